@@ -1,0 +1,193 @@
+// SPDX-License-Identifier: MIT
+#include <PCore/PBinaryReader.h>
+
+#include <PCore/PBinaryFormat.h>
+#include <PCore/PNameScopes.h>
+#include <PCore/PValueTree.h>
+
+#include <QIODevice>
+#include <QRect>
+#include <QUuid>
+#include <QtEndian>
+
+#include <cmath>
+
+namespace {
+
+/// What is wrong, and where; never leaves this file.
+struct Fault {
+    qsizetype offset;
+    QString what;
+};
+
+template <typename T>
+QVariant payloadOf(QDataStream& in) {
+    T value{};
+    in >> value;
+    return QVariant::fromValue(value);
+}
+
+QVariant readPayload(QDataStream& in, quint32 type) {
+    switch (type) {
+    case QMetaType::Bool:
+        return payloadOf<bool>(in);
+    case QMetaType::Int:
+        return payloadOf<qint32>(in);
+    case QMetaType::LongLong:
+        return payloadOf<qint64>(in);
+    case QMetaType::Double:
+        return payloadOf<double>(in);
+    case QMetaType::QString:
+        return payloadOf<QString>(in);
+    case QMetaType::QByteArray:
+        return payloadOf<QByteArray>(in);
+    case QMetaType::QRect:
+        return payloadOf<QRect>(in);
+    case QMetaType::QUuid:
+        return payloadOf<QUuid>(in);
+    default:
+        return {};
+    }
+}
+
+/// Reads the records. The checksum was right, so what is wrong here was written wrong.
+class RecordReader {
+public:
+    explicit RecordReader(const QByteArray& records)
+        : m_in(records) {
+        m_in.setVersion(PBinaryFormat::streamVersion);
+    }
+
+    PValueTree::Object document() {
+        PValueTree::Object root = object(0);
+        if (!m_in.atEnd())
+            fail(QStringLiteral("bytes after the end of the document"));
+        return root;
+    }
+
+private:
+    qsizetype offset() const { return PBinaryFormat::headerSize + qsizetype(m_in.device()->pos()); }
+
+    [[noreturn]] void fail(const QString& what) const { throw Fault{offset(), what}; }
+
+    template <typename T>
+    T take() {
+        T value{};
+        m_in >> value;
+        if (m_in.status() != QDataStream::Ok)
+            fail(QStringLiteral("a record is cut short"));
+        return value;
+    }
+
+    PValueTree::Object object(qsizetype depth) {
+        if (depth > PNameScopes::maxDepth)
+            fail(QStringLiteral("objects nested more than %1 deep").arg(PNameScopes::maxDepth));
+        PValueTree::Object result;
+        while (const auto record = take<quint8>()) {
+            PValueTree::Entry& entry = named(result);
+            if (record == PBinaryFormat::Begin)
+                entry.object = std::make_unique<PValueTree::Object>(object(depth + 1));
+            else if (record == PBinaryFormat::Value)
+                entry.value = value();
+            else
+                fail(QStringLiteral("an unknown record %1").arg(record));
+        }
+        return result;
+    }
+
+    PValueTree::Entry& named(PValueTree::Object& object) {
+        const qsizetype start = offset() - 1; // of the record
+        const auto name = take<QString>();
+        PValueTree::Entry* entry = object.add(name, start);
+        if (!entry)
+            fail(QStringLiteral("the name \"%1\" twice").arg(name));
+        return *entry;
+    }
+
+    QVariant value() {
+        const auto type = take<quint32>();
+        const QVariant result = readPayload(m_in, type);
+        if (m_in.status() != QDataStream::Ok)
+            fail(QStringLiteral("a value is cut short"));
+        const bool isUnusable =
+            result.typeId() == QMetaType::Double && !std::isfinite(result.toDouble());
+        if (!result.isValid() || isUnusable)
+            fail(QStringLiteral("a value of type %1 that is never written").arg(type));
+        return result;
+    }
+
+    QDataStream m_in;
+};
+
+quint32 numberAt(const QByteArray& bytes, qsizetype offset) {
+    return qFromBigEndian<quint32>(bytes.constData() + offset);
+}
+
+void checkFrame(const QByteArray& bytes) {
+    using namespace PBinaryFormat;
+    if (bytes.size() < 4 || numberAt(bytes, 0) != magic)
+        throw Fault{0, QStringLiteral("not this binary format (it starts with \"PCDS\")")};
+    if (bytes.size() < headerSize + checksumSize)
+        throw Fault{bytes.size(), QStringLiteral("cut short")};
+    if (const quint32 found = numberAt(bytes, 4); found != version)
+        throw Fault{
+            4, QStringLiteral("version %1 is unknown (%2 was expected)").arg(found).arg(version)};
+    const qsizetype end = bytes.size() - checksumSize;
+    if (numberAt(bytes, end) != checksum(bytes.left(end)))
+        throw Fault{end, QStringLiteral("the checksum is wrong: cut short or changed")};
+}
+
+PValueTree::Object parsed(const QByteArray& bytes) {
+    using namespace PBinaryFormat;
+    checkFrame(bytes);
+    const qsizetype size = bytes.size() - headerSize - checksumSize;
+    return RecordReader(bytes.mid(headerSize, size)).document();
+}
+
+} // namespace
+
+class PBinaryReader::Private {
+public:
+    PValueTree tree;
+};
+
+PBinaryReader::PBinaryReader()
+    : d(std::make_unique<Private>()) {
+}
+
+PBinaryReader::~PBinaryReader() = default;
+
+PStatus PBinaryReader::setDocument(const QByteArray& bytes) {
+    d->tree.setRoot({});
+    try {
+        d->tree.setRoot(parsed(bytes));
+    } catch (const Fault& fault) {
+        return PStatus::failure(QStringLiteral("byte %1: %2").arg(fault.offset).arg(fault.what));
+    }
+    return PStatus::Ok;
+}
+
+bool PBinaryReader::beginObject(const QString& name) {
+    return d->tree.enter(name);
+}
+
+void PBinaryReader::endObject() {
+    d->tree.leave();
+}
+
+QStringList PBinaryReader::objectNames() const {
+    return d->tree.current().names(true);
+}
+
+QStringList PBinaryReader::valueNames() const {
+    return d->tree.current().names(false);
+}
+
+QVariant PBinaryReader::readValue(const QString& name) const {
+    return d->tree.value(name);
+}
+
+QString PBinaryReader::position(const QString& name) const {
+    const PValueTree::Entry* entry = d->tree.current().find(name);
+    return entry ? QStringLiteral("byte %1").arg(entry->position) : QString();
+}

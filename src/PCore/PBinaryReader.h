@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCore/PAbstractReader.h>
+#include <PCore/PStatus.h>
+
+#include <memory>
+
+/// Reads the binary form of a PBinaryWriter.
+class PBinaryReader : public PAbstractReader {
+public:
+    PBinaryReader();
+    ~PBinaryReader() override;
+
+    /// Takes a document. On failure the reason names the byte and what is wrong (not this format,
+    /// an unknown version, truncated, checksum), and the reader is empty.
+    PStatus setDocument(const QByteArray& bytes);
+
+    bool beginObject(const QString& name) override;
+    void endObject() override;
+    QStringList objectNames() const override;
+    QStringList valueNames() const override;
+    QVariant readValue(const QString& name) const override;
+    QString position(const QString& name) const override;
+
+private:
+    class Private;
+    std::unique_ptr<Private> d;
+};

@@ -1,0 +1,316 @@
+// SPDX-License-Identifier: MIT
+#include <PCore/PJsonReader.h>
+
+#include <PCore/PNameScopes.h>
+#include <PCore/PValueTree.h>
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonValue>
+#include <QRect>
+#include <QUuid>
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <optional>
+
+namespace {
+
+constexpr qsizetype largestDocument = qsizetype(64) << 20;
+
+/// What is wrong, and where; never leaves this file.
+struct Fault {
+    qsizetype offset;
+    QString what;
+};
+
+std::optional<int> toInt(double number) {
+    using Limits = std::numeric_limits<int>;
+    if (number < Limits::min() || number > Limits::max() || std::trunc(number) != number)
+        return std::nullopt;
+    return int(number);
+}
+
+QVariant rectFrom(const QJsonArray& parts) {
+    if (parts.size() != 4)
+        return {};
+    const double x = parts[0].toDouble(NAN), y = parts[1].toDouble(NAN);
+    // Corners, which is what QRect keeps: a width may be one more than an int holds.
+    const auto left = toInt(x), top = toInt(y);
+    const auto right = toInt(x + parts[2].toDouble(NAN) - 1);
+    const auto bottom = toInt(y + parts[3].toDouble(NAN) - 1);
+    if (!left || !top || !right || !bottom)
+        return {};
+    return QRect(QPoint(*left, *top), QPoint(*right, *bottom));
+}
+
+QVariant bytesFrom(const QJsonValue& value) {
+    if (value.isNull())
+        return QByteArray();
+    const auto decoded = QByteArray::fromBase64Encoding(value.toString().toLatin1(),
+                                                        QByteArray::AbortOnBase64DecodingErrors);
+    if (!value.isString() || !decoded)
+        return {};
+    return (*decoded).isNull() ? QByteArray("") : *decoded;
+}
+
+QVariant uuidFrom(const QString& text) {
+    const QUuid id(text);
+    return id.toString() == text ? QVariant(id) : QVariant();
+}
+
+QVariant int64From(const QString& text) {
+    bool ok = false;
+    const qint64 number = text.toLongLong(&ok);
+    return ok ? QVariant(number) : QVariant();
+}
+
+/// The value of {"$type": value}; invalid if there is no such type or the value is not of it.
+QVariant typedValue(const QString& type, const QJsonValue& value) {
+    if (type == u"$int64")
+        return int64From(value.toString());
+    if (type == u"$bytes")
+        return bytesFrom(value);
+    if (type == u"$rect")
+        return rectFrom(value.toArray());
+    if (type == u"$uuid")
+        return uuidFrom(value.toString());
+    if (type == u"$string" && value.isNull())
+        return QString();
+    return {};
+}
+
+bool isTypeName(const QString& name) {
+    return name.startsWith(u'$') && !name.startsWith(u"$$");
+}
+
+/// Walks a text that Qt's parser has found to be JSON, for what that parser does not keep: order,
+/// lines, repeated names, and numbers as they are spelled. So brackets match and tokens are whole.
+class Walker {
+public:
+    explicit Walker(const QByteArray& json)
+        : m_json(json) {}
+
+    PValueTree::Object document() {
+        skipSpace();
+        return object(0);
+    }
+
+private:
+    void skipSpace() {
+        while (m_pos < m_json.size() && std::strchr(" \t\r\n", m_json[m_pos]))
+            ++m_pos;
+    }
+
+    /// Steps over a bracket, colon or comma and what blanks follow it.
+    void skipMark() {
+        ++m_pos;
+        skipSpace();
+    }
+
+    /// Takes the string that starts here, quotes included.
+    QByteArray stringToken() {
+        const qsizetype start = m_pos++;
+        for (; m_json[m_pos] != '"'; ++m_pos) {
+            if (static_cast<unsigned char>(m_json[m_pos]) < ' ')
+                throw Fault{m_pos, QStringLiteral("a control character inside a text")};
+            if (m_json[m_pos] == '\\')
+                ++m_pos;
+        }
+        ++m_pos;
+        return m_json.mid(start, m_pos - start);
+    }
+
+    /// Takes the value that starts here, whatever it is.
+    QByteArray valueToken() {
+        const qsizetype start = m_pos;
+        int depth = 0;
+        do {
+            const char c = m_json[m_pos];
+            if (c == '"') {
+                stringToken();
+                continue;
+            }
+            depth += int(c == '[' || c == '{') - int(c == ']' || c == '}');
+            ++m_pos;
+        } while (depth > 0 || !std::strchr(",]} \t\r\n", m_json[m_pos]));
+        return m_json.mid(start, m_pos - start);
+    }
+
+    static QJsonValue decoded(const QByteArray& token) {
+        return QJsonDocument::fromJson('[' + token + ']').array().at(0);
+    }
+
+    QString name() {
+        const QByteArray token = stringToken();
+        skipSpace();
+        return decoded(token).toString();
+    }
+
+    QVariant number(const QByteArray& token, qsizetype start) const {
+        bool ok = false;
+        const bool isInt = !token.contains('.') && !token.contains('e') && !token.contains('E');
+        const QVariant value = isInt ? QVariant(token.toInt(&ok)) : QVariant(token.toDouble(&ok));
+        if (!ok)
+            throw Fault{start, QStringLiteral("the number %1 is out of range (an int of 32 bits or "
+                                              "a finite double was expected)")
+                                   .arg(QString::fromLatin1(token.left(40)))};
+        return value;
+    }
+
+    QVariant plainValue() {
+        const qsizetype start = m_pos;
+        const QByteArray token = valueToken();
+        const QJsonValue value = decoded(token);
+        if (value.isDouble())
+            return number(token, start);
+        if (value.isArray() || value.isNull())
+            throw Fault{start, QStringLiteral("%1 is not a value that can be read here")
+                                   .arg(value.isNull() ? u"null" : u"an array")};
+        return value.toVariant();
+    }
+
+    /// After the name in {"$type": value}.
+    QVariant typed(const QString& type, qsizetype start) {
+        skipMark();
+        const QVariant value = typedValue(type, decoded(valueToken()));
+        skipSpace();
+        if (!value.isValid() || m_json[m_pos] != '}')
+            throw Fault{start, QStringLiteral("not a value of a known type: \"%1\"").arg(type)};
+        skipMark();
+        return value;
+    }
+
+    /// Where a bracket opens: what it holds, as a typed value or as an object.
+    void nested(PValueTree::Entry& entry, qsizetype depth) {
+        const qsizetype start = m_pos;
+        skipMark();
+        const bool hasName = m_json[m_pos] == '"';
+        if (const QString type = hasName ? name() : QString(); isTypeName(type)) {
+            entry.value = typed(type, start);
+            return;
+        }
+        m_pos = start;
+        entry.object = std::make_unique<PValueTree::Object>(object(depth + 1));
+    }
+
+    void entry(PValueTree::Object& object, qsizetype depth) {
+        const qsizetype start = m_pos;
+        QString entryName = name();
+        if (isTypeName(entryName))
+            throw Fault{start, QStringLiteral("the type \"%1\" among other names").arg(entryName)};
+        if (entryName.startsWith(u'$'))
+            entryName.remove(0, 1);
+        PValueTree::Entry* added = object.add(entryName, lineAt(start));
+        if (!added)
+            throw Fault{start, QStringLiteral("the name \"%1\" twice").arg(entryName)};
+        skipMark();
+        if (m_json[m_pos] == '{')
+            nested(*added, depth);
+        else
+            added->value = plainValue();
+        skipSpace();
+    }
+
+    PValueTree::Object object(qsizetype depth) {
+        if (depth > PNameScopes::maxDepth)
+            throw Fault{
+                m_pos,
+                QStringLiteral("objects nested more than %1 deep").arg(PNameScopes::maxDepth)};
+        PValueTree::Object result;
+        for (skipMark(); m_json[m_pos] != '}'; skipComma())
+            entry(result, depth);
+        skipMark();
+        return result;
+    }
+
+    void skipComma() {
+        if (m_json[m_pos] == ',')
+            skipMark();
+    }
+
+    /// Offsets are asked for in rising order, so the whole text is counted through once.
+    qsizetype lineAt(qsizetype offset) {
+        m_line += std::count(m_json.begin() + m_counted, m_json.begin() + offset, '\n');
+        m_counted = offset;
+        return m_line;
+    }
+
+    const QByteArray& m_json;
+    qsizetype m_pos = 0;
+    qsizetype m_counted = 0;
+    qsizetype m_line = 1;
+};
+
+PStatus failureAt(const QByteArray& json, qsizetype offset, const QString& what) {
+    const qsizetype line = 1 + json.left(offset).count('\n');
+    return PStatus::failure(QStringLiteral("line %1: %2").arg(line).arg(what));
+}
+
+/// What Qt's parser says against a document; Ok if nothing.
+PStatus checked(const QByteArray& json) {
+    if (json.size() > largestDocument)
+        return failureAt(json, 0, QStringLiteral("larger than 64 MiB"));
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(json, &error);
+    if (error.error != QJsonParseError::NoError) {
+        return failureAt(json, error.offset,
+                         QStringLiteral("not JSON: %1").arg(error.errorString()));
+    }
+    if (!document.isObject())
+        return failureAt(json, 0, QStringLiteral("an array where an object was expected"));
+    return PStatus::Ok;
+}
+
+} // namespace
+
+class PJsonReader::Private {
+public:
+    PValueTree tree;
+};
+
+PJsonReader::PJsonReader()
+    : d(std::make_unique<Private>()) {
+}
+
+PJsonReader::~PJsonReader() = default;
+
+PStatus PJsonReader::setDocument(const QByteArray& json) {
+    d->tree.setRoot({});
+    const QByteArray text = json.startsWith("\xEF\xBB\xBF") ? json.mid(3) : json; // a UTF-8 mark
+    if (const PStatus status = checked(text); !status.isOk())
+        return status;
+    try {
+        d->tree.setRoot(Walker(text).document());
+    } catch (const Fault& fault) {
+        return failureAt(text, fault.offset, fault.what);
+    }
+    return PStatus::Ok;
+}
+
+bool PJsonReader::beginObject(const QString& name) {
+    return d->tree.enter(name);
+}
+
+void PJsonReader::endObject() {
+    d->tree.leave();
+}
+
+QStringList PJsonReader::objectNames() const {
+    return d->tree.current().names(true);
+}
+
+QStringList PJsonReader::valueNames() const {
+    return d->tree.current().names(false);
+}
+
+QVariant PJsonReader::readValue(const QString& name) const {
+    return d->tree.value(name);
+}
+
+QString PJsonReader::position(const QString& name) const {
+    const PValueTree::Entry* entry = d->tree.current().find(name);
+    return entry ? QStringLiteral("line %1").arg(entry->position) : QString();
+}

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCore/PAbstractReader.h>
+#include <PCore/PStatus.h>
+
+#include <memory>
+
+/// Reads the JSON of a PJsonWriter.
+class PJsonReader : public PAbstractReader {
+public:
+    PJsonReader();
+    ~PJsonReader() override;
+
+    /// Takes a document. On failure the reason names the line and what is wrong (not JSON, a name
+    /// twice in an object, a value of a type that is never written, nested more than 64 deep,
+    /// larger than 64 MiB), and the reader is empty.
+    PStatus setDocument(const QByteArray& json);
+
+    bool beginObject(const QString& name) override;
+    void endObject() override;
+    QStringList objectNames() const override;
+    QStringList valueNames() const override;
+    QVariant readValue(const QString& name) const override;
+    QString position(const QString& name) const override;
+
+private:
+    class Private;
+    std::unique_ptr<Private> d;
+};

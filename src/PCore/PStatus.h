@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+/// Result of an operation that succeeds or fails with a reason. A value; any thread.
+class PStatus {
+public:
+    enum Code { Ok, Failed };
+
+    PStatus(Code code = Ok) // implicit: `return PStatus::Ok;` is how hooks answer
+        : m_code(code) {}
+
+    /// A failure with its reason in plain words, ready to be shown to a person.
+    static PStatus failure(const QString& reason) {
+        PStatus status(Failed);
+        status.m_reason = reason;
+        return status;
+    }
+
+    bool isOk() const { return m_code == Ok; }
+    /// Why it failed; empty on success.
+    const QString& reason() const { return m_reason; }
+
+private:
+    Code m_code;
+    QString m_reason;
+};

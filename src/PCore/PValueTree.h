@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QHash>
+#include <QStringList>
+#include <QVariant>
+
+#include <memory>
+#include <vector>
+
+/// What a reader found in a document, and the object it stands in: the part of PAbstractReader that
+/// does not depend on the format. One thread at a time.
+class PValueTree {
+public:
+    struct Object;
+
+    /// A named value or object, and where it stands in the source.
+    struct Entry {
+        QString name;
+        qsizetype position = 0;
+        QVariant value;
+        std::unique_ptr<Object> object; // null for a value
+    };
+
+    /// Entries in the order of the document.
+    struct Object {
+        std::vector<Entry> entries;
+        QHash<QString, std::size_t> index;
+
+        /// Appends an entry and returns it, to be filled; null if the name is used already. Valid
+        /// until the next add() to this object.
+        Entry* add(const QString& name, qsizetype position);
+        const Entry* find(const QString& name) const;
+        QStringList names(bool ofObjects) const;
+    };
+
+    /// Replaces the content and stands at the root.
+    void setRoot(Object&& root);
+
+    bool enter(const QString& name);
+    void leave();
+    /// The object it stands in.
+    const Object& current() const { return m_path.empty() ? m_root : *m_path.back(); }
+    QVariant value(const QString& name) const;
+
+private:
+    Object m_root;
+    std::vector<const Object*> m_path;
+};

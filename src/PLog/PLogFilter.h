@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PLog/PLogRecord.h>
+
+#include <PCore/PStatus.h>
+
+#include <QHash>
+
+/// Which records pass, as PLog::setFilter describes it. A value; one thread at a time.
+class PLogFilter {
+public:
+    /// Replaces the content by what the text says. On failure nothing is changed.
+    PStatus parse(const QString& text);
+
+    /// The text it was parsed from.
+    const QString& text() const { return m_text; }
+    bool passes(const QString& source, PLogLevel level) const;
+
+private:
+    PStatus addWord(const QString& word, bool isFirst);
+
+    QString m_text{QStringLiteral("info")};
+    PLogLevel m_level = PLogLevel::Info;
+    QHash<QString, PLogLevel> m_sources;
+};

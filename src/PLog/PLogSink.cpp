@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: MIT
+#include <PLog/PLogSink.h>
+
+#include <cstdio>
+
+namespace {
+
+QLatin1String levelName(PLogLevel level) {
+    switch (level) {
+    case PLogLevel::Debug:
+        return QLatin1String("debug");
+    case PLogLevel::Info:
+        return QLatin1String("info");
+    case PLogLevel::Warning:
+        return QLatin1String("warning");
+    case PLogLevel::Error:
+        return QLatin1String("error");
+    case PLogLevel::Off:
+        break;
+    }
+    return QLatin1String("off");
+}
+
+QByteArray lineOf(const PLogRecord& record, bool location) {
+    return formatLogRecord(record, location).toUtf8() + '\n';
+}
+
+} // namespace
+
+QString formatLogRecord(const PLogRecord& record, bool location) {
+    QString line = record.time.toString(u"hh:mm:ss.zzz"_qs) + u' ' + levelName(record.level) +
+                   u' ' + record.source + u": "_qs + record.text();
+    if (location) {
+        line += u" ["_qs + record.function + u", "_qs + record.file + u':' +
+                QString::number(record.line) + u']';
+    }
+    return line.replace(u'\n', u"\\n"_qs).replace(u'\r', u"\\r"_qs);
+}
+
+void PStderrLogSink::write(const PLogRecord& record) {
+    // One call for the whole line: lines of other writers to the stream never mix into it.
+    const QByteArray line = lineOf(record, false);
+    std::fwrite(line.constData(), 1, std::size_t(line.size()), stderr);
+}
+
+PFileLogSink::PFileLogSink(const QString& path)
+    : m_file(path) {
+    m_file.open(QIODevice::WriteOnly | QIODevice::Append);
+}
+
+void PFileLogSink::write(const PLogRecord& record) {
+    if (!m_file.isOpen())
+        return;
+    m_file.write(lineOf(record, true));
+    m_file.flush();
+}
+
+PMemoryLogSink::PMemoryLogSink(qsizetype capacity)
+    : m_capacity(capacity) {
+}
+
+void PMemoryLogSink::write(const PLogRecord& record) {
+    const std::lock_guard lock(m_mutex);
+    m_records.append(record);
+    while (m_records.size() > m_capacity)
+        m_records.removeFirst();
+}
+
+QList<PLogRecord> PMemoryLogSink::records() const {
+    const std::lock_guard lock(m_mutex);
+    return m_records;
+}
+
+void PMemoryLogSink::clear() {
+    const std::lock_guard lock(m_mutex);
+    m_records.clear();
+}

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PLog/PLogRecord.h>
+
+#include <QFile>
+
+#include <mutex>
+
+/// Takes log records. write() is called on the thread that logged, one call at a time for a sink;
+/// it must not log, and what it throws is swallowed.
+class PLogSink {
+public:
+    virtual ~PLogSink() = default;
+    virtual void write(const PLogRecord& record) = 0;
+};
+
+/// One record as one line of text: "hh:mm:ss.zzz level source: text", the time in UTC, line
+/// breaks written as \n or \r; with `location` also " [function, file:line]".
+QString formatLogRecord(const PLogRecord& record, bool location = false);
+
+/// Writes lines to the standard error stream.
+class PStderrLogSink : public PLogSink {
+public:
+    void write(const PLogRecord& record) override;
+};
+
+/// Appends lines, with their location, to a file; every line is flushed.
+class PFileLogSink : public PLogSink {
+public:
+    explicit PFileLogSink(const QString& path);
+    /// False if the file could not be opened; errorString() says why.
+    bool isOpen() const { return m_file.isOpen(); }
+    QString errorString() const { return m_file.errorString(); }
+    void write(const PLogRecord& record) override;
+
+private:
+    QFile m_file;
+};
+
+/// Keeps the newest records, for tests and for a log page.
+class PMemoryLogSink : public PLogSink {
+public:
+    explicit PMemoryLogSink(qsizetype capacity = 10000);
+    void write(const PLogRecord& record) override;
+    /// A copy of what is kept, oldest first. Any thread.
+    QList<PLogRecord> records() const;
+    void clear();
+
+private:
+    mutable std::mutex m_mutex; // written by any thread, read by the page's or the test's
+    qsizetype m_capacity;
+    QList<PLogRecord> m_records;
+};

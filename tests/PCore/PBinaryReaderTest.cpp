@@ -1,0 +1,164 @@
+// SPDX-License-Identifier: MIT
+#include <PCore/PBinaryFormat.h>
+#include <PCore/PBinaryReader.h>
+#include <PCore/PBinaryWriter.h>
+
+#include <support/QtPrinters.h>
+
+#include <QIODevice>
+#include <QRandomGenerator>
+#include <QtEndian>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+template <typename T>
+QByteArray number(T value) {
+    const T bigEndian = qToBigEndian(value);
+    return QByteArray(reinterpret_cast<const char*>(&bigEndian), sizeof bigEndian);
+}
+
+/// A document with these records, whatever they are, and a checksum that is right.
+QByteArray documentOf(const QByteArray& records) {
+    const QByteArray body = number(PBinaryFormat::magic) + number(PBinaryFormat::version) + records;
+    return body + number(PBinaryFormat::checksum(body));
+}
+
+QByteArray text(const char* latin1) {
+    QByteArray bytes;
+    QDataStream out(&bytes, QIODevice::WriteOnly);
+    out << QString::fromLatin1(latin1);
+    return bytes;
+}
+
+QByteArray valueRecord(const char* name, quint32 type, const QByteArray& payload) {
+    return '\2' + text(name) + number(type) + payload;
+}
+
+const QByteArray end(1, '\0');
+
+struct Row {
+    const char* name;
+    QByteArray records;
+    const char* reason; // a part of what is said, the byte first
+};
+
+class PBinaryReaderRefuses : public testing::TestWithParam<Row> {};
+
+std::string rowName(const testing::TestParamInfo<Row>& info) {
+    return info.param.name;
+}
+
+void PrintTo(const Row& row, std::ostream* out) {
+    *out << row.name;
+}
+
+QByteArray nested(int depth) {
+    return ('\1' + text("a")).repeated(depth) + QByteArray(depth + 1, '\0');
+}
+
+const QByteArray oneInt = valueRecord("a", QMetaType::Int, number(qint32(1)));
+
+const Row hostile[] = {
+    {"no_end", oneInt, "byte 23: a record is cut short"},
+    {"no_records", "", "byte 8: a record is cut short"},
+    {"an_end_too_many", oneInt + end + end, "byte 24: bytes after the end"},
+    {"an_unknown_record", '\7' + text("a") + end, "an unknown record 7"},
+    {"a_name_cut_short", '\2' + number(quint32(1000)), "a record is cut short"},
+    {"a_name_of_four_gigabytes", '\2' + number(quint32(0xFFFFFFFE)), "a record is cut short"},
+    {"bytes_of_two_gigabytes", valueRecord("a", QMetaType::QByteArray, number(quint32(0x7FFFFFFF))),
+     "a value is cut short"},
+    {"an_int_cut_short", valueRecord("a", QMetaType::Int, QByteArray(2, '\0')),
+     "a value is cut short"},
+    {"a_type_that_is_never_written", valueRecord("a", QMetaType::QSize, number(quint64(1))) + end,
+     "a value of type 21 that is never written"},
+    {"a_number_that_is_not_finite",
+     valueRecord("a", QMetaType::Double, number(quint64(0x7FF8000000000000))) + end,
+     "a value of type 6 that is never written"},
+    {"a_name_twice", oneInt + oneInt + end, "the name \"a\" twice"},
+    {"objects_65_deep", nested(65), "objects nested more than 64 deep"},
+    {"objects_a_hundred_thousand_deep", nested(100000), "objects nested more than 64 deep"},
+};
+
+} // namespace
+
+TEST_P(PBinaryReaderRefuses, with_the_byte_and_the_reason) {
+    PBinaryReader reader;
+    const PStatus status = reader.setDocument(documentOf(GetParam().records));
+    EXPECT_FALSE(status.isOk());
+    EXPECT_TRUE(status.reason().startsWith(u"byte ")) << status.reason().toStdString();
+    EXPECT_TRUE(status.reason().contains(QLatin1String(GetParam().reason)))
+        << status.reason().toStdString();
+    EXPECT_EQ(reader.valueNames() + reader.objectNames(), QStringList());
+}
+
+INSTANTIATE_TEST_SUITE_P(Records, PBinaryReaderRefuses, testing::ValuesIn(hostile), rowName);
+
+TEST(PBinaryReader, takes_the_records_that_the_rows_above_are_made_of) {
+    PBinaryReader reader;
+    const PStatus status = reader.setDocument(documentOf(oneInt + end));
+    EXPECT_TRUE(status.isOk()) << status.reason().toStdString();
+    EXPECT_EQ(reader.readValue(QStringLiteral("a")), QVariant(1));
+}
+
+TEST(PBinaryReader, names_a_file_that_is_not_of_this_format) {
+    PBinaryReader reader;
+    for (const QByteArray& bytes : {QByteArray(), QByteArray("PCD"), QByteArray("{\"a\": 1}")}) {
+        EXPECT_EQ(reader.setDocument(bytes).reason(),
+                  QStringLiteral("byte 0: not this binary format (it starts with \"PCDS\")"));
+    }
+}
+
+TEST(PBinaryReader, names_an_unknown_version) {
+    QByteArray bytes = PBinaryWriter().document();
+    bytes[7] = 2;
+    PBinaryReader reader;
+    EXPECT_EQ(reader.setDocument(bytes).reason(),
+              QStringLiteral("byte 4: version 2 is unknown (1 was expected)"));
+}
+
+TEST(PBinaryReader, finds_every_changed_bit) {
+    PBinaryWriter writer;
+    writer.writeValue(QStringLiteral("gain"), 1.5);
+    const QByteArray whole = writer.document();
+    PBinaryReader reader;
+    for (qsizetype bit = 0; bit < whole.size() * 8; ++bit) {
+        QByteArray changed = whole;
+        changed[bit / 8] = char(changed[bit / 8] ^ (1 << (bit % 8)));
+        EXPECT_FALSE(reader.setDocument(changed).isOk()) << bit;
+    }
+}
+
+TEST(PBinaryReader, survives_records_of_random_bytes) {
+    QRandomGenerator random(1);
+    PBinaryReader reader;
+    for (int i = 0; i < 2000; ++i) {
+        QByteArray records(1 + random.bounded(60), '\0');
+        for (char& byte : records)
+            byte = char(random.bounded(3) ? random.bounded(4) : random.bounded(256));
+        // Whatever it says of them, a refusal leaves nothing behind.
+        if (!reader.setDocument(documentOf(records)).isOk()) {
+            EXPECT_EQ(reader.valueNames() + reader.objectNames(), QStringList());
+        }
+    }
+}
+
+TEST(PBinaryReader, tells_the_byte_where_a_record_starts) {
+    PBinaryReader reader;
+    ASSERT_TRUE(
+        reader.setDocument(documentOf(oneInt + '\1' + text("o") + oneInt + end + end)).isOk());
+    EXPECT_EQ(reader.position(QStringLiteral("a")), QStringLiteral("byte 8"));
+    EXPECT_EQ(reader.position(QStringLiteral("o")), QStringLiteral("byte 23"));
+    ASSERT_TRUE(reader.beginObject(QStringLiteral("o")));
+    EXPECT_EQ(reader.position(QStringLiteral("a")), QStringLiteral("byte 30"));
+}
+
+TEST(PBinaryFormat, has_the_checksum_that_the_standard_gives_for_its_check_text) {
+    EXPECT_EQ(PBinaryFormat::checksum("123456789"), 0xCBF43926u);
+    EXPECT_EQ(PBinaryFormat::checksum(""), 0u);
+}
+
+TEST(PBinaryWriter, starts_with_the_magic_number_and_the_version) {
+    EXPECT_EQ(PBinaryWriter().document().left(9).toHex(), QByteArray("504344530000000100"));
+}

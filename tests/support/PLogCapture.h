@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PLog/PLog.h>
+
+#include <QStringList>
+
+/// Keeps every log record from its construction to its destruction, from all threads and of all
+/// levels; the filter in force before comes back afterwards. Construct and destroy on one thread,
+/// ask on any.
+class PLogCapture {
+public:
+    PLogCapture();
+    ~PLogCapture();
+    PLogCapture(const PLogCapture&) = delete;
+    PLogCapture& operator=(const PLogCapture&) = delete;
+
+    /// The records so far, oldest first; with a source, only those of it.
+    QList<PLogRecord> records(const QString& source = {}) const;
+    /// The same as texts (PLogRecord::text()).
+    QStringList texts(const QString& source = {}) const;
+    /// True if a record of this text is there.
+    bool contains(const QString& text, const QString& source = {}) const;
+    void clear();
+
+private:
+    QString m_filterBefore;
+    std::shared_ptr<PMemoryLogSink> m_sink;
+};
