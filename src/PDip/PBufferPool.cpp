@@ -1,0 +1,250 @@
+// SPDX-License-Identifier: MIT
+#include <PDip/PBufferPool.h>
+
+#include <sys/mman.h>
+
+#include <algorithm>
+#include <array>
+#include <mutex>
+#include <new>
+#include <utility>
+#include <vector>
+
+#if defined(__SANITIZE_ADDRESS__)
+#define PCD_ADDRESS_SANITIZER
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define PCD_ADDRESS_SANITIZER
+#endif
+#endif
+#ifdef PCD_ADDRESS_SANITIZER
+#include <sanitizer/asan_interface.h>
+#endif
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr std::size_t sizeLimit = std::size_t(1) << 62;
+constexpr std::size_t pageSize = 4096; // the smallest size class; pages may be larger
+constexpr std::size_t idleCountLimit = 64;
+
+/// The size class: up to a sixteenth more than asked for, so that frames of nearly one size share
+/// buffers. What is never touched of it costs no memory.
+std::size_t roundedSize(std::size_t size) {
+    std::size_t step = pageSize;
+    while (step * 32 <= size)
+        step *= 2;
+    return (size + step - 1) / step * step;
+}
+
+/// The address sanitizer knows nothing of memory mapped by hand: it is told which bytes nobody may
+/// touch, so that a run past the end of an image is found as it is with memory of the heap.
+void allowAccess([[maybe_unused]] unsigned char* memory, [[maybe_unused]] std::size_t allowed,
+                 [[maybe_unused]] std::size_t size) {
+#ifdef PCD_ADDRESS_SANITIZER
+    ASAN_UNPOISON_MEMORY_REGION(memory, size);
+    ASAN_POISON_MEMORY_REGION(memory + allowed, size - allowed);
+#endif
+}
+
+/// A mapping of its own. Memory of the heap would not do: after the first large block that is freed
+/// the C library serves such sizes from the heap, which it need not give back to the system.
+class Mapping {
+public:
+    Mapping() = default;
+    explicit Mapping(std::size_t size)
+        : m_size(size) {
+        void* memory =
+            mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        m_memory = memory == MAP_FAILED ? nullptr : static_cast<unsigned char*>(memory);
+    }
+    /// Takes over what release() gave.
+    Mapping(unsigned char* memory, std::size_t size)
+        : m_memory(memory)
+        , m_size(size) {}
+    Mapping(Mapping&& other) noexcept
+        : m_memory(other.release())
+        , m_size(other.m_size) {}
+    Mapping& operator=(Mapping&& other) noexcept {
+        std::swap(m_memory, other.m_memory);
+        std::swap(m_size, other.m_size);
+        return *this;
+    }
+    ~Mapping() {
+        if (!m_memory)
+            return;
+        allowAccess(m_memory, m_size, m_size);
+        munmap(m_memory, m_size);
+    }
+
+    unsigned char* memory() const { return m_memory; }
+    std::size_t size() const { return m_size; }
+    unsigned char* release() noexcept { return std::exchange(m_memory, nullptr); }
+
+private:
+    unsigned char* m_memory = nullptr;
+    std::size_t m_size = 0;
+};
+
+struct Idle {
+    Mapping mapping;
+    Clock::time_point since;
+};
+
+/// Collects under the lock what is unmapped after it: giving 60 MB back takes milliseconds, which a
+/// frame thread that only wants its next buffer must not wait for. Needs no allocation.
+class Leaving {
+public:
+    void add(Mapping&& mapping) { m_mappings[m_count++] = std::move(mapping); }
+
+private:
+    std::array<Mapping, idleCountLimit + 1> m_mappings; // all that wait, and one that comes back
+    std::size_t m_count = 0;
+};
+
+} // namespace
+
+struct PBufferPool::Core {
+    Core(std::size_t limit, std::chrono::milliseconds time)
+        : idleLimit(limit)
+        , idleTime(time) {
+        idle.reserve(idleCountLimit); // give() runs where nothing may throw
+    }
+
+    Mapping take(std::size_t size);
+    void give(Mapping mapping);
+    void trim();
+    void countAllocation(std::size_t size);
+
+    // The following run under the lock.
+    Mapping reuse(std::size_t size);
+    void removeOldest(Leaving& leaving);
+    void removeExpired(Leaving& leaving);
+
+    mutable std::mutex mutex;
+    std::size_t idleLimit;
+    const std::chrono::milliseconds idleTime;
+    std::vector<Idle> idle; // the one that waits longest first
+    Statistics counts;
+};
+
+/// The newest that fits: its pages are the likeliest to be in the caches.
+Mapping PBufferPool::Core::reuse(std::size_t size) {
+    const auto found = std::find_if(idle.rbegin(), idle.rend(), [size](const Idle& waiting) {
+        return waiting.mapping.size() == size;
+    });
+    if (found == idle.rend())
+        return {};
+    Mapping mapping = std::move(found->mapping);
+    idle.erase(std::next(found).base());
+    counts.idleBytes -= size;
+    counts.usedBytes += size;
+    ++counts.reuses;
+    return mapping;
+}
+
+void PBufferPool::Core::removeOldest(Leaving& leaving) {
+    counts.idleBytes -= idle.front().mapping.size();
+    leaving.add(std::move(idle.front().mapping));
+    idle.erase(idle.begin());
+}
+
+void PBufferPool::Core::removeExpired(Leaving& leaving) {
+    const auto now = Clock::now();
+    while (!idle.empty() && now - idle.front().since >= idleTime)
+        removeOldest(leaving);
+}
+
+void PBufferPool::Core::countAllocation(std::size_t size) {
+    const std::lock_guard lock(mutex);
+    ++counts.allocations;
+    counts.usedBytes += size;
+}
+
+Mapping PBufferPool::Core::take(std::size_t size) {
+    Leaving leaving; // before the lock, so that it is destroyed after it
+    {
+        const std::lock_guard lock(mutex);
+        Mapping mapping = reuse(size);
+        removeExpired(leaving);
+        if (mapping.memory())
+            return mapping;
+    }
+    Mapping fresh(size);
+    if (!fresh.memory()) {
+        trim(); // what waits for other sizes may be just what is missing
+        fresh = Mapping(size);
+    }
+    if (fresh.memory())
+        countAllocation(size);
+    return fresh;
+}
+
+void PBufferPool::Core::give(Mapping mapping) {
+    allowAccess(mapping.memory(), 0, mapping.size());
+    Leaving leaving;
+    const std::lock_guard lock(mutex);
+    const std::size_t size = mapping.size();
+    counts.usedBytes -= size;
+    removeExpired(leaving);
+    if (size > idleLimit) {
+        leaving.add(std::move(mapping));
+        return;
+    }
+    while (counts.idleBytes > idleLimit - size || idle.size() == idleCountLimit)
+        removeOldest(leaving);
+    idle.push_back({std::move(mapping), Clock::now()});
+    counts.idleBytes += size;
+}
+
+void PBufferPool::Core::trim() {
+    Leaving leaving;
+    const std::lock_guard lock(mutex);
+    while (!idle.empty())
+        removeOldest(leaving);
+}
+
+PBufferPool::PBufferPool(std::size_t idleLimit, std::chrono::milliseconds idleTime)
+    : m_core(std::make_shared<Core>(idleLimit, idleTime)) {
+}
+
+PBufferPool::~PBufferPool() {
+    {
+        const std::lock_guard lock(m_core->mutex);
+        m_core->idleLimit = 0;
+    }
+    m_core->trim();
+}
+
+PBufferPool& PBufferPool::instance() {
+    // Never destroyed: images in statics are let go after exit() has begun, in any order.
+    static PBufferPool* const pool = new PBufferPool(std::size_t(512) << 20);
+    return *pool;
+}
+
+PBufferPool::Buffer PBufferPool::acquire(std::size_t size) {
+    if (size == 0 || size >= sizeLimit)
+        return nullptr;
+    Mapping mapping = m_core->take(roundedSize(size));
+    if (!mapping.memory())
+        return nullptr;
+    allowAccess(mapping.memory(), size, mapping.size());
+    const auto giveBack = [core = m_core, rounded = mapping.size()](unsigned char* memory) {
+        core->give(Mapping(memory, rounded));
+    };
+    try {
+        return Buffer(mapping.release(), giveBack);
+    } catch (const std::bad_alloc&) {
+        return nullptr; // giveBack has run
+    }
+}
+
+void PBufferPool::trim() {
+    m_core->trim();
+}
+
+PBufferPool::Statistics PBufferPool::statistics() const {
+    const std::lock_guard lock(m_core->mutex);
+    return m_core->counts;
+}

@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PDip/PImageAttachment.h>
+#include <PDip/PImageHeader.h>
+
+#include <QExplicitlySharedDataPointer>
+#include <QImage>
+#include <QMap>
+#include <QMetaType>
+#include <QVariant>
+
+#include <memory>
+
+class QDebug;
+
+namespace PDIP {
+
+/// The pixel memory of an image as it was opened by PImage::rawData(). Valid while that image lives
+/// and is neither assigned to nor opened for writing again; writing through it after the image was
+/// copied would change the copy too.
+class ImageRawData {
+public:
+    ImageRawData() = default;
+    ImageRawData(unsigned char* data, std::size_t size, AccessMode mode)
+        : m_data(data)
+        , m_size(size)
+        , m_mode(mode) {}
+
+    /// The first byte; null for an empty image.
+    const unsigned char* constData() const { return m_data; }
+    /// The same for writing. Throws dip_exception("invalid mode for access") if opened for reading.
+    unsigned char* data() const;
+    std::size_t size() const { return m_size; }
+
+private:
+    unsigned char* m_data = nullptr;
+    std::size_t m_size = 0;
+    AccessMode m_mode = AccessMode::Read;
+};
+
+} // namespace PDIP
+
+/// An implicitly shared image: copying one costs nothing, changing a copy leaves the others as they
+/// are. Different objects may be used on different threads, also when they share their pixels.
+class PImage {
+public:
+    PImage(); ///< An empty image.
+    PImage(const PImage&);
+    PImage(PImage&&) noexcept;
+    PImage& operator=(const PImage&);
+    PImage& operator=(PImage&&) noexcept;
+    ~PImage();
+
+    /// Makes it an image of this geometry with undefined pixels and no meta information. Width and
+    /// height in pixels. Returns false, leaving an empty image, if the geometry is not valid or the
+    /// memory is not to be had.
+    bool create(long width, long height, PDIP::ColorFormat format,
+                PDIP::Channel channel = PDIP::Channel::UInt8,
+                PDIP::Origin origin = PDIP::Origin::TopLeft,
+                PDIP::RowsAlign align = PDIP::RowsAlign::FourBytes);
+    bool create(const PImageHeader& header);
+
+    /// Makes it an image of this geometry and copies header.dataSize() bytes in, keeping the meta
+    /// information. Memory of the right size that is not shared is used again. Returns false as
+    /// create() does, or if data is null.
+    bool set(const unsigned char* data, const PImageHeader& header);
+
+    bool isNull() const;
+    PImageHeader header() const;
+    long width() const { return header().width(); }
+    long height() const { return header().height(); }
+    PDIP::ColorFormat format() const { return header().format(); }
+    PDIP::Channel channelType() const { return header().channelType(); }
+    std::size_t dataSize() const { return header().dataSize(); }
+    std::size_t bytesPerLine() const { return header().bytesPerLine(); }
+
+    /// Opens the pixel memory. Opening shared pixels for writing detaches them as AccessMode says;
+    /// throws std::bad_alloc if that memory is not to be had.
+    PDIP::ImageRawData rawData(PDIP::AccessMode mode);
+    /// Opens it for reading; throws dip_exception("invalid mode for access") for any other mode.
+    PDIP::ImageRawData rawData(PDIP::AccessMode mode) const;
+
+    /// Declares the same bytes to be of another format with the same bytes per pixel; false
+    /// otherwise.
+    bool reinterpretFormat(PDIP::ColorFormat format);
+
+    /// What was said about the picture besides its pixels.
+    void setMetaInformation(const QMap<QString, QVariant>& information);
+    QMap<QString, QVariant> metaInformation() const;
+
+    /// Ties a record to the picture that travels with every copy of it (see PImageAttachment).
+    /// Pixels stay shared: neither this nor setMetaInformation() ever copies them. create() drops
+    /// it, set() keeps it.
+    void setAttachment(std::shared_ptr<const PImageAttachment> attachment);
+    /// The record tied to the picture, or null.
+    std::shared_ptr<const PImageAttachment> attachment() const;
+
+    /// The same pixels as a QImage, without a copy; it keeps them alive by itself. Red is red in
+    /// every format. Null for an empty image.
+    QImage toQImage() const;
+
+private:
+    class Data;
+    Data& ownData();
+    bool setGeometry(const PImageHeader& header);
+    PDIP::ImageRawData opened(PDIP::AccessMode mode) const;
+
+    QExplicitlySharedDataPointer<Data> d;
+};
+
+/// "PImage(2736x1824, Bgr, 14971392 bytes)", or "PImage(null)".
+QDebug operator<<(QDebug debug, const PImage& image);
+
+Q_DECLARE_METATYPE(PImage)
