@@ -3,11 +3,14 @@
 
 PThread::PThread(QObject* parent)
     : QThread(parent) {
+    // Without a receiver the function runs on the thread that ends, just after its loop.
+    connect(this, &QThread::finished,
+            [this] { m_loopEnded.store(true, std::memory_order_release); });
 }
 
 PThread::~PThread() {
     m_runned.store(false, std::memory_order_release);
-    wait();
+    waitForLoop();
 }
 
 PStatus PThread::startThread() {
@@ -19,6 +22,7 @@ PStatus PThread::startThread() {
     if (const PStatus started = onStart(); !started.isOk())
         return started;
     m_runned.store(true, std::memory_order_release);
+    m_loopEnded.store(false, std::memory_order_relaxed);
     start();
     if (isRunning() || isFinished())
         return PStatus::Ok;
@@ -35,8 +39,15 @@ PStatus PThread::stopThread() {
     }
     if (!m_runned.exchange(false, std::memory_order_acq_rel))
         return PStatus::Ok;
-    wait();
+    waitForLoop();
     return onStop();
+}
+
+/// Afterwards, what the loop did has happened before what the caller does. wait() says so too, but
+/// with a lock inside Qt that the thread sanitizer cannot see.
+void PThread::waitForLoop() {
+    wait();
+    m_loopEnded.load(std::memory_order_acquire);
 }
 
 PStatus PThread::onStart() {

@@ -43,5 +43,8 @@ public:
     virtual QString id() const;
 
 private:
+    void waitForLoop();
+
     std::atomic<bool> m_runned{false};
+    std::atomic<bool> m_loopEnded{true};
 };

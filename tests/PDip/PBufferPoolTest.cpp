@@ -3,7 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/mman.h>
+
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <thread>
@@ -156,6 +159,18 @@ TEST(PBufferPool, gives_everything_that_waits_back_on_trim_and_nothing_in_use) {
     EXPECT_EQ(pool.statistics().idleBytes, 0u);
     EXPECT_EQ(pool.statistics().usedBytes, megabyte);
     EXPECT_EQ(used.get()[0], 7);
+}
+
+TEST(PBufferPool, really_unmaps_what_it_gives_back) {
+    PBufferPool pool(64 * megabyte, forEver);
+    auto buffer = pool.acquire(2 * megabyte);
+    unsigned char* memory = buffer.get();
+    unsigned char page = 0;
+    buffer.reset();
+    EXPECT_EQ(mincore(memory, 4096, &page), 0) << "what waits is still mapped";
+    pool.trim();
+    EXPECT_EQ(mincore(memory, 4096, &page), -1);
+    EXPECT_EQ(errno, ENOMEM) << "the system's answer for memory that is not mapped";
 }
 
 TEST(PBufferPool, gets_memory_of_the_system_after_trim_and_not_what_it_had) {

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+
+#include <functional>
+#include <optional>
+
+/// A device's hold on a readable id that no other present device of the process has. Any thread.
+class PDeviceIdClaim {
+public:
+    PDeviceIdClaim() = default;
+    ~PDeviceIdClaim();
+    PDeviceIdClaim(const PDeviceIdClaim&) = delete;
+    PDeviceIdClaim& operator=(const PDeviceIdClaim&) = delete;
+
+    /// The id. The first call claims what `wanted` returns, with "#2", "#3" … after it if that is
+    /// taken; later calls return the same.
+    QByteArray id(const std::function<QByteArray()>& wanted);
+
+    /// Lets others have the id, which stays this device's name: a camera that is plugged in again
+    /// gets its id back even while the removed device still exists.
+    void release();
+
+private:
+    std::optional<QByteArray> m_id; // an id may be empty: a device without a name
+    bool m_held = false;
+};

@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: MIT
+#include <PCd/PDeviceProperty.h>
+
+#include <PCd/PMetaTypes.h>
+#include <PCd/PWidgetFactory.h>
+
+#include <PCore/PAbstractReader.h>
+#include <PCore/PAbstractWriter.h>
+
+namespace {
+
+QString valueName() {
+    return QStringLiteral("value");
+}
+
+} // namespace
+
+PDeviceProperty::PDeviceProperty(QByteArray id, QString title, PCD::DevicePropertyType type)
+    : m_id(std::move(id))
+    , m_title(std::move(title))
+    , m_type(type) {
+    registerPCdMetaTypes();
+}
+
+PDeviceProperty::~PDeviceProperty() = default;
+
+QWidget* PDeviceProperty::createWidget() {
+    return PWidgetFactory::createPropertyEditor(this);
+}
+
+bool PDeviceProperty::readStreamThis(PAbstractReader* reader) {
+    return readValueFromStream(reader, valueName());
+}
+
+bool PDeviceProperty::writeStreamThis(PAbstractWriter* writer, const QString& name) {
+    if (!m_serializable)
+        return true;
+    writer->beginObject(name);
+    const bool done = writeValueToStream(writer);
+    writer->endObject();
+    return done;
+}
+
+bool PDeviceProperty::writeValueToStream(PAbstractWriter* writer) const {
+    return writer->writeValue(valueName(), m_value);
+}
+
+bool PDeviceProperty::readValueFromStream(PAbstractReader* reader, const QString& name) {
+    const QVariant value = reader->readValue(name);
+    if (!value.isValid())
+        return false;
+    setValue(value);
+    return m_value == value;
+}
+
+void PDeviceProperty::setValue(const QVariant& value) {
+    // Not taken, or so the device says: what it has now is the truth to show.
+    m_value = trySetValue(value) ? value : tryGetValue();
+    emit valueChanged(m_value);
+}
+
+void PDeviceProperty::updateValueFromDevice(bool force) {
+    const QVariant range = tryGetRange();
+    const bool rangeDiffers = range != m_range;
+    m_range = range;
+    const QVariant value = tryGetValue();
+    const bool valueDiffers = value != m_value;
+    m_value = value;
+    if (rangeDiffers || force)
+        emit rangeChanged(m_range);
+    if (valueDiffers || force)
+        emit valueChanged(m_value);
+}

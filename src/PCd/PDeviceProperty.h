@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCd/PCdTypes.h>
+
+#include <QByteArray>
+#include <QObject>
+#include <QVariant>
+
+class PAbstractReader;
+class PAbstractWriter;
+class PDevice;
+class QWidget;
+
+/// One setting of a device: its id, title and kind, and the host's copy of its value and range. A
+/// plugin derives from it (through the typed templates) and fills in the try… operations.
+/// Everything runs on the device's thread; other threads post calls.
+class PDeviceProperty : public QObject {
+    Q_OBJECT
+
+public:
+    PDeviceProperty(QByteArray id, QString title, PCD::DevicePropertyType type);
+    ~PDeviceProperty() override;
+
+    // The order of the virtual operations is part of the binary interface: add at the end only.
+
+    /// A new editor without a parent, owned by the caller: the host's generic editor where a
+    /// program has installed one (PWidgetFactory), else a label with the title.
+    virtual QWidget* createWidget();
+    /// Restores the value from the object the reader stands in. False if it is not there or
+    /// refused.
+    virtual bool readStreamThis(PAbstractReader* reader);
+    /// Writes an object of this name with the value; a property that is not serialisable writes
+    /// nothing. False if the value cannot be written.
+    virtual bool writeStreamThis(PAbstractWriter* writer, const QString& name);
+    /// Sends a value to the device. False if it was not taken.
+    virtual bool trySetValue(QVariant value) = 0;
+    /// Asks the device for its value, and for its range (invalid if it has none).
+    virtual QVariant tryGetValue() = 0;
+    virtual QVariant tryGetRange() = 0;
+    /// Writes and reads the bare value; reading sends it to the device.
+    virtual bool writeValueToStream(PAbstractWriter* writer) const;
+    virtual bool readValueFromStream(PAbstractReader* reader, const QString& name);
+
+    const QByteArray& id() const { return m_id; }
+    const QString& title() const { return m_title; }
+    PCD::DevicePropertyType type() const { return m_type; }
+    /// The device that owns the property; null before it has been taken by one.
+    PDevice* device() const { return m_device; }
+
+    /// The host's copy of value and range.
+    QVariant valueInner() const { return m_value; }
+    QVariant rangeInner() const { return m_range; }
+
+    /// Sends a value to the device. If it was taken, that value, as given, becomes the host's copy;
+    /// if not, the device is asked what it has. Either way valueChanged() is emitted, so that
+    /// whoever shows the property shows what is true.
+    void setValue(const QVariant& value);
+
+    QVariant defaultValue() const { return m_default; }
+    /// What "reset" sends; kept as given, also outside the range, and never sent by itself.
+    void setDefaultValue(const QVariant& value) { m_default = value; }
+    const QString& description() const { return m_description; }
+    void setDescription(QString description) { m_description = std::move(description); }
+    bool isSerializable() const { return m_serializable; }
+    void setSerializable(bool serializable) { m_serializable = serializable; }
+    void setType(PCD::DevicePropertyType type) { m_type = type; }
+    ValueUnits unit() const { return m_unit; }
+    void setUnit(ValueUnits unit) { m_unit = unit; }
+    ValueUnitType unitsType() const { return m_unitsType; }
+    void setUnitsType(ValueUnitType type) { m_unitsType = type; }
+
+public slots:
+    /// Asks the device for range and value and emits what has changed; with `force` it emits in any
+    /// case. May be invoked by name without the argument.
+    void updateValueFromDevice(bool force = false);
+
+signals:
+    void valueChanged(const QVariant& value);
+    void rangeChanged(const QVariant& range);
+
+protected:
+    /// Changes the host's copy without a word to the device or to anybody.
+    void setValueInner(const QVariant& value) { m_value = value; }
+
+private:
+    friend class PDevice; // takes the property
+
+    QByteArray m_id;
+    QString m_title;
+    PCD::DevicePropertyType m_type;
+    PDevice* m_device = nullptr;
+    QVariant m_value;
+    QVariant m_range;
+    QVariant m_default;
+    QString m_description;
+    ValueUnits m_unit = ValueUnits::None;
+    ValueUnitType m_unitsType = ValueUnitType::None;
+    bool m_serializable = true;
+};

@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: MIT
+#include <PCd/PDeviceRegister.h>
+
+#include <PCd/PDevice.h>
+#include <PCd/PMetaTypes.h>
+
+#include <PLog/PLog.h>
+
+#include <QScopeGuard>
+
+#include <algorithm>
+#include <exception>
+
+namespace {
+
+void logFailure(const char* reason) {
+    PLog::logStream(QStringLiteral("PCd"), QString::fromLatin1(Q_FUNC_INFO),
+                    QString::fromLatin1(__FILE__), __LINE__, PLogLevel::Error)
+        << "Looking for devices failed:" << reason;
+}
+
+} // namespace
+
+PDeviceRegister::PDeviceRegister() {
+    registerPCdMetaTypes();
+}
+
+PDeviceRegister::~PDeviceRegister() {
+    // Now, not later: the code of the devices may be gone with this object.
+    while (!m_devices.isEmpty()) {
+        PDevice* const device = m_devices.takeLast();
+        device->retire();
+        delete device;
+    }
+}
+
+void PDeviceRegister::registerInitialize() {
+    updateDevices();
+}
+
+void PDeviceRegister::registerCleanup() {
+    while (!m_devices.isEmpty())
+        removeDevice(m_devices.last());
+}
+
+PDevice* PDeviceRegister::createDevice(const QByteArray& id) {
+    if (findDevice(id) == nullptr)
+        updateDevices();
+    return findDevice(id);
+}
+
+void PDeviceRegister::destroyDevice(PDevice* device) {
+    device->deleteLater();
+}
+
+QList<PDevice*> PDeviceRegister::aliveDevices() {
+    return {};
+}
+
+PDevice* PDeviceRegister::findDevice(const QByteArray& id) const {
+    const auto found = std::find_if(m_devices.begin(), m_devices.end(), [&](const PDevice* d) {
+        return d->deviceId(false) == id || d->deviceId(true) == id;
+    });
+    return found == m_devices.end() ? nullptr : *found;
+}
+
+void PDeviceRegister::removeDevice(PDevice* device) {
+    // Out of the list before anything is told: a listener that asks, or that removes it once more,
+    // finds it gone already.
+    if (!m_devices.removeOne(device))
+        return;
+    device->retire();
+    emit deviceRemoved(device);
+    destroyDevice(device);
+}
+
+void PDeviceRegister::updateDevices() {
+    if (m_updating) {
+        m_updateAgain = true;
+        return;
+    }
+    m_updating = true;
+    const auto done = qScopeGuard([this] { m_updating = false; });
+    try {
+        do {
+            m_updateAgain = false;
+            mergeDevices(aliveDevices());
+        } while (m_updateAgain);
+    } catch (const std::exception& error) {
+        // A timer calls this: past here the exception would unwind the event loop. The list is as
+        // it was, and the next rescan tries again.
+        logFailure(error.what());
+    } catch (...) {
+        logFailure("unknown exception");
+    }
+}
+
+void PDeviceRegister::mergeDevices(const QList<PDevice*>& alive) {
+    const QList<PDevice*> known = m_devices;
+    for (PDevice* device : known) {
+        if (!alive.contains(device))
+            removeDevice(device);
+    }
+    for (PDevice* device : alive) {
+        if (!known.contains(device))
+            addDevice(device);
+    }
+}
+
+void PDeviceRegister::addDevice(PDevice* device) {
+    // Owned, so that one that still waits to be deleted later goes with the register at the latest.
+    device->setParent(this);
+    device->m_registerId = m_id;
+    m_devices.append(device);
+    emit deviceAdded(device);
+}

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QObject>
+
+class PDevice;
+
+/// The root object of a device plugin: it knows which devices of its kind are present. Everything
+/// runs on the thread that owns it.
+class PDeviceRegister : public QObject {
+    Q_OBJECT
+
+public:
+    PDeviceRegister();
+    /// Deletes the devices that are left.
+    ~PDeviceRegister() override;
+
+    // The order of the virtual operations is part of the binary interface: add at the end only.
+
+    /// Called by the host when it begins to use the register: finds the devices present.
+    virtual void registerInitialize();
+    /// Called by the host before it lets the register go: removes all devices.
+    virtual void registerCleanup();
+    /// The device with this id (with or without the register's), looking anew for devices if it is
+    /// not known yet; null if there is none.
+    virtual PDevice* createDevice(const QByteArray& id);
+    /// Disposes of a device that has been removed. Deletes it later, never at once: the call may
+    /// come from one of its own signals.
+    virtual void destroyDevice(PDevice* device);
+    /// The devices present now: known ones again, new ones made. The base knows of none.
+    virtual QList<PDevice*> aliveDevices();
+
+    const QByteArray& id() const { return m_id; }
+    void setId(const QByteArray& id) { m_id = id; }
+
+    const QList<PDevice*>& devices() const { return m_devices; }
+    /// The device with this id (with or without the register's), or null.
+    PDevice* findDevice(const QByteArray& id) const;
+    /// Stops and unlinks the device, takes it out of the list, tells with deviceRemoved(), and has
+    /// it destroyed. A device that is not in the list is left alone.
+    void removeDevice(PDevice* device);
+
+public slots:
+    /// Compares the list with aliveDevices(): adds what is new, removes what is gone, and tells of
+    /// both. A call from inside another one is put off until that has ended.
+    void updateDevices();
+
+signals:
+    void deviceAdded(PDevice* device);
+    /// The device is stopped and unlinked, out of the list, and about to be deleted.
+    void deviceRemoved(PDevice* device);
+
+private:
+    void addDevice(PDevice* device);
+    void mergeDevices(const QList<PDevice*>& alive);
+
+    QByteArray m_id;
+    QList<PDevice*> m_devices;
+    bool m_updating = false;
+    bool m_updateAgain = false;
+};
+
+#define PDeviceRegister_iid "org.pellix.pcd.device_register/1.0"
+Q_DECLARE_INTERFACE(PDeviceRegister, PDeviceRegister_iid)

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QDataStream>
+#include <QList>
+#include <QMetaType>
+#include <QString>
+#include <QUuid>
+
+/// One item of a PEnumeration.
+struct PEnumerationItem {
+    QUuid id;        ///< what a property exchanges as its value
+    QString name;    ///< untranslated
+    QString title;   ///< translated, for people
+    QByteArray data; ///< what the device understands
+
+    friend bool operator==(const PEnumerationItem& a, const PEnumerationItem& b) {
+        return a.id == b.id && a.name == b.name && a.title == b.title && a.data == b.data;
+    }
+};
+
+/// An ordered list of named choices: the range of a choice property. A value; any thread.
+class PEnumeration {
+public:
+    /// Appends an item; ids may repeat, the first one counts.
+    void addItem(QUuid id, const QString& name, const QString& title, const QByteArray& data);
+    /// The first item with this id, or an empty item.
+    PEnumerationItem getItem(QUuid id) const;
+    const QList<PEnumerationItem>& items() const { return m_items; }
+
+    friend bool operator==(const PEnumeration& a, const PEnumeration& b) {
+        return a.m_items == b.m_items;
+    }
+    friend bool operator!=(const PEnumeration& a, const PEnumeration& b) { return !(a == b); }
+
+private:
+    QList<PEnumerationItem> m_items;
+};
+
+/// Stream form: the number of items as quint32, then id, name, title and data of each. Reading a
+/// stream that ends early leaves its status set and an empty enumeration.
+QDataStream& operator<<(QDataStream& out, const PEnumeration& enumeration);
+QDataStream& operator>>(QDataStream& in, PEnumeration& enumeration);
+
+Q_DECLARE_METATYPE(PEnumeration)

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QMetaType>
+#include <QString>
+
+#include <array>
+#include <cstddef>
+
+/// What became of a frame. Every frame has exactly one fate.
+enum class PFrameFate : int {
+    Delivered,      ///< reached the device's listeners
+    LostInCamera,   ///< the camera made it, but it never left the SDK
+    BadDepth,       ///< dropped by the plugin: bits of a pixel it does not know
+    BadSize,        ///< dropped by the plugin: size and geometry do not add up
+    NoMemory,       ///< dropped by the plugin: no memory for the pixels
+    DroppedWaiting, ///< dropped because too much was waiting for the device's thread
+    FailedInWriter, ///< a frame sink (a recorder) could not take it
+    Failed,         ///< a listener failed over it
+    NotWanted,      ///< came after the last frame that was asked for
+};
+constexpr std::size_t PFrameFateCount = 9;
+
+/// Account of every frame a device's camera has produced. A value; any thread.
+struct PFrameLedger {
+    quint64 produced = 0;                         ///< frames counted when they appeared
+    std::array<quint64, PFrameFateCount> fates{}; ///< frames counted when their fate was known
+    quint64 waiting = 0;                          ///< on the way to the device's thread now
+    quint64 snapshots = 0; ///< pictures handed out as snapshots, live frames made so included
+
+    quint64 count(PFrameFate fate) const { return fates[std::size_t(fate)]; }
+    /// True if every frame that appeared has its fate or is waiting.
+    bool isBalanced() const;
+
+    /// Every fate, in order.
+    static const std::array<PFrameFate, PFrameFateCount>& allFates();
+    /// "delivered", "lost_in_camera" …: for scripts.
+    static QByteArray key(PFrameFate fate);
+    /// "delivered", "lost in the camera" …: for people.
+    static QString title(PFrameFate fate);
+};
+
+Q_DECLARE_METATYPE(PFrameLedger)

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCd/PDeviceMode.h>
+
+#include <PDip/PImageAttachment.h>
+
+#include <QDateTime>
+#include <QList>
+#include <QVariant>
+
+#include <chrono>
+#include <memory>
+#include <utility>
+
+/// The settings a device had at one moment, as the host knows them. Immutable once shared.
+struct PDeviceSettings {
+    PDeviceMode mode;
+    /// Property id and value, in the order of the device's list.
+    QList<std::pair<QByteArray, QVariant>> values;
+};
+
+/// When and how a frame was taken. Tied to the frame's image, it travels with every copy of it.
+struct PFrameStamp : public PImageAttachment {
+    /// Number of the frame among all frames of its device, from 1; live and still together. A gap
+    /// is a frame that never came this far.
+    quint64 sequence = 0;
+    std::chrono::steady_clock::time_point arrived;   ///< for intervals
+    QDateTime arrivedUtc;                            ///< for people and files
+    std::shared_ptr<const PDeviceSettings> settings; ///< never null
+};

@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PDip/PImage.h>
+
+#include <QObject>
+
+/// Anything that gives images one after the other.
+class PImageSource : public QObject {
+    Q_OBJECT
+
+public:
+    explicit PImageSource(QObject* parent = nullptr)
+        : QObject(parent) {}
+
+signals:
+    /// A new image, on the thread of this object.
+    void imageChanged(PImage image);
+};

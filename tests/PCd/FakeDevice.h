@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCd/PDevice.h>
+#include <PCd/PDeviceProperty.h>
+#include <PCd/PDevicePropertyGroup.h>
+
+#include <QStringList>
+
+#include <functional>
+
+/// A device without a camera: it answers as it is told and writes down what it is asked for.
+class FakeDevice : public PDevice {
+public:
+    explicit FakeDevice(const QByteArray& model = "Fake", const QByteArray& serial = "1")
+        : PDevice(nullptr)
+        , m_model(model)
+        , m_serial(serial) {}
+
+    QByteArray getModel() const override { return m_model; }
+    QByteArray getSerial() const override { return m_serial; }
+    bool tryLink() override { return note("link", !refusesLink); }
+    bool tryUnlink() override { return note("unlink", !refusesUnlink); }
+    bool tryStartStream() override {
+        if (whenStarted)
+            whenStarted();
+        return note("start", !refusesStart);
+    }
+    bool tryStopStream() override {
+        if (whenStopped)
+            whenStopped();
+        return note("stop", !refusesStop);
+    }
+    PDeviceMode getCurrentMode() override { return mode; }
+    bool trySetMode(const PDeviceMode& wanted) override {
+        if (!refusesMode)
+            mode = wanted;
+        return note("mode", !refusesMode);
+    }
+    QList<PDeviceMode> getSupportModes() override { return modes; }
+    QList<PDeviceProperty*> getSupportProperties() override {
+        note("properties", true);
+        return makeProperties ? makeProperties() : QList<PDeviceProperty*>();
+    }
+    QList<PDevicePropertyGroup*> getSupportPropertyGroups() override {
+        note("groups", true);
+        return makeGroups ? makeGroups() : QList<PDevicePropertyGroup*>();
+    }
+
+    static PDeviceMode modeOf(int width, int height, const QByteArray& id) {
+        return {width, height, QStringLiteral("%1x%2").arg(width).arg(height), id, 24};
+    }
+
+    bool refusesLink = false, refusesUnlink = false, refusesStart = false, refusesStop = false;
+    bool refusesMode = false;
+    PDeviceMode mode = modeOf(640, 480, "0");
+    QList<PDeviceMode> modes{modeOf(640, 480, "0"), modeOf(320, 240, "1")};
+    std::function<void()> whenStarted, whenStopped;
+    std::function<QList<PDeviceProperty*>()> makeProperties;
+    std::function<QList<PDevicePropertyGroup*>()> makeGroups;
+    QStringList calls;
+
+private:
+    bool note(const char* call, bool answer) {
+        calls.append(QString::fromLatin1(call));
+        return answer;
+    }
+
+    QByteArray m_model;
+    QByteArray m_serial;
+};

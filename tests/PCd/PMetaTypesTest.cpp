@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+// A program of its own: Qt comes to know a type by its first use in a variant too, and nothing here
+// must use one before it is looked up.
+#include <PCd/PMetaTypes.h>
+
+#include <PCd/PDeviceFrame.h>
+#include <PCd/PDeviceMode.h>
+#include <PCd/PEnumeration.h>
+#include <PCd/PFrameLedger.h>
+#include <PCd/PScanAreaRange.h>
+
+#include <PCore/PMinMaxRange.h>
+
+#include <support/QtPrinters.h>
+#include <support/RowName.h>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+struct TypeRow {
+    const char* typeName;
+    const char* name;
+    QMetaType type;
+};
+
+class MetaType : public testing::TestWithParam<TypeRow> {};
+
+TEST_P(MetaType, is_known_to_qt_by_its_name) {
+    registerPCdMetaTypes();
+    EXPECT_EQ(QMetaType::fromName(GetParam().typeName), GetParam().type);
+}
+
+} // namespace
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, MetaType,
+    testing::Values(
+        TypeRow{"PMinMaxRange<int>", "range_of_int", QMetaType::fromType<PMinMaxRange<int>>()},
+        TypeRow{"PMinMaxRange<double>", "range_of_double",
+                QMetaType::fromType<PMinMaxRange<double>>()},
+        TypeRow{"PEnumeration", "enumeration", QMetaType::fromType<PEnumeration>()},
+        TypeRow{"PScanAreaRange", "scan_area_range", QMetaType::fromType<PScanAreaRange>()},
+        TypeRow{"PDeviceMode", "mode", QMetaType::fromType<PDeviceMode>()},
+        TypeRow{"PDeviceFrame", "frame", QMetaType::fromType<PDeviceFrame>()},
+        TypeRow{"PImage", "image", QMetaType::fromType<PImage>()},
+        TypeRow{"PFrameLedger", "ledger", QMetaType::fromType<PFrameLedger>()}),
+    RowName());

@@ -1,0 +1,9 @@
+// SPDX-License-Identifier: MIT
+#include "IncompletePlugin.h"
+
+// A variable, not a function: those are looked up when the library is loaded.
+extern int pcdTestSymbolThatNobodyHas;
+
+IncompletePlugin::IncompletePlugin() {
+    pcdTestSymbolThatNobodyHas = 1;
+}

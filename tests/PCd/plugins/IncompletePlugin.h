@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCd/PDeviceRegister.h>
+
+/// Root of a device plugin whose library needs a symbol that nobody has.
+class IncompletePlugin : public PDeviceRegister {
+    Q_OBJECT
+    Q_INTERFACES(PDeviceRegister)
+    Q_PLUGIN_METADATA(IID "pellix.devices.incomplete")
+
+public:
+    IncompletePlugin();
+};
