@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <toupcam/toupcam.h>
+
+#include <string>
+#include <type_traits>
+
+/// How the arguments of SDK calls are written in the journal. All callable from any thread.
+namespace PSimArgument {
+
+/// A text in double quotes, at most `maximum` bytes of it; a null pointer is "null".
+std::string quoted(const char* text, std::size_t maximum);
+
+/// A text argument such as a camera id.
+struct Text {
+    const char* text;
+    std::size_t maximum; ///< bytes that may be read
+};
+
+/// A pointer of which only null or not null is told: "fn", "ctx", "data".
+struct Named {
+    bool present;
+    const char* name;
+};
+
+/// A value the call writes: shown as it is on return.
+template <typename T>
+struct Out {
+    const T* value;
+};
+
+template <typename T>
+Out<T> out(const T* value) {
+    return {value};
+}
+
+template <typename F>
+Named function(F callback) {
+    return {callback != nullptr, "fn"};
+}
+
+inline Named context(const void* pointer) {
+    return {pointer != nullptr, "ctx"};
+}
+
+inline Named buffer(const void* pointer) {
+    return {pointer != nullptr, "data"};
+}
+
+template <typename T>
+std::string write(T value) {
+    static_assert(std::is_integral_v<T>);
+    return std::to_string(value);
+}
+
+std::string write(const Text& text);
+std::string write(const Named& pointer);
+std::string write(const Out<ToupcamFrameInfoV2>& info);
+
+template <typename T>
+std::string write(const Out<T>& output) {
+    return output.value ? std::to_string(*output.value) : std::string("null");
+}
+
+} // namespace PSimArgument

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QSet>
+#include <QString>
+#include <functional>
+#include <initializer_list>
+#include <stdexcept>
+
+/// Something wrong in a scene text; what() names the place, what stands there and what was
+/// expected.
+class PSimSceneError : public std::runtime_error {
+public:
+    PSimSceneError(const QString& place, const QString& complaint);
+};
+
+/// Reads one JSON object strictly: values of the wrong kind or out of range, missing ones, and keys
+/// nobody asked for throw PSimSceneError. Used on one thread.
+class PSimJsonObject {
+public:
+    PSimJsonObject(const QJsonValue& value, const QString& place);
+
+    bool has(const char* key) const { return m_object.contains(QLatin1String(key)); }
+    bool isNull(const char* key) const { return m_object.value(QLatin1String(key)).isNull(); }
+    QString place(const char* key) const;
+
+    QString text(const char* key, const QString& fallback);
+    QString requiredText(const char* key);
+    bool boolean(const char* key, bool fallback);
+    double number(const char* key, double fallback, double minimum, double maximum);
+    /// A whole number; T decides nothing but the type of the result.
+    template <typename T>
+    T integer(const char* key, T fallback, double minimum, double maximum) {
+        return static_cast<T>(wholeNumber(key, static_cast<double>(fallback), minimum, maximum));
+    }
+    /// The value under a key as it is; undefined if it is missing.
+    QJsonValue value(const char* key);
+    /// Calls `read` with each element of an array and its place; a missing key is an empty array.
+    void forEach(const char* key,
+                 const std::function<void(const QJsonValue&, const QString&)>& read);
+    /// Which of the texts stands under the key.
+    int choice(const char* key, std::initializer_list<const char*> texts);
+    /// Throws if there is a key that none of the calls above asked for.
+    void finish() const;
+
+    /// Throws about the value under a key.
+    [[noreturn]] void complain(const char* key, const QString& expected) const;
+
+private:
+    double wholeNumber(const char* key, double fallback, double minimum, double maximum);
+
+    QJsonObject m_object;
+    QString m_place;
+    QSet<QString> m_known;
+};

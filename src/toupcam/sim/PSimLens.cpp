@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+#include <toupcam/sim/PSimLens.h>
+
+#include <toupcam/sim/PSimReadyLens.h>
+#include <toupcam/sim/PSimSensorLens.h>
+
+#include <algorithm>
+
+BITMAPINFOHEADER PSimPicture::header() const {
+    BITMAPINFOHEADER header{};
+    header.biSize = sizeof header;
+    header.biWidth = static_cast<int>(width);
+    header.biHeight = static_cast<int>(height);
+    header.biPlanes = 1;
+    header.biBitCount = static_cast<unsigned short>(bits);
+    header.biSizeImage = static_cast<unsigned>(bytes());
+    return header;
+}
+
+std::uint8_t* PSimPicture::ownPixels() {
+    if (memory.size() < bytes())
+        memory.resize(bytes());
+    pixels = memory.data();
+    return memory.data();
+}
+
+double PSimPicture::meanBrightness() const {
+    const std::size_t rowBytes = std::size_t{width} * bits / 8;
+    // Steps that are no multiple of 3 meet all channels alike.
+    const std::size_t across = rowBytes / 96 / 3 * 3 + 1;
+    const unsigned down = std::max(1U, height / 64);
+    double sum = 0.0;
+    std::size_t count = 0;
+    for (unsigned y = 0; y < height; y += down) {
+        for (std::size_t x = 0; x < rowBytes; x += across) {
+            sum += pixels[y * stride() + x];
+            ++count;
+        }
+    }
+    return sum / static_cast<double>(count);
+}
+
+std::shared_ptr<PSimLens> PSimLens::create(std::shared_ptr<const PSimCameraSpec> spec,
+                                           std::uint64_t seed) {
+    using Kind = PSimSourceSpec::Kind;
+    if (spec->source.kind == Kind::Patches)
+        return std::make_shared<PSimPatchesLens>(std::move(spec));
+    if (spec->source.kind == Kind::Ring)
+        return std::make_shared<PSimRingLens>(std::move(spec));
+    return std::make_shared<PSimSensorLens>(std::move(spec), seed);
+}

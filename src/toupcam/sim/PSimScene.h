@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+/// What the simulated world consists of, as a scene text says it. Plain values: parsed and checked
+/// once by PSimSceneReader, never changed afterwards.
+
+/// One resolution of a camera.
+struct PSimResolution {
+    unsigned width = 0;
+    unsigned height = 0;
+    double framesPerSecond = 30.0; ///< at the highest speed level, before any other limit
+};
+
+/// What lies under the lens.
+struct PSimSourceSpec {
+    enum class Kind {
+        Tissue,       ///< procedural stained tissue section in bright field
+        Fluorescence, ///< procedural fluorescent cells on a dark background
+        Flat,         ///< even light, no specimen: what a photon-transfer curve is taken of
+        Picture,      ///< picture files of the user
+        Patches,      ///< pure red, green and blue patches on black, without noise
+        Ring          ///< ready-made frames that cost nothing to produce
+    };
+    Kind kind = Kind::Tissue;
+    std::vector<QString> pictures; ///< Picture: files, shown one after the other
+    unsigned framesEach = 30;      ///< Picture: frames before the next file is shown
+    double level = 0.5;            ///< Flat: share of full light, 0 … 1
+    unsigned drift = 0;            ///< slow stage drift, pixels to either side
+    unsigned ringFrames = 4;       ///< Ring: number of different frames
+    bool unpaced = false;          ///< Ring: as fast as the callback returns
+};
+
+/// The sensor: how light becomes numbers.
+struct PSimSensorSpec {
+    double fullWell = 15000.0;       ///< electrons a pixel can hold
+    double electronsPerCount = 59.0; ///< electrons for one count at 100 % gain
+    double offset = 2.0;             ///< counts without light
+    double readNoise = 5.0;          ///< electrons, root mean square
+    double electronsPerMs = 1350.0;  ///< electrons a millisecond where the light is full
+};
+
+struct PSimExposureSpec {
+    unsigned minimum = 50; ///< microseconds, as all of these
+    unsigned maximum = 15000000;
+    unsigned initial = 10000;
+    bool automatic = true;
+    unsigned short target = 120; ///< mean brightness auto-exposure aims at
+    unsigned automaticMaximum = 350000;
+};
+
+struct PSimGainSpec {
+    unsigned short minimum = 100; ///< per cent, as all of these
+    unsigned short maximum = 500;
+    unsigned short initial = 100;
+};
+
+/// One simulated camera.
+struct PSimCameraSpec {
+    std::optional<QByteArray> model; ///< UTF-8; none: the record's name pointer is null
+    QByteArray displayName;          ///< UTF-8, at most 63 bytes
+    QByteArray id;                   ///< ASCII, 1 … 64 characters
+    QByteArray serial;               ///< UTF-8, at most 31 bytes
+    std::uint64_t flags = 0;
+    std::vector<PSimResolution> resolutions;
+    PSimExposureSpec exposure;
+    PSimGainSpec gain;
+    unsigned speedLevels = 1;
+    unsigned bits = 24; ///< 8 grey, 24 colour
+    float pixelSize = 2.4F;
+    unsigned fanLevels = 0;
+    double linkMegabytes = 0.0; ///< payload of the link, 10^6 bytes a second; 0: no limit
+    PSimSourceSpec source;
+    PSimSensorSpec sensor;
+    bool plugged = true;
+};
+
+/// One step of the fault plan.
+struct PSimFaultSpec {
+    enum class Action { Unplug, Plug, Hold, Release, Event, PushMalformed, Lose, Fail, Delay };
+    Action action = Action::Unplug;
+    QByteArray camera;                        ///< id; empty for Fail and Delay
+    std::optional<std::uint64_t> afterFrames; ///< frames taken by that camera since scene load
+    std::optional<unsigned> atMs;             ///< since the scene was loaded
+    unsigned event = 0;                       ///< Event: the code
+    int width = 0;                            ///< PushMalformed: what the header says
+    int height = 0;
+    unsigned short bits = 24;
+    unsigned sizeImage = 0;
+    double probability = 0.0; ///< Lose: of each frame
+    QByteArray function;      ///< Fail, Delay
+    std::optional<unsigned> option;
+    unsigned skip = 0;
+    unsigned count = 0;
+    int result = 0;
+    unsigned ms = 0; ///< Delay
+};
+
+/// A whole scene.
+struct PSimScene {
+    std::uint64_t seed = 1;
+    std::vector<PSimCameraSpec> cameras;
+    std::vector<PSimFaultSpec> faults;
+};

@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+#include <toupcam/sim/PSimSensor.h>
+
+#include <toupcam/sim/PSimExposeRow.h>
+#include <toupcam/sim/PSimRandom.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+namespace {
+
+constexpr std::size_t kNoiseSize = std::size_t{1} << 18;
+constexpr double kNoiseDeviation = 28.0; // 4.5 standard deviations fit into a signed byte
+constexpr double kUnitsACount = 16.0;
+
+// Normally distributed numbers by the method of Box and Muller (1958).
+std::vector<std::int8_t> normalNoise() {
+    constexpr std::uint64_t kSeed = 1908; // any: which piece is used where depends on the sensor
+    PSimRandom random(kSeed);
+    std::vector<std::int8_t> noise(kNoiseSize);
+    for (std::size_t i = 0; i < kNoiseSize; i += 2) {
+        const double radius = kNoiseDeviation * std::sqrt(-2.0 * std::log(1.0 - random.uniform()));
+        const double angle = 6.283185307179586 * random.uniform();
+        const auto byte = [](double value) {
+            return static_cast<std::int8_t>(std::clamp(std::lround(value), -127L, 127L));
+        };
+        noise[i] = byte(radius * std::cos(angle));
+        noise[i + 1] = byte(radius * std::sin(angle));
+    }
+    return noise;
+}
+
+// One supply for all sensors, made when the first picture is taken; never freed, as SDK threads may
+// outlive the end of main.
+const std::vector<std::int8_t>& noiseSupply() {
+    static const auto* const noise = new std::vector<std::int8_t>(normalNoise());
+    return *noise;
+}
+
+std::uint16_t limited(double value, double maximum) {
+    return static_cast<std::uint16_t>(std::lround(std::clamp(value, 0.0, maximum)));
+}
+
+// The limits keep the sum of signal and both noises within 16 bits: 16000 + 8096 + 8128 units.
+PSimRowFactors factorsOf(const PSimSensorSpec& spec, const PSimShot& shot) {
+    const double countsAnElectron = shot.gain / spec.electronsPerCount;
+    const double signal = spec.electronsPerMs * shot.exposureMs / 255.0 * countsAnElectron;
+    // Shot noise: the variance in counts is (signal x light) x countsAnElectron.
+    const double shotScale = std::sqrt(signal * countsAnElectron) / kNoiseDeviation / 16.0;
+    const double readScale = spec.readNoise * countsAnElectron / kNoiseDeviation / 256.0;
+    PSimRowFactors factors;
+    factors.signal = limited(signal * 4096.0, 65535.0);
+    factors.ceiling = limited(spec.fullWell * countsAnElectron * kUnitsACount, 16000.0);
+    factors.shot = static_cast<std::int16_t>(limited(shotScale * kUnitsACount * 65536.0, 16383.0));
+    factors.read = static_cast<std::int16_t>(limited(readScale * kUnitsACount * 65536.0, 16383.0));
+    // Half a count to round; one unit because the three products are each rounded down.
+    factors.offset = static_cast<std::int16_t>(std::lround(spec.offset * kUnitsACount) + 8 + 1);
+    return factors;
+}
+
+} // namespace
+
+PSimSensor::PSimSensor(const PSimSensorSpec& spec, std::uint64_t seed)
+    : m_spec(spec)
+    , m_seed(seed) {
+}
+
+void PSimSensor::expose(const PSimLight& light, unsigned x, unsigned y, unsigned width,
+                        unsigned height, const PSimShot& shot, std::uint64_t frame,
+                        std::uint8_t* out, std::size_t stride) const {
+    const PSimRowFactors factors = factorsOf(m_spec, shot);
+    const std::vector<std::int8_t>& noise = noiseSupply();
+    const std::size_t rowBytes = std::size_t{width} * light.channels;
+    const std::size_t room = kNoiseSize - rowBytes;
+    PSimRandom random(PSimRandom::mix(m_seed ^ PSimRandom::mix(frame)));
+    for (unsigned row = 0; row < height; ++row) {
+        const std::size_t from = (y + row) * light.rowBytes() + std::size_t{x} * light.channels;
+        std::uint8_t* line = out + row * stride;
+        const std::int8_t* shotNoise = noise.data() + random.below(room);
+        const std::int8_t* readNoise = noise.data() + random.below(room);
+        simExposeRow(light.values.data() + from, light.roots.data() + from, shotNoise, readNoise,
+                     rowBytes, factors, line);
+        std::memset(line + rowBytes, 0, stride - rowBytes);
+    }
+}

@@ -1,0 +1,128 @@
+// SPDX-License-Identifier: MIT
+#include <toupcam/sim/toupcamsim.h>
+
+#include <toupcam/sim/PSimSceneReader.h>
+#include <toupcam/sim/PSimWorld.h>
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+PSimWorld& world() {
+    return PSimWorld::instance();
+}
+
+QByteArray idOf(const char* camId) {
+    return camId ? QByteArray(camId) : QByteArray();
+}
+
+// No exception leaves a C function; what fails with one counts as not done.
+template <typename Work>
+int done(const Work& work) noexcept {
+    try {
+        return work() ? 1 : 0;
+    } catch (...) {
+        return 0;
+    }
+}
+
+template <typename Work>
+void attempt(const Work& work) noexcept {
+    done([&work] {
+        work();
+        return true;
+    });
+}
+
+} // namespace
+
+const char* ToupcamSim_version(void) {
+    return "simulated 0.1.0";
+}
+
+const char* ToupcamSim_loadScene(const char* json) {
+    thread_local std::string complaint;
+    try {
+        world().load(PSimSceneReader::read(idOf(json)));
+        return nullptr;
+    } catch (const std::exception& error) {
+        complaint = error.what();
+        return complaint.c_str();
+    }
+}
+
+void ToupcamSim_reset(void) {
+    attempt([] { world().reset(); });
+}
+
+int ToupcamSim_unplug(const char* camId) {
+    return done([camId] { return world().unplug(idOf(camId)); });
+}
+
+int ToupcamSim_plug(const char* camId) {
+    return done([camId] { return world().plug(idOf(camId)); });
+}
+
+void ToupcamSim_fireHotPlug(void) {
+    attempt([] { world().hotPlug().notify(); });
+}
+
+void ToupcamSim_failCall(const char* function, unsigned skip, unsigned count, HRESULT result) {
+    attempt([&] { world().faults().fail(function, std::nullopt, skip, count, result); });
+}
+
+void ToupcamSim_failOption(const char* function, unsigned option, unsigned skip, unsigned count,
+                           HRESULT result) {
+    attempt([&] { world().faults().fail(function, option, skip, count, result); });
+}
+
+void ToupcamSim_delayCall(const char* function, unsigned ms) {
+    attempt([&] { world().faults().delay(function, ms); });
+}
+
+void ToupcamSim_clearFaults(void) {
+    attempt([] { world().faults().clear(); });
+}
+
+int ToupcamSim_holdFrames(const char* camId, int hold) {
+    return done([&] { return world().hold(idOf(camId), hold != 0); });
+}
+
+int ToupcamSim_pushRaw(const char* camId, const void* data, const BITMAPINFOHEADER* header,
+                       int isSnapshot) {
+    return done([&] { return world().pushRaw(idOf(camId), data, header, isSnapshot); });
+}
+
+int ToupcamSim_fireEvent(const char* camId, unsigned event) {
+    return done([&] { return world().fireEvent(idOf(camId), event); });
+}
+
+int ToupcamSim_frameCount(const char* camId, unsigned long long* produced,
+                          unsigned long long* delivered) {
+    return done([&] {
+        const std::shared_ptr<PSimCamera> camera = world().camera(idOf(camId));
+        if (!camera)
+            return false;
+        const PSimFrameCounts counts = camera->counts();
+        if (produced)
+            *produced = counts.produced;
+        if (delivered)
+            *delivered = counts.delivered;
+        return true;
+    });
+}
+
+unsigned ToupcamSim_journal(unsigned index, char* line, unsigned size) {
+    attempt([&] {
+        if (!line || size == 0)
+            return;
+        const std::string text = world().journal().line(index).substr(0, size - 1);
+        std::memcpy(line, text.c_str(), text.size() + 1);
+    });
+    return static_cast<unsigned>(world().journal().size());
+}
+
+void ToupcamSim_clearJournal(void) {
+    attempt([] { world().journal().clear(); });
+}

@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// What a test, or a program that shows simulated cameras, may do to the simulated world behind the
+// SDK's interface: load scenes, plug and unplug cameras, make calls fail, and read what was called.
+// All functions are plain C functions exported by the simulated libtoupcam.so, callable from any
+// thread; none of them is part of the camera SDK. A program that loads the library at run time
+// recognises a simulated SDK by the symbol ToupcamSim_version. Texts are UTF-8.
+
+#include <toupcam/toupcam.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/// Version text of the simulator; its presence tells a simulated SDK from the maker's.
+TOUPCAM_API(const char*) ToupcamSim_version(void);
+
+/// Replaces the scene by the one in this JSON text. All cameras open now are unplugged first, and
+/// the faults of the old scene are forgotten. Not from inside a callback.
+/// Returns null on success, else a text that names what is wrong and where (valid until the next
+/// call on the same thread); on failure the scene is unchanged.
+TOUPCAM_API(const char*) ToupcamSim_loadScene(const char* json);
+
+/// Back to the built-in scene, with an empty journal and no faults. Every open handle must have
+/// been closed before. Handles are counted from h1 again. Not from inside a callback.
+TOUPCAM_API(void) ToupcamSim_reset(void);
+
+/// Pulls the cable of the camera with this SDK id: its stream reports the loss as the SDK does, its
+/// calls fail with E_GEN_FAILURE, the hot-plug callback runs. Returns 1, or 0 if there is no such
+/// camera plugged in.
+TOUPCAM_API(int) ToupcamSim_unplug(const char* camId);
+
+/// Plugs a camera of the scene in again. Returns 1, or 0 if it is not an unplugged camera.
+TOUPCAM_API(int) ToupcamSim_plug(const char* camId);
+
+/// Runs the hot-plug callback once, on the SDK's hot-plug thread, without any change.
+TOUPCAM_API(void) ToupcamSim_fireHotPlug(void);
+
+/// Makes calls of `function` (for example "Toupcam_put_Option") return `result` without effect: the
+/// next `count` of them after letting `skip` pass (count 0: all from then on). For Toupcam_Open the
+/// result is a null handle, for Toupcam_EnumV2 the number of cameras (result, not below 0 nor above
+/// those there are).
+TOUPCAM_API(void)
+ToupcamSim_failCall(const char* function, unsigned skip, unsigned count, HRESULT result);
+
+/// Like ToupcamSim_failCall, for calls of put_Option or get_Option with this option only.
+TOUPCAM_API(void)
+ToupcamSim_failOption(const char* function, unsigned option, unsigned skip, unsigned count,
+                      HRESULT result);
+
+/// Makes every call of `function` take `ms` longer (0: no longer).
+TOUPCAM_API(void) ToupcamSim_delayCall(const char* function, unsigned ms);
+
+/// Forgets all failures and delays.
+TOUPCAM_API(void) ToupcamSim_clearFaults(void);
+
+/// While held, the camera produces frames that never arrive (they are lost in the camera).
+TOUPCAM_API(int) ToupcamSim_holdFrames(const char* camId, int hold);
+
+/// Pushes one buffer with exactly this header through the data callback, on the camera's push
+/// thread between two frames; waits until the callback has returned. `data` may be null: that is
+/// the SDK's report of a lost camera. Returns 1, or 0 if the camera does not push.
+TOUPCAM_API(int)
+ToupcamSim_pushRaw(const char* camId, const void* data, const BITMAPINFOHEADER* header,
+                   int isSnapshot);
+
+/// Delivers an event code to the event callback of pull mode, on the camera's event thread; waits
+/// until the callback has returned. Returns 1, or 0 if the camera is not in pull mode.
+TOUPCAM_API(int) ToupcamSim_fireEvent(const char* camId, unsigned event);
+
+/// How many frames the camera has produced, and how many of them it pushed or offered to be pulled,
+/// since its newest stream started. Frames that fall due while the client is busy are produced but
+/// not delivered; still pictures and raw buffers are not counted. Returns 1, or 0 if there is no
+/// such camera.
+TOUPCAM_API(int)
+ToupcamSim_frameCount(const char* camId, unsigned long long* produced,
+                      unsigned long long* delivered);
+
+/// The journal: one line for every SDK call since the last clear, oldest first, as
+/// "Toupcam_put_Option(h1, 17, 0) = 0". Handles are written h1, h2, … in the order of their opening
+/// (h0: a null handle, h?: none of ours), results in decimal (of Toupcam_Open the handle), output
+/// arguments as they are on return, texts in double quotes, callbacks "fn" or "null", contexts
+/// "ctx" or "null". Returns the number of lines; a copy of line `index` goes into `line` (at most
+/// `size` bytes with the NUL) when it is not null. Journal lines beyond 100,000 drop the oldest.
+TOUPCAM_API(unsigned) ToupcamSim_journal(unsigned index, char* line, unsigned size);
+TOUPCAM_API(void) ToupcamSim_clearJournal(void);
+
+#ifdef __cplusplus
+}
+#endif

@@ -1,0 +1,179 @@
+// SPDX-License-Identifier: MIT
+#include <toupcam/SimTestSupport.h>
+
+#include <atomic>
+#include <future>
+
+namespace {
+
+using SimHotPlug = SimTest;
+
+TEST_F(SimHotPlug, plugging_and_unplugging_are_told) {
+    CallCounter calls;
+    Toupcam_HotPlug(CallCounter::onCall, &calls);
+    ASSERT_EQ(ToupcamSim_unplug("sim-1mm-1"), 1);
+    ASSERT_TRUE(calls.waitFor(1));
+    ASSERT_EQ(ToupcamSim_plug("sim-1mm-1"), 1);
+    ASSERT_TRUE(calls.waitFor(2));
+    Toupcam_HotPlug(nullptr, nullptr);
+    EXPECT_EQ(calls.count(), 2U);
+}
+
+TEST_F(SimHotPlug, unknown_cameras_are_neither_plugged_nor_unplugged) {
+    EXPECT_EQ(ToupcamSim_unplug("no-such-camera"), 0);
+    EXPECT_EQ(ToupcamSim_plug("no-such-camera"), 0);
+    EXPECT_EQ(ToupcamSim_unplug(nullptr), 0);
+}
+
+TEST_F(SimHotPlug, burst_runs_the_callback_as_often) {
+    CallCounter calls;
+    Toupcam_HotPlug(CallCounter::onCall, &calls);
+    for (int i = 0; i < 5; ++i)
+        ToupcamSim_fireHotPlug();
+    ASSERT_TRUE(calls.waitFor(5));
+    Toupcam_HotPlug(nullptr, nullptr);
+    EXPECT_EQ(calls.count(), 5U);
+}
+
+TEST_F(SimHotPlug, callback_runs_on_a_thread_of_the_sdk) {
+    CallCounter calls;
+    std::atomic<bool> foreign{false};
+    const std::thread::id here = std::this_thread::get_id();
+    calls.inside = [&] { foreign = std::this_thread::get_id() != here; };
+    Toupcam_HotPlug(CallCounter::onCall, &calls);
+    ToupcamSim_fireHotPlug();
+    ASSERT_TRUE(calls.waitFor(1));
+    EXPECT_TRUE(foreign);
+    Toupcam_HotPlug(nullptr, nullptr);
+}
+
+TEST_F(SimHotPlug, unregistered_callback_is_not_called) {
+    CallCounter calls;
+    Toupcam_HotPlug(CallCounter::onCall, &calls);
+    Toupcam_HotPlug(nullptr, nullptr);
+    ToupcamSim_fireHotPlug();
+    CallCounter others;
+    Toupcam_HotPlug(CallCounter::onCall, &others);
+    ToupcamSim_fireHotPlug();
+    ASSERT_TRUE(others.waitFor(1));
+    Toupcam_HotPlug(nullptr, nullptr);
+    EXPECT_EQ(calls.count(), 0U);
+    EXPECT_EQ(others.count(), 1U);
+}
+
+TEST_F(SimHotPlug, unregistering_waits_for_the_callback_in_progress) {
+    Gate gate;
+    CallCounter calls;
+    calls.inside = [&] { gate.pass(); };
+    Toupcam_HotPlug(CallCounter::onCall, &calls);
+    ToupcamSim_fireHotPlug();
+    ASSERT_TRUE(gate.waitForSomebody());
+    auto gone = std::async(std::launch::async, [&] {
+        Toupcam_HotPlug(nullptr, nullptr);
+        return calls.count(); // complete: nothing of the callback is still to come
+    });
+    EXPECT_EQ(gone.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
+    gate.open();
+    ASSERT_EQ(gone.wait_for(kDeadline), std::future_status::ready);
+    EXPECT_EQ(gone.get(), 1U);
+}
+
+TEST_F(SimHotPlug, callback_can_unregister_itself) {
+    static CallCounter calls; // static: its thread ends by itself
+    calls.inside = [] { Toupcam_HotPlug(nullptr, nullptr); };
+    Toupcam_HotPlug(CallCounter::onCall, &calls);
+    ToupcamSim_fireHotPlug();
+    ToupcamSim_fireHotPlug();
+    ASSERT_TRUE(calls.waitFor(1));
+    CallCounter others;
+    Toupcam_HotPlug(CallCounter::onCall, &others);
+    ToupcamSim_fireHotPlug();
+    ASSERT_TRUE(others.waitFor(1));
+    Toupcam_HotPlug(nullptr, nullptr);
+    EXPECT_EQ(calls.count(), 1U);
+}
+
+TEST_F(SimHotPlug, callback_can_enumerate_and_unplug) {
+    CallCounter calls;
+    std::atomic<unsigned> found{99};
+    calls.inside = [&] {
+        ToupcamDeviceV2 records[TOUPCAM_MAX];
+        found = Toupcam_EnumV2(records);
+        ToupcamSim_unplug("sim-1mm-1");
+    };
+    Toupcam_HotPlug(CallCounter::onCall, &calls);
+    ToupcamSim_fireHotPlug();
+    ASSERT_TRUE(calls.waitFor(2)); // the second one is told of the unplugging in the first
+    EXPECT_EQ(found, 1U);
+    Toupcam_HotPlug(nullptr, nullptr);
+}
+
+struct LossRow {
+    const char* name;
+    bool pull;
+};
+
+class SimLossOrder : public SimTest, public ::testing::WithParamInterface<LossRow> {};
+
+INSTANTIATE_TEST_SUITE_P(modes, SimLossOrder,
+                         ::testing::Values(LossRow{"push mode", false}, LossRow{"pull mode", true}),
+                         rowName<LossRow>);
+
+TEST_P(SimLossOrder, stream_tells_the_loss_before_the_hot_plug_callback_runs) {
+    const HToupcam handle = openOnly(SimCameraText());
+    FrameLog frames(0);
+    EventLog events;
+    std::atomic<bool> toldBefore{false};
+    CallCounter calls;
+    calls.inside = [&] {
+        toldBefore = frames.losses() == 1 || events.count(TOUPCAM_EVENT_DISCONNECTED) == 1;
+    };
+    Toupcam_HotPlug(CallCounter::onCall, &calls);
+    if (GetParam().pull)
+        ASSERT_EQ(Toupcam_StartPullModeWithCallback(handle, EventLog::onEvent, &events), S_OK);
+    else
+        ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &frames), S_OK);
+    ASSERT_TRUE(eventually([] { return countsOf().delivered > 0; }));
+    ASSERT_EQ(ToupcamSim_unplug("cam"), 1);
+    ASSERT_TRUE(calls.waitFor(1));
+    EXPECT_TRUE(toldBefore);
+    Toupcam_HotPlug(nullptr, nullptr);
+    Toupcam_Close(handle);
+    EXPECT_EQ(calls.count(), 1U);
+}
+
+TEST_F(SimHotPlug, unplugging_during_a_callback_in_progress_is_told_after_it) {
+    const HToupcam handle = openOnly(SimCameraText());
+    Gate gate;
+    FrameLog frames(0);
+    frames.inside = [&] { gate.pass(); };
+    CallCounter calls;
+    Toupcam_HotPlug(CallCounter::onCall, &calls);
+    ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &frames), S_OK);
+    ASSERT_TRUE(gate.waitForSomebody());
+    ASSERT_EQ(ToupcamSim_unplug("cam"), 1); // returns although the callback is held up
+    EXPECT_EQ(frames.losses(), 0U);
+    gate.open();
+    ASSERT_TRUE(frames.waitForLoss());
+    ASSERT_TRUE(calls.waitFor(1));
+    Toupcam_HotPlug(nullptr, nullptr);
+    Toupcam_Close(handle);
+}
+
+TEST_F(SimHotPlug, unplugging_is_told_even_when_the_stream_is_stopped_at_the_same_time) {
+    for (int i = 0; i < 50; ++i) {
+        const HToupcam handle = openOnly(SimCameraText());
+        FrameLog frames(0);
+        CallCounter calls;
+        ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &frames), S_OK);
+        Toupcam_HotPlug(CallCounter::onCall, &calls);
+        std::thread stopper([handle] { Toupcam_Stop(handle); });
+        ASSERT_EQ(ToupcamSim_unplug("cam"), 1);
+        ASSERT_TRUE(calls.waitFor(1));
+        stopper.join();
+        Toupcam_HotPlug(nullptr, nullptr);
+        Toupcam_Close(handle);
+    }
+}
+
+} // namespace

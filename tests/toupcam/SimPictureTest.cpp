@@ -1,0 +1,381 @@
+// SPDX-License-Identifier: MIT
+#include <toupcam/SimTestSupport.h>
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+
+namespace {
+
+constexpr unsigned kWidth = 320;
+constexpr unsigned kHeight = 240;
+constexpr double kPixels = kWidth * kHeight;
+
+// A sensor whose numbers are easy: full light gives 100 electrons a millisecond.
+constexpr double kElectronsPerMs = 100.0;
+constexpr double kElectronsPerCount = 10.0;
+constexpr double kOffset = 8.0;
+constexpr double kReadNoise = 20.0;
+
+SimCameraText flatCamera(const std::string& more = "") {
+    SimCameraText camera;
+    camera.width = kWidth;
+    camera.height = kHeight;
+    camera.bits = 8;
+    camera.source = R"({"kind": "flat", "level": 1})";
+    camera.extra = R"(, "sensor": {"fullWell": 100000, "electronsPerCount": 10, "offset": 8,
+                                   "readNoise": 20, "electronsPerMs": 100},
+                      "exposure": {"min": 10, "auto": false, "default": 1000})" +
+                   more;
+    return camera;
+}
+
+double meanOf(const PushedFrame& frame) {
+    double sum = 0;
+    for (const std::uint8_t byte : frame.bytes)
+        sum += byte;
+    return sum / static_cast<double>(frame.bytes.size());
+}
+
+// Mean and variance of one pixel's value over time, from the pair of frames alone: what differs
+// from place to place cancels out.
+struct Transfer {
+    double mean;
+    double variance;
+};
+
+Transfer transferOf(const PushedFrame& a, const PushedFrame& b) {
+    double sum = 0;
+    double squares = 0;
+    for (std::size_t i = 0; i < a.bytes.size(); ++i) {
+        const double difference = static_cast<double>(a.bytes[i]) - b.bytes[i];
+        sum += difference;
+        squares += difference * difference;
+    }
+    const auto n = static_cast<double>(a.bytes.size());
+    const double bias = sum / n;
+    return {(meanOf(a) + meanOf(b)) / 2, (squares / n - bias * bias) / 2};
+}
+
+class SimPicture : public SimTest {
+protected:
+    /// Streams until `count` frames have come.
+    std::vector<PushedFrame> take(HToupcam handle, std::size_t count) {
+        FrameLog log(count);
+        EXPECT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &log), S_OK);
+        EXPECT_TRUE(log.waitFor(count));
+        EXPECT_EQ(Toupcam_Stop(handle), S_OK);
+        return log.frames();
+    }
+    Transfer transfer(HToupcam handle, unsigned microseconds, unsigned short gain) {
+        EXPECT_EQ(Toupcam_put_ExpoTime(handle, microseconds), S_OK);
+        EXPECT_EQ(Toupcam_put_ExpoAGain(handle, gain), S_OK);
+        const auto frames = take(handle, 2);
+        return transferOf(frames[0], frames[1]);
+    }
+};
+
+TEST_F(SimPicture, brightness_is_offset_plus_electrons_times_gain) {
+    const HToupcam handle = openOnly(flatCamera());
+    for (const unsigned microseconds : {1000U, 4000U, 12000U}) {
+        for (const unsigned short gain : {std::uint16_t{100}, std::uint16_t{150}}) {
+            const double electrons = kElectronsPerMs * microseconds / 1000.0;
+            const double expected = kOffset + electrons * gain / 100.0 / kElectronsPerCount;
+            EXPECT_NEAR(transfer(handle, microseconds, gain).mean, expected, 0.1)
+                << microseconds << " us, " << gain << " %";
+        }
+    }
+}
+
+TEST_F(SimPicture, too_much_light_is_white_and_no_light_is_the_offset) {
+    const HToupcam handle = openOnly(flatCamera());
+    EXPECT_NEAR(transfer(handle, 100000, 100).mean, 255.0, 0.001);
+    EXPECT_NEAR(transfer(handle, 10, 100).mean, kOffset + 0.1, 0.1);
+}
+
+TEST_F(SimPicture, full_pixel_holds_no_more_than_its_full_well) {
+    SimCameraText camera = flatCamera();
+    camera.extra = R"(, "sensor": {"fullWell": 1000, "electronsPerCount": 10, "offset": 8,
+                                   "readNoise": 0, "electronsPerMs": 100},
+                      "exposure": {"auto": false})";
+    const HToupcam handle = openOnly(camera);
+    EXPECT_NEAR(transfer(handle, 20000, 100).mean, 108.0, 0.1); // 8 + 1000 / 10
+}
+
+// The photon-transfer curve: variance over mean is a line whose slope is gain / electronsPerCount
+// and whose height at the offset is the read noise (and the rounding to whole counts: 1/12).
+struct TransferRow {
+    const char* name;
+    unsigned short gain;
+};
+
+class SimTransfer : public SimPicture, public ::testing::WithParamInterface<TransferRow> {};
+
+INSTANTIATE_TEST_SUITE_P(gains, SimTransfer,
+                         ::testing::Values(TransferRow{"gain 100 per cent", 100},
+                                           TransferRow{"gain 200 per cent", 200},
+                                           TransferRow{"gain 50 per cent", 50}),
+                         rowName<TransferRow>);
+
+TEST_P(SimTransfer, curve_measured_from_pairs_of_frames_is_the_one_computed) {
+    const HToupcam handle = openOnly(flatCamera(R"(, "gain": {"min": 50, "max": 400})"));
+    const double countsAnElectron = GetParam().gain / 100.0 / kElectronsPerCount;
+    double sumX = 0;
+    double sumY = 0;
+    double sumXX = 0;
+    double sumXY = 0;
+    double highest = 0;
+    constexpr int kPoints = 8;
+    for (int i = 1; i <= kPoints; ++i) {
+        // Up to 200 counts: the noise must not be cut off at white.
+        const double counts = 200.0 * i / kPoints;
+        const double ms = counts / countsAnElectron / kElectronsPerMs;
+        const Transfer point =
+            transfer(handle, static_cast<unsigned>(std::lround(1000.0 * ms)), GetParam().gain);
+        const double x = point.mean - kOffset;
+        sumX += x;
+        sumY += point.variance;
+        sumXX += x * x;
+        sumXY += x * point.variance;
+        highest = std::max(highest, point.variance);
+    }
+    const double spread = sumXX - sumX * sumX / kPoints;
+    const double slope = (sumXY - sumX * sumY / kPoints) / spread;
+    const double height = (sumY - slope * sumX) / kPoints;
+    // A variance from n pairs is uncertain by the share sqrt(2 / n); five of these, on every point
+    // at once the worst way round, bound the line.
+    const double uncertain = 5.0 * std::sqrt(2.0 / kPixels) * highest;
+    EXPECT_NEAR(slope, countsAnElectron, uncertain / std::sqrt(spread) * std::sqrt(kPoints));
+    const double read = kReadNoise * countsAnElectron;
+    EXPECT_NEAR(height, read * read + 1.0 / 12.0, 2.0 * uncertain);
+}
+
+TEST_F(SimPicture, noise_of_two_frames_is_not_the_same) {
+    const HToupcam handle = openOnly(flatCamera());
+    const auto frames = take(handle, 2);
+    EXPECT_NE(frames[0].bytes, frames[1].bytes);
+}
+
+TEST_F(SimPicture, same_scene_gives_the_same_pictures) {
+    const auto frameNumber0 = [this] {
+        SimCameraText camera;
+        camera.fps = 1; // the first frame is number 0 even on a busy machine
+        camera.source = R"({"kind": "specimen"})";
+        camera.extra = R"(, "exposure": {"auto": false})";
+        const HToupcam handle = openOnly(camera);
+        Toupcam_put_ExpoTime(handle, 10000);
+        EventLog events;
+        EXPECT_EQ(Toupcam_StartPullModeWithCallback(handle, EventLog::onEvent, &events), S_OK);
+        EXPECT_TRUE(events.waitFor(TOUPCAM_EVENT_IMAGE));
+        std::vector<std::uint8_t> pixels(96 * 64 * 3);
+        ToupcamFrameInfoV2 info{};
+        EXPECT_EQ(Toupcam_PullImageV2(handle, pixels.data(), 24, &info), S_OK);
+        EXPECT_EQ(info.seq, 0U);
+        Toupcam_Close(handle);
+        return pixels;
+    };
+    EXPECT_EQ(frameNumber0(), frameNumber0());
+}
+
+TEST_F(SimPicture, tissue_has_bright_background_pink_and_blue_stains) {
+    SimCameraText camera;
+    camera.width = 680;
+    camera.height = 456;
+    camera.source = R"({"kind": "specimen", "specimen": "tissue"})";
+    camera.extra = R"(, "exposure": {"auto": false})";
+    const PushedFrame frame = take(openOnly(camera), 1).front();
+    int background = 0;
+    int pink = 0;
+    int nuclei = 0;
+    for (int y = 0; y < 456; ++y) {
+        for (int x = 0; x < 680; ++x) {
+            const int red = frame.at(x, y, 0);
+            const int green = frame.at(x, y, 1);
+            const int blue = frame.at(x, y, 2);
+            background += green > 200 ? 1 : 0;
+            pink += red > 150 && green < 160 && red > blue ? 1 : 0;
+            nuclei += red < 110 && blue > red ? 1 : 0;
+        }
+    }
+    const int all = 680 * 456;
+    EXPECT_GT(background, all / 20);
+    EXPECT_GT(pink, all / 5);
+    EXPECT_GT(nuclei, all / 50);
+}
+
+TEST_F(SimPicture, fluorescence_is_bright_on_a_dark_background) {
+    SimCameraText camera;
+    camera.width = 640;
+    camera.height = 480;
+    camera.bits = 8;
+    camera.source = R"({"kind": "specimen", "specimen": "fluorescence"})";
+    camera.extra = R"(, "exposure": {"auto": false})";
+    PushedFrame frame = take(openOnly(camera), 1).front();
+    std::sort(frame.bytes.begin(), frame.bytes.end());
+    EXPECT_LT(frame.bytes[frame.bytes.size() / 5], 20);
+    EXPECT_GT(frame.bytes[frame.bytes.size() * 99 / 100], 100);
+}
+
+/// Auto-exposure from far too dark or too bright, and what it must come to.
+struct AutoRow {
+    const char* name;
+    double level;
+    unsigned start; ///< microseconds
+    unsigned short target;
+};
+
+class SimAutoExposure : public SimPicture, public ::testing::WithParamInterface<AutoRow> {};
+
+INSTANTIATE_TEST_SUITE_P(rows, SimAutoExposure,
+                         ::testing::Values(AutoRow{"far too dark", 1.0, 100, 120},
+                                           AutoRow{"far too bright", 1.0, 200000, 120},
+                                           AutoRow{"low target", 0.5, 20000, 40},
+                                           AutoRow{"high target", 0.5, 20000, 200}),
+                         rowName<AutoRow>);
+
+TEST_P(SimAutoExposure, converges_to_its_target_within_25_frames) {
+    SimCameraText camera = flatCamera();
+    camera.source = R"({"kind": "flat", "level": )" + std::to_string(GetParam().level) + "}";
+    const HToupcam handle = openOnly(camera);
+    ASSERT_EQ(Toupcam_put_ExpoTime(handle, GetParam().start), S_OK);
+    ASSERT_EQ(Toupcam_put_AutoExpoTarget(handle, GetParam().target), S_OK);
+    ASSERT_EQ(Toupcam_put_AutoExpoEnable(handle, 1), S_OK);
+    const auto frames = take(handle, 26);
+    EXPECT_GT(std::abs(meanOf(frames.front()) - GetParam().target), 20.0);
+    EXPECT_NEAR(meanOf(frames[25]), GetParam().target, 0.03 * GetParam().target);
+}
+
+TEST_F(SimPicture, auto_exposure_raises_the_gain_when_time_does_not_suffice) {
+    SimCameraText camera = flatCamera();
+    camera.extra = R"(, "sensor": {"electronsPerMs": 100, "electronsPerCount": 10},
+                      "exposure": {"auto": true, "autoMax": 5000, "default": 1000, "target": 120})";
+    const HToupcam handle = openOnly(camera);
+    take(handle, 25);
+    unsigned time = 0;
+    unsigned short gain = 0;
+    EXPECT_EQ(Toupcam_get_ExpoTime(handle, &time), S_OK);
+    EXPECT_EQ(Toupcam_get_ExpoAGain(handle, &gain), S_OK);
+    EXPECT_EQ(time, 5000U);
+    EXPECT_NEAR(gain, 236, 12); // (120 - 2) counts x 10 electrons / 500 electrons
+}
+
+TEST_F(SimPicture, auto_exposure_tells_each_change_and_nothing_once_it_is_content) {
+    const HToupcam handle = openOnly(flatCamera());
+    CallCounter calls;
+    ASSERT_EQ(Toupcam_put_ExpoCallback(handle, CallCounter::onCall, &calls), S_OK);
+    ASSERT_EQ(Toupcam_put_AutoExpoEnable(handle, 1), S_OK);
+    take(handle, 30);
+    const unsigned changes = calls.count();
+    EXPECT_GE(changes, 3U);
+    EXPECT_LE(changes, 25U);
+    take(handle, 10);
+    EXPECT_EQ(calls.count(), changes);
+}
+
+TEST_F(SimPicture, exposure_callback_can_be_taken_back) {
+    const HToupcam handle = openOnly(flatCamera());
+    CallCounter calls;
+    ASSERT_EQ(Toupcam_put_ExpoCallback(handle, CallCounter::onCall, &calls), S_OK);
+    ASSERT_EQ(Toupcam_put_ExpoCallback(handle, nullptr, nullptr), S_OK);
+    ASSERT_EQ(Toupcam_put_AutoExpoEnable(handle, 1), S_OK);
+    take(handle, 5);
+    EXPECT_EQ(calls.count(), 0U);
+}
+
+TEST_F(SimPicture, manual_exposure_stays_as_it_was_set) {
+    const HToupcam handle = openOnly(flatCamera());
+    ASSERT_EQ(Toupcam_put_ExpoTime(handle, 100), S_OK);
+    take(handle, 5);
+    unsigned time = 0;
+    EXPECT_EQ(Toupcam_get_ExpoTime(handle, &time), S_OK);
+    EXPECT_EQ(time, 100U);
+}
+
+/// A folder of its own for picture files, gone when the test is.
+class PictureFolder {
+public:
+    PictureFolder()
+        : m_path(std::filesystem::path(::testing::TempDir()) / "toupcamsim-pictures") {
+        std::filesystem::create_directory(m_path);
+    }
+    ~PictureFolder() { std::filesystem::remove_all(m_path); }
+    PictureFolder(const PictureFolder&) = delete;
+    PictureFolder& operator=(const PictureFolder&) = delete;
+
+    // A portable pixmap of one colour: a picture file needs no more.
+    std::string add(const std::string& name, char red, char green, char blue) const {
+        const std::filesystem::path file = m_path / name;
+        std::ofstream out(file, std::ios::binary);
+        out << "P6\n32 32\n255\n";
+        for (int i = 0; i < 32 * 32; ++i)
+            out << red << green << blue;
+        return file.string();
+    }
+    std::string path() const { return m_path.string(); }
+
+private:
+    std::filesystem::path m_path;
+};
+
+SimCameraText pictureCamera(const std::string& path) {
+    SimCameraText camera;
+    camera.source = R"({"kind": "picture", "path": ")" + path + R"(", "framesEach": 1})";
+    // Full light is 200 counts, without offset and nearly without noise.
+    camera.extra = R"(, "sensor": {"fullWell": 1000000, "electronsPerCount": 1000, "offset": 0,
+                                   "readNoise": 0, "electronsPerMs": 200000},
+                      "exposure": {"auto": false, "default": 1000})";
+    return camera;
+}
+
+TEST_F(SimPicture, picture_file_of_the_user_lies_under_the_lens) {
+    const PictureFolder folder;
+    const std::string file = folder.add("colour.ppm", '\xff', '\x40', '\0');
+    const PushedFrame frame = take(openOnly(pictureCamera(file)), 1).front();
+    EXPECT_NEAR(frame.at(48, 32, 0), 200, 4);
+    EXPECT_NEAR(frame.at(48, 32, 1), 50, 4);
+    EXPECT_NEAR(frame.at(48, 32, 2), 0, 1);
+}
+
+TEST_F(SimPicture, pictures_of_a_folder_are_shown_one_after_the_other) {
+    const PictureFolder folder;
+    folder.add("a.ppm", '\xff', '\0', '\0');
+    folder.add("b.ppm", '\0', '\0', '\xff');
+    std::ofstream(folder.path() + "/notes.txt") << "not a picture";
+    const HToupcam handle = openOnly(pictureCamera(folder.path()));
+    FrameLog log;
+    ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &log), S_OK);
+    bool red = false;
+    bool blue = false;
+    ASSERT_TRUE(eventually([&] {
+        for (const PushedFrame& frame : log.frames()) {
+            red = red || frame.at(48, 32, 0) > 150;
+            blue = blue || frame.at(48, 32, 2) > 150;
+        }
+        return red && blue;
+    }));
+    Toupcam_Close(handle);
+}
+
+TEST_F(SimPicture, picture_that_vanishes_later_is_black) {
+    std::string file;
+    {
+        const PictureFolder folder;
+        file = folder.add("gone.ppm", '\xff', '\xff', '\xff');
+        load(sceneOf({pictureCamera(file)}));
+    }
+    const PushedFrame frame = take(open(), 1).front();
+    EXPECT_EQ(*std::max_element(frame.bytes.begin(), frame.bytes.end()), 0);
+}
+
+TEST_F(SimPicture, specimen_has_its_colours_in_either_byte_order) {
+    const PictureFolder folder;
+    const HToupcam handle = openOnly(pictureCamera(folder.add("colour.ppm", '\xff', '\0', '\0')));
+    EXPECT_NEAR(take(handle, 1).front().at(48, 32, 0), 200, 4);
+    ASSERT_EQ(Toupcam_put_Option(handle, TOUPCAM_OPTION_BYTEORDER, 1), S_OK);
+    const PushedFrame frame = take(handle, 1).front();
+    EXPECT_EQ(frame.at(48, 32, 0), 0);
+    EXPECT_NEAR(frame.at(48, 32, 2), 200, 4);
+}
+
+} // namespace

@@ -1,0 +1,215 @@
+// SPDX-License-Identifier: MIT
+#include <toupcam/SimTestSupport.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+namespace {
+
+/// A scene with something wrong in it, and what the complaint must name.
+struct WrongRow {
+    const char* name;
+    const char* scene;
+    std::vector<const char*> named;
+};
+
+const WrongRow kWrong[] = {
+    {"text that is no JSON", "{\n\"cameras\": [}", {"line 2", "JSON"}},
+    {"array instead of an object", "[]", {"scene", "object"}},
+    {"empty text", "", {"JSON"}},
+    {"unknown key of the scene", R"({"camera": []})", {"scene", "\"camera\"", "cameras"}},
+    {"cameras that are no array", R"({"cameras": 5})", {"scene.cameras", "5", "array"}},
+    {"camera that is no object", R"({"cameras": [7]})", {"scene.cameras[0]", "7", "object"}},
+    {"camera without an id", R"({"cameras": [{}]})", {"scene.cameras[0].id", "nothing", "text"}},
+    {"id with a blank", R"({"cameras": [{"id": "a b"}]})", {"scene.cameras[0].id", "a b", "ASCII"}},
+    {"empty id", R"({"cameras": [{"id": ""}]})", {"scene.cameras[0].id", "1 to 64"}},
+    {"camera without resolutions",
+     R"({"cameras": [{"id": "a"}]})",
+     {"scene.cameras[0].resolutions", "1 to 16"}},
+    {"resolution without a height",
+     R"({"cameras": [{"id": "a", "resolutions": [{"width": 64}]}]})",
+     {"scene.cameras[0].resolutions[0].height", "nothing", "whole number"}},
+    {"resolution with half a pixel",
+     R"({"cameras": [{"id": "a", "resolutions": [{"width": 64.5, "height": 64}]}]})",
+     {"scene.cameras[0].resolutions[0].width", "64.5", "whole number from 16 to 16384"}},
+    {"frame rate of zero",
+     R"({"cameras": [{"id": "a", "resolutions": [{"width": 64, "height": 64, "fps": 0}]}]})",
+     {"scene.cameras[0].resolutions[0].fps", "0 found", "0.01"}},
+    {"unknown flag",
+     R"({"cameras": [{"id": "a", "flags": ["WINGS"]}]})",
+     {"scene.cameras[0].flags[0]", "WINGS", "USB30"}},
+    {"flags that are no number",
+     R"({"cameras": [{"id": "a", "flags": "many"}]})",
+     {"scene.cameras[0].flags", "many", "hexadecimal"}},
+    {"16 bits",
+     R"({"cameras": [{"id": "a", "bits": 16, "resolutions": [{"width": 64, "height": 64}]}]})",
+     {"scene.cameras[0].bits", "16", "8 (grey) or 24 (colour)"}},
+    {"serial that is too long",
+     R"({"cameras": [{"id": "a", "serial": "12345678901234567890123456789012"}]})",
+     {"scene.cameras[0].serial", "31 bytes"}},
+    {"two cameras with one id",
+     R"({"cameras": [{"id": "a", "resolutions": [{"width": 64, "height": 64}]},
+                     {"id": "a", "resolutions": [{"width": 64, "height": 64}]}]})",
+     {"scene.cameras[1].id", "\"a\"", "no other camera"}},
+    {"exposure range upside down",
+     R"({"cameras": [{"id": "a", "resolutions": [{"width": 64, "height": 64}],
+                      "exposure": {"min": 100, "max": 50}}]})",
+     {"scene.cameras[0].exposure.max", "50", "from 100"}},
+    {"unknown key of a sensor",
+     R"({"cameras": [{"id": "a", "resolutions": [{"width": 64, "height": 64}],
+                      "sensor": {"noise": 1}}]})",
+     {"scene.cameras[0].sensor", "\"noise\"", "readNoise"}},
+    {"switch that is a number",
+     R"({"cameras": [{"id": "a", "resolutions": [{"width": 64, "height": 64}], "plugged": 1}]})",
+     {"scene.cameras[0].plugged", "1", "true or false"}},
+    {"unknown kind of source",
+     R"({"cameras": [{"id": "a", "resolutions": [{"width": 64, "height": 64}],
+                      "source": {"kind": "cheese"}}]})",
+     {"scene.cameras[0].source.kind", "cheese", "specimen"}},
+    {"key that belongs to another kind of source",
+     R"({"cameras": [{"id": "a", "resolutions": [{"width": 64, "height": 64}],
+                      "source": {"kind": "patches", "frames": 3}}]})",
+     {"scene.cameras[0].source", "\"frames\"", "kind"}},
+    {"picture that is not there",
+     R"({"cameras": [{"id": "a", "resolutions": [{"width": 64, "height": 64}],
+                      "source": {"kind": "picture", "path": "no-such-picture.png"}}]})",
+     {"scene.cameras[0].source.path", "no-such-picture.png", "picture file"}},
+    {"fault of an unknown camera",
+     R"({"faults": [{"do": "unplug", "camera": "x", "atMs": 1}]})",
+     {"scene.faults[0].camera", "\"x\"", "id of a camera"}},
+    {"unknown fault",
+     R"({"faults": [{"do": "explode"}]})",
+     {"scene.faults[0].do", "explode", "unplug"}},
+    {"fault without a time",
+     R"({"cameras": [{"id": "a", "resolutions": [{"width": 64, "height": 64}]}],
+         "faults": [{"do": "unplug", "camera": "a"}]})",
+     {"scene.faults[0].do", "afterFrames", "atMs"}},
+    {"failing call without a result",
+     R"({"faults": [{"do": "fail", "function": "Toupcam_Open"}]})",
+     {"scene.faults[0].result", "nothing"}},
+    {"probability above one",
+     R"({"cameras": [{"id": "a", "resolutions": [{"width": 64, "height": 64}]}],
+         "faults": [{"do": "lose", "camera": "a", "probability": 1.5}]})",
+     {"scene.faults[0].probability", "1.5", "from 0 to 1"}},
+};
+
+class SimWrongScene : public SimTest, public ::testing::WithParamInterface<WrongRow> {};
+
+INSTANTIATE_TEST_SUITE_P(rows, SimWrongScene, ::testing::ValuesIn(kWrong), rowName<WrongRow>);
+
+TEST_P(SimWrongScene, is_refused_with_place_value_and_expectation_and_changes_nothing) {
+    const char* const complaint = ToupcamSim_loadScene(GetParam().scene);
+    ASSERT_NE(complaint, nullptr);
+    for (const char* text : GetParam().named)
+        EXPECT_NE(std::string(complaint).find(text), std::string::npos)
+            << "\"" << text << "\" is not in \"" << complaint << "\"";
+    ToupcamDeviceV2 records[TOUPCAM_MAX];
+    EXPECT_EQ(Toupcam_EnumV2(records), 2U);
+}
+
+class SimScene : public SimTest {};
+
+TEST_F(SimScene, null_text_is_refused) {
+    EXPECT_NE(ToupcamSim_loadScene(nullptr), nullptr);
+}
+
+TEST_F(SimScene, flags_can_be_a_hexadecimal_number) {
+    SimCameraText camera;
+    camera.extra = R"(, "flags": "0x4000000040")";
+    load(sceneOf({camera}));
+    ToupcamDeviceV2 records[TOUPCAM_MAX];
+    ASSERT_EQ(Toupcam_EnumV2(records), 1U);
+    EXPECT_EQ(records[0].model->flag, TOUPCAM_FLAG_BANDWIDTH | TOUPCAM_FLAG_USB30);
+}
+
+TEST_F(SimScene, camera_record_carries_what_the_scene_says) {
+    SimCameraText camera;
+    camera.extra = R"(, "model": "Simulated-X", "displayName": "Simulated X µ", "fanLevels": 4,
+                       "speedLevels": 3, "pixelSizeUm": 1.5)";
+    load(sceneOf({camera}));
+    ToupcamDeviceV2 records[TOUPCAM_MAX];
+    ASSERT_EQ(Toupcam_EnumV2(records), 1U);
+    EXPECT_STREQ(records[0].displayname, "Simulated X µ");
+    EXPECT_STREQ(records[0].id, "cam");
+    const ToupcamModelV2& model = *records[0].model;
+    EXPECT_STREQ(model.name, "Simulated-X");
+    EXPECT_EQ(model.maxfanspeed, 4U);
+    EXPECT_EQ(model.maxspeed, 2U);
+    EXPECT_EQ(model.still, 2U);
+    EXPECT_FLOAT_EQ(model.xpixsz, 1.5F);
+    EXPECT_EQ(model.res[1].width, 48U);
+}
+
+TEST_F(SimScene, reset_brings_the_built_in_scene_back) {
+    load(R"({"cameras": []})");
+    ToupcamSim_reset();
+    ToupcamDeviceV2 records[TOUPCAM_MAX];
+    EXPECT_EQ(Toupcam_EnumV2(records), 2U);
+}
+
+/// A file that is gone when the test is.
+class TemporaryFile {
+public:
+    TemporaryFile(const std::string& name, const std::string& text)
+        : m_path(::testing::TempDir() + "/toupcamsim-" + name) {
+        std::ofstream(m_path) << text;
+    }
+    ~TemporaryFile() { std::filesystem::remove(m_path); }
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+    const std::string& path() const { return m_path; }
+
+private:
+    std::string m_path;
+};
+
+// The environment is read at first use, so each of these runs in a process of its own.
+class SimEnvironment : public ::testing::Test {
+protected:
+    SimEnvironment() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
+
+    [[noreturn]] static void enumerateWith(const std::string& sceneFile) {
+        setenv("TOUPCAM_SIM_SCENE", sceneFile.c_str(), 1);
+        ToupcamDeviceV2 records[TOUPCAM_MAX];
+        std::exit(static_cast<int>(Toupcam_EnumV2(records)));
+    }
+};
+
+TEST_F(SimEnvironment, scene_file_is_loaded_at_first_use) {
+    const TemporaryFile file("scene.json", sceneOf({SimCameraText()}));
+    EXPECT_EXIT(enumerateWith(file.path()), ::testing::ExitedWithCode(1), "");
+}
+
+TEST_F(SimEnvironment, broken_scene_file_is_named_and_leaves_no_cameras) {
+    const TemporaryFile file("broken.json", R"({"cameras": [{"id": 5}]})");
+    EXPECT_EXIT(enumerateWith(file.path()), ::testing::ExitedWithCode(0),
+                "broken.json.*scene.cameras.0..id: 5 found, expected a text");
+}
+
+TEST_F(SimEnvironment, missing_scene_file_is_named_and_leaves_no_cameras) {
+    EXPECT_EXIT(enumerateWith("no-such-scene.json"), ::testing::ExitedWithCode(0),
+                "no-such-scene.json.*cannot be read");
+}
+
+TEST_F(SimEnvironment, journal_is_appended_to_its_file) {
+    const TemporaryFile file("journal.txt", "before\n");
+    EXPECT_EXIT(
+        {
+            setenv("TOUPCAM_SIM_JOURNAL", file.path().c_str(), 1);
+            Toupcam_Open("no-such-camera");
+            std::exit(3);
+        },
+        ::testing::ExitedWithCode(3), "");
+    std::ifstream lines(file.path());
+    std::string first;
+    std::string second;
+    std::getline(lines, first);
+    std::getline(lines, second);
+    EXPECT_EQ(first, "before");
+    EXPECT_EQ(second, "Toupcam_Open(\"no-such-camera\") = h0");
+}
+
+} // namespace
