@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCd/PDevice.h>
+
+#include <toupcam/toupcam.h>
+
+#include <QMutex>
+
+#include <atomic>
+#include <memory>
+
+class PTStreamThread;
+
+/// True if an SDK result is a success: the SDK's success codes are the non-negative ones. Any
+/// thread.
+inline bool checkError(int result) {
+    return result >= 0;
+}
+
+/// One camera, opened from construction on. Everything runs on the device's thread, and talks to
+/// the camera at once through the SDK handle, unless it says otherwise.
+class PTDevice : public PDevice {
+    Q_OBJECT
+
+public:
+    /// Opens the camera of an enumeration record. Null if the SDK does not open it; throws
+    /// std::invalid_argument, with the camera closed again, if the record has no model name.
+    static PTDevice* create(ToupcamDeviceV2 record);
+    /// Closes the camera. Frames and events in flight are finished first.
+    ~PTDevice() override;
+
+    bool isSupportStillCapture() const override;
+    /// Asks for a still picture and returns an empty image: the picture arrives through the stream.
+    PImage getSnapshot() override;
+    /// Asks for a still picture at the current resolution. True if the SDK accepted.
+    bool triggerStillCapture() override;
+    QByteArray getModel() const override;
+    /// Exactly 10 bytes, padded with zeros, or empty if the camera did not tell.
+    QByteArray getSerial() const override;
+    bool tryLink() override;
+    bool tryUnlink() override;
+    /// Starts the SDK's push mode with cbData. True if the SDK accepted.
+    bool tryStartStream() override;
+    bool tryStopStream() override;
+    /// The mode of the resolution in use, or an empty mode if it is not among the modes.
+    PDeviceMode getCurrentMode() override;
+    /// Selects the resolution with the mode's id. True if the SDK accepted.
+    bool trySetMode(const PDeviceMode& mode) override;
+    /// The SDK's resolutions in their order: the id is the index, the name "widthxheight".
+    QList<PDeviceMode> getSupportModes() override;
+    QList<PDeviceProperty*> getSupportProperties() override;
+    QList<PDevicePropertyGroup*> getSupportPropertyGroups() override;
+
+    /// The model's flag word (TOUPCAM_FLAG_…). Any thread.
+    quint64 flags() const { return modelFlags; }
+    /// The SDK's id of the camera, at most 63 characters. Any thread.
+    const char* sdkCameraId() const { return cameraId; }
+
+    /// The SDK says that the camera is gone: logs it and emits disconnected(), once. Any thread,
+    /// any number of times.
+    void handleSdkDisconnect();
+
+    /// Hands an image, or an event code, to the stream thread. Any thread.
+    void postprocImage(const PImage& image);
+    void postprocEvt(unsigned int code);
+
+    /// The pull-mode worker, for a host that runs the camera in pull mode. Never null.
+    PTStreamThread* pullThread() const { return streamThread.get(); }
+    /// The SDK handle, for such a host; never to be closed by it.
+    HToupCam sdkHandle() const { return m_handle; }
+
+signals:
+    /// The camera is gone; the argument is deviceId(false). On the device's thread, once.
+    void disconnected(QByteArray id);
+
+protected:
+    /// Opens the camera, or holds a null handle where the SDK refuses: create() looks at that.
+    explicit PTDevice(ToupcamDeviceV2 record);
+
+private:
+    struct Data {
+        QByteArray model;
+        QByteArray serial;
+    };
+
+    void readSerial();
+    void applyFixedSettings();
+    void applyHighestSpeed();
+
+    // Members go in the reverse of this order: the stream thread last.
+    HToupCam m_handle = nullptr;
+    std::atomic<bool> disconnectReported{false};
+    std::unique_ptr<PTStreamThread> streamThread;
+    Data data;
+    QMutex mutex;
+    quint64 modelFlags;
+    char cameraId[64] = {};
+};
+
+/// The SDK's callbacks; the context is the PTDevice. They run on threads of the SDK and let no
+/// exception out.
+
+/// Push mode: one frame, or one still picture; null data means that the camera is gone.
+void cbData(const void* data, const BITMAPINFOHEADER* header, int isSnapshot, void* ctx);
+/// Pull mode: one event (TOUPCAM_EVENT_…), passed on to the stream thread.
+void cbEvent(unsigned int code, void* ctx);
+/// The camera changed exposure time or gain by itself: the two properties are read again.
+void cbExposure(void* ctx);

@@ -1,0 +1,159 @@
+// SPDX-License-Identifier: MIT
+// The SDK's way back into the plugin. Everything here runs on threads of the SDK, inside its C
+// code: an exception that got out would end the process.
+#include "PTDevice.h"
+#include "PTLog.h"
+
+#include <PCd/PCdDipUtils.h>
+#include <PCd/PDeviceProperty.h>
+
+#include <QMetaObject>
+
+#include <exception>
+#include <optional>
+#include <utility>
+
+namespace {
+
+constexpr auto cbEventText = "void cbEvent(unsigned int, void *)";
+
+void logException(const char* callback, const char* what) noexcept {
+    try {
+        ptLog(callback, __FILE__, __LINE__, PLogLevel::Error) << "Exception:" << what;
+    } catch (...) {
+        return; // no memory to tell it either
+    }
+}
+
+/// Runs a callback's body and keeps what it throws from the SDK. True if nothing was thrown.
+template <typename Body>
+bool guarded(const char* callback, const Body& body) noexcept {
+    try {
+        body();
+        return true;
+    } catch (const std::exception& error) {
+        logException(callback, error.what());
+    } catch (...) {
+        logException(callback, "of an unknown type");
+    }
+    return false;
+}
+
+std::optional<PDIP::ColorFormat> formatOfDepth(int bitCount) {
+    switch (bitCount) {
+    case 8:
+        return PDIP::ColorFormat::Gray;
+    case 24:
+        return PDIP::ColorFormat::Bgr;
+    default:
+        return std::nullopt;
+    }
+}
+
+/// Copies a pushed buffer into an image, or books it as dropped.
+std::optional<PImage> imageOfBuffer(PTDevice* device, const void* data,
+                                    const BITMAPINFOHEADER& header) {
+    const std::optional<PDIP::ColorFormat> format = formatOfDepth(header.biBitCount);
+    if (!format) {
+        device->reportDroppedFrames(PFrameFate::BadDepth);
+        return std::nullopt;
+    }
+    // No memory is taken before the header's size adds up: it may lie.
+    const PImageHeader geometry(header.biWidth, header.biHeight, *format);
+    if (!geometry.isValid() || geometry.dataSize() != header.biSizeImage) {
+        device->reportDroppedFrames(PFrameFate::BadSize);
+        return std::nullopt;
+    }
+    PImage image;
+    if (!image.set(static_cast<const unsigned char*>(data), geometry)) {
+        device->reportDroppedFrames(PFrameFate::NoMemory);
+        return std::nullopt;
+    }
+    return image;
+}
+
+void deliver(PTDevice* device, PImage image, bool isSnapshot) {
+    image.setMetaInformation({{QStringLiteral("snapshot"), isSnapshot}});
+    if (isSnapshot)
+        device->processSnapshot(PCdDipUtils::imageAsDeviceFrame(image));
+    else
+        device->processFrameImage(image);
+}
+
+void takeBuffer(PTDevice* device, const void* data, const BITMAPINFOHEADER& header,
+                bool isSnapshot) {
+    if (std::optional<PImage> image = imageOfBuffer(device, data, header))
+        deliver(device, std::move(*image), isSnapshot);
+}
+
+void logFirstEvent(unsigned int code) {
+    // For the whole process: it tells that events come at all. Two cameras may both be first.
+    static std::atomic<bool> logged{false};
+    if (!logged.exchange(true)) {
+        ptLog(cbEventText, __FILE__, __LINE__)
+            << "ToupCam first SDK event received, code:" << QStringLiteral("0x%1").arg(code, 0, 16);
+    }
+}
+
+const char* troubleText(unsigned int code) {
+    switch (code) {
+    case TOUPCAM_EVENT_ERROR:
+        return "ToupCam EVENT_ERROR (generic streaming error)";
+    case TOUPCAM_EVENT_DISCONNECTED:
+        return "ToupCam EVENT_DISCONNECTED";
+    case TOUPCAM_EVENT_NOFRAMETIMEOUT:
+        return "ToupCam EVENT_NOFRAMETIMEOUT (link too slow to deliver a frame at this resolution)";
+    case TOUPCAM_EVENT_NOPACKETTIMEOUT:
+        return "ToupCam EVENT_NOPACKETTIMEOUT (USB packet loss/bandwidth)";
+    default:
+        return nullptr;
+    }
+}
+
+void takeEvent(PTDevice* device, unsigned int code) {
+    logFirstEvent(code);
+    if (const char* const trouble = troubleText(code))
+        ptLog(cbEventText, __FILE__, __LINE__, PLogLevel::Warning) << trouble;
+    if (device == nullptr)
+        return;
+    if (code == TOUPCAM_EVENT_DISCONNECTED)
+        device->handleSdkDisconnect();
+    device->postprocEvt(code);
+}
+
+void updateLater(const PTDevice* device, const char* propertyId) {
+    // The property lives on the device's thread, and only there may it talk to its listeners.
+    if (PDeviceProperty* const property = device->getProperty(propertyId))
+        QMetaObject::invokeMethod(property, "updateValueFromDevice", Qt::QueuedConnection);
+}
+
+} // namespace
+
+void cbData(const void* data, const BITMAPINFOHEADER* header, int isSnapshot, void* ctx) {
+    auto* const device = static_cast<PTDevice*>(ctx);
+    if (device == nullptr)
+        return;
+    if (data == nullptr) {
+        guarded("cbData", [&] { device->handleSdkDisconnect(); });
+        return;
+    }
+    if (header == nullptr)
+        return;
+    // What throws comes before the frame is handed over and booked.
+    if (!guarded("cbData", [&] { takeBuffer(device, data, *header, isSnapshot != 0); }))
+        device->reportDroppedFrames(PFrameFate::NoMemory);
+}
+
+void cbEvent(unsigned int code, void* ctx) {
+    guarded("cbEvent", [&] { takeEvent(static_cast<PTDevice*>(ctx), code); });
+}
+
+void cbExposure(void* ctx) {
+    const auto* const device = static_cast<PTDevice*>(ctx);
+    if (device == nullptr)
+        return;
+    guarded("cbExposure", [&] {
+        updateLater(device, "autoexpottime"); // spelled like this in the catalogue too
+        updateLater(device, "autoexpogain");
+    });
+}

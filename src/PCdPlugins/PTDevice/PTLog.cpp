@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+#include "PTLog.h"
+
+#include <QRegularExpression>
+
+namespace {
+
+/// GCC writes "const T&", Clang "const T &": the log has the latter.
+QString oneSpelling(const char* function) {
+    static const QRegularExpression markBehindName(QStringLiteral("(?<=[\\w>])([*&]+)"));
+    return QString::fromLatin1(function).replace(markBehindName, QStringLiteral(" \\1"));
+}
+
+} // namespace
+
+PMessageStream ptLog(const char* function, const char* file, int line, PLogLevel level) {
+    return PLog::logStream(QStringLiteral("PTDevice"), oneSpelling(function),
+                           QString::fromLatin1(file), line, level);
+}

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PLog/PLog.h>
+
+/// A log record of the plugin. `function` is the caller's signature as the compiler spells it; it
+/// is logged in one spelling whichever compiler that is. Any thread.
+PMessageStream ptLog(const char* function, const char* file, int line,
+                     PLogLevel level = PLogLevel::Info);
+
+/// A record from here.
+#define PT_LOG() ptLog(Q_FUNC_INFO, __FILE__, __LINE__)
+
+/// A record that is known by a source line of its own: the number stays when the statement moves.
+#define PT_LOG_AT(line) ptLog(Q_FUNC_INFO, __FILE__, line)
+
+/// Makes an SDK call once and, if its result is an error, logs it as failed with the call's text as
+/// it is written here, from the function and source line by which the record is known.
+#define PT_OP_IN(function, line, ...)                                                              \
+    do {                                                                                           \
+        if (!checkError(__VA_ARGS__))                                                              \
+            ptLog(function, __FILE__, line, PLogLevel::Warning)                                    \
+                << "Failed TOUPCAM_OP:" << #__VA_ARGS__;                                           \
+    } while (false)

@@ -1,0 +1,213 @@
+// SPDX-License-Identifier: MIT
+#include "PTStreamThread.h"
+
+#include "PTDevice.h"
+#include "PTLog.h"
+
+#include <PCd/PCdDipUtils.h>
+
+#include <PCore/PFpsCounter.h>
+
+#include <PDip/PPixelOperations.h>
+#include <PDip/PRaster.h>
+
+#include <QDebug>
+#include <QMutexLocker>
+
+#include <atomic>
+#include <exception>
+#include <optional>
+#include <utility>
+
+namespace {
+
+constexpr int mostEvents = 6;
+constexpr int mostImages = 4;
+constexpr unsigned long idleWaitMs = 5;
+constexpr int pullBits = 32;
+constexpr auto runText = "virtual void PTStreamThread::run()";
+
+PMessageStream runLog() {
+    return ptLog(runText, __FILE__, __LINE__);
+}
+
+/// True for the first caller in the process.
+bool isFirst(std::atomic<bool>& happened) {
+    return !happened.exchange(true);
+}
+
+bool createPulledImage(PImage& image, const ToupcamFrameInfoV2& info) {
+    return image.create(PImageHeader(long(info.width), long(info.height), PDIP::ColorFormat::BgrX));
+}
+
+/// True if the second pull gave the frame that the image was made for: in between, the camera may
+/// have gone on to another size.
+bool isSameSize(const PImage& image, const ToupcamFrameInfoV2& info) {
+    return image.width() == long(info.width) && image.height() == long(info.height);
+}
+
+/// Exchanges the first and the third byte of every pixel of an image in the host's 32-bit format.
+void swapRedAndBlue(PImage& image) {
+    if (image.format() != PDIP::ColorFormat::Xrgb || image.channelType() != PDIP::Channel::UInt8)
+        return;
+    const PDIP::RasterT<PDIP::PixelXRGB<unsigned char>> raster(image, PDIP::AccessMode::ReadWrite);
+    for (PDIP::PixelXRGB<unsigned char>& pixel : raster)
+        std::swap(pixel.first, pixel.third);
+}
+
+} // namespace
+
+/// Finds the frames that the camera has numbered but nobody could pull: they were replaced in the
+/// SDK, or their event was dropped here.
+class PTStreamThread::SequenceWatch {
+public:
+    /// How many numbers are missing between the last frame and this one.
+    unsigned missingBefore(const ToupcamFrameInfoV2& info) {
+        if ((info.flag & TOUPCAM_FRAMEINFO_FLAG_SEQ) == 0)
+            return 0;
+        const unsigned ahead = m_last ? info.seq - *m_last : 1;
+        m_last = info.seq;
+        // A stream that began anew counts from the beginning: no loss, though far "ahead".
+        return ahead == 0 || ahead > mostMissing ? 0 : ahead - 1;
+    }
+
+private:
+    static constexpr unsigned mostMissing = 1u << 30;
+    std::optional<unsigned> m_last;
+};
+
+PTStreamThread::PTStreamThread(PTDevice* owner, HToupCam camera)
+    : device(owner)
+    , handle(camera) {
+    setObjectName(QStringLiteral("PTStreamThread"));
+}
+
+PTStreamThread::~PTStreamThread() {
+    const QMutexLocker locker(&lock);
+    images.clear();
+}
+
+PStatus PTStreamThread::onStart() {
+    return PStatus::Ok;
+}
+
+PStatus PTStreamThread::onStop() {
+    // Events stay: a restarted loop takes up where this one ended.
+    const QMutexLocker locker(&lock);
+    images.clear();
+    return PStatus::Ok;
+}
+
+void PTStreamThread::pushEvent(unsigned int code) {
+    const QMutexLocker locker(&lock);
+    // All go at once, not the oldest: a worker that far behind had better begin anew.
+    if (events.size() >= mostEvents)
+        events.clear();
+    events.append(code);
+    wake.wakeAll();
+}
+
+void PTStreamThread::pushData(const PImage& image) {
+    const QMutexLocker locker(&lock);
+    if (images.size() >= mostImages) {
+        qDebug() << "Clear data:" << images.size();
+        images.clear();
+    }
+    images.append(image);
+    wake.wakeAll();
+}
+
+void PTStreamThread::run() {
+    setPriority(QThread::HighPriority);
+    // Made by the first worker of the process, gone with the library.
+    [[maybe_unused]] static PFpsCounter frameRate(nullptr);
+    runLog() << "PTStreamThread run loop entered";
+    SequenceWatch sequence;
+    while (isThreadRunned()) {
+        unsigned int code = 0;
+        if (!takeEvent(&code))
+            continue;
+        try {
+            handleEvent(code, sequence);
+        } catch (const std::exception& error) {
+            // No memory for a frame: that frame is lost, the thread is not.
+            ptLog(runText, __FILE__, __LINE__, PLogLevel::Error) << "Exception:" << error.what();
+            device->reportDroppedFrames(PFrameFate::NoMemory);
+        }
+    }
+}
+
+bool PTStreamThread::takeEvent(unsigned int* code) {
+    const QMutexLocker locker(&lock);
+    // Short, so that a stop is seen soon.
+    if (events.isEmpty())
+        wake.wait(&lock, idleWaitMs);
+    if (events.isEmpty())
+        return false;
+    *code = events.takeFirst();
+    return true;
+}
+
+void PTStreamThread::handleEvent(unsigned int code, SequenceWatch& sequence) {
+    static std::atomic<bool> firstEventDequeued{false};
+    if (isFirst(firstEventDequeued))
+        runLog() << "PTStreamThread first event dequeued, code:" << code;
+    if (code == TOUPCAM_EVENT_IMAGE)
+        pullLive(sequence);
+    else if (code == TOUPCAM_EVENT_STILLIMAGE)
+        pullStill();
+}
+
+void PTStreamThread::pullLive(SequenceWatch& sequence) {
+    ToupcamFrameInfoV2 info{};
+    int result = Toupcam_PullImageV2(handle, nullptr, pullBits, &info);
+    if (!checkError(result)) {
+        runLog() << "Toupcam_PullImageV2 (info) failed, code:" << result;
+        return;
+    }
+    PImage image;
+    if (!createPulledImage(image, info)) {
+        device->reportDroppedFrames(PFrameFate::NoMemory);
+        return;
+    }
+    result =
+        Toupcam_PullImageV2(handle, image.rawData(PDIP::AccessMode::Write).data(), pullBits, &info);
+    static std::atomic<bool> firstLiveFrame{false};
+    if (checkError(result) && isFirst(firstLiveFrame))
+        runLog() << "First live frame pulled:" << info.width << "x" << info.height;
+    PDIP::setXToXRGB(&image);
+    qDebug() << "pull image:" << image;
+    swapRedAndBlue(image);
+    if (!checkError(result))
+        return;
+    if (const unsigned missing = sequence.missingBefore(info))
+        device->reportDroppedFrames(PFrameFate::LostInCamera, missing);
+    if (isSameSize(image, info))
+        device->processFrameImage(image);
+    else
+        device->reportDroppedFrames(PFrameFate::BadSize);
+}
+
+void PTStreamThread::pullStill() {
+    runLog() << "still image event";
+    ToupcamFrameInfoV2 info{};
+    int result = Toupcam_PullStillImageV2(handle, nullptr, pullBits, &info);
+    if (!checkError(result)) {
+        runLog() << "Failed to pull still image [1]:" << result;
+        return;
+    }
+    PImage image;
+    if (!createPulledImage(image, info)) {
+        device->reportDroppedFrames(PFrameFate::NoMemory);
+        return;
+    }
+    result = Toupcam_PullStillImageV2(handle, image.rawData(PDIP::AccessMode::Write).data(),
+                                      pullBits, &info);
+    if (!checkError(result)) {
+        runLog() << "Failed to pull still image [2]:" << result;
+        return;
+    }
+    PDIP::setXToXRGB(&image);
+    swapRedAndBlue(image);
+    device->processSnapshot(PCdDipUtils::imageAsDeviceFrame(image));
+}

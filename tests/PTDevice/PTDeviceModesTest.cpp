@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: MIT
+// The camera's resolutions as the host's modes.
+#include "SimFixture.h"
+
+#include <gmock/gmock.h>
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+const std::string threeResolutions =
+    R"([{"width": 4000, "height": 3000}, {"width": 2000, "height": 1500}, {"width": 1000, "height": 750}])";
+
+class PTDeviceModes : public SimFixture {
+protected:
+    PTDeviceModes() {
+        loadScene({SimCameraText().withResolutions(threeResolutions)});
+        device = open();
+        SimJournal::clear();
+    }
+
+    std::unique_ptr<PTDevice> device;
+};
+
+PDeviceMode modeWithId(const char* id) {
+    PDeviceMode mode;
+    mode.id = id;
+    return mode;
+}
+
+} // namespace
+
+TEST_F(PTDeviceModes, three_resolutions_are_three_modes_in_order) {
+    const QList<PDeviceMode> modes = device->getSupportModes();
+    EXPECT_THAT(modes, ElementsAre(PDeviceMode{4000, 3000, QStringLiteral("4000x3000"), "0", 24},
+                                   PDeviceMode{2000, 1500, QStringLiteral("2000x1500"), "1", 24},
+                                   PDeviceMode{1000, 750, QStringLiteral("1000x750"), "2", 24}));
+    EXPECT_THAT(SimJournal::lines(), ElementsAre("Toupcam_get_ResolutionNumber(h1) = 3",
+                                                 "Toupcam_get_Resolution(h1, 0, 4000, 3000) = 0",
+                                                 "Toupcam_get_Resolution(h1, 1, 2000, 1500) = 0",
+                                                 "Toupcam_get_Resolution(h1, 2, 1000, 750) = 0"));
+}
+
+TEST_F(PTDeviceModes, no_resolutions_are_an_empty_list_and_no_current_mode) {
+    ToupcamSim_failCall("Toupcam_get_ResolutionNumber", 0, 0, 0);
+    EXPECT_THAT(device->getSupportModes(), IsEmpty());
+    EXPECT_EQ(device->getCurrentMode(), PDeviceMode());
+}
+
+TEST_F(PTDeviceModes, a_resolution_that_cannot_be_read_is_a_mode_of_size_zero) {
+    ToupcamSim_failCall("Toupcam_get_Resolution", 1, 1, E_FAIL);
+    const QList<PDeviceMode> modes = device->getSupportModes();
+    ASSERT_EQ(modes.size(), 3);
+    EXPECT_EQ(modes[1], (PDeviceMode{0, 0, QStringLiteral("0x0"), "1", 24}));
+}
+
+TEST_F(PTDeviceModes, the_current_mode_follows_the_sdk) {
+    ASSERT_EQ(Toupcam_put_eSize(device->sdkHandle(), 2), S_OK);
+    EXPECT_EQ(device->getCurrentMode().id, "2");
+}
+
+TEST_F(PTDeviceModes, the_current_mode_is_the_first_when_the_sdk_does_not_answer) {
+    ASSERT_EQ(Toupcam_put_eSize(device->sdkHandle(), 2), S_OK);
+    ToupcamSim_failCall("Toupcam_get_eSize", 0, 1, E_FAIL);
+    EXPECT_EQ(device->getCurrentMode().id, "0");
+}
+
+TEST_F(PTDeviceModes, a_current_index_without_a_mode_is_an_empty_mode) {
+    ASSERT_EQ(Toupcam_put_eSize(device->sdkHandle(), 2), S_OK);
+    ToupcamSim_failCall("Toupcam_get_ResolutionNumber", 0, 1, 2);
+    EXPECT_EQ(device->getCurrentMode(), PDeviceMode());
+}
+
+TEST_F(PTDeviceModes, setting_a_mode_selects_its_index_reads_back_and_logs) {
+    EXPECT_TRUE(device->trySetMode(device->getSupportModes()[1]));
+    EXPECT_THAT(SimJournal::calls("Toupcam_put_eSize"),
+                ElementsAre("Toupcam_put_eSize(h1, 1) = 0"));
+    EXPECT_THAT(SimJournal::calls("Toupcam_get_eSize"),
+                ElementsAre("Toupcam_get_eSize(h1, 1) = 0"));
+    EXPECT_THAT(SimJournal::calls("Toupcam_get_FinalSize"),
+                ElementsAre("Toupcam_get_FinalSize(h1, 2000, 1500) = 0"));
+    const QList<PLogRecord> records = log.records(QStringLiteral("PTDevice"));
+    ASSERT_EQ(records.size(), 2);
+    EXPECT_THAT(records[0].items, ElementsAre(QStringLiteral("Try set mode:"),
+                                              QStringLiteral("2000"), QStringLiteral("1500")));
+    EXPECT_EQ(records[0].line, 323);
+    EXPECT_EQ(records[0].function,
+              QStringLiteral("virtual bool PTDevice::trySetMode(const PDeviceMode &)"));
+    EXPECT_THAT(records[1].items,
+                ElementsAre(QStringLiteral("Mode applied: eSize index"), QStringLiteral("1"),
+                            QStringLiteral("final size"), QStringLiteral("2000"),
+                            QStringLiteral("x"), QStringLiteral("1500")));
+    EXPECT_EQ(records[1].line, 342);
+    EXPECT_EQ(records[1].function, records[0].function);
+}
+
+TEST_F(PTDeviceModes, a_rejected_index_is_logged_and_the_camera_keeps_its_resolution) {
+    PDeviceMode mode{5, 6, QStringLiteral("5x6"), "7", 24};
+    EXPECT_FALSE(device->trySetMode(mode));
+    const QList<PLogRecord> records = log.records(QStringLiteral("PTDevice"));
+    ASSERT_EQ(records.size(), 2);
+    EXPECT_THAT(records[1].items,
+                ElementsAre(QStringLiteral("Failed TOUPCAM_OP: Toupcam_put_eSize index"),
+                            QStringLiteral("7"), QStringLiteral("for"), QStringLiteral("5"),
+                            QStringLiteral("x"), QStringLiteral("6")));
+    EXPECT_EQ(records[1].line, 331);
+    EXPECT_EQ(device->getCurrentMode().id, "0");
+}
+
+TEST_F(PTDeviceModes, what_cannot_be_read_back_is_logged_as_zero) {
+    ToupcamSim_failCall("Toupcam_get_eSize", 0, 1, E_FAIL);
+    ToupcamSim_failCall("Toupcam_get_FinalSize", 0, 1, E_FAIL);
+    EXPECT_TRUE(device->trySetMode(modeWithId("2")));
+    EXPECT_TRUE(log.contains(QStringLiteral("Mode applied: eSize index 0 final size 0 x 0")));
+}
+
+struct IdRow {
+    const char* name;
+    const char* id;
+    const char* call;
+};
+
+class PTDeviceModeId : public PTDeviceModes, public testing::WithParamInterface<IdRow> {};
+
+TEST_P(PTDeviceModeId, selects) {
+    device->trySetMode(modeWithId(GetParam().id));
+    EXPECT_THAT(SimJournal::calls("Toupcam_put_eSize"), ElementsAre(GetParam().call));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, PTDeviceModeId,
+    testing::Values(IdRow{"an_empty_id_index_0", "", "Toupcam_put_eSize(h1, 0) = 0"},
+                    IdRow{"text_that_is_no_number_index_0", "big", "Toupcam_put_eSize(h1, 0) = 0"},
+                    IdRow{"a_number_that_index", "2", "Toupcam_put_eSize(h1, 2) = 0"}),
+    RowName());
+
+TEST_F(PTDeviceModes, of_two_modes_with_the_same_size_the_id_decides) {
+    PDeviceMode a{4000, 3000, QStringLiteral("4000x3000"), "1", 24};
+    PDeviceMode b{4000, 3000, QStringLiteral("4000x3000"), "2", 24};
+    EXPECT_NE(a, b);
+    EXPECT_TRUE(device->trySetMode(a));
+    EXPECT_EQ(device->getCurrentMode().id, "1");
+    EXPECT_TRUE(device->trySetMode(b));
+    EXPECT_EQ(device->getCurrentMode().id, "2");
+}
+
+TEST_F(PTDeviceModes, the_mode_is_set_while_streaming_and_frames_come_in_the_new_size) {
+    QList<long> widths;
+    QObject::connect(device.get(), &PDevice::imageChanged,
+                     [&](const PImage& image) { widths.append(image.width()); });
+    ASSERT_TRUE(device->trySetMode(modeWithId("1")));
+    ASSERT_TRUE(device->tryStartStream());
+    ASSERT_TRUE(waitUntil([&] { return widths.contains(2000); }));
+    SimJournal::clear();
+    EXPECT_TRUE(device->trySetMode(modeWithId("2")));
+    EXPECT_THAT(SimJournal::calls("Toupcam_Stop"), IsEmpty());
+    EXPECT_THAT(SimJournal::calls("Toupcam_StartPushMode"), IsEmpty());
+    EXPECT_TRUE(waitUntil([&] { return widths.contains(1000); }));
+    EXPECT_TRUE(device->tryStopStream());
+}

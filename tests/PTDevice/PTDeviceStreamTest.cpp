@@ -1,0 +1,426 @@
+// SPDX-License-Identifier: MIT
+// The live path: starting and stopping the push stream, and what becomes of every pushed buffer.
+#include "SimFixture.h"
+
+#include <PCd/PDeviceProperty.h>
+
+#include <PDip/PBufferPool.h>
+
+#include <QColor>
+#include <QCoreApplication>
+#include <QSignalSpy>
+
+#include <gmock/gmock.h>
+
+#include <climits>
+#include <stdexcept>
+#include <thread>
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+/// A header that is true for a buffer of this geometry.
+BITMAPINFOHEADER headerOf(int width, int height, int bits) {
+    BITMAPINFOHEADER header{};
+    header.biSize = sizeof header;
+    header.biWidth = width;
+    header.biHeight = height;
+    header.biPlanes = 1;
+    header.biBitCount = static_cast<unsigned short>(bits);
+    header.biSizeImage = unsigned((width * bits + 31) / 32 * 4 * height);
+    return header;
+}
+
+class PTDeviceStream : public SimFixture {
+protected:
+    PTDeviceStream() {
+        loadScene({SimCameraText{}});
+        device = open();
+        SimJournal::clear();
+    }
+
+    /// Hands a buffer to the data callback as the SDK would, from this thread.
+    void push(const std::vector<unsigned char>& buffer, const BITMAPINFOHEADER& header,
+              int isSnapshot = 0) {
+        cbData(buffer.data(), &header, isSnapshot, device.get());
+        QCoreApplication::sendPostedEvents();
+    }
+
+    quint64 count(PFrameFate fate) const { return device->frameLedger().count(fate); }
+
+    std::unique_ptr<PTDevice> device;
+};
+
+/// The colours other than black of the middle row, from left to right, each named once.
+QList<QColor> patchColours(const QImage& picture) {
+    QList<QColor> colours;
+    for (int x = 0; x < picture.width(); ++x) {
+        const QColor colour = picture.pixelColor(x, picture.height() / 2);
+        if (colour != QColor(0, 0, 0) && !colours.contains(colour))
+            colours.append(colour);
+    }
+    return colours;
+}
+
+/// Collects the live images of a device.
+struct ImageList {
+    explicit ImageList(PDevice* device) {
+        QObject::connect(device, &PDevice::imageChanged,
+                         [this](const PImage& image) { images.append(image); });
+    }
+    QList<PImage> images;
+};
+
+} // namespace
+
+// ---- Start and stop -----------------------------------------------------------------------------
+
+TEST_F(PTDeviceStream, start_begins_push_mode_then_reads_and_logs_the_state) {
+    ASSERT_EQ(Toupcam_put_ExpoTime(device->sdkHandle(), 2000), S_OK);
+    ASSERT_EQ(Toupcam_put_AutoExpoEnable(device->sdkHandle(), 0), S_OK);
+    SimJournal::clear();
+    EXPECT_TRUE(device->tryStartStream());
+    EXPECT_TRUE(device->tryStopStream());
+    EXPECT_THAT(SimJournal::lines(),
+                ElementsAre("Toupcam_StartPushMode(h1, fn, ctx) = 0",
+                            "Toupcam_get_ExpoTime(h1, 2000) = 0",
+                            "Toupcam_get_AutoExpoEnable(h1, 0) = 0", "Toupcam_get_Speed(h1, 3) = 0",
+                            "Toupcam_get_Option(h1, 11, 0) = 0", "Toupcam_get_Option(h1, 4, 0) = 0",
+                            "Toupcam_get_MaxSpeed(h1) = 3", "Toupcam_Stop(h1) = 0"));
+    const QList<PLogRecord> records = log.records(QStringLiteral("PTDevice"));
+    ASSERT_EQ(records.size(), 3) << "a stop is not logged";
+    EXPECT_THAT(records[0].items, ElementsAre(QStringLiteral("Toupcam_StartPushMode started:"),
+                                              QStringLiteral("true")));
+    EXPECT_THAT(records[1].items,
+                ElementsAre(QStringLiteral("Stream state: expoTime(us)="), QStringLiteral("2000"),
+                            QStringLiteral("autoExpo="), QStringLiteral("0"),
+                            QStringLiteral("speed="), QStringLiteral("3"), QStringLiteral("/"),
+                            QStringLiteral("3"), QStringLiteral("trigger="), QStringLiteral("0"),
+                            QStringLiteral("raw="), QStringLiteral("0")));
+    EXPECT_THAT(records[2].items,
+                ElementsAre(QStringLiteral("USB flags: usb30="), QStringLiteral("true"),
+                            QStringLiteral("over_usb20="), QStringLiteral("false"),
+                            QStringLiteral("usb32_over_usb30="), QStringLiteral("false")));
+    for (const PLogRecord& record : records)
+        EXPECT_EQ(record.function, QStringLiteral("virtual bool PTDevice::tryStartStream()"));
+}
+
+TEST_F(PTDeviceStream, a_refused_start_is_false_and_all_three_lines_are_written) {
+    ToupcamSim_failCall("Toupcam_StartPushMode", 0, 1, E_FAIL);
+    EXPECT_FALSE(device->tryStartStream());
+    EXPECT_EQ(ptTexts(log).size(), 3);
+    EXPECT_EQ(ptTexts(log).first(), QStringLiteral("Toupcam_StartPushMode started: false"));
+}
+
+TEST_F(PTDeviceStream, state_that_cannot_be_read_is_logged_as_it_starts) {
+    for (const char* function : {"Toupcam_get_ExpoTime", "Toupcam_get_AutoExpoEnable",
+                                 "Toupcam_get_Speed", "Toupcam_get_Option"})
+        ToupcamSim_failCall(function, 0, 0, E_FAIL);
+    EXPECT_TRUE(device->tryStartStream());
+    EXPECT_TRUE(log.contains(QStringLiteral(
+        "Stream state: expoTime(us)= 0 autoExpo= -1 speed= 0 / 3 trigger= -1 raw= -1")));
+    EXPECT_TRUE(device->tryStopStream());
+}
+
+TEST_F(PTDeviceStream, starting_twice_is_passed_on_and_the_sdk_decides) {
+    EXPECT_TRUE(device->tryStartStream());
+    EXPECT_FALSE(device->tryStartStream());
+    EXPECT_THAT(SimJournal::calls("Toupcam_StartPushMode"), testing::SizeIs(2));
+    EXPECT_TRUE(device->tryStopStream());
+}
+
+TEST_F(PTDeviceStream, the_usb_flags_of_the_model_are_logged) {
+    device.reset();
+    loadScene({SimCameraText().withFlags(R"("0x0800000000000100")")});
+    device = open();
+    EXPECT_TRUE(device->tryStartStream());
+    EXPECT_TRUE(log.contains(
+        QStringLiteral("USB flags: usb30= false over_usb20= true usb32_over_usb30= true")));
+    EXPECT_TRUE(device->tryStopStream());
+}
+
+// ---- Buffers ------------------------------------------------------------------------------------
+
+TEST_F(PTDeviceStream, a_null_buffer_with_a_null_context_does_nothing_at_all) {
+    const BITMAPINFOHEADER header = headerOf(4, 2, 24);
+    cbData(nullptr, &header, 0, nullptr);
+    cbData(nullptr, nullptr, 1, nullptr);
+    EXPECT_THAT(ptTexts(log), IsEmpty());
+    EXPECT_THAT(SimJournal::lines(), IsEmpty());
+}
+
+TEST_F(PTDeviceStream, a_null_buffer_reports_the_camera_as_gone_whatever_the_header_holds) {
+    QSignalSpy spy(device.get(), &PTDevice::disconnected);
+    cbData(nullptr, nullptr, 0, device.get());
+    ASSERT_TRUE(waitUntil([&] { return spy.count() == 1; }));
+    EXPECT_EQ(device->frameLedger().produced, 0u);
+}
+
+TEST_F(PTDeviceStream, a_buffer_without_a_header_is_ignored) {
+    const unsigned char byte = 0;
+    cbData(&byte, nullptr, 0, device.get());
+    EXPECT_EQ(device->frameLedger().produced, 0u);
+}
+
+TEST_F(PTDeviceStream, an_8_bit_buffer_is_a_one_channel_image) {
+    ImageList list(device.get());
+    push({1, 2, 3, 0, 4, 5, 6, 0}, headerOf(3, 2, 8));
+    ASSERT_EQ(list.images.size(), 1);
+    const PImage image = list.images[0];
+    EXPECT_EQ(image.format(), PDIP::ColorFormat(0));
+    EXPECT_EQ(image.width(), 3);
+    EXPECT_EQ(image.height(), 2);
+    EXPECT_EQ(image.toQImage().pixelColor(2, 1), QColor(6, 6, 6));
+}
+
+TEST_F(PTDeviceStream, a_24_bit_buffer_is_a_three_channel_image_with_its_colours_right) {
+    ImageList list(device.get());
+    // One row: blue, red; the SDK puts blue first, and pads the row to 8 bytes.
+    push({255, 0, 0, 0, 0, 255, 99, 99}, headerOf(2, 1, 24));
+    ASSERT_EQ(list.images.size(), 1);
+    EXPECT_EQ(list.images[0].format(), PDIP::ColorFormat(1));
+    const QImage view = list.images[0].toQImage();
+    EXPECT_EQ(view.pixelColor(0, 0), QColor(0, 0, 255));
+    EXPECT_EQ(view.pixelColor(1, 0), QColor(255, 0, 0));
+}
+
+struct BadHeaderRow {
+    const char* name;
+    int width;
+    int height;
+    int bits;
+    unsigned size;
+    PFrameFate fate;
+};
+
+class PTDeviceBadHeader : public PTDeviceStream,
+                          public testing::WithParamInterface<BadHeaderRow> {};
+
+TEST_P(PTDeviceBadHeader, is_dropped_without_a_line_and_counted) {
+    const BadHeaderRow& row = GetParam();
+    ImageList list(device.get());
+    BITMAPINFOHEADER header = headerOf(1, 1, row.bits);
+    header.biWidth = row.width;
+    header.biHeight = row.height;
+    header.biSizeImage = row.size;
+    push(std::vector<unsigned char>(64), header);
+    EXPECT_THAT(list.images, IsEmpty());
+    EXPECT_EQ(count(row.fate), 1u);
+    EXPECT_EQ(device->frameLedger().produced, 1u);
+    EXPECT_TRUE(device->frameLedger().isBalanced());
+    EXPECT_THAT(ptTexts(log), IsEmpty());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, PTDeviceBadHeader,
+    testing::Values(
+        BadHeaderRow{"of_32_bits", 4, 2, 32, 32, PFrameFate::BadDepth},
+        BadHeaderRow{"of_16_bits", 4, 2, 16, 16, PFrameFate::BadDepth},
+        BadHeaderRow{"of_0_bits", 4, 2, 0, 0, PFrameFate::BadDepth},
+        BadHeaderRow{"with_a_size_one_byte_too_large", 4, 2, 24, 25, PFrameFate::BadSize},
+        BadHeaderRow{"with_a_size_one_byte_too_small", 4, 2, 24, 23, PFrameFate::BadSize},
+        BadHeaderRow{"with_a_size_that_forgets_the_row_padding", 3, 2, 8, 6, PFrameFate::BadSize},
+        BadHeaderRow{"with_a_negative_height", 4, -2, 24, 24, PFrameFate::BadSize},
+        BadHeaderRow{"with_a_negative_width", -4, 2, 24, 24, PFrameFate::BadSize},
+        BadHeaderRow{"with_both_negative", -4, -2, 24, 24, PFrameFate::BadSize},
+        BadHeaderRow{"with_no_width_and_no_size", 0, 2, 24, 0, PFrameFate::BadSize},
+        BadHeaderRow{"with_no_height_and_no_size", 4, 0, 24, 0, PFrameFate::BadSize},
+        BadHeaderRow{"as_large_as_numbers_go", INT_MAX, INT_MAX, 24, UINT_MAX, PFrameFate::BadSize},
+        BadHeaderRow{"whose_size_wraps_to_the_one_given", 1 << 30, 4, 24, 0, PFrameFate::BadSize}),
+    RowName());
+
+TEST_F(PTDeviceStream, no_memory_is_taken_for_a_header_whose_size_does_not_add_up) {
+    const auto before = PBufferPool::instance().statistics();
+    BITMAPINFOHEADER header = headerOf(40000, 30000, 24);
+    header.biSizeImage -= 1;
+    push(std::vector<unsigned char>(64), header);
+    const auto after = PBufferPool::instance().statistics();
+    EXPECT_EQ(after.allocations, before.allocations);
+    EXPECT_EQ(after.reuses, before.reuses);
+}
+
+TEST_F(PTDeviceStream, every_image_live_or_still_carries_exactly_the_snapshot_entry) {
+    ImageList list(device.get());
+    QSignalSpy stills(device.get(), &PDevice::snapshotTaken);
+    push(std::vector<unsigned char>(24), headerOf(4, 2, 24), 0);
+    push(std::vector<unsigned char>(24), headerOf(4, 2, 24), 1);
+    push(std::vector<unsigned char>(24), headerOf(4, 2, 24), 42);
+    ASSERT_EQ(list.images.size(), 1);
+    ASSERT_EQ(stills.count(), 2);
+    const QMap<QString, QVariant> live{{QStringLiteral("snapshot"), QVariant(false)}};
+    const QMap<QString, QVariant> still{{QStringLiteral("snapshot"), QVariant(true)}};
+    EXPECT_EQ(list.images[0].metaInformation(), live);
+    for (const QList<QVariant>& arguments : stills)
+        EXPECT_EQ(arguments[0].value<PDeviceFrame>().image.metaInformation(), still);
+}
+
+TEST_F(PTDeviceStream, the_buffer_is_copied_once_and_not_kept) {
+    ImageList list(device.get());
+    std::vector<unsigned char> buffer(24, 7);
+    push(buffer, headerOf(4, 2, 24));
+    std::fill(buffer.begin(), buffer.end(), static_cast<unsigned char>(200));
+    ASSERT_EQ(list.images.size(), 1);
+    EXPECT_EQ(list.images[0].rawData(PDIP::AccessMode::Read).constData()[0], 7);
+}
+
+TEST_F(PTDeviceStream, a_listener_that_throws_does_not_reach_the_sdk) {
+    QObject::connect(device.get(), &PDevice::imageChanged,
+                     [] { throw std::runtime_error("listener"); });
+    ASSERT_TRUE(device->tryStartStream());
+    ASSERT_TRUE(waitUntil([&] { return count(PFrameFate::Failed) >= 3; }));
+    EXPECT_TRUE(device->tryStopStream());
+}
+
+namespace {
+
+struct ThrowingSink : PFrameSink {
+    bool takeFrame(const PDeviceFrame&, Kind) override { throw 42; }
+};
+
+} // namespace
+
+TEST_F(PTDeviceStream, a_frame_sink_that_throws_on_the_push_thread_does_not_reach_the_sdk) {
+    device->addFrameSink(std::make_shared<ThrowingSink>());
+    ASSERT_TRUE(device->tryStartStream());
+    ASSERT_TRUE(waitUntil([&] { return count(PFrameFate::FailedInWriter) >= 3; }));
+    EXPECT_TRUE(device->tryStopStream());
+}
+
+// ---- The stream as a whole ----------------------------------------------------------------------
+
+TEST_F(PTDeviceStream, live_frames_and_stills_arrive_and_the_ledger_balances) {
+    ImageList list(device.get());
+    QSignalSpy stills(device.get(), &PDevice::snapshotTaken);
+    ASSERT_TRUE(device->tryStartStream());
+    ASSERT_TRUE(waitUntil([&] { return list.images.size() >= 5; }));
+    EXPECT_TRUE(device->triggerStillCapture());
+    ASSERT_TRUE(waitUntil([&] { return stills.count() == 1; }));
+    EXPECT_TRUE(device->tryStopStream());
+    ASSERT_TRUE(waitUntil([&] { return device->frameLedger().waiting == 0; }));
+    const PFrameLedger ledger = device->frameLedger();
+    EXPECT_TRUE(ledger.isBalanced());
+    EXPECT_EQ(ledger.count(PFrameFate::Delivered), ledger.produced);
+    EXPECT_EQ(ledger.produced, quint64(list.images.size()) + 1);
+    EXPECT_EQ(ledger.snapshots, 1u);
+    const QImage picture = list.images.last().toQImage();
+    EXPECT_EQ(picture.size(), QSize(64, 48));
+}
+
+TEST_F(PTDeviceStream, no_frame_arrives_after_the_stop_has_returned) {
+    ASSERT_TRUE(device->tryStartStream());
+    ASSERT_TRUE(waitUntil([&] { return device->frameLedger().produced >= 3; }));
+    EXPECT_TRUE(device->tryStopStream());
+    const quint64 produced = device->frameLedger().produced;
+    EXPECT_FALSE(waitUntil([&] { return device->frameLedger().produced > produced; },
+                           std::chrono::milliseconds(200)));
+}
+
+TEST_F(PTDeviceStream, malformed_frames_pushed_in_the_middle_are_dropped_and_the_stream_goes_on) {
+    ImageList list(device.get());
+    ASSERT_TRUE(device->tryStartStream());
+    const std::vector<unsigned char> buffer(64);
+    BITMAPINFOHEADER header = headerOf(4, 2, 32);
+    EXPECT_EQ(ToupcamSim_pushRaw("cam", buffer.data(), &header, 0), 1);
+    header = headerOf(-4, -2, 24);
+    EXPECT_EQ(ToupcamSim_pushRaw("cam", buffer.data(), &header, 0), 1);
+    list.images.clear();
+    EXPECT_TRUE(waitUntil([&] { return list.images.size() >= 3; }));
+    EXPECT_TRUE(device->tryStopStream());
+    EXPECT_EQ(count(PFrameFate::BadDepth), 1u);
+    EXPECT_EQ(count(PFrameFate::BadSize), 1u);
+}
+
+TEST_F(PTDeviceStream, a_colour_frame_1003_pixels_wide_shows_the_patches_pure) {
+    device.reset();
+    loadScene({SimCameraText().withResolutions(R"([{"width": 1003, "height": 200, "fps": 100}])")});
+    device = open();
+    ImageList list(device.get());
+    ASSERT_TRUE(device->tryStartStream());
+    ASSERT_TRUE(waitUntil([&] { return !list.images.isEmpty(); }));
+    EXPECT_TRUE(device->tryStopStream());
+    const QImage picture = list.images[0].toQImage();
+    ASSERT_EQ(picture.size(), QSize(1003, 200));
+    EXPECT_THAT(patchColours(picture),
+                ElementsAre(QColor(255, 0, 0), QColor(0, 255, 0), QColor(0, 0, 255)));
+}
+
+TEST_F(PTDeviceStream, an_unplugged_camera_is_reported_once_and_can_still_be_stopped_and_closed) {
+    QSignalSpy spy(device.get(), &PTDevice::disconnected);
+    ASSERT_TRUE(device->tryStartStream());
+    ASSERT_TRUE(waitUntil([&] { return device->frameLedger().produced >= 3; }));
+    EXPECT_EQ(ToupcamSim_unplug("cam"), 1);
+    ASSERT_TRUE(waitUntil([&] { return spy.count() == 1; }));
+    device->tryStopStream();
+    device.reset();
+    EXPECT_EQ(spy.count(), 1);
+}
+
+TEST_F(PTDeviceStream, stop_on_the_main_thread_while_frames_wait_for_it_does_not_deadlock) {
+    device.reset();
+    loadScene({SimCameraText().withSource(R"({"kind": "ring", "frames": 4, "unpaced": true})")});
+    device = open();
+    device->setFrameByteLimit(10 * 64 * 48 * 3);
+    ASSERT_TRUE(device->tryStartStream());
+    // This thread runs no event loop meanwhile: the queue fills to its limit and stays there.
+    while (count(PFrameFate::DroppedWaiting) < 100)
+        std::this_thread::yield();
+    EXPECT_TRUE(device->tryStopStream());
+    EXPECT_LE(device->frameLedger().waiting, 10u);
+    EXPECT_TRUE(device->frameLedger().isBalanced());
+    ASSERT_TRUE(waitUntil([&] { return device->frameLedger().waiting == 0; }));
+    EXPECT_TRUE(device->frameLedger().isBalanced());
+}
+
+// ---- The exposure callback ----------------------------------------------------------------------
+
+namespace {
+
+/// A property that counts on which thread it is read again.
+class CountingProperty : public PDeviceProperty {
+public:
+    explicit CountingProperty(QByteArray id)
+        : PDeviceProperty(std::move(id), QString(), PCD::DevicePropertyType::Integer) {}
+    bool trySetValue(QVariant) override { return true; }
+    QVariant tryGetValue() override {
+        order().append(id());
+        EXPECT_EQ(QThread::currentThread(), thread());
+        return 1;
+    }
+    QVariant tryGetRange() override { return {}; }
+    static QList<QByteArray>& order() {
+        static QList<QByteArray> ids;
+        return ids;
+    }
+};
+
+/// A camera whose property list is the two that the exposure callback is about.
+class DeviceWithExposure : public PTDevice {
+public:
+    explicit DeviceWithExposure(const ToupcamDeviceV2& record)
+        : PTDevice(record) {}
+    QList<PDeviceProperty*> getSupportProperties() override {
+        return {new CountingProperty("autoexpogain"), new CountingProperty("autoexpottime")};
+    }
+};
+
+} // namespace
+
+TEST_F(PTDeviceStream, the_exposure_callback_has_time_then_gain_read_again_on_their_thread) {
+    DeviceWithExposure camera(record());
+    camera.supportProperties();
+    CountingProperty::order().clear();
+    std::thread sdkThread([&] { cbExposure(&camera); });
+    sdkThread.join();
+    EXPECT_THAT(CountingProperty::order(), IsEmpty()) << "nothing is read on the SDK's thread";
+    ASSERT_TRUE(waitUntil([] { return CountingProperty::order().size() >= 2; }));
+    EXPECT_THAT(CountingProperty::order(), ElementsAre("autoexpottime", "autoexpogain"));
+}
+
+TEST_F(PTDeviceStream, the_exposure_callback_of_a_device_without_those_properties_does_nothing) {
+    cbExposure(device.get());
+    cbExposure(nullptr);
+    QCoreApplication::sendPostedEvents();
+    EXPECT_THAT(SimJournal::lines(), IsEmpty());
+}

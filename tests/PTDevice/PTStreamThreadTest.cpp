@@ -1,0 +1,326 @@
+// SPDX-License-Identifier: MIT
+// The pull-mode worker: its queues without a consumer, and a real pull-mode stream through it.
+#include "SimFixture.h"
+
+#include <PCdPlugins/PTDevice/PTStreamThread.h>
+
+#include <QCoreApplication>
+#include <QSignalSpy>
+
+#include <gmock/gmock.h>
+
+#include <mutex>
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// Looks at the worker's queues.
+class PTStreamThreadTest : public SimFixture {
+protected:
+    PTStreamThreadTest() { reopen(SimCameraText{}); }
+
+    ~PTStreamThreadTest() override {
+        device->pullThread()->stopThread();
+        Toupcam_Stop(device->sdkHandle());
+    }
+
+    void reopen(const SimCameraText& camera) {
+        device.reset();
+        loadScene({camera});
+        device = open();
+        SimJournal::clear();
+    }
+
+    void startPulling() {
+        ASSERT_EQ(Toupcam_StartPullModeWithCallback(device->sdkHandle(), cbEvent, device.get()),
+                  S_OK);
+        ASSERT_TRUE(device->pullThread()->startThread().isOk());
+    }
+
+    /// Runs the worker until its queue is empty.
+    void consumeEvents() {
+        ASSERT_TRUE(device->pullThread()->startThread().isOk());
+        ASSERT_TRUE(waitUntil([&] { return queuedEvents().isEmpty(); }));
+        ASSERT_TRUE(device->pullThread()->stopThread().isOk());
+    }
+
+    QList<unsigned int> queuedEvents() {
+        const QMutexLocker locker(&device->pullThread()->lock);
+        return device->pullThread()->events;
+    }
+
+    qsizetype queuedImages() {
+        const QMutexLocker locker(&device->pullThread()->lock);
+        return device->pullThread()->images.size();
+    }
+
+    std::unique_ptr<PTDevice> device;
+};
+
+// ---- Queues -------------------------------------------------------------------------------------
+
+TEST_F(PTStreamThreadTest, six_codes_wait_in_order) {
+    for (unsigned code = 10; code < 16; ++code)
+        device->postprocEvt(code);
+    EXPECT_THAT(queuedEvents(), ElementsAre(10u, 11u, 12u, 13u, 14u, 15u));
+}
+
+TEST_F(PTStreamThreadTest, seven_codes_without_a_consumer_leave_exactly_the_seventh) {
+    for (unsigned code = 10; code < 17; ++code)
+        device->pullThread()->pushEvent(code);
+    EXPECT_THAT(queuedEvents(), ElementsAre(16u));
+    EXPECT_THAT(log.texts(), IsEmpty()) << "dropped without a word";
+}
+
+TEST_F(PTStreamThreadTest, the_fifth_image_without_a_consumer_clears_the_four_and_says_so) {
+    for (int i = 0; i < 4; ++i)
+        device->postprocImage(PImage());
+    EXPECT_EQ(queuedImages(), 4);
+    EXPECT_THAT(log.texts(), IsEmpty());
+    device->postprocImage(PImage());
+    EXPECT_EQ(queuedImages(), 1);
+    EXPECT_THAT(log.texts(), ElementsAre(QStringLiteral("Clear data: 4")));
+}
+
+TEST_F(PTStreamThreadTest, stopping_clears_the_images_and_leaves_the_events) {
+    device->postprocImage(PImage());
+    device->postprocEvt(77);
+    EXPECT_TRUE(device->pullThread()->onStop().isOk());
+    EXPECT_EQ(queuedImages(), 0);
+    EXPECT_THAT(queuedEvents(), ElementsAre(77u));
+    EXPECT_TRUE(device->pullThread()->onStart().isOk());
+    EXPECT_THAT(queuedEvents(), ElementsAre(77u));
+}
+
+// ---- The loop -----------------------------------------------------------------------------------
+
+TEST_F(PTStreamThreadTest, with_an_empty_queue_the_loop_goes_on_until_it_is_stopped) {
+    ASSERT_TRUE(device->pullThread()->startThread().isOk());
+    ASSERT_TRUE(
+        waitUntil([&] { return log.contains(QStringLiteral("PTStreamThread run loop entered")); }));
+    EXPECT_FALSE(device->pullThread()->wait(30)) << "it must not end by itself";
+    EXPECT_TRUE(device->pullThread()->stopThread().isOk());
+    EXPECT_TRUE(device->pullThread()->isFinished());
+    const auto records = ptRecords(log, QStringLiteral("PTStreamThread run loop entered"));
+    ASSERT_EQ(records.size(), 1);
+    EXPECT_EQ(records[0].function, QStringLiteral("virtual void PTStreamThread::run()"));
+}
+
+struct CodeRow {
+    const char* name;
+    unsigned code;
+};
+
+class PTStreamThreadCode : public PTStreamThreadTest,
+                           public testing::WithParamInterface<CodeRow> {};
+
+TEST_P(PTStreamThreadCode, is_consumed_and_ignored) {
+    device->postprocEvt(GetParam().code);
+    consumeEvents();
+    EXPECT_THAT(SimJournal::lines(), IsEmpty());
+    EXPECT_EQ(device->frameLedger().produced, 0u);
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, PTStreamThreadCode,
+                         testing::Values(CodeRow{"code_0", 0}, CodeRow{"code_6", 6},
+                                         CodeRow{"code_128", 128},
+                                         CodeRow{"the_largest_code", 0xffffffffu}),
+                         RowName());
+
+TEST_F(PTStreamThreadTest, a_live_event_without_a_frame_is_logged_with_the_result) {
+    device->postprocEvt(TOUPCAM_EVENT_IMAGE);
+    consumeEvents();
+    const QString text =
+        QStringLiteral("Toupcam_PullImageV2 (info) failed, code: %1").arg(int(E_UNEXPECTED));
+    ASSERT_EQ(ptRecords(log, text).size(), 1) << qPrintable(ptTexts(log).join(u'\n'));
+    EXPECT_EQ(ptRecords(log, text)[0].items.size(), 2);
+}
+
+TEST_F(PTStreamThreadTest, live_frames_are_pulled_and_arrive_as_32_bit_images_in_the_hosts_order) {
+    reopen(SimCameraText().withResolutions(R"([{"width": 1003, "height": 60, "fps": 100}])"));
+    QList<PImage> images;
+    QObject::connect(device.get(), &PDevice::imageChanged,
+                     [&](const PImage& image) { images.append(image); });
+    startPulling();
+    ASSERT_TRUE(waitUntil([&] { return images.size() >= 3; }));
+    device->pullThread()->stopThread();
+    const PImage image = images.first();
+    EXPECT_EQ(image.format(), PDIP::ColorFormat(2));
+    EXPECT_EQ(image.channelType(), PDIP::Channel(0));
+    EXPECT_EQ(image.width(), 1003);
+    const QImage picture = image.toQImage();
+    EXPECT_EQ(picture.pixelColor(0, 0).alpha(), 255);
+    QList<QRgb> colours;
+    for (int x = 0; x < picture.width(); ++x) {
+        const QRgb colour = picture.pixel(x, 30);
+        if (colour != qRgb(0, 0, 0) && !colours.contains(colour))
+            colours.append(colour);
+    }
+    EXPECT_THAT(colours, ElementsAre(qRgb(255, 0, 0), qRgb(0, 255, 0), qRgb(0, 0, 255)));
+}
+
+TEST_F(PTStreamThreadTest, each_pull_asks_for_the_size_first_then_for_the_pixels) {
+    startPulling();
+    ASSERT_TRUE(waitUntil([&] { return device->frameLedger().produced >= 1; }));
+    device->pullThread()->stopThread();
+    const std::vector<std::string> pulls = SimJournal::calls("Toupcam_PullImageV2");
+    ASSERT_GE(pulls.size(), 2u);
+    EXPECT_THAT(pulls[0], testing::StartsWith("Toupcam_PullImageV2(h1, null, 32, "));
+    EXPECT_THAT(pulls[1], testing::Not(testing::StartsWith("Toupcam_PullImageV2(h1, null")));
+    EXPECT_THAT(pulls[1], testing::HasSubstr(", 32, "));
+}
+
+TEST_F(PTStreamThreadTest,
+       a_live_frame_whose_second_pull_fails_leaves_its_debug_line_and_no_frame) {
+    ASSERT_EQ(Toupcam_StartPullModeWithCallback(device->sdkHandle(), cbEvent, device.get()), S_OK);
+    ASSERT_TRUE(waitUntil([&] { return !queuedEvents().isEmpty(); }));
+    ToupcamSim_failCall("Toupcam_PullImageV2", 1, 0, E_FAIL);
+    ASSERT_TRUE(device->pullThread()->startThread().isOk());
+    ASSERT_TRUE(waitUntil([&] { return log.texts(QStringLiteral("qt")).size() == 1; }));
+    device->pullThread()->stopThread();
+    EXPECT_THAT(log.texts(QStringLiteral("qt")).first().toStdString(),
+                testing::StartsWith("pull image: PImage(64x48"));
+    EXPECT_EQ(device->frameLedger().produced, 0u);
+}
+
+TEST_F(PTStreamThreadTest, a_still_picture_is_pulled_and_arrives_as_a_snapshot_in_the_hosts_order) {
+    QSignalSpy stills(device.get(), &PDevice::snapshotTaken);
+    startPulling();
+    ASSERT_TRUE(waitUntil([&] { return device->frameLedger().produced >= 1; }));
+    EXPECT_TRUE(device->triggerStillCapture());
+    ASSERT_TRUE(waitUntil([&] { return stills.count() == 1; }));
+    device->pullThread()->stopThread();
+    EXPECT_TRUE(log.contains(QStringLiteral("still image event")));
+    const PImage image = stills[0][0].value<PDeviceFrame>().image;
+    EXPECT_EQ(image.format(), PDIP::ColorFormat(2));
+    const QImage picture = image.toQImage();
+    QList<QRgb> colours;
+    for (int x = 0; x < picture.width(); ++x) {
+        const QRgb colour = picture.pixel(x, picture.height() / 2);
+        if (colour != qRgb(0, 0, 0) && !colours.contains(colour))
+            colours.append(colour);
+    }
+    EXPECT_THAT(colours, ElementsAre(qRgb(255, 0, 0), qRgb(0, 255, 0), qRgb(0, 0, 255)));
+}
+
+TEST_F(PTStreamThreadTest, a_still_whose_first_pull_fails_is_logged_as_1) {
+    device->postprocEvt(TOUPCAM_EVENT_STILLIMAGE);
+    consumeEvents();
+    EXPECT_THAT(ptTexts(log),
+                testing::IsSupersetOf(
+                    {QStringLiteral("still image event"),
+                     QStringLiteral("Failed to pull still image [1]: %1").arg(int(E_UNEXPECTED))}));
+    EXPECT_THAT(log.texts(QStringLiteral("qt")), IsEmpty());
+}
+
+TEST_F(PTStreamThreadTest, a_still_whose_second_pull_fails_is_logged_as_2_and_not_delivered) {
+    QSignalSpy stills(device.get(), &PDevice::snapshotTaken);
+    ToupcamSim_failCall("Toupcam_PullStillImageV2", 1, 1, E_FAIL);
+    startPulling();
+    ASSERT_TRUE(waitUntil([&] { return device->frameLedger().produced >= 1; }));
+    EXPECT_TRUE(device->triggerStillCapture());
+    const QString text = QStringLiteral("Failed to pull still image [2]: %1").arg(int(E_FAIL));
+    ASSERT_TRUE(waitUntil([&] { return log.contains(text); }));
+    device->pullThread()->stopThread();
+    EXPECT_EQ(stills.count(), 0);
+}
+
+TEST_F(PTStreamThreadTest, frames_lost_between_two_pulls_are_booked_as_lost_in_the_camera) {
+    startPulling();
+    ASSERT_TRUE(waitUntil([&] { return device->frameLedger().produced >= 2; }));
+    EXPECT_EQ(ToupcamSim_holdFrames("cam", 1), 1);
+    unsigned long long atHold = 0;
+    unsigned long long now = 0;
+    ASSERT_EQ(ToupcamSim_frameCount("cam", &atHold, nullptr), 1);
+    ASSERT_TRUE(waitUntil([&] {
+        ToupcamSim_frameCount("cam", &now, nullptr);
+        return now >= atHold + 5;
+    }));
+    EXPECT_EQ(ToupcamSim_holdFrames("cam", 0), 1);
+    EXPECT_TRUE(
+        waitUntil([&] { return device->frameLedger().count(PFrameFate::LostInCamera) >= 5; }));
+    EXPECT_TRUE(device->frameLedger().isBalanced());
+}
+
+// ---- Events from the SDK ------------------------------------------------------------------------
+
+struct TroubleRow {
+    const char* name;
+    unsigned code;
+    const char* text;
+};
+
+class PTDeviceTrouble : public PTStreamThreadTest,
+                        public testing::WithParamInterface<TroubleRow> {};
+
+TEST_P(PTDeviceTrouble, is_logged_and_passed_on) {
+    cbEvent(GetParam().code, device.get());
+    EXPECT_THAT(queuedEvents(), ElementsAre(GetParam().code));
+    if (GetParam().text != nullptr) {
+        EXPECT_EQ(ptRecords(log, QString::fromLatin1(GetParam().text)).size(), 1);
+    }
+    for (const PLogRecord& record : log.records(QStringLiteral("PTDevice"))) {
+        EXPECT_THAT(record.text().toStdString(),
+                    testing::AnyOf(testing::StartsWith("ToupCam first SDK event received"),
+                                   testing::StrEq(GetParam().text ? GetParam().text : ""),
+                                   testing::StartsWith("PTDevice: SDK reported disconnect for")));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, PTDeviceTrouble,
+    testing::Values(
+        TroubleRow{"error_128", 128, "ToupCam EVENT_ERROR (generic streaming error)"},
+        TroubleRow{"disconnected_129", 129, "ToupCam EVENT_DISCONNECTED"},
+        TroubleRow{
+            "no_frame_130", 130,
+            "ToupCam EVENT_NOFRAMETIMEOUT (link too slow to deliver a frame at this resolution)"},
+        TroubleRow{"event_131_without_a_line", 131, nullptr},
+        TroubleRow{"event_132_without_a_line", 132, nullptr},
+        TroubleRow{"no_packet_133", 133,
+                   "ToupCam EVENT_NOPACKETTIMEOUT (USB packet loss/bandwidth)"},
+        TroubleRow{"event_4_without_a_line", 4, nullptr}),
+    RowName());
+
+TEST_F(PTStreamThreadTest, the_disconnect_event_is_handled_before_it_is_passed_on) {
+    QSignalSpy spy(device.get(), &PTDevice::disconnected);
+    cbEvent(TOUPCAM_EVENT_DISCONNECTED, device.get());
+    EXPECT_TRUE(log.contains(
+        QStringLiteral("PTDevice: SDK reported disconnect for Simulated-T-TESTCAM001")));
+    EXPECT_THAT(queuedEvents(), ElementsAre(129u));
+    EXPECT_TRUE(waitUntil([&] { return spy.count() == 1; }));
+}
+
+TEST_F(PTStreamThreadTest, events_with_a_null_context_are_logged_and_nothing_else) {
+    cbEvent(TOUPCAM_EVENT_DISCONNECTED, nullptr);
+    EXPECT_TRUE(log.contains(QStringLiteral("ToupCam EVENT_DISCONNECTED")));
+    EXPECT_THAT(queuedEvents(), IsEmpty());
+}
+
+TEST_F(PTStreamThreadTest, unplugging_in_pull_mode_reports_the_camera_as_gone) {
+    QSignalSpy spy(device.get(), &PTDevice::disconnected);
+    startPulling();
+    ASSERT_TRUE(waitUntil([&] { return device->frameLedger().produced >= 2; }));
+    EXPECT_EQ(ToupcamSim_unplug("cam"), 1);
+    EXPECT_TRUE(waitUntil([&] { return spy.count() == 1; }));
+}
+
+TEST_F(PTStreamThreadTest, a_size_change_between_pulls_never_gives_a_misread_frame) {
+    reopen(SimCameraText().withResolutions(R"([{"width": 640, "height": 480, "fps": 500},
+                               {"width": 32, "height": 24, "fps": 500}])"));
+    int wrong = 0;
+    int frames = 0;
+    QObject::connect(device.get(), &PDevice::imageChanged, [&](const PImage& image) {
+        const QSize size(int(image.width()), int(image.height()));
+        wrong += size != QSize(640, 480) && size != QSize(32, 24) ? 1 : 0;
+        ++frames;
+    });
+    startPulling();
+    for (unsigned index = 0; index < 40; ++index) {
+        ASSERT_EQ(Toupcam_put_eSize(device->sdkHandle(), index % 2), S_OK);
+        const int before = frames;
+        ASSERT_TRUE(waitUntil([&] { return frames > before; }));
+    }
+    EXPECT_EQ(wrong, 0);
+    device->pullThread()->stopThread();
+}

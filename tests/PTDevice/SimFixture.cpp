@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#include "SimFixture.h"
+
+std::string SimCameraText::json() const {
+    std::string members;
+    for (const auto& [key, value] : m_values)
+        members += (members.empty() ? "" : ", ") + ('"' + key + "\": ") + value;
+    return '{' + members + '}';
+}
+
+SimCameraText& SimCameraText::set(const std::string& key, const std::string& value) {
+    m_values[key] = value;
+    return *this;
+}
+
+SimFixture::~SimFixture() {
+    ToupcamSim_reset();
+}
+
+void SimFixture::loadScene(const std::vector<SimCameraText>& cameras, const std::string& faults) {
+    std::string list;
+    for (const SimCameraText& camera : cameras)
+        list += (list.empty() ? "" : ", ") + camera.json();
+    const std::string scene = R"({"cameras": [)" + list + R"(], "faults": )" + faults + "}";
+    const char* const problem = ToupcamSim_loadScene(scene.c_str());
+    ASSERT_EQ(problem, nullptr) << problem;
+    ToupcamSim_clearJournal();
+}
+
+ToupcamDeviceV2 SimFixture::record(unsigned index) {
+    ToupcamDeviceV2 records[TOUPCAM_MAX] = {};
+    const unsigned count = Toupcam_EnumV2(records);
+    EXPECT_LT(index, count);
+    ToupcamSim_clearJournal();
+    return records[index];
+}
+
+std::unique_ptr<PTDevice> SimFixture::open(unsigned index) {
+    return std::unique_ptr<PTDevice>(PTDevice::create(record(index)));
+}
+
+QStringList ptTexts(const PLogCapture& log) {
+    return log.texts(QStringLiteral("PTDevice"));
+}
+
+QList<PLogRecord> ptRecords(const PLogCapture& log, const QString& text) {
+    QList<PLogRecord> found;
+    for (const PLogRecord& record : log.records(QStringLiteral("PTDevice"))) {
+        if (record.text() == text)
+            found.append(record);
+    }
+    return found;
+}

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCdPlugins/PTDevice/PTDevice.h>
+
+#include <support/PLogCapture.h>
+#include <support/RowName.h>
+#include <support/SimJournal.h>
+#include <support/WaitUntil.h>
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+/// A camera of a test's scene as JSON; what a test does not set has a small, quick camera's value.
+class SimCameraText {
+public:
+    SimCameraText& withId(const std::string& id) { return set("id", '"' + id + '"'); }
+    /// JSON: a quoted name, or null.
+    SimCameraText& withModel(const std::string& json) { return set("model", json); }
+    SimCameraText& withSerial(const std::string& serial) {
+        return set("serial", '"' + serial + '"');
+    }
+    SimCameraText& withFlags(const std::string& json) { return set("flags", json); }
+    SimCameraText& withResolutions(const std::string& json) { return set("resolutions", json); }
+    SimCameraText& withSource(const std::string& json) { return set("source", json); }
+
+    std::string json() const;
+
+private:
+    SimCameraText& set(const std::string& key, const std::string& value);
+
+    std::map<std::string, std::string> m_values{
+        {"id", "\"cam\""},
+        {"model", "\"Simulated-T\""},
+        {"serial", "\"TESTCAM001\""},
+        {"flags", R"(["USB30"])"},
+        {"resolutions", R"([{"width": 64, "height": 48, "fps": 200}])"},
+        {"bits", "24"},
+        {"speedLevels", "4"},
+        {"source", R"({"kind": "patches"})"}};
+};
+
+/// Each test gets a scene of its own in the simulated SDK, an empty journal, and the log.
+class SimFixture : public testing::Test {
+protected:
+    ~SimFixture() override;
+
+    /// Loads these cameras, and a fault plan (a JSON list).
+    void loadScene(const std::vector<SimCameraText>& cameras, const std::string& faults = "[]");
+
+    /// The SDK's enumeration record of camera `index`.
+    static ToupcamDeviceV2 record(unsigned index = 0);
+
+    /// Opens camera `index` as the register does.
+    static std::unique_ptr<PTDevice> open(unsigned index = 0);
+
+    PLogCapture log;
+};
+
+/// The items of the plugin's log records, in order.
+QStringList ptTexts(const PLogCapture& log);
+
+/// The plugin's records with this text.
+QList<PLogRecord> ptRecords(const PLogCapture& log, const QString& text);
