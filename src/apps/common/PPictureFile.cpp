@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: MIT
+#include <apps/common/PPictureFile.h>
+
+#include <apps/common/PTiffEncoder.h>
+
+#include <QBuffer>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QImageWriter>
+#include <QSaveFile>
+#include <QScopeGuard>
+
+#include <algorithm>
+
+namespace {
+
+const QString png = u".png"_qs;
+
+PStatus fileFailure(const QString& path, const QString& reason) {
+    return PStatus::failure(u"cannot save \"%1\": %2"_qs.arg(path, reason));
+}
+
+bool hasEnding(const QString& path, const QString& ending) {
+    return path.endsWith(ending, Qt::CaseInsensitive);
+}
+
+QByteArray encodePng(const QImage& image, const PPictureText& text, PPictureFile::Effort effort) {
+    QBuffer buffer;
+    QImageWriter writer(&buffer, "png");
+    // Qt makes zlib's level of the quality: (100 - quality) * 9 / 91, so 80 is level 1, the fastest
+    // that still compresses.
+    if (effort == PPictureFile::Effort::Fast)
+        writer.setQuality(80);
+    for (const auto& [key, value] : text)
+        writer.setText(key, value);
+    return writer.write(image) ? buffer.data() : QByteArray();
+}
+
+QByteArray encodeTiff(const QImage& image, const PPictureText& text) {
+    QStringList lines;
+    for (const auto& [key, value] : text)
+        lines.append(key + u": "_qs + value);
+    return PTiffEncoder::encode(image, lines.join(u'\n'));
+}
+
+QByteArray encode(const QString& path, const QImage& image, const PPictureText& text,
+                  PPictureFile::Effort effort) {
+    return hasEnding(path, png) ? encodePng(image, text, effort) : encodeTiff(image, text);
+}
+
+bool writeAll(QFileDevice& file, const QByteArray& bytes) {
+    return file.write(bytes) == bytes.size() && file.flush();
+}
+
+PStatus replaceFile(const QString& path, const QByteArray& bytes) {
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || !writeAll(file, bytes) || !file.commit())
+        return fileFailure(path, file.errorString());
+    return PStatus::Ok;
+}
+
+/// Not QSaveFile: its last step replaces whatever has come up under the name meanwhile; a rename
+/// by QFile does not.
+PStatus createFile(const QString& path, const QByteArray& bytes) {
+    QFile file(path + u".part"_qs);
+    if (!file.open(QIODevice::WriteOnly))
+        return fileFailure(path, file.errorString());
+    auto removePart = qScopeGuard([&] { file.remove(); });
+    if (!writeAll(file, bytes) || !file.rename(path))
+        return fileFailure(path, file.errorString());
+    removePart.dismiss();
+    return PStatus::Ok;
+}
+
+} // namespace
+
+QStringList PPictureFile::endings() {
+    return {png, u".tif"_qs, u".tiff"_qs};
+}
+
+PStatus PPictureFile::checkName(const QString& path) {
+    const QStringList known = endings();
+    if (std::any_of(known.begin(), known.end(),
+                    [&](const QString& ending) { return hasEnding(path, ending); }))
+        return PStatus::Ok;
+    return PStatus::failure(
+        u"\"%1\" names no picture format: expected a name that ends in %2"_qs.arg(
+            path, known.join(u", "_qs)));
+}
+
+PStatus PPictureFile::prepareFolder(const QString& path) {
+    const QFileInfo file(path);
+    const QString folder = file.absolutePath();
+    if (file.isDir())
+        return fileFailure(path, u"it is a folder"_qs);
+    if (!QDir().mkpath(folder))
+        return fileFailure(path, u"the folder \"%1\" cannot be made"_qs.arg(folder));
+    if (!QFileInfo(folder).isWritable())
+        return fileFailure(path, u"the folder \"%1\" cannot be written to"_qs.arg(folder));
+    return PStatus::Ok;
+}
+
+PStatus PPictureFile::save(const QString& path, const QImage& image, const PPictureText& text,
+                           Existing existing, Effort effort) {
+    // First in memory: what the disk refuses and what the format refuses are told apart.
+    const QByteArray bytes = encode(path, image, text, effort);
+    if (bytes.isEmpty())
+        return fileFailure(path, u"the picture does not fit the format"_qs);
+    return existing == Existing::Replace ? replaceFile(path, bytes) : createFile(path, bytes);
+}

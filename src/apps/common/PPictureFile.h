@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <apps/common/PPictureText.h>
+
+#include <PCore/PStatus.h>
+
+#include <QImage>
+#include <QStringList>
+
+/// Writes pictures to files, so that a file is there whole or not at all. Any thread.
+class PPictureFile {
+public:
+    enum class Existing {
+        Replace, ///< an older file of this name is replaced, in one step
+        Keep,    ///< an older file of this name is left alone, and saving fails
+    };
+    enum class Effort {
+        Small, ///< the smaller file
+        Fast,  ///< the shorter time
+    };
+
+    /// The endings of file names that say the format: ".png" …
+    static QStringList endings();
+    /// Fails, naming the file and what was expected, if the name ends otherwise.
+    static PStatus checkName(const QString& path);
+    /// Makes the folder of a file, if need be. Fails with the reason if there can be no such file.
+    static PStatus prepareFolder(const QString& path);
+
+    /// Saves the picture with its text in the format its name says. Fails with the file and the
+    /// reason.
+    static PStatus save(const QString& path, const QImage& image, const PPictureText& text,
+                        Existing existing, Effort effort);
+};

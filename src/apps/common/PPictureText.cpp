@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#include <apps/common/PPictureText.h>
+
+#include <PCd/PFrameStamp.h>
+
+#include <QDebug>
+
+namespace {
+
+QString valueText(const QVariant& value) {
+    // Values of a kind of their own have no text but the debug one.
+    return value.canConvert<QString>() ? value.toString() : QDebug::toString(value);
+}
+
+QString modeText(const PDeviceMode& mode) {
+    return u"%1, id %2, %3 bits a pixel"_qs.arg(mode.name, QString::fromLatin1(mode.id))
+        .arg(mode.bitDepth);
+}
+
+void appendStamp(PPictureText& text, const PFrameStamp& stamp) {
+    text.append({u"Frame"_qs, QString::number(stamp.sequence)});
+    text.append({u"Time"_qs, stamp.arrivedUtc.toString(Qt::ISODateWithMs)});
+    text.append({u"Mode"_qs, modeText(stamp.settings->mode)});
+    for (const auto& [id, value] : stamp.settings->values)
+        text.append({u"Setting "_qs + QString::fromLatin1(id), valueText(value)});
+}
+
+} // namespace
+
+PPictureText pictureTextOf(const PCameraIdentity& camera, const PFrameStamp* stamp) {
+    PPictureText text{
+        {u"Camera"_qs, camera.id},
+        {u"Model"_qs, camera.model},
+        {u"Serial"_qs, camera.serial},
+        {u"Simulated"_qs, camera.simulated ? u"yes"_qs : u"no"_qs},
+    };
+    if (stamp != nullptr)
+        appendStamp(text, *stamp);
+    return text;
+}

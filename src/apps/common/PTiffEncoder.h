@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QImage>
+#include <QString>
+
+/// Encodes pictures as baseline TIFF 6.0: 8 bits a sample, grey or RGB, uncompressed,
+/// little-endian. (Qt's own TIFF writer needs a plugin and writes no description.) Any thread.
+class PTiffEncoder {
+public:
+    /// The file's bytes, with the text (as UTF-8) in the tag ImageDescription. Empty if the picture
+    /// is empty or too large for the format (4 GiB). Throws std::bad_alloc.
+    static QByteArray encode(const QImage& image, const QString& description);
+};

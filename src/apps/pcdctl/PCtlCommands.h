@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "PCtlOptions.h"
+#include "PCtlOutcome.h"
+
+class PCtlHost;
+
+/// The commands, one a file. Each runs to its end on the main thread, prints its results, and
+/// returns how it ended.
+PCtlOutcome runListCommand(PCtlHost& host, const PCtlOptions& options);
+PCtlOutcome runModesCommand(PCtlHost& host, const PCtlOptions& options);
+PCtlOutcome runSnapCommand(PCtlHost& host, const PCtlOptions& options);
+PCtlOutcome runStreamCommand(PCtlHost& host, const PCtlOptions& options);
+PCtlOutcome runMonitorCommand(PCtlHost& host, const PCtlOptions& options);
+
+/// What can be seen to go wrong with a command's files before any camera is touched. Makes the
+/// folders of files that will be written.
+PCtlOutcome prepareSnapFiles(const PCtlOptions& options);
+PCtlOutcome prepareStreamFiles(const PCtlOptions& options);

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "PCtlOptions.h"
+#include "PCtlOutcome.h"
+
+#include <apps/common/PCameraIdentity.h>
+#include <apps/common/PCameraSdk.h>
+
+#include <PCd/PDeviceManager.h>
+
+/// The cameras of the program: SDK, plugins, devices. The main thread.
+class PCtlHost {
+public:
+    /// Loads the SDK, the scene and the plugins, and finds the cameras. Says on the standard error
+    /// stream what the user should know besides.
+    PCtlOutcome start(const PCtlOptions& options);
+
+    const PCameraSdk& sdk() const { return m_sdk; }
+    PDeviceManager& manager() { return m_manager; }
+    PCameraIdentity identityOf(const PDevice* device) const;
+
+    /// The camera the user has chosen, or null and why.
+    struct Choice {
+        PDevice* device = nullptr;
+        PCtlOutcome outcome;
+    };
+    Choice choose(const QString& camera) const;
+
+private:
+    PCtlOutcome startSdk(const PCtlOptions& options);
+    PCtlOutcome loadPlugins(const QStringList& paths);
+
+    PCameraSdk m_sdk;
+    PDeviceManager m_manager;
+};

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+/// How something the program did ended: its exit code, and what to tell the user if not 0. A value.
+struct PCtlOutcome {
+    enum Code { Done = 0, Failed = 1, WrongUsage = 2, NotFound = 3 };
+
+    Code code = Done;
+    QString message;
+
+    bool isDone() const { return code == Done; }
+
+    static PCtlOutcome failed(const QString& message) { return {Failed, message}; }
+    static PCtlOutcome wrongUsage(const QString& message) { return {WrongUsage, message}; }
+    static PCtlOutcome notFound(const QString& message) { return {NotFound, message}; }
+};

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QJsonObject>
+#include <QString>
+
+struct PCameraIdentity;
+
+/// What the program says. Results go to the standard output, everything else to the standard error
+/// stream. The main thread.
+namespace PCtlOutput {
+
+/// A line on the standard output.
+void printLine(const QString& line);
+/// A JSON document on the standard output, in several lines or in one.
+void printDocument(const QJsonObject& object);
+void printJsonLine(const QJsonObject& object);
+/// "pcdctl: …" on the standard error stream.
+void printMessage(const QString& message);
+
+/// Writes out what is buffered. False if anything could not be written to the standard output.
+bool flush();
+
+/// {id, model, serial, simulated}.
+QJsonObject jsonOf(const PCameraIdentity& camera);
+
+} // namespace PCtlOutput

@@ -1,0 +1,152 @@
+// SPDX-License-Identifier: MIT
+#include "PCtlParser.h"
+
+#include "PCtlSyntax.h"
+
+#include <apps/common/PNumberedFiles.h>
+#include <apps/common/PPictureFile.h>
+
+#include <QCoreApplication>
+
+#include <cmath>
+
+namespace {
+
+constexpr quint64 mostFrames = 1'000'000'000;
+constexpr double mostSeconds = 1'000'000;
+
+QString commandNames() {
+    QStringList names;
+    for (const auto& command : PCtlSyntax::commands())
+        names.append(command.name);
+    return names.join(u", "_qs);
+}
+
+PCtlOutcome withHint(const QString& problem, const QString& command) {
+    return PCtlOutcome::wrongUsage(u"%1\nTry \"pcdctl %2--help\"."_qs.arg(problem, command));
+}
+
+QString badCommand(const QString& word) {
+    const QString problem =
+        word.isEmpty() ? u"no command given"_qs : u"unknown command \"%1\""_qs.arg(word);
+    return u"%1: expected one of %2"_qs.arg(problem, commandNames());
+}
+
+PCtlOutcome wrongValue(const QString& value, const QString& option, const QString& expected) {
+    return PCtlOutcome::wrongUsage(
+        u"\"%1\" is no value for --%2: expected %3"_qs.arg(value, option, expected));
+}
+
+PCtlOutcome readFrames(const QCommandLineParser& parser, std::optional<quint64>& frames) {
+    const QString option = u"frames"_qs;
+    if (!parser.isSet(option))
+        return {};
+    bool isNumber = false;
+    const quint64 count = parser.value(option).toULongLong(&isNumber);
+    if (!isNumber || count < 1 || count > mostFrames) {
+        return wrongValue(parser.value(option), option,
+                          u"a whole number from 1 to %1"_qs.arg(mostFrames));
+    }
+    frames = count;
+    return {};
+}
+
+PCtlOutcome readSeconds(const QCommandLineParser& parser, const QString& option,
+                        std::optional<std::chrono::milliseconds>& time) {
+    if (!parser.isSet(option))
+        return {};
+    bool isNumber = false;
+    const double seconds = parser.value(option).toDouble(&isNumber);
+    // Turned round, so that "nan" is refused too.
+    if (!isNumber || !(seconds >= 0.001 && seconds <= mostSeconds)) {
+        return wrongValue(parser.value(option), option,
+                          u"a number of seconds from 0.001 to %1"_qs.arg(mostSeconds, 0, 'f', 0));
+    }
+    time = std::chrono::milliseconds(std::llround(seconds * 1000));
+    return {};
+}
+
+/// Is every option one that this command has?
+PCtlOutcome checkOptions(const PCtlSyntax::CommandSyntax& syntax, const QStringList& arguments) {
+    QCommandLineParser parser;
+    PCtlSyntax::addOptions(parser, &syntax);
+    if (!parser.parse(arguments))
+        return withHint(parser.errorText(), syntax.name + u' ');
+    const QStringList words = parser.positionalArguments();
+    if (words.size() > 1)
+        return withHint(u"unexpected argument \"%1\""_qs.arg(words.at(1)), syntax.name + u' ');
+    return {};
+}
+
+PCtlOutcome usageUnlessOk(const PStatus& status) {
+    return status.isOk() ? PCtlOutcome() : PCtlOutcome::wrongUsage(status.reason());
+}
+
+PCtlOutcome checkSavePattern(const QString& pattern) {
+    PNumberedFiles files;
+    const PCtlOutcome outcome = usageUnlessOk(files.setPattern(pattern));
+    return outcome.isDone() ? usageUnlessOk(PPictureFile::checkName(pattern)) : outcome;
+}
+
+} // namespace
+
+PCtlOutcome PCtlParser::parse(const QStringList& arguments) {
+    // With the options of all commands, to find which word is the command.
+    QCommandLineParser parser;
+    PCtlSyntax::addOptions(parser, nullptr);
+    const bool understood = parser.parse(arguments);
+    const QString word = parser.positionalArguments().value(0);
+    const auto* const syntax = PCtlSyntax::findCommand(word);
+    if (parser.isSet(u"version"_qs))
+        m_answer = u"pcdctl "_qs + QCoreApplication::applicationVersion();
+    else if (parser.isSet(u"help"_qs))
+        m_answer = PCtlSyntax::helpText(syntax).trimmed();
+    if (!m_answer.isEmpty())
+        return {};
+    if (!understood)
+        return withHint(parser.errorText(), syntax == nullptr ? QString() : word + u' ');
+    if (syntax == nullptr)
+        return withHint(badCommand(word), QString());
+    const PCtlOutcome outcome = checkOptions(*syntax, arguments);
+    m_options.command = syntax->command;
+    return outcome.isDone() ? readOptions(parser) : outcome;
+}
+
+PCtlOutcome PCtlParser::readOptions(const QCommandLineParser& parser) {
+    m_options.camera = parser.value(u"camera"_qs);
+    m_options.sdk = parser.value(u"sdk"_qs);
+    m_options.scene = parser.value(u"scene"_qs);
+    m_options.pluginPaths = parser.values(u"plugin-path"_qs);
+    if (parser.isSet(u"log-level"_qs))
+        m_options.logFilter = parser.value(u"log-level"_qs);
+    m_options.json = parser.isSet(u"json"_qs);
+    m_options.mode = parser.value(u"mode"_qs);
+    const PCtlOutcome outcome = readNumbers(parser);
+    return outcome.isDone() ? readFiles(parser) : outcome;
+}
+
+PCtlOutcome PCtlParser::readNumbers(const QCommandLineParser& parser) {
+    if (parser.isSet(u"frames"_qs) && parser.isSet(u"time"_qs)) {
+        return PCtlOutcome::wrongUsage(
+            u"--frames and --time are both given: expected one of them"_qs);
+    }
+    PCtlOutcome outcome = readFrames(parser, m_options.frames);
+    if (outcome.isDone())
+        outcome = readSeconds(parser, u"time"_qs, m_options.duration);
+    if (outcome.isDone())
+        outcome = readSeconds(parser, u"timeout"_qs, m_options.timeout);
+    return outcome;
+}
+
+PCtlOutcome PCtlParser::readFiles(const QCommandLineParser& parser) {
+    m_options.output = parser.value(u"output"_qs);
+    m_options.savePattern = parser.value(u"save"_qs);
+    if (m_options.command == PCtlOptions::Command::Snap) {
+        if (m_options.output.isEmpty())
+            return withHint(u"snap needs the picture's file: expected -o FILE"_qs, u"snap "_qs);
+        return usageUnlessOk(PPictureFile::checkName(m_options.output));
+    }
+    if (parser.isSet(u"save"_qs))
+        return checkSavePattern(m_options.savePattern);
+    return {};
+}

@@ -1,0 +1,149 @@
+// SPDX-License-Identifier: MIT
+#include "PCtlSyntax.h"
+
+#include <apps/common/PPictureFile.h>
+
+#include <algorithm>
+
+namespace {
+
+using Command = PCtlOptions::Command;
+using CommandSyntax = PCtlSyntax::CommandSyntax;
+
+struct OptionSyntax {
+    QList<Command> commands;
+    QCommandLineOption option;
+};
+
+const QList<Command> everyCommand{Command::List, Command::Modes, Command::Snap, Command::Stream,
+                                  Command::Monitor};
+const QList<Command> oneCamera{Command::Modes, Command::Snap, Command::Stream};
+const QList<Command> pictures{Command::Snap, Command::Stream};
+
+QList<OptionSyntax> commonOptions() {
+    return {
+        {everyCommand,
+         {u"sdk"_qs,
+          u"Camera SDK: \"sim\" (simulated cameras), a path of a library, or \"auto\": the one "
+          "TOUPCAM_LIBRARY names, else the system's libtoupcam.so, else simulated cameras."_qs,
+          u"SDK"_qs, u"auto"_qs}},
+        {everyCommand,
+         {u"scene"_qs, u"Show the simulated cameras of this scene file."_qs, u"FILE"_qs}},
+        {everyCommand,
+         {u"plugin-path"_qs,
+          u"Look for device plugins here first (a folder or a file; may be repeated)."_qs,
+          u"DIR"_qs}},
+        {everyCommand,
+         {u"log-level"_qs,
+          u"Which log records to show: debug, info, warning, error or off, and SOURCE=LEVEL for "
+          "single sources, with commas. Without it PCD_LOG says, else it is \"warning\"."_qs,
+          u"FILTER"_qs}},
+        {everyCommand, {u"json"_qs, u"Print the result as JSON on the standard output."_qs}},
+    };
+}
+
+QList<OptionSyntax> cameraOptions() {
+    return {
+        {oneCamera,
+         {{u"c"_qs, u"camera"_qs},
+          u"The camera: its index, its id or a beginning of it that no other has. Without it, the "
+          "first."_qs,
+          u"CAMERA"_qs}},
+        {pictures,
+         {u"mode"_qs, u"Set this mode first: an id or a name of \"modes\"."_qs, u"ID"_qs}},
+        {pictures,
+         {u"timeout"_qs, u"Give up after this long without the picture that is due."_qs,
+          u"SECONDS"_qs}},
+    };
+}
+
+QList<OptionSyntax> commandOptions() {
+    const QString endings = PPictureFile::endings().join(u", "_qs);
+    return {
+        {{Command::Snap},
+         {{u"o"_qs, u"output"_qs},
+          u"The picture file; its name ends in %1. It is replaced if it exists, its folder made if "
+          "not."_qs.arg(endings),
+          u"FILE"_qs}},
+        {{Command::Stream},
+         {{u"n"_qs, u"frames"_qs}, u"End after this many frames."_qs, u"FRAMES"_qs}},
+        {{Command::Stream, Command::Monitor},
+         {{u"t"_qs, u"time"_qs}, u"End after this many seconds."_qs, u"SECONDS"_qs}},
+        {{Command::Stream},
+         {u"save"_qs,
+          u"Save every frame: one run of # in the name stands for its number. Names end in %1. "
+          "Existing files are left alone."_qs.arg(endings),
+          u"PATTERN"_qs}},
+    };
+}
+
+QList<CommandSyntax> makeCommands() {
+    return {
+        {Command::List, u"list"_qs, u"Show the cameras that are there."_qs,
+         u"pcdctl list\npcdctl list --json --sdk sim"_qs},
+        {Command::Modes, u"modes"_qs, u"Show the modes (resolutions) of a camera."_qs,
+         u"pcdctl modes\npcdctl modes -c 1"_qs},
+        {Command::Snap, u"snap"_qs, u"Take a still picture and save it."_qs,
+         u"pcdctl snap -o out/a.png\npcdctl snap -o slide.tif --mode 2736x1824"_qs},
+        {Command::Stream, u"stream"_qs, u"Run the live stream, count its frames, save them."_qs,
+         u"pcdctl stream -t 5\npcdctl stream -n 60 --json\n"
+         "pcdctl stream -n 100 --mode 2 --save \"run/frame-####.png\""_qs},
+        {Command::Monitor, u"monitor"_qs, u"Show cameras as they come and go."_qs,
+         u"pcdctl monitor\npcdctl monitor -t 60 --json"_qs},
+    };
+}
+
+QString indented(const QString& lines) {
+    return u"  "_qs + QString(lines).replace(u'\n', u"\n  "_qs) + u'\n';
+}
+
+QString commandSummaries() {
+    QString text = u"\nCommands:\n"_qs;
+    for (const CommandSyntax& command : PCtlSyntax::commands())
+        text += u"  %1%2\n"_qs.arg(command.name, -10).arg(command.summary);
+    return text + u"\n\"pcdctl COMMAND --help\" shows the options and examples of a command.\n"_qs;
+}
+
+constexpr auto exitCodes = "\nExit codes:\n"
+                           "  0  done\n"
+                           "  1  failed\n"
+                           "  2  wrong usage\n"
+                           "  3  no such camera, or no camera at all\n";
+
+} // namespace
+
+const QList<CommandSyntax>& PCtlSyntax::commands() {
+    static const QList<CommandSyntax> all = makeCommands();
+    return all;
+}
+
+const CommandSyntax* PCtlSyntax::findCommand(const QString& name) {
+    const QList<CommandSyntax>& all = commands();
+    const auto found = std::find_if(
+        all.begin(), all.end(), [&](const CommandSyntax& command) { return command.name == name; });
+    return found == all.end() ? nullptr : &*found;
+}
+
+void PCtlSyntax::addOptions(QCommandLineParser& parser, const CommandSyntax* command) {
+    for (const OptionSyntax& syntax : cameraOptions() + commandOptions() + commonOptions()) {
+        if (command == nullptr || syntax.commands.contains(command->command))
+            parser.addOption(syntax.option);
+    }
+    parser.addOption({{u"h"_qs, u"help"_qs}, u"Show this help."_qs});
+    parser.addOption({{u"v"_qs, u"version"_qs}, u"Show the version."_qs});
+}
+
+QString PCtlSyntax::helpText(const CommandSyntax* command) {
+    QCommandLineParser parser;
+    addOptions(parser, command);
+    if (command == nullptr) {
+        parser.setApplicationDescription(
+            u"Works with microscope cameras from the command line."_qs);
+        parser.addPositionalArgument(u"command"_qs, u"What to do; see below."_qs);
+        return parser.helpText() + commandSummaries() + QString::fromLatin1(exitCodes);
+    }
+    parser.setApplicationDescription(command->summary);
+    parser.addPositionalArgument(command->name, command->summary, command->name);
+    return parser.helpText() + u"\nExamples:\n"_qs + indented(command->examples) +
+           QString::fromLatin1(exitCodes);
+}

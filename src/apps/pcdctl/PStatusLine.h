@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QElapsedTimer>
+#include <QString>
+
+/// One line on the standard error stream that is written over again and again, if that stream is a
+/// terminal; else nothing. The main thread.
+class PStatusLine {
+public:
+    PStatusLine();
+    /// Takes the line away.
+    ~PStatusLine();
+    PStatusLine(const PStatusLine&) = delete;
+    PStatusLine& operator=(const PStatusLine&) = delete;
+
+    /// True if it is time to show a new text: asking is cheap, making a text may not be.
+    bool isDue() const;
+    void show(const QString& text);
+
+    /// A bar for a share from 0 to 1: "[#####---------------]".
+    static QString bar(double share);
+
+private:
+    bool m_isTerminal;
+    bool m_isShown = false;
+    QElapsedTimer m_sinceShown;
+};

@@ -1,0 +1,151 @@
+// SPDX-License-Identifier: MIT
+#include "PStreamRun.h"
+
+#include <utility>
+
+namespace {
+
+using std::chrono::milliseconds;
+using Clock = PStreamTally::Clock;
+
+// Longer than most exposures; --timeout is for the others.
+constexpr milliseconds frameTimeout(30'000);
+
+quint64 lostOf(const PFrameLedger& ledger) {
+    return ledger.produced - ledger.waiting - ledger.count(PFrameFate::Delivered) -
+           ledger.count(PFrameFate::NotWanted);
+}
+
+} // namespace
+
+PStreamRun::PStreamRun(PDeviceManager& manager, PDevice* device, PCameraIdentity camera,
+                       const PCtlOptions& options)
+    : m_camera(std::move(camera))
+    , m_options(options)
+    , m_session(manager, device) {
+}
+
+PCtlOutcome PStreamRun::run() {
+    const PCtlOutcome outcome = start();
+    if (!outcome.isDone())
+        return outcome;
+    const bool reachedEnd = m_session.waitFor([this] { return isOver(); }, m_options.duration);
+    // Asked before the stream is closed: closing it takes time, which is no stall.
+    const QString trouble = troubleAfter(reachedEnd);
+    m_session.close();
+    finishSaving();
+    const QString text = trouble.isEmpty() ? troubleInAccounts() : trouble;
+    return text.isEmpty() ? PCtlOutcome() : PCtlOutcome::failed(text);
+}
+
+PCtlOutcome PStreamRun::start() {
+    PCtlOutcome outcome = m_session.open(m_options.mode);
+    if (outcome.isDone() && !m_options.savePattern.isEmpty())
+        outcome = startSaver();
+    if (!outcome.isDone())
+        return outcome;
+    PDevice* const device = m_session.device();
+    device->limitLiveFrames(m_options.frames);
+    QObject::connect(device, &PDevice::imageChanged, &m_session, [this](const PImage& image) {
+        m_tally.add(image);
+        m_lastFrame = Clock::now();
+    });
+    m_start = m_lastFrame = Clock::now();
+    const PStatus started = device->startStream();
+    m_wasStarted = started.isOk();
+    return m_wasStarted ? PCtlOutcome() : PCtlOutcome::failed(started.reason());
+}
+
+PCtlOutcome PStreamRun::startSaver() {
+    PNumberedFiles files;
+    const PStatus status = files.setPattern(m_options.savePattern);
+    if (!status.isOk())
+        return PCtlOutcome::wrongUsage(status.reason());
+    m_saver = std::make_shared<PFrameSaver>(files, m_camera);
+    m_session.device()->addFrameSink(m_saver);
+    return {};
+}
+
+/// Asked again and again while the stream runs.
+bool PStreamRun::isOver() {
+    showStatus();
+    const bool all = m_options.frames && m_tally.frames() >= *m_options.frames;
+    const bool saveFailed = m_saver && !m_saver->state().error.isEmpty();
+    return all || saveFailed || isStalled();
+}
+
+bool PStreamRun::isStalled() const {
+    return Clock::now() - m_lastFrame > m_options.timeout.value_or(frameTimeout);
+}
+
+/// How much of the run is done, from 0 to 1.
+double PStreamRun::share() const {
+    if (m_options.frames)
+        return double(m_tally.frames()) / double(*m_options.frames);
+    return std::chrono::duration<double>(Clock::now() - m_start) / *m_options.duration;
+}
+
+void PStreamRun::showStatus() {
+    if (!m_status.isDue())
+        return;
+    const double fps = m_tally.currentFps();
+    QString text = u"%1 frames  %2 fps  %3 MB/s  lost %4"_qs.arg(m_tally.frames())
+                       .arg(fps, 0, 'f', 1)
+                       .arg(fps * double(m_tally.frameBytes()) / 1e6, 0, 'f', 1)
+                       .arg(lostOf(m_session.ledger()));
+    if (m_options.frames || m_options.duration)
+        text.prepend(PStatusLine::bar(share()) + u' ');
+    if (m_saver)
+        text += u"  saved %1"_qs.arg(m_saver->state().saved);
+    m_status.show(text);
+}
+
+/// Why the stream ended other than it should; empty if it did not.
+QString PStreamRun::troubleAfter(bool reachedEnd) const {
+    const quint64 frames = m_tally.frames();
+    if (m_session.isUnplugged())
+        return u"camera %1 was unplugged after %2 frames"_qs.arg(m_camera.id).arg(frames);
+    const bool gotAll = m_options.frames && frames >= *m_options.frames;
+    if (reachedEnd && !gotAll && isStalled()) {
+        return u"camera %1 sent no frame for %2 s; %3 frames arrived before"_qs.arg(m_camera.id)
+            .arg(double(m_options.timeout.value_or(frameTimeout).count()) / 1000)
+            .arg(frames);
+    }
+    const bool hasSetEnd = m_options.frames || m_options.duration;
+    if (!reachedEnd && m_session.isInterrupted() && hasSetEnd)
+        return u"interrupted after %1 frames"_qs.arg(frames);
+    return {};
+}
+
+/// What is wrong with a stream that went to its end, by its accounts.
+QString PStreamRun::troubleInAccounts() const {
+    const PFrameSaver::State saver = m_saver ? m_saver->state() : PFrameSaver::State();
+    if (!saver.error.isEmpty())
+        return saver.error;
+    if (saver.unsaved > 0) {
+        return u"%1 frames could not be saved: the camera is faster than the disk"_qs.arg(
+            saver.unsaved);
+    }
+    if (m_tally.frames() == 0 && !m_session.isInterrupted())
+        return u"camera %1 sent no frame"_qs.arg(m_camera.id);
+    const PFrameLedger ledger = m_session.ledger();
+    if (!ledger.isBalanced() || ledger.waiting > 0)
+        return u"the account of the frames does not balance"_qs;
+    return {};
+}
+
+/// Waits until all that was taken is saved. An interruption does not cut this short: the frames
+/// would be lost.
+void PStreamRun::finishSaving() {
+    if (!m_saver)
+        return;
+    while (!m_saver->waitUntilIdle(milliseconds(100)))
+        m_status.show(u"saving: %1 frames left"_qs.arg(m_saver->state().waiting));
+}
+
+PStreamReport PStreamRun::report(const PCtlOutcome& outcome) const {
+    std::optional<quint64> saved;
+    if (m_saver)
+        saved = m_saver->state().saved;
+    return {m_camera, m_session.mode(), m_tally, m_session.ledger(), saved, outcome.message};
+}

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#include "PStreamTally.h"
+
+#include <PCd/PFrameStamp.h>
+
+namespace {
+
+PStreamTally::Clock::time_point arrivalOf(const PImage& image) {
+    const auto stamp = std::dynamic_pointer_cast<const PFrameStamp>(image.attachment());
+    return stamp ? stamp->arrived : PStreamTally::Clock::now();
+}
+
+} // namespace
+
+void PStreamTally::add(const PImage& image) {
+    m_last = arrivalOf(image);
+    m_frameBytes = image.dataSize();
+    if (m_frames == 0)
+        m_first = m_last;
+    else
+        m_bytesAfterFirst += m_frameBytes;
+    ++m_frames;
+    m_current.tick(m_last);
+}
+
+double PStreamTally::seconds() const {
+    return std::chrono::duration<double>(m_last - m_first).count();
+}
+
+double PStreamTally::perSecond(double amount) const {
+    return seconds() > 0 ? amount / seconds() : 0;
+}
+
+double PStreamTally::fps() const {
+    return m_frames < 2 ? 0 : perSecond(double(m_frames - 1));
+}
+
+double PStreamTally::megabytesPerSecond() const {
+    return perSecond(double(m_bytesAfterFirst) / 1e6);
+}

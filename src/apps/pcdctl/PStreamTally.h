@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCore/PFpsCounter.h>
+
+#include <PDip/PImage.h>
+
+/// Counts the frames of a stream and their rates, by the times they arrived at. One thread.
+class PStreamTally {
+public:
+    using Clock = PFpsCounter::Clock;
+
+    void add(const PImage& image);
+
+    quint64 frames() const { return m_frames; }
+    /// From the first frame to the last.
+    double seconds() const;
+    /// Over the whole stream: intervals between frames, and what came in them, by seconds(); 0 with
+    /// fewer than two frames. A megabyte is a million bytes.
+    double fps() const;
+    double megabytesPerSecond() const;
+    /// Over the last second.
+    double currentFps() const { return m_current.fps(); }
+    /// Bytes of the newest frame.
+    std::size_t frameBytes() const { return m_frameBytes; }
+
+private:
+    double perSecond(double amount) const;
+
+    PFpsCounter m_current;
+    quint64 m_frames = 0;
+    quint64 m_bytesAfterFirst = 0;
+    std::size_t m_frameBytes = 0;
+    Clock::time_point m_first;
+    Clock::time_point m_last;
+};

@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: MIT
+#include "PCtlCommands.h"
+#include "PCtlHost.h"
+#include "PCtlOutput.h"
+#include "PCtlParser.h"
+
+#include <PLog/PLog.h>
+
+#include <QCoreApplication>
+
+#include <exception>
+
+namespace {
+
+PCtlOutcome startLog(const PCtlOptions& options) {
+    PLog::addSink(std::make_shared<PStderrLogSink>());
+    PLog::installQtMessageHandler();
+    PLog::setFilter(u"warning"_qs);
+    if (options.logFilter) {
+        const PStatus status = PLog::setFilter(*options.logFilter);
+        return status.isOk() ? PCtlOutcome()
+                             : PCtlOutcome::wrongUsage(u"--log-level: "_qs + status.reason());
+    }
+    const PStatus status = PLog::setFilterFromEnvironment();
+    return status.isOk() ? PCtlOutcome()
+                         : PCtlOutcome::wrongUsage(u"PCD_LOG: "_qs + status.reason());
+}
+
+PCtlOutcome prepareFiles(const PCtlOptions& options) {
+    switch (options.command) {
+    case PCtlOptions::Command::Snap:
+        return prepareSnapFiles(options);
+    case PCtlOptions::Command::Stream:
+        return prepareStreamFiles(options);
+    default:
+        return {};
+    }
+}
+
+PCtlOutcome runCommand(PCtlHost& host, const PCtlOptions& options) {
+    switch (options.command) {
+    case PCtlOptions::Command::List:
+        return runListCommand(host, options);
+    case PCtlOptions::Command::Modes:
+        return runModesCommand(host, options);
+    case PCtlOptions::Command::Snap:
+        return runSnapCommand(host, options);
+    case PCtlOptions::Command::Stream:
+        return runStreamCommand(host, options);
+    case PCtlOptions::Command::Monitor:
+        return runMonitorCommand(host, options);
+    }
+    return PCtlOutcome::failed(u"unknown command"_qs);
+}
+
+PCtlOutcome runOptions(const PCtlOptions& options) {
+    PCtlOutcome outcome = startLog(options);
+    if (outcome.isDone())
+        outcome = prepareFiles(options);
+    if (!outcome.isDone())
+        return outcome;
+    PCtlHost host;
+    outcome = host.start(options);
+    return outcome.isDone() ? runCommand(host, options) : outcome;
+}
+
+PCtlOutcome runProgram(const QStringList& arguments) {
+    PCtlParser parser;
+    const PCtlOutcome outcome = parser.parse(arguments);
+    if (!outcome.isDone())
+        return outcome;
+    if (parser.answer().isEmpty())
+        return runOptions(parser.options());
+    PCtlOutput::printLine(parser.answer());
+    return {};
+}
+
+PCtlOutcome guardedRun(const QStringList& arguments) {
+    try {
+        return runProgram(arguments);
+    } catch (const std::exception& error) {
+        return PCtlOutcome::failed(QString::fromLocal8Bit(error.what()));
+    }
+}
+
+} // namespace
+
+int main(int argc, char* argv[]) {
+    const QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationVersion(QStringLiteral(PCD_VERSION));
+    PCtlOutcome outcome = guardedRun(QCoreApplication::arguments());
+    if (!PCtlOutput::flush() && outcome.isDone())
+        outcome = PCtlOutcome::failed(u"the standard output cannot be written"_qs);
+    if (!outcome.isDone())
+        PCtlOutput::printMessage(outcome.message);
+    return outcome.code;
+}

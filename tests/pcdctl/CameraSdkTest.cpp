@@ -1,0 +1,167 @@
+// SPDX-License-Identifier: MIT
+// Which camera SDK a program takes.
+#include "CtlFiles.h"
+#include "CtlProcess.h"
+#include "CtlScene.h"
+
+#include <support/QtPrinters.h>
+
+#include <QFile>
+
+#include <dlfcn.h>
+#include <link.h>
+
+namespace {
+
+const QString list = u"list"_qs;
+const QString json = u"--json"_qs;
+
+QString kindOf(const CtlResult& result) {
+    return result.json.value(u"sdk"_qs).toObject().value(u"kind"_qs).toString();
+}
+
+bool systemHasSdk() {
+    void* const library = dlopen("libtoupcam.so", RTLD_NOW | RTLD_LOCAL);
+    if (library != nullptr)
+        dlclose(library);
+    return library != nullptr;
+}
+
+bool hasSoname(const char* path) {
+    void* const library = dlopen(path, RTLD_NOW | RTLD_LOCAL);
+    link_map* map = nullptr;
+    if (library == nullptr || dlinfo(library, RTLD_DI_LINKMAP, &map) != 0)
+        throw std::runtime_error("cannot look into the library");
+    for (const ElfW(Dyn)* entry = map->l_ld; entry->d_tag != DT_NULL; ++entry) {
+        if (entry->d_tag == DT_SONAME)
+            return true;
+    }
+    return false;
+}
+
+class CameraSdk : public CtlFolderTest {};
+
+TEST_F(CameraSdk, sim_is_the_simulator_that_comes_with_the_program) {
+    const CtlResult result = runCtl({list, u"--sdk"_qs, u"sim"_qs, json});
+    EXPECT_EQ(result.exitCode, 0);
+    const QJsonObject sdk = result.json.value(u"sdk"_qs).toObject();
+    EXPECT_EQ(sdk.value(u"kind"_qs).toString(), u"simulated"_qs);
+    EXPECT_TRUE(sdk.value(u"path"_qs).toString().endsWith(u"/lib/sim/libtoupcam.so"_qs));
+    EXPECT_FALSE(sdk.value(u"version"_qs).toString().isEmpty());
+    EXPECT_EQ(result.errors, QString());
+}
+
+TEST_F(CameraSdk, a_library_without_a_shared_object_name_is_taken_whatever_its_file_is_called) {
+    ASSERT_FALSE(hasSoname(UNNAMED_CAMERA_SDK));
+    const QString library = path(u"cameras.bin"_qs);
+    ASSERT_TRUE(QFile::copy(QStringLiteral(UNNAMED_CAMERA_SDK), library));
+    const QString scene = CtlScene().addCamera().writeTo(path(u"scene.json"_qs));
+    const CtlResult result =
+        runCtl({u"stream"_qs, u"-n"_qs, u"3"_qs, u"--sdk"_qs, library, u"--scene"_qs, scene, json});
+    EXPECT_EQ(result.exitCode, 0) << result.errors.toStdString();
+    EXPECT_EQ(result.json.value(u"camera"_qs).toString(), smallCameraId);
+    EXPECT_EQ(result.json.value(u"frames"_qs).toInt(), 3);
+    EXPECT_TRUE(result.json.value(u"simulated"_qs).toBool());
+}
+
+TEST_F(CameraSdk, a_library_that_is_not_there_is_named) {
+    const QString library = path(u"none.so"_qs);
+    const CtlResult result = runCtl({list, u"--sdk"_qs, library});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.errors.contains(u"cannot use \"%1\" as the camera SDK"_qs.arg(library)))
+        << result.errors.toStdString();
+}
+
+TEST_F(CameraSdk, a_file_that_is_no_library_is_named) {
+    const QString library = path(u"text.so"_qs);
+    writeFile(library, "no library");
+    const CtlResult result = runCtl({list, u"--sdk"_qs, library});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.errors.contains(library)) << result.errors.toStdString();
+}
+
+TEST_F(CameraSdk, a_library_that_is_no_camera_sdk_is_named) {
+    const CtlResult result = runCtl({list, u"--sdk"_qs, QStringLiteral(NO_CAMERA_SDK)});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.errors.contains(u"it has no function Toupcam_EnumV2"_qs))
+        << result.errors.toStdString();
+}
+
+TEST_F(CameraSdk, a_library_without_the_simulators_mark_is_the_makers) {
+    const CtlResult result = runCtl({list, json, u"--sdk"_qs, QStringLiteral(EMPTY_CAMERA_SDK)});
+    EXPECT_EQ(result.exitCode, 3);
+    EXPECT_EQ(kindOf(result), u"maker"_qs);
+    EXPECT_TRUE(result.json.value(u"cameras"_qs).isArray());
+    EXPECT_TRUE(result.errors.contains(u"no camera found: connect one"_qs))
+        << result.errors.toStdString();
+}
+
+TEST_F(CameraSdk, auto_takes_the_library_that_the_environment_names) {
+    const CtlResult result = runCtl({list, json}, [](CtlProcess& process) {
+        process.with(u"TOUPCAM_LIBRARY"_qs, QStringLiteral(EMPTY_CAMERA_SDK));
+    });
+    EXPECT_EQ(kindOf(result), u"maker"_qs);
+    EXPECT_EQ(result.exitCode, 3);
+}
+
+TEST_F(CameraSdk, auto_takes_the_systems_library) {
+    ASSERT_TRUE(QFile::copy(QStringLiteral(EMPTY_CAMERA_SDK), path(u"libtoupcam.so"_qs)));
+    const CtlResult result = runCtl({list, json}, [this](CtlProcess& process) {
+        process.with(u"LD_LIBRARY_PATH"_qs, path(QString()));
+    });
+    EXPECT_EQ(kindOf(result), u"maker"_qs);
+    EXPECT_EQ(result.json.value(u"sdk"_qs).toObject().value(u"path"_qs).toString(),
+              path(u"libtoupcam.so"_qs));
+}
+
+TEST_F(CameraSdk, auto_without_any_library_says_that_cameras_are_simulated) {
+    const CtlResult result = runCtl({list, json});
+    EXPECT_EQ(kindOf(result), systemHasSdk() ? u"maker"_qs : u"simulated"_qs);
+    EXPECT_EQ(result.errors.contains(u"the cameras are simulated"_qs), !systemHasSdk());
+}
+
+TEST_F(CameraSdk, a_scene_is_wrong_usage_with_an_sdk_that_is_not_simulated) {
+    const QString scene = CtlScene().addCamera().writeTo(path(u"scene.json"_qs));
+    const CtlResult result =
+        runCtl({list, u"--sdk"_qs, QStringLiteral(EMPTY_CAMERA_SDK), u"--scene"_qs, scene});
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_TRUE(result.errors.contains(u"--scene needs simulated cameras"_qs))
+        << result.errors.toStdString();
+}
+
+struct SceneRow {
+    const char* name;
+    const char* text;
+    const char* message;
+};
+
+constexpr SceneRow brokenScenes[] = {
+    {"text_that_is_no_json", "{\"cameras\": [", "line 1: "},
+    {"a_key_that_is_unknown", R"({"cameras": [], "camera": 1})", "camera"},
+    {"a_camera_without_an_id", R"({"cameras": [{"model": "M"}]})", "cameras[0].id"},
+};
+
+class BrokenScene : public CtlFolderTest, public testing::WithParamInterface<SceneRow> {};
+
+TEST_P(BrokenScene, is_wrong_usage_that_names_the_file_and_the_place) {
+    const QString scene = path(u"broken.json"_qs);
+    writeFile(scene, GetParam().text);
+    const CtlResult result = runCtl({list, u"--sdk=sim"_qs, u"--scene"_qs, scene});
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_TRUE(result.errors.contains(u"scene \"%1\": "_qs.arg(scene)));
+    EXPECT_TRUE(result.errors.contains(QString::fromLatin1(GetParam().message)))
+        << result.errors.toStdString();
+}
+
+INSTANTIATE_TEST_SUITE_P(Pcdctl, BrokenScene, testing::ValuesIn(brokenScenes),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+TEST_F(CameraSdk, a_scene_that_is_not_there_is_wrong_usage) {
+    const QString scene = path(u"none.json"_qs);
+    const CtlResult result = runCtl({list, u"--sdk=sim"_qs, u"--scene"_qs, scene});
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_TRUE(result.errors.contains(u"cannot read the scene \"%1\""_qs.arg(scene)))
+        << result.errors.toStdString();
+}
+
+} // namespace

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#include "CtlFiles.h"
+
+#include <QFile>
+
+#include <csignal>
+#include <stdexcept>
+
+#include <sys/resource.h>
+
+namespace {
+
+QString colourName(QRgb colour) {
+    switch (colour) {
+    case qRgb(255, 0, 0):
+        return u"red"_qs;
+    case qRgb(0, 255, 0):
+        return u"green"_qs;
+    case qRgb(0, 0, 255):
+        return u"blue"_qs;
+    case qRgb(0, 0, 0):
+        return u"black"_qs;
+    default:
+        return u"#%1"_qs.arg(colour, 8, 16, QLatin1Char('0'));
+    }
+}
+
+} // namespace
+
+void writeFile(const QString& path, const QByteArray& bytes) {
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+        throw std::runtime_error("cannot write " + path.toStdString());
+}
+
+QByteArray readFile(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QString patchColours(const QImage& picture) {
+    if (picture.isNull())
+        return u"no picture"_qs;
+    QStringList names;
+    for (int patch = 0; patch < 3; ++patch) {
+        // Each patch is a sixth of the width, with a twelfth of black on either side.
+        const int x = picture.width() * (2 + 4 * patch) / 12;
+        names.append(colourName(picture.pixel(x, picture.height() / 2)));
+    }
+    names.append(colourName(picture.pixel(0, 0)));
+    return names.join(u' ');
+}
+
+void limitFileSize(unsigned long bytes) {
+    const rlimit limit{bytes, bytes};
+    setrlimit(RLIMIT_FSIZE, &limit);
+    std::signal(SIGXFSZ, SIG_IGN);
+}

@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: MIT
+#include "CtlProcess.h"
+
+#include <QDeadlineTimer>
+
+#include <csignal>
+
+namespace {
+
+constexpr int longestRunMs = 120'000;
+
+QProcessEnvironment plainEnvironment() {
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const QString& name : environment.keys()) {
+        if (name.startsWith(u"TOUPCAM_"_qs) || name.startsWith(u"PCD_"_qs))
+            environment.remove(name);
+    }
+    return environment;
+}
+
+} // namespace
+
+CtlProcess::CtlProcess(const QStringList& arguments)
+    : m_environment(plainEnvironment()) {
+    m_process.setProgram(QStringLiteral(PCDCTL_PROGRAM));
+    m_process.setArguments(arguments);
+}
+
+CtlProcess::~CtlProcess() {
+    if (m_process.state() == QProcess::NotRunning)
+        return;
+    m_process.kill();
+    m_process.waitForFinished();
+}
+
+CtlProcess& CtlProcess::with(const QString& variable, const QString& value) {
+    m_environment.insert(variable, value);
+    return *this;
+}
+
+CtlProcess& CtlProcess::with(const std::function<void()>& modifier) {
+    m_process.setChildProcessModifier(modifier);
+    return *this;
+}
+
+CtlProcess& CtlProcess::start() {
+    m_process.setProcessEnvironment(m_environment);
+    m_process.start();
+    return *this;
+}
+
+bool CtlProcess::finish() {
+    if (m_process.state() == QProcess::NotRunning && m_process.processId() == 0)
+        start();
+    const bool finished =
+        m_process.waitForFinished(longestRunMs) || m_process.state() == QProcess::NotRunning;
+    m_output += m_process.readAllStandardOutput();
+    return finished;
+}
+
+bool CtlProcess::waitForOutput(const QByteArray& text) {
+    const QDeadlineTimer deadline(longestRunMs);
+    while (!m_output.contains(text)) {
+        if (deadline.hasExpired() || m_process.state() == QProcess::NotRunning)
+            return false;
+        m_process.waitForReadyRead(1000);
+        m_output += m_process.readAllStandardOutput();
+    }
+    return true;
+}
+
+void CtlProcess::sendSignal(int number) {
+    // Never to process 0, which is this test's own group.
+    if (m_process.processId() > 0)
+        ::kill(pid_t(m_process.processId()), number);
+}
+
+int CtlProcess::exitCode() const {
+    return m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
+}
+
+QByteArray CtlProcess::errors() {
+    return m_process.readAllStandardError();
+}
+
+QJsonObject CtlProcess::json() const {
+    return QJsonDocument::fromJson(m_output).object();
+}
+
+CtlResult runCtl(const QStringList& arguments) {
+    return runCtl(arguments, [](CtlProcess&) {});
+}
+
+CtlResult runCtl(const QStringList& arguments, const std::function<void(CtlProcess&)>& prepare) {
+    CtlProcess process(arguments);
+    prepare(process);
+    if (!process.start().finish())
+        return {};
+    return {process.exitCode(), process.output(), QString::fromUtf8(process.errors()),
+            process.json()};
+}

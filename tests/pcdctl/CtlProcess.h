@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QStringList>
+
+#include <functional>
+
+/// pcdctl as somebody runs it: the built program with arguments, its output and its exit code. One
+/// thread.
+class CtlProcess {
+public:
+    explicit CtlProcess(const QStringList& arguments);
+    /// Kills it if it still runs.
+    ~CtlProcess();
+
+    /// Before start(): an environment variable; a call in the new process before the program.
+    CtlProcess& with(const QString& variable, const QString& value);
+    CtlProcess& with(const std::function<void()>& modifier);
+
+    CtlProcess& start();
+    /// Starts it if need be, and waits for its end; false if that does not come.
+    bool finish();
+    /// Waits until the standard output has this in it.
+    bool waitForOutput(const QByteArray& text);
+    void sendSignal(int number);
+
+    /// After finish(): the exit code; -1 if it was killed or crashed.
+    int exitCode() const;
+    const QByteArray& output() const { return m_output; }
+    QByteArray errors();
+    /// The standard output as one JSON document; empty if it is anything else.
+    QJsonObject json() const;
+
+private:
+    QProcess m_process;
+    QProcessEnvironment m_environment;
+    QByteArray m_output;
+};
+
+/// Runs it to its end with these arguments.
+struct CtlResult {
+    int exitCode = -1;
+    QByteArray output;
+    QString errors;
+    QJsonObject json;
+};
+CtlResult runCtl(const QStringList& arguments);
+/// Likewise, after what `prepare` does to it.
+CtlResult runCtl(const QStringList& arguments, const std::function<void(CtlProcess&)>& prepare);

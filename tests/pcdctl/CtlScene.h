@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QString>
+
+/// A scene for the simulated SDK: small, fast cameras. One thread.
+class CtlScene {
+public:
+    /// Adds a camera with model "Small" and these; its modes are 320x240 and 160x120, its frames
+    /// pure red, green and blue patches on black.
+    CtlScene& addCamera(const QString& id = QStringLiteral("cam-1"),
+                        const QString& serial = QStringLiteral("S0001"));
+    /// Changes a value of the camera added last.
+    CtlScene& set(const QString& key, const QJsonValue& value);
+    /// Gives the camera added last this one resolution.
+    CtlScene& setResolution(int width, int height, double fps);
+    /// Adds a step to the fault plan.
+    CtlScene& addFault(const QJsonObject& step);
+
+    /// Writes it into a file and returns the file's name.
+    QString writeTo(const QString& path) const;
+
+private:
+    QJsonArray m_cameras;
+    QJsonArray m_faults;
+};
+
+/// Ids and fault steps that tests use again and again.
+inline const QString smallCameraId = QStringLiteral("Small-S0001");
+QJsonObject unplugAfter(int frames);
+QJsonObject stepAt(int ms, const QString& action);
+QJsonObject failing(const QString& function);

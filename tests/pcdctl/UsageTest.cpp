@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: MIT
+#include "CtlFiles.h"
+#include "CtlProcess.h"
+
+#include <support/QtPrinters.h>
+
+namespace {
+
+struct UsageRow {
+    const char* name;
+    const char* arguments; ///< words with blanks between them
+    const char* message;   ///< what the message must contain
+};
+
+void PrintTo(const UsageRow& row, std::ostream* out) {
+    *out << row.name << ": pcdctl " << row.arguments;
+}
+
+constexpr UsageRow wrongUsages[] = {
+    {"no_command", "", "no command given: expected one of list, modes, snap, stream, monitor"},
+    {"only_an_option", "--json", "no command given"},
+    {"an_unknown_command", "paint", "unknown command \"paint\": expected one of list, modes"},
+    {"a_second_command", "list modes", "unexpected argument \"modes\""},
+    {"an_unknown_option", "list --colour", "Unknown option 'colour'"},
+    {"an_option_of_another_command", "list -n 3", "Unknown option 'n'"},
+    {"an_option_without_its_value", "stream --frames", "Missing value after '--frames'"},
+    {"a_value_for_a_switch", "list --json=yes", "Unexpected value after '--json'"},
+    {"a_number_of_frames_that_is_a_word", "stream -n many",
+     "\"many\" is no value for --frames: expected a whole number from 1 to 1000000000"},
+    {"no_frames", "stream -n 0", "\"0\" is no value for --frames"},
+    {"a_negative_number_of_frames", "stream -n -5", "\"-5\" is no value for --frames"},
+    {"half_a_frame", "stream -n 1.5", "\"1.5\" is no value for --frames"},
+    {"a_time_that_is_a_word", "stream -t soon",
+     "\"soon\" is no value for --time: expected a number of seconds from 0.001 to 1000000"},
+    {"a_time_of_zero", "monitor -t 0", "\"0\" is no value for --time"},
+    {"a_timeout_that_is_not_a_number", "stream --timeout nan", "\"nan\" is no value for --timeout"},
+    {"two_set_ends", "stream -n 5 -t 5", "--frames and --time are both given"},
+    {"a_still_picture_without_a_file", "snap", "snap needs the picture's file: expected -o FILE"},
+    {"a_picture_format_that_is_unknown", "snap -o a.bmp",
+     "\"a.bmp\" names no picture format: expected a name that ends in .png, .tif, .tiff"},
+    {"a_pattern_without_a_number", "stream --save frame.png",
+     "\"frame.png\" is no pattern for file names: expected one run of #"},
+    {"a_pattern_with_two_numbers", "stream --save #-#.png", "\"#-#.png\" is no pattern"},
+    {"a_pattern_with_the_number_in_the_folder", "stream --save ##/a.png",
+     "\"##/a.png\" is no patt"},
+    {"an_empty_pattern", "stream --save=", "\"\" is no pattern"},
+    {"a_pattern_of_an_unknown_format", "stream --save ##.gif",
+     "\"##.gif\" names no picture format"},
+    {"an_unknown_log_level", "list --log-level loud", "--log-level: "},
+    {"a_camera_for_all_cameras", "monitor -c 0", "Unknown option 'c'"},
+};
+
+class WrongUsage : public testing::TestWithParam<UsageRow> {};
+
+TEST_P(WrongUsage, is_named_and_ends_with_code_2) {
+    const QStringList arguments =
+        QString::fromLatin1(GetParam().arguments).split(u' ', Qt::SkipEmptyParts);
+    const CtlResult result = runCtl(arguments);
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_EQ(result.output, QByteArray());
+    EXPECT_TRUE(result.errors.startsWith(u"pcdctl: "_qs)) << result.errors.toStdString();
+    EXPECT_TRUE(result.errors.contains(QString::fromLatin1(GetParam().message)))
+        << result.errors.toStdString();
+}
+
+INSTANTIATE_TEST_SUITE_P(Pcdctl, WrongUsage, testing::ValuesIn(wrongUsages),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+TEST(PcdctlUsage, a_bad_log_filter_in_the_environment_names_the_variable) {
+    const CtlResult result =
+        runCtl({u"list"_qs}, [](CtlProcess& process) { process.with(u"PCD_LOG"_qs, u"loud"_qs); });
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_TRUE(result.errors.contains(u"PCD_LOG: "_qs)) << result.errors.toStdString();
+}
+
+TEST(PcdctlUsage, the_log_level_option_goes_before_the_environment) {
+    const CtlResult result =
+        runCtl({u"list"_qs, u"--sdk=sim"_qs, u"--log-level=off"_qs},
+               [](CtlProcess& process) { process.with(u"PCD_LOG"_qs, u"loud"_qs); });
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.errors, QString());
+}
+
+TEST(PcdctlUsage, log_records_of_the_plugin_are_shown_on_demand) {
+    const QString record = u"info PTDevice: PTDeviceRegister: new device Simulated-20MC-"_qs;
+    EXPECT_FALSE(runCtl({u"list"_qs, u"--sdk=sim"_qs}).errors.contains(record));
+    const CtlResult byOption = runCtl({u"list"_qs, u"--sdk=sim"_qs, u"--log-level=info"_qs});
+    EXPECT_TRUE(byOption.errors.contains(record)) << byOption.errors.toStdString();
+    const CtlResult byVariable = runCtl({u"list"_qs, u"--sdk=sim"_qs}, [](CtlProcess& process) {
+        process.with(u"PCD_LOG"_qs, u"PTDevice=info"_qs);
+    });
+    EXPECT_TRUE(byVariable.errors.contains(record)) << byVariable.errors.toStdString();
+}
+
+TEST(PcdctlUsage, help_goes_to_the_standard_output_and_lists_commands_and_exit_codes) {
+    const CtlResult result = runCtl({u"--help"_qs});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.errors, QString());
+    for (const char* text : {"\n  list ", "\n  modes ", "\n  snap ", "\n  stream ", "\n  monitor ",
+                             "--plugin-path", "Exit codes:"})
+        EXPECT_TRUE(result.output.contains(text)) << text;
+}
+
+TEST(PcdctlUsage, help_of_a_command_has_its_options_and_examples_only) {
+    const CtlResult result = runCtl({u"stream"_qs, u"--help"_qs});
+    EXPECT_EQ(result.exitCode, 0);
+    for (const char* text : {"--save", "--frames", "--sdk", "Examples:\n  pcdctl stream -t 5\n"})
+        EXPECT_TRUE(result.output.contains(text)) << text;
+    EXPECT_FALSE(result.output.contains("--output"));
+}
+
+TEST(PcdctlUsage, the_version_is_printed) {
+    const CtlResult result = runCtl({u"--version"_qs});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_TRUE(result.output.startsWith("pcdctl 0.")) << result.output.toStdString();
+}
+
+TEST(PcdctlUsage, options_are_taken_before_and_after_the_command) {
+    const CtlResult before = runCtl({u"--json"_qs, u"--sdk"_qs, u"sim"_qs, u"list"_qs});
+    const CtlResult after = runCtl({u"list"_qs, u"--sdk"_qs, u"sim"_qs, u"--json"_qs});
+    EXPECT_EQ(before.exitCode, 0);
+    EXPECT_FALSE(before.json.isEmpty());
+    EXPECT_EQ(before.output, after.output);
+}
+
+TEST(PcdctlUsage, a_standard_output_that_cannot_be_written_is_a_failure) {
+    CtlProcess process({u"list"_qs, u"--sdk=sim"_qs});
+    process.with([] {
+        // As a shell does for "> /dev/full".
+        if (std::freopen("/dev/full", "w", stdout) == nullptr)
+            std::abort();
+    });
+    ASSERT_TRUE(process.finish());
+    EXPECT_EQ(process.exitCode(), 1);
+    EXPECT_TRUE(process.errors().contains("the standard output cannot be written"));
+}
+
+} // namespace
