@@ -29,7 +29,8 @@ BITMAPINFOHEADER headerOf(int width, int height, int bits) {
     header.biHeight = height;
     header.biPlanes = 1;
     header.biBitCount = static_cast<unsigned short>(bits);
-    header.biSizeImage = unsigned((width * bits + 31) / 32 * 4 * height);
+    const unsigned stride = (unsigned(width) * unsigned(bits) + 31) / 32 * 4;
+    header.biSizeImage = stride * unsigned(height);
     return header;
 }
 
