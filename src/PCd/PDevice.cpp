@@ -128,7 +128,7 @@ QByteArray PDevice::deviceId(bool withRegister) const {
         const QString name = parts.join(QLatin1Char('-'));
         return (serial().isEmpty() ? model() : name).toUtf8();
     });
-    return withRegister ? m_registerId + '/' + id : id;
+    return withRegister && !m_registerId.isEmpty() ? m_registerId + '/' + id : id;
 }
 
 PStatus PDevice::link() {

@@ -96,8 +96,9 @@ public:
     // ---- What the host uses.
 
     /// Readable, stable id: model and serial, with "#2", "#3" … after it while another device that
-    /// is present has the same; with `withRegister` the register's id and "/" before it. Fixed by
-    /// the first call, which must come when the object is built. Any thread.
+    /// is present has the same; with `withRegister` the register's id and "/" before it, once a
+    /// register has it. Fixed by the first call, which must come when the object is built. Any
+    /// thread.
     QByteArray deviceId(bool withRegister) const;
 
     /// Each fails with the reason in plain words: the device is gone, not in that state, or

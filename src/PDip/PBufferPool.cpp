@@ -124,6 +124,7 @@ struct PBufferPool::Core {
 
     mutable std::mutex mutex;
     std::size_t idleLimit;
+    std::size_t useLimit = NoLimit;
     const std::chrono::milliseconds idleTime;
     std::vector<Idle> idle; // the one that waits longest first
     Statistics counts;
@@ -166,6 +167,8 @@ Mapping PBufferPool::Core::take(std::size_t size) {
     Leaving leaving; // before the lock, so that it is destroyed after it
     {
         const std::lock_guard lock(mutex);
+        if (size > useLimit || counts.usedBytes > useLimit - size)
+            return {};
         Mapping mapping = reuse(size);
         removeExpired(leaving);
         if (mapping.memory())
@@ -238,6 +241,11 @@ PBufferPool::Buffer PBufferPool::acquire(std::size_t size) {
     } catch (const std::bad_alloc&) {
         return nullptr; // giveBack has run
     }
+}
+
+void PBufferPool::setUseLimit(std::size_t bytes) {
+    const std::lock_guard lock(m_core->mutex);
+    m_core->useLimit = bytes;
 }
 
 void PBufferPool::trim() {

@@ -48,6 +48,13 @@ TEST_F(PTDeviceModes, no_resolutions_are_an_empty_list_and_no_current_mode) {
     EXPECT_EQ(device->getCurrentMode(), PDeviceMode());
 }
 
+TEST_F(PTDeviceModes, a_failed_count_is_an_empty_list_and_not_two_billion_modes) {
+    ToupcamSim_failCall("Toupcam_get_ResolutionNumber", 0, 0, E_GEN_FAILURE);
+    EXPECT_THAT(device->getSupportModes(), IsEmpty());
+    EXPECT_EQ(device->getCurrentMode(), PDeviceMode());
+    EXPECT_THAT(SimJournal::calls("Toupcam_get_Resolution"), IsEmpty());
+}
+
 TEST_F(PTDeviceModes, a_resolution_that_cannot_be_read_is_a_mode_of_size_zero) {
     ToupcamSim_failCall("Toupcam_get_Resolution", 1, 1, E_FAIL);
     const QList<PDeviceMode> modes = device->getSupportModes();

@@ -216,6 +216,8 @@ TEST_F(PTDeviceSession, a_camera_that_does_not_open_gives_no_device_and_the_disc
               QString::fromUtf8(
                   "PTDevice::create — Toupcam_Open returned null handle, device discarded"));
     EXPECT_EQ(records.last().line, 85);
+    EXPECT_EQ(records.last().function,
+              QStringLiteral("static PTDevice *PTDevice::create(ToupcamDeviceV2)"));
 }
 
 TEST_F(PTDeviceSession, an_id_that_fills_its_field_is_opened_whole_and_kept_with_63_characters) {

@@ -374,6 +374,36 @@ TEST_F(PTDeviceStream, stop_on_the_main_thread_while_frames_wait_for_it_does_not
     EXPECT_TRUE(device->frameLedger().isBalanced());
 }
 
+TEST_F(PTDeviceStream, closed_on_the_main_thread_while_frames_wait_for_it_ends_and_images_live_on) {
+    device.reset();
+    loadScene({SimCameraText().withSource(R"({"kind": "ring", "frames": 4, "unpaced": true})")});
+    device = open();
+    device->setFrameByteLimit(10 * 64 * 48 * 3);
+    ASSERT_TRUE(device->tryStartStream());
+    while (count(PFrameFate::DroppedWaiting) < 100)
+        std::this_thread::yield();
+    const PImage newest = device->newestFrame().image;
+    device.reset();
+    ASSERT_EQ(newest.width(), 64);
+    const QImage view = newest.toQImage();
+    EXPECT_EQ(view.pixel(63, 47), view.copy().pixel(63, 47));
+    QCoreApplication::sendPostedEvents();
+}
+
+TEST_F(PTDeviceStream,
+       a_frame_without_memory_is_dropped_and_counted_and_the_next_one_comes_through) {
+    ImageList list(device.get());
+    PBufferPool::instance().trim();
+    PBufferPool::instance().setUseLimit(PBufferPool::instance().statistics().usedBytes + 1);
+    push(std::vector<unsigned char>(24), headerOf(4, 2, 24));
+    PBufferPool::instance().setUseLimit(PBufferPool::NoLimit);
+    EXPECT_EQ(count(PFrameFate::NoMemory), 1u);
+    EXPECT_THAT(list.images, IsEmpty());
+    push(std::vector<unsigned char>(24), headerOf(4, 2, 24));
+    EXPECT_EQ(list.images.size(), 1);
+    EXPECT_TRUE(device->frameLedger().isBalanced());
+}
+
 // ---- The exposure callback ----------------------------------------------------------------------
 
 namespace {

@@ -77,6 +77,7 @@ TEST_F(Plugin, the_root_object_is_one_register_and_made_anew_once_it_is_destroye
 }
 
 TEST_F(Plugin, the_translation_catalogue_is_in_the_resource_and_speaks_russian) {
+    ASSERT_TRUE(loader.load()) << qPrintable(loader.errorString());
     QTranslator translator;
     ASSERT_TRUE(translator.load(QStringLiteral(":/ptdevice_96.qm")));
     EXPECT_EQ(translator.language(), QStringLiteral("ru_RU"));

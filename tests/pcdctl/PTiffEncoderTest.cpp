@@ -3,45 +3,53 @@
 
 #include <support/QtPrinters.h>
 
-#include <QMap>
-#include <QtEndian>
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
+#include <tiffio.h>
+
+#include <memory>
+
 namespace {
 
-template <typename T>
-T numberAt(const QByteArray& bytes, quint32 offset) {
-    EXPECT_LE(qsizetype(offset + sizeof(T)), bytes.size());
-    return qFromLittleEndian<T>(bytes.constData() + offset);
-}
-
-/// A file taken apart: the values of its tags, as the format's own rules say where they lie.
-struct Tiff {
-    explicit Tiff(const QByteArray& file)
-        : bytes(file) {
-        EXPECT_EQ(bytes.left(4), QByteArray("II*\0", 4));
-        const auto directory = numberAt<quint32>(bytes, 4);
-        EXPECT_EQ(directory % 2, 0U);
-        const auto count = numberAt<quint16>(bytes, directory);
-        quint16 last = 0;
-        for (quint32 i = 0; i < count; ++i) {
-            const quint32 entry = directory + 2 + 12 * i;
-            const auto tag = numberAt<quint16>(bytes, entry);
-            EXPECT_GT(tag, last) << "tags must rise";
-            last = tag;
-            const bool isShort = numberAt<quint16>(bytes, entry + 2) == 3;
-            counts[tag] = numberAt<quint32>(bytes, entry + 4);
-            values[tag] = isShort && counts[tag] == 1 ? numberAt<quint16>(bytes, entry + 8)
-                                                      : numberAt<quint32>(bytes, entry + 8);
-        }
+/// An encoded picture as libtiff reads it back from a file.
+class ReadBack {
+public:
+    explicit ReadBack(const QByteArray& bytes) {
+        const QString path = m_folder.filePath(u"picture.tif"_qs);
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+        file.close();
+        m_tiff.reset(TIFFOpen(path.toLocal8Bit().constData(), "r"));
+        EXPECT_NE(m_tiff, nullptr);
     }
 
-    QByteArray part(quint32 offset, quint32 size) const { return bytes.mid(offset, size); }
+    template <typename T = uint16_t>
+    T field(uint32_t tag) const {
+        T value{};
+        EXPECT_EQ(TIFFGetFieldDefaulted(m_tiff.get(), tag, &value), 1) << tag;
+        return value;
+    }
+    QByteArray description() const { return field<const char*>(TIFFTAG_IMAGEDESCRIPTION); }
+    /// All rows, one after the other, without padding.
+    QByteArray rows() const {
+        QByteArray all;
+        QByteArray row(qsizetype(TIFFScanlineSize(m_tiff.get())), '\0');
+        const auto height = field<uint32_t>(TIFFTAG_IMAGELENGTH);
+        for (uint32_t y = 0; y < height; ++y) {
+            EXPECT_EQ(TIFFReadScanline(m_tiff.get(), row.data(), y), 1);
+            all.append(row);
+        }
+        return all;
+    }
 
-    QByteArray bytes;
-    QMap<int, quint32> counts;
-    QMap<int, quint32> values;
+private:
+    struct Close {
+        void operator()(TIFF* tiff) const { TIFFClose(tiff); }
+    };
+    QTemporaryDir m_folder;
+    std::unique_ptr<TIFF, Close> m_tiff;
 };
 
 QImage picture(QImage::Format format) {
@@ -54,41 +62,40 @@ QImage picture(QImage::Format format) {
 }
 
 TEST(PTiffEncoder, a_colour_picture_is_rgb_row_by_row_without_padding) {
-    const Tiff tiff(PTiffEncoder::encode(picture(QImage::Format_BGR888), u"text"_qs));
-    EXPECT_EQ(tiff.values[256], 3U);
-    EXPECT_EQ(tiff.values[257], 2U);
-    EXPECT_EQ(tiff.values[259], 1U);
-    EXPECT_EQ(tiff.values[262], 2U);
-    EXPECT_EQ(tiff.values[277], 3U);
-    EXPECT_EQ(tiff.values[278], 2U);
-    EXPECT_EQ(tiff.counts[258], 3U);
-    EXPECT_EQ(tiff.part(tiff.values[258], 6), QByteArray("\x08\0\x08\0\x08\0", 6));
-    const QByteArray rows("\xff\0\0\0\xff\0\0\0\0\0\0\0\0\0\0\0\0\xff", 18);
-    EXPECT_EQ(tiff.part(tiff.values[273], tiff.values[279]), rows);
-    EXPECT_EQ(tiff.values[273] + tiff.values[279], quint32(tiff.bytes.size()));
+    const ReadBack tiff(PTiffEncoder::encode(picture(QImage::Format_BGR888), u"text"_qs));
+    EXPECT_EQ(tiff.field<uint32_t>(TIFFTAG_IMAGEWIDTH), 3U);
+    EXPECT_EQ(tiff.field<uint32_t>(TIFFTAG_IMAGELENGTH), 2U);
+    EXPECT_EQ(tiff.field(TIFFTAG_COMPRESSION), COMPRESSION_NONE);
+    EXPECT_EQ(tiff.field(TIFFTAG_PHOTOMETRIC), PHOTOMETRIC_RGB);
+    EXPECT_EQ(tiff.field(TIFFTAG_SAMPLESPERPIXEL), 3);
+    EXPECT_EQ(tiff.field(TIFFTAG_BITSPERSAMPLE), 8);
+    EXPECT_EQ(tiff.rows(), QByteArray("\xff\0\0\0\xff\0\0\0\0\0\0\0\0\0\0\0\0\xff", 18));
 }
 
 TEST(PTiffEncoder, a_grey_picture_has_one_sample) {
     QImage image(3, 2, QImage::Format_Grayscale8);
     image.fill(7);
     image.scanLine(1)[2] = 200;
-    const Tiff tiff(PTiffEncoder::encode(image, u"text"_qs));
-    EXPECT_EQ(tiff.values[277], 1U);
-    EXPECT_EQ(tiff.values[258], 8U);
-    EXPECT_EQ(tiff.values[262], 1U);
-    EXPECT_EQ(tiff.part(tiff.values[273], tiff.values[279]), QByteArray("\7\7\7\7\7\xc8"));
+    const ReadBack tiff(PTiffEncoder::encode(image, u"text"_qs));
+    EXPECT_EQ(tiff.field(TIFFTAG_SAMPLESPERPIXEL), 1);
+    EXPECT_EQ(tiff.field(TIFFTAG_PHOTOMETRIC), PHOTOMETRIC_MINISBLACK);
+    EXPECT_EQ(tiff.rows(), QByteArray("\7\7\7\7\7\xc8"));
 }
 
-TEST(PTiffEncoder, the_description_is_utf8_and_ends_with_a_zero) {
-    const Tiff tiff(PTiffEncoder::encode(picture(QImage::Format_RGB32), u"Käfer\n2"_qs));
-    EXPECT_EQ(tiff.part(tiff.values[270], tiff.counts[270]), QByteArray("K\xc3\xa4"
-                                                                        "fer\n2\0",
-                                                                        9));
+TEST(PTiffEncoder, the_description_is_utf8) {
+    const ReadBack tiff(PTiffEncoder::encode(picture(QImage::Format_RGB32), u"Käfer\n2"_qs));
+    EXPECT_EQ(tiff.description(), QByteArray("K\xc3\xa4"
+                                             "fer\n2"));
 }
 
-TEST(PTiffEncoder, a_description_too_short_to_stand_alone_is_filled_with_blanks) {
-    const Tiff tiff(PTiffEncoder::encode(picture(QImage::Format_RGB32), QString()));
-    EXPECT_EQ(tiff.part(tiff.values[270], tiff.counts[270]), QByteArray("    \0", 5));
+TEST(PTiffEncoder, a_large_picture_comes_back_whole) {
+    QImage image(2003, 1501, QImage::Format_RGB888);
+    image.fill(QColor(1, 2, 3));
+    image.setPixelColor(2002, 1500, QColor(9, 8, 7));
+    const QByteArray rows = ReadBack(PTiffEncoder::encode(image, QString())).rows();
+    EXPECT_EQ(rows.size(), qsizetype(2003) * 1501 * 3);
+    EXPECT_EQ(rows.left(3), QByteArray("\1\2\3"));
+    EXPECT_EQ(rows.right(3), QByteArray("\x9\x8\x7"));
 }
 
 TEST(PTiffEncoder, an_empty_picture_gives_nothing) {

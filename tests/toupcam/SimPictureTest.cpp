@@ -143,12 +143,14 @@ TEST_P(SimTransfer, curve_measured_from_pairs_of_frames_is_the_one_computed) {
     const double spread = sumXX - sumX * sumX / kPoints;
     const double slope = (sumXY - sumX * sumY / kPoints) / spread;
     const double height = (sumY - slope * sumX) / kPoints;
-    // A variance from n pairs is uncertain by the share sqrt(2 / n); five of these, on every point
-    // at once the worst way round, bound the line.
-    const double uncertain = 5.0 * std::sqrt(2.0 / kPixels) * highest;
-    EXPECT_NEAR(slope, countsAnElectron, uncertain / std::sqrt(spread) * std::sqrt(kPoints));
+    // A variance from n pairs has a standard error of the share sqrt(2 / n), at most that of the
+    // highest point; slope and height of a fitted line inherit it. Five of them are allowed.
+    const double error = 5.0 * std::sqrt(2.0 / kPixels) * highest;
+    const double centre = sumX / kPoints;
+    EXPECT_NEAR(slope, countsAnElectron, error / std::sqrt(spread));
     const double read = kReadNoise * countsAnElectron;
-    EXPECT_NEAR(height, read * read + 1.0 / 12.0, 2.0 * uncertain);
+    EXPECT_NEAR(height, read * read + 1.0 / 12.0,
+                error * std::sqrt(1.0 / kPoints + centre * centre / spread));
 }
 
 TEST_F(SimPicture, noise_of_two_frames_is_not_the_same) {

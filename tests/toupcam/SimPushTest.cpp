@@ -220,13 +220,17 @@ TEST_F(SimPush, resolution_changed_while_streaming_gives_frames_of_the_new_size)
 }
 
 TEST_F(SimPush, long_wait_for_a_frame_ends_when_the_exposure_is_made_shorter) {
-    const HToupcam handle = openOnly(SimCameraText());
-    // An hour would be longer than the test may take: only a stream that looks again ends in time.
-    ASSERT_EQ(Toupcam_put_ExpoTime(handle, 15000000), S_OK);
+    SimCameraText camera;
+    camera.extra = R"(, "exposure": {"max": 4000000000})";
+    const HToupcam handle = openOnly(camera);
+    // More than an hour: only a stream that looks at its settings again ends in time.
+    ASSERT_EQ(Toupcam_put_ExpoTime(handle, 4000000000U), S_OK);
     FrameLog log(0);
     ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &log), S_OK);
+    BITMAPINFOHEADER header{};
+    ASSERT_EQ(ToupcamSim_pushRaw("cam", &header, &header, 0), 1); // its thread runs
     ASSERT_EQ(Toupcam_put_ExpoTime(handle, 1000), S_OK);
-    ASSERT_TRUE(log.waitFor(5));
+    ASSERT_TRUE(log.waitFor(1 + 5));
     EXPECT_GE(countsOf().produced, 5U);
 }
 

@@ -15,7 +15,6 @@
 namespace {
 
 constexpr int serialLength = 10;
-constexpr int bandwidthPercent = 95;
 constexpr auto constructorText = "PTDevice::PTDevice(ToupcamDeviceV2)";
 
 /// The model name, which the SDK must give.
@@ -115,7 +114,6 @@ void PTDevice::applyFixedSettings() {
     PT_OP_IN(constructorText, 141, Toupcam_put_Option(m_handle, TOUPCAM_OPTION_FRAMERATE, 0));
     PT_OP_IN(constructorText, 142, Toupcam_put_Option(m_handle, TOUPCAM_OPTION_MULTITHREAD, 1));
     if (modelFlags & TOUPCAM_FLAG_BANDWIDTH) {
-        static_assert(bandwidthPercent == 95, "the log names the value");
         PT_OP_IN(constructorText, 148, Toupcam_put_Option(m_handle, TOUPCAM_OPTION_BANDWIDTH, 95));
     }
     PT_OP_IN(constructorText, 157, Toupcam_put_RealTime(m_handle, 1));
@@ -185,6 +183,10 @@ bool PTDevice::tryStopStream() {
 
 QList<PDeviceMode> PTDevice::getSupportModes() {
     const auto count = unsigned(Toupcam_get_ResolutionNumber(m_handle));
+    // A camera that has just been unplugged answers with an error code, which as a count would be
+    // two billion modes. No model has more resolutions than its record can hold.
+    if (count > TOUPCAM_MODEL_MAX_RES)
+        return {};
     QList<PDeviceMode> modes;
     for (unsigned index = 0; index != count; ++index)
         modes.append(modeOf(m_handle, index));

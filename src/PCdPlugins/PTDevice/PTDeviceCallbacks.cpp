@@ -3,6 +3,7 @@
 // code: an exception that got out would end the process.
 #include "PTDevice.h"
 #include "PTLog.h"
+#include "PTStreamThread.h"
 
 #include <PCd/PCdDipUtils.h>
 #include <PCd/PDeviceProperty.h>
@@ -15,7 +16,9 @@
 
 namespace {
 
+constexpr auto cbDataText = "void cbData(const void *, const BITMAPINFOHEADER *, int, void *)";
 constexpr auto cbEventText = "void cbEvent(unsigned int, void *)";
+constexpr auto cbExposureText = "void cbExposure(void *)";
 
 void logException(const char* callback, const char* what) noexcept {
     try {
@@ -118,7 +121,7 @@ void takeEvent(PTDevice* device, unsigned int code) {
         return;
     if (code == TOUPCAM_EVENT_DISCONNECTED)
         device->handleSdkDisconnect();
-    device->postprocEvt(code);
+    device->pullThread()->pushEvent(code);
 }
 
 void updateLater(const PTDevice* device, const char* propertyId) {
@@ -134,25 +137,25 @@ void cbData(const void* data, const BITMAPINFOHEADER* header, int isSnapshot, vo
     if (device == nullptr)
         return;
     if (data == nullptr) {
-        guarded("cbData", [&] { device->handleSdkDisconnect(); });
+        guarded(cbDataText, [&] { device->handleSdkDisconnect(); });
         return;
     }
     if (header == nullptr)
         return;
     // What throws comes before the frame is handed over and booked.
-    if (!guarded("cbData", [&] { takeBuffer(device, data, *header, isSnapshot != 0); }))
+    if (!guarded(cbDataText, [&] { takeBuffer(device, data, *header, isSnapshot != 0); }))
         device->reportDroppedFrames(PFrameFate::NoMemory);
 }
 
 void cbEvent(unsigned int code, void* ctx) {
-    guarded("cbEvent", [&] { takeEvent(static_cast<PTDevice*>(ctx), code); });
+    guarded(cbEventText, [&] { takeEvent(static_cast<PTDevice*>(ctx), code); });
 }
 
 void cbExposure(void* ctx) {
     const auto* const device = static_cast<PTDevice*>(ctx);
     if (device == nullptr)
         return;
-    guarded("cbExposure", [&] {
+    guarded(cbExposureText, [&] {
         updateLater(device, "autoexpottime"); // spelled like this in the catalogue too
         updateLater(device, "autoexpogain");
     });

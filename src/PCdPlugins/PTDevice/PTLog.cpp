@@ -5,9 +5,9 @@
 
 namespace {
 
-/// GCC writes "const T&", Clang "const T &": the log has the latter.
+/// GCC writes "T* f(const T&)", Clang "T *f(const T &)": the log has the latter.
 QString oneSpelling(const char* function) {
-    static const QRegularExpression markBehindName(QStringLiteral("(?<=[\\w>])([*&]+)"));
+    static const QRegularExpression markBehindName(QStringLiteral("(?<=[\\w>])([*&]+) ?"));
     return QString::fromLatin1(function).replace(markBehindName, QStringLiteral(" \\1"));
 }
 

@@ -11,6 +11,9 @@ PMessageStream ptLog(const char* function, const char* file, int line,
 /// A record from here.
 #define PT_LOG() ptLog(Q_FUNC_INFO, __FILE__, __LINE__)
 
+/// A record from here, by way of a helper of this function.
+#define PT_LOG_IN(function) ptLog(function, __FILE__, __LINE__)
+
 /// A record that is known by a source line of its own: the number stays when the statement moves.
 #define PT_LOG_AT(line) ptLog(Q_FUNC_INFO, __FILE__, line)
 

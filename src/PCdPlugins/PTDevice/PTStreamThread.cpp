@@ -27,10 +27,6 @@ constexpr unsigned long idleWaitMs = 5;
 constexpr int pullBits = 32;
 constexpr auto runText = "virtual void PTStreamThread::run()";
 
-PMessageStream runLog() {
-    return ptLog(runText, __FILE__, __LINE__);
-}
-
 /// True for the first caller in the process.
 bool isFirst(std::atomic<bool>& happened) {
     return !happened.exchange(true);
@@ -121,7 +117,7 @@ void PTStreamThread::run() {
     setPriority(QThread::HighPriority);
     // Made by the first worker of the process, gone with the library.
     [[maybe_unused]] static PFpsCounter frameRate(nullptr);
-    runLog() << "PTStreamThread run loop entered";
+    PT_LOG_IN(runText) << "PTStreamThread run loop entered";
     SequenceWatch sequence;
     while (isThreadRunned()) {
         unsigned int code = 0;
@@ -151,7 +147,7 @@ bool PTStreamThread::takeEvent(unsigned int* code) {
 void PTStreamThread::handleEvent(unsigned int code, SequenceWatch& sequence) {
     static std::atomic<bool> firstEventDequeued{false};
     if (isFirst(firstEventDequeued))
-        runLog() << "PTStreamThread first event dequeued, code:" << code;
+        PT_LOG_IN(runText) << "PTStreamThread first event dequeued, code:" << code;
     if (code == TOUPCAM_EVENT_IMAGE)
         pullLive(sequence);
     else if (code == TOUPCAM_EVENT_STILLIMAGE)
@@ -162,38 +158,39 @@ void PTStreamThread::pullLive(SequenceWatch& sequence) {
     ToupcamFrameInfoV2 info{};
     int result = Toupcam_PullImageV2(handle, nullptr, pullBits, &info);
     if (!checkError(result)) {
-        runLog() << "Toupcam_PullImageV2 (info) failed, code:" << result;
+        PT_LOG_IN(runText) << "Toupcam_PullImageV2 (info) failed, code:" << result;
         return;
     }
+    if (const unsigned missing = sequence.missingBefore(info))
+        device->reportDroppedFrames(PFrameFate::LostInCamera, missing);
     PImage image;
     if (!createPulledImage(image, info)) {
         device->reportDroppedFrames(PFrameFate::NoMemory);
         return;
     }
+    info = {};
     result =
         Toupcam_PullImageV2(handle, image.rawData(PDIP::AccessMode::Write).data(), pullBits, &info);
     static std::atomic<bool> firstLiveFrame{false};
     if (checkError(result) && isFirst(firstLiveFrame))
-        runLog() << "First live frame pulled:" << info.width << "x" << info.height;
+        PT_LOG_IN(runText) << "First live frame pulled:" << info.width << "x" << info.height;
     PDIP::setXToXRGB(&image);
     qDebug() << "pull image:" << image;
     swapRedAndBlue(image);
     if (!checkError(result))
-        return;
-    if (const unsigned missing = sequence.missingBefore(info))
-        device->reportDroppedFrames(PFrameFate::LostInCamera, missing);
-    if (isSameSize(image, info))
-        device->processFrameImage(image);
-    else
+        device->reportDroppedFrames(PFrameFate::LostInCamera);
+    else if (!isSameSize(image, info))
         device->reportDroppedFrames(PFrameFate::BadSize);
+    else
+        device->processFrameImage(image);
 }
 
 void PTStreamThread::pullStill() {
-    runLog() << "still image event";
+    PT_LOG_IN(runText) << "still image event";
     ToupcamFrameInfoV2 info{};
     int result = Toupcam_PullStillImageV2(handle, nullptr, pullBits, &info);
     if (!checkError(result)) {
-        runLog() << "Failed to pull still image [1]:" << result;
+        PT_LOG_IN(runText) << "Failed to pull still image [1]:" << result;
         return;
     }
     PImage image;
@@ -201,13 +198,18 @@ void PTStreamThread::pullStill() {
         device->reportDroppedFrames(PFrameFate::NoMemory);
         return;
     }
+    info = {};
     result = Toupcam_PullStillImageV2(handle, image.rawData(PDIP::AccessMode::Write).data(),
                                       pullBits, &info);
     if (!checkError(result)) {
-        runLog() << "Failed to pull still image [2]:" << result;
+        PT_LOG_IN(runText) << "Failed to pull still image [2]:" << result;
+        device->reportDroppedFrames(PFrameFate::LostInCamera);
         return;
     }
     PDIP::setXToXRGB(&image);
     swapRedAndBlue(image);
-    device->processSnapshot(PCdDipUtils::imageAsDeviceFrame(image));
+    if (isSameSize(image, info))
+        device->processSnapshot(PCdDipUtils::imageAsDeviceFrame(image));
+    else
+        device->reportDroppedFrames(PFrameFate::BadSize);
 }

@@ -1,106 +1,124 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/PTiffEncoder.h>
 
-#include <QtEndian>
+#include <tiffio.h>
 
-#include <limits>
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <new>
 
 namespace {
 
-// Tags and types of TIFF Revision 6.0, Part 1, in the rising order the format demands.
-enum Tag : quint16 {
-    ImageWidth = 256,
-    ImageLength = 257,
-    BitsPerSample = 258,
-    Compression = 259,
-    PhotometricInterpretation = 262,
-    ImageDescription = 270,
-    StripOffsets = 273,
-    SamplesPerPixel = 277,
-    RowsPerStrip = 278,
-    StripByteCounts = 279,
+/// A file in memory for libtiff, which writes here and there and calls back from C.
+struct MemoryFile {
+    QByteArray bytes;
+    toff_t position = 0;
+    bool outOfMemory = false;
 };
-enum Type : quint16 { Ascii = 2, Short = 3, Long = 4 };
 
-constexpr quint32 headerSize = 8;
-constexpr quint32 entryCount = 10;
-constexpr quint32 directorySize = 2 + entryCount * 12 + 4;
-
-template <typename T>
-void append(QByteArray& bytes, T value) {
-    char little[sizeof(T)];
-    qToLittleEndian(value, little);
-    bytes.append(little, sizeof little);
+MemoryFile& fileOf(thandle_t handle) {
+    return *static_cast<MemoryFile*>(handle);
 }
 
-void appendEntry(QByteArray& bytes, Tag tag, Type type, quint32 count, quint32 value) {
-    append<quint16>(bytes, tag);
-    append<quint16>(bytes, type);
-    append(bytes, count);
-    append(bytes, value); // a short in the low half, which comes first
+tmsize_t readFile(thandle_t handle, void* to, tmsize_t size) {
+    MemoryFile& file = fileOf(handle);
+    const tmsize_t there = std::max<tmsize_t>(0, file.bytes.size() - tmsize_t(file.position));
+    const tmsize_t count = std::min(size, there);
+    std::memcpy(to, file.bytes.constData() + file.position, std::size_t(count));
+    file.position += toff_t(count);
+    return count;
 }
 
-/// Where the parts of the file lie: header, directory, depths, text, pixels.
-struct Layout {
-    Layout(const QImage& image, const QByteArray& text)
-        : samples(image.isGrayscale() ? 1 : 3)
-        , textSize(quint32(text.size()) + 1) // with its NUL
-        , pixelBytes(quint64(image.width()) * quint64(image.height()) * samples)
-        , depths(headerSize + directorySize)
-        , description(depths + 3 * sizeof(quint16))
-        , pixels((description + textSize + 1) & ~quint32(1)) {}
-
-    bool fits() const {
-        return pixelBytes > 0 && pixels + pixelBytes <= std::numeric_limits<quint32>::max();
+tmsize_t writeFile(thandle_t handle, void* from, tmsize_t size) {
+    MemoryFile& file = fileOf(handle);
+    const auto end = qsizetype(file.position) + size;
+    try {
+        if (file.bytes.size() < end)
+            file.bytes.resize(end);
+        std::memcpy(file.bytes.data() + file.position, from, std::size_t(size));
+    } catch (const std::bad_alloc&) {
+        file.outOfMemory = true; // told when libtiff, being C, is left behind
+        return -1;
     }
+    file.position = toff_t(end);
+    return size;
+}
 
-    quint32 samples;
-    quint32 textSize;
-    quint64 pixelBytes;
-    quint32 depths;
-    quint32 description;
-    quint32 pixels;
-};
+toff_t seekFile(thandle_t handle, toff_t offset, int whence) {
+    MemoryFile& file = fileOf(handle);
+    if (whence == SEEK_CUR)
+        offset += file.position;
+    else if (whence == SEEK_END)
+        offset += toff_t(file.bytes.size());
+    return file.position = offset;
+}
 
-void appendDirectory(QByteArray& bytes, const QImage& image, const Layout& layout) {
-    const bool colour = layout.samples == 3;
-    append<quint16>(bytes, entryCount);
-    appendEntry(bytes, ImageWidth, Long, 1, quint32(image.width()));
-    appendEntry(bytes, ImageLength, Long, 1, quint32(image.height()));
-    // Three depths do not fit into an entry, one must be in it.
-    appendEntry(bytes, BitsPerSample, Short, layout.samples, colour ? layout.depths : 8);
-    appendEntry(bytes, Compression, Short, 1, 1);                            // none
-    appendEntry(bytes, PhotometricInterpretation, Short, 1, colour ? 2 : 1); // RGB, black is zero
-    appendEntry(bytes, ImageDescription, Ascii, layout.textSize, layout.description);
-    appendEntry(bytes, StripOffsets, Long, 1, layout.pixels);
-    appendEntry(bytes, SamplesPerPixel, Short, 1, layout.samples);
-    appendEntry(bytes, RowsPerStrip, Long, 1, quint32(image.height()));
-    appendEntry(bytes, StripByteCounts, Long, 1, quint32(layout.pixelBytes));
-    append<quint32>(bytes, 0); // no further directory
+int closeFile(thandle_t) {
+    return 0;
+}
+
+toff_t sizeOfFile(thandle_t handle) {
+    return toff_t(fileOf(handle).bytes.size());
+}
+
+using Tiff = std::unique_ptr<TIFF, decltype(&TIFFClose)>;
+
+Tiff openForWriting(MemoryFile& file) {
+    return {TIFFClientOpen("picture", "wl", &file, readFile, writeFile, seekFile, closeFile,
+                           sizeOfFile, nullptr, nullptr),
+            &TIFFClose};
+}
+
+bool writeTags(TIFF* tiff, const QImage& image, int samples, const QByteArray& description) {
+    const bool colour = samples == 3;
+    return TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, image.width()) &&
+           TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, image.height()) &&
+           TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, 8) &&
+           TIFFSetField(tiff, TIFFTAG_SAMPLESPERPIXEL, samples) &&
+           TIFFSetField(tiff, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG) &&
+           TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC,
+                        colour ? PHOTOMETRIC_RGB : PHOTOMETRIC_MINISBLACK) &&
+           TIFFSetField(tiff, TIFFTAG_COMPRESSION, COMPRESSION_NONE) &&
+           TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, image.height()) &&
+           TIFFSetField(tiff, TIFFTAG_IMAGEDESCRIPTION, description.constData());
+}
+
+bool writeRows(TIFF* tiff, const QImage& image) {
+    for (int y = 0; y < image.height(); ++y) {
+        // libtiff only reads the row, but its interface is older than const.
+        if (TIFFWriteScanline(tiff, const_cast<uchar*>(image.constScanLine(y)), uint32_t(y)) < 0)
+            return false;
+    }
+    return TIFFWriteDirectory(tiff) != 0;
+}
+
+bool write(MemoryFile& file, const QImage& image, int samples, const QByteArray& description) {
+    const Tiff tiff = openForWriting(file);
+    return tiff && writeTags(tiff.get(), image, samples, description) &&
+           writeRows(tiff.get(), image);
+}
+
+/// What a picture's rows, directory and text take at most, below the format's 4 GiB.
+bool fits(const QImage& image, int samples, const QByteArray& description) {
+    constexpr qint64 directory = 4096;
+    const qint64 pixels = qint64(image.width()) * image.height() * samples;
+    return pixels > 0 && pixels + description.size() + directory < qint64(1) << 32;
 }
 
 } // namespace
 
 QByteArray PTiffEncoder::encode(const QImage& image, const QString& description) {
-    // A value of up to four bytes would have to lie in the directory itself.
-    const QByteArray text = description.toUtf8().leftJustified(4, ' ');
-    const Layout layout(image, text);
-    if (!layout.fits())
+    const int samples = image.isGrayscale() ? 1 : 3;
+    const QByteArray text = description.toUtf8();
+    if (!fits(image, samples, text))
         return {};
-    const QImage packed = image.convertToFormat(layout.samples == 3 ? QImage::Format_RGB888
-                                                                    : QImage::Format_Grayscale8);
-    QByteArray bytes;
-    bytes.reserve(qsizetype(layout.pixels + layout.pixelBytes));
-    bytes.append("II*\0", 4);
-    append(bytes, headerSize); // where the directory is
-    appendDirectory(bytes, image, layout);
-    for (int i = 0; i < 3; ++i)
-        append<quint16>(bytes, 8);
-    bytes.append(text);
-    bytes.append(qsizetype(layout.pixels) - bytes.size(), '\0');
-    for (int y = 0; y < packed.height(); ++y) {
-        bytes.append(reinterpret_cast<const char*>(packed.constScanLine(y)),
-                     qsizetype(packed.width()) * qsizetype(layout.samples));
-    }
-    return bytes;
+    MemoryFile file;
+    file.bytes.reserve(qsizetype(image.width()) * image.height() * samples + text.size());
+    const auto format = samples == 3 ? QImage::Format_RGB888 : QImage::Format_Grayscale8;
+    const bool done = write(file, image.convertToFormat(format), samples, text);
+    if (file.outOfMemory)
+        throw std::bad_alloc();
+    return done ? file.bytes : QByteArray();
 }

@@ -5,11 +5,11 @@
 #include <QImage>
 #include <QString>
 
-/// Encodes pictures as baseline TIFF 6.0: 8 bits a sample, grey or RGB, uncompressed,
-/// little-endian. (Qt's own TIFF writer needs a plugin and writes no description.) Any thread.
+/// Encodes pictures as TIFF: 8 bits a sample, grey or RGB, uncompressed, little-endian. Through
+/// libtiff itself: Qt's TIFF writer needs a plugin and writes no description. Any thread.
 class PTiffEncoder {
 public:
     /// The file's bytes, with the text (as UTF-8) in the tag ImageDescription. Empty if the picture
-    /// is empty or too large for the format (4 GiB). Throws std::bad_alloc.
+    /// is empty, too large for the format (4 GiB), or refused by libtiff. Throws std::bad_alloc.
     static QByteArray encode(const QImage& image, const QString& description);
 };
