@@ -10,9 +10,15 @@
 
 #include <PDip/PBufferPool.h>
 
+#include <QCoreApplication>
+#include <QTimer>
+
 #include <algorithm>
+#include <chrono>
 
 namespace {
+
+constexpr std::chrono::seconds frameMemoryDelay(5);
 
 /// Text from a device's bytes, which may be padded with zeros.
 QString trimmedText(const QByteArray& bytes) {
@@ -27,6 +33,15 @@ PStatus goneFailure() {
 PStatus refusedUnless(bool done, const QString& what) {
     return done ? PStatus(PStatus::Ok)
                 : PStatus::failure(QStringLiteral("the device refused to ") + what);
+}
+
+/// Frame memory that waits to be used again is worth nothing without a stream. Some of it comes
+/// back only when the frames that still wait have been delivered, so a little later again.
+void giveFrameMemoryBack() {
+    const auto trim = [] { PBufferPool::instance().trim(); };
+    trim();
+    if (QCoreApplication* const application = QCoreApplication::instance())
+        QTimer::singleShot(frameMemoryDelay, application, trim);
 }
 
 } // namespace
@@ -168,8 +183,7 @@ PStatus PDevice::stopStream() {
         return PStatus::Ok;
     m_streaming = false;
     const bool stopped = tryStopStream();
-    // Frame memory that waits to be used again is worth nothing without a stream.
-    PBufferPool::instance().trim();
+    giveFrameMemoryBack();
     return refusedUnless(stopped, QStringLiteral("stop its stream"));
 }
 

@@ -6,6 +6,7 @@
 
 #include <PLog/PLog.h>
 
+#include <QPointer>
 #include <QScopeGuard>
 
 #include <algorithm>
@@ -69,9 +70,12 @@ void PDeviceRegister::removeDevice(PDevice* device) {
     // finds it gone already.
     if (!m_devices.removeOne(device))
         return;
+    const QPointer<PDevice> present(device);
     device->retire();
-    emit deviceRemoved(device);
-    destroyDevice(device);
+    if (present)
+        emit deviceRemoved(device);
+    if (present) // no listener has deleted it by itself
+        destroyDevice(device);
 }
 
 void PDeviceRegister::updateDevices() {
@@ -112,5 +116,8 @@ void PDeviceRegister::addDevice(PDevice* device) {
     device->setParent(this);
     device->m_registerId = m_id;
     m_devices.append(device);
+    // Somebody may delete it after all: the list must not keep what is gone. Only its address is
+    // looked at, there is no device any more by then.
+    connect(device, &QObject::destroyed, this, [this, device] { m_devices.removeOne(device); });
     emit deviceAdded(device);
 }

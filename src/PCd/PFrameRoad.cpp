@@ -3,12 +3,16 @@
 
 #include <PLog/PLog.h>
 
-#include <QMetaObject>
+#include <QCoreApplication>
+#include <QEvent>
 #include <QPointer>
 
+#include <chrono>
 #include <exception>
 
 namespace {
+
+constexpr std::chrono::milliseconds deliveryTime(10);
 
 void logFailure(const char* what, const char* reason) noexcept {
     try {
@@ -23,8 +27,28 @@ void logFailure(const char* what, const char* reason) noexcept {
 
 } // namespace
 
+/// Lives on the device's thread and drains the road there when an event asks it to.
+class PFrameRoad::Waker : public QObject {
+public:
+    explicit Waker(PFrameRoad* road)
+        : m_road(road) {}
+
+    bool event(QEvent* event) override {
+        if (event->type() != QEvent::User)
+            return QObject::event(event);
+        m_road->drain(); // may be the end of the road, and of this
+        return true;
+    }
+
+private:
+    PFrameRoad* m_road;
+};
+
+PFrameRoad::~PFrameRoad() = default;
+
 PFrameRoad::PFrameRoad(QObject* device, Deliver deliver, std::size_t byteLimit)
     : m_device(device)
+    , m_waker(std::make_unique<Waker>(this))
     , m_deliver(std::move(deliver))
     , m_handoff(byteLimit) {
 }
@@ -138,11 +162,10 @@ void PFrameRoad::wake() noexcept {
     if (!m_handoff.claimWake())
         return;
     try {
-        // The hop to the device's thread. One posted call serves all frames that come until it
-        // runs, so a stalled thread finds one event waiting, not thousands; it dies with the
-        // device.
-        QMetaObject::invokeMethod(
-            m_device, [this] { drain(); }, Qt::QueuedConnection);
+        // The hop to the device's thread. One event serves all frames that come until it is there,
+        // so a stalled thread finds one event waiting, not thousands; it dies with the device. An
+        // event of its own carries nothing from thread to thread but the wish to be called.
+        QCoreApplication::postEvent(m_waker.get(), new QEvent(QEvent::User));
     } catch (const std::exception&) {
         m_handoff.wakeArrived(); // no memory for the event: the next frame tries again
     }
@@ -150,8 +173,10 @@ void PFrameRoad::wake() noexcept {
 
 void PFrameRoad::drain() {
     m_handoff.wakeArrived();
-    // Only what waits now: with a camera faster than its listeners the event loop would starve.
+    // Only what waits now, and for a moment only: the rest of the event loop must get its turn also
+    // with a camera faster than its listeners, and with listeners that are slow.
     const std::size_t waiting = m_handoff.size();
+    const auto end = std::chrono::steady_clock::now() + deliveryTime;
     const QPointer<QObject> device(m_device);
     for (std::size_t i = 0; i < waiting; ++i) {
         std::optional<PFrameHandoff::Entry> entry = m_handoff.take();
@@ -160,6 +185,8 @@ void PFrameRoad::drain() {
         deliverOne(std::move(*entry));
         if (!device) // a listener deleted the device, and this with it
             return;
+        if (std::chrono::steady_clock::now() >= end)
+            break;
     }
     if (m_handoff.size() > 0)
         wake();

@@ -22,6 +22,7 @@ public:
 
     /// `deliver` is called on the thread of `device`, which must outlive this.
     PFrameRoad(QObject* device, Deliver deliver, std::size_t byteLimit);
+    ~PFrameRoad();
 
     /// A live frame, and a snapshot, set out. Any thread; never waits for the device's thread.
     void sendLive(const PImage& image) noexcept;
@@ -52,7 +53,10 @@ private:
     void drain();
     void deliverOne(PFrameHandoff::Entry entry);
 
+    class Waker;
+
     QObject* m_device;
+    std::unique_ptr<QObject> m_waker;
     Deliver m_deliver;
     PFrameAccounts m_accounts;
     PFrameHandoff m_handoff;

@@ -12,6 +12,9 @@
 
 namespace {
 
+/// Marks a root object that somebody has been given.
+constexpr char ownedProperty[] = "pcdOwned";
+
 /// Interface ids of device plugins begin with this.
 const QLatin1String devicePluginPrefix("pellix.devices.");
 
@@ -40,6 +43,7 @@ QStringList PPluginLoader::searchPaths() const {
 
 QList<PDeviceRegister*> PPluginLoader::load() {
     m_failures.clear();
+    m_loadedClasses.clear();
     QList<PDeviceRegister*> registers;
     const QStringList files = pluginFiles();
     for (const QString& file : files) {
@@ -95,6 +99,10 @@ PDeviceRegister* PPluginLoader::loadFile(const QString& path) {
     auto* const deviceRegister = qobject_cast<PDeviceRegister*>(root);
     if (deviceRegister == nullptr)
         return fail(path, QStringLiteral("its root object is no device register"));
+    // A plugin has one root object in a process, and that has one owner.
+    if (root->property(ownedProperty).toBool())
+        return fail(path, QStringLiteral("it has been loaded already, and its register is in use"));
+    root->setProperty(ownedProperty, true);
     m_loadedClasses.append(className);
     return deviceRegister;
 }

@@ -61,14 +61,14 @@ PMemoryLogSink::PMemoryLogSink(qsizetype capacity)
 
 void PMemoryLogSink::write(const PLogRecord& record) {
     const std::lock_guard lock(m_mutex);
-    m_records.append(record);
-    while (m_records.size() > m_capacity)
-        m_records.removeFirst();
+    m_records.push_back(record);
+    while (qsizetype(m_records.size()) > m_capacity)
+        m_records.pop_front();
 }
 
 QList<PLogRecord> PMemoryLogSink::records() const {
     const std::lock_guard lock(m_mutex);
-    return m_records;
+    return {m_records.cbegin(), m_records.cend()};
 }
 
 void PMemoryLogSink::clear() {

@@ -5,6 +5,7 @@
 
 #include <QFile>
 
+#include <deque>
 #include <mutex>
 
 /// Takes log records. write() is called on the thread that logged, one call at a time for a sink;
@@ -50,5 +51,6 @@ public:
 private:
     mutable std::mutex m_mutex; // written by any thread, read by the page's or the test's
     qsizetype m_capacity;
-    QList<PLogRecord> m_records;
+    // No QList: a copy of one shares its memory, and would be read while this goes on writing.
+    std::deque<PLogRecord> m_records;
 };

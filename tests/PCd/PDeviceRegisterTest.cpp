@@ -256,6 +256,25 @@ TEST_F(PDeviceRegisterTest, does_not_bring_back_what_a_listener_removed_during_a
     EXPECT_TRUE(added.isEmpty());
 }
 
+TEST_F(PDeviceRegisterTest, forgets_a_device_that_somebody_else_deletes) {
+    find({a, b});
+    delete a;
+    EXPECT_EQ(fakes.devices(), Devices{b});
+    find({b});
+    EXPECT_EQ(fakes.devices(), Devices{b});
+}
+
+TEST_F(PDeviceRegisterTest, survives_a_listener_that_deletes_the_device_while_it_is_removed) {
+    find({a, b});
+    QObject::connect(a, &PDevice::unlinked, &fakes, [this] { a->deleteLater(); });
+    QObject::connect(&fakes, &PDeviceRegister::deviceRemoved,
+                     [](PDevice* device) { delete device; });
+    find({b});
+    EXPECT_TRUE(a.isNull());
+    runDeferredDeletes();
+    EXPECT_EQ(fakes.devices(), Devices{b});
+}
+
 TEST_F(PDeviceRegisterTest, leaves_a_device_alone_that_is_not_its_own) {
     find({a});
     fakes.removeDevice(b);

@@ -82,6 +82,22 @@ TEST(PFrameRoad, leaves_room_for_other_events_between_frames_that_never_end) {
     EXPECT_EQ(deliveredBeforeOther, 1);
 }
 
+TEST(PFrameRoad, leaves_room_for_other_events_between_frames_of_slow_listeners) {
+    FakeDevice device;
+    int delivered = 0;
+    QObject::connect(&device, &PDevice::imageChanged, [&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(30)); // longer than a turn may take
+        ++delivered;
+    });
+    sendImages(device, 5);
+    int deliveredBefore = -1;
+    QMetaObject::invokeMethod(
+        &device, [&] { deliveredBefore = delivered; }, Qt::QueuedConnection);
+    ASSERT_TRUE(runDry(device));
+    EXPECT_EQ(delivered, 5);
+    EXPECT_EQ(deliveredBefore, 1) << "it waited for one frame, not for all";
+}
+
 TEST(PFrameRoad, knows_the_newest_frame_before_it_is_delivered) {
     FakeDevice device;
     EXPECT_TRUE(device.newestFrame().image.isNull());

@@ -135,6 +135,19 @@ TEST_F(PPluginLoaderTest, loads_a_class_once_however_many_files_have_it) {
     EXPECT_EQ(reasonFor(pluginFile("devicecopy")), QString()); // it is no failure
 }
 
+TEST_F(PPluginLoaderTest, gives_a_register_to_one_owner_only) {
+    loader.addSearchPath(pluginFile("device"));
+    load();
+    ASSERT_EQ(countOf("TestRegister"), 1u);
+    PPluginLoader second;
+    second.addSearchPath(pluginFile("device"));
+    for (PDeviceRegister* root : second.load())
+        EXPECT_STRNE(root->metaObject()->className(), "TestRegister");
+    ASSERT_FALSE(second.failures().isEmpty());
+    EXPECT_EQ(second.failures().first().reason,
+              QStringLiteral("it has been loaded already, and its register is in use"));
+}
+
 TEST_F(PPluginLoaderTest, loads_a_file_once_however_often_it_is_named) {
     loader.addSearchPath(pluginFolder("device"));
     loader.addSearchPath(pluginFile("device"));

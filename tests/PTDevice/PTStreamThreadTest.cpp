@@ -31,6 +31,10 @@ protected:
         SimJournal::clear();
     }
 
+    static SimCameraText slowCamera() {
+        return SimCameraText().withResolutions(R"([{"width": 64, "height": 48, "fps": 20}])");
+    }
+
     void startPulling() {
         ASSERT_EQ(Toupcam_StartPullModeWithCallback(device->sdkHandle(), cbEvent, device.get()),
                   S_OK);
@@ -46,7 +50,9 @@ protected:
 
     QList<unsigned int> queuedEvents() {
         const QMutexLocker locker(&device->pullThread()->lock);
-        return device->pullThread()->events;
+        // The items, not the list: a copied list shares its memory with the worker's.
+        const auto& events = device->pullThread()->events;
+        return {events.cbegin(), events.cend()};
     }
 
     qsizetype queuedImages() {
@@ -186,6 +192,7 @@ TEST_F(PTStreamThreadTest,
 }
 
 TEST_F(PTStreamThreadTest, a_still_picture_is_pulled_and_arrives_as_a_snapshot_in_the_hosts_order) {
+    reopen(slowCamera()); // no backlog of live frames in which the event is dropped
     QSignalSpy stills(device.get(), &PDevice::snapshotTaken);
     startPulling();
     ASSERT_TRUE(waitUntil([&] { return device->frameLedger().produced >= 1; }));
@@ -216,6 +223,7 @@ TEST_F(PTStreamThreadTest, a_still_whose_first_pull_fails_is_logged_as_1) {
 }
 
 TEST_F(PTStreamThreadTest, a_still_whose_second_pull_fails_is_logged_as_2_and_not_delivered) {
+    reopen(slowCamera());
     QSignalSpy stills(device.get(), &PDevice::snapshotTaken);
     ToupcamSim_failCall("Toupcam_PullStillImageV2", 1, 1, E_FAIL);
     startPulling();

@@ -10,8 +10,13 @@
 #include <QImageWriter>
 #include <QSaveFile>
 #include <QScopeGuard>
+#include <QUuid>
+
+#include <fcntl.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstdio>
 
 namespace {
 
@@ -50,25 +55,43 @@ QByteArray encode(const QString& path, const QImage& image, const PPictureText& 
 }
 
 bool writeAll(QFileDevice& file, const QByteArray& bytes) {
-    return file.write(bytes) == bytes.size() && file.flush();
+    qsizetype done = 0;
+    while (done < bytes.size()) {
+        // A disk that fills up takes a part first, and says why at the next try only.
+        const qint64 written = file.write(bytes.constData() + done, bytes.size() - done);
+        if (written <= 0)
+            return false;
+        done += qsizetype(written);
+    }
+    return file.flush();
 }
 
 PStatus replaceFile(const QString& path, const QByteArray& bytes) {
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || !writeAll(file, bytes) || !file.commit())
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) || !writeAll(file, bytes) ||
+        !file.commit())
         return fileFailure(path, file.errorString());
     return PStatus::Ok;
 }
 
-/// Not QSaveFile: its last step replaces whatever has come up under the name meanwhile; a rename
-/// by QFile does not.
+/// Gives a file its name in one step, unless something of that name is there: a file, a folder, or
+/// a link that leads nowhere.
+bool renameWithoutReplacing(const QString& from, const QString& to) {
+    return renameat2(AT_FDCWD, QFile::encodeName(from).constData(), AT_FDCWD,
+                     QFile::encodeName(to).constData(), RENAME_NOREPLACE) == 0;
+}
+
+/// Not QSaveFile: its last step replaces whatever has come up under the name meanwhile.
 PStatus createFile(const QString& path, const QByteArray& bytes) {
-    QFile file(path + u".part"_qs);
-    if (!file.open(QIODevice::WriteOnly))
+    // A name of its own, and only if it is free: another program may be saving the same picture.
+    QFile file(u"%1.%2.part"_qs.arg(path, QUuid::createUuid().toString(QUuid::Id128)));
+    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered))
         return fileFailure(path, file.errorString());
     auto removePart = qScopeGuard([&] { file.remove(); });
-    if (!writeAll(file, bytes) || !file.rename(path))
+    if (!writeAll(file, bytes))
         return fileFailure(path, file.errorString());
+    if (!renameWithoutReplacing(file.fileName(), path))
+        return fileFailure(path, qt_error_string(errno));
     removePart.dismiss();
     return PStatus::Ok;
 }

@@ -117,7 +117,10 @@ QByteArray PTiffEncoder::encode(const QImage& image, const QString& description)
     MemoryFile file;
     file.bytes.reserve(qsizetype(image.width()) * image.height() * samples + text.size());
     const auto format = samples == 3 ? QImage::Format_RGB888 : QImage::Format_Grayscale8;
-    const bool done = write(file, image.convertToFormat(format), samples, text);
+    const QImage packed = image.convertToFormat(format);
+    if (packed.isNull())
+        throw std::bad_alloc();
+    const bool done = write(file, packed, samples, text);
     if (file.outOfMemory)
         throw std::bad_alloc();
     return done ? file.bytes : QByteArray();

@@ -66,6 +66,17 @@ PCtlOutcome readSeconds(const QCommandLineParser& parser, const QString& option,
     return {};
 }
 
+/// A text option that is given says something: an empty one comes from a variable that was not set.
+PCtlOutcome checkTexts(const QCommandLineParser& parser) {
+    for (const char* const name :
+         {"camera", "sdk", "scene", "plugin-path", "log-level", "mode", "output", "save"}) {
+        const QString option = QString::fromLatin1(name);
+        if (parser.isSet(option) && parser.values(option).contains(QString()))
+            return wrongValue(QString(), option, u"a text that is not empty"_qs);
+    }
+    return {};
+}
+
 /// Is every option one that this command has?
 PCtlOutcome checkOptions(const PCtlSyntax::CommandSyntax& syntax, const QStringList& arguments) {
     QCommandLineParser parser;
@@ -107,7 +118,9 @@ PCtlOutcome PCtlParser::parse(const QStringList& arguments) {
         return withHint(parser.errorText(), syntax == nullptr ? QString() : word + u' ');
     if (syntax == nullptr)
         return withHint(badCommand(word), QString());
-    const PCtlOutcome outcome = checkOptions(*syntax, arguments);
+    PCtlOutcome outcome = checkOptions(*syntax, arguments);
+    if (outcome.isDone())
+        outcome = checkTexts(parser);
     m_options.command = syntax->command;
     return outcome.isDone() ? readOptions(parser) : outcome;
 }

@@ -26,13 +26,20 @@ void noteSignal(int) {
     errno = before;
 }
 
+/// What the signals did before, for when the loop is gone.
+std::array<struct sigaction, signalsThatEnd.size()> actionsBefore;
+
 void installHandlers() {
     struct sigaction action {};
     action.sa_handler = noteSignal;
     // Only once: the next signal of the kind has its usual effect.
     action.sa_flags = int(unsigned(SA_RESTART) | SA_RESETHAND);
-    for (const int number : signalsThatEnd)
-        sigaction(number, &action, nullptr);
+    for (std::size_t i = 0; i < signalsThatEnd.size(); ++i) {
+        sigaction(signalsThatEnd[i], nullptr, &actionsBefore[i]);
+        // What was ignored from the start stays so: nohup, and jobs in the background of a script.
+        if (actionsBefore[i].sa_handler != SIG_IGN)
+            sigaction(signalsThatEnd[i], &action, nullptr);
+    }
 }
 
 } // namespace
@@ -50,8 +57,8 @@ PInterruptibleLoop::PInterruptibleLoop() {
 }
 
 PInterruptibleLoop::~PInterruptibleLoop() {
-    for (const int number : signalsThatEnd)
-        std::signal(number, SIG_DFL);
+    for (std::size_t i = 0; i < signalsThatEnd.size(); ++i)
+        sigaction(signalsThatEnd[i], &actionsBefore[i], nullptr);
     m_notifier.reset();
     for (int& end : signalPipe) {
         close(end);
