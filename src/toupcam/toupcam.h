@@ -117,8 +117,7 @@ typedef struct {
 #define TOUPCAM_FLAG_TRIGGER_SOFTWARE 0x00080000ull  /* software trigger */
 #define TOUPCAM_FLAG_TRIGGER_EXTERNAL 0x00100000ull  /* external (hardware) trigger */
 #define TOUPCAM_FLAG_BANDWIDTH 0x0000004000000000ull /* bit 38: link bandwidth can be limited */
-#define TOUPCAM_FLAG_USB32_OVER_USB30 0x0800000000000000ull /* bit 59: USB 3.2 on a USB 3.0 link   \
-                                                             */
+#define TOUPCAM_FLAG_USB32_OVER_USB30 0x0800000000000000ull /* bit 59: USB 3.2 on USB 3.0 */
 
 /* ---- Options of Toupcam_put_Option and Toupcam_get_Option ----------------------------------- */
 

@@ -10,7 +10,6 @@
 #include <QImageWriter>
 #include <QSaveFile>
 #include <QScopeGuard>
-#include <QUuid>
 
 #include <fcntl.h>
 
@@ -83,9 +82,8 @@ bool renameWithoutReplacing(const QString& from, const QString& to) {
 
 /// Not QSaveFile: its last step replaces whatever has come up under the name meanwhile.
 PStatus createFile(const QString& path, const QByteArray& bytes) {
-    // A name of its own, and only if it is free: another program may be saving the same picture.
-    QFile file(u"%1.%2.part"_qs.arg(path, QUuid::createUuid().toString(QUuid::Id128)));
-    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered))
+    QFile file(path + u".part"_qs);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
         return fileFailure(path, file.errorString());
     auto removePart = qScopeGuard([&] { file.remove(); });
     if (!writeAll(file, bytes))
