@@ -3,11 +3,13 @@
 
 #include "CtlFiles.h"
 
+#include <apps/common/PPictureFile.h>
+
 #include <support/QtPrinters.h>
 
 #include <QDir>
 
-#include <sys/stat.h>
+#include <future>
 
 namespace {
 
@@ -24,6 +26,11 @@ PDeviceFrame frame(int width = 64) {
     return made;
 }
 
+PStatus savePicture(const QString& path, const PDeviceFrame& saved) {
+    return PPictureFile::save(path, saved.image.toQImage(), {}, PPictureFile::Existing::Keep,
+                              PPictureFile::Effort::Fast);
+}
+
 class FrameSaver : public CtlFolderTest {
 protected:
     PNumberedFiles files() const {
@@ -34,19 +41,10 @@ protected:
     QStringList saved() const {
         return QDir(path(QString())).entryList({u"*.png*"_qs}, QDir::Files, QDir::Name);
     }
-    /// A writer that opens this name stands still until unblock().
-    void block(const QString& name) const {
-        ASSERT_EQ(mkfifo(QFile::encodeName(path(name)).constData(), 0600), 0);
-    }
-    void unblock(const QString& name) const {
-        QFile reader(path(name));
-        EXPECT_TRUE(reader.open(QIODevice::ReadOnly | QIODevice::Unbuffered));
-        reader.readAll();
-    }
 };
 
 TEST_F(FrameSaver, saves_live_frames_in_the_order_they_came) {
-    PFrameSaver saver(files(), {});
+    PFrameSaver saver(files(), savePicture);
     EXPECT_TRUE(saver.takeFrame(frame(64), Kind::Live));
     EXPECT_TRUE(saver.takeFrame(frame(65), Kind::Live));
     ASSERT_TRUE(saver.waitUntilIdle(deadline));
@@ -57,7 +55,7 @@ TEST_F(FrameSaver, saves_live_frames_in_the_order_they_came) {
 }
 
 TEST_F(FrameSaver, leaves_snapshots_alone) {
-    PFrameSaver saver(files(), {});
+    PFrameSaver saver(files(), savePicture);
     EXPECT_TRUE(saver.takeFrame(frame(), Kind::Snapshot));
     ASSERT_TRUE(saver.waitUntilIdle(deadline));
     EXPECT_EQ(saved(), QStringList());
@@ -65,7 +63,7 @@ TEST_F(FrameSaver, leaves_snapshots_alone) {
 
 TEST_F(FrameSaver, its_destructor_saves_what_waits) {
     {
-        PFrameSaver saver(files(), {});
+        PFrameSaver saver(files(), savePicture);
         for (int i = 0; i < 20; ++i)
             EXPECT_TRUE(saver.takeFrame(frame(), Kind::Live));
     }
@@ -73,18 +71,21 @@ TEST_F(FrameSaver, its_destructor_saves_what_waits) {
 }
 
 TEST_F(FrameSaver, refuses_frames_beyond_its_limit_and_takes_them_again_later) {
-    // Both writers stand still, so that everything taken stays counted.
-    block(u"f-1.png.part"_qs);
-    block(u"f-2.png.part"_qs);
+    // The writers stand still, so that everything taken stays counted.
+    std::promise<void> gate;
+    const auto savePictureBehindGate =
+        [open = gate.get_future().share()](const QString& path, const PDeviceFrame& saved) {
+            open.wait();
+            return savePicture(path, saved);
+        };
     const std::size_t bytes = frame().image.dataSize();
-    PFrameSaver saver(files(), {}, 3 * bytes);
+    PFrameSaver saver(files(), savePictureBehindGate, 3 * bytes);
     for (int i = 0; i < 3; ++i)
         EXPECT_TRUE(saver.takeFrame(frame(), Kind::Live));
     EXPECT_FALSE(saver.takeFrame(frame(), Kind::Live));
     EXPECT_EQ(saver.state().waiting, 3U);
     EXPECT_EQ(saver.state().unsaved, 1U);
-    unblock(u"f-1.png.part"_qs);
-    unblock(u"f-2.png.part"_qs);
+    gate.set_value();
     ASSERT_TRUE(saver.waitUntilIdle(deadline));
     EXPECT_TRUE(saver.takeFrame(frame(), Kind::Live));
     ASSERT_TRUE(saver.waitUntilIdle(deadline));
@@ -93,7 +94,7 @@ TEST_F(FrameSaver, refuses_frames_beyond_its_limit_and_takes_them_again_later) {
 }
 
 TEST_F(FrameSaver, takes_a_frame_larger_than_its_limit_if_nothing_waits) {
-    PFrameSaver saver(files(), {}, 1);
+    PFrameSaver saver(files(), savePicture, 1);
     EXPECT_TRUE(saver.takeFrame(frame(), Kind::Live));
     ASSERT_TRUE(saver.waitUntilIdle(deadline));
     EXPECT_EQ(saver.state().saved, 1U);
@@ -101,7 +102,7 @@ TEST_F(FrameSaver, takes_a_frame_larger_than_its_limit_if_nothing_waits) {
 
 TEST_F(FrameSaver, after_a_failure_saves_nothing_more_and_says_why) {
     writeFile(path(u"f-2.png"_qs), "mine");
-    PFrameSaver saver(files(), {});
+    PFrameSaver saver(files(), savePicture);
     saver.takeFrame(frame(), Kind::Live);
     saver.takeFrame(frame(), Kind::Live);
     ASSERT_TRUE(saver.waitUntilIdle(deadline));

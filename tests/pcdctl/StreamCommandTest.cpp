@@ -149,6 +149,15 @@ TEST_F(StreamCommand, a_camera_that_does_not_start_is_a_failure_without_a_report
         << result.errors.toStdString();
 }
 
+TEST_F(StreamCommand, a_camera_that_does_not_stop_is_a_failure_with_its_report) {
+    scene.addFault(failing(u"Toupcam_Stop"_qs));
+    const CtlResult result = stream({u"-n"_qs, u"5"_qs, u"--json"_qs});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.json.value(u"frames"_qs).toInt(), 5);
+    EXPECT_EQ(result.json.value(u"error"_qs).toString(),
+              u"the device refused to stop its stream"_qs);
+}
+
 TEST_F(StreamCommand, without_a_set_end_runs_until_ctrl_c_and_is_done) {
     CtlProcess process(arguments({u"--json"_qs}));
     startAndWaitForFrames(process);

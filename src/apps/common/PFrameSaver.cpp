@@ -1,10 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/PFrameSaver.h>
 
-#include <apps/common/PPictureFile.h>
-
-#include <PCd/PFrameStamp.h>
-
 #include <exception>
 #include <utility>
 
@@ -14,9 +10,9 @@ constexpr int writerCount = 2;
 
 } // namespace
 
-PFrameSaver::PFrameSaver(PNumberedFiles files, PCameraIdentity camera, std::size_t byteLimit)
+PFrameSaver::PFrameSaver(PNumberedFiles files, SaveFrame saveFrame, std::size_t byteLimit)
     : m_files(std::move(files))
-    , m_camera(std::move(camera))
+    , m_saveFrame(std::move(saveFrame))
     , m_byteLimit(byteLimit) {
     for (int i = 0; i < writerCount; ++i)
         m_writers.emplace_back([this] { saveFrames(); });
@@ -80,10 +76,7 @@ void PFrameSaver::saveFrames() {
 QString PFrameSaver::trySave(const Job& job) const {
     const QString path = m_files.path(job.number);
     try {
-        return PPictureFile::save(path, job.frame.image.toQImage(),
-                                  pictureTextOf(m_camera, job.frame.stamp.get()),
-                                  PPictureFile::Existing::Keep, PPictureFile::Effort::Fast)
-            .reason();
+        return m_saveFrame(path, job.frame).reason();
     } catch (const std::exception& error) {
         return u"cannot save \"%1\": %2"_qs.arg(path, QString::fromLocal8Bit(error.what()));
     }

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <apps/common/PCameraIdentity.h>
 #include <apps/common/PNumberedFiles.h>
 
 #include <PCd/PFrameSink.h>
@@ -10,17 +9,21 @@
 #include <condition_variable>
 #include <cstddef>
 #include <deque>
+#include <functional>
 #include <mutex>
 #include <thread>
 #include <vector>
 
-/// A frame sink that saves every live frame as a picture file of a series, on threads of its own.
+/// A frame sink that saves every live frame as a file of a series, on threads of its own.
 /// What waits for them is bounded in bytes. Never overwrites a file. Any thread.
 class PFrameSaver : public PFrameSink {
 public:
     static constexpr std::size_t DefaultByteLimit = std::size_t(2) << 30;
 
-    PFrameSaver(PNumberedFiles files, PCameraIdentity camera,
+    /// Saves one frame under this path and says how that went. Called on several threads at once.
+    using SaveFrame = std::function<PStatus(const QString& path, const PDeviceFrame& frame)>;
+
+    PFrameSaver(PNumberedFiles files, SaveFrame saveFrame,
                 std::size_t byteLimit = DefaultByteLimit);
     /// Saves what still waits, then returns.
     ~PFrameSaver() override;
@@ -52,7 +55,7 @@ private:
     void giveUp(const QString& error);
 
     const PNumberedFiles m_files;
-    const PCameraIdentity m_camera;
+    const SaveFrame m_saveFrame;
     const std::size_t m_byteLimit;
 
     mutable std::mutex m_mutex; // guards all below but m_writers

@@ -10,6 +10,7 @@
 #include <QImageWriter>
 #include <QSaveFile>
 #include <QScopeGuard>
+#include <QUuid>
 
 #include <fcntl.h>
 
@@ -82,8 +83,9 @@ bool renameWithoutReplacing(const QString& from, const QString& to) {
 
 /// Not QSaveFile: its last step replaces whatever has come up under the name meanwhile.
 PStatus createFile(const QString& path, const QByteArray& bytes) {
-    QFile file(path + u".part"_qs);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+    // A name of its own: another program may be saving under the same one.
+    QFile file(u"%1.%2.part"_qs.arg(path, QUuid::createUuid().toString(QUuid::Id128)));
+    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered))
         return fileFailure(path, file.errorString());
     auto removePart = qScopeGuard([&] { file.remove(); });
     if (!writeAll(file, bytes))

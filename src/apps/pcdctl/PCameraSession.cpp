@@ -59,13 +59,13 @@ PCtlOutcome PCameraSession::setMode(const QString& wanted) {
                                : failedUnlessOk(m_device->setMode(*mode));
 }
 
-void PCameraSession::close() {
-    if (m_device != nullptr)
-        m_device->stopStream();
+PStatus PCameraSession::close() {
+    const PStatus stopped = m_device != nullptr ? m_device->stopStream() : PStatus(PStatus::Ok);
     m_loop.drain([this] { return isUnplugged() || m_device->frameLedger().waiting == 0; },
                  longestDrain);
     if (m_device != nullptr)
         m_device->unlink();
+    return stopped;
 }
 
 PFrameLedger PCameraSession::ledger() const {

@@ -20,8 +20,9 @@ public:
     /// Links the camera and sets the mode with this id or name (empty: as it is). A mode it does
     /// not have is wrong usage.
     PCtlOutcome open(const QString& mode);
-    /// Stops the stream and waits until the frames on their way have arrived, then unlinks.
-    void close();
+    /// Stops the stream and waits until the frames on their way have arrived, then unlinks. Fails
+    /// if the camera would not stop.
+    PStatus close();
 
     /// Null once the camera was unplugged.
     PDevice* device() const { return m_device; }

@@ -1,6 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "PStreamRun.h"
 
+#include <apps/common/PPictureFile.h>
+#include <apps/common/PPictureText.h>
+
+#include <PCd/PFrameStamp.h>
+
 #include <utility>
 
 namespace {
@@ -32,10 +37,13 @@ PCtlOutcome PStreamRun::run() {
     const bool reachedEnd = m_session.waitFor([this] { return isOver(); }, m_options.duration);
     // Asked before the stream is closed: closing it takes time, which is no stall.
     const QString trouble = troubleAfter(reachedEnd);
-    m_session.close();
+    const PStatus closed = m_session.close();
     finishSaving();
-    const QString text = trouble.isEmpty() ? troubleInAccounts() : trouble;
-    return text.isEmpty() ? PCtlOutcome() : PCtlOutcome::failed(text);
+    for (const QString& text : {trouble, closed.reason(), troubleInAccounts()}) {
+        if (!text.isEmpty())
+            return PCtlOutcome::failed(text);
+    }
+    return {};
 }
 
 PCtlOutcome PStreamRun::start() {
@@ -61,7 +69,12 @@ PCtlOutcome PStreamRun::startSaver() {
     const PStatus status = files.setPattern(m_options.savePattern);
     if (!status.isOk())
         return PCtlOutcome::wrongUsage(status.reason());
-    m_saver = std::make_shared<PFrameSaver>(files, m_camera);
+    const auto savePicture = [camera = m_camera](const QString& path, const PDeviceFrame& frame) {
+        return PPictureFile::save(path, frame.image.toQImage(),
+                                  pictureTextOf(camera, frame.stamp.get()),
+                                  PPictureFile::Existing::Keep, PPictureFile::Effort::Fast);
+    };
+    m_saver = std::make_shared<PFrameSaver>(files, savePicture);
     m_session.device()->addFrameSink(m_saver);
     return {};
 }
