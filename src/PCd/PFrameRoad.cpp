@@ -33,11 +33,10 @@ public:
     explicit Waker(PFrameRoad* road)
         : m_road(road) {}
 
-    bool event(QEvent* event) override {
-        if (event->type() != QEvent::User)
-            return QObject::event(event);
+protected:
+    /// There is one kind of event that is not Qt's own.
+    void customEvent(QEvent*) override {
         m_road->drain(); // may be the end of the road, and of this
-        return true;
     }
 
 private:

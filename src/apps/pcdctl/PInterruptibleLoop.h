@@ -2,27 +2,22 @@
 #pragma once
 
 #include <QEventLoop>
-#include <QSocketNotifier>
 #include <QTimer>
 
 #include <chrono>
 #include <functional>
-#include <memory>
 #include <optional>
 
 /// Runs events until something has happened, a time is over, or the user wants an end (Ctrl-C, or a
-/// termination signal). One at a time; the main thread.
+/// termination signal). The main thread.
 class PInterruptibleLoop {
 public:
     /// From here on the first such signal is only noted; a second one ends the process, whatever it
     /// is stuck in.
     PInterruptibleLoop();
-    ~PInterruptibleLoop();
-    PInterruptibleLoop(const PInterruptibleLoop&) = delete;
-    PInterruptibleLoop& operator=(const PInterruptibleLoop&) = delete;
 
     /// True once the user wants an end.
-    bool isInterrupted() const { return m_interrupted; }
+    bool isInterrupted() const;
 
     /// Runs events until the predicate holds; it is asked after every batch of events, and a few
     /// times a second at least. False if the time is over or the user wants an end first.
@@ -36,7 +31,5 @@ private:
              std::optional<std::chrono::milliseconds> atMost, bool interruptible);
 
     QEventLoop m_loop;
-    QTimer m_heartbeat;
-    bool m_interrupted = false;
-    std::unique_ptr<QSocketNotifier> m_notifier;
+    QTimer m_heartbeat; // looks for an interruption while nothing happens
 };

@@ -3,6 +3,7 @@
 #include "PCtlHost.h"
 #include "PCtlOutput.h"
 #include "PCtlParser.h"
+#include "PEndSignals.h"
 
 #include <PLog/PLog.h>
 
@@ -86,6 +87,7 @@ PCtlOutcome guardedRun(const QStringList& arguments) {
 } // namespace
 
 int main(int argc, char* argv[]) {
+    PEndSignals::watch();
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationVersion(QStringLiteral(PCD_VERSION));
     PCtlOutcome outcome = guardedRun(QCoreApplication::arguments());

@@ -5,6 +5,7 @@
 #include <toupcam/sim/PSimWorld.h>
 
 #include <algorithm>
+#include <thread>
 #include <utility>
 
 namespace {
@@ -56,18 +57,18 @@ void PSimPlan::start() {
             m_world.faults().delay(spec.function.toStdString(), spec.ms);
     }
     const std::lock_guard lock(m_mutex);
-    if (nextTimed())
-        m_thread = std::thread([this] { runTimed(); });
+    if (!nextTimed())
+        return;
+    // Detached: nothing is unloaded before the process ends, and nobody would join it then.
+    m_timerRuns = true;
+    std::thread([self = shared_from_this()] { self->runTimer(); }).detach();
 }
 
 void PSimPlan::stop() {
-    {
-        const std::lock_guard lock(m_mutex);
-        m_stopping = true;
-        m_wake.notify_all();
-    }
-    if (m_thread.joinable())
-        m_thread.join();
+    std::unique_lock lock(m_mutex);
+    m_stopping = true;
+    m_wake.notify_all();
+    m_wake.wait(lock, [this] { return !m_timerRuns; });
 }
 
 bool PSimPlan::isLost(const QByteArray& camera, std::uint64_t taken) const {
@@ -105,8 +106,14 @@ PSimPlan::Step* PSimPlan::nextTimed() {
     return next;
 }
 
-void PSimPlan::runTimed() {
+void PSimPlan::runTimer() {
     std::unique_lock lock(m_mutex);
+    performTimed(lock);
+    m_timerRuns = false;
+    m_wake.notify_all();
+}
+
+void PSimPlan::performTimed(std::unique_lock<std::mutex>& lock) {
     while (Step* const step = nextTimed()) {
         const auto when = m_loaded + std::chrono::milliseconds(*step->spec.atMs);
         if (m_wake.wait_until(lock, when, [this] { return m_stopping; }))

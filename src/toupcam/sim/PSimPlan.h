@@ -6,7 +6,6 @@
 
 #include <condition_variable>
 #include <mutex>
-#include <thread>
 
 class PSimWorld;
 
@@ -36,7 +35,8 @@ private:
 
     bool isLost(const QByteArray& camera, std::uint64_t taken) const;
     void frameDone(const QByteArray& camera, std::uint64_t taken);
-    void runTimed();
+    void runTimer();
+    void performTimed(std::unique_lock<std::mutex>& lock);
     Step* nextTimed();
     void perform(const PSimFaultSpec& step);
     void pushMalformed(const PSimFaultSpec& step);
@@ -44,9 +44,9 @@ private:
     PSimWorld& m_world;
     const std::uint64_t m_seed;
     const std::chrono::steady_clock::time_point m_loaded;
-    std::mutex m_mutex; // guards the steps' done marks and m_stopping
+    std::mutex m_mutex; // guards the steps' done marks and all below but the steps themselves
     std::condition_variable m_wake;
     std::vector<Step> m_steps;
     bool m_stopping = false;
-    std::thread m_thread;
+    bool m_timerRuns = false;
 };

@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/PSceneFile.h>
 
-#include "CtlFiles.h"
-
+#include <support/FolderTest.h>
 #include <support/QtPrinters.h>
 
 #include <QJsonDocument>
 
 namespace {
 
-class SceneFile : public CtlFolderTest {
+class SceneFile : public FolderTest {
 protected:
     PSceneFile read(const QByteArray& text) const {
         writeFile(path(u"scene.json"_qs), text);

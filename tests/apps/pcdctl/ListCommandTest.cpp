@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "CtlFiles.h"
 #include "CtlProcess.h"
 #include "CtlScene.h"
 
+#include <support/FolderTest.h>
 #include <support/QtPrinters.h>
 
+#include <QImage>
 #include <QSet>
 
 namespace {
@@ -13,7 +14,7 @@ const QString list = u"list"_qs;
 const QString sim = u"--sdk=sim"_qs;
 const QString json = u"--json"_qs;
 
-class ListCommand : public CtlFolderTest {
+class ListCommand : public FolderTest {
 protected:
     QString sceneFile() const { return path(u"scene.json"_qs); }
 };

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
-#include "CtlFiles.h"
 #include "CtlProcess.h"
 #include "CtlScene.h"
 
+#include <support/FolderTest.h>
 #include <support/QtPrinters.h>
 
 namespace {
 
-class ModesCommand : public CtlFolderTest {
+class ModesCommand : public FolderTest {
 protected:
     /// "modes" with these arguments and two cameras, Small-S0001 and Small-T0002.
     CtlResult modes(const QStringList& arguments) const {

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "CtlFiles.h"
 #include "CtlProcess.h"
 
 #include <support/QtPrinters.h>
+
+#include <gtest/gtest.h>
 
 namespace {
 

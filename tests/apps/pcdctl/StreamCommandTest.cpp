@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "CtlFiles.h"
 #include "CtlProcess.h"
 #include "CtlScene.h"
 
+#include <support/FolderTest.h>
 #include <support/QtPrinters.h>
 
 #include <csignal>
@@ -12,7 +12,7 @@
 
 namespace {
 
-class StreamCommand : public CtlFolderTest {
+class StreamCommand : public FolderTest {
 protected:
     CtlScene scene = CtlScene().addCamera();
 
@@ -166,6 +166,20 @@ TEST_F(StreamCommand, without_a_set_end_runs_until_ctrl_c_and_is_done) {
     EXPECT_EQ(process.exitCode(), 0);
     EXPECT_TRUE(process.json().value(u"ledger"_qs).toObject().value(u"balanced"_qs).toBool());
     EXPECT_EQ(process.errors(), QByteArray());
+}
+
+TEST_F(StreamCommand, a_second_ctrl_c_ends_the_program_although_the_camera_is_stuck) {
+    scene.addFault(
+        {{u"do"_qs, u"delay"_qs}, {u"function"_qs, u"Toupcam_Stop"_qs}, {u"ms"_qs, 600'000}});
+    CtlProcess process(arguments({}));
+    startAndWaitForFrames(process);
+    // Signals of a kind that wait together are one, so more than two are needed.
+    while (process.isRunning()) {
+        process.sendSignal(SIGINT);
+        usleep(50'000);
+    }
+    ASSERT_TRUE(process.finish());
+    EXPECT_EQ(process.exitCode(), -1);
 }
 
 TEST_F(StreamCommand, a_termination_signal_before_a_set_end_ends_with_the_summary_and_code_1) {

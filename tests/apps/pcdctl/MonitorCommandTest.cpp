@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "CtlFiles.h"
 #include "CtlProcess.h"
 #include "CtlScene.h"
 
+#include <support/FolderTest.h>
 #include <support/QtPrinters.h>
 
 #include <QDateTime>
@@ -11,7 +11,7 @@
 
 namespace {
 
-class MonitorCommand : public CtlFolderTest {
+class MonitorCommand : public FolderTest {
 protected:
     CtlScene scene = CtlScene().addCamera();
 

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/PPictureFile.h>
 
-#include "CtlFiles.h"
-
+#include <support/FolderTest.h>
 #include <support/QtPrinters.h>
 
 #include <QDir>
@@ -17,7 +16,7 @@ QImage smallPicture() {
     return image;
 }
 
-class PictureFile : public CtlFolderTest {
+class PictureFile : public FolderTest {
 protected:
     PStatus save(const QString& name, PPictureFile::Existing existing) const {
         return PPictureFile::save(path(name), smallPicture(), {{u"Camera"_qs, u"Käfer: 1"_qs}},

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "CtlFiles.h"
 
-#include <QFile>
+#include <QStringList>
 
 #include <csignal>
-#include <stdexcept>
 
 #include <sys/resource.h>
 
@@ -26,17 +25,6 @@ QString colourName(QRgb colour) {
 }
 
 } // namespace
-
-void writeFile(const QString& path, const QByteArray& bytes) {
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-        throw std::runtime_error("cannot write " + path.toStdString());
-}
-
-QByteArray readFile(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 QString patchColours(const QImage& picture) {
     if (picture.isNull())

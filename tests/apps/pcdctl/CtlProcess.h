@@ -26,6 +26,7 @@ public:
     /// Waits until the standard output has this in it.
     bool waitForOutput(const QByteArray& text);
     void sendSignal(int number);
+    bool isRunning();
 
     /// After finish(): the exit code; -1 if it was killed or crashed.
     int exitCode() const;
@@ -38,6 +39,7 @@ private:
     QProcess m_process;
     QProcessEnvironment m_environment;
     QByteArray m_output;
+    bool m_started = false;
 };
 
 /// Runs it to its end with these arguments.

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/PNumberedFiles.h>
 
-#include "CtlFiles.h"
-
+#include <support/FolderTest.h>
 #include <support/QtPrinters.h>
 
 namespace {
@@ -13,7 +12,7 @@ PNumberedFiles series(const QString& pattern) {
     return files;
 }
 
-class NumberedFiles : public CtlFolderTest {};
+class NumberedFiles : public FolderTest {};
 
 TEST_F(NumberedFiles, numbers_are_padded_with_zeros_to_the_length_of_the_run) {
     EXPECT_EQ(series(u"a/f-###.png"_qs).path(7), u"a/f-007.png"_qs);

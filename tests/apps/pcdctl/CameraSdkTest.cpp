@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Which camera SDK a program takes.
-#include "CtlFiles.h"
 #include "CtlProcess.h"
 #include "CtlScene.h"
 
+#include <support/FolderTest.h>
 #include <support/QtPrinters.h>
 
 #include <QFile>
@@ -39,7 +39,7 @@ bool hasSoname(const char* path) {
     return false;
 }
 
-class CameraSdk : public CtlFolderTest {};
+class CameraSdk : public FolderTest {};
 
 TEST_F(CameraSdk, sim_is_the_simulator_that_comes_with_the_program) {
     const CtlResult result = runCtl({list, u"--sdk"_qs, u"sim"_qs, json});
@@ -141,7 +141,7 @@ constexpr SceneRow brokenScenes[] = {
     {"a_camera_without_an_id", R"({"cameras": [{"model": "M"}]})", "cameras[0].id"},
 };
 
-class BrokenScene : public CtlFolderTest, public testing::WithParamInterface<SceneRow> {};
+class BrokenScene : public FolderTest, public testing::WithParamInterface<SceneRow> {};
 
 TEST_P(BrokenScene, is_wrong_usage_that_names_the_file_and_the_place) {
     const QString scene = path(u"broken.json"_qs);

@@ -44,13 +44,16 @@ CtlProcess& CtlProcess::with(const std::function<void()>& modifier) {
 }
 
 CtlProcess& CtlProcess::start() {
+    // A test in the background of a script has Ctrl-C ignored, and would hand that on.
+    std::signal(SIGINT, SIG_DFL);
     m_process.setProcessEnvironment(m_environment);
     m_process.start();
+    m_started = true;
     return *this;
 }
 
 bool CtlProcess::finish() {
-    if (m_process.state() == QProcess::NotRunning && m_process.processId() == 0)
+    if (!m_started)
         start();
     const bool finished =
         m_process.waitForFinished(longestRunMs) || m_process.state() == QProcess::NotRunning;
@@ -67,6 +70,10 @@ bool CtlProcess::waitForOutput(const QByteArray& text) {
         m_output += m_process.readAllStandardOutput();
     }
     return true;
+}
+
+bool CtlProcess::isRunning() {
+    return !m_process.waitForFinished(0) && m_process.state() != QProcess::NotRunning;
 }
 
 void CtlProcess::sendSignal(int number) {

@@ -3,13 +3,14 @@
 #include "CtlProcess.h"
 #include "CtlScene.h"
 
+#include <support/FolderTest.h>
 #include <support/QtPrinters.h>
 
 #include <QDir>
 
 namespace {
 
-class StreamSave : public CtlFolderTest {
+class StreamSave : public FolderTest {
 protected:
     CtlScene scene = CtlScene().addCamera();
     const QString pattern = path(u"run/f-###.png"_qs);

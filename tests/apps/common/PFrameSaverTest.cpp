@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/PFrameSaver.h>
 
-#include "CtlFiles.h"
-
 #include <apps/common/PPictureFile.h>
 
+#include <support/FolderTest.h>
 #include <support/QtPrinters.h>
 
 #include <QDir>
@@ -31,7 +30,7 @@ PStatus savePicture(const QString& path, const PDeviceFrame& saved) {
                               PPictureFile::Effort::Fast);
 }
 
-class FrameSaver : public CtlFolderTest {
+class FrameSaver : public FolderTest {
 protected:
     PNumberedFiles files() const {
         PNumberedFiles series;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "CtlScene.h"
 
-#include "CtlFiles.h"
+#include <support/FolderTest.h>
 
 #include <QJsonDocument>
 

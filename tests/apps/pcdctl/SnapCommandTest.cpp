@@ -3,6 +3,7 @@
 #include "CtlProcess.h"
 #include "CtlScene.h"
 
+#include <support/FolderTest.h>
 #include <support/QtPrinters.h>
 
 #include <QDateTime>
@@ -11,7 +12,7 @@
 
 namespace {
 
-class SnapCommand : public CtlFolderTest {
+class SnapCommand : public FolderTest {
 protected:
     CtlScene scene = CtlScene().addCamera();
 
