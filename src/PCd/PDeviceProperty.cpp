@@ -2,6 +2,7 @@
 #include <PCd/PDeviceProperty.h>
 
 #include <PCd/PMetaTypes.h>
+#include <PCd/PPropertyStreamForm.h>
 #include <PCd/PWidgetFactory.h>
 
 #include <PCore/PAbstractReader.h>
@@ -42,11 +43,12 @@ bool PDeviceProperty::writeStreamThis(PAbstractWriter* writer, const QString& na
 }
 
 bool PDeviceProperty::writeValueToStream(PAbstractWriter* writer) const {
-    return writer->writeValue(valueName(), m_value);
+    return writer->writeValue(valueName(), PPropertyStreamForm::toForm(m_value, m_range));
 }
 
 bool PDeviceProperty::readValueFromStream(PAbstractReader* reader, const QString& name) {
-    const QVariant value = reader->readValue(name);
+    const QVariant form = reader->readValue(name);
+    const QVariant value = PPropertyStreamForm::fromForm(form, m_value, m_range);
     if (!value.isValid())
         return false;
     setValue(value);

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+#include <PCd/PDevicePropertyScanArea.h>
+
+#include <PCore/PAbstractReader.h>
+
+PDevicePropertyScanArea::PDevicePropertyScanArea(const QByteArray& id, const QString& title,
+                                                 PCD::DevicePropertyType type)
+    : PDevicePropertyTRangedQVariantBased(id, title, type) {
+}
+
+bool PDevicePropertyScanArea::writeValueToStream(PAbstractWriter* writer) const {
+    return valueInner().toRect().isEmpty() ||
+           PDevicePropertyTRangedQVariantBased::writeValueToStream(writer);
+}
+
+bool PDevicePropertyScanArea::readValueFromStream(PAbstractReader* reader, const QString& name) {
+    const QVariant region = reader->readValue(name);
+    if (region.typeId() != QMetaType::QRect)
+        return false;
+    setValue(region);
+    updateValueFromDevice();
+    return valueInner() == region;
+}

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCd/PDevicePropertyTRangedQVariantBased.h>
+#include <PCd/PScanAreaRange.h>
+
+#include <QRect>
+
+/// A region of the sensor. The device's thread.
+class PDevicePropertyScanArea : public PDevicePropertyTRangedQVariantBased<QRect, PScanAreaRange> {
+    Q_OBJECT
+
+public:
+    PDevicePropertyScanArea(const QByteArray& id, const QString& title,
+                            PCD::DevicePropertyType type);
+
+    /// Writes nothing where there is no region (the device could not say); that is no failure.
+    bool writeValueToStream(PAbstractWriter* writer) const override;
+    /// Sends the region to the device, and asks it what it has made of it: only that tells whether
+    /// it was taken, as devices differ in the sense of their answer.
+    bool readValueFromStream(PAbstractReader* reader, const QString& name) override;
+};

@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: MIT
+#include <PCd/PPropertyCheck.h>
+
+#include <PCd/PDeviceProperty.h>
+#include <PCd/PEnumeration.h>
+#include <PCd/PPropertyText.h>
+#include <PCd/PScanAreaRange.h>
+
+#include <PCore/PMinMaxRange.h>
+
+namespace {
+
+using IntRange = PMinMaxRange<int>;
+
+bool isIn(const IntRange& range, int value) {
+    // In 64 bits: the ends may be as far apart as integers go.
+    const qint64 above = qint64(value) - range.minimum;
+    return above >= 0 && value <= range.maximum && (range.step <= 1 || above % range.step == 0);
+}
+
+bool isMultiple(int value, int step) {
+    return step <= 1 || value % step == 0;
+}
+
+bool isIn(const PScanAreaRange& range, const QRect& region) {
+    return range.bounds.contains(region) && region.width() >= range.minimumWidth &&
+           region.height() >= range.minimumHeight && isMultiple(region.width(), range.widthStep) &&
+           isMultiple(region.height(), range.heightStep) &&
+           isMultiple(region.left(), range.offsetStep) &&
+           isMultiple(region.top(), range.offsetStep);
+}
+
+bool hasItem(const PEnumeration& choices, const QUuid& id) {
+    for (const PEnumerationItem& item : choices.items()) {
+        if (item.id == id)
+            return true;
+    }
+    return false;
+}
+
+bool isTaken(const QVariant& value, const QVariant& current, const QVariant& range) {
+    if (range.metaType() == QMetaType::fromType<IntRange>())
+        return value.typeId() == QMetaType::Int && isIn(range.value<IntRange>(), value.toInt());
+    if (range.metaType() == QMetaType::fromType<PEnumeration>())
+        return value.typeId() == QMetaType::QUuid &&
+               hasItem(range.value<PEnumeration>(), value.toUuid());
+    if (range.metaType() == QMetaType::fromType<PScanAreaRange>())
+        return value.typeId() == QMetaType::QRect &&
+               isIn(range.value<PScanAreaRange>(), value.toRect());
+    return value.isValid() && value.metaType() == current.metaType();
+}
+
+QString expectedNumber(const IntRange& range) {
+    const QString text =
+        QStringLiteral("a whole number from %1 to %2").arg(range.minimum).arg(range.maximum);
+    return range.step > 1 ? text + QStringLiteral(" in steps of %1").arg(range.step) : text;
+}
+
+QString expectedChoice(const PEnumeration& choices) {
+    QStringList names;
+    for (const PEnumerationItem& item : choices.items())
+        names.append(QLatin1Char('"') + item.title + QLatin1Char('"'));
+    return QStringLiteral("one of ") + names.join(QStringLiteral(", "));
+}
+
+QString expectedRegion(const PScanAreaRange& range) {
+    return QStringLiteral("a region x,y,width,height inside %1, of %2 x %3 pixels at least, in "
+                          "steps of %4 x %5")
+        .arg(PPropertyText::ofRegion(range.bounds))
+        .arg(range.minimumWidth)
+        .arg(range.minimumHeight)
+        .arg(qMax(1, range.widthStep))
+        .arg(qMax(1, range.heightStep));
+}
+
+} // namespace
+
+PStatus PPropertyCheck::check(const PDeviceProperty& property, const QVariant& value) {
+    const QString name = QString::fromLatin1(property.id());
+    if (property.type() == PCD::DevicePropertyType::Action)
+        return PStatus::failure(QStringLiteral("\"%1\" is an action and takes no value").arg(name));
+    if (isTaken(value, property.valueInner(), property.rangeInner()))
+        return PStatus::Ok;
+    return PStatus::failure(QStringLiteral("\"%1\" cannot be %2: expected %3")
+                                .arg(name, PPropertyText::ofValue(value, property.rangeInner()),
+                                     expectation(property)));
+}
+
+QString PPropertyCheck::expectation(const PDeviceProperty& property) {
+    const QVariant range = property.rangeInner();
+    if (range.metaType() == QMetaType::fromType<IntRange>())
+        return expectedNumber(range.value<IntRange>());
+    if (range.metaType() == QMetaType::fromType<PEnumeration>())
+        return expectedChoice(range.value<PEnumeration>());
+    if (range.metaType() == QMetaType::fromType<PScanAreaRange>())
+        return expectedRegion(range.value<PScanAreaRange>());
+    if (property.valueInner().typeId() == QMetaType::Bool)
+        return QStringLiteral("on or off");
+    return QStringLiteral("a value of the type %1")
+        .arg(QString::fromLatin1(property.valueInner().metaType().name()));
+}

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QVariant>
+
+/// The form in which a property's value is written: a choice as its item's untranslated name, which
+/// people can read and edit; a composite value as the bytes of its QDataStream operators;
+/// everything else as it is. Any thread.
+class PPropertyStreamForm {
+public:
+    /// The form of a value, which may depend on the property's range. Invalid if it has none.
+    static QVariant toForm(const QVariant& value, const QVariant& range);
+
+    /// The value of a form. `current` is the property's value now: its type says what is expected,
+    /// and what a composite's bytes leave out stays as it is there. Invalid if the form makes no
+    /// value: an unknown name, bytes that are too few or too many, another type.
+    static QVariant fromForm(const QVariant& form, const QVariant& current, const QVariant& range);
+};

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QRect>
+#include <QString>
+#include <QVariant>
+
+class PDeviceProperty;
+
+/// Values of properties as text for people, and back. Any thread.
+class PPropertyText {
+public:
+    /// "12", "on", "Add 2x2", "0,0,640,480"; a type that has no text: its name in angle brackets.
+    static QString ofValue(const QVariant& value, const QVariant& range);
+    /// "x,y,width,height".
+    static QString ofRegion(const QRect& region);
+
+    /// The value that a text means for a property: a whole number; on, off, true, false, 1 or 0; a
+    /// choice's title, name or device number; a region x,y,width,height. Invalid if it means none.
+    /// Ranges are not looked at.
+    static QVariant toValue(const QString& text, const PDeviceProperty& property);
+};
