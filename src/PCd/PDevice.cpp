@@ -173,7 +173,7 @@ PStatus PDevice::startStream() {
         return PStatus::failure(QStringLiteral("the device is not linked"));
     if (m_streaming)
         return PStatus::failure(QStringLiteral("the stream runs already"));
-    updateSettings();
+    updateMode();
     m_streaming = tryStartStream();
     return refusedUnless(m_streaming, QStringLiteral("start its stream"));
 }
@@ -192,8 +192,8 @@ PStatus PDevice::setMode(const PDeviceMode& mode) {
         return goneFailure();
     if (!trySetMode(mode))
         return refusedUnless(false, QStringLiteral("take the mode ") + mode.name);
-    updateSettings();
-    emit modeChanged(getCurrentMode());
+    updateMode();
+    emit modeChanged(m_mode);
     return PStatus::Ok;
 }
 
@@ -244,9 +244,15 @@ const QList<PDevicePropertyGroup*>& PDevice::supportPropertyGroups() {
     return m_groups;
 }
 
+void PDevice::updateMode() {
+    m_mode = getCurrentMode();
+    updateSettings();
+}
+
+/// The mode is that of the last updateMode(): asking for it takes several calls to the device.
 void PDevice::updateSettings() {
     auto settings = std::make_shared<PDeviceSettings>();
-    settings->mode = getCurrentMode();
+    settings->mode = m_mode;
     for (const PDeviceProperty* property : std::as_const(m_properties))
         settings->values.append({property->id(), property->valueInner()});
     m_frames->setSettings(std::move(settings));

@@ -167,10 +167,12 @@ private:
     friend class PDeviceRegister; // retires the device and gives it its m_registerId
 
     void takeProperties();
+    void updateMode();
     void updateSettings();
     void retire();
 
     QByteArray m_registerId;
+    PDeviceMode m_mode; ///< for the settings of frames
     QList<PDeviceProperty*> m_properties;
     QList<PDevicePropertyGroup*> m_groups;
     int m_options = 0;

@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "PTDevice.h"
 
+#include "PTLiveDevices.h"
 #include "PTLog.h"
 #include "PTStreamThread.h"
-
-#include <PCd/PDeviceProperty.h>
-#include <PCd/PDevicePropertyGroup.h>
 
 #include <QScopeGuard>
 
@@ -88,10 +86,12 @@ PTDevice::PTDevice(ToupcamDeviceV2 record)
     setDeviceOption(PCD::DeviceOption::HotPluggable, true);
     setDeviceOption(PCD::DeviceOption::AsynchronousStill, true);
     applyFixedSettings();
+    PTLiveDevices::add(this);
     closeAgain.dismiss();
 }
 
 PTDevice::~PTDevice() {
+    PTLiveDevices::remove(this);
     // A pull-mode worker that still runs would pull through a closed handle.
     streamThread->stopThread();
     // Returns when no callback is in progress any more.
@@ -221,14 +221,6 @@ bool PTDevice::trySetMode(const PDeviceMode& mode) {
     PT_LOG_AT(342) << "Mode applied: eSize index" << applied << "final size" << finalWidth << "x"
                    << finalHeight;
     return true;
-}
-
-QList<PDeviceProperty*> PTDevice::getSupportProperties() {
-    return {};
-}
-
-QList<PDevicePropertyGroup*> PTDevice::getSupportPropertyGroups() {
-    return {};
 }
 
 void PTDevice::handleSdkDisconnect() {

@@ -49,7 +49,9 @@ public:
     bool trySetMode(const PDeviceMode& mode) override;
     /// The SDK's resolutions in their order: the id is the index, the name "widthxheight".
     QList<PDeviceMode> getSupportModes() override;
+    /// New objects at each call, owned by the caller, bound to the camera.
     QList<PDeviceProperty*> getSupportProperties() override;
+    /// New groups over the properties that the device has taken; a group may be empty.
     QList<PDevicePropertyGroup*> getSupportPropertyGroups() override;
 
     /// The model's flag word (TOUPCAM_FLAG_…). Any thread.
@@ -83,6 +85,11 @@ private:
         QByteArray model;
         QByteArray serial;
     };
+
+    QList<PDeviceProperty*> exposureProperties();
+    QList<PDeviceProperty*> whiteBalanceProperties();
+    QList<PDeviceProperty*> pictureProperties();
+    PDeviceProperty* roiProperty();
 
     void readSerial();
     void applyFixedSettings();

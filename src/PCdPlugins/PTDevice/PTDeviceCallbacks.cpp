@@ -1,16 +1,12 @@
 // SPDX-License-Identifier: MIT
-// The SDK's way back into the plugin. Everything here runs on threads of the SDK, inside its C
-// code: an exception that got out would end the process.
+// The SDK's way back into the plugin.
+#include "PTCallbackGuard.h"
 #include "PTDevice.h"
 #include "PTLog.h"
 #include "PTStreamThread.h"
 
 #include <PCd/PCdDipUtils.h>
-#include <PCd/PDeviceProperty.h>
 
-#include <QMetaObject>
-
-#include <exception>
 #include <optional>
 #include <utility>
 
@@ -19,28 +15,6 @@ namespace {
 constexpr auto cbDataText = "void cbData(const void *, const BITMAPINFOHEADER *, int, void *)";
 constexpr auto cbEventText = "void cbEvent(unsigned int, void *)";
 constexpr auto cbExposureText = "void cbExposure(void *)";
-
-void logException(const char* callback, const char* what) noexcept {
-    try {
-        ptLog(callback, __FILE__, __LINE__, PLogLevel::Error) << "Exception:" << what;
-    } catch (...) {
-        return; // no memory to tell it either
-    }
-}
-
-/// Runs a callback's body and keeps what it throws from the SDK. True if nothing was thrown.
-template <typename Body>
-bool guarded(const char* callback, const Body& body) noexcept {
-    try {
-        body();
-        return true;
-    } catch (const std::exception& error) {
-        logException(callback, error.what());
-    } catch (...) {
-        logException(callback, "of an unknown type");
-    }
-    return false;
-}
 
 std::optional<PDIP::ColorFormat> formatOfDepth(int bitCount) {
     switch (bitCount) {
@@ -124,12 +98,6 @@ void takeEvent(PTDevice* device, unsigned int code) {
     device->pullThread()->pushEvent(code);
 }
 
-void updateLater(const PTDevice* device, const char* propertyId) {
-    // The property lives on the device's thread, and only there may it talk to its listeners.
-    if (PDeviceProperty* const property = device->getProperty(propertyId))
-        QMetaObject::invokeMethod(property, "updateValueFromDevice", Qt::QueuedConnection);
-}
-
 } // namespace
 
 void cbData(const void* data, const BITMAPINFOHEADER* header, int isSnapshot, void* ctx) {
@@ -137,26 +105,28 @@ void cbData(const void* data, const BITMAPINFOHEADER* header, int isSnapshot, vo
     if (device == nullptr)
         return;
     if (data == nullptr) {
-        guarded(cbDataText, [&] { device->handleSdkDisconnect(); });
+        PTCallbackGuard::run(cbDataText, [&] { device->handleSdkDisconnect(); });
         return;
     }
     if (header == nullptr)
         return;
     // What throws comes before the frame is handed over and booked.
-    if (!guarded(cbDataText, [&] { takeBuffer(device, data, *header, isSnapshot != 0); }))
+    if (!PTCallbackGuard::run(cbDataText,
+                              [&] { takeBuffer(device, data, *header, isSnapshot != 0); }))
         device->reportDroppedFrames(PFrameFate::NoMemory);
 }
 
 void cbEvent(unsigned int code, void* ctx) {
-    guarded(cbEventText, [&] { takeEvent(static_cast<PTDevice*>(ctx), code); });
+    PTCallbackGuard::run(cbEventText, [&] { takeEvent(static_cast<PTDevice*>(ctx), code); });
 }
 
 void cbExposure(void* ctx) {
     const auto* const device = static_cast<PTDevice*>(ctx);
     if (device == nullptr)
         return;
-    guarded(cbExposureText, [&] {
-        updateLater(device, "autoexpottime"); // spelled like this in the catalogue too
-        updateLater(device, "autoexpogain");
+    PTCallbackGuard::run(cbExposureText, [&] {
+        PTCallbackGuard::updateLater(device,
+                                     "autoexpottime"); // spelled like this in the catalogue too
+        PTCallbackGuard::updateLater(device, "autoexpogain");
     });
 }

@@ -17,11 +17,16 @@ PMessageStream ptLog(const char* function, const char* file, int line,
 /// A record that is known by a source line of its own: the number stays when the statement moves.
 #define PT_LOG_AT(line) ptLog(Q_FUNC_INFO, __FILE__, line)
 
-/// Makes an SDK call once and, if its result is an error, logs it as failed with the call's text as
-/// it is written here, from the function and source line by which the record is known.
-#define PT_OP_IN(function, line, ...)                                                              \
+/// Makes an SDK call once and, if its result is an error, logs it as failed with this text of the
+/// call, which the macros below take as it is written.
+#define PT_OP_AS(function, line, text, ...)                                                        \
     do {                                                                                           \
         if (!checkError(__VA_ARGS__))                                                              \
-            ptLog(function, __FILE__, line, PLogLevel::Warning)                                    \
-                << "Failed TOUPCAM_OP:" << #__VA_ARGS__;                                           \
+            ptLog(function, __FILE__, line, PLogLevel::Warning) << "Failed TOUPCAM_OP:" << text;   \
     } while (false)
+
+/// An SDK call from the function and source line by which its record is known.
+#define PT_OP_IN(function, line, ...) PT_OP_AS(function, line, #__VA_ARGS__, __VA_ARGS__)
+
+/// An SDK call from here.
+#define PT_OP(...) PT_OP_AS(Q_FUNC_INFO, __LINE__, #__VA_ARGS__, __VA_ARGS__)

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+#include "PTCallbackGuard.h"
+
+#include "PTLog.h"
+
+#include <PCd/PDevice.h>
+#include <PCd/PDeviceProperty.h>
+
+#include <QMetaObject>
+
+void PTCallbackGuard::logException(const char* callback, const char* what) noexcept {
+    try {
+        ptLog(callback, __FILE__, __LINE__, PLogLevel::Error) << "Exception:" << what;
+    } catch (...) {
+        return; // no memory to tell it either
+    }
+}
+
+void PTCallbackGuard::updateLater(const PDevice* device, const char* propertyId) {
+    // The property lives on the device's thread, and only there may it talk to its listeners.
+    if (PDeviceProperty* const property = device->getProperty(propertyId))
+        QMetaObject::invokeMethod(property, "updateValueFromDevice", Qt::QueuedConnection);
+}

@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: MIT
+// What the camera offers: its properties, in their order, and the groups that show them.
+#include "PTDevice.h"
+#include "PTPropProcessMode.h"
+#include "PTPropRoi.h"
+#include "PTProps.h"
+
+#include <PCd/PDevicePropertyGroup.h>
+
+#include <algorithm>
+
+namespace {
+
+/// Exposures beyond this are for another program: 50 s.
+constexpr unsigned longestExposure = 50'000'000;
+
+using Properties = QList<PDeviceProperty*>;
+
+PTSwitch* switchOf(Toupcam_t* handle, int (*get)(Toupcam_t*, int*), int (*put)(Toupcam_t*, int),
+                   const char* id, const QString& title) {
+    return new PTSwitch(handle, get, put, id, title);
+}
+
+template <typename T>
+PTNumber<T>* numberOf(Toupcam_t* handle, int (*get)(Toupcam_t*, T*), int (*put)(Toupcam_t*, T),
+                      T minimum, T maximum, const char* id, const QString& title) {
+    return new PTNumber<T>(handle, get, put, {minimum, maximum, 1}, id, title);
+}
+
+template <typename Property>
+Property* withDefault(Property* property, int value) {
+    property->setDefaultValue(property->convertFromT(value));
+    return property;
+}
+
+/// The composite exposure property holds and saves what these show.
+template <typename Property>
+Property* notSaved(Property* property) {
+    property->setSerializable(false);
+    return property;
+}
+
+PDeviceProperty* exposureTime(Toupcam_t* handle, const QString& title) {
+    unsigned minimum = 0;
+    unsigned maximum = 0;
+    unsigned standard = 0; // the SDK's own; not the one we offer
+    Toupcam_get_ExpTimeRange(handle, &minimum, &maximum, &standard);
+    auto* const time = numberOf(handle, Toupcam_get_ExpoTime, Toupcam_put_ExpoTime, minimum,
+                                std::min(maximum, longestExposure), "autoexpottime", title);
+    time->setType(PCD::DevicePropertyType::Duration);
+    time->setUnit(ValueUnits::Microsecond);
+    time->setUnitsType(ValueUnitType::Time);
+    return notSaved(withDefault(time, 120));
+}
+
+PDeviceProperty* analogueGain(Toupcam_t* handle, const QString& title) {
+    unsigned short minimum = 0;
+    unsigned short maximum = 0;
+    unsigned short standard = 0;
+    Toupcam_get_ExpoAGainRange(handle, &minimum, &maximum, &standard);
+    return notSaved(withDefault(numberOf(handle, Toupcam_get_ExpoAGain, Toupcam_put_ExpoAGain,
+                                         minimum, maximum, "autoexpogain", title),
+                                100));
+}
+
+PDeviceProperty* speedLevel(Toupcam_t* handle, const QString& title, const QString& description) {
+    const auto highest = static_cast<unsigned short>(Toupcam_get_MaxSpeed(handle));
+    auto* const speed = numberOf<unsigned short>(handle, Toupcam_get_Speed, Toupcam_put_Speed, 0,
+                                                 highest, "speed", title);
+    speed->setDescription(description);
+    return withDefault(speed, highest);
+}
+
+} // namespace
+
+QList<PDeviceProperty*> PTDevice::getSupportProperties() {
+    Properties all;
+    all += exposureProperties();
+    all += whiteBalanceProperties();
+    all += pictureProperties();
+    all.append(speedLevel(m_handle, tr("Speed"),
+                          tr("If the live video is not displayed, reduce the speed.")));
+    all.append(roiProperty());
+    all += createProcessModeProperties(this, m_handle);
+    return all;
+}
+
+QList<PDeviceProperty*> PTDevice::exposureProperties() {
+    auto* const automatic =
+        switchOf(m_handle, Toupcam_get_AutoExpoEnable, Toupcam_put_AutoExpoEnable, "autoexponeable",
+                 tr("Autoexposure"));
+    return {notSaved(withDefault(automatic, true)),
+            notSaved(numberOf<unsigned short>(m_handle, Toupcam_get_AutoExpoTarget,
+                                              Toupcam_put_AutoExpoTarget, 10, 230, "autoexpotarget",
+                                              tr("Autotarget"))),
+            exposureTime(m_handle, tr("Time")), analogueGain(m_handle, tr("Gain"))};
+}
+
+QList<PDeviceProperty*> PTDevice::whiteBalanceProperties() {
+    // The defaults are each other's, outside of their ranges, and have always been: files and
+    // users know them.
+    return {
+        withDefault(new PTTempTint(m_handle, PTTempTint::Tint, {200, 2500, 1}, "tint", tr("Tint")),
+                    6503),
+        withDefault(
+            new PTTempTint(m_handle, PTTempTint::Temperature, {2000, 15000, 1}, "temp", tr("Temp")),
+            1000),
+        new PTAWBOnce(m_handle, "awbonce", tr("Auto whitebalance"))};
+}
+
+QList<PDeviceProperty*> PTDevice::pictureProperties() {
+    return {
+        withDefault(numberOf(m_handle, Toupcam_get_Contrast, Toupcam_put_Contrast, -100, 100,
+                             "contrast", tr("Contrast")),
+                    0),
+        withDefault(
+            numberOf(m_handle, Toupcam_get_Hue, Toupcam_put_Hue, -180, 180, "hue", tr("Hue")), 0),
+        withDefault(numberOf(m_handle, Toupcam_get_Saturation, Toupcam_put_Saturation, 0, 255,
+                             "saturation", tr("Saturation")),
+                    128),
+        withDefault(numberOf(m_handle, Toupcam_get_Brightness, Toupcam_put_Brightness, -64, 64,
+                             "brightness", tr("Brightness")),
+                    0),
+        withDefault(
+            numberOf(m_handle, Toupcam_get_Gamma, Toupcam_put_Gamma, 20, 180, "gamma", tr("Gamma")),
+            100),
+        switchOf(m_handle, Toupcam_get_Negative, Toupcam_put_Negative, "negative", tr("Negative")),
+        switchOf(m_handle, Toupcam_get_Chrome, Toupcam_put_Chrome, "chrome", tr("Chrome")),
+        switchOf(m_handle, Toupcam_get_VFlip, Toupcam_put_VFlip, "vflip", tr("Vertical flip")),
+        switchOf(m_handle, Toupcam_get_HFlip, Toupcam_put_HFlip, "hflip", tr("Horizontal flip"))};
+}
+
+PDeviceProperty* PTDevice::roiProperty() {
+    auto* const roi = new PTPropRoi(m_handle, "roi", tr("ROI"));
+    const QMetaObject::Connection connection = connect(
+        this, &PDevice::modeChanged, this, [roi] { roi->updateValueFromDevice(false); },
+        Qt::DirectConnection);
+    // The list belongs to whoever asked for it: the property may go before the device does.
+    connect(roi, &QObject::destroyed, this, [connection] { disconnect(connection); });
+    return roi;
+}
+
+QList<PDevicePropertyGroup*> PTDevice::getSupportPropertyGroups() {
+    const auto group = [this](const char* id, const QString& title,
+                              std::initializer_list<const char*> members) {
+        auto* const made = new PDevicePropertyGroup(QString::fromLatin1(id), title);
+        for (const char* member : members)
+            made->addProperty(getProperty(member));
+        return made;
+    };
+    return {group("exposure", tr("Exposure settings"), {"extexposure"}),
+            group("wb", tr("White balance"), {"tint", "temp", "awbonce"}),
+            group("color", tr("Color"),
+                  {"contrast", "hue", "saturation", "brightness", "gamma", "chrome", "negative",
+                   "colormatrix"}),
+            group("binning", tr("Binning"), {"binning"}),
+            group("frame", tr("Frame"), {"rotate", "vflip", "hflip", "roi"}),
+            group("speed", tr("Speed"), {"speed"}),
+            group("backlight", tr("Backlight compensation"), {"backlight"}),
+            group("cooling", tr("Cooling"), {"teccontrol", "fan"})};
+}

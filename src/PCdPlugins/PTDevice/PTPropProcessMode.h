@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCd/PDevicePropertyEnum.h>
+
+#include <toupcam/toupcam.h>
+
+#include <QList>
+
+class PTDevice;
+
+/// A choice that the SDK holds as an integer option; each item's data is the option's value as
+/// decimal text. The handle is borrowed. The device's thread.
+class PTPropProcessMode : public PDevicePropertyEnum {
+    Q_OBJECT
+
+public:
+    PTPropProcessMode(Toupcam_t* handle, const QByteArray& id, const QString& title, int option,
+                      const PEnumeration& items);
+
+    /// Sends the value of the item in the range that the host holds; 0 for an unknown item. Always
+    /// true, whatever the SDK answers.
+    bool trySetValueToDevice(QUuid item) override;
+    /// The item whose value the camera has. A value that no item has reads as the first item.
+    QUuid tryGetValueFromDevice() override;
+    PEnumeration tryGetRangeFromDevice() override { return m_items; }
+
+private:
+    Toupcam_t* m_handle;
+    PEnumeration m_items;
+    int m_option;
+};
+
+/// The same over the SDK's light-frequency calls; the option number is kept and not used. The
+/// handle is borrowed. The device's thread.
+class PTPropBackligtComp : public PDevicePropertyEnum {
+    Q_OBJECT
+
+public:
+    PTPropBackligtComp(Toupcam_t* handle, const QByteArray& id, const QString& title, int option,
+                       const PEnumeration& items);
+
+    /// Likewise; true exactly if the SDK's result is not negative.
+    bool trySetValueToDevice(QUuid item) override;
+    QUuid tryGetValueFromDevice() override;
+    PEnumeration tryGetRangeFromDevice() override { return m_items; }
+
+private:
+    Toupcam_t* m_handle;
+    PEnumeration m_items;
+    [[maybe_unused]] int m_option;
+};
+
+/// New properties "colormatrix", "wbgain", "binning" and "rotate", in this order; the caller owns
+/// them. The device's thread.
+QList<PDeviceProperty*> createProcessModeProperties(PTDevice* device, Toupcam_t* handle);

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCd/PDevicePropertyScanArea.h>
+
+#include <toupcam/toupcam.h>
+
+/// The region of interest, in sensor pixels of the resolution in use. The handle is borrowed. The
+/// device's thread.
+class PTPropRoi : public PDevicePropertyScanArea {
+    Q_OBJECT
+
+public:
+    PTPropRoi(Toupcam_t* handle, const QByteArray& id, const QString& title);
+
+    /// Sends the region. True exactly if the SDK's result is not 0: the reverse of every other
+    /// property, so that the host asks the camera what it has made of a region that it took.
+    bool trySetValueToDevice(QRect region) override;
+    QRect tryGetValueFromDevice() override;
+    /// The whole sensor at the resolution in use, in steps of 4 pixels; empty if the camera has no
+    /// resolution in use.
+    PScanAreaRange tryGetRangeFromDevice() override;
+
+private:
+    Toupcam_t* m_handle;
+};

@@ -1,0 +1,126 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCd/PDevicePropertyAction.h>
+#include <PCd/PDevicePropertyBool.h>
+#include <PCd/PDevicePropertyInt.h>
+
+#include <toupcam/toupcam.h>
+
+/// Binds a number to one SDK getter and setter. `Get` and `Put` are their function types, T is the
+/// SDK's width of the value, Base a PDevicePropertyInt. The handle is borrowed. The device's
+/// thread.
+template <typename Get, typename Put, typename T, typename Base>
+class PTProp : public Base {
+public:
+    PTProp(Toupcam_t* handle, Get* getter, Put* setter, PMinMaxRange<T> range, const QByteArray& id,
+           const QString& title)
+        : Base(id, title, PCD::DevicePropertyType::Integer)
+        , m_handle(handle)
+        , m_getter(getter)
+        , m_setter(setter)
+        , m_minimum(range.minimum)
+        , m_maximum(range.maximum)
+        , m_step(range.step) {}
+
+    /// Cuts the number to the SDK's width, without a look at the range, and sends it. True exactly
+    /// if the SDK answers 0.
+    bool trySetValueToDevice(int value) override {
+        return m_setter(m_handle, static_cast<T>(value)) == 0;
+    }
+    /// What the camera says; 0 if it does not.
+    int tryGetValueFromDevice() override {
+        T value = 0;
+        m_getter(m_handle, &value);
+        return static_cast<int>(value);
+    }
+    PMinMaxRange<int> tryGetRangeFromDevice() override {
+        return {static_cast<int>(m_minimum), static_cast<int>(m_maximum), static_cast<int>(m_step)};
+    }
+
+private:
+    Toupcam_t* m_handle;
+    Get* m_getter;
+    Put* m_setter;
+    T m_minimum;
+    T m_maximum;
+    T m_step;
+};
+
+template <typename T>
+using PTNumber = PTProp<int(Toupcam_t*, T*), int(Toupcam_t*, T), T, PDevicePropertyInt>;
+
+/// Binds a switch to one SDK getter and setter. The handle is borrowed. The device's thread.
+template <typename Get, typename Put, typename Base>
+class PTPropBool : public Base {
+public:
+    PTPropBool(Toupcam_t* handle, Get* getter, Put* setter, const QByteArray& id,
+               const QString& title)
+        : Base(id, title, PCD::DevicePropertyType::Switch)
+        , m_handle(handle)
+        , m_getter(getter)
+        , m_setter(setter) {}
+
+    /// Always true, whatever the SDK answers.
+    bool trySetValueToDevice(bool value) override {
+        m_setter(m_handle, value ? 1 : 0);
+        return true;
+    }
+    bool tryGetValueFromDevice() override {
+        int value = 0;
+        m_getter(m_handle, &value);
+        return value != 0;
+    }
+
+private:
+    Toupcam_t* m_handle;
+    Get* m_getter;
+    Put* m_setter;
+};
+
+using PTSwitch = PTPropBool<int(Toupcam_t*, int*), int(Toupcam_t*, int), PDevicePropertyBool>;
+
+/// One half of the pair of colour temperature and tint, which the SDK has as one. The handle is
+/// borrowed. The device's thread.
+class PTTempTint : public PDevicePropertyInt {
+    Q_OBJECT
+
+public:
+    enum Selector { Temperature = 0, Tint = 1 };
+
+    PTTempTint(Toupcam_t* handle, int selector, PMinMaxRange<int> range, const QByteArray& id,
+               const QString& title);
+
+    /// Sends the pair with the other half as the camera has it. Always true; with another selector
+    /// nothing is sent.
+    bool trySetValueToDevice(int value) override;
+    /// The selector's half; 0 with another selector.
+    int tryGetValueFromDevice() override;
+    PMinMaxRange<int> tryGetRangeFromDevice() override;
+
+private:
+    Toupcam_t* m_handle;
+    int m_selector;
+    int m_minimum;
+    int m_maximum;
+    int m_step;
+};
+
+/// The camera sets its white balance once by itself; "tint" and "temp" are read again when it has.
+/// The handle is borrowed. The device's thread.
+class PTAWBOnce : public PDevicePropertyAction {
+    Q_OBJECT
+
+public:
+    PTAWBOnce(Toupcam_t* handle, const QByteArray& id, const QString& title);
+
+    /// Always true, whatever the SDK answers.
+    bool trySetValueToDevice() override;
+
+private:
+    Toupcam_t* m_handle;
+};
+
+/// The SDK has set the white balance; the context is the PDevice. On a thread of the SDK; what it
+/// says is not used: the properties read the camera. A context that is gone is left alone.
+void cbWbOnce(const int temp, const int tint, void* context);
