@@ -1,73 +1,14 @@
 // SPDX-License-Identifier: MIT
-#include <toupcam/SimTestSupport.h>
+#include <toupcam/SimPictureSupport.h>
 
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
 #include <fstream>
 
 namespace {
 
-constexpr unsigned kWidth = 320;
-constexpr unsigned kHeight = 240;
-constexpr double kPixels = kWidth * kHeight;
-
-// A sensor whose numbers are easy: full light gives 100 electrons a millisecond.
-constexpr double kElectronsPerMs = 100.0;
-constexpr double kElectronsPerCount = 10.0;
-constexpr double kOffset = 8.0;
-constexpr double kReadNoise = 20.0;
-
-SimCameraText flatCamera(const std::string& more = "") {
-    SimCameraText camera;
-    camera.width = kWidth;
-    camera.height = kHeight;
-    camera.bits = 8;
-    camera.source = R"({"kind": "flat", "level": 1})";
-    camera.extra = R"(, "sensor": {"fullWell": 100000, "electronsPerCount": 10, "offset": 8,
-                                   "readNoise": 20, "electronsPerMs": 100},
-                      "exposure": {"min": 10, "auto": false, "default": 1000})" +
-                   more;
-    return camera;
-}
-
-double meanOf(const PushedFrame& frame) {
-    double sum = 0;
-    for (const std::uint8_t byte : frame.bytes)
-        sum += byte;
-    return sum / static_cast<double>(frame.bytes.size());
-}
-
-// Mean and variance of one pixel's value over time, from the pair of frames alone: what differs
-// from place to place cancels out.
-struct Transfer {
-    double mean;
-    double variance;
-};
-
-Transfer transferOf(const PushedFrame& a, const PushedFrame& b) {
-    double sum = 0;
-    double squares = 0;
-    for (std::size_t i = 0; i < a.bytes.size(); ++i) {
-        const double difference = static_cast<double>(a.bytes[i]) - b.bytes[i];
-        sum += difference;
-        squares += difference * difference;
-    }
-    const auto n = static_cast<double>(a.bytes.size());
-    const double bias = sum / n;
-    return {(meanOf(a) + meanOf(b)) / 2, (squares / n - bias * bias) / 2};
-}
-
-class SimPicture : public SimTest {
+class SimPicture : public SimPictureTest {
 protected:
-    /// Streams until `count` frames have come.
-    std::vector<PushedFrame> take(HToupcam handle, std::size_t count) {
-        FrameLog log(count);
-        EXPECT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &log), S_OK);
-        EXPECT_TRUE(log.waitFor(count));
-        EXPECT_EQ(Toupcam_Stop(handle), S_OK);
-        return log.frames();
-    }
     Transfer transfer(HToupcam handle, unsigned microseconds, unsigned short gain) {
         EXPECT_EQ(Toupcam_put_ExpoTime(handle, microseconds), S_OK);
         EXPECT_EQ(Toupcam_put_ExpoAGain(handle, gain), S_OK);
@@ -292,42 +233,6 @@ TEST_F(SimPicture, manual_exposure_stays_as_it_was_set) {
     unsigned time = 0;
     EXPECT_EQ(Toupcam_get_ExpoTime(handle, &time), S_OK);
     EXPECT_EQ(time, 100U);
-}
-
-/// A folder of its own for picture files, gone when the test is.
-class PictureFolder {
-public:
-    PictureFolder()
-        : m_path(std::filesystem::path(::testing::TempDir()) / "toupcamsim-pictures") {
-        std::filesystem::create_directory(m_path);
-    }
-    ~PictureFolder() { std::filesystem::remove_all(m_path); }
-    PictureFolder(const PictureFolder&) = delete;
-    PictureFolder& operator=(const PictureFolder&) = delete;
-
-    // A portable pixmap of one colour: a picture file needs no more.
-    std::string add(const std::string& name, char red, char green, char blue) const {
-        const std::filesystem::path file = m_path / name;
-        std::ofstream out(file, std::ios::binary);
-        out << "P6\n32 32\n255\n";
-        for (int i = 0; i < 32 * 32; ++i)
-            out << red << green << blue;
-        return file.string();
-    }
-    std::string path() const { return m_path.string(); }
-
-private:
-    std::filesystem::path m_path;
-};
-
-SimCameraText pictureCamera(const std::string& path) {
-    SimCameraText camera;
-    camera.source = R"({"kind": "picture", "path": ")" + path + R"(", "framesEach": 1})";
-    // Full light is 200 counts, without offset and nearly without noise.
-    camera.extra = R"(, "sensor": {"fullWell": 1000000, "electronsPerCount": 1000, "offset": 0,
-                                   "readNoise": 0, "electronsPerMs": 200000},
-                      "exposure": {"auto": false, "default": 1000})";
-    return camera;
 }
 
 TEST_F(SimPicture, picture_file_of_the_user_lies_under_the_lens) {

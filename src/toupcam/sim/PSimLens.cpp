@@ -4,8 +4,6 @@
 #include <toupcam/sim/PSimReadyLens.h>
 #include <toupcam/sim/PSimSensorLens.h>
 
-#include <algorithm>
-
 BITMAPINFOHEADER PSimPicture::header() const {
     BITMAPINFOHEADER header{};
     header.biSize = sizeof header;
@@ -22,22 +20,6 @@ std::uint8_t* PSimPicture::ownPixels() {
         memory.resize(bytes());
     pixels = memory.data();
     return memory.data();
-}
-
-double PSimPicture::meanBrightness() const {
-    const std::size_t rowBytes = std::size_t{width} * bits / 8;
-    // Steps that are no multiple of 3 meet all channels alike.
-    const std::size_t across = rowBytes / 96 / 3 * 3 + 1;
-    const unsigned down = std::max(1U, height / 64);
-    double sum = 0.0;
-    std::size_t count = 0;
-    for (unsigned y = 0; y < height; y += down) {
-        for (std::size_t x = 0; x < rowBytes; x += across) {
-            sum += pixels[y * stride() + x];
-            ++count;
-        }
-    }
-    return sum / static_cast<double>(count);
 }
 
 std::shared_ptr<PSimLens> PSimLens::create(std::shared_ptr<const PSimCameraSpec> spec,

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <toupcam/sim/PSimMeter.h>
 #include <toupcam/sim/PSimScene.h>
-#include <toupcam/sim/PSimSettings.h>
+#include <toupcam/sim/PSimShot.h>
 #include <toupcam/toupcam.h>
 
 #include <cstdint>
@@ -19,14 +20,13 @@ struct PSimPicture {
     bool blueFirst = false;
     unsigned sequence = 0;
     std::uint64_t microseconds = 0;
+    PSimMeans means; ///< before colour and tone
 
     std::size_t stride() const { return (std::size_t{width} * bits + 31) / 32 * 4; }
     std::size_t bytes() const { return stride() * height; }
     BITMAPINFOHEADER header() const;
     /// Makes the memory large enough and has `pixels` point there.
     std::uint8_t* ownPixels();
-    /// The mean of all channels, 0 … 255, from a grid of some thousand samples.
-    double meanBrightness() const;
 };
 
 /// What lies under the lens and how it becomes pictures. Thread-safe; a camera's producing thread

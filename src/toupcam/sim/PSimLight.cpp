@@ -3,6 +3,7 @@
 
 #include <toupcam/sim/PSimCells.h>
 #include <toupcam/sim/PSimTissue.h>
+#include <toupcam/sim/PSimWhiteBalance.h>
 
 #include <QImage>
 #include <QImageReader>
@@ -118,6 +119,14 @@ QImage loadPicture(const QString& path) {
 
 } // namespace
 
+void PSimLight::lightWith(double kelvin) {
+    if (channels != 3 || kelvin == PSimWhiteBalance::kNeutralTemperature)
+        return;
+    const PSimWhiteBalance::Channels lamp = PSimWhiteBalance::lamp(kelvin);
+    for (std::size_t i = 0; i < values.size(); ++i)
+        values[i] = static_cast<std::uint8_t>(std::lround(lamp[i % 3] * values[i]));
+}
+
 void PSimLight::swapColours() {
     if (channels != 3)
         return;
@@ -148,14 +157,12 @@ PSimLight simulatedSpecimen(const PSimSourceSpec& source, unsigned width, unsign
         light = fluorescenceLight(std::move(light), seed);
     else
         light = tissueLight(std::move(light), seed);
-    light.computeRoots();
     return light;
 }
 
 PSimLight picturedSpecimen(const QString& path, unsigned width, unsigned height,
                            unsigned channels) {
     PSimLight light = emptyLight(width, height, channels, 0);
-    light.computeRoots();
     const QImage image = loadPicture(path);
     if (image.isNull())
         return light;
@@ -170,6 +177,5 @@ PSimLight picturedSpecimen(const QString& path, unsigned width, unsigned height,
     for (unsigned y = 0; y < height; ++y)
         std::memcpy(light.values.data() + y * light.rowBytes(),
                     pixels.constScanLine(static_cast<int>(y)), light.rowBytes());
-    light.computeRoots();
     return light;
 }

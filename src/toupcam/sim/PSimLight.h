@@ -19,6 +19,8 @@ struct PSimLight {
 
     std::size_t rowBytes() const { return std::size_t{width} * channels; }
 
+    /// Lights a colour picture, red first, with a lamp of this colour temperature.
+    void lightWith(double kelvin);
     /// Swaps red and blue.
     void swapColours();
     /// Fills `roots` from `values`; last step of making one.
@@ -26,7 +28,7 @@ struct PSimLight {
 };
 
 /// Makes the light of a procedural specimen, or of none (Kind::Tissue, Fluorescence, Flat), red
-/// first. Callable from any thread.
+/// first, in white light. Callable from any thread.
 PSimLight simulatedSpecimen(const PSimSourceSpec& source, unsigned width, unsigned height,
                             unsigned channels, std::uint64_t seed);
 

@@ -1,27 +1,79 @@
 // SPDX-License-Identifier: MIT
 #include <toupcam/sim/PSimReadyLens.h>
 
+#include <toupcam/sim/PSimDeveloper.h>
+#include <toupcam/sim/PSimFinish.h>
+
 #include <QRgb>
+#include <algorithm>
+
+namespace {
+
+// The rows of a region of a picture that is there already.
+class RegionRows : public PSimRows {
+public:
+    RegionRows(const std::uint8_t* pixels, const PSimPicture& form, const PSimRegion& region)
+        : m_from(pixels + region.y * form.stride() + std::size_t{region.x} * form.bits / 8)
+        , m_stride(form.stride())
+        , m_bytes(std::size_t{region.width} * form.bits / 8) {}
+
+    void next(std::uint8_t* out) override {
+        std::copy_n(m_from, m_bytes, out);
+        m_from += m_stride;
+    }
+
+private:
+    const std::uint8_t* m_from;
+    const std::size_t m_stride;
+    const std::size_t m_bytes;
+};
+
+} // namespace
 
 void PSimReadyLens::take(const PSimShot& shot, std::uint64_t frame, PSimPicture& picture) {
     const PSimResolution& size = m_spec->resolutions[shot.resolution];
-    picture.width = size.width;
-    picture.height = size.height;
-    picture.bits = m_spec->bits;
-    picture.blueFirst = shot.blueFirst;
-    const Pictures& ready = picturesFor(shot, picture);
-    picture.pixels = ready[frame % ready.size()].data();
+    PSimPicture form;
+    form.width = size.width;
+    form.height = size.height;
+    form.bits = m_spec->bits;
+    form.blueFirst = shot.blueFirst;
+    const Pictures& pictures = picturesFor(shot, form);
+    const Ready& ready = pictures[frame % pictures.size()];
+    if (!isAsItIs(shot, form)) {
+        RegionRows rows(ready.pixels.data(), form, shot.geometry.region);
+        simDevelop(rows, form.bits, shot, picture);
+        return;
+    }
+    picture.width = form.width;
+    picture.height = form.height;
+    picture.bits = form.bits;
+    picture.blueFirst = form.blueFirst;
+    picture.means = ready.means;
+    picture.pixels = ready.pixels.data();
+}
+
+bool PSimReadyLens::isAsItIs(const PSimShot& shot, const PSimPicture& form) const {
+    return isFixed() || (shot.geometry.isPlain({form.width, form.height}) &&
+                         PSimFinish(shot.look, form.bits / 8, form.blueFirst).isNeutral());
+}
+
+PSimReadyLens::Ready PSimReadyLens::make(unsigned index, const PSimPicture& form) const {
+    Ready ready;
+    ready.pixels.resize(form.bytes());
+    paint(index, form, ready.pixels.data());
+    PSimMeter meter({form.width, form.height}, form.bits / 8);
+    for (unsigned y = 0; y < form.height; ++y)
+        meter.add(y, ready.pixels.data() + y * form.stride());
+    ready.means = meter.means(form.blueFirst);
+    return ready;
 }
 
 const PSimReadyLens::Pictures& PSimReadyLens::picturesFor(const PSimShot& shot,
                                                           const PSimPicture& form) {
     const std::lock_guard lock(m_mutex);
     Pictures& ready = m_pictures[{shot.resolution, shot.blueFirst}];
-    while (ready.size() < count()) {
-        std::vector<std::uint8_t> picture(form.bytes());
-        paint(static_cast<unsigned>(ready.size()), form, picture.data());
-        ready.push_back(std::move(picture));
-    }
+    while (ready.size() < count())
+        ready.push_back(make(static_cast<unsigned>(ready.size()), form));
     return ready;
 }
 

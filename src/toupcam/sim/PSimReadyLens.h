@@ -7,7 +7,8 @@
 #include <mutex>
 
 /// Pictures that exist before they are asked for: exact, without noise, the same at any exposure.
-/// Each frame costs nothing but handing out a pointer; the memory lives as long as the lens.
+/// While no setting changes it, a frame costs nothing but handing out a pointer; the memory lives
+/// as long as the lens.
 class PSimReadyLens : public PSimLens {
 public:
     explicit PSimReadyLens(std::shared_ptr<const PSimCameraSpec> spec)
@@ -22,10 +23,20 @@ protected:
     /// Paints picture `index` into out, which is all zero.
     virtual void paint(unsigned index, const PSimPicture& form, std::uint8_t* out) const = 0;
 
+    /// Whether pictures are handed out as they are, whatever the settings.
+    virtual bool isFixed() const { return false; }
+
     const PSimCameraSpec& spec() const { return *m_spec; }
 
 private:
-    using Pictures = std::vector<std::vector<std::uint8_t>>;
+    struct Ready {
+        std::vector<std::uint8_t> pixels;
+        PSimMeans means;
+    };
+    using Pictures = std::vector<Ready>;
+
+    bool isAsItIs(const PSimShot& shot, const PSimPicture& form) const;
+    Ready make(unsigned index, const PSimPicture& form) const;
 
     const Pictures& picturesFor(const PSimShot& shot, const PSimPicture& form);
 
@@ -46,7 +57,7 @@ protected:
     void paint(unsigned index, const PSimPicture& form, std::uint8_t* out) const override;
 };
 
-/// A ring of grey ramps; the first byte of each is its place in the ring.
+/// A ring of grey ramps; the first byte of each is its place in the ring. Always as they are.
 class PSimRingLens : public PSimReadyLens {
 public:
     using PSimReadyLens::PSimReadyLens;
@@ -55,5 +66,6 @@ public:
 
 protected:
     unsigned count() const override { return spec().source.ringFrames; }
+    bool isFixed() const override { return true; }
     void paint(unsigned index, const PSimPicture& form, std::uint8_t* out) const override;
 };

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <toupcam/sim/PSimGeometry.h>
+
 #include <QString>
 #include <cstdint>
 #include <optional>
@@ -14,6 +16,8 @@ struct PSimResolution {
     unsigned width = 0;
     unsigned height = 0;
     double framesPerSecond = 30.0; ///< at the highest speed level, before any other limit
+
+    PSimSize size() const { return {width, height}; }
 };
 
 /// What lies under the lens.
@@ -30,6 +34,7 @@ struct PSimSourceSpec {
     std::vector<QString> pictures; ///< Picture: files, shown one after the other
     unsigned framesEach = 30;      ///< Picture: frames before the next file is shown
     double level = 0.5;            ///< Flat: share of full light, 0 … 1
+    double lightKelvin = 6503.0;   ///< colour temperature of the lamp
     unsigned drift = 0;            ///< slow stage drift, pixels to either side
     unsigned ringFrames = 4;       ///< Ring: number of different frames
     bool unpaced = false;          ///< Ring: as fast as the callback returns
@@ -77,6 +82,10 @@ struct PSimCameraSpec {
     PSimSourceSpec source;
     PSimSensorSpec sensor;
     bool plugged = true;
+
+    bool isColour() const { return bits == 24; }
+    /// Whether region, binning and rotation exist; ready-made frames are never worked on.
+    bool hasGeometry() const { return source.kind != PSimSourceSpec::Kind::Ring; }
 };
 
 /// One step of the fault plan.

@@ -173,6 +173,8 @@ PSimSourceSpec readSource(const QJsonValue& value, const QString& place, const Q
     PSimSourceSpec source;
     PSimJsonObject object(value, place);
     source.kind = kinds[object.choice("kind", {"specimen", "flat", "picture", "patches", "ring"})];
+    if (source.kind != Kind::Patches && source.kind != Kind::Ring)
+        source.lightKelvin = object.number("lightKelvin", source.lightKelvin, 2000, 15000);
     if (source.kind == Kind::Tissue) {
         readSpecimenSource(object, source);
     } else if (source.kind == Kind::Flat) {

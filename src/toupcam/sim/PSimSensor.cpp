@@ -1,12 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <toupcam/sim/PSimSensor.h>
 
-#include <toupcam/sim/PSimExposeRow.h>
-#include <toupcam/sim/PSimRandom.h>
-
 #include <algorithm>
 #include <cmath>
-#include <cstring>
+#include <vector>
 
 namespace {
 
@@ -61,26 +58,21 @@ PSimRowFactors factorsOf(const PSimSensorSpec& spec, const PSimShot& shot) {
 
 } // namespace
 
-PSimSensor::PSimSensor(const PSimSensorSpec& spec, std::uint64_t seed)
-    : m_spec(spec)
-    , m_seed(seed) {
+PSimSensor::PSimSensor(const PSimSensorSpec& spec, const PSimLight& light, unsigned x, unsigned y,
+                       const PSimShot& shot, std::uint64_t seed)
+    : m_light(light)
+    , m_factors(factorsOf(spec, shot))
+    , m_rowBytes(std::size_t{shot.geometry.region.width} * light.channels)
+    , m_from(y * light.rowBytes() + std::size_t{x} * light.channels)
+    , m_random(seed) {
 }
 
-void PSimSensor::expose(const PSimLight& light, unsigned x, unsigned y, unsigned width,
-                        unsigned height, const PSimShot& shot, std::uint64_t frame,
-                        std::uint8_t* out, std::size_t stride) const {
-    const PSimRowFactors factors = factorsOf(m_spec, shot);
+void PSimSensor::next(std::uint8_t* out) {
     const std::vector<std::int8_t>& noise = noiseSupply();
-    const std::size_t rowBytes = std::size_t{width} * light.channels;
-    const std::size_t room = kNoiseSize - rowBytes;
-    PSimRandom random(PSimRandom::mix(m_seed ^ PSimRandom::mix(frame)));
-    for (unsigned row = 0; row < height; ++row) {
-        const std::size_t from = (y + row) * light.rowBytes() + std::size_t{x} * light.channels;
-        std::uint8_t* line = out + row * stride;
-        const std::int8_t* shotNoise = noise.data() + random.below(room);
-        const std::int8_t* readNoise = noise.data() + random.below(room);
-        simExposeRow(light.values.data() + from, light.roots.data() + from, shotNoise, readNoise,
-                     rowBytes, factors, line);
-        std::memset(line + rowBytes, 0, stride - rowBytes);
-    }
+    const std::size_t room = kNoiseSize - m_rowBytes;
+    const std::int8_t* shotNoise = noise.data() + m_random.below(room);
+    const std::int8_t* readNoise = noise.data() + m_random.below(room);
+    simExposeRow(m_light.values.data() + m_from, m_light.roots.data() + m_from, shotNoise,
+                 readNoise, m_rowBytes, m_factors, out);
+    m_from += m_light.rowBytes();
 }

@@ -1,27 +1,32 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <toupcam/sim/PSimExposeRow.h>
 #include <toupcam/sim/PSimLight.h>
+#include <toupcam/sim/PSimRandom.h>
+#include <toupcam/sim/PSimRows.h>
 #include <toupcam/sim/PSimScene.h>
-#include <toupcam/sim/PSimSettings.h>
+#include <toupcam/sim/PSimShot.h>
 
-/// The sensor model: a pixel with light L collects e = electronsPerMs x time x L / 255 electrons,
-/// at most the full well, with a variance of e (photon shot noise) plus the square of the read
-/// noise; it reads offset + e x gain / electronsPerCount counts, at most 255. So the variance of a
-/// pixel over many frames is a straight line over its mean with the slope gain / electronsPerCount:
-/// the photon-transfer curve. Immutable, callable from any thread.
-class PSimSensor {
+/// One exposure of the sensor. A pixel with light L collects e = electronsPerMs x time x L / 255
+/// electrons, at most the full well, with a variance of e (photon shot noise) plus the square of
+/// the read noise; it reads offset + e x gain / electronsPerCount counts, at most 255. So the
+/// variance of a pixel over many frames is a straight line over its mean with the slope gain /
+/// electronsPerCount: the photon-transfer curve. Used on one thread.
+class PSimSensor : public PSimRows {
 public:
-    PSimSensor(const PSimSensorSpec& spec, std::uint64_t seed);
+    /// The part of the light that begins at pixel x, y of it and is as large as the shot's region.
+    /// `seed` chooses the noise: the same number gives the same picture. The light must outlive
+    /// this.
+    PSimSensor(const PSimSensorSpec& spec, const PSimLight& light, unsigned x, unsigned y,
+               const PSimShot& shot, std::uint64_t seed);
 
-    /// Takes a picture of `width` x `height` pixels of the light, beginning at pixel x, y of it.
-    /// `frame` chooses the noise: the same number gives the same picture. Rows of `out` are
-    /// `stride` bytes apart.
-    void expose(const PSimLight& light, unsigned x, unsigned y, unsigned width, unsigned height,
-                const PSimShot& shot, std::uint64_t frame, std::uint8_t* out,
-                std::size_t stride) const;
+    void next(std::uint8_t* out) override;
 
 private:
-    PSimSensorSpec m_spec;
-    std::uint64_t m_seed;
+    const PSimLight& m_light;
+    const PSimRowFactors m_factors;
+    const std::size_t m_rowBytes;
+    std::size_t m_from; ///< of the next row, in the light
+    PSimRandom m_random;
 };

@@ -1,31 +1,29 @@
 // SPDX-License-Identifier: MIT
 #include <toupcam/sim/PSimSensorLens.h>
 
+#include <toupcam/sim/PSimDeveloper.h>
 #include <toupcam/sim/PSimRandom.h>
+#include <toupcam/sim/PSimSensor.h>
 
 #include <cmath>
 
 PSimSensorLens::PSimSensorLens(std::shared_ptr<const PSimCameraSpec> spec, std::uint64_t seed)
     : m_spec(std::move(spec))
-    , m_seed(seed)
-    , m_sensor(m_spec->sensor, PSimRandom::mix(seed)) {
+    , m_seed(seed) {
 }
 
 void PSimSensorLens::take(const PSimShot& shot, std::uint64_t frame, PSimPicture& picture) {
     const std::shared_ptr<const PSimLight> light = lightFor(shot, frame);
-    picture.width = light->width - 2 * light->margin;
-    picture.height = light->height - 2 * light->margin;
-    picture.bits = 8 * light->channels;
-    picture.blueFirst = shot.blueFirst;
     // The stage drifts slowly along a closed figure: looking at another part of the same light
     // costs nothing.
     const double turn = 6.283185307179586 * static_cast<double>(frame) / 900.0;
     const double reach = light->margin;
     const auto x = static_cast<unsigned>(std::lround(reach * (1.0 + std::sin(turn))));
     const auto y = static_cast<unsigned>(std::lround(reach * (1.0 + std::sin(2.0 * turn))));
-    std::uint8_t* out = picture.ownPixels();
-    m_sensor.expose(*light, x, y, picture.width, picture.height, shot, frame, out,
-                    picture.stride());
+    const PSimRegion& region = shot.geometry.region;
+    PSimSensor sensor(m_spec->sensor, *light, x + region.x, y + region.y, shot,
+                      PSimRandom::mix(PSimRandom::mix(m_seed) ^ PSimRandom::mix(frame)));
+    simDevelop(sensor, 8 * light->channels, shot, picture);
 }
 
 std::shared_ptr<const PSimLight> PSimSensorLens::lightFor(const PSimShot& shot,
@@ -52,6 +50,13 @@ std::shared_ptr<const PSimLight> PSimSensorLens::lightFor(const PSimShot& shot,
 }
 
 PSimLight PSimSensorLens::makeLight(unsigned resolution, std::size_t file) const {
+    PSimLight light = specimen(resolution, file);
+    light.lightWith(m_spec->source.lightKelvin);
+    light.computeRoots();
+    return light;
+}
+
+PSimLight PSimSensorLens::specimen(unsigned resolution, std::size_t file) const {
     const PSimResolution& size = m_spec->resolutions[resolution];
     const unsigned channels = m_spec->bits / 8;
     if (m_spec->source.kind == PSimSourceSpec::Kind::Picture)

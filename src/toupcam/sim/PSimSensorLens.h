@@ -3,7 +3,6 @@
 
 #include <toupcam/sim/PSimLens.h>
 #include <toupcam/sim/PSimLight.h>
-#include <toupcam/sim/PSimSensor.h>
 
 #include <map>
 #include <mutex>
@@ -25,10 +24,10 @@ private:
 
     std::shared_ptr<const PSimLight> lightFor(const PSimShot& shot, std::uint64_t frame);
     PSimLight makeLight(unsigned resolution, std::size_t file) const;
+    PSimLight specimen(unsigned resolution, std::size_t file) const;
 
     std::shared_ptr<const PSimCameraSpec> m_spec;
     std::uint64_t m_seed;
-    PSimSensor m_sensor;
     std::mutex m_mutex;                 // guards m_lights
     std::map<unsigned, Entry> m_lights; // by resolution
 };

@@ -35,3 +35,7 @@ HRESULT PSimSession::snap(unsigned resolution) {
         return E_INVALIDARG;
     return m_stream->snap(resolution);
 }
+
+HRESULT PSimSession::balanceOnce(PITOUPCAM_TEMPTINT_CALLBACK callback, void* context) {
+    return m_spec->isColour() ? m_stream->balanceOnce(callback, context) : E_NOTIMPL;
+}

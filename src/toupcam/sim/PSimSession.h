@@ -25,6 +25,8 @@ public:
     HRESULT startPush(PTOUPCAM_DATA_CALLBACK callback, void* context);
     HRESULT startPull(PTOUPCAM_EVENT_CALLBACK callback, void* context);
     HRESULT snap(unsigned resolution);
+    /// One-push white balance; E_NOTIMPL on a grey camera. See PSimStream::balanceOnce.
+    HRESULT balanceOnce(PITOUPCAM_TEMPTINT_CALLBACK callback, void* context);
     /// Applies a change to the settings, then lets the stream see it.
     template <typename Change>
     HRESULT change(const Change& apply) {

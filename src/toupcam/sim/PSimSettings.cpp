@@ -1,31 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include <toupcam/sim/PSimSettings.h>
 
+#include <toupcam/sim/PSimWhiteBalance.h>
+
 #include <algorithm>
 #include <utility>
 
 namespace {
 
+constexpr unsigned kAverage = 0x80; // flag of the binning option
+
 HRESULT inRange(int value, int minimum, int maximum) {
     return value >= minimum && value <= maximum ? S_OK : E_INVALIDARG;
-}
-
-// 0 is what the simulator does; the other values exist in the SDK but do nothing here.
-HRESULT onlyZero(int value, int maximum) {
-    if (value == 0)
-        return S_OK;
-    return inRange(value, 0, maximum) == S_OK ? E_NOTIMPL : E_INVALIDARG;
-}
-
-std::map<unsigned, int> powerOnOptions(const PSimCameraSpec& spec) {
-    std::map<unsigned, int> options = {
-        {TOUPCAM_OPTION_PROCESSMODE, 0}, {TOUPCAM_OPTION_RAW, 0},
-        {TOUPCAM_OPTION_TRIGGER, 0},     {TOUPCAM_OPTION_FRAMERATE, 0},
-        {TOUPCAM_OPTION_MULTITHREAD, 1}, {TOUPCAM_OPTION_BYTEORDER, 0},
-    };
-    if (spec.flags & TOUPCAM_FLAG_BANDWIDTH)
-        options[TOUPCAM_OPTION_BANDWIDTH] = 100;
-    return options;
 }
 
 } // namespace
@@ -33,49 +19,52 @@ std::map<unsigned, int> powerOnOptions(const PSimCameraSpec& spec) {
 PSimSettings::PSimSettings(std::shared_ptr<const PSimCameraSpec> spec)
     : m_spec(std::move(spec))
     , m_rule(m_spec->exposure, m_spec->gain)
-    , m_options(powerOnOptions(*m_spec))
+    , m_options(*m_spec)
+    , m_numbers(m_spec->isColour())
+    , m_region(PSimRegion::whole(m_spec->resolutions.front().size()))
     , m_speed(static_cast<unsigned short>((m_spec->speedLevels - 1) / 2))
     , m_auto(m_spec->exposure.automatic)
     , m_target(m_spec->exposure.target)
     , m_exposure{m_spec->exposure.initial, m_spec->gain.initial} {
 }
 
-HRESULT PSimSettings::checkOption(unsigned option, int value) const {
-    switch (option) {
-    case TOUPCAM_OPTION_PROCESSMODE:
-    case TOUPCAM_OPTION_RAW:
-        return onlyZero(value, 1);
-    case TOUPCAM_OPTION_TRIGGER:
-        return onlyZero(value, 2);
-    case TOUPCAM_OPTION_FRAMERATE:
-        return inRange(value, 0, 10000);
-    case TOUPCAM_OPTION_BANDWIDTH:
-        return inRange(value, 1, 100);
-    default: // byte order, multithread
-        return inRange(value, 0, 1);
-    }
-}
-
 HRESULT PSimSettings::setOption(unsigned option, int value) {
     const std::lock_guard lock(m_mutex);
-    const auto found = m_options.find(option);
-    if (found == m_options.end())
-        return E_NOTIMPL;
-    const HRESULT result = checkOption(option, value);
-    if (SUCCEEDED(result))
-        found->second = value;
-    return result;
+    return m_options.set(option, value);
 }
 
 HRESULT PSimSettings::option(unsigned option, int* value) const {
-    if (!value)
+    const std::lock_guard lock(m_mutex);
+    return m_options.get(option, value);
+}
+
+HRESULT PSimSettings::setNumber(PSimNumber number, int value) {
+    const std::lock_guard lock(m_mutex);
+    return m_numbers.set(number, value);
+}
+
+HRESULT PSimSettings::number(PSimNumber number, int* value) const {
+    const std::lock_guard lock(m_mutex);
+    return m_numbers.get(number, value);
+}
+
+HRESULT PSimSettings::setTempTint(int temperature, int tint) {
+    const std::lock_guard lock(m_mutex);
+    for (const HRESULT result : {m_numbers.check(PSimNumber::Temperature, temperature),
+                                 m_numbers.check(PSimNumber::Tint, tint)}) {
+        if (FAILED(result))
+            return result;
+    }
+    m_numbers.set(PSimNumber::Temperature, temperature);
+    return m_numbers.set(PSimNumber::Tint, tint);
+}
+
+HRESULT PSimSettings::tempTint(int* temperature, int* tint) const {
+    if (!temperature || !tint)
         return E_POINTER;
     const std::lock_guard lock(m_mutex);
-    const auto found = m_options.find(option);
-    if (found == m_options.end())
-        return E_NOTIMPL;
-    *value = found->second;
-    return S_OK;
+    m_numbers.get(PSimNumber::Temperature, temperature);
+    return m_numbers.get(PSimNumber::Tint, tint);
 }
 
 HRESULT PSimSettings::setRealTime(int value) {
@@ -87,6 +76,8 @@ HRESULT PSimSettings::setResolution(unsigned index) {
     if (index >= m_spec->resolutions.size())
         return E_INVALIDARG;
     const std::lock_guard lock(m_mutex);
+    if (index != m_resolution)
+        m_region = PSimRegion::whole(m_spec->resolutions[index].size());
     m_resolution = index;
     return S_OK;
 }
@@ -94,6 +85,28 @@ HRESULT PSimSettings::setResolution(unsigned index) {
 unsigned PSimSettings::resolution() const {
     const std::lock_guard lock(m_mutex);
     return m_resolution;
+}
+
+HRESULT PSimSettings::setRegion(const PSimRegion& region) {
+    if (!m_spec->hasGeometry())
+        return E_NOTIMPL;
+    const std::lock_guard lock(m_mutex);
+    const PSimSize size = m_spec->resolutions[m_resolution].size();
+    const PSimRegion wanted = region == PSimRegion() ? PSimRegion::whole(size) : region;
+    if (!wanted.fits(size))
+        return E_INVALIDARG;
+    m_region = wanted;
+    return S_OK;
+}
+
+PSimRegion PSimSettings::region() const {
+    const std::lock_guard lock(m_mutex);
+    return m_region;
+}
+
+PSimSize PSimSettings::finalSize() const {
+    const std::lock_guard lock(m_mutex);
+    return geometryOf(m_resolution).finalSize();
 }
 
 HRESULT PSimSettings::setSpeed(unsigned short level) {
@@ -156,21 +169,65 @@ PSimExposure PSimSettings::exposure() const {
 
 PSimShot PSimSettings::shot() const {
     const std::lock_guard lock(m_mutex);
-    return {m_resolution, m_options.at(TOUPCAM_OPTION_BYTEORDER) == 1,
-            m_exposure.microseconds / 1000.0, m_exposure.gainPercent / 100.0};
+    return shotOf(m_resolution);
+}
+
+PSimShot PSimSettings::shotAt(unsigned resolution) const {
+    const std::lock_guard lock(m_mutex);
+    return shotOf(resolution);
+}
+
+// Called under the lock, as those below.
+PSimShot PSimSettings::shotOf(unsigned resolution) const {
+    PSimShot shot;
+    shot.resolution = resolution;
+    shot.blueFirst = m_options.value(TOUPCAM_OPTION_BYTEORDER, 0) == 1;
+    shot.exposureMs = m_exposure.microseconds / 1000.0;
+    shot.gain = m_exposure.gainPercent / 100.0;
+    shot.geometry = geometryOf(resolution);
+    shot.look = look();
+    return shot;
+}
+
+PSimGeometry PSimSettings::geometryOf(unsigned resolution) const {
+    const unsigned binning = static_cast<unsigned>(m_options.value(TOUPCAM_OPTION_BINNING, 1));
+    PSimGeometry geometry;
+    geometry.region = m_region.scaled(m_spec->resolutions[m_resolution].size(),
+                                      m_spec->resolutions[resolution].size());
+    geometry.binning = binning & ~kAverage;
+    geometry.average = (binning & kAverage) != 0;
+    geometry.rotation = static_cast<unsigned>(m_options.value(TOUPCAM_OPTION_ROTATE, 0));
+    geometry.hFlip = m_numbers.value(PSimNumber::HFlip) != 0;
+    geometry.vFlip = m_numbers.value(PSimNumber::VFlip) != 0;
+    return geometry;
+}
+
+PSimLook PSimSettings::look() const {
+    PSimLook look;
+    look.hue = m_numbers.value(PSimNumber::Hue);
+    look.saturation = m_numbers.value(PSimNumber::Saturation);
+    look.brightness = m_numbers.value(PSimNumber::Brightness);
+    look.contrast = m_numbers.value(PSimNumber::Contrast);
+    look.gamma = m_numbers.value(PSimNumber::Gamma);
+    look.negative = m_numbers.value(PSimNumber::Negative) != 0;
+    look.chrome = m_numbers.value(PSimNumber::Chrome) != 0;
+    look.temperature = m_numbers.value(PSimNumber::Temperature);
+    look.tint = m_numbers.value(PSimNumber::Tint);
+    look.whiteBalanceGains = m_options.value(TOUPCAM_OPTION_WBGAIN, 1) != 0;
+    look.colourMatrix = m_options.value(TOUPCAM_OPTION_COLORMATIX, 1) != 0;
+    return look;
 }
 
 double PSimSettings::framesPerSecond() const {
     const PSimResolution& mode = m_spec->resolutions[m_resolution];
     double result = mode.framesPerSecond * (m_speed + 1.0) / m_spec->speedLevels;
     if (m_spec->linkMegabytes > 0.0) {
-        const auto found = m_options.find(TOUPCAM_OPTION_BANDWIDTH);
-        const double share = found == m_options.end() ? 1.0 : found->second / 100.0;
+        const double share = m_options.value(TOUPCAM_OPTION_BANDWIDTH, 100) / 100.0;
         // The link carries one byte a pixel, as the sensor has it; colour is made from it later.
         const double pixels = static_cast<double>(mode.width) * mode.height;
         result = std::min(result, m_spec->linkMegabytes * 1e6 * share / pixels);
     }
-    const int limit = m_options.at(TOUPCAM_OPTION_FRAMERATE);
+    const int limit = m_options.value(TOUPCAM_OPTION_FRAMERATE, 0);
     return limit > 0 ? std::min(result, static_cast<double>(limit)) : result;
 }
 
@@ -189,4 +246,9 @@ bool PSimSettings::adapt(double mean) {
         return false;
     m_exposure = next;
     return true;
+}
+
+void PSimSettings::balance(const PSimMeans& means) {
+    const PSimWhiteBalance::Setting setting = PSimWhiteBalance::balancing(means);
+    setTempTint(setting.temperature, setting.tint);
 }

@@ -2,21 +2,14 @@
 #pragma once
 
 #include <toupcam/sim/PSimAutoExposure.h>
-#include <toupcam/sim/PSimScene.h>
-#include <toupcam/toupcam.h>
+#include <toupcam/sim/PSimMeter.h>
+#include <toupcam/sim/PSimNumbers.h>
+#include <toupcam/sim/PSimOptions.h>
+#include <toupcam/sim/PSimShot.h>
 
 #include <chrono>
-#include <map>
 #include <memory>
 #include <mutex>
-
-/// What one frame is taken with.
-struct PSimShot {
-    unsigned resolution = 0;
-    bool blueFirst = false;
-    double exposureMs = 0.0;
-    double gain = 1.0;
-};
 
 /// The settings of one session with a camera, checked against what the model can do; they start at
 /// power-on values. Results are SDK codes: E_INVALIDARG out of range, E_NOTIMPL if this model
@@ -29,8 +22,20 @@ public:
     HRESULT option(unsigned option, int* value) const;
     HRESULT setRealTime(int value);
 
+    HRESULT setNumber(PSimNumber number, int value);
+    HRESULT number(PSimNumber number, int* value) const;
+    /// Both or neither.
+    HRESULT setTempTint(int temperature, int tint);
+    HRESULT tempTint(int* temperature, int* tint) const;
+
+    /// Another resolution than before takes the region back to the whole sensor.
     HRESULT setResolution(unsigned index);
     unsigned resolution() const;
+    /// In pixels of the resolution; all 0: the whole sensor.
+    HRESULT setRegion(const PSimRegion& region);
+    PSimRegion region() const;
+    /// Size of the frames as they are delivered.
+    PSimSize finalSize() const;
     HRESULT setSpeed(unsigned short level);
     unsigned short speed() const;
 
@@ -44,22 +49,30 @@ public:
 
     /// What the next frame is taken with.
     PSimShot shot() const;
+    /// The same for a picture at any resolution, of the same part of the sensor.
+    PSimShot shotAt(unsigned resolution) const;
     /// Time from frame to frame: the slowest of sensor, speed level, link, frame-rate limit and
     /// exposure time.
     std::chrono::nanoseconds period() const;
     /// Lets auto-exposure, if it is on, answer a frame of this mean brightness (0 … 255). True if
     /// it changed time or gain.
     bool adapt(double mean);
+    /// Makes the white balance neutral for a picture with these means.
+    void balance(const PSimMeans& means);
 
 private:
-    HRESULT checkOption(unsigned option, int value) const;
+    PSimShot shotOf(unsigned resolution) const;
+    PSimGeometry geometryOf(unsigned resolution) const;
+    PSimLook look() const;
     double framesPerSecond() const;
 
     std::shared_ptr<const PSimCameraSpec> m_spec;
     PSimAutoExposure m_rule;
     mutable std::mutex m_mutex; // guards all below
-    std::map<unsigned, int> m_options;
+    PSimOptions m_options;
+    PSimNumbers m_numbers;
     unsigned m_resolution = 0;
+    PSimRegion m_region;
     unsigned short m_speed = 0;
     bool m_auto = true;
     unsigned short m_target = 0;

@@ -34,6 +34,7 @@ HRESULT PSimStream::start(std::shared_ptr<PSimDelivery> delivery) {
     m_stopping = false;
     m_lost = false;
     m_delivered = 0;
+    m_onePush.forget();
     m_pacer.start(PSimPacer::Clock::now());
     m_delivery->start(this, [weak = weak_from_this()] {
         if (const auto self = weak.lock())
@@ -112,6 +113,14 @@ void PSimStream::setExposureCallback(PITOUPCAM_EXPOSURE_CALLBACK callback, void*
     m_exposureContext = context;
 }
 
+HRESULT PSimStream::balanceOnce(PITOUPCAM_TEMPTINT_CALLBACK callback, void* context) {
+    const std::lock_guard lock(m_mutex);
+    if (!m_active || m_stopping)
+        return E_UNEXPECTED;
+    m_onePush.ask({callback, context});
+    return S_OK;
+}
+
 void PSimStream::wake() {
     const std::lock_guard lock(m_mutex);
     m_wake.notify_all();
@@ -172,158 +181,4 @@ PSimFrameCounts PSimStream::counts() const {
     return {counting ? m_pacer.producedBy(PSimPacer::Clock::now(), m_settings->period())
                      : m_pacer.produced(),
             m_delivered};
-}
-
-void PSimStream::run() {
-    PSimPicture live;
-    PSimPicture still;
-    Lock lock(m_mutex);
-    while (true) {
-        waitForWork(lock);
-        if (m_stopping)
-            break;
-        if (m_afterLoss)
-            tellLoss(lock);
-        else if (!m_jobs.empty())
-            runJob(lock);
-        else if (!m_stills.empty())
-            takeStill(lock, still);
-        else
-            takeFrame(lock, live);
-    }
-    finish(lock);
-}
-
-void PSimStream::waitForWork(Lock& lock) {
-    while (!hasWork()) {
-        const bool frames = !m_lost && !m_link->lens->isUnpaced();
-        if (frames)
-            m_wake.wait_until(lock, m_pacer.due(m_settings->period()));
-        else
-            m_wake.wait(lock);
-    }
-}
-
-bool PSimStream::hasWork() const {
-    if (m_stopping || m_afterLoss || !m_jobs.empty())
-        return true;
-    return !m_lost && (!m_stills.empty() || isFrameDue(PSimPacer::Clock::now()));
-}
-
-bool PSimStream::isFrameDue(PSimPacer::Clock::time_point now) const {
-    if (m_link->lens->isUnpaced())
-        return !m_link->held && m_delivery->isReady();
-    return now >= m_pacer.due(m_settings->period());
-}
-
-void PSimStream::tellLoss(Lock& lock) {
-    const std::function<void()> afterwards = std::exchange(m_afterLoss, nullptr);
-    m_stills.clear();
-    const std::shared_ptr<PSimDelivery> current = m_delivery;
-    lock.unlock();
-    current->lost(afterwards);
-    lock.lock();
-}
-
-void PSimStream::runJob(Lock& lock) {
-    const std::shared_ptr<Job> job = m_jobs.front();
-    m_jobs.pop_front();
-    lock.unlock();
-    const bool result = job->work();
-    lock.lock();
-    job->result = result;
-    job->done = true;
-    m_jobDone.notify_all();
-}
-
-void PSimStream::takeStill(Lock& lock, PSimPicture& picture) {
-    PSimShot shot = m_settings->shot();
-    shot.resolution = m_stills.front();
-    m_stills.pop_front();
-    const std::uint64_t frame = m_pacer.produced();
-    picture.sequence = static_cast<unsigned>(frame);
-    picture.microseconds = m_pacer.microseconds();
-    const std::shared_ptr<PSimDelivery> current = m_delivery;
-    lock.unlock();
-    if (!m_link->held) {
-        m_link->lens->take(shot, frame, picture);
-        current->still(picture);
-    }
-    lock.lock();
-}
-
-// Counts the frames that fell due up to now; without a pace none does by itself.
-void PSimStream::countDueFrames() {
-    if (!m_link->lens->isUnpaced())
-        m_pacer.settle(PSimPacer::Clock::now(), m_settings->period());
-}
-
-void PSimStream::takeFrame(Lock& lock, PSimPicture& picture) {
-    const std::uint64_t before = m_pacer.produced();
-    countDueFrames();
-    if (m_link->lens->isUnpaced())
-        m_pacer.produceNow(PSimPacer::Clock::now());
-    if (m_pacer.produced() == before)
-        return; // the exposure became longer a moment ago: not due any more
-    picture.sequence = static_cast<unsigned>(m_pacer.produced() - 1);
-    picture.microseconds = m_pacer.microseconds();
-    const std::uint64_t taken = ++m_link->taken;
-    lock.unlock();
-    const bool arrives = m_link->observer->frameTaken(taken) && !m_link->held;
-    if (arrives)
-        deliverFrame(lock, picture);
-    lock.lock();
-    m_observing = true;
-    lock.unlock();
-    m_link->observer->frameDone(taken);
-    lock.lock();
-    m_observing = false;
-}
-
-// Called unlocked.
-void PSimStream::deliverFrame(Lock& lock, PSimPicture& picture) {
-    m_link->lens->take(m_settings->shot(), picture.sequence, picture);
-    const double mean = m_link->lens->isExposed() ? picture.meanBrightness() : -1.0;
-    lock.lock();
-    // Stopped or unplugged while the picture was made: it is lost, as it would be on the cable.
-    const bool arrives = !m_stopping && !m_lost;
-    // Counted before the callback: a client that compares never has more than was delivered.
-    m_delivered += arrives ? 1 : 0;
-    const std::shared_ptr<PSimDelivery> current = m_delivery;
-    lock.unlock();
-    if (!arrives)
-        return;
-    current->frame(picture);
-    if (mean >= 0.0)
-        adaptExposure(mean);
-}
-
-void PSimStream::adaptExposure(double mean) {
-    if (!m_settings->adapt(mean))
-        return;
-    Lock lock(m_mutex);
-    const PITOUPCAM_EXPOSURE_CALLBACK callback = m_exposureCallback;
-    void* const context = m_exposureContext;
-    const std::shared_ptr<PSimDelivery> current = m_delivery;
-    lock.unlock();
-    current->exposureChanged();
-    if (callback)
-        callback(context);
-}
-
-// Leaves nobody waiting: jobs are cancelled, a loss that could not be told any more is followed up.
-void PSimStream::finish(Lock& lock) {
-    if (!m_lost)
-        countDueFrames();
-    m_active = false;
-    m_stills.clear();
-    for (const std::shared_ptr<Job>& job : m_jobs)
-        job->done = true;
-    m_jobs.clear();
-    m_jobDone.notify_all();
-    const std::function<void()> afterwards = std::exchange(m_afterLoss, nullptr);
-    lock.unlock();
-    if (afterwards)
-        afterwards();
-    lock.lock();
 }

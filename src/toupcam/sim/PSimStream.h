@@ -2,6 +2,7 @@
 #pragma once
 
 #include <toupcam/sim/PSimDelivery.h>
+#include <toupcam/sim/PSimOnePush.h>
 #include <toupcam/sim/PSimPacer.h>
 #include <toupcam/sim/PSimSettings.h>
 
@@ -59,6 +60,9 @@ public:
     HRESULT snap(unsigned resolution);
     HRESULT pull(bool still, void* buffer, int bits, ToupcamFrameInfoV2* info);
     void setExposureCallback(PITOUPCAM_EXPOSURE_CALLBACK callback, void* context);
+    /// Asks for one-push white balance, told by the callback (which may be null) on the producing
+    /// thread; E_UNEXPECTED if the stream does not run.
+    HRESULT balanceOnce(PITOUPCAM_TEMPTINT_CALLBACK callback, void* context);
     /// Settings changed: the time the next frame falls due may have, too.
     void wake();
 
@@ -90,6 +94,7 @@ private:
     void countDueFrames();
     void deliverFrame(Lock& lock, PSimPicture& picture);
     void adaptExposure(double mean);
+    void balanceWhite(const PSimMeans& means);
     void finish(Lock& lock);
     std::shared_ptr<PSimDelivery> delivery() const;
 
@@ -113,5 +118,6 @@ private:
     std::uint64_t m_delivered = 0;
     PITOUPCAM_EXPOSURE_CALLBACK m_exposureCallback = nullptr;
     void* m_exposureContext = nullptr;
+    PSimOnePush m_onePush;
     std::thread m_thread;
 };

@@ -20,11 +20,7 @@ PSimWorld& world() {
     return PSimWorld::instance();
 }
 
-const PSimResolution& currentResolution(PSimSession& session) {
-    return session.spec().resolutions[session.settings().resolution()];
-}
-
-HRESULT give(const PSimResolution& size, int* width, int* height) {
+HRESULT give(const PSimSize& size, int* width, int* height) {
     if (!width || !height)
         return E_POINTER;
     *width = static_cast<int>(size.width);
@@ -150,8 +146,9 @@ HRESULT Toupcam_get_ResolutionNumber(HToupcam h) {
 HRESULT Toupcam_get_Resolution(HToupcam h, unsigned nResolutionIndex, int* pWidth, int* pHeight) {
     const auto read = [&](PSimSession& s) {
         const auto& sizes = s.spec().resolutions;
-        return nResolutionIndex < sizes.size() ? give(sizes[nResolutionIndex], pWidth, pHeight)
-                                               : E_INVALIDARG;
+        return nResolutionIndex < sizes.size()
+                   ? give(sizes[nResolutionIndex].size(), pWidth, pHeight)
+                   : E_INVALIDARG;
     };
     return onCamera(__func__, h, read, nResolutionIndex, out(pWidth), out(pHeight));
 }
@@ -169,8 +166,34 @@ HRESULT Toupcam_get_eSize(HToupcam h, unsigned* pnResolutionIndex) {
 
 HRESULT Toupcam_get_FinalSize(HToupcam h, int* pWidth, int* pHeight) {
     return onCamera(
-        __func__, h, [&](PSimSession& s) { return give(currentResolution(s), pWidth, pHeight); },
+        __func__, h,
+        [&](PSimSession& s) { return give(s.settings().finalSize(), pWidth, pHeight); },
         out(pWidth), out(pHeight));
+}
+
+HRESULT Toupcam_put_Roi(HToupcam h, unsigned xOffset, unsigned yOffset, unsigned xWidth,
+                        unsigned yHeight) {
+    return changing(
+        __func__, h,
+        [&](PSimSettings& s) {
+            return s.setRegion({xOffset, yOffset, xWidth, yHeight});
+        },
+        xOffset, yOffset, xWidth, yHeight);
+}
+
+HRESULT Toupcam_get_Roi(HToupcam h, unsigned* pxOffset, unsigned* pyOffset, unsigned* pxWidth,
+                        unsigned* pyHeight) {
+    const auto read = [&](PSimSession& s) {
+        if (!pxOffset || !pyOffset || !pxWidth || !pyHeight)
+            return E_POINTER;
+        const PSimRegion region = s.settings().region();
+        *pxOffset = region.x;
+        *pyOffset = region.y;
+        *pxWidth = region.width;
+        *pyHeight = region.height;
+        return S_OK;
+    };
+    return onCamera(__func__, h, read, out(pxOffset), out(pyOffset), out(pxWidth), out(pyHeight));
 }
 
 HRESULT Toupcam_put_Option(HToupcam h, unsigned iOption, int iValue) {

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/// Width and height in pixels.
+struct PSimSize {
+    unsigned width = 0;
+    unsigned height = 0;
+
+    bool operator==(const PSimSize& other) const {
+        return width == other.width && height == other.height;
+    }
+};
+
+/// A part of the sensor, in pixels of a resolution.
+struct PSimRegion {
+    unsigned x = 0;
+    unsigned y = 0;
+    unsigned width = 0;
+    unsigned height = 0;
+
+    /// The whole of a resolution.
+    static PSimRegion whole(const PSimSize& size) { return {0, 0, size.width, size.height}; }
+    bool operator==(const PSimRegion& other) const {
+        return x == other.x && y == other.y && width == other.width && height == other.height;
+    }
+
+    /// Whether a camera with this many pixels takes it: whole or, else, inside, at least 4 x 4
+    /// pixels, width and height multiples of 4, offsets even.
+    bool fits(const PSimSize& size) const;
+    /// The same part of the field at another resolution, cut to what that one takes.
+    PSimRegion scaled(const PSimSize& from, const PSimSize& to) const;
+};
+
+/// Where a pixel of the sensor comes to lie, turning and flipping together: columns and rows are
+/// exchanged first, if at all, then the result is mirrored.
+struct PSimOrientation {
+    bool exchanged = false;
+    bool mirroredX = false;
+    bool mirroredY = false;
+};
+
+/// What becomes of the sensor's pixels, in this order: the region is cut out, binning joins squares
+/// of pixels (what does not fill a square is cut off), flips, rotation. Plain values.
+struct PSimGeometry {
+    PSimRegion region;
+    unsigned binning = 1; ///< pixels to a side of the square, 1 … 4
+    bool average = false; ///< binned pixels are averaged instead of added up
+    bool hFlip = false;
+    bool vFlip = false;
+    unsigned rotation = 0; ///< degrees clockwise: 0, 90, 180, 270
+
+    PSimOrientation orientation() const;
+    /// After region and binning.
+    PSimSize binnedSize() const { return {region.width / binning, region.height / binning}; }
+    /// After all.
+    PSimSize finalSize() const;
+    /// Whether the pixels stay as and where they are on a sensor of this size.
+    bool isPlain(const PSimSize& sensor) const;
+};

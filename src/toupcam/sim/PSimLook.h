@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/// How the camera's processor makes a picture of what the sensor read. As made, it changes nothing.
+/// Plain values.
+struct PSimLook {
+    int hue = 0;            ///< degrees, -180 … 180
+    int saturation = 128;   ///< 0 grey … 128 as it is … 255
+    int brightness = 0;     ///< counts, -64 … 64
+    int contrast = 0;       ///< -100 … 100
+    int gamma = 100;        ///< 20 … 180; above 100 lightens the middle tones
+    bool negative = false;  ///< bright becomes dark
+    bool chrome = false;    ///< grey picture of a colour camera
+    int temperature = 6503; ///< kelvin: the light taken for white
+    int tint = 1000;        ///< green of the picture, 200 … 2500
+    bool whiteBalanceGains = true;
+    bool colourMatrix = true; ///< takes the colour filters' crosstalk out
+};

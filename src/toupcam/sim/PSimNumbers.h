@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <toupcam/toupcam.h>
+
+#include <array>
+#include <cstddef>
+
+/// Settings that are one whole number each, or a switch.
+enum class PSimNumber {
+    Hue,
+    Saturation,
+    Brightness,
+    Contrast,
+    Gamma,
+    Negative,
+    Chrome,
+    VFlip,
+    HFlip,
+    LightFrequency, ///< 0: 60 Hz, 1: 50 Hz, 2: direct current
+    Temperature,    ///< of the light taken for white, kelvin
+    Tint,
+    Count
+};
+
+/// The values of these settings, checked. A grey camera has those that are about colour not:
+/// E_NOTIMPL. Guarded by its owner's lock.
+class PSimNumbers {
+public:
+    /// Power-on values.
+    explicit PSimNumbers(bool colour);
+
+    /// Whether this value can be set: S_OK, E_NOTIMPL or E_INVALIDARG. A switch takes any value.
+    HRESULT check(PSimNumber number, int value) const;
+    /// Sets it if check() finds nothing; any value but 0 switches a switch on, to 1.
+    HRESULT set(PSimNumber number, int value);
+    /// E_POINTER for a null output, E_NOTIMPL.
+    HRESULT get(PSimNumber number, int* value) const;
+    /// The value in force, whether the camera has the setting or not.
+    int value(PSimNumber number) const { return m_values[static_cast<std::size_t>(number)]; }
+
+private:
+    bool has(PSimNumber number) const;
+
+    bool m_colour;
+    std::array<int, static_cast<std::size_t>(PSimNumber::Count)> m_values;
+};

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <toupcam/sim/PSimScene.h>
+#include <toupcam/toupcam.h>
+
+#include <map>
+
+/// The options of Toupcam_put_Option that are no more than a value, checked: E_NOTIMPL for one this
+/// model has not, E_INVALIDARG out of range. Guarded by its owner's lock.
+class PSimOptions {
+public:
+    /// Power-on values.
+    explicit PSimOptions(const PSimCameraSpec& spec);
+
+    HRESULT set(unsigned option, int value);
+    /// E_POINTER for a null output.
+    HRESULT get(unsigned option, int* value) const;
+    /// The value in force; `otherwise` if this model has not got the option.
+    int value(unsigned option, int otherwise) const;
+
+private:
+    std::map<unsigned, int> m_values;
+};

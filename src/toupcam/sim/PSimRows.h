@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+
+/// The rows of one picture, from the top, before the camera's processor has done anything. Used on
+/// one thread.
+class PSimRows {
+public:
+    virtual ~PSimRows() = default;
+    /// Writes the next row, without padding.
+    virtual void next(std::uint8_t* out) = 0;
+};

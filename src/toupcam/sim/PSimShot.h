@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <toupcam/sim/PSimGeometry.h>
+#include <toupcam/sim/PSimLook.h>
+
+/// What one frame is taken with. Plain values.
+struct PSimShot {
+    unsigned resolution = 0;
+    bool blueFirst = false;
+    double exposureMs = 0.0;
+    double gain = 1.0;
+    PSimGeometry geometry;
+    PSimLook look;
+};
