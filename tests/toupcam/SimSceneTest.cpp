@@ -93,6 +93,22 @@ const WrongRow kWrong[] = {
      R"({"cameras": [{"id": "a", "resolutions": [{"width": 64, "height": 64}]}],
          "faults": [{"do": "lose", "camera": "a", "probability": 1.5}]})",
      {"scene.faults[0].probability", "1.5", "from 0 to 1"}},
+    {"dropped trigger frame number 0",
+     R"({"cameras": [{"id": "a", "resolutions": [{"width": 64, "height": 64}]}],
+         "faults": [{"do": "dropTrigger", "camera": "a", "nth": 0}]})",
+     {"scene.faults[0].nth", "0 found", "from 1"}},
+    {"trigger source without a period",
+     R"({"cameras": [{"id": "a", "resolutions": [{"width": 64, "height": 64}],
+                      "externalTrigger": {"periodMs": 0}}]})",
+     {"scene.cameras[0].externalTrigger.periodMs", "0 found", "0.1"}},
+    {"lamp that is too cold",
+     R"({"cameras": [{"id": "a", "resolutions": [{"width": 64, "height": 64}],
+                      "source": {"kind": "flat", "lightKelvin": 1999}}]})",
+     {"scene.cameras[0].source.lightKelvin", "1999", "from 2000 to 15000"}},
+    {"lamp of exact patches",
+     R"({"cameras": [{"id": "a", "resolutions": [{"width": 64, "height": 64}],
+                      "source": {"kind": "patches", "lightKelvin": 3200}}]})",
+     {"scene.cameras[0].source", "\"lightKelvin\"", "kind"}},
 };
 
 class SimWrongScene : public SimTest, public ::testing::WithParamInterface<WrongRow> {};

@@ -55,6 +55,7 @@ PSimCamera::PSimCamera(const PSimCameraSpec& spec, std::uint64_t seed,
     , m_plugged(spec.plugged) {
     m_link->lens = PSimLens::create(m_spec, seed);
     m_link->observer = std::move(observer);
+    m_link->externalTrigger = m_spec->externalTrigger;
 }
 
 ToupcamDeviceV2 PSimCamera::record() const {
@@ -113,7 +114,7 @@ bool PSimCamera::plug() {
 void PSimCamera::hold(bool held) {
     m_link->held = held;
     if (const std::shared_ptr<PSimSession> open = session())
-        open->stream().wake();
+        open->stream().settingsChanged();
 }
 
 bool PSimCamera::pushRaw(const void* data, const BITMAPINFOHEADER* header, int isSnapshot) {
@@ -124,6 +125,16 @@ bool PSimCamera::pushRaw(const void* data, const BITMAPINFOHEADER* header, int i
 bool PSimCamera::fireEvent(unsigned code) {
     const std::shared_ptr<PSimSession> open = session();
     return open && open->stream().fireEvent(code);
+}
+
+bool PSimCamera::signal() {
+    const std::shared_ptr<PSimSession> open = session();
+    return open && open->stream().signal();
+}
+
+std::uint64_t PSimCamera::missedSignals() const {
+    const std::shared_ptr<PSimSession> open = session();
+    return open ? open->stream().missedSignals() : 0;
 }
 
 PSimFrameCounts PSimCamera::counts() const {

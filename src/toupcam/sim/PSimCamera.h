@@ -34,6 +34,9 @@ public:
     void hold(bool held);
     bool pushRaw(const void* data, const BITMAPINFOHEADER* header, int isSnapshot);
     bool fireEvent(unsigned code);
+    /// A signal at the external trigger input; see PSimStream.
+    bool signal();
+    std::uint64_t missedSignals() const;
     /// Of the newest stream, running or not.
     PSimFrameCounts counts() const;
 

@@ -59,13 +59,14 @@ void readTime(PSimJsonObject& object, PSimFaultSpec& step) {
 
 PSimFaultSpec PSimFaultReader::read(const QJsonValue& value, const QString& place,
                                     const PSimScene& scene) {
-    constexpr Action actions[] = {Action::Unplug,  Action::Plug,  Action::Hold,
-                                  Action::Release, Action::Event, Action::PushMalformed,
-                                  Action::Lose,    Action::Fail,  Action::Delay};
+    constexpr Action actions[] = {
+        Action::Unplug,        Action::Plug, Action::Hold,        Action::Release, Action::Event,
+        Action::PushMalformed, Action::Lose, Action::DropTrigger, Action::Fail,    Action::Delay};
     PSimFaultSpec step;
     PSimJsonObject object(value, place);
-    step.action = actions[object.choice("do", {"unplug", "plug", "hold", "release", "event",
-                                               "pushMalformed", "lose", "fail", "delay"})];
+    step.action =
+        actions[object.choice("do", {"unplug", "plug", "hold", "release", "event", "pushMalformed",
+                                     "lose", "dropTrigger", "fail", "delay"})];
     if (step.action == Action::Fail) {
         readFail(object, step);
     } else if (step.action == Action::Delay) {
@@ -74,6 +75,8 @@ PSimFaultSpec PSimFaultReader::read(const QJsonValue& value, const QString& plac
         readCameraId(object, step, scene);
         if (step.action == Action::Lose)
             step.probability = object.number("probability", step.probability, 0, 1);
+        else if (step.action == Action::DropTrigger)
+            step.nth = object.integer("nth", step.nth, 1, 1e15);
         else
             readTime(object, step);
     }

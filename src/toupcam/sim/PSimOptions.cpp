@@ -7,11 +7,11 @@ HRESULT inRange(int value, int minimum, int maximum) {
     return value >= minimum && value <= maximum ? S_OK : E_INVALIDARG;
 }
 
-// 0 is what the simulator does; the other values exist in the SDK but do nothing here.
-HRESULT onlyZero(int value, int maximum) {
+// 0 is what the simulator does; 1 exists in the SDK but does nothing here.
+HRESULT onlyZero(int value) {
     if (value == 0)
         return S_OK;
-    return inRange(value, 0, maximum) == S_OK ? E_NOTIMPL : E_INVALIDARG;
+    return value == 1 ? E_NOTIMPL : E_INVALIDARG;
 }
 
 HRESULT checkBinning(int value) {
@@ -23,13 +23,23 @@ HRESULT checkRotation(int degrees) {
     return degrees % 90 == 0 ? inRange(degrees, 0, 270) : E_INVALIDARG;
 }
 
-HRESULT checkOption(unsigned option, int value) {
+HRESULT checkTrigger(int mode, std::uint64_t flags) {
+    constexpr std::uint64_t needed[] = {0, TOUPCAM_FLAG_TRIGGER_SOFTWARE,
+                                        TOUPCAM_FLAG_TRIGGER_EXTERNAL};
+    if (inRange(mode, 0, 2) != S_OK)
+        return E_INVALIDARG;
+    return mode == 0 || (flags & needed[mode]) ? S_OK : E_NOTIMPL;
+}
+
+} // namespace
+
+HRESULT PSimOptions::check(unsigned option, int value) const {
     switch (option) {
     case TOUPCAM_OPTION_PROCESSMODE:
     case TOUPCAM_OPTION_RAW:
-        return onlyZero(value, 1);
+        return onlyZero(value);
     case TOUPCAM_OPTION_TRIGGER:
-        return onlyZero(value, 2);
+        return checkTrigger(value, m_flags);
     case TOUPCAM_OPTION_FRAMERATE:
         return inRange(value, 0, 10000);
     case TOUPCAM_OPTION_BANDWIDTH:
@@ -43,10 +53,9 @@ HRESULT checkOption(unsigned option, int value) {
     }
 }
 
-} // namespace
-
 PSimOptions::PSimOptions(const PSimCameraSpec& spec)
-    : m_values{
+    : m_flags(spec.flags)
+    , m_values{
           {TOUPCAM_OPTION_PROCESSMODE, 0}, {TOUPCAM_OPTION_RAW, 0},
           {TOUPCAM_OPTION_TRIGGER, 0},     {TOUPCAM_OPTION_FRAMERATE, 0},
           {TOUPCAM_OPTION_MULTITHREAD, 1}, {TOUPCAM_OPTION_BYTEORDER, 0},
@@ -67,7 +76,7 @@ HRESULT PSimOptions::set(unsigned option, int value) {
     const auto found = m_values.find(option);
     if (found == m_values.end())
         return E_NOTIMPL;
-    const HRESULT result = checkOption(option, value);
+    const HRESULT result = check(option, value);
     if (SUCCEEDED(result))
         found->second = value;
     return result;

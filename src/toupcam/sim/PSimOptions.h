@@ -20,5 +20,8 @@ public:
     int value(unsigned option, int otherwise) const;
 
 private:
+    HRESULT check(unsigned option, int value) const;
+
+    std::uint64_t m_flags;
     std::map<unsigned, int> m_values;
 };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <algorithm>
 #include <chrono>
 #include <cstdint>
 
@@ -36,6 +37,20 @@ public:
     void produceNow(Clock::time_point now) {
         ++m_produced;
         m_last = now;
+    }
+
+    /// The next frame falls due one period after `now`.
+    void pauseUntil(Clock::time_point now) { m_last = now; }
+
+    /// The period becomes another one. A frame that is due stays due, those before it are counted;
+    /// one that is not, but would have been for long with the new period, falls due now.
+    void changePeriod(Clock::time_point now, std::chrono::nanoseconds old,
+                      std::chrono::nanoseconds next) {
+        const std::uint64_t waiting = fallen(now, old);
+        const std::uint64_t missed = waiting > 1 ? waiting - 1 : 0;
+        m_produced += missed;
+        m_last += static_cast<std::int64_t>(missed) * old;
+        m_last = std::max(m_last, now - next);
     }
 
     /// Frames counted so far.

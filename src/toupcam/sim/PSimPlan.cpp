@@ -23,7 +23,9 @@ public:
         : m_plan(std::move(plan))
         , m_camera(std::move(camera)) {}
 
-    bool frameTaken(std::uint64_t taken) override { return !m_plan->isLost(m_camera, taken); }
+    bool frameTaken(std::uint64_t taken, std::uint64_t triggered) override {
+        return !m_plan->isLost(m_camera, taken, triggered);
+    }
     void frameDone(std::uint64_t taken) override { m_plan->frameDone(m_camera, taken); }
 
 private:
@@ -71,16 +73,21 @@ void PSimPlan::stop() {
     m_wake.wait(lock, [this] { return !m_timerRuns; });
 }
 
-bool PSimPlan::isLost(const QByteArray& camera, std::uint64_t taken) const {
-    for (const Step& step : m_steps) {
-        if (step.spec.action != Action::Lose || step.spec.camera != camera)
-            continue;
-        // The frame's number decides, not the order of asking: the same in every run.
-        PSimRandom random(PSimRandom::mix(m_seed ^ PSimRandom::mix(taken)));
-        if (random.uniform() < step.spec.probability)
-            return true;
-    }
-    return false;
+bool PSimPlan::isLost(const QByteArray& camera, std::uint64_t taken,
+                      std::uint64_t triggered) const {
+    return std::any_of(m_steps.begin(), m_steps.end(), [&](const Step& step) {
+        if (step.spec.camera != camera)
+            return false;
+        if (step.spec.action == Action::DropTrigger)
+            return step.spec.nth == triggered;
+        return step.spec.action == Action::Lose && isUnlucky(step.spec, taken);
+    });
+}
+
+bool PSimPlan::isUnlucky(const PSimFaultSpec& step, std::uint64_t taken) const {
+    // The frame's number decides, not the order of asking: the same in every run.
+    PSimRandom random(PSimRandom::mix(m_seed ^ PSimRandom::mix(taken)));
+    return random.uniform() < step.probability;
 }
 
 void PSimPlan::frameDone(const QByteArray& camera, std::uint64_t taken) {
@@ -145,6 +152,7 @@ void PSimPlan::perform(const PSimFaultSpec& step) {
         pushMalformed(step);
         break;
     case Action::Lose: // asked for every frame
+    case Action::DropTrigger:
     case Action::Fail: // done at the start
     case Action::Delay:
         break;

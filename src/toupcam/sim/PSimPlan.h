@@ -33,7 +33,8 @@ private:
         bool done = false;
     };
 
-    bool isLost(const QByteArray& camera, std::uint64_t taken) const;
+    bool isLost(const QByteArray& camera, std::uint64_t taken, std::uint64_t triggered) const;
+    bool isUnlucky(const PSimFaultSpec& step, std::uint64_t taken) const;
     void frameDone(const QByteArray& camera, std::uint64_t taken);
     void runTimer();
     void performTimed(std::unique_lock<std::mutex>& lock);

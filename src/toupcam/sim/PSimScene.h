@@ -4,6 +4,7 @@
 #include <toupcam/sim/PSimGeometry.h>
 
 #include <QString>
+#include <chrono>
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -64,6 +65,12 @@ struct PSimGainSpec {
     unsigned short initial = 100;
 };
 
+/// What is connected to the trigger input.
+struct PSimExternalTriggerSpec {
+    std::chrono::microseconds period{0}; ///< 0: nothing
+    std::uint64_t count = 0;             ///< signals after the stream's start; 0: without end
+};
+
 /// One simulated camera.
 struct PSimCameraSpec {
     std::optional<QByteArray> model; ///< UTF-8; none: the record's name pointer is null
@@ -81,6 +88,7 @@ struct PSimCameraSpec {
     double linkMegabytes = 0.0; ///< payload of the link, 10^6 bytes a second; 0: no limit
     PSimSourceSpec source;
     PSimSensorSpec sensor;
+    PSimExternalTriggerSpec externalTrigger;
     bool plugged = true;
 
     bool isColour() const { return bits == 24; }
@@ -90,7 +98,18 @@ struct PSimCameraSpec {
 
 /// One step of the fault plan.
 struct PSimFaultSpec {
-    enum class Action { Unplug, Plug, Hold, Release, Event, PushMalformed, Lose, Fail, Delay };
+    enum class Action {
+        Unplug,
+        Plug,
+        Hold,
+        Release,
+        Event,
+        PushMalformed,
+        Lose,
+        DropTrigger,
+        Fail,
+        Delay
+    };
     Action action = Action::Unplug;
     QByteArray camera;                        ///< id; empty for Fail and Delay
     std::optional<std::uint64_t> afterFrames; ///< frames taken by that camera since scene load
@@ -101,6 +120,7 @@ struct PSimFaultSpec {
     unsigned short bits = 24;
     unsigned sizeImage = 0;
     double probability = 0.0; ///< Lose: of each frame
+    std::uint64_t nth = 1;    ///< DropTrigger: of the triggered frames since scene load, from 1
     QByteArray function;      ///< Fail, Delay
     std::optional<unsigned> option;
     unsigned skip = 0;

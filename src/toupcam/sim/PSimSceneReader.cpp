@@ -11,6 +11,7 @@
 #include <QImageReader>
 #include <QJsonDocument>
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <utility>
 
@@ -118,6 +119,16 @@ PSimSensorSpec readSensor(const QJsonValue& value, const QString& place) {
     result.offset = object.number("offset", result.offset, 0, 64);
     result.readNoise = object.number("readNoise", result.readNoise, 0, 1e4);
     result.electronsPerMs = object.number("electronsPerMs", result.electronsPerMs, 0.001, 1e7);
+    object.finish();
+    return result;
+}
+
+PSimExternalTriggerSpec readExternalTrigger(const QJsonValue& value, const QString& place) {
+    PSimExternalTriggerSpec result;
+    PSimJsonObject object(value, place);
+    const double ms = object.number("periodMs", 1000.0, 0.1, 3600000);
+    result.period = std::chrono::microseconds(std::llround(1000.0 * ms));
+    result.count = object.integer("count", result.count, 0, kMaxExactInteger);
     object.finish();
     return result;
 }
@@ -250,6 +261,8 @@ PSimCameraSpec readCamera(const QJsonValue& value, const QString& place, const Q
         camera.gain = readGain(gain, object.place("gain"));
     if (const QJsonValue sensor = object.value("sensor"); !sensor.isUndefined())
         camera.sensor = readSensor(sensor, object.place("sensor"));
+    if (const QJsonValue trigger = object.value("externalTrigger"); !trigger.isUndefined())
+        camera.externalTrigger = readExternalTrigger(trigger, object.place("externalTrigger"));
     if (const QJsonValue source = object.value("source"); !source.isUndefined())
         camera.source = readSource(source, object.place("source"), folder);
     object.finish();

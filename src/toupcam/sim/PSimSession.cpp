@@ -39,3 +39,7 @@ HRESULT PSimSession::snap(unsigned resolution) {
 HRESULT PSimSession::balanceOnce(PITOUPCAM_TEMPTINT_CALLBACK callback, void* context) {
     return m_spec->isColour() ? m_stream->balanceOnce(callback, context) : E_NOTIMPL;
 }
+
+HRESULT PSimSession::trigger(unsigned short count) {
+    return m_spec->flags & TOUPCAM_FLAG_TRIGGER_SOFTWARE ? m_stream->trigger(count) : E_NOTIMPL;
+}

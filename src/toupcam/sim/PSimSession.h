@@ -27,11 +27,13 @@ public:
     HRESULT snap(unsigned resolution);
     /// One-push white balance; E_NOTIMPL on a grey camera. See PSimStream::balanceOnce.
     HRESULT balanceOnce(PITOUPCAM_TEMPTINT_CALLBACK callback, void* context);
+    /// E_NOTIMPL if the camera has no software trigger. See PSimStream::trigger.
+    HRESULT trigger(unsigned short count);
     /// Applies a change to the settings, then lets the stream see it.
     template <typename Change>
     HRESULT change(const Change& apply) {
         const HRESULT result = apply(*m_settings);
-        m_stream->wake();
+        m_stream->settingsChanged();
         return result;
     }
 

@@ -231,10 +231,12 @@ double PSimSettings::framesPerSecond() const {
     return limit > 0 ? std::min(result, static_cast<double>(limit)) : result;
 }
 
-std::chrono::nanoseconds PSimSettings::period() const {
+PSimPace PSimSettings::pace() const {
     const std::lock_guard lock(m_mutex);
     const double seconds = std::max(1.0 / framesPerSecond(), m_exposure.microseconds * 1e-6);
-    return std::chrono::nanoseconds(static_cast<std::int64_t>(seconds * 1e9));
+    const int mode = m_options.value(TOUPCAM_OPTION_TRIGGER, 0);
+    return {std::chrono::nanoseconds(static_cast<std::int64_t>(seconds * 1e9)),
+            static_cast<PSimTrigger::Mode>(mode)};
 }
 
 bool PSimSettings::adapt(double mean) {

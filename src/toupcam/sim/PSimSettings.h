@@ -6,6 +6,7 @@
 #include <toupcam/sim/PSimNumbers.h>
 #include <toupcam/sim/PSimOptions.h>
 #include <toupcam/sim/PSimShot.h>
+#include <toupcam/sim/PSimShutter.h>
 
 #include <chrono>
 #include <memory>
@@ -51,9 +52,9 @@ public:
     PSimShot shot() const;
     /// The same for a picture at any resolution, of the same part of the sensor.
     PSimShot shotAt(unsigned resolution) const;
-    /// Time from frame to frame: the slowest of sensor, speed level, link, frame-rate limit and
-    /// exposure time.
-    std::chrono::nanoseconds period() const;
+    /// When frames fall due: the trigger mode, and the slowest of sensor, speed level, link,
+    /// frame-rate limit and exposure time.
+    PSimPace pace() const;
     /// Lets auto-exposure, if it is on, answer a frame of this mean brightness (0 … 255). True if
     /// it changed time or gain.
     bool adapt(double mean);

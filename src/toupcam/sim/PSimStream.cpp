@@ -13,7 +13,8 @@ constexpr std::size_t kMostStills = 16;
 
 PSimStream::PSimStream(std::shared_ptr<PSimCameraLink> link, std::shared_ptr<PSimSettings> settings)
     : m_link(std::move(link))
-    , m_settings(std::move(settings)) {
+    , m_settings(std::move(settings))
+    , m_shutter(m_link->externalTrigger) {
 }
 
 PSimStream::~PSimStream() {
@@ -35,7 +36,7 @@ HRESULT PSimStream::start(std::shared_ptr<PSimDelivery> delivery) {
     m_lost = false;
     m_delivered = 0;
     m_onePush.forget();
-    m_pacer.start(PSimPacer::Clock::now());
+    m_shutter.start(PSimPacer::Clock::now(), m_settings->pace());
     m_delivery->start(this, [weak = weak_from_this()] {
         if (const auto self = weak.lock())
             self->wake();
@@ -121,6 +122,37 @@ HRESULT PSimStream::balanceOnce(PITOUPCAM_TEMPTINT_CALLBACK callback, void* cont
     return S_OK;
 }
 
+HRESULT PSimStream::trigger(unsigned short count) {
+    const std::lock_guard lock(m_mutex);
+    const bool listens =
+        m_active && !m_stopping && m_shutter.trigger().mode() == PSimTrigger::Mode::Software;
+    if (!listens)
+        return count == 0 ? S_OK : E_UNEXPECTED;
+    m_shutter.trigger().ask(count, PSimPacer::Clock::now());
+    m_wake.notify_all();
+    return S_OK;
+}
+
+bool PSimStream::signal() {
+    const std::lock_guard lock(m_mutex);
+    if (!m_active || m_stopping || !m_shutter.trigger().signal(PSimPacer::Clock::now()))
+        return false;
+    m_wake.notify_all();
+    return true;
+}
+
+std::uint64_t PSimStream::missedSignals() const {
+    const std::lock_guard lock(m_mutex);
+    return m_shutter.trigger().missed();
+}
+
+void PSimStream::settingsChanged() {
+    const std::lock_guard lock(m_mutex);
+    if (m_active)
+        m_shutter.change(PSimPacer::Clock::now(), m_settings->pace());
+    m_wake.notify_all();
+}
+
 void PSimStream::wake() {
     const std::lock_guard lock(m_mutex);
     m_wake.notify_all();
@@ -130,7 +162,8 @@ bool PSimStream::reportLoss(std::function<void()> afterwards) {
     const std::lock_guard lock(m_mutex);
     if (!m_active || m_lost)
         return false;
-    countDueFrames();
+    if (!isFree())
+        m_shutter.settle(PSimPacer::Clock::now());
     m_lost = true;
     m_afterLoss = std::move(afterwards);
     m_wake.notify_all();
@@ -176,9 +209,8 @@ bool PSimStream::fireEvent(unsigned code) {
 
 PSimFrameCounts PSimStream::counts() const {
     const std::lock_guard lock(m_mutex);
-    const bool counting = m_active && !m_lost && !m_link->lens->isUnpaced();
+    const bool counting = m_active && !m_lost && !isFree();
     // What fell due while the client holds up the producing thread is counted here at once.
-    return {counting ? m_pacer.producedBy(PSimPacer::Clock::now(), m_settings->period())
-                     : m_pacer.produced(),
+    return {counting ? m_shutter.producedBy(PSimPacer::Clock::now()) : m_shutter.produced(),
             m_delivered};
 }

@@ -3,8 +3,8 @@
 
 #include <toupcam/sim/PSimDelivery.h>
 #include <toupcam/sim/PSimOnePush.h>
-#include <toupcam/sim/PSimPacer.h>
 #include <toupcam/sim/PSimSettings.h>
+#include <toupcam/sim/PSimShutter.h>
 
 #include <atomic>
 #include <condition_variable>
@@ -19,8 +19,9 @@
 class PSimFrameObserver {
 public:
     virtual ~PSimFrameObserver() = default;
-    /// Before a frame is delivered; false has it get lost in the camera.
-    virtual bool frameTaken(std::uint64_t taken) = 0;
+    /// Before a frame is delivered; false has it get lost in the camera. `triggered` counts
+    /// triggered frames in the same way; 0 for any other.
+    virtual bool frameTaken(std::uint64_t taken, std::uint64_t triggered) = 0;
     /// After it has been delivered or lost.
     virtual void frameDone(std::uint64_t taken) = 0;
 };
@@ -31,6 +32,8 @@ struct PSimCameraLink {
     std::shared_ptr<PSimFrameObserver> observer;
     std::atomic<bool> held{false};       ///< frames are produced but never arrive
     std::atomic<std::uint64_t> taken{0}; ///< for the observer
+    std::atomic<std::uint64_t> triggered{0};
+    PSimExternalTriggerSpec externalTrigger;
 };
 
 /// Frames of one stream: produced by the camera, and of those handed to the client.
@@ -63,8 +66,15 @@ public:
     /// Asks for one-push white balance, told by the callback (which may be null) on the producing
     /// thread; E_UNEXPECTED if the stream does not run.
     HRESULT balanceOnce(PITOUPCAM_TEMPTINT_CALLBACK callback, void* context);
+    /// Software trigger: this many frames in place of those still to come, 0xffff without end, 0
+    /// none; E_UNEXPECTED, but not for 0, unless the stream runs in software-trigger mode.
+    HRESULT trigger(unsigned short count);
+    /// A signal at the external trigger input; false if no exposure begins.
+    bool signal();
+    /// Signals that came while the camera was exposing, since the stream or the mode began.
+    std::uint64_t missedSignals() const;
     /// Settings changed: the time the next frame falls due may have, too.
-    void wake();
+    void settingsChanged();
 
     /// The camera was unplugged: tells the client once, then calls `afterwards` on a thread of the
     /// stream. False, and nothing is called, if the stream does not run.
@@ -83,15 +93,17 @@ private:
     };
     using Lock = std::unique_lock<std::mutex>;
 
+    void wake();
     void run();
     void waitForWork(Lock& lock);
-    bool hasWork() const;
-    bool isFrameDue(PSimPacer::Clock::time_point now) const;
+    bool hasWork();
+    bool isFrameDue(PSimShutter::Time now);
+    bool isFree() const;
     void tellLoss(Lock& lock);
     void runJob(Lock& lock);
     void takeStill(Lock& lock, PSimPicture& picture);
     void takeFrame(Lock& lock, PSimPicture& picture);
-    void countDueFrames();
+    bool countFrame();
     void deliverFrame(Lock& lock, PSimPicture& picture);
     void adaptExposure(double mean);
     void balanceWhite(const PSimMeans& means);
@@ -114,7 +126,7 @@ private:
     std::function<void()> m_afterLoss;
     std::deque<unsigned> m_stills;
     std::deque<std::shared_ptr<Job>> m_jobs;
-    PSimPacer m_pacer;
+    PSimShutter m_shutter;
     std::uint64_t m_delivered = 0;
     PITOUPCAM_EXPOSURE_CALLBACK m_exposureCallback = nullptr;
     void* m_exposureContext = nullptr;

@@ -28,24 +28,27 @@ void PSimStream::run() {
 
 void PSimStream::waitForWork(Lock& lock) {
     while (!hasWork()) {
-        const bool frames = !m_lost && !m_link->lens->isUnpaced();
-        if (frames)
-            m_wake.wait_until(lock, m_pacer.due(m_settings->period()));
+        const auto when = m_lost || isFree() ? std::nullopt : m_shutter.nextTime();
+        if (when)
+            m_wake.wait_until(lock, *when);
         else
             m_wake.wait(lock);
     }
 }
 
-bool PSimStream::hasWork() const {
+bool PSimStream::hasWork() {
     if (m_stopping || m_afterLoss || !m_jobs.empty())
         return true;
     return !m_lost && (!m_stills.empty() || isFrameDue(PSimPacer::Clock::now()));
 }
 
-bool PSimStream::isFrameDue(PSimPacer::Clock::time_point now) const {
-    if (m_link->lens->isUnpaced())
-        return !m_link->held && m_delivery->isReady();
-    return now >= m_pacer.due(m_settings->period());
+bool PSimStream::isFrameDue(PSimShutter::Time now) {
+    return isFree() ? !m_link->held && m_delivery->isReady() : m_shutter.isDue(now);
+}
+
+// Whether frames come as fast as they are taken away.
+bool PSimStream::isFree() const {
+    return m_link->lens->isUnpaced() && !m_shutter.isTriggered();
 }
 
 void PSimStream::tellLoss(Lock& lock) {
@@ -71,9 +74,9 @@ void PSimStream::runJob(Lock& lock) {
 void PSimStream::takeStill(Lock& lock, PSimPicture& picture) {
     const PSimShot shot = m_settings->shotAt(m_stills.front());
     m_stills.pop_front();
-    const std::uint64_t frame = m_pacer.produced();
+    const std::uint64_t frame = m_shutter.produced();
     picture.sequence = static_cast<unsigned>(frame);
-    picture.microseconds = m_pacer.microseconds();
+    picture.microseconds = m_shutter.microseconds();
     const std::shared_ptr<PSimDelivery> current = m_delivery;
     lock.unlock();
     if (!m_link->held) {
@@ -83,24 +86,23 @@ void PSimStream::takeStill(Lock& lock, PSimPicture& picture) {
     lock.lock();
 }
 
-// Counts the frames that fell due up to now; without a pace none does by itself.
-void PSimStream::countDueFrames() {
-    if (!m_link->lens->isUnpaced())
-        m_pacer.settle(PSimPacer::Clock::now(), m_settings->period());
+bool PSimStream::countFrame() {
+    const auto now = PSimPacer::Clock::now();
+    if (!isFree())
+        return m_shutter.take(now);
+    m_shutter.takeNow(now);
+    return true;
 }
 
 void PSimStream::takeFrame(Lock& lock, PSimPicture& picture) {
-    const std::uint64_t before = m_pacer.produced();
-    countDueFrames();
-    if (m_link->lens->isUnpaced())
-        m_pacer.produceNow(PSimPacer::Clock::now());
-    if (m_pacer.produced() == before)
+    if (!countFrame())
         return; // the exposure became longer a moment ago: not due any more
-    picture.sequence = static_cast<unsigned>(m_pacer.produced() - 1);
-    picture.microseconds = m_pacer.microseconds();
+    picture.sequence = static_cast<unsigned>(m_shutter.produced() - 1);
+    picture.microseconds = m_shutter.microseconds();
     const std::uint64_t taken = ++m_link->taken;
+    const std::uint64_t triggered = m_shutter.isTriggered() ? ++m_link->triggered : 0;
     lock.unlock();
-    const bool arrives = m_link->observer->frameTaken(taken) && !m_link->held;
+    const bool arrives = m_link->observer->frameTaken(taken, triggered) && !m_link->held;
     if (arrives)
         deliverFrame(lock, picture);
     lock.lock();
@@ -133,6 +135,7 @@ void PSimStream::deliverFrame(Lock& lock, PSimPicture& picture) {
 void PSimStream::adaptExposure(double mean) {
     if (!m_settings->adapt(mean))
         return;
+    settingsChanged();
     Lock lock(m_mutex);
     const PITOUPCAM_EXPOSURE_CALLBACK callback = m_exposureCallback;
     void* const context = m_exposureContext;
@@ -159,8 +162,8 @@ void PSimStream::balanceWhite(const PSimMeans& means) {
 
 // Leaves nobody waiting: jobs are cancelled, a loss that could not be told any more is followed up.
 void PSimStream::finish(Lock& lock) {
-    if (!m_lost)
-        countDueFrames();
+    if (!m_lost && !isFree())
+        m_shutter.settle(PSimPacer::Clock::now());
     m_active = false;
     m_stills.clear();
     for (const std::shared_ptr<Job>& job : m_jobs)

@@ -128,6 +128,11 @@ HRESULT Toupcam_Snap(HToupcam h, unsigned nResolutionIndex) {
         __func__, h, [&](PSimSession& s) { return s.snap(nResolutionIndex); }, nResolutionIndex);
 }
 
+HRESULT Toupcam_Trigger(HToupcam h, unsigned short nNumber) {
+    return onCamera(
+        __func__, h, [nNumber](PSimSession& s) { return s.trigger(nNumber); }, nNumber);
+}
+
 HRESULT Toupcam_PullImageV2(HToupcam h, void* pImageData, int bits, ToupcamFrameInfoV2* pInfo) {
     return pull(__func__, h, false, pImageData, bits, pInfo);
 }

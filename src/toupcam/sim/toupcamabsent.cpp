@@ -22,6 +22,5 @@ HRESULT absent(const char* function, HToupcam h, const Arguments&... arguments) 
         return absent(__func__, __VA_ARGS__);                                                      \
     }
 
-ABSENT(Toupcam_Trigger, (HToupcam h, unsigned short nNumber), h, nNumber)
 ABSENT(Toupcam_put_Temperature, (HToupcam h, short nTemperature), h, nTemperature)
 ABSENT(Toupcam_get_Temperature, (HToupcam h, short* pTemperature), h, out(pTemperature))

@@ -89,6 +89,22 @@ int ToupcamSim_holdFrames(const char* camId, int hold) {
     return done([&] { return world().hold(idOf(camId), hold != 0); });
 }
 
+int ToupcamSim_fireTrigger(const char* camId) {
+    return done([camId] {
+        const std::shared_ptr<PSimCamera> camera = world().camera(idOf(camId));
+        return camera && camera->signal();
+    });
+}
+
+unsigned long long ToupcamSim_missedTriggers(const char* camId) {
+    unsigned long long missed = 0;
+    attempt([&] {
+        if (const std::shared_ptr<PSimCamera> camera = world().camera(idOf(camId)))
+            missed = camera->missedSignals();
+    });
+    return missed;
+}
+
 int ToupcamSim_pushRaw(const char* camId, const void* data, const BITMAPINFOHEADER* header,
                        int isSnapshot) {
     return done([&] { return world().pushRaw(idOf(camId), data, header, isSnapshot); });

@@ -58,6 +58,14 @@ TOUPCAM_API(void) ToupcamSim_clearFaults(void);
 /// While held, the camera produces frames that never arrive (they are lost in the camera).
 TOUPCAM_API(int) ToupcamSim_holdFrames(const char* camId, int hold);
 
+/// Sends one signal to the trigger input of the camera. Returns 1 if an exposure begins, 0 if the
+/// signal is missed, because the camera is exposing, or if no stream runs in external-trigger mode.
+TOUPCAM_API(int) ToupcamSim_fireTrigger(const char* camId);
+
+/// How many signals the camera missed because it was exposing, since its stream or the external-
+/// trigger mode began; 0 if it is not open.
+TOUPCAM_API(unsigned long long) ToupcamSim_missedTriggers(const char* camId);
+
 /// Pushes one buffer with exactly this header through the data callback, on the camera's push
 /// thread between two frames; waits until the callback has returned. `data` may be null: that is
 /// the SDK's report of a lost camera. Returns 1, or 0 if the camera does not push.
