@@ -2,6 +2,9 @@
 // The order of virtual functions, which a plugin built elsewhere relies on.
 #include <PCd/PDevice.h>
 #include <PCd/PDeviceProperty.h>
+#include <PCd/PDevicePropertyAction.h>
+#include <PCd/PDevicePropertyBool.h>
+#include <PCd/PDevicePropertyEnum.h>
 #include <PCd/PDevicePropertyGroup.h>
 #include <PCd/PDeviceRegister.h>
 
@@ -89,6 +92,42 @@ INSTANTIATE_TEST_SUITE_P(PDeviceProperty, SlotOrder,
                                          ROW(6, writeValueToStream), ROW(7, readValueFromStream)),
                          RowName());
 } // namespace property
+
+namespace action {
+using Class = PDevicePropertyAction;
+INSTANTIATE_TEST_SUITE_P(PDevicePropertyAction, SlotOrder,
+                         testing::Values(ROW(3, trySetValue), ROW(4, tryGetValue),
+                                         ROW(5, tryGetRange), ROW(6, writeValueToStream),
+                                         ROW(7, readValueFromStream), ROW(8, trySetValueToDevice)),
+                         RowName());
+} // namespace action
+
+namespace typed {
+using Class = PDevicePropertyT<int>;
+INSTANTIATE_TEST_SUITE_P(PDevicePropertyT, SlotOrder,
+                         testing::Values(ROW(3, trySetValue), ROW(4, tryGetValue),
+                                         ROW(8, trySetValueToDevice), ROW(9, tryGetValueFromDevice),
+                                         ROW(10, convertToT), ROW(11, convertFromT)),
+                         RowName());
+} // namespace typed
+
+namespace unranged {
+using Class = PDevicePropertyBool;
+INSTANTIATE_TEST_SUITE_P(PDevicePropertyBool, SlotOrder,
+                         testing::Values(ROW(5, tryGetRange), ROW(10, convertToT),
+                                         ROW(11, convertFromT)),
+                         RowName());
+} // namespace unranged
+
+namespace ranged {
+using Class = PDevicePropertyEnum;
+INSTANTIATE_TEST_SUITE_P(PDevicePropertyEnum, SlotOrder,
+                         testing::Values(ROW(5, tryGetRange), ROW(8, trySetValueToDevice),
+                                         ROW(9, tryGetValueFromDevice), ROW(10, convertToT),
+                                         ROW(11, convertFromT), ROW(12, tryGetRangeFromDevice),
+                                         ROW(13, convertToR), ROW(14, convertFromR)),
+                         RowName());
+} // namespace ranged
 
 namespace thread {
 using Class = PThread;
