@@ -28,11 +28,12 @@ public:
     SimCameraText& withResolutions(const std::string& json) { return set("resolutions", json); }
     SimCameraText& withSource(const std::string& json) { return set("source", json); }
 
+    /// Any other key, with its value as JSON.
+    SimCameraText& set(const std::string& key, const std::string& value);
+
     std::string json() const;
 
 private:
-    SimCameraText& set(const std::string& key, const std::string& value);
-
     std::map<std::string, std::string> m_values{
         {"id", "\"cam\""},
         {"model", "\"Simulated-T\""},
