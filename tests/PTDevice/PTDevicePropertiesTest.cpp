@@ -1,0 +1,230 @@
+// SPDX-License-Identifier: MIT
+// The catalogue: which properties and groups a camera offers, in which order.
+#include "SimFixture.h"
+
+#include <PCd/PDeviceProperty.h>
+#include <PCd/PDevicePropertyGroup.h>
+
+#include <PCore/PMinMaxRange.h>
+
+#include <support/QtPrinters.h>
+
+#include <gmock/gmock.h>
+
+using Type = PCD::DevicePropertyType;
+
+namespace {
+
+struct CatalogueRow {
+    const char* id;
+    const char* title;
+    Type type;
+    QVariant range;        ///< of a number; else not looked at here
+    QVariant defaultValue; ///< invalid: none
+    bool serializable = true;
+};
+
+QVariant numbers(int minimum, int maximum) {
+    return QVariant::fromValue(PMinMaxRange<int>{minimum, maximum, 1});
+}
+
+/// Of the camera below, which has no cooler and no fan.
+const std::vector<CatalogueRow>& catalogue() {
+    static const std::vector<CatalogueRow> rows{
+        {"autoexponeable", "Autoexposure", Type::Switch, {}, true, false},
+        {"autoexpotarget", "Autotarget", Type::Integer, numbers(10, 230), {}, false},
+        {"autoexpottime", "Time", Type::Duration, numbers(50, 1'000'000), 120, false},
+        {"autoexpogain", "Gain", Type::Integer, numbers(100, 300), 100, false},
+        {"tint", "Tint", Type::Integer, numbers(200, 2500), 6503},
+        {"temp", "Temp", Type::Integer, numbers(2000, 15000), 1000},
+        {"awbonce", "Auto whitebalance", Type::Action, {}, {}},
+        {"contrast", "Contrast", Type::Integer, numbers(-100, 100), 0},
+        {"hue", "Hue", Type::Integer, numbers(-180, 180), 0},
+        {"saturation", "Saturation", Type::Integer, numbers(0, 255), 128},
+        {"brightness", "Brightness", Type::Integer, numbers(-64, 64), 0},
+        {"gamma", "Gamma", Type::Integer, numbers(20, 180), 100},
+        {"negative", "Negative", Type::Switch, {}, {}},
+        {"chrome", "Chrome", Type::Switch, {}, {}},
+        {"vflip", "Vertical flip", Type::Switch, {}, {}},
+        {"hflip", "Horizontal flip", Type::Switch, {}, {}},
+        {"speed", "Speed", Type::Integer, numbers(0, 3), 3},
+        {"roi", "ROI", Type::ScanArea, {}, {}},
+        {"colormatrix", "Color matrix", Type::Choice, {}, {}},
+        {"wbgain", "WB Gain", Type::Choice, {}, {}},
+        {"binning", "Binning", Type::Choice, {}, {}},
+        {"rotate", "Rotate", Type::Choice, {}, {}},
+    };
+    return rows;
+}
+
+SimCameraText plainCamera() {
+    return SimCameraText()
+        .set("exposure", R"({"max": 1000000})")
+        .set("gain", R"({"max": 300})")
+        .set("speedLevels", "4");
+}
+
+class PTDeviceProperties : public SimFixture {
+protected:
+    void load(const SimCameraText& camera) {
+        device.reset();
+        loadScene({camera});
+        device = open();
+        device->supportProperties();
+    }
+    QStringList ids() const {
+        QStringList all;
+        for (const PDeviceProperty* property : device->supportProperties())
+            all.append(QString::fromLatin1(property->id()));
+        return all;
+    }
+    PDeviceProperty* property(const char* id) const { return device->getProperty(id); }
+
+    std::unique_ptr<PTDevice> device;
+};
+
+QStringList membersOf(const PDevicePropertyGroup* group) {
+    QStringList ids;
+    for (const PDeviceProperty* property : group->properties())
+        ids.append(QString::fromLatin1(property->id()));
+    return ids;
+}
+
+} // namespace
+
+TEST_F(PTDeviceProperties, a_camera_without_cooler_and_fan_has_the_plain_catalogue_in_order) {
+    load(plainCamera());
+    QStringList expected;
+    for (const CatalogueRow& row : catalogue())
+        expected.append(QString::fromLatin1(row.id));
+    EXPECT_EQ(ids(), expected);
+}
+
+TEST_F(PTDeviceProperties, each_has_its_title_type_range_default_and_flag) {
+    load(plainCamera());
+    for (const CatalogueRow& row : catalogue()) {
+        const PDeviceProperty* const offered = property(row.id);
+        ASSERT_NE(offered, nullptr) << row.id;
+        EXPECT_EQ(offered->title(), QString::fromLatin1(row.title)) << row.id;
+        EXPECT_EQ(offered->type(), row.type) << row.id;
+        EXPECT_EQ(offered->defaultValue(), row.defaultValue) << row.id;
+        EXPECT_EQ(offered->isSerializable(), row.serializable) << row.id;
+        if (row.range.isValid()) {
+            EXPECT_EQ(offered->rangeInner(), row.range) << row.id;
+        }
+    }
+}
+
+TEST_F(PTDeviceProperties, the_types_have_the_numbers_that_files_and_hosts_know) {
+    EXPECT_EQ(int(Type::Switch), 9);
+    EXPECT_EQ(int(Type::Integer), 5);
+    EXPECT_EQ(int(Type::Duration), 6);
+    EXPECT_EQ(int(Type::Action), 11);
+    EXPECT_EQ(int(Type::ScanArea), 19);
+    EXPECT_EQ(int(Type::Choice), 10);
+}
+
+TEST_F(PTDeviceProperties, the_exposure_time_is_in_microseconds) {
+    load(plainCamera());
+    EXPECT_EQ(int(property("autoexpottime")->unit()), 8);
+    EXPECT_EQ(int(property("autoexpottime")->unitsType()), 3);
+}
+
+TEST_F(PTDeviceProperties, the_speed_says_what_to_do_when_there_is_no_picture) {
+    load(plainCamera());
+    EXPECT_EQ(property("speed")->description(),
+              QStringLiteral("If the live video is not displayed, reduce the speed."));
+}
+
+TEST_F(PTDeviceProperties, an_exposure_maximum_of_60_s_is_cut_to_50_s) {
+    load(plainCamera().set("exposure", R"({"max": 60000000})"));
+    EXPECT_EQ(property("autoexpottime")->rangeInner(), numbers(50, 50'000'000));
+}
+
+TEST_F(PTDeviceProperties, an_exposure_maximum_of_1_s_is_kept) {
+    load(plainCamera());
+    EXPECT_EQ(property("autoexpottime")->rangeInner(), numbers(50, 1'000'000));
+}
+
+TEST_F(PTDeviceProperties, the_highest_speed_is_the_end_of_its_range_and_its_default) {
+    load(plainCamera().set("speedLevels", "2"));
+    EXPECT_EQ(property("speed")->rangeInner(), numbers(0, 1));
+    EXPECT_EQ(property("speed")->defaultValue(), QVariant(1));
+}
+
+TEST_F(PTDeviceProperties, ranges_that_the_camera_does_not_tell_do_not_stop_the_catalogue) {
+    loadScene({plainCamera()});
+    device = open();
+    ToupcamSim_failCall("Toupcam_get_ExpTimeRange", 0, 1, E_FAIL);
+    ToupcamSim_failCall("Toupcam_get_ExpoAGainRange", 0, 1, E_FAIL);
+    EXPECT_EQ(device->supportProperties().size(), qsizetype(catalogue().size()));
+    EXPECT_EQ(property("autoexpottime")->rangeInner(), numbers(0, 0));
+}
+
+TEST_F(PTDeviceProperties, building_the_list_reads_the_camera_and_writes_nothing) {
+    loadScene({plainCamera()});
+    device = open();
+    SimJournal::clear();
+    device->supportProperties();
+    EXPECT_FALSE(SimJournal::lines().empty());
+    for (const std::string& line : SimJournal::lines())
+        EXPECT_EQ(line.find("_put_"), std::string::npos) << line;
+}
+
+TEST_F(PTDeviceProperties, ranges_are_asked_for_in_the_order_of_the_catalogue) {
+    loadScene({plainCamera()});
+    device = open();
+    SimJournal::clear();
+    qDeleteAll(device->getSupportProperties());
+    EXPECT_THAT(SimJournal::lines(),
+                testing::ElementsAre("Toupcam_get_ExpTimeRange(h1, 50, 1000000, 10000) = 0",
+                                     "Toupcam_get_ExpoAGainRange(h1, 100, 300, 100) = 0",
+                                     "Toupcam_get_MaxSpeed(h1) = 3"));
+}
+
+TEST_F(PTDeviceProperties, every_call_makes_new_objects) {
+    load(plainCamera());
+    const QList<PDeviceProperty*> more = device->getSupportProperties();
+    EXPECT_EQ(more.size(), device->supportProperties().size());
+    for (PDeviceProperty* property : more)
+        EXPECT_FALSE(device->supportProperties().contains(property));
+    qDeleteAll(more);
+}
+
+// ---- Groups.
+
+namespace {
+
+struct GroupRow {
+    const char* id;
+    const char* title;
+    QStringList members;
+};
+
+} // namespace
+
+TEST_F(PTDeviceProperties, the_groups_have_their_members_in_order) {
+    load(plainCamera());
+    const auto words = [](const char* text) {
+        return QString::fromLatin1(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    };
+    const std::vector<GroupRow> expected{
+        {"exposure", "Exposure settings", {}},
+        {"wb", "White balance", words("tint temp awbonce")},
+        {"color", "Color",
+         words("contrast hue saturation brightness gamma chrome negative colormatrix")},
+        {"binning", "Binning", words("binning")},
+        {"frame", "Frame", words("rotate vflip hflip roi")},
+        {"speed", "Speed", words("speed")},
+        {"backlight", "Backlight compensation", {}},
+        {"cooling", "Cooling", {}},
+    };
+    const QList<PDevicePropertyGroup*>& groups = device->supportPropertyGroups();
+    ASSERT_EQ(groups.size(), qsizetype(expected.size()));
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        const PDevicePropertyGroup* const group = groups.at(qsizetype(i));
+        EXPECT_EQ(group->id(), QString::fromLatin1(expected[i].id));
+        EXPECT_EQ(group->title(), QString::fromLatin1(expected[i].title));
+        EXPECT_EQ(membersOf(group), expected[i].members) << expected[i].id;
+    }
+}
