@@ -280,21 +280,6 @@ TEST_F(PTDevicePictures, a_region_shows_that_part_of_the_picture) {
     EXPECT_EQ(part.pixel(8, 12), green);
 }
 
-TEST_F(PTDevicePictures, a_lower_speed_brings_fewer_frames_a_second) {
-    streamEvenLight();
-    const auto interval = [&] {
-        picture();
-        const auto first = device->newestFrame().stamp;
-        EXPECT_TRUE(waitUntil(
-            [&] { return device->newestFrame().stamp->sequence >= first->sequence + 8; }));
-        const auto last = device->newestFrame().stamp;
-        return (last->arrived - first->arrived) / double(last->sequence - first->sequence);
-    };
-    const auto fast = interval(); // the device opens at the highest speed
-    set("speed", "0");
-    EXPECT_GT(interval() / fast, 2); // a quarter of the rate
-}
-
 // ---- Changes on the way.
 
 TEST_F(PTDevicePictures, sizes_may_change_in_flight_and_no_frame_is_lost_or_misread) {
