@@ -38,7 +38,6 @@ const OptionRow kOptions[] = {
     {"no such trigger mode", "sim-20mc-1", TOUPCAM_OPTION_TRIGGER, 3, E_INVALIDARG},
     {"processed data", "sim-20mc-1", TOUPCAM_OPTION_RAW, 0, S_OK},
     {"raw data", "sim-20mc-1", TOUPCAM_OPTION_RAW, 1, E_NOTIMPL},
-    {"cooler", "sim-20mc-1", TOUPCAM_OPTION_TEC, 1, E_NOTIMPL},
     {"no colour matrix", "sim-20mc-1", TOUPCAM_OPTION_COLORMATIX, 0, S_OK},
     {"colour matrix that is no switch", "sim-20mc-1", TOUPCAM_OPTION_COLORMATIX, 2, E_INVALIDARG},
     {"colour matrix of a grey camera", "sim-1mm-1", TOUPCAM_OPTION_COLORMATIX, 1, E_NOTIMPL},

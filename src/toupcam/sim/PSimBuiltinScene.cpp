@@ -26,7 +26,7 @@ const char* PSimSceneReader::builtinText() {
       "fanLevels": 3,
       "linkMegabytes": 209,
       "sensor": {"fullWell": 15000, "electronsPerCount": 58, "offset": 2, "readNoise": 3,
-                 "electronsPerMs": 1390},
+                 "electronsPerMs": 1390, "darkCurrent": 15},
       "source": {"kind": "specimen", "specimen": "tissue", "drift": 8}
     },
     {
@@ -45,7 +45,7 @@ const char* PSimSceneReader::builtinText() {
       "bits": 8,
       "pixelSizeUm": 3.75,
       "sensor": {"fullWell": 16000, "electronsPerCount": 62, "offset": 4, "readNoise": 6,
-                 "electronsPerMs": 380},
+                 "electronsPerMs": 380, "darkCurrent": 8},
       "source": {"kind": "specimen", "specimen": "fluorescence", "drift": 3}
     }
   ]

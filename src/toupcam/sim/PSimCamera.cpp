@@ -56,6 +56,7 @@ PSimCamera::PSimCamera(const PSimCameraSpec& spec, std::uint64_t seed,
     m_link->lens = PSimLens::create(m_spec, seed);
     m_link->observer = std::move(observer);
     m_link->externalTrigger = m_spec->externalTrigger;
+    m_link->thermal = std::make_shared<PSimThermal>(*m_spec);
 }
 
 ToupcamDeviceV2 PSimCamera::record() const {
@@ -88,6 +89,7 @@ void PSimCamera::closed(const std::shared_ptr<PSimSession>& session) {
     const std::lock_guard lock(m_mutex);
     if (m_session != session)
         return; // replugged and opened anew before the old handle was closed
+    m_link->thermal->drive({});
     m_lastCounts = m_session->stream().counts();
     m_session.reset();
 }
@@ -99,6 +101,7 @@ bool PSimCamera::unplug(const std::function<void()>& afterwards) {
         if (!m_plugged)
             return false;
         m_plugged = false;
+        m_link->thermal->drive({});
         open = m_session;
     }
     if (!open || !open->unplugged(afterwards))

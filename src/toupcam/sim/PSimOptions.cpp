@@ -44,6 +44,8 @@ HRESULT PSimOptions::check(unsigned option, int value) const {
         return inRange(value, 0, 10000);
     case TOUPCAM_OPTION_BANDWIDTH:
         return inRange(value, 1, 100);
+    case TOUPCAM_OPTION_FAN:
+        return inRange(value, 0, m_fanLevels);
     case TOUPCAM_OPTION_BINNING:
         return checkBinning(value);
     case TOUPCAM_OPTION_ROTATE:
@@ -55,6 +57,7 @@ HRESULT PSimOptions::check(unsigned option, int value) const {
 
 PSimOptions::PSimOptions(const PSimCameraSpec& spec)
     : m_flags(spec.flags)
+    , m_fanLevels(static_cast<int>(spec.fanLevels))
     , m_values{
           {TOUPCAM_OPTION_PROCESSMODE, 0}, {TOUPCAM_OPTION_RAW, 0},
           {TOUPCAM_OPTION_TRIGGER, 0},     {TOUPCAM_OPTION_FRAMERATE, 0},
@@ -62,6 +65,10 @@ PSimOptions::PSimOptions(const PSimCameraSpec& spec)
       } {
     if (spec.flags & TOUPCAM_FLAG_BANDWIDTH)
         m_values[TOUPCAM_OPTION_BANDWIDTH] = 100;
+    if (spec.flags & TOUPCAM_FLAG_FAN)
+        m_values[TOUPCAM_OPTION_FAN] = 0;
+    if (spec.flags & TOUPCAM_FLAG_TEC_ONOFF)
+        m_values[TOUPCAM_OPTION_TEC] = 0;
     if (spec.isColour()) {
         m_values[TOUPCAM_OPTION_COLORMATIX] = 1;
         m_values[TOUPCAM_OPTION_WBGAIN] = 1;

@@ -23,5 +23,6 @@ private:
     HRESULT check(unsigned option, int value) const;
 
     std::uint64_t m_flags;
+    int m_fanLevels;
     std::map<unsigned, int> m_values;
 };

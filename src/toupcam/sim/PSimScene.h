@@ -48,6 +48,7 @@ struct PSimSensorSpec {
     double offset = 2.0;             ///< counts without light
     double readNoise = 5.0;          ///< electrons, root mean square
     double electronsPerMs = 1350.0;  ///< electrons a millisecond where the light is full
+    double darkCurrent = 0.0;        ///< electrons a second at 25 degrees C, without light
 };
 
 struct PSimExposureSpec {
@@ -85,7 +86,9 @@ struct PSimCameraSpec {
     unsigned bits = 24; ///< 8 grey, 24 colour
     float pixelSize = 2.4F;
     unsigned fanLevels = 0;
-    double linkMegabytes = 0.0; ///< payload of the link, 10^6 bytes a second; 0: no limit
+    double ambientCelsius = 22.0; ///< of the air around it
+    double thermalSpeed = 1.0;    ///< thermal seconds a second
+    double linkMegabytes = 0.0;   ///< payload of the link, 10^6 bytes a second; 0: no limit
     PSimSourceSpec source;
     PSimSensorSpec sensor;
     PSimExternalTriggerSpec externalTrigger;

@@ -119,6 +119,7 @@ PSimSensorSpec readSensor(const QJsonValue& value, const QString& place) {
     result.offset = object.number("offset", result.offset, 0, 64);
     result.readNoise = object.number("readNoise", result.readNoise, 0, 1e4);
     result.electronsPerMs = object.number("electronsPerMs", result.electronsPerMs, 0.001, 1e7);
+    result.darkCurrent = object.number("darkCurrent", result.darkCurrent, 0, 1e6);
     object.finish();
     return result;
 }
@@ -246,6 +247,8 @@ void readHardware(PSimJsonObject& object, PSimCameraSpec& camera) {
     camera.pixelSize = static_cast<float>(
         object.number("pixelSizeUm", static_cast<double>(camera.pixelSize), 0.1, 1000));
     camera.fanLevels = object.integer("fanLevels", camera.fanLevels, 0, 100);
+    camera.ambientCelsius = object.number("ambientC", camera.ambientCelsius, -40, 60);
+    camera.thermalSpeed = object.number("thermalSpeed", camera.thermalSpeed, 0, 1e6);
     camera.linkMegabytes = object.number("linkMegabytes", camera.linkMegabytes, 0, 1e6);
     camera.plugged = object.boolean("plugged", camera.plugged);
 }

@@ -39,20 +39,37 @@ std::uint16_t limited(double value, double maximum) {
     return static_cast<std::uint16_t>(std::lround(std::clamp(value, 0.0, maximum)));
 }
 
-// The limits keep the sum of signal and both noises within 16 bits: 16000 + 8096 + 8128 units.
+// Dark current doubles every 6.3 kelvin, as is usual for cooled cameras: between the 4.4 K of
+// diffusion current, which goes with the square of silicon's intrinsic carrier density at room
+// temperature, and the 8.9 K of depletion current, which goes with the density itself (Sze, Physics
+// of Semiconductor Devices).
+double darkElectrons(const PSimSensorSpec& spec, const PSimShot& shot) {
+    const double current = spec.darkCurrent * std::exp2((shot.sensorCelsius - 25.0) / 6.3);
+    return std::min(current * shot.exposureMs / 1000.0, spec.fullWell);
+}
+
+// The limits keep the sum of signal and dark current, offset and both noises within 16 bits: 15000
+// + 1033 + 8096 + 8128 units.
+constexpr double kMostUnits = 15000.0;
+
 PSimRowFactors factorsOf(const PSimSensorSpec& spec, const PSimShot& shot) {
     const double countsAnElectron = shot.gain / spec.electronsPerCount;
+    const double dark = darkElectrons(spec, shot);
+    const double darkUnits = std::min(dark * countsAnElectron * kUnitsACount, kMostUnits);
     const double signal = spec.electronsPerMs * shot.exposureMs / 255.0 * countsAnElectron;
     // Shot noise: the variance in counts is (signal x light) x countsAnElectron.
     const double shotScale = std::sqrt(signal * countsAnElectron) / kNoiseDeviation / 16.0;
-    const double readScale = spec.readNoise * countsAnElectron / kNoiseDeviation / 256.0;
+    const double readNoise = std::sqrt(spec.readNoise * spec.readNoise + dark);
+    const double readScale = readNoise * countsAnElectron / kNoiseDeviation / 256.0;
     PSimRowFactors factors;
     factors.signal = limited(signal * 4096.0, 65535.0);
-    factors.ceiling = limited(spec.fullWell * countsAnElectron * kUnitsACount, 16000.0);
+    factors.ceiling =
+        limited((spec.fullWell - dark) * countsAnElectron * kUnitsACount, kMostUnits - darkUnits);
     factors.shot = static_cast<std::int16_t>(limited(shotScale * kUnitsACount * 65536.0, 16383.0));
     factors.read = static_cast<std::int16_t>(limited(readScale * kUnitsACount * 65536.0, 16383.0));
     // Half a count to round; one unit because the three products are each rounded down.
-    factors.offset = static_cast<std::int16_t>(std::lround(spec.offset * kUnitsACount) + 8 + 1);
+    factors.offset =
+        static_cast<std::int16_t>(std::lround(spec.offset * kUnitsACount + darkUnits) + 8 + 1);
     return factors;
 }
 

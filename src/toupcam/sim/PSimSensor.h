@@ -12,7 +12,8 @@
 /// electrons, at most the full well, with a variance of e (photon shot noise) plus the square of
 /// the read noise; it reads offset + e x gain / electronsPerCount counts, at most 255. So the
 /// variance of a pixel over many frames is a straight line over its mean with the slope gain /
-/// electronsPerCount: the photon-transfer curve. Used on one thread.
+/// electronsPerCount: the photon-transfer curve. Dark current adds electrons of its own, as many
+/// whatever the light, with their own noise. Used on one thread.
 class PSimSensor : public PSimRows {
 public:
     /// The part of the light that begins at pixel x, y of it and is as large as the shot's region.

@@ -9,7 +9,7 @@
 PSimSession::PSimSession(std::shared_ptr<const PSimCameraSpec> spec,
                          std::shared_ptr<PSimCameraLink> link)
     : m_spec(std::move(spec))
-    , m_settings(std::make_shared<PSimSettings>(m_spec))
+    , m_settings(std::make_shared<PSimSettings>(m_spec, link->thermal))
     , m_stream(std::make_shared<PSimStream>(std::move(link), m_settings)) {
 }
 

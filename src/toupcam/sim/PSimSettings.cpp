@@ -4,11 +4,14 @@
 #include <toupcam/sim/PSimWhiteBalance.h>
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace {
 
 constexpr unsigned kAverage = 0x80; // flag of the binning option
+constexpr short kColdestTarget = -500;
+constexpr short kWarmestTarget = 400;
 
 HRESULT inRange(int value, int minimum, int maximum) {
     return value >= minimum && value <= maximum ? S_OK : E_INVALIDARG;
@@ -16,8 +19,10 @@ HRESULT inRange(int value, int minimum, int maximum) {
 
 } // namespace
 
-PSimSettings::PSimSettings(std::shared_ptr<const PSimCameraSpec> spec)
+PSimSettings::PSimSettings(std::shared_ptr<const PSimCameraSpec> spec,
+                           std::shared_ptr<PSimThermal> thermal)
     : m_spec(std::move(spec))
+    , m_thermal(std::move(thermal))
     , m_rule(m_spec->exposure, m_spec->gain)
     , m_options(*m_spec)
     , m_numbers(m_spec->isColour())
@@ -26,16 +31,48 @@ PSimSettings::PSimSettings(std::shared_ptr<const PSimCameraSpec> spec)
     , m_auto(m_spec->exposure.automatic)
     , m_target(m_spec->exposure.target)
     , m_exposure{m_spec->exposure.initial, m_spec->gain.initial} {
+    m_thermal->drive(cooling());
 }
 
 HRESULT PSimSettings::setOption(unsigned option, int value) {
     const std::lock_guard lock(m_mutex);
-    return m_options.set(option, value);
+    const HRESULT result = m_options.set(option, value);
+    m_thermal->drive(cooling());
+    return result;
 }
 
 HRESULT PSimSettings::option(unsigned option, int* value) const {
     const std::lock_guard lock(m_mutex);
-    return m_options.get(option, value);
+    const bool voltage = option == TOUPCAM_OPTION_TEC_VOLTAGE;
+    if (!value || !hasCooler() || (!voltage && option != TOUPCAM_OPTION_TEC_VOLTAGE_MAX))
+        return m_options.get(option, value);
+    *value = voltage ? m_thermal->voltage() : PSimThermal::kHighestVoltage;
+    return S_OK;
+}
+
+PSimCooling PSimSettings::cooling() const {
+    return {m_options.value(TOUPCAM_OPTION_TEC, 0) != 0, m_targetTemperature,
+            m_options.value(TOUPCAM_OPTION_FAN, 0)};
+}
+
+HRESULT PSimSettings::setTargetTemperature(short target) {
+    if (!hasCooler())
+        return E_NOTIMPL;
+    if (target < kColdestTarget || target > kWarmestTarget)
+        return E_INVALIDARG;
+    const std::lock_guard lock(m_mutex);
+    m_targetTemperature = target;
+    m_thermal->drive(cooling());
+    return S_OK;
+}
+
+HRESULT PSimSettings::temperature(short* output) const {
+    if (!output)
+        return E_POINTER;
+    if (!hasCooler())
+        return E_NOTIMPL;
+    *output = static_cast<short>(std::lround(10.0 * m_thermal->celsius()));
+    return S_OK;
 }
 
 HRESULT PSimSettings::setNumber(PSimNumber number, int value) {
@@ -184,6 +221,7 @@ PSimShot PSimSettings::shotOf(unsigned resolution) const {
     shot.blueFirst = m_options.value(TOUPCAM_OPTION_BYTEORDER, 0) == 1;
     shot.exposureMs = m_exposure.microseconds / 1000.0;
     shot.gain = m_exposure.gainPercent / 100.0;
+    shot.sensorCelsius = m_thermal->celsius();
     shot.geometry = geometryOf(resolution);
     shot.look = look();
     return shot;

@@ -7,6 +7,7 @@
 #include <toupcam/sim/PSimOptions.h>
 #include <toupcam/sim/PSimShot.h>
 #include <toupcam/sim/PSimShutter.h>
+#include <toupcam/sim/PSimThermal.h>
 
 #include <chrono>
 #include <memory>
@@ -17,11 +18,16 @@
 /// cannot, E_POINTER for a null output. Callable from any thread.
 class PSimSettings {
 public:
-    explicit PSimSettings(std::shared_ptr<const PSimCameraSpec> spec);
+    PSimSettings(std::shared_ptr<const PSimCameraSpec> spec, std::shared_ptr<PSimThermal> thermal);
 
     HRESULT setOption(unsigned option, int value);
     HRESULT option(unsigned option, int* value) const;
     HRESULT setRealTime(int value);
+
+    /// What the cooler aims at, 0.1 degrees C, -500 … 400.
+    HRESULT setTargetTemperature(short target);
+    /// The sensor's temperature now, 0.1 degrees C; E_NOTIMPL without a cooler.
+    HRESULT temperature(short* output) const;
 
     HRESULT setNumber(PSimNumber number, int value);
     HRESULT number(PSimNumber number, int* value) const;
@@ -62,16 +68,20 @@ public:
     void balance(const PSimMeans& means);
 
 private:
+    bool hasCooler() const { return (m_spec->flags & TOUPCAM_FLAG_TEC_ONOFF) != 0; }
+    PSimCooling cooling() const;
     PSimShot shotOf(unsigned resolution) const;
     PSimGeometry geometryOf(unsigned resolution) const;
     PSimLook look() const;
     double framesPerSecond() const;
 
     std::shared_ptr<const PSimCameraSpec> m_spec;
+    std::shared_ptr<PSimThermal> m_thermal;
     PSimAutoExposure m_rule;
     mutable std::mutex m_mutex; // guards all below
     PSimOptions m_options;
     PSimNumbers m_numbers;
+    int m_targetTemperature = PSimCooling().target;
     unsigned m_resolution = 0;
     PSimRegion m_region;
     unsigned short m_speed = 0;

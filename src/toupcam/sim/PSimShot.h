@@ -10,6 +10,7 @@ struct PSimShot {
     bool blueFirst = false;
     double exposureMs = 0.0;
     double gain = 1.0;
+    double sensorCelsius = 25.0;
     PSimGeometry geometry;
     PSimLook look;
 };

@@ -41,6 +41,7 @@ HRESULT PSimStream::start(std::shared_ptr<PSimDelivery> delivery) {
         if (const auto self = weak.lock())
             self->wake();
     });
+    m_link->thermal->streamBegins();
     m_thread = std::thread([self = shared_from_this()] {
         const PSimThreadMark mark(self.get());
         self->run();

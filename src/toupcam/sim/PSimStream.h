@@ -34,6 +34,7 @@ struct PSimCameraLink {
     std::atomic<std::uint64_t> taken{0}; ///< for the observer
     std::atomic<std::uint64_t> triggered{0};
     PSimExternalTriggerSpec externalTrigger;
+    std::shared_ptr<PSimThermal> thermal;
 };
 
 /// Frames of one stream: produced by the camera, and of those handed to the client.

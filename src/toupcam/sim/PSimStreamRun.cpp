@@ -165,6 +165,7 @@ void PSimStream::finish(Lock& lock) {
     if (!m_lost && !isFree())
         m_shutter.settle(PSimPacer::Clock::now());
     m_active = false;
+    m_link->thermal->streamEnds();
     m_stills.clear();
     for (const std::shared_ptr<Job>& job : m_jobs)
         job->done = true;

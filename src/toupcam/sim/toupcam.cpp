@@ -292,8 +292,3 @@ HRESULT Toupcam_get_ExpoAGainRange(HToupcam h, unsigned short* nMin, unsigned sh
         __func__, h, [&](PSimSession& s) { return give(s.spec().gain, nMin, nMax, nDef); },
         out(nMin), out(nMax), out(nDef));
 }
-
-HRESULT Toupcam_get_FanMaxSpeed(HToupcam h) {
-    return onCamera(__func__, h,
-                    [](PSimSession& s) { return static_cast<HRESULT>(s.spec().fanLevels); });
-}
