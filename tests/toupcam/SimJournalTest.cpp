@@ -33,6 +33,34 @@ TEST_F(SimJournalLines, session_is_written_call_by_call) {
                "Toupcam_put_eSize(h1, 9) = -2147024809", "Toupcam_Close(h1)"}));
 }
 
+TEST_F(SimJournalLines, settings_are_written_with_what_is_set_and_what_is_read) {
+    const HToupcam handle = Toupcam_Open("sim-1mm-1");
+    unsigned x = 1;
+    unsigned y = 1;
+    unsigned width = 1;
+    unsigned height = 1;
+    int value = 7;
+    Toupcam_put_Roi(handle, 2, 4, 8, 12);
+    Toupcam_get_Roi(handle, &x, &y, &width, &height);
+    Toupcam_put_Contrast(handle, -20);
+    Toupcam_get_Contrast(handle, &value);
+    Toupcam_put_TempTint(handle, 5000, 1100);
+    Toupcam_AwbOnePush(handle, nullptr, &value);
+    Toupcam_Trigger(handle, 65535);
+    Toupcam_put_Temperature(handle, -100);
+    Toupcam_get_Temperature(handle, nullptr);
+    Toupcam_Close(handle);
+    EXPECT_EQ(SimJournal::lines(),
+              Lines({"Toupcam_Open(\"sim-1mm-1\") = h1", "Toupcam_put_Roi(h1, 2, 4, 8, 12) = 0",
+                     "Toupcam_get_Roi(h1, 2, 4, 8, 12) = 0", "Toupcam_put_Contrast(h1, -20) = 0",
+                     "Toupcam_get_Contrast(h1, -20) = 0",
+                     "Toupcam_put_TempTint(h1, 5000, 1100) = -2147467263",
+                     "Toupcam_AwbOnePush(h1, null, ctx) = -2147467263",
+                     "Toupcam_Trigger(h1, 65535) = -2147467263",
+                     "Toupcam_put_Temperature(h1, -100) = -2147467263",
+                     "Toupcam_get_Temperature(h1, null) = -2147467261", "Toupcam_Close(h1)"}));
+}
+
 TEST_F(SimJournalLines, callbacks_contexts_and_null_pointers_are_named) {
     int context = 0;
     Toupcam_HotPlug(ignoreHotPlug, &context);

@@ -259,7 +259,7 @@ TEST_F(SimWhiteBalance, camera_may_be_closed_inside_the_callback) {
     log.inside = [handle] { Toupcam_Close(handle); };
     ask(handle, log);
     ASSERT_TRUE(log.wait());
-    EXPECT_TRUE(eventually([this] {
+    EXPECT_TRUE(eventually([] {
         const HToupcam again = Toupcam_Open("cam");
         if (again)
             OpenHandles::all().push_back(again);

@@ -24,6 +24,7 @@ const char* PSimSceneReader::builtinText() {
       "bits": 24,
       "pixelSizeUm": 2.4,
       "fanLevels": 3,
+      "externalTrigger": {"periodMs": 500},
       "linkMegabytes": 209,
       "sensor": {"fullWell": 15000, "electronsPerCount": 58, "offset": 2, "readNoise": 3,
                  "electronsPerMs": 1390, "darkCurrent": 15},

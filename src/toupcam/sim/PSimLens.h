@@ -35,8 +35,8 @@ class PSimLens {
 public:
     virtual ~PSimLens() = default;
 
-    /// Takes picture number `frame`: fills size, format and pixels of `picture`, reusing its
-    /// memory.
+    /// Takes picture number `frame` at the time in `picture`: fills its size, format, means and
+    /// pixels, reusing its memory.
     virtual void take(const PSimShot& shot, std::uint64_t frame, PSimPicture& picture) = 0;
     /// Whether exposure and gain change the pictures.
     virtual bool isExposed() const = 0;

@@ -35,6 +35,7 @@ struct PSimSourceSpec {
     std::vector<QString> pictures; ///< Picture: files, shown one after the other
     unsigned framesEach = 30;      ///< Picture: frames before the next file is shown
     double level = 0.5;            ///< Flat: share of full light, 0 … 1
+    double mainsHz = 0.0;          ///< that feeds the lamp; 0: direct current
     double lightKelvin = 6503.0;   ///< colour temperature of the lamp
     unsigned drift = 0;            ///< slow stage drift, pixels to either side
     unsigned ringFrames = 4;       ///< Ring: number of different frames

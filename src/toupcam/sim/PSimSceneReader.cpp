@@ -3,12 +3,11 @@
 
 #include <toupcam/sim/PSimFaultReader.h>
 #include <toupcam/sim/PSimJsonObject.h>
+#include <toupcam/sim/PSimSourceReader.h>
 #include <toupcam/toupcam.h>
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QImageReader>
 #include <QJsonDocument>
 #include <algorithm>
 #include <cmath>
@@ -134,73 +133,6 @@ PSimExternalTriggerSpec readExternalTrigger(const QJsonValue& value, const QStri
     return result;
 }
 
-void checkPicture(const QString& path, const QString& place) {
-    QImageReader reader(path);
-    reader.setDecideFormatFromContent(true);
-    if (!reader.canRead()) {
-        throw PSimSceneError(place, QStringLiteral("\"%1\" found, expected a picture file: %2")
-                                        .arg(path, reader.errorString()));
-    }
-}
-
-std::vector<QString> picturesAt(const QString& path, const QString& place) {
-    const QFileInfo info(path);
-    std::vector<QString> result;
-    if (info.isDir()) {
-        const QFileInfoList files =
-            QDir(path).entryInfoList(QDir::Files | QDir::Readable, QDir::Name);
-        for (const QFileInfo& file : files) {
-            if (!QImageReader::imageFormat(file.filePath()).isEmpty())
-                result.push_back(file.filePath());
-        }
-    } else if (info.exists()) {
-        checkPicture(path, place);
-        result.push_back(path);
-    }
-    if (result.empty()) {
-        throw PSimSceneError(
-            place,
-            QStringLiteral("\"%1\" found, expected a picture file or a folder of them").arg(path));
-    }
-    return result;
-}
-
-void readPictureSource(PSimJsonObject& object, const QString& folder, PSimSourceSpec& source) {
-    const QString path = QDir(folder).filePath(object.requiredText("path"));
-    source.pictures = picturesAt(path, object.place("path"));
-    source.framesEach = object.integer("framesEach", source.framesEach, 1, 1000000);
-}
-
-void readSpecimenSource(PSimJsonObject& object, PSimSourceSpec& source) {
-    using Kind = PSimSourceSpec::Kind;
-    constexpr Kind kinds[] = {Kind::Tissue, Kind::Fluorescence};
-    if (object.has("specimen"))
-        source.kind = kinds[object.choice("specimen", {"tissue", "fluorescence"})];
-    source.drift = object.integer("drift", source.drift, 0, 64);
-}
-
-PSimSourceSpec readSource(const QJsonValue& value, const QString& place, const QString& folder) {
-    using Kind = PSimSourceSpec::Kind;
-    constexpr Kind kinds[] = {Kind::Tissue, Kind::Flat, Kind::Picture, Kind::Patches, Kind::Ring};
-    PSimSourceSpec source;
-    PSimJsonObject object(value, place);
-    source.kind = kinds[object.choice("kind", {"specimen", "flat", "picture", "patches", "ring"})];
-    if (source.kind != Kind::Patches && source.kind != Kind::Ring)
-        source.lightKelvin = object.number("lightKelvin", source.lightKelvin, 2000, 15000);
-    if (source.kind == Kind::Tissue) {
-        readSpecimenSource(object, source);
-    } else if (source.kind == Kind::Flat) {
-        source.level = object.number("level", source.level, 0, 1);
-    } else if (source.kind == Kind::Picture) {
-        readPictureSource(object, folder, source);
-    } else if (source.kind == Kind::Ring) {
-        source.ringFrames = object.integer("frames", source.ringFrames, 1, 64);
-        source.unpaced = object.boolean("unpaced", source.unpaced);
-    }
-    object.finish();
-    return source;
-}
-
 QByteArray checkedText(PSimJsonObject& object, const char* key, const QString& fallback,
                        qsizetype maximum) {
     const QByteArray text = object.text(key, fallback).toUtf8();
@@ -267,7 +199,7 @@ PSimCameraSpec readCamera(const QJsonValue& value, const QString& place, const Q
     if (const QJsonValue trigger = object.value("externalTrigger"); !trigger.isUndefined())
         camera.externalTrigger = readExternalTrigger(trigger, object.place("externalTrigger"));
     if (const QJsonValue source = object.value("source"); !source.isUndefined())
-        camera.source = readSource(source, object.place("source"), folder);
+        camera.source = PSimSourceReader::read(source, object.place("source"), folder);
     object.finish();
     return camera;
 }

@@ -52,11 +52,12 @@ double darkElectrons(const PSimSensorSpec& spec, const PSimShot& shot) {
 // + 1033 + 8096 + 8128 units.
 constexpr double kMostUnits = 15000.0;
 
-PSimRowFactors factorsOf(const PSimSensorSpec& spec, const PSimShot& shot) {
+// `light` is the share of the lamp's mean.
+PSimRowFactors factorsOf(const PSimSensorSpec& spec, const PSimShot& shot, double light) {
     const double countsAnElectron = shot.gain / spec.electronsPerCount;
     const double dark = darkElectrons(spec, shot);
     const double darkUnits = std::min(dark * countsAnElectron * kUnitsACount, kMostUnits);
-    const double signal = spec.electronsPerMs * shot.exposureMs / 255.0 * countsAnElectron;
+    const double signal = light * spec.electronsPerMs * shot.exposureMs / 255.0 * countsAnElectron;
     // Shot noise: the variance in counts is (signal x light) x countsAnElectron.
     const double shotScale = std::sqrt(signal * countsAnElectron) / kNoiseDeviation / 16.0;
     const double readNoise = std::sqrt(spec.readNoise * spec.readNoise + dark);
@@ -76,15 +77,21 @@ PSimRowFactors factorsOf(const PSimSensorSpec& spec, const PSimShot& shot) {
 } // namespace
 
 PSimSensor::PSimSensor(const PSimSensorSpec& spec, const PSimLight& light, unsigned x, unsigned y,
-                       const PSimShot& shot, std::uint64_t seed)
-    : m_light(light)
-    , m_factors(factorsOf(spec, shot))
+                       const PSimShot& shot, const PSimFlicker& flicker, std::uint64_t seed)
+    : m_spec(spec)
+    , m_light(light)
+    , m_shot(shot)
+    , m_flicker(flicker)
+    , m_factors(factorsOf(spec, shot, 1.0))
+    , m_row(shot.geometry.region.y)
     , m_rowBytes(std::size_t{shot.geometry.region.width} * light.channels)
     , m_from(y * light.rowBytes() + std::size_t{x} * light.channels)
     , m_random(seed) {
 }
 
 void PSimSensor::next(std::uint8_t* out) {
+    if (!m_flicker.isSteady())
+        m_factors = factorsOf(m_spec, m_shot, m_flicker.lightOf(m_row));
     const std::vector<std::int8_t>& noise = noiseSupply();
     const std::size_t room = kNoiseSize - m_rowBytes;
     const std::int8_t* shotNoise = noise.data() + m_random.below(room);
@@ -92,4 +99,5 @@ void PSimSensor::next(std::uint8_t* out) {
     simExposeRow(m_light.values.data() + m_from, m_light.roots.data() + m_from, shotNoise,
                  readNoise, m_rowBytes, m_factors, out);
     m_from += m_light.rowBytes();
+    ++m_row;
 }

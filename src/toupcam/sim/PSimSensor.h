@@ -2,6 +2,7 @@
 #pragma once
 
 #include <toupcam/sim/PSimExposeRow.h>
+#include <toupcam/sim/PSimFlicker.h>
 #include <toupcam/sim/PSimLight.h>
 #include <toupcam/sim/PSimRandom.h>
 #include <toupcam/sim/PSimRows.h>
@@ -17,16 +18,20 @@
 class PSimSensor : public PSimRows {
 public:
     /// The part of the light that begins at pixel x, y of it and is as large as the shot's region.
-    /// `seed` chooses the noise: the same number gives the same picture. The light must outlive
-    /// this.
+    /// `flicker` is the lamp's; `seed` chooses the noise: the same number gives the same picture.
+    /// Spec, light and shot must outlive this.
     PSimSensor(const PSimSensorSpec& spec, const PSimLight& light, unsigned x, unsigned y,
-               const PSimShot& shot, std::uint64_t seed);
+               const PSimShot& shot, const PSimFlicker& flicker, std::uint64_t seed);
 
     void next(std::uint8_t* out) override;
 
 private:
+    const PSimSensorSpec& m_spec;
     const PSimLight& m_light;
-    const PSimRowFactors m_factors;
+    const PSimShot& m_shot;
+    const PSimFlicker m_flicker;
+    PSimRowFactors m_factors;
+    unsigned m_row; ///< the next one, of the sensor
     const std::size_t m_rowBytes;
     std::size_t m_from; ///< of the next row, in the light
     PSimRandom m_random;

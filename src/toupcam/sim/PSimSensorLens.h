@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <toupcam/sim/PSimFlicker.h>
 #include <toupcam/sim/PSimLens.h>
 #include <toupcam/sim/PSimLight.h>
 
@@ -22,6 +23,7 @@ private:
         std::shared_ptr<const PSimLight> light;
     };
 
+    PSimFlicker flickerOf(const PSimShot& shot, std::uint64_t microseconds) const;
     std::shared_ptr<const PSimLight> lightFor(const PSimShot& shot, std::uint64_t frame);
     PSimLight makeLight(unsigned resolution, std::size_t file) const;
     PSimLight specimen(unsigned resolution, std::size_t file) const;

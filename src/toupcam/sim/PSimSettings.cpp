@@ -17,6 +17,13 @@ HRESULT inRange(int value, int minimum, int maximum) {
     return value >= minimum && value <= maximum ? S_OK : E_INVALIDARG;
 }
 
+// Light fed with alternating current comes and goes twice in each period.
+double beatOf(int lightFrequency) {
+    constexpr double kMicroseconds = 1e6;
+    constexpr double beats[] = {kMicroseconds / 120.0, kMicroseconds / 100.0, 0.0};
+    return beats[lightFrequency];
+}
+
 } // namespace
 
 PSimSettings::PSimSettings(std::shared_ptr<const PSimCameraSpec> spec,
@@ -281,7 +288,8 @@ bool PSimSettings::adapt(double mean) {
     const std::lock_guard lock(m_mutex);
     if (!m_auto)
         return false;
-    const PSimExposure next = m_rule.next(m_exposure, mean, m_target);
+    const int frequency = m_numbers.value(PSimNumber::LightFrequency);
+    const PSimExposure next = m_rule.next(m_exposure, mean, m_target, beatOf(frequency));
     if (next == m_exposure)
         return false;
     m_exposure = next;
