@@ -3,6 +3,7 @@
 
 #include <PCd/PDeviceProperty.h>
 #include <PCd/PEnumeration.h>
+#include <PCd/PPropertyStreamForm.h>
 #include <PCd/PPropertyText.h>
 #include <PCd/PScanAreaRange.h>
 
@@ -12,7 +13,14 @@ namespace {
 
 using IntRange = PMinMaxRange<int>;
 
+/// All zero is how a device says that a number has no range (a range of one value has a step).
+bool isOpen(const IntRange& range) {
+    return range == IntRange{};
+}
+
 bool isIn(const IntRange& range, int value) {
+    if (isOpen(range))
+        return true;
     // In 64 bits: the ends may be as far apart as integers go.
     const qint64 above = qint64(value) - range.minimum;
     return above >= 0 && value <= range.maximum && (range.step <= 1 || above % range.step == 0);
@@ -22,12 +30,16 @@ bool isMultiple(int value, int step) {
     return step <= 1 || value % step == 0;
 }
 
+/// The whole area is a region also where its size is between the steps.
 bool isIn(const PScanAreaRange& range, const QRect& region) {
-    return range.bounds.contains(region) && region.width() >= range.minimumWidth &&
-           region.height() >= range.minimumHeight && isMultiple(region.width(), range.widthStep) &&
-           isMultiple(region.height(), range.heightStep) &&
-           isMultiple(region.left(), range.offsetStep) &&
-           isMultiple(region.top(), range.offsetStep);
+    if (region.isEmpty() || !range.bounds.contains(region))
+        return false;
+    return region == range.bounds ||
+           (region.width() >= range.minimumWidth && region.height() >= range.minimumHeight &&
+            isMultiple(region.width(), range.widthStep) &&
+            isMultiple(region.height(), range.heightStep) &&
+            isMultiple(region.left(), range.offsetStep) &&
+            isMultiple(region.top(), range.offsetStep));
 }
 
 bool hasItem(const PEnumeration& choices, const QUuid& id) {
@@ -51,6 +63,8 @@ bool isTaken(const QVariant& value, const QVariant& current, const QVariant& ran
 }
 
 QString expectedNumber(const IntRange& range) {
+    if (isOpen(range))
+        return QStringLiteral("a whole number");
     const QString text =
         QStringLiteral("a whole number from %1 to %2").arg(range.minimum).arg(range.maximum);
     return range.step > 1 ? text + QStringLiteral(" in steps of %1").arg(range.step) : text;
@@ -65,7 +79,7 @@ QString expectedChoice(const PEnumeration& choices) {
 
 QString expectedRegion(const PScanAreaRange& range) {
     return QStringLiteral("a region x,y,width,height inside %1, of %2 x %3 pixels at least, in "
-                          "steps of %4 x %5")
+                          "steps of %4 x %5, or the whole")
         .arg(PPropertyText::ofRegion(range.bounds))
         .arg(range.minimumWidth)
         .arg(range.minimumHeight)
@@ -76,18 +90,26 @@ QString expectedRegion(const PScanAreaRange& range) {
 } // namespace
 
 PStatus PPropertyCheck::check(const PDeviceProperty& property, const QVariant& value) {
+    return check(property, value, property.rangeInner());
+}
+
+PStatus PPropertyCheck::check(const PDeviceProperty& property, const QVariant& value,
+                              const QVariant& range) {
     const QString name = QString::fromLatin1(property.id());
     if (property.type() == PCD::DevicePropertyType::Action)
         return PStatus::failure(QStringLiteral("\"%1\" is an action and takes no value").arg(name));
-    if (isTaken(value, property.valueInner(), property.rangeInner()))
+    if (isTaken(value, property.valueInner(), range))
         return PStatus::Ok;
-    return PStatus::failure(QStringLiteral("\"%1\" cannot be %2: expected %3")
-                                .arg(name, PPropertyText::ofValue(value, property.rangeInner()),
-                                     expectation(property)));
+    return PStatus::failure(
+        QStringLiteral("\"%1\" cannot be %2: expected %3")
+            .arg(name, PPropertyText::ofValue(value, range), expectation(property, range)));
 }
 
 QString PPropertyCheck::expectation(const PDeviceProperty& property) {
-    const QVariant range = property.rangeInner();
+    return expectation(property, property.rangeInner());
+}
+
+QString PPropertyCheck::expectation(const PDeviceProperty& property, const QVariant& range) {
     if (range.metaType() == QMetaType::fromType<IntRange>())
         return expectedNumber(range.value<IntRange>());
     if (range.metaType() == QMetaType::fromType<PEnumeration>())
@@ -98,4 +120,10 @@ QString PPropertyCheck::expectation(const PDeviceProperty& property) {
         return QStringLiteral("on or off");
     return QStringLiteral("a value of the type %1")
         .arg(QString::fromLatin1(property.valueInner().metaType().name()));
+}
+
+bool PPropertyCheck::setAndAsk(PDeviceProperty& property, const QVariant& value) {
+    property.setValue(value);
+    property.updateValueFromDevice();
+    return PPropertyStreamForm::isSame(property.valueInner(), value, property.rangeInner());
 }

@@ -8,14 +8,22 @@
 class PDeviceProperty;
 
 /// Tells before a value is sent whether a property can take it, by the host's copy of its range and
-/// value. The device's thread; the device is not asked.
+/// value, and after it was sent whether it did. The device's thread.
 class PPropertyCheck {
 public:
     /// Fails with a sentence that names the property, the value and what was expected: a value of
     /// another type, outside the range or between its steps, a choice or region that does not
     /// exist, or any value for an action.
     static PStatus check(const PDeviceProperty& property, const QVariant& value);
+    /// Likewise, by a range that is not in force yet.
+    static PStatus check(const PDeviceProperty& property, const QVariant& value,
+                         const QVariant& range);
 
     /// What the property expects, in words: "a whole number from -100 to 100".
     static QString expectation(const PDeviceProperty& property);
+    static QString expectation(const PDeviceProperty& property, const QVariant& range);
+
+    /// Sends a value, whatever it is, and asks the device what it has then: true if it is that
+    /// value. Only this tells, as devices differ in the sense of their answers.
+    static bool setAndAsk(PDeviceProperty& property, const QVariant& value);
 };

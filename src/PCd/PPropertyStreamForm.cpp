@@ -33,6 +33,8 @@ QVariant nameOfChoice(const QVariant& value, const PEnumeration& choices) {
 
 QVariant choiceOfName(const QVariant& form, const PEnumeration& choices) {
     const bool isId = form.typeId() == QMetaType::QUuid;
+    if (!isId && form.typeId() != QMetaType::QString)
+        return QVariant();
     for (const PEnumerationItem& item : choices.items()) {
         if (isId ? item.id == form.toUuid() : item.name == form.toString())
             return QVariant::fromValue(item.id);
@@ -73,4 +75,9 @@ QVariant PPropertyStreamForm::fromForm(const QVariant& form, const QVariant& cur
     if (isComposite && form.typeId() == QMetaType::QByteArray)
         return valueOfBytes(form.toByteArray(), current);
     return QVariant();
+}
+
+bool PPropertyStreamForm::isSame(const QVariant& a, const QVariant& b, const QVariant& range) {
+    const QVariant formOfA = toForm(a, range);
+    return formOfA.isValid() && formOfA == toForm(b, range);
 }

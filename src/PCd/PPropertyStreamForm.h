@@ -15,4 +15,7 @@ public:
     /// and what a composite's bytes leave out stays as it is there. Invalid if the form makes no
     /// value: an unknown name, bytes that are too few or too many, another type.
     static QVariant fromForm(const QVariant& form, const QVariant& current, const QVariant& range);
+
+    /// True if two values have the same form: types of plugins need not be comparable otherwise.
+    static bool isSame(const QVariant& a, const QVariant& b, const QVariant& range);
 };

@@ -4,7 +4,7 @@
 #include <PCd/PDeviceProperty.h>
 #include <PCd/PEnumeration.h>
 
-#include <optional>
+#include <limits>
 
 namespace {
 
@@ -43,6 +43,19 @@ QVariant toChoice(const QString& text, const PEnumeration& choices) {
     return found;
 }
 
+bool isInt(qint64 number) {
+    return number >= std::numeric_limits<int>::min() && number <= std::numeric_limits<int>::max();
+}
+
+/// Corners, which is what QRect keeps, are in 64 bits first: any numbers may be typed.
+QVariant regionOf(int x, int y, int width, int height) {
+    const qint64 right = qint64(x) + width - 1;
+    const qint64 bottom = qint64(y) + height - 1;
+    if (!isInt(right) || !isInt(bottom))
+        return QVariant();
+    return QRect(QPoint(x, y), QPoint(int(right), int(bottom)));
+}
+
 QVariant toRegion(const QString& text) {
     const QStringList parts = text.split(QLatin1Char(','));
     QList<int> numbers;
@@ -52,21 +65,34 @@ QVariant toRegion(const QString& text) {
         if (!isNumber)
             return QVariant();
     }
-    return numbers.size() == 4 ? QVariant(QRect(numbers[0], numbers[1], numbers[2], numbers[3]))
+    return numbers.size() == 4 ? regionOf(numbers[0], numbers[1], numbers[2], numbers[3])
                                : QVariant();
 }
 
 } // namespace
 
 QString PPropertyText::ofRegion(const QRect& region) {
+    // QRect::width() would overflow for corners that lie far apart.
     return QStringLiteral("%1,%2,%3,%4")
-        .arg(region.x())
-        .arg(region.y())
-        .arg(region.width())
-        .arg(region.height());
+        .arg(region.left())
+        .arg(region.top())
+        .arg(qint64(region.right()) - region.left() + 1)
+        .arg(qint64(region.bottom()) - region.top() + 1);
+}
+
+QString PPropertyText::shortened(const QString& text) {
+    constexpr int enough = 60;
+    QString result = text.left(enough);
+    for (QChar& c : result) {
+        if (!c.isPrint())
+            c = QLatin1Char('?');
+    }
+    return text.size() > enough ? result + QStringLiteral("…") : result;
 }
 
 QString PPropertyText::ofValue(const QVariant& value, const QVariant& range) {
+    if (!value.isValid())
+        return QString();
     if (range.metaType() == QMetaType::fromType<PEnumeration>() &&
         value.typeId() == QMetaType::QUuid) {
         const PEnumerationItem item = range.value<PEnumeration>().getItem(value.toUuid());

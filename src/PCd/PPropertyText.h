@@ -10,10 +10,13 @@ class PDeviceProperty;
 /// Values of properties as text for people, and back. Any thread.
 class PPropertyText {
 public:
-    /// "12", "on", "Add 2x2", "0,0,640,480"; a type that has no text: its name in angle brackets.
+    /// "12", "on", "Add 2x2", "0,0,640,480"; a type that has no text: its name in angle brackets;
+    /// no value: nothing.
     static QString ofValue(const QVariant& value, const QVariant& range);
     /// "x,y,width,height".
     static QString ofRegion(const QRect& region);
+    /// A text from a file, fit for a message: its beginning, control characters as question marks.
+    static QString shortened(const QString& text);
 
     /// The value that a text means for a property: a whole number; on, off, true, false, 1 or 0; a
     /// choice's title, name or device number; a region x,y,width,height. Invalid if it means none.
