@@ -60,6 +60,9 @@ QVariant valueOfBytes(const QByteArray& bytes, QVariant value) {
 } // namespace
 
 QVariant PPropertyStreamForm::toForm(const QVariant& value, const QVariant& range) {
+    // As an id it would be null, which is the first choice's.
+    if (!value.isValid())
+        return QVariant();
     if (isChoice(range))
         return nameOfChoice(value, range.value<PEnumeration>());
     return isPlain(value.typeId()) ? value : bytesOf(value);
@@ -77,7 +80,11 @@ QVariant PPropertyStreamForm::fromForm(const QVariant& form, const QVariant& cur
     return QVariant();
 }
 
+bool PPropertyStreamForm::areEqual(const QVariant& formA, const QVariant& formB) {
+    return formA.metaType() == formB.metaType() && formA == formB;
+}
+
 bool PPropertyStreamForm::isSame(const QVariant& a, const QVariant& b, const QVariant& range) {
     const QVariant formOfA = toForm(a, range);
-    return formOfA.isValid() && formOfA == toForm(b, range);
+    return formOfA.isValid() && areEqual(formOfA, toForm(b, range));
 }

@@ -16,6 +16,9 @@ public:
     /// value: an unknown name, bytes that are too few or too many, another type.
     static QVariant fromForm(const QVariant& form, const QVariant& current, const QVariant& range);
 
+    /// True if two forms are equal and of one type: to QVariant alone, "1" is 1.
+    static bool areEqual(const QVariant& formA, const QVariant& formB);
+
     /// True if two values have the same form: types of plugins need not be comparable otherwise.
     static bool isSame(const QVariant& a, const QVariant& b, const QVariant& range);
 };

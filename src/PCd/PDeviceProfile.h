@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+#include <QVariant>
+
+/// The settings of a device as they stand in a file (docs/profiles.md). A value; it knows no
+/// device.
+struct PDeviceProfile {
+    /// One value of the file.
+    struct Setting {
+        QByteArray id;
+        QVariant form;    ///< see PPropertyStreamForm
+        QString position; ///< in the file, for people: "line 12"
+    };
+
+    QString path;   ///< the file
+    QString model;  ///< of the device that was saved
+    QString serial; ///< likewise
+    Setting mode;   ///< the form is the mode's id; invalid: the device had no modes
+    QList<Setting> settings;
+};

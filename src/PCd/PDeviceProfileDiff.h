@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCd/PDeviceProfile.h>
+
+class PDevice;
+
+/// How a profile differs from a device as it is. The device's thread.
+class PDeviceProfileDiff {
+public:
+    struct Difference {
+        QByteArray id;    ///< of a property, or "mode"
+        QString inFile;   ///< as text; null: the file has none
+        QString onCamera; ///< likewise: the camera has none, or none that profiles hold
+    };
+
+    /// Reads the device anew and compares: the mode, the file's settings in their order, then what
+    /// only the camera has. What a profile's values are worth is not looked at.
+    static QList<Difference> between(const PDeviceProfile& profile, PDevice& device);
+};

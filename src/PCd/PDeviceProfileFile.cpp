@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: MIT
+#include <PCd/PDeviceProfileFile.h>
+
+#include <PCd/PDevice.h>
+#include <PCd/PDeviceProfileParser.h>
+#include <PCd/PDeviceProperty.h>
+
+#include <PCore/PJsonReader.h>
+#include <PCore/PJsonWriter.h>
+
+#include <QFileInfo>
+#include <QSaveFile>
+
+namespace {
+
+PStatus failure(const char* verb, const QString& path, const QString& reason) {
+    return PStatus::failure(
+        QStringLiteral("cannot %1 \"%2\": %3").arg(QLatin1String(verb), path, reason));
+}
+
+PStatus replaceFile(const QString& path, const QByteArray& bytes) {
+    QSaveFile file(path);
+    // A disk that fills up takes a part first: unbuffered, that shows here and not at the end.
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) ||
+        file.write(bytes) != bytes.size() || !file.commit())
+        return failure("save", path, file.errorString());
+    return PStatus::Ok;
+}
+
+QString tooLarge() {
+    return QStringLiteral("it is larger than %1 bytes, which no profile is")
+        .arg(PDeviceProfileFile::LargestSize);
+}
+
+/// Fails before anything is read: what is no plain file may have no end, or wait for ever.
+PStatus readBytes(const QString& path, QByteArray& bytes) {
+    const QFileInfo info(path);
+    if (info.exists() && !info.isFile())
+        return failure("read", path, QStringLiteral("it is not a file"));
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return failure("read", path, file.errorString());
+    if (file.size() > PDeviceProfileFile::LargestSize)
+        return failure("read", path, tooLarge());
+    bytes = file.read(PDeviceProfileFile::LargestSize + 1);
+    if (bytes.size() > PDeviceProfileFile::LargestSize)
+        return failure("read", path, tooLarge());
+    return file.error() == QFile::NoError ? PStatus(PStatus::Ok)
+                                          : failure("read", path, file.errorString());
+}
+
+PStatus parse(const QByteArray& bytes, PDeviceProfile& profile) {
+    PJsonReader reader;
+    const PStatus status = reader.setDocument(bytes);
+    return status.isOk() ? PDeviceProfileParser::parse(reader, profile) : status;
+}
+
+} // namespace
+
+PStatus PDeviceProfileFile::save(PDevice& device, const QString& path) {
+    for (PDeviceProperty* property : device.supportProperties())
+        property->updateValueFromDevice();
+    PJsonWriter writer;
+    writer.writeValue(PDeviceProfileParser::formatKey(), PDeviceProfileParser::formatName());
+    writer.writeValue(PDeviceProfileParser::versionKey(), PDeviceProfileParser::Version);
+    if (!device.writeStreamThis(&writer, PDeviceProfileParser::cameraKey()))
+        return failure("save", path,
+                       QStringLiteral("the camera has a value that cannot be written"));
+    return replaceFile(path, writer.document());
+}
+
+PStatus PDeviceProfileFile::read(const QString& path, PDeviceProfile& profile) {
+    QByteArray bytes;
+    const PStatus status = readBytes(path, bytes);
+    if (!status.isOk())
+        return status;
+    PDeviceProfile read;
+    const PStatus parsed = parse(bytes, read);
+    if (!parsed.isOk())
+        return PStatus::failure(QStringLiteral("\"%1\": %2").arg(path, parsed.reason()));
+    profile = read;
+    profile.path = path;
+    return PStatus::Ok;
+}

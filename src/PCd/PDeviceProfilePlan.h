@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCd/PDeviceMode.h>
+#include <PCd/PDeviceProfile.h>
+#include <PCd/PDeviceProfileReport.h>
+
+#include <PCore/PStatus.h>
+
+#include <QVariant>
+
+#include <optional>
+
+class PDevice;
+class PDeviceProperty;
+
+/// What a profile means on one device: checked as a whole first, then sent. The device's thread;
+/// the device must stay meanwhile.
+class PDeviceProfilePlan {
+public:
+    enum class Mode {
+        OfProfile,
+        AsItIs, ///< the profile's mode is not set, and so a region of another mode is not either
+    };
+
+    explicit PDeviceProfilePlan(PDevice& device, Mode mode = Mode::OfProfile);
+
+    /// Reads the device anew and checks every value of the profile against it; sends nothing. Fails
+    /// with file, line and what was expected if a value is of a type its property cannot have, or,
+    /// in a profile of this model, outside its range. What this camera lacks, and what another
+    /// model has other ranges for, is no failure: see the report.
+    PStatus make(const PDeviceProfile& profile);
+
+    /// Sends what make() has found good, once: the mode first, then in PDeviceProfileOrder, asking
+    /// the device after each what it has. The values that it did not take are in the report.
+    PDeviceProfileReport apply();
+
+private:
+    struct Step {
+        PDeviceProperty* property;
+        QVariant value;
+    };
+
+    PStatus planMode();
+    PStatus planSettings();
+    PStatus planSetting(const PDeviceProfile::Setting& setting);
+    PStatus planValue(const PDeviceProfile::Setting& setting, PDeviceProperty& property);
+    PStatus refuse(const PDeviceProfile::Setting& setting, const QString& reason);
+    PStatus damage(const PDeviceProfile::Setting& setting, const QString& reason) const;
+    void sortSteps();
+    void noteOrigin();
+    bool applyMode();
+    void applyStep(const Step& step);
+    QVariant rangeInMode(const PDeviceProperty& property) const;
+    bool isOtherMode() const;
+
+    PDevice& m_device;
+    const Mode m_modeUse;
+    PDeviceProfile m_profile;
+    PDeviceMode m_currentMode;
+    std::optional<PDeviceMode> m_mode; ///< of the profile, if this device has it
+    bool m_isSameModel = false;
+    QList<Step> m_steps;
+    PDeviceProfileReport m_report;
+};

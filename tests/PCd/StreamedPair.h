@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QDataStream>
+#include <QMetaType>
+
+/// A composite value, as a plugin has them: not comparable, and its stream form leaves a part out.
+struct StreamedPair {
+    qint32 saved = 0;
+    qint32 leftOut = 0;
+};
+
+inline QDataStream& operator<<(QDataStream& out, const StreamedPair& pair) {
+    return out << pair.saved;
+}
+
+inline QDataStream& operator>>(QDataStream& in, StreamedPair& pair) {
+    return in >> pair.saved;
+}
+
+Q_DECLARE_METATYPE(StreamedPair)
