@@ -1,12 +1,20 @@
 // SPDX-License-Identifier: MIT
 #include "PCameraSession.h"
 
+#include "PCameraSetup.h"
+
+#include <QScopeGuard>
+
 #include <algorithm>
 
 namespace {
 
 // Frames wait for nothing but this thread, so this is never reached but by a fault.
 constexpr std::chrono::seconds longestDrain(30);
+
+// Longer than most exposures; --timeout is for the others.
+constexpr std::chrono::seconds firstFrameTimeout(30);
+constexpr std::chrono::seconds answerTimeout(10);
 
 QString idAndName(const PDeviceMode& mode) {
     return u"%1 (%2)"_qs.arg(QString::fromLatin1(mode.id), mode.name);
@@ -42,12 +50,22 @@ PCameraSession::~PCameraSession() {
     close();
 }
 
-PCtlOutcome PCameraSession::open(const QString& mode) {
+PCtlOutcome PCameraSession::open(const PCtlOptions& options) {
     PCtlOutcome outcome = failedUnlessOk(m_device->link());
-    if (outcome.isDone() && !mode.isEmpty())
-        outcome = setMode(mode);
-    m_mode = m_device->getCurrentMode();
+    if (outcome.isDone())
+        outcome = prepare(options);
+    if (m_device != nullptr)
+        m_mode = m_device->getCurrentMode();
     return outcome;
+}
+
+PCtlOutcome PCameraSession::prepare(const PCtlOptions& options) {
+    if (!options.mode.isEmpty()) {
+        const PCtlOutcome outcome = setMode(options.mode);
+        if (!outcome.isDone())
+            return outcome;
+    }
+    return PCameraSetup(*this, options).run();
 }
 
 PCtlOutcome PCameraSession::setMode(const QString& wanted) {
@@ -60,12 +78,38 @@ PCtlOutcome PCameraSession::setMode(const QString& wanted) {
 }
 
 PStatus PCameraSession::close() {
-    const PStatus stopped = m_device != nullptr ? m_device->stopStream() : PStatus(PStatus::Ok);
-    m_loop.drain([this] { return isUnplugged() || m_device->frameLedger().waiting == 0; },
-                 longestDrain);
+    const PStatus stopped = stopLive();
     if (m_device != nullptr)
         m_device->unlink();
     return stopped;
+}
+
+PCtlOutcome PCameraSession::startLive(std::optional<std::chrono::milliseconds> atMost) {
+    using std::chrono::steady_clock;
+    bool isLive = false;
+    const auto connection =
+        connect(m_device, &PDevice::imageChanged, this, [&isLive] { isLive = true; });
+    const auto forget = qScopeGuard([&] { disconnect(connection); });
+    const auto start = steady_clock::now();
+    const PStatus started = m_device->startStream();
+    if (!started.isOk())
+        return PCtlOutcome::failed(started.reason());
+    if (!waitFor([&isLive] { return isLive; }, atMost.value_or(firstFrameTimeout)))
+        return PCtlOutcome::failed(reasonWithout(u"a first live frame"_qs));
+    m_firstFrameTook = std::chrono::ceil<std::chrono::milliseconds>(steady_clock::now() - start);
+    return {};
+}
+
+PStatus PCameraSession::stopLive() {
+    const PStatus stopped = m_device != nullptr ? m_device->stopStream() : PStatus(PStatus::Ok);
+    m_loop.drain([this] { return isUnplugged() || m_device->frameLedger().waiting == 0; },
+                 longestDrain);
+    return stopped;
+}
+
+std::chrono::milliseconds PCameraSession::longestAnswer() const {
+    // Where a live frame takes long to expose, everything else may take several times that.
+    return answerTimeout + 4 * m_firstFrameTook;
 }
 
 PFrameLedger PCameraSession::ledger() const {

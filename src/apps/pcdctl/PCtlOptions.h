@@ -9,7 +9,8 @@
 
 /// What the user has asked for. A value.
 struct PCtlOptions {
-    enum class Command { List, Modes, Snap, Stream, Monitor };
+    enum class Command { List, Modes, Props, Get, Set, Profile, Reset, Snap, Stream, Monitor };
+    enum class ProfileAction { Save, Load, Diff };
 
     Command command = Command::List;
 
@@ -20,8 +21,17 @@ struct PCtlOptions {
     std::optional<QString> logFilter;
     bool json = false;
 
-    QString mode;                                     ///< id or name; empty: as it is
-    std::optional<std::chrono::milliseconds> timeout; ///< longest wait for a picture
+    QStringList words; ///< after the command: properties, or settings "ID=VALUE"
+
+    // How the camera is prepared, in this order, before the command does its work.
+    QString mode;     ///< id or name; empty: as it is
+    QString profile;  ///< file; empty: none
+    QStringList sets; ///< settings "ID=VALUE"
+
+    ProfileAction profileAction = ProfileAction::Save; ///< profile: what to do
+    QString profileFile;                               ///< profile: with this file
+
+    std::optional<std::chrono::milliseconds> timeout; ///< longest wait for a picture or answer
 
     QString output; ///< snap: the picture file
 

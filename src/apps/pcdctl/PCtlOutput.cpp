@@ -13,10 +13,19 @@ void write(std::FILE* stream, const QByteArray& text) {
     std::fwrite(text.constData(), 1, std::size_t(text.size()), stream);
 }
 
+/// Names and values may come from files and cameras: they must not steer a terminal.
+QByteArray harmless(QString text) {
+    for (QChar& c : text) {
+        if (c.category() == QChar::Other_Control && c != u'\n')
+            c = u'?';
+    }
+    return text.toUtf8();
+}
+
 } // namespace
 
 void PCtlOutput::printLine(const QString& line) {
-    write(stdout, line.toUtf8() + '\n');
+    write(stdout, harmless(line) + '\n');
 }
 
 void PCtlOutput::printDocument(const QJsonObject& object) {
@@ -30,7 +39,7 @@ void PCtlOutput::printJsonLine(const QJsonObject& object) {
 void PCtlOutput::printMessage(const QString& message) {
     // What was printed before must also appear before, where both streams are one terminal.
     std::fflush(stdout);
-    write(stderr, "pcdctl: " + message.toUtf8() + '\n');
+    write(stderr, "pcdctl: " + harmless(message) + '\n');
 }
 
 bool PCtlOutput::flush() {

@@ -8,7 +8,9 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -68,8 +70,8 @@ PCtlOutcome readSeconds(const QCommandLineParser& parser, const QString& option,
 
 /// A text option that is given says something: an empty one comes from a variable that was not set.
 PCtlOutcome checkTexts(const QCommandLineParser& parser) {
-    for (const char* const name :
-         {"camera", "sdk", "scene", "plugin-path", "log-level", "mode", "output", "save"}) {
+    for (const char* const name : {"camera", "sdk", "scene", "plugin-path", "log-level", "mode",
+                                   "profile", "set", "output", "save"}) {
         const QString option = QString::fromLatin1(name);
         if (parser.isSet(option) && parser.values(option).contains(QString()))
             return wrongValue(QString(), option, u"a text that is not empty"_qs);
@@ -84,8 +86,31 @@ PCtlOutcome checkOptions(const PCtlSyntax::CommandSyntax& syntax, const QStringL
     if (!parser.parse(arguments))
         return withHint(parser.errorText(), syntax.name + u' ');
     const QStringList words = parser.positionalArguments();
-    if (words.size() > 1)
-        return withHint(u"unexpected argument \"%1\""_qs.arg(words.at(1)), syntax.name + u' ');
+    const qsizetype count = words.size() - 1; // the command is a word too
+    if (count > syntax.mostWords)
+        return withHint(u"unexpected argument \"%1\""_qs.arg(words.at(syntax.mostWords + 1)),
+                        syntax.name + u' ');
+    if (count < syntax.leastWords)
+        return withHint(u"%1 needs more words: expected %1 %2"_qs.arg(syntax.name, syntax.words),
+                        syntax.name + u' ');
+    return {};
+}
+
+PCtlOutcome readProfileAction(const QStringList& words, PCtlOptions& options) {
+    using Action = PCtlOptions::ProfileAction;
+    const QList<std::pair<QString, Action>> actions{
+        {u"save"_qs, Action::Save}, {u"load"_qs, Action::Load}, {u"diff"_qs, Action::Diff}};
+    const auto found = std::find_if(actions.begin(), actions.end(),
+                                    [&](const auto& action) { return action.first == words[0]; });
+    if (found == actions.end()) {
+        return withHint(
+            u"\"%1\" is nothing to do with a profile: expected save, load or diff"_qs.arg(words[0]),
+            u"profile "_qs);
+    }
+    if (words[1].isEmpty())
+        return withHint(u"\"\" names no file"_qs, u"profile "_qs);
+    options.profileAction = found->second;
+    options.profileFile = words[1];
     return {};
 }
 
@@ -134,6 +159,9 @@ PCtlOutcome PCtlParser::readOptions(const QCommandLineParser& parser) {
         m_options.logFilter = parser.value(u"log-level"_qs);
     m_options.json = parser.isSet(u"json"_qs);
     m_options.mode = parser.value(u"mode"_qs);
+    m_options.profile = parser.value(u"profile"_qs);
+    m_options.sets = parser.values(u"set"_qs);
+    m_options.words = parser.positionalArguments().mid(1);
     const PCtlOutcome outcome = readNumbers(parser);
     return outcome.isDone() ? readFiles(parser) : outcome;
 }
@@ -152,6 +180,8 @@ PCtlOutcome PCtlParser::readNumbers(const QCommandLineParser& parser) {
 }
 
 PCtlOutcome PCtlParser::readFiles(const QCommandLineParser& parser) {
+    if (m_options.command == PCtlOptions::Command::Profile)
+        return readProfileAction(m_options.words, m_options);
     m_options.output = parser.value(u"output"_qs);
     m_options.savePattern = parser.value(u"save"_qs);
     if (m_options.command == PCtlOptions::Command::Snap) {

@@ -15,10 +15,13 @@ struct OptionSyntax {
     QCommandLineOption option;
 };
 
-const QList<Command> everyCommand{Command::List, Command::Modes, Command::Snap, Command::Stream,
-                                  Command::Monitor};
-const QList<Command> oneCamera{Command::Modes, Command::Snap, Command::Stream};
-const QList<Command> pictures{Command::Snap, Command::Stream};
+constexpr int anyNumber = 1'000'000;
+
+/// Those that prepare the camera before they do their work.
+const QList<Command> prepared{Command::Props, Command::Get,  Command::Set,   Command::Profile,
+                              Command::Reset, Command::Snap, Command::Stream};
+const QList<Command> oneCamera = prepared + QList<Command>{Command::Modes};
+const QList<Command> everyCommand = oneCamera + QList<Command>{Command::List, Command::Monitor};
 
 QList<OptionSyntax> commonOptions() {
     return {
@@ -49,10 +52,18 @@ QList<OptionSyntax> cameraOptions() {
           u"The camera: its index, its id or a beginning of it that no other has. Without it, the "
           "first."_qs,
           u"CAMERA"_qs}},
-        {pictures,
+        {prepared,
          {u"mode"_qs, u"Set this mode first: an id or a name of \"modes\"."_qs, u"ID"_qs}},
-        {pictures,
-         {u"timeout"_qs, u"Give up after this long without the picture that is due."_qs,
+        {prepared,
+         {u"profile"_qs, u"Then set what this profile holds; --mode goes before its mode."_qs,
+          u"FILE"_qs}},
+        {prepared,
+         {u"set"_qs,
+          u"Then set this property; ID alone runs an action. May be repeated; \"props\" shows the "
+          "properties."_qs,
+          u"ID=VALUE"_qs}},
+        {prepared,
+         {u"timeout"_qs, u"Give up after this long without the picture or answer that is due."_qs,
           u"SECONDS"_qs}},
     };
 }
@@ -83,8 +94,29 @@ QList<CommandSyntax> makeCommands() {
          u"pcdctl list\npcdctl list --json --sdk sim"_qs},
         {Command::Modes, u"modes"_qs, u"Show the modes (resolutions) of a camera."_qs,
          u"pcdctl modes\npcdctl modes -c 1"_qs},
+        {Command::Props, u"props"_qs,
+         u"Show the properties of a camera: values, ranges, groups."_qs,
+         u"pcdctl props\npcdctl props contrast gamma\npcdctl props --json"_qs, u"[ID…]"_qs, 0,
+         anyNumber},
+        {Command::Get, u"get"_qs, u"Show the values of properties."_qs,
+         u"pcdctl get contrast\npcdctl get roi binning --mode 1 --json"_qs, u"ID…"_qs, 1,
+         anyNumber},
+        {Command::Set, u"set"_qs,
+         u"Set properties, in the order given, and show what the camera made of them."_qs,
+         u"pcdctl set contrast=12 negative=on\npcdctl set \"binning=Add 2x2\" roi=0,0,640,480\n"
+         "pcdctl set awbonce"_qs,
+         u"ID=VALUE…"_qs, 1, anyNumber},
+        {Command::Profile, u"profile"_qs,
+         u"Save the settings of a camera to a file, load them, or compare."_qs,
+         u"pcdctl profile save slide.json --set contrast=12\npcdctl profile load slide.json\n"
+         "pcdctl profile diff slide.json"_qs,
+         u"save|load|diff FILE"_qs, 2, 2},
+        {Command::Reset, u"reset"_qs, u"Set properties to their defaults: these, or all."_qs,
+         u"pcdctl reset --profile slide.json\npcdctl reset contrast gamma"_qs, u"[ID…]"_qs, 0,
+         anyNumber},
         {Command::Snap, u"snap"_qs, u"Take a still picture and save it."_qs,
-         u"pcdctl snap -o out/a.png\npcdctl snap -o slide.tif --mode 2736x1824"_qs},
+         u"pcdctl snap -o out/a.png\npcdctl snap -o slide.tif --mode 2736x1824\n"
+         "pcdctl snap -o b.png --profile slide.json --set contrast=20"_qs},
         {Command::Stream, u"stream"_qs, u"Run the live stream, count its frames, save them."_qs,
          u"pcdctl stream -t 5\npcdctl stream -n 60 --json\n"
          "pcdctl stream -n 100 --mode 2 --save \"run/frame-####.png\""_qs},
@@ -143,7 +175,9 @@ QString PCtlSyntax::helpText(const CommandSyntax* command) {
         return parser.helpText() + commandSummaries() + QString::fromLatin1(exitCodes);
     }
     parser.setApplicationDescription(command->summary);
-    parser.addPositionalArgument(command->name, command->summary, command->name);
+    const QString form =
+        command->words.isEmpty() ? command->name : command->name + u' ' + command->words;
+    parser.addPositionalArgument(command->name, command->summary, form);
     return parser.helpText() + u"\nExamples:\n"_qs + indented(command->examples) +
            QString::fromLatin1(exitCodes);
 }

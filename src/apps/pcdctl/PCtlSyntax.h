@@ -14,6 +14,9 @@ struct CommandSyntax {
     QString name;
     QString summary;
     QString examples;
+    QString words = {}; ///< what follows the command, as help shows it
+    int leastWords = 0;
+    int mostWords = 0;
 };
 
 /// All commands, in the order help shows them.

@@ -12,13 +12,6 @@
 
 namespace {
 
-using std::chrono::milliseconds;
-using std::chrono::steady_clock;
-
-// Longer than most exposures; --timeout is for the others.
-constexpr milliseconds firstFrameTimeout(30'000);
-constexpr milliseconds stillTimeout(10'000);
-
 /// Takes one still picture.
 class PSnapRun {
 public:
@@ -26,7 +19,7 @@ public:
         : m_session(host.manager(), device) {}
 
     PCtlOutcome takePicture(const PCtlOptions& options) {
-        PCtlOutcome outcome = m_session.open(options.mode);
+        PCtlOutcome outcome = m_session.open(options);
         if (outcome.isDone())
             outcome = startStream(options);
         if (outcome.isDone())
@@ -43,33 +36,21 @@ private:
     /// stream only.
     PCtlOutcome startStream(const PCtlOptions& options) {
         PDevice* const device = m_session.device();
-        QObject::connect(device, &PDevice::imageChanged, &m_session, [this] { m_isLive = true; });
         QObject::connect(device, &PDevice::snapshotTaken, &m_session,
                          [this](const PDeviceFrame& frame) { m_picture = frame; });
-        const auto start = steady_clock::now();
-        const PStatus started = device->startStream();
-        if (!started.isOk())
-            return PCtlOutcome::failed(started.reason());
-        const milliseconds atMost = options.timeout.value_or(firstFrameTimeout);
-        if (!m_session.waitFor([this] { return m_isLive; }, atMost))
-            return PCtlOutcome::failed(m_session.reasonWithout(u"a first live frame"_qs));
-        m_firstFrameTook = std::chrono::ceil<milliseconds>(steady_clock::now() - start);
-        return {};
+        return m_session.startLive(options.timeout);
     }
 
     PCtlOutcome takeStill(const PCtlOptions& options) {
         if (!m_session.device()->triggerStillCapture())
             return PCtlOutcome::failed(u"the camera refused to take a still picture"_qs);
-        // Where a live frame takes long to expose, a still picture may take several times that.
-        const milliseconds atMost = options.timeout.value_or(stillTimeout + 4 * m_firstFrameTook);
+        const auto atMost = options.timeout.value_or(m_session.longestAnswer());
         if (!m_session.waitFor([this] { return !m_picture.image.isNull(); }, atMost))
             return PCtlOutcome::failed(m_session.reasonWithout(u"a still picture"_qs));
         return {};
     }
 
     PDeviceFrame m_picture;
-    milliseconds m_firstFrameTook{0};
-    bool m_isLive = false;
     PCameraSession m_session; // goes first: frames that still arrive need the rest
 };
 

@@ -47,7 +47,7 @@ PCtlOutcome PStreamRun::run() {
 }
 
 PCtlOutcome PStreamRun::start() {
-    PCtlOutcome outcome = m_session.open(m_options.mode);
+    PCtlOutcome outcome = m_session.open(m_options);
     if (outcome.isDone() && !m_options.savePattern.isEmpty())
         outcome = startSaver();
     if (!outcome.isDone())

@@ -33,6 +33,8 @@ PCtlOutcome prepareFiles(const PCtlOptions& options) {
         return prepareSnapFiles(options);
     case PCtlOptions::Command::Stream:
         return prepareStreamFiles(options);
+    case PCtlOptions::Command::Profile:
+        return prepareProfileFile(options);
     default:
         return {};
     }
@@ -44,6 +46,16 @@ PCtlOutcome runCommand(PCtlHost& host, const PCtlOptions& options) {
         return runListCommand(host, options);
     case PCtlOptions::Command::Modes:
         return runModesCommand(host, options);
+    case PCtlOptions::Command::Props:
+        return runPropsCommand(host, options);
+    case PCtlOptions::Command::Get:
+        return runGetCommand(host, options);
+    case PCtlOptions::Command::Set:
+        return runSetCommand(host, options);
+    case PCtlOptions::Command::Profile:
+        return runProfileCommand(host, options);
+    case PCtlOptions::Command::Reset:
+        return runResetCommand(host, options);
     case PCtlOptions::Command::Snap:
         return runSnapCommand(host, options);
     case PCtlOptions::Command::Stream:

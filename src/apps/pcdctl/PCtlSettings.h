@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "PCtlOutcome.h"
+
+#include <PCd/PDeviceProfileReport.h>
+
+#include <QList>
+#include <QStringList>
+#include <QVariant>
+
+#include <chrono>
+#include <optional>
+
+class PCameraSession;
+class PDevice;
+class PDeviceProperty;
+
+/// Settings of one camera as a person writes them: "ID=VALUE", or "ID" alone for an action. The
+/// main thread; the camera must stay.
+class PCtlSettings {
+public:
+    /// Reads and checks all of them; nothing is sent. Wrong usage names the word and what was
+    /// expected.
+    PCtlOutcome read(const QStringList& words, PDevice& device);
+
+    /// Sends them in the order given, runs the actions, and asks the camera what it has. Fails,
+    /// naming each value that the camera did not take; the rest is sent all the same.
+    PCtlOutcome apply(PCameraSession& session, std::optional<std::chrono::milliseconds> timeout);
+
+    /// The properties that were to be set; for an action, those that it sets.
+    QList<PDeviceProperty*> properties() const;
+    /// What apply() failed at.
+    const QList<PDeviceProfileReport::Item>& refused() const { return m_refused; }
+
+private:
+    struct Setting {
+        PDeviceProperty* property;
+        QVariant value; ///< invalid: run the action
+    };
+
+    PCtlOutcome readWord(const QString& word, PDevice& device);
+    void send(const Setting& setting);
+
+    QList<Setting> m_settings;
+    QList<PDeviceProfileReport::Item> m_refused;
+};

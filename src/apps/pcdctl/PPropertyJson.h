@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCd/PDeviceProfileReport.h>
+
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QList>
+#include <QStringList>
+
+class PDeviceProperty;
+
+/// Properties, and what came of setting them, as the program prints them. The main thread.
+namespace PPropertyJson {
+
+/// A number, true or false, a choice's untranslated name, {x, y, width, height}, null for an
+/// action, else text.
+QJsonValue valueOf(const QVariant& value, const QVariant& range);
+/// {id: value} of the host's copies.
+QJsonObject valuesOf(const QList<PDeviceProperty*>& properties);
+/// All there is to know of a property, but not its group.
+QJsonObject descriptionOf(const PDeviceProperty& property);
+
+/// [{id, reason}].
+QJsonArray itemsOf(const QList<PDeviceProfileReport::Item>& items);
+/// "id: reason" each.
+QStringList linesOf(const QList<PDeviceProfileReport::Item>& items);
+/// [id].
+QJsonArray idsOf(const QList<QByteArray>& ids);
+
+/// "integer", "switch" …
+QString typeName(const PDeviceProperty& property);
+/// "µs"; empty for a number without a unit.
+QString unitName(const PDeviceProperty& property);
+
+} // namespace PPropertyJson

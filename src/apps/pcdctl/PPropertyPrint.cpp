@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#include "PPropertyPrint.h"
+
+#include "PCtlOutput.h"
+#include "PPropertyJson.h"
+
+#include <PCd/PDeviceProperty.h>
+#include <PCd/PPropertyText.h>
+
+namespace {
+
+void printLines(const QList<PDeviceProperty*>& properties) {
+    for (const PDeviceProperty* property : properties) {
+        PCtlOutput::printLine(u"%1=%2"_qs.arg(
+            QString::fromLatin1(property->id()),
+            PPropertyText::ofValue(property->valueInner(), property->rangeInner())));
+    }
+}
+
+} // namespace
+
+void printPropertyValues(const QString& cameraId, const QList<PDeviceProperty*>& properties,
+                         bool json, const QJsonObject& more) {
+    // One setting may have changed another since.
+    for (PDeviceProperty* property : properties)
+        property->updateValueFromDevice();
+    if (!json) {
+        printLines(properties);
+        return;
+    }
+    QJsonObject object = more;
+    object.insert(u"camera"_qs, cameraId);
+    object.insert(u"properties"_qs, PPropertyJson::valuesOf(properties));
+    PCtlOutput::printDocument(object);
+}
