@@ -3,6 +3,7 @@
 
 #include <PCd/PDeviceProperty.h>
 #include <PCd/PEnumeration.h>
+#include <PCd/PGadgetFields.h>
 #include <PCd/PPropertyStreamForm.h>
 #include <PCd/PPropertyText.h>
 #include <PCd/PScanAreaRange.h>
@@ -118,6 +119,10 @@ QString PPropertyCheck::expectation(const PDeviceProperty& property, const QVari
         return expectedRegion(range.value<PScanAreaRange>());
     if (property.valueInner().typeId() == QMetaType::Bool)
         return QStringLiteral("on or off");
+    if (PGadgetFields::isComposite(property.valueInner()))
+        return QStringLiteral("one field at a time, %1.FIELD=VALUE with one of the fields %2")
+            .arg(QString::fromLatin1(property.id()),
+                 PGadgetFields::names(property.valueInner()).join(QStringLiteral(", ")));
     return QStringLiteral("a value of the type %1")
         .arg(QString::fromLatin1(property.valueInner().metaType().name()));
 }

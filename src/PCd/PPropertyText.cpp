@@ -3,22 +3,11 @@
 
 #include <PCd/PDeviceProperty.h>
 #include <PCd/PEnumeration.h>
+#include <PCd/PGadgetFields.h>
 
 #include <limits>
 
 namespace {
-
-QVariant toSwitch(const QString& text) {
-    for (const char* on : {"on", "true", "yes", "1"}) {
-        if (text.compare(QLatin1String(on), Qt::CaseInsensitive) == 0)
-            return true;
-    }
-    for (const char* off : {"off", "false", "no", "0"}) {
-        if (text.compare(QLatin1String(off), Qt::CaseInsensitive) == 0)
-            return false;
-    }
-    return QVariant();
-}
 
 QVariant toNumber(const QString& text) {
     bool isNumber = false;
@@ -71,6 +60,18 @@ QVariant toRegion(const QString& text) {
 
 } // namespace
 
+QVariant PPropertyText::toSwitch(const QString& text) {
+    for (const char* on : {"on", "true", "yes", "1"}) {
+        if (text.compare(QLatin1String(on), Qt::CaseInsensitive) == 0)
+            return true;
+    }
+    for (const char* off : {"off", "false", "no", "0"}) {
+        if (text.compare(QLatin1String(off), Qt::CaseInsensitive) == 0)
+            return false;
+    }
+    return QVariant();
+}
+
 QString PPropertyText::ofRegion(const QRect& region) {
     // QRect::width() would overflow for corners that lie far apart.
     return QStringLiteral("%1,%2,%3,%4")
@@ -102,6 +103,8 @@ QString PPropertyText::ofValue(const QVariant& value, const QVariant& range) {
         return value.toBool() ? QStringLiteral("on") : QStringLiteral("off");
     if (value.typeId() == QMetaType::QRect)
         return ofRegion(value.toRect());
+    if (PGadgetFields::isComposite(value))
+        return PGadgetFields::toText(value);
     if (value.canConvert<QString>())
         return value.toString();
     return QStringLiteral("<%1>").arg(QString::fromLatin1(value.metaType().name()));

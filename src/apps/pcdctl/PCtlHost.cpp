@@ -3,13 +3,15 @@
 
 #include "PCtlOutput.h"
 
+#include <apps/common/PTranslations.h>
+
 #include <PCd/PDevice.h>
 #include <PCd/PDeviceRegister.h>
 #include <PCd/PPluginLoader.h>
 
 PCtlOutcome PCtlHost::start(const PCtlOptions& options) {
     const PCtlOutcome outcome = startSdk(options);
-    return outcome.isDone() ? loadPlugins(options.pluginPaths) : outcome;
+    return outcome.isDone() ? loadPlugins(options) : outcome;
 }
 
 PCtlOutcome PCtlHost::startSdk(const PCtlOptions& options) {
@@ -31,9 +33,9 @@ PCtlOutcome PCtlHost::startSdk(const PCtlOptions& options) {
     return scene.isOk() ? PCtlOutcome() : PCtlOutcome::wrongUsage(scene.reason());
 }
 
-PCtlOutcome PCtlHost::loadPlugins(const QStringList& paths) {
+PCtlOutcome PCtlHost::loadPlugins(const PCtlOptions& options) {
     PPluginLoader loader;
-    for (const QString& path : paths)
+    for (const QString& path : options.pluginPaths)
         loader.addSearchPath(path);
     const QList<PDeviceRegister*> registers = loader.load();
     for (const PPluginLoader::Failure& failure : loader.failures()) {
@@ -44,6 +46,8 @@ PCtlOutcome PCtlHost::loadPlugins(const QStringList& paths) {
         return PCtlOutcome::failed(
             u"no camera plugin found; looked in %1"_qs.arg(loader.searchPaths().join(u", "_qs)));
     }
+    // With the plugins in, and before their devices make their titles.
+    PTranslations::install(PTranslations::language(options.language));
     for (PDeviceRegister* deviceRegister : registers)
         m_manager.addRegister(deviceRegister);
     return {};

@@ -29,7 +29,7 @@ public:
 
 private:
     PCtlOutcome startSdk(const PCtlOptions& options);
-    PCtlOutcome loadPlugins(const QStringList& paths);
+    PCtlOutcome loadPlugins(const PCtlOptions& options);
 
     PCameraSdk m_sdk;
     PDeviceManager m_manager;

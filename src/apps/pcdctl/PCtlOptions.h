@@ -19,6 +19,7 @@ struct PCtlOptions {
     QString scene; ///< file; empty: none
     QStringList pluginPaths;
     std::optional<QString> logFilter;
+    QString language; ///< empty: as the environment says
     bool json = false;
 
     QStringList words; ///< after the command: properties, or settings "ID=VALUE"

@@ -71,7 +71,7 @@ PCtlOutcome readSeconds(const QCommandLineParser& parser, const QString& option,
 /// A text option that is given says something: an empty one comes from a variable that was not set.
 PCtlOutcome checkTexts(const QCommandLineParser& parser) {
     for (const char* const name : {"camera", "sdk", "scene", "plugin-path", "log-level", "mode",
-                                   "profile", "set", "output", "save"}) {
+                                   "profile", "set", "output", "save", "lang"}) {
         const QString option = QString::fromLatin1(name);
         if (parser.isSet(option) && parser.values(option).contains(QString()))
             return wrongValue(QString(), option, u"a text that is not empty"_qs);
@@ -157,6 +157,7 @@ PCtlOutcome PCtlParser::readOptions(const QCommandLineParser& parser) {
     m_options.pluginPaths = parser.values(u"plugin-path"_qs);
     if (parser.isSet(u"log-level"_qs))
         m_options.logFilter = parser.value(u"log-level"_qs);
+    m_options.language = parser.value(u"lang"_qs);
     m_options.json = parser.isSet(u"json"_qs);
     m_options.mode = parser.value(u"mode"_qs);
     m_options.profile = parser.value(u"profile"_qs);

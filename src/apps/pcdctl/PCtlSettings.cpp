@@ -7,6 +7,7 @@
 #include "PPropertyLookup.h"
 
 #include <PCd/PDeviceProperty.h>
+#include <PCd/PGadgetFields.h>
 #include <PCd/PPropertyCheck.h>
 #include <PCd/PPropertyText.h>
 
@@ -42,27 +43,44 @@ PCtlOutcome PCtlSettings::read(const QStringList& words, PDevice& device) {
 
 PCtlOutcome PCtlSettings::readWord(const QString& word, PDevice& device) {
     const qsizetype equals = word.indexOf(u'=');
-    const QString id = word.left(equals).trimmed();
+    const QString name = word.left(equals).trimmed();
+    Setting setting;
+    setting.field = name.section(u'.', 1);
     PCtlOutcome outcome;
-    PDeviceProperty* const property = PPropertyLookup::find(device, id, outcome);
-    if (property == nullptr)
+    setting.property = PPropertyLookup::find(device, name.section(u'.', 0, 0), outcome);
+    if (setting.property == nullptr)
         return outcome;
-    if (std::any_of(m_settings.begin(), m_settings.end(),
-                    [&](const Setting& setting) { return setting.property == property; }))
-        return PCtlOutcome::wrongUsage(u"\"%1\" is given twice: expected it once"_qs.arg(id));
-    QVariant value;
+    if (std::any_of(m_settings.begin(), m_settings.end(), [&](const Setting& before) {
+            return before.property == setting.property && before.field == setting.field;
+        }))
+        return PCtlOutcome::wrongUsage(u"\"%1\" is given twice: expected it once"_qs.arg(name));
     if (equals >= 0)
-        outcome = readValue(*property, word.mid(equals + 1), value);
-    else if (!isAction(*property))
+        outcome = readAssignment(setting, word.mid(equals + 1));
+    else if (!isAction(*setting.property))
         outcome = PCtlOutcome::wrongUsage(u"\"%1\" needs a value: expected %1=VALUE, %2"_qs.arg(
-            id, PPropertyCheck::expectation(*property)));
-    m_settings.append({property, value});
+            name, PPropertyCheck::expectation(*setting.property)));
+    m_settings.append(setting);
     return outcome;
+}
+
+PCtlOutcome PCtlSettings::readAssignment(Setting& setting, const QString& text) const {
+    if (setting.field.isEmpty())
+        return readValue(*setting.property, text, setting.value);
+    setting.text = text;
+    QVariant tried = setting.property->valueInner();
+    const PStatus status = PGadgetFields::write(tried, setting.field, text);
+    return status.isOk() ? PCtlOutcome()
+                         : PCtlOutcome::wrongUsage(u"\"%1\": %2"_qs.arg(
+                               QString::fromLatin1(setting.property->id()), status.reason()));
 }
 
 PCtlOutcome PCtlSettings::apply(PCameraSession& session,
                                 std::optional<std::chrono::milliseconds> timeout) {
     for (const Setting& setting : std::as_const(m_settings)) {
+        if (!setting.field.isEmpty()) {
+            sendField(setting);
+            continue;
+        }
         if (setting.value.isValid()) {
             send(setting);
             continue;
@@ -82,9 +100,27 @@ void PCtlSettings::send(const Setting& setting) {
     if (PPropertyCheck::setAndAsk(property, setting.value))
         return;
     const QVariant range = property.rangeInner();
-    m_refused.append({property.id(), u"wanted %1, the camera has %2"_qs.arg(
-                                         PPropertyText::ofValue(setting.value, range),
-                                         PPropertyText::ofValue(property.valueInner(), range))});
+    refuse(setting, PPropertyText::ofValue(setting.value, range),
+           PPropertyText::ofValue(property.valueInner(), range));
+}
+
+/// The other fields are those of now: a field set before may have changed them.
+void PCtlSettings::sendField(const Setting& setting) {
+    PDeviceProperty& property = *setting.property;
+    QVariant wanted = property.valueInner();
+    PGadgetFields::write(wanted, setting.field, setting.text);
+    PPropertyCheck::setAndAsk(property, wanted);
+    const QVariant wantedField = PGadgetFields::read(wanted, setting.field);
+    const QVariant actualField = PGadgetFields::read(property.valueInner(), setting.field);
+    if (wantedField != actualField)
+        refuse(setting, wantedField.toString(), actualField.toString());
+}
+
+void PCtlSettings::refuse(const Setting& setting, const QString& wanted, const QString& actual) {
+    QByteArray name = setting.property->id();
+    if (!setting.field.isEmpty())
+        name += '.' + setting.field.toLatin1();
+    m_refused.append({name, u"wanted %1, the camera has %2"_qs.arg(wanted, actual)});
 }
 
 QList<PDeviceProperty*> PCtlSettings::properties() const {

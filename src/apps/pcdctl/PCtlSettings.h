@@ -16,8 +16,8 @@ class PCameraSession;
 class PDevice;
 class PDeviceProperty;
 
-/// Settings of one camera as a person writes them: "ID=VALUE", or "ID" alone for an action. The
-/// main thread; the camera must stay.
+/// Settings of one camera as a person writes them: "ID=VALUE", "ID.FIELD=VALUE" for one field of a
+/// composite value, or "ID" alone for an action. The main thread; the camera must stay.
 class PCtlSettings {
 public:
     /// Reads and checks all of them; nothing is sent. Wrong usage names the word and what was
@@ -36,11 +36,16 @@ public:
 private:
     struct Setting {
         PDeviceProperty* property;
-        QVariant value; ///< invalid: run the action
+        QString field;  ///< of a composite value; empty: the whole value
+        QString text;   ///< of the field
+        QVariant value; ///< neither this nor a field: run the action
     };
 
     PCtlOutcome readWord(const QString& word, PDevice& device);
+    PCtlOutcome readAssignment(Setting& setting, const QString& text) const;
     void send(const Setting& setting);
+    void sendField(const Setting& setting);
+    void refuse(const Setting& setting, const QString& wanted, const QString& actual);
 
     QList<Setting> m_settings;
     QList<PDeviceProfileReport::Item> m_refused;

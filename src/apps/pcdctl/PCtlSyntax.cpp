@@ -41,6 +41,11 @@ QList<OptionSyntax> commonOptions() {
           u"Which log records to show: debug, info, warning, error or off, and SOURCE=LEVEL for "
           "single sources, with commas. Without it PCD_LOG says, else it is \"warning\"."_qs,
           u"FILTER"_qs}},
+        {everyCommand,
+         {u"lang"_qs,
+          u"Language of titles and choices: \"en\", \"ru\". Without it PCD_LANG says, else the "
+          "system."_qs,
+          u"LANGUAGE"_qs}},
         {everyCommand, {u"json"_qs, u"Print the result as JSON on the standard output."_qs}},
     };
 }

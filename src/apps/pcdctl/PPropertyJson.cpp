@@ -3,6 +3,7 @@
 
 #include <PCd/PDeviceProperty.h>
 #include <PCd/PEnumeration.h>
+#include <PCd/PGadgetFields.h>
 #include <PCd/PPropertyText.h>
 #include <PCd/PScanAreaRange.h>
 
@@ -49,6 +50,13 @@ void insertRange(QJsonObject& object, const QVariant& range) {
         object.insert(u"area"_qs, jsonOf(range.value<PScanAreaRange>()));
 }
 
+QJsonObject fieldsOf(const QVariant& composite) {
+    QJsonObject object;
+    for (const QString& name : PGadgetFields::names(composite))
+        object.insert(name, QJsonValue::fromVariant(PGadgetFields::read(composite, name)));
+    return object;
+}
+
 } // namespace
 
 QJsonValue PPropertyJson::valueOf(const QVariant& value, const QVariant& range) {
@@ -64,7 +72,8 @@ QJsonValue PPropertyJson::valueOf(const QVariant& value, const QVariant& range) 
     case QMetaType::QRect:
         return jsonOf(value.toRect());
     default:
-        return PPropertyText::ofValue(value, range);
+        return PGadgetFields::isComposite(value) ? QJsonValue(fieldsOf(value))
+                                                 : PPropertyText::ofValue(value, range);
     }
 }
 

@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: MIT
+#include <PCd/PGadgetFields.h>
+
+#include <PCd/PPropertyText.h>
+
+#include <QMetaProperty>
+
+#include <cmath>
+
+namespace {
+
+const QMetaObject* fieldsOf(const QVariant& value) {
+    const bool isGadget = value.metaType().flags().testFlag(QMetaType::IsGadget);
+    return isGadget ? value.metaType().metaObject() : nullptr;
+}
+
+QMetaProperty fieldOf(const QVariant& value, const QString& name) {
+    const QMetaObject* const fields = fieldsOf(value);
+    return fields == nullptr ? QMetaProperty()
+                             : fields->property(fields->indexOfProperty(name.toLatin1()));
+}
+
+QVariant numberIn(const QString& text) {
+    bool isNumber = false;
+    const double number = text.toDouble(&isNumber);
+    return isNumber && std::isfinite(number) ? QVariant(number) : QVariant();
+}
+
+/// A whole number, if it survives the way into the field's type and back.
+QVariant wholeNumberIn(const QString& text, QMetaType type) {
+    bool isNumber = false;
+    const qlonglong number = text.toLongLong(&isNumber);
+    QVariant field(number);
+    const bool fits = isNumber && field.convert(type) && field.toLongLong() == number;
+    return fits ? field : QVariant();
+}
+
+QVariant meaningOf(const QString& text, QMetaType type) {
+    if (type.id() == QMetaType::Bool)
+        return PPropertyText::toSwitch(text);
+    if (type.id() == QMetaType::Double)
+        return numberIn(text);
+    return wholeNumberIn(text, type);
+}
+
+QString expectationOf(QMetaType type) {
+    if (type.id() == QMetaType::Bool)
+        return QStringLiteral("on or off");
+    if (type.id() == QMetaType::Double)
+        return QStringLiteral("a number");
+    const bool isUnsigned = type.id() == QMetaType::UShort || type.id() == QMetaType::UInt;
+    const int bits = int(type.sizeOf()) * 8;
+    return isUnsigned ? QStringLiteral("a whole number of %1 bits, without a sign").arg(bits)
+                      : QStringLiteral("a whole number of %1 bits").arg(bits);
+}
+
+QString fieldText(const QVariant& field) {
+    return PPropertyText::ofValue(field, QVariant());
+}
+
+} // namespace
+
+bool PGadgetFields::isComposite(const QVariant& value) {
+    return fieldsOf(value) != nullptr;
+}
+
+QStringList PGadgetFields::names(const QVariant& value) {
+    QStringList all;
+    const QMetaObject* const fields = fieldsOf(value);
+    for (int i = 0; fields != nullptr && i < fields->propertyCount(); ++i)
+        all.append(QString::fromLatin1(fields->property(i).name()));
+    return all;
+}
+
+QVariant PGadgetFields::read(const QVariant& value, const QString& name) {
+    const QMetaProperty field = fieldOf(value, name);
+    return field.isValid() ? field.readOnGadget(value.constData()) : QVariant();
+}
+
+PStatus PGadgetFields::write(QVariant& value, const QString& name, const QString& text) {
+    const QMetaProperty field = fieldOf(value, name);
+    if (!field.isValid())
+        return PStatus::failure(QStringLiteral("there is no field \"%1\": expected one of %2")
+                                    .arg(name, names(value).join(QStringLiteral(", "))));
+    const QVariant meant = meaningOf(text.trimmed(), field.metaType());
+    if (!meant.isValid() || !field.writeOnGadget(value.data(), meant))
+        return PStatus::failure(QStringLiteral("\"%1\" cannot be \"%2\": expected %3")
+                                    .arg(name, text, expectationOf(field.metaType())));
+    return PStatus::Ok;
+}
+
+QString PGadgetFields::toText(const QVariant& value) {
+    QStringList parts;
+    for (const QString& name : names(value))
+        parts.append(name + QLatin1Char('=') + fieldText(read(value, name)));
+    return parts.join(QLatin1Char(' '));
+}

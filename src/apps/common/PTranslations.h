@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+/// The language of a program and of its plugins. The main thread.
+class PTranslations {
+public:
+    /// The language asked for: `wanted` ("ru", "en"), else the environment variable PCD_LANG, else
+    /// that of the system.
+    static QString language(const QString& wanted);
+    /// Installs every catalogue for this language among the resources, those of the plugins loaded
+    /// so far too. Texts that were made before stay as they are. Returns how many there are.
+    static int install(const QString& language);
+};

@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+#include <PCd/PGadgetFields.h>
+
+#include <support/QtPrinters.h>
+#include <support/RowName.h>
+
+#include <gtest/gtest.h>
+
+/// A composite value as a plugin may have it.
+struct Lamp {
+    Q_GADGET
+    Q_PROPERTY(quint16 power MEMBER power)
+    Q_PROPERTY(qint32 colour MEMBER colour)
+    Q_PROPERTY(double hours MEMBER hours)
+    Q_PROPERTY(bool on MEMBER on)
+
+public:
+    quint16 power = 7;
+    qint32 colour = -3;
+    double hours = 1.5;
+    bool on = true;
+};
+
+namespace {
+
+QVariant lamp() {
+    return QVariant::fromValue(Lamp());
+}
+
+struct FieldRow {
+    const char* name;
+    const char* field;
+    const char* text;
+    QVariant expected; ///< invalid: refused
+};
+
+void PrintTo(const FieldRow& row, std::ostream* out) {
+    *out << row.field << "=" << row.text;
+}
+
+class GadgetField : public testing::TestWithParam<FieldRow> {};
+
+TEST_P(GadgetField, takes_what_it_can_hold_and_refuses_the_rest) {
+    QVariant value = lamp();
+    const FieldRow& row = GetParam();
+    const QString field = QString::fromLatin1(row.field);
+    const QVariant before = PGadgetFields::read(value, field);
+    const PStatus status = PGadgetFields::write(value, field, QString::fromLatin1(row.text));
+    EXPECT_EQ(status.isOk(), row.expected.isValid()) << status.reason().toStdString();
+    EXPECT_EQ(PGadgetFields::read(value, field), row.expected.isValid() ? row.expected : before);
+    if (!status.isOk()) {
+        EXPECT_TRUE(status.reason().contains(field)) << status.reason().toStdString();
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    PCd, GadgetField,
+    testing::Values(
+        FieldRow{"a_small_number", "power", "65535", QVariant::fromValue<quint16>(65535)},
+        FieldRow{"a_number_too_large", "power", "65536", {}},
+        FieldRow{"a_number_below_zero", "power", "-1", {}},
+        FieldRow{"a_negative_number", "colour", "-2147483648", -2147483647 - 1},
+        FieldRow{"a_number_of_33_bits", "colour", "4294967296", {}},
+        FieldRow{"a_fraction_in_a_whole_number", "colour", "1.5", {}},
+        FieldRow{"a_fraction", "hours", "12.25", 12.25}, FieldRow{"no_number", "hours", "nan", {}},
+        FieldRow{"an_infinity", "hours", "inf", {}}, FieldRow{"a_switch", "on", "off", false},
+        FieldRow{"no_switch", "on", "maybe", {}}, FieldRow{"an_unknown_field", "weight", "1", {}},
+        FieldRow{"nothing", "power", "", {}}),
+    RowName());
+
+} // namespace
+
+TEST(GadgetFields, are_named_in_the_order_of_their_declaration) {
+    EXPECT_TRUE(PGadgetFields::isComposite(lamp()));
+    EXPECT_EQ(PGadgetFields::names(lamp()).join(QLatin1Char(' ')),
+              QStringLiteral("power colour hours on"));
+    EXPECT_EQ(PGadgetFields::toText(lamp()), QStringLiteral("power=7 colour=-3 hours=1.5 on=on"));
+}
+
+TEST(GadgetFields, plain_values_have_none) {
+    QVariant plain = 5;
+    EXPECT_FALSE(PGadgetFields::isComposite(plain));
+    EXPECT_TRUE(PGadgetFields::names(QVariant()).isEmpty());
+    EXPECT_FALSE(PGadgetFields::read(plain, QStringLiteral("power")).isValid());
+    EXPECT_FALSE(PGadgetFields::write(plain, QStringLiteral("power"), QStringLiteral("1")).isOk());
+}
+
+#include "PGadgetFieldsTest.moc"
