@@ -30,6 +30,17 @@ bool hasEnding(const QString& path, const QString& ending) {
     return path.endsWith(ending, Qt::CaseInsensitive);
 }
 
+/// The same pixels with text in the image: QImageWriter::setText() loses keys with blanks.
+QImage withText(const QImage& image, const PPictureText& text) {
+    // Pixels that may be written are not copied when the text is set; nothing writes them.
+    QImage result(const_cast<uchar*>(image.constBits()), image.width(), image.height(),
+                  image.bytesPerLine(), image.format());
+    result.setColorTable(image.colorTable());
+    for (const auto& [key, value] : text)
+        result.setText(key, value);
+    return result;
+}
+
 QByteArray encodePng(const QImage& image, const PPictureText& text, PPictureFile::Effort effort) {
     QBuffer buffer;
     QImageWriter writer(&buffer, "png");
@@ -37,9 +48,7 @@ QByteArray encodePng(const QImage& image, const PPictureText& text, PPictureFile
     // that still compresses.
     if (effort == PPictureFile::Effort::Fast)
         writer.setQuality(80);
-    for (const auto& [key, value] : text)
-        writer.setText(key, value);
-    return writer.write(image) ? buffer.data() : QByteArray();
+    return writer.write(withText(image, text)) ? buffer.data() : QByteArray();
 }
 
 QByteArray encodeTiff(const QImage& image, const PPictureText& text) {

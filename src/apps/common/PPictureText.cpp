@@ -2,15 +2,9 @@
 #include <apps/common/PPictureText.h>
 
 #include <PCd/PFrameStamp.h>
-
-#include <QDebug>
+#include <PCd/PPropertyText.h>
 
 namespace {
-
-QString valueText(const QVariant& value) {
-    // Values of a kind of their own have no text but the debug one.
-    return value.canConvert<QString>() ? value.toString() : QDebug::toString(value);
-}
 
 QString modeText(const PDeviceMode& mode) {
     return u"%1, id %2, %3 bits a pixel"_qs.arg(mode.name, QString::fromLatin1(mode.id))
@@ -21,8 +15,11 @@ void appendStamp(PPictureText& text, const PFrameStamp& stamp) {
     text.append({u"Frame"_qs, QString::number(stamp.sequence)});
     text.append({u"Time"_qs, stamp.arrivedUtc.toString(Qt::ISODateWithMs)});
     text.append({u"Mode"_qs, modeText(stamp.settings->mode)});
-    for (const auto& [id, value] : stamp.settings->values)
-        text.append({u"Setting "_qs + QString::fromLatin1(id), valueText(value)});
+    for (const auto& [id, value] : stamp.settings->values) {
+        if (value.isValid()) // an action has none
+            text.append({u"Setting "_qs + QString::fromLatin1(id),
+                         PPropertyText::ofValue(value, QVariant())});
+    }
 }
 
 } // namespace

@@ -31,6 +31,17 @@ TEST_F(PictureFile, the_text_comes_back_out_of_the_file) {
     EXPECT_EQ(image.pixelColor(7, 3), QColor(10, 20, 30));
 }
 
+TEST_F(PictureFile, text_under_a_key_with_a_blank_comes_back_out_of_the_file) {
+    const PPictureText text{{u"Setting gain"_qs, u"5: five"_qs}, {u"Setting hue"_qs, u"6"_qs}};
+    ASSERT_TRUE(PPictureFile::save(path(u"a.png"_qs), smallPicture(), text,
+                                   PPictureFile::Existing::Keep, PPictureFile::Effort::Small)
+                    .isOk());
+    const QImage image(path(u"a.png"_qs));
+    EXPECT_EQ(image.textKeys(), (QStringList{u"Setting gain"_qs, u"Setting hue"_qs}));
+    EXPECT_EQ(image.text(u"Setting gain"_qs), u"5: five"_qs);
+    EXPECT_EQ(image.text(u"Setting hue"_qs), u"6"_qs);
+}
+
 TEST_F(PictureFile, an_ending_in_capital_letters_is_known_too) {
     EXPECT_TRUE(PPictureFile::checkName(u"A.PNG"_qs).isOk());
     EXPECT_TRUE(PPictureFile::checkName(u"a.Tiff"_qs).isOk());
