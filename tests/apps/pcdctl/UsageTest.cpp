@@ -18,7 +18,10 @@ void PrintTo(const UsageRow& row, std::ostream* out) {
 }
 
 constexpr UsageRow wrongUsages[] = {
-    {"no_command", "", "no command given: expected one of list, modes, snap, stream, monitor"},
+    {"no_command", "",
+     "no command given: expected one of list, modes, props, get, set, profile, reset, snap, "
+     "stream, "
+     "monitor"},
     {"only_an_option", "--json", "no command given"},
     {"an_unknown_command", "paint", "unknown command \"paint\": expected one of list, modes"},
     {"a_second_command", "list modes", "unexpected argument \"modes\""},
@@ -52,6 +55,16 @@ constexpr UsageRow wrongUsages[] = {
     {"a_pattern_of_an_unknown_format", "stream --save ##.gif",
      "\"##.gif\" names no picture format"},
     {"an_unknown_log_level", "list --log-level loud", "--log-level: "},
+    {"a_property_too_few", "get", "get needs more words: expected get ID…"},
+    {"a_setting_too_few", "set", "set needs more words: expected set ID=VALUE…"},
+    {"a_profile_without_a_file", "profile save",
+     "profile needs more words: expected profile save|load|diff FILE"},
+    {"a_profile_with_two_files", "profile diff a b", "unexpected argument \"b\""},
+    {"an_unknown_use_of_a_profile", "profile paint a",
+     "\"paint\" is nothing to do with a profile: expected save, load or diff"},
+    {"a_setting_for_the_list", "list --set gamma=5", "Unknown option 'set'"},
+    {"an_empty_setting", "snap -o a.png --set=", "\"\" is no value for --set"},
+    {"an_empty_profile", "snap -o a.png --profile=", "\"\" is no value for --profile"},
     {"a_camera_for_all_cameras", "monitor -c 0", "Unknown option 'c'"},
 };
 
@@ -64,7 +77,7 @@ TEST_P(WrongUsage, is_named_and_ends_with_code_2) {
     EXPECT_EQ(result.exitCode, 2);
     EXPECT_EQ(result.output, QByteArray());
     EXPECT_TRUE(result.errors.startsWith(u"pcdctl: "_qs)) << result.errors.toStdString();
-    EXPECT_TRUE(result.errors.contains(QString::fromLatin1(GetParam().message)))
+    EXPECT_TRUE(result.errors.contains(QString::fromUtf8(GetParam().message)))
         << result.errors.toStdString();
 }
 
@@ -101,8 +114,9 @@ TEST(PcdctlUsage, help_goes_to_the_standard_output_and_lists_commands_and_exit_c
     const CtlResult result = runCtl({u"--help"_qs});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.errors, QString());
-    for (const char* text : {"\n  list ", "\n  modes ", "\n  snap ", "\n  stream ", "\n  monitor ",
-                             "--plugin-path", "Exit codes:"})
+    for (const char* text :
+         {"\n  list ", "\n  modes ", "\n  props ", "\n  get ", "\n  set ", "\n  profile ",
+          "\n  reset ", "\n  snap ", "\n  stream ", "\n  monitor ", "--plugin-path", "Exit codes:"})
         EXPECT_TRUE(result.output.contains(text)) << text;
 }
 

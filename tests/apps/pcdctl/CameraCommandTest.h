@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "CtlProcess.h"
+#include "CtlScene.h"
+
+#include <support/FolderTest.h>
+
+/// A command that works with the one camera of a scene, and the calls that reach the camera.
+class CameraCommandTest : public FolderTest {
+protected:
+    CtlScene scene = CtlScene().addCamera().set(QStringLiteral("speedLevels"), 4);
+
+    /// Runs a command; its journal is that of this run alone.
+    CtlResult run(const QStringList& arguments) const;
+
+    /// The calls of the last run that did something to the camera after it was opened: settings,
+    /// streams, pictures. Without results: "Toupcam_put_Contrast(h1, 12)".
+    QStringList calls() const;
+};
+
+/// The ids in an array of [{id: …}] or of texts.
+QStringList idsIn(const QJsonValue& array);
