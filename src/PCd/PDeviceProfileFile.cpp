@@ -18,11 +18,21 @@ PStatus failure(const char* verb, const QString& path, const QString& reason) {
         QStringLiteral("cannot %1 \"%2\": %3").arg(QLatin1String(verb), path, reason));
 }
 
+/// Again until nothing is taken: a disk that fills up takes a part first, and then says why.
+bool writeAll(QSaveFile& file, QByteArray rest) {
+    while (!rest.isEmpty()) {
+        const qint64 taken = file.write(rest);
+        if (taken <= 0)
+            return false;
+        rest.remove(0, qsizetype(taken));
+    }
+    return true;
+}
+
 PStatus replaceFile(const QString& path, const QByteArray& bytes) {
     QSaveFile file(path);
-    // A disk that fills up takes a part first: unbuffered, that shows here and not at the end.
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) ||
-        file.write(bytes) != bytes.size() || !file.commit())
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) || !writeAll(file, bytes) ||
+        !file.commit())
         return failure("save", path, file.errorString());
     return PStatus::Ok;
 }

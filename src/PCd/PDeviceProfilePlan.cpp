@@ -84,8 +84,15 @@ PStatus PDeviceProfilePlan::make(const PDeviceProfile& profile) {
     for (PDeviceProperty* property : m_device.supportProperties())
         property->updateValueFromDevice();
     noteOrigin();
-    const PStatus status = planMode();
-    return status.isOk() ? planSettings() : status;
+    PStatus status = planMode();
+    if (status.isOk())
+        status = planSettings();
+    if (!status.isOk()) {
+        // A part of a damaged profile must not be sent either.
+        m_steps.clear();
+        m_mode.reset();
+    }
+    return status;
 }
 
 void PDeviceProfilePlan::noteOrigin() {
@@ -94,7 +101,8 @@ void PDeviceProfilePlan::noteOrigin() {
     m_report.note =
         QStringLiteral("saved from another camera: %1, serial number %2; this one is "
                        "%3, serial number %4")
-            .arg(m_profile.model, m_profile.serial, m_device.model(), m_device.serial());
+            .arg(PPropertyText::shortened(m_profile.model),
+                 PPropertyText::shortened(m_profile.serial), m_device.model(), m_device.serial());
 }
 
 PStatus PDeviceProfilePlan::planMode() {

@@ -31,8 +31,9 @@ public:
     /// model has other ranges for, is no failure: see the report.
     PStatus make(const PDeviceProfile& profile);
 
-    /// Sends what make() has found good, once: the mode first, then in PDeviceProfileOrder, asking
-    /// the device after each what it has. The values that it did not take are in the report.
+    /// Sends what make() has found good, once (nothing if it failed): the mode first, then in
+    /// PDeviceProfileOrder, asking the device after each what it has. The values that it did not
+    /// take are in the report.
     PDeviceProfileReport apply();
 
 private:

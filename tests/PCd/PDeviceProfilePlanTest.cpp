@@ -295,6 +295,17 @@ TEST_F(PDeviceProfilePlanTest, is_no_damage_where_the_camera_itself_is_out_of_it
                                          "its range")});
 }
 
+TEST_F(PDeviceProfilePlanTest, of_a_damaged_profile_sends_nothing_even_if_it_is_told_to) {
+    writeFile(file, profileText("\"hue\": {\"value\": 9},\n\"contrast\": {\"value\": 101}",
+                                "\"mode\": \"1\",\n"));
+    PDeviceProfile profile;
+    ASSERT_TRUE(PDeviceProfileFile::read(file, profile).isOk());
+    PDeviceProfilePlan plan(camera.device);
+    ASSERT_FALSE(plan.make(profile).isOk());
+    plan.apply();
+    EXPECT_EQ(camera.sent, QStringList());
+}
+
 TEST_F(PDeviceProfilePlanTest, sends_its_values_once) {
     writeFile(file, profileText("\"hue\": {\"value\": 9}"));
     PDeviceProfile profile;
