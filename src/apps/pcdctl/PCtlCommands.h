@@ -16,6 +16,7 @@ PCtlOutcome runSetCommand(PCtlHost& host, const PCtlOptions& options);
 PCtlOutcome runProfileCommand(PCtlHost& host, const PCtlOptions& options);
 PCtlOutcome runResetCommand(PCtlHost& host, const PCtlOptions& options);
 PCtlOutcome runSnapCommand(PCtlHost& host, const PCtlOptions& options);
+/// Free-running, or triggered.
 PCtlOutcome runStreamCommand(PCtlHost& host, const PCtlOptions& options);
 PCtlOutcome runMonitorCommand(PCtlHost& host, const PCtlOptions& options);
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <apps/common/PTriggerControl.h>
+
 #include <QString>
 #include <QStringList>
 
@@ -9,7 +11,19 @@
 
 /// What the user has asked for. A value.
 struct PCtlOptions {
-    enum class Command { List, Modes, Props, Get, Set, Profile, Reset, Snap, Stream, Monitor };
+    enum class Command {
+        List,
+        Modes,
+        Props,
+        Get,
+        Set,
+        Profile,
+        Reset,
+        Snap,
+        Stream,
+        Trigger,
+        Monitor
+    };
     enum class ProfileAction { Save, Load, Diff };
 
     Command command = Command::List;
@@ -36,7 +50,10 @@ struct PCtlOptions {
 
     QString output; ///< snap: the picture file
 
-    std::optional<quint64> frames;                     ///< stream: number of frames
+    std::optional<quint64> frames;                     ///< stream, trigger: number of frames
     std::optional<std::chrono::milliseconds> duration; ///< stream, monitor: length of the run
     QString savePattern;                               ///< stream: picture files; empty: none
+
+    PTriggerControl::Source source = PTriggerControl::Source::Software; ///< trigger
+    std::optional<std::chrono::microseconds> exposure; ///< trigger: of a frame; none: as it is
 };

@@ -3,6 +3,7 @@
 
 #include "PCtlSyntax.h"
 
+#include <apps/common/PDurationText.h>
 #include <apps/common/PNumberedFiles.h>
 #include <apps/common/PPictureFile.h>
 
@@ -39,15 +40,15 @@ PCtlOutcome wrongValue(const QString& value, const QString& option, const QStrin
         u"\"%1\" is no value for --%2: expected %3"_qs.arg(value, option, expected));
 }
 
-PCtlOutcome readFrames(const QCommandLineParser& parser, std::optional<quint64>& frames) {
-    const QString option = u"frames"_qs;
+PCtlOutcome readFrames(const QCommandLineParser& parser, const QString& option, quint64 most,
+                       std::optional<quint64>& frames) {
     if (!parser.isSet(option))
         return {};
     bool isNumber = false;
     const quint64 count = parser.value(option).toULongLong(&isNumber);
-    if (!isNumber || count < 1 || count > mostFrames) {
+    if (!isNumber || count < 1 || count > most) {
         return wrongValue(parser.value(option), option,
-                          u"a whole number from 1 to %1"_qs.arg(mostFrames));
+                          u"a whole number from 1 to %1"_qs.arg(most));
     }
     frames = count;
     return {};
@@ -71,7 +72,7 @@ PCtlOutcome readSeconds(const QCommandLineParser& parser, const QString& option,
 /// A text option that is given says something: an empty one comes from a variable that was not set.
 PCtlOutcome checkTexts(const QCommandLineParser& parser) {
     for (const char* const name : {"camera", "sdk", "scene", "plugin-path", "log-level", "mode",
-                                   "profile", "set", "output", "save", "lang"}) {
+                                   "profile", "set", "output", "save", "lang", "exposure"}) {
         const QString option = QString::fromLatin1(name);
         if (parser.isSet(option) && parser.values(option).contains(QString()))
             return wrongValue(QString(), option, u"a text that is not empty"_qs);
@@ -94,6 +95,33 @@ PCtlOutcome checkOptions(const PCtlSyntax::CommandSyntax& syntax, const QStringL
         return withHint(u"%1 needs more words: expected %1 %2"_qs.arg(syntax.name, syntax.words),
                         syntax.name + u' ');
     return {};
+}
+
+constexpr quint64 mostTriggered = 999; // what the camera's panel offers too
+
+PCtlOutcome readExposure(const QString& text, PCtlOptions& options) {
+    options.exposure = PDurationText::parse(text);
+    if (options.exposure && options.exposure->count() > 0)
+        return {};
+    return wrongValue(text, u"exposure"_qs, u"a time such as 1s500ms, 20ms or 150us"_qs);
+}
+
+PCtlOutcome readTrigger(const QCommandLineParser& parser, PCtlOptions& options) {
+    for (const auto& [one, other] : {std::pair("software", "external"), {"count", "repeat"}}) {
+        if (parser.isSet(QString::fromLatin1(one)) && parser.isSet(QString::fromLatin1(other))) {
+            return PCtlOutcome::wrongUsage(
+                u"--%1 and --%2 are both given: expected one of them"_qs.arg(
+                    QString::fromLatin1(one), QString::fromLatin1(other)));
+        }
+    }
+    if (parser.isSet(u"external"_qs))
+        options.source = PTriggerControl::Source::External;
+    if (!parser.isSet(u"repeat"_qs))
+        options.frames = 1;
+    PCtlOutcome outcome = readFrames(parser, u"count"_qs, mostTriggered, options.frames);
+    if (outcome.isDone() && parser.isSet(u"exposure"_qs))
+        outcome = readExposure(parser.value(u"exposure"_qs), options);
+    return outcome;
 }
 
 PCtlOutcome readProfileAction(const QStringList& words, PCtlOptions& options) {
@@ -172,11 +200,13 @@ PCtlOutcome PCtlParser::readNumbers(const QCommandLineParser& parser) {
         return PCtlOutcome::wrongUsage(
             u"--frames and --time are both given: expected one of them"_qs);
     }
-    PCtlOutcome outcome = readFrames(parser, m_options.frames);
+    PCtlOutcome outcome = readFrames(parser, u"frames"_qs, mostFrames, m_options.frames);
     if (outcome.isDone())
         outcome = readSeconds(parser, u"time"_qs, m_options.duration);
     if (outcome.isDone())
         outcome = readSeconds(parser, u"timeout"_qs, m_options.timeout);
+    if (outcome.isDone() && m_options.command == PCtlOptions::Command::Trigger)
+        outcome = readTrigger(parser, m_options);
     return outcome;
 }
 

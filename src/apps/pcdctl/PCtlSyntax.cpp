@@ -18,8 +18,8 @@ struct OptionSyntax {
 constexpr int anyNumber = 1'000'000;
 
 /// Those that prepare the camera before they do their work.
-const QList<Command> prepared{Command::Props, Command::Get,  Command::Set,   Command::Profile,
-                              Command::Reset, Command::Snap, Command::Stream};
+const QList<Command> prepared{Command::Props, Command::Get,  Command::Set,    Command::Profile,
+                              Command::Reset, Command::Snap, Command::Stream, Command::Trigger};
 const QList<Command> oneCamera = prepared + QList<Command>{Command::Modes};
 const QList<Command> everyCommand = oneCamera + QList<Command>{Command::List, Command::Monitor};
 
@@ -68,7 +68,9 @@ QList<OptionSyntax> cameraOptions() {
           "properties."_qs,
           u"ID=VALUE"_qs}},
         {prepared,
-         {u"timeout"_qs, u"Give up after this long without the picture or answer that is due."_qs,
+         {u"timeout"_qs,
+          u"Give up after this long without the picture or answer that is due (trigger: beyond the "
+          "exposure time)."_qs,
           u"SECONDS"_qs}},
     };
 }
@@ -85,11 +87,20 @@ QList<OptionSyntax> commandOptions() {
          {{u"n"_qs, u"frames"_qs}, u"End after this many frames."_qs, u"FRAMES"_qs}},
         {{Command::Stream, Command::Monitor},
          {{u"t"_qs, u"time"_qs}, u"End after this many seconds."_qs, u"SECONDS"_qs}},
-        {{Command::Stream},
+        {{Command::Stream, Command::Trigger},
          {u"save"_qs,
           u"Save every frame: one run of # in the name stands for its number. Names end in %1. "
           "Existing files are left alone."_qs.arg(endings),
           u"PATTERN"_qs}},
+        {{Command::Trigger},
+         {u"software"_qs, u"Trigger from here; so it is unless --external is given."_qs}},
+        {{Command::Trigger}, {u"external"_qs, u"Wait for the camera's trigger input."_qs}},
+        {{Command::Trigger},
+         {u"exposure"_qs, u"Exposure time of a frame, such as 1s500ms, 20ms or 150us."_qs,
+          u"TIME"_qs}},
+        {{Command::Trigger},
+         {u"count"_qs, u"Number of frames, 1 to 999; without it 1."_qs, u"FRAMES"_qs}},
+        {{Command::Trigger}, {u"repeat"_qs, u"Go on until Ctrl-C."_qs}},
     };
 }
 
@@ -125,6 +136,9 @@ QList<CommandSyntax> makeCommands() {
         {Command::Stream, u"stream"_qs, u"Run the live stream, count its frames, save them."_qs,
          u"pcdctl stream -t 5\npcdctl stream -n 60 --json\n"
          "pcdctl stream -n 100 --mode 2 --save \"run/frame-####.png\""_qs},
+        {Command::Trigger, u"trigger"_qs, u"Take frames on a trigger."_qs,
+         u"pcdctl trigger --count 25 --save \"out/t-####.png\"\n"
+         "pcdctl trigger --exposure 1s500ms\npcdctl trigger --external --count 10 --timeout 60"_qs},
         {Command::Monitor, u"monitor"_qs, u"Show cameras as they come and go."_qs,
          u"pcdctl monitor\npcdctl monitor -t 60 --json"_qs},
     };

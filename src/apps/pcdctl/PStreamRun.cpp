@@ -37,6 +37,8 @@ PCtlOutcome PStreamRun::run() {
     const bool reachedEnd = m_session.waitFor([this] { return isOver(); }, m_options.duration);
     // Asked before the stream is closed: closing it takes time, which is no stall.
     const QString trouble = troubleAfter(reachedEnd);
+    if (m_trigger && !m_session.isUnplugged())
+        fireTrigger(0);
     const PStatus closed = m_session.close();
     finishSaving();
     for (const QString& text : {trouble, closed.reason(), troubleInAccounts()}) {
@@ -50,8 +52,12 @@ PCtlOutcome PStreamRun::start() {
     PCtlOutcome outcome = m_session.open(m_options);
     if (outcome.isDone() && !m_options.savePattern.isEmpty())
         outcome = startSaver();
-    if (!outcome.isDone())
-        return outcome;
+    if (outcome.isDone() && m_options.command == PCtlOptions::Command::Trigger)
+        outcome = prepareTrigger();
+    return outcome.isDone() ? startStream() : outcome;
+}
+
+PCtlOutcome PStreamRun::startStream() {
     PDevice* const device = m_session.device();
     device->limitLiveFrames(m_options.frames);
     QObject::connect(device, &PDevice::imageChanged, &m_session, [this](const PImage& image) {
@@ -61,7 +67,26 @@ PCtlOutcome PStreamRun::start() {
     m_start = m_lastFrame = Clock::now();
     const PStatus started = device->startStream();
     m_wasStarted = started.isOk();
-    return m_wasStarted ? PCtlOutcome() : PCtlOutcome::failed(started.reason());
+    if (!m_wasStarted)
+        return PCtlOutcome::failed(started.reason());
+    if (!m_trigger || m_options.source == PTriggerControl::Source::External)
+        return {};
+    return fireTrigger(m_options.frames ? int(*m_options.frames) : PTriggerControl::Endless);
+}
+
+PCtlOutcome PStreamRun::prepareTrigger() {
+    auto trigger = std::make_unique<PTriggerControl>(*m_session.device());
+    const PStatus status =
+        trigger->prepare(m_options.source, m_options.exposure, int(m_options.frames.value_or(1)));
+    if (!status.isOk())
+        return PCtlOutcome::failed(status.reason());
+    m_trigger = std::move(trigger);
+    return {};
+}
+
+PCtlOutcome PStreamRun::fireTrigger(int frames) {
+    const PStatus status = m_trigger->fire(frames);
+    return status.isOk() ? PCtlOutcome() : PCtlOutcome::failed(status.reason());
 }
 
 PCtlOutcome PStreamRun::startSaver() {
@@ -88,7 +113,31 @@ bool PStreamRun::isOver() {
 }
 
 bool PStreamRun::isStalled() const {
-    return Clock::now() - m_lastFrame > m_options.timeout.value_or(frameTimeout);
+    return Clock::now() - m_lastFrame > longestWait();
+}
+
+/// A triggered frame is due when its exposure is over.
+std::chrono::microseconds PStreamRun::longestWait() const {
+    const std::chrono::microseconds exposure =
+        m_trigger ? m_trigger->exposure() : std::chrono::microseconds(0);
+    return exposure + m_options.timeout.value_or(frameTimeout);
+}
+
+/// Which frame of a triggered run is missing, as far as can be told: frames carry no numbers of the
+/// camera's own, but one that was left out in the middle leaves a gap.
+QString PStreamRun::missingFrame() const {
+    QString text = u"frame %1"_qs.arg(m_tally.frames() + 1);
+    if (m_options.frames)
+        text += u" of %1"_qs.arg(*m_options.frames);
+    text += u" did not come within %1 s of the one before"_qs.arg(
+        std::chrono::duration<double>(longestWait()).count());
+    if (m_tally.frames() >= 2) {
+        text +=
+            u"; %1 arrived, and the longest gap, %2 s, is after frame %3"_qs.arg(m_tally.frames())
+                .arg(m_tally.longestGap().seconds, 0, 'f', 3)
+                .arg(m_tally.longestGap().after);
+    }
+    return text;
 }
 
 /// How much of the run is done, from 0 to 1.
@@ -119,6 +168,8 @@ QString PStreamRun::troubleAfter(bool reachedEnd) const {
     if (m_session.isUnplugged())
         return u"camera %1 was unplugged after %2 frames"_qs.arg(m_camera.id).arg(frames);
     const bool gotAll = m_options.frames && frames >= *m_options.frames;
+    if (reachedEnd && !gotAll && isStalled() && m_trigger)
+        return missingFrame();
     if (reachedEnd && !gotAll && isStalled()) {
         return u"camera %1 sent no frame for %2 s; %3 frames arrived before"_qs.arg(m_camera.id)
             .arg(double(m_options.timeout.value_or(frameTimeout).count()) / 1000)

@@ -9,7 +9,7 @@
 
 #include <apps/common/PFrameSaver.h>
 
-/// One live stream from its start to its report. The main thread.
+/// One live stream, free-running or triggered, from its start to its report. The main thread.
 class PStreamRun {
 public:
     PStreamRun(PDeviceManager& manager, PDevice* device, PCameraIdentity camera,
@@ -26,6 +26,11 @@ public:
 private:
     PCtlOutcome start();
     PCtlOutcome startSaver();
+    PCtlOutcome prepareTrigger();
+    PCtlOutcome startStream();
+    PCtlOutcome fireTrigger(int frames);
+    std::chrono::microseconds longestWait() const;
+    QString missingFrame() const;
     bool isOver();
     bool isStalled() const;
     double share() const;
@@ -39,6 +44,7 @@ private:
     PStreamTally m_tally;
     PStatusLine m_status;
     std::shared_ptr<PFrameSaver> m_saver;
+    std::unique_ptr<PTriggerControl> m_trigger; ///< null: free-running
     PStreamTally::Clock::time_point m_start;
     PStreamTally::Clock::time_point m_lastFrame;
     bool m_wasStarted = false;

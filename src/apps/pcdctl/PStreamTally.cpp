@@ -13,7 +13,9 @@ PStreamTally::Clock::time_point arrivalOf(const PImage& image) {
 } // namespace
 
 void PStreamTally::add(const PImage& image) {
-    m_last = arrivalOf(image);
+    const Clock::time_point arrival = arrivalOf(image);
+    noteGap(arrival);
+    m_last = arrival;
     m_frameBytes = image.dataSize();
     if (m_frames == 0)
         m_first = m_last;
@@ -21,6 +23,12 @@ void PStreamTally::add(const PImage& image) {
         m_bytesAfterFirst += m_frameBytes;
     ++m_frames;
     m_current.tick(m_last);
+}
+
+void PStreamTally::noteGap(Clock::time_point arrival) {
+    const double gap = std::chrono::duration<double>(arrival - m_last).count();
+    if (m_frames > 0 && gap > m_longestGap.seconds)
+        m_longestGap = {gap, m_frames};
 }
 
 double PStreamTally::seconds() const {

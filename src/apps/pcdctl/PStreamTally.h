@@ -21,16 +21,24 @@ public:
     double megabytesPerSecond() const;
     /// Over the last second.
     double currentFps() const { return m_current.fps(); }
+    /// The longest time between two frames, and the number of the one it is after; 0 with fewer.
+    struct Gap {
+        double seconds = 0;
+        quint64 after = 0;
+    };
+    const Gap& longestGap() const { return m_longestGap; }
     /// Bytes of the newest frame.
     std::size_t frameBytes() const { return m_frameBytes; }
 
 private:
     double perSecond(double amount) const;
+    void noteGap(Clock::time_point arrival);
 
     PFpsCounter m_current;
     quint64 m_frames = 0;
     quint64 m_bytesAfterFirst = 0;
     std::size_t m_frameBytes = 0;
+    Gap m_longestGap;
     Clock::time_point m_first;
     Clock::time_point m_last;
 };

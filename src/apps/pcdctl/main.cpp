@@ -32,6 +32,7 @@ PCtlOutcome prepareFiles(const PCtlOptions& options) {
     case PCtlOptions::Command::Snap:
         return prepareSnapFiles(options);
     case PCtlOptions::Command::Stream:
+    case PCtlOptions::Command::Trigger:
         return prepareStreamFiles(options);
     case PCtlOptions::Command::Profile:
         return prepareProfileFile(options);
@@ -59,6 +60,7 @@ PCtlOutcome runCommand(PCtlHost& host, const PCtlOptions& options) {
     case PCtlOptions::Command::Snap:
         return runSnapCommand(host, options);
     case PCtlOptions::Command::Stream:
+    case PCtlOptions::Command::Trigger:
         return runStreamCommand(host, options);
     case PCtlOptions::Command::Monitor:
         return runMonitorCommand(host, options);

@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+#include <apps/common/PTriggerControl.h>
+
+#include <PCd/PDevice.h>
+#include <PCd/PDeviceProperty.h>
+#include <PCd/PGadgetFields.h>
+
+#include <utility>
+
+namespace {
+
+using std::chrono::microseconds;
+
+/// A part of the exposure time: its field and how long one of it is.
+struct Part {
+    const char* field;
+    microseconds unit;
+};
+
+constexpr Part parts[]{{"minutes", microseconds(60'000'000)},
+                       {"seconds", microseconds(1'000'000)},
+                       {"milliseconds", microseconds(1'000)},
+                       {"microseconds", microseconds(1)}};
+
+QString nameOf(const char* field) {
+    return QString::fromLatin1(field);
+}
+
+bool hasTrigger(const PDeviceProperty* property) {
+    return property != nullptr && property->metaObject()->indexOfMethod("fireTrigger(int)") >= 0 &&
+           PGadgetFields::names(property->valueInner()).contains(nameOf("capturemode"));
+}
+
+PStatus writeNumber(QVariant& value, const char* field, qint64 number) {
+    return PGadgetFields::write(value, nameOf(field), QString::number(number));
+}
+
+PStatus writeExposure(QVariant& value, microseconds exposure) {
+    for (const Part& part : parts) {
+        const PStatus status = writeNumber(value, part.field, exposure / part.unit);
+        if (!status.isOk())
+            return status;
+        exposure %= part.unit;
+    }
+    return PStatus::Ok;
+}
+
+} // namespace
+
+PTriggerControl::PTriggerControl(PDevice& device)
+    : m_property(nullptr) {
+    device.supportProperties();
+    PDeviceProperty* const property = device.getProperty("extexposure");
+    if (hasTrigger(property))
+        m_property = property;
+}
+
+PStatus PTriggerControl::prepare(Source source, std::optional<microseconds> exposure, int frames) {
+    if (m_property == nullptr)
+        return PStatus::failure(QStringLiteral("the camera has no triggered capture"));
+    QVariant value = m_property->valueInner();
+    PStatus status = exposure ? writeExposure(value, *exposure) : PStatus(PStatus::Ok);
+    const std::pair<const char*, qint64> fields[]{
+        {"spincount", frames},
+        {"triggermode", source == Source::External ? 1 : 0},
+        {"capturemode", 1}};
+    for (const auto& [field, number] : fields) {
+        if (status.isOk())
+            status = writeNumber(value, field, number);
+    }
+    if (status.isOk())
+        m_property->setValue(value);
+    return status;
+}
+
+PStatus PTriggerControl::fire(int frames) {
+    bool fired = false;
+    QMetaObject::invokeMethod(m_property, "fireTrigger", Qt::DirectConnection,
+                              Q_RETURN_ARG(bool, fired), Q_ARG(int, frames));
+    return fired ? PStatus(PStatus::Ok)
+                 : PStatus::failure(QStringLiteral("the camera refused to be triggered"));
+}
+
+microseconds PTriggerControl::exposure() const {
+    microseconds sum(0);
+    for (const Part& part : parts)
+        sum += PGadgetFields::read(m_property->valueInner(), nameOf(part.field)).toLongLong() *
+               part.unit;
+    return sum;
+}

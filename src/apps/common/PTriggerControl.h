@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCore/PStatus.h>
+
+#include <chrono>
+#include <optional>
+
+class PDevice;
+class PDeviceProperty;
+
+/// Triggered capture of a camera that has it: a composite exposure property with trigger fields,
+/// and a way to fire. The device's thread; the device must stay.
+class PTriggerControl {
+public:
+    enum class Source { Software, External };
+    /// A run that only the next fire() ends.
+    static constexpr int Endless = 0xffff;
+
+    explicit PTriggerControl(PDevice& device);
+
+    /// Puts the camera into trigger mode, for sequences of `frames` frames; without an exposure
+    /// time the camera's setting for triggered frames holds. Fails if the camera has no such mode
+    /// or time.
+    PStatus prepare(Source source, std::optional<std::chrono::microseconds> exposure, int frames);
+
+    /// Begins a run of so many frames by software; 0 ends one. Fails if the camera refuses.
+    PStatus fire(int frames);
+
+    /// Exposure time of a triggered frame, as set.
+    std::chrono::microseconds exposure() const;
+
+private:
+    PDeviceProperty* m_property;
+};
