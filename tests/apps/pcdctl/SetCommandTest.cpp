@@ -205,10 +205,11 @@ TEST_F(SetCommand, runs_a_white_balance_in_a_stream_and_shows_what_it_has_set) {
 TEST_F(SetCommand, sees_the_end_of_a_white_balance_that_changes_nothing) {
     const CtlResult first = run({u"set"_qs, u"awbonce"_qs});
     ASSERT_EQ(first.exitCode, 0) << first.errors.toStdString();
-    QStringList words = QString::fromUtf8(first.output).split(u'\n', Qt::SkipEmptyParts);
+    const QStringList words = QString::fromUtf8(first.output).split(u'\n', Qt::SkipEmptyParts);
     // The patches are exact, and lose nothing in the balance: a second one finds the same.
     const CtlResult second = run(QStringList{u"set"_qs} + words + QStringList{u"awbonce"_qs});
     EXPECT_EQ(second.exitCode, 0) << second.errors.toStdString();
+    EXPECT_EQ(second.output, first.output);
 }
 
 TEST_F(SetCommand, gives_up_a_white_balance_that_never_ends) {
