@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: MIT
+#include <PGui/PNumberField.h>
+
+#include <QEvent>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QStyle>
+#include <QStyleOptionSpinBox>
+
+#include <algorithm>
+
+PNumberField::PNumberField(QWidget* parent)
+    : QAbstractSpinBox(parent)
+    , m_text(std::make_shared<PNumberText>()) {
+    setKeyboardTracking(false);
+    setAlignment(Qt::AlignRight);
+    // Not by the wheel: a page that is scrolled under the pointer must not take the focus.
+    setFocusPolicy(Qt::StrongFocus);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    connect(this, &QAbstractSpinBox::editingFinished, this, &PNumberField::commit);
+    writeValue();
+}
+
+PNumberField::~PNumberField() = default;
+
+void PNumberField::setScale(const PRangeScale& scale) {
+    m_scale = scale;
+    updateGeometry();
+    showValue(m_value);
+}
+
+void PNumberField::setNumberText(std::shared_ptr<const PNumberText> text) {
+    m_text = std::move(text);
+    updateGeometry();
+    showValue(m_value);
+}
+
+void PNumberField::setLeastCharacters(int count) {
+    m_leastCharacters = count;
+    updateGeometry();
+}
+
+void PNumberField::showValue(double value) {
+    m_value = value;
+    if (!lineEdit()->isModified())
+        writeValue();
+    update(); // the arrows: one of them may have no way to go
+}
+
+void PNumberField::writeValue() {
+    QLineEdit* const line = lineEdit();
+    const QString text = textOf(m_value);
+    if (text == line->text() && !line->isModified())
+        return;
+    const bool allSelected = line->hasSelectedText() && line->selectedText() == line->text();
+    const int cursor = line->cursorPosition();
+    line->setText(text);
+    // Who has come here by Tab is about to type over it, also when the value moves meanwhile.
+    if (allSelected)
+        line->selectAll();
+    else
+        line->setCursorPosition(cursor);
+}
+
+QString PNumberField::textOf(double value) const {
+    return m_text->textOf(value, m_scale.decimals(), locale());
+}
+
+void PNumberField::commit() {
+    if (!lineEdit()->isModified())
+        return;
+    const QString text = lineEdit()->text();
+    const std::optional<double> typed = m_text->valueOf(text, m_value, locale());
+    // The value shown, typed again, is no edit, also where the range does not have it.
+    if (typed && text != textOf(m_value) && *typed != m_value)
+        edit(m_scale.snapped(*typed));
+    else
+        writeValue();
+}
+
+void PNumberField::edit(double value) {
+    const bool differs = value != m_value;
+    m_value = value;
+    lineEdit()->setModified(false);
+    writeValue();
+    update();
+    if (differs)
+        emit valueEdited(value);
+}
+
+void PNumberField::stepBy(int steps) {
+    commit();
+    edit(m_scale.stepped(m_value, steps));
+    selectAll();
+}
+
+QAbstractSpinBox::StepEnabled PNumberField::stepEnabled() const {
+    StepEnabled enabled = StepNone;
+    if (m_value < m_scale.maximum())
+        enabled |= StepUpEnabled;
+    if (m_value > m_scale.minimum())
+        enabled |= StepDownEnabled;
+    return enabled;
+}
+
+QValidator::State PNumberField::validate(QString& text, int&) const {
+    if (m_text->valueOf(text, m_value, locale()))
+        return QValidator::Acceptable;
+    const QString letters = m_text->letters();
+    const bool foreign = std::any_of(text.cbegin(), text.cend(), [&](QChar character) {
+        return character.isLetter() && !letters.contains(character, Qt::CaseInsensitive);
+    });
+    return foreign ? QValidator::Invalid : QValidator::Intermediate;
+}
+
+void PNumberField::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape && lineEdit()->isModified()) {
+        writeValue();
+        selectAll();
+        return;
+    }
+    // First: the base forgets at Enter that the text was modified.
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+        commit();
+    QAbstractSpinBox::keyPressEvent(event);
+}
+
+void PNumberField::changeEvent(QEvent* event) {
+    QAbstractSpinBox::changeEvent(event);
+    if (event->type() == QEvent::LocaleChange || event->type() == QEvent::LanguageChange)
+        showValue(m_value);
+}
+
+QSize PNumberField::sizeHint() const {
+    const QFontMetrics metrics(fontMetrics());
+    const int least = m_leastCharacters * metrics.horizontalAdvance(QLatin1Char('0'));
+    const int ends = std::max(metrics.horizontalAdvance(textOf(m_scale.minimum())),
+                              metrics.horizontalAdvance(textOf(m_scale.maximum())));
+    QStyleOptionSpinBox option;
+    initStyleOption(&option);
+    const QSize contents(std::max(least, ends) + 4, lineEdit()->sizeHint().height());
+    return style()->sizeFromContents(QStyle::CT_SpinBox, &option, contents, this);
+}

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PGui/PNumberText.h>
+#include <PGui/PRangeScale.h>
+
+#include <QAbstractSpinBox>
+
+#include <memory>
+
+/// A field for one number of a range, with arrows. It also shows a number that the range does not
+/// have, as it is; what a person enters is brought to the nearest of the range. Enter or leaving
+/// the field commits what was typed, Escape takes it back. The GUI thread.
+class PNumberField : public QAbstractSpinBox {
+    Q_OBJECT
+
+public:
+    explicit PNumberField(QWidget* parent = nullptr);
+    ~PNumberField() override;
+
+    /// The range that entries are brought to. What is shown stays.
+    void setScale(const PRangeScale& scale);
+    const PRangeScale& scale() const { return m_scale; }
+    /// How numbers are written; never null.
+    void setNumberText(std::shared_ptr<const PNumberText> text);
+    /// The room for text, if the range needs less; fields below each other look better equally
+    /// wide.
+    void setLeastCharacters(int count);
+
+    double value() const { return m_value; }
+    /// Shows a value as it is, silently. Text that is being typed stays until it is committed.
+    void showValue(double value);
+
+    void stepBy(int steps) override;
+    QValidator::State validate(QString& text, int& position) const override;
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+signals:
+    /// A person has entered another value.
+    void valueEdited(double value);
+
+protected:
+    StepEnabled stepEnabled() const override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    void commit();
+    void edit(double value);
+    void writeValue();
+    QString textOf(double value) const;
+
+    PRangeScale m_scale;
+    std::shared_ptr<const PNumberText> m_text;
+    double m_value = 0;
+    int m_leastCharacters = 10; ///< a long time: "999.999 ms"
+};

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PGui/PNumberText.h>
+
+#include <QCoreApplication>
+
+/// Times in microseconds, written in the unit that suits them: "150 µs", "12.5 ms", "3 s". Reads
+/// the same; a number without a unit is in the unit shown. "us" is read as "µs".
+class PTimeText : public PNumberText {
+    Q_DECLARE_TR_FUNCTIONS(PTimeText)
+
+public:
+    QString textOf(double value, int decimals, const QLocale& locale) const override;
+    std::optional<double> valueOf(const QString& text, double shown,
+                                  const QLocale& locale) const override;
+    QString letters() const override;
+};

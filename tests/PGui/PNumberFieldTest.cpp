@@ -1,0 +1,190 @@
+// SPDX-License-Identifier: MIT
+#include <PGui/PNumberField.h>
+
+#include <PGui/PTimeText.h>
+
+#include <PGui/WidgetHands.h>
+#include <support/QtPrinters.h>
+
+#include <QSignalSpy>
+#include <QVBoxLayout>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class PNumberFieldTest : public testing::Test {
+protected:
+    PNumberFieldTest() {
+        auto* const layout = new QVBoxLayout(&window);
+        layout->addWidget(&field);
+        layout->addWidget(&other);
+        field.setLocale(QLocale::c());
+        field.setScale(PRangeScale({0, 200, 5}));
+        field.showValue(50);
+        EXPECT_TRUE(showActive(&window));
+        field.setFocus();
+    }
+
+    ~PNumberFieldTest() override {
+        field.setParent(nullptr);
+        other.setParent(nullptr);
+    }
+
+    QList<double> edits() const {
+        QList<double> values;
+        for (const QList<QVariant>& arguments : edited)
+            values.append(arguments.first().toDouble());
+        return values;
+    }
+
+    QWidget window;
+    PNumberField field;
+    QLineEdit other;
+    QSignalSpy edited{&field, &PNumberField::valueEdited};
+};
+
+using Values = QList<double>;
+
+} // namespace
+
+TEST_F(PNumberFieldTest, shows_a_value_silently) {
+    field.showValue(75);
+    EXPECT_EQ(textOf(&field), QStringLiteral("75"));
+    EXPECT_EQ(field.value(), 75);
+    EXPECT_EQ(edited.size(), 0);
+}
+
+TEST_F(PNumberFieldTest, shows_a_value_that_the_range_has_not_as_it_is) {
+    field.showValue(6503);
+    EXPECT_EQ(textOf(&field), QStringLiteral("6503"));
+    EXPECT_EQ(field.value(), 6503);
+}
+
+TEST_F(PNumberFieldTest, leaves_such_a_value_alone_when_it_is_left_or_entered_again) {
+    field.showValue(6503);
+    QTest::keyClick(&field, Qt::Key_Return);
+    enter(&field, QStringLiteral("6503"));
+    other.setFocus();
+    EXPECT_EQ(field.value(), 6503);
+    EXPECT_EQ(edited.size(), 0);
+}
+
+TEST_F(PNumberFieldTest, tells_of_typing_only_at_enter_and_once) {
+    typeInto(&field, QStringLiteral("125"));
+    EXPECT_EQ(edited.size(), 0);
+    QTest::keyClick(&field, Qt::Key_Return);
+    other.setFocus();
+    EXPECT_EQ(edits(), Values({125}));
+}
+
+TEST_F(PNumberFieldTest, tells_of_typing_when_the_focus_leaves) {
+    typeInto(&field, QStringLiteral("125"));
+    other.setFocus();
+    EXPECT_EQ(edits(), Values({125}));
+}
+
+TEST_F(PNumberFieldTest, brings_what_is_entered_to_the_nearest_of_the_range) {
+    enter(&field, QStringLiteral("123"));
+    enter(&field, QStringLiteral("999"));
+    EXPECT_EQ(edits(), Values({125, 200}));
+    EXPECT_EQ(textOf(&field), QStringLiteral("200"));
+}
+
+TEST_F(PNumberFieldTest, takes_typing_back_at_escape) {
+    typeInto(&field, QStringLiteral("125"));
+    QTest::keyClick(&field, Qt::Key_Escape);
+    other.setFocus();
+    EXPECT_EQ(textOf(&field), QStringLiteral("50"));
+    EXPECT_EQ(edited.size(), 0);
+}
+
+TEST_F(PNumberFieldTest, shows_the_value_again_when_what_is_typed_is_no_number) {
+    enter(&field, QStringLiteral("-"));
+    EXPECT_EQ(textOf(&field), QStringLiteral("50"));
+    EXPECT_EQ(edited.size(), 0);
+}
+
+TEST_F(PNumberFieldTest, takes_no_letters_that_its_unit_has_not) {
+    typeInto(&field, QStringLiteral("1x2y5"));
+    EXPECT_EQ(textOf(&field), QStringLiteral("125"));
+}
+
+TEST_F(PNumberFieldTest, keeps_what_is_being_typed_while_the_value_moves) {
+    typeInto(&field, QStringLiteral("12"));
+    field.showValue(80);
+    field.setScale(PRangeScale({0, 300, 5}));
+    EXPECT_EQ(textOf(&field), QStringLiteral("12"));
+    EXPECT_EQ(field.value(), 80);
+    QTest::keyClicks(&field, QStringLiteral("5"));
+    QTest::keyClick(&field, Qt::Key_Return);
+    EXPECT_EQ(edits(), Values({125}));
+}
+
+TEST_F(PNumberFieldTest, keeps_all_selected_while_the_value_moves) {
+    field.selectAll();
+    field.showValue(80);
+    QTest::keyClicks(&field, QStringLiteral("120"));
+    QTest::keyClick(&field, Qt::Key_Return);
+    EXPECT_EQ(edits(), Values({120}));
+}
+
+TEST_F(PNumberFieldTest, goes_by_steps_with_the_arrow_keys_and_by_ten_with_the_page_keys) {
+    QTest::keyClick(&field, Qt::Key_Up);
+    QTest::keyClick(&field, Qt::Key_Down);
+    QTest::keyClick(&field, Qt::Key_PageUp);
+    EXPECT_EQ(edits(), Values({55, 50, 100}));
+}
+
+TEST_F(PNumberFieldTest, goes_by_steps_with_the_wheel) {
+    turnWheel(&field, 2);
+    EXPECT_EQ(edits(), Values({60}));
+}
+
+TEST_F(PNumberFieldTest, counts_steps_from_what_was_typed) {
+    typeInto(&field, QStringLiteral("100"));
+    QTest::keyClick(&field, Qt::Key_Up);
+    EXPECT_EQ(edits(), Values({100, 105}));
+}
+
+TEST_F(PNumberFieldTest, does_not_step_beyond_the_ends) {
+    field.showValue(200);
+    QTest::keyClick(&field, Qt::Key_Up);
+    field.showValue(0);
+    QTest::keyClick(&field, Qt::Key_Down);
+    EXPECT_EQ(edited.size(), 0);
+}
+
+TEST_F(PNumberFieldTest, steps_from_outside_to_the_end_next_to_it) {
+    field.showValue(6503);
+    QTest::keyClick(&field, Qt::Key_Up);
+    EXPECT_EQ(edited.size(), 0);
+    QTest::keyClick(&field, Qt::Key_Down);
+    EXPECT_EQ(edits(), Values({200}));
+}
+
+TEST_F(PNumberFieldTest, reads_times_in_the_unit_shown) {
+    field.setNumberText(std::make_shared<PTimeText>());
+    field.setScale(PRangeScale({10, 50000000, 1}));
+    field.showValue(12500);
+    EXPECT_EQ(textOf(&field), QStringLiteral("12.5 ms"));
+    enter(&field, QStringLiteral("20"));
+    enter(&field, QStringLiteral("3 s"));
+    enter(&field, QStringLiteral("150 us"));
+    EXPECT_EQ(edits(), Values({20000, 3000000, 150}));
+    EXPECT_EQ(textOf(&field), QStringLiteral("150 µs"));
+}
+
+TEST_F(PNumberFieldTest, writes_as_its_locale_does) {
+    field.setScale(PRangeScale({0, 200, 0.5}));
+    field.setLocale(QLocale(QStringLiteral("de_DE")));
+    EXPECT_EQ(textOf(&field), QStringLiteral("50,0"));
+    enter(&field, QStringLiteral("12,5"));
+    EXPECT_EQ(edits(), Values({12.5}));
+}
+
+TEST_F(PNumberFieldTest, is_wide_enough_for_both_ends) {
+    const int narrow = field.sizeHint().width();
+    field.setScale(PRangeScale({-1e9, 1e9, 0.001}));
+    EXPECT_GT(field.sizeHint().width(), narrow);
+}

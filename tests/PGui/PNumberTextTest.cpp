@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#include <PGui/PNumberText.h>
+
+#include <support/QtPrinters.h>
+#include <support/RowName.h>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+struct Typed {
+    const char* name;
+    const char* locale;
+    const char* text; // UTF-8
+    std::optional<double> value;
+};
+
+class PNumberTextTyped : public testing::TestWithParam<Typed> {};
+
+} // namespace
+
+TEST_P(PNumberTextTyped, means_its_number) {
+    const PNumberText text(QStringLiteral(" %"));
+    const QLocale locale(QString::fromLatin1(GetParam().locale));
+    EXPECT_EQ(text.valueOf(QString::fromUtf8(GetParam().text), 0, locale), GetParam().value);
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, PNumberTextTyped,
+                         testing::Values(Typed{"a_number", "en_US", "12", 12},
+                                         Typed{"a_negative_number", "en_US", "-12", -12},
+                                         Typed{"with_the_unit", "en_US", "12 %", 12},
+                                         Typed{"with_the_unit_close_to_it", "en_US", "12%", 12},
+                                         Typed{"with_space_around", "en_US", "  12.5 ", 12.5},
+                                         Typed{"a_russian_comma", "ru_RU", "12,5", 12.5},
+                                         Typed{"a_point_in_russian", "ru_RU", "12.5", 12.5},
+                                         Typed{"a_german_thousand_is_a_fraction", "de_DE", "1.5",
+                                               1.5},
+                                         Typed{"nothing", "en_US", "", std::nullopt},
+                                         Typed{"the_unit_alone", "en_US", "%", std::nullopt},
+                                         Typed{"two_numbers", "en_US", "1 2", std::nullopt},
+                                         Typed{"not_a_number", "en_US", "nan", std::nullopt},
+                                         Typed{"endless", "en_US", "inf", std::nullopt}),
+                         RowName());
+
+TEST(PNumberText, writes_the_decimals_asked_for_and_the_unit) {
+    const PNumberText text(QStringLiteral(" °C"));
+    EXPECT_EQ(text.textOf(-2.5, 1, QLocale::c()), QStringLiteral("-2.5 °C"));
+    EXPECT_EQ(text.textOf(3, 1, QLocale::c()), QStringLiteral("3.0 °C"));
+}
+
+TEST(PNumberText, writes_more_decimals_where_the_value_has_them) {
+    EXPECT_EQ(PNumberText().textOf(12.345, 2, QLocale::c()), QStringLiteral("12.345"));
+}
+
+TEST(PNumberText, writes_as_the_locale_does_without_thousands) {
+    const QLocale russian(QStringLiteral("ru_RU"));
+    EXPECT_EQ(PNumberText().textOf(12345.5, 1, russian), QStringLiteral("12345,5"));
+}

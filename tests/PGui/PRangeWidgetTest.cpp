@@ -1,0 +1,163 @@
+// SPDX-License-Identifier: MIT
+#include <PGui/PRangeWidget.h>
+
+#include <PGui/WidgetHands.h>
+#include <support/QtPrinters.h>
+
+#include <QSignalSpy>
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace {
+
+class PRangeWidgetTest : public testing::Test {
+protected:
+    PRangeWidgetTest() {
+        widget.setRange({10, 230, 1});
+        widget.setValue(120);
+        spy.clear();
+        EXPECT_TRUE(showActive(&widget));
+    }
+
+    PNumberField* field() const { return widget.findChild<PNumberField*>(); }
+    PRangeSlider* slider() const { return widget.findChild<PRangeSlider*>(); }
+    QList<int> told() const {
+        QList<int> values;
+        for (const QList<QVariant>& arguments : spy)
+            values.append(arguments.first().toInt());
+        return values;
+    }
+
+    PRangeWidget widget;
+    QSignalSpy spy{&widget, &PRangeWidget::valueChanged};
+};
+
+using Values = QList<int>;
+
+} // namespace
+
+TEST_F(PRangeWidgetTest, tells_once_of_another_value_set) {
+    widget.setValue(50);
+    widget.setValue(50);
+    EXPECT_EQ(told(), Values({50}));
+}
+
+TEST_F(PRangeWidgetTest, shows_the_value_in_both_parts) {
+    widget.setValue(50);
+    EXPECT_EQ(textOf(field()), QStringLiteral("50"));
+    EXPECT_EQ(slider()->value(), 40);
+}
+
+TEST_F(PRangeWidgetTest, brings_a_value_outside_to_the_end) {
+    widget.setValue(1000);
+    widget.setValue(-5);
+    EXPECT_EQ(told(), Values({230, 10}));
+}
+
+TEST_F(PRangeWidgetTest, brings_a_value_between_steps_to_the_nearest) {
+    widget.setRange({0, 99, 10});
+    spy.clear();
+    widget.setValue(47);
+    EXPECT_EQ(widget.value(), 50);
+    widget.setValue(99);
+    EXPECT_EQ(told(), Values({50, 99}));
+}
+
+TEST_F(PRangeWidgetTest, tells_once_of_a_range_that_moves_the_value) {
+    widget.setRange({10, 100, 1});
+    EXPECT_EQ(told(), Values({100}));
+    EXPECT_EQ(widget.range(), (PMinMaxRange<int>{10, 100, 1}));
+}
+
+TEST_F(PRangeWidgetTest, says_nothing_of_a_range_that_leaves_the_value) {
+    widget.setRange({0, 1000, 1});
+    EXPECT_EQ(spy.size(), 0);
+    EXPECT_EQ(widget.value(), 120);
+}
+
+TEST_F(PRangeWidgetTest, moves_the_slider_with_the_field_and_tells_once) {
+    enter(field(), QStringLiteral("60"));
+    EXPECT_EQ(slider()->value(), 50);
+    EXPECT_EQ(told(), Values({60}));
+}
+
+TEST_F(PRangeWidgetTest, moves_the_field_with_the_slider_and_tells_once) {
+    slider()->setFocus();
+    QTest::keyClick(slider(), Qt::Key_Right);
+    EXPECT_EQ(textOf(field()), QStringLiteral("121"));
+    EXPECT_EQ(told(), Values({121}));
+}
+
+TEST_F(PRangeWidgetTest, does_not_loop_where_the_listener_sets_the_value_back) {
+    QObject::connect(&widget, &PRangeWidget::valueChanged, &widget,
+                     [this](int) { widget.setValue(120); });
+    enter(field(), QStringLiteral("60"));
+    EXPECT_EQ(widget.value(), 120);
+    EXPECT_EQ(textOf(field()), QStringLiteral("120"));
+    EXPECT_EQ(slider()->value(), 110);
+    EXPECT_EQ(spy.size(), 2);
+}
+
+TEST_F(PRangeWidgetTest, shows_what_somebody_else_has_as_it_is_and_silently) {
+    widget.showValue({200, 2500, 1}, 6503);
+    EXPECT_EQ(widget.value(), 6503);
+    EXPECT_EQ(textOf(field()), QStringLiteral("6503"));
+    EXPECT_EQ(slider()->value(), slider()->maximum());
+    EXPECT_EQ(spy.size(), 0);
+}
+
+TEST_F(PRangeWidgetTest, works_from_ten_microseconds_to_fifty_seconds) {
+    widget.setRange({10, 50000000, 1});
+    spy.clear();
+    slider()->setFocus();
+    QTest::keyClick(slider(), Qt::Key_Home);
+    QTest::keyClick(slider(), Qt::Key_Right);
+    QTest::keyClick(slider(), Qt::Key_End);
+    QTest::keyClick(slider(), Qt::Key_Left);
+    EXPECT_EQ(told(), Values({10, 11, 50000000, 49000000}));
+}
+
+TEST_F(PRangeWidgetTest, holds_all_integers) {
+    constexpr int least = std::numeric_limits<int>::min();
+    constexpr int most = std::numeric_limits<int>::max();
+    widget.setRange({least, most, 1});
+    widget.setValue(most);
+    EXPECT_EQ(widget.value(), most);
+    widget.setValue(least);
+    EXPECT_EQ(widget.value(), least);
+    EXPECT_EQ(textOf(field()), QStringLiteral("-2147483648"));
+}
+
+TEST_F(PRangeWidgetTest, takes_a_step_that_is_not_positive_as_one) {
+    widget.setRange({0, 1000, 0});
+    widget.setValue(7);
+    EXPECT_EQ(widget.value(), 7);
+}
+
+TEST_F(PRangeWidgetTest, gives_the_focus_to_the_field_which_is_its_only_stop_for_tab) {
+    widget.setFocus();
+    EXPECT_TRUE(field()->hasFocus());
+    QTest::keyClick(field(), Qt::Key_Tab);
+    EXPECT_FALSE(slider()->hasFocus());
+}
+
+TEST_F(PRangeWidgetTest, disables_both_parts) {
+    widget.setEnabled(false);
+    EXPECT_FALSE(field()->isEnabled());
+    EXPECT_FALSE(slider()->isEnabled());
+}
+
+TEST_F(PRangeWidgetTest, names_both_parts) {
+    widget.setControlName(QStringLiteral("Gain"));
+    EXPECT_EQ(field()->accessibleName(), QStringLiteral("Gain"));
+    EXPECT_EQ(slider()->accessibleName(), QStringLiteral("Gain"));
+}
+
+TEST_F(PRangeWidgetTest, writes_a_suffix_and_reads_it) {
+    widget.setSuffix(QStringLiteral(" %"));
+    EXPECT_EQ(textOf(field()), QStringLiteral("120 %"));
+    enter(field(), QStringLiteral("60%"));
+    EXPECT_EQ(told(), Values({60}));
+}

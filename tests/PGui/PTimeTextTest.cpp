@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: MIT
+#include <PGui/PTimeText.h>
+
+#include <support/QtPrinters.h>
+#include <support/RowName.h>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+struct Written {
+    const char* name;
+    double microseconds;
+    const char* text; // UTF-8
+};
+
+class PTimeTextWritten : public testing::TestWithParam<Written> {};
+
+struct Typed {
+    const char* name;
+    const char* text; // UTF-8
+    double shown;
+    std::optional<double> microseconds;
+};
+
+class PTimeTextTyped : public testing::TestWithParam<Typed> {};
+
+} // namespace
+
+TEST_P(PTimeTextWritten, is_in_the_unit_that_suits_it) {
+    EXPECT_EQ(PTimeText().textOf(GetParam().microseconds, 0, QLocale::c()),
+              QString::fromUtf8(GetParam().text));
+}
+
+TEST_P(PTimeTextWritten, is_read_as_what_it_was) {
+    const PTimeText text;
+    EXPECT_EQ(text.valueOf(QString::fromUtf8(GetParam().text), 0, QLocale::c()),
+              GetParam().microseconds);
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, PTimeTextWritten,
+                         testing::Values(Written{"nothing", 0, "0 µs"},
+                                         Written{"ten_microseconds", 10, "10 µs"},
+                                         Written{"just_no_millisecond", 999, "999 µs"},
+                                         Written{"a_millisecond", 1000, "1 ms"},
+                                         Written{"all_digits", 12345, "12.345 ms"},
+                                         Written{"just_no_second", 999999, "999.999 ms"},
+                                         Written{"a_second", 1000000, "1 s"},
+                                         Written{"all_digits_of_seconds", 49999999, "49.999999 s"},
+                                         Written{"fifty_seconds", 50000000, "50 s"}),
+                         RowName());
+
+TEST_P(PTimeTextTyped, means_its_time) {
+    const std::optional<double> value =
+        PTimeText().valueOf(QString::fromUtf8(GetParam().text), GetParam().shown, QLocale::c());
+    ASSERT_EQ(value.has_value(), GetParam().microseconds.has_value());
+    if (value) {
+        EXPECT_DOUBLE_EQ(*value, *GetParam().microseconds);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, PTimeTextTyped,
+    testing::Values(Typed{"milliseconds", "12.5 ms", 100, 12500}, Typed{"seconds", "3 s", 100, 3e6},
+                    Typed{"microseconds_by_u", "150 us", 5e6, 150},
+                    Typed{"microseconds_by_the_micro_sign", "150 \u00b5s", 5e6, 150},
+                    Typed{"microseconds_by_the_greek_letter", "150 \u03bcs", 5e6, 150},
+                    Typed{"without_a_space", "12.5ms", 100, 12500},
+                    Typed{"in_capitals", "3 S", 100, 3e6},
+                    Typed{"a_bare_number_while_microseconds_are_shown", "20", 100, 20},
+                    Typed{"a_bare_number_while_milliseconds_are_shown", "20", 12500, 20000},
+                    Typed{"a_bare_number_while_seconds_are_shown", "20", 3e6, 2e7},
+                    Typed{"no_number", "ms", 100, std::nullopt},
+                    Typed{"another_unit", "3 m", 100, std::nullopt},
+                    Typed{"nothing", "", 100, std::nullopt}),
+    RowName());
+
+TEST(PTimeText, reads_and_writes_a_decimal_comma_where_it_is_usual) {
+    const QLocale russian(QStringLiteral("ru_RU"));
+    EXPECT_EQ(PTimeText().textOf(12500, 0, russian), QStringLiteral("12,5 ms"));
+    EXPECT_EQ(PTimeText().valueOf(QStringLiteral("12,5 ms"), 0, russian), 12500);
+}

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PGui/PNumberField.h>
+#include <PGui/PRangeSlider.h>
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QTest>
+#include <QWheelEvent>
+
+// What a person does to a widget, as events.
+
+/// The line that a field types into.
+inline QLineEdit* lineOf(const QWidget* field) {
+    return field->findChild<QLineEdit*>();
+}
+
+inline QString textOf(const QWidget* field) {
+    return lineOf(field)->text();
+}
+
+/// Types over what is in a field, without committing it.
+inline void typeInto(QWidget* field, const QString& text) {
+    field->setFocus();
+    lineOf(field)->selectAll();
+    QTest::keyClicks(field, text);
+}
+
+/// Types over what is in a field and presses Enter.
+inline void enter(QWidget* field, const QString& text) {
+    typeInto(field, text);
+    QTest::keyClick(field, Qt::Key_Return);
+}
+
+/// Turns the wheel over a widget by notches, up if positive.
+inline void turnWheel(QWidget* over, int notches, Qt::KeyboardModifiers modifiers = {}) {
+    const QPointF place(over->rect().center());
+    QWheelEvent event(place, over->mapToGlobal(place), QPoint(),
+                      QPoint(0, notches * QWheelEvent::DefaultDeltasPerStep), Qt::NoButton,
+                      modifiers, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(over, &event);
+}
+
+/// Shows a window and gives it the focus.
+inline bool showActive(QWidget* window) {
+    window->show();
+    window->activateWindow();
+    return QTest::qWaitForWindowActive(window);
+}
