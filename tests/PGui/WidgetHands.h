@@ -39,7 +39,10 @@ inline void turnWheel(QWidget* over, int notches, Qt::KeyboardModifiers modifier
     QWheelEvent event(place, over->mapToGlobal(place), QPoint(),
                       QPoint(0, notches * QWheelEvent::DefaultDeltasPerStep), Qt::NoButton,
                       modifiers, Qt::NoScrollPhase, false);
-    QApplication::sendEvent(over, &event);
+    // Only what comes from outside goes on to the parents of a widget that does not want it, and
+    // sendEvent() would make it an event of the program's own.
+    QSpontaneKeyEvent::setSpontaneous(&event);
+    qApp->notify(over, &event);
 }
 
 /// Shows a window and gives it the focus.

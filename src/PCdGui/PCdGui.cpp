@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#include <PCdGui/PCdGui.h>
+
+#include <PCdGui/PActionEditor.h>
+#include <PCdGui/PChoiceEditor.h>
+#include <PCdGui/PDevicePanel.h>
+#include <PCdGui/PNumberEditor.h>
+#include <PCdGui/PRegionEditor.h>
+#include <PCdGui/PSwitchEditor.h>
+
+#include <PCd/PDeviceProperty.h>
+#include <PCd/PWidgetFactory.h>
+
+#include <QLabel>
+
+void PCdGui::install() {
+    PWidgetFactory::setPropertyEditor(&PCdGui::createEditor);
+    PWidgetFactory::setDevicePanel(
+        [](PDevice* device, QWidget* parent) { return new PDevicePanel(device, parent); });
+}
+
+QWidget* PCdGui::createEditor(PDeviceProperty* property) {
+    switch (property->type()) {
+    case PCD::DevicePropertyType::Switch:
+        return new PSwitchEditor(property);
+    case PCD::DevicePropertyType::Integer:
+    case PCD::DevicePropertyType::Duration:
+        return new PNumberEditor(property);
+    case PCD::DevicePropertyType::Choice:
+        return new PChoiceEditor(property);
+    case PCD::DevicePropertyType::Action:
+        return new PActionEditor(property);
+    case PCD::DevicePropertyType::ScanArea:
+        return new PRegionEditor(property);
+    case PCD::DevicePropertyType::Custom:
+        break;
+    }
+    auto* const label = new QLabel;
+    label->setTextFormat(Qt::PlainText);
+    label->setText(property->title());
+    return label;
+}

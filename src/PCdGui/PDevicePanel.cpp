@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: MIT
+#include <PCdGui/PDevicePanel.h>
+
+#include <PCdGui/PDeviceWatch.h>
+#include <PCdGui/PPropertyGroupPanel.h>
+#include <PCdGui/PWheelGuard.h>
+
+#include <PCd/PDevice.h>
+#include <PCd/PDevicePropertyGroup.h>
+
+#include <QLabel>
+#include <QScrollBar>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+PDevicePanel::PDevicePanel(PDevice* device, QWidget* parent)
+    : QScrollArea(parent)
+    , m_page(new QWidget)
+    , m_column(new QVBoxLayout(m_page))
+    , m_unusable(addNotice(tr("The device is not connected."))) {
+    setFrameShape(QFrame::NoFrame);
+    setWidgetResizable(true);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    addGroups(device);
+    m_nothing = addNotice(tr("No setting matches."));
+    m_column->addStretch();
+    alignTitles();
+    new PWheelGuard(m_page);
+    setWidget(m_page);
+    const auto* const watch = new PDeviceWatch(device, this);
+    m_unusable->setVisible(!watch->isUsable());
+    connect(watch, &PDeviceWatch::usableChanged, m_unusable, &QWidget::setHidden);
+}
+
+PDevicePanel::~PDevicePanel() = default;
+
+QLabel* PDevicePanel::addNotice(const QString& text) {
+    auto* const notice = new QLabel(text, m_page);
+    notice->setAlignment(Qt::AlignCenter);
+    notice->hide();
+    m_column->addWidget(notice);
+    return notice;
+}
+
+void PDevicePanel::addGroups(PDevice* device) {
+    QList<PDeviceProperty*> rest = device->supportProperties();
+    for (const PDevicePropertyGroup* group : device->supportPropertyGroups()) {
+        const QList<PDeviceProperty*> members = group->properties();
+        addGroup(group->title(), members);
+        for (PDeviceProperty* member : members)
+            rest.removeAll(member);
+    }
+    addGroup(tr("Other"), rest);
+}
+
+void PDevicePanel::addGroup(const QString& title, const QList<PDeviceProperty*>& properties) {
+    if (properties.isEmpty())
+        return;
+    m_groups.append(new PPropertyGroupPanel(title, properties, m_page));
+    m_column->addWidget(m_groups.last());
+}
+
+void PDevicePanel::alignTitles() {
+    int width = 0;
+    for (const PPropertyGroupPanel* group : std::as_const(m_groups))
+        width = std::max(width, group->titleWidth());
+    for (PPropertyGroupPanel* group : std::as_const(m_groups))
+        group->setTitleWidth(width);
+}
+
+void PDevicePanel::setFilter(const QString& text) {
+    bool any = false;
+    for (PPropertyGroupPanel* group : std::as_const(m_groups)) {
+        const bool shown = group->setFilter(text);
+        group->setVisible(shown);
+        any = any || shown;
+    }
+    m_nothing->setVisible(!any);
+}
+
+int PDevicePanel::leastWidth() const {
+    return m_page->minimumSizeHint().width() + verticalScrollBar()->sizeHint().width() +
+           2 * frameWidth();
+}
+
+QSize PDevicePanel::sizeHint() const {
+    return QSize(leastWidth(), QScrollArea::sizeHint().height());
+}
+
+QSize PDevicePanel::minimumSizeHint() const {
+    return QSize(leastWidth(), QScrollArea::minimumSizeHint().height());
+}

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QList>
+#include <QScrollArea>
+
+class PDevice;
+class PDeviceProperty;
+class PPropertyGroupPanel;
+class QLabel;
+class QVBoxLayout;
+
+/// All properties of a device in a column that scrolls: its groups in their order, those without
+/// members left out, then what is in no group. The device may die first. The GUI thread.
+class PDevicePanel : public QScrollArea {
+    Q_OBJECT
+
+public:
+    explicit PDevicePanel(PDevice* device, QWidget* parent = nullptr);
+    ~PDevicePanel() override;
+
+    /// Shows only the properties whose title, id or description has all words of the text, and
+    /// only groups with such. An empty text shows all.
+    void setFilter(const QString& text);
+
+    /// As wide as the widest row at least: nothing is cut off at the right.
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+private:
+    int leastWidth() const;
+    QLabel* addNotice(const QString& text);
+    void addGroups(PDevice* device);
+    void addGroup(const QString& title, const QList<PDeviceProperty*>& properties);
+    void alignTitles();
+
+    QWidget* m_page; // children
+    QVBoxLayout* m_column;
+    QLabel* m_unusable;
+    QLabel* m_nothing;
+    QList<PPropertyGroupPanel*> m_groups;
+};

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#include <PCdGui/PEditorMenu.h>
+
+#include <PCdGui/PPropertyEditor.h>
+#include <PCdGui/PPropertyWords.h>
+
+#include <PCd/PDeviceProperty.h>
+#include <PCd/PPropertyCheck.h>
+
+#include <QLineEdit>
+#include <QMenu>
+
+namespace {
+
+/// The line a part types into, or null: a number field does its typing in a line edit inside it.
+QLineEdit* lineOf(QWidget* part) {
+    auto* const line = qobject_cast<QLineEdit*>(part);
+    return line != nullptr ? line
+                           : part->findChild<QLineEdit*>(QString(), Qt::FindDirectChildrenOnly);
+}
+
+QMenu* menuOf(QWidget* part) {
+    if (QLineEdit* const line = lineOf(part)) {
+        QMenu* const menu = line->createStandardContextMenu();
+        menu->addSeparator();
+        return menu;
+    }
+    return new QMenu(part);
+}
+
+} // namespace
+
+QMenu* PEditorMenu::create(PPropertyEditor* editor, QWidget* part) {
+    QMenu* const menu = menuOf(part);
+    menu->setToolTipsVisible(true);
+    QAction* const reset = menu->addAction(tr("Reset to default"));
+    reset->setObjectName(QStringLiteral("reset"));
+    const PDeviceProperty* const property = editor->property();
+    if (property == nullptr || !property->defaultValue().isValid()) {
+        reset->setEnabled(false);
+        reset->setToolTip(tr("This setting has no default."));
+        return menu;
+    }
+    const QVariant standard = property->defaultValue();
+    reset->setText(tr("Reset to default (%1)").arg(PPropertyWords::valueText(*property, standard)));
+    const PStatus status = PPropertyCheck::check(*property, standard);
+    reset->setEnabled(status.isOk());
+    if (!status.isOk())
+        reset->setToolTip(status.reason());
+    QObject::connect(reset, &QAction::triggered, editor, &PPropertyEditor::resetToDefault);
+    return menu;
+}

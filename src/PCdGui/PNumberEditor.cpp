@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+#include <PCdGui/PNumberEditor.h>
+
+#include <PCdGui/PPropertyWords.h>
+
+#include <PGui/PRangeWidget.h>
+
+#include <PCd/PDeviceProperty.h>
+
+#include <limits>
+
+namespace {
+
+using IntRange = PMinMaxRange<int>;
+
+constexpr IntRange anyNumber{std::numeric_limits<int>::min(), std::numeric_limits<int>::max(), 1};
+
+} // namespace
+
+PNumberEditor::PNumberEditor(PDeviceProperty* property)
+    : PPropertyEditor(property)
+    , m_control(new PRangeWidget(this)) {
+    m_control->setNumberText(PPropertyWords::numberText(*property));
+    m_control->setControlName(property->title());
+    connect(m_control, &PRangeWidget::valueChanged, this, [this](int value) { send(value); });
+    begin(m_control, m_control);
+}
+
+void PNumberEditor::showProperty(const QVariant& value, const QVariant& range) {
+    const bool ranged = range.metaType() == QMetaType::fromType<IntRange>();
+    m_control->setSliderVisible(ranged);
+    m_control->showValue(ranged ? range.value<IntRange>() : anyNumber, value.toInt());
+}

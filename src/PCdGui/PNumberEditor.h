@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCdGui/PPropertyEditor.h>
+
+class PRangeWidget;
+
+/// A slider and a field for a whole number; times are written in the unit that suits them. Without
+/// a range there is only the field.
+class PNumberEditor : public PPropertyEditor {
+    Q_OBJECT
+
+public:
+    explicit PNumberEditor(PDeviceProperty* property);
+
+protected:
+    void showProperty(const QVariant& value, const QVariant& range) override;
+
+private:
+    PRangeWidget* m_control; // child
+};

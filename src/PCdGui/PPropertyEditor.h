@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCdGui/PDeviceWatch.h>
+#include <PCdGui/PValueSender.h>
+
+#include <QPointer>
+#include <QVariant>
+#include <QWidget>
+
+/// An editor for one property: it shows what the property has, follows it, and sends what a person
+/// chooses. What the device refuses is shown as it really is. Without the device, or the property,
+/// it is disabled. The GUI thread.
+class PPropertyEditor : public QWidget {
+    Q_OBJECT
+
+public:
+    /// Sends what still waits to be sent.
+    ~PPropertyEditor() override;
+
+    /// Null once it has been deleted.
+    PDeviceProperty* property() const { return m_property; }
+    /// True if the editor itself shows the property's title, and needs none beside it.
+    virtual bool showsTitle() const { return false; }
+    /// What a click on the title beside the editor does: it takes the focus.
+    virtual void touch();
+    /// Sends the property's default.
+    void resetToDefault();
+
+protected:
+    using AfterSet = PValueSender::AfterSet;
+
+    explicit PPropertyEditor(PDeviceProperty* property, AfterSet afterSet = AfterSet::Trust);
+
+    /// To be called at the end of a constructor: lays out the control, names it, and shows the
+    /// property. `focus` is what takes the focus.
+    void begin(QWidget* control, QWidget* focus);
+    /// Shows a value and range, without sending anything.
+    virtual void showProperty(const QVariant& value, const QVariant& range) = 0;
+    /// Sends what a person has chosen, at most once a turn of the event loop.
+    void send(const QVariant& value);
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+
+private:
+    void follow();
+    void refresh();
+    void updateUsable();
+    void updateToolTip();
+    void onPropertyDestroyed();
+    void openMenu(QWidget* part, const QPoint& globalPosition);
+
+    QPointer<PDeviceProperty> m_property;
+    PDeviceWatch m_watch;
+    PValueSender m_sender;
+};

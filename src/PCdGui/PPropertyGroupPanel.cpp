@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: MIT
+#include <PCdGui/PPropertyGroupPanel.h>
+
+#include <PCdGui/PDeviceWatch.h>
+#include <PCdGui/PPropertyEditor.h>
+#include <PCdGui/PPropertyLabel.h>
+#include <PCdGui/PPropertyWords.h>
+
+#include <PCd/PDeviceProperty.h>
+
+#include <QFormLayout>
+
+#include <algorithm>
+
+namespace {
+
+QString wordsOf(const PDeviceProperty& property, const QString& group) {
+    const QString title = property.title().isEmpty() ? group : property.title();
+    const QStringList words{title, QString::fromLatin1(property.id()), property.description()};
+    return words.join(QLatin1Char('\n'));
+}
+
+bool hasAll(const QString& text, const QStringList& words) {
+    return std::all_of(words.cbegin(), words.cend(), [&](const QString& word) {
+        return text.contains(word, Qt::CaseInsensitive);
+    });
+}
+
+/// A panel of a property's own knows nothing of the device's end.
+void disableWithDevice(QWidget* panel, PDevice* device) {
+    auto* const watch = new PDeviceWatch(device, panel);
+    panel->setEnabled(watch->isUsable());
+    QObject::connect(watch, &PDeviceWatch::usableChanged, panel, &QWidget::setEnabled);
+}
+
+} // namespace
+
+PPropertyGroupPanel::PPropertyGroupPanel(const QString& title,
+                                         const QList<PDeviceProperty*>& properties, QWidget* parent)
+    : QGroupBox(PPropertyWords::plainTitle(title), parent)
+    , m_form(new QFormLayout(this)) {
+    m_form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    m_form->setLabelAlignment(Qt::AlignLeft);
+    for (PDeviceProperty* property : properties)
+        addRow(property);
+}
+
+PPropertyGroupPanel::~PPropertyGroupPanel() = default;
+
+void PPropertyGroupPanel::addRow(PDeviceProperty* property) {
+    Row row{property->createWidget(), nullptr, wordsOf(*property, title())};
+    auto* const editor = qobject_cast<PPropertyEditor*>(row.editor);
+    if (editor == nullptr)
+        disableWithDevice(row.editor, property->device());
+    if (editor == nullptr || property->title().isEmpty()) {
+        m_form->addRow(row.editor);
+    } else {
+        // A button keeps its place in the column of editors, with nothing beside it.
+        row.title =
+            new PPropertyLabel(editor->showsTitle() ? QString() : property->title(), editor);
+        m_form->addRow(row.title, row.editor);
+    }
+    m_rows.append(row);
+}
+
+bool PPropertyGroupPanel::setFilter(const QString& text) {
+    const QStringList words = text.simplified().split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    bool any = false;
+    for (const Row& row : std::as_const(m_rows)) {
+        const bool shown = hasAll(row.words, words);
+        m_form->setRowVisible(row.editor, shown);
+        any = any || shown;
+    }
+    return any;
+}
+
+int PPropertyGroupPanel::titleWidth() const {
+    int width = 0;
+    for (const Row& row : m_rows) {
+        if (row.title != nullptr)
+            width = std::max(width, row.title->sizeHint().width());
+    }
+    return width;
+}
+
+void PPropertyGroupPanel::setTitleWidth(int width) {
+    for (const Row& row : std::as_const(m_rows)) {
+        if (row.title != nullptr)
+            row.title->setMinimumWidth(width);
+    }
+}

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QGroupBox>
+#include <QList>
+
+class PDeviceProperty;
+class QFormLayout;
+
+/// A titled form of editors, one row a property. A property without a title, or with a panel of its
+/// own, has the whole row. The properties may die first. The GUI thread.
+class PPropertyGroupPanel : public QGroupBox {
+    Q_OBJECT
+
+public:
+    PPropertyGroupPanel(const QString& title, const QList<PDeviceProperty*>& properties,
+                        QWidget* parent = nullptr);
+    ~PPropertyGroupPanel() override;
+
+    /// Shows only rows whose title, id or description has all words of the text, whatever their
+    /// case; a property without a title goes by the group's. True if any row is shown.
+    bool setFilter(const QString& text);
+
+    /// The width of the widest title, in pixels, and the width that all titles get: panels above
+    /// each other look better with one.
+    int titleWidth() const;
+    void setTitleWidth(int width);
+
+private:
+    struct Row {
+        QWidget* editor;
+        QWidget* title; ///< null if the editor has the whole row
+        QString words;  ///< what a filter looks at
+    };
+
+    void addRow(PDeviceProperty* property);
+
+    QFormLayout* m_form;
+    QList<Row> m_rows;
+};

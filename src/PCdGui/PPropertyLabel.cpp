@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#include <PCdGui/PPropertyLabel.h>
+
+#include <PCdGui/PPropertyEditor.h>
+#include <PCdGui/PPropertyWords.h>
+
+#include <QCoreApplication>
+#include <QHelpEvent>
+#include <QMouseEvent>
+#include <QToolTip>
+
+PPropertyLabel::PPropertyLabel(const QString& title, PPropertyEditor* editor)
+    : m_editor(editor) {
+    setTextFormat(Qt::PlainText);
+    setText(PPropertyWords::plainTitle(title));
+    setBuddy(editor); // what makes "&&" one "&"
+    setEnabled(editor->isEnabled());
+    editor->installEventFilter(this);
+}
+
+bool PPropertyLabel::event(QEvent* event) {
+    if (event->type() != QEvent::ToolTip)
+        return QLabel::event(event);
+    QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), m_editor->toolTip(), this);
+    return true;
+}
+
+bool PPropertyLabel::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::EnabledChange)
+        setEnabled(m_editor->isEnabled());
+    return QLabel::eventFilter(watched, event);
+}
+
+void PPropertyLabel::mousePressEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton)
+        m_editor->touch();
+}
+
+void PPropertyLabel::contextMenuEvent(QContextMenuEvent* event) {
+    QCoreApplication::sendEvent(m_editor, event);
+}

@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+#include <PCdGui/PPropertyWords.h>
+
+#include <PGui/PTimeText.h>
+
+#include <PCd/PDeviceProperty.h>
+#include <PCd/PPropertyText.h>
+
+#include <PCore/PMinMaxRange.h>
+
+#include <QLocale>
+#include <QRect>
+#include <QStringList>
+
+namespace {
+
+using IntRange = PMinMaxRange<int>;
+
+bool isTime(const PDeviceProperty& property) {
+    return property.unit() == ValueUnits::Microsecond &&
+           (property.type() == PCD::DevicePropertyType::Duration ||
+            property.unitsType() == ValueUnitType::Time);
+}
+
+} // namespace
+
+std::shared_ptr<const PNumberText> PPropertyWords::numberText(const PDeviceProperty& property) {
+    if (isTime(property))
+        return std::make_shared<PTimeText>();
+    const bool inMicroseconds = property.unit() == ValueUnits::Microsecond;
+    return std::make_shared<PNumberText>(inMicroseconds ? QLatin1Char(' ') + tr("µs") : QString());
+}
+
+QString PPropertyWords::valueText(const PDeviceProperty& property, const QVariant& value) {
+    switch (value.typeId()) {
+    case QMetaType::Int:
+        return numberText(property)->textOf(value.toInt(), 0, QLocale());
+    case QMetaType::Bool:
+        return value.toBool() ? tr("on") : tr("off");
+    case QMetaType::QUuid:
+    case QMetaType::QRect:
+        return PPropertyText::ofValue(value, property.rangeInner());
+    default:
+        return QString();
+    }
+}
+
+QString PPropertyWords::rangeText(const PDeviceProperty& property) {
+    const QVariant inner = property.rangeInner();
+    if (inner.metaType() != QMetaType::fromType<IntRange>())
+        return QString();
+    const IntRange range = inner.value<IntRange>();
+    const QString ends =
+        tr("Range: %1 to %2")
+            .arg(valueText(property, range.minimum), valueText(property, range.maximum));
+    return range.step > 1 ? tr("%1, in steps of %2").arg(ends, valueText(property, range.step))
+                          : ends;
+}
+
+QString PPropertyWords::toolTip(const PDeviceProperty& property) {
+    QStringList lines{property.description(), rangeText(property)};
+    const QString standard = valueText(property, property.defaultValue());
+    if (!standard.isEmpty())
+        lines.append(tr("Default: %1").arg(standard));
+    lines.removeAll(QString());
+    for (QString& line : lines)
+        line = line.toHtmlEscaped();
+    // Rich text wraps; plain text would make one long line of a long description.
+    return lines.isEmpty() ? QString()
+                           : QStringLiteral("<p>%1</p>").arg(lines.join(QStringLiteral("<br>")));
+}
+
+QString PPropertyWords::plainTitle(QString title) {
+    return title.replace(QLatin1Char('&'), QStringLiteral("&&"));
+}

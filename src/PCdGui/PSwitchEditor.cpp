@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#include <PCdGui/PSwitchEditor.h>
+
+#include <PGui/PNumberField.h>
+
+#include <PCd/PDeviceProperty.h>
+
+#include <QCheckBox>
+
+PSwitchEditor::PSwitchEditor(PDeviceProperty* property)
+    : PPropertyEditor(property)
+    , m_box(new QCheckBox(this)) {
+    m_box->setAccessibleName(property->title());
+    connect(m_box, &QCheckBox::clicked, this, [this](bool on) { send(on); });
+    // The rows of a form stand evenly, whether they have a box or a field.
+    setMinimumHeight(PNumberField().sizeHint().height());
+    begin(m_box, m_box);
+}
+
+void PSwitchEditor::touch() {
+    m_box->click();
+}
+
+void PSwitchEditor::showProperty(const QVariant& value, const QVariant&) {
+    m_box->setChecked(value.toBool());
+}

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCdGui/PPropertyEditor.h>
+
+class QCheckBox;
+
+/// A check box for a switch.
+class PSwitchEditor : public PPropertyEditor {
+    Q_OBJECT
+
+public:
+    explicit PSwitchEditor(PDeviceProperty* property);
+
+    /// A click on the title is a click on the box.
+    void touch() override;
+
+protected:
+    void showProperty(const QVariant& value, const QVariant& range) override;
+
+private:
+    QCheckBox* m_box; // child
+};

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+#include <PCdGui/PValueSender.h>
+
+#include <PCd/PDevice.h>
+#include <PCd/PDeviceProperty.h>
+
+#include <utility>
+
+PValueSender::PValueSender(PDeviceProperty* property, AfterSet afterSet)
+    : m_property(property)
+    , m_afterSet(afterSet) {
+    m_turn.setSingleShot(true);
+    connect(&m_turn, &QTimer::timeout, this, &PValueSender::flush);
+}
+
+PValueSender::~PValueSender() = default;
+
+void PValueSender::post(const QVariant& value) {
+    m_value = value;
+    m_turn.start(0);
+}
+
+void PValueSender::drop() {
+    m_turn.stop();
+    m_value.clear();
+}
+
+void PValueSender::flush() {
+    m_turn.stop();
+    const QVariant value = std::exchange(m_value, QVariant());
+    if (!m_property || !value.isValid())
+        return;
+    const PDevice* const device = m_property->device();
+    if (device != nullptr && device->isGone())
+        return;
+    // Whoever hears of the new value may delete the property, or the editor and so this object.
+    const QPointer<PValueSender> self(this);
+    if (value != m_property->valueInner()) {
+        m_property->setValue(value);
+        if (self && m_property && m_afterSet == AfterSet::AskAgain)
+            m_property->updateValueFromDevice();
+    }
+    if (self)
+        emit settled();
+}

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCd/PDeviceProperty.h>
+
+#include <QObject>
+#include <QPointer>
+#include <QTimer>
+#include <QVariant>
+
+/// The way from an editor to its property. Of the values posted during one turn of the event loop
+/// only the last is set, so that a slider does not flood a camera; that last one always is, unless
+/// the property has it already. The GUI thread.
+class PValueSender : public QObject {
+    Q_OBJECT
+
+public:
+    /// Whether the device must be asked after a set, because its answer to the set tells nothing.
+    enum class AfterSet { Trust, AskAgain };
+
+    PValueSender(PDeviceProperty* property, AfterSet afterSet);
+    ~PValueSender() override;
+
+    /// Sets the value in the next turn, unless another one is posted before.
+    void post(const QVariant& value);
+    /// True from post() until the value has been set.
+    bool isWaiting() const { return m_value.isValid(); }
+    /// Sets what waits now.
+    void flush();
+    /// Forgets what waits.
+    void drop();
+
+signals:
+    /// What was posted has been set, or the property had it already: the property tells the truth.
+    void settled();
+
+private:
+    QPointer<PDeviceProperty> m_property;
+    AfterSet m_afterSet;
+    QVariant m_value;
+    QTimer m_turn;
+};

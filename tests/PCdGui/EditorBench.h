@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCdGui/PCdGui.h>
+#include <PCdGui/PPropertyEditor.h>
+#include <PCdGui/TypedProperties.h>
+
+#include <PCd/FakeDevice.h>
+#include <PGui/WidgetHands.h>
+
+#include <QSignalSpy>
+#include <QVBoxLayout>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+/// A property of a fake device with its editor in a window, and somewhere else to put the focus.
+template <typename Property>
+class EditorBench : public testing::Test {
+protected:
+    template <typename... Arguments>
+    explicit EditorBench(Arguments&&... arguments)
+        : device(std::make_unique<FakeDevice>())
+        , property(new Property(std::forward<Arguments>(arguments)...)) {
+        device->makeProperties = [this] { return QList<PDeviceProperty*>{property}; };
+        device->supportProperties();
+    }
+
+    /// To be called when the property is as the test wants it.
+    void open() {
+        editor = qobject_cast<PPropertyEditor*>(PCdGui::createEditor(property));
+        ASSERT_NE(editor, nullptr);
+        auto* const layout = new QVBoxLayout(&window);
+        layout->addWidget(editor);
+        layout->addWidget(elsewhere);
+        window.setLocale(QLocale::c());
+        ASSERT_TRUE(showActive(&window));
+    }
+
+    template <typename Part>
+    Part* part() const {
+        return editor->findChild<Part*>();
+    }
+
+    /// Runs what has been put off to the next turn of the event loop.
+    static void turn() { QCoreApplication::processEvents(); }
+
+    /// The device itself changes what it has, and says so.
+    template <typename T>
+    void deviceBecomes(const T& value) {
+        property->inDevice = value;
+        property->updateValueFromDevice();
+    }
+
+    std::unique_ptr<FakeDevice> device;
+    Property* property; // the device's
+    QWidget window;
+    PPropertyEditor* editor = nullptr; // the window's
+    QLineEdit* elsewhere = new QLineEdit(&window);
+};

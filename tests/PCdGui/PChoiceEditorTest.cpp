@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+#include <PCdGui/EditorBench.h>
+
+#include <support/QtPrinters.h>
+
+#include <QAbstractItemView>
+#include <QComboBox>
+
+namespace {
+
+class PChoiceEditorTest : public EditorBench<FakeChoice> {
+protected:
+    PChoiceEditorTest()
+        : EditorBench(
+              "rotate", QStringLiteral("Rotate"),
+              QStringList{QStringLiteral("0°"), QStringLiteral("90°"), QStringLiteral("180°")}) {}
+
+    QComboBox* box() const { return part<QComboBox>(); }
+    static QUuid idOf(int place) { return FakeChoice::idOf(place); }
+};
+
+using Sets = QList<QUuid>;
+
+} // namespace
+
+TEST_F(PChoiceEditorTest, shows_the_choices_and_what_the_property_has) {
+    open();
+    EXPECT_EQ(box()->count(), 3);
+    EXPECT_EQ(box()->currentText(), QStringLiteral("0°"));
+    EXPECT_TRUE(property->sets.isEmpty());
+}
+
+TEST_F(PChoiceEditorTest, sets_what_is_chosen_with_the_keyboard) {
+    open();
+    editor->setFocus();
+    QTest::keyClick(box(), Qt::Key_Down);
+    turn();
+    QTest::keyClick(box(), Qt::Key_End);
+    turn();
+    EXPECT_EQ(property->sets, Sets({idOf(1), idOf(2)}));
+}
+
+TEST_F(PChoiceEditorTest, sets_what_is_clicked_in_the_list) {
+    open();
+    box()->showPopup();
+    QAbstractItemView* const list = box()->view();
+    const QRect item = list->visualRect(box()->model()->index(2, 0));
+    QTest::mouseMove(list->viewport(), item.center());
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, item.center());
+    turn();
+    EXPECT_EQ(property->sets, Sets({idOf(2)}));
+}
+
+TEST_F(PChoiceEditorTest, follows_the_device_and_sends_nothing_back) {
+    open();
+    deviceBecomes(idOf(2));
+    turn();
+    EXPECT_EQ(box()->currentText(), QStringLiteral("180°"));
+    EXPECT_TRUE(property->sets.isEmpty());
+}
+
+TEST_F(PChoiceEditorTest, follows_the_choices_and_sends_nothing) {
+    open();
+    deviceBecomes(idOf(1));
+    property->rangeInDevice.addItem(idOf(3), QStringLiteral("270"), QString(), "270");
+    property->updateValueFromDevice();
+    turn();
+    EXPECT_EQ(box()->count(), 4);
+    EXPECT_EQ(box()->itemText(3), QStringLiteral("270")) << "the name, where there is no title";
+    EXPECT_EQ(box()->currentText(), QStringLiteral("90°"));
+    EXPECT_TRUE(property->sets.isEmpty());
+}
+
+TEST_F(PChoiceEditorTest, shows_a_refused_choice_as_it_is) {
+    property->refuses = true;
+    open();
+    QTest::keyClick(box(), Qt::Key_Down);
+    turn();
+    EXPECT_EQ(property->sets, Sets({idOf(1)}));
+    EXPECT_EQ(box()->currentText(), QStringLiteral("0°"));
+}
+
+TEST_F(PChoiceEditorTest, shows_no_choice_where_the_device_has_another) {
+    open();
+    deviceBecomes(idOf(9));
+    EXPECT_EQ(box()->currentIndex(), -1);
+    EXPECT_TRUE(property->sets.isEmpty());
+}

@@ -1,0 +1,148 @@
+// SPDX-License-Identifier: MIT
+#include <PCdGui/PDevicePanel.h>
+
+#include <PCdGui/CatalogueDevice.h>
+#include <PCdGui/PCdGui.h>
+#include <PCdGui/PPropertyEditor.h>
+#include <PCdGui/PPropertyGroupPanel.h>
+#include <PCdGui/PPropertyLabel.h>
+
+#include <PGui/PDoubleRangeWidget.h>
+#include <PGui/WidgetHands.h>
+#include <support/QtPrinters.h>
+
+#include <QComboBox>
+#include <QScrollBar>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class PDevicePanelTest : public testing::Test {
+protected:
+    PDevicePanelTest() {
+        PCdGui::install();
+        widget.reset(device->createPropertiesWidget(nullptr));
+        widget->resize(420, 300);
+        EXPECT_TRUE(showActive(widget.get()));
+    }
+
+    PDevicePanel* panel() const { return qobject_cast<PDevicePanel*>(widget.get()); }
+
+    QStringList shownGroups() const {
+        QStringList titles;
+        for (const QGroupBox* group : panel()->findChildren<PPropertyGroupPanel*>()) {
+            if (group->isVisible())
+                titles.append(group->title());
+        }
+        return titles;
+    }
+
+    bool isNoticeShown(const QString& text) const {
+        for (const QLabel* label : panel()->findChildren<QLabel*>()) {
+            if (label->text() == text)
+                return label->isVisible();
+        }
+        ADD_FAILURE() << "no such notice";
+        return false;
+    }
+
+    template <typename... Titles>
+    static QStringList list(Titles... titles) {
+        return {QString::fromLatin1(titles)...};
+    }
+
+    std::unique_ptr<CatalogueDevice> device = std::make_unique<CatalogueDevice>();
+    std::unique_ptr<QWidget> widget;
+};
+
+} // namespace
+
+TEST_F(PDevicePanelTest, is_what_the_device_makes_inside_the_parent) {
+    ASSERT_NE(panel(), nullptr);
+    QWidget parent;
+    EXPECT_EQ(device->createPropertiesWidget(&parent)->parent(), &parent);
+}
+
+TEST_F(PDevicePanelTest, has_the_groups_with_members_in_order_then_the_rest) {
+    EXPECT_EQ(shownGroups(),
+              list("White balance", "Color", "Binning", "Frame", "Speed", "Cooling", "Other"));
+}
+
+TEST_F(PDevicePanelTest, shows_every_property_once) {
+    const qsizetype own = 2; // panels of their own
+    EXPECT_EQ(panel()->findChildren<PPropertyEditor*>().size() + own,
+              device->supportProperties().size());
+}
+
+TEST_F(PDevicePanelTest, aligns_the_titles_of_all_groups) {
+    QSet<int> widths;
+    for (const QLabel* title : panel()->findChildren<PPropertyLabel*>())
+        widths.insert(title->width());
+    EXPECT_EQ(widths.size(), 1);
+}
+
+TEST_F(PDevicePanelTest, hides_rows_and_groups_that_a_filter_does_not_match) {
+    panel()->setFilter(QStringLiteral("flip"));
+    EXPECT_EQ(shownGroups(), list("Frame"));
+    panel()->setFilter(QString());
+    EXPECT_EQ(shownGroups().size(), 7);
+}
+
+TEST_F(PDevicePanelTest, says_so_where_nothing_matches) {
+    EXPECT_FALSE(isNoticeShown(QStringLiteral("No setting matches.")));
+    panel()->setFilter(QStringLiteral("nothing has this"));
+    EXPECT_TRUE(isNoticeShown(QStringLiteral("No setting matches.")));
+    EXPECT_EQ(shownGroups(), QStringList());
+}
+
+TEST_F(PDevicePanelTest, is_disabled_with_the_device_panels_of_their_own_included) {
+    device->link();
+    device->unlink();
+    for (const QWidget* control : panel()->findChildren<PRangeWidgetBase*>())
+        EXPECT_FALSE(control->isEnabled());
+    EXPECT_TRUE(isNoticeShown(QStringLiteral("The device is not connected.")));
+    EXPECT_TRUE(panel()->verticalScrollBar()->isEnabled()) << "it can still be read";
+}
+
+TEST_F(PDevicePanelTest, outlives_the_device) {
+    device.reset();
+    panel()->setFilter(QStringLiteral("gain"));
+    EXPECT_EQ(shownGroups(), list("Other"));
+    EXPECT_TRUE(isNoticeShown(QStringLiteral("The device is not connected.")));
+}
+
+TEST_F(PDevicePanelTest, scrolls_by_the_wheel_over_a_control_without_the_focus) {
+
+    for (QWidget* control : std::initializer_list<QWidget*>{panel()->findChild<PNumberField*>(),
+                                                            panel()->findChild<PRangeSlider*>(),
+                                                            panel()->findChild<QComboBox*>()}) {
+        panel()->verticalScrollBar()->setValue(0);
+        if (QWidget* const focused = QApplication::focusWidget())
+            focused->clearFocus();
+        turnWheel(control, -1);
+        EXPECT_GT(panel()->verticalScrollBar()->value(), 0) << control->metaObject()->className();
+        EXPECT_FALSE(control->hasFocus());
+    }
+    auto* const tint = static_cast<FakeNumber*>(device->getProperty("tint"));
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(tint->sets.isEmpty());
+}
+
+TEST_F(PDevicePanelTest, turns_the_wheel_for_a_control_with_the_focus_and_for_its_slider) {
+    auto* const tint = static_cast<FakeNumber*>(device->getProperty("tint"));
+    auto* const field = panel()->findChild<PNumberField*>();
+    field->setFocus();
+    turnWheel(field, 1);
+    QCoreApplication::processEvents();
+    turnWheel(panel()->findChild<PRangeSlider*>(), 1);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(tint->sets, QList<int>({1001, 1002}));
+    EXPECT_EQ(panel()->verticalScrollBar()->value(), 0);
+}
+
+TEST_F(PDevicePanelTest, is_wide_enough_for_its_widest_row) {
+    EXPECT_GE(panel()->minimumSizeHint().width(),
+              panel()->widget()->minimumSizeHint().width() +
+                  panel()->verticalScrollBar()->sizeHint().width());
+}

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+#include <PCdGui/EditorBench.h>
+
+#include <QCheckBox>
+
+namespace {
+
+class PSwitchEditorTest : public EditorBench<FakeSwitch> {
+protected:
+    PSwitchEditorTest()
+        : EditorBench("negative") {}
+
+    QCheckBox* box() const { return part<QCheckBox>(); }
+};
+
+using Sets = QList<bool>;
+
+} // namespace
+
+TEST_F(PSwitchEditorTest, shows_what_the_property_has) {
+    property->inDevice = true;
+    property->updateValueFromDevice();
+    open();
+    EXPECT_TRUE(box()->isChecked());
+    EXPECT_TRUE(property->sets.isEmpty());
+}
+
+TEST_F(PSwitchEditorTest, sets_once_a_click) {
+    open();
+    box()->click();
+    turn();
+    EXPECT_EQ(property->sets, Sets({true}));
+    box()->click();
+    turn();
+    EXPECT_EQ(property->sets, Sets({true, false}));
+}
+
+TEST_F(PSwitchEditorTest, works_with_the_space_key) {
+    open();
+    editor->setFocus();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+    turn();
+    EXPECT_EQ(property->sets, Sets({true}));
+}
+
+TEST_F(PSwitchEditorTest, follows_the_device_and_sends_nothing_back) {
+    open();
+    deviceBecomes(true);
+    turn();
+    EXPECT_TRUE(box()->isChecked());
+    EXPECT_TRUE(property->sets.isEmpty());
+}
+
+TEST_F(PSwitchEditorTest, shows_a_refused_switch_as_it_is) {
+    property->refuses = true;
+    open();
+    box()->click();
+    turn();
+    EXPECT_EQ(property->sets, Sets({true}));
+    EXPECT_FALSE(box()->isChecked());
+}
+
+TEST_F(PSwitchEditorTest, is_switched_by_a_touch_of_its_title) {
+    open();
+    editor->touch();
+    turn();
+    EXPECT_EQ(property->sets, Sets({true}));
+}

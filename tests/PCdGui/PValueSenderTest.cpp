@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+#include <PCdGui/PValueSender.h>
+
+#include <PCd/FakeProperty.h>
+
+#include <QCoreApplication>
+#include <QSignalSpy>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class PValueSenderTest : public testing::Test {
+protected:
+    PValueSenderTest() { property.updateValueFromDevice(); }
+
+    qsizetype sets() const { return property.calls.count(QStringLiteral("set")); }
+    static void turn() { QCoreApplication::processEvents(); }
+
+    FakeProperty property{"gain", 5};
+    PValueSender sender{&property, PValueSender::AfterSet::Trust};
+    QSignalSpy settled{&sender, &PValueSender::settled};
+};
+
+} // namespace
+
+TEST_F(PValueSenderTest, sets_the_last_value_of_a_turn) {
+    for (int value = 10; value < 20; ++value)
+        sender.post(value);
+    EXPECT_TRUE(sender.isWaiting());
+    EXPECT_EQ(sets(), 0);
+    turn();
+    EXPECT_EQ(sets(), 1);
+    EXPECT_EQ(property.inDevice, 19);
+    EXPECT_FALSE(sender.isWaiting());
+    EXPECT_EQ(settled.size(), 1);
+}
+
+TEST_F(PValueSenderTest, sets_nothing_that_the_property_has_but_says_it_is_settled) {
+    sender.post(5);
+    turn();
+    EXPECT_EQ(sets(), 0);
+    EXPECT_EQ(settled.size(), 1);
+}
+
+TEST_F(PValueSenderTest, sets_at_once_when_flushed_and_not_again) {
+    sender.post(7);
+    sender.flush();
+    EXPECT_EQ(sets(), 1);
+    turn();
+    EXPECT_EQ(sets(), 1);
+}
+
+TEST_F(PValueSenderTest, sets_nothing_that_was_dropped) {
+    sender.post(7);
+    sender.drop();
+    turn();
+    EXPECT_EQ(sets(), 0);
+    EXPECT_EQ(settled.size(), 0);
+}
+
+TEST_F(PValueSenderTest, asks_the_device_again_where_its_answer_is_not_trusted) {
+    PValueSender doubting(&property, PValueSender::AfterSet::AskAgain);
+    property.becomes = 6;
+    doubting.post(7);
+    turn();
+    EXPECT_EQ(property.valueInner(), QVariant(6));
+}
+
+TEST_F(PValueSenderTest, sends_what_is_posted_while_it_sets) {
+    QObject::connect(&property, &PDeviceProperty::valueChanged, &sender, [this](const QVariant& v) {
+        if (v == 7)
+            sender.post(8);
+    });
+    sender.post(7);
+    turn();
+    turn();
+    EXPECT_EQ(property.inDevice, 8);
+    EXPECT_EQ(sets(), 2);
+}
+
+TEST(PValueSender, outlives_its_property) {
+    auto property = std::make_unique<FakeProperty>("gain");
+    PValueSender sender(property.get(), PValueSender::AfterSet::Trust);
+    sender.post(7);
+    property.reset();
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(sender.isWaiting());
+}

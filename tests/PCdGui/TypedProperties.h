@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCd/PDevicePropertyAction.h>
+#include <PCd/PDevicePropertyBool.h>
+#include <PCd/PDevicePropertyEnum.h>
+#include <PCd/PDevicePropertyInt.h>
+#include <PCd/PDevicePropertyScanArea.h>
+
+#include <functional>
+
+/// What the fake properties have in common: a variable for the device, and notes of what is set.
+template <typename T>
+struct FakeSetting {
+    explicit FakeSetting(T value)
+        : inDevice(std::move(value)) {}
+
+    bool take(const T& value) {
+        sets.append(value);
+        if (!refuses)
+            inDevice = value;
+        return !refuses;
+    }
+
+    T inDevice;
+    bool refuses = false;
+    QList<T> sets;
+};
+
+class FakeSwitch : public PDevicePropertyBool, public FakeSetting<bool> {
+public:
+    explicit FakeSwitch(const QByteArray& id, const QString& title = QStringLiteral("Negative"))
+        : PDevicePropertyBool(id, title, PCD::DevicePropertyType::Switch)
+        , FakeSetting(false) {}
+
+    bool trySetValueToDevice(bool value) override { return take(value); }
+    bool tryGetValueFromDevice() override { return inDevice; }
+};
+
+class FakeNumber : public PDevicePropertyInt, public FakeSetting<int> {
+public:
+    FakeNumber(const QByteArray& id, const QString& title, PMinMaxRange<int> range, int value)
+        : PDevicePropertyInt(id, title, PCD::DevicePropertyType::Integer)
+        , FakeSetting(value)
+        , rangeInDevice(range) {}
+
+    bool trySetValueToDevice(int value) override { return take(value); }
+    int tryGetValueFromDevice() override { return inDevice; }
+    PMinMaxRange<int> tryGetRangeFromDevice() override { return rangeInDevice; }
+
+    PMinMaxRange<int> rangeInDevice;
+};
+
+class FakeChoice : public PDevicePropertyEnum, public FakeSetting<QUuid> {
+public:
+    FakeChoice(const QByteArray& id, const QString& title, const QStringList& titles)
+        : PDevicePropertyEnum(id, title, PCD::DevicePropertyType::Choice)
+        , FakeSetting(idOf(0)) {
+        for (int i = 0; i < titles.size(); ++i)
+            rangeInDevice.addItem(idOf(i), titles.at(i), titles.at(i), QByteArray::number(i));
+    }
+
+    /// The id of an item by its place, counted from 0; the first is the null id.
+    static QUuid idOf(int place) { return QUuid(0, 0, 0, 0, 0, 0, 0, 0, 0, 0, uchar(place)); }
+
+    bool trySetValueToDevice(QUuid value) override { return take(value); }
+    QUuid tryGetValueFromDevice() override { return inDevice; }
+    PEnumeration tryGetRangeFromDevice() override { return rangeInDevice; }
+
+    PEnumeration rangeInDevice;
+};
+
+class FakeAction : public PDevicePropertyAction {
+public:
+    FakeAction(const QByteArray& id, const QString& title)
+        : PDevicePropertyAction(id, title, PCD::DevicePropertyType::Action) {}
+
+    bool trySetValueToDevice() override {
+        ++runs;
+        return true;
+    }
+
+    int runs = 0;
+};
+
+/// A region; like some cameras' adapters it answers true where the device refused, and the other
+/// way round.
+class FakeRegion : public PDevicePropertyScanArea, public FakeSetting<QRect> {
+public:
+    explicit FakeRegion(const QByteArray& id, const QString& title = QStringLiteral("ROI"))
+        : PDevicePropertyScanArea(id, title, PCD::DevicePropertyType::ScanArea)
+        , FakeSetting(QRect(0, 0, 1920, 1080))
+        , rangeInDevice{QRect(0, 0, 1920, 1080), 4, 4, 4, 4, 0} {}
+
+    bool trySetValueToDevice(QRect value) override { return !take(value); }
+    QRect tryGetValueFromDevice() override { return inDevice; }
+    PScanAreaRange tryGetRangeFromDevice() override { return rangeInDevice; }
+
+    PScanAreaRange rangeInDevice;
+};
+
+/// A property that brings a panel of its own.
+class FakeComposite : public FakeSwitch {
+public:
+    FakeComposite(const QByteArray& id, std::function<QWidget*()> makePanel)
+        : FakeSwitch(id, QString())
+        , m_makePanel(std::move(makePanel)) {
+        setType(PCD::DevicePropertyType::Custom);
+    }
+
+    QWidget* createWidget() override { return m_makePanel(); }
+
+private:
+    std::function<QWidget*()> m_makePanel;
+};
