@@ -6,6 +6,7 @@
 #include <PCd/PDevicePropertyGroup.h>
 #include <PCd/PFrameRoad.h>
 #include <PCd/PMetaTypes.h>
+#include <PCd/PPropertyStreamForm.h>
 #include <PCd/PWidgetFactory.h>
 
 #include <PDip/PBufferPool.h>
@@ -254,7 +255,9 @@ void PDevice::updateSettings() {
     auto settings = std::make_shared<PDeviceSettings>();
     settings->mode = m_mode;
     for (const PDeviceProperty* property : std::as_const(m_properties))
-        settings->values.append({property->id(), property->valueInner()});
+        settings->values.append(
+            {property->id(),
+             PPropertyStreamForm::named(property->valueInner(), property->rangeInner())});
     m_frames->setSettings(std::move(settings));
 }
 

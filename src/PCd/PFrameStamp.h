@@ -16,7 +16,8 @@
 /// The settings a device had at one moment, as the host knows them. Immutable once shared.
 struct PDeviceSettings {
     PDeviceMode mode;
-    /// Property id and value, in the order of the device's list.
+    /// Property id and value, in the order of the device's list; a choice by its item's name, which
+    /// says what it was where the range is no longer known.
     QList<std::pair<QByteArray, QVariant>> values;
 };
 

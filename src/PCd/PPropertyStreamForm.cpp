@@ -59,6 +59,10 @@ QVariant valueOfBytes(const QByteArray& bytes, QVariant value) {
 
 } // namespace
 
+QVariant PPropertyStreamForm::named(const QVariant& value, const QVariant& range) {
+    return isChoice(range) ? nameOfChoice(value, range.value<PEnumeration>()) : value;
+}
+
 QVariant PPropertyStreamForm::toForm(const QVariant& value, const QVariant& range) {
     // As an id it would be null, which is the first choice's.
     if (!value.isValid())
