@@ -65,8 +65,10 @@ void PDeviceProperty::updateValueFromDevice(bool force) {
     const QVariant range = tryGetRange();
     const bool rangeDiffers = range != m_range;
     m_range = range;
+    // Kept from before: a composite property may store what it reads while it reads.
+    const QVariant known = m_value;
     const QVariant value = tryGetValue();
-    const bool valueDiffers = value != m_value;
+    const bool valueDiffers = value != known;
     m_value = value;
     if (rangeDiffers || force)
         emit rangeChanged(m_range);

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "PTDevice.h"
 
+#include "ExtendedExposureData.h"
+#include "FANDATA.h"
 #include "PTLiveDevices.h"
 #include "PTLog.h"
 #include "PTStreamThread.h"
+#include "TECDATA.h"
 
 #include <QScopeGuard>
 
@@ -85,6 +88,9 @@ PTDevice::PTDevice(ToupcamDeviceV2 record)
     setProcessImage(true);
     setDeviceOption(PCD::DeviceOption::HotPluggable, true);
     setDeviceOption(PCD::DeviceOption::AsynchronousStill, true);
+    qRegisterMetaType<TECDATA>("TECDATA");
+    qRegisterMetaType<FANDATA>("FANDATA");
+    qRegisterMetaType<ExtendedExposureData>("ExtendedExposureData");
     applyFixedSettings();
     PTLiveDevices::add(this);
     closeAgain.dismiss();

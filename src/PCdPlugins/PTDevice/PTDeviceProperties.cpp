@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: MIT
 // What the camera offers: its properties, in their order, and the groups that show them.
 #include "PTDevice.h"
+#include "PTExtendedExposure.h"
+#include "PTFanDevice.h"
+#include "PTPropBacklight.h"
 #include "PTPropProcessMode.h"
 #include "PTPropRoi.h"
 #include "PTProps.h"
+#include "PTTECProperty.h"
 
 #include <PCd/PDevicePropertyGroup.h>
 
@@ -74,13 +78,18 @@ PDeviceProperty* speedLevel(Toupcam_t* handle, const QString& title, const QStri
 } // namespace
 
 QList<PDeviceProperty*> PTDevice::getSupportProperties() {
-    Properties all;
+    Properties all{new PTExtendedExposure(m_handle, "extexposure", QString())};
     all += exposureProperties();
     all += whiteBalanceProperties();
     all += pictureProperties();
     all.append(speedLevel(m_handle, tr("Speed"),
                           tr("If the live video is not displayed, reduce the speed.")));
     all.append(roiProperty());
+    if (modelFlags & TOUPCAM_FLAG_TEC_ONOFF)
+        all.append(new PTECProperty(m_handle, "teccontrol", QString()));
+    if (modelFlags & TOUPCAM_FLAG_FAN)
+        all.append(new PTFanProperty(m_handle, "fan", QString()));
+    all.append(new PTBacklightProperty(m_handle, "backlight", QString()));
     all += createProcessModeProperties(this, m_handle);
     return all;
 }

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QDataStream>
+#include <QMetaType>
+
+/// How a frame is exposed: automatically or by hand, as free-running video or on a trigger. The
+/// value of "extexposure". A value; any thread.
+struct ExtendedExposureData {
+    Q_GADGET
+    Q_PROPERTY(quint16 target MEMBER target)
+    Q_PROPERTY(quint16 gain MEMBER gain)
+    Q_PROPERTY(double exp MEMBER exp)
+    Q_PROPERTY(bool autoexpenabled MEMBER autoexpenabled)
+    Q_PROPERTY(qint32 minutes MEMBER minutes)
+    Q_PROPERTY(qint32 seconds MEMBER seconds)
+    Q_PROPERTY(qint32 milliseconds MEMBER milliseconds)
+    Q_PROPERTY(qint32 microseconds MEMBER microseconds)
+    Q_PROPERTY(qint32 spincount MEMBER spincount)
+    Q_PROPERTY(qint32 triggermode MEMBER triggermode)
+    Q_PROPERTY(qint32 capturemode MEMBER capturemode)
+
+public:
+    enum TriggerMode { SoftwareTrigger = 0, ExternalTrigger = 1 };
+    enum CaptureMode { Video = 0, Trigger = 1 };
+
+    quint16 target = 100;       ///< brightness that auto-exposure goes for
+    quint16 gain = 120;         ///< analogue gain, per cent
+    double exp = 1.0;           ///< exposure time by hand, milliseconds
+    bool autoexpenabled = true; ///< automatic exposure
+    qint32 minutes = 0;         ///< parts of the exposure time of a triggered frame
+    qint32 seconds = 5;
+    qint32 milliseconds = 0;
+    qint32 microseconds = 0;
+    qint32 spincount = 1; ///< frames of a triggered sequence
+    qint32 triggermode = SoftwareTrigger;
+    qint32 capturemode = Video;
+
+    friend bool operator==(const ExtendedExposureData& a, const ExtendedExposureData& b);
+    friend bool operator!=(const ExtendedExposureData& a, const ExtendedExposureData& b) {
+        return !(a == b);
+    }
+};
+
+/// Stream form, 33 bytes: target and gain as qint16, exp as double, autoexpenabled as qint8, then
+/// minutes, seconds, milliseconds, microseconds and spincount as qint32. The modes are no part of
+/// it: reading leaves them as they are. A stream that ends early leaves its status set.
+QDataStream& operator<<(QDataStream& out, const ExtendedExposureData& data);
+QDataStream& operator>>(QDataStream& in, ExtendedExposureData& data);
+
+Q_DECLARE_METATYPE(ExtendedExposureData)

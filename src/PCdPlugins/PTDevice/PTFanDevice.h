@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "FANDATA.h"
+
+#include <PCd/PDevicePropertyT.h>
+
+#include <toupcam/toupcam.h>
+
+/// The cooling fan: switch and speed, with a panel. The handle is borrowed. The device's thread.
+class PTFanProperty : public PDevicePropertyT<FANDATA> {
+    Q_OBJECT
+
+public:
+    PTFanProperty(Toupcam_t* handle, const QByteArray& id, const QString& title);
+
+    QWidget* createWidget() override;
+    QVariant tryGetRange() override { return QVariant(); }
+    /// Sends the speed, or 0 for a fan that is off. Always true: what the camera refuses is logged.
+    bool trySetValueToDevice(FANDATA d) override;
+    /// The speed as the camera has it; on from speed 1 on; {-1, 0} if it does not tell.
+    FANDATA tryGetValueFromDevice() override;
+    /// A variant that holds and makes no FANDATA gives {-1, 0}.
+    FANDATA convertToT(QVariant value) const override;
+    QVariant convertFromT(FANDATA value) const override;
+    /// Does nothing: the panel asks the camera for the highest speed.
+    virtual void trySetRange(QVariant range);
+
+private:
+    bool m_updating = false; ///< the panel follows the property: its signals are no wishes
+    Toupcam_t* m_h;
+};

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+#include "PTPropBacklight.h"
+
+#include "PTDevice.h"
+#include "ui_PTBacklight.h"
+
+#include <QPointer>
+
+namespace {
+
+enum Frequency { Hz60 = 0, Hz50 = 1, DirectCurrent = 2 };
+
+} // namespace
+
+PTBacklightProperty::PTBacklightProperty(Toupcam_t* handle, const QByteArray& id,
+                                         const QString& title)
+    : PDevicePropertyInt(id, title, PCD::DevicePropertyType::Custom)
+    , m_handle(handle) {
+}
+
+bool PTBacklightProperty::trySetValueToDevice(int value) {
+    return checkError(Toupcam_put_HZ(m_handle, value));
+}
+
+int PTBacklightProperty::tryGetValueFromDevice() {
+    int value = 0;
+    Toupcam_get_HZ(m_handle, &value);
+    return value;
+}
+
+PMinMaxRange<int> PTBacklightProperty::tryGetRangeFromDevice() {
+    return {0, 0, 0};
+}
+
+QWidget* PTBacklightProperty::createWidget() {
+    auto* const widget = new QWidget;
+    auto* const ui = new Ui::PTBacklight;
+    ui->setupUi(widget);
+    const QPointer<QWidget> present(widget);
+    connect(
+        widget, &QObject::destroyed, widget, [ui] { delete ui; }, Qt::DirectConnection);
+
+    // The captions of the two frequencies are crossed on purpose: it is the code that counts, and
+    // users know the button that stills their lamp.
+    const auto show = [ui](int value) {
+        ui->dc->setChecked(value == DirectCurrent);
+        ui->hz50->setChecked(value == Hz50);
+        ui->hz60->setChecked(value == Hz60);
+    };
+    show(convertToT(valueInner()));
+    const auto setWhenOn = [this](QRadioButton* button, int value) {
+        connect(
+            button, &QRadioButton::toggled, this,
+            [this, value](bool on) {
+                if (on)
+                    setValue(convertFromT(value));
+            },
+            Qt::DirectConnection);
+    };
+    setWhenOn(ui->dc, DirectCurrent);
+    setWhenOn(ui->hz50, Hz50);
+    setWhenOn(ui->hz60, Hz60);
+    connect(
+        this, qOverload<int>(&PDevicePropertyInt::valueChanged), this,
+        [present, show](int value) {
+            if (present)
+                show(value);
+        },
+        Qt::DirectConnection);
+    return widget;
+}

@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: MIT
+#include "PTTECProperty.h"
+
+#include "PTDevice.h"
+#include "ui_PTTecControl.h"
+
+#include <QPointer>
+#include <QTimer>
+
+#include <chrono>
+#include <memory>
+
+namespace {
+
+constexpr std::chrono::milliseconds refreshInterval(100);
+
+using Panel = std::shared_ptr<Ui::PTTecControl>;
+
+/// A number of tenths as people read it.
+QString tenths(int value) {
+    return QString::number(value / 10.0, 'g', 3);
+}
+
+void refresh(Toupcam_t* handle, const Panel& ui) {
+    short temperature = 0;
+    int voltage = 0;
+    int highest = 0;
+    Toupcam_get_Temperature(handle, &temperature);
+    Toupcam_get_Option(handle, TOUPCAM_OPTION_TEC_VOLTAGE, &voltage);
+    Toupcam_get_Option(handle, TOUPCAM_OPTION_TEC_VOLTAGE_MAX, &highest);
+    ui->tecVoltage->setText(
+        PTECProperty::tr("%1/%2 (current/max)").arg(tenths(voltage), tenths(highest)));
+    ui->temp->setText(tenths(temperature));
+}
+
+} // namespace
+
+PTECProperty::PTECProperty(Toupcam_t* handle, const QByteArray& id, const QString& title)
+    : PDevicePropertyT(id, title, PCD::DevicePropertyType::Custom)
+    , m_h(handle) {
+}
+
+bool PTECProperty::trySetValueToDevice(TECDATA d) {
+    Toupcam_put_Option(m_h, TOUPCAM_OPTION_TEC, d.on);
+    return checkError(Toupcam_put_Temperature(m_h, d.target));
+}
+
+TECDATA PTECProperty::tryGetValueFromDevice() {
+    TECDATA d = value();
+    Toupcam_get_Option(m_h, TOUPCAM_OPTION_TEC, &d.on);
+    return d;
+}
+
+TECDATA PTECProperty::convertToT(QVariant value) const {
+    return value.value<TECDATA>();
+}
+
+QVariant PTECProperty::convertFromT(TECDATA value) const {
+    return QVariant::fromValue(value);
+}
+
+void PTECProperty::trySetRange(QVariant) {
+}
+
+QWidget* PTECProperty::createWidget() {
+    auto* const widget = new QWidget;
+    auto* const timer = new QTimer(widget);
+    const Panel ui = std::make_shared<Ui::PTTecControl>(); // the connections keep it
+    ui->setupUi(widget);
+    const QPointer<QWidget> present(widget);
+    const QPointer<QTimer> ticking(timer);
+    if (PDevice* const owner = device()) {
+        connect(owner, &PDevice::unlinked, this, [ticking] {
+            if (ticking)
+                ticking->stop();
+        });
+    }
+
+    // The camera may have been opened anew since these were set: a panel shows what holds.
+    const TECDATA now = value();
+    Toupcam_put_Option(m_h, TOUPCAM_OPTION_TEC, now.on);
+    Toupcam_put_Temperature(m_h, now.target);
+
+    ui->checkBox->setChecked(now.on != 0);
+    ui->widget->setRange({-30.0, 30.0, 0.1});
+    ui->widget->setValue(now.target / 10.0);
+
+    connect(ui->checkBox, &QCheckBox::toggled, this, [this, ui](bool on) {
+        Toupcam_put_Option(m_h, TOUPCAM_OPTION_TEC, on ? 1 : 0);
+        setValue(convertFromT({on ? 1 : 0, value().target}));
+    });
+    connect(ui->widget, &PDoubleRangeWidget::valueChanged, this, [this, ui](double degrees) {
+        const double wanted = degrees * 10;
+        // The property's own echo, which comes back with the last digit rounded.
+        if (qFuzzyCompare(double(value().target), wanted))
+            return;
+        setValue(convertFromT({value().on, qint16(wanted)}));
+    });
+    connect(this, &PDeviceProperty::valueChanged, this,
+            [this, ui, present](const QVariant& changed) {
+                if (!present)
+                    return;
+                const TECDATA d = convertToT(changed);
+                ui->checkBox->setChecked(d.on != 0);
+                ui->widget->setValue(d.target / 10.0);
+            });
+    const QPointer<PTECProperty> self(this);
+    connect(timer, &QTimer::timeout, widget, [self, ui] {
+        if (self) // else its camera is closed
+            refresh(self->m_h, ui);
+    });
+    timer->start(refreshInterval);
+    return widget;
+}

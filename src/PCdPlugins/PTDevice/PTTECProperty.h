@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "TECDATA.h"
+
+#include <PCd/PDevicePropertyT.h>
+
+#include <toupcam/toupcam.h>
+
+/// The sensor's thermo-electric cooler: switch and target temperature, with a panel that also shows
+/// the temperature and the voltage now. The handle is borrowed. The device's thread.
+class PTECProperty : public PDevicePropertyT<TECDATA> {
+    Q_OBJECT
+
+public:
+    PTECProperty(Toupcam_t* handle, const QByteArray& id, const QString& title);
+
+    /// Sends the stored settings to the camera, and follows the camera until the device is
+    /// unlinked.
+    QWidget* createWidget() override;
+    QVariant tryGetRange() override { return QVariant(); }
+    /// Sends both. True if the camera took the temperature.
+    bool trySetValueToDevice(TECDATA d) override;
+    /// The stored value with the switch as the camera has it: the target is never read back.
+    TECDATA tryGetValueFromDevice() override;
+    /// A variant that holds and makes no TECDATA gives {0, 150}.
+    TECDATA convertToT(QVariant value) const override;
+    QVariant convertFromT(TECDATA value) const override;
+    /// Does nothing: there is no range.
+    virtual void trySetRange(QVariant range);
+
+private:
+    TECDATA value() const { return convertToT(valueInner()); }
+
+    Toupcam_t* m_h;
+};
