@@ -28,9 +28,14 @@ QVariant numbers(int minimum, int maximum) {
     return QVariant::fromValue(PMinMaxRange<int>{minimum, maximum, 1});
 }
 
+QVariant numbersWithoutAny() {
+    return QVariant::fromValue(PMinMaxRange<int>{0, 0, 0});
+}
+
 /// Of the camera below, which has no cooler and no fan.
 const std::vector<CatalogueRow>& catalogue() {
     static const std::vector<CatalogueRow> rows{
+        {"extexposure", "", Type::Custom, {}, {}},
         {"autoexponeable", "Autoexposure", Type::Switch, {}, true, false},
         {"autoexpotarget", "Autotarget", Type::Integer, numbers(10, 230), {}, false},
         {"autoexpottime", "Time", Type::Duration, numbers(50, 1'000'000), 120, false},
@@ -49,6 +54,7 @@ const std::vector<CatalogueRow>& catalogue() {
         {"hflip", "Horizontal flip", Type::Switch, {}, {}},
         {"speed", "Speed", Type::Integer, numbers(0, 3), 3},
         {"roi", "ROI", Type::ScanArea, {}, {}},
+        {"backlight", "", Type::Custom, numbersWithoutAny(), {}},
         {"colormatrix", "Color matrix", Type::Choice, {}, {}},
         {"wbgain", "WB Gain", Type::Choice, {}, {}},
         {"binning", "Binning", Type::Choice, {}, {}},
@@ -100,6 +106,50 @@ TEST_F(PTDeviceProperties, a_camera_without_cooler_and_fan_has_the_plain_catalog
     EXPECT_EQ(ids(), expected);
 }
 
+namespace {
+
+struct AccessoryRow {
+    const char* name;
+    const char* flags;
+    QStringList accessories; ///< between "roi" and "backlight"
+};
+
+class PTDeviceAccessories : public PTDeviceProperties,
+                            public testing::WithParamInterface<AccessoryRow> {};
+
+QStringList words(const char* text) {
+    return QString::fromLatin1(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+}
+
+} // namespace
+
+TEST_P(PTDeviceAccessories, are_offered_by_the_model_flags_behind_the_region) {
+    load(plainCamera().withFlags(GetParam().flags));
+    QStringList expected;
+    for (const CatalogueRow& row : catalogue()) {
+        expected.append(QString::fromLatin1(row.id));
+        if (expected.last() == QStringLiteral("roi"))
+            expected += GetParam().accessories;
+    }
+    EXPECT_EQ(ids(), expected);
+    EXPECT_EQ(membersOf(device->supportPropertyGroups().last()), GetParam().accessories);
+    for (const QString& id : GetParam().accessories) {
+        EXPECT_EQ(property(id.toLatin1())->type(), Type::Custom);
+        EXPECT_TRUE(property(id.toLatin1())->title().isEmpty());
+        EXPECT_TRUE(property(id.toLatin1())->isSerializable());
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, PTDeviceAccessories,
+    testing::Values(AccessoryRow{"neither", R"(["USB30"])", {}},
+                    AccessoryRow{"cooler", R"(["TEC_ONOFF"])", words("teccontrol")},
+                    AccessoryRow{"fan", R"(["FAN"])", words("fan")},
+                    AccessoryRow{"both", R"(["TEC_ONOFF", "FAN"])", words("teccontrol fan")},
+                    AccessoryRow{"cooler_by_bit_7", R"("0x80")", words("teccontrol")},
+                    AccessoryRow{"fan_by_bit_16", R"("0x10000")", words("fan")}),
+    RowName());
+
 TEST_F(PTDeviceProperties, each_has_its_title_type_range_default_and_flag) {
     load(plainCamera());
     for (const CatalogueRow& row : catalogue()) {
@@ -116,6 +166,7 @@ TEST_F(PTDeviceProperties, each_has_its_title_type_range_default_and_flag) {
 }
 
 TEST_F(PTDeviceProperties, the_types_have_the_numbers_that_files_and_hosts_know) {
+    EXPECT_EQ(int(Type::Custom), 1);
     EXPECT_EQ(int(Type::Switch), 9);
     EXPECT_EQ(int(Type::Integer), 5);
     EXPECT_EQ(int(Type::Duration), 6);
@@ -155,8 +206,8 @@ TEST_F(PTDeviceProperties, the_highest_speed_is_the_end_of_its_range_and_its_def
 TEST_F(PTDeviceProperties, ranges_that_the_camera_does_not_tell_do_not_stop_the_catalogue) {
     loadScene({plainCamera()});
     device = open();
-    ToupcamSim_failCall("Toupcam_get_ExpTimeRange", 0, 1, E_FAIL);
-    ToupcamSim_failCall("Toupcam_get_ExpoAGainRange", 0, 1, E_FAIL);
+    ToupcamSim_failCall("Toupcam_get_ExpTimeRange", 0, 0, E_FAIL);
+    ToupcamSim_failCall("Toupcam_get_ExpoAGainRange", 0, 0, E_FAIL);
     EXPECT_EQ(device->supportProperties().size(), qsizetype(catalogue().size()));
     EXPECT_EQ(property("autoexpottime")->rangeInner(), numbers(0, 0));
 }
@@ -178,6 +229,8 @@ TEST_F(PTDeviceProperties, ranges_are_asked_for_in_the_order_of_the_catalogue) {
     qDeleteAll(device->getSupportProperties());
     EXPECT_THAT(SimJournal::lines(),
                 testing::ElementsAre("Toupcam_get_ExpTimeRange(h1, 50, 1000000, 10000) = 0",
+                                     "Toupcam_get_ExpoAGainRange(h1, 100, 300, 100) = 0",
+                                     "Toupcam_get_ExpTimeRange(h1, 50, 1000000, 10000) = 0",
                                      "Toupcam_get_ExpoAGainRange(h1, 100, 300, 100) = 0",
                                      "Toupcam_get_MaxSpeed(h1) = 3"));
 }
@@ -205,18 +258,15 @@ struct GroupRow {
 
 TEST_F(PTDeviceProperties, the_groups_have_their_members_in_order) {
     load(plainCamera());
-    const auto words = [](const char* text) {
-        return QString::fromLatin1(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
-    };
     const std::vector<GroupRow> expected{
-        {"exposure", "Exposure settings", {}},
+        {"exposure", "Exposure settings", words("extexposure")},
         {"wb", "White balance", words("tint temp awbonce")},
         {"color", "Color",
          words("contrast hue saturation brightness gamma chrome negative colormatrix")},
         {"binning", "Binning", words("binning")},
         {"frame", "Frame", words("rotate vflip hflip roi")},
         {"speed", "Speed", words("speed")},
-        {"backlight", "Backlight compensation", {}},
+        {"backlight", "Backlight compensation", words("backlight")},
         {"cooling", "Cooling", {}},
     };
     const QList<PDevicePropertyGroup*>& groups = device->supportPropertyGroups();

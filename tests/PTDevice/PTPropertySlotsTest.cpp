@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+// The order of the virtual functions of the composite properties, which a host built elsewhere
+// relies on.
+#include <PCdPlugins/PTDevice/PTExtendedExposure.h>
+#include <PCdPlugins/PTDevice/PTFanDevice.h>
+#include <PCdPlugins/PTDevice/PTPropBacklight.h>
+#include <PCdPlugins/PTDevice/PTTECProperty.h>
+
+#include <support/SlotOf.h>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+// The slots of QObject's own virtual functions, with the meta-object ones and the destructors.
+constexpr std::size_t afterQObject = 12;
+
+template <typename Class>
+class CompositePropertySlots : public testing::Test {};
+
+using Composites = testing::Types<PTExtendedExposure, PTFanProperty, PTECProperty>;
+
+} // namespace
+
+TYPED_TEST_SUITE(CompositePropertySlots, Composites);
+
+TYPED_TEST(CompositePropertySlots, are_those_of_the_bases_and_then_the_range) {
+    EXPECT_EQ(slotOf(&TypeParam::createWidget), afterQObject + 0);
+    EXPECT_EQ(slotOf(&TypeParam::tryGetRange), afterQObject + 5);
+    EXPECT_EQ(slotOf(&TypeParam::trySetValueToDevice), afterQObject + 8);
+    EXPECT_EQ(slotOf(&TypeParam::tryGetValueFromDevice), afterQObject + 9);
+    EXPECT_EQ(slotOf(&TypeParam::convertToT), afterQObject + 10);
+    EXPECT_EQ(slotOf(&TypeParam::convertFromT), afterQObject + 11);
+    EXPECT_EQ(slotOf(&TypeParam::trySetRange), afterQObject + 12);
+}
+
+TEST(PTBacklightPropertySlots, are_those_of_the_bases) {
+    EXPECT_EQ(slotOf(&PTBacklightProperty::createWidget), afterQObject + 0);
+    EXPECT_EQ(slotOf(&PTBacklightProperty::trySetValueToDevice), afterQObject + 8);
+    EXPECT_EQ(slotOf(&PTBacklightProperty::tryGetValueFromDevice), afterQObject + 9);
+    EXPECT_EQ(slotOf(&PTBacklightProperty::tryGetRangeFromDevice), afterQObject + 12);
+}

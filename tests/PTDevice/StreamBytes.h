@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QDataStream>
+#include <QIODevice>
+
+/// The bytes that a stream as Qt makes it writes for a value.
+template <typename T>
+QByteArray bytesOf(const T& value) {
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream << value;
+    return bytes;
+}
+
+/// The value that a stream reads over this one; `whole` tells if it took exactly these bytes.
+template <typename T>
+T valueOfBytes(const QByteArray& bytes, T value, bool* whole) {
+    QDataStream stream(bytes);
+    stream >> value;
+    *whole = stream.status() == QDataStream::Ok && stream.atEnd();
+    return value;
+}
