@@ -30,7 +30,12 @@ PTExtendedExposureWidget::PTExtendedExposureWidget(PTExtendedExposure* property,
     setupConnections();
 }
 
-PTExtendedExposureWidget::~PTExtendedExposureWidget() = default;
+PTExtendedExposureWidget::~PTExtendedExposureWidget() {
+    // A field that loses the focus commits what was typed: no more to this, of which soon only the
+    // QWidget is left.
+    for (const QWidget* control : findChildren<QWidget*>())
+        control->disconnect(this);
+}
 
 void PTExtendedExposureWidget::setupUiInitialState(const ExtendedExposureData& d) {
     m_ui->cbAutoExposure->setChecked(d.autoexpenabled);
@@ -253,6 +258,8 @@ void PTExtendedExposureWidget::runRepeat(bool on) {
 }
 
 void PTExtendedExposureWidget::takeImage(const PImage& image) {
+    if (!m_property)
+        return;
     if (runOnceActive || repeatActive || sequenceActive) {
         qDebug() << "Process snapshot:" << image;
         m_property->device()->processSnapshot(PCdDipUtils::imageAsDeviceFrame(image));

@@ -10,6 +10,15 @@
 
 #include <memory>
 
+namespace {
+
+/// A fan whose state could not be read is not shown as running.
+bool isShownOn(const FANDATA& d) {
+    return d.enable != 0 && d.enable != -1;
+}
+
+} // namespace
+
 PTFanProperty::PTFanProperty(Toupcam_t* handle, const QByteArray& id, const QString& title)
     : PDevicePropertyT(id, title, PCD::DevicePropertyType::Custom)
     , m_h(handle) {
@@ -49,7 +58,7 @@ QWidget* PTFanProperty::createWidget() {
     const auto ui = std::make_shared<Ui::PTFanControl>(); // the connections keep it
     ui->setupUi(widget);
     const FANDATA now = convertToT(valueInner());
-    ui->fanOnOff->setChecked(now.enable != 0);
+    ui->fanOnOff->setChecked(isShownOn(now));
     ui->range->setRange({0, Toupcam_get_FanMaxSpeed(m_h), 1});
     ui->range->setValue(now.target);
 
@@ -69,7 +78,7 @@ QWidget* PTFanProperty::createWidget() {
             return;
         m_updating = true;
         const FANDATA d = convertToT(value);
-        ui->fanOnOff->setChecked(d.enable != 0);
+        ui->fanOnOff->setChecked(isShownOn(d));
         ui->range->setValue(d.target);
         m_updating = false;
     });

@@ -6,9 +6,16 @@
 
 #include <QPointer>
 
+#include <initializer_list>
+
 namespace {
 
 enum Frequency { Hz60 = 0, Hz50 = 1, DirectCurrent = 2 };
+
+void setExclusive(const Ui::PTBacklight& ui, bool exclusive) {
+    for (QRadioButton* button : {ui.dc, ui.hz50, ui.hz60})
+        button->setAutoExclusive(exclusive);
+}
 
 } // namespace
 
@@ -43,9 +50,13 @@ QWidget* PTBacklightProperty::createWidget() {
     // The captions of the two frequencies are crossed on purpose: it is the code that counts, and
     // users know the button that stills their lamp.
     const auto show = [ui](int value) {
+        // Exclusive buttons keep one of them checked, but a code that none of them stands for must
+        // not show as one of theirs.
+        setExclusive(*ui, false);
         ui->dc->setChecked(value == DirectCurrent);
         ui->hz50->setChecked(value == Hz50);
         ui->hz60->setChecked(value == Hz60);
+        setExclusive(*ui, true);
     };
     show(convertToT(valueInner()));
     const auto setWhenOn = [this](QRadioButton* button, int value) {
