@@ -81,6 +81,10 @@ void PTExtendedExposure::sendTriggerSettings(const ExtendedExposureData& d) {
     }
 }
 
+bool PTExtendedExposure::fireTrigger(int frames) {
+    return checkError(Toupcam_Trigger(m_h, static_cast<unsigned short>(frames)));
+}
+
 ExtendedExposureData PTExtendedExposure::tryGetValueFromDevice() {
     unsigned time = 0;
     unsigned short gain = 0;

@@ -29,6 +29,10 @@ public:
     /// Does nothing: there is no range.
     virtual void trySetRange(QVariant range);
 
+    /// Fires this many frames by software, at most 65534; 65535 without an end, 0 ends a run. For
+    /// programs, which find it by name. False if the camera refuses.
+    Q_INVOKABLE bool fireTrigger(int frames);
+
     /// The stored record.
     ExtendedExposureData value() const { return convertToT(valueInner()); }
 
