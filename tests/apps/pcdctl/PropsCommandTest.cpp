@@ -32,6 +32,7 @@ TEST_F(PropsCommand, lists_the_whole_catalogue_in_its_order) {
     for (const QJsonValue& property : result.json.value(u"properties"_qs).toArray())
         lines.append(lineOf(property.toObject()));
     const QStringList expected{
+        u"extexposure||1|-|-|true|exposure"_qs,
         u"autoexponeable|Autoexposure|9|-|true|false|-"_qs,
         u"autoexpotarget|Autotarget|5|10..230/1|-|false|-"_qs,
         u"autoexpottime|Time|6|50..15000000/1|120|false|-"_qs,
@@ -50,6 +51,7 @@ TEST_F(PropsCommand, lists_the_whole_catalogue_in_its_order) {
         u"hflip|Horizontal flip|9|-|-|true|frame"_qs,
         u"speed|Speed|5|0..3/1|3|true|speed"_qs,
         u"roi|ROI|19|-|-|true|frame"_qs,
+        u"backlight||1|0..0/0|-|true|backlight"_qs,
         u"colormatrix|Color matrix|10|-|-|true|color"_qs,
         u"wbgain|WB Gain|10|-|-|true|-"_qs,
         u"binning|Binning|10|-|-|true|binning"_qs,
@@ -66,13 +68,13 @@ TEST_F(PropsCommand, lists_the_groups_in_their_order_also_those_without_members)
                                         idsIn(group[u"members"_qs]).join(u' ')));
     }
     const QStringList expected{
-        u"exposure|Exposure settings|"_qs,
+        u"exposure|Exposure settings|extexposure"_qs,
         u"wb|White balance|tint temp awbonce"_qs,
         u"color|Color|contrast hue saturation brightness gamma chrome negative colormatrix"_qs,
         u"binning|Binning|binning"_qs,
         u"frame|Frame|rotate vflip hflip roi"_qs,
         u"speed|Speed|speed"_qs,
-        u"backlight|Backlight compensation|"_qs,
+        u"backlight|Backlight compensation|backlight"_qs,
         u"cooling|Cooling|"_qs,
     };
     EXPECT_EQ(lines.join(u'\n'), expected.join(u'\n'));
@@ -143,7 +145,7 @@ TEST_F(PropsCommand, of_an_unknown_id_is_wrong_usage) {
     const CtlResult result = run({u"props"_qs, u"gama"_qs});
     EXPECT_EQ(result.exitCode, 2);
     EXPECT_TRUE(result.errors.contains(
-        u"the camera has no property \"gama\": did you mean gamma? expected one of autoexpon"_qs))
+        u"the camera has no property \"gama\": did you mean gamma? expected one of extexposure, "_qs))
         << result.errors.toStdString();
 }
 

@@ -100,7 +100,7 @@ TEST_F(SetCommand, takes_both_ends_of_every_range) {
         run({u"props"_qs, u"--json"_qs}).json.value(u"properties"_qs).toArray();
     for (const QString& end : {u"minimum"_qs, u"maximum"_qs}) {
         const QStringList words = numbersAt(properties, end);
-        ASSERT_EQ(words.size(), 11);
+        ASSERT_EQ(words.size(), 12);
         const CtlResult result = run(QStringList{u"set"_qs} + words);
         EXPECT_EQ(result.exitCode, 0) << result.errors.toStdString();
         EXPECT_EQ(QString::fromUtf8(result.output), words.join(u'\n') + u'\n');
@@ -302,7 +302,7 @@ TEST_F(GetCommand, of_an_unknown_id_is_wrong_usage_that_says_which_there_are) {
     EXPECT_EQ(result.exitCode, 2);
     EXPECT_EQ(result.output, QByteArray());
     EXPECT_TRUE(result.errors.contains(
-        u"the camera has no property \"sharpness\": expected one of autoexponeable, "_qs))
+        u"the camera has no property \"sharpness\": expected one of extexposure, "_qs))
         << result.errors.toStdString();
 }
 
