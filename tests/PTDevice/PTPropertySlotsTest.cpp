@@ -22,7 +22,8 @@ using Composites = testing::Types<PTExtendedExposure, PTFanProperty, PTECPropert
 
 } // namespace
 
-TYPED_TEST_SUITE(CompositePropertySlots, Composites);
+// The empty third argument keeps Clang from asking for one.
+TYPED_TEST_SUITE(CompositePropertySlots, Composites, );
 
 TYPED_TEST(CompositePropertySlots, are_those_of_the_bases_and_then_the_range) {
     EXPECT_EQ(slotOf(&TypeParam::createWidget), afterQObject + 0);
