@@ -13,6 +13,7 @@
 namespace {
 
 constexpr std::chrono::milliseconds refreshInterval(100);
+constexpr PMinMaxRange<double> offeredTargets{-30.0, 30.0, 0.1}; // degrees Celsius
 
 using Panel = std::shared_ptr<Ui::PTTecControl>;
 
@@ -82,8 +83,7 @@ QWidget* PTECProperty::createWidget() {
     Toupcam_put_Temperature(m_h, now.target);
 
     ui->checkBox->setChecked(now.on != 0);
-    ui->widget->setRange({-30.0, 30.0, 0.1});
-    ui->widget->setValue(now.target / 10.0);
+    ui->widget->showValue(offeredTargets, now.target / 10.0);
 
     connect(ui->checkBox, &QCheckBox::toggled, this, [this, ui](bool on) {
         Toupcam_put_Option(m_h, TOUPCAM_OPTION_TEC, on ? 1 : 0);
@@ -102,7 +102,9 @@ QWidget* PTECProperty::createWidget() {
                     return;
                 const TECDATA d = convertToT(changed);
                 ui->checkBox->setChecked(d.on != 0);
-                ui->widget->setValue(d.target / 10.0);
+                // Not by setValue(), which would send a target that the panel does not offer back
+                // as the nearest one that it does.
+                ui->widget->showValue(offeredTargets, d.target / 10.0);
             });
     const QPointer<PTECProperty> self(this);
     connect(timer, &QTimer::timeout, widget, [self, ui] {
