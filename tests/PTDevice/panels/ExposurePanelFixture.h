@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "PanelFixture.h"
+
+#include <PCdPlugins/PTDevice/PTExtendedExposure.h>
+
+#include <PGui/PDoubleRangeWidget.h>
+#include <PGui/PRangeWidget.h>
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QStackedWidget>
+
+/// A camera with its exposure panel.
+class ExposurePanelFixture : public PanelFixture {
+protected:
+    PTExtendedExposure* exposure() const {
+        return static_cast<PTExtendedExposure*>(property("extexposure"));
+    }
+    void set(const ExtendedExposureData& d) { exposure()->setValue(QVariant::fromValue(d)); }
+    ExtendedExposureData stored() const { return exposure()->value(); }
+
+    /// Opens the panel over a record that the camera is given first.
+    void openWith(const ExtendedExposureData& d) {
+        set(d);
+        panel = openPanel("extexposure");
+    }
+
+    /// A short triggered exposure, by software.
+    static ExtendedExposureData triggerRecord() {
+        ExtendedExposureData d;
+        d.capturemode = ExtendedExposureData::Trigger;
+        d.seconds = 0;
+        d.milliseconds = 1;
+        return d;
+    }
+
+    QPushButton* button(const char* name) const { return control<QPushButton>(panel, name); }
+    QSpinBox* box(const char* name) const { return control<QSpinBox>(panel, name); }
+    QCheckBox* automatic() const { return control<QCheckBox>(panel, "cbAutoExposure"); }
+    QComboBox* triggerMode() const { return control<QComboBox>(panel, "cbTriggerMode"); }
+    PRangeWidget* target() const { return control<PRangeWidget>(panel, "exposureTarget"); }
+    PRangeWidget* gain() const { return control<PRangeWidget>(panel, "exposureGain"); }
+    PDoubleRangeWidget* time() const { return control<PDoubleRangeWidget>(panel, "exposureTime"); }
+    int page() const { return control<QStackedWidget>(panel, "stackedWidget")->currentIndex(); }
+
+    /// The names of those controls that can be used.
+    std::vector<std::string> usable(const std::vector<const char*>& names) const {
+        std::vector<std::string> found;
+        for (const char* name : names) {
+            if (control<QWidget>(panel, name)->isEnabled())
+                found.emplace_back(name);
+        }
+        return found;
+    }
+
+    std::unique_ptr<QWidget> panel;
+};

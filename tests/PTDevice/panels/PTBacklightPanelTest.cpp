@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: MIT
+// The panel of the light frequency, as a person uses it.
+#include "PanelFixture.h"
+
+#include <support/QtPrinters.h>
+
+#include <QRadioButton>
+
+#include <gmock/gmock.h>
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+class PTBacklightPanel : public PanelFixture {
+protected:
+    QRadioButton* button(const char* name) const { return control<QRadioButton>(panel, name); }
+    /// The captions of the checked buttons.
+    QStringList checked() const {
+        QStringList texts;
+        for (const QRadioButton* one : panel->findChildren<QRadioButton*>()) {
+            if (one->isChecked())
+                texts.append(one->text());
+        }
+        return texts;
+    }
+    /// Has the camera take a value that it does not know.
+    void forceValue(int value) {
+        ToupcamSim_failCall("Toupcam_put_HZ", 0, 1, S_OK);
+        property("backlight")->setValue(value);
+        ASSERT_EQ(property("backlight")->valueInner(), QVariant(value));
+    }
+
+    std::unique_ptr<QWidget> panel;
+};
+
+const QString dc = QStringLiteral("DC");
+const QString hz50 = QStringLiteral("50 Hz");
+const QString hz60 = QStringLiteral("60 Hz");
+
+struct ButtonRow {
+    const char* name;
+    const char* object;
+    QString caption;
+    int value;
+};
+
+class PTBacklightButton : public PTBacklightPanel, public testing::WithParamInterface<ButtonRow> {};
+
+} // namespace
+
+TEST_P(PTBacklightButton, sends_its_code_once_when_clicked) {
+    const ButtonRow& row = GetParam();
+    property("backlight")->setValue(row.value == 2 ? 0 : 2);
+    panel = openPanel("backlight");
+    ASSERT_EQ(button(row.object)->text(), row.caption);
+    clickOn(button(row.object));
+    EXPECT_THAT(SimJournal::lines(),
+                ElementsAre("Toupcam_put_HZ(h1, " + std::to_string(row.value) + ") = 0"));
+    EXPECT_EQ(property("backlight")->valueInner(), QVariant(row.value));
+    EXPECT_EQ(checked(), QStringList{row.caption});
+}
+
+TEST_P(PTBacklightButton, shows_its_code_at_first) {
+    property("backlight")->setValue(GetParam().value);
+    panel = openPanel("backlight");
+    EXPECT_EQ(checked(), QStringList{GetParam().caption});
+}
+
+TEST_P(PTBacklightButton, shows_its_code_when_somebody_else_sets_it) {
+    property("backlight")->setValue(GetParam().value == 2 ? 0 : 2);
+    panel = openPanel("backlight");
+    property("backlight")->setValue(GetParam().value);
+    EXPECT_EQ(checked(), QStringList{GetParam().caption});
+    // By the one who set it, and by the button that became checked.
+    EXPECT_EQ(puts().size(), 2U);
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, PTBacklightButton,
+                         testing::Values(ButtonRow{"direct_current", "dc", dc, 2},
+                                         ButtonRow{"the_one_captioned_50_Hz", "hz60", hz50, 0},
+                                         ButtonRow{"the_one_captioned_60_Hz", "hz50", hz60, 1}),
+                         RowName());
+
+TEST_F(PTBacklightPanel, opening_asks_and_sends_nothing) {
+    SimJournal::clear();
+    panel.reset(property("backlight")->createWidget());
+    EXPECT_THAT(SimJournal::lines(), IsEmpty());
+}
+
+TEST_F(PTBacklightPanel, opened_with_a_code_that_no_button_has_it_leaves_all_unchecked) {
+    forceValue(7);
+    panel = openPanel("backlight");
+    EXPECT_THAT(checked(), IsEmpty());
+}
+
+TEST_F(PTBacklightPanel, a_code_that_no_button_has_unchecks_all_and_a_click_chooses_again) {
+    panel = openPanel("backlight");
+    ASSERT_EQ(checked(), QStringList{dc});
+    forceValue(7);
+    EXPECT_THAT(checked(), IsEmpty());
+    clickOn(button("hz60"));
+    EXPECT_EQ(checked(), QStringList{hz50});
+    clickOn(button("hz50"));
+    EXPECT_EQ(checked(), QStringList{hz60}) << "the buttons exclude each other again";
+}
+
+TEST_F(PTBacklightPanel, a_refused_code_gives_way_to_the_cameras) {
+    panel = openPanel("backlight");
+    ToupcamSim_failCall("Toupcam_put_HZ", 0, 1, E_FAIL);
+    clickOn(button("hz50"));
+    EXPECT_EQ(checked(), QStringList{dc});
+    EXPECT_EQ(property("backlight")->valueInner(), QVariant(2));
+}
+
+TEST_F(PTBacklightPanel, gone_before_the_property_it_is_let_be) {
+    panel = openPanel("backlight");
+    panel.reset();
+    property("backlight")->setValue(1);
+    EXPECT_THAT(SimJournal::lines(), ElementsAre("Toupcam_put_HZ(h1, 1) = 0"));
+}
+
+TEST_F(PTBacklightPanel, left_behind_by_its_camera_it_talks_to_nobody) {
+    panel = openPanel("backlight");
+    device.reset();
+    SimJournal::clear();
+    clickOn(button("hz50"));
+    EXPECT_THAT(SimJournal::lines(), IsEmpty());
+}

@@ -1,0 +1,167 @@
+// SPDX-License-Identifier: MIT
+// The exposure panel in the order in which things end: panel, property, device, images on their
+// way.
+#include "ExposurePanelFixture.h"
+
+#include <support/QtPrinters.h>
+
+#include <gmock/gmock.h>
+
+#include <thread>
+
+using testing::IsEmpty;
+
+namespace {
+
+class PTExtendedExposureEnds : public ExposurePanelFixture {
+protected:
+    void openRunning(const char* run) {
+        ASSERT_TRUE(device->link().isOk());
+        ASSERT_TRUE(device->startStream().isOk());
+        openWith(triggerRecord());
+        QObject::connect(device.get(), &PDevice::snapshotTaken, [this] { ++snapshots; });
+        clickOn(button(run));
+    }
+
+    int snapshots = 0;
+};
+
+PImage smallImage() {
+    PImage image;
+    EXPECT_TRUE(image.create(8, 4, PDIP::ColorFormat::Bgr));
+    return image;
+}
+
+} // namespace
+
+TEST_F(PTExtendedExposureEnds, images_after_the_panels_end_are_nobodys) {
+    openRunning("pbRepeatMode");
+    ASSERT_TRUE(waitUntil([&] { return snapshots >= 2; }));
+    panel.reset();
+    QCoreApplication::processEvents(); // those that were under way as snapshots
+    const int before = snapshots;
+    int images = 0;
+    QObject::connect(device.get(), &PDevice::imageChanged, [&] { ++images; });
+    ASSERT_TRUE(waitUntil([&] { return images >= 5; }));
+    EXPECT_EQ(snapshots, before);
+}
+
+TEST_F(PTExtendedExposureEnds, the_panel_may_end_while_images_come) {
+    for (int round = 0; round < 20; ++round) {
+        openCamera(fullCamera(400));
+        openRunning("pbRepeatMode");
+        ASSERT_TRUE(waitUntil([&] { return snapshots > round; }));
+        panel.reset();
+        snapshots = round + 1;
+    }
+}
+
+TEST_F(PTExtendedExposureEnds, an_image_from_another_thread_is_handled_on_the_panels) {
+    openRunning("pbRepeatMode");
+    device->stopStream();
+    QCoreApplication::processEvents();
+    const int before = snapshots;
+    std::thread([&] { emit device->imageChanged(smallImage()); }).join();
+    EXPECT_EQ(snapshots, before);
+    EXPECT_TRUE(waitUntil([&] { return snapshots == before + 1; }));
+}
+
+TEST_F(PTExtendedExposureEnds, an_image_from_another_thread_may_find_the_panel_gone) {
+    openRunning("pbRepeatMode");
+    device->stopStream();
+    QCoreApplication::processEvents();
+    const int before = snapshots;
+    std::thread([&] { emit device->imageChanged(smallImage()); }).join();
+    panel.reset();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(snapshots, before);
+}
+
+TEST_F(PTExtendedExposureEnds, the_events_that_a_single_run_processes_may_delete_the_panel) {
+    openRunning("pbRunOnce");
+    // The snapshot comes while the panel, in its handler of the image, processes events.
+    QObject::connect(device.get(), &PDevice::snapshotTaken, [this] { panel.reset(); });
+    EXPECT_TRUE(waitUntil([&] { return panel == nullptr; }));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(snapshots, 1);
+}
+
+TEST_F(PTExtendedExposureEnds, the_events_that_a_sequence_processes_may_delete_the_panel) {
+    openRunning("pbSequence");
+    QObject::connect(device.get(), &PDevice::snapshotTaken, [this] { panel.reset(); });
+    EXPECT_TRUE(waitUntil([&] { return panel == nullptr; }));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(snapshots, 1);
+}
+
+TEST_F(PTExtendedExposureEnds, the_events_that_a_run_processes_may_delete_the_device) {
+    openRunning("pbRunOnce");
+    QObject::connect(device.get(), &PDevice::snapshotTaken, [this] { device.reset(); });
+    EXPECT_TRUE(waitUntil([&] { return device == nullptr; }));
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(panel->isEnabled());
+    EXPECT_EQ(snapshots, 1);
+}
+
+TEST_F(PTExtendedExposureEnds, left_behind_by_its_camera_it_is_disabled_and_talks_to_nobody) {
+    openWith(triggerRecord());
+    device.reset();
+    SimJournal::clear();
+    EXPECT_FALSE(panel->isEnabled());
+    for (const char* name : {"pbRunOnce", "pbSequence", "pbRepeatMode", "pbVideo"})
+        button(name)->toggle();
+    box("spincount")->stepUp();
+    EXPECT_THAT(SimJournal::lines(), IsEmpty());
+}
+
+TEST_F(PTExtendedExposureEnds, left_behind_in_a_run_it_lets_go) {
+    openRunning("pbRepeatMode");
+    ASSERT_TRUE(waitUntil([&] { return snapshots >= 1; }));
+    device.reset();
+    SimJournal::clear();
+    button("pbRepeatMode")->toggle();
+    EXPECT_THAT(SimJournal::lines(), IsEmpty());
+}
+
+TEST_F(PTExtendedExposureEnds, an_image_after_the_propertys_end_is_let_pass) {
+    openRunning("pbRepeatMode");
+    device->stopStream();
+    QCoreApplication::processEvents();
+    const int before = snapshots;
+    delete exposure();
+    EXPECT_FALSE(panel->isEnabled());
+    emit device->imageChanged(smallImage());
+    QCoreApplication::processEvents();
+    EXPECT_EQ(snapshots, before);
+}
+
+TEST_F(PTExtendedExposureEnds,
+       a_property_that_no_device_has_taken_can_be_edited_but_not_triggered) {
+    PTExtendedExposure free(device->sdkHandle(), "free", QString());
+    panel.reset(free.createWidget());
+    EXPECT_FALSE(button("pbTrigger")->isEnabled());
+    EXPECT_TRUE(showActive(panel.get()));
+    enterNumber(target(), QStringLiteral("99"));
+    EXPECT_EQ(free.value().target, 99);
+}
+
+TEST_F(PTExtendedExposureEnds, a_change_after_the_panels_end_is_nobodys) {
+    openWith(ExtendedExposureData());
+    panel.reset();
+    ExtendedExposureData d;
+    d.target = 66;
+    set(d);
+    EXPECT_EQ(stored(), d);
+    EXPECT_EQ(puts().size(), 5U);
+}
+
+TEST_F(PTExtendedExposureEnds, a_number_that_is_being_typed_ends_with_the_panel) {
+    ExtendedExposureData d;
+    d.autoexpenabled = false;
+    openWith(d);
+    typeInto(time()->findChild<PNumberField*>(), QStringLiteral("77"));
+    panel.reset();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(stored().exp, 1.0);
+    EXPECT_THAT(puts(), IsEmpty());
+}

@@ -1,0 +1,314 @@
+// SPDX-License-Identifier: MIT
+// Triggered runs of the exposure panel: once, a sequence, without end; how many snapshots they
+// make.
+#include "ExposurePanelFixture.h"
+
+#include <support/QtPrinters.h>
+
+#include <QThread>
+
+#include <gmock/gmock.h>
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+const char* const triggerCall = "Toupcam_Trigger";
+
+class PTExtendedExposureRuns : public ExposurePanelFixture {
+protected:
+    ~PTExtendedExposureRuns() override {
+        if (device)
+            device->stopStream();
+    }
+
+    /// A streaming camera in trigger mode under an open panel.
+    void start(const ExtendedExposureData& d, const SimCameraText& camera = fullCamera()) {
+        openCamera(camera);
+        ASSERT_TRUE(device->link().isOk());
+        ASSERT_TRUE(device->startStream().isOk());
+        openWith(d);
+        QObject::connect(device.get(), &PDevice::snapshotTaken, [this] { ++snapshots; });
+        QObject::connect(device.get(), &PDevice::imageChanged, [this] { ++images; });
+    }
+    void start() { start(triggerRecord()); }
+
+    bool waitUntilUp(const char* name) const {
+        return waitUntil([&] { return !button(name)->isChecked(); });
+    }
+    bool waitForSnapshots(int count) const {
+        return waitUntil([&] { return snapshots >= count; });
+    }
+    /// Ends the stream and has everything that is still on its way arrive.
+    void settle() {
+        device->stopStream();
+        EXPECT_TRUE(waitUntil([&] { return device->frameLedger().isBalanced(); }));
+        QCoreApplication::processEvents();
+    }
+
+    std::vector<std::string> usableRuns() const {
+        return usable({"pbRunOnce", "pbSequence", "pbRepeatMode"});
+    }
+    std::vector<std::string> usableSettings() const {
+        return usable({"sM", "sSec", "sMS", "sUS", "spincount", "cbTriggerMode"});
+    }
+
+    int snapshots = 0;
+    int images = 0;
+};
+
+ExtendedExposureData sequenceOf(int count) {
+    ExtendedExposureData d;
+    d.capturemode = ExtendedExposureData::Trigger;
+    d.seconds = 0;
+    d.milliseconds = 1;
+    d.spincount = count;
+    return d;
+}
+
+struct PaceRow {
+    const char* name;
+    int framesPerSecond;
+};
+
+class PTExtendedExposurePace : public PTExtendedExposureRuns,
+                               public testing::WithParamInterface<PaceRow> {
+protected:
+    void startAtPace(int count) {
+        start(sequenceOf(count), fullCamera(GetParam().framesPerSecond));
+    }
+};
+
+} // namespace
+
+TEST_P(PTExtendedExposurePace, one_run_makes_one_snapshot_and_ends_itself) {
+    startAtPace(1);
+    clickOn(button("pbRunOnce"));
+    EXPECT_EQ(button("pbRunOnce")->text(), QStringLiteral("Stop"));
+    EXPECT_THAT(usableRuns(), ElementsAre("pbRunOnce"));
+    EXPECT_THAT(usableSettings(), IsEmpty());
+    ASSERT_TRUE(waitUntilUp("pbRunOnce"));
+    EXPECT_EQ(button("pbRunOnce")->text(), QStringLiteral("Run once"));
+    EXPECT_THAT(SimJournal::calls(triggerCall),
+                ElementsAre("Toupcam_Trigger(h1, 1) = 0", "Toupcam_Trigger(h1, 0) = 0"));
+    EXPECT_EQ(usableRuns().size(), 3U);
+    EXPECT_EQ(usableSettings().size(), 6U);
+    settle();
+    EXPECT_EQ(snapshots, 1);
+    EXPECT_EQ(images, 1);
+}
+
+TEST_P(PTExtendedExposurePace, a_sequence_of_3_makes_3_snapshots_and_ends_itself) {
+    startAtPace(3);
+    clickOn(button("pbSequence"));
+    EXPECT_EQ(button("pbSequence")->text(), QStringLiteral("Stop"));
+    EXPECT_THAT(usableRuns(), ElementsAre("pbSequence"));
+    EXPECT_THAT(usableSettings(), IsEmpty());
+    ASSERT_TRUE(waitUntilUp("pbSequence"));
+    EXPECT_EQ(button("pbSequence")->text(), QStringLiteral("Run sequence"));
+    EXPECT_THAT(SimJournal::calls(triggerCall),
+                ElementsAre("Toupcam_Trigger(h1, 3) = 0", "Toupcam_Trigger(h1, 0) = 0"));
+    EXPECT_EQ(usableRuns().size(), 3U);
+    EXPECT_EQ(usableSettings().size(), 6U);
+    const QString address = QStringLiteral("0x%1").arg(quintptr(panel.get()), 0, 16);
+    EXPECT_THAT(ptTexts(log), Contains(QStringLiteral("Stop sequence capture: ") + address));
+    settle();
+    EXPECT_EQ(snapshots, 3);
+    EXPECT_EQ(images, 3);
+}
+
+TEST_P(PTExtendedExposurePace, a_second_sequence_makes_as_many_again) {
+    startAtPace(2);
+    for (int run = 1; run <= 2; ++run) {
+        clickOn(button("pbSequence"));
+        ASSERT_TRUE(waitUntilUp("pbSequence"));
+    }
+    settle();
+    EXPECT_EQ(snapshots, 4);
+}
+
+TEST_P(PTExtendedExposurePace, repeating_makes_a_snapshot_of_every_image_until_stopped) {
+    startAtPace(1);
+    clickOn(button("pbRepeatMode"));
+    EXPECT_EQ(button("pbRepeatMode")->text(), QStringLiteral("Stop"));
+    EXPECT_THAT(usableRuns(), ElementsAre("pbRepeatMode"));
+    EXPECT_THAT(usableSettings(), IsEmpty());
+    ASSERT_TRUE(waitForSnapshots(4));
+    EXPECT_TRUE(button("pbRepeatMode")->isChecked());
+    clickOn(button("pbRepeatMode"));
+    EXPECT_EQ(button("pbRepeatMode")->text(), QStringLiteral("Run repeat"));
+    EXPECT_THAT(SimJournal::calls(triggerCall),
+                ElementsAre("Toupcam_Trigger(h1, 65535) = 0", "Toupcam_Trigger(h1, 0) = 0"));
+    EXPECT_EQ(usableRuns().size(), 3U);
+    settle();
+    EXPECT_EQ(snapshots, images);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cameras, PTExtendedExposurePace,
+                         testing::Values(PaceRow{"fast", 400}, PaceRow{"slow", 8}), RowName());
+
+TEST_F(PTExtendedExposureRuns, after_a_repeat_every_image_goes_on_to_be_a_snapshot) {
+    start();
+    clickOn(button("pbRepeatMode"));
+    ASSERT_TRUE(waitForSnapshots(1));
+    clickOn(button("pbRepeatMode"));
+    const int before = snapshots;
+    clickOn(button("pbVideo"));
+    ASSERT_TRUE(waitForSnapshots(before + 3));
+    settle();
+    EXPECT_EQ(snapshots, images);
+}
+
+TEST_F(PTExtendedExposureRuns, video_without_a_run_makes_no_snapshots) {
+    start(ExtendedExposureData());
+    ASSERT_TRUE(waitUntil([&] { return images >= 3; }));
+    settle();
+    EXPECT_EQ(snapshots, 0);
+}
+
+TEST_F(PTExtendedExposureRuns, a_sequence_stopped_by_hand_goes_on_counting_later_images) {
+    start(sequenceOf(5), fullCamera(8));
+    clickOn(button("pbSequence"));
+    ASSERT_TRUE(waitForSnapshots(1));
+    clickOn(button("pbSequence"));
+    EXPECT_EQ(button("pbSequence")->text(), QStringLiteral("Run sequence"));
+    clickOn(button("pbVideo"));
+    ASSERT_TRUE(waitForSnapshots(5));
+    ASSERT_TRUE(waitUntil([&] { return images >= 7; }));
+    settle();
+    EXPECT_EQ(snapshots, 5);
+}
+
+TEST_F(PTExtendedExposureRuns, a_single_run_stopped_by_hand_takes_the_next_image) {
+    start();
+    ExtendedExposureData d = stored();
+    d.seconds = 10; // long enough to be stopped
+    set(d);
+    clickOn(button("pbRunOnce"));
+    clickOn(button("pbRunOnce"));
+    EXPECT_EQ(button("pbRunOnce")->text(), QStringLiteral("Run once"));
+    clickOn(button("pbVideo"));
+    ASSERT_TRUE(waitUntil([&] { return images >= 3; }));
+    settle();
+    EXPECT_EQ(snapshots, 1);
+}
+
+TEST_F(PTExtendedExposureRuns, going_to_video_ends_a_run) {
+    start();
+    clickOn(button("pbRepeatMode"));
+    ASSERT_TRUE(waitForSnapshots(2));
+    clickOn(button("pbVideo"));
+    EXPECT_FALSE(button("pbRepeatMode")->isChecked());
+    EXPECT_EQ(button("pbRepeatMode")->text(), QStringLiteral("Run repeat"));
+    EXPECT_EQ(SimJournal::calls(triggerCall).back(), "Toupcam_Trigger(h1, 0) = 0");
+    EXPECT_EQ(page(), 0);
+}
+
+TEST_F(PTExtendedExposureRuns, an_external_sequence_of_3_ends_after_three_signals) {
+    ExtendedExposureData d = sequenceOf(3);
+    d.triggermode = ExtendedExposureData::ExternalTrigger;
+    start(d);
+    EXPECT_THAT(usableRuns(), ElementsAre("pbSequence"));
+    clickOn(button("pbSequence"));
+    // The camera takes no number of software triggers now; the signals count all the same.
+    EXPECT_THAT(ptTexts(log),
+                Contains(QStringLiteral("Failed TOUPCAM_OP: Toupcam_Trigger(m_property->m_h, "
+                                        "m_property->value().spincount)")));
+    for (int signal = 1; signal <= 3; ++signal) {
+        ASSERT_TRUE(button("pbSequence")->isChecked());
+        ASSERT_EQ(ToupcamSim_fireTrigger("cam"), 1);
+        ASSERT_TRUE(waitForSnapshots(signal));
+    }
+    ASSERT_TRUE(waitUntilUp("pbSequence"));
+    EXPECT_EQ(button("pbSequence")->text(), QStringLiteral("Run sequence"));
+    EXPECT_THAT(usableRuns(), ElementsAre("pbSequence"));
+    ASSERT_EQ(ToupcamSim_fireTrigger("cam"), 1);
+    ASSERT_TRUE(waitUntil([&] { return images == 4; }));
+    settle();
+    EXPECT_EQ(snapshots, 3);
+}
+
+TEST_F(PTExtendedExposureRuns, a_sequence_outlives_a_stall_of_the_programs_thread) {
+    start(sequenceOf(25), fullCamera(400));
+    clickOn(button("pbSequence"));
+    ASSERT_TRUE(waitForSnapshots(3));
+    QThread::sleep(2);
+    ASSERT_TRUE(waitUntilUp("pbSequence"));
+    settle();
+    EXPECT_EQ(snapshots, 25);
+    EXPECT_EQ(images, 25);
+    EXPECT_THAT(SimJournal::calls(triggerCall),
+                ElementsAre("Toupcam_Trigger(h1, 25) = 0", "Toupcam_Trigger(h1, 0) = 0"));
+}
+
+TEST_F(PTExtendedExposureRuns, the_longest_sequence_may_wait_as_a_whole) {
+    start(sequenceOf(999), fullCamera(900));
+    clickOn(button("pbSequence"));
+    const auto cameraIsDone = [] {
+        unsigned long long produced = 0;
+        unsigned long long delivered = 0;
+        ToupcamSim_frameCount("cam", &produced, &delivered);
+        return delivered >= 999;
+    };
+    for (int waited = 0; waited < 200 && !cameraIsDone(); ++waited)
+        QThread::msleep(100); // and no event is processed
+    ASSERT_TRUE(waitUntilUp("pbSequence"));
+    settle();
+    EXPECT_EQ(snapshots, 999);
+}
+
+TEST_F(PTExtendedExposureRuns, the_number_of_a_sequence_is_the_one_stored) {
+    start(sequenceOf(1));
+    QTest::keyClick(box("spincount"), Qt::Key_Up);
+    clickOn(button("pbSequence"));
+    ASSERT_TRUE(waitUntilUp("pbSequence"));
+    settle();
+    EXPECT_EQ(snapshots, 2);
+}
+
+namespace {
+
+struct FailedTriggerRow {
+    const char* name;
+    const char* started; ///< the call that begins a run, as logged
+    const char* runningText;
+    const char* stoppedText;
+};
+
+class PTExtendedExposureFailedTrigger : public PTExtendedExposureRuns,
+                                        public testing::WithParamInterface<FailedTriggerRow> {};
+
+QString failed(const char* call) {
+    return QStringLiteral("Failed TOUPCAM_OP: ") + QLatin1String(call);
+}
+
+} // namespace
+
+TEST_P(PTExtendedExposureFailedTrigger, is_logged_and_the_button_stays_as_the_user_left_it) {
+    const FailedTriggerRow& row = GetParam();
+    start();
+    ToupcamSim_failCall(triggerCall, 0, 0, E_FAIL);
+    log.clear();
+    clickOn(button(row.name));
+    EXPECT_TRUE(button(row.name)->isChecked());
+    EXPECT_EQ(button(row.name)->text(), QLatin1String(row.runningText));
+    EXPECT_THAT(ptTexts(log), ElementsAre(failed(row.started)));
+    log.clear();
+    clickOn(button(row.name));
+    EXPECT_FALSE(button(row.name)->isChecked());
+    EXPECT_EQ(button(row.name)->text(), QLatin1String(row.stoppedText));
+    EXPECT_THAT(ptTexts(log), ElementsAre(failed("Toupcam_Trigger(m_property->m_h, 0)")));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, PTExtendedExposureFailedTrigger,
+    testing::Values(
+        FailedTriggerRow{"pbRunOnce", "Toupcam_Trigger(m_property->m_h, 1)", "Stop", "Run once"},
+        FailedTriggerRow{"pbSequence",
+                         "Toupcam_Trigger(m_property->m_h, m_property->value().spincount)", "Stop",
+                         "Run sequence"},
+        FailedTriggerRow{"pbRepeatMode", "Toupcam_Trigger(m_property->m_h, 0xffff)", "Stop",
+                         "Run repeat"}),
+    RowName());

@@ -1,0 +1,150 @@
+// SPDX-License-Identifier: MIT
+// The panel of the fan, as a person uses it.
+#include "PanelFixture.h"
+
+#include <PCdPlugins/PTDevice/FANDATA.h>
+
+#include <PGui/PRangeWidget.h>
+
+#include <support/QtPrinters.h>
+
+#include <QCheckBox>
+
+#include <gmock/gmock.h>
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+class PTFanPanel : public PanelFixture {
+protected:
+    void set(const FANDATA& d) { property("fan")->setValue(QVariant::fromValue(d)); }
+    FANDATA stored() const { return property("fan")->valueInner().value<FANDATA>(); }
+    void openFanPanel() {
+        panel = openPanel("fan");
+        onOff = control<QCheckBox>(panel, "fanOnOff");
+        range = control<PRangeWidget>(panel, "range");
+    }
+
+    std::unique_ptr<QWidget> panel;
+    QCheckBox* onOff = nullptr;
+    PRangeWidget* range = nullptr;
+};
+
+} // namespace
+
+TEST_F(PTFanPanel, opens_with_the_value_and_the_cameras_highest_speed) {
+    set({1, 3});
+    SimJournal::clear();
+    openFanPanel();
+    EXPECT_TRUE(onOff->isChecked());
+    EXPECT_EQ(range->value(), 3);
+    EXPECT_EQ(range->range(), (PMinMaxRange<int>{0, 5, 1}));
+}
+
+TEST_F(PTFanPanel, opening_asks_for_the_highest_speed_once_and_nothing_else) {
+    SimJournal::clear();
+    const std::unique_ptr<QWidget> opened(property("fan")->createWidget());
+    EXPECT_THAT(SimJournal::lines(), ElementsAre("Toupcam_get_FanMaxSpeed(h1) = 5"));
+}
+
+TEST_F(PTFanPanel, a_fan_that_cannot_be_read_is_shown_unchecked) {
+    ToupcamSim_failOption("Toupcam_get_Option", TOUPCAM_OPTION_FAN, 0, 1, E_FAIL);
+    property("fan")->updateValueFromDevice();
+    ASSERT_EQ(stored(), (FANDATA{-1, 0}));
+    openFanPanel();
+    EXPECT_FALSE(onOff->isChecked());
+}
+
+TEST_F(PTFanPanel, a_fan_that_can_no_longer_be_read_becomes_unchecked) {
+    set({1, 3});
+    openFanPanel();
+    ToupcamSim_failOption("Toupcam_get_Option", TOUPCAM_OPTION_FAN, 0, 1, E_FAIL);
+    property("fan")->updateValueFromDevice();
+    EXPECT_FALSE(onOff->isChecked());
+    EXPECT_THAT(puts(), IsEmpty());
+}
+
+TEST_F(PTFanPanel, checking_sends_the_speed_once) {
+    set({0, 4});
+    openFanPanel();
+    clickOn(onOff);
+    EXPECT_THAT(SimJournal::lines(), ElementsAre("Toupcam_put_Option(h1, 7, 4) = 0"));
+    EXPECT_EQ(stored(), (FANDATA{1, 4}));
+}
+
+TEST_F(PTFanPanel, unchecking_sends_0_once_and_keeps_the_speed) {
+    set({1, 4});
+    openFanPanel();
+    clickOn(onOff);
+    EXPECT_THAT(SimJournal::lines(), ElementsAre("Toupcam_put_Option(h1, 7, 0) = 0"));
+    EXPECT_EQ(stored(), (FANDATA{0, 4}));
+    EXPECT_EQ(range->value(), 4);
+}
+
+TEST_F(PTFanPanel, another_speed_is_sent_once) {
+    set({1, 4});
+    openFanPanel();
+    enterNumber(range, QStringLiteral("2"));
+    EXPECT_THAT(SimJournal::lines(), ElementsAre("Toupcam_put_Option(h1, 7, 2) = 0"));
+    EXPECT_EQ(stored(), (FANDATA{1, 2}));
+}
+
+TEST_F(PTFanPanel, a_speed_chosen_while_unchecked_is_stored_and_switches_the_fan_off) {
+    openFanPanel();
+    QTest::keyClick(range->findChild<PRangeSlider*>(), Qt::Key_Right);
+    EXPECT_THAT(SimJournal::lines(), ElementsAre("Toupcam_put_Option(h1, 7, 0) = 0"));
+    EXPECT_EQ(stored(), (FANDATA{0, 1}));
+    EXPECT_FALSE(onOff->isChecked());
+}
+
+TEST_F(PTFanPanel, follows_the_property_without_writing) {
+    openFanPanel();
+    set({1, 5});
+    EXPECT_TRUE(onOff->isChecked());
+    EXPECT_EQ(range->value(), 5);
+    EXPECT_THAT(SimJournal::lines(), ElementsAre("Toupcam_put_Option(h1, 7, 5) = 0"));
+}
+
+TEST_F(PTFanPanel, two_panels_follow_each_other) {
+    openFanPanel();
+    const std::unique_ptr<QWidget> second(property("fan")->createWidget());
+    clickOn(onOff);
+    enterNumber(range, QStringLiteral("3"));
+    EXPECT_TRUE(control<QCheckBox>(second, "fanOnOff")->isChecked());
+    EXPECT_EQ(control<PRangeWidget>(second, "range")->value(), 3);
+    EXPECT_EQ(puts().size(), 2U);
+}
+
+TEST_F(PTFanPanel, a_refused_speed_stays_on_the_panel_and_is_logged) {
+    set({1, 1});
+    openFanPanel();
+    ToupcamSim_failCall("Toupcam_put_Option", 0, 1, E_FAIL);
+    enterNumber(range, QStringLiteral("2"));
+    EXPECT_EQ(range->value(), 2);
+    EXPECT_EQ(ptTexts(log).size(), 1);
+}
+
+TEST_F(PTFanPanel, gone_before_the_property_it_is_let_be) {
+    openFanPanel();
+    panel.reset();
+    set({1, 2});
+    EXPECT_EQ(stored(), (FANDATA{1, 2}));
+}
+
+TEST_F(PTFanPanel, gone_in_the_middle_of_typing_it_does_no_harm) {
+    openFanPanel();
+    typeInto(range->findChild<PNumberField*>(), QStringLiteral("3"));
+    panel.reset();
+    EXPECT_FALSE(device == nullptr);
+}
+
+TEST_F(PTFanPanel, left_behind_by_its_camera_it_talks_to_nobody) {
+    openFanPanel();
+    device.reset();
+    SimJournal::clear();
+    clickOn(onOff);
+    enterNumber(range, QStringLiteral("2"));
+    EXPECT_THAT(SimJournal::lines(), IsEmpty());
+}

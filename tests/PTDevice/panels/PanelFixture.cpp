@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#include "PanelFixture.h"
+
+#include <algorithm>
+
+PanelFixture::PanelFixture() {
+    openCamera(fullCamera());
+}
+
+SimCameraText PanelFixture::fullCamera(int framesPerSecond) {
+    const std::string rate = std::to_string(framesPerSecond);
+    return SimCameraText()
+        .withFlags(R"(["USB30", "TEC_ONOFF", "FAN", "TRIGGER_SOFTWARE", "TRIGGER_EXTERNAL"])")
+        .withResolutions(R"([{"width": 64, "height": 48, "fps": )" + rate + "}]")
+        .set("fanLevels", "5");
+}
+
+void PanelFixture::openCamera(const SimCameraText& camera) {
+    device.reset();
+    ToupcamSim_reset(); // handles are counted from h1 again
+    loadScene({camera});
+    device = open();
+    device->supportProperties();
+}
+
+std::unique_ptr<QWidget> PanelFixture::openPanel(const char* id) {
+    std::unique_ptr<QWidget> panel(property(id)->createWidget());
+    EXPECT_TRUE(showActive(panel.get()));
+    SimJournal::clear();
+    log.clear();
+    return panel;
+}
+
+void clickOn(QAbstractButton* button) {
+    // A check box reacts to clicks on its mark and text alone, which are at its left.
+    QTest::mouseClick(button, Qt::LeftButton, {}, QPoint(8, button->height() / 2));
+}
+
+std::vector<std::string> puts() {
+    std::vector<std::string> lines = SimJournal::lines();
+    const auto isNoPut = [](const std::string& line) {
+        return line.find("_put_") == std::string::npos;
+    };
+    lines.erase(std::remove_if(lines.begin(), lines.end(), isNoPut), lines.end());
+    return lines;
+}

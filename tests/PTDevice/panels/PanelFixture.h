@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PTDevice/SimFixture.h>
+
+#include <PCd/PDeviceProperty.h>
+
+#include <PGui/WidgetHands.h>
+
+#include <QAbstractButton>
+#include <QWidget>
+
+#include <stdexcept>
+
+/// A camera with everything that has a panel, its properties taken, and panels of them.
+class PanelFixture : public SimFixture {
+protected:
+    PanelFixture();
+
+    /// A small camera with cooler, fan and both triggers, whose frames take this long at least.
+    static SimCameraText fullCamera(int framesPerSecond = 200);
+    void openCamera(const SimCameraText& camera);
+
+    PDeviceProperty* property(const char* id) const { return device->getProperty(id); }
+
+    /// A new panel of a property, shown and active; the journal and the log are empty then.
+    std::unique_ptr<QWidget> openPanel(const char* id);
+
+    std::unique_ptr<PTDevice> device;
+};
+
+/// A control of a panel, by its object name; the test fails if there is none.
+template <typename Control>
+Control* control(const std::unique_ptr<QWidget>& panel, const char* name) {
+    auto* const found = panel->findChild<Control*>(QString::fromLatin1(name));
+    if (found == nullptr)
+        throw std::runtime_error(std::string("the panel has no ") + name);
+    return found;
+}
+
+/// Enters a number into a range widget, as a person does.
+inline void enterNumber(const QWidget* rangeWidget, const QString& text) {
+    enter(rangeWidget->findChild<PNumberField*>(), text);
+}
+
+/// Clicks the part of a check box, radio button or push button that reacts.
+void clickOn(QAbstractButton* button);
+
+/// The journal's lines of calls that set something.
+std::vector<std::string> puts();

@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: MIT
+// How the panels look. With PCD_SCREENSHOTS=<folder> they are saved there as
+// panel-<name>-<lang>.png.
+#include "ExposurePanelFixture.h"
+#include "RussianTexts.h"
+#include "SdkReadings.h"
+
+#include <PCdPlugins/PTDevice/FANDATA.h>
+#include <PCdPlugins/PTDevice/TECDATA.h>
+
+#include <support/QtPrinters.h>
+
+#include <QDir>
+#include <QLabel>
+
+#include <gmock/gmock.h>
+
+using testing::IsEmpty;
+
+namespace {
+
+struct PictureRow {
+    const char* name;
+    const char* property;
+    bool russian;
+    int width; ///< that of the form; of one without a size, the exposure panel's, which it is under
+};
+
+struct PictureRowName {
+    std::string operator()(const testing::TestParamInfo<PictureRow>& row) const {
+        return std::string(row.param.name) + (row.param.russian ? "_ru" : "_en");
+    }
+};
+
+class PanelPictures : public ExposurePanelFixture, public testing::WithParamInterface<PictureRow> {
+protected:
+    /// Values that a person would see at work.
+    void bringToWork() {
+        ExtendedExposureData d;
+        d.autoexpenabled = false;
+        d.exp = 20;
+        if (GetParam().name == std::string("trigger"))
+            d = triggerRecord();
+        if (GetParam().name == std::string("external")) {
+            d = triggerRecord();
+            d.triggermode = ExtendedExposureData::ExternalTrigger;
+            d.spincount = 25;
+        }
+        set(d);
+        property("fan")->setValue(QVariant::fromValue(FANDATA{1, 3}));
+        property("teccontrol")->setValue(QVariant::fromValue(TECDATA{1, -100}));
+    }
+    /// The labels and buttons whose text does not fit into them.
+    QStringList cutOff() const {
+        QStringList texts;
+        for (const auto* label : panel->findChildren<QLabel*>()) {
+            const int height = label->wordWrap() ? label->heightForWidth(label->width())
+                                                 : label->sizeHint().height();
+            const bool wide = !label->wordWrap() && label->width() < label->sizeHint().width();
+            if (label->isVisible() && (wide || label->height() < height))
+                texts.append(label->text());
+        }
+        for (const auto* one : panel->findChildren<QAbstractButton*>()) {
+            if (one->isVisible() && one->width() < one->minimumSizeHint().width())
+                texts.append(one->text());
+        }
+        return texts;
+    }
+    void save() const {
+        const QString folder = qEnvironmentVariable("PCD_SCREENSHOTS");
+        if (folder.isEmpty())
+            return;
+        const QString name =
+            QStringLiteral("panel-%1-%2.png")
+                .arg(QLatin1String(GetParam().name),
+                     GetParam().russian ? QStringLiteral("ru") : QStringLiteral("en"));
+        ASSERT_TRUE(panel->grab().save(QDir(folder).filePath(name)));
+    }
+};
+
+} // namespace
+
+TEST_P(PanelPictures, show_every_text_as_a_whole) {
+    const SdkReadings readings(-87, 73, 120);
+    std::optional<RussianTexts> russian;
+    if (GetParam().russian)
+        russian.emplace();
+    openCamera(fullCamera());
+    bringToWork();
+    panel = openPanel(GetParam().property);
+    if (const auto* const voltage = panel->findChild<QLabel*>(QStringLiteral("tecVoltage"))) {
+        ASSERT_TRUE(
+            waitUntil([&] { return voltage->text().startsWith(QStringLiteral("7.3/12")); }));
+    }
+    panel->resize(GetParam().width, panel->height());
+    QCoreApplication::processEvents();
+    EXPECT_EQ(panel->width(), GetParam().width) << "it wants to be wider";
+    EXPECT_THAT(cutOff(), IsEmpty());
+    save();
+}
+
+INSTANTIATE_TEST_SUITE_P(Panels, PanelPictures,
+                         testing::Values(PictureRow{"video", "extexposure", false, 264},
+                                         PictureRow{"video", "extexposure", true, 264},
+                                         PictureRow{"trigger", "extexposure", false, 264},
+                                         PictureRow{"trigger", "extexposure", true, 264},
+                                         PictureRow{"external", "extexposure", false, 264},
+                                         PictureRow{"external", "extexposure", true, 264},
+                                         PictureRow{"fan", "fan", false, 264},
+                                         PictureRow{"fan", "fan", true, 264},
+                                         PictureRow{"cooler", "teccontrol", false, 264},
+                                         PictureRow{"cooler", "teccontrol", true, 264},
+                                         PictureRow{"light", "backlight", false, 300},
+                                         PictureRow{"light", "backlight", true, 300}),
+                         PictureRowName());

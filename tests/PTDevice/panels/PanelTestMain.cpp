@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+#include <PLog/PLog.h>
+
+#include <QApplication>
+
+#include <gmock/gmock.h>
+
+int main(int argc, char** argv) {
+    testing::InitGoogleMock(&argc, argv); // takes its own options out of the arguments
+    const QApplication application(argc, argv);
+    // One style whatever the desktop: pictures of panels are compared by eye.
+    QApplication::setStyle(QStringLiteral("Fusion"));
+    PLog::installQtMessageHandler();
+    return RUN_ALL_TESTS();
+}

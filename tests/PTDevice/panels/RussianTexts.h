@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QCoreApplication>
+#include <QTranslator>
+
+#include <stdexcept>
+
+/// While it lives the program speaks Russian as far as the plugin's resource does.
+class RussianTexts {
+public:
+    RussianTexts() {
+        if (!m_translator.load(QStringLiteral(":/ptdevice_96.qm")))
+            throw std::runtime_error("the resource has no translation");
+        QCoreApplication::installTranslator(&m_translator);
+    }
+    ~RussianTexts() { QCoreApplication::removeTranslator(&m_translator); }
+    RussianTexts(const RussianTexts&) = delete;
+    RussianTexts& operator=(const RussianTexts&) = delete;
+
+private:
+    QTranslator m_translator;
+};

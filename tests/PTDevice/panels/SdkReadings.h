@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/// While it lives the camera tells these values instead of its own: for readings that a simulated
+/// camera cannot be brought to. Everything else passes through. One at a time; the test's thread.
+class SdkReadings {
+public:
+    SdkReadings(int temperature, int voltage, int highestVoltage);
+    ~SdkReadings();
+    SdkReadings(const SdkReadings&) = delete;
+    SdkReadings& operator=(const SdkReadings&) = delete;
+
+    /// The value told for an option; null for one that passes through.
+    const int* option(unsigned number) const;
+    short temperature() const { return m_temperature; }
+
+    /// The one that lives, or null.
+    static const SdkReadings* current();
+
+private:
+    short m_temperature;
+    int m_voltage;
+    int m_highestVoltage;
+};

@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: MIT
+// The plugin in Russian: everything that a person reads, as the resource has it.
+#include "PanelFixture.h"
+#include "RussianTexts.h"
+
+#include <PCd/PDevicePropertyGroup.h>
+#include <PCd/PEnumeration.h>
+
+#include <support/QtPrinters.h>
+
+#include <QComboBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QRegularExpression>
+
+#include <gmock/gmock.h>
+
+using testing::IsEmpty;
+
+namespace {
+
+class Translation : public PanelFixture {
+protected:
+    /// Titles are translated when the camera's list is made.
+    Translation() { openCamera(fullCamera()); }
+
+    /// Those that have letters, but no Russian ones.
+    static QStringList untranslated(const QStringList& texts) {
+        static const QRegularExpression latin(QStringLiteral("[A-Za-z]"));
+        static const QRegularExpression cyrillic(QStringLiteral("[\\x{0400}-\\x{04ff}]"));
+        QStringList left;
+        for (const QString& text : texts) {
+            if (text.contains(latin) && !text.contains(cyrillic))
+                left.append(text);
+        }
+        return left;
+    }
+    static QStringList textsOf(const QWidget* panel) {
+        QStringList texts{panel->windowTitle()};
+        for (const auto* label : panel->findChildren<QLabel*>())
+            texts.append(label->text());
+        for (const auto* button : panel->findChildren<QAbstractButton*>())
+            texts.append(button->text());
+        for (const auto* box : panel->findChildren<QComboBox*>()) {
+            for (int index = 0; index < box->count(); ++index)
+                texts.append(box->itemText(index));
+        }
+        return texts;
+    }
+
+    const RussianTexts russian;
+};
+
+const char* const panelIds[] = {"extexposure", "fan", "teccontrol", "backlight"};
+
+} // namespace
+
+TEST_F(Translation, the_titles_and_descriptions_of_all_properties_are_russian) {
+    QStringList texts;
+    for (const PDeviceProperty* one : device->supportProperties())
+        texts << one->title() << one->description();
+    EXPECT_THAT(untranslated(texts), IsEmpty());
+    EXPECT_EQ(property("autoexpottime")->title(), QStringLiteral("Выдержка"));
+    EXPECT_EQ(property("autoexpogain")->title(), QStringLiteral("Усиление"));
+    EXPECT_EQ(property("roi")->title(), QStringLiteral("Область интереса"));
+}
+
+TEST_F(Translation, the_titles_of_all_groups_are_russian) {
+    QStringList titles;
+    for (const PDevicePropertyGroup* group : device->supportPropertyGroups())
+        titles.append(group->title());
+    EXPECT_THAT(untranslated(titles), IsEmpty());
+    EXPECT_EQ(titles.first(), QStringLiteral("Параметры экспозиции"));
+}
+
+TEST_F(Translation, the_titles_of_all_choices_are_russian_and_their_names_are_not) {
+    QStringList titles;
+    QStringList names;
+    for (const PDeviceProperty* one : device->supportProperties()) {
+        const auto choices = one->rangeInner().value<PEnumeration>();
+        for (const PEnumerationItem& item : choices.items()) {
+            titles.append(item.title);
+            names.append(item.name);
+        }
+    }
+    EXPECT_EQ(titles.size(), 15);
+    EXPECT_THAT(untranslated(titles), IsEmpty());
+    EXPECT_TRUE(titles.contains(QStringLiteral("Среднее 2×2")));
+    EXPECT_TRUE(names.contains(QStringLiteral("Average 2x2")));
+}
+
+TEST_F(Translation, a_panel_that_is_made_now_is_russian) {
+    for (const char* id : panelIds) {
+        const std::unique_ptr<QWidget> panel(property(id)->createWidget());
+        EXPECT_THAT(untranslated(textsOf(panel.get())), IsEmpty()) << id;
+    }
+}
+
+TEST_F(Translation, the_buttons_of_runs_are_russian_after_the_first_click_too) {
+    const auto panel = openPanel("extexposure");
+    clickOn(control<QPushButton>(panel, "pbTrigger"));
+    for (const char* name : {"pbRunOnce", "pbSequence", "pbRepeatMode"}) {
+        auto* const button = control<QPushButton>(panel, name);
+        clickOn(button);
+        EXPECT_EQ(button->text(), QStringLiteral("Стоп"));
+        clickOn(button);
+        EXPECT_THAT(untranslated(textsOf(panel.get())), IsEmpty());
+    }
+}
+
+TEST_F(Translation, the_readings_of_the_cooler_are_russian) {
+    const auto panel = openPanel("teccontrol");
+    const auto* const voltage = control<QLabel>(panel, "tecVoltage");
+    EXPECT_TRUE(waitUntil([&] { return voltage->text() == QStringLiteral("0/12 (сейчас/макс.)"); }))
+        << voltage->text().toStdString();
+}
+
+TEST_F(Translation, the_crossed_captions_stay_crossed) {
+    const auto panel = openPanel("backlight");
+    EXPECT_EQ(control<QAbstractButton>(panel, "hz60")->text(), QStringLiteral("50 Гц"));
+    EXPECT_EQ(control<QAbstractButton>(panel, "hz50")->text(), QStringLiteral("60 Гц"));
+}
+
+TEST_F(Translation, a_text_in_latin_letters_alone_counts_as_untranslated) {
+    const QStringList texts = QStringLiteral("%1|90°|Стоп|Stop").split(u'|');
+    EXPECT_THAT(untranslated(texts), testing::ElementsAre(QStringLiteral("Stop")));
+}
