@@ -6,6 +6,8 @@
 #include <PCd/PDevicePropertyBool.h>
 #include <PCd/PDevicePropertyEnum.h>
 #include <PCd/PDevicePropertyGroup.h>
+#include <PCd/PDevicePropertyInt.h>
+#include <PCd/PDevicePropertyScanArea.h>
 #include <PCd/PDeviceRegister.h>
 
 #include <PCore/PThread.h>
@@ -128,6 +130,24 @@ INSTANTIATE_TEST_SUITE_P(PDevicePropertyEnum, SlotOrder,
                                          ROW(13, convertToR), ROW(14, convertFromR)),
                          RowName());
 } // namespace ranged
+
+namespace number {
+using Class = PDevicePropertyInt;
+INSTANTIATE_TEST_SUITE_P(PDevicePropertyInt, SlotOrder,
+                         testing::Values(ROW(5, tryGetRange), ROW(8, trySetValueToDevice),
+                                         ROW(9, tryGetValueFromDevice), ROW(10, convertToT),
+                                         ROW(11, convertFromT), ROW(12, tryGetRangeFromDevice),
+                                         ROW(13, convertToR), ROW(14, convertFromR)),
+                         RowName());
+} // namespace number
+
+namespace region {
+using Class = PDevicePropertyScanArea;
+INSTANTIATE_TEST_SUITE_P(PDevicePropertyScanArea, SlotOrder,
+                         testing::Values(ROW(6, writeValueToStream), ROW(7, readValueFromStream),
+                                         ROW(12, tryGetRangeFromDevice)),
+                         RowName());
+} // namespace region
 
 namespace thread {
 using Class = PThread;

@@ -197,6 +197,12 @@ TEST_F(PTDeviceProperties, an_exposure_maximum_of_1_s_is_kept) {
     EXPECT_EQ(property("autoexpottime")->rangeInner(), numbers(50, 1'000'000));
 }
 
+TEST_F(PTDeviceProperties, a_highest_speed_of_3_gives_a_range_to_3_and_the_default_3) {
+    load(plainCamera().set("speedLevels", "4"));
+    EXPECT_EQ(property("speed")->rangeInner(), numbers(0, 3));
+    EXPECT_EQ(property("speed")->defaultValue(), QVariant(3));
+}
+
 TEST_F(PTDeviceProperties, the_highest_speed_is_the_end_of_its_range_and_its_default) {
     load(plainCamera().set("speedLevels", "2"));
     EXPECT_EQ(property("speed")->rangeInner(), numbers(0, 1));

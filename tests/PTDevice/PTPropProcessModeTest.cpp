@@ -105,6 +105,25 @@ TEST_F(PTPropProcessModes, a_rotation_of_90_reads_as_its_item) {
     EXPECT_EQ(property("rotate")->tryGetValue(), QVariant::fromValue(idWithLastByte(1)));
 }
 
+// The frame-rate limit is an option that takes any number: it lends the camera's answer here.
+
+TEST_F(PTPropProcessModes, a_rotation_of_45_reads_as_the_null_id) {
+    ASSERT_EQ(Toupcam_put_Option(device->sdkHandle(), TOUPCAM_OPTION_FRAMERATE, 45), 0);
+    PTPropProcessMode rotate(device->sdkHandle(), "rotate", QString(), TOUPCAM_OPTION_FRAMERATE,
+                             property("rotate")->rangeInner().value<PEnumeration>());
+    EXPECT_EQ(rotate.tryGetValue(), QVariant::fromValue(QUuid()));
+}
+
+TEST_F(PTPropProcessModes, a_binning_of_0_reads_as_no_binning) {
+    ASSERT_EQ(Toupcam_put_Option(device->sdkHandle(), TOUPCAM_OPTION_FRAMERATE, 0), 0);
+    const auto items = property("binning")->rangeInner().value<PEnumeration>();
+    PTPropProcessMode binning(device->sdkHandle(), "binning", QString(), TOUPCAM_OPTION_FRAMERATE,
+                              items);
+    const QVariant value = binning.tryGetValue();
+    EXPECT_EQ(value, QVariant::fromValue(QUuid()));
+    EXPECT_EQ(items.getItem(value.toUuid()).title, QStringLiteral("No binning"));
+}
+
 namespace {
 
 /// A choice without an item for what the camera has.

@@ -4,6 +4,7 @@
 #include <PCdPlugins/PTDevice/PTExtendedExposure.h>
 #include <PCdPlugins/PTDevice/PTFanDevice.h>
 #include <PCdPlugins/PTDevice/PTPropBacklight.h>
+#include <PCdPlugins/PTDevice/PTPropProcessMode.h>
 #include <PCdPlugins/PTDevice/PTTECProperty.h>
 
 #include <support/SlotOf.h>
@@ -33,6 +34,19 @@ TYPED_TEST(CompositePropertySlots, are_those_of_the_bases_and_then_the_range) {
     EXPECT_EQ(slotOf(&TypeParam::convertToT), afterQObject + 10);
     EXPECT_EQ(slotOf(&TypeParam::convertFromT), afterQObject + 11);
     EXPECT_EQ(slotOf(&TypeParam::trySetRange), afterQObject + 12);
+}
+
+template <typename Class>
+class ChoicePropertySlots : public testing::Test {};
+
+using Choices = testing::Types<PTPropProcessMode, PTPropBackligtComp>;
+
+TYPED_TEST_SUITE(ChoicePropertySlots, Choices, );
+
+TYPED_TEST(ChoicePropertySlots, are_those_of_the_base) {
+    EXPECT_EQ(slotOf(&TypeParam::trySetValueToDevice), afterQObject + 8);
+    EXPECT_EQ(slotOf(&TypeParam::tryGetValueFromDevice), afterQObject + 9);
+    EXPECT_EQ(slotOf(&TypeParam::tryGetRangeFromDevice), afterQObject + 12);
 }
 
 TEST(PTBacklightPropertySlots, are_those_of_the_bases) {

@@ -148,6 +148,16 @@ TEST_F(PTProps, temperature_and_tint_are_always_taken_whatever_the_sdk_answers) 
     EXPECT_TRUE(property("tint")->trySetValue(1000));
 }
 
+TEST_F(PTProps, what_the_camera_does_not_tell_reads_as_nothing) {
+    ASSERT_EQ(Toupcam_put_HFlip(handle(), 1), 0);
+    ToupcamSim_failCall("Toupcam_get_HFlip", 0, 1, E_FAIL);
+    EXPECT_EQ(property("hflip")->tryGetValue(), QVariant(false));
+    ToupcamSim_failCall("Toupcam_get_TempTint", 0, 1, E_FAIL);
+    EXPECT_EQ(property("temp")->tryGetValue(), QVariant(0));
+    ToupcamSim_failCall("Toupcam_get_Roi", 0, 1, E_FAIL);
+    EXPECT_EQ(property("roi")->tryGetValue(), QVariant(QRect()));
+}
+
 // ---- One-push white balance.
 
 TEST_F(PTProps, one_push_hands_the_device_to_the_sdk_and_always_succeeds) {
@@ -174,8 +184,10 @@ TEST_F(PTProps, a_finished_one_push_has_tint_read_first_and_then_temp_each_later
 }
 
 TEST_F(PTProps, a_finished_one_push_is_logged_with_its_context) {
-    cbWbOnce(1, 2, nullptr);
-    EXPECT_TRUE(ptTexts(log).last().startsWith(QStringLiteral("WB Once callback")));
+    PDevice* const context = device.get();
+    cbWbOnce(1, 2, context);
+    EXPECT_EQ(ptTexts(log).last(),
+              QStringLiteral("WB Once callback 0x%1").arg(quintptr(context), 0, 16));
 }
 
 TEST_F(PTProps, a_finished_one_push_without_the_properties_does_nothing) {

@@ -9,6 +9,8 @@
 
 namespace {
 
+constexpr auto cbWbOnceText = "void cbWbOnce(const int, const int, void *)";
+
 /// Both halves as the camera has them.
 struct TempTint {
     int temp = 0;
@@ -71,8 +73,8 @@ bool PTAWBOnce::trySetValueToDevice() {
 }
 
 void cbWbOnce(const int, const int, void* context) {
-    PTCallbackGuard::run(Q_FUNC_INFO, [&] {
-        PT_LOG_IN("void cbWbOnce(const int, const int, void *)") << "WB Once callback" << context;
+    PTCallbackGuard::run(cbWbOnceText, [&] {
+        PT_LOG_IN(cbWbOnceText) << "WB Once callback" << context;
         PTLiveDevices::withDevice(context, [](const PDevice* device) {
             PTCallbackGuard::updateLater(device, "tint");
             PTCallbackGuard::updateLater(device, "temp");

@@ -121,6 +121,7 @@ private:
     Toupcam_t* m_handle;
 };
 
-/// The SDK has set the white balance; the context is the PDevice. On a thread of the SDK; what it
-/// says is not used: the properties read the camera. A context that is gone is left alone.
+/// The SDK has set the white balance; the context is the PDevice, which is a PTDevice. On a thread
+/// of the SDK; what it says is not used: the properties read the camera. A context that is gone is
+/// left alone.
 void cbWbOnce(const int temp, const int tint, void* context);
