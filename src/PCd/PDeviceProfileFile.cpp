@@ -30,6 +30,10 @@ bool writeAll(QSaveFile& file, QByteArray rest) {
 }
 
 PStatus replaceFile(const QString& path, const QByteArray& bytes) {
+    // A device or a pipe would be replaced by a file of its name.
+    const QFileInfo info(path);
+    if (info.exists() && !info.isFile())
+        return failure("save", path, QStringLiteral("it is not a file"));
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) || !writeAll(file, bytes) ||
         !file.commit())
@@ -68,8 +72,12 @@ PStatus parse(const QByteArray& bytes, PDeviceProfile& profile) {
 } // namespace
 
 PStatus PDeviceProfileFile::save(PDevice& device, const QString& path) {
+    const bool hadModes = !device.getSupportModes().isEmpty();
     for (PDeviceProperty* property : device.supportProperties())
         property->updateValueFromDevice();
+    // A camera that is unplugged meanwhile answers nothing, which reads as zeros.
+    if (hadModes && device.getSupportModes().isEmpty())
+        return failure("save", path, QStringLiteral("the camera no longer answers"));
     PJsonWriter writer;
     writer.writeValue(PDeviceProfileParser::formatKey(), PDeviceProfileParser::formatName());
     writer.writeValue(PDeviceProfileParser::versionKey(), PDeviceProfileParser::Version);

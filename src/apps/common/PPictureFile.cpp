@@ -126,6 +126,8 @@ PStatus PPictureFile::prepareFolder(const QString& path) {
     const QString folder = file.absolutePath();
     if (file.isDir())
         return fileFailure(path, u"it is a folder"_qs);
+    if (file.exists() && !file.isFile())
+        return fileFailure(path, u"it is not a file"_qs);
     if (!QDir().mkpath(folder))
         return fileFailure(path, u"the folder \"%1\" cannot be made"_qs.arg(folder));
     if (!QFileInfo(folder).isWritable())

@@ -5,6 +5,8 @@
 #include <PCd/PDeviceProperty.h>
 #include <PCd/PGadgetFields.h>
 
+#include <PCore/PMinMaxRange.h>
+
 #include <utility>
 
 namespace {
@@ -35,6 +37,15 @@ PStatus writeNumber(QVariant& value, const char* field, qint64 number) {
     return PGadgetFields::write(value, nameOf(field), QString::number(number));
 }
 
+/// Microseconds; in double, which fields of any size fit.
+double totalOf(const QVariant& value) {
+    double sum = 0;
+    for (const Part& part : parts)
+        sum +=
+            PGadgetFields::read(value, nameOf(part.field)).toDouble() * double(part.unit.count());
+    return sum;
+}
+
 PStatus writeExposure(QVariant& value, microseconds exposure) {
     for (const Part& part : parts) {
         const PStatus status = writeNumber(value, part.field, exposure / part.unit);
@@ -47,12 +58,27 @@ PStatus writeExposure(QVariant& value, microseconds exposure) {
 
 } // namespace
 
+/// By the range of the plain exposure time, where the camera has that.
+PStatus PTriggerControl::checkExposure(const QVariant& value) const {
+    const double time = totalOf(value);
+    const auto range = m_timeRange.value<PMinMaxRange<int>>();
+    if (!m_timeRange.isValid() || (time >= range.minimum && time <= range.maximum))
+        return PStatus::Ok;
+    return PStatus::failure(
+        QStringLiteral("an exposure time of %1 s is not possible: expected %2 s to %3 s")
+            .arg(time / 1e6)
+            .arg(range.minimum / 1e6)
+            .arg(range.maximum / 1e6));
+}
+
 PTriggerControl::PTriggerControl(PDevice& device)
     : m_property(nullptr) {
     device.supportProperties();
     PDeviceProperty* const property = device.getProperty("extexposure");
     if (hasTrigger(property))
         m_property = property;
+    if (const PDeviceProperty* const time = device.getProperty("autoexpottime"))
+        m_timeRange = time->rangeInner();
 }
 
 PStatus PTriggerControl::prepare(Source source, std::optional<microseconds> exposure, int frames) {
@@ -60,6 +86,8 @@ PStatus PTriggerControl::prepare(Source source, std::optional<microseconds> expo
         return PStatus::failure(QStringLiteral("the camera has no triggered capture"));
     QVariant value = m_property->valueInner();
     PStatus status = exposure ? writeExposure(value, *exposure) : PStatus(PStatus::Ok);
+    if (status.isOk())
+        status = checkExposure(value);
     const std::pair<const char*, qint64> fields[]{
         {"spincount", frames},
         {"triggermode", source == Source::External ? 1 : 0},
@@ -82,9 +110,5 @@ PStatus PTriggerControl::fire(int frames) {
 }
 
 microseconds PTriggerControl::exposure() const {
-    microseconds sum(0);
-    for (const Part& part : parts)
-        sum += PGadgetFields::read(m_property->valueInner(), nameOf(part.field)).toLongLong() *
-               part.unit;
-    return sum;
+    return microseconds(qint64(totalOf(m_property->valueInner())));
 }

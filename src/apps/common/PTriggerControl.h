@@ -3,6 +3,8 @@
 
 #include <PCore/PStatus.h>
 
+#include <QVariant>
+
 #include <chrono>
 #include <optional>
 
@@ -31,5 +33,8 @@ public:
     std::chrono::microseconds exposure() const;
 
 private:
+    PStatus checkExposure(const QVariant& value) const;
+
     PDeviceProperty* m_property;
+    QVariant m_timeRange; ///< of exposure times, microseconds; invalid: unknown
 };

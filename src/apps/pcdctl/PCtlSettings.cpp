@@ -44,41 +44,65 @@ PCtlOutcome PCtlSettings::read(const QStringList& words, PDevice& device) {
 PCtlOutcome PCtlSettings::readWord(const QString& word, PDevice& device) {
     const qsizetype equals = word.indexOf(u'=');
     const QString name = word.left(equals).trimmed();
-    Setting setting;
-    setting.field = name.section(u'.', 1);
+    const QString field = name.section(u'.', 1);
     PCtlOutcome outcome;
-    setting.property = PPropertyLookup::find(device, name.section(u'.', 0, 0), outcome);
-    if (setting.property == nullptr)
+    // With a dot and nothing behind it, the whole word is an id that does not exist.
+    PDeviceProperty* const property =
+        PPropertyLookup::find(device, field.isEmpty() ? name : name.section(u'.', 0, 0), outcome);
+    if (property == nullptr)
         return outcome;
-    if (std::any_of(m_settings.begin(), m_settings.end(), [&](const Setting& before) {
-            return before.property == setting.property && before.field == setting.field;
-        }))
+    if (isGiven(property, field))
         return PCtlOutcome::wrongUsage(u"\"%1\" is given twice: expected it once"_qs.arg(name));
+    if (equals < 0 && !field.isEmpty())
+        return PCtlOutcome::wrongUsage(u"\"%1\" needs a value: expected %1=VALUE"_qs.arg(name));
+    if (equals < 0 && !isAction(*property))
+        return PCtlOutcome::wrongUsage(u"\"%1\" needs a value: expected %1=VALUE, %2"_qs.arg(
+            name, PPropertyCheck::expectation(*property)));
+    if (!field.isEmpty())
+        return readField(*property, {field, word.mid(equals + 1)});
+    QVariant value;
     if (equals >= 0)
-        outcome = readAssignment(setting, word.mid(equals + 1));
-    else if (!isAction(*setting.property))
-        outcome = PCtlOutcome::wrongUsage(u"\"%1\" needs a value: expected %1=VALUE, %2"_qs.arg(
-            name, PPropertyCheck::expectation(*setting.property)));
-    m_settings.append(setting);
+        outcome = readValue(*property, word.mid(equals + 1), value);
+    m_settings.append({property, {}, value});
     return outcome;
 }
 
-PCtlOutcome PCtlSettings::readAssignment(Setting& setting, const QString& text) const {
-    if (setting.field.isEmpty())
-        return readValue(*setting.property, text, setting.value);
-    setting.text = text;
-    QVariant tried = setting.property->valueInner();
-    const PStatus status = PGadgetFields::write(tried, setting.field, text);
-    return status.isOk() ? PCtlOutcome()
-                         : PCtlOutcome::wrongUsage(u"\"%1\": %2"_qs.arg(
-                               QString::fromLatin1(setting.property->id()), status.reason()));
+bool PCtlSettings::isGiven(const PDeviceProperty* property, const QString& field) const {
+    return std::any_of(m_settings.begin(), m_settings.end(), [&](const Setting& setting) {
+        const bool hasField = std::any_of(setting.fields.begin(), setting.fields.end(),
+                                          [&](const Field& given) { return given.name == field; });
+        return setting.property == property &&
+               (field.isEmpty() || setting.fields.isEmpty() || hasField);
+    });
+}
+
+PCtlOutcome PCtlSettings::readField(PDeviceProperty& property, const Field& field) {
+    const QString id = QString::fromLatin1(property.id());
+    QVariant tried = property.valueInner();
+    if (!PGadgetFields::isComposite(tried))
+        return PCtlOutcome::wrongUsage(u"\"%1\" has no fields: expected %1=VALUE, %2"_qs.arg(
+            id, PPropertyCheck::expectation(property)));
+    const PStatus status = PGadgetFields::write(tried, field.name, field.text);
+    if (!status.isOk())
+        return PCtlOutcome::wrongUsage(u"\"%1\": %2"_qs.arg(id, status.reason()));
+    addField(property, field);
+    return {};
+}
+
+/// Fields of one value are sent together: one may mean nothing without the other.
+void PCtlSettings::addField(PDeviceProperty& property, const Field& field) {
+    for (Setting& setting : m_settings) {
+        if (setting.property == &property)
+            return setting.fields.append(field);
+    }
+    m_settings.append({&property, {field}, QVariant()});
 }
 
 PCtlOutcome PCtlSettings::apply(PCameraSession& session,
                                 std::optional<std::chrono::milliseconds> timeout) {
     for (const Setting& setting : std::as_const(m_settings)) {
-        if (!setting.field.isEmpty()) {
-            sendField(setting);
+        if (!setting.fields.isEmpty()) {
+            sendFields(setting);
             continue;
         }
         if (setting.value.isValid()) {
@@ -100,26 +124,27 @@ void PCtlSettings::send(const Setting& setting) {
     if (PPropertyCheck::setAndAsk(property, setting.value))
         return;
     const QVariant range = property.rangeInner();
-    refuse(setting, PPropertyText::ofValue(setting.value, range),
+    refuse(property.id(), PPropertyText::ofValue(setting.value, range),
            PPropertyText::ofValue(property.valueInner(), range));
 }
 
-/// The other fields are those of now: a field set before may have changed them.
-void PCtlSettings::sendField(const Setting& setting) {
+/// What is not named stays as the camera has it now.
+void PCtlSettings::sendFields(const Setting& setting) {
     PDeviceProperty& property = *setting.property;
     QVariant wanted = property.valueInner();
-    PGadgetFields::write(wanted, setting.field, setting.text);
+    for (const Field& field : setting.fields)
+        PGadgetFields::write(wanted, field.name, field.text);
     PPropertyCheck::setAndAsk(property, wanted);
-    const QVariant wantedField = PGadgetFields::read(wanted, setting.field);
-    const QVariant actualField = PGadgetFields::read(property.valueInner(), setting.field);
-    if (wantedField != actualField)
-        refuse(setting, wantedField.toString(), actualField.toString());
+    for (const Field& field : setting.fields) {
+        const QVariant wantedField = PGadgetFields::read(wanted, field.name);
+        const QVariant actualField = PGadgetFields::read(property.valueInner(), field.name);
+        if (wantedField != actualField)
+            refuse(property.id() + '.' + field.name.toLatin1(), wantedField.toString(),
+                   actualField.toString());
+    }
 }
 
-void PCtlSettings::refuse(const Setting& setting, const QString& wanted, const QString& actual) {
-    QByteArray name = setting.property->id();
-    if (!setting.field.isEmpty())
-        name += '.' + setting.field.toLatin1();
+void PCtlSettings::refuse(const QByteArray& name, const QString& wanted, const QString& actual) {
     m_refused.append({name, u"wanted %1, the camera has %2"_qs.arg(wanted, actual)});
 }
 

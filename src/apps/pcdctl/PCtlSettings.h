@@ -34,18 +34,23 @@ public:
     const QList<PDeviceProfileReport::Item>& refused() const { return m_refused; }
 
 private:
+    struct Field {
+        QString name;
+        QString text;
+    };
     struct Setting {
         PDeviceProperty* property;
-        QString field;  ///< of a composite value; empty: the whole value
-        QString text;   ///< of the field
-        QVariant value; ///< neither this nor a field: run the action
+        QList<Field> fields; ///< of a composite value; empty: the whole value
+        QVariant value;      ///< neither this nor fields: run the action
     };
 
     PCtlOutcome readWord(const QString& word, PDevice& device);
-    PCtlOutcome readAssignment(Setting& setting, const QString& text) const;
+    PCtlOutcome readField(PDeviceProperty& property, const Field& field);
+    bool isGiven(const PDeviceProperty* property, const QString& field) const;
+    void addField(PDeviceProperty& property, const Field& field);
     void send(const Setting& setting);
-    void sendField(const Setting& setting);
-    void refuse(const Setting& setting, const QString& wanted, const QString& actual);
+    void sendFields(const Setting& setting);
+    void refuse(const QByteArray& name, const QString& wanted, const QString& actual);
 
     QList<Setting> m_settings;
     QList<PDeviceProfileReport::Item> m_refused;
