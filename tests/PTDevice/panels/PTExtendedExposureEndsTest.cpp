@@ -22,6 +22,14 @@ protected:
         QObject::connect(device.get(), &PDevice::snapshotTaken, [this] { ++snapshots; });
         clickOn(button(run));
     }
+    /// Every image that was on its way has arrived, and so has the snapshot that was made of it.
+    void stopAndDeliver() {
+        device->stopStream();
+        EXPECT_TRUE(waitUntil([this] { return device->frameLedger().waiting == 0; }));
+        // A snapshot takes one more turn of the events, and they come in slices.
+        for (int turn = 0; turn < 20; ++turn)
+            QCoreApplication::processEvents();
+    }
 
     int snapshots = 0;
 };
@@ -58,8 +66,7 @@ TEST_F(PTExtendedExposureEnds, the_panel_may_end_while_images_come) {
 
 TEST_F(PTExtendedExposureEnds, an_image_from_another_thread_is_handled_on_the_panels) {
     openRunning("pbRepeatMode");
-    device->stopStream();
-    QCoreApplication::processEvents();
+    stopAndDeliver();
     const int before = snapshots;
     std::thread([&] { emit device->imageChanged(smallImage()); }).join();
     EXPECT_EQ(snapshots, before);
@@ -68,8 +75,7 @@ TEST_F(PTExtendedExposureEnds, an_image_from_another_thread_is_handled_on_the_pa
 
 TEST_F(PTExtendedExposureEnds, an_image_from_another_thread_may_find_the_panel_gone) {
     openRunning("pbRepeatMode");
-    device->stopStream();
-    QCoreApplication::processEvents();
+    stopAndDeliver();
     const int before = snapshots;
     std::thread([&] { emit device->imageChanged(smallImage()); }).join();
     panel.reset();
@@ -125,8 +131,7 @@ TEST_F(PTExtendedExposureEnds, left_behind_in_a_run_it_lets_go) {
 
 TEST_F(PTExtendedExposureEnds, an_image_after_the_propertys_end_is_let_pass) {
     openRunning("pbRepeatMode");
-    device->stopStream();
-    QCoreApplication::processEvents();
+    stopAndDeliver();
     const int before = snapshots;
     delete exposure();
     EXPECT_FALSE(panel->isEnabled());
