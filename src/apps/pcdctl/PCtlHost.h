@@ -4,10 +4,7 @@
 #include "PCtlOptions.h"
 #include "PCtlOutcome.h"
 
-#include <apps/common/PCameraIdentity.h>
-#include <apps/common/PCameraSdk.h>
-
-#include <PCd/PDeviceManager.h>
+#include <apps/common/PCameraHost.h>
 
 /// The cameras of the program: SDK, plugins, devices. The main thread.
 class PCtlHost {
@@ -16,9 +13,9 @@ public:
     /// stream what the user should know besides.
     PCtlOutcome start(const PCtlOptions& options);
 
-    const PCameraSdk& sdk() const { return m_sdk; }
-    PDeviceManager& manager() { return m_manager; }
-    PCameraIdentity identityOf(const PDevice* device) const;
+    const PCameraSdk& sdk() const { return m_cameras.sdk(); }
+    PDeviceManager& manager() { return m_cameras.manager(); }
+    PCameraIdentity identityOf(const PDevice* device) const { return m_cameras.identityOf(device); }
 
     /// The camera the user has chosen, or null and why.
     struct Choice {
@@ -31,6 +28,5 @@ private:
     PCtlOutcome startSdk(const PCtlOptions& options);
     PCtlOutcome loadPlugins(const PCtlOptions& options);
 
-    PCameraSdk m_sdk;
-    PDeviceManager m_manager;
+    PCameraHost m_cameras;
 };
