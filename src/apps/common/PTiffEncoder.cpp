@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/PTiffEncoder.h>
 
-#include <tiffio.h>
+#include <apps/common/PTiffTags.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -71,20 +71,6 @@ Tiff openForWriting(MemoryFile& file) {
             &TIFFClose};
 }
 
-bool writeTags(TIFF* tiff, const QImage& image, int samples, const QByteArray& description) {
-    const bool colour = samples == 3;
-    return TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, image.width()) &&
-           TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, image.height()) &&
-           TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, 8) &&
-           TIFFSetField(tiff, TIFFTAG_SAMPLESPERPIXEL, samples) &&
-           TIFFSetField(tiff, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG) &&
-           TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC,
-                        colour ? PHOTOMETRIC_RGB : PHOTOMETRIC_MINISBLACK) &&
-           TIFFSetField(tiff, TIFFTAG_COMPRESSION, COMPRESSION_NONE) &&
-           TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, image.height()) &&
-           TIFFSetField(tiff, TIFFTAG_IMAGEDESCRIPTION, description.constData());
-}
-
 bool writeRows(TIFF* tiff, const QImage& image) {
     for (int y = 0; y < image.height(); ++y) {
         // libtiff only reads the row, but its interface is older than const.
@@ -96,8 +82,8 @@ bool writeRows(TIFF* tiff, const QImage& image) {
 
 bool write(MemoryFile& file, const QImage& image, int samples, const QByteArray& description) {
     const Tiff tiff = openForWriting(file);
-    return tiff && writeTags(tiff.get(), image, samples, description) &&
-           writeRows(tiff.get(), image);
+    const PTiffTags tags{image.width(), image.height(), samples, image.height(), description};
+    return tiff && tags.writeTo(tiff.get()) && writeRows(tiff.get(), image);
 }
 
 /// What a picture's rows, directory and text take at most, below the format's 4 GiB.

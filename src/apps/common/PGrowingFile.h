@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCore/PStatus.h>
+
+#include <QByteArray>
+
+#include <map>
+
+/// A new file that grows in steps. Bytes written beyond the last whole step go to the file at once;
+/// bytes written over older ones are held back until the step is whole. So a format whose old bytes
+/// point to newer ones is sound in the file at every moment, also one at which the program is
+/// killed. One thread.
+class PGrowingFile {
+public:
+    PGrowingFile() = default;
+    /// Closes it as it was after the last step.
+    ~PGrowingFile();
+    PGrowingFile(const PGrowingFile&) = delete;
+    PGrowingFile& operator=(const PGrowingFile&) = delete;
+
+    /// Makes the file. Fails if anything of that name exists, or with the system's reason.
+    PStatus create(const QString& path);
+    bool isOpen() const { return m_descriptor >= 0; }
+
+    /// False once anything could not be written; then all writing is refused until rollBack().
+    /// Never throws.
+    bool write(qint64 offset, const void* bytes, qint64 count);
+    /// What would be in the file if the step were whole. Returns the number of bytes, which is less
+    /// at the end, or -1.
+    qint64 read(qint64 offset, void* bytes, qint64 count) const;
+    /// With all that was written, in bytes.
+    qint64 size() const { return m_size; }
+
+    /// Makes the step whole. False, with the step undone, if that or a write before failed.
+    bool commit();
+    /// Undoes everything since the last step.
+    void rollBack();
+
+    /// Why the last failed write or commit() failed.
+    const QString& errorString() const { return m_error; }
+
+private:
+    bool holdBack(qint64 offset, const char* bytes, qint64 count);
+    bool writeNow(qint64 offset, const char* bytes, qint64 count);
+    bool fail(int error);
+
+    int m_descriptor = -1;
+    qint64 m_size = 0;
+    qint64 m_wholeSize = 0; ///< at the end of the last step
+    std::map<qint64, QByteArray> m_heldBack;
+    bool m_failed = false;
+    QString m_error;
+};

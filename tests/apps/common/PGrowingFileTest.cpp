@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: MIT
+#include <apps/common/PGrowingFile.h>
+
+#include "FileSizeLimit.h"
+
+#include <support/FolderTest.h>
+#include <support/QtPrinters.h>
+
+#include <QFile>
+
+#include <cerrno>
+
+namespace {
+
+class GrowingFile : public FolderTest {
+protected:
+    const QString name = path(u"grown"_qs);
+    PGrowingFile file;
+
+    void SetUp() override { ASSERT_TRUE(file.create(name).isOk()); }
+    bool write(qint64 offset, const QByteArray& bytes) {
+        return file.write(offset, bytes.constData(), bytes.size());
+    }
+    QByteArray read(qint64 offset, qint64 count) const {
+        QByteArray bytes(count, '\0');
+        const qint64 got = file.read(offset, bytes.data(), count);
+        return bytes.left(got);
+    }
+    QByteArray onDisk() const { return readFile(name); }
+};
+
+TEST_F(GrowingFile, a_file_that_exists_is_refused_and_left_alone) {
+    writeFile(path(u"mine"_qs), "mine");
+    PGrowingFile other;
+    const PStatus status = other.create(path(u"mine"_qs));
+    EXPECT_FALSE(status.isOk());
+    EXPECT_FALSE(status.reason().isEmpty());
+    EXPECT_EQ(readFile(path(u"mine"_qs)), QByteArray("mine"));
+}
+
+TEST_F(GrowingFile, a_link_that_leads_nowhere_is_refused_and_not_followed) {
+    ASSERT_TRUE(QFile::link(path(u"nowhere"_qs), path(u"link"_qs)));
+    PGrowingFile other;
+    EXPECT_FALSE(other.create(path(u"link"_qs)).isOk());
+    EXPECT_FALSE(QFile::exists(path(u"nowhere"_qs)));
+}
+
+TEST_F(GrowingFile, new_bytes_are_in_the_file_at_once) {
+    EXPECT_TRUE(write(0, "abc"));
+    EXPECT_EQ(onDisk(), QByteArray("abc"));
+    EXPECT_EQ(file.size(), 3);
+}
+
+TEST_F(GrowingFile, bytes_over_older_ones_are_in_the_file_when_the_step_is_whole) {
+    write(0, "abcdef");
+    ASSERT_TRUE(file.commit());
+    EXPECT_TRUE(write(1, "XY"));
+    EXPECT_TRUE(write(6, "new"));
+    EXPECT_EQ(onDisk(), QByteArray("abcdefnew"));
+    EXPECT_TRUE(file.commit());
+    EXPECT_EQ(onDisk(), QByteArray("aXYdefnew"));
+}
+
+TEST_F(GrowingFile, of_bytes_written_twice_over_older_ones_only_the_last_reach_the_file) {
+    write(0, "abcdef");
+    ASSERT_TRUE(file.commit());
+    write(1, "00");
+    write(1, "XY");
+    EXPECT_EQ(onDisk(), QByteArray("abcdef"));
+    ASSERT_TRUE(file.commit());
+    EXPECT_EQ(onDisk(), QByteArray("aXYdef"));
+}
+
+TEST_F(GrowingFile, reading_sees_what_is_held_back) {
+    write(0, "abcdef");
+    ASSERT_TRUE(file.commit());
+    write(2, "XY");
+    EXPECT_EQ(read(0, 6), QByteArray("abXYef"));
+    EXPECT_EQ(read(3, 1), QByteArray("Y"));
+    EXPECT_EQ(read(4, 9), QByteArray("ef"));
+}
+
+TEST_F(GrowingFile, an_undone_step_leaves_no_trace) {
+    write(0, "abcdef");
+    ASSERT_TRUE(file.commit());
+    write(0, "X");
+    write(6, "new");
+    file.rollBack();
+    EXPECT_EQ(onDisk(), QByteArray("abcdef"));
+    EXPECT_EQ(file.size(), 6);
+    EXPECT_EQ(read(0, 6), QByteArray("abcdef"));
+}
+
+TEST_F(GrowingFile, a_step_that_does_not_fit_on_the_disk_is_undone_and_the_reason_told) {
+    write(0, "abcdef");
+    ASSERT_TRUE(file.commit());
+    {
+        const FileSizeLimit limit(10);
+        write(0, "X");
+        EXPECT_FALSE(write(6, "too long"));
+        EXPECT_FALSE(write(6, "t"));
+        EXPECT_FALSE(file.commit());
+    }
+    EXPECT_EQ(file.errorString(), qt_error_string(EFBIG));
+    EXPECT_EQ(onDisk(), QByteArray("abcdef"));
+    EXPECT_TRUE(write(6, "g"));
+    EXPECT_TRUE(file.commit());
+    EXPECT_EQ(onDisk(), QByteArray("abcdefg"));
+}
+
+} // namespace
