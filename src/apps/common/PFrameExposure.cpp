@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+#include <apps/common/PFrameExposure.h>
+
+#include <apps/common/PSettingNames.h>
+
+#include <PCd/PFrameStamp.h>
+
+#include <QMetaProperty>
+#include <QRegularExpression>
+
+#include <algorithm>
+
+namespace {
+
+QVariant valueOf(const PDeviceSettings& settings, const QByteArray& id) {
+    const auto& values = settings.values;
+    const auto found = std::find_if(values.begin(), values.end(),
+                                    [&](const auto& value) { return value.first == id; });
+    return found == values.end() ? QVariant() : found->second;
+}
+
+/// A field of the record that holds all of the exposure; invalid without either.
+QVariant recordField(const PDeviceSettings& settings, const char* field) {
+    const QVariant record = valueOf(settings, "extexposure");
+    const QMetaObject* const fields = record.metaType().metaObject();
+    const int index = fields == nullptr ? -1 : fields->indexOfProperty(field);
+    return index < 0 ? QVariant() : fields->property(index).readOnGadget(record.constData());
+}
+
+std::optional<double> number(const QVariant& value, double unit) {
+    bool isNumber = false;
+    const double read = value.toDouble(&isNumber);
+    return isNumber ? std::optional(read * unit) : std::nullopt;
+}
+
+/// The record has the time of triggered frames in parts.
+std::optional<double> recordMilliseconds(const PDeviceSettings& settings) {
+    if (recordField(settings, "capturemode").toInt() != 1)
+        return number(recordField(settings, "exp"), 1);
+    const auto part = [&](const char* field) { return recordField(settings, field).toInt(); };
+    const double seconds = 60.0 * part("minutes") + part("seconds");
+    return 1e3 * seconds + part("milliseconds") + 1e-3 * part("microseconds");
+}
+
+QString binningOf(const PDeviceSettings& settings, const PSettingNames& names) {
+    const PEnumerationItem item = names.item("binning", valueOf(settings, "binning"));
+    static const QRegularExpression square(u"(\\d+)x\\1"_qs);
+    const QRegularExpressionMatch match = square.match(item.name);
+    if (match.hasMatch())
+        return match.captured();
+    return item.data == "1" ? u"1x1"_qs : QString();
+}
+
+} // namespace
+
+PFrameExposure PFrameExposure::of(const PDeviceSettings& settings, const PSettingNames& names) {
+    PFrameExposure exposure;
+    exposure.milliseconds = number(valueOf(settings, "autoexpottime"), 1e-3);
+    if (!exposure.milliseconds)
+        exposure.milliseconds = recordMilliseconds(settings);
+    exposure.gain = number(valueOf(settings, "autoexpogain"), 1e-2);
+    if (!exposure.gain)
+        exposure.gain = number(recordField(settings, "gain"), 1e-2);
+    exposure.automatic = valueOf(settings, "autoexponeable").toBool() ||
+                         recordField(settings, "autoexpenabled").toBool();
+    exposure.binning = binningOf(settings, names);
+    return exposure;
+}

@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: MIT
+#include <apps/common/PFrameWriteQueue.h>
+
+#include <exception>
+#include <utility>
+
+PFrameWriteQueue::PFrameWriteQueue(Write write, int writers, std::size_t byteLimit)
+    : m_write(std::move(write))
+    , m_byteLimit(byteLimit) {
+    for (int i = 0; i < writers; ++i)
+        m_writers.emplace_back([this] { writeFrames(); });
+}
+
+PFrameWriteQueue::~PFrameWriteQueue() {
+    {
+        const std::lock_guard lock(m_mutex);
+        m_closing = true;
+    }
+    m_work.notify_all();
+    for (std::thread& writer : m_writers)
+        writer.join();
+}
+
+bool PFrameWriteQueue::push(const PDeviceFrame& frame) {
+    const std::lock_guard lock(m_mutex);
+    const std::size_t bytes = frame.image.dataSize();
+    const bool full = m_bytes > 0 && m_bytes + bytes > m_byteLimit;
+    if (full || !m_state.error.isEmpty()) {
+        ++m_state.refused;
+        return false;
+    }
+    m_jobs.push_back({++m_lastNumber, frame});
+    m_bytes += bytes;
+    ++m_state.waiting;
+    m_work.notify_one();
+    return true;
+}
+
+bool PFrameWriteQueue::waitUntilIdle(std::chrono::milliseconds atMost) {
+    std::unique_lock lock(m_mutex);
+    return m_idle.wait_for(lock, atMost, [this] { return m_state.waiting == 0; });
+}
+
+PFrameWriteQueue::State PFrameWriteQueue::state() const {
+    const std::lock_guard lock(m_mutex);
+    return m_state;
+}
+
+/// The body of a writer thread.
+void PFrameWriteQueue::writeFrames() {
+    std::unique_lock lock(m_mutex);
+    while (true) {
+        m_work.wait(lock, [this] { return m_closing || !m_jobs.empty(); });
+        if (m_jobs.empty())
+            return;
+        const Job job = std::move(m_jobs.front());
+        m_jobs.pop_front();
+        // The camera's thread must not wait for the disk: it needs the lock to hand a frame in.
+        lock.unlock();
+        const QString error = tryWrite(job);
+        lock.lock();
+        finish(job, error);
+    }
+}
+
+/// An empty text, or why the frame could not be written.
+QString PFrameWriteQueue::tryWrite(const Job& job) const {
+    try {
+        return m_write(job.frame, job.number).reason();
+    } catch (const std::exception& error) {
+        return u"cannot save frame %1: %2"_qs.arg(job.number)
+            .arg(QString::fromLocal8Bit(error.what()));
+    }
+}
+
+/// Books a frame that was tried. Locked.
+void PFrameWriteQueue::finish(const Job& job, const QString& error) {
+    m_bytes -= job.frame.image.dataSize();
+    --m_state.waiting;
+    ++(error.isEmpty() ? m_state.written : m_state.failed);
+    if (!error.isEmpty() && m_state.error.isEmpty())
+        giveUp(error);
+    if (m_state.waiting == 0)
+        m_idle.notify_all();
+}
+
+/// The run is to end: what waits would only leave a hole in it. Locked.
+void PFrameWriteQueue::giveUp(const QString& error) {
+    m_state.error = error;
+    for (const Job& job : m_jobs)
+        m_bytes -= job.frame.image.dataSize();
+    m_state.waiting -= m_jobs.size();
+    m_state.failed += m_jobs.size();
+    m_jobs.clear();
+}

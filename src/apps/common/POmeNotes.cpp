@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+#include <apps/common/POmeNotes.h>
+
+#include <utility>
+
+namespace {
+
+void appendTally(PPictureText& notes, const PRecordTally& tally) {
+    const std::pair<const char*, quint64> counts[]{{"wanted", tally.wanted},
+                                                   {"written", tally.written},
+                                                   {"failed", tally.failed},
+                                                   {"refused", tally.refused},
+                                                   {"not taken", tally.notTaken}};
+    for (const auto& [name, count] : counts)
+        notes.append({u"Recording "_qs + QLatin1String(name), QString::number(count)});
+}
+
+void appendLedger(PPictureText& notes, const PFrameLedger& ledger) {
+    notes.append({u"Camera frames produced"_qs, QString::number(ledger.produced)});
+    for (const PFrameFate fate : PFrameLedger::allFates()) {
+        notes.append({u"Camera frames "_qs + PFrameLedger::title(fate),
+                      QString::number(ledger.count(fate))});
+    }
+}
+
+QString exposureText(const PDeviceSettings& settings, const PSettingNames& names) {
+    return PFrameExposure::of(settings, names).automatic
+               ? u"automatic; times and gain are those last read from the camera"_qs
+               : u"manual"_qs;
+}
+
+} // namespace
+
+POmeNotes::POmeNotes(PCameraIdentity camera, PSettingNames names)
+    : m_camera(std::move(camera))
+    , m_names(std::move(names)) {
+}
+
+PPictureText POmeNotes::ofCamera(const PFrameStamp& first) const {
+    PPictureText notes = pictureTextOf(m_camera, &first, m_names);
+    notes.append({u"Exposure"_qs, exposureText(*first.settings, m_names)});
+    return notes;
+}
+
+PPictureText POmeNotes::unfinished(const PFrameStamp& first) const {
+    PPictureText notes = ofCamera(first);
+    notes.append({u"Complete"_qs, u"no: the recording was cut short, and the times of its frames "
+                                  "are in the description of each"_qs});
+    return notes;
+}
+
+void POmeNotes::add(const PFrameStamp& stamp) {
+    if (m_first.isEmpty())
+        m_first = ofCamera(stamp);
+    addChanges(stamp);
+    addNumber(stamp.sequence);
+}
+
+/// A device makes a new record of its settings at every change, and only then.
+void POmeNotes::addChanges(const PFrameStamp& stamp) {
+    const auto before = std::exchange(m_settings, stamp.settings);
+    if (!before || before == stamp.settings)
+        return;
+    for (const auto& value : stamp.settings->values) {
+        // The time is told of every frame.
+        if (value.first == "autoexpottime" || before->values.contains(value))
+            continue;
+        const QString setting = QString::fromLatin1(value.first);
+        m_changes.append({u"Setting %1 from frame %2"_qs.arg(setting).arg(stamp.sequence),
+                          m_names.text(value.first, value.second)});
+    }
+}
+
+void POmeNotes::addNumber(quint64 sequence) {
+    if (!m_numbers.empty() && m_numbers.back().second + 1 == sequence)
+        m_numbers.back().second = sequence;
+    else
+        m_numbers.emplace_back(sequence, sequence);
+}
+
+/// "1-20, 22, 30-31".
+QString POmeNotes::numbers() const {
+    QStringList runs;
+    for (const auto& [first, last] : m_numbers) {
+        runs.append(first == last ? QString::number(first) : u"%1-%2"_qs.arg(first).arg(last));
+    }
+    return runs.join(u", "_qs);
+}
+
+PPictureText POmeNotes::finished(const PRecordEnd& end) const {
+    PPictureText notes = m_first + m_changes;
+    notes.append({u"Complete"_qs, end.trouble.isEmpty() ? u"yes"_qs : u"no: "_qs + end.trouble});
+    notes.append({u"Frames"_qs, numbers()});
+    appendTally(notes, end.tally);
+    if (end.ledger)
+        appendLedger(notes, *end.ledger);
+    return notes;
+}

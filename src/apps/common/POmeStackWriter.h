@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <apps/common/PFrameWriter.h>
+#include <apps/common/POmeNotes.h>
+#include <apps/common/PTiffStack.h>
+
+/// Writes a recording as one OME-TIFF file, uncompressed. The file is made with the first frame,
+/// under its own name, and never in the place of another. From then on it is at every moment a
+/// valid OME-TIFF of the frames written so far, also when the program is killed; finish() adds the
+/// times of all frames and the accounts.
+class POmeStackWriter : public PFrameWriter {
+public:
+    struct Options {
+        QString path;
+        PCameraIdentity camera;
+        PSettingNames names;
+        std::optional<quint64> frames;           ///< how many will come at most
+        std::optional<double> pixelSizeUm;       ///< on the specimen, of a pixel as saved
+        std::optional<double> sensorTemperature; ///< degrees Celsius
+    };
+
+    explicit POmeStackWriter(const Options& options);
+
+    /// The endings of file names that mean a stack: ".ome.tif" …
+    static QStringList endings();
+    static bool isName(const QString& path);
+
+    int threads() const override { return 1; }
+    /// All frames must be of one size and kind.
+    PStatus write(const PDeviceFrame& frame, quint64 number) override;
+    PStatus finish(const PRecordEnd& end) override;
+
+private:
+    PStatus begin(const PDeviceFrame& frame, const QImage& picture);
+    PStatus append(const PDeviceFrame& frame, const QImage& picture);
+    PStatus failure(const QString& reason) const;
+    bool fitsInto(const QImage& picture) const;
+    POmePlane planeOf(const PFrameStamp& stamp) const;
+
+    const Options m_options;
+    PTiffStack m_stack;
+    POmeDocument m_document;
+    POmeNotes m_notes;
+    qsizetype m_countPosition = 0; ///< in the unfinished document
+    std::chrono::steady_clock::time_point m_start;
+};

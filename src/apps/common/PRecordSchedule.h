@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QtGlobal>
+
+#include <chrono>
+#include <optional>
+
+/// Which frames of a stream a recording wants: all, or for a time-lapse one each interval, until a
+/// number or a time is reached. Goes by the frames' times of arrival alone. One thread.
+class PRecordSchedule {
+public:
+    using TimePoint = std::chrono::steady_clock::time_point;
+    using Duration = std::chrono::steady_clock::duration;
+
+    struct Plan {
+        std::optional<quint64> frames;    ///< so many; at least 1
+        std::optional<Duration> duration; ///< from the first frame on
+        std::optional<Duration> interval; ///< of a time-lapse; none: every frame
+    };
+
+    explicit PRecordSchedule(const Plan& plan)
+        : m_plan(plan) {}
+
+    /// Is a frame that arrived then wanted? The first one is; then, with an interval, the one that
+    /// is nearest to each multiple of it. An interval in which no frame came is left out.
+    bool claim(TimePoint arrived);
+
+    /// True when no later frame will be wanted.
+    bool isOver(TimePoint now) const;
+
+    /// How many frames have been claimed, and how many are wanted in the end, if that is set.
+    quint64 claimed() const { return m_claimed; }
+    std::optional<quint64> frames() const { return m_plan.frames; }
+    /// How much is done, from 0 to 1; nothing without a set end.
+    std::optional<double> share(TimePoint now) const;
+
+private:
+    bool isDue(TimePoint arrived);
+    Duration since(TimePoint now) const;
+
+    Plan m_plan;
+    quint64 m_claimed = 0;
+    std::optional<TimePoint> m_first;
+    TimePoint m_previous; ///< frame, claimed or not
+    Duration::rep m_lastSlot = 0;
+};

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QHash>
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+/// An OME-XML document as a reader sees it. A value.
+class OmeXml {
+public:
+    explicit OmeXml(const QByteArray& xml);
+
+    struct Element {
+        QString name;
+        QString parent;
+        QHash<QString, QString> attributes;
+        QString text;
+    };
+    /// All elements of this name, in order.
+    QList<Element> elements(const char* name) const;
+    /// An attribute of the first element of this name; an empty text if there is none.
+    QString attribute(const char* element, const char* name) const;
+    QString text(const char* element) const;
+    /// The value of a key in the map annotation.
+    QString note(const QString& key) const;
+
+    /// What is wrong with the document, or an empty text: by the schema that the environment
+    /// variable PCD_OME_SCHEMA names, through xmllint. Without the variable it says on the standard
+    /// output that only the structure is looked at: required elements and attributes, their order,
+    /// references.
+    QString complaints() const;
+
+private:
+    QString schemaComplaints(const QString& schema) const;
+    QString structureComplaints() const;
+    QStringList childrenOf(const char* parent) const;
+
+    QByteArray m_xml;
+    QList<Element> m_elements;
+    QString m_error;
+};

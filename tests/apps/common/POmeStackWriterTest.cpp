@@ -1,0 +1,224 @@
+// SPDX-License-Identifier: MIT
+#include <apps/common/POmeStackWriter.h>
+
+#include "FileSizeLimit.h"
+#include "OmeXml.h"
+#include "TestFrames.h"
+#include "TiffReadBack.h"
+
+#include <support/FolderTest.h>
+#include <support/QtPrinters.h>
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <cerrno>
+
+namespace {
+
+using namespace std::chrono_literals;
+
+class OmeStackWriter : public FolderTest {
+protected:
+    POmeStackWriter::Options options{path(u"run.ome.tif"_qs),
+                                     {u"Small-S0001"_qs, u"Small"_qs, u"S0001"_qs, true},
+                                     {},
+                                     std::nullopt,
+                                     std::nullopt,
+                                     std::nullopt};
+
+    /// Writes frames 1, 2 … 10 ms apart.
+    static void write(POmeStackWriter& writer, int frames) {
+        for (int i = 1; i <= frames; ++i) {
+            const PStatus status = writer.write(testFrame(quint64(i), 10ms * (i - 1)), quint64(i));
+            ASSERT_TRUE(status.isOk()) << status.reason().toStdString();
+        }
+    }
+    OmeXml xml() const { return OmeXml(TiffReadBack(options.path).description()); }
+    /// How many pictures the file holds; each must say its own number in its pixels.
+    int soundPictures() const {
+        const TiffReadBack tiff(options.path);
+        for (int i = 0; i < tiff.pictures(); ++i) {
+            tiff.select(i);
+            EXPECT_EQ(tiff.rows(), QByteArray(18, char(i + 1))) << i;
+        }
+        return tiff.pictures();
+    }
+};
+
+TEST_F(OmeStackWriter, knows_its_names) {
+    EXPECT_TRUE(POmeStackWriter::isName(u"a.ome.tif"_qs));
+    EXPECT_TRUE(POmeStackWriter::isName(u"A.OME.TIFF"_qs));
+    EXPECT_FALSE(POmeStackWriter::isName(u"a.tif"_qs));
+    EXPECT_FALSE(POmeStackWriter::isName(u"ome.tif"_qs));
+}
+
+TEST_F(OmeStackWriter, a_finished_file_describes_every_picture_in_it) {
+    POmeStackWriter writer(options);
+    write(writer, 3);
+    PFrameLedger ledger;
+    ledger.produced = 9;
+    ASSERT_TRUE(writer.finish({{3, 3, 0, 0, 0, 0}, ledger, {}}).isOk());
+    EXPECT_EQ(soundPictures(), 3);
+    const OmeXml document = xml();
+    EXPECT_EQ(document.complaints(), QString());
+    EXPECT_EQ(document.attribute("Pixels", "SizeT"), u"3"_qs);
+    ASSERT_EQ(document.elements("Plane").size(), 3);
+    EXPECT_EQ(document.elements("Plane").at(2).attributes.value(u"DeltaT"_qs), u"0.02"_qs);
+    EXPECT_EQ(document.text("AcquisitionDate"), u"2026-01-01T00:00:00.000Z"_qs);
+    EXPECT_EQ(document.attribute("Image", "Name"), u"run.ome.tif"_qs);
+    EXPECT_EQ(document.note(u"Simulated"_qs), u"yes"_qs);
+    EXPECT_EQ(document.note(u"Complete"_qs), u"yes"_qs);
+    EXPECT_EQ(document.note(u"Frames"_qs), u"1-3"_qs);
+    EXPECT_EQ(document.note(u"Recording wanted"_qs), u"3"_qs);
+    EXPECT_EQ(document.note(u"Camera frames produced"_qs), u"9"_qs);
+    EXPECT_EQ(document.note(u"Mode"_qs), u"3x2, id 0, 24 bits a pixel"_qs);
+}
+
+TEST_F(OmeStackWriter, before_the_end_the_file_is_a_valid_stack_of_the_pictures_so_far) {
+    POmeStackWriter writer(options);
+    for (int i = 1; i <= 12; ++i) {
+        ASSERT_TRUE(writer.write(testFrame(quint64(i), 10ms * i), quint64(i)).isOk());
+        EXPECT_EQ(soundPictures(), i);
+        EXPECT_EQ(xml().attribute("Pixels", "SizeT").toInt(), i);
+    }
+    EXPECT_EQ(xml().complaints(), QString());
+    EXPECT_TRUE(xml().note(u"Complete"_qs).startsWith(u"no"_qs));
+    const TiffReadBack tiff(options.path);
+    tiff.select(11);
+    EXPECT_EQ(tiff.description(), QByteArray("Frame: 12\nTime: 2026-01-01T00:00:00.120Z"));
+}
+
+TEST_F(OmeStackWriter, a_grey_recording_has_one_sample) {
+    POmeStackWriter writer(options);
+    const auto grey = testFrame(1, 0ms, settingsOf({}), PDIP::ColorFormat::Gray);
+    ASSERT_TRUE(writer.write(grey, 1).isOk());
+    ASSERT_TRUE(writer.finish({}).isOk());
+    EXPECT_EQ(TiffReadBack(options.path).field(TIFFTAG_SAMPLESPERPIXEL), 1);
+    EXPECT_EQ(xml().attribute("Pixels", "SizeC"), u"1"_qs);
+    EXPECT_EQ(xml().complaints(), QString());
+}
+
+TEST_F(OmeStackWriter, exposure_gain_pixel_size_and_temperature_are_told) {
+    options.pixelSizeUm = 0.5;
+    options.sensorTemperature = 12.5;
+    POmeStackWriter writer(options);
+    const auto manual =
+        settingsOf({{"autoexponeable", false}, {"autoexpottime", 12'500}, {"autoexpogain", 150}});
+    ASSERT_TRUE(writer.write(testFrame(1, 0ms, manual), 1).isOk());
+    ASSERT_TRUE(writer.finish({}).isOk());
+    EXPECT_EQ(xml().attribute("Plane", "ExposureTime"), u"12.5"_qs);
+    EXPECT_EQ(xml().attribute("DetectorSettings", "Gain"), u"1.5"_qs);
+    EXPECT_EQ(xml().attribute("Pixels", "PhysicalSizeX"), u"0.5"_qs);
+    EXPECT_EQ(xml().attribute("ImagingEnvironment", "Temperature"), u"12.5"_qs);
+    EXPECT_EQ(xml().note(u"Exposure"_qs), u"manual"_qs);
+}
+
+TEST_F(OmeStackWriter, each_picture_has_the_exposure_it_was_taken_with) {
+    POmeStackWriter writer(options);
+    for (int i = 1; i <= 3; ++i) {
+        const auto settings = settingsOf({{"autoexponeable", true}, {"autoexpottime", 1000 * i}});
+        ASSERT_TRUE(writer.write(testFrame(quint64(i), 10ms * i, settings), quint64(i)).isOk());
+    }
+    ASSERT_TRUE(writer.finish({}).isOk());
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ(xml().elements("Plane").at(i).attributes.value(u"ExposureTime"_qs),
+                  QString::number(i + 1));
+    }
+    EXPECT_TRUE(xml().note(u"Exposure"_qs).startsWith(u"automatic"_qs));
+}
+
+TEST_F(OmeStackWriter, a_setting_that_changes_is_told_with_the_frame_it_changed_at) {
+    POmeStackWriter writer(options);
+    const auto before = settingsOf({{"contrast", 5}, {"hue", 1}});
+    const auto after = settingsOf({{"contrast", 6}, {"hue", 1}});
+    ASSERT_TRUE(writer.write(testFrame(1, 0ms, before), 1).isOk());
+    ASSERT_TRUE(writer.write(testFrame(2, 1ms, before), 2).isOk());
+    ASSERT_TRUE(writer.write(testFrame(7, 2ms, after), 3).isOk());
+    ASSERT_TRUE(writer.finish({}).isOk());
+    EXPECT_EQ(xml().note(u"Setting contrast"_qs), u"5"_qs);
+    EXPECT_EQ(xml().note(u"Setting contrast from frame 7"_qs), u"6"_qs);
+    EXPECT_EQ(xml().note(u"Setting hue from frame 7"_qs), QString());
+    EXPECT_EQ(xml().note(u"Frames"_qs), u"1-2, 7"_qs);
+}
+
+TEST_F(OmeStackWriter, a_setting_of_several_values_is_told_field_by_field) {
+    POmeStackWriter writer(options);
+    const auto settings = settingsOf({{"extexposure", QVariant::fromValue(TestExposureRecord())}});
+    ASSERT_TRUE(writer.write(testFrame(1, 0ms, settings), 1).isOk());
+    ASSERT_TRUE(writer.finish({}).isOk());
+    EXPECT_TRUE(xml()
+                    .note(u"Setting extexposure"_qs)
+                    .startsWith(u"gain 120, exp 1.5, autoexpenabled off, "_qs))
+        << xml().note(u"Setting extexposure"_qs).toStdString();
+    EXPECT_EQ(xml().attribute("Plane", "ExposureTime"), u"1.5"_qs);
+}
+
+TEST_F(OmeStackWriter, it_is_a_bigtiff_unless_it_is_known_to_stay_below_4_gb) {
+    const auto isBig = [&](std::optional<quint64> frames) {
+        QFile::remove(options.path);
+        options.frames = frames;
+        POmeStackWriter writer(options);
+        write(writer, 1);
+        return TiffReadBack(options.path).isBig();
+    };
+    EXPECT_TRUE(isBig(std::nullopt));
+    EXPECT_FALSE(isBig(1000));
+    EXPECT_TRUE(isBig(1'000'000'000));
+}
+
+TEST_F(OmeStackWriter, a_file_that_exists_is_refused_named_and_left_alone) {
+    writeFile(options.path, "mine");
+    POmeStackWriter writer(options);
+    const PStatus status = writer.write(testFrame(1, 0ms), 1);
+    EXPECT_FALSE(status.isOk());
+    EXPECT_TRUE(status.reason().contains(options.path)) << status.reason().toStdString();
+    EXPECT_TRUE(writer.finish({}).isOk());
+    EXPECT_EQ(readFile(options.path), QByteArray("mine"));
+}
+
+TEST_F(OmeStackWriter, a_frame_of_another_size_or_kind_is_refused_and_the_rest_stays) {
+    POmeStackWriter writer(options);
+    write(writer, 2);
+    const auto wide = testFrame(3, 0ms, settingsOf({}), PDIP::ColorFormat::Bgr, 4);
+    const auto grey = testFrame(3, 0ms, settingsOf({}), PDIP::ColorFormat::Gray);
+    for (const PDeviceFrame& other : {wide, grey}) {
+        const PStatus status = writer.write(other, 3);
+        EXPECT_TRUE(status.reason().contains(u"frame 3 has another size or kind"_qs))
+            << status.reason().toStdString();
+    }
+    ASSERT_TRUE(writer.finish({}).isOk());
+    EXPECT_EQ(soundPictures(), 2);
+    EXPECT_EQ(xml().complaints(), QString());
+}
+
+TEST_F(OmeStackWriter, a_recording_without_frames_leaves_no_file) {
+    POmeStackWriter writer(options);
+    EXPECT_TRUE(writer.finish({}).isOk());
+    EXPECT_FALSE(QFile::exists(options.path));
+}
+
+TEST_F(OmeStackWriter, a_disk_without_room_for_the_first_frame_is_left_without_a_file) {
+    POmeStackWriter writer(options);
+    {
+        const FileSizeLimit limit(100);
+        const PStatus status = writer.write(testFrame(1, 0ms), 1);
+        EXPECT_TRUE(status.reason().contains(qt_error_string(EFBIG)))
+            << status.reason().toStdString();
+    }
+    EXPECT_TRUE(writer.finish({}).isOk());
+    EXPECT_FALSE(QFile::exists(options.path));
+}
+
+TEST_F(OmeStackWriter, on_a_full_disk_the_file_stays_a_valid_stack_of_what_fitted) {
+    POmeStackWriter writer(options);
+    write(writer, 3);
+    const FileSizeLimit limit(rlim_t(QFileInfo(options.path).size()) + 40);
+    EXPECT_FALSE(writer.write(testFrame(4, 40ms), 4).isOk());
+    const PStatus status = writer.finish({});
+    EXPECT_TRUE(status.reason().contains(qt_error_string(EFBIG))) << status.reason().toStdString();
+    EXPECT_EQ(soundPictures(), 3);
+    EXPECT_EQ(xml().attribute("Pixels", "SizeT").toInt(), 3);
+}
+
+} // namespace

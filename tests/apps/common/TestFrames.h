@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCd/PDeviceFrame.h>
+
+#include <QObject>
+
+#include <chrono>
+
+/// A record with the fields of a camera's exposure, as plugins make them.
+struct TestExposureRecord {
+    Q_GADGET
+    Q_PROPERTY(int gain MEMBER gain)
+    Q_PROPERTY(double exp MEMBER exp)
+    Q_PROPERTY(bool autoexpenabled MEMBER autoexpenabled)
+    Q_PROPERTY(int minutes MEMBER minutes)
+    Q_PROPERTY(int seconds MEMBER seconds)
+    Q_PROPERTY(int milliseconds MEMBER milliseconds)
+    Q_PROPERTY(int microseconds MEMBER microseconds)
+    Q_PROPERTY(int capturemode MEMBER capturemode)
+
+public:
+    int gain = 120;
+    double exp = 1.5;
+    bool autoexpenabled = false;
+    int minutes = 0;
+    int seconds = 0;
+    int milliseconds = 0;
+    int microseconds = 0;
+    int capturemode = 0;
+
+    friend bool operator==(const TestExposureRecord& a, const TestExposureRecord& b) {
+        return a.gain == b.gain && a.exp == b.exp && a.capturemode == b.capturemode;
+    }
+};
+
+using TestSettings = QList<std::pair<QByteArray, QVariant>>;
+
+inline std::shared_ptr<const PDeviceSettings> settingsOf(const TestSettings& values) {
+    auto settings = std::make_shared<PDeviceSettings>();
+    settings->mode = {3, 2, QStringLiteral("3x2"), "0", 24};
+    settings->values = values;
+    return settings;
+}
+
+/// A frame of 3 x 2 pixels, or others, in one colour (blue, green, red are its bytes), with a
+/// stamp: this number, this long after the first instant of 2026.
+inline PDeviceFrame testFrame(quint64 sequence, std::chrono::milliseconds arrived,
+                              std::shared_ptr<const PDeviceSettings> settings = settingsOf({}),
+                              PDIP::ColorFormat format = PDIP::ColorFormat::Bgr, int width = 3,
+                              int height = 2) {
+    PDeviceFrame frame;
+    if (!frame.image.create(width, height, format))
+        throw std::bad_alloc();
+    const PDIP::ImageRawData data = frame.image.rawData(PDIP::AccessMode::Write);
+    for (std::size_t i = 0; i < data.size(); ++i)
+        data.data()[i] = static_cast<unsigned char>(sequence);
+    auto stamp = std::make_shared<PFrameStamp>();
+    stamp->sequence = sequence;
+    stamp->arrived = std::chrono::steady_clock::time_point(std::chrono::hours(1) + arrived);
+    stamp->arrivedUtc =
+        QDateTime(QDate(2026, 1, 1), QTime(0, 0), Qt::UTC).addMSecs(arrived.count());
+    stamp->settings = std::move(settings);
+    frame.stamp = std::move(stamp);
+    return frame;
+}
