@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <cstring>
 #include <new>
+#include <utility>
 
 namespace {
 
@@ -28,16 +29,21 @@ void overlay(char* bytes, qint64 offset, qint64 count, qint64 pieceOffset,
 } // namespace
 
 PGrowingFile::~PGrowingFile() {
-    if (!isOpen())
-        return;
-    rollBack();
-    ::close(m_descriptor);
+    close();
 }
 
 PStatus PGrowingFile::create(const QString& path) {
     m_descriptor = ::open(QFile::encodeName(path).constData(),
                           O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, everybody);
     return isOpen() ? PStatus() : PStatus::failure(qt_error_string(errno));
+}
+
+PStatus PGrowingFile::close() {
+    if (!isOpen())
+        return PStatus::Ok;
+    rollBack();
+    const bool done = ::close(std::exchange(m_descriptor, -1)) == 0;
+    return done ? PStatus() : PStatus::failure(qt_error_string(errno));
 }
 
 bool PGrowingFile::write(qint64 offset, const void* bytes, qint64 count) {

@@ -13,8 +13,11 @@ namespace {
 // Small enough to stay in the processor's cache between being packed and being written.
 constexpr int stripBytes = 512 * 1024;
 
+/// At least two strips a picture: libtiff cuts up an only strip when the text is replaced, and some
+/// readers refuse a first picture with other strips than the rest.
 int rowsPerStripOf(const QImage& picture, int samples) {
-    return std::clamp(stripBytes / (picture.width() * samples), 1, picture.height());
+    const int most = std::max(1, (picture.height() + 1) / 2);
+    return std::clamp(stripBytes / (picture.width() * samples), 1, most);
 }
 
 /// The file's own reason is told, not libtiff's on the standard error stream.
@@ -161,6 +164,11 @@ PStatus PTiffStack::overwriteDescription(qsizetype position, const QByteArray& b
         return PStatus::failure(u"there is no such place in the description"_qs);
     return finishStep(
         m_file.write(m_descriptionOffset + position, bytes.constData(), bytes.size()));
+}
+
+PStatus PTiffStack::close() {
+    m_tiff.reset();
+    return m_file.close();
 }
 
 PStatus PTiffStack::replaceDescription(const QByteArray& description) {

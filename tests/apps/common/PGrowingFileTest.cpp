@@ -6,9 +6,12 @@
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>
 
+#include <QDir>
 #include <QFile>
 
 #include <cerrno>
+
+#include <unistd.h>
 
 namespace {
 
@@ -106,6 +109,37 @@ TEST_F(GrowingFile, a_step_that_does_not_fit_on_the_disk_is_undone_and_the_reaso
     EXPECT_TRUE(write(6, "g"));
     EXPECT_TRUE(file.commit());
     EXPECT_EQ(onDisk(), QByteArray("abcdefg"));
+}
+
+TEST_F(GrowingFile, it_grows_beyond_4_gib) {
+    const qint64 far = (qint64(5) << 30) + 3; // a hole before it takes no room on the disk
+    write(0, "abc");
+    ASSERT_TRUE(write(far, "end"));
+    ASSERT_TRUE(file.commit());
+    EXPECT_TRUE(write(far, "END"));
+    EXPECT_EQ(file.size(), far + 3);
+    EXPECT_EQ(read(far - 1, 9), QByteArray("\0END", 4));
+    file.rollBack();
+    EXPECT_EQ(read(far, 9), QByteArray("end"));
+}
+
+TEST_F(GrowingFile, closing_undoes_what_is_no_whole_step) {
+    write(0, "abc");
+    ASSERT_TRUE(file.commit());
+    write(3, "def");
+    EXPECT_TRUE(file.close().isOk());
+    EXPECT_FALSE(file.isOpen());
+    EXPECT_EQ(onDisk(), QByteArray("abc"));
+    EXPECT_TRUE(file.close().isOk());
+}
+
+TEST_F(GrowingFile, a_system_that_cannot_close_it_is_heard) {
+    for (const QFileInfo& open : QDir(u"/proc/self/fd"_qs).entryInfoList(QDir::Files)) {
+        if (open.symLinkTarget() == name) {
+            ASSERT_EQ(::close(open.fileName().toInt()), 0);
+        }
+    }
+    EXPECT_EQ(file.close().reason(), qt_error_string(EBADF));
 }
 
 } // namespace

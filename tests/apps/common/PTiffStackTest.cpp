@@ -221,6 +221,29 @@ TEST_F(TiffStack, a_stack_of_one_picture_can_get_another_text_too) {
     EXPECT_EQ(tiff.description(), QByteArray("a longer text than it was"));
 }
 
+TEST_F(TiffStack, all_pictures_have_strips_of_one_size_whatever_is_done_to_the_first_text) {
+    create();
+    const QImage large = picture(QImage::Format_RGB888).scaled(120, 80);
+    ASSERT_TRUE(stack.append(large, "short").isOk());
+    ASSERT_TRUE(stack.append(large, "short").isOk());
+    ASSERT_TRUE(stack.replaceDescription(longText).isOk());
+    const TiffReadBack tiff(file);
+    for (int i : {0, 1}) {
+        tiff.select(i);
+        EXPECT_EQ(tiff.field<uint32_t>(TIFFTAG_ROWSPERSTRIP), 40U) << i;
+        EXPECT_EQ(tiff.rows().size(), 120 * 80 * 3) << i;
+    }
+}
+
+TEST_F(TiffStack, closed_it_takes_no_more_pictures) {
+    create();
+    ASSERT_TRUE(append(1));
+    EXPECT_TRUE(stack.close().isOk());
+    EXPECT_FALSE(stack.isOpen());
+    EXPECT_FALSE(append(2));
+    EXPECT_EQ(TiffReadBack(file).pictures(), 1);
+}
+
 TEST_F(TiffStack, wherever_the_program_is_killed_the_file_holds_whole_pictures) {
     ASSERT_FALSE(isKilledAt(1'000'000));
     const qint64 whole = QFileInfo(file).size();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QImage>
 #include <QString>
 
 #include <gtest/gtest.h>
@@ -13,9 +14,9 @@
 /// A TIFF file as libtiff reads it, directory by directory. One thread.
 class TiffReadBack {
 public:
-    /// Opens the file at its first directory.
+    /// Opens the file at its first directory, with its strips as they are in the file ("c").
     explicit TiffReadBack(const QString& path)
-        : m_tiff(TIFFOpen(path.toLocal8Bit().constData(), "r")) {}
+        : m_tiff(TIFFOpen(path.toLocal8Bit().constData(), "rc")) {}
 
     bool isOpen() const { return m_tiff != nullptr; }
     int pictures() const { return isOpen() ? int(TIFFNumberOfDirectories(m_tiff.get())) : 0; }
@@ -43,6 +44,15 @@ public:
             all.append(row);
         }
         return all;
+    }
+
+    /// The picture, which must be RGB, as an image.
+    QImage image() const {
+        EXPECT_EQ(field(TIFFTAG_SAMPLESPERPIXEL), 3);
+        const QByteArray bytes = rows();
+        return QImage(reinterpret_cast<const uchar*>(bytes.constData()), width(), height(),
+                      qsizetype(width()) * 3, QImage::Format_RGB888)
+            .copy();
     }
 
 private:
