@@ -4,8 +4,8 @@
 #include <apps/common/PSettingNames.h>
 
 #include <PCd/PFrameStamp.h>
+#include <PCd/PGadgetFields.h>
 
-#include <QMetaProperty>
 #include <QRegularExpression>
 
 #include <algorithm>
@@ -21,10 +21,7 @@ QVariant valueOf(const PDeviceSettings& settings, const QByteArray& id) {
 
 /// A field of the record that holds all of the exposure; invalid without either.
 QVariant recordField(const PDeviceSettings& settings, const char* field) {
-    const QVariant record = valueOf(settings, "extexposure");
-    const QMetaObject* const fields = record.metaType().metaObject();
-    const int index = fields == nullptr ? -1 : fields->indexOfProperty(field);
-    return index < 0 ? QVariant() : fields->property(index).readOnGadget(record.constData());
+    return PGadgetFields::read(valueOf(settings, "extexposure"), QLatin1String(field));
 }
 
 std::optional<double> number(const QVariant& value, double unit) {

@@ -28,7 +28,7 @@ public:
         m_xml.writeStartDocument();
         m_xml.writeStartElement(u"OME"_qs);
         m_xml.writeDefaultNamespace(u"http://www.openmicroscopy.org/Schemas/OME/2016-06"_qs);
-        attribute("Creator", u"pcd"_qs);
+        attribute("Creator", m_document.creator);
         writeInstrument();
         writeImage();
         writeNotes();

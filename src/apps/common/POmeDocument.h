@@ -20,7 +20,8 @@ struct POmePlane {
 /// What the OME-XML of a stack says (schema 2016-06, www.openmicroscopy.org/Schemas). All pictures
 /// are of one camera and one size. A value.
 struct POmeDocument {
-    QString name; ///< of the recording
+    QString creator; ///< the program
+    QString name;    ///< of the recording
     PCameraIdentity camera;
     int width = 0;   ///< pixels
     int height = 0;  ///< pixels

@@ -1,9 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/POmeNotes.h>
 
+#include <apps/common/PSettingNames.h>
+
+#include <PCd/PPropertyText.h>
+
 #include <utility>
 
 namespace {
+
+// Automatic gain may change several times a second, for days.
+constexpr qsizetype mostChanges = 1000;
 
 void appendTally(PPictureText& notes, const PRecordTally& tally) {
     const std::pair<const char*, quint64> counts[]{{"wanted", tally.wanted},
@@ -18,27 +25,26 @@ void appendTally(PPictureText& notes, const PRecordTally& tally) {
 void appendLedger(PPictureText& notes, const PFrameLedger& ledger) {
     notes.append({u"Camera frames produced"_qs, QString::number(ledger.produced)});
     for (const PFrameFate fate : PFrameLedger::allFates()) {
-        notes.append({u"Camera frames "_qs + PFrameLedger::title(fate),
+        notes.append({u"Camera frames "_qs + QString::fromLatin1(PFrameLedger::key(fate)),
                       QString::number(ledger.count(fate))});
     }
 }
 
-QString exposureText(const PDeviceSettings& settings, const PSettingNames& names) {
-    return PFrameExposure::of(settings, names).automatic
+QString exposureText(const PDeviceSettings& settings) {
+    return PFrameExposure::of(settings, {}).automatic
                ? u"automatic; times and gain are those last read from the camera"_qs
                : u"manual"_qs;
 }
 
 } // namespace
 
-POmeNotes::POmeNotes(PCameraIdentity camera, PSettingNames names)
-    : m_camera(std::move(camera))
-    , m_names(std::move(names)) {
+POmeNotes::POmeNotes(PCameraIdentity camera)
+    : m_camera(std::move(camera)) {
 }
 
 PPictureText POmeNotes::ofCamera(const PFrameStamp& first) const {
-    PPictureText notes = pictureTextOf(m_camera, &first, m_names);
-    notes.append({u"Exposure"_qs, exposureText(*first.settings, m_names)});
+    PPictureText notes = pictureTextOf(m_camera, &first);
+    notes.append({u"Exposure"_qs, exposureText(*first.settings)});
     return notes;
 }
 
@@ -65,10 +71,17 @@ void POmeNotes::addChanges(const PFrameStamp& stamp) {
         // The time is told of every frame.
         if (value.first == "autoexpottime" || before->values.contains(value))
             continue;
-        const QString setting = QString::fromLatin1(value.first);
-        m_changes.append({u"Setting %1 from frame %2"_qs.arg(setting).arg(stamp.sequence),
-                          m_names.text(value.first, value.second)});
+        addChange(u"Setting %1 from frame %2"_qs.arg(QString::fromLatin1(value.first))
+                      .arg(stamp.sequence),
+                  PPropertyText::ofValue(value.second, QVariant()));
     }
+}
+
+void POmeNotes::addChange(const QString& key, const QString& text) {
+    if (m_changes.size() < mostChanges)
+        m_changes.append({key, text});
+    else
+        ++m_moreChanges;
 }
 
 void POmeNotes::addNumber(quint64 sequence) {
@@ -89,6 +102,8 @@ QString POmeNotes::numbers() const {
 
 PPictureText POmeNotes::finished(const PRecordEnd& end) const {
     PPictureText notes = m_first + m_changes;
+    if (m_moreChanges > 0)
+        notes.append({u"Changes of settings not listed"_qs, QString::number(m_moreChanges)});
     notes.append({u"Complete"_qs, end.trouble.isEmpty() ? u"yes"_qs : u"no: "_qs + end.trouble});
     notes.append({u"Frames"_qs, numbers()});
     appendTally(notes, end.tally);

@@ -3,7 +3,6 @@
 
 #include <apps/common/PFrameWriter.h>
 #include <apps/common/POmeDocument.h>
-#include <apps/common/PSettingNames.h>
 
 #include <PCd/PFrameStamp.h>
 
@@ -11,7 +10,7 @@
 /// their changes, which frames there are, the accounts. One thread.
 class POmeNotes {
 public:
-    POmeNotes(PCameraIdentity camera, PSettingNames names);
+    explicit POmeNotes(PCameraIdentity camera);
 
     /// Notes a frame that has been written.
     void add(const PFrameStamp& stamp);
@@ -24,13 +23,14 @@ public:
 private:
     PPictureText ofCamera(const PFrameStamp& first) const;
     void addChanges(const PFrameStamp& stamp);
+    void addChange(const QString& key, const QString& text);
     void addNumber(quint64 sequence);
     QString numbers() const;
 
     const PCameraIdentity m_camera;
-    const PSettingNames m_names;
     PPictureText m_first;   ///< of the first frame
-    PPictureText m_changes; ///< of settings, since then
+    PPictureText m_changes; ///< of settings, since then; not more than can be read
+    quint64 m_moreChanges = 0;
     std::shared_ptr<const PDeviceSettings> m_settings;
     std::vector<std::pair<quint64, quint64>> m_numbers; ///< first and last of frames in a row
 };

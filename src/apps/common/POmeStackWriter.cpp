@@ -3,6 +3,7 @@
 
 #include <apps/common/PPackedRows.h>
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 
@@ -33,7 +34,9 @@ QByteArray textOf(const PFrameStamp& stamp) {
 
 POmeStackWriter::POmeStackWriter(const Options& options)
     : m_options(options)
-    , m_notes(options.camera, options.names) {
+    , m_notes(options.camera) {
+    m_document.creator = u"%1 %2"_qs.arg(QCoreApplication::applicationName(),
+                                         QCoreApplication::applicationVersion());
 }
 
 QStringList POmeStackWriter::endings() {
@@ -57,6 +60,8 @@ PStatus POmeStackWriter::write(const PDeviceFrame& frame, quint64) {
     const QImage picture = frame.image.toQImage();
     if (!m_stack.isOpen())
         return begin(frame, picture);
+    if (m_document.planes.size() >= m_options.mostFrames)
+        return failure(u"one file holds no more than %1 frames"_qs.arg(m_options.mostFrames));
     return fitsInto(picture)
                ? append(frame, picture)
                : failure(u"frame %1 has another size or kind than the first one"_qs.arg(
@@ -118,9 +123,10 @@ PStatus POmeStackWriter::finish(const PRecordEnd& end) {
         return PStatus::Ok;
     }
     m_document.notes = m_notes.finished(end);
-    const PStatus status = m_stack.replaceDescription(m_document.toXml());
-    return status.isOk()
-               ? status
-               : failure(u"%1; all its pictures are whole, but it lacks their times"_qs.arg(
-                     status.reason()));
+    const PStatus described = m_stack.replaceDescription(m_document.toXml());
+    const PStatus closed = m_stack.close();
+    if (!described.isOk())
+        return failure(
+            u"%1; all its pictures are whole, but it lacks their times"_qs.arg(described.reason()));
+    return closed.isOk() ? closed : failure(closed.reason());
 }

@@ -3,6 +3,7 @@
 
 #include <apps/common/PFrameWriter.h>
 #include <apps/common/POmeNotes.h>
+#include <apps/common/PSettingNames.h>
 #include <apps/common/PTiffStack.h>
 
 /// Writes a recording as one OME-TIFF file, uncompressed. The file is made with the first frame,
@@ -11,6 +12,9 @@
 /// times of all frames and the accounts.
 class POmeStackWriter : public PFrameWriter {
 public:
+    /// What one file may hold: libtiff, with which most programs read, takes no more directories.
+    static constexpr quint64 MostFrames = 1'048'576;
+
     struct Options {
         QString path;
         PCameraIdentity camera;
@@ -18,6 +22,7 @@ public:
         std::optional<quint64> frames;           ///< how many will come at most
         std::optional<double> pixelSizeUm;       ///< on the specimen, of a pixel as saved
         std::optional<double> sensorTemperature; ///< degrees Celsius
+        quint64 mostFrames = MostFrames;         ///< the next one fails
     };
 
     explicit POmeStackWriter(const Options& options);

@@ -2,6 +2,7 @@
 #include <apps/common/PPictureText.h>
 
 #include <PCd/PFrameStamp.h>
+#include <PCd/PPropertyText.h>
 
 namespace {
 
@@ -10,20 +11,20 @@ QString modeText(const PDeviceMode& mode) {
         .arg(mode.bitDepth);
 }
 
-void appendStamp(PPictureText& text, const PFrameStamp& stamp, const PSettingNames& names) {
+void appendStamp(PPictureText& text, const PFrameStamp& stamp) {
     text.append({u"Frame"_qs, QString::number(stamp.sequence)});
     text.append({u"Time"_qs, stamp.arrivedUtc.toString(Qt::ISODateWithMs)});
     text.append({u"Mode"_qs, modeText(stamp.settings->mode)});
     for (const auto& [id, value] : stamp.settings->values) {
         if (value.isValid()) // an action has none
-            text.append({u"Setting "_qs + QString::fromLatin1(id), names.text(id, value)});
+            text.append({u"Setting "_qs + QString::fromLatin1(id),
+                         PPropertyText::ofValue(value, QVariant())});
     }
 }
 
 } // namespace
 
-PPictureText pictureTextOf(const PCameraIdentity& camera, const PFrameStamp* stamp,
-                           const PSettingNames& names) {
+PPictureText pictureTextOf(const PCameraIdentity& camera, const PFrameStamp* stamp) {
     PPictureText text{
         {u"Camera"_qs, camera.id},
         {u"Model"_qs, camera.model},
@@ -31,6 +32,6 @@ PPictureText pictureTextOf(const PCameraIdentity& camera, const PFrameStamp* sta
         {u"Simulated"_qs, camera.simulated ? u"yes"_qs : u"no"_qs},
     };
     if (stamp != nullptr)
-        appendStamp(text, *stamp, names);
+        appendStamp(text, *stamp);
     return text;
 }

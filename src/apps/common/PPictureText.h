@@ -2,7 +2,6 @@
 #pragma once
 
 #include <apps/common/PCameraIdentity.h>
-#include <apps/common/PSettingNames.h>
 
 #include <QList>
 #include <QString>
@@ -15,6 +14,5 @@ struct PFrameStamp;
 using PPictureText = QList<std::pair<QString, QString>>;
 
 /// The text of a frame: camera, whether it is simulated, number, UTC time, mode, every setting.
-/// With no stamp, the camera alone; without names, choices by their ids. Any thread.
-PPictureText pictureTextOf(const PCameraIdentity& camera, const PFrameStamp* stamp,
-                           const PSettingNames& names = {});
+/// With no stamp, the camera alone. Any thread.
+PPictureText pictureTextOf(const PCameraIdentity& camera, const PFrameStamp* stamp);

@@ -5,6 +5,9 @@
 
 #include <apps/common/PSettingNames.h>
 
+#include <PCd/FakeDevice.h>
+#include <PCd/FakeProperty.h>
+
 #include <support/QtPrinters.h>
 
 #include <gtest/gtest.h>
@@ -50,6 +53,28 @@ TEST(FrameExposure, automatic_exposure_shows_in_either) {
     automatic.autoexpenabled = true;
     EXPECT_TRUE(exposureOf({{"autoexponeable", true}}).automatic);
     EXPECT_TRUE(exposureOf({{"extexposure", record(automatic)}}).automatic);
+}
+
+TEST(FrameExposure, binning_is_read_from_the_name_of_the_choice) {
+    FakeDevice device;
+    device.makeProperties = [] {
+        PEnumeration choices;
+        choices.addItem(QUuid::createUuid(), u"No binning"_qs, {}, "1");
+        choices.addItem(QUuid::createUuid(), u"Add 2x2"_qs, {}, "2");
+        choices.addItem(QUuid::createUuid(), u"Average 12x12"_qs, {}, "140");
+        choices.addItem(QUuid::createUuid(), u"Secret"_qs, {}, "99");
+        auto* const binning = new FakeProperty("binning");
+        binning->rangeInDevice = QVariant::fromValue(choices);
+        return QList<PDeviceProperty*>{binning};
+    };
+    const PSettingNames names = PSettingNames::of(&device);
+    const auto binningOf = [&](const QString& choice) {
+        return PFrameExposure::of(*settingsOf({{"binning", choice}}), names).binning;
+    };
+    EXPECT_EQ(binningOf(u"No binning"_qs), u"1x1"_qs);
+    EXPECT_EQ(binningOf(u"Add 2x2"_qs), u"2x2"_qs);
+    EXPECT_EQ(binningOf(u"Average 12x12"_qs), u"12x12"_qs);
+    EXPECT_EQ(binningOf(u"Secret"_qs), QString());
 }
 
 TEST(FrameExposure, without_settings_nothing_is_known) {

@@ -242,7 +242,9 @@ TEST_F(FrameRecorder, ending_while_frames_come_forgets_none) {
     for (int run = 0; run < 50; ++run) {
         told->written.clear();
         const auto recorder = record(noEnd);
-        std::thread camera([&] { offer(*recorder, 200); });
+        std::thread camera([&] { offer(*recorder, 2000); });
+        while (recorder->progress().tally.wanted == 0)
+            std::this_thread::yield();
         recorder->end(std::nullopt, {});
         camera.join();
         const auto progress = end(*recorder);

@@ -11,6 +11,7 @@ namespace {
 
 POmeDocument colourRecording() {
     POmeDocument document;
+    document.creator = u"program 1.2"_qs;
     document.name = u"run \"7\" & more.ome.tif"_qs;
     document.camera = {u"Small-S0001"_qs, u"Small"_qs, u"S0001"_qs, true};
     document.width = 320;
@@ -85,6 +86,7 @@ TEST(OmeDocument, each_picture_has_its_place_time_and_exposure) {
 
 TEST(OmeDocument, the_camera_and_its_settings_are_told) {
     const OmeXml xml = finished(colourRecording());
+    EXPECT_EQ(xml.attribute("OME", "Creator"), u"program 1.2"_qs);
     EXPECT_EQ(xml.attribute("Detector", "Model"), u"Small"_qs);
     EXPECT_EQ(xml.attribute("Detector", "SerialNumber"), u"S0001"_qs);
     EXPECT_EQ(xml.attribute("Detector", "Manufacturer"), QString());

@@ -13,6 +13,7 @@
 #include <QFileInfo>
 
 #include <cerrno>
+#include <limits>
 
 namespace {
 
@@ -140,6 +141,20 @@ TEST_F(OmeStackWriter, a_setting_that_changes_is_told_with_the_frame_it_changed_
     EXPECT_EQ(xml().note(u"Setting contrast from frame 7"_qs), u"6"_qs);
     EXPECT_EQ(xml().note(u"Setting hue from frame 7"_qs), QString());
     EXPECT_EQ(xml().note(u"Frames"_qs), u"1-2, 7"_qs);
+    EXPECT_EQ(xml().note(u"Changes of settings not listed"_qs), QString());
+}
+
+TEST_F(OmeStackWriter, of_very_many_changes_of_settings_the_first_thousand_are_told) {
+    POmeStackWriter writer(options);
+    for (int i = 0; i <= 1002; ++i) {
+        const auto settings = settingsOf({{"autoexpogain", 100 + i}});
+        ASSERT_TRUE(
+            writer.write(testFrame(quint64(i + 1), 1ms * i, settings), quint64(i + 1)).isOk());
+    }
+    ASSERT_TRUE(writer.finish({}).isOk());
+    EXPECT_EQ(xml().note(u"Setting autoexpogain from frame 1001"_qs), u"1100"_qs);
+    EXPECT_EQ(xml().note(u"Setting autoexpogain from frame 1002"_qs), QString());
+    EXPECT_EQ(xml().note(u"Changes of settings not listed"_qs), u"2"_qs);
 }
 
 TEST_F(OmeStackWriter, a_setting_of_several_values_is_told_field_by_field) {
@@ -149,22 +164,39 @@ TEST_F(OmeStackWriter, a_setting_of_several_values_is_told_field_by_field) {
     ASSERT_TRUE(writer.finish({}).isOk());
     EXPECT_TRUE(xml()
                     .note(u"Setting extexposure"_qs)
-                    .startsWith(u"gain 120, exp 1.5, autoexpenabled off, "_qs))
+                    .startsWith(u"gain=120 exp=1.5 autoexpenabled=off "_qs))
         << xml().note(u"Setting extexposure"_qs).toStdString();
     EXPECT_EQ(xml().attribute("Plane", "ExposureTime"), u"1.5"_qs);
 }
 
 TEST_F(OmeStackWriter, it_is_a_bigtiff_unless_it_is_known_to_stay_below_4_gb) {
+    // 3 million bytes of pixels and at most 2000 others, 1300 times: 3.9 GB are just exceeded.
+    const auto frame = testFrame(1, 0ms, settingsOf({}), PDIP::ColorFormat::Bgr, 1000, 1000);
     const auto isBig = [&](std::optional<quint64> frames) {
         QFile::remove(options.path);
         options.frames = frames;
         POmeStackWriter writer(options);
-        write(writer, 1);
+        EXPECT_TRUE(writer.write(frame, 1).isOk());
         return TiffReadBack(options.path).isBig();
     };
     EXPECT_TRUE(isBig(std::nullopt));
-    EXPECT_FALSE(isBig(1000));
-    EXPECT_TRUE(isBig(1'000'000'000));
+    EXPECT_FALSE(isBig(1));
+    EXPECT_FALSE(isBig(1298));
+    EXPECT_TRUE(isBig(1299));
+    EXPECT_TRUE(isBig(std::numeric_limits<quint64>::max()));
+}
+
+TEST_F(OmeStackWriter, it_takes_no_more_frames_than_readers_take_pictures) {
+    EXPECT_EQ(options.mostFrames, 1'048'576U);
+    options.mostFrames = 3;
+    POmeStackWriter writer(options);
+    write(writer, 3);
+    const PStatus status = writer.write(testFrame(4, 40ms), 4);
+    EXPECT_TRUE(status.reason().contains(u"one file holds no more than 3 frames"_qs))
+        << status.reason().toStdString();
+    ASSERT_TRUE(writer.finish({}).isOk());
+    EXPECT_EQ(soundPictures(), 3);
+    EXPECT_EQ(xml().complaints(), QString());
 }
 
 TEST_F(OmeStackWriter, a_file_that_exists_is_refused_named_and_left_alone) {

@@ -1,33 +1,41 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/PSettingNames.h>
 
-#include "TestFrames.h"
+#include <PCd/FakeDevice.h>
+#include <PCd/FakeProperty.h>
 
 #include <support/QtPrinters.h>
-
-#include <QRect>
 
 #include <gtest/gtest.h>
 
 namespace {
 
-TEST(SettingNames, values_are_told_as_people_write_them) {
-    const PSettingNames names;
-    EXPECT_EQ(names.text("contrast", 12), u"12"_qs);
-    EXPECT_EQ(names.text("hflip", true), u"on"_qs);
-    EXPECT_EQ(names.text("roi", QRect(1, 2, 30, 40)), u"1,2,30,40"_qs);
+/// The names of a device, gone by now, with a choice "binning" and a number "speed".
+PSettingNames namesOfADevice() {
+    FakeDevice device;
+    device.makeProperties = [] {
+        PEnumeration choices;
+        choices.addItem(QUuid::createUuid(), u"No binning"_qs, u"Without"_qs, "1");
+        choices.addItem(QUuid::createUuid(), u"Add 2x2"_qs, u"Two by two"_qs, "2");
+        auto* const binning = new FakeProperty("binning");
+        binning->rangeInDevice = QVariant::fromValue(choices);
+        return QList<PDeviceProperty*>{binning, new FakeProperty("speed")};
+    };
+    return PSettingNames::of(&device);
 }
 
-TEST(SettingNames, a_record_is_told_field_by_field) {
-    EXPECT_EQ(PSettingNames().text("extexposure", QVariant::fromValue(TestExposureRecord())),
-              u"gain 120, exp 1.5, autoexpenabled off, minutes 0, seconds 0, milliseconds 0, "
-              "microseconds 0, capturemode 0"_qs);
+TEST(SettingNames, a_choice_is_found_by_its_name) {
+    const PEnumerationItem item = namesOfADevice().item("binning", u"Add 2x2"_qs);
+    EXPECT_EQ(item.title, u"Two by two"_qs);
+    EXPECT_EQ(item.data, QByteArray("2"));
 }
 
-TEST(SettingNames, a_choice_that_is_not_known_is_told_as_it_is) {
-    EXPECT_EQ(PSettingNames().text("binning", QUuid()),
-              u"{00000000-0000-0000-0000-000000000000}"_qs);
-    EXPECT_EQ(PSettingNames().item("binning", QUuid()), PEnumerationItem());
+TEST(SettingNames, what_is_no_known_choice_has_no_item) {
+    const PSettingNames names = namesOfADevice();
+    EXPECT_EQ(names.item("binning", u"Add 3x3"_qs), PEnumerationItem());
+    EXPECT_EQ(names.item("binning", 2), PEnumerationItem());
+    EXPECT_EQ(names.item("speed", u"Add 2x2"_qs), PEnumerationItem());
+    EXPECT_EQ(PSettingNames().item("binning", u"Add 2x2"_qs), PEnumerationItem());
 }
 
 } // namespace
