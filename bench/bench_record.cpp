@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: MIT
+#include <apps/common/POmeStackWriter.h>
+
+#include <RatioReporter.h>
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <memory>
+
+// A recording of 20-megapixel colour frames: what writing it as an OME-TIFF costs, against writing
+// the same number of bytes to a file as they lie in memory. Both end in the system's cache.
+
+namespace {
+
+constexpr int frames = 8;
+const PImageHeader header(5440, 3648, PDIP::ColorFormat::Bgr);
+
+/// In the folder the program is run from: the one for temporary files may be in memory.
+QString newFile() {
+    static const QTemporaryDir folder(QStringLiteral("bench_record-XXXXXX"));
+    return folder.isValid() ? folder.filePath(QStringLiteral("run.ome.tif")) : QString();
+}
+
+PDeviceFrame cameraFrame() {
+    PDeviceFrame frame;
+    if (!frame.image.create(header))
+        throw std::bad_alloc();
+    const PDIP::ImageRawData data = frame.image.rawData(PDIP::AccessMode::Write);
+    for (std::size_t i = 0; i < data.size(); ++i)
+        data.data()[i] = static_cast<unsigned char>(i * 7);
+    auto stamp = std::make_shared<PFrameStamp>();
+    stamp->settings = std::make_shared<PDeviceSettings>();
+    frame.stamp = std::move(stamp);
+    return frame;
+}
+
+bool writePlainly(const QString& path, const PDeviceFrame& frame) {
+    QFile file(path);
+    if (!file.open(QIODevice::NewOnly | QIODevice::Unbuffered))
+        return false;
+    const PDIP::ImageRawData data = frame.image.rawData(PDIP::AccessMode::Read);
+    const auto size = qint64(data.size());
+    for (int i = 0; i < frames; ++i) {
+        if (file.write(reinterpret_cast<const char*>(data.constData()), size) != size)
+            return false;
+    }
+    return true;
+}
+
+bool writeStack(const QString& path, const PDeviceFrame& frame) {
+    POmeStackWriter writer({path, {}, {}, frames, std::nullopt, std::nullopt});
+    for (int i = 1; i <= frames; ++i) {
+        if (!writer.write(frame, quint64(i)).isOk())
+            return false;
+    }
+    return writer.finish({}).isOk();
+}
+
+void measure(benchmark::State& state, bool (*write)(const QString&, const PDeviceFrame&)) {
+    const PDeviceFrame frame = cameraFrame();
+    const QString path = newFile();
+    for ([[maybe_unused]] auto _ : state) {
+        if (!write(path, frame))
+            state.SkipWithError("the file could not be written");
+        state.PauseTiming();
+        QFile::remove(path);
+        state.ResumeTiming();
+    }
+    state.SetBytesProcessed(state.iterations() * frames * std::int64_t(header.dataSize()));
+}
+
+void plainFile(benchmark::State& state) {
+    measure(state, writePlainly);
+}
+
+void omeTiffStack(benchmark::State& state) {
+    measure(state, writeStack);
+}
+
+} // namespace
+
+// Each several times, for the median: the system writes to the disk when it likes.
+BENCHMARK(plainFile)
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond)
+    ->MinWarmUpTime(0.5)
+    ->Repetitions(5);
+BENCHMARK(omeTiffStack)
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond)
+    ->MinWarmUpTime(0.5)
+    ->Repetitions(5);
+
+int main(int argc, char** argv) {
+    return runWithRatios(argc, argv, "plainFile");
+}
