@@ -18,6 +18,7 @@ PCtlOutcome runResetCommand(PCtlHost& host, const PCtlOptions& options);
 PCtlOutcome runSnapCommand(PCtlHost& host, const PCtlOptions& options);
 /// Free-running, or triggered.
 PCtlOutcome runStreamCommand(PCtlHost& host, const PCtlOptions& options);
+PCtlOutcome runRecordCommand(PCtlHost& host, const PCtlOptions& options);
 PCtlOutcome runMonitorCommand(PCtlHost& host, const PCtlOptions& options);
 
 /// What can be seen to go wrong with a command's files before any camera is touched. Makes the
@@ -25,3 +26,4 @@ PCtlOutcome runMonitorCommand(PCtlHost& host, const PCtlOptions& options);
 PCtlOutcome prepareSnapFiles(const PCtlOptions& options);
 PCtlOutcome prepareProfileFile(const PCtlOptions& options);
 PCtlOutcome prepareStreamFiles(const PCtlOptions& options);
+PCtlOutcome prepareRecordFiles(const PCtlOptions& options);

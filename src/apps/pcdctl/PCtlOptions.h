@@ -22,6 +22,7 @@ struct PCtlOptions {
         Snap,
         Stream,
         Trigger,
+        Record,
         Monitor
     };
     enum class ProfileAction { Save, Load, Diff };
@@ -48,12 +49,15 @@ struct PCtlOptions {
 
     std::optional<std::chrono::milliseconds> timeout; ///< longest wait for a picture or answer
 
-    QString output; ///< snap: the picture file
+    QString output; ///< snap: the picture file; record: the stack or the pattern of files
 
-    std::optional<quint64> frames;                     ///< stream, trigger: number of frames
-    std::optional<std::chrono::milliseconds> duration; ///< stream, monitor: length of the run
-    QString savePattern;                               ///< stream: picture files; empty: none
+    std::optional<quint64> frames; ///< stream, trigger, record: number of frames
+    std::optional<std::chrono::milliseconds> duration; ///< stream, record, monitor: length of it
+    QString savePattern; ///< stream, trigger: picture files; empty: none
 
     PTriggerControl::Source source = PTriggerControl::Source::Software; ///< trigger
     std::optional<std::chrono::microseconds> exposure; ///< trigger: of a frame; none: as it is
+
+    std::optional<std::chrono::milliseconds> interval; ///< record: of a time-lapse; none: all
+    std::optional<double> pixelSizeUm;                 ///< record: on the specimen
 };

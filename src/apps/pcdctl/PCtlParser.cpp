@@ -5,6 +5,7 @@
 
 #include <apps/common/PDurationText.h>
 #include <apps/common/PNumberedFiles.h>
+#include <apps/common/POmeStackWriter.h>
 #include <apps/common/PPictureFile.h>
 
 #include <QCoreApplication>
@@ -17,6 +18,7 @@ namespace {
 
 constexpr quint64 mostFrames = 1'000'000'000;
 constexpr double mostSeconds = 1'000'000;
+constexpr double mostMicrometres = 1'000'000;
 
 QString commandNames() {
     QStringList names;
@@ -66,6 +68,21 @@ PCtlOutcome readSeconds(const QCommandLineParser& parser, const QString& option,
                           u"a number of seconds from 0.001 to %1"_qs.arg(mostSeconds, 0, 'f', 0));
     }
     time = std::chrono::milliseconds(std::llround(seconds * 1000));
+    return {};
+}
+
+PCtlOutcome readPixelSize(const QCommandLineParser& parser, std::optional<double>& size) {
+    const QString option = u"pixel-size"_qs;
+    if (!parser.isSet(option))
+        return {};
+    bool isNumber = false;
+    const double micrometres = parser.value(option).toDouble(&isNumber);
+    if (!isNumber || !(micrometres > 0 && micrometres <= mostMicrometres)) {
+        return wrongValue(
+            parser.value(option), option,
+            u"a number of micrometres above 0, up to %1"_qs.arg(mostMicrometres, 0, 'f', 0));
+    }
+    size = micrometres;
     return {};
 }
 
@@ -152,6 +169,32 @@ PCtlOutcome checkSavePattern(const QString& pattern) {
     return outcome.isDone() ? usageUnlessOk(PPictureFile::checkName(pattern)) : outcome;
 }
 
+PCtlOutcome checkStack(const PCtlOptions& options) {
+    if (options.output.contains(u'#')) {
+        return PCtlOutcome::wrongUsage(
+            u"\"%1\" is one file with all frames: expected a name without #"_qs.arg(
+                options.output));
+    }
+    if (options.frames.value_or(0) > POmeStackWriter::MostFrames) {
+        return wrongValue(
+            QString::number(*options.frames), u"frames"_qs,
+            u"no more than %1, which is what one file holds"_qs.arg(POmeStackWriter::MostFrames));
+    }
+    return {};
+}
+
+PCtlOutcome checkRecording(const PCtlOptions& options) {
+    if (options.output.isEmpty())
+        return withHint(u"record needs its file: expected -o FILE"_qs, u"record "_qs);
+    if (POmeStackWriter::isName(options.output))
+        return checkStack(options);
+    return options.pixelSizeUm
+               ? PCtlOutcome::wrongUsage(
+                     u"--pixel-size has its place in one kind of file only: expected a name "
+                     "that ends in %1"_qs.arg(POmeStackWriter::endings().join(u", "_qs)))
+               : checkSavePattern(options.output);
+}
+
 } // namespace
 
 PCtlOutcome PCtlParser::parse(const QStringList& arguments) {
@@ -207,6 +250,10 @@ PCtlOutcome PCtlParser::readNumbers(const QCommandLineParser& parser) {
         outcome = readSeconds(parser, u"timeout"_qs, m_options.timeout);
     if (outcome.isDone() && m_options.command == PCtlOptions::Command::Trigger)
         outcome = readTrigger(parser, m_options);
+    if (outcome.isDone())
+        outcome = readSeconds(parser, u"interval"_qs, m_options.interval);
+    if (outcome.isDone())
+        outcome = readPixelSize(parser, m_options.pixelSizeUm);
     return outcome;
 }
 
@@ -220,6 +267,8 @@ PCtlOutcome PCtlParser::readFiles(const QCommandLineParser& parser) {
             return withHint(u"snap needs the picture's file: expected -o FILE"_qs, u"snap "_qs);
         return usageUnlessOk(PPictureFile::checkName(m_options.output));
     }
+    if (m_options.command == PCtlOptions::Command::Record)
+        return checkRecording(m_options);
     if (parser.isSet(u"save"_qs))
         return checkSavePattern(m_options.savePattern);
     return {};

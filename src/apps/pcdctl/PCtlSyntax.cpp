@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "PCtlSyntax.h"
 
+#include <apps/common/POmeStackWriter.h>
 #include <apps/common/PPictureFile.h>
 
 #include <algorithm>
@@ -18,8 +19,9 @@ struct OptionSyntax {
 constexpr int anyNumber = 1'000'000;
 
 /// Those that prepare the camera before they do their work.
-const QList<Command> prepared{Command::Props, Command::Get,  Command::Set,    Command::Profile,
-                              Command::Reset, Command::Snap, Command::Stream, Command::Trigger};
+const QList<Command> prepared{Command::Props,   Command::Get,     Command::Set,
+                              Command::Profile, Command::Reset,   Command::Snap,
+                              Command::Stream,  Command::Trigger, Command::Record};
 const QList<Command> oneCamera = prepared + QList<Command>{Command::Modes};
 const QList<Command> everyCommand = oneCamera + QList<Command>{Command::List, Command::Monitor};
 
@@ -78,14 +80,16 @@ QList<OptionSyntax> cameraOptions() {
 QList<OptionSyntax> commandOptions() {
     const QString endings = PPictureFile::endings().join(u", "_qs);
     return {
-        {{Command::Snap},
+        {{Command::Snap, Command::Record},
          {{u"o"_qs, u"output"_qs},
-          u"The picture file; its name ends in %1. It is replaced if it exists, its folder made if "
-          "not."_qs.arg(endings),
+          u"Where to save; folders are made. \"snap\": a picture file that ends in %1, replaced if "
+          "it exists. \"record\": one file that ends in %2, or a series of picture files: one run "
+          "of # in the name stands for the number. Existing files are left alone."_qs.arg(
+              endings, POmeStackWriter::endings().join(u", "_qs)),
           u"FILE"_qs}},
-        {{Command::Stream},
+        {{Command::Stream, Command::Record},
          {{u"n"_qs, u"frames"_qs}, u"End after this many frames."_qs, u"FRAMES"_qs}},
-        {{Command::Stream, Command::Monitor},
+        {{Command::Stream, Command::Record, Command::Monitor},
          {{u"t"_qs, u"time"_qs}, u"End after this many seconds."_qs, u"SECONDS"_qs}},
         {{Command::Stream, Command::Trigger},
          {u"save"_qs,
@@ -101,6 +105,12 @@ QList<OptionSyntax> commandOptions() {
         {{Command::Trigger},
          {u"count"_qs, u"Number of frames, 1 to 999; without it 1."_qs, u"FRAMES"_qs}},
         {{Command::Trigger}, {u"repeat"_qs, u"Go on until Ctrl-C."_qs}},
+        {{Command::Record},
+         {u"interval"_qs, u"Record one frame each so many seconds, the first at once."_qs,
+          u"SECONDS"_qs}},
+        {{Command::Record},
+         {u"pixel-size"_qs,
+          u"The size of a pixel on the specimen in micrometres, for the metadata."_qs, u"UM"_qs}},
     };
 }
 
@@ -139,6 +149,10 @@ QList<CommandSyntax> makeCommands() {
         {Command::Trigger, u"trigger"_qs, u"Take frames on a trigger."_qs,
          u"pcdctl trigger --count 25 --save \"out/t-####.png\"\n"
          "pcdctl trigger --exposure 1s500ms\npcdctl trigger --external --count 10 --timeout 60"_qs},
+        {Command::Record, u"record"_qs, u"Record the live stream into files."_qs,
+         u"pcdctl record -n 100 -o run.ome.tif\n"
+         "pcdctl record -t 3600 --interval 10 -o \"lapse/frame-####.png\"\n"
+         "pcdctl record -o run.ome.tif --pixel-size 0.345"_qs},
         {Command::Monitor, u"monitor"_qs, u"Show cameras as they come and go."_qs,
          u"pcdctl monitor\npcdctl monitor -t 60 --json"_qs},
     };

@@ -36,6 +36,8 @@ PCtlOutcome prepareFiles(const PCtlOptions& options) {
         return prepareStreamFiles(options);
     case PCtlOptions::Command::Profile:
         return prepareProfileFile(options);
+    case PCtlOptions::Command::Record:
+        return prepareRecordFiles(options);
     default:
         return {};
     }
@@ -62,6 +64,8 @@ PCtlOutcome runCommand(PCtlHost& host, const PCtlOptions& options) {
     case PCtlOptions::Command::Stream:
     case PCtlOptions::Command::Trigger:
         return runStreamCommand(host, options);
+    case PCtlOptions::Command::Record:
+        return runRecordCommand(host, options);
     case PCtlOptions::Command::Monitor:
         return runMonitorCommand(host, options);
     }

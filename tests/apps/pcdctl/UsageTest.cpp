@@ -20,7 +20,7 @@ void PrintTo(const UsageRow& row, std::ostream* out) {
 constexpr UsageRow wrongUsages[] = {
     {"no_command", "",
      "no command given: expected one of list, modes, props, get, set, profile, reset, snap, "
-     "stream, trigger, monitor"},
+     "stream, trigger, record, monitor"},
     {"only_an_option", "--json", "no command given"},
     {"an_unknown_command", "paint", "unknown command \"paint\": expected one of list, modes"},
     {"a_second_command", "list modes", "unexpected argument \"modes\""},
