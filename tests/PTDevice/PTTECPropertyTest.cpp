@@ -96,3 +96,18 @@ TEST(TECDATATest, minus_5_degrees_are_4_and_2_bytes_and_read_back_as_they_were) 
     EXPECT_EQ(valueOfBytes(bytes, TECDATA(), &whole), (TECDATA{1, -50}));
     EXPECT_TRUE(whole);
 }
+
+TEST_F(PTECPropertyTest, the_sensors_temperature_is_asked_of_the_camera_in_degrees) {
+    const QVariant degrees = property()->sensorTemperature();
+    EXPECT_THAT(SimJournal::calls("Toupcam_get_Temperature"), testing::SizeIs(1));
+    short tenths = 0;
+    ASSERT_EQ(Toupcam_get_Temperature(device->sdkHandle(), &tenths), 0);
+    EXPECT_NEAR(degrees.toDouble(), tenths / 10.0, 0.2);
+    EXPECT_GT(degrees.toDouble(), 10); // of a room, not of its tenths
+    EXPECT_LT(degrees.toDouble(), 60);
+}
+
+TEST_F(PTECPropertyTest, a_temperature_that_cannot_be_read_is_none) {
+    ToupcamSim_failCall("Toupcam_get_Temperature", 0, 1, E_FAIL);
+    EXPECT_FALSE(property()->sensorTemperature().isValid());
+}

@@ -63,6 +63,12 @@ QVariant PTECProperty::convertFromT(TECDATA value) const {
 void PTECProperty::trySetRange(QVariant) {
 }
 
+QVariant PTECProperty::sensorTemperature() const {
+    short tenthsOfDegree = 0;
+    return checkError(Toupcam_get_Temperature(m_h, &tenthsOfDegree)) ? tenthsOfDegree / 10.0
+                                                                     : QVariant();
+}
+
 QWidget* PTECProperty::createWidget() {
     auto* const widget = new QWidget;
     auto* const timer = new QTimer(widget);

@@ -2,6 +2,7 @@
 #include "PRecordRun.h"
 
 #include <apps/common/POmeStackWriter.h>
+#include <apps/common/PSensorTemperature.h>
 #include <apps/common/PSeriesWriter.h>
 
 #include <QFileInfo>
@@ -66,11 +67,11 @@ PCtlOutcome PRecordRun::start() {
 }
 
 std::unique_ptr<PFrameWriter> PRecordRun::makeWriter() const {
-    const PSettingNames names = PSettingNames::of(m_session.device());
+    PDevice* const device = m_session.device();
     if (POmeStackWriter::isName(m_options.output)) {
-        return std::make_unique<POmeStackWriter>(
-            POmeStackWriter::Options{m_options.output, m_camera, names, m_options.frames,
-                                     m_options.pixelSizeUm, std::nullopt});
+        return std::make_unique<POmeStackWriter>(POmeStackWriter::Options{
+            m_options.output, m_camera, PSettingNames::of(device), m_options.frames,
+            m_options.pixelSizeUm, PSensorTemperature::of(*device)});
     }
     PNumberedFiles files;
     files.setPattern(m_options.output); // good: the arguments were checked

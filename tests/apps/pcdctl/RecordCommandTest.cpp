@@ -127,6 +127,17 @@ TEST_F(RecordCommand, a_reader_that_is_not_ours_finds_size_number_exposure_and_c
     EXPECT_EQ(readElsewhere(file).value(u"exposures"_qs).toArray(), QJsonArray({1, 1, 1}));
 }
 
+TEST_F(RecordCommand, the_temperature_of_a_cooled_sensor_is_in_the_stack) {
+    scene.set(u"flags"_qs, QJsonArray{u"TEC_ONOFF"_qs});
+    ASSERT_EQ(record({u"-n"_qs, u"1"_qs}).exitCode, 0);
+    const OmeXml document = xml();
+    EXPECT_EQ(document.complaints(), QString());
+    const double degrees = document.attribute("ImagingEnvironment", "Temperature").toDouble();
+    EXPECT_GT(degrees, 15); // that of a room
+    EXPECT_LT(degrees, 50);
+    EXPECT_EQ(document.attribute("ImagingEnvironment", "TemperatureUnit"), u"°C"_qs);
+}
+
 TEST_F(RecordCommand, mode_profile_and_settings_are_in_force_before_the_first_frame) {
     const QStringList camera{u"--sdk=sim"_qs, u"--scene"_qs, scene.writeTo(path(u"scene.json"_qs))};
     ASSERT_EQ(runCtl(camera + QStringList{u"profile"_qs, u"save"_qs, path(u"slide.json"_qs),
