@@ -26,6 +26,13 @@ PTExtendedExposureWidget::PTExtendedExposureWidget(PTExtendedExposure* property,
     , m_ui(std::make_unique<Ui::PTExtendedExposure>())
     , m_property(property) {
     m_ui->setupUi(this);
+    // The form's style gives these two a light ground and leaves the text to the palette, whose own
+    // is light too in dark colours.
+    for (QPushButton* const page : {m_ui->pbVideo, m_ui->pbTrigger}) {
+        QPalette colors = page->palette();
+        colors.setColor(QPalette::ButtonText, Qt::black);
+        page->setPalette(colors);
+    }
     setupUiInitialState(m_property->tryGetValueFromDevice());
     setupConnections();
 }
