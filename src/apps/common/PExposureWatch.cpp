@@ -20,7 +20,9 @@ PExposureWatch::PExposureWatch(PDevice* device)
 void PExposureWatch::read() {
     if (m_device.isNull() || m_device->isGone())
         return;
-    for (const char* const id : {"autoexpottime", "autoexpogain"}) {
+    // Not the composite "extexposure": its panel answers each change by sending all of it back.
+    for (const char* const id :
+         {"autoexpottime", "autoexpogain", "autoexponeable", "autoexpotarget"}) {
         if (PDeviceProperty* const property = m_device->getProperty(id))
             property->updateValueFromDevice();
     }

@@ -7,9 +7,9 @@
 
 class PDevice;
 
-/// Reads exposure time and gain from a camera again and again, a few times a second, so that frames
-/// carry what automatic exposure has chosen: the camera does not tell it by itself. From its
-/// construction to its end, or the device's. The device's thread.
+/// Reads the plain settings of a camera's exposure again and again, a few times a second, so that
+/// frames carry what automatic exposure has chosen, or a panel has sent: the camera does not tell
+/// it by itself. From its construction to its end, or the device's. The device's thread.
 class PExposureWatch : public QObject {
     Q_OBJECT
 
