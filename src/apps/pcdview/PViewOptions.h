@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCore/PStatus.h>
+
+#include <QString>
+#include <QStringList>
+
+#include <chrono>
+#include <optional>
+
+/// What the command line asks for. A value.
+struct PViewOptions {
+    QString sdk = QStringLiteral("auto");
+    QString scene;
+    QStringList pluginPaths;
+    QString language;
+    std::optional<QString> logFilter;
+    QString camera; ///< empty: the first one
+    QString theme;  ///< empty: the one chosen last
+    QString grab;   ///< picture file of the window; empty: none
+    std::chrono::milliseconds grabAfter{2000};
+
+    /// Reads the words of a command line, the program's name first. Fails with what is wrong and
+    /// what was expected. `answer` gets what was asked for instead of a run (help, version), or
+    /// stays empty.
+    static PStatus parse(const QStringList& arguments, PViewOptions& options, QString& answer);
+};

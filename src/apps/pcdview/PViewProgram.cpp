@@ -1,0 +1,134 @@
+// SPDX-License-Identifier: MIT
+#include <apps/pcdview/PViewProgram.h>
+
+#include <apps/common/PPictureFile.h>
+#include <apps/common/PTranslations.h>
+#include <apps/pcdview/window/PCameraDesk.h>
+#include <apps/pcdview/window/PMainWindow.h>
+#include <apps/pcdview/window/PTheme.h>
+
+#include <PCdGui/PCdGui.h>
+
+#include <PLog/PLog.h>
+
+#include <QApplication>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QPixmap>
+#include <QStatusBar>
+#include <QTimer>
+#include <QTranslator>
+
+namespace {
+
+constexpr qsizetype logRecords = 2000; // more than a person scrolls through
+
+/// What Qt itself says, on buttons and in file dialogs, where its catalogue is installed.
+void installTextsOfQt(const QLocale& locale) {
+    auto translator = std::make_unique<QTranslator>();
+    if (!translator->load(locale, u"qtbase"_qs, u"_"_qs,
+                          QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        return;
+    translator->setParent(QCoreApplication::instance());
+    QCoreApplication::installTranslator(translator.release());
+}
+
+void useLanguage(const QString& language) {
+    const QLocale locale(language);
+    QLocale::setDefault(locale);
+    installTextsOfQt(locale);
+    PTranslations::install(language);
+}
+
+} // namespace
+
+PViewProgram::PViewProgram()
+    : m_log(std::make_shared<PMemoryLogSink>(logRecords))
+    , m_terminal(std::make_shared<PStderrLogSink>()) {
+    Q_INIT_RESOURCE(pcdview); // a static library's resources are not there by themselves
+}
+
+PViewProgram::~PViewProgram() {
+    m_window.reset();
+    PLog::removeSink(m_log);
+    PLog::removeSink(m_terminal);
+}
+
+PStatus PViewProgram::start(const PViewOptions& options) {
+    PStatus status = startLog(options);
+    if (status.isOk())
+        status = startCameras(options);
+    if (!status.isOk())
+        return status;
+    PCdGui::install();
+    PTheme::apply(options.theme.isEmpty() ? PTheme::chosen() : PTheme::fromName(options.theme));
+    m_host.findCameras();
+    m_window = std::make_unique<PMainWindow>(m_host, m_problem, m_log);
+    openCamera(options);
+    return PStatus::Ok;
+}
+
+PStatus PViewProgram::startLog(const PViewOptions& options) {
+    PLog::addSink(m_log);
+    PLog::addSink(m_terminal);
+    PLog::installQtMessageHandler();
+    PLog::setFilter(u"warning"_qs);
+    return options.logFilter ? PLog::setFilter(*options.logFilter)
+                             : PLog::setFilterFromEnvironment();
+}
+
+PStatus PViewProgram::startCameras(const PViewOptions& options) {
+    const PStatus sdk = m_host.loadSdk(options.sdk);
+    if (!sdk.isOk())
+        note(sdk.reason());
+    if (!options.scene.isEmpty()) {
+        const PStatus scene = m_host.loadScene(options.scene);
+        if (!scene.isOk())
+            return scene;
+    }
+    const PStatus plugins = m_host.loadPlugins(options.pluginPaths);
+    if (!plugins.isOk())
+        note(plugins.reason());
+    for (const PPluginLoader::Failure& failure : m_host.pluginFailures())
+        note(u"plugin \"%1\" not loaded: %2"_qs.arg(failure.path, failure.reason));
+    // With the plugins in, and before their devices make their titles.
+    useLanguage(PTranslations::language(options.language));
+    return PStatus::Ok;
+}
+
+void PViewProgram::note(const QString& problem) {
+    PLog::logStream(u"pcdview"_qs, QString::fromLatin1(Q_FUNC_INFO), QString::fromLatin1(__FILE__),
+                    __LINE__, PLogLevel::Warning)
+        << problem;
+    m_problem += (m_problem.isEmpty() ? QString() : u"\n"_qs) + problem;
+}
+
+void PViewProgram::openCamera(const PViewOptions& options) {
+    if (options.camera.isEmpty())
+        return m_window->desk().openFirst();
+    const PStatus status = m_window->desk().open(options.camera);
+    if (status.isOk())
+        return;
+    note(status.reason());
+    m_window->statusBar()->showMessage(status.reason());
+}
+
+int PViewProgram::run(const PViewOptions& options) {
+    m_window->show();
+    if (!options.grab.isEmpty()) {
+        QTimer::singleShot(options.grabAfter, m_window.get(),
+                           [this, path = options.grab] { grab(path); });
+    }
+    const int code = QApplication::exec();
+    m_window.reset();
+    return code;
+}
+
+void PViewProgram::grab(const QString& path) {
+    const PStatus saved =
+        PPictureFile::save(path, m_window->grab().toImage(), {}, PPictureFile::Existing::Replace,
+                           PPictureFile::Effort::Small);
+    if (!saved.isOk())
+        note(saved.reason());
+    QApplication::exit(saved.isOk() ? 0 : 1);
+}

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <apps/pcdview/PViewOptions.h>
+
+#include <apps/common/PCameraHost.h>
+
+#include <PLog/PLogSink.h>
+
+#include <memory>
+
+class PMainWindow;
+
+/// The viewer from its start to its end. The main thread.
+class PViewProgram {
+public:
+    PViewProgram();
+    ~PViewProgram();
+
+    /// Brings up log, SDK, plugins, language and window. Fails with what the person who typed the
+    /// command line has to change; what a person at the screen can do something about is shown in
+    /// the window instead.
+    PStatus start(const PViewOptions& options);
+    /// Runs until the window is closed, or the picture of --grab is saved. Returns the exit code.
+    int run(const PViewOptions& options);
+
+    PMainWindow& window() { return *m_window; }
+
+private:
+    PStatus startLog(const PViewOptions& options);
+    PStatus startCameras(const PViewOptions& options);
+    void openCamera(const PViewOptions& options);
+    void grab(const QString& path);
+    void note(const QString& problem);
+
+    std::shared_ptr<PMemoryLogSink> m_log;
+    std::shared_ptr<PStderrLogSink> m_terminal;
+    QString m_problem;
+    PCameraHost m_host;
+    std::unique_ptr<PMainWindow> m_window;
+};

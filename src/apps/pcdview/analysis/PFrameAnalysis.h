@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PDip/PImage.h>
+
+#include <QtGlobal>
+
+#include <array>
+#include <utility>
+#include <vector>
+
+/// What the pixels of one picture are like, all of them. A value; any thread.
+struct PFrameAnalysis {
+    using Counts = std::array<quint64, 256>; ///< pixels of each sample value
+
+    std::vector<Counts> channels; ///< one (grey), or red, green and blue; none for no picture
+    quint64 pixels = 0;
+    quint64 over = 0;  ///< pixels with a sample at 255
+    quint64 under = 0; ///< pixels with all samples at 0
+    /// How sharp the picture is: the Tenengrad measure of the green (or grey) samples, over the
+    /// square of their mean, so that the brightness of the lamp does not matter. No unit; 0 for a
+    /// picture without structure.
+    double focus = 0;
+
+    bool isGrey() const { return channels.size() == 1; }
+    double overShare() const { return share(over); }
+    double underShare() const { return share(under); }
+    double mean(std::size_t channel) const;
+    /// The levels that all but 0.1 % of the samples at either end lie between, over all channels.
+    std::pair<int, int> usedLevels() const;
+
+    static PFrameAnalysis of(const PImage& image);
+
+private:
+    double share(quint64 part) const { return pixels == 0 ? 0 : double(part) / double(pixels); }
+};

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <apps/pcdview/analysis/PFrameAnalysis.h>
+
+#include <QWidget>
+
+class QPainter;
+
+/// Draws the histogram of a picture: a curve for grey, or one for each colour. The GUI thread.
+class PHistogramWidget : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit PHistogramWidget(QWidget* parent = nullptr);
+
+    void setAnalysis(const PFrameAnalysis& analysis);
+    /// Heights by the logarithm of the counts, so that few pixels show too.
+    void setLogarithmic(bool logarithmic);
+
+    /// The height of a level's bar, 0 to 1 of the highest.
+    double heightOf(std::size_t channel, std::size_t level) const;
+
+    QSize sizeHint() const override { return {280, 140}; }
+    QSize minimumSizeHint() const override { return {140, 80}; }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void paintGrid(QPainter& painter, const QRectF& area) const;
+    void paintChannel(QPainter& painter, const QRectF& area, std::size_t channel) const;
+
+    PFrameAnalysis m_analysis;
+    quint64 m_highest = 0;
+    bool m_logarithmic = false;
+};

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCd/PScanAreaRange.h>
+
+#include <QRect>
+#include <QSize>
+
+class PDevice;
+
+/// Between regions of a picture and regions of the sensor. A picture shows a region of the sensor,
+/// made smaller by binning, then flipped, then rotated. A value.
+struct PRegionMap {
+    QRect onSensor;               ///< what the picture shows, in pixels of the sensor
+    QSize picture;                ///< in pixels
+    int rotation = 0;             ///< degrees clockwise: 0, 90, 180 or 270
+    bool isFlippedAcross = false; ///< left and right are exchanged
+    bool isFlippedDown = false;   ///< top and bottom are exchanged
+
+    /// Of a device whose pictures have this size, by its properties "roi", "rotate", "hflip" and
+    /// "vflip"; what it does not have does nothing. The device's thread.
+    static PRegionMap of(const PDevice& device, QSize picture);
+
+    /// The region of the sensor that lies under a region of the picture, outwards to whole pixels.
+    QRect toSensor(const QRect& inPicture) const;
+
+    /// The nearest region that the device accepts: inside the sensor, not too small, on its steps.
+    /// Offsets are even in any case: a colour sensor's filter repeats every two pixels, and devices
+    /// refuse to begin in between whether they say so or not. Null if there is no such region.
+    static QRect snapped(const QRect& wanted, const PScanAreaRange& range);
+};

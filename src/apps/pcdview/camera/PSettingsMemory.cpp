@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: MIT
+#include <apps/pcdview/camera/PSettingsMemory.h>
+
+#include <apps/pcdview/camera/PCaptureMode.h>
+
+#include <PCd/PDevice.h>
+#include <PCd/PDeviceProfileParser.h>
+#include <PCd/PDeviceProfilePlan.h>
+#include <PCd/PDeviceProperty.h>
+
+#include <PCore/PJsonReader.h>
+#include <PCore/PJsonWriter.h>
+
+namespace {
+
+constexpr const char* automaticId = "autoexponeable";
+constexpr const char* targetId = "autoexpotarget";
+constexpr const char* timeId = "autoexpottime";
+constexpr const char* gainId = "autoexpogain";
+
+QByteArray documentOf(PDevice& device) {
+    PJsonWriter writer;
+    writer.writeValue(PDeviceProfileParser::formatKey(), PDeviceProfileParser::formatName());
+    writer.writeValue(PDeviceProfileParser::versionKey(), PDeviceProfileParser::Version);
+    return device.writeStreamThis(&writer, PDeviceProfileParser::cameraKey()) ? writer.document()
+                                                                              : QByteArray();
+}
+
+} // namespace
+
+PSettingsMemory::PSettingsMemory(QObject* parent)
+    : QObject(parent) {
+    m_later.setSingleShot(true);
+    m_later.setInterval(0); // once for all that changes together
+    connect(&m_later, &QTimer::timeout, this, &PSettingsMemory::remember);
+}
+
+void PSettingsMemory::follow(PDevice* device) {
+    release();
+    m_device = device;
+    const auto soon = [this] {
+        if (!m_later.isActive())
+            m_later.start();
+    };
+    connect(device, &PDevice::modeChanged, this, soon);
+    for (PDeviceProperty* property : device->supportProperties())
+        connect(property, &PDeviceProperty::valueChanged, this, soon);
+    remember();
+}
+
+void PSettingsMemory::release() {
+    m_later.stop();
+    if (m_device == nullptr)
+        return;
+    disconnect(m_device, nullptr, this, nullptr);
+    for (PDeviceProperty* property : m_device->supportProperties())
+        disconnect(property, nullptr, this, nullptr);
+    m_device = nullptr;
+}
+
+PStatus PSettingsMemory::restore(PDevice& device, PDeviceProfileReport& report) const {
+    PDeviceProfilePlan plan(device);
+    const PStatus status = plan.make(m_profile);
+    if (!status.isOk())
+        return status;
+    report = plan.apply();
+    restoreExposure(device, report);
+    return status;
+}
+
+/// The plain properties of the exposure are in no profile, as a composite one has it all. That one
+/// does not follow them, though: what was set by them last would be gone.
+void PSettingsMemory::restoreExposure(PDevice& device, PDeviceProfileReport& report) const {
+    if (PCaptureMode::isTriggered(device))
+        return; // the composite one has another exposure then
+    for (const char* const id : {automaticId, targetId})
+        restoreValue(device, id, report);
+    if (m_exposure.value(automaticId).toBool())
+        return; // the rest is the camera's to choose
+    for (const char* const id : {timeId, gainId})
+        restoreValue(device, id, report);
+}
+
+void PSettingsMemory::restoreValue(PDevice& device, const char* id,
+                                   PDeviceProfileReport& report) const {
+    PDeviceProperty* const property = device.getProperty(id);
+    const QVariant value = m_exposure.value(id);
+    if (property == nullptr || !value.isValid())
+        return;
+    property->setValue(value);
+    property->updateValueFromDevice();
+    if (property->valueInner() != value)
+        report.refused.append({id, tr("the camera did not take it")});
+}
+
+void PSettingsMemory::remember() {
+    for (const char* const id : {automaticId, targetId, timeId, gainId}) {
+        if (const PDeviceProperty* const property = m_device->getProperty(id))
+            m_exposure.insert(id, property->valueInner());
+    }
+    PJsonReader reader;
+    PDeviceProfile profile;
+    if (reader.setDocument(documentOf(*m_device)).isOk() &&
+        PDeviceProfileParser::parse(reader, profile).isOk())
+        m_profile = profile;
+}

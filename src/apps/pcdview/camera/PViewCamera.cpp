@@ -1,0 +1,169 @@
+// SPDX-License-Identifier: MIT
+#include <apps/pcdview/camera/PViewCamera.h>
+
+#include <apps/pcdview/camera/PCaptureMode.h>
+
+#include <PCd/PCdDipUtils.h>
+#include <PCd/PDevice.h>
+#include <PCd/PDeviceProperty.h>
+
+namespace {
+
+constexpr int showEveryMs = 33;
+
+} // namespace
+
+PViewCamera::PViewCamera(PCameraIdentity identity, QObject* parent)
+    : QObject(parent)
+    , m_identity(std::move(identity)) {
+    m_showSoon.setSingleShot(true);
+    m_showSoon.setInterval(showEveryMs);
+    m_showSoon.setTimerType(Qt::PreciseTimer);
+    connect(&m_showSoon, &QTimer::timeout, this, &PViewCamera::showNewest);
+}
+
+PViewCamera::~PViewCamera() {
+    if (m_device == nullptr)
+        return;
+    m_exposure.reset();
+    m_memory.release();
+    disconnect(m_device, nullptr, this, nullptr);
+    m_device->stopStream();
+    m_device->unlink();
+}
+
+PStatus PViewCamera::attach(PDevice* device) {
+    m_device = device;
+    m_notes.clear();
+    connectDevice();
+    const PStatus status = open();
+    if (!status.isOk() && m_device != nullptr) {
+        disconnect(m_device, nullptr, this, nullptr);
+        m_exposure.reset();
+        m_memory.release();
+        m_device->unlink();
+        m_device = nullptr;
+    }
+    emit stateChanged();
+    emit modeChanged();
+    return status;
+}
+
+PStatus PViewCamera::open() {
+    const PStatus linked = m_device->link();
+    if (!linked.isOk())
+        return linked;
+    m_device->supportProperties();
+    m_names = PSettingNames::of(m_device);
+    if (!m_memory.isEmpty())
+        restoreSettings();
+    if (m_device == nullptr)
+        return PStatus::failure(tr("the camera was unplugged again"));
+    m_memory.follow(m_device);
+    m_exposure = std::make_unique<PExposureWatch>(m_device);
+    followTrigger();
+    return m_wantsLive ? m_device->startStream() : PStatus(PStatus::Ok);
+}
+
+void PViewCamera::restoreSettings() {
+    PDeviceProfileReport report;
+    const PStatus status = m_memory.restore(*m_device, report);
+    if (!status.isOk())
+        m_notes.append(tr("The settings could not be restored: %1").arg(status.reason()));
+    for (const PDeviceProfileReport::Item& item : report.refused)
+        m_notes.append(tr("Not restored: %1 (%2)").arg(QString::fromLatin1(item.id), item.reason));
+}
+
+void PViewCamera::followTrigger() {
+    PDeviceProperty* const exposure = m_device->getProperty(PCaptureMode::propertyId);
+    if (exposure == nullptr)
+        return;
+    const auto look = [this] {
+        const bool isTriggered = PCaptureMode::isTriggered(*m_device);
+        if (isTriggered == m_isTriggered)
+            return;
+        m_isTriggered = isTriggered;
+        m_snapshotsBefore = ledger().snapshots;
+        m_pace.reset();
+        emit stateChanged();
+    };
+    connect(exposure, &PDeviceProperty::valueChanged, this, look);
+    look();
+}
+
+void PViewCamera::connectDevice() {
+    connect(m_device, &PDevice::imageChanged, this, &PViewCamera::countFrame);
+    connect(m_device, &PDevice::snapshotTaken, this, &PViewCamera::snapshotTaken);
+    connect(m_device, &PDevice::modeChanged, this, &PViewCamera::modeChanged);
+}
+
+void PViewCamera::detach() {
+    m_exposure.reset();
+    m_memory.release();
+    m_lastLedger = m_device->frameLedger();
+    m_isTriggered = false;
+    disconnect(m_device, nullptr, this, nullptr);
+    if (PDeviceProperty* const exposure = m_device->getProperty(PCaptureMode::propertyId))
+        disconnect(exposure, nullptr, this, nullptr);
+    m_device = nullptr;
+    m_pace.reset();
+    emit stateChanged();
+}
+
+PStatus PViewCamera::setLive(bool live) {
+    if (m_device == nullptr)
+        return PStatus::failure(tr("the camera is unplugged"));
+    m_wantsLive = live;
+    const PStatus status = live ? m_device->startStream() : m_device->stopStream();
+    m_pace.reset();
+    emit stateChanged();
+    return status;
+}
+
+PStatus PViewCamera::setMode(const PDeviceMode& mode) {
+    if (m_device == nullptr)
+        return PStatus::failure(tr("the camera is unplugged"));
+    return m_device->setMode(mode);
+}
+
+PStatus PViewCamera::takeSnapshot() {
+    if (m_device == nullptr)
+        return PStatus::failure(tr("the camera is unplugged"));
+    if (!m_device->isStreaming())
+        return PStatus::failure(tr("the live picture is stopped; start it first"));
+    return m_device->triggerStillCapture()
+               ? PStatus(PStatus::Ok)
+               : PStatus::failure(tr("the camera refused to take a still picture"));
+}
+
+PViewCamera::State PViewCamera::state() const {
+    if (m_device == nullptr)
+        return State::Unplugged;
+    return m_device->isStreaming() ? State::Live : State::Paused;
+}
+
+PFrameLedger PViewCamera::ledger() const {
+    return m_device != nullptr ? m_device->frameLedger() : m_lastLedger;
+}
+
+double PViewCamera::framesPerSecond() const {
+    return m_pace.fps();
+}
+
+double PViewCamera::megabytesPerSecond() const {
+    return framesPerSecond() * double(m_frame.image.dataSize()) / 1e6;
+}
+
+void PViewCamera::countFrame(const PImage& image) {
+    m_pace.tick(PCdDipUtils::imageAsDeviceFrame(image).stamp->arrived);
+    if (!m_showSoon.isActive())
+        m_showSoon.start();
+}
+
+void PViewCamera::showNewest() {
+    if (m_device == nullptr)
+        return;
+    m_frame = m_device->newestFrame();
+    if (!m_frame.image.isNull())
+        emit frameChanged(m_frame);
+}

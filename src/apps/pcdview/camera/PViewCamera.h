@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <apps/common/PCameraIdentity.h>
+#include <apps/common/PExposureWatch.h>
+#include <apps/common/PSettingNames.h>
+#include <apps/pcdview/camera/PSettingsMemory.h>
+
+#include <PCd/PDevice.h>
+
+#include <PCore/PFpsCounter.h>
+#include <PCore/PStatus.h>
+
+#include <QObject>
+#include <QPointer>
+#include <QStringList>
+#include <QTimer>
+
+#include <memory>
+
+/// A camera that a person looks through, over its unplugging and coming back. The device's thread,
+/// which is the GUI thread.
+class PViewCamera : public QObject {
+    Q_OBJECT
+
+public:
+    enum class State { Live, Paused, Unplugged };
+
+    explicit PViewCamera(PCameraIdentity identity, QObject* parent = nullptr);
+    /// Closes the camera.
+    ~PViewCamera() override;
+
+    /// Opens this device and starts its stream. A camera that was here before gets its settings
+    /// back: what could not be is in notes(). Fails with the reason.
+    PStatus attach(PDevice* device);
+    /// The device is about to go: its last picture and its account stay.
+    void detach();
+    /// Starts or stops the stream. Fails with the reason.
+    PStatus setLive(bool live);
+    PStatus setMode(const PDeviceMode& mode);
+    /// Asks for a still picture, which comes with snapshotTaken(). Fails with the reason.
+    PStatus takeSnapshot();
+
+    const PCameraIdentity& identity() const { return m_identity; }
+    /// What the choices of its settings are called, also while it is unplugged.
+    const PSettingNames& settingNames() const { return m_names; }
+    /// Null while it is unplugged.
+    PDevice* device() const { return m_device; }
+    State state() const;
+    /// True while frames come by triggers only, and the number of pictures since then. Any camera
+    /// whose "extexposure" has a field "capturemode".
+    bool isTriggered() const { return m_isTriggered; }
+    quint64 triggeredPictures() const { return ledger().snapshots - m_snapshotsBefore; }
+    /// What a person should know of the last attach().
+    const QStringList& notes() const { return m_notes; }
+    /// The newest frame that was shown.
+    const PDeviceFrame& frame() const { return m_frame; }
+    /// The account of the frames since it was opened or came back.
+    PFrameLedger ledger() const;
+    double framesPerSecond() const;
+    double megabytesPerSecond() const; ///< million bytes a second, of pixels
+
+signals:
+    void stateChanged();
+    void modeChanged();
+    /// A frame to be shown: the newest, and about 30 a second at most.
+    void frameChanged(const PDeviceFrame& frame);
+    void snapshotTaken(const PDeviceFrame& frame);
+
+private:
+    void connectDevice();
+    PStatus open();
+    void restoreSettings();
+    void followTrigger();
+    void countFrame(const PImage& image);
+    void showNewest();
+
+    PCameraIdentity m_identity;
+    QPointer<PDevice> m_device;
+    PSettingNames m_names;
+    PSettingsMemory m_memory;
+    std::unique_ptr<PExposureWatch> m_exposure; ///< while there is a device
+    PDeviceFrame m_frame;
+    PFrameLedger m_lastLedger;
+    QStringList m_notes;
+    PFpsCounter m_pace;
+    QTimer m_showSoon;
+    bool m_wantsLive = true;
+    bool m_isTriggered = false;
+    quint64 m_snapshotsBefore = 0; ///< the triggered capture
+};

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#include <apps/pcdview/capture/PCapture.h>
+
+#include <apps/pcdview/camera/PViewCamera.h>
+#include <apps/pcdview/capture/PCaptureFolder.h>
+
+#include <QFileInfo>
+
+PCapture::PCapture(QObject* parent)
+    : QObject(parent) {
+    connect(&m_saver, &PPictureSaver::finished, this,
+            [this](const QString& path, const QString& reason) {
+                if (reason.isEmpty())
+                    emit told(tr("Saved %1").arg(QFileInfo(path).fileName()));
+                else
+                    emit lost(reason);
+            });
+}
+
+void PCapture::follow(PViewCamera* camera) {
+    connect(camera, &PViewCamera::snapshotTaken, this,
+            [this, camera](const PDeviceFrame& frame) { saveStill(*camera, frame); });
+}
+
+void PCapture::takeStill(PViewCamera& camera) {
+    const PStatus status = camera.takeSnapshot();
+    emit told(status.isOk() ? tr("Taking a still picture…")
+                            : tr("No still picture: %1").arg(status.reason()));
+}
+
+void PCapture::saveStill(const PViewCamera& camera, const PDeviceFrame& frame) {
+    const QString path = PCaptureFolder::newPath(camera.identity().id, QDateTime::currentDateTime(),
+                                                 PCaptureFolder::stillEnding());
+    m_saver.save({path, frame,
+                  pictureTextOf(camera.identity(), frame.stamp.get()),
+                  PPictureFile::Existing::Keep});
+}
+
+void PCapture::saveShown(const PViewCamera& camera, const QString& path) {
+    const PDeviceFrame& frame = camera.frame();
+    m_saver.save({path, frame,
+                  pictureTextOf(camera.identity(), frame.stamp.get()),
+                  PPictureFile::Existing::Replace});
+}

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <apps/pcdview/capture/PNamePattern.h>
+
+#include <QDateTime>
+#include <QString>
+
+/// Where pictures and recordings go, and under which names, remembered from run to run. The GUI
+/// thread.
+class PCaptureFolder {
+public:
+    /// The folder; at first "pcdview" in the user's pictures.
+    static QString path();
+    static void setPath(const QString& folder);
+    static PNamePattern pattern();
+    static void setPattern(const PNamePattern& pattern);
+    /// How names of still pictures end: ".png" or ".tif".
+    static QString stillEnding();
+    static void setStillEnding(const QString& ending);
+
+    /// A path in the folder that nothing has yet and that was not given out before in this run: a
+    /// picture may still be on its way to it. The name by the pattern, and this ending (".png").
+    static QString newPath(const QString& camera, const QDateTime& time, const QString& ending);
+    /// The path that newPath() would give out.
+    static QString nextPath(const QString& camera, const QDateTime& time, const QString& ending);
+};

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCore/PStatus.h>
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QString>
+
+/// How files are named: a text in which {camera}, {date}, {time} and {n} stand for what they say,
+/// {n} for the first number that makes a new name. A value; any thread.
+class PNamePattern {
+    Q_DECLARE_TR_FUNCTIONS(PNamePattern)
+
+public:
+    /// Camera, date and time.
+    PNamePattern();
+
+    /// Takes another text. Fails with what is wrong with it, and stays as it was: it must name a
+    /// file without its ending, in no folder, with no other placeholders.
+    PStatus setText(const QString& text);
+    const QString& text() const { return m_text; }
+
+    /// The name for the number-th try, from 1 on, to find one that is new: a text without {n} gets
+    /// the number at its end from the second try on. No ending.
+    QString name(const QString& camera, const QDateTime& time, int number) const;
+
+private:
+    QString m_text;
+};

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <apps/common/PRecordSchedule.h>
+
+#include <QString>
+
+/// What a person wants recorded. A value.
+struct PRecordSettings {
+    enum class End { AfterFrames, AfterTime, ByHand };
+    enum class Format { OmeTiff, TiffSeries, PngSeries };
+
+    End end = End::AfterFrames;
+    int frames = 50;
+    double seconds = 10;
+    bool isTimeLapse = false;
+    double intervalSeconds = 10;
+    Format format = Format::OmeTiff;
+
+    PRecordSchedule::Plan plan() const;
+
+    /// As they were set the last time; at first as above.
+    static PRecordSettings remembered();
+    void remember() const;
+};

@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: MIT
+#include <apps/pcdview/capture/PRecording.h>
+
+#include <apps/common/POmeStackWriter.h>
+#include <apps/common/PPictureFile.h>
+#include <apps/common/PSensorTemperature.h>
+#include <apps/common/PSeriesWriter.h>
+#include <apps/pcdview/camera/PViewCamera.h>
+#include <apps/pcdview/capture/PCaptureFolder.h>
+
+#include <QDir>
+
+namespace {
+
+constexpr int checkEveryMs = 100;
+
+using Format = PRecordSettings::Format;
+
+/// Files of a series lie in a folder of their own.
+QString endingOf(Format format) {
+    switch (format) {
+    case Format::TiffSeries:
+        return u"/frame-######.tif"_qs;
+    case Format::PngSeries:
+        return u"/frame-######.png"_qs;
+    case Format::OmeTiff:
+        break;
+    }
+    return u".ome.tif"_qs;
+}
+
+} // namespace
+
+PRecording::PRecording(QObject* parent)
+    : QObject(parent) {
+    m_check.setInterval(checkEveryMs);
+    connect(&m_check, &QTimer::timeout, this, &PRecording::check);
+}
+
+PRecording::~PRecording() {
+    if (isRunning())
+        end(tr("the program was closed"));
+}
+
+PStatus PRecording::start(PViewCamera& camera, const PRecordSettings& settings, double pixelSize) {
+    if (isRunning())
+        return PStatus::failure(tr("a recording is running already"));
+    if (camera.state() != PViewCamera::State::Live)
+        return PStatus::failure(tr("the live picture is stopped; start it first"));
+    const QString ending = endingOf(settings.format);
+    // Of a series it is the folder that must be new.
+    const QString own = ending.startsWith(u'/') ? QString() : ending;
+    m_path = PCaptureFolder::newPath(camera.identity().id, QDateTime::currentDateTime(), own);
+    const PStatus folder = PPictureFile::prepareFolder(own.isEmpty() ? m_path + ending : m_path);
+    if (!folder.isOk())
+        return folder;
+    m_camera = &camera;
+    m_device = camera.device();
+    m_recorder =
+        std::make_shared<PFrameRecorder>(makeWriter(camera, settings, pixelSize), settings.plan());
+    m_begin = PFrameRecorder::Clock::now();
+    m_trouble.clear();
+    m_isEnding = false;
+    m_device->addFrameSink(m_recorder);
+    m_check.start();
+    emit changed();
+    return PStatus::Ok;
+}
+
+std::unique_ptr<PFrameWriter> PRecording::makeWriter(const PViewCamera& camera,
+                                                     const PRecordSettings& settings,
+                                                     double pixelSize) {
+    if (settings.format == Format::OmeTiff) {
+        POmeStackWriter::Options options{m_path,
+                                         camera.identity(),
+                                         camera.settingNames(),
+                                         settings.plan().frames,
+                                         std::nullopt,
+                                         PSensorTemperature::of(*camera.device())};
+        if (pixelSize > 0)
+            options.pixelSizeUm = pixelSize;
+        return std::make_unique<POmeStackWriter>(options);
+    }
+    PNumberedFiles files;
+    files.setPattern(m_path + endingOf(settings.format));
+    return std::make_unique<PSeriesWriter>(files, camera.identity());
+}
+
+void PRecording::stop() {
+    if (isRunning())
+        end(QString());
+}
+
+PFrameRecorder::Progress PRecording::progress() const {
+    return isRunning() ? m_recorder->progress() : PFrameRecorder::Progress();
+}
+
+std::optional<std::chrono::seconds> PRecording::timeLeft() const {
+    const std::optional<double> share = progress().share;
+    if (!share || *share <= 0)
+        return std::nullopt;
+    const std::chrono::duration<double> taken = PFrameRecorder::Clock::now() - m_begin;
+    return std::chrono::seconds(std::llround(taken.count() * (1 - *share) / *share));
+}
+
+void PRecording::check() {
+    const PFrameRecorder::Progress progress = m_recorder->progress();
+    if (progress.isFinished) {
+        const QString message = outcome(progress);
+        m_check.stop();
+        m_recorder.reset();
+        emit changed();
+        emit finished(message);
+        return;
+    }
+    if (progress.isOver)
+        end(QString());
+    else if (m_camera == nullptr)
+        end(tr("the camera was closed"));
+    else if (m_device == nullptr || m_camera->device() != m_device)
+        end(tr("the camera was unplugged"));
+    emit changed();
+}
+
+void PRecording::end(const QString& trouble) {
+    if (std::exchange(m_isEnding, true))
+        return;
+    m_trouble = trouble;
+    std::optional<PFrameLedger> ledger;
+    if (m_camera != nullptr)
+        ledger = m_camera->ledger();
+    if (m_device != nullptr)
+        m_device->removeFrameSink(m_recorder);
+    m_recorder->end(ledger, trouble);
+}
+
+QString PRecording::outcome(const PFrameRecorder::Progress& progress) const {
+    const quint64 written = progress.tally.written;
+    const QString& trouble = progress.error.isEmpty() ? m_trouble : progress.error;
+    if (!trouble.isEmpty())
+        return tr("The recording ended early after %1 frames: %2").arg(written).arg(trouble);
+    return tr("Recorded %1 frames: %2").arg(written).arg(m_path);
+}

@@ -1,0 +1,1076 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="ru" sourcelanguage="en">
+<context>
+    <name>PCameraDesk</name>
+    <message>
+        <source>This camera cannot be opened: %1</source>
+        <translation>Эту камеру не удаётся открыть: %1</translation>
+    </message>
+    <message>
+        <source>ready</source>
+        <translation>готова</translation>
+    </message>
+    <message>
+        <source>open</source>
+        <translation>открыта</translation>
+    </message>
+    <message>
+        <source>unplugged</source>
+        <translation>отключена</translation>
+    </message>
+</context>
+<context>
+    <name>PCameraListPanel</name>
+    <message>
+        <source>Double-click a camera to look through it.</source>
+        <translation>Дважды щёлкните камеру, чтобы смотреть через неё.</translation>
+    </message>
+    <message>
+        <source>Look again</source>
+        <translation>Искать снова</translation>
+    </message>
+    <message>
+        <source>Simulated camera</source>
+        <translation>Имитация камеры</translation>
+    </message>
+</context>
+<context>
+    <name>PCameraPage</name>
+    <message>
+        <source>This camera has no region to set.</source>
+        <translation>У этой камеры нельзя задать область.</translation>
+    </message>
+    <message>
+        <source>The camera accepts no such region.</source>
+        <translation>Камера не принимает такую область.</translation>
+    </message>
+    <message>
+        <source>The camera did not take the region %1: it has %2.</source>
+        <translation>Камера не приняла область %1: действует %2.</translation>
+    </message>
+    <message>
+        <source>This camera is unplugged. The last picture stays; plug it in again and it goes on with its settings.</source>
+        <translation>Эта камера отключена. Последний снимок остаётся; подключите её снова, и она продолжит работу со своими настройками.</translation>
+    </message>
+    <message>
+        <source>Triggered capture: the picture waits for triggers. Pictures taken: %1</source>
+        <translation>Съёмка по триггеру: картина ждёт сигналов. Сделано снимков: %1</translation>
+    </message>
+</context>
+<context>
+    <name>PCapture</name>
+    <message>
+        <source>Saved %1</source>
+        <translation>Сохранено: %1</translation>
+    </message>
+    <message>
+        <source>Taking a still picture…</source>
+        <translation>Делается снимок…</translation>
+    </message>
+    <message>
+        <source>No still picture: %1</source>
+        <translation>Снимок не сделан: %1</translation>
+    </message>
+</context>
+<context>
+    <name>PCaptureDialog</name>
+    <message>
+        <source>Files of pictures and recordings</source>
+        <translation>Файлы снимков и записей</translation>
+    </message>
+    <message>
+        <source>{camera}, {date} and {time} stand for what they say, {n} for the first number that makes a new name.</source>
+        <translation>{camera}, {date} и {time} — камера, дата и время, {n} — первый номер, дающий новое имя.</translation>
+    </message>
+    <message>
+        <source>Browse…</source>
+        <translation>Обзор…</translation>
+    </message>
+    <message>
+        <source>Folder:</source>
+        <translation>Папка:</translation>
+    </message>
+    <message>
+        <source>Names:</source>
+        <translation>Имена:</translation>
+    </message>
+    <message>
+        <source>Still pictures as:</source>
+        <translation>Снимки как:</translation>
+    </message>
+    <message>
+        <source>Next one:</source>
+        <translation>Следующий:</translation>
+    </message>
+    <message>
+        <source>Capture folder</source>
+        <translation>Папка снимков</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no folder: expected a path from / on</source>
+        <translation>«%1» — не папка: нужен путь, начиная с /</translation>
+    </message>
+</context>
+<context>
+    <name>PChoiceEditor</name>
+    <message>
+        <source>(unknown)</source>
+        <translation>(неизвестно)</translation>
+    </message>
+</context>
+<context>
+    <name>PDevicePanel</name>
+    <message>
+        <source>The device is not connected.</source>
+        <translation>Устройство не подключено.</translation>
+    </message>
+    <message>
+        <source>No setting matches.</source>
+        <translation>Подходящих настроек нет.</translation>
+    </message>
+    <message>
+        <source>Other</source>
+        <translation>Прочее</translation>
+    </message>
+</context>
+<context>
+    <name>PEditorMenu</name>
+    <message>
+        <source>Reset to default</source>
+        <translation>Вернуть значение по умолчанию</translation>
+    </message>
+    <message>
+        <source>This setting has no default.</source>
+        <translation>У этой настройки нет значения по умолчанию.</translation>
+    </message>
+    <message>
+        <source>Reset to default (%1)</source>
+        <translation>Вернуть значение по умолчанию (%1)</translation>
+    </message>
+</context>
+<context>
+    <name>PExposureText</name>
+    <message>
+        <source>gain %1</source>
+        <translation>усиление %1</translation>
+    </message>
+    <message>
+        <source>auto</source>
+        <translation>авто</translation>
+    </message>
+    <message>
+        <source>%1 µs</source>
+        <translation>%1 мкс</translation>
+    </message>
+    <message>
+        <source>%1 ms</source>
+        <translation>%1 мс</translation>
+    </message>
+    <message>
+        <source>%1 s</source>
+        <translation>%1 с</translation>
+    </message>
+</context>
+<context>
+    <name>PFramesPanel</name>
+    <message>
+        <source>What became of them</source>
+        <translation>Что с ними стало</translation>
+    </message>
+    <message>
+        <source>Frames</source>
+        <translation>Кадры</translation>
+    </message>
+</context>
+<context>
+    <name>PHelpTexts</name>
+    <message>
+        <source>Wheel</source>
+        <translation>Колесо</translation>
+    </message>
+    <message>
+        <source>Zoom to the cursor</source>
+        <translation>Увеличить или уменьшить у курсора</translation>
+    </message>
+    <message>
+        <source>Drag</source>
+        <translation>Перетаскивание</translation>
+    </message>
+    <message>
+        <source>Move the picture, or draw the region</source>
+        <translation>Двигать снимок или рисовать область</translation>
+    </message>
+    <message>
+        <source>Double click</source>
+        <translation>Двойной щелчок</translation>
+    </message>
+    <message>
+        <source>Full screen</source>
+        <translation>Во весь экран</translation>
+    </message>
+    <message>
+        <source>Escape</source>
+        <translation>Escape</translation>
+    </message>
+    <message>
+        <source>Leave the full screen, or put the region away</source>
+        <translation>Выйти из полного экрана или отменить область</translation>
+    </message>
+    <message>
+        <source>Mouse</source>
+        <translation>Мышь</translation>
+    </message>
+    <message>
+        <source>Keys</source>
+        <translation>Клавиши</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>нет</translation>
+    </message>
+    <message>
+        <source>Program</source>
+        <translation>Программа</translation>
+    </message>
+    <message>
+        <source>Camera library</source>
+        <translation>Библиотека камеры</translation>
+    </message>
+    <message>
+        <source>Cameras</source>
+        <translation>Камеры</translation>
+    </message>
+    <message>
+        <source>simulated (%1)</source>
+        <translation>имитация (%1)</translation>
+    </message>
+    <message>
+        <source>Live pictures, still pictures and recordings of microscope cameras.</source>
+        <translation>Живая картина, снимки и записи с камер микроскопов.</translation>
+    </message>
+</context>
+<context>
+    <name>PHistogramPanel</name>
+    <message>
+        <source>Logarithmic</source>
+        <translation>Логарифмическая</translation>
+    </message>
+    <message>
+        <source>Tenengrad measure over the squared mean: higher is sharper. Compare it on one field while focusing.</source>
+        <translation>Мера Tenengrad, делённая на квадрат среднего: чем больше, тем резче. Сравнивайте её на одном поле при фокусировке.</translation>
+    </message>
+    <message>
+        <source>Mean:</source>
+        <translation>Среднее:</translation>
+    </message>
+    <message>
+        <source>Overexposed:</source>
+        <translation>Пересвет:</translation>
+    </message>
+    <message>
+        <source>Black:</source>
+        <translation>Чёрное:</translation>
+    </message>
+    <message>
+        <source>Focus score:</source>
+        <translation>Резкость:</translation>
+    </message>
+</context>
+<context>
+    <name>PHistogramWidget</name>
+    <message>
+        <source>Histogram</source>
+        <translation>Гистограмма</translation>
+    </message>
+</context>
+<context>
+    <name>PImageView</name>
+    <message>
+        <source>Picture of the camera</source>
+        <translation>Картина камеры</translation>
+    </message>
+</context>
+<context>
+    <name>PLedgerText</name>
+    <message>
+        <source>Frames: %1, none lost on the way</source>
+        <translation>Кадров: %1, в пути не потеряно</translation>
+    </message>
+    <message>
+        <source>Frames: %1, lost: %2 (%3)</source>
+        <translation>Кадров: %1, потеряно: %2 (%3)</translation>
+    </message>
+    <message>
+        <source>Frames from the camera</source>
+        <translation>Кадров от камеры</translation>
+    </message>
+    <message>
+        <source>Arrived</source>
+        <translation>Дошло</translation>
+    </message>
+    <message>
+        <source>Lost: %1</source>
+        <translation>Потеряно: %1</translation>
+    </message>
+    <message>
+        <source>Came after the last one wanted</source>
+        <translation>Пришло после последнего нужного</translation>
+    </message>
+    <message>
+        <source>On their way</source>
+        <translation>В пути</translation>
+    </message>
+    <message>
+        <source>Still pictures</source>
+        <translation>Снимков</translation>
+    </message>
+    <message>
+        <source>in the camera or on the cable</source>
+        <translation>в камере или в кабеле</translation>
+    </message>
+    <message>
+        <source>of an unknown pixel format</source>
+        <translation>неизвестный формат пикселов</translation>
+    </message>
+    <message>
+        <source>of a wrong size</source>
+        <translation>неверный размер</translation>
+    </message>
+    <message>
+        <source>for want of memory</source>
+        <translation>не хватило памяти</translation>
+    </message>
+    <message>
+        <source>as the program was too slow</source>
+        <translation>программа не успела</translation>
+    </message>
+    <message>
+        <source>as the disk was too slow or full</source>
+        <translation>диск не успел или полон</translation>
+    </message>
+    <message>
+        <source>by a fault of the program</source>
+        <translation>ошибка программы</translation>
+    </message>
+</context>
+<context>
+    <name>PLogPanel</name>
+    <message>
+        <source>Nothing has been logged.</source>
+        <translation>Журнал пуст.</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Очистить</translation>
+    </message>
+</context>
+<context>
+    <name>PMainWindow</name>
+    <message>
+        <source>Camera profiles (*.json)</source>
+        <translation>Профили камер (*.json)</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Справка</translation>
+    </message>
+    <message>
+        <source>&amp;File</source>
+        <translation>&amp;Файл</translation>
+    </message>
+    <message>
+        <source>&amp;Camera</source>
+        <translation>&amp;Камера</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>&amp;Вид</translation>
+    </message>
+    <message>
+        <source>&amp;Panels</source>
+        <translation>&amp;Панели</translation>
+    </message>
+    <message>
+        <source>&amp;Colours</source>
+        <translation>&amp;Цвета</translation>
+    </message>
+    <message>
+        <source>As the &amp;system</source>
+        <translation>Как в &amp;системе</translation>
+    </message>
+    <message>
+        <source>&amp;Light</source>
+        <translation>С&amp;ветлые</translation>
+    </message>
+    <message>
+        <source>&amp;Dark</source>
+        <translation>&amp;Тёмные</translation>
+    </message>
+    <message>
+        <source>Tool bar</source>
+        <translation>Панель инструментов</translation>
+    </message>
+    <message>
+        <source>Keyboard and mouse</source>
+        <translation>Клавиатура и мышь</translation>
+    </message>
+    <message>
+        <source>About pcdview</source>
+        <translation>О программе pcdview</translation>
+    </message>
+    <message>
+        <source>Recording to %1</source>
+        <translation>Идёт запись: %1</translation>
+    </message>
+    <message>
+        <source>No recording: %1</source>
+        <translation>Запись не начата: %1</translation>
+    </message>
+    <message>
+        <source>Recording</source>
+        <translation>Запись</translation>
+    </message>
+    <message>
+        <source>A recording is running. End it and close?</source>
+        <translation>Идёт запись. Закончить её и закрыть программу?</translation>
+    </message>
+    <message>
+        <source>Draw the region with the mouse; Esc puts it away.</source>
+        <translation>Нарисуйте область мышью; Esc отменяет.</translation>
+    </message>
+    <message>
+        <source>There is no picture yet.</source>
+        <translation>Картины ещё нет.</translation>
+    </message>
+    <message>
+        <source>Save shown picture</source>
+        <translation>Сохранить показанное</translation>
+    </message>
+    <message>
+        <source>PNG (*.png);;TIFF (*.tif *.tiff)</source>
+        <translation>PNG (*.png);;TIFF (*.tif *.tiff)</translation>
+    </message>
+    <message>
+        <source>Pixel size</source>
+        <translation>Размер пиксела</translation>
+    </message>
+    <message>
+        <source>Size of a pixel on the specimen, in micrometres (0: no scale bar).
+It is the size on the sensor divided by the magnification.</source>
+        <translation>Размер пиксела на препарате в микрометрах (0: без масштабной линейки).
+Это размер на матрице, делённый на увеличение.</translation>
+    </message>
+    <message>
+        <source>Load profile</source>
+        <translation>Загрузить профиль</translation>
+    </message>
+    <message>
+        <source>Save profile</source>
+        <translation>Сохранить профиль</translation>
+    </message>
+    <message>
+        <source>Saved %1</source>
+        <translation>Сохранено: %1</translation>
+    </message>
+    <message>
+        <source>The program cannot be started again.</source>
+        <translation>Не удаётся запустить программу снова.</translation>
+    </message>
+    <message>
+        <source>Simulated camera</source>
+        <translation>Имитация камеры</translation>
+    </message>
+    <message>
+        <source>unplugged</source>
+        <translation>отключена</translation>
+    </message>
+    <message>
+        <source>Camera</source>
+        <translation>Камера</translation>
+    </message>
+</context>
+<context>
+    <name>PModeChooser</name>
+    <message>
+        <source>Resolution of the camera</source>
+        <translation>Разрешение камеры</translation>
+    </message>
+</context>
+<context>
+    <name>PNamePattern</name>
+    <message>
+        <source>&quot;%1&quot; names no file: expected a name that does not begin with a dot</source>
+        <translation>«%1» — не имя файла: нужно имя, которое не начинается с точки</translation>
+    </message>
+    <message>
+        <source>the name is too long: expected up to %1 characters</source>
+        <translation>имя слишком длинное: нужно не больше %1 знаков</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; cannot be in the name of a file</source>
+        <translation>«%1» не может быть в имени файла</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; stands for nothing: expected {camera}, {date}, {time} or {n}</source>
+        <translation>«%1» ничего не значит: нужно {camera}, {date}, {time} или {n}</translation>
+    </message>
+</context>
+<context>
+    <name>PPanels</name>
+    <message>
+        <source>Cameras</source>
+        <translation>Камеры</translation>
+    </message>
+    <message>
+        <source>Histogram</source>
+        <translation>Гистограмма</translation>
+    </message>
+    <message>
+        <source>Recording</source>
+        <translation>Запись</translation>
+    </message>
+    <message>
+        <source>Frames</source>
+        <translation>Кадры</translation>
+    </message>
+    <message>
+        <source>Camera settings</source>
+        <translation>Настройки камеры</translation>
+    </message>
+    <message>
+        <source>Log</source>
+        <translation>Журнал</translation>
+    </message>
+</context>
+<context>
+    <name>PPictureSaver</name>
+    <message>
+        <source>cannot save &quot;%1&quot;: %2 MB of pictures wait for the disk</source>
+        <translation>не удаётся сохранить «%1»: диска ждут %2 МБ снимков</translation>
+    </message>
+</context>
+<context>
+    <name>PProfileReportText</name>
+    <message>
+        <source>All settings of the profile are in force: %1.</source>
+        <translation>Действуют все настройки профиля: %1.</translation>
+    </message>
+    <message>
+        <source>Settings in force: %1, not taken: %2.</source>
+        <translation>Действует настроек: %1, не принято: %2.</translation>
+    </message>
+    <message>
+        <source>Not taken by the camera:</source>
+        <translation>Камера не приняла:</translation>
+    </message>
+    <message>
+        <source>Not meant to be set:</source>
+        <translation>Не подлежит установке:</translation>
+    </message>
+    <message>
+        <source>Not in the file, so left as they are: %1</source>
+        <translation>Нет в файле, оставлено как есть: %1</translation>
+    </message>
+</context>
+<context>
+    <name>PPropertyEditor</name>
+    <message>
+        <source>The device is not connected.</source>
+        <translation>Устройство не подключено.</translation>
+    </message>
+</context>
+<context>
+    <name>PPropertyWords</name>
+    <message>
+        <source>µs</source>
+        <translation>мкс</translation>
+    </message>
+    <message>
+        <source>on</source>
+        <translation>вкл</translation>
+    </message>
+    <message>
+        <source>off</source>
+        <translation>выкл</translation>
+    </message>
+    <message>
+        <source>Range: %1 to %2</source>
+        <translation>Диапазон: от %1 до %2</translation>
+    </message>
+    <message>
+        <source>%1, in steps of %2</source>
+        <translation>%1, с шагом %2</translation>
+    </message>
+    <message>
+        <source>Default: %1</source>
+        <translation>По умолчанию: %1</translation>
+    </message>
+</context>
+<context>
+    <name>PRecordPanel</name>
+    <message>
+        <source> s</source>
+        <translation> с</translation>
+    </message>
+    <message>
+        <source>Time-lapse, one frame every</source>
+        <translation>Цейтрафер, кадр каждые</translation>
+    </message>
+    <message>
+        <source>A number of frames</source>
+        <translation>Число кадров</translation>
+    </message>
+    <message>
+        <source>A time</source>
+        <translation>Время</translation>
+    </message>
+    <message>
+        <source>Until stopped</source>
+        <translation>До остановки</translation>
+    </message>
+    <message>
+        <source>One file (OME-TIFF)</source>
+        <translation>Один файл (OME-TIFF)</translation>
+    </message>
+    <message>
+        <source>TIFF files</source>
+        <translation>Файлы TIFF</translation>
+    </message>
+    <message>
+        <source>PNG files</source>
+        <translation>Файлы PNG</translation>
+    </message>
+    <message>
+        <source>Record:</source>
+        <translation>Записать:</translation>
+    </message>
+    <message>
+        <source>Frames:</source>
+        <translation>Кадров:</translation>
+    </message>
+    <message>
+        <source>Time:</source>
+        <translation>Время:</translation>
+    </message>
+    <message>
+        <source>As:</source>
+        <translation>Как:</translation>
+    </message>
+    <message>
+        <source>Stop recording</source>
+        <translation>Остановить запись</translation>
+    </message>
+    <message>
+        <source>Record</source>
+        <translation>Запись</translation>
+    </message>
+    <message>
+        <source>Written: %1, waiting: %2, lost: %3</source>
+        <translation>Записано: %1, ждёт: %2, потеряно: %3</translation>
+    </message>
+    <message>
+        <source>Time left: %1</source>
+        <translation>Осталось: %1</translation>
+    </message>
+</context>
+<context>
+    <name>PRecording</name>
+    <message>
+        <source>the program was closed</source>
+        <translation>программа закрыта</translation>
+    </message>
+    <message>
+        <source>a recording is running already</source>
+        <translation>запись уже идёт</translation>
+    </message>
+    <message>
+        <source>the live picture is stopped; start it first</source>
+        <translation>живая картина остановлена; сначала включите её</translation>
+    </message>
+    <message>
+        <source>the camera was closed</source>
+        <translation>камера закрыта</translation>
+    </message>
+    <message>
+        <source>the camera was unplugged</source>
+        <translation>камера отключена</translation>
+    </message>
+    <message>
+        <source>The recording ended early after %1 frames: %2</source>
+        <translation>Запись прервана, кадров: %1. Причина: %2</translation>
+    </message>
+    <message>
+        <source>Recorded %1 frames: %2</source>
+        <translation>Записано кадров: %1, в %2</translation>
+    </message>
+</context>
+<context>
+    <name>PRegionEditor</name>
+    <message>
+        <source>X</source>
+        <translation>X</translation>
+    </message>
+    <message>
+        <source>Y</source>
+        <translation>Y</translation>
+    </message>
+    <message>
+        <source>Width</source>
+        <translation>Ширина</translation>
+    </message>
+    <message>
+        <source>Height</source>
+        <translation>Высота</translation>
+    </message>
+    <message>
+        <source>Whole sensor</source>
+        <translation>Вся матрица</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+</context>
+<context>
+    <name>PSettingsMemory</name>
+    <message>
+        <source>the camera did not take it</source>
+        <translation>камера этого не приняла</translation>
+    </message>
+</context>
+<context>
+    <name>PSettingsPanel</name>
+    <message>
+        <source>No camera to set.</source>
+        <translation>Нет камеры для настройки.</translation>
+    </message>
+    <message>
+        <source>Find a setting</source>
+        <translation>Найти настройку</translation>
+    </message>
+</context>
+<context>
+    <name>PStatusFields</name>
+    <message>
+        <source>unplugged</source>
+        <translation>отключена</translation>
+    </message>
+    <message>
+        <source>stopped</source>
+        <translation>остановлена</translation>
+    </message>
+    <message>
+        <source>%1 fps, %2 MB/s</source>
+        <translation>%1 к/с, %2 МБ/с</translation>
+    </message>
+    <message>
+        <source>Temperature of the sensor</source>
+        <translation>Температура матрицы</translation>
+    </message>
+</context>
+<context>
+    <name>PTimeText</name>
+    <message>
+        <source>µs</source>
+        <translation>мкс</translation>
+    </message>
+    <message>
+        <source>ms</source>
+        <translation>мс</translation>
+    </message>
+    <message>
+        <source>s</source>
+        <translation>с</translation>
+    </message>
+</context>
+<context>
+    <name>PViewActions</name>
+    <message>
+        <source>Take a &amp;still picture</source>
+        <translation>Сделать &amp;снимок</translation>
+    </message>
+    <message>
+        <source>Still</source>
+        <translation>Снимок</translation>
+    </message>
+    <message>
+        <source>Take a still picture and save it in the capture folder</source>
+        <translation>Сделать снимок и сохранить его в папке снимков</translation>
+    </message>
+    <message>
+        <source>Save shown &amp;picture as…</source>
+        <translation>Сохранить &amp;показанное как…</translation>
+    </message>
+    <message>
+        <source>Save the picture that is shown, under a name of your choice</source>
+        <translation>Сохранить то, что показано, под выбранным именем</translation>
+    </message>
+    <message>
+        <source>&amp;Record</source>
+        <translation>&amp;Запись</translation>
+    </message>
+    <message>
+        <source>Record</source>
+        <translation>Запись</translation>
+    </message>
+    <message>
+        <source>Record frames, a time, or a time-lapse</source>
+        <translation>Записать кадры, время или цейтрафер</translation>
+    </message>
+    <message>
+        <source>&amp;Load profile…</source>
+        <translation>За&amp;грузить профиль…</translation>
+    </message>
+    <message>
+        <source>Give the camera the settings of a file</source>
+        <translation>Дать камере настройки из файла</translation>
+    </message>
+    <message>
+        <source>Save pro&amp;file…</source>
+        <translation>Сохранить про&amp;филь…</translation>
+    </message>
+    <message>
+        <source>Save the camera&apos;s settings to a file</source>
+        <translation>Сохранить настройки камеры в файл</translation>
+    </message>
+    <message>
+        <source>&amp;Close camera</source>
+        <translation>&amp;Закрыть камеру</translation>
+    </message>
+    <message>
+        <source>Close the camera in front</source>
+        <translation>Закрыть камеру на переднем плане</translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation>В&amp;ыход</translation>
+    </message>
+    <message>
+        <source>Close all and end the program</source>
+        <translation>Закрыть всё и выйти</translation>
+    </message>
+    <message>
+        <source>&amp;Live picture</source>
+        <translation>&amp;Живая картина</translation>
+    </message>
+    <message>
+        <source>Live</source>
+        <translation>Живая</translation>
+    </message>
+    <message>
+        <source>Start or stop the live picture</source>
+        <translation>Включить или остановить живую картину</translation>
+    </message>
+    <message>
+        <source>&amp;Draw region</source>
+        <translation>Нарисовать &amp;область</translation>
+    </message>
+    <message>
+        <source>Region</source>
+        <translation>Область</translation>
+    </message>
+    <message>
+        <source>Draw with the mouse the region that the camera shall send</source>
+        <translation>Нарисовать мышью область, которую должна передавать камера</translation>
+    </message>
+    <message>
+        <source>&amp;Whole sensor</source>
+        <translation>&amp;Вся матрица</translation>
+    </message>
+    <message>
+        <source>Whole sensor</source>
+        <translation>Вся матрица</translation>
+    </message>
+    <message>
+        <source>Go back to the whole sensor</source>
+        <translation>Вернуться ко всей матрице</translation>
+    </message>
+    <message>
+        <source>Pixel &amp;size…</source>
+        <translation>&amp;Размер пиксела…</translation>
+    </message>
+    <message>
+        <source>Say how large a pixel is on the specimen, for the scale bar</source>
+        <translation>Указать размер пиксела на препарате для масштабной линейки</translation>
+    </message>
+    <message>
+        <source>Look for &amp;cameras</source>
+        <translation>&amp;Искать камеры</translation>
+    </message>
+    <message>
+        <source>Look again which cameras are there</source>
+        <translation>Посмотреть снова, какие камеры подключены</translation>
+    </message>
+    <message>
+        <source>&amp;Fit to window</source>
+        <translation>По размеру &amp;окна</translation>
+    </message>
+    <message>
+        <source>Fit</source>
+        <translation>Вписать</translation>
+    </message>
+    <message>
+        <source>Show the whole picture</source>
+        <translation>Показать всю картину</translation>
+    </message>
+    <message>
+        <source>&amp;Actual pixels</source>
+        <translation>&amp;Пиксел в пиксел</translation>
+    </message>
+    <message>
+        <source>1:1</source>
+        <translation>1:1</translation>
+    </message>
+    <message>
+        <source>Show one pixel of the picture on each of the screen</source>
+        <translation>Один пиксел картины на один пиксел экрана</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;in</source>
+        <translation>&amp;Увеличить</translation>
+    </message>
+    <message>
+        <source>Show it larger</source>
+        <translation>Показать крупнее</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;out</source>
+        <translation>У&amp;меньшить</translation>
+    </message>
+    <message>
+        <source>Show it smaller</source>
+        <translation>Показать мельче</translation>
+    </message>
+    <message>
+        <source>F&amp;ull screen</source>
+        <translation>Во весь &amp;экран</translation>
+    </message>
+    <message>
+        <source>Full screen</source>
+        <translation>Во весь экран</translation>
+    </message>
+    <message>
+        <source>Show the picture alone; Esc goes back</source>
+        <translation>Показать только картину; Esc возвращает</translation>
+    </message>
+    <message>
+        <source>Mark &amp;clipped pixels</source>
+        <translation>Отмечать пере&amp;свет</translation>
+    </message>
+    <message>
+        <source>Clipping</source>
+        <translation>Пересвет</translation>
+    </message>
+    <message>
+        <source>Mark overexposed pixels red and black ones blue</source>
+        <translation>Отмечать пересвеченные пикселы красным, чёрные — синим</translation>
+    </message>
+    <message>
+        <source>Stretch contras&amp;t</source>
+        <translation>Растянуть &amp;контраст</translation>
+    </message>
+    <message>
+        <source>Contrast</source>
+        <translation>Контраст</translation>
+    </message>
+    <message>
+        <source>Stretch the contrast on the screen; saved pictures stay as the camera made them</source>
+        <translation>Растянуть контраст на экране; сохраняются снимки без изменений</translation>
+    </message>
+    <message>
+        <source>&amp;Keyboard and mouse</source>
+        <translation>&amp;Клавиатура и мышь</translation>
+    </message>
+    <message>
+        <source>Show all keys and what the mouse does</source>
+        <translation>Показать все клавиши и действия мыши</translation>
+    </message>
+    <message>
+        <source>&amp;About pcdview</source>
+        <translation>&amp;О программе pcdview</translation>
+    </message>
+    <message>
+        <source>Show the versions and the camera library in use</source>
+        <translation>Показать версии и используемую библиотеку камеры</translation>
+    </message>
+    <message>
+        <source>F&amp;older and names…</source>
+        <translation>Папка и &amp;имена…</translation>
+    </message>
+    <message>
+        <source>Choose the folder of pictures and recordings, and their names</source>
+        <translation>Выбрать папку снимков и записей и их имена</translation>
+    </message>
+</context>
+<context>
+    <name>PViewCamera</name>
+    <message>
+        <source>the camera was unplugged again</source>
+        <translation>камеру снова отключили</translation>
+    </message>
+    <message>
+        <source>The settings could not be restored: %1</source>
+        <translation>Настройки не удалось вернуть: %1</translation>
+    </message>
+    <message>
+        <source>Not restored: %1 (%2)</source>
+        <translation>Не возвращено: %1 (%2)</translation>
+    </message>
+    <message>
+        <source>the camera is unplugged</source>
+        <translation>камера отключена</translation>
+    </message>
+    <message>
+        <source>the live picture is stopped; start it first</source>
+        <translation>живая картина остановлена; сначала включите её</translation>
+    </message>
+    <message>
+        <source>the camera refused to take a still picture</source>
+        <translation>камера отказалась делать снимок</translation>
+    </message>
+</context>
+<context>
+    <name>PWelcomePage</name>
+    <message>
+        <source>Look again</source>
+        <translation>Искать снова</translation>
+    </message>
+    <message>
+        <source>Try it with simulated cameras</source>
+        <translation>Попробовать с имитацией камер</translation>
+    </message>
+    <message>
+        <source>No camera is open</source>
+        <translation>Ни одна камера не открыта</translation>
+    </message>
+    <message>
+        <source>Double-click a camera in the list to look through it.</source>
+        <translation>Дважды щёлкните камеру в списке, чтобы смотреть через неё.</translation>
+    </message>
+    <message>
+        <source>No camera found</source>
+        <translation>Камера не найдена</translation>
+    </message>
+    <message>
+        <source>Plug the camera in, best straight into a USB 3 port of the computer. It shows up here by itself.</source>
+        <translation>Подключите камеру, лучше прямо к порту USB 3 компьютера. Она появится здесь сама.</translation>
+    </message>
+    <message>
+        <source>If it is plugged in: another program may have it open, or your user may lack the right to use it. The maker&apos;s installation sets that right (a udev rule); plug the camera in again afterwards.</source>
+        <translation>Если она подключена: возможно, её держит другая программа или у вашего пользователя нет права на неё. Это право даёт установка производителя (правило udev); после неё подключите камеру заново.</translation>
+    </message>
+    <message>
+        <source>Camera library in use: %1</source>
+        <translation>Используется библиотека камеры: %1</translation>
+    </message>
+    <message>
+        <source>Simulated cameras are in use, and the scene has none that is plugged in.</source>
+        <translation>Используется имитация камер, и в сцене нет ни одной подключённой.</translation>
+    </message>
+    <message>
+        <source>Start the program with another scene: pcdview --scene FILE. Without one it has two cameras.</source>
+        <translation>Запустите программу с другой сценой: pcdview --scene FILE. Без сцены в ней две камеры.</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <apps/pcdview/view/PPixelValue.h>
+#include <apps/pcdview/view/PViewGeometry.h>
+#include <apps/pcdview/view/PViewStyle.h>
+
+#include <PDip/PImage.h>
+
+#include <QImage>
+#include <QWidget>
+
+#include <optional>
+
+/// Shows a picture: the wheel zooms to the cursor, dragging moves it, a double click asks for the
+/// full screen. In the region tool, dragging draws a region instead. The GUI thread.
+class PImageView : public QWidget {
+    Q_OBJECT
+
+public:
+    enum class Tool { Move, Region };
+
+    explicit PImageView(QWidget* parent = nullptr);
+
+    /// Shows this picture from now on. It is not copied.
+    void setImage(const PImage& image);
+    const PImage& image() const { return m_image; }
+    void setStyle(const PViewStyle& style);
+    const PViewStyle& viewStyle() const { return m_style; }
+    void setTool(Tool tool);
+    Tool tool() const { return m_tool; }
+    /// The size of the picture's pixels on the specimen, in micrometres; 0: not known, no bar.
+    void setPixelSize(double micrometres);
+    /// Greyed, as what is shown is not live.
+    void setStale(bool stale);
+
+    const PViewGeometry& geometryOfView() const { return m_geometry; }
+    /// The pixel under the cursor, or nothing.
+    std::optional<PPixelValue> pixelUnderCursor() const;
+
+public slots:
+    void fit();
+    /// One pixel of the picture for each of the screen, around the middle.
+    void actualSize();
+    void zoomIn();
+    void zoomOut();
+
+signals:
+    void zoomChanged();
+    /// The cursor is elsewhere, or the picture under it has changed.
+    void cursorChanged();
+    void fullScreenWanted();
+    /// A region was drawn, in pixels of the picture and inside of it.
+    void regionDrawn(QRect region);
+    /// The region tool was put away with Escape.
+    void regionCancelled();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+
+private:
+    QPointF inDevicePixels(QPointF position) const { return position * devicePixelRatioF(); }
+    void zoomBy(double factor, QPointF at);
+    void changeView();
+    void redraw();
+    void finishRegion();
+    QRect drawnRegion() const;
+    void paintRegion(QPainter& painter) const;
+    void paintScaleBar(QPainter& painter) const;
+    void showCursor();
+
+    PImage m_image;
+    PViewGeometry m_geometry;
+    PViewStyle m_style;
+    QImage m_canvas;
+    bool m_canvasIsOld = true;
+    Tool m_tool = Tool::Move;
+    double m_pixelSize = 0;
+    bool m_stale = false;
+    bool m_pressed = false;
+    QPointF m_cursor{-1, -1}; ///< in device pixels; outside: negative
+    QPointF m_regionStart;    ///< in pixels of the picture
+};

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+class QPainter;
+class QRectF;
+
+/// A bar of a round length in the corner of a view. A value.
+struct PScaleBar {
+    double micrometres = 0;
+    double pixels = 0; ///< in the view; 0: there is no bar
+
+    /// The longest of 1, 2, 5, 10 … that takes at most this many pixels of the view. No bar if the
+    /// size of a pixel (micrometres for a pixel of the view) is not known, that is 0.
+    static PScaleBar of(double micrometresAPixel, double atMost);
+
+    /// "50 µm", "2 mm", "500 nm".
+    QString text() const;
+    /// Paints it into the lower left corner of the area.
+    void paint(QPainter& painter, const QRectF& area) const;
+};

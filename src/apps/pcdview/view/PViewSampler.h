@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <apps/pcdview/view/PViewGeometry.h>
+#include <apps/pcdview/view/PViewStyle.h>
+
+#include <PDip/PImage.h>
+
+#include <QColor>
+#include <QImage>
+
+/// Draws the part of a picture that a view shows straight out of its memory, so that the work grows
+/// with the view and not with the sensor. Any thread.
+class PViewSampler {
+public:
+    /// Samples along one axis that make a pixel of the view, where the picture is made smaller.
+    static constexpr int SamplesAnAxis = 2;
+
+    static QRgb overMark() { return qRgb(255, 0, 0); }   ///< a sample is 255
+    static QRgb underMark() { return qRgb(0, 80, 255); } ///< all samples are 0
+
+    /// A picture of the viewport's size in Format_RGB32; what the picture leaves free has this
+    /// colour. `room` is memory from an earlier call that may be used again.
+    static QImage render(const PImage& image, const PViewGeometry& geometry,
+                         const PViewStyle& style, QColor around, QImage room = {});
+};

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <apps/common/PCameraIdentity.h>
+
+#include <QWidget>
+
+class QListWidget;
+
+/// The cameras that are there, and those that are open and have gone. The GUI thread.
+class PCameraListPanel : public QWidget {
+    Q_OBJECT
+
+public:
+    /// One line of the list.
+    struct Entry {
+        PCameraIdentity camera;
+        QString state; ///< "open", "unplugged" …
+    };
+
+    explicit PCameraListPanel(QWidget* parent = nullptr);
+
+    void setEntries(const QList<Entry>& entries);
+
+signals:
+    /// A person wants to see the camera of this id.
+    void openWanted(const QString& id);
+    /// A person wants the list to be read again.
+    void searchWanted();
+
+private:
+    QListWidget* m_list; // child
+};

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QWidget>
+
+class PImageView;
+class PViewCamera;
+class QLabel;
+
+/// The tab of one camera: its live picture, and above it what a person should know of it. The GUI
+/// thread.
+class PCameraPage : public QWidget {
+    Q_OBJECT
+
+public:
+    /// Takes the camera over.
+    explicit PCameraPage(PViewCamera* camera, QWidget* parent = nullptr);
+
+    PViewCamera& camera() const { return *m_camera; }
+    PImageView& view() const { return *m_view; }
+
+    /// Shows a sentence above the picture; an empty one leaves it to the camera's state.
+    void setMessage(const QString& message);
+    /// The size of a pixel of the picture on the specimen, in micrometres, remembered for this
+    /// camera; 0: not known.
+    double pixelSize() const;
+    void setPixelSize(double micrometres);
+
+    /// Sets the region of the sensor that lies under this region of the picture, as near as the
+    /// camera accepts; a message says why if it cannot be.
+    void useRegion(const QRect& inPicture);
+    /// Goes back to the whole sensor.
+    void useWholeSensor();
+    /// True if the camera has a region to set.
+    bool hasRegions() const;
+
+private:
+    void setRegion(const QRect& onSensor);
+    void showState();
+    QStringList stateSentences() const;
+    QString pixelSizeKey() const;
+
+    PViewCamera* m_camera; // children
+    QLabel* m_banner;
+    PImageView* m_view;
+    QString m_message;
+};

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCd/PFrameLedger.h>
+
+#include <QWidget>
+
+class QLabel;
+class QTreeWidget;
+
+/// The account of a camera's frames, every one of them. The GUI thread.
+class PFramesPanel : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit PFramesPanel(QWidget* parent = nullptr);
+
+    void setLedger(const PFrameLedger& ledger);
+
+private:
+    QLabel* m_summary; // children
+    QTreeWidget* m_table;
+};

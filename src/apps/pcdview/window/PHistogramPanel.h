@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <apps/pcdview/analysis/PFrameAnalysis.h>
+
+#include <QWidget>
+
+class PHistogramWidget;
+class QLabel;
+
+/// The histogram of the picture that is shown, and what can be read from its pixels. The GUI
+/// thread.
+class PHistogramPanel : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit PHistogramPanel(QWidget* parent = nullptr);
+
+    void setAnalysis(const PFrameAnalysis& analysis);
+
+private:
+    QString means() const;
+
+    PFrameAnalysis m_analysis;
+    PHistogramWidget* m_histogram; // children
+    QLabel* m_mean;
+    QLabel* m_over;
+    QLabel* m_under;
+    QLabel* m_focus;
+};

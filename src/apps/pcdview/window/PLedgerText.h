@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCd/PFrameLedger.h>
+
+#include <QCoreApplication>
+#include <QList>
+#include <QString>
+
+#include <utility>
+
+/// The account of a camera's frames in plain words. A value; any thread.
+class PLedgerText {
+    Q_DECLARE_TR_FUNCTIONS(PLedgerText)
+
+public:
+    /// "Frames: 1203, none lost on the way", or "Frames: 1203, lost: 3 (2 in the camera …)".
+    static QString summary(const PFrameLedger& ledger);
+    /// What became of frames and how many of them, in full sentences; fates that no frame met are
+    /// left out, but for the first.
+    static QList<std::pair<QString, quint64>> rows(const PFrameLedger& ledger);
+    /// Frames that should have come and did not.
+    static quint64 lost(const PFrameLedger& ledger);
+
+private:
+    static QString where(PFrameFate fate);
+};

@@ -1,0 +1,220 @@
+// SPDX-License-Identifier: MIT
+// The window and what its parts tell each other; what its actions do is in PMainActions.cpp.
+#include <apps/pcdview/window/PMainWindow.h>
+
+#include <apps/pcdview/camera/PViewCamera.h>
+#include <apps/pcdview/view/PImageView.h>
+#include <apps/pcdview/window/PCameraDesk.h>
+#include <apps/pcdview/window/PCameraListPanel.h>
+#include <apps/pcdview/window/PCameraPage.h>
+#include <apps/pcdview/window/PFramesPanel.h>
+#include <apps/pcdview/window/PHistogramPanel.h>
+#include <apps/pcdview/window/PModeChooser.h>
+#include <apps/pcdview/window/PRecordPanel.h>
+#include <apps/pcdview/window/PSettingsPanel.h>
+
+#include <PLog/PLog.h>
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QMenuBar>
+#include <QSettings>
+#include <QSignalBlocker>
+#include <QStatusBar>
+#include <QToolBar>
+
+namespace {
+
+constexpr int numbersEveryMs = 250;
+constexpr QSize firstSize(1440, 900);
+
+const QString geometryKey = u"window/geometry"_qs;
+const QString stateKey = u"window/state"_qs;
+
+} // namespace
+
+PMainWindow::PMainWindow(PCameraHost& host, const QString& problem,
+                         std::shared_ptr<PMemoryLogSink> log)
+    : m_host(host)
+    , m_desk(new PCameraDesk(host, problem))
+    , m_actions(new PViewActions(this))
+    , m_panels(new PPanels(this, m_recording, std::move(log)))
+    , m_status(new PStatusFields(statusBar())) {
+    setCentralWidget(m_desk);
+    makeMenus();
+    makeToolBar();
+    connectDesk();
+    connectActions();
+    connectViewActions();
+    connectRecording();
+    restoreLayout();
+    connect(&m_analyser, &PFrameAnalyser::analysed, this, &PMainWindow::showAnalysis);
+    connect(&m_capture, &PCapture::told, this,
+            [this](const QString& message) { statusBar()->showMessage(message); });
+    connect(&m_capture, &PCapture::lost, this, &PMainWindow::showLoss);
+    m_numbers.setInterval(numbersEveryMs);
+    connect(&m_numbers, &QTimer::timeout, this, &PMainWindow::showNumbers);
+    m_numbers.start();
+    showPage(nullptr);
+}
+
+PMainWindow::~PMainWindow() {
+    // While all that it tells is still here.
+    delete m_desk;
+}
+
+void PMainWindow::restoreLayout() {
+    const QSettings settings;
+    resize(firstSize);
+    restoreGeometry(settings.value(geometryKey).toByteArray());
+    restoreState(settings.value(stateKey).toByteArray());
+}
+
+void PMainWindow::closeEvent(QCloseEvent* event) {
+    if (!mayClose())
+        return event->ignore();
+    m_actions->fullScreen->setChecked(false);
+    QSettings settings;
+    settings.setValue(geometryKey, saveGeometry());
+    settings.setValue(stateKey, saveState());
+    event->accept();
+}
+
+void PMainWindow::connectDesk() {
+    connect(m_desk, &PCameraDesk::pageAdded, this, &PMainWindow::addPage);
+    connect(m_desk, &PCameraDesk::currentPageChanged, this, &PMainWindow::showPage);
+    connect(m_desk, &PCameraDesk::currentStateChanged, this, &PMainWindow::showState);
+    connect(m_desk, &PCameraDesk::simulationWanted, this, &PMainWindow::restartSimulated);
+    const auto showEntries = [this] { m_panels->cameras->setEntries(m_desk->entries()); };
+    connect(m_desk, &PCameraDesk::entriesChanged, this, showEntries);
+    connect(m_panels->cameras, &PCameraListPanel::searchWanted, m_desk, &PCameraDesk::search);
+    connect(m_panels->cameras, &PCameraListPanel::openWanted, this, [this](const QString& id) {
+        const PStatus status = m_desk->open(id);
+        if (!status.isOk())
+            statusBar()->showMessage(status.reason());
+    });
+    showEntries();
+}
+
+void PMainWindow::addPage(PCameraPage* page) {
+    m_capture.follow(&page->camera());
+    PImageView* const view = &page->view();
+    const auto isCurrent = [this, page] { return page == m_desk->currentPage(); };
+    connect(&page->camera(), &PViewCamera::frameChanged, this, [this, isCurrent] {
+        if (isCurrent())
+            offerForAnalysis();
+    });
+    const auto showView = [this, isCurrent] {
+        if (isCurrent())
+            m_status->showView(m_desk->currentPage());
+    };
+    connect(view, &PImageView::cursorChanged, this, showView);
+    connect(view, &PImageView::zoomChanged, this, showView);
+    connect(view, &PImageView::fullScreenWanted, m_actions->fullScreen, &QAction::toggle);
+    connect(view, &PImageView::regionCancelled, this,
+            [this] { m_actions->region->setChecked(false); });
+}
+
+void PMainWindow::showPage(PCameraPage* page) {
+    m_analyser.forget();
+    showAnalysis({});
+    m_actions->region->setChecked(false);
+    m_modes->setCamera(page == nullptr ? nullptr : &page->camera());
+    for (QAction* action : m_actions->ofCamera())
+        action->setEnabled(page != nullptr);
+    if (page != nullptr) {
+        page->view().setFocus();
+        m_status->showView(page);
+        offerForAnalysis();
+    }
+    showState();
+}
+
+void PMainWindow::showState() {
+    const PCameraPage* const page = m_desk->currentPage();
+    PDevice* const device = page == nullptr ? nullptr : page->camera().device();
+    m_panels->settings->setDevice(device);
+    const QSignalBlocker quiet(m_actions->live);
+    m_actions->live->setChecked(page != nullptr &&
+                                page->camera().state() == PViewCamera::State::Live);
+    const bool canSetRegions = page != nullptr && page->hasRegions();
+    for (QAction* action : {m_actions->region, m_actions->wholeSensor})
+        action->setEnabled(canSetRegions);
+    m_panels->record->setPossible(device != nullptr);
+    for (QAction* action : {m_actions->live, m_actions->snapshot, m_actions->record,
+                            m_actions->loadProfile, m_actions->saveProfile})
+        action->setEnabled(device != nullptr);
+    showTitle();
+    showNumbers();
+}
+
+void PMainWindow::showTitle() {
+    const PCameraPage* const page = m_desk->currentPage();
+    if (page == nullptr)
+        return setWindowTitle(u"pcdview"_qs);
+    const PCameraIdentity& camera = page->camera().identity();
+    QString title = camera.id;
+    if (camera.simulated)
+        title = tr("Simulated camera") + u" — "_qs + title;
+    if (page->camera().state() == PViewCamera::State::Unplugged)
+        title += u" — "_qs + tr("unplugged");
+    setWindowTitle(title + u" — pcdview"_qs);
+}
+
+void PMainWindow::showNumbers() {
+    const PCameraPage* const page = m_desk->currentPage();
+    m_status->showCamera(page);
+    m_panels->frames->setLedger(page == nullptr ? PFrameLedger() : page->camera().ledger());
+}
+
+/// The status bar forgets; the log does not, and the next picture may be one of many.
+void PMainWindow::showLoss(const QString& reason) {
+    statusBar()->showMessage(reason);
+    PLog::logStream(u"pcdview"_qs, QString::fromLatin1(Q_FUNC_INFO), QString::fromLatin1(__FILE__),
+                    __LINE__, PLogLevel::Warning)
+        << reason;
+}
+
+void PMainWindow::offerForAnalysis() {
+    if (!m_panels->histogram->isVisible() && !m_actions->autoContrast->isChecked())
+        return; // nobody would see it
+    m_analyser.offer(m_desk->currentPage()->camera().frame().image);
+}
+
+void PMainWindow::showAnalysis(const PFrameAnalysis& analysis) {
+    m_analysis = analysis;
+    m_panels->histogram->setAnalysis(analysis);
+    applyStyle();
+}
+
+void PMainWindow::applyStyle() {
+    PCameraPage* const page = m_desk->currentPage();
+    if (page == nullptr)
+        return;
+    PViewStyle style;
+    style.markClipped = m_actions->clipped->isChecked();
+    if (m_actions->autoContrast->isChecked() && m_analysis.pixels > 0)
+        std::tie(style.black, style.white) = m_analysis.usedLevels();
+    page->view().setStyle(style);
+}
+
+void PMainWindow::setFullScreen(bool on) {
+    menuBar()->setHidden(on);
+    statusBar()->setHidden(on);
+    if (!on) {
+        m_wasMaximized ? showMaximized() : showNormal();
+        restoreState(m_stateBefore);
+        return;
+    }
+    m_wasMaximized = isMaximized();
+    m_stateBefore = saveState();
+    m_panels->hideAll();
+    m_bar->hide();
+    showFullScreen();
+}
+
+void PMainWindow::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape)
+        m_actions->fullScreen->setChecked(false);
+    QMainWindow::keyPressEvent(event);
+}

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCd/PDeviceMode.h>
+
+#include <QComboBox>
+#include <QList>
+
+class PViewCamera;
+
+/// Shows the mode of a camera and changes it. The GUI thread.
+class PModeChooser : public QComboBox {
+    Q_OBJECT
+
+public:
+    explicit PModeChooser(QWidget* parent = nullptr);
+
+    /// Shows the modes of this camera; null, or one that is unplugged: none.
+    void setCamera(PViewCamera* camera);
+
+signals:
+    /// The camera did not take a mode, and why.
+    void refused(const QString& reason);
+
+private:
+    void refresh();
+    void choose(int index);
+
+    PViewCamera* m_camera = nullptr;
+    QList<PDeviceMode> m_modes;
+};

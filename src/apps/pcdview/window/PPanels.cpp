@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+#include <apps/pcdview/window/PPanels.h>
+
+#include <apps/pcdview/window/PCameraListPanel.h>
+#include <apps/pcdview/window/PFramesPanel.h>
+#include <apps/pcdview/window/PHistogramPanel.h>
+#include <apps/pcdview/window/PLogPanel.h>
+#include <apps/pcdview/window/PRecordPanel.h>
+#include <apps/pcdview/window/PSettingsPanel.h>
+
+#include <QDockWidget>
+#include <QMainWindow>
+
+#include <utility>
+
+namespace {
+
+constexpr int leftWidth = 300;
+
+} // namespace
+
+PPanels::PPanels(QMainWindow* window, PRecording& recording, std::shared_ptr<PMemoryLogSink> log)
+    : QObject(window)
+    , cameras(new PCameraListPanel)
+    , settings(new PSettingsPanel)
+    , histogram(new PHistogramPanel)
+    , frames(new PFramesPanel)
+    , record(new PRecordPanel(recording))
+    , m_window(window) {
+    dock("cameraList", tr("Cameras"), cameras, Qt::LeftDockWidgetArea);
+    dock("histogramDock", tr("Histogram"), histogram, Qt::LeftDockWidgetArea);
+    dock("recordDock", tr("Recording"), record, Qt::LeftDockWidgetArea);
+    dock("framesDock", tr("Frames"), frames, Qt::LeftDockWidgetArea);
+    dock("settingsDock", tr("Camera settings"), settings, Qt::RightDockWidgetArea);
+    dock("logDock", tr("Log"), new PLogPanel(std::move(log)), Qt::BottomDockWidgetArea);
+    arrange();
+}
+
+void PPanels::arrange() {
+    QDockWidget* const recordDock = m_docks[2];
+    QDockWidget* const framesDock = m_docks[3];
+    m_window->tabifyDockWidget(recordDock, framesDock);
+    recordDock->raise();
+    m_window->resizeDocks({m_docks[0]}, {leftWidth}, Qt::Horizontal);
+    m_docks.last()->hide(); // the log, until somebody wants to know
+    m_window->resizeDocks({m_docks[0], m_docks[1], recordDock}, {130, 270, 280}, Qt::Vertical);
+    m_window->setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
+    m_window->setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
+}
+
+QDockWidget* PPanels::dock(const char* name, const QString& title, QWidget* panel,
+                           Qt::DockWidgetArea at) {
+    auto* const dock = new QDockWidget(title, m_window);
+    dock->setObjectName(QString::fromLatin1(name));
+    dock->setWidget(panel);
+    m_window->addDockWidget(at, dock);
+    m_docks.append(dock);
+    return dock;
+}
+
+void PPanels::hideAll() {
+    for (QDockWidget* panel : std::as_const(m_docks))
+        panel->hide();
+}

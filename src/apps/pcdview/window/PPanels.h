@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PLog/PLogSink.h>
+
+#include <QList>
+#include <QObject>
+
+#include <memory>
+
+class PCameraListPanel;
+class PFramesPanel;
+class PHistogramPanel;
+class PRecordPanel;
+class PRecording;
+class PSettingsPanel;
+class QDockWidget;
+class QMainWindow;
+
+/// The panels around the picture, in docks of the window. The GUI thread.
+class PPanels : public QObject {
+    Q_OBJECT
+
+public:
+    PPanels(QMainWindow* window, PRecording& recording, std::shared_ptr<PMemoryLogSink> log);
+
+    PCameraListPanel* cameras; // children of the window
+    PSettingsPanel* settings;
+    PHistogramPanel* histogram;
+    PFramesPanel* frames;
+    PRecordPanel* record;
+
+    const QList<QDockWidget*>& docks() const { return m_docks; }
+    void hideAll();
+
+private:
+    void arrange();
+    QDockWidget* dock(const char* name, const QString& title, QWidget* panel,
+                      Qt::DockWidgetArea at);
+
+    QMainWindow* m_window;
+    QList<QDockWidget*> m_docks;
+};

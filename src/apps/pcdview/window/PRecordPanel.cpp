@@ -1,0 +1,149 @@
+// SPDX-License-Identifier: MIT
+#include <apps/pcdview/window/PRecordPanel.h>
+
+#include <apps/pcdview/capture/PRecording.h>
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDoubleSpinBox>
+#include <QFormLayout>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QTime>
+
+namespace {
+
+constexpr int mostFrames = 1'000'000;
+constexpr double mostSeconds = 7 * 24 * 3600;
+constexpr double shortestSeconds = 0.1;
+constexpr int barSteps = 1000;
+
+using End = PRecordSettings::End;
+
+QDoubleSpinBox* secondsField(double value) {
+    auto* const field = new QDoubleSpinBox;
+    field->setRange(shortestSeconds, mostSeconds);
+    field->setDecimals(1);
+    field->setSuffix(PRecordPanel::tr(" s"));
+    field->setValue(value);
+    return field;
+}
+
+QString clockOf(std::chrono::seconds time) {
+    const auto total = time.count();
+    const QLatin1Char zero('0');
+    return u"%1:%2:%3"_qs.arg(total / 3600)
+        .arg(total / 60 % 60, 2, 10, zero)
+        .arg(total % 60, 2, 10, zero);
+}
+
+} // namespace
+
+PRecordPanel::PRecordPanel(PRecording& recording, QWidget* parent)
+    : QWidget(parent)
+    , m_recording(recording)
+    , m_end(new QComboBox)
+    , m_frames(new QSpinBox)
+    , m_timeLapse(new QCheckBox(tr("Time-lapse, one frame every")))
+    , m_format(new QComboBox)
+    , m_button(new QPushButton)
+    , m_bar(new QProgressBar)
+    , m_text(new QLabel) {
+    makeFields(PRecordSettings::remembered());
+    makeLayout();
+    connect(m_end, &QComboBox::currentIndexChanged, this, &PRecordPanel::showFields);
+    connect(m_timeLapse, &QCheckBox::toggled, m_interval, &QWidget::setEnabled);
+    connect(m_button, &QPushButton::clicked, this, [this] {
+        if (m_recording.isRunning())
+            m_recording.stop();
+        else
+            emit startWanted();
+    });
+    connect(&recording, &PRecording::changed, this, &PRecordPanel::showProgress);
+    connect(&recording, &PRecording::finished, m_text, &QLabel::setText);
+    showFields();
+    showProgress();
+}
+
+void PRecordPanel::makeFields(const PRecordSettings& settings) {
+    m_end->addItems({tr("A number of frames"), tr("A time"), tr("Until stopped")});
+    m_end->setCurrentIndex(int(settings.end));
+    m_end->setObjectName(u"recordEnd"_qs);
+    m_frames->setRange(1, mostFrames);
+    m_frames->setValue(settings.frames);
+    m_frames->setObjectName(u"recordFrames"_qs);
+    m_seconds = secondsField(settings.seconds);
+    m_timeLapse->setChecked(settings.isTimeLapse);
+    m_interval = secondsField(settings.intervalSeconds);
+    m_interval->setEnabled(settings.isTimeLapse);
+    m_format->addItems({tr("One file (OME-TIFF)"), tr("TIFF files"), tr("PNG files")});
+    m_format->setCurrentIndex(int(settings.format));
+    m_format->setObjectName(u"recordFormat"_qs);
+    m_button->setObjectName(u"recordButton"_qs);
+    m_text->setObjectName(u"recordText"_qs);
+    m_bar->setObjectName(u"recordBar"_qs);
+    m_text->setWordWrap(true);
+    m_bar->setMaximum(barSteps);
+    m_bar->setTextVisible(false);
+}
+
+void PRecordPanel::makeLayout() {
+    auto* const form = new QFormLayout(this);
+    form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    form->addRow(tr("Record:"), m_end);
+    form->addRow(tr("Frames:"), m_frames);
+    form->addRow(tr("Time:"), m_seconds);
+    form->addRow(m_timeLapse, m_interval);
+    form->addRow(tr("As:"), m_format);
+    form->addRow(m_button);
+    form->addRow(m_bar);
+    form->addRow(m_text);
+}
+
+PRecordSettings PRecordPanel::settings() const {
+    PRecordSettings settings;
+    settings.end = End(m_end->currentIndex());
+    settings.frames = m_frames->value();
+    settings.seconds = m_seconds->value();
+    settings.isTimeLapse = m_timeLapse->isChecked();
+    settings.intervalSeconds = m_interval->value();
+    settings.format = PRecordSettings::Format(m_format->currentIndex());
+    return settings;
+}
+
+void PRecordPanel::setPossible(bool possible) {
+    m_isPossible = possible;
+    showProgress();
+}
+
+void PRecordPanel::showFields() {
+    m_frames->setEnabled(m_end->currentIndex() == int(End::AfterFrames));
+    m_seconds->setEnabled(m_end->currentIndex() == int(End::AfterTime));
+}
+
+void PRecordPanel::showProgress() {
+    const bool isRunning = m_recording.isRunning();
+    m_button->setText(isRunning ? tr("Stop recording") : tr("Record"));
+    m_button->setEnabled(isRunning || m_isPossible);
+    m_bar->setVisible(isRunning);
+    if (!isRunning)
+        return;
+    const std::optional<double> share = m_recording.progress().share;
+    // Without a set end it only shows that something is going on.
+    m_bar->setMaximum(share ? barSteps : 0);
+    m_bar->setValue(int(share.value_or(0) * barSteps));
+    m_text->setText(progressText());
+}
+
+QString PRecordPanel::progressText() const {
+    const PRecordTally tally = m_recording.progress().tally;
+    QString text = tr("Written: %1, waiting: %2, lost: %3")
+                       .arg(tally.written)
+                       .arg(tally.waiting)
+                       .arg(tally.failed + tally.refused);
+    if (const auto left = m_recording.timeLeft())
+        text += u'\n' + tr("Time left: %1").arg(clockOf(*left));
+    return text;
+}

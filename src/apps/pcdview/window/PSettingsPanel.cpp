@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+#include <apps/pcdview/window/PSettingsPanel.h>
+
+#include <PCdGui/PDevicePanel.h>
+
+#include <PCd/PDevice.h>
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr int leastWidth = 300; // a panel that comes with a camera should not push the picture
+
+} // namespace
+
+PSettingsPanel::PSettingsPanel(QWidget* parent)
+    : QWidget(parent)
+    , m_filter(new QLineEdit)
+    , m_nothing(new QLabel(tr("No camera to set."))) {
+    m_filter->setObjectName(u"settingsFilter"_qs);
+    m_filter->setPlaceholderText(tr("Find a setting"));
+    m_filter->setClearButtonEnabled(true);
+    connect(m_filter, &QLineEdit::textChanged, this, &PSettingsPanel::applyFilter);
+    auto* const column = new QVBoxLayout(this);
+    column->addWidget(m_filter);
+    column->addWidget(m_nothing, 1, Qt::AlignCenter);
+    setDevice(nullptr);
+}
+
+void PSettingsPanel::setDevice(PDevice* device) {
+    if (m_panel != nullptr && device == m_device)
+        return;
+    delete m_panel;
+    m_device = device;
+    m_panel = device == nullptr ? nullptr : device->createPropertiesWidget(this);
+    m_filter->setEnabled(m_panel != nullptr);
+    m_nothing->setVisible(m_panel == nullptr);
+    // The panel knows itself how much it needs.
+    setMinimumWidth(m_panel == nullptr ? leastWidth : 0);
+    if (m_panel == nullptr)
+        return;
+    static_cast<QVBoxLayout*>(layout())->addWidget(m_panel, 1);
+    applyFilter();
+}
+
+void PSettingsPanel::applyFilter() {
+    if (auto* const panel = qobject_cast<PDevicePanel*>(m_panel.data()))
+        panel->setFilter(m_filter->text());
+}

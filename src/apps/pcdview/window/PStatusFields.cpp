@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: MIT
+#include <apps/pcdview/window/PStatusFields.h>
+
+#include <apps/common/PSensorTemperature.h>
+#include <apps/pcdview/camera/PExposureText.h>
+#include <apps/pcdview/camera/PViewCamera.h>
+#include <apps/pcdview/view/PImageView.h>
+#include <apps/pcdview/window/PCameraPage.h>
+#include <apps/pcdview/window/PLedgerText.h>
+
+#include <PCd/PDevice.h>
+
+#include <QLabel>
+#include <QLocale>
+#include <QStatusBar>
+
+namespace {
+
+const QString longestPixel = u"x 5440, y 3648: R 255  G 255  B 255"_qs;
+
+QString zoomOf(const PImageView& view) {
+    const double percent = view.geometryOfView().scale() * 100;
+    return QLocale().toString(percent, 'f', percent < 10 ? 1 : 0) + u" %"_qs;
+}
+
+/// Empty where the camera does not tell.
+QString temperatureOf(const PDevice* device) {
+    const auto degrees = device == nullptr ? std::nullopt : PSensorTemperature::of(*device);
+    return degrees ? QLocale().toString(*degrees, 'f', 1) + u" °C"_qs : QString();
+}
+
+QString sizeOf(const PImage& image) {
+    return image.isNull() ? QString() : u"%1 × %2"_qs.arg(image.width()).arg(image.height());
+}
+
+} // namespace
+
+QString PStatusFields::paceOf(const PViewCamera& camera) {
+    switch (camera.state()) {
+    case PViewCamera::State::Unplugged:
+        return tr("unplugged");
+    case PViewCamera::State::Paused:
+        return tr("stopped");
+    case PViewCamera::State::Live:
+        break;
+    }
+    return tr("%1 fps, %2 MB/s")
+        .arg(QLocale().toString(camera.framesPerSecond(), 'f', 1),
+             QLocale().toString(camera.megabytesPerSecond(), 'f', 0));
+}
+
+PStatusFields::PStatusFields(QStatusBar* bar)
+    : QObject(bar)
+    , m_pixel(addField(bar, "pixel"))
+    , m_zoom(addField(bar, "zoom"))
+    , m_size(addField(bar, "size"))
+    , m_pace(addField(bar, "pace"))
+    , m_exposure(addField(bar, "exposure"))
+    , m_temperature(addField(bar, "temperature"))
+    , m_ledger(addField(bar, "ledger")) {
+    m_temperature->setToolTip(tr("Temperature of the sensor"));
+    // So that the others do not jump about as the cursor moves.
+    m_pixel->setMinimumWidth(m_pixel->fontMetrics().horizontalAdvance(longestPixel));
+}
+
+QLabel* PStatusFields::addField(QStatusBar* bar, const char* name) {
+    auto* const label = new QLabel;
+    label->setObjectName(QString::fromLatin1(name));
+    label->setContentsMargins(4, 0, 4, 0);
+    bar->addPermanentWidget(label);
+    return label;
+}
+
+void PStatusFields::showCamera(const PCameraPage* page) {
+    if (page == nullptr) {
+        for (QLabel* label : {m_pixel, m_zoom, m_size, m_pace, m_exposure, m_temperature, m_ledger})
+            label->clear();
+        return;
+    }
+    const PViewCamera& camera = page->camera();
+    m_pace->setText(paceOf(camera));
+    m_size->setText(sizeOf(camera.frame().image));
+    m_exposure->setText(camera.device() == nullptr ? QString()
+                                                   : PExposureText::of(*camera.device()));
+    m_temperature->setText(temperatureOf(camera.device()));
+    m_temperature->setVisible(!m_temperature->text().isEmpty());
+    m_ledger->setText(PLedgerText::summary(camera.ledger()));
+}
+
+void PStatusFields::showView(const PCameraPage* page) {
+    m_zoom->setText(zoomOf(page->view()));
+    const auto pixel = page->view().pixelUnderCursor();
+    m_pixel->setText(pixel ? pixel->text() : QString());
+}

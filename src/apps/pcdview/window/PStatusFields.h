@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+
+class PCameraPage;
+class PViewCamera;
+class QLabel;
+class QStatusBar;
+
+/// The fields of a status bar: the pixel under the cursor, the zoom, pace, exposure, sensor
+/// temperature and account of a camera. The GUI thread.
+class PStatusFields : public QObject {
+    Q_OBJECT
+
+public:
+    /// Adds the fields to the bar, which owns this.
+    explicit PStatusFields(QStatusBar* bar);
+
+    /// Shows a camera as it is now; null: none.
+    void showCamera(const PCameraPage* page);
+    /// Shows the place of its cursor and its zoom.
+    void showView(const PCameraPage* page);
+
+private:
+    static QString paceOf(const PViewCamera& camera);
+    QLabel* addField(QStatusBar* bar, const char* name);
+
+    QLabel* m_pixel; // children of the bar
+    QLabel* m_zoom;
+    QLabel* m_size;
+    QLabel* m_pace;
+    QLabel* m_exposure;
+    QLabel* m_temperature;
+    QLabel* m_ledger;
+};

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QList>
+#include <QString>
+
+/// The colours of the program: those of the system, or light or dark ones. The GUI thread.
+class PTheme {
+public:
+    enum class Kind { System, Light, Dark };
+
+    /// Shows the program in these colours from now on. The first call must come before any other
+    /// change of style or palette.
+    static void apply(Kind kind);
+
+    /// "system", "light", "dark"; nothing else is known.
+    static QString name(Kind kind);
+    static Kind fromName(const QString& name);
+    static bool isKnown(const QString& name);
+    static QList<Kind> all() { return {Kind::System, Kind::Light, Kind::Dark}; }
+
+    /// The kind a person has chosen last, remembered from run to run.
+    static Kind chosen();
+    static void choose(Kind kind);
+};

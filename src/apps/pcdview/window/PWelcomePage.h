@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QWidget>
+
+class QLabel;
+
+/// What there is to see while no camera is open: what to do about it. The GUI thread.
+class PWelcomePage : public QWidget {
+    Q_OBJECT
+
+public:
+    /// What the page has to explain.
+    struct Situation {
+        QString problem;          ///< why no camera can be found at all; empty: one could
+        QString sdk;              ///< the library in use
+        bool isSimulated = false; ///< that library simulates its cameras
+        int camerasPresent = 0;
+    };
+
+    explicit PWelcomePage(QWidget* parent = nullptr);
+
+    void setSituation(const Situation& situation);
+
+signals:
+    void searchWanted();
+    /// A person wants to see the program with simulated cameras.
+    void simulationWanted();
+
+private:
+    static QStringList adviceOfScene();
+    static QStringList adviceFor(const Situation& situation);
+
+    QLabel* m_title; // children
+    QLabel* m_text;
+    QWidget* m_simulate;
+};

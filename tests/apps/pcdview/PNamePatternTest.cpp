@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: MIT
+#include <apps/pcdview/capture/PNamePattern.h>
+
+#include <support/QtPrinters.h>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+const QDateTime taken(QDate(2026, 11, 21), QTime(9, 8, 7, 65));
+
+struct NameRow {
+    const char* name;
+    const char* text;
+    int number;
+    const char* expected;
+};
+
+struct BadRow {
+    const char* name;
+    const char* text;
+    const char* named; ///< what the complaint has to name
+};
+
+template <typename Row>
+std::string rowName(const testing::TestParamInfo<Row>& row) {
+    return row.param.name;
+}
+
+class PNamePatternTest : public testing::TestWithParam<NameRow> {};
+class PNamePatternBadTest : public testing::TestWithParam<BadRow> {};
+
+} // namespace
+
+TEST_P(PNamePatternTest, is_named) {
+    PNamePattern pattern;
+    ASSERT_TRUE(pattern.setText(QString::fromUtf8(GetParam().text)).isOk());
+    EXPECT_EQ(pattern.name(u"Cam 1/A"_qs, taken, GetParam().number),
+              QString::fromUtf8(GetParam().expected));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Names, PNamePatternTest,
+    testing::Values(
+        NameRow{"a_camera_as_file_systems_take_it", "{camera}", 1, "Cam_1_A"},
+        NameRow{"the_second_try_of_a_text_without_a_number", "{camera}", 2, "Cam_1_A_2"},
+        NameRow{"date_and_time_to_the_millisecond", "{date} {time}", 1, "2026-11-21 09-08-07-065"},
+        NameRow{"a_number_where_it_stands", "slide-{n}-{date}", 1, "slide-1-2026-11-21"},
+        NameRow{"a_later_number_where_it_stands", "slide-{n}", 12, "slide-12"},
+        NameRow{"a_mark_twice", "{n}{n}", 3, "33"},
+        NameRow{"a_text_of_another_alphabet", "срез {n}", 4, "срез 4"}),
+    rowName<NameRow>);
+
+TEST_P(PNamePatternBadTest, is_refused_by_name_and_leaves_the_pattern_as_it_was) {
+    PNamePattern pattern;
+    const QString before = pattern.text();
+    const PStatus status = pattern.setText(QString::fromUtf8(GetParam().text));
+    EXPECT_FALSE(status.isOk());
+    EXPECT_TRUE(status.reason().contains(QString::fromUtf8(GetParam().named)))
+        << status.reason().toStdString();
+    EXPECT_EQ(pattern.text(), before);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Texts, PNamePatternBadTest,
+    testing::Values(BadRow{"nothing", "", "\"\""}, BadRow{"only_spaces", "  ", "\"  \""},
+                    BadRow{"a_hidden_file", ".{n}", ".{n}"}, BadRow{"a_folder", "a/{n}", "/"},
+                    BadRow{"a_mark_that_is_none", "{serial}", "{serial}"},
+                    BadRow{"a_mark_without_its_end", "a{n", "{n"},
+                    BadRow{"an_end_without_a_mark", "a}", "}"},
+                    BadRow{"a_line_feed", "a\nb", "cannot be in the name"},
+                    BadRow{"a_text_that_names_cannot_be_as_long_as",
+                           "aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa"
+                           "aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa",
+                           "100"}),
+    rowName<BadRow>);
+
+TEST(PNamePatternUsualTest, has_the_camera_and_the_time) {
+    EXPECT_EQ(PNamePattern().name(u"Cam"_qs, taken, 1), u"Cam_2026-11-21_09-08-07-065"_qs);
+}

@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: MIT
+#include <apps/pcdview/PViewOptions.h>
+
+#include <support/QtPrinters.h>
+#include <support/RowName.h>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+struct BadRow {
+    const char* name;
+    QStringList words;
+    const char* reason; ///< a part of it
+};
+
+class PViewOptionsBadTest : public testing::TestWithParam<BadRow> {};
+
+PStatus parse(const QStringList& words, PViewOptions& options) {
+    QString answer;
+    return PViewOptions::parse(QStringList{u"pcdview"_qs} + words, options, answer);
+}
+
+} // namespace
+
+TEST(PViewOptionsTest, without_words_takes_the_system_s_cameras) {
+    PViewOptions options;
+    ASSERT_TRUE(parse({}, options).isOk());
+    EXPECT_EQ(options.sdk, QStringLiteral("auto"));
+    EXPECT_TRUE(options.grab.isEmpty());
+}
+
+TEST(PViewOptionsTest, reads_every_option) {
+    PViewOptions options;
+    ASSERT_TRUE(parse({u"--sdk"_qs,         u"sim"_qs,   u"--scene"_qs,       u"s.json"_qs,
+                       u"--plugin-path"_qs, u"/a"_qs,    u"--plugin-path"_qs, u"/b"_qs,
+                       u"--camera"_qs,      u"1"_qs,     u"--lang"_qs,        u"ru"_qs,
+                       u"--theme"_qs,       u"dark"_qs,  u"--log-level"_qs,   u"debug"_qs,
+                       u"--grab"_qs,        u"w.png"_qs, u"--after"_qs,       u"50"_qs},
+                      options)
+                    .isOk());
+    EXPECT_EQ(options.sdk, QStringLiteral("sim"));
+    EXPECT_EQ(options.scene, QStringLiteral("s.json"));
+    EXPECT_EQ(options.pluginPaths, (QStringList{u"/a"_qs, u"/b"_qs}));
+    EXPECT_EQ(options.camera, QStringLiteral("1"));
+    EXPECT_EQ(options.language, QStringLiteral("ru"));
+    EXPECT_EQ(options.theme, QStringLiteral("dark"));
+    EXPECT_EQ(options.logFilter, QStringLiteral("debug"));
+    EXPECT_EQ(options.grab, QStringLiteral("w.png"));
+    EXPECT_EQ(options.grabAfter, std::chrono::milliseconds(50));
+}
+
+TEST(PViewOptionsTest, help_names_every_option) {
+    PViewOptions options;
+    QString answer;
+    ASSERT_TRUE(PViewOptions::parse({u"pcdview"_qs, u"--help"_qs}, options, answer).isOk());
+    for (const char* name : {"--sdk", "--scene", "--plugin-path", "--camera", "--lang", "--theme",
+                             "--log-level", "--grab", "--after"})
+        EXPECT_TRUE(answer.contains(QString::fromLatin1(name))) << name;
+}
+
+TEST_P(PViewOptionsBadTest, is_refused_with_what_was_expected) {
+    PViewOptions options;
+    const PStatus status = parse(GetParam().words, options);
+    ASSERT_FALSE(status.isOk());
+    EXPECT_TRUE(status.reason().contains(QString::fromLatin1(GetParam().reason)))
+        << status.reason().toStdString();
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Words, PViewOptionsBadTest,
+    testing::Values(BadRow{"a_word_too_many", {u"picture.png"_qs}, "picture.png"},
+                    BadRow{"an_unknown_option", {u"--fast"_qs}, "fast"},
+                    BadRow{
+                        "an_unknown_theme", {u"--theme"_qs, u"pink"_qs}, "system, light or dark"},
+                    BadRow{"an_empty_camera", {u"--camera"_qs, QString()}, "--camera"},
+                    BadRow{"a_time_that_is_none",
+                           {u"--grab"_qs, u"a.png"_qs, u"--after"_qs, u"soon"_qs},
+                           "milliseconds"},
+                    BadRow{"a_picture_of_no_format", {u"--grab"_qs, u"a.xyz"_qs}, ".png"}),
+    RowName());

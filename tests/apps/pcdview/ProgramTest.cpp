@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+// The viewer as a program: its command line, its exit codes, the picture of its window.
+#include <support/FolderTest.h>
+#include <support/QtPrinters.h>
+
+#include <QImage>
+#include <QProcess>
+
+namespace {
+
+class ProgramTest : public FolderTest {
+protected:
+    /// Runs the program to its end and returns its exit code.
+    int run(const QStringList& words) {
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"XDG_CONFIG_HOME"_qs, path(u"config"_qs));
+        process.setProcessEnvironment(environment);
+        process.start(QStringLiteral(PCDVIEW_PROGRAM), words);
+        EXPECT_TRUE(process.waitForFinished(60'000));
+        output = QString::fromUtf8(process.readAllStandardOutput());
+        errors = QString::fromUtf8(process.readAllStandardError());
+        return process.exitCode();
+    }
+
+    QString output;
+    QString errors;
+};
+
+} // namespace
+
+TEST_F(ProgramTest, help_goes_to_the_standard_output) {
+    EXPECT_EQ(run({u"--help"_qs}), 0);
+    EXPECT_TRUE(output.contains(u"--grab"_qs));
+}
+
+TEST_F(ProgramTest, a_wrong_option_is_wrong_usage) {
+    EXPECT_EQ(run({u"--fast"_qs}), 2);
+    EXPECT_TRUE(errors.contains(u"fast"_qs)) << errors.toStdString();
+}
+
+TEST_F(ProgramTest, a_scene_that_cannot_be_read_is_named) {
+    EXPECT_EQ(run({u"--sdk"_qs, u"sim"_qs, u"--scene"_qs, path(u"none.json"_qs)}), 2);
+    EXPECT_TRUE(errors.contains(u"none.json"_qs)) << errors.toStdString();
+}
+
+TEST_F(ProgramTest, a_picture_of_its_window_shows_the_camera) {
+    const QString file = path(u"window.png"_qs);
+    ASSERT_EQ(run({u"--sdk"_qs, u"sim"_qs, u"--camera"_qs, u"1"_qs, u"--grab"_qs, file,
+                   u"--after"_qs, u"1500"_qs}),
+              0)
+        << errors.toStdString();
+    const QImage window(file);
+    EXPECT_GE(window.width(), 800);
+    EXPECT_GE(window.height(), 500);
+}
+
+TEST_F(ProgramTest, a_picture_that_cannot_be_saved_is_a_failure) {
+    const QString file = path(u"no/such/folder/window.png"_qs);
+    EXPECT_EQ(run({u"--sdk"_qs, u"sim"_qs, u"--grab"_qs, file, u"--after"_qs, u"0"_qs}), 1);
+    EXPECT_TRUE(errors.contains(file)) << errors.toStdString();
+}
+
+TEST_F(ProgramTest, a_library_that_is_none_is_explained_in_the_window) {
+    const QString file = path(u"window.png"_qs);
+    EXPECT_EQ(run({u"--sdk"_qs, path(u"none.so"_qs), u"--grab"_qs, file, u"--after"_qs, u"0"_qs}),
+              0);
+    EXPECT_TRUE(errors.contains(u"none.so"_qs)) << errors.toStdString();
+}

@@ -1,0 +1,269 @@
+// SPDX-License-Identifier: MIT
+// The viewer as a person uses it: its window, its keys, its mouse, on simulated cameras.
+#include "ViewSession.h"
+
+#include <apps/pcdview/camera/PViewCamera.h>
+#include <apps/pcdview/view/PImageView.h>
+#include <apps/pcdview/window/PCameraDesk.h>
+#include <apps/pcdview/window/PCameraPage.h>
+#include <apps/pcdview/window/PMainWindow.h>
+
+#include <PCd/PDeviceProperty.h>
+
+#include <support/QtPrinters.h>
+
+#include <QAction>
+#include <QComboBox>
+#include <QDir>
+#include <QDockWidget>
+#include <QImage>
+#include <QImageReader>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMenuBar>
+#include <QSlider>
+#include <QTest>
+
+namespace {
+
+class SessionTest : public ViewSession {
+protected:
+    void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+        QTest::keyClick(&window(), key, modifiers);
+    }
+
+    void drag(QPoint from, QPoint to) {
+        PImageView* const view = &page().view();
+        QTest::mousePress(view, Qt::LeftButton, {}, from);
+        QTest::mouseMove(view, to);
+        QTest::mouseRelease(view, Qt::LeftButton, {}, to);
+    }
+
+    PDeviceProperty& property(const char* id) { return *inFront().device()->getProperty(id); }
+
+    double meanShown() { return widget<QLabel>(u"mean"_qs).text().mid(2, 5).toDouble(); }
+
+    QSize sizeShown() {
+        const PImage& image = inFront().frame().image;
+        return {int(image.width()), int(image.height())};
+    }
+
+    /// The point of the view that shows this point of the picture.
+    QPoint inView(QPoint inPicture) {
+        return page().view().geometryOfView().toView(inPicture).toPoint();
+    }
+
+    QStringList captures() const { return QDir(captureFolder()).entryList(QDir::Files); }
+
+    static qsizetype threads() {
+        return QDir(u"/proc/self/task"_qs).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
+    }
+};
+
+} // namespace
+
+TEST_F(SessionTest, opens_the_first_camera_live_and_says_that_it_is_simulated) {
+    start({camera()});
+    ASSERT_TRUE(waitForNewFrames());
+    EXPECT_EQ(inFront().state(), PViewCamera::State::Live);
+    EXPECT_TRUE(window().windowTitle().contains(u"Simulated camera"_qs));
+    EXPECT_TRUE(window().windowTitle().contains(u"S0001"_qs));
+    EXPECT_EQ(sizeShown(), QSize(320, 240));
+}
+
+TEST_F(SessionTest, without_a_camera_says_what_to_do_until_one_comes) {
+    QJsonObject away = camera();
+    away.insert(u"plugged"_qs, false);
+    start({away});
+    EXPECT_TRUE(widget<QWidget>(u"welcome"_qs).isVisible());
+    ASSERT_TRUE(plug("cam-1"));
+    ASSERT_TRUE(waitUntil([this] { return desk().currentPage() != nullptr; }));
+    EXPECT_TRUE(waitForNewFrames());
+    EXPECT_FALSE(widget<QWidget>(u"welcome"_qs).isVisible());
+}
+
+TEST_F(SessionTest, a_longer_exposure_moves_the_histogram) {
+    start({camera()});
+    ASSERT_TRUE(waitUntil([this] { return meanShown() > 0; }));
+    const double before = meanShown();
+    property("autoexpottime").setValue(8000u);
+    EXPECT_TRUE(waitUntil([&] { return meanShown() > before * 1.2; }));
+}
+
+TEST_F(SessionTest, a_setting_is_found_by_its_name_and_changed_with_the_keyboard) {
+    start({camera()});
+    ASSERT_TRUE(waitUntil([this] { return meanShown() > 0; }));
+    const double before = meanShown();
+    QTest::keyClicks(&widget<QLineEdit>(u"settingsFilter"_qs), u"brightness"_qs);
+    QList<QSlider*> sliders;
+    for (QSlider* slider : widget<QDockWidget>(u"settingsDock"_qs).findChildren<QSlider*>()) {
+        if (slider->isVisible())
+            sliders.append(slider);
+    }
+    ASSERT_EQ(sliders.size(), 1);
+    QTest::keyClick(sliders[0], Qt::Key_End);
+    ASSERT_TRUE(waitUntil([this] { return property("brightness").valueInner().toInt() == 64; }));
+    EXPECT_TRUE(waitUntil([&] { return meanShown() > before + 10; }));
+}
+
+TEST_F(SessionTest, a_region_drawn_with_the_mouse_is_what_the_camera_sends) {
+    start({camera()});
+    ASSERT_TRUE(waitForNewFrames());
+    key(Qt::Key_D, Qt::ControlModifier);
+    EXPECT_EQ(page().view().tool(), PImageView::Tool::Region);
+    drag(inView({40, 20}), inView({200, 140}));
+    EXPECT_TRUE(waitUntil([this] { return sizeShown().width() < 170; }));
+    const QRect region = property("roi").valueInner().toRect();
+    EXPECT_EQ(sizeShown(), region.size());
+    EXPECT_NEAR(region.x(), 40, 4);
+    EXPECT_NEAR(region.y(), 20, 4);
+    EXPECT_NEAR(region.width(), 160, 4);
+    EXPECT_NEAR(region.height(), 120, 4);
+    EXPECT_EQ(page().view().tool(), PImageView::Tool::Move);
+
+    key(Qt::Key_D, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_TRUE(waitUntil([this] { return sizeShown() == QSize(320, 240); }));
+}
+
+TEST_F(SessionTest, another_resolution_is_chosen_in_the_tool_bar) {
+    start({camera()});
+    ASSERT_TRUE(waitForNewFrames());
+    auto& modes = widget<QComboBox>(u"modes"_qs);
+    ASSERT_EQ(modes.count(), 2);
+    QTest::keyClick(&modes, modes.currentIndex() == 0 ? Qt::Key_Down : Qt::Key_Up);
+    EXPECT_TRUE(waitUntil([this] { return sizeShown() == QSize(160, 120); }));
+}
+
+TEST_F(SessionTest, a_still_picture_is_saved_beside_the_live_one) {
+    start({camera()});
+    ASSERT_TRUE(waitForNewFrames());
+    key(Qt::Key_S, Qt::ControlModifier);
+    ASSERT_TRUE(waitUntil([this] { return captures().filter(u".png"_qs).size() == 1; }));
+    ASSERT_TRUE(waitUntil([this] { return !captures().first().endsWith(u".part"_qs); }));
+    const QImage saved(QDir(captureFolder()).filePath(captures().first()));
+    EXPECT_EQ(saved.size(), QSize(320, 240));
+    EXPECT_TRUE(captures().first().contains(u"S0001"_qs));
+    EXPECT_TRUE(waitForNewFrames());
+}
+
+TEST_F(SessionTest, an_unplugged_camera_comes_back_with_its_settings) {
+    start({camera()});
+    ASSERT_TRUE(waitForNewFrames());
+    property("contrast").setValue(40);
+    property("hflip").setValue(true);
+    ASSERT_TRUE(waitForNewFrames());
+
+    ASSERT_TRUE(unplug("cam-1"));
+    ASSERT_TRUE(waitUntil([this] { return inFront().state() == PViewCamera::State::Unplugged; }));
+    EXPECT_TRUE(window().windowTitle().contains(u"unplugged"_qs));
+    EXPECT_TRUE(widget<QLabel>(u"banner"_qs).isVisible());
+    EXPECT_EQ(sizeShown(), QSize(320, 240));
+
+    ASSERT_TRUE(plug("cam-1"));
+    ASSERT_TRUE(waitUntil([this] { return inFront().state() == PViewCamera::State::Live; }));
+    EXPECT_TRUE(waitForNewFrames());
+    EXPECT_EQ(property("contrast").valueInner(), QVariant(40));
+    EXPECT_EQ(property("hflip").valueInner(), QVariant(true));
+    EXPECT_EQ(inFront().notes(), QStringList());
+    EXPECT_FALSE(widget<QLabel>(u"banner"_qs).isVisible());
+}
+
+TEST_F(SessionTest, two_cameras_have_a_tab_each) {
+    start({camera(), camera(u"cam-2"_qs, u"S0002"_qs)});
+    ASSERT_TRUE(waitForNewFrames());
+    auto& list = widget<QListWidget>(u"cameras"_qs);
+    ASSERT_EQ(list.count(), 2);
+    list.setCurrentRow(1);
+    QTest::keyClick(&list, Qt::Key_Return);
+    ASSERT_TRUE(window().windowTitle().contains(u"S0002"_qs));
+    EXPECT_TRUE(waitForNewFrames());
+    key(Qt::Key_W, Qt::ControlModifier);
+    EXPECT_TRUE(window().windowTitle().contains(u"S0001"_qs));
+    EXPECT_TRUE(waitForNewFrames());
+}
+
+TEST_F(SessionTest, the_live_picture_stops_and_goes_on) {
+    start({camera()});
+    ASSERT_TRUE(waitForNewFrames());
+    key(Qt::Key_L, Qt::ControlModifier);
+    EXPECT_EQ(inFront().state(), PViewCamera::State::Paused);
+    EXPECT_EQ(widget<QLabel>(u"pace"_qs).text(), u"stopped"_qs);
+    key(Qt::Key_L, Qt::ControlModifier);
+    EXPECT_EQ(inFront().state(), PViewCamera::State::Live);
+    EXPECT_TRUE(waitForNewFrames());
+}
+
+TEST_F(SessionTest, the_full_screen_shows_the_picture_alone_until_escape) {
+    start({camera()});
+    ASSERT_TRUE(waitForNewFrames());
+    key(Qt::Key_F11);
+    EXPECT_TRUE(window().isFullScreen());
+    EXPECT_FALSE(window().menuBar()->isVisible());
+    EXPECT_FALSE(widget<QDockWidget>(u"settingsDock"_qs).isVisible());
+    key(Qt::Key_Escape);
+    EXPECT_FALSE(window().isFullScreen());
+    EXPECT_TRUE(window().menuBar()->isVisible());
+    EXPECT_TRUE(widget<QDockWidget>(u"settingsDock"_qs).isVisible());
+    EXPECT_FALSE(widget<QDockWidget>(u"logDock"_qs).isVisible());
+}
+
+TEST_F(SessionTest, panels_are_where_they_were_the_last_time) {
+    start({camera()});
+    widget<QDockWidget>(u"histogramDock"_qs).close();
+    widget<QDockWidget>(u"logDock"_qs).show();
+    end();
+    start({camera()});
+    EXPECT_FALSE(widget<QDockWidget>(u"histogramDock"_qs).isVisible());
+    EXPECT_TRUE(widget<QDockWidget>(u"logDock"_qs).isVisible());
+}
+
+TEST_F(SessionTest, a_whole_session_from_opening_to_closing) {
+    start({});
+    end(); // what Qt keeps for itself is there from now on
+    const qsizetype threadsBefore = threads();
+
+    start({camera()});
+    ASSERT_TRUE(waitUntil([this] { return meanShown() > 0; }));
+    const double meanBefore = meanShown();
+    property("autoexpottime").setValue(7000u);
+    ASSERT_TRUE(waitUntil([&] { return meanShown() > meanBefore * 1.1; }));
+
+    key(Qt::Key_D, Qt::ControlModifier);
+    drag(inView({40, 20}), inView({200, 140}));
+    const QRect region = property("roi").valueInner().toRect();
+    ASSERT_TRUE(waitUntil([&] { return sizeShown() == region.size(); }));
+
+    key(Qt::Key_R, Qt::ControlModifier);
+    auto& text = widget<QLabel>(u"recordText"_qs);
+    ASSERT_TRUE(waitUntil([&] { return text.text().contains(u"Recorded 50 frames"_qs); }))
+        << text.text().toStdString();
+    ASSERT_EQ(captures().size(), 1);
+    QImageReader recording(QDir(captureFolder()).filePath(captures().first()));
+    EXPECT_EQ(recording.imageCount(), 50);
+    EXPECT_EQ(recording.read().size(), region.size());
+
+    ASSERT_TRUE(unplug("cam-1"));
+    ASSERT_TRUE(waitUntil([this] { return inFront().state() == PViewCamera::State::Unplugged; }));
+    ASSERT_TRUE(plug("cam-1"));
+    ASSERT_TRUE(waitUntil([this] { return inFront().state() == PViewCamera::State::Live; }));
+    EXPECT_EQ(property("autoexpottime").valueInner().toUInt(), 7000u);
+    EXPECT_EQ(property("roi").valueInner().toRect(), region);
+    EXPECT_TRUE(waitUntil([&] { return sizeShown() == region.size(); }));
+    EXPECT_EQ(inFront().notes(), QStringList());
+    EXPECT_TRUE(inFront().ledger().isBalanced());
+
+    end();
+    EXPECT_TRUE(waitUntil([&] { return threads() <= threadsBefore; }));
+}
+
+TEST_F(SessionTest, closing_leaves_nothing_running) {
+    start({});
+    end(); // what Qt keeps for itself is there from now on
+    const qsizetype before = threads();
+    start({camera(), camera(u"cam-2"_qs, u"S0002"_qs)});
+    ASSERT_TRUE(waitForNewFrames());
+    EXPECT_GT(threads(), before);
+    end();
+    EXPECT_TRUE(waitUntil([&] { return threads() <= before; }));
+}

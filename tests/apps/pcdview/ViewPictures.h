@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PDip/PImage.h>
+
+#include <QColor>
+
+#include <functional>
+
+/// A picture of this size and format whose pixels are what the function says.
+PImage pictureOf(int width, int height, PDIP::ColorFormat format,
+                 const std::function<QColor(int x, int y)>& colorAt);

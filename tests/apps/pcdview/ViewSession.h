@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <apps/pcdview/PViewProgram.h>
+
+#include <support/FolderTest.h>
+#include <support/WaitUntil.h>
+
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QWidget>
+
+#include <memory>
+
+class PCameraDesk;
+class PCameraPage;
+class PMainWindow;
+class PViewCamera;
+
+/// A test that drives the viewer's window on simulated cameras, with settings and a capture folder
+/// of its own.
+class ViewSession : public FolderTest {
+protected:
+    ViewSession();
+    ~ViewSession() override;
+
+    /// A small, quick camera of a scene; what a test does not set is as in the built-in scene.
+    static QJsonObject camera(const QString& id = QStringLiteral("cam-1"),
+                              const QString& serial = QStringLiteral("S0001"));
+    /// The faults of the scene that start() makes.
+    QJsonArray faults;
+    /// Starts the program on these cameras and shows its window.
+    void start(const QJsonArray& cameras, const QStringList& words = {});
+    /// Ends it as closing the window does.
+    void end();
+
+    PMainWindow& window() { return m_program->window(); }
+    PCameraDesk& desk();
+    PCameraPage& page();
+    PViewCamera& inFront();
+    template <typename Widget>
+    Widget& widget(const QString& name) {
+        Widget* const found = widgets().findChild<Widget*>(name);
+        EXPECT_NE(found, nullptr) << name.toStdString();
+        return *found;
+    }
+
+    /// Waits for frames of the camera in front that were not there yet.
+    bool waitForNewFrames();
+    /// Pulls and plugs the cable of a simulated camera.
+    static bool unplug(const char* camera);
+    static bool plug(const char* camera);
+    QString captureFolder() const { return path(QStringLiteral("captures")); }
+
+private:
+    QWidget& widgets();
+
+    std::unique_ptr<PViewProgram> m_program;
+};
