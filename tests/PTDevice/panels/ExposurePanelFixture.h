@@ -8,8 +8,11 @@
 #include <PGui/PDoubleRangeWidget.h>
 #include <PGui/PRangeWidget.h>
 
+#include <support/WaitUntil.h>
+
 #include <QCheckBox>
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QStackedWidget>
@@ -36,6 +39,16 @@ protected:
         d.seconds = 0;
         d.milliseconds = 1;
         return d;
+    }
+
+    /// Ends the stream. Every image that was on its way has arrived then, and so has the snapshot
+    /// that was made of it.
+    void stopAndDeliver() {
+        device->stopStream();
+        EXPECT_TRUE(waitUntil([this] { return device->frameLedger().waiting == 0; }));
+        // A snapshot takes one more turn of the events, and they come in slices.
+        for (int turn = 0; turn < 20; ++turn)
+            QCoreApplication::processEvents();
     }
 
     QPushButton* button(const char* name) const { return control<QPushButton>(panel, name); }

@@ -22,15 +22,6 @@ protected:
         QObject::connect(device.get(), &PDevice::snapshotTaken, [this] { ++snapshots; });
         clickOn(button(run));
     }
-    /// Every image that was on its way has arrived, and so has the snapshot that was made of it.
-    void stopAndDeliver() {
-        device->stopStream();
-        EXPECT_TRUE(waitUntil([this] { return device->frameLedger().waiting == 0; }));
-        // A snapshot takes one more turn of the events, and they come in slices.
-        for (int turn = 0; turn < 20; ++turn)
-            QCoreApplication::processEvents();
-    }
-
     int snapshots = 0;
 };
 

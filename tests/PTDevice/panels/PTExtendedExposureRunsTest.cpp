@@ -41,13 +41,6 @@ protected:
     bool waitForSnapshots(int count) const {
         return waitUntil([&] { return snapshots >= count; });
     }
-    /// Ends the stream and has everything that is still on its way arrive.
-    void settle() {
-        device->stopStream();
-        EXPECT_TRUE(waitUntil([&] { return device->frameLedger().isBalanced(); }));
-        QCoreApplication::processEvents();
-    }
-
     std::vector<std::string> usableRuns() const {
         return usable({"pbRunOnce", "pbSequence", "pbRepeatMode"});
     }
@@ -95,7 +88,7 @@ TEST_P(PTExtendedExposurePace, one_run_makes_one_snapshot_and_ends_itself) {
                 ElementsAre("Toupcam_Trigger(h1, 1) = 0", "Toupcam_Trigger(h1, 0) = 0"));
     EXPECT_EQ(usableRuns().size(), 3U);
     EXPECT_EQ(usableSettings().size(), 6U);
-    settle();
+    stopAndDeliver();
     EXPECT_EQ(snapshots, 1);
     EXPECT_EQ(images, 1);
 }
@@ -114,7 +107,7 @@ TEST_P(PTExtendedExposurePace, a_sequence_of_3_makes_3_snapshots_and_ends_itself
     EXPECT_EQ(usableSettings().size(), 6U);
     const QString address = QStringLiteral("0x%1").arg(quintptr(panel.get()), 0, 16);
     EXPECT_THAT(ptTexts(log), Contains(QStringLiteral("Stop sequence capture: ") + address));
-    settle();
+    stopAndDeliver();
     EXPECT_EQ(snapshots, 3);
     EXPECT_EQ(images, 3);
 }
@@ -125,7 +118,7 @@ TEST_P(PTExtendedExposurePace, a_second_sequence_makes_as_many_again) {
         clickOn(button("pbSequence"));
         ASSERT_TRUE(waitUntilUp("pbSequence"));
     }
-    settle();
+    stopAndDeliver();
     EXPECT_EQ(snapshots, 4);
 }
 
@@ -142,7 +135,7 @@ TEST_P(PTExtendedExposurePace, repeating_makes_a_snapshot_of_every_image_until_s
     EXPECT_THAT(SimJournal::calls(triggerCall),
                 ElementsAre("Toupcam_Trigger(h1, 65535) = 0", "Toupcam_Trigger(h1, 0) = 0"));
     EXPECT_EQ(usableRuns().size(), 3U);
-    settle();
+    stopAndDeliver();
     EXPECT_EQ(snapshots, images);
 }
 
@@ -157,14 +150,14 @@ TEST_F(PTExtendedExposureRuns, after_a_repeat_every_image_goes_on_to_be_a_snapsh
     const int before = snapshots;
     clickOn(button("pbVideo"));
     ASSERT_TRUE(waitForSnapshots(before + 3));
-    settle();
+    stopAndDeliver();
     EXPECT_EQ(snapshots, images);
 }
 
 TEST_F(PTExtendedExposureRuns, video_without_a_run_makes_no_snapshots) {
     start(ExtendedExposureData());
     ASSERT_TRUE(waitUntil([&] { return images >= 3; }));
-    settle();
+    stopAndDeliver();
     EXPECT_EQ(snapshots, 0);
 }
 
@@ -177,7 +170,7 @@ TEST_F(PTExtendedExposureRuns, a_sequence_stopped_by_hand_goes_on_counting_later
     clickOn(button("pbVideo"));
     ASSERT_TRUE(waitForSnapshots(5));
     ASSERT_TRUE(waitUntil([&] { return images >= 7; }));
-    settle();
+    stopAndDeliver();
     EXPECT_EQ(snapshots, 5);
 }
 
@@ -191,7 +184,7 @@ TEST_F(PTExtendedExposureRuns, a_single_run_stopped_by_hand_takes_the_next_image
     EXPECT_EQ(button("pbRunOnce")->text(), QStringLiteral("Run once"));
     clickOn(button("pbVideo"));
     ASSERT_TRUE(waitUntil([&] { return images >= 3; }));
-    settle();
+    stopAndDeliver();
     EXPECT_EQ(snapshots, 1);
 }
 
@@ -226,7 +219,7 @@ TEST_F(PTExtendedExposureRuns, an_external_sequence_of_3_ends_after_three_signal
     EXPECT_THAT(usableRuns(), ElementsAre("pbSequence"));
     ASSERT_EQ(ToupcamSim_fireTrigger("cam"), 1);
     ASSERT_TRUE(waitUntil([&] { return images == 4; }));
-    settle();
+    stopAndDeliver();
     EXPECT_EQ(snapshots, 3);
 }
 
@@ -236,7 +229,7 @@ TEST_F(PTExtendedExposureRuns, a_sequence_outlives_a_stall_of_the_programs_threa
     ASSERT_TRUE(waitForSnapshots(3));
     QThread::sleep(2);
     ASSERT_TRUE(waitUntilUp("pbSequence"));
-    settle();
+    stopAndDeliver();
     EXPECT_EQ(snapshots, 25);
     EXPECT_EQ(images, 25);
     EXPECT_THAT(SimJournal::calls(triggerCall),
@@ -255,7 +248,7 @@ TEST_F(PTExtendedExposureRuns, the_longest_sequence_may_wait_as_a_whole) {
     for (int waited = 0; waited < 200 && !cameraIsDone(); ++waited)
         QThread::msleep(100); // and no event is processed
     ASSERT_TRUE(waitUntilUp("pbSequence"));
-    settle();
+    stopAndDeliver();
     EXPECT_EQ(snapshots, 999);
 }
 
@@ -264,7 +257,7 @@ TEST_F(PTExtendedExposureRuns, the_number_of_a_sequence_is_the_one_stored) {
     QTest::keyClick(box("spincount"), Qt::Key_Up);
     clickOn(button("pbSequence"));
     ASSERT_TRUE(waitUntilUp("pbSequence"));
-    settle();
+    stopAndDeliver();
     EXPECT_EQ(snapshots, 2);
 }
 
