@@ -7,9 +7,11 @@
 #include <PCd/PDevice.h>
 #include <PCd/PDeviceProperty.h>
 
+#include <algorithm>
+
 namespace {
 
-constexpr int showEveryMs = 33;
+constexpr std::chrono::milliseconds showEvery(33);
 
 } // namespace
 
@@ -17,7 +19,6 @@ PViewCamera::PViewCamera(PCameraIdentity identity, QObject* parent)
     : QObject(parent)
     , m_identity(std::move(identity)) {
     m_showSoon.setSingleShot(true);
-    m_showSoon.setInterval(showEveryMs);
     m_showSoon.setTimerType(Qt::PreciseTimer);
     connect(&m_showSoon, &QTimer::timeout, this, &PViewCamera::showNewest);
 }
@@ -156,13 +157,19 @@ double PViewCamera::megabytesPerSecond() const {
 
 void PViewCamera::countFrame(const PImage& image) {
     m_pace.tick(PCdDipUtils::imageAsDeviceFrame(image).stamp->arrived);
-    if (!m_showSoon.isActive())
-        m_showSoon.start();
+    if (m_showSoon.isActive())
+        return;
+    // Counted from the last frame shown and not from this one: a camera of about the same pace
+    // would else find the timer still running at every second frame.
+    const auto since = std::chrono::duration_cast<std::chrono::milliseconds>(
+        std::chrono::steady_clock::now() - m_lastShown);
+    m_showSoon.start(std::max(showEvery - since, std::chrono::milliseconds(0)));
 }
 
 void PViewCamera::showNewest() {
     if (m_device == nullptr)
         return;
+    m_lastShown = std::chrono::steady_clock::now();
     m_frame = m_device->newestFrame();
     if (!m_frame.image.isNull())
         emit frameChanged(m_frame);

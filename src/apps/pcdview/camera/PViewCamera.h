@@ -16,6 +16,7 @@
 #include <QStringList>
 #include <QTimer>
 
+#include <chrono>
 #include <memory>
 
 /// A camera that a person looks through, over its unplugging and coming back. The device's thread,
@@ -85,6 +86,7 @@ private:
     QStringList m_notes;
     PFpsCounter m_pace;
     QTimer m_showSoon;
+    std::chrono::steady_clock::time_point m_lastShown;
     bool m_wantsLive = true;
     bool m_isTriggered = false;
     quint64 m_snapshotsBefore = 0; ///< the triggered capture
