@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <view/CoreTime.h>
+#include <view/Durations.h>
+#include <view/TimedApplication.h>
+
+#include <PCd/PFrameLedger.h>
+
+#include <QList>
+#include <QString>
+
+/// What was measured while the viewer did one thing. A value.
+struct PhaseFigures {
+    QString name;
+    double seconds = 0;
+    Durations late; ///< how late the main thread got to its events
+    TimedApplication::Times events;
+    CoreTime core; ///< of the main thread
+    bool hasCamera = false;
+    quint64 shown = 0; ///< frames given to the view
+    quint64 delivered = 0;
+};
+
+/// One recording while the picture is live. A value.
+struct RecordingFigures {
+    QString name;
+    QString outcome; ///< what the window says of it
+    int wanted = 0;  ///< frames
+    double pace = 0; ///< frames a second that are wanted
+    qint64 frameBytes = 0;
+    qint64 bytes = 0;        ///< in the file
+    double seconds = 0;      ///< from the start to the complete file
+    double plainSeconds = 0; ///< for writing as many bytes with nothing else to do
+};
+
+/// What became of the frames of one camera session. A value.
+struct SessionLedger {
+    QString name;
+    PFrameLedger ledger;
+};
+
+/// All of a run. A value.
+struct ViewFigures {
+    QList<PhaseFigures> phases; ///< the first one is the limit: a window without a camera
+    Durations smallPaints;      ///< painting a stream of 1 megapixel
+    Durations largePaints;      ///< painting one of 20, in the same window
+    QList<RecordingFigures> recordings;
+    QList<SessionLedger> ledgers;
+
+    /// Why the run proves nothing or shows an error, one sentence each; empty: all is well.
+    QStringList problems() const;
+};
