@@ -31,7 +31,8 @@ PCameraListPanel::PCameraListPanel(QWidget* parent)
 }
 
 void PCameraListPanel::setEntries(const QList<Entry>& entries) {
-    const int row = m_list->currentRow();
+    const QListWidgetItem* const current = m_list->currentItem();
+    const QVariant chosen = current == nullptr ? QVariant() : current->data(Qt::UserRole);
     m_list->clear();
     for (const Entry& entry : entries) {
         QString details = entry.state;
@@ -39,6 +40,7 @@ void PCameraListPanel::setEntries(const QList<Entry>& entries) {
             details = tr("Simulated camera") + u", "_qs + details;
         auto* const item = new QListWidgetItem(firstLine(entry.camera) + u'\n' + details, m_list);
         item->setData(Qt::UserRole, entry.camera.id);
+        if (chosen == entry.camera.id)
+            m_list->setCurrentItem(item); // which may stand in another row now
     }
-    m_list->setCurrentRow(row);
 }

@@ -43,7 +43,7 @@ void PPanels::arrange() {
     recordDock->raise();
     m_window->resizeDocks({m_docks[0]}, {leftWidth}, Qt::Horizontal);
     m_docks.last()->hide(); // the log, until somebody wants to know
-    m_window->resizeDocks({m_docks[0], m_docks[1], recordDock}, {130, 270, 280}, Qt::Vertical);
+    m_window->resizeDocks({m_docks[0], m_docks[1], recordDock}, {165, 250, 265}, Qt::Vertical);
     m_window->setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
     m_window->setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
 }
