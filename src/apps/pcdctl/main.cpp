@@ -3,7 +3,8 @@
 #include "PCtlHost.h"
 #include "PCtlOutput.h"
 #include "PCtlParser.h"
-#include "PEndSignals.h"
+
+#include <apps/common/PEndSignals.h>
 
 #include <PLog/PLog.h>
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <apps/pcdview/PViewProgram.h>
 
+#include <apps/common/PEndSignals.h>
 #include <apps/common/PPictureFile.h>
 #include <apps/common/PTranslations.h>
 #include <apps/pcdview/window/PCameraDesk.h>
@@ -21,6 +22,7 @@
 
 namespace {
 
+constexpr std::chrono::milliseconds signalsEvery(100);
 constexpr qsizetype logRecords = 2000; // more than a person scrolls through
 
 /// What Qt itself says, on buttons and in file dialogs, where its catalogue is installed.
@@ -38,6 +40,12 @@ void useLanguage(const QString& language) {
     QLocale::setDefault(locale);
     installTextsOfQt(locale);
     PTranslations::install(language);
+}
+
+void log(PLogLevel level, const QString& text) {
+    PLog::logStream(u"pcdview"_qs, QString::fromLatin1(Q_FUNC_INFO), QString::fromLatin1(__FILE__),
+                    __LINE__, level)
+        << text;
 }
 
 } // namespace
@@ -97,9 +105,7 @@ PStatus PViewProgram::startCameras(const PViewOptions& options) {
 }
 
 void PViewProgram::note(const QString& problem) {
-    PLog::logStream(u"pcdview"_qs, QString::fromLatin1(Q_FUNC_INFO), QString::fromLatin1(__FILE__),
-                    __LINE__, PLogLevel::Warning)
-        << problem;
+    log(PLogLevel::Warning, problem);
     m_problem += (m_problem.isEmpty() ? QString() : u"\n"_qs) + problem;
 }
 
@@ -119,9 +125,23 @@ int PViewProgram::run(const PViewOptions& options) {
         QTimer::singleShot(options.grabAfter, m_window.get(),
                            [this, path = options.grab] { grab(path); });
     }
+    PEndSignals::expect();
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, m_window.get(), [this] {
+        if (PEndSignals::isNoted())
+            endBySignal();
+    });
+    watch.start(signalsEvery);
+    log(PLogLevel::Info, u"ready, cameras: %1"_qs.arg(m_host.manager().devices().size()));
     const int code = QApplication::exec();
     m_window.reset();
     return code;
+}
+
+/// Of all event loops: a dialog may be open. What it asked is answered with no.
+void PViewProgram::endBySignal() {
+    m_window->closeUnasked();
+    QApplication::exit(0);
 }
 
 void PViewProgram::grab(const QString& path) {

@@ -21,7 +21,8 @@ public:
     /// command line has to change; what a person at the screen can do something about is shown in
     /// the window instead.
     PStatus start(const PViewOptions& options);
-    /// Runs until the window is closed, or the picture of --grab is saved. Returns the exit code.
+    /// Runs until the window is closed, the picture of --grab is saved, or a signal wants the end: a
+    /// recording is completed then, and nobody is asked. Returns the exit code.
     int run(const PViewOptions& options);
 
     PMainWindow& window() { return *m_window; }
@@ -30,6 +31,7 @@ private:
     PStatus startLog(const PViewOptions& options);
     PStatus startCameras(const PViewOptions& options);
     void openCamera(const PViewOptions& options);
+    void endBySignal();
     void grab(const QString& path);
     void note(const QString& problem);
 

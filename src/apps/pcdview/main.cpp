@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <apps/common/PEndSignals.h>
 #include <apps/pcdview/PViewProgram.h>
 
 #include <QApplication>
@@ -34,6 +35,7 @@ int runProgram() {
 } // namespace
 
 int main(int argc, char* argv[]) {
+    PEndSignals::watch();
     const QApplication application(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("pcd"));
     QApplication::setApplicationName(QStringLiteral("pcdview"));

@@ -2,6 +2,7 @@
 // The viewer as a program: its command line, its exit codes, the picture of its window.
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>
+#include <support/WaitUntil.h>
 
 #include <QImage>
 #include <QProcess>
@@ -10,12 +11,16 @@ namespace {
 
 class ProgramTest : public FolderTest {
 protected:
-    /// Runs the program to its end and returns its exit code.
-    int run(const QStringList& words) {
-        QProcess process;
+    /// Gives it settings of its own.
+    void prepare(QProcess& process) const {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(u"XDG_CONFIG_HOME"_qs, path(u"config"_qs));
         process.setProcessEnvironment(environment);
+    }
+    /// Runs the program to its end and returns its exit code.
+    int run(const QStringList& words) {
+        QProcess process;
+        prepare(process);
         process.start(QStringLiteral(PCDVIEW_PROGRAM), words);
         EXPECT_TRUE(process.waitForFinished(60'000));
         output = QString::fromUtf8(process.readAllStandardOutput());
@@ -66,4 +71,21 @@ TEST_F(ProgramTest, a_library_that_is_none_is_explained_in_the_window) {
     EXPECT_EQ(run({u"--sdk"_qs, path(u"none.so"_qs), u"--grab"_qs, file, u"--after"_qs, u"0"_qs}),
               0);
     EXPECT_TRUE(errors.contains(u"none.so"_qs)) << errors.toStdString();
+}
+
+TEST_F(ProgramTest, a_signal_closes_it_as_a_person_does) {
+    QProcess process;
+    prepare(process);
+    process.start(QStringLiteral(PCDVIEW_PROGRAM), {u"--sdk=sim"_qs, u"--log-level=info"_qs});
+    QByteArray told;
+    ASSERT_TRUE(waitUntil([&] {
+        process.waitForReadyRead(100);
+        return (told += process.readAllStandardError()).contains("ready, cameras: 2");
+    })) << told.constData();
+    process.terminate();
+    ASSERT_TRUE(process.waitForFinished(60'000));
+    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(process.exitCode(), 0);
+    // The layout was remembered.
+    EXPECT_TRUE(QFile::exists(path(u"config/pcd/pcdview.conf"_qs)));
 }

@@ -108,3 +108,15 @@ TEST_F(RecordSessionTest, a_full_disk_ends_it_with_the_reason) {
     EXPECT_EQ(inFront().state(), PViewCamera::State::Live);
     EXPECT_TRUE(waitForNewFrames());
 }
+
+TEST_F(RecordSessionTest, closing_unasked_completes_the_file) {
+    widget<QComboBox>(u"recordEnd"_qs).setCurrentIndex(2);
+    pressButton();
+    ASSERT_TRUE(waitUntil([this] { return written() >= 5; }));
+    window().closeUnasked();
+    EXPECT_FALSE(window().isVisible());
+    end();
+    EXPECT_GE(QImageReader(recorded()).imageCount(), 5);
+    const QByteArray file = readFile(recorded());
+    EXPECT_TRUE(file.contains("the program was closed"));
+}

@@ -183,7 +183,7 @@ void PMainWindow::startRecording() {
 }
 
 bool PMainWindow::mayClose() {
-    if (!m_recording.isRunning())
+    if (!m_recording.isRunning() || !m_asks)
         return true;
     return QMessageBox::question(this, tr("Recording"),
                                  tr("A recording is running. End it and close?")) ==

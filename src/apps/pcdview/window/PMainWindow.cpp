@@ -70,6 +70,11 @@ void PMainWindow::restoreLayout() {
     restoreState(settings.value(stateKey).toByteArray());
 }
 
+void PMainWindow::closeUnasked() {
+    m_asks = false;
+    close();
+}
+
 void PMainWindow::closeEvent(QCloseEvent* event) {
     if (!mayClose())
         return event->ignore();

@@ -27,6 +27,8 @@ public:
     ~PMainWindow() override;
 
     PCameraDesk& desk() { return *m_desk; }
+    /// Closes the window without a question.
+    void closeUnasked();
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -81,4 +83,5 @@ private:
     QToolBar* m_bar = nullptr;
     QByteArray m_stateBefore; ///< the full screen, as is the next
     bool m_wasMaximized = false;
+    bool m_asks = true;
 };

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "PEndSignals.h"
+#include <apps/common/PEndSignals.h>
 
 #include <array>
 #include <atomic>
