@@ -29,6 +29,15 @@ bool PFrameLedger::isBalanced() const {
     return produced == std::accumulate(fates.begin(), fates.end(), waiting);
 }
 
+PFrameLedger PFrameLedger::since(const PFrameLedger& start) const {
+    PFrameLedger span = *this;
+    span.produced -= start.produced - start.waiting;
+    span.snapshots -= start.snapshots;
+    for (std::size_t i = 0; i < fates.size(); ++i)
+        span.fates[i] -= start.fates[i];
+    return span;
+}
+
 const std::array<PFrameFate, PFrameFateCount>& PFrameLedger::allFates() {
     static const auto fates = [] {
         std::array<PFrameFate, PFrameFateCount> all{};

@@ -32,6 +32,10 @@ struct PFrameLedger {
     quint64 count(PFrameFate fate) const { return fates[std::size_t(fate)]; }
     /// True if every frame that appeared has its fate or is waiting.
     bool isBalanced() const;
+    /// The account of the time since `start`, an earlier account of the same device. What was
+    /// waiting then meets its fate in this time, so it counts as produced in it: the result
+    /// balances where both do. `waiting` stays what it is now.
+    PFrameLedger since(const PFrameLedger& start) const;
 
     /// Every fate, in order.
     static const std::array<PFrameFate, PFrameFateCount>& allFates();

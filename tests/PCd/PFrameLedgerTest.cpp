@@ -42,6 +42,61 @@ TEST(PFrameLedger, does_not_weigh_snapshots_which_are_frames_besides) {
     EXPECT_TRUE(ledger.isBalanced());
 }
 
+namespace {
+
+PFrameLedger ledgerOf(quint64 delivered, quint64 lost, quint64 waiting) {
+    PFrameLedger ledger;
+    ledger.produced = delivered + lost + waiting;
+    ledger.waiting = waiting;
+    ledger.fates[std::size_t(PFrameFate::Delivered)] = delivered;
+    ledger.fates[std::size_t(PFrameFate::LostInCamera)] = lost;
+    return ledger;
+}
+
+} // namespace
+
+TEST(PFrameLedger, since_a_start_counts_what_came_after_it) {
+    PFrameLedger start = ledgerOf(10, 2, 0);
+    PFrameLedger now = ledgerOf(15, 3, 1);
+    start.snapshots = 4;
+    now.snapshots = 6;
+    const PFrameLedger span = now.since(start);
+    EXPECT_EQ(span.produced, 7u);
+    EXPECT_EQ(span.count(PFrameFate::Delivered), 5u);
+    EXPECT_EQ(span.count(PFrameFate::LostInCamera), 1u);
+    EXPECT_EQ(span.waiting, 1u);
+    EXPECT_EQ(span.snapshots, 2u);
+    EXPECT_TRUE(span.isBalanced());
+}
+
+TEST(PFrameLedger, since_a_start_counts_what_was_waiting_then_as_produced) {
+    const PFrameLedger span = ledgerOf(15, 0, 0).since(ledgerOf(10, 0, 3));
+    EXPECT_EQ(span.produced, 5u); // 3 were waiting, 2 are new
+    EXPECT_EQ(span.count(PFrameFate::Delivered), 5u);
+    EXPECT_TRUE(span.isBalanced());
+}
+
+TEST(PFrameLedger, since_a_start_counts_what_has_waited_all_the_time_as_waiting) {
+    const PFrameLedger span = ledgerOf(10, 1, 3).since(ledgerOf(10, 0, 3));
+    EXPECT_EQ(span.produced, 4u);
+    EXPECT_EQ(span.waiting, 3u);
+    EXPECT_TRUE(span.isBalanced());
+}
+
+TEST(PFrameLedger, since_a_start_is_not_balanced_where_the_account_now_is_not) {
+    PFrameLedger now = ledgerOf(15, 0, 0);
+    ++now.produced;
+    EXPECT_FALSE(now.since(ledgerOf(10, 0, 3)).isBalanced());
+}
+
+TEST(PFrameLedger, since_an_empty_start_is_the_account_itself) {
+    const PFrameLedger now = ledgerOf(15, 2, 1);
+    const PFrameLedger span = now.since({});
+    EXPECT_EQ(span.produced, now.produced);
+    EXPECT_EQ(span.fates, now.fates);
+    EXPECT_EQ(span.waiting, now.waiting);
+}
+
 TEST(PFrameLedger, has_the_fates_in_the_order_of_their_numbers) {
     for (std::size_t i = 0; i < PFrameFateCount; ++i)
         EXPECT_EQ(std::size_t(PFrameLedger::allFates()[i]), i);
