@@ -84,6 +84,7 @@ PFrameRecorder::Progress PFrameRecorder::progress(Clock::time_point now) const {
     Progress progress;
     progress.tally = tally(queue);
     progress.share = m_schedule.share(now);
+    progress.timeLeft = m_schedule.timeLeft(now);
     progress.error = queue.error.isEmpty() ? m_error : queue.error;
     progress.isOver = m_isEnding || !progress.error.isEmpty() || m_schedule.isOver(now);
     progress.isFinished = m_isFinished;

@@ -35,9 +35,11 @@ public:
     struct Progress {
         PRecordTally tally;
         std::optional<double> share; ///< of the set end, from 0 to 1
-        bool isOver = false;         ///< no more frames are taken
-        bool isFinished = false;     ///< after end(): the files are complete
-        QString error;               ///< why frames or files are missing; empty: none
+        /// Until the last wanted frame is due; see PRecordSchedule.
+        std::optional<PRecordSchedule::Duration> timeLeft;
+        bool isOver = false;     ///< no more frames are taken
+        bool isFinished = false; ///< after end(): the files are complete
+        QString error;           ///< why frames or files are missing; empty: none
     };
     Progress progress(Clock::time_point now = Clock::now()) const;
 

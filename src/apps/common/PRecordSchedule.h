@@ -34,10 +34,16 @@ public:
     std::optional<quint64> frames() const { return m_plan.frames; }
     /// How much is done, from 0 to 1; nothing without a set end.
     std::optional<double> share(TimePoint now) const;
+    /// How long until the last wanted frame is due, as far as that is known: by the plan, or where
+    /// that has no times by the pace of the frames so far. Nothing without a set end.
+    std::optional<Duration> timeLeft(TimePoint now) const;
 
 private:
     bool isDue(TimePoint arrived);
     Duration since(TimePoint now) const;
+    std::optional<Duration> framesLeft(TimePoint now) const;
+    Duration slotsLeft(TimePoint now, quint64 missing) const;
+    std::optional<Duration> paceLeft(TimePoint now, quint64 missing) const;
 
     Plan m_plan;
     quint64 m_claimed = 0;

@@ -126,6 +126,7 @@ TEST_F(FrameRecorder, stops_by_itself_after_a_time_also_if_no_more_frames_come) 
     EXPECT_FALSE(recorder->progress(first + 99ms).isOver);
     EXPECT_TRUE(recorder->progress(first + 100ms).isOver);
     EXPECT_DOUBLE_EQ(recorder->progress(first + 25ms).share.value_or(-1), 0.25);
+    EXPECT_EQ(recorder->progress(first + 25ms).timeLeft, PRecordSchedule::Duration(75ms));
     offer(*recorder, 20, 3);
     EXPECT_EQ(end(*recorder).tally.written, 10U);
 }

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/PRecordSchedule.h>
 
+#include <support/RowName.h>
+
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <vector>
 
 namespace {
@@ -109,5 +112,55 @@ TEST(RecordSchedule, the_share_is_of_the_end_that_is_nearer) {
     EXPECT_DOUBLE_EQ(schedule.share(at(500ms)).value_or(-1), 0.5);
     EXPECT_DOUBLE_EQ(schedule.share(at(24h)).value_or(-1), 1);
 }
+
+struct TimeLeftRow {
+    const char* name;
+    PRecordSchedule::Plan plan;
+    Times arrivals; ///< so far
+    std::chrono::milliseconds now;
+    std::optional<PRecordSchedule::Duration> left;
+};
+
+const auto none = std::nullopt;
+
+const TimeLeftRow timeLeftRows[] = {
+    {"nothing_without_a_set_end", {none, none, none}, {0ms, 10ms}, 10ms, none},
+    {"nothing_of_a_time_lapse_without_a_set_end", {none, none, 100ms}, {0ms, 100ms}, 100ms, none},
+    {"a_time_is_all_left_before_the_first_frame", {none, 1000ms, none}, {}, 500ms, 1000ms},
+    {"a_time_runs_from_the_first_frame", {none, 1000ms, none}, {500ms}, 700ms, 800ms},
+    {"a_time_that_is_over_leaves_nothing", {none, 1000ms, none}, {0ms}, 1500ms, 0ms},
+    {"a_time_lapse_takes_its_first_frame_at_once", {3, none, 100ms}, {}, 0ms, 200ms},
+    {"a_time_lapse_is_due_at_multiples_of_the_interval", {3, none, 100ms}, {0ms}, 50ms, 150ms},
+    {"a_frame_taken_early_moves_no_later_one", {3, none, 100ms}, {0ms, 98ms, 99ms}, 99ms, 101ms},
+    {"a_frame_that_is_late_moves_no_later_one", {3, none, 100ms}, {0ms}, 130ms, 70ms},
+    {"an_interval_without_a_frame_is_added", {3, none, 100ms}, {0ms}, 210ms, 90ms},
+    {"the_last_frame_of_a_time_lapse_may_be_due_now", {2, none, 100ms}, {0ms}, 250ms, 0ms},
+    {"a_time_lapse_with_all_its_frames_is_done", {2, none, 100ms}, {0ms, 98ms, 99ms}, 99ms, 0ms},
+    {"nothing_is_known_of_the_pace_before_a_frame", {9, none, none}, {}, 0ms, none},
+    {"nothing_is_known_of_the_pace_before_the_second_frame", {9, none, none}, {0ms}, 5ms, none},
+    {"the_pace_is_that_so_far", {10, none, none}, {0ms, 30ms, 40ms}, 45ms, 135ms},
+    {"a_stream_that_stands_still_leaves_the_rest_to_come", {5, none, none}, {0ms, 10ms}, 1s, 20ms},
+    {"a_number_of_frames_that_have_come_leaves_nothing", {2, none, none}, {0ms, 10ms}, 10ms, 0ms},
+    {"frames_that_come_together_have_no_pace_to_count", {9, none, none}, {0ms, 0ms}, 0ms, 0ms},
+    {"of_two_ends_the_number_is_nearer", {3, 1000ms, 100ms}, {0ms}, 50ms, 150ms},
+    {"of_two_ends_the_time_is_nearer", {30, 1000ms, 100ms}, {0ms}, 50ms, 950ms},
+    {"of_two_ends_the_time_is_the_one_known", {30, 1000ms, none}, {0ms}, 50ms, 950ms},
+    {"more_time_than_a_clock_holds_is_a_century_from_the_next_frame",
+     {std::numeric_limits<quint64>::max(), none, 1h},
+     {0ms, 2h},
+     2h,
+     24h * 365 * 100 + 1h},
+};
+
+class TimeLeft : public testing::TestWithParam<TimeLeftRow> {};
+
+TEST_P(TimeLeft, is_until_the_last_wanted_frame_is_due) {
+    const TimeLeftRow& row = GetParam();
+    PRecordSchedule schedule(row.plan);
+    claimed(schedule, row.arrivals);
+    EXPECT_EQ(schedule.timeLeft(at(row.now)), row.left);
+}
+
+INSTANTIATE_TEST_SUITE_P(RecordSchedule, TimeLeft, testing::ValuesIn(timeLeftRows), RowName());
 
 } // namespace
