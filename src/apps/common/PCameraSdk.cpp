@@ -15,6 +15,7 @@ namespace {
 const char* const libraryVariable = "TOUPCAM_LIBRARY"; // where plugins look for the library
 const char* const systemLibrary = "libtoupcam.so";
 const char* const simulatorMark = "ToupcamSim_version"; // only a simulated SDK exports it
+const char* const makersVersion = "Toupcam_Version";    // not every library has it
 
 QString simulatorPath() {
     const QDir programs(QCoreApplication::applicationDirPath());
@@ -25,6 +26,13 @@ QString simulatorPath() {
 QString fileOf(void* symbol) {
     Dl_info info{};
     return dladdr(symbol, &info) == 0 ? QString() : QFile::decodeName(info.dli_fname);
+}
+
+/// What a function without arguments answers; empty if there is no such function, or no answer.
+QString textOf(void* library, const char* function) {
+    void* const symbol = dlsym(library, function);
+    return symbol == nullptr ? QString()
+                             : QString::fromUtf8(reinterpret_cast<const char* (*)()>(symbol)());
 }
 
 PStatus sdkFailure(const QString& asked, const QString& reason) {
@@ -62,10 +70,8 @@ PStatus PCameraSdk::inspect(const QString& asked) {
     if (enumerate == nullptr)
         return sdkFailure(asked, u"it has no function Toupcam_EnumV2"_qs);
     m_path = fileOf(enumerate);
-    if (void* const mark = dlsym(m_library, simulatorMark)) {
-        m_simulated = true;
-        m_version = QString::fromUtf8(reinterpret_cast<const char* (*)()>(mark)());
-    }
+    m_simulated = dlsym(m_library, simulatorMark) != nullptr;
+    m_version = textOf(m_library, m_simulated ? simulatorMark : makersVersion);
     // The path, not the name: the plugin gets this very library, whatever it is called.
     qputenv(libraryVariable, QFile::encodeName(m_path));
     return PStatus::Ok;

@@ -24,7 +24,7 @@ public:
     bool isFallback() const { return m_fallback; }
     /// The library's file.
     const QString& path() const { return m_path; }
-    /// What a simulated SDK says of itself; empty for the maker's.
+    /// What the library says of its own version; empty if it does not.
     const QString& version() const { return m_version; }
 
 private:

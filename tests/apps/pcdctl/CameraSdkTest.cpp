@@ -20,6 +20,10 @@ QString kindOf(const CtlResult& result) {
     return result.json.value(u"sdk"_qs).toObject().value(u"kind"_qs).toString();
 }
 
+QJsonValue versionOf(const CtlResult& result) {
+    return result.json.value(u"sdk"_qs).toObject().value(u"version"_qs);
+}
+
 bool systemHasSdk() {
     void* const library = dlopen("libtoupcam.so", RTLD_NOW | RTLD_LOCAL);
     if (library != nullptr)
@@ -94,6 +98,20 @@ TEST_F(CameraSdk, a_library_without_the_simulators_mark_is_the_makers) {
     EXPECT_TRUE(result.json.value(u"cameras"_qs).isArray());
     EXPECT_TRUE(result.errors.contains(u"no camera found: connect one"_qs))
         << result.errors.toStdString();
+}
+
+TEST_F(CameraSdk, the_makers_library_tells_its_version) {
+    const CtlResult result = runCtl(
+        {list, json, u"--sdk"_qs, QStringLiteral(EMPTY_CAMERA_SDK)},
+        [](CtlProcess& process) { process.with(u"EMPTY_CAMERA_SDK_VERSION"_qs, u"1.2.3"_qs); });
+    EXPECT_EQ(versionOf(result), QJsonValue(u"1.2.3"_qs));
+}
+
+TEST_F(CameraSdk, a_library_whose_version_is_a_null_pointer_has_none) {
+    const CtlResult result = runCtl({list, json, u"--sdk"_qs, QStringLiteral(EMPTY_CAMERA_SDK)});
+    EXPECT_EQ(result.exitCode, 3);
+    EXPECT_EQ(kindOf(result), u"maker"_qs);
+    EXPECT_TRUE(versionOf(result).isUndefined());
 }
 
 TEST_F(CameraSdk, auto_takes_the_library_that_the_environment_names) {
