@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/PPictureFile.h>
 
+#include <apps/common/PFileNaming.h>
 #include <apps/common/PTiffEncoder.h>
 
 #include <QBuffer>
@@ -12,11 +13,7 @@
 #include <QScopeGuard>
 #include <QUuid>
 
-#include <fcntl.h>
-
 #include <algorithm>
-#include <cerrno>
-#include <cstdio>
 
 namespace {
 
@@ -83,13 +80,6 @@ PStatus replaceFile(const QString& path, const QByteArray& bytes) {
     return PStatus::Ok;
 }
 
-/// Gives a file its name in one step, unless something of that name is there: a file, a folder, or
-/// a link that leads nowhere.
-bool renameWithoutReplacing(const QString& from, const QString& to) {
-    return renameat2(AT_FDCWD, QFile::encodeName(from).constData(), AT_FDCWD,
-                     QFile::encodeName(to).constData(), RENAME_NOREPLACE) == 0;
-}
-
 /// Not QSaveFile: its last step replaces whatever has come up under the name meanwhile.
 PStatus createFile(const QString& path, const QByteArray& bytes) {
     // A name of its own: another program may be saving under the same one.
@@ -99,8 +89,8 @@ PStatus createFile(const QString& path, const QByteArray& bytes) {
     auto removePart = qScopeGuard([&] { file.remove(); });
     if (!writeAll(file, bytes))
         return fileFailure(path, file.errorString());
-    if (!renameWithoutReplacing(file.fileName(), path))
-        return fileFailure(path, qt_error_string(errno));
+    if (const int error = PFileNaming::name(file.fileName(), path))
+        return fileFailure(path, qt_error_string(error));
     removePart.dismiss();
     return PStatus::Ok;
 }
