@@ -64,7 +64,7 @@ void PFrameRoad::sendLive(const PImage& image) noexcept {
     m_accounts.enter();
     PFrameHandoff::Entry entry;
     try {
-        entry.frame = stamped(image);
+        entry.frame = stamped(image, entry.kind);
         const std::lock_guard lock(m_mutex);
         m_newest = entry.frame;
     } catch (const std::exception&) {
@@ -86,7 +86,7 @@ void PFrameRoad::sendSnapshot(PDeviceFrame frame) noexcept {
         return;
     }
     try {
-        entry.frame = entry.settled ? std::move(frame) : stamped(frame.image);
+        entry.frame = entry.settled ? std::move(frame) : stamped(frame.image, entry.kind);
     } catch (const std::exception&) {
         settle(entry, PFrameFate::NoMemory);
         return;
@@ -143,13 +143,14 @@ void PFrameRoad::settle(PFrameHandoff::Entry& entry, PFrameFate fate) {
         m_accounts.settle(fate);
 }
 
-PDeviceFrame PFrameRoad::stamped(const PImage& image) {
+PDeviceFrame PFrameRoad::stamped(const PImage& image, PFrameSink::Kind kind) {
     auto stamp = std::make_shared<PFrameStamp>();
     stamp->arrived = std::chrono::steady_clock::now();
     stamp->arrivedUtc = QDateTime::currentDateTimeUtc();
+    stamp->still = kind == PFrameSink::Kind::Snapshot;
     {
         const std::lock_guard lock(m_mutex);
-        stamp->sequence = ++m_sequence;
+        stamp->sequence = ++(stamp->still ? m_lastStill : m_lastLive);
         stamp->settings = m_settings;
     }
     PDeviceFrame frame{image, stamp};

@@ -48,7 +48,7 @@ private:
     bool offerToSinks(const PFrameHandoff::Entry& entry) noexcept;
     bool queue(const PFrameHandoff::Entry& entry) noexcept;
     void settle(PFrameHandoff::Entry& entry, PFrameFate fate);
-    PDeviceFrame stamped(const PImage& image);
+    PDeviceFrame stamped(const PImage& image, PFrameSink::Kind kind);
     void wake() noexcept;
     void drain();
     void deliverOne(PFrameHandoff::Entry entry);
@@ -62,7 +62,8 @@ private:
     PFrameHandoff m_handoff;
 
     mutable std::mutex m_mutex; // stamps are made on frame threads, read and configured elsewhere
-    quint64 m_sequence = 0;
+    quint64 m_lastLive = 0;     ///< number of a frame
+    quint64 m_lastStill = 0;    ///< number of a frame
     std::optional<quint64> m_liveLeft;
     std::shared_ptr<const PDeviceSettings> m_settings = std::make_shared<PDeviceSettings>();
     PDeviceFrame m_newest;

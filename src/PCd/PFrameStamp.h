@@ -23,10 +23,11 @@ struct PDeviceSettings {
 
 /// When and how a frame was taken. Tied to the frame's image, it travels with every copy of it.
 struct PFrameStamp : public PImageAttachment {
-    /// Number of the frame among all frames of its device, from 1; live and still together. A gap
-    /// is a frame that never came this far.
+    /// Number of the frame among those of its device that arrived, from 1; live frames and still
+    /// pictures are counted apart. A frame that never arrived has no number, and leaves no gap.
     quint64 sequence = 0;
-    std::chrono::steady_clock::time_point arrived;   ///< for intervals
-    QDateTime arrivedUtc;                            ///< for people and files
+    bool still = false;                            ///< a still picture, not one of the live stream
+    std::chrono::steady_clock::time_point arrived; ///< for intervals
+    QDateTime arrivedUtc;                          ///< for people and files
     std::shared_ptr<const PDeviceSettings> settings; ///< never null
 };

@@ -128,15 +128,17 @@ TEST(PFrameRoad, stamps_frames_with_their_time_of_arrival) {
     EXPECT_LE(stamp->arrived, std::chrono::steady_clock::now());
 }
 
-TEST(PFrameRoad, numbers_live_frames_and_snapshots_together) {
+TEST(PFrameRoad, numbers_live_frames_and_still_pictures_apart) {
     FakeDevice device;
     const FrameListener listener(device);
     sendImages(device, 1);
     device.processSnapshot(PCdDipUtils::imageAsDeviceFrame(smallImage()));
     sendImages(device, 1);
     ASSERT_TRUE(runDry(device));
-    EXPECT_THAT(listener.sequences(), ElementsAre(1u, 3u));
-    EXPECT_EQ(listener.snapshots.at(0).stamp->sequence, 2u);
+    EXPECT_THAT(listener.sequences(), ElementsAre(1u, 2u));
+    EXPECT_FALSE(stampOf(listener.images.at(1))->still);
+    EXPECT_EQ(listener.snapshots.at(0).stamp->sequence, 1u);
+    EXPECT_TRUE(listener.snapshots.at(0).stamp->still);
 }
 
 TEST(PFrameRoad, stamps_frames_with_the_settings_of_their_moment) {
@@ -273,6 +275,7 @@ TEST(PFrameRoad, keeps_the_stamp_of_a_live_frame_that_is_made_a_snapshot) {
     ASSERT_TRUE(waitUntil([&] { return listener.snapshots.size() == 1; }));
     EXPECT_EQ(listener.snapshots[0].stamp, stampOf(listener.images.at(0)));
     EXPECT_EQ(listener.snapshots[0].stamp->sequence, 1u);
+    EXPECT_FALSE(listener.snapshots[0].stamp->still);
     EXPECT_EQ(device.frameLedger().produced, 1u);
     EXPECT_EQ(device.frameLedger().count(PFrameFate::Delivered), 1u);
     EXPECT_EQ(device.frameLedger().snapshots, 1u);
@@ -295,7 +298,7 @@ TEST(PFrameRoad, shows_every_frame_to_the_sinks_on_the_thread_that_brings_it) {
     const std::vector<RecordingSink::Taken> taken = sink->taken();
     ASSERT_EQ(taken.size(), 4u);
     for (std::size_t i = 0; i < taken.size(); ++i) {
-        EXPECT_EQ(taken[i].sequence, i + 1);
+        EXPECT_EQ(taken[i].sequence, i < 3 ? i + 1 : 1); // stills are numbered apart
         EXPECT_EQ(taken[i].thread, bringing);
         EXPECT_EQ(taken[i].kind, i < 3 ? Kind::Live : Kind::Snapshot);
     }

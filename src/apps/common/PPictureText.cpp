@@ -12,7 +12,8 @@ QString modeText(const PDeviceMode& mode) {
 }
 
 void appendStamp(PPictureText& text, const PFrameStamp& stamp) {
-    text.append({u"Frame"_qs, QString::number(stamp.sequence)});
+    // Each is counted apart, so the numbers must not be taken for one another.
+    text.append({stamp.still ? u"Still picture"_qs : u"Frame"_qs, QString::number(stamp.sequence)});
     text.append({u"Time"_qs, stamp.arrivedUtc.toString(Qt::ISODateWithMs)});
     text.append({u"Mode"_qs, modeText(stamp.settings->mode)});
     for (const auto& [id, value] : stamp.settings->values) {
