@@ -18,7 +18,7 @@ public:
     using Clock = std::chrono::steady_clock;
 
     PFrameRecorder(std::unique_ptr<PFrameWriter> writer, const PRecordSchedule::Plan& plan,
-                   std::size_t byteLimit = PFrameWriteQueue::DefaultByteLimit);
+                   std::size_t byteLimit = PFrameWriteQueue::defaultByteLimit());
     /// Ends it if end() was not called, and waits until the files are complete.
     ~PFrameRecorder() override;
 

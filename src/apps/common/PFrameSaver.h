@@ -10,14 +10,12 @@
 /// What waits for them is bounded in bytes. Never overwrites a file. Any thread.
 class PFrameSaver : public PFrameSink {
 public:
-    static constexpr std::size_t DefaultByteLimit = PFrameWriteQueue::DefaultByteLimit;
-
     /// Saves one frame under this path and says how that went. Called on several threads at once.
     using SaveFrame = std::function<PStatus(const QString& path, const PDeviceFrame& frame)>;
 
     /// The destructor saves what still waits, then returns.
     PFrameSaver(PNumberedFiles files, SaveFrame saveFrame,
-                std::size_t byteLimit = DefaultByteLimit);
+                std::size_t byteLimit = PFrameWriteQueue::defaultByteLimit());
 
     /// False if too much waits already, or a file could not be saved before.
     bool takeFrame(const PDeviceFrame& frame, Kind kind) override;

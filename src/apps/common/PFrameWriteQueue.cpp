@@ -1,8 +1,36 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/PFrameWriteQueue.h>
 
+#include <unistd.h>
+
+#include <algorithm>
 #include <exception>
 #include <utility>
+
+namespace {
+
+constexpr std::uint64_t mebibyte = std::uint64_t(1) << 20;
+
+/// Bytes; 0 if the system does not tell.
+std::uint64_t physicalMemory() {
+    const long pages = sysconf(_SC_PHYS_PAGES);
+    const long pageSize = sysconf(_SC_PAGESIZE);
+    return pages > 0 && pageSize > 0 ? std::uint64_t(pages) * std::uint64_t(pageSize) : 0;
+}
+
+} // namespace
+
+std::size_t PFrameWriteQueue::defaultByteLimit() {
+    static const std::size_t limit = byteLimitFor(physicalMemory());
+    return limit;
+}
+
+// The rest is for the camera's own buffers, the other programs, and what the system holds for the
+// disk. More than 2 GiB would only put off the end on a disk that is too slow; with less than a few
+// large frames a disk that pauses ends a recording.
+std::size_t PFrameWriteQueue::byteLimitFor(std::uint64_t memory) {
+    return std::size_t(std::clamp(memory / 4, 64 * mebibyte, 2048 * mebibyte));
+}
 
 PFrameWriteQueue::PFrameWriteQueue(Write write, int writers, std::size_t byteLimit)
     : m_write(std::move(write))

@@ -8,6 +8,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <functional>
 #include <mutex>
@@ -18,7 +19,10 @@
 /// is bounded in bytes. Any thread.
 class PFrameWriteQueue {
 public:
-    static constexpr std::size_t DefaultByteLimit = std::size_t(2) << 30;
+    /// What may wait on this machine: byteLimitFor() its memory.
+    static std::size_t defaultByteLimit();
+    /// A quarter of so many bytes of memory, at least 64 MiB and at most 2 GiB.
+    static std::size_t byteLimitFor(std::uint64_t memory);
 
     /// Writes one frame and says how that went; the first frame has the number 1. Called on as many
     /// threads at once as there are writers; frames are begun in their order.

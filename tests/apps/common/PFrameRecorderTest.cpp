@@ -66,7 +66,7 @@ protected:
 
     std::unique_ptr<PFrameRecorder>
     record(const PRecordSchedule::Plan& plan,
-           std::size_t byteLimit = PFrameWriteQueue::DefaultByteLimit) const {
+           std::size_t byteLimit = PFrameWriteQueue::defaultByteLimit()) const {
         return std::make_unique<PFrameRecorder>(std::make_unique<FakeWriter>(told), plan,
                                                 byteLimit);
     }

@@ -28,7 +28,7 @@ public:
     };
 
     /// `byteLimit`: what may wait, in bytes of pixels.
-    explicit PPictureSaver(std::size_t byteLimit = PFrameWriteQueue::DefaultByteLimit,
+    explicit PPictureSaver(std::size_t byteLimit = PFrameWriteQueue::defaultByteLimit(),
                            QObject* parent = nullptr);
     /// Saves what still waits, then returns.
     ~PPictureSaver() override;
