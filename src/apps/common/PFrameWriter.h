@@ -13,8 +13,9 @@
 /// What is known when a recording has ended.
 struct PRecordEnd {
     PRecordTally tally;
-    std::optional<PFrameLedger> ledger; ///< of the camera; nothing if it is not known
-    QString trouble;                    ///< why it ended other than it should; empty: it did not
+    std::optional<PFrameLedger>
+        ledger;      ///< of the camera, while it was recorded; nothing if it is not known
+    QString trouble; ///< why it ended other than it should; empty: it did not
 };
 
 /// Puts the frames of one recording into files. Made on one thread, used on others.

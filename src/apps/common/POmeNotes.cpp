@@ -22,12 +22,33 @@ void appendTally(PPictureText& notes, const PRecordTally& tally) {
         notes.append({u"Recording "_qs + QLatin1String(name), QString::number(count)});
 }
 
+/// The frames that the camera made and no recorder saw; empty if there are none. All others, also
+/// those dropped on their way to the device's thread, came by the recorder.
+QString lostFrames(const PFrameLedger& ledger) {
+    QStringList parts;
+    for (const PFrameFate fate : {PFrameFate::LostInCamera, PFrameFate::BadDepth,
+                                  PFrameFate::BadSize, PFrameFate::NoMemory}) {
+        if (ledger.count(fate) > 0)
+            parts.append(u"%1 %2"_qs.arg(ledger.count(fate)).arg(PFrameLedger::title(fate)));
+    }
+    return parts.isEmpty() ? QString()
+                           : u"frames of the camera are missing: "_qs + parts.join(u", "_qs);
+}
+
+QString completeText(const PRecordEnd& end) {
+    const QString lost = end.ledger ? lostFrames(*end.ledger) : QString();
+    if (end.trouble.isEmpty())
+        return lost.isEmpty() ? u"yes"_qs : u"yes, but "_qs + lost;
+    return u"no: "_qs + end.trouble + (lost.isEmpty() ? QString() : u"; "_qs + lost);
+}
+
 void appendLedger(PPictureText& notes, const PFrameLedger& ledger) {
     notes.append({u"Camera frames produced"_qs, QString::number(ledger.produced)});
     for (const PFrameFate fate : PFrameLedger::allFates()) {
         notes.append({u"Camera frames "_qs + QString::fromLatin1(PFrameLedger::key(fate)),
                       QString::number(ledger.count(fate))});
     }
+    notes.append({u"Camera frames waiting"_qs, QString::number(ledger.waiting)});
 }
 
 QString exposureText(const PDeviceSettings& settings) {
@@ -104,7 +125,7 @@ PPictureText POmeNotes::finished(const PRecordEnd& end) const {
     PPictureText notes = m_first + m_changes;
     if (m_moreChanges > 0)
         notes.append({u"Changes of settings not listed"_qs, QString::number(m_moreChanges)});
-    notes.append({u"Complete"_qs, end.trouble.isEmpty() ? u"yes"_qs : u"no: "_qs + end.trouble});
+    notes.append({u"Complete"_qs, completeText(end)});
     notes.append({u"Frames"_qs, numbers()});
     appendTally(notes, end.tally);
     if (end.ledger)

@@ -53,6 +53,7 @@ PCtlOutcome PRecordRun::start() {
     m_recorder = std::make_shared<PFrameRecorder>(
         makeWriter(),
         PRecordSchedule::Plan{m_options.frames, m_options.duration, m_options.interval});
+    m_ledgerAtStart = m_session.ledger(); // an action may have had a stream before
     device->addFrameSink(m_recorder);
     if (!m_options.interval)
         device->limitLiveFrames(m_options.frames);
@@ -124,7 +125,7 @@ QString PRecordRun::troubleAfter() const {
 /// Waits until all that was taken is in whole files. An interruption does not cut this short: the
 /// frames would be lost.
 void PRecordRun::finish(const QString& trouble) {
-    m_recorder->end(m_session.ledger(), trouble);
+    m_recorder->end(m_session.ledger().since(m_ledgerAtStart), trouble);
     while (!m_recorder->waitUntilFinished(milliseconds(100)))
         m_status.show(u"saving: %1 frames left"_qs.arg(m_recorder->progress().tally.waiting));
 }

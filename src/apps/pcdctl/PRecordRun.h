@@ -39,6 +39,7 @@ private:
     PStatusLine m_status;
     std::shared_ptr<PFrameRecorder> m_recorder;
     std::unique_ptr<PExposureWatch> m_exposure;
+    PFrameLedger m_ledgerAtStart;
     PFrameRecorder::Clock::time_point m_lastFrame;
     bool m_wasStarted = false;
     PCameraSession m_session; // goes first: frames that still arrive need the rest

@@ -8,6 +8,7 @@
 
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>
+#include <support/RowName.h>
 
 #include <QFile>
 #include <QFileInfo>
@@ -75,6 +76,68 @@ TEST_F(OmeStackWriter, a_finished_file_describes_every_picture_in_it) {
     EXPECT_EQ(document.note(u"Camera frames produced"_qs), u"9"_qs);
     EXPECT_EQ(document.note(u"Mode"_qs), u"3x2, id 0, 24 bits a pixel"_qs);
 }
+
+TEST_F(OmeStackWriter, the_account_of_the_cameras_frames_is_told_as_a_whole) {
+    POmeStackWriter writer(options);
+    write(writer, 1);
+    PFrameLedger ledger;
+    ledger.waiting = 50;
+    ledger.produced = 50;
+    for (std::size_t i = 0; i < PFrameFateCount; ++i)
+        ledger.produced += ledger.fates[i] = i + 1;
+    ASSERT_TRUE(writer.finish({{1, 1, 0, 0, 0, 0}, ledger, {}}).isOk());
+    quint64 accounted = xml().note(u"Camera frames waiting"_qs).toULongLong();
+    EXPECT_EQ(accounted, 50U);
+    for (const PFrameFate fate : PFrameLedger::allFates()) {
+        const QString key = QString::fromLatin1(PFrameLedger::key(fate));
+        accounted += xml().note(u"Camera frames "_qs + key).toULongLong();
+    }
+    EXPECT_EQ(xml().note(u"Camera frames produced"_qs).toULongLong(), accounted);
+}
+
+struct CompleteRow {
+    const char* name;
+    std::vector<std::pair<PFrameFate, quint64>> fates;
+    const char* trouble;
+    const char* complete;
+};
+
+class CompleteNote : public OmeStackWriter, public testing::WithParamInterface<CompleteRow> {};
+
+TEST_P(CompleteNote, tells_what_is_missing) {
+    POmeStackWriter writer(options);
+    write(writer, 1);
+    PFrameLedger ledger;
+    for (const auto& [fate, count] : GetParam().fates)
+        ledger.fates[std::size_t(fate)] = count;
+    const QString trouble = QString::fromLatin1(GetParam().trouble);
+    ASSERT_TRUE(writer.finish({{1, 1, 0, 0, 0, 0}, ledger, trouble}).isOk());
+    EXPECT_EQ(xml().note(u"Complete"_qs), QString::fromLatin1(GetParam().complete));
+}
+
+const CompleteRow completeRows[] = {
+    {"with_every_frame_delivered", {{PFrameFate::Delivered, 9}}, "", "yes"},
+    {"of_frames_lost_in_the_camera",
+     {{PFrameFate::Delivered, 9}, {PFrameFate::LostInCamera, 2}},
+     "",
+     "yes, but frames of the camera are missing: 2 lost in the camera"},
+    {"of_frames_that_were_no_pictures",
+     {{PFrameFate::BadDepth, 1}, {PFrameFate::BadSize, 2}, {PFrameFate::NoMemory, 3}},
+     "",
+     "yes, but frames of the camera are missing: 1 dropped: unknown pixel depth, "
+     "2 dropped: wrong size, 3 dropped: no memory"},
+    {"of_frames_that_came_by_the_recorder_first",
+     {{PFrameFate::DroppedWaiting, 1}, {PFrameFate::Failed, 2}, {PFrameFate::NotWanted, 3}},
+     "",
+     "yes"},
+    {"of_a_recording_cut_short", {{PFrameFate::Delivered, 9}}, "interrupted", "no: interrupted"},
+    {"of_a_recording_cut_short_that_lost_frames_too",
+     {{PFrameFate::LostInCamera, 1}},
+     "interrupted",
+     "no: interrupted; frames of the camera are missing: 1 lost in the camera"},
+};
+
+INSTANTIATE_TEST_SUITE_P(Rows, CompleteNote, testing::ValuesIn(completeRows), RowName());
 
 TEST_F(OmeStackWriter, before_the_end_the_file_is_a_valid_stack_of_the_pictures_so_far) {
     POmeStackWriter writer(options);

@@ -119,6 +119,7 @@ TEST_F(RecordCommand, ten_frames_are_in_the_stack_with_their_colours_and_their_s
     EXPECT_EQ(document.note(u"Complete"_qs), u"yes"_qs);
     EXPECT_EQ(document.note(u"Frames"_qs), u"1-10"_qs);
     EXPECT_EQ(document.note(u"Camera frames delivered"_qs), u"10"_qs);
+    EXPECT_EQ(document.note(u"Camera frames waiting"_qs), u"0"_qs);
 }
 
 TEST_F(RecordCommand, a_reader_that_is_not_ours_finds_size_number_exposure_and_colours) {
@@ -202,6 +203,32 @@ TEST_F(RecordCommand, a_time_lapse_takes_the_first_frame_at_once_and_one_each_in
         EXPECT_GE(taken.at(i), 0.2 * i - 0.1) << i; // at most half an interval early
     EXPECT_GT(result.json.value(u"frames"_qs).toInt(), 4);
     EXPECT_EQ(xml().note(u"Frames"_qs).count(u", "_qs), 3);
+}
+
+TEST_F(RecordCommand, frames_of_the_stream_that_a_white_balance_had_before_are_not_in_the_account) {
+    const CtlResult result = record({u"-n"_qs, u"3"_qs, u"--set=awbonce"_qs});
+    ASSERT_EQ(result.exitCode, 0) << result.errors.toStdString();
+    const QJsonObject ledger = result.json.value(u"ledger"_qs).toObject();
+    EXPECT_GT(ledger.value(u"delivered"_qs).toInt(), 3);
+    EXPECT_EQ(xml().note(u"Camera frames delivered"_qs), u"3"_qs);
+    const int notWanted = xml().note(u"Camera frames not_wanted"_qs).toInt();
+    EXPECT_EQ(xml().note(u"Camera frames produced"_qs).toInt(), 3 + notWanted);
+}
+
+TEST_F(RecordCommand, a_frame_that_never_became_a_picture_is_told_where_completeness_is) {
+    scene.addFault({{u"do"_qs, u"pushMalformed"_qs},
+                    {u"camera"_qs, u"cam-1"_qs},
+                    {u"afterFrames"_qs, 3},
+                    {u"width"_qs, 320},
+                    {u"height"_qs, 240},
+                    {u"bits"_qs, 24},
+                    {u"sizeImage"_qs, 10}});
+    ASSERT_EQ(record({u"-n"_qs, u"10"_qs}).exitCode, 0);
+    EXPECT_EQ(xml().complaints(), QString());
+    EXPECT_EQ(xml().note(u"Complete"_qs),
+              u"yes, but frames of the camera are missing: 1 dropped: wrong size"_qs);
+    EXPECT_EQ(xml().note(u"Camera frames bad_size"_qs), u"1"_qs);
+    EXPECT_EQ(xml().note(u"Frames"_qs), u"1-10"_qs);
 }
 
 TEST_F(RecordCommand, after_an_unplug_the_stack_is_whole_and_says_why_it_is_short) {
