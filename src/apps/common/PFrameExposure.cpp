@@ -58,6 +58,11 @@ PFrameExposure PFrameExposure::of(const PDeviceSettings& settings, const PSettin
     exposure.gain = number(valueOf(settings, "autoexpogain"), 1e-2);
     if (!exposure.gain)
         exposure.gain = number(recordField(settings, "gain"), 1e-2);
+    // A camera that does not answer answers 0, which no exposure and no gain can be.
+    for (std::optional<double>* const value : {&exposure.milliseconds, &exposure.gain}) {
+        if (*value && **value <= 0)
+            value->reset();
+    }
     exposure.automatic = valueOf(settings, "autoexponeable").toBool() ||
                          recordField(settings, "autoexpenabled").toBool();
     exposure.binning = binningOf(settings, names);

@@ -4,6 +4,7 @@
 #include <QFile>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -42,8 +43,23 @@ PStatus PGrowingFile::close() {
     if (!isOpen())
         return PStatus::Ok;
     rollBack();
+    const QString damage = damageByOthers();
     const bool done = ::close(std::exchange(m_descriptor, -1)) == 0;
-    return done ? PStatus() : PStatus::failure(qt_error_string(errno));
+    if (!done)
+        return PStatus::failure(qt_error_string(errno));
+    return damage.isEmpty() ? PStatus() : PStatus::failure(damage);
+}
+
+/// What has been done to the file behind this one's back; empty if nothing. All writes succeed into
+/// a file that was removed, too.
+QString PGrowingFile::damageByOthers() const {
+    struct stat now {};
+    if (fstat(m_descriptor, &now) != 0)
+        return qt_error_string(errno);
+    if (now.st_nlink == 0)
+        return u"the file was removed while it was written"_qs;
+    return now.st_size < m_wholeSize ? u"the file was cut short while it was written"_qs
+                                     : QString();
 }
 
 bool PGrowingFile::write(qint64 offset, const void* bytes, qint64 count) {

@@ -23,7 +23,8 @@ public:
     PStatus create(const QString& path);
     bool isOpen() const { return m_descriptor >= 0; }
     /// Closes it as it was after the last step. Fails if the system tells only now, as for files on
-    /// other machines, that bytes could not be written.
+    /// other machines, that bytes could not be written, and if the file was removed or cut short by
+    /// others meanwhile.
     PStatus close();
 
     /// False once anything could not be written; then all writing is refused until rollBack().
@@ -47,6 +48,7 @@ private:
     bool holdBack(qint64 offset, const char* bytes, qint64 count);
     bool writeNow(qint64 offset, const char* bytes, qint64 count);
     bool fail(int error);
+    QString damageByOthers() const;
 
     int m_descriptor = -1;
     qint64 m_size = 0;

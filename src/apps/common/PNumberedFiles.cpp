@@ -6,7 +6,9 @@
 #include <QRegularExpression>
 
 PStatus PNumberedFiles::setPattern(const QString& pattern) {
-    static const QRegularExpression oneRun(u"^([^#]*)(#+)([^#/]*)$"_qs);
+    // The folder is as it is called, with any # in it.
+    static const QRegularExpression oneRun(u"^((?:.*/)?[^#/]*)(#+)([^#/]*)$"_qs,
+                                           QRegularExpression::DotMatchesEverythingOption);
     const QRegularExpressionMatch match = oneRun.match(pattern);
     if (!match.hasMatch()) {
         return PStatus::failure(

@@ -9,6 +9,7 @@
 #include <apps/common/PPictureFile.h>
 
 #include <QCoreApplication>
+#include <QFileInfo>
 
 #include <algorithm>
 #include <cmath>
@@ -18,6 +19,7 @@ namespace {
 
 constexpr quint64 mostFrames = 1'000'000'000;
 constexpr double mostSeconds = 1'000'000;
+constexpr double leastMicrometres = 0.0001; // no light shows less
 constexpr double mostMicrometres = 1'000'000;
 
 QString commandNames() {
@@ -77,10 +79,10 @@ PCtlOutcome readPixelSize(const QCommandLineParser& parser, std::optional<double
         return {};
     bool isNumber = false;
     const double micrometres = parser.value(option).toDouble(&isNumber);
-    if (!isNumber || !(micrometres > 0 && micrometres <= mostMicrometres)) {
-        return wrongValue(
-            parser.value(option), option,
-            u"a number of micrometres above 0, up to %1"_qs.arg(mostMicrometres, 0, 'f', 0));
+    if (!isNumber || !(micrometres >= leastMicrometres && micrometres <= mostMicrometres)) {
+        return wrongValue(parser.value(option), option,
+                          u"a number of micrometres from %1 to %2"_qs.arg(leastMicrometres)
+                              .arg(mostMicrometres, 0, 'f', 0));
     }
     size = micrometres;
     return {};
@@ -170,7 +172,7 @@ PCtlOutcome checkSavePattern(const QString& pattern) {
 }
 
 PCtlOutcome checkStack(const PCtlOptions& options) {
-    if (options.output.contains(u'#')) {
+    if (QFileInfo(options.output).fileName().contains(u'#')) {
         return PCtlOutcome::wrongUsage(
             u"\"%1\" is one file with all frames: expected a name without #"_qs.arg(
                 options.output));

@@ -33,7 +33,6 @@ void printJson(const PCameraSdk& sdk, const QList<PCameraIdentity>& cameras) {
 }
 
 void printText(const QList<PCameraIdentity>& cameras) {
-    const QString row = u"%1  %2  %3  %4  %5"_qs;
     qsizetype idWidth = 2;
     qsizetype modelWidth = 5;
     for (const PCameraIdentity& camera : cameras) {
@@ -42,11 +41,10 @@ void printText(const QList<PCameraIdentity>& cameras) {
     }
     const auto print = [&](const QString& index, const PCameraIdentity& camera,
                            const QString& kind) {
-        PCtlOutput::printLine(row.arg(index, -5)
-                                  .arg(camera.id, -int(idWidth))
-                                  .arg(camera.model, -int(modelWidth))
-                                  .arg(camera.serial, -10)
-                                  .arg(kind));
+        PCtlOutput::printLine(QStringList{index.leftJustified(5), camera.id.leftJustified(idWidth),
+                                          camera.model.leftJustified(modelWidth),
+                                          camera.serial.leftJustified(10), kind}
+                                  .join(u"  "_qs));
     };
     print(u"index"_qs, {u"id"_qs, u"model"_qs, u"serial"_qs, false}, u"kind"_qs);
     for (int index = 0; index < cameras.size(); ++index) {
