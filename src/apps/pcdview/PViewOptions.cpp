@@ -6,6 +6,8 @@
 
 #include <QCommandLineParser>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int longestWaitMs = 3'600'000;
@@ -80,7 +82,27 @@ PStatus readOptions(const QCommandLineParser& parser, PViewOptions& options) {
     return status.isOk() ? readGrab(parser, options) : status;
 }
 
+/// With its value, which is a word of its own or follows "=".
+void removeOption(QStringList& words, const QString& option) {
+    for (qsizetype at = 0; at < words.size();) {
+        if (words[at] == option)
+            words.remove(at, std::min<qsizetype>(2, words.size() - at));
+        else if (words[at].startsWith(option + u'='))
+            words.removeAt(at);
+        else
+            ++at;
+    }
+}
+
 } // namespace
+
+QStringList PViewOptions::withSimulatedCameras(QStringList arguments) {
+    arguments.removeFirst();
+    for (const QString& option :
+         {u"--sdk"_qs, u"--scene"_qs, u"--camera"_qs, u"-c"_qs, u"--grab"_qs, u"--after"_qs})
+        removeOption(arguments, option);
+    return arguments + QStringList{u"--sdk"_qs, u"sim"_qs};
+}
 
 PStatus PViewOptions::parse(const QStringList& arguments, PViewOptions& options, QString& answer) {
     QCommandLineParser parser;

@@ -21,6 +21,9 @@ struct PViewOptions {
     QString grab;   ///< picture file of the window; empty: none
     std::chrono::milliseconds grabAfter{2000};
 
+    /// The words to start the program again with: these, but with simulated cameras, of the
+    /// built-in scene. The program's name is left out.
+    static QStringList withSimulatedCameras(QStringList arguments);
     /// Reads the words of a command line, the program's name first. Fails with what is wrong and
     /// what was expected. `answer` gets what was asked for instead of a run (help, version), or
     /// stays empty.

@@ -4,6 +4,7 @@
 #include <apps/common/PEndSignals.h>
 #include <apps/common/PPictureFile.h>
 #include <apps/common/PTranslations.h>
+#include <apps/pcdview/PViewLog.h>
 #include <apps/pcdview/window/PCameraDesk.h>
 #include <apps/pcdview/window/PMainWindow.h>
 #include <apps/pcdview/window/PTheme.h>
@@ -40,12 +41,6 @@ void useLanguage(const QString& language) {
     QLocale::setDefault(locale);
     installTextsOfQt(locale);
     PTranslations::install(language);
-}
-
-void log(PLogLevel level, const QString& text) {
-    PLog::logStream(u"pcdview"_qs, QString::fromLatin1(Q_FUNC_INFO), QString::fromLatin1(__FILE__),
-                    __LINE__, level)
-        << text;
 }
 
 } // namespace
@@ -105,7 +100,7 @@ PStatus PViewProgram::startCameras(const PViewOptions& options) {
 }
 
 void PViewProgram::note(const QString& problem) {
-    log(PLogLevel::Warning, problem);
+    PViewLog::warning(problem);
     m_problem += (m_problem.isEmpty() ? QString() : u"\n"_qs) + problem;
 }
 
@@ -132,7 +127,7 @@ int PViewProgram::run(const PViewOptions& options) {
             endBySignal();
     });
     watch.start(signalsEvery);
-    log(PLogLevel::Info, u"ready, cameras: %1"_qs.arg(m_host.manager().devices().size()));
+    PViewLog::info(u"ready, cameras: %1"_qs.arg(m_host.manager().devices().size()));
     const int code = QApplication::exec();
     m_window.reset();
     return code;

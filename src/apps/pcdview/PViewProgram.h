@@ -21,8 +21,8 @@ public:
     /// command line has to change; what a person at the screen can do something about is shown in
     /// the window instead.
     PStatus start(const PViewOptions& options);
-    /// Runs until the window is closed, the picture of --grab is saved, or a signal wants the end: a
-    /// recording is completed then, and nobody is asked. Returns the exit code.
+    /// Runs until the window is closed, the picture of --grab is saved, or a signal wants the end:
+    /// a recording is completed then, and nobody is asked. Returns the exit code.
     int run(const PViewOptions& options);
 
     PMainWindow& window() { return *m_window; }

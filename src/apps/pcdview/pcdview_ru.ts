@@ -19,6 +19,10 @@
         <source>unplugged</source>
         <translation>отключена</translation>
     </message>
+    <message>
+        <source>not open</source>
+        <translation>не открыта</translation>
+    </message>
 </context>
 <context>
     <name>PCameraListPanel</name>
@@ -242,12 +246,16 @@
         <translation>Камеры</translation>
     </message>
     <message>
-        <source>simulated (%1)</source>
-        <translation>имитация (%1)</translation>
-    </message>
-    <message>
         <source>Live pictures, still pictures and recordings of microscope cameras.</source>
         <translation>Живая картина, снимки и записи с камер микроскопов.</translation>
+    </message>
+    <message>
+        <source>Its version</source>
+        <translation>Её версия</translation>
+    </message>
+    <message>
+        <source>simulated</source>
+        <translation>имитация</translation>
     </message>
 </context>
 <context>
@@ -456,12 +464,6 @@
         <translation>Размер пиксела</translation>
     </message>
     <message>
-        <source>Size of a pixel on the specimen, in micrometres (0: no scale bar).
-It is the size on the sensor divided by the magnification.</source>
-        <translation>Размер пиксела на препарате в микрометрах (0: без масштабной линейки).
-Это размер на матрице, делённый на увеличение.</translation>
-    </message>
-    <message>
         <source>Load profile</source>
         <translation>Загрузить профиль</translation>
     </message>
@@ -489,6 +491,16 @@ It is the size on the sensor divided by the magnification.</source>
         <source>Camera</source>
         <translation>Камера</translation>
     </message>
+    <message>
+        <source>Size of a pixel on the specimen at the full resolution, in micrometres (0: no scale bar).
+It is the size on the sensor divided by the magnification.</source>
+        <translation>Размер пиксела на препарате при полном разрешении, в микрометрах (0: без масштабной линейки).
+Это размер на матрице, делённый на увеличение.</translation>
+    </message>
+    <message>
+        <source>The camera was unplugged: nothing was saved.</source>
+        <translation>Камера отключена: ничего не сохранено.</translation>
+    </message>
 </context>
 <context>
     <name>PModeChooser</name>
@@ -504,8 +516,8 @@ It is the size on the sensor divided by the magnification.</source>
         <translation>«%1» — не имя файла: нужно имя, которое не начинается с точки</translation>
     </message>
     <message>
-        <source>the name is too long: expected up to %1 characters</source>
-        <translation>имя слишком длинное: нужно не больше %1 знаков</translation>
+        <source>the name is too long: expected up to %1 bytes</source>
+        <translation>имя слишком длинное: нужно не больше %1 байт</translation>
     </message>
     <message>
         <source>&quot;%1&quot; cannot be in the name of a file</source>
@@ -673,6 +685,14 @@ It is the size on the sensor divided by the magnification.</source>
         <source>Time left: %1</source>
         <translation>Осталось: %1</translation>
     </message>
+    <message>
+        <source>Finishing the file…</source>
+        <translation>Файл завершается…</translation>
+    </message>
+    <message>
+        <source>No frame has come for %1 s.</source>
+        <translation>Кадров нет уже %1 с.</translation>
+    </message>
 </context>
 <context>
     <name>PRecording</name>
@@ -703,6 +723,14 @@ It is the size on the sensor divided by the magnification.</source>
     <message>
         <source>Recorded %1 frames: %2</source>
         <translation>Записано кадров: %1, в %2</translation>
+    </message>
+    <message>
+        <source>it was stopped</source>
+        <translation>её остановили</translation>
+    </message>
+    <message>
+        <source>the live picture was stopped</source>
+        <translation>живую картину остановили</translation>
     </message>
 </context>
 <context>

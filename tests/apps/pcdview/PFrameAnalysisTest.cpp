@@ -48,6 +48,9 @@ TEST(PFrameAnalysisTest, counts_each_colour_by_itself) {
         EXPECT_EQ(analysis.channels[1][20], 101u * 7);
         EXPECT_EQ(analysis.channels[2][30], 40u * 7);
         EXPECT_EQ(analysis.channels[2][90], 61u * 7);
+        // 0.299, 0.587 and 0.114 of the colours: 18.2, 81.8.
+        EXPECT_EQ(analysis.luma[18], 40u * 7);
+        EXPECT_EQ(analysis.luma[82], 61u * 7);
         EXPECT_DOUBLE_EQ(analysis.mean(1), 20);
     }
 }

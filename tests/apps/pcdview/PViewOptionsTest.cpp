@@ -59,6 +59,15 @@ TEST(PViewOptionsTest, help_names_every_option) {
         EXPECT_TRUE(answer.contains(QString::fromLatin1(name))) << name;
 }
 
+TEST(PViewOptionsTest, starting_again_with_simulated_cameras_keeps_what_has_to_do_with_neither) {
+    EXPECT_EQ(PViewOptions::withSimulatedCameras(
+                  {u"pcdview"_qs, u"--sdk"_qs, u"auto"_qs, u"--lang=ru"_qs, u"--scene=a.json"_qs,
+                   u"-c"_qs, u"1"_qs, u"--plugin-path"_qs, u"p"_qs, u"--camera"_qs}),
+              QStringList({u"--lang=ru"_qs, u"--plugin-path"_qs, u"p"_qs, u"--sdk"_qs, u"sim"_qs}));
+    EXPECT_EQ(PViewOptions::withSimulatedCameras({u"pcdview"_qs}),
+              QStringList({u"--sdk"_qs, u"sim"_qs}));
+}
+
 TEST_P(PViewOptionsBadTest, is_refused_with_what_was_expected) {
     PViewOptions options;
     const PStatus status = parse(GetParam().words, options);

@@ -6,6 +6,7 @@
 
 #include <QImage>
 #include <QProcess>
+#include <QSet>
 
 namespace {
 
@@ -51,13 +52,18 @@ TEST_F(ProgramTest, a_scene_that_cannot_be_read_is_named) {
 
 TEST_F(ProgramTest, a_picture_of_its_window_shows_the_camera) {
     const QString file = path(u"window.png"_qs);
-    ASSERT_EQ(run({u"--sdk"_qs, u"sim"_qs, u"--camera"_qs, u"1"_qs, u"--grab"_qs, file,
-                   u"--after"_qs, u"1500"_qs}),
+    ASSERT_EQ(run({u"--sdk"_qs, u"sim"_qs, u"--camera"_qs, u"1"_qs, u"--theme"_qs, u"light"_qs,
+                   u"--grab"_qs, file, u"--after"_qs, u"3000"_qs}),
               0)
         << errors.toStdString();
     const QImage window(file);
-    EXPECT_GE(window.width(), 800);
-    EXPECT_GE(window.height(), 500);
+    ASSERT_GE(window.width(), 800);
+    ASSERT_GE(window.height(), 500);
+    // A line through the middle shows cells, not one ground.
+    QSet<QRgb> colours;
+    for (int x = window.width() * 2 / 5; x < window.width() * 3 / 5; ++x)
+        colours.insert(window.pixel(x, window.height() / 2));
+    EXPECT_GT(colours.size(), 20);
 }
 
 TEST_F(ProgramTest, a_picture_that_cannot_be_saved_is_a_failure) {

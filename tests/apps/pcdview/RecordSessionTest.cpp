@@ -3,19 +3,27 @@
 #include "ViewSession.h"
 
 #include <apps/pcdview/camera/PViewCamera.h>
+#include <apps/pcdview/capture/PCaptureFolder.h>
+#include <apps/pcdview/window/PCameraDesk.h>
 #include <apps/pcdview/window/PMainWindow.h>
 
+#include <apps/common/OmeXml.h>
+#include <apps/common/TiffReadBack.h>
 #include <support/QtPrinters.h>
 
 #include <QAction>
+#include <QApplication>
 #include <QComboBox>
 #include <QDir>
 #include <QImageReader>
 #include <QLabel>
+#include <QMessageBox>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QScopeGuard>
 #include <QSpinBox>
 #include <QTest>
+#include <QTimer>
 
 #include <csignal>
 #include <sys/resource.h>
@@ -37,7 +45,18 @@ protected:
     bool waitForText(const QString& part) {
         return waitUntil([&] { return !isRecording() && text().contains(part); });
     }
-    int written() { return text().section(u' ', 1, 1).remove(u',').toInt(); }
+    /// Answers the question that comes next.
+    static void answerNext(QMessageBox::StandardButton answer) {
+        QTimer::singleShot(0, [answer] {
+            auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            ASSERT_NE(box, nullptr);
+            box->button(answer)->click();
+        });
+    }
+    int written() {
+        static const QRegularExpression number(u"Written: (\\d+)"_qs);
+        return number.match(text()).captured(1).toInt();
+    }
 
     /// The one file or folder that was recorded.
     QString recorded() const {
@@ -60,6 +79,12 @@ TEST_F(RecordSessionTest, fifty_frames_go_into_one_file_while_the_live_picture_g
     QImageReader reader(recorded());
     EXPECT_EQ(reader.imageCount(), 50);
     EXPECT_EQ(reader.read().size(), QSize(320, 240));
+    const OmeXml document(TiffReadBack(recorded()).description());
+    EXPECT_EQ(document.complaints(), QString());
+    EXPECT_EQ(document.elements("Plane").size(), 50);
+    EXPECT_EQ(document.attribute("Plane", "ExposureTime"), u"5"_qs);
+    EXPECT_EQ(document.note(u"Simulated"_qs), u"yes"_qs);
+    EXPECT_EQ(document.note(u"Complete"_qs), u"yes"_qs);
 }
 
 TEST_F(RecordSessionTest, a_series_has_a_folder_of_its_own) {
@@ -109,6 +134,37 @@ TEST_F(RecordSessionTest, a_full_disk_ends_it_with_the_reason) {
     EXPECT_TRUE(waitForNewFrames());
 }
 
+TEST_F(RecordSessionTest, stopping_before_the_set_end_is_not_called_complete) {
+    pressButton();
+    ASSERT_TRUE(waitUntil([this] { return written() >= 5; }));
+    pressButton();
+    ASSERT_TRUE(waitForText(u"it was stopped"_qs)) << text().toStdString();
+    const OmeXml document(TiffReadBack(recorded()).description());
+    EXPECT_EQ(document.note(u"Complete"_qs), u"no: it was stopped"_qs);
+}
+
+TEST_F(RecordSessionTest, a_live_picture_that_is_stopped_ends_it) {
+    pressButton();
+    ASSERT_TRUE(waitUntil([this] { return written() >= 5; }));
+    widget<QAction>(u"live"_qs).trigger();
+    ASSERT_TRUE(waitForText(u"the live picture was stopped"_qs)) << text().toStdString();
+}
+
+TEST_F(RecordSessionTest, closing_its_tab_asks_and_then_leaves_a_whole_file) {
+    widget<QComboBox>(u"recordEnd"_qs).setCurrentIndex(2);
+    pressButton();
+    ASSERT_TRUE(waitUntil([this] { return written() >= 5; }));
+    answerNext(QMessageBox::No);
+    widget<QAction>(u"closeCamera"_qs).trigger();
+    EXPECT_TRUE(isRecording());
+    answerNext(QMessageBox::Yes);
+    widget<QAction>(u"closeCamera"_qs).trigger();
+    EXPECT_EQ(desk().currentPage(), nullptr);
+    ASSERT_TRUE(waitForText(u"the camera was closed"_qs)) << text().toStdString();
+    const OmeXml document(TiffReadBack(recorded()).description());
+    EXPECT_FALSE(document.note(u"Camera frames delivered"_qs).isEmpty());
+}
+
 TEST_F(RecordSessionTest, closing_unasked_completes_the_file) {
     widget<QComboBox>(u"recordEnd"_qs).setCurrentIndex(2);
     pressButton();
@@ -119,4 +175,34 @@ TEST_F(RecordSessionTest, closing_unasked_completes_the_file) {
     EXPECT_GE(QImageReader(recorded()).imageCount(), 5);
     const QByteArray file = readFile(recorded());
     EXPECT_TRUE(file.contains("the program was closed"));
+}
+
+TEST_F(RecordSessionTest, a_folder_with_the_number_sign_gets_its_series) {
+    PCaptureFolder::setPath(captureFolder() + u"/slide#3"_qs);
+    widget<QSpinBox>(u"recordFrames"_qs).setValue(3);
+    widget<QComboBox>(u"recordFormat"_qs).setCurrentIndex(2);
+    pressButton();
+    ASSERT_TRUE(waitForText(u"Recorded 3 frames"_qs)) << text().toStdString();
+    const QDir folder(captureFolder() + u"/slide#3"_qs);
+    const QStringList series = folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    ASSERT_EQ(series.size(), 1);
+    EXPECT_EQ(QDir(folder.filePath(series.first())).entryList(QDir::Files).size(), 3);
+}
+
+TEST_F(RecordSessionTest, a_file_that_is_removed_meanwhile_is_not_called_recorded) {
+    widget<QComboBox>(u"recordEnd"_qs).setCurrentIndex(2);
+    pressButton();
+    ASSERT_TRUE(waitUntil([this] { return written() >= 5; }));
+    EXPECT_TRUE(text().contains(u"Small-S0001"_qs)) << text().toStdString();
+    ASSERT_TRUE(QFile::remove(recorded()));
+    pressButton();
+    ASSERT_TRUE(waitForText(u"the file was removed"_qs)) << text().toStdString();
+}
+
+TEST_F(RecordSessionTest, a_folder_that_cannot_be_made_is_told_in_the_panel) {
+    writeFile(path(u"file"_qs), "x");
+    PCaptureFolder::setPath(path(u"file/folder"_qs));
+    pressButton();
+    EXPECT_FALSE(isRecording());
+    EXPECT_TRUE(text().contains(u"No recording"_qs)) << text().toStdString();
 }

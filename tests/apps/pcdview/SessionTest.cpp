@@ -9,6 +9,7 @@
 #include <apps/pcdview/window/PMainWindow.h>
 
 #include <PCd/PDeviceProperty.h>
+#include <PCd/PEnumeration.h>
 
 #include <support/QtPrinters.h>
 
@@ -23,7 +24,10 @@
 #include <QListWidget>
 #include <QMenuBar>
 #include <QSlider>
+#include <QTabBar>
 #include <QTest>
+
+#include <algorithm>
 
 namespace {
 
@@ -47,6 +51,12 @@ protected:
     QSize sizeShown() {
         const PImage& image = inFront().frame().image;
         return {int(image.width()), int(image.height())};
+    }
+
+    QByteArray pixels() {
+        const PImage& image = inFront().frame().image;
+        const auto* const bytes = image.rawData(PDIP::AccessMode::Read).constData();
+        return QByteArray(reinterpret_cast<const char*>(bytes), qsizetype(image.dataSize()));
     }
 
     /// The point of the view that shows this point of the picture.
@@ -201,11 +211,22 @@ TEST_F(SessionTest, the_full_screen_shows_the_picture_alone_until_escape) {
     EXPECT_TRUE(window().isFullScreen());
     EXPECT_FALSE(window().menuBar()->isVisible());
     EXPECT_FALSE(widget<QDockWidget>(u"settingsDock"_qs).isVisible());
+    EXPECT_FALSE(widget<QTabBar>(u"tabs"_qs).isVisible());
     key(Qt::Key_Escape);
     EXPECT_FALSE(window().isFullScreen());
     EXPECT_TRUE(window().menuBar()->isVisible());
     EXPECT_TRUE(widget<QDockWidget>(u"settingsDock"_qs).isVisible());
     EXPECT_FALSE(widget<QDockWidget>(u"logDock"_qs).isVisible());
+}
+
+TEST_F(SessionTest, the_window_fits_a_screen_of_1280_by_720_in_either_language) {
+    for (const auto* language : {"en", "ru"}) {
+        start({camera()}, {u"--lang"_qs, QString::fromLatin1(language)});
+        ASSERT_TRUE(waitForNewFrames());
+        EXPECT_LE(window().minimumSizeHint().width(), 1280) << language;
+        EXPECT_LE(window().minimumSizeHint().height(), 720) << language;
+        end();
+    }
 }
 
 TEST_F(SessionTest, panels_are_where_they_were_the_last_time) {
@@ -216,6 +237,95 @@ TEST_F(SessionTest, panels_are_where_they_were_the_last_time) {
     start({camera()});
     EXPECT_FALSE(widget<QDockWidget>(u"histogramDock"_qs).isVisible());
     EXPECT_TRUE(widget<QDockWidget>(u"logDock"_qs).isVisible());
+}
+
+TEST_F(SessionTest, zeros_of_a_lost_cable_are_not_what_is_restored) {
+    start({camera()});
+    ASSERT_TRUE(waitForNewFrames());
+    property("autoexpottime").setValue(7000u);
+    ASSERT_TRUE(waitForNewFrames());
+    fail("Toupcam_get_ExpoTime", 1); // the cable is out, and nobody has been told yet
+    ASSERT_TRUE(waitUntil([this] { return property("autoexpottime").valueInner() == 0u; }));
+    ASSERT_TRUE(unplug("cam-1"));
+    ASSERT_TRUE(waitUntil([this] { return inFront().state() == PViewCamera::State::Unplugged; }));
+    ASSERT_TRUE(plug("cam-1"));
+    ASSERT_TRUE(waitUntil([this] { return inFront().state() == PViewCamera::State::Live; }));
+    EXPECT_EQ(property("autoexpottime").valueInner().toUInt(), 7000u);
+    EXPECT_EQ(inFront().notes(), QStringList());
+}
+
+TEST_F(SessionTest, the_size_of_a_pixel_follows_resolution_and_binning) {
+    start({camera()});
+    ASSERT_TRUE(waitForNewFrames());
+    page().setPixelSize(0.5);
+    EXPECT_EQ(page().pixelSizeOfPicture(), 0.5);
+    const auto modes = inFront().device()->getSupportModes();
+    ASSERT_TRUE(inFront().setMode(modes.last()).isOk());
+    ASSERT_TRUE(waitUntil([this] { return sizeShown() == QSize(160, 120); }));
+    EXPECT_EQ(page().pixelSizeOfPicture(), 1.0);
+
+    const auto choices = property("binning").rangeInner().value<PEnumeration>().items();
+    const auto twoByTwo = std::find_if(choices.begin(), choices.end(), [](const auto& item) {
+        return item.name.contains(u"2x2"_qs);
+    });
+    ASSERT_NE(twoByTwo, choices.end());
+    property("binning").setValue(twoByTwo->id);
+    ASSERT_TRUE(waitUntil([this] { return sizeShown() == QSize(80, 60); }));
+    EXPECT_EQ(page().pixelSizeOfPicture(), 2.0);
+    EXPECT_EQ(page().pixelSize(), 0.5);
+}
+
+TEST_F(SessionTest, the_region_tool_does_not_wait_in_a_tab_that_was_left) {
+    start({camera(), camera(u"cam-2"_qs, u"S0002"_qs)});
+    ASSERT_TRUE(waitForNewFrames());
+    PCameraPage& first = page();
+    key(Qt::Key_D, Qt::ControlModifier);
+    ASSERT_EQ(first.view().tool(), PImageView::Tool::Region);
+    ASSERT_TRUE(desk().open(u"Small-S0002"_qs).isOk());
+    EXPECT_EQ(first.view().tool(), PImageView::Tool::Move);
+    EXPECT_FALSE(widget<QAction>(u"region"_qs).isChecked());
+}
+
+TEST_F(SessionTest, a_camera_that_comes_back_leaves_the_tab_in_front_alone) {
+    start({camera(), camera(u"cam-2"_qs, u"S0002"_qs)});
+    ASSERT_TRUE(waitForNewFrames());
+    PCameraPage& first = page();
+    ASSERT_TRUE(desk().open(u"Small-S0002"_qs).isOk());
+    ASSERT_TRUE(unplug("cam-1"));
+    ASSERT_TRUE(waitUntil([&] { return first.camera().state() == PViewCamera::State::Unplugged; }));
+    ASSERT_TRUE(plug("cam-1"));
+    ASSERT_TRUE(waitUntil([&] { return first.camera().state() == PViewCamera::State::Live; }));
+    EXPECT_EQ(inFront().identity().serial, u"S0002"_qs);
+}
+
+TEST_F(SessionTest, a_camera_that_could_not_be_opened_is_tried_again) {
+    faults = {QJsonObject{{u"do"_qs, u"fail"_qs},
+                          {u"function"_qs, u"Toupcam_StartPushMode"_qs},
+                          {u"count"_qs, 1},
+                          {u"result"_qs, int(0x80004005)}}};
+    start({camera()});
+    EXPECT_EQ(inFront().state(), PViewCamera::State::Unplugged);
+    EXPECT_TRUE(widget<QLabel>(u"banner"_qs).text().contains(u"cannot be opened"_qs));
+    EXPECT_TRUE(widget<QListWidget>(u"cameras"_qs).item(0)->text().contains(u"not open"_qs));
+    widget<QAction>(u"search"_qs).trigger();
+    EXPECT_EQ(inFront().state(), PViewCamera::State::Live)
+        << widget<QLabel>(u"banner"_qs).text().toStdString();
+    EXPECT_TRUE(waitForNewFrames());
+    EXPECT_FALSE(widget<QLabel>(u"banner"_qs).isVisible());
+}
+
+TEST_F(SessionTest, contrast_is_stretched_on_the_screen_also_of_a_picture_that_stands) {
+    start({camera()});
+    ASSERT_TRUE(waitForNewFrames());
+    key(Qt::Key_L, Qt::ControlModifier);
+    widget<QDockWidget>(u"histogramDock"_qs).close();
+    const QImage before = page().view().grab().toImage();
+    const QByteArray taken = pixels();
+    key(Qt::Key_T, Qt::ControlModifier);
+    EXPECT_TRUE(waitUntil([&] { return page().view().grab().toImage() != before; }));
+    EXPECT_EQ(pixels(), taken);
+    key(Qt::Key_T, Qt::ControlModifier);
+    EXPECT_EQ(page().view().grab().toImage(), before);
 }
 
 TEST_F(SessionTest, a_whole_session_from_opening_to_closing) {

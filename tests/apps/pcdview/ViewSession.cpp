@@ -102,6 +102,12 @@ bool ViewSession::plug(const char* camera) {
     return simFunction<int(const char*)>("ToupcamSim_plug")(camera) == 1;
 }
 
+void ViewSession::fail(const char* function, unsigned calls) {
+    constexpr int failed = int(0x80004005); // E_FAIL
+    simFunction<void(const char*, unsigned, unsigned, int)>("ToupcamSim_failCall")(function, 0,
+                                                                                   calls, failed);
+}
+
 QWidget& ViewSession::widgets() {
     return window();
 }

@@ -50,6 +50,8 @@ protected:
     /// Pulls and plugs the cable of a simulated camera.
     static bool unplug(const char* camera);
     static bool plug(const char* camera);
+    /// Has the next calls of a function of the SDK fail.
+    static void fail(const char* function, unsigned calls);
     QString captureFolder() const { return path(QStringLiteral("captures")); }
 
 private:

@@ -29,6 +29,7 @@
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QSpinBox>
 #include <QTest>
 #include <QTreeWidget>
@@ -192,7 +193,12 @@ TEST_F(WindowPicturesTest, a_recording_says_how_far_it_is) {
     auto& bar = widget<QProgressBar>(u"recordBar"_qs);
     ASSERT_TRUE(waitUntil([&] { return bar.value() >= bar.maximum() / 10; }));
     const QString text = widget<QLabel>(u"recordText"_qs).text();
-    EXPECT_TRUE(text.contains(u"Time left: 0:"_qs)) << text.toStdString();
+    // 180 frames or fewer, at 15 a second.
+    const QRegularExpressionMatch left =
+        QRegularExpression(u"Time left: 0:00:(\\d\\d)"_qs).match(text);
+    ASSERT_TRUE(left.hasMatch()) << text.toStdString();
+    EXPECT_GE(left.captured(1).toInt(), 5);
+    EXPECT_LE(left.captured(1).toInt(), 30);
     EXPECT_TRUE(cutOff().isEmpty()) << cutOff().join(u'\n').toStdString();
     save(dock("recordDock"), u"recording.png"_qs);
     QTest::mouseClick(&widget<QPushButton>(u"recordButton"_qs), Qt::LeftButton);

@@ -14,6 +14,9 @@ constexpr double unusedShare = 0.001; // of the samples, at either end
 /// and again would make each wait for the last.
 using FastCounts = std::array<std::array<quint32, 256>, 2>;
 
+enum Table : std::size_t { red, green, blue, luma, tables };
+using Tables = std::array<FastCounts, tables>;
+
 void addTo(PFrameAnalysis::Counts& sums, FastCounts& counts) {
     for (auto& part : counts) {
         for (std::size_t value = 0; value < sums.size(); ++value)
@@ -24,17 +27,20 @@ void addTo(PFrameAnalysis::Counts& sums, FastCounts& counts) {
 
 /// A row is at most 2^31 pixels, so that its counts fit.
 template <typename Layout>
-void countRow(const unsigned char* row, long width, std::array<FastCounts, 3>& counts,
-              PFrameAnalysis& analysis) {
+void countRow(const unsigned char* row, long width, Tables& counts, PFrameAnalysis& analysis) {
     for (long x = 0; x < width; ++x, row += Layout::bytes) {
         const std::size_t part = std::size_t(x) & 1;
-        const unsigned char green = row[Layout::green];
-        ++counts[1][part][green];
-        unsigned char highest = green;
+        const unsigned char g = row[Layout::green];
+        ++counts[green][part][g];
+        unsigned char highest = g;
         if constexpr (!Layout::isGrey) {
-            ++counts[0][part][row[Layout::red]];
-            ++counts[2][part][row[Layout::blue]];
-            highest = std::max({green, row[Layout::red], row[Layout::blue]});
+            const unsigned char r = row[Layout::red];
+            const unsigned char b = row[Layout::blue];
+            ++counts[red][part][r];
+            ++counts[blue][part][b];
+            // BT.601, in 256ths: 0.299, 0.587, 0.114.
+            ++counts[luma][part][(77U * r + 150U * g + 29U * b) >> 8];
+            highest = std::max({g, r, b});
         }
         analysis.over += highest == 255 ? 1 : 0;
         analysis.under += highest == 0 ? 1 : 0;
@@ -44,14 +50,17 @@ void countRow(const unsigned char* row, long width, std::array<FastCounts, 3>& c
 template <typename Layout>
 void countPixels(const unsigned char* pixels, const PImageHeader& header,
                  PFrameAnalysis& analysis) {
-    std::array<FastCounts, 3> counts{};
+    Tables counts{};
     analysis.channels.resize(Layout::isGrey ? 1 : 3);
     for (long y = 0; y < header.height(); ++y) {
         countRow<Layout>(pixels + std::size_t(y) * header.bytesPerLine(), header.width(), counts,
                          analysis);
         for (std::size_t c = 0; c < analysis.channels.size(); ++c)
-            addTo(analysis.channels[c], counts[Layout::isGrey ? 1 : c]);
+            addTo(analysis.channels[c], counts[Layout::isGrey ? green : c]);
+        addTo(analysis.luma, counts[luma]);
     }
+    if (Layout::isGrey)
+        analysis.luma = analysis.channels.front();
     analysis.focus = PFocusScore::of<Layout>(pixels, header);
 }
 

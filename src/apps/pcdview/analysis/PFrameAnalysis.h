@@ -14,6 +14,7 @@ struct PFrameAnalysis {
     using Counts = std::array<quint64, 256>; ///< pixels of each sample value
 
     std::vector<Counts> channels; ///< one (grey), or red, green and blue; none for no picture
+    Counts luma{};                ///< of a colour picture, as grey: BT.601; else as the one channel
     quint64 pixels = 0;
     quint64 over = 0;  ///< pixels with a sample at 255
     quint64 under = 0; ///< pixels with all samples at 0

@@ -28,8 +28,11 @@ void PHistogramWidget::setAnalysis(const PFrameAnalysis& analysis) {
     m_analysis = analysis;
     m_highest = 0;
     // The end levels collect all that is clipped; they would press everything else flat.
-    for (const auto& counts : analysis.channels)
+    const auto look = [this](const PFrameAnalysis::Counts& counts) {
         m_highest = std::max(m_highest, *std::max_element(counts.begin() + 1, counts.end() - 1));
+    };
+    std::for_each(analysis.channels.begin(), analysis.channels.end(), look);
+    look(analysis.luma);
     update();
 }
 
@@ -39,7 +42,11 @@ void PHistogramWidget::setLogarithmic(bool logarithmic) {
 }
 
 double PHistogramWidget::heightOf(std::size_t channel, std::size_t level) const {
-    const auto count = double(m_analysis.channels[channel][level]);
+    return height(m_analysis.channels[channel][level]);
+}
+
+double PHistogramWidget::height(quint64 pixels) const {
+    const auto count = double(pixels);
     const auto highest = double(std::max<quint64>(m_highest, 1));
     const double height = m_logarithmic ? std::log1p(count) / std::log1p(highest) : count / highest;
     return std::min(height, 1.0);
@@ -51,8 +58,13 @@ void PHistogramWidget::paintEvent(QPaintEvent*) {
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF area = QRectF(rect()).adjusted(4, 4, -4, -4);
     paintGrid(painter, area);
+    if (m_analysis.pixels == 0)
+        return;
+    if (!m_analysis.isGrey())
+        paintCounts(painter, area, m_analysis.luma, palette().color(QPalette::PlaceholderText));
     for (std::size_t channel = 0; channel < m_analysis.channels.size(); ++channel)
-        paintChannel(painter, area, channel);
+        paintCounts(painter, area, m_analysis.channels[channel],
+                    colorOf(channel, m_analysis.isGrey(), palette()));
 }
 
 void PHistogramWidget::paintGrid(QPainter& painter, const QRectF& area) const {
@@ -64,15 +76,14 @@ void PHistogramWidget::paintGrid(QPainter& painter, const QRectF& area) const {
     painter.drawLine(area.bottomLeft(), area.bottomRight());
 }
 
-void PHistogramWidget::paintChannel(QPainter& painter, const QRectF& area,
-                                    std::size_t channel) const {
+void PHistogramWidget::paintCounts(QPainter& painter, const QRectF& area,
+                                   const PFrameAnalysis::Counts& counts, QColor color) const {
     QPainterPath path(area.bottomLeft());
     for (int level = 0; level < levels; ++level) {
         const double x = area.left() + area.width() * level / (levels - 1);
-        path.lineTo(x, area.bottom() - area.height() * heightOf(channel, std::size_t(level)));
+        path.lineTo(x, area.bottom() - area.height() * height(counts[std::size_t(level)]));
     }
     path.lineTo(area.bottomRight());
-    QColor color = colorOf(channel, m_analysis.isGrey(), palette());
     painter.setPen(QPen(color, 1.2));
     color.setAlpha(60);
     painter.setBrush(color);

@@ -7,7 +7,7 @@
 
 class QPainter;
 
-/// Draws the histogram of a picture: a curve for grey, or one for each colour. The GUI thread.
+/// Draws the histogram of a picture: a curve for grey, and one for each colour. The GUI thread.
 class PHistogramWidget : public QWidget {
     Q_OBJECT
 
@@ -29,7 +29,9 @@ protected:
 
 private:
     void paintGrid(QPainter& painter, const QRectF& area) const;
-    void paintChannel(QPainter& painter, const QRectF& area, std::size_t channel) const;
+    double height(quint64 pixels) const;
+    void paintCounts(QPainter& painter, const QRectF& area, const PFrameAnalysis::Counts& counts,
+                     QColor color) const;
 
     PFrameAnalysis m_analysis;
     quint64 m_highest = 0;

@@ -26,11 +26,10 @@ PViewCamera::PViewCamera(PCameraIdentity identity, QObject* parent)
 PViewCamera::~PViewCamera() {
     if (m_device == nullptr)
         return;
-    m_exposure.reset();
-    m_memory.release();
-    disconnect(m_device, nullptr, this, nullptr);
-    m_device->stopStream();
-    m_device->unlink();
+    PDevice* const device = m_device;
+    leaveDevice();
+    device->stopStream();
+    device->unlink();
 }
 
 PStatus PViewCamera::attach(PDevice* device) {
@@ -39,15 +38,24 @@ PStatus PViewCamera::attach(PDevice* device) {
     connectDevice();
     const PStatus status = open();
     if (!status.isOk() && m_device != nullptr) {
-        disconnect(m_device, nullptr, this, nullptr);
-        m_exposure.reset();
-        m_memory.release();
-        m_device->unlink();
-        m_device = nullptr;
+        PDevice* const refused = m_device;
+        leaveDevice();
+        refused->unlink();
     }
     emit stateChanged();
     emit modeChanged();
     return status;
+}
+
+/// Hears no more of the device.
+void PViewCamera::leaveDevice() {
+    m_exposure.reset();
+    m_memory.release();
+    m_isTriggered = false;
+    disconnect(m_device, nullptr, this, nullptr);
+    if (PDeviceProperty* const exposure = m_device->getProperty(PCaptureMode::propertyId))
+        disconnect(exposure, nullptr, this, nullptr);
+    m_device = nullptr;
 }
 
 PStatus PViewCamera::open() {
@@ -99,14 +107,8 @@ void PViewCamera::connectDevice() {
 }
 
 void PViewCamera::detach() {
-    m_exposure.reset();
-    m_memory.release();
     m_lastLedger = m_device->frameLedger();
-    m_isTriggered = false;
-    disconnect(m_device, nullptr, this, nullptr);
-    if (PDeviceProperty* const exposure = m_device->getProperty(PCaptureMode::propertyId))
-        disconnect(exposure, nullptr, this, nullptr);
-    m_device = nullptr;
+    leaveDevice();
     m_pace.reset();
     emit stateChanged();
 }

@@ -71,6 +71,7 @@ signals:
 private:
     void connectDevice();
     PStatus open();
+    void leaveDevice();
     void restoreSettings();
     void followTrigger();
     void countFrame(const PImage& image);

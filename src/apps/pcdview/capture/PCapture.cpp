@@ -31,14 +31,12 @@ void PCapture::takeStill(PViewCamera& camera) {
 void PCapture::saveStill(const PViewCamera& camera, const PDeviceFrame& frame) {
     const QString path = PCaptureFolder::newPath(camera.identity().id, QDateTime::currentDateTime(),
                                                  PCaptureFolder::stillEnding());
-    m_saver.save({path, frame,
-                  pictureTextOf(camera.identity(), frame.stamp.get()),
+    m_saver.save({path, frame, pictureTextOf(camera.identity(), frame.stamp.get()),
                   PPictureFile::Existing::Keep});
 }
 
-void PCapture::saveShown(const PViewCamera& camera, const QString& path) {
-    const PDeviceFrame& frame = camera.frame();
-    m_saver.save({path, frame,
-                  pictureTextOf(camera.identity(), frame.stamp.get()),
-                  PPictureFile::Existing::Replace});
+void PCapture::saveFrame(const PCameraIdentity& camera, const PDeviceFrame& frame,
+                         const QString& path) {
+    m_saver.save(
+        {path, frame, pictureTextOf(camera, frame.stamp.get()), PPictureFile::Existing::Replace});
 }

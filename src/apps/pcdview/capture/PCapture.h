@@ -6,6 +6,7 @@
 #include <QObject>
 
 class PViewCamera;
+struct PCameraIdentity;
 
 /// Takes and saves single pictures of cameras. The GUI thread.
 class PCapture : public QObject {
@@ -18,9 +19,9 @@ public:
     void follow(PViewCamera* camera);
     /// Asks the camera for a still picture.
     void takeStill(PViewCamera& camera);
-    /// Saves the picture that the camera has shown last, replacing what is there: the person has
-    /// been asked.
-    void saveShown(const PViewCamera& camera, const QString& path);
+    /// Saves a picture that this camera has taken, replacing what is there: the person has been
+    /// asked.
+    void saveFrame(const PCameraIdentity& camera, const PDeviceFrame& frame, const QString& path);
 
 signals:
     /// How it went, in words for a status bar.

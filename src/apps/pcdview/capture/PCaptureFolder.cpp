@@ -3,6 +3,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QHash>
 #include <QSet>
 #include <QSettings>
 #include <QStandardPaths>
@@ -12,6 +13,13 @@ namespace {
 const QString folderKey = u"capture/folder"_qs;
 const QString patternKey = u"capture/names"_qs;
 const QString endingKey = u"capture/stillEnding"_qs;
+
+/// The highest number in use of names that differ in nothing else: a folder of thousands of
+/// pictures is not gone through again for each.
+QHash<QString, int>& lastNumbers() {
+    static QHash<QString, int> numbers;
+    return numbers;
+}
 
 QSet<QString>& givenOut() {
     static QSet<QString> paths;
@@ -26,8 +34,11 @@ bool isTaken(const QString& path) {
 } // namespace
 
 QString PCaptureFolder::path() {
+    const QString chosen = QSettings().value(folderKey).toString();
+    if (QDir::isAbsolutePath(chosen)) // people can edit the settings file
+        return chosen;
     const QString pictures = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
-    return QSettings().value(folderKey, QDir(pictures).filePath(u"pcdview"_qs)).toString();
+    return QDir(pictures).filePath(u"pcdview"_qs);
 }
 
 void PCaptureFolder::setPath(const QString& folder) {
@@ -65,9 +76,14 @@ QString PCaptureFolder::nextPath(const QString& camera, const QDateTime& time,
                                  const QString& ending) {
     const QDir folder(path());
     const PNamePattern names = pattern();
-    for (int number = 1;; ++number) {
-        const QString candidate = folder.filePath(names.name(camera, time, number) + ending);
-        if (!isTaken(candidate))
-            return candidate;
-    }
+    const auto pathOf = [&](int number) {
+        return folder.filePath(names.name(camera, time, number) + ending);
+    };
+    const QString family = pathOf(0);
+    int number = lastNumbers().value(family, 0) + 1;
+    while (isTaken(pathOf(number)))
+        ++number;
+    if (number > 2) // a time makes names of their own, of which nothing need be kept
+        lastNumbers().insert(family, number - 1);
+    return pathOf(number);
 }

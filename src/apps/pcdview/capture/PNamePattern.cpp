@@ -29,7 +29,7 @@ QString unknownMark(const QString& text) {
 
 /// The first character that makes trouble in a file's name; empty if there is none.
 QString badCharacter(const QString& text) {
-    static const QRegularExpression bad(u"[/\\\\:*?\"<>|\\x00-\\x1f]"_qs);
+    static const QRegularExpression bad(u"[/\\\\:*?\"<>|#\\x00-\\x1f]"_qs);
     return bad.match(text).captured();
 }
 
@@ -43,9 +43,9 @@ PStatus PNamePattern::setText(const QString& text) {
     if (text.trimmed().isEmpty() || text.startsWith(u'.'))
         return PStatus::failure(
             tr("\"%1\" names no file: expected a name that does not begin with a dot").arg(text));
-    if (text.size() > longestText)
+    if (text.toUtf8().size() > longestText)
         return PStatus::failure(
-            tr("the name is too long: expected up to %1 characters").arg(longestText));
+            tr("the name is too long: expected up to %1 bytes").arg(longestText));
     if (const QString bad = badCharacter(text); !bad.isEmpty())
         return PStatus::failure(tr("\"%1\" cannot be in the name of a file").arg(bad));
     if (const QString mark = unknownMark(text); !mark.isEmpty()) {

@@ -3,6 +3,7 @@
 
 #include <QCoreApplication>
 #include <QEvent>
+#include <apps/pcdview/PViewLog.h>
 
 #include <exception>
 #include <utility>
@@ -40,6 +41,11 @@ PPictureSaver::~PPictureSaver() {
     }
     m_wake.notify_all();
     m_worker.join();
+    // Nobody is there any more to be told.
+    for (const Result& result : m_results) {
+        if (!result.reason.isEmpty())
+            PViewLog::warning(result.reason);
+    }
 }
 
 void PPictureSaver::save(Job job) {

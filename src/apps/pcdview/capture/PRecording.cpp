@@ -5,6 +5,7 @@
 #include <apps/common/PPictureFile.h>
 #include <apps/common/PSensorTemperature.h>
 #include <apps/common/PSeriesWriter.h>
+#include <apps/pcdview/PViewLog.h>
 #include <apps/pcdview/camera/PViewCamera.h>
 #include <apps/pcdview/capture/PCaptureFolder.h>
 
@@ -13,6 +14,7 @@
 namespace {
 
 constexpr int checkEveryMs = 100;
+constexpr std::chrono::seconds worthTelling(3); // longer than most exposures
 
 using Format = PRecordSettings::Format;
 
@@ -38,8 +40,15 @@ PRecording::PRecording(QObject* parent)
 }
 
 PRecording::~PRecording() {
-    if (isRunning())
-        end(tr("the program was closed"));
+    endAsProgramCloses();
+    if (!isRunning())
+        return;
+    while (!m_recorder->waitUntilFinished(std::chrono::milliseconds(checkEveryMs)))
+        continue;
+    // Nobody is there any more to be told.
+    const QString error = m_recorder->progress().error;
+    if (!error.isEmpty())
+        PViewLog::warning(error);
 }
 
 PStatus PRecording::start(PViewCamera& camera, const PRecordSettings& settings, double pixelSize) {
@@ -61,6 +70,7 @@ PStatus PRecording::start(PViewCamera& camera, const PRecordSettings& settings, 
     m_begin = PFrameRecorder::Clock::now();
     m_trouble.clear();
     m_isEnding = false;
+    m_ledgerBefore = camera.ledger();
     m_device->addFrameSink(m_recorder);
     m_check.start();
     emit changed();
@@ -82,25 +92,43 @@ std::unique_ptr<PFrameWriter> PRecording::makeWriter(const PViewCamera& camera,
         return std::make_unique<POmeStackWriter>(options);
     }
     PNumberedFiles files;
-    files.setPattern(m_path + endingOf(settings.format));
+    files.setPattern(m_path + endingOf(settings.format)); // good: its file name is ours
     return std::make_unique<PSeriesWriter>(files, camera.identity());
 }
 
 void PRecording::stop() {
+    if (!isRunning())
+        return;
+    // Without a set end it is the end that was wanted.
+    const std::optional<double> share = m_recorder->progress().share;
+    end(share && *share < 1 ? QT_TR_NOOP("it was stopped") : "");
+}
+
+void PRecording::endAsCameraCloses() {
     if (isRunning())
-        end(QString());
+        end(QT_TR_NOOP("the camera was closed"));
+}
+
+void PRecording::endAsProgramCloses() {
+    if (isRunning())
+        end(QT_TR_NOOP("the program was closed"));
+}
+
+bool PRecording::isOf(const PViewCamera& camera) const {
+    return isRunning() && m_camera == &camera;
 }
 
 PFrameRecorder::Progress PRecording::progress() const {
     return isRunning() ? m_recorder->progress() : PFrameRecorder::Progress();
 }
 
-std::optional<std::chrono::seconds> PRecording::timeLeft() const {
-    const std::optional<double> share = progress().share;
-    if (!share || *share <= 0)
+std::optional<std::chrono::seconds> PRecording::silence() const {
+    if (!isRunning() || m_camera == nullptr || m_camera->frame().stamp == nullptr)
         return std::nullopt;
-    const std::chrono::duration<double> taken = PFrameRecorder::Clock::now() - m_begin;
-    return std::chrono::seconds(std::llround(taken.count() * (1 - *share) / *share));
+    const auto last = std::max(m_camera->frame().stamp->arrived, m_begin);
+    const auto since =
+        std::chrono::floor<std::chrono::seconds>(PFrameRecorder::Clock::now() - last);
+    return since < worthTelling ? std::nullopt : std::optional(since);
 }
 
 void PRecording::check() {
@@ -114,24 +142,28 @@ void PRecording::check() {
         return;
     }
     if (progress.isOver)
-        end(QString());
+        end("");
     else if (m_camera == nullptr)
-        end(tr("the camera was closed"));
+        end(QT_TR_NOOP("the camera was closed"));
     else if (m_device == nullptr || m_camera->device() != m_device)
-        end(tr("the camera was unplugged"));
+        end(QT_TR_NOOP("the camera was unplugged"));
+    else if (m_camera->state() != PViewCamera::State::Live)
+        end(QT_TR_NOOP("the live picture was stopped"));
     emit changed();
 }
 
-void PRecording::end(const QString& trouble) {
+void PRecording::end(const char* trouble) {
     if (std::exchange(m_isEnding, true))
         return;
-    m_trouble = trouble;
+    m_trouble = tr(trouble);
     std::optional<PFrameLedger> ledger;
-    if (m_camera != nullptr)
-        ledger = m_camera->ledger();
+    // Not of a device that has come in its place meanwhile.
+    if (m_camera != nullptr && m_camera->device() == m_device)
+        ledger = m_camera->ledger().since(m_ledgerBefore);
     if (m_device != nullptr)
         m_device->removeFrameSink(m_recorder);
-    m_recorder->end(ledger, trouble);
+    // In the file, the reason is in the language of all that is in there.
+    m_recorder->end(ledger, QString::fromLatin1(trouble));
 }
 
 QString PRecording::outcome(const PFrameRecorder::Progress& progress) const {

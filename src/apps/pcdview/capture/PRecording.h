@@ -2,6 +2,7 @@
 #pragma once
 
 #include <apps/common/PFrameRecorder.h>
+#include <apps/pcdview/camera/PViewCamera.h>
 #include <apps/pcdview/capture/PRecordSettings.h>
 
 #include <PCd/PDevice.h>
@@ -11,8 +12,6 @@
 #include <QTimer>
 
 #include <memory>
-
-class PViewCamera;
 
 /// One recording at a time, from its start to its complete files, while the live picture goes on.
 /// The GUI thread.
@@ -30,10 +29,18 @@ public:
     /// Takes no more frames; those taken are written yet.
     void stop();
 
+    /// Ends it, if it runs, while the camera can still tell what became of the frames.
+    void endAsCameraCloses();
+    void endAsProgramCloses();
+
+    /// True while it records this camera.
+    bool isOf(const PViewCamera& camera) const;
     bool isRunning() const { return m_recorder != nullptr; }
     PFrameRecorder::Progress progress() const;
-    /// Time to the set end, by what it has taken so far; nothing without one.
-    std::optional<std::chrono::seconds> timeLeft() const;
+    /// How long no frame has come, where that is worth telling.
+    std::optional<std::chrono::seconds> silence() const;
+    /// The name of the camera that is recorded.
+    QString camera() const { return m_camera == nullptr ? QString() : m_camera->identity().id; }
     /// The file, or the folder of a series.
     const QString& path() const { return m_path; }
 
@@ -47,7 +54,7 @@ private:
     std::unique_ptr<PFrameWriter> makeWriter(const PViewCamera& camera,
                                              const PRecordSettings& settings, double pixelSize);
     void check();
-    void end(const QString& trouble);
+    void end(const char* trouble);
     QString outcome(const PFrameRecorder::Progress& progress) const;
 
     std::shared_ptr<PFrameRecorder> m_recorder;
@@ -55,6 +62,7 @@ private:
     QPointer<PViewCamera> m_camera;
     QString m_path;
     QString m_trouble;
+    PFrameLedger m_ledgerBefore;
     PFrameRecorder::Clock::time_point m_begin;
     bool m_isEnding = false;
     QTimer m_check;

@@ -7,6 +7,7 @@
 
 #include <PCd/PDevice.h>
 
+#include <QTabBar>
 #include <QTabWidget>
 
 PCameraDesk::PCameraDesk(PCameraHost& host, QString problem, QWidget* parent)
@@ -16,11 +17,13 @@ PCameraDesk::PCameraDesk(PCameraHost& host, QString problem, QWidget* parent)
     , m_welcome(new PWelcomePage)
     , m_tabs(new QTabWidget) {
     m_tabs->setDocumentMode(true);
+    m_tabs->tabBar()->setObjectName(u"tabs"_qs);
     m_tabs->setTabsClosable(true);
     m_tabs->setMovable(true);
     addWidget(m_welcome);
     addWidget(m_tabs);
-    connect(m_tabs, &QTabWidget::tabCloseRequested, this, &PCameraDesk::closePage);
+    connect(m_tabs, &QTabWidget::tabCloseRequested, this,
+            [this](int index) { emit closeWanted(pageAt(index)); });
     connect(m_tabs, &QTabWidget::currentChanged, this,
             [this](int index) { emit currentPageChanged(pageAt(index)); });
     connect(m_welcome, &PWelcomePage::searchWanted, this, &PCameraDesk::search);
@@ -38,30 +41,31 @@ PCameraDesk::~PCameraDesk() {
 }
 
 PStatus PCameraDesk::open(const QString& camera) {
-    if (PCameraPage* const page = pageOf(camera)) {
-        m_tabs->setCurrentWidget(page);
-        return PStatus::Ok;
-    }
     const PDeviceManager::Selection selection = m_host.manager().select(camera);
-    return selection.device != nullptr ? openDevice(selection.device)
-                                       : PStatus::failure(selection.problem);
+    if (selection.device != nullptr)
+        return openDevice(selection.device, Front::Yes);
+    PCameraPage* const page = pageOf(camera);
+    if (page == nullptr)
+        return PStatus::failure(selection.problem);
+    m_tabs->setCurrentWidget(page); // of one that is unplugged
+    return PStatus::Ok;
 }
 
 void PCameraDesk::openFirst() {
     const QList<PDevice*> devices = m_host.manager().devices();
     if (m_tabs->count() == 0 && !devices.isEmpty())
-        openDevice(devices.first());
+        openDevice(devices.first(), Front::Yes);
 }
 
-PStatus PCameraDesk::openDevice(PDevice* device) {
-    const QString id = QString::fromUtf8(device->deviceId(false));
-    PCameraPage* page = pageOf(id);
+PStatus PCameraDesk::openDevice(PDevice* device, Front front) {
+    PCameraPage* page = pageOf(QString::fromUtf8(device->deviceId(false)));
     if (page == nullptr)
         page = addPage(device);
-    m_tabs->setCurrentWidget(page);
-    PStatus status(PStatus::Ok);
-    if (page->camera().device() == nullptr)
-        status = page->camera().attach(device);
+    if (front == Front::Yes)
+        m_tabs->setCurrentWidget(page);
+    if (page->camera().device() != nullptr)
+        return PStatus::Ok;
+    const PStatus status = page->camera().attach(device);
     page->setMessage(status.isOk() ? QString()
                                    : tr("This camera cannot be opened: %1").arg(status.reason()));
     showState(page);
@@ -77,29 +81,33 @@ PCameraPage* PCameraDesk::addPage(PDevice* device) {
     return page;
 }
 
-void PCameraDesk::closeCurrent() {
-    if (m_tabs->count() > 0)
-        closePage(m_tabs->currentIndex());
-}
-
-void PCameraDesk::closePage(int index) {
-    QWidget* const page = m_tabs->widget(index);
-    m_tabs->removeTab(index); // first: whoever shows its camera lets it go
+void PCameraDesk::closePage(PCameraPage* page) {
+    m_tabs->removeTab(m_tabs->indexOf(page)); // first: whoever shows its camera lets it go
     delete page;
     showSituation();
     emit entriesChanged();
 }
 
+void PCameraDesk::setTabsShown(bool shown) {
+    m_tabs->tabBar()->setVisible(shown);
+}
+
 void PCameraDesk::search() {
     m_host.manager().updateDevices();
+    // Those that could not be opened when they came: what was in the way may be gone.
+    for (PDevice* device : m_host.manager().devices()) {
+        if (pageOf(QString::fromUtf8(device->deviceId(false))) != nullptr)
+            openDevice(device, Front::No);
+    }
     openFirst();
     showSituation();
 }
 
 void PCameraDesk::onArrival(PDevice* device) {
     const bool isAwaited = pageOf(QString::fromUtf8(device->deviceId(false))) != nullptr;
+    // Not to the front: a person may be at work in another tab.
     if (isAwaited || m_tabs->count() == 0)
-        openDevice(device);
+        openDevice(device, Front::No);
     showSituation();
     emit entriesChanged();
 }
@@ -132,13 +140,26 @@ PCameraPage* PCameraDesk::pageOf(const QString& id) const {
     return nullptr;
 }
 
+QList<PCameraPage*> PCameraDesk::pages() const {
+    QList<PCameraPage*> pages;
+    for (int index = 0; index < m_tabs->count(); ++index)
+        pages.append(pageAt(index));
+    return pages;
+}
+
+QString PCameraDesk::stateOf(const PCameraPage* page) const {
+    if (page == nullptr)
+        return tr("ready");
+    return page->camera().device() == nullptr ? tr("not open") : tr("open");
+}
+
 QList<PCameraListPanel::Entry> PCameraDesk::entries() const {
     QList<PCameraListPanel::Entry> entries;
     QStringList present;
     for (const PDevice* device : m_host.manager().devices()) {
         const PCameraIdentity camera = m_host.identityOf(device);
         present.append(camera.id);
-        entries.append({camera, pageOf(camera.id) == nullptr ? tr("ready") : tr("open")});
+        entries.append({camera, stateOf(pageOf(camera.id))});
     }
     for (int index = 0; index < m_tabs->count(); ++index) {
         const PCameraIdentity& camera = pageAt(index)->camera().identity();

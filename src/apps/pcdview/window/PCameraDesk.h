@@ -22,15 +22,18 @@ public:
     /// Closes all cameras.
     ~PCameraDesk() override;
 
-    /// Opens the camera that a person has named (see PDeviceManager::select), or shows the tab it
-    /// has. Fails with the reason.
+    /// Opens the camera that a person has named (see PDeviceManager::select), in the tab it has or
+    /// in a new one, or only shows it where it is open. Fails with the reason.
     PStatus open(const QString& camera);
     /// Opens the first camera, if there is one and none is open.
     void openFirst();
-    void closeCurrent();
+    void closePage(PCameraPage* page);
+    /// Shows or hides the tabs themselves; their pages stay.
+    void setTabsShown(bool shown);
 
     /// The tab in front, or null.
     PCameraPage* currentPage() const;
+    QList<PCameraPage*> pages() const;
     /// The cameras that are there or open, for a list.
     QList<PCameraListPanel::Entry> entries() const;
 
@@ -46,18 +49,22 @@ signals:
     void pageAdded(PCameraPage* page);
     /// entries() has changed.
     void entriesChanged();
+    /// A person wants to close this tab.
+    void closeWanted(PCameraPage* page);
     void simulationWanted();
 
 private:
+    enum class Front { Yes, No };
+
     void onArrival(PDevice* device);
     void onDeparture(PDevice* device);
-    PStatus openDevice(PDevice* device);
+    PStatus openDevice(PDevice* device, Front front);
     PCameraPage* addPage(PDevice* device);
     PCameraPage* pageOf(const QString& id) const;
     PCameraPage* pageAt(int index) const;
-    void closePage(int index);
     void showState(PCameraPage* page);
     void showSituation();
+    QString stateOf(const PCameraPage* page) const;
     QString titleOf(const PCameraPage& page) const;
 
     PCameraHost& m_host;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <apps/pcdview/window/PCameraPage.h>
 
+#include <apps/pcdview/camera/PPixelScale.h>
 #include <apps/pcdview/camera/PRegionMap.h>
 #include <apps/pcdview/camera/PViewCamera.h>
 #include <apps/pcdview/view/PImageView.h>
@@ -13,6 +14,9 @@
 #include <QVBoxLayout>
 
 namespace {
+
+constexpr double smallestPixel = 0.0001; // micrometres: no light shows less
+constexpr double largestPixel = 1000;
 
 PDeviceProperty* regionOf(const PViewCamera& camera) {
     return camera.device() == nullptr ? nullptr : camera.device()->getProperty("roi");
@@ -40,7 +44,7 @@ PCameraPage::PCameraPage(PViewCamera* camera, QWidget* parent)
     m_banner->setAutoFillBackground(true);
     m_banner->setBackgroundRole(QPalette::ToolTipBase);
     m_banner->setForegroundRole(QPalette::ToolTipText);
-    m_view->setPixelSize(pixelSize());
+    m_view->setPixelSize(pixelSizeOfPicture());
     auto* const column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
@@ -48,10 +52,19 @@ PCameraPage::PCameraPage(PViewCamera* camera, QWidget* parent)
     column->addWidget(m_view, 1);
     connect(camera, &PViewCamera::stateChanged, this, &PCameraPage::showState);
     connect(camera, &PViewCamera::snapshotTaken, this, &PCameraPage::showState);
-    connect(camera, &PViewCamera::frameChanged, m_view,
-            [this](const PDeviceFrame& frame) { m_view->setImage(frame.image); });
+    connect(camera, &PViewCamera::frameChanged, this, &PCameraPage::showFrame);
     connect(m_view, &PImageView::regionDrawn, this, &PCameraPage::useRegion);
     showState();
+}
+
+void PCameraPage::showFrame(const PDeviceFrame& frame) {
+    m_view->setImage(frame.image);
+    const QSize size(int(frame.image.width()), int(frame.image.height()));
+    const double scale = PPixelScale::of(*m_camera->device(), size);
+    if (scale == m_pixelScale)
+        return;
+    m_pixelScale = scale;
+    m_view->setPixelSize(pixelSizeOfPicture());
 }
 
 void PCameraPage::setMessage(const QString& message) {
@@ -60,12 +73,13 @@ void PCameraPage::setMessage(const QString& message) {
 }
 
 double PCameraPage::pixelSize() const {
-    return QSettings().value(pixelSizeKey(), 0.0).toDouble();
+    const double size = QSettings().value(pixelSizeKey(), 0.0).toDouble();
+    return size >= smallestPixel && size <= largestPixel ? size : 0; // people can edit the file
 }
 
 void PCameraPage::setPixelSize(double micrometres) {
     QSettings().setValue(pixelSizeKey(), micrometres);
-    m_view->setPixelSize(micrometres);
+    m_view->setPixelSize(pixelSizeOfPicture());
 }
 
 QString PCameraPage::pixelSizeKey() const {

@@ -6,6 +6,7 @@
 class PImageView;
 class PViewCamera;
 class QLabel;
+struct PDeviceFrame;
 
 /// The tab of one camera: its live picture, and above it what a person should know of it. The GUI
 /// thread.
@@ -21,10 +22,12 @@ public:
 
     /// Shows a sentence above the picture; an empty one leaves it to the camera's state.
     void setMessage(const QString& message);
-    /// The size of a pixel of the picture on the specimen, in micrometres, remembered for this
+    /// The size of a pixel of the sensor on the specimen, in micrometres, remembered for this
     /// camera; 0: not known.
     double pixelSize() const;
     void setPixelSize(double micrometres);
+    /// The size of a pixel of the picture, which a smaller mode or binning makes of several.
+    double pixelSizeOfPicture() const { return pixelSize() * m_pixelScale; }
 
     /// Sets the region of the sensor that lies under this region of the picture, as near as the
     /// camera accepts; a message says why if it cannot be.
@@ -35,6 +38,7 @@ public:
     bool hasRegions() const;
 
 private:
+    void showFrame(const PDeviceFrame& frame);
     void setRegion(const QRect& onSensor);
     void showState();
     QStringList stateSentences() const;
@@ -44,4 +48,5 @@ private:
     QLabel* m_banner;
     PImageView* m_view;
     QString m_message;
+    double m_pixelScale = 1; ///< pixels of the sensor for one of the picture
 };

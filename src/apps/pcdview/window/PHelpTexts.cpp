@@ -38,8 +38,10 @@ QString PHelpTexts::about(const PCameraSdk& sdk) {
     QString rows = row(tr("Program"), u"pcdview "_qs + QCoreApplication::applicationVersion()) +
                    row(u"Qt"_qs, QString::fromLatin1(qVersion())) +
                    row(tr("Camera library"), library);
+    if (!sdk.version().isEmpty())
+        rows += row(tr("Its version"), sdk.version());
     if (sdk.isSimulated())
-        rows += row(tr("Cameras"), tr("simulated (%1)").arg(sdk.version()));
+        rows += row(tr("Cameras"), tr("simulated"));
     return u"<h3>pcdview</h3><p>%1</p>%2"_qs.arg(
         tr("Live pictures, still pictures and recordings of microscope cameras."), table(rows));
 }

@@ -74,3 +74,7 @@ QString PHistogramPanel::means() const {
     }
     return texts.join(u"   "_qs);
 }
+
+void PHistogramPanel::showEvent(QShowEvent*) {
+    emit shown();
+}

@@ -18,6 +18,13 @@ public:
 
     void setAnalysis(const PFrameAnalysis& analysis);
 
+signals:
+    /// It was hidden before, and nobody may have looked at the picture that is shown.
+    void shown();
+
+protected:
+    void showEvent(QShowEvent* event) override;
+
 private:
     QString means() const;
 

@@ -3,6 +3,7 @@
 #include <apps/pcdview/window/PMainWindow.h>
 
 #include <apps/common/PCameraHost.h>
+#include <apps/pcdview/PViewOptions.h>
 #include <apps/pcdview/camera/PViewCamera.h>
 #include <apps/pcdview/capture/PCaptureFolder.h>
 #include <apps/pcdview/view/PImageView.h>
@@ -122,7 +123,8 @@ void PMainWindow::connectActions() {
     connect(m_actions->captureFiles, &QAction::triggered, this, &PMainWindow::askForCaptureFiles);
     connect(m_actions->loadProfile, &QAction::triggered, this, &PMainWindow::loadProfile);
     connect(m_actions->saveProfile, &QAction::triggered, this, &PMainWindow::saveProfile);
-    connect(m_actions->closeCamera, &QAction::triggered, m_desk, &PCameraDesk::closeCurrent);
+    connect(m_actions->closeCamera, &QAction::triggered, this,
+            [this] { closePage(m_desk->currentPage()); });
     connect(m_actions->quit, &QAction::triggered, this, &PMainWindow::close);
     connect(m_actions->live, &QAction::toggled, this, [this](bool on) {
         const PStatus status = m_desk->currentPage()->camera().setLive(on);
@@ -147,7 +149,10 @@ void PMainWindow::connectViewActions() {
     onView(m_actions->zoomOut, &PImageView::zoomOut);
     connect(m_actions->fullScreen, &QAction::toggled, this, &PMainWindow::setFullScreen);
     connect(m_actions->clipped, &QAction::toggled, this, &PMainWindow::applyStyle);
-    connect(m_actions->autoContrast, &QAction::toggled, this, &PMainWindow::applyStyle);
+    connect(m_actions->autoContrast, &QAction::toggled, this, [this] {
+        applyStyle();
+        offerForAnalysis(); // a picture that stands has not been looked at if nobody wanted it
+    });
     connect(m_actions->help, &QAction::triggered, this, [this] {
         showText(tr("Keyboard and mouse"), PHelpTexts::keysAndMouse(m_actions->withShortcut()));
     });
@@ -175,41 +180,62 @@ void PMainWindow::startRecording() {
     PCameraPage* const page = m_desk->currentPage();
     const PRecordSettings settings = m_panels->record->settings();
     settings.remember();
-    const PStatus status = m_recording.start(page->camera(), settings, page->pixelSize());
-    statusBar()->showMessage(status.isOk() ? tr("Recording to %1").arg(m_recording.path())
-                                           : tr("No recording: %1").arg(status.reason()));
+    const PStatus status = m_recording.start(page->camera(), settings, page->pixelSizeOfPicture());
+    const QString message = status.isOk() ? tr("Recording to %1").arg(m_recording.path())
+                                          : tr("No recording: %1").arg(status.reason());
+    statusBar()->showMessage(message);
+    if (!status.isOk())
+        m_panels->record->tell(message);
     const QSignalBlocker quiet(m_actions->record);
     m_actions->record->setChecked(m_recording.isRunning());
 }
 
-bool PMainWindow::mayClose() {
-    if (!m_recording.isRunning() || !m_asks)
-        return true;
-    return QMessageBox::question(this, tr("Recording"),
-                                 tr("A recording is running. End it and close?")) ==
-           QMessageBox::Yes;
+bool PMainWindow::mayEndRecording() {
+    return !m_asks || QMessageBox::question(this, tr("Recording"),
+                                            tr("A recording is running. End it and close?")) ==
+                          QMessageBox::Yes;
+}
+
+void PMainWindow::closePage(PCameraPage* page) {
+    if (page == nullptr)
+        return;
+    const bool isRecording = m_recording.isOf(page->camera());
+    if (isRecording && !mayEndRecording())
+        return;
+    // While its camera can still tell what became of the frames.
+    if (isRecording)
+        m_recording.endAsCameraCloses();
+    m_desk->closePage(page);
 }
 
 void PMainWindow::setRegionTool(bool on) {
-    if (PCameraPage* const page = m_desk->currentPage())
-        page->view().setTool(on ? PImageView::Tool::Region : PImageView::Tool::Move);
+    // A tool that was taken up in another tab does not wait there.
+    for (PCameraPage* page : m_desk->pages()) {
+        const bool isHere = on && page == m_desk->currentPage();
+        page->view().setTool(isHere ? PImageView::Tool::Region : PImageView::Tool::Move);
+    }
     statusBar()->showMessage(on ? tr("Draw the region with the mouse; Esc puts it away.")
                                 : QString());
 }
 
 void PMainWindow::askForPictureName() {
     const PViewCamera& camera = m_desk->currentPage()->camera();
-    if (camera.frame().image.isNull())
+    // The one that was on the screen, not one that comes while the dialog is open.
+    const PDeviceFrame frame = camera.frame();
+    if (frame.image.isNull())
         return statusBar()->showMessage(tr("There is no picture yet."));
-    const QString proposal =
-        PCaptureFolder::nextPath(camera.identity().id, QDateTime::currentDateTime(), u".png"_qs);
-    const QString path = QFileDialog::getSaveFileName(this, tr("Save shown picture"), proposal,
-                                                      tr("PNG (*.png);;TIFF (*.tif *.tiff)"));
-    if (path.isEmpty())
+    QFileDialog dialog(this, tr("Save shown picture"), QString(),
+                       tr("PNG (*.png);;TIFF (*.tif *.tiff)"));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix(u"png"_qs);
+    dialog.selectFile(
+        PCaptureFolder::nextPath(camera.identity().id, QDateTime::currentDateTime(), u".png"_qs));
+    if (dialog.exec() != QDialog::Accepted)
         return;
+    const QString path = dialog.selectedFiles().value(0);
     const PStatus name = PPictureFile::checkName(path);
     if (name.isOk())
-        m_capture.saveShown(camera, path);
+        m_capture.saveFrame(camera.identity(), frame, path);
     else
         statusBar()->showMessage(name.reason());
 }
@@ -225,8 +251,8 @@ void PMainWindow::askForPixelSize() {
     bool isAccepted = false;
     const double size = QInputDialog::getDouble(
         this, tr("Pixel size"),
-        tr("Size of a pixel on the specimen, in micrometres (0: no scale bar).\nIt is the size on "
-           "the sensor divided by the magnification."),
+        tr("Size of a pixel on the specimen at the full resolution, in micrometres (0: no scale "
+           "bar).\nIt is the size on the sensor divided by the magnification."),
         page->pixelSize(), 0, largestPixelMicrometres, 4, &isAccepted);
     if (isAccepted)
         page->setPixelSize(size);
@@ -254,9 +280,12 @@ void PMainWindow::saveProfile() {
     QFileDialog dialog(this, tr("Save profile"), PCaptureFolder::path(), profileFilter());
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setDefaultSuffix(u"json"_qs);
-    PDevice* const device = m_desk->currentPage()->camera().device();
-    if (dialog.exec() != QDialog::Accepted || device == nullptr)
+    if (dialog.exec() != QDialog::Accepted)
         return;
+    // Asked only now: it may have been unplugged while the dialog was open.
+    PDevice* const device = m_desk->currentPage()->camera().device();
+    if (device == nullptr)
+        return statusBar()->showMessage(tr("The camera was unplugged: nothing was saved."));
     const QString path = dialog.selectedFiles().value(0);
     const PStatus status = PDeviceProfileFile::save(*device, path);
     statusBar()->showMessage(status.isOk() ? tr("Saved %1").arg(path) : status.reason());
@@ -271,8 +300,11 @@ void PMainWindow::showText(const QString& title, const QString& html) {
 
 void PMainWindow::restartSimulated() {
     // A camera library stays loaded until the program ends.
-    if (QProcess::startDetached(QCoreApplication::applicationFilePath(), {u"--sdk"_qs, u"sim"_qs}))
-        close();
-    else
+    const QStringList words = PViewOptions::withSimulatedCameras(QCoreApplication::arguments());
+    if (!close())
+        return;
+    if (!QProcess::startDetached(QCoreApplication::applicationFilePath(), words)) {
+        show();
         statusBar()->showMessage(tr("The program cannot be started again."));
+    }
 }

@@ -2,6 +2,7 @@
 // The window and what its parts tell each other; what its actions do is in PMainActions.cpp.
 #include <apps/pcdview/window/PMainWindow.h>
 
+#include <apps/pcdview/PViewLog.h>
 #include <apps/pcdview/camera/PViewCamera.h>
 #include <apps/pcdview/view/PImageView.h>
 #include <apps/pcdview/window/PCameraDesk.h>
@@ -13,11 +14,10 @@
 #include <apps/pcdview/window/PRecordPanel.h>
 #include <apps/pcdview/window/PSettingsPanel.h>
 
-#include <PLog/PLog.h>
-
 #include <QAction>
 #include <QCloseEvent>
 #include <QMenuBar>
+#include <QScreen>
 #include <QSettings>
 #include <QSignalBlocker>
 #include <QStatusBar>
@@ -48,6 +48,7 @@ PMainWindow::PMainWindow(PCameraHost& host, const QString& problem,
     connectViewActions();
     connectRecording();
     restoreLayout();
+    connect(m_panels->histogram, &PHistogramPanel::shown, this, &PMainWindow::offerForAnalysis);
     connect(&m_analyser, &PFrameAnalyser::analysed, this, &PMainWindow::showAnalysis);
     connect(&m_capture, &PCapture::told, this,
             [this](const QString& message) { statusBar()->showMessage(message); });
@@ -59,13 +60,15 @@ PMainWindow::PMainWindow(PCameraHost& host, const QString& problem,
 }
 
 PMainWindow::~PMainWindow() {
+    // While the camera can still tell what became of the frames.
+    m_recording.endAsProgramCloses();
     // While all that it tells is still here.
     delete m_desk;
 }
 
 void PMainWindow::restoreLayout() {
     const QSettings settings;
-    resize(firstSize);
+    resize(firstSize.boundedTo(screen()->availableSize()));
     restoreGeometry(settings.value(geometryKey).toByteArray());
     restoreState(settings.value(stateKey).toByteArray());
 }
@@ -76,7 +79,7 @@ void PMainWindow::closeUnasked() {
 }
 
 void PMainWindow::closeEvent(QCloseEvent* event) {
-    if (!mayClose())
+    if (m_recording.isRunning() && !mayEndRecording())
         return event->ignore();
     m_actions->fullScreen->setChecked(false);
     QSettings settings;
@@ -89,6 +92,7 @@ void PMainWindow::connectDesk() {
     connect(m_desk, &PCameraDesk::pageAdded, this, &PMainWindow::addPage);
     connect(m_desk, &PCameraDesk::currentPageChanged, this, &PMainWindow::showPage);
     connect(m_desk, &PCameraDesk::currentStateChanged, this, &PMainWindow::showState);
+    connect(m_desk, &PCameraDesk::closeWanted, this, &PMainWindow::closePage);
     connect(m_desk, &PCameraDesk::simulationWanted, this, &PMainWindow::restartSimulated);
     const auto showEntries = [this] { m_panels->cameras->setEntries(m_desk->entries()); };
     connect(m_desk, &PCameraDesk::entriesChanged, this, showEntries);
@@ -175,14 +179,13 @@ void PMainWindow::showNumbers() {
 /// The status bar forgets; the log does not, and the next picture may be one of many.
 void PMainWindow::showLoss(const QString& reason) {
     statusBar()->showMessage(reason);
-    PLog::logStream(u"pcdview"_qs, QString::fromLatin1(Q_FUNC_INFO), QString::fromLatin1(__FILE__),
-                    __LINE__, PLogLevel::Warning)
-        << reason;
+    PViewLog::warning(reason);
 }
 
 void PMainWindow::offerForAnalysis() {
-    if (!m_panels->histogram->isVisible() && !m_actions->autoContrast->isChecked())
-        return; // nobody would see it
+    const bool isSeen = m_panels->histogram->isVisible() || m_actions->autoContrast->isChecked();
+    if (!isSeen || m_desk->currentPage() == nullptr)
+        return;
     m_analyser.offer(m_desk->currentPage()->camera().frame().image);
 }
 
@@ -205,6 +208,7 @@ void PMainWindow::applyStyle() {
 
 void PMainWindow::setFullScreen(bool on) {
     menuBar()->setHidden(on);
+    m_desk->setTabsShown(!on);
     statusBar()->setHidden(on);
     if (!on) {
         m_wasMaximized ? showMaximized() : showNormal();

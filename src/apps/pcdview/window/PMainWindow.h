@@ -60,7 +60,8 @@ private:
     void setRegionTool(bool on);
 
     void startRecording();
-    bool mayClose();
+    bool mayEndRecording();
+    void closePage(PCameraPage* page);
     void askForPictureName();
     void askForCaptureFiles();
     void askForPixelSize();

@@ -31,8 +31,8 @@ QDoubleSpinBox* secondsField(double value) {
     return field;
 }
 
-QString clockOf(std::chrono::seconds time) {
-    const auto total = time.count();
+QString clockOf(PRecordSchedule::Duration time) {
+    const auto total = std::chrono::round<std::chrono::seconds>(time).count();
     const QLatin1Char zero('0');
     return u"%1:%2:%3"_qs.arg(total / 3600)
         .arg(total / 60 % 60, 2, 10, zero)
@@ -62,7 +62,7 @@ PRecordPanel::PRecordPanel(PRecording& recording, QWidget* parent)
             emit startWanted();
     });
     connect(&recording, &PRecording::changed, this, &PRecordPanel::showProgress);
-    connect(&recording, &PRecording::finished, m_text, &QLabel::setText);
+    connect(&recording, &PRecording::finished, this, &PRecordPanel::tell);
     showFields();
     showProgress();
 }
@@ -118,6 +118,10 @@ void PRecordPanel::setPossible(bool possible) {
     showProgress();
 }
 
+void PRecordPanel::tell(const QString& message) {
+    m_text->setText(message);
+}
+
 void PRecordPanel::showFields() {
     m_frames->setEnabled(m_end->currentIndex() == int(End::AfterFrames));
     m_seconds->setEnabled(m_end->currentIndex() == int(End::AfterTime));
@@ -138,12 +142,18 @@ void PRecordPanel::showProgress() {
 }
 
 QString PRecordPanel::progressText() const {
-    const PRecordTally tally = m_recording.progress().tally;
-    QString text = tr("Written: %1, waiting: %2, lost: %3")
+    const PFrameRecorder::Progress progress = m_recording.progress();
+    const PRecordTally& tally = progress.tally;
+    QString text = m_recording.camera() + u'\n' +
+                   tr("Written: %1, waiting: %2, lost: %3")
                        .arg(tally.written)
                        .arg(tally.waiting)
                        .arg(tally.failed + tally.refused);
-    if (const auto left = m_recording.timeLeft())
-        text += u'\n' + tr("Time left: %1").arg(clockOf(*left));
+    if (progress.isOver)
+        return text + u'\n' + tr("Finishing the file…");
+    if (progress.timeLeft)
+        text += u'\n' + tr("Time left: %1").arg(clockOf(*progress.timeLeft));
+    if (const auto silence = m_recording.silence())
+        text += u'\n' + tr("No frame has come for %1 s.").arg(silence->count());
     return text;
 }

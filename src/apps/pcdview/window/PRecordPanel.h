@@ -25,6 +25,8 @@ public:
     PRecordSettings settings() const;
     /// Whether there is a live camera to record.
     void setPossible(bool possible);
+    /// Shows how it went.
+    void tell(const QString& message);
 
 signals:
     void startWanted();

@@ -28,7 +28,7 @@ PWelcomePage::PWelcomePage(QWidget* parent)
     large.setPointSizeF(large.pointSizeF() * 1.8);
     m_title->setFont(large);
     m_text->setWordWrap(true);
-    m_text->setFixedWidth(textWidth);
+    m_text->setMaximumWidth(textWidth);
     m_text->setTextInteractionFlags(Qt::TextSelectableByMouse);
     auto* const search = new QPushButton(tr("Look again"));
     connect(search, &QPushButton::clicked, this, &PWelcomePage::searchWanted);
@@ -49,7 +49,7 @@ PWelcomePage::PWelcomePage(QWidget* parent)
     column->addStretch();
     auto* const row = new QHBoxLayout(this);
     row->addStretch();
-    row->addLayout(column);
+    row->addLayout(column, 100); // all there is, up to the text's most
     row->addStretch();
 }
 

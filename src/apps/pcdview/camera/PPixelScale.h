@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QSize>
+
+class PDevice;
+
+/// How many pixels of the sensor make one of a picture. The device's thread; the camera is not
+/// asked.
+class PPixelScale {
+public:
+    /// Pixels of the largest mode along a side of a pixel of the picture, which has this size: a
+    /// smaller mode takes several together, and so does binning. 1 where that cannot be told.
+    static double of(PDevice& device, QSize picture);
+};
