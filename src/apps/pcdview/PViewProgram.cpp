@@ -117,6 +117,7 @@ void PViewProgram::openCamera(const PViewOptions& options) {
 int PViewProgram::run(const PViewOptions& options) {
     m_window->show();
     if (!options.grab.isEmpty()) {
+        m_window->resize(PMainWindow::usualSize()); // whatever the screen, which may be none
         QTimer::singleShot(options.grabAfter, m_window.get(),
                            [this, path = options.grab] { grab(path); });
     }

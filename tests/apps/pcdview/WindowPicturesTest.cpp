@@ -56,6 +56,7 @@ protected:
     void startLive(const QJsonArray& cameras, const QString& theme = u"light"_qs,
                    const QString& language = u"en"_qs) {
         start(cameras, {u"--theme"_qs, theme, u"--lang"_qs, language});
+        window().resize(PMainWindow::usualSize());
         ASSERT_TRUE(waitForNewFrames());
         ASSERT_TRUE(waitUntil([this] {
             const double pace = inFront().framesPerSecond();

@@ -26,7 +26,6 @@
 namespace {
 
 constexpr int numbersEveryMs = 250;
-constexpr QSize firstSize(1440, 900);
 
 const QString geometryKey = u"window/geometry"_qs;
 const QString stateKey = u"window/state"_qs;
@@ -68,7 +67,7 @@ PMainWindow::~PMainWindow() {
 
 void PMainWindow::restoreLayout() {
     const QSettings settings;
-    resize(firstSize.boundedTo(screen()->availableSize()));
+    resize(usualSize().boundedTo(screen()->availableSize()));
     restoreGeometry(settings.value(geometryKey).toByteArray());
     restoreState(settings.value(stateKey).toByteArray());
 }

@@ -26,6 +26,9 @@ public:
     PMainWindow(PCameraHost& host, const QString& problem, std::shared_ptr<PMemoryLogSink> log);
     ~PMainWindow() override;
 
+    /// Its size when it is opened for the first time, on a screen that has the room.
+    static QSize usualSize() { return {1440, 900}; }
+
     PCameraDesk& desk() { return *m_desk; }
     /// Closes the window without a question.
     void closeUnasked();
