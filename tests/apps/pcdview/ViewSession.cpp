@@ -66,7 +66,7 @@ void ViewSession::start(const QJsonArray& cameras, const QStringList& words) {
 void ViewSession::end() {
     if (m_program == nullptr)
         return;
-    window().close();
+    window().closeUnasked(); // where a test has failed, nobody would answer
     m_program.reset();
     // A program has one language all its life; the next test may want another.
     for (QTranslator* translator : QCoreApplication::instance()->findChildren<QTranslator*>())
