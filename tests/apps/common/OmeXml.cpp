@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "OmeXml.h"
 
-#include <QProcess>
+#include "XmlLint.h"
+
 #include <QXmlStreamReader>
 
 #include <cstdio>
@@ -84,24 +85,9 @@ QString OmeXml::complaints() const {
     const QString schema = qEnvironmentVariable("PCD_OME_SCHEMA");
     const QString wrong = structureComplaints();
     if (!schema.isEmpty())
-        return wrong + schemaComplaints(schema);
+        return wrong + xmlLintComplaints(m_xml, schema);
     std::puts("PCD_OME_SCHEMA names no schema: only the structure is looked at");
     return wrong;
-}
-
-QString OmeXml::schemaComplaints(const QString& schema) const {
-    QProcess xmllint;
-    xmllint.start(QStringLiteral("xmllint"),
-                  {QStringLiteral("--nonet"), QStringLiteral("--noout"), QStringLiteral("--schema"),
-                   schema, QStringLiteral("-")});
-    if (!xmllint.waitForStarted())
-        return QStringLiteral("xmllint: ") + xmllint.errorString();
-    xmllint.write(m_xml);
-    xmllint.closeWriteChannel();
-    const bool done = xmllint.waitForFinished(60'000);
-    const bool valid =
-        done && xmllint.exitStatus() == QProcess::NormalExit && xmllint.exitCode() == 0;
-    return valid ? QString() : QString::fromUtf8(xmllint.readAllStandardError());
 }
 
 QStringList OmeXml::childrenOf(const char* parent) const {

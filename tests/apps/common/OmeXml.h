@@ -33,7 +33,6 @@ public:
     QString complaints() const;
 
 private:
-    QString schemaComplaints(const QString& schema) const;
     QString structureComplaints() const;
     QStringList childrenOf(const char* parent) const;
 
