@@ -26,6 +26,10 @@ bool installFile(const QString& path, const QString& language) {
 
 } // namespace
 
+bool PTranslations::isKnown(const QString& language) {
+    return QStringList{u"en"_qs, u"ru"_qs}.contains(languageOf(language));
+}
+
 QString PTranslations::language(const QString& wanted) {
     if (!wanted.isEmpty())
         return wanted;

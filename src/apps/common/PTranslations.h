@@ -6,6 +6,8 @@
 /// The language of a program and of its plugins. The main thread.
 class PTranslations {
 public:
+    /// Is this a language of the programs: "en" or "ru", also with a country ("ru_RU")?
+    static bool isKnown(const QString& language);
     /// The language asked for: `wanted` ("ru", "en"), else the environment variable PCD_LANG, else
     /// that of the system.
     static QString language(const QString& wanted);

@@ -7,6 +7,7 @@
 #include <apps/common/PNumberedFiles.h>
 #include <apps/common/POmeStackWriter.h>
 #include <apps/common/PPictureFile.h>
+#include <apps/common/PTranslations.h>
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -86,6 +87,14 @@ PCtlOutcome readPixelSize(const QCommandLineParser& parser, std::optional<double
     }
     size = micrometres;
     return {};
+}
+
+PCtlOutcome readLanguage(const QCommandLineParser& parser, QString& language) {
+    const QString option = u"lang"_qs;
+    language = parser.value(option);
+    if (language.isEmpty() || PTranslations::isKnown(language))
+        return {};
+    return wrongValue(language, option, u"en or ru"_qs);
 }
 
 /// A text option that is given says something: an empty one comes from a variable that was not set.
@@ -230,13 +239,14 @@ PCtlOutcome PCtlParser::readOptions(const QCommandLineParser& parser) {
     m_options.pluginPaths = parser.values(u"plugin-path"_qs);
     if (parser.isSet(u"log-level"_qs))
         m_options.logFilter = parser.value(u"log-level"_qs);
-    m_options.language = parser.value(u"lang"_qs);
     m_options.json = parser.isSet(u"json"_qs);
     m_options.mode = parser.value(u"mode"_qs);
     m_options.profile = parser.value(u"profile"_qs);
     m_options.sets = parser.values(u"set"_qs);
     m_options.words = parser.positionalArguments().mid(1);
-    const PCtlOutcome outcome = readNumbers(parser);
+    PCtlOutcome outcome = readLanguage(parser, m_options.language);
+    if (outcome.isDone())
+        outcome = readNumbers(parser);
     return outcome.isDone() ? readFiles(parser) : outcome;
 }
 

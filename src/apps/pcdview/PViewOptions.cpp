@@ -2,6 +2,7 @@
 #include <apps/pcdview/PViewOptions.h>
 
 #include <apps/common/PPictureFile.h>
+#include <apps/common/PTranslations.h>
 #include <apps/pcdview/window/PTheme.h>
 
 #include <QCommandLineParser>
@@ -50,6 +51,13 @@ PStatus checkTexts(const QCommandLineParser& parser) {
     return PStatus::Ok;
 }
 
+PStatus readLanguage(const QCommandLineParser& parser, PViewOptions& options) {
+    options.language = parser.value(u"lang"_qs);
+    if (options.language.isEmpty() || PTranslations::isKnown(options.language))
+        return PStatus::Ok;
+    return wrongValue(u"lang"_qs, options.language, u"en or ru"_qs);
+}
+
 PStatus readTheme(const QCommandLineParser& parser, PViewOptions& options) {
     options.theme = parser.value(u"theme"_qs);
     if (options.theme.isEmpty() || PTheme::isKnown(options.theme))
@@ -73,10 +81,11 @@ PStatus readOptions(const QCommandLineParser& parser, PViewOptions& options) {
     options.scene = parser.value(u"scene"_qs);
     options.pluginPaths = parser.values(u"plugin-path"_qs);
     options.camera = parser.value(u"camera"_qs);
-    options.language = parser.value(u"lang"_qs);
     if (parser.isSet(u"log-level"_qs))
         options.logFilter = parser.value(u"log-level"_qs);
     PStatus status = checkTexts(parser);
+    if (status.isOk())
+        status = readLanguage(parser, options);
     if (status.isOk())
         status = readTheme(parser, options);
     return status.isOk() ? readGrab(parser, options) : status;

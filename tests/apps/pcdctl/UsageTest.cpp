@@ -54,6 +54,7 @@ constexpr UsageRow wrongUsages[] = {
     {"a_pattern_of_an_unknown_format", "stream --save ##.gif",
      "\"##.gif\" names no picture format"},
     {"an_unknown_log_level", "list --log-level loud", "--log-level: "},
+    {"an_unknown_language", "list --lang xx", "\"xx\" is no value for --lang: expected en or ru"},
     {"a_property_too_few", "get", "get needs more words: expected get ID…"},
     {"a_setting_too_few", "set", "set needs more words: expected set ID=VALUE…"},
     {"a_profile_without_a_file", "profile save",

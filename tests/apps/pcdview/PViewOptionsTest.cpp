@@ -82,6 +82,9 @@ INSTANTIATE_TEST_SUITE_P(
                     BadRow{"an_unknown_option", {u"--fast"_qs}, "fast"},
                     BadRow{
                         "an_unknown_theme", {u"--theme"_qs, u"pink"_qs}, "system, light or dark"},
+                    BadRow{"an_unknown_language",
+                           {u"--lang=xx"_qs},
+                           "\"xx\" is no value for --lang: expected en or ru"},
                     BadRow{"an_empty_camera", {u"--camera"_qs, QString()}, "--camera"},
                     BadRow{"a_time_that_is_none",
                            {u"--grab"_qs, u"a.png"_qs, u"--after"_qs, u"soon"_qs},
