@@ -4,24 +4,40 @@
 
 #include <QApplication>
 
+#include <algorithm>
 #include <cstdio>
 #include <exception>
 
 namespace {
 
+constexpr int failed = 1;
 constexpr int wrongUsage = 2;
+
+/// False where Qt would end the program for want of a display, with an abort.
+bool hasDisplay(int argc, char* argv[]) {
+    const auto asksForPlatform = [](const char* word) { return QByteArray(word) == "-platform"; };
+    return !qEnvironmentVariableIsEmpty("DISPLAY") ||
+           !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
+           !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") ||
+           std::any_of(argv + 1, argv + argc, asksForPlatform);
+}
 
 void print(std::FILE* stream, const QString& text) {
     std::fputs((text + u'\n').toLocal8Bit().constData(), stream);
 }
 
-int runProgram() {
+int runProgram(bool canShow) {
     PViewOptions options;
     QString answer;
     PStatus status = PViewOptions::parse(QApplication::arguments(), options, answer);
     if (status.isOk() && !answer.isEmpty()) {
         print(stdout, answer);
         return 0;
+    }
+    if (status.isOk() && !canShow && options.grab.isEmpty()) {
+        print(stderr, u"pcdview: there is no display to open a window on: expected DISPLAY or "
+                      "WAYLAND_DISPLAY to name one, or --grab FILE for a picture of it"_qs);
+        return failed;
     }
     PViewProgram program;
     if (status.isOk())
@@ -36,14 +52,17 @@ int runProgram() {
 
 int main(int argc, char* argv[]) {
     PEndSignals::watch();
+    const bool canShow = hasDisplay(argc, argv);
+    if (!canShow)
+        qputenv("QT_QPA_PLATFORM", "offscreen"); // help and pictures need none
     const QApplication application(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("pcd"));
     QApplication::setApplicationName(QStringLiteral("pcdview"));
     QApplication::setApplicationVersion(QStringLiteral(PCD_VERSION));
     try {
-        return runProgram();
+        return runProgram(canShow);
     } catch (const std::exception& error) {
         print(stderr, u"pcdview: "_qs + QString::fromLocal8Bit(error.what()));
-        return 1;
+        return failed;
     }
 }

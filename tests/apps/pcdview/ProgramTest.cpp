@@ -16,6 +16,10 @@ protected:
     void prepare(QProcess& process) const {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(u"XDG_CONFIG_HOME"_qs, path(u"config"_qs));
+        if (!hasDisplay) {
+            for (const auto* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+                environment.remove(QString::fromLatin1(name));
+        }
         process.setProcessEnvironment(environment);
     }
     /// Runs the program to its end and returns its exit code.
@@ -29,6 +33,7 @@ protected:
         return process.exitCode();
     }
 
+    bool hasDisplay = true;
     QString output;
     QString errors;
 };
@@ -48,6 +53,21 @@ TEST_F(ProgramTest, a_wrong_option_is_wrong_usage) {
 TEST_F(ProgramTest, a_scene_that_cannot_be_read_is_named) {
     EXPECT_EQ(run({u"--sdk"_qs, u"sim"_qs, u"--scene"_qs, path(u"none.json"_qs)}), 2);
     EXPECT_TRUE(errors.contains(u"none.json"_qs)) << errors.toStdString();
+}
+
+TEST_F(ProgramTest, without_a_display_it_says_so) {
+    hasDisplay = false;
+    EXPECT_EQ(run({u"--sdk"_qs, u"sim"_qs}), 1);
+    EXPECT_TRUE(errors.contains(u"there is no display"_qs)) << errors.toStdString();
+}
+
+TEST_F(ProgramTest, without_a_display_it_still_helps_and_takes_pictures) {
+    hasDisplay = false;
+    EXPECT_EQ(run({u"--help"_qs}), 0) << errors.toStdString();
+    const QString file = path(u"window.png"_qs);
+    EXPECT_EQ(run({u"--sdk"_qs, u"sim"_qs, u"--grab"_qs, file, u"--after"_qs, u"100"_qs}), 0)
+        << errors.toStdString();
+    EXPECT_FALSE(QImage(file).isNull());
 }
 
 TEST_F(ProgramTest, a_picture_of_its_window_shows_the_camera) {
