@@ -28,12 +28,11 @@ QString trimmedText(const QByteArray& bytes) {
 }
 
 PStatus goneFailure() {
-    return PStatus::failure(QStringLiteral("the device is gone"));
+    return PStatus::failure(PDevice::tr("the device is gone"));
 }
 
-PStatus refusedUnless(bool done, const QString& what) {
-    return done ? PStatus(PStatus::Ok)
-                : PStatus::failure(QStringLiteral("the device refused to ") + what);
+PStatus failedUnless(bool done, const QString& reason) {
+    return done ? PStatus(PStatus::Ok) : PStatus::failure(reason);
 }
 
 /// Frame memory that waits to be used again is worth nothing without a stream. Some of it comes
@@ -153,7 +152,7 @@ PStatus PDevice::link() {
     if (m_linked)
         return PStatus::Ok;
     m_linked = tryLink();
-    return refusedUnless(m_linked, QStringLiteral("be linked"));
+    return failedUnless(m_linked, tr("the device refused to be linked"));
 }
 
 PStatus PDevice::unlink() {
@@ -164,19 +163,19 @@ PStatus PDevice::unlink() {
     const bool done = tryUnlink();
     m_linked = false;
     emit unlinked(deviceId(false));
-    return refusedUnless(done, QStringLiteral("be unlinked"));
+    return failedUnless(done, tr("the device refused to be unlinked"));
 }
 
 PStatus PDevice::startStream() {
     if (m_gone)
         return goneFailure();
     if (!m_linked)
-        return PStatus::failure(QStringLiteral("the device is not linked"));
+        return PStatus::failure(tr("the device is not linked"));
     if (m_streaming)
-        return PStatus::failure(QStringLiteral("the stream runs already"));
+        return PStatus::failure(tr("the stream runs already"));
     updateMode();
     m_streaming = tryStartStream();
-    return refusedUnless(m_streaming, QStringLiteral("start its stream"));
+    return failedUnless(m_streaming, tr("the device refused to start its stream"));
 }
 
 PStatus PDevice::stopStream() {
@@ -185,14 +184,14 @@ PStatus PDevice::stopStream() {
     m_streaming = false;
     const bool stopped = tryStopStream();
     giveFrameMemoryBack();
-    return refusedUnless(stopped, QStringLiteral("stop its stream"));
+    return failedUnless(stopped, tr("the device refused to stop its stream"));
 }
 
 PStatus PDevice::setMode(const PDeviceMode& mode) {
     if (m_gone)
         return goneFailure();
     if (!trySetMode(mode))
-        return refusedUnless(false, QStringLiteral("take the mode ") + mode.name);
+        return PStatus::failure(tr("the device refused to take the mode %1").arg(mode.name));
     updateMode();
     emit modeChanged(m_mode);
     return PStatus::Ok;

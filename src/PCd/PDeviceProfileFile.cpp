@@ -13,9 +13,12 @@
 
 namespace {
 
-PStatus failure(const char* verb, const QString& path, const QString& reason) {
-    return PStatus::failure(
-        QStringLiteral("cannot %1 \"%2\": %3").arg(QLatin1String(verb), path, reason));
+PStatus saveFailure(const QString& path, const QString& reason) {
+    return PStatus::failure(PDeviceProfileFile::tr("cannot save \"%1\": %2").arg(path, reason));
+}
+
+PStatus readFailure(const QString& path, const QString& reason) {
+    return PStatus::failure(PDeviceProfileFile::tr("cannot read \"%1\": %2").arg(path, reason));
 }
 
 /// Again until nothing is taken: a disk that fills up takes a part first, and then says why.
@@ -33,16 +36,16 @@ PStatus replaceFile(const QString& path, const QByteArray& bytes) {
     // A device or a pipe would be replaced by a file of its name.
     const QFileInfo info(path);
     if (info.exists() && !info.isFile())
-        return failure("save", path, QStringLiteral("it is not a file"));
+        return saveFailure(path, PDeviceProfileFile::tr("it is not a file"));
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) || !writeAll(file, bytes) ||
         !file.commit())
-        return failure("save", path, file.errorString());
+        return saveFailure(path, file.errorString());
     return PStatus::Ok;
 }
 
 QString tooLarge() {
-    return QStringLiteral("it is larger than %1 bytes, which no profile is")
+    return PDeviceProfileFile::tr("it is larger than %1 bytes, which no profile is")
         .arg(PDeviceProfileFile::LargestSize);
 }
 
@@ -50,17 +53,17 @@ QString tooLarge() {
 PStatus readBytes(const QString& path, QByteArray& bytes) {
     const QFileInfo info(path);
     if (info.exists() && !info.isFile())
-        return failure("read", path, QStringLiteral("it is not a file"));
+        return readFailure(path, PDeviceProfileFile::tr("it is not a file"));
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
-        return failure("read", path, file.errorString());
+        return readFailure(path, file.errorString());
     if (file.size() > PDeviceProfileFile::LargestSize)
-        return failure("read", path, tooLarge());
+        return readFailure(path, tooLarge());
     bytes = file.read(PDeviceProfileFile::LargestSize + 1);
     if (bytes.size() > PDeviceProfileFile::LargestSize)
-        return failure("read", path, tooLarge());
+        return readFailure(path, tooLarge());
     return file.error() == QFile::NoError ? PStatus(PStatus::Ok)
-                                          : failure("read", path, file.errorString());
+                                          : readFailure(path, file.errorString());
 }
 
 PStatus parse(const QByteArray& bytes, PDeviceProfile& profile) {
@@ -77,13 +80,12 @@ PStatus PDeviceProfileFile::save(PDevice& device, const QString& path) {
         property->updateValueFromDevice();
     // A camera that is unplugged meanwhile answers nothing, which reads as zeros.
     if (hadModes && device.getSupportModes().isEmpty())
-        return failure("save", path, QStringLiteral("the camera no longer answers"));
+        return saveFailure(path, tr("the camera no longer answers"));
     PJsonWriter writer;
     writer.writeValue(PDeviceProfileParser::formatKey(), PDeviceProfileParser::formatName());
     writer.writeValue(PDeviceProfileParser::versionKey(), PDeviceProfileParser::Version);
     if (!device.writeStreamThis(&writer, PDeviceProfileParser::cameraKey()))
-        return failure("save", path,
-                       QStringLiteral("the camera has a value that cannot be written"));
+        return saveFailure(path, tr("the camera has a value that cannot be written"));
     return replaceFile(path, writer.document());
 }
 

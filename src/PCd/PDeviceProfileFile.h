@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QCoreApplication>
+
 #include <PCd/PDeviceProfile.h>
 
 #include <PCore/PStatus.h>
@@ -10,6 +12,8 @@ class PDevice;
 /// Saves profiles to files and reads them. Failures name the file, the line where there is one, and
 /// what is wrong or was expected.
 class PDeviceProfileFile {
+    Q_DECLARE_TR_FUNCTIONS(PDeviceProfileFile)
+
 public:
     /// Larger files are no profiles; all properties of a camera take a few kilobytes.
     static constexpr qint64 LargestSize = qint64(1) << 20;

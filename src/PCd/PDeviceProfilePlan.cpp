@@ -26,7 +26,7 @@ QString expectedMode(const QList<PDeviceMode>& modes) {
     QStringList known;
     for (const PDeviceMode& mode : modes)
         known.append(QStringLiteral("\"%1\" (%2)").arg(QString::fromLatin1(mode.id), mode.name));
-    return QStringLiteral("one of ") + known.join(QStringLiteral(", "));
+    return PDeviceProfilePlan::tr("one of %1").arg(known.join(QStringLiteral(", ")));
 }
 
 /// A name, but not one of this camera's: what another model's choice may be.
@@ -41,30 +41,31 @@ bool isSetByProfiles(const PDeviceProperty& property) {
 
 QString reasonToIgnore(const PDeviceProperty& property) {
     return property.type() == PCD::DevicePropertyType::Action
-               ? QStringLiteral("it is an action, which a profile never runs")
-               : QStringLiteral("profiles do not hold this property");
+               ? PDeviceProfilePlan::tr("it is an action, which a profile never runs")
+               : PDeviceProfilePlan::tr("profiles do not hold this property");
 }
 
 /// What stands in the file, so that it is told from what was expected: "12" is not 12.
 QString textOf(const QVariant& form) {
     switch (form.typeId()) {
     case QMetaType::QString:
-        return QStringLiteral("the text \"%1\"").arg(PPropertyText::shortened(form.toString()));
+        return PDeviceProfilePlan::tr("the text \"%1\"")
+            .arg(PPropertyText::shortened(form.toString()));
     case QMetaType::Double:
-        return QStringLiteral("%1 with a decimal point").arg(form.toDouble());
+        return PDeviceProfilePlan::tr("%1 with a decimal point").arg(form.toDouble());
     case QMetaType::QByteArray:
-        return QStringLiteral("these bytes");
+        return PDeviceProfilePlan::tr("these bytes");
     default:
         return PPropertyText::ofValue(form, QVariant());
     }
 }
 
 QString cannotBe(const QString& value, const QString& expected) {
-    return QStringLiteral("cannot be %1: expected %2").arg(value, expected);
+    return PDeviceProfilePlan::tr("cannot be %1: expected %2").arg(value, expected);
 }
 
 QString alreadySo() {
-    return QStringLiteral("the camera has this value already, outside of its range");
+    return PDeviceProfilePlan::tr("the camera has this value already, outside of its range");
 }
 
 } // namespace
@@ -99,8 +100,8 @@ void PDeviceProfilePlan::noteOrigin() {
     if (m_isSameModel && m_profile.serial == m_device.serial())
         return;
     m_report.note =
-        QStringLiteral("saved from another camera: %1, serial number %2; this one is "
-                       "%3, serial number %4")
+        tr("saved from another camera: %1, serial number %2; this one is "
+           "%3, serial number %4")
             .arg(PPropertyText::shortened(m_profile.model),
                  PPropertyText::shortened(m_profile.serial), m_device.model(), m_device.serial());
 }
@@ -134,7 +135,7 @@ PStatus PDeviceProfilePlan::planSettings() {
 PStatus PDeviceProfilePlan::planSetting(const PDeviceProfile::Setting& setting) {
     PDeviceProperty* const property = m_device.getProperty(setting.id);
     if (property == nullptr) {
-        m_report.refused.append({setting.id, QStringLiteral("the camera has no such property")});
+        m_report.refused.append({setting.id, tr("the camera has no such property")});
         return PStatus::Ok;
     }
     if (!isSetByProfiles(*property)) {
@@ -211,7 +212,7 @@ PDeviceProfileReport PDeviceProfilePlan::apply() {
         const bool isRegion = step.property->type() == PCD::DevicePropertyType::ScanArea;
         if (isRegion && !isInMode) {
             m_report.ignored.append(
-                {step.property->id(), QStringLiteral("it is a region of a mode that is not set")});
+                {step.property->id(), tr("it is a region of a mode that is not set")});
         } else {
             applyStep(step);
         }
@@ -228,7 +229,7 @@ bool PDeviceProfilePlan::applyMode() {
     if (isOtherMode()) {
         m_report.refused.append(
             {m_profile.mode.id, status.isOk()
-                                    ? QStringLiteral("wanted %1, the camera has %2")
+                                    ? tr("wanted %1, the camera has %2")
                                           .arg(m_mode->name, m_device.getCurrentMode().name)
                                     : status.reason()});
         return false;
@@ -245,7 +246,7 @@ void PDeviceProfilePlan::applyStep(const Step& step) {
     }
     const QVariant range = property.rangeInner();
     m_report.refused.append(
-        {property.id(), QStringLiteral("wanted %1, the camera has %2")
+        {property.id(), tr("wanted %1, the camera has %2")
                             .arg(PPropertyText::ofValue(step.value, range),
                                  PPropertyText::ofValue(property.valueInner(), range))});
 }

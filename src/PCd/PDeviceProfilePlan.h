@@ -7,6 +7,7 @@
 
 #include <PCore/PStatus.h>
 
+#include <QCoreApplication>
 #include <QVariant>
 
 #include <optional>
@@ -17,6 +18,8 @@ class PDeviceProperty;
 /// What a profile means on one device: checked as a whole first, then sent. The device's thread;
 /// the device must stay meanwhile.
 class PDeviceProfilePlan {
+    Q_DECLARE_TR_FUNCTIONS(PDeviceProfilePlan)
+
 public:
     enum class Mode {
         OfProfile,

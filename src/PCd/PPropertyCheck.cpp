@@ -65,22 +65,23 @@ bool isTaken(const QVariant& value, const QVariant& current, const QVariant& ran
 
 QString expectedNumber(const IntRange& range) {
     if (isOpen(range))
-        return QStringLiteral("a whole number");
+        return PPropertyCheck::tr("a whole number");
     const QString text =
-        QStringLiteral("a whole number from %1 to %2").arg(range.minimum).arg(range.maximum);
-    return range.step > 1 ? text + QStringLiteral(" in steps of %1").arg(range.step) : text;
+        PPropertyCheck::tr("a whole number from %1 to %2").arg(range.minimum).arg(range.maximum);
+    return range.step > 1 ? PPropertyCheck::tr("%1 in steps of %2").arg(text).arg(range.step)
+                          : text;
 }
 
 QString expectedChoice(const PEnumeration& choices) {
     QStringList names;
     for (const PEnumerationItem& item : choices.items())
         names.append(QLatin1Char('"') + item.title + QLatin1Char('"'));
-    return QStringLiteral("one of ") + names.join(QStringLiteral(", "));
+    return PPropertyCheck::tr("one of %1").arg(names.join(QStringLiteral(", ")));
 }
 
 QString expectedRegion(const PScanAreaRange& range) {
-    return QStringLiteral("a region x,y,width,height inside %1, of %2 x %3 pixels at least, in "
-                          "steps of %4 x %5, or the whole")
+    return PPropertyCheck::tr("a region x,y,width,height inside %1, of %2 x %3 pixels at least, in "
+                              "steps of %4 x %5, or the whole")
         .arg(PPropertyText::ofRegion(range.bounds))
         .arg(range.minimumWidth)
         .arg(range.minimumHeight)
@@ -98,11 +99,11 @@ PStatus PPropertyCheck::check(const PDeviceProperty& property, const QVariant& v
                               const QVariant& range) {
     const QString name = QString::fromLatin1(property.id());
     if (property.type() == PCD::DevicePropertyType::Action)
-        return PStatus::failure(QStringLiteral("\"%1\" is an action and takes no value").arg(name));
+        return PStatus::failure(tr("\"%1\" is an action and takes no value").arg(name));
     if (isTaken(value, property.valueInner(), range))
         return PStatus::Ok;
     return PStatus::failure(
-        QStringLiteral("\"%1\" cannot be %2: expected %3")
+        tr("\"%1\" cannot be %2: expected %3")
             .arg(name, PPropertyText::ofValue(value, range), expectation(property, range)));
 }
 
@@ -118,12 +119,12 @@ QString PPropertyCheck::expectation(const PDeviceProperty& property, const QVari
     if (range.metaType() == QMetaType::fromType<PScanAreaRange>())
         return expectedRegion(range.value<PScanAreaRange>());
     if (property.valueInner().typeId() == QMetaType::Bool)
-        return QStringLiteral("on or off");
+        return tr("on or off");
     if (PGadgetFields::isComposite(property.valueInner()))
-        return QStringLiteral("one field at a time, %1.FIELD=VALUE with one of the fields %2")
+        return tr("one field at a time, %1.FIELD=VALUE with one of the fields %2")
             .arg(QString::fromLatin1(property.id()),
                  PGadgetFields::names(property.valueInner()).join(QStringLiteral(", ")));
-    return QStringLiteral("a value of the type %1")
+    return tr("a value of the type %1")
         .arg(QString::fromLatin1(property.valueInner().metaType().name()));
 }
 

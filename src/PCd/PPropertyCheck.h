@@ -3,6 +3,7 @@
 
 #include <PCore/PStatus.h>
 
+#include <QCoreApplication>
 #include <QVariant>
 
 class PDeviceProperty;
@@ -10,6 +11,8 @@ class PDeviceProperty;
 /// Tells before a value is sent whether a property can take it, by the host's copy of its range and
 /// value, and after it was sent whether it did. The device's thread.
 class PPropertyCheck {
+    Q_DECLARE_TR_FUNCTIONS(PPropertyCheck)
+
 public:
     /// Fails with a sentence that names the property, the value and what was expected: a value of
     /// another type, outside the range or between its steps, a choice or region that does not

@@ -6,6 +6,8 @@
 
 namespace {
 
+constexpr char tooSlowWords[] = QT_TRANSLATE_NOOP(
+    "PFrameRecorder", "the disk is slower than the camera: %1 MB wait to be written");
 constexpr std::chrono::hours asLongAsItTakes(24 * 365);
 
 PFrameRecorder::Clock::time_point arrivalOf(const PDeviceFrame& frame) {
@@ -34,13 +36,17 @@ bool PFrameRecorder::takeFrame(const PDeviceFrame& frame, Kind kind) {
         return true;
     // In one go: a frame between the schedule and the queue would be forgotten by an end() now.
     const std::lock_guard lock(m_mutex);
-    const bool isOpen = !m_isEnding && m_error.isEmpty() && m_queue.state().error.isEmpty();
+    const bool isOpen = !m_isEnding && !m_isDiskTooSlow && m_queue.state().error.isEmpty();
     if (!isOpen || !m_schedule.claim(arrivalOf(frame)) || m_queue.push(frame))
         return true;
     // One missing frame is enough: a recording with holes in it is not what was asked for.
-    m_error = u"the disk is slower than the camera: %1 MB wait to be written"_qs.arg(
-        double(m_byteLimit) / 1e6, 0, 'f', 1);
+    m_isDiskTooSlow = true;
     return false;
+}
+
+/// The reason in the words given.
+QString PFrameRecorder::tooSlow(const QString& words) const {
+    return words.arg(double(m_byteLimit) / 1e6, 0, 'f', 1);
 }
 
 void PFrameRecorder::end(const std::optional<PFrameLedger>& ledger, const QString& trouble) {
@@ -59,6 +65,9 @@ void PFrameRecorder::finish(const QString& trouble) {
     {
         const std::lock_guard lock(m_mutex);
         end.ledger = m_ledger;
+        // Others read the file than its user: there, the words that are this one's are English.
+        if (m_queue.state().error.isEmpty() && m_isDiskTooSlow)
+            end.trouble = tooSlow(QString::fromLatin1(tooSlowWords));
     }
     QString error;
     try {
@@ -67,8 +76,7 @@ void PFrameRecorder::finish(const QString& trouble) {
         error = QString::fromLocal8Bit(failure.what());
     }
     const std::lock_guard lock(m_mutex);
-    if (m_error.isEmpty())
-        m_error = error;
+    m_finishError = error;
     m_isFinished = true;
     m_finished.notify_all();
 }
@@ -85,10 +93,17 @@ PFrameRecorder::Progress PFrameRecorder::progress(Clock::time_point now) const {
     progress.tally = tally(queue);
     progress.share = m_schedule.share(now);
     progress.timeLeft = m_schedule.timeLeft(now);
-    progress.error = queue.error.isEmpty() ? m_error : queue.error;
+    progress.error = error(queue);
     progress.isOver = m_isEnding || !progress.error.isEmpty() || m_schedule.isOver(now);
     progress.isFinished = m_isFinished;
     return progress;
+}
+
+/// Locked. The first that went wrong, in the user's language.
+QString PFrameRecorder::error(const PFrameWriteQueue::State& queue) const {
+    if (!queue.error.isEmpty())
+        return queue.error;
+    return m_isDiskTooSlow ? tooSlow(tr(tooSlowWords)) : m_finishError;
 }
 
 /// Locked. The frames claimed are counted apart from what became of them: one that got lost in

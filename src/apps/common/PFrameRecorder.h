@@ -7,6 +7,8 @@
 
 #include <PCd/PFrameSink.h>
 
+#include <QCoreApplication>
+
 #include <memory>
 
 /// Records the live frames of a camera into files: takes them on the camera's thread without ever
@@ -14,6 +16,8 @@
 /// when a frame cannot be written, and when too much waits to be written; then end() completes the
 /// files. Any thread.
 class PFrameRecorder : public PFrameSink {
+    Q_DECLARE_TR_FUNCTIONS(PFrameRecorder)
+
 public:
     using Clock = std::chrono::steady_clock;
 
@@ -40,12 +44,14 @@ public:
         std::optional<PRecordSchedule::Duration> timeLeft;
         bool isOver = false;     ///< no more frames are taken
         bool isFinished = false; ///< after end(): the files are complete
-        QString error;           ///< why frames or files are missing; empty: none
+        QString error;           ///< why frames or files are missing, translated; empty: none
     };
     Progress progress(Clock::time_point now = Clock::now()) const;
 
 private:
     void finish(const QString& trouble);
+    QString tooSlow(const QString& words) const;
+    QString error(const PFrameWriteQueue::State& queue) const;
     PRecordTally tally(const PFrameWriteQueue::State& queue) const;
 
     const std::unique_ptr<PFrameWriter> m_writer;
@@ -55,7 +61,8 @@ private:
     std::condition_variable m_finished;
     PRecordSchedule m_schedule;
     std::optional<PFrameLedger> m_ledger;
-    QString m_error;
+    QString m_finishError;
+    bool m_isDiskTooSlow = false;
     bool m_isEnding = false;
     bool m_isFinished = false;
     PFrameWriteQueue m_queue;

@@ -96,7 +96,8 @@ QString PFrameWriteQueue::tryWrite(const Job& job) const {
     try {
         return m_write(job.frame, job.number).reason();
     } catch (const std::exception& error) {
-        return u"cannot save frame %1: %2"_qs.arg(job.number)
+        return tr("cannot save frame %1: %2")
+            .arg(job.number)
             .arg(QString::fromLocal8Bit(error.what()));
     }
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QCoreApplication>
+
 #include <PCd/PDeviceFrame.h>
 
 #include <PCore/PStatus.h>
@@ -18,6 +20,8 @@
 /// Frames on their way from a camera's thread to files, which threads of its own write. What waits
 /// is bounded in bytes. Any thread.
 class PFrameWriteQueue {
+    Q_DECLARE_TR_FUNCTIONS(PFrameWriteQueue)
+
 public:
     /// What may wait on this machine: byteLimitFor() its memory.
     static std::size_t defaultByteLimit();

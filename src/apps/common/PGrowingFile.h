@@ -4,6 +4,7 @@
 #include <PCore/PStatus.h>
 
 #include <QByteArray>
+#include <QCoreApplication>
 
 #include <map>
 
@@ -12,6 +13,8 @@
 /// point to newer ones is sound in the file at every moment, also one at which the program is
 /// killed. One thread.
 class PGrowingFile {
+    Q_DECLARE_TR_FUNCTIONS(PGrowingFile)
+
 public:
     PGrowingFile() = default;
     /// Closes it as it was after the last step.

@@ -51,21 +51,20 @@ bool POmeStackWriter::isName(const QString& path) {
 }
 
 PStatus POmeStackWriter::failure(const QString& reason) const {
-    return PStatus::failure(u"cannot save \"%1\": %2"_qs.arg(m_options.path, reason));
+    return PStatus::failure(tr("cannot save \"%1\": %2").arg(m_options.path, reason));
 }
 
 PStatus POmeStackWriter::write(const PDeviceFrame& frame, quint64) {
     if (!frame.stamp)
-        return failure(u"the frame says nothing of its taking"_qs);
+        return failure(tr("the frame says nothing of its taking"));
     const QImage picture = frame.image.toQImage();
     if (!m_stack.isOpen())
         return begin(frame, picture);
     if (m_document.planes.size() >= m_options.mostFrames)
-        return failure(u"one file holds no more than %1 frames"_qs.arg(m_options.mostFrames));
-    return fitsInto(picture)
-               ? append(frame, picture)
-               : failure(u"frame %1 has another size or kind than the first one"_qs.arg(
-                     frame.stamp->sequence));
+        return failure(tr("one file holds no more than %1 frames").arg(m_options.mostFrames));
+    return fitsInto(picture) ? append(frame, picture)
+                             : failure(tr("frame %1 has another size or kind than the first one")
+                                           .arg(frame.stamp->sequence));
 }
 
 PStatus POmeStackWriter::begin(const PDeviceFrame& frame, const QImage& picture) {
@@ -127,6 +126,6 @@ PStatus POmeStackWriter::finish(const PRecordEnd& end) {
     const PStatus closed = m_stack.close();
     if (!described.isOk())
         return failure(
-            u"%1; all its pictures are whole, but it lacks their times"_qs.arg(described.reason()));
+            tr("%1; all its pictures are whole, but it lacks their times").arg(described.reason()));
     return closed.isOk() ? closed : failure(closed.reason());
 }

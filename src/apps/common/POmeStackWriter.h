@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QCoreApplication>
+
 #include <apps/common/PFrameWriter.h>
 #include <apps/common/POmeNotes.h>
 #include <apps/common/PSettingNames.h>
@@ -11,6 +13,8 @@
 /// valid OME-TIFF of the frames written so far, also when the program is killed; finish() adds the
 /// times of all frames and the accounts.
 class POmeStackWriter : public PFrameWriter {
+    Q_DECLARE_TR_FUNCTIONS(POmeStackWriter)
+
 public:
     /// What one file may hold: libtiff, with which most programs read, takes no more directories.
     static constexpr quint64 MostFrames = 1'048'576;

@@ -20,7 +20,7 @@ namespace {
 const QString png = u".png"_qs;
 
 PStatus fileFailure(const QString& path, const QString& reason) {
-    return PStatus::failure(u"cannot save \"%1\": %2"_qs.arg(path, reason));
+    return PStatus::failure(PPictureFile::tr("cannot save \"%1\": %2").arg(path, reason));
 }
 
 bool hasEnding(const QString& path, const QString& ending) {
@@ -106,22 +106,21 @@ PStatus PPictureFile::checkName(const QString& path) {
     if (std::any_of(known.begin(), known.end(),
                     [&](const QString& ending) { return hasEnding(path, ending); }))
         return PStatus::Ok;
-    return PStatus::failure(
-        u"\"%1\" names no picture format: expected a name that ends in %2"_qs.arg(
-            path, known.join(u", "_qs)));
+    return PStatus::failure(tr("\"%1\" names no picture format: expected a name that ends in %2")
+                                .arg(path, known.join(u", "_qs)));
 }
 
 PStatus PPictureFile::prepareFolder(const QString& path) {
     const QFileInfo file(path);
     const QString folder = file.absolutePath();
     if (file.isDir())
-        return fileFailure(path, u"it is a folder"_qs);
+        return fileFailure(path, tr("it is a folder"));
     if (file.exists() && !file.isFile())
-        return fileFailure(path, u"it is not a file"_qs);
+        return fileFailure(path, tr("it is not a file"));
     if (!QDir().mkpath(folder))
-        return fileFailure(path, u"the folder \"%1\" cannot be made"_qs.arg(folder));
+        return fileFailure(path, tr("the folder \"%1\" cannot be made").arg(folder));
     if (!QFileInfo(folder).isWritable())
-        return fileFailure(path, u"the folder \"%1\" cannot be written to"_qs.arg(folder));
+        return fileFailure(path, tr("the folder \"%1\" cannot be written to").arg(folder));
     return PStatus::Ok;
 }
 
@@ -130,6 +129,6 @@ PStatus PPictureFile::save(const QString& path, const QImage& image, const PPict
     // First in memory: what the disk refuses and what the format refuses are told apart.
     const QByteArray bytes = encode(path, image, text, effort);
     if (bytes.isEmpty())
-        return fileFailure(path, u"the picture does not fit the format"_qs);
+        return fileFailure(path, tr("the picture does not fit the format"));
     return existing == Existing::Replace ? replaceFile(path, bytes) : createFile(path, bytes);
 }

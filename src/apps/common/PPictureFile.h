@@ -5,11 +5,14 @@
 
 #include <PCore/PStatus.h>
 
+#include <QCoreApplication>
 #include <QImage>
 #include <QStringList>
 
 /// Writes pictures to files, so that a file is there whole or not at all. Any thread.
 class PPictureFile {
+    Q_DECLARE_TR_FUNCTIONS(PPictureFile)
+
 public:
     enum class Existing {
         Replace, ///< an older file of this name is replaced, in one step

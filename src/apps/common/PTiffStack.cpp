@@ -102,7 +102,7 @@ PStatus PTiffStack::finishStep(bool done) {
     // The cause, where it is the disk; libtiff has its own limits besides.
     const QString reason = m_file.errorString();
     m_file.rollBack();
-    return PStatus::failure(reason.isEmpty() ? u"it does not fit the format or the memory"_qs
+    return PStatus::failure(reason.isEmpty() ? tr("it does not fit the format or the memory")
                                              : reason);
 }
 

@@ -5,6 +5,7 @@
 
 #include <PCore/PStatus.h>
 
+#include <QCoreApplication>
 #include <QImage>
 
 #include <memory>
@@ -16,6 +17,8 @@ struct tiff;
 /// RGB. At every moment, also when the program is killed or the disk is full, the file holds the
 /// pictures that append() has returned for, and ordinary readers open it. One thread.
 class PTiffStack {
+    Q_DECLARE_TR_FUNCTIONS(PTiffStack)
+
 public:
     enum class Size {
         UpTo4Gb,   ///< classic TIFF, which everything reads

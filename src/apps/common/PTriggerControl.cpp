@@ -64,11 +64,10 @@ PStatus PTriggerControl::checkExposure(const QVariant& value) const {
     const auto range = m_timeRange.value<PMinMaxRange<int>>();
     if (!m_timeRange.isValid() || (time >= range.minimum && time <= range.maximum))
         return PStatus::Ok;
-    return PStatus::failure(
-        QStringLiteral("an exposure time of %1 s is not possible: expected %2 s to %3 s")
-            .arg(time / 1e6)
-            .arg(range.minimum / 1e6)
-            .arg(range.maximum / 1e6));
+    return PStatus::failure(tr("an exposure time of %1 s is not possible: expected %2 s to %3 s")
+                                .arg(time / 1e6)
+                                .arg(range.minimum / 1e6)
+                                .arg(range.maximum / 1e6));
 }
 
 PTriggerControl::PTriggerControl(PDevice& device)
@@ -83,7 +82,7 @@ PTriggerControl::PTriggerControl(PDevice& device)
 
 PStatus PTriggerControl::prepare(Source source, std::optional<microseconds> exposure, int frames) {
     if (m_property == nullptr)
-        return PStatus::failure(QStringLiteral("the camera has no triggered capture"));
+        return PStatus::failure(tr("the camera has no triggered capture"));
     QVariant value = m_property->valueInner();
     PStatus status = exposure ? writeExposure(value, *exposure) : PStatus(PStatus::Ok);
     if (status.isOk())
@@ -106,7 +105,7 @@ PStatus PTriggerControl::fire(int frames) {
     QMetaObject::invokeMethod(m_property, "fireTrigger", Qt::DirectConnection,
                               Q_RETURN_ARG(bool, fired), Q_ARG(int, frames));
     return fired ? PStatus(PStatus::Ok)
-                 : PStatus::failure(QStringLiteral("the camera refused to be triggered"));
+                 : PStatus::failure(tr("the camera refused to be triggered"));
 }
 
 microseconds PTriggerControl::exposure() const {

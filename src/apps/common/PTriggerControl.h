@@ -3,6 +3,7 @@
 
 #include <PCore/PStatus.h>
 
+#include <QCoreApplication>
 #include <QVariant>
 
 #include <chrono>
@@ -14,6 +15,8 @@ class PDeviceProperty;
 /// Triggered capture of a camera that has it: a composite exposure property with trigger fields,
 /// and a way to fire. The device's thread; the device must stay.
 class PTriggerControl {
+    Q_DECLARE_TR_FUNCTIONS(PTriggerControl)
+
 public:
     enum class Source { Software, External };
     /// A run that only the next fire() ends.

@@ -124,6 +124,41 @@
     </message>
 </context>
 <context>
+    <name>PDevice</name>
+    <message>
+        <source>the device is gone</source>
+        <translation>устройства больше нет</translation>
+    </message>
+    <message>
+        <source>the device refused to be linked</source>
+        <translation>устройство отказалось подключиться</translation>
+    </message>
+    <message>
+        <source>the device refused to be unlinked</source>
+        <translation>устройство отказалось отключиться</translation>
+    </message>
+    <message>
+        <source>the device is not linked</source>
+        <translation>устройство не подключено</translation>
+    </message>
+    <message>
+        <source>the stream runs already</source>
+        <translation>поток уже идёт</translation>
+    </message>
+    <message>
+        <source>the device refused to start its stream</source>
+        <translation>устройство отказалось начать поток</translation>
+    </message>
+    <message>
+        <source>the device refused to stop its stream</source>
+        <translation>устройство отказалось остановить поток</translation>
+    </message>
+    <message>
+        <source>the device refused to take the mode %1</source>
+        <translation>устройство отказалось перейти в режим %1</translation>
+    </message>
+</context>
+<context>
     <name>PDevicePanel</name>
     <message>
         <source>The device is not connected.</source>
@@ -136,6 +171,84 @@
     <message>
         <source>Other</source>
         <translation>Прочее</translation>
+    </message>
+</context>
+<context>
+    <name>PDeviceProfileFile</name>
+    <message>
+        <source>cannot save &quot;%1&quot;: %2</source>
+        <translation>не удалось сохранить «%1»: %2</translation>
+    </message>
+    <message>
+        <source>cannot read &quot;%1&quot;: %2</source>
+        <translation>не удалось прочитать «%1»: %2</translation>
+    </message>
+    <message>
+        <source>it is not a file</source>
+        <translation>это не файл</translation>
+    </message>
+    <message>
+        <source>it is larger than %1 bytes, which no profile is</source>
+        <translation>больше %1 байт, таких профилей не бывает</translation>
+    </message>
+    <message>
+        <source>the camera no longer answers</source>
+        <translation>камера больше не отвечает</translation>
+    </message>
+    <message>
+        <source>the camera has a value that cannot be written</source>
+        <translation>у камеры есть значение, которое нельзя записать</translation>
+    </message>
+</context>
+<context>
+    <name>PDeviceProfilePlan</name>
+    <message>
+        <source>one of %1</source>
+        <translation>одно из %1</translation>
+    </message>
+    <message>
+        <source>it is an action, which a profile never runs</source>
+        <translation>это действие, профиль их не выполняет</translation>
+    </message>
+    <message>
+        <source>profiles do not hold this property</source>
+        <translation>профили не хранят это свойство</translation>
+    </message>
+    <message>
+        <source>the text &quot;%1&quot;</source>
+        <translation>текстом «%1»</translation>
+    </message>
+    <message>
+        <source>%1 with a decimal point</source>
+        <translation>%1 (дробным числом)</translation>
+    </message>
+    <message>
+        <source>these bytes</source>
+        <translation>этими байтами</translation>
+    </message>
+    <message>
+        <source>cannot be %1: expected %2</source>
+        <translation>не может быть %1: ожидалось %2</translation>
+    </message>
+    <message>
+        <source>the camera has this value already, outside of its range</source>
+        <translation>у камеры уже это значение, вне её диапазона</translation>
+    </message>
+    <message>
+        <source>saved from another camera: %1, serial number %2; this one is %3, serial number %4</source>
+        <translation>сохранён с другой камеры: %1, серийный номер %2; эта — %3, серийный номер %4</translation>
+    </message>
+    <message>
+        <source>the camera has no such property</source>
+        <translation>у камеры нет такого свойства</translation>
+    </message>
+    <message>
+        <source>it is a region of a mode that is not set</source>
+        <translation>это область режима, который не установлен</translation>
+    </message>
+    <message>
+        <source>wanted %1, the camera has %2</source>
+        <translation>нужно %1, у камеры %2</translation>
     </message>
 </context>
 <context>
@@ -177,6 +290,20 @@
     </message>
 </context>
 <context>
+    <name>PFrameRecorder</name>
+    <message>
+        <source>the disk is slower than the camera: %1 MB wait to be written</source>
+        <translation>диск медленнее камеры: записи ждут %1 МБ</translation>
+    </message>
+</context>
+<context>
+    <name>PFrameWriteQueue</name>
+    <message>
+        <source>cannot save frame %1: %2</source>
+        <translation>не удалось сохранить кадр %1: %2</translation>
+    </message>
+</context>
+<context>
     <name>PFramesPanel</name>
     <message>
         <source>What became of them</source>
@@ -185,6 +312,17 @@
     <message>
         <source>Frames</source>
         <translation>Кадры</translation>
+    </message>
+</context>
+<context>
+    <name>PGrowingFile</name>
+    <message>
+        <source>the file was removed while it was written</source>
+        <translation>файл удалили во время записи</translation>
+    </message>
+    <message>
+        <source>the file was cut short while it was written</source>
+        <translation>файл укоротили во время записи</translation>
     </message>
 </context>
 <context>
@@ -529,6 +667,29 @@ It is the size on the sensor divided by the magnification.</source>
     </message>
 </context>
 <context>
+    <name>POmeStackWriter</name>
+    <message>
+        <source>cannot save &quot;%1&quot;: %2</source>
+        <translation>не удалось сохранить «%1»: %2</translation>
+    </message>
+    <message>
+        <source>the frame says nothing of its taking</source>
+        <translation>в кадре нет сведений о съёмке</translation>
+    </message>
+    <message>
+        <source>one file holds no more than %1 frames</source>
+        <translation>в одном файле не больше %1 кадров</translation>
+    </message>
+    <message>
+        <source>frame %1 has another size or kind than the first one</source>
+        <translation>у кадра %1 другой размер или вид, чем у первого</translation>
+    </message>
+    <message>
+        <source>%1; all its pictures are whole, but it lacks their times</source>
+        <translation>%1; все снимки в нём целы, но без времени съёмки</translation>
+    </message>
+</context>
+<context>
     <name>PPanels</name>
     <message>
         <source>Cameras</source>
@@ -553,6 +714,37 @@ It is the size on the sensor divided by the magnification.</source>
     <message>
         <source>Log</source>
         <translation>Журнал</translation>
+    </message>
+</context>
+<context>
+    <name>PPictureFile</name>
+    <message>
+        <source>cannot save &quot;%1&quot;: %2</source>
+        <translation>не удалось сохранить «%1»: %2</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; names no picture format: expected a name that ends in %2</source>
+        <translation>имя «%1» не указывает формат снимка: ожидалось окончание %2</translation>
+    </message>
+    <message>
+        <source>it is a folder</source>
+        <translation>это папка</translation>
+    </message>
+    <message>
+        <source>it is not a file</source>
+        <translation>это не файл</translation>
+    </message>
+    <message>
+        <source>the folder &quot;%1&quot; cannot be made</source>
+        <translation>не удалось создать папку «%1»</translation>
+    </message>
+    <message>
+        <source>the folder &quot;%1&quot; cannot be written to</source>
+        <translation>в папку «%1» нельзя писать</translation>
+    </message>
+    <message>
+        <source>the picture does not fit the format</source>
+        <translation>снимок не подходит к формату</translation>
     </message>
 </context>
 <context>
@@ -583,6 +775,49 @@ It is the size on the sensor divided by the magnification.</source>
     <message>
         <source>Not in the file, so left as they are: %1</source>
         <translation>Нет в файле, оставлено как есть: %1</translation>
+    </message>
+</context>
+<context>
+    <name>PPropertyCheck</name>
+    <message>
+        <source>a whole number</source>
+        <translation>целое число</translation>
+    </message>
+    <message>
+        <source>a whole number from %1 to %2</source>
+        <translation>целое число от %1 до %2</translation>
+    </message>
+    <message>
+        <source>%1 in steps of %2</source>
+        <translation>%1 с шагом %2</translation>
+    </message>
+    <message>
+        <source>one of %1</source>
+        <translation>одно из %1</translation>
+    </message>
+    <message>
+        <source>a region x,y,width,height inside %1, of %2 x %3 pixels at least, in steps of %4 x %5, or the whole</source>
+        <translation>область x,y,ширина,высота внутри %1, не меньше %2 x %3 пикселов, с шагом %4 x %5, или вся</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is an action and takes no value</source>
+        <translation>«%1» — действие, значений у него нет</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; cannot be %2: expected %3</source>
+        <translation>«%1» не может быть %2: ожидалось %3</translation>
+    </message>
+    <message>
+        <source>on or off</source>
+        <translation>on или off</translation>
+    </message>
+    <message>
+        <source>one field at a time, %1.FIELD=VALUE with one of the fields %2</source>
+        <translation>по одному полю, %1.ПОЛЕ=ЗНАЧЕНИЕ, поля: %2</translation>
+    </message>
+    <message>
+        <source>a value of the type %1</source>
+        <translation>значение типа %1</translation>
     </message>
 </context>
 <context>
@@ -798,6 +1033,13 @@ It is the size on the sensor divided by the magnification.</source>
     </message>
 </context>
 <context>
+    <name>PTiffStack</name>
+    <message>
+        <source>it does not fit the format or the memory</source>
+        <translation>не помещается в формат или в память</translation>
+    </message>
+</context>
+<context>
     <name>PTimeText</name>
     <message>
         <source>µs</source>
@@ -810,6 +1052,21 @@ It is the size on the sensor divided by the magnification.</source>
     <message>
         <source>s</source>
         <translation>с</translation>
+    </message>
+</context>
+<context>
+    <name>PTriggerControl</name>
+    <message>
+        <source>an exposure time of %1 s is not possible: expected %2 s to %3 s</source>
+        <translation>выдержка %1 с невозможна: ожидалось от %2 с до %3 с</translation>
+    </message>
+    <message>
+        <source>the camera has no triggered capture</source>
+        <translation>у камеры нет съёмки по триггеру</translation>
+    </message>
+    <message>
+        <source>the camera refused to be triggered</source>
+        <translation>камера отказалась снимать по триггеру</translation>
     </message>
 </context>
 <context>

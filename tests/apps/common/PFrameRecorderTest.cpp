@@ -5,6 +5,9 @@
 
 #include <support/QtPrinters.h>
 
+#include <QCoreApplication>
+#include <QTranslator>
+
 #include <gtest/gtest.h>
 
 #include <future>
@@ -16,6 +19,15 @@ using Kind = PFrameSink::Kind;
 
 constexpr std::chrono::milliseconds deadline = 60s;
 const PRecordSchedule::Plan noEnd;
+
+/// Its language has capitals only. Taken away by its destructor.
+class ShoutingTranslator : public QTranslator {
+public:
+    bool isEmpty() const override { return false; }
+    QString translate(const char*, const char* text, const char*, int) const override {
+        return QString::fromLatin1(text).toUpper();
+    }
+};
 
 /// What a writer was told; outlives it.
 struct Told {
@@ -194,6 +206,18 @@ TEST_F(FrameRecorder, a_frame_that_finds_no_room_ends_it_and_what_waits_is_still
     EXPECT_EQ(progress.tally.notTaken, 6U);
     EXPECT_TRUE(progress.error.startsWith(u"the disk is slower than the camera"_qs));
     EXPECT_EQ(told->end->trouble, progress.error);
+}
+
+TEST_F(FrameRecorder, its_user_reads_the_reason_in_his_language_and_the_files_have_it_in_english) {
+    ShoutingTranslator translator;
+    QCoreApplication::installTranslator(&translator);
+    std::promise<void> gate;
+    told->gate = gate.get_future().share();
+    const auto recorder = record(noEnd, frameBytes);
+    EXPECT_FALSE(offer(*recorder, 2));
+    gate.set_value();
+    EXPECT_TRUE(end(*recorder).error.startsWith(u"THE DISK IS SLOWER THAN THE CAMERA"_qs));
+    EXPECT_TRUE(told->end->trouble.startsWith(u"the disk is slower than the camera"_qs));
 }
 
 TEST_F(FrameRecorder, taking_a_frame_does_not_wait_for_a_writer_that_stands_still) {
