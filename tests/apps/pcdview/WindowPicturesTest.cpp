@@ -79,7 +79,9 @@ protected:
 
     /// Labels and buttons of the window whose text does not fit into them.
     QStringList cutOff() {
-        QCoreApplication::processEvents(); // what was told just now has its place then
+        QCoreApplication::processEvents();
+        // A text that was set last of all still waits for its place.
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
         QStringList texts;
         for (const QLabel* label : window().findChildren<QLabel*>()) {
             const int height = label->wordWrap() ? label->heightForWidth(label->width())
