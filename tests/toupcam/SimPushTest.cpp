@@ -345,51 +345,51 @@ TEST_F(SimPush, unpaced_ring_pushes_each_frame_of_the_ring_in_turn_without_loss)
         EXPECT_EQ(frames[i].bytes[0], i % 3);
 }
 
+/// The addresses that frames are handed out at.
+struct AddressLog {
+    static void onData(const void* data, const BITMAPINFOHEADER*, int, void* context) {
+        auto* const log = static_cast<AddressLog*>(context);
+        const std::lock_guard lock(log->mutex);
+        log->addresses.push_back(data);
+    }
+
+    std::mutex mutex;
+    std::vector<const void*> addresses;
+};
+
+/// Those of so many frames at least, pushed by a camera that is stopped then.
+void pushAddresses(HToupcam handle, std::size_t frames, std::vector<const void*>& addresses) {
+    AddressLog log;
+    ASSERT_EQ(Toupcam_StartPushMode(handle, AddressLog::onData, &log), S_OK);
+    const bool came = eventually([&] {
+        const std::lock_guard lock(log.mutex);
+        return log.addresses.size() >= frames;
+    });
+    // Before anything else: until it has stopped, the camera writes into the log.
+    ASSERT_EQ(Toupcam_Stop(handle), S_OK);
+    ASSERT_TRUE(came);
+    addresses = log.addresses;
+}
+
 TEST_F(SimPush, ring_frames_are_handed_out_without_a_copy) {
     SimCameraText camera;
     camera.source = R"({"kind": "ring", "frames": 2, "unpaced": true})";
     const HToupcam handle = openOnly(camera);
-    struct Seen {
-        std::mutex mutex;
-        std::vector<const void*> pointers;
-    } seen;
-    const auto keep = [](const void* data, const BITMAPINFOHEADER*, int, void* context) {
-        auto* const to = static_cast<Seen*>(context);
-        const std::lock_guard lock(to->mutex);
-        to->pointers.push_back(data);
-    };
-    ASSERT_EQ(Toupcam_StartPushMode(handle, keep, &seen), S_OK);
-    ASSERT_TRUE(eventually([&] {
-        const std::lock_guard lock(seen.mutex);
-        return seen.pointers.size() >= 6;
-    }));
-    ASSERT_EQ(Toupcam_Stop(handle), S_OK);
-    EXPECT_EQ(seen.pointers[0], seen.pointers[2]);
-    EXPECT_EQ(seen.pointers[1], seen.pointers[5]);
-    EXPECT_NE(seen.pointers[0], seen.pointers[1]);
+    std::vector<const void*> seen;
+    ASSERT_NO_FATAL_FAILURE(pushAddresses(handle, 6, seen));
+    EXPECT_EQ(seen[0], seen[2]);
+    EXPECT_EQ(seen[1], seen[5]);
+    EXPECT_NE(seen[0], seen[1]);
 }
 
 TEST_F(SimPush, frame_buffer_is_the_same_from_frame_to_frame) {
     SimCameraText camera;
     camera.source = R"({"kind": "flat"})";
     const HToupcam handle = openOnly(camera);
-    struct Seen {
-        std::mutex mutex;
-        std::vector<const void*> pointers;
-    } seen;
-    const auto keep = [](const void* data, const BITMAPINFOHEADER*, int, void* context) {
-        auto* const to = static_cast<Seen*>(context);
-        const std::lock_guard lock(to->mutex);
-        to->pointers.push_back(data);
-    };
-    ASSERT_EQ(Toupcam_StartPushMode(handle, keep, &seen), S_OK);
-    ASSERT_TRUE(eventually([&] {
-        const std::lock_guard lock(seen.mutex);
-        return seen.pointers.size() >= 4;
-    }));
-    ASSERT_EQ(Toupcam_Stop(handle), S_OK);
-    for (const void* const pointer : seen.pointers)
-        EXPECT_EQ(pointer, seen.pointers.front());
+    std::vector<const void*> seen;
+    ASSERT_NO_FATAL_FAILURE(pushAddresses(handle, 4, seen));
+    for (const void* const pointer : seen)
+        EXPECT_EQ(pointer, seen.front());
 }
 
 } // namespace
