@@ -56,8 +56,9 @@ bool PDeviceProperty::readValueFromStream(PAbstractReader* reader, const QString
 }
 
 void PDeviceProperty::setValue(const QVariant& value) {
-    // Not taken, or so the device says: what it has now is the truth to show.
-    m_value = trySetValue(value) ? value : tryGetValue();
+    // The answer alone proves nothing: some devices always say yes, some the opposite.
+    const bool keepAsGiven = trySetValue(value) && PPropertyStreamForm::isComposite(value);
+    m_value = keepAsGiven ? value : tryGetValue();
     emit valueChanged(m_value);
 }
 

@@ -52,9 +52,10 @@ public:
     QVariant valueInner() const { return m_value; }
     QVariant rangeInner() const { return m_range; }
 
-    /// Sends a value to the device. If it was taken, that value, as given, becomes the host's copy;
-    /// if not, the device is asked what it has. Either way valueChanged() is emitted, so that
-    /// whoever shows the property shows what is true.
+    /// Sends a value to the device, reads what the device then has, whatever it answered, and emits
+    /// valueChanged() with that in any case: an editor that shows what was refused goes back. Only
+    /// a composite value that the device took becomes the host's copy as given, since devices do
+    /// not hold all of its fields.
     void setValue(const QVariant& value);
 
     QVariant defaultValue() const { return m_default; }

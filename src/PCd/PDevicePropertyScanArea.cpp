@@ -18,6 +18,5 @@ bool PDevicePropertyScanArea::readValueFromStream(PAbstractReader* reader, const
     if (region.typeId() != QMetaType::QRect)
         return false;
     setValue(region);
-    updateValueFromDevice();
     return valueInner() == region;
 }

@@ -59,6 +59,10 @@ QVariant valueOfBytes(const QByteArray& bytes, QVariant value) {
 
 } // namespace
 
+bool PPropertyStreamForm::isComposite(const QVariant& value) {
+    return value.isValid() && !isPlain(value.typeId());
+}
+
 QVariant PPropertyStreamForm::named(const QVariant& value, const QVariant& range) {
     return isChoice(range) ? nameOfChoice(value, range.value<PEnumeration>()) : value;
 }
@@ -78,8 +82,7 @@ QVariant PPropertyStreamForm::fromForm(const QVariant& form, const QVariant& cur
         return choiceOfName(form, range.value<PEnumeration>());
     if (!current.isValid() || form.metaType() == current.metaType())
         return form;
-    const bool isComposite = !isPlain(current.typeId());
-    if (isComposite && form.typeId() == QMetaType::QByteArray)
+    if (isComposite(current) && form.typeId() == QMetaType::QByteArray)
         return valueOfBytes(form.toByteArray(), current);
     return QVariant();
 }

@@ -8,6 +8,8 @@
 /// everything else as it is. Any thread.
 class PPropertyStreamForm {
 public:
+    /// True for a valid value of a type that plugins make: a record of several fields.
+    static bool isComposite(const QVariant& value);
     /// A choice as its item's untranslated name, any other value as it is.
     static QVariant named(const QVariant& value, const QVariant& range);
     /// The form of a value, which may depend on the property's range. Invalid if it has none.

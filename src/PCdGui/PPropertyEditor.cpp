@@ -8,10 +8,10 @@
 #include <QHBoxLayout>
 #include <QMenu>
 
-PPropertyEditor::PPropertyEditor(PDeviceProperty* property, AfterSet afterSet)
+PPropertyEditor::PPropertyEditor(PDeviceProperty* property)
     : m_property(property)
     , m_watch(property->device(), this)
-    , m_sender(property, afterSet) {
+    , m_sender(property) {
 }
 
 PPropertyEditor::~PPropertyEditor() {

@@ -28,9 +28,7 @@ public:
     void resetToDefault();
 
 protected:
-    using AfterSet = PValueSender::AfterSet;
-
-    explicit PPropertyEditor(PDeviceProperty* property, AfterSet afterSet = AfterSet::Trust);
+    explicit PPropertyEditor(PDeviceProperty* property);
 
     /// To be called at the end of a constructor: lays out the control, names it, and shows the
     /// property. `focus` is what takes the focus.

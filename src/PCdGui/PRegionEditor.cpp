@@ -23,8 +23,7 @@ void fill(PNumberField* field, const PMinMaxRange<double>& range, int value) {
 } // namespace
 
 PRegionEditor::PRegionEditor(PDeviceProperty* property)
-    // Devices differ in what they answer to a set: only asking them tells the region they have.
-    : PPropertyEditor(property, AfterSet::AskAgain) {
+    : PPropertyEditor(property) {
     auto* const area = new QWidget(this);
     auto* const layout = new QGridLayout(area);
     layout->setContentsMargins(0, 0, 0, 0);

@@ -6,9 +6,8 @@
 
 #include <utility>
 
-PValueSender::PValueSender(PDeviceProperty* property, AfterSet afterSet)
-    : m_property(property)
-    , m_afterSet(afterSet) {
+PValueSender::PValueSender(PDeviceProperty* property)
+    : m_property(property) {
     m_turn.setSingleShot(true);
     connect(&m_turn, &QTimer::timeout, this, &PValueSender::flush);
 }
@@ -35,11 +34,8 @@ void PValueSender::flush() {
         return;
     // Whoever hears of the new value may delete the property, or the editor and so this object.
     const QPointer<PValueSender> self(this);
-    if (value != m_property->valueInner()) {
+    if (value != m_property->valueInner())
         m_property->setValue(value);
-        if (self && m_property && m_afterSet == AfterSet::AskAgain)
-            m_property->updateValueFromDevice();
-    }
     if (self)
         emit settled();
 }

@@ -15,10 +15,7 @@ class PValueSender : public QObject {
     Q_OBJECT
 
 public:
-    /// Whether the device must be asked after a set, because its answer to the set tells nothing.
-    enum class AfterSet { Trust, AskAgain };
-
-    PValueSender(PDeviceProperty* property, AfterSet afterSet);
+    explicit PValueSender(PDeviceProperty* property);
     ~PValueSender() override;
 
     /// Sets the value in the next turn, unless another one is posted before.
@@ -36,7 +33,6 @@ signals:
 
 private:
     QPointer<PDeviceProperty> m_property;
-    AfterSet m_afterSet;
     QVariant m_value;
     QTimer m_turn;
 };

@@ -17,7 +17,7 @@ public:
         calls.append(QStringLiteral("set"));
         if (!refuses)
             inDevice = becomes.isValid() ? becomes : value;
-        return !refuses;
+        return answersOpposite ? refuses : !refuses || answersTaken;
     }
     QVariant tryGetValue() override {
         calls.append(QStringLiteral("get value"));
@@ -34,5 +34,7 @@ public:
     QVariant rangeInDevice;
     QVariant becomes; ///< what the device makes of any value it takes, if valid
     bool refuses = false;
+    bool answersTaken = false;    ///< always true, as some devices do
+    bool answersOpposite = false; ///< false for what it took, as some devices do
     QStringList calls;
 };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <PCd/FakeDevice.h>
 #include <PCd/FakeProperty.h>
+#include <PCd/StreamedPair.h>
 
 #include <PCd/PEnumeration.h>
 
@@ -9,6 +10,7 @@
 #include <PCore/PMinMaxRange.h>
 
 #include <support/QtPrinters.h>
+#include <support/RowName.h>
 #include <support/WaitUntil.h>
 
 #include <QCoreApplication>
@@ -88,23 +90,77 @@ TEST(PDeviceProperty, keeps_a_default_as_given_and_never_sends_it) {
 
 // ---- Setting.
 
-TEST(PDeviceProperty, stores_a_value_that_was_taken_as_given) {
+TEST(PDeviceProperty, has_what_the_device_made_of_a_value_that_it_took) {
     TakenProperty taken;
-    taken.property->becomes = 8; // what the device makes of it comes with its next update
+    taken.property->becomes = 8; // a time is cut to what the sensor can do
     taken.property->setValue(9);
-    EXPECT_EQ(taken.property->valueInner(), QVariant(9));
-    EXPECT_EQ(taken.emitted, (Emitted{{"value", 9}}));
-    EXPECT_EQ(taken.property->calls, QStringList{QStringLiteral("set")});
+    EXPECT_EQ(taken.property->valueInner(), QVariant(8));
+    EXPECT_EQ(taken.emitted, (Emitted{{"value", 8}}));
+    EXPECT_EQ(taken.property->calls,
+              (QStringList{QStringLiteral("set"), QStringLiteral("get value")}));
 }
 
-TEST(PDeviceProperty, asks_what_the_device_has_when_a_value_was_refused) {
+TEST(PDeviceProperty, has_the_type_that_the_device_gives_whatever_was_sent) {
+    TakenProperty taken;
+    taken.property->becomes = 9;
+    taken.property->setValue(QStringLiteral("9"));
+    EXPECT_EQ(taken.property->valueInner().typeId(), QMetaType::Int);
+}
+
+TEST(PDeviceProperty, keeps_a_composite_value_that_was_taken_as_given) {
+    // Devices do not hold every field of one, and read zeros for the others.
+    const auto pair = [](int a, int b) { return QVariant::fromValue(StreamedPair{a, b}); };
+    TakenProperty taken(pair(1, 2));
+    const auto leftOut = [&] { return taken.property->valueInner().value<StreamedPair>().leftOut; };
+    taken.property->becomes = pair(3, 0);
+    taken.property->setValue(pair(3, 4));
+    EXPECT_EQ(leftOut(), 4);
+    ASSERT_EQ(taken.emitted.size(), 1);
+    EXPECT_EQ(taken.emitted.first().second.value<StreamedPair>().leftOut, 4);
+    taken.property->refuses = true;
+    taken.property->setValue(pair(5, 6));
+    EXPECT_EQ(leftOut(), 0);
+}
+
+namespace {
+
+struct RefusalRow {
+    const char* name;
+    bool answersTaken;
+    bool answersOpposite;
+};
+
+class Refusal : public testing::TestWithParam<RefusalRow> {};
+
+} // namespace
+
+TEST_P(Refusal, leaves_the_host_with_what_the_device_has) {
     TakenProperty taken;
     taken.property->refuses = true;
+    taken.property->answersTaken = GetParam().answersTaken;
+    taken.property->answersOpposite = GetParam().answersOpposite;
     taken.property->inDevice = 6;
     taken.property->setValue(9);
     EXPECT_EQ(taken.property->valueInner(), QVariant(6));
     EXPECT_EQ(taken.emitted, (Emitted{{"value", 6}}));
 }
+
+TEST_P(Refusal, is_seen_when_a_saved_value_is_restored) {
+    PJsonReader reader;
+    ASSERT_TRUE(reader.setDocument("{\"value\": 42}").isOk());
+    TakenProperty taken;
+    taken.property->refuses = true;
+    taken.property->answersTaken = GetParam().answersTaken;
+    taken.property->answersOpposite = GetParam().answersOpposite;
+    EXPECT_FALSE(taken.property->readStreamThis(&reader));
+    EXPECT_EQ(taken.property->valueInner(), QVariant(5));
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, Refusal,
+                         testing::Values(RefusalRow{"that_the_device_admits", false, false},
+                                         RefusalRow{"answered_as_taken", true, false},
+                                         RefusalRow{"answered_in_the_opposite", false, true}),
+                         RowName());
 
 TEST(PDeviceProperty, tells_after_a_refusal_also_what_has_not_changed) {
     TakenProperty taken;
@@ -278,15 +334,6 @@ TEST(PDeviceProperty, says_that_its_value_cannot_be_saved) {
     TakenProperty taken(QVariant::fromValue(PMinMaxRange<double>{0, 1, 1}));
     PJsonWriter writer;
     EXPECT_FALSE(taken.property->writeStreamThis(&writer, QStringLiteral("gain")));
-}
-
-TEST(PDeviceProperty, says_that_a_saved_value_was_refused) {
-    TakenProperty before(42);
-    const QByteArray document = saved(*before.property);
-    TakenProperty after(5);
-    after.property->refuses = true;
-    EXPECT_FALSE(restored(*after.property, document));
-    EXPECT_EQ(after.property->valueInner(), QVariant(5));
 }
 
 TEST(PDeviceProperty, sends_nothing_when_no_value_was_saved) {

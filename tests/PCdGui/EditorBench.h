@@ -7,6 +7,7 @@
 
 #include <PCd/FakeDevice.h>
 #include <PGui/WidgetHands.h>
+#include <support/RowName.h>
 
 #include <QSignalSpy>
 #include <QVBoxLayout>
@@ -59,3 +60,25 @@ protected:
     PPropertyEditor* editor = nullptr; // the window's
     QLineEdit* elsewhere = new QLineEdit(&window);
 };
+
+struct AnswerRow {
+    const char* name;
+    FakeAnswer answer;
+};
+
+/// A bench of the kind `Bench` whose device refuses every value, whatever it answers.
+template <typename Bench>
+class RefusingBench : public Bench, public testing::WithParamInterface<AnswerRow> {
+protected:
+    RefusingBench() {
+        this->property->refuses = true;
+        this->property->answer = GetParam().answer;
+        this->open();
+    }
+};
+
+inline auto everyAnswer() {
+    return testing::Values(AnswerRow{"when_it_says_so", FakeAnswer::Truth},
+                           AnswerRow{"when_it_says_that_it_took_it", FakeAnswer::Taken},
+                           AnswerRow{"when_its_answers_mean_the_opposite", FakeAnswer::Opposite});
+}

@@ -71,14 +71,16 @@ TEST_F(PChoiceEditorTest, follows_the_choices_and_sends_nothing) {
     EXPECT_TRUE(property->sets.isEmpty());
 }
 
-TEST_F(PChoiceEditorTest, shows_a_refused_choice_as_it_is) {
-    property->refuses = true;
-    open();
+using PChoiceEditorRefusal = RefusingBench<PChoiceEditorTest>;
+
+TEST_P(PChoiceEditorRefusal, shows_what_the_device_has) {
     QTest::keyClick(box(), Qt::Key_Down);
     turn();
     EXPECT_EQ(property->sets, Sets({idOf(1)}));
     EXPECT_EQ(box()->currentText(), QStringLiteral("0°"));
 }
+
+INSTANTIATE_TEST_SUITE_P(Rows, PChoiceEditorRefusal, everyAnswer(), RowName());
 
 TEST_F(PChoiceEditorTest, shows_no_choice_where_the_device_has_another) {
     open();

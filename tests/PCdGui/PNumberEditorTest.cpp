@@ -89,15 +89,17 @@ TEST_F(PNumberEditorTest, keeps_what_is_being_typed_when_the_range_changes_and_b
     EXPECT_EQ(property->sets, Sets({300}));
 }
 
-TEST_F(PNumberEditorTest, shows_a_refused_value_as_it_is) {
-    property->refuses = true;
-    open();
+using PNumberEditorRefusal = RefusingBench<PNumberEditorTest>;
+
+TEST_P(PNumberEditorRefusal, shows_what_the_device_has) {
     enter(field(), QStringLiteral("250"));
     turn();
     EXPECT_EQ(property->sets, Sets({250}));
     EXPECT_EQ(textOf(field()), QStringLiteral("100"));
     EXPECT_EQ(slider()->value(), 100);
 }
+
+INSTANTIATE_TEST_SUITE_P(Rows, PNumberEditorRefusal, everyAnswer(), RowName());
 
 TEST_F(PNumberEditorTest, shows_a_value_outside_the_range_as_it_is) {
     property->inDevice = 6503;

@@ -100,14 +100,16 @@ TEST_F(PRegionEditorTest, takes_the_whole_sensor_by_the_button) {
     EXPECT_EQ(property->sets.size(), 1) << "it is whole already";
 }
 
-TEST_F(PRegionEditorTest, shows_a_refused_region_as_it_is_whatever_the_device_answers) {
-    property->refuses = true;
-    open();
+using PRegionEditorRefusal = RefusingBench<PRegionEditorTest>;
+
+TEST_P(PRegionEditorRefusal, shows_what_the_device_has) {
     enterInto("Width", 640);
     EXPECT_EQ(property->sets.size(), 1);
     EXPECT_EQ(property->valueInner(), QVariant(whole));
     EXPECT_EQ(shown(), whole);
 }
+
+INSTANTIATE_TEST_SUITE_P(Rows, PRegionEditorRefusal, everyAnswer(), RowName());
 
 TEST_F(PRegionEditorTest, shows_a_region_off_the_steps_as_it_is) {
     open();

@@ -51,14 +51,16 @@ TEST_F(PSwitchEditorTest, follows_the_device_and_sends_nothing_back) {
     EXPECT_TRUE(property->sets.isEmpty());
 }
 
-TEST_F(PSwitchEditorTest, shows_a_refused_switch_as_it_is) {
-    property->refuses = true;
-    open();
+using PSwitchEditorRefusal = RefusingBench<PSwitchEditorTest>;
+
+TEST_P(PSwitchEditorRefusal, shows_what_the_device_has) {
     box()->click();
     turn();
     EXPECT_EQ(property->sets, Sets({true}));
     EXPECT_FALSE(box()->isChecked());
 }
+
+INSTANTIATE_TEST_SUITE_P(Rows, PSwitchEditorRefusal, everyAnswer(), RowName());
 
 TEST_F(PSwitchEditorTest, is_switched_by_a_touch_of_its_title) {
     open();

@@ -18,7 +18,7 @@ protected:
     static void turn() { QCoreApplication::processEvents(); }
 
     FakeProperty property{"gain", 5};
-    PValueSender sender{&property, PValueSender::AfterSet::Trust};
+    PValueSender sender{&property};
     QSignalSpy settled{&sender, &PValueSender::settled};
 };
 
@@ -59,14 +59,6 @@ TEST_F(PValueSenderTest, sets_nothing_that_was_dropped) {
     EXPECT_EQ(settled.size(), 0);
 }
 
-TEST_F(PValueSenderTest, asks_the_device_again_where_its_answer_is_not_trusted) {
-    PValueSender doubting(&property, PValueSender::AfterSet::AskAgain);
-    property.becomes = 6;
-    doubting.post(7);
-    turn();
-    EXPECT_EQ(property.valueInner(), QVariant(6));
-}
-
 TEST_F(PValueSenderTest, sends_what_is_posted_while_it_sets) {
     QObject::connect(&property, &PDeviceProperty::valueChanged, &sender, [this](const QVariant& v) {
         if (v == 7)
@@ -81,7 +73,7 @@ TEST_F(PValueSenderTest, sends_what_is_posted_while_it_sets) {
 
 TEST(PValueSender, outlives_its_property) {
     auto property = std::make_unique<FakeProperty>("gain");
-    PValueSender sender(property.get(), PValueSender::AfterSet::Trust);
+    PValueSender sender(property.get());
     sender.post(7);
     property.reset();
     QCoreApplication::processEvents();

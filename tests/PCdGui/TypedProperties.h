@@ -9,6 +9,10 @@
 
 #include <functional>
 
+/// What a fake property answers to a set: what happened, or, as some cameras' adapters do, always
+/// "taken", or the opposite of what happened.
+enum class FakeAnswer { Truth, Taken, Opposite };
+
 /// What the fake properties have in common: a variable for the device, and notes of what is set.
 template <typename T>
 struct FakeSetting {
@@ -19,11 +23,12 @@ struct FakeSetting {
         sets.append(value);
         if (!refuses)
             inDevice = value;
-        return !refuses;
+        return answer == FakeAnswer::Taken || refuses == (answer == FakeAnswer::Opposite);
     }
 
     T inDevice;
     bool refuses = false;
+    FakeAnswer answer = FakeAnswer::Truth;
     QList<T> sets;
 };
 
@@ -90,9 +95,11 @@ public:
     explicit FakeRegion(const QByteArray& id, const QString& title = QStringLiteral("ROI"))
         : PDevicePropertyScanArea(id, title, PCD::DevicePropertyType::ScanArea)
         , FakeSetting(QRect(0, 0, 1920, 1080))
-        , rangeInDevice{QRect(0, 0, 1920, 1080), 4, 4, 4, 4, 0} {}
+        , rangeInDevice{QRect(0, 0, 1920, 1080), 4, 4, 4, 4, 0} {
+        answer = FakeAnswer::Opposite;
+    }
 
-    bool trySetValueToDevice(QRect value) override { return !take(value); }
+    bool trySetValueToDevice(QRect value) override { return take(value); }
     QRect tryGetValueFromDevice() override { return inDevice; }
     PScanAreaRange tryGetRangeFromDevice() override { return rangeInDevice; }
 

@@ -2,6 +2,8 @@
 // The panel of the light frequency, as a person uses it.
 #include "PanelFixture.h"
 
+#include <PCdPlugins/PTDevice/PTPropBacklight.h>
+
 #include <support/QtPrinters.h>
 
 #include <QRadioButton>
@@ -25,14 +27,19 @@ protected:
         }
         return texts;
     }
-    /// Has the camera take a value that it does not know.
-    void forceValue(int value) {
-        ToupcamSim_failCall("Toupcam_put_HZ", 0, 1, S_OK);
-        property("backlight")->setValue(value);
-        ASSERT_EQ(property("backlight")->valueInner(), QVariant(value));
-    }
 
     std::unique_ptr<QWidget> panel;
+};
+
+/// A camera with a code of its own, which no button stands for.
+class StrangeBacklight : public PTBacklightProperty {
+public:
+    explicit StrangeBacklight(Toupcam_t* handle)
+        : PTBacklightProperty(handle, "backlight", QString()) {}
+
+    int tryGetValueFromDevice() override { return code; }
+
+    int code = 2;
 };
 
 const QString dc = QStringLiteral("DC");
@@ -56,8 +63,7 @@ TEST_P(PTBacklightButton, sends_its_code_once_when_clicked) {
     panel = openPanel("backlight");
     ASSERT_EQ(button(row.object)->text(), row.caption);
     clickOn(button(row.object));
-    EXPECT_THAT(SimJournal::lines(),
-                ElementsAre("Toupcam_put_HZ(h1, " + std::to_string(row.value) + ") = 0"));
+    EXPECT_THAT(puts(), ElementsAre("Toupcam_put_HZ(h1, " + std::to_string(row.value) + ") = 0"));
     EXPECT_EQ(property("backlight")->valueInner(), QVariant(row.value));
     EXPECT_EQ(checked(), QStringList{row.caption});
 }
@@ -90,18 +96,25 @@ TEST_F(PTBacklightPanel, opening_asks_and_sends_nothing) {
 }
 
 TEST_F(PTBacklightPanel, opened_with_a_code_that_no_button_has_it_leaves_all_unchecked) {
-    forceValue(7);
-    panel = openPanel("backlight");
+    StrangeBacklight strange(device->sdkHandle());
+    strange.code = 7;
+    strange.updateValueFromDevice();
+    panel.reset(strange.createWidget());
     EXPECT_THAT(checked(), IsEmpty());
 }
 
 TEST_F(PTBacklightPanel, a_code_that_no_button_has_unchecks_all_and_a_click_chooses_again) {
-    panel = openPanel("backlight");
+    StrangeBacklight strange(device->sdkHandle());
+    strange.updateValueFromDevice();
+    panel.reset(strange.createWidget());
     ASSERT_EQ(checked(), QStringList{dc});
-    forceValue(7);
+    strange.code = 7;
+    strange.updateValueFromDevice();
     EXPECT_THAT(checked(), IsEmpty());
+    strange.code = 0;
     clickOn(button("hz60"));
     EXPECT_EQ(checked(), QStringList{hz50});
+    strange.code = 1;
     clickOn(button("hz50"));
     EXPECT_EQ(checked(), QStringList{hz60}) << "the buttons exclude each other again";
 }
@@ -118,7 +131,7 @@ TEST_F(PTBacklightPanel, gone_before_the_property_it_is_let_be) {
     panel = openPanel("backlight");
     panel.reset();
     property("backlight")->setValue(1);
-    EXPECT_THAT(SimJournal::lines(), ElementsAre("Toupcam_put_HZ(h1, 1) = 0"));
+    EXPECT_THAT(puts(), ElementsAre("Toupcam_put_HZ(h1, 1) = 0"));
 }
 
 TEST_F(PTBacklightPanel, left_behind_by_its_camera_it_talks_to_nobody) {
