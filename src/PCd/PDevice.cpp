@@ -209,6 +209,10 @@ void PDevice::retire() {
     m_idClaim->release();
 }
 
+bool PDevice::isAnswering() {
+    return !m_gone && (!m_hadModes || !getSupportModes().isEmpty());
+}
+
 PDeviceProperty* PDevice::getProperty(const QByteArray& id) const {
     const auto found = std::find_if(m_properties.begin(), m_properties.end(),
                                     [&](const PDeviceProperty* p) { return p->id() == id; });

@@ -112,6 +112,9 @@ public:
 
     /// True once the register has removed the device: everything but stopping fails from then on.
     bool isGone() const { return m_gone; }
+    /// False if the device names no modes any more though it had some when its register added it:
+    /// so answers one whose camera was unplugged, also after the camera was plugged in again.
+    bool isAnswering();
 
     /// The property with this id, or null. The list is not built by this. Any thread while the list
     /// is there, for nothing but posting calls to the property.
@@ -180,6 +183,7 @@ private:
     bool m_linked = false;
     bool m_streaming = false;
     bool m_gone = false;
+    bool m_hadModes = false;
     bool m_propertiesTaken = false;
     bool m_groupsTaken = false;
     std::unique_ptr<PDeviceIdClaim> m_idClaim;

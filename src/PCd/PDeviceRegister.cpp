@@ -101,13 +101,55 @@ void PDeviceRegister::updateDevices() {
 
 void PDeviceRegister::mergeDevices(const QList<PDevice*>& alive) {
     const QList<PDevice*> known = m_devices;
+    const QList<PDevice*> present = presentDevices(alive);
     for (PDevice* device : known) {
-        if (!alive.contains(device))
+        if (!present.contains(device))
             removeDevice(device);
     }
-    for (PDevice* device : alive) {
+    renewSilentDevices(known);
+    for (PDevice* device : present) {
         if (!known.contains(device))
             addDevice(device);
+    }
+}
+
+/// What a plugin names, each device once, and each camera once.
+QList<PDevice*> PDeviceRegister::presentDevices(const QList<PDevice*>& alive) {
+    QList<PDevice*> present;
+    for (PDevice* device : alive) {
+        if (device == nullptr || present.contains(device))
+            continue;
+        PDevice* const first = firstOfSameCamera(device, alive + present);
+        if (first != nullptr)
+            destroyDevice(device);
+        present.append(first != nullptr ? first : device);
+    }
+    return present;
+}
+
+/// A plugin may open a camera again whose device it does not recognise as its own. The device that
+/// the host works with stays; null if there is none but those that are named anyway.
+PDevice* PDeviceRegister::firstOfSameCamera(const PDevice* device,
+                                            const QList<PDevice*>& named) const {
+    if (m_devices.contains(device))
+        return nullptr;
+    const auto found = std::find_if(m_devices.begin(), m_devices.end(), [&](PDevice* known) {
+        return !named.contains(known) && known->isEqualSessionInfo(device) && known->isAnswering();
+    });
+    return found == m_devices.end() ? nullptr : *found;
+}
+
+/// An idle camera that was unplugged and plugged in again before the plugin looked is named as
+/// before, but its device is bound to the session that the unplugging ended.
+void PDeviceRegister::renewSilentDevices(const QList<PDevice*>& known) {
+    for (PDevice* device : known) {
+        // A streaming device reports by itself that its camera is gone.
+        if (!m_devices.contains(device) || device->isStreaming() || device->isAnswering())
+            continue;
+        // Only then is the old session closed, and the plugin may open another.
+        connect(device, &QObject::destroyed, this, &PDeviceRegister::updateDevices,
+                Qt::QueuedConnection);
+        removeDevice(device);
     }
 }
 
@@ -115,6 +157,7 @@ void PDeviceRegister::addDevice(PDevice* device) {
     // Owned, so that one that still waits to be deleted later goes with the register at the latest.
     device->setParent(this);
     device->m_registerId = m_id;
+    device->m_hadModes = !device->getSupportModes().isEmpty();
     m_devices.append(device);
     // Somebody may delete it after all: the list must not keep what is gone. Only its address is
     // looked at, there is no device any more by then.

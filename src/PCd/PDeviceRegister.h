@@ -43,8 +43,12 @@ public:
     void removeDevice(PDevice* device);
 
 public slots:
-    /// Compares the list with aliveDevices(): adds what is new, removes what is gone, and tells of
-    /// both. A call from inside another one is put off until that has ended.
+    /// Compares the list with aliveDevices(): adds what is new, removes what is gone, and emits a
+    /// signal for each. A call from inside another one is put off until that has ended.
+    ///
+    /// A device that is named again but does not answer, while idle, is removed, and once it is
+    /// deleted another update lets the plugin make it again. A new device that is the second one
+    /// of a camera whose first answers is disposed of.
     void updateDevices();
 
 signals:
@@ -55,6 +59,9 @@ signals:
 private:
     void addDevice(PDevice* device);
     void mergeDevices(const QList<PDevice*>& alive);
+    QList<PDevice*> presentDevices(const QList<PDevice*>& alive);
+    PDevice* firstOfSameCamera(const PDevice* device, const QList<PDevice*>& named) const;
+    void renewSilentDevices(const QList<PDevice*>& known);
 
     QByteArray m_id;
     QList<PDevice*> m_devices;

@@ -138,6 +138,99 @@ TEST_F(PDeviceRegisterTest, puts_an_update_of_a_listener_off_and_finds_what_is_n
     EXPECT_EQ(added, (Devices{a, b, c}));
 }
 
+// ---- What a plugin should not name, or names twice.
+
+TEST_F(PDeviceRegisterTest, adds_a_device_once_that_is_named_twice) {
+    find({a, b, a});
+    EXPECT_EQ(fakes.devices(), (Devices{a, b}));
+    EXPECT_EQ(added, (Devices{a, b}));
+    fakes.removeDevice(a);
+    EXPECT_EQ(fakes.devices(), Devices{b});
+}
+
+TEST_F(PDeviceRegisterTest, passes_over_an_empty_entry) {
+    find({nullptr, a, nullptr});
+    EXPECT_EQ(fakes.devices(), Devices{a});
+    EXPECT_EQ(added, Devices{a});
+}
+
+TEST_F(PDeviceRegisterTest, keeps_its_device_when_the_camera_was_opened_a_second_time) {
+    find({a, b});
+    added.clear();
+    const QPointer<FakeDevice> second = new FakeDevice("A");
+    find({second, b});
+    EXPECT_EQ(fakes.devices(), (Devices{a, b}));
+    EXPECT_TRUE(added.isEmpty());
+    EXPECT_TRUE(removed.isEmpty());
+    EXPECT_FALSE(a->isGone());
+    runDeferredDeletes();
+    EXPECT_TRUE(second.isNull());
+}
+
+TEST_F(PDeviceRegisterTest, keeps_its_devices_when_alike_cameras_were_opened_a_second_time) {
+    const QPointer<FakeDevice> twin = new FakeDevice("A");
+    find({a, twin});
+    find({new FakeDevice("A"), new FakeDevice("A")});
+    EXPECT_EQ(fakes.devices(), (Devices{a, twin}));
+    EXPECT_TRUE(removed.isEmpty());
+    runDeferredDeletes();
+}
+
+TEST_F(PDeviceRegisterTest, takes_the_new_device_of_a_camera_whose_old_one_is_silent) {
+    find({a});
+    a->modes.clear();
+    auto* const second = new FakeDevice("A");
+    find({second});
+    EXPECT_EQ(fakes.devices(), Devices{second});
+    EXPECT_EQ(removed, Devices{a});
+}
+
+// ---- Devices that are named but do not answer any more.
+
+TEST_F(PDeviceRegisterTest, removes_a_silent_device_and_looks_again_for_its_camera) {
+    find({a, b});
+    added.clear();
+    a->modes.clear();
+    auto* const again = new FakeDevice("A");
+    bool oldWasThere = true;
+    fakes.whenAsked = [&] {
+        if (!fakes.devices().contains(a)) {
+            oldWasThere = !a.isNull();
+            fakes.alive = {again, b};
+        }
+    };
+    fakes.updateDevices();
+    EXPECT_EQ(fakes.devices(), Devices{b});
+    EXPECT_EQ(removed, Devices{a});
+    ASSERT_TRUE(waitUntil([&] { return !added.isEmpty(); }));
+    EXPECT_FALSE(oldWasThere) << "its session must be closed before the camera is opened again";
+    EXPECT_EQ(added, Devices{again});
+    EXPECT_EQ(fakes.devices(), (Devices{b, again}));
+    EXPECT_EQ(again->deviceId(false), "A-1");
+}
+
+TEST_F(PDeviceRegisterTest, keeps_a_device_that_never_named_a_mode) {
+    a->modes.clear();
+    find({a});
+    find({a});
+    EXPECT_EQ(fakes.devices(), Devices{a});
+    EXPECT_TRUE(removed.isEmpty());
+}
+
+TEST_F(PDeviceRegisterTest, leaves_the_report_to_a_silent_device_that_streams) {
+    find({a});
+    ASSERT_TRUE(a->link().isOk());
+    ASSERT_TRUE(a->startStream().isOk());
+    a->modes.clear();
+    find({a});
+    EXPECT_EQ(fakes.devices(), Devices{a});
+    a->stopStream();
+    fakes.alive.clear();
+    fakes.whenAsked = [this] { fakes.alive = fakes.devices(); };
+    fakes.updateDevices();
+    EXPECT_EQ(removed, Devices{a});
+}
+
 namespace {
 
 struct ThrowRow {
