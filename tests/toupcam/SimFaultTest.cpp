@@ -54,6 +54,56 @@ TEST_F(SimFault, failing_enumeration_finds_as_many_cameras_as_asked) {
     EXPECT_EQ(Toupcam_EnumV2(records), 2U);
 }
 
+// The record of one pull of a waiting picture into a buffer, as the client finds it afterwards.
+ToupcamFrameInfoV2 pulledInfo(HToupcam handle) {
+    EventLog events;
+    EXPECT_EQ(Toupcam_StartPullModeWithCallback(handle, EventLog::onEvent, &events), S_OK);
+    EXPECT_TRUE(events.waitFor(TOUPCAM_EVENT_IMAGE));
+    ToupcamFrameInfoV2 info{};
+    EXPECT_EQ(Toupcam_PullImageV2(handle, nullptr, 32, &info), S_OK);
+    EXPECT_EQ(info.width, 96U); // asking for the size still tells the truth
+    std::vector<std::uint8_t> pixels(96 * 64 * 4);
+    info = {1, 2, 3, 4, 5};
+    EXPECT_EQ(Toupcam_PullImageV2(handle, pixels.data(), 32, &info), S_OK);
+    EXPECT_EQ(pixels[4 * (32 * 96 + 16)], 255); // the picture is there all the same
+    EXPECT_EQ(Toupcam_Stop(handle), S_OK);
+    return info;
+}
+
+TEST_F(SimFault, pull_reports_the_size_it_is_told_to) {
+    const HToupcam handle = openOnly(SimCameraText());
+    ToupcamSim_reportSize("Toupcam_PullImageV2", 7, 9);
+    const ToupcamFrameInfoV2 info = pulledInfo(handle);
+    EXPECT_EQ(info.width, 7U);
+    EXPECT_EQ(info.height, 9U);
+    EXPECT_EQ(info.flag, TOUPCAM_FRAMEINFO_FLAG_SEQ | TOUPCAM_FRAMEINFO_FLAG_TIMESTAMP);
+    ToupcamSim_clearFaults();
+    EXPECT_EQ(pulledInfo(handle).width, 96U);
+}
+
+TEST_F(SimFault, pull_that_reports_0_by_0_leaves_the_record_as_it_was) {
+    load(
+        sceneOf({SimCameraText()}, R"([{"do": "reportSize", "function": "Toupcam_PullImageV2"}])"));
+    const ToupcamFrameInfoV2 info = pulledInfo(open());
+    EXPECT_EQ(info.width, 1U);
+    EXPECT_EQ(info.height, 2U);
+    EXPECT_EQ(info.seq, 4U);
+}
+
+TEST_F(SimFault, option_answers_what_it_is_told_to_and_takes_what_it_took_before) {
+    load(sceneOf({SimCameraText()}, R"([{"do": "answer", "option": 24, "value": 45}])"));
+    const HToupcam handle = open();
+    int value = 0;
+    EXPECT_EQ(Toupcam_get_Option(handle, TOUPCAM_OPTION_ROTATE, &value), S_OK);
+    EXPECT_EQ(value, 45);
+    EXPECT_EQ(Toupcam_put_Option(handle, TOUPCAM_OPTION_ROTATE, 45), E_INVALIDARG);
+    EXPECT_EQ(Toupcam_get_Option(handle, TOUPCAM_OPTION_BINNING, &value), S_OK);
+    EXPECT_EQ(value, 1);
+    ToupcamSim_clearFaults();
+    EXPECT_EQ(Toupcam_get_Option(handle, TOUPCAM_OPTION_ROTATE, &value), S_OK);
+    EXPECT_EQ(value, 0);
+}
+
 TEST_F(SimFault, delayed_call_takes_at_least_its_delay) {
     const HToupcam handle = open("sim-1mm-1");
     ToupcamSim_delayCall("Toupcam_get_MaxSpeed", 30);

@@ -30,6 +30,19 @@ void readDelay(PSimJsonObject& object, PSimFaultSpec& step) {
     step.ms = object.integer("ms", step.ms, 0, 3600000);
 }
 
+void readReportedSize(PSimJsonObject& object, PSimFaultSpec& step) {
+    step.function = object.requiredText("function").toUtf8();
+    step.width = object.integer("width", step.width, 0, kMaxInt);
+    step.height = object.integer("height", step.height, 0, kMaxInt);
+}
+
+void readAnswer(PSimJsonObject& object, PSimFaultSpec& step) {
+    step.option = object.integer("option", 0U, 0, kMaxUnsigned);
+    if (!object.has("value"))
+        object.complain("value", QStringLiteral("what the option shall answer"));
+    step.value = object.integer("value", step.value, kMinInt, kMaxInt);
+}
+
 void readMalformed(PSimJsonObject& object, PSimFaultSpec& step) {
     step.width = object.integer("width", step.width, kMinInt, kMaxInt);
     step.height = object.integer("height", step.height, kMinInt, kMaxInt);
@@ -59,18 +72,23 @@ void readTime(PSimJsonObject& object, PSimFaultSpec& step) {
 
 PSimFaultSpec PSimFaultReader::read(const QJsonValue& value, const QString& place,
                                     const PSimScene& scene) {
-    constexpr Action actions[] = {
-        Action::Unplug,        Action::Plug, Action::Hold,        Action::Release, Action::Event,
-        Action::PushMalformed, Action::Lose, Action::DropTrigger, Action::Fail,    Action::Delay};
+    constexpr Action actions[] = {Action::Unplug,  Action::Plug,        Action::Hold,
+                                  Action::Release, Action::Event,       Action::PushMalformed,
+                                  Action::Lose,    Action::DropTrigger, Action::Fail,
+                                  Action::Delay,   Action::ReportSize,  Action::Answer};
     PSimFaultSpec step;
     PSimJsonObject object(value, place);
-    step.action =
-        actions[object.choice("do", {"unplug", "plug", "hold", "release", "event", "pushMalformed",
-                                     "lose", "dropTrigger", "fail", "delay"})];
+    step.action = actions[object.choice("do", {"unplug", "plug", "hold", "release", "event",
+                                               "pushMalformed", "lose", "dropTrigger", "fail",
+                                               "delay", "reportSize", "answer"})];
     if (step.action == Action::Fail) {
         readFail(object, step);
     } else if (step.action == Action::Delay) {
         readDelay(object, step);
+    } else if (step.action == Action::ReportSize) {
+        readReportedSize(object, step);
+    } else if (step.action == Action::Answer) {
+        readAnswer(object, step);
     } else {
         readCameraId(object, step, scene);
         if (step.action == Action::Lose)

@@ -4,6 +4,16 @@
 #include <chrono>
 #include <thread>
 
+namespace {
+
+template <typename Map, typename Key>
+std::optional<typename Map::mapped_type> entry(const Map& map, const Key& key) {
+    const auto found = map.find(key);
+    return found == map.end() ? std::nullopt : std::optional(found->second);
+}
+
+} // namespace
+
 void PSimFaults::fail(const std::string& function, std::optional<unsigned> option, unsigned skip,
                       unsigned count, HRESULT result) {
     const std::lock_guard lock(m_mutex);
@@ -15,10 +25,32 @@ void PSimFaults::delay(const std::string& function, unsigned ms) {
     m_delays[function] = ms;
 }
 
+void PSimFaults::reportSize(const std::string& function, PSimSize size) {
+    const std::lock_guard lock(m_mutex);
+    m_sizes[function] = size;
+}
+
+void PSimFaults::answerOption(unsigned option, int value) {
+    const std::lock_guard lock(m_mutex);
+    m_answers[option] = value;
+}
+
 void PSimFaults::clear() {
     const std::lock_guard lock(m_mutex);
     m_failures.clear();
     m_delays.clear();
+    m_sizes.clear();
+    m_answers.clear();
+}
+
+std::optional<PSimSize> PSimFaults::reportedSize(const char* function) const {
+    const std::lock_guard lock(m_mutex);
+    return entry(m_sizes, function);
+}
+
+std::optional<int> PSimFaults::answerOf(unsigned option) const {
+    const std::lock_guard lock(m_mutex);
+    return entry(m_answers, option);
 }
 
 std::optional<HRESULT> PSimFaults::onCall(const char* function, std::optional<unsigned> option) {
@@ -30,8 +62,7 @@ std::optional<HRESULT> PSimFaults::onCall(const char* function, std::optional<un
 
 unsigned PSimFaults::delayOf(const std::string& function) const {
     const std::lock_guard lock(m_mutex);
-    const auto found = m_delays.find(function);
-    return found == m_delays.end() ? 0 : found->second;
+    return entry(m_delays, function).value_or(0);
 }
 
 std::optional<HRESULT> PSimFaults::failureOf(const std::string& function,

@@ -57,6 +57,11 @@ void PSimPlan::start() {
                                   spec.result);
         else if (spec.action == Action::Delay)
             m_world.faults().delay(spec.function.toStdString(), spec.ms);
+        else if (spec.action == Action::ReportSize)
+            m_world.faults().reportSize(spec.function.toStdString(),
+                                        {unsigned(spec.width), unsigned(spec.height)});
+        else if (spec.action == Action::Answer)
+            m_world.faults().answerOption(spec.option.value_or(0), spec.value);
     }
     const std::lock_guard lock(m_mutex);
     if (!nextTimed())
@@ -155,6 +160,8 @@ void PSimPlan::perform(const PSimFaultSpec& step) {
     case Action::DropTrigger:
     case Action::Fail: // done at the start
     case Action::Delay:
+    case Action::ReportSize:
+    case Action::Answer:
         break;
     }
 }

@@ -112,25 +112,28 @@ struct PSimFaultSpec {
         Lose,
         DropTrigger,
         Fail,
-        Delay
+        Delay,
+        ReportSize,
+        Answer
     };
     Action action = Action::Unplug;
-    QByteArray camera;                        ///< id; empty for Fail and Delay
+    QByteArray camera;                        ///< id; empty for Fail and what follows it
     std::optional<std::uint64_t> afterFrames; ///< frames taken by that camera since scene load
     std::optional<unsigned> atMs;             ///< since the scene was loaded
     unsigned event = 0;                       ///< Event: the code
-    int width = 0;                            ///< PushMalformed: what the header says
+    int width = 0; ///< PushMalformed: what the header says; ReportSize: what is reported
     int height = 0;
     unsigned short bits = 24;
     unsigned sizeImage = 0;
     double probability = 0.0; ///< Lose: of each frame
     std::uint64_t nth = 1;    ///< DropTrigger: of the triggered frames since scene load, from 1
-    QByteArray function;      ///< Fail, Delay
+    QByteArray function;      ///< Fail, Delay, ReportSize
     std::optional<unsigned> option;
     unsigned skip = 0;
     unsigned count = 0;
     int result = 0;
     unsigned ms = 0; ///< Delay
+    int value = 0;   ///< Answer
 };
 
 /// A whole scene.

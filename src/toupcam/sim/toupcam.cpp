@@ -38,11 +38,27 @@ HRESULT give(const Range& range, T* minimum, T* maximum, T* initial) {
     return S_OK;
 }
 
+// Reports the size that a fault wants reported; 0 x 0 leaves the client's record as it was.
+HRESULT pullMisreported(PSimStream& stream, const PSimSize& size, bool still, void* buffer,
+                        int bits, ToupcamFrameInfoV2* info) {
+    ToupcamFrameInfoV2 own{};
+    const HRESULT result = stream.pull(still, buffer, bits, &own);
+    if (result < 0 || !info || size == PSimSize{})
+        return result;
+    *info = own;
+    info->width = size.width;
+    info->height = size.height;
+    return result;
+}
+
 HRESULT pull(const char* function, HToupcam h, bool still, void* buffer, int bits,
              ToupcamFrameInfoV2* info) {
-    return onCamera(
-        function, h, [&](PSimSession& s) { return s.stream().pull(still, buffer, bits, info); },
-        PSimArgument::buffer(buffer), bits, out(info));
+    const auto work = [&](PSimSession& s) {
+        const auto size = buffer ? world().faults().reportedSize(function) : std::nullopt;
+        return size ? pullMisreported(s.stream(), *size, still, buffer, bits, info)
+                    : s.stream().pull(still, buffer, bits, info);
+    };
+    return onCamera(function, h, work, PSimArgument::buffer(buffer), bits, out(info));
 }
 
 // put_Option and get_Option name the option, so that a fault can be meant for one option only.
@@ -208,9 +224,15 @@ HRESULT Toupcam_put_Option(HToupcam h, unsigned iOption, int iValue) {
 }
 
 HRESULT Toupcam_get_Option(HToupcam h, unsigned iOption, int* piValue) {
-    return onOption(
-        __func__, h, iOption, [&](PSimSession& s) { return s.settings().option(iOption, piValue); },
-        out(piValue));
+    const auto get = [&](PSimSession& s) {
+        const HRESULT result = s.settings().option(iOption, piValue);
+        const std::optional<int> answer = world().faults().answerOf(iOption);
+        if (result < 0 || !answer)
+            return result;
+        *piValue = *answer;
+        return S_OK;
+    };
+    return onOption(__func__, h, iOption, get, out(piValue));
 }
 
 HRESULT Toupcam_put_RealTime(HToupcam h, int val) {

@@ -81,6 +81,14 @@ void ToupcamSim_delayCall(const char* function, unsigned ms) {
     attempt([&] { world().faults().delay(function, ms); });
 }
 
+void ToupcamSim_reportSize(const char* function, unsigned width, unsigned height) {
+    attempt([&] { world().faults().reportSize(function, {width, height}); });
+}
+
+void ToupcamSim_answerOption(unsigned option, int value) {
+    attempt([&] { world().faults().answerOption(option, value); });
+}
+
 void ToupcamSim_clearFaults(void) {
     attempt([] { world().faults().clear(); });
 }

@@ -52,7 +52,17 @@ ToupcamSim_failOption(const char* function, unsigned option, unsigned skip, unsi
 /// Makes every call of `function` take `ms` longer (0: no longer).
 TOUPCAM_API(void) ToupcamSim_delayCall(const char* function, unsigned ms);
 
-/// Forgets all failures and delays.
+/// Makes every call of `function` (Toupcam_PullImageV2 or Toupcam_PullStillImageV2) that copies a
+/// picture report this size for it, which is not the picture's; 0 x 0 leaves the client's record as
+/// it was.
+TOUPCAM_API(void)
+ToupcamSim_reportSize(const char* function, unsigned width, unsigned height);
+
+/// Makes every call of Toupcam_get_Option with this option answer this value, also one that the
+/// option cannot take.
+TOUPCAM_API(void) ToupcamSim_answerOption(unsigned option, int value);
+
+/// Forgets all failures, delays, reported sizes and answers.
 TOUPCAM_API(void) ToupcamSim_clearFaults(void);
 
 /// While held, the camera produces frames that never arrive (they are lost in the camera).
