@@ -11,6 +11,7 @@
 
 #include <gmock/gmock.h>
 
+#include <stdexcept>
 #include <thread>
 
 using testing::ElementsAre;
@@ -25,7 +26,19 @@ protected:
         return SimCameraText().withId(id).withSerial(serial);
     }
 
-    QTimer* rescanTimer(PTDeviceRegister& reg) { return reg.findChild<QTimer*>(); }
+    static QTimer* rescanTimer(PTDeviceRegister& reg) {
+        auto* const timer = reg.findChild<QTimer*>();
+        if (timer == nullptr)
+            throw std::runtime_error("the register has no timer");
+        return timer;
+    }
+
+    static PTDevice* firstDevice(const PTDeviceRegister& reg) {
+        auto* const device = qobject_cast<PTDevice*>(reg.devices().value(0));
+        if (device == nullptr)
+            throw std::runtime_error("the register has no device of ours at its beginning");
+        return device;
+    }
 
     static QList<QByteArray> ids(const QList<PDevice*>& devices) {
         QList<QByteArray> list;
@@ -37,11 +50,15 @@ protected:
 
 using PTRegister = PTDeviceRegisterFixture;
 
-/// A device of another plugin in the same list.
+/// A device of another plugin in the same list. Whoever takes it for a PTDevice finds the id "cam"
+/// wherever in it he looks.
 class ForeignDevice : public PDevice {
 public:
     ForeignDevice()
-        : PDevice(nullptr) {}
+        : PDevice(nullptr) {
+        for (std::size_t i = 0; i < sizeof notTheId; ++i)
+            notTheId[i] = "cam"[i % 4];
+    }
     QByteArray getModel() const override { return "Foreign"; }
     QByteArray getSerial() const override { return "1"; }
     bool tryLink() override { return true; }
@@ -53,15 +70,38 @@ public:
     QList<PDeviceMode> getSupportModes() override { return {}; }
     QList<PDeviceProperty*> getSupportProperties() override { return {}; }
     QList<PDevicePropertyGroup*> getSupportPropertyGroups() override { return {}; }
+
+    alignas(8) char notTheId[2 * sizeof(PTDevice)];
 };
 
-/// A register whose list also has a device of another kind.
+/// A register whose list begins with a device that the SDK does not enumerate.
 class MixedRegister : public PTDeviceRegister {
 public:
+    explicit MixedRegister(PDevice* first)
+        : m_first(first) {}
     QList<PDevice*> aliveDevices() override {
-        return QList<PDevice*>{foreign} + PTDeviceRegister::aliveDevices();
+        return QList<PDevice*>{m_first} + PTDeviceRegister::aliveDevices();
     }
-    ForeignDevice* foreign = new ForeignDevice;
+
+private:
+    PDevice* m_first;
+};
+
+/// A device of any record, also one whose camera the SDK does not open.
+class DeviceOfRecord : public PTDevice {
+public:
+    explicit DeviceOfRecord(const ToupcamDeviceV2& record)
+        : PTDevice(record) {}
+};
+
+/// Counts the devices that are destroyed through it.
+class CountingRegister : public PTDeviceRegister {
+public:
+    void destroyDevice(PDevice* device) override {
+        ++destroyed;
+        PTDeviceRegister::destroyDevice(device);
+    }
+    int destroyed = 0;
 };
 
 } // namespace
@@ -71,7 +111,6 @@ TEST_F(PTRegister, has_its_id_its_timer_and_the_hot_plug_callback_from_construct
     {
         PTDeviceRegister reg;
         EXPECT_EQ(reg.id(), "ptregisterid");
-        ASSERT_NE(rescanTimer(reg), nullptr);
         EXPECT_TRUE(rescanTimer(reg)->isSingleShot());
         EXPECT_EQ(rescanTimer(reg)->interval(), 1000);
         EXPECT_EQ(rescanTimer(reg)->parent(), &reg);
@@ -120,8 +159,33 @@ TEST_F(PTRegister, has_a_new_devices_properties_built_before_anything_else) {
     loadScene({SimCameraText{}});
     PTDeviceRegister reg;
     reg.updateDevices();
-    ASSERT_THAT(reg.devices(), SizeIs(1));
-    EXPECT_TRUE(reg.devices()[0]->isInitialized());
+    EXPECT_TRUE(firstDevice(reg)->isInitialized());
+}
+
+TEST_F(PTRegister, has_read_the_new_devices_properties_when_it_announces_it) {
+    loadScene({SimCameraText{}});
+    PTDeviceRegister reg;
+    std::size_t reads = 0;
+    const AtRecord announced(QStringLiteral("PTDeviceRegister: new device"),
+                             [&] { reads = SimJournal::calls("Toupcam_get_Contrast").size(); });
+    reg.updateDevices();
+    EXPECT_EQ(reads, 1u);
+}
+
+TEST_F(PTRegister, looks_at_all_128_cameras_that_the_sdk_can_enumerate) {
+    std::vector<SimCameraText> cameras;
+    for (int i = 0; i < TOUPCAM_MAX; ++i)
+        cameras.push_back(camera("cam" + std::to_string(i), "S" + std::to_string(i)));
+    loadScene(cameras);
+    // None opens, which costs less time than 128 devices, and each says so.
+    ToupcamSim_failCall("Toupcam_Open", 0, 0, E_FAIL);
+    PTDeviceRegister reg;
+    EXPECT_THAT(reg.aliveDevices(), IsEmpty());
+    const QString skipped = QStringLiteral("PTDeviceRegister: failed to open device, skipping cam");
+    const QStringList lines = ptTexts(log).filter(skipped);
+    ASSERT_EQ(lines.size(), 128);
+    EXPECT_EQ(lines.first(), skipped + QStringLiteral("0"));
+    EXPECT_EQ(lines.last(), skipped + QStringLiteral("127"));
 }
 
 TEST_F(PTRegister, a_camera_that_fails_to_open_is_left_out_and_tried_and_logged_at_every_rescan) {
@@ -158,7 +222,7 @@ TEST_F(PTRegister, a_64_character_id_never_matches_its_own_device_and_is_created
     reg.updateDevices();
     ASSERT_THAT(reg.devices(), SizeIs(1));
     EXPECT_EQ(reg.findByCameraId(QString::fromStdString(id)), nullptr);
-    EXPECT_EQ(reg.findByCameraId(QString(63, u'x')), reg.devices()[0]);
+    EXPECT_EQ(reg.findByCameraId(QString(63, u'x')), firstDevice(reg));
     SimJournal::clear();
     reg.aliveDevices();
     EXPECT_THAT(SimJournal::calls("Toupcam_Open"), SizeIs(1));
@@ -172,19 +236,36 @@ TEST_F(PTRegister, a_63_character_id_matches_exactly_and_with_regard_to_case) {
     PTDeviceRegister reg;
     reg.updateDevices();
     ASSERT_THAT(reg.devices(), SizeIs(1));
-    EXPECT_EQ(reg.findByCameraId(QString(63, u'x')), reg.devices()[0]);
+    EXPECT_EQ(reg.findByCameraId(QString(63, u'x')), firstDevice(reg));
     EXPECT_EQ(reg.findByCameraId(QString(63, u'X')), nullptr);
     EXPECT_EQ(reg.findByCameraId(QString(62, u'x')), nullptr);
 }
 
 TEST_F(PTRegister, devices_of_another_kind_are_never_matched) {
     loadScene({SimCameraText{}});
-    MixedRegister reg;
+    MixedRegister reg(new ForeignDevice);
     reg.updateDevices();
     ASSERT_THAT(reg.devices(), SizeIs(2));
     EXPECT_EQ(reg.findByCameraId(QStringLiteral("Foreign")), nullptr);
     EXPECT_EQ(reg.findByCameraId(QString()), nullptr);
     EXPECT_EQ(reg.findByCameraId(QStringLiteral("cam")), reg.devices()[1]);
+}
+
+TEST_F(PTRegister, ids_are_latin_1) {
+    loadScene({SimCameraText{}});
+    ToupcamDeviceV2 named = record();
+    qstrncpy(named.id, "K\xf6ln", sizeof named.id);
+    ToupcamDeviceV2 namedInTwoBytes = named;
+    qstrncpy(namedInTwoBytes.id, "K\xc3\xb6ln", sizeof namedInTwoBytes.id);
+    auto* const first = new DeviceOfRecord(named);
+    MixedRegister reg(first);
+    reg.updateDevices();
+    auto* const second = new DeviceOfRecord(namedInTwoBytes);
+    MixedRegister otherReg(second);
+    otherReg.updateDevices();
+    EXPECT_EQ(reg.findByCameraId(QStringLiteral("Köln")), first);
+    EXPECT_EQ(otherReg.findByCameraId(QStringLiteral("KÃ¶ln")), second);
+    EXPECT_EQ(otherReg.findByCameraId(QStringLiteral("Köln")), nullptr);
 }
 
 TEST_F(PTRegister, two_cameras_with_the_same_model_and_serial_have_ids_of_their_own) {
@@ -221,13 +302,13 @@ TEST_F(PTRegister, a_device_that_reports_its_camera_gone_is_removed_without_a_re
     loadScene({SimCameraText{}, camera("b", "S2")});
     PTDeviceRegister reg;
     reg.updateDevices();
-    PDevice* const device = reg.devices()[0];
+    PTDevice* const device = firstDevice(reg);
     QSignalSpy removed(&reg, &PDeviceRegister::deviceRemoved);
     QSignalSpy destroyed(device, &QObject::destroyed);
     ASSERT_TRUE(device->link().isOk());
     ASSERT_TRUE(device->startStream().isOk());
     SimJournal::clear();
-    static_cast<PTDevice*>(device)->handleSdkDisconnect();
+    device->handleSdkDisconnect();
     ASSERT_TRUE(waitUntil([&] { return removed.count() == 1; }));
     EXPECT_THAT(ids(reg.devices()), ElementsAre("Simulated-T-S2"));
     EXPECT_THAT(SimJournal::calls("Toupcam_EnumV2"), IsEmpty());
@@ -236,11 +317,36 @@ TEST_F(PTRegister, a_device_that_reports_its_camera_gone_is_removed_without_a_re
     EXPECT_EQ(SimJournal::calls("Toupcam_Close").size(), 1u);
 }
 
+TEST_F(PTRegister, a_device_that_says_it_is_disconnected_is_gone_when_the_signal_returns) {
+    loadScene({SimCameraText{}});
+    PTDeviceRegister reg;
+    reg.updateDevices();
+    PTDevice* const device = firstDevice(reg);
+    emit device->disconnected(device->deviceId(false));
+    EXPECT_THAT(reg.devices(), IsEmpty());
+}
+
+TEST_F(PTRegister, devices_are_destroyed_through_the_virtual_operation_however_they_go) {
+    loadScene({camera("a", "S1"), camera("b", "S2"), camera("c", "S3")});
+    CountingRegister reg;
+    reg.updateDevices();
+    ASSERT_THAT(reg.devices(), SizeIs(3));
+    PTDevice* const device = firstDevice(reg);
+    emit device->disconnected(device->deviceId(false));
+    EXPECT_EQ(reg.destroyed, 1);
+    EXPECT_EQ(ToupcamSim_unplug("b"), 1);
+    EXPECT_EQ(ToupcamSim_unplug("a"), 1);
+    reg.updateDevices();
+    EXPECT_EQ(reg.destroyed, 2);
+    reg.registerCleanup();
+    EXPECT_EQ(reg.destroyed, 3);
+}
+
 TEST_F(PTRegister, a_disconnect_of_an_id_that_is_no_longer_known_is_ignored) {
     loadScene({SimCameraText{}});
     PTDeviceRegister reg;
     reg.updateDevices();
-    auto* const device = static_cast<PTDevice*>(reg.devices()[0]);
+    PTDevice* const device = firstDevice(reg);
     QSignalSpy removed(&reg, &PDeviceRegister::deviceRemoved);
     emit device->disconnected("nobody");
     EXPECT_EQ(removed.count(), 0);
@@ -256,7 +362,7 @@ TEST_F(PTRegister, unplugging_a_streaming_camera_removes_it_and_replugging_bring
     reg.updateDevices();
     QSignalSpy added(&reg, &PDeviceRegister::deviceAdded);
     QSignalSpy removed(&reg, &PDeviceRegister::deviceRemoved);
-    PDevice* const device = reg.devices()[0];
+    PTDevice* const device = firstDevice(reg);
     ASSERT_TRUE(device->link().isOk());
     ASSERT_TRUE(device->startStream().isOk());
     ASSERT_TRUE(waitUntil([&] { return device->frameLedger().produced > 2; }));
@@ -264,7 +370,7 @@ TEST_F(PTRegister, unplugging_a_streaming_camera_removes_it_and_replugging_bring
     ASSERT_TRUE(waitUntil([&] { return removed.count() == 1; }));
     EXPECT_EQ(ToupcamSim_plug("cam"), 1);
     ASSERT_TRUE(waitUntil([&] { return added.count() == 1; }));
-    PDevice* const again = reg.devices()[0];
+    PTDevice* const again = firstDevice(reg);
     EXPECT_EQ(again->deviceId(false), "Simulated-T-TESTCAM001");
     ASSERT_TRUE(again->link().isOk());
     ASSERT_TRUE(again->startStream().isOk());
@@ -280,6 +386,7 @@ TEST_F(PTRegister, a_hot_plug_event_only_starts_the_timer_and_on_the_registers_t
     sdkThread.join();
     EXPECT_FALSE(rescanTimer(reg)->isActive());
     ASSERT_TRUE(waitUntil([&] { return rescanTimer(reg)->isActive(); }));
+    EXPECT_EQ(rescanTimer(reg)->interval(), 1000) << "the start leaves it as it was";
     EXPECT_THAT(reg.devices(), IsEmpty());
 }
 
@@ -368,5 +475,6 @@ TEST_F(PTRegister, destroyed_with_streaming_devices_closes_all_of_them) {
     }
     EXPECT_THAT(SimJournal::calls("Toupcam_Stop"), SizeIs(2));
     EXPECT_THAT(SimJournal::calls("Toupcam_Close"), SizeIs(2));
+    ASSERT_FALSE(SimJournal::lines().empty());
     EXPECT_EQ(SimJournal::lines().front(), "Toupcam_HotPlug(null, null)");
 }

@@ -5,10 +5,14 @@
 #include <PCdPlugins/PTDevice/PTStreamThread.h>
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QMutexLocker>
 #include <QSignalSpy>
 
 #include <gmock/gmock.h>
 
+#include <chrono>
+#include <future>
 #include <stdexcept>
 #include <thread>
 
@@ -24,10 +28,15 @@ class PTDeviceSession : public SimFixture {};
 
 } // namespace
 
+/// Takes the mutex of a device from outside.
+class PTDeviceMutexTest : public SimFixture {
+protected:
+    static QMutex& mutexOf(PTDevice& device) { return device.mutex; }
+};
+
 TEST_F(PTDeviceSession, opens_and_applies_the_fixed_settings_in_order) {
     loadScene({SimCameraText().withFlags(bandwidthFlags)});
     const auto device = open();
-    ASSERT_NE(device, nullptr);
     EXPECT_THAT(SimJournal::lines(),
                 ElementsAre("Toupcam_Open(\"cam\") = h1",
                             "Toupcam_get_SerialNumber(h1, \"TESTCAM001\") = 0",
@@ -43,7 +52,6 @@ TEST_F(PTDeviceSession, a_model_without_the_bandwidth_flag_never_gets_the_bandwi
     loadScene({SimCameraText{}});
     ToupcamSim_failOption("Toupcam_put_Option", TOUPCAM_OPTION_BANDWIDTH, 0, 0, E_FAIL);
     const auto device = open();
-    ASSERT_NE(device, nullptr);
     for (const std::string& call : SimJournal::calls("Toupcam_put_Option"))
         EXPECT_THAT(call, testing::Not(StartsWith("Toupcam_put_Option(h1, 46")));
     EXPECT_THAT(ptTexts(log), IsEmpty());
@@ -62,7 +70,6 @@ class PTDeviceSerial : public PTDeviceSession, public testing::WithParamInterfac
 TEST_P(PTDeviceSerial, is_ten_bytes) {
     loadScene({SimCameraText().withSerial(GetParam().serial)});
     const auto device = open();
-    ASSERT_NE(device, nullptr);
     EXPECT_EQ(device->getSerial(), GetParam().expected);
 }
 
@@ -79,7 +86,6 @@ TEST_F(PTDeviceSession, a_failed_serial_query_leaves_the_serial_empty_without_a_
     loadScene({SimCameraText{}});
     ToupcamSim_failCall("Toupcam_get_SerialNumber", 0, 1, E_FAIL);
     const auto device = open();
-    ASSERT_NE(device, nullptr);
     EXPECT_TRUE(device->getSerial().isEmpty());
     EXPECT_EQ(device->deviceId(false), "Simulated-T");
     EXPECT_THAT(ptTexts(log), IsEmpty());
@@ -88,7 +94,6 @@ TEST_F(PTDeviceSession, a_failed_serial_query_leaves_the_serial_empty_without_a_
 TEST_F(PTDeviceSession, reports_model_serial_flags_and_id_of_the_camera) {
     loadScene({SimCameraText().withSerial("WXYZ").withFlags(R"(["USB30", "FAN"])")});
     const auto device = open();
-    ASSERT_NE(device, nullptr);
     EXPECT_EQ(device->getModel(), "Simulated-T");
     EXPECT_EQ(device->flags(), TOUPCAM_FLAG_USB30 | TOUPCAM_FLAG_FAN);
     EXPECT_STREQ(device->sdkCameraId(), "cam");
@@ -98,10 +103,23 @@ TEST_F(PTDeviceSession, reports_model_serial_flags_and_id_of_the_camera) {
 TEST_F(PTDeviceSession, decodes_the_model_name_as_utf8_and_keeps_it_in_latin1) {
     loadScene({SimCameraText().withModel("\"Kamera Gr\\u00f6\\u00dfe\"")});
     const auto device = open();
-    ASSERT_NE(device, nullptr);
     EXPECT_EQ(device->getModel(), "Kamera Gr\xf6\xdf"
                                   "e");
     EXPECT_EQ(device->model(), QString::fromUtf8("Kamera Größe"));
+}
+
+TEST_F(PTDeviceSession, a_positive_result_of_the_serial_query_is_no_failure) {
+    loadScene({SimCameraText{}});
+    ToupcamSim_failCall("Toupcam_get_SerialNumber", 0, 1, S_FALSE);
+    EXPECT_EQ(open()->getSerial(), QByteArray(10, '\0')); // as the query left it
+}
+
+TEST_F(PTDeviceSession, positive_results_of_the_fixed_settings_are_no_failures) {
+    loadScene({SimCameraText().withFlags(bandwidthFlags)});
+    for (const char* function : {"Toupcam_put_Option", "Toupcam_put_RealTime", "Toupcam_put_Speed"})
+        ToupcamSim_failCall(function, 0, 0, S_FALSE);
+    open();
+    EXPECT_THAT(ptTexts(log), IsEmpty());
 }
 
 TEST_F(PTDeviceSession, a_record_without_a_model_name_throws_with_the_camera_closed_again) {
@@ -114,7 +132,6 @@ TEST_F(PTDeviceSession, a_record_without_a_model_name_throws_with_the_camera_clo
 TEST_F(PTDeviceSession, sets_the_host_options_and_makes_an_idle_stream_thread) {
     loadScene({SimCameraText{}});
     const auto device = open();
-    ASSERT_NE(device, nullptr);
     EXPECT_TRUE(device->canProcessImage());
     EXPECT_TRUE(device->hasDeviceOption(PCD::DeviceOption(0x40)));
     EXPECT_TRUE(device->hasDeviceOption(PCD::DeviceOption(0x80)));
@@ -153,7 +170,6 @@ TEST_P(PTDeviceFixedSetting, that_fails_is_logged_and_not_fatal) {
     else
         ToupcamSim_failCall(row.function, 0, 1, E_FAIL);
     const auto device = open();
-    ASSERT_NE(device, nullptr);
     const QList<PLogRecord> records = log.records(QStringLiteral("PTDevice"));
     ASSERT_EQ(records.size(), 1);
     EXPECT_EQ(records[0].items,
@@ -195,7 +211,6 @@ TEST_P(PTDeviceMaxSpeed, sets_no_speed_and_logs_nothing) {
     loadScene({SimCameraText{}});
     ToupcamSim_failCall("Toupcam_get_MaxSpeed", 0, 1, GetParam().result);
     const auto device = open();
-    ASSERT_NE(device, nullptr);
     EXPECT_THAT(SimJournal::calls("Toupcam_put_Speed"), IsEmpty());
     EXPECT_THAT(ptTexts(log), IsEmpty());
 }
@@ -207,8 +222,10 @@ INSTANTIATE_TEST_SUITE_P(Rows, PTDeviceMaxSpeed,
 
 TEST_F(PTDeviceSession, a_camera_that_does_not_open_gives_no_device_and_the_discard_message) {
     loadScene({SimCameraText().withFlags(bandwidthFlags)});
+    const ToupcamDeviceV2 closed = record();
     ToupcamSim_failCall("Toupcam_Open", 0, 1, E_FAIL);
-    EXPECT_EQ(open(), nullptr);
+    const std::unique_ptr<PTDevice> device(PTDevice::create(closed));
+    EXPECT_EQ(device, nullptr);
     const QList<PLogRecord> records = log.records(QStringLiteral("PTDevice"));
     // Six settings fail on the null handle; without a maximum, no speed is tried.
     ASSERT_EQ(records.size(), 7);
@@ -224,8 +241,8 @@ TEST_F(PTDeviceSession, an_id_that_fills_its_field_is_opened_whole_and_kept_with
     const std::string id(64, 'x');
     loadScene({SimCameraText().withId(id)});
     const auto device = open();
-    ASSERT_NE(device, nullptr);
-    EXPECT_EQ(SimJournal::lines().front(), "Toupcam_Open(\"" + id + "\") = h1");
+    EXPECT_THAT(SimJournal::calls("Toupcam_Open"),
+                ElementsAre("Toupcam_Open(\"" + id + "\") = h1"));
     EXPECT_EQ(std::string(device->sdkCameraId()), std::string(63, 'x'));
 }
 
@@ -256,6 +273,38 @@ TEST_F(PTDeviceSession, still_capture_is_at_the_current_resolution) {
     EXPECT_THAT(SimJournal::lines(),
                 ElementsAre("Toupcam_get_eSize(h1, 1) = 0", "Toupcam_Snap(h1, 1) = 0",
                             "Toupcam_Stop(h1) = 0"));
+}
+
+namespace {
+
+/// Counts the stills that it is asked for.
+class DeviceWithTrigger : public PTDevice {
+public:
+    explicit DeviceWithTrigger(const ToupcamDeviceV2& record)
+        : PTDevice(record) {}
+    bool triggerStillCapture() override {
+        ++asked;
+        return false;
+    }
+    int asked = 0;
+};
+
+} // namespace
+
+TEST_F(PTDeviceSession, getSnapshot_asks_the_way_that_the_device_overrides) {
+    loadScene({SimCameraText{}});
+    DeviceWithTrigger device(record());
+    EXPECT_TRUE(device.getSnapshot().isNull());
+    EXPECT_EQ(device.asked, 1);
+    EXPECT_THAT(SimJournal::calls("Toupcam_Snap"), IsEmpty());
+}
+
+TEST_F(PTDeviceSession, a_still_whose_results_are_positive_is_accepted) {
+    loadScene({SimCameraText{}});
+    const auto device = open();
+    ToupcamSim_failCall("Toupcam_get_eSize", 0, 1, S_FALSE);
+    ToupcamSim_failCall("Toupcam_Snap", 0, 1, S_FALSE);
+    EXPECT_TRUE(device->triggerStillCapture());
 }
 
 TEST_F(PTDeviceSession, no_still_is_asked_for_when_the_resolution_is_unknown) {
@@ -300,6 +349,33 @@ TEST_F(PTDeviceSession, destroyed_with_a_disconnect_posted_tells_nobody) {
     EXPECT_EQ(told, 0);
 }
 
+TEST_F(PTDeviceMutexTest, a_device_that_is_destroyed_closes_its_camera_and_waits_for_the_mutex) {
+    loadScene({SimCameraText{}});
+    auto device = open();
+    SimJournal::clear();
+    QMutex& mutex = mutexOf(*device);
+    std::promise<void> held;
+    std::promise<void> gone;
+    bool sawClose = false;
+    bool sawGone = false;
+    std::thread holder([&, goneYet = gone.get_future()] {
+        const QMutexLocker locker(&mutex);
+        held.set_value();
+        const QDeadlineTimer deadline(5000);
+        while (SimJournal::calls("Toupcam_Close").empty() && !deadline.hasExpired())
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        sawClose = !deadline.hasExpired();
+        // Nobody waits for this as long as the device waits for the mutex.
+        sawGone = goneYet.wait_for(std::chrono::milliseconds(100)) == std::future_status::ready;
+    });
+    held.get_future().wait();
+    device.reset();
+    gone.set_value();
+    holder.join();
+    EXPECT_TRUE(sawClose);
+    EXPECT_FALSE(sawGone);
+}
+
 TEST_F(PTDeviceSession, destroyed_while_streaming_closes_the_camera_and_nothing_arrives_later) {
     loadScene({SimCameraText{}});
     auto device = open();
@@ -323,6 +399,7 @@ TEST_F(PTDeviceSession,
     SimJournal::clear();
     device.reset();
     EXPECT_THAT(SimJournal::calls("Toupcam_Close"), ElementsAre("Toupcam_Close(h1)"));
+    ASSERT_FALSE(SimJournal::lines().empty());
     EXPECT_EQ(SimJournal::lines().back(), "Toupcam_Close(h1)")
         << "nothing pulls from a closed handle";
 }

@@ -12,6 +12,8 @@
 
 #include <gmock/gmock.h>
 
+#include <sys/resource.h>
+
 #include <climits>
 #include <stdexcept>
 #include <thread>
@@ -111,7 +113,7 @@ TEST_F(PTDeviceStream, start_begins_push_mode_then_reads_and_logs_the_state) {
 TEST_F(PTDeviceStream, a_refused_start_is_false_and_all_three_lines_are_written) {
     ToupcamSim_failCall("Toupcam_StartPushMode", 0, 1, E_FAIL);
     EXPECT_FALSE(device->tryStartStream());
-    EXPECT_EQ(ptTexts(log).size(), 3);
+    ASSERT_EQ(ptTexts(log).size(), 3);
     EXPECT_EQ(ptTexts(log).first(), QStringLiteral("Toupcam_StartPushMode started: false"));
 }
 
@@ -254,7 +256,10 @@ TEST_F(PTDeviceStream, every_image_live_or_still_carries_exactly_the_snapshot_en
     const QMap<QString, QVariant> still{{QStringLiteral("snapshot"), QVariant(true)}};
     EXPECT_EQ(list.images[0].metaInformation(), live);
     for (const QList<QVariant>& arguments : stills)
-        EXPECT_EQ(arguments[0].value<PDeviceFrame>().image.metaInformation(), still);
+        EXPECT_EQ(arguments.value(0).value<PDeviceFrame>().image.metaInformation(), still);
+    // A number would compare equal.
+    const QVariant entry = list.images[0].metaInformation().value(QStringLiteral("snapshot"));
+    EXPECT_EQ(entry.typeId(), QMetaType::Bool);
 }
 
 TEST_F(PTDeviceStream, the_buffer_is_copied_once_and_not_kept) {
@@ -264,6 +269,45 @@ TEST_F(PTDeviceStream, the_buffer_is_copied_once_and_not_kept) {
     std::fill(buffer.begin(), buffer.end(), static_cast<unsigned char>(200));
     ASSERT_EQ(list.images.size(), 1);
     EXPECT_EQ(list.images[0].rawData(PDIP::AccessMode::Read).constData()[0], 7);
+}
+
+namespace {
+
+std::uint64_t buffersHandedOut() {
+    const PBufferPool::Statistics now = PBufferPool::instance().statistics();
+    return now.allocations + now.reuses;
+}
+
+long minorFaults() {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_minflt;
+}
+
+} // namespace
+
+TEST_F(PTDeviceStream, a_frame_takes_memory_for_one_copy_and_no_more) {
+    // So large that memory from anywhere but the pool would be new to the process: 8,450 pages.
+    const BITMAPINFOHEADER header = headerOf(8192, 4225, 8);
+    const std::vector<unsigned char> buffer(header.biSizeImage, 1);
+    for (int i = 0; i < 3; ++i)
+        push(buffer, header);
+    const std::uint64_t buffers = buffersHandedOut();
+    const long faults = minorFaults();
+    push(buffer, header);
+    EXPECT_EQ(buffersHandedOut() - buffers, 1u);
+    EXPECT_LT(minorFaults() - faults, 1000);
+    EXPECT_EQ(count(PFrameFate::Delivered), 4u);
+}
+
+TEST_F(PTDeviceStream, a_start_and_a_stop_with_positive_results_have_worked) {
+    ToupcamSim_failCall("Toupcam_StartPushMode", 0, 1, S_FALSE);
+    EXPECT_TRUE(device->tryStartStream());
+    EXPECT_TRUE(log.contains(QStringLiteral("Toupcam_StartPushMode started: true")));
+    ToupcamSim_failCall("Toupcam_Stop", 0, 1, S_FALSE);
+    EXPECT_TRUE(device->tryStopStream());
+    ToupcamSim_failCall("Toupcam_Stop", 0, 1, E_FAIL);
+    EXPECT_FALSE(device->tryStopStream());
 }
 
 TEST_F(PTDeviceStream, a_listener_that_throws_does_not_reach_the_sdk) {

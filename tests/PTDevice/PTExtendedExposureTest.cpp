@@ -32,7 +32,7 @@ protected:
     }
 
     PTExtendedExposure* property() const {
-        return static_cast<PTExtendedExposure*>(device->getProperty("extexposure"));
+        return propertyOf<PTExtendedExposure>(*device, "extexposure");
     }
 
     std::unique_ptr<PTDevice> device;
@@ -349,6 +349,7 @@ TEST(ExtendedExposureDataTest, switched_off_is_a_zero_byte_and_any_other_byte_me
     ExtendedExposureData d;
     d.autoexpenabled = false;
     QByteArray bytes = bytesOf(d);
+    ASSERT_GT(bytes.size(), 12);
     EXPECT_EQ(bytes.at(12), 0);
     bytes[12] = 7;
     bool whole = false;

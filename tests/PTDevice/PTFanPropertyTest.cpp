@@ -25,9 +25,7 @@ protected:
         SimJournal::clear();
     }
 
-    PTFanProperty* property() const {
-        return static_cast<PTFanProperty*>(device->getProperty("fan"));
-    }
+    PTFanProperty* property() const { return propertyOf<PTFanProperty>(*device, "fan"); }
     FANDATA readAt(int speed) const {
         Toupcam_put_Option(device->sdkHandle(), TOUPCAM_OPTION_FAN, speed);
         return property()->tryGetValueFromDevice();
@@ -86,6 +84,15 @@ TEST_F(PTFanPropertyTest, a_refused_switching_off_is_logged_and_kept_as_the_valu
                 testing::Contains(QStringLiteral(
                     "Failed TOUPCAM_OP: Toupcam_put_Option(m_h, TOUPCAM_OPTION_FAN, 0)")));
     EXPECT_EQ(property()->valueInner(), QVariant::fromValue(FANDATA{0, 2}));
+}
+
+TEST_F(PTFanPropertyTest, positive_results_are_no_failures) {
+    ToupcamSim_failOption("Toupcam_put_Option", TOUPCAM_OPTION_FAN, 0, 2, S_FALSE);
+    EXPECT_TRUE(property()->trySetValueToDevice({1, 4}));
+    EXPECT_TRUE(property()->trySetValueToDevice({0, 4}));
+    EXPECT_TRUE(ptTexts(log).isEmpty());
+    ToupcamSim_failOption("Toupcam_get_Option", TOUPCAM_OPTION_FAN, 0, 1, S_FALSE);
+    EXPECT_EQ(property()->tryGetValueFromDevice(), (FANDATA{0, 0}));
 }
 
 TEST_F(PTFanPropertyTest, something_else_is_a_fan_that_is_not_known) {

@@ -22,7 +22,7 @@ protected:
     }
 
     PTBacklightProperty* property() const {
-        return static_cast<PTBacklightProperty*>(device->getProperty("backlight"));
+        return propertyOf<PTBacklightProperty>(*device, "backlight");
     }
 
     std::unique_ptr<PTDevice> device;

@@ -26,52 +26,84 @@ protected:
         SimJournal::clear();
     }
 
-    PDeviceProperty* property(const char* id) const { return device->getProperty(id); }
+    PDeviceProperty* property(const char* id) const { return propertyOf(*device, id); }
+    PEnumerationItem itemWithId(const char* id, const QVariant& value) const {
+        return property(id)->rangeInner().value<PEnumeration>().getItem(value.toUuid());
+    }
 
     std::unique_ptr<PTDevice> device;
 };
 
-using Items = QList<std::pair<QString, QByteArray>>;
+QList<PEnumerationItem> itemsOf(const PDeviceProperty* property) {
+    return property->rangeInner().value<PEnumeration>().items();
+}
 
-Items itemsOf(const PDeviceProperty* property) {
-    Items items;
-    const auto range = property->rangeInner().value<PEnumeration>();
-    for (const PEnumerationItem& item : range.items())
-        items.append({item.title, item.data});
-    return items;
+/// Items as they are made: the k-th has k in the last byte of its id.
+struct ItemRow {
+    const char* name;
+    const char* title;
+    const char* data;
+};
+
+void expectItems(const PDeviceProperty* property, const std::vector<ItemRow>& rows) {
+    const QList<PEnumerationItem> items = itemsOf(property);
+    ASSERT_EQ(items.size(), qsizetype(rows.size())) << property->id().toStdString();
+    for (std::size_t k = 0; k < rows.size(); ++k) {
+        const PEnumerationItem& item = items.at(qsizetype(k));
+        EXPECT_EQ(item.id, idWithLastByte(int(k))) << rows[k].title;
+        EXPECT_EQ(item.name, QString::fromUtf8(rows[k].name));
+        EXPECT_EQ(item.title, QString::fromUtf8(rows[k].title));
+        EXPECT_EQ(item.data, rows[k].data) << rows[k].title;
+    }
 }
 
 } // namespace
 
-TEST_F(PTPropProcessModes, offer_their_items_in_order) {
-    const Items offOn{{QStringLiteral("Disable"), "0"}, {QStringLiteral("Enable"), "1"}};
-    EXPECT_EQ(itemsOf(property("colormatrix")), offOn);
-    EXPECT_EQ(itemsOf(property("wbgain")), offOn);
-    EXPECT_EQ(itemsOf(property("binning")), (Items{{QStringLiteral("No binning"), "1"},
-                                                   {QStringLiteral("Add 2x2"), "2"},
-                                                   {QStringLiteral("Add 3x3"), "3"},
-                                                   {QStringLiteral("Add 4x4"), "4"},
-                                                   {QStringLiteral("Average 2x2"), "130"},
-                                                   {QStringLiteral("Average 3x3"), "131"},
-                                                   {QStringLiteral("Average 4x4"), "132"}}));
-    EXPECT_EQ(itemsOf(property("rotate")), (Items{{QStringLiteral("0°"), "0"},
-                                                  {QStringLiteral("90°"), "90"},
-                                                  {QStringLiteral("180°"), "180"},
-                                                  {QStringLiteral("270°"), "270"}}));
+TEST_F(PTPropProcessModes, offer_their_items_in_order_with_id_name_title_and_data) {
+    const std::vector<ItemRow> offOn{{"Disable", "Disable", "0"}, {"Enable", "Enable", "1"}};
+    expectItems(property("colormatrix"), offOn);
+    expectItems(property("wbgain"), offOn);
+    expectItems(property("binning"), {{"No binning", "No binning", "1"},
+                                      {"Add 2x2", "Add 2x2", "2"},
+                                      {"Add 3x3", "Add 3x3", "3"},
+                                      {"Add 4x4", "Add 4x4", "4"},
+                                      {"Average 2x2", "Average 2x2", "130"},
+                                      {"Average 3x3", "Average 3x3", "131"},
+                                      {"Average 4x4", "Average 4x4", "132"}});
+    // Named by the bare number.
+    expectItems(
+        property("rotate"),
+        {{"0", "0°", "0"}, {"90", "90°", "90"}, {"180", "180°", "180"}, {"270", "270°", "270"}});
 }
 
-TEST_F(PTPropProcessModes, number_their_items_in_the_last_byte_of_the_id) {
-    const PEnumeration items = property("binning")->rangeInner().value<PEnumeration>();
-    for (int k = 0; k < 7; ++k)
-        EXPECT_EQ(items.items().at(k).id, idWithLastByte(k));
-    EXPECT_TRUE(items.items().first().id.isNull());
+TEST_F(PTPropProcessModes, have_the_null_id_as_that_of_the_first_item) {
+    EXPECT_TRUE(idWithLastByte(0).isNull());
 }
 
-TEST_F(PTPropProcessModes, rotations_are_named_by_the_bare_number) {
-    const PEnumeration items = property("rotate")->rangeInner().value<PEnumeration>();
-    EXPECT_EQ(items.items().at(1).name, QStringLiteral("90"));
-    EXPECT_EQ(items.items().at(1).title, QStringLiteral("90°"));
+struct OptionRow {
+    const char* name;
+    const char* id;
+    unsigned option;
+};
+
+class PTPropProcessModeOption : public PTPropProcessModes,
+                                public testing::WithParamInterface<OptionRow> {};
+
+TEST_P(PTPropProcessModeOption, is_written_and_read) {
+    property(GetParam().id)->trySetValue(QVariant::fromValue(idWithLastByte(1)));
+    property(GetParam().id)->tryGetValue();
+    const std::string start = "Toupcam_put_Option(h1, " + std::to_string(GetParam().option) + ", ";
+    const std::string read = "Toupcam_get_Option(h1, " + std::to_string(GetParam().option) + ", ";
+    EXPECT_THAT(SimJournal::lines(),
+                ElementsAre(testing::StartsWith(start), testing::StartsWith(read)));
 }
+
+INSTANTIATE_TEST_SUITE_P(Rows, PTPropProcessModeOption,
+                         testing::Values(OptionRow{"of_the_colour_matrix", "colormatrix", 13},
+                                         OptionRow{"of_the_white_balance_gain", "wbgain", 14},
+                                         OptionRow{"of_the_binning", "binning", 23},
+                                         OptionRow{"of_the_rotation", "rotate", 24}),
+                         RowName());
 
 TEST_F(PTPropProcessModes, binning_to_the_fifth_item_sends_130) {
     property("binning")->trySetValue(QVariant::fromValue(idWithLastByte(4)));
@@ -105,23 +137,28 @@ TEST_F(PTPropProcessModes, a_rotation_of_90_reads_as_its_item) {
     EXPECT_EQ(property("rotate")->tryGetValue(), QVariant::fromValue(idWithLastByte(1)));
 }
 
-// The frame-rate limit is an option that takes any number: it lends the camera's answer here.
-
 TEST_F(PTPropProcessModes, a_rotation_of_45_reads_as_the_null_id) {
-    ASSERT_EQ(Toupcam_put_Option(device->sdkHandle(), TOUPCAM_OPTION_FRAMERATE, 45), 0);
-    PTPropProcessMode rotate(device->sdkHandle(), "rotate", QString(), TOUPCAM_OPTION_FRAMERATE,
-                             property("rotate")->rangeInner().value<PEnumeration>());
-    EXPECT_EQ(rotate.tryGetValue(), QVariant::fromValue(QUuid()));
+    ASSERT_EQ(Toupcam_put_Option(device->sdkHandle(), TOUPCAM_OPTION_ROTATE, 90), 0);
+    ToupcamSim_answerOption(TOUPCAM_OPTION_ROTATE, 45);
+    EXPECT_EQ(property("rotate")->tryGetValue(), QVariant::fromValue(QUuid()));
+    EXPECT_THAT(SimJournal::calls("Toupcam_get_Option"),
+                ElementsAre("Toupcam_get_Option(h1, 24, 45) = 0"));
 }
 
 TEST_F(PTPropProcessModes, a_binning_of_0_reads_as_no_binning) {
-    ASSERT_EQ(Toupcam_put_Option(device->sdkHandle(), TOUPCAM_OPTION_FRAMERATE, 0), 0);
-    const auto items = property("binning")->rangeInner().value<PEnumeration>();
-    PTPropProcessMode binning(device->sdkHandle(), "binning", QString(), TOUPCAM_OPTION_FRAMERATE,
-                              items);
-    const QVariant value = binning.tryGetValue();
+    ASSERT_EQ(Toupcam_put_Option(device->sdkHandle(), TOUPCAM_OPTION_BINNING, 2), 0);
+    ToupcamSim_answerOption(TOUPCAM_OPTION_BINNING, 0);
+    const QVariant value = property("binning")->tryGetValue();
     EXPECT_EQ(value, QVariant::fromValue(QUuid()));
-    EXPECT_EQ(items.getItem(value.toUuid()).title, QStringLiteral("No binning"));
+    EXPECT_EQ(itemWithId("binning", value).title, QStringLiteral("No binning"));
+}
+
+TEST_F(PTPropProcessModes, what_is_read_is_looked_up_in_its_own_items_whatever_the_host_holds) {
+    ASSERT_EQ(Toupcam_put_Option(device->sdkHandle(), TOUPCAM_OPTION_ROTATE, 90), 0);
+    // Nothing has taken this one yet, so the host holds no range.
+    PTPropProcessMode fresh(device->sdkHandle(), "rotate", QString(), TOUPCAM_OPTION_ROTATE,
+                            property("rotate")->rangeInner().value<PEnumeration>());
+    EXPECT_EQ(fresh.tryGetValue(), QVariant::fromValue(idWithLastByte(1)));
 }
 
 namespace {
@@ -152,8 +189,7 @@ TEST_F(PTPropProcessModes,
     ToupcamSim_failCall("Toupcam_get_Option", 0, 1, E_FAIL); // leaves 0, which is not in the list
     const QVariant value = property("binning")->tryGetValue();
     EXPECT_EQ(value, QVariant::fromValue(QUuid()));
-    const PEnumeration items = property("binning")->rangeInner().value<PEnumeration>();
-    EXPECT_EQ(items.getItem(value.toUuid()).title, QStringLiteral("No binning"));
+    EXPECT_EQ(itemWithId("binning", value).title, QStringLiteral("No binning"));
 }
 
 TEST_F(PTPropProcessModes, the_range_is_given_without_a_call) {
@@ -201,4 +237,52 @@ TEST_F(PTPropProcessModes, light_frequency_is_taken_exactly_if_the_result_is_not
     EXPECT_FALSE(light.trySetValue(QVariant::fromValue(idWithLastByte(2))));
     ToupcamSim_failCall("Toupcam_put_HZ", 0, 1, S_FALSE);
     EXPECT_TRUE(light.trySetValue(QVariant::fromValue(idWithLastByte(1))));
+}
+
+TEST_F(PTPropProcessModes, light_frequency_is_a_choice_of_the_items_it_was_given) {
+    PTPropBackligtComp light(device->sdkHandle(), "hz", QStringLiteral("Light"), 7, frequencies());
+    EXPECT_EQ(light.id(), "hz");
+    EXPECT_EQ(light.title(), QStringLiteral("Light"));
+    EXPECT_EQ(light.type(), PCD::DevicePropertyType(10));
+    EXPECT_EQ(light.tryGetRange(), QVariant::fromValue(frequencies()));
+    EXPECT_THAT(SimJournal::lines(), testing::IsEmpty()) << "which costs no call";
+}
+
+TEST_F(PTPropProcessModes, a_light_frequency_is_looked_up_in_its_own_items_when_read) {
+    ASSERT_EQ(Toupcam_put_HZ(device->sdkHandle(), 1), 0);
+    PTPropBackligtComp light(device->sdkHandle(), "hz", QString(), 0, frequencies());
+    EXPECT_EQ(light.tryGetValue(), QVariant::fromValue(idWithLastByte(1)))
+        << "the host holds no range yet";
+}
+
+TEST_F(PTPropProcessModes, a_light_frequency_is_looked_up_in_the_hosts_range_when_set) {
+    PTPropBackligtComp light(device->sdkHandle(), "hz", QString(), 0, frequencies());
+    light.trySetValue(QVariant::fromValue(idWithLastByte(1))); // unknown: the host holds no range
+    EXPECT_THAT(SimJournal::lines(), ElementsAre("Toupcam_put_HZ(h1, 0) = 0"));
+}
+
+TEST_F(PTPropProcessModes, a_light_frequency_that_cannot_be_read_is_0) {
+    PEnumeration items;
+    items.addItem(idWithLastByte(0), QStringLiteral("50"), QStringLiteral("50 Hz"), "1");
+    items.addItem(idWithLastByte(1), QStringLiteral("60"), QStringLiteral("60 Hz"), "0");
+    PTPropBackligtComp light(device->sdkHandle(), "hz", QString(), 0, items);
+    ToupcamSim_failCall("Toupcam_get_HZ", 0, 1, E_FAIL);
+    EXPECT_EQ(light.tryGetValue(), QVariant::fromValue(idWithLastByte(1)));
+}
+
+TEST_F(PTPropProcessModes, a_light_frequency_that_no_item_has_reads_as_the_null_id) {
+    PEnumeration items;
+    items.addItem(idWithLastByte(3), QStringLiteral("50"), QStringLiteral("50 Hz"), "1");
+    PTPropBackligtComp light(device->sdkHandle(), "hz", QString(), 0, items);
+    EXPECT_EQ(light.tryGetValue(), QVariant::fromValue(QUuid()));
+}
+
+TEST_F(PTPropProcessModes, an_option_that_cannot_be_read_is_0) {
+    PEnumeration items;
+    items.addItem(idWithLastByte(0), QStringLiteral("on"), QStringLiteral("on"), "1");
+    items.addItem(idWithLastByte(1), QStringLiteral("off"), QStringLiteral("off"), "0");
+    PTPropProcessMode choice(device->sdkHandle(), "choice", QString(), TOUPCAM_OPTION_WBGAIN,
+                             items);
+    ToupcamSim_failCall("Toupcam_get_Option", 0, 1, E_FAIL);
+    EXPECT_EQ(choice.tryGetValue(), QVariant::fromValue(idWithLastByte(1)));
 }

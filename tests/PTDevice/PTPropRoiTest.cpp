@@ -6,6 +6,8 @@
 
 #include <support/QtPrinters.h>
 
+#include <QSignalSpy>
+
 #include <gmock/gmock.h>
 
 using testing::ElementsAre;
@@ -22,7 +24,7 @@ protected:
         SimJournal::clear();
     }
 
-    PDeviceProperty* roi() const { return device->getProperty("roi"); }
+    PDeviceProperty* roi() const { return propertyOf(*device, "roi"); }
     PScanAreaRange range() const { return roi()->tryGetRange().value<PScanAreaRange>(); }
 
     std::unique_ptr<PTDevice> device;
@@ -48,6 +50,8 @@ TEST_F(PTPropRoi, a_region_of_50_lines_is_sent_as_it_is) {
 TEST_F(PTPropRoi, setting_is_false_when_the_sdk_took_the_region_and_true_when_it_did_not) {
     EXPECT_FALSE(roi()->trySetValue(QRect(0, 0, 64, 64)));
     EXPECT_TRUE(roi()->trySetValue(QRect(0, 0, 4000, 64)));
+    ToupcamSim_failCall("Toupcam_put_Roi", 0, 1, S_FALSE);
+    EXPECT_TRUE(roi()->trySetValue(QRect(0, 0, 64, 64))) << "any result but 0";
 }
 
 TEST_F(PTPropRoi, after_a_good_set_the_host_holds_the_cameras_region) {
@@ -71,7 +75,13 @@ TEST_F(PTPropRoi, the_range_is_the_sensor_at_the_resolution_in_use) {
 TEST_F(PTPropRoi, the_range_is_empty_and_logged_if_the_camera_has_no_resolution_in_use) {
     ToupcamSim_failCall("Toupcam_get_eSize", 0, 1, S_FALSE); // not a failure, and nothing told
     EXPECT_EQ(range(), PScanAreaRange());
-    EXPECT_EQ(ptTexts(log).last(), QStringLiteral("ScanAreaRange: 4294967295"));
+    EXPECT_EQ(ptLastText(log), QStringLiteral("ScanAreaRange: 4294967295"));
+}
+
+TEST_F(PTPropRoi, a_resolution_that_is_read_with_a_positive_result_is_not_logged_as_failed) {
+    ToupcamSim_failCall("Toupcam_get_Resolution", 0, 1, S_FALSE);
+    range();
+    EXPECT_TRUE(ptTexts(log).isEmpty());
 }
 
 TEST_F(PTPropRoi, a_resolution_that_cannot_be_read_is_logged_and_gives_a_range_all_the_same) {
@@ -80,7 +90,7 @@ TEST_F(PTPropRoi, a_resolution_that_cannot_be_read_is_logged_and_gives_a_range_a
     EXPECT_EQ(whole.bounds.topLeft(), QPoint(0, 0));
     EXPECT_EQ(whole.bounds.bottomRight(), QPoint(-2, -2)); // what the camera left: -1 by -1 pixels
     EXPECT_EQ(whole.widthStep, 4);
-    EXPECT_EQ(ptTexts(log).last(),
+    EXPECT_EQ(ptLastText(log),
               QStringLiteral("Failed TOUPCAM_OP: Toupcam_get_Resolution(m_handle, n, &w, &h)"));
 }
 
@@ -94,13 +104,23 @@ TEST_F(PTPropRoi, a_mode_change_has_region_and_range_read_again_unasked) {
     device->link();
     roi()->setValue(QRect(16, 32, 640, 480));
     SimJournal::clear();
-    ASSERT_TRUE(device->setMode(device->getSupportModes().at(1)).isOk());
+    ASSERT_TRUE(device->setMode(device->getSupportModes().value(1)).isOk());
     EXPECT_EQ(roi()->valueInner(), QVariant(QRect(0, 0, 960, 540)));
     EXPECT_EQ(roi()->rangeInner().value<PScanAreaRange>(), wholeSensor(960, 540));
 }
 
+TEST_F(PTPropRoi, a_mode_change_that_leaves_the_region_as_it_is_has_it_read_and_tells_nobody) {
+    QSignalSpy values(roi(), qOverload<const QVariant&>(&PDeviceProperty::valueChanged));
+    QSignalSpy ranges(roi(), qOverload<const QVariant&>(&PDeviceProperty::rangeChanged));
+    SimJournal::clear();
+    emit device->modeChanged(device->getCurrentMode());
+    EXPECT_EQ(SimJournal::calls("Toupcam_get_Roi").size(), 1U) << "at once";
+    EXPECT_EQ(values.count(), 0);
+    EXPECT_EQ(ranges.count(), 0);
+}
+
 TEST_F(PTPropRoi, a_property_that_is_gone_is_not_asked_by_a_mode_change) {
     qDeleteAll(device->getSupportProperties());
-    EXPECT_TRUE(device->setMode(device->getSupportModes().at(1)).isOk());
+    EXPECT_TRUE(device->setMode(device->getSupportModes().value(1)).isOk());
     EXPECT_EQ(SimJournal::calls("Toupcam_get_Roi").size(), 1U); // the device's own
 }

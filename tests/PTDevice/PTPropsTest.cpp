@@ -28,7 +28,11 @@ protected:
     }
 
     Toupcam_t* handle() const { return device->sdkHandle(); }
-    PDeviceProperty* property(const char* id) const { return device->getProperty(id); }
+    /// The device as the SDK has it.
+    QString contextText() const {
+        return QStringLiteral("0x%1").arg(quintptr(static_cast<PDevice*>(device.get())), 0, 16);
+    }
+    PDeviceProperty* property(const char* id) const { return propertyOf(*device, id); }
 
     std::unique_ptr<PTDevice> device;
 };
@@ -71,12 +75,52 @@ TEST_F(PTProps, a_number_is_taken_only_if_the_sdk_answers_exactly_zero) {
     EXPECT_FALSE(property("gamma")->trySetValue(91));
     ToupcamSim_failCall("Toupcam_put_Gamma", 0, 1, E_FAIL);
     EXPECT_FALSE(property("gamma")->trySetValue(92));
-    EXPECT_TRUE(ptTexts(log).isEmpty() || !ptTexts(log).last().contains(u"Gamma"));
+    EXPECT_TRUE(ptTexts(log).isEmpty()) << "a refusal is not logged";
 }
 
 TEST_F(PTProps, a_number_that_the_camera_does_not_tell_is_zero) {
     ToupcamSim_failCall("Toupcam_get_Saturation", 0, 1, E_FAIL);
     EXPECT_EQ(property("saturation")->tryGetValue(), QVariant(0));
+}
+
+namespace {
+
+/// What a camera that is only a variable answers and was sent; its functions are the SDK's.
+template <typename T>
+struct NumberInCamera {
+    static inline T value = 0;
+    static int get(Toupcam_t*, T* answer) {
+        *answer = value;
+        return 0;
+    }
+    static int put(Toupcam_t*, T sent) {
+        value = sent;
+        return 0;
+    }
+    static PTNumber<T> property(T minimum, T maximum) {
+        return PTNumber<T>(nullptr, get, put, {minimum, maximum, 1}, "number", QString());
+    }
+};
+
+using Short = NumberInCamera<unsigned short>;
+using Unsigned = NumberInCamera<unsigned>;
+
+} // namespace
+
+TEST_F(PTProps, numbers_of_16_bits_have_no_sign) {
+    Short::value = 40000;
+    auto number = Short::property(0, 65535);
+    EXPECT_EQ(number.tryGetValue(), QVariant(40000));
+    EXPECT_EQ(number.tryGetRange(), QVariant::fromValue(PMinMaxRange<int>{0, 65535, 1}));
+    EXPECT_TRUE(number.trySetValue(50000));
+    EXPECT_EQ(Short::value, 50000);
+}
+
+TEST_F(PTProps, numbers_of_32_bits_are_taken_as_they_are) {
+    Unsigned::value = 0xfffffff6;
+    auto number = Unsigned::property(0, 50'000'000);
+    EXPECT_EQ(number.tryGetValue(), QVariant(-10));
+    EXPECT_EQ(number.tryGetRange(), QVariant::fromValue(PMinMaxRange<int>{0, 50'000'000, 1}));
 }
 
 // ---- Switches.
@@ -159,11 +203,17 @@ TEST_F(PTProps, what_the_camera_does_not_tell_reads_as_nothing) {
 // ---- One-push white balance.
 
 TEST_F(PTProps, one_push_hands_the_device_to_the_sdk_and_always_succeeds) {
+    std::size_t pushesBefore = 99;
+    const AtRecord logged(QStringLiteral("Context:"),
+                          [&] { pushesBefore = SimJournal::calls("Toupcam_AwbOnePush").size(); });
+    log.clear();
     EXPECT_TRUE(property("awbonce")->trySetValue(QVariant())); // no stream: the camera refuses
     EXPECT_EQ(SimJournal::calls("Toupcam_AwbOnePush").size(), 1U);
-    const QString address =
-        QStringLiteral("0x%1").arg(quintptr(static_cast<PDevice*>(device.get())), 0, 16);
-    EXPECT_EQ(ptTexts(log).last(), QStringLiteral("Context: ") + address);
+    EXPECT_EQ(pushesBefore, 0U) << "the line comes first";
+    const QList<PLogRecord> records = log.records(QStringLiteral("PTDevice"));
+    ASSERT_EQ(records.size(), 1);
+    EXPECT_EQ(records[0].items, (QStringList{QStringLiteral("Context:"), contextText()}));
+    EXPECT_EQ(records[0].function, QStringLiteral("virtual bool PTAWBOnce::trySetValueToDevice()"));
 }
 
 TEST_F(PTProps, a_finished_one_push_has_tint_read_first_and_then_temp_each_later) {
@@ -182,16 +232,17 @@ TEST_F(PTProps, a_finished_one_push_has_tint_read_first_and_then_temp_each_later
 }
 
 TEST_F(PTProps, a_finished_one_push_is_logged_with_its_context) {
-    PDevice* const context = device.get();
-    cbWbOnce(1, 2, context);
-    EXPECT_EQ(ptTexts(log).last(),
-              QStringLiteral("WB Once callback 0x%1").arg(quintptr(context), 0, 16));
+    log.clear();
+    cbWbOnce(1, 2, static_cast<PDevice*>(device.get()));
+    const QList<PLogRecord> records = log.records(QStringLiteral("PTDevice"));
+    ASSERT_EQ(records.size(), 1);
+    EXPECT_EQ(records[0].items, (QStringList{QStringLiteral("WB Once callback"), contextText()}));
+    EXPECT_EQ(records[0].function, QStringLiteral("void cbWbOnce(const int, const int, void *)"));
 }
 
 TEST_F(PTProps, a_finished_one_push_without_the_properties_does_nothing) {
     device.reset();
     const auto bare = open(); // nobody has asked for its list
-    ASSERT_NE(bare, nullptr);
     cbWbOnce(1, 2, static_cast<PDevice*>(bare.get()));
     QCoreApplication::processEvents();
     EXPECT_THAT(SimJournal::calls("Toupcam_get_TempTint"), IsEmpty());

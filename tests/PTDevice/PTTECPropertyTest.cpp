@@ -25,9 +25,7 @@ protected:
         SimJournal::clear();
     }
 
-    PTECProperty* property() const {
-        return static_cast<PTECProperty*>(device->getProperty("teccontrol"));
-    }
+    PTECProperty* property() const { return propertyOf<PTECProperty>(*device, "teccontrol"); }
     TECDATA stored() const { return property()->valueInner().value<TECDATA>(); }
 
     std::unique_ptr<PTDevice> device;
@@ -52,6 +50,13 @@ TEST_F(PTECPropertyTest, a_refused_switch_is_not_noticed) {
     ToupcamSim_failOption("Toupcam_put_Option", TOUPCAM_OPTION_TEC, 0, 1, E_FAIL);
     EXPECT_TRUE(property()->trySetValueToDevice({1, 100}));
     EXPECT_THAT(SimJournal::calls("Toupcam_put_Temperature"), testing::SizeIs(1));
+}
+
+TEST_F(PTECPropertyTest, positive_results_are_no_failures) {
+    ToupcamSim_failCall("Toupcam_put_Temperature", 0, 1, S_FALSE);
+    EXPECT_TRUE(property()->trySetValueToDevice({1, 100}));
+    ToupcamSim_failCall("Toupcam_get_Temperature", 0, 1, S_FALSE);
+    EXPECT_TRUE(property()->sensorTemperature().isValid());
 }
 
 TEST_F(PTECPropertyTest, the_switch_is_read_and_the_target_is_not) {

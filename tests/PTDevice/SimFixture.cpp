@@ -1,6 +1,28 @@
 // SPDX-License-Identifier: MIT
 #include "SimFixture.h"
 
+#include <utility>
+
+namespace {
+
+class ActionSink : public PLogSink {
+public:
+    ActionSink(QString beginning, std::function<void()> action)
+        : m_beginning(std::move(beginning))
+        , m_action(std::move(action)) {}
+
+    void write(const PLogRecord& record) override {
+        if (record.source == QStringLiteral("PTDevice") && record.text().startsWith(m_beginning))
+            m_action();
+    }
+
+private:
+    QString m_beginning;
+    std::function<void()> m_action;
+};
+
+} // namespace
+
 std::string SimCameraText::json() const {
     std::string members;
     for (const auto& [key, value] : m_values)
@@ -36,11 +58,19 @@ ToupcamDeviceV2 SimFixture::record(unsigned index) {
 }
 
 std::unique_ptr<PTDevice> SimFixture::open(unsigned index) {
-    return std::unique_ptr<PTDevice>(PTDevice::create(record(index)));
+    std::unique_ptr<PTDevice> device(PTDevice::create(record(index)));
+    if (device == nullptr)
+        throw std::runtime_error("the camera does not open");
+    return device;
 }
 
 QStringList ptTexts(const PLogCapture& log) {
     return log.texts(QStringLiteral("PTDevice"));
+}
+
+QString ptLastText(const PLogCapture& log) {
+    const QStringList texts = ptTexts(log);
+    return texts.isEmpty() ? QString() : texts.last();
 }
 
 QList<PLogRecord> ptRecords(const PLogCapture& log, const QString& text) {
@@ -50,4 +80,13 @@ QList<PLogRecord> ptRecords(const PLogCapture& log, const QString& text) {
             found.append(record);
     }
     return found;
+}
+
+AtRecord::AtRecord(const QString& beginning, std::function<void()> action)
+    : m_sink(std::make_shared<ActionSink>(beginning, std::move(action))) {
+    PLog::addSink(m_sink);
+}
+
+AtRecord::~AtRecord() {
+    PLog::removeSink(m_sink);
 }

@@ -3,6 +3,8 @@
 
 #include <PCdPlugins/PTDevice/PTDevice.h>
 
+#include <PCd/PDeviceProperty.h>
+
 #include <support/PLogCapture.h>
 #include <support/RowName.h>
 #include <support/SimJournal.h>
@@ -10,8 +12,10 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <map>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -56,7 +60,7 @@ protected:
     /// The SDK's enumeration record of camera `index`.
     static ToupcamDeviceV2 record(unsigned index = 0);
 
-    /// Opens camera `index` as the register does.
+    /// Opens camera `index` as the register does; throws if it does not open, which fails the test.
     static std::unique_ptr<PTDevice> open(unsigned index = 0);
 
     PLogCapture log;
@@ -65,5 +69,31 @@ protected:
 /// The items of the plugin's log records, in order.
 QStringList ptTexts(const PLogCapture& log);
 
+/// The plugin's newest record as a text; empty if there is none.
+QString ptLastText(const PLogCapture& log);
+
 /// The plugin's records with this text.
 QList<PLogRecord> ptRecords(const PLogCapture& log, const QString& text);
+
+/// The property with this id as its class; throws if the device has no such one, which fails the
+/// test.
+template <typename Property = PDeviceProperty>
+Property* propertyOf(const PDevice& device, const char* id) {
+    auto* const property = dynamic_cast<Property*>(device.getProperty(id));
+    if (property == nullptr)
+        throw std::runtime_error(std::string("the device has no such property as ") + id);
+    return property;
+}
+
+/// Does something at the moment at which a record of the plugin is logged that begins with this
+/// text, on the thread that logs it: for what has happened by then, and what has not.
+class AtRecord {
+public:
+    AtRecord(const QString& beginning, std::function<void()> action);
+    ~AtRecord();
+    AtRecord(const AtRecord&) = delete;
+    AtRecord& operator=(const AtRecord&) = delete;
+
+private:
+    std::shared_ptr<PLogSink> m_sink;
+};

@@ -81,6 +81,8 @@ protected:
     explicit PTDevice(ToupcamDeviceV2 record);
 
 private:
+    friend class PTDeviceMutexTest; // holds the mutex
+
     struct Data {
         QByteArray model;
         QByteArray serial;
