@@ -2,6 +2,8 @@
 // The camera's resolutions as the host's modes.
 #include "SimFixture.h"
 
+#include <QSignalSpy>
+
 #include <gmock/gmock.h>
 
 using testing::ElementsAre;
@@ -48,6 +50,14 @@ TEST_F(PTDeviceModes, no_resolutions_are_an_empty_list_and_no_current_mode) {
     EXPECT_EQ(device->getCurrentMode(), PDeviceMode());
 }
 
+TEST_F(PTDeviceModes, more_resolutions_than_a_models_record_holds_are_as_many_modes) {
+    ToupcamSim_failCall("Toupcam_get_ResolutionNumber", 0, 0, 40);
+    const QList<PDeviceMode> modes = device->getSupportModes();
+    ASSERT_EQ(modes.size(), 40);
+    EXPECT_EQ(modes[2], (PDeviceMode{1000, 750, QStringLiteral("1000x750"), "2", 24}));
+    EXPECT_EQ(modes[39], (PDeviceMode{0, 0, QStringLiteral("0x0"), "39", 24}));
+}
+
 TEST_F(PTDeviceModes, a_failed_count_is_an_empty_list_and_not_two_billion_modes) {
     ToupcamSim_failCall("Toupcam_get_ResolutionNumber", 0, 0, E_GEN_FAILURE);
     EXPECT_THAT(device->getSupportModes(), IsEmpty());
@@ -67,6 +77,42 @@ TEST_F(PTDeviceModes, the_current_mode_follows_the_sdk) {
     EXPECT_EQ(device->getCurrentMode().id, "2");
 }
 
+TEST_F(PTDeviceModes, the_modes_are_read_before_the_index_in_use) {
+    device->getCurrentMode();
+    const std::vector<std::string> lines = SimJournal::lines();
+    ASSERT_EQ(lines.size(), 5u);
+    EXPECT_EQ(lines.front(), "Toupcam_get_ResolutionNumber(h1) = 3");
+    EXPECT_EQ(lines.back(), "Toupcam_get_eSize(h1, 0) = 0");
+}
+
+namespace {
+
+/// A camera whose modes are a derived class's.
+class DeviceWithModes : public PTDevice {
+public:
+    explicit DeviceWithModes(const ToupcamDeviceV2& record)
+        : PTDevice(record) {}
+    QList<PDeviceMode> getSupportModes() override {
+        return {{1, 1, QStringLiteral("hexadecimal"), "0x1", 24},
+                {2, 2, QStringLiteral("decimal"), "01", 24},
+                {8, 8, QStringLiteral("eight"), "8", 24},
+                {10, 10, QStringLiteral("ten"), "010", 24}};
+    }
+};
+
+} // namespace
+
+TEST_F(PTDeviceModes, the_current_mode_is_of_the_list_that_the_device_overrides) {
+    device.reset();
+    DeviceWithModes derived(record());
+    ASSERT_EQ(Toupcam_put_eSize(derived.sdkHandle(), 1), S_OK);
+    EXPECT_EQ(derived.getCurrentMode().name, QStringLiteral("decimal"))
+        << "ids are decimal, whatever they begin with";
+    ToupcamSim_failCall("Toupcam_get_eSize", 0, 1, E_FAIL);
+    EXPECT_EQ(derived.getCurrentMode().name, QStringLiteral("hexadecimal"))
+        << "which is no number, and so 0";
+}
+
 TEST_F(PTDeviceModes, the_current_mode_is_the_first_when_the_sdk_does_not_answer) {
     ASSERT_EQ(Toupcam_put_eSize(device->sdkHandle(), 2), S_OK);
     ToupcamSim_failCall("Toupcam_get_eSize", 0, 1, E_FAIL);
@@ -80,13 +126,10 @@ TEST_F(PTDeviceModes, a_current_index_without_a_mode_is_an_empty_mode) {
 }
 
 TEST_F(PTDeviceModes, setting_a_mode_selects_its_index_reads_back_and_logs) {
-    EXPECT_TRUE(device->trySetMode(device->getSupportModes()[1]));
-    EXPECT_THAT(SimJournal::calls("Toupcam_put_eSize"),
-                ElementsAre("Toupcam_put_eSize(h1, 1) = 0"));
-    EXPECT_THAT(SimJournal::calls("Toupcam_get_eSize"),
-                ElementsAre("Toupcam_get_eSize(h1, 1) = 0"));
-    EXPECT_THAT(SimJournal::calls("Toupcam_get_FinalSize"),
-                ElementsAre("Toupcam_get_FinalSize(h1, 2000, 1500) = 0"));
+    EXPECT_TRUE(device->trySetMode({2000, 1500, QStringLiteral("2000x1500"), "1", 24}));
+    EXPECT_THAT(SimJournal::lines(),
+                ElementsAre("Toupcam_put_eSize(h1, 1) = 0", "Toupcam_get_eSize(h1, 1) = 0",
+                            "Toupcam_get_FinalSize(h1, 2000, 1500) = 0"));
     const QList<PLogRecord> records = log.records(QStringLiteral("PTDevice"));
     ASSERT_EQ(records.size(), 2);
     EXPECT_THAT(records[0].items, ElementsAre(QStringLiteral("Try set mode:"),
@@ -100,6 +143,18 @@ TEST_F(PTDeviceModes, setting_a_mode_selects_its_index_reads_back_and_logs) {
                             QStringLiteral("x"), QStringLiteral("1500")));
     EXPECT_EQ(records[1].line, 342);
     EXPECT_EQ(records[1].function, records[0].function);
+}
+
+TEST_F(PTDeviceModes, setting_a_mode_emits_nothing_by_itself) {
+    QSignalSpy changed(device.get(), &PDevice::modeChanged);
+    EXPECT_TRUE(device->trySetMode(modeWithId("1")));
+    EXPECT_EQ(changed.count(), 0);
+}
+
+TEST_F(PTDeviceModes, a_result_that_is_positive_is_a_success) {
+    ToupcamSim_failCall("Toupcam_put_eSize", 0, 1, S_FALSE);
+    EXPECT_TRUE(device->trySetMode(modeWithId("1")));
+    EXPECT_TRUE(log.contains(QStringLiteral("Mode applied: eSize index 0 final size 4000 x 3000")));
 }
 
 TEST_F(PTDeviceModes, a_rejected_index_is_logged_and_the_camera_keeps_its_resolution) {
@@ -139,7 +194,10 @@ INSTANTIATE_TEST_SUITE_P(
     Rows, PTDeviceModeId,
     testing::Values(IdRow{"an_empty_id_index_0", "", "Toupcam_put_eSize(h1, 0) = 0"},
                     IdRow{"text_that_is_no_number_index_0", "big", "Toupcam_put_eSize(h1, 0) = 0"},
-                    IdRow{"a_number_that_index", "2", "Toupcam_put_eSize(h1, 2) = 0"}),
+                    IdRow{"a_number_that_index", "2", "Toupcam_put_eSize(h1, 2) = 0"},
+                    IdRow{"a_number_with_a_zero_before_it_a_decimal_index", "010",
+                          "Toupcam_put_eSize(h1, 10) = -2147024809"},
+                    IdRow{"a_hexadecimal_number_index_0", "0x2", "Toupcam_put_eSize(h1, 0) = 0"}),
     RowName());
 
 TEST_F(PTDeviceModes, of_two_modes_with_the_same_size_the_id_decides) {

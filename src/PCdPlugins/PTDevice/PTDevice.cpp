@@ -188,14 +188,12 @@ bool PTDevice::tryStopStream() {
 }
 
 QList<PDeviceMode> PTDevice::getSupportModes() {
-    const auto count = unsigned(Toupcam_get_ResolutionNumber(m_handle));
-    // A camera that has just been unplugged answers with an error code, which as a count would be
-    // two billion modes. No model has more resolutions than its record can hold.
-    if (count > TOUPCAM_MODEL_MAX_RES)
-        return {};
+    const int count = Toupcam_get_ResolutionNumber(m_handle);
     QList<PDeviceMode> modes;
-    for (unsigned index = 0; index != count; ++index)
-        modes.append(modeOf(m_handle, index));
+    // A camera that has just been unplugged answers with an error code, which as a count without a
+    // sign would be two billion modes. Any other count is the camera's to say.
+    for (int index = 0; index < count; ++index)
+        modes.append(modeOf(m_handle, unsigned(index)));
     return modes;
 }
 
