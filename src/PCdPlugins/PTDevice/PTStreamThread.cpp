@@ -43,14 +43,37 @@ bool isFirst(std::atomic<bool>& happened) {
     return !happened.exchange(true);
 }
 
-bool createPulledImage(PImage& image, const ToupcamFrameInfoV2& info) {
-    return image.create(PImageHeader(long(info.width), long(info.height), PDIP::ColorFormat::BgrX));
+/// The image that a frame is pulled into, whose size the SDK has told; nothing, with the frame
+/// booked as dropped, if it cannot be made.
+std::optional<PImage> imageFor(const ToupcamFrameInfoV2& info, PTDevice* device) {
+    const PImageHeader header(long(info.width), long(info.height), PDIP::ColorFormat::BgrX);
+    if (!header.isValid()) {
+        ptLog(runText, __FILE__, __LINE__, PLogLevel::Warning)
+            << "Frame dropped, its size is no size:" << info.width << "x" << info.height;
+        device->reportDroppedFrames(PFrameFate::BadSize);
+        return std::nullopt;
+    }
+    PImage image;
+    if (!image.create(header)) {
+        device->reportDroppedFrames(PFrameFate::NoMemory);
+        return std::nullopt;
+    }
+    return image;
 }
 
-/// True if the second pull gave the frame that the image was made for: in between, the camera may
-/// have gone on to another size.
-bool isSameSize(const PImage& image, const ToupcamFrameInfoV2& info) {
-    return image.width() == long(info.width) && image.height() == long(info.height);
+/// True, with the frame logged and booked as dropped, if the second pull gave another frame than
+/// the one that the image was made for: in between, the camera may have gone on to another size.
+/// An SDK that leaves the record of the second pull empty says nothing about that.
+bool isOfAnotherSize(const PImage& image, const ToupcamFrameInfoV2& info, PTDevice* device) {
+    if (info.width == 0 || info.height == 0)
+        return false;
+    if (image.width() == long(info.width) && image.height() == long(info.height))
+        return false;
+    ptLog(runText, __FILE__, __LINE__, PLogLevel::Warning)
+        << "Frame dropped, pulled as" << info.width << "x" << info.height << "but announced as"
+        << int(image.width()) << "x" << int(image.height());
+    device->reportDroppedFrames(PFrameFate::BadSize);
+    return true;
 }
 
 /// Exchanges the first and the third byte of every pixel of an image in the host's 32-bit format.
@@ -174,26 +197,23 @@ void PTStreamThread::pullLive(SequenceWatch& sequence) {
     }
     if (const unsigned missing = sequence.missingBefore(info))
         device->reportDroppedFrames(PFrameFate::LostInCamera, missing);
-    PImage image;
-    if (!createPulledImage(image, info)) {
-        device->reportDroppedFrames(PFrameFate::NoMemory);
+    std::optional<PImage> image = imageFor(info, device);
+    if (!image)
         return;
-    }
     info = {};
-    result =
-        Toupcam_PullImageV2(handle, image.rawData(PDIP::AccessMode::Write).data(), pullBits, &info);
+    result = Toupcam_PullImageV2(handle, image->rawData(PDIP::AccessMode::Write).data(), pullBits,
+                                 &info);
     static std::atomic<bool> firstLiveFrame{false};
     if (checkError(result) && isFirst(firstLiveFrame))
-        PT_LOG_IN(runText) << "First live frame pulled:" << info.width << "x" << info.height;
-    PDIP::setXToXRGB(&image);
-    qDebug() << "pull image:" << image;
-    swapRedAndBlue(image);
+        PT_LOG_IN(runText) << "First live frame pulled:" << unsigned(image->width()) << "x"
+                           << unsigned(image->height());
+    PDIP::setXToXRGB(&*image);
+    qDebug() << "pull image:" << *image;
+    swapRedAndBlue(*image);
     if (!checkError(result))
         device->reportDroppedFrames(PFrameFate::LostInCamera);
-    else if (!isSameSize(image, info))
-        device->reportDroppedFrames(PFrameFate::BadSize);
-    else
-        device->processFrameImage(image);
+    else if (!isOfAnotherSize(*image, info, device))
+        device->processFrameImage(*image);
 }
 
 void PTStreamThread::pullStill() {
@@ -204,23 +224,19 @@ void PTStreamThread::pullStill() {
         PT_LOG_IN(runText) << "Failed to pull still image [1]:" << result;
         return;
     }
-    PImage image;
-    if (!createPulledImage(image, info)) {
-        device->reportDroppedFrames(PFrameFate::NoMemory);
+    std::optional<PImage> image = imageFor(info, device);
+    if (!image)
         return;
-    }
     info = {};
-    result = Toupcam_PullStillImageV2(handle, image.rawData(PDIP::AccessMode::Write).data(),
+    result = Toupcam_PullStillImageV2(handle, image->rawData(PDIP::AccessMode::Write).data(),
                                       pullBits, &info);
     if (!checkError(result)) {
         PT_LOG_IN(runText) << "Failed to pull still image [2]:" << result;
         device->reportDroppedFrames(PFrameFate::LostInCamera);
         return;
     }
-    PDIP::setXToXRGB(&image);
-    swapRedAndBlue(image);
-    if (isSameSize(image, info))
-        device->processSnapshot(PCdDipUtils::imageAsDeviceFrame(image));
-    else
-        device->reportDroppedFrames(PFrameFate::BadSize);
+    PDIP::setXToXRGB(&*image);
+    swapRedAndBlue(*image);
+    if (!isOfAnotherSize(*image, info, device))
+        device->processSnapshot(PCdDipUtils::imageAsDeviceFrame(*image));
 }
