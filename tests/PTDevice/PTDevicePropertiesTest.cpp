@@ -84,7 +84,7 @@ protected:
             all.append(QString::fromLatin1(property->id()));
         return all;
     }
-    PDeviceProperty* property(const char* id) const { return device->getProperty(id); }
+    PDeviceProperty* property(const char* id) const { return propertyOf(*device, id); }
 
     std::unique_ptr<PTDevice> device;
 };
@@ -132,6 +132,7 @@ TEST_P(PTDeviceAccessories, are_offered_by_the_model_flags_behind_the_region) {
             expected += GetParam().accessories;
     }
     EXPECT_EQ(ids(), expected);
+    ASSERT_EQ(device->supportPropertyGroups().size(), 8);
     EXPECT_EQ(membersOf(device->supportPropertyGroups().last()), GetParam().accessories);
     for (const QString& id : GetParam().accessories) {
         EXPECT_EQ(property(id.toLatin1())->type(), Type::Custom);
@@ -154,7 +155,6 @@ TEST_F(PTDeviceProperties, each_has_its_title_type_range_default_and_flag) {
     load(plainCamera());
     for (const CatalogueRow& row : catalogue()) {
         const PDeviceProperty* const offered = property(row.id);
-        ASSERT_NE(offered, nullptr) << row.id;
         EXPECT_EQ(offered->title(), QString::fromLatin1(row.title)) << row.id;
         EXPECT_EQ(offered->type(), row.type) << row.id;
         EXPECT_EQ(offered->defaultValue(), row.defaultValue) << row.id;
@@ -175,16 +175,24 @@ TEST_F(PTDeviceProperties, the_types_have_the_numbers_that_files_and_hosts_know)
     EXPECT_EQ(int(Type::Choice), 10);
 }
 
-TEST_F(PTDeviceProperties, the_exposure_time_is_in_microseconds) {
+TEST_F(PTDeviceProperties, the_exposure_time_alone_has_a_unit_and_it_is_the_microsecond) {
     load(plainCamera());
-    EXPECT_EQ(int(property("autoexpottime")->unit()), 8);
-    EXPECT_EQ(int(property("autoexpottime")->unitsType()), 3);
+    for (const PDeviceProperty* offered : device->supportProperties()) {
+        const bool isTime = offered->id() == "autoexpottime";
+        EXPECT_EQ(int(offered->unit()), isTime ? 8 : 0) << offered->id().toStdString();
+        EXPECT_EQ(int(offered->unitsType()), isTime ? 3 : 0) << offered->id().toStdString();
+    }
 }
 
-TEST_F(PTDeviceProperties, the_speed_says_what_to_do_when_there_is_no_picture) {
+TEST_F(PTDeviceProperties, the_speed_alone_has_a_description_what_to_do_without_a_picture) {
     load(plainCamera());
-    EXPECT_EQ(property("speed")->description(),
-              QStringLiteral("If the live video is not displayed, reduce the speed."));
+    for (const PDeviceProperty* offered : device->supportProperties()) {
+        const QString expected =
+            offered->id() == "speed"
+                ? QStringLiteral("If the live video is not displayed, reduce the speed.")
+                : QString();
+        EXPECT_EQ(offered->description(), expected) << offered->id().toStdString();
+    }
 }
 
 TEST_F(PTDeviceProperties, an_exposure_maximum_of_60_s_is_cut_to_50_s) {
@@ -208,6 +216,29 @@ TEST_F(PTDeviceProperties, the_highest_speed_is_the_end_of_its_range_and_its_def
     EXPECT_EQ(property("speed")->rangeInner(), numbers(0, 1));
     EXPECT_EQ(property("speed")->defaultValue(), QVariant(1));
 }
+
+struct NoSpeedRow {
+    const char* name;
+    HRESULT result;
+};
+
+class PTDeviceNoSpeed : public PTDeviceProperties,
+                        public testing::WithParamInterface<NoSpeedRow> {};
+
+TEST_P(PTDeviceNoSpeed, offers_no_levels) {
+    loadScene({plainCamera()});
+    device = open();
+    ToupcamSim_failCall("Toupcam_get_MaxSpeed", 0, 0, GetParam().result);
+    device->supportProperties();
+    EXPECT_EQ(property("speed")->rangeInner(), numbers(0, 0));
+    EXPECT_EQ(property("speed")->defaultValue(), QVariant(0));
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, PTDeviceNoSpeed,
+                         testing::Values(NoSpeedRow{"a_highest_speed_that_cannot_be_read", E_FAIL},
+                                         NoSpeedRow{"a_camera_that_is_gone", E_GEN_FAILURE},
+                                         NoSpeedRow{"a_highest_speed_of_0", 0}),
+                         RowName());
 
 TEST_F(PTDeviceProperties, ranges_that_the_camera_does_not_tell_do_not_stop_the_catalogue) {
     loadScene({plainCamera()});

@@ -68,7 +68,8 @@ PDeviceProperty* analogueGain(Toupcam_t* handle, const QString& title) {
 }
 
 PDeviceProperty* speedLevel(Toupcam_t* handle, const QString& title, const QString& description) {
-    const auto highest = static_cast<unsigned short>(Toupcam_get_MaxSpeed(handle));
+    // An error is no number of levels.
+    const auto highest = static_cast<unsigned short>(std::max(Toupcam_get_MaxSpeed(handle), 0));
     auto* const speed = numberOf<unsigned short>(handle, Toupcam_get_Speed, Toupcam_put_Speed, 0,
                                                  highest, "speed", title);
     speed->setDescription(description);
