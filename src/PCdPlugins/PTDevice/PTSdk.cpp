@@ -15,31 +15,31 @@
 
 #include <dlfcn.h>
 
-namespace {
+// Static rather than in an unnamed namespace, which GCC and Clang spell differently in a signature:
+// the log has these.
 
-void* openLibrary() {
+static void* openLibrary() {
     const QByteArray named = qgetenv("TOUPCAM_LIBRARY");
     const QByteArray path = named.isEmpty() ? QByteArray("libtoupcam.so") : named;
     void* const library = dlopen(path.constData(), RTLD_NOW | RTLD_LOCAL);
     if (library == nullptr) {
-        ptLog("PTSdk", __FILE__, __LINE__, PLogLevel::Error)
+        ptLog(Q_FUNC_INFO, __FILE__, __LINE__, PLogLevel::Error)
             << "No camera SDK, so no cameras:" << dlerror();
     }
     return library;
 }
 
-void* findFunction(const char* name) {
+static void* findFunction(const char* name) {
     static void* const library = openLibrary();
     if (library == nullptr)
         return nullptr;
     void* const function = dlsym(library, name);
     if (function == nullptr) {
-        ptLog("PTSdk", __FILE__, __LINE__, PLogLevel::Warning) << "The camera SDK lacks" << name;
+        ptLog(Q_FUNC_INFO, __FILE__, __LINE__, PLogLevel::Warning)
+            << "The camera SDK lacks" << name;
     }
     return function;
 }
-
-} // namespace
 
 // The arguments come twice, as parameters with and without their types: C functions cannot be
 // forwarded to by a template and keep their names.
