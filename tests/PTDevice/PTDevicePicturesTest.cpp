@@ -291,9 +291,9 @@ TEST_F(PTDevicePictures, sizes_may_change_in_flight_and_no_frame_is_lost_or_misr
         picture();
         set("binning", "No binning");
         set("rotate", "0");
-        ASSERT_TRUE(device->setMode(device->getSupportModes().at(1)).isOk());
+        ASSERT_TRUE(device->setMode(device->getSupportModes().value(1)).isOk());
         EXPECT_EQ(picture().size(), QSize(32, 24));
-        ASSERT_TRUE(device->setMode(device->getSupportModes().at(0)).isOk());
+        ASSERT_TRUE(device->setMode(device->getSupportModes().value(0)).isOk());
     }
     device->stopStream();
     EXPECT_TRUE(waitUntil([&] { return device->frameLedger().waiting == 0; }));

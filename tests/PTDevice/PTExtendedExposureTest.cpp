@@ -106,6 +106,7 @@ TEST_F(PTExtendedExposureTest, an_external_trigger_is_the_other_option) {
     ExtendedExposureData d = triggered(0, 0, 20, 0);
     d.triggermode = ExtendedExposureData::ExternalTrigger;
     property()->trySetValueToDevice(d);
+    ASSERT_FALSE(SimJournal::lines().empty());
     EXPECT_EQ(SimJournal::lines().back(), "Toupcam_put_Option(h1, 11, 2) = 0");
     EXPECT_THAT(ptTexts(log),
                 ElementsAre(QStringLiteral("[Toupcam] Activate hardware trigger mode")));

@@ -72,7 +72,9 @@ TEST_F(Plugin, the_root_object_is_one_register_and_made_anew_once_it_is_destroye
     delete root;
     root = loader.instance();
     ASSERT_FALSE(root.isNull());
-    EXPECT_TRUE(qobject_cast<PDeviceRegister*>(root.data())->devices().isEmpty());
+    auto* const made = qobject_cast<PDeviceRegister*>(root.data());
+    ASSERT_NE(made, nullptr);
+    EXPECT_TRUE(made->devices().isEmpty());
     delete root;
 }
 
