@@ -26,6 +26,28 @@ inline std::shared_ptr<const PFrameStamp> stampOf(const PImage& image) {
     return std::dynamic_pointer_cast<const PFrameStamp>(image.attachment());
 }
 
+/// The stamp of a frame, or of an image that has come through a device; throws if there is none,
+/// which fails the test.
+inline PFrameStamp stampIn(const PDeviceFrame& frame) {
+    if (frame.stamp == nullptr)
+        throw std::runtime_error("the frame has no stamp");
+    return *frame.stamp;
+}
+inline PFrameStamp stampIn(const PImage& image) {
+    const std::shared_ptr<const PFrameStamp> stamp = stampOf(image);
+    if (stamp == nullptr)
+        throw std::runtime_error("the image has no stamp");
+    return *stamp;
+}
+
+/// The settings that a frame was taken with; throws if it has none, which fails the test.
+inline PDeviceSettings settingsIn(const PDeviceFrame& frame) {
+    const PFrameStamp stamp = stampIn(frame);
+    if (stamp.settings == nullptr)
+        throw std::runtime_error("the frame has no settings");
+    return *stamp.settings;
+}
+
 inline void sendImages(PDevice& device, int count) {
     for (int i = 0; i < count; ++i)
         device.processFrameImage(smallImage());
@@ -82,7 +104,8 @@ public:
 
     bool takeFrame(const PDeviceFrame& frame, Kind kind) override {
         const std::lock_guard lock(m_mutex);
-        m_taken.push_back({frame.stamp->sequence, kind, std::this_thread::get_id()});
+        const quint64 sequence = frame.stamp ? frame.stamp->sequence : 0; // which no frame has
+        m_taken.push_back({sequence, kind, std::this_thread::get_id()});
         if (answer == Answer::Throws)
             throw std::runtime_error("disk full");
         if (answer == Answer::ThrowsNoException)
@@ -118,7 +141,7 @@ public:
     std::vector<quint64> sequences() const {
         std::vector<quint64> numbers;
         for (const PImage& image : images)
-            numbers.push_back(stampOf(image)->sequence);
+            numbers.push_back(stampIn(image).sequence);
         return numbers;
     }
 

@@ -111,6 +111,33 @@ TEST_F(PDeviceRegisterTest, removes_every_device_when_it_is_cleaned_up) {
     EXPECT_TRUE(b->isGone());
 }
 
+namespace {
+
+/// Writes down the devices that are destroyed through it.
+class DestroyingRegister : public FakeRegister {
+public:
+    void destroyDevice(PDevice* device) override {
+        destroyed.append(device);
+        FakeRegister::destroyDevice(device);
+    }
+    QList<PDevice*> destroyed;
+};
+
+} // namespace
+
+TEST_F(PDeviceRegisterTest, destroys_devices_by_the_operation_that_a_register_may_override) {
+    DestroyingRegister reg;
+    reg.alive = {a, b, c};
+    reg.updateDevices();
+    reg.removeDevice(a);
+    EXPECT_EQ(reg.destroyed, (Devices{a}));
+    reg.alive = {c};
+    reg.updateDevices();
+    EXPECT_EQ(reg.destroyed, (Devices{a, b}));
+    reg.registerCleanup();
+    EXPECT_EQ(reg.destroyed, (Devices{a, b, c}));
+}
+
 TEST_F(PDeviceRegisterTest, puts_an_update_from_inside_another_off_until_that_has_ended) {
     bool nestedSawTheList = true;
     fakes.whenAsked = [&] {

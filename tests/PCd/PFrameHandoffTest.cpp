@@ -19,7 +19,7 @@ PFrameHandoff::Entry entryOf(quint64 sequence, Kind kind = Kind::Live) {
 }
 
 quint64 sequenceOf(const std::optional<PFrameHandoff::Entry>& entry) {
-    return entry ? entry->frame.stamp->sequence : 0;
+    return entry && entry->frame.stamp ? entry->frame.stamp->sequence : 0;
 }
 
 } // namespace
