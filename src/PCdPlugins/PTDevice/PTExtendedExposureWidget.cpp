@@ -22,7 +22,7 @@ constexpr double longestVideoExposure = 5000.0; // milliseconds
 } // namespace
 
 PTExtendedExposureWidget::PTExtendedExposureWidget(PTExtendedExposure* property, QWidget* parent)
-    : QWidget(parent)
+    : PTPanel(parent)
     , m_ui(std::make_unique<Ui::PTExtendedExposure>())
     , m_property(property) {
     m_ui->setupUi(this);
@@ -37,12 +37,7 @@ PTExtendedExposureWidget::PTExtendedExposureWidget(PTExtendedExposure* property,
     setupConnections();
 }
 
-PTExtendedExposureWidget::~PTExtendedExposureWidget() {
-    // A field that loses the focus commits what was typed: no more to this, of which soon only the
-    // QWidget is left.
-    for (const QWidget* control : findChildren<QWidget*>())
-        control->disconnect(this);
-}
+PTExtendedExposureWidget::~PTExtendedExposureWidget() = default;
 
 void PTExtendedExposureWidget::setupUiInitialState(const ExtendedExposureData& d) {
     m_ui->cbAutoExposure->setChecked(d.autoexpenabled);
@@ -119,7 +114,7 @@ void PTExtendedExposureWidget::setupConnections() {
 }
 
 void PTExtendedExposureWidget::connectControls() {
-    const auto write = [this] { writeBack(); };
+    const auto write = whileAlive([this] { writeBack(); });
     connect(m_ui->exposureTarget, &PRangeWidget::valueChanged, this, write);
     connect(m_ui->exposureTime, &PDoubleRangeWidget::valueChanged, this, write);
     connect(m_ui->exposureGain, &PRangeWidget::valueChanged, this, write);
@@ -129,43 +124,47 @@ void PTExtendedExposureWidget::connectControls() {
     connect(m_ui->cbTriggerMode, &QComboBox::currentIndexChanged, this, write);
     for (QSpinBox* box : {m_ui->sM, m_ui->sSec, m_ui->sMS, m_ui->sUS, m_ui->spincount})
         connect(box, &QSpinBox::valueChanged, this, write);
-    connect(m_ui->pbVideo, &QPushButton::toggled, this, [this](bool on) {
+    const auto goToVideo = [this](bool on) {
         if (!on)
             return;
         m_ui->stackedWidget->setCurrentIndex(ExtendedExposureData::Video);
         for (QPushButton* button : {m_ui->pbRunOnce, m_ui->pbSequence, m_ui->pbRepeatMode})
             button->setChecked(false);
-    });
-    connect(m_ui->pbTrigger, &QPushButton::toggled, this, [this](bool on) {
+    };
+    const auto goToTrigger = [this](bool on) {
         if (on)
             m_ui->stackedWidget->setCurrentIndex(ExtendedExposureData::Trigger);
-    });
+    };
+    connect(m_ui->pbVideo, &QPushButton::toggled, this, whileAlive(goToVideo));
+    connect(m_ui->pbTrigger, &QPushButton::toggled, this, whileAlive(goToTrigger));
 }
 
 void PTExtendedExposureWidget::connectRunButtons() {
-    connect(m_ui->pbRunOnce, &QPushButton::toggled, this, &PTExtendedExposureWidget::runOnce);
-    connect(m_ui->pbSequence, &QPushButton::toggled, this, &PTExtendedExposureWidget::runSequence);
-    connect(m_ui->pbRepeatMode, &QPushButton::toggled, this, &PTExtendedExposureWidget::runRepeat);
+    connect(m_ui->pbRunOnce, &QPushButton::toggled, this,
+            whileAlive([this](bool on) { runOnce(on); }));
+    connect(m_ui->pbSequence, &QPushButton::toggled, this,
+            whileAlive([this](bool on) { runSequence(on); }));
+    connect(m_ui->pbRepeatMode, &QPushButton::toggled, this,
+            whileAlive([this](bool on) { runRepeat(on); }));
 }
 
 void PTExtendedExposureWidget::connectDevice() {
-    const QPointer<PTExtendedExposureWidget> guard(this);
+    // With the panel as the receiver these connections end only in ~QObject: slots of destroyed()
+    // can still bring an image or a value to a panel whose own parts are gone.
     if (PDevice* const device = m_property->device()) {
-        connect(device, &PDevice::imageChanged, this, [guard](const PImage& image) {
-            if (guard)
-                guard->takeImage(image);
-        });
+        connect(device, &PDevice::imageChanged, this,
+                whileAlive([this](const PImage& image) { takeImage(image); }));
     }
-    // Not with the panel as the receiver alone: the property may tell while the panel goes.
-    connect(m_property, &QObject::destroyed, this, [this] { setEnabled(false); });
-    connect(m_property, &PDeviceProperty::valueChanged, this, [guard](const QVariant& value) {
-        if (!guard) {
-            qDebug() << "called on destroyed widget, just ignore";
-            return;
-        }
-        if (!guard->updatingFromValue)
-            guard->updateFromValue(guard->m_property->convertToT(value));
-    });
+    connect(m_property, &QObject::destroyed, this, whileAlive([this] { setEnabled(false); }));
+    connect(m_property, &PDeviceProperty::valueChanged, this,
+            [this, alive = life()](const QVariant& value) {
+                if (!alive) {
+                    qDebug() << "called on destroyed widget, just ignore";
+                    return;
+                }
+                if (!updatingFromValue)
+                    updateFromValue(m_property->convertToT(value));
+            });
 }
 
 /// Each control that changes writes back, as if the user had changed it; only the property's answer

@@ -2,11 +2,11 @@
 #pragma once
 
 #include "PTExtendedExposure.h"
+#include "PTPanel.h"
 
 #include <PDip/PImage.h>
 
 #include <QPointer>
-#include <QWidget>
 
 #include <atomic>
 #include <memory>
@@ -20,7 +20,7 @@ class PTExtendedExposure;
 /// The panel of an extended exposure: a page for video, a page for triggered capture. Every change
 /// of a control writes the whole record. While a run is active, each image of the device becomes a
 /// snapshot. The GUI thread, which is the device's.
-class PTExtendedExposureWidget : public QWidget {
+class PTExtendedExposureWidget : public PTPanel {
     Q_OBJECT
 
 public:

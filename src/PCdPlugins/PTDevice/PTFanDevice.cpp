@@ -3,10 +3,10 @@
 
 #include "PTDevice.h"
 #include "PTLog.h"
+#include "PTPanel.h"
 #include "ui_PTFanControl.h"
 
 #include <QDebug>
-#include <QPointer>
 
 #include <memory>
 
@@ -54,33 +54,31 @@ void PTFanProperty::trySetRange(QVariant) {
 }
 
 QWidget* PTFanProperty::createWidget() {
-    auto* const widget = new QWidget;
+    auto* const panel = new PTPanel;
     const auto ui = std::make_shared<Ui::PTFanControl>(); // the connections keep it
-    ui->setupUi(widget);
+    ui->setupUi(panel);
     const FANDATA now = convertToT(valueInner());
     ui->fanOnOff->setChecked(isShownOn(now));
     ui->range->setRange({0, Toupcam_get_FanMaxSpeed(m_h), 1});
     ui->range->setValue(now.target);
 
-    connect(ui->fanOnOff, &QCheckBox::toggled, this, [this, ui](bool on) {
-        if (m_updating)
-            return;
-        setValue(convertFromT({on ? 1 : 0, convertToT(valueInner()).target}));
-    });
-    connect(ui->range, &PRangeWidget::valueChanged, this, [this, ui](int speed) {
-        if (m_updating)
-            return;
-        setValue(convertFromT({convertToT(valueInner()).enable, speed}));
-    });
-    const QPointer<QWidget> present(widget);
-    connect(this, &PDeviceProperty::valueChanged, this, [this, ui, present](const QVariant& value) {
-        if (!present || m_updating)
-            return;
-        m_updating = true;
-        const FANDATA d = convertToT(value);
-        ui->fanOnOff->setChecked(isShownOn(d));
-        ui->range->setValue(d.target);
-        m_updating = false;
-    });
-    return widget;
+    connect(ui->fanOnOff, &QCheckBox::toggled, this, panel->whileAlive([this](bool on) {
+        if (!m_updating)
+            setValue(convertFromT({on ? 1 : 0, convertToT(valueInner()).target}));
+    }));
+    connect(ui->range, &PRangeWidget::valueChanged, this, panel->whileAlive([this](int speed) {
+        if (!m_updating)
+            setValue(convertFromT({convertToT(valueInner()).enable, speed}));
+    }));
+    connect(this, &PDeviceProperty::valueChanged, this,
+            panel->whileAlive([this, ui](const QVariant& value) {
+                if (m_updating)
+                    return;
+                m_updating = true;
+                const FANDATA d = convertToT(value);
+                ui->fanOnOff->setChecked(isShownOn(d));
+                ui->range->setValue(d.target);
+                m_updating = false;
+            }));
+    return panel;
 }

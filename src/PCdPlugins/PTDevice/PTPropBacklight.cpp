@@ -2,9 +2,8 @@
 #include "PTPropBacklight.h"
 
 #include "PTDevice.h"
+#include "PTPanel.h"
 #include "ui_PTBacklight.h"
-
-#include <QPointer>
 
 #include <initializer_list>
 
@@ -40,12 +39,11 @@ PMinMaxRange<int> PTBacklightProperty::tryGetRangeFromDevice() {
 }
 
 QWidget* PTBacklightProperty::createWidget() {
-    auto* const widget = new QWidget;
+    auto* const panel = new PTPanel;
     auto* const ui = new Ui::PTBacklight;
-    ui->setupUi(widget);
-    const QPointer<QWidget> present(widget);
+    ui->setupUi(panel);
     connect(
-        widget, &QObject::destroyed, widget, [ui] { delete ui; }, Qt::DirectConnection);
+        panel, &QObject::destroyed, panel, [ui] { delete ui; }, Qt::DirectConnection);
 
     // The captions of the two frequencies are crossed on purpose: it is the code that counts, and
     // users know the button that stills their lamp.
@@ -59,24 +57,18 @@ QWidget* PTBacklightProperty::createWidget() {
         setExclusive(*ui, true);
     };
     show(convertToT(valueInner()));
-    const auto setWhenOn = [this](QRadioButton* button, int value) {
-        connect(
-            button, &QRadioButton::toggled, this,
-            [this, value](bool on) {
-                if (on)
-                    setValue(convertFromT(value));
-            },
-            Qt::DirectConnection);
+    const auto setWhenOn = [this, panel](QRadioButton* button, int value) {
+        const auto setIt = [this, value](bool on) {
+            if (on)
+                setValue(convertFromT(value));
+        };
+        connect(button, &QRadioButton::toggled, this, panel->whileAlive(setIt),
+                Qt::DirectConnection);
     };
     setWhenOn(ui->dc, DirectCurrent);
     setWhenOn(ui->hz50, Hz50);
     setWhenOn(ui->hz60, Hz60);
-    connect(
-        this, qOverload<int>(&PDevicePropertyInt::valueChanged), this,
-        [present, show](int value) {
-            if (present)
-                show(value);
-        },
-        Qt::DirectConnection);
-    return widget;
+    connect(this, qOverload<int>(&PDevicePropertyInt::valueChanged), this, panel->whileAlive(show),
+            Qt::DirectConnection);
+    return panel;
 }

@@ -2,6 +2,7 @@
 #include "PTTECProperty.h"
 
 #include "PTDevice.h"
+#include "PTPanel.h"
 #include "ui_PTTecControl.h"
 
 #include <QPointer>
@@ -15,14 +16,14 @@ namespace {
 constexpr std::chrono::milliseconds refreshInterval(100);
 constexpr PMinMaxRange<double> offeredTargets{-30.0, 30.0, 0.1}; // degrees Celsius
 
-using Panel = std::shared_ptr<Ui::PTTecControl>;
+using Form = std::shared_ptr<Ui::PTTecControl>;
 
 /// A number of tenths as people read it.
 QString tenths(int value) {
     return QString::number(value / 10.0, 'g', 3);
 }
 
-void refresh(Toupcam_t* handle, const Panel& ui) {
+void refresh(Toupcam_t* handle, const Form& ui) {
     short temperature = 0;
     int voltage = 0;
     int highest = 0;
@@ -70,11 +71,10 @@ QVariant PTECProperty::sensorTemperature() const {
 }
 
 QWidget* PTECProperty::createWidget() {
-    auto* const widget = new QWidget;
-    auto* const timer = new QTimer(widget);
-    const Panel ui = std::make_shared<Ui::PTTecControl>(); // the connections keep it
-    ui->setupUi(widget);
-    const QPointer<QWidget> present(widget);
+    auto* const panel = new PTPanel;
+    auto* const timer = new QTimer(panel);
+    const Form ui = std::make_shared<Ui::PTTecControl>(); // the connections keep it
+    ui->setupUi(panel);
     const QPointer<QTimer> ticking(timer);
     if (PDevice* const owner = device()) {
         connect(owner, &PDevice::unlinked, this, [ticking] {
@@ -91,32 +91,31 @@ QWidget* PTECProperty::createWidget() {
     ui->checkBox->setChecked(now.on != 0);
     ui->widget->showValue(offeredTargets, now.target / 10.0);
 
-    connect(ui->checkBox, &QCheckBox::toggled, this, [this, ui](bool on) {
+    connect(ui->checkBox, &QCheckBox::toggled, this, panel->whileAlive([this](bool on) {
         Toupcam_put_Option(m_h, TOUPCAM_OPTION_TEC, on ? 1 : 0);
         setValue(convertFromT({on ? 1 : 0, value().target}));
-    });
-    connect(ui->widget, &PDoubleRangeWidget::valueChanged, this, [this, ui](double degrees) {
-        const double wanted = degrees * 10;
-        // The property's own echo, which comes back with the last digit rounded.
-        if (qFuzzyCompare(double(value().target), wanted))
-            return;
-        setValue(convertFromT({value().on, qint16(wanted)}));
-    });
-    connect(this, &PDeviceProperty::valueChanged, this,
-            [this, ui, present](const QVariant& changed) {
-                if (!present)
+    }));
+    connect(ui->widget, &PDoubleRangeWidget::valueChanged, this,
+            panel->whileAlive([this](double degrees) {
+                const double wanted = degrees * 10;
+                // The property's own echo, which comes back with the last digit rounded.
+                if (qFuzzyCompare(double(value().target), wanted))
                     return;
+                setValue(convertFromT({value().on, qint16(wanted)}));
+            }));
+    connect(this, &PDeviceProperty::valueChanged, this,
+            panel->whileAlive([this, ui](const QVariant& changed) {
                 const TECDATA d = convertToT(changed);
                 ui->checkBox->setChecked(d.on != 0);
                 // Not by setValue(), which would send a target that the panel does not offer back
                 // as the nearest one that it does.
                 ui->widget->showValue(offeredTargets, d.target / 10.0);
-            });
+            }));
     const QPointer<PTECProperty> self(this);
-    connect(timer, &QTimer::timeout, widget, [self, ui] {
+    connect(timer, &QTimer::timeout, panel, panel->whileAlive([self, ui] {
         if (self) // else its camera is closed
             refresh(self->m_h, ui);
-    });
+    }));
     timer->start(refreshInterval);
-    return widget;
+    return panel;
 }

@@ -38,9 +38,18 @@ Control* control(const std::unique_ptr<QWidget>& panel, const char* name) {
     return found;
 }
 
+/// The first child of this class; the test fails if there is none.
+template <typename Child>
+Child* childOf(const QObject* parent) {
+    auto* const found = parent->findChild<Child*>();
+    if (found == nullptr)
+        throw std::runtime_error("a control lacks a part");
+    return found;
+}
+
 /// Enters a number into a range widget, as a person does.
 inline void enterNumber(const QWidget* rangeWidget, const QString& text) {
-    enter(rangeWidget->findChild<PNumberField*>(), text);
+    enter(childOf<PNumberField>(rangeWidget), text);
 }
 
 /// Clicks the part of a check box, radio button or push button that reacts.

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QPointer>
+#include <QWidget>
+
+#include <memory>
+#include <type_traits>
+
+/// What the panels of this plugin have in common: signals that come while a panel is being
+/// destroyed do no harm. Without a meta-object of its own: to a style sheet of the host it is a
+/// QWidget. The GUI thread.
+class PTPanel : public QWidget {
+public:
+    explicit PTPanel(QWidget* parent = nullptr);
+    ~PTPanel() override;
+
+    /// Null as soon as the panel's destruction has begun. A QPointer to the panel itself is null
+    /// only after its controls are gone and destroyed() has been emitted.
+    QPointer<QObject> life() const;
+
+    /// The reaction, made a slot that does nothing once the panel's destruction has begun. It takes
+    /// all arguments of its signal, or none.
+    template <typename Reaction>
+    auto whileAlive(Reaction reaction) const {
+        return [alive = life(), reaction](const auto&... arguments) {
+            if (!alive)
+                return;
+            if constexpr (std::is_invocable_v<Reaction, decltype(arguments)...>)
+                reaction(arguments...);
+            else
+                reaction();
+        };
+    }
+
+private:
+    std::unique_ptr<QObject> m_life;
+};

@@ -1,0 +1,164 @@
+// SPDX-License-Identifier: MIT
+// The end of a panel, seen by those who hear of it last: slots of destroyed(), its own and its
+// controls', that set the property and bring images.
+#include "ExposurePanelFixture.h"
+
+#include <PCdPlugins/PTDevice/FANDATA.h>
+#include <PCdPlugins/PTDevice/TECDATA.h>
+
+#include <support/QtPrinters.h>
+
+#include <gmock/gmock.h>
+
+using testing::ElementsAreArray;
+
+namespace {
+
+const QString ignored = QStringLiteral("called on destroyed widget, just ignore");
+
+struct EndRow {
+    const char* name;
+    const char* property;
+    QVariant shown;          ///< what the panel shows when it ends
+    QVariant late;           ///< what is set while it ends
+    bool linesAreLogged;     ///< for each value that comes too late
+    const char* numberField; ///< of the control that has one, or null
+};
+
+void PrintTo(const EndRow& row, std::ostream* out) {
+    *out << row.name;
+}
+
+ExtendedExposureData exposureRecord(bool automatic, int gain, int capturemode) {
+    ExtendedExposureData d;
+    d.autoexpenabled = automatic;
+    d.gain = quint16(gain);
+    d.capturemode = capturemode;
+    return d;
+}
+
+class PanelEnds : public ExposurePanelFixture, public testing::WithParamInterface<EndRow> {
+protected:
+    void openShown() {
+        property(GetParam().property)->setValue(GetParam().shown);
+        panel = openPanel(GetParam().property);
+    }
+    /// Whenever this object ends, the property gets the late value and then the one shown, and the
+    /// device brings an image.
+    void setPropertyAtTheEndOf(QObject* object) {
+        QObject::connect(object, &QObject::destroyed, device.get(), [this] {
+            for (const QVariant& value : {GetParam().late, GetParam().shown}) {
+                property(GetParam().property)->setValue(value);
+                ++lateValues;
+            }
+            emit device->imageChanged(PImage());
+        });
+    }
+    /// What the camera is sent for those values if nobody adds to it.
+    std::vector<std::string> expectedPuts() {
+        SimJournal::clear();
+        for (int i = 0; i < lateValues / 2; ++i) {
+            for (const QVariant& value : {GetParam().late, GetParam().shown})
+                property(GetParam().property)->setValue(value);
+        }
+        return puts();
+    }
+    qsizetype ignoredLines() const { return log.texts(QStringLiteral("qt")).count(ignored); }
+
+    int lateValues = 0;
+};
+
+class PanelWithNumberEnds : public PanelEnds {};
+
+const EndRow exposureRow{"exposure",
+                         "extexposure",
+                         QVariant::fromValue(exposureRecord(false, 200, 0)),
+                         QVariant::fromValue(exposureRecord(true, 300, 1)),
+                         true,
+                         "exposureTime"};
+const EndRow fanRow{
+    "fan", "fan",  QVariant::fromValue(FANDATA{1, 3}), QVariant::fromValue(FANDATA{0, 2}),
+    false, "range"};
+const EndRow coolerRow{"cooler",
+                       "teccontrol",
+                       QVariant::fromValue(TECDATA{1, -100}),
+                       QVariant::fromValue(TECDATA{0, 70}),
+                       false,
+                       "widget"};
+const EndRow lightRow{"light", "backlight", QVariant(2), QVariant(0), false, nullptr};
+
+} // namespace
+
+TEST_P(PanelEnds, a_value_set_when_the_panel_is_destroyed_finds_it_gone) {
+    openShown();
+    int moves = 0;
+    for (const auto* button : panel->findChildren<QAbstractButton*>())
+        QObject::connect(button, &QAbstractButton::toggled, [&] { ++moves; });
+    setPropertyAtTheEndOf(panel.get());
+    panel.reset();
+    ASSERT_EQ(lateValues, 2);
+    EXPECT_EQ(moves, 0);
+    EXPECT_EQ(ignoredLines(), GetParam().linesAreLogged ? 2 : 0);
+    const std::vector<std::string> sent = puts();
+    EXPECT_THAT(sent, ElementsAreArray(expectedPuts()));
+}
+
+TEST_P(PanelEnds, a_value_set_when_a_control_is_destroyed_finds_the_panel_gone) {
+    openShown();
+    const QList<QWidget*> controls = panel->findChildren<QWidget*>();
+    for (QWidget* control : controls)
+        setPropertyAtTheEndOf(control);
+    panel.reset();
+    ASSERT_EQ(lateValues, 2 * controls.size());
+    EXPECT_EQ(ignoredLines(), GetParam().linesAreLogged ? lateValues : 0);
+    const std::vector<std::string> sent = puts();
+    EXPECT_THAT(sent, ElementsAreArray(expectedPuts()));
+}
+
+TEST_P(PanelEnds, with_its_window_is_no_different) {
+    auto window = std::make_unique<QWidget>();
+    openShown();
+    panel.release()->setParent(window.get());
+    for (QWidget* control : window->findChildren<QWidget*>())
+        setPropertyAtTheEndOf(control);
+    SimJournal::clear();
+    window.reset();
+    ASSERT_GT(lateValues, 4);
+    const std::vector<std::string> sent = puts();
+    EXPECT_THAT(sent, ElementsAreArray(expectedPuts()));
+}
+
+TEST_P(PanelEnds, a_control_moved_when_the_panel_is_destroyed_moves_nothing_else) {
+    openShown();
+    QWidget* const dying = panel.get();
+    QObject::connect(dying, &QObject::destroyed, device.get(), [dying] {
+        for (auto* button : dying->findChildren<QAbstractButton*>())
+            button->toggle();
+    });
+    panel.reset();
+    EXPECT_THAT(puts(), testing::IsEmpty());
+    EXPECT_EQ(property(GetParam().property)->valueInner(), GetParam().shown);
+}
+
+TEST_P(PanelEnds, the_camera_may_end_when_the_panel_does) {
+    openShown();
+    QWidget* const dying = panel.get();
+    QObject::connect(dying, &QObject::destroyed, dying, [this] { device.reset(); });
+    panel.reset();
+    EXPECT_EQ(device, nullptr);
+}
+
+TEST_P(PanelWithNumberEnds, ends_a_number_that_is_being_typed) {
+    openShown();
+    typeInto(childOf<PNumberField>(control<QWidget>(panel, GetParam().numberField)),
+             QStringLiteral("5"));
+    panel.reset();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(property(GetParam().property)->valueInner(), GetParam().shown);
+    EXPECT_THAT(puts(), testing::IsEmpty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Panels, PanelEnds,
+                         testing::Values(exposureRow, fanRow, coolerRow, lightRow), RowName());
+INSTANTIATE_TEST_SUITE_P(Panels, PanelWithNumberEnds,
+                         testing::Values(exposureRow, fanRow, coolerRow), RowName());
