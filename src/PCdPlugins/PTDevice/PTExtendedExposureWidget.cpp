@@ -282,7 +282,7 @@ void PTExtendedExposureWidget::finishRunOnce() {
     if (!runOnceActive.compare_exchange_strong(active, false))
         return;
     uncheckLater(m_ui->pbRunOnce);
-    QCoreApplication::processEvents();
+    processPendingEvents();
 }
 
 void PTExtendedExposureWidget::countSequenceImage() {
@@ -295,7 +295,19 @@ void PTExtendedExposureWidget::countSequenceImage() {
         sequenceTarget = 0;
         sequenceCounter = 0;
     }
+    processPendingEvents();
+}
+
+/// Pending events may be images, whose handling ends here too. They leave the events to the first:
+/// nested once for each, a backlog of thousands would use up the stack.
+void PTExtendedExposureWidget::processPendingEvents() {
+    if (processingEvents)
+        return;
+    processingEvents = true;
+    const QPointer<PTExtendedExposureWidget> guard(this); // an event may be the end of this panel
     QCoreApplication::processEvents();
+    if (guard)
+        processingEvents = false;
 }
 
 void PTExtendedExposureWidget::uncheckLater(QPushButton* button) {

@@ -51,6 +51,7 @@ private:
     void takeImage(const PImage& image);
     void finishRunOnce();
     void countSequenceImage();
+    void processPendingEvents();
     void uncheckLater(QPushButton* button);
 
     std::unique_ptr<Ui::PTExtendedExposure> m_ui;
@@ -61,4 +62,5 @@ private:
     std::atomic<qint32> sequenceTarget{0};
     std::atomic<qint32> sequenceCounter{0};
     bool updatingFromValue = false; ///< keeps the property's echo out
+    bool processingEvents = false;  ///< an image's handler does, until no event is pending
 };

@@ -9,6 +9,9 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <numeric>
+
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -259,6 +262,104 @@ TEST_F(PTExtendedExposureRuns, the_number_of_a_sequence_is_the_one_stored) {
     ASSERT_TRUE(waitUntilUp("pbSequence"));
     stopAndDeliver();
     EXPECT_EQ(snapshots, 2);
+}
+
+// ---- Images that wait while the panel handles one.
+
+namespace {
+
+/// A panel over a camera that does not stream: the test makes the images.
+class PTExtendedExposureBacklog : public PTExtendedExposureRuns {
+protected:
+    /// Deeper than any handler of images may get into another.
+    static constexpr int tooDeep = 100;
+
+    void openOver(const ExtendedExposureData& d) {
+        set(d);
+        // Before the panel's own slot, and below: behind it. Nested too deep the stack would end,
+        // so rather the panel does.
+        QObject::connect(device.get(), &PDevice::imageChanged, [this] {
+            deepest = std::max(deepest, ++depth);
+            if (depth == tooDeep)
+                panel.reset();
+        });
+        panel = openPanel("extexposure");
+        QObject::connect(device.get(), &PDevice::imageChanged, [this] { --depth; });
+        QObject::connect(device.get(), &PDevice::snapshotTaken, [this](const PDeviceFrame& frame) {
+            numbers.push_back(frame.stamp->sequence);
+        });
+    }
+    /// Images that have come while no event was processed.
+    void letWait(int count) {
+        PImage image;
+        ASSERT_TRUE(image.create(8, 4, PDIP::ColorFormat::Bgr));
+        for (int i = 0; i < count; ++i)
+            device->processFrameImage(image);
+        EXPECT_EQ(device->frameLedger().waiting, quint64(count));
+    }
+    /// Waits until all images have been seen and so many snapshots made; none more comes then.
+    bool deliver(std::size_t wanted) {
+        const bool came = waitUntil([&] {
+            return device->frameLedger().waiting == 0 && (numbers.size() >= wanted || !panel);
+        });
+        for (int turn = 0; turn < 20; ++turn)
+            QCoreApplication::processEvents();
+        return came;
+    }
+    /// The numbers of the images from the first on.
+    static std::vector<quint64> firstNumbers(int count) {
+        std::vector<quint64> wanted(std::size_t(count), 0);
+        std::iota(wanted.begin(), wanted.end(), 1);
+        return wanted;
+    }
+
+    int depth = 0;
+    int deepest = 0;
+    std::vector<quint64> numbers; ///< of the images that became snapshots
+};
+
+} // namespace
+
+TEST_F(PTExtendedExposureBacklog, of_thousands_makes_a_snapshot_of_each_image_of_a_sequence) {
+    openOver(sequenceOf(6000));
+    clickOn(button("pbSequence"));
+    letWait(6100);
+    ASSERT_TRUE(deliver(6000));
+    ASSERT_NE(panel, nullptr) << "it was nested too deep";
+    EXPECT_LE(deepest, 2);
+    EXPECT_EQ(numbers, firstNumbers(6000));
+    EXPECT_FALSE(button("pbSequence")->isChecked());
+    EXPECT_EQ(SimJournal::calls(triggerCall).size(), 2U);
+}
+
+TEST_F(PTExtendedExposureBacklog, of_thousands_makes_one_snapshot_of_a_single_run) {
+    openOver(triggerRecord());
+    clickOn(button("pbRunOnce"));
+    letWait(3000);
+    ASSERT_TRUE(deliver(1));
+    ASSERT_NE(panel, nullptr) << "it was nested too deep";
+    EXPECT_EQ(numbers, firstNumbers(1));
+    EXPECT_FALSE(button("pbRunOnce")->isChecked());
+}
+
+TEST_F(PTExtendedExposureBacklog, of_thousands_makes_a_snapshot_of_each_image_of_a_repeated_run) {
+    openOver(triggerRecord());
+    clickOn(button("pbRepeatMode"));
+    letWait(3000);
+    ASSERT_TRUE(deliver(3000));
+    ASSERT_NE(panel, nullptr) << "it was nested too deep";
+    EXPECT_EQ(numbers, firstNumbers(3000));
+}
+
+TEST_F(PTExtendedExposureBacklog, leaves_the_next_sequence_its_own_images) {
+    openOver(sequenceOf(500));
+    for (int run = 1; run <= 2; ++run) {
+        clickOn(button("pbSequence"));
+        letWait(600);
+        ASSERT_TRUE(deliver(std::size_t(run) * 500U));
+        ASSERT_NE(panel, nullptr) << "it was nested too deep";
+        EXPECT_EQ(numbers.size(), std::size_t(run) * 500U);
+    }
 }
 
 namespace {
