@@ -9,7 +9,7 @@
     </message>
     <message>
         <source>&lt;html&gt;&lt;head/&gt;&lt;body&gt;&lt;p&gt;&lt;span style=&quot; font-style:italic;&quot;&gt;Select compensate backlight fluctuation mode, if you have halogen light source select value 50/60Hz, in case of LED select DC. Some exposure values may be unavailable when you select 50/60 Hz mode.&lt;/span&gt;&lt;/p&gt;&lt;/body&gt;&lt;/html&gt;</source>
-        <translation>&lt;html&gt;&lt;head/&gt;&lt;body&gt;&lt;p&gt;&lt;span style=&quot; font-style:italic;&quot;&gt;Компенсация мерцания света: для галогенной лампы выберите 50 или 60 Гц, для светодиода — постоянный ток. В режиме 50/60 Гц часть значений выдержки недоступна.&lt;/span&gt;&lt;/p&gt;&lt;/body&gt;&lt;/html&gt;</translation>
+        <translation>&lt;html&gt;&lt;head/&gt;&lt;body&gt;&lt;p&gt;&lt;span style=&quot; font-style:italic;&quot;&gt;Компенсация мерцания света: для галогенной лампы выберите 50 или 60 Гц, для светодиода — постоянный ток. В режиме 50/60 Гц часть значений выдержки может быть недоступна.&lt;/span&gt;&lt;/p&gt;&lt;/body&gt;&lt;/html&gt;</translation>
     </message>
     <message>
         <source>DC</source>
@@ -36,11 +36,11 @@
     </message>
     <message>
         <source>Speed</source>
-        <translation>Скорость</translation>
+        <translation>Скорость считывания</translation>
     </message>
     <message>
         <source>If the live video is not displayed, reduce the speed.</source>
-        <translation>Если видео не отображается, уменьшите скорость.</translation>
+        <translation>Если видео не отображается, уменьшите скорость считывания.</translation>
     </message>
     <message>
         <source>Autoexposure</source>
@@ -100,11 +100,11 @@
     </message>
     <message>
         <source>Vertical flip</source>
-        <translation>Отразить по вертикали</translation>
+        <translation>Отражение по вертикали</translation>
     </message>
     <message>
         <source>Horizontal flip</source>
-        <translation>Отразить по горизонтали</translation>
+        <translation>Отражение по горизонтали</translation>
     </message>
     <message>
         <source>ROI</source>
@@ -135,7 +135,7 @@
     <name>PTECProperty</name>
     <message>
         <source>%1/%2 (current/max)</source>
-        <translation>%1/%2 (сейчас/макс.)</translation>
+        <translation>%1/%2 (текущее/макс.)</translation>
     </message>
 </context>
 <context>
@@ -170,7 +170,7 @@
     </message>
     <message>
         <source>Trigger mode:</source>
-        <translation>Запуск:</translation>
+        <translation>Режим триггера:</translation>
     </message>
     <message>
         <source>Software</source>
@@ -255,11 +255,11 @@
     </message>
     <message>
         <source>Enable TEC</source>
-        <translation>Охлаждение</translation>
+        <translation>Охлаждение сенсора (TEC)</translation>
     </message>
     <message>
         <source>Current temperature:</source>
-        <translation>Температура:</translation>
+        <translation>Текущая температура:</translation>
     </message>
     <message>
         <source>%1</source>
@@ -330,11 +330,11 @@
     </message>
     <message>
         <source>Color matrix</source>
-        <translation>Цветовая матрица</translation>
+        <translation>Матрица цветокоррекции</translation>
     </message>
     <message>
         <source>WB Gain</source>
-        <translation>Усиление баланса белого</translation>
+        <translation>Коэффициенты баланса белого</translation>
     </message>
     <message>
         <source>Binning</source>

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "PanelFixture.h"
 
+#include <QComboBox>
+#include <QLabel>
+
 #include <algorithm>
 
 PanelFixture::PanelFixture() {
@@ -34,6 +37,19 @@ std::unique_ptr<QWidget> PanelFixture::openPanel(const char* id) {
 void clickOn(QAbstractButton* button) {
     // A check box reacts to clicks on its mark and text alone, which are at its left.
     QTest::mouseClick(button, Qt::LeftButton, {}, QPoint(8, button->height() / 2));
+}
+
+QStringList textsOf(const QWidget* panel) {
+    QStringList texts{panel->windowTitle()};
+    for (const auto* label : panel->findChildren<QLabel*>())
+        texts.append(label->text());
+    for (const auto* button : panel->findChildren<QAbstractButton*>())
+        texts.append(button->text());
+    for (const auto* box : panel->findChildren<QComboBox*>()) {
+        for (int index = 0; index < box->count(); ++index)
+            texts.append(box->itemText(index));
+    }
+    return texts;
 }
 
 std::vector<std::string> puts() {

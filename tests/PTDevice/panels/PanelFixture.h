@@ -55,5 +55,8 @@ inline void enterNumber(const QWidget* rangeWidget, const QString& text) {
 /// Clicks the part of a check box, radio button or push button that reacts.
 void clickOn(QAbstractButton* button);
 
+/// The title of a panel and the texts of its labels, buttons and choices.
+QStringList textsOf(const QWidget* panel);
+
 /// The journal's lines of calls that set something.
 std::vector<std::string> puts();

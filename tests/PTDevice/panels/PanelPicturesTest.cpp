@@ -23,7 +23,9 @@ struct PictureRow {
     const char* name;
     const char* property;
     bool russian;
-    int width; ///< that of the form; of one without a size, the exposure panel's, which it is under
+    /// That of the form; of one without a size, the exposure panel's, which it is under. In Russian
+    /// the cooler's check box and its reading of the voltage, which is beside it, need more.
+    int width;
 };
 
 struct PictureRowName {
@@ -109,7 +111,7 @@ INSTANTIATE_TEST_SUITE_P(Panels, PanelPictures,
                                          PictureRow{"fan", "fan", false, 264},
                                          PictureRow{"fan", "fan", true, 264},
                                          PictureRow{"cooler", "teccontrol", false, 264},
-                                         PictureRow{"cooler", "teccontrol", true, 264},
+                                         PictureRow{"cooler", "teccontrol", true, 348},
                                          PictureRow{"light", "backlight", false, 300},
                                          PictureRow{"light", "backlight", true, 300}),
                          PictureRowName());
