@@ -11,6 +11,7 @@
 #include <QDebug>
 
 #include <algorithm>
+#include <functional>
 #include <initializer_list>
 
 namespace {
@@ -35,6 +36,7 @@ PTExtendedExposureWidget::PTExtendedExposureWidget(PTExtendedExposure* property,
     }
     setupUiInitialState(m_property->tryGetValueFromDevice());
     setupConnections();
+    setRetranslation([this] { retranslate(); });
 }
 
 PTExtendedExposureWidget::~PTExtendedExposureWidget() = default;
@@ -84,13 +86,26 @@ void PTExtendedExposureWidget::updateState(const ExtendedExposureData& d) {
 }
 
 bool PTExtendedExposureWidget::isRunning() const {
-    return m_ui->pbRunOnce->isChecked() || m_ui->pbSequence->isChecked() ||
-           m_ui->pbRepeatMode->isChecked();
+    const auto buttons = runButtons();
+    return std::any_of(buttons.begin(), buttons.end(), std::mem_fn(&QPushButton::isChecked));
+}
+
+/// The form's own texts, of which only a running button's is another one.
+void PTExtendedExposureWidget::retranslate() {
+    m_ui->retranslateUi(this);
+    for (QPushButton* button : runButtons()) {
+        if (button->isChecked())
+            button->setText(tr("Stop"));
+    }
+}
+
+std::array<QPushButton*, 3> PTExtendedExposureWidget::runButtons() const {
+    return {m_ui->pbRunOnce, m_ui->pbSequence, m_ui->pbRepeatMode};
 }
 
 /// While one runs the others cannot be pressed; idle, an external trigger leaves only sequences.
 void PTExtendedExposureWidget::updateRunButtons() {
-    const auto buttons = {m_ui->pbRunOnce, m_ui->pbSequence, m_ui->pbRepeatMode};
+    const auto buttons = runButtons();
     for (QPushButton* running : buttons) {
         if (!running->isChecked())
             continue;
@@ -128,7 +143,7 @@ void PTExtendedExposureWidget::connectControls() {
         if (!on)
             return;
         m_ui->stackedWidget->setCurrentIndex(ExtendedExposureData::Video);
-        for (QPushButton* button : {m_ui->pbRunOnce, m_ui->pbSequence, m_ui->pbRepeatMode})
+        for (QPushButton* button : runButtons())
             button->setChecked(false);
     };
     const auto goToTrigger = [this](bool on) {

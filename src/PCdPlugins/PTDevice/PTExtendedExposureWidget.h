@@ -8,6 +8,7 @@
 
 #include <QPointer>
 
+#include <array>
 #include <atomic>
 #include <memory>
 
@@ -38,6 +39,7 @@ private:
     void updateRunButtons();
     void updateFromValue(const ExtendedExposureData& d);
     void showPage(int capturemode);
+    void retranslate();
 
     ExtendedExposureData recordOfControls() const;
     void writeBack();
@@ -47,6 +49,7 @@ private:
     void runRepeat(bool on);
     void stopTrigger();
     bool isRunning() const;
+    std::array<QPushButton*, 3> runButtons() const; // in the order in which they are unchecked
 
     void takeImage(const PImage& image);
     void finishRunOnce();

@@ -80,5 +80,6 @@ QWidget* PTFanProperty::createWidget() {
                 ui->range->setValue(d.target);
                 m_updating = false;
             }));
+    panel->setRetranslation([ui, panel] { ui->retranslateUi(panel); });
     return panel;
 }

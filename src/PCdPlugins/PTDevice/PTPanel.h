@@ -4,12 +4,13 @@
 #include <QPointer>
 #include <QWidget>
 
+#include <functional>
 #include <memory>
 #include <type_traits>
 
 /// What the panels of this plugin have in common: signals that come while a panel is being
-/// destroyed do no harm. Without a meta-object of its own: to a style sheet of the host it is a
-/// QWidget. The GUI thread.
+/// destroyed do no harm, and texts follow the program's language. Without a meta-object of its own:
+/// to a style sheet of the host it is a QWidget. The GUI thread.
 class PTPanel : public QWidget {
 public:
     explicit PTPanel(QWidget* parent = nullptr);
@@ -33,6 +34,13 @@ public:
         };
     }
 
+    /// Calls this whenever the program's language has changed.
+    void setRetranslation(std::function<void()> setTexts);
+
+protected:
+    void changeEvent(QEvent* event) override;
+
 private:
     std::unique_ptr<QObject> m_life;
+    std::function<void()> m_setTexts;
 };

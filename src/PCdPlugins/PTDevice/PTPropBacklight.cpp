@@ -70,5 +70,6 @@ QWidget* PTBacklightProperty::createWidget() {
     setWhenOn(ui->hz60, Hz60);
     connect(this, qOverload<int>(&PDevicePropertyInt::valueChanged), this, panel->whileAlive(show),
             Qt::DirectConnection);
+    panel->setRetranslation([ui, panel] { ui->retranslateUi(panel); });
     return panel;
 }

@@ -10,29 +10,46 @@
 
 #include <chrono>
 #include <memory>
+#include <optional>
 
 namespace {
 
 constexpr std::chrono::milliseconds refreshInterval(100);
 constexpr PMinMaxRange<double> offeredTargets{-30.0, 30.0, 0.1}; // degrees Celsius
 
-using Form = std::shared_ptr<Ui::PTTecControl>;
+struct Readings {
+    short temperature = 0; ///< tenths of a degree Celsius
+    int voltage = 0;       ///< tenths of a volt, as the next
+    int highestVoltage = 0;
+};
+
+/// The form, and what it shows of the camera.
+struct TecForm : Ui::PTTecControl {
+    std::optional<Readings> readings; ///< the last ones; none until the first refresh
+};
+using Form = std::shared_ptr<TecForm>;
 
 /// A number of tenths as people read it.
 QString tenths(int value) {
     return QString::number(value / 10.0, 'g', 3);
 }
 
+void showReadings(const TecForm& ui) {
+    if (!ui.readings)
+        return;
+    ui.tecVoltage->setText(
+        PTECProperty::tr("%1/%2 (current/max)")
+            .arg(tenths(ui.readings->voltage), tenths(ui.readings->highestVoltage)));
+    ui.temp->setText(tenths(ui.readings->temperature));
+}
+
 void refresh(Toupcam_t* handle, const Form& ui) {
-    short temperature = 0;
-    int voltage = 0;
-    int highest = 0;
-    Toupcam_get_Temperature(handle, &temperature);
-    Toupcam_get_Option(handle, TOUPCAM_OPTION_TEC_VOLTAGE, &voltage);
-    Toupcam_get_Option(handle, TOUPCAM_OPTION_TEC_VOLTAGE_MAX, &highest);
-    ui->tecVoltage->setText(
-        PTECProperty::tr("%1/%2 (current/max)").arg(tenths(voltage), tenths(highest)));
-    ui->temp->setText(tenths(temperature));
+    Readings now;
+    Toupcam_get_Temperature(handle, &now.temperature);
+    Toupcam_get_Option(handle, TOUPCAM_OPTION_TEC_VOLTAGE, &now.voltage);
+    Toupcam_get_Option(handle, TOUPCAM_OPTION_TEC_VOLTAGE_MAX, &now.highestVoltage);
+    ui->readings = now;
+    showReadings(*ui);
 }
 
 } // namespace
@@ -73,7 +90,7 @@ QVariant PTECProperty::sensorTemperature() const {
 QWidget* PTECProperty::createWidget() {
     auto* const panel = new PTPanel;
     auto* const timer = new QTimer(panel);
-    const Form ui = std::make_shared<Ui::PTTecControl>(); // the connections keep it
+    const Form ui = std::make_shared<TecForm>(); // the connections keep it
     ui->setupUi(panel);
     const QPointer<QTimer> ticking(timer);
     if (PDevice* const owner = device()) {
@@ -116,6 +133,10 @@ QWidget* PTECProperty::createWidget() {
         if (self) // else its camera is closed
             refresh(self->m_h, ui);
     }));
+    panel->setRetranslation([ui, panel] {
+        ui->retranslateUi(panel);
+        showReadings(*ui); // the form itself knows only their places
+    });
     timer->start(refreshInterval);
     return panel;
 }

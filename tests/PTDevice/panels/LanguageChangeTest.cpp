@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: MIT
+// Panels that are open while the program's language changes.
+#include "ExposurePanelFixture.h"
+#include "RussianTexts.h"
+#include "SdkReadings.h"
+
+#include <support/QtPrinters.h>
+
+#include <gmock/gmock.h>
+
+#include <optional>
+
+namespace {
+
+/// Russian can be chosen and left again while a panel is open.
+class LanguageChange : public ExposurePanelFixture {
+protected:
+    void speakRussian() {
+        russian.emplace();
+        QCoreApplication::processEvents(); // the windows learn of it by an event
+    }
+    void speakEnglish() {
+        russian.reset();
+        QCoreApplication::processEvents();
+    }
+    QString textOf(const char* name) const {
+        return control<QWidget>(panel, name)->property("text").toString();
+    }
+
+    std::optional<RussianTexts> russian;
+};
+
+struct PanelRow {
+    const char* name;
+    const char* property;
+};
+
+class LanguageChangeOfPanel : public LanguageChange, public testing::WithParamInterface<PanelRow> {
+protected:
+    QStringList textsOfNewPanel() const {
+        const std::unique_ptr<QWidget> fresh(property(GetParam().property)->createWidget());
+        return textsOf(fresh.get());
+    }
+};
+
+} // namespace
+
+TEST_P(LanguageChangeOfPanel, gives_an_open_panel_the_texts_of_a_new_one) {
+    panel = openPanel(GetParam().property);
+    const QStringList english = textsOf(panel.get());
+    ASSERT_EQ(english, textsOfNewPanel());
+    speakRussian();
+    EXPECT_EQ(textsOf(panel.get()), textsOfNewPanel());
+    EXPECT_NE(textsOf(panel.get()), english);
+    speakEnglish();
+    EXPECT_EQ(textsOf(panel.get()), english);
+}
+
+TEST_P(LanguageChangeOfPanel, reaches_a_panel_within_a_window) {
+    QWidget window;
+    QWidget* const inside = openPanel(GetParam().property).release();
+    inside->setParent(&window);
+    speakRussian();
+    EXPECT_EQ(textsOf(inside), textsOfNewPanel());
+}
+
+TEST_P(LanguageChangeOfPanel, sends_the_camera_nothing) {
+    panel = openPanel(GetParam().property);
+    const QVariant before = property(GetParam().property)->valueInner();
+    speakRussian();
+    EXPECT_THAT(puts(), testing::IsEmpty());
+    EXPECT_EQ(property(GetParam().property)->valueInner(), before);
+}
+
+TEST_P(LanguageChangeOfPanel, finds_a_panel_that_its_camera_has_left) {
+    panel = openPanel(GetParam().property);
+    device.reset();
+    const QStringList english = textsOf(panel.get());
+    speakRussian();
+    EXPECT_NE(textsOf(panel.get()), english);
+}
+
+INSTANTIATE_TEST_SUITE_P(Panels, LanguageChangeOfPanel,
+                         testing::Values(PanelRow{"exposure", "extexposure"},
+                                         PanelRow{"fan", "fan"}, PanelRow{"cooler", "teccontrol"},
+                                         PanelRow{"light", "backlight"}),
+                         RowName());
+
+// ---- Texts that the forms do not have.
+
+TEST_F(LanguageChange, leaves_a_running_button_at_stop) {
+    openWith(triggerRecord());
+    for (const char* name : {"pbRunOnce", "pbSequence", "pbRepeatMode"}) {
+        clickOn(button(name));
+        speakRussian();
+        EXPECT_EQ(textOf(name), QStringLiteral("Стоп"));
+        speakEnglish();
+        EXPECT_EQ(textOf(name), QStringLiteral("Stop"));
+        clickOn(button(name));
+    }
+}
+
+TEST_F(LanguageChange, gives_a_button_that_was_stopped_its_first_text_again) {
+    openWith(triggerRecord());
+    for (const char* name : {"pbSequence", "pbRepeatMode"}) {
+        clickOn(button(name));
+        clickOn(button(name));
+    }
+    EXPECT_EQ(textOf("pbSequence"), QStringLiteral("Run sequence"));
+    EXPECT_EQ(textOf("pbRepeatMode"), QStringLiteral("Run repeat"));
+    speakRussian();
+    EXPECT_EQ(textOf("pbSequence"), QStringLiteral("Серия:"));
+    EXPECT_EQ(textOf("pbRepeatMode"), QStringLiteral("Непрерывная съёмка"));
+}
+
+TEST_F(LanguageChange, keeps_the_trigger_mode_that_is_chosen) {
+    ExtendedExposureData d = triggerRecord();
+    d.triggermode = ExtendedExposureData::ExternalTrigger;
+    openWith(d);
+    speakRussian();
+    EXPECT_EQ(triggerMode()->currentText(), QStringLiteral("Внешний"));
+}
+
+TEST_F(LanguageChange, says_the_last_readings_of_the_cooler_in_the_new_language) {
+    const SdkReadings readings(-87, 73, 120);
+    ASSERT_TRUE(device->link().isOk());
+    panel = openPanel("teccontrol");
+    ASSERT_TRUE(waitUntil([&] { return textOf("temp") == QStringLiteral("-8.7"); }));
+    device->unlink(); // no more readings come
+    speakRussian();
+    EXPECT_EQ(textOf("tecVoltage"), QStringLiteral("7.3/12 (текущее/макс.)"));
+    EXPECT_EQ(textOf("temp"), QStringLiteral("-8.7"));
+    speakEnglish();
+    EXPECT_EQ(textOf("tecVoltage"), QStringLiteral("7.3/12 (current/max)"));
+}
