@@ -64,7 +64,7 @@ std::optional<PImage> imageFor(const ToupcamFrameInfoV2& info, PTDevice* device)
 /// True, with the frame logged and booked as dropped, if the second pull gave another frame than
 /// the one that the image was made for: in between, the camera may have gone on to another size.
 /// An SDK that leaves the record of the second pull empty says nothing about that.
-bool isOfAnotherSize(const PImage& image, const ToupcamFrameInfoV2& info, PTDevice* device) {
+bool droppedForItsSize(const PImage& image, const ToupcamFrameInfoV2& info, PTDevice* device) {
     if (info.width == 0 || info.height == 0)
         return false;
     if (image.width() == long(info.width) && image.height() == long(info.height))
@@ -212,7 +212,7 @@ void PTStreamThread::pullLive(SequenceWatch& sequence) {
     swapRedAndBlue(*image);
     if (!checkError(result))
         device->reportDroppedFrames(PFrameFate::LostInCamera);
-    else if (!isOfAnotherSize(*image, info, device))
+    else if (!droppedForItsSize(*image, info, device))
         device->processFrameImage(*image);
 }
 
@@ -237,6 +237,6 @@ void PTStreamThread::pullStill() {
     }
     PDIP::setXToXRGB(&*image);
     swapRedAndBlue(*image);
-    if (!isOfAnotherSize(*image, info, device))
+    if (!droppedForItsSize(*image, info, device))
         device->processSnapshot(PCdDipUtils::imageAsDeviceFrame(*image));
 }
