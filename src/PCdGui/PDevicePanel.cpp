@@ -8,6 +8,7 @@
 #include <PCd/PDevice.h>
 #include <PCd/PDevicePropertyGroup.h>
 
+#include <QEvent>
 #include <QLabel>
 #include <QScrollBar>
 #include <QVBoxLayout>
@@ -70,6 +71,7 @@ void PDevicePanel::alignTitles() {
 }
 
 void PDevicePanel::setFilter(const QString& text) {
+    m_filter = text;
     bool any = false;
     for (PPropertyGroupPanel* group : std::as_const(m_groups)) {
         const bool shown = group->setFilter(text);
@@ -77,6 +79,14 @@ void PDevicePanel::setFilter(const QString& text) {
         any = any || shown;
     }
     m_nothing->setVisible(!any);
+}
+
+bool PDevicePanel::event(QEvent* event) {
+    const bool known = QScrollArea::event(event);
+    // Only now: the panels inside have got their new texts.
+    if (event->type() == QEvent::LanguageChange)
+        setFilter(m_filter);
+    return known;
 }
 
 int PDevicePanel::leastWidth() const {

@@ -19,13 +19,17 @@ public:
     explicit PDevicePanel(PDevice* device, QWidget* parent = nullptr);
     ~PDevicePanel() override;
 
-    /// Shows only the properties whose title, id or description has all words of the text, and
-    /// only groups with such. An empty text shows all.
+    /// Shows only the properties with all words of the text in their title, id or description or in
+    /// what their editors and panels show, and only groups with such. An empty text shows all. It
+    /// is applied again when the language changes.
     void setFilter(const QString& text);
 
     /// As wide as the widest row at least: nothing is cut off at the right.
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
+
+protected:
+    bool event(QEvent* event) override;
 
 private:
     int leastWidth() const;
@@ -39,4 +43,5 @@ private:
     QLabel* m_unusable;
     QLabel* m_nothing;
     QList<PPropertyGroupPanel*> m_groups;
+    QString m_filter;
 };

@@ -5,6 +5,7 @@
 #include <PCdGui/PPropertyEditor.h>
 #include <PCdGui/PPropertyLabel.h>
 #include <PCdGui/PPropertyWords.h>
+#include <PCdGui/PShownWords.h>
 
 #include <PCd/PDeviceProperty.h>
 
@@ -24,6 +25,13 @@ bool hasAll(const QString& text, const QStringList& words) {
     return std::all_of(words.cbegin(), words.cend(), [&](const QString& word) {
         return text.contains(word, Qt::CaseInsensitive);
     });
+}
+
+/// An editor's own tool tip is of its description, which is among the property's words, and of its
+/// range, which would match too much.
+QString shownOn(const QWidget& editor) {
+    return qobject_cast<const PPropertyEditor*>(&editor) != nullptr ? PShownWords::inside(editor)
+                                                                    : PShownWords::on(editor);
 }
 
 /// A panel of a property's own knows nothing of the device's end.
@@ -63,11 +71,16 @@ void PPropertyGroupPanel::addRow(PDeviceProperty* property) {
     m_rows.append(row);
 }
 
+/// Read each time: what a panel shows changes with its state and with the language.
+QString PPropertyGroupPanel::wordsIn(const Row& row) {
+    return row.editor ? row.words + QLatin1Char('\n') + shownOn(*row.editor) : row.words;
+}
+
 bool PPropertyGroupPanel::setFilter(const QString& text) {
     const QStringList words = text.simplified().split(QLatin1Char(' '), Qt::SkipEmptyParts);
     bool any = false;
     for (const Row& row : std::as_const(m_rows)) {
-        const bool shown = hasAll(row.words, words);
+        const bool shown = hasAll(wordsIn(row), words);
         m_form->setRowVisible(row.editor, shown);
         any = any || shown;
     }

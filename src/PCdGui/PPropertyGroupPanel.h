@@ -3,6 +3,7 @@
 
 #include <QGroupBox>
 #include <QList>
+#include <QPointer>
 
 class PDeviceProperty;
 class QFormLayout;
@@ -17,8 +18,9 @@ public:
                         QWidget* parent = nullptr);
     ~PPropertyGroupPanel() override;
 
-    /// Shows only rows whose title, id or description has all words of the text, whatever their
-    /// case; a property without a title goes by the group's. True if any row is shown.
+    /// Shows only rows with all words of the text, whatever their case, in the title, id or
+    /// description or in what the editor or panel shows; a property without a title goes by the
+    /// group's. True if any row is shown.
     bool setFilter(const QString& text);
 
     /// The width of the widest title, in pixels, and the width that all titles get: panels above
@@ -28,11 +30,12 @@ public:
 
 private:
     struct Row {
-        QWidget* editor;
+        QPointer<QWidget> editor;
         QWidget* title; ///< null if the editor has the whole row
-        QString words;  ///< what a filter looks at
+        QString words;  ///< of the property itself
     };
 
+    static QString wordsIn(const Row& row);
     void addRow(PDeviceProperty* property);
 
     QFormLayout* m_form;

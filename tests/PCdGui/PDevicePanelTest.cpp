@@ -11,12 +11,44 @@
 #include <PGui/WidgetHands.h>
 #include <support/QtPrinters.h>
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QScrollBar>
+#include <QTranslator>
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace {
+
+/// A catalogue with one word in it.
+class OneWord : public QTranslator {
+public:
+    bool isEmpty() const override { return false; }
+    QString translate(const char* context, const char*, const char*, int) const override {
+        return qstrcmp(context, "TranslatedLabel") == 0 ? QStringLiteral("Охлаждение") : QString();
+    }
+};
+
+/// What a plugin's panel does when the language changes.
+class TranslatedLabel : public QLabel {
+public:
+    explicit TranslatedLabel(QWidget* parent)
+        : QLabel(parent) {
+        retranslate();
+    }
+
+protected:
+    void changeEvent(QEvent* event) override {
+        if (event->type() == QEvent::LanguageChange)
+            retranslate();
+        QLabel::changeEvent(event);
+    }
+
+private:
+    void retranslate() { setText(QCoreApplication::translate("TranslatedLabel", "Chilling")); }
+};
 
 class PDevicePanelTest : public testing::Test {
 protected:
@@ -87,6 +119,30 @@ TEST_F(PDevicePanelTest, hides_rows_and_groups_that_a_filter_does_not_match) {
     EXPECT_EQ(shownGroups(), list("Frame"));
     panel()->setFilter(QString());
     EXPECT_EQ(shownGroups().size(), 7);
+}
+
+TEST_F(PDevicePanelTest, finds_the_words_on_panels_that_a_device_brings) {
+    panel()->setFilter(QStringLiteral("current temperature"));
+    EXPECT_EQ(shownGroups(), list("Cooling"));
+}
+
+TEST_F(PDevicePanelTest, filters_again_when_the_language_changes) {
+    const QList<QCheckBox*> boxes = panel()->findChildren<QCheckBox*>();
+    const auto fan = std::find_if(boxes.begin(), boxes.end(), [](const QCheckBox* box) {
+        return box->text() == QStringLiteral("Fan enable");
+    });
+    ASSERT_NE(fan, boxes.end());
+    auto* const word = new TranslatedLabel((*fan)->parentWidget());
+    word->show();
+    panel()->setFilter(QStringLiteral("охлаждение"));
+    EXPECT_EQ(shownGroups(), QStringList());
+    OneWord russian;
+    QCoreApplication::installTranslator(&russian);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(shownGroups().size(), 1);
+    QCoreApplication::removeTranslator(&russian);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(shownGroups(), QStringList());
 }
 
 TEST_F(PDevicePanelTest, says_so_where_nothing_matches) {

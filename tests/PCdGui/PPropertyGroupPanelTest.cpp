@@ -85,6 +85,29 @@ TEST_F(PPropertyGroupPanelTest, matches_what_has_no_title_by_the_title_of_the_gr
     EXPECT_EQ(shownTitles(), QStringList());
 }
 
+TEST_F(PPropertyGroupPanelTest, matches_what_a_panel_of_its_own_shows_at_the_moment) {
+    EXPECT_TRUE(panel->setFilter(QStringLiteral("OWN")));
+    EXPECT_TRUE(own->isVisible());
+    EXPECT_EQ(shownTitles(), QStringList());
+    own->setText(QStringLiteral("Current temperature:"));
+    EXPECT_FALSE(panel->setFilter(QStringLiteral("own")));
+    EXPECT_TRUE(panel->setFilter(QStringLiteral("temperature")));
+    EXPECT_TRUE(own->isVisible());
+}
+
+TEST_F(PPropertyGroupPanelTest, matches_what_editors_show_but_not_their_ranges) {
+    FakeChoice binning("bin", QStringLiteral("Binning"), {QStringLiteral("Average 2x2")});
+    binning.updateValueFromDevice();
+    PPropertyGroupPanel group(QStringLiteral("Group"), {&binning, &gain});
+    EXPECT_TRUE(group.setFilter(QStringLiteral("average")));
+    EXPECT_FALSE(group.setFilter(QStringLiteral("range")));
+}
+
+TEST_F(PPropertyGroupPanelTest, outlives_a_panel_of_its_own) {
+    delete own;
+    EXPECT_FALSE(panel->setFilter(QStringLiteral("own")));
+}
+
 TEST_F(PPropertyGroupPanelTest, shows_all_again_without_a_filter) {
     panel->setFilter(QStringLiteral("nothing has this"));
     EXPECT_TRUE(panel->setFilter(QString()));

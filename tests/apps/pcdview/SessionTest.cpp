@@ -117,6 +117,24 @@ TEST_F(SessionTest, a_setting_is_found_by_its_name_and_changed_with_the_keyboard
     EXPECT_TRUE(waitUntil([&] { return meanShown() > before + 10; }));
 }
 
+TEST_F(SessionTest, a_setting_is_found_by_the_words_on_its_panel_in_the_language_shown) {
+    const QStringList words{u"gain"_qs, u"temperature"_qs, u"fan speed"_qs};
+    const QStringList russian{u"усиление"_qs, u"температура"_qs, u"вентилятор"_qs};
+    for (const auto& [language, texts] : {std::pair{u"en"_qs, words}, {u"ru"_qs, russian}}) {
+        QJsonObject cooled = camera();
+        cooled.insert(u"flags"_qs, QJsonArray{u"TEC_ONOFF"_qs, u"FAN"_qs});
+        start({cooled}, {u"--lang"_qs, language});
+        const QStringList panels{u"exposureGain"_qs, u"PTTecControl"_qs, u"fanOnOff"_qs};
+        for (int i = 0; i < texts.size(); ++i) {
+            auto& filter = widget<QLineEdit>(u"settingsFilter"_qs);
+            filter.clear();
+            filter.insert(texts[i]); // QTest knows no Cyrillic keys
+            EXPECT_TRUE(widget<QWidget>(panels[i]).isVisible()) << texts[i].toStdString();
+        }
+        end();
+    }
+}
+
 TEST_F(SessionTest, a_region_drawn_with_the_mouse_is_what_the_camera_sends) {
     start({camera()});
     ASSERT_TRUE(waitForNewFrames());
