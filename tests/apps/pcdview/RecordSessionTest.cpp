@@ -53,6 +53,14 @@ protected:
             box->button(answer)->click();
         });
     }
+    /// Presses a key on the question that comes next.
+    static void pressNext(Qt::Key key) {
+        QTimer::singleShot(0, [key] {
+            QWidget* const box = QApplication::activeModalWidget();
+            ASSERT_NE(box, nullptr);
+            QTest::keyClick(box, key);
+        });
+    }
     int written() {
         static const QRegularExpression number(u"Written: (\\d+)"_qs);
         return number.match(text()).captured(1).toInt();
@@ -163,6 +171,23 @@ TEST_F(RecordSessionTest, closing_its_tab_asks_and_then_leaves_a_whole_file) {
     ASSERT_TRUE(waitForText(u"the camera was closed"_qs)) << text().toStdString();
     const OmeXml document(TiffReadBack(recorded()).description());
     EXPECT_FALSE(document.note(u"Camera frames delivered"_qs).isEmpty());
+}
+
+TEST_F(RecordSessionTest, enter_and_escape_on_the_question_keep_the_recording) {
+    widget<QComboBox>(u"recordEnd"_qs).setCurrentIndex(2);
+    pressButton();
+    ASSERT_TRUE(isRecording());
+    for (Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
+        pressNext(key);
+        widget<QAction>(u"closeCamera"_qs).trigger();
+        ASSERT_TRUE(isRecording()) << key;
+        pressNext(key);
+        window().close();
+        ASSERT_TRUE(isRecording()) << key;
+        EXPECT_TRUE(window().isVisible());
+    }
+    pressButton();
+    EXPECT_TRUE(waitForText(u"Recorded"_qs)) << text().toStdString();
 }
 
 TEST_F(RecordSessionTest, closing_unasked_completes_the_file) {

@@ -191,9 +191,9 @@ void PMainWindow::startRecording() {
 }
 
 bool PMainWindow::mayEndRecording() {
-    return !m_asks || QMessageBox::question(this, tr("Recording"),
-                                            tr("A recording is running. End it and close?")) ==
-                          QMessageBox::Yes;
+    return !m_asks || QMessageBox::question(
+                          this, tr("Recording"), tr("A recording is running. End it and close?"),
+                          QMessageBox::Yes | QMessageBox::No, QMessageBox::No) == QMessageBox::Yes;
 }
 
 void PMainWindow::closePage(PCameraPage* page) {
