@@ -3,6 +3,7 @@
 
 #include <PCdGui/PDeviceWatch.h>
 #include <PCdGui/PPropertyGroupPanel.h>
+#include <PCdGui/PSelectionFrame.h>
 #include <PCdGui/PWheelGuard.h>
 
 #include <PCd/PDevice.h>
@@ -28,6 +29,7 @@ PDevicePanel::PDevicePanel(PDevice* device, QWidget* parent)
     m_column->addStretch();
     alignTitles();
     new PWheelGuard(m_page);
+    PSelectionFrame::addTo(*m_page);
     setWidget(m_page);
     const auto* const watch = new PDeviceWatch(device, this);
     m_unusable->setVisible(!watch->isUsable());

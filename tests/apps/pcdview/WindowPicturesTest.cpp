@@ -99,16 +99,18 @@ protected:
         return texts;
     }
 
-    /// How much of the view is red and nothing else.
-    double redShare() {
-        const QImage shown = page().view().grab().toImage();
-        qint64 red = 0;
+    /// How much of a widget is of this colour and nothing else.
+    static double shareOf(const QColor& colour, QWidget& widget) {
+        const QImage shown = widget.grab().toImage();
+        qint64 count = 0;
         for (int y = 0; y < shown.height(); ++y) {
             for (int x = 0; x < shown.width(); ++x)
-                red += shown.pixel(x, y) == qRgb(255, 0, 0) ? 1 : 0;
+                count += shown.pixel(x, y) == colour.rgb() ? 1 : 0;
         }
-        return double(red) / shown.width() / shown.height();
+        return double(count) / shown.width() / shown.height();
     }
+
+    double redShare() { return shareOf(Qt::red, page().view()); }
 
     static void save(QWidget& shown, const QString& file) {
         const QString folder = qEnvironmentVariable("PCD_SCREENSHOTS");
@@ -145,6 +147,21 @@ TEST_F(WindowPicturesTest, russian_texts_in_dark_colours) {
     EXPECT_TRUE(window().windowTitle().contains(u"Имитация камеры"_qs));
     EXPECT_LT(window().palette().color(QPalette::Window).lightness(), 80);
     save(window(), u"dark-ru.jpg"_qs);
+}
+
+TEST_F(WindowPicturesTest, the_selected_page_of_the_exposure_is_framed_in_light_and_in_dark) {
+    for (const QString& theme : {u"light"_qs, u"dark"_qs}) {
+        start({colourCamera()}, {u"--theme"_qs, theme});
+        auto& video = widget<QPushButton>(u"pbVideo"_qs);
+        auto& trigger = widget<QPushButton>(u"pbTrigger"_qs);
+        const QColor highlight = window().palette().color(QPalette::Highlight);
+        EXPECT_GT(shareOf(highlight, video), 0.1) << theme.toStdString();
+        EXPECT_EQ(shareOf(highlight, trigger), 0) << theme.toStdString();
+        QTest::mouseClick(&trigger, Qt::LeftButton);
+        EXPECT_GT(shareOf(highlight, trigger), 0.1) << theme.toStdString();
+        EXPECT_EQ(shareOf(highlight, video), 0) << theme.toStdString();
+        end();
+    }
 }
 
 TEST_F(WindowPicturesTest, histogram_by_the_logarithm) {

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QWidget>
+
+class QPushButton;
+
+/// A frame over a push button while that is the selected one of several: whatever style the button
+/// brings, the selection can be told in light and in dark colours. The GUI thread.
+class PSelectionFrame : public QWidget {
+    Q_OBJECT
+
+public:
+    /// Puts a frame over each push button inside the page that is checkable and auto-exclusive; the
+    /// buttons own them.
+    static void addTo(const QWidget& page);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    explicit PSelectionFrame(QPushButton* button);
+};
