@@ -11,19 +11,15 @@
 
 #include <QEvent>
 #include <QLabel>
-#include <QScrollBar>
 #include <QVBoxLayout>
 
 #include <algorithm>
 
 PDevicePanel::PDevicePanel(PDevice* device, QWidget* parent)
-    : QScrollArea(parent)
+    : PColumnScroll(parent)
     , m_page(new QWidget)
     , m_column(new QVBoxLayout(m_page))
     , m_unusable(addNotice(tr("The device is not connected."))) {
-    setFrameShape(QFrame::NoFrame);
-    setWidgetResizable(true);
-    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     addGroups(device);
     m_nothing = addNotice(tr("No setting matches."));
     m_column->addStretch();
@@ -84,22 +80,9 @@ void PDevicePanel::setFilter(const QString& text) {
 }
 
 bool PDevicePanel::event(QEvent* event) {
-    const bool known = QScrollArea::event(event);
+    const bool known = PColumnScroll::event(event);
     // Only now: the panels inside have got their new texts.
     if (event->type() == QEvent::LanguageChange)
         setFilter(m_filter);
     return known;
-}
-
-int PDevicePanel::leastWidth() const {
-    return m_page->minimumSizeHint().width() + verticalScrollBar()->sizeHint().width() +
-           2 * frameWidth();
-}
-
-QSize PDevicePanel::sizeHint() const {
-    return QSize(leastWidth(), QScrollArea::sizeHint().height());
-}
-
-QSize PDevicePanel::minimumSizeHint() const {
-    return QSize(leastWidth(), QScrollArea::minimumSizeHint().height());
 }

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PGui/PColumnScroll.h>
+
 #include <QList>
-#include <QScrollArea>
 
 class PDevice;
 class PDeviceProperty;
@@ -12,7 +13,7 @@ class QVBoxLayout;
 
 /// All properties of a device in a column that scrolls: its groups in their order, those without
 /// members left out, then what is in no group. The device may die first. The GUI thread.
-class PDevicePanel : public QScrollArea {
+class PDevicePanel : public PColumnScroll {
     Q_OBJECT
 
 public:
@@ -24,15 +25,10 @@ public:
     /// is applied again when the language changes.
     void setFilter(const QString& text);
 
-    /// As wide as the widest row at least: nothing is cut off at the right.
-    QSize sizeHint() const override;
-    QSize minimumSizeHint() const override;
-
 protected:
     bool event(QEvent* event) override;
 
 private:
-    int leastWidth() const;
     QLabel* addNotice(const QString& text);
     void addGroups(PDevice* device);
     void addGroup(const QString& title, const QList<PDeviceProperty*>& properties);

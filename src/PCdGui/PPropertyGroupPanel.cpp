@@ -15,6 +15,8 @@
 
 namespace {
 
+constexpr int mostTitleCharacters = 18;
+
 QString wordsOf(const PDeviceProperty& property, const QString& group) {
     const QString title = property.title().isEmpty() ? group : property.title();
     const QStringList words{title, QString::fromLatin1(property.id()), property.description()};
@@ -32,6 +34,12 @@ bool hasAll(const QString& text, const QStringList& words) {
 QString shownOn(const QWidget& editor) {
     return qobject_cast<const PPropertyEditor*>(&editor) != nullptr ? PShownWords::inside(editor)
                                                                     : PShownWords::on(editor);
+}
+
+/// A long title takes a second line, unless it is a single word.
+int widthOf(const QWidget& title) {
+    const int most = mostTitleCharacters * title.fontMetrics().averageCharWidth();
+    return std::max(std::min(title.sizeHint().width(), most), title.minimumSizeHint().width());
 }
 
 /// A panel of a property's own knows nothing of the device's end.
@@ -66,9 +74,17 @@ void PPropertyGroupPanel::addRow(PDeviceProperty* property) {
         // A button keeps its place in the column of editors, with nothing beside it.
         row.title =
             new PPropertyLabel(editor->showsTitle() ? QString() : property->title(), editor);
-        m_form->addRow(row.title, row.editor);
+        addTitled(row.title, editor);
     }
     m_rows.append(row);
+}
+
+void PPropertyGroupPanel::addTitled(QWidget* title, PPropertyEditor* editor) {
+    if (editor->property()->type() != PCD::DevicePropertyType::ScanArea)
+        return m_form->addRow(title, editor);
+    // Four numbers are too wide to stand beside anything.
+    m_form->addRow(title);
+    m_form->addRow(editor);
 }
 
 /// Read each time: what a panel shows changes with its state and with the language.
@@ -82,23 +98,29 @@ bool PPropertyGroupPanel::setFilter(const QString& text) {
     for (const Row& row : std::as_const(m_rows)) {
         const bool shown = hasAll(wordsIn(row), words);
         m_form->setRowVisible(row.editor, shown);
+        if (row.title != nullptr)
+            m_form->setRowVisible(row.title, shown); // which may be a row of its own
         any = any || shown;
     }
     return any;
 }
 
+bool PPropertyGroupPanel::isBeside(const Row& row) const {
+    return row.title != nullptr && row.editor && m_form->labelForField(row.editor) == row.title;
+}
+
 int PPropertyGroupPanel::titleWidth() const {
     int width = 0;
     for (const Row& row : m_rows) {
-        if (row.title != nullptr)
-            width = std::max(width, row.title->sizeHint().width());
+        if (isBeside(row))
+            width = std::max(width, widthOf(*row.title));
     }
     return width;
 }
 
 void PPropertyGroupPanel::setTitleWidth(int width) {
     for (const Row& row : std::as_const(m_rows)) {
-        if (row.title != nullptr)
-            row.title->setMinimumWidth(width);
+        if (isBeside(row))
+            row.title->setFixedWidth(width);
     }
 }

@@ -6,6 +6,7 @@
 #include <QPointer>
 
 class PDeviceProperty;
+class PPropertyEditor;
 class QFormLayout;
 
 /// A titled form of editors, one row a property. A property without a title, or with a panel of its
@@ -35,8 +36,10 @@ private:
         QString words;  ///< of the property itself
     };
 
+    bool isBeside(const Row& row) const;
     static QString wordsIn(const Row& row);
     void addRow(PDeviceProperty* property);
+    void addTitled(QWidget* title, PPropertyEditor* editor);
 
     QFormLayout* m_form;
     QList<Row> m_rows;

@@ -12,10 +12,26 @@
 PPropertyLabel::PPropertyLabel(const QString& title, PPropertyEditor* editor)
     : m_editor(editor) {
     setTextFormat(Qt::PlainText);
+    setWordWrap(true);
     setText(PPropertyWords::plainTitle(title));
     setBuddy(editor); // what makes "&&" one "&"
     setEnabled(editor->isEnabled());
     editor->installEventFilter(this);
+}
+
+/// A form gives a label that wraps the height of one line less than it needs.
+QSize PPropertyLabel::inLines(QSize hint) const {
+    if (minimumWidth() > 0)
+        hint.setHeight(heightForWidth(minimumWidth()));
+    return hint;
+}
+
+QSize PPropertyLabel::sizeHint() const {
+    return inLines(QLabel::sizeHint());
+}
+
+QSize PPropertyLabel::minimumSizeHint() const {
+    return inLines(QLabel::minimumSizeHint());
 }
 
 bool PPropertyLabel::event(QEvent* event) {

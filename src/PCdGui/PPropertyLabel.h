@@ -14,6 +14,10 @@ public:
     /// The editor must live as long: both belong to one panel.
     PPropertyLabel(const QString& title, PPropertyEditor* editor);
 
+    /// As high as its lines are at the width that it was given.
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
 protected:
     bool event(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -21,5 +25,7 @@ protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
+    QSize inLines(QSize hint) const;
+
     PPropertyEditor* m_editor;
 };

@@ -6,7 +6,10 @@
 #include <PCdGui/PPropertyEditor.h>
 #include <PCdGui/PPropertyGroupPanel.h>
 #include <PCdGui/PPropertyLabel.h>
+#include <PCdGui/PRegionEditor.h>
+#include <PCdGui/TypedProperties.h>
 
+#include <PCd/FakeDevice.h>
 #include <PGui/PDoubleRangeWidget.h>
 #include <PGui/WidgetHands.h>
 #include <support/QtPrinters.h>
@@ -109,9 +112,47 @@ TEST_F(PDevicePanelTest, shows_every_property_once) {
 
 TEST_F(PDevicePanelTest, aligns_the_titles_of_all_groups) {
     QSet<int> widths;
-    for (const QLabel* title : panel()->findChildren<PPropertyLabel*>())
-        widths.insert(title->width());
+    for (const QLabel* title : panel()->findChildren<PPropertyLabel*>()) {
+        if (title->text() != QStringLiteral("ROI")) // which has a row of its own
+            widths.insert(title->width());
+    }
     EXPECT_EQ(widths.size(), 1);
+}
+
+TEST_F(PDevicePanelTest, stays_narrow_where_titles_are_long) {
+    const auto widthWith = [](const char* title) {
+        FakeDevice camera;
+        camera.makeProperties = [title] {
+            return QList<PDeviceProperty*>{
+                new FakeChoice("flip", QString::fromUtf8(title), {QStringLiteral("On")}),
+                new FakeRegion("roi")};
+        };
+        PDevicePanel page(&camera);
+        page.resize(page.minimumSizeHint());
+        EXPECT_TRUE(showActive(&page));
+        const auto* const label = page.findChild<PPropertyLabel*>();
+        EXPECT_GE(label->height(), label->heightForWidth(label->width()));
+        return page.minimumSizeHint().width();
+    };
+    EXPECT_LE(widthWith("Отражение по горизонтали и вертикали"),
+              widthWith("Flip horizontally") + 20);
+}
+
+TEST_F(PDevicePanelTest, numbers_of_a_region_stand_below_their_title_and_go_with_it) {
+    const auto labels = panel()->findChildren<PPropertyLabel*>();
+    const auto title = std::find_if(labels.begin(), labels.end(), [](const QLabel* label) {
+        return label->text() == QStringLiteral("ROI");
+    });
+    ASSERT_NE(title, labels.end());
+    const auto* const region = panel()->findChild<PRegionEditor*>();
+    ASSERT_NE(region, nullptr);
+    EXPECT_GT(region->y(), (*title)->y());
+    EXPECT_LT(region->x(), (*title)->geometry().right());
+    panel()->setFilter(QStringLiteral("binning"));
+    EXPECT_FALSE((*title)->isVisible());
+    panel()->setFilter(QStringLiteral("roi"));
+    EXPECT_TRUE((*title)->isVisible());
+    EXPECT_TRUE(region->isVisible());
 }
 
 TEST_F(PDevicePanelTest, hides_rows_and_groups_that_a_filter_does_not_match) {

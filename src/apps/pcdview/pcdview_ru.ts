@@ -444,6 +444,10 @@
         <translation>Кадров: %1, в пути не потеряно</translation>
     </message>
     <message>
+        <source>Frames: %1, lost: %2</source>
+        <translation>Кадров: %1, потеряно: %2</translation>
+    </message>
+    <message>
         <source>Frames: %1, lost: %2 (%3)</source>
         <translation>Кадров: %1, потеряно: %2 (%3)</translation>
     </message>

@@ -27,6 +27,7 @@ TEST(PLedgerTextTest, says_where_frames_were_lost) {
     PFrameLedger ledger = ledgerOf(100, 2, 0);
     ledger.fates[std::size_t(PFrameFate::DroppedWaiting)] = 5;
     ledger.produced += 5;
+    EXPECT_EQ(PLedgerText::brief(ledger), QStringLiteral("Frames: 107, lost: 7"));
     EXPECT_EQ(PLedgerText::summary(ledger),
               QStringLiteral("Frames: 107, lost: 7 (2 in the camera or on the cable, 5 as the "
                              "program was too slow)"));

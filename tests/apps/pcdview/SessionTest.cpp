@@ -237,16 +237,6 @@ TEST_F(SessionTest, the_full_screen_shows_the_picture_alone_until_escape) {
     EXPECT_FALSE(widget<QDockWidget>(u"logDock"_qs).isVisible());
 }
 
-TEST_F(SessionTest, the_window_fits_a_screen_of_1280_by_720_in_either_language) {
-    for (const auto* language : {"en", "ru"}) {
-        start({camera()}, {u"--lang"_qs, QString::fromLatin1(language)});
-        ASSERT_TRUE(waitForNewFrames());
-        EXPECT_LE(window().minimumSizeHint().width(), 1280) << language;
-        EXPECT_LE(window().minimumSizeHint().height(), 720) << language;
-        end();
-    }
-}
-
 TEST_F(SessionTest, panels_are_where_they_were_the_last_time) {
     start({camera()});
     widget<QDockWidget>(u"histogramDock"_qs).close();

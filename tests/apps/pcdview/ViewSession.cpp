@@ -7,8 +7,10 @@
 #include <apps/pcdview/window/PCameraPage.h>
 #include <apps/pcdview/window/PMainWindow.h>
 
+#include <QAbstractButton>
 #include <QCoreApplication>
 #include <QJsonDocument>
+#include <QLabel>
 #include <QSettings>
 #include <QTranslator>
 
@@ -83,6 +85,26 @@ PCameraPage& ViewSession::page() {
 
 PViewCamera& ViewSession::inFront() {
     return page().camera();
+}
+
+QStringList ViewSession::cutOff() {
+    QCoreApplication::processEvents();
+    // A text that was set last of all still waits for its place.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+    QStringList texts;
+    for (const QLabel* label : window().findChildren<QLabel*>()) {
+        const int height =
+            label->wordWrap() ? label->heightForWidth(label->width()) : label->sizeHint().height();
+        const bool isWide = !label->wordWrap() && label->width() < label->sizeHint().width();
+        if (label->isVisible() && !label->text().isEmpty() && (isWide || label->height() < height))
+            texts.append(label->text());
+    }
+    for (const auto* button : window().findChildren<QAbstractButton*>()) {
+        if (button->isVisible() && !button->text().isEmpty() &&
+            button->width() < button->minimumSizeHint().width())
+            texts.append(button->text());
+    }
+    return texts;
 }
 
 bool ViewSession::waitForNewFrames() {

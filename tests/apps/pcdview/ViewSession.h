@@ -45,6 +45,8 @@ protected:
         return *found;
     }
 
+    /// Labels and buttons of the window whose text does not fit into them.
+    QStringList cutOff();
     /// Waits for frames of the camera in front that were not there yet.
     bool waitForNewFrames();
     /// Pulls and plugs the cable of a simulated camera.

@@ -77,28 +77,6 @@ protected:
         }));
     }
 
-    /// Labels and buttons of the window whose text does not fit into them.
-    QStringList cutOff() {
-        QCoreApplication::processEvents();
-        // A text that was set last of all still waits for its place.
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
-        QStringList texts;
-        for (const QLabel* label : window().findChildren<QLabel*>()) {
-            const int height = label->wordWrap() ? label->heightForWidth(label->width())
-                                                 : label->sizeHint().height();
-            const bool isWide = !label->wordWrap() && label->width() < label->sizeHint().width();
-            if (label->isVisible() && !label->text().isEmpty() &&
-                (isWide || label->height() < height))
-                texts.append(label->text());
-        }
-        for (const auto* button : window().findChildren<QAbstractButton*>()) {
-            if (button->isVisible() && !button->text().isEmpty() &&
-                button->width() < button->minimumSizeHint().width())
-                texts.append(button->text());
-        }
-        return texts;
-    }
-
     /// How much of a widget is of this colour and nothing else.
     static double shareOf(const QColor& colour, QWidget& widget) {
         const QImage shown = widget.grab().toImage();

@@ -196,5 +196,8 @@ void PCameraDesk::showSituation() {
     situation.isSimulated = m_host.sdk().isSimulated();
     situation.camerasPresent = int(m_host.manager().devices().size());
     m_welcome->setSituation(situation);
+    // The page behind must not keep the window from being made small.
+    const auto claim = m_tabs->count() > 0 ? QSizePolicy::Ignored : QSizePolicy::Preferred;
+    m_welcome->setSizePolicy(claim, claim);
     setCurrentWidget(m_tabs->count() > 0 ? static_cast<QWidget*>(m_tabs) : m_welcome);
 }

@@ -18,6 +18,10 @@ quint64 PLedgerText::lost(const PFrameLedger& ledger) {
     return sum;
 }
 
+QString PLedgerText::brief(const PFrameLedger& ledger) {
+    return tr("Frames: %1, lost: %2").arg(ledger.produced).arg(lost(ledger));
+}
+
 QString PLedgerText::summary(const PFrameLedger& ledger) {
     const quint64 lostFrames = lost(ledger);
     if (lostFrames == 0)

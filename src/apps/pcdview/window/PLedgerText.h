@@ -14,6 +14,8 @@ class PLedgerText {
     Q_DECLARE_TR_FUNCTIONS(PLedgerText)
 
 public:
+    /// "Frames: 1203, lost: 3".
+    static QString brief(const PFrameLedger& ledger);
     /// "Frames: 1203, none lost on the way", or "Frames: 1203, lost: 3 (2 in the camera …)".
     static QString summary(const PFrameLedger& ledger);
     /// What became of frames and how many of them, in full sentences; fates that no frame met are

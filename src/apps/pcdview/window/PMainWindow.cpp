@@ -10,6 +10,7 @@
 #include <apps/pcdview/window/PCameraPage.h>
 #include <apps/pcdview/window/PFramesPanel.h>
 #include <apps/pcdview/window/PHistogramPanel.h>
+#include <apps/pcdview/window/PMessageBar.h>
 #include <apps/pcdview/window/PModeChooser.h>
 #include <apps/pcdview/window/PRecordPanel.h>
 #include <apps/pcdview/window/PSettingsPanel.h>
@@ -38,7 +39,8 @@ PMainWindow::PMainWindow(PCameraHost& host, const QString& problem,
     , m_desk(new PCameraDesk(host, problem))
     , m_actions(new PViewActions(this))
     , m_panels(new PPanels(this, m_recording, std::move(log)))
-    , m_status(new PStatusFields(statusBar())) {
+    , m_status(new PStatusFields(new PMessageBar)) {
+    setStatusBar(m_status->bar());
     setCentralWidget(m_desk);
     makeMenus();
     makeToolBar();

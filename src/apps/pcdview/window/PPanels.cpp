@@ -8,6 +8,8 @@
 #include <apps/pcdview/window/PRecordPanel.h>
 #include <apps/pcdview/window/PSettingsPanel.h>
 
+#include <PGui/PColumnScroll.h>
+
 #include <QDockWidget>
 #include <QMainWindow>
 
@@ -15,7 +17,14 @@
 
 namespace {
 
-constexpr int leftWidth = 300;
+constexpr int leftWidth = 280;
+
+/// A small window has not the room for all that a panel has to show.
+QWidget* scrolling(QWidget* panel) {
+    auto* const scroll = new PColumnScroll;
+    scroll->setWidget(panel);
+    return scroll;
+}
 
 } // namespace
 
@@ -28,8 +37,8 @@ PPanels::PPanels(QMainWindow* window, PRecording& recording, std::shared_ptr<PMe
     , record(new PRecordPanel(recording))
     , m_window(window) {
     dock("cameraList", tr("Cameras"), cameras, Qt::LeftDockWidgetArea);
-    dock("histogramDock", tr("Histogram"), histogram, Qt::LeftDockWidgetArea);
-    dock("recordDock", tr("Recording"), record, Qt::LeftDockWidgetArea);
+    dock("histogramDock", tr("Histogram"), scrolling(histogram), Qt::LeftDockWidgetArea);
+    dock("recordDock", tr("Recording"), scrolling(record), Qt::LeftDockWidgetArea);
     dock("framesDock", tr("Frames"), frames, Qt::LeftDockWidgetArea);
     dock("settingsDock", tr("Camera settings"), settings, Qt::RightDockWidgetArea);
     dock("logDock", tr("Log"), new PLogPanel(std::move(log)), Qt::BottomDockWidgetArea);
@@ -43,7 +52,7 @@ void PPanels::arrange() {
     recordDock->raise();
     m_window->resizeDocks({m_docks[0]}, {leftWidth}, Qt::Horizontal);
     m_docks.last()->hide(); // the log, until somebody wants to know
-    m_window->resizeDocks({m_docks[0], m_docks[1], recordDock}, {165, 250, 265}, Qt::Vertical);
+    m_window->resizeDocks({m_docks[0], m_docks[1], recordDock}, {125, 252, 278}, Qt::Vertical);
     m_window->setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
     m_window->setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
 }

@@ -95,7 +95,8 @@ void PRecordPanel::makeLayout() {
     form->addRow(tr("Record:"), m_end);
     form->addRow(tr("Frames:"), m_frames);
     form->addRow(tr("Time:"), m_seconds);
-    form->addRow(m_timeLapse, m_interval);
+    form->addRow(m_timeLapse);
+    form->addRow(QString(), m_interval);
     form->addRow(tr("As:"), m_format);
     form->addRow(m_button);
     form->addRow(m_bar);

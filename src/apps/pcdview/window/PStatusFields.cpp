@@ -16,8 +16,6 @@
 
 namespace {
 
-const QString longestPixel = u"x 5440, y 3648: R 255  G 255  B 255"_qs;
-
 QString zoomOf(const PImageView& view) {
     const double percent = view.geometryOfView().scale() * 100;
     return QLocale().toString(percent, 'f', percent < 10 ? 1 : 0) + u" %"_qs;
@@ -51,6 +49,7 @@ QString PStatusFields::paceOf(const PViewCamera& camera) {
 
 PStatusFields::PStatusFields(QStatusBar* bar)
     : QObject(bar)
+    , m_bar(bar)
     , m_pixel(addField(bar, "pixel"))
     , m_zoom(addField(bar, "zoom"))
     , m_size(addField(bar, "size"))
@@ -59,8 +58,9 @@ PStatusFields::PStatusFields(QStatusBar* bar)
     , m_temperature(addField(bar, "temperature"))
     , m_ledger(addField(bar, "ledger")) {
     m_temperature->setToolTip(tr("Temperature of the sensor"));
-    // So that the others do not jump about as the cursor moves.
-    m_pixel->setMinimumWidth(m_pixel->fontMetrics().horizontalAdvance(longestPixel));
+    // The only one that is not always there, and long: it must not make the window wider. As the
+    // first one it does not push the others about either.
+    m_pixel->setMinimumWidth(1);
 }
 
 QLabel* PStatusFields::addField(QStatusBar* bar, const char* name) {
@@ -84,7 +84,8 @@ void PStatusFields::showCamera(const PCameraPage* page) {
                                                    : PExposureText::of(*camera.device()));
     m_temperature->setText(temperatureOf(camera.device()));
     m_temperature->setVisible(!m_temperature->text().isEmpty());
-    m_ledger->setText(PLedgerText::summary(camera.ledger()));
+    m_ledger->setText(PLedgerText::brief(camera.ledger()));
+    m_ledger->setToolTip(PLedgerText::summary(camera.ledger()));
 }
 
 void PStatusFields::showView(const PCameraPage* page) {

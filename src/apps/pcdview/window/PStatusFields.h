@@ -17,6 +17,8 @@ public:
     /// Adds the fields to the bar, which owns this.
     explicit PStatusFields(QStatusBar* bar);
 
+    QStatusBar* bar() const { return m_bar; }
+
     /// Shows a camera as it is now; null: none.
     void showCamera(const PCameraPage* page);
     /// Shows the place of its cursor and its zoom.
@@ -26,6 +28,7 @@ private:
     static QString paceOf(const PViewCamera& camera);
     QLabel* addField(QStatusBar* bar, const char* name);
 
+    QStatusBar* m_bar;
     QLabel* m_pixel; // children of the bar
     QLabel* m_zoom;
     QLabel* m_size;
