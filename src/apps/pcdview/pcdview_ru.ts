@@ -1028,6 +1028,18 @@ It is the size on the sensor divided by the magnification.</source>
         <translation>остановлена</translation>
     </message>
     <message>
+        <source>next picture is due</source>
+        <translation>ожидается следующий кадр</translation>
+    </message>
+    <message>
+        <source>next picture in %1 s</source>
+        <translation>следующий кадр через %1 с</translation>
+    </message>
+    <message>
+        <source>next picture in %1 min %2 s</source>
+        <translation>следующий кадр через %1 мин %2 с</translation>
+    </message>
+    <message>
         <source>%1 fps, %2 MB/s</source>
         <translation>%1 к/с, %2 МБ/с</translation>
     </message>

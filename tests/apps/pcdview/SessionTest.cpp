@@ -23,7 +23,9 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenuBar>
+#include <QPushButton>
 #include <QSlider>
+#include <QSpinBox>
 #include <QTabBar>
 #include <QTest>
 
@@ -62,6 +64,16 @@ protected:
     /// The point of the view that shows this point of the picture.
     QPoint inView(QPoint inPicture) {
         return page().view().geometryOfView().toView(inPicture).toPoint();
+    }
+
+    /// One that takes triggers, and up to a minute for a picture.
+    static QJsonObject patientCamera() {
+        QJsonObject camera = ViewSession::camera();
+        camera.insert(u"flags"_qs, QJsonArray{u"TRIGGER_SOFTWARE"_qs});
+        camera.insert(
+            u"exposure"_qs,
+            QJsonObject{{u"default"_qs, 5000}, {u"auto"_qs, false}, {u"max"_qs, 60'000'000}});
+        return camera;
     }
 
     QStringList captures() const { return QDir(captureFolder()).entryList(QDir::Files); }
@@ -334,6 +346,35 @@ TEST_F(SessionTest, contrast_is_stretched_on_the_screen_also_of_a_picture_that_s
     EXPECT_EQ(pixels(), taken);
     key(Qt::Key_T, Qt::ControlModifier);
     EXPECT_EQ(page().view().grab().toImage(), before);
+}
+
+TEST_F(SessionTest, a_long_exposure_says_when_its_picture_comes) {
+    start({patientCamera()});
+    ASSERT_TRUE(waitForNewFrames());
+    const auto& pace = widget<QLabel>(u"pace"_qs);
+    ASSERT_TRUE(waitUntil([&] { return pace.text().contains(u"fps"_qs); }));
+    property("autoexpottime").setValue(40'000'000u);
+    EXPECT_TRUE(waitUntil([&] { return pace.text().startsWith(u"next picture in "_qs); }))
+        << pace.text().toStdString();
+    key(Qt::Key_L, Qt::ControlModifier);
+    EXPECT_EQ(pace.text(), u"stopped"_qs);
+    key(Qt::Key_L, Qt::ControlModifier);
+    EXPECT_EQ(pace.text(), u"next picture in 40 s"_qs);
+}
+
+TEST_F(SessionTest, a_triggered_picture_is_awaited_only_while_its_run_is_under_way) {
+    start({patientCamera()});
+    ASSERT_TRUE(waitForNewFrames());
+    widget<QPushButton>(u"pbTrigger"_qs).click();
+    widget<QSpinBox>(u"sSec"_qs).setValue(30);
+    const auto& exposure = widget<QLabel>(u"exposure"_qs);
+    ASSERT_TRUE(waitUntil([&] { return exposure.text().startsWith(u"30 s"_qs); }));
+    const auto& pace = widget<QLabel>(u"pace"_qs);
+    EXPECT_TRUE(waitUntil([&] { return pace.text().contains(u"fps"_qs); }));
+    widget<QPushButton>(u"pbRunOnce"_qs).click();
+    EXPECT_TRUE(waitUntil([&] { return pace.text().startsWith(u"next picture in "_qs); }));
+    widget<QPushButton>(u"pbRunOnce"_qs).click();
+    EXPECT_TRUE(waitUntil([&] { return pace.text().contains(u"fps"_qs); }));
 }
 
 TEST_F(SessionTest, a_whole_session_from_opening_to_closing) {

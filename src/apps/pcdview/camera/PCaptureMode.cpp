@@ -5,8 +5,19 @@
 #include <PCd/PDeviceProperty.h>
 #include <PCd/PGadgetFields.h>
 
+namespace {
+
+bool isSet(const PDevice& device, const QString& field) {
+    const PDeviceProperty* const property = device.getProperty(PCaptureMode::propertyId);
+    return property != nullptr && PGadgetFields::read(property->valueInner(), field).toInt() == 1;
+}
+
+} // namespace
+
 bool PCaptureMode::isTriggered(const PDevice& device) {
-    const PDeviceProperty* const property = device.getProperty(propertyId);
-    return property != nullptr &&
-           PGadgetFields::read(property->valueInner(), u"capturemode"_qs).toInt() == 1;
+    return isSet(device, u"capturemode"_qs);
+}
+
+bool PCaptureMode::isTriggeredFromOutside(const PDevice& device) {
+    return isSet(device, u"triggermode"_qs);
 }

@@ -50,6 +50,7 @@ PStatus PViewCamera::attach(PDevice* device) {
 /// Hears no more of the device.
 void PViewCamera::leaveDevice() {
     m_exposure.reset();
+    m_countdown.reset();
     m_memory.release();
     m_isTriggered = false;
     disconnect(m_device, nullptr, this, nullptr);
@@ -71,6 +72,7 @@ PStatus PViewCamera::open() {
     m_memory.follow(m_device);
     m_exposure = std::make_unique<PExposureWatch>(m_device);
     followTrigger();
+    m_countdown = std::make_unique<PExposureCountdown>(m_device);
     return m_wantsLive ? m_device->startStream() : PStatus(PStatus::Ok);
 }
 
@@ -119,6 +121,7 @@ PStatus PViewCamera::setLive(bool live) {
     m_wantsLive = live;
     const PStatus status = live ? m_device->startStream() : m_device->stopStream();
     m_pace.reset();
+    m_countdown = std::make_unique<PExposureCountdown>(m_device);
     emit stateChanged();
     return status;
 }
@@ -151,6 +154,15 @@ PFrameLedger PViewCamera::ledger() const {
 
 double PViewCamera::framesPerSecond() const {
     return m_pace.fps();
+}
+
+void PViewCamera::setRunning(bool running) {
+    if (m_countdown != nullptr)
+        m_countdown->setRunning(running);
+}
+
+std::optional<std::chrono::seconds> PViewCamera::untilNextPicture() const {
+    return m_countdown == nullptr ? std::nullopt : m_countdown->left();
 }
 
 double PViewCamera::megabytesPerSecond() const {

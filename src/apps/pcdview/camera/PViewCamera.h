@@ -4,6 +4,7 @@
 #include <apps/common/PCameraIdentity.h>
 #include <apps/common/PExposureWatch.h>
 #include <apps/common/PSettingNames.h>
+#include <apps/pcdview/camera/PExposureCountdown.h>
 #include <apps/pcdview/camera/PSettingsMemory.h>
 
 #include <PCd/PDevice.h>
@@ -59,6 +60,10 @@ public:
     /// The account of the frames since it was opened or came back.
     PFrameLedger ledger() const;
     double framesPerSecond() const;
+    /// Whether a run of triggered pictures is under way, which only its panel knows.
+    void setRunning(bool running);
+    /// Until the next picture of a long exposure; nothing where none is awaited.
+    std::optional<std::chrono::seconds> untilNextPicture() const;
     double megabytesPerSecond() const; ///< million bytes a second, of pixels
 
 signals:
@@ -81,7 +86,8 @@ private:
     QPointer<PDevice> m_device;
     PSettingNames m_names;
     PSettingsMemory m_memory;
-    std::unique_ptr<PExposureWatch> m_exposure; ///< while there is a device
+    std::unique_ptr<PExposureWatch> m_exposure;      ///< while there is a device
+    std::unique_ptr<PExposureCountdown> m_countdown; ///< likewise
     PDeviceFrame m_frame;
     PFrameLedger m_lastLedger;
     QStringList m_notes;

@@ -173,6 +173,8 @@ void PMainWindow::showTitle() {
 
 void PMainWindow::showNumbers() {
     const PCameraPage* const page = m_desk->currentPage();
+    if (page != nullptr) // whose panel the settings are
+        page->camera().setRunning(m_panels->settings->hasPressedButton());
     m_status->showCamera(page);
     m_panels->frames->setLedger(page == nullptr ? PFrameLedger() : page->camera().ledger());
 }

@@ -7,7 +7,10 @@
 
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace {
 
@@ -43,6 +46,14 @@ void PSettingsPanel::setDevice(PDevice* device) {
         return;
     static_cast<QVBoxLayout*>(layout())->addWidget(m_panel, 1);
     applyFilter();
+}
+
+bool PSettingsPanel::hasPressedButton() const {
+    const auto buttons =
+        m_panel == nullptr ? QList<QPushButton*>() : m_panel->findChildren<QPushButton*>();
+    return std::any_of(buttons.begin(), buttons.end(), [](const QPushButton* button) {
+        return button->isChecked() && !button->autoExclusive();
+    });
 }
 
 void PSettingsPanel::applyFilter() {

@@ -17,6 +17,9 @@ public:
 
     /// Shows the settings of this linked device; null: of none.
     void setDevice(PDevice* device);
+    /// Whether a command that a panel of the device has begun is under way: one of its push buttons
+    /// that choose nothing stays pressed.
+    bool hasPressedButton() const;
 
 private:
     void applyFilter();

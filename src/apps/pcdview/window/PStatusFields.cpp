@@ -42,9 +42,19 @@ QString PStatusFields::paceOf(const PViewCamera& camera) {
     case PViewCamera::State::Live:
         break;
     }
+    if (const auto left = camera.untilNextPicture())
+        return waitingText(*left);
     return tr("%1 fps, %2 MB/s")
         .arg(QLocale().toString(camera.framesPerSecond(), 'f', 1),
              QLocale().toString(camera.megabytesPerSecond(), 'f', 0));
+}
+
+QString PStatusFields::waitingText(std::chrono::seconds left) {
+    if (left.count() == 0)
+        return tr("next picture is due");
+    if (left < std::chrono::minutes(2))
+        return tr("next picture in %1 s").arg(left.count());
+    return tr("next picture in %1 min %2 s").arg(left.count() / 60).arg(left.count() % 60);
 }
 
 PStatusFields::PStatusFields(QStatusBar* bar)

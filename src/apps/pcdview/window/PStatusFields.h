@@ -3,6 +3,8 @@
 
 #include <QObject>
 
+#include <chrono>
+
 class PCameraPage;
 class PViewCamera;
 class QLabel;
@@ -26,6 +28,7 @@ public:
 
 private:
     static QString paceOf(const PViewCamera& camera);
+    static QString waitingText(std::chrono::seconds left);
     QLabel* addField(QStatusBar* bar, const char* name);
 
     QStatusBar* m_bar;

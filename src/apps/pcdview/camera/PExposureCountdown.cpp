@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#include <apps/pcdview/camera/PExposureCountdown.h>
+
+#include <apps/pcdview/camera/PCaptureMode.h>
+
+#include <PCd/PDevice.h>
+#include <PCd/PDeviceProperty.h>
+
+#include <algorithm>
+
+namespace {
+
+using std::chrono::microseconds;
+
+const char* const exposureTimeId = "autoexpottime";
+// Shorter ones bring more than a picture a second, whose rate says enough.
+constexpr microseconds shortestToWaitFor(900'000);
+
+microseconds exposureOf(const PDevice& device) {
+    const PDeviceProperty* const property = device.getProperty(exposureTimeId);
+    return microseconds(property == nullptr ? 0 : property->valueInner().toLongLong());
+}
+
+} // namespace
+
+PExposureCountdown::PExposureCountdown(PDevice* device, Now now)
+    : m_device(device)
+    , m_now(std::move(now)) {
+    begin();
+    connect(device, &PDevice::imageChanged, this, &PExposureCountdown::begin);
+    connect(device, &PDevice::modeChanged, this, &PExposureCountdown::begin);
+    if (const PDeviceProperty* const property = device->getProperty(exposureTimeId))
+        connect(property, &PDeviceProperty::valueChanged, this,
+                &PExposureCountdown::followExposureTime);
+}
+
+void PExposureCountdown::begin() {
+    m_began = m_now();
+    m_exposure = m_device.isNull() ? microseconds(0) : exposureOf(*m_device);
+}
+
+/// The camera begins again with another time; being told the same one means nothing.
+void PExposureCountdown::followExposureTime() {
+    if (!m_device.isNull() && exposureOf(*m_device) != m_exposure)
+        begin();
+}
+
+void PExposureCountdown::setRunning(bool running) {
+    if (running && !m_isRunning)
+        begin();
+    m_isRunning = running;
+}
+
+bool PExposureCountdown::isExposing() const {
+    if (m_device.isNull() || m_device->isGone() || !m_device->isStreaming())
+        return false;
+    return !PCaptureMode::isTriggered(*m_device) ||
+           (m_isRunning && !PCaptureMode::isTriggeredFromOutside(*m_device));
+}
+
+std::optional<std::chrono::seconds> PExposureCountdown::left() const {
+    if (!isExposing() || m_exposure < shortestToWaitFor)
+        return std::nullopt;
+    const auto left = std::chrono::ceil<std::chrono::seconds>(m_began + m_exposure - m_now());
+    return std::max(left, std::chrono::seconds(0));
+}

@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: MIT
+#include <apps/pcdview/camera/PExposureCountdown.h>
+
+#include <PCd/FakeDevice.h>
+#include <PCd/FakeProperty.h>
+
+#include <gtest/gtest.h>
+
+/// How a camera comes to its frames.
+struct FakeCapture {
+    Q_GADGET
+    Q_PROPERTY(int capturemode MEMBER capturemode)
+    Q_PROPERTY(int triggermode MEMBER triggermode)
+
+public:
+    int capturemode = 0;
+    int triggermode = 0;
+};
+
+namespace {
+
+using namespace std::chrono_literals;
+using Left = std::optional<std::chrono::seconds>;
+
+/// A camera of 12 s a picture, on a clock that the test turns.
+class PExposureCountdownTest : public testing::Test {
+protected:
+    PExposureCountdownTest() {
+        time = new FakeProperty("autoexpottime", 12'000'000);
+        capture = new FakeProperty("extexposure", QVariant::fromValue(FakeCapture()));
+        device.makeProperties = [this] { return QList<PDeviceProperty*>{time, capture}; };
+        device.supportProperties();
+        EXPECT_TRUE(device.link().isOk());
+        EXPECT_TRUE(device.startStream().isOk());
+        countdown = std::make_unique<PExposureCountdown>(&device, [this] { return clock; });
+    }
+
+    void expose(int microseconds) {
+        time->inDevice = microseconds;
+        time->updateValueFromDevice();
+    }
+    void setCapture(int mode, int trigger) {
+        capture->inDevice = QVariant::fromValue(FakeCapture{mode, trigger});
+        capture->updateValueFromDevice(true);
+    }
+    void pass(std::chrono::milliseconds duration) { clock += duration; }
+    Left left() const { return countdown->left(); }
+
+    PExposureCountdown::Clock::time_point clock;
+    FakeDevice device;
+    FakeProperty* time; // the device's
+    FakeProperty* capture;
+    std::unique_ptr<PExposureCountdown> countdown;
+};
+
+} // namespace
+
+TEST_F(PExposureCountdownTest, counts_whole_seconds_down_until_the_picture_is_due) {
+    EXPECT_EQ(left(), Left(12s));
+    pass(1ms);
+    EXPECT_EQ(left(), Left(12s));
+    pass(999ms);
+    EXPECT_EQ(left(), Left(11s));
+    pass(10'999ms);
+    EXPECT_EQ(left(), Left(1s));
+    pass(1ms);
+    EXPECT_EQ(left(), Left(0s));
+    pass(60s);
+    EXPECT_EQ(left(), Left(0s));
+}
+
+TEST_F(PExposureCountdownTest, begins_again_with_each_picture) {
+    pass(12s);
+    emit device.imageChanged(PImage());
+    EXPECT_EQ(left(), Left(12s));
+}
+
+TEST_F(PExposureCountdownTest, begins_again_with_another_exposure_time_only) {
+    pass(5s);
+    time->updateValueFromDevice(true);
+    EXPECT_EQ(left(), Left(7s));
+    expose(3'000'000);
+    EXPECT_EQ(left(), Left(3s));
+}
+
+TEST_F(PExposureCountdownTest, begins_again_with_another_mode) {
+    pass(5s);
+    emit device.modeChanged(device.mode);
+    EXPECT_EQ(left(), Left(12s));
+}
+
+TEST_F(PExposureCountdownTest, leaves_short_exposures_to_the_frame_rate) {
+    expose(899'999);
+    EXPECT_EQ(left(), Left());
+    expose(900'000);
+    EXPECT_EQ(left(), Left(1s));
+}
+
+TEST_F(PExposureCountdownTest, counts_nothing_while_the_live_picture_is_stopped) {
+    ASSERT_TRUE(device.stopStream().isOk());
+    EXPECT_EQ(left(), Left());
+}
+
+TEST_F(PExposureCountdownTest, counts_triggered_pictures_only_while_a_run_is_under_way) {
+    setCapture(1, 0);
+    EXPECT_EQ(left(), Left());
+    pass(100s);
+    countdown->setRunning(true);
+    EXPECT_EQ(left(), Left(12s));
+    pass(4s);
+    countdown->setRunning(true);
+    EXPECT_EQ(left(), Left(8s)) << "it is the same run";
+    emit device.imageChanged(PImage());
+    EXPECT_EQ(left(), Left(12s));
+    countdown->setRunning(false);
+    EXPECT_EQ(left(), Left());
+}
+
+TEST_F(PExposureCountdownTest, cannot_know_when_a_signal_from_outside_comes) {
+    setCapture(1, 1);
+    countdown->setRunning(true);
+    EXPECT_EQ(left(), Left());
+    setCapture(0, 1);
+    EXPECT_EQ(left(), Left(12s)) << "live pictures wait for no signal";
+}
+
+TEST(PExposureCountdown, says_nothing_of_a_camera_without_an_exposure_time) {
+    FakeDevice device;
+    ASSERT_TRUE(device.link().isOk());
+    ASSERT_TRUE(device.startStream().isOk());
+    EXPECT_EQ(PExposureCountdown(&device).left(), Left());
+}
+
+TEST(PExposureCountdown, outlives_the_camera) {
+    auto device = std::make_unique<FakeDevice>();
+    const PExposureCountdown countdown(device.get());
+    device.reset();
+    EXPECT_EQ(countdown.left(), Left());
+}
+
+#include "PExposureCountdownTest.moc"
