@@ -10,6 +10,10 @@ bool PDevicePropertyAction::trySetValue(QVariant) {
     return trySetValueToDevice();
 }
 
+bool PDevicePropertyAction::writeStreamThis(PAbstractWriter*, const QString&) {
+    return true;
+}
+
 bool PDevicePropertyAction::writeValueToStream(PAbstractWriter*) const {
     return true;
 }

@@ -14,7 +14,8 @@ public:
     bool trySetValue(QVariant value) override;
     QVariant tryGetValue() override { return QVariant(); }
     QVariant tryGetRange() override { return QVariant(); }
-    /// Writes nothing, and that is right.
+    /// Write nothing, not even an empty object, and that is right.
+    bool writeStreamThis(PAbstractWriter* writer, const QString& name) override;
     bool writeValueToStream(PAbstractWriter* writer) const override;
     /// Reads nothing, and runs nothing: a command is never replayed. Always false.
     bool readValueFromStream(PAbstractReader* reader, const QString& name) override;

@@ -8,6 +8,11 @@ PDevicePropertyScanArea::PDevicePropertyScanArea(const QByteArray& id, const QSt
     : PDevicePropertyTRangedQVariantBased(id, title, type) {
 }
 
+bool PDevicePropertyScanArea::writeStreamThis(PAbstractWriter* writer, const QString& name) {
+    return valueInner().toRect().isEmpty() ||
+           PDevicePropertyTRangedQVariantBased::writeStreamThis(writer, name);
+}
+
 bool PDevicePropertyScanArea::writeValueToStream(PAbstractWriter* writer) const {
     return valueInner().toRect().isEmpty() ||
            PDevicePropertyTRangedQVariantBased::writeValueToStream(writer);

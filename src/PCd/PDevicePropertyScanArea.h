@@ -14,7 +14,8 @@ public:
     PDevicePropertyScanArea(const QByteArray& id, const QString& title,
                             PCD::DevicePropertyType type);
 
-    /// Writes nothing where there is no region (the device could not say); that is no failure.
+    /// Write nothing where there is no region (the device could not say); that is no failure.
+    bool writeStreamThis(PAbstractWriter* writer, const QString& name) override;
     bool writeValueToStream(PAbstractWriter* writer) const override;
     /// Sends the region to the device, and asks it what it has made of it: only that tells whether
     /// it was taken, as devices differ in the sense of their answer.

@@ -23,7 +23,12 @@ bool readMode(PDevice* device, const PAbstractReader* reader) {
 
 bool readProperty(PDevice* device, PAbstractReader* reader, const QString& id) {
     PDeviceProperty* const property = device->getProperty(id.toLatin1());
-    if (property == nullptr || !reader->beginObject(id))
+    if (property == nullptr)
+        return false;
+    // Nothing is saved of a command; older states hold an empty object of its name.
+    if (property->type() == PCD::DevicePropertyType::Action)
+        return true;
+    if (!reader->beginObject(id))
         return false;
     const bool done = property->readStreamThis(reader);
     reader->endObject();

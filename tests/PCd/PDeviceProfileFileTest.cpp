@@ -43,7 +43,6 @@ TEST_F(PDeviceProfileFileTest, is_text_that_people_can_read_and_compare) {
             "contrast": {
                 "value": 12
             },
-            "whiten": {},
             "exposure": {
                 "value": {"$bytes": "AAAABw=="}
             },

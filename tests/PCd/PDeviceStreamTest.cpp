@@ -2,6 +2,7 @@
 // The saved form of a device.
 #include <PCd/FakeDevice.h>
 #include <PCd/FakeProperty.h>
+#include <PCd/TypedFakes.h>
 
 #include <PCore/PJsonReader.h>
 #include <PCore/PJsonWriter.h>
@@ -89,6 +90,31 @@ TEST(PDeviceStream, leaves_out_what_is_not_serialisable) {
     camera.hue->setSerializable(false);
     EXPECT_FALSE(camera.saved().contains("hue"));
     EXPECT_TRUE(camera.saved().contains("gain"));
+}
+
+TEST(PDeviceStream, of_a_device_with_an_action_restores_and_does_not_run_it) {
+    FakeAction* action = nullptr; // owned by the device
+    SavedDevice camera;
+    camera.device.makeProperties = [&] {
+        action = new FakeAction;
+        return QList<PDeviceProperty*>{camera.gain, camera.hue, action};
+    };
+    const QByteArray document = camera.saved();
+    EXPECT_FALSE(document.contains("fake")) << document.toStdString();
+    EXPECT_TRUE(camera.restore(document));
+    ASSERT_NE(action, nullptr);
+    EXPECT_EQ(action->runs, 0);
+}
+
+TEST(PDeviceStream, of_older_days_with_an_empty_object_for_an_action_restores_the_rest) {
+    SavedDevice camera;
+    auto* const action = new FakeAction;
+    camera.device.makeProperties = [&] {
+        return QList<PDeviceProperty*>{camera.gain, action, camera.hue};
+    };
+    EXPECT_TRUE(camera.restore(savedWith("", "\"fake\": {}, \"gain\": {\"value\": 9}")));
+    EXPECT_EQ(camera.gain->inDevice, QVariant(9));
+    EXPECT_EQ(action->runs, 0);
 }
 
 TEST(PDeviceStream, of_a_device_without_modes_saves_none_and_restores) {

@@ -199,6 +199,13 @@ TEST(ActionProperty, writing_succeeds_and_writes_nothing) {
     EXPECT_EQ(writer.document(), PJsonWriter().document());
 }
 
+TEST(ActionProperty, saving_succeeds_and_leaves_no_object_behind) {
+    FakeAction action;
+    PJsonWriter writer;
+    EXPECT_TRUE(action.writeStreamThis(&writer, QStringLiteral("fake")));
+    EXPECT_EQ(writer.document(), PJsonWriter().document());
+}
+
 TEST(ActionProperty, reading_reports_false_and_runs_nothing) {
     FakeAction action;
     PJsonReader reader;
@@ -227,5 +234,6 @@ TEST(RegionProperty, an_empty_region_is_not_written) {
     auto* const region = takenBy(device, new FakeRegion(QRect()));
     PJsonWriter writer;
     EXPECT_TRUE(region->writeValueToStream(&writer));
+    EXPECT_TRUE(region->writeStreamThis(&writer, QStringLiteral("fake")));
     EXPECT_EQ(writer.document(), PJsonWriter().document());
 }

@@ -67,7 +67,7 @@ TEST_F(ProfileCommand, of_power_on_brings_back_every_setting_that_was_changed) {
 TEST_F(ProfileCommand, reports_a_load_as_json) {
     ASSERT_EQ(profile(u"save"_qs).exitCode, 0);
     edit("\"hue\": {\n                \"value\": 0\n            },", "");
-    edit("\"awbonce\": {}", "\"awbonce\": {\"value\": 1}");
+    edit("\"properties\": {", "\"properties\": {\"awbonce\": {\"value\": 1},");
     edit("\"contrast\"", "\"sharpness\"");
     const CtlResult result = profile(u"load"_qs, {u"--json"_qs});
     EXPECT_EQ(result.exitCode, 1);
@@ -84,7 +84,7 @@ TEST_F(ProfileCommand, reports_a_load_as_json) {
 TEST_F(ProfileCommand, reports_a_load_in_words) {
     ASSERT_EQ(profile(u"save"_qs).exitCode, 0);
     edit("\"serial\": \"S0001\"", "\"serial\": \"S0002\"");
-    edit("\"awbonce\": {}", "\"awbonce\": {\"value\": 1}");
+    edit("\"properties\": {", "\"properties\": {\"awbonce\": {\"value\": 1},");
     edit("\"hue\": {\n                \"value\": 0\n            },", "");
     const CtlResult result = profile(u"load"_qs);
     EXPECT_EQ(result.exitCode, 0) << result.errors.toStdString();
@@ -129,13 +129,13 @@ TEST_P(EditedProfile, is_refused_with_file_and_line_and_nothing_is_set) {
 
 const EditRow edits[] = {
     {"a_number_out_of_range", "\"value\": 12\n", "\"value\": 101\n",
-     "line 20: \"contrast\" cannot be 101: expected a whole number from -100 to 100"},
+     "line 19: \"contrast\" cannot be 101: expected a whole number from -100 to 100"},
     {"a_number_that_is_a_text", "\"value\": 12\n", "\"value\": \"12\"\n",
-     "line 20: \"contrast\" cannot be the text \"12\": expected a whole number"},
+     "line 19: \"contrast\" cannot be the text \"12\": expected a whole number"},
     {"a_choice_that_is_unknown", "Average 2x2", "Average 5x5",
-     "line 62: \"binning\" cannot be the text \"Average 5x5\": expected one of \"No binning\""},
+     "line 61: \"binning\" cannot be the text \"Average 5x5\": expected one of \"No binning\""},
     {"a_region_outside_its_mode", "[8, 16, 100, 40]", "[8, 16, 320, 240]",
-     "line 50: \"roi\" cannot be 8,16,320,240: expected a region x,y,width,height inside "
+     "line 49: \"roi\" cannot be 8,16,320,240: expected a region x,y,width,height inside "
      "0,0,160,120"},
     {"a_mode_that_is_unknown", "\"mode\": \"1\"", "\"mode\": \"9\"",
      "line 7: \"mode\" cannot be the text \"9\": expected one of \"0\" (320x240), \"1\" "

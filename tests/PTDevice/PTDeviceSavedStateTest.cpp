@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+// The state of a device as the host saves it and brings it back.
+#include "SimFixture.h"
+
+#include <PCd/PDeviceProperty.h>
+
+#include <PCore/PJsonReader.h>
+#include <PCore/PJsonWriter.h>
+
+#include <support/QtPrinters.h>
+
+namespace {
+
+const QString cameraName = QStringLiteral("camera");
+
+class PTDeviceSavedState : public SimFixture {
+protected:
+    PTDeviceSavedState() {
+        loadScene({SimCameraText().withFlags(R"(["TEC_ONOFF", "FAN", "TRIGGER_SOFTWARE"])")});
+        device = open();
+        device->supportProperties();
+    }
+    QByteArray saved() const {
+        PJsonWriter writer;
+        EXPECT_TRUE(device->writeStreamThis(&writer, cameraName));
+        return writer.document();
+    }
+    bool restore(const QByteArray& document) const {
+        PJsonReader reader;
+        const PStatus read = reader.setDocument(document);
+        EXPECT_TRUE(read.isOk()) << read.reason().toStdString();
+        return reader.beginObject(cameraName) && device->readStreamThis(&reader);
+    }
+
+    std::unique_ptr<PTDevice> device;
+};
+
+TEST_F(PTDeviceSavedState, holds_no_action_and_comes_back_whole) {
+    device->getProperty("contrast")->setValue(12);
+    const QByteArray document = saved();
+    EXPECT_FALSE(document.contains("awbonce")) << document.toStdString();
+    device->getProperty("contrast")->setValue(0);
+    EXPECT_TRUE(restore(document));
+    EXPECT_EQ(device->getProperty("contrast")->tryGetValue(), QVariant(12));
+}
+
+} // namespace
