@@ -5,6 +5,7 @@
 #include <PCd/PDeviceProperty.h>
 #include <PCd/PPropertyStreamForm.h>
 #include <PCd/PPropertyText.h>
+#include <PCd/PQuietReading.h>
 
 #include <optional>
 
@@ -53,8 +54,7 @@ QList<Difference> PDeviceProfileDiff::between(const PDeviceProfile& profile, PDe
             differences.append(*difference);
     };
     QList<QByteArray> ids;
-    for (PDeviceProperty* property : device.supportProperties())
-        property->updateValueFromDevice();
+    const PQuietReading reading(device.supportProperties());
     add(differenceOfModes(profile.mode, device));
     for (const PDeviceProfile::Setting& setting : profile.settings) {
         add(differenceOf(setting.id, setting.form, device.getProperty(setting.id)));

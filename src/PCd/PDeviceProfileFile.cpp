@@ -3,7 +3,7 @@
 
 #include <PCd/PDevice.h>
 #include <PCd/PDeviceProfileParser.h>
-#include <PCd/PDeviceProperty.h>
+#include <PCd/PQuietReading.h>
 
 #include <PCore/PJsonReader.h>
 #include <PCore/PJsonWriter.h>
@@ -76,8 +76,7 @@ PStatus parse(const QByteArray& bytes, PDeviceProfile& profile) {
 
 PStatus PDeviceProfileFile::save(PDevice& device, const QString& path) {
     const bool hadModes = !device.getSupportModes().isEmpty();
-    for (PDeviceProperty* property : device.supportProperties())
-        property->updateValueFromDevice();
+    const PQuietReading reading(device.supportProperties());
     // A camera that is unplugged meanwhile answers nothing, which reads as zeros.
     if (hadModes && device.getSupportModes().isEmpty())
         return saveFailure(path, tr("the camera no longer answers"));

@@ -8,6 +8,7 @@
 #include <PCd/PPropertyCheck.h>
 #include <PCd/PPropertyStreamForm.h>
 #include <PCd/PPropertyText.h>
+#include <PCd/PQuietReading.h>
 #include <PCd/PScanAreaRange.h>
 
 #include <algorithm>
@@ -82,8 +83,7 @@ PStatus PDeviceProfilePlan::make(const PDeviceProfile& profile) {
     m_mode.reset();
     m_currentMode = m_device.getCurrentMode();
     m_isSameModel = profile.model == m_device.model();
-    for (PDeviceProperty* property : m_device.supportProperties())
-        property->updateValueFromDevice();
+    const PQuietReading reading(m_device.supportProperties());
     noteOrigin();
     PStatus status = planMode();
     if (status.isOk())

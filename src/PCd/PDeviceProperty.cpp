@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <PCd/PDeviceProperty.h>
 
+#include <PCd/PGadgetFields.h>
 #include <PCd/PMetaTypes.h>
 #include <PCd/PPropertyStreamForm.h>
 #include <PCd/PWidgetFactory.h>
@@ -62,14 +63,21 @@ void PDeviceProperty::setValue(const QVariant& value) {
     emit valueChanged(m_value);
 }
 
-void PDeviceProperty::updateValueFromDevice(bool force) {
-    const QVariant range = tryGetRange();
-    const bool rangeDiffers = range != m_range;
-    m_range = range;
-    // Kept from before: a composite property may store what it reads while it reads.
+PDeviceProperty::Reading PDeviceProperty::readFromDevice() {
+    Reading reading;
+    reading.range = tryGetRange();
+    // A composite property may store what it reads while it reads.
     const QVariant known = m_value;
-    const QVariant value = tryGetValue();
-    const bool valueDiffers = value != known;
+    reading.value = PGadgetFields::withHostFields(tryGetValue(), known);
+    m_value = known;
+    return reading;
+}
+
+void PDeviceProperty::updateValueFromDevice(bool force) {
+    const auto [value, range] = readFromDevice();
+    const bool rangeDiffers = range != m_range;
+    const bool valueDiffers = value != m_value;
+    m_range = range;
     m_value = value;
     if (rangeDiffers || force)
         emit rangeChanged(m_range);

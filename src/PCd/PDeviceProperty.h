@@ -52,6 +52,15 @@ public:
     QVariant valueInner() const { return m_value; }
     QVariant rangeInner() const { return m_range; }
 
+    /// What a device has: a value, and the range it lies in.
+    struct Reading {
+        QVariant value;
+        QVariant range;
+    };
+    /// Reads range and value from the device; keeps neither, and emits nothing. Fields of a
+    /// composite value that the device does not hold are those of the host's copy.
+    Reading readFromDevice();
+
     /// Sends a value to the device, reads what the device then has, whatever it answered, and emits
     /// valueChanged() with that in any case: an editor that shows what was refused goes back. Only
     /// a composite value that the device took becomes the host's copy as given, since devices do
@@ -85,7 +94,8 @@ protected:
     void setValueInner(const QVariant& value) { m_value = value; }
 
 private:
-    friend class PDevice; // takes the property
+    friend class PDevice;       // takes the property
+    friend class PQuietReading; // shows a reading for a while
 
     QByteArray m_id;
     QString m_title;

@@ -58,6 +58,22 @@ QString fieldText(const QVariant& field) {
     return PPropertyText::ofValue(field, QVariant());
 }
 
+QString classInfo(const QVariant& value, const char* name) {
+    const QMetaObject* const fields = fieldsOf(value);
+    const int index = fields == nullptr ? -1 : fields->indexOfClassInfo(name);
+    return index < 0 ? QString() : QString::fromLatin1(fields->classInfo(index).value());
+}
+
+/// The fields of this value that the host alone holds.
+QStringList hostFieldsOf(const QVariant& value) {
+    const QString condition = classInfo(value, "HostFieldsWhile");
+    const QString field = condition.section(QLatin1Char('='), 0, 0);
+    const QString wanted = condition.section(QLatin1Char('='), 1);
+    if (condition.isEmpty() || fieldText(PGadgetFields::read(value, field)) != wanted)
+        return {};
+    return classInfo(value, "HostFields").split(QLatin1Char(' '), Qt::SkipEmptyParts);
+}
+
 } // namespace
 
 bool PGadgetFields::isComposite(const QVariant& value) {
@@ -87,6 +103,14 @@ PStatus PGadgetFields::write(QVariant& value, const QString& name, const QString
         return PStatus::failure(QStringLiteral("\"%1\" cannot be \"%2\": expected %3")
                                     .arg(name, text, expectationOf(field.metaType())));
     return PStatus::Ok;
+}
+
+QVariant PGadgetFields::withHostFields(QVariant read, const QVariant& known) {
+    if (read.metaType() != known.metaType())
+        return read;
+    for (const QString& name : hostFieldsOf(read))
+        fieldOf(read, name).writeOnGadget(read.data(), PGadgetFields::read(known, name));
+    return read;
 }
 
 QString PGadgetFields::toText(const QVariant& value) {

@@ -8,6 +8,10 @@
 
 /// The named fields of a composite value: those that its type declares with Q_GADGET and
 /// Q_PROPERTY. Whoever shows or edits such a value needs nothing else of its type. Any thread.
+///
+/// A type can name fields that a device does not hold while another field has a certain value:
+/// Q_CLASSINFO("HostFields", "exp gain") and Q_CLASSINFO("HostFieldsWhile", "capturemode=1"). What
+/// is read of them from the device means something else then, and the host's copy stands.
 class PGadgetFields {
 public:
     /// True if the value is a composite with fields.
@@ -20,6 +24,10 @@ public:
     /// switch as in PPropertyText. Fails, and changes nothing, with a sentence that names the
     /// field, the text and what was expected.
     static PStatus write(QVariant& value, const QString& name, const QString& text);
+    /// A value as read from a device, with the fields that the device does not hold taken from
+    /// what the host has known. Values of different types, and those without fields, come back as
+    /// they were read.
+    static QVariant withHostFields(QVariant read, const QVariant& known);
     /// "target=100 gain=120 …".
     static QString toText(const QVariant& value);
 };

@@ -13,6 +13,8 @@ struct Lamp {
     Q_PROPERTY(qint32 colour MEMBER colour)
     Q_PROPERTY(double hours MEMBER hours)
     Q_PROPERTY(bool on MEMBER on)
+    Q_CLASSINFO("HostFields", "power hours")
+    Q_CLASSINFO("HostFieldsWhile", "on=off")
 
 public:
     quint16 power = 7;
@@ -75,6 +77,25 @@ TEST(GadgetFields, are_named_in_the_order_of_their_declaration) {
     EXPECT_EQ(PGadgetFields::names(lamp()).join(QLatin1Char(' ')),
               QStringLiteral("power colour hours on"));
     EXPECT_EQ(PGadgetFields::toText(lamp()), QStringLiteral("power=7 colour=-3 hours=1.5 on=on"));
+}
+
+TEST(GadgetFields, of_the_host_are_taken_from_what_it_has_known_while_their_condition_holds) {
+    const auto lampOf = [](quint16 power, qint32 colour, double hours, bool on) {
+        Lamp lamp;
+        lamp.power = power;
+        lamp.colour = colour;
+        lamp.hours = hours;
+        lamp.on = on;
+        return QVariant::fromValue(lamp);
+    };
+    const QVariant known = lampOf(1, 2, 3, false);
+    EXPECT_EQ(PGadgetFields::toText(PGadgetFields::withHostFields(lampOf(7, 8, 9, false), known)),
+              QStringLiteral("power=1 colour=8 hours=3 on=off"));
+    EXPECT_EQ(PGadgetFields::toText(PGadgetFields::withHostFields(lampOf(7, 8, 9, true), known)),
+              QStringLiteral("power=7 colour=8 hours=9 on=on"));
+    EXPECT_EQ(PGadgetFields::withHostFields(5, known), QVariant(5));
+    EXPECT_EQ(PGadgetFields::withHostFields(5, 6), QVariant(5));
+    EXPECT_FALSE(PGadgetFields::withHostFields(QVariant(), QVariant()).isValid());
 }
 
 TEST(GadgetFields, plain_values_have_none) {

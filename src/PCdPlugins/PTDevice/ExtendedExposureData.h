@@ -8,6 +8,10 @@
 /// value of "extexposure". A value; any thread.
 struct ExtendedExposureData {
     Q_GADGET
+    // In triggered capture the camera has one exposure time, that of a triggered frame, and no
+    // automatic exposure: those of the video are with the host.
+    Q_CLASSINFO("HostFields", "exp autoexpenabled")
+    Q_CLASSINFO("HostFieldsWhile", "capturemode=1")
     Q_PROPERTY(quint16 target MEMBER target)
     Q_PROPERTY(quint16 gain MEMBER gain)
     Q_PROPERTY(double exp MEMBER exp)

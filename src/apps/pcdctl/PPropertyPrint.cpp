@@ -4,8 +4,8 @@
 #include "PCtlOutput.h"
 #include "PPropertyJson.h"
 
-#include <PCd/PDeviceProperty.h>
 #include <PCd/PPropertyText.h>
+#include <PCd/PQuietReading.h>
 
 namespace {
 
@@ -22,8 +22,7 @@ void printLines(const QList<PDeviceProperty*>& properties) {
 void printPropertyValues(const QString& cameraId, const QList<PDeviceProperty*>& properties,
                          bool json, const QJsonObject& more) {
     // One setting may have changed another since.
-    for (PDeviceProperty* property : properties)
-        property->updateValueFromDevice();
+    const PQuietReading reading(properties);
     if (!json) {
         printLines(properties);
         return;

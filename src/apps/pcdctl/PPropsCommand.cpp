@@ -5,10 +5,10 @@
 #include "PPropertyJson.h"
 #include "PPropertyLookup.h"
 
-#include <PCd/PDeviceProperty.h>
 #include <PCd/PDevicePropertyGroup.h>
 #include <PCd/PPropertyCheck.h>
 #include <PCd/PPropertyText.h>
+#include <PCd/PQuietReading.h>
 
 namespace {
 
@@ -122,8 +122,7 @@ PCtlOutcome printProperties(PCameraSession& session, const PCtlOptions& options)
         return outcome;
     const Properties all = device.supportProperties();
     const Properties shown = options.words.isEmpty() ? all : shownOf(all, named);
-    for (PDeviceProperty* property : shown)
-        property->updateValueFromDevice();
+    const PQuietReading reading(shown);
     const QList<Section> groups = groupsOf(device, shown);
     if (options.json)
         printJson(session.cameraId(), shown, groups);

@@ -14,6 +14,8 @@
 #include <QSettings>
 #include <QTranslator>
 
+#include <array>
+
 #include <dlfcn.h>
 
 namespace {
@@ -122,6 +124,19 @@ bool ViewSession::unplug(const char* camera) {
 
 bool ViewSession::plug(const char* camera) {
     return simFunction<int(const char*)>("ToupcamSim_plug")(camera) == 1;
+}
+
+QStringList ViewSession::puts() {
+    auto* const journal = simFunction<unsigned(unsigned, char*, unsigned)>("ToupcamSim_journal");
+    QStringList lines;
+    for (unsigned index = 0; index < journal(0, nullptr, 0); ++index) {
+        std::array<char, 512> line{};
+        journal(index, line.data(), unsigned(line.size()));
+        const QString text = QString::fromUtf8(line.data());
+        if (text.contains(u"_put_"_qs))
+            lines.append(text);
+    }
+    return lines;
 }
 
 void ViewSession::fail(const char* function, unsigned calls) {

@@ -52,6 +52,8 @@ protected:
     /// Pulls and plugs the cable of a simulated camera.
     static bool unplug(const char* camera);
     static bool plug(const char* camera);
+    /// The calls of the SDK so far that set something, oldest first, as the journal has them.
+    static QStringList puts();
     /// Has the next calls of a function of the SDK fail.
     static void fail(const char* function, unsigned calls);
     QString captureFolder() const { return path(QStringLiteral("captures")); }
