@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QHash>
 #include <QList>
 #include <QString>
 #include <QVariant>
@@ -14,6 +15,8 @@ struct PDeviceProfile {
         QByteArray id;
         QVariant form;    ///< see PPropertyStreamForm
         QString position; ///< in the file, for people: "line 12"
+        /// Where the fields stand whose values are the form, a QVariantMap.
+        QHash<QString, QString> fieldPositions = {};
     };
 
     QString path;   ///< the file

@@ -72,11 +72,26 @@ private:
         const QString value = QStringLiteral("value");
         enter(id);
         expectNames({value});
-        const QVariant form = m_reader.readValue(value);
-        if (form.isValid())
-            m_profile.settings.append({id.toUtf8(), form, m_reader.position(value)});
-        else if (names().contains(value))
-            throw Fault{placeOf(value), QStringLiteral("an object where a value was expected")};
+        PDeviceProfile::Setting setting{id.toUtf8(), m_reader.readValue(value),
+                                        m_reader.position(value)};
+        if (m_reader.objectNames().contains(value))
+            fields(value, setting);
+        if (setting.form.isValid())
+            m_profile.settings.append(setting);
+        leave();
+    }
+
+    /// Of a value that is an object: its fields by their names.
+    void fields(const QString& value, PDeviceProfile::Setting& setting) {
+        enter(value);
+        QVariantMap form;
+        for (const QString& name : names()) {
+            if (m_reader.objectNames().contains(name))
+                throw Fault{placeOf(name), QStringLiteral("an object where a value was expected")};
+            form.insert(name, m_reader.readValue(name));
+            setting.fieldPositions.insert(name, m_reader.position(name));
+        }
+        setting.form = form;
         leave();
     }
 

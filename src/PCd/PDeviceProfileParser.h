@@ -8,7 +8,7 @@
 class PAbstractReader;
 
 /// What a profile is made of, whatever the format of the file: {format, version, camera: {model,
-/// serial, mode, properties: {id: {value}}}}. Any thread.
+/// serial, mode, properties: {id: {value}}}}, where a value may be an object of fields. Any thread.
 class PDeviceProfileParser {
 public:
     static constexpr int Version = 1;

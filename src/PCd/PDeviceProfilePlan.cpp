@@ -5,6 +5,7 @@
 #include <PCd/PDeviceProfileOrder.h>
 #include <PCd/PDeviceProperty.h>
 #include <PCd/PEnumeration.h>
+#include <PCd/PGadgetFields.h>
 #include <PCd/PPropertyCheck.h>
 #include <PCd/PPropertyStreamForm.h>
 #include <PCd/PPropertyText.h>
@@ -56,6 +57,8 @@ QString textOf(const QVariant& form) {
         return PDeviceProfilePlan::tr("%1 with a decimal point").arg(form.toDouble());
     case QMetaType::QByteArray:
         return PDeviceProfilePlan::tr("these bytes");
+    case QMetaType::QVariantMap:
+        return PDeviceProfilePlan::tr("these fields");
     default:
         return PPropertyText::ofValue(form, QVariant());
     }
@@ -63,6 +66,31 @@ QString textOf(const QVariant& form) {
 
 QString cannotBe(const QString& value, const QString& expected) {
     return PDeviceProfilePlan::tr("cannot be %1: expected %2").arg(value, expected);
+}
+
+/// In the words of files, which have the fields of a value together.
+QString expectedOf(const PDeviceProperty& property, const QVariant& range) {
+    const QStringList fields = PGadgetFields::storedNames(property.valueInner());
+    return fields.isEmpty()
+               ? PPropertyCheck::expectation(property, range)
+               : PDeviceProfilePlan::tr("the fields %1").arg(fields.join(QStringLiteral(", ")));
+}
+
+bool isOfFields(const QVariant& form, const QVariant& current) {
+    return form.typeId() == QMetaType::QVariantMap && PGadgetFields::isComposite(current);
+}
+
+/// The form without what is no field that profiles hold.
+QVariant storedPart(const QVariant& form, const QVariant& current) {
+    if (!isOfFields(form, current))
+        return form;
+    QVariantMap stored;
+    const QVariantMap fields = form.toMap();
+    for (const QString& name : PGadgetFields::storedNames(current)) {
+        if (fields.contains(name))
+            stored.insert(name, fields.value(name));
+    }
+    return stored;
 }
 
 QString alreadySo() {
@@ -148,8 +176,13 @@ PStatus PDeviceProfilePlan::planSetting(const PDeviceProfile::Setting& setting) 
 PStatus PDeviceProfilePlan::planValue(const PDeviceProfile::Setting& setting,
                                       PDeviceProperty& property) {
     const QVariant range = rangeInMode(property);
+    const QVariant current = property.valueInner();
+    const PStatus fields =
+        isOfFields(setting.form, current) ? checkFields(setting, current) : PStatus(PStatus::Ok);
+    if (!fields.isOk())
+        return fields;
     const QVariant value =
-        PPropertyStreamForm::fromForm(setting.form, property.valueInner(), range);
+        PPropertyStreamForm::fromForm(storedPart(setting.form, current), current, range);
     if (value.isValid() && PPropertyCheck::check(property, value, range).isOk()) {
         m_steps.append({&property, value});
         return PStatus::Ok;
@@ -160,10 +193,47 @@ PStatus PDeviceProfilePlan::planValue(const PDeviceProfile::Setting& setting,
         m_report.ignored.append({setting.id, alreadySo()});
         return PStatus::Ok;
     }
-    const QString reason =
-        cannotBe(textOf(setting.form), PPropertyCheck::expectation(property, range));
+    const QString reason = cannotBe(textOf(setting.form), expectedOf(property, range));
     return value.isValid() || isForeignChoice(setting.form, range) ? refuse(setting, reason)
                                                                    : damage(setting, reason);
+}
+
+/// Field by field, so that the message names the one that is wrong, and its line.
+PStatus PDeviceProfilePlan::checkFields(const PDeviceProfile::Setting& setting,
+                                        const QVariant& current) {
+    const QVariantMap fields = setting.form.toMap();
+    for (auto field = fields.begin(); field != fields.end(); ++field) {
+        const QString& name = field.key();
+        const PStatus status = checkField(
+            {setting.id + '.' + name.toUtf8(), field.value(), setting.fieldPositions.value(name)},
+            name, current);
+        if (!status.isOk())
+            return status;
+    }
+    for (const QString& name : PGadgetFields::storedNames(current)) {
+        if (!fields.contains(name))
+            m_report.missing.append(setting.id + '.' + name.toUtf8());
+    }
+    return PStatus::Ok;
+}
+
+PStatus PDeviceProfilePlan::checkField(const PDeviceProfile::Setting& field, const QString& name,
+                                       const QVariant& current) {
+    const QStringList stored = PGadgetFields::storedNames(current);
+    if (!PGadgetFields::names(current).contains(name)) {
+        return damage(field,
+                      cannotBe(textOf(field.form),
+                               tr("one of the fields %1").arg(stored.join(QStringLiteral(", ")))));
+    }
+    if (!stored.contains(name)) {
+        m_report.ignored.append({field.id, tr("profiles do not hold this property")});
+        return PStatus::Ok;
+    }
+    QVariant tried = current;
+    return PGadgetFields::assign(tried, name, field.form)
+               ? PStatus(PStatus::Ok)
+               : damage(field,
+                        cannotBe(textOf(field.form), PGadgetFields::expectation(current, name)));
 }
 
 /// A camera of another model has other ranges, and that is nobody's mistake. With the same model it

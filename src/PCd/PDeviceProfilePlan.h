@@ -29,9 +29,9 @@ public:
     explicit PDeviceProfilePlan(PDevice& device, Mode mode = Mode::OfProfile);
 
     /// Reads the device anew and checks every value of the profile against it; sends nothing. Fails
-    /// with file, line and what was expected if a value is of a type its property cannot have, or,
-    /// in a profile of this model, outside its range. What this camera lacks, and what another
-    /// model has other ranges for, is no failure: see the report.
+    /// with file, line and what was expected if a value, or a field of one, is of a type its
+    /// property cannot have, or, in a profile of this model, outside its range. What this camera
+    /// lacks, and what another model has other ranges for, is no failure: see the report.
     PStatus make(const PDeviceProfile& profile);
 
     /// Sends what make() has found good, once (nothing if it failed): the mode first, then in
@@ -49,6 +49,9 @@ private:
     PStatus planSettings();
     PStatus planSetting(const PDeviceProfile::Setting& setting);
     PStatus planValue(const PDeviceProfile::Setting& setting, PDeviceProperty& property);
+    PStatus checkFields(const PDeviceProfile::Setting& setting, const QVariant& current);
+    PStatus checkField(const PDeviceProfile::Setting& field, const QString& name,
+                       const QVariant& current);
     PStatus refuse(const PDeviceProfile::Setting& setting, const QString& reason);
     PStatus damage(const PDeviceProfile::Setting& setting, const QString& reason) const;
     void sortSteps();

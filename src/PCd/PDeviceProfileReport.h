@@ -16,7 +16,7 @@ struct PDeviceProfileReport {
     QList<QByteArray> applied; ///< in the order they were sent, "mode" among them
     QList<Item> refused;       ///< the camera lacks it, cannot have it, or did not take it
     QList<Item> ignored;       ///< never meant to be set: actions, what profiles do not hold
-    QList<QByteArray> missing; ///< serialisable properties that the profile has no value for
+    QList<QByteArray> missing; ///< serialisable properties, and "id.field", without a value in it
     QString note;              ///< that it was saved from another camera; empty: it was not
 
     /// True if every value of the profile that can be meant is in force.

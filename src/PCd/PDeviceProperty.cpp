@@ -44,11 +44,11 @@ bool PDeviceProperty::writeStreamThis(PAbstractWriter* writer, const QString& na
 }
 
 bool PDeviceProperty::writeValueToStream(PAbstractWriter* writer) const {
-    return writer->writeValue(valueName(), PPropertyStreamForm::toForm(m_value, m_range));
+    return PPropertyStreamForm::write(*writer, valueName(), m_value, m_range);
 }
 
 bool PDeviceProperty::readValueFromStream(PAbstractReader* reader, const QString& name) {
-    const QVariant form = reader->readValue(name);
+    const QVariant form = PPropertyStreamForm::read(*reader, name);
     const QVariant value = PPropertyStreamForm::fromForm(form, m_value, m_range);
     if (!value.isValid())
         return false;

@@ -27,12 +27,29 @@ QVariant numberIn(const QString& text) {
 }
 
 /// A whole number, if it survives the way into the field's type and back.
+QVariant wholeNumber(qlonglong number, QMetaType type) {
+    QVariant field(number);
+    return field.convert(type) && field.toLongLong() == number ? field : QVariant();
+}
+
 QVariant wholeNumberIn(const QString& text, QMetaType type) {
     bool isNumber = false;
     const qlonglong number = text.toLongLong(&isNumber);
-    QVariant field(number);
-    const bool fits = isNumber && field.convert(type) && field.toLongLong() == number;
-    return fits ? field : QVariant();
+    return isNumber ? wholeNumber(number, type) : QVariant();
+}
+
+bool isWholeNumber(const QVariant& value) {
+    return value.typeId() == QMetaType::Int || value.typeId() == QMetaType::LongLong;
+}
+
+/// A value of a file in the field's type: there, a whole number may stand for any number.
+QVariant inFieldType(const QVariant& given, QMetaType type) {
+    if (given.metaType() == type)
+        return given;
+    if (!isWholeNumber(given) || type.id() == QMetaType::Bool)
+        return QVariant();
+    return type.id() == QMetaType::Double ? QVariant(given.toDouble())
+                                          : wholeNumber(given.toLongLong(), type);
 }
 
 QVariant meaningOf(const QString& text, QMetaType type) {
@@ -45,13 +62,13 @@ QVariant meaningOf(const QString& text, QMetaType type) {
 
 QString expectationOf(QMetaType type) {
     if (type.id() == QMetaType::Bool)
-        return QStringLiteral("on or off");
+        return PGadgetFields::tr("on or off");
     if (type.id() == QMetaType::Double)
-        return QStringLiteral("a number");
+        return PGadgetFields::tr("a number");
     const bool isUnsigned = type.id() == QMetaType::UShort || type.id() == QMetaType::UInt;
     const int bits = int(type.sizeOf()) * 8;
-    return isUnsigned ? QStringLiteral("a whole number of %1 bits, without a sign").arg(bits)
-                      : QStringLiteral("a whole number of %1 bits").arg(bits);
+    return isUnsigned ? PGadgetFields::tr("a whole number of %1 bits, without a sign").arg(bits)
+                      : PGadgetFields::tr("a whole number of %1 bits").arg(bits);
 }
 
 QString fieldText(const QVariant& field) {
@@ -88,6 +105,12 @@ QStringList PGadgetFields::names(const QVariant& value) {
     return all;
 }
 
+QStringList PGadgetFields::storedNames(const QVariant& value) {
+    QStringList stored = names(value);
+    stored.removeIf([&](const QString& name) { return !fieldOf(value, name).isStored(); });
+    return stored;
+}
+
 QVariant PGadgetFields::read(const QVariant& value, const QString& name) {
     const QMetaProperty field = fieldOf(value, name);
     return field.isValid() ? field.readOnGadget(value.constData()) : QVariant();
@@ -103,6 +126,17 @@ PStatus PGadgetFields::write(QVariant& value, const QString& name, const QString
         return PStatus::failure(QStringLiteral("\"%1\" cannot be \"%2\": expected %3")
                                     .arg(name, text, expectationOf(field.metaType())));
     return PStatus::Ok;
+}
+
+bool PGadgetFields::assign(QVariant& value, const QString& name, const QVariant& given) {
+    const QMetaProperty field = fieldOf(value, name);
+    const QVariant meant = field.isValid() ? inFieldType(given, field.metaType()) : QVariant();
+    return meant.isValid() && field.writeOnGadget(value.data(), meant);
+}
+
+QString PGadgetFields::expectation(const QVariant& value, const QString& name) {
+    const QMetaProperty field = fieldOf(value, name);
+    return field.isValid() ? expectationOf(field.metaType()) : QString();
 }
 
 QVariant PGadgetFields::withHostFields(QVariant read, const QVariant& known) {

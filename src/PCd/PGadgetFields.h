@@ -3,6 +3,7 @@
 
 #include <PCore/PStatus.h>
 
+#include <QCoreApplication>
 #include <QStringList>
 #include <QVariant>
 
@@ -13,17 +14,26 @@
 /// Q_CLASSINFO("HostFields", "exp gain") and Q_CLASSINFO("HostFieldsWhile", "capturemode=1"). What
 /// is read of them from the device means something else then, and the host's copy stands.
 class PGadgetFields {
+    Q_DECLARE_TR_FUNCTIONS(PGadgetFields)
+
 public:
     /// True if the value is a composite with fields.
     static bool isComposite(const QVariant& value);
     /// The fields' names in the order of their declaration; empty for any other value.
     static QStringList names(const QVariant& value);
+    /// Those that are saved: all but the ones declared with STORED false.
+    static QStringList storedNames(const QVariant& value);
     /// One field's value; invalid if there is none of this name.
     static QVariant read(const QVariant& value, const QString& name);
     /// Sets one field to what a text means: a whole number that fits the field, a number, or a
     /// switch as in PPropertyText. Fails, and changes nothing, with a sentence that names the
     /// field, the text and what was expected.
     static PStatus write(QVariant& value, const QString& name, const QString& text);
+    /// Sets one field to a value as files hold them: a number that fits the field, true or false.
+    /// False, and nothing is changed, if the field cannot have it, or there is no such field.
+    static bool assign(QVariant& value, const QString& name, const QVariant& given);
+    /// What a field can be, in words: "a whole number of 16 bits"; empty if there is none.
+    static QString expectation(const QVariant& value, const QString& name);
     /// A value as read from a device, with the fields that the device does not hold taken from
     /// what the host has known. Values of different types, and those without fields, come back as
     /// they were read.

@@ -2,6 +2,10 @@
 #include <PCd/PPropertyStreamForm.h>
 
 #include <PCd/PEnumeration.h>
+#include <PCd/PGadgetFields.h>
+
+#include <PCore/PAbstractReader.h>
+#include <PCore/PAbstractWriter.h>
 
 #include <QDataStream>
 #include <QIODevice>
@@ -42,6 +46,43 @@ QVariant choiceOfName(const QVariant& form, const PEnumeration& choices) {
     return QVariant();
 }
 
+/// A field in a type that files have; invalid if there is none for it.
+QVariant plainField(const QVariant& field) {
+    switch (field.typeId()) {
+    case QMetaType::SChar:
+    case QMetaType::UChar:
+    case QMetaType::Short:
+    case QMetaType::UShort:
+        return field.toInt();
+    case QMetaType::UInt:
+        return field.toLongLong();
+    default:
+        return isPlain(field.typeId()) ? field : QVariant();
+    }
+}
+
+/// Empty if there are no stored fields, or files have no type for one of them.
+QVariantMap fieldsOf(const QVariant& value) {
+    QVariantMap fields;
+    for (const QString& name : PGadgetFields::storedNames(value)) {
+        const QVariant field = plainField(PGadgetFields::read(value, name));
+        if (!field.isValid())
+            return {};
+        fields.insert(name, field);
+    }
+    return fields;
+}
+
+QVariant valueOfFields(const QVariantMap& fields, QVariant value) {
+    const QStringList stored = PGadgetFields::storedNames(value);
+    for (auto field = fields.begin(); field != fields.end(); ++field) {
+        if (!stored.contains(field.key()) ||
+            !PGadgetFields::assign(value, field.key(), field.value()))
+            return QVariant();
+    }
+    return value;
+}
+
 QVariant bytesOf(const QVariant& value) {
     QByteArray bytes;
     QDataStream stream(&bytes, QIODevice::WriteOnly);
@@ -73,7 +114,10 @@ QVariant PPropertyStreamForm::toForm(const QVariant& value, const QVariant& rang
         return QVariant();
     if (isChoice(range))
         return nameOfChoice(value, range.value<PEnumeration>());
-    return isPlain(value.typeId()) ? value : bytesOf(value);
+    if (isPlain(value.typeId()))
+        return value;
+    const QVariantMap fields = fieldsOf(value);
+    return fields.isEmpty() ? bytesOf(value) : fields;
 }
 
 QVariant PPropertyStreamForm::fromForm(const QVariant& form, const QVariant& current,
@@ -84,7 +128,33 @@ QVariant PPropertyStreamForm::fromForm(const QVariant& form, const QVariant& cur
         return form;
     if (isComposite(current) && form.typeId() == QMetaType::QByteArray)
         return valueOfBytes(form.toByteArray(), current);
+    if (form.typeId() == QMetaType::QVariantMap && PGadgetFields::isComposite(current))
+        return valueOfFields(form.toMap(), current);
     return QVariant();
+}
+
+bool PPropertyStreamForm::write(PAbstractWriter& writer, const QString& name, const QVariant& value,
+                                const QVariant& range) {
+    const QVariant form = toForm(value, range);
+    if (form.typeId() != QMetaType::QVariantMap)
+        return writer.writeValue(name, form);
+    const QVariantMap fields = form.toMap();
+    bool done = true;
+    writer.beginObject(name);
+    for (const QString& field : PGadgetFields::storedNames(value)) // in the order of the type
+        done = writer.writeValue(field, fields.value(field)) && done;
+    writer.endObject();
+    return done;
+}
+
+QVariant PPropertyStreamForm::read(PAbstractReader& reader, const QString& name) {
+    if (!reader.beginObject(name))
+        return reader.readValue(name);
+    QVariantMap fields;
+    for (const QString& field : reader.valueNames())
+        fields.insert(field, reader.readValue(field));
+    reader.endObject();
+    return fields;
 }
 
 bool PPropertyStreamForm::areEqual(const QVariant& formA, const QVariant& formB) {

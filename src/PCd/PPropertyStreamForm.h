@@ -3,22 +3,35 @@
 
 #include <QVariant>
 
+class PAbstractReader;
+class PAbstractWriter;
+
 /// The form in which a property's value is written: a choice as its item's untranslated name, which
-/// people can read and edit; a composite value as the bytes of its QDataStream operators;
-/// everything else as it is. Any thread.
+/// people can read and edit; a composite value as its stored fields by their names (PGadgetFields),
+/// or, if it declares none, as the bytes of its QDataStream operators; everything else as it is.
+/// Any thread.
 class PPropertyStreamForm {
 public:
     /// True for a valid value of a type that plugins make: a record of several fields.
     static bool isComposite(const QVariant& value);
     /// A choice as its item's untranslated name, any other value as it is.
     static QVariant named(const QVariant& value, const QVariant& range);
-    /// The form of a value, which may depend on the property's range. Invalid if it has none.
+    /// The form of a value, which may depend on the property's range. Invalid if it has none. The
+    /// fields of a composite are a QVariantMap.
     static QVariant toForm(const QVariant& value, const QVariant& range);
 
     /// The value of a form. `current` is the property's value now: its type says what is expected,
-    /// and what a composite's bytes leave out stays as it is there. Invalid if the form makes no
-    /// value: an unknown name, bytes that are too few or too many, another type.
+    /// and what a composite's fields or bytes leave out stays as it is there. Invalid if the form
+    /// makes no value: an unknown name, a field that is none or cannot have that value, bytes that
+    /// are too few or too many, another type.
     static QVariant fromForm(const QVariant& form, const QVariant& current, const QVariant& range);
+
+    /// Writes the form of a value under this name: fields as an object, anything else as a value.
+    /// False if it has none.
+    static bool write(PAbstractWriter& writer, const QString& name, const QVariant& value,
+                      const QVariant& range);
+    /// Reads what write() wrote; invalid if there is nothing of this name.
+    static QVariant read(PAbstractReader& reader, const QString& name);
 
     /// True if two forms are equal and of one type: to QVariant alone, "1" is 1.
     static bool areEqual(const QVariant& formA, const QVariant& formB);

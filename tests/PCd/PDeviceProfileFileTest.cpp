@@ -191,7 +191,7 @@ INSTANTIATE_TEST_SUITE_P(
                   "line 9: expected \"gain\": an object"},
         DamageRow{"a_property_with_another_name_in_it", replaced(sound, "value", "valeu"),
                   "line 10: \"valeu\" does not belong here: expected value"},
-        DamageRow{"a_value_that_is_an_object", replaced(sound, ": 5}", ": {}}"),
+        DamageRow{"a_field_that_is_an_object", replaced(sound, ": 5}", ": {\"a\": {}}}"),
                   "line 10: an object where a value was expected"},
         DamageRow{"a_value_that_is_null", replaced(sound, ": 5}", ": null}"), "line 10: null"},
         DamageRow{"a_value_that_is_a_list", replaced(sound, ": 5}", ": [5]}"), "line 10: an array"},

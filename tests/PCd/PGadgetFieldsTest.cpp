@@ -98,6 +98,59 @@ TEST(GadgetFields, of_the_host_are_taken_from_what_it_has_known_while_their_cond
     EXPECT_FALSE(PGadgetFields::withHostFields(QVariant(), QVariant()).isValid());
 }
 
+namespace {
+
+struct GivenRow {
+    const char* name;
+    const char* field;
+    QVariant given;
+    QVariant expected; ///< invalid: refused
+};
+
+void PrintTo(const GivenRow& row, std::ostream* out) {
+    *out << row.field << " of " << row.name;
+}
+
+class GivenField : public testing::TestWithParam<GivenRow> {};
+
+TEST_P(GivenField, is_taken_in_a_type_of_files_that_fits_it_and_refused_otherwise) {
+    QVariant value = lamp();
+    const GivenRow& row = GetParam();
+    const QString field = QString::fromLatin1(row.field);
+    const QVariant before = PGadgetFields::read(value, field);
+    EXPECT_EQ(PGadgetFields::assign(value, field, row.given), row.expected.isValid());
+    EXPECT_EQ(PGadgetFields::read(value, field), row.expected.isValid() ? row.expected : before);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    PCd, GivenField,
+    testing::Values(
+        GivenRow{"a_number", "power", 65535, QVariant::fromValue<quint16>(65535)},
+        GivenRow{"a_number_too_large", "power", 65536, {}},
+        GivenRow{"a_number_below_zero", "power", -1, {}},
+        GivenRow{"a_number_of_64_bits", "colour", qlonglong(5), 5},
+        GivenRow{"a_number_of_64_bits_too_large", "colour", qlonglong(1) << 32, {}},
+        GivenRow{"a_fraction_in_a_whole_number", "colour", 2.0, {}},
+        GivenRow{"a_fraction", "hours", 2.5, 2.5}, GivenRow{"a_whole_number", "hours", 2, 2.0},
+        GivenRow{"a_switch", "on", false, false}, GivenRow{"a_number_for_a_switch", "on", 0, {}},
+        GivenRow{"a_switch_for_a_number", "power", true, {}},
+        GivenRow{"a_text_for_a_number", "power", QStringLiteral("7"), {}},
+        GivenRow{"nothing", "power", {}, {}}, GivenRow{"an_unknown_field", "weight", 1, {}}),
+    RowName());
+
+} // namespace
+
+TEST(GadgetFields, say_what_they_can_be) {
+    const auto expectation = [](const char* field) {
+        return PGadgetFields::expectation(lamp(), QString::fromLatin1(field));
+    };
+    EXPECT_EQ(expectation("power"), QStringLiteral("a whole number of 16 bits, without a sign"));
+    EXPECT_EQ(expectation("colour"), QStringLiteral("a whole number of 32 bits"));
+    EXPECT_EQ(expectation("hours"), QStringLiteral("a number"));
+    EXPECT_EQ(expectation("on"), QStringLiteral("on or off"));
+    EXPECT_EQ(expectation("weight"), QString());
+}
+
 TEST(GadgetFields, plain_values_have_none) {
     QVariant plain = 5;
     EXPECT_FALSE(PGadgetFields::isComposite(plain));

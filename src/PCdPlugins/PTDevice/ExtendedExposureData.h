@@ -21,8 +21,8 @@ struct ExtendedExposureData {
     Q_PROPERTY(qint32 milliseconds MEMBER milliseconds)
     Q_PROPERTY(qint32 microseconds MEMBER microseconds)
     Q_PROPERTY(qint32 spincount MEMBER spincount)
-    Q_PROPERTY(qint32 triggermode MEMBER triggermode)
-    Q_PROPERTY(qint32 capturemode MEMBER capturemode)
+    Q_PROPERTY(qint32 triggermode MEMBER triggermode STORED false)
+    Q_PROPERTY(qint32 capturemode MEMBER capturemode STORED false)
 
 public:
     enum TriggerMode { SoftwareTrigger = 0, ExternalTrigger = 1 };

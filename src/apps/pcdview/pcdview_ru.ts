@@ -203,6 +203,18 @@
 <context>
     <name>PDeviceProfilePlan</name>
     <message>
+        <source>these fields</source>
+        <translation>эти поля</translation>
+    </message>
+    <message>
+        <source>the fields %1</source>
+        <translation>поля %1</translation>
+    </message>
+    <message>
+        <source>one of the fields %1</source>
+        <translation>одно из полей %1</translation>
+    </message>
+    <message>
         <source>one of %1</source>
         <translation>одно из %1</translation>
     </message>
@@ -312,6 +324,25 @@
     <message>
         <source>Frames</source>
         <translation>Кадры</translation>
+    </message>
+</context>
+<context>
+    <name>PGadgetFields</name>
+    <message>
+        <source>on or off</source>
+        <translation>on или off</translation>
+    </message>
+    <message>
+        <source>a number</source>
+        <translation>число</translation>
+    </message>
+    <message>
+        <source>a whole number of %1 bits</source>
+        <translation>целое число из %1 бит</translation>
+    </message>
+    <message>
+        <source>a whole number of %1 bits, without a sign</source>
+        <translation>целое число из %1 бит без знака</translation>
     </message>
 </context>
 <context>

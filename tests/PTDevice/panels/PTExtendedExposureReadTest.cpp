@@ -9,6 +9,7 @@
 
 #include <support/QtPrinters.h>
 
+#include <QFile>
 #include <QTemporaryDir>
 
 namespace {
@@ -48,6 +49,9 @@ TEST_F(PTExtendedExposureRead, saving_a_profile_sends_nothing_and_keeps_the_vide
     EXPECT_EQ(puts(), std::vector<std::string>());
     EXPECT_EQ(stored().exp, 20);
     EXPECT_EQ(time()->value(), 20);
+    QFile saved(file);
+    ASSERT_TRUE(saved.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(saved.readAll().contains("\"exp\": 20.0,"));
     clickOn(button("pbVideo"));
     const std::vector<std::string> times = SimJournal::calls("Toupcam_put_ExpoTime");
     ASSERT_FALSE(times.empty());

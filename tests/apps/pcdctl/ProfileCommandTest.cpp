@@ -129,13 +129,16 @@ TEST_P(EditedProfile, is_refused_with_file_and_line_and_nothing_is_set) {
 
 const EditRow edits[] = {
     {"a_number_out_of_range", "\"value\": 12\n", "\"value\": 101\n",
-     "line 19: \"contrast\" cannot be 101: expected a whole number from -100 to 100"},
+     "line 29: \"contrast\" cannot be 101: expected a whole number from -100 to 100"},
     {"a_number_that_is_a_text", "\"value\": 12\n", "\"value\": \"12\"\n",
-     "line 19: \"contrast\" cannot be the text \"12\": expected a whole number"},
+     "line 29: \"contrast\" cannot be the text \"12\": expected a whole number"},
+    {"a_field_that_is_a_text", "\"seconds\": 5", "\"seconds\": \"five\"",
+     "line 16: \"extexposure.seconds\" cannot be the text \"five\": expected a whole number of 32 "
+     "bits"},
     {"a_choice_that_is_unknown", "Average 2x2", "Average 5x5",
-     "line 61: \"binning\" cannot be the text \"Average 5x5\": expected one of \"No binning\""},
+     "line 71: \"binning\" cannot be the text \"Average 5x5\": expected one of \"No binning\""},
     {"a_region_outside_its_mode", "[8, 16, 100, 40]", "[8, 16, 320, 240]",
-     "line 49: \"roi\" cannot be 8,16,320,240: expected a region x,y,width,height inside "
+     "line 59: \"roi\" cannot be 8,16,320,240: expected a region x,y,width,height inside "
      "0,0,160,120"},
     {"a_mode_that_is_unknown", "\"mode\": \"1\"", "\"mode\": \"9\"",
      "line 7: \"mode\" cannot be the text \"9\": expected one of \"0\" (320x240), \"1\" "
@@ -193,6 +196,15 @@ TEST_F(ProfileCommand, differs_from_the_camera_by_name) {
               u"contrast: file 12, camera 0\nrotate: file 0°, camera 90°\n"_qs);
     EXPECT_EQ(result.errors,
               u"pcdctl: the camera differs from \"%1\" in 2 settings\n"_qs.arg(file));
+}
+
+TEST_F(ProfileCommand, differs_in_a_composite_setting_by_field) {
+    ASSERT_EQ(profile(u"save"_qs).exitCode, 0);
+    EXPECT_TRUE(readFile(file).contains("\"seconds\": 5,")) << readFile(file).toStdString();
+    EXPECT_FALSE(readFile(file).contains("capturemode"));
+    const CtlResult result = profile(u"diff"_qs, {u"--set"_qs, u"extexposure.seconds=7"_qs});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(QString::fromUtf8(result.output), u"extexposure.seconds: file 5, camera 7\n"_qs);
 }
 
 TEST_F(ProfileCommand, differs_in_nothing_from_a_camera_that_loaded_it) {
