@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <apps/pcdview/camera/PExposureCountdown.h>
 
-#include <apps/pcdview/camera/PCaptureMode.h>
+#include <apps/common/PCaptureMode.h>
 
 #include <PCd/PDevice.h>
 #include <PCd/PDeviceProperty.h>

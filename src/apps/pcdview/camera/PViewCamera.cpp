@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <apps/pcdview/camera/PViewCamera.h>
 
-#include <apps/pcdview/camera/PCaptureMode.h>
+#include <apps/common/PCaptureMode.h>
 
 #include <PCd/PCdDipUtils.h>
 #include <PCd/PDevice.h>
@@ -94,7 +94,7 @@ void PViewCamera::followTrigger() {
         if (isTriggered == m_isTriggered)
             return;
         m_isTriggered = isTriggered;
-        m_snapshotsBefore = ledger().snapshots;
+        m_triggeredPictures = 0;
         m_pace.reset();
         emit stateChanged();
     };
@@ -104,7 +104,7 @@ void PViewCamera::followTrigger() {
 
 void PViewCamera::connectDevice() {
     connect(m_device, &PDevice::imageChanged, this, &PViewCamera::countFrame);
-    connect(m_device, &PDevice::snapshotTaken, this, &PViewCamera::snapshotTaken);
+    connect(m_device, &PDevice::snapshotTaken, this, &PViewCamera::takePicture);
     connect(m_device, &PDevice::modeChanged, this, &PViewCamera::modeChanged);
 }
 
@@ -167,6 +167,17 @@ std::optional<std::chrono::seconds> PViewCamera::untilNextPicture() const {
 
 double PViewCamera::megabytesPerSecond() const {
     return framesPerSecond() * double(m_frame.image.dataSize()) / 1e6;
+}
+
+/// A panel may go on handing live frames over as pictures when its run has ended: those are of no
+/// use to anybody. What triggers have made belongs to a run, also if it arrives after its end.
+void PViewCamera::takePicture(const PDeviceFrame& frame) {
+    if (!frame.stamp->still && !PCaptureMode::isTriggered(*frame.stamp))
+        return;
+    // Not from the ledger, which books a picture only after all listeners had it.
+    if (m_isTriggered)
+        ++m_triggeredPictures;
+    emit snapshotTaken(frame);
 }
 
 void PViewCamera::countFrame(const PImage& image) {

@@ -49,10 +49,10 @@ public:
     /// Null while it is unplugged.
     PDevice* device() const { return m_device; }
     State state() const;
-    /// True while frames come by triggers only, and the number of pictures since then. Any camera
-    /// whose "extexposure" has a field "capturemode".
+    /// True while frames come by triggers only, and the number of pictures since then, the one
+    /// that is being told included. Any camera whose "extexposure" has a field "capturemode".
     bool isTriggered() const { return m_isTriggered; }
-    quint64 triggeredPictures() const { return ledger().snapshots - m_snapshotsBefore; }
+    quint64 triggeredPictures() const { return m_triggeredPictures; }
     /// What a person should know of the last attach().
     const QStringList& notes() const { return m_notes; }
     /// The newest frame that was shown.
@@ -71,6 +71,8 @@ signals:
     void modeChanged();
     /// A frame to be shown: the newest, and about 30 a second at most.
     void frameChanged(const PDeviceFrame& frame);
+    /// A still picture, or a frame that a trigger has made. Live frames that a panel hands over as
+    /// pictures are none.
     void snapshotTaken(const PDeviceFrame& frame);
 
 private:
@@ -79,6 +81,7 @@ private:
     void leaveDevice();
     void restoreSettings();
     void followTrigger();
+    void takePicture(const PDeviceFrame& frame);
     void countFrame(const PImage& image);
     void showNewest();
 
@@ -96,5 +99,5 @@ private:
     std::chrono::steady_clock::time_point m_lastShown;
     bool m_wantsLive = true;
     bool m_isTriggered = false;
-    quint64 m_snapshotsBefore = 0; ///< the triggered capture
+    quint64 m_triggeredPictures = 0;
 };

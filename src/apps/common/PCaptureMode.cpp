@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#include <apps/common/PCaptureMode.h>
+
+#include <PCd/PDevice.h>
+#include <PCd/PDeviceProperty.h>
+#include <PCd/PFrameStamp.h>
+#include <PCd/PGadgetFields.h>
+
+#include <algorithm>
+
+namespace {
+
+bool isSet(const QVariant& exposure, const QString& field) {
+    return PGadgetFields::read(exposure, field).toInt() == 1;
+}
+
+bool isSet(const PDevice& device, const QString& field) {
+    const PDeviceProperty* const property = device.getProperty(PCaptureMode::propertyId);
+    return property != nullptr && isSet(property->valueInner(), field);
+}
+
+} // namespace
+
+bool PCaptureMode::isTriggered(const PDevice& device) {
+    return isSet(device, u"capturemode"_qs);
+}
+
+bool PCaptureMode::isTriggered(const PFrameStamp& stamp) {
+    const auto& values = stamp.settings->values;
+    return std::any_of(values.begin(), values.end(), [](const auto& value) {
+        return value.first == propertyId && isSet(value.second, u"capturemode"_qs);
+    });
+}
+
+bool PCaptureMode::isTriggeredFromOutside(const PDevice& device) {
+    return isSet(device, u"triggermode"_qs);
+}

@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: MIT
+// Triggered runs in the viewer as a user does them, on a simulated camera.
+#include "ViewSession.h"
+
+#include <apps/pcdview/camera/PViewCamera.h>
+#include <apps/pcdview/window/PMainWindow.h>
+
+#include <support/QtPrinters.h>
+
+#include <QAbstractButton>
+#include <QDir>
+#include <QLabel>
+#include <QSpinBox>
+#include <QTest>
+
+#include <thread>
+
+namespace {
+
+class RunSessionTest : public ViewSession {
+protected:
+    void SetUp() override {
+        QJsonObject triggered = camera();
+        triggered.insert(u"flags"_qs, QJsonArray{u"TRIGGER_SOFTWARE"_qs});
+        start({triggered});
+        ASSERT_TRUE(waitForNewFrames());
+        beginTriggered();
+        widget<QSpinBox>(u"sMS"_qs).setValue(9);
+        widget<QSpinBox>(u"sSec"_qs).setValue(0);
+    }
+
+    /// With no live frame left on its way, which a run could take for its own.
+    void beginTriggered() {
+        pressLive();
+        ASSERT_TRUE(waitUntil([this] { return inFront().ledger().waiting == 0; }));
+        click("pbTrigger");
+        pressLive();
+        ASSERT_EQ(inFront().state(), PViewCamera::State::Live);
+    }
+    /// Stops the run and says how many frames the camera has made then. Stopping the stream waits
+    /// for the one that it is about to send.
+    quint64 endRun(const char* button) {
+        click(button);
+        pressLive();
+        const quint64 frames = inFront().ledger().produced;
+        pressLive();
+        return frames;
+    }
+    void pressLive() { QTest::keyClick(&window(), Qt::Key_L, Qt::ControlModifier); }
+
+    void click(const char* button) {
+        QTest::mouseClick(&widget<QAbstractButton>(QString::fromLatin1(button)), Qt::LeftButton);
+    }
+    QString banner() { return widget<QLabel>(u"banner"_qs).text(); }
+    qsizetype files() const { return QDir(captureFolder()).entryList({u"*.png"_qs}).size(); }
+    /// Counts them when the program has ended: then nothing waits to be saved any more.
+    qsizetype filesInTheEnd() {
+        end();
+        return files();
+    }
+    /// Until so many frames wait for this thread, which does nothing else meanwhile.
+    bool holdUpUntilWaiting(quint64 frames) {
+        for (int ms = 0; inFront().ledger().waiting < frames && ms < 20'000; ++ms)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        return inFront().ledger().waiting >= frames;
+    }
+};
+
+} // namespace
+
+TEST_F(RunSessionTest, a_repeated_run_is_saved_and_the_live_picture_after_it_is_not) {
+    const quint64 before = inFront().ledger().produced;
+    click("pbRepeatMode");
+    ASSERT_TRUE(waitUntil([this] { return files() >= 3; }));
+    ASSERT_TRUE(holdUpUntilWaiting(2));
+    const quint64 ofRun = endRun("pbRepeatMode") - before;
+    ASSERT_GE(inFront().ledger().waiting, 2U); // still on their way
+    click("pbVideo");
+    // The panel goes on handing over what comes.
+    ASSERT_TRUE(waitUntil([&] { return inFront().ledger().snapshots >= ofRun + 10; }));
+    QTest::keyClick(&window(), Qt::Key_S, Qt::ControlModifier);
+    const quint64 handedOver = inFront().ledger().snapshots;
+    ASSERT_TRUE(waitUntil([&] { return inFront().ledger().snapshots >= handedOver + 10; }));
+    EXPECT_EQ(quint64(filesInTheEnd()), ofRun + 1); // and the still picture
+}
+
+TEST_F(RunSessionTest, a_run_after_a_repeated_one_is_saved_alone) {
+    const quint64 before = inFront().ledger().produced;
+    click("pbRepeatMode");
+    ASSERT_TRUE(waitUntil([this] { return files() >= 1; }));
+    const quint64 first = endRun("pbRepeatMode") - before;
+    click("pbVideo");
+    ASSERT_TRUE(waitForNewFrames());
+    beginTriggered();
+    widget<QSpinBox>(u"spincount"_qs).setValue(2);
+    click("pbSequence");
+    ASSERT_TRUE(
+        waitUntil([this] { return !widget<QAbstractButton>(u"pbSequence"_qs).isChecked(); }));
+    EXPECT_EQ(quint64(filesInTheEnd()), first + 2);
+}
+
+TEST_F(RunSessionTest, every_picture_of_a_sequence_is_counted_when_it_is_there) {
+    widget<QSpinBox>(u"spincount"_qs).setValue(3);
+    EXPECT_TRUE(banner().contains(u"Pictures taken: 0"_qs)) << banner().toStdString();
+    click("pbSequence");
+    EXPECT_TRUE(waitUntil([this] { return files() == 3; }));
+    EXPECT_TRUE(banner().contains(u"Pictures taken: 3"_qs)) << banner().toStdString();
+    EXPECT_EQ(filesInTheEnd(), 3);
+}
