@@ -1,29 +1,155 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/PExposureWatch.h>
 
+#include <apps/common/PCaptureMode.h>
+
 #include <PCd/PDevice.h>
 #include <PCd/PDeviceProperty.h>
+#include <PCd/PGadgetFields.h>
+
+#include <QScopedValueRollback>
+
+#include <cmath>
+#include <utility>
 
 namespace {
 
-constexpr std::chrono::milliseconds interval(200);
+enum Setting : std::size_t { Time, Gain, Automatic, Target };
+
+constexpr std::array<const char*, 4> ids{"autoexpottime", "autoexpogain", "autoexponeable",
+                                         "autoexpotarget"};
+
+constexpr int readingsToSettle = 3;
+constexpr quint64 framesToSettle = 3;    // automatic exposure moves with the frames
+constexpr double panelsRoundBy = 0.0051; // milliseconds: they show hundredths
+
+bool isAutomatic(const QVariant& record) {
+    return PGadgetFields::read(record, u"autoexpenabled"_qs).toBool();
+}
+
+bool hasSameExposure(const QVariant& a, const QVariant& b) {
+    const auto time = [](const QVariant& record) {
+        return PGadgetFields::read(record, u"exp"_qs).toDouble();
+    };
+    return std::abs(time(a) - time(b)) < panelsRoundBy &&
+           PGadgetFields::read(a, u"gain"_qs) == PGadgetFields::read(b, u"gain"_qs);
+}
 
 } // namespace
 
-PExposureWatch::PExposureWatch(PDevice* device)
+PExposureWatch::PExposureWatch(PDevice* device, std::chrono::milliseconds interval)
     : m_device(device) {
-    connect(&m_timer, &QTimer::timeout, this, &PExposureWatch::read);
+    if (const PDeviceProperty* const property = record())
+        connect(property, &PDeviceProperty::valueChanged, this, &PExposureWatch::takeRecord);
+    if (const PDeviceProperty* const property = device->getProperty(ids[Automatic])) {
+        // The camera keeps the exposure then; what the user makes of it later is not to be undone.
+        connect(property, &PDeviceProperty::valueChanged, this, [this](const QVariant& on) {
+            if (!on.toBool())
+                m_found.reset();
+        });
+    }
+    connect(&m_timer, &QTimer::timeout, this, &PExposureWatch::look);
     m_timer.start(interval);
-    read();
+    look();
 }
 
-void PExposureWatch::read() {
+PDeviceProperty* PExposureWatch::record() const {
+    return m_device->getProperty(PCaptureMode::propertyId);
+}
+
+PExposureWatch::Reading PExposureWatch::read() const {
+    Reading reading;
+    for (std::size_t i = 0; i < ids.size(); ++i) {
+        if (PDeviceProperty* const property = m_device->getProperty(ids[i])) {
+            property->updateValueFromDevice();
+            reading[i] = property->valueInner();
+        }
+    }
+    return reading;
+}
+
+void PExposureWatch::look() {
     if (m_device.isNull() || m_device->isGone())
         return;
-    // Not the composite "extexposure": its panel answers each change by sending all of it back.
-    for (const char* const id :
-         {"autoexpottime", "autoexpogain", "autoexponeable", "autoexpotarget"}) {
-        if (PDeviceProperty* const property = m_device->getProperty(id))
-            property->updateValueFromDevice();
+    // A panel that is made reads the composite value without a word to anybody.
+    if (const PDeviceProperty* const property = record();
+        property != nullptr && property->valueInner() != m_record)
+        m_record = m_shown = property->valueInner();
+    const Reading now = read();
+    // No camera exposes for no time at all: one that has just lost its cable answers so.
+    if (now[Time].isValid() && now[Time].toDouble() <= 0)
+        return;
+    m_found = now[Automatic].toBool() ? std::optional(now) : std::nullopt;
+    if (std::exchange(m_last, now) != now)
+        return beginToSettle();
+    ++m_unchanged;
+    if (m_isSettling && hasSettled()) {
+        m_isSettling = false;
+        refreshRecord(now);
     }
+}
+
+void PExposureWatch::takeRecord(const QVariant& value) {
+    if (m_isRefreshing)
+        return;
+    const bool isHeld = m_found && isOnlySwitchedOff(value);
+    m_record = m_shown = value;
+    beginToSettle();
+    if (isHeld)
+        hold(*std::exchange(m_found, std::nullopt));
+}
+
+void PExposureWatch::hold(const Reading& found) {
+    Reading wanted = read();
+    wanted[Time] = found[Time];
+    wanted[Gain] = found[Gain];
+    putBack(wanted);
+    refreshRecord(wanted);
+}
+
+/// A panel sends all that it shows with each change, so the rest is as it was.
+bool PExposureWatch::isOnlySwitchedOff(const QVariant& value) const {
+    return isAutomatic(m_record) && !isAutomatic(value) && !PCaptureMode::isTriggered(*m_device) &&
+           (hasSameExposure(m_record, value) || hasSameExposure(m_shown, value));
+}
+
+void PExposureWatch::beginToSettle() {
+    m_isSettling = true;
+    m_unchanged = 0;
+    m_framesAtChange = m_device->frameLedger().produced;
+}
+
+bool PExposureWatch::hasSettled() const {
+    if (m_unchanged < readingsToSettle || PCaptureMode::isTriggered(*m_device))
+        return false;
+    const bool mayMove = m_last[Automatic].toBool() && m_device->isStreaming();
+    return !mayMove || m_device->frameLedger().produced >= m_framesAtChange + framesToSettle;
+}
+
+/// The camera has what is wanted before and after.
+void PExposureWatch::refreshRecord(const Reading& wanted) {
+    PDeviceProperty* const property = record();
+    if (property == nullptr)
+        return;
+    const QScopedValueRollback<bool> inside(m_isRefreshing, true);
+    property->updateValueFromDevice();
+    m_shown = property->valueInner();
+    // A panel answers by sending what it now shows, which may be rounded, or less than the camera
+    // can do. It has nothing to answer to a second time.
+    if (putBack(wanted))
+        property->updateValueFromDevice();
+    m_record = property->valueInner();
+}
+
+/// Sends what the camera has otherwise; true if there was something.
+bool PExposureWatch::putBack(const Reading& wanted) {
+    const Reading now = read();
+    bool differs = false;
+    for (std::size_t i = 0; i < ids.size(); ++i) {
+        if (now[i] == wanted[i])
+            continue;
+        differs = true;
+        m_device->getProperty(ids[i])->setValue(wanted[i]);
+    }
+    return differs;
 }

@@ -30,7 +30,8 @@ public:
     int capturemode = 0;
 
     friend bool operator==(const TestExposureRecord& a, const TestExposureRecord& b) {
-        return a.gain == b.gain && a.exp == b.exp && a.capturemode == b.capturemode;
+        return a.gain == b.gain && a.exp == b.exp && a.autoexpenabled == b.autoexpenabled &&
+               a.capturemode == b.capturemode;
     }
 };
 

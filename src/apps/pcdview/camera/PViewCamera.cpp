@@ -5,6 +5,7 @@
 
 #include <PCd/PCdDipUtils.h>
 #include <PCd/PDevice.h>
+#include <PCd/PDeviceProfilePlan.h>
 #include <PCd/PDeviceProperty.h>
 
 #include <algorithm>
@@ -130,6 +131,14 @@ PStatus PViewCamera::setMode(const PDeviceMode& mode) {
     if (m_device == nullptr)
         return PStatus::failure(tr("the camera is unplugged"));
     return m_device->setMode(mode);
+}
+
+PDeviceProfileReport PViewCamera::apply(PDeviceProfilePlan& plan) {
+    // A profile means what it says, also where it only switches automatic exposure off.
+    m_exposure.reset();
+    const PDeviceProfileReport report = plan.apply();
+    m_exposure = std::make_unique<PExposureWatch>(m_device);
+    return report;
 }
 
 PStatus PViewCamera::takeSnapshot() {

@@ -20,6 +20,8 @@
 #include <chrono>
 #include <memory>
 
+class PDeviceProfilePlan;
+
 /// A camera that a person looks through, over its unplugging and coming back. The device's thread,
 /// which is the GUI thread.
 class PViewCamera : public QObject {
@@ -40,6 +42,8 @@ public:
     /// Starts or stops the stream. Fails with the reason.
     PStatus setLive(bool live);
     PStatus setMode(const PDeviceMode& mode);
+    /// Gives the camera, which must be there, the settings of a profile.
+    PDeviceProfileReport apply(PDeviceProfilePlan& plan);
     /// Asks for a still picture, which comes with snapshotTaken(). Fails with the reason.
     PStatus takeSnapshot();
 

@@ -261,19 +261,19 @@ void PMainWindow::askForPixelSize() {
 void PMainWindow::loadProfile() {
     const QString path = QFileDialog::getOpenFileName(this, tr("Load profile"),
                                                       PCaptureFolder::path(), profileFilter());
-    PDevice* const device = m_desk->currentPage()->camera().device();
-    if (path.isEmpty() || device == nullptr)
+    PViewCamera& camera = m_desk->currentPage()->camera();
+    if (path.isEmpty() || camera.device() == nullptr)
         return;
     PDeviceProfile profile;
     PStatus status = PDeviceProfileFile::read(path, profile);
-    PDeviceProfilePlan plan(*device);
+    PDeviceProfilePlan plan(*camera.device());
     if (status.isOk())
         status = plan.make(profile);
     if (!status.isOk()) {
         QMessageBox::warning(this, tr("Load profile"), status.reason());
         return;
     }
-    showText(tr("Load profile"), PProfileReportText::html(plan.apply()));
+    showText(tr("Load profile"), PProfileReportText::html(camera.apply(plan)));
 }
 
 void PMainWindow::saveProfile() {
