@@ -6,6 +6,8 @@
 #include "PPropertyJson.h"
 #include "PPropertyLookup.h"
 
+#include <apps/common/PCaptureMode.h>
+
 #include <PCd/PDeviceProperty.h>
 #include <PCd/PGadgetFields.h>
 #include <PCd/PPropertyCheck.h>
@@ -128,9 +130,12 @@ void PCtlSettings::send(const Setting& setting) {
            PPropertyText::ofValue(property.valueInner(), range));
 }
 
-/// What is not named stays as the camera has it now.
+/// What is not named stays as the camera has it now: automatic exposure may have moved since it was
+/// opened. In triggered capture the exposure time is another one, which is not to be mixed up.
 void PCtlSettings::sendFields(const Setting& setting) {
     PDeviceProperty& property = *setting.property;
+    if (!PCaptureMode::isTriggered(*property.device()))
+        property.updateValueFromDevice();
     QVariant wanted = property.valueInner();
     for (const Field& field : setting.fields)
         PGadgetFields::write(wanted, field.name, field.text);

@@ -212,6 +212,21 @@ TEST_F(SetCommand, sees_the_end_of_a_white_balance_that_changes_nothing) {
     EXPECT_EQ(second.output, first.output);
 }
 
+TEST_F(SetCommand, keeps_what_automatic_exposure_has_found_when_that_alone_is_switched_off) {
+    scene.set(u"exposure"_qs, QJsonObject{{u"default"_qs, 1000}});
+    scene.set(u"source"_qs, QJsonObject{{u"kind"_qs, u"flat"_qs}});
+    const CtlResult result = run({u"set"_qs, u"awbonce"_qs, u"extexposure.autoexpenabled=off"_qs,
+                                  u"--json"_qs}); // the balance is made in a stream
+    ASSERT_EQ(result.exitCode, 0) << result.errors.toStdString();
+    const QStringList times = calls().filter(u"Toupcam_put_ExpoTime"_qs);
+    ASSERT_EQ(times.size(), 1);
+    const int sent = times.first().section(u' ', 1).chopped(1).toInt();
+    EXPECT_GT(sent, 2'000);
+    const QJsonValue exposure = result.json.value(u"properties"_qs)[u"extexposure"_qs];
+    EXPECT_EQ(exposure[u"exp"_qs].toDouble(), sent / 1000.0);
+    EXPECT_FALSE(exposure[u"autoexpenabled"_qs].toBool(true));
+}
+
 TEST_F(SetCommand, gives_up_a_white_balance_that_never_ends) {
     scene.addFault(failing(u"Toupcam_AwbOnePush"_qs));
     const CtlResult result = run({u"set"_qs, u"awbonce"_qs, u"--timeout=0.5"_qs});
