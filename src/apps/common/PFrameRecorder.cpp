@@ -17,13 +17,14 @@ PFrameRecorder::Clock::time_point arrivalOf(const PDeviceFrame& frame) {
 } // namespace
 
 PFrameRecorder::PFrameRecorder(std::unique_ptr<PFrameWriter> writer,
-                               const PRecordSchedule::Plan& plan, std::size_t byteLimit)
+                               const PRecordSchedule::Plan& plan,
+                               std::shared_ptr<PWriteMemory> memory)
     : m_writer(std::move(writer))
-    , m_byteLimit(byteLimit)
+    , m_memory(std::move(memory))
     , m_schedule(plan)
     , m_queue([this](const PDeviceFrame& frame,
                      quint64 number) { return m_writer->write(frame, number); },
-              m_writer->threads(), byteLimit) {
+              m_writer->threads(), m_memory) {
 }
 
 PFrameRecorder::~PFrameRecorder() {
@@ -46,7 +47,7 @@ bool PFrameRecorder::takeFrame(const PDeviceFrame& frame, Kind kind) {
 
 /// The reason in the words given.
 QString PFrameRecorder::tooSlow(const QString& words) const {
-    return words.arg(double(m_byteLimit) / 1e6, 0, 'f', 1);
+    return words.arg(double(m_memory->limit()) / 1e6, 0, 'f', 1);
 }
 
 void PFrameRecorder::end(const std::optional<PFrameLedger>& ledger, const QString& trouble) {

@@ -21,8 +21,11 @@ class PFrameRecorder : public PFrameSink {
 public:
     using Clock = std::chrono::steady_clock;
 
+    /// `memory`: of the frames that wait to be written, shared by several recorders or this one's
+    /// alone.
     PFrameRecorder(std::unique_ptr<PFrameWriter> writer, const PRecordSchedule::Plan& plan,
-                   std::size_t byteLimit = PFrameWriteQueue::defaultByteLimit());
+                   std::shared_ptr<PWriteMemory> memory =
+                       std::make_shared<PWriteMemory>(PFrameWriteQueue::defaultByteLimit()));
     /// Ends it if end() was not called, and waits until the files are complete.
     ~PFrameRecorder() override;
 
@@ -55,7 +58,7 @@ private:
     PRecordTally tally(const PFrameWriteQueue::State& queue) const;
 
     const std::unique_ptr<PFrameWriter> m_writer;
-    const std::size_t m_byteLimit;
+    const std::shared_ptr<PWriteMemory> m_memory;
 
     mutable std::mutex m_mutex; // guards all below but m_queue and m_finisher
     std::condition_variable m_finished;

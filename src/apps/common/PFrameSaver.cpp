@@ -13,7 +13,7 @@ PFrameSaver::PFrameSaver(PNumberedFiles files, SaveFrame saveFrame, std::size_t 
     : m_queue([files = std::move(files), save = std::move(saveFrame)](
                   const PDeviceFrame& frame,
                   quint64 number) { return save(files.path(number), frame); },
-              writerCount, byteLimit) {
+              writerCount, std::make_shared<PWriteMemory>(byteLimit)) {
 }
 
 bool PFrameSaver::takeFrame(const PDeviceFrame& frame, Kind kind) {

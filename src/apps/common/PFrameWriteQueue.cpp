@@ -32,9 +32,9 @@ std::size_t PFrameWriteQueue::byteLimitFor(std::uint64_t memory) {
     return std::size_t(std::clamp(memory / 4, 64 * mebibyte, 2048 * mebibyte));
 }
 
-PFrameWriteQueue::PFrameWriteQueue(Write write, int writers, std::size_t byteLimit)
+PFrameWriteQueue::PFrameWriteQueue(Write write, int writers, std::shared_ptr<PWriteMemory> memory)
     : m_write(std::move(write))
-    , m_byteLimit(byteLimit) {
+    , m_memory(std::move(memory)) {
     for (int i = 0; i < writers; ++i)
         m_writers.emplace_back([this] { writeFrames(); });
 }
@@ -52,8 +52,7 @@ PFrameWriteQueue::~PFrameWriteQueue() {
 bool PFrameWriteQueue::push(const PDeviceFrame& frame) {
     const std::lock_guard lock(m_mutex);
     const std::size_t bytes = frame.image.dataSize();
-    const bool full = m_bytes > 0 && m_bytes + bytes > m_byteLimit;
-    if (full || !m_state.error.isEmpty()) {
+    if (!m_state.error.isEmpty() || !m_memory->take(bytes, m_bytes)) {
         ++m_state.refused;
         return false;
     }
@@ -104,7 +103,7 @@ QString PFrameWriteQueue::tryWrite(const Job& job) const {
 
 /// Books a frame that was tried. Locked.
 void PFrameWriteQueue::finish(const Job& job, const QString& error) {
-    m_bytes -= job.frame.image.dataSize();
+    giveBack(job);
     --m_state.waiting;
     ++(error.isEmpty() ? m_state.written : m_state.failed);
     if (!error.isEmpty() && m_state.error.isEmpty())
@@ -117,8 +116,15 @@ void PFrameWriteQueue::finish(const Job& job, const QString& error) {
 void PFrameWriteQueue::giveUp(const QString& error) {
     m_state.error = error;
     for (const Job& job : m_jobs)
-        m_bytes -= job.frame.image.dataSize();
+        giveBack(job);
     m_state.waiting -= m_jobs.size();
     m_state.failed += m_jobs.size();
     m_jobs.clear();
+}
+
+/// Locked.
+void PFrameWriteQueue::giveBack(const Job& job) {
+    const std::size_t bytes = job.frame.image.dataSize();
+    m_bytes -= bytes;
+    m_memory->giveBack(bytes);
 }

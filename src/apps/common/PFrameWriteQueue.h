@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <apps/common/PWriteMemory.h>
+
 #include <QCoreApplication>
 
 #include <PCd/PDeviceFrame.h>
@@ -13,12 +15,13 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <thread>
 #include <vector>
 
 /// Frames on their way from a camera's thread to files, which threads of its own write. What waits
-/// is bounded in bytes. Any thread.
+/// is bounded in bytes, together with what waits in other queues on the same memory. Any thread.
 class PFrameWriteQueue {
     Q_DECLARE_TR_FUNCTIONS(PFrameWriteQueue)
 
@@ -32,12 +35,12 @@ public:
     /// threads at once as there are writers; frames are begun in their order.
     using Write = std::function<PStatus(const PDeviceFrame& frame, quint64 number)>;
 
-    PFrameWriteQueue(Write write, int writers, std::size_t byteLimit);
+    PFrameWriteQueue(Write write, int writers, std::shared_ptr<PWriteMemory> memory);
     /// Writes what still waits, then returns.
     ~PFrameWriteQueue();
 
     /// Takes a frame, never waiting for the disk. False if too much waits already, or a frame could
-    /// not be written before; a frame larger than the limit is taken if nothing waits.
+    /// not be written before; where nothing waits in this queue, a frame is taken in any case.
     bool push(const PDeviceFrame& frame);
 
     /// Waits until nothing is left to write, at most this long. True if nothing is.
@@ -63,9 +66,10 @@ private:
     QString tryWrite(const Job& job) const;
     void finish(const Job& job, const QString& error);
     void giveUp(const QString& error);
+    void giveBack(const Job& job);
 
     const Write m_write;
-    const std::size_t m_byteLimit;
+    const std::shared_ptr<PWriteMemory> m_memory;
 
     mutable std::mutex m_mutex; // guards all below but m_writers
     std::condition_variable m_work;

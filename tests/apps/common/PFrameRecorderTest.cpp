@@ -80,7 +80,7 @@ protected:
     record(const PRecordSchedule::Plan& plan,
            std::size_t byteLimit = PFrameWriteQueue::defaultByteLimit()) const {
         return std::make_unique<PFrameRecorder>(std::make_unique<FakeWriter>(told), plan,
-                                                byteLimit);
+                                                std::make_shared<PWriteMemory>(byteLimit));
     }
     /// Offers this many frames, 10 ms apart; true if each was taken or not wanted.
     static bool offer(PFrameRecorder& recorder, quint64 frames, quint64 first = 1) {

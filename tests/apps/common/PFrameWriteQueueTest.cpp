@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/PFrameWriteQueue.h>
 
+#include "TestFrames.h"
+
 #include <support/RowName.h>
 
 #include <gtest/gtest.h>
+
+#include <future>
 
 namespace {
 
@@ -33,6 +37,50 @@ INSTANTIATE_TEST_SUITE_P(Rows, WriteQueueLimit,
 TEST(WriteQueue, the_limit_of_this_machine_is_more_than_the_least) {
     EXPECT_GT(PFrameWriteQueue::defaultByteLimit(), 64 * mebibyte); // its memory is known
     EXPECT_LE(PFrameWriteQueue::defaultByteLimit(), 2048 * mebibyte);
+}
+
+TEST(WriteQueue, shares_its_memory_with_others_but_for_one_frame_each) {
+    const auto frame = testFrame(1, std::chrono::milliseconds(0));
+    const auto memory = std::make_shared<PWriteMemory>(3 * frame.image.dataSize());
+    std::promise<void> open;
+    const std::shared_future<void> gate = open.get_future().share();
+    const auto write = [gate](const PDeviceFrame&, quint64) {
+        gate.wait();
+        return PStatus(PStatus::Ok);
+    };
+    PFrameWriteQueue first(write, 1, memory);
+    PFrameWriteQueue second(write, 1, memory);
+    for (int i = 0; i < 3; ++i)
+        EXPECT_TRUE(first.push(frame));
+    EXPECT_TRUE(second.push(frame)); // it has none yet
+    EXPECT_FALSE(second.push(frame));
+    EXPECT_FALSE(first.push(frame));
+    open.set_value();
+    ASSERT_TRUE(first.waitUntilIdle(std::chrono::seconds(60)));
+    ASSERT_TRUE(second.waitUntilIdle(std::chrono::seconds(60)));
+    for (int i = 0; i < 3; ++i)
+        EXPECT_TRUE(second.push(frame));
+    EXPECT_EQ(first.state().written, 3U);
+    EXPECT_EQ(first.state().refused, 1U);
+}
+
+TEST(WriteQueue, gives_the_memory_back_of_what_is_not_written_after_a_failure) {
+    const auto frame = testFrame(1, std::chrono::milliseconds(0));
+    const auto memory = std::make_shared<PWriteMemory>(3 * frame.image.dataSize());
+    std::promise<void> open;
+    const std::shared_future<void> gate = open.get_future().share();
+    PFrameWriteQueue failing(
+        [gate](const PDeviceFrame&, quint64) {
+            gate.wait();
+            return PStatus::failure(QStringLiteral("no room left"));
+        },
+        1, memory);
+    for (int i = 0; i < 3; ++i)
+        EXPECT_TRUE(failing.push(frame));
+    open.set_value();
+    ASSERT_TRUE(failing.waitUntilIdle(std::chrono::seconds(60)));
+    EXPECT_EQ(failing.state().failed, 3U);
+    EXPECT_TRUE(memory->take(3 * frame.image.dataSize(), 1));
 }
 
 } // namespace
