@@ -23,6 +23,10 @@
         <source>not open</source>
         <translation>не открыта</translation>
     </message>
+    <message>
+        <source>recording</source>
+        <translation>идёт запись</translation>
+    </message>
 </context>
 <context>
     <name>PCameraListPanel</name>
@@ -601,6 +605,10 @@
         <translation>О программе pcdview</translation>
     </message>
     <message>
+        <source>Stop the recording of %1?</source>
+        <translation>Остановить запись с камеры %1?</translation>
+    </message>
+    <message>
         <source>Recording to %1</source>
         <translation>Идёт запись: %1</translation>
     </message>
@@ -971,10 +979,6 @@ It is the size on the sensor divided by the magnification.</source>
         <translation>программа закрыта</translation>
     </message>
     <message>
-        <source>a recording is running already</source>
-        <translation>запись уже идёт</translation>
-    </message>
-    <message>
         <source>the live picture is stopped; start it first</source>
         <translation>живая картина остановлена; сначала включите её</translation>
     </message>
@@ -1001,6 +1005,13 @@ It is the size on the sensor divided by the magnification.</source>
     <message>
         <source>the live picture was stopped</source>
         <translation>живую картину остановили</translation>
+    </message>
+</context>
+<context>
+    <name>PRecordings</name>
+    <message>
+        <source>this camera is being recorded already</source>
+        <translation>запись с этой камеры уже идёт</translation>
     </message>
 </context>
 <context>

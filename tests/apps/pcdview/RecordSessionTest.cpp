@@ -5,6 +5,7 @@
 #include <apps/pcdview/camera/PViewCamera.h>
 #include <apps/pcdview/capture/PCaptureFolder.h>
 #include <apps/pcdview/window/PCameraDesk.h>
+#include <apps/pcdview/window/PCameraPage.h>
 #include <apps/pcdview/window/PMainWindow.h>
 
 #include <apps/common/OmeXml.h>
@@ -17,11 +18,13 @@
 #include <QDir>
 #include <QImageReader>
 #include <QLabel>
+#include <QListWidget>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QScopeGuard>
 #include <QSpinBox>
+#include <QTabBar>
 #include <QTest>
 #include <QTimer>
 
@@ -46,7 +49,8 @@ protected:
         return waitUntil([&] { return !isRecording() && text().contains(part); });
     }
     /// Answers the question that comes next.
-    static void answerNext(QMessageBox::StandardButton answer) {
+    void answerNext(QMessageBox::StandardButton answer) {
+        activate();
         QTimer::singleShot(0, [answer] {
             auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
             ASSERT_NE(box, nullptr);
@@ -60,6 +64,48 @@ protected:
             ASSERT_NE(box, nullptr);
             QTest::keyClick(box, key);
         });
+    }
+    /// A question before has left no window active, and keys go to the active one.
+    void activate() {
+        window().activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
+    }
+    /// Where no question is due. One that comes all the same is closed, as nobody would answer.
+    void pressKeyUnasked() {
+        QTimer::singleShot(0, [] {
+            if (QWidget* const box = QApplication::activeModalWidget()) {
+                ADD_FAILURE() << "a question was asked";
+                box->close();
+            }
+        });
+        pressKey();
+    }
+    void pressKey() { QTest::keyClick(&window(), Qt::Key_R, Qt::ControlModifier); }
+
+    /// Two cameras, of which the first one is recorded until it is stopped and the second in front.
+    void recordFirstOfTwo() {
+        end();
+        start({camera(), camera(u"cam-2"_qs, u"S0002"_qs)});
+        ASSERT_TRUE(waitForNewFrames());
+        widget<QComboBox>(u"recordEnd"_qs).setCurrentIndex(2);
+        pressKeyUnasked();
+        ASSERT_TRUE(waitUntil([this] { return written("Small-S0001") >= 5; }));
+        ASSERT_TRUE(desk().open(u"Small-S0002"_qs).isOk());
+        ASSERT_TRUE(waitForNewFrames());
+    }
+    /// Frames of this camera that are in its file, as the panel says.
+    int written(const char* camera) {
+        const QRegularExpression number(u"%1\nWritten: (\\d+)"_qs.arg(QLatin1String(camera)));
+        return number.match(text()).captured(1).toInt();
+    }
+    /// The recordings of a camera.
+    QStringList recordedOf(const QString& camera) const {
+        return QDir(captureFolder()).entryList({camera + u"*.ome.tif"_qs});
+    }
+    bool isWhole(const QString& name) const {
+        const QString file = QDir(captureFolder()).filePath(name);
+        const OmeXml document(TiffReadBack(file).description());
+        return document.complaints().isEmpty() && QImageReader(file).imageCount() >= 5;
     }
     int written() {
         static const QRegularExpression number(u"Written: (\\d+)"_qs);
@@ -230,4 +276,113 @@ TEST_F(RecordSessionTest, a_folder_that_cannot_be_made_is_told_in_the_panel) {
     pressButton();
     EXPECT_FALSE(isRecording());
     EXPECT_TRUE(text().contains(u"No recording"_qs)) << text().toStdString();
+}
+
+TEST_F(RecordSessionTest, the_key_asks_before_it_stops_one) {
+    widget<QComboBox>(u"recordEnd"_qs).setCurrentIndex(2);
+    pressKey();
+    ASSERT_TRUE(waitUntil([this] { return written() >= 5; }));
+    answerNext(QMessageBox::No);
+    pressKey();
+    EXPECT_TRUE(isRecording());
+    activate();
+    pressNext(Qt::Key_Return);
+    pressKey();
+    EXPECT_TRUE(isRecording());
+    const int before = written();
+    ASSERT_TRUE(waitUntil([&] { return written() > before; }));
+    answerNext(QMessageBox::Yes);
+    pressKey();
+    ASSERT_TRUE(waitForText(u"Recorded"_qs)) << text().toStdString();
+    EXPECT_GE(QImageReader(recorded()).imageCount(), before);
+}
+
+TEST_F(RecordSessionTest, a_recording_that_ends_while_it_is_asked_about_is_let_be) {
+    pressKey();
+    QTimer::singleShot(0, [this] {
+        auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        ASSERT_NE(box, nullptr);
+        EXPECT_TRUE(waitUntil([this] { return text().contains(u"Recorded 50 frames"_qs); }));
+        box->button(QMessageBox::Yes)->click();
+    });
+    pressKey();
+    EXPECT_FALSE(isRecording());
+    EXPECT_TRUE(text().contains(u"Recorded 50 frames"_qs)) << text().toStdString();
+}
+
+TEST_F(RecordSessionTest, the_key_in_another_tab_leaves_a_recording_alone) {
+    ASSERT_NO_FATAL_FAILURE(recordFirstOfTwo());
+    EXPECT_FALSE(isRecording());
+    pressKeyUnasked(); // begins one of this camera
+    EXPECT_TRUE(isRecording());
+    ASSERT_TRUE(waitUntil([this] { return written("Small-S0002") >= 5; })) << text().toStdString();
+    const int before = written("Small-S0001");
+    EXPECT_TRUE(waitUntil([&] { return written("Small-S0001") > before; }));
+
+    answerNext(QMessageBox::Yes);
+    pressKey();
+    ASSERT_TRUE(waitForText(u"Recorded"_qs)) << text().toStdString();
+    const int later = written("Small-S0001");
+    EXPECT_TRUE(waitUntil([&] { return written("Small-S0001") > later; }));
+    ASSERT_TRUE(desk().open(u"Small-S0001"_qs).isOk());
+    EXPECT_TRUE(isRecording());
+    pressButton();
+    ASSERT_TRUE(waitUntil([this] { return !isRecording(); }));
+    for (const QString& camera : {u"Small-S0001"_qs, u"Small-S0002"_qs}) {
+        ASSERT_EQ(recordedOf(camera).size(), 1) << camera.toStdString();
+        EXPECT_TRUE(isWhole(recordedOf(camera).first())) << camera.toStdString();
+    }
+}
+
+TEST_F(RecordSessionTest, tabs_and_list_show_which_cameras_are_recorded) {
+    ASSERT_NO_FATAL_FAILURE(recordFirstOfTwo());
+    const auto& tabs = widget<QTabBar>(u"tabs"_qs);
+    const auto& list = widget<QListWidget>(u"cameras"_qs);
+    ASSERT_EQ(tabs.count(), 2);
+    ASSERT_EQ(list.count(), 2);
+    EXPECT_TRUE(tabs.tabText(0).startsWith(u"●"_qs));
+    EXPECT_FALSE(tabs.tabText(1).contains(u"●"_qs));
+    EXPECT_TRUE(list.item(0)->text().contains(u"recording"_qs));
+    EXPECT_FALSE(list.item(1)->text().contains(u"recording"_qs));
+    ASSERT_TRUE(desk().open(u"Small-S0001"_qs).isOk());
+    pressButton();
+    EXPECT_TRUE(waitUntil([&] { return !tabs.tabText(0).contains(u"●"_qs); }));
+    EXPECT_FALSE(list.item(0)->text().contains(u"recording"_qs));
+}
+
+TEST_F(RecordSessionTest, unplugging_one_camera_ends_its_recording_alone) {
+    ASSERT_NO_FATAL_FAILURE(recordFirstOfTwo());
+    pressKeyUnasked();
+    ASSERT_TRUE(waitUntil([this] { return written("Small-S0002") >= 5; }));
+    ASSERT_TRUE(unplug("cam-1"));
+    ASSERT_TRUE(waitUntil([this] { return text().contains(u"unplugged"_qs); }));
+    EXPECT_TRUE(isRecording());
+    const int before = written("Small-S0002");
+    EXPECT_TRUE(waitUntil([&] { return written("Small-S0002") > before; }));
+    ASSERT_EQ(recordedOf(u"Small-S0001"_qs).size(), 1);
+    EXPECT_TRUE(isWhole(recordedOf(u"Small-S0001"_qs).first()));
+}
+
+TEST_F(RecordSessionTest, closing_a_tab_ends_the_recording_of_its_camera_alone) {
+    ASSERT_NO_FATAL_FAILURE(recordFirstOfTwo());
+    widget<QAction>(u"closeCamera"_qs).trigger(); // of the other: nobody asks
+    ASSERT_EQ(desk().pages().size(), 1);
+    EXPECT_TRUE(isRecording());
+    answerNext(QMessageBox::Yes);
+    widget<QAction>(u"closeCamera"_qs).trigger();
+    ASSERT_TRUE(waitForText(u"the camera was closed"_qs)) << text().toStdString();
+}
+
+TEST_F(RecordSessionTest, closing_the_window_completes_the_files_of_all) {
+    ASSERT_NO_FATAL_FAILURE(recordFirstOfTwo());
+    pressKeyUnasked();
+    ASSERT_TRUE(waitUntil([this] { return written("Small-S0002") >= 5; }));
+    answerNext(QMessageBox::Yes);
+    window().close();
+    EXPECT_FALSE(window().isVisible());
+    end();
+    for (const QString& camera : {u"Small-S0001"_qs, u"Small-S0002"_qs}) {
+        ASSERT_EQ(recordedOf(camera).size(), 1) << camera.toStdString();
+        EXPECT_TRUE(isWhole(recordedOf(camera).first())) << camera.toStdString();
+    }
 }

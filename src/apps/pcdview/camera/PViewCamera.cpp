@@ -151,6 +151,11 @@ PStatus PViewCamera::takeSnapshot() {
                : PStatus::failure(tr("the camera refused to take a still picture"));
 }
 
+void PViewCamera::setRecorded(bool recorded) {
+    m_isRecorded = recorded;
+    emit stateChanged();
+}
+
 PViewCamera::State PViewCamera::state() const {
     if (m_device == nullptr)
         return State::Unplugged;

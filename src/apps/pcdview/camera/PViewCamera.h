@@ -57,6 +57,9 @@ public:
     /// that is being told included. Any camera whose "extexposure" has a field "capturemode".
     bool isTriggered() const { return m_isTriggered; }
     quint64 triggeredPictures() const { return m_triggeredPictures; }
+    /// True while a recording takes its frames, or completes its files.
+    bool isRecorded() const { return m_isRecorded; }
+    void setRecorded(bool recorded);
     /// What a person should know of the last attach().
     const QStringList& notes() const { return m_notes; }
     /// The newest frame that was shown.
@@ -103,5 +106,6 @@ private:
     std::chrono::steady_clock::time_point m_lastShown;
     bool m_wantsLive = true;
     bool m_isTriggered = false;
+    bool m_isRecorded = false;
     quint64 m_triggeredPictures = 0;
 };

@@ -33,8 +33,9 @@ QString endingOf(Format format) {
 
 } // namespace
 
-PRecording::PRecording(QObject* parent)
-    : QObject(parent) {
+PRecording::PRecording(std::shared_ptr<PWriteMemory> memory, QObject* parent)
+    : QObject(parent)
+    , m_memory(std::move(memory)) {
     m_check.setInterval(checkEveryMs);
     connect(&m_check, &QTimer::timeout, this, &PRecording::check);
 }
@@ -52,8 +53,6 @@ PRecording::~PRecording() {
 }
 
 PStatus PRecording::start(PViewCamera& camera, const PRecordSettings& settings, double pixelSize) {
-    if (isRunning())
-        return PStatus::failure(tr("a recording is running already"));
     if (camera.state() != PViewCamera::State::Live)
         return PStatus::failure(tr("the live picture is stopped; start it first"));
     const QString ending = endingOf(settings.format);
@@ -64,16 +63,15 @@ PStatus PRecording::start(PViewCamera& camera, const PRecordSettings& settings, 
     if (!folder.isOk())
         return folder;
     m_camera = &camera;
+    m_cameraId = camera.identity().id;
     m_device = camera.device();
-    m_recorder =
-        std::make_shared<PFrameRecorder>(makeWriter(camera, settings, pixelSize), settings.plan());
+    m_recorder = std::make_shared<PFrameRecorder>(makeWriter(camera, settings, pixelSize),
+                                                  settings.plan(), m_memory);
     m_begin = PFrameRecorder::Clock::now();
-    m_trouble.clear();
-    m_isEnding = false;
     m_ledgerBefore = camera.ledger();
     m_device->addFrameSink(m_recorder);
     m_check.start();
-    emit changed();
+    camera.setRecorded(true);
     return PStatus::Ok;
 }
 
@@ -133,14 +131,8 @@ std::optional<std::chrono::seconds> PRecording::silence() const {
 
 void PRecording::check() {
     const PFrameRecorder::Progress progress = m_recorder->progress();
-    if (progress.isFinished) {
-        const QString message = outcome(progress);
-        m_check.stop();
-        m_recorder.reset();
-        emit changed();
-        emit finished(message);
-        return;
-    }
+    if (progress.isFinished)
+        return finish(progress);
     if (progress.isOver)
         end("");
     else if (m_camera == nullptr)
@@ -150,6 +142,15 @@ void PRecording::check() {
     else if (m_camera->state() != PViewCamera::State::Live)
         end(QT_TR_NOOP("the live picture was stopped"));
     emit changed();
+}
+
+void PRecording::finish(const PFrameRecorder::Progress& progress) {
+    const QString message = outcome(progress);
+    m_check.stop();
+    m_recorder.reset();
+    if (m_camera != nullptr)
+        m_camera->setRecorded(false);
+    emit finished(message);
 }
 
 void PRecording::end(const char* trouble) {

@@ -13,18 +13,19 @@
 
 #include <memory>
 
-/// One recording at a time, from its start to its complete files, while the live picture goes on.
+/// One recording of a camera, from its start to its complete files, while the live picture goes on.
 /// The GUI thread.
 class PRecording : public QObject {
     Q_OBJECT
 
 public:
-    explicit PRecording(QObject* parent = nullptr);
+    /// `memory`: of the frames that wait to be written.
+    explicit PRecording(std::shared_ptr<PWriteMemory> memory, QObject* parent = nullptr);
     /// Ends a recording that still runs, and waits for its files.
     ~PRecording() override;
 
-    /// Begins to record the live frames of this camera into new files of the capture folder. The
-    /// pixel size is in micrometres, 0 if it is not known. Fails with the reason.
+    /// Begins, once, to record the live frames of this camera into new files of the capture folder.
+    /// The pixel size is in micrometres, 0 if it is not known. Fails with the reason.
     PStatus start(PViewCamera& camera, const PRecordSettings& settings, double pixelSize);
     /// Takes no more frames; those taken are written yet.
     void stop();
@@ -33,33 +34,36 @@ public:
     void endAsCameraCloses();
     void endAsProgramCloses();
 
-    /// True while it records this camera.
+    /// True while it records this camera, or completes its files.
     bool isOf(const PViewCamera& camera) const;
-    bool isRunning() const { return m_recorder != nullptr; }
     PFrameRecorder::Progress progress() const;
     /// How long no frame has come, where that is worth telling.
     std::optional<std::chrono::seconds> silence() const;
-    /// The name of the camera that is recorded.
-    QString camera() const { return m_camera == nullptr ? QString() : m_camera->identity().id; }
+    /// The id of the camera that is recorded, which may have been closed.
+    const QString& cameraId() const { return m_cameraId; }
     /// The file, or the folder of a series.
     const QString& path() const { return m_path; }
 
 signals:
-    /// It began, went on or ended.
+    /// It went on.
     void changed();
-    /// How it ended, in words.
+    /// How it ended, in words. Its files are complete.
     void finished(const QString& message);
 
 private:
     std::unique_ptr<PFrameWriter> makeWriter(const PViewCamera& camera,
                                              const PRecordSettings& settings, double pixelSize);
+    bool isRunning() const { return m_recorder != nullptr; }
     void check();
+    void finish(const PFrameRecorder::Progress& progress);
     void end(const char* trouble);
     QString outcome(const PFrameRecorder::Progress& progress) const;
 
+    const std::shared_ptr<PWriteMemory> m_memory;
     std::shared_ptr<PFrameRecorder> m_recorder;
     QPointer<PDevice> m_device;
     QPointer<PViewCamera> m_camera;
+    QString m_cameraId;
     QString m_path;
     QString m_trouble;
     PFrameLedger m_ledgerBefore;

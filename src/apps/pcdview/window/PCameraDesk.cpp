@@ -150,7 +150,9 @@ QList<PCameraPage*> PCameraDesk::pages() const {
 QString PCameraDesk::stateOf(const PCameraPage* page) const {
     if (page == nullptr)
         return tr("ready");
-    return page->camera().device() == nullptr ? tr("not open") : tr("open");
+    if (page->camera().device() == nullptr)
+        return tr("not open");
+    return page->camera().isRecorded() ? tr("recording") : tr("open");
 }
 
 QList<PCameraListPanel::Entry> PCameraDesk::entries() const {
@@ -176,7 +178,7 @@ QString PCameraDesk::titleOf(const PCameraPage& page) const {
         title += u" · "_qs + camera.serial;
     if (page.camera().state() == PViewCamera::State::Unplugged)
         title += u" — "_qs + tr("unplugged");
-    return title;
+    return page.camera().isRecorded() ? u"● "_qs + title : title;
 }
 
 void PCameraDesk::showState(PCameraPage* page) {

@@ -165,29 +165,48 @@ void PMainWindow::connectRecording() {
         if (on)
             startRecording();
         else
-            m_recording.stop();
+            askToStopRecording();
     });
     connect(m_panels->record, &PRecordPanel::startWanted, this, &PMainWindow::startRecording);
-    connect(&m_recording, &PRecording::changed, this, [this] {
-        const QSignalBlocker quiet(m_actions->record);
-        m_actions->record->setChecked(m_recording.isRunning());
-    });
-    connect(&m_recording, &PRecording::finished, this,
-            [this](const QString& message) { statusBar()->showMessage(message); });
+    connect(&m_recordings, &PRecordings::changed, this, &PMainWindow::showRecording);
+    connect(&m_recordings, &PRecordings::finished, this,
+            [this](const QString& camera, const QString& message) {
+                statusBar()->showMessage(camera + u": "_qs + message);
+            });
 }
 
 void PMainWindow::startRecording() {
     PCameraPage* const page = m_desk->currentPage();
+    PViewCamera& camera = page->camera();
     const PRecordSettings settings = m_panels->record->settings();
     settings.remember();
-    const PStatus status = m_recording.start(page->camera(), settings, page->pixelSizeOfPicture());
-    const QString message = status.isOk() ? tr("Recording to %1").arg(m_recording.path())
-                                          : tr("No recording: %1").arg(status.reason());
+    const PStatus status = m_recordings.start(camera, settings, page->pixelSizeOfPicture());
+    const QString message = status.isOk()
+                                ? tr("Recording to %1").arg(m_recordings.of(&camera)->path())
+                                : tr("No recording: %1").arg(status.reason());
     statusBar()->showMessage(message);
     if (!status.isOk())
-        m_panels->record->tell(message);
+        m_panels->record->tell(camera.identity().id, message);
+    showRecording();
+}
+
+/// A key is soon pressed by mistake, and what was not recorded is not to be had again.
+void PMainWindow::askToStopRecording() {
+    const QPointer<PRecording> recording = m_recordings.of(&m_desk->currentPage()->camera());
+    const bool isMeant =
+        recording != nullptr &&
+        QMessageBox::question(
+            this, tr("Recording"), tr("Stop the recording of %1?").arg(recording->cameraId()),
+            QMessageBox::Yes | QMessageBox::No, QMessageBox::No) == QMessageBox::Yes;
+    if (isMeant && recording != nullptr) // it may have ended meanwhile
+        recording->stop();
+    showRecording();
+}
+
+void PMainWindow::showRecording() {
+    const PCameraPage* const page = m_desk->currentPage();
     const QSignalBlocker quiet(m_actions->record);
-    m_actions->record->setChecked(m_recording.isRunning());
+    m_actions->record->setChecked(page != nullptr && m_recordings.of(&page->camera()) != nullptr);
 }
 
 bool PMainWindow::mayEndRecording() {
@@ -199,12 +218,12 @@ bool PMainWindow::mayEndRecording() {
 void PMainWindow::closePage(PCameraPage* page) {
     if (page == nullptr)
         return;
-    const bool isRecording = m_recording.isOf(page->camera());
-    if (isRecording && !mayEndRecording())
+    const QPointer<PRecording> recording = m_recordings.of(&page->camera());
+    if (recording != nullptr && !mayEndRecording())
         return;
     // While its camera can still tell what became of the frames.
-    if (isRecording)
-        m_recording.endAsCameraCloses();
+    if (recording != nullptr)
+        recording->endAsCameraCloses();
     m_desk->closePage(page);
 }
 

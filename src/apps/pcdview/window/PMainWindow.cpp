@@ -38,7 +38,7 @@ PMainWindow::PMainWindow(PCameraHost& host, const QString& problem,
     : m_host(host)
     , m_desk(new PCameraDesk(host, problem))
     , m_actions(new PViewActions(this))
-    , m_panels(new PPanels(this, m_recording, std::move(log)))
+    , m_panels(new PPanels(this, m_recordings, std::move(log)))
     , m_status(new PStatusFields(new PMessageBar)) {
     setStatusBar(m_status->bar());
     setCentralWidget(m_desk);
@@ -62,7 +62,7 @@ PMainWindow::PMainWindow(PCameraHost& host, const QString& problem,
 
 PMainWindow::~PMainWindow() {
     // While the camera can still tell what became of the frames.
-    m_recording.endAsProgramCloses();
+    m_recordings.endAsProgramCloses();
     // While all that it tells is still here.
     delete m_desk;
 }
@@ -80,7 +80,7 @@ void PMainWindow::closeUnasked() {
 }
 
 void PMainWindow::closeEvent(QCloseEvent* event) {
-    if (m_recording.isRunning() && !mayEndRecording())
+    if (!m_recordings.running().isEmpty() && !mayEndRecording())
         return event->ignore();
     m_actions->fullScreen->setChecked(false);
     QSettings settings;
@@ -150,7 +150,8 @@ void PMainWindow::showState() {
     const bool canSetRegions = page != nullptr && page->hasRegions();
     for (QAction* action : {m_actions->region, m_actions->wholeSensor})
         action->setEnabled(canSetRegions);
-    m_panels->record->setPossible(device != nullptr);
+    m_panels->record->setCamera(page == nullptr ? nullptr : &page->camera());
+    showRecording();
     for (QAction* action : {m_actions->live, m_actions->snapshot, m_actions->record,
                             m_actions->loadProfile, m_actions->saveProfile})
         action->setEnabled(device != nullptr);

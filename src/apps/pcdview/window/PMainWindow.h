@@ -3,7 +3,7 @@
 
 #include <apps/pcdview/analysis/PFrameAnalyser.h>
 #include <apps/pcdview/capture/PCapture.h>
-#include <apps/pcdview/capture/PRecording.h>
+#include <apps/pcdview/capture/PRecordings.h>
 #include <apps/pcdview/window/PPanels.h>
 #include <apps/pcdview/window/PStatusFields.h>
 #include <apps/pcdview/window/PViewActions.h>
@@ -63,6 +63,8 @@ private:
     void setRegionTool(bool on);
 
     void startRecording();
+    void askToStopRecording();
+    void showRecording();
     bool mayEndRecording();
     void closePage(PCameraPage* page);
     void askForPictureName();
@@ -77,7 +79,7 @@ private:
     PFrameAnalyser m_analyser;
     PFrameAnalysis m_analysis;
     PCapture m_capture;
-    PRecording m_recording;
+    PRecordings m_recordings;
     QTimer m_numbers;
     PCameraDesk* m_desk; // children
     PViewActions* m_actions;

@@ -28,13 +28,13 @@ QWidget* scrolling(QWidget* panel) {
 
 } // namespace
 
-PPanels::PPanels(QMainWindow* window, PRecording& recording, std::shared_ptr<PMemoryLogSink> log)
+PPanels::PPanels(QMainWindow* window, PRecordings& recordings, std::shared_ptr<PMemoryLogSink> log)
     : QObject(window)
     , cameras(new PCameraListPanel)
     , settings(new PSettingsPanel)
     , histogram(new PHistogramPanel)
     , frames(new PFramesPanel)
-    , record(new PRecordPanel(recording))
+    , record(new PRecordPanel(recordings))
     , m_window(window) {
     dock("cameraList", tr("Cameras"), cameras, Qt::LeftDockWidgetArea);
     dock("histogramDock", tr("Histogram"), scrolling(histogram), Qt::LeftDockWidgetArea);

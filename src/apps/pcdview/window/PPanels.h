@@ -12,7 +12,7 @@ class PCameraListPanel;
 class PFramesPanel;
 class PHistogramPanel;
 class PRecordPanel;
-class PRecording;
+class PRecordings;
 class PSettingsPanel;
 class QDockWidget;
 class QMainWindow;
@@ -22,7 +22,7 @@ class PPanels : public QObject {
     Q_OBJECT
 
 public:
-    PPanels(QMainWindow* window, PRecording& recording, std::shared_ptr<PMemoryLogSink> log);
+    PPanels(QMainWindow* window, PRecordings& recordings, std::shared_ptr<PMemoryLogSink> log);
 
     PCameraListPanel* cameras; // children of the window
     PSettingsPanel* settings;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <apps/pcdview/window/PRecordPanel.h>
 
-#include <apps/pcdview/capture/PRecording.h>
+#include <apps/pcdview/capture/PRecordings.h>
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -41,9 +41,9 @@ QString clockOf(PRecordSchedule::Duration time) {
 
 } // namespace
 
-PRecordPanel::PRecordPanel(PRecording& recording, QWidget* parent)
+PRecordPanel::PRecordPanel(PRecordings& recordings, QWidget* parent)
     : QWidget(parent)
-    , m_recording(recording)
+    , m_recordings(recordings)
     , m_end(new QComboBox)
     , m_frames(new QSpinBox)
     , m_timeLapse(new QCheckBox(tr("Time-lapse, one frame every")))
@@ -56,13 +56,13 @@ PRecordPanel::PRecordPanel(PRecording& recording, QWidget* parent)
     connect(m_end, &QComboBox::currentIndexChanged, this, &PRecordPanel::showFields);
     connect(m_timeLapse, &QCheckBox::toggled, m_interval, &QWidget::setEnabled);
     connect(m_button, &QPushButton::clicked, this, [this] {
-        if (m_recording.isRunning())
-            m_recording.stop();
+        if (PRecording* const recording = m_recordings.of(m_camera))
+            recording->stop();
         else
             emit startWanted();
     });
-    connect(&recording, &PRecording::changed, this, &PRecordPanel::showProgress);
-    connect(&recording, &PRecording::finished, this, &PRecordPanel::tell);
+    connect(&recordings, &PRecordings::changed, this, &PRecordPanel::showProgress);
+    connect(&recordings, &PRecordings::finished, this, &PRecordPanel::tell);
     showFields();
     showProgress();
 }
@@ -114,13 +114,14 @@ PRecordSettings PRecordPanel::settings() const {
     return settings;
 }
 
-void PRecordPanel::setPossible(bool possible) {
-    m_isPossible = possible;
+void PRecordPanel::setCamera(PViewCamera* camera) {
+    m_camera = camera;
     showProgress();
 }
 
-void PRecordPanel::tell(const QString& message) {
-    m_text->setText(message);
+void PRecordPanel::tell(const QString& camera, const QString& message) {
+    m_messages.insert(camera, message);
+    showProgress();
 }
 
 void PRecordPanel::showFields() {
@@ -129,23 +130,42 @@ void PRecordPanel::showFields() {
 }
 
 void PRecordPanel::showProgress() {
-    const bool isRunning = m_recording.isRunning();
-    m_button->setText(isRunning ? tr("Stop recording") : tr("Record"));
-    m_button->setEnabled(isRunning || m_isPossible);
-    m_bar->setVisible(isRunning);
-    if (!isRunning)
-        return;
-    const std::optional<double> share = m_recording.progress().share;
-    // Without a set end it only shows that something is going on.
-    m_bar->setMaximum(share ? barSteps : 0);
-    m_bar->setValue(int(share.value_or(0) * barSteps));
-    m_text->setText(progressText());
+    const PRecording* const here = m_recordings.of(m_camera);
+    const bool isPossible = m_camera != nullptr && m_camera->device() != nullptr;
+    m_button->setText(here != nullptr ? tr("Stop recording") : tr("Record"));
+    m_button->setEnabled(here != nullptr || isPossible);
+    m_bar->setVisible(here != nullptr);
+    if (here != nullptr) {
+        const std::optional<double> share = here->progress().share;
+        // Without a set end it only shows that something is going on.
+        m_bar->setMaximum(share ? barSteps : 0);
+        m_bar->setValue(int(share.value_or(0) * barSteps));
+    }
+    for (const PRecording* recording : m_recordings.running())
+        m_messages.remove(recording->cameraId());
+    const QString inFront = m_camera == nullptr ? QString() : m_camera->identity().id;
+    m_text->setText(texts(inFront).join(u"\n"_qs));
 }
 
-QString PRecordPanel::progressText() const {
-    const PFrameRecorder::Progress progress = m_recording.progress();
+/// The camera in front first.
+QStringList PRecordPanel::texts(const QString& inFront) const {
+    QStringList texts;
+    const auto add = [&](const QString& camera, const QString& text) {
+        texts.insert(camera == inFront ? 0 : texts.size(), text);
+    };
+    for (const PRecording* recording : m_recordings.running())
+        add(recording->cameraId(), progressText(*recording));
+    for (auto message = m_messages.begin(); message != m_messages.end(); ++message) {
+        const bool isInFront = message.key() == inFront;
+        add(message.key(), isInFront ? *message : message.key() + u'\n' + *message);
+    }
+    return texts;
+}
+
+QString PRecordPanel::progressText(const PRecording& recording) {
+    const PFrameRecorder::Progress progress = recording.progress();
     const PRecordTally& tally = progress.tally;
-    QString text = m_recording.camera() + u'\n' +
+    QString text = recording.cameraId() + u'\n' +
                    tr("Written: %1, waiting: %2, lost: %3")
                        .arg(tally.written)
                        .arg(tally.waiting)
@@ -154,7 +174,7 @@ QString PRecordPanel::progressText() const {
         return text + u'\n' + tr("Finishing the file…");
     if (progress.timeLeft)
         text += u'\n' + tr("Time left: %1").arg(clockOf(*progress.timeLeft));
-    if (const auto silence = m_recording.silence())
+    if (const auto silence = recording.silence())
         text += u'\n' + tr("No frame has come for %1 s.").arg(silence->count());
     return text;
 }

@@ -3,9 +3,13 @@
 
 #include <apps/pcdview/capture/PRecordSettings.h>
 
+#include <QMap>
+#include <QPointer>
 #include <QWidget>
 
 class PRecording;
+class PRecordings;
+class PViewCamera;
 class QCheckBox;
 class QComboBox;
 class QDoubleSpinBox;
@@ -14,19 +18,20 @@ class QProgressBar;
 class QPushButton;
 class QSpinBox;
 
-/// What to record, and how far it is. The GUI thread.
+/// What to record of the camera in front, and how far the recordings of all cameras are. The GUI
+/// thread.
 class PRecordPanel : public QWidget {
     Q_OBJECT
 
 public:
-    /// The recording must outlive it.
-    explicit PRecordPanel(PRecording& recording, QWidget* parent = nullptr);
+    /// The recordings must outlive it.
+    explicit PRecordPanel(PRecordings& recordings, QWidget* parent = nullptr);
 
     PRecordSettings settings() const;
-    /// Whether there is a live camera to record.
-    void setPossible(bool possible);
-    /// Shows how it went.
-    void tell(const QString& message);
+    /// The camera in front, as it is now; null: none.
+    void setCamera(PViewCamera* camera);
+    /// Shows how it went with the camera of this id, until it is recorded again.
+    void tell(const QString& camera, const QString& message);
 
 signals:
     void startWanted();
@@ -36,11 +41,13 @@ private:
     void makeLayout();
     void showFields();
     void showProgress();
-    QString progressText() const;
+    QStringList texts(const QString& inFront) const;
+    static QString progressText(const PRecording& recording);
 
-    PRecording& m_recording;
-    bool m_isPossible = false;
-    QComboBox* m_end; // children
+    PRecordings& m_recordings;
+    QPointer<PViewCamera> m_camera;
+    QMap<QString, QString> m_messages; ///< by the cameras' ids
+    QComboBox* m_end;                  // children
     QSpinBox* m_frames;
     QDoubleSpinBox* m_seconds;
     QCheckBox* m_timeLapse;

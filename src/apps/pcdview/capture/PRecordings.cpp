@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#include <apps/pcdview/capture/PRecordings.h>
+
+#include <algorithm>
+
+PRecordings::PRecordings(QObject* parent)
+    : QObject(parent)
+    , m_memory(std::make_shared<PWriteMemory>(PFrameWriteQueue::defaultByteLimit())) {
+}
+
+PRecordings::~PRecordings() {
+    endAsProgramCloses(); // all first: their files are completed side by side
+    qDeleteAll(m_running);
+}
+
+PStatus PRecordings::start(PViewCamera& camera, const PRecordSettings& settings, double pixelSize) {
+    if (of(&camera) != nullptr)
+        return PStatus::failure(tr("this camera is being recorded already"));
+    auto recording = std::make_unique<PRecording>(m_memory, this);
+    const PStatus status = recording->start(camera, settings, pixelSize);
+    if (!status.isOk())
+        return status;
+    PRecording* const started = recording.release();
+    m_running.append(started);
+    connect(started, &PRecording::changed, this, &PRecordings::changed);
+    connect(started, &PRecording::finished, this,
+            [this, started](const QString& message) { onFinished(started, message); });
+    emit changed();
+    return PStatus::Ok;
+}
+
+PRecording* PRecordings::of(const PViewCamera* camera) const {
+    const auto found = std::find_if(m_running.begin(), m_running.end(), [&](const auto* recording) {
+        return camera != nullptr && recording->isOf(*camera);
+    });
+    return found == m_running.end() ? nullptr : *found;
+}
+
+void PRecordings::endAsProgramCloses() {
+    for (PRecording* recording : std::as_const(m_running))
+        recording->endAsProgramCloses();
+}
+
+void PRecordings::onFinished(PRecording* recording, const QString& message) {
+    m_running.removeOne(recording);
+    recording->deleteLater(); // it is telling this
+    emit changed();
+    emit finished(recording->cameraId(), message);
+}
