@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // How a frame is exposed, as one value: what is sent for it, what is read, how it is written down.
+#include "ComparedFields.h"
 #include "SimFixture.h"
 #include "StreamBytes.h"
 
@@ -106,8 +107,8 @@ TEST_F(PTExtendedExposureTest, an_external_trigger_is_the_other_option) {
     ExtendedExposureData d = triggered(0, 0, 20, 0);
     d.triggermode = ExtendedExposureData::ExternalTrigger;
     property()->trySetValueToDevice(d);
-    ASSERT_FALSE(SimJournal::lines().empty());
-    EXPECT_EQ(SimJournal::lines().back(), "Toupcam_put_Option(h1, 11, 2) = 0");
+    EXPECT_THAT(SimJournal::calls("Toupcam_put_Option"),
+                ElementsAre("Toupcam_put_Option(h1, 11, 2) = 0"));
     EXPECT_THAT(ptTexts(log),
                 ElementsAre(QStringLiteral("[Toupcam] Activate hardware trigger mode")));
 }
@@ -299,6 +300,13 @@ TEST(ExtendedExposureDataTest, has_its_defaults) {
     EXPECT_EQ(d.spincount, 1);
     EXPECT_EQ(d.triggermode, 0);
     EXPECT_EQ(d.capturemode, 0);
+}
+
+TEST(ExtendedExposureDataTest, is_another_one_if_any_of_its_11_fields_differs) {
+    EXPECT_EQ(ExtendedExposureData::staticMetaObject.propertyCount(), 11);
+    EXPECT_THAT(fieldsNotCompared<ExtendedExposureData>(), IsEmpty());
+    EXPECT_TRUE(ExtendedExposureData() == ExtendedExposureData());
+    EXPECT_FALSE(ExtendedExposureData() != ExtendedExposureData());
 }
 
 namespace {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The cooling fan: what is sent, what is read, how it is written down.
+#include "ComparedFields.h"
 #include "SimFixture.h"
 #include "StreamBytes.h"
 
@@ -38,6 +39,15 @@ protected:
 
 TEST_F(PTFanPropertyTest, speed_0_reads_as_off) {
     EXPECT_EQ(readAt(0), (FANDATA{0, 0}));
+}
+
+TEST_F(PTFanPropertyTest, speed_1_reads_as_on) {
+    EXPECT_EQ(readAt(1), (FANDATA{1, 1}));
+}
+
+TEST_F(PTFanPropertyTest, speed_less_than_0_reads_as_off) {
+    ToupcamSim_answerOption(TOUPCAM_OPTION_FAN, -1);
+    EXPECT_EQ(property()->tryGetValueFromDevice(), (FANDATA{0, -1}));
 }
 
 TEST_F(PTFanPropertyTest, speed_3_reads_as_on_with_3) {
@@ -109,6 +119,13 @@ TEST_F(PTFanPropertyTest, there_is_no_range) {
 
 TEST_F(PTFanPropertyTest, the_value_is_known_by_its_name) {
     EXPECT_EQ(QMetaType::fromName("FANDATA"), QMetaType::fromType<FANDATA>());
+}
+
+TEST(FANDATATest, is_another_one_if_either_field_differs) {
+    EXPECT_EQ(FANDATA::staticMetaObject.propertyCount(), 2);
+    EXPECT_THAT(fieldsNotCompared<FANDATA>(), IsEmpty());
+    EXPECT_TRUE(FANDATA() == FANDATA());
+    EXPECT_FALSE(FANDATA() != FANDATA());
 }
 
 TEST(FANDATATest, is_8_bytes_and_read_back_as_it_was) {

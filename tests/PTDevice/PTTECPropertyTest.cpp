@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The sensor's cooler: what is sent, what is read, how it is written down.
+#include "ComparedFields.h"
 #include "SimFixture.h"
 #include "StreamBytes.h"
 
@@ -92,6 +93,13 @@ TEST_F(PTECPropertyTest, there_is_no_range) {
 
 TEST_F(PTECPropertyTest, the_value_is_known_by_its_name) {
     EXPECT_EQ(QMetaType::fromName("TECDATA"), QMetaType::fromType<TECDATA>());
+}
+
+TEST(TECDATATest, is_another_one_if_either_field_differs) {
+    EXPECT_EQ(TECDATA::staticMetaObject.propertyCount(), 2);
+    EXPECT_THAT(fieldsNotCompared<TECDATA>(), IsEmpty());
+    EXPECT_TRUE(TECDATA() == TECDATA());
+    EXPECT_FALSE(TECDATA() != TECDATA());
 }
 
 TEST(TECDATATest, minus_5_degrees_are_4_and_2_bytes_and_read_back_as_they_were) {

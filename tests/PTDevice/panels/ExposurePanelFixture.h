@@ -21,7 +21,7 @@
 class ExposurePanelFixture : public PanelFixture {
 protected:
     PTExtendedExposure* exposure() const {
-        return static_cast<PTExtendedExposure*>(property("extexposure"));
+        return propertyOf<PTExtendedExposure>(*device, "extexposure");
     }
     void set(const ExtendedExposureData& d) { exposure()->setValue(QVariant::fromValue(d)); }
     ExtendedExposureData stored() const { return exposure()->value(); }
@@ -39,6 +39,12 @@ protected:
         d.seconds = 0;
         d.milliseconds = 1;
         return d;
+    }
+
+    static PImage smallImage() {
+        PImage image;
+        EXPECT_TRUE(image.create(8, 4, PDIP::ColorFormat::Bgr));
+        return image;
     }
 
     /// Ends the stream. Every image that was on its way has arrived then, and so has the snapshot

@@ -38,7 +38,7 @@ struct PanelRow {
 class LanguageChangeOfPanel : public LanguageChange, public testing::WithParamInterface<PanelRow> {
 protected:
     QStringList textsOfNewPanel() const {
-        const std::unique_ptr<QWidget> fresh(property(GetParam().property)->createWidget());
+        const auto fresh = newPanel(GetParam().property);
         return textsOf(fresh.get());
     }
 };

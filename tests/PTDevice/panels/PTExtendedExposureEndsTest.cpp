@@ -25,12 +25,6 @@ protected:
     int snapshots = 0;
 };
 
-PImage smallImage() {
-    PImage image;
-    EXPECT_TRUE(image.create(8, 4, PDIP::ColorFormat::Bgr));
-    return image;
-}
-
 } // namespace
 
 TEST_F(PTExtendedExposureEnds, images_after_the_panels_end_are_nobodys) {
@@ -149,15 +143,4 @@ TEST_F(PTExtendedExposureEnds, a_change_after_the_panels_end_is_nobodys) {
     set(d);
     EXPECT_EQ(stored(), d);
     EXPECT_EQ(puts().size(), 5U);
-}
-
-TEST_F(PTExtendedExposureEnds, a_number_that_is_being_typed_ends_with_the_panel) {
-    ExtendedExposureData d;
-    d.autoexpenabled = false;
-    openWith(d);
-    typeInto(time()->findChild<PNumberField*>(), QStringLiteral("77"));
-    panel.reset();
-    QCoreApplication::processEvents();
-    EXPECT_EQ(stored().exp, 1.0);
-    EXPECT_THAT(puts(), IsEmpty());
 }

@@ -15,6 +15,7 @@
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::StartsWith;
 
 namespace {
 
@@ -198,8 +199,31 @@ TEST_F(PTExtendedExposureRuns, going_to_video_ends_a_run) {
     clickOn(button("pbVideo"));
     EXPECT_FALSE(button("pbRepeatMode")->isChecked());
     EXPECT_EQ(button("pbRepeatMode")->text(), QStringLiteral("Run repeat"));
-    EXPECT_EQ(SimJournal::calls(triggerCall).back(), "Toupcam_Trigger(h1, 0) = 0");
+    EXPECT_THAT(SimJournal::calls(triggerCall),
+                ElementsAre("Toupcam_Trigger(h1, 65535) = 0", "Toupcam_Trigger(h1, 0) = 0"));
     EXPECT_EQ(page(), 0);
+}
+
+TEST_F(PTExtendedExposureRuns, going_to_video_writes_before_it_ends_a_run) {
+    openWith(triggerRecord());
+    clickOn(button("pbRepeatMode"));
+    SimJournal::clear();
+    clickOn(button("pbVideo"));
+    EXPECT_EQ(puts().size(), 10U); // both page buttons write
+    const std::vector<std::string> calls = SimJournal::lines();
+    ASSERT_FALSE(calls.empty());
+    EXPECT_THAT(calls.back(), StartsWith("Toupcam_Trigger(h1, 0)"));
+}
+
+TEST_F(PTExtendedExposureRuns, a_run_that_ends_under_an_external_trigger_leaves_sequences) {
+    openWith(triggerRecord());
+    clickOn(button("pbRunOnce"));
+    ASSERT_THAT(usableRuns(), ElementsAre("pbRunOnce"));
+    ExtendedExposureData d = stored();
+    d.triggermode = ExtendedExposureData::ExternalTrigger;
+    set(d);
+    clickOn(button("pbRunOnce"));
+    EXPECT_THAT(usableRuns(), ElementsAre("pbSequence"));
 }
 
 TEST_F(PTExtendedExposureRuns, an_external_sequence_of_3_ends_after_three_signals) {
@@ -291,10 +315,8 @@ protected:
     }
     /// Images that have come while no event was processed.
     void letWait(int count) {
-        PImage image;
-        ASSERT_TRUE(image.create(8, 4, PDIP::ColorFormat::Bgr));
         for (int i = 0; i < count; ++i)
-            device->processFrameImage(image);
+            device->processFrameImage(smallImage());
         EXPECT_EQ(device->frameLedger().waiting, quint64(count));
     }
     /// Waits until all images have been seen and so many snapshots made; none more comes then.
@@ -360,6 +382,84 @@ TEST_F(PTExtendedExposureBacklog, leaves_the_next_sequence_its_own_images) {
         ASSERT_NE(panel, nullptr) << "it was nested too deep";
         EXPECT_EQ(numbers.size(), std::size_t(run) * 500U);
     }
+}
+
+// ---- Images one by one.
+
+namespace {
+
+class PTExtendedExposureImages : public PTExtendedExposureRuns {
+protected:
+    /// The camera does not stream: the test makes the images.
+    void bringImages(int count) {
+        for (int i = 0; i < count; ++i)
+            emit device->imageChanged(smallImage());
+    }
+};
+
+} // namespace
+
+TEST_F(PTExtendedExposureImages, a_single_run_has_ended_when_its_image_has_been_handled) {
+    openWith(triggerRecord());
+    clickOn(button("pbRunOnce"));
+    bringImages(1);
+    EXPECT_FALSE(button("pbRunOnce")->isChecked());
+    EXPECT_EQ(button("pbRunOnce")->text(), QStringLiteral("Run once"));
+}
+
+TEST_F(PTExtendedExposureImages, pending_events_are_processed_after_each_image_of_a_sequence) {
+    openWith(sequenceOf(2));
+    clickOn(button("pbSequence"));
+    int processed = 0;
+    const auto countLater = [&] {
+        QMetaObject::invokeMethod(
+            device.get(), [&] { ++processed; }, Qt::QueuedConnection);
+    };
+    countLater();
+    bringImages(1);
+    EXPECT_EQ(processed, 1);
+    EXPECT_TRUE(button("pbSequence")->isChecked());
+    countLater();
+    bringImages(1);
+    EXPECT_EQ(processed, 2);
+    EXPECT_FALSE(button("pbSequence")->isChecked());
+}
+
+TEST_F(PTExtendedExposureImages, each_one_of_a_run_is_a_line_of_debug_output) {
+    openWith(sequenceOf(2));
+    QString line;
+    QDebug(&line) << "Process snapshot:" << smallImage();
+    line = line.trimmed();
+    const auto lines = [&] { return log.texts(QStringLiteral("qt")).count(line); };
+    bringImages(1);
+    EXPECT_EQ(lines(), 0);
+    clickOn(button("pbSequence"));
+    bringImages(3);
+    EXPECT_EQ(lines(), 2) << line.toStdString();
+}
+
+TEST_F(PTExtendedExposureImages, a_sequence_started_again_is_counted_from_the_beginning) {
+    openWith(sequenceOf(5));
+    clickOn(button("pbSequence"));
+    bringImages(3);
+    clickOn(button("pbSequence")); // stopped by hand
+    clickOn(button("pbSequence"));
+    bringImages(4);
+    EXPECT_TRUE(button("pbSequence")->isChecked());
+    bringImages(1);
+    EXPECT_FALSE(button("pbSequence")->isChecked());
+}
+
+TEST_F(PTExtendedExposureImages, a_stored_number_that_the_panel_cannot_show_is_run_as_it_is) {
+    openWith(sequenceOf(1002));
+    ASSERT_EQ(box("spincount")->value(), 999);
+    clickOn(button("pbSequence"));
+    EXPECT_THAT(SimJournal::calls(triggerCall),
+                ElementsAre(StartsWith("Toupcam_Trigger(h1, 1002)")));
+    bringImages(1001);
+    EXPECT_TRUE(button("pbSequence")->isChecked());
+    bringImages(1);
+    EXPECT_FALSE(button("pbSequence")->isChecked());
 }
 
 namespace {

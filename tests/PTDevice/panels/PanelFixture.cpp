@@ -26,8 +26,15 @@ void PanelFixture::openCamera(const SimCameraText& camera) {
     device->supportProperties();
 }
 
-std::unique_ptr<QWidget> PanelFixture::openPanel(const char* id) {
+std::unique_ptr<QWidget> PanelFixture::newPanel(const char* id) const {
     std::unique_ptr<QWidget> panel(property(id)->createWidget());
+    if (panel == nullptr)
+        throw std::runtime_error(std::string("there is no panel of ") + id);
+    return panel;
+}
+
+std::unique_ptr<QWidget> PanelFixture::openPanel(const char* id) {
+    std::unique_ptr<QWidget> panel = newPanel(id);
     EXPECT_TRUE(showActive(panel.get()));
     SimJournal::clear();
     log.clear();

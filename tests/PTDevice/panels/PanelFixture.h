@@ -21,9 +21,12 @@ protected:
     static SimCameraText fullCamera(int framesPerSecond = 200);
     void openCamera(const SimCameraText& camera);
 
-    PDeviceProperty* property(const char* id) const { return device->getProperty(id); }
+    /// The test fails if there is none.
+    PDeviceProperty* property(const char* id) const { return propertyOf(*device, id); }
 
-    /// A new panel of a property, shown and active; the journal and the log are empty then.
+    /// A new panel of a property; the test fails if there is none.
+    std::unique_ptr<QWidget> newPanel(const char* id) const;
+    /// The same, shown and active; the journal and the log are empty then.
     std::unique_ptr<QWidget> openPanel(const char* id);
 
     std::unique_ptr<PTDevice> device;

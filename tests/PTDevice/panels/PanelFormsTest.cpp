@@ -76,7 +76,7 @@ class PanelForm : public PanelFixture, public testing::WithParamInterface<FormRo
 
 TEST_P(PanelForm, has_the_object_in_its_place_with_its_text) {
     const FormRow& row = GetParam();
-    const std::unique_ptr<QWidget> panel(property(row.property)->createWidget());
+    const auto panel = newPanel(row.property);
     auto* const layout = panel->findChild<QLayout*>(QString::fromLatin1(row.layout));
     ASSERT_NE(layout, nullptr);
     EXPECT_EQ(placeOf(layout, QString::fromLatin1(row.object)), row.place);
@@ -152,7 +152,7 @@ class PanelFrame : public PanelFixture, public testing::WithParamInterface<Frame
 
 TEST_P(PanelFrame, has_its_name_its_title_and_its_margins) {
     const FrameRow& row = GetParam();
-    const std::unique_ptr<QWidget> panel(property(row.property)->createWidget());
+    const auto panel = newPanel(row.property);
     EXPECT_EQ(panel->parent(), nullptr);
     EXPECT_EQ(panel->objectName(), QString::fromLatin1(row.object));
     EXPECT_EQ(panel->windowTitle(), QStringLiteral("Form"));
@@ -179,12 +179,22 @@ INSTANTIATE_TEST_SUITE_P(
 class PanelFormDetails : public PanelFixture {};
 
 TEST_F(PanelFormDetails, the_exposure_panel_is_264_by_273) {
-    const std::unique_ptr<QWidget> panel(property("extexposure")->createWidget());
+    const auto panel = newPanel("extexposure");
     EXPECT_EQ(panel->size(), QSize(264, 273));
 }
 
+TEST_F(PanelFormDetails, the_room_left_on_the_trigger_page_is_in_its_row_10) {
+    const auto panel = newPanel("extexposure");
+    const auto* const layout = panel->findChild<QGridLayout*>(QStringLiteral("gridLayout_3"));
+    ASSERT_NE(layout, nullptr);
+    QLayoutItem* const item = layout->itemAtPosition(10, 0);
+    ASSERT_NE(item, nullptr);
+    ASSERT_NE(item->spacerItem(), nullptr);
+    EXPECT_EQ(item->expandingDirections(), Qt::Vertical);
+}
+
 TEST_F(PanelFormDetails, the_light_panel_is_300_by_160_and_grows_in_width_alone) {
-    const std::unique_ptr<QWidget> panel(property("backlight")->createWidget());
+    const auto panel = newPanel("backlight");
     EXPECT_EQ(panel->size(), QSize(300, 160));
     EXPECT_EQ(panel->minimumSize(), QSize(160, 160));
     EXPECT_EQ(panel->maximumSize(), QSize(16777215, 160));
@@ -197,7 +207,7 @@ TEST_F(PanelFormDetails, the_light_panel_is_300_by_160_and_grows_in_width_alone)
 }
 
 TEST_F(PanelFormDetails, the_light_panel_explains_itself_in_italics) {
-    const std::unique_ptr<QWidget> panel(property("backlight")->createWidget());
+    const auto panel = newPanel("backlight");
     EXPECT_EQ(control<QLabel>(panel, "label")->text(),
               QStringLiteral(
                   "<html><head/><body><p><span style=\" font-style:italic;\">Select compensate "
@@ -207,13 +217,13 @@ TEST_F(PanelFormDetails, the_light_panel_explains_itself_in_italics) {
 }
 
 TEST_F(PanelFormDetails, the_light_buttons_exclude_each_other) {
-    const std::unique_ptr<QWidget> panel(property("backlight")->createWidget());
+    const auto panel = newPanel("backlight");
     for (const char* name : {"dc", "hz60", "hz50"})
         EXPECT_TRUE(control<QRadioButton>(panel, name)->autoExclusive()) << name;
 }
 
 TEST_F(PanelFormDetails, the_page_buttons_are_navigation_and_exclude_each_other) {
-    const std::unique_ptr<QWidget> panel(property("extexposure")->createWidget());
+    const auto panel = newPanel("extexposure");
     for (const char* name : {"pbVideo", "pbTrigger"}) {
         const auto* const button = control<QPushButton>(panel, name);
         EXPECT_EQ(button->accessibleName(), QStringLiteral("nav")) << name;
@@ -232,7 +242,7 @@ TEST_F(PanelFormDetails, the_page_buttons_are_navigation_and_exclude_each_other)
 }
 
 TEST_F(PanelFormDetails, the_run_buttons_are_checkable_and_do_not_exclude_each_other) {
-    const std::unique_ptr<QWidget> panel(property("extexposure")->createWidget());
+    const auto panel = newPanel("extexposure");
     for (const char* name : {"pbRunOnce", "pbSequence", "pbRepeatMode"}) {
         const auto* const button = control<QPushButton>(panel, name);
         EXPECT_TRUE(button->isCheckable() && !button->autoExclusive()) << name;
@@ -241,7 +251,7 @@ TEST_F(PanelFormDetails, the_run_buttons_are_checkable_and_do_not_exclude_each_o
 }
 
 TEST_F(PanelFormDetails, the_pages_are_video_and_trigger) {
-    const std::unique_ptr<QWidget> panel(property("extexposure")->createWidget());
+    const auto panel = newPanel("extexposure");
     const auto* const pages = control<QStackedWidget>(panel, "stackedWidget");
     ASSERT_EQ(pages->count(), 2);
     EXPECT_EQ(pages->widget(0)->objectName(), QStringLiteral("page"));
@@ -251,7 +261,7 @@ TEST_F(PanelFormDetails, the_pages_are_video_and_trigger) {
 }
 
 TEST_F(PanelFormDetails, the_trigger_is_by_software_or_external) {
-    const std::unique_ptr<QWidget> panel(property("extexposure")->createWidget());
+    const auto panel = newPanel("extexposure");
     const auto* const modes = control<QComboBox>(panel, "cbTriggerMode");
     ASSERT_EQ(modes->count(), 2);
     EXPECT_EQ(modes->itemText(0), QStringLiteral("Software"));
@@ -259,7 +269,7 @@ TEST_F(PanelFormDetails, the_trigger_is_by_software_or_external) {
 }
 
 TEST_F(PanelFormDetails, the_number_boxes_have_their_ends) {
-    const std::unique_ptr<QWidget> panel(property("extexposure")->createWidget());
+    const auto panel = newPanel("extexposure");
     const std::map<const char*, std::pair<int, int>> ends{{"sM", {0, 60}},
                                                           {"sSec", {0, 60}},
                                                           {"sMS", {0, 999}},

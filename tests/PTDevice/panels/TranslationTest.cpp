@@ -95,13 +95,13 @@ TEST_F(Translation, the_titles_of_all_choices_are_russian_and_their_names_are_no
 
 TEST_F(Translation, a_panel_that_is_made_now_is_russian) {
     for (const char* id : panelIds) {
-        const std::unique_ptr<QWidget> panel(property(id)->createWidget());
+        const auto panel = newPanel(id);
         EXPECT_THAT(untranslated(textsOf(panel.get())), IsEmpty()) << id;
     }
 }
 
 TEST_P(RussianPanel, says_what_a_microscopist_says) {
-    const std::unique_ptr<QWidget> panel(property(GetParam().property)->createWidget());
+    const auto panel = newPanel(GetParam().property);
     const QString text = control<QWidget>(panel, GetParam().control)->property("text").toString();
     EXPECT_TRUE(text.contains(QString::fromUtf8(GetParam().text))) << text.toStdString();
 }

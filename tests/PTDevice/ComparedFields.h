@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QMetaProperty>
+#include <QStringList>
+
+/// The fields of a record, by name, that two records may differ in without being told apart. A
+/// field that is not declared is not looked at.
+template <typename Record>
+QStringList fieldsNotCompared() {
+    QStringList names;
+    const QMetaObject& fields = Record::staticMetaObject;
+    for (int i = 0; i < fields.propertyCount(); ++i) {
+        const QMetaProperty field = fields.property(i);
+        Record other;
+        const QVariant value = field.readOnGadget(&other);
+        const bool isSwitch = value.typeId() == QMetaType::Bool;
+        field.writeOnGadget(&other, isSwitch ? !value.toBool() : value.toDouble() + 1);
+        const bool toldApart = !(other == Record()) && other != Record();
+        if (!toldApart)
+            names.append(QString::fromLatin1(field.name()));
+    }
+    return names;
+}
