@@ -32,7 +32,7 @@
     <name>PCameraListPanel</name>
     <message>
         <source>Double-click a camera to look through it.</source>
-        <translation>Дважды щёлкните камеру, чтобы смотреть через неё.</translation>
+        <translation>Дважды щёлкните камеру, чтобы открыть её.</translation>
     </message>
     <message>
         <source>Look again</source>
@@ -59,11 +59,11 @@
     </message>
     <message>
         <source>This camera is unplugged. The last picture stays; plug it in again and it goes on with its settings.</source>
-        <translation>Эта камера отключена. Последний снимок остаётся; подключите её снова, и она продолжит работу со своими настройками.</translation>
+        <translation>Эта камера отключена. Последний кадр остаётся на экране; подключите её снова, и она продолжит работу со своими настройками.</translation>
     </message>
     <message>
         <source>Triggered capture: the picture waits for triggers. Pictures taken: %1</source>
-        <translation>Съёмка по триггеру: картина ждёт сигналов. Сделано снимков: %1</translation>
+        <translation>Съёмка по триггеру: кадры приходят только по триггеру. Сделано снимков: %1</translation>
     </message>
 </context>
 <context>
@@ -323,7 +323,7 @@
     <name>PFramesPanel</name>
     <message>
         <source>What became of them</source>
-        <translation>Что с ними стало</translation>
+        <translation>Что стало с кадрами</translation>
     </message>
     <message>
         <source>Frames</source>
@@ -376,7 +376,7 @@
     </message>
     <message>
         <source>Move the picture, or draw the region</source>
-        <translation>Двигать снимок или рисовать область</translation>
+        <translation>Двигать изображение или рисовать область</translation>
     </message>
     <message>
         <source>Double click</source>
@@ -420,7 +420,7 @@
     </message>
     <message>
         <source>Live pictures, still pictures and recordings of microscope cameras.</source>
-        <translation>Живая картина, снимки и записи с камер микроскопов.</translation>
+        <translation>Живое изображение, снимки и записи с камер для микроскопов.</translation>
     </message>
     <message>
         <source>Its version</source>
@@ -469,7 +469,7 @@
     <name>PImageView</name>
     <message>
         <source>Picture of the camera</source>
-        <translation>Картина камеры</translation>
+        <translation>Изображение с камеры</translation>
     </message>
 </context>
 <context>
@@ -622,7 +622,7 @@
     </message>
     <message>
         <source>A recording is running. End it and close?</source>
-        <translation>Идёт запись. Закончить её и закрыть программу?</translation>
+        <translation>Идёт запись. Завершить её и закрыть?</translation>
     </message>
     <message>
         <source>Draw the region with the mouse; Esc puts it away.</source>
@@ -630,7 +630,7 @@
     </message>
     <message>
         <source>There is no picture yet.</source>
-        <translation>Картины ещё нет.</translation>
+        <translation>Изображения ещё нет.</translation>
     </message>
     <message>
         <source>Save shown picture</source>
@@ -676,7 +676,7 @@
         <source>Size of a pixel on the specimen at the full resolution, in micrometres (0: no scale bar).
 It is the size on the sensor divided by the magnification.</source>
         <translation>Размер пиксела на препарате при полном разрешении, в микрометрах (0: без масштабной линейки).
-Это размер на матрице, делённый на увеличение.</translation>
+Это размер на сенсоре, делённый на увеличение.</translation>
     </message>
     <message>
         <source>The camera was unplugged: nothing was saved.</source>
@@ -905,7 +905,7 @@ It is the size on the sensor divided by the magnification.</source>
     </message>
     <message>
         <source>Time-lapse, one frame every</source>
-        <translation>Цейтрафер, кадр каждые</translation>
+        <translation>Интервальная съёмка, кадр каждые</translation>
     </message>
     <message>
         <source>A number of frames</source>
@@ -945,7 +945,7 @@ It is the size on the sensor divided by the magnification.</source>
     </message>
     <message>
         <source>As:</source>
-        <translation>Как:</translation>
+        <translation>Формат:</translation>
     </message>
     <message>
         <source>Stop recording</source>
@@ -965,7 +965,7 @@ It is the size on the sensor divided by the magnification.</source>
     </message>
     <message>
         <source>Finishing the file…</source>
-        <translation>Файл завершается…</translation>
+        <translation>Файл дописывается…</translation>
     </message>
     <message>
         <source>No frame has come for %1 s.</source>
@@ -980,7 +980,7 @@ It is the size on the sensor divided by the magnification.</source>
     </message>
     <message>
         <source>the live picture is stopped; start it first</source>
-        <translation>живая картина остановлена; сначала включите её</translation>
+        <translation>живое изображение остановлено; сначала включите его</translation>
     </message>
     <message>
         <source>the camera was closed</source>
@@ -1004,7 +1004,7 @@ It is the size on the sensor divided by the magnification.</source>
     </message>
     <message>
         <source>the live picture was stopped</source>
-        <translation>живую картину остановили</translation>
+        <translation>живое изображение остановили</translation>
     </message>
 </context>
 <context>
@@ -1034,7 +1034,7 @@ It is the size on the sensor divided by the magnification.</source>
     </message>
     <message>
         <source>Whole sensor</source>
-        <translation>Вся матрица</translation>
+        <translation>Весь сенсор</translation>
     </message>
     <message>
         <source>%1: %2</source>
@@ -1083,11 +1083,11 @@ It is the size on the sensor divided by the magnification.</source>
     </message>
     <message>
         <source>%1 fps, %2 MB/s</source>
-        <translation>%1 к/с, %2 МБ/с</translation>
+        <translation>%1 кадр/с, %2 МБ/с</translation>
     </message>
     <message>
         <source>Temperature of the sensor</source>
-        <translation>Температура матрицы</translation>
+        <translation>Температура сенсора</translation>
     </message>
 </context>
 <context>
@@ -1159,7 +1159,7 @@ It is the size on the sensor divided by the magnification.</source>
     </message>
     <message>
         <source>Record frames, a time, or a time-lapse</source>
-        <translation>Записать кадры, время или цейтрафер</translation>
+        <translation>Записать число кадров, отрезок времени или интервальную съёмку</translation>
     </message>
     <message>
         <source>&amp;Load profile…</source>
@@ -1167,7 +1167,7 @@ It is the size on the sensor divided by the magnification.</source>
     </message>
     <message>
         <source>Give the camera the settings of a file</source>
-        <translation>Дать камере настройки из файла</translation>
+        <translation>Загрузить в камеру настройки из файла</translation>
     </message>
     <message>
         <source>Save pro&amp;file…</source>
@@ -1195,15 +1195,15 @@ It is the size on the sensor divided by the magnification.</source>
     </message>
     <message>
         <source>&amp;Live picture</source>
-        <translation>&amp;Живая картина</translation>
+        <translation>&amp;Живое изображение</translation>
     </message>
     <message>
         <source>Live</source>
-        <translation>Живая</translation>
+        <translation>Просмотр</translation>
     </message>
     <message>
         <source>Start or stop the live picture</source>
-        <translation>Включить или остановить живую картину</translation>
+        <translation>Включить или остановить живое изображение</translation>
     </message>
     <message>
         <source>&amp;Draw region</source>
@@ -1219,15 +1219,15 @@ It is the size on the sensor divided by the magnification.</source>
     </message>
     <message>
         <source>&amp;Whole sensor</source>
-        <translation>&amp;Вся матрица</translation>
+        <translation>&amp;Весь сенсор</translation>
     </message>
     <message>
         <source>Whole sensor</source>
-        <translation>Вся матрица</translation>
+        <translation>Весь сенсор</translation>
     </message>
     <message>
         <source>Go back to the whole sensor</source>
-        <translation>Вернуться ко всей матрице</translation>
+        <translation>Вернуться ко всему сенсору</translation>
     </message>
     <message>
         <source>Pixel &amp;size…</source>
@@ -1255,7 +1255,7 @@ It is the size on the sensor divided by the magnification.</source>
     </message>
     <message>
         <source>Show the whole picture</source>
-        <translation>Показать всю картину</translation>
+        <translation>Показать изображение целиком</translation>
     </message>
     <message>
         <source>&amp;Actual pixels</source>
@@ -1267,7 +1267,7 @@ It is the size on the sensor divided by the magnification.</source>
     </message>
     <message>
         <source>Show one pixel of the picture on each of the screen</source>
-        <translation>Один пиксел картины на один пиксел экрана</translation>
+        <translation>Один пиксел изображения на один пиксел экрана</translation>
     </message>
     <message>
         <source>Zoom &amp;in</source>
@@ -1295,7 +1295,7 @@ It is the size on the sensor divided by the magnification.</source>
     </message>
     <message>
         <source>Show the picture alone; Esc goes back</source>
-        <translation>Показать только картину; Esc возвращает</translation>
+        <translation>Показать только изображение; Esc возвращает</translation>
     </message>
     <message>
         <source>Mark &amp;clipped pixels</source>
@@ -1354,11 +1354,11 @@ It is the size on the sensor divided by the magnification.</source>
     </message>
     <message>
         <source>The settings could not be restored: %1</source>
-        <translation>Настройки не удалось вернуть: %1</translation>
+        <translation>Настройки не удалось восстановить: %1</translation>
     </message>
     <message>
         <source>Not restored: %1 (%2)</source>
-        <translation>Не возвращено: %1 (%2)</translation>
+        <translation>Не восстановлено: %1 (%2)</translation>
     </message>
     <message>
         <source>the camera is unplugged</source>
@@ -1366,7 +1366,7 @@ It is the size on the sensor divided by the magnification.</source>
     </message>
     <message>
         <source>the live picture is stopped; start it first</source>
-        <translation>живая картина остановлена; сначала включите её</translation>
+        <translation>живое изображение остановлено; сначала включите его</translation>
     </message>
     <message>
         <source>the camera refused to take a still picture</source>
@@ -1389,7 +1389,7 @@ It is the size on the sensor divided by the magnification.</source>
     </message>
     <message>
         <source>Double-click a camera in the list to look through it.</source>
-        <translation>Дважды щёлкните камеру в списке, чтобы смотреть через неё.</translation>
+        <translation>Дважды щёлкните камеру в списке, чтобы открыть её.</translation>
     </message>
     <message>
         <source>No camera found</source>
