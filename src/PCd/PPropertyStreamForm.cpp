@@ -101,7 +101,7 @@ QVariant valueOfBytes(const QByteArray& bytes, QVariant value) {
 } // namespace
 
 bool PPropertyStreamForm::isComposite(const QVariant& value) {
-    return value.isValid() && !isPlain(value.typeId());
+    return value.typeId() >= QMetaType::User;
 }
 
 QVariant PPropertyStreamForm::named(const QVariant& value, const QVariant& range) {
@@ -126,7 +126,7 @@ QVariant PPropertyStreamForm::fromForm(const QVariant& form, const QVariant& cur
         return choiceOfName(form, range.value<PEnumeration>());
     if (!current.isValid() || form.metaType() == current.metaType())
         return form;
-    if (isComposite(current) && form.typeId() == QMetaType::QByteArray)
+    if (!isPlain(current.typeId()) && form.typeId() == QMetaType::QByteArray)
         return valueOfBytes(form.toByteArray(), current);
     if (form.typeId() == QMetaType::QVariantMap && PGadgetFields::isComposite(current))
         return valueOfFields(form.toMap(), current);

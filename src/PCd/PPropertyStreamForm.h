@@ -12,7 +12,7 @@ class PAbstractWriter;
 /// Any thread.
 class PPropertyStreamForm {
 public:
-    /// True for a valid value of a type that plugins make: a record of several fields.
+    /// True for a value of a type that is not Qt's: a plugin's record of several fields.
     static bool isComposite(const QVariant& value);
     /// A choice as its item's untranslated name, any other value as it is.
     static QVariant named(const QVariant& value, const QVariant& range);

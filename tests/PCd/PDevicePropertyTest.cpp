@@ -101,10 +101,12 @@ TEST(PDeviceProperty, has_what_the_device_made_of_a_value_that_it_took) {
 }
 
 TEST(PDeviceProperty, has_the_type_that_the_device_gives_whatever_was_sent) {
-    TakenProperty taken;
-    taken.property->becomes = 9;
-    taken.property->setValue(QStringLiteral("9"));
-    EXPECT_EQ(taken.property->valueInner().typeId(), QMetaType::Int);
+    for (const QVariant& sent : {QVariant(QStringLiteral("9")), QVariant(9u)}) {
+        TakenProperty taken;
+        taken.property->becomes = 9;
+        taken.property->setValue(sent);
+        EXPECT_EQ(taken.property->valueInner().typeId(), QMetaType::Int) << sent.typeName();
+    }
 }
 
 TEST(PDeviceProperty, keeps_a_composite_value_that_was_taken_as_given) {
