@@ -8,13 +8,18 @@
 #include <QPushButton>
 
 PActionEditor::PActionEditor(PDeviceProperty* property)
-    : PPropertyEditor(property) {
-    auto* const button = new QPushButton(PPropertyWords::plainTitle(property->title()), this);
-    button->setAccessibleName(property->title());
+    : PPropertyEditor(property)
+    , m_button(new QPushButton(this)) {
+    PActionEditor::showTitle(property->title());
     // Enter in a dialog's field must not run a command of the camera.
-    button->setAutoDefault(false);
-    connect(button, &QPushButton::clicked, this, &PActionEditor::run);
-    begin(button, button);
+    m_button->setAutoDefault(false);
+    connect(m_button, &QPushButton::clicked, this, &PActionEditor::run);
+    begin(m_button, m_button);
+}
+
+void PActionEditor::showTitle(const QString& title) {
+    m_button->setText(PPropertyWords::plainTitle(title));
+    m_button->setAccessibleName(title);
 }
 
 void PActionEditor::run() {

@@ -3,6 +3,8 @@
 
 #include <PCdGui/PPropertyEditor.h>
 
+class QPushButton;
+
 /// A button for a one-shot command: one click, one command.
 class PActionEditor : public PPropertyEditor {
     Q_OBJECT
@@ -14,7 +16,10 @@ public:
 
 protected:
     void showProperty(const QVariant& value, const QVariant& range) override;
+    void showTitle(const QString& title) override;
 
 private:
     void run();
+
+    QPushButton* m_button; // a child
 };

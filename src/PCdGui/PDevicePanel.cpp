@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <PCdGui/PDevicePanel.h>
 
+#include <PCdGui/PDeviceTexts.h>
 #include <PCdGui/PDeviceWatch.h>
 #include <PCdGui/PPropertyGroupPanel.h>
 #include <PCdGui/PSelectionFrame.h>
@@ -20,6 +21,7 @@ PDevicePanel::PDevicePanel(PDevice* device, QWidget* parent)
     , m_page(new QWidget)
     , m_column(new QVBoxLayout(m_page))
     , m_unusable(addNotice(tr("The device is not connected."))) {
+    m_device = device;
     addGroups(device);
     m_nothing = addNotice(tr("No setting matches."));
     m_column->addStretch();
@@ -46,17 +48,19 @@ void PDevicePanel::addGroups(PDevice* device) {
     QList<PDeviceProperty*> rest = device->supportProperties();
     for (const PDevicePropertyGroup* group : device->supportPropertyGroups()) {
         const QList<PDeviceProperty*> members = group->properties();
-        addGroup(group->title(), members);
+        addGroup(group->id(), group->title(), members);
         for (PDeviceProperty* member : members)
             rest.removeAll(member);
     }
-    addGroup(tr("Other"), rest);
+    addGroup(QString(), tr("Other"), rest);
 }
 
-void PDevicePanel::addGroup(const QString& title, const QList<PDeviceProperty*>& properties) {
+void PDevicePanel::addGroup(const QString& id, const QString& title,
+                            const QList<PDeviceProperty*>& properties) {
     if (properties.isEmpty())
         return;
     m_groups.append(new PPropertyGroupPanel(title, properties, m_page));
+    m_groupIds.append(id);
     m_column->addWidget(m_groups.last());
 }
 
@@ -79,10 +83,25 @@ void PDevicePanel::setFilter(const QString& text) {
     m_nothing->setVisible(!any);
 }
 
+void PDevicePanel::translate() {
+    m_unusable->setText(tr("The device is not connected."));
+    m_nothing->setText(tr("No setting matches."));
+    if (m_device.isNull() || !m_device->isLinked() || m_device->isGone())
+        return;
+    const PDeviceTexts texts(*m_device);
+    for (int index = 0; index < m_groups.size(); ++index) {
+        const QString& id = m_groupIds[index];
+        m_groups[index]->setTexts(id.isEmpty() ? tr("Other") : texts.ofGroup(id), texts);
+    }
+    alignTitles();
+}
+
 bool PDevicePanel::event(QEvent* event) {
     const bool known = PColumnScroll::event(event);
     // Only now: the panels inside have got their new texts.
-    if (event->type() == QEvent::LanguageChange)
+    if (event->type() == QEvent::LanguageChange) {
+        translate();
         setFilter(m_filter);
+    }
     return known;
 }

@@ -3,9 +3,12 @@
 
 #include <PGui/PColumnScroll.h>
 
-#include <QList>
+#include <PCd/PDevice.h>
 
-class PDevice;
+#include <QList>
+#include <QPointer>
+#include <QStringList>
+
 class PDeviceProperty;
 class PPropertyGroupPanel;
 class QLabel;
@@ -22,7 +25,7 @@ public:
 
     /// Shows only the properties with all words of the text in their title, id or description or in
     /// what their editors and panels show, and only groups with such. An empty text shows all. It
-    /// is applied again when the language changes.
+    /// is applied again when the language changes, which titles and descriptions follow.
     void setFilter(const QString& text);
 
 protected:
@@ -31,7 +34,9 @@ protected:
 private:
     QLabel* addNotice(const QString& text);
     void addGroups(PDevice* device);
-    void addGroup(const QString& title, const QList<PDeviceProperty*>& properties);
+    void addGroup(const QString& id, const QString& title,
+                  const QList<PDeviceProperty*>& properties);
+    void translate();
     void alignTitles();
 
     QWidget* m_page; // children
@@ -39,5 +44,7 @@ private:
     QLabel* m_unusable;
     QLabel* m_nothing;
     QList<PPropertyGroupPanel*> m_groups;
+    QStringList m_groupIds; ///< of m_groups; empty: the rest
+    QPointer<PDevice> m_device;
     QString m_filter;
 };

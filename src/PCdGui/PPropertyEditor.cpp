@@ -10,6 +10,7 @@
 
 PPropertyEditor::PPropertyEditor(PDeviceProperty* property)
     : m_property(property)
+    , m_description(property->description())
     , m_watch(property->device(), this)
     , m_sender(property) {
 }
@@ -69,9 +70,17 @@ void PPropertyEditor::updateUsable() {
 
 void PPropertyEditor::updateToolTip() {
     if (m_property && m_watch.isUsable())
-        setToolTip(PPropertyWords::toolTip(*m_property));
+        setToolTip(PPropertyWords::toolTip(*m_property, m_description));
     else
         setToolTip(tr("The device is not connected."));
+}
+
+void PPropertyEditor::setTexts(const QString& title, const QString& description) {
+    m_description = description;
+    setAccessibleName(title);
+    setAccessibleDescription(description);
+    showTitle(title);
+    updateToolTip();
 }
 
 void PPropertyEditor::onPropertyDestroyed() {

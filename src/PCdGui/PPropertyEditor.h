@@ -24,6 +24,8 @@ public:
     virtual bool showsTitle() const { return false; }
     /// What a click on the title beside the editor does: it takes the focus.
     virtual void touch();
+    /// What the property is called, and its description, in a language that came later than it did.
+    void setTexts(const QString& title, const QString& description);
     /// Sends the property's default.
     void resetToDefault();
 
@@ -35,6 +37,8 @@ protected:
     void begin(QWidget* control, QWidget* focus);
     /// Shows a value and range, without sending anything.
     virtual void showProperty(const QVariant& value, const QVariant& range) = 0;
+    /// Shows another title, where it shows one.
+    virtual void showTitle(const QString&) {}
     /// Sends what a person has chosen, at most once a turn of the event loop.
     void send(const QVariant& value);
 
@@ -50,6 +54,7 @@ private:
     void openMenu(QWidget* part, const QPoint& globalPosition);
 
     QPointer<PDeviceProperty> m_property;
+    QString m_description;
     PDeviceWatch m_watch;
     PValueSender m_sender;
 };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <PCdGui/PPropertyGroupPanel.h>
 
+#include <PCdGui/PDeviceTexts.h>
 #include <PCdGui/PDeviceWatch.h>
 #include <PCdGui/PPropertyEditor.h>
 #include <PCdGui/PPropertyLabel.h>
@@ -17,9 +18,9 @@ namespace {
 
 constexpr int mostTitleCharacters = 18;
 
-QString wordsOf(const PDeviceProperty& property, const QString& group) {
-    const QString title = property.title().isEmpty() ? group : property.title();
-    const QStringList words{title, QString::fromLatin1(property.id()), property.description()};
+QString wordsOf(const QByteArray& id, const PDeviceTexts::Texts& texts, const QString& group) {
+    const QString title = texts.title.isEmpty() ? group : texts.title;
+    const QStringList words{title, QString::fromLatin1(id), texts.description};
     return words.join(QLatin1Char('\n'));
 }
 
@@ -64,7 +65,8 @@ PPropertyGroupPanel::PPropertyGroupPanel(const QString& title,
 PPropertyGroupPanel::~PPropertyGroupPanel() = default;
 
 void PPropertyGroupPanel::addRow(PDeviceProperty* property) {
-    Row row{property->createWidget(), nullptr, wordsOf(*property, title())};
+    Row row{property->createWidget(), nullptr, property->id(),
+            wordsOf(property->id(), {property->title(), property->description()}, title())};
     auto* const editor = qobject_cast<PPropertyEditor*>(row.editor);
     if (editor == nullptr)
         disableWithDevice(row.editor, property->device());
@@ -85,6 +87,20 @@ void PPropertyGroupPanel::addTitled(QWidget* title, PPropertyEditor* editor) {
     // Four numbers are too wide to stand beside anything.
     m_form->addRow(title);
     m_form->addRow(editor);
+}
+
+void PPropertyGroupPanel::setTexts(const QString& groupTitle, const PDeviceTexts& texts) {
+    setTitle(PPropertyWords::plainTitle(groupTitle));
+    for (Row& row : m_rows) {
+        const PDeviceTexts::Texts own = texts.ofProperty(row.id);
+        row.words = wordsOf(row.id, own, groupTitle);
+        auto* const editor = qobject_cast<PPropertyEditor*>(row.editor);
+        if (editor == nullptr || own.title.isEmpty())
+            continue;
+        editor->setTexts(own.title, own.description);
+        if (row.title != nullptr && !editor->showsTitle())
+            row.title->setTitle(own.title);
+    }
 }
 
 /// Read each time: what a panel shows changes with its state and with the language.

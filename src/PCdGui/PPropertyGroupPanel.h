@@ -6,7 +6,9 @@
 #include <QPointer>
 
 class PDeviceProperty;
+class PDeviceTexts;
 class PPropertyEditor;
+class PPropertyLabel;
 class QFormLayout;
 
 /// A titled form of editors, one row a property. A property without a title, or with a panel of its
@@ -24,6 +26,10 @@ public:
     /// group's. True if any row is shown.
     bool setFilter(const QString& text);
 
+    /// Shows the titles and descriptions that the device has now, and the group's own title; what
+    /// has no text there stays as it is.
+    void setTexts(const QString& groupTitle, const PDeviceTexts& texts);
+
     /// The width of the widest title, in pixels, and the width that all titles get: panels above
     /// each other look better with one.
     int titleWidth() const;
@@ -32,8 +38,9 @@ public:
 private:
     struct Row {
         QPointer<QWidget> editor;
-        QWidget* title; ///< null if the editor has the whole row
-        QString words;  ///< of the property itself
+        PPropertyLabel* title; ///< null if the editor has the whole row
+        QByteArray id;
+        QString words; ///< of the property itself
     };
 
     bool isBeside(const Row& row) const;

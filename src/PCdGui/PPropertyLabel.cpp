@@ -13,10 +13,14 @@ PPropertyLabel::PPropertyLabel(const QString& title, PPropertyEditor* editor)
     : m_editor(editor) {
     setTextFormat(Qt::PlainText);
     setWordWrap(true);
-    setText(PPropertyWords::plainTitle(title));
+    setTitle(title);
     setBuddy(editor); // what makes "&&" one "&"
     setEnabled(editor->isEnabled());
     editor->installEventFilter(this);
+}
+
+void PPropertyLabel::setTitle(const QString& title) {
+    setText(PPropertyWords::plainTitle(title));
 }
 
 /// A form gives a label that wraps the height of one line less than it needs.

@@ -14,6 +14,8 @@ public:
     /// The editor must live as long: both belong to one panel.
     PPropertyLabel(const QString& title, PPropertyEditor* editor);
 
+    /// Shows another title.
+    void setTitle(const QString& title);
     /// As high as its lines are at the width that it was given.
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;

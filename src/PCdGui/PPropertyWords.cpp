@@ -57,8 +57,8 @@ QString PPropertyWords::rangeText(const PDeviceProperty& property) {
                           : ends;
 }
 
-QString PPropertyWords::toolTip(const PDeviceProperty& property) {
-    QStringList lines{property.description(), rangeText(property)};
+QString PPropertyWords::toolTip(const PDeviceProperty& property, const QString& description) {
+    QStringList lines{description, rangeText(property)};
     const QString standard = valueText(property, property.defaultValue());
     if (!standard.isEmpty())
         lines.append(tr("Default: %1").arg(standard));

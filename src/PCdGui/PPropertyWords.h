@@ -19,8 +19,8 @@ public:
     static std::shared_ptr<const PNumberText> numberText(const PDeviceProperty& property);
     /// A value of the property: "12.5 ms", "on", "Add 2x2". Empty if it has no words.
     static QString valueText(const PDeviceProperty& property, const QVariant& value);
-    /// Description, range and default as far as there are any, as rich text.
-    static QString toolTip(const PDeviceProperty& property);
+    /// The description, and range and default as far as there are any, as rich text.
+    static QString toolTip(const PDeviceProperty& property, const QString& description);
     /// A title for widgets that take "&" as the mark of a shortcut.
     static QString plainTitle(QString title);
 

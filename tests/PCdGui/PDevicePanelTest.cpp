@@ -2,11 +2,13 @@
 #include <PCdGui/PDevicePanel.h>
 
 #include <PCdGui/CatalogueDevice.h>
+#include <PCdGui/PActionEditor.h>
 #include <PCdGui/PCdGui.h>
 #include <PCdGui/PPropertyEditor.h>
 #include <PCdGui/PPropertyGroupPanel.h>
 #include <PCdGui/PPropertyLabel.h>
 #include <PCdGui/PRegionEditor.h>
+#include <PCdGui/PSwitchEditor.h>
 #include <PCdGui/TypedProperties.h>
 
 #include <PCd/FakeDevice.h>
@@ -16,6 +18,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QPushButton>
 #include <QScrollBar>
 #include <QTranslator>
 
@@ -184,6 +187,47 @@ TEST_F(PDevicePanelTest, filters_again_when_the_language_changes) {
     QCoreApplication::removeTranslator(&russian);
     QCoreApplication::processEvents();
     EXPECT_EQ(shownGroups(), QStringList());
+}
+
+TEST_F(PDevicePanelTest, follows_the_language_with_the_titles_of_groups_and_settings) {
+    const auto word = [] { return QCoreApplication::translate("TranslatedLabel", "Chilling"); };
+    FakeDevice camera;
+    camera.makeProperties = [word] {
+        auto* const chrome = new FakeSwitch("chrome", word());
+        chrome->setDescription(word() + QStringLiteral("!"));
+        return QList<PDeviceProperty*>{chrome, new FakeAction("once", word()),
+                                       new FakeSwitch("rest", word())};
+    };
+    camera.makeGroups = [&] {
+        auto* const group = new PDevicePropertyGroup(QStringLiteral("color"), word());
+        group->addProperty(camera.getProperty("chrome"));
+        group->addProperty(camera.getProperty("once"));
+        return QList<PDevicePropertyGroup*>{group};
+    };
+    ASSERT_TRUE(camera.link().isOk());
+    PDevicePanel page(&camera);
+    ASSERT_TRUE(showActive(&page));
+    OneWord russian;
+    QCoreApplication::installTranslator(&russian);
+    QCoreApplication::processEvents();
+    QStringList titles;
+    for (const auto* group : page.findChildren<PPropertyGroupPanel*>())
+        titles.append(group->title());
+    const QString translated = QStringLiteral("Охлаждение");
+    EXPECT_EQ(titles, QStringList({translated, QStringLiteral("Other")}));
+    titles.clear();
+    for (const auto* label : page.findChildren<PPropertyLabel*>())
+        titles.append(label->text());
+    EXPECT_EQ(titles, QStringList({translated, QString(), translated}));
+    EXPECT_EQ(page.findChild<PActionEditor*>()->findChild<QPushButton*>()->text(), translated);
+    EXPECT_TRUE(
+        page.findChild<PSwitchEditor*>()->toolTip().contains(translated + QStringLiteral("!")));
+    page.setFilter(QStringLiteral("охлаждение"));
+    EXPECT_TRUE(page.findChild<PSwitchEditor*>()->isVisible());
+    QCoreApplication::removeTranslator(&russian);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(page.findChild<PPropertyLabel*>()->text(), QStringLiteral("Chilling"));
+    EXPECT_FALSE(page.findChild<PSwitchEditor*>()->isVisible());
 }
 
 TEST_F(PDevicePanelTest, says_so_where_nothing_matches) {

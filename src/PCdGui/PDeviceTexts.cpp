@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+#include <PCdGui/PDeviceTexts.h>
+
+#include <PCd/PDevice.h>
+#include <PCd/PDeviceProperty.h>
+#include <PCd/PDevicePropertyGroup.h>
+
+PDeviceTexts::PDeviceTexts(PDevice& device) {
+    const QList<PDeviceProperty*> properties = device.getSupportProperties();
+    for (const PDeviceProperty* property : properties)
+        m_properties.insert(property->id(), {property->title(), property->description()});
+    qDeleteAll(properties);
+    const QList<PDevicePropertyGroup*> groups = device.getSupportPropertyGroups();
+    for (const PDevicePropertyGroup* group : groups)
+        m_groups.insert(group->id(), group->title());
+    qDeleteAll(groups);
+}
