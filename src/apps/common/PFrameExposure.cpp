@@ -30,13 +30,40 @@ std::optional<double> number(const QVariant& value, double unit) {
     return isNumber ? std::optional(read * unit) : std::nullopt;
 }
 
+bool isTriggered(const PDeviceSettings& settings) {
+    return recordField(settings, "capturemode").toInt() == 1;
+}
+
 /// The record has the time of triggered frames in parts.
-std::optional<double> recordMilliseconds(const PDeviceSettings& settings) {
-    if (recordField(settings, "capturemode").toInt() != 1)
-        return number(recordField(settings, "exp"), 1);
+std::optional<double> recordTriggerMilliseconds(const PDeviceSettings& settings) {
+    if (!recordField(settings, "seconds").isValid())
+        return std::nullopt;
     const auto part = [&](const char* field) { return recordField(settings, field).toInt(); };
     const double seconds = 60.0 * part("minutes") + part("seconds");
     return 1e3 * seconds + part("milliseconds") + 1e-3 * part("microseconds");
+}
+
+std::optional<double> recordMilliseconds(const PDeviceSettings& settings) {
+    return isTriggered(settings) ? recordTriggerMilliseconds(settings)
+                                 : number(recordField(settings, "exp"), 1);
+}
+
+/// The plain setting is the camera's; the record's own is that of the video, triggered or not.
+bool isAutomatic(const PDeviceSettings& settings) {
+    const QVariant plain = valueOf(settings, "autoexponeable");
+    return plain.isValid()
+               ? plain.toBool()
+               : !isTriggered(settings) && recordField(settings, "autoexpenabled").toBool();
+}
+
+/// With as many decimals as are needed, three at most.
+QString decimalText(double value) {
+    QString text = QString::number(value, 'f', 3);
+    while (text.endsWith(u'0'))
+        text.chop(1);
+    if (text.endsWith(u'.'))
+        text.chop(1);
+    return text;
 }
 
 QString binningOf(const PDeviceSettings& settings, const PSettingNames& names) {
@@ -63,8 +90,21 @@ PFrameExposure PFrameExposure::of(const PDeviceSettings& settings, const PSettin
         if (*value && **value <= 0)
             value->reset();
     }
-    exposure.automatic = valueOf(settings, "autoexponeable").toBool() ||
-                         recordField(settings, "autoexpenabled").toBool();
+    exposure.triggerMilliseconds = recordTriggerMilliseconds(settings);
+    exposure.automatic = isAutomatic(settings);
     exposure.binning = binningOf(settings, names);
     return exposure;
+}
+
+QString PFrameExposure::timeText() const {
+    return milliseconds ? textOf(*milliseconds) + (automatic ? u" (automatic)"_qs : u" (manual)"_qs)
+                        : QString();
+}
+
+QString PFrameExposure::gainText() const {
+    return gain ? decimalText(*gain * 100) + u" %"_qs : QString();
+}
+
+QString PFrameExposure::textOf(double milliseconds) {
+    return decimalText(milliseconds) + u" ms"_qs;
 }

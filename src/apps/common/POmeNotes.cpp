@@ -2,8 +2,7 @@
 #include <apps/common/POmeNotes.h>
 
 #include <apps/common/PSettingNames.h>
-
-#include <PCd/PPropertyText.h>
+#include <apps/common/PSettingTexts.h>
 
 #include <utility>
 
@@ -51,12 +50,6 @@ void appendLedger(PPictureText& notes, const PFrameLedger& ledger) {
     notes.append({u"Camera frames waiting"_qs, QString::number(ledger.waiting)});
 }
 
-QString exposureText(const PDeviceSettings& settings) {
-    return PFrameExposure::of(settings, {}).automatic
-               ? u"automatic; times and gain are those last read from the camera"_qs
-               : u"manual"_qs;
-}
-
 } // namespace
 
 POmeNotes::POmeNotes(PCameraIdentity camera)
@@ -64,9 +57,7 @@ POmeNotes::POmeNotes(PCameraIdentity camera)
 }
 
 PPictureText POmeNotes::ofCamera(const PFrameStamp& first) const {
-    PPictureText notes = pictureTextOf(m_camera, &first);
-    notes.append({u"Exposure"_qs, exposureText(*first.settings)});
-    return notes;
+    return pictureTextOf(m_camera, &first);
 }
 
 PPictureText POmeNotes::unfinished(const PFrameStamp& first) const {
@@ -88,19 +79,20 @@ void POmeNotes::addChanges(const PFrameStamp& stamp) {
     const auto before = std::exchange(m_settings, stamp.settings);
     if (!before || before == stamp.settings)
         return;
-    for (const auto& value : stamp.settings->values) {
-        // The time is told of every frame.
-        if (value.first == "autoexpottime" || before->values.contains(value))
-            continue;
-        addChange(u"Setting %1 from frame %2"_qs.arg(QString::fromLatin1(value.first))
-                      .arg(stamp.sequence),
-                  PPropertyText::ofValue(value.second, QVariant()));
+    const PFrameExposure exposure = PFrameExposure::of(*stamp.settings, {});
+    // The time itself is told of every frame.
+    if (exposure.automatic != PFrameExposure::of(*before, {}).automatic)
+        addChange(u"Exposure"_qs, stamp, exposure.timeText());
+    const PPictureText known = PSettingTexts::of(*before);
+    for (const auto& text : PSettingTexts::of(*stamp.settings)) {
+        if (!known.contains(text))
+            addChange(text.first, stamp, text.second);
     }
 }
 
-void POmeNotes::addChange(const QString& key, const QString& text) {
+void POmeNotes::addChange(const QString& key, const PFrameStamp& stamp, const QString& text) {
     if (m_changes.size() < mostChanges)
-        m_changes.append({key, text});
+        m_changes.append({u"%1 from frame %2"_qs.arg(key).arg(stamp.sequence), text});
     else
         ++m_moreChanges;
 }

@@ -23,7 +23,7 @@ public:
 private:
     PPictureText ofCamera(const PFrameStamp& first) const;
     void addChanges(const PFrameStamp& stamp);
-    void addChange(const QString& key, const QString& text);
+    void addChange(const QString& key, const PFrameStamp& stamp, const QString& text);
     void addNumber(quint64 sequence);
     QString numbers() const;
 

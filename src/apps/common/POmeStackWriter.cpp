@@ -2,8 +2,8 @@
 #include <apps/common/POmeStackWriter.h>
 
 #include <apps/common/PPackedRows.h>
+#include <apps/common/PProgramName.h>
 
-#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 
@@ -35,8 +35,7 @@ QByteArray textOf(const PFrameStamp& stamp) {
 POmeStackWriter::POmeStackWriter(const Options& options)
     : m_options(options)
     , m_notes(options.camera) {
-    m_document.creator = u"%1 %2"_qs.arg(QCoreApplication::applicationName(),
-                                         QCoreApplication::applicationVersion());
+    m_document.creator = PProgramName::withVersion();
 }
 
 QStringList POmeStackWriter::endings() {
@@ -99,7 +98,9 @@ PStatus POmeStackWriter::append(const PDeviceFrame& frame, const QImage& picture
         text = unfinished.xml;
         m_countPosition = unfinished.countPosition;
     }
-    PStatus status = m_stack.append(picture, text);
+    PStatus status = m_stack.append(
+        picture, text,
+        PPictureTags::of(m_options.camera, frame.stamp.get(), m_options.pixelSizeUm));
     if (!status.isOk()) {
         m_document.planes.pop_back();
         return failure(status.reason());

@@ -2,7 +2,9 @@
 #include <apps/common/PPictureFile.h>
 
 #include <apps/common/PFileNaming.h>
+#include <apps/common/PPngChunk.h>
 #include <apps/common/PTiffEncoder.h>
+#include <apps/common/PTiffExif.h>
 
 #include <QBuffer>
 #include <QDir>
@@ -14,6 +16,8 @@
 #include <QUuid>
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 
 namespace {
 
@@ -27,37 +31,50 @@ bool hasEnding(const QString& path, const QString& ending) {
     return path.endsWith(ending, Qt::CaseInsensitive);
 }
 
+/// For QImage, whose own default is the screen's. Negative: not known; no number would keep that
+/// one.
+int pixelsPerMetre(const PPictureTags& tags) {
+    const double pixels = tags.pixelSizeUm ? 1e6 / *tags.pixelSizeUm : -1;
+    return pixels > 0 && pixels <= std::numeric_limits<int>::max() ? int(std::lround(pixels)) : -1;
+}
+
 /// The same pixels with text in the image: QImageWriter::setText() loses keys with blanks.
-QImage withText(const QImage& image, const PPictureText& text) {
+QImage withNotes(const QImage& image, const PPictureNotes& notes) {
     // Pixels that may be written are not copied when the text is set; nothing writes them.
     QImage result(const_cast<uchar*>(image.constBits()), image.width(), image.height(),
                   image.bytesPerLine(), image.format());
     result.setColorTable(image.colorTable());
-    for (const auto& [key, value] : text)
+    for (const auto& [key, value] : notes.text)
         result.setText(key, value);
+    result.setDotsPerMeterX(pixelsPerMetre(notes.tags));
+    result.setDotsPerMeterY(pixelsPerMetre(notes.tags));
     return result;
 }
 
-QByteArray encodePng(const QImage& image, const PPictureText& text, PPictureFile::Effort effort) {
+QByteArray encodePng(const QImage& image, const PPictureNotes& notes, PPictureFile::Effort effort) {
     QBuffer buffer;
     QImageWriter writer(&buffer, "png");
     // Qt makes zlib's level of the quality: (100 - quality) * 9 / 91, so 80 is level 1, the fastest
     // that still compresses.
     if (effort == PPictureFile::Effort::Fast)
         writer.setQuality(80);
-    return writer.write(withText(image, text)) ? buffer.data() : QByteArray();
+    if (!writer.write(withNotes(image, notes)))
+        return {};
+    buffer.close();
+    const QByteArray exif = PTiffExif::block(notes.tags);
+    return exif.isEmpty() ? buffer.data() : PPngChunk::inserted(buffer.data(), "eXIf", exif);
 }
 
-QByteArray encodeTiff(const QImage& image, const PPictureText& text) {
+QByteArray encodeTiff(const QImage& image, const PPictureNotes& notes) {
     QStringList lines;
-    for (const auto& [key, value] : text)
+    for (const auto& [key, value] : notes.text)
         lines.append(key + u": "_qs + value);
-    return PTiffEncoder::encode(image, lines.join(u'\n'));
+    return PTiffEncoder::encode(image, lines.join(u'\n'), notes.tags);
 }
 
-QByteArray encode(const QString& path, const QImage& image, const PPictureText& text,
+QByteArray encode(const QString& path, const QImage& image, const PPictureNotes& notes,
                   PPictureFile::Effort effort) {
-    return hasEnding(path, png) ? encodePng(image, text, effort) : encodeTiff(image, text);
+    return hasEnding(path, png) ? encodePng(image, notes, effort) : encodeTiff(image, notes);
 }
 
 bool writeAll(QFileDevice& file, const QByteArray& bytes) {
@@ -124,10 +141,10 @@ PStatus PPictureFile::prepareFolder(const QString& path) {
     return PStatus::Ok;
 }
 
-PStatus PPictureFile::save(const QString& path, const QImage& image, const PPictureText& text,
+PStatus PPictureFile::save(const QString& path, const QImage& image, const PPictureNotes& notes,
                            Existing existing, Effort effort) {
     // First in memory: what the disk refuses and what the format refuses are told apart.
-    const QByteArray bytes = encode(path, image, text, effort);
+    const QByteArray bytes = encode(path, image, notes, effort);
     if (bytes.isEmpty())
         return fileFailure(path, tr("the picture does not fit the format"));
     return existing == Existing::Replace ? replaceFile(path, bytes) : createFile(path, bytes);

@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/PPictureText.h>
 
+#include <apps/common/PFrameExposure.h>
+#include <apps/common/PProgramName.h>
+#include <apps/common/PSettingNames.h>
+#include <apps/common/PSettingTexts.h>
+
 #include <PCd/PFrameStamp.h>
-#include <PCd/PPropertyText.h>
 
 namespace {
 
@@ -16,17 +20,17 @@ void appendStamp(PPictureText& text, const PFrameStamp& stamp) {
     text.append({stamp.still ? u"Still picture"_qs : u"Frame"_qs, QString::number(stamp.sequence)});
     text.append({u"Time"_qs, stamp.arrivedUtc.toString(Qt::ISODateWithMs)});
     text.append({u"Mode"_qs, modeText(stamp.settings->mode)});
-    for (const auto& [id, value] : stamp.settings->values) {
-        if (value.isValid()) // an action has none
-            text.append({u"Setting "_qs + QString::fromLatin1(id),
-                         PPropertyText::ofValue(value, QVariant())});
-    }
+    const QString exposure = PFrameExposure::of(*stamp.settings, {}).timeText();
+    if (!exposure.isEmpty())
+        text.append({u"Exposure"_qs, exposure});
+    text += PSettingTexts::of(*stamp.settings);
 }
 
 } // namespace
 
 PPictureText pictureTextOf(const PCameraIdentity& camera, const PFrameStamp* stamp) {
     PPictureText text{
+        {u"Software"_qs, PProgramName::withVersion()},
         {u"Camera"_qs, camera.id},
         {u"Model"_qs, camera.model},
         {u"Serial"_qs, camera.serial},

@@ -13,6 +13,6 @@ struct PFrameStamp;
 /// What a saved picture says of its taking: keys and texts, in order.
 using PPictureText = QList<std::pair<QString, QString>>;
 
-/// The text of a frame: camera, whether it is simulated, number, UTC time, mode, every setting.
-/// With no stamp, the camera alone. Any thread.
+/// The text of a frame: program, camera, whether it is simulated, number, UTC time, mode, exposure,
+/// every setting (PSettingTexts). With no stamp, program and camera alone. Any thread.
 PPictureText pictureTextOf(const PCameraIdentity& camera, const PFrameStamp* stamp);

@@ -5,6 +5,6 @@
 
 PStatus PSeriesWriter::write(const PDeviceFrame& frame, quint64 number) {
     return PPictureFile::save(m_files.path(number), frame.image.toQImage(),
-                              pictureTextOf(m_camera, frame.stamp.get()),
+                              PPictureNotes::of(m_camera, frame.stamp.get(), m_pixelSizeUm),
                               PPictureFile::Existing::Keep, PPictureFile::Effort::Fast);
 }

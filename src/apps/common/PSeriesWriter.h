@@ -5,13 +5,16 @@
 #include <apps/common/PFrameWriter.h>
 #include <apps/common/PNumberedFiles.h>
 
-/// Writes a recording as a series of PNG or TIFF files, one a frame, each with what pictureTextOf()
-/// says. Never overwrites a file.
+/// Writes a recording as a series of PNG or TIFF files, one a frame, each with its PPictureNotes.
+/// Never overwrites a file.
 class PSeriesWriter : public PFrameWriter {
 public:
-    PSeriesWriter(PNumberedFiles files, PCameraIdentity camera)
+    /// The size of a pixel as saved is on the specimen, in micrometres.
+    PSeriesWriter(PNumberedFiles files, PCameraIdentity camera,
+                  std::optional<double> pixelSizeUm = std::nullopt)
         : m_files(std::move(files))
-        , m_camera(std::move(camera)) {}
+        , m_camera(std::move(camera))
+        , m_pixelSizeUm(pixelSizeUm) {}
 
     int threads() const override { return 2; }
     PStatus write(const PDeviceFrame& frame, quint64 number) override;
@@ -20,4 +23,5 @@ public:
 private:
     const PNumberedFiles m_files;
     const PCameraIdentity m_camera;
+    const std::optional<double> m_pixelSizeUm;
 };

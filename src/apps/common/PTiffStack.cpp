@@ -106,10 +106,11 @@ PStatus PTiffStack::finishStep(bool done) {
                                              : reason);
 }
 
-PStatus PTiffStack::append(const QImage& picture, const QByteArray& description) {
+PStatus PTiffStack::append(const QImage& picture, const QByteArray& description,
+                           const PPictureTags& tags) {
     bool done = false;
     try {
-        done = m_tiff && writePicture(picture, description);
+        done = m_tiff && writePicture(picture, description, tags);
     } catch (const std::bad_alloc&) {
         m_file.rollBack();
     }
@@ -120,12 +121,14 @@ PStatus PTiffStack::append(const QImage& picture, const QByteArray& description)
     return status;
 }
 
-bool PTiffStack::writePicture(const QImage& picture, const QByteArray& description) {
+bool PTiffStack::writePicture(const QImage& picture, const QByteArray& description,
+                              const PPictureTags& pictureTags) {
     if (picture.isNull())
         return false;
     const int samples = PPackedRows::samplesOf(picture);
     const int rowsPerStrip = rowsPerStripOf(picture, samples);
-    const PTiffTags tags{picture.width(), picture.height(), samples, rowsPerStrip, description};
+    const PTiffTags tags{picture.width(), picture.height(), samples,
+                         rowsPerStrip,    description,      pictureTags};
     if (!tags.writeTo(m_tiff.get()) || !writeStrips(picture, samples, rowsPerStrip))
         return false;
     const qint64 directory = m_file.size();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <apps/common/PGrowingFile.h>
+#include <apps/common/PPictureTags.h>
 
 #include <PCore/PStatus.h>
 
@@ -32,9 +33,11 @@ public:
     PStatus create(const QString& path, Size size);
     bool isOpen() const { return m_file.isOpen(); }
 
-    /// Adds a picture with a text (UTF-8) in its tag ImageDescription. Grayscale8 becomes grey, all
-    /// else RGB. On failure, with the reason, the file is as before and takes no more pictures.
-    PStatus append(const QImage& picture, const QByteArray& description);
+    /// Adds a picture with a text (UTF-8) in its tag ImageDescription, and these tags. Grayscale8
+    /// becomes grey, all else RGB. On failure, with the reason, the file is as before and takes no
+    /// more pictures.
+    PStatus append(const QImage& picture, const QByteArray& description,
+                   const PPictureTags& tags = {});
 
     /// Writes over a part of the first picture's text, in its place. Fails if it does not fit in.
     PStatus overwriteDescription(qsizetype position, const QByteArray& bytes);
@@ -53,7 +56,8 @@ private:
 
     Handle openHandle(const char* mode);
     PStatus finishStep(bool done);
-    bool writePicture(const QImage& picture, const QByteArray& description);
+    bool writePicture(const QImage& picture, const QByteArray& description,
+                      const PPictureTags& pictureTags);
     bool writeStrips(const QImage& picture, int samples, int rowsPerStrip);
     void findDescription(qint64 directory, const QByteArray& description);
 

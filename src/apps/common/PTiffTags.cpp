@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/PTiffTags.h>
 
+#include <apps/common/PTiffExif.h>
+
 bool PTiffTags::writeTo(TIFF* tiff) const {
-    return TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, width) &&
+    return PTiffExif::writeTo(tiff, picture) && // first: it writes a directory of its own
+           TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, width) &&
            TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, height) &&
            TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, 8) &&
            TIFFSetField(tiff, TIFFTAG_SAMPLESPERPIXEL, samples) &&

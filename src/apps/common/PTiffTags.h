@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <apps/common/PPictureTags.h>
+
 #include <QByteArray>
 
 #include <tiffio.h>
@@ -12,6 +14,7 @@ struct PTiffTags {
     int samples = 1; ///< 1: grey, 3: red, green, blue
     int rowsPerStrip = 0;
     QByteArray description; ///< for the tag ImageDescription; empty: none
+    PPictureTags picture = {};
 
     /// Gives them to the directory that is being made. False if libtiff refuses.
     bool writeTo(TIFF* tiff) const;

@@ -59,5 +59,5 @@ struct PCtlOptions {
     std::optional<std::chrono::microseconds> exposure; ///< trigger: of a frame; none: as it is
 
     std::optional<std::chrono::milliseconds> interval; ///< record: of a time-lapse; none: all
-    std::optional<double> pixelSizeUm;                 ///< record: on the specimen
+    std::optional<double> pixelSizeUm;                 ///< on the specimen, as saved
 };

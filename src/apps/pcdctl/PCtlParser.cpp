@@ -197,13 +197,8 @@ PCtlOutcome checkStack(const PCtlOptions& options) {
 PCtlOutcome checkRecording(const PCtlOptions& options) {
     if (options.output.isEmpty())
         return withHint(u"record needs its file: expected -o FILE"_qs, u"record "_qs);
-    if (POmeStackWriter::isName(options.output))
-        return checkStack(options);
-    return options.pixelSizeUm
-               ? PCtlOutcome::wrongUsage(
-                     u"--pixel-size has its place in one kind of file only: expected a name "
-                     "that ends in %1"_qs.arg(POmeStackWriter::endings().join(u", "_qs)))
-               : checkSavePattern(options.output);
+    return POmeStackWriter::isName(options.output) ? checkStack(options)
+                                                   : checkSavePattern(options.output);
 }
 
 } // namespace

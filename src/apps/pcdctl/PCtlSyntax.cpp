@@ -108,7 +108,7 @@ QList<OptionSyntax> commandOptions() {
         {{Command::Record},
          {u"interval"_qs, u"Record one frame each so many seconds, the first at once."_qs,
           u"SECONDS"_qs}},
-        {{Command::Record},
+        {{Command::Snap, Command::Stream, Command::Trigger, Command::Record},
          {u"pixel-size"_qs,
           u"The size of a pixel on the specimen in micrometres, for the metadata."_qs, u"UM"_qs}},
     };

@@ -76,7 +76,7 @@ std::unique_ptr<PFrameWriter> PRecordRun::makeWriter() const {
     }
     PNumberedFiles files;
     files.setPattern(m_options.output); // good: the arguments were checked
-    return std::make_unique<PSeriesWriter>(files, m_camera);
+    return std::make_unique<PSeriesWriter>(files, m_camera, m_options.pixelSizeUm);
 }
 
 /// Asked again and again while the stream runs.

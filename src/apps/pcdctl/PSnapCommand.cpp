@@ -90,9 +90,10 @@ PCtlOutcome runSnapCommand(PCtlHost& host, const PCtlOptions& options) {
     if (!outcome.isDone())
         return outcome;
     const PDeviceFrame& picture = run.picture();
-    const PStatus saved = PPictureFile::save(
-        options.output, picture.image.toQImage(), pictureTextOf(camera, picture.stamp.get()),
-        PPictureFile::Existing::Replace, PPictureFile::Effort::Small);
+    const PStatus saved =
+        PPictureFile::save(options.output, picture.image.toQImage(),
+                           PPictureNotes::of(camera, picture.stamp.get(), options.pixelSizeUm),
+                           PPictureFile::Existing::Replace, PPictureFile::Effort::Small);
     if (!saved.isOk())
         return PCtlOutcome::failed(saved.reason());
     const QString file = QFileInfo(options.output).absoluteFilePath();

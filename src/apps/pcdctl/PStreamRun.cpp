@@ -2,7 +2,6 @@
 #include "PStreamRun.h"
 
 #include <apps/common/PPictureFile.h>
-#include <apps/common/PPictureText.h>
 
 #include <PCd/PFrameStamp.h>
 
@@ -94,9 +93,10 @@ PCtlOutcome PStreamRun::startSaver() {
     const PStatus status = files.setPattern(m_options.savePattern);
     if (!status.isOk())
         return PCtlOutcome::wrongUsage(status.reason());
-    const auto savePicture = [camera = m_camera](const QString& path, const PDeviceFrame& frame) {
+    const auto savePicture = [camera = m_camera, pixelSize = m_options.pixelSizeUm](
+                                 const QString& path, const PDeviceFrame& frame) {
         return PPictureFile::save(path, frame.image.toQImage(),
-                                  pictureTextOf(camera, frame.stamp.get()),
+                                  PPictureNotes::of(camera, frame.stamp.get(), pixelSize),
                                   PPictureFile::Existing::Keep, PPictureFile::Effort::Fast);
     };
     m_saver = std::make_shared<PFrameSaver>(files, savePicture);

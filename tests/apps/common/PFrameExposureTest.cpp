@@ -55,6 +55,29 @@ TEST(FrameExposure, automatic_exposure_shows_in_either) {
     EXPECT_TRUE(exposureOf({{"extexposure", record(automatic)}}).automatic);
 }
 
+TEST(FrameExposure, the_cameras_own_word_on_automatic_exposure_goes_before_the_records) {
+    TestExposureRecord automatic;
+    automatic.autoexpenabled = true;
+    EXPECT_FALSE(
+        exposureOf({{"autoexponeable", false}, {"extexposure", record(automatic)}}).automatic);
+    automatic.capturemode = 1; // what the record says is of the video
+    EXPECT_FALSE(exposureOf({{"extexposure", record(automatic)}}).automatic);
+}
+
+TEST(FrameExposure, is_told_in_words_with_units) {
+    PFrameExposure exposure =
+        exposureOf({{"autoexpottime", 158'647}, {"autoexpogain", 100}, {"autoexponeable", true}});
+    EXPECT_EQ(exposure.timeText(), u"158.647 ms (automatic)"_qs);
+    EXPECT_EQ(exposure.gainText(), u"100 %"_qs);
+    exposure = exposureOf({{"autoexpottime", 20'000}, {"autoexpogain", 123}});
+    EXPECT_EQ(exposure.timeText(), u"20 ms (manual)"_qs);
+    EXPECT_EQ(exposure.gainText(), u"123 %"_qs);
+    EXPECT_EQ(PFrameExposure::textOf(5'000), u"5000 ms"_qs);
+    EXPECT_EQ(PFrameExposure::textOf(0.05), u"0.05 ms"_qs);
+    EXPECT_EQ(exposureOf({}).timeText(), QString());
+    EXPECT_EQ(exposureOf({}).gainText(), QString());
+}
+
 TEST(FrameExposure, binning_is_read_from_the_name_of_the_choice) {
     FakeDevice device;
     device.makeProperties = [] {

@@ -175,7 +175,8 @@ TEST_F(OmeStackWriter, exposure_gain_pixel_size_and_temperature_are_told) {
     EXPECT_EQ(xml().attribute("DetectorSettings", "Gain"), u"1.5"_qs);
     EXPECT_EQ(xml().attribute("Pixels", "PhysicalSizeX"), u"0.5"_qs);
     EXPECT_EQ(xml().attribute("ImagingEnvironment", "Temperature"), u"12.5"_qs);
-    EXPECT_EQ(xml().note(u"Exposure"_qs), u"manual"_qs);
+    EXPECT_TRUE(xml().note(u"Exposure"_qs).endsWith(u" ms (manual)"_qs))
+        << xml().note(u"Exposure"_qs).toStdString();
 }
 
 TEST_F(OmeStackWriter, each_picture_has_the_exposure_it_was_taken_with) {
@@ -189,7 +190,8 @@ TEST_F(OmeStackWriter, each_picture_has_the_exposure_it_was_taken_with) {
         EXPECT_EQ(xml().elements("Plane").at(i).attributes.value(u"ExposureTime"_qs),
                   QString::number(i + 1));
     }
-    EXPECT_TRUE(xml().note(u"Exposure"_qs).startsWith(u"automatic"_qs));
+    EXPECT_TRUE(xml().note(u"Exposure"_qs).endsWith(u" ms (automatic)"_qs))
+        << xml().note(u"Exposure"_qs).toStdString();
 }
 
 TEST_F(OmeStackWriter, a_setting_that_changes_is_told_with_the_frame_it_changed_at) {
@@ -200,9 +202,9 @@ TEST_F(OmeStackWriter, a_setting_that_changes_is_told_with_the_frame_it_changed_
     ASSERT_TRUE(writer.write(testFrame(2, 1ms, before), 2).isOk());
     ASSERT_TRUE(writer.write(testFrame(7, 2ms, after), 3).isOk());
     ASSERT_TRUE(writer.finish({}).isOk());
-    EXPECT_EQ(xml().note(u"Setting contrast"_qs), u"5"_qs);
-    EXPECT_EQ(xml().note(u"Setting contrast from frame 7"_qs), u"6"_qs);
-    EXPECT_EQ(xml().note(u"Setting hue from frame 7"_qs), QString());
+    EXPECT_EQ(xml().note(u"Contrast"_qs), u"5"_qs);
+    EXPECT_EQ(xml().note(u"Contrast from frame 7"_qs), u"6"_qs);
+    EXPECT_EQ(xml().note(u"Hue from frame 7"_qs), QString());
     EXPECT_EQ(xml().note(u"Frames"_qs), u"1-2, 7"_qs);
     EXPECT_EQ(xml().note(u"Changes of settings not listed"_qs), QString());
 }
@@ -215,9 +217,23 @@ TEST_F(OmeStackWriter, of_very_many_changes_of_settings_the_first_thousand_are_t
             writer.write(testFrame(quint64(i + 1), 1ms * i, settings), quint64(i + 1)).isOk());
     }
     ASSERT_TRUE(writer.finish({}).isOk());
-    EXPECT_EQ(xml().note(u"Setting autoexpogain from frame 1001"_qs), u"1100"_qs);
-    EXPECT_EQ(xml().note(u"Setting autoexpogain from frame 1002"_qs), QString());
+    EXPECT_EQ(xml().note(u"Gain from frame 1001"_qs), u"1100 %"_qs);
+    EXPECT_EQ(xml().note(u"Gain from frame 1002"_qs), QString());
     EXPECT_EQ(xml().note(u"Changes of settings not listed"_qs), u"2"_qs);
+}
+
+TEST_F(OmeStackWriter, automatic_exposure_that_ends_is_told_and_the_times_are_those_of_the_frames) {
+    POmeStackWriter writer(options);
+    const auto settings = [](int time, bool automatic) {
+        return settingsOf({{"autoexpottime", time}, {"autoexponeable", automatic}});
+    };
+    ASSERT_TRUE(writer.write(testFrame(1, 0ms, settings(1000, true)), 1).isOk());
+    ASSERT_TRUE(writer.write(testFrame(2, 1ms, settings(2000, true)), 2).isOk());
+    ASSERT_TRUE(writer.write(testFrame(3, 2ms, settings(3000, false)), 3).isOk());
+    ASSERT_TRUE(writer.finish({}).isOk());
+    EXPECT_EQ(xml().note(u"Exposure"_qs), u"1 ms (automatic)"_qs);
+    EXPECT_EQ(xml().note(u"Exposure from frame 2"_qs), QString());
+    EXPECT_EQ(xml().note(u"Exposure from frame 3"_qs), u"3 ms (manual)"_qs);
 }
 
 TEST_F(OmeStackWriter, a_setting_of_several_values_is_told_field_by_field) {
@@ -225,10 +241,10 @@ TEST_F(OmeStackWriter, a_setting_of_several_values_is_told_field_by_field) {
     const auto settings = settingsOf({{"extexposure", QVariant::fromValue(TestExposureRecord())}});
     ASSERT_TRUE(writer.write(testFrame(1, 0ms, settings), 1).isOk());
     ASSERT_TRUE(writer.finish({}).isOk());
-    EXPECT_TRUE(xml()
-                    .note(u"Setting extexposure"_qs)
-                    .startsWith(u"gain=120 exp=1.5 autoexpenabled=off "_qs))
-        << xml().note(u"Setting extexposure"_qs).toStdString();
+    EXPECT_EQ(xml().note(u"Exposure"_qs), u"1.5 ms (manual)"_qs);
+    EXPECT_EQ(xml().note(u"Gain"_qs), u"120 %"_qs);
+    EXPECT_EQ(xml().note(u"Capture"_qs), u"video"_qs);
+    EXPECT_EQ(xml().note(u"Setting extexposure"_qs), QString());
     EXPECT_EQ(xml().attribute("Plane", "ExposureTime"), u"1.5"_qs);
 }
 

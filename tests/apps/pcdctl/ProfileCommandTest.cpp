@@ -232,8 +232,8 @@ TEST_F(ProfileCommand, of_a_snap_goes_before_its_settings) {
     const CtlResult result =
         run({u"snap"_qs, u"-o"_qs, picture, u"--profile"_qs, file, u"--set"_qs, u"contrast=5"_qs});
     ASSERT_EQ(result.exitCode, 0) << result.errors.toStdString();
-    EXPECT_EQ(QImage(picture).text(u"Setting contrast"_qs), u"5"_qs);
-    EXPECT_EQ(QImage(picture).text(u"Setting gamma"_qs), u"150"_qs);
+    EXPECT_EQ(QImage(picture).text(u"Contrast"_qs), u"5"_qs);
+    EXPECT_EQ(QImage(picture).text(u"Gamma"_qs), u"150"_qs);
     // Half of 100 x 40 pixels, turned by a quarter.
     EXPECT_EQ(QImage(picture).size(), QSize(20, 50));
     EXPECT_LT(calls().indexOf(u"Toupcam_put_Contrast(h1, 12)"_qs),

@@ -258,7 +258,7 @@ TEST_F(SetCommand, of_a_snap_prepares_the_camera_before_the_stream_starts) {
     const QImage picture(file);
     EXPECT_EQ(picture.size(), QSize(120, 160));
     EXPECT_EQ(picture.pixel(0, 0), qRgb(255, 255, 255));
-    EXPECT_EQ(picture.text(u"Setting negative"_qs), u"on"_qs);
+    EXPECT_EQ(picture.text(u"Negative"_qs), u"on"_qs);
 }
 
 TEST_F(SetCommand, of_a_stream_may_run_an_action_first) {

@@ -3,6 +3,8 @@
 #include "CtlProcess.h"
 #include "CtlScene.h"
 
+#include <apps/common/ExifTool.h>
+
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>
 
@@ -66,6 +68,25 @@ TEST_F(SnapCommand, the_file_says_how_the_picture_was_made) {
     const QString time = picture.text(u"Time"_qs);
     EXPECT_TRUE(time.endsWith(u'Z')) << time.toStdString();
     EXPECT_TRUE(QDateTime::fromString(time, Qt::ISODateWithMs).isValid()) << time.toStdString();
+}
+
+TEST_F(SnapCommand, another_program_reads_how_the_picture_was_made) {
+    for (const QString& name : {u"a.png"_qs, u"a.tif"_qs}) {
+        ASSERT_EQ(snap(path(name), {u"--pixel-size=0.5"_qs, u"--set"_qs, u"autoexponeable=off"_qs,
+                                    u"--set"_qs, u"autoexpottime=12500"_qs})
+                      .exitCode,
+                  0);
+        const QJsonObject tags = exifToolTags(path(name));
+        EXPECT_EQ(tags.value(u"IFD0:Make"_qs).toString(), u"Simulated camera"_qs);
+        EXPECT_EQ(tags.value(u"IFD0:Model"_qs).toString(), u"Small"_qs);
+        EXPECT_TRUE(tags.value(u"IFD0:Software"_qs).toString().startsWith(u"pcdctl "_qs));
+        EXPECT_NEAR(tags.value(u"ExifIFD:ExposureTime"_qs).toDouble(), 0.0125, 1e-8);
+        EXPECT_EQ(tags.value(u"IFD0:XResolution"_qs).toDouble(), 20'000);
+    }
+    EXPECT_EQ(QImage(path(u"a.png"_qs)).text(u"Exposure"_qs), u"12.5 ms (manual)"_qs);
+    EXPECT_EQ(QImage(path(u"a.png"_qs)).text(u"Gain"_qs), u"100 %"_qs);
+    EXPECT_FALSE(readFile(path(u"a.png"_qs)).contains("12500"));
+    EXPECT_FALSE(readFile(path(u"a.tif"_qs)).contains("12500"));
 }
 
 TEST_F(SnapCommand, a_mode_may_be_given_by_its_name) {

@@ -6,6 +6,15 @@
 
 #include <QFileInfo>
 
+namespace {
+
+PPictureNotes notesOf(const PCameraIdentity& camera, const PDeviceFrame& frame, double pixelSize) {
+    return PPictureNotes::of(camera, frame.stamp.get(),
+                             pixelSize > 0 ? std::optional(pixelSize) : std::nullopt);
+}
+
+} // namespace
+
 PCapture::PCapture(QObject* parent)
     : QObject(parent) {
     connect(&m_saver, &PPictureSaver::finished, this,
@@ -17,9 +26,11 @@ PCapture::PCapture(QObject* parent)
             });
 }
 
-void PCapture::follow(PViewCamera* camera) {
+void PCapture::follow(PViewCamera* camera, PixelSize pixelSize) {
     connect(camera, &PViewCamera::snapshotTaken, this,
-            [this, camera](const PDeviceFrame& frame) { saveStill(*camera, frame); });
+            [this, camera, size = std::move(pixelSize)](const PDeviceFrame& frame) {
+                saveStill(*camera, frame, size());
+            });
 }
 
 void PCapture::takeStill(PViewCamera& camera) {
@@ -28,15 +39,14 @@ void PCapture::takeStill(PViewCamera& camera) {
                             : tr("No still picture: %1").arg(status.reason()));
 }
 
-void PCapture::saveStill(const PViewCamera& camera, const PDeviceFrame& frame) {
+void PCapture::saveStill(const PViewCamera& camera, const PDeviceFrame& frame, double pixelSize) {
     const QString path = PCaptureFolder::newPath(camera.identity().id, QDateTime::currentDateTime(),
                                                  PCaptureFolder::stillEnding());
-    m_saver.save({path, frame, pictureTextOf(camera.identity(), frame.stamp.get()),
-                  PPictureFile::Existing::Keep});
+    m_saver.save(
+        {path, frame, notesOf(camera.identity(), frame, pixelSize), PPictureFile::Existing::Keep});
 }
 
-void PCapture::saveFrame(const PCameraIdentity& camera, const PDeviceFrame& frame,
+void PCapture::saveFrame(const PCameraIdentity& camera, const PDeviceFrame& frame, double pixelSize,
                          const QString& path) {
-    m_saver.save(
-        {path, frame, pictureTextOf(camera, frame.stamp.get()), PPictureFile::Existing::Replace});
+    m_saver.save({path, frame, notesOf(camera, frame, pixelSize), PPictureFile::Existing::Replace});
 }

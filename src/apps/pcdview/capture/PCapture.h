@@ -5,6 +5,8 @@
 
 #include <QObject>
 
+#include <functional>
+
 class PViewCamera;
 struct PCameraIdentity;
 
@@ -15,13 +17,17 @@ class PCapture : public QObject {
 public:
     explicit PCapture(QObject* parent = nullptr);
 
+    /// The size of a pixel of a camera's picture on the specimen, in micrometres; 0 if unknown.
+    using PixelSize = std::function<double()>;
+
     /// Saves the still pictures of this camera from now on, in the capture folder.
-    void follow(PViewCamera* camera);
+    void follow(PViewCamera* camera, PixelSize pixelSize);
     /// Asks the camera for a still picture.
     void takeStill(PViewCamera& camera);
     /// Saves a picture that this camera has taken, replacing what is there: the person has been
-    /// asked.
-    void saveFrame(const PCameraIdentity& camera, const PDeviceFrame& frame, const QString& path);
+    /// asked. The size of its pixels is as PixelSize tells it.
+    void saveFrame(const PCameraIdentity& camera, const PDeviceFrame& frame, double pixelSize,
+                   const QString& path);
 
 signals:
     /// How it went, in words for a status bar.
@@ -30,7 +36,7 @@ signals:
     void lost(const QString& reason);
 
 private:
-    void saveStill(const PViewCamera& camera, const PDeviceFrame& frame);
+    void saveStill(const PViewCamera& camera, const PDeviceFrame& frame, double pixelSize);
 
     PPictureSaver m_saver;
 };

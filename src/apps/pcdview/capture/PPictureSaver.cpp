@@ -14,7 +14,7 @@ PStatus savePicture(const PPictureSaver::Job& job) {
     const PStatus folder = PPictureFile::prepareFolder(job.path);
     if (!folder.isOk())
         return folder;
-    return PPictureFile::save(job.path, job.frame.image.toQImage(), job.text, job.existing,
+    return PPictureFile::save(job.path, job.frame.image.toQImage(), job.notes, job.existing,
                               PPictureFile::Effort::Fast);
 }
 

@@ -3,7 +3,6 @@
 
 #include <apps/common/PFrameWriteQueue.h>
 #include <apps/common/PPictureFile.h>
-#include <apps/common/PPictureText.h>
 
 #include <PCd/PDeviceFrame.h>
 
@@ -23,7 +22,7 @@ public:
     struct Job {
         QString path;
         PDeviceFrame frame;
-        PPictureText text;
+        PPictureNotes notes;
         PPictureFile::Existing existing = PPictureFile::Existing::Keep;
     };
 

@@ -78,20 +78,19 @@ PStatus PRecording::start(PViewCamera& camera, const PRecordSettings& settings, 
 std::unique_ptr<PFrameWriter> PRecording::makeWriter(const PViewCamera& camera,
                                                      const PRecordSettings& settings,
                                                      double pixelSize) {
+    const auto pixelSizeUm = pixelSize > 0 ? std::optional(pixelSize) : std::nullopt;
     if (settings.format == Format::OmeTiff) {
         POmeStackWriter::Options options{m_path,
                                          camera.identity(),
                                          camera.settingNames(),
                                          settings.plan().frames,
-                                         std::nullopt,
+                                         pixelSizeUm,
                                          PSensorTemperature::of(*camera.device())};
-        if (pixelSize > 0)
-            options.pixelSizeUm = pixelSize;
         return std::make_unique<POmeStackWriter>(options);
     }
     PNumberedFiles files;
     files.setPattern(m_path + endingOf(settings.format)); // good: its file name is ours
-    return std::make_unique<PSeriesWriter>(files, camera.identity());
+    return std::make_unique<PSeriesWriter>(files, camera.identity(), pixelSizeUm);
 }
 
 void PRecording::stop() {

@@ -238,9 +238,11 @@ void PMainWindow::setRegionTool(bool on) {
 }
 
 void PMainWindow::askForPictureName() {
-    const PViewCamera& camera = m_desk->currentPage()->camera();
+    const PCameraPage* const page = m_desk->currentPage();
+    const PViewCamera& camera = page->camera();
     // The one that was on the screen, not one that comes while the dialog is open.
     const PDeviceFrame frame = camera.frame();
+    const double pixelSize = page->pixelSizeOfPicture();
     if (frame.image.isNull())
         return statusBar()->showMessage(tr("There is no picture yet."));
     QFileDialog dialog(this, tr("Save shown picture"), QString(),
@@ -254,7 +256,7 @@ void PMainWindow::askForPictureName() {
     const QString path = dialog.selectedFiles().value(0);
     const PStatus name = PPictureFile::checkName(path);
     if (name.isOk())
-        m_capture.saveFrame(camera.identity(), frame, path);
+        m_capture.saveFrame(camera.identity(), frame, pixelSize, path);
     else
         statusBar()->showMessage(name.reason());
 }

@@ -107,7 +107,7 @@ void PMainWindow::connectDesk() {
 }
 
 void PMainWindow::addPage(PCameraPage* page) {
-    m_capture.follow(&page->camera());
+    m_capture.follow(&page->camera(), [page] { return page->pixelSizeOfPicture(); });
     PImageView* const view = &page->view();
     const auto isCurrent = [this, page] { return page == m_desk->currentPage(); };
     connect(&page->camera(), &PViewCamera::frameChanged, this, [this, isCurrent] {

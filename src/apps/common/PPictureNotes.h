@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <apps/common/PPictureTags.h>
+#include <apps/common/PPictureText.h>
+
+/// All that a saved picture says of its taking. A value.
+struct PPictureNotes {
+    PPictureText text;
+    PPictureTags tags = {};
+
+    /// Of a frame; `pixelSizeUm` is on the specimen, of a pixel as saved. Any thread.
+    static PPictureNotes of(const PCameraIdentity& camera, const PFrameStamp* stamp,
+                            std::optional<double> pixelSizeUm = std::nullopt) {
+        return {pictureTextOf(camera, stamp), PPictureTags::of(camera, stamp, pixelSizeUm)};
+    }
+};

@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QCoreApplication>
+#include <QString>
+
+/// The running program, as files name what has written them. Any thread.
+class PProgramName {
+public:
+    /// "pcdview 1.0".
+    static QString withVersion() {
+        return QStringLiteral("%1 %2")
+            .arg(QCoreApplication::applicationName(), QCoreApplication::applicationVersion())
+            .trimmed();
+    }
+};

@@ -1,0 +1,131 @@
+// SPDX-License-Identifier: MIT
+#include <apps/common/PSettingTexts.h>
+
+#include <apps/common/PFrameExposure.h>
+#include <apps/common/PSettingNames.h>
+
+#include <PCd/PFrameStamp.h>
+#include <PCd/PGadgetFields.h>
+#include <PCd/PPropertyText.h>
+
+#include <algorithm>
+#include <iterator>
+
+namespace {
+
+/// How a setting, or "setting.field", is shown.
+struct Description {
+    const char* id;
+    const char* title; ///< null: something else says it
+    const char* unit = "";
+    double factor = 1;           ///< of the number as the camera has it, to that unit
+    const char* names = nullptr; ///< of the numbers from 0 on, with blanks between them
+};
+
+constexpr Description descriptions[]{
+    {"extexposure.exp", nullptr},
+    {"extexposure.gain", nullptr},
+    {"extexposure.autoexpenabled", nullptr},
+    {"extexposure.minutes", nullptr},
+    {"extexposure.seconds", nullptr},
+    {"extexposure.milliseconds", nullptr},
+    {"extexposure.microseconds", nullptr},
+    {"extexposure.target", "Exposure target"},
+    {"extexposure.spincount", "Trigger sequence", " frames"},
+    {"extexposure.triggermode", "Trigger source", "", 1, "software external"},
+    {"extexposure.capturemode", "Capture", "", 1, "video triggered"},
+    {"autoexponeable", nullptr},
+    {"autoexpottime", nullptr},
+    {"autoexpogain", nullptr},
+    {"autoexpotarget", "Exposure target"},
+    {"tint", "White balance tint"},
+    {"temp", "White balance temperature"},
+    {"wbgain", "White balance gain"},
+    {"contrast", "Contrast"},
+    {"hue", "Hue"},
+    {"saturation", "Saturation"},
+    {"brightness", "Brightness"},
+    {"gamma", "Gamma"},
+    {"chrome", "Chrome"},
+    {"negative", "Negative"},
+    {"colormatrix", "Color matrix"},
+    {"binning", "Binning"},
+    {"rotate", "Rotation", "°"},
+    {"vflip", "Vertical flip"},
+    {"hflip", "Horizontal flip"},
+    {"roi", "Region", " px"},
+    {"speed", "Speed level"},
+    {"backlight", "Backlight compensation"},
+    {"teccontrol.on", "Cooler", "", 1, "off on"},
+    {"teccontrol.target", "Cooler target", " °C", 0.1},
+    {"fan.enable", "Fan", "", 1, "off on"},
+    {"fan.target", "Fan speed level"},
+};
+
+const Description* find(const QByteArray& id) {
+    const auto* const found =
+        std::find_if(std::begin(descriptions), std::end(descriptions),
+                     [&](const Description& description) { return id == description.id; });
+    return found == std::end(descriptions) ? nullptr : found;
+}
+
+QString nameOf(const Description& description, const QVariant& value) {
+    const QStringList names =
+        QString::fromLatin1(description.names).split(u' ', Qt::SkipEmptyParts);
+    return names.value(value.toInt());
+}
+
+QString textOf(const Description& description, const QVariant& value) {
+    if (const QString name = nameOf(description, value); !name.isEmpty())
+        return name;
+    const QString text = description.factor == 1
+                             ? PPropertyText::ofValue(value, QVariant())
+                             : QString::number(value.toDouble() * description.factor);
+    return text + QString::fromUtf8(description.unit);
+}
+
+class Texts {
+public:
+    void append(const QByteArray& id, const QVariant& value) {
+        const Description* const description = find(id);
+        if (description == nullptr)
+            add(u"Setting "_qs + QString::fromLatin1(id),
+                PPropertyText::ofValue(value, QVariant()));
+        else if (description->title != nullptr)
+            add(QString::fromLatin1(description->title), textOf(*description, value));
+    }
+    /// What has been said is not said again: a record repeats plain settings.
+    void add(const QString& key, const QString& text) {
+        const bool isThere = std::any_of(list.begin(), list.end(),
+                                         [&](const auto& there) { return there.first == key; });
+        if (!isThere)
+            list.append({key, text});
+    }
+
+    PPictureText list;
+};
+
+void appendFields(Texts& texts, const QByteArray& id, const QVariant& value) {
+    for (const QString& field : PGadgetFields::names(value))
+        texts.append(id + '.' + field.toLatin1(), PGadgetFields::read(value, field));
+}
+
+} // namespace
+
+PPictureText PSettingTexts::of(const PDeviceSettings& settings) {
+    Texts texts;
+    const PFrameExposure exposure = PFrameExposure::of(settings, {});
+    if (exposure.gain)
+        texts.add(u"Gain"_qs, exposure.gainText());
+    for (const auto& [id, value] : settings.values) {
+        if (value.isValid() && !PGadgetFields::isComposite(value)) // an action has none
+            texts.append(id, value);
+    }
+    for (const auto& [id, value] : settings.values) {
+        if (PGadgetFields::isComposite(value))
+            appendFields(texts, id, value);
+    }
+    if (exposure.triggerMilliseconds)
+        texts.add(u"Trigger exposure"_qs, PFrameExposure::textOf(*exposure.triggerMilliseconds));
+    return texts.list;
+}
