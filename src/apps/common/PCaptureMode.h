@@ -4,17 +4,17 @@
 class PDevice;
 struct PFrameStamp;
 
-/// How a camera comes to its frames.
+/// Whether a camera's frames are triggered or live.
 class PCaptureMode {
 public:
     /// The property that says so.
     static constexpr const char* propertyId = "extexposure";
 
-    /// True where triggers make the frames, false for a live stream: the field "capturemode" of
-    /// that property, 1 or 0. A device without it has live streams only. The device's thread; the
-    /// camera is not asked.
+    /// True in triggered capture, false for a live stream: the field "capturemode" of that
+    /// property, 1 or 0. A device without it has live streams only. Reads the host's copy, not the
+    /// camera. The device's thread.
     static bool isTriggered(const PDevice& device);
-    /// The same when this frame arrived. Any thread.
+    /// The same at the time this frame arrived. Any thread.
     static bool isTriggered(const PFrameStamp& stamp);
     /// True where triggers, if it waits for them, are signals at the camera's input: the field
     /// "triggermode" is 1.

@@ -21,7 +21,7 @@ constexpr std::array<const char*, 4> ids{"autoexpottime", "autoexpogain", "autoe
 
 constexpr int readingsToSettle = 3;
 constexpr quint64 framesToSettle = 3;    // automatic exposure moves with the frames
-constexpr double panelsRoundBy = 0.0051; // milliseconds: they show hundredths
+constexpr double panelsRoundBy = 0.0051; // milliseconds: panels show hundredths
 
 bool isAutomatic(const QVariant& record) {
     return PGadgetFields::read(record, u"autoexpenabled"_qs).toBool();
@@ -42,7 +42,7 @@ PExposureWatch::PExposureWatch(PDevice* device, std::chrono::milliseconds interv
     if (const PDeviceProperty* const property = record())
         connect(property, &PDeviceProperty::valueChanged, this, &PExposureWatch::takeRecord);
     if (const PDeviceProperty* const property = device->getProperty(ids[Automatic])) {
-        // The camera keeps the exposure then; what the user makes of it later is not to be undone.
+        // The camera holds its exposure then, and what the user sets afterwards must stay.
         connect(property, &PDeviceProperty::valueChanged, this, [this](const QVariant& on) {
             if (!on.toBool())
                 m_found.reset();
@@ -71,12 +71,12 @@ PExposureWatch::Reading PExposureWatch::read() const {
 void PExposureWatch::look() {
     if (m_device.isNull() || m_device->isGone())
         return;
-    // A panel that is made reads the composite value without a word to anybody.
+    // A new panel reads the composite value without emitting.
     if (const PDeviceProperty* const property = record();
         property != nullptr && property->valueInner() != m_record)
         m_record = m_shown = property->valueInner();
     const Reading now = read();
-    // No camera exposes for no time at all: one that has just lost its cable answers so.
+    // No exposure takes 0: this is a failed read, as of a camera whose cable was just pulled.
     if (now[Time].isValid() && now[Time].toDouble() <= 0)
         return;
     m_found = now[Automatic].toBool() ? std::optional(now) : std::nullopt;
@@ -107,7 +107,7 @@ void PExposureWatch::hold(const Reading& found) {
     refreshRecord(wanted);
 }
 
-/// A panel sends all that it shows with each change, so the rest is as it was.
+/// A panel sends its whole record with each change, so everything else is as it was.
 bool PExposureWatch::isOnlySwitchedOff(const QVariant& value) const {
     return isAutomatic(m_record) && !isAutomatic(value) && !PCaptureMode::isTriggered(*m_device) &&
            (hasSameExposure(m_record, value) || hasSameExposure(m_shown, value));
@@ -126,7 +126,7 @@ bool PExposureWatch::hasSettled() const {
     return !mayMove || m_device->frameLedger().produced >= m_framesAtChange + framesToSettle;
 }
 
-/// The camera has what is wanted before and after.
+/// The camera ends up with the wanted settings, which it has already.
 void PExposureWatch::refreshRecord(const Reading& wanted) {
     PDeviceProperty* const property = record();
     if (property == nullptr)
@@ -134,14 +134,14 @@ void PExposureWatch::refreshRecord(const Reading& wanted) {
     const QScopedValueRollback<bool> inside(m_isRefreshing, true);
     property->updateValueFromDevice();
     m_shown = property->valueInner();
-    // A panel answers by sending what it now shows, which may be rounded, or less than the camera
-    // can do. It has nothing to answer to a second time.
+    // A panel writes back what it now shows, which may be rounded or clamped. Its controls do not
+    // change a second time, so then it writes nothing.
     if (putBack(wanted))
         property->updateValueFromDevice();
     m_record = property->valueInner();
 }
 
-/// Sends what the camera has otherwise; true if there was something.
+/// Sets each setting in which the camera differs; true if there was one.
 bool PExposureWatch::putBack(const Reading& wanted) {
     const Reading now = read();
     bool differs = false;

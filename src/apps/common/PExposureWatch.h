@@ -13,16 +13,17 @@
 class PDevice;
 class PDeviceProperty;
 
-/// Keeps a program's copy of a camera's exposure true, as the camera tells nothing by itself.
+/// Keeps the host's copy of a camera's exposure up to date: the camera reports no changes by
+/// itself.
 ///
-/// It reads the plain settings again and again, so that frames carry what automatic exposure has
-/// chosen. A change of them that has settled is read into the composite property too, once, for the
-/// panel that shows it: not while automatic exposure moves, nor in triggered capture, whose time
-/// the composite property would take for that of the live stream. And where nothing but automatic
-/// exposure was switched off in the composite property, the camera gets back the time and gain
-/// found last: the panel has sent those from before.
+/// It polls the plain settings, so that frames carry what automatic exposure has chosen. Once a
+/// change of them has settled, it refreshes the composite property, once, for the panel that shows
+/// it; not while automatic exposure is still moving, and not in triggered capture, where the
+/// composite property would mistake the triggered time for the live one. If nothing but automatic
+/// exposure was switched off in the composite property, it restores the last automatic time and
+/// gain, because the panel has just sent the ones from before.
 ///
-/// From its construction to its end, or the device's. The device's thread.
+/// Works from its construction until it or the device is destroyed. The device's thread.
 class PExposureWatch : public QObject {
     Q_OBJECT
 
@@ -49,9 +50,9 @@ private:
     QPointer<PDevice> m_device;
     QTimer m_timer;
     Reading m_last;
-    std::optional<Reading> m_found; ///< the last one while exposure was automatic
-    QVariant m_record;              ///< the composite value as it was last known
-    QVariant m_shown;               ///< the same as a panel shows it
+    std::optional<Reading> m_found; ///< the last one with automatic exposure on
+    QVariant m_record;              ///< the composite value as last known
+    QVariant m_shown;               ///< the same as a panel shows it, rounded or clamped
     int m_unchanged = 0;            ///< readings
     quint64 m_framesAtChange = 0;
     bool m_isSettling = false;

@@ -21,8 +21,7 @@ class PFrameRecorder : public PFrameSink {
 public:
     using Clock = std::chrono::steady_clock;
 
-    /// `memory`: of the frames that wait to be written, shared by several recorders or this one's
-    /// alone.
+    /// `memory`: the budget for frames that wait to be written; recorders may share one.
     PFrameRecorder(std::unique_ptr<PFrameWriter> writer, const PRecordSchedule::Plan& plan,
                    std::shared_ptr<PWriteMemory> memory =
                        std::make_shared<PWriteMemory>(PFrameWriteQueue::defaultByteLimit()));

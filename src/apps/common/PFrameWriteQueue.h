@@ -21,7 +21,7 @@
 #include <vector>
 
 /// Frames on their way from a camera's thread to files, which threads of its own write. What waits
-/// is bounded in bytes, together with what waits in other queues on the same memory. Any thread.
+/// is bounded in bytes, together with the other queues of the same PWriteMemory. Any thread.
 class PFrameWriteQueue {
     Q_DECLARE_TR_FUNCTIONS(PFrameWriteQueue)
 

@@ -4,18 +4,20 @@
 #include <cstddef>
 #include <mutex>
 
-/// The memory of frames that wait for the disk, shared by all that write them. Any thread.
+/// A budget for the frames that wait for the disk, shared by several queues. Any thread.
 class PWriteMemory {
 public:
     /// `limit`: bytes, in all.
     explicit PWriteMemory(std::size_t limit)
         : m_limit(limit) {}
 
-    /// Takes so many bytes for one who holds `held` bytes already. False if there is no room; who
-    /// holds none gets it in any case, so that each goes on, however much the others hold.
+    /// Takes this many bytes for a queue that holds `held` bytes already. False if they exceed the
+    /// limit, unless the queue holds nothing: each can then always make progress.
     bool take(std::size_t bytes, std::size_t held);
+    /// Returns bytes that take() has given.
     void giveBack(std::size_t bytes);
 
+    /// Bytes.
     std::size_t limit() const { return m_limit; }
 
 private:

@@ -130,8 +130,9 @@ void PCtlSettings::send(const Setting& setting) {
            PPropertyText::ofValue(property.valueInner(), range));
 }
 
-/// What is not named stays as the camera has it now: automatic exposure may have moved since it was
-/// opened. In triggered capture the exposure time is another one, which is not to be mixed up.
+/// Fields that are not named stay as the camera has them now: automatic exposure may have moved
+/// since the camera was opened. In triggered capture the camera's exposure time is the triggered
+/// one, which must not replace the live one.
 void PCtlSettings::sendFields(const Setting& setting) {
     PDeviceProperty& property = *setting.property;
     if (!PCaptureMode::isTriggered(*property.device()))

@@ -134,7 +134,8 @@ PStatus PViewCamera::setMode(const PDeviceMode& mode) {
 }
 
 PDeviceProfileReport PViewCamera::apply(PDeviceProfilePlan& plan) {
-    // A profile means what it says, also where it only switches automatic exposure off.
+    // The profile's exposure applies even if it differs in nothing but automatic exposure: the
+    // watch must not restore the automatic one.
     m_exposure.reset();
     const PDeviceProfileReport report = plan.apply();
     m_exposure = std::make_unique<PExposureWatch>(m_device);
@@ -183,12 +184,12 @@ double PViewCamera::megabytesPerSecond() const {
     return framesPerSecond() * double(m_frame.image.dataSize()) / 1e6;
 }
 
-/// A panel may go on handing live frames over as pictures when its run has ended: those are of no
-/// use to anybody. What triggers have made belongs to a run, also if it arrives after its end.
+/// A panel may keep forwarding live frames as snapshots after its run has ended; nobody wants
+/// those. A triggered frame belongs to a run even if it arrives after the run's end.
 void PViewCamera::takePicture(const PDeviceFrame& frame) {
     if (!frame.stamp->still && !PCaptureMode::isTriggered(*frame.stamp))
         return;
-    // Not from the ledger, which books a picture only after all listeners had it.
+    // Not read from the ledger, which counts a snapshot only after all listeners have returned.
     if (m_isTriggered)
         ++m_triggeredPictures;
     emit snapshotTaken(frame);

@@ -42,7 +42,7 @@ public:
     /// Starts or stops the stream. Fails with the reason.
     PStatus setLive(bool live);
     PStatus setMode(const PDeviceMode& mode);
-    /// Gives the camera, which must be there, the settings of a profile.
+    /// Applies a profile to the camera, which must be plugged in.
     PDeviceProfileReport apply(PDeviceProfilePlan& plan);
     /// Asks for a still picture, which comes with snapshotTaken(). Fails with the reason.
     PStatus takeSnapshot();
@@ -53,11 +53,11 @@ public:
     /// Null while it is unplugged.
     PDevice* device() const { return m_device; }
     State state() const;
-    /// True while frames come by triggers only, and the number of pictures since then, the one
-    /// that is being told included. Any camera whose "extexposure" has a field "capturemode".
+    /// True while frames come by triggers only, and the number of pictures since then, including
+    /// the one being emitted. Any camera whose "extexposure" has a field "capturemode".
     bool isTriggered() const { return m_isTriggered; }
     quint64 triggeredPictures() const { return m_triggeredPictures; }
-    /// True while a recording takes its frames, or completes its files.
+    /// True while a recording of it runs or completes its files.
     bool isRecorded() const { return m_isRecorded; }
     void setRecorded(bool recorded);
     /// What a person should know of the last attach().
@@ -78,8 +78,8 @@ signals:
     void modeChanged();
     /// A frame to be shown: the newest, and about 30 a second at most.
     void frameChanged(const PDeviceFrame& frame);
-    /// A still picture, or a frame that a trigger has made. Live frames that a panel hands over as
-    /// pictures are none.
+    /// A still picture or a triggered frame arrived. Live frames that a panel forwards as snapshots
+    /// are left out.
     void snapshotTaken(const PDeviceFrame& frame);
 
 private:

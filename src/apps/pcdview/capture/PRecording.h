@@ -19,7 +19,7 @@ class PRecording : public QObject {
     Q_OBJECT
 
 public:
-    /// `memory`: of the frames that wait to be written.
+    /// `memory`: the budget for frames that wait to be written.
     explicit PRecording(std::shared_ptr<PWriteMemory> memory, QObject* parent = nullptr);
     /// Ends a recording that still runs, and waits for its files.
     ~PRecording() override;
@@ -39,15 +39,15 @@ public:
     PFrameRecorder::Progress progress() const;
     /// How long no frame has come, where that is worth telling.
     std::optional<std::chrono::seconds> silence() const;
-    /// The id of the camera that is recorded, which may have been closed.
+    /// The id of the recorded camera, also after that was closed.
     const QString& cameraId() const { return m_cameraId; }
     /// The file, or the folder of a series.
     const QString& path() const { return m_path; }
 
 signals:
-    /// It went on.
+    /// Its progress changed.
     void changed();
-    /// How it ended, in words. Its files are complete.
+    /// It ended and its files are complete; the message says how, for the user.
     void finished(const QString& message);
 
 private:

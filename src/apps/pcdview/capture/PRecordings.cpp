@@ -9,7 +9,7 @@ PRecordings::PRecordings(QObject* parent)
 }
 
 PRecordings::~PRecordings() {
-    endAsProgramCloses(); // all first: their files are completed side by side
+    endAsProgramCloses(); // all first, so that their files are completed in parallel
     qDeleteAll(m_running);
 }
 
@@ -43,7 +43,7 @@ void PRecordings::endAsProgramCloses() {
 
 void PRecordings::onFinished(PRecording* recording, const QString& message) {
     m_running.removeOne(recording);
-    recording->deleteLater(); // it is telling this
+    recording->deleteLater(); // it is the sender
     emit changed();
     emit finished(recording->cameraId(), message);
 }

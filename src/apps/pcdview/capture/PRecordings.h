@@ -5,30 +5,30 @@
 
 #include <QList>
 
-/// The recordings that run: one a camera, of several cameras at once. What waits for the disk is
-/// bounded for all of them together. The GUI thread.
+/// The running recordings, at most one for each camera. They share one memory budget for frames
+/// that wait for the disk. The GUI thread.
 class PRecordings : public QObject {
     Q_OBJECT
 
 public:
     explicit PRecordings(QObject* parent = nullptr);
-    /// Ends those that still run, and waits for their files.
+    /// Ends the running ones and waits for their files.
     ~PRecordings() override;
 
-    /// Begins a recording: see PRecording::start(). Fails also if this camera is being recorded.
+    /// Starts a recording, see PRecording::start(). Also fails if this camera is being recorded.
     PStatus start(PViewCamera& camera, const PRecordSettings& settings, double pixelSize);
-    /// The recording of this camera that runs; null if there is none, or no camera.
+    /// The running recording of this camera; null if there is none, or for a null camera.
     PRecording* of(const PViewCamera* camera) const;
-    /// In the order of their beginnings; their files are not complete yet.
+    /// In the order in which they were started.
     const QList<PRecording*>& running() const { return m_running; }
 
-    /// Ends all of them while the cameras can still tell what became of the frames.
+    /// Ends all of them while the cameras' ledgers are still there.
     void endAsProgramCloses();
 
 signals:
-    /// One of them began, went on or ended.
+    /// One of them started, progressed or ended.
     void changed();
-    /// How the one of the camera of this id ended, in words.
+    /// The recording of the camera with this id ended; the message says how, for the user.
     void finished(const QString& camera, const QString& message);
 
 private:

@@ -190,7 +190,7 @@ void PMainWindow::startRecording() {
     showRecording();
 }
 
-/// A key is soon pressed by mistake, and what was not recorded is not to be had again.
+/// A key is easily pressed by mistake, and frames that were not recorded are lost.
 void PMainWindow::askToStopRecording() {
     const QPointer<PRecording> recording = m_recordings.of(&m_desk->currentPage()->camera());
     const bool isMeant =
@@ -198,7 +198,7 @@ void PMainWindow::askToStopRecording() {
         QMessageBox::question(
             this, tr("Recording"), tr("Stop the recording of %1?").arg(recording->cameraId()),
             QMessageBox::Yes | QMessageBox::No, QMessageBox::No) == QMessageBox::Yes;
-    if (isMeant && recording != nullptr) // it may have ended meanwhile
+    if (isMeant && recording != nullptr) // it may have ended while the question was open
         recording->stop();
     showRecording();
 }

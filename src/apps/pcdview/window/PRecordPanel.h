@@ -18,8 +18,7 @@ class QProgressBar;
 class QPushButton;
 class QSpinBox;
 
-/// What to record of the camera in front, and how far the recordings of all cameras are. The GUI
-/// thread.
+/// What to record of the camera in front, and the progress of all recordings. The GUI thread.
 class PRecordPanel : public QWidget {
     Q_OBJECT
 
@@ -28,9 +27,9 @@ public:
     explicit PRecordPanel(PRecordings& recordings, QWidget* parent = nullptr);
 
     PRecordSettings settings() const;
-    /// The camera in front, as it is now; null: none.
+    /// Sets the camera in front, null for none, and updates what is shown of it.
     void setCamera(PViewCamera* camera);
-    /// Shows how it went with the camera of this id, until it is recorded again.
+    /// Shows this message for the camera with this id until that is recorded again.
     void tell(const QString& camera, const QString& message);
 
 signals:
