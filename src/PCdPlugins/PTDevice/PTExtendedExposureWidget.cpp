@@ -129,7 +129,7 @@ void PTExtendedExposureWidget::setupConnections() {
 }
 
 void PTExtendedExposureWidget::connectControls() {
-    const auto write = whileAlive([this] { writeBack(); });
+    const auto write = whileAlive([this](const auto&) { writeBack(); });
     connect(m_ui->exposureTarget, &PRangeWidget::valueChanged, this, write);
     connect(m_ui->exposureTime, &PDoubleRangeWidget::valueChanged, this, write);
     connect(m_ui->exposureGain, &PRangeWidget::valueChanged, this, write);
@@ -170,7 +170,8 @@ void PTExtendedExposureWidget::connectDevice() {
         connect(device, &PDevice::imageChanged, this,
                 whileAlive([this](const PImage& image) { takeImage(image); }));
     }
-    connect(m_property, &QObject::destroyed, this, whileAlive([this] { setEnabled(false); }));
+    connect(m_property, &QObject::destroyed, this,
+            whileAlive([this](const QObject*) { setEnabled(false); }));
     connect(m_property, &PDeviceProperty::valueChanged, this,
             [this, alive = life()](const QVariant& value) {
                 if (!alive) {

@@ -6,7 +6,6 @@
 
 #include <functional>
 #include <memory>
-#include <type_traits>
 
 /// What the panels of this plugin have in common: signals that come while a panel is being
 /// destroyed do no harm, and texts follow the program's language. Without a meta-object of its own:
@@ -21,16 +20,12 @@ public:
     QPointer<QObject> life() const;
 
     /// The reaction, made a slot that does nothing once the panel's destruction has begun. It takes
-    /// all arguments of its signal, or none.
+    /// all arguments of its signal.
     template <typename Reaction>
     auto whileAlive(Reaction reaction) const {
         return [alive = life(), reaction](const auto&... arguments) {
-            if (!alive)
-                return;
-            if constexpr (std::is_invocable_v<Reaction, decltype(arguments)...>)
+            if (alive)
                 reaction(arguments...);
-            else
-                reaction();
         };
     }
 

@@ -129,7 +129,7 @@ QWidget* PTECProperty::createWidget() {
                 ui->widget->showValue(offeredTargets, d.target / 10.0);
             }));
     const QPointer<PTECProperty> self(this);
-    connect(timer, &QTimer::timeout, panel, panel->whileAlive([self, ui] {
+    connect(timer, &QTimer::timeout, panel, panel->whileAlive([self, ui](const auto&) {
         if (self) // else its camera is closed
             refresh(self->m_h, ui);
     }));
