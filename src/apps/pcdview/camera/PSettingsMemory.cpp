@@ -88,7 +88,6 @@ void PSettingsMemory::restoreValue(PDevice& device, const char* id,
     if (property == nullptr || !value.isValid())
         return;
     property->setValue(value);
-    property->updateValueFromDevice();
     if (property->valueInner() != value)
         report.refused.append({id, tr("the camera did not take it")});
 }

@@ -116,8 +116,6 @@ void PCameraPage::useWholeSensor() {
 void PCameraPage::setRegion(const QRect& onSensor) {
     PDeviceProperty* const property = regionOf(*m_camera);
     property->setValue(onSensor);
-    // What the set answers differs from device to device; what the device then has does not.
-    property->updateValueFromDevice(true);
     const QRect now = property->valueInner().toRect();
     setMessage(now == onSensor ? QString()
                                : tr("The camera did not take the region %1: it has %2.")
