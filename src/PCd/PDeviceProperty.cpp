@@ -57,6 +57,7 @@ bool PDeviceProperty::readValueFromStream(PAbstractReader* reader, const QString
 }
 
 void PDeviceProperty::setValue(const QVariant& value) {
+    emit valueAboutToBeSent(value);
     // The answer alone proves nothing: some devices always say yes, some the opposite.
     const bool keepAsGiven = trySetValue(value) && PPropertyStreamForm::isComposite(value);
     m_value = keepAsGiven ? value : tryGetValue();

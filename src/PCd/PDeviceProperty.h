@@ -88,6 +88,8 @@ public slots:
 signals:
     void valueChanged(const QVariant& value);
     void rangeChanged(const QVariant& range);
+    /// setValue() is about to send this value to the device.
+    void valueAboutToBeSent(const QVariant& value);
 
 protected:
     /// Changes the host's copy without a word to the device or to anybody.

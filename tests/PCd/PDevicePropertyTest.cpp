@@ -54,6 +54,21 @@ QVariant rangeTo(int maximum) {
 
 } // namespace
 
+TEST(PDeviceProperty, announces_a_value_before_it_is_sent) {
+    TakenProperty taken;
+    QStringList callsBefore;
+    QVariant announced;
+    QObject::connect(taken.property, &PDeviceProperty::valueAboutToBeSent,
+                     [&](const QVariant& value) {
+                         announced = value;
+                         callsBefore = taken.property->calls;
+                     });
+    taken.property->setValue(7);
+    EXPECT_EQ(announced, 7);
+    EXPECT_EQ(callsBefore, QStringList());
+    EXPECT_TRUE(taken.property->calls.contains(QStringLiteral("set")));
+}
+
 TEST(PDeviceProperty, keeps_what_it_is_made_of) {
     const FakeProperty property("gain");
     EXPECT_EQ(property.id(), "gain");
