@@ -10,8 +10,8 @@
 
 namespace {
 
-bool isSet(const QVariant& exposure, const QString& field) {
-    return PGadgetFields::read(exposure, field).toInt() == 1;
+bool isSet(const QVariant& value, const QString& field) {
+    return PGadgetFields::read(value, field).toInt() == 1;
 }
 
 bool isSet(const PDevice& device, const QString& field) {
@@ -21,6 +21,10 @@ bool isSet(const PDevice& device, const QString& field) {
 
 } // namespace
 
+bool PCaptureMode::isTriggered(const QVariant& value) {
+    return isSet(value, u"capturemode"_qs);
+}
+
 bool PCaptureMode::isTriggered(const PDevice& device) {
     return isSet(device, u"capturemode"_qs);
 }
@@ -28,7 +32,7 @@ bool PCaptureMode::isTriggered(const PDevice& device) {
 bool PCaptureMode::isTriggered(const PFrameStamp& stamp) {
     const auto& values = stamp.settings->values;
     return std::any_of(values.begin(), values.end(), [](const auto& value) {
-        return value.first == propertyId && isSet(value.second, u"capturemode"_qs);
+        return value.first == propertyId && isTriggered(value.second);
     });
 }
 

@@ -84,6 +84,20 @@ TEST_F(RunSessionTest, a_repeated_run_is_saved_and_the_live_picture_after_it_is_
     EXPECT_EQ(quint64(filesInTheEnd()), ofRun + 1); // and the still picture
 }
 
+TEST_F(RunSessionTest, live_frames_that_arrive_while_the_run_is_left_are_not_saved) {
+    const quint64 before = inFront().ledger().produced;
+    click("pbRepeatMode");
+    ASSERT_TRUE(waitUntil([this] { return files() >= 1; }));
+    const quint64 ofRun = endRun("pbRepeatMode") - before;
+    delay("Toupcam_put_ExpoAGain", 200); // several frames: it is the last of what is sent
+    click("pbVideo");
+    delay("Toupcam_put_ExpoAGain", 0);
+    const quint64 arrived = inFront().ledger().produced - before;
+    ASSERT_GT(arrived, ofRun);
+    ASSERT_TRUE(waitUntil([&] { return inFront().ledger().snapshots >= arrived; }));
+    EXPECT_EQ(quint64(filesInTheEnd()), ofRun);
+}
+
 TEST_F(RunSessionTest, a_run_after_a_repeated_one_is_saved_alone) {
     const quint64 before = inFront().ledger().produced;
     click("pbRepeatMode");

@@ -145,6 +145,10 @@ void ViewSession::fail(const char* function, unsigned calls) {
                                                                                    calls, failed);
 }
 
+void ViewSession::delay(const char* function, unsigned ms) {
+    simFunction<void(const char*, unsigned)>("ToupcamSim_delayCall")(function, ms);
+}
+
 QWidget& ViewSession::widgets() {
     return window();
 }

@@ -56,6 +56,8 @@ protected:
     static QStringList puts();
     /// Has the next calls of a function of the SDK fail.
     static void fail(const char* function, unsigned calls);
+    /// Makes every call of a function of the SDK take so much longer (0: no longer).
+    static void delay(const char* function, unsigned ms);
     QString captureFolder() const { return path(QStringLiteral("captures")); }
 
 private:

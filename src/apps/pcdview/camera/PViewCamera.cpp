@@ -96,10 +96,16 @@ void PViewCamera::followTrigger() {
             return;
         m_isTriggered = isTriggered;
         m_triggeredPictures = 0;
+        if (isTriggered)
+            m_triggersEnd.reset();
         m_pace.reset();
         emit stateChanged();
     };
     connect(exposure, &PDeviceProperty::valueChanged, this, look);
+    connect(exposure, &PDeviceProperty::valueAboutToBeSent, this, [this](const QVariant& value) {
+        if (m_isTriggered && !PCaptureMode::isTriggered(value))
+            m_triggersEnd = std::chrono::steady_clock::now();
+    });
     look();
 }
 
@@ -187,7 +193,10 @@ double PViewCamera::megabytesPerSecond() const {
 /// A panel may keep forwarding live frames as snapshots after its run has ended; nobody wants
 /// those. A triggered frame belongs to a run even if it arrives after the run's end.
 void PViewCamera::takePicture(const PDeviceFrame& frame) {
-    if (!frame.stamp->still && !PCaptureMode::isTriggered(*frame.stamp))
+    // While the settings of the live stream are being sent, frames arrive with the old stamp.
+    const bool isTriggered = PCaptureMode::isTriggered(*frame.stamp) &&
+                             (!m_triggersEnd || frame.stamp->arrived <= *m_triggersEnd);
+    if (!frame.stamp->still && !isTriggered)
         return;
     // Not read from the ledger, which counts a snapshot only after all listeners have returned.
     if (m_isTriggered)

@@ -19,6 +19,7 @@
 
 #include <chrono>
 #include <memory>
+#include <optional>
 
 class PDeviceProfilePlan;
 
@@ -108,4 +109,6 @@ private:
     bool m_isTriggered = false;
     bool m_isRecorded = false;
     quint64 m_triggeredPictures = 0;
+    /// When the camera was last taken out of triggered capture; none while it is there.
+    std::optional<std::chrono::steady_clock::time_point> m_triggersEnd;
 };
