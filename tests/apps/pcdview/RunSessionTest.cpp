@@ -76,11 +76,11 @@ TEST_F(RunSessionTest, a_repeated_run_is_saved_and_the_live_picture_after_it_is_
     const quint64 ofRun = endRun("pbRepeatMode") - before;
     ASSERT_GE(inFront().ledger().waiting, 2U); // still on their way
     click("pbVideo");
-    // The panel goes on handing over what comes.
+    // The panel keeps forwarding what arrives.
     ASSERT_TRUE(waitUntil([&] { return inFront().ledger().snapshots >= ofRun + 10; }));
     QTest::keyClick(&window(), Qt::Key_S, Qt::ControlModifier);
-    const quint64 handedOver = inFront().ledger().snapshots;
-    ASSERT_TRUE(waitUntil([&] { return inFront().ledger().snapshots >= handedOver + 10; }));
+    const quint64 forwarded = inFront().ledger().snapshots;
+    ASSERT_TRUE(waitUntil([&] { return inFront().ledger().snapshots >= forwarded + 10; }));
     EXPECT_EQ(quint64(filesInTheEnd()), ofRun + 1); // and the still picture
 }
 
@@ -108,6 +108,7 @@ TEST_F(RunSessionTest, a_run_after_a_repeated_one_is_saved_alone) {
     beginTriggered();
     widget<QSpinBox>(u"spincount"_qs).setValue(2);
     click("pbSequence");
+    ASSERT_TRUE(waitUntil([this] { return inFront().triggeredPictures() >= 2; }));
     ASSERT_TRUE(
         waitUntil([this] { return !widget<QAbstractButton>(u"pbSequence"_qs).isChecked(); }));
     EXPECT_EQ(quint64(filesInTheEnd()), first + 2);
