@@ -2,6 +2,8 @@
 // The viewer as a person uses it: its window, its keys, its mouse, on simulated cameras.
 #include "ViewSession.h"
 
+#include <apps/common/ExifTool.h>
+
 #include <apps/pcdview/camera/PViewCamera.h>
 #include <apps/pcdview/view/PImageView.h>
 #include <apps/pcdview/window/PCameraDesk.h>
@@ -185,6 +187,19 @@ TEST_F(SessionTest, a_still_picture_is_saved_beside_the_live_one) {
     EXPECT_EQ(saved.size(), QSize(320, 240));
     EXPECT_TRUE(captures().first().contains(u"S0001"_qs));
     EXPECT_TRUE(waitForNewFrames());
+}
+
+TEST_F(SessionTest, a_still_picture_has_the_resolution_of_the_specimen) {
+    start({camera()});
+    ASSERT_TRUE(waitForNewFrames());
+    page().setPixelSize(0.5);
+    widget<QAction>(u"snapshot"_qs).trigger();
+    // While it is being written its name ends otherwise.
+    ASSERT_TRUE(waitUntil([this] { return captures().value(0).endsWith(u".png"_qs); }));
+    const QJsonObject tags = exifToolTags(captureFolder() + u'/' + captures().value(0));
+    EXPECT_EQ(tags.value(u"PNG-pHYs:PixelsPerUnitX"_qs).toInt(), 2'000'000);
+    EXPECT_EQ(tags.value(u"IFD0:XResolution"_qs).toDouble(), 20'000);
+    EXPECT_TRUE(tags.value(u"IFD0:Software"_qs).toString().startsWith(u"pcdview"_qs));
 }
 
 TEST_F(SessionTest, an_unplugged_camera_comes_back_with_its_settings) {
