@@ -20,6 +20,16 @@ void logFailure(const char* reason) {
         << "Looking for devices failed:" << reason;
 }
 
+/// Without empty entries and repetitions.
+QList<PDevice*> eachOnce(const QList<PDevice*>& devices) {
+    QList<PDevice*> once;
+    for (PDevice* device : devices) {
+        if (device != nullptr && !once.contains(device))
+            once.append(device);
+    }
+    return once;
+}
+
 } // namespace
 
 PDeviceRegister::PDeviceRegister() {
@@ -113,16 +123,17 @@ void PDeviceRegister::mergeDevices(const QList<PDevice*>& alive) {
     }
 }
 
-/// What a plugin names, each device once, and each camera once.
+/// What a plugin names, each camera once.
 QList<PDevice*> PDeviceRegister::presentDevices(const QList<PDevice*>& alive) {
+    const QList<PDevice*> named = eachOnce(alive);
     QList<PDevice*> present;
-    for (PDevice* device : alive) {
-        if (device == nullptr || present.contains(device))
-            continue;
-        PDevice* const first = firstOfSameCamera(device, alive + present);
-        if (first != nullptr)
-            destroyDevice(device);
+    for (PDevice* device : named) {
+        PDevice* const first = firstOfSameCamera(device, named + present);
         present.append(first != nullptr ? first : device);
+        if (first == nullptr)
+            continue;
+        device->setParent(this); // it goes with the register at the latest
+        destroyDevice(device);
     }
     return present;
 }

@@ -194,6 +194,29 @@ TEST_F(PDeviceRegisterTest, keeps_its_device_when_the_camera_was_opened_a_second
     EXPECT_TRUE(second.isNull());
 }
 
+TEST_F(PDeviceRegisterTest, destroys_a_second_device_once_that_is_named_twice) {
+    find({a});
+    const QPointer<FakeDevice> second = new FakeDevice("A");
+    added.clear();
+    find({second, second});
+    EXPECT_EQ(fakes.devices(), Devices{a});
+    EXPECT_TRUE(added.isEmpty());
+    runDeferredDeletes();
+    EXPECT_TRUE(second.isNull());
+}
+
+TEST_F(PDeviceRegisterTest, takes_a_second_device_that_waits_to_be_deleted_with_it) {
+    const QPointer<FakeDevice> second = new FakeDevice("A");
+    {
+        FakeRegister brief({a});
+        brief.updateDevices();
+        brief.alive = {second};
+        brief.updateDevices();
+        EXPECT_EQ(brief.devices(), Devices{a});
+    }
+    EXPECT_TRUE(second.isNull());
+}
+
 TEST_F(PDeviceRegisterTest, keeps_its_devices_when_alike_cameras_were_opened_a_second_time) {
     const QPointer<FakeDevice> twin = new FakeDevice("A");
     find({a, twin});

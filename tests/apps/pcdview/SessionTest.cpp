@@ -10,6 +10,7 @@
 #include <apps/pcdview/window/PCameraPage.h>
 #include <apps/pcdview/window/PMainWindow.h>
 
+#include <PCd/PDevice.h>
 #include <PCd/PDeviceProperty.h>
 #include <PCd/PEnumeration.h>
 
@@ -25,6 +26,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenuBar>
+#include <QPointer>
 #include <QPushButton>
 #include <QSlider>
 #include <QSpinBox>
@@ -222,6 +224,24 @@ TEST_F(SessionTest, an_unplugged_camera_comes_back_with_its_settings) {
     EXPECT_EQ(property("hflip").valueInner(), QVariant(true));
     EXPECT_EQ(inFront().notes(), QStringList());
     EXPECT_FALSE(widget<QLabel>(u"banner"_qs).isVisible());
+}
+
+TEST_F(SessionTest, what_is_set_while_the_cable_is_out_does_not_spoil_what_is_remembered) {
+    start({camera()});
+    ASSERT_TRUE(waitForNewFrames());
+    property("contrast").setValue(40);
+    key(Qt::Key_L, Qt::ControlModifier);
+    ASSERT_EQ(inFront().state(), PViewCamera::State::Paused);
+    QCoreApplication::processEvents();
+
+    const QPointer<PDevice> before = inFront().device();
+    ASSERT_TRUE(unplug("cam-1"));
+    property("temp").setValue(6000); // nobody has noticed yet, and it reads 0
+    QCoreApplication::processEvents();
+    ASSERT_TRUE(plug("cam-1"));
+    ASSERT_TRUE(waitUntil([&] { return before.isNull() && inFront().device() != nullptr; }));
+    EXPECT_EQ(property("contrast").valueInner(), QVariant(40));
+    EXPECT_EQ(inFront().notes(), QStringList());
 }
 
 TEST_F(SessionTest, two_cameras_have_a_tab_each) {

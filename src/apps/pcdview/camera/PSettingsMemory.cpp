@@ -93,10 +93,11 @@ void PSettingsMemory::restoreValue(PDevice& device, const char* id,
 }
 
 void PSettingsMemory::remember() {
-    // A camera that has just lost its cable answers zeros until it is told to be gone, and no
+    // A camera that has just lost its cable answers zeros until its device is removed, and no
     // camera exposes for no time at all.
     const PDeviceProperty* const time = m_device->getProperty(timeId);
-    if (time != nullptr && time->valueInner().toDouble() <= 0)
+    const bool exposesForNoTime = time != nullptr && time->valueInner().toDouble() <= 0;
+    if (exposesForNoTime || !m_device->isAnswering())
         return;
     for (const char* const id : {automaticId, targetId, timeId, gainId}) {
         if (const PDeviceProperty* const property = m_device->getProperty(id))
