@@ -7,7 +7,9 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
 #include <thread>
+#include <type_traits>
 
 namespace {
 
@@ -89,13 +91,22 @@ protected:
     Received<Range> ranges;
 };
 
+struct KindName {
+    template <typename K>
+    static std::string GetName(int) {
+        if (std::is_same_v<K, SwitchKind>)
+            return "of_a_switch";
+        return std::is_same_v<K, NumberKind> ? "of_a_number" : "of_a_choice";
+    }
+};
+
 using Valued = testing::Types<SwitchKind, NumberKind, ChoiceKind>;
 using Ranged = testing::Types<NumberKind, ChoiceKind>;
 
 } // namespace
 
-TYPED_TEST_SUITE(TypedSignal, Valued);
-TYPED_TEST_SUITE(TypedRangeSignal, Ranged);
+TYPED_TEST_SUITE(TypedSignal, Valued, KindName);
+TYPED_TEST_SUITE(TypedRangeSignal, Ranged, KindName);
 
 TYPED_TEST(TypedSignal, carries_the_stored_value_whatever_the_untyped_one_carries) {
     emit this->property.PDeviceProperty::valueChanged(QVariant::fromValue(this->of.other));
