@@ -3,13 +3,18 @@
 #include "ViewSession.h"
 
 #include <apps/pcdview/camera/PViewCamera.h>
+#include <apps/pcdview/window/PCameraDesk.h>
 #include <apps/pcdview/window/PMainWindow.h>
+
+#include <PCd/PDevice.h>
+#include <PCd/PDeviceProperty.h>
 
 #include <support/QtPrinters.h>
 
 #include <QAbstractButton>
 #include <QDir>
 #include <QLabel>
+#include <QPointer>
 #include <QSpinBox>
 #include <QTest>
 
@@ -121,4 +126,47 @@ TEST_F(RunSessionTest, every_picture_of_a_sequence_is_counted_when_it_is_there) 
     EXPECT_TRUE(waitUntil([this] { return files() == 3; }));
     EXPECT_TRUE(banner().contains(u"Pictures taken: 3"_qs)) << banner().toStdString();
     EXPECT_EQ(filesInTheEnd(), 3);
+}
+
+TEST_F(RunSessionTest, a_run_goes_on_and_is_saved_while_another_camera_is_in_front) {
+    end();
+    QJsonObject triggered = camera();
+    triggered.insert(u"flags"_qs, QJsonArray{u"TRIGGER_SOFTWARE"_qs});
+    start({triggered, camera(u"cam-2"_qs, u"S0002"_qs)});
+    ASSERT_TRUE(waitForNewFrames());
+    beginTriggered();
+    widget<QSpinBox>(u"sMS"_qs).setValue(9);
+    widget<QSpinBox>(u"sSec"_qs).setValue(0);
+    click("pbRepeatMode");
+    ASSERT_TRUE(waitUntil([this] { return files() >= 1; }));
+
+    ASSERT_TRUE(desk().open(u"Small-S0002"_qs).isOk());
+    ASSERT_TRUE(waitForNewFrames());
+    const qsizetype before = files();
+    EXPECT_TRUE(waitUntil([&] { return files() >= before + 3; }));
+
+    ASSERT_TRUE(desk().open(u"Small-S0001"_qs).isOk());
+    EXPECT_TRUE(widget<QAbstractButton>(u"pbRepeatMode"_qs).isChecked());
+    EXPECT_EQ(widget<QAbstractButton>(u"pbRepeatMode"_qs).text(), u"Stop"_qs);
+}
+
+TEST_F(RunSessionTest, the_live_exposure_comes_back_with_a_camera_unplugged_during_a_run) {
+    const auto plain = [this](const char* id) {
+        return inFront().device()->getProperty(id)->valueInner();
+    };
+    click("pbVideo");
+    inFront().device()->getProperty("autoexpottime")->setValue(7000);
+    ASSERT_TRUE(waitForNewFrames());
+    beginTriggered();
+    widget<QSpinBox>(u"sSec"_qs).setValue(1);
+    click("pbRepeatMode");
+    ASSERT_TRUE(waitUntil([&] { return plain("autoexpottime").toInt() > 1'000'000; }));
+
+    const QPointer<PDevice> before = inFront().device();
+    ASSERT_TRUE(unplug("cam-1"));
+    ASSERT_TRUE(waitUntil([&] { return before.isNull(); }));
+    ASSERT_TRUE(plug("cam-1"));
+    ASSERT_TRUE(waitUntil([this] { return inFront().state() == PViewCamera::State::Live; }));
+    EXPECT_EQ(plain("autoexpottime").toInt(), 7000);
+    EXPECT_EQ(plain("autoexponeable").toBool(), false);
 }

@@ -99,13 +99,20 @@ void PSettingsMemory::remember() {
     const bool exposesForNoTime = time != nullptr && time->valueInner().toDouble() <= 0;
     if (exposesForNoTime || !m_device->isAnswering())
         return;
-    for (const char* const id : {automaticId, targetId, timeId, gainId}) {
-        if (const PDeviceProperty* const property = m_device->getProperty(id))
-            m_exposure.insert(id, property->valueInner());
-    }
+    rememberExposure();
     PJsonReader reader;
     PDeviceProfile profile;
     if (reader.setDocument(documentOf(*m_device)).isOk() &&
         PDeviceProfileParser::parse(reader, profile).isOk())
         m_profile = profile;
+}
+
+/// That of the live picture: in triggered capture the camera has another one.
+void PSettingsMemory::rememberExposure() {
+    if (PCaptureMode::isTriggered(*m_device))
+        return;
+    for (const char* const id : {automaticId, targetId, timeId, gainId}) {
+        if (const PDeviceProperty* const property = m_device->getProperty(id))
+            m_exposure.insert(id, property->valueInner());
+    }
 }

@@ -33,6 +33,7 @@ public:
 
 private:
     void remember();
+    void rememberExposure();
     void restoreExposure(PDevice& device, PDeviceProfileReport& report) const;
     void restoreValue(PDevice& device, const char* id, PDeviceProfileReport& report) const;
 

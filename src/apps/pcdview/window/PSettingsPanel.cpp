@@ -35,17 +35,46 @@ PSettingsPanel::PSettingsPanel(QWidget* parent)
 void PSettingsPanel::setDevice(PDevice* device) {
     if (m_panel != nullptr && device == m_device)
         return;
-    delete m_panel;
+    putAway();
     m_device = device;
-    m_panel = device == nullptr ? nullptr : device->createPropertiesWidget(this);
+    m_panel = device == nullptr ? nullptr : panelOf(device);
     m_filter->setEnabled(m_panel != nullptr);
     m_nothing->setVisible(m_panel == nullptr);
     // The panel knows itself how much it needs.
     setMinimumWidth(m_panel == nullptr ? leastWidth : 0);
     if (m_panel == nullptr)
         return;
-    static_cast<QVBoxLayout*>(layout())->addWidget(m_panel, 1);
+    m_panel->show();
     applyFilter();
+}
+
+void PSettingsPanel::putAway() {
+    if (m_panel == nullptr)
+        return;
+    if (std::find(m_panels.cbegin(), m_panels.cend(), m_panel) != m_panels.cend())
+        m_panel->hide();
+    else
+        delete m_panel;
+}
+
+QWidget* PSettingsPanel::panelOf(PDevice* device) {
+    if (QWidget* const kept = m_panels.value(device))
+        return kept;
+    QWidget* const panel = device->createPropertiesWidget(this);
+    if (panel == nullptr)
+        return nullptr;
+    static_cast<QVBoxLayout*>(layout())->addWidget(panel, 1);
+    m_panels.insert(device, panel);
+    connect(device, &PDevice::unlinked, panel, [this, device] { forget(device); });
+    connect(device, &QObject::destroyed, panel, [this, device] { forget(device); });
+    return panel;
+}
+
+/// The panel that is shown stays until another one is: it says that its device is gone.
+void PSettingsPanel::forget(PDevice* device) {
+    const QPointer<QWidget> panel = m_panels.take(device);
+    if (panel != nullptr && panel != m_panel)
+        panel->deleteLater();
 }
 
 bool PSettingsPanel::hasPressedButton() const {

@@ -3,12 +3,14 @@
 
 #include <PCd/PDevice.h>
 
+#include <QHash>
 #include <QPointer>
 #include <QWidget>
 
 class QLineEdit;
 
-/// All settings of a camera, with a box that finds some of them. The GUI thread.
+/// All settings of a camera, with a box that finds some of them. A camera keeps its panel, hidden,
+/// while another one is shown: a run that the panel has begun goes on. The GUI thread.
 class PSettingsPanel : public QWidget {
     Q_OBJECT
 
@@ -22,10 +24,14 @@ public:
     bool hasPressedButton() const;
 
 private:
+    void putAway();
+    QWidget* panelOf(PDevice* device);
+    void forget(PDevice* device);
     void applyFilter();
 
     QLineEdit* m_filter; // children
     QWidget* m_nothing;
     QPointer<QWidget> m_panel;
+    QHash<PDevice*, QPointer<QWidget>> m_panels; ///< of linked devices, as far as they were shown
     QPointer<PDevice> m_device;
 };
