@@ -161,6 +161,7 @@ TEST_F(RunSessionTest, the_live_exposure_comes_back_with_a_camera_unplugged_duri
     widget<QSpinBox>(u"sSec"_qs).setValue(1);
     click("pbRepeatMode");
     ASSERT_TRUE(waitUntil([&] { return plain("autoexpottime").toInt() > 1'000'000; }));
+    QTest::qWait(0); // what is remembered is, in the next turn
 
     const QPointer<PDevice> before = inFront().device();
     ASSERT_TRUE(unplug("cam-1"));
