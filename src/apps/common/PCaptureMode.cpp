@@ -29,8 +29,8 @@ bool PCaptureMode::isTriggered(const PDevice& device) {
     return isSet(device, u"capturemode"_qs);
 }
 
-bool PCaptureMode::isTriggered(const PFrameStamp& stamp) {
-    const auto& values = stamp.settings->values;
+bool PCaptureMode::isTriggered(const PDeviceSettings& settings) {
+    const auto& values = settings.values;
     return std::any_of(values.begin(), values.end(), [](const auto& value) {
         return value.first == propertyId && isTriggered(value.second);
     });

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/PFrameExposure.h>
 
+#include <apps/common/PCaptureMode.h>
 #include <apps/common/PSettingNames.h>
 
 #include <PCd/PFrameStamp.h>
@@ -30,10 +31,6 @@ std::optional<double> number(const QVariant& value, double unit) {
     return isNumber ? std::optional(read * unit) : std::nullopt;
 }
 
-bool isTriggered(const PDeviceSettings& settings) {
-    return recordField(settings, "capturemode").toInt() == 1;
-}
-
 /// The record has the time of triggered frames in parts.
 std::optional<double> recordTriggerMilliseconds(const PDeviceSettings& settings) {
     if (!recordField(settings, "seconds").isValid())
@@ -44,16 +41,16 @@ std::optional<double> recordTriggerMilliseconds(const PDeviceSettings& settings)
 }
 
 std::optional<double> recordMilliseconds(const PDeviceSettings& settings) {
-    return isTriggered(settings) ? recordTriggerMilliseconds(settings)
-                                 : number(recordField(settings, "exp"), 1);
+    return PCaptureMode::isTriggered(settings) ? recordTriggerMilliseconds(settings)
+                                               : number(recordField(settings, "exp"), 1);
 }
 
 /// The plain setting is the camera's; the record's own is that of the video, triggered or not.
 bool isAutomatic(const PDeviceSettings& settings) {
     const QVariant plain = valueOf(settings, "autoexponeable");
-    return plain.isValid()
-               ? plain.toBool()
-               : !isTriggered(settings) && recordField(settings, "autoexpenabled").toBool();
+    return plain.isValid() ? plain.toBool()
+                           : !PCaptureMode::isTriggered(settings) &&
+                                 recordField(settings, "autoexpenabled").toBool();
 }
 
 /// With as many decimals as are needed, three at most.

@@ -194,7 +194,7 @@ double PViewCamera::megabytesPerSecond() const {
 /// those. A triggered frame belongs to a run even if it arrives after the run's end.
 void PViewCamera::takePicture(const PDeviceFrame& frame) {
     // While the settings of the live stream are being sent, frames arrive with the old stamp.
-    const bool isTriggered = PCaptureMode::isTriggered(*frame.stamp) &&
+    const bool isTriggered = PCaptureMode::isTriggered(*frame.stamp->settings) &&
                              (!m_triggersEnd || frame.stamp->arrived <= *m_triggersEnd);
     if (!frame.stamp->still && !isTriggered)
         return;
