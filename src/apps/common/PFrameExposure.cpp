@@ -87,7 +87,6 @@ PFrameExposure PFrameExposure::of(const PDeviceSettings& settings, const PSettin
         if (*value && **value <= 0)
             value->reset();
     }
-    exposure.triggerMilliseconds = recordTriggerMilliseconds(settings);
     exposure.automatic = isAutomatic(settings);
     exposure.binning = binningOf(settings, names);
     return exposure;

@@ -8,14 +8,12 @@
 struct PDeviceSettings;
 class PSettingNames;
 
-/// How a frame was exposed, as far as its settings tell. A value.
+/// How a frame was exposed, as far as its settings contain it. A value.
 struct PFrameExposure {
     std::optional<double> milliseconds;
     std::optional<double> gain; ///< a factor: 1.2 is 120 %
     bool automatic = false;     ///< the camera chose time and gain by itself
     QString binning;            ///< "2x2" …; empty if unknown
-    /// Of a triggered frame, as set in the record; also while there are none.
-    std::optional<double> triggerMilliseconds = {};
 
     /// Reads the settings "autoexpottime" (microseconds), "autoexpogain" (percent) and
     /// "autoexponeable", or without those the record "extexposure", and "binning". Any thread.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/PSettingTexts.h>
 
+#include <apps/common/PCaptureMode.h>
 #include <apps/common/PFrameExposure.h>
 #include <apps/common/PSettingNames.h>
 
@@ -16,10 +17,12 @@ namespace {
 /// How a setting, or "setting.field", is shown.
 struct Description {
     const char* id;
-    const char* title; ///< null: something else says it
+    const char* title; ///< null: written by something else
     const char* unit = "";
-    double factor = 1;           ///< of the number as the camera has it, to that unit
-    const char* names = nullptr; ///< of the numbers from 0 on, with blanks between them
+    double factor = 1;               ///< of the number as the camera has it, to that unit
+    const char* names = nullptr;     ///< of the numbers from 0 on, with blanks between them
+    bool isOfTrigger = false;        ///< means something for triggered frames only
+    const char* unitOfOne = nullptr; ///< where it differs
 };
 
 constexpr Description descriptions[]{
@@ -31,8 +34,8 @@ constexpr Description descriptions[]{
     {"extexposure.milliseconds", nullptr},
     {"extexposure.microseconds", nullptr},
     {"extexposure.target", "Exposure target"},
-    {"extexposure.spincount", "Trigger sequence", " frames"},
-    {"extexposure.triggermode", "Trigger source", "", 1, "software external"},
+    {"extexposure.spincount", "Trigger sequence", " frames", 1, nullptr, true, " frame"},
+    {"extexposure.triggermode", "Trigger source", "", 1, "software external", true},
     {"extexposure.capturemode", "Capture", "", 1, "video triggered"},
     {"autoexponeable", nullptr},
     {"autoexpottime", nullptr},
@@ -81,20 +84,24 @@ QString textOf(const Description& description, const QVariant& value) {
     const QString text = description.factor == 1
                              ? PPropertyText::ofValue(value, QVariant())
                              : QString::number(value.toDouble() * description.factor);
-    return text + QString::fromUtf8(description.unit);
+    const bool isOne = description.unitOfOne != nullptr && text == u"1"_qs;
+    return text + QString::fromUtf8(isOne ? description.unitOfOne : description.unit);
 }
 
 class Texts {
 public:
+    explicit Texts(bool areTriggered)
+        : m_areTriggered(areTriggered) {}
+
     void append(const QByteArray& id, const QVariant& value) {
         const Description* const description = find(id);
         if (description == nullptr)
             add(u"Setting "_qs + QString::fromLatin1(id),
                 PPropertyText::ofValue(value, QVariant()));
-        else if (description->title != nullptr)
+        else if (description->title != nullptr && (m_areTriggered || !description->isOfTrigger))
             add(QString::fromLatin1(description->title), textOf(*description, value));
     }
-    /// What has been said is not said again: a record repeats plain settings.
+    /// Does nothing if the key is there already: a record repeats plain settings.
     void add(const QString& key, const QString& text) {
         const bool isThere = std::any_of(list.begin(), list.end(),
                                          [&](const auto& there) { return there.first == key; });
@@ -103,7 +110,15 @@ public:
     }
 
     PPictureText list;
+
+private:
+    bool m_areTriggered;
 };
+
+/// A fan that could not be read has this state.
+bool isUnknownFan(const QByteArray& id, const QVariant& value) {
+    return id == "fan" && PGadgetFields::read(value, u"enable"_qs) == -1;
+}
 
 void appendFields(Texts& texts, const QByteArray& id, const QVariant& value) {
     for (const QString& field : PGadgetFields::names(value))
@@ -113,7 +128,7 @@ void appendFields(Texts& texts, const QByteArray& id, const QVariant& value) {
 } // namespace
 
 PPictureText PSettingTexts::of(const PDeviceSettings& settings) {
-    Texts texts;
+    Texts texts(PCaptureMode::isTriggered(settings));
     const PFrameExposure exposure = PFrameExposure::of(settings, {});
     if (exposure.gain)
         texts.add(u"Gain"_qs, exposure.gainText());
@@ -122,10 +137,8 @@ PPictureText PSettingTexts::of(const PDeviceSettings& settings) {
             texts.append(id, value);
     }
     for (const auto& [id, value] : settings.values) {
-        if (PGadgetFields::isComposite(value))
+        if (PGadgetFields::isComposite(value) && !isUnknownFan(id, value))
             appendFields(texts, id, value);
     }
-    if (exposure.triggerMilliseconds)
-        texts.add(u"Trigger exposure"_qs, PFrameExposure::textOf(*exposure.triggerMilliseconds));
     return texts.list;
 }

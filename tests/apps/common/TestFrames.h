@@ -17,6 +17,8 @@ struct TestExposureRecord {
     Q_PROPERTY(int seconds MEMBER seconds)
     Q_PROPERTY(int milliseconds MEMBER milliseconds)
     Q_PROPERTY(int microseconds MEMBER microseconds)
+    Q_PROPERTY(int spincount MEMBER spincount)
+    Q_PROPERTY(int triggermode MEMBER triggermode)
     Q_PROPERTY(int capturemode MEMBER capturemode)
 
 public:
@@ -27,6 +29,8 @@ public:
     int seconds = 0;
     int milliseconds = 0;
     int microseconds = 0;
+    int spincount = 1;
+    int triggermode = 0;
     int capturemode = 0;
 
     friend bool operator==(const TestExposureRecord& a, const TestExposureRecord& b) {
