@@ -14,9 +14,10 @@
 
 namespace {
 
-enum Setting : std::size_t { Time, Gain, Automatic, Target };
+// Automatic exposure before time and gain, which a camera only keeps while it is off.
+enum Setting : std::size_t { Automatic, Time, Gain, Target };
 
-constexpr std::array<const char*, 4> ids{"autoexpottime", "autoexpogain", "autoexponeable",
+constexpr std::array<const char*, 4> ids{"autoexponeable", "autoexpottime", "autoexpogain",
                                          "autoexpotarget"};
 
 constexpr int readingsToSettle = 3;
@@ -126,30 +127,35 @@ bool PExposureWatch::hasSettled() const {
     return !mayMove || m_device->frameLedger().produced >= m_framesAtChange + framesToSettle;
 }
 
-/// The camera ends up with the wanted settings, which it has already.
+/// The camera ends up with the wanted settings, which it has already. Nothing is sent unless a
+/// panel answers: between two readings automatic exposure may have moved.
 void PExposureWatch::refreshRecord(const Reading& wanted) {
     PDeviceProperty* const property = record();
     if (property == nullptr)
         return;
     const QScopedValueRollback<bool> inside(m_isRefreshing, true);
+    bool isAnswered = false;
+    const auto answers = connect(property, &PDeviceProperty::valueAboutToBeSent, this,
+                                 [&isAnswered] { isAnswered = true; });
     property->updateValueFromDevice();
+    disconnect(answers);
     m_shown = property->valueInner();
     // A panel writes back what it now shows, which may be rounded or clamped. Its controls do not
     // change a second time, so then it writes nothing.
-    if (putBack(wanted))
+    if (isAnswered) {
+        putBack(wanted);
         property->updateValueFromDevice();
+    }
     m_record = property->valueInner();
 }
 
-/// Sets each setting in which the camera differs; true if there was one.
-bool PExposureWatch::putBack(const Reading& wanted) {
+/// Sets each setting in which the camera differs; not those that automatic exposure chooses.
+void PExposureWatch::putBack(const Reading& wanted) {
+    const bool isAutomatic = wanted[Automatic].toBool();
     const Reading now = read();
-    bool differs = false;
     for (std::size_t i = 0; i < ids.size(); ++i) {
-        if (now[i] == wanted[i])
-            continue;
-        differs = true;
-        m_device->getProperty(ids[i])->setValue(wanted[i]);
+        const bool isChosen = isAutomatic && (i == Time || i == Gain);
+        if (!isChosen && now[i] != wanted[i])
+            m_device->getProperty(ids[i])->setValue(wanted[i]);
     }
-    return differs;
 }

@@ -45,7 +45,7 @@ private:
     bool hasSettled() const;
     void hold(const Reading& found);
     void refreshRecord(const Reading& wanted);
-    bool putBack(const Reading& wanted);
+    void putBack(const Reading& wanted);
 
     QPointer<PDevice> m_device;
     QTimer m_timer;

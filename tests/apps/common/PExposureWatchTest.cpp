@@ -24,17 +24,22 @@ struct Camera {
     int timeReads = 0;
     int recordReads = 0;
     bool moves = false; ///< as automatic exposure does: with each reading
+    int movesNext = 0;  ///< microseconds, once: right after the composite value was read
+    int sent = 0;       ///< plain settings
+    int sentRecords = 0;
 };
 
 class PlainSetting : public PDeviceProperty {
 public:
     PlainSetting(
-        const char* id, QVariant& inCamera, std::function<void()> whenRead = [] {})
+        const char* id, Camera& camera, QVariant& inCamera, std::function<void()> whenRead = [] {})
         : PDeviceProperty(id, QString(), PCD::DevicePropertyType::Integer)
+        , m_camera(camera)
         , m_inCamera(inCamera)
         , m_whenRead(std::move(whenRead)) {}
 
     bool trySetValue(QVariant value) override {
+        ++m_camera.sent;
         m_inCamera = value;
         return true;
     }
@@ -45,6 +50,7 @@ public:
     QVariant tryGetRange() override { return QVariant(); }
 
 private:
+    Camera& m_camera;
     QVariant& m_inCamera;
     std::function<void()> m_whenRead;
 };
@@ -57,6 +63,7 @@ public:
         , m_camera(camera) {}
 
     bool trySetValue(QVariant value) override {
+        ++m_camera.sentRecords;
         m_record = value.value<TestExposureRecord>();
         m_camera.automatic = m_record.capturemode == 0 && m_record.autoexpenabled;
         if (m_record.capturemode == 0) {
@@ -70,6 +77,7 @@ public:
         m_record.exp = m_camera.time.toInt() / 1000.0;
         m_record.gain = m_camera.gain.toInt();
         m_record.autoexpenabled = m_camera.automatic.toBool();
+        m_camera.time = m_camera.time.toInt() + std::exchange(m_camera.movesNext, 0);
         return QVariant::fromValue(m_record);
     }
     QVariant tryGetRange() override { return QVariant(); }
@@ -125,13 +133,13 @@ protected:
     Camera camera;
     FakeDevice device;
     PDeviceProperty* const record = new RecordSetting(camera); // children of the device
-    PDeviceProperty* const time = new PlainSetting("autoexpottime", camera.time, [this] {
+    PDeviceProperty* const time = new PlainSetting("autoexpottime", camera, camera.time, [this] {
         ++camera.timeReads;
         if (camera.moves)
             camera.time = camera.time.toInt() + 1;
     });
-    PDeviceProperty* const gain = new PlainSetting("autoexpogain", camera.gain);
-    PDeviceProperty* const automatic = new PlainSetting("autoexponeable", camera.automatic);
+    PDeviceProperty* const gain = new PlainSetting("autoexpogain", camera, camera.gain);
+    PDeviceProperty* const automatic = new PlainSetting("autoexponeable", camera, camera.automatic);
 
 private:
     std::unique_ptr<PExposureWatch> m_watch;
@@ -251,6 +259,38 @@ TEST_F(ExposureWatch, leaves_the_camera_what_a_panel_cannot_show) {
     EXPECT_EQ(answers, 1);
     EXPECT_EQ(camera.time, 10'000'000);
     EXPECT_EQ(shown().exp, 10'000);
+}
+
+TEST_F(ExposureWatch, sends_nothing_where_no_panel_answers_a_refresh) {
+    watchUntilSettled();
+    for (const bool isAutomatic : {false, true}) {
+        camera.automatic = isAutomatic;
+        camera.time = 7'000;
+        camera.movesNext = 500; // between the reading of the record and that of the time
+        waitForReadings();
+        ASSERT_EQ(camera.movesNext, 0);
+        EXPECT_EQ(camera.time, 7'500);
+        EXPECT_EQ(camera.sent, 0);
+        EXPECT_EQ(camera.sentRecords, 0);
+    }
+}
+
+TEST_F(ExposureWatch, sends_neither_time_nor_gain_to_a_camera_that_exposes_automatically) {
+    double inPanel = shown().exp;
+    QObject::connect(record, &PDeviceProperty::valueChanged, [&] {
+        const double now = std::min(shown().exp, 5.0);
+        if (std::exchange(inPanel, now) != now)
+            send(now, shown().autoexpenabled);
+    });
+    watchUntilSettled();
+    inPanel = 0;
+    camera.automatic = true;
+    camera.time = 7'000;
+    waitForReadings();
+    EXPECT_EQ(camera.sentRecords, 1); // the panel's
+    EXPECT_EQ(camera.sent, 0);
+    EXPECT_EQ(camera.automatic, true);
+    EXPECT_EQ(shown().exp, camera.time.toInt() / 1000.0);
 }
 
 TEST_F(ExposureWatch, leaves_a_device_alone_that_is_gone) {
