@@ -144,7 +144,8 @@ PDeviceProfileReport PViewCamera::apply(PDeviceProfilePlan& plan) {
     // watch must not restore the automatic one.
     m_exposure.reset();
     const PDeviceProfileReport report = plan.apply();
-    m_exposure = std::make_unique<PExposureWatch>(m_device);
+    if (m_device != nullptr) // it may have been unplugged
+        m_exposure = std::make_unique<PExposureWatch>(m_device);
     return report;
 }
 

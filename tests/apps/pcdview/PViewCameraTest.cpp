@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#include <apps/pcdview/camera/PViewCamera.h>
+
+#include <PCd/FakeDevice.h>
+#include <PCd/FakeProperty.h>
+#include <PCd/PDeviceProfilePlan.h>
+
+#include <gtest/gtest.h>
+
+/// The part of an exposure that says how frames come.
+struct FakeTriggering {
+    Q_GADGET
+    Q_PROPERTY(int capturemode MEMBER capturemode)
+
+public:
+    int capturemode = 1;
+};
+
+namespace {
+
+/// A camera of 12 s a picture that waits for triggers.
+class PViewCameraTest : public testing::Test {
+protected:
+    PViewCameraTest() {
+        device.makeProperties = [this] {
+            return QList<PDeviceProperty*>{
+                contrast, new FakeProperty("autoexpottime", 12'000'000),
+                new FakeProperty("extexposure", QVariant::fromValue(FakeTriggering()))};
+        };
+    }
+
+    void SetUp() override { ASSERT_TRUE(camera.attach(&device).isOk()); }
+
+    FakeDevice device;
+    FakeProperty* const contrast = new FakeProperty("contrast"); // the device's
+    PViewCamera camera{{u"Fake-1"_qs, u"Fake"_qs, u"1"_qs, true}};
+};
+
+} // namespace
+
+TEST_F(PViewCameraTest, may_be_unplugged_while_a_profile_is_applied) {
+    PDeviceProfilePlan plan(device);
+    PDeviceProfile profile;
+    profile.settings.append({"contrast", 7, u"line 1"_qs});
+    ASSERT_TRUE(plan.make(profile).isOk());
+    QObject::connect(contrast, &PDeviceProperty::valueAboutToBeSent, &camera,
+                     [this] { camera.detach(); });
+    camera.apply(plan);
+    EXPECT_EQ(contrast->inDevice, 7);
+    EXPECT_EQ(camera.state(), PViewCamera::State::Unplugged);
+}
+
+#include "PViewCameraTest.moc"
