@@ -38,6 +38,15 @@ protected:
 
 } // namespace
 
+TEST_F(PViewCameraTest, goes_on_counting_down_in_a_run_when_its_stream_is_started_again) {
+    camera.setRunning(true);
+    ASSERT_TRUE(camera.untilNextPicture());
+    ASSERT_TRUE(camera.setLive(false).isOk());
+    EXPECT_FALSE(camera.untilNextPicture());
+    ASSERT_TRUE(camera.setLive(true).isOk());
+    EXPECT_TRUE(camera.untilNextPicture());
+}
+
 TEST_F(PViewCameraTest, may_be_unplugged_while_a_profile_is_applied) {
     PDeviceProfilePlan plan(device);
     PDeviceProfile profile;

@@ -412,6 +412,22 @@ TEST_F(SessionTest, a_triggered_picture_is_awaited_only_while_its_run_is_under_w
     EXPECT_TRUE(waitUntil([&] { return pace.text().contains(u"fps"_qs); }));
 }
 
+TEST_F(SessionTest, a_run_is_not_counted_down_behind_another_tab) {
+    start({patientCamera(), camera(u"cam-2"_qs, u"S0002"_qs)});
+    ASSERT_TRUE(waitForNewFrames());
+    widget<QPushButton>(u"pbTrigger"_qs).click();
+    widget<QSpinBox>(u"sSec"_qs).setValue(30);
+    ASSERT_TRUE(waitUntil([this] { return property("autoexpottime").valueInner() == 30'000'000; }));
+    widget<QPushButton>(u"pbRunOnce"_qs).click();
+    const PViewCamera& first = inFront();
+    ASSERT_TRUE(waitUntil([&] { return first.untilNextPicture().has_value(); }));
+    auto& list = widget<QListWidget>(u"cameras"_qs);
+    list.setCurrentRow(1);
+    QTest::keyClick(&list, Qt::Key_Return); // its panel, which knew of the run, is gone
+    ASSERT_NE(&inFront(), &first);
+    EXPECT_FALSE(first.untilNextPicture());
+}
+
 TEST_F(SessionTest, a_whole_session_from_opening_to_closing) {
     start({});
     end(); // what Qt keeps for itself is there from now on

@@ -26,28 +26,28 @@ microseconds exposureOf(const PDevice& device) {
 PExposureCountdown::PExposureCountdown(PDevice* device, Now now)
     : m_device(device)
     , m_now(std::move(now)) {
-    begin();
-    connect(device, &PDevice::imageChanged, this, &PExposureCountdown::begin);
-    connect(device, &PDevice::modeChanged, this, &PExposureCountdown::begin);
+    restart();
+    connect(device, &PDevice::imageChanged, this, &PExposureCountdown::restart);
+    connect(device, &PDevice::modeChanged, this, &PExposureCountdown::restart);
     if (const PDeviceProperty* const property = device->getProperty(exposureTimeId))
         connect(property, &PDeviceProperty::valueChanged, this,
                 &PExposureCountdown::followExposureTime);
 }
 
-void PExposureCountdown::begin() {
+void PExposureCountdown::restart() {
     m_began = m_now();
     m_exposure = m_device.isNull() ? microseconds(0) : exposureOf(*m_device);
 }
 
-/// The camera begins again with another time; being told the same one means nothing.
+/// Another time makes the camera start again; the same one does not.
 void PExposureCountdown::followExposureTime() {
     if (!m_device.isNull() && exposureOf(*m_device) != m_exposure)
-        begin();
+        restart();
 }
 
 void PExposureCountdown::setRunning(bool running) {
     if (running && !m_isRunning)
-        begin();
+        restart();
     m_isRunning = running;
 }
 

@@ -19,7 +19,12 @@ public:
     using Clock = std::chrono::steady_clock;
     using Now = std::function<Clock::time_point()>;
 
+    /// Starts with an exposure of this device, whose property list must have been built. Another
+    /// clock than the system's is for tests.
     explicit PExposureCountdown(PDevice* device, Now now = &Clock::now);
+
+    /// An exposure starts now, as when the stream is started.
+    void restart();
 
     /// Whether a run of triggered pictures is under way: between runs nothing is exposed.
     void setRunning(bool running);
@@ -30,12 +35,11 @@ public:
 
 private:
     bool isExposing() const;
-    void begin();
     void followExposureTime();
 
     QPointer<PDevice> m_device;
     Now m_now;
     Clock::time_point m_began;
-    std::chrono::microseconds m_exposure{0}; ///< of the last begin()
+    std::chrono::microseconds m_exposure{0}; ///< of the last restart()
     bool m_isRunning = false;
 };

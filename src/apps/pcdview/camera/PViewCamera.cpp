@@ -128,7 +128,7 @@ PStatus PViewCamera::setLive(bool live) {
     m_wantsLive = live;
     const PStatus status = live ? m_device->startStream() : m_device->stopStream();
     m_pace.reset();
-    m_countdown = std::make_unique<PExposureCountdown>(m_device);
+    m_countdown->restart();
     emit stateChanged();
     return status;
 }

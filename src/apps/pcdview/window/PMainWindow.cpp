@@ -130,6 +130,10 @@ void PMainWindow::showPage(PCameraPage* page) {
     showAnalysis({});
     m_actions->region->setChecked(false);
     m_modes->setCamera(page == nullptr ? nullptr : &page->camera());
+    for (PCameraPage* const other : m_desk->pages()) {
+        if (other != page) // its panel goes, and only that knows of a run
+            other->camera().setRunning(false);
+    }
     for (QAction* action : m_actions->ofCamera())
         action->setEnabled(page != nullptr);
     if (page != nullptr) {
