@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::uint64_t mebibyte = std::uint64_t(1) << 20;
 
-/// Bytes; 0 if the system does not tell.
+/// Bytes; 0 if the system does not report it.
 std::uint64_t physicalMemory() {
     const long pages = sysconf(_SC_PHYS_PAGES);
     const long pageSize = sysconf(_SC_PAGESIZE);

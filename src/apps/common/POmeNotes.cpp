@@ -80,7 +80,7 @@ void POmeNotes::addChanges(const PFrameStamp& stamp) {
     if (!before || before == stamp.settings)
         return;
     const PFrameExposure exposure = PFrameExposure::of(*stamp.settings, {});
-    // The time itself is told of every frame.
+    // The time itself is written with every frame.
     if (exposure.automatic != PFrameExposure::of(*before, {}).automatic)
         addChange(u"Exposure"_qs, stamp, exposure.timeText());
     const PPictureText known = PSettingTexts::of(*before);

@@ -143,7 +143,7 @@ PStatus PPictureFile::prepareFolder(const QString& path) {
 
 PStatus PPictureFile::save(const QString& path, const QImage& image, const PPictureNotes& notes,
                            Existing existing, Effort effort) {
-    // First in memory: what the disk refuses and what the format refuses are told apart.
+    // First in memory: this separates what the disk refuses from what the format refuses.
     const QByteArray bytes = encode(path, image, notes, effort);
     if (bytes.isEmpty())
         return fileFailure(path, tr("the picture does not fit the format"));

@@ -30,7 +30,7 @@ public:
     /// Makes the folder of a file, if need be. Fails with the reason if there can be no such file.
     static PStatus prepareFolder(const QString& path);
 
-    /// Saves the picture with its notes in the format its name says: TIFF with its tags and an EXIF
+    /// Saves the picture with its notes in the format of its ending: TIFF with its tags and an EXIF
     /// directory, PNG with text fields, pHYs where the size of a pixel is known, and eXIf. Fails
     /// with the file and the reason.
     static PStatus save(const QString& path, const QImage& image, const PPictureNotes& notes,

@@ -4,7 +4,7 @@
 #include <apps/common/PPictureTags.h>
 #include <apps/common/PPictureText.h>
 
-/// All that a saved picture says of its taking. A value.
+/// Everything saved with a picture about how it was taken. A value.
 struct PPictureNotes {
     PPictureText text;
     PPictureTags tags = {};

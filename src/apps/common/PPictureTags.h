@@ -25,6 +25,7 @@ struct PPictureTags {
     static PPictureTags of(const PCameraIdentity& camera, const PFrameStamp* stamp,
                            std::optional<double> pixelSizeUm = std::nullopt);
 
+    /// True if there is nothing to write: no tag has a value. Any thread.
     bool isEmpty() const;
     /// When it was taken, in the form of TIFF and EXIF: "2026:03:01 12:00:00", in local time.
     QByteArray takenText() const;

@@ -29,7 +29,7 @@ struct PTiffMemory::Calls {
                 file.m_bytes.resize(end);
             std::memcpy(file.m_bytes.data() + file.m_position, from, std::size_t(size));
         } catch (const std::bad_alloc&) {
-            file.m_outOfMemory = true; // told when libtiff, being C, is left behind
+            file.m_outOfMemory = true; // thrown by write(): libtiff is C
             return -1;
         }
         file.m_position = toff_t(end);

@@ -17,6 +17,7 @@ public:
     /// returns; false if there can be no file. Throws std::bad_alloc.
     bool write(const std::function<bool(TIFF*)>& writer);
 
+    /// The file that write() made; incomplete after it failed.
     const QByteArray& bytes() const { return m_bytes; }
 
 private:

@@ -20,7 +20,7 @@ int rowsPerStripOf(const QImage& picture, int samples) {
     return std::clamp(stripBytes / (picture.width() * samples), 1, most);
 }
 
-/// The file's own reason is told, not libtiff's on the standard error stream.
+/// The file's own reason is reported, not libtiff's on the standard error stream.
 int keepQuiet(TIFF*, void*, const char*, const char*, va_list) {
     return 1;
 }

@@ -44,7 +44,7 @@ public:
     /// Gives the first picture another text of any length. On failure the file is as before.
     PStatus replaceDescription(const QByteArray& description);
 
-    /// Closes the file. Fails with the reason if the system tells only now that it is not whole.
+    /// Closes the file. Fails with the reason if the system reports only now that it is not whole.
     PStatus close();
 
 private:

@@ -123,8 +123,8 @@ std::chrono::microseconds PStreamRun::longestWait() const {
     return exposure + m_options.timeout.value_or(frameTimeout);
 }
 
-/// Which frame of a triggered run is missing, as far as can be told: frames carry no numbers of the
-/// camera's own, but one that was left out in the middle leaves a gap.
+/// Which frame of a triggered run is missing, as far as can be known: frames carry no numbers of
+/// the camera's own, but one that was left out in the middle leaves a gap.
 QString PStreamRun::missingFrame() const {
     QString text = u"frame %1"_qs.arg(m_tally.frames() + 1);
     if (m_options.frames)

@@ -30,7 +30,7 @@ TEST(FrameExposure, time_and_gain_are_those_of_the_single_settings) {
     EXPECT_FALSE(exposure.automatic);
 }
 
-TEST(FrameExposure, the_record_tells_them_where_there_are_no_single_settings) {
+TEST(FrameExposure, the_record_has_them_where_there_are_no_single_settings) {
     const PFrameExposure exposure = exposureOf({{"extexposure", record({})}});
     EXPECT_EQ(exposure.milliseconds, 1.5);
     EXPECT_EQ(exposure.gain, 1.2);
@@ -55,16 +55,16 @@ TEST(FrameExposure, automatic_exposure_shows_in_either) {
     EXPECT_TRUE(exposureOf({{"extexposure", record(automatic)}}).automatic);
 }
 
-TEST(FrameExposure, the_cameras_own_word_on_automatic_exposure_goes_before_the_records) {
+TEST(FrameExposure, the_plain_switch_of_automatic_exposure_goes_before_the_records) {
     TestExposureRecord automatic;
     automatic.autoexpenabled = true;
     EXPECT_FALSE(
         exposureOf({{"autoexponeable", false}, {"extexposure", record(automatic)}}).automatic);
-    automatic.capturemode = 1; // what the record says is of the video
+    automatic.capturemode = 1; // the record's own switch is of the video
     EXPECT_FALSE(exposureOf({{"extexposure", record(automatic)}}).automatic);
 }
 
-TEST(FrameExposure, is_told_in_words_with_units) {
+TEST(FrameExposure, has_texts_with_units) {
     PFrameExposure exposure =
         exposureOf({{"autoexpottime", 158'647}, {"autoexpogain", 100}, {"autoexponeable", true}});
     EXPECT_EQ(exposure.timeText(), u"158.647 ms (automatic)"_qs);

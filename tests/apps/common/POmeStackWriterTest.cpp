@@ -222,7 +222,7 @@ TEST_F(OmeStackWriter, of_very_many_changes_of_settings_the_first_thousand_are_t
     EXPECT_EQ(xml().note(u"Changes of settings not listed"_qs), u"2"_qs);
 }
 
-TEST_F(OmeStackWriter, automatic_exposure_that_ends_is_told_and_the_times_are_those_of_the_frames) {
+TEST_F(OmeStackWriter, notes_the_end_of_automatic_exposure_and_writes_the_time_of_each_frame) {
     POmeStackWriter writer(options);
     const auto settings = [](int time, bool automatic) {
         return settingsOf({{"autoexpottime", time}, {"autoexponeable", automatic}});

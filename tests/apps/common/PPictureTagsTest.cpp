@@ -29,7 +29,7 @@ protected:
             settingsOf(
                 {{"autoexpottime", 158'647}, {"autoexponeable", true}, {"autoexpogain", 100}}));
     }
-    /// What the file of a frame says.
+    /// The tags in the file of a frame.
     QJsonObject saved(const PCameraIdentity& camera, std::optional<double> pixelSizeUm) const {
         const QString file = path(QString::fromLatin1(GetParam()));
         const PDeviceFrame picture = frame();

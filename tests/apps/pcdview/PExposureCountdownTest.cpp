@@ -124,7 +124,7 @@ TEST_F(PExposureCountdownTest, cannot_know_when_a_signal_from_outside_comes) {
     EXPECT_EQ(left(), Left(12s)) << "live pictures wait for no signal";
 }
 
-TEST(PExposureCountdown, says_nothing_of_a_camera_without_an_exposure_time) {
+TEST(PExposureCountdown, counts_nothing_for_a_camera_without_an_exposure_time) {
     FakeDevice device;
     ASSERT_TRUE(device.link().isOk());
     ASSERT_TRUE(device.startStream().isOk());

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Profiles as a person uses them in the viewer, on simulated cameras.
+// Profiles as a user has them in the viewer, on simulated cameras.
 #include "ViewSession.h"
 
 #include <apps/pcdview/camera/PViewCamera.h>

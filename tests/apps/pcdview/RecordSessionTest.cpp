@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Recording in the viewer as a person does it, on simulated cameras.
+// Recording in the viewer as a user does it, on simulated cameras.
 #include "ViewSession.h"
 
 #include <apps/pcdview/camera/PViewCamera.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The viewer as a person uses it: its window, its keys, its mouse, on simulated cameras.
+// The viewer as a user has it: its window, its keys, its mouse, on simulated cameras.
 #include "ViewSession.h"
 
 #include <apps/common/ExifTool.h>
@@ -299,7 +299,7 @@ TEST_F(SessionTest, zeros_of_a_lost_cable_are_not_what_is_restored) {
     ASSERT_TRUE(waitForNewFrames());
     property("autoexpottime").setValue(7000u);
     ASSERT_TRUE(waitForNewFrames());
-    fail("Toupcam_get_ExpoTime", 1); // the cable is out, and nobody has been told yet
+    fail("Toupcam_get_ExpoTime", 1); // the cable is out, and nothing knows of it yet
     ASSERT_TRUE(waitUntil([this] { return property("autoexpottime").valueInner() == 0u; }));
     ASSERT_TRUE(unplug("cam-1"));
     ASSERT_TRUE(waitUntil([this] { return inFront().state() == PViewCamera::State::Unplugged; }));

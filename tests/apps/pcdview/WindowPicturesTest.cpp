@@ -40,7 +40,7 @@ class WindowPicturesTest : public ViewSession {
 protected:
     static bool areSaved() { return !qEnvironmentVariableIsEmpty("PCD_SCREENSHOTS"); }
 
-    /// A camera that a person would work with, or a smaller and quicker one of its kind where the
+    /// A camera that a user would work with, or a smaller and quicker one of its kind where the
     /// pictures are not for people.
     static QJsonObject colourCamera() {
         const int share = areSaved() ? 1 : 3;

@@ -22,7 +22,7 @@ public:
 
     /// Has this picture analysed next; one that still waits is forgotten.
     void offer(const PImage& image);
-    /// Forgets what waits or is under way: it is not told any more.
+    /// Discards what waits or is under way: its result is not emitted.
     void forget();
 
 signals:

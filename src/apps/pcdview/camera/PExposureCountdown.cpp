@@ -13,7 +13,7 @@ namespace {
 using std::chrono::microseconds;
 
 const char* const exposureTimeId = "autoexpottime";
-// Shorter ones bring more than a picture a second, whose rate says enough.
+// Shorter ones bring more than a picture a second, whose rate is enough.
 constexpr microseconds shortestToWaitFor(900'000);
 
 microseconds exposureOf(const PDevice& device) {

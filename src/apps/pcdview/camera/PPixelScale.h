@@ -10,6 +10,6 @@ class PDevice;
 class PPixelScale {
 public:
     /// Pixels of the largest mode along a side of a pixel of the picture, which has this size: a
-    /// smaller mode takes several together, and so does binning. 1 where that cannot be told.
+    /// smaller mode takes several together, and so does binning. 1 where that is not known.
     static double of(PDevice& device, QSize picture);
 };

@@ -48,7 +48,7 @@ PStatus PViewCamera::attach(PDevice* device) {
     return status;
 }
 
-/// Hears no more of the device.
+/// Disconnects from the device.
 void PViewCamera::leaveDevice() {
     m_exposure.reset();
     m_countdown.reset();

@@ -23,7 +23,7 @@
 
 class PDeviceProfilePlan;
 
-/// A camera that a person looks through, over its unplugging and coming back. The device's thread,
+/// A camera in the viewer, which stays while it is unplugged and comes back. The device's thread,
 /// which is the GUI thread.
 class PViewCamera : public QObject {
     Q_OBJECT
@@ -61,7 +61,7 @@ public:
     /// True while a recording of it runs or completes its files.
     bool isRecorded() const { return m_isRecorded; }
     void setRecorded(bool recorded);
-    /// What a person should know of the last attach().
+    /// What the user should know of the last attach().
     const QStringList& notes() const { return m_notes; }
     /// The newest frame that was shown.
     const PDeviceFrame& frame() const { return m_frame; }

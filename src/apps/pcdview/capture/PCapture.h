@@ -24,14 +24,14 @@ public:
     void follow(PViewCamera* camera, PixelSize pixelSize);
     /// Asks the camera for a still picture.
     void takeStill(PViewCamera& camera);
-    /// Saves a picture that this camera has taken, replacing what is there: the person has been
-    /// asked. The size of its pixels is as PixelSize tells it.
+    /// Saves a picture that this camera has taken, replacing what is there: the user has
+    /// confirmed that. `pixelSize` is as PixelSize returns it.
     void saveFrame(const PCameraIdentity& camera, const PDeviceFrame& frame, double pixelSize,
                    const QString& path);
 
 signals:
     /// How it went, in words for a status bar.
-    void told(const QString& message);
+    void reported(const QString& message);
     /// A picture was taken and is lost, and why.
     void lost(const QString& reason);
 

@@ -41,7 +41,7 @@ PPictureSaver::~PPictureSaver() {
     }
     m_wake.notify_all();
     m_worker.join();
-    // Nobody is there any more to be told.
+    // No listener is left for its results.
     for (const Result& result : m_results) {
         if (!result.reason.isEmpty())
             PViewLog::warning(result.reason);

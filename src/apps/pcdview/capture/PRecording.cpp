@@ -46,7 +46,7 @@ PRecording::~PRecording() {
         return;
     while (!m_recorder->waitUntilFinished(std::chrono::milliseconds(checkEveryMs)))
         continue;
-    // Nobody is there any more to be told.
+    // No listener is left for its end.
     const QString error = m_recorder->progress().error;
     if (!error.isEmpty())
         PViewLog::warning(error);

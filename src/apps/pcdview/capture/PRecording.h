@@ -30,14 +30,14 @@ public:
     /// Takes no more frames; those taken are written yet.
     void stop();
 
-    /// Ends it, if it runs, while the camera can still tell what became of the frames.
+    /// Ends it, if it runs, while the camera can still account for the frames.
     void endAsCameraCloses();
     void endAsProgramCloses();
 
     /// True while it records this camera, or completes its files.
     bool isOf(const PViewCamera& camera) const;
     PFrameRecorder::Progress progress() const;
-    /// How long no frame has come, where that is worth telling.
+    /// How long no frame has come, where that is worth showing.
     std::optional<std::chrono::seconds> silence() const;
     /// The id of the recorded camera, also after that was closed.
     const QString& cameraId() const { return m_cameraId; }
@@ -47,7 +47,7 @@ public:
 signals:
     /// Its progress changed.
     void changed();
-    /// It ended and its files are complete; the message says how, for the user.
+    /// It ended and its files are complete; the message is the result, for the user.
     void finished(const QString& message);
 
 private:

@@ -28,7 +28,7 @@ public:
 signals:
     /// One of them started, progressed or ended.
     void changed();
-    /// The recording of the camera with this id ended; the message says how, for the user.
+    /// The recording of the camera with this id ended; the message is the result, for the user.
     void finished(const QString& camera, const QString& message);
 
 private:

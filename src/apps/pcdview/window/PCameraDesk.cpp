@@ -105,7 +105,7 @@ void PCameraDesk::search() {
 
 void PCameraDesk::onArrival(PDevice* device) {
     const bool isAwaited = pageOf(QString::fromUtf8(device->deviceId(false))) != nullptr;
-    // Not to the front: a person may be at work in another tab.
+    // Not to the front: the user may be at work in another tab.
     if (isAwaited || m_tabs->count() == 0)
         openDevice(device, Front::No);
     showSituation();

@@ -18,8 +18,8 @@ public:
     static QString brief(const PFrameLedger& ledger);
     /// "Frames: 1203, none lost on the way", or "Frames: 1203, lost: 3 (2 in the camera …)".
     static QString summary(const PFrameLedger& ledger);
-    /// What became of frames and how many of them, in full sentences; fates that no frame met are
-    /// left out, but for the first.
+    /// Each fate as a full sentence, and the number of frames that met it; fates that no frame met
+    /// are left out, but for the first.
     static QList<std::pair<QString, quint64>> rows(const PFrameLedger& ledger);
     /// Frames that should have come and did not.
     static quint64 lost(const PFrameLedger& ledger);

@@ -186,7 +186,7 @@ void PMainWindow::startRecording() {
                                 : tr("No recording: %1").arg(status.reason());
     statusBar()->showMessage(message);
     if (!status.isOk())
-        m_panels->record->tell(camera.identity().id, message);
+        m_panels->record->showMessage(camera.identity().id, message);
     showRecording();
 }
 
@@ -221,7 +221,7 @@ void PMainWindow::closePage(PCameraPage* page) {
     const QPointer<PRecording> recording = m_recordings.of(&page->camera());
     if (recording != nullptr && !mayEndRecording())
         return;
-    // While its camera can still tell what became of the frames.
+    // While its camera can still account for the frames.
     if (recording != nullptr)
         recording->endAsCameraCloses();
     m_desk->closePage(page);

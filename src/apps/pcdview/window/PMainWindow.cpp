@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The window and what its parts tell each other; what its actions do is in PMainActions.cpp.
+// The window and how its parts are connected; what its actions do is in PMainActions.cpp.
 #include <apps/pcdview/window/PMainWindow.h>
 
 #include <apps/pcdview/PViewLog.h>
@@ -51,7 +51,7 @@ PMainWindow::PMainWindow(PCameraHost& host, const QString& problem,
     restoreLayout();
     connect(m_panels->histogram, &PHistogramPanel::shown, this, &PMainWindow::offerForAnalysis);
     connect(&m_analyser, &PFrameAnalyser::analysed, this, &PMainWindow::showAnalysis);
-    connect(&m_capture, &PCapture::told, this,
+    connect(&m_capture, &PCapture::reported, this,
             [this](const QString& message) { statusBar()->showMessage(message); });
     connect(&m_capture, &PCapture::lost, this, &PMainWindow::showLoss);
     m_numbers.setInterval(numbersEveryMs);
@@ -61,9 +61,9 @@ PMainWindow::PMainWindow(PCameraHost& host, const QString& problem,
 }
 
 PMainWindow::~PMainWindow() {
-    // While the camera can still tell what became of the frames.
+    // While the camera can still account for the frames.
     m_recordings.endAsProgramCloses();
-    // While all that it tells is still here.
+    // While everything connected to it still exists.
     delete m_desk;
 }
 

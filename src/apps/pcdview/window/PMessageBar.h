@@ -9,6 +9,7 @@ class PMessageBar : public QStatusBar {
     Q_OBJECT
 
 public:
+    /// An empty bar without fields.
     explicit PMessageBar(QWidget* parent = nullptr);
 
     /// The message as far as there is room for it now.

@@ -62,7 +62,7 @@ PRecordPanel::PRecordPanel(PRecordings& recordings, QWidget* parent)
             emit startWanted();
     });
     connect(&recordings, &PRecordings::changed, this, &PRecordPanel::showProgress);
-    connect(&recordings, &PRecordings::finished, this, &PRecordPanel::tell);
+    connect(&recordings, &PRecordings::finished, this, &PRecordPanel::showMessage);
     showFields();
     showProgress();
 }
@@ -119,7 +119,7 @@ void PRecordPanel::setCamera(PViewCamera* camera) {
     showProgress();
 }
 
-void PRecordPanel::tell(const QString& camera, const QString& message) {
+void PRecordPanel::showMessage(const QString& camera, const QString& message) {
     m_messages.insert(camera, message);
     showProgress();
 }

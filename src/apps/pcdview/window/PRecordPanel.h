@@ -30,7 +30,7 @@ public:
     /// Sets the camera in front, null for none, and updates what is shown of it.
     void setCamera(PViewCamera* camera);
     /// Shows this message for the camera with this id until that is recorded again.
-    void tell(const QString& camera, const QString& message);
+    void showMessage(const QString& camera, const QString& message);
 
 signals:
     void startWanted();

@@ -21,7 +21,7 @@ QString zoomOf(const PImageView& view) {
     return QLocale().toString(percent, 'f', percent < 10 ? 1 : 0) + u" %"_qs;
 }
 
-/// Empty where the camera does not tell.
+/// Empty where the camera does not report it.
 QString temperatureOf(const PDevice* device) {
     const auto degrees = device == nullptr ? std::nullopt : PSensorTemperature::of(*device);
     return degrees ? QLocale().toString(*degrees, 'f', 1) + u" °C"_qs : QString();

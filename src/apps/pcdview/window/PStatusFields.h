@@ -19,6 +19,7 @@ public:
     /// Adds the fields to the bar, which owns this.
     explicit PStatusFields(QStatusBar* bar);
 
+    /// The bar that the fields are in.
     QStatusBar* bar() const { return m_bar; }
 
     /// Shows a camera as it is now; null: none.
