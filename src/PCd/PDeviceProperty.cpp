@@ -74,6 +74,14 @@ PDeviceProperty::Reading PDeviceProperty::readFromDevice() {
     return reading;
 }
 
+void PDeviceProperty::restoreHostFields(const QVariant& before) {
+    const QVariant restored = PGadgetFields::withHostFields(m_value, before);
+    if (restored == m_value)
+        return;
+    m_value = restored;
+    emit valueChanged(m_value);
+}
+
 void PDeviceProperty::updateValueFromDevice(bool force) {
     const auto [value, range] = readFromDevice();
     const bool rangeDiffers = range != m_range;

@@ -60,6 +60,10 @@ public:
     /// Reads range and value from the device; keeps neither, and emits nothing. Fields of a
     /// composite value that the device does not hold are those of the host's copy.
     Reading readFromDevice();
+    /// Gives the fields of a composite value that the device does not hold back to the host's copy,
+    /// from a copy of before, and emits valueChanged() if that changes one: for when something has
+    /// stored all fields as it read them, as a panel of a plugin does while it is made.
+    void restoreHostFields(const QVariant& before);
 
     /// Sends a value to the device, reads what the device then has, whatever it answered, and emits
     /// valueChanged() with that in any case: an editor that shows what was refused goes back. Only

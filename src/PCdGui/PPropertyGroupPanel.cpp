@@ -43,6 +43,15 @@ int widthOf(const QWidget& title) {
     return std::max(std::min(title.sizeHint().width(), most), title.minimumSizeHint().width());
 }
 
+/// A panel that a plugin makes may read the device into the property's copy while it is made: the
+/// fields that the device does not hold are restored, which the panel then shows.
+QWidget* newEditor(PDeviceProperty& property) {
+    const QVariant before = property.valueInner();
+    QWidget* const editor = property.createWidget();
+    property.restoreHostFields(before);
+    return editor;
+}
+
 /// A panel of a property's own knows nothing of the device's end.
 void disableWithDevice(QWidget* panel, PDevice* device) {
     auto* const watch = new PDeviceWatch(device, panel);
@@ -65,7 +74,7 @@ PPropertyGroupPanel::PPropertyGroupPanel(const QString& title,
 PPropertyGroupPanel::~PPropertyGroupPanel() = default;
 
 void PPropertyGroupPanel::addRow(PDeviceProperty* property) {
-    Row row{property->createWidget(), nullptr, property->id(),
+    Row row{newEditor(*property), nullptr, property->id(),
             wordsOf(property->id(), {property->title(), property->description()}, title())};
     auto* const editor = qobject_cast<PPropertyEditor*>(row.editor);
     if (editor == nullptr)

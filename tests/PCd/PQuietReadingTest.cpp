@@ -113,6 +113,30 @@ TEST_F(QuietReadingTest, is_no_different_from_an_update_in_what_it_keeps) {
     EXPECT_EQ(shot->known(), (Shot{20, 120, 1}));
 }
 
+TEST_F(QuietReadingTest, a_value_that_was_stored_as_read_has_its_host_fields_restored_and_emitted) {
+    shot->setValue(QVariant::fromValue(Shot{20, 100, 1}));
+    shot->inDevice = QVariant::fromValue(Shot{5000, 120, 1});
+    const QVariant before = shot->valueInner();
+    shot->tryGetValue();
+    shot->calls.clear();
+    QSignalSpy shots(shot, &PDeviceProperty::valueChanged);
+    shot->restoreHostFields(before);
+    EXPECT_EQ(shot->known(), (Shot{20, 120, 1}));
+    ASSERT_EQ(shots.size(), 1);
+    EXPECT_EQ(shots[0].value(0).value<QVariant>().value<Shot>(), (Shot{20, 120, 1}));
+    EXPECT_TRUE(shot->calls.isEmpty());
+}
+
+TEST_F(QuietReadingTest, a_value_that_the_device_holds_whole_is_not_restored) {
+    const QVariant before = shot->valueInner();
+    shot->inDevice = QVariant::fromValue(Shot{5000, 120, 0});
+    shot->tryGetValue();
+    QSignalSpy shots(shot, &PDeviceProperty::valueChanged);
+    shot->restoreHostFields(before);
+    EXPECT_EQ(shot->known(), (Shot{5000, 120, 0}));
+    EXPECT_EQ(shots.size(), 0);
+}
+
 } // namespace
 
 #include "PQuietReadingTest.moc"

@@ -3,6 +3,7 @@
 #include "ViewSession.h"
 
 #include <apps/pcdview/camera/PViewCamera.h>
+#include <apps/pcdview/window/PCameraDesk.h>
 #include <apps/pcdview/window/PMainWindow.h>
 
 #include <PCd/PDevice.h>
@@ -30,7 +31,7 @@ protected:
         QJsonObject dark = camera();
         dark.insert(u"flags"_qs, QJsonArray{u"TRIGGER_SOFTWARE"_qs});
         dark.insert(u"exposure"_qs, QJsonObject{{u"default"_qs, 1000}, {u"auto"_qs, false}});
-        start({dark});
+        start({dark, camera(u"cam-2"_qs, u"S0002"_qs)});
         ASSERT_TRUE(waitForNewFrames());
     }
 
@@ -118,6 +119,25 @@ TEST_F(ExposureSessionTest, a_time_longer_than_the_panel_goes_stays) {
     EXPECT_EQ(asked("autoexpottime"), 7'000'000);
     EXPECT_EQ(PGadgetFields::read(property("extexposure").valueInner(), u"exp"_qs).toDouble(),
               7000);
+}
+
+TEST_F(ExposureSessionTest, the_video_exposure_is_kept_where_a_tab_is_left_on_trigger) {
+    widget<PDoubleRangeWidget>(u"exposureTime"_qs).setValue(20);
+    ASSERT_EQ(asked("autoexpottime"), 20'000);
+    click("pbTrigger");
+    ASSERT_EQ(asked("autoexpottime"), 5'000'000);
+    PViewCamera& triggered = inFront();
+    ASSERT_TRUE(desk().open(u"Small-S0002"_qs).isOk());
+    ASSERT_NE(&inFront(), &triggered);
+    ASSERT_TRUE(desk().open(u"Small-S0001"_qs).isOk());
+    ASSERT_EQ(&inFront(), &triggered);
+    EXPECT_TRUE(widget<QAbstractButton>(u"pbTrigger"_qs).isChecked());
+    EXPECT_EQ(asked("autoexpottime"), 5'000'000);
+    click("pbVideo");
+    const QStringList times = puts().filter(u"Toupcam_put_ExpoTime("_qs);
+    ASSERT_FALSE(times.isEmpty());
+    EXPECT_TRUE(times.last().endsWith(u", 20000) = 0"_qs)) << times.last().toStdString();
+    EXPECT_EQ(asked("autoexpottime"), 20'000);
 }
 
 TEST_F(ExposureSessionTest, a_profile_means_the_time_it_has) {
