@@ -10,16 +10,15 @@
 PActionEditor::PActionEditor(PDeviceProperty* property)
     : PPropertyEditor(property)
     , m_button(new QPushButton(this)) {
-    PActionEditor::showTitle(property->title());
     // Enter in a dialog's field must not run a command of the camera.
     m_button->setAutoDefault(false);
     connect(m_button, &QPushButton::clicked, this, &PActionEditor::run);
     begin(m_button, m_button);
 }
 
-void PActionEditor::showTitle(const QString& title) {
-    m_button->setText(PPropertyWords::plainTitle(title));
-    m_button->setAccessibleName(title);
+void PActionEditor::showWords() {
+    m_button->setText(PPropertyWords::plainTitle(title()));
+    m_button->setAccessibleName(title());
 }
 
 void PActionEditor::run() {

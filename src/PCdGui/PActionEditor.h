@@ -16,7 +16,7 @@ public:
 
 protected:
     void showProperty(const QVariant& value, const QVariant& range) override;
-    void showTitle(const QString& title) override;
+    void showWords() override;
 
 private:
     void run();

@@ -16,14 +16,17 @@ constexpr int leastCharacters = 10;
 PChoiceEditor::PChoiceEditor(PDeviceProperty* property)
     : PPropertyEditor(property)
     , m_box(new QComboBox(this)) {
-    m_box->setAccessibleName(property->title());
     m_box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     m_box->setMinimumContentsLength(leastCharacters);
     m_box->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    // Shown where the device has something that is not among the choices.
-    m_box->setPlaceholderText(tr("(unknown)"));
     connect(m_box, &QComboBox::activated, this, [this](int i) { send(m_box->itemData(i)); });
     begin(m_box, m_box);
+}
+
+void PChoiceEditor::showWords() {
+    m_box->setAccessibleName(title());
+    // Shown where the device has something that is not among the choices.
+    m_box->setPlaceholderText(tr("(unknown)"));
 }
 
 void PChoiceEditor::showProperty(const QVariant& value, const QVariant& range) {

@@ -16,6 +16,7 @@ public:
 
 protected:
     void showProperty(const QVariant& value, const QVariant& range) override;
+    void showWords() override;
 
 private:
     void showChoices(const PEnumeration& choices);

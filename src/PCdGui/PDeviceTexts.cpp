@@ -5,10 +5,21 @@
 #include <PCd/PDeviceProperty.h>
 #include <PCd/PDevicePropertyGroup.h>
 
+namespace {
+
+PEnumeration choicesOf(PDeviceProperty& property) {
+    return property.type() == PCD::DevicePropertyType::Choice
+               ? property.tryGetRange().value<PEnumeration>()
+               : PEnumeration();
+}
+
+} // namespace
+
 PDeviceTexts::PDeviceTexts(PDevice& device) {
     const QList<PDeviceProperty*> properties = device.getSupportProperties();
-    for (const PDeviceProperty* property : properties)
-        m_properties.insert(property->id(), {property->title(), property->description()});
+    for (PDeviceProperty* property : properties)
+        m_properties.insert(property->id(),
+                            {property->title(), property->description(), choicesOf(*property)});
     qDeleteAll(properties);
     const QList<PDevicePropertyGroup*> groups = device.getSupportPropertyGroups();
     for (const PDevicePropertyGroup* group : groups)

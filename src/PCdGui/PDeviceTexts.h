@@ -1,19 +1,22 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCd/PEnumeration.h>
+
 #include <QByteArray>
 #include <QHash>
 #include <QString>
 
 class PDevice;
 
-/// What a device calls its properties and groups in the language of the moment: those that it has
-/// keep the language in which they were made. The device's thread.
+/// What a device calls its properties, their choices and its groups in the language of the moment:
+/// those that it has keep the language in which they were made. The device's thread.
 class PDeviceTexts {
 public:
     struct Texts {
         QString title;
         QString description;
+        PEnumeration choices; ///< of a choice; else empty
     };
 
     /// Has the device make properties and groups once more, and drops them. The device must be

@@ -42,7 +42,8 @@ QMenu* PEditorMenu::create(PPropertyEditor* editor, QWidget* part) {
         return menu;
     }
     const QVariant standard = property->defaultValue();
-    reset->setText(tr("Reset to default (%1)").arg(PPropertyWords::valueText(*property, standard)));
+    const QString words = PPropertyWords::valueText(*property, editor->shownRange(), standard);
+    reset->setText(tr("Reset to default (%1)").arg(words));
     const PStatus status = PPropertyCheck::check(*property, standard);
     reset->setEnabled(status.isOk());
     if (!status.isOk())

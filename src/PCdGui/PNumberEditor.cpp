@@ -20,10 +20,13 @@ constexpr IntRange anyNumber{std::numeric_limits<int>::min(), std::numeric_limit
 PNumberEditor::PNumberEditor(PDeviceProperty* property)
     : PPropertyEditor(property)
     , m_control(new PRangeWidget(this)) {
-    m_control->setNumberText(PPropertyWords::numberText(*property));
-    m_control->setControlName(property->title());
     connect(m_control, &PRangeWidget::valueChanged, this, [this](int value) { send(value); });
     begin(m_control, m_control);
+}
+
+void PNumberEditor::showWords() {
+    m_control->setNumberText(PPropertyWords::numberText(*property()));
+    m_control->setControlName(title());
 }
 
 void PNumberEditor::showProperty(const QVariant& value, const QVariant& range) {

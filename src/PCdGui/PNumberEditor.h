@@ -15,6 +15,7 @@ public:
 
 protected:
     void showProperty(const QVariant& value, const QVariant& range) override;
+    void showWords() override;
 
 private:
     PRangeWidget* m_control; // child

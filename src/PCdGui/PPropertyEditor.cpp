@@ -8,16 +8,29 @@
 #include <QHBoxLayout>
 #include <QMenu>
 
+namespace {
+
+PEnumeration withTitles(const PEnumeration& choices, const PEnumeration& titled) {
+    PEnumeration result;
+    for (const PEnumerationItem& item : choices.items()) {
+        const QString title = titled.getItem(item.id).title;
+        result.addItem(item.id, item.name, title.isEmpty() ? item.title : title, item.data);
+    }
+    return result;
+}
+
+} // namespace
+
 PPropertyEditor::PPropertyEditor(PDeviceProperty* property)
     : m_property(property)
-    , m_description(property->description())
+    , m_texts{property->title(), property->description(), {}}
     , m_watch(property->device(), this)
     , m_sender(property) {
 }
 
 PPropertyEditor::~PPropertyEditor() {
     // Parts that lose the focus when they go commit what was typed into them, and the property
-    // answers what is sent: nobody is left to hear of either.
+    // answers what is sent: nobody is left to react to either.
     const QList<QWidget*> parts = findChildren<QWidget*>();
     for (QWidget* part : parts)
         disconnect(part, nullptr, this, nullptr);
@@ -32,8 +45,9 @@ void PPropertyEditor::begin(QWidget* control, QWidget* focus) {
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(control);
     setFocusProxy(focus);
-    setAccessibleName(m_property->title());
-    setAccessibleDescription(m_property->description());
+    setAccessibleName(m_texts.title);
+    setAccessibleDescription(m_texts.description);
+    showWords();
     const QList<QWidget*> parts = findChildren<QWidget*>();
     for (QWidget* part : parts)
         part->installEventFilter(this);
@@ -57,7 +71,14 @@ void PPropertyEditor::refresh() {
     m_watch.update();
     // What waits to be set is newer than what the property has; the property will answer it.
     if (m_property && !m_sender.isWaiting())
-        showProperty(m_property->valueInner(), m_property->rangeInner());
+        showProperty(m_property->valueInner(), shownRange());
+}
+
+QVariant PPropertyEditor::shownRange() const {
+    const QVariant range = m_property ? m_property->rangeInner() : QVariant();
+    if (range.metaType() != QMetaType::fromType<PEnumeration>())
+        return range;
+    return QVariant::fromValue(withTitles(range.value<PEnumeration>(), m_texts.choices));
 }
 
 void PPropertyEditor::updateUsable() {
@@ -70,17 +91,19 @@ void PPropertyEditor::updateUsable() {
 
 void PPropertyEditor::updateToolTip() {
     if (m_property && m_watch.isUsable())
-        setToolTip(PPropertyWords::toolTip(*m_property, m_description));
+        setToolTip(PPropertyWords::toolTip(*m_property, shownRange(), m_texts.description));
     else
         setToolTip(tr("The device is not connected."));
 }
 
-void PPropertyEditor::setTexts(const QString& title, const QString& description) {
-    m_description = description;
-    setAccessibleName(title);
-    setAccessibleDescription(description);
-    showTitle(title);
+void PPropertyEditor::setTexts(const PDeviceTexts::Texts& texts) {
+    m_texts = texts;
+    setAccessibleName(texts.title);
+    setAccessibleDescription(texts.description);
+    if (m_property)
+        showWords();
     updateToolTip();
+    refresh();
 }
 
 void PPropertyEditor::onPropertyDestroyed() {
@@ -109,6 +132,15 @@ bool PPropertyEditor::eventFilter(QObject* watched, QEvent* event) {
         return QWidget::eventFilter(watched, event);
     openMenu(static_cast<QWidget*>(watched), static_cast<QContextMenuEvent*>(event)->globalPos());
     return true;
+}
+
+void PPropertyEditor::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() != QEvent::LanguageChange)
+        return;
+    if (m_property)
+        showWords();
+    updateToolTip();
 }
 
 void PPropertyEditor::contextMenuEvent(QContextMenuEvent* event) {

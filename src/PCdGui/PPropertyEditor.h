@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCdGui/PDeviceTexts.h>
 #include <PCdGui/PDeviceWatch.h>
 #include <PCdGui/PValueSender.h>
 
@@ -8,7 +9,7 @@
 #include <QVariant>
 #include <QWidget>
 
-/// An editor for one property: it shows what the property has, follows it, and sends what a person
+/// An editor for one property: it shows what the property has, follows it, and sends what the user
 /// chooses. What the device refuses is shown as it really is. Without the device, or the property,
 /// it is disabled. The GUI thread.
 class PPropertyEditor : public QWidget {
@@ -24,8 +25,11 @@ public:
     virtual bool showsTitle() const { return false; }
     /// What a click on the title beside the editor does: it takes the focus.
     virtual void touch();
-    /// What the property is called, and its description, in a language that came later than it did.
-    void setTexts(const QString& title, const QString& description);
+    /// Shows the property's title, its description and the titles of its choices in a language that
+    /// was chosen after the property was made. A choice that has no title there keeps its own.
+    void setTexts(const PDeviceTexts::Texts& texts);
+    /// The property's range; choices have the titles that are shown. Invalid without the property.
+    QVariant shownRange() const;
     /// Sends the property's default.
     void resetToDefault();
 
@@ -37,12 +41,16 @@ protected:
     void begin(QWidget* control, QWidget* focus);
     /// Shows a value and range, without sending anything.
     virtual void showProperty(const QVariant& value, const QVariant& range) = 0;
-    /// Shows another title, where it shows one.
-    virtual void showTitle(const QString&) {}
-    /// Sends what a person has chosen, at most once a turn of the event loop.
+    /// Shows the title and the editor's own words in the language of the moment. Not called without
+    /// the property.
+    virtual void showWords() {}
+    /// The title to show.
+    const QString& title() const { return m_texts.title; }
+    /// Sends what the user has chosen, at most once a turn of the event loop.
     void send(const QVariant& value);
 
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void changeEvent(QEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
@@ -54,7 +62,7 @@ private:
     void openMenu(QWidget* part, const QPoint& globalPosition);
 
     QPointer<PDeviceProperty> m_property;
-    QString m_description;
+    PDeviceTexts::Texts m_texts;
     PDeviceWatch m_watch;
     PValueSender m_sender;
 };

@@ -75,7 +75,7 @@ PPropertyGroupPanel::~PPropertyGroupPanel() = default;
 
 void PPropertyGroupPanel::addRow(PDeviceProperty* property) {
     Row row{newEditor(*property), nullptr, property->id(),
-            wordsOf(property->id(), {property->title(), property->description()}, title())};
+            wordsOf(property->id(), {property->title(), property->description(), {}}, title())};
     auto* const editor = qobject_cast<PPropertyEditor*>(row.editor);
     if (editor == nullptr)
         disableWithDevice(row.editor, property->device());
@@ -106,7 +106,7 @@ void PPropertyGroupPanel::setTexts(const QString& groupTitle, const PDeviceTexts
         auto* const editor = qobject_cast<PPropertyEditor*>(row.editor);
         if (editor == nullptr || own.title.isEmpty())
             continue;
-        editor->setTexts(own.title, own.description);
+        editor->setTexts(own);
         if (row.title != nullptr && !editor->showsTitle())
             row.title->setTitle(own.title);
     }

@@ -31,7 +31,8 @@ std::shared_ptr<const PNumberText> PPropertyWords::numberText(const PDevicePrope
     return std::make_shared<PNumberText>(inMicroseconds ? QLatin1Char(' ') + tr("µs") : QString());
 }
 
-QString PPropertyWords::valueText(const PDeviceProperty& property, const QVariant& value) {
+QString PPropertyWords::valueText(const PDeviceProperty& property, const QVariant& range,
+                                  const QVariant& value) {
     switch (value.typeId()) {
     case QMetaType::Int:
         return numberText(property)->textOf(value.toInt(), 0, QLocale());
@@ -39,27 +40,26 @@ QString PPropertyWords::valueText(const PDeviceProperty& property, const QVarian
         return value.toBool() ? tr("on") : tr("off");
     case QMetaType::QUuid:
     case QMetaType::QRect:
-        return PPropertyText::ofValue(value, property.rangeInner());
+        return PPropertyText::ofValue(value, range);
     default:
         return QString();
     }
 }
 
-QString PPropertyWords::rangeText(const PDeviceProperty& property) {
-    const QVariant inner = property.rangeInner();
-    if (inner.metaType() != QMetaType::fromType<IntRange>())
+QString PPropertyWords::rangeText(const PDeviceProperty& property, const QVariant& range) {
+    if (range.metaType() != QMetaType::fromType<IntRange>())
         return QString();
-    const IntRange range = inner.value<IntRange>();
+    const IntRange numbers = range.value<IntRange>();
+    const auto textOf = [&](int number) { return valueText(property, range, number); };
     const QString ends =
-        tr("Range: %1 to %2")
-            .arg(valueText(property, range.minimum), valueText(property, range.maximum));
-    return range.step > 1 ? tr("%1, in steps of %2").arg(ends, valueText(property, range.step))
-                          : ends;
+        tr("Range: %1 to %2").arg(textOf(numbers.minimum), textOf(numbers.maximum));
+    return numbers.step > 1 ? tr("%1, in steps of %2").arg(ends, textOf(numbers.step)) : ends;
 }
 
-QString PPropertyWords::toolTip(const PDeviceProperty& property, const QString& description) {
-    QStringList lines{description, rangeText(property)};
-    const QString standard = valueText(property, property.defaultValue());
+QString PPropertyWords::toolTip(const PDeviceProperty& property, const QVariant& range,
+                                const QString& description) {
+    QStringList lines{description, rangeText(property, range)};
+    const QString standard = valueText(property, range, property.defaultValue());
     if (!standard.isEmpty())
         lines.append(tr("Default: %1").arg(standard));
     lines.removeAll(QString());

@@ -7,6 +7,7 @@
 
 class PNumberField;
 class QGridLayout;
+class QLabel;
 class QPushButton;
 
 /// Four fields for a region of the sensor, and a button for all of it. Each edit is one set; where
@@ -19,9 +20,16 @@ public:
 
 protected:
     void showProperty(const QVariant& value, const QVariant& range) override;
+    void showWords() override;
 
 private:
-    PNumberField* addField(QGridLayout* layout, int row, int column, const QString& title);
+    struct Field {
+        PNumberField* number; // children
+        QLabel* label;
+    };
+
+    static Field addField(QGridLayout* layout, int row, int column);
+    void name(const Field& field, const QString& word);
     QRect shown() const;
     void showRegion(const QRect& region);
     void moveCorner();
@@ -29,9 +37,9 @@ private:
     void sendWhole();
 
     PScanAreaRange m_range;
-    PNumberField* m_x; // children
-    PNumberField* m_y;
-    PNumberField* m_width;
-    PNumberField* m_height;
-    QPushButton* m_whole;
+    Field m_x;
+    Field m_y;
+    Field m_width;
+    Field m_height;
+    QPushButton* m_whole; // a child
 };

@@ -10,7 +10,6 @@
 PSwitchEditor::PSwitchEditor(PDeviceProperty* property)
     : PPropertyEditor(property)
     , m_box(new QCheckBox(this)) {
-    m_box->setAccessibleName(property->title());
     connect(m_box, &QCheckBox::clicked, this, [this](bool on) { send(on); });
     // The rows of a form stand evenly, whether they have a box or a field.
     setMinimumHeight(PNumberField().sizeHint().height());
@@ -19,6 +18,10 @@ PSwitchEditor::PSwitchEditor(PDeviceProperty* property)
 
 void PSwitchEditor::touch() {
     m_box->click();
+}
+
+void PSwitchEditor::showWords() {
+    m_box->setAccessibleName(title());
 }
 
 void PSwitchEditor::showProperty(const QVariant& value, const QVariant&) {

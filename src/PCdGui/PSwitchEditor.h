@@ -17,6 +17,7 @@ public:
 
 protected:
     void showProperty(const QVariant& value, const QVariant& range) override;
+    void showWords() override;
 
 private:
     QCheckBox* m_box; // child

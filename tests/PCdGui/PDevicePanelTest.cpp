@@ -28,12 +28,20 @@
 
 namespace {
 
-/// A catalogue with one word in it.
+/// A catalogue with the word of a plugin, and with the words of some editors.
 class OneWord : public QTranslator {
 public:
     bool isEmpty() const override { return false; }
-    QString translate(const char* context, const char*, const char*, int) const override {
-        return qstrcmp(context, "TranslatedLabel") == 0 ? QStringLiteral("Охлаждение") : QString();
+    QString translate(const char* context, const char* text, const char*, int) const override {
+        if (qstrcmp(context, "TranslatedLabel") == 0)
+            return QStringLiteral("Охлаждение");
+        if (qstrcmp(text, "Whole sensor") == 0)
+            return QStringLiteral("Весь сенсор");
+        if (qstrcmp(text, "Height") == 0)
+            return QStringLiteral("Высота");
+        if (qstrcmp(text, "Default: %1") == 0)
+            return QStringLiteral("По умолчанию: %1");
+        return qstrcmp(text, "(unknown)") == 0 ? QStringLiteral("(неизвестно)") : QString();
     }
 };
 
@@ -228,6 +236,101 @@ TEST_F(PDevicePanelTest, follows_the_language_with_the_titles_of_groups_and_sett
     QCoreApplication::processEvents();
     EXPECT_EQ(page.findChild<PPropertyLabel*>()->text(), QStringLiteral("Chilling"));
     EXPECT_FALSE(page.findChild<PSwitchEditor*>()->isVisible());
+}
+
+class PDevicePanelLanguage : public PDevicePanelTest {
+protected:
+    PDevicePanelLanguage() {
+        camera.makeProperties = [] {
+            const QString word = QCoreApplication::translate("TranslatedLabel", "Chilling");
+            auto* const binning = new FakeChoice("binning", word, {word, QStringLiteral("2x2")});
+            binning->setDefaultValue(FakeChoice::idOf(0));
+            return QList<PDeviceProperty*>{binning, new FakeRegion("roi", word),
+                                           new FakeSwitch("chrome", word)};
+        };
+    }
+    void SetUp() override {
+        ASSERT_TRUE(camera.link().isOk());
+        page = std::make_unique<PDevicePanel>(&camera);
+        ASSERT_TRUE(showActive(page.get()));
+        ASSERT_NE(box(), nullptr);
+        ASSERT_NE(page->findChild<PPropertyEditor*>(), nullptr);
+        ASSERT_NE(page->findChild<QCheckBox*>(), nullptr);
+        const auto* const region = page->findChild<PRegionEditor*>();
+        ASSERT_NE(region, nullptr);
+        ASSERT_NE(region->findChild<QPushButton*>(), nullptr);
+    }
+    void speakRussian() {
+        QCoreApplication::installTranslator(&russian);
+        QCoreApplication::processEvents();
+    }
+    void speakEnglish() {
+        QCoreApplication::removeTranslator(&russian);
+        QCoreApplication::processEvents();
+    }
+    QComboBox* box() const { return page->findChild<QComboBox*>(); }
+    QStringList wordsOfRegion() const {
+        const auto* const region = page->findChild<PRegionEditor*>();
+        QStringList words{region->findChild<QPushButton*>()->text()};
+        for (const auto* label : region->findChildren<QLabel*>())
+            words.append(label->text());
+        for (const auto* field : region->findChildren<PNumberField*>())
+            words.append(field->accessibleName());
+        return words;
+    }
+
+    OneWord russian;
+    FakeDevice camera;
+    std::unique_ptr<PDevicePanel> page;
+    const QString translated = QStringLiteral("Охлаждение");
+};
+
+TEST_F(PDevicePanelLanguage, is_that_of_open_choices_and_they_stay_as_chosen) {
+    auto* const binning = static_cast<FakeChoice*>(camera.getProperty("binning"));
+    const QString english = page->findChild<PPropertyEditor*>()->toolTip();
+    speakRussian();
+    EXPECT_EQ(box()->count(), 2);
+    EXPECT_EQ(box()->itemText(0), translated);
+    EXPECT_EQ(box()->itemText(1), QStringLiteral("2x2"));
+    EXPECT_EQ(box()->currentText(), translated);
+    EXPECT_EQ(box()->accessibleName(), translated);
+    EXPECT_EQ(box()->placeholderText(), QStringLiteral("(неизвестно)"));
+    EXPECT_EQ(page->findChild<PPropertyEditor*>()->toolTip(),
+              QStringLiteral("<p>По умолчанию: Охлаждение</p>"));
+    // The device goes on without a word of the language.
+    binning->inDevice = FakeChoice::idOf(1);
+    binning->updateValueFromDevice();
+    binning->inDevice = FakeChoice::idOf(0);
+    binning->updateValueFromDevice(true);
+    EXPECT_EQ(box()->currentText(), translated);
+    EXPECT_TRUE(binning->sets.isEmpty());
+    speakEnglish();
+    EXPECT_EQ(box()->itemText(0), QStringLiteral("Chilling"));
+    EXPECT_EQ(box()->placeholderText(), QStringLiteral("(unknown)"));
+    EXPECT_EQ(page->findChild<PPropertyEditor*>()->toolTip(), english);
+}
+
+TEST_F(PDevicePanelLanguage, is_that_of_the_numbers_and_the_button_of_an_open_region) {
+    const QStringList english = wordsOfRegion();
+    speakRussian();
+    EXPECT_EQ(wordsOfRegion(),
+              QStringList({QStringLiteral("Весь сенсор"), QStringLiteral("X"), QStringLiteral("Y"),
+                           QStringLiteral("Width"), QStringLiteral("Высота"),
+                           translated + QStringLiteral(": X"), translated + QStringLiteral(": Y"),
+                           translated + QStringLiteral(": Width"),
+                           translated + QStringLiteral(": Высота")}));
+    EXPECT_EQ(page->findChild<QCheckBox*>()->accessibleName(), translated);
+    speakEnglish();
+    EXPECT_EQ(wordsOfRegion(), english);
+}
+
+TEST_F(PDevicePanelLanguage, is_that_of_the_editors_own_words_where_the_device_is_gone) {
+    camera.unlink();
+    speakRussian();
+    EXPECT_EQ(wordsOfRegion().value(0), QStringLiteral("Весь сенсор"));
+    EXPECT_EQ(box()->placeholderText(), QStringLiteral("(неизвестно)"));
+    EXPECT_EQ(box()->itemText(0), QStringLiteral("Chilling"));
+    speakEnglish();
 }
 
 TEST_F(PDevicePanelTest, says_so_where_nothing_matches) {
