@@ -103,6 +103,8 @@ QString PPropertyText::ofValue(const QVariant& value, const QVariant& range) {
         return value.toBool() ? QStringLiteral("on") : QStringLiteral("off");
     if (value.typeId() == QMetaType::QRect)
         return ofRegion(value.toRect());
+    if (value.typeId() == QMetaType::QByteArray) // of a file, perhaps not fit for a terminal
+        return QString::fromLatin1(value.toByteArray().toBase64());
     if (PGadgetFields::isComposite(value))
         return PGadgetFields::toText(value);
     if (value.canConvert<QString>())

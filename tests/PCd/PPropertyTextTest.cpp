@@ -128,6 +128,7 @@ TEST(PPropertyText, shows_values_as_people_write_them) {
     EXPECT_EQ(PPropertyText::ofValue(false, {}), QStringLiteral("off"));
     EXPECT_EQ(PPropertyText::ofValue(QRect(1, 2, 3, 4), {}), QStringLiteral("1,2,3,4"));
     EXPECT_EQ(PPropertyText::ofValue(idOf(1), turns()), QStringLiteral("90°"));
+    EXPECT_EQ(PPropertyText::ofValue(QByteArray("\x1b[2J"), {}), QStringLiteral("G1sySg=="));
     EXPECT_EQ(PPropertyText::ofValue(QVariant(), {}), QString());
     EXPECT_EQ(PPropertyText::ofValue(QSize(1, 2), {}), QStringLiteral("<QSize>"));
 }
