@@ -40,6 +40,15 @@ bool setVersions(TIFF* tiff) {
            TIFFSetField(tiff, EXIFTAG_COLORSPACE, uncalibrated);
 }
 
+/// Writes the EXIF directory and begins that of the picture.
+bool endExif(TIFF* tiff, uint64_t& offset) {
+    const bool isWritten = TIFFWriteCustomDirectory(tiff, &offset) != 0;
+    // Unlike TIFFWriteDirectory(), it leaves the values behind, and the next directory would begin
+    // over them.
+    TIFFFreeDirectory(tiff);
+    return isWritten && TIFFCreateDirectory(tiff) == 0;
+}
+
 bool setResolution(TIFF* tiff, const PPictureTags& tags) {
     if (!tags.pixelSizeUm)
         return true;
@@ -57,8 +66,8 @@ bool PTiffExif::writeTo(TIFF* tiff, const PPictureTags& tags) {
     uint64_t exif = 0;
     return TIFFCreateEXIFDirectory(tiff) == 0 && setVersions(tiff) && setTime(tiff, tags) &&
            setExposure(tiff, tags) && setText(tiff, EXIFTAG_BODYSERIALNUMBER, tags.serial) &&
-           TIFFWriteCustomDirectory(tiff, &exif) && TIFFCreateDirectory(tiff) == 0 &&
-           setText(tiff, TIFFTAG_MAKE, tags.make) && setText(tiff, TIFFTAG_MODEL, tags.model) &&
+           endExif(tiff, exif) && setText(tiff, TIFFTAG_MAKE, tags.make) &&
+           setText(tiff, TIFFTAG_MODEL, tags.model) &&
            setText(tiff, TIFFTAG_SOFTWARE, tags.software) &&
            setText(tiff, TIFFTAG_DATETIME, tags.taken.isValid() ? tags.takenText() : "") &&
            setResolution(tiff, tags) && TIFFSetField(tiff, TIFFTAG_EXIFIFD, exif);
