@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// One opened camera as a session with the SDK: what is called, in which order, and what is told.
+// One opened camera as a session with the SDK: what is called, in which order, and what is
+// reported.
 #include "SimFixture.h"
 
 #include <PCdPlugins/PTDevice/PTStreamThread.h>
@@ -27,12 +28,6 @@ const std::string bandwidthFlags = R"(["USB30", "BANDWIDTH"])";
 class PTDeviceSession : public SimFixture {};
 
 } // namespace
-
-/// Takes the mutex of a device from outside.
-class PTDeviceMutexTest : public SimFixture {
-protected:
-    static QMutex& mutexOf(PTDevice& device) { return device.mutex; }
-};
 
 TEST_F(PTDeviceSession, opens_and_applies_the_fixed_settings_in_order) {
     loadScene({SimCameraText().withFlags(bandwidthFlags)});
@@ -277,25 +272,25 @@ TEST_F(PTDeviceSession, still_capture_is_at_the_current_resolution) {
 
 namespace {
 
-/// Counts the stills that it is asked for.
+/// Counts the requests for a still.
 class DeviceWithTrigger : public PTDevice {
 public:
     explicit DeviceWithTrigger(const ToupcamDeviceV2& record)
         : PTDevice(record) {}
     bool triggerStillCapture() override {
-        ++asked;
+        ++requests;
         return false;
     }
-    int asked = 0;
+    int requests = 0;
 };
 
 } // namespace
 
-TEST_F(PTDeviceSession, getSnapshot_asks_the_way_that_the_device_overrides) {
+TEST_F(PTDeviceSession, getSnapshot_requests_a_still_the_way_that_the_device_overrides) {
     loadScene({SimCameraText{}});
     DeviceWithTrigger device(record());
     EXPECT_TRUE(device.getSnapshot().isNull());
-    EXPECT_EQ(device.asked, 1);
+    EXPECT_EQ(device.requests, 1);
     EXPECT_THAT(SimJournal::calls("Toupcam_Snap"), IsEmpty());
 }
 
@@ -338,22 +333,34 @@ TEST_F(PTDeviceSession, two_reports_from_two_threads_yield_one_line_and_one_sign
     EXPECT_EQ(records[0].line, 207);
 }
 
-TEST_F(PTDeviceSession, destroyed_with_a_disconnect_posted_tells_nobody) {
+TEST_F(PTDeviceSession, destroyed_with_a_disconnect_posted_emits_nothing) {
     loadScene({SimCameraText{}});
     auto device = open();
-    int told = 0;
-    QObject::connect(device.get(), &PTDevice::disconnected, [&] { ++told; });
+    int emitted = 0;
+    QObject::connect(device.get(), &PTDevice::disconnected, [&] { ++emitted; });
     device->handleSdkDisconnect();
     device.reset();
     QCoreApplication::sendPostedEvents();
-    EXPECT_EQ(told, 0);
+    EXPECT_EQ(emitted, 0);
 }
 
-TEST_F(PTDeviceMutexTest, a_device_that_is_destroyed_closes_its_camera_and_waits_for_the_mutex) {
+namespace {
+
+/// Gives its mutex away.
+class DeviceWithMutex : public PTDevice {
+public:
+    explicit DeviceWithMutex(const ToupcamDeviceV2& record)
+        : PTDevice(record) {}
+    using PTDevice::deviceMutex;
+};
+
+} // namespace
+
+TEST_F(PTDeviceSession, a_device_that_is_destroyed_closes_its_camera_and_waits_for_the_mutex) {
     loadScene({SimCameraText{}});
-    auto device = open();
+    auto device = std::make_unique<DeviceWithMutex>(record());
     SimJournal::clear();
-    QMutex& mutex = mutexOf(*device);
+    QMutex& mutex = device->deviceMutex();
     std::promise<void> held;
     std::promise<void> gone;
     bool sawClose = false;

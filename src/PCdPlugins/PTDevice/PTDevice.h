@@ -80,9 +80,10 @@ protected:
     /// Opens the camera, or holds a null handle where the SDK refuses: create() looks at that.
     explicit PTDevice(ToupcamDeviceV2 record);
 
-private:
-    friend class PTDeviceMutexTest; // holds the mutex
+    /// The destructor waits, with the camera closed, for the thread that holds it. Any thread.
+    QMutex& deviceMutex() { return mutex; }
 
+private:
     struct Data {
         QByteArray model;
         QByteArray serial;
