@@ -9,6 +9,7 @@ class PColumnScroll : public QScrollArea {
     Q_OBJECT
 
 public:
+    /// Without a frame, and empty until setWidget() gives it the column.
     explicit PColumnScroll(QWidget* parent = nullptr);
 
     /// As wide as the column and the scroll bar beside it; how high is for whoever lays it out.

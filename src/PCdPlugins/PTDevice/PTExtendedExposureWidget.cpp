@@ -39,7 +39,9 @@ PTExtendedExposureWidget::PTExtendedExposureWidget(PTExtendedExposure* property,
     setRetranslation([this] { retranslate(); });
 }
 
-PTExtendedExposureWidget::~PTExtendedExposureWidget() = default;
+PTExtendedExposureWidget::~PTExtendedExposureWidget() {
+    endLife();
+}
 
 void PTExtendedExposureWidget::setupUiInitialState(const ExtendedExposureData& d) {
     m_ui->cbAutoExposure->setChecked(d.autoexpenabled);

@@ -8,7 +8,9 @@ PTPanel::PTPanel(QWidget* parent)
     , m_life(std::make_unique<QObject>()) {
 }
 
-PTPanel::~PTPanel() = default;
+PTPanel::~PTPanel() {
+    endLife();
+}
 
 QPointer<QObject> PTPanel::life() const {
     return m_life.get();

@@ -12,11 +12,12 @@
 /// to a style sheet of the host it is a QWidget. The GUI thread.
 class PTPanel : public QWidget {
 public:
+    /// An empty panel, to be filled with controls.
     explicit PTPanel(QWidget* parent = nullptr);
     ~PTPanel() override;
 
-    /// Null as soon as the panel's destruction has begun. A QPointer to the panel itself is null
-    /// only after its controls are gone and destroyed() has been emitted.
+    /// Null as soon as the panel's destruction has begun: see endLife(). A QPointer to the panel
+    /// itself is null only after its controls are gone and destroyed() has been emitted.
     QPointer<QObject> life() const;
 
     /// The reaction, made a slot that does nothing once the panel's destruction has begun. It takes
@@ -33,6 +34,10 @@ public:
     void setRetranslation(std::function<void()> setTexts);
 
 protected:
+    /// Begins the panel's destruction. The first statement in the destructor of each derived class
+    /// that has members: those are gone before this class's own destructor runs.
+    void endLife() { m_life.reset(); }
+
     void changeEvent(QEvent* event) override;
 
 private:

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
-// The end of a panel, seen by those who hear of it last: slots of destroyed(), its own and its
+// The end of a panel, seen by those who learn of it last: slots of destroyed(), its own and its
 // controls', that set the property and bring images.
 #include "ExposurePanelFixture.h"
 
 #include <PCdPlugins/PTDevice/FANDATA.h>
+#include <PCdPlugins/PTDevice/PTPanel.h>
 #include <PCdPlugins/PTDevice/TECDATA.h>
 
 #include <support/QtPrinters.h>
@@ -69,6 +70,19 @@ protected:
 };
 
 class PanelWithNumberEnds : public PanelEnds {};
+
+/// A panel with a member, whose end is reported to the panel.
+class PanelWithMember : public PTPanel {
+public:
+    explicit PanelWithMember(int* reactions) {
+        QObject::connect(&m_member, &QObject::destroyed, &m_member,
+                         whileAlive([reactions](const QObject*) { ++*reactions; }));
+    }
+    ~PanelWithMember() override { endLife(); }
+
+private:
+    QObject m_member;
+};
 
 const EndRow exposureRow{"exposure",
                          "extexposure",
@@ -162,3 +176,9 @@ INSTANTIATE_TEST_SUITE_P(Panels, PanelEnds,
                          testing::Values(exposureRow, fanRow, coolerRow, lightRow), RowName());
 INSTANTIATE_TEST_SUITE_P(Panels, PanelWithNumberEnds,
                          testing::Values(exposureRow, fanRow, coolerRow), RowName());
+
+TEST(PTPanelEnds, before_the_members_of_a_derived_panel) {
+    int reactions = 0;
+    { const PanelWithMember panel(&reactions); }
+    EXPECT_EQ(reactions, 0);
+}
