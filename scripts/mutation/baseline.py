@@ -1,64 +1,96 @@
-"""What the tests do without a change: how long each suite takes, and which do not pass."""
+"""The tests without a change: how long each suite takes, what it executes, if it passes."""
 
 import json
+from collections import defaultdict
 from pathlib import Path
 
 from .coverage import Collector, Coverage
 from .suites import Suite, limit_for, pattern_of
 
 RUNS = 2
+USUAL = 60  # seconds, of a suite of which nothing is known
 
 
 class Baseline:
     """Times of the suites that pass, the suites left out, and the coverage."""
 
-    def __init__(self, seconds, excluded, coverage):
-        self.seconds = seconds
-        self.excluded = excluded
+    def __init__(self, coverage):
+        self.seconds = {}
+        self.excluded = []
         self.coverage = coverage
 
-    def as_json(self):
-        """For a file; from_json() reads it."""
-        return {"seconds": [[s.program, s.name, t] for s, t in self.seconds.items()],
-                "excluded": [[s.program, s.name] for s in self.excluded],
-                "coverage": self.coverage.as_json()}
-
-    @classmethod
-    def from_json(cls, stored):
-        """A baseline as it was stored."""
-        return cls({Suite(program, name): t for program, name, t in stored["seconds"]},
-                   [Suite(*suite) for suite in stored["excluded"]],
-                   Coverage.from_json(stored["coverage"]))
+    def add(self, program, record):
+        """Adds what is known of a program."""
+        self.excluded += [Suite(program, name) for name in record["excluded"]]
+        self.coverage.at_start |= pairs_of(record["start"])
+        for name, known in record["suites"].items():
+            suite = Suite(program, name)
+            self.seconds[suite] = known["seconds"]
+            self.coverage.add(suite, pairs_of(known["lines"]))
 
 
-def baseline_of(build, programs, sources, file, key, report):
-    """The baseline from a file if it was made of the same tree and sources, else a new one."""
-    file = Path(file)
-    if file.exists():
-        stored = json.loads(file.read_text(encoding="utf-8"))
-        if stored["key"] == key:
-            return Baseline.from_json(stored["baseline"])
-    made = measure(build, programs, sources, report)
-    file.write_text(json.dumps({"key": key, "baseline": made.as_json()}), encoding="utf-8")
+class Records:
+    """What is known of each program, in a file. A program that is made anew is not known."""
+
+    def __init__(self, file):
+        self.file = Path(file)
+        self.known = json.loads(self.file.read_text(encoding="utf-8")) if file.exists() else {}
+
+    def find(self, program, key):
+        """The record of a program, None without one."""
+        record = self.known.get(program)
+        return record if record and record["key"] == key else None
+
+    def add(self, program, record):
+        """Keeps a record; it is in the file when this returns."""
+        self.known[program] = record
+        self.file.write_text(json.dumps(self.known), encoding="utf-8")
+
+
+def baseline_of(build, programs, sources, file, report):
+    """The baseline of programs for sources: from the file what is known, the rest by runs."""
+    records, collector = Records(file), Collector(build, sources)
+    made = Baseline(Coverage(collector.held))
+    for program in programs.values():
+        key = build.digest_of(program.name, sources)
+        record = records.find(program.name, key)
+        if record is None:
+            report(f"running {program.name} without a change")
+            record = {"key": key, **measure(program, collector)}
+            records.add(program.name, record)
+        made.add(program.name, record)
     return made
 
 
-def measure(build, programs, sources, report):
+def measure(program, collector):
     """Runs every suite RUNS times, and once more for its coverage."""
     seconds, excluded = {}, []
-    for program in programs.values():
-        report(f"baseline of {program.name}")
-        for suite in program.suites():
-            times = [timed(program, suite) for _ in range(RUNS)]
-            if None in times:
-                excluded.append(suite)
-            else:
-                seconds[suite] = max(times)
-    coverage = Collector(build, sources).collect(programs, seconds, seconds, report)
-    return Baseline(seconds, excluded, coverage)
+    for suite in program.suites():
+        times = [timed(program, suite) for _ in range(RUNS)]
+        if None in times:
+            excluded.append(suite.name)
+        else:
+            seconds[suite] = max(times)
+    start, lines = collector.of_program(program, seconds, seconds)
+    return {"excluded": excluded, "start": by_path(start),
+            "suites": {suite.name: {"seconds": seconds[suite], "lines": by_path(lines[suite])}
+                       for suite in seconds}}
 
 
 def timed(program, suite):
     """How long a suite takes; None if it does not pass."""
-    ended = program.run(pattern_of([suite]), limit_for(60))
+    ended = program.run(pattern_of([suite]), limit_for(USUAL))
     return ended.seconds if ended.good else None
+
+
+def by_path(pairs):
+    """Pairs of path and line as a list of lines for each path."""
+    lines = defaultdict(list)
+    for path, line in sorted(pairs):
+        lines[path].append(line)
+    return lines
+
+
+def pairs_of(lines):
+    """The pairs that by_path() was given."""
+    return {(path, line) for path, numbers in lines.items() for line in numbers}

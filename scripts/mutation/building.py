@@ -1,5 +1,6 @@
 """A build of the private copy, and the way back to it from a changed one without compiling."""
 
+import hashlib
 import os
 import shutil
 import time
@@ -95,6 +96,14 @@ class Build:
     def target(self, name):
         """Builds a target. True if it could be built."""
         return processes.run(self.ninja(name), BUILD_LIMIT).good
+
+    def digest_of(self, target, more):
+        """A digest of the objects that a target is made of, and of more words."""
+        digest = hashlib.sha256("\0".join(more).encode())
+        for name in sorted(self.inputs_of(target)):
+            if name.endswith((".o", ".qm")):
+                digest.update(hashlib.sha256((self.directory / name).read_bytes()).digest())
+        return digest.hexdigest()
 
     def read_dependents(self):
         """Which objects depend on each file of the tree: relative path to a set of objects."""

@@ -124,14 +124,20 @@ def prepare(root, options, sources):
     for worker in workers:
         say(f"building in {worker.folder}")
         others = worker.prepare({str(Path(path).parent) for path in sources})
-    key = [workers[0].checkout.fingerprint(), sorted(sources)]
-    made = baselines.baseline_of(workers[0].build, workers[0].programs, sources,
-                                 baseline_file(root), key, say)
+    made = baselines.baseline_of(workers[0].build, workers[0].programs, in_folders(root, sources),
+                                 baseline_file(root), say)
     say(f"{len(made.seconds)} suites take {sum(made.seconds.values()):.0f} s")
     say(f"not run, for other sources or not GoogleTest's: {', '.join(others) or 'none'}")
     for suite in made.excluded:
         say(f"left out, as it does not pass without a change: {suite}")
-    return workers, made, key[0]
+    return workers, made, workers[0].checkout.fingerprint()
+
+
+def in_folders(root, sources):
+    """All sources in the folders of some, so that the baseline is that of the others too."""
+    folders = {(root / path).parent for path in sources}
+    return sorted(str(file.relative_to(root)) for folder in folders for file in folder.iterdir()
+                  if file.suffix in (".cpp", ".h"))
 
 
 def show(entries, left_out):
@@ -165,15 +171,16 @@ def mutate(root, options):
     return EXIT_SURVIVORS if excess(entries, options.allow) else 0
 
 
-def interrupt(_number, _frame):
+def interrupt(number, _frame):
     """Ends a run as Ctrl+C does, which leaves nothing running and nothing changed."""
-    raise KeyboardInterrupt
+    raise KeyboardInterrupt(signal.Signals(number).name)
 
 
 def main(root, arguments=None):
     """Runs the command line; returns the exit code."""
     for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
-        signal.signal(number, interrupt)
+        if signal.getsignal(number) != signal.SIG_IGN:
+            signal.signal(number, interrupt)
     try:
         return mutate(Path(root), parser().parse_args(arguments))
     except InputError as error:
@@ -185,6 +192,6 @@ def main(root, arguments=None):
     except (OSError, subprocess.CalledProcessError) as error:
         say(f"scripts/mutate: {error}")
         return EXIT_FAILED
-    except KeyboardInterrupt:
-        say("scripts/mutate: interrupted; the next run goes on from here")
+    except KeyboardInterrupt as signalled:
+        say(f"scripts/mutate: ended by {signalled}; the next run goes on from here")
         return 130

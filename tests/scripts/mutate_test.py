@@ -15,6 +15,7 @@ sys.path.insert(0, str(ROOT / "scripts"))
 
 # The path comes first.
 from mutation import cli  # noqa: E402
+from mutation.baseline import Baseline, Records, by_path  # noqa: E402
 from mutation.building import Build, moment  # noqa: E402
 from mutation.campaign import Campaign, detected, runs_of, spread  # noqa: E402
 from mutation.checkout import Checkout  # noqa: E402
@@ -210,9 +211,9 @@ class CoverageTest(unittest.TestCase):
     """Which suites are asked about a line."""
 
     def setUp(self):
-        self.coverage = Coverage()
-        self.coverage.objects["a"] = {1: {"a.o"}, 2: {"a.o"}}
-        self.coverage.suites["a"][1] = {Suite("p", "A")}
+        self.coverage = Coverage([("a", line, "a.o") for line in (1, 2, 4)])
+        self.coverage.add(Suite("p", "A"), [("a", 1)])
+        self.coverage.at_start = {("a", 4)}
 
     def test_a_line_with_code_has_the_suites_that_execute_it(self):
         self.assertEqual(self.coverage.of_line("a", 1), {Suite("p", "A")})
@@ -221,9 +222,26 @@ class CoverageTest(unittest.TestCase):
     def test_a_line_without_code_has_those_of_its_file(self):
         self.assertEqual(self.coverage.of_line("a", 3), {Suite("p", "A")})
 
-    def test_it_comes_back_from_a_file(self):
-        again = Coverage.from_json(self.coverage.as_json())
-        self.assertEqual(again.as_json(), self.coverage.as_json())
+    def test_a_line_that_runs_when_programs_start_has_those_of_its_file(self):
+        self.assertEqual(self.coverage.of_line("a", 4), {Suite("p", "A")})
+
+    def test_only_objects_that_hold_a_line_are_made_again(self):
+        self.assertEqual(self.coverage.objects_of_line("a", 1, {"a.o", "b.o"}), {"a.o"})
+        self.assertEqual(self.coverage.objects_of_line("a", 3, {"a.o", "b.o"}), {"a.o", "b.o"})
+
+    def test_what_is_known_of_a_program_comes_back_from_a_file_until_it_is_made_anew(self):
+        with tempfile.TemporaryDirectory() as folder:
+            file = Path(folder, "records.json")
+            lines = {("a", 1), ("a", 2), ("b", 1)}
+            record = {"key": "k", "excluded": ["E"], "start": {},
+                      "suites": {"A": {"seconds": 2, "lines": by_path(lines)}}}
+            Records(file).add("p", record)
+            self.assertIsNone(Records(file).find("p", "other"))
+            made = Baseline(Coverage([("b", 1, "b.o")]))
+            made.add("p", Records(file).find("p", "k"))
+        self.assertEqual(made.seconds, {Suite("p", "A"): 2})
+        self.assertEqual(made.excluded, [Suite("p", "E")])
+        self.assertEqual(made.coverage.of_line("b", 1), {Suite("p", "A")})
 
 
 class Program:
