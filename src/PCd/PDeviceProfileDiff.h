@@ -14,7 +14,7 @@ public:
         QString onCamera; ///< likewise: the camera has none, or none that profiles hold
     };
 
-    /// Reads the device anew and compares: the mode, the file's settings in their order, then what
+    /// Reads the device again and compares: the mode, the file's settings in their order, then what
     /// only the camera has. Each field of a composite value is compared by itself. What a profile's
     /// values are worth is not looked at.
     static QList<Difference> between(const PDeviceProfile& profile, PDevice& device);

@@ -47,7 +47,7 @@ QString reasonToIgnore(const PDeviceProperty& property) {
                : PDeviceProfilePlan::tr("profiles do not hold this property");
 }
 
-/// What stands in the file, so that it is told from what was expected: "12" is not 12.
+/// What stands in the file, written unlike what was expected: "12" is not 12.
 QString textOf(const QVariant& form) {
     switch (form.typeId()) {
     case QMetaType::QString:
@@ -80,7 +80,7 @@ bool isOfFields(const QVariant& form, const QVariant& current) {
     return form.typeId() == QMetaType::QVariantMap && PGadgetFields::isComposite(current);
 }
 
-/// The form without what is no field that profiles hold.
+/// The form without the fields that profiles do not hold.
 QVariant storedPart(const QVariant& form, const QVariant& current) {
     if (!isOfFields(form, current))
         return form;

@@ -28,10 +28,10 @@ public:
 
     explicit PDeviceProfilePlan(PDevice& device, Mode mode = Mode::OfProfile);
 
-    /// Reads the device anew and checks every value of the profile against it; sends nothing. Fails
-    /// with file, line and what was expected if a value, or a field of one, is of a type its
-    /// property cannot have, or, in a profile of this model, outside its range. What this camera
-    /// lacks, and what another model has other ranges for, is no failure: see the report.
+    /// Reads the device again and checks every value of the profile against it; sends nothing.
+    /// Fails with file, line and what was expected if a value, or a field of one, is of a type its
+    /// property cannot have, or, in a profile of this model, outside its range. Values that this
+    /// camera lacks, or that another model has other ranges for, are not failures: see the report.
     PStatus make(const PDeviceProfile& profile);
 
     /// Sends what make() has found good, once (nothing if it failed): the mode first, then in

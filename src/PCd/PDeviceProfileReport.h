@@ -7,7 +7,7 @@
 
 /// What has come of a profile on a device. A value.
 struct PDeviceProfileReport {
-    /// A value of the profile that is not in force, and why, in plain words.
+    /// A value of the profile that was not applied, and why, in plain words.
     struct Item {
         QByteArray id;
         QString reason;
@@ -19,6 +19,6 @@ struct PDeviceProfileReport {
     QList<QByteArray> missing; ///< serialisable properties, and "id.field", without a value in it
     QString note;              ///< that it was saved from another camera; empty: it was not
 
-    /// True if every value of the profile that can be meant is in force.
+    /// True if every value of the profile that can be set was applied.
     bool isComplete() const { return refused.isEmpty(); }
 };

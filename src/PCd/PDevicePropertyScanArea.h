@@ -14,10 +14,11 @@ public:
     PDevicePropertyScanArea(const QByteArray& id, const QString& title,
                             PCD::DevicePropertyType type);
 
-    /// Write nothing where there is no region (the device could not say); that is no failure.
+    /// Write nothing, and succeed, where there is no region because the device could not report
+    /// one.
     bool writeStreamThis(PAbstractWriter* writer, const QString& name) override;
     bool writeValueToStream(PAbstractWriter* writer) const override;
-    /// Sends the region to the device, and asks it what it has made of it: only that tells whether
-    /// it was taken, as devices differ in the sense of their answer.
+    /// Sends the region to the device and reads it back: only that shows whether it was taken, as
+    /// devices differ in the sense of their answer.
     bool readValueFromStream(PAbstractReader* reader, const QString& name) override;
 };

@@ -22,8 +22,8 @@ public:
 
     /// The value of a form. `current` is the property's value now: its type says what is expected,
     /// and what a composite's fields or bytes leave out stays as it is there. Invalid if the form
-    /// makes no value: an unknown name, a field that is none or cannot have that value, bytes that
-    /// are too few or too many, another type.
+    /// makes no value: an unknown name, a field that does not exist or cannot have that value,
+    /// bytes that are too few or too many, another type.
     static QVariant fromForm(const QVariant& form, const QVariant& current, const QVariant& range);
 
     /// Writes the form of a value under this name: fields as an object, anything else as a value.

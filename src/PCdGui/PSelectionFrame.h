@@ -6,7 +6,7 @@
 class QPushButton;
 
 /// A frame over a push button while that is the selected one of several: whatever style the button
-/// brings, the selection can be told in light and in dark colours. The GUI thread.
+/// brings, the selection is visible in light and in dark colours. The GUI thread.
 class PSelectionFrame : public QWidget {
     Q_OBJECT
 

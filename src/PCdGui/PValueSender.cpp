@@ -32,7 +32,7 @@ void PValueSender::flush() {
     const PDevice* const device = m_property->device();
     if (device != nullptr && device->isGone())
         return;
-    // Whoever hears of the new value may delete the property, or the editor and so this object.
+    // A slot of valueChanged() may delete the property, or the editor and so this object.
     const QPointer<PValueSender> self(this);
     if (value != m_property->valueInner())
         m_property->setValue(value);

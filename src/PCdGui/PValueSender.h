@@ -28,7 +28,8 @@ public:
     void drop();
 
 signals:
-    /// What was posted has been set, or the property had it already: the property tells the truth.
+    /// What was posted has been set, or the property had it already: what it has now is to be
+    /// shown.
     void settled();
 
 private:

@@ -4,8 +4,8 @@
 #include <QMetaProperty>
 #include <QStringList>
 
-/// The fields of a record, by name, that two records may differ in without being told apart. A
-/// field that is not declared is not looked at.
+/// The fields of a record, by name, that two records may differ in and still be equal. A field
+/// that is not declared is not looked at.
 template <typename Record>
 QStringList fieldsNotCompared() {
     QStringList names;
@@ -16,8 +16,8 @@ QStringList fieldsNotCompared() {
         const QVariant value = field.readOnGadget(&other);
         const bool isSwitch = value.typeId() == QMetaType::Bool;
         field.writeOnGadget(&other, isSwitch ? !value.toBool() : value.toDouble() + 1);
-        const bool toldApart = !(other == Record()) && other != Record();
-        if (!toldApart)
+        const bool isCompared = !(other == Record()) && other != Record();
+        if (!isCompared)
             names.append(QString::fromLatin1(field.name()));
     }
     return names;

@@ -54,7 +54,7 @@ TEST_F(FirstEvents, of_the_process_are_logged_once_whichever_camera_they_come_fr
     EXPECT_THAT(lines(), ElementsAre(dequeued + QStringLiteral("11")));
     log.clear();
 
-    // Also from an SDK that tells the size of a frame only once.
+    // Also from an SDK that reports the size of a frame only once.
     ToupcamSim_reportSize("Toupcam_PullImageV2", 0, 0);
     ASSERT_EQ(Toupcam_StartPullModeWithCallback(first->sdkHandle(), cbEvent, first.get()), S_OK);
     first->pullThread()->startThread();

@@ -110,7 +110,7 @@ TEST_F(PTDeviceModes, the_current_mode_is_of_the_list_that_the_device_overrides)
         << "ids are decimal, whatever they begin with";
     ToupcamSim_failCall("Toupcam_get_eSize", 0, 1, E_FAIL);
     EXPECT_EQ(derived.getCurrentMode().name, QStringLiteral("hexadecimal"))
-        << "which is no number, and so 0";
+        << "its id is not a decimal number, and so counts as 0";
 }
 
 TEST_F(PTDeviceModes, the_current_mode_is_the_first_when_the_sdk_does_not_answer) {

@@ -103,13 +103,13 @@ TEST_F(PTDeviceSession, decodes_the_model_name_as_utf8_and_keeps_it_in_latin1) {
     EXPECT_EQ(device->model(), QString::fromUtf8("Kamera Größe"));
 }
 
-TEST_F(PTDeviceSession, a_positive_result_of_the_serial_query_is_no_failure) {
+TEST_F(PTDeviceSession, a_positive_result_of_the_serial_query_is_not_a_failure) {
     loadScene({SimCameraText{}});
     ToupcamSim_failCall("Toupcam_get_SerialNumber", 0, 1, S_FALSE);
     EXPECT_EQ(open()->getSerial(), QByteArray(10, '\0')); // as the query left it
 }
 
-TEST_F(PTDeviceSession, positive_results_of_the_fixed_settings_are_no_failures) {
+TEST_F(PTDeviceSession, positive_results_of_the_fixed_settings_are_not_failures) {
     loadScene({SimCameraText().withFlags(bandwidthFlags)});
     for (const char* function : {"Toupcam_put_Option", "Toupcam_put_RealTime", "Toupcam_put_Speed"})
         ToupcamSim_failCall(function, 0, 0, S_FALSE);

@@ -96,7 +96,7 @@ TEST_F(PTFanPropertyTest, a_refused_switching_off_is_logged_and_kept_as_the_valu
     EXPECT_EQ(property()->valueInner(), QVariant::fromValue(FANDATA{0, 2}));
 }
 
-TEST_F(PTFanPropertyTest, positive_results_are_no_failures) {
+TEST_F(PTFanPropertyTest, positive_results_are_not_failures) {
     ToupcamSim_failOption("Toupcam_put_Option", TOUPCAM_OPTION_FAN, 0, 2, S_FALSE);
     EXPECT_TRUE(property()->trySetValueToDevice({1, 4}));
     EXPECT_TRUE(property()->trySetValueToDevice({0, 4}));

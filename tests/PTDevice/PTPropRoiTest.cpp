@@ -109,7 +109,7 @@ TEST_F(PTPropRoi, a_mode_change_has_region_and_range_read_again_unasked) {
     EXPECT_EQ(roi()->rangeInner().value<PScanAreaRange>(), wholeSensor(960, 540));
 }
 
-TEST_F(PTPropRoi, a_mode_change_that_leaves_the_region_as_it_is_has_it_read_and_tells_nobody) {
+TEST_F(PTPropRoi, a_mode_change_that_leaves_the_region_as_it_is_has_it_read_and_emits_nothing) {
     QSignalSpy values(roi(), qOverload<const QVariant&>(&PDeviceProperty::valueChanged));
     QSignalSpy ranges(roi(), qOverload<const QVariant&>(&PDeviceProperty::rangeChanged));
     SimJournal::clear();

@@ -347,8 +347,8 @@ TEST_P(PTStreamThreadNoSize, is_dropped_as_of_a_bad_size_and_logged) {
     EXPECT_EQ(count(PFrameFate::BadSize), 1u);
     EXPECT_EQ(count(PFrameFate::NoMemory), 0u);
     EXPECT_EQ(device->frameLedger().produced, 1u);
-    EXPECT_EQ(ptLastText(log), QStringLiteral("Frame dropped, its size is no size: 0 x 0"));
-    EXPECT_EQ(SimJournal::calls(GetParam().function).size(), 1u) << "no pixels are asked for";
+    EXPECT_EQ(ptLastText(log), QStringLiteral("Frame dropped, the frame has no valid size: 0 x 0"));
+    EXPECT_EQ(SimJournal::calls(GetParam().function).size(), 1u) << "no pixels are requested";
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, PTStreamThreadNoSize,

@@ -53,7 +53,7 @@ TEST_F(PTECPropertyTest, a_refused_switch_is_not_noticed) {
     EXPECT_THAT(SimJournal::calls("Toupcam_put_Temperature"), testing::SizeIs(1));
 }
 
-TEST_F(PTECPropertyTest, positive_results_are_no_failures) {
+TEST_F(PTECPropertyTest, positive_results_are_not_failures) {
     ToupcamSim_failCall("Toupcam_put_Temperature", 0, 1, S_FALSE);
     EXPECT_TRUE(property()->trySetValueToDevice({1, 100}));
     ToupcamSim_failCall("Toupcam_get_Temperature", 0, 1, S_FALSE);

@@ -68,7 +68,7 @@ PDeviceProperty* analogueGain(Toupcam_t* handle, const QString& title) {
 }
 
 PDeviceProperty* speedLevel(Toupcam_t* handle, const QString& title, const QString& description) {
-    // An error is no number of levels.
+    // A negative result is an error, not the highest level.
     const auto highest = static_cast<unsigned short>(std::max(Toupcam_get_MaxSpeed(handle), 0));
     auto* const speed = numberOf<unsigned short>(handle, Toupcam_get_Speed, Toupcam_put_Speed, 0,
                                                  highest, "speed", title);

@@ -43,13 +43,13 @@ bool isFirst(std::atomic<bool>& happened) {
     return !happened.exchange(true);
 }
 
-/// The image that a frame is pulled into, whose size the SDK has told; nothing, with the frame
-/// booked as dropped, if it cannot be made.
+/// The image that a frame is pulled into, of the size that the SDK reported; nothing, with
+/// the frame booked as dropped, if it cannot be made.
 std::optional<PImage> imageFor(const ToupcamFrameInfoV2& info, PTDevice* device) {
     const PImageHeader header(long(info.width), long(info.height), PDIP::ColorFormat::BgrX);
     if (!header.isValid()) {
         ptLog(runText, __FILE__, __LINE__, PLogLevel::Warning)
-            << "Frame dropped, its size is no size:" << info.width << "x" << info.height;
+            << "Frame dropped, the frame has no valid size:" << info.width << "x" << info.height;
         device->reportDroppedFrames(PFrameFate::BadSize);
         return std::nullopt;
     }

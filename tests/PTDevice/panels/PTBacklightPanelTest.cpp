@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The panel of the light frequency, as a person uses it.
+// The panel of the light frequency, as a user works with it.
 #include "PanelFixture.h"
 
 #include <PCdPlugins/PTDevice/PTPropBacklight.h>

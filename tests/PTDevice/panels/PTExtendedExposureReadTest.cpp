@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Reading the camera while its exposure panel is open: a panel answers what it is told by writing.
+// Reading the camera while its exposure panel is open: a panel writes to the camera when a value is
+// emitted.
 #include "ExposurePanelFixture.h"
 
 #include <PCd/PDeviceProfileDiff.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The panel of the fan, as a person uses it.
+// The panel of the fan, as a user works with it.
 #include "PanelFixture.h"
 
 #include <PCdPlugins/PTDevice/FANDATA.h>

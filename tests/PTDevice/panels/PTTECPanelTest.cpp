@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The panel of the cooler, as a person uses it.
+// The panel of the cooler, as a user works with it.
 #include "PanelFixture.h"
 #include "SdkReadings.h"
 

@@ -50,7 +50,7 @@ Child* childOf(const QObject* parent) {
     return found;
 }
 
-/// Enters a number into a range widget, as a person does.
+/// Enters a number into a range widget, as a user does.
 inline void enterNumber(const QWidget* rangeWidget, const QString& text) {
     enter(childOf<PNumberField>(rangeWidget), text);
 }
