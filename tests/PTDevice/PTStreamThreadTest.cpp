@@ -64,6 +64,15 @@ protected:
         QCoreApplication::sendPostedEvents();
     }
 
+    /// Has the running worker pull this many triggered frames, one after the other.
+    void triggerFrames(int frames) {
+        for (int frame = 0; frame < frames; ++frame) {
+            const quint64 before = device->frameLedger().produced;
+            ASSERT_EQ(Toupcam_Trigger(device->sdkHandle(), 1), S_OK);
+            ASSERT_TRUE(waitUntil([&] { return device->frameLedger().produced > before; }));
+        }
+    }
+
     /// Has the worker pull one still picture.
     void pullOneStill() {
         ASSERT_TRUE(device->triggerStillCapture());
@@ -408,6 +417,32 @@ TEST_F(PTStreamThreadTest, frames_lost_between_two_pulls_are_booked_as_lost_in_t
         waitUntil([&] { return device->frameLedger().count(PFrameFate::LostInCamera) >= 5; }));
     EXPECT_TRUE(device->frameLedger().isBalanced());
 }
+
+struct RestartRow {
+    const char* name;
+    int framesBefore;
+};
+
+class PTStreamThreadRestart : public PTStreamThreadTest,
+                              public testing::WithParamInterface<RestartRow> {};
+
+// The camera numbers the frames of each stream from the beginning; the worker goes on.
+TEST_P(PTStreamThreadRestart, loses_nothing) {
+    startTriggered();
+    ASSERT_TRUE(device->pullThread()->startThread().isOk());
+    triggerFrames(GetParam().framesBefore);
+    ASSERT_EQ(Toupcam_Stop(device->sdkHandle()), S_OK);
+    ASSERT_EQ(Toupcam_StartPullModeWithCallback(device->sdkHandle(), cbEvent, device.get()), S_OK);
+    triggerFrames(2);
+    EXPECT_EQ(count(PFrameFate::LostInCamera), 0u);
+    EXPECT_EQ(device->frameLedger().produced, quint64(GetParam().framesBefore) + 2);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, PTStreamThreadRestart,
+    testing::Values(RestartRow{"a_stream_that_begins_again_with_the_number_pulled_last", 1},
+                    RestartRow{"a_stream_that_begins_again_with_a_lower_number", 3}),
+    RowName());
 
 // ---- Events from the SDK ------------------------------------------------------------------------
 
