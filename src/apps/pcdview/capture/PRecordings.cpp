@@ -3,9 +3,9 @@
 
 #include <algorithm>
 
-PRecordings::PRecordings(QObject* parent)
+PRecordings::PRecordings(std::shared_ptr<PWriteMemory> memory, QObject* parent)
     : QObject(parent)
-    , m_memory(std::make_shared<PWriteMemory>(PFrameWriteQueue::defaultByteLimit())) {
+    , m_memory(std::move(memory)) {
 }
 
 PRecordings::~PRecordings() {

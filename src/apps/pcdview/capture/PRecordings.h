@@ -11,7 +11,10 @@ class PRecordings : public QObject {
     Q_OBJECT
 
 public:
-    explicit PRecordings(QObject* parent = nullptr);
+    /// `memory`: the budget.
+    explicit PRecordings(std::shared_ptr<PWriteMemory> memory =
+                             std::make_shared<PWriteMemory>(PFrameWriteQueue::defaultByteLimit()),
+                         QObject* parent = nullptr);
     /// Ends the running ones and waits for their files.
     ~PRecordings() override;
 
@@ -34,6 +37,6 @@ signals:
 private:
     void onFinished(PRecording* recording, const QString& message);
 
-    std::shared_ptr<PWriteMemory> m_memory;
+    const std::shared_ptr<PWriteMemory> m_memory;
     QList<PRecording*> m_running; // children
 };
