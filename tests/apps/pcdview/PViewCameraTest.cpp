@@ -18,6 +18,8 @@ public:
 
 namespace {
 
+using namespace std::chrono_literals;
+
 /// A camera of 12 s a picture that waits for triggers.
 class PViewCameraTest : public testing::Test {
 protected:
@@ -33,7 +35,8 @@ protected:
 
     FakeDevice device;
     FakeProperty* const contrast = new FakeProperty("contrast"); // the device's
-    PViewCamera camera{{u"Fake-1"_qs, u"Fake"_qs, u"1"_qs, true}};
+    PExposureCountdown::Clock::time_point now;
+    PViewCamera camera{{u"Fake-1"_qs, u"Fake"_qs, u"1"_qs, true}, nullptr, [this] { return now; }};
 };
 
 } // namespace
@@ -45,6 +48,14 @@ TEST_F(PViewCameraTest, goes_on_counting_down_in_a_run_when_its_stream_is_starte
     EXPECT_FALSE(camera.untilNextPicture());
     ASSERT_TRUE(camera.setLive(true).isOk());
     EXPECT_TRUE(camera.untilNextPicture());
+}
+
+TEST_F(PViewCameraTest, counts_down_from_the_start_of_its_stream) {
+    camera.setRunning(true);
+    ASSERT_TRUE(camera.setLive(false).isOk());
+    now += 5s;
+    ASSERT_TRUE(camera.setLive(true).isOk());
+    EXPECT_EQ(camera.untilNextPicture(), 12s);
 }
 
 TEST_F(PViewCameraTest, may_be_unplugged_while_a_profile_is_applied) {

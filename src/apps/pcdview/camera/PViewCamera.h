@@ -31,7 +31,9 @@ class PViewCamera : public QObject {
 public:
     enum class State { Live, Paused, Unplugged };
 
-    explicit PViewCamera(PCameraIdentity identity, QObject* parent = nullptr);
+    /// Another clock than the system's, for its long exposures, is for tests.
+    explicit PViewCamera(PCameraIdentity identity, QObject* parent = nullptr,
+                         PExposureCountdown::Now now = &PExposureCountdown::Clock::now);
     /// Closes the camera.
     ~PViewCamera() override;
 
@@ -94,6 +96,7 @@ private:
     void showNewest();
 
     PCameraIdentity m_identity;
+    const PExposureCountdown::Now m_now;
     QPointer<PDevice> m_device;
     PSettingNames m_names;
     PSettingsMemory m_memory;
