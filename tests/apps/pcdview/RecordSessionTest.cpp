@@ -29,6 +29,7 @@
 #include <QTimer>
 
 #include <csignal>
+#include <functional>
 #include <sys/resource.h>
 
 namespace {
@@ -48,37 +49,45 @@ protected:
     bool waitForText(const QString& part) {
         return waitUntil([&] { return !isRecording() && text().contains(part); });
     }
-    /// Answers the question that comes next.
-    void answerNext(QMessageBox::StandardButton answer) {
-        activate();
-        QTimer::singleShot(0, [answer] {
+    void TearDown() override { EXPECT_EQ(questionsDue, 0) << "a question was not asked"; }
+
+    /// Does this to the question that comes next.
+    void withNext(const std::function<void(QMessageBox& box)>& act) {
+        ++questionsDue;
+        QTimer::singleShot(0, &questions, [this, act] {
             auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
             ASSERT_NE(box, nullptr);
-            box->button(answer)->click();
+            --questionsDue;
+            act(*box);
         });
     }
-    /// Presses a key on the question that comes next.
-    static void pressNext(Qt::Key key) {
-        QTimer::singleShot(0, [key] {
-            QWidget* const box = QApplication::activeModalWidget();
-            ASSERT_NE(box, nullptr);
-            QTest::keyClick(box, key);
-        });
+    void answerNext(QMessageBox::StandardButton answer) {
+        activate();
+        withNext([answer](QMessageBox& box) { box.button(answer)->click(); });
+    }
+    void pressNext(Qt::Key key) {
+        withNext([key](QMessageBox& box) { QTest::keyClick(&box, key); });
     }
     /// A question before has left no window active, and keys go to the active one.
     void activate() {
         window().activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
     }
-    /// Where no question is due. One that comes all the same is closed, as nobody would answer.
-    void pressKeyUnasked() {
-        QTimer::singleShot(0, [] {
+    /// Does what no question is due for. One that comes all the same is closed, as nobody would
+    /// answer.
+    static void unasked(const std::function<void()>& act) {
+        QTimer watch;
+        QObject::connect(&watch, &QTimer::timeout, [] {
             if (QWidget* const box = QApplication::activeModalWidget()) {
                 ADD_FAILURE() << "a question was asked";
                 box->close();
             }
         });
-        pressKey();
+        watch.start(0);
+        act();
+    }
+    void pressKeyUnasked() {
+        unasked([this] { pressKey(); });
     }
     void pressKey() { QTest::keyClick(&window(), Qt::Key_R, Qt::ControlModifier); }
 
@@ -107,6 +116,12 @@ protected:
         const OmeXml document(TiffReadBack(file).description());
         return document.complaints().isEmpty() && QImageReader(file).imageCount() >= 5;
     }
+    /// Whether it says how many frames the camera delivered meanwhile.
+    bool hasAccount(const QString& name) const {
+        const QString file = QDir(captureFolder()).filePath(name);
+        const OmeXml document(TiffReadBack(file).description());
+        return !document.note(u"Camera frames delivered"_qs).isEmpty();
+    }
     int written() {
         static const QRegularExpression number(u"Written: (\\d+)"_qs);
         return number.match(text()).captured(1).toInt();
@@ -119,6 +134,9 @@ protected:
         EXPECT_EQ(names.size(), 1) << names.join(u' ').toStdString();
         return folder.filePath(names.value(0));
     }
+
+    int questionsDue = 0;
+    QObject questions; // what is to be done to one goes with the test
 };
 
 } // namespace
@@ -299,11 +317,9 @@ TEST_F(RecordSessionTest, the_key_asks_before_it_stops_one) {
 
 TEST_F(RecordSessionTest, a_recording_that_ends_while_it_is_asked_about_is_let_be) {
     pressKey();
-    QTimer::singleShot(0, [this] {
-        auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        ASSERT_NE(box, nullptr);
+    withNext([this](QMessageBox& box) {
         EXPECT_TRUE(waitUntil([this] { return text().contains(u"Recorded 50 frames"_qs); }));
-        box->button(QMessageBox::Yes)->click();
+        box.button(QMessageBox::Yes)->click();
     });
     pressKey();
     EXPECT_FALSE(isRecording());
@@ -357,24 +373,45 @@ TEST_F(RecordSessionTest, unplugging_one_camera_ends_its_recording_alone) {
     ASSERT_TRUE(unplug("cam-1"));
     ASSERT_TRUE(waitUntil([this] { return text().contains(u"unplugged"_qs); }));
     EXPECT_TRUE(isRecording());
+    const auto& tabs = widget<QTabBar>(u"tabs"_qs);
+    EXPECT_FALSE(tabs.tabText(0).contains(u"●"_qs));
+    EXPECT_TRUE(tabs.tabText(1).contains(u"●"_qs));
     const int before = written("Small-S0002");
     EXPECT_TRUE(waitUntil([&] { return written("Small-S0002") > before; }));
     ASSERT_EQ(recordedOf(u"Small-S0001"_qs).size(), 1);
     EXPECT_TRUE(isWhole(recordedOf(u"Small-S0001"_qs).first()));
 }
 
-TEST_F(RecordSessionTest, closing_a_tab_ends_the_recording_of_its_camera_alone) {
+TEST_F(RecordSessionTest, closing_a_tab_that_is_not_recorded_leaves_the_others_alone) {
     ASSERT_NO_FATAL_FAILURE(recordFirstOfTwo());
-    widget<QAction>(u"closeCamera"_qs).trigger(); // of the other: nobody asks
+    unasked([this] { widget<QAction>(u"closeCamera"_qs).trigger(); });
     ASSERT_EQ(desk().pages().size(), 1);
     EXPECT_TRUE(isRecording());
+    const int before = written();
+    EXPECT_TRUE(waitUntil([&] { return written() > before; }));
+}
+
+TEST_F(RecordSessionTest, closing_a_tab_ends_the_recording_of_its_camera_alone) {
+    ASSERT_NO_FATAL_FAILURE(recordFirstOfTwo());
+    pressKeyUnasked();
+    ASSERT_TRUE(waitUntil([this] { return written("Small-S0002") >= 5; }));
     answerNext(QMessageBox::Yes);
     widget<QAction>(u"closeCamera"_qs).trigger();
-    ASSERT_TRUE(waitForText(u"the camera was closed"_qs)) << text().toStdString();
+    ASSERT_TRUE(waitUntil([this] { return text().contains(u"the camera was closed"_qs); }));
+    ASSERT_EQ(recordedOf(u"Small-S0002"_qs).size(), 1);
+    EXPECT_TRUE(isWhole(recordedOf(u"Small-S0002"_qs).first()));
+    EXPECT_TRUE(hasAccount(recordedOf(u"Small-S0002"_qs).first()));
+    EXPECT_TRUE(isRecording()); // the other is in front now
+    const int before = written("Small-S0001");
+    EXPECT_TRUE(waitUntil([&] { return written("Small-S0001") > before; }));
 }
 
 TEST_F(RecordSessionTest, closing_the_window_completes_the_files_of_all) {
     ASSERT_NO_FATAL_FAILURE(recordFirstOfTwo());
+    answerNext(QMessageBox::No); // also where another camera is in front
+    window().close();
+    ASSERT_TRUE(window().isVisible());
+    activate();
     pressKeyUnasked();
     ASSERT_TRUE(waitUntil([this] { return written("Small-S0002") >= 5; }));
     answerNext(QMessageBox::Yes);
@@ -384,5 +421,6 @@ TEST_F(RecordSessionTest, closing_the_window_completes_the_files_of_all) {
     for (const QString& camera : {u"Small-S0001"_qs, u"Small-S0002"_qs}) {
         ASSERT_EQ(recordedOf(camera).size(), 1) << camera.toStdString();
         EXPECT_TRUE(isWhole(recordedOf(camera).first())) << camera.toStdString();
+        EXPECT_TRUE(hasAccount(recordedOf(camera).first())) << camera.toStdString();
     }
 }
