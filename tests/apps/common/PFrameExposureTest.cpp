@@ -100,6 +100,17 @@ TEST(FrameExposure, binning_is_read_from_the_name_of_the_choice) {
     EXPECT_EQ(binningOf(u"Secret"_qs), QString());
 }
 
+TEST(FrameExposure, a_camera_that_answers_0_has_neither_time_nor_gain) {
+    TestExposureRecord none;
+    none.exp = 0;
+    none.gain = 0;
+    for (const TestSettings& values : {TestSettings({{"autoexpottime", 0}, {"autoexpogain", 0}}),
+                                       TestSettings({{"extexposure", record(none)}})}) {
+        EXPECT_FALSE(exposureOf(values).milliseconds);
+        EXPECT_FALSE(exposureOf(values).gain);
+    }
+}
+
 TEST(FrameExposure, without_settings_nothing_is_known) {
     for (const TestSettings& values :
          {TestSettings(), TestSettings({{"autoexpottime", QVariant()}, {"extexposure", 7}})}) {
