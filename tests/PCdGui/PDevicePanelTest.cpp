@@ -142,11 +142,28 @@ TEST_F(PDevicePanelTest, stays_narrow_where_titles_are_long) {
         page.resize(page.minimumSizeHint());
         EXPECT_TRUE(showActive(&page));
         const auto* const label = page.findChild<PPropertyLabel*>();
+        if (label == nullptr) {
+            ADD_FAILURE() << "no title";
+            return 0;
+        }
         EXPECT_GE(label->height(), label->heightForWidth(label->width()));
         return page.minimumSizeHint().width();
     };
-    EXPECT_LE(widthWith("Отражение по горизонтали и вертикали"),
+    EXPECT_LE(widthWith("Отражение изображения по горизонтали и вертикали сразу"),
               widthWith("Flip horizontally") + 20);
+}
+
+TEST_F(PDevicePanelTest, gives_short_titles_no_more_room_than_they_need) {
+    FakeDevice camera;
+    camera.makeProperties = [] {
+        return QList<PDeviceProperty*>{
+            new FakeChoice("flip", QStringLiteral("Flip"), {QStringLiteral("On")})};
+    };
+    PDevicePanel page(&camera);
+    ASSERT_TRUE(showActive(&page));
+    const auto* const title = page.findChild<PPropertyLabel*>();
+    ASSERT_NE(title, nullptr);
+    EXPECT_EQ(title->width(), QLabel(title->text()).sizeHint().width());
 }
 
 TEST_F(PDevicePanelTest, numbers_of_a_region_stand_below_their_title_and_go_with_it) {

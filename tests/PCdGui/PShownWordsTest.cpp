@@ -75,8 +75,10 @@ TEST_F(PShownWordsTest, are_on_the_page_behind_but_not_on_what_is_hidden) {
     pages->addWidget(new QLabel(words("In front")));
     pages->addWidget(new QLabel(words("Behind")));
     (new QLabel(words("Hidden"), &panel))->hide();
-    new QLabel(words("In another window"), new QWidget(&panel, Qt::Window));
+    auto* const window = new QWidget(&panel, Qt::Window);
+    new QLabel(words("In another window"), window);
     panel.show();
+    window->show();
     EXPECT_TRUE(isShown("In front"));
     EXPECT_TRUE(isShown("Behind"));
     EXPECT_FALSE(isShown("Hidden"));
