@@ -2,6 +2,7 @@
 
 import hashlib
 import os
+import shlex
 import shutil
 import time
 from collections import defaultdict
@@ -97,6 +98,17 @@ class Build:
         """Builds a target. True if it could be built."""
         return processes.run(self.ninja(name), BUILD_LIMIT).good
 
+    def code_of(self, objects):
+        """The code of objects, optimised, as assembler's text; None if one does not compile."""
+        texts = []
+        for name in sorted(objects):
+            command = processes.run(self.ninja("-t", "commands", "-s", name), None).output
+            ended = processes.run(assembling(command.splitlines()[-1]), BUILD_LIMIT, self.directory)
+            if not ended.good:
+                return None
+            texts.append(ended.output)
+        return texts
+
     def digest_of(self, target, more):
         """A digest of the objects that a target is made of, and of more words."""
         digest = hashlib.sha256("\0".join(more).encode())
@@ -157,6 +169,21 @@ class Build:
             restore(self.pristine / path, self.directory / path)
         else:
             (self.directory / path).unlink()
+
+
+def assembling(command):
+    """A command that writes optimised assembler, made from one that compiles an object."""
+    words = shlex.split(command)
+    compiler = next(i for i, word in enumerate(words) if not word.endswith("ccache"))
+    kept, skip = [], 0
+    for word in words[compiler:]:
+        if skip:
+            skip -= 1
+        elif word in ("-o", "-MF", "-MT"):
+            skip = 1  # with its argument
+        elif word not in ("-c", "-MD", "--coverage", "-O0"):
+            kept.append(word)
+    return [*kept, "-O2", "-S", "-o", "-"]
 
 
 def with_notes(objects):

@@ -10,10 +10,11 @@ from pathlib import Path
 from . import processes
 from .building import Build, moment
 from .checkout import Checkout
-from .results import KILLED, NOT_COMPILED, SURVIVED, digest, line_of
+from .results import KILLED, NOT_COMPILED, SAME_CODE, SURVIVED, counts, digest, line_of
 from .suites import failure_of, limit_for, pattern_of, programs_of, tests_of
 
 QUICK = 0.5  # seconds: suites that take less run together
+MOST_COMPARED = 4  # objects whose code is compared; a change in a header may concern a hundred
 
 
 class Worker:
@@ -47,8 +48,6 @@ class Worker:
         """Status, and what detected it and how: of one mutant."""
         coverage = baseline.coverage
         runs = runs_of(coverage.of_line(mutant.path, mutant.line), mutant.path, baseline.seconds)
-        if not runs:
-            return SURVIVED, "", "no test executes it"
         original = self.checkout.read(mutant.path)
         objects = coverage.objects_of_line(mutant.path, mutant.line,
                                            self.build.dependents.get(mutant.path, set()))
@@ -56,7 +55,12 @@ class Worker:
         try:
             self.checkout.write(mutant.path, mutant.applied(original))
             self.build.discard(objects)
-            return self.judge(runs)
+            result = self.judge(runs) if runs else self.judge_unused(objects)
+            changed = self.code_to_compare(result, objects)
+            self.checkout.write(mutant.path, original)
+            if changed and changed == self.build.code_of(objects):
+                return SAME_CODE, "", "compiles to the same code"
+            return result
         finally:
             # The source last: while it is changed, the next start knows that objects are too.
             self.build.put_back(objects, since)
@@ -76,6 +80,18 @@ class Worker:
             if found:
                 return KILLED, f"{program.name}/{found[0]}", found[1]
         return SURVIVED, "", "all passed"
+
+    def judge_unused(self, objects):
+        """The result where no test executes the line: only the compiler can object."""
+        if all(self.build.target(name) for name in sorted(objects)):
+            return SURVIVED, "", "no test executes it"
+        return NOT_COMPILED, "", "does not build"
+
+    def code_to_compare(self, result, objects):
+        """The changed code of a survivor, to be compared with the unchanged one; None for others."""
+        if result[0] != SURVIVED or len(objects) > MOST_COMPARED:
+            return None
+        return self.build.code_of(objects)
 
     def clear_scratch(self):
         """Removes what tests that were ended left behind."""
@@ -159,7 +175,7 @@ class Campaign:
         self.failures = []
 
     def run(self, mutants, wanted):
-        """The results of the first `wanted` mutants that compile; of all if it is None."""
+        """The results of the first `wanted` mutants that count; of all if it is None."""
         queue = iter(mutants)
         threads = [threading.Thread(target=self.work, args=(worker, queue, wanted))
                    for worker in self.workers]
@@ -192,9 +208,8 @@ class Campaign:
             self.stopped.set()
 
     def enough(self, wanted):
-        """True if so many mutants have compiled."""
-        return wanted is not None and sum(
-            entry["status"] != NOT_COMPILED for entry in self.entries) >= wanted
+        """True if so many mutants count."""
+        return wanted is not None and sum(map(counts, self.entries)) >= wanted
 
     def result_of(self, worker, mutant):
         """The result of a mutant: from an earlier run, or by trying it; None if interrupted."""

@@ -6,7 +6,8 @@ import threading
 from collections import Counter, defaultdict
 from pathlib import Path
 
-KILLED, SURVIVED, NOT_COMPILED = "killed", "survived", "not compiled"
+KILLED, SURVIVED = "killed", "survived"
+NOT_COMPILED, SAME_CODE = "not compiled", "same code"  # these are no changes, and do not count
 
 
 def digest(text):
@@ -72,16 +73,21 @@ def table(entries):
         for name in (entry["path"], "all"):
             files[name][entry["status"]] += 1
     width = max([len(name) for name in files] + [4])
-    rows = [f"{'file':<{width}}  mutants  killed  survived  not compiled"]
+    rows = [f"{'file':<{width}}  mutants  killed  survived  not compiled  same code"]
     for name in sorted(files, key=lambda name: (name == "all", name)):
         count = files[name]
         rows.append(f"{name:<{width}}  {counted(count):>7}  {count[KILLED]:>6}  "
-                    f"{count[SURVIVED]:>8}  {count[NOT_COMPILED]:>12}")
+                    f"{count[SURVIVED]:>8}  {count[NOT_COMPILED]:>12}  {count[SAME_CODE]:>9}")
     return "\n".join(rows)
 
 
+def counts(entry):
+    """True if a result is that of a change to the program."""
+    return entry["status"] in (KILLED, SURVIVED)
+
+
 def counted(count):
-    """How many mutants there were: one that does not compile is none."""
+    """The number of results that count."""
     return count[KILLED] + count[SURVIVED]
 
 

@@ -16,15 +16,15 @@ sys.path.insert(0, str(ROOT / "scripts"))
 # The path comes first.
 from mutation import cli  # noqa: E402
 from mutation.baseline import Baseline, Records, by_path  # noqa: E402
-from mutation.building import Build, moment  # noqa: E402
-from mutation.campaign import Campaign, detected, runs_of, spread  # noqa: E402
+from mutation.building import Build, assembling, moment  # noqa: E402
+from mutation.campaign import Campaign, Worker, detected, runs_of, spread  # noqa: E402
 from mutation.checkout import Checkout  # noqa: E402
 from mutation.coverage import Coverage  # noqa: E402
 from mutation.equivalents import reason_to_exclude  # noqa: E402
 from mutation.operators import mutants_of, virtual_names_of  # noqa: E402
 from mutation.processes import Ended, run  # noqa: E402
 from mutation.results import (  # noqa: E402
-    KILLED, NOT_COMPILED, SURVIVED, Results, excess, survivors, table)
+    KILLED, NOT_COMPILED, SAME_CODE, SURVIVED, Results, excess, survivors, table)
 from mutation.suites import Suite, failure_of  # noqa: E402
 
 
@@ -303,8 +303,63 @@ def mutants(*paths):
     return [m for path in paths for m in mutants_of(path, "x = a < b;\ny = c < d;\n")]
 
 
-class Worker:
-    """Finds out about mutants as it is told to."""
+class Compiler:
+    """A build in which a change compiles or does not, and makes other code or the same."""
+
+    dependents = {"src/a.cpp": {"a.o"}}
+
+    def __init__(self, compiles, codes):
+        self.compiles = compiles
+        self.codes = list(codes)
+
+    def target(self, _name):
+        """True if it compiles."""
+        return self.compiles
+
+    def code_of(self, _objects):
+        """The next code: first that of the change, then that of the source."""
+        return self.codes.pop(0)
+
+    def discard(self, objects):
+        """Nothing is kept here."""
+
+    def put_back(self, objects, since):
+        """Nothing is kept here."""
+
+
+class WorkerTest(unittest.TestCase):
+    """What happens to a mutant that no test executes, and whether it is a change at all."""
+
+    def result(self, compiles, *codes):
+        """The result of a change in a line that no test executes; the source is as before."""
+        with tempfile.TemporaryDirectory() as folder:
+            worker = Worker(folder, folder, 1)
+            worker.build = Compiler(compiles, codes)
+            source = Path(folder, "tree", "src", "a.cpp")
+            source.parent.mkdir(parents=True)
+            source.write_text("x = a < b;\n", encoding="utf-8")
+            result = worker.try_mutant(mutants("src/a.cpp")[0], Baseline(Coverage()))
+            self.assertEqual(source.read_text(encoding="utf-8"), "x = a < b;\n")
+        return result[0]
+
+    def test_a_line_that_no_test_executes_survives(self):
+        self.assertEqual(self.result(True, ["changed"], ["source"]), SURVIVED)
+
+    def test_it_does_not_if_it_does_not_compile(self):
+        self.assertEqual(self.result(False), NOT_COMPILED)
+
+    def test_a_change_that_makes_the_same_code_is_none(self):
+        self.assertEqual(self.result(True, ["code"], ["code"]), SAME_CODE)
+
+    def test_the_code_is_that_of_the_optimising_compiler(self):
+        self.assertEqual(
+            assembling("/usr/bin/ccache g++ -DA='b c' -O0 --coverage -MD -MT a.o -MF a.d -o a.o "
+                       "-c a.cpp"),
+            ["g++", "-DA=b c", "a.cpp", "-O2", "-S", "-o", "-"])
+
+
+class StubWorker:
+    """Gives the results it was made with."""
 
     def __init__(self, *ends):
         self.ends = list(ends)
@@ -324,7 +379,7 @@ class ResultsTest(unittest.TestCase):
 
     def campaign(self, *ends, tree="tree"):
         """The results of mutants of one source that end as given."""
-        made = Campaign([Worker(*ends)], None, Results(self.file, tree), {"src/a.cpp": "source"})
+        made = Campaign([StubWorker(*ends)], None, Results(self.file, tree), {"src/a.cpp": "source"})
         return made.run(mutants("src/a.cpp")[:3], None)
 
     def test_a_second_run_goes_on_where_the_first_ended(self):
@@ -339,15 +394,16 @@ class ResultsTest(unittest.TestCase):
         again = self.campaign(*[(KILLED, "t", "failed")] * 2, tree="other tree")
         self.assertEqual([entry["status"] for entry in again], [KILLED] * 3)
 
-    def test_only_mutants_that_compile_count_for_a_sample(self):
-        worker = Worker((NOT_COMPILED, "", "x"), (KILLED, "t", "failed"), (KILLED, "t", "failed"))
+    def test_only_changes_that_compile_and_make_a_difference_count_for_a_sample(self):
+        worker = StubWorker((NOT_COMPILED, "", "x"), (SAME_CODE, "", "x"),
+                            (KILLED, "t", "failed"), (KILLED, "t", "failed"))
         made = Campaign([worker], None, Results(self.file, "tree"), {"src/a.cpp": "source"})
-        self.assertEqual(len(made.run(mutants("src/a.cpp"), 1)), 2)
+        self.assertEqual(len(made.run(mutants("src/a.cpp"), 1)), 3)
 
     def test_the_table_counts_and_the_list_names_the_survivors(self):
         entries = self.campaign((KILLED, "t", "failed"), (SURVIVED, "", "all passed"),
                                 (NOT_COMPILED, "", "x"))
-        self.assertEqual(table(entries).splitlines()[1].split(), ["src/a.cpp", "2", "1", "1", "1"])
+        self.assertEqual(table(entries).splitlines()[1].split(), ["src/a.cpp", "2", "1", "1", "1", "0"])
         self.assertEqual(survivors(entries), ["src/a.cpp:1: [compare] x = a < b; -> x = a >= b;"])
 
     def test_an_allowance_is_a_number_or_a_share(self):
