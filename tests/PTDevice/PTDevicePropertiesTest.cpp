@@ -217,6 +217,12 @@ TEST_F(PTDeviceProperties, the_highest_speed_is_the_end_of_its_range_and_its_def
     EXPECT_EQ(property("speed")->defaultValue(), QVariant(1));
 }
 
+TEST_F(PTDeviceProperties, a_highest_speed_may_need_16_bits) {
+    load(plainCamera().set("speedLevels", "301"));
+    EXPECT_EQ(property("speed")->rangeInner(), numbers(0, 300));
+    EXPECT_EQ(property("speed")->defaultValue(), QVariant(300));
+}
+
 struct NoSpeedRow {
     const char* name;
     HRESULT result;

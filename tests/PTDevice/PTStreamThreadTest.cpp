@@ -82,7 +82,14 @@ protected:
     }
 
     /// The debug lines.
-    QStringList debugTexts() const { return log.texts(QStringLiteral("qt")); }
+    QStringList debugTexts() const {
+        QStringList texts;
+        for (const PLogRecord& record : log.records(QStringLiteral("qt"))) {
+            if (record.level == PLogLevel::Debug)
+                texts.append(record.text());
+        }
+        return texts;
+    }
 
     quint64 count(PFrameFate fate) const { return device->frameLedger().count(fate); }
 
@@ -131,6 +138,7 @@ TEST_F(PTStreamThreadTest, the_fifth_image_without_a_consumer_clears_the_four_an
     device->postprocImage(PImage());
     EXPECT_EQ(queuedImages(), 1);
     EXPECT_THAT(log.texts(), ElementsAre(QStringLiteral("Clear data: 4")));
+    EXPECT_THAT(debugTexts(), ElementsAre(QStringLiteral("Clear data: 4")));
 }
 
 TEST_F(PTStreamThreadTest, stopping_clears_the_images_and_leaves_the_events) {
