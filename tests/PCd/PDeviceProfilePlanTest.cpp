@@ -317,4 +317,18 @@ TEST_F(PDeviceProfilePlanTest, sends_its_values_once) {
     EXPECT_EQ(camera.sent, QStringList{QStringLiteral("hue")});
 }
 
+TEST_F(PDeviceProfilePlanTest, made_again_sends_nothing_of_the_profile_before) {
+    writeFile(file, profileText("\"hue\": {\"value\": 9}"));
+    PDeviceProfile first;
+    ASSERT_TRUE(PDeviceProfileFile::read(file, first).isOk());
+    writeFile(file, profileText("\"contrast\": {\"value\": 3}"));
+    PDeviceProfile second;
+    ASSERT_TRUE(PDeviceProfileFile::read(file, second).isOk());
+    PDeviceProfilePlan plan(camera.device);
+    ASSERT_TRUE(plan.make(first).isOk());
+    ASSERT_TRUE(plan.make(second).isOk());
+    plan.apply();
+    EXPECT_EQ(camera.sent, QStringList{QStringLiteral("contrast")});
+}
+
 } // namespace

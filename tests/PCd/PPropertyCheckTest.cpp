@@ -16,6 +16,17 @@
 
 #include <limits>
 
+/// A composite value whose fields the host knows.
+struct Shutter {
+    Q_GADGET
+    Q_PROPERTY(int speed MEMBER speed)
+    Q_PROPERTY(bool open MEMBER open)
+
+public:
+    int speed = 0;
+    bool open = false;
+};
+
 namespace {
 
 constexpr int least = std::numeric_limits<int>::min();
@@ -162,7 +173,11 @@ INSTANTIATE_TEST_SUITE_P(
         ExpectationRow{"of_a_region", QRect(), sensor(),
                        "a region x,y,width,height inside 0,0,101,80, of 8 x 4 pixels at least, in "
                        "steps of 4 x 4, or the whole"},
-        ExpectationRow{"of_a_composite", QSize(), {}, "a value of the type QSize"}),
+        ExpectationRow{"of_a_composite",
+                       QVariant::fromValue(Shutter()),
+                       {},
+                       "one field at a time, gain.FIELD=VALUE with one of the fields speed, open"},
+        ExpectationRow{"of_another_type", QSize(), {}, "a value of the type QSize"}),
     RowName());
 
 TEST(PPropertyCheck, believes_a_device_that_has_the_value_whatever_it_answered) {
@@ -184,3 +199,5 @@ TEST(PPropertyCheck, does_not_believe_a_device_that_says_yes_and_has_another_val
 }
 
 } // namespace
+
+#include "PPropertyCheckTest.moc"
