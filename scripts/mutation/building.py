@@ -150,6 +150,12 @@ class Build:
             if path.is_file() and path.relative_to(self.pristine) not in made:
                 path.unlink()
 
+    def moc_of(self, path):
+        """What moc made of a header, with the marks that it is done."""
+        made = self.directory.rglob(f"moc_{Path(path).stem}.cpp")
+        return {str(file.relative_to(self.directory)) for source in made
+                for file in (source, source.parent.parent / "timestamp")}
+
     def discard(self, objects):
         """Removes objects, so that they are made again."""
         for path in with_notes(objects):
@@ -186,9 +192,10 @@ def assembling(command):
     return [*kept, "-O2", "-S", "-o", "-"]
 
 
-def with_notes(objects):
-    """Objects and the notes on their lines, which the compiler makes, or removes, with them."""
-    return [path for name in objects for path in (Path(name), Path(name).with_suffix(".gcno"))]
+def with_notes(made):
+    """What was made, objects with the notes on their lines, which come and go with them."""
+    return [path for name in made for path in (Path(name), Path(name).with_suffix(".gcno"))
+            if path == Path(name) or path.with_suffix(".o") == Path(name)]
 
 
 def restore(source, target):

@@ -13,6 +13,7 @@ from .checkout import Checkout
 from .results import KILLED, NOT_COMPILED, SAME_CODE, SURVIVED, counts, digest, line_of
 from .suites import failure_of, limit_for, pattern_of, programs_of, tests_of
 
+MOC = "Q_CLASSINFO"  # what moc alone reads, and can be changed so that it still compiles
 QUICK = 0.5  # seconds: suites that take less run together
 MOST_COMPARED = 4  # objects whose code is compared; a change in a header may concern a hundred
 
@@ -51,10 +52,12 @@ class Worker:
         original = self.checkout.read(mutant.path)
         objects = coverage.objects_of_line(mutant.path, mutant.line,
                                            self.build.dependents.get(mutant.path, set()))
+        # A header keeps its time, so that moc would not notice that its own part of it changed.
+        discarded = objects | (self.build.moc_of(mutant.path) if MOC in mutant.before else set())
         since = moment()
         try:
             self.checkout.write(mutant.path, mutant.applied(original))
-            self.build.discard(objects)
+            self.build.discard(discarded)
             result = self.judge(runs) if runs else self.judge_unused(objects)
             changed = self.code_to_compare(result, objects)
             self.checkout.write(mutant.path, original)
@@ -63,7 +66,7 @@ class Worker:
             return result
         finally:
             # The source last: while it is changed, the next start knows that objects are too.
-            self.build.put_back(objects, since)
+            self.build.put_back(discarded, since)
             self.checkout.write(mutant.path, original)
             self.clear_scratch()
 

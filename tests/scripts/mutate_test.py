@@ -200,6 +200,19 @@ class BuildTest(unittest.TestCase):
         self.build.put_back([], self.made[0].stat().st_mtime)
         self.expect_as_kept()
 
+    def test_what_moc_made_of_a_header_is_made_again_and_comes_back(self):
+        moc = self.build.directory / "a_autogen" / "X" / "moc_a.cpp"
+        mark = moc.parent.parent / "timestamp"
+        moc.parent.mkdir(parents=True)
+        for path in (moc, mark):
+            path.write_text("good", encoding="utf-8")
+        self.build.keep()
+        discarded, since = self.build.moc_of("src/a.h"), moment()
+        self.build.discard(discarded)
+        self.assertFalse(moc.exists() or mark.exists())
+        self.build.put_back(discarded, since)
+        self.assertTrue(moc.exists() and mark.exists())
+
     def test_objects_come_back_also_where_nothing_could_be_compiled(self):
         self.build.discard(["a.o"])
         self.assertFalse(self.made[1].exists())
