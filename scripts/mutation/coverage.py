@@ -19,11 +19,13 @@ class Coverage:
         self.suites = defaultdict(lambda: defaultdict(set))
         self.objects = defaultdict(lambda: defaultdict(set))
         self.at_start = set()
+        self.all_suites = set()
         for path, line, name in objects:
             self.objects[path][line].add(name)
 
     def add(self, suite, lines):
         """A suite executes lines: pairs of path and number."""
+        self.all_suites.add(suite)
         for path, line in lines:
             self.suites[path][line].add(suite)
 
@@ -32,9 +34,14 @@ class Coverage:
         return line in self.objects[path] and (path, line) not in self.at_start
 
     def of_line(self, path, line):
-        """The suites that execute a line; for one without code those that execute its file."""
+        """The suites that execute a line; for one without code those that execute its file.
+
+        A file without any code, such as one of constants, may be used by all.
+        """
         if self.has_tests_of_its_own(path, line):
             return self.suites[path][line]
+        if not self.objects[path]:
+            return self.all_suites
         return set().union(*self.suites[path].values())
 
     def objects_of_line(self, path, line, dependents):

@@ -2,6 +2,8 @@
 // The state of a device as the host saves it and brings it back.
 #include "SimFixture.h"
 
+#include <PCdPlugins/PTDevice/ExtendedExposureData.h>
+
 #include <PCd/PDeviceProperty.h>
 
 #include <PCore/PJsonReader.h>
@@ -42,6 +44,21 @@ TEST_F(PTDeviceSavedState, holds_no_action_and_comes_back_whole) {
     device->getProperty("contrast")->setValue(0);
     EXPECT_TRUE(restore(document));
     EXPECT_EQ(device->getProperty("contrast")->tryGetValue(), QVariant(12));
+}
+
+TEST_F(PTDeviceSavedState, brings_the_fields_of_a_composite_back) {
+    ExtendedExposureData byHand;
+    byHand.autoexpenabled = false;
+    byHand.exp = 30;
+    byHand.gain = 250;
+    device->getProperty("extexposure")->setValue(QVariant::fromValue(byHand));
+    const QByteArray document = saved();
+    device->getProperty("extexposure")->setValue(QVariant::fromValue(ExtendedExposureData()));
+    ASSERT_EQ(device->getProperty("autoexpogain")->tryGetValue(), QVariant(120));
+    EXPECT_TRUE(restore(document));
+    EXPECT_EQ(device->getProperty("autoexpogain")->tryGetValue(), QVariant(250));
+    EXPECT_EQ(device->getProperty("autoexpottime")->tryGetValue(), QVariant(30000));
+    EXPECT_EQ(device->getProperty("autoexponeable")->tryGetValue(), QVariant(false));
 }
 
 } // namespace

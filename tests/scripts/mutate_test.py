@@ -239,6 +239,9 @@ class CoverageTest(unittest.TestCase):
     def test_a_line_that_runs_when_programs_start_has_those_of_its_file(self):
         self.assertEqual(self.coverage.of_line("a", 4), {Suite("p", "A")})
 
+    def test_a_file_without_code_has_all(self):
+        self.assertEqual(self.coverage.of_line("constants.h", 1), {Suite("p", "A")})
+
     def test_only_objects_that_hold_a_line_are_made_again(self):
         self.assertEqual(self.coverage.objects_of_line("a", 1, {"a.o", "b.o"}), {"a.o"})
         self.assertEqual(self.coverage.objects_of_line("a", 3, {"a.o", "b.o"}), {"a.o", "b.o"})
