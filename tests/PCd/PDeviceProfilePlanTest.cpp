@@ -231,6 +231,12 @@ TEST_F(PDeviceProfilePlanTest, reports_a_property_that_the_camera_lacks_and_sets
     EXPECT_EQ(camera.hue->inDevice, QVariant(9));
 }
 
+TEST_F(PDeviceProfilePlanTest, names_a_property_of_any_language_that_the_camera_lacks) {
+    ASSERT_TRUE(loadText(profileText("\"цвет\": {\"value\": 1}")).isOk());
+    EXPECT_EQ(linesOf(report.refused),
+              QStringList{QStringLiteral("цвет: the camera has no such property")});
+}
+
 TEST_F(PDeviceProfilePlanTest, names_what_the_profile_says_nothing_of_and_leaves_it) {
     ASSERT_TRUE(loadText(profileText("\"hue\": {\"value\": 9}")).isOk());
     EXPECT_EQ(report.missing,

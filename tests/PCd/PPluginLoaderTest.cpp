@@ -88,6 +88,14 @@ TEST_F(PPluginLoaderTest, loads_a_device_plugin_from_its_file) {
     ASSERT_EQ(countOf("TestRegister"), 1u);
 }
 
+TEST_F(PPluginLoaderTest, loads_plugins_of_different_makers) {
+    loader.addSearchPath(pluginFolder("device"));
+    loader.addSearchPath(pluginFolder("otherdevice"));
+    load();
+    EXPECT_EQ(countOf("TestRegister"), 1u);
+    EXPECT_EQ(countOf("OtherRegister"), 1u);
+}
+
 TEST_F(PPluginLoaderTest, gives_a_root_that_is_a_device_register) {
     loader.addSearchPath(pluginFile("device"));
     const QList<PDeviceRegister*> found = loader.load();

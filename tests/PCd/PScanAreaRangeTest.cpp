@@ -20,6 +20,11 @@ QByteArray streamForm(const PScanAreaRange& range) {
 
 } // namespace
 
+TEST(PScanAreaRange, limits_nothing_until_it_is_filled_in) {
+    const PScanAreaRange none{QRect(), 0, 0, 0, 0, 0};
+    EXPECT_TRUE(PScanAreaRange() == none);
+}
+
 TEST(PScanAreaRange, is_equal_only_if_every_field_is) {
     PScanAreaRange other = example;
     EXPECT_TRUE(other == example);

@@ -462,6 +462,16 @@ TEST_F(PTRegister, destroyed_while_the_hot_plug_thread_keeps_calling_it_ends_cle
     EXPECT_THAT(SimJournal::calls("Toupcam_HotPlug"), SizeIs(100));
 }
 
+TEST_F(PTRegister, a_call_that_comes_after_its_end_does_nothing) {
+    auto reg = std::make_unique<PTDeviceRegister>();
+    void* const context = reg.get();
+    reg.reset();
+    SimJournal::clear();
+    PTDeviceRegister::hotPlugCallback(context);
+    QCoreApplication::sendPostedEvents();
+    EXPECT_THAT(SimJournal::lines(), IsEmpty());
+}
+
 TEST_F(PTRegister, destroyed_with_streaming_devices_closes_all_of_them) {
     loadScene({camera("a", "S1"), camera("b", "S2")});
     {

@@ -81,16 +81,6 @@ protected:
         QCoreApplication::sendPostedEvents();
     }
 
-    /// The debug lines.
-    QStringList debugTexts() const {
-        QStringList texts;
-        for (const PLogRecord& record : log.records(QStringLiteral("qt"))) {
-            if (record.level == PLogLevel::Debug)
-                texts.append(record.text());
-        }
-        return texts;
-    }
-
     quint64 count(PFrameFate fate) const { return device->frameLedger().count(fate); }
 
     /// Runs the worker until its queue is empty.
@@ -138,7 +128,7 @@ TEST_F(PTStreamThreadTest, the_fifth_image_without_a_consumer_clears_the_four_an
     device->postprocImage(PImage());
     EXPECT_EQ(queuedImages(), 1);
     EXPECT_THAT(log.texts(), ElementsAre(QStringLiteral("Clear data: 4")));
-    EXPECT_THAT(debugTexts(), ElementsAre(QStringLiteral("Clear data: 4")));
+    EXPECT_THAT(debugTexts(log), ElementsAre(QStringLiteral("Clear data: 4")));
 }
 
 TEST_F(PTStreamThreadTest, stopping_clears_the_images_and_leaves_the_events) {
@@ -242,9 +232,9 @@ TEST_F(PTStreamThreadTest,
     ASSERT_TRUE(waitUntil([&] { return !queuedEvents().isEmpty(); }));
     ToupcamSim_failCall("Toupcam_PullImageV2", 1, 0, E_FAIL);
     ASSERT_TRUE(device->pullThread()->startThread().isOk());
-    ASSERT_TRUE(waitUntil([&] { return debugTexts().size() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return debugTexts(log).size() == 1; }));
     device->pullThread()->stopThread();
-    EXPECT_THAT(debugTexts().first().toStdString(),
+    EXPECT_THAT(debugTexts(log).first().toStdString(),
                 testing::StartsWith("pull image: PImage(64x48"));
     const PFrameLedger ledger = device->frameLedger();
     EXPECT_GE(ledger.produced, 1u);
@@ -279,7 +269,7 @@ TEST_F(PTStreamThreadTest, a_still_whose_first_pull_fails_is_logged_as_1) {
                 testing::IsSupersetOf(
                     {QStringLiteral("still image event"),
                      QStringLiteral("Failed to pull still image [1]: %1").arg(int(E_UNEXPECTED))}));
-    EXPECT_THAT(debugTexts(), IsEmpty());
+    EXPECT_THAT(debugTexts(log), IsEmpty());
 }
 
 TEST_F(PTStreamThreadTest, a_still_whose_second_pull_fails_is_logged_as_2_and_not_delivered) {
@@ -320,19 +310,37 @@ TEST_F(PTStreamThreadTest, a_still_whose_second_pull_leaves_its_record_empty_is_
     EXPECT_EQ(count(PFrameFate::Delivered), 1u);
 }
 
-TEST_F(PTStreamThreadTest, a_frame_whose_second_pull_reports_another_size_is_dropped_and_logged) {
+struct OtherSizeRow {
+    const char* name;
+    unsigned width;
+    unsigned height;
+};
+
+class PTStreamThreadOtherSize : public PTStreamThreadTest,
+                                public testing::WithParamInterface<OtherSizeRow> {};
+
+TEST_P(PTStreamThreadOtherSize, in_the_second_pull_drops_the_frame_with_a_line) {
     startTriggered();
-    ToupcamSim_reportSize("Toupcam_PullImageV2", 32, 48);
+    ToupcamSim_reportSize("Toupcam_PullImageV2", GetParam().width, GetParam().height);
     QSignalSpy frames(device.get(), &PDevice::imageChanged);
     pullOneFrame();
     EXPECT_EQ(frames.count(), 0);
     EXPECT_EQ(count(PFrameFate::BadSize), 1u);
     EXPECT_EQ(device->frameLedger().produced, 1u);
     EXPECT_EQ(ptLastText(log),
-              QStringLiteral("Frame dropped, pulled as 32 x 48 but announced as 64 x 48"));
-    ASSERT_EQ(debugTexts().size(), 1) << "its debug line is written";
-    EXPECT_TRUE(debugTexts().first().startsWith(QStringLiteral("pull image: PImage(64x48")));
+              QStringLiteral("Frame dropped, pulled as %1 x %2 but announced as 64 x 48")
+                  .arg(GetParam().width)
+                  .arg(GetParam().height));
+    ASSERT_EQ(debugTexts(log).size(), 1) << "its debug line is written";
+    EXPECT_TRUE(debugTexts(log).first().startsWith(QStringLiteral("pull image: PImage(64x48")));
 }
+
+INSTANTIATE_TEST_SUITE_P(Rows, PTStreamThreadOtherSize,
+                         testing::Values(OtherSizeRow{"another_width", 32, 48},
+                                         OtherSizeRow{"another_height", 64, 24},
+                                         OtherSizeRow{"a_width_of_1", 1, 48},
+                                         OtherSizeRow{"a_height_of_1", 64, 1}),
+                         RowName());
 
 TEST_F(PTStreamThreadTest, a_still_whose_second_pull_reports_another_size_is_dropped_and_logged) {
     startTriggered();
@@ -404,7 +412,7 @@ TEST_F(PTStreamThreadTest, a_good_still_has_no_debug_line) {
     QSignalSpy stills(device.get(), &PDevice::snapshotTaken);
     pullOneStill();
     EXPECT_EQ(stills.count(), 1);
-    EXPECT_THAT(debugTexts(), IsEmpty());
+    EXPECT_THAT(debugTexts(log), IsEmpty());
 }
 
 // ---- Losses.
@@ -477,6 +485,8 @@ TEST_P(PTDeviceTrouble, is_logged_and_passed_on) {
         return line.startsWith(QStringLiteral("ToupCam first SDK event received"));
     });
     EXPECT_EQ(lines, expected) << "in this order";
+    for (const PLogRecord& record : ptRecords(log, QString::fromLatin1(GetParam().text)))
+        EXPECT_EQ(record.function, QStringLiteral("void cbEvent(unsigned int, void *)"));
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -73,6 +73,15 @@ QString ptLastText(const PLogCapture& log) {
     return texts.isEmpty() ? QString() : texts.last();
 }
 
+QStringList debugTexts(const PLogCapture& log) {
+    QStringList texts;
+    for (const PLogRecord& record : log.records(QStringLiteral("qt"))) {
+        if (record.level == PLogLevel::Debug)
+            texts.append(record.text());
+    }
+    return texts;
+}
+
 QList<PLogRecord> ptRecords(const PLogCapture& log, const QString& text) {
     QList<PLogRecord> found;
     for (const PLogRecord& record : log.records(QStringLiteral("PTDevice"))) {

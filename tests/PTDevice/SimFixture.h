@@ -72,6 +72,9 @@ QStringList ptTexts(const PLogCapture& log);
 /// The plugin's newest record as a text; empty if there is none.
 QString ptLastText(const PLogCapture& log);
 
+/// The lines that were written with qDebug(), by the plugin or another, in order.
+QStringList debugTexts(const PLogCapture& log);
+
 /// The plugin's records with this text.
 QList<PLogRecord> ptRecords(const PLogCapture& log, const QString& text);
 

@@ -430,7 +430,7 @@ TEST_F(PTExtendedExposureImages, each_one_of_a_run_is_a_line_of_debug_output) {
     QString line;
     QDebug(&line) << "Process snapshot:" << smallImage();
     line = line.trimmed();
-    const auto lines = [&] { return log.texts(QStringLiteral("qt")).count(line); };
+    const auto lines = [&] { return debugTexts(log).count(line); };
     bringImages(1);
     EXPECT_EQ(lines(), 0);
     clickOn(button("pbSequence"));

@@ -220,6 +220,15 @@ TEST_F(PTExtendedExposurePanel, the_trigger_page_is_sent_by_both_buttons) {
     EXPECT_EQ(stored().capturemode, 1);
 }
 
+TEST_F(PTExtendedExposurePanel, the_page_follows_the_buttons_before_the_property_answers) {
+    openWith(ExtendedExposureData());
+    exposure()->blockSignals(true);
+    clickOn(button("pbTrigger"));
+    EXPECT_EQ(page(), 1);
+    clickOn(button("pbVideo"));
+    EXPECT_EQ(page(), 0);
+}
+
 TEST_F(PTExtendedExposurePanel, the_video_page_is_sent_by_both_buttons) {
     openWith(triggerRecord());
     clickOn(button("pbVideo"));

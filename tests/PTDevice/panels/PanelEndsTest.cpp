@@ -64,7 +64,7 @@ protected:
         }
         return puts();
     }
-    qsizetype ignoredLines() const { return log.texts(QStringLiteral("qt")).count(ignored); }
+    qsizetype ignoredLines() const { return debugTexts(log).count(ignored); }
 
     int lateValues = 0;
 };
