@@ -121,24 +121,28 @@ namespace {
 struct FateRow {
     PFrameFate fate;
     const char* name;
+    const char* title;
 };
 
-class FateKey : public testing::TestWithParam<FateRow> {};
+class FateTexts : public testing::TestWithParam<FateRow> {};
 
-TEST_P(FateKey, is_what_scripts_know) {
+TEST_P(FateTexts, are_what_scripts_know_and_what_users_read) {
     EXPECT_EQ(PFrameLedger::key(GetParam().fate), GetParam().name);
+    EXPECT_EQ(PFrameLedger::title(GetParam().fate), QString::fromLatin1(GetParam().title));
 }
 
 } // namespace
 
-INSTANTIATE_TEST_SUITE_P(Rows, FateKey,
-                         testing::Values(FateRow{PFrameFate::Delivered, "delivered"},
-                                         FateRow{PFrameFate::LostInCamera, "lost_in_camera"},
-                                         FateRow{PFrameFate::BadDepth, "bad_depth"},
-                                         FateRow{PFrameFate::BadSize, "bad_size"},
-                                         FateRow{PFrameFate::NoMemory, "no_memory"},
-                                         FateRow{PFrameFate::DroppedWaiting, "dropped_waiting"},
-                                         FateRow{PFrameFate::FailedInWriter, "failed_in_writer"},
-                                         FateRow{PFrameFate::Failed, "failed"},
-                                         FateRow{PFrameFate::NotWanted, "not_wanted"}),
-                         RowName());
+INSTANTIATE_TEST_SUITE_P(
+    Rows, FateTexts,
+    testing::Values(FateRow{PFrameFate::Delivered, "delivered", "delivered"},
+                    FateRow{PFrameFate::LostInCamera, "lost_in_camera", "lost in the camera"},
+                    FateRow{PFrameFate::BadDepth, "bad_depth", "dropped: unknown pixel depth"},
+                    FateRow{PFrameFate::BadSize, "bad_size", "dropped: wrong size"},
+                    FateRow{PFrameFate::NoMemory, "no_memory", "dropped: no memory"},
+                    FateRow{PFrameFate::DroppedWaiting, "dropped_waiting", "dropped while waiting"},
+                    FateRow{PFrameFate::FailedInWriter, "failed_in_writer", "failed in a writer"},
+                    FateRow{PFrameFate::Failed, "failed", "failed in a listener"},
+                    FateRow{PFrameFate::NotWanted, "not_wanted",
+                            "came after the last one asked for"}),
+    RowName());
