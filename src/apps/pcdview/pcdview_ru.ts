@@ -621,8 +621,8 @@
         <translation>Запись</translation>
     </message>
     <message>
-        <source>A recording is running. End it and close?</source>
-        <translation>Идёт запись. Завершить её и закрыть?</translation>
+        <source>Recording is under way: %1. End it and close?</source>
+        <translation>Идёт запись: %1. Завершить её и закрыть?</translation>
     </message>
     <message>
         <source>Draw the region with the mouse; Esc puts it away.</source>

@@ -65,6 +65,13 @@ protected:
         activate();
         withNext([answer](QMessageBox& box) { box.button(answer)->click(); });
     }
+    /// Answers it with No, once it is known to say this.
+    void declineNext(const QString& question) {
+        withNext([question](QMessageBox& box) {
+            EXPECT_EQ(box.text().toStdString(), question.toStdString());
+            box.button(QMessageBox::No)->click();
+        });
+    }
     void pressNext(Qt::Key key) {
         withNext([key](QMessageBox& box) { QTest::keyClick(&box, key); });
     }
@@ -252,6 +259,22 @@ TEST_F(RecordSessionTest, enter_and_escape_on_the_question_keep_the_recording) {
     }
     pressButton();
     EXPECT_TRUE(waitForText(u"Recorded"_qs)) << text().toStdString();
+}
+
+TEST_F(RecordSessionTest, closing_names_the_cameras_whose_recordings_it_would_end) {
+    ASSERT_NO_FATAL_FAILURE(recordFirstOfTwo());
+    declineNext(u"Recording is under way: Small-S0001. End it and close?"_qs);
+    window().close();
+    EXPECT_TRUE(window().isVisible());
+    activate();
+    pressKeyUnasked(); // records the second one too
+    ASSERT_TRUE(waitUntil([this] { return written("Small-S0002") >= 1; }));
+    declineNext(u"Recording is under way: Small-S0001, Small-S0002. End it and close?"_qs);
+    window().close();
+    EXPECT_TRUE(window().isVisible());
+    declineNext(u"Recording is under way: Small-S0002. End it and close?"_qs);
+    widget<QAction>(u"closeCamera"_qs).trigger();
+    EXPECT_EQ(desk().pages().size(), 2);
 }
 
 TEST_F(RecordSessionTest, closing_unasked_completes_the_file) {

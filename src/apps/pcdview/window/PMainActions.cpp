@@ -209,17 +209,24 @@ void PMainWindow::showRecording() {
     m_actions->record->setChecked(page != nullptr && m_recordings.of(&page->camera()) != nullptr);
 }
 
-bool PMainWindow::mayEndRecording() {
-    return !m_asks || QMessageBox::question(
-                          this, tr("Recording"), tr("A recording is running. End it and close?"),
-                          QMessageBox::Yes | QMessageBox::No, QMessageBox::No) == QMessageBox::Yes;
+bool PMainWindow::mayEnd(const QList<PRecording*>& recordings) {
+    if (!m_asks)
+        return true;
+    QStringList cameras;
+    for (const PRecording* recording : recordings)
+        cameras.append(recording->cameraId());
+    const QString question =
+        tr("Recording is under way: %1. End it and close?").arg(cameras.join(u", "_qs));
+    return QMessageBox::question(this, tr("Recording"), question,
+                                 QMessageBox::Yes | QMessageBox::No,
+                                 QMessageBox::No) == QMessageBox::Yes;
 }
 
 void PMainWindow::closePage(PCameraPage* page) {
     if (page == nullptr)
         return;
     const QPointer<PRecording> recording = m_recordings.of(&page->camera());
-    if (recording != nullptr && !mayEndRecording())
+    if (recording != nullptr && !mayEnd({recording}))
         return;
     // While its camera can still account for the frames.
     if (recording != nullptr)

@@ -80,7 +80,7 @@ void PMainWindow::closeUnasked() {
 }
 
 void PMainWindow::closeEvent(QCloseEvent* event) {
-    if (!m_recordings.running().isEmpty() && !mayEndRecording())
+    if (!m_recordings.running().isEmpty() && !mayEnd(m_recordings.running()))
         return event->ignore();
     m_actions->fullScreen->setChecked(false);
     QSettings settings;

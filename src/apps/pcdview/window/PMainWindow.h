@@ -65,7 +65,7 @@ private:
     void startRecording();
     void askToStopRecording();
     void showRecording();
-    bool mayEndRecording();
+    bool mayEnd(const QList<PRecording*>& recordings);
     void closePage(PCameraPage* page);
     void askForPictureName();
     void askForCaptureFiles();
