@@ -20,6 +20,7 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QMessageBox>
+#include <QPointer>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QScopeGuard>
@@ -30,6 +31,7 @@
 
 #include <csignal>
 #include <functional>
+
 #include <sys/resource.h>
 
 namespace {
@@ -70,6 +72,16 @@ protected:
         withNext([question](QMessageBox& box) {
             EXPECT_EQ(box.text().toStdString(), question.toStdString());
             box.button(QMessageBox::No)->click();
+        });
+    }
+    /// Does this while the next question is open, which then must go away by itself.
+    void expectNextGoesAfter(const std::function<void()>& event) {
+        withNext([event](QMessageBox& box) {
+            const QPointer<QWidget> question(&box);
+            event();
+            EXPECT_TRUE(waitUntil([&] { return question.isNull() || !question->isVisible(); }));
+            if (question != nullptr)
+                question->close(); // nobody else would
         });
     }
     void pressNext(Qt::Key key) {
@@ -338,15 +350,39 @@ TEST_F(RecordSessionTest, the_key_asks_before_it_stops_one) {
     EXPECT_GE(QImageReader(recorded()).imageCount(), before);
 }
 
-TEST_F(RecordSessionTest, a_recording_that_ends_while_it_is_asked_about_is_let_be) {
+TEST_F(RecordSessionTest, the_question_about_a_recording_goes_when_that_ends) {
+    widget<QSpinBox>(u"recordFrames"_qs).setValue(10);
     pressKey();
+    expectNextGoesAfter([] {});
+    pressKey();
+    ASSERT_TRUE(waitForText(u"Recorded 10 frames"_qs)) << text().toStdString();
+}
+
+TEST_F(RecordSessionTest, the_question_about_a_recording_goes_when_its_camera_is_unplugged) {
+    widget<QComboBox>(u"recordEnd"_qs).setCurrentIndex(2);
+    pressKey();
+    ASSERT_TRUE(waitUntil([this] { return written() >= 5; }));
+    expectNextGoesAfter([] { EXPECT_TRUE(unplug("cam-1")); });
+    pressKey();
+    ASSERT_TRUE(waitForText(u"unplugged"_qs)) << text().toStdString();
+    EXPECT_GE(QImageReader(recorded()).imageCount(), 5);
+}
+
+TEST_F(RecordSessionTest, the_question_about_a_recording_stays_when_another_one_ends) {
+    ASSERT_NO_FATAL_FAILURE(recordFirstOfTwo());
+    pressKeyUnasked();
+    ASSERT_TRUE(waitUntil([this] { return written("Small-S0002") >= 5; }));
     withNext([this](QMessageBox& box) {
-        EXPECT_TRUE(waitUntil([this] { return text().contains(u"Recorded 50 frames"_qs); }));
-        box.button(QMessageBox::Yes)->click();
+        const QPointer<QWidget> question(&box);
+        EXPECT_TRUE(unplug("cam-1"));
+        EXPECT_TRUE(waitUntil([this] { return text().contains(u"unplugged"_qs); }));
+        const int before = written("Small-S0002");
+        EXPECT_TRUE(waitUntil([&] { return written("Small-S0002") > before; }));
+        ASSERT_TRUE(question != nullptr && question->isVisible());
+        QTest::keyClick(question, Qt::Key_Escape);
     });
     pressKey();
-    EXPECT_FALSE(isRecording());
-    EXPECT_TRUE(text().contains(u"Recorded 50 frames"_qs)) << text().toStdString();
+    EXPECT_TRUE(isRecording());
 }
 
 TEST_F(RecordSessionTest, the_key_in_another_tab_leaves_a_recording_alone) {

@@ -193,14 +193,24 @@ void PMainWindow::startRecording() {
 /// A key is easily pressed by mistake, and frames that were not recorded are lost.
 void PMainWindow::askToStopRecording() {
     const QPointer<PRecording> recording = m_recordings.of(&m_desk->currentPage()->camera());
-    const bool isMeant =
-        recording != nullptr &&
-        QMessageBox::question(
-            this, tr("Recording"), tr("Stop the recording of %1?").arg(recording->cameraId()),
-            QMessageBox::Yes | QMessageBox::No, QMessageBox::No) == QMessageBox::Yes;
+    const bool isMeant = recording != nullptr && isToBeStopped(*recording);
     if (isMeant && recording != nullptr) // it may have ended while the question was open
         recording->stop();
     showRecording();
+}
+
+/// The question goes away with a recording that takes no more frames: nothing is left to stop.
+bool PMainWindow::isToBeStopped(PRecording& recording) {
+    QMessageBox question(QMessageBox::Question, tr("Recording"),
+                         tr("Stop the recording of %1?").arg(recording.cameraId()),
+                         QMessageBox::Yes | QMessageBox::No, this);
+    question.setDefaultButton(QMessageBox::No);
+    connect(&recording, &PRecording::finished, &question, &QDialog::reject);
+    connect(&recording, &PRecording::changed, &question, [&] {
+        if (recording.progress().isOver)
+            question.reject();
+    });
+    return question.exec() == QMessageBox::Yes;
 }
 
 void PMainWindow::showRecording() {

@@ -64,6 +64,7 @@ private:
 
     void startRecording();
     void askToStopRecording();
+    bool isToBeStopped(PRecording& recording);
     void showRecording();
     bool mayEnd(const QList<PRecording*>& recordings);
     void closePage(PCameraPage* page);
