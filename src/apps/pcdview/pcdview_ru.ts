@@ -65,6 +65,10 @@
         <source>Triggered capture: the picture waits for triggers. Pictures taken: %1</source>
         <translation>Съёмка по триггеру: кадры приходят только по триггеру. Сделано снимков: %1</translation>
     </message>
+    <message>
+        <source>Triggered capture: a run is under way. Pictures taken: %1</source>
+        <translation>Съёмка по триггеру: идёт серия. Сделано снимков: %1</translation>
+    </message>
 </context>
 <context>
     <name>PCapture</name>

@@ -2,8 +2,10 @@
 // Triggered runs in the viewer as a user does them, on a simulated camera.
 #include "ViewSession.h"
 
+#include <apps/common/PCaptureMode.h>
 #include <apps/pcdview/camera/PViewCamera.h>
 #include <apps/pcdview/window/PCameraDesk.h>
+#include <apps/pcdview/window/PCameraPage.h>
 #include <apps/pcdview/window/PMainWindow.h>
 
 #include <PCd/PDevice.h>
@@ -12,6 +14,7 @@
 #include <support/QtPrinters.h>
 
 #include <QAbstractButton>
+#include <QComboBox>
 #include <QDir>
 #include <QLabel>
 #include <QPointer>
@@ -25,15 +28,18 @@ namespace {
 class RunSessionTest : public ViewSession {
 protected:
     void SetUp() override {
-        QJsonObject triggered = camera();
-        triggered.insert(u"flags"_qs, QJsonArray{u"TRIGGER_SOFTWARE"_qs});
-        start({triggered});
+        start({triggeredCamera()});
         ASSERT_TRUE(waitForNewFrames());
         beginTriggered();
         widget<QSpinBox>(u"sMS"_qs).setValue(9);
         widget<QSpinBox>(u"sSec"_qs).setValue(0);
     }
 
+    static QJsonObject triggeredCamera() {
+        QJsonObject triggered = camera();
+        triggered.insert(u"flags"_qs, QJsonArray{u"TRIGGER_SOFTWARE"_qs, u"TRIGGER_EXTERNAL"_qs});
+        return triggered;
+    }
     /// With no live frame left on its way, which a run could take for its own.
     void beginTriggered() {
         pressLive();
@@ -56,7 +62,13 @@ protected:
     void click(const char* button) {
         QTest::mouseClick(&widget<QAbstractButton>(QString::fromLatin1(button)), Qt::LeftButton);
     }
-    QString banner() { return widget<QLabel>(u"banner"_qs).text(); }
+    /// Of the camera in front.
+    QString banner() {
+        const auto* const label = page().findChild<QLabel*>(u"banner"_qs);
+        return label == nullptr ? QString() : label->text();
+    }
+    bool saysWaiting() { return banner().contains(u"waits for triggers"_qs); }
+    bool saysRun() { return banner().contains(u"a run is under way"_qs); }
     qsizetype files() const { return QDir(captureFolder()).entryList({u"*.png"_qs}).size(); }
     /// Counts them when the program has ended: then nothing waits to be saved any more.
     qsizetype filesInTheEnd() {
@@ -128,11 +140,51 @@ TEST_F(RunSessionTest, every_picture_of_a_sequence_is_counted_when_it_is_there) 
     EXPECT_EQ(filesInTheEnd(), 3);
 }
 
+TEST_F(RunSessionTest, the_camera_is_not_said_to_wait_for_triggers_while_a_run_is_under_way) {
+    widget<QSpinBox>(u"spincount"_qs).setValue(3);
+    for (const char* button : {"pbRunOnce", "pbSequence", "pbRepeatMode"}) {
+        EXPECT_TRUE(saysWaiting()) << button << banner().toStdString();
+        click(button);
+        EXPECT_TRUE(saysRun()) << button << banner().toStdString();
+        EXPECT_FALSE(saysWaiting()) << button << banner().toStdString();
+        const quint64 before = inFront().triggeredPictures();
+        ASSERT_TRUE(waitUntil([&] { return inFront().triggeredPictures() > before; })) << button;
+        if (widget<QAbstractButton>(QString::fromLatin1(button)).isChecked())
+            click(button);
+        ASSERT_TRUE(waitUntil([this] { return !saysRun(); })) << button;
+    }
+    EXPECT_TRUE(saysWaiting()) << banner().toStdString();
+}
+
+TEST_F(RunSessionTest, the_camera_waits_for_triggers_while_a_sequence_does_from_outside) {
+    auto& source = widget<QComboBox>(u"cbTriggerMode"_qs);
+    QTest::keyClick(&source, Qt::Key_Down);
+    ASSERT_TRUE(PCaptureMode::isTriggeredFromOutside(*inFront().device()));
+    click("pbSequence");
+    ASSERT_TRUE(widget<QAbstractButton>(u"pbSequence"_qs).isChecked());
+    EXPECT_TRUE(saysWaiting()) << banner().toStdString();
+    EXPECT_FALSE(saysRun()) << banner().toStdString();
+}
+
+TEST_F(RunSessionTest, a_run_is_still_said_to_be_under_way_after_a_look_at_another_camera) {
+    end();
+    start({triggeredCamera(), camera(u"cam-2"_qs, u"S0002"_qs)});
+    ASSERT_TRUE(waitForNewFrames());
+    beginTriggered();
+    widget<QSpinBox>(u"sSec"_qs).setValue(1);
+    click("pbRepeatMode");
+    ASSERT_TRUE(desk().open(u"Small-S0002"_qs).isOk());
+    ASSERT_TRUE(waitForNewFrames());
+    ASSERT_TRUE(desk().open(u"Small-S0001"_qs).isOk());
+    EXPECT_TRUE(saysRun()) << banner().toStdString();
+    EXPECT_FALSE(saysWaiting()) << banner().toStdString();
+    click("pbRepeatMode");
+    EXPECT_TRUE(saysWaiting()) << banner().toStdString();
+}
+
 TEST_F(RunSessionTest, a_run_goes_on_and_is_saved_while_another_camera_is_in_front) {
     end();
-    QJsonObject triggered = camera();
-    triggered.insert(u"flags"_qs, QJsonArray{u"TRIGGER_SOFTWARE"_qs});
-    start({triggered, camera(u"cam-2"_qs, u"S0002"_qs)});
+    start({triggeredCamera(), camera(u"cam-2"_qs, u"S0002"_qs)});
     ASSERT_TRUE(waitForNewFrames());
     beginTriggered();
     widget<QSpinBox>(u"sMS"_qs).setValue(9);

@@ -9,6 +9,7 @@
 #include <PCd/PDeviceProperty.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -55,6 +56,7 @@ void PViewCamera::leaveDevice() {
     m_countdown.reset();
     m_memory.release();
     m_isTriggered = false;
+    m_isRunning = false;
     disconnect(m_device, nullptr, this, nullptr);
     if (PDeviceProperty* const exposure = m_device->getProperty(PCaptureMode::propertyId))
         disconnect(exposure, nullptr, this, nullptr);
@@ -182,6 +184,12 @@ double PViewCamera::framesPerSecond() const {
 void PViewCamera::setRunning(bool running) {
     if (m_countdown != nullptr)
         m_countdown->setRunning(running);
+    if (std::exchange(m_isRunning, running) != running)
+        emit stateChanged();
+}
+
+bool PViewCamera::isAwaitingTriggers() const {
+    return m_isTriggered && (!m_isRunning || PCaptureMode::isTriggeredFromOutside(*m_device));
 }
 
 std::optional<std::chrono::seconds> PViewCamera::untilNextPicture() const {

@@ -60,6 +60,9 @@ public:
     /// the one being emitted. Any camera whose "extexposure" has a field "capturemode".
     bool isTriggered() const { return m_isTriggered; }
     quint64 triggeredPictures() const { return m_triggeredPictures; }
+    /// True where the next of them waits for the user or for a signal from outside: not during a
+    /// run whose pictures the program itself triggers.
+    bool isAwaitingTriggers() const;
     /// True while a recording of it runs or completes its files.
     bool isRecorded() const { return m_isRecorded; }
     void setRecorded(bool recorded);
@@ -110,6 +113,7 @@ private:
     std::chrono::steady_clock::time_point m_lastShown;
     bool m_wantsLive = true;
     bool m_isTriggered = false;
+    bool m_isRunning = false;
     bool m_isRecorded = false;
     quint64 m_triggeredPictures = 0;
     /// When the camera was last taken out of triggered capture; none while it is there.

@@ -139,8 +139,11 @@ QStringList PCameraPage::stateSentences() const {
                "it goes on with its settings."));
     }
     if (m_camera->isTriggered()) {
-        sentences.append(tr("Triggered capture: the picture waits for triggers. Pictures taken: %1")
-                             .arg(m_camera->triggeredPictures()));
+        const QString sentence =
+            m_camera->isAwaitingTriggers()
+                ? tr("Triggered capture: the picture waits for triggers. Pictures taken: %1")
+                : tr("Triggered capture: a run is under way. Pictures taken: %1");
+        sentences.append(sentence.arg(m_camera->triggeredPictures()));
     }
     return sentences + m_camera->notes();
 }

@@ -56,6 +56,7 @@ PMainWindow::PMainWindow(PCameraHost& host, const QString& problem,
     connect(&m_capture, &PCapture::lost, this, &PMainWindow::showLoss);
     m_numbers.setInterval(numbersEveryMs);
     connect(&m_numbers, &QTimer::timeout, this, &PMainWindow::showNumbers);
+    connect(m_panels->settings, &PSettingsPanel::buttonToggled, this, &PMainWindow::showNumbers);
     m_numbers.start();
     showPage(nullptr);
 }

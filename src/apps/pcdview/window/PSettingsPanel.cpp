@@ -65,6 +65,8 @@ QWidget* PSettingsPanel::panelOf(PDevice* device) {
         return nullptr;
     static_cast<QVBoxLayout*>(layout())->addWidget(panel, 1);
     m_panels.insert(device, panel);
+    for (const QPushButton* button : panel->findChildren<QPushButton*>())
+        connect(button, &QPushButton::toggled, this, &PSettingsPanel::buttonToggled);
     connect(device, &PDevice::unlinked, panel, [this, device] { forget(device); });
     connect(device, &QObject::destroyed, panel, [this, device] { forget(device); });
     return panel;

@@ -23,6 +23,10 @@ public:
     /// that choose nothing stays pressed.
     bool hasPressedButton() const;
 
+signals:
+    /// hasPressedButton() may have changed.
+    void buttonToggled();
+
 private:
     void putAway();
     QWidget* panelOf(PDevice* device);
