@@ -41,7 +41,9 @@ TEST(PLedgerTextTest, rows_account_for_every_frame) {
     PFrameLedger ledger = ledgerOf(100, 2, 4);
     ledger.produced += 3;
     ledger.waiting = 3;
-    const auto rows = PLedgerText::rows(ledger);
+    ledger.snapshots = 50; // live frames that were forwarded among them
+    const auto rows = PLedgerText::rows(ledger, 7);
     ASSERT_EQ(rows.size(), 6);
+    EXPECT_EQ(rows[5].second, 7u);
     EXPECT_EQ(rows[0].second, rows[1].second + rows[2].second + rows[3].second + rows[4].second);
 }

@@ -20,6 +20,7 @@
 #include <QPointer>
 #include <QSpinBox>
 #include <QTest>
+#include <QTreeWidget>
 
 #include <thread>
 
@@ -69,6 +70,12 @@ protected:
     }
     bool saysWaiting() { return banner().contains(u"waits for triggers"_qs); }
     bool saysRun() { return banner().contains(u"a run is under way"_qs); }
+    /// The pictures taken that the panel "Frames" counts.
+    int picturesCounted() {
+        const auto& table = widget<QTreeWidget>(u"frames"_qs);
+        const auto rows = table.findItems(u"Still pictures"_qs, Qt::MatchExactly);
+        return rows.size() == 1 ? rows.first()->text(1).toInt() : -1;
+    }
     qsizetype files() const { return QDir(captureFolder()).entryList({u"*.png"_qs}).size(); }
     /// Counts them when the program has ended: then nothing waits to be saved any more.
     qsizetype filesInTheEnd() {
@@ -99,6 +106,34 @@ TEST_F(RunSessionTest, a_repeated_run_is_saved_and_the_live_picture_after_it_is_
     const quint64 forwarded = inFront().ledger().snapshots;
     ASSERT_TRUE(waitUntil([&] { return inFront().ledger().snapshots >= forwarded + 10; }));
     EXPECT_EQ(quint64(filesInTheEnd()), ofRun + 1); // and the still picture
+}
+
+TEST_F(RunSessionTest, the_frames_panel_counts_the_pictures_taken_and_none_that_is_only_forwarded) {
+    const quint64 before = inFront().ledger().produced;
+    click("pbRepeatMode");
+    ASSERT_TRUE(waitUntil([this] { return picturesCounted() >= 1; }));
+    const auto ofRun = int(endRun("pbRepeatMode") - before);
+    click("pbVideo");
+    ASSERT_TRUE(waitUntil([&] { return inFront().ledger().snapshots >= quint64(ofRun) + 10; }));
+    QTest::keyClick(&window(), Qt::Key_S, Qt::ControlModifier);
+    EXPECT_TRUE(waitUntil([&] { return picturesCounted() == ofRun + 1; })) << picturesCounted();
+    const quint64 forwarded = inFront().ledger().snapshots;
+    ASSERT_TRUE(waitUntil([&] { return inFront().ledger().snapshots >= forwarded + 10; }));
+    pressLive(); // and shows how it stands
+    EXPECT_EQ(picturesCounted(), ofRun + 1);
+    EXPECT_EQ(filesInTheEnd(), ofRun + 1);
+}
+
+TEST_F(RunSessionTest, a_camera_that_comes_back_has_taken_no_pictures_yet) {
+    click("pbRunOnce");
+    ASSERT_TRUE(waitUntil([this] { return picturesCounted() == 1; }));
+    const QPointer<PDevice> before = inFront().device();
+    ASSERT_TRUE(unplug("cam-1"));
+    ASSERT_TRUE(waitUntil([&] { return before.isNull(); }));
+    EXPECT_EQ(picturesCounted(), 1);
+    ASSERT_TRUE(plug("cam-1"));
+    ASSERT_TRUE(waitUntil([this] { return inFront().state() == PViewCamera::State::Live; }));
+    EXPECT_TRUE(waitUntil([this] { return picturesCounted() == 0; })) << picturesCounted();
 }
 
 TEST_F(RunSessionTest, live_frames_that_arrive_while_the_run_is_left_are_not_saved) {

@@ -37,6 +37,7 @@ PViewCamera::~PViewCamera() {
 
 PStatus PViewCamera::attach(PDevice* device) {
     m_device = device;
+    m_pictures = 0;
     m_notes.clear();
     connectDevice();
     const PStatus status = open();
@@ -209,6 +210,7 @@ void PViewCamera::takePicture(const PDeviceFrame& frame) {
     if (!frame.stamp->still && !isTriggered)
         return;
     // Not read from the ledger, which counts a snapshot only after all listeners have returned.
+    ++m_pictures;
     if (m_isTriggered)
         ++m_triggeredPictures;
     emit snapshotTaken(frame);

@@ -72,6 +72,8 @@ public:
     const PDeviceFrame& frame() const { return m_frame; }
     /// The account of the frames since it was opened or came back.
     PFrameLedger ledger() const;
+    /// How often snapshotTaken() was emitted in that time, including one that is being emitted.
+    quint64 pictures() const { return m_pictures; }
     double framesPerSecond() const;
     /// Whether a run of triggered pictures is under way, which only its panel knows.
     void setRunning(bool running);
@@ -115,6 +117,7 @@ private:
     bool m_isTriggered = false;
     bool m_isRunning = false;
     bool m_isRecorded = false;
+    quint64 m_pictures = 0;
     quint64 m_triggeredPictures = 0;
     /// When the camera was last taken out of triggered capture; none while it is there.
     std::optional<std::chrono::steady_clock::time_point> m_triggersEnd;

@@ -27,9 +27,9 @@ PFramesPanel::PFramesPanel(QWidget* parent)
     column->addWidget(m_table, 1);
 }
 
-void PFramesPanel::setLedger(const PFrameLedger& ledger) {
+void PFramesPanel::setLedger(const PFrameLedger& ledger, quint64 pictures) {
     m_summary->setText(PLedgerText::summary(ledger));
-    const auto rows = PLedgerText::rows(ledger);
+    const auto rows = PLedgerText::rows(ledger, pictures);
     while (m_table->topLevelItemCount() > rows.size())
         delete m_table->takeTopLevelItem(m_table->topLevelItemCount() - 1);
     while (m_table->topLevelItemCount() < rows.size())

@@ -15,7 +15,8 @@ class PFramesPanel : public QWidget {
 public:
     explicit PFramesPanel(QWidget* parent = nullptr);
 
-    void setLedger(const PFrameLedger& ledger);
+    /// `pictures`: how many pictures were taken, see PLedgerText::rows().
+    void setLedger(const PFrameLedger& ledger, quint64 pictures);
 
 private:
     QLabel* m_summary; // children

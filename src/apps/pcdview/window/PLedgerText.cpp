@@ -37,7 +37,7 @@ QString PLedgerText::summary(const PFrameLedger& ledger) {
         .arg(places.join(u", "_qs));
 }
 
-QList<std::pair<QString, quint64>> PLedgerText::rows(const PFrameLedger& ledger) {
+QList<std::pair<QString, quint64>> PLedgerText::rows(const PFrameLedger& ledger, quint64 pictures) {
     QList<std::pair<QString, quint64>> rows{{tr("Frames from the camera"), ledger.produced}};
     for (PFrameFate fate : PFrameLedger::allFates()) {
         const quint64 count = ledger.count(fate);
@@ -49,7 +49,7 @@ QList<std::pair<QString, quint64>> PLedgerText::rows(const PFrameLedger& ledger)
             rows.append({tr("Came after the last one wanted"), count});
     }
     rows.append({tr("On their way"), ledger.waiting});
-    rows.append({tr("Still pictures"), ledger.snapshots});
+    rows.append({tr("Still pictures"), pictures});
     return rows;
 }
 

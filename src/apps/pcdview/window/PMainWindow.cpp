@@ -182,7 +182,10 @@ void PMainWindow::showNumbers() {
     if (page != nullptr) // whose panel the settings are
         page->camera().setRunning(m_panels->settings->hasPressedButton());
     m_status->showCamera(page);
-    m_panels->frames->setLedger(page == nullptr ? PFrameLedger() : page->camera().ledger());
+    if (page == nullptr)
+        m_panels->frames->setLedger({}, 0);
+    else
+        m_panels->frames->setLedger(page->camera().ledger(), page->camera().pictures());
 }
 
 /// The status bar forgets; the log does not, and the next picture may be one of many.
