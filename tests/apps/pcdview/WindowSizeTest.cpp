@@ -18,6 +18,7 @@
 #include <QDockWidget>
 #include <QLabel>
 #include <QPushButton>
+#include <QSpinBox>
 #include <QTest>
 #include <QToolBar>
 
@@ -68,6 +69,23 @@ protected:
         EXPECT_TRUE(window().grab().save(QDir(folder).filePath(name)));
     }
 
+    void record() { QTest::keyClick(&window(), Qt::Key_R, Qt::ControlModifier); }
+    /// Three lines for each recording: the camera, the frames and the time left.
+    bool waitForProgress(int recordings) {
+        const auto& text = widget<QLabel>(u"recordText"_qs);
+        return waitUntil([&] { return text.text().count(u'\n') + 1 == 3 * recordings; });
+    }
+    bool isProgressSeen() {
+        QCoreApplication::processEvents();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+        return isSeen(u"recordButton"_qs) && isSeen(u"recordBar"_qs) && isSeen(u"recordText"_qs);
+    }
+    /// Whether the user sees all of this widget.
+    bool isSeen(const QString& name) {
+        const auto& shown = widget<QWidget>(name);
+        return shown.isVisible() && shown.visibleRegion() == QRegion(shown.rect());
+    }
+
     PMessageBar& messages() { return *window().findChild<PMessageBar*>(); }
 };
 
@@ -96,6 +114,32 @@ TEST_P(WindowSizeTest, fits_while_it_records) {
     widget<QAction>(u"record"_qs).trigger();
     ASSERT_TRUE(waitUntil([this] { return !widget<QLabel>(u"recordText"_qs).text().isEmpty(); }));
     expectAllFits(u"recording"_qs);
+}
+
+TEST_P(WindowSizeTest, shows_the_progress_of_recordings_without_scrolling) {
+    auto* const column = widget<QDockWidget>(u"recordDock"_qs).findChild<PColumnScroll*>();
+    ASSERT_NE(column, nullptr);
+    widget<QSpinBox>(u"recordFrames"_qs).setValue(1000);
+    widget<QDockWidget>(u"framesDock"_qs).raise();
+    record();
+    ASSERT_TRUE(waitForProgress(1));
+    EXPECT_TRUE(isProgressSeen());
+    expectAllFits(u"progress"_qs);
+
+    column->ensureVisible(0, column->widget()->height());
+    ASSERT_FALSE(isProgressSeen());
+    ASSERT_TRUE(desk().open(u"Small-S0002"_qs).isOk());
+    record();
+    ASSERT_TRUE(waitForProgress(2));
+    EXPECT_TRUE(isProgressSeen());
+}
+
+TEST_P(WindowSizeTest, leaves_a_recording_panel_that_was_closed_closed) {
+    auto& dock = widget<QDockWidget>(u"recordDock"_qs);
+    dock.close();
+    record();
+    EXPECT_TRUE(widget<QAction>(u"record"_qs).isChecked());
+    EXPECT_FALSE(dock.isVisible());
 }
 
 TEST_P(WindowSizeTest, fits_with_a_long_message_which_is_the_tool_tip_in_full) {

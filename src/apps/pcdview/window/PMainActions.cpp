@@ -187,6 +187,7 @@ void PMainWindow::startRecording() {
     statusBar()->showMessage(message);
     if (!status.isOk())
         m_panels->record->showMessage(camera.identity().id, message);
+    m_panels->showProgress();
     showRecording();
 }
 

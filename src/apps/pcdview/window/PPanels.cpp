@@ -12,6 +12,7 @@
 
 #include <QDockWidget>
 #include <QMainWindow>
+#include <QScrollBar>
 
 #include <utility>
 
@@ -38,7 +39,7 @@ PPanels::PPanels(QMainWindow* window, PRecordings& recordings, std::shared_ptr<P
     , m_window(window) {
     dock("cameraList", tr("Cameras"), cameras, Qt::LeftDockWidgetArea);
     dock("histogramDock", tr("Histogram"), scrolling(histogram), Qt::LeftDockWidgetArea);
-    dock("recordDock", tr("Recording"), scrolling(record), Qt::LeftDockWidgetArea);
+    m_recordDock = dock("recordDock", tr("Recording"), scrolling(record), Qt::LeftDockWidgetArea);
     dock("framesDock", tr("Frames"), frames, Qt::LeftDockWidgetArea);
     dock("settingsDock", tr("Camera settings"), settings, Qt::RightDockWidgetArea);
     dock("logDock", tr("Log"), new PLogPanel(std::move(log)), Qt::BottomDockWidgetArea);
@@ -46,13 +47,12 @@ PPanels::PPanels(QMainWindow* window, PRecordings& recordings, std::shared_ptr<P
 }
 
 void PPanels::arrange() {
-    QDockWidget* const recordDock = m_docks[2];
     QDockWidget* const framesDock = m_docks[3];
-    m_window->tabifyDockWidget(recordDock, framesDock);
-    recordDock->raise();
+    m_window->tabifyDockWidget(m_recordDock, framesDock);
+    m_recordDock->raise();
     m_window->resizeDocks({m_docks[0]}, {leftWidth}, Qt::Horizontal);
     m_docks.last()->hide(); // the log, until somebody wants to know
-    m_window->resizeDocks({m_docks[0], m_docks[1], recordDock}, {125, 252, 278}, Qt::Vertical);
+    m_window->resizeDocks({m_docks[0], m_docks[1], m_recordDock}, {125, 252, 278}, Qt::Vertical);
     m_window->setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
     m_window->setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
 }
@@ -65,6 +65,11 @@ QDockWidget* PPanels::dock(const char* name, const QString& title, QWidget* pane
     m_window->addDockWidget(at, dock);
     m_docks.append(dock);
     return dock;
+}
+
+void PPanels::showProgress() {
+    m_recordDock->raise();
+    static_cast<QScrollArea*>(m_recordDock->widget())->verticalScrollBar()->setValue(0);
 }
 
 void PPanels::hideAll() {

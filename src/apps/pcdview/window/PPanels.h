@@ -32,6 +32,9 @@ public:
 
     const QList<QDockWidget*>& docks() const { return m_docks; }
     void hideAll();
+    /// Shows the progress of recordings where the panel "Recording" is open: in front of the panel
+    /// that it shares its place with, and scrolled to the top.
+    void showProgress();
 
 private:
     void arrange();
@@ -40,4 +43,5 @@ private:
 
     QMainWindow* m_window;
     QList<QDockWidget*> m_docks;
+    QDockWidget* m_recordDock;
 };

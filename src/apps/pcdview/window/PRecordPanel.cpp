@@ -92,15 +92,16 @@ void PRecordPanel::makeFields(const PRecordSettings& settings) {
 void PRecordPanel::makeLayout() {
     auto* const form = new QFormLayout(this);
     form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    // On top, where the progress is seen also in a window that has no room for all of the panel.
+    form->addRow(m_button);
+    form->addRow(m_bar);
+    form->addRow(m_text);
     form->addRow(tr("Record:"), m_end);
     form->addRow(tr("Frames:"), m_frames);
     form->addRow(tr("Time:"), m_seconds);
     form->addRow(m_timeLapse);
     form->addRow(QString(), m_interval);
     form->addRow(tr("As:"), m_format);
-    form->addRow(m_button);
-    form->addRow(m_bar);
-    form->addRow(m_text);
 }
 
 PRecordSettings PRecordPanel::settings() const {
@@ -145,6 +146,7 @@ void PRecordPanel::showProgress() {
         m_messages.remove(recording->cameraId());
     const QString inFront = m_camera == nullptr ? QString() : m_camera->identity().id;
     m_text->setText(texts(inFront).join(u"\n"_qs));
+    m_text->setVisible(!m_text->text().isEmpty());
 }
 
 /// The camera in front first.
