@@ -62,6 +62,7 @@ void PDevicePanel::addGroup(const QString& id, const QString& title,
     m_groups.append(new PPropertyGroupPanel(title, properties, m_page));
     m_groupIds.append(id);
     m_column->addWidget(m_groups.last());
+    connect(m_groups.last(), &PPropertyGroupPanel::refused, this, &PDevicePanel::refused);
 }
 
 void PDevicePanel::alignTitles() {

@@ -28,6 +28,11 @@ public:
     /// is applied again when the language changes, which titles and descriptions follow.
     void setFilter(const QString& text);
 
+signals:
+    /// The device refused what the user had chosen for the property with this title, and kept this,
+    /// in words; empty if it has none. Of the editors, not of panels that properties bring.
+    void refused(const QString& title, const QString& kept);
+
 protected:
     bool event(QEvent* event) override;
 

@@ -64,6 +64,7 @@ void PPropertyEditor::follow() {
     });
     connect(m_property, &QObject::destroyed, this, &PPropertyEditor::onPropertyDestroyed);
     connect(&m_sender, &PValueSender::settled, this, &PPropertyEditor::refresh);
+    connect(&m_sender, &PValueSender::refused, this, &PPropertyEditor::onRefused);
     connect(&m_watch, &PDeviceWatch::usableChanged, this, &PPropertyEditor::updateUsable);
 }
 
@@ -109,6 +110,11 @@ void PPropertyEditor::setTexts(const PDeviceTexts::Texts& texts) {
 void PPropertyEditor::onPropertyDestroyed() {
     m_property.clear();
     updateUsable();
+}
+
+void PPropertyEditor::onRefused() {
+    emit refused(m_texts.title,
+                 PPropertyWords::valueText(*m_property, shownRange(), m_property->valueInner()));
 }
 
 void PPropertyEditor::send(const QVariant& value) {

@@ -33,6 +33,10 @@ public:
     /// Sends the property's default.
     void resetToDefault();
 
+signals:
+    /// The device refused what the user had chosen, and kept this, in words; empty if it has none.
+    void refused(const QString& title, const QString& kept);
+
 protected:
     explicit PPropertyEditor(PDeviceProperty* property);
 
@@ -59,6 +63,7 @@ private:
     void updateUsable();
     void updateToolTip();
     void onPropertyDestroyed();
+    void onRefused();
     void openMenu(QWidget* part, const QPoint& globalPosition);
 
     QPointer<PDeviceProperty> m_property;

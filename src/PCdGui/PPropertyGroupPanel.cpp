@@ -79,6 +79,8 @@ void PPropertyGroupPanel::addRow(PDeviceProperty* property) {
     auto* const editor = qobject_cast<PPropertyEditor*>(row.editor);
     if (editor == nullptr)
         disableWithDevice(row.editor, property->device());
+    else
+        followEditor(editor);
     if (editor == nullptr || property->title().isEmpty()) {
         m_form->addRow(row.editor);
     } else {
@@ -88,6 +90,13 @@ void PPropertyGroupPanel::addRow(PDeviceProperty* property) {
         addTitled(row.title, editor);
     }
     m_rows.append(row);
+}
+
+void PPropertyGroupPanel::followEditor(const PPropertyEditor* editor) {
+    connect(editor, &PPropertyEditor::refused, this,
+            [this](const QString& ownTitle, const QString& kept) {
+                emit refused(ownTitle.isEmpty() ? title() : ownTitle, kept);
+            });
 }
 
 void PPropertyGroupPanel::addTitled(QWidget* title, PPropertyEditor* editor) {

@@ -35,6 +35,10 @@ public:
     int titleWidth() const;
     void setTitleWidth(int width);
 
+signals:
+    /// A property's editor said so, see PPropertyEditor; one without a title goes by the group's.
+    void refused(const QString& title, const QString& kept);
+
 private:
     struct Row {
         QPointer<QWidget> editor;
@@ -46,6 +50,7 @@ private:
     bool isBeside(const Row& row) const;
     static QString wordsIn(const Row& row);
     void addRow(PDeviceProperty* property);
+    void followEditor(const PPropertyEditor* editor);
     void addTitled(QWidget* title, PPropertyEditor* editor);
 
     QFormLayout* m_form;

@@ -4,6 +4,7 @@
 #include <PGui/PTimeText.h>
 
 #include <PCd/PDeviceProperty.h>
+#include <PCd/PEnumeration.h>
 #include <PCd/PPropertyText.h>
 
 #include <PCore/PMinMaxRange.h>
@@ -15,6 +16,10 @@
 namespace {
 
 using IntRange = PMinMaxRange<int>;
+
+QString choiceText(const PEnumerationItem& item) {
+    return item.title.isEmpty() ? item.name : item.title;
+}
 
 bool isTime(const PDeviceProperty& property) {
     return property.unit() == ValueUnits::Microsecond &&
@@ -39,8 +44,9 @@ QString PPropertyWords::valueText(const PDeviceProperty& property, const QVarian
     case QMetaType::Bool:
         return value.toBool() ? tr("on") : tr("off");
     case QMetaType::QUuid:
+        return choiceText(range.value<PEnumeration>().getItem(value.toUuid()));
     case QMetaType::QRect:
-        return PPropertyText::ofValue(value, range);
+        return PPropertyText::ofRegion(value.toRect());
     default:
         return QString();
     }

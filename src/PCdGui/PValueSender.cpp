@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <PCdGui/PValueSender.h>
 
+#include <PCdGui/PRefusal.h>
+
 #include <PCd/PDevice.h>
 #include <PCd/PDeviceProperty.h>
 
@@ -32,10 +34,25 @@ void PValueSender::flush() {
     const PDevice* const device = m_property->device();
     if (device != nullptr && device->isGone())
         return;
-    // A slot of valueChanged() may delete the property, or the editor and so this object.
     const QPointer<PValueSender> self(this);
     if (value != m_property->valueInner())
-        m_property->setValue(value);
+        set(value);
     if (self)
         emit settled();
+}
+
+void PValueSender::set(const QVariant& value) {
+    const QVariant before = m_property->valueInner();
+    const QPointer<PValueSender> self(this);
+    // A slot of valueChanged() may delete the property, or the editor and so this object.
+    m_property->setValue(value);
+    if (self.isNull() || m_property.isNull())
+        return;
+    const QVariant now = m_property->valueInner();
+    if (!PRefusal::isOne(before, value, now, m_property->rangeInner()))
+        return;
+    // One that was unplugged a moment ago refuses nothing.
+    PDevice* const device = m_property->device();
+    if (device == nullptr || device->isAnswering())
+        emit refused();
 }

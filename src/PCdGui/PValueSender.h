@@ -31,8 +31,12 @@ signals:
     /// What was posted has been set, or the property had it already: what it has now is to be
     /// shown.
     void settled();
+    /// The device refused what was set, see PRefusal.
+    void refused();
 
 private:
+    void set(const QVariant& value);
+
     QPointer<PDeviceProperty> m_property;
     QVariant m_value;
     QTimer m_turn;

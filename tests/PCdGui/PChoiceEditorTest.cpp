@@ -80,7 +80,26 @@ TEST_P(PChoiceEditorRefusal, shows_what_the_device_has) {
     EXPECT_EQ(box()->currentText(), QStringLiteral("0°"));
 }
 
+TEST_P(PChoiceEditorRefusal, is_said_with_what_the_device_kept) {
+    const QSignalSpy refused(editor, &PPropertyEditor::refused);
+    QTest::keyClick(box(), Qt::Key_Down);
+    turn();
+    ASSERT_EQ(refused.size(), 1);
+    EXPECT_EQ(refused[0], QVariantList({QStringLiteral("Rotate"), QStringLiteral("0°")}));
+}
+
 INSTANTIATE_TEST_SUITE_P(Rows, PChoiceEditorRefusal, everyAnswer(), RowName());
+
+TEST_F(PChoiceEditorTest, has_no_words_for_what_was_kept_if_that_is_no_choice) {
+    open();
+    deviceBecomes(idOf(9));
+    property->refuses = true;
+    const QSignalSpy refused(editor, &PPropertyEditor::refused);
+    QTest::keyClick(box(), Qt::Key_Down);
+    turn();
+    ASSERT_EQ(refused.size(), 1);
+    EXPECT_EQ(refused[0], QVariantList({QStringLiteral("Rotate"), QString()}));
+}
 
 TEST_F(PChoiceEditorTest, shows_no_choice_where_the_device_has_another) {
     open();

@@ -99,6 +99,14 @@ TEST_P(PNumberEditorRefusal, shows_what_the_device_has) {
     EXPECT_EQ(slider()->value(), 100);
 }
 
+TEST_P(PNumberEditorRefusal, is_said_with_what_the_device_kept) {
+    const QSignalSpy refused(editor, &PPropertyEditor::refused);
+    enter(field(), QStringLiteral("250"));
+    turn();
+    ASSERT_EQ(refused.size(), 1);
+    EXPECT_EQ(refused[0], QVariantList({QStringLiteral("Gain"), QStringLiteral("100")}));
+}
+
 INSTANTIATE_TEST_SUITE_P(Rows, PNumberEditorRefusal, everyAnswer(), RowName());
 
 TEST_F(PNumberEditorTest, shows_a_value_outside_the_range_as_it_is) {

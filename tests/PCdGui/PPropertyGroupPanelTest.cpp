@@ -9,8 +9,10 @@
 #include <PGui/WidgetHands.h>
 #include <support/QtPrinters.h>
 
+#include <QCheckBox>
 #include <QContextMenuEvent>
 #include <QFormLayout>
+#include <QSignalSpy>
 
 #include <gtest/gtest.h>
 
@@ -119,6 +121,23 @@ TEST_F(PPropertyGroupPanelTest, switches_by_a_click_on_the_title) {
     QTest::mouseClick(panel->findChildren<PPropertyLabel*>().at(0), Qt::LeftButton);
     QCoreApplication::processEvents();
     EXPECT_EQ(negative.sets, QList<bool>({true}));
+}
+
+TEST_F(PPropertyGroupPanelTest, says_which_setting_was_refused_by_its_own_title_or_the_group_s) {
+    FakeSwitch untitled("untitled", QString());
+    PPropertyGroupPanel group(QStringLiteral("Fan"), {&negative, &untitled});
+    const QSignalSpy refused(&group, &PPropertyGroupPanel::refused);
+    for (FakeSwitch* setting : {&negative, &untitled}) {
+        setting->updateValueFromDevice();
+        setting->refuses = true;
+    }
+    for (QCheckBox* box : group.findChildren<QCheckBox*>()) {
+        box->click();
+        QCoreApplication::processEvents();
+    }
+    ASSERT_EQ(refused.size(), 2);
+    EXPECT_EQ(refused[0], QVariantList({QStringLiteral("Negative"), QStringLiteral("off")}));
+    EXPECT_EQ(refused[1], QVariantList({QStringLiteral("Fan"), QStringLiteral("off")}));
 }
 
 TEST_F(PPropertyGroupPanelTest, gives_the_focus_by_a_click_on_the_title) {

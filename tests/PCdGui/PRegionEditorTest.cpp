@@ -109,6 +109,14 @@ TEST_P(PRegionEditorRefusal, shows_what_the_device_has) {
     EXPECT_EQ(shown(), whole);
 }
 
+TEST_P(PRegionEditorRefusal, is_said_with_what_the_device_kept) {
+    const QSignalSpy refused(editor, &PPropertyEditor::refused);
+    enterInto("Width", 640);
+    turn();
+    ASSERT_EQ(refused.size(), 1);
+    EXPECT_EQ(refused[0], QVariantList({QStringLiteral("ROI"), QStringLiteral("0,0,1920,1080")}));
+}
+
 INSTANTIATE_TEST_SUITE_P(Rows, PRegionEditorRefusal, everyAnswer(), RowName());
 
 TEST_F(PRegionEditorTest, shows_a_region_off_the_steps_as_it_is) {

@@ -60,6 +60,14 @@ TEST_P(PSwitchEditorRefusal, shows_what_the_device_has) {
     EXPECT_FALSE(box()->isChecked());
 }
 
+TEST_P(PSwitchEditorRefusal, is_said_with_what_the_device_kept) {
+    const QSignalSpy refused(editor, &PPropertyEditor::refused);
+    box()->click();
+    turn();
+    ASSERT_EQ(refused.size(), 1);
+    EXPECT_EQ(refused[0], QVariantList({QStringLiteral("Negative"), QStringLiteral("off")}));
+}
+
 INSTANTIATE_TEST_SUITE_P(Rows, PSwitchEditorRefusal, everyAnswer(), RowName());
 
 TEST_F(PSwitchEditorTest, is_switched_by_a_touch_of_its_title) {

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <PCdGui/PValueSender.h>
 
+#include <PCd/FakeDevice.h>
 #include <PCd/FakeProperty.h>
+#include <PCd/FakeRegister.h>
 
 #include <QCoreApplication>
 #include <QSignalSpy>
@@ -20,6 +22,7 @@ protected:
     FakeProperty property{"gain", 5};
     PValueSender sender{&property};
     QSignalSpy settled{&sender, &PValueSender::settled};
+    QSignalSpy refused{&sender, &PValueSender::refused};
 };
 
 } // namespace
@@ -33,6 +36,15 @@ TEST_F(PValueSenderTest, sets_the_last_value_of_a_turn) {
     EXPECT_EQ(sets(), 1);
     EXPECT_EQ(property.inDevice, 19);
     EXPECT_FALSE(sender.isWaiting());
+    EXPECT_EQ(settled.size(), 1);
+    EXPECT_EQ(refused.size(), 0);
+}
+
+TEST_F(PValueSenderTest, says_once_that_a_value_was_refused) {
+    property.refuses = true;
+    sender.post(10);
+    turn();
+    EXPECT_EQ(refused.size(), 1);
     EXPECT_EQ(settled.size(), 1);
 }
 
@@ -69,6 +81,25 @@ TEST_F(PValueSenderTest, sends_what_is_posted_while_it_sets) {
     turn();
     EXPECT_EQ(property.inDevice, 8);
     EXPECT_EQ(sets(), 2);
+}
+
+TEST(PValueSender, says_nothing_was_refused_where_the_device_does_not_answer_any_more) {
+    auto* const property = new FakeProperty("gain", 5); // the device's
+    auto* const device = new FakeDevice;                // the register's
+    device->makeProperties = [&] { return QList<PDeviceProperty*>{property}; };
+    device->supportProperties();
+    FakeRegister devices({device});
+    devices.updateDevices();
+    PValueSender sender(property);
+    const QSignalSpy refused(&sender, &PValueSender::refused);
+    property->refuses = true;
+    sender.post(10);
+    sender.flush();
+    EXPECT_EQ(refused.size(), 1);
+    device->modes.clear();
+    sender.post(10);
+    sender.flush();
+    EXPECT_EQ(refused.size(), 1);
 }
 
 TEST(PValueSender, outlives_its_property) {

@@ -1062,6 +1062,14 @@ It is the size on the sensor divided by the magnification.</source>
         <source>Find a setting</source>
         <translation>Найти настройку</translation>
     </message>
+    <message>
+        <source>%1: the camera did not take the value</source>
+        <translation>%1: камера не приняла это значение</translation>
+    </message>
+    <message>
+        <source>%1: the camera kept “%2”</source>
+        <translation>%1: камера оставила «%2»</translation>
+    </message>
 </context>
 <context>
     <name>PStatusFields</name>

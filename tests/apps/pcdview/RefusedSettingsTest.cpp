@@ -16,9 +16,12 @@
 #include <support/QtPrinters.h>
 
 #include <QCheckBox>
+#include <QComboBox>
 #include <QDir>
 #include <QDockWidget>
 #include <QImageReader>
+#include <QSignalSpy>
+#include <QStatusBar>
 #include <QTest>
 
 namespace {
@@ -57,6 +60,15 @@ protected:
         QCoreApplication::processEvents();
     }
 
+    void choose(const QString& title, Qt::Key key) {
+        auto* const box = control<QComboBox>(title);
+        ASSERT_NE(box, nullptr);
+        QTest::keyClick(box, key);
+        QCoreApplication::processEvents();
+    }
+
+    QString message() { return window().statusBar()->currentMessage(); }
+
     PDeviceProperty& property(const char* id) { return *inFront().device()->getProperty(id); }
 
     /// The texts of the one picture that has been saved.
@@ -89,6 +101,41 @@ TEST_F(RefusedSettingsTest, a_grey_camera_shows_and_saves_no_colour_that_it_did_
     const QString texts = textsOfCapture().join(u' ');
     EXPECT_FALSE(texts.contains(u"777"_qs)) << texts.toStdString();
     EXPECT_FALSE(texts.contains(u"6000"_qs)) << texts.toStdString();
+}
+
+TEST_F(RefusedSettingsTest, the_window_says_once_what_the_camera_kept) {
+    start({greyCamera()});
+    ASSERT_TRUE(waitForNewFrames());
+    const QSignalSpy messages(window().statusBar(), &QStatusBar::messageChanged);
+    clickSwitch(u"Chrome"_qs);
+    EXPECT_EQ(message(), u"Chrome: the camera kept “off”"_qs);
+    enterNumber(u"Tint"_qs, u"777"_qs);
+    EXPECT_EQ(message(), u"Tint: the camera kept “0”"_qs);
+    fail("Toupcam_put_Option", 1);
+    const QString before = control<QComboBox>(u"Binning"_qs)->currentText();
+    choose(u"Binning"_qs, Qt::Key_Down);
+    EXPECT_EQ(message(), u"Binning: the camera kept “%1”"_qs.arg(before));
+    EXPECT_EQ(control<QComboBox>(u"Binning"_qs)->currentText(), before);
+    EXPECT_EQ(messages.size(), 3);
+}
+
+TEST_F(RefusedSettingsTest, the_window_says_it_in_russian) {
+    start({greyCamera()}, {u"--lang"_qs, u"ru"_qs});
+    ASSERT_TRUE(waitForNewFrames());
+    const QString title = property("chrome").title();
+    clickSwitch(title);
+    EXPECT_EQ(message(), title + u": камера оставила «выкл»"_qs);
+}
+
+TEST_F(RefusedSettingsTest, the_window_says_nothing_of_what_the_camera_took) {
+    start({camera()});
+    ASSERT_TRUE(waitForNewFrames());
+    clickSwitch(u"Horizontal flip"_qs);
+    enterNumber(u"Contrast"_qs, u"20"_qs);
+    choose(u"Binning"_qs, Qt::Key_Down);
+    EXPECT_EQ(property("hflip").valueInner(), QVariant(true));
+    EXPECT_EQ(property("contrast").valueInner(), QVariant(20));
+    EXPECT_EQ(message(), QString());
 }
 
 TEST_F(RefusedSettingsTest, a_region_drawn_after_a_refused_flip_lands_where_it_was_drawn) {

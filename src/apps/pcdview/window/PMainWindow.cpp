@@ -57,6 +57,8 @@ PMainWindow::PMainWindow(PCameraHost& host, const QString& problem,
     m_numbers.setInterval(numbersEveryMs);
     connect(&m_numbers, &QTimer::timeout, this, &PMainWindow::showNumbers);
     connect(m_panels->settings, &PSettingsPanel::buttonToggled, this, &PMainWindow::showNumbers);
+    connect(m_panels->settings, &PSettingsPanel::refused, this,
+            [this](const QString& message) { statusBar()->showMessage(message); });
     m_numbers.start();
     showPage(nullptr);
 }

@@ -65,11 +65,27 @@ QWidget* PSettingsPanel::panelOf(PDevice* device) {
         return nullptr;
     static_cast<QVBoxLayout*>(layout())->addWidget(panel, 1);
     m_panels.insert(device, panel);
-    for (const QPushButton* button : panel->findChildren<QPushButton*>())
-        connect(button, &QPushButton::toggled, this, &PSettingsPanel::buttonToggled);
+    follow(panel);
     connect(device, &PDevice::unlinked, panel, [this, device] { forget(device); });
     connect(device, &QObject::destroyed, panel, [this, device] { forget(device); });
     return panel;
+}
+
+void PSettingsPanel::follow(const QWidget* panel) {
+    for (const QPushButton* button : panel->findChildren<QPushButton*>())
+        connect(button, &QPushButton::toggled, this, &PSettingsPanel::buttonToggled);
+    const auto* const settings = qobject_cast<const PDevicePanel*>(panel);
+    if (settings == nullptr)
+        return;
+    connect(settings, &PDevicePanel::refused, this,
+            [this](const QString& title, const QString& kept) {
+                emit refused(refusalText(title, kept));
+            });
+}
+
+QString PSettingsPanel::refusalText(const QString& title, const QString& kept) {
+    return kept.isEmpty() ? tr("%1: the camera did not take the value").arg(title)
+                          : tr("%1: the camera kept “%2”").arg(title, kept);
 }
 
 /// The panel that is shown stays until another one is: it says that its device is gone.

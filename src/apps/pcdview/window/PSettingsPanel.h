@@ -26,11 +26,15 @@ public:
 signals:
     /// hasPressedButton() may have changed.
     void buttonToggled();
+    /// The camera kept what it had when the user chose another value for a setting, in words.
+    void refused(const QString& message);
 
 private:
     void putAway();
     QWidget* panelOf(PDevice* device);
     void forget(PDevice* device);
+    void follow(const QWidget* panel);
+    static QString refusalText(const QString& title, const QString& kept);
     void applyFilter();
 
     QLineEdit* m_filter; // children
