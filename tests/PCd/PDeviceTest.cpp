@@ -2,6 +2,9 @@
 #include <PCd/FakeDevice.h>
 #include <PCd/FakeProperty.h>
 #include <PCd/FakeRegister.h>
+#include <PCd/FrameHelpers.h>
+
+#include <PDip/PBufferPool.h>
 
 #include <support/QtPrinters.h>
 
@@ -79,6 +82,16 @@ TEST(PDevice, has_nothing_to_stop_or_unlink_at_first) {
     EXPECT_TRUE(device.stopStream().isOk());
     EXPECT_TRUE(device.unlink().isOk());
     EXPECT_EQ(device.calls, QStringList());
+}
+
+TEST(PDevice, gives_the_memory_of_frames_back_as_soon_as_its_stream_ends) {
+    FakeDevice device;
+    ASSERT_TRUE(device.link().isOk());
+    ASSERT_TRUE(device.startStream().isOk());
+    smallImage(); // whose memory then waits to be used again
+    ASSERT_GT(PBufferPool::instance().statistics().idleBytes, 0u);
+    EXPECT_TRUE(device.stopStream().isOk());
+    EXPECT_EQ(PBufferPool::instance().statistics().idleBytes, 0u);
 }
 
 TEST(PDevice, is_stopped_for_the_host_even_if_it_refused_to_stop) {
