@@ -85,7 +85,7 @@ class Worker:
         return SURVIVED, "", "all passed"
 
     def judge_unused(self, objects):
-        """The result where no test executes the line: only the compiler can object."""
+        """The result where no test executes the file: only the compiler can object."""
         if all(self.build.target(name) for name in sorted(objects)):
             return SURVIVED, "", "no test executes it"
         return NOT_COMPILED, "", "does not build"

@@ -34,11 +34,12 @@ class Coverage:
         return line in self.objects[path] and (path, line) not in self.at_start
 
     def of_line(self, path, line):
-        """The suites that execute a line; for one without code those that execute its file.
+        """The suites that execute a line; without any, those that execute its file.
 
-        A file without any code, such as one of constants, may be used by all.
+        A line may have no code, and that of a statement of several lines may be counted at another
+        one of them. A file without any code, such as one of constants, may be used by all.
         """
-        if self.has_tests_of_its_own(path, line):
+        if self.has_tests_of_its_own(path, line) and self.suites[path][line]:
             return self.suites[path][line]
         if not self.objects[path]:
             return self.all_suites

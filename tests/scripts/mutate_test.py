@@ -231,7 +231,9 @@ class CoverageTest(unittest.TestCase):
 
     def test_a_line_with_code_has_the_suites_that_execute_it(self):
         self.assertEqual(self.coverage.of_line("a", 1), {Suite("p", "A")})
-        self.assertEqual(self.coverage.of_line("a", 2), set())
+
+    def test_a_line_whose_code_no_suite_executes_has_those_of_its_file(self):
+        self.assertEqual(self.coverage.of_line("a", 2), {Suite("p", "A")})
 
     def test_a_line_without_code_has_those_of_its_file(self):
         self.assertEqual(self.coverage.of_line("a", 3), {Suite("p", "A")})
