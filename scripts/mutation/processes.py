@@ -3,11 +3,13 @@
 import os
 import signal
 import subprocess
+import threading
 import time
 from dataclasses import dataclass
 
 COVERAGE_VARIABLE = "MUTATE_COVERAGE"  # set where a program is to write down what it executed
 RUNNING = set()
+ENDING = threading.Event()
 
 
 @dataclass
@@ -25,12 +27,19 @@ class Ended:
 
 
 def run(command, limit, cwd=None, env=None):
-    """Runs a command; its output is what it writes to both of its outputs."""
+    """Runs a command; its output is what it writes to both of its outputs.
+
+    Raises InterruptedError after end_all().
+    """
+    if ENDING.is_set():
+        raise InterruptedError("no program is started any more")
     started = time.monotonic()
     with subprocess.Popen(command, cwd=cwd, env=env, stdin=subprocess.DEVNULL,
                           stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
                           start_new_session=True) as process:
         RUNNING.add(process)
+        if ENDING.is_set():  # since it was looked at above
+            kill_group(process)
         try:
             output, _ = process.communicate(timeout=limit)
             code = process.returncode
@@ -45,7 +54,8 @@ def run(command, limit, cwd=None, env=None):
 
 
 def end_all():
-    """Kills what other threads are running."""
+    """Kills what other threads are running; they start nothing more."""
+    ENDING.set()
     for process in list(RUNNING):
         kill_group(process)
 

@@ -14,7 +14,7 @@ sys.dont_write_bytecode = True
 sys.path.insert(0, str(ROOT / "scripts"))
 
 # The path comes first.
-from mutation import cli  # noqa: E402
+from mutation import cli, processes  # noqa: E402
 from mutation.baseline import Baseline, Records, by_path  # noqa: E402
 from mutation.building import Build, assembling, moment  # noqa: E402
 from mutation.campaign import Campaign, Worker, detected, runs_of, spread  # noqa: E402
@@ -304,6 +304,12 @@ class DetectionTest(unittest.TestCase):
 
     def test_a_program_is_ended_at_its_limit(self):
         self.assertIsNone(run(["sleep", "60"], 0.1).code)
+
+    def test_nothing_is_started_once_all_was_ended(self):
+        self.addCleanup(processes.ENDING.clear)
+        processes.end_all()
+        with self.assertRaises(InterruptedError):
+            run(["true"], None)
 
     def test_suites_named_after_the_source_run_first_then_the_quick_ones_together(self):
         seconds = {Suite("p", "Other"): 0.1, Suite("p", "Another"): 0.1, Suite("p", "Slow"): 9,
