@@ -3,6 +3,7 @@
 
 #include <PCore/PBinaryFormat.h>
 #include <PCore/PNameScopes.h>
+#include <PCore/PReadFault.h>
 #include <PCore/PValueTree.h>
 
 #include <QIODevice>
@@ -13,12 +14,6 @@
 #include <cmath>
 
 namespace {
-
-/// What is wrong, and where; never leaves this file.
-struct Fault {
-    qsizetype offset;
-    QString what;
-};
 
 template <typename T>
 QVariant payloadOf(QDataStream& in) {
@@ -68,7 +63,7 @@ public:
 private:
     qsizetype offset() const { return PBinaryFormat::headerSize + qsizetype(m_in.device()->pos()); }
 
-    [[noreturn]] void fail(const QString& what) const { throw Fault{offset(), what}; }
+    [[noreturn]] void fail(const QString& what) const { throw PReadFault{offset(), what}; }
 
     template <typename T>
     T take() {
@@ -126,15 +121,15 @@ quint32 numberAt(const QByteArray& bytes, qsizetype offset) {
 void checkFrame(const QByteArray& bytes) {
     using namespace PBinaryFormat;
     if (bytes.size() < 4 || numberAt(bytes, 0) != magic)
-        throw Fault{0, QStringLiteral("not this binary format (it starts with \"PCDS\")")};
+        throw PReadFault{0, QStringLiteral("not this binary format (it starts with \"PCDS\")")};
     if (bytes.size() < headerSize + checksumSize)
-        throw Fault{bytes.size(), QStringLiteral("cut short")};
+        throw PReadFault{bytes.size(), QStringLiteral("cut short")};
     if (const quint32 found = numberAt(bytes, 4); found != version)
-        throw Fault{
+        throw PReadFault{
             4, QStringLiteral("version %1 is unknown (%2 was expected)").arg(found).arg(version)};
     const qsizetype end = bytes.size() - checksumSize;
     if (numberAt(bytes, end) != checksum(bytes.left(end)))
-        throw Fault{end, QStringLiteral("the checksum is wrong: cut short or changed")};
+        throw PReadFault{end, QStringLiteral("the checksum is wrong: cut short or changed")};
 }
 
 PValueTree::Object parsed(const QByteArray& bytes) {
@@ -161,7 +156,7 @@ PStatus PBinaryReader::setDocument(const QByteArray& bytes) {
     d->tree.setRoot({});
     try {
         d->tree.setRoot(parsed(bytes));
-    } catch (const Fault& fault) {
+    } catch (const PReadFault& fault) {
         return PStatus::failure(QStringLiteral("byte %1: %2").arg(fault.offset).arg(fault.what));
     }
     return PStatus::Ok;

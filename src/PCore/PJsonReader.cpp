@@ -2,6 +2,7 @@
 #include <PCore/PJsonReader.h>
 
 #include <PCore/PNameScopes.h>
+#include <PCore/PReadFault.h>
 #include <PCore/PValueTree.h>
 
 #include <QJsonArray>
@@ -19,12 +20,6 @@
 namespace {
 
 constexpr qsizetype largestDocument = qsizetype(64) << 20;
-
-/// What is wrong, and where; never leaves this file.
-struct Fault {
-    qsizetype offset;
-    QString what;
-};
 
 std::optional<int> toInt(double number) {
     using Limits = std::numeric_limits<int>;
@@ -115,7 +110,7 @@ private:
         const qsizetype start = m_pos++;
         for (; m_json[m_pos] != '"'; ++m_pos) {
             if (static_cast<unsigned char>(m_json[m_pos]) < ' ')
-                throw Fault{m_pos, QStringLiteral("a control character inside a text")};
+                throw PReadFault{m_pos, QStringLiteral("a control character inside a text")};
             if (m_json[m_pos] == '\\')
                 ++m_pos;
         }
@@ -154,9 +149,10 @@ private:
         const bool isInt = !token.contains('.') && !token.contains('e') && !token.contains('E');
         const QVariant value = isInt ? QVariant(token.toInt(&ok)) : QVariant(token.toDouble(&ok));
         if (!ok)
-            throw Fault{start, QStringLiteral("the number %1 is out of range (an int of 32 bits or "
-                                              "a finite double was expected)")
-                                   .arg(QString::fromLatin1(token.left(40)))};
+            throw PReadFault{start,
+                             QStringLiteral("the number %1 is out of range (an int of 32 bits or "
+                                            "a finite double was expected)")
+                                 .arg(QString::fromLatin1(token.left(40)))};
         return value;
     }
 
@@ -167,8 +163,8 @@ private:
         if (value.isDouble())
             return number(token, start);
         if (value.isArray() || value.isNull())
-            throw Fault{start, QStringLiteral("%1 is not a value that can be read here")
-                                   .arg(value.isNull() ? u"null" : u"an array")};
+            throw PReadFault{start, QStringLiteral("%1 is not a value that can be read here")
+                                        .arg(value.isNull() ? u"null" : u"an array")};
         return value.toVariant();
     }
 
@@ -178,7 +174,8 @@ private:
         const QVariant value = typedValue(type, decoded(valueToken()));
         skipSpace();
         if (!value.isValid() || m_json[m_pos] != '}')
-            throw Fault{start, QStringLiteral("not a value of a known type: \"%1\"").arg(type)};
+            throw PReadFault{start,
+                             QStringLiteral("not a value of a known type: \"%1\"").arg(type)};
         skipMark();
         return value;
     }
@@ -200,12 +197,13 @@ private:
         const qsizetype start = m_pos;
         QString entryName = name();
         if (isTypeName(entryName))
-            throw Fault{start, QStringLiteral("the type \"%1\" among other names").arg(entryName)};
+            throw PReadFault{start,
+                             QStringLiteral("the type \"%1\" among other names").arg(entryName)};
         if (entryName.startsWith(u'$'))
             entryName.remove(0, 1);
         PValueTree::Entry* added = object.add(entryName, lineAt(start));
         if (!added)
-            throw Fault{start, QStringLiteral("the name \"%1\" twice").arg(entryName)};
+            throw PReadFault{start, QStringLiteral("the name \"%1\" twice").arg(entryName)};
         skipMark();
         if (m_json[m_pos] == '{')
             nested(*added, depth);
@@ -216,7 +214,7 @@ private:
 
     PValueTree::Object object(qsizetype depth) {
         if (depth > PNameScopes::maxDepth)
-            throw Fault{
+            throw PReadFault{
                 m_pos,
                 QStringLiteral("objects nested more than %1 deep").arg(PNameScopes::maxDepth)};
         PValueTree::Object result;
@@ -284,7 +282,7 @@ PStatus PJsonReader::setDocument(const QByteArray& json) {
         return status;
     try {
         d->tree.setRoot(Walker(text).document());
-    } catch (const Fault& fault) {
+    } catch (const PReadFault& fault) {
         return failureAt(text, fault.offset, fault.what);
     }
     return PStatus::Ok;
