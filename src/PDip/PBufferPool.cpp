@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <PDip/PBufferPool.h>
 
+#include <PDip/PImageSizeLimit.h>
+
 #include <sys/mman.h>
 
 #include <algorithm>
@@ -25,7 +27,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::size_t sizeLimit = std::size_t(1) << 62;
 constexpr std::size_t pageSize = 4096; // the smallest size class; pages may be larger
 constexpr std::size_t idleCountLimit = 64;
 
@@ -227,7 +228,7 @@ PBufferPool& PBufferPool::instance() {
 }
 
 PBufferPool::Buffer PBufferPool::acquire(std::size_t size) {
-    if (size == 0 || size >= sizeLimit)
+    if (size == 0 || size >= PImageSizeLimit)
         return nullptr;
     Mapping mapping = m_core->take(roundedSize(size));
     if (!mapping.memory())

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include <PDip/PImageHeader.h>
 
-namespace {
+#include <PDip/PImageSizeLimit.h>
 
-constexpr std::size_t sizeLimit = std::size_t(1) << 62;
+namespace {
 
 /// a * b, or 0 if that is not below the limit.
 std::size_t limitedProduct(std::size_t a, std::size_t b) {
     std::size_t product = 0;
-    return __builtin_mul_overflow(a, b, &product) || product >= sizeLimit ? 0 : product;
+    return __builtin_mul_overflow(a, b, &product) || product >= PImageSizeLimit ? 0 : product;
 }
 
 std::size_t paddedRow(std::size_t bytes) {
