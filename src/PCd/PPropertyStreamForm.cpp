@@ -62,7 +62,7 @@ QVariant plainField(const QVariant& field) {
 }
 
 /// Empty if there are no stored fields, or files have no type for one of them.
-QVariantMap fieldsOf(const QVariant& value) {
+QVariantMap storedFieldsOf(const QVariant& value) {
     QVariantMap fields;
     for (const QString& name : PGadgetFields::storedNames(value)) {
         const QVariant field = plainField(PGadgetFields::read(value, name));
@@ -116,7 +116,7 @@ QVariant PPropertyStreamForm::toForm(const QVariant& value, const QVariant& rang
         return nameOfChoice(value, range.value<PEnumeration>());
     if (isPlain(value.typeId()))
         return value;
-    const QVariantMap fields = fieldsOf(value);
+    const QVariantMap fields = storedFieldsOf(value);
     return fields.isEmpty() ? bytesOf(value) : fields;
 }
 

@@ -15,8 +15,6 @@
 
 namespace {
 
-using IntRange = PMinMaxRange<int>;
-
 QString choiceText(const PEnumerationItem& item) {
     return item.title.isEmpty() ? item.name : item.title;
 }
@@ -53,9 +51,9 @@ QString PPropertyWords::valueText(const PDeviceProperty& property, const QVarian
 }
 
 QString PPropertyWords::rangeText(const PDeviceProperty& property, const QVariant& range) {
-    if (range.metaType() != QMetaType::fromType<IntRange>())
+    if (range.metaType() != QMetaType::fromType<PMinMaxRange<int>>())
         return QString();
-    const IntRange numbers = range.value<IntRange>();
+    const auto numbers = range.value<PMinMaxRange<int>>();
     const auto textOf = [&](int number) { return valueText(property, range, number); };
     const QString ends =
         tr("Range: %1 to %2").arg(textOf(numbers.minimum), textOf(numbers.maximum));
