@@ -3,7 +3,7 @@
 
 namespace {
 
-constexpr float kUnitsWide = 1280.0F;
+constexpr float kCellUnitsWide = 1280.0F;
 constexpr float kPitch = 118.0F; // units from cell to cell
 
 // Two exposures of dye over each other add up, but never beyond full.
@@ -14,7 +14,7 @@ std::uint8_t added(std::uint8_t value, float more) {
 } // namespace
 
 PSimCells::PSimCells(unsigned width, unsigned height, std::uint64_t seed)
-    : m_scale(static_cast<float>(width) / kUnitsWide)
+    : m_scale(static_cast<float>(width) / kCellUnitsWide)
     , m_unitsHigh(static_cast<float>(height) / m_scale)
     , m_field(seed)
     , m_random(seed)
@@ -24,7 +24,7 @@ PSimCells::PSimCells(unsigned width, unsigned height, std::uint64_t seed)
 
 void PSimCells::paint() {
     for (float y = -kPitch; y < m_unitsHigh + kPitch; y += kPitch) {
-        for (float x = -kPitch; x < kUnitsWide + kPitch; x += kPitch) {
+        for (float x = -kPitch; x < kCellUnitsWide + kPitch; x += kPitch) {
             Cell cell{};
             cell.x = x + static_cast<float>(m_random.between(0.0, 0.8 * kPitch));
             cell.y = y + static_cast<float>(m_random.between(0.0, 0.8 * kPitch));

@@ -10,16 +10,15 @@ namespace {
 
 using Action = PSimFaultSpec::Action;
 
-constexpr double kMaxUnsigned = std::numeric_limits<unsigned>::max();
 constexpr double kMaxInt = std::numeric_limits<int>::max();
 constexpr double kMinInt = std::numeric_limits<int>::min();
 
 void readFail(PSimJsonObject& object, PSimFaultSpec& step) {
     step.function = object.requiredText("function").toUtf8();
     if (object.has("option"))
-        step.option = object.integer("option", 0U, 0, kMaxUnsigned);
-    step.skip = object.integer("skip", step.skip, 0, kMaxUnsigned);
-    step.count = object.integer("count", step.count, 0, kMaxUnsigned);
+        step.option = object.integer("option", 0U, 0, PSimJsonObject::kMaxUnsigned);
+    step.skip = object.integer("skip", step.skip, 0, PSimJsonObject::kMaxUnsigned);
+    step.count = object.integer("count", step.count, 0, PSimJsonObject::kMaxUnsigned);
     if (!object.has("result"))
         object.complain("result", QStringLiteral("the result the call shall have"));
     step.result = object.integer("result", step.result, kMinInt, kMaxInt);
@@ -37,7 +36,7 @@ void readReportedSize(PSimJsonObject& object, PSimFaultSpec& step) {
 }
 
 void readAnswer(PSimJsonObject& object, PSimFaultSpec& step) {
-    step.option = object.integer("option", 0U, 0, kMaxUnsigned);
+    step.option = object.integer("option", 0U, 0, PSimJsonObject::kMaxUnsigned);
     if (!object.has("value"))
         object.complain("value", QStringLiteral("what the option shall answer"));
     step.value = object.integer("value", step.value, kMinInt, kMaxInt);
@@ -47,7 +46,7 @@ void readMalformed(PSimJsonObject& object, PSimFaultSpec& step) {
     step.width = object.integer("width", step.width, kMinInt, kMaxInt);
     step.height = object.integer("height", step.height, kMinInt, kMaxInt);
     step.bits = object.integer("bits", step.bits, 0, 65535);
-    step.sizeImage = object.integer("sizeImage", step.sizeImage, 0, kMaxUnsigned);
+    step.sizeImage = object.integer("sizeImage", step.sizeImage, 0, PSimJsonObject::kMaxUnsigned);
 }
 
 void readCameraId(PSimJsonObject& object, PSimFaultSpec& step, const PSimScene& scene) {
@@ -99,7 +98,7 @@ PSimFaultSpec PSimFaultReader::read(const QJsonValue& value, const QString& plac
             readTime(object, step);
     }
     if (step.action == Action::Event)
-        step.event = object.integer("event", step.event, 0, kMaxUnsigned);
+        step.event = object.integer("event", step.event, 0, PSimJsonObject::kMaxUnsigned);
     else if (step.action == Action::PushMalformed)
         readMalformed(object, step);
     object.finish();

@@ -7,6 +7,7 @@
 #include <QString>
 #include <functional>
 #include <initializer_list>
+#include <limits>
 #include <stdexcept>
 
 /// Something wrong in a scene text; what() names the place, what stands there and what was
@@ -20,6 +21,9 @@ public:
 /// nobody asked for throw PSimSceneError. Used on one thread.
 class PSimJsonObject {
 public:
+    /// As a bound: whatever fits.
+    static constexpr double kMaxUnsigned = std::numeric_limits<unsigned>::max();
+
     PSimJsonObject(const QJsonValue& value, const QString& place);
 
     bool has(const char* key) const { return m_object.contains(QLatin1String(key)); }

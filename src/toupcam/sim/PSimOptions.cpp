@@ -15,8 +15,9 @@ HRESULT onlyZero(int value) {
 }
 
 HRESULT checkBinning(int value) {
-    constexpr int kAverage = 0x80;
-    return value >= kAverage ? inRange(value, kAverage + 2, kAverage + 4) : inRange(value, 1, 4);
+    return value >= PSimOptions::kAverage
+               ? inRange(value, PSimOptions::kAverage + 2, PSimOptions::kAverage + 4)
+               : inRange(value, 1, 4);
 }
 
 HRESULT checkRotation(int degrees) {

@@ -10,6 +10,9 @@
 /// model has not, E_INVALIDARG out of range. Guarded by its owner's lock.
 class PSimOptions {
 public:
+    /// In the binning option: pixels are averaged rather than summed.
+    static constexpr int kAverage = 0x80;
+
     /// Power-on values.
     explicit PSimOptions(const PSimCameraSpec& spec);
 

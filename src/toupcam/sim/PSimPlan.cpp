@@ -10,8 +10,6 @@
 
 namespace {
 
-using Action = PSimFaultSpec::Action;
-
 // A header may lie: this much memory at most stands behind one, however large it says it is.
 constexpr std::size_t kMostMalformedBytes = std::size_t{256} << 20;
 

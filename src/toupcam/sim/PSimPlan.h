@@ -27,6 +27,7 @@ public:
     std::shared_ptr<PSimFrameObserver> observer(const QByteArray& camera);
 
 private:
+    using Action = PSimFaultSpec::Action;
     class Observer;
     struct Step {
         PSimFaultSpec spec;

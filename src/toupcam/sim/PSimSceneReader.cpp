@@ -16,7 +16,6 @@
 
 namespace {
 
-constexpr double kMaxUnsigned = std::numeric_limits<unsigned>::max();
 constexpr double kMaxExactInteger = 9007199254740992.0; // 2^53: JSON numbers are doubles
 
 struct FlagName {
@@ -80,9 +79,9 @@ PSimResolution readResolution(const QJsonValue& value, const QString& place) {
 PSimExposureSpec readExposure(const QJsonValue& value, const QString& place) {
     PSimExposureSpec result;
     PSimJsonObject object(value, place);
-    result.minimum = object.integer("min", result.minimum, 1, kMaxUnsigned);
+    result.minimum = object.integer("min", result.minimum, 1, PSimJsonObject::kMaxUnsigned);
     result.maximum = object.integer("max", std::max(result.maximum, result.minimum), result.minimum,
-                                    kMaxUnsigned);
+                                    PSimJsonObject::kMaxUnsigned);
     const auto inRange = [&result](unsigned wanted) {
         return std::clamp(wanted, result.minimum, result.maximum);
     };

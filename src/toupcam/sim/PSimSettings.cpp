@@ -9,13 +9,8 @@
 
 namespace {
 
-constexpr unsigned kAverage = 0x80; // flag of the binning option
 constexpr short kColdestTarget = -500;
 constexpr short kWarmestTarget = 400;
-
-HRESULT inRange(int value, int minimum, int maximum) {
-    return value >= minimum && value <= maximum ? S_OK : E_INVALIDARG;
-}
 
 // Light fed with alternating current comes and goes twice in each period.
 double beatOf(int lightFrequency) {
@@ -113,7 +108,7 @@ HRESULT PSimSettings::tempTint(int* temperature, int* tint) const {
 
 HRESULT PSimSettings::setRealTime(int value) {
     // Every mode comes to the same here: the simulated camera never queues frames.
-    return inRange(value, 0, 2);
+    return value >= 0 && value <= 2 ? S_OK : E_INVALIDARG;
 }
 
 HRESULT PSimSettings::setResolution(unsigned index) {
@@ -235,12 +230,12 @@ PSimShot PSimSettings::shotOf(unsigned resolution) const {
 }
 
 PSimGeometry PSimSettings::geometryOf(unsigned resolution) const {
-    const unsigned binning = static_cast<unsigned>(m_options.value(TOUPCAM_OPTION_BINNING, 1));
+    const int binning = m_options.value(TOUPCAM_OPTION_BINNING, 1);
     PSimGeometry geometry;
     geometry.region = m_region.scaled(m_spec->resolutions[m_resolution].size(),
                                       m_spec->resolutions[resolution].size());
-    geometry.binning = binning & ~kAverage;
-    geometry.average = (binning & kAverage) != 0;
+    geometry.binning = static_cast<unsigned>(binning & ~PSimOptions::kAverage);
+    geometry.average = (binning & PSimOptions::kAverage) != 0;
     geometry.rotation = static_cast<unsigned>(m_options.value(TOUPCAM_OPTION_ROTATE, 0));
     geometry.hFlip = m_numbers.value(PSimNumber::HFlip) != 0;
     geometry.vFlip = m_numbers.value(PSimNumber::VFlip) != 0;

@@ -14,7 +14,7 @@ constexpr double kMostCooling = 45.0; // kelvin
 constexpr double kCoolingWithoutFan = 0.4;
 constexpr double kVoltageAKelvin = 0.25;
 
-constexpr double kStep = 0.25; // seconds: small beside 3 s, the loop's own time constant
+constexpr double kLoopStep = 0.25; // seconds: small beside 3 s, the loop's own time constant
 constexpr double kLongEnough = 20.0 * kTimeConstant; // all is settled after that
 
 } // namespace
@@ -57,8 +57,8 @@ void PSimThermal::advance() {
     const std::chrono::duration<double> passed = now - m_when;
     m_when = now;
     double left = std::min(passed.count() * m_speed, kLongEnough);
-    for (; left > kStep; left -= kStep)
-        step(kStep);
+    for (; left > kLoopStep; left -= kLoopStep)
+        step(kLoopStep);
     step(left);
 }
 

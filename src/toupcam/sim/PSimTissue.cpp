@@ -5,9 +5,10 @@
 
 namespace {
 
-constexpr float kUnitsWide = 5440.0F;
+constexpr float kTissueUnitsWide = 5440.0F;
 constexpr float kPi = 3.14159265F;
-constexpr unsigned kStep = 4; // ground is computed every so many pixels and interpolated between
+constexpr unsigned kGroundStep =
+    4; // ground is computed every so many pixels and interpolated between
 
 float smoothStep(float low, float high, float x) {
     const float t = std::clamp((x - low) / (high - low), 0.0F, 1.0F);
@@ -21,7 +22,7 @@ float mixed(float a, float b, float share) {
 } // namespace
 
 PSimTissue::PSimTissue(unsigned width, unsigned height, std::uint64_t seed)
-    : m_scale(static_cast<float>(width) / kUnitsWide)
+    : m_scale(static_cast<float>(width) / kTissueUnitsWide)
     , m_unitsHigh(static_cast<float>(height) / m_scale)
     , m_field(seed)
     , m_random(seed)
@@ -41,7 +42,7 @@ void PSimTissue::placeGlands() {
     constexpr int kTries = 700;
     for (int i = 0; i < kTries; ++i) {
         Gland gland{};
-        gland.x = static_cast<float>(m_random.between(-200.0, kUnitsWide + 200.0));
+        gland.x = static_cast<float>(m_random.between(-200.0, kTissueUnitsWide + 200.0));
         gland.y = static_cast<float>(m_random.between(-200.0, m_unitsHigh + 200.0F));
         gland.radius = static_cast<float>(m_random.between(230.0, 430.0));
         gland.phase2 = static_cast<float>(m_random.between(0.0, 6.28));
@@ -150,25 +151,25 @@ PSimTissue::Stains PSimTissue::stainsAt(float u, float v) const {
 }
 
 void PSimTissue::paintGround() {
-    const unsigned columns = m_nuclei.width() / kStep + 2;
-    const float unitsAStep = static_cast<float>(kStep) / m_scale;
+    const unsigned columns = m_nuclei.width() / kGroundStep + 2;
+    const float unitsAStep = static_cast<float>(kGroundStep) / m_scale;
     std::array<std::vector<Stains>, 2> lines{std::vector<Stains>(columns),
                                              std::vector<Stains>(columns)};
     const auto compute = [&](std::vector<Stains>& line, unsigned y) {
         for (unsigned i = 0; i < columns; ++i)
             line[i] = stainsAt(static_cast<float>(i) * unitsAStep,
-                               static_cast<float>(y / kStep) * unitsAStep);
+                               static_cast<float>(y / kGroundStep) * unitsAStep);
     };
     compute(lines[1], 0);
     for (unsigned y = 0; y < m_nuclei.height(); ++y) {
-        if (y % kStep == 0) {
+        if (y % kGroundStep == 0) {
             lines[0].swap(lines[1]);
-            compute(lines[1], y + kStep);
+            compute(lines[1], y + kGroundStep);
         }
-        const float down = static_cast<float>(y % kStep) / kStep;
+        const float down = static_cast<float>(y % kGroundStep) / kGroundStep;
         for (unsigned x = 0; x < m_nuclei.width(); ++x) {
-            const float right = static_cast<float>(x % kStep) / kStep;
-            const std::size_t i = x / kStep;
+            const float right = static_cast<float>(x % kGroundStep) / kGroundStep;
+            const std::size_t i = x / kGroundStep;
             const auto blend = [&](float Stains::*stain) {
                 return mixed(mixed(lines[0][i].*stain, lines[0][i + 1].*stain, right),
                              mixed(lines[1][i].*stain, lines[1][i + 1].*stain, right), down);
@@ -238,11 +239,11 @@ void PSimTissue::paintGlandCells(const Gland& gland) {
 }
 
 void PSimTissue::paintStromaCells() {
-    constexpr float kPitch = 62.0F;
-    for (float y = 0.0F; y < m_unitsHigh; y += kPitch) {
-        for (float x = 0.0F; x < kUnitsWide; x += kPitch) {
-            const float u = x + static_cast<float>(m_random.between(0.0, kPitch));
-            const float v = y + static_cast<float>(m_random.between(0.0, kPitch));
+    constexpr float kStromaPitch = 62.0F;
+    for (float y = 0.0F; y < m_unitsHigh; y += kStromaPitch) {
+        for (float x = 0.0F; x < kTissueUnitsWide; x += kStromaPitch) {
+            const float u = x + static_cast<float>(m_random.between(0.0, kStromaPitch));
+            const float v = y + static_cast<float>(m_random.between(0.0, kStromaPitch));
             const double kind = m_random.uniform();
             const auto strength = static_cast<float>(m_random.between(0.7, 0.95));
             const float angle =

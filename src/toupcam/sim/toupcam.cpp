@@ -16,10 +16,6 @@ namespace {
 constexpr std::size_t kIdSize = sizeof(ToupcamDeviceV2::id);
 constexpr std::size_t kSerialSize = 32;
 
-PSimWorld& world() {
-    return PSimWorld::instance();
-}
-
 HRESULT give(const PSimSize& size, int* width, int* height) {
     if (!width || !height)
         return E_POINTER;
@@ -54,7 +50,8 @@ HRESULT pullMisreported(PSimStream& stream, const PSimSize& size, bool still, vo
 HRESULT pull(const char* function, HToupcam h, bool still, void* buffer, int bits,
              ToupcamFrameInfoV2* info) {
     const auto work = [&](PSimSession& s) {
-        const auto size = buffer ? world().faults().reportedSize(function) : std::nullopt;
+        const auto size =
+            buffer ? PSimWorld::instance().faults().reportedSize(function) : std::nullopt;
         return size ? pullMisreported(s.stream(), *size, still, buffer, bits, info)
                     : s.stream().pull(still, buffer, bits, info);
     };
@@ -75,7 +72,7 @@ HRESULT onOption(const char* function, HToupcam h, unsigned option, const Work& 
 unsigned Toupcam_EnumV2(ToupcamDeviceV2 pti[TOUPCAM_MAX]) {
     std::vector<ToupcamDeviceV2> found;
     const HRESULT injected = guarded(__func__, std::nullopt, [&found] {
-        found = world().enumerate();
+        found = PSimWorld::instance().enumerate();
         return HRESULT{TOUPCAM_MAX};
     });
     // A failure that is asked for is a number of cameras; more than there are cannot be listed.
@@ -88,7 +85,7 @@ unsigned Toupcam_EnumV2(ToupcamDeviceV2 pti[TOUPCAM_MAX]) {
 
 void Toupcam_HotPlug(PTOUPCAM_HOTPLUG funcHotPlug, void* ctxHotPlug) {
     guarded(__func__, std::nullopt, [&] {
-        world().hotPlug().setCallback(funcHotPlug, ctxHotPlug);
+        PSimWorld::instance().hotPlug().setCallback(funcHotPlug, ctxHotPlug);
         return S_OK;
     });
     record(__func__, std::string(), function(funcHotPlug), context(ctxHotPlug));
@@ -98,7 +95,8 @@ HToupcam Toupcam_Open(const char* camId) {
     HToupcam handle = nullptr;
     guarded(__func__, std::nullopt, [&] {
         if (camId) // an id may fill its field to the last byte, without a NUL
-            handle = world().open(QByteArray(camId, static_cast<int>(strnlen(camId, kIdSize))));
+            handle = PSimWorld::instance().open(
+                QByteArray(camId, static_cast<int>(strnlen(camId, kIdSize))));
         return S_OK;
     });
     record(__func__, written(handle), Text{camId, kIdSize});
@@ -106,7 +104,8 @@ HToupcam Toupcam_Open(const char* camId) {
 }
 
 void Toupcam_Close(HToupcam h) {
-    guarded(__func__, std::nullopt, [h] { return world().close(h) ? S_OK : E_INVALIDARG; });
+    guarded(__func__, std::nullopt,
+            [h] { return PSimWorld::instance().close(h) ? S_OK : E_INVALIDARG; });
     record(__func__, std::string(), h);
 }
 
@@ -226,7 +225,7 @@ HRESULT Toupcam_put_Option(HToupcam h, unsigned iOption, int iValue) {
 HRESULT Toupcam_get_Option(HToupcam h, unsigned iOption, int* piValue) {
     const auto get = [&](PSimSession& s) {
         const HRESULT result = s.settings().option(iOption, piValue);
-        const std::optional<int> answer = world().faults().answerOf(iOption);
+        const std::optional<int> answer = PSimWorld::instance().faults().answerOf(iOption);
         if (result < 0 || !answer)
             return result;
         *piValue = *answer;

@@ -9,10 +9,6 @@
 
 namespace {
 
-PSimWorld& world() {
-    return PSimWorld::instance();
-}
-
 QByteArray idOf(const char* camId) {
     return camId ? QByteArray(camId) : QByteArray();
 }
@@ -44,7 +40,7 @@ const char* ToupcamSim_version(void) {
 const char* ToupcamSim_loadScene(const char* json) {
     thread_local std::string complaint;
     try {
-        world().load(PSimSceneReader::read(idOf(json)));
+        PSimWorld::instance().load(PSimSceneReader::read(idOf(json)));
         return nullptr;
     } catch (const std::exception& error) {
         complaint = error.what();
@@ -53,53 +49,54 @@ const char* ToupcamSim_loadScene(const char* json) {
 }
 
 void ToupcamSim_reset(void) {
-    attempt([] { world().reset(); });
+    attempt([] { PSimWorld::instance().reset(); });
 }
 
 int ToupcamSim_unplug(const char* camId) {
-    return done([camId] { return world().unplug(idOf(camId)); });
+    return done([camId] { return PSimWorld::instance().unplug(idOf(camId)); });
 }
 
 int ToupcamSim_plug(const char* camId) {
-    return done([camId] { return world().plug(idOf(camId)); });
+    return done([camId] { return PSimWorld::instance().plug(idOf(camId)); });
 }
 
 void ToupcamSim_fireHotPlug(void) {
-    attempt([] { world().hotPlug().notify(); });
+    attempt([] { PSimWorld::instance().hotPlug().notify(); });
 }
 
 void ToupcamSim_failCall(const char* function, unsigned skip, unsigned count, HRESULT result) {
-    attempt([&] { world().faults().fail(function, std::nullopt, skip, count, result); });
+    attempt(
+        [&] { PSimWorld::instance().faults().fail(function, std::nullopt, skip, count, result); });
 }
 
 void ToupcamSim_failOption(const char* function, unsigned option, unsigned skip, unsigned count,
                            HRESULT result) {
-    attempt([&] { world().faults().fail(function, option, skip, count, result); });
+    attempt([&] { PSimWorld::instance().faults().fail(function, option, skip, count, result); });
 }
 
 void ToupcamSim_delayCall(const char* function, unsigned ms) {
-    attempt([&] { world().faults().delay(function, ms); });
+    attempt([&] { PSimWorld::instance().faults().delay(function, ms); });
 }
 
 void ToupcamSim_reportSize(const char* function, unsigned width, unsigned height) {
-    attempt([&] { world().faults().reportSize(function, {width, height}); });
+    attempt([&] { PSimWorld::instance().faults().reportSize(function, {width, height}); });
 }
 
 void ToupcamSim_answerOption(unsigned option, int value) {
-    attempt([&] { world().faults().answerOption(option, value); });
+    attempt([&] { PSimWorld::instance().faults().answerOption(option, value); });
 }
 
 void ToupcamSim_clearFaults(void) {
-    attempt([] { world().faults().clear(); });
+    attempt([] { PSimWorld::instance().faults().clear(); });
 }
 
 int ToupcamSim_holdFrames(const char* camId, int hold) {
-    return done([&] { return world().hold(idOf(camId), hold != 0); });
+    return done([&] { return PSimWorld::instance().hold(idOf(camId), hold != 0); });
 }
 
 int ToupcamSim_fireTrigger(const char* camId) {
     return done([camId] {
-        const std::shared_ptr<PSimCamera> camera = world().camera(idOf(camId));
+        const std::shared_ptr<PSimCamera> camera = PSimWorld::instance().camera(idOf(camId));
         return camera && camera->signal();
     });
 }
@@ -107,7 +104,7 @@ int ToupcamSim_fireTrigger(const char* camId) {
 unsigned long long ToupcamSim_missedTriggers(const char* camId) {
     unsigned long long missed = 0;
     attempt([&] {
-        if (const std::shared_ptr<PSimCamera> camera = world().camera(idOf(camId)))
+        if (const std::shared_ptr<PSimCamera> camera = PSimWorld::instance().camera(idOf(camId)))
             missed = camera->missedSignals();
     });
     return missed;
@@ -115,17 +112,18 @@ unsigned long long ToupcamSim_missedTriggers(const char* camId) {
 
 int ToupcamSim_pushRaw(const char* camId, const void* data, const BITMAPINFOHEADER* header,
                        int isSnapshot) {
-    return done([&] { return world().pushRaw(idOf(camId), data, header, isSnapshot); });
+    return done(
+        [&] { return PSimWorld::instance().pushRaw(idOf(camId), data, header, isSnapshot); });
 }
 
 int ToupcamSim_fireEvent(const char* camId, unsigned event) {
-    return done([&] { return world().fireEvent(idOf(camId), event); });
+    return done([&] { return PSimWorld::instance().fireEvent(idOf(camId), event); });
 }
 
 int ToupcamSim_frameCount(const char* camId, unsigned long long* produced,
                           unsigned long long* delivered) {
     return done([&] {
-        const std::shared_ptr<PSimCamera> camera = world().camera(idOf(camId));
+        const std::shared_ptr<PSimCamera> camera = PSimWorld::instance().camera(idOf(camId));
         if (!camera)
             return false;
         const PSimFrameCounts counts = camera->counts();
@@ -141,12 +139,12 @@ unsigned ToupcamSim_journal(unsigned index, char* line, unsigned size) {
     attempt([&] {
         if (!line || size == 0)
             return;
-        const std::string text = world().journal().line(index).substr(0, size - 1);
+        const std::string text = PSimWorld::instance().journal().line(index).substr(0, size - 1);
         std::memcpy(line, text.c_str(), text.size() + 1);
     });
-    return static_cast<unsigned>(world().journal().size());
+    return static_cast<unsigned>(PSimWorld::instance().journal().size());
 }
 
 void ToupcamSim_clearJournal(void) {
-    attempt([] { world().journal().clear(); });
+    attempt([] { PSimWorld::instance().journal().clear(); });
 }
