@@ -48,6 +48,11 @@ struct PCtlOptions {
     QString profileFile;                               ///< profile: with this file
 
     std::optional<std::chrono::milliseconds> timeout; ///< longest wait for a picture or answer
+    /// The longest wait for the next frame of a stream: the timeout, else longer than most
+    /// exposures.
+    std::chrono::milliseconds frameTimeout() const {
+        return timeout.value_or(std::chrono::seconds(30));
+    }
 
     QString output; ///< snap: the picture file; record: the stack or the pattern of files
 

@@ -9,16 +9,6 @@
 
 #include <utility>
 
-namespace {
-
-using std::chrono::milliseconds;
-using Clock = PFrameRecorder::Clock;
-
-// Longer than most exposures; --timeout is for the others.
-constexpr milliseconds frameTimeout(30'000);
-
-} // namespace
-
 PRecordRun::PRecordRun(PDeviceManager& manager, PDevice* device, PCameraIdentity camera,
                        const PCtlOptions& options)
     : m_camera(std::move(camera))
@@ -87,7 +77,7 @@ bool PRecordRun::isOver() {
 }
 
 bool PRecordRun::isStalled() const {
-    return Clock::now() - m_lastFrame > m_options.timeout.value_or(frameTimeout);
+    return Clock::now() - m_lastFrame > m_options.frameTimeout();
 }
 
 void PRecordRun::showStatus(const PFrameRecorder::Progress& progress) {
@@ -118,7 +108,7 @@ QString PRecordRun::troubleAfter() const {
         return hasSetEnd || taken == 0 ? u"interrupted after %1 frames"_qs.arg(taken) : QString();
     }
     return u"camera %1 sent no frame for %2 s; %3 frames were taken before"_qs.arg(m_camera.id)
-        .arg(double(m_options.timeout.value_or(frameTimeout).count()) / 1000)
+        .arg(double(m_options.frameTimeout().count()) / 1000)
         .arg(taken);
 }
 
@@ -126,7 +116,7 @@ QString PRecordRun::troubleAfter() const {
 /// frames would be lost.
 void PRecordRun::finish(const QString& trouble) {
     m_recorder->end(m_session.ledger().since(m_ledgerAtStart), trouble);
-    while (!m_recorder->waitUntilFinished(milliseconds(100)))
+    while (!m_recorder->waitUntilFinished(std::chrono::milliseconds(100)))
         m_status.show(u"saving: %1 frames left"_qs.arg(m_recorder->progress().tally.waiting));
 }
 

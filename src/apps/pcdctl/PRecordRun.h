@@ -24,6 +24,8 @@ public:
     PRecordReport report(const PCtlOutcome& outcome) const;
 
 private:
+    using Clock = PFrameRecorder::Clock;
+
     PCtlOutcome start();
     std::unique_ptr<PFrameWriter> makeWriter() const;
     bool isOver();
@@ -40,7 +42,7 @@ private:
     std::shared_ptr<PFrameRecorder> m_recorder;
     std::unique_ptr<PExposureWatch> m_exposure;
     PFrameLedger m_ledgerAtStart;
-    PFrameRecorder::Clock::time_point m_lastFrame;
+    Clock::time_point m_lastFrame;
     bool m_wasStarted = false;
     PCameraSession m_session; // goes first: frames that still arrive need the rest
 };

@@ -10,10 +10,6 @@
 namespace {
 
 using std::chrono::milliseconds;
-using Clock = PStreamTally::Clock;
-
-// Longer than most exposures; --timeout is for the others.
-constexpr milliseconds frameTimeout(30'000);
 
 quint64 lostOf(const PFrameLedger& ledger) {
     return ledger.produced - ledger.waiting - ledger.count(PFrameFate::Delivered) -
@@ -120,7 +116,7 @@ bool PStreamRun::isStalled() const {
 std::chrono::microseconds PStreamRun::longestWait() const {
     const std::chrono::microseconds exposure =
         m_trigger ? m_trigger->exposure() : std::chrono::microseconds(0);
-    return exposure + m_options.timeout.value_or(frameTimeout);
+    return exposure + m_options.frameTimeout();
 }
 
 /// Which frame of a triggered run is missing, as far as can be known: frames carry no numbers of
@@ -172,7 +168,7 @@ QString PStreamRun::troubleAfter(bool reachedEnd) const {
         return missingFrame();
     if (reachedEnd && !gotAll && isStalled()) {
         return u"camera %1 sent no frame for %2 s; %3 frames arrived before"_qs.arg(m_camera.id)
-            .arg(double(m_options.timeout.value_or(frameTimeout).count()) / 1000)
+            .arg(double(m_options.frameTimeout().count()) / 1000)
             .arg(frames);
     }
     const bool hasSetEnd = m_options.frames || m_options.duration;

@@ -24,6 +24,8 @@ public:
     PStreamReport report(const PCtlOutcome& outcome) const;
 
 private:
+    using Clock = PStreamTally::Clock;
+
     PCtlOutcome start();
     PCtlOutcome startSaver();
     PCtlOutcome prepareTrigger();
@@ -45,8 +47,8 @@ private:
     PStatusLine m_status;
     std::shared_ptr<PFrameSaver> m_saver;
     std::unique_ptr<PTriggerControl> m_trigger; ///< null: free-running
-    PStreamTally::Clock::time_point m_start;
-    PStreamTally::Clock::time_point m_lastFrame;
+    Clock::time_point m_start;
+    Clock::time_point m_lastFrame;
     bool m_wasStarted = false;
     PCameraSession m_session; // goes first: frames that still arrive need the rest
 };
