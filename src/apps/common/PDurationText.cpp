@@ -6,12 +6,12 @@
 namespace {
 
 constexpr double longest = 24.0 * 3600 * 1e6; // microseconds
-constexpr auto number = R"((?:(\d+(?:\.\d+)?)\s*%1\s*)?)";
+constexpr auto numberPattern = R"((?:(\d+(?:\.\d+)?)\s*%1\s*)?)";
 
 QRegularExpression pattern() {
     QString text = QStringLiteral("^\\s*");
     for (const char* unit : {"m(?!s)", "s", "ms", "(?:us|µs|μs)"})
-        text += QString::fromLatin1(number).arg(QString::fromUtf8(unit));
+        text += QString::fromLatin1(numberPattern).arg(QString::fromUtf8(unit));
     return QRegularExpression(text + QLatin1Char('$'));
 }
 

@@ -21,7 +21,7 @@
 
 namespace {
 
-const QString png = u".png"_qs;
+const QString pngEnding = u".png"_qs;
 
 PStatus fileFailure(const QString& path, const QString& reason) {
     return PStatus::failure(PPictureFile::tr("cannot save \"%1\": %2").arg(path, reason));
@@ -74,7 +74,7 @@ QByteArray encodeTiff(const QImage& image, const PPictureNotes& notes) {
 
 QByteArray encode(const QString& path, const QImage& image, const PPictureNotes& notes,
                   PPictureFile::Effort effort) {
-    return hasEnding(path, png) ? encodePng(image, notes, effort) : encodeTiff(image, notes);
+    return hasEnding(path, pngEnding) ? encodePng(image, notes, effort) : encodeTiff(image, notes);
 }
 
 bool writeAll(QFileDevice& file, const QByteArray& bytes) {
@@ -115,7 +115,7 @@ PStatus createFile(const QString& path, const QByteArray& bytes) {
 } // namespace
 
 QStringList PPictureFile::endings() {
-    return {png, u".tif"_qs, u".tiff"_qs};
+    return {pngEnding, u".tif"_qs, u".tiff"_qs};
 }
 
 PStatus PPictureFile::checkName(const QString& path) {

@@ -19,10 +19,10 @@ struct Part {
     microseconds unit;
 };
 
-constexpr Part parts[]{{"minutes", microseconds(60'000'000)},
-                       {"seconds", microseconds(1'000'000)},
-                       {"milliseconds", microseconds(1'000)},
-                       {"microseconds", microseconds(1)}};
+constexpr Part timeParts[]{{"minutes", microseconds(60'000'000)},
+                           {"seconds", microseconds(1'000'000)},
+                           {"milliseconds", microseconds(1'000)},
+                           {"microseconds", microseconds(1)}};
 
 QString nameOf(const char* field) {
     return QString::fromLatin1(field);
@@ -40,14 +40,14 @@ PStatus writeNumber(QVariant& value, const char* field, qint64 number) {
 /// Microseconds; in double, which fields of any size fit.
 double totalOf(const QVariant& value) {
     double sum = 0;
-    for (const Part& part : parts)
+    for (const Part& part : timeParts)
         sum +=
             PGadgetFields::read(value, nameOf(part.field)).toDouble() * double(part.unit.count());
     return sum;
 }
 
 PStatus writeExposure(QVariant& value, microseconds exposure) {
-    for (const Part& part : parts) {
+    for (const Part& part : timeParts) {
         const PStatus status = writeNumber(value, part.field, exposure / part.unit);
         if (!status.isOk())
             return status;
