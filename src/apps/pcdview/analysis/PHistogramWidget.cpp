@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr int levels = 256;
+constexpr int levelCount = 256;
 
 QColor colorOf(std::size_t channel, bool isGrey, const QPalette& palette) {
     if (isGrey)
@@ -79,8 +79,8 @@ void PHistogramWidget::paintGrid(QPainter& painter, const QRectF& area) const {
 void PHistogramWidget::paintCounts(QPainter& painter, const QRectF& area,
                                    const PFrameAnalysis::Counts& counts, QColor color) const {
     QPainterPath path(area.bottomLeft());
-    for (int level = 0; level < levels; ++level) {
-        const double x = area.left() + area.width() * level / (levels - 1);
+    for (int level = 0; level < levelCount; ++level) {
+        const double x = area.left() + area.width() * level / (levelCount - 1);
         path.lineTo(x, area.bottom() - area.height() * height(counts[std::size_t(level)]));
     }
     path.lineTo(area.bottomRight());

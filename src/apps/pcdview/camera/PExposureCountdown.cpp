@@ -3,6 +3,8 @@
 
 #include <apps/common/PCaptureMode.h>
 
+#include <apps/pcdview/camera/PPropertyValue.h>
+
 #include <PCd/PDevice.h>
 #include <PCd/PDeviceProperty.h>
 
@@ -17,8 +19,7 @@ const char* const exposureTimeId = "autoexpottime";
 constexpr microseconds shortestToWaitFor(900'000);
 
 microseconds exposureOf(const PDevice& device) {
-    const PDeviceProperty* const property = device.getProperty(exposureTimeId);
-    return microseconds(property == nullptr ? 0 : property->valueInner().toLongLong());
+    return microseconds(propertyValue(device, exposureTimeId).toLongLong());
 }
 
 } // namespace

@@ -1,18 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include <apps/pcdview/camera/PExposureText.h>
 
-#include <PCd/PDevice.h>
-#include <PCd/PDeviceProperty.h>
+#include <apps/pcdview/camera/PPropertyValue.h>
 
 #include <QLocale>
 #include <QStringList>
 
 namespace {
-
-QVariant valueOf(const PDevice& device, const char* id) {
-    const PDeviceProperty* const property = device.getProperty(id);
-    return property == nullptr ? QVariant() : property->valueInner();
-}
 
 QString number(double value, int digits = 4) {
     return QLocale().toString(value, 'g', digits);
@@ -30,11 +24,11 @@ QString PExposureText::time(double microseconds) {
 
 QString PExposureText::of(const PDevice& device) {
     QStringList parts;
-    if (const QVariant value = valueOf(device, "autoexpottime"); value.isValid())
+    if (const QVariant value = propertyValue(device, "autoexpottime"); value.isValid())
         parts.append(time(value.toDouble()));
-    if (const QVariant value = valueOf(device, "autoexpogain"); value.isValid())
+    if (const QVariant value = propertyValue(device, "autoexpogain"); value.isValid())
         parts.append(tr("gain %1").arg(number(value.toDouble() / 100)));
-    if (valueOf(device, "autoexponeable").toBool())
+    if (propertyValue(device, "autoexponeable").toBool())
         parts.append(tr("auto"));
     return parts.join(u", "_qs);
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <apps/pcdview/camera/PRegionMap.h>
 
+#include <apps/pcdview/camera/PPropertyValue.h>
+
 #include <PCd/PDevice.h>
 #include <PCd/PDeviceProperty.h>
 #include <PCd/PEnumeration.h>
@@ -11,11 +13,6 @@
 #include <numeric>
 
 namespace {
-
-QVariant valueOf(const PDevice& device, const char* id) {
-    const PDeviceProperty* const property = device.getProperty(id);
-    return property == nullptr ? QVariant() : property->valueInner();
-}
 
 int rotationOf(const PDevice& device) {
     const PDeviceProperty* const property = device.getProperty("rotate");
@@ -54,10 +51,10 @@ Span snappedSpan(Span wanted, Span bounds, int smallest, int lengthStep, int off
 PRegionMap PRegionMap::of(const PDevice& device, QSize picture) {
     PRegionMap map;
     map.picture = picture;
-    map.onSensor = valueOf(device, "roi").toRect();
+    map.onSensor = propertyValue(device, "roi").toRect();
     map.rotation = rotationOf(device);
-    map.isFlippedAcross = valueOf(device, "hflip").toBool();
-    map.isFlippedDown = valueOf(device, "vflip").toBool();
+    map.isFlippedAcross = propertyValue(device, "hflip").toBool();
+    map.isFlippedDown = propertyValue(device, "vflip").toBool();
     return map;
 }
 

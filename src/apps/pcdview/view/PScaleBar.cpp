@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr double margin = 16;
+constexpr double outerMargin = 16;
 constexpr double padding = 8;
 constexpr double thickness = 4;
 
@@ -46,7 +46,8 @@ void PScaleBar::paint(QPainter& painter, const QRectF& area) const {
     const QFontMetricsF metrics(painter.font());
     const double width = std::max(pixels, metrics.horizontalAdvance(text())) + 2 * padding;
     const double height = metrics.height() + thickness + 2 * padding;
-    const QRectF box(area.left() + margin, area.bottom() - margin - height, width, height);
+    const QRectF box(area.left() + outerMargin, area.bottom() - outerMargin - height, width,
+                     height);
     painter.setPen(Qt::NoPen);
     painter.setBrush(QColor(0, 0, 0, 150));
     painter.drawRoundedRect(box, 4, 4);

@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr int leastWidth = 460;
+constexpr int leastDialogWidth = 460;
 
 } // namespace
 
@@ -27,7 +27,7 @@ PCaptureDialog::PCaptureDialog(const QString& camera, QWidget* parent)
     , m_ending(new QComboBox)
     , m_example(new QLabel) {
     setWindowTitle(tr("Files of pictures and recordings"));
-    setMinimumWidth(leastWidth);
+    setMinimumWidth(leastDialogWidth);
     makeFields();
     makeLayout();
     for (QLineEdit* field : {m_folder, m_names})

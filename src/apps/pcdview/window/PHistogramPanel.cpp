@@ -14,7 +14,7 @@ namespace {
 
 const QString logarithmicKey = u"histogram/logarithmic"_qs;
 
-constexpr int leastWidth = 250; // that of the numbers, so that nothing moves when they come
+constexpr int leastNumbersWidth = 250; // so that nothing moves when they come
 
 QString percent(double share) {
     return QLocale().toString(share * 100, 'f', 2) + u" %"_qs;
@@ -48,7 +48,7 @@ PHistogramPanel::PHistogramPanel(QWidget* parent)
     column->addWidget(m_histogram, 1);
     column->addWidget(logarithmic);
     column->addLayout(numbers);
-    setMinimumWidth(leastWidth);
+    setMinimumWidth(leastNumbersWidth);
     setAnalysis({});
 }
 

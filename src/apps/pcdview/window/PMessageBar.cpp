@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr int margin = 6;
+constexpr int sideMargin = 6;
 
 } // namespace
 
@@ -23,7 +23,7 @@ QRect PMessageBar::messageArea() const {
         if (field->isVisible())
             end = std::min(end, field->x());
     }
-    return rect().adjusted(margin, 0, end - width() - margin, 0);
+    return rect().adjusted(sideMargin, 0, end - width() - sideMargin, 0);
 }
 
 QString PMessageBar::fittingMessage() const {

@@ -14,7 +14,8 @@
 
 namespace {
 
-constexpr int leastWidth = 300; // a panel that comes with a camera should not push the picture
+constexpr int leastWidthWithoutCamera =
+    300; // a panel that comes with a camera should not push the picture
 
 } // namespace
 
@@ -41,7 +42,7 @@ void PSettingsPanel::setDevice(PDevice* device) {
     m_filter->setEnabled(m_panel != nullptr);
     m_nothing->setVisible(m_panel == nullptr);
     // The panel knows itself how much it needs.
-    setMinimumWidth(m_panel == nullptr ? leastWidth : 0);
+    setMinimumWidth(m_panel == nullptr ? leastWidthWithoutCamera : 0);
     if (m_panel == nullptr)
         return;
     m_panel->show();
