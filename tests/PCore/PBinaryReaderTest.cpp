@@ -4,6 +4,7 @@
 #include <PCore/PBinaryWriter.h>
 
 #include <support/QtPrinters.h>
+#include <support/RowName.h>
 
 #include <QIODevice>
 #include <QRandomGenerator>
@@ -38,29 +39,25 @@ QByteArray valueRecord(const char* name, quint32 type, const QByteArray& payload
 
 const QByteArray end(1, '\0');
 
-struct Row {
+struct HostileRecords {
     const char* name;
     QByteArray records;
     const char* reason; // a part of what is said, the byte first
 };
 
-class PBinaryReaderRefuses : public testing::TestWithParam<Row> {};
+class PBinaryReaderRefuses : public testing::TestWithParam<HostileRecords> {};
 
-std::string rowName(const testing::TestParamInfo<Row>& info) {
-    return info.param.name;
-}
-
-void PrintTo(const Row& row, std::ostream* out) {
+void PrintTo(const HostileRecords& row, std::ostream* out) {
     *out << row.name;
 }
 
-QByteArray nested(int depth) {
+QByteArray nestedRecords(int depth) {
     return ('\1' + text("a")).repeated(depth) + QByteArray(depth + 1, '\0');
 }
 
 const QByteArray oneInt = valueRecord("a", QMetaType::Int, number(qint32(1)));
 
-const Row hostile[] = {
+const HostileRecords hostileRecords[] = {
     {"no_end", oneInt, "byte 23: a record is cut short"},
     {"no_records", "", "byte 8: a record is cut short"},
     {"an_end_too_many", oneInt + end + end, "byte 24: bytes after the end"},
@@ -77,8 +74,8 @@ const Row hostile[] = {
      valueRecord("a", QMetaType::Double, number(quint64(0x7FF8000000000000))) + end,
      "a value of type 6 that is never written"},
     {"a_name_twice", oneInt + oneInt + end, "the name \"a\" twice"},
-    {"objects_65_deep", nested(65), "objects nested more than 64 deep"},
-    {"objects_a_hundred_thousand_deep", nested(100000), "objects nested more than 64 deep"},
+    {"objects_65_deep", nestedRecords(65), "objects nested more than 64 deep"},
+    {"objects_a_hundred_thousand_deep", nestedRecords(100000), "objects nested more than 64 deep"},
 };
 
 } // namespace
@@ -93,7 +90,8 @@ TEST_P(PBinaryReaderRefuses, with_the_byte_and_the_reason) {
     EXPECT_EQ(reader.valueNames() + reader.objectNames(), QStringList());
 }
 
-INSTANTIATE_TEST_SUITE_P(Records, PBinaryReaderRefuses, testing::ValuesIn(hostile), rowName);
+INSTANTIATE_TEST_SUITE_P(Records, PBinaryReaderRefuses, testing::ValuesIn(hostileRecords),
+                         RowName());
 
 TEST(PBinaryReader, takes_the_records_that_the_rows_above_are_made_of) {
     PBinaryReader reader;

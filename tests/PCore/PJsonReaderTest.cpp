@@ -2,32 +2,29 @@
 #include <PCore/PJsonReader.h>
 
 #include <support/QtPrinters.h>
+#include <support/RowName.h>
 
 #include <gtest/gtest.h>
 
 namespace {
 
-struct Row {
+struct HostileDocument {
     const char* name;
     QByteArray json;
     const char* reason; // a part of what is said, the line first
 };
 
-class PJsonReaderRefuses : public testing::TestWithParam<Row> {};
+class PJsonReaderRefuses : public testing::TestWithParam<HostileDocument> {};
 
-std::string rowName(const testing::TestParamInfo<Row>& info) {
-    return info.param.name;
-}
-
-void PrintTo(const Row& row, std::ostream* out) {
+void PrintTo(const HostileDocument& row, std::ostream* out) {
     *out << row.name;
 }
 
-QByteArray nested(int depth) {
+QByteArray nestedObjects(int depth) {
     return QByteArray("{\"a\": ").repeated(depth) + '1' + QByteArray(depth, '}');
 }
 
-const Row hostile[] = {
+const HostileDocument hostileDocuments[] = {
     {"an_empty_document", "", "line 1: not JSON"},
     {"blanks_only", " \n\n ", "not JSON"},
     {"a_word", "{\n\"a\": maybe}", "line 2: not JSON"},
@@ -71,8 +68,8 @@ const Row hostile[] = {
     {"a_rectangle_too_wide", "{\"a\": {\"$rect\": [2147483647, 0, 2, 1]}}", "not a value"},
     {"an_identifier_that_is_none", "{\"a\": {\"$uuid\": \"garbage\"}}", "not a value"},
     {"null_text_that_is_not_null", "{\"a\": {\"$string\": \"x\"}}", "not a value"},
-    {"objects_65_deep", nested(66), "line 1: objects nested more than 64 deep"},
-    {"objects_ten_thousand_deep", nested(10000), "line 1: not JSON"},
+    {"objects_65_deep", nestedObjects(66), "line 1: objects nested more than 64 deep"},
+    {"objects_ten_thousand_deep", nestedObjects(10000), "line 1: not JSON"},
     {"arrays_ten_thousand_deep", "{\"a\": " + QByteArray(10000, '['), "line 1: not JSON"},
 };
 
@@ -88,7 +85,8 @@ TEST_P(PJsonReaderRefuses, with_the_line_and_the_reason) {
     EXPECT_EQ(reader.valueNames() + reader.objectNames(), QStringList());
 }
 
-INSTANTIATE_TEST_SUITE_P(Documents, PJsonReaderRefuses, testing::ValuesIn(hostile), rowName);
+INSTANTIATE_TEST_SUITE_P(Documents, PJsonReaderRefuses, testing::ValuesIn(hostileDocuments),
+                         RowName());
 
 TEST(PJsonReader, refuses_a_document_over_64_mebibytes) {
     PJsonReader reader;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <PDip/PImageHeader.h>
 
+#include <support/RowName.h>
+
 #include <gtest/gtest.h>
 
 #include <climits>
@@ -48,10 +50,6 @@ const Row rows[] = {
 
 class PImageHeaderSizes : public testing::TestWithParam<Row> {};
 
-std::string rowName(const testing::TestParamInfo<Row>& info) {
-    return info.param.name;
-}
-
 void PrintTo(const Row& row, std::ostream* out) {
     *out << row.name;
 }
@@ -66,7 +64,7 @@ TEST_P(PImageHeaderSizes, follow_from_the_geometry) {
     EXPECT_EQ(header.bytesPerLine(), row.dataSize > 0 ? row.bytesPerLine : 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Geometries, PImageHeaderSizes, testing::ValuesIn(rows), rowName);
+INSTANTIATE_TEST_SUITE_P(Geometries, PImageHeaderSizes, testing::ValuesIn(rows), RowName());
 
 TEST(PImageHeader, is_not_valid_by_default) {
     EXPECT_FALSE(PImageHeader().isValid());

@@ -5,6 +5,7 @@
 #include <PDip/dip_exception.h>
 
 #include <support/QtPrinters.h>
+#include <support/RowName.h>
 
 #include <gtest/gtest.h>
 
@@ -289,10 +290,6 @@ const Colour colours[] = {
 
 class PImageRed : public testing::TestWithParam<Colour> {};
 
-std::string rowName(const testing::TestParamInfo<Colour>& info) {
-    return info.param.name;
-}
-
 void PrintTo(const Colour& row, std::ostream* out) {
     *out << row.name;
 }
@@ -312,7 +309,7 @@ TEST_P(PImageRed, is_red_as_a_QImage) {
     EXPECT_EQ(qImage.pixelColor(1, 1).red(), 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Formats, PImageRed, testing::ValuesIn(colours), rowName);
+INSTANTIATE_TEST_SUITE_P(Formats, PImageRed, testing::ValuesIn(colours), RowName());
 
 TEST(PImage, of_grey_is_grey_as_a_QImage) {
     const QImage qImage = filled(99, 3, 2).toQImage();

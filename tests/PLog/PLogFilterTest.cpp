@@ -2,6 +2,7 @@
 #include <PLog/PLogFilter.h>
 
 #include <support/QtPrinters.h>
+#include <support/RowName.h>
 
 #include <gtest/gtest.h>
 
@@ -38,7 +39,7 @@ struct Bad {
     const char* word; // named in the reason
 };
 
-const Bad bad[] = {
+const Bad badFilters[] = {
     {"an_empty_text", "", "\"\""},
     {"a_level_that_does_not_exist", "loud", "\"loud\""},
     {"a_level_in_capitals", "DEBUG", "\"DEBUG\""},
@@ -54,11 +55,6 @@ const Bad bad[] = {
 class PLogFilterPasses : public testing::TestWithParam<Pass> {};
 
 class PLogFilterRefuses : public testing::TestWithParam<Bad> {};
-
-template <typename Row>
-std::string rowName(const testing::TestParamInfo<Row>& info) {
-    return info.param.name;
-}
 
 void PrintTo(const Pass& row, std::ostream* out) {
     *out << row.name;
@@ -79,7 +75,7 @@ TEST_P(PLogFilterPasses, what_it_says) {
     EXPECT_EQ(filter.text(), QLatin1String(row.filter));
 }
 
-INSTANTIATE_TEST_SUITE_P(Filters, PLogFilterPasses, testing::ValuesIn(passes), rowName<Pass>);
+INSTANTIATE_TEST_SUITE_P(Filters, PLogFilterPasses, testing::ValuesIn(passes), RowName());
 
 TEST_P(PLogFilterRefuses, a_bad_text_naming_the_word_and_the_levels) {
     PLogFilter filter;
@@ -94,7 +90,7 @@ TEST_P(PLogFilterRefuses, a_bad_text_naming_the_word_and_the_levels) {
     EXPECT_FALSE(filter.passes(QStringLiteral("b"), PLogLevel::Warning));
 }
 
-INSTANTIATE_TEST_SUITE_P(Filters, PLogFilterRefuses, testing::ValuesIn(bad), rowName<Bad>);
+INSTANTIATE_TEST_SUITE_P(Filters, PLogFilterRefuses, testing::ValuesIn(badFilters), RowName());
 
 TEST(PLogFilter, starts_as_info) {
     const PLogFilter filter;
