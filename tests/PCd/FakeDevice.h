@@ -8,6 +8,7 @@
 #include <QStringList>
 
 #include <functional>
+#include <initializer_list>
 
 /// A device without a camera: it answers as it is told and writes down what it is asked for.
 class FakeDevice : public PDevice {
@@ -69,3 +70,11 @@ private:
     QByteArray m_model;
     QByteArray m_serial;
 };
+
+/// Calls of a fake device, as it writes them down.
+inline QStringList calls(std::initializer_list<const char*> names) {
+    QStringList list;
+    for (const char* name : names)
+        list.append(QString::fromLatin1(name));
+    return list;
+}

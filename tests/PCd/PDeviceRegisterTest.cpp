@@ -52,13 +52,6 @@ protected:
 
 using Devices = QList<PDevice*>;
 
-QStringList calls(std::initializer_list<const char*> names) {
-    QStringList list;
-    for (const char* name : names)
-        list.append(QString::fromLatin1(name));
-    return list;
-}
-
 } // namespace
 
 using PDeviceRegisterTest = RegisterFixture;

@@ -19,13 +19,6 @@ QString text(const char* latin1) {
     return QString::fromLatin1(latin1);
 }
 
-QStringList calls(std::initializer_list<const char*> names) {
-    QStringList list;
-    for (const char* name : names)
-        list.append(text(name));
-    return list;
-}
-
 } // namespace
 
 // ---- States.

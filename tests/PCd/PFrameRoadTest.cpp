@@ -18,7 +18,6 @@
 
 #include <numeric>
 
-using Kind = PFrameSink::Kind;
 using testing::ElementsAre;
 
 namespace {
@@ -299,7 +298,7 @@ TEST(PFrameRoad, shows_every_frame_to_the_sinks_on_the_thread_that_brings_it) {
     for (std::size_t i = 0; i < taken.size(); ++i) {
         EXPECT_EQ(taken[i].sequence, i < 3 ? i + 1 : 1); // stills are numbered apart
         EXPECT_EQ(taken[i].thread, bringing);
-        EXPECT_EQ(taken[i].kind, i < 3 ? Kind::Live : Kind::Snapshot);
+        EXPECT_EQ(taken[i].kind, i < 3 ? PFrameSink::Kind::Live : PFrameSink::Kind::Snapshot);
     }
 }
 

@@ -3,6 +3,7 @@
 
 #include <PCd/FakeDevice.h>
 #include <PCd/FakeProperty.h>
+#include <PCd/PropertyValues.h>
 
 #include <PCd/PEnumeration.h>
 #include <PCd/PScanAreaRange.h>
@@ -13,8 +14,6 @@
 #include <support/RowName.h>
 
 #include <gtest/gtest.h>
-
-#include <limits>
 
 /// A composite value whose fields the host knows.
 struct Shutter {
@@ -29,15 +28,8 @@ public:
 
 namespace {
 
-constexpr int least = std::numeric_limits<int>::min();
-constexpr int most = std::numeric_limits<int>::max();
-
 QVariant rangeOf(int minimum, int maximum, int step = 1) {
     return QVariant::fromValue(PMinMaxRange<int>{minimum, maximum, step});
-}
-
-QUuid idOf(int number) {
-    return QUuid(0, 0, 0, 0, 0, 0, 0, 0, 0, 0, uchar(number));
 }
 
 QVariant turns() {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <PCd/PPropertyStreamForm.h>
 
+#include <PCd/PropertyValues.h>
 #include <PCd/StreamedPair.h>
 
 #include <PCd/PEnumeration.h>
@@ -14,11 +15,7 @@
 
 namespace {
 
-QUuid idOf(int number) {
-    return QUuid(0, 0, 0, 0, 0, 0, 0, 0, 0, 0, uchar(number));
-}
-
-QVariant turns() {
+QVariant turnsWithOneUnnamed() {
     PEnumeration choices;
     choices.addItem(idOf(0), QStringLiteral("0"), QStringLiteral("0°"), "10");
     choices.addItem(idOf(1), QStringLiteral("90"), QStringLiteral("90°"), "0");
@@ -43,14 +40,16 @@ TEST(PPropertyStreamForm, of_a_plain_value_is_the_value) {
 }
 
 TEST(PPropertyStreamForm, of_a_choice_is_its_untranslated_name) {
-    EXPECT_EQ(PPropertyStreamForm::toForm(idOf(1), turns()), QVariant(QStringLiteral("90")));
-    EXPECT_EQ(PPropertyStreamForm::fromForm(QStringLiteral("90"), idOf(0), turns()),
+    EXPECT_EQ(PPropertyStreamForm::toForm(idOf(1), turnsWithOneUnnamed()),
+              QVariant(QStringLiteral("90")));
+    EXPECT_EQ(PPropertyStreamForm::fromForm(QStringLiteral("90"), idOf(0), turnsWithOneUnnamed()),
               QVariant(idOf(1)));
 }
 
 TEST(PPropertyStreamForm, of_a_choice_without_a_name_is_its_id) {
-    EXPECT_EQ(PPropertyStreamForm::toForm(idOf(2), turns()), QVariant(idOf(2)));
-    EXPECT_EQ(PPropertyStreamForm::fromForm(idOf(2), idOf(0), turns()), QVariant(idOf(2)));
+    EXPECT_EQ(PPropertyStreamForm::toForm(idOf(2), turnsWithOneUnnamed()), QVariant(idOf(2)));
+    EXPECT_EQ(PPropertyStreamForm::fromForm(idOf(2), idOf(0), turnsWithOneUnnamed()),
+              QVariant(idOf(2)));
 }
 
 TEST(PPropertyStreamForm, of_a_composite_is_the_bytes_of_its_stream) {
@@ -67,7 +66,7 @@ TEST(PPropertyStreamForm, of_a_composite_keeps_what_the_bytes_leave_out) {
 TEST(PPropertyStreamForm, of_a_type_without_a_stream_is_none) {
     EXPECT_FALSE(PPropertyStreamForm::toForm(QVariant::fromValue<void*>(nullptr), {}).isValid());
     EXPECT_FALSE(PPropertyStreamForm::toForm(QVariant(), {}).isValid());
-    EXPECT_FALSE(PPropertyStreamForm::toForm(QVariant(), turns()).isValid());
+    EXPECT_FALSE(PPropertyStreamForm::toForm(QVariant(), turnsWithOneUnnamed()).isValid());
 }
 
 namespace {
@@ -90,11 +89,12 @@ TEST_P(BadForm, makes_no_value) {
 
 INSTANTIATE_TEST_SUITE_P(
     PPropertyStreamForm, BadForm,
-    testing::Values(FormRow{"an_unknown_name", QStringLiteral("45"), idOf(0), turns()},
-                    FormRow{"a_title", QStringLiteral("90°"), idOf(0), turns()},
-                    FormRow{"a_number_that_reads_like_a_name", 90, idOf(0), turns()},
-                    FormRow{"an_unknown_id", idOf(9), idOf(0), turns()},
-                    FormRow{"no_form_for_a_choice", {}, idOf(0), turns()},
+    testing::Values(FormRow{"an_unknown_name", QStringLiteral("45"), idOf(0),
+                            turnsWithOneUnnamed()},
+                    FormRow{"a_title", QStringLiteral("90°"), idOf(0), turnsWithOneUnnamed()},
+                    FormRow{"a_number_that_reads_like_a_name", 90, idOf(0), turnsWithOneUnnamed()},
+                    FormRow{"an_unknown_id", idOf(9), idOf(0), turnsWithOneUnnamed()},
+                    FormRow{"no_form_for_a_choice", {}, idOf(0), turnsWithOneUnnamed()},
                     FormRow{"a_text_for_a_number", QStringLiteral("7"), 7, {}},
                     FormRow{"a_double_for_a_number", 7.0, 7, {}},
                     FormRow{"a_number_for_a_switch", 1, true, {}},
@@ -118,6 +118,6 @@ TEST(PPropertyStreamForm, tells_whether_values_are_the_same_by_their_forms) {
     EXPECT_FALSE(PPropertyStreamForm::isSame(7, 8, {}));
     EXPECT_TRUE(PPropertyStreamForm::isSame(pairOf(7, 1), pairOf(7, 2), {}));
     EXPECT_FALSE(PPropertyStreamForm::isSame(pairOf(7, 1), pairOf(8, 1), {}));
-    EXPECT_TRUE(PPropertyStreamForm::isSame(idOf(1), idOf(1), turns()));
+    EXPECT_TRUE(PPropertyStreamForm::isSame(idOf(1), idOf(1), turnsWithOneUnnamed()));
     EXPECT_FALSE(PPropertyStreamForm::isSame(QVariant(), QVariant(), {}));
 }

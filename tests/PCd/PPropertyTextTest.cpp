@@ -3,6 +3,7 @@
 
 #include <PCd/FakeDevice.h>
 #include <PCd/FakeProperty.h>
+#include <PCd/PropertyValues.h>
 
 #include <PCd/PEnumeration.h>
 
@@ -11,19 +12,10 @@
 
 #include <gtest/gtest.h>
 
-#include <limits>
-
 namespace {
 
-constexpr int least = std::numeric_limits<int>::min();
-constexpr int most = std::numeric_limits<int>::max();
-
-QUuid idOf(ushort number) {
-    return QUuid(0, 0, 0, 0, 0, 0, 0, 0, 0, 0, uchar(number));
-}
-
 /// Turned so that no title, name or number of one item is another's.
-QVariant turns() {
+QVariant numberedTurns() {
     PEnumeration choices;
     choices.addItem(idOf(0), QStringLiteral("none"), QStringLiteral("0°"), "1");
     choices.addItem(idOf(1), QStringLiteral("quarter"), QStringLiteral("90°"), "130");
@@ -98,7 +90,7 @@ struct ChoiceRow {
 class ChoiceOfPerson : public testing::TestWithParam<ChoiceRow> {};
 
 TEST_P(ChoiceOfPerson, means_this_item) {
-    const TextProperty property(idOf(0), turns());
+    const TextProperty property(idOf(0), numberedTurns());
     const QVariant expected =
         GetParam().item < 0 ? QVariant() : QVariant(idOf(ushort(GetParam().item)));
     EXPECT_EQ(property.valueOf(QString::fromUtf8(GetParam().text)), expected);
@@ -127,14 +119,14 @@ TEST(PPropertyText, shows_values_as_people_write_them) {
     EXPECT_EQ(PPropertyText::ofValue(true, {}), QStringLiteral("on"));
     EXPECT_EQ(PPropertyText::ofValue(false, {}), QStringLiteral("off"));
     EXPECT_EQ(PPropertyText::ofValue(QRect(1, 2, 3, 4), {}), QStringLiteral("1,2,3,4"));
-    EXPECT_EQ(PPropertyText::ofValue(idOf(1), turns()), QStringLiteral("90°"));
+    EXPECT_EQ(PPropertyText::ofValue(idOf(1), numberedTurns()), QStringLiteral("90°"));
     EXPECT_EQ(PPropertyText::ofValue(QByteArray("\x1b[2J"), {}), QStringLiteral("G1sySg=="));
     EXPECT_EQ(PPropertyText::ofValue(QVariant(), {}), QString());
     EXPECT_EQ(PPropertyText::ofValue(QSize(1, 2), {}), QStringLiteral("<QSize>"));
 }
 
 TEST(PPropertyText, shows_a_choice_that_is_no_item_by_its_id) {
-    EXPECT_EQ(PPropertyText::ofValue(idOf(7), turns()), idOf(7).toString());
+    EXPECT_EQ(PPropertyText::ofValue(idOf(7), numberedTurns()), idOf(7).toString());
 }
 
 TEST(PPropertyText, shows_a_region_whose_corners_are_as_far_apart_as_can_be) {

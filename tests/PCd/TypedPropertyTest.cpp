@@ -14,7 +14,7 @@
 
 namespace {
 
-const QUuid on = offAndOn().items().at(1).id;
+const QUuid onId = offAndOn().items().at(1).id;
 
 template <typename Property>
 Property* takenBy(FakeDevice& device, Property* property) {
@@ -47,7 +47,7 @@ TEST(TypedProperty, a_switch_gets_false_from_an_invalid_variant) {
 }
 
 TEST(TypedProperty, a_choice_gets_the_null_id_from_an_invalid_variant) {
-    FakeChoice choice(on);
+    FakeChoice choice(onId);
     EXPECT_TRUE(choice.trySetValue(QVariant()));
     EXPECT_EQ(choice.sent, QList<QUuid>{QUuid()});
 }
@@ -117,7 +117,7 @@ TEST(TypedProperty, what_goes_into_a_variant_comes_out_again) {
     EXPECT_EQ(FakeNumber().convertToT(FakeNumber().convertFromT(-3)), -3);
     EXPECT_EQ(FakeNumber().convertToR(FakeNumber().convertFromR({1, 2, 3})),
               (PMinMaxRange<int>{1, 2, 3}));
-    EXPECT_EQ(FakeChoice().convertToT(FakeChoice().convertFromT(on)), on);
+    EXPECT_EQ(FakeChoice().convertToT(FakeChoice().convertFromT(onId)), onId);
     EXPECT_EQ(FakeChoice().convertToR(FakeChoice().convertFromR(offAndOn())), offAndOn());
     EXPECT_EQ(FakeRegion().convertToT(FakeRegion().convertFromT(QRect(1, 2, 3, 4))),
               QRect(1, 2, 3, 4));
@@ -155,9 +155,9 @@ TEST(TypedProperty, a_choice_tells_its_stored_value_and_range_typed_and_once) {
     auto* const choice = takenBy(device, new FakeChoice);
     QSignalSpy values(choice, qOverload<QUuid>(&FakeChoice::valueChanged));
     QSignalSpy ranges(choice, qOverload<PEnumeration>(&FakeChoice::rangeChanged));
-    choice->setValue(QVariant::fromValue(on));
+    choice->setValue(QVariant::fromValue(onId));
     ASSERT_EQ(values.count(), 1);
-    EXPECT_EQ(values.at(0).at(0), QVariant::fromValue(on));
+    EXPECT_EQ(values.at(0).at(0), QVariant::fromValue(onId));
     choice->rangeInDevice = PEnumeration();
     choice->updateValueFromDevice();
     ASSERT_EQ(ranges.count(), 1);

@@ -15,7 +15,7 @@ namespace {
 
 /// A kind of property with a value and a range of it, and others that are not stored.
 template <typename Fake, typename T, typename R>
-struct Kind {
+struct PropertyKind {
     using Property = Fake;
     using Value = T;
     using Range = R;
@@ -23,9 +23,9 @@ struct Kind {
     R storedRange, otherRange;
 };
 
-using SwitchKind = Kind<FakeSwitch, bool, void*>;
-using NumberKind = Kind<FakeNumber, int, PMinMaxRange<int>>;
-using ChoiceKind = Kind<FakeChoice, QUuid, PEnumeration>;
+using SwitchKind = PropertyKind<FakeSwitch, bool, void*>;
+using NumberKind = PropertyKind<FakeNumber, int, PMinMaxRange<int>>;
+using ChoiceKind = PropertyKind<FakeChoice, QUuid, PEnumeration>;
 
 template <typename K>
 K kind();

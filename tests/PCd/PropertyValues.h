@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QUuid>
+
+#include <limits>
+
+// Values that properties are tried with.
+
+constexpr int least = std::numeric_limits<int>::min();
+constexpr int most = std::numeric_limits<int>::max();
+
+/// An id that a choice may have; another number, another id.
+inline QUuid idOf(int number) {
+    return QUuid(0, 0, 0, 0, 0, 0, 0, 0, 0, 0, uchar(number));
+}
