@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <PCdGui/CatalogueDevice.h>
 
+#include <PCdGui/Words.h>
+
 #include <PGui/PDoubleRangeWidget.h>
 #include <PGui/PRangeWidget.h>
 
@@ -9,10 +11,6 @@
 #include <QLabel>
 
 namespace {
-
-QString words(const char* text) {
-    return QString::fromUtf8(text);
-}
 
 QWidget* makeCoolingPanel() {
     auto* const panel = new QWidget;

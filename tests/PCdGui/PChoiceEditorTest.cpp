@@ -10,6 +10,8 @@ namespace {
 
 class PChoiceEditorTest : public EditorBench<FakeChoice> {
 protected:
+    using Sets = QList<QUuid>;
+
     PChoiceEditorTest()
         : EditorBench(
               "rotate", QStringLiteral("Rotate"),
@@ -18,8 +20,6 @@ protected:
     QComboBox* box() const { return part<QComboBox>(); }
     static QUuid idOf(int place) { return FakeChoice::idOf(place); }
 };
-
-using Sets = QList<QUuid>;
 
 } // namespace
 

@@ -7,6 +7,8 @@ namespace {
 
 class PNumberEditorTest : public EditorBench<FakeNumber> {
 protected:
+    using Sets = QList<int>;
+
     PNumberEditorTest()
         : EditorBench("gain", QStringLiteral("Gain"), PMinMaxRange<int>{0, 500, 1}, 100) {}
 
@@ -22,8 +24,6 @@ protected:
         property->updateValueFromDevice();
     }
 };
-
-using Sets = QList<int>;
 
 } // namespace
 
@@ -220,5 +220,5 @@ TEST(PNumberEditor, has_only_a_field_where_there_is_no_range) {
     EXPECT_FALSE(editor->findChild<PRangeSlider*>()->isVisible());
     enter(editor->findChild<PNumberField*>(), QStringLiteral("-70000"));
     QCoreApplication::processEvents();
-    EXPECT_EQ(property.sets, Sets({-70000}));
+    EXPECT_EQ(property.sets, QList<int>({-70000}));
 }

@@ -12,6 +12,8 @@ namespace {
 /// What all editors have in common, tried with a number's.
 class PPropertyEditorTest : public EditorBench<FakeNumber> {
 protected:
+    using Sets = QList<int>;
+
     PPropertyEditorTest()
         : EditorBench("gain", QStringLiteral("Gain"), PMinMaxRange<int>{0, 500, 1}, 100) {}
 
@@ -27,8 +29,6 @@ protected:
         return menu != nullptr ? menu->findChild<QAction*>(QStringLiteral("reset")) : nullptr;
     }
 };
-
-using Sets = QList<int>;
 
 } // namespace
 

@@ -9,6 +9,8 @@ namespace {
 
 class PRegionEditorTest : public EditorBench<FakeRegion> {
 protected:
+    using Sets = QList<QRect>;
+
     PRegionEditorTest()
         : EditorBench("roi") {}
 
@@ -31,8 +33,6 @@ protected:
                      int(field("Width")->value()), int(field("Height")->value()));
     }
 };
-
-using Sets = QList<QRect>;
 
 const QRect whole(0, 0, 1920, 1080);
 

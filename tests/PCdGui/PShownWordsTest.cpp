@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <PCdGui/PShownWords.h>
 
+#include <PCdGui/Words.h>
 #include <support/QtPrinters.h>
 
 #include <QCheckBox>
@@ -15,10 +16,6 @@
 #include <gtest/gtest.h>
 
 namespace {
-
-QString words(const char* text) {
-    return QString::fromUtf8(text);
-}
 
 class PShownWordsTest : public testing::Test {
 protected:

@@ -7,13 +7,13 @@ namespace {
 
 class PSwitchEditorTest : public EditorBench<FakeSwitch> {
 protected:
+    using Sets = QList<bool>;
+
     PSwitchEditorTest()
         : EditorBench("negative") {}
 
     QCheckBox* box() const { return part<QCheckBox>(); }
 };
-
-using Sets = QList<bool>;
 
 } // namespace
 

@@ -14,6 +14,8 @@ namespace {
 
 class PDoubleRangeWidgetTest : public testing::Test {
 protected:
+    using Values = QList<double>;
+
     PDoubleRangeWidgetTest() {
         widget.setLocale(QLocale::c());
         widget.setRange({-30, 30, 0.1});
@@ -24,8 +26,8 @@ protected:
 
     PNumberField* field() const { return widget.findChild<PNumberField*>(); }
     PRangeSlider* slider() const { return widget.findChild<PRangeSlider*>(); }
-    QList<double> told() const {
-        QList<double> values;
+    Values told() const {
+        Values values;
         for (const QList<QVariant>& arguments : spy)
             values.append(arguments.first().toDouble());
         return values;
@@ -34,8 +36,6 @@ protected:
     PDoubleRangeWidget widget;
     QSignalSpy spy{&widget, &PDoubleRangeWidget::valueChanged};
 };
-
-using Values = QList<double>;
 
 } // namespace
 

@@ -15,6 +15,8 @@ namespace {
 
 class PNumberFieldTest : public testing::Test {
 protected:
+    using Values = QList<double>;
+
     PNumberFieldTest() {
         auto* const layout = new QVBoxLayout(&window);
         layout->addWidget(&field);
@@ -31,8 +33,8 @@ protected:
         other.setParent(nullptr);
     }
 
-    QList<double> edits() const {
-        QList<double> values;
+    Values edits() const {
+        Values values;
         for (const QList<QVariant>& arguments : edited)
             values.append(arguments.first().toDouble());
         return values;
@@ -43,8 +45,6 @@ protected:
     QLineEdit other;
     QSignalSpy edited{&field, &PNumberField::valueEdited};
 };
-
-using Values = QList<double>;
 
 } // namespace
 

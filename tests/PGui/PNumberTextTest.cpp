@@ -8,14 +8,14 @@
 
 namespace {
 
-struct Typed {
+struct TypedNumber {
     const char* name;
     const char* locale;
     const char* text; // UTF-8
     std::optional<double> value;
 };
 
-class PNumberTextTyped : public testing::TestWithParam<Typed> {};
+class PNumberTextTyped : public testing::TestWithParam<TypedNumber> {};
 
 } // namespace
 
@@ -25,22 +25,22 @@ TEST_P(PNumberTextTyped, means_its_number) {
     EXPECT_EQ(text.valueOf(QString::fromUtf8(GetParam().text), 0, locale), GetParam().value);
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, PNumberTextTyped,
-                         testing::Values(Typed{"a_number", "en_US", "12", 12},
-                                         Typed{"a_negative_number", "en_US", "-12", -12},
-                                         Typed{"with_the_unit", "en_US", "12 %", 12},
-                                         Typed{"with_the_unit_close_to_it", "en_US", "12%", 12},
-                                         Typed{"with_space_around", "en_US", "  12.5 ", 12.5},
-                                         Typed{"a_russian_comma", "ru_RU", "12,5", 12.5},
-                                         Typed{"a_point_in_russian", "ru_RU", "12.5", 12.5},
-                                         Typed{"a_german_thousand_is_a_fraction", "de_DE", "1.5",
-                                               1.5},
-                                         Typed{"nothing", "en_US", "", std::nullopt},
-                                         Typed{"the_unit_alone", "en_US", "%", std::nullopt},
-                                         Typed{"two_numbers", "en_US", "1 2", std::nullopt},
-                                         Typed{"not_a_number", "en_US", "nan", std::nullopt},
-                                         Typed{"endless", "en_US", "inf", std::nullopt}),
-                         RowName());
+INSTANTIATE_TEST_SUITE_P(
+    Rows, PNumberTextTyped,
+    testing::Values(TypedNumber{"a_number", "en_US", "12", 12},
+                    TypedNumber{"a_negative_number", "en_US", "-12", -12},
+                    TypedNumber{"with_the_unit", "en_US", "12 %", 12},
+                    TypedNumber{"with_the_unit_close_to_it", "en_US", "12%", 12},
+                    TypedNumber{"with_space_around", "en_US", "  12.5 ", 12.5},
+                    TypedNumber{"a_russian_comma", "ru_RU", "12,5", 12.5},
+                    TypedNumber{"a_point_in_russian", "ru_RU", "12.5", 12.5},
+                    TypedNumber{"a_german_thousand_is_a_fraction", "de_DE", "1.5", 1.5},
+                    TypedNumber{"nothing", "en_US", "", std::nullopt},
+                    TypedNumber{"the_unit_alone", "en_US", "%", std::nullopt},
+                    TypedNumber{"two_numbers", "en_US", "1 2", std::nullopt},
+                    TypedNumber{"not_a_number", "en_US", "nan", std::nullopt},
+                    TypedNumber{"endless", "en_US", "inf", std::nullopt}),
+    RowName());
 
 TEST(PNumberText, writes_the_decimals_asked_for_and_the_unit) {
     const PNumberText text(QStringLiteral(" °C"));

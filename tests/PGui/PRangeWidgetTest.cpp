@@ -14,6 +14,8 @@ namespace {
 
 class PRangeWidgetTest : public testing::Test {
 protected:
+    using Values = QList<int>;
+
     PRangeWidgetTest() {
         widget.setRange({10, 230, 1});
         widget.setValue(120);
@@ -23,8 +25,8 @@ protected:
 
     PNumberField* field() const { return widget.findChild<PNumberField*>(); }
     PRangeSlider* slider() const { return widget.findChild<PRangeSlider*>(); }
-    QList<int> told() const {
-        QList<int> values;
+    Values told() const {
+        Values values;
         for (const QList<QVariant>& arguments : spy)
             values.append(arguments.first().toInt());
         return values;
@@ -33,8 +35,6 @@ protected:
     PRangeWidget widget;
     QSignalSpy spy{&widget, &PRangeWidget::valueChanged};
 };
-
-using Values = QList<int>;
 
 } // namespace
 

@@ -16,14 +16,14 @@ struct Written {
 
 class PTimeTextWritten : public testing::TestWithParam<Written> {};
 
-struct Typed {
+struct TypedTime {
     const char* name;
     const char* text; // UTF-8
     double shown;
     std::optional<double> microseconds;
 };
 
-class PTimeTextTyped : public testing::TestWithParam<Typed> {};
+class PTimeTextTyped : public testing::TestWithParam<TypedTime> {};
 
 } // namespace
 
@@ -61,18 +61,19 @@ TEST_P(PTimeTextTyped, means_its_time) {
 
 INSTANTIATE_TEST_SUITE_P(
     Rows, PTimeTextTyped,
-    testing::Values(Typed{"milliseconds", "12.5 ms", 100, 12500}, Typed{"seconds", "3 s", 100, 3e6},
-                    Typed{"microseconds_by_u", "150 us", 5e6, 150},
-                    Typed{"microseconds_by_the_micro_sign", "150 \u00b5s", 5e6, 150},
-                    Typed{"microseconds_by_the_greek_letter", "150 \u03bcs", 5e6, 150},
-                    Typed{"without_a_space", "12.5ms", 100, 12500},
-                    Typed{"in_capitals", "3 S", 100, 3e6},
-                    Typed{"a_bare_number_while_microseconds_are_shown", "20", 100, 20},
-                    Typed{"a_bare_number_while_milliseconds_are_shown", "20", 12500, 20000},
-                    Typed{"a_bare_number_while_seconds_are_shown", "20", 3e6, 2e7},
-                    Typed{"no_number", "ms", 100, std::nullopt},
-                    Typed{"another_unit", "3 m", 100, std::nullopt},
-                    Typed{"nothing", "", 100, std::nullopt}),
+    testing::Values(TypedTime{"milliseconds", "12.5 ms", 100, 12500},
+                    TypedTime{"seconds", "3 s", 100, 3e6},
+                    TypedTime{"microseconds_by_u", "150 us", 5e6, 150},
+                    TypedTime{"microseconds_by_the_micro_sign", "150 \u00b5s", 5e6, 150},
+                    TypedTime{"microseconds_by_the_greek_letter", "150 \u03bcs", 5e6, 150},
+                    TypedTime{"without_a_space", "12.5ms", 100, 12500},
+                    TypedTime{"in_capitals", "3 S", 100, 3e6},
+                    TypedTime{"a_bare_number_while_microseconds_are_shown", "20", 100, 20},
+                    TypedTime{"a_bare_number_while_milliseconds_are_shown", "20", 12500, 20000},
+                    TypedTime{"a_bare_number_while_seconds_are_shown", "20", 3e6, 2e7},
+                    TypedTime{"no_number", "ms", 100, std::nullopt},
+                    TypedTime{"another_unit", "3 m", 100, std::nullopt},
+                    TypedTime{"nothing", "", 100, std::nullopt}),
     RowName());
 
 TEST(PTimeText, reads_and_writes_a_decimal_comma_where_it_is_usual) {

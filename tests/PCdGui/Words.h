@@ -1,0 +1,9 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+/// What a widget shows, from UTF-8.
+inline QString words(const char* text) {
+    return QString::fromUtf8(text);
+}
