@@ -9,9 +9,6 @@ using Lines = std::vector<std::string>;
 
 void ignoreHotPlug(void*) {
 }
-void ignoreData(const void*, const BITMAPINFOHEADER*, int, void*) {
-}
-
 TEST_F(SimJournalLines, session_is_written_call_by_call) {
     const HToupcam handle = Toupcam_Open("sim-20mc-1");
     char serial[32];

@@ -129,22 +129,20 @@ struct HandleCall {
     HRESULT (*call)(HToupcam);
 };
 
-void ignoreData(const void*, const BITMAPINFOHEADER*, int, void*) {
-}
 void ignoreEvent(unsigned, void*) {
 }
 
-int number = 0;
-int number2 = 0;
-unsigned positive = 0;
-unsigned positive2 = 0;
-unsigned positive3 = 0;
-unsigned short small = 0;
-unsigned short small2 = 0;
-unsigned short small3 = 0;
-short temperature = 0;
-char text[32];
-std::uint8_t pixels[64];
+int anyNumber = 0;
+int anyNumber2 = 0;
+unsigned anyPositive = 0;
+unsigned anyPositive2 = 0;
+unsigned anyPositive3 = 0;
+unsigned short anySmall = 0;
+unsigned short anySmall2 = 0;
+unsigned short anySmall3 = 0;
+short anyTemperature = 0;
+char anyText[32];
+std::uint8_t anyPixels[64];
 
 #define CALL(name, arguments)                                                                      \
     HandleCall {                                                                                   \
@@ -152,63 +150,63 @@ std::uint8_t pixels[64];
     }
 
 const HandleCall kCalls[] = {
-    CALL(get_SerialNumber, (h, text)),
+    CALL(get_SerialNumber, (h, anyText)),
     CALL(StartPushMode, (h, ignoreData, nullptr)),
     CALL(StartPullModeWithCallback, (h, ignoreEvent, nullptr)),
     CALL(Snap, (h, 0)),
     CALL(Trigger, (h, 1)),
-    CALL(PullImageV2, (h, pixels, 24, nullptr)),
-    CALL(PullStillImageV2, (h, pixels, 24, nullptr)),
+    CALL(PullImageV2, (h, anyPixels, 24, nullptr)),
+    CALL(PullStillImageV2, (h, anyPixels, 24, nullptr)),
     CALL(get_ResolutionNumber, (h)),
-    CALL(get_Resolution, (h, 0, &number, &number2)),
+    CALL(get_Resolution, (h, 0, &anyNumber, &anyNumber2)),
     CALL(put_eSize, (h, 0)),
-    CALL(get_eSize, (h, &positive)),
-    CALL(get_FinalSize, (h, &number, &number2)),
+    CALL(get_eSize, (h, &anyPositive)),
+    CALL(get_FinalSize, (h, &anyNumber, &anyNumber2)),
     CALL(put_Roi, (h, 0, 0, 16, 16)),
-    CALL(get_Roi, (h, &positive, &positive2, &positive3, &positive)),
+    CALL(get_Roi, (h, &anyPositive, &anyPositive2, &anyPositive3, &anyPositive)),
     CALL(put_Option, (h, TOUPCAM_OPTION_FRAMERATE, 0)),
-    CALL(get_Option, (h, TOUPCAM_OPTION_FRAMERATE, &number)),
+    CALL(get_Option, (h, TOUPCAM_OPTION_FRAMERATE, &anyNumber)),
     CALL(put_RealTime, (h, 1)),
     CALL(get_MaxSpeed, (h)),
     CALL(put_Speed, (h, 0)),
-    CALL(get_Speed, (h, &small)),
+    CALL(get_Speed, (h, &anySmall)),
     CALL(put_ExpoCallback, (h, nullptr, nullptr)),
-    CALL(get_AutoExpoEnable, (h, &number)),
+    CALL(get_AutoExpoEnable, (h, &anyNumber)),
     CALL(put_AutoExpoEnable, (h, 1)),
-    CALL(get_AutoExpoTarget, (h, &small)),
+    CALL(get_AutoExpoTarget, (h, &anySmall)),
     CALL(put_AutoExpoTarget, (h, 100)),
-    CALL(get_ExpoTime, (h, &positive)),
+    CALL(get_ExpoTime, (h, &anyPositive)),
     CALL(put_ExpoTime, (h, 10000)),
-    CALL(get_ExpTimeRange, (h, &positive, &positive2, &positive3)),
-    CALL(get_ExpoAGain, (h, &small)),
+    CALL(get_ExpTimeRange, (h, &anyPositive, &anyPositive2, &anyPositive3)),
+    CALL(get_ExpoAGain, (h, &anySmall)),
     CALL(put_ExpoAGain, (h, 100)),
-    CALL(get_ExpoAGainRange, (h, &small, &small2, &small3)),
+    CALL(get_ExpoAGainRange, (h, &anySmall, &anySmall2, &anySmall3)),
     CALL(AwbOnePush, (h, nullptr, nullptr)),
     CALL(put_TempTint, (h, 6500, 1000)),
-    CALL(get_TempTint, (h, &number, &number2)),
+    CALL(get_TempTint, (h, &anyNumber, &anyNumber2)),
     CALL(put_Hue, (h, 0)),
-    CALL(get_Hue, (h, &number)),
+    CALL(get_Hue, (h, &anyNumber)),
     CALL(put_Saturation, (h, 128)),
-    CALL(get_Saturation, (h, &number)),
+    CALL(get_Saturation, (h, &anyNumber)),
     CALL(put_Brightness, (h, 0)),
-    CALL(get_Brightness, (h, &number)),
+    CALL(get_Brightness, (h, &anyNumber)),
     CALL(put_Contrast, (h, 0)),
-    CALL(get_Contrast, (h, &number)),
+    CALL(get_Contrast, (h, &anyNumber)),
     CALL(put_Gamma, (h, 100)),
-    CALL(get_Gamma, (h, &number)),
+    CALL(get_Gamma, (h, &anyNumber)),
     CALL(put_Chrome, (h, 0)),
-    CALL(get_Chrome, (h, &number)),
+    CALL(get_Chrome, (h, &anyNumber)),
     CALL(put_VFlip, (h, 0)),
-    CALL(get_VFlip, (h, &number)),
+    CALL(get_VFlip, (h, &anyNumber)),
     CALL(put_HFlip, (h, 0)),
-    CALL(get_HFlip, (h, &number)),
+    CALL(get_HFlip, (h, &anyNumber)),
     CALL(put_Negative, (h, 0)),
-    CALL(get_Negative, (h, &number)),
+    CALL(get_Negative, (h, &anyNumber)),
     CALL(put_HZ, (h, 0)),
-    CALL(get_HZ, (h, &number)),
+    CALL(get_HZ, (h, &anyNumber)),
     CALL(get_FanMaxSpeed, (h)),
     CALL(put_Temperature, (h, 0)),
-    CALL(get_Temperature, (h, &temperature)),
+    CALL(get_Temperature, (h, &anyTemperature)),
 };
 
 class SimHandle : public SimTest, public ::testing::WithParamInterface<HandleCall> {};

@@ -185,6 +185,10 @@ private:
     unsigned m_losses = 0;
 };
 
+/// A client's data callback that does nothing.
+inline void ignoreData(const void*, const BITMAPINFOHEADER*, int, void*) {
+}
+
 /// Counts calls of a callback that takes no more than a context.
 class CallCounter {
 public:
