@@ -15,9 +15,7 @@
 namespace {
 
 using namespace std::chrono_literals;
-using Kind = PFrameSink::Kind;
 
-constexpr std::chrono::milliseconds deadline = 60s;
 const PRecordSchedule::Plan noEnd;
 
 /// Its language has capitals only. Taken away by its destructor.
@@ -86,13 +84,13 @@ protected:
     static bool offer(PFrameRecorder& recorder, quint64 frames, quint64 first = 1) {
         bool all = true;
         for (quint64 i = first; i < first + frames; ++i)
-            all = recorder.takeFrame(testFrame(i, 10ms * (i - 1)), Kind::Live) && all;
+            all = recorder.takeFrame(testFrame(i, 10ms * (i - 1)), PFrameSink::Kind::Live) && all;
         return all;
     }
     /// Ends it and returns how it was then.
     static PFrameRecorder::Progress end(PFrameRecorder& recorder, const QString& trouble = {}) {
         recorder.end(std::nullopt, trouble);
-        EXPECT_TRUE(recorder.waitUntilFinished(deadline));
+        EXPECT_TRUE(recorder.waitUntilFinished(longestFrameWait));
         const PFrameRecorder::Progress progress = recorder.progress();
         EXPECT_TRUE(progress.tally.isBalanced());
         EXPECT_EQ(progress.tally.waiting, 0U);
@@ -116,7 +114,7 @@ TEST_F(FrameRecorder, writes_every_frame_in_order_and_then_completes_the_files) 
 
 TEST_F(FrameRecorder, leaves_snapshots_alone) {
     const auto recorder = record(noEnd);
-    EXPECT_TRUE(recorder->takeFrame(testFrame(1, 0ms), Kind::Snapshot));
+    EXPECT_TRUE(recorder->takeFrame(testFrame(1, 0ms), PFrameSink::Kind::Snapshot));
     EXPECT_EQ(end(*recorder).tally.wanted, 0U);
 }
 
@@ -168,7 +166,7 @@ TEST_F(FrameRecorder, the_ledger_reaches_the_files) {
     PFrameLedger ledger;
     ledger.produced = 17;
     recorder->end(ledger, {});
-    ASSERT_TRUE(recorder->waitUntilFinished(deadline));
+    ASSERT_TRUE(recorder->waitUntilFinished(longestFrameWait));
     ASSERT_TRUE(told->end && told->end->ledger);
     EXPECT_EQ(told->end->ledger->produced, 17U);
 }

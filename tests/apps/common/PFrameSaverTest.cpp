@@ -3,6 +3,8 @@
 
 #include <apps/common/PPictureFile.h>
 
+#include "TestFrames.h"
+
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>
 
@@ -12,10 +14,7 @@
 
 namespace {
 
-using namespace std::chrono_literals;
 using Kind = PFrameSink::Kind;
-
-constexpr std::chrono::milliseconds deadline = 60s;
 
 PDeviceFrame frame(int width = 64) {
     PDeviceFrame made;
@@ -46,7 +45,7 @@ TEST_F(FrameSaver, saves_live_frames_in_the_order_they_came) {
     PFrameSaver saver(files(), savePicture);
     EXPECT_TRUE(saver.takeFrame(frame(64), Kind::Live));
     EXPECT_TRUE(saver.takeFrame(frame(65), Kind::Live));
-    ASSERT_TRUE(saver.waitUntilIdle(deadline));
+    ASSERT_TRUE(saver.waitUntilIdle(longestFrameWait));
     EXPECT_EQ(QImage(path(u"f-1.png"_qs)).width(), 64);
     EXPECT_EQ(QImage(path(u"f-2.png"_qs)).width(), 65);
     EXPECT_EQ(saver.state().saved, 2U);
@@ -56,7 +55,7 @@ TEST_F(FrameSaver, saves_live_frames_in_the_order_they_came) {
 TEST_F(FrameSaver, leaves_snapshots_alone) {
     PFrameSaver saver(files(), savePicture);
     EXPECT_TRUE(saver.takeFrame(frame(), Kind::Snapshot));
-    ASSERT_TRUE(saver.waitUntilIdle(deadline));
+    ASSERT_TRUE(saver.waitUntilIdle(longestFrameWait));
     EXPECT_EQ(saved(), QStringList());
 }
 
@@ -85,9 +84,9 @@ TEST_F(FrameSaver, refuses_frames_beyond_its_limit_and_takes_them_again_later) {
     EXPECT_EQ(saver.state().waiting, 3U);
     EXPECT_EQ(saver.state().unsaved, 1U);
     gate.set_value();
-    ASSERT_TRUE(saver.waitUntilIdle(deadline));
+    ASSERT_TRUE(saver.waitUntilIdle(longestFrameWait));
     EXPECT_TRUE(saver.takeFrame(frame(), Kind::Live));
-    ASSERT_TRUE(saver.waitUntilIdle(deadline));
+    ASSERT_TRUE(saver.waitUntilIdle(longestFrameWait));
     EXPECT_EQ(saver.state().saved, 4U);
     EXPECT_FALSE(QImage(path(u"f-4.png"_qs)).isNull()); // the refused one took no number
 }
@@ -95,7 +94,7 @@ TEST_F(FrameSaver, refuses_frames_beyond_its_limit_and_takes_them_again_later) {
 TEST_F(FrameSaver, takes_a_frame_larger_than_its_limit_if_nothing_waits) {
     PFrameSaver saver(files(), savePicture, 1);
     EXPECT_TRUE(saver.takeFrame(frame(), Kind::Live));
-    ASSERT_TRUE(saver.waitUntilIdle(deadline));
+    ASSERT_TRUE(saver.waitUntilIdle(longestFrameWait));
     EXPECT_EQ(saver.state().saved, 1U);
 }
 
@@ -104,7 +103,7 @@ TEST_F(FrameSaver, after_a_failure_saves_nothing_more_and_says_why) {
     PFrameSaver saver(files(), savePicture);
     saver.takeFrame(frame(), Kind::Live);
     saver.takeFrame(frame(), Kind::Live);
-    ASSERT_TRUE(saver.waitUntilIdle(deadline));
+    ASSERT_TRUE(saver.waitUntilIdle(longestFrameWait));
     EXPECT_FALSE(saver.takeFrame(frame(), Kind::Live));
     const PFrameSaver::State state = saver.state();
     EXPECT_EQ(state.saved, 1U);

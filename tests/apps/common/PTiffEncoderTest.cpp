@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/PTiffEncoder.h>
 
+#include "TiffPicture.h"
 #include "TiffReadBack.h"
 
 #include <support/FolderTest.h>
@@ -18,18 +19,9 @@ protected:
     }
 };
 
-QImage picture(QImage::Format format) {
-    QImage image(3, 2, format); // rows of 9 bytes: padded in memory, not in the file
-    image.fill(Qt::black);
-    image.setPixelColor(0, 0, QColor(255, 0, 0));
-    image.setPixelColor(1, 0, QColor(0, 255, 0));
-    image.setPixelColor(2, 1, QColor(0, 0, 255));
-    return image;
-}
-
 TEST_F(TiffEncoder, a_colour_picture_is_rgb_row_by_row_without_padding) {
     const TiffReadBack tiff =
-        readBack(PTiffEncoder::encode(picture(QImage::Format_BGR888), u"text"_qs));
+        readBack(PTiffEncoder::encode(tiffPicture(QImage::Format_BGR888), u"text"_qs));
     EXPECT_EQ(tiff.width(), 3);
     EXPECT_EQ(tiff.height(), 2);
     EXPECT_EQ(tiff.field(TIFFTAG_COMPRESSION), COMPRESSION_NONE);
@@ -51,7 +43,7 @@ TEST_F(TiffEncoder, a_grey_picture_has_one_sample) {
 
 TEST_F(TiffEncoder, the_description_is_utf8) {
     const TiffReadBack tiff =
-        readBack(PTiffEncoder::encode(picture(QImage::Format_RGB32), u"Käfer\n2"_qs));
+        readBack(PTiffEncoder::encode(tiffPicture(QImage::Format_RGB32), u"Käfer\n2"_qs));
     EXPECT_EQ(tiff.description(), QByteArray("K\xc3\xa4"
                                              "fer\n2"));
 }

@@ -2,6 +2,7 @@
 #include <apps/common/PTiffStack.h>
 
 #include "FileSizeLimit.h"
+#include "TiffPicture.h"
 #include "TiffReadBack.h"
 
 #include <support/FolderTest.h>
@@ -17,15 +18,6 @@
 #include <unistd.h>
 
 namespace {
-
-QImage picture(QImage::Format format, int number = 0) {
-    QImage image(3, 2, format); // rows of 9 bytes: padded in memory, not in the file
-    image.fill(Qt::black);
-    image.setPixelColor(0, 0, QColor(255, 0, 0));
-    image.setPixelColor(1, 0, QColor(0, 255, 0));
-    image.setPixelColor(2, 1, QColor(number, number, 255));
-    return image;
-}
 
 QByteArray rowsOf(int number) {
     QByteArray rows("\xff\0\0\0\xff\0\0\0\0\0\0\0\0\0\0\0\0\xff", 18);
@@ -50,7 +42,7 @@ protected:
             PTiffStack doomed;
             (void)doomed.create(file, PTiffStack::Size::Unlimited);
             for (int number : {1, 2, 3})
-                (void)doomed.append(picture(QImage::Format_BGR888, number), "short");
+                (void)doomed.append(tiffPicture(QImage::Format_BGR888, number), "short");
             (void)doomed.replaceDescription(longText);
             _exit(0);
         }
@@ -66,7 +58,8 @@ protected:
     /// Appends the picture with this number and the text "number N".
     bool append(int number) {
         return stack
-            .append(picture(QImage::Format_BGR888, number), "number " + QByteArray::number(number))
+            .append(tiffPicture(QImage::Format_BGR888, number),
+                    "number " + QByteArray::number(number))
             .isOk();
     }
 };
@@ -88,7 +81,7 @@ TEST_F(TiffStack, every_format_of_a_colour_picture_becomes_the_same_rgb) {
     create();
     for (const QImage::Format format : {QImage::Format_BGR888, QImage::Format_RGB888,
                                         QImage::Format_RGB32, QImage::Format_RGBX8888})
-        ASSERT_TRUE(stack.append(picture(format), "text").isOk());
+        ASSERT_TRUE(stack.append(tiffPicture(format), "text").isOk());
     const TiffReadBack tiff(file);
     ASSERT_EQ(tiff.pictures(), 4);
     for (int i = 0; i < 4; ++i) {
@@ -151,7 +144,7 @@ TEST_F(TiffStack, without_a_limit_it_is_a_bigtiff_and_up_to_4_gb_a_classic_one) 
     EXPECT_TRUE(TiffReadBack(file).isBig());
     PTiffStack small;
     ASSERT_TRUE(small.create(path(u"small.tif"_qs), PTiffStack::Size::UpTo4Gb).isOk());
-    ASSERT_TRUE(small.append(picture(QImage::Format_BGR888), "text").isOk());
+    ASSERT_TRUE(small.append(tiffPicture(QImage::Format_BGR888), "text").isOk());
     EXPECT_FALSE(TiffReadBack(path(u"small.tif"_qs)).isBig());
 }
 
@@ -199,7 +192,7 @@ TEST_F(TiffStack, the_first_text_can_be_replaced_by_a_longer_one_and_the_picture
         PTiffStack written;
         ASSERT_TRUE(written.create(file, size).isOk());
         for (int number : {1, 2, 3})
-            ASSERT_TRUE(written.append(picture(QImage::Format_BGR888, number), "short").isOk());
+            ASSERT_TRUE(written.append(tiffPicture(QImage::Format_BGR888, number), "short").isOk());
         const QByteArray text(100'000, 'x');
         ASSERT_TRUE(written.replaceDescription(text).isOk());
         const TiffReadBack tiff(file);
@@ -223,7 +216,7 @@ TEST_F(TiffStack, a_stack_of_one_picture_can_get_another_text_too) {
 
 TEST_F(TiffStack, all_pictures_have_strips_of_one_size_whatever_is_done_to_the_first_text) {
     create();
-    const QImage large = picture(QImage::Format_RGB888).scaled(120, 80);
+    const QImage large = tiffPicture(QImage::Format_RGB888).scaled(120, 80);
     ASSERT_TRUE(stack.append(large, "short").isOk());
     ASSERT_TRUE(stack.append(large, "short").isOk());
     ASSERT_TRUE(stack.replaceDescription(longText).isOk());
@@ -269,7 +262,7 @@ TEST_F(TiffStack, after_a_full_disk_the_pictures_before_stay_and_the_text_can_be
     ASSERT_TRUE(append(2));
     {
         const FileSizeLimit limit(rlim_t(QFileInfo(file).size()) + 30);
-        const PStatus status = stack.append(picture(QImage::Format_BGR888, 3), "number 3");
+        const PStatus status = stack.append(tiffPicture(QImage::Format_BGR888, 3), "number 3");
         EXPECT_EQ(status.reason(), qt_error_string(EFBIG));
         EXPECT_FALSE(stack.replaceDescription(longText).isOk());
         EXPECT_EQ(TiffReadBack(file).pictures(), 2);

@@ -7,6 +7,9 @@
 
 #include <chrono>
 
+/// The longest that a test waits for frames to be written, also on a busy machine.
+constexpr std::chrono::milliseconds longestFrameWait = std::chrono::seconds(60);
+
 /// A record with the fields of a camera's exposure, as plugins make them.
 struct TestExposureRecord {
     Q_GADGET

@@ -5,9 +5,9 @@
 
 #include <gmock/gmock.h>
 
-using namespace testing;
-
 namespace {
+
+using testing::HasSubstr;
 
 constexpr char schemaText[] = R"(<?xml version="1.0"?>
 <xs:schema xmlns:xs="http://www.w3.org/2001/XMLSchema">

@@ -13,9 +13,6 @@
 
 namespace {
 
-const QString list = u"list"_qs;
-const QString json = u"--json"_qs;
-
 QString kindOf(const CtlResult& result) {
     return result.json.value(u"sdk"_qs).toObject().value(u"kind"_qs).toString();
 }
@@ -46,7 +43,7 @@ bool hasSoname(const char* path) {
 class CameraSdk : public FolderTest {};
 
 TEST_F(CameraSdk, sim_is_the_simulator_that_comes_with_the_program) {
-    const CtlResult result = runCtl({list, u"--sdk"_qs, u"sim"_qs, json});
+    const CtlResult result = runCtl({listWord, u"--sdk"_qs, u"sim"_qs, jsonWord});
     EXPECT_EQ(result.exitCode, 0);
     const QJsonObject sdk = result.json.value(u"sdk"_qs).toObject();
     EXPECT_EQ(sdk.value(u"kind"_qs).toString(), u"simulated"_qs);
@@ -60,8 +57,8 @@ TEST_F(CameraSdk, a_library_without_a_shared_object_name_is_taken_whatever_its_f
     const QString library = path(u"cameras.bin"_qs);
     ASSERT_TRUE(QFile::copy(QStringLiteral(UNNAMED_CAMERA_SDK), library));
     const QString scene = CtlScene().addCamera().writeTo(path(u"scene.json"_qs));
-    const CtlResult result =
-        runCtl({u"stream"_qs, u"-n"_qs, u"3"_qs, u"--sdk"_qs, library, u"--scene"_qs, scene, json});
+    const CtlResult result = runCtl(
+        {u"stream"_qs, u"-n"_qs, u"3"_qs, u"--sdk"_qs, library, u"--scene"_qs, scene, jsonWord});
     EXPECT_EQ(result.exitCode, 0) << result.errors.toStdString();
     EXPECT_EQ(result.json.value(u"camera"_qs).toString(), smallCameraId);
     EXPECT_EQ(result.json.value(u"frames"_qs).toInt(), 3);
@@ -70,7 +67,7 @@ TEST_F(CameraSdk, a_library_without_a_shared_object_name_is_taken_whatever_its_f
 
 TEST_F(CameraSdk, a_library_that_is_not_there_is_named) {
     const QString library = path(u"none.so"_qs);
-    const CtlResult result = runCtl({list, u"--sdk"_qs, library});
+    const CtlResult result = runCtl({listWord, u"--sdk"_qs, library});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_TRUE(result.errors.contains(u"cannot use \"%1\" as the camera SDK"_qs.arg(library)))
         << result.errors.toStdString();
@@ -79,20 +76,21 @@ TEST_F(CameraSdk, a_library_that_is_not_there_is_named) {
 TEST_F(CameraSdk, a_file_that_is_no_library_is_named) {
     const QString library = path(u"text.so"_qs);
     writeFile(library, "no library");
-    const CtlResult result = runCtl({list, u"--sdk"_qs, library});
+    const CtlResult result = runCtl({listWord, u"--sdk"_qs, library});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_TRUE(result.errors.contains(library)) << result.errors.toStdString();
 }
 
 TEST_F(CameraSdk, a_library_that_is_no_camera_sdk_is_named) {
-    const CtlResult result = runCtl({list, u"--sdk"_qs, QStringLiteral(NO_CAMERA_SDK)});
+    const CtlResult result = runCtl({listWord, u"--sdk"_qs, QStringLiteral(NO_CAMERA_SDK)});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_TRUE(result.errors.contains(u"it has no function Toupcam_EnumV2"_qs))
         << result.errors.toStdString();
 }
 
 TEST_F(CameraSdk, a_library_without_the_simulators_mark_is_the_makers) {
-    const CtlResult result = runCtl({list, json, u"--sdk"_qs, QStringLiteral(EMPTY_CAMERA_SDK)});
+    const CtlResult result =
+        runCtl({listWord, jsonWord, u"--sdk"_qs, QStringLiteral(EMPTY_CAMERA_SDK)});
     EXPECT_EQ(result.exitCode, 3);
     EXPECT_EQ(kindOf(result), u"maker"_qs);
     EXPECT_TRUE(result.json.value(u"cameras"_qs).isArray());
@@ -102,20 +100,21 @@ TEST_F(CameraSdk, a_library_without_the_simulators_mark_is_the_makers) {
 
 TEST_F(CameraSdk, the_makers_library_tells_its_version) {
     const CtlResult result = runCtl(
-        {list, json, u"--sdk"_qs, QStringLiteral(EMPTY_CAMERA_SDK)},
+        {listWord, jsonWord, u"--sdk"_qs, QStringLiteral(EMPTY_CAMERA_SDK)},
         [](CtlProcess& process) { process.with(u"EMPTY_CAMERA_SDK_VERSION"_qs, u"1.2.3"_qs); });
     EXPECT_EQ(versionOf(result), QJsonValue(u"1.2.3"_qs));
 }
 
 TEST_F(CameraSdk, a_library_whose_version_is_a_null_pointer_has_none) {
-    const CtlResult result = runCtl({list, json, u"--sdk"_qs, QStringLiteral(EMPTY_CAMERA_SDK)});
+    const CtlResult result =
+        runCtl({listWord, jsonWord, u"--sdk"_qs, QStringLiteral(EMPTY_CAMERA_SDK)});
     EXPECT_EQ(result.exitCode, 3);
     EXPECT_EQ(kindOf(result), u"maker"_qs);
     EXPECT_TRUE(versionOf(result).isUndefined());
 }
 
 TEST_F(CameraSdk, auto_takes_the_library_that_the_environment_names) {
-    const CtlResult result = runCtl({list, json}, [](CtlProcess& process) {
+    const CtlResult result = runCtl({listWord, jsonWord}, [](CtlProcess& process) {
         process.with(u"TOUPCAM_LIBRARY"_qs, QStringLiteral(EMPTY_CAMERA_SDK));
     });
     EXPECT_EQ(kindOf(result), u"maker"_qs);
@@ -124,7 +123,7 @@ TEST_F(CameraSdk, auto_takes_the_library_that_the_environment_names) {
 
 TEST_F(CameraSdk, auto_takes_the_systems_library) {
     ASSERT_TRUE(QFile::copy(QStringLiteral(EMPTY_CAMERA_SDK), path(u"libtoupcam.so"_qs)));
-    const CtlResult result = runCtl({list, json}, [this](CtlProcess& process) {
+    const CtlResult result = runCtl({listWord, jsonWord}, [this](CtlProcess& process) {
         process.with(u"LD_LIBRARY_PATH"_qs, path(QString()));
     });
     EXPECT_EQ(kindOf(result), u"maker"_qs);
@@ -133,7 +132,7 @@ TEST_F(CameraSdk, auto_takes_the_systems_library) {
 }
 
 TEST_F(CameraSdk, auto_without_any_library_says_that_cameras_are_simulated) {
-    const CtlResult result = runCtl({list, json});
+    const CtlResult result = runCtl({listWord, jsonWord});
     EXPECT_EQ(kindOf(result), systemHasSdk() ? u"maker"_qs : u"simulated"_qs);
     EXPECT_EQ(result.errors.contains(u"the cameras are simulated"_qs), !systemHasSdk());
 }
@@ -141,7 +140,7 @@ TEST_F(CameraSdk, auto_without_any_library_says_that_cameras_are_simulated) {
 TEST_F(CameraSdk, a_scene_is_wrong_usage_with_an_sdk_that_is_not_simulated) {
     const QString scene = CtlScene().addCamera().writeTo(path(u"scene.json"_qs));
     const CtlResult result =
-        runCtl({list, u"--sdk"_qs, QStringLiteral(EMPTY_CAMERA_SDK), u"--scene"_qs, scene});
+        runCtl({listWord, u"--sdk"_qs, QStringLiteral(EMPTY_CAMERA_SDK), u"--scene"_qs, scene});
     EXPECT_EQ(result.exitCode, 2);
     EXPECT_TRUE(result.errors.contains(u"--scene needs simulated cameras"_qs))
         << result.errors.toStdString();
@@ -164,7 +163,7 @@ class BrokenScene : public FolderTest, public testing::WithParamInterface<SceneR
 TEST_P(BrokenScene, is_wrong_usage_that_names_the_file_and_the_place) {
     const QString scene = path(u"broken.json"_qs);
     writeFile(scene, GetParam().text);
-    const CtlResult result = runCtl({list, u"--sdk=sim"_qs, u"--scene"_qs, scene});
+    const CtlResult result = runCtl({listWord, u"--sdk=sim"_qs, u"--scene"_qs, scene});
     EXPECT_EQ(result.exitCode, 2);
     EXPECT_TRUE(result.errors.contains(u"scene \"%1\": "_qs.arg(scene)));
     EXPECT_TRUE(result.errors.contains(QString::fromLatin1(GetParam().message)))
@@ -176,7 +175,7 @@ INSTANTIATE_TEST_SUITE_P(Pcdctl, BrokenScene, testing::ValuesIn(brokenScenes),
 
 TEST_F(CameraSdk, a_scene_that_is_not_there_is_wrong_usage) {
     const QString scene = path(u"none.json"_qs);
-    const CtlResult result = runCtl({list, u"--sdk=sim"_qs, u"--scene"_qs, scene});
+    const CtlResult result = runCtl({listWord, u"--sdk=sim"_qs, u"--scene"_qs, scene});
     EXPECT_EQ(result.exitCode, 2);
     EXPECT_TRUE(result.errors.contains(u"cannot read the scene \"%1\""_qs.arg(scene)))
         << result.errors.toStdString();

@@ -8,6 +8,10 @@
 
 #include <functional>
 
+// Words of many command lines.
+inline const QString listWord = QStringLiteral("list");
+inline const QString jsonWord = QStringLiteral("--json");
+
 /// pcdctl as somebody runs it: the built program with arguments, its output and its exit code. One
 /// thread.
 class CtlProcess {

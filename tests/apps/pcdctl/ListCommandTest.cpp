@@ -10,9 +10,7 @@
 
 namespace {
 
-const QString list = u"list"_qs;
 const QString sim = u"--sdk=sim"_qs;
-const QString json = u"--json"_qs;
 
 class ListCommand : public FolderTest {
 protected:
@@ -21,7 +19,7 @@ protected:
 
 TEST_F(ListCommand, lists_the_cameras_of_a_scene_as_json) {
     CtlScene().addCamera().addCamera(u"cam-2"_qs, u"S0002"_qs).writeTo(sceneFile());
-    const CtlResult result = runCtl({list, sim, u"--scene"_qs, sceneFile(), json});
+    const CtlResult result = runCtl({listWord, sim, u"--scene"_qs, sceneFile(), jsonWord});
     ASSERT_EQ(result.exitCode, 0) << result.errors.toStdString();
     const QJsonArray expected{QJsonObject{{u"index"_qs, 0},
                                           {u"id"_qs, smallCameraId},
@@ -38,7 +36,7 @@ TEST_F(ListCommand, lists_the_cameras_of_a_scene_as_json) {
 
 TEST_F(ListCommand, says_for_people_that_cameras_are_simulated) {
     CtlScene().addCamera().writeTo(sceneFile());
-    const CtlResult result = runCtl({list, sim, u"--scene"_qs, sceneFile()});
+    const CtlResult result = runCtl({listWord, sim, u"--scene"_qs, sceneFile()});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_TRUE(result.output.contains("0      Small-S0001  Small  S0001       simulated\n"))
         << result.output.toStdString();
@@ -46,7 +44,7 @@ TEST_F(ListCommand, says_for_people_that_cameras_are_simulated) {
 
 TEST_F(ListCommand, cameras_with_the_same_model_and_serial_have_different_ids) {
     CtlScene().addCamera().addCamera(u"cam-2"_qs).writeTo(sceneFile());
-    const CtlResult result = runCtl({list, sim, u"--scene"_qs, sceneFile(), json});
+    const CtlResult result = runCtl({listWord, sim, u"--scene"_qs, sceneFile(), jsonWord});
     QSet<QString> ids;
     for (const QJsonValue& camera : result.json.value(u"cameras"_qs).toArray())
         ids.insert(camera.toObject().value(u"id"_qs).toString());
@@ -55,7 +53,7 @@ TEST_F(ListCommand, cameras_with_the_same_model_and_serial_have_different_ids) {
 
 TEST_F(ListCommand, without_a_camera_prints_an_empty_list_and_ends_with_code_3) {
     CtlScene().writeTo(sceneFile());
-    const CtlResult result = runCtl({list, sim, u"--scene"_qs, sceneFile(), json});
+    const CtlResult result = runCtl({listWord, sim, u"--scene"_qs, sceneFile(), jsonWord});
     EXPECT_EQ(result.exitCode, 3);
     EXPECT_EQ(result.json.value(u"cameras"_qs), QJsonValue(QJsonArray()));
     EXPECT_TRUE(result.errors.contains(u"--sdk sim"_qs)) << result.errors.toStdString();
@@ -63,7 +61,7 @@ TEST_F(ListCommand, without_a_camera_prints_an_empty_list_and_ends_with_code_3) 
 
 TEST_F(ListCommand, a_plugin_path_that_is_not_there_is_named_and_the_rest_works) {
     const QString missing = path(u"plugins"_qs);
-    const CtlResult result = runCtl({list, sim, u"--plugin-path"_qs, missing});
+    const CtlResult result = runCtl({listWord, sim, u"--plugin-path"_qs, missing});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_TRUE(result.errors.contains(u"plugin \"%1\" not loaded: "_qs.arg(missing)))
         << result.errors.toStdString();
@@ -72,7 +70,7 @@ TEST_F(ListCommand, a_plugin_path_that_is_not_there_is_named_and_the_rest_works)
 TEST_F(ListCommand, every_plugin_that_cannot_be_loaded_is_named_with_the_reason) {
     writeFile(path(u"one.so"_qs), "no plugin");
     writeFile(path(u"two.so"_qs), "no plugin either");
-    const CtlResult result = runCtl({list, sim, u"--plugin-path"_qs, path(u"one.so"_qs),
+    const CtlResult result = runCtl({listWord, sim, u"--plugin-path"_qs, path(u"one.so"_qs),
                                      u"--plugin-path"_qs, path(u"two.so"_qs)});
     EXPECT_EQ(result.exitCode, 0);
     for (const QString& name : {u"one.so"_qs, u"two.so"_qs}) {
@@ -89,7 +87,7 @@ TEST_F(ListCommand, a_picture_in_a_scene_is_found_beside_the_scene) {
         .addCamera()
         .set(u"source"_qs, QJsonObject{{u"kind"_qs, u"picture"_qs}, {u"path"_qs, u"slide.png"_qs}})
         .writeTo(sceneFile());
-    const CtlResult result = runCtl({list, sim, u"--scene"_qs, sceneFile()});
+    const CtlResult result = runCtl({listWord, sim, u"--scene"_qs, sceneFile()});
     EXPECT_EQ(result.exitCode, 0) << result.errors.toStdString();
 }
 

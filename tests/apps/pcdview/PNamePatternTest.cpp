@@ -2,6 +2,7 @@
 #include <apps/pcdview/capture/PNamePattern.h>
 
 #include <support/QtPrinters.h>
+#include <support/RowName.h>
 
 #include <gtest/gtest.h>
 
@@ -16,19 +17,14 @@ struct NameRow {
     const char* expected;
 };
 
-struct BadRow {
+struct BadPatternRow {
     const char* name;
     const char* text;
     const char* named; ///< what the complaint has to name
 };
 
-template <typename Row>
-std::string rowName(const testing::TestParamInfo<Row>& row) {
-    return row.param.name;
-}
-
 class PNamePatternTest : public testing::TestWithParam<NameRow> {};
-class PNamePatternBadTest : public testing::TestWithParam<BadRow> {};
+class PNamePatternBadTest : public testing::TestWithParam<BadPatternRow> {};
 
 } // namespace
 
@@ -49,7 +45,7 @@ INSTANTIATE_TEST_SUITE_P(
         NameRow{"a_later_number_where_it_stands", "slide-{n}", 12, "slide-12"},
         NameRow{"a_mark_twice", "{n}{n}", 3, "33"},
         NameRow{"a_text_of_another_alphabet", "срез {n}", 4, "срез 4"}),
-    rowName<NameRow>);
+    RowName());
 
 TEST_P(PNamePatternBadTest, is_refused_by_name_and_leaves_the_pattern_as_it_was) {
     PNamePattern pattern;
@@ -63,17 +59,18 @@ TEST_P(PNamePatternBadTest, is_refused_by_name_and_leaves_the_pattern_as_it_was)
 
 INSTANTIATE_TEST_SUITE_P(
     Texts, PNamePatternBadTest,
-    testing::Values(BadRow{"nothing", "", "\"\""}, BadRow{"only_spaces", "  ", "\"  \""},
-                    BadRow{"a_hidden_file", ".{n}", ".{n}"}, BadRow{"a_folder", "a/{n}", "/"},
-                    BadRow{"a_mark_that_is_none", "{serial}", "{serial}"},
-                    BadRow{"a_mark_without_its_end", "a{n", "{n"},
-                    BadRow{"an_end_without_a_mark", "a}", "}"},
-                    BadRow{"a_line_feed", "a\nb", "cannot be in the name"},
-                    BadRow{"a_text_that_names_cannot_be_as_long_as",
-                           "aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa"
-                           "aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa",
-                           "100"}),
-    rowName<BadRow>);
+    testing::Values(
+        BadPatternRow{"nothing", "", "\"\""}, BadPatternRow{"only_spaces", "  ", "\"  \""},
+        BadPatternRow{"a_hidden_file", ".{n}", ".{n}"}, BadPatternRow{"a_folder", "a/{n}", "/"},
+        BadPatternRow{"a_mark_that_is_none", "{serial}", "{serial}"},
+        BadPatternRow{"a_mark_without_its_end", "a{n", "{n"},
+        BadPatternRow{"an_end_without_a_mark", "a}", "}"},
+        BadPatternRow{"a_line_feed", "a\nb", "cannot be in the name"},
+        BadPatternRow{"a_text_that_names_cannot_be_as_long_as",
+                      "aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa"
+                      "aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa",
+                      "100"}),
+    RowName());
 
 TEST(PNamePatternUsualTest, has_the_camera_and_the_time) {
     EXPECT_EQ(PNamePattern().name(u"Cam"_qs, taken, 1), u"Cam_2026-11-21_09-08-07-065"_qs);

@@ -8,13 +8,13 @@
 
 namespace {
 
-struct BadRow {
+struct BadOptionRow {
     const char* name;
     QStringList words;
     const char* reason; ///< a part of it
 };
 
-class PViewOptionsBadTest : public testing::TestWithParam<BadRow> {};
+class PViewOptionsBadTest : public testing::TestWithParam<BadOptionRow> {};
 
 PStatus parse(const QStringList& words, PViewOptions& options) {
     QString answer;
@@ -78,16 +78,16 @@ TEST_P(PViewOptionsBadTest, is_refused_with_what_was_expected) {
 
 INSTANTIATE_TEST_SUITE_P(
     Words, PViewOptionsBadTest,
-    testing::Values(BadRow{"a_word_too_many", {u"picture.png"_qs}, "picture.png"},
-                    BadRow{"an_unknown_option", {u"--fast"_qs}, "fast"},
-                    BadRow{
+    testing::Values(BadOptionRow{"a_word_too_many", {u"picture.png"_qs}, "picture.png"},
+                    BadOptionRow{"an_unknown_option", {u"--fast"_qs}, "fast"},
+                    BadOptionRow{
                         "an_unknown_theme", {u"--theme"_qs, u"pink"_qs}, "system, light or dark"},
-                    BadRow{"an_unknown_language",
-                           {u"--lang=xx"_qs},
-                           "\"xx\" is no value for --lang: expected en or ru"},
-                    BadRow{"an_empty_camera", {u"--camera"_qs, QString()}, "--camera"},
-                    BadRow{"a_time_that_is_none",
-                           {u"--grab"_qs, u"a.png"_qs, u"--after"_qs, u"soon"_qs},
-                           "milliseconds"},
-                    BadRow{"a_picture_of_no_format", {u"--grab"_qs, u"a.xyz"_qs}, ".png"}),
+                    BadOptionRow{"an_unknown_language",
+                                 {u"--lang=xx"_qs},
+                                 "\"xx\" is no value for --lang: expected en or ru"},
+                    BadOptionRow{"an_empty_camera", {u"--camera"_qs, QString()}, "--camera"},
+                    BadOptionRow{"a_time_that_is_none",
+                                 {u"--grab"_qs, u"a.png"_qs, u"--after"_qs, u"soon"_qs},
+                                 "milliseconds"},
+                    BadOptionRow{"a_picture_of_no_format", {u"--grab"_qs, u"a.xyz"_qs}, ".png"}),
     RowName());
