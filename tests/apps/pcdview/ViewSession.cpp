@@ -90,6 +90,16 @@ PViewCamera& ViewSession::inFront() {
 }
 
 QStringList ViewSession::cutOff() {
+    QStringList texts;
+    // Layouts take several turns to settle, and texts change while frames arrive.
+    waitUntil([&] {
+        texts = cutOffNow();
+        return texts.isEmpty();
+    });
+    return texts;
+}
+
+QStringList ViewSession::cutOffNow() {
     QCoreApplication::processEvents();
     // A text that was set last of all still waits for its place.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);

@@ -45,7 +45,8 @@ protected:
         return *found;
     }
 
-    /// Labels and buttons of the window whose text does not fit into them.
+    /// Labels and buttons of the window whose text does not fit into them, also once the window has
+    /// settled.
     QStringList cutOff();
     /// Waits for frames of the camera in front that were not there yet.
     bool waitForNewFrames();
@@ -62,6 +63,7 @@ protected:
 
 private:
     QWidget& widgets();
+    QStringList cutOffNow();
 
     std::unique_ptr<PViewProgram> m_program;
 };
