@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <PCd/PPropertyText.h>
 
-#include <PCd/PDeviceProperty.h>
 #include <PCd/PEnumeration.h>
 #include <PCd/PGadgetFields.h>
 
@@ -112,12 +111,12 @@ QString PPropertyText::ofValue(const QVariant& value, const QVariant& range) {
     return QStringLiteral("<%1>").arg(QString::fromLatin1(value.metaType().name()));
 }
 
-QVariant PPropertyText::toValue(const QString& text, const PDeviceProperty& property) {
+QVariant PPropertyText::toValue(const QString& text, const QVariant& present,
+                                const QVariant& range) {
     const QString trimmed = text.trimmed();
-    const QVariant range = property.rangeInner();
     if (range.metaType() == QMetaType::fromType<PEnumeration>())
         return toChoice(trimmed, range.value<PEnumeration>());
-    switch (property.valueInner().typeId()) {
+    switch (present.typeId()) {
     case QMetaType::Bool:
         return toSwitch(trimmed);
     case QMetaType::Int:

@@ -5,8 +5,6 @@
 #include <QString>
 #include <QVariant>
 
-class PDeviceProperty;
-
 /// Values of properties as text for people, and back. Any thread.
 class PPropertyText {
 public:
@@ -20,8 +18,8 @@ public:
     /// A text from a file, fit for a message: its beginning, control characters as question marks.
     static QString shortened(const QString& text);
 
-    /// The value that a text means for a property: a whole number; on, off, true, false, 1 or 0; a
-    /// choice's title, name or device number; a region x,y,width,height. Invalid if it means none.
-    /// Ranges are not looked at.
-    static QVariant toValue(const QString& text, const PDeviceProperty& property);
+    /// The value that a text means for a property that has this value and this range: a whole
+    /// number; on, off, true, false, 1 or 0; a choice's title, name or device number; a region
+    /// x,y,width,height. Invalid if it means none. Whether it is within the range is not checked.
+    static QVariant toValue(const QString& text, const QVariant& present, const QVariant& range);
 };

@@ -32,7 +32,9 @@ public:
         device.supportProperties();
     }
 
-    QVariant valueOf(const QString& text) const { return PPropertyText::toValue(text, *property); }
+    QVariant valueOf(const QString& text) const {
+        return PPropertyText::toValue(text, property->valueInner(), property->rangeInner());
+    }
 
     FakeDevice device;
     FakeProperty* property; // owned by the device

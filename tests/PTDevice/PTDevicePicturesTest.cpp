@@ -67,7 +67,8 @@ protected:
     void set(const char* id, const char* text) const {
         PDeviceProperty* const property = device->getProperty(id);
         ASSERT_NE(property, nullptr) << id;
-        const QVariant value = PPropertyText::toValue(QString::fromUtf8(text), *property);
+        const QVariant value = PPropertyText::toValue(
+            QString::fromUtf8(text), property->valueInner(), property->rangeInner());
         ASSERT_TRUE(value.isValid()) << text;
         property->setValue(value);
         property->updateValueFromDevice();

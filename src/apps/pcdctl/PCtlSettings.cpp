@@ -23,7 +23,7 @@ bool isAction(const PDeviceProperty& property) {
 
 /// The value that the text after the "=" means, if the property can have it.
 PCtlOutcome readValue(const PDeviceProperty& property, const QString& text, QVariant& value) {
-    value = PPropertyText::toValue(text, property);
+    value = PPropertyText::toValue(text, property.valueInner(), property.rangeInner());
     if (!value.isValid() && !isAction(property)) {
         return PCtlOutcome::wrongUsage(u"\"%1\" cannot be \"%2\": expected %3"_qs.arg(
             QString::fromLatin1(property.id()), text, PPropertyCheck::expectation(property)));
