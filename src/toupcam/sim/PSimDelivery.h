@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <toupcam/sim/PSimLens.h>
+#include <toupcam/sim/PSimPicture.h>
 
 #include <functional>
 

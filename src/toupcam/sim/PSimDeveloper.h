@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <toupcam/sim/PSimLens.h>
+#include <toupcam/sim/PSimPicture.h>
 #include <toupcam/sim/PSimRows.h>
+#include <toupcam/sim/PSimShot.h>
 
 /// The camera's processor: makes a picture of the rows of the shot's region, with `bits` a pixel,
 /// in one pass: binning, metering, colour and tone, flips and rotation. Fills everything of the

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <toupcam/sim/PSimLens.h>
+#include <toupcam/sim/PSimPicture.h>
 
 /// Brings rows to their place in a picture, flipped and turned, each pixel moved at most once. Used
 /// on one thread.

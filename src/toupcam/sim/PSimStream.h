@@ -2,6 +2,7 @@
 #pragma once
 
 #include <toupcam/sim/PSimDelivery.h>
+#include <toupcam/sim/PSimLens.h>
 #include <toupcam/sim/PSimOnePush.h>
 #include <toupcam/sim/PSimSettings.h>
 #include <toupcam/sim/PSimShutter.h>
