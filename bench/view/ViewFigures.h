@@ -5,7 +5,7 @@
 #include <view/Durations.h>
 #include <view/TimedApplication.h>
 
-#include <PCd/PFrameLedger.h>
+#include <PCd/frame/PFrameLedger.h>
 
 #include <QList>
 #include <QString>

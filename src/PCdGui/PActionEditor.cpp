@@ -3,7 +3,7 @@
 
 #include <PCdGui/PPropertyWords.h>
 
-#include <PCd/PDeviceProperty.h>
+#include <PCd/property/PDeviceProperty.h>
 
 #include <QPushButton>
 

@@ -8,8 +8,8 @@
 #include <PCdGui/PRegionEditor.h>
 #include <PCdGui/PSwitchEditor.h>
 
-#include <PCd/PDeviceProperty.h>
-#include <PCd/PWidgetFactory.h>
+#include <PCd/property/PDeviceProperty.h>
+#include <PCd/property/PWidgetFactory.h>
 
 #include <QLabel>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <PCdGui/PChoiceEditor.h>
 
-#include <PCd/PDeviceProperty.h>
+#include <PCd/property/PDeviceProperty.h>
 
 #include <QComboBox>
 #include <QUuid>

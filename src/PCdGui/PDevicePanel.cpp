@@ -7,8 +7,8 @@
 #include <PCdGui/PSelectionFrame.h>
 #include <PCdGui/PWheelGuard.h>
 
-#include <PCd/PDevice.h>
-#include <PCd/PDevicePropertyGroup.h>
+#include <PCd/device/PDevice.h>
+#include <PCd/property/PDevicePropertyGroup.h>
 
 #include <QEvent>
 #include <QLabel>

@@ -3,7 +3,7 @@
 
 #include <PGui/PColumnScroll.h>
 
-#include <PCd/PDevice.h>
+#include <PCd/device/PDevice.h>
 
 #include <QList>
 #include <QPointer>

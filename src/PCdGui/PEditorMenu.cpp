@@ -4,8 +4,8 @@
 #include <PCdGui/PPropertyEditor.h>
 #include <PCdGui/PPropertyWords.h>
 
-#include <PCd/PDeviceProperty.h>
-#include <PCd/PPropertyCheck.h>
+#include <PCd/property/PDeviceProperty.h>
+#include <PCd/property/PPropertyCheck.h>
 
 #include <QLineEdit>
 #include <QMenu>

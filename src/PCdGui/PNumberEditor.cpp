@@ -5,7 +5,7 @@
 
 #include <PGui/PRangeWidget.h>
 
-#include <PCd/PDeviceProperty.h>
+#include <PCd/property/PDeviceProperty.h>
 
 #include <limits>
 

@@ -8,7 +8,7 @@
 #include <PCdGui/PPropertyWords.h>
 #include <PCdGui/PShownWords.h>
 
-#include <PCd/PDeviceProperty.h>
+#include <PCd/property/PDeviceProperty.h>
 
 #include <QFormLayout>
 

@@ -3,9 +3,9 @@
 
 #include <PGui/PTimeText.h>
 
-#include <PCd/PDeviceProperty.h>
 #include <PCd/PEnumeration.h>
-#include <PCd/PPropertyText.h>
+#include <PCd/property/PDeviceProperty.h>
+#include <PCd/property/value/PPropertyText.h>
 
 #include <PCore/PMinMaxRange.h>
 

@@ -5,7 +5,7 @@
 
 #include <PGui/PNumberField.h>
 
-#include <PCd/PDeviceProperty.h>
+#include <PCd/property/PDeviceProperty.h>
 
 #include <QGridLayout>
 #include <QLabel>

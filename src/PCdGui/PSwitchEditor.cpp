@@ -3,7 +3,7 @@
 
 #include <PGui/PNumberField.h>
 
-#include <PCd/PDeviceProperty.h>
+#include <PCd/property/PDeviceProperty.h>
 
 #include <QCheckBox>
 

@@ -3,8 +3,8 @@
 
 #include <PCdGui/PRefusal.h>
 
-#include <PCd/PDevice.h>
-#include <PCd/PDeviceProperty.h>
+#include <PCd/device/PDevice.h>
+#include <PCd/property/PDeviceProperty.h>
 
 #include <utility>
 

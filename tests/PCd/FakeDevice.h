@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <PCd/PDevice.h>
-#include <PCd/PDeviceProperty.h>
-#include <PCd/PDevicePropertyGroup.h>
+#include <PCd/device/PDevice.h>
+#include <PCd/property/PDeviceProperty.h>
+#include <PCd/property/PDevicePropertyGroup.h>
 
 #include <QStringList>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <PCd/PDevice.h>
-#include <PCd/PDeviceRegister.h>
+#include <PCd/device/PDevice.h>
+#include <PCd/device/PDeviceRegister.h>
 
 #include <functional>
 

@@ -3,11 +3,11 @@
 // must use one before it is looked up.
 #include <PCd/PMetaTypes.h>
 
-#include <PCd/PDeviceFrame.h>
-#include <PCd/PDeviceMode.h>
 #include <PCd/PEnumeration.h>
-#include <PCd/PFrameLedger.h>
 #include <PCd/PScanAreaRange.h>
+#include <PCd/frame/PDeviceFrame.h>
+#include <PCd/frame/PDeviceMode.h>
+#include <PCd/frame/PFrameLedger.h>
 
 #include <PCore/PMinMaxRange.h>
 

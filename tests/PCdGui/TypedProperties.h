@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <PCd/PDevicePropertyAction.h>
-#include <PCd/PDevicePropertyBool.h>
-#include <PCd/PDevicePropertyEnum.h>
-#include <PCd/PDevicePropertyInt.h>
-#include <PCd/PDevicePropertyScanArea.h>
+#include <PCd/property/typed/PDevicePropertyAction.h>
+#include <PCd/property/typed/PDevicePropertyBool.h>
+#include <PCd/property/typed/PDevicePropertyEnum.h>
+#include <PCd/property/typed/PDevicePropertyInt.h>
+#include <PCd/property/typed/PDevicePropertyScanArea.h>
 
 #include <functional>
 

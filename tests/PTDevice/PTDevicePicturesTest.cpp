@@ -2,10 +2,10 @@
 // What a property that is set through the host does to the picture, measured on its pixels.
 #include "SimFixture.h"
 
-#include <PCd/PDeviceProperty.h>
 #include <PCd/PEnumeration.h>
-#include <PCd/PFrameStamp.h>
-#include <PCd/PPropertyText.h>
+#include <PCd/frame/PFrameStamp.h>
+#include <PCd/property/PDeviceProperty.h>
+#include <PCd/property/value/PPropertyText.h>
 
 #include <support/QtPrinters.h>
 

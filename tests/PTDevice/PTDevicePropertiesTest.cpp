@@ -2,8 +2,8 @@
 // The catalogue: which properties and groups a camera offers, in which order.
 #include "SimFixture.h"
 
-#include <PCd/PDeviceProperty.h>
-#include <PCd/PDevicePropertyGroup.h>
+#include <PCd/property/PDeviceProperty.h>
+#include <PCd/property/PDevicePropertyGroup.h>
 
 #include <PCore/PMinMaxRange.h>
 

@@ -4,7 +4,7 @@
 
 #include <PCdPlugins/PTDevice/ExtendedExposureData.h>
 
-#include <PCd/PDeviceProperty.h>
+#include <PCd/property/PDeviceProperty.h>
 
 #include <PCore/PJsonReader.h>
 #include <PCore/PJsonWriter.h>

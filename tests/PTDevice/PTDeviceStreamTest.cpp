@@ -2,7 +2,7 @@
 // The live path: starting and stopping the push stream, and what becomes of every pushed buffer.
 #include "SimFixture.h"
 
-#include <PCd/PDeviceProperty.h>
+#include <PCd/property/PDeviceProperty.h>
 
 #include <PDip/PBufferPool.h>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "SimFixture.h"
 
-#include <PCd/PDeviceProperty.h>
 #include <PCd/PScanAreaRange.h>
+#include <PCd/property/PDeviceProperty.h>
 
 #include <support/QtPrinters.h>
 

@@ -4,7 +4,7 @@
 
 #include <PCdPlugins/PTDevice/PTProps.h>
 
-#include <PCd/PDeviceProperty.h>
+#include <PCd/property/PDeviceProperty.h>
 
 #include <support/QtPrinters.h>
 

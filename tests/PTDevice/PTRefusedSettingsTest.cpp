@@ -3,7 +3,7 @@
 // the camera has all the same.
 #include "SimFixture.h"
 
-#include <PCd/PDeviceProperty.h>
+#include <PCd/property/PDeviceProperty.h>
 
 #include <support/QtPrinters.h>
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The built libPTDevice.so as a host meets it: its metadata, its root object, its resource.
-#include <PCd/PDeviceRegister.h>
+#include <PCd/device/PDeviceRegister.h>
 
 #include <toupcam/sim/toupcamsim.h>
 

@@ -3,7 +3,7 @@
 
 #include <PCdPlugins/PTDevice/PTDevice.h>
 
-#include <PCd/PDeviceProperty.h>
+#include <PCd/property/PDeviceProperty.h>
 
 #include <support/PLogCapture.h>
 #include <support/RowName.h>

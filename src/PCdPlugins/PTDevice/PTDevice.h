@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <PCd/PDevice.h>
+#include <PCd/device/PDevice.h>
 
 #include <toupcam/toupcam.h>
 

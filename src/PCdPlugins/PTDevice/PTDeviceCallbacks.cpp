@@ -5,7 +5,7 @@
 #include "PTLog.h"
 #include "PTStreamThread.h"
 
-#include <PCd/PCdDipUtils.h>
+#include <PCd/frame/PCdDipUtils.h>
 
 #include <optional>
 #include <utility>

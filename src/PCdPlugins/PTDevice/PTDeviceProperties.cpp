@@ -9,7 +9,7 @@
 #include "PTProps.h"
 #include "PTTECProperty.h"
 
-#include <PCd/PDevicePropertyGroup.h>
+#include <PCd/property/PDevicePropertyGroup.h>
 
 #include <algorithm>
 

@@ -3,7 +3,7 @@
 
 #include "ExtendedExposureData.h"
 
-#include <PCd/PDevicePropertyT.h>
+#include <PCd/property/typed/PDevicePropertyT.h>
 
 #include <toupcam/toupcam.h>
 

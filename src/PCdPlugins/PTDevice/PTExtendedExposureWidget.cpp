@@ -5,7 +5,7 @@
 #include "PTLog.h"
 #include "ui_PTExtendedExposure.h"
 
-#include <PCd/PCdDipUtils.h>
+#include <PCd/frame/PCdDipUtils.h>
 
 #include <QCoreApplication>
 #include <QDebug>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <PCd/PDevicePropertyInt.h>
+#include <PCd/property/typed/PDevicePropertyInt.h>
 
 #include <toupcam/toupcam.h>
 

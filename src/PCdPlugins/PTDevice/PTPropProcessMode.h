@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <PCd/PDevicePropertyEnum.h>
+#include <PCd/property/typed/PDevicePropertyEnum.h>
 
 #include <toupcam/toupcam.h>
 

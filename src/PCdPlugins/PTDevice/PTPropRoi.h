@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <PCd/PDevicePropertyScanArea.h>
+#include <PCd/property/typed/PDevicePropertyScanArea.h>
 
 #include <toupcam/toupcam.h>
 

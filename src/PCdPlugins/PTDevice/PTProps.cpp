@@ -5,7 +5,7 @@
 #include "PTLiveDevices.h"
 #include "PTLog.h"
 
-#include <PCd/PDevice.h>
+#include <PCd/device/PDevice.h>
 
 namespace {
 

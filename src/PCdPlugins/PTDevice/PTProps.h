@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <PCd/PDevicePropertyAction.h>
-#include <PCd/PDevicePropertyBool.h>
-#include <PCd/PDevicePropertyInt.h>
+#include <PCd/property/typed/PDevicePropertyAction.h>
+#include <PCd/property/typed/PDevicePropertyBool.h>
+#include <PCd/property/typed/PDevicePropertyInt.h>
 
 #include <toupcam/toupcam.h>
 

@@ -4,7 +4,7 @@
 #include "PTDevice.h"
 #include "PTLog.h"
 
-#include <PCd/PCdDipUtils.h>
+#include <PCd/frame/PCdDipUtils.h>
 
 #include <PCore/PFpsCounter.h>
 

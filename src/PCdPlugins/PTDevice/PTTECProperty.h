@@ -3,7 +3,7 @@
 
 #include "TECDATA.h"
 
-#include <PCd/PDevicePropertyT.h>
+#include <PCd/property/typed/PDevicePropertyT.h>
 
 #include <toupcam/toupcam.h>
 

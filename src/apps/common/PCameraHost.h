@@ -4,8 +4,8 @@
 #include <apps/common/PCameraIdentity.h>
 #include <apps/common/PCameraSdk.h>
 
-#include <PCd/PDeviceManager.h>
-#include <PCd/PPluginLoader.h>
+#include <PCd/device/PDeviceManager.h>
+#include <PCd/plugin/PPluginLoader.h>
 
 class PDeviceRegister;
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/PCaptureMode.h>
 
-#include <PCd/PDevice.h>
-#include <PCd/PDeviceProperty.h>
-#include <PCd/PFrameStamp.h>
-#include <PCd/PGadgetFields.h>
+#include <PCd/device/PDevice.h>
+#include <PCd/frame/PFrameStamp.h>
+#include <PCd/property/PDeviceProperty.h>
+#include <PCd/property/value/PGadgetFields.h>
 
 #include <algorithm>
 

@@ -3,9 +3,9 @@
 
 #include <apps/common/PCaptureMode.h>
 
-#include <PCd/PDevice.h>
-#include <PCd/PDeviceProperty.h>
-#include <PCd/PGadgetFields.h>
+#include <PCd/device/PDevice.h>
+#include <PCd/property/PDeviceProperty.h>
+#include <PCd/property/value/PGadgetFields.h>
 
 #include <QScopedValueRollback>
 

@@ -4,8 +4,8 @@
 #include <apps/common/PCaptureMode.h>
 #include <apps/common/PSettingNames.h>
 
-#include <PCd/PFrameStamp.h>
-#include <PCd/PGadgetFields.h>
+#include <PCd/frame/PFrameStamp.h>
+#include <PCd/property/value/PGadgetFields.h>
 
 #include <QRegularExpression>
 

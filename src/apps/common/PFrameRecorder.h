@@ -5,7 +5,7 @@
 #include <apps/common/PFrameWriter.h>
 #include <apps/common/PRecordSchedule.h>
 
-#include <PCd/PFrameSink.h>
+#include <PCd/frame/PFrameSink.h>
 
 #include <QCoreApplication>
 

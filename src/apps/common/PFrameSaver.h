@@ -4,7 +4,7 @@
 #include <apps/common/PFrameWriteQueue.h>
 #include <apps/common/PNumberedFiles.h>
 
-#include <PCd/PFrameSink.h>
+#include <PCd/frame/PFrameSink.h>
 
 /// A frame sink that saves every live frame as a file of a series, on threads of its own.
 /// What waits for them is bounded in bytes. Never overwrites a file. Any thread.

@@ -5,7 +5,7 @@
 
 #include <QCoreApplication>
 
-#include <PCd/PDeviceFrame.h>
+#include <PCd/frame/PDeviceFrame.h>
 
 #include <PCore/PStatus.h>
 

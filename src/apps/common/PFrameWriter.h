@@ -3,8 +3,8 @@
 
 #include <apps/common/PRecordTally.h>
 
-#include <PCd/PDeviceFrame.h>
-#include <PCd/PFrameLedger.h>
+#include <PCd/frame/PDeviceFrame.h>
+#include <PCd/frame/PFrameLedger.h>
 
 #include <PCore/PStatus.h>
 

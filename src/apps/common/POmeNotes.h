@@ -4,7 +4,7 @@
 #include <apps/common/PFrameWriter.h>
 #include <apps/common/POmeDocument.h>
 
-#include <PCd/PFrameStamp.h>
+#include <PCd/frame/PFrameStamp.h>
 
 /// What a recording says in an OME document beyond the schema's own fields: camera, settings and
 /// their changes, which frames there are, the accounts. One thread.

@@ -6,7 +6,7 @@
 #include <apps/common/PProgramName.h>
 #include <apps/common/PSettingNames.h>
 
-#include <PCd/PFrameStamp.h>
+#include <PCd/frame/PFrameStamp.h>
 
 PPictureTags PPictureTags::of(const PCameraIdentity& camera, const PFrameStamp* stamp,
                               std::optional<double> pixelSizeUm) {

@@ -6,7 +6,7 @@
 #include <apps/common/PSettingNames.h>
 #include <apps/common/PSettingTexts.h>
 
-#include <PCd/PFrameStamp.h>
+#include <PCd/frame/PFrameStamp.h>
 
 namespace {
 

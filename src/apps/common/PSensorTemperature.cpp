@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/PSensorTemperature.h>
 
-#include <PCd/PDevice.h>
-#include <PCd/PDeviceProperty.h>
+#include <PCd/device/PDevice.h>
+#include <PCd/property/PDeviceProperty.h>
 
 std::optional<double> PSensorTemperature::of(const PDevice& device) {
     PDeviceProperty* const cooler = device.getProperty("teccontrol");

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/PSettingNames.h>
 
-#include <PCd/PDevice.h>
-#include <PCd/PDeviceProperty.h>
+#include <PCd/device/PDevice.h>
+#include <PCd/property/PDeviceProperty.h>
 
 PSettingNames PSettingNames::of(PDevice* device) {
     PSettingNames names;

@@ -5,9 +5,9 @@
 #include <apps/common/PFrameExposure.h>
 #include <apps/common/PSettingNames.h>
 
-#include <PCd/PFrameStamp.h>
-#include <PCd/PGadgetFields.h>
-#include <PCd/PPropertyText.h>
+#include <PCd/frame/PFrameStamp.h>
+#include <PCd/property/value/PGadgetFields.h>
+#include <PCd/property/value/PPropertyText.h>
 
 #include <algorithm>
 #include <iterator>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/PTriggerControl.h>
 
-#include <PCd/PDevice.h>
-#include <PCd/PDeviceProperty.h>
-#include <PCd/PGadgetFields.h>
+#include <PCd/device/PDevice.h>
+#include <PCd/property/PDeviceProperty.h>
+#include <PCd/property/value/PGadgetFields.h>
 
 #include <PCore/PMinMaxRange.h>
 

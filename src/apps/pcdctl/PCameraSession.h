@@ -5,8 +5,8 @@
 #include "PCtlOutcome.h"
 #include "PInterruptibleLoop.h"
 
-#include <PCd/PDevice.h>
-#include <PCd/PDeviceManager.h>
+#include <PCd/device/PDevice.h>
+#include <PCd/device/PDeviceManager.h>
 
 /// One camera in use, from linking to unlinking, which may be unplugged at any moment meanwhile.
 /// The main thread.

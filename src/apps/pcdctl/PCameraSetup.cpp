@@ -5,8 +5,8 @@
 #include "PCtlSettings.h"
 #include "PPropertyJson.h"
 
-#include <PCd/PDeviceProfileFile.h>
-#include <PCd/PDeviceProfilePlan.h>
+#include <PCd/profile/PDeviceProfileFile.h>
+#include <PCd/profile/PDeviceProfilePlan.h>
 
 PCameraSetup::PCameraSetup(PCameraSession& session, const PCtlOptions& options)
     : m_session(session)

@@ -4,7 +4,7 @@
 #include "PCtlOptions.h"
 #include "PCtlOutcome.h"
 
-#include <PCd/PDeviceProfileReport.h>
+#include <PCd/profile/PDeviceProfileReport.h>
 
 class PCameraSession;
 

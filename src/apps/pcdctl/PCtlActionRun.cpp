@@ -3,8 +3,8 @@
 
 #include "PCameraSession.h"
 
-#include <PCd/PDeviceProperty.h>
-#include <PCd/PDevicePropertyGroup.h>
+#include <PCd/property/PDeviceProperty.h>
+#include <PCd/property/PDevicePropertyGroup.h>
 
 #include <QEvent>
 

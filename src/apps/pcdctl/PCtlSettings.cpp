@@ -8,10 +8,10 @@
 
 #include <apps/common/PCaptureMode.h>
 
-#include <PCd/PDeviceProperty.h>
-#include <PCd/PGadgetFields.h>
-#include <PCd/PPropertyCheck.h>
-#include <PCd/PPropertyText.h>
+#include <PCd/property/PDeviceProperty.h>
+#include <PCd/property/PPropertyCheck.h>
+#include <PCd/property/value/PGadgetFields.h>
+#include <PCd/property/value/PPropertyText.h>
 
 #include <algorithm>
 

@@ -3,7 +3,7 @@
 
 #include "PCtlOutcome.h"
 
-#include <PCd/PDeviceProfileReport.h>
+#include <PCd/profile/PDeviceProfileReport.h>
 
 #include <QList>
 #include <QStringList>

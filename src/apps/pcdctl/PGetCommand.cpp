@@ -4,7 +4,7 @@
 #include "PPropertyLookup.h"
 #include "PPropertyPrint.h"
 
-#include <PCd/PDeviceProperty.h>
+#include <PCd/property/PDeviceProperty.h>
 
 namespace {
 

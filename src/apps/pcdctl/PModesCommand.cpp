@@ -3,7 +3,7 @@
 #include "PCtlHost.h"
 #include "PCtlOutput.h"
 
-#include <PCd/PDevice.h>
+#include <PCd/device/PDevice.h>
 
 #include <QJsonArray>
 

@@ -4,7 +4,7 @@
 #include "PCtlOutput.h"
 #include "PInterruptibleLoop.h"
 
-#include <PCd/PDevice.h>
+#include <PCd/device/PDevice.h>
 
 #include <QDateTime>
 

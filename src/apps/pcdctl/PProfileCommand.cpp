@@ -7,9 +7,9 @@
 
 #include <apps/common/PPictureFile.h>
 
-#include <PCd/PDeviceProfileDiff.h>
-#include <PCd/PDeviceProfileFile.h>
-#include <PCd/PPropertyText.h>
+#include <PCd/profile/PDeviceProfileDiff.h>
+#include <PCd/profile/PDeviceProfileFile.h>
+#include <PCd/property/value/PPropertyText.h>
 
 #include <QFileInfo>
 

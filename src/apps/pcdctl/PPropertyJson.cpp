@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "PPropertyJson.h"
 
-#include <PCd/PDeviceProperty.h>
 #include <PCd/PEnumeration.h>
-#include <PCd/PGadgetFields.h>
-#include <PCd/PPropertyText.h>
 #include <PCd/PScanAreaRange.h>
+#include <PCd/property/PDeviceProperty.h>
+#include <PCd/property/value/PGadgetFields.h>
+#include <PCd/property/value/PPropertyText.h>
 
 #include <PCore/PMinMaxRange.h>
 

@@ -4,8 +4,8 @@
 #include "PCtlOutput.h"
 #include "PPropertyJson.h"
 
-#include <PCd/PPropertyText.h>
-#include <PCd/PQuietReading.h>
+#include <PCd/property/PQuietReading.h>
+#include <PCd/property/value/PPropertyText.h>
 
 namespace {
 

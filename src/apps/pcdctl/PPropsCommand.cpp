@@ -5,10 +5,10 @@
 #include "PPropertyJson.h"
 #include "PPropertyLookup.h"
 
-#include <PCd/PDevicePropertyGroup.h>
-#include <PCd/PPropertyCheck.h>
-#include <PCd/PPropertyText.h>
-#include <PCd/PQuietReading.h>
+#include <PCd/property/PDevicePropertyGroup.h>
+#include <PCd/property/PPropertyCheck.h>
+#include <PCd/property/PQuietReading.h>
+#include <PCd/property/value/PPropertyText.h>
 
 namespace {
 

@@ -6,10 +6,10 @@
 #include "PPropertyLookup.h"
 #include "PPropertyPrint.h"
 
-#include <PCd/PDeviceProfileOrder.h>
-#include <PCd/PDeviceProperty.h>
-#include <PCd/PPropertyCheck.h>
-#include <PCd/PPropertyText.h>
+#include <PCd/profile/PDeviceProfileOrder.h>
+#include <PCd/property/PDeviceProperty.h>
+#include <PCd/property/PPropertyCheck.h>
+#include <PCd/property/value/PPropertyText.h>
 
 namespace {
 

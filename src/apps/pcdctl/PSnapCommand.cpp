@@ -6,7 +6,7 @@
 
 #include <apps/common/PPictureFile.h>
 
-#include <PCd/PFrameStamp.h>
+#include <PCd/frame/PFrameStamp.h>
 
 #include <QFileInfo>
 

@@ -5,8 +5,8 @@
 
 #include <apps/common/PCameraIdentity.h>
 
-#include <PCd/PDeviceMode.h>
-#include <PCd/PFrameLedger.h>
+#include <PCd/frame/PDeviceMode.h>
+#include <PCd/frame/PFrameLedger.h>
 
 #include <QJsonObject>
 

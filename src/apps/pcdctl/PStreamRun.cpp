@@ -3,7 +3,7 @@
 
 #include <apps/common/PPictureFile.h>
 
-#include <PCd/PFrameStamp.h>
+#include <PCd/frame/PFrameStamp.h>
 
 #include <utility>
 

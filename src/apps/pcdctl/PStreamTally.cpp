@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "PStreamTally.h"
 
-#include <PCd/PFrameStamp.h>
+#include <PCd/frame/PFrameStamp.h>
 
 namespace {
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <PCd/PDeviceRegister.h>
+#include <PCd/device/PDeviceRegister.h>
 
 /// Root of a device plugin whose library needs a symbol that nobody has.
 class IncompletePlugin : public PDeviceRegister {

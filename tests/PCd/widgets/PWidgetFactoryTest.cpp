@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <PCd/PWidgetFactory.h>
+#include <PCd/property/PWidgetFactory.h>
 
 #include <PCd/FakeDevice.h>
 #include <PCd/FakeProperty.h>

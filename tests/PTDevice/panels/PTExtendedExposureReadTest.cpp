@@ -3,10 +3,10 @@
 // emitted.
 #include "ExposurePanelFixture.h"
 
-#include <PCd/PDeviceProfileDiff.h>
-#include <PCd/PDeviceProfileFile.h>
-#include <PCd/PDeviceProfilePlan.h>
-#include <PCd/PQuietReading.h>
+#include <PCd/profile/PDeviceProfileDiff.h>
+#include <PCd/profile/PDeviceProfileFile.h>
+#include <PCd/profile/PDeviceProfilePlan.h>
+#include <PCd/property/PQuietReading.h>
 
 #include <support/QtPrinters.h>
 

@@ -3,7 +3,7 @@
 
 #include <PTDevice/SimFixture.h>
 
-#include <PCd/PDeviceProperty.h>
+#include <PCd/property/PDeviceProperty.h>
 
 #include <PGui/WidgetHands.h>
 

@@ -3,8 +3,8 @@
 #include "PanelFixture.h"
 #include "RussianTexts.h"
 
-#include <PCd/PDevicePropertyGroup.h>
 #include <PCd/PEnumeration.h>
+#include <PCd/property/PDevicePropertyGroup.h>
 
 #include <support/QtPrinters.h>
 #include <support/RowName.h>

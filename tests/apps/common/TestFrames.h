@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <PCd/PDeviceFrame.h>
+#include <PCd/frame/PDeviceFrame.h>
 
 #include <QObject>
 

@@ -3,7 +3,7 @@
 
 #include <PCd/FakeDevice.h>
 #include <PCd/FakeProperty.h>
-#include <PCd/PDeviceProfilePlan.h>
+#include <PCd/profile/PDeviceProfilePlan.h>
 
 #include <gtest/gtest.h>
 

@@ -5,11 +5,11 @@
 #include <apps/pcdview/camera/PViewCamera.h>
 #include <apps/pcdview/window/PMainWindow.h>
 
-#include <PCd/PDevice.h>
-#include <PCd/PDeviceProfileFile.h>
-#include <PCd/PDeviceProfilePlan.h>
-#include <PCd/PDeviceProperty.h>
-#include <PCd/PGadgetFields.h>
+#include <PCd/device/PDevice.h>
+#include <PCd/profile/PDeviceProfileFile.h>
+#include <PCd/profile/PDeviceProfilePlan.h>
+#include <PCd/property/PDeviceProperty.h>
+#include <PCd/property/value/PGadgetFields.h>
 
 #include <support/QtPrinters.h>
 

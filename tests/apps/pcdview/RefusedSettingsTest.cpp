@@ -8,7 +8,7 @@
 #include <apps/pcdview/window/PCameraPage.h>
 #include <apps/pcdview/window/PMainWindow.h>
 
-#include <PCd/PDeviceProperty.h>
+#include <PCd/property/PDeviceProperty.h>
 
 #include <PGui/PNumberField.h>
 #include <PGui/WidgetHands.h>

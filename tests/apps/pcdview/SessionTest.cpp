@@ -10,9 +10,9 @@
 #include <apps/pcdview/window/PCameraPage.h>
 #include <apps/pcdview/window/PMainWindow.h>
 
-#include <PCd/PDevice.h>
-#include <PCd/PDeviceProperty.h>
 #include <PCd/PEnumeration.h>
+#include <PCd/device/PDevice.h>
+#include <PCd/property/PDeviceProperty.h>
 
 #include <support/QtPrinters.h>
 

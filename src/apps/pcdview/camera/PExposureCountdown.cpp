@@ -5,8 +5,8 @@
 
 #include <apps/pcdview/camera/PPropertyValue.h>
 
-#include <PCd/PDevice.h>
-#include <PCd/PDeviceProperty.h>
+#include <PCd/device/PDevice.h>
+#include <PCd/property/PDeviceProperty.h>
 
 #include <algorithm>
 

@@ -3,7 +3,7 @@
 
 #include <apps/pcdview/camera/PRegionMap.h>
 
-#include <PCd/PDevice.h>
+#include <PCd/device/PDevice.h>
 
 #include <algorithm>
 

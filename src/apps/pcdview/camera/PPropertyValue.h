@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <PCd/PDevice.h>
-#include <PCd/PDeviceProperty.h>
+#include <PCd/device/PDevice.h>
+#include <PCd/property/PDeviceProperty.h>
 
 #include <QVariant>
 

@@ -3,9 +3,9 @@
 
 #include <apps/pcdview/camera/PPropertyValue.h>
 
-#include <PCd/PDevice.h>
-#include <PCd/PDeviceProperty.h>
 #include <PCd/PEnumeration.h>
+#include <PCd/device/PDevice.h>
+#include <PCd/property/PDeviceProperty.h>
 
 #include <QTransform>
 

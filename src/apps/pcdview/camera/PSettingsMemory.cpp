@@ -3,10 +3,10 @@
 
 #include <apps/common/PCaptureMode.h>
 
-#include <PCd/PDevice.h>
-#include <PCd/PDeviceProfileParser.h>
-#include <PCd/PDeviceProfilePlan.h>
-#include <PCd/PDeviceProperty.h>
+#include <PCd/device/PDevice.h>
+#include <PCd/profile/PDeviceProfileParser.h>
+#include <PCd/profile/PDeviceProfilePlan.h>
+#include <PCd/property/PDeviceProperty.h>
 
 #include <PCore/PJsonReader.h>
 #include <PCore/PJsonWriter.h>

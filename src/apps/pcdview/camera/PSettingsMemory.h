@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <PCd/PDeviceProfile.h>
-#include <PCd/PDeviceProfileReport.h>
+#include <PCd/profile/PDeviceProfile.h>
+#include <PCd/profile/PDeviceProfileReport.h>
 
 #include <PCore/PStatus.h>
 

@@ -3,10 +3,10 @@
 
 #include <apps/common/PCaptureMode.h>
 
-#include <PCd/PCdDipUtils.h>
-#include <PCd/PDevice.h>
-#include <PCd/PDeviceProfilePlan.h>
-#include <PCd/PDeviceProperty.h>
+#include <PCd/device/PDevice.h>
+#include <PCd/frame/PCdDipUtils.h>
+#include <PCd/profile/PDeviceProfilePlan.h>
+#include <PCd/property/PDeviceProperty.h>
 
 #include <algorithm>
 #include <utility>

@@ -7,7 +7,7 @@
 #include <apps/pcdview/camera/PExposureCountdown.h>
 #include <apps/pcdview/camera/PSettingsMemory.h>
 
-#include <PCd/PDevice.h>
+#include <PCd/device/PDevice.h>
 
 #include <PCore/PFpsCounter.h>
 #include <PCore/PStatus.h>

@@ -4,7 +4,7 @@
 #include <apps/common/PFrameWriteQueue.h>
 #include <apps/common/PPictureFile.h>
 
-#include <PCd/PDeviceFrame.h>
+#include <PCd/frame/PDeviceFrame.h>
 
 #include <QObject>
 

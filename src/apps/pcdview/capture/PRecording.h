@@ -5,7 +5,7 @@
 #include <apps/pcdview/camera/PViewCamera.h>
 #include <apps/pcdview/capture/PRecordSettings.h>
 
-#include <PCd/PDevice.h>
+#include <PCd/device/PDevice.h>
 
 #include <QObject>
 #include <QPointer>

@@ -5,7 +5,7 @@
 #include <apps/pcdview/window/PCameraPage.h>
 #include <apps/pcdview/window/PWelcomePage.h>
 
-#include <PCd/PDevice.h>
+#include <PCd/device/PDevice.h>
 
 #include <QTabBar>
 #include <QTabWidget>

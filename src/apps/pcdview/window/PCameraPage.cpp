@@ -6,8 +6,8 @@
 #include <apps/pcdview/camera/PViewCamera.h>
 #include <apps/pcdview/view/PImageView.h>
 
-#include <PCd/PDevice.h>
-#include <PCd/PDeviceProperty.h>
+#include <PCd/device/PDevice.h>
+#include <PCd/property/PDeviceProperty.h>
 
 #include <QLabel>
 #include <QSettings>

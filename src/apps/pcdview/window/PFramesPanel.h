@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <PCd/PFrameLedger.h>
+#include <PCd/frame/PFrameLedger.h>
 
 #include <QWidget>
 

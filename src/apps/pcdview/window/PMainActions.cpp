@@ -16,9 +16,9 @@
 #include <apps/pcdview/window/PRecordPanel.h>
 #include <apps/pcdview/window/PTheme.h>
 
-#include <PCd/PDevice.h>
-#include <PCd/PDeviceProfileFile.h>
-#include <PCd/PDeviceProfilePlan.h>
+#include <PCd/device/PDevice.h>
+#include <PCd/profile/PDeviceProfileFile.h>
+#include <PCd/profile/PDeviceProfilePlan.h>
 
 #include <QAction>
 #include <QActionGroup>

@@ -3,7 +3,7 @@
 
 #include <apps/pcdview/camera/PViewCamera.h>
 
-#include <PCd/PDevice.h>
+#include <PCd/device/PDevice.h>
 
 PModeChooser::PModeChooser(QWidget* parent)
     : QComboBox(parent) {

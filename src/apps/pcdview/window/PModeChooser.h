@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <PCd/PDeviceMode.h>
+#include <PCd/frame/PDeviceMode.h>
 
 #include <QComboBox>
 #include <QList>

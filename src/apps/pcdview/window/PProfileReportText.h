@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <PCd/PDeviceProfileReport.h>
+#include <PCd/profile/PDeviceProfileReport.h>
 
 #include <QCoreApplication>
 #include <QString>

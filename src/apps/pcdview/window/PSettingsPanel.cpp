@@ -3,7 +3,7 @@
 
 #include <PCdGui/PDevicePanel.h>
 
-#include <PCd/PDevice.h>
+#include <PCd/device/PDevice.h>
 
 #include <QLabel>
 #include <QLineEdit>

@@ -8,7 +8,7 @@
 #include <apps/pcdview/window/PCameraPage.h>
 #include <apps/pcdview/window/PLedgerText.h>
 
-#include <PCd/PDevice.h>
+#include <PCd/device/PDevice.h>
 
 #include <QLabel>
 #include <QLocale>

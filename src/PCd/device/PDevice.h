@@ -1,0 +1,191 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCd/PCdTypes.h>
+#include <PCd/frame/PDeviceFrame.h>
+#include <PCd/frame/PDeviceMode.h>
+#include <PCd/frame/PFrameLedger.h>
+#include <PCd/frame/PFrameSink.h>
+#include <PCd/frame/PImageSource.h>
+
+#include <PCore/PStatus.h>
+
+#include <QByteArray>
+#include <QList>
+
+#include <memory>
+#include <optional>
+
+class PAbstractReader;
+class PAbstractWriter;
+class PDeviceProperty;
+class PDeviceIdClaim;
+class PDevicePropertyGroup;
+class PFrameRoad;
+class QWidget;
+
+/// One camera as the host sees it. A plugin derives from it and fills in the try… and get…
+/// operations; the host uses link(), startStream() and the like, which keep the state and call
+/// those.
+///
+/// Threads: everything runs on the thread that owns the object, the device's thread, unless it says
+/// "any thread". Life: made by a register, linked, streamed, unlinked, and deleted by the register.
+class PDevice : public PImageSource {
+    Q_OBJECT
+
+public:
+    explicit PDevice(QObject* parent);
+    ~PDevice() override;
+
+    // ---- What a device is, and what a plugin overrides. The order of these is part of the binary
+    // ---- interface: add at the end only.
+
+    /// Model name for people.
+    virtual QString model() const;
+    /// Serial number for people, without padding zeros; empty if unknown.
+    virtual QString serial() const;
+    /// Restores the settings that writeStreamThis() wrote into the object the reader stands in: the
+    /// mode, then the properties. False if any of them could not be set.
+    virtual bool readStreamThis(PAbstractReader* reader);
+    /// Writes model, serial, mode and all serialisable properties as an object of this name.
+    virtual bool writeStreamThis(PAbstractWriter* writer, const QString& name);
+    virtual bool isSupportSoftwareTrigger();
+    /// True for a camera on a network.
+    virtual bool isGigE();
+    virtual bool isLinked() const;
+    /// True once the property list has been built.
+    virtual bool isInitialized() const;
+    virtual bool isStreaming() const;
+    /// False for a device that the host itself makes up (a file played back).
+    virtual bool isRealDevice() const;
+    /// A new panel of all properties, or null without a widget factory (see PWidgetFactory).
+    virtual QWidget* createPropertiesWidget(QWidget* parent);
+    /// True if images come as a sequence that ends by itself.
+    virtual bool isSequence() const;
+    /// True for a still camera without a live stream.
+    virtual bool isPhotoDevice() const;
+    virtual bool isSupportStillCapture() const;
+    /// True if the host may process the images (see setProcessImage()).
+    virtual bool canProcessImage() const;
+    /// True if the other is the same camera: same model and serial.
+    virtual bool isEqualSessionInfo(const PDevice* other) const;
+    /// A still picture, or an empty image where it arrives later (DeviceOption::AsynchronousStill).
+    virtual PImage getSnapshot();
+    /// True if a histogram of the images makes sense.
+    virtual bool enableHistogram() const;
+    /// Asks for a still picture that arrives through processSnapshot(). False if refused.
+    virtual bool triggerStillCapture();
+    /// Model and serial as the device holds them. Any thread.
+    virtual QByteArray getModel() const = 0;
+    virtual QByteArray getSerial() const = 0;
+    virtual bool tryLink() = 0;
+    virtual bool tryUnlink() = 0;
+    virtual bool tryStartStream() = 0;
+    /// When it returns, no frame of the stream is on its way into processFrameImage() any more.
+    virtual bool tryStopStream() = 0;
+    virtual PDeviceMode getCurrentMode() = 0;
+    virtual bool trySetMode(const PDeviceMode& mode) = 0;
+    virtual QList<PDeviceMode> getSupportModes() = 0;
+    /// New property objects; the caller owns them.
+    virtual QList<PDeviceProperty*> getSupportProperties() = 0;
+    /// New group objects over the properties the device has taken; the caller owns them.
+    virtual QList<PDevicePropertyGroup*> getSupportPropertyGroups() = 0;
+    virtual bool tryFireSoftwareTrigger();
+    virtual bool tryPollForTriggerReady();
+
+    // ---- What the host uses.
+
+    /// Readable, stable id: model and serial, with "#2", "#3" … after it while another device that
+    /// is present has the same; with `withRegister` the register's id and "/" before it, once a
+    /// register has it. Fixed by the first call, which must come when the object is built. Any
+    /// thread.
+    QByteArray deviceId(bool withRegister) const;
+
+    /// Each fails with the reason in plain words: the device is gone, not in that state, or
+    /// refused.
+    PStatus link();
+    PStatus unlink();
+    PStatus startStream();
+    PStatus stopStream();
+    /// Sets the mode, also while streaming, and emits modeChanged() with what the device then has.
+    PStatus setMode(const PDeviceMode& mode);
+
+    /// True once the register has removed the device: everything but stopping fails from then on.
+    bool isGone() const { return m_gone; }
+    /// False if the device names no modes any more though it had some when its register added it:
+    /// so answers one whose camera was unplugged, also after the camera was plugged in again.
+    bool isAnswering();
+
+    /// The property with this id, or null. The list is not built by this. Any thread while the list
+    /// is there, for nothing but posting calls to the property.
+    PDeviceProperty* getProperty(const QByteArray& id) const;
+    /// The properties, owned by the device; the first call builds the list, reads each property's
+    /// range and value once, and writes nothing to the device.
+    const QList<PDeviceProperty*>& supportProperties();
+    /// The groups, owned by the device, built by the first call.
+    const QList<PDevicePropertyGroup*>& supportPropertyGroups();
+
+    void setProcessImage(bool process) { m_processImage = process; }
+    void setDeviceOption(PCD::DeviceOption option, bool on);
+    bool hasDeviceOption(PCD::DeviceOption option) const;
+
+    // ---- The road of a frame.
+
+    /// Hands a live frame to the host: it is stamped, counted, given to the frame sinks on this
+    /// thread, and queued for the device's thread, where imageChanged() is emitted. Any thread;
+    /// never waits for the device's thread, and never throws.
+    void processFrameImage(const PImage& image) noexcept;
+    /// Hands a picture to the host as a snapshot, by the same road to snapshotTaken(). A frame
+    /// without a stamp is new; one with a stamp has come through here before and is not counted
+    /// again.
+    void processSnapshot(PDeviceFrame frame) noexcept;
+    /// Books frames that never became an image. Any thread.
+    void reportDroppedFrames(PFrameFate fate, quint64 count = 1);
+
+    /// Adds a sink that sees every frame from now on, until removed. Any thread.
+    void addFrameSink(std::shared_ptr<PFrameSink> sink);
+    /// When this returns, no takeFrame() of the sink is running. Not from inside takeFrame().
+    void removeFrameSink(const std::shared_ptr<PFrameSink>& sink);
+
+    /// Takes this many more live frames; what comes after them is booked as not wanted and goes no
+    /// further. Without a number, all are taken, as at the beginning. Any thread.
+    void limitLiveFrames(std::optional<quint64> count);
+
+    /// The newest live frame that arrived, whatever still waits; a view shows this. Any thread.
+    PDeviceFrame newestFrame() const;
+    /// A consistent account of all frames so far. Any thread.
+    PFrameLedger frameLedger() const;
+    /// Bytes of live frames that may wait for the device's thread (2 GiB unless set). Any thread.
+    void setFrameByteLimit(std::size_t bytes);
+    static constexpr std::size_t DefaultFrameByteLimit = std::size_t(2) << 30;
+
+signals:
+    void modeChanged(PDeviceMode mode);
+    /// The device was unlinked; the argument is deviceId(false).
+    void unlinked(QByteArray id);
+    /// A snapshot arrived, on the device's thread.
+    void snapshotTaken(PDeviceFrame frame);
+
+private:
+    friend class PDeviceRegister; // retires the device and gives it its m_registerId
+
+    void takeProperties();
+    void updateMode();
+    void updateSettings();
+    void retire();
+
+    QByteArray m_registerId;
+    PDeviceMode m_mode; ///< for the settings of frames
+    QList<PDeviceProperty*> m_properties;
+    QList<PDevicePropertyGroup*> m_groups;
+    int m_options = 0;
+    bool m_processImage = false;
+    bool m_linked = false;
+    bool m_streaming = false;
+    bool m_gone = false;
+    bool m_hadModes = false;
+    bool m_propertiesTaken = false;
+    bool m_groupsTaken = false;
+    std::unique_ptr<PDeviceIdClaim> m_idClaim;
+    std::unique_ptr<PFrameRoad> m_frames;
+};

@@ -1,0 +1,177 @@
+// SPDX-License-Identifier: MIT
+#include <PCd/device/PDeviceRegister.h>
+
+#include <PCd/PMetaTypes.h>
+#include <PCd/device/PDevice.h>
+
+#include <PLog/PLog.h>
+
+#include <QPointer>
+#include <QScopeGuard>
+
+#include <algorithm>
+#include <exception>
+
+namespace {
+
+void logFailure(const char* reason) {
+    PLog::logStream(QStringLiteral("PCd"), QString::fromLatin1(Q_FUNC_INFO),
+                    QString::fromLatin1(__FILE__), __LINE__, PLogLevel::Error)
+        << "Looking for devices failed:" << reason;
+}
+
+/// Without empty entries and repetitions.
+QList<PDevice*> eachOnce(const QList<PDevice*>& devices) {
+    QList<PDevice*> once;
+    for (PDevice* device : devices) {
+        if (device != nullptr && !once.contains(device))
+            once.append(device);
+    }
+    return once;
+}
+
+} // namespace
+
+PDeviceRegister::PDeviceRegister() {
+    registerPCdMetaTypes();
+}
+
+PDeviceRegister::~PDeviceRegister() {
+    // Now, not later: the code of the devices may be gone with this object.
+    while (!m_devices.isEmpty()) {
+        PDevice* const device = m_devices.takeLast();
+        device->retire();
+        delete device;
+    }
+}
+
+void PDeviceRegister::registerInitialize() {
+    updateDevices();
+}
+
+void PDeviceRegister::registerCleanup() {
+    while (!m_devices.isEmpty())
+        removeDevice(m_devices.last());
+}
+
+PDevice* PDeviceRegister::createDevice(const QByteArray& id) {
+    if (findDevice(id) == nullptr)
+        updateDevices();
+    return findDevice(id);
+}
+
+void PDeviceRegister::destroyDevice(PDevice* device) {
+    device->deleteLater();
+}
+
+QList<PDevice*> PDeviceRegister::aliveDevices() {
+    return {};
+}
+
+PDevice* PDeviceRegister::findDevice(const QByteArray& id) const {
+    const auto found = std::find_if(m_devices.begin(), m_devices.end(), [&](const PDevice* d) {
+        return d->deviceId(false) == id || d->deviceId(true) == id;
+    });
+    return found == m_devices.end() ? nullptr : *found;
+}
+
+void PDeviceRegister::removeDevice(PDevice* device) {
+    // Out of the list before anything is told: a listener that asks, or that removes it once more,
+    // finds it gone already.
+    if (!m_devices.removeOne(device))
+        return;
+    const QPointer<PDevice> present(device);
+    device->retire();
+    if (present)
+        emit deviceRemoved(device);
+    if (present) // no listener has deleted it by itself
+        destroyDevice(device);
+}
+
+void PDeviceRegister::updateDevices() {
+    if (m_updating) {
+        m_updateAgain = true;
+        return;
+    }
+    m_updating = true;
+    const auto done = qScopeGuard([this] { m_updating = false; });
+    try {
+        do {
+            m_updateAgain = false;
+            mergeDevices(aliveDevices());
+        } while (m_updateAgain);
+    } catch (const std::exception& error) {
+        // A timer calls this: past here the exception would unwind the event loop. The list is as
+        // it was, and the next rescan tries again.
+        logFailure(error.what());
+    } catch (...) {
+        logFailure("unknown exception");
+    }
+}
+
+void PDeviceRegister::mergeDevices(const QList<PDevice*>& alive) {
+    const QList<PDevice*> known = m_devices;
+    const QList<PDevice*> present = presentDevices(alive);
+    for (PDevice* device : known) {
+        if (!present.contains(device))
+            removeDevice(device);
+    }
+    renewSilentDevices(known);
+    for (PDevice* device : present) {
+        if (!known.contains(device))
+            addDevice(device);
+    }
+}
+
+/// What a plugin names, each camera once.
+QList<PDevice*> PDeviceRegister::presentDevices(const QList<PDevice*>& alive) {
+    const QList<PDevice*> named = eachOnce(alive);
+    QList<PDevice*> present;
+    for (PDevice* device : named) {
+        PDevice* const first = firstOfSameCamera(device, named + present);
+        present.append(first != nullptr ? first : device);
+        if (first == nullptr)
+            continue;
+        device->setParent(this); // it goes with the register at the latest
+        destroyDevice(device);
+    }
+    return present;
+}
+
+/// A plugin may open a camera again whose device it does not recognise as its own. The device that
+/// the host works with stays; null if there is none but those that are named anyway.
+PDevice* PDeviceRegister::firstOfSameCamera(const PDevice* device,
+                                            const QList<PDevice*>& named) const {
+    if (m_devices.contains(device))
+        return nullptr;
+    const auto found = std::find_if(m_devices.begin(), m_devices.end(), [&](PDevice* known) {
+        return !named.contains(known) && known->isEqualSessionInfo(device) && known->isAnswering();
+    });
+    return found == m_devices.end() ? nullptr : *found;
+}
+
+/// An idle camera that was unplugged and plugged in again before the plugin looked is named as
+/// before, but its device is bound to the session that the unplugging ended.
+void PDeviceRegister::renewSilentDevices(const QList<PDevice*>& known) {
+    for (PDevice* device : known) {
+        // A streaming device reports by itself that its camera is gone.
+        if (!m_devices.contains(device) || device->isStreaming() || device->isAnswering())
+            continue;
+        // Only then is the old session closed, and the plugin may open another.
+        connect(device, &QObject::destroyed, this, &PDeviceRegister::updateDevices,
+                Qt::QueuedConnection);
+        removeDevice(device);
+    }
+}
+
+void PDeviceRegister::addDevice(PDevice* device) {
+    // Owned, so that one that still waits to be deleted later goes with the register at the latest.
+    device->setParent(this);
+    device->m_registerId = m_id;
+    device->m_hadModes = !device->getSupportModes().isEmpty();
+    m_devices.append(device);
+    // Somebody may delete it after all: the list must not keep what is gone. Only its address is
+    // looked at, there is no device any more by then.
+    connect(device, &QObject::destroyed, this, [this, device] { m_devices.removeOne(device); });
+    emit deviceAdded(device);
+}

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+// The saved form of a device: {model, serial, mode, properties: {id: …}}.
+#include <PCd/device/PDevice.h>
+#include <PCd/property/PDeviceProperty.h>
+
+#include <PCore/PAbstractReader.h>
+#include <PCore/PAbstractWriter.h>
+
+#include <algorithm>
+
+namespace {
+
+bool readMode(PDevice* device, const PAbstractReader* reader) {
+    const QVariant wanted = reader->readValue(QStringLiteral("mode"));
+    if (!wanted.isValid())
+        return true; // saved from a device without modes
+    const QList<PDeviceMode> modes = device->getSupportModes();
+    const auto mode = std::find_if(modes.begin(), modes.end(), [&](const PDeviceMode& m) {
+        return QString::fromLatin1(m.id) == wanted.toString();
+    });
+    return mode != modes.end() && device->setMode(*mode).isOk();
+}
+
+bool readProperty(PDevice* device, PAbstractReader* reader, const QString& id) {
+    PDeviceProperty* const property = device->getProperty(id.toLatin1());
+    if (property == nullptr)
+        return false;
+    // Nothing is saved of a command; older states hold an empty object of its name.
+    if (property->type() == PCD::DevicePropertyType::Action)
+        return true;
+    if (!reader->beginObject(id))
+        return false;
+    const bool done = property->readStreamThis(reader);
+    reader->endObject();
+    return done;
+}
+
+} // namespace
+
+bool PDevice::writeStreamThis(PAbstractWriter* writer, const QString& name) {
+    writer->beginObject(name);
+    bool done = writer->writeValue(QStringLiteral("model"), model());
+    done = writer->writeValue(QStringLiteral("serial"), serial()) && done;
+    const PDeviceMode mode = getCurrentMode();
+    if (!mode.id.isEmpty())
+        done = writer->writeValue(QStringLiteral("mode"), QString::fromLatin1(mode.id)) && done;
+    writer->beginObject(QStringLiteral("properties"));
+    for (PDeviceProperty* property : supportProperties())
+        done = property->writeStreamThis(writer, QString::fromLatin1(property->id())) && done;
+    writer->endObject();
+    writer->endObject();
+    return done;
+}
+
+bool PDevice::readStreamThis(PAbstractReader* reader) {
+    supportProperties();
+    bool done = readMode(this, reader);
+    if (!reader->beginObject(QStringLiteral("properties")))
+        return false;
+    const QStringList ids = reader->objectNames();
+    for (const QString& id : ids)
+        done = readProperty(this, reader, id) && done;
+    reader->endObject();
+    return done;
+}

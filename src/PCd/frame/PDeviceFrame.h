@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCd/frame/PFrameStamp.h>
+
+#include <PDip/PImage.h>
+
+#include <QMetaType>
+
+/// A picture of a device with what is known about its taking. A value; any thread.
+struct PDeviceFrame {
+    PImage image;
+    /// Null for an image that has not passed through a device.
+    std::shared_ptr<const PFrameStamp> stamp;
+};
+
+Q_DECLARE_METATYPE(PDeviceFrame)

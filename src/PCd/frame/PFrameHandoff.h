@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCd/frame/PDeviceFrame.h>
+#include <PCd/frame/PFrameSink.h>
+
+#include <cstddef>
+#include <deque>
+#include <mutex>
+#include <optional>
+
+/// The frames that wait for a device's thread: a queue bounded in bytes. Any thread.
+class PFrameHandoff {
+public:
+    struct Entry {
+        PDeviceFrame frame;
+        PFrameSink::Kind kind = PFrameSink::Kind::Live;
+        bool settled = false; ///< its fate is booked already
+    };
+
+    explicit PFrameHandoff(std::size_t byteLimit);
+
+    /// Queues an entry. Returns false, and leaves it out, if it is a live frame and the queue holds
+    /// frames for the byte limit already; a queue without live frames takes one of any size.
+    /// Snapshots are always taken.
+    bool push(Entry entry);
+
+    /// The oldest entry, or nothing.
+    std::optional<Entry> take();
+
+    /// True once after a push that found nobody coming: the caller wakes the device's thread.
+    bool claimWake();
+    /// The device's thread is here; the next push needs a new wake.
+    void wakeArrived();
+
+    std::size_t size() const;
+    void setByteLimit(std::size_t byteLimit);
+
+private:
+    static std::size_t liveBytes(const Entry& entry);
+
+    mutable std::mutex m_mutex; // pushed by frame threads, taken by the device's thread
+    std::deque<Entry> m_entries;
+    std::size_t m_liveBytes = 0;
+    std::size_t m_byteLimit;
+    bool m_wakePosted = false;
+};

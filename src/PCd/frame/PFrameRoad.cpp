@@ -1,0 +1,238 @@
+// SPDX-License-Identifier: MIT
+#include <PCd/frame/PFrameRoad.h>
+
+#include <PLog/PLog.h>
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QPointer>
+
+#include <chrono>
+#include <exception>
+
+namespace {
+
+constexpr std::chrono::milliseconds deliveryTime(10);
+
+void logFailure(const char* what, const char* reason) noexcept {
+    try {
+        PLog::logStream(QStringLiteral("PCd"), QString::fromLatin1(Q_FUNC_INFO),
+                        QString::fromLatin1(__FILE__), __LINE__, PLogLevel::Error)
+            << what << reason;
+    } catch (...) {
+        // Nowhere left to tell it; the ledger still counts the frame.
+        return;
+    }
+}
+
+} // namespace
+
+/// Lives on the device's thread and drains the road there when an event asks it to.
+class PFrameRoad::Waker : public QObject {
+public:
+    explicit Waker(PFrameRoad* road)
+        : m_road(road) {}
+
+protected:
+    /// There is one kind of event that is not Qt's own.
+    void customEvent(QEvent*) override {
+        m_road->drain(); // may be the end of the road, and of this
+    }
+
+private:
+    PFrameRoad* m_road;
+};
+
+PFrameRoad::~PFrameRoad() = default;
+
+PFrameRoad::PFrameRoad(QObject* device, Deliver deliver, std::size_t byteLimit)
+    : m_device(device)
+    , m_waker(std::make_unique<Waker>(this))
+    , m_deliver(std::move(deliver))
+    , m_handoff(byteLimit) {
+}
+
+void PFrameRoad::sendLive(const PImage& image) noexcept {
+    if (image.isNull()) {
+        m_accounts.enterAndSettle(PFrameFate::BadSize);
+        return;
+    }
+    if (!claimLive()) {
+        m_accounts.enterAndSettle(PFrameFate::NotWanted);
+        return;
+    }
+    m_accounts.enter();
+    PFrameHandoff::Entry entry;
+    try {
+        entry.frame = stamped(image, entry.kind);
+        const std::lock_guard lock(m_mutex);
+        m_newest = entry.frame;
+    } catch (const std::exception&) {
+        m_accounts.settle(PFrameFate::NoMemory);
+        return;
+    }
+    send(std::move(entry));
+}
+
+void PFrameRoad::sendSnapshot(PDeviceFrame frame) noexcept {
+    PFrameHandoff::Entry entry;
+    entry.kind = PFrameSink::Kind::Snapshot;
+    // A stamped frame was booked as a live one when it first came through here.
+    entry.settled = frame.stamp != nullptr;
+    if (!entry.settled)
+        m_accounts.enter();
+    if (frame.image.isNull()) {
+        settle(entry, PFrameFate::BadSize);
+        return;
+    }
+    try {
+        entry.frame = entry.settled ? std::move(frame) : stamped(frame.image, entry.kind);
+    } catch (const std::exception&) {
+        settle(entry, PFrameFate::NoMemory);
+        return;
+    }
+    send(std::move(entry));
+}
+
+void PFrameRoad::send(PFrameHandoff::Entry entry) noexcept {
+    if (!offerToSinks(entry))
+        settle(entry, PFrameFate::FailedInWriter);
+    if (queue(entry))
+        wake();
+    else
+        settle(entry, PFrameFate::DroppedWaiting);
+}
+
+bool PFrameRoad::claimLive() {
+    const std::lock_guard lock(m_mutex);
+    if (!m_liveLeft)
+        return true;
+    if (*m_liveLeft == 0)
+        return false;
+    --*m_liveLeft;
+    return true;
+}
+
+bool PFrameRoad::offerToSinks(const PFrameHandoff::Entry& entry) noexcept {
+    const std::shared_lock lock(m_sinksMutex);
+    bool taken = true;
+    for (const std::shared_ptr<PFrameSink>& sink : m_sinks) {
+        try {
+            taken = sink->takeFrame(entry.frame, entry.kind) && taken;
+        } catch (const std::exception& error) {
+            logFailure("A frame sink failed:", error.what());
+            taken = false;
+        } catch (...) {
+            logFailure("A frame sink failed:", "unknown exception");
+            taken = false;
+        }
+    }
+    return taken;
+}
+
+bool PFrameRoad::queue(const PFrameHandoff::Entry& entry) noexcept {
+    try {
+        return m_handoff.push(entry);
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+void PFrameRoad::settle(PFrameHandoff::Entry& entry, PFrameFate fate) {
+    if (!std::exchange(entry.settled, true))
+        m_accounts.settle(fate);
+}
+
+PDeviceFrame PFrameRoad::stamped(const PImage& image, PFrameSink::Kind kind) {
+    auto stamp = std::make_shared<PFrameStamp>();
+    stamp->arrived = std::chrono::steady_clock::now();
+    stamp->arrivedUtc = QDateTime::currentDateTimeUtc();
+    stamp->still = kind == PFrameSink::Kind::Snapshot;
+    {
+        const std::lock_guard lock(m_mutex);
+        stamp->sequence = ++(stamp->still ? m_lastStill : m_lastLive);
+        stamp->settings = m_settings;
+    }
+    PDeviceFrame frame{image, stamp};
+    frame.image.setAttachment(stamp);
+    return frame;
+}
+
+void PFrameRoad::wake() noexcept {
+    if (!m_handoff.claimWake())
+        return;
+    try {
+        // The hop to the device's thread. One event serves all frames that come until it is there,
+        // so a stalled thread finds one event waiting, not thousands; it dies with the device. An
+        // event of its own carries nothing from thread to thread but the wish to be called.
+        QCoreApplication::postEvent(m_waker.get(), new QEvent(QEvent::User));
+    } catch (const std::exception&) {
+        m_handoff.wakeArrived(); // no memory for the event: the next frame tries again
+    }
+}
+
+void PFrameRoad::drain() {
+    m_handoff.wakeArrived();
+    // Only what waits now, and for a moment only: the rest of the event loop must get its turn also
+    // with a camera faster than its listeners, and with listeners that are slow.
+    const std::size_t waiting = m_handoff.size();
+    const auto end = std::chrono::steady_clock::now() + deliveryTime;
+    const QPointer<QObject> device(m_device);
+    for (std::size_t i = 0; i < waiting; ++i) {
+        std::optional<PFrameHandoff::Entry> entry = m_handoff.take();
+        if (!entry)
+            return;
+        deliverOne(std::move(*entry));
+        if (!device) // a listener deleted the device, and this with it
+            return;
+        if (std::chrono::steady_clock::now() >= end)
+            break;
+    }
+    if (m_handoff.size() > 0)
+        wake();
+}
+
+void PFrameRoad::deliverOne(PFrameHandoff::Entry entry) {
+    const QPointer<QObject> device(m_device);
+    PFrameFate fate = PFrameFate::Delivered;
+    try {
+        m_deliver(entry);
+    } catch (const std::exception& error) {
+        // Past this point the exception would unwind the event loop.
+        logFailure("A listener failed over a frame:", error.what());
+        fate = PFrameFate::Failed;
+    } catch (...) {
+        logFailure("A listener failed over a frame:", "unknown exception");
+        fate = PFrameFate::Failed;
+    }
+    if (!device)
+        return;
+    if (entry.kind == PFrameSink::Kind::Snapshot && fate == PFrameFate::Delivered)
+        m_accounts.countSnapshot();
+    settle(entry, fate);
+}
+
+void PFrameRoad::addSink(std::shared_ptr<PFrameSink> sink) {
+    const std::unique_lock lock(m_sinksMutex);
+    m_sinks.push_back(std::move(sink));
+}
+
+void PFrameRoad::removeSink(const std::shared_ptr<PFrameSink>& sink) {
+    const std::unique_lock lock(m_sinksMutex);
+    m_sinks.remove(sink);
+}
+
+PDeviceFrame PFrameRoad::newestFrame() const {
+    const std::lock_guard lock(m_mutex);
+    return m_newest;
+}
+
+void PFrameRoad::limitLive(std::optional<quint64> count) {
+    const std::lock_guard lock(m_mutex);
+    m_liveLeft = count;
+}
+
+void PFrameRoad::setSettings(std::shared_ptr<const PDeviceSettings> settings) {
+    const std::lock_guard lock(m_mutex);
+    m_settings = std::move(settings);
+}

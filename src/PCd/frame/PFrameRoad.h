@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCd/frame/PFrameAccounts.h>
+#include <PCd/frame/PFrameHandoff.h>
+#include <PCd/frame/PFrameSink.h>
+
+#include <QObject>
+
+#include <functional>
+#include <list>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <shared_mutex>
+
+/// The road of a device's frames: from the thread that brings them, past the frame sinks, to the
+/// device's thread. Every frame that enters is booked, and meets exactly one fate.
+class PFrameRoad {
+public:
+    using Deliver = std::function<void(const PFrameHandoff::Entry&)>;
+
+    /// `deliver` is called on the thread of `device`, which must outlive this.
+    PFrameRoad(QObject* device, Deliver deliver, std::size_t byteLimit);
+    ~PFrameRoad();
+
+    /// A live frame, and a snapshot, set out. Any thread; never waits for the device's thread.
+    void sendLive(const PImage& image) noexcept;
+    void sendSnapshot(PDeviceFrame frame) noexcept;
+
+    /// See PDevice for these. Any thread.
+    void addSink(std::shared_ptr<PFrameSink> sink);
+    void removeSink(const std::shared_ptr<PFrameSink>& sink);
+    PDeviceFrame newestFrame() const;
+    void setByteLimit(std::size_t bytes) { m_handoff.setByteLimit(bytes); }
+
+    void limitLive(std::optional<quint64> count);
+
+    /// The settings that frames are stamped with from now on.
+    void setSettings(std::shared_ptr<const PDeviceSettings> settings);
+
+    PFrameAccounts& accounts() { return m_accounts; }
+    const PFrameAccounts& accounts() const { return m_accounts; }
+
+private:
+    void send(PFrameHandoff::Entry entry) noexcept;
+    bool claimLive();
+    bool offerToSinks(const PFrameHandoff::Entry& entry) noexcept;
+    bool queue(const PFrameHandoff::Entry& entry) noexcept;
+    void settle(PFrameHandoff::Entry& entry, PFrameFate fate);
+    PDeviceFrame stamped(const PImage& image, PFrameSink::Kind kind);
+    void wake() noexcept;
+    void drain();
+    void deliverOne(PFrameHandoff::Entry entry);
+
+    class Waker;
+
+    QObject* m_device;
+    std::unique_ptr<QObject> m_waker;
+    Deliver m_deliver;
+    PFrameAccounts m_accounts;
+    PFrameHandoff m_handoff;
+
+    mutable std::mutex m_mutex; // stamps are made on frame threads, read and configured elsewhere
+    quint64 m_lastLive = 0;     ///< number of a frame
+    quint64 m_lastStill = 0;    ///< number of a frame
+    std::optional<quint64> m_liveLeft;
+    std::shared_ptr<const PDeviceSettings> m_settings = std::make_shared<PDeviceSettings>();
+    PDeviceFrame m_newest;
+
+    // Held shared while sinks run, so that taking one away waits until it is not running.
+    std::shared_mutex m_sinksMutex;
+    std::list<std::shared_ptr<PFrameSink>> m_sinks;
+};

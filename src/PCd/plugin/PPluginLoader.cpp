@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: MIT
+#include <PCd/plugin/PPluginLoader.h>
+
+#include <PCd/device/PDeviceRegister.h>
+
+#include <QDir>
+#include <QFileInfo>
+#include <QJsonObject>
+#include <QPluginLoader>
+
+#include <dlfcn.h>
+
+namespace {
+
+/// Marks a root object that somebody has been given.
+constexpr char ownedProperty[] = "pcdOwned";
+
+/// Interface ids of device plugins begin with this.
+const QLatin1String devicePluginPrefix("pellix.devices.");
+
+QStringList environmentPaths() {
+    return qEnvironmentVariable("PCD_PLUGIN_PATH").split(QLatin1Char(':'), Qt::SkipEmptyParts);
+}
+
+/// "pcd/plugins" beside this library, wherever it was installed or built.
+QString libraryFolder() {
+    Dl_info info{};
+    if (dladdr(reinterpret_cast<const void*>(&libraryFolder), &info) == 0)
+        return QString();
+    const QString library = QString::fromLocal8Bit(info.dli_fname);
+    return QFileInfo(library).absoluteDir().filePath(QStringLiteral("pcd/plugins"));
+}
+
+} // namespace
+
+void PPluginLoader::addSearchPath(const QString& path) {
+    m_added.append(path);
+}
+
+QStringList PPluginLoader::searchPaths() const {
+    return m_added + environmentPaths() + QStringList{libraryFolder()};
+}
+
+QList<PDeviceRegister*> PPluginLoader::load() {
+    m_failures.clear();
+    m_loadedClasses.clear();
+    QList<PDeviceRegister*> registers;
+    const QStringList files = pluginFiles();
+    for (const QString& file : files) {
+        if (PDeviceRegister* const root = loadFile(file))
+            registers.append(root);
+    }
+    return registers;
+}
+
+QStringList PPluginLoader::pluginFiles() {
+    QStringList files;
+    const QStringList asked = m_added + environmentPaths();
+    for (const QString& path : asked)
+        files += filesAt(path, true);
+    files += filesAt(libraryFolder(), false);
+    files.removeDuplicates();
+    return files;
+}
+
+QStringList PPluginLoader::filesAt(const QString& path, bool required) {
+    const QFileInfo info(path);
+    if (info.isFile())
+        return {info.canonicalFilePath()};
+    if (!info.isDir()) {
+        if (required)
+            fail(path, QStringLiteral("no such file or folder"));
+        return {};
+    }
+    QStringList files;
+    const QDir folder(path, QStringLiteral("*.so"), QDir::Name, QDir::Files);
+    for (const QFileInfo& file : folder.entryInfoList())
+        files.append(file.canonicalFilePath());
+    return files;
+}
+
+PDeviceRegister* PPluginLoader::loadFile(const QString& path) {
+    QPluginLoader loader(path);
+    const QJsonObject metadata = loader.metaData();
+    if (metadata.isEmpty())
+        return fail(path, loader.errorString());
+    const QString iid = metadata.value(QLatin1String("IID")).toString();
+    if (!iid.startsWith(devicePluginPrefix)) {
+        return fail(path,
+                    QStringLiteral("its interface is \"%1\", expected one that begins with \"%2\"")
+                        .arg(iid, devicePluginPrefix));
+    }
+    const QString className = metadata.value(QLatin1String("className")).toString();
+    if (m_loadedClasses.contains(className))
+        return nullptr; // an earlier search path has it
+    QObject* const root = loader.instance();
+    if (root == nullptr)
+        return fail(path, loader.errorString());
+    auto* const deviceRegister = qobject_cast<PDeviceRegister*>(root);
+    if (deviceRegister == nullptr)
+        return fail(path, QStringLiteral("its root object is no device register"));
+    // A plugin has one root object in a process, and that has one owner.
+    if (root->property(ownedProperty).toBool())
+        return fail(path, QStringLiteral("it has been loaded already, and its register is in use"));
+    root->setProperty(ownedProperty, true);
+    m_loadedClasses.append(className);
+    return deviceRegister;
+}
+
+PDeviceRegister* PPluginLoader::fail(const QString& path, const QString& reason) {
+    m_failures.append({path, reason});
+    return nullptr;
+}

@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: MIT
+#include <PCd/profile/PDeviceProfileDiff.h>
+
+#include <PCd/device/PDevice.h>
+#include <PCd/property/PDeviceProperty.h>
+#include <PCd/property/PQuietReading.h>
+#include <PCd/property/value/PGadgetFields.h>
+#include <PCd/property/value/PPropertyStreamForm.h>
+#include <PCd/property/value/PPropertyText.h>
+
+#include <optional>
+
+namespace {
+
+using Difference = PDeviceProfileDiff::Difference;
+
+/// What a profile would hold of a property; invalid if nothing.
+QVariant savedForm(const PDeviceProperty* property) {
+    if (property == nullptr || !property->isSerializable())
+        return QVariant();
+    return PPropertyStreamForm::toForm(property->valueInner(), property->rangeInner());
+}
+
+QString textOf(const QVariantMap& fields) {
+    QStringList parts;
+    for (auto field = fields.begin(); field != fields.end(); ++field)
+        parts.append(field.key() + QLatin1Char('=') + PPropertyText::ofValue(field.value(), {}));
+    return parts.join(QLatin1Char(' '));
+}
+
+QString textOf(const QVariant& form, const PDeviceProperty* property) {
+    if (!form.isValid())
+        return QString();
+    if (form.typeId() == QMetaType::QVariantMap && property == nullptr)
+        return textOf(form.toMap());
+    const QVariant range = property == nullptr ? QVariant() : property->rangeInner();
+    const QVariant current = property == nullptr ? QVariant() : property->valueInner();
+    const QVariant value = PPropertyStreamForm::fromForm(form, current, range);
+    return PPropertyText::ofValue(value.isValid() ? value : form, range);
+}
+
+/// One field; the value in the file may be of a type that the field cannot have, or none.
+std::optional<Difference> differenceOf(const QByteArray& id, const QString& field,
+                                       const QVariant& inFile, const QVariant& current) {
+    QVariant changed = current;
+    const bool isPossible = PGadgetFields::assign(changed, field, inFile);
+    const QVariant wanted = isPossible ? PGadgetFields::read(changed, field) : inFile;
+    const QVariant onCamera = PGadgetFields::read(current, field);
+    if (isPossible && wanted == onCamera)
+        return std::nullopt;
+    return Difference{id + '.' + field.toUtf8(), PPropertyText::ofValue(wanted, {}),
+                      PPropertyText::ofValue(onCamera, {})};
+}
+
+QList<Difference> differencesOfFields(const QByteArray& id, const QVariantMap& inFile,
+                                      const QVariant& current) {
+    QStringList names = PGadgetFields::storedNames(current);
+    for (const QString& name : inFile.keys()) {
+        if (!names.contains(name))
+            names.append(name);
+    }
+    QList<Difference> differences;
+    for (const QString& name : std::as_const(names)) {
+        if (const auto difference = differenceOf(id, name, inFile.value(name), current))
+            differences.append(*difference);
+    }
+    return differences;
+}
+
+/// The fields that a form means, also where an older file has them as bytes.
+std::optional<QVariantMap> fieldsIn(const QVariant& form, const PDeviceProperty* property) {
+    if (savedForm(property).typeId() != QMetaType::QVariantMap)
+        return std::nullopt;
+    const QVariant current = property->valueInner();
+    const QVariant fields =
+        form.typeId() == QMetaType::QByteArray
+            ? PPropertyStreamForm::toForm(PPropertyStreamForm::fromForm(form, current, {}), {})
+            : form;
+    return fields.typeId() == QMetaType::QVariantMap ? std::optional(fields.toMap()) : std::nullopt;
+}
+
+QList<Difference> differencesOf(const QByteArray& id, const QVariant& inFile,
+                                const PDeviceProperty* property) {
+    if (const auto fields = fieldsIn(inFile, property))
+        return differencesOfFields(id, *fields, property->valueInner());
+    const QVariant onCamera = savedForm(property);
+    if (PPropertyStreamForm::areEqual(inFile, onCamera))
+        return {};
+    return {{id, textOf(inFile, property), textOf(onCamera, property)}};
+}
+
+QList<Difference> differencesOfModes(const PDeviceProfile::Setting& mode, PDevice& device) {
+    const QString inFile = mode.form.toString();
+    const QString onCamera = QString::fromLatin1(device.getCurrentMode().id);
+    if (inFile == onCamera)
+        return {};
+    return {{QByteArrayLiteral("mode"), inFile, onCamera}};
+}
+
+} // namespace
+
+QList<Difference> PDeviceProfileDiff::between(const PDeviceProfile& profile, PDevice& device) {
+    QList<QByteArray> ids;
+    const PQuietReading reading(device.supportProperties());
+    QList<Difference> differences = differencesOfModes(profile.mode, device);
+    for (const PDeviceProfile::Setting& setting : profile.settings) {
+        differences += differencesOf(setting.id, setting.form, device.getProperty(setting.id));
+        ids.append(setting.id);
+    }
+    for (const PDeviceProperty* property : device.supportProperties()) {
+        if (!ids.contains(property->id()))
+            differences += differencesOf(property->id(), QVariant(), property);
+    }
+    return differences;
+}

@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: MIT
+#include <PCd/profile/PDeviceProfileFile.h>
+
+#include <PCd/device/PDevice.h>
+#include <PCd/profile/PDeviceProfileParser.h>
+#include <PCd/property/PQuietReading.h>
+
+#include <PCore/PJsonReader.h>
+#include <PCore/PJsonWriter.h>
+
+#include <QFileInfo>
+#include <QSaveFile>
+
+namespace {
+
+PStatus saveFailure(const QString& path, const QString& reason) {
+    return PStatus::failure(PDeviceProfileFile::tr("cannot save \"%1\": %2").arg(path, reason));
+}
+
+PStatus readFailure(const QString& path, const QString& reason) {
+    return PStatus::failure(PDeviceProfileFile::tr("cannot read \"%1\": %2").arg(path, reason));
+}
+
+/// Again until nothing is taken: a disk that fills up takes a part first, and then says why.
+bool writeAll(QSaveFile& file, QByteArray rest) {
+    while (!rest.isEmpty()) {
+        const qint64 taken = file.write(rest);
+        if (taken <= 0)
+            return false;
+        rest.remove(0, qsizetype(taken));
+    }
+    return true;
+}
+
+PStatus replaceFile(const QString& path, const QByteArray& bytes) {
+    // A device or a pipe would be replaced by a file of its name.
+    const QFileInfo info(path);
+    if (info.exists() && !info.isFile())
+        return saveFailure(path, PDeviceProfileFile::tr("it is not a file"));
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) || !writeAll(file, bytes) ||
+        !file.commit())
+        return saveFailure(path, file.errorString());
+    return PStatus::Ok;
+}
+
+QString tooLarge() {
+    return PDeviceProfileFile::tr("it is larger than %1 bytes, which no profile is")
+        .arg(PDeviceProfileFile::LargestSize);
+}
+
+/// Fails before anything is read: what is no plain file may have no end, or wait for ever.
+PStatus readBytes(const QString& path, QByteArray& bytes) {
+    const QFileInfo info(path);
+    if (info.exists() && !info.isFile())
+        return readFailure(path, PDeviceProfileFile::tr("it is not a file"));
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return readFailure(path, file.errorString());
+    if (file.size() > PDeviceProfileFile::LargestSize)
+        return readFailure(path, tooLarge());
+    bytes = file.read(PDeviceProfileFile::LargestSize + 1);
+    if (bytes.size() > PDeviceProfileFile::LargestSize)
+        return readFailure(path, tooLarge());
+    return file.error() == QFile::NoError ? PStatus(PStatus::Ok)
+                                          : readFailure(path, file.errorString());
+}
+
+PStatus parse(const QByteArray& bytes, PDeviceProfile& profile) {
+    PJsonReader reader;
+    const PStatus status = reader.setDocument(bytes);
+    return status.isOk() ? PDeviceProfileParser::parse(reader, profile) : status;
+}
+
+} // namespace
+
+PStatus PDeviceProfileFile::save(PDevice& device, const QString& path) {
+    const bool hadModes = !device.getSupportModes().isEmpty();
+    const PQuietReading reading(device.supportProperties());
+    // A camera that is unplugged meanwhile answers nothing, which reads as zeros.
+    if (hadModes && device.getSupportModes().isEmpty())
+        return saveFailure(path, tr("the camera no longer answers"));
+    PJsonWriter writer;
+    writer.writeValue(PDeviceProfileParser::formatKey(), PDeviceProfileParser::formatName());
+    writer.writeValue(PDeviceProfileParser::versionKey(), PDeviceProfileParser::Version);
+    if (!device.writeStreamThis(&writer, PDeviceProfileParser::cameraKey()))
+        return saveFailure(path, tr("the camera has a value that cannot be written"));
+    return replaceFile(path, writer.document());
+}
+
+PStatus PDeviceProfileFile::read(const QString& path, PDeviceProfile& profile) {
+    QByteArray bytes;
+    const PStatus status = readBytes(path, bytes);
+    if (!status.isOk())
+        return status;
+    PDeviceProfile read;
+    const PStatus parsed = parse(bytes, read);
+    if (!parsed.isOk())
+        return PStatus::failure(QStringLiteral("\"%1\": %2").arg(path, parsed.reason()));
+    profile = read;
+    profile.path = path;
+    return PStatus::Ok;
+}

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QCoreApplication>
+
+#include <PCd/profile/PDeviceProfile.h>
+
+#include <PCore/PStatus.h>
+
+class PDevice;
+
+/// Saves profiles to files and reads them. Failures name the file, the line where there is one, and
+/// what is wrong or was expected.
+class PDeviceProfileFile {
+    Q_DECLARE_TR_FUNCTIONS(PDeviceProfileFile)
+
+public:
+    /// Larger files are no profiles; all properties of a camera take a few kilobytes.
+    static constexpr qint64 LargestSize = qint64(1) << 20;
+
+    /// Reads the device's values anew and saves model, serial, mode and every serialisable
+    /// property. The file is replaced in one step, or stays as it was. The device's thread.
+    static PStatus save(PDevice& device, const QString& path);
+
+    /// Reads a file. On failure the profile is left alone. Any thread.
+    static PStatus read(const QString& path, PDeviceProfile& profile);
+};

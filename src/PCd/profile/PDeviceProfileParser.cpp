@@ -1,0 +1,150 @@
+// SPDX-License-Identifier: MIT
+#include <PCd/profile/PDeviceProfileParser.h>
+
+#include <PCd/property/value/PPropertyStreamForm.h>
+#include <PCd/property/value/PPropertyText.h>
+
+#include <PCore/PAbstractReader.h>
+
+namespace {
+
+/// What is wrong, and where; never leaves this file.
+struct Fault {
+    QString position;
+    QString what;
+};
+
+QString quoted(const QString& name) {
+    return QLatin1Char('"') + PPropertyText::shortened(name) + QLatin1Char('"');
+}
+
+class Walker {
+public:
+    Walker(PAbstractReader& reader, PDeviceProfile& profile)
+        : m_reader(reader)
+        , m_profile(profile) {}
+
+    void document() {
+        // First, so that a foreign file is called that and not taken to pieces.
+        expectHeader();
+        expectNames({PDeviceProfileParser::formatKey(), PDeviceProfileParser::versionKey(),
+                     PDeviceProfileParser::cameraKey()});
+        enter(PDeviceProfileParser::cameraKey());
+        camera();
+        leave();
+    }
+
+private:
+    void expectHeader() {
+        const QString format = PDeviceProfileParser::formatKey();
+        const QString name = PDeviceProfileParser::formatName();
+        if (!PPropertyStreamForm::areEqual(m_reader.readValue(format), name)) {
+            throw Fault{placeOf(format), QStringLiteral("no camera profile: expected %1: %2")
+                                             .arg(quoted(format), quoted(name))};
+        }
+        const QString version = PDeviceProfileParser::versionKey();
+        if (!PPropertyStreamForm::areEqual(m_reader.readValue(version),
+                                           PDeviceProfileParser::Version)) {
+            throw Fault{placeOf(version), QStringLiteral("another version of the format: expected "
+                                                         "%1: %2")
+                                              .arg(quoted(version))
+                                              .arg(PDeviceProfileParser::Version)};
+        }
+    }
+
+    void camera() {
+        const QString model = QStringLiteral("model");
+        const QString serial = QStringLiteral("serial");
+        const QString mode = QStringLiteral("mode");
+        const QString properties = QStringLiteral("properties");
+        expectNames({model, serial, mode, properties});
+        m_profile.model = text(model);
+        m_profile.serial = text(serial);
+        if (names().contains(mode))
+            m_profile.mode = {mode.toLatin1(), text(mode), m_reader.position(mode)};
+        enter(properties);
+        for (const QString& id : names())
+            property(id);
+        leave();
+    }
+
+    void property(const QString& id) {
+        const QString value = QStringLiteral("value");
+        enter(id);
+        expectNames({value});
+        PDeviceProfile::Setting setting{id.toUtf8(), m_reader.readValue(value),
+                                        m_reader.position(value)};
+        if (m_reader.objectNames().contains(value))
+            fields(value, setting);
+        if (setting.form.isValid())
+            m_profile.settings.append(setting);
+        leave();
+    }
+
+    /// Of a value that is an object: its fields by their names.
+    void fields(const QString& value, PDeviceProfile::Setting& setting) {
+        enter(value);
+        QVariantMap form;
+        for (const QString& name : names()) {
+            if (m_reader.objectNames().contains(name))
+                throw Fault{placeOf(name), QStringLiteral("an object where a value was expected")};
+            form.insert(name, m_reader.readValue(name));
+            setting.fieldPositions.insert(name, m_reader.position(name));
+        }
+        setting.form = form;
+        leave();
+    }
+
+    QStringList names() const { return m_reader.valueNames() + m_reader.objectNames(); }
+
+    /// Whatever else stands there was meant for something, which would be lost without a word.
+    void expectNames(const QStringList& expected) const {
+        for (const QString& name : names()) {
+            if (!expected.contains(name))
+                throw Fault{placeOf(name),
+                            QStringLiteral("%1 does not belong here: expected %2")
+                                .arg(quoted(name), expected.join(QStringLiteral(", ")))};
+        }
+    }
+
+    QString text(const QString& name) const {
+        const QVariant value = m_reader.readValue(name);
+        if (value.typeId() != QMetaType::QString)
+            throw Fault{placeOf(name), QStringLiteral("expected %1: a text").arg(quoted(name))};
+        return value.toString();
+    }
+
+    void enter(const QString& name) {
+        const QString place = placeOf(name);
+        if (!m_reader.beginObject(name))
+            throw Fault{place, QStringLiteral("expected %1: an object").arg(quoted(name))};
+        m_around = place;
+    }
+
+    void leave() { m_reader.endObject(); }
+
+    /// Of what is missing: where the object begins that it should be in.
+    QString placeOf(const QString& name) const {
+        const QString place = m_reader.position(name);
+        return place.isEmpty() ? m_around : place;
+    }
+
+    PAbstractReader& m_reader;
+    PDeviceProfile& m_profile;
+    QString m_around; // none at the root
+};
+
+} // namespace
+
+PStatus PDeviceProfileParser::parse(PAbstractReader& reader, PDeviceProfile& profile) {
+    PDeviceProfile parsed;
+    try {
+        Walker(reader, parsed).document();
+    } catch (const Fault& fault) {
+        return PStatus::failure(fault.position.isEmpty()
+                                    ? fault.what
+                                    : fault.position + QStringLiteral(": ") + fault.what);
+    }
+    profile = parsed;
+    return PStatus::Ok;
+}

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCd/profile/PDeviceProfile.h>
+
+#include <PCore/PStatus.h>
+
+class PAbstractReader;
+
+/// What a profile is made of, whatever the format of the file: {format, version, camera: {model,
+/// serial, mode, properties: {id: {value}}}}, where a value may be an object of fields. Any thread.
+class PDeviceProfileParser {
+public:
+    static constexpr int Version = 1;
+    static QString formatKey() { return QStringLiteral("format"); }
+    static QString versionKey() { return QStringLiteral("version"); }
+    static QString cameraKey() { return QStringLiteral("camera"); }
+    /// What stands under formatKey().
+    static QString formatName() { return QStringLiteral("camera profile"); }
+
+    /// Reads all of it, from a reader that stands at the root. Fails with the position and what was
+    /// expected: another format or version, a name that does not belong there, a value that is
+    /// missing or of another type. A property without a value (an action, a region the device could
+    /// not tell) is no setting.
+    static PStatus parse(PAbstractReader& reader, PDeviceProfile& profile);
+};

@@ -1,0 +1,322 @@
+// SPDX-License-Identifier: MIT
+#include <PCd/profile/PDeviceProfilePlan.h>
+
+#include <PCd/PEnumeration.h>
+#include <PCd/PScanAreaRange.h>
+#include <PCd/device/PDevice.h>
+#include <PCd/profile/PDeviceProfileOrder.h>
+#include <PCd/property/PDeviceProperty.h>
+#include <PCd/property/PPropertyCheck.h>
+#include <PCd/property/PQuietReading.h>
+#include <PCd/property/value/PGadgetFields.h>
+#include <PCd/property/value/PPropertyStreamForm.h>
+#include <PCd/property/value/PPropertyText.h>
+
+#include <algorithm>
+
+namespace {
+
+std::optional<PDeviceMode> modeWithId(const QList<PDeviceMode>& modes, const QString& id) {
+    for (const PDeviceMode& mode : modes) {
+        if (QString::fromLatin1(mode.id) == id)
+            return mode;
+    }
+    return std::nullopt;
+}
+
+QString expectedMode(const QList<PDeviceMode>& modes) {
+    QStringList known;
+    for (const PDeviceMode& mode : modes)
+        known.append(QStringLiteral("\"%1\" (%2)").arg(QString::fromLatin1(mode.id), mode.name));
+    return PDeviceProfilePlan::tr("one of %1").arg(known.join(QStringLiteral(", ")));
+}
+
+/// A name, but not one of this camera's: what another model's choice may be.
+bool isForeignChoice(const QVariant& form, const QVariant& range) {
+    return range.metaType() == QMetaType::fromType<PEnumeration>() &&
+           (form.typeId() == QMetaType::QString || form.typeId() == QMetaType::QUuid);
+}
+
+bool isSetByProfiles(const PDeviceProperty& property) {
+    return property.isSerializable() && property.type() != PCD::DevicePropertyType::Action;
+}
+
+QString reasonToIgnore(const PDeviceProperty& property) {
+    return property.type() == PCD::DevicePropertyType::Action
+               ? PDeviceProfilePlan::tr("it is an action, which a profile never runs")
+               : PDeviceProfilePlan::tr("profiles do not hold this property");
+}
+
+/// What stands in the file, written unlike what was expected: "12" is not 12.
+QString textOf(const QVariant& form) {
+    switch (form.typeId()) {
+    case QMetaType::QString:
+        return PDeviceProfilePlan::tr("the text \"%1\"")
+            .arg(PPropertyText::shortened(form.toString()));
+    case QMetaType::Double:
+        return PDeviceProfilePlan::tr("%1 with a decimal point").arg(form.toDouble());
+    case QMetaType::QByteArray:
+        return PDeviceProfilePlan::tr("these bytes");
+    case QMetaType::QVariantMap:
+        return PDeviceProfilePlan::tr("these fields");
+    default:
+        return PPropertyText::ofValue(form, QVariant());
+    }
+}
+
+QString cannotBe(const QString& value, const QString& expected) {
+    return PDeviceProfilePlan::tr("cannot be %1: expected %2").arg(value, expected);
+}
+
+/// In the words of files, which have the fields of a value together.
+QString expectedOf(const PDeviceProperty& property, const QVariant& range) {
+    const QStringList fields = PGadgetFields::storedNames(property.valueInner());
+    return fields.isEmpty()
+               ? PPropertyCheck::expectation(property, range)
+               : PDeviceProfilePlan::tr("the fields %1").arg(fields.join(QStringLiteral(", ")));
+}
+
+bool isOfFields(const QVariant& form, const QVariant& current) {
+    return form.typeId() == QMetaType::QVariantMap && PGadgetFields::isComposite(current);
+}
+
+/// The form without the fields that profiles do not hold.
+QVariant storedPart(const QVariant& form, const QVariant& current) {
+    if (!isOfFields(form, current))
+        return form;
+    QVariantMap stored;
+    const QVariantMap fields = form.toMap();
+    for (const QString& name : PGadgetFields::storedNames(current)) {
+        if (fields.contains(name))
+            stored.insert(name, fields.value(name));
+    }
+    return stored;
+}
+
+QString alreadySo() {
+    return PDeviceProfilePlan::tr("the camera has this value already, outside of its range");
+}
+
+} // namespace
+
+PDeviceProfilePlan::PDeviceProfilePlan(PDevice& device, Mode mode)
+    : m_device(device)
+    , m_modeUse(mode) {
+}
+
+PStatus PDeviceProfilePlan::make(const PDeviceProfile& profile) {
+    m_profile = profile;
+    m_steps.clear();
+    m_report = {};
+    m_mode.reset();
+    m_currentMode = m_device.getCurrentMode();
+    m_isSameModel = profile.model == m_device.model();
+    const PQuietReading reading(m_device.supportProperties());
+    noteOrigin();
+    PStatus status = planMode();
+    if (status.isOk())
+        status = planSettings();
+    if (!status.isOk()) {
+        // A part of a damaged profile must not be sent either.
+        m_steps.clear();
+        m_mode.reset();
+    }
+    return status;
+}
+
+void PDeviceProfilePlan::noteOrigin() {
+    if (m_isSameModel && m_profile.serial == m_device.serial())
+        return;
+    m_report.note =
+        tr("saved from another camera: %1, serial number %2; this one is "
+           "%3, serial number %4")
+            .arg(PPropertyText::shortened(m_profile.model),
+                 PPropertyText::shortened(m_profile.serial), m_device.model(), m_device.serial());
+}
+
+PStatus PDeviceProfilePlan::planMode() {
+    if (!m_profile.mode.form.isValid())
+        return PStatus::Ok;
+    const QList<PDeviceMode> modes = m_device.getSupportModes();
+    m_mode = modeWithId(modes, m_profile.mode.form.toString());
+    return m_mode
+               ? PStatus(PStatus::Ok)
+               : refuse(m_profile.mode, cannotBe(textOf(m_profile.mode.form), expectedMode(modes)));
+}
+
+PStatus PDeviceProfilePlan::planSettings() {
+    QList<QByteArray> ids;
+    for (const PDeviceProfile::Setting& setting : std::as_const(m_profile.settings)) {
+        const PStatus status = planSetting(setting);
+        if (!status.isOk())
+            return status;
+        ids.append(setting.id);
+    }
+    for (const PDeviceProperty* property : m_device.supportProperties()) {
+        if (isSetByProfiles(*property) && !ids.contains(property->id()))
+            m_report.missing.append(property->id());
+    }
+    sortSteps();
+    return PStatus::Ok;
+}
+
+PStatus PDeviceProfilePlan::planSetting(const PDeviceProfile::Setting& setting) {
+    PDeviceProperty* const property = m_device.getProperty(setting.id);
+    if (property == nullptr) {
+        m_report.refused.append({setting.id, tr("the camera has no such property")});
+        return PStatus::Ok;
+    }
+    if (!isSetByProfiles(*property)) {
+        m_report.ignored.append({setting.id, reasonToIgnore(*property)});
+        return PStatus::Ok;
+    }
+    return planValue(setting, *property);
+}
+
+PStatus PDeviceProfilePlan::planValue(const PDeviceProfile::Setting& setting,
+                                      PDeviceProperty& property) {
+    const QVariant range = rangeInMode(property);
+    const QVariant current = property.valueInner();
+    const PStatus fields =
+        isOfFields(setting.form, current) ? checkFields(setting, current) : PStatus(PStatus::Ok);
+    if (!fields.isOk())
+        return fields;
+    const QVariant value =
+        PPropertyStreamForm::fromForm(storedPart(setting.form, current), current, range);
+    if (value.isValid() && PPropertyCheck::check(property, value, range).isOk()) {
+        m_steps.append({&property, value});
+        return PStatus::Ok;
+    }
+    // A camera without colour says 0 of its tint, which is out of range: it was saved like that.
+    const bool staysInForce = range == property.rangeInner();
+    if (staysInForce && PPropertyStreamForm::isSame(value, property.valueInner(), range)) {
+        m_report.ignored.append({setting.id, alreadySo()});
+        return PStatus::Ok;
+    }
+    const QString reason = cannotBe(textOf(setting.form), expectedOf(property, range));
+    return value.isValid() || isForeignChoice(setting.form, range) ? refuse(setting, reason)
+                                                                   : damage(setting, reason);
+}
+
+/// Field by field, so that the message names the one that is wrong, and its line.
+PStatus PDeviceProfilePlan::checkFields(const PDeviceProfile::Setting& setting,
+                                        const QVariant& current) {
+    const QVariantMap fields = setting.form.toMap();
+    for (auto field = fields.begin(); field != fields.end(); ++field) {
+        const QString& name = field.key();
+        const PStatus status = checkField(
+            {setting.id + '.' + name.toUtf8(), field.value(), setting.fieldPositions.value(name)},
+            name, current);
+        if (!status.isOk())
+            return status;
+    }
+    for (const QString& name : PGadgetFields::storedNames(current)) {
+        if (!fields.contains(name))
+            m_report.missing.append(setting.id + '.' + name.toUtf8());
+    }
+    return PStatus::Ok;
+}
+
+PStatus PDeviceProfilePlan::checkField(const PDeviceProfile::Setting& field, const QString& name,
+                                       const QVariant& current) {
+    const QStringList stored = PGadgetFields::storedNames(current);
+    if (!PGadgetFields::names(current).contains(name)) {
+        return damage(field,
+                      cannotBe(textOf(field.form),
+                               tr("one of the fields %1").arg(stored.join(QStringLiteral(", ")))));
+    }
+    if (!stored.contains(name)) {
+        m_report.ignored.append({field.id, tr("profiles do not hold this property")});
+        return PStatus::Ok;
+    }
+    QVariant tried = current;
+    return PGadgetFields::assign(tried, name, field.form)
+               ? PStatus(PStatus::Ok)
+               : damage(field,
+                        cannotBe(textOf(field.form), PGadgetFields::expectation(current, name)));
+}
+
+/// A camera of another model has other ranges, and that is nobody's mistake. With the same model it
+/// is one in the file.
+PStatus PDeviceProfilePlan::refuse(const PDeviceProfile::Setting& setting, const QString& reason) {
+    if (m_isSameModel)
+        return damage(setting, reason);
+    m_report.refused.append({setting.id, reason});
+    return PStatus::Ok;
+}
+
+PStatus PDeviceProfilePlan::damage(const PDeviceProfile::Setting& setting,
+                                   const QString& reason) const {
+    return PStatus::failure(
+        QStringLiteral("\"%1\": %2: \"%3\" %4")
+            .arg(m_profile.path, setting.position, QString::fromUtf8(setting.id), reason));
+}
+
+void PDeviceProfilePlan::sortSteps() {
+    // Those of one kind in the camera's order, wherever they stand in the file.
+    const QList<PDeviceProperty*> order = PDeviceProfileOrder::sorted(m_device.supportProperties());
+    std::sort(m_steps.begin(), m_steps.end(), [&](const Step& a, const Step& b) {
+        return order.indexOf(a.property) < order.indexOf(b.property);
+    });
+}
+
+/// A region is one of the profile's mode, which need not be set yet.
+QVariant PDeviceProfilePlan::rangeInMode(const PDeviceProperty& property) const {
+    const QVariant range = property.rangeInner();
+    if (range.metaType() != QMetaType::fromType<PScanAreaRange>() || !m_mode ||
+        m_mode->id == m_currentMode.id)
+        return range;
+    auto area = range.value<PScanAreaRange>();
+    area.bounds = QRect(0, 0, m_mode->width, m_mode->height);
+    return QVariant::fromValue(area);
+}
+
+bool PDeviceProfilePlan::isOtherMode() const {
+    return m_profile.mode.form.isValid() &&
+           m_profile.mode.form.toString() != QString::fromLatin1(m_device.getCurrentMode().id);
+}
+
+PDeviceProfileReport PDeviceProfilePlan::apply() {
+    const bool isInMode = applyMode();
+    for (const Step& step : std::as_const(m_steps)) {
+        const bool isRegion = step.property->type() == PCD::DevicePropertyType::ScanArea;
+        if (isRegion && !isInMode) {
+            m_report.ignored.append(
+                {step.property->id(), tr("it is a region of a mode that is not set")});
+        } else {
+            applyStep(step);
+        }
+    }
+    m_steps.clear();
+    return m_report;
+}
+
+/// True if the device then is in the profile's mode, or the profile has none.
+bool PDeviceProfilePlan::applyMode() {
+    if (m_modeUse == Mode::AsItIs || !m_mode || !isOtherMode())
+        return !isOtherMode();
+    const PStatus status = m_device.setMode(*m_mode);
+    if (isOtherMode()) {
+        m_report.refused.append(
+            {m_profile.mode.id, status.isOk()
+                                    ? tr("wanted %1, the camera has %2")
+                                          .arg(m_mode->name, m_device.getCurrentMode().name)
+                                    : status.reason()});
+        return false;
+    }
+    m_report.applied.append(m_profile.mode.id);
+    return true;
+}
+
+void PDeviceProfilePlan::applyStep(const Step& step) {
+    PDeviceProperty& property = *step.property;
+    if (PPropertyCheck::setAndAsk(property, step.value)) {
+        m_report.applied.append(property.id());
+        return;
+    }
+    const QVariant range = property.rangeInner();
+    m_report.refused.append(
+        {property.id(), tr("wanted %1, the camera has %2")
+                            .arg(PPropertyText::ofValue(step.value, range),
+                                 PPropertyText::ofValue(property.valueInner(), range))});
+}

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCd/frame/PDeviceMode.h>
+#include <PCd/profile/PDeviceProfile.h>
+#include <PCd/profile/PDeviceProfileReport.h>
+
+#include <PCore/PStatus.h>
+
+#include <QCoreApplication>
+#include <QVariant>
+
+#include <optional>
+
+class PDevice;
+class PDeviceProperty;
+
+/// What a profile means on one device: checked as a whole first, then sent. The device's thread;
+/// the device must stay meanwhile.
+class PDeviceProfilePlan {
+    Q_DECLARE_TR_FUNCTIONS(PDeviceProfilePlan)
+
+public:
+    enum class Mode {
+        OfProfile,
+        AsItIs, ///< the profile's mode is not set, and so a region of another mode is not either
+    };
+
+    explicit PDeviceProfilePlan(PDevice& device, Mode mode = Mode::OfProfile);
+
+    /// Reads the device again and checks every value of the profile against it; sends nothing.
+    /// Fails with file, line and what was expected if a value, or a field of one, is of a type its
+    /// property cannot have, or, in a profile of this model, outside its range. Values that this
+    /// camera lacks, or that another model has other ranges for, are not failures: see the report.
+    PStatus make(const PDeviceProfile& profile);
+
+    /// Sends what make() has found good, once (nothing if it failed): the mode first, then in
+    /// PDeviceProfileOrder, asking the device after each what it has. The values that it did not
+    /// take are in the report.
+    PDeviceProfileReport apply();
+
+private:
+    struct Step {
+        PDeviceProperty* property;
+        QVariant value;
+    };
+
+    PStatus planMode();
+    PStatus planSettings();
+    PStatus planSetting(const PDeviceProfile::Setting& setting);
+    PStatus planValue(const PDeviceProfile::Setting& setting, PDeviceProperty& property);
+    PStatus checkFields(const PDeviceProfile::Setting& setting, const QVariant& current);
+    PStatus checkField(const PDeviceProfile::Setting& field, const QString& name,
+                       const QVariant& current);
+    PStatus refuse(const PDeviceProfile::Setting& setting, const QString& reason);
+    PStatus damage(const PDeviceProfile::Setting& setting, const QString& reason) const;
+    void sortSteps();
+    void noteOrigin();
+    bool applyMode();
+    void applyStep(const Step& step);
+    QVariant rangeInMode(const PDeviceProperty& property) const;
+    bool isOtherMode() const;
+
+    PDevice& m_device;
+    const Mode m_modeUse;
+    PDeviceProfile m_profile;
+    PDeviceMode m_currentMode;
+    std::optional<PDeviceMode> m_mode; ///< of the profile, if this device has it
+    bool m_isSameModel = false;
+    QList<Step> m_steps;
+    PDeviceProfileReport m_report;
+};

@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: MIT
+#include <PCd/property/PDeviceProperty.h>
+
+#include <PCd/PMetaTypes.h>
+#include <PCd/property/PWidgetFactory.h>
+#include <PCd/property/value/PGadgetFields.h>
+#include <PCd/property/value/PPropertyStreamForm.h>
+
+#include <PCore/PAbstractReader.h>
+#include <PCore/PAbstractWriter.h>
+
+namespace {
+
+QString valueName() {
+    return QStringLiteral("value");
+}
+
+} // namespace
+
+PDeviceProperty::PDeviceProperty(QByteArray id, QString title, PCD::DevicePropertyType type)
+    : m_id(std::move(id))
+    , m_title(std::move(title))
+    , m_type(type) {
+    registerPCdMetaTypes();
+}
+
+PDeviceProperty::~PDeviceProperty() = default;
+
+QWidget* PDeviceProperty::createWidget() {
+    return PWidgetFactory::createPropertyEditor(this);
+}
+
+bool PDeviceProperty::readStreamThis(PAbstractReader* reader) {
+    return readValueFromStream(reader, valueName());
+}
+
+bool PDeviceProperty::writeStreamThis(PAbstractWriter* writer, const QString& name) {
+    if (!m_serializable)
+        return true;
+    writer->beginObject(name);
+    const bool done = writeValueToStream(writer);
+    writer->endObject();
+    return done;
+}
+
+bool PDeviceProperty::writeValueToStream(PAbstractWriter* writer) const {
+    return PPropertyStreamForm::write(*writer, valueName(), m_value, m_range);
+}
+
+bool PDeviceProperty::readValueFromStream(PAbstractReader* reader, const QString& name) {
+    const QVariant form = PPropertyStreamForm::read(*reader, name);
+    const QVariant value = PPropertyStreamForm::fromForm(form, m_value, m_range);
+    if (!value.isValid())
+        return false;
+    setValue(value);
+    return m_value == value;
+}
+
+void PDeviceProperty::setValue(const QVariant& value) {
+    emit valueAboutToBeSent(value);
+    // The answer alone proves nothing: some devices always say yes, some the opposite.
+    const bool keepAsGiven = trySetValue(value) && PPropertyStreamForm::isComposite(value);
+    m_value = keepAsGiven ? value : tryGetValue();
+    emit valueChanged(m_value);
+}
+
+PDeviceProperty::Reading PDeviceProperty::readFromDevice() {
+    Reading reading;
+    reading.range = tryGetRange();
+    // A composite property may store what it reads while it reads.
+    const QVariant known = m_value;
+    reading.value = PGadgetFields::withHostFields(tryGetValue(), known);
+    m_value = known;
+    return reading;
+}
+
+void PDeviceProperty::restoreHostFields(const QVariant& before) {
+    const QVariant restored = PGadgetFields::withHostFields(m_value, before);
+    if (restored == m_value)
+        return;
+    m_value = restored;
+    emit valueChanged(m_value);
+}
+
+void PDeviceProperty::updateValueFromDevice(bool force) {
+    const auto [value, range] = readFromDevice();
+    const bool rangeDiffers = range != m_range;
+    const bool valueDiffers = value != m_value;
+    m_range = range;
+    m_value = value;
+    if (rangeDiffers || force)
+        emit rangeChanged(m_range);
+    if (valueDiffers || force)
+        emit valueChanged(m_value);
+}

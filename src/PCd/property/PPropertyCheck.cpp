@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: MIT
+#include <PCd/property/PPropertyCheck.h>
+
+#include <PCd/PEnumeration.h>
+#include <PCd/PScanAreaRange.h>
+#include <PCd/property/PDeviceProperty.h>
+#include <PCd/property/value/PGadgetFields.h>
+#include <PCd/property/value/PPropertyStreamForm.h>
+#include <PCd/property/value/PPropertyText.h>
+
+#include <PCore/PMinMaxRange.h>
+
+namespace {
+
+using IntRange = PMinMaxRange<int>;
+
+/// All zero is how a device says that a number has no range (a range of one value has a step).
+bool isOpen(const IntRange& range) {
+    return range == IntRange{};
+}
+
+bool isIn(const IntRange& range, int value) {
+    if (isOpen(range))
+        return true;
+    // In 64 bits: the ends may be as far apart as integers go.
+    const qint64 above = qint64(value) - range.minimum;
+    return above >= 0 && value <= range.maximum && (range.step <= 1 || above % range.step == 0);
+}
+
+bool isMultiple(int value, int step) {
+    return step <= 1 || value % step == 0;
+}
+
+/// The whole area is a region also where its size is between the steps.
+bool isIn(const PScanAreaRange& range, const QRect& region) {
+    if (region.isEmpty() || !range.bounds.contains(region))
+        return false;
+    return region == range.bounds ||
+           (region.width() >= range.minimumWidth && region.height() >= range.minimumHeight &&
+            isMultiple(region.width(), range.widthStep) &&
+            isMultiple(region.height(), range.heightStep) &&
+            isMultiple(region.left(), range.offsetStep) &&
+            isMultiple(region.top(), range.offsetStep));
+}
+
+bool hasItem(const PEnumeration& choices, const QUuid& id) {
+    for (const PEnumerationItem& item : choices.items()) {
+        if (item.id == id)
+            return true;
+    }
+    return false;
+}
+
+bool isTaken(const QVariant& value, const QVariant& current, const QVariant& range) {
+    if (range.metaType() == QMetaType::fromType<IntRange>())
+        return value.typeId() == QMetaType::Int && isIn(range.value<IntRange>(), value.toInt());
+    if (range.metaType() == QMetaType::fromType<PEnumeration>())
+        return value.typeId() == QMetaType::QUuid &&
+               hasItem(range.value<PEnumeration>(), value.toUuid());
+    if (range.metaType() == QMetaType::fromType<PScanAreaRange>())
+        return value.typeId() == QMetaType::QRect &&
+               isIn(range.value<PScanAreaRange>(), value.toRect());
+    return value.isValid() && value.metaType() == current.metaType();
+}
+
+QString expectedNumber(const IntRange& range) {
+    if (isOpen(range))
+        return PPropertyCheck::tr("a whole number");
+    const QString text =
+        PPropertyCheck::tr("a whole number from %1 to %2").arg(range.minimum).arg(range.maximum);
+    return range.step > 1 ? PPropertyCheck::tr("%1 in steps of %2").arg(text).arg(range.step)
+                          : text;
+}
+
+QString expectedChoice(const PEnumeration& choices) {
+    QStringList names;
+    for (const PEnumerationItem& item : choices.items())
+        names.append(QLatin1Char('"') + item.title + QLatin1Char('"'));
+    return PPropertyCheck::tr("one of %1").arg(names.join(QStringLiteral(", ")));
+}
+
+QString expectedRegion(const PScanAreaRange& range) {
+    return PPropertyCheck::tr("a region x,y,width,height inside %1, of %2 x %3 pixels at least, in "
+                              "steps of %4 x %5, or the whole")
+        .arg(PPropertyText::ofRegion(range.bounds))
+        .arg(range.minimumWidth)
+        .arg(range.minimumHeight)
+        .arg(qMax(1, range.widthStep))
+        .arg(qMax(1, range.heightStep));
+}
+
+} // namespace
+
+PStatus PPropertyCheck::check(const PDeviceProperty& property, const QVariant& value) {
+    return check(property, value, property.rangeInner());
+}
+
+PStatus PPropertyCheck::check(const PDeviceProperty& property, const QVariant& value,
+                              const QVariant& range) {
+    const QString name = QString::fromLatin1(property.id());
+    if (property.type() == PCD::DevicePropertyType::Action)
+        return PStatus::failure(tr("\"%1\" is an action and takes no value").arg(name));
+    if (isTaken(value, property.valueInner(), range))
+        return PStatus::Ok;
+    return PStatus::failure(
+        tr("\"%1\" cannot be %2: expected %3")
+            .arg(name, PPropertyText::ofValue(value, range), expectation(property, range)));
+}
+
+QString PPropertyCheck::expectation(const PDeviceProperty& property) {
+    return expectation(property, property.rangeInner());
+}
+
+QString PPropertyCheck::expectation(const PDeviceProperty& property, const QVariant& range) {
+    if (range.metaType() == QMetaType::fromType<IntRange>())
+        return expectedNumber(range.value<IntRange>());
+    if (range.metaType() == QMetaType::fromType<PEnumeration>())
+        return expectedChoice(range.value<PEnumeration>());
+    if (range.metaType() == QMetaType::fromType<PScanAreaRange>())
+        return expectedRegion(range.value<PScanAreaRange>());
+    if (property.valueInner().typeId() == QMetaType::Bool)
+        return tr("on or off");
+    if (PGadgetFields::isComposite(property.valueInner()))
+        return tr("one field at a time, %1.FIELD=VALUE with one of the fields %2")
+            .arg(QString::fromLatin1(property.id()),
+                 PGadgetFields::names(property.valueInner()).join(QStringLiteral(", ")));
+    return tr("a value of the type %1")
+        .arg(QString::fromLatin1(property.valueInner().metaType().name()));
+}
+
+bool PPropertyCheck::setAndAsk(PDeviceProperty& property, const QVariant& value) {
+    property.setValue(value);
+    property.updateValueFromDevice();
+    return PPropertyStreamForm::isSame(property.valueInner(), value, property.rangeInner());
+}

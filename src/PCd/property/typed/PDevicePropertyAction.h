@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCd/property/PDeviceProperty.h>
+
+/// A one-shot command of the device: no value, no range, nothing to save. The device's thread.
+class PDevicePropertyAction : public PDeviceProperty {
+    Q_OBJECT
+
+public:
+    PDevicePropertyAction(QByteArray id, QString title, PCD::DevicePropertyType type);
+
+    /// Runs the command, whatever the argument.
+    bool trySetValue(QVariant value) override;
+    QVariant tryGetValue() override { return QVariant(); }
+    QVariant tryGetRange() override { return QVariant(); }
+    /// Write nothing, not even an empty object, and that is right.
+    bool writeStreamThis(PAbstractWriter* writer, const QString& name) override;
+    bool writeValueToStream(PAbstractWriter* writer) const override;
+    /// Reads nothing, and runs nothing: a command is never replayed. Always false.
+    bool readValueFromStream(PAbstractReader* reader, const QString& name) override;
+
+public slots:
+    /// Runs the command. The last virtual operation; the order is part of the binary interface.
+    virtual bool trySetValueToDevice() = 0;
+};

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCd/property/typed/PDevicePropertyMinMaxTQVariantBased.h>
+
+/// A whole number with a range. The device's thread.
+class PDevicePropertyInt : public PDevicePropertyMinMaxTQVariantBased<int, int> {
+    Q_OBJECT
+
+public:
+    PDevicePropertyInt(const QByteArray& id, const QString& title, PCD::DevicePropertyType type);
+
+    using PDeviceProperty::rangeChanged;
+    using PDeviceProperty::valueChanged;
+
+public slots:
+    /// Tell of the host's copies, typed. Connected to the untyped signals of this object.
+    void slotValueChanged();
+    void slotRangeChanged();
+
+signals:
+    void valueChanged(int value);
+    void rangeChanged(PMinMaxRange<int> range);
+};

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCd/PScanAreaRange.h>
+#include <PCd/property/typed/PDevicePropertyTRangedQVariantBased.h>
+
+#include <QRect>
+
+/// A region of the sensor. The device's thread.
+class PDevicePropertyScanArea : public PDevicePropertyTRangedQVariantBased<QRect, PScanAreaRange> {
+    Q_OBJECT
+
+public:
+    PDevicePropertyScanArea(const QByteArray& id, const QString& title,
+                            PCD::DevicePropertyType type);
+
+    /// Write nothing, and succeed, where there is no region because the device could not report
+    /// one.
+    bool writeStreamThis(PAbstractWriter* writer, const QString& name) override;
+    bool writeValueToStream(PAbstractWriter* writer) const override;
+    /// Sends the region to the device and reads it back: only that shows whether it was taken, as
+    /// devices differ in the sense of their answer.
+    bool readValueFromStream(PAbstractReader* reader, const QString& name) override;
+};

@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCd/property/typed/PDevicePropertyT.h>
+
+/// A typed property without a range: the device is never asked for one.
+template <typename T>
+class PDevicePropertyTNoRangeT : public PDevicePropertyT<T> {
+public:
+    using PDevicePropertyT<T>::PDevicePropertyT;
+
+    QVariant tryGetRange() override { return QVariant(); }
+};

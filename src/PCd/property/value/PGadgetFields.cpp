@@ -1,0 +1,155 @@
+// SPDX-License-Identifier: MIT
+#include <PCd/property/value/PGadgetFields.h>
+
+#include <PCd/property/value/PPropertyText.h>
+
+#include <QMetaProperty>
+
+#include <cmath>
+
+namespace {
+
+const QMetaObject* fieldsOf(const QVariant& value) {
+    const bool isGadget = value.metaType().flags().testFlag(QMetaType::IsGadget);
+    return isGadget ? value.metaType().metaObject() : nullptr;
+}
+
+QMetaProperty fieldOf(const QVariant& value, const QString& name) {
+    const QMetaObject* const fields = fieldsOf(value);
+    return fields == nullptr ? QMetaProperty()
+                             : fields->property(fields->indexOfProperty(name.toLatin1()));
+}
+
+QVariant numberIn(const QString& text) {
+    bool isNumber = false;
+    const double number = text.toDouble(&isNumber);
+    return isNumber && std::isfinite(number) ? QVariant(number) : QVariant();
+}
+
+/// A whole number, if it survives the way into the field's type and back.
+QVariant wholeNumber(qlonglong number, QMetaType type) {
+    QVariant field(number);
+    return field.convert(type) && field.toLongLong() == number ? field : QVariant();
+}
+
+QVariant wholeNumberIn(const QString& text, QMetaType type) {
+    bool isNumber = false;
+    const qlonglong number = text.toLongLong(&isNumber);
+    return isNumber ? wholeNumber(number, type) : QVariant();
+}
+
+bool isWholeNumber(const QVariant& value) {
+    return value.typeId() == QMetaType::Int || value.typeId() == QMetaType::LongLong;
+}
+
+/// A value of a file in the field's type: there, a whole number may stand for any number.
+QVariant inFieldType(const QVariant& given, QMetaType type) {
+    if (given.metaType() == type)
+        return given;
+    if (!isWholeNumber(given) || type.id() == QMetaType::Bool)
+        return QVariant();
+    return type.id() == QMetaType::Double ? QVariant(given.toDouble())
+                                          : wholeNumber(given.toLongLong(), type);
+}
+
+QVariant meaningOf(const QString& text, QMetaType type) {
+    if (type.id() == QMetaType::Bool)
+        return PPropertyText::toSwitch(text);
+    if (type.id() == QMetaType::Double)
+        return numberIn(text);
+    return wholeNumberIn(text, type);
+}
+
+QString expectationOf(QMetaType type) {
+    if (type.id() == QMetaType::Bool)
+        return PGadgetFields::tr("on or off");
+    if (type.id() == QMetaType::Double)
+        return PGadgetFields::tr("a number");
+    const bool isUnsigned = type.id() == QMetaType::UShort || type.id() == QMetaType::UInt;
+    const int bits = int(type.sizeOf()) * 8;
+    return isUnsigned ? PGadgetFields::tr("a whole number of %1 bits, without a sign").arg(bits)
+                      : PGadgetFields::tr("a whole number of %1 bits").arg(bits);
+}
+
+QString fieldText(const QVariant& field) {
+    return PPropertyText::ofValue(field, QVariant());
+}
+
+QString classInfo(const QVariant& value, const char* name) {
+    const QMetaObject* const fields = fieldsOf(value);
+    const int index = fields == nullptr ? -1 : fields->indexOfClassInfo(name);
+    return index < 0 ? QString() : QString::fromLatin1(fields->classInfo(index).value());
+}
+
+/// The fields of this value that the host alone holds.
+QStringList hostFieldsOf(const QVariant& value) {
+    const QString condition = classInfo(value, "HostFieldsWhile");
+    const QString field = condition.section(QLatin1Char('='), 0, 0);
+    const QString wanted = condition.section(QLatin1Char('='), 1);
+    if (condition.isEmpty() || fieldText(PGadgetFields::read(value, field)) != wanted)
+        return {};
+    return classInfo(value, "HostFields").split(QLatin1Char(' '), Qt::SkipEmptyParts);
+}
+
+} // namespace
+
+bool PGadgetFields::isComposite(const QVariant& value) {
+    return fieldsOf(value) != nullptr;
+}
+
+QStringList PGadgetFields::names(const QVariant& value) {
+    QStringList all;
+    const QMetaObject* const fields = fieldsOf(value);
+    for (int i = 0; fields != nullptr && i < fields->propertyCount(); ++i)
+        all.append(QString::fromLatin1(fields->property(i).name()));
+    return all;
+}
+
+QStringList PGadgetFields::storedNames(const QVariant& value) {
+    QStringList stored = names(value);
+    stored.removeIf([&](const QString& name) { return !fieldOf(value, name).isStored(); });
+    return stored;
+}
+
+QVariant PGadgetFields::read(const QVariant& value, const QString& name) {
+    const QMetaProperty field = fieldOf(value, name);
+    return field.isValid() ? field.readOnGadget(value.constData()) : QVariant();
+}
+
+PStatus PGadgetFields::write(QVariant& value, const QString& name, const QString& text) {
+    const QMetaProperty field = fieldOf(value, name);
+    if (!field.isValid())
+        return PStatus::failure(QStringLiteral("there is no field \"%1\": expected one of %2")
+                                    .arg(name, names(value).join(QStringLiteral(", "))));
+    const QVariant meant = meaningOf(text.trimmed(), field.metaType());
+    if (!meant.isValid() || !field.writeOnGadget(value.data(), meant))
+        return PStatus::failure(QStringLiteral("\"%1\" cannot be \"%2\": expected %3")
+                                    .arg(name, text, expectationOf(field.metaType())));
+    return PStatus::Ok;
+}
+
+bool PGadgetFields::assign(QVariant& value, const QString& name, const QVariant& given) {
+    const QMetaProperty field = fieldOf(value, name);
+    const QVariant meant = field.isValid() ? inFieldType(given, field.metaType()) : QVariant();
+    return meant.isValid() && field.writeOnGadget(value.data(), meant);
+}
+
+QString PGadgetFields::expectation(const QVariant& value, const QString& name) {
+    const QMetaProperty field = fieldOf(value, name);
+    return field.isValid() ? expectationOf(field.metaType()) : QString();
+}
+
+QVariant PGadgetFields::withHostFields(QVariant read, const QVariant& known) {
+    if (read.metaType() != known.metaType())
+        return read;
+    for (const QString& name : hostFieldsOf(read))
+        fieldOf(read, name).writeOnGadget(read.data(), PGadgetFields::read(known, name));
+    return read;
+}
+
+QString PGadgetFields::toText(const QVariant& value) {
+    QStringList parts;
+    for (const QString& name : names(value))
+        parts.append(name + QLatin1Char('=') + fieldText(read(value, name)));
+    return parts.join(QLatin1Char(' '));
+}

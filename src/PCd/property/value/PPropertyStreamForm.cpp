@@ -1,0 +1,167 @@
+// SPDX-License-Identifier: MIT
+#include <PCd/property/value/PPropertyStreamForm.h>
+
+#include <PCd/PEnumeration.h>
+#include <PCd/property/value/PGadgetFields.h>
+
+#include <PCore/PAbstractReader.h>
+#include <PCore/PAbstractWriter.h>
+
+#include <QDataStream>
+#include <QIODevice>
+#include <QRect>
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+// Written down in files: it must not follow the Qt that happens to be there.
+constexpr QDataStream::Version streamVersion = QDataStream::Qt_6_0;
+
+bool isPlain(int type) {
+    constexpr std::array plain{QMetaType::Bool,   QMetaType::Int,     QMetaType::LongLong,
+                               QMetaType::Double, QMetaType::QString, QMetaType::QByteArray,
+                               QMetaType::QRect,  QMetaType::QUuid};
+    return std::find(plain.begin(), plain.end(), type) != plain.end();
+}
+
+bool isChoice(const QVariant& range) {
+    return range.metaType() == QMetaType::fromType<PEnumeration>();
+}
+
+QVariant nameOfChoice(const QVariant& value, const PEnumeration& choices) {
+    const PEnumerationItem item = choices.getItem(value.toUuid());
+    return item.name.isEmpty() ? value : QVariant(item.name);
+}
+
+QVariant choiceOfName(const QVariant& form, const PEnumeration& choices) {
+    const bool isId = form.typeId() == QMetaType::QUuid;
+    if (!isId && form.typeId() != QMetaType::QString)
+        return QVariant();
+    for (const PEnumerationItem& item : choices.items()) {
+        if (isId ? item.id == form.toUuid() : item.name == form.toString())
+            return QVariant::fromValue(item.id);
+    }
+    return QVariant();
+}
+
+/// A field in a type that files have; invalid if there is none for it.
+QVariant plainField(const QVariant& field) {
+    switch (field.typeId()) {
+    case QMetaType::SChar:
+    case QMetaType::UChar:
+    case QMetaType::Short:
+    case QMetaType::UShort:
+        return field.toInt();
+    case QMetaType::UInt:
+        return field.toLongLong();
+    default:
+        return isPlain(field.typeId()) ? field : QVariant();
+    }
+}
+
+/// Empty if there are no stored fields, or files have no type for one of them.
+QVariantMap storedFieldsOf(const QVariant& value) {
+    QVariantMap fields;
+    for (const QString& name : PGadgetFields::storedNames(value)) {
+        const QVariant field = plainField(PGadgetFields::read(value, name));
+        if (!field.isValid())
+            return {};
+        fields.insert(name, field);
+    }
+    return fields;
+}
+
+QVariant valueOfFields(const QVariantMap& fields, QVariant value) {
+    const QStringList stored = PGadgetFields::storedNames(value);
+    for (auto field = fields.begin(); field != fields.end(); ++field) {
+        if (!stored.contains(field.key()) ||
+            !PGadgetFields::assign(value, field.key(), field.value()))
+            return QVariant();
+    }
+    return value;
+}
+
+QVariant bytesOf(const QVariant& value) {
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream.setVersion(streamVersion);
+    const bool saved = value.metaType().save(stream, value.constData());
+    return saved && stream.status() == QDataStream::Ok ? QVariant(bytes) : QVariant();
+}
+
+QVariant valueOfBytes(const QByteArray& bytes, QVariant value) {
+    QDataStream stream(bytes);
+    stream.setVersion(streamVersion);
+    const bool loaded = value.metaType().load(stream, value.data());
+    return loaded && stream.status() == QDataStream::Ok && stream.atEnd() ? value : QVariant();
+}
+
+} // namespace
+
+bool PPropertyStreamForm::isComposite(const QVariant& value) {
+    return value.typeId() >= QMetaType::User;
+}
+
+QVariant PPropertyStreamForm::named(const QVariant& value, const QVariant& range) {
+    return isChoice(range) ? nameOfChoice(value, range.value<PEnumeration>()) : value;
+}
+
+QVariant PPropertyStreamForm::toForm(const QVariant& value, const QVariant& range) {
+    // As an id it would be null, which is the first choice's.
+    if (!value.isValid())
+        return QVariant();
+    if (isChoice(range))
+        return nameOfChoice(value, range.value<PEnumeration>());
+    if (isPlain(value.typeId()))
+        return value;
+    const QVariantMap fields = storedFieldsOf(value);
+    return fields.isEmpty() ? bytesOf(value) : fields;
+}
+
+QVariant PPropertyStreamForm::fromForm(const QVariant& form, const QVariant& current,
+                                       const QVariant& range) {
+    if (isChoice(range))
+        return choiceOfName(form, range.value<PEnumeration>());
+    if (!current.isValid() || form.metaType() == current.metaType())
+        return form;
+    if (!isPlain(current.typeId()) && form.typeId() == QMetaType::QByteArray)
+        return valueOfBytes(form.toByteArray(), current);
+    if (form.typeId() == QMetaType::QVariantMap && PGadgetFields::isComposite(current))
+        return valueOfFields(form.toMap(), current);
+    return QVariant();
+}
+
+bool PPropertyStreamForm::write(PAbstractWriter& writer, const QString& name, const QVariant& value,
+                                const QVariant& range) {
+    const QVariant form = toForm(value, range);
+    if (form.typeId() != QMetaType::QVariantMap)
+        return writer.writeValue(name, form);
+    const QVariantMap fields = form.toMap();
+    bool done = true;
+    writer.beginObject(name);
+    for (const QString& field : PGadgetFields::storedNames(value)) // in the order of the type
+        done = writer.writeValue(field, fields.value(field)) && done;
+    writer.endObject();
+    return done;
+}
+
+QVariant PPropertyStreamForm::read(PAbstractReader& reader, const QString& name) {
+    if (!reader.beginObject(name))
+        return reader.readValue(name);
+    QVariantMap fields;
+    for (const QString& field : reader.valueNames())
+        fields.insert(field, reader.readValue(field));
+    reader.endObject();
+    return fields;
+}
+
+bool PPropertyStreamForm::areEqual(const QVariant& formA, const QVariant& formB) {
+    return formA.metaType() == formB.metaType() && formA == formB;
+}
+
+bool PPropertyStreamForm::isSame(const QVariant& a, const QVariant& b, const QVariant& range) {
+    const QVariant formOfA = toForm(a, range);
+    return formOfA.isValid() && areEqual(formOfA, toForm(b, range));
+}

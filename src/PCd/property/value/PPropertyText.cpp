@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: MIT
+#include <PCd/property/value/PPropertyText.h>
+
+#include <PCd/PEnumeration.h>
+#include <PCd/property/value/PGadgetFields.h>
+
+#include <limits>
+
+namespace {
+
+QVariant toNumber(const QString& text) {
+    bool isNumber = false;
+    const int number = text.toInt(&isNumber);
+    return isNumber ? QVariant(number) : QVariant();
+}
+
+/// By title first, then by name, then by what the device understands: "0°", "0", "90".
+QVariant toChoice(const QString& text, const PEnumeration& choices) {
+    const auto find = [&](const auto& textOf) -> QVariant {
+        for (const PEnumerationItem& item : choices.items()) {
+            if (textOf(item).compare(text, Qt::CaseInsensitive) == 0)
+                return QVariant::fromValue(item.id);
+        }
+        return QVariant();
+    };
+    QVariant found = find([](const PEnumerationItem& item) { return item.title; });
+    if (!found.isValid())
+        found = find([](const PEnumerationItem& item) { return item.name; });
+    if (!found.isValid())
+        found = find([](const PEnumerationItem& item) { return QString::fromLatin1(item.data); });
+    return found;
+}
+
+bool isInt(qint64 number) {
+    return number >= std::numeric_limits<int>::min() && number <= std::numeric_limits<int>::max();
+}
+
+/// Corners, which is what QRect keeps, are in 64 bits first: any numbers may be typed.
+QVariant regionOf(int x, int y, int width, int height) {
+    const qint64 right = qint64(x) + width - 1;
+    const qint64 bottom = qint64(y) + height - 1;
+    if (!isInt(right) || !isInt(bottom))
+        return QVariant();
+    return QRect(QPoint(x, y), QPoint(int(right), int(bottom)));
+}
+
+QVariant toRegion(const QString& text) {
+    const QStringList parts = text.split(QLatin1Char(','));
+    QList<int> numbers;
+    for (const QString& part : parts) {
+        bool isNumber = false;
+        numbers.append(part.trimmed().toInt(&isNumber));
+        if (!isNumber)
+            return QVariant();
+    }
+    return numbers.size() == 4 ? regionOf(numbers[0], numbers[1], numbers[2], numbers[3])
+                               : QVariant();
+}
+
+} // namespace
+
+QVariant PPropertyText::toSwitch(const QString& text) {
+    for (const char* on : {"on", "true", "yes", "1"}) {
+        if (text.compare(QLatin1String(on), Qt::CaseInsensitive) == 0)
+            return true;
+    }
+    for (const char* off : {"off", "false", "no", "0"}) {
+        if (text.compare(QLatin1String(off), Qt::CaseInsensitive) == 0)
+            return false;
+    }
+    return QVariant();
+}
+
+QString PPropertyText::ofRegion(const QRect& region) {
+    // QRect::width() would overflow for corners that lie far apart.
+    return QStringLiteral("%1,%2,%3,%4")
+        .arg(region.left())
+        .arg(region.top())
+        .arg(qint64(region.right()) - region.left() + 1)
+        .arg(qint64(region.bottom()) - region.top() + 1);
+}
+
+QString PPropertyText::shortened(const QString& text) {
+    constexpr int enough = 60;
+    QString result = text.left(enough);
+    for (QChar& c : result) {
+        if (!c.isPrint())
+            c = QLatin1Char('?');
+    }
+    return text.size() > enough ? result + QStringLiteral("…") : result;
+}
+
+QString PPropertyText::ofValue(const QVariant& value, const QVariant& range) {
+    if (!value.isValid())
+        return QString();
+    if (range.metaType() == QMetaType::fromType<PEnumeration>() &&
+        value.typeId() == QMetaType::QUuid) {
+        const PEnumerationItem item = range.value<PEnumeration>().getItem(value.toUuid());
+        return item.title.isEmpty() ? value.toString() : item.title;
+    }
+    if (value.typeId() == QMetaType::Bool)
+        return value.toBool() ? QStringLiteral("on") : QStringLiteral("off");
+    if (value.typeId() == QMetaType::QRect)
+        return ofRegion(value.toRect());
+    if (value.typeId() == QMetaType::QByteArray) // of a file, perhaps not fit for a terminal
+        return QString::fromLatin1(value.toByteArray().toBase64());
+    if (PGadgetFields::isComposite(value))
+        return PGadgetFields::toText(value);
+    if (value.canConvert<QString>())
+        return value.toString();
+    return QStringLiteral("<%1>").arg(QString::fromLatin1(value.metaType().name()));
+}
+
+QVariant PPropertyText::toValue(const QString& text, const QVariant& present,
+                                const QVariant& range) {
+    const QString trimmed = text.trimmed();
+    if (range.metaType() == QMetaType::fromType<PEnumeration>())
+        return toChoice(trimmed, range.value<PEnumeration>());
+    switch (present.typeId()) {
+    case QMetaType::Bool:
+        return toSwitch(trimmed);
+    case QMetaType::Int:
+        return toNumber(trimmed);
+    case QMetaType::QRect:
+        return toRegion(trimmed);
+    default:
+        return QVariant();
+    }
+}

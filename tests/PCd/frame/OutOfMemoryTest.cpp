@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: MIT
+// A program of its own: it replaces the allocator.
+#include <PCd/FakeDevice.h>
+#include <PCd/frame/FrameHelpers.h>
+
+#include <PCd/frame/PCdDipUtils.h>
+
+#include <QCoreApplication>
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <memory>
+#include <new>
+
+namespace {
+
+thread_local bool isRefused = false;
+
+/// While it lives, its thread gets no memory.
+class NoMemory {
+public:
+    NoMemory() { isRefused = true; }
+    ~NoMemory() { isRefused = false; }
+    NoMemory(const NoMemory&) = delete;
+    NoMemory& operator=(const NoMemory&) = delete;
+};
+
+/// Counts what it is offered, which takes no memory.
+class CountingSink : public PFrameSink {
+public:
+    bool takeFrame(const PDeviceFrame&, Kind) override {
+        ++offered;
+        return true;
+    }
+
+    int offered = 0;
+};
+
+/// A device with a frame that came before memory ran out.
+class OutOfMemory : public testing::Test {
+protected:
+    OutOfMemory() { device.addFrameSink(sink); }
+
+    /// Expects the one frame in the ledger, and nowhere else.
+    void expectOneFrameWithoutMemory() const {
+        QCoreApplication::processEvents();
+        EXPECT_TRUE(listener.images.empty());
+        EXPECT_TRUE(listener.snapshots.empty());
+        EXPECT_EQ(sink->offered, 0);
+        const PFrameLedger ledger = device.frameLedger();
+        EXPECT_EQ(ledger.produced, 1u);
+        EXPECT_EQ(ledger.count(PFrameFate::NoMemory), 1u);
+        EXPECT_TRUE(ledger.isBalanced());
+    }
+
+    FakeDevice device;
+    const FrameListener listener{device};
+    const std::shared_ptr<CountingSink> sink = std::make_shared<CountingSink>();
+    const PImage image = smallImage();
+};
+
+TEST_F(OutOfMemory, costs_a_live_frame_which_is_booked_as_that) {
+    {
+        const NoMemory none;
+        device.processFrameImage(image);
+    }
+    expectOneFrameWithoutMemory();
+}
+
+TEST_F(OutOfMemory, costs_a_still_which_is_booked_as_that) {
+    const PDeviceFrame frame = PCdDipUtils::imageAsDeviceFrame(image);
+    {
+        const NoMemory none;
+        device.processSnapshot(frame);
+    }
+    expectOneFrameWithoutMemory();
+}
+
+} // namespace
+
+void* operator new(std::size_t size) {
+    void* const memory = isRefused ? nullptr : std::malloc(size);
+    if (memory == nullptr)
+        throw std::bad_alloc();
+    return memory;
+}
+
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}

@@ -1,0 +1,211 @@
+// SPDX-License-Identifier: MIT
+// The road of a frame where something goes wrong or ends while frames are on it.
+#include <PCd/FakeDevice.h>
+#include <PCd/frame/FrameHelpers.h>
+
+#include <PCd/frame/PCdDipUtils.h>
+
+#include <support/PLogCapture.h>
+#include <support/QtPrinters.h>
+#include <support/RowName.h>
+#include <support/WaitUntil.h>
+
+#include <QCoreApplication>
+
+#include <gtest/gtest.h>
+
+// ---- Listeners that fail.
+
+namespace {
+
+struct ListenerRow {
+    const char* name;
+    std::function<void()> fail;
+    const char* logged;
+};
+
+class FailingListener : public testing::TestWithParam<ListenerRow> {};
+
+TEST_P(FailingListener, of_a_live_frame_has_it_booked_as_failed_and_ends_nothing) {
+    const PLogCapture log;
+    FakeDevice device;
+    int seen = 0;
+    QObject::connect(&device, &PImageSource::imageChanged, &device, [&] {
+        if (++seen == 1)
+            GetParam().fail();
+    });
+    sendImages(device, 3);
+    ASSERT_TRUE(waitUntil([&] { return seen == 3; }));
+    EXPECT_EQ(device.frameLedger().count(PFrameFate::Failed), 1u);
+    EXPECT_EQ(device.frameLedger().count(PFrameFate::Delivered), 2u);
+    EXPECT_TRUE(device.frameLedger().isBalanced());
+    EXPECT_EQ(log.texts(QStringLiteral("PCd")),
+              QStringList{QString::fromLatin1(GetParam().logged)});
+}
+
+TEST_P(FailingListener, of_a_snapshot_has_it_not_counted_as_handed_out) {
+    FakeDevice device;
+    QObject::connect(&device, &PDevice::snapshotTaken, &device, [] { GetParam().fail(); });
+    device.processSnapshot(PCdDipUtils::imageAsDeviceFrame(smallImage()));
+    ASSERT_TRUE(waitUntil([&] { return device.frameLedger().waiting == 0; }));
+    EXPECT_EQ(device.frameLedger().count(PFrameFate::Failed), 1u);
+    EXPECT_EQ(device.frameLedger().snapshots, 0u);
+    EXPECT_TRUE(device.frameLedger().isBalanced());
+}
+
+} // namespace
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, FailingListener,
+    testing::Values(ListenerRow{"that_throws", [] { throw std::runtime_error("no such layer"); },
+                                "A listener failed over a frame: no such layer"},
+                    ListenerRow{"that_throws_no_exception",
+                                [] { throw 42; }, // NOLINT: what nobody should do
+                                "A listener failed over a frame: unknown exception"}),
+    RowName());
+
+// ---- Devices that end.
+
+TEST(PFrameRoad, ends_when_a_listener_deletes_the_device) {
+    auto* device = new FakeDevice;
+    int seen = 0;
+    QObject::connect(device, &PImageSource::imageChanged, QCoreApplication::instance(), [&] {
+        ++seen;
+        delete std::exchange(device, nullptr);
+    });
+    sendImages(*device, 3);
+    ASSERT_TRUE(waitUntil([&] { return device == nullptr; }));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(seen, 1);
+}
+
+TEST(PFrameRoad, ends_when_a_listener_deletes_the_device_over_a_snapshot) {
+    auto* device = new FakeDevice;
+    int seen = 0;
+    QObject::connect(device, &PDevice::snapshotTaken, QCoreApplication::instance(), [&] {
+        ++seen;
+        delete std::exchange(device, nullptr);
+    });
+    for (int i = 0; i < 3; ++i)
+        device->processSnapshot(PCdDipUtils::imageAsDeviceFrame(smallImage()));
+    ASSERT_TRUE(waitUntil([&] { return device == nullptr; }));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(seen, 1);
+}
+
+TEST(PFrameRoad, ends_with_the_device_when_frames_still_wait) {
+    int seen = 0;
+    {
+        FakeDevice device;
+        QObject::connect(&device, &PImageSource::imageChanged, QCoreApplication::instance(),
+                         [&] { ++seen; });
+        FrameBringer bringer(device);
+        bringer.start();
+        while (bringer.brought() < 10)
+            std::this_thread::yield();
+        bringer.stop();
+        EXPECT_GE(device.frameLedger().waiting, 10u);
+    }
+    QCoreApplication::processEvents();
+    EXPECT_EQ(seen, 0);
+}
+
+TEST(PFrameRoad, gives_the_pixels_of_waiting_frames_back_when_the_device_ends) {
+    class Witness : public PFrameSink {
+    public:
+        bool takeFrame(const PDeviceFrame& frame, Kind) override {
+            stamp = frame.stamp;
+            return true;
+        }
+        std::weak_ptr<const PFrameStamp> stamp;
+    };
+    const auto witness = std::make_shared<Witness>();
+    {
+        FakeDevice device;
+        device.addFrameSink(witness);
+        sendImages(device, 1);
+        EXPECT_FALSE(witness->stamp.expired());
+    }
+    EXPECT_TRUE(witness->stamp.expired());
+}
+
+TEST(PFrameRoad, lets_the_stream_be_stopped_while_a_frame_is_being_brought) {
+    FakeDevice device;
+    FrameBringer bringer(device);
+    device.whenStarted = [&] { bringer.start(); };
+    device.whenStopped = [&] { bringer.stop(); }; // waits for the bringing thread, as SDKs do
+    device.link();
+    device.startStream();
+    ASSERT_TRUE(waitUntil([&] { return device.frameLedger().count(PFrameFate::Delivered) > 50; }));
+    EXPECT_TRUE(device.stopStream().isOk());
+    ASSERT_TRUE(waitUntil([&] { return device.frameLedger().waiting == 0; }));
+    EXPECT_EQ(device.frameLedger().produced, bringer.brought());
+    EXPECT_TRUE(device.frameLedger().isBalanced());
+}
+
+TEST(PFrameRoad, lets_a_listener_stop_the_stream) {
+    FakeDevice device;
+    FrameBringer bringer(device);
+    device.whenStarted = [&] { bringer.start(); };
+    device.whenStopped = [&] { bringer.stop(); };
+    QObject::connect(&device, &PImageSource::imageChanged, &device, [&] { device.stopStream(); });
+    device.link();
+    device.startStream();
+    ASSERT_TRUE(waitUntil([&] { return !device.isStreaming(); }));
+    ASSERT_TRUE(waitUntil([&] { return device.frameLedger().waiting == 0; }));
+    EXPECT_EQ(device.frameLedger().produced, bringer.brought());
+}
+
+// ---- Sinks that go while frames fly.
+
+namespace {
+
+/// Stays in takeFrame() until somebody begins to remove it, and then for a good while more.
+class LingeringSink : public PFrameSink {
+public:
+    bool takeFrame(const PDeviceFrame&, Kind) override {
+        inside = true;
+        while (!removing)
+            std::this_thread::yield();
+        for (int i = 0; i < 10000; ++i)
+            std::this_thread::yield();
+        inside = false;
+        return true;
+    }
+
+    std::atomic<bool> inside{false};
+    std::atomic<bool> removing{false};
+};
+
+} // namespace
+
+TEST(PFrameRoad, removes_a_sink_only_when_it_is_not_running) {
+    FakeDevice device;
+    const auto sink = std::make_shared<LingeringSink>();
+    device.addFrameSink(sink);
+    std::thread bringing([&] { sendImages(device, 1); });
+    while (!sink->inside)
+        std::this_thread::yield();
+    sink->removing = true;
+    device.removeFrameSink(sink);
+    EXPECT_FALSE(sink->inside);
+    bringing.join();
+}
+
+TEST(PFrameRoad, takes_sinks_on_and_off_while_frames_fly) {
+    FakeDevice device;
+    const auto steady = std::make_shared<RecordingSink>();
+    device.addFrameSink(steady);
+    FrameBringer bringer(device);
+    bringer.start();
+    for (int i = 0; i < 50; ++i) {
+        const auto sink = std::make_shared<RecordingSink>();
+        device.addFrameSink(sink);
+        while (sink->taken().empty())
+            std::this_thread::yield();
+        device.removeFrameSink(sink);
+        EXPECT_EQ(sink.use_count(), 1);
+    }
+    bringer.stop();
+    EXPECT_EQ(steady->taken().size(), bringer.brought());
+}

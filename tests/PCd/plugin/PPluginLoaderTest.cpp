@@ -1,0 +1,245 @@
+// SPDX-License-Identifier: MIT
+#include <PCd/plugin/PPluginLoader.h>
+
+#include <PCd/device/PDeviceRegister.h>
+
+#include <support/QtPrinters.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <dlfcn.h>
+
+#include <memory>
+#include <vector>
+
+namespace {
+
+const QString pathVariable = QStringLiteral("PCD_PLUGIN_PATH");
+
+/// Folder of a plugin that was built for these tests.
+QString pluginFolder(const char* name) {
+    const QDir programs(QCoreApplication::applicationDirPath());
+    return QDir::cleanPath(programs.filePath(QStringLiteral("../lib/test-plugins/")) +
+                           QString::fromLatin1(name));
+}
+
+QString pluginFile(const char* name) {
+    return pluginFolder(name) + QStringLiteral("/lib") + QString::fromLatin1(name) +
+           QStringLiteral(".so");
+}
+
+bool isLoaded(const QString& library) {
+    void* const handle = dlopen(QFile::encodeName(library).constData(), RTLD_LAZY | RTLD_NOLOAD);
+    if (handle != nullptr)
+        dlclose(handle);
+    return handle != nullptr;
+}
+
+/// A loader, the roots it found, and an environment that is put back afterwards. What lies beside
+/// the library, where a build has the real plugins, is loaded too and not looked at.
+class PPluginLoaderTest : public testing::Test {
+protected:
+    PPluginLoaderTest() { qunsetenv(pathVariable.toLatin1().constData()); }
+    ~PPluginLoaderTest() override { qunsetenv(pathVariable.toLatin1().constData()); }
+
+    static void setPathVariable(const QString& value) {
+        qputenv(pathVariable.toLatin1().constData(), QFile::encodeName(value));
+    }
+
+    void load() {
+        for (PDeviceRegister* root : loader.load())
+            roots.emplace_back(root);
+    }
+    std::size_t countOf(const char* className) const {
+        return std::size_t(std::count_if(roots.begin(), roots.end(), [&](const auto& root) {
+            return QByteArray(root->metaObject()->className()) == className;
+        }));
+    }
+    /// Why this path gave nothing; empty if it is not among the failures.
+    QString reasonFor(const QString& path) const {
+        for (const PPluginLoader::Failure& failure : loader.failures()) {
+            if (failure.path == path)
+                return failure.reason;
+        }
+        return QString();
+    }
+
+    PPluginLoader loader;
+    std::vector<std::unique_ptr<PDeviceRegister>> roots;
+};
+
+} // namespace
+
+TEST_F(PPluginLoaderTest, loads_a_device_plugin_from_a_folder) {
+    loader.addSearchPath(pluginFolder("device"));
+    load();
+    ASSERT_EQ(countOf("TestRegister"), 1u);
+    EXPECT_EQ(reasonFor(pluginFile("device")), QString());
+}
+
+TEST_F(PPluginLoaderTest, loads_a_device_plugin_from_its_file) {
+    loader.addSearchPath(pluginFile("device"));
+    load();
+    ASSERT_EQ(countOf("TestRegister"), 1u);
+}
+
+TEST_F(PPluginLoaderTest, loads_plugins_of_different_makers) {
+    loader.addSearchPath(pluginFolder("device"));
+    loader.addSearchPath(pluginFolder("otherdevice"));
+    load();
+    EXPECT_EQ(countOf("TestRegister"), 1u);
+    EXPECT_EQ(countOf("OtherRegister"), 1u);
+}
+
+TEST_F(PPluginLoaderTest, gives_a_root_that_is_a_device_register) {
+    loader.addSearchPath(pluginFile("device"));
+    const QList<PDeviceRegister*> found = loader.load();
+    ASSERT_FALSE(found.isEmpty());
+    EXPECT_EQ(found.first()->id(), "testregister");
+    qDeleteAll(found);
+}
+
+TEST_F(PPluginLoaderTest, can_be_used_again_after_its_roots_were_deleted) {
+    loader.addSearchPath(pluginFile("device"));
+    load();
+    roots.clear();
+    PPluginLoader next;
+    next.addSearchPath(pluginFile("device"));
+    for (PDeviceRegister* root : next.load())
+        roots.emplace_back(root);
+    EXPECT_EQ(countOf("TestRegister"), 1u);
+}
+
+TEST_F(PPluginLoaderTest, reads_the_folders_of_the_environment_variable) {
+    setPathVariable(pluginFolder("noregister") + QLatin1Char(':') + pluginFolder("device"));
+    load();
+    EXPECT_EQ(countOf("TestRegister"), 1u);
+    EXPECT_NE(reasonFor(pluginFile("noregister")), QString());
+}
+
+TEST_F(PPluginLoaderTest, looks_in_added_folders_then_the_variable_then_beside_the_library) {
+    setPathVariable(QStringLiteral("/first:/second::"));
+    loader.addSearchPath(QStringLiteral("/added"));
+    const QStringList paths = loader.searchPaths();
+    ASSERT_EQ(paths.size(), 4);
+    EXPECT_EQ(paths.at(0), QStringLiteral("/added"));
+    EXPECT_EQ(paths.at(1), QStringLiteral("/first"));
+    EXPECT_EQ(paths.at(2), QStringLiteral("/second"));
+    EXPECT_TRUE(paths.at(3).endsWith(QStringLiteral("/lib/pcd/plugins")))
+        << paths.at(3).toStdString();
+}
+
+TEST_F(PPluginLoaderTest, loads_a_class_once_however_many_files_have_it) {
+    loader.addSearchPath(pluginFolder("device"));
+    loader.addSearchPath(pluginFolder("devicecopy"));
+    load();
+    EXPECT_EQ(countOf("TestRegister"), 1u);
+    EXPECT_FALSE(isLoaded(pluginFile("devicecopy")));
+    EXPECT_EQ(reasonFor(pluginFile("devicecopy")), QString()); // it is no failure
+}
+
+TEST_F(PPluginLoaderTest, gives_a_register_to_one_owner_only) {
+    loader.addSearchPath(pluginFile("device"));
+    load();
+    ASSERT_EQ(countOf("TestRegister"), 1u);
+    PPluginLoader second;
+    second.addSearchPath(pluginFile("device"));
+    for (PDeviceRegister* root : second.load())
+        EXPECT_STRNE(root->metaObject()->className(), "TestRegister");
+    ASSERT_FALSE(second.failures().isEmpty());
+    EXPECT_EQ(second.failures().first().reason,
+              QStringLiteral("it has been loaded already, and its register is in use"));
+}
+
+TEST_F(PPluginLoaderTest, loads_a_file_once_however_often_it_is_named) {
+    loader.addSearchPath(pluginFolder("device"));
+    loader.addSearchPath(pluginFile("device"));
+    setPathVariable(pluginFolder("device") + QStringLiteral("/../device"));
+    load();
+    EXPECT_EQ(countOf("TestRegister"), 1u);
+}
+
+TEST_F(PPluginLoaderTest, names_a_path_that_is_not_there) {
+    setPathVariable(QStringLiteral("/no/such/folder"));
+    loader.addSearchPath(QStringLiteral("/no/such/plugin.so"));
+    load();
+    EXPECT_EQ(reasonFor(QStringLiteral("/no/such/plugin.so")),
+              QStringLiteral("no such file or folder"));
+    EXPECT_EQ(reasonFor(QStringLiteral("/no/such/folder")),
+              QStringLiteral("no such file or folder"));
+}
+
+TEST_F(PPluginLoaderTest, names_a_text_file_that_is_called_like_a_library) {
+    const QTemporaryDir folder;
+    const QString path = QDir(QDir(folder.path()).canonicalPath()).filePath(QStringLiteral("a.so"));
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("this is no library\n");
+    file.close();
+    loader.addSearchPath(folder.path());
+    load();
+    EXPECT_TRUE(reasonFor(path).contains(path)) << reasonFor(path).toStdString();
+}
+
+TEST_F(PPluginLoaderTest, does_not_look_at_files_of_another_kind) {
+    const QTemporaryDir folder;
+    QFile file(folder.filePath(QStringLiteral("README.txt")));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.close();
+    loader.addSearchPath(folder.path());
+    load();
+    for (const PPluginLoader::Failure& failure : loader.failures())
+        EXPECT_FALSE(failure.path.contains(folder.path())) << failure.path.toStdString();
+}
+
+TEST_F(PPluginLoaderTest, names_a_plugin_for_something_else_and_does_not_load_it) {
+    loader.addSearchPath(pluginFolder("foreign"));
+    load();
+    EXPECT_EQ(reasonFor(pluginFile("foreign")),
+              QStringLiteral("its interface is \"org.example.imageformat\", expected one that "
+                             "begins with \"pellix.devices.\""));
+    EXPECT_FALSE(qEnvironmentVariableIsSet("PCD_TEST_FOREIGN_PLUGIN"));
+    EXPECT_FALSE(isLoaded(pluginFile("foreign")));
+}
+
+TEST_F(PPluginLoaderTest, would_notice_a_foreign_plugin_being_loaded) {
+    // Of a copy: a library with inline statics is never unloaded again.
+    const QTemporaryDir folder;
+    const QString copy = folder.filePath(QStringLiteral("copy.so"));
+    ASSERT_TRUE(QFile::copy(pluginFile("foreign"), copy));
+    EXPECT_FALSE(isLoaded(copy));
+    void* const handle = dlopen(QFile::encodeName(copy).constData(), RTLD_NOW | RTLD_LOCAL);
+    ASSERT_NE(handle, nullptr) << dlerror();
+    EXPECT_TRUE(qEnvironmentVariableIsSet("PCD_TEST_FOREIGN_PLUGIN"));
+    EXPECT_TRUE(isLoaded(copy));
+    dlclose(handle);
+    qunsetenv("PCD_TEST_FOREIGN_PLUGIN");
+}
+
+TEST_F(PPluginLoaderTest, names_a_plugin_whose_root_is_no_register) {
+    loader.addSearchPath(pluginFolder("noregister"));
+    load();
+    EXPECT_EQ(reasonFor(pluginFile("noregister")),
+              QStringLiteral("its root object is no device register"));
+}
+
+TEST_F(PPluginLoaderTest, names_a_plugin_whose_library_cannot_be_loaded) {
+    loader.addSearchPath(pluginFolder("incomplete"));
+    load();
+    EXPECT_TRUE(
+        reasonFor(pluginFile("incomplete")).contains(QStringLiteral("pcdTestSymbolThatNobodyHas")))
+        << reasonFor(pluginFile("incomplete")).toStdString();
+}
+
+TEST_F(PPluginLoaderTest, goes_on_after_a_failure) {
+    loader.addSearchPath(QStringLiteral("/no/such/folder"));
+    loader.addSearchPath(pluginFolder("incomplete"));
+    loader.addSearchPath(pluginFolder("device"));
+    load();
+    EXPECT_EQ(countOf("TestRegister"), 1u);
+}

@@ -1,0 +1,360 @@
+// SPDX-License-Identifier: MIT
+#include <PCd/FakeDevice.h>
+#include <PCd/FakeProperty.h>
+#include <PCd/property/value/StreamedPair.h>
+
+#include <PCd/PEnumeration.h>
+
+#include <PCore/PJsonReader.h>
+#include <PCore/PJsonWriter.h>
+#include <PCore/PMinMaxRange.h>
+
+#include <support/QtPrinters.h>
+#include <support/RowName.h>
+#include <support/WaitUntil.h>
+
+#include <QCoreApplication>
+#include <QSignalSpy>
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+namespace {
+
+/// A property that has been taken by a device, and what it emits from then on.
+class TakenProperty {
+public:
+    explicit TakenProperty(const QVariant& value = 5, const QVariant& range = {})
+        : property(new FakeProperty("gain", value)) {
+        property->rangeInDevice = range;
+        device.makeProperties = [this] { return QList<PDeviceProperty*>{property}; };
+        device.supportProperties();
+        property->calls.clear();
+        QObject::connect(property, &PDeviceProperty::valueChanged, [this](const QVariant& v) {
+            emitted.append({"value", v});
+        });
+        QObject::connect(property, &PDeviceProperty::rangeChanged, [this](const QVariant& r) {
+            emitted.append({"range", r});
+        });
+    }
+
+    using Emitted = QList<std::pair<QByteArray, QVariant>>;
+
+    FakeDevice device;
+    FakeProperty* property; // owned by the device
+    Emitted emitted;
+};
+
+using Emitted = TakenProperty::Emitted;
+
+QVariant rangeTo(int maximum) {
+    return QVariant::fromValue(PMinMaxRange<int>{0, maximum, 1});
+}
+
+} // namespace
+
+TEST(PDeviceProperty, announces_a_value_before_it_is_sent) {
+    TakenProperty taken;
+    QStringList callsBefore;
+    QVariant announced;
+    QObject::connect(taken.property, &PDeviceProperty::valueAboutToBeSent,
+                     [&](const QVariant& value) {
+                         announced = value;
+                         callsBefore = taken.property->calls;
+                     });
+    taken.property->setValue(7);
+    EXPECT_EQ(announced, 7);
+    EXPECT_EQ(callsBefore, QStringList());
+    EXPECT_TRUE(taken.property->calls.contains(QStringLiteral("set")));
+}
+
+TEST(PDeviceProperty, keeps_what_it_is_made_of) {
+    const FakeProperty property("gain");
+    EXPECT_EQ(property.id(), "gain");
+    EXPECT_EQ(property.title(), QStringLiteral("Title of gain"));
+    EXPECT_EQ(property.type(), PCD::DevicePropertyType::Integer);
+    EXPECT_TRUE(property.isSerializable());
+    EXPECT_EQ(property.unit(), ValueUnits::None);
+    EXPECT_EQ(property.unitsType(), ValueUnitType::None);
+    EXPECT_FALSE(property.valueInner().isValid());
+    EXPECT_FALSE(property.rangeInner().isValid());
+    EXPECT_FALSE(property.defaultValue().isValid());
+}
+
+TEST(PDeviceProperty, keeps_what_it_is_told) {
+    FakeProperty property("exposure");
+    property.setType(PCD::DevicePropertyType::Duration);
+    property.setUnit(ValueUnits::Microsecond);
+    property.setUnitsType(ValueUnitType::Time);
+    property.setDescription(QStringLiteral("how long"));
+    EXPECT_EQ(property.type(), PCD::DevicePropertyType::Duration);
+    EXPECT_EQ(property.unit(), ValueUnits::Microsecond);
+    EXPECT_EQ(property.unitsType(), ValueUnitType::Time);
+    EXPECT_EQ(property.description(), QStringLiteral("how long"));
+}
+
+TEST(PDeviceProperty, keeps_a_default_as_given_and_never_sends_it) {
+    TakenProperty taken(5, rangeTo(10));
+    taken.property->setDefaultValue(QStringLiteral("off the scale"));
+    EXPECT_EQ(taken.property->defaultValue(), QVariant(QStringLiteral("off the scale")));
+    EXPECT_EQ(taken.property->calls, QStringList());
+    EXPECT_EQ(taken.property->valueInner(), QVariant(5));
+    EXPECT_TRUE(taken.emitted.isEmpty());
+}
+
+// ---- Setting.
+
+TEST(PDeviceProperty, has_what_the_device_made_of_a_value_that_it_took) {
+    TakenProperty taken;
+    taken.property->becomes = 8; // a time is cut to what the sensor can do
+    taken.property->setValue(9);
+    EXPECT_EQ(taken.property->valueInner(), QVariant(8));
+    EXPECT_EQ(taken.emitted, (Emitted{{"value", 8}}));
+    EXPECT_EQ(taken.property->calls,
+              (QStringList{QStringLiteral("set"), QStringLiteral("get value")}));
+}
+
+TEST(PDeviceProperty, has_the_type_that_the_device_gives_whatever_was_sent) {
+    for (const QVariant& sent : {QVariant(QStringLiteral("9")), QVariant(9u)}) {
+        TakenProperty taken;
+        taken.property->becomes = 9;
+        taken.property->setValue(sent);
+        EXPECT_EQ(taken.property->valueInner().typeId(), QMetaType::Int) << sent.typeName();
+    }
+}
+
+TEST(PDeviceProperty, keeps_a_composite_value_that_was_taken_as_given) {
+    // Devices do not hold every field of one, and read zeros for the others.
+    const auto pair = [](int a, int b) { return QVariant::fromValue(StreamedPair{a, b}); };
+    TakenProperty taken(pair(1, 2));
+    const auto leftOut = [&] { return taken.property->valueInner().value<StreamedPair>().leftOut; };
+    taken.property->becomes = pair(3, 0);
+    taken.property->setValue(pair(3, 4));
+    EXPECT_EQ(leftOut(), 4);
+    ASSERT_EQ(taken.emitted.size(), 1);
+    EXPECT_EQ(taken.emitted.first().second.value<StreamedPair>().leftOut, 4);
+    taken.property->refuses = true;
+    taken.property->setValue(pair(5, 6));
+    EXPECT_EQ(leftOut(), 0);
+}
+
+namespace {
+
+struct RefusalRow {
+    const char* name;
+    bool answersTaken;
+    bool answersOpposite;
+};
+
+class Refusal : public testing::TestWithParam<RefusalRow> {};
+
+} // namespace
+
+TEST_P(Refusal, leaves_the_host_with_what_the_device_has) {
+    TakenProperty taken;
+    taken.property->refuses = true;
+    taken.property->answersTaken = GetParam().answersTaken;
+    taken.property->answersOpposite = GetParam().answersOpposite;
+    taken.property->inDevice = 6;
+    taken.property->setValue(9);
+    EXPECT_EQ(taken.property->valueInner(), QVariant(6));
+    EXPECT_EQ(taken.emitted, (Emitted{{"value", 6}}));
+}
+
+TEST_P(Refusal, is_seen_when_a_saved_value_is_restored) {
+    PJsonReader reader;
+    ASSERT_TRUE(reader.setDocument("{\"value\": 42}").isOk());
+    TakenProperty taken;
+    taken.property->refuses = true;
+    taken.property->answersTaken = GetParam().answersTaken;
+    taken.property->answersOpposite = GetParam().answersOpposite;
+    EXPECT_FALSE(taken.property->readStreamThis(&reader));
+    EXPECT_EQ(taken.property->valueInner(), QVariant(5));
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, Refusal,
+                         testing::Values(RefusalRow{"that_the_device_admits", false, false},
+                                         RefusalRow{"answered_as_taken", true, false},
+                                         RefusalRow{"answered_in_the_opposite", false, true}),
+                         RowName());
+
+TEST(PDeviceProperty, tells_after_a_refusal_also_what_has_not_changed) {
+    TakenProperty taken;
+    taken.property->refuses = true;
+    taken.property->setValue(9);
+    EXPECT_EQ(taken.emitted, (Emitted{{"value", 5}})); // an editor that shows 9 has to go back
+}
+
+TEST(PDeviceProperty, changes_its_copy_without_a_word_when_asked_to) {
+    TakenProperty taken;
+    taken.property->setValueInner(7);
+    EXPECT_EQ(taken.property->valueInner(), QVariant(7));
+    EXPECT_TRUE(taken.emitted.isEmpty());
+    EXPECT_EQ(taken.property->calls, QStringList());
+}
+
+// ---- Updating.
+
+TEST(PDeviceProperty, tells_nothing_when_an_update_finds_nothing_new) {
+    TakenProperty taken(5, rangeTo(10));
+    taken.property->updateValueFromDevice();
+    EXPECT_TRUE(taken.emitted.isEmpty());
+}
+
+TEST(PDeviceProperty, tells_a_new_value_alone) {
+    TakenProperty taken(5, rangeTo(10));
+    taken.property->inDevice = 6;
+    taken.property->updateValueFromDevice();
+    EXPECT_EQ(taken.emitted, (Emitted{{"value", 6}}));
+    EXPECT_EQ(taken.property->valueInner(), QVariant(6));
+}
+
+TEST(PDeviceProperty, tells_a_new_range_alone) {
+    TakenProperty taken(5, rangeTo(10));
+    taken.property->rangeInDevice = rangeTo(20);
+    taken.property->updateValueFromDevice();
+    EXPECT_EQ(taken.emitted, (Emitted{{"range", rangeTo(20)}}));
+    EXPECT_EQ(taken.property->rangeInner(), rangeTo(20));
+}
+
+TEST(PDeviceProperty, tells_the_range_before_the_value_that_lies_in_it) {
+    TakenProperty taken(5, rangeTo(10));
+    taken.property->rangeInDevice = rangeTo(20);
+    taken.property->inDevice = 15;
+    QVariant rangeSeenWithRange, valueSeenWithRange;
+    QObject::connect(taken.property, &PDeviceProperty::rangeChanged, [&] {
+        rangeSeenWithRange = taken.property->rangeInner();
+        valueSeenWithRange = taken.property->valueInner();
+    });
+    taken.property->updateValueFromDevice();
+    EXPECT_EQ(taken.emitted, (Emitted{{"range", rangeTo(20)}, {"value", 15}}));
+    EXPECT_EQ(taken.property->calls,
+              (QStringList{QStringLiteral("get range"), QStringLiteral("get value")}));
+    EXPECT_EQ(rangeSeenWithRange, rangeTo(20));
+    EXPECT_EQ(valueSeenWithRange, QVariant(15));
+}
+
+TEST(PDeviceProperty, tells_range_and_value_in_any_case_when_forced) {
+    TakenProperty taken(5, rangeTo(10));
+    taken.property->updateValueFromDevice(true);
+    EXPECT_EQ(taken.emitted, (Emitted{{"range", rangeTo(10)}, {"value", 5}}));
+}
+
+TEST(PDeviceProperty, knows_equal_enumerations_as_equal) {
+    const auto choices = [](const QString& name) {
+        PEnumeration enumeration;
+        enumeration.addItem(QUuid(), name, name, {});
+        return QVariant::fromValue(enumeration);
+    };
+    TakenProperty taken(QUuid(), choices(QStringLiteral("50 Hz")));
+    taken.property->rangeInDevice = choices(QStringLiteral("50 Hz")); // another object
+    taken.property->updateValueFromDevice();
+    EXPECT_TRUE(taken.emitted.isEmpty());
+    taken.property->rangeInDevice = choices(QStringLiteral("60 Hz"));
+    taken.property->updateValueFromDevice();
+    EXPECT_EQ(taken.emitted.size(), 1);
+}
+
+TEST(PDeviceProperty, is_updated_by_name_without_an_argument) {
+    TakenProperty taken;
+    taken.property->inDevice = 6;
+    EXPECT_TRUE(
+        QMetaObject::invokeMethod(taken.property, "updateValueFromDevice", Qt::QueuedConnection));
+    EXPECT_TRUE(taken.emitted.isEmpty());
+    ASSERT_TRUE(waitUntil([&] { return !taken.emitted.isEmpty(); }));
+    EXPECT_EQ(taken.emitted, (Emitted{{"value", 6}}));
+}
+
+TEST(PDeviceProperty, is_updated_by_name_with_an_argument) {
+    TakenProperty taken;
+    EXPECT_TRUE(QMetaObject::invokeMethod(taken.property, "updateValueFromDevice",
+                                          Qt::QueuedConnection, Q_ARG(bool, true)));
+    EXPECT_TRUE(waitUntil([&] { return taken.emitted.size() == 2; }));
+}
+
+TEST(PDeviceProperty, is_updated_by_name_from_another_thread_on_its_own) {
+    TakenProperty taken;
+    taken.property->inDevice = 6;
+    std::thread::id updatedOn;
+    QObject::connect(taken.property, &PDeviceProperty::valueChanged,
+                     [&] { updatedOn = std::this_thread::get_id(); });
+    bool found = false;
+    std::thread([&] {
+        found = QMetaObject::invokeMethod(taken.property, "updateValueFromDevice",
+                                          Qt::QueuedConnection);
+    }).join();
+    EXPECT_TRUE(found);
+    ASSERT_TRUE(waitUntil([&] { return !taken.emitted.isEmpty(); }));
+    EXPECT_EQ(updatedOn, std::this_thread::get_id());
+    EXPECT_EQ(taken.property->valueInner(), QVariant(6));
+}
+
+TEST(PDeviceProperty, that_ends_with_an_update_posted_is_not_updated) {
+    {
+        TakenProperty taken;
+        QMetaObject::invokeMethod(taken.property, "updateValueFromDevice", Qt::QueuedConnection);
+        EXPECT_EQ(taken.property->calls, QStringList());
+    }
+    QCoreApplication::processEvents(); // a sanitizer would see a call to what is not there
+}
+
+// ---- Serialising.
+
+namespace {
+
+QByteArray saved(PDeviceProperty& property) {
+    PJsonWriter writer;
+    EXPECT_TRUE(property.writeStreamThis(&writer, QString::fromLatin1(property.id())));
+    return writer.document();
+}
+
+/// Lets the property read itself from the object of its id in the document.
+bool restored(PDeviceProperty& property, const QByteArray& document) {
+    PJsonReader reader;
+    EXPECT_TRUE(reader.setDocument(document).isOk());
+    EXPECT_TRUE(reader.beginObject(QString::fromLatin1(property.id())));
+    return property.readStreamThis(&reader);
+}
+
+} // namespace
+
+TEST(PDeviceProperty, comes_back_from_where_it_was_saved) {
+    TakenProperty before(42);
+    const QByteArray document = saved(*before.property);
+    TakenProperty after(5);
+    EXPECT_TRUE(restored(*after.property, document));
+    EXPECT_EQ(after.property->inDevice, QVariant(42));
+    EXPECT_EQ(after.property->valueInner(), QVariant(42));
+    EXPECT_EQ(after.emitted, (Emitted{{"value", 42}}));
+}
+
+TEST(PDeviceProperty, saves_its_value_in_an_object_of_its_name) {
+    TakenProperty taken(42);
+    PJsonReader reader;
+    ASSERT_TRUE(reader.setDocument(saved(*taken.property)).isOk());
+    EXPECT_EQ(reader.objectNames(), QStringList{QStringLiteral("gain")});
+    ASSERT_TRUE(reader.beginObject(QStringLiteral("gain")));
+    EXPECT_EQ(reader.readValue(QStringLiteral("value")), QVariant(42));
+}
+
+TEST(PDeviceProperty, that_is_not_serialisable_saves_nothing) {
+    TakenProperty taken;
+    taken.property->setSerializable(false);
+    PJsonReader reader;
+    ASSERT_TRUE(reader.setDocument(saved(*taken.property)).isOk());
+    EXPECT_EQ(reader.objectNames(), QStringList());
+}
+
+TEST(PDeviceProperty, says_that_its_value_cannot_be_saved) {
+    // It has no stream form.
+    TakenProperty taken(QVariant::fromValue(PMinMaxRange<double>{0, 1, 1}));
+    PJsonWriter writer;
+    EXPECT_FALSE(taken.property->writeStreamThis(&writer, QStringLiteral("gain")));
+}
+
+TEST(PDeviceProperty, sends_nothing_when_no_value_was_saved) {
+    TakenProperty taken;
+    EXPECT_FALSE(restored(*taken.property, "{\"gain\": {\"other\": 3}}"));
+    EXPECT_EQ(taken.property->calls, QStringList());
+}

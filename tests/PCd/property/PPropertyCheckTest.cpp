@@ -1,0 +1,195 @@
+// SPDX-License-Identifier: MIT
+#include <PCd/property/PPropertyCheck.h>
+
+#include <PCd/FakeDevice.h>
+#include <PCd/FakeProperty.h>
+#include <PCd/PropertyValues.h>
+
+#include <PCd/PEnumeration.h>
+#include <PCd/PScanAreaRange.h>
+
+#include <PCore/PMinMaxRange.h>
+
+#include <support/QtPrinters.h>
+#include <support/RowName.h>
+
+#include <gtest/gtest.h>
+
+/// A composite value whose fields the host knows.
+struct Shutter {
+    Q_GADGET
+    Q_PROPERTY(int speed MEMBER speed)
+    Q_PROPERTY(bool open MEMBER open)
+
+public:
+    int speed = 0;
+    bool open = false;
+};
+
+namespace {
+
+QVariant rangeOf(int minimum, int maximum, int step = 1) {
+    return QVariant::fromValue(PMinMaxRange<int>{minimum, maximum, step});
+}
+
+QVariant turns() {
+    PEnumeration choices;
+    choices.addItem(idOf(0), QStringLiteral("none"), QStringLiteral("0°"), "0");
+    choices.addItem(idOf(1), QStringLiteral("quarter"), QStringLiteral("90°"), "90");
+    return QVariant::fromValue(choices);
+}
+
+/// A sensor whose width is no multiple of the step, with offsets in steps of 2.
+QVariant sensor(const QRect& bounds = QRect(0, 0, 101, 80)) {
+    return QVariant::fromValue(PScanAreaRange{bounds, 8, 4, 4, 4, 2});
+}
+
+/// A property as a device has it.
+class CheckedProperty {
+public:
+    explicit CheckedProperty(const QVariant& value, const QVariant& range = {})
+        : property(new FakeProperty("gain", value)) {
+        property->rangeInDevice = range;
+        device.makeProperties = [this] { return QList<PDeviceProperty*>{property}; };
+        device.supportProperties();
+        property->calls.clear();
+    }
+
+    FakeDevice device;
+    FakeProperty* property; // owned by the device
+};
+
+struct CheckRow {
+    const char* name;
+    QVariant current;
+    QVariant range;
+    QVariant value;
+    bool isTaken;
+};
+
+class CheckedValue : public testing::TestWithParam<CheckRow> {};
+
+TEST_P(CheckedValue, is_taken_or_refused_without_asking_the_device) {
+    const CheckedProperty checked(GetParam().current, GetParam().range);
+    EXPECT_EQ(PPropertyCheck::check(*checked.property, GetParam().value).isOk(),
+              GetParam().isTaken);
+    EXPECT_EQ(checked.property->calls, QStringList());
+}
+
+const CheckRow checkRows[] = {
+    {"the_minimum", 5, rangeOf(-100, 100), -100, true},
+    {"the_maximum", 5, rangeOf(-100, 100), 100, true},
+    {"below_the_minimum", 5, rangeOf(-100, 100), -101, false},
+    {"above_the_maximum", 5, rangeOf(-100, 100), 101, false},
+    {"on_a_step_from_the_minimum", 5, rangeOf(3, 13, 5), 8, true},
+    {"between_the_steps", 5, rangeOf(3, 13, 5), 10, false},
+    {"in_the_widest_range", 5, rangeOf(least, most), most, true},
+    {"a_step_in_the_widest_range", 5, rangeOf(least, most, 2), most, false},
+    {"in_a_range_of_one_value", 5, rangeOf(0, 0, 1), 0, true},
+    {"outside_a_range_of_one_value", 5, rangeOf(0, 0, 1), 2, false},
+    {"any_number_where_there_is_no_range", 5, rangeOf(0, 0, 0), 2, true},
+    {"no_text_where_there_is_no_range", 5, rangeOf(0, 0, 0), QStringLiteral("2"), false},
+    {"a_text_for_a_number", 5, rangeOf(0, 9), QStringLiteral("5"), false},
+    {"a_double_for_a_number", 5, rangeOf(0, 9), 5.0, false},
+    {"nothing_for_a_number", 5, rangeOf(0, 9), {}, false},
+    {"a_switch", false, {}, true, true},
+    {"a_number_for_a_switch", false, {}, 1, false},
+    {"nothing_for_a_switch", false, {}, {}, false},
+    {"an_item", idOf(0), turns(), idOf(1), true},
+    {"no_item", idOf(0), turns(), idOf(2), false},
+    {"a_text_for_a_choice", idOf(0), turns(), QStringLiteral("none"), false},
+    {"a_region", QRect(), sensor(), QRect(2, 4, 8, 4), true},
+    {"the_whole_between_the_steps", QRect(), sensor(), QRect(0, 0, 101, 80), true},
+    {"a_region_too_narrow", QRect(), sensor(), QRect(0, 0, 4, 4), false},
+    {"a_region_too_low", QRect(), sensor(), QRect(0, 0, 8, 0), false},
+    {"a_width_between_the_steps", QRect(), sensor(), QRect(0, 0, 10, 4), false},
+    {"a_height_between_the_steps", QRect(), sensor(), QRect(0, 0, 8, 6), false},
+    {"an_offset_to_the_right_between_the_steps", QRect(), sensor(), QRect(1, 0, 8, 4), false},
+    {"an_offset_down_between_the_steps", QRect(), sensor(), QRect(0, 1, 8, 4), false},
+    {"a_region_over_the_right_edge", QRect(), sensor(), QRect(96, 0, 8, 4), false},
+    {"a_region_over_the_lower_edge", QRect(), sensor(), QRect(0, 78, 8, 4), false},
+    {"a_region_before_the_left_edge", QRect(), sensor(), QRect(-2, 0, 8, 4), false},
+    {"a_region_turned_inside_out", QRect(), sensor(), QRect(20, 20, -8, -4), false},
+    {"a_region_as_large_as_can_be", QRect(), sensor(),
+     QRect(QPoint(least, least), QPoint(most, most)), false},
+    {"a_region_of_an_unknown_sensor", QRect(), sensor(QRect()), QRect(0, 0, 8, 4), false},
+    {"no_region_of_an_unknown_sensor", QRect(), sensor(QRect()), QRect(), false},
+    {"a_composite_of_its_type", QSize(1, 2), {}, QSize(3, 4), true},
+    {"a_composite_of_another_type", QSize(1, 2), {}, QPoint(3, 4), false},
+};
+
+INSTANTIATE_TEST_SUITE_P(PPropertyCheck, CheckedValue, testing::ValuesIn(checkRows), RowName());
+
+TEST(PPropertyCheck, refuses_any_value_for_an_action) {
+    const CheckedProperty checked(5);
+    checked.property->setType(PCD::DevicePropertyType::Action);
+    EXPECT_EQ(PPropertyCheck::check(*checked.property, 5).reason(),
+              QStringLiteral("\"gain\" is an action and takes no value"));
+}
+
+TEST(PPropertyCheck, says_property_value_and_what_was_expected) {
+    const CheckedProperty checked(5, rangeOf(0, 10, 5));
+    EXPECT_EQ(PPropertyCheck::check(*checked.property, 7).reason(),
+              QStringLiteral("\"gain\" cannot be 7: expected a whole number from 0 to 10 in steps "
+                             "of 5"));
+}
+
+TEST(PPropertyCheck, goes_by_a_range_that_is_given) {
+    const CheckedProperty checked(5, rangeOf(0, 10));
+    EXPECT_TRUE(PPropertyCheck::check(*checked.property, 20, rangeOf(0, 20)).isOk());
+    EXPECT_EQ(PPropertyCheck::check(*checked.property, 9, rangeOf(0, 3)).reason(),
+              QStringLiteral("\"gain\" cannot be 9: expected a whole number from 0 to 3"));
+}
+
+struct ExpectationRow {
+    const char* name;
+    QVariant current;
+    QVariant range;
+    const char* words;
+};
+
+class Expectation : public testing::TestWithParam<ExpectationRow> {};
+
+TEST_P(Expectation, is_told_in_words) {
+    const CheckedProperty checked(GetParam().current, GetParam().range);
+    EXPECT_EQ(PPropertyCheck::expectation(*checked.property), QString::fromUtf8(GetParam().words));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    PPropertyCheck, Expectation,
+    testing::Values(
+        ExpectationRow{"of_a_number", 5, rangeOf(-2, 7), "a whole number from -2 to 7"},
+        ExpectationRow{"of_a_number_without_a_range", 5, rangeOf(0, 0, 0), "a whole number"},
+        ExpectationRow{"of_a_switch", true, {}, "on or off"},
+        ExpectationRow{"of_a_choice", idOf(0), turns(), "one of \"0°\", \"90°\""},
+        ExpectationRow{"of_a_region", QRect(), sensor(),
+                       "a region x,y,width,height inside 0,0,101,80, of 8 x 4 pixels at least, in "
+                       "steps of 4 x 4, or the whole"},
+        ExpectationRow{"of_a_composite",
+                       QVariant::fromValue(Shutter()),
+                       {},
+                       "one field at a time, gain.FIELD=VALUE with one of the fields speed, open"},
+        ExpectationRow{"of_another_type", QSize(), {}, "a value of the type QSize"}),
+    RowName());
+
+TEST(PPropertyCheck, believes_a_device_that_has_the_value_whatever_it_answered) {
+    class Reversed : public FakeProperty {
+    public:
+        using FakeProperty::FakeProperty;
+        bool trySetValue(QVariant value) override { return !FakeProperty::trySetValue(value); }
+    };
+    Reversed property("roi", 5);
+    EXPECT_TRUE(PPropertyCheck::setAndAsk(property, 7));
+    EXPECT_EQ(property.valueInner(), QVariant(7));
+}
+
+TEST(PPropertyCheck, does_not_believe_a_device_that_says_yes_and_has_another_value) {
+    const CheckedProperty checked(5);
+    checked.property->becomes = 6;
+    EXPECT_FALSE(PPropertyCheck::setAndAsk(*checked.property, 7));
+    EXPECT_EQ(checked.property->valueInner(), QVariant(6));
+}
+
+} // namespace
+
+#include "PPropertyCheckTest.moc"

@@ -1,0 +1,142 @@
+// SPDX-License-Identifier: MIT
+#include <PCd/property/PQuietReading.h>
+
+#include <PCd/FakeDevice.h>
+#include <PCd/FakeProperty.h>
+
+#include <support/QtPrinters.h>
+
+#include <QSignalSpy>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+/// A composite of a camera that keeps what it reads while it reads, as plugins have them, and that
+/// has no exposure of its own while it is triggered.
+struct CameraShot {
+    Q_GADGET
+    Q_PROPERTY(double exposure MEMBER exposure)
+    Q_PROPERTY(int gain MEMBER gain)
+    Q_PROPERTY(int mode MEMBER mode)
+    Q_CLASSINFO("HostFields", "exposure")
+    Q_CLASSINFO("HostFieldsWhile", "mode=1")
+
+public:
+    double exposure = 20;
+    int gain = 100;
+    int mode = 0;
+
+    friend bool operator==(const CameraShot& a, const CameraShot& b) {
+        return a.exposure == b.exposure && a.gain == b.gain && a.mode == b.mode;
+    }
+};
+
+class KeepingProperty : public FakeProperty {
+public:
+    KeepingProperty()
+        : FakeProperty("shot", QVariant::fromValue(CameraShot())) {}
+    QVariant tryGetValue() override {
+        setValueInner(FakeProperty::tryGetValue());
+        return valueInner();
+    }
+    CameraShot known() const { return valueInner().value<CameraShot>(); }
+};
+
+class QuietReadingTest : public testing::Test {
+protected:
+    QuietReadingTest() {
+        device.makeProperties = [this] { return QList<PDeviceProperty*>{gain, shot}; };
+        gain->rangeInDevice = 10;
+        device.supportProperties();
+    }
+    void changeAll() const {
+        gain->inDevice = 7;
+        gain->rangeInDevice = 20;
+        shot->inDevice = QVariant::fromValue(CameraShot{5000, 120, 0});
+    }
+
+    FakeDevice device; // owns the properties
+    FakeProperty* gain = new FakeProperty("gain", 5);
+    KeepingProperty* shot = new KeepingProperty;
+};
+
+TEST_F(QuietReadingTest, shows_what_the_device_has_while_it_lives) {
+    changeAll();
+    const PQuietReading reading(device.supportProperties());
+    EXPECT_EQ(gain->valueInner(), QVariant(7));
+    EXPECT_EQ(gain->rangeInner(), QVariant(20));
+    EXPECT_EQ(shot->known(), (CameraShot{5000, 120, 0}));
+}
+
+TEST_F(QuietReadingTest, emits_and_sends_nothing) {
+    changeAll();
+    QSignalSpy values(gain, &PDeviceProperty::valueChanged);
+    QSignalSpy ranges(gain, &PDeviceProperty::rangeChanged);
+    QSignalSpy shots(shot, &PDeviceProperty::valueChanged);
+    { const PQuietReading reading(device.supportProperties()); }
+    EXPECT_EQ(values.size() + ranges.size() + shots.size(), 0);
+    EXPECT_FALSE(gain->calls.contains(QStringLiteral("set")));
+    EXPECT_FALSE(shot->calls.contains(QStringLiteral("set")));
+}
+
+TEST_F(QuietReadingTest, leaves_each_property_with_the_copy_it_had) {
+    changeAll();
+    {
+        const PQuietReading reading({gain, shot, gain}); // one of them named twice
+    }
+    EXPECT_EQ(gain->valueInner(), QVariant(5));
+    EXPECT_EQ(gain->rangeInner(), QVariant(10));
+    EXPECT_EQ(shot->known(), CameraShot());
+}
+
+TEST_F(QuietReadingTest, leaves_the_change_to_be_emitted_by_the_next_update) {
+    changeAll();
+    { const PQuietReading reading(device.supportProperties()); }
+    QSignalSpy shots(shot, &PDeviceProperty::valueChanged);
+    shot->updateValueFromDevice();
+    EXPECT_EQ(shots.size(), 1);
+    EXPECT_EQ(shot->known(), (CameraShot{5000, 120, 0}));
+}
+
+TEST_F(QuietReadingTest, keeps_the_fields_that_the_device_does_not_hold) {
+    shot->setValue(QVariant::fromValue(CameraShot{20, 100, 1}));
+    shot->inDevice = QVariant::fromValue(CameraShot{5000, 120, 1});
+    const PQuietReading reading(device.supportProperties());
+    EXPECT_EQ(shot->known(), (CameraShot{20, 120, 1}));
+}
+
+TEST_F(QuietReadingTest, is_no_different_from_an_update_in_what_it_keeps) {
+    shot->setValue(QVariant::fromValue(CameraShot{20, 100, 1}));
+    shot->inDevice = QVariant::fromValue(CameraShot{5000, 120, 1});
+    shot->updateValueFromDevice();
+    EXPECT_EQ(shot->known(), (CameraShot{20, 120, 1}));
+}
+
+TEST_F(QuietReadingTest, a_value_that_was_stored_as_read_has_its_host_fields_restored_and_emitted) {
+    shot->setValue(QVariant::fromValue(CameraShot{20, 100, 1}));
+    shot->inDevice = QVariant::fromValue(CameraShot{5000, 120, 1});
+    const QVariant before = shot->valueInner();
+    shot->tryGetValue();
+    shot->calls.clear();
+    QSignalSpy shots(shot, &PDeviceProperty::valueChanged);
+    shot->restoreHostFields(before);
+    EXPECT_EQ(shot->known(), (CameraShot{20, 120, 1}));
+    ASSERT_EQ(shots.size(), 1);
+    EXPECT_EQ(shots[0].value(0).value<QVariant>().value<CameraShot>(), (CameraShot{20, 120, 1}));
+    EXPECT_TRUE(shot->calls.isEmpty());
+}
+
+TEST_F(QuietReadingTest, a_value_that_the_device_holds_whole_is_not_restored) {
+    const QVariant before = shot->valueInner();
+    shot->inDevice = QVariant::fromValue(CameraShot{5000, 120, 0});
+    shot->tryGetValue();
+    QSignalSpy shots(shot, &PDeviceProperty::valueChanged);
+    shot->restoreHostFields(before);
+    EXPECT_EQ(shot->known(), (CameraShot{5000, 120, 0}));
+    EXPECT_EQ(shots.size(), 0);
+}
+
+} // namespace
+
+#include "PQuietReadingTest.moc"

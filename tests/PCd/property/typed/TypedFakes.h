@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCd/property/typed/PDevicePropertyAction.h>
+#include <PCd/property/typed/PDevicePropertyBool.h>
+#include <PCd/property/typed/PDevicePropertyEnum.h>
+#include <PCd/property/typed/PDevicePropertyInt.h>
+#include <PCd/property/typed/PDevicePropertyScanArea.h>
+
+#include <QStringList>
+
+/// A typed property whose device is a variable. It writes down what its device slots are asked for.
+template <typename Base, typename T>
+class TypedFake : public Base {
+public:
+    explicit TypedFake(PCD::DevicePropertyType type, T value = {})
+        : Base(QByteArray("fake"), QStringLiteral("Fake"), type)
+        , inDevice(value) {}
+
+    bool trySetValueToDevice(T value) override {
+        calls.append(QStringLiteral("set"));
+        sent.append(value);
+        if (answer)
+            inDevice = value;
+        return answer;
+    }
+    T tryGetValueFromDevice() override {
+        calls.append(QStringLiteral("get"));
+        return inDevice;
+    }
+
+    T inDevice;
+    QList<T> sent;
+    QStringList calls;
+    bool answer = true;
+};
+
+template <typename Base, typename T, typename R>
+class RangedFake : public TypedFake<Base, T> {
+public:
+    RangedFake(PCD::DevicePropertyType type, T value, R range)
+        : TypedFake<Base, T>(type, value)
+        , rangeInDevice(range) {}
+
+    R tryGetRangeFromDevice() override {
+        this->calls.append(QStringLiteral("range"));
+        return rangeInDevice;
+    }
+
+    R rangeInDevice;
+};
+
+class FakeSwitch : public TypedFake<PDevicePropertyBool, bool> {
+public:
+    explicit FakeSwitch(bool value = false)
+        : TypedFake(PCD::DevicePropertyType::Switch, value) {}
+};
+
+class FakeNumber : public RangedFake<PDevicePropertyInt, int, PMinMaxRange<int>> {
+public:
+    explicit FakeNumber(int value = 5, PMinMaxRange<int> range = {0, 10, 1})
+        : RangedFake(PCD::DevicePropertyType::Integer, value, range) {}
+};
+
+/// Items "Off" (0) and "On" (7), whose ids end in 0 and 1.
+PEnumeration offAndOn();
+
+class FakeChoice : public RangedFake<PDevicePropertyEnum, QUuid, PEnumeration> {
+public:
+    explicit FakeChoice(QUuid value = {}, const PEnumeration& range = offAndOn())
+        : RangedFake(PCD::DevicePropertyType::Choice, value, range) {}
+};
+
+class FakeRegion : public RangedFake<PDevicePropertyScanArea, QRect, PScanAreaRange> {
+public:
+    explicit FakeRegion(QRect value = QRect(0, 0, 640, 480))
+        : RangedFake(PCD::DevicePropertyType::ScanArea, value,
+                     PScanAreaRange{QRect(0, 0, 640, 480), 4, 4, 4, 4, 0}) {}
+};
+
+class FakeAction : public PDevicePropertyAction {
+public:
+    FakeAction()
+        : PDevicePropertyAction("fake", QStringLiteral("Fake"), PCD::DevicePropertyType::Action) {}
+
+    bool trySetValueToDevice() override {
+        ++runs;
+        return answer;
+    }
+
+    int runs = 0;
+    bool answer = true;
+};
+
+inline PEnumeration offAndOn() {
+    PEnumeration items;
+    items.addItem(QUuid(), QStringLiteral("Off"), QStringLiteral("Aus"), "0");
+    items.addItem(QUuid(0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1), QStringLiteral("On"),
+                  QStringLiteral("Ein"), "7");
+    return items;
+}

@@ -1,0 +1,190 @@
+// SPDX-License-Identifier: MIT
+#include <PCd/property/value/PGadgetFields.h>
+
+#include <support/QtPrinters.h>
+#include <support/RowName.h>
+
+#include <gtest/gtest.h>
+
+/// A composite value as a plugin may have it.
+struct Lamp {
+    Q_GADGET
+    Q_PROPERTY(quint16 power MEMBER power)
+    Q_PROPERTY(qint32 colour MEMBER colour)
+    Q_PROPERTY(double hours MEMBER hours)
+    Q_PROPERTY(bool on MEMBER on)
+    Q_CLASSINFO("HostFields", "power hours")
+    Q_CLASSINFO("HostFieldsWhile", "on=off")
+
+public:
+    quint16 power = 7;
+    qint32 colour = -3;
+    double hours = 1.5;
+    bool on = true;
+};
+
+namespace {
+
+QVariant lamp() {
+    return QVariant::fromValue(Lamp());
+}
+
+struct FieldRow {
+    const char* name;
+    const char* field;
+    const char* text;
+    QVariant expected; ///< invalid: refused
+    const char* reason = "";
+};
+
+void PrintTo(const FieldRow& row, std::ostream* out) {
+    *out << row.field << "=" << row.text;
+}
+
+class GadgetField : public testing::TestWithParam<FieldRow> {};
+
+TEST_P(GadgetField, takes_what_it_can_hold_and_refuses_the_rest) {
+    QVariant value = lamp();
+    const FieldRow& row = GetParam();
+    const QString field = QString::fromLatin1(row.field);
+    const QVariant before = PGadgetFields::read(value, field);
+    const PStatus status = PGadgetFields::write(value, field, QString::fromLatin1(row.text));
+    EXPECT_EQ(status.isOk(), row.expected.isValid()) << status.reason().toStdString();
+    EXPECT_EQ(PGadgetFields::read(value, field), row.expected.isValid() ? row.expected : before);
+    EXPECT_EQ(status.reason(), QString::fromLatin1(row.reason));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    PCd, GadgetField,
+    testing::Values(
+        FieldRow{"a_small_number", "power", "65535", QVariant::fromValue<quint16>(65535)},
+        FieldRow{
+            "a_number_too_large",
+            "power",
+            "65536",
+            {},
+            "\"power\" cannot be \"65536\": expected a whole number of 16 bits, without a sign"},
+        FieldRow{"a_number_below_zero",
+                 "power",
+                 "-1",
+                 {},
+                 "\"power\" cannot be \"-1\": expected a whole number of 16 bits, without a sign"},
+        FieldRow{"a_negative_number", "colour", "-2147483648", -2147483647 - 1},
+        FieldRow{"a_number_of_33_bits",
+                 "colour",
+                 "4294967296",
+                 {},
+                 "\"colour\" cannot be \"4294967296\": expected a whole number of 32 bits"},
+        FieldRow{"a_fraction_in_a_whole_number",
+                 "colour",
+                 "1.5",
+                 {},
+                 "\"colour\" cannot be \"1.5\": expected a whole number of 32 bits"},
+        FieldRow{"a_fraction", "hours", "12.25", 12.25},
+        FieldRow{"no_number", "hours", "nan", {}, "\"hours\" cannot be \"nan\": expected a number"},
+        FieldRow{
+            "an_infinity", "hours", "inf", {}, "\"hours\" cannot be \"inf\": expected a number"},
+        FieldRow{"a_switch", "on", "off", false},
+        FieldRow{"no_switch", "on", "maybe", {}, "\"on\" cannot be \"maybe\": expected on or off"},
+        FieldRow{"an_unknown_field",
+                 "weight",
+                 "1",
+                 {},
+                 "there is no field \"weight\": expected one of power, colour, hours, on"},
+        FieldRow{"nothing",
+                 "power",
+                 "",
+                 {},
+                 "\"power\" cannot be \"\": expected a whole number of 16 bits, without a sign"}),
+    RowName());
+
+} // namespace
+
+TEST(GadgetFields, are_named_in_the_order_of_their_declaration) {
+    EXPECT_TRUE(PGadgetFields::isComposite(lamp()));
+    EXPECT_EQ(PGadgetFields::names(lamp()).join(QLatin1Char(' ')),
+              QStringLiteral("power colour hours on"));
+    EXPECT_EQ(PGadgetFields::toText(lamp()), QStringLiteral("power=7 colour=-3 hours=1.5 on=on"));
+}
+
+TEST(GadgetFields, of_the_host_are_taken_from_what_it_has_known_while_their_condition_holds) {
+    const auto lampOf = [](quint16 power, qint32 colour, double hours, bool on) {
+        Lamp lamp;
+        lamp.power = power;
+        lamp.colour = colour;
+        lamp.hours = hours;
+        lamp.on = on;
+        return QVariant::fromValue(lamp);
+    };
+    const QVariant known = lampOf(1, 2, 3, false);
+    EXPECT_EQ(PGadgetFields::toText(PGadgetFields::withHostFields(lampOf(7, 8, 9, false), known)),
+              QStringLiteral("power=1 colour=8 hours=3 on=off"));
+    EXPECT_EQ(PGadgetFields::toText(PGadgetFields::withHostFields(lampOf(7, 8, 9, true), known)),
+              QStringLiteral("power=7 colour=8 hours=9 on=on"));
+    EXPECT_EQ(PGadgetFields::withHostFields(5, known), QVariant(5));
+    EXPECT_EQ(PGadgetFields::withHostFields(5, 6), QVariant(5));
+    EXPECT_FALSE(PGadgetFields::withHostFields(QVariant(), QVariant()).isValid());
+}
+
+namespace {
+
+struct GivenRow {
+    const char* name;
+    const char* field;
+    QVariant given;
+    QVariant expected; ///< invalid: refused
+};
+
+void PrintTo(const GivenRow& row, std::ostream* out) {
+    *out << row.field << " of " << row.name;
+}
+
+class GivenField : public testing::TestWithParam<GivenRow> {};
+
+TEST_P(GivenField, is_taken_in_a_type_of_files_that_fits_it_and_refused_otherwise) {
+    QVariant value = lamp();
+    const GivenRow& row = GetParam();
+    const QString field = QString::fromLatin1(row.field);
+    const QVariant before = PGadgetFields::read(value, field);
+    EXPECT_EQ(PGadgetFields::assign(value, field, row.given), row.expected.isValid());
+    EXPECT_EQ(PGadgetFields::read(value, field), row.expected.isValid() ? row.expected : before);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    PCd, GivenField,
+    testing::Values(
+        GivenRow{"a_number", "power", 65535, QVariant::fromValue<quint16>(65535)},
+        GivenRow{"a_number_too_large", "power", 65536, {}},
+        GivenRow{"a_number_below_zero", "power", -1, {}},
+        GivenRow{"a_number_of_64_bits", "colour", qlonglong(5), 5},
+        GivenRow{"a_number_of_64_bits_too_large", "colour", qlonglong(1) << 32, {}},
+        GivenRow{"a_fraction_in_a_whole_number", "colour", 2.0, {}},
+        GivenRow{"a_fraction", "hours", 2.5, 2.5}, GivenRow{"a_whole_number", "hours", 2, 2.0},
+        GivenRow{"a_switch", "on", false, false}, GivenRow{"a_number_for_a_switch", "on", 0, {}},
+        GivenRow{"a_switch_for_a_number", "power", true, {}},
+        GivenRow{"a_text_for_a_number", "power", QStringLiteral("7"), {}},
+        GivenRow{"nothing", "power", {}, {}}, GivenRow{"an_unknown_field", "weight", 1, {}}),
+    RowName());
+
+} // namespace
+
+TEST(GadgetFields, say_what_they_can_be) {
+    const auto expectation = [](const char* field) {
+        return PGadgetFields::expectation(lamp(), QString::fromLatin1(field));
+    };
+    EXPECT_EQ(expectation("power"), QStringLiteral("a whole number of 16 bits, without a sign"));
+    EXPECT_EQ(expectation("colour"), QStringLiteral("a whole number of 32 bits"));
+    EXPECT_EQ(expectation("hours"), QStringLiteral("a number"));
+    EXPECT_EQ(expectation("on"), QStringLiteral("on or off"));
+    EXPECT_EQ(expectation("weight"), QString());
+}
+
+TEST(GadgetFields, plain_values_have_none) {
+    QVariant plain = 5;
+    EXPECT_FALSE(PGadgetFields::isComposite(plain));
+    EXPECT_TRUE(PGadgetFields::names(QVariant()).isEmpty());
+    EXPECT_FALSE(PGadgetFields::read(plain, QStringLiteral("power")).isValid());
+    EXPECT_FALSE(PGadgetFields::write(plain, QStringLiteral("power"), QStringLiteral("1")).isOk());
+}
+
+#include "PGadgetFieldsTest.moc"

@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: MIT
+#include <PCd/property/value/PPropertyText.h>
+
+#include <PCd/FakeDevice.h>
+#include <PCd/FakeProperty.h>
+#include <PCd/PropertyValues.h>
+
+#include <PCd/PEnumeration.h>
+
+#include <support/QtPrinters.h>
+#include <support/RowName.h>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+/// Turned so that no title, name or number of one item is another's.
+QVariant numberedTurns() {
+    PEnumeration choices;
+    choices.addItem(idOf(0), QStringLiteral("none"), QStringLiteral("0°"), "1");
+    choices.addItem(idOf(1), QStringLiteral("quarter"), QStringLiteral("90°"), "130");
+    return QVariant::fromValue(choices);
+}
+
+/// A property as a device has it.
+class TextProperty {
+public:
+    explicit TextProperty(const QVariant& value, const QVariant& range = {})
+        : property(new FakeProperty("any", value)) {
+        property->rangeInDevice = range;
+        device.makeProperties = [this] { return QList<PDeviceProperty*>{property}; };
+        device.supportProperties();
+    }
+
+    QVariant valueOf(const QString& text) const {
+        return PPropertyText::toValue(text, property->valueInner(), property->rangeInner());
+    }
+
+    FakeDevice device;
+    FakeProperty* property; // owned by the device
+};
+
+struct TextRow {
+    const char* name;
+    QVariant current;
+    const char* text;
+    QVariant value; ///< invalid: the text means none
+};
+
+class TextOfPerson : public testing::TestWithParam<TextRow> {};
+
+TEST_P(TextOfPerson, means_this_value) {
+    const TextProperty property(GetParam().current);
+    EXPECT_EQ(property.valueOf(QString::fromUtf8(GetParam().text)), GetParam().value);
+}
+
+const TextRow textRows[] = {
+    {"a_number", 5, "12", 12},
+    {"a_negative_number", 5, "-12", -12},
+    {"a_number_among_blanks", 5, " 12 ", 12},
+    {"no_number_that_is_a_word", 5, "many", {}},
+    {"no_number_with_a_point", 5, "1.5", {}},
+    {"no_number_beyond_32_bits", 5, "2147483648", {}},
+    {"no_number_without_text", 5, "", {}},
+    {"on", false, "on", true},
+    {"on_in_capitals", false, "ON", true},
+    {"true_for_on", false, "true", true},
+    {"yes_for_on", false, "yes", true},
+    {"1_for_on", false, "1", true},
+    {"off", true, "off", false},
+    {"false_for_off", true, "false", false},
+    {"0_for_off", true, "0", false},
+    {"no_switch_that_is_2", true, "2", {}},
+    {"a_region", QRect(0, 0, 1, 1), "10,20,30,40", QRect(10, 20, 30, 40)},
+    {"a_region_with_blanks", QRect(0, 0, 1, 1), "10, 20, 30, 40", QRect(10, 20, 30, 40)},
+    {"no_region_of_three_numbers", QRect(0, 0, 1, 1), "10,20,30", {}},
+    {"no_region_of_five_numbers", QRect(0, 0, 1, 1), "1,2,3,4,5", {}},
+    {"no_region_with_a_word", QRect(0, 0, 1, 1), "1,2,3,all", {}},
+    {"no_region_that_ends_beyond_32_bits", QRect(0, 0, 1, 1), "2147483647,0,4,4", {}},
+    {"no_region_that_begins_and_ends_before", QRect(0, 0, 1, 1), "0,-2147483648,4,-4", {}},
+    {"nothing_for_a_type_without_text", QSize(1, 1), "1", {}},
+};
+
+INSTANTIATE_TEST_SUITE_P(PPropertyText, TextOfPerson, testing::ValuesIn(textRows), RowName());
+
+struct ChoiceRow {
+    const char* name;
+    const char* text;
+    int item; ///< -1: none
+};
+
+class ChoiceOfPerson : public testing::TestWithParam<ChoiceRow> {};
+
+TEST_P(ChoiceOfPerson, means_this_item) {
+    const TextProperty property(idOf(0), numberedTurns());
+    const QVariant expected =
+        GetParam().item < 0 ? QVariant() : QVariant(idOf(ushort(GetParam().item)));
+    EXPECT_EQ(property.valueOf(QString::fromUtf8(GetParam().text)), expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    PPropertyText, ChoiceOfPerson,
+    testing::Values(ChoiceRow{"a_title", "90°", 1}, ChoiceRow{"a_name", "quarter", 1},
+                    ChoiceRow{"a_name_in_capitals", "QUARTER", 1},
+                    ChoiceRow{"a_number_of_the_device", "130", 1},
+                    ChoiceRow{"the_first_item", "0°", 0}, ChoiceRow{"no_unknown_word", "half", -1},
+                    ChoiceRow{"no_position", "0", -1}, ChoiceRow{"no_empty_text", "", -1}),
+    RowName());
+
+TEST(PPropertyText, takes_a_title_before_a_name_and_a_name_before_a_number) {
+    PEnumeration choices;
+    choices.addItem(idOf(0), QStringLiteral("b"), QStringLiteral("c"), "a");
+    choices.addItem(idOf(1), QStringLiteral("a"), QStringLiteral("b"), "c");
+    const TextProperty property(idOf(0), QVariant::fromValue(choices));
+    EXPECT_EQ(property.valueOf(QStringLiteral("b")), QVariant(idOf(1)));
+    EXPECT_EQ(property.valueOf(QStringLiteral("a")), QVariant(idOf(1)));
+}
+
+TEST(PPropertyText, shows_values_as_people_write_them) {
+    EXPECT_EQ(PPropertyText::ofValue(12, {}), QStringLiteral("12"));
+    EXPECT_EQ(PPropertyText::ofValue(true, {}), QStringLiteral("on"));
+    EXPECT_EQ(PPropertyText::ofValue(false, {}), QStringLiteral("off"));
+    EXPECT_EQ(PPropertyText::ofValue(QRect(1, 2, 3, 4), {}), QStringLiteral("1,2,3,4"));
+    EXPECT_EQ(PPropertyText::ofValue(idOf(1), numberedTurns()), QStringLiteral("90°"));
+    EXPECT_EQ(PPropertyText::ofValue(QByteArray("\x1b[2J"), {}), QStringLiteral("G1sySg=="));
+    EXPECT_EQ(PPropertyText::ofValue(QVariant(), {}), QString());
+    EXPECT_EQ(PPropertyText::ofValue(QSize(1, 2), {}), QStringLiteral("<QSize>"));
+}
+
+TEST(PPropertyText, shows_a_choice_that_is_no_item_by_its_id) {
+    EXPECT_EQ(PPropertyText::ofValue(idOf(7), numberedTurns()), idOf(7).toString());
+}
+
+TEST(PPropertyText, shows_a_region_whose_corners_are_as_far_apart_as_can_be) {
+    EXPECT_EQ(PPropertyText::ofRegion(QRect(QPoint(least, least), QPoint(most, most))),
+              QStringLiteral("-2147483648,-2147483648,4294967296,4294967296"));
+}
+
+TEST(PPropertyText, shortens_what_would_flood_or_steer_a_terminal) {
+    EXPECT_EQ(PPropertyText::shortened(QStringLiteral("plain")), QStringLiteral("plain"));
+    EXPECT_EQ(PPropertyText::shortened(QStringLiteral("a\x1b[2Jb\nc")), QStringLiteral("a?[2Jb?c"));
+    EXPECT_EQ(PPropertyText::shortened(QString(1000, u'x')),
+              QString(60, u'x') + QStringLiteral("…"));
+}
+
+} // namespace
