@@ -2,7 +2,7 @@
 // The built libPTDevice.so as a host meets it: its metadata, its root object, its resource.
 #include <PCd/device/PDeviceRegister.h>
 
-#include <toupcam/sim/toupcamsim.h>
+#include <toupcam/sim/api/toupcamsim.h>
 
 #include <QFile>
 #include <QJsonObject>

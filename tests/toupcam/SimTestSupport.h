@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <toupcam/sim/toupcamsim.h>
+#include <toupcam/sim/api/toupcamsim.h>
 
 #include <gtest/gtest.h>
 

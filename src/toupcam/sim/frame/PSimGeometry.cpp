@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+#include <toupcam/sim/frame/PSimGeometry.h>
+
+#include <algorithm>
+#include <cstdint>
+
+namespace {
+
+constexpr unsigned kSizeStep = 4;
+constexpr unsigned kOffsetStep = 2;
+
+bool fitsAlong(unsigned offset, unsigned length, unsigned limit) {
+    // 64 bits: a client may ask for anything.
+    return length >= kSizeStep && length % kSizeStep == 0 && offset % kOffsetStep == 0 &&
+           std::uint64_t{offset} + length <= limit;
+}
+
+unsigned scaledBy(unsigned length, unsigned from, unsigned to) {
+    return static_cast<unsigned>(std::uint64_t{length} * to / from);
+}
+
+struct Span {
+    unsigned offset;
+    unsigned length;
+};
+
+Span scaledSpan(Span span, unsigned from, unsigned to) {
+    const unsigned length =
+        std::max(kSizeStep, scaledBy(span.length, from, to) / kSizeStep * kSizeStep);
+    const unsigned offset = std::min(scaledBy(span.offset, from, to), to - length);
+    return {offset / kOffsetStep * kOffsetStep, length};
+}
+
+} // namespace
+
+bool PSimRegion::fits(const PSimSize& size) const {
+    return *this == whole(size) ||
+           (fitsAlong(x, width, size.width) && fitsAlong(y, height, size.height));
+}
+
+PSimRegion PSimRegion::scaled(const PSimSize& from, const PSimSize& to) const {
+    if (from == to)
+        return *this;
+    if (*this == whole(from))
+        return whole(to);
+    const Span across = scaledSpan({x, width}, from.width, to.width);
+    const Span down = scaledSpan({y, height}, from.height, to.height);
+    return {across.offset, down.offset, across.length, down.length};
+}
+
+PSimOrientation PSimGeometry::orientation() const {
+    const bool turnedOver = rotation == 180 || rotation == 270;
+    const bool exchanged = rotation == 90 || rotation == 270;
+    // A quarter turn clockwise exchanges columns and rows and then mirrors from left to right, so
+    // that a flip across the sensor's rows becomes one across the picture's columns.
+    if (exchanged)
+        return {true, vFlip == turnedOver, hFlip != turnedOver};
+    return {false, hFlip != turnedOver, vFlip != turnedOver};
+}
+
+PSimSize PSimGeometry::finalSize() const {
+    const PSimSize size = binnedSize();
+    return orientation().exchanged ? PSimSize{size.height, size.width} : size;
+}
+
+bool PSimGeometry::isPlain(const PSimSize& sensor) const {
+    const PSimOrientation turned = orientation();
+    return region == PSimRegion::whole(sensor) && binning == 1 && !turned.exchanged &&
+           !turned.mirroredX && !turned.mirroredY;
+}

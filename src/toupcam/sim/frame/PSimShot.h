@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <toupcam/sim/frame/PSimGeometry.h>
+#include <toupcam/sim/frame/PSimLook.h>
+
+/// What one frame is taken with. Plain values.
+struct PSimShot {
+    unsigned resolution = 0;
+    bool blueFirst = false;
+    double exposureMs = 0.0;
+    double gain = 1.0;
+    double sensorCelsius = 25.0;
+    PSimGeometry geometry;
+    PSimLook look;
+};

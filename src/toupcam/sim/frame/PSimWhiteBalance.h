@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <toupcam/sim/frame/PSimMeter.h>
+
+#include <array>
+
+/// White balance: which light counts as white. Light of a colour temperature is that of a black
+/// body by Planck's law, taken at the middle wavelength of each colour channel and compared with
+/// light of 6503 K. All callable from any thread.
+namespace PSimWhiteBalance {
+
+constexpr int kNeutralTemperature = 6503; ///< kelvin
+constexpr int kNeutralTint = 1000;
+
+/// Red, green and blue.
+using Channels = std::array<double, 3>;
+
+struct Setting {
+    int temperature = kNeutralTemperature; ///< kelvin, 2000 … 15000
+    int tint = kNeutralTint;               ///< 200 … 2500
+};
+
+/// What light of this temperature has in each channel, the strongest being 1; neutral light has 1
+/// in all.
+Channels lamp(double kelvin);
+
+/// The factors that make light of the setting's temperature white, with green as it is; then a tint
+/// above 1000 makes green stronger in proportion, one below it weaker.
+Channels gains(const Setting& setting);
+
+/// The setting, within its ranges, that makes these means of an unbalanced picture grey.
+Setting balancing(const PSimMeans& means);
+
+} // namespace PSimWhiteBalance

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#include <toupcam/sim/processing/PSimColour.h>
+
+#include <toupcam/sim/frame/PSimWhiteBalance.h>
+
+#include <cmath>
+
+namespace {
+
+using Matrix = PSimColourMatrix;
+
+constexpr Matrix kIdentity = {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
+
+// What the colour filters let through of their neighbours' light: each row adds up to 1, so grey
+// stays grey and colours are paler.
+constexpr Matrix kCrosstalk = {{{0.64, 0.28, 0.08}, {0.17, 0.66, 0.17}, {0.06, 0.31, 0.63}}};
+
+// Brightness and two colour differences of ITU-R BT.601, and back.
+constexpr Matrix kToLuma = {
+    {{0.299, 0.587, 0.114}, {-0.168736, -0.331264, 0.5}, {0.5, -0.418688, -0.081312}}};
+constexpr Matrix kFromLuma = {{{1, 0, 1.402}, {1, -0.344136, -0.714136}, {1, 1.772, 0}}};
+
+Matrix product(const Matrix& a, const Matrix& b) {
+    Matrix result{};
+    for (std::size_t row = 0; row < 3; ++row) {
+        for (std::size_t column = 0; column < 3; ++column) {
+            for (std::size_t i = 0; i < 3; ++i)
+                result[row][column] += a[row][i] * b[i][column];
+        }
+    }
+    return result;
+}
+
+Matrix balance(const PSimLook& look) {
+    if (!look.whiteBalanceGains)
+        return kIdentity;
+    const auto gains = PSimWhiteBalance::gains({look.temperature, look.tint});
+    return {{{gains[0], 0, 0}, {0, gains[1], 0}, {0, 0, gains[2]}}};
+}
+
+// Hue turns the plane of the two colour differences, so that red goes towards yellow and green;
+// saturation stretches it.
+Matrix hueAndSaturation(const PSimLook& look) {
+    if (look.hue == 0 && look.saturation == 128 && !look.chrome)
+        return kIdentity; // exactly: the constants above are rounded
+    const double angle = look.hue * 3.14159265358979323846 / 180.0;
+    const double strength = look.chrome ? 0.0 : look.saturation / 128.0;
+    const double c = strength * std::cos(angle);
+    const double s = strength * std::sin(angle);
+    const Matrix turned = {{{1, 0, 0}, {0, c, -s}, {0, s, c}}};
+    return product(kFromLuma, product(turned, kToLuma));
+}
+
+} // namespace
+
+PSimColourMatrix simColourMatrix(const PSimLook& look) {
+    const Matrix sensor = product(look.colourMatrix ? kIdentity : kCrosstalk, balance(look));
+    return product(hueAndSaturation(look), sensor);
+}

@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <toupcam/sim/frame/PSimLook.h>
+
+#include <array>
+
+/// The colour part of a look as one matrix from red, green, blue to red, green, blue: white-balance
+/// gains, then the sensor's crosstalk unless the colour matrix takes it out, then hue and
+/// saturation. Callable from any thread.
+using PSimColourMatrix = std::array<std::array<double, 3>, 3>;
+
+PSimColourMatrix simColourMatrix(const PSimLook& look);

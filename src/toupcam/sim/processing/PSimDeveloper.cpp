@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#include <toupcam/sim/processing/PSimDeveloper.h>
+
+#include <toupcam/sim/processing/PSimBinnedRows.h>
+#include <toupcam/sim/processing/PSimFinish.h>
+#include <toupcam/sim/processing/PSimPlacer.h>
+
+namespace {
+
+void developRows(PSimRows& rows, const PSimShot& shot, PSimPicture& picture) {
+    const unsigned channels = picture.bits / 8;
+    const PSimSize size = shot.geometry.binnedSize();
+    const PSimFinish finish(shot.look, channels, shot.blueFirst);
+    PSimMeter meter(size, channels);
+    PSimPlacer placer(shot.geometry.orientation(), size, picture);
+    for (unsigned y = 0; y < size.height; ++y) {
+        std::uint8_t* const line = placer.line(y);
+        rows.next(line);
+        // Before the look: what it does to the tones must not mislead auto-exposure.
+        meter.add(y, line);
+        finish.apply(line, size.width);
+        placer.written(y);
+    }
+    picture.means = meter.means(shot.blueFirst);
+}
+
+} // namespace
+
+void simDevelop(PSimRows& sensor, unsigned bits, const PSimShot& shot, PSimPicture& picture) {
+    const PSimSize size = shot.geometry.finalSize();
+    picture.width = size.width;
+    picture.height = size.height;
+    picture.bits = bits;
+    picture.blueFirst = shot.blueFirst;
+    if (shot.geometry.binning == 1) {
+        developRows(sensor, shot, picture);
+    } else {
+        PSimBinnedRows binned(sensor, shot.geometry, bits / 8);
+        developRows(binned, shot, picture);
+    }
+}

@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: MIT
+#include <toupcam/sim/processing/PSimPlacer.h>
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+// Rows turned into columns are placed together, so that each visit to a row of the picture writes a
+// whole cache line of it.
+constexpr unsigned kBand = 32;
+
+template <unsigned kBytes>
+void copyPixel(const std::uint8_t* from, std::uint8_t* to) {
+    std::memcpy(to, from, kBytes);
+}
+
+template <unsigned kBytes>
+void mirrorRow(const std::uint8_t* from, unsigned width, std::uint8_t* to) {
+    const std::uint8_t* last = from + std::size_t{width} * kBytes;
+    for (unsigned x = 0; x < width; ++x, to += kBytes)
+        copyPixel<kBytes>(last -= kBytes, to);
+}
+
+// One column of `count` rows that are `stride` bytes apart becomes a piece of a row.
+template <unsigned kBytes>
+void gatherColumn(const std::uint8_t* from, std::size_t stride, unsigned count, bool mirrored,
+                  std::uint8_t* to) {
+    for (unsigned i = 0; i < count; ++i)
+        copyPixel<kBytes>(from + i * stride,
+                          to + std::size_t{mirrored ? count - 1 - i : i} * kBytes);
+}
+
+} // namespace
+
+PSimPlacer::PSimPlacer(const PSimOrientation& orientation, const PSimSize& size,
+                       PSimPicture& picture)
+    : m_orientation(orientation)
+    , m_size(size)
+    , m_pixelBytes(picture.bits / 8)
+    , m_stride(picture.stride())
+    , m_out(picture.ownPixels()) {
+    const std::size_t rowBytes = std::size_t{picture.width} * m_pixelBytes;
+    for (unsigned y = 0; y < picture.height; ++y)
+        std::memset(m_out + y * m_stride + rowBytes, 0, m_stride - rowBytes);
+    if (!isDirect())
+        m_band.resize(std::size_t{size.width} * m_pixelBytes * (orientation.exchanged ? kBand : 1));
+}
+
+std::uint8_t* PSimPlacer::target(unsigned y) const {
+    return m_out + (m_orientation.mirroredY ? m_size.height - 1 - y : y) * m_stride;
+}
+
+std::uint8_t* PSimPlacer::line(unsigned y) {
+    if (isDirect())
+        return target(y);
+    const unsigned place = m_orientation.exchanged ? y % kBand : 0;
+    return m_band.data() + std::size_t{place} * m_size.width * m_pixelBytes;
+}
+
+void PSimPlacer::written(unsigned y) {
+    if (m_orientation.exchanged) {
+        if (y % kBand == kBand - 1 || y == m_size.height - 1)
+            placeExchanged(y / kBand * kBand, y % kBand + 1);
+    } else if (m_orientation.mirroredX) {
+        placeMirrored(y);
+    }
+}
+
+void PSimPlacer::placeMirrored(unsigned y) {
+    const auto mirror = m_pixelBytes == 3 ? mirrorRow<3> : mirrorRow<1>;
+    mirror(m_band.data(), m_size.width, target(y));
+}
+
+void PSimPlacer::placeExchanged(unsigned first, unsigned count) {
+    const auto gather = m_pixelBytes == 3 ? gatherColumn<3> : gatherColumn<1>;
+    const std::size_t bandStride = std::size_t{m_size.width} * m_pixelBytes;
+    const bool mirrored = m_orientation.mirroredX;
+    const unsigned left = mirrored ? m_size.height - first - count : first;
+    for (unsigned x = 0; x < m_size.width; ++x) {
+        const unsigned row = m_orientation.mirroredY ? m_size.width - 1 - x : x;
+        gather(m_band.data() + std::size_t{x} * m_pixelBytes, bandStride, count, mirrored,
+               m_out + row * m_stride + std::size_t{left} * m_pixelBytes);
+    }
+}

@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: MIT
+#include <toupcam/sim/scene/PSimFaultReader.h>
+
+#include <toupcam/sim/scene/PSimJsonObject.h>
+
+#include <algorithm>
+#include <limits>
+
+namespace {
+
+using Action = PSimFaultSpec::Action;
+
+constexpr double kMaxInt = std::numeric_limits<int>::max();
+constexpr double kMinInt = std::numeric_limits<int>::min();
+
+void readFail(PSimJsonObject& object, PSimFaultSpec& step) {
+    step.function = object.requiredText("function").toUtf8();
+    if (object.has("option"))
+        step.option = object.integer("option", 0U, 0, PSimJsonObject::kMaxUnsigned);
+    step.skip = object.integer("skip", step.skip, 0, PSimJsonObject::kMaxUnsigned);
+    step.count = object.integer("count", step.count, 0, PSimJsonObject::kMaxUnsigned);
+    if (!object.has("result"))
+        object.complain("result", QStringLiteral("the result the call shall have"));
+    step.result = object.integer("result", step.result, kMinInt, kMaxInt);
+}
+
+void readDelay(PSimJsonObject& object, PSimFaultSpec& step) {
+    step.function = object.requiredText("function").toUtf8();
+    step.ms = object.integer("ms", step.ms, 0, 3600000);
+}
+
+void readReportedSize(PSimJsonObject& object, PSimFaultSpec& step) {
+    step.function = object.requiredText("function").toUtf8();
+    step.width = object.integer("width", step.width, 0, kMaxInt);
+    step.height = object.integer("height", step.height, 0, kMaxInt);
+}
+
+void readAnswer(PSimJsonObject& object, PSimFaultSpec& step) {
+    step.option = object.integer("option", 0U, 0, PSimJsonObject::kMaxUnsigned);
+    if (!object.has("value"))
+        object.complain("value", QStringLiteral("what the option shall answer"));
+    step.value = object.integer("value", step.value, kMinInt, kMaxInt);
+}
+
+void readMalformed(PSimJsonObject& object, PSimFaultSpec& step) {
+    step.width = object.integer("width", step.width, kMinInt, kMaxInt);
+    step.height = object.integer("height", step.height, kMinInt, kMaxInt);
+    step.bits = object.integer("bits", step.bits, 0, 65535);
+    step.sizeImage = object.integer("sizeImage", step.sizeImage, 0, PSimJsonObject::kMaxUnsigned);
+}
+
+void readCameraId(PSimJsonObject& object, PSimFaultSpec& step, const PSimScene& scene) {
+    step.camera = object.requiredText("camera").toUtf8();
+    const bool known =
+        std::any_of(scene.cameras.cbegin(), scene.cameras.cend(),
+                    [&step](const PSimCameraSpec& camera) { return camera.id == step.camera; });
+    if (!known)
+        object.complain("camera", QStringLiteral("the id of a camera of this scene"));
+}
+
+void readTime(PSimJsonObject& object, PSimFaultSpec& step) {
+    if (object.has("afterFrames") == object.has("atMs"))
+        object.complain("do", QStringLiteral("\"afterFrames\" or \"atMs\" beside it, not both"));
+    if (object.has("afterFrames"))
+        step.afterFrames = object.integer("afterFrames", std::uint64_t{0}, 0, 1e15);
+    else
+        step.atMs = object.integer("atMs", 0U, 0, 1e9);
+}
+
+} // namespace
+
+PSimFaultSpec PSimFaultReader::read(const QJsonValue& value, const QString& place,
+                                    const PSimScene& scene) {
+    constexpr Action actions[] = {Action::Unplug,  Action::Plug,        Action::Hold,
+                                  Action::Release, Action::Event,       Action::PushMalformed,
+                                  Action::Lose,    Action::DropTrigger, Action::Fail,
+                                  Action::Delay,   Action::ReportSize,  Action::Answer};
+    PSimFaultSpec step;
+    PSimJsonObject object(value, place);
+    step.action = actions[object.choice("do", {"unplug", "plug", "hold", "release", "event",
+                                               "pushMalformed", "lose", "dropTrigger", "fail",
+                                               "delay", "reportSize", "answer"})];
+    if (step.action == Action::Fail) {
+        readFail(object, step);
+    } else if (step.action == Action::Delay) {
+        readDelay(object, step);
+    } else if (step.action == Action::ReportSize) {
+        readReportedSize(object, step);
+    } else if (step.action == Action::Answer) {
+        readAnswer(object, step);
+    } else {
+        readCameraId(object, step, scene);
+        if (step.action == Action::Lose)
+            step.probability = object.number("probability", step.probability, 0, 1);
+        else if (step.action == Action::DropTrigger)
+            step.nth = object.integer("nth", step.nth, 1, 1e15);
+        else
+            readTime(object, step);
+    }
+    if (step.action == Action::Event)
+        step.event = object.integer("event", step.event, 0, PSimJsonObject::kMaxUnsigned);
+    else if (step.action == Action::PushMalformed)
+        readMalformed(object, step);
+    object.finish();
+    return step;
+}

@@ -1,0 +1,256 @@
+// SPDX-License-Identifier: MIT
+#include <toupcam/sim/scene/PSimSceneReader.h>
+
+#include <toupcam/sim/scene/PSimFaultReader.h>
+#include <toupcam/sim/scene/PSimJsonObject.h>
+#include <toupcam/sim/scene/PSimSourceReader.h>
+#include <toupcam/toupcam.h>
+
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <utility>
+
+namespace {
+
+constexpr double kMaxExactInteger = 9007199254740992.0; // 2^53: JSON numbers are doubles
+
+struct FlagName {
+    const char* name;
+    std::uint64_t flag;
+};
+
+constexpr FlagName kFlags[] = {
+    {"MONO", TOUPCAM_FLAG_MONO},
+    {"USB30", TOUPCAM_FLAG_USB30},
+    {"TEC_ONOFF", TOUPCAM_FLAG_TEC_ONOFF},
+    {"USB30_OVER_USB20", TOUPCAM_FLAG_USB30_OVER_USB20},
+    {"FAN", TOUPCAM_FLAG_FAN},
+    {"TRIGGER_SOFTWARE", TOUPCAM_FLAG_TRIGGER_SOFTWARE},
+    {"TRIGGER_EXTERNAL", TOUPCAM_FLAG_TRIGGER_EXTERNAL},
+    {"BANDWIDTH", TOUPCAM_FLAG_BANDWIDTH},
+    {"USB32_OVER_USB30", TOUPCAM_FLAG_USB32_OVER_USB30},
+};
+
+std::uint64_t flagByName(const QJsonValue& value, const QString& place) {
+    QStringList names;
+    for (const FlagName& known : kFlags) {
+        if (value.toString() == QLatin1String(known.name))
+            return known.flag;
+        names += QLatin1String(known.name);
+    }
+    throw PSimSceneError(place, QStringLiteral("\"%1\" found, expected one of %2")
+                                    .arg(value.toVariant().toString(), names.join(u", ")));
+}
+
+std::uint64_t readFlags(PSimJsonObject& object) {
+    const QJsonValue value = object.value("flags");
+    if (value.isString()) {
+        bool ok = false;
+        const qulonglong flags = value.toString().toULongLong(&ok, 16);
+        if (!ok)
+            object.complain("flags", QStringLiteral("a hexadecimal number such as \"0x40\""));
+        return flags;
+    }
+    std::uint64_t flags = 0;
+    object.forEach("flags", [&flags](const QJsonValue& name, const QString& place) {
+        flags |= flagByName(name, place);
+    });
+    return flags;
+}
+
+PSimResolution readResolution(const QJsonValue& value, const QString& place) {
+    PSimJsonObject object(value, place);
+    PSimResolution result;
+    result.width = object.integer("width", 0U, 16, 16384);
+    result.height = object.integer("height", 0U, 16, 16384);
+    result.framesPerSecond = object.number("fps", result.framesPerSecond, 0.01, 10000);
+    for (const char* key : {"width", "height"}) {
+        if (!object.has(key))
+            object.complain(key, QStringLiteral("a whole number from 16 to 16384"));
+    }
+    object.finish();
+    return result;
+}
+
+PSimExposureSpec readExposure(const QJsonValue& value, const QString& place) {
+    PSimExposureSpec result;
+    PSimJsonObject object(value, place);
+    result.minimum = object.integer("min", result.minimum, 1, PSimJsonObject::kMaxUnsigned);
+    result.maximum = object.integer("max", std::max(result.maximum, result.minimum), result.minimum,
+                                    PSimJsonObject::kMaxUnsigned);
+    const auto inRange = [&result](unsigned wanted) {
+        return std::clamp(wanted, result.minimum, result.maximum);
+    };
+    result.initial =
+        object.integer("default", inRange(result.initial), result.minimum, result.maximum);
+    result.automatic = object.boolean("auto", result.automatic);
+    result.target = object.integer("target", result.target, 10, 235);
+    result.automaticMaximum =
+        object.integer("autoMax", inRange(result.automaticMaximum), result.minimum, result.maximum);
+    object.finish();
+    return result;
+}
+
+PSimGainSpec readGain(const QJsonValue& value, const QString& place) {
+    PSimGainSpec result;
+    PSimJsonObject object(value, place);
+    result.minimum = object.integer("min", result.minimum, 1, 65535);
+    result.maximum =
+        object.integer("max", std::max(result.maximum, result.minimum), result.minimum, 65535);
+    result.initial =
+        object.integer("default", std::clamp(result.initial, result.minimum, result.maximum),
+                       result.minimum, result.maximum);
+    object.finish();
+    return result;
+}
+
+PSimSensorSpec readSensor(const QJsonValue& value, const QString& place) {
+    PSimSensorSpec result;
+    PSimJsonObject object(value, place);
+    result.fullWell = object.number("fullWell", result.fullWell, 10, 1e7);
+    result.electronsPerCount =
+        object.number("electronsPerCount", result.electronsPerCount, 0.1, 1e5);
+    result.offset = object.number("offset", result.offset, 0, 64);
+    result.readNoise = object.number("readNoise", result.readNoise, 0, 1e4);
+    result.electronsPerMs = object.number("electronsPerMs", result.electronsPerMs, 0.001, 1e7);
+    result.darkCurrent = object.number("darkCurrent", result.darkCurrent, 0, 1e6);
+    object.finish();
+    return result;
+}
+
+PSimExternalTriggerSpec readExternalTrigger(const QJsonValue& value, const QString& place) {
+    PSimExternalTriggerSpec result;
+    PSimJsonObject object(value, place);
+    const double ms = object.number("periodMs", 1000.0, 0.1, 3600000);
+    result.period = std::chrono::microseconds(std::llround(1000.0 * ms));
+    result.count = object.integer("count", result.count, 0, kMaxExactInteger);
+    object.finish();
+    return result;
+}
+
+QByteArray checkedText(PSimJsonObject& object, const char* key, const QString& fallback,
+                       qsizetype maximum) {
+    const QByteArray text = object.text(key, fallback).toUtf8();
+    if (text.size() > maximum)
+        object.complain(key, QStringLiteral("at most %1 bytes").arg(maximum));
+    return text;
+}
+
+QByteArray readId(PSimJsonObject& object) {
+    const QByteArray id = object.requiredText("id").toUtf8();
+    const bool printable =
+        std::all_of(id.cbegin(), id.cend(), [](char c) { return c > ' ' && c < '\x7f'; });
+    if (id.isEmpty() || id.size() > 64 || !printable)
+        object.complain("id", QStringLiteral("1 to 64 printable ASCII characters without blanks"));
+    return id;
+}
+
+void readIdentity(PSimJsonObject& object, PSimCameraSpec& camera) {
+    camera.id = readId(object);
+    if (object.isNull("model"))
+        object.value("model");
+    else
+        camera.model = checkedText(object, "model", QStringLiteral("Simulated"), 255);
+    camera.displayName = checkedText(object, "displayName",
+                                     QString::fromUtf8(camera.model.value_or(QByteArray())), 63);
+    camera.serial = checkedText(object, "serial", QString(), 31);
+}
+
+void readResolutions(PSimJsonObject& object, PSimCameraSpec& camera) {
+    object.forEach("resolutions", [&camera](const QJsonValue& item, const QString& where) {
+        camera.resolutions.push_back(readResolution(item, where));
+    });
+    if (camera.resolutions.empty() || camera.resolutions.size() > TOUPCAM_MODEL_MAX_RES)
+        object.complain("resolutions", QStringLiteral("1 to 16 resolutions"));
+}
+
+void readHardware(PSimJsonObject& object, PSimCameraSpec& camera) {
+    camera.flags = readFlags(object);
+    readResolutions(object, camera);
+    camera.speedLevels = object.integer("speedLevels", camera.speedLevels, 1, 65535);
+    camera.bits = object.integer("bits", camera.bits, 8, 24);
+    if (camera.bits != 8 && camera.bits != 24)
+        object.complain("bits", QStringLiteral("8 (grey) or 24 (colour)"));
+    camera.pixelSize = static_cast<float>(
+        object.number("pixelSizeUm", static_cast<double>(camera.pixelSize), 0.1, 1000));
+    camera.fanLevels = object.integer("fanLevels", camera.fanLevels, 0, 100);
+    camera.ambientCelsius = object.number("ambientC", camera.ambientCelsius, -40, 60);
+    camera.thermalSpeed = object.number("thermalSpeed", camera.thermalSpeed, 0, 1e6);
+    camera.linkMegabytes = object.number("linkMegabytes", camera.linkMegabytes, 0, 1e6);
+    camera.plugged = object.boolean("plugged", camera.plugged);
+}
+
+PSimCameraSpec readCamera(const QJsonValue& value, const QString& place, const QString& folder) {
+    PSimCameraSpec camera;
+    PSimJsonObject object(value, place);
+    readIdentity(object, camera);
+    readHardware(object, camera);
+    if (const QJsonValue exposure = object.value("exposure"); !exposure.isUndefined())
+        camera.exposure = readExposure(exposure, object.place("exposure"));
+    if (const QJsonValue gain = object.value("gain"); !gain.isUndefined())
+        camera.gain = readGain(gain, object.place("gain"));
+    if (const QJsonValue sensor = object.value("sensor"); !sensor.isUndefined())
+        camera.sensor = readSensor(sensor, object.place("sensor"));
+    if (const QJsonValue trigger = object.value("externalTrigger"); !trigger.isUndefined())
+        camera.externalTrigger = readExternalTrigger(trigger, object.place("externalTrigger"));
+    if (const QJsonValue source = object.value("source"); !source.isUndefined())
+        camera.source = PSimSourceReader::read(source, object.place("source"), folder);
+    object.finish();
+    return camera;
+}
+
+void addCamera(PSimScene& scene, PSimCameraSpec camera, const QString& place) {
+    const bool taken = std::any_of(scene.cameras.cbegin(), scene.cameras.cend(),
+                                   [&camera](const auto& other) { return other.id == camera.id; });
+    if (taken) {
+        throw PSimSceneError(place + QStringLiteral(".id"),
+                             QStringLiteral("\"%1\" found, expected an id no other camera has")
+                                 .arg(QString::fromUtf8(camera.id)));
+    }
+    scene.cameras.push_back(std::move(camera));
+}
+
+PSimScene sceneOf(const QJsonValue& root, const QString& folder) {
+    PSimScene scene;
+    PSimJsonObject object(root, QStringLiteral("scene"));
+    scene.seed = object.integer("seed", scene.seed, 0, kMaxExactInteger);
+    object.forEach("cameras", [&](const QJsonValue& item, const QString& place) {
+        addCamera(scene, readCamera(item, place, folder), place);
+    });
+    if (scene.cameras.size() > TOUPCAM_MAX)
+        object.complain("cameras", QStringLiteral("at most 128 cameras"));
+    object.forEach("faults", [&scene](const QJsonValue& item, const QString& place) {
+        scene.faults.push_back(PSimFaultReader::read(item, place, scene));
+    });
+    object.finish();
+    return scene;
+}
+
+} // namespace
+
+PSimScene PSimSceneReader::read(const QByteArray& json, const QString& folder) {
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(json, &error);
+    if (error.error != QJsonParseError::NoError) {
+        throw PSimSceneError(QStringLiteral("line %1").arg(json.left(error.offset).count('\n') + 1),
+                             QStringLiteral("%1, expected JSON").arg(error.errorString()));
+    }
+    if (!document.isObject())
+        throw PSimSceneError(QStringLiteral("scene"), QStringLiteral("expected an object"));
+    return sceneOf(document.object(), folder);
+}
+
+PSimScene PSimSceneReader::readFile(const QString& path) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        throw PSimSceneError(path, QStringLiteral("cannot be read: %1").arg(file.errorString()));
+    return read(file.readAll(), QFileInfo(path).absolutePath());
+}
+
+PSimScene PSimSceneReader::builtin() {
+    return read(builtinText());
+}

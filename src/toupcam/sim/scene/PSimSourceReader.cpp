@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+#include <toupcam/sim/scene/PSimSourceReader.h>
+
+#include <toupcam/sim/scene/PSimJsonObject.h>
+
+#include <QDir>
+#include <QFileInfo>
+#include <QImageReader>
+
+namespace {
+
+void checkPicture(const QString& path, const QString& place) {
+    QImageReader reader(path);
+    reader.setDecideFormatFromContent(true);
+    if (!reader.canRead()) {
+        throw PSimSceneError(place, QStringLiteral("\"%1\" found, expected a picture file: %2")
+                                        .arg(path, reader.errorString()));
+    }
+}
+
+std::vector<QString> picturesAt(const QString& path, const QString& place) {
+    const QFileInfo info(path);
+    std::vector<QString> result;
+    if (info.isDir()) {
+        const QFileInfoList files =
+            QDir(path).entryInfoList(QDir::Files | QDir::Readable, QDir::Name);
+        for (const QFileInfo& file : files) {
+            if (!QImageReader::imageFormat(file.filePath()).isEmpty())
+                result.push_back(file.filePath());
+        }
+    } else if (info.exists()) {
+        checkPicture(path, place);
+        result.push_back(path);
+    }
+    if (result.empty()) {
+        throw PSimSceneError(
+            place,
+            QStringLiteral("\"%1\" found, expected a picture file or a folder of them").arg(path));
+    }
+    return result;
+}
+
+void readPictureSource(PSimJsonObject& object, const QString& folder, PSimSourceSpec& source) {
+    const QString path = QDir(folder).filePath(object.requiredText("path"));
+    source.pictures = picturesAt(path, object.place("path"));
+    source.framesEach = object.integer("framesEach", source.framesEach, 1, 1000000);
+}
+
+void readSpecimenSource(PSimJsonObject& object, PSimSourceSpec& source) {
+    using Kind = PSimSourceSpec::Kind;
+    constexpr Kind kinds[] = {Kind::Tissue, Kind::Fluorescence};
+    if (object.has("specimen"))
+        source.kind = kinds[object.choice("specimen", {"tissue", "fluorescence"})];
+    source.drift = object.integer("drift", source.drift, 0, 64);
+}
+
+void readLamp(PSimJsonObject& object, PSimSourceSpec& source) {
+    source.lightKelvin = object.number("lightKelvin", source.lightKelvin, 2000, 15000);
+    source.mainsHz = object.number("mainsHz", source.mainsHz, 0, 60);
+    if (source.mainsHz != 0.0 && source.mainsHz != 50.0 && source.mainsHz != 60.0)
+        object.complain("mainsHz", QStringLiteral("50, 60 or 0 (direct current)"));
+}
+
+} // namespace
+
+PSimSourceSpec PSimSourceReader::read(const QJsonValue& value, const QString& place,
+                                      const QString& folder) {
+    using Kind = PSimSourceSpec::Kind;
+    constexpr Kind kinds[] = {Kind::Tissue, Kind::Flat, Kind::Picture, Kind::Patches, Kind::Ring};
+    PSimSourceSpec source;
+    PSimJsonObject object(value, place);
+    source.kind = kinds[object.choice("kind", {"specimen", "flat", "picture", "patches", "ring"})];
+    if (source.kind != Kind::Patches && source.kind != Kind::Ring)
+        readLamp(object, source);
+    if (source.kind == Kind::Tissue) {
+        readSpecimenSource(object, source);
+    } else if (source.kind == Kind::Flat) {
+        source.level = object.number("level", source.level, 0, 1);
+    } else if (source.kind == Kind::Picture) {
+        readPictureSource(object, folder, source);
+    } else if (source.kind == Kind::Ring) {
+        source.ringFrames = object.integer("frames", source.ringFrames, 1, 64);
+        source.unpaced = object.boolean("unpaced", source.unpaced);
+    }
+    object.finish();
+    return source;
+}

@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <toupcam/sim/scene/PSimScene.h>
+
+#include <QJsonValue>
+
+/// Reads what lies under the lens of a scene's camera. Callable from any thread.
+class PSimSourceReader {
+public:
+    /// Relative picture paths are meant from `folder`. Throws PSimSceneError.
+    static PSimSourceSpec read(const QJsonValue& value, const QString& place,
+                               const QString& folder);
+};

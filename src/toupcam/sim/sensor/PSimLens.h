@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <toupcam/sim/frame/PSimPicture.h>
+#include <toupcam/sim/frame/PSimShot.h>
+#include <toupcam/sim/scene/PSimScene.h>
+
+#include <cstdint>
+#include <memory>
+
+/// What lies under the lens and how it becomes pictures. Thread-safe; a camera's producing thread
+/// calls take().
+class PSimLens {
+public:
+    virtual ~PSimLens() = default;
+
+    /// Takes picture number `frame` at the time in `picture`: fills its size, format, means and
+    /// pixels, reusing its memory.
+    virtual void take(const PSimShot& shot, std::uint64_t frame, PSimPicture& picture) = 0;
+    /// Whether exposure and gain change the pictures.
+    virtual bool isExposed() const = 0;
+    /// Whether pictures come as fast as they are taken away instead of at the camera's rate.
+    virtual bool isUnpaced() const { return false; }
+
+    static std::shared_ptr<PSimLens> create(std::shared_ptr<const PSimCameraSpec> spec,
+                                            std::uint64_t seed);
+};

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <toupcam/sim/sensor/PSimLens.h>
+
+#include <map>
+#include <mutex>
+
+/// Pictures that exist before they are asked for: exact, without noise, the same at any exposure.
+/// While no setting changes it, a frame costs nothing but handing out a pointer; the memory lives
+/// as long as the lens.
+class PSimReadyLens : public PSimLens {
+public:
+    explicit PSimReadyLens(std::shared_ptr<const PSimCameraSpec> spec)
+        : m_spec(std::move(spec)) {}
+
+    void take(const PSimShot& shot, std::uint64_t frame, PSimPicture& picture) override;
+    bool isExposed() const override { return false; }
+
+protected:
+    /// How many different pictures there are.
+    virtual unsigned count() const = 0;
+    /// Paints picture `index` into out, which is all zero.
+    virtual void paint(unsigned index, const PSimPicture& form, std::uint8_t* out) const = 0;
+
+    /// Whether pictures are handed out as they are, whatever the settings.
+    virtual bool isFixed() const { return false; }
+
+    const PSimCameraSpec& spec() const { return *m_spec; }
+
+private:
+    struct Ready {
+        std::vector<std::uint8_t> pixels;
+        PSimMeans means;
+    };
+    using Pictures = std::vector<Ready>;
+
+    bool isAsItIs(const PSimShot& shot, const PSimPicture& form) const;
+    Ready make(unsigned index, const PSimPicture& form) const;
+
+    const Pictures& picturesFor(const PSimShot& shot, const PSimPicture& form);
+
+    std::shared_ptr<const PSimCameraSpec> m_spec;
+    std::mutex m_mutex; // guards m_pictures while they are made
+    std::map<std::pair<unsigned, bool>, Pictures> m_pictures; // by resolution and byte order
+};
+
+/// A red, a green and a blue patch from left to right on black, each half as wide as a third of the
+/// picture and half as high as the picture, in the middle of its third. On a grey camera they have
+/// the grey values 87, 127 and 39.
+class PSimPatchesLens : public PSimReadyLens {
+public:
+    using PSimReadyLens::PSimReadyLens;
+
+protected:
+    unsigned count() const override { return 1; }
+    void paint(unsigned index, const PSimPicture& form, std::uint8_t* out) const override;
+};
+
+/// A ring of grey ramps; the first byte of each is its place in the ring. Always as they are.
+class PSimRingLens : public PSimReadyLens {
+public:
+    using PSimReadyLens::PSimReadyLens;
+
+    bool isUnpaced() const override { return spec().source.unpaced; }
+
+protected:
+    unsigned count() const override { return spec().source.ringFrames; }
+    bool isFixed() const override { return true; }
+    void paint(unsigned index, const PSimPicture& form, std::uint8_t* out) const override;
+};

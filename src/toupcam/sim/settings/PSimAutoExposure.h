@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <toupcam/sim/scene/PSimScene.h>
+
+/// An exposure time and a gain that belong together.
+struct PSimExposure {
+    unsigned microseconds = 0;
+    unsigned short gainPercent = 100;
+
+    bool operator==(const PSimExposure& other) const {
+        return microseconds == other.microseconds && gainPercent == other.gainPercent;
+    }
+};
+
+/// The auto-exposure rule. Callable from any thread.
+class PSimAutoExposure {
+public:
+    PSimAutoExposure(const PSimExposureSpec& exposure, const PSimGainSpec& gain);
+
+    /// What to expose the next frame with, when this one was taken with `current` and its mean
+    /// brightness is `mean` where `target` is wanted (both 0 … 255): time first, then gain. The
+    /// same again when the brightness is near enough or nothing more can be done. With a `beat`,
+    /// the time in which the lamp's light comes and goes (microseconds, 0: steady), a time as long
+    /// or longer is a multiple of it, and the gain makes up for the rest.
+    PSimExposure next(PSimExposure current, double mean, double target, double beat) const;
+
+private:
+    double allowed(double microseconds, double beat) const;
+
+    PSimExposureSpec m_exposure;
+    PSimGainSpec m_gain;
+};

@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+#include <toupcam/sim/settings/PSimNumbers.h>
+
+#include <toupcam/sim/frame/PSimWhiteBalance.h>
+
+namespace {
+
+constexpr std::size_t kCount = static_cast<std::size_t>(PSimNumber::Count);
+
+struct Rule {
+    int minimum;
+    int maximum;
+    int initial;
+    bool isSwitch;
+    bool needsColour;
+};
+
+// In the order of PSimNumber.
+constexpr Rule kRules[kCount] = {
+    {-180, 180, 0, false, true},  // hue
+    {0, 255, 128, false, true},   // saturation
+    {-64, 64, 0, false, false},   // brightness
+    {-100, 100, 0, false, false}, // contrast
+    {20, 180, 100, false, false}, // gamma
+    {0, 1, 0, true, false},       // negative
+    {0, 1, 0, true, true},        // chrome
+    {0, 1, 0, true, false},       // vertical flip
+    {0, 1, 0, true, false},       // horizontal flip
+    {0, 2, 2, false, false},      // light frequency
+    {2000, 15000, PSimWhiteBalance::kNeutralTemperature, false, true},
+    {200, 2500, PSimWhiteBalance::kNeutralTint, false, true},
+};
+
+const Rule& ruleOf(PSimNumber number) {
+    return kRules[static_cast<std::size_t>(number)];
+}
+
+} // namespace
+
+PSimNumbers::PSimNumbers(bool colour)
+    : m_colour(colour)
+    , m_values() {
+    for (std::size_t i = 0; i < kCount; ++i)
+        m_values[i] = kRules[i].initial;
+}
+
+bool PSimNumbers::has(PSimNumber number) const {
+    return m_colour || !ruleOf(number).needsColour;
+}
+
+HRESULT PSimNumbers::check(PSimNumber number, int value) const {
+    if (!has(number))
+        return E_NOTIMPL;
+    const Rule& rule = ruleOf(number);
+    const bool fits = rule.isSwitch || (value >= rule.minimum && value <= rule.maximum);
+    return fits ? S_OK : E_INVALIDARG;
+}
+
+HRESULT PSimNumbers::set(PSimNumber number, int value) {
+    const HRESULT result = check(number, value);
+    if (SUCCEEDED(result))
+        m_values[static_cast<std::size_t>(number)] =
+            ruleOf(number).isSwitch && value != 0 ? 1 : value;
+    return result;
+}
+
+HRESULT PSimNumbers::get(PSimNumber number, int* output) const {
+    if (!output)
+        return E_POINTER;
+    if (!has(number))
+        return E_NOTIMPL;
+    *output = value(number);
+    return S_OK;
+}

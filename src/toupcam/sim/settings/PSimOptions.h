@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <toupcam/sim/scene/PSimScene.h>
+#include <toupcam/toupcam.h>
+
+#include <map>
+
+/// The options of Toupcam_put_Option that are no more than a value, checked: E_NOTIMPL for one this
+/// model has not, E_INVALIDARG out of range. Guarded by its owner's lock.
+class PSimOptions {
+public:
+    /// In the binning option: pixels are averaged rather than summed.
+    static constexpr int kAverage = 0x80;
+
+    /// Power-on values.
+    explicit PSimOptions(const PSimCameraSpec& spec);
+
+    HRESULT set(unsigned option, int value);
+    /// E_POINTER for a null output.
+    HRESULT get(unsigned option, int* value) const;
+    /// The value in force; `otherwise` if this model has not got the option.
+    int value(unsigned option, int otherwise) const;
+
+private:
+    HRESULT check(unsigned option, int value) const;
+
+    std::uint64_t m_flags;
+    int m_fanLevels;
+    std::map<unsigned, int> m_values;
+};

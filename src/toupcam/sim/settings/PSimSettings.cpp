@@ -1,0 +1,297 @@
+// SPDX-License-Identifier: MIT
+#include <toupcam/sim/settings/PSimSettings.h>
+
+#include <toupcam/sim/frame/PSimWhiteBalance.h>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace {
+
+constexpr short kColdestTarget = -500;
+constexpr short kWarmestTarget = 400;
+
+// Light fed with alternating current comes and goes twice in each period.
+double beatOf(int lightFrequency) {
+    constexpr double kMicroseconds = 1e6;
+    constexpr double beats[] = {kMicroseconds / 120.0, kMicroseconds / 100.0, 0.0};
+    return beats[lightFrequency];
+}
+
+} // namespace
+
+PSimSettings::PSimSettings(std::shared_ptr<const PSimCameraSpec> spec,
+                           std::shared_ptr<PSimThermal> thermal)
+    : m_spec(std::move(spec))
+    , m_thermal(std::move(thermal))
+    , m_rule(m_spec->exposure, m_spec->gain)
+    , m_options(*m_spec)
+    , m_numbers(m_spec->isColour())
+    , m_region(PSimRegion::whole(m_spec->resolutions.front().size()))
+    , m_speed(static_cast<unsigned short>((m_spec->speedLevels - 1) / 2))
+    , m_auto(m_spec->exposure.automatic)
+    , m_target(m_spec->exposure.target)
+    , m_exposure{m_spec->exposure.initial, m_spec->gain.initial} {
+    m_thermal->drive(cooling());
+}
+
+HRESULT PSimSettings::setOption(unsigned option, int value) {
+    const std::lock_guard lock(m_mutex);
+    const HRESULT result = m_options.set(option, value);
+    m_thermal->drive(cooling());
+    return result;
+}
+
+HRESULT PSimSettings::option(unsigned option, int* value) const {
+    const std::lock_guard lock(m_mutex);
+    const bool voltage = option == TOUPCAM_OPTION_TEC_VOLTAGE;
+    if (!value || !hasCooler() || (!voltage && option != TOUPCAM_OPTION_TEC_VOLTAGE_MAX))
+        return m_options.get(option, value);
+    *value = voltage ? m_thermal->voltage() : PSimThermal::kHighestVoltage;
+    return S_OK;
+}
+
+PSimCooling PSimSettings::cooling() const {
+    return {m_options.value(TOUPCAM_OPTION_TEC, 0) != 0, m_targetTemperature,
+            m_options.value(TOUPCAM_OPTION_FAN, 0)};
+}
+
+HRESULT PSimSettings::setTargetTemperature(short target) {
+    if (!hasCooler())
+        return E_NOTIMPL;
+    if (target < kColdestTarget || target > kWarmestTarget)
+        return E_INVALIDARG;
+    const std::lock_guard lock(m_mutex);
+    m_targetTemperature = target;
+    m_thermal->drive(cooling());
+    return S_OK;
+}
+
+HRESULT PSimSettings::temperature(short* output) const {
+    if (!output)
+        return E_POINTER;
+    if (!hasCooler())
+        return E_NOTIMPL;
+    *output = static_cast<short>(std::lround(10.0 * m_thermal->celsius()));
+    return S_OK;
+}
+
+HRESULT PSimSettings::setNumber(PSimNumber number, int value) {
+    const std::lock_guard lock(m_mutex);
+    return m_numbers.set(number, value);
+}
+
+HRESULT PSimSettings::number(PSimNumber number, int* value) const {
+    const std::lock_guard lock(m_mutex);
+    return m_numbers.get(number, value);
+}
+
+HRESULT PSimSettings::setTempTint(int temperature, int tint) {
+    const std::lock_guard lock(m_mutex);
+    for (const HRESULT result : {m_numbers.check(PSimNumber::Temperature, temperature),
+                                 m_numbers.check(PSimNumber::Tint, tint)}) {
+        if (FAILED(result))
+            return result;
+    }
+    m_numbers.set(PSimNumber::Temperature, temperature);
+    return m_numbers.set(PSimNumber::Tint, tint);
+}
+
+HRESULT PSimSettings::tempTint(int* temperature, int* tint) const {
+    if (!temperature || !tint)
+        return E_POINTER;
+    const std::lock_guard lock(m_mutex);
+    m_numbers.get(PSimNumber::Temperature, temperature);
+    return m_numbers.get(PSimNumber::Tint, tint);
+}
+
+HRESULT PSimSettings::setRealTime(int value) {
+    // Every mode comes to the same here: the simulated camera never queues frames.
+    return value >= 0 && value <= 2 ? S_OK : E_INVALIDARG;
+}
+
+HRESULT PSimSettings::setResolution(unsigned index) {
+    if (index >= m_spec->resolutions.size())
+        return E_INVALIDARG;
+    const std::lock_guard lock(m_mutex);
+    if (index != m_resolution)
+        m_region = PSimRegion::whole(m_spec->resolutions[index].size());
+    m_resolution = index;
+    return S_OK;
+}
+
+unsigned PSimSettings::resolution() const {
+    const std::lock_guard lock(m_mutex);
+    return m_resolution;
+}
+
+HRESULT PSimSettings::setRegion(const PSimRegion& region) {
+    if (!m_spec->hasGeometry())
+        return E_NOTIMPL;
+    const std::lock_guard lock(m_mutex);
+    const PSimSize size = m_spec->resolutions[m_resolution].size();
+    const PSimRegion wanted = region == PSimRegion() ? PSimRegion::whole(size) : region;
+    if (!wanted.fits(size))
+        return E_INVALIDARG;
+    m_region = wanted;
+    return S_OK;
+}
+
+PSimRegion PSimSettings::region() const {
+    const std::lock_guard lock(m_mutex);
+    return m_region;
+}
+
+PSimSize PSimSettings::finalSize() const {
+    const std::lock_guard lock(m_mutex);
+    return geometryOf(m_resolution).finalSize();
+}
+
+HRESULT PSimSettings::setSpeed(unsigned short level) {
+    if (level >= m_spec->speedLevels)
+        return E_INVALIDARG;
+    const std::lock_guard lock(m_mutex);
+    m_speed = level;
+    return S_OK;
+}
+
+unsigned short PSimSettings::speed() const {
+    const std::lock_guard lock(m_mutex);
+    return m_speed;
+}
+
+HRESULT PSimSettings::setAutoExposure(bool on) {
+    const std::lock_guard lock(m_mutex);
+    m_auto = on;
+    return S_OK;
+}
+
+bool PSimSettings::autoExposure() const {
+    const std::lock_guard lock(m_mutex);
+    return m_auto;
+}
+
+HRESULT PSimSettings::setTarget(unsigned short target) {
+    if (target < 10 || target > 235)
+        return E_INVALIDARG;
+    const std::lock_guard lock(m_mutex);
+    m_target = target;
+    return S_OK;
+}
+
+unsigned short PSimSettings::target() const {
+    const std::lock_guard lock(m_mutex);
+    return m_target;
+}
+
+HRESULT PSimSettings::setExposureTime(unsigned microseconds) {
+    if (microseconds < m_spec->exposure.minimum || microseconds > m_spec->exposure.maximum)
+        return E_INVALIDARG;
+    const std::lock_guard lock(m_mutex);
+    m_exposure.microseconds = microseconds;
+    return S_OK;
+}
+
+HRESULT PSimSettings::setGain(unsigned short percent) {
+    if (percent < m_spec->gain.minimum || percent > m_spec->gain.maximum)
+        return E_INVALIDARG;
+    const std::lock_guard lock(m_mutex);
+    m_exposure.gainPercent = percent;
+    return S_OK;
+}
+
+PSimExposure PSimSettings::exposure() const {
+    const std::lock_guard lock(m_mutex);
+    return m_exposure;
+}
+
+PSimShot PSimSettings::shot() const {
+    const std::lock_guard lock(m_mutex);
+    return shotOf(m_resolution);
+}
+
+PSimShot PSimSettings::shotAt(unsigned resolution) const {
+    const std::lock_guard lock(m_mutex);
+    return shotOf(resolution);
+}
+
+// Called under the lock, as those below.
+PSimShot PSimSettings::shotOf(unsigned resolution) const {
+    PSimShot shot;
+    shot.resolution = resolution;
+    shot.blueFirst = m_options.value(TOUPCAM_OPTION_BYTEORDER, 0) == 1;
+    shot.exposureMs = m_exposure.microseconds / 1000.0;
+    shot.gain = m_exposure.gainPercent / 100.0;
+    shot.sensorCelsius = m_thermal->celsius();
+    shot.geometry = geometryOf(resolution);
+    shot.look = look();
+    return shot;
+}
+
+PSimGeometry PSimSettings::geometryOf(unsigned resolution) const {
+    const int binning = m_options.value(TOUPCAM_OPTION_BINNING, 1);
+    PSimGeometry geometry;
+    geometry.region = m_region.scaled(m_spec->resolutions[m_resolution].size(),
+                                      m_spec->resolutions[resolution].size());
+    geometry.binning = static_cast<unsigned>(binning & ~PSimOptions::kAverage);
+    geometry.average = (binning & PSimOptions::kAverage) != 0;
+    geometry.rotation = static_cast<unsigned>(m_options.value(TOUPCAM_OPTION_ROTATE, 0));
+    geometry.hFlip = m_numbers.value(PSimNumber::HFlip) != 0;
+    geometry.vFlip = m_numbers.value(PSimNumber::VFlip) != 0;
+    return geometry;
+}
+
+PSimLook PSimSettings::look() const {
+    PSimLook look;
+    look.hue = m_numbers.value(PSimNumber::Hue);
+    look.saturation = m_numbers.value(PSimNumber::Saturation);
+    look.brightness = m_numbers.value(PSimNumber::Brightness);
+    look.contrast = m_numbers.value(PSimNumber::Contrast);
+    look.gamma = m_numbers.value(PSimNumber::Gamma);
+    look.negative = m_numbers.value(PSimNumber::Negative) != 0;
+    look.chrome = m_numbers.value(PSimNumber::Chrome) != 0;
+    look.temperature = m_numbers.value(PSimNumber::Temperature);
+    look.tint = m_numbers.value(PSimNumber::Tint);
+    look.whiteBalanceGains = m_options.value(TOUPCAM_OPTION_WBGAIN, 1) != 0;
+    look.colourMatrix = m_options.value(TOUPCAM_OPTION_COLORMATIX, 1) != 0;
+    return look;
+}
+
+double PSimSettings::framesPerSecond() const {
+    const PSimResolution& mode = m_spec->resolutions[m_resolution];
+    double result = mode.framesPerSecond * (m_speed + 1.0) / m_spec->speedLevels;
+    if (m_spec->linkMegabytes > 0.0) {
+        const double share = m_options.value(TOUPCAM_OPTION_BANDWIDTH, 100) / 100.0;
+        // The link carries one byte a pixel, as the sensor has it; colour is made from it later.
+        const double pixels = static_cast<double>(mode.width) * mode.height;
+        result = std::min(result, m_spec->linkMegabytes * 1e6 * share / pixels);
+    }
+    const int limit = m_options.value(TOUPCAM_OPTION_FRAMERATE, 0);
+    return limit > 0 ? std::min(result, static_cast<double>(limit)) : result;
+}
+
+PSimPace PSimSettings::pace() const {
+    const std::lock_guard lock(m_mutex);
+    const double seconds = std::max(1.0 / framesPerSecond(), m_exposure.microseconds * 1e-6);
+    const int mode = m_options.value(TOUPCAM_OPTION_TRIGGER, 0);
+    return {std::chrono::nanoseconds(static_cast<std::int64_t>(seconds * 1e9)),
+            static_cast<PSimTrigger::Mode>(mode)};
+}
+
+bool PSimSettings::adapt(double mean) {
+    const std::lock_guard lock(m_mutex);
+    if (!m_auto)
+        return false;
+    const int frequency = m_numbers.value(PSimNumber::LightFrequency);
+    const PSimExposure next = m_rule.next(m_exposure, mean, m_target, beatOf(frequency));
+    if (next == m_exposure)
+        return false;
+    m_exposure = next;
+    return true;
+}
+
+void PSimSettings::balance(const PSimMeans& means) {
+    const PSimWhiteBalance::Setting setting = PSimWhiteBalance::balancing(means);
+    setTempTint(setting.temperature, setting.tint);
+}

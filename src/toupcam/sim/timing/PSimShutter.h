@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <toupcam/sim/timing/PSimTrigger.h>
+
+/// What decides when frames fall due.
+struct PSimPace {
+    /// From frame to frame, and from a trigger to its frame; at least the exposure time.
+    std::chrono::nanoseconds period{0};
+    PSimTrigger::Mode mode = PSimTrigger::Mode::Video;
+};
+
+/// Opens for one frame after the other: at the camera's rate, or as it is triggered. Guarded by its
+/// owner's lock.
+class PSimShutter {
+public:
+    using Time = PSimPacer::Clock::time_point;
+
+    explicit PSimShutter(const PSimExternalTriggerSpec& source);
+
+    void start(Time now, const PSimPace& pace);
+    /// The settings have changed. An exposure under way that is too long by them ends now; one in
+    /// another mode is given up.
+    void change(Time now, const PSimPace& pace);
+    bool isTriggered() const { return m_pace.mode != PSimTrigger::Mode::Video; }
+    PSimTrigger& trigger() { return m_trigger; }
+    const PSimTrigger& trigger() const { return m_trigger; }
+
+    /// Whether a frame has fallen due.
+    bool isDue(Time now);
+    /// When to look again, unless something is asked for before; none: nothing comes by itself.
+    std::optional<Time> nextTime() const;
+    /// Counts what has fallen due: the newest is taken, others were lost. False if none has.
+    bool take(Time now);
+    /// Counts one frame that is produced now, whatever the time.
+    void takeNow(Time now) { m_pacer.produceNow(now); }
+    /// Counts what has fallen due and is lost.
+    void settle(Time now);
+
+    /// Frames counted, and those that have fallen due up to `now` as well.
+    std::uint64_t produced() const { return m_pacer.produced(); }
+    std::uint64_t producedBy(Time now) const;
+    /// Microseconds from the start to the newest frame counted.
+    std::uint64_t microseconds() const { return m_pacer.microseconds(); }
+
+private:
+    std::optional<Time> due() const;
+
+    PSimPacer m_pacer;
+    PSimTrigger m_trigger;
+    PSimPace m_pace;
+};

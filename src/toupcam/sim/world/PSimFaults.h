@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <toupcam/sim/frame/PSimGeometry.h>
+#include <toupcam/toupcam.h>
+
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+/// Calls that shall fail, take longer or say something untrue. Callable from any thread.
+class PSimFaults {
+public:
+    /// Calls of `function` (with this option, if one is given) return `result`: the next `count`
+    /// after letting `skip` pass; count 0: all from then on.
+    void fail(const std::string& function, std::optional<unsigned> option, unsigned skip,
+              unsigned count, HRESULT result);
+    /// Calls of `function` take `ms` longer; 0: no longer.
+    void delay(const std::string& function, unsigned ms);
+    /// Calls of `function` that copy a picture report this size for it; 0 x 0: none.
+    void reportSize(const std::string& function, PSimSize size);
+    /// Reading this option answers `value`.
+    void answerOption(unsigned option, int value);
+    void clear();
+
+    /// Called for every SDK call: waits as long as the call shall be delayed, then returns the
+    /// result it shall have, if it shall fail.
+    std::optional<HRESULT> onCall(const char* function, std::optional<unsigned> option);
+    /// The size that a pull shall report in the place of the picture's, if any.
+    std::optional<PSimSize> reportedSize(const char* function) const;
+    /// What reading the option shall answer in the place of the setting, if anything.
+    std::optional<int> answerOf(unsigned option) const;
+
+private:
+    struct Failure {
+        std::string function;
+        std::optional<unsigned> option;
+        unsigned skip;
+        unsigned left;
+        bool endless;
+        HRESULT result;
+    };
+
+    unsigned delayOf(const std::string& function) const;
+    std::optional<HRESULT> failureOf(const std::string& function, std::optional<unsigned> option);
+
+    mutable std::mutex m_mutex;
+    std::vector<Failure> m_failures;
+    std::map<std::string, unsigned> m_delays;
+    std::map<std::string, PSimSize> m_sizes;
+    std::map<unsigned, int> m_answers;
+};

@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+#include <toupcam/sim/world/PSimHotPlug.h>
+
+#include <condition_variable>
+#include <thread>
+#include <utility>
+
+struct PSimHotPlug::Loop {
+    PTOUPCAM_HOTPLUG callback = nullptr;
+    void* context = nullptr;
+    std::mutex mutex; // guards the two below
+    unsigned pending = 0;
+    bool stopping = false;
+    std::condition_variable wake;
+    std::thread thread;
+
+    void run() {
+        std::unique_lock lock(mutex);
+        while (true) {
+            wake.wait(lock, [this] { return stopping || pending > 0; });
+            if (stopping)
+                return;
+            --pending;
+            // Unlocked: the callback may plug, unplug, notify or unregister.
+            lock.unlock();
+            callback(context);
+            lock.lock();
+        }
+    }
+
+    void post() {
+        const std::lock_guard lock(mutex);
+        ++pending;
+        wake.notify_one();
+    }
+
+    void stop() {
+        {
+            const std::lock_guard lock(mutex);
+            stopping = true;
+            wake.notify_one();
+        }
+        // From inside the callback a join would wait for itself: the thread ends after it instead.
+        if (thread.get_id() == std::this_thread::get_id())
+            thread.detach();
+        else
+            thread.join();
+    }
+};
+
+std::shared_ptr<PSimHotPlug::Loop> PSimHotPlug::exchange(std::shared_ptr<Loop> next) {
+    const std::lock_guard lock(m_mutex);
+    return std::exchange(m_loop, std::move(next));
+}
+
+void PSimHotPlug::setCallback(PTOUPCAM_HOTPLUG callback, void* context) {
+    if (const std::shared_ptr<Loop> previous = exchange(nullptr))
+        previous->stop();
+    if (!callback)
+        return;
+    auto loop = std::make_shared<Loop>();
+    loop->callback = callback;
+    loop->context = context;
+    // The thread keeps its loop alive: it may outlast the registration when it ends by itself.
+    loop->thread = std::thread([loop] { loop->run(); });
+    if (const std::shared_ptr<Loop> rival = exchange(loop))
+        rival->stop();
+}
+
+void PSimHotPlug::notify() {
+    const std::lock_guard lock(m_mutex);
+    if (m_loop)
+        m_loop->post();
+}

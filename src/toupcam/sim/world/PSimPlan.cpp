@@ -1,0 +1,178 @@
+// SPDX-License-Identifier: MIT
+#include <toupcam/sim/world/PSimPlan.h>
+
+#include <toupcam/sim/frame/PSimRandom.h>
+#include <toupcam/sim/world/PSimWorld.h>
+
+#include <algorithm>
+#include <thread>
+#include <utility>
+
+namespace {
+
+// A header may lie: this much memory at most stands behind one, however large it says it is.
+constexpr std::size_t kMostMalformedBytes = std::size_t{256} << 20;
+
+} // namespace
+
+class PSimPlan::Observer : public PSimFrameObserver {
+public:
+    Observer(std::shared_ptr<PSimPlan> plan, QByteArray camera)
+        : m_plan(std::move(plan))
+        , m_camera(std::move(camera)) {}
+
+    bool frameTaken(std::uint64_t taken, std::uint64_t triggered) override {
+        return !m_plan->isLost(m_camera, taken, triggered);
+    }
+    void frameDone(std::uint64_t taken) override { m_plan->frameDone(m_camera, taken); }
+
+private:
+    std::shared_ptr<PSimPlan> m_plan;
+    QByteArray m_camera;
+};
+
+PSimPlan::PSimPlan(const PSimScene& scene, PSimWorld& world)
+    : m_world(world)
+    , m_seed(scene.seed)
+    , m_loaded(std::chrono::steady_clock::now()) {
+    for (const PSimFaultSpec& spec : scene.faults)
+        m_steps.push_back({spec});
+}
+
+PSimPlan::~PSimPlan() {
+    stop();
+}
+
+std::shared_ptr<PSimFrameObserver> PSimPlan::observer(const QByteArray& camera) {
+    return std::make_shared<Observer>(shared_from_this(), camera);
+}
+
+void PSimPlan::start() {
+    for (const Step& step : m_steps) {
+        const PSimFaultSpec& spec = step.spec;
+        if (spec.action == Action::Fail)
+            m_world.faults().fail(spec.function.toStdString(), spec.option, spec.skip, spec.count,
+                                  spec.result);
+        else if (spec.action == Action::Delay)
+            m_world.faults().delay(spec.function.toStdString(), spec.ms);
+        else if (spec.action == Action::ReportSize)
+            m_world.faults().reportSize(spec.function.toStdString(),
+                                        {unsigned(spec.width), unsigned(spec.height)});
+        else if (spec.action == Action::Answer)
+            m_world.faults().answerOption(spec.option.value_or(0), spec.value);
+    }
+    const std::lock_guard lock(m_mutex);
+    if (!nextTimed())
+        return;
+    // Detached: nothing is unloaded before the process ends, and nobody would join it then.
+    m_timerRuns = true;
+    std::thread([self = shared_from_this()] { self->runTimer(); }).detach();
+}
+
+void PSimPlan::stop() {
+    std::unique_lock lock(m_mutex);
+    m_stopping = true;
+    m_wake.notify_all();
+    m_wake.wait(lock, [this] { return !m_timerRuns; });
+}
+
+bool PSimPlan::isLost(const QByteArray& camera, std::uint64_t taken,
+                      std::uint64_t triggered) const {
+    return std::any_of(m_steps.begin(), m_steps.end(), [&](const Step& step) {
+        if (step.spec.camera != camera)
+            return false;
+        if (step.spec.action == Action::DropTrigger)
+            return step.spec.nth == triggered;
+        return step.spec.action == Action::Lose && isUnlucky(step.spec, taken);
+    });
+}
+
+bool PSimPlan::isUnlucky(const PSimFaultSpec& step, std::uint64_t taken) const {
+    // The frame's number decides, not the order of asking: the same in every run.
+    PSimRandom random(PSimRandom::mix(m_seed ^ PSimRandom::mix(taken)));
+    return random.uniform() < step.probability;
+}
+
+void PSimPlan::frameDone(const QByteArray& camera, std::uint64_t taken) {
+    for (Step& step : m_steps) {
+        const PSimFaultSpec& spec = step.spec;
+        if (spec.camera != camera || !spec.afterFrames || *spec.afterFrames > taken)
+            continue;
+        {
+            const std::lock_guard lock(m_mutex);
+            if (std::exchange(step.done, true))
+                continue;
+        }
+        perform(spec);
+    }
+}
+
+PSimPlan::Step* PSimPlan::nextTimed() {
+    Step* next = nullptr;
+    for (Step& step : m_steps) {
+        if (step.spec.atMs && !step.done && (!next || *step.spec.atMs < *next->spec.atMs))
+            next = &step;
+    }
+    return next;
+}
+
+void PSimPlan::runTimer() {
+    std::unique_lock lock(m_mutex);
+    performTimed(lock);
+    m_timerRuns = false;
+    m_wake.notify_all();
+}
+
+void PSimPlan::performTimed(std::unique_lock<std::mutex>& lock) {
+    while (Step* const step = nextTimed()) {
+        const auto when = m_loaded + std::chrono::milliseconds(*step->spec.atMs);
+        if (m_wake.wait_until(lock, when, [this] { return m_stopping; }))
+            return;
+        step->done = true;
+        // Unlocked: the step may run callbacks of the client and wait for them.
+        lock.unlock();
+        perform(step->spec);
+        lock.lock();
+    }
+}
+
+void PSimPlan::perform(const PSimFaultSpec& step) {
+    switch (step.action) {
+    case Action::Unplug:
+        m_world.unplug(step.camera);
+        break;
+    case Action::Plug:
+        m_world.plug(step.camera);
+        break;
+    case Action::Hold:
+    case Action::Release:
+        m_world.hold(step.camera, step.action == Action::Hold);
+        break;
+    case Action::Event:
+        m_world.fireEvent(step.camera, step.event);
+        break;
+    case Action::PushMalformed:
+        pushMalformed(step);
+        break;
+    case Action::Lose: // asked for every frame
+    case Action::DropTrigger:
+    case Action::Fail: // done at the start
+    case Action::Delay:
+    case Action::ReportSize:
+    case Action::Answer:
+        break;
+    }
+}
+
+void PSimPlan::pushMalformed(const PSimFaultSpec& step) {
+    BITMAPINFOHEADER header{};
+    header.biSize = sizeof header;
+    header.biWidth = step.width;
+    header.biHeight = step.height;
+    header.biPlanes = 1;
+    header.biBitCount = step.bits;
+    header.biSizeImage = step.sizeImage;
+    const std::size_t bytes = std::clamp<std::size_t>(step.sizeImage, 4096, kMostMalformedBytes);
+    const std::vector<std::uint8_t> data(bytes);
+    m_world.pushRaw(step.camera, data.data(), &header, 0);
+}

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <toupcam/sim/scene/PSimScene.h>
+#include <toupcam/sim/stream/PSimStream.h>
+
+#include <condition_variable>
+#include <mutex>
+
+class PSimWorld;
+
+/// The fault plan of a scene: does each step once, when its time or its frame has come. The same
+/// plan does the same to the same frames in every run. Callable from any thread.
+class PSimPlan : public std::enable_shared_from_this<PSimPlan> {
+public:
+    PSimPlan(const PSimScene& scene, PSimWorld& world);
+    ~PSimPlan();
+    PSimPlan(const PSimPlan&) = delete;
+    PSimPlan& operator=(const PSimPlan&) = delete;
+
+    /// Sets calls up to fail or take longer, and starts the clock for the timed steps.
+    void start();
+    /// No timed step begins any more; waits for one in progress. Not from a callback.
+    void stop();
+
+    /// What tells the plan of the frames of one camera.
+    std::shared_ptr<PSimFrameObserver> observer(const QByteArray& camera);
+
+private:
+    using Action = PSimFaultSpec::Action;
+    class Observer;
+    struct Step {
+        PSimFaultSpec spec;
+        bool done = false;
+    };
+
+    bool isLost(const QByteArray& camera, std::uint64_t taken, std::uint64_t triggered) const;
+    bool isUnlucky(const PSimFaultSpec& step, std::uint64_t taken) const;
+    void frameDone(const QByteArray& camera, std::uint64_t taken);
+    void runTimer();
+    void performTimed(std::unique_lock<std::mutex>& lock);
+    Step* nextTimed();
+    void perform(const PSimFaultSpec& step);
+    void pushMalformed(const PSimFaultSpec& step);
+
+    PSimWorld& m_world;
+    const std::uint64_t m_seed;
+    const std::chrono::steady_clock::time_point m_loaded;
+    std::mutex m_mutex; // guards the steps' done marks and all below but the steps themselves
+    std::condition_variable m_wake;
+    std::vector<Step> m_steps;
+    bool m_stopping = false;
+    bool m_timerRuns = false;
+};

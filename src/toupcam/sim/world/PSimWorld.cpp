@@ -1,0 +1,176 @@
+// SPDX-License-Identifier: MIT
+#include <toupcam/sim/world/PSimWorld.h>
+
+#include <toupcam/sim/frame/PSimRandom.h>
+#include <toupcam/sim/scene/PSimJsonObject.h>
+#include <toupcam/sim/scene/PSimSceneReader.h>
+
+#include <QFile>
+#include <QtGlobal>
+#include <algorithm>
+#include <cstdio>
+#include <utility>
+
+PSimWorld& PSimWorld::instance() {
+    static auto* const world = new PSimWorld;
+    return *world;
+}
+
+PSimWorld::PSimWorld() {
+    const QByteArray journal = qgetenv("TOUPCAM_SIM_JOURNAL");
+    if (!journal.isEmpty())
+        m_journal.copyToFile(journal.toStdString());
+    if (qEnvironmentVariableIsEmpty("TOUPCAM_SIM_SCENE"))
+        install(PSimSceneReader::builtin());
+    else
+        loadFromEnvironment();
+}
+
+// A scene that cannot be read is no reason to fall back on cameras nobody asked for: there are
+// none.
+void PSimWorld::loadFromEnvironment() {
+    const QByteArray path = qgetenv("TOUPCAM_SIM_SCENE");
+    try {
+        install(PSimSceneReader::readFile(QFile::decodeName(path)));
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "simulated SDK: scene \"%s\": %s\n", path.constData(), error.what());
+        install(PSimScene());
+    }
+}
+
+void PSimWorld::install(const PSimScene& scene) {
+    const auto plan = std::make_shared<PSimPlan>(scene, *this);
+    Cameras cameras;
+    for (const PSimCameraSpec& spec : scene.cameras)
+        cameras.push_back(std::make_shared<PSimCamera>(
+            spec, PSimRandom::mix(scene.seed) + cameras.size(), plan->observer(spec.id)));
+    {
+        const std::lock_guard lock(m_mutex);
+        m_cameras = std::move(cameras);
+        m_plan = plan;
+    }
+    plan->start();
+}
+
+void PSimWorld::unplugAll(const std::function<void()>& afterEach) {
+    std::shared_ptr<PSimPlan> plan;
+    Cameras cameras;
+    {
+        const std::lock_guard lock(m_mutex);
+        plan = m_plan;
+        cameras = m_cameras;
+    }
+    plan->stop();
+    for (const std::shared_ptr<PSimCamera>& camera : cameras)
+        camera->unplug(afterEach);
+}
+
+void PSimWorld::load(const PSimScene& scene) {
+    const std::lock_guard loading(m_loading);
+    unplugAll([this] { m_hotPlug.notify(); });
+    m_faults.clear();
+    install(scene);
+    m_hotPlug.notify();
+}
+
+void PSimWorld::reset() {
+    const std::lock_guard loading(m_loading);
+    unplugAll([] {}); // a new beginning, not an event a client is told of
+    m_faults.clear();
+    m_journal.clear();
+    {
+        const std::lock_guard lock(m_mutex);
+        m_numbers.clear();
+    }
+    install(PSimSceneReader::builtin());
+}
+
+std::vector<ToupcamDeviceV2> PSimWorld::enumerate() const {
+    const std::lock_guard lock(m_mutex);
+    std::vector<ToupcamDeviceV2> result;
+    for (const std::shared_ptr<PSimCamera>& camera : m_cameras) {
+        if (camera->isPlugged())
+            result.push_back(camera->record());
+    }
+    return result;
+}
+
+std::shared_ptr<PSimCamera> PSimWorld::camera(const QByteArray& id) const {
+    const std::lock_guard lock(m_mutex);
+    const auto found = std::find_if(m_cameras.begin(), m_cameras.end(),
+                                    [&id](const auto& camera) { return camera->spec().id == id; });
+    return found == m_cameras.end() ? nullptr : *found;
+}
+
+HToupcam PSimWorld::open(const QByteArray& id) {
+    const std::shared_ptr<PSimCamera> wanted = camera(id);
+    const std::shared_ptr<PSimSession> session = wanted ? wanted->open() : nullptr;
+    if (!session)
+        return nullptr;
+    const std::lock_guard lock(m_mutex);
+    const HToupcam handle = &m_tokens.emplace_back();
+    m_open[handle] = {wanted, session};
+    m_numbers.emplace(handle, static_cast<unsigned>(m_numbers.size()) + 1);
+    return handle;
+}
+
+bool PSimWorld::close(HToupcam handle) {
+    Opened opened;
+    {
+        const std::lock_guard lock(m_mutex);
+        const auto found = m_open.find(handle);
+        if (found == m_open.end())
+            return false;
+        opened = found->second;
+        m_open.erase(found);
+    }
+    // Unlocked: waits for callbacks, which may call the SDK. The camera counts as open until then.
+    opened.session->stream().close();
+    opened.camera->closed(opened.session);
+    return true;
+}
+
+std::shared_ptr<PSimSession> PSimWorld::session(HToupcam handle) const {
+    const std::lock_guard lock(m_mutex);
+    const auto found = m_open.find(handle);
+    return found == m_open.end() ? nullptr : found->second.session;
+}
+
+std::string PSimWorld::nameOf(HToupcam handle) const {
+    if (!handle)
+        return "h0";
+    const std::lock_guard lock(m_mutex);
+    const auto found = m_numbers.find(handle);
+    return found == m_numbers.end() ? "h?" : "h" + std::to_string(found->second);
+}
+
+bool PSimWorld::unplug(const QByteArray& id) {
+    const std::shared_ptr<PSimCamera> found = camera(id);
+    return found && found->unplug([this] { m_hotPlug.notify(); });
+}
+
+bool PSimWorld::plug(const QByteArray& id) {
+    const std::shared_ptr<PSimCamera> found = camera(id);
+    if (!found || !found->plug())
+        return false;
+    m_hotPlug.notify();
+    return true;
+}
+
+bool PSimWorld::hold(const QByteArray& id, bool held) {
+    const std::shared_ptr<PSimCamera> found = camera(id);
+    if (found)
+        found->hold(held);
+    return found != nullptr;
+}
+
+bool PSimWorld::pushRaw(const QByteArray& id, const void* data, const BITMAPINFOHEADER* header,
+                        int isSnapshot) {
+    const std::shared_ptr<PSimCamera> found = camera(id);
+    return found && found->pushRaw(data, header, isSnapshot);
+}
+
+bool PSimWorld::fireEvent(const QByteArray& id, unsigned code) {
+    const std::shared_ptr<PSimCamera> found = camera(id);
+    return found && found->fireEvent(code);
+}
