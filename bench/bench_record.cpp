@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <apps/common/POmeStackWriter.h>
+#include <apps/common/ome/POmeStackWriter.h>
 
 #include <RatioReporter.h>
 

@@ -3,7 +3,7 @@
 
 #include "PCtlOutput.h"
 
-#include <apps/common/PTranslations.h>
+#include <apps/common/program/PTranslations.h>
 
 PCtlOutcome PCtlHost::start(const PCtlOptions& options) {
     const PCtlOutcome outcome = startSdk(options);

@@ -4,7 +4,7 @@
 #include "PCtlOptions.h"
 #include "PCtlOutcome.h"
 
-#include <apps/common/PCameraHost.h>
+#include <apps/common/camera/PCameraHost.h>
 
 /// The cameras of the program: SDK, plugins, devices. The main thread.
 class PCtlHost {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <apps/common/PTriggerControl.h>
+#include <apps/common/camera/PTriggerControl.h>
 
 #include <QString>
 #include <QStringList>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "PCtlOutput.h"
 
-#include <apps/common/PCameraIdentity.h>
+#include <apps/common/camera/PCameraIdentity.h>
 
 #include <QJsonDocument>
 

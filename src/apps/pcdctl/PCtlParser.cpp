@@ -3,11 +3,11 @@
 
 #include "PCtlSyntax.h"
 
-#include <apps/common/PDurationText.h>
-#include <apps/common/PNumberedFiles.h>
-#include <apps/common/POmeStackWriter.h>
-#include <apps/common/PPictureFile.h>
-#include <apps/common/PTranslations.h>
+#include <apps/common/ome/POmeStackWriter.h>
+#include <apps/common/picture/PPictureFile.h>
+#include <apps/common/program/PDurationText.h>
+#include <apps/common/program/PTranslations.h>
+#include <apps/common/record/PNumberedFiles.h>
 
 #include <QCoreApplication>
 #include <QFileInfo>

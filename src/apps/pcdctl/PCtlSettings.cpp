@@ -6,7 +6,7 @@
 #include "PPropertyJson.h"
 #include "PPropertyLookup.h"
 
-#include <apps/common/PCaptureMode.h>
+#include <apps/common/camera/PCaptureMode.h>
 
 #include <PCd/property/PDeviceProperty.h>
 #include <PCd/property/PPropertyCheck.h>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "PCtlSyntax.h"
 
-#include <apps/common/POmeStackWriter.h>
-#include <apps/common/PPictureFile.h>
+#include <apps/common/ome/POmeStackWriter.h>
+#include <apps/common/picture/PPictureFile.h>
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "PInterruptibleLoop.h"
 
-#include <apps/common/PEndSignals.h>
+#include <apps/common/program/PEndSignals.h>
 
 #include <QDeadlineTimer>
 

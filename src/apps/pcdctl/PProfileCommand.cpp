@@ -5,7 +5,7 @@
 #include "PCtlOutput.h"
 #include "PPropertyJson.h"
 
-#include <apps/common/PPictureFile.h>
+#include <apps/common/picture/PPictureFile.h>
 
 #include <PCd/profile/PDeviceProfileDiff.h>
 #include <PCd/profile/PDeviceProfileFile.h>

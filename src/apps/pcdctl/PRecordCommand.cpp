@@ -4,9 +4,9 @@
 #include "PCtlOutput.h"
 #include "PRecordRun.h"
 
-#include <apps/common/PNumberedFiles.h>
-#include <apps/common/POmeStackWriter.h>
-#include <apps/common/PPictureFile.h>
+#include <apps/common/ome/POmeStackWriter.h>
+#include <apps/common/picture/PPictureFile.h>
+#include <apps/common/record/PNumberedFiles.h>
 
 #include <QFileInfo>
 

@@ -3,7 +3,7 @@
 
 #include "PStreamReport.h"
 
-#include <apps/common/PRecordTally.h>
+#include <apps/common/record/PRecordTally.h>
 
 /// What there is to say about a recording that has ended.
 struct PRecordReport {

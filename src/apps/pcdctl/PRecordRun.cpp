@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "PRecordRun.h"
 
-#include <apps/common/POmeStackWriter.h>
-#include <apps/common/PSensorTemperature.h>
-#include <apps/common/PSeriesWriter.h>
+#include <apps/common/camera/PSensorTemperature.h>
+#include <apps/common/ome/POmeStackWriter.h>
+#include <apps/common/record/PSeriesWriter.h>
 
 #include <QFileInfo>
 

@@ -6,8 +6,8 @@
 #include "PRecordReport.h"
 #include "PStatusLine.h"
 
-#include <apps/common/PExposureWatch.h>
-#include <apps/common/PFrameRecorder.h>
+#include <apps/common/camera/PExposureWatch.h>
+#include <apps/common/record/PFrameRecorder.h>
 
 /// One recording from its start to its report. The main thread.
 class PRecordRun {

@@ -4,7 +4,7 @@
 #include "PCtlHost.h"
 #include "PCtlOutput.h"
 
-#include <apps/common/PPictureFile.h>
+#include <apps/common/picture/PPictureFile.h>
 
 #include <PCd/frame/PFrameStamp.h>
 

@@ -4,7 +4,7 @@
 #include "PCtlOutput.h"
 #include "PStreamRun.h"
 
-#include <apps/common/PPictureFile.h>
+#include <apps/common/picture/PPictureFile.h>
 
 namespace {
 

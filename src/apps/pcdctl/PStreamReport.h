@@ -3,7 +3,7 @@
 
 #include "PStreamTally.h"
 
-#include <apps/common/PCameraIdentity.h>
+#include <apps/common/camera/PCameraIdentity.h>
 
 #include <PCd/frame/PDeviceMode.h>
 #include <PCd/frame/PFrameLedger.h>

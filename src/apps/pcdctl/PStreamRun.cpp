@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "PStreamRun.h"
 
-#include <apps/common/PPictureFile.h>
+#include <apps/common/picture/PPictureFile.h>
 
 #include <PCd/frame/PFrameStamp.h>
 

@@ -7,7 +7,7 @@
 #include "PStreamReport.h"
 #include "PStreamTally.h"
 
-#include <apps/common/PFrameSaver.h>
+#include <apps/common/record/PFrameSaver.h>
 
 /// One live stream, free-running or triggered, from its start to its report. The main thread.
 class PStreamRun {

@@ -4,7 +4,7 @@
 #include "PCtlOutput.h"
 #include "PCtlParser.h"
 
-#include <apps/common/PEndSignals.h>
+#include <apps/common/program/PEndSignals.h>
 
 #include <PLog/PLog.h>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <apps/pcdview/PViewOptions.h>
 
-#include <apps/common/PPictureFile.h>
-#include <apps/common/PTranslations.h>
+#include <apps/common/picture/PPictureFile.h>
+#include <apps/common/program/PTranslations.h>
 #include <apps/pcdview/window/PTheme.h>
 
 #include <QCommandLineParser>

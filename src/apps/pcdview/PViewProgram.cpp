@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <apps/pcdview/PViewProgram.h>
 
-#include <apps/common/PEndSignals.h>
-#include <apps/common/PPictureFile.h>
-#include <apps/common/PTranslations.h>
+#include <apps/common/picture/PPictureFile.h>
+#include <apps/common/program/PEndSignals.h>
+#include <apps/common/program/PTranslations.h>
 #include <apps/pcdview/PViewLog.h>
 #include <apps/pcdview/window/PCameraDesk.h>
 #include <apps/pcdview/window/PMainWindow.h>

@@ -3,7 +3,7 @@
 
 #include <apps/pcdview/PViewOptions.h>
 
-#include <apps/common/PCameraHost.h>
+#include <apps/common/camera/PCameraHost.h>
 
 #include <PLog/PLogSink.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <apps/common/PEndSignals.h>
+#include <apps/common/program/PEndSignals.h>
 #include <apps/pcdview/PViewProgram.h>
 
 #include <QApplication>

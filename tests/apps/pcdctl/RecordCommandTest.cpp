@@ -3,8 +3,8 @@
 #include "CtlProcess.h"
 #include "CtlScene.h"
 
-#include <apps/common/OmeXml.h>
-#include <apps/common/TiffReadBack.h>
+#include <apps/common/reading/OmeXml.h>
+#include <apps/common/reading/TiffReadBack.h>
 
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>

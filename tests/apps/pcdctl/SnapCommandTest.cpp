@@ -3,7 +3,7 @@
 #include "CtlProcess.h"
 #include "CtlScene.h"
 
-#include <apps/common/ExifTool.h>
+#include <apps/common/reading/ExifTool.h>
 
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>

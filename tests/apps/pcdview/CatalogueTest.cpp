@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <apps/common/PPictureFile.h>
+#include <apps/common/picture/PPictureFile.h>
 
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>

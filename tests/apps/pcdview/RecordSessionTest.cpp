@@ -8,8 +8,8 @@
 #include <apps/pcdview/window/PCameraPage.h>
 #include <apps/pcdview/window/PMainWindow.h>
 
-#include <apps/common/OmeXml.h>
-#include <apps/common/TiffReadBack.h>
+#include <apps/common/reading/OmeXml.h>
+#include <apps/common/reading/TiffReadBack.h>
 #include <support/QtPrinters.h>
 
 #include <QAction>

@@ -2,7 +2,7 @@
 // Triggered runs in the viewer as a user does them, on a simulated camera.
 #include "ViewSession.h"
 
-#include <apps/common/PCaptureMode.h>
+#include <apps/common/camera/PCaptureMode.h>
 #include <apps/pcdview/camera/PViewCamera.h>
 #include <apps/pcdview/window/PCameraDesk.h>
 #include <apps/pcdview/window/PCameraPage.h>

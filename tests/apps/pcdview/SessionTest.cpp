@@ -2,7 +2,7 @@
 // The viewer as a user has it: its window, its keys, its mouse, on simulated cameras.
 #include "ViewSession.h"
 
-#include <apps/common/ExifTool.h>
+#include <apps/common/reading/ExifTool.h>
 
 #include <apps/pcdview/camera/PViewCamera.h>
 #include <apps/pcdview/view/PImageView.h>

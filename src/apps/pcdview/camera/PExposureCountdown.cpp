@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <apps/pcdview/camera/PExposureCountdown.h>
 
-#include <apps/common/PCaptureMode.h>
+#include <apps/common/camera/PCaptureMode.h>
 
 #include <apps/pcdview/camera/PPropertyValue.h>
 

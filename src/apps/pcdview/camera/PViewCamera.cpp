@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <apps/pcdview/camera/PViewCamera.h>
 
-#include <apps/common/PCaptureMode.h>
+#include <apps/common/camera/PCaptureMode.h>
 
 #include <PCd/device/PDevice.h>
 #include <PCd/frame/PCdDipUtils.h>

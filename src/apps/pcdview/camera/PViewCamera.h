@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <apps/common/PCameraIdentity.h>
-#include <apps/common/PExposureWatch.h>
-#include <apps/common/PSettingNames.h>
+#include <apps/common/camera/PCameraIdentity.h>
+#include <apps/common/camera/PExposureWatch.h>
+#include <apps/common/camera/PSettingNames.h>
 #include <apps/pcdview/camera/PExposureCountdown.h>
 #include <apps/pcdview/camera/PSettingsMemory.h>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <apps/common/PFrameWriteQueue.h>
-#include <apps/common/PPictureFile.h>
+#include <apps/common/picture/PPictureFile.h>
+#include <apps/common/record/PFrameWriteQueue.h>
 
 #include <PCd/frame/PDeviceFrame.h>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <apps/common/PRecordSchedule.h>
+#include <apps/common/record/PRecordSchedule.h>
 
 #include <QString>
 

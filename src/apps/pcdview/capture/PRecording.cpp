@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include <apps/pcdview/capture/PRecording.h>
 
-#include <apps/common/POmeStackWriter.h>
-#include <apps/common/PPictureFile.h>
-#include <apps/common/PSensorTemperature.h>
-#include <apps/common/PSeriesWriter.h>
+#include <apps/common/camera/PSensorTemperature.h>
+#include <apps/common/ome/POmeStackWriter.h>
+#include <apps/common/picture/PPictureFile.h>
+#include <apps/common/record/PSeriesWriter.h>
 #include <apps/pcdview/PViewLog.h>
 #include <apps/pcdview/camera/PViewCamera.h>
 #include <apps/pcdview/capture/PCaptureFolder.h>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <apps/common/PFrameRecorder.h>
+#include <apps/common/record/PFrameRecorder.h>
 #include <apps/pcdview/camera/PViewCamera.h>
 #include <apps/pcdview/capture/PRecordSettings.h>
 

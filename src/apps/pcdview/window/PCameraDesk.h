@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <apps/common/PCameraHost.h>
+#include <apps/common/camera/PCameraHost.h>
 #include <apps/pcdview/window/PCameraListPanel.h>
 
 #include <QStackedWidget>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <apps/common/PCameraIdentity.h>
+#include <apps/common/camera/PCameraIdentity.h>
 
 #include <QWidget>
 

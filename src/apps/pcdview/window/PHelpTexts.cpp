@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <apps/pcdview/window/PHelpTexts.h>
 
-#include <apps/common/PCameraSdk.h>
+#include <apps/common/camera/PCameraSdk.h>
 
 #include <QAction>
 

@@ -2,7 +2,7 @@
 // What the actions of the main window do, and where they stand.
 #include <apps/pcdview/window/PMainWindow.h>
 
-#include <apps/common/PCameraHost.h>
+#include <apps/common/camera/PCameraHost.h>
 #include <apps/pcdview/PViewOptions.h>
 #include <apps/pcdview/camera/PViewCamera.h>
 #include <apps/pcdview/capture/PCaptureFolder.h>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <apps/pcdview/window/PStatusFields.h>
 
-#include <apps/common/PSensorTemperature.h>
+#include <apps/common/camera/PSensorTemperature.h>
 #include <apps/pcdview/camera/PExposureText.h>
 #include <apps/pcdview/camera/PViewCamera.h>
 #include <apps/pcdview/view/PImageView.h>

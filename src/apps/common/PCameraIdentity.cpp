@@ -1,9 +1,0 @@
-// SPDX-License-Identifier: MIT
-#include <apps/common/PCameraIdentity.h>
-
-#include <PCd/device/PDevice.h>
-
-PCameraIdentity PCameraIdentity::of(const PDevice* device, bool simulatedSdk) {
-    return {QString::fromUtf8(device->deviceId(false)), device->model(), device->serial(),
-            simulatedSdk || !device->isRealDevice()};
-}

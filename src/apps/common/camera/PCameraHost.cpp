@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#include <apps/common/camera/PCameraHost.h>
+
+#include <PCd/device/PDevice.h>
+#include <PCd/device/PDeviceRegister.h>
+
+#include <utility>
+
+PStatus PCameraHost::loadScene(const QString& file) {
+    if (m_sdk.isSimulated())
+        return m_sdk.loadScene(file);
+    return PStatus::failure(
+        u"--scene needs simulated cameras, but \"%1\" is no simulated SDK: expected --sdk sim"_qs
+            .arg(m_sdk.path()));
+}
+
+PStatus PCameraHost::loadPlugins(const QStringList& paths) {
+    PPluginLoader loader;
+    for (const QString& path : paths)
+        loader.addSearchPath(path);
+    m_found = loader.load();
+    m_failures = loader.failures();
+    if (m_found.isEmpty()) {
+        return PStatus::failure(
+            u"no camera plugin found; looked in %1"_qs.arg(loader.searchPaths().join(u", "_qs)));
+    }
+    return PStatus::Ok;
+}
+
+void PCameraHost::findCameras() {
+    for (PDeviceRegister* deviceRegister : std::exchange(m_found, {}))
+        m_manager.addRegister(deviceRegister);
+}
+
+PCameraIdentity PCameraHost::identityOf(const PDevice* device) const {
+    return PCameraIdentity::of(device, m_sdk.isSimulated());
+}

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <apps/common/camera/PCameraIdentity.h>
+#include <apps/common/camera/PCameraSdk.h>
+
+#include <PCd/device/PDeviceManager.h>
+#include <PCd/plugin/PPluginLoader.h>
+
+class PDeviceRegister;
+
+/// The cameras of a program: SDK, plugins, devices, brought up in this order. The main thread.
+class PCameraHost {
+public:
+    /// See PCameraSdk::load().
+    PStatus loadSdk(const QString& choice) { return m_sdk.load(choice); }
+    /// Has simulated cameras come from a scene file. Fails with what is wrong with it, or if the
+    /// SDK is not simulated.
+    PStatus loadScene(const QString& file);
+    /// Loads the plugins of these folders and of the usual ones. Fails if there is none; what is
+    /// wrong with single ones is in pluginFailures().
+    PStatus loadPlugins(const QStringList& paths);
+    const QList<PPluginLoader::Failure>& pluginFailures() const { return m_failures; }
+    /// Finds the cameras of the plugins, and follows them from now on.
+    void findCameras();
+
+    const PCameraSdk& sdk() const { return m_sdk; }
+    PDeviceManager& manager() { return m_manager; }
+    const PDeviceManager& manager() const { return m_manager; }
+    PCameraIdentity identityOf(const PDevice* device) const;
+
+private:
+    PCameraSdk m_sdk;
+    QList<PPluginLoader::Failure> m_failures;
+    QList<PDeviceRegister*> m_found; ///< until the manager owns them
+    PDeviceManager m_manager;
+};

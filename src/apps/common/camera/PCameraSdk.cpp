@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: MIT
+#include <apps/common/camera/PCameraSdk.h>
+
+#include <apps/common/camera/PSceneFile.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <dlfcn.h>
+
+namespace {
+
+const char* const libraryVariable = "TOUPCAM_LIBRARY"; // where plugins look for the library
+const char* const systemLibrary = "libtoupcam.so";
+const char* const simulatorMark = "ToupcamSim_version"; // only a simulated SDK exports it
+const char* const makersVersion = "Toupcam_Version";    // not every library has it
+
+QString simulatorPath() {
+    const QDir programs(QCoreApplication::applicationDirPath());
+    return QDir::cleanPath(programs.filePath(u"../lib/sim/libtoupcam.so"_qs));
+}
+
+/// The file that the loader has really taken for a name.
+QString fileOf(void* symbol) {
+    Dl_info info{};
+    return dladdr(symbol, &info) == 0 ? QString() : QFile::decodeName(info.dli_fname);
+}
+
+/// What a function without arguments answers; empty if there is no such function, or no answer.
+QString textOf(void* library, const char* function) {
+    void* const symbol = dlsym(library, function);
+    return symbol == nullptr ? QString()
+                             : QString::fromUtf8(reinterpret_cast<const char* (*)()>(symbol)());
+}
+
+PStatus sdkFailure(const QString& asked, const QString& reason) {
+    return PStatus::failure(u"cannot use \"%1\" as the camera SDK: %2"_qs.arg(asked, reason));
+}
+
+} // namespace
+
+PStatus PCameraSdk::load(const QString& choice) {
+    if (choice == u"auto"_qs)
+        return loadAutomatic();
+    return open(choice == u"sim"_qs ? simulatorPath() : QFileInfo(choice).absoluteFilePath());
+}
+
+PStatus PCameraSdk::loadAutomatic() {
+    const QString named = qEnvironmentVariable(libraryVariable);
+    if (!named.isEmpty())
+        return open(named);
+    m_library = dlopen(systemLibrary, RTLD_NOW | RTLD_LOCAL);
+    if (m_library != nullptr)
+        return inspect(QString::fromLatin1(systemLibrary));
+    m_fallback = true;
+    return open(simulatorPath());
+}
+
+PStatus PCameraSdk::open(const QString& path) {
+    m_library = dlopen(QFile::encodeName(path).constData(), RTLD_NOW | RTLD_LOCAL);
+    if (m_library == nullptr)
+        return sdkFailure(path, QString::fromLocal8Bit(dlerror()));
+    return inspect(path);
+}
+
+PStatus PCameraSdk::inspect(const QString& asked) {
+    void* const enumerate = dlsym(m_library, "Toupcam_EnumV2");
+    if (enumerate == nullptr)
+        return sdkFailure(asked, u"it has no function Toupcam_EnumV2"_qs);
+    m_path = fileOf(enumerate);
+    m_simulated = dlsym(m_library, simulatorMark) != nullptr;
+    m_version = textOf(m_library, m_simulated ? simulatorMark : makersVersion);
+    // The path, not the name: the plugin gets this very library, whatever it is called.
+    qputenv(libraryVariable, QFile::encodeName(m_path));
+    return PStatus::Ok;
+}
+
+PStatus PCameraSdk::loadScene(const QString& file) {
+    const PSceneFile scene(file);
+    if (!scene.status().isOk())
+        return scene.status();
+    using LoadScene = const char* (*)(const char*);
+    const auto load = reinterpret_cast<LoadScene>(dlsym(m_library, "ToupcamSim_loadScene"));
+    if (load == nullptr)
+        return PStatus::failure(u"the simulated SDK \"%1\" takes no scenes"_qs.arg(m_path));
+    if (const char* const complaint = load(scene.text().constData()))
+        return PStatus::failure(u"scene \"%1\": %2"_qs.arg(file, QString::fromUtf8(complaint)));
+    return PStatus::Ok;
+}

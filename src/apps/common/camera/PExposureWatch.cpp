@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: MIT
+#include <apps/common/camera/PExposureWatch.h>
+
+#include <apps/common/camera/PCaptureMode.h>
+
+#include <PCd/device/PDevice.h>
+#include <PCd/property/PDeviceProperty.h>
+#include <PCd/property/value/PGadgetFields.h>
+
+#include <QScopedValueRollback>
+
+#include <cmath>
+#include <utility>
+
+namespace {
+
+// Automatic exposure before time and gain, which a camera only keeps while it is off.
+enum Setting : std::size_t { Automatic, Time, Gain, Target };
+
+constexpr std::array<const char*, 4> ids{"autoexponeable", "autoexpottime", "autoexpogain",
+                                         "autoexpotarget"};
+
+constexpr int readingsToSettle = 3;
+constexpr quint64 framesToSettle = 3;    // automatic exposure moves with the frames
+constexpr double panelsRoundBy = 0.0051; // milliseconds: panels show hundredths
+
+bool isAutomatic(const QVariant& record) {
+    return PGadgetFields::read(record, u"autoexpenabled"_qs).toBool();
+}
+
+bool hasSameExposure(const QVariant& a, const QVariant& b) {
+    const auto time = [](const QVariant& record) {
+        return PGadgetFields::read(record, u"exp"_qs).toDouble();
+    };
+    return std::abs(time(a) - time(b)) < panelsRoundBy &&
+           PGadgetFields::read(a, u"gain"_qs) == PGadgetFields::read(b, u"gain"_qs);
+}
+
+} // namespace
+
+PExposureWatch::PExposureWatch(PDevice* device, std::chrono::milliseconds interval)
+    : m_device(device) {
+    if (const PDeviceProperty* const property = record())
+        connect(property, &PDeviceProperty::valueChanged, this, &PExposureWatch::takeRecord);
+    if (const PDeviceProperty* const property = device->getProperty(ids[Automatic])) {
+        // The camera holds its exposure then, and what the user sets afterwards must stay.
+        connect(property, &PDeviceProperty::valueChanged, this, [this](const QVariant& on) {
+            if (!on.toBool())
+                m_found.reset();
+        });
+    }
+    connect(&m_timer, &QTimer::timeout, this, &PExposureWatch::look);
+    m_timer.start(interval);
+    look();
+}
+
+PDeviceProperty* PExposureWatch::record() const {
+    return m_device->getProperty(PCaptureMode::propertyId);
+}
+
+PExposureWatch::Reading PExposureWatch::read() const {
+    Reading reading;
+    for (std::size_t i = 0; i < ids.size(); ++i) {
+        if (PDeviceProperty* const property = m_device->getProperty(ids[i])) {
+            property->updateValueFromDevice();
+            reading[i] = property->valueInner();
+        }
+    }
+    return reading;
+}
+
+void PExposureWatch::look() {
+    if (m_device.isNull() || m_device->isGone())
+        return;
+    // A new panel reads the composite value without emitting.
+    if (const PDeviceProperty* const property = record();
+        property != nullptr && property->valueInner() != m_record)
+        m_record = m_shown = property->valueInner();
+    const Reading now = read();
+    // No exposure takes 0: this is a failed read, as of a camera whose cable was just pulled.
+    if (now[Time].isValid() && now[Time].toDouble() <= 0)
+        return;
+    m_found = now[Automatic].toBool() ? std::optional(now) : std::nullopt;
+    if (std::exchange(m_last, now) != now)
+        return beginToSettle();
+    ++m_unchanged;
+    if (m_isSettling && hasSettled()) {
+        m_isSettling = false;
+        refreshRecord(now);
+    }
+}
+
+void PExposureWatch::takeRecord(const QVariant& value) {
+    if (m_isRefreshing)
+        return;
+    const bool isHeld = m_found && isOnlySwitchedOff(value);
+    m_record = m_shown = value;
+    beginToSettle();
+    if (isHeld)
+        hold(*std::exchange(m_found, std::nullopt));
+}
+
+void PExposureWatch::hold(const Reading& found) {
+    Reading wanted = read();
+    wanted[Time] = found[Time];
+    wanted[Gain] = found[Gain];
+    putBack(wanted);
+    refreshRecord(wanted);
+}
+
+/// A panel sends its whole record with each change, so everything else is as it was.
+bool PExposureWatch::isOnlySwitchedOff(const QVariant& value) const {
+    return isAutomatic(m_record) && !isAutomatic(value) && !PCaptureMode::isTriggered(*m_device) &&
+           (hasSameExposure(m_record, value) || hasSameExposure(m_shown, value));
+}
+
+void PExposureWatch::beginToSettle() {
+    m_isSettling = true;
+    m_unchanged = 0;
+    m_framesAtChange = m_device->frameLedger().produced;
+}
+
+bool PExposureWatch::hasSettled() const {
+    if (m_unchanged < readingsToSettle || PCaptureMode::isTriggered(*m_device))
+        return false;
+    const bool mayMove = m_last[Automatic].toBool() && m_device->isStreaming();
+    return !mayMove || m_device->frameLedger().produced >= m_framesAtChange + framesToSettle;
+}
+
+/// The camera ends up with the wanted settings, which it has already. Nothing is sent unless a
+/// panel answers: between two readings automatic exposure may have moved.
+void PExposureWatch::refreshRecord(const Reading& wanted) {
+    PDeviceProperty* const property = record();
+    if (property == nullptr)
+        return;
+    const QScopedValueRollback<bool> inside(m_isRefreshing, true);
+    bool isAnswered = false;
+    const auto answers = connect(property, &PDeviceProperty::valueAboutToBeSent, this,
+                                 [&isAnswered] { isAnswered = true; });
+    property->updateValueFromDevice();
+    disconnect(answers);
+    m_shown = property->valueInner();
+    // A panel writes back what it now shows, which may be rounded or clamped. Its controls do not
+    // change a second time, so then it writes nothing.
+    if (isAnswered) {
+        putBack(wanted);
+        property->updateValueFromDevice();
+    }
+    m_record = property->valueInner();
+}
+
+/// Sets each setting in which the camera differs; not those that automatic exposure chooses.
+void PExposureWatch::putBack(const Reading& wanted) {
+    const bool isAutomatic = wanted[Automatic].toBool();
+    const Reading now = read();
+    for (std::size_t i = 0; i < ids.size(); ++i) {
+        const bool isChosen = isAutomatic && (i == Time || i == Gain);
+        if (!isChosen && now[i] != wanted[i])
+            m_device->getProperty(ids[i])->setValue(wanted[i]);
+    }
+}

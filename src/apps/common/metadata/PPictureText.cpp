@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#include <apps/common/metadata/PPictureText.h>
+
+#include <apps/common/camera/PFrameExposure.h>
+#include <apps/common/camera/PSettingNames.h>
+#include <apps/common/metadata/PSettingTexts.h>
+#include <apps/common/program/PProgramName.h>
+
+#include <PCd/frame/PFrameStamp.h>
+
+namespace {
+
+QString modeText(const PDeviceMode& mode) {
+    return u"%1, id %2, %3 bits a pixel"_qs.arg(mode.name, QString::fromLatin1(mode.id))
+        .arg(mode.bitDepth);
+}
+
+void appendStamp(PPictureText& text, const PFrameStamp& stamp) {
+    // Each is counted apart, so the numbers must not be taken for one another.
+    text.append({stamp.still ? u"Still picture"_qs : u"Frame"_qs, QString::number(stamp.sequence)});
+    text.append({u"Time"_qs, stamp.arrivedUtc.toString(Qt::ISODateWithMs)});
+    text.append({u"Mode"_qs, modeText(stamp.settings->mode)});
+    const QString exposure = PFrameExposure::of(*stamp.settings, {}).timeText();
+    if (!exposure.isEmpty())
+        text.append({u"Exposure"_qs, exposure});
+    text += PSettingTexts::of(*stamp.settings);
+}
+
+} // namespace
+
+PPictureText pictureTextOf(const PCameraIdentity& camera, const PFrameStamp* stamp) {
+    PPictureText text{
+        {u"Software"_qs, PProgramName::withVersion()},
+        {u"Camera"_qs, camera.id},
+        {u"Model"_qs, camera.model},
+        {u"Serial"_qs, camera.serial},
+        {u"Simulated"_qs, camera.simulated ? u"yes"_qs : u"no"_qs},
+    };
+    if (stamp != nullptr)
+        appendStamp(text, *stamp);
+    return text;
+}

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <apps/common/camera/PFrameExposure.h>
+#include <apps/common/metadata/PPictureText.h>
+
+#include <QByteArray>
+#include <QDateTime>
+#include <QString>
+
+#include <optional>
+#include <vector>
+
+/// What is said about one picture of a stack.
+struct POmePlane {
+    double seconds = 0; ///< since the first picture
+    std::optional<double> exposureMs;
+};
+
+/// What the OME-XML of a stack says (schema 2016-06, www.openmicroscopy.org/Schemas). All pictures
+/// are of one camera and one size. A value.
+struct POmeDocument {
+    QString creator; ///< the program
+    QString name;    ///< of the recording
+    PCameraIdentity camera;
+    int width = 0;   ///< pixels
+    int height = 0;  ///< pixels
+    int samples = 1; ///< 1: grey, 3: red, green, blue; 8 bits each
+    QDateTime taken; ///< the first picture
+    PFrameExposure exposure;
+    std::optional<double> pixelSizeUm;       ///< on the specimen, of a pixel as saved
+    std::optional<double> sensorTemperature; ///< degrees Celsius
+    PPictureText notes;                      ///< what the schema has no field for
+    std::vector<POmePlane> planes;
+
+    /// The whole document, as UTF-8.
+    QByteArray toXml() const;
+
+    /// A document for a recording whose length nobody knows yet: it says that all pictures of the
+    /// file belong to the stack, and describes the first one. The number of pictures is at
+    /// `countPosition` with CountDigits digits, to be written over.
+    struct Unfinished {
+        QByteArray xml;
+        qsizetype countPosition = 0;
+    };
+    Unfinished toUnfinishedXml() const;
+    static constexpr int CountDigits = 10;
+    /// A number of pictures, padded with zeros to CountDigits.
+    static QByteArray countText(std::size_t count);
+};

@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QCoreApplication>
+
+#include <apps/common/camera/PSettingNames.h>
+#include <apps/common/ome/POmeNotes.h>
+#include <apps/common/record/PFrameWriter.h>
+#include <apps/common/tiff/PTiffStack.h>
+
+/// Writes a recording as one OME-TIFF file, uncompressed. The file is made with the first frame,
+/// under its own name, and never in the place of another. From then on it is at every moment a
+/// valid OME-TIFF of the frames written so far, also when the program is killed; finish() adds the
+/// times of all frames and the accounts.
+class POmeStackWriter : public PFrameWriter {
+    Q_DECLARE_TR_FUNCTIONS(POmeStackWriter)
+
+public:
+    /// What one file may hold: libtiff, with which most programs read, takes no more directories.
+    static constexpr quint64 MostFrames = 1'048'576;
+
+    struct Options {
+        QString path;
+        PCameraIdentity camera;
+        PSettingNames names;
+        std::optional<quint64> frames;           ///< how many will come at most
+        std::optional<double> pixelSizeUm;       ///< on the specimen, of a pixel as saved
+        std::optional<double> sensorTemperature; ///< degrees Celsius
+        quint64 mostFrames = MostFrames;         ///< the next one fails
+    };
+
+    explicit POmeStackWriter(const Options& options);
+
+    /// The endings of file names that mean a stack: ".ome.tif" …
+    static QStringList endings();
+    static bool isName(const QString& path);
+
+    int threads() const override { return 1; }
+    /// All frames must be of one size and kind.
+    PStatus write(const PDeviceFrame& frame, quint64 number) override;
+    PStatus finish(const PRecordEnd& end) override;
+
+private:
+    PStatus begin(const PDeviceFrame& frame, const QImage& picture);
+    PStatus append(const PDeviceFrame& frame, const QImage& picture);
+    PStatus failure(const QString& reason) const;
+    bool fitsInto(const QImage& picture) const;
+    POmePlane planeOf(const PFrameStamp& stamp) const;
+
+    const Options m_options;
+    PTiffStack m_stack;
+    POmeDocument m_document;
+    POmeNotes m_notes;
+    qsizetype m_countPosition = 0; ///< in the unfinished document
+    std::chrono::steady_clock::time_point m_start;
+};

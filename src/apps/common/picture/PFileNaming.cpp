@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+#include <apps/common/picture/PFileNaming.h>
+
+#include <QFile>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+
+namespace {
+
+int reason(int result) {
+    return result == 0 ? 0 : errno;
+}
+
+/// Does a file system say so of a step it does not have? FAT says EPERM of links (link(2)), NFS and
+/// FUSE say EINVAL of renameat2's flags (rename(2)).
+bool isUnsupported(int error) {
+    return error == EINVAL || error == ENOSYS || error == EOPNOTSUPP || error == EPERM;
+}
+
+} // namespace
+
+int PFileNaming::byRename(const QByteArray& from, const QByteArray& to) {
+    return reason(
+        renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE));
+}
+
+int PFileNaming::byLink(const QByteArray& from, const QByteArray& to) {
+    if (link(from.constData(), to.constData()) != 0)
+        return errno;
+    unlink(from.constData()); // if it stays, the file has two names, and still the right one
+    return 0;
+}
+
+int PFileNaming::byPlaceholder(const QByteArray& from, const QByteArray& to) {
+    const int placeholder = open(to.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+    if (placeholder < 0)
+        return errno;
+    close(placeholder);
+    const int failed = reason(rename(from.constData(), to.constData()));
+    if (failed != 0)
+        unlink(to.constData());
+    return failed;
+}
+
+int PFileNaming::name(const QString& from, const QString& to, const std::vector<Step>& steps) {
+    int error = ENOSYS;
+    for (const Step step : steps) {
+        error = step(QFile::encodeName(from), QFile::encodeName(to));
+        if (!isUnsupported(error))
+            break;
+    }
+    return error;
+}

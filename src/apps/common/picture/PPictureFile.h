@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <apps/common/metadata/PPictureNotes.h>
+
+#include <PCore/PStatus.h>
+
+#include <QCoreApplication>
+#include <QImage>
+#include <QStringList>
+
+/// Writes pictures to files, so that a file is there whole or not at all. Any thread.
+class PPictureFile {
+    Q_DECLARE_TR_FUNCTIONS(PPictureFile)
+
+public:
+    enum class Existing {
+        Replace, ///< an older file of this name is replaced, in one step
+        Keep,    ///< an older file of this name is left alone, and saving fails
+    };
+    enum class Effort {
+        Small, ///< the smaller file
+        Fast,  ///< the shorter time
+    };
+
+    /// The endings of file names that say the format: ".png" …
+    static QStringList endings();
+    /// Fails, naming the file and what was expected, if the name ends otherwise.
+    static PStatus checkName(const QString& path);
+    /// Makes the folder of a file, if need be. Fails with the reason if there can be no such file.
+    static PStatus prepareFolder(const QString& path);
+
+    /// Saves the picture with its notes in the format of its ending: TIFF with its tags and an EXIF
+    /// directory, PNG with text fields, pHYs where the size of a pixel is known, and eXIf. Fails
+    /// with the file and the reason.
+    static PStatus save(const QString& path, const QImage& image, const PPictureNotes& notes,
+                        Existing existing, Effort effort);
+};

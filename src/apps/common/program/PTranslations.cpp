@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#include <apps/common/program/PTranslations.h>
+
+#include <QCoreApplication>
+#include <QDirIterator>
+#include <QLocale>
+#include <QTranslator>
+
+#include <memory>
+
+namespace {
+
+/// "ru" of "ru_RU".
+QString languageOf(const QString& locale) {
+    return locale.section(QLatin1Char('_'), 0, 0).section(QLatin1Char('-'), 0, 0).toLower();
+}
+
+bool installFile(const QString& path, const QString& language) {
+    auto translator = std::make_unique<QTranslator>();
+    // What a catalogue is called is its owner's affair; the language stands inside.
+    if (!translator->load(path) || languageOf(translator->language()) != languageOf(language))
+        return false;
+    translator->setParent(QCoreApplication::instance());
+    return QCoreApplication::installTranslator(translator.release());
+}
+
+} // namespace
+
+bool PTranslations::isKnown(const QString& language) {
+    return QStringList{u"en"_qs, u"ru"_qs}.contains(languageOf(language));
+}
+
+QString PTranslations::language(const QString& wanted) {
+    if (!wanted.isEmpty())
+        return wanted;
+    const QString fromEnvironment = qEnvironmentVariable("PCD_LANG");
+    return fromEnvironment.isEmpty() ? QLocale::system().name() : fromEnvironment;
+}
+
+int PTranslations::install(const QString& language) {
+    int installed = 0;
+    QDirIterator catalogues(u":/"_qs, {u"*.qm"_qs}, QDir::Files, QDirIterator::Subdirectories);
+    while (catalogues.hasNext())
+        installed += installFile(catalogues.next(), language) ? 1 : 0;
+    return installed;
+}

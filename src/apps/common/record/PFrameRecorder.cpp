@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: MIT
+#include <apps/common/record/PFrameRecorder.h>
+
+#include <exception>
+#include <utility>
+
+namespace {
+
+constexpr char tooSlowWords[] = QT_TRANSLATE_NOOP(
+    "PFrameRecorder", "the disk is slower than the camera: %1 MB wait to be written");
+constexpr std::chrono::hours asLongAsItTakes(24 * 365);
+
+PFrameRecorder::Clock::time_point arrivalOf(const PDeviceFrame& frame) {
+    return frame.stamp ? frame.stamp->arrived : PFrameRecorder::Clock::now();
+}
+
+} // namespace
+
+PFrameRecorder::PFrameRecorder(std::unique_ptr<PFrameWriter> writer,
+                               const PRecordSchedule::Plan& plan,
+                               std::shared_ptr<PWriteMemory> memory)
+    : m_writer(std::move(writer))
+    , m_memory(std::move(memory))
+    , m_schedule(plan)
+    , m_queue([this](const PDeviceFrame& frame,
+                     quint64 number) { return m_writer->write(frame, number); },
+              m_writer->threads(), m_memory) {
+}
+
+PFrameRecorder::~PFrameRecorder() {
+    end(std::nullopt, QString());
+    m_finisher.join();
+}
+
+bool PFrameRecorder::takeFrame(const PDeviceFrame& frame, Kind kind) {
+    if (kind != Kind::Live)
+        return true;
+    // In one go: a frame between the schedule and the queue would be forgotten by an end() now.
+    const std::lock_guard lock(m_mutex);
+    const bool isOpen = !m_isEnding && !m_isDiskTooSlow && m_queue.state().error.isEmpty();
+    if (!isOpen || !m_schedule.claim(arrivalOf(frame)) || m_queue.push(frame))
+        return true;
+    // One missing frame is enough: a recording with holes in it is not what was asked for.
+    m_isDiskTooSlow = true;
+    return false;
+}
+
+/// The reason in the words given.
+QString PFrameRecorder::tooSlow(const QString& words) const {
+    return words.arg(double(m_memory->limit()) / 1e6, 0, 'f', 1);
+}
+
+void PFrameRecorder::end(const std::optional<PFrameLedger>& ledger, const QString& trouble) {
+    const std::lock_guard lock(m_mutex);
+    if (std::exchange(m_isEnding, true))
+        return;
+    m_ledger = ledger;
+    m_finisher = std::thread([this, trouble] { finish(trouble); });
+}
+
+/// The body of the thread that completes the files.
+void PFrameRecorder::finish(const QString& trouble) {
+    m_queue.waitUntilIdle(asLongAsItTakes);
+    const Progress atEnd = progress();
+    PRecordEnd end{atEnd.tally, std::nullopt, atEnd.error.isEmpty() ? trouble : atEnd.error};
+    {
+        const std::lock_guard lock(m_mutex);
+        end.ledger = m_ledger;
+        // Others read the file than its user: there, the words that are this one's are English.
+        if (m_queue.state().error.isEmpty() && m_isDiskTooSlow)
+            end.trouble = tooSlow(QString::fromLatin1(tooSlowWords));
+    }
+    QString error;
+    try {
+        error = m_writer->finish(end).reason();
+    } catch (const std::exception& failure) {
+        error = QString::fromLocal8Bit(failure.what());
+    }
+    const std::lock_guard lock(m_mutex);
+    m_finishError = error;
+    m_isFinished = true;
+    m_finished.notify_all();
+}
+
+bool PFrameRecorder::waitUntilFinished(std::chrono::milliseconds atMost) {
+    std::unique_lock lock(m_mutex);
+    return m_finished.wait_for(lock, atMost, [this] { return m_isFinished; });
+}
+
+PFrameRecorder::Progress PFrameRecorder::progress(Clock::time_point now) const {
+    const std::lock_guard lock(m_mutex);
+    const PFrameWriteQueue::State queue = m_queue.state();
+    Progress progress;
+    progress.tally = tally(queue);
+    progress.share = m_schedule.share(now);
+    progress.timeLeft = m_schedule.timeLeft(now);
+    progress.error = error(queue);
+    progress.isOver = m_isEnding || !progress.error.isEmpty() || m_schedule.isOver(now);
+    progress.isFinished = m_isFinished;
+    return progress;
+}
+
+/// Locked. The first that went wrong, in the user's language.
+QString PFrameRecorder::error(const PFrameWriteQueue::State& queue) const {
+    if (!queue.error.isEmpty())
+        return queue.error;
+    return m_isDiskTooSlow ? tooSlow(tr(tooSlowWords)) : m_finishError;
+}
+
+/// Locked. The frames claimed are counted apart from what became of them: one that got lost in
+/// between would show.
+PRecordTally PFrameRecorder::tally(const PFrameWriteQueue::State& queue) const {
+    PRecordTally tally;
+    tally.wanted = m_schedule.frames().value_or(m_schedule.claimed());
+    tally.written = queue.written;
+    tally.waiting = queue.waiting;
+    tally.failed = queue.failed;
+    tally.refused = queue.refused;
+    tally.notTaken = tally.wanted - m_schedule.claimed();
+    return tally;
+}

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <apps/common/record/PFrameWriteQueue.h>
+#include <apps/common/record/PFrameWriter.h>
+#include <apps/common/record/PRecordSchedule.h>
+
+#include <PCd/frame/PFrameSink.h>
+
+#include <QCoreApplication>
+
+#include <memory>
+
+/// Records the live frames of a camera into files: takes them on the camera's thread without ever
+/// waiting, and writes them on threads of its own. It stops taking frames by itself at its set end,
+/// when a frame cannot be written, and when too much waits to be written; then end() completes the
+/// files. Any thread.
+class PFrameRecorder : public PFrameSink {
+    Q_DECLARE_TR_FUNCTIONS(PFrameRecorder)
+
+public:
+    using Clock = std::chrono::steady_clock;
+
+    /// `memory`: the budget for frames that wait to be written; recorders may share one.
+    PFrameRecorder(std::unique_ptr<PFrameWriter> writer, const PRecordSchedule::Plan& plan,
+                   std::shared_ptr<PWriteMemory> memory =
+                       std::make_shared<PWriteMemory>(PFrameWriteQueue::defaultByteLimit()));
+    /// Ends it if end() was not called, and waits until the files are complete.
+    ~PFrameRecorder() override;
+
+    /// Snapshots are left alone. False for a frame that is wanted but finds no room.
+    bool takeFrame(const PDeviceFrame& frame, Kind kind) override;
+
+    /// No more frames are taken; those that wait are written, then the files are completed, with
+    /// the account of the camera's frames in this time (PFrameLedger::since()) and with why the
+    /// recording ends other than it should (empty: it does not). Returns at once. The first call
+    /// counts.
+    void end(const std::optional<PFrameLedger>& ledger, const QString& trouble);
+    /// Waits until the files are complete after end(), at most this long. True if they are.
+    bool waitUntilFinished(std::chrono::milliseconds atMost);
+
+    struct Progress {
+        PRecordTally tally;
+        std::optional<double> share; ///< of the set end, from 0 to 1
+        /// Until the last wanted frame is due; see PRecordSchedule.
+        std::optional<PRecordSchedule::Duration> timeLeft;
+        bool isOver = false;     ///< no more frames are taken
+        bool isFinished = false; ///< after end(): the files are complete
+        QString error;           ///< why frames or files are missing, translated; empty: none
+    };
+    Progress progress(Clock::time_point now = Clock::now()) const;
+
+private:
+    void finish(const QString& trouble);
+    QString tooSlow(const QString& words) const;
+    QString error(const PFrameWriteQueue::State& queue) const;
+    PRecordTally tally(const PFrameWriteQueue::State& queue) const;
+
+    const std::unique_ptr<PFrameWriter> m_writer;
+    const std::shared_ptr<PWriteMemory> m_memory;
+
+    mutable std::mutex m_mutex; // guards all below but m_queue and m_finisher
+    std::condition_variable m_finished;
+    PRecordSchedule m_schedule;
+    std::optional<PFrameLedger> m_ledger;
+    QString m_finishError;
+    bool m_isDiskTooSlow = false;
+    bool m_isEnding = false;
+    bool m_isFinished = false;
+    PFrameWriteQueue m_queue;
+    std::thread m_finisher;
+};

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <apps/common/record/PRecordTally.h>
+
+#include <PCd/frame/PDeviceFrame.h>
+#include <PCd/frame/PFrameLedger.h>
+
+#include <PCore/PStatus.h>
+
+#include <optional>
+
+/// What is known when a recording has ended.
+struct PRecordEnd {
+    PRecordTally tally;
+    std::optional<PFrameLedger>
+        ledger;      ///< of the camera, while it was recorded; nothing if it is not known
+    QString trouble; ///< why it ended other than it should; empty: it did not
+};
+
+/// Puts the frames of one recording into files. Made on one thread, used on others.
+class PFrameWriter {
+public:
+    virtual ~PFrameWriter() = default;
+
+    /// How many threads may call write() at once.
+    virtual int threads() const = 0;
+    /// Writes a frame; the first has the number 1. Fails with the file and the reason.
+    virtual PStatus write(const PDeviceFrame& frame, quint64 number) = 0;
+    /// Once, after the last write(), also if that failed: completes the files.
+    virtual PStatus finish(const PRecordEnd& end) = 0;
+};

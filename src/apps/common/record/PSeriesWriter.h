@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <apps/common/camera/PCameraIdentity.h>
+#include <apps/common/record/PFrameWriter.h>
+#include <apps/common/record/PNumberedFiles.h>
+
+/// Writes a recording as a series of PNG or TIFF files, one a frame, each with its PPictureNotes.
+/// Never overwrites a file.
+class PSeriesWriter : public PFrameWriter {
+public:
+    /// The size of a pixel as saved is on the specimen, in micrometres.
+    PSeriesWriter(PNumberedFiles files, PCameraIdentity camera,
+                  std::optional<double> pixelSizeUm = std::nullopt)
+        : m_files(std::move(files))
+        , m_camera(std::move(camera))
+        , m_pixelSizeUm(pixelSizeUm) {}
+
+    int threads() const override { return 2; }
+    PStatus write(const PDeviceFrame& frame, quint64 number) override;
+    PStatus finish(const PRecordEnd&) override { return PStatus::Ok; }
+
+private:
+    const PNumberedFiles m_files;
+    const PCameraIdentity m_camera;
+    const std::optional<double> m_pixelSizeUm;
+};

@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: MIT
+#include <apps/common/tiff/PGrowingFile.h>
+
+#include <QFile>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <new>
+#include <utility>
+
+namespace {
+
+constexpr mode_t everybody = 0666; // less what the user's mask takes away
+
+/// Puts into `bytes`, which begin at `offset`, what another piece has for the same place.
+void overlay(char* bytes, qint64 offset, qint64 count, qint64 pieceOffset,
+             const QByteArray& piece) {
+    const qint64 begin = std::max(offset, pieceOffset);
+    const qint64 end = std::min(offset + count, pieceOffset + piece.size());
+    if (begin < end)
+        std::memcpy(bytes + (begin - offset), piece.constData() + (begin - pieceOffset),
+                    std::size_t(end - begin));
+}
+
+} // namespace
+
+PGrowingFile::~PGrowingFile() {
+    close();
+}
+
+PStatus PGrowingFile::create(const QString& path) {
+    m_descriptor = ::open(QFile::encodeName(path).constData(),
+                          O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, everybody);
+    return isOpen() ? PStatus() : PStatus::failure(qt_error_string(errno));
+}
+
+PStatus PGrowingFile::close() {
+    if (!isOpen())
+        return PStatus::Ok;
+    rollBack();
+    const QString damage = damageByOthers();
+    const bool done = ::close(std::exchange(m_descriptor, -1)) == 0;
+    if (!done)
+        return PStatus::failure(qt_error_string(errno));
+    return damage.isEmpty() ? PStatus() : PStatus::failure(damage);
+}
+
+/// What has been done to the file behind this one's back; empty if nothing. All writes succeed into
+/// a file that was removed, too.
+QString PGrowingFile::damageByOthers() const {
+    struct stat now {};
+    if (fstat(m_descriptor, &now) != 0)
+        return qt_error_string(errno);
+    if (now.st_nlink == 0)
+        return tr("the file was removed while it was written");
+    return now.st_size < m_wholeSize ? tr("the file was cut short while it was written")
+                                     : QString();
+}
+
+bool PGrowingFile::write(qint64 offset, const void* bytes, qint64 count) {
+    if (m_failed)
+        return false;
+    const char* const from = static_cast<const char*>(bytes);
+    // A piece that lies across the end of the last step is held back as a whole.
+    const bool written =
+        offset < m_wholeSize ? holdBack(offset, from, count) : writeNow(offset, from, count);
+    if (written)
+        m_size = std::max(m_size, offset + count);
+    return written;
+}
+
+/// An exception would go through the C library that writes.
+bool PGrowingFile::holdBack(qint64 offset, const char* bytes, qint64 count) {
+    try {
+        m_heldBack[offset] = QByteArray(bytes, count);
+        return true;
+    } catch (const std::bad_alloc&) {
+        return fail(ENOMEM);
+    }
+}
+
+bool PGrowingFile::writeNow(qint64 offset, const char* bytes, qint64 count) {
+    while (count > 0) {
+        const ssize_t written = ::pwrite(m_descriptor, bytes, std::size_t(count), offset);
+        if (written < 0 && errno == EINTR)
+            continue;
+        // A disk that fills up takes a part first, and says why at the next try only.
+        if (written <= 0)
+            return fail(written < 0 ? errno : EIO);
+        bytes += written;
+        offset += written;
+        count -= written;
+    }
+    return true;
+}
+
+bool PGrowingFile::fail(int error) {
+    m_failed = true;
+    m_error = qt_error_string(error);
+    return false;
+}
+
+qint64 PGrowingFile::read(qint64 offset, void* bytes, qint64 count) const {
+    char* const to = static_cast<char*>(bytes);
+    qint64 done = 0;
+    while (done < count) {
+        const ssize_t got =
+            ::pread(m_descriptor, to + done, std::size_t(count - done), offset + done);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got < 0)
+            return -1;
+        if (got == 0)
+            break;
+        done += got;
+    }
+    for (const auto& [heldOffset, held] : m_heldBack)
+        overlay(to, offset, done, heldOffset, held);
+    return done;
+}
+
+bool PGrowingFile::commit() {
+    for (const auto& [offset, bytes] : m_heldBack) {
+        if (!m_failed)
+            writeNow(offset, bytes.constData(), bytes.size());
+    }
+    if (m_failed) {
+        rollBack();
+        return false;
+    }
+    m_heldBack.clear();
+    m_wholeSize = m_size;
+    return true;
+}
+
+void PGrowingFile::rollBack() {
+    m_heldBack.clear();
+    m_failed = false;
+    m_size = m_wholeSize;
+    // What a failed step has left behind its end is in nobody's way if it cannot be cut off.
+    [[maybe_unused]] const int cut = ::ftruncate(m_descriptor, m_wholeSize);
+}

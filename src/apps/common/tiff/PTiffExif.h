@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <apps/common/metadata/PPictureTags.h>
+
+#include <tiffio.h>
+
+/// The tags of a picture as TIFF and EXIF have them.
+class PTiffExif {
+public:
+    /// Writes an EXIF directory, and gives the directory that is made next the tags of TIFF and a
+    /// reference to it. Before any other tag of that one. Without tags it does nothing and
+    /// returns true; false if libtiff refuses.
+    static bool writeTo(TIFF* tiff, const PPictureTags& tags);
+
+    /// The same as a block for formats that are not TIFF; empty without tags. Throws
+    /// std::bad_alloc.
+    static QByteArray block(const PPictureTags& tags);
+};

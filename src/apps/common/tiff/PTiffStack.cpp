@@ -1,0 +1,187 @@
+// SPDX-License-Identifier: MIT
+#include <apps/common/tiff/PTiffStack.h>
+
+#include <apps/common/tiff/PPackedRows.h>
+#include <apps/common/tiff/PTiffTags.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <new>
+
+namespace {
+
+// Small enough to stay in the processor's cache between being packed and being written.
+constexpr int stripBytes = 512 * 1024;
+
+/// At least two strips a picture: libtiff cuts up an only strip when the text is replaced, and some
+/// readers refuse a first picture with other strips than the rest.
+int rowsPerStripOf(const QImage& picture, int samples) {
+    const int most = std::max(1, (picture.height() + 1) / 2);
+    return std::clamp(stripBytes / (picture.width() * samples), 1, most);
+}
+
+/// The file's own reason is reported, not libtiff's on the standard error stream.
+int keepQuiet(TIFF*, void*, const char*, const char*, va_list) {
+    return 1;
+}
+
+} // namespace
+
+/// What libtiff, which calls back from C, reads and writes.
+struct PTiffStack::Stream {
+    explicit Stream(PGrowingFile& growing)
+        : file(growing) {}
+
+    static Stream& of(thandle_t handle) { return *static_cast<Stream*>(handle); }
+
+    static tmsize_t read(thandle_t handle, void* to, tmsize_t size) {
+        Stream& stream = of(handle);
+        const qint64 count = stream.file.read(stream.position, to, size);
+        stream.position += std::max<qint64>(count, 0);
+        return count;
+    }
+    static tmsize_t write(thandle_t handle, void* from, tmsize_t size) {
+        Stream& stream = of(handle);
+        if (stream.closing || !stream.file.write(stream.position, from, size))
+            return -1;
+        stream.position += size;
+        return size;
+    }
+    static toff_t seek(thandle_t handle, toff_t offset, int whence) {
+        Stream& stream = of(handle);
+        const qint64 from = whence == SEEK_END   ? stream.file.size()
+                            : whence == SEEK_CUR ? stream.position
+                                                 : 0;
+        stream.position = from + qint64(offset);
+        return toff_t(stream.position);
+    }
+    static int close(thandle_t) { return 0; }
+    static toff_t size(thandle_t handle) { return toff_t(of(handle).file.size()); }
+
+    PGrowingFile& file;
+    qint64 position = 0;
+    bool closing = false; ///< nothing is written any more
+};
+
+void PTiffStack::Close::operator()(tiff* handle) const {
+    // libtiff writes what it has not yet written, also what has just failed.
+    Stream::of(TIFFClientdata(handle)).closing = true;
+    TIFFClose(handle);
+}
+
+PTiffStack::PTiffStack()
+    : m_stream(std::make_unique<Stream>(m_file)) {
+}
+
+PTiffStack::~PTiffStack() = default;
+
+PTiffStack::Handle PTiffStack::openHandle(const char* mode) {
+    m_stream->position = 0;
+    m_stream->closing = false;
+    TIFFOpenOptions* const options = TIFFOpenOptionsAlloc();
+    TIFFOpenOptionsSetErrorHandlerExtR(options, keepQuiet, nullptr);
+    Handle handle(TIFFClientOpenExt("stack", mode, m_stream.get(), Stream::read, Stream::write,
+                                    Stream::seek, Stream::close, Stream::size, nullptr, nullptr,
+                                    options));
+    TIFFOpenOptionsFree(options);
+    return handle;
+}
+
+PStatus PTiffStack::create(const QString& path, Size size) {
+    const PStatus made = m_file.create(path);
+    if (!made.isOk())
+        return made;
+    m_tiff = openHandle(size == Size::Unlimited ? "w8l" : "wl");
+    return finishStep(m_tiff != nullptr);
+}
+
+/// Makes what libtiff has written a step of the file, if libtiff was content.
+PStatus PTiffStack::finishStep(bool done) {
+    if (done && m_file.commit())
+        return PStatus::Ok;
+    // The cause, where it is the disk; libtiff has its own limits besides.
+    const QString reason = m_file.errorString();
+    m_file.rollBack();
+    return PStatus::failure(reason.isEmpty() ? tr("it does not fit the format or the memory")
+                                             : reason);
+}
+
+PStatus PTiffStack::append(const QImage& picture, const QByteArray& description,
+                           const PPictureTags& tags) {
+    bool done = false;
+    try {
+        done = m_tiff && writePicture(picture, description, tags);
+    } catch (const std::bad_alloc&) {
+        m_file.rollBack();
+    }
+    const PStatus status = finishStep(done);
+    // After a failed step libtiff and the file are not of one mind about the file's end.
+    if (!status.isOk())
+        m_tiff.reset();
+    return status;
+}
+
+bool PTiffStack::writePicture(const QImage& picture, const QByteArray& description,
+                              const PPictureTags& pictureTags) {
+    if (picture.isNull())
+        return false;
+    const int samples = PPackedRows::samplesOf(picture);
+    const int rowsPerStrip = rowsPerStripOf(picture, samples);
+    const PTiffTags tags{picture.width(), picture.height(), samples,
+                         rowsPerStrip,    description,      pictureTags};
+    if (!tags.writeTo(m_tiff.get()) || !writeStrips(picture, samples, rowsPerStrip))
+        return false;
+    const qint64 directory = m_file.size();
+    if (TIFFWriteDirectory(m_tiff.get()) == 0)
+        return false;
+    if (m_descriptionSize == 0)
+        findDescription(directory, description);
+    return true;
+}
+
+bool PTiffStack::writeStrips(const QImage& picture, int samples, int rowsPerStrip) {
+    const QImage source = PPackedRows::packable(picture);
+    uint32_t strip = 0;
+    for (int y = 0; y < source.height(); y += rowsPerStrip) {
+        const int rows = std::min(rowsPerStrip, source.height() - y);
+        const uchar* const bytes = PPackedRows::pack(source, y, rows, m_rows);
+        const tmsize_t size = tmsize_t(source.width()) * samples * rows;
+        // libtiff only reads the strip, but its interface is older than const.
+        if (TIFFWriteRawStrip(m_tiff.get(), strip++, const_cast<uchar*>(bytes), size) != size)
+            return false;
+    }
+    return true;
+}
+
+/// Where in the first directory, which has just been written, the text is.
+void PTiffStack::findDescription(qint64 directory, const QByteArray& description) {
+    QByteArray written(m_file.size() - directory, '\0');
+    m_file.read(directory, written.data(), written.size());
+    const qsizetype found = written.indexOf(description);
+    m_descriptionOffset = directory + found;
+    m_descriptionSize = found < 0 ? 0 : description.size();
+}
+
+PStatus PTiffStack::overwriteDescription(qsizetype position, const QByteArray& bytes) {
+    if (position < 0 || position + bytes.size() > m_descriptionSize)
+        return PStatus::failure(u"there is no such place in the description"_qs);
+    return finishStep(
+        m_file.write(m_descriptionOffset + position, bytes.constData(), bytes.size()));
+}
+
+PStatus PTiffStack::close() {
+    m_tiff.reset();
+    return m_file.close();
+}
+
+PStatus PTiffStack::replaceDescription(const QByteArray& description) {
+    m_tiff.reset();
+    const Handle handle = openHandle("r+");
+    const PStatus status =
+        finishStep(handle && TIFFSetDirectory(handle.get(), 0) &&
+                   TIFFSetField(handle.get(), TIFFTAG_IMAGEDESCRIPTION, description.constData()) &&
+                   TIFFRewriteDirectory(handle.get()));
+    if (status.isOk())
+        m_descriptionSize = 0; // it lies elsewhere now, and is as it should be
+    return status;
+}

@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <apps/common/metadata/PPictureTags.h>
+#include <apps/common/tiff/PGrowingFile.h>
+
+#include <PCore/PStatus.h>
+
+#include <QCoreApplication>
+#include <QImage>
+
+#include <memory>
+#include <vector>
+
+struct tiff;
+
+/// A new TIFF file with many pictures, one after the other, uncompressed, 8 bits a sample, grey or
+/// RGB. At every moment, also when the program is killed or the disk is full, the file holds the
+/// pictures that append() has returned for, and ordinary readers open it. One thread.
+class PTiffStack {
+    Q_DECLARE_TR_FUNCTIONS(PTiffStack)
+
+public:
+    enum class Size {
+        UpTo4Gb,   ///< classic TIFF, which everything reads
+        Unlimited, ///< BigTIFF
+    };
+
+    PTiffStack();
+    ~PTiffStack();
+
+    /// Makes the file. Fails with the reason: something of that name exists, …
+    PStatus create(const QString& path, Size size);
+    bool isOpen() const { return m_file.isOpen(); }
+
+    /// Adds a picture with a text (UTF-8) in its tag ImageDescription, and these tags. Grayscale8
+    /// becomes grey, all else RGB. On failure, with the reason, the file is as before and takes no
+    /// more pictures.
+    PStatus append(const QImage& picture, const QByteArray& description,
+                   const PPictureTags& tags = {});
+
+    /// Writes over a part of the first picture's text, in its place. Fails if it does not fit in.
+    PStatus overwriteDescription(qsizetype position, const QByteArray& bytes);
+    /// Gives the first picture another text of any length. On failure the file is as before.
+    PStatus replaceDescription(const QByteArray& description);
+
+    /// Closes the file. Fails with the reason if the system reports only now that it is not whole.
+    PStatus close();
+
+private:
+    struct Stream;
+    struct Close {
+        void operator()(tiff* handle) const;
+    };
+    using Handle = std::unique_ptr<tiff, Close>;
+
+    Handle openHandle(const char* mode);
+    PStatus finishStep(bool done);
+    bool writePicture(const QImage& picture, const QByteArray& description,
+                      const PPictureTags& pictureTags);
+    bool writeStrips(const QImage& picture, int samples, int rowsPerStrip);
+    void findDescription(qint64 directory, const QByteArray& description);
+
+    PGrowingFile m_file;
+    const std::unique_ptr<Stream> m_stream;
+    Handle m_tiff;
+    std::vector<uchar> m_rows; ///< of one strip
+    qint64 m_descriptionOffset = 0;
+    qsizetype m_descriptionSize = 0; ///< 0 before the first picture
+};

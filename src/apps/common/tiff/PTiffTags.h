@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <apps/common/metadata/PPictureTags.h>
+
+#include <QByteArray>
+
+#include <tiffio.h>
+
+/// The tags of an uncompressed picture with 8 bits a sample, as this project's TIFF files have it.
+struct PTiffTags {
+    int width = 0;   ///< pixels
+    int height = 0;  ///< pixels
+    int samples = 1; ///< 1: grey, 3: red, green, blue
+    int rowsPerStrip = 0;
+    QByteArray description; ///< for the tag ImageDescription; empty: none
+    PPictureTags picture = {};
+
+    /// Gives them to the directory that is being made. False if libtiff refuses.
+    bool writeTo(TIFF* tiff) const;
+};

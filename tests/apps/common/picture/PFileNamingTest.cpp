@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: MIT
+#include <apps/common/picture/PFileNaming.h>
+
+#include <support/FolderTest.h>
+#include <support/QtPrinters.h>
+#include <support/RowName.h>
+
+#include <QDir>
+#include <QFile>
+
+#include <cerrno>
+
+namespace {
+
+/// File systems without this or that, which a test does not have.
+template <int Error>
+int refuse(const QByteArray&, const QByteArray&) {
+    return Error;
+}
+
+class FileNaming : public FolderTest {
+protected:
+    const QString part = path(u"a.part"_qs);
+    const QString file = path(u"a.png"_qs);
+
+    void SetUp() override { writeFile(part, "new"); }
+    QStringList names() const {
+        return QDir(path(QString())).entryList(QDir::Files | QDir::Hidden | QDir::System);
+    }
+    /// The file must have its name, and no other.
+    void expectNamed() const {
+        EXPECT_EQ(names(), QStringList(u"a.png"_qs));
+        EXPECT_EQ(readFile(file), QByteArray("new"));
+    }
+};
+
+struct StepRow {
+    const char* name;
+    std::vector<PFileNaming::Step> steps;
+};
+
+class NamingStep : public FileNaming, public testing::WithParamInterface<StepRow> {};
+
+TEST_P(NamingStep, gives_the_file_its_name) {
+    EXPECT_EQ(PFileNaming::name(part, file, GetParam().steps), 0);
+    expectNamed();
+}
+
+TEST_P(NamingStep, leaves_a_file_that_is_there_alone) {
+    writeFile(file, "old");
+    EXPECT_EQ(PFileNaming::name(part, file, GetParam().steps), EEXIST);
+    EXPECT_EQ(readFile(file), QByteArray("old"));
+    EXPECT_EQ(readFile(part), QByteArray("new"));
+}
+
+TEST_P(NamingStep, leaves_a_link_that_leads_nowhere_alone) {
+    ASSERT_TRUE(QFile::link(path(u"none"_qs), file));
+    EXPECT_EQ(PFileNaming::name(part, file, GetParam().steps), EEXIST);
+    EXPECT_EQ(QFile::symLinkTarget(file), path(u"none"_qs));
+    EXPECT_FALSE(QFile::exists(path(u"none"_qs)));
+    EXPECT_EQ(readFile(part), QByteArray("new"));
+}
+
+TEST_P(NamingStep, leaves_a_folder_alone) {
+    ASSERT_TRUE(QDir().mkdir(file));
+    EXPECT_EQ(PFileNaming::name(part, file, GetParam().steps), EEXIST);
+    EXPECT_TRUE(QDir(file).exists());
+    EXPECT_EQ(readFile(part), QByteArray("new"));
+}
+
+TEST_P(NamingStep, leaves_nothing_of_a_file_that_is_not_there) {
+    ASSERT_TRUE(QFile::remove(part));
+    EXPECT_EQ(PFileNaming::name(part, file, GetParam().steps), ENOENT);
+    EXPECT_EQ(names(), QStringList());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, NamingStep,
+    testing::Values(StepRow{"of_a_rename", {PFileNaming::byRename}},
+                    StepRow{"of_a_link", {PFileNaming::byLink}},
+                    StepRow{"of_a_placeholder", {PFileNaming::byPlaceholder}},
+                    StepRow{"that_this_file_system_has", PFileNaming::allSteps()},
+                    StepRow{"of_a_link_where_a_rename_is_refused_by_its_flags",
+                            {refuse<EINVAL>, PFileNaming::byLink}},
+                    StepRow{"of_a_link_where_such_a_rename_is_unknown",
+                            {refuse<ENOSYS>, PFileNaming::byLink}},
+                    StepRow{"of_a_placeholder_where_links_are_not_permitted",
+                            {refuse<ENOTSUP>, refuse<EPERM>, PFileNaming::byPlaceholder}},
+                    StepRow{"of_a_placeholder_where_links_are_not_supported",
+                            {refuse<EINVAL>, refuse<EOPNOTSUPP>, PFileNaming::byPlaceholder}},
+                    StepRow{"of_a_placeholder_where_links_are_unknown",
+                            {refuse<ENOSYS>, refuse<ENOSYS>, PFileNaming::byPlaceholder}}),
+    RowName());
+
+TEST_F(FileNaming, a_step_that_failed_for_another_reason_is_the_last) {
+    EXPECT_EQ(PFileNaming::name(part, file, {refuse<ENOSPC>, PFileNaming::byLink}), ENOSPC);
+    EXPECT_EQ(names(), QStringList(u"a.part"_qs));
+}
+
+TEST_F(FileNaming, the_reason_is_that_of_the_last_step_where_none_is_supported) {
+    EXPECT_EQ(PFileNaming::name(part, file, {refuse<EINVAL>, refuse<EPERM>}), EPERM);
+    EXPECT_EQ(names(), QStringList(u"a.part"_qs));
+}
+
+TEST_F(FileNaming, the_steps_it_takes_end_with_one_that_any_file_system_has) {
+    EXPECT_EQ(PFileNaming::allSteps(),
+              (std::vector<PFileNaming::Step>{PFileNaming::byRename, PFileNaming::byLink,
+                                              PFileNaming::byPlaceholder}));
+}
+
+} // namespace

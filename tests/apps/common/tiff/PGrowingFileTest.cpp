@@ -1,0 +1,145 @@
+// SPDX-License-Identifier: MIT
+#include <apps/common/tiff/PGrowingFile.h>
+
+#include <apps/common/FileSizeLimit.h>
+
+#include <support/FolderTest.h>
+#include <support/QtPrinters.h>
+
+#include <QDir>
+#include <QFile>
+
+#include <cerrno>
+
+#include <unistd.h>
+
+namespace {
+
+class GrowingFile : public FolderTest {
+protected:
+    const QString name = path(u"grown"_qs);
+    PGrowingFile file;
+
+    void SetUp() override { ASSERT_TRUE(file.create(name).isOk()); }
+    bool write(qint64 offset, const QByteArray& bytes) {
+        return file.write(offset, bytes.constData(), bytes.size());
+    }
+    QByteArray read(qint64 offset, qint64 count) const {
+        QByteArray bytes(count, '\0');
+        const qint64 got = file.read(offset, bytes.data(), count);
+        return bytes.left(got);
+    }
+    QByteArray onDisk() const { return readFile(name); }
+};
+
+TEST_F(GrowingFile, a_file_that_exists_is_refused_and_left_alone) {
+    writeFile(path(u"mine"_qs), "mine");
+    PGrowingFile other;
+    const PStatus status = other.create(path(u"mine"_qs));
+    EXPECT_FALSE(status.isOk());
+    EXPECT_FALSE(status.reason().isEmpty());
+    EXPECT_EQ(readFile(path(u"mine"_qs)), QByteArray("mine"));
+}
+
+TEST_F(GrowingFile, a_link_that_leads_nowhere_is_refused_and_not_followed) {
+    ASSERT_TRUE(QFile::link(path(u"nowhere"_qs), path(u"link"_qs)));
+    PGrowingFile other;
+    EXPECT_FALSE(other.create(path(u"link"_qs)).isOk());
+    EXPECT_FALSE(QFile::exists(path(u"nowhere"_qs)));
+}
+
+TEST_F(GrowingFile, new_bytes_are_in_the_file_at_once) {
+    EXPECT_TRUE(write(0, "abc"));
+    EXPECT_EQ(onDisk(), QByteArray("abc"));
+    EXPECT_EQ(file.size(), 3);
+}
+
+TEST_F(GrowingFile, bytes_over_older_ones_are_in_the_file_when_the_step_is_whole) {
+    write(0, "abcdef");
+    ASSERT_TRUE(file.commit());
+    EXPECT_TRUE(write(1, "XY"));
+    EXPECT_TRUE(write(6, "new"));
+    EXPECT_EQ(onDisk(), QByteArray("abcdefnew"));
+    EXPECT_TRUE(file.commit());
+    EXPECT_EQ(onDisk(), QByteArray("aXYdefnew"));
+}
+
+TEST_F(GrowingFile, of_bytes_written_twice_over_older_ones_only_the_last_reach_the_file) {
+    write(0, "abcdef");
+    ASSERT_TRUE(file.commit());
+    write(1, "00");
+    write(1, "XY");
+    EXPECT_EQ(onDisk(), QByteArray("abcdef"));
+    ASSERT_TRUE(file.commit());
+    EXPECT_EQ(onDisk(), QByteArray("aXYdef"));
+}
+
+TEST_F(GrowingFile, reading_sees_what_is_held_back) {
+    write(0, "abcdef");
+    ASSERT_TRUE(file.commit());
+    write(2, "XY");
+    EXPECT_EQ(read(0, 6), QByteArray("abXYef"));
+    EXPECT_EQ(read(3, 1), QByteArray("Y"));
+    EXPECT_EQ(read(4, 9), QByteArray("ef"));
+}
+
+TEST_F(GrowingFile, an_undone_step_leaves_no_trace) {
+    write(0, "abcdef");
+    ASSERT_TRUE(file.commit());
+    write(0, "X");
+    write(6, "new");
+    file.rollBack();
+    EXPECT_EQ(onDisk(), QByteArray("abcdef"));
+    EXPECT_EQ(file.size(), 6);
+    EXPECT_EQ(read(0, 6), QByteArray("abcdef"));
+}
+
+TEST_F(GrowingFile, a_step_that_does_not_fit_on_the_disk_is_undone_and_the_reason_told) {
+    write(0, "abcdef");
+    ASSERT_TRUE(file.commit());
+    {
+        const FileSizeLimit limit(10);
+        write(0, "X");
+        EXPECT_FALSE(write(6, "too long"));
+        EXPECT_FALSE(write(6, "t"));
+        EXPECT_FALSE(file.commit());
+    }
+    EXPECT_EQ(file.errorString(), qt_error_string(EFBIG));
+    EXPECT_EQ(onDisk(), QByteArray("abcdef"));
+    EXPECT_TRUE(write(6, "g"));
+    EXPECT_TRUE(file.commit());
+    EXPECT_EQ(onDisk(), QByteArray("abcdefg"));
+}
+
+TEST_F(GrowingFile, it_grows_beyond_4_gib) {
+    const qint64 far = (qint64(5) << 30) + 3; // a hole before it takes no room on the disk
+    write(0, "abc");
+    ASSERT_TRUE(write(far, "end"));
+    ASSERT_TRUE(file.commit());
+    EXPECT_TRUE(write(far, "END"));
+    EXPECT_EQ(file.size(), far + 3);
+    EXPECT_EQ(read(far - 1, 9), QByteArray("\0END", 4));
+    file.rollBack();
+    EXPECT_EQ(read(far, 9), QByteArray("end"));
+}
+
+TEST_F(GrowingFile, closing_undoes_what_is_no_whole_step) {
+    write(0, "abc");
+    ASSERT_TRUE(file.commit());
+    write(3, "def");
+    EXPECT_TRUE(file.close().isOk());
+    EXPECT_FALSE(file.isOpen());
+    EXPECT_EQ(onDisk(), QByteArray("abc"));
+    EXPECT_TRUE(file.close().isOk());
+}
+
+TEST_F(GrowingFile, a_system_that_cannot_close_it_is_heard) {
+    for (const QFileInfo& open : QDir(u"/proc/self/fd"_qs).entryInfoList(QDir::Files)) {
+        if (open.symLinkTarget() == name) {
+            ASSERT_EQ(::close(open.fileName().toInt()), 0);
+        }
+    }
+    EXPECT_EQ(file.close().reason(), qt_error_string(EBADF));
+}
+
+} // namespace
