@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "PCtlCommands.h"
-#include "PCtlHost.h"
-#include "PCtlOutput.h"
-#include "PCtlParser.h"
+#include <apps/pcdctl/camera/PCtlHost.h>
+#include <apps/pcdctl/cli/PCtlOutput.h>
+#include <apps/pcdctl/cli/PCtlParser.h>
+#include <apps/pcdctl/commands/PCtlCommands.h>
 
 #include <apps/common/program/PEndSignals.h>
 

@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: MIT
+#include <apps/pcdctl/camera/PCameraSession.h>
+
+#include <apps/pcdctl/camera/PCameraSetup.h>
+
+#include <QScopeGuard>
+
+#include <algorithm>
+
+namespace {
+
+// Frames wait for nothing but this thread, so this is never reached but by a fault.
+constexpr std::chrono::seconds longestDrain(30);
+
+// Longer than most exposures; --timeout is for the others.
+constexpr std::chrono::seconds firstFrameTimeout(30);
+constexpr std::chrono::seconds answerTimeout(10);
+
+QString idAndName(const PDeviceMode& mode) {
+    return u"%1 (%2)"_qs.arg(QString::fromLatin1(mode.id), mode.name);
+}
+
+PCtlOutcome unknownMode(const QString& wanted, const QList<PDeviceMode>& modes) {
+    QStringList known;
+    for (const PDeviceMode& mode : modes)
+        known.append(idAndName(mode));
+    return PCtlOutcome::wrongUsage(
+        u"the camera has no mode \"%1\": expected one of %2"_qs.arg(wanted, known.join(u", "_qs)));
+}
+
+PCtlOutcome failedUnlessOk(const PStatus& status) {
+    return status.isOk() ? PCtlOutcome() : PCtlOutcome::failed(status.reason());
+}
+
+} // namespace
+
+PCameraSession::PCameraSession(PDeviceManager& manager, PDevice* device)
+    : m_device(device)
+    , m_id(QString::fromUtf8(device->deviceId(false))) {
+    connect(&manager, &PDeviceManager::deviceRemoved, this, [this](PDevice* removed) {
+        if (removed != m_device)
+            return;
+        // It is deleted soon: this is the last look at it.
+        m_lastLedger = m_device->frameLedger();
+        m_device = nullptr;
+    });
+}
+
+PCameraSession::~PCameraSession() {
+    close();
+}
+
+PCtlOutcome PCameraSession::open(const PCtlOptions& options) {
+    PCtlOutcome outcome = failedUnlessOk(m_device->link());
+    if (outcome.isDone())
+        outcome = prepare(options);
+    if (m_device != nullptr)
+        m_mode = m_device->getCurrentMode();
+    return outcome;
+}
+
+PCtlOutcome PCameraSession::prepare(const PCtlOptions& options) {
+    if (!options.mode.isEmpty()) {
+        const PCtlOutcome outcome = setMode(options.mode);
+        if (!outcome.isDone())
+            return outcome;
+    }
+    return PCameraSetup(*this, options).run();
+}
+
+PCtlOutcome PCameraSession::setMode(const QString& wanted) {
+    const QList<PDeviceMode> modes = m_device->getSupportModes();
+    const auto mode = std::find_if(modes.begin(), modes.end(), [&](const PDeviceMode& m) {
+        return QString::fromLatin1(m.id) == wanted || m.name == wanted;
+    });
+    return mode == modes.end() ? unknownMode(wanted, modes)
+                               : failedUnlessOk(m_device->setMode(*mode));
+}
+
+PStatus PCameraSession::close() {
+    const PStatus stopped = stopLive();
+    if (m_device != nullptr)
+        m_device->unlink();
+    return stopped;
+}
+
+PCtlOutcome PCameraSession::startLive(std::optional<std::chrono::milliseconds> atMost) {
+    using std::chrono::steady_clock;
+    bool isLive = false;
+    const auto connection =
+        connect(m_device, &PDevice::imageChanged, this, [&isLive] { isLive = true; });
+    const auto forget = qScopeGuard([&] { disconnect(connection); });
+    const auto start = steady_clock::now();
+    const PStatus started = m_device->startStream();
+    if (!started.isOk())
+        return PCtlOutcome::failed(started.reason());
+    if (!waitFor([&isLive] { return isLive; }, atMost.value_or(firstFrameTimeout)))
+        return PCtlOutcome::failed(reasonWithout(u"a first live frame"_qs));
+    m_firstFrameTook = std::chrono::ceil<std::chrono::milliseconds>(steady_clock::now() - start);
+    return {};
+}
+
+PStatus PCameraSession::stopLive() {
+    const PStatus stopped = m_device != nullptr ? m_device->stopStream() : PStatus(PStatus::Ok);
+    m_loop.drain([this] { return isUnplugged() || m_device->frameLedger().waiting == 0; },
+                 longestDrain);
+    return stopped;
+}
+
+std::chrono::milliseconds PCameraSession::longestAnswer() const {
+    // Where a live frame takes long to expose, everything else may take several times that.
+    return answerTimeout + 4 * m_firstFrameTook;
+}
+
+PFrameLedger PCameraSession::ledger() const {
+    return m_device != nullptr ? m_device->frameLedger() : m_lastLedger;
+}
+
+bool PCameraSession::waitFor(const std::function<bool()>& predicate,
+                             std::optional<std::chrono::milliseconds> atMost) {
+    bool holds = false;
+    m_loop.waitFor(
+        [&] {
+            holds = !isUnplugged() && predicate();
+            return holds || isUnplugged();
+        },
+        atMost);
+    return holds;
+}
+
+QString PCameraSession::reasonWithout(const QString& what) const {
+    if (isUnplugged())
+        return u"camera %1 was unplugged before %2 arrived"_qs.arg(m_id, what);
+    if (m_loop.isInterrupted())
+        return u"interrupted before %1 arrived"_qs.arg(what);
+    return u"camera %1 did not send %2 in time"_qs.arg(m_id, what);
+}

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <apps/pcdctl/cli/PCtlOptions.h>
+#include <apps/pcdctl/cli/PCtlOutcome.h>
+#include <apps/pcdctl/cli/PInterruptibleLoop.h>
+
+#include <PCd/device/PDevice.h>
+#include <PCd/device/PDeviceManager.h>
+
+/// One camera in use, from linking to unlinking, which may be unplugged at any moment meanwhile.
+/// The main thread.
+class PCameraSession : public QObject {
+    Q_OBJECT
+
+public:
+    PCameraSession(PDeviceManager& manager, PDevice* device);
+    /// Closes.
+    ~PCameraSession() override;
+
+    /// Links the camera and prepares it as the options say: mode, profile, settings. A mode or
+    /// setting it does not have is wrong usage; a profile or setting that is then not in force is a
+    /// failure.
+    PCtlOutcome open(const PCtlOptions& options);
+    /// Stops the stream and waits until the frames on their way have arrived, then unlinks. Fails
+    /// if the camera would not stop.
+    PStatus close();
+
+    /// Starts the stream and waits for its first frame. Fails if it does not come in time (without
+    /// a time, in 30 s).
+    PCtlOutcome startLive(std::optional<std::chrono::milliseconds> atMost);
+    /// Stops the stream and waits until the frames on their way have arrived.
+    PStatus stopLive();
+    /// How long the camera may take to do something in a stream of startLive(), if nobody says.
+    std::chrono::milliseconds longestAnswer() const;
+
+    /// Null once the camera was unplugged.
+    PDevice* device() const { return m_device; }
+    bool isUnplugged() const { return m_device == nullptr; }
+    const QString& cameraId() const { return m_id; }
+    /// The account of the frames; of an unplugged camera, as it was then.
+    PFrameLedger ledger() const;
+    /// The mode in use; of an unplugged camera, that of open().
+    const PDeviceMode& mode() const { return m_mode; }
+
+    bool isInterrupted() const { return m_loop.isInterrupted(); }
+    /// Waits as the loop does, until the predicate holds or the camera is unplugged; true only if
+    /// it holds.
+    bool waitFor(const std::function<bool()>& predicate,
+                 std::optional<std::chrono::milliseconds> atMost = std::nullopt);
+
+    /// Why a waitFor() for this ("a still picture") ended without it.
+    QString reasonWithout(const QString& what) const;
+
+private:
+    PCtlOutcome setMode(const QString& wanted);
+    PCtlOutcome prepare(const PCtlOptions& options);
+
+    PInterruptibleLoop m_loop;
+    PDevice* m_device;
+    QString m_id;
+    PDeviceMode m_mode;
+    PFrameLedger m_lastLedger;
+    std::chrono::milliseconds m_firstFrameTook{0};
+};

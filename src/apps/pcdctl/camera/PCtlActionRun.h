@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <apps/pcdctl/cli/PCtlOutcome.h>
+
+#include <QList>
+#include <QObject>
+
+#include <chrono>
+#include <optional>
+
+class PCameraSession;
+class PDeviceProperty;
+
+/// Runs one action of a camera. Cameras do some of theirs while they stream only, and tell of the
+/// end by having the properties they have changed read again: those of the action's group. The
+/// main thread.
+class PCtlActionRun : public QObject {
+    Q_OBJECT
+
+public:
+    PCtlActionRun(PCameraSession& session, PDeviceProperty& action);
+
+    /// Starts the stream, runs the action, waits for its end at most this long, and stops the
+    /// stream. An action alone in its group is over at once.
+    PCtlOutcome run(std::optional<std::chrono::milliseconds> timeout);
+
+    /// The properties that an action changes, in the order of its group.
+    static QList<PDeviceProperty*> propertiesOf(PDeviceProperty& action);
+
+protected:
+    /// Sees the calls that the plugin posts to the properties.
+    bool eventFilter(QObject* property, QEvent* event) override;
+
+private:
+    PCtlOutcome runLive(std::optional<std::chrono::milliseconds> timeout);
+
+    PCameraSession& m_session;
+    PDeviceProperty& m_action;
+    QList<QObject*> m_unread; ///< properties that were not told to read the camera again yet
+};

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#include <apps/pcdctl/camera/PCtlHost.h>
+
+#include <apps/pcdctl/cli/PCtlOutput.h>
+
+#include <apps/common/program/PTranslations.h>
+
+PCtlOutcome PCtlHost::start(const PCtlOptions& options) {
+    const PCtlOutcome outcome = startSdk(options);
+    return outcome.isDone() ? loadPlugins(options) : outcome;
+}
+
+PCtlOutcome PCtlHost::startSdk(const PCtlOptions& options) {
+    const PStatus loaded = m_cameras.loadSdk(options.sdk);
+    if (!loaded.isOk())
+        return PCtlOutcome::failed(loaded.reason());
+    if (sdk().isFallback()) {
+        PCtlOutput::printMessage(
+            u"this system has no camera SDK (libtoupcam.so): the cameras are simulated"_qs);
+    }
+    if (options.scene.isEmpty())
+        return {};
+    const PStatus scene = m_cameras.loadScene(options.scene);
+    return scene.isOk() ? PCtlOutcome() : PCtlOutcome::wrongUsage(scene.reason());
+}
+
+PCtlOutcome PCtlHost::loadPlugins(const PCtlOptions& options) {
+    const PStatus loaded = m_cameras.loadPlugins(options.pluginPaths);
+    for (const PPluginLoader::Failure& failure : m_cameras.pluginFailures()) {
+        PCtlOutput::printMessage(
+            u"plugin \"%1\" not loaded: %2"_qs.arg(failure.path, failure.reason));
+    }
+    if (!loaded.isOk())
+        return PCtlOutcome::failed(loaded.reason());
+    // With the plugins in, and before their devices make their titles.
+    PTranslations::install(PTranslations::language(options.language));
+    m_cameras.findCameras();
+    return {};
+}
+
+PCtlHost::Choice PCtlHost::choose(const QString& camera) const {
+    const PDeviceManager::Selection selection = m_cameras.manager().select(camera);
+    if (selection.device != nullptr)
+        return {selection.device, {}};
+    return {nullptr, PCtlOutcome::notFound(selection.problem)};
+}

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <apps/pcdctl/cli/PCtlOptions.h>
+#include <apps/pcdctl/cli/PCtlOutcome.h>
+
+#include <apps/common/camera/PCameraHost.h>
+
+/// The cameras of the program: SDK, plugins, devices. The main thread.
+class PCtlHost {
+public:
+    /// Loads the SDK, the scene and the plugins, and finds the cameras. Says on the standard error
+    /// stream what the user should know besides.
+    PCtlOutcome start(const PCtlOptions& options);
+
+    const PCameraSdk& sdk() const { return m_cameras.sdk(); }
+    PDeviceManager& manager() { return m_cameras.manager(); }
+    PCameraIdentity identityOf(const PDevice* device) const { return m_cameras.identityOf(device); }
+
+    /// The camera the user has chosen, or null and why.
+    struct Choice {
+        PDevice* device = nullptr;
+        PCtlOutcome outcome;
+    };
+    Choice choose(const QString& camera) const;
+
+private:
+    PCtlOutcome startSdk(const PCtlOptions& options);
+    PCtlOutcome loadPlugins(const PCtlOptions& options);
+
+    PCameraHost m_cameras;
+};

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#include <apps/pcdctl/cli/PCtlOutput.h>
+
+#include <apps/common/camera/PCameraIdentity.h>
+
+#include <QJsonDocument>
+
+#include <cstdio>
+
+namespace {
+
+void write(std::FILE* stream, const QByteArray& text) {
+    std::fwrite(text.constData(), 1, std::size_t(text.size()), stream);
+}
+
+/// Names and values may come from files and cameras: they must not steer a terminal.
+QByteArray harmless(QString text) {
+    for (QChar& c : text) {
+        if (c.category() == QChar::Other_Control && c != u'\n')
+            c = u'?';
+    }
+    return text.toUtf8();
+}
+
+} // namespace
+
+void PCtlOutput::printLine(const QString& line) {
+    write(stdout, harmless(line) + '\n');
+}
+
+void PCtlOutput::printDocument(const QJsonObject& object) {
+    write(stdout, QJsonDocument(object).toJson(QJsonDocument::Indented));
+}
+
+void PCtlOutput::printJsonLine(const QJsonObject& object) {
+    write(stdout, QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n');
+}
+
+void PCtlOutput::printMessage(const QString& message) {
+    // What was printed before must also appear before, where both streams are one terminal.
+    std::fflush(stdout);
+    write(stderr, "pcdctl: " + harmless(message) + '\n');
+}
+
+bool PCtlOutput::flush() {
+    return std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
+}
+
+QJsonObject PCtlOutput::jsonOf(const PCameraIdentity& camera) {
+    return {{u"id"_qs, camera.id},
+            {u"model"_qs, camera.model},
+            {u"serial"_qs, camera.serial},
+            {u"simulated"_qs, camera.simulated}};
+}

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <apps/pcdctl/cli/PCtlOptions.h>
+#include <apps/pcdctl/cli/PCtlOutcome.h>
+
+#include <QCommandLineParser>
+
+/// Reads the program's arguments. The main thread.
+class PCtlParser {
+public:
+    /// Reads them; the first is the program's name. On wrong usage the outcome names the word and
+    /// what was expected.
+    PCtlOutcome parse(const QStringList& arguments);
+
+    /// What to print, and then end, where the arguments ask for nothing but help or the version.
+    const QString& answer() const { return m_answer; }
+    /// What was asked for, if there is no answer() and the outcome is good.
+    const PCtlOptions& options() const { return m_options; }
+
+private:
+    PCtlOutcome readOptions(const QCommandLineParser& parser);
+    PCtlOutcome readNumbers(const QCommandLineParser& parser);
+    PCtlOutcome readFiles(const QCommandLineParser& parser);
+
+    PCtlOptions m_options;
+    QString m_answer;
+};

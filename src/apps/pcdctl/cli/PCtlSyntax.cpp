@@ -1,0 +1,216 @@
+// SPDX-License-Identifier: MIT
+#include <apps/pcdctl/cli/PCtlSyntax.h>
+
+#include <apps/common/ome/POmeStackWriter.h>
+#include <apps/common/picture/PPictureFile.h>
+
+#include <algorithm>
+
+namespace {
+
+using Command = PCtlOptions::Command;
+using CommandSyntax = PCtlSyntax::CommandSyntax;
+
+struct OptionSyntax {
+    QList<Command> commands;
+    QCommandLineOption option;
+};
+
+constexpr int anyNumber = 1'000'000;
+
+/// Those that prepare the camera before they do their work.
+const QList<Command> prepared{Command::Props,   Command::Get,     Command::Set,
+                              Command::Profile, Command::Reset,   Command::Snap,
+                              Command::Stream,  Command::Trigger, Command::Record};
+const QList<Command> oneCamera = prepared + QList<Command>{Command::Modes};
+const QList<Command> everyCommand = oneCamera + QList<Command>{Command::List, Command::Monitor};
+
+QList<OptionSyntax> commonOptions() {
+    return {
+        {everyCommand,
+         {u"sdk"_qs,
+          u"Camera SDK: \"sim\" (simulated cameras), a path of a library, or \"auto\": the one "
+          "TOUPCAM_LIBRARY names, else the system's libtoupcam.so, else simulated cameras."_qs,
+          u"SDK"_qs, u"auto"_qs}},
+        {everyCommand,
+         {u"scene"_qs, u"Show the simulated cameras of this scene file."_qs, u"FILE"_qs}},
+        {everyCommand,
+         {u"plugin-path"_qs,
+          u"Look for device plugins here first (a folder or a file; may be repeated)."_qs,
+          u"DIR"_qs}},
+        {everyCommand,
+         {u"log-level"_qs,
+          u"Which log records to show: debug, info, warning, error or off, and SOURCE=LEVEL for "
+          "single sources, with commas. Without it PCD_LOG says, else it is \"warning\"."_qs,
+          u"FILTER"_qs}},
+        {everyCommand,
+         {u"lang"_qs,
+          u"Language of titles and choices: \"en\", \"ru\". Without it PCD_LANG says, else the "
+          "system."_qs,
+          u"LANGUAGE"_qs}},
+        {everyCommand, {u"json"_qs, u"Print the result as JSON on the standard output."_qs}},
+    };
+}
+
+QList<OptionSyntax> cameraOptions() {
+    return {
+        {oneCamera,
+         {{u"c"_qs, u"camera"_qs},
+          u"The camera: its index, its id or a beginning of it that no other has. Without it, the "
+          "first."_qs,
+          u"CAMERA"_qs}},
+        {prepared,
+         {u"mode"_qs, u"Set this mode first: an id or a name of \"modes\"."_qs, u"ID"_qs}},
+        {prepared,
+         {u"profile"_qs, u"Then set what this profile holds; --mode goes before its mode."_qs,
+          u"FILE"_qs}},
+        {prepared,
+         {u"set"_qs,
+          u"Then set this property; ID alone runs an action. May be repeated; \"props\" shows the "
+          "properties."_qs,
+          u"ID=VALUE"_qs}},
+        {prepared,
+         {u"timeout"_qs,
+          u"Give up after this long without the picture or answer that is due (trigger: beyond the "
+          "exposure time)."_qs,
+          u"SECONDS"_qs}},
+    };
+}
+
+QList<OptionSyntax> commandOptions() {
+    const QString endings = PPictureFile::endings().join(u", "_qs);
+    return {
+        {{Command::Snap, Command::Record},
+         {{u"o"_qs, u"output"_qs},
+          u"Where to save; folders are made. \"snap\": a picture file that ends in %1, replaced if "
+          "it exists. \"record\": one file that ends in %2, or a series of picture files: one run "
+          "of # in the name stands for the number. Existing files are left alone."_qs.arg(
+              endings, POmeStackWriter::endings().join(u", "_qs)),
+          u"FILE"_qs}},
+        {{Command::Stream, Command::Record},
+         {{u"n"_qs, u"frames"_qs}, u"End after this many frames."_qs, u"FRAMES"_qs}},
+        {{Command::Stream, Command::Record, Command::Monitor},
+         {{u"t"_qs, u"time"_qs}, u"End after this many seconds."_qs, u"SECONDS"_qs}},
+        {{Command::Stream, Command::Trigger},
+         {u"save"_qs,
+          u"Save every frame: one run of # in the name stands for its number. Names end in %1. "
+          "Existing files are left alone."_qs.arg(endings),
+          u"PATTERN"_qs}},
+        {{Command::Trigger},
+         {u"software"_qs, u"Trigger from here; so it is unless --external is given."_qs}},
+        {{Command::Trigger}, {u"external"_qs, u"Wait for the camera's trigger input."_qs}},
+        {{Command::Trigger},
+         {u"exposure"_qs, u"Exposure time of a frame, such as 1s500ms, 20ms or 150us."_qs,
+          u"TIME"_qs}},
+        {{Command::Trigger},
+         {u"count"_qs, u"Number of frames, 1 to 999; without it 1."_qs, u"FRAMES"_qs}},
+        {{Command::Trigger}, {u"repeat"_qs, u"Go on until Ctrl-C."_qs}},
+        {{Command::Record},
+         {u"interval"_qs, u"Record one frame each so many seconds, the first at once."_qs,
+          u"SECONDS"_qs}},
+        {{Command::Snap, Command::Stream, Command::Trigger, Command::Record},
+         {u"pixel-size"_qs,
+          u"The size of a pixel on the specimen in micrometres, for the metadata."_qs, u"UM"_qs}},
+    };
+}
+
+QList<CommandSyntax> makeCommands() {
+    return {
+        {Command::List, u"list"_qs, u"Show the cameras that are there."_qs,
+         u"pcdctl list\npcdctl list --json --sdk sim"_qs},
+        {Command::Modes, u"modes"_qs, u"Show the modes (resolutions) of a camera."_qs,
+         u"pcdctl modes\npcdctl modes -c 1"_qs},
+        {Command::Props, u"props"_qs,
+         u"Show the properties of a camera: values, ranges, groups."_qs,
+         u"pcdctl props\npcdctl props contrast gamma\npcdctl props --json"_qs, u"[ID…]"_qs, 0,
+         anyNumber},
+        {Command::Get, u"get"_qs, u"Show the values of properties."_qs,
+         u"pcdctl get contrast\npcdctl get roi binning --mode 1 --json"_qs, u"ID…"_qs, 1,
+         anyNumber},
+        {Command::Set, u"set"_qs,
+         u"Set properties, in the order given, and show what the camera made of them."_qs,
+         u"pcdctl set contrast=12 negative=on\npcdctl set \"binning=Add 2x2\" roi=0,0,640,480\n"
+         "pcdctl set awbonce"_qs,
+         u"ID=VALUE…"_qs, 1, anyNumber},
+        {Command::Profile, u"profile"_qs,
+         u"Save the settings of a camera to a file, load them, or compare."_qs,
+         u"pcdctl profile save slide.json --set contrast=12\npcdctl profile load slide.json\n"
+         "pcdctl profile diff slide.json"_qs,
+         u"save|load|diff FILE"_qs, 2, 2},
+        {Command::Reset, u"reset"_qs, u"Set properties to their defaults: these, or all."_qs,
+         u"pcdctl reset --profile slide.json\npcdctl reset contrast gamma"_qs, u"[ID…]"_qs, 0,
+         anyNumber},
+        {Command::Snap, u"snap"_qs, u"Take a still picture and save it."_qs,
+         u"pcdctl snap -o out/a.png\npcdctl snap -o slide.tif --mode 2736x1824\n"
+         "pcdctl snap -o b.png --profile slide.json --set contrast=20"_qs},
+        {Command::Stream, u"stream"_qs, u"Run the live stream, count its frames, save them."_qs,
+         u"pcdctl stream -t 5\npcdctl stream -n 60 --json\n"
+         "pcdctl stream -n 100 --mode 2 --save \"run/frame-####.png\""_qs},
+        {Command::Trigger, u"trigger"_qs, u"Take frames on a trigger."_qs,
+         u"pcdctl trigger --count 25 --save \"out/t-####.png\"\n"
+         "pcdctl trigger --exposure 1s500ms\npcdctl trigger --external --count 10 --timeout 60"_qs},
+        {Command::Record, u"record"_qs, u"Record the live stream into files."_qs,
+         u"pcdctl record -n 100 -o run.ome.tif\n"
+         "pcdctl record -t 3600 --interval 10 -o \"lapse/frame-####.png\"\n"
+         "pcdctl record -o run.ome.tif --pixel-size 0.345"_qs},
+        {Command::Monitor, u"monitor"_qs, u"Show cameras as they come and go."_qs,
+         u"pcdctl monitor\npcdctl monitor -t 60 --json"_qs},
+    };
+}
+
+QString indented(const QString& lines) {
+    return u"  "_qs + QString(lines).replace(u'\n', u"\n  "_qs) + u'\n';
+}
+
+QString commandSummaries() {
+    QString text = u"\nCommands:\n"_qs;
+    for (const CommandSyntax& command : PCtlSyntax::commands())
+        text += u"  %1%2\n"_qs.arg(command.name, -10).arg(command.summary);
+    return text + u"\n\"pcdctl COMMAND --help\" shows the options and examples of a command.\n"_qs;
+}
+
+constexpr auto exitCodes = "\nExit codes:\n"
+                           "  0  done\n"
+                           "  1  failed\n"
+                           "  2  wrong usage\n"
+                           "  3  no such camera, or no camera at all\n";
+
+} // namespace
+
+const QList<CommandSyntax>& PCtlSyntax::commands() {
+    static const QList<CommandSyntax> all = makeCommands();
+    return all;
+}
+
+const CommandSyntax* PCtlSyntax::findCommand(const QString& name) {
+    const QList<CommandSyntax>& all = commands();
+    const auto found = std::find_if(
+        all.begin(), all.end(), [&](const CommandSyntax& command) { return command.name == name; });
+    return found == all.end() ? nullptr : &*found;
+}
+
+void PCtlSyntax::addOptions(QCommandLineParser& parser, const CommandSyntax* command) {
+    for (const OptionSyntax& syntax : cameraOptions() + commandOptions() + commonOptions()) {
+        if (command == nullptr || syntax.commands.contains(command->command))
+            parser.addOption(syntax.option);
+    }
+    parser.addOption({{u"h"_qs, u"help"_qs}, u"Show this help."_qs});
+    parser.addOption({{u"v"_qs, u"version"_qs}, u"Show the version."_qs});
+}
+
+QString PCtlSyntax::helpText(const CommandSyntax* command) {
+    QCommandLineParser parser;
+    addOptions(parser, command);
+    if (command == nullptr) {
+        parser.setApplicationDescription(
+            u"Works with microscope cameras from the command line."_qs);
+        parser.addPositionalArgument(u"command"_qs, u"What to do; see below."_qs);
+        return parser.helpText() + commandSummaries() + QString::fromLatin1(exitCodes);
+    }
+    parser.setApplicationDescription(command->summary);
+    const QString form =
+        command->words.isEmpty() ? command->name : command->name + u' ' + command->words;
+    parser.addPositionalArgument(command->name, command->summary, form);
+    return parser.helpText() + u"\nExamples:\n"_qs + indented(command->examples) +
+           QString::fromLatin1(exitCodes);
+}

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <apps/pcdctl/cli/PCtlOptions.h>
+
+#include <QCommandLineParser>
+#include <QList>
+
+/// The commands and options of the program as data. The main thread.
+namespace PCtlSyntax {
+
+struct CommandSyntax {
+    PCtlOptions::Command command;
+    QString name;
+    QString summary;
+    QString examples;
+    QString words = {}; ///< what follows the command, as help shows it
+    int leastWords = 0;
+    int mostWords = 0;
+};
+
+/// All commands, in the order help shows them.
+const QList<CommandSyntax>& commands();
+/// The command of this name, or null.
+const CommandSyntax* findCommand(const QString& name);
+
+/// Gives a parser the options of this command, or of all commands without one.
+void addOptions(QCommandLineParser& parser, const CommandSyntax* command);
+
+/// The text of --help: of a command, or of the program without one.
+QString helpText(const CommandSyntax* command);
+
+} // namespace PCtlSyntax

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+#include <apps/pcdctl/camera/PCtlHost.h>
+#include <apps/pcdctl/cli/PCtlOutput.h>
+#include <apps/pcdctl/commands/PCtlCommands.h>
+
+#include <PCd/device/PDevice.h>
+
+#include <QJsonArray>
+
+namespace {
+
+QJsonObject jsonOf(const PDeviceMode& mode, bool isCurrent) {
+    return {{u"id"_qs, QString::fromLatin1(mode.id)},
+            {u"name"_qs, mode.name},
+            {u"width"_qs, mode.width},
+            {u"height"_qs, mode.height},
+            {u"bitDepth"_qs, mode.bitDepth},
+            {u"current"_qs, isCurrent}};
+}
+
+QString textOf(const PDeviceMode& mode, bool isCurrent) {
+    const QString text = u"%1  %2  %3 x %4 pixels, %5 bits"_qs.arg(QString::fromLatin1(mode.id), -3)
+                             .arg(mode.name, -12)
+                             .arg(mode.width)
+                             .arg(mode.height)
+                             .arg(mode.bitDepth);
+    return isCurrent ? text + u"  (current)"_qs : text;
+}
+
+} // namespace
+
+PCtlOutcome runModesCommand(PCtlHost& host, const PCtlOptions& options) {
+    const PCtlHost::Choice choice = host.choose(options.camera);
+    if (choice.device == nullptr)
+        return choice.outcome;
+    const PDeviceMode current = choice.device->getCurrentMode();
+    QJsonArray array;
+    for (const PDeviceMode& mode : choice.device->getSupportModes()) {
+        array.append(jsonOf(mode, mode == current));
+        if (!options.json)
+            PCtlOutput::printLine(textOf(mode, mode == current));
+    }
+    if (options.json) {
+        const QString id = host.identityOf(choice.device).id;
+        PCtlOutput::printDocument({{u"camera"_qs, id}, {u"modes"_qs, array}});
+    }
+    return {};
+}

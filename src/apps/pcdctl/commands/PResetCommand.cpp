@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: MIT
+#include <apps/pcdctl/camera/PCameraWork.h>
+#include <apps/pcdctl/cli/PCtlOutput.h>
+#include <apps/pcdctl/commands/PCtlCommands.h>
+#include <apps/pcdctl/properties/PPropertyJson.h>
+#include <apps/pcdctl/properties/PPropertyLookup.h>
+#include <apps/pcdctl/properties/PPropertyPrint.h>
+
+#include <PCd/profile/PDeviceProfileOrder.h>
+#include <PCd/property/PDeviceProperty.h>
+#include <PCd/property/PPropertyCheck.h>
+#include <PCd/property/value/PPropertyText.h>
+
+namespace {
+
+using Items = QList<PDeviceProfileReport::Item>;
+
+/// Sends defaults to some properties of a camera.
+class PResetRun {
+public:
+    explicit PResetRun(const QList<PDeviceProperty*>& properties)
+        : m_properties(PDeviceProfileOrder::sorted(properties)) {
+        for (PDeviceProperty* property : m_properties)
+            reset(*property);
+    }
+
+    /// All that were to be reset, in the order they were.
+    const QList<PDeviceProperty*>& properties() const { return m_properties; }
+    /// Those that have no default that can be sent.
+    const Items& kept() const { return m_kept; }
+    /// Those whose default the camera did not take.
+    const Items& refused() const { return m_refused; }
+
+private:
+    void reset(PDeviceProperty& property) {
+        const QVariant value = property.defaultValue();
+        const QVariant range = property.rangeInner();
+        const QString text = PPropertyText::ofValue(value, range);
+        if (!value.isValid()) {
+            m_kept.append({property.id(), u"it has no default"_qs});
+        } else if (!PPropertyCheck::check(property, value).isOk()) {
+            m_kept.append({property.id(), u"its default %1 is not sent: expected %2"_qs.arg(
+                                              text, PPropertyCheck::expectation(property))});
+        } else if (!PPropertyCheck::setAndAsk(property, value)) {
+            m_refused.append(
+                {property.id(), u"wanted %1, the camera has %2"_qs.arg(
+                                    text, PPropertyText::ofValue(property.valueInner(), range))});
+        }
+    }
+
+    QList<PDeviceProperty*> m_properties;
+    Items m_kept;
+    Items m_refused;
+};
+
+/// What a bare "reset" is about.
+QList<PDeviceProperty*> allWithDefaults(PDevice& device) {
+    QList<PDeviceProperty*> all;
+    for (PDeviceProperty* property : device.supportProperties()) {
+        if (property->isSerializable() && property->defaultValue().isValid())
+            all.append(property);
+    }
+    return all;
+}
+
+PCtlOutcome resetValues(PCameraSession& session, const PCtlOptions& options) {
+    PCtlOutcome outcome;
+    const bool areNamed = !options.words.isEmpty();
+    const QList<PDeviceProperty*> properties =
+        areNamed ? PPropertyLookup::findAll(*session.device(), options.words, outcome)
+                 : allWithDefaults(*session.device());
+    if (!outcome.isDone())
+        return outcome;
+    const PResetRun run(properties);
+    printPropertyValues(session.cameraId(), run.properties(), options.json,
+                        {{u"kept"_qs, PPropertyJson::itemsOf(run.kept())},
+                         {u"refused"_qs, PPropertyJson::itemsOf(run.refused())}});
+    // What nobody has asked for by name is no failure, but not passed over in silence either.
+    const Items failures = areNamed ? run.kept() + run.refused() : run.refused();
+    for (const QString& line : PPropertyJson::linesOf(areNamed ? Items() : run.kept()))
+        PCtlOutput::printMessage(u"not reset: "_qs + line);
+    return failures.isEmpty() ? PCtlOutcome()
+                              : PCtlOutcome::failed(PPropertyJson::linesOf(failures).join(u'\n'));
+}
+
+} // namespace
+
+PCtlOutcome runResetCommand(PCtlHost& host, const PCtlOptions& options) {
+    return withCamera(host, options,
+                      [&](PCameraSession& session) { return resetValues(session, options); });
+}

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#include <apps/pcdctl/camera/PCameraWork.h>
+#include <apps/pcdctl/camera/PCtlSettings.h>
+#include <apps/pcdctl/commands/PCtlCommands.h>
+#include <apps/pcdctl/properties/PPropertyJson.h>
+#include <apps/pcdctl/properties/PPropertyPrint.h>
+
+namespace {
+
+PCtlOutcome setValues(PCameraSession& session, const PCtlOptions& options) {
+    PCtlSettings settings;
+    const PCtlOutcome read = settings.read(options.words, *session.device());
+    if (!read.isDone())
+        return read;
+    const PCtlOutcome outcome = settings.apply(session, options.timeout);
+    if (!session.isUnplugged()) {
+        printPropertyValues(session.cameraId(), settings.properties(), options.json,
+                            {{u"refused"_qs, PPropertyJson::itemsOf(settings.refused())}});
+    }
+    return outcome;
+}
+
+} // namespace
+
+PCtlOutcome runSetCommand(PCtlHost& host, const PCtlOptions& options) {
+    return withCamera(host, options,
+                      [&](PCameraSession& session) { return setValues(session, options); });
+}

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#include <apps/pcdctl/camera/PCtlHost.h>
+#include <apps/pcdctl/cli/PCtlOutput.h>
+#include <apps/pcdctl/commands/PCtlCommands.h>
+#include <apps/pcdctl/runs/PStreamRun.h>
+
+#include <apps/common/picture/PPictureFile.h>
+
+namespace {
+
+void print(const PStreamReport& report, bool json) {
+    if (json)
+        PCtlOutput::printDocument(report.toJson());
+    else
+        PCtlOutput::printLine(report.toText());
+}
+
+} // namespace
+
+PCtlOutcome prepareStreamFiles(const PCtlOptions& options) {
+    if (options.savePattern.isEmpty())
+        return {};
+    PNumberedFiles files;
+    PStatus status = files.setPattern(options.savePattern);
+    if (status.isOk())
+        status = PPictureFile::prepareFolder(files.path(1));
+    if (!status.isOk())
+        return PCtlOutcome::failed(status.reason());
+    // Without a number of frames nobody knows yet how many names will be needed.
+    const QString existing = files.firstExisting(options.frames.value_or(1));
+    if (existing.isEmpty())
+        return {};
+    return PCtlOutcome::failed(
+        u"\"%1\" exists already, and streams overwrite no files: expected a pattern of new names"_qs
+            .arg(existing));
+}
+
+PCtlOutcome runStreamCommand(PCtlHost& host, const PCtlOptions& options) {
+    const PCtlHost::Choice choice = host.choose(options.camera);
+    if (choice.device == nullptr)
+        return choice.outcome;
+    PStreamRun run(host.manager(), choice.device, host.identityOf(choice.device), options);
+    const PCtlOutcome outcome = run.run();
+    if (run.wasStarted())
+        print(run.report(outcome), options.json);
+    return outcome;
+}

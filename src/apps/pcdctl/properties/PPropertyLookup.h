@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <apps/pcdctl/cli/PCtlOutcome.h>
+
+#include <QList>
+#include <QString>
+
+class PDevice;
+class PDeviceProperty;
+
+/// Finds properties by the ids that a person types. The main thread.
+namespace PPropertyLookup {
+
+/// The property of this id, or null. A wrong id is wrong usage: the outcome names it, the ids it
+/// may have been meant for, and all there are.
+PDeviceProperty* find(PDevice& device, const QString& id, PCtlOutcome& outcome);
+
+/// Those of these ids, in their order; each once.
+QList<PDeviceProperty*> findAll(PDevice& device, const QStringList& ids, PCtlOutcome& outcome);
+
+} // namespace PPropertyLookup

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#include <apps/pcdctl/runs/PRecordReport.h>
+
+QJsonObject PRecordReport::toJson() const {
+    QJsonObject object = stream.toJson();
+    object.insert(u"file"_qs, file);
+    object.insert(u"recording"_qs, QJsonObject{{u"wanted"_qs, qint64(tally.wanted)},
+                                               {u"written"_qs, qint64(tally.written)},
+                                               {u"failed"_qs, qint64(tally.failed)},
+                                               {u"refused"_qs, qint64(tally.refused)},
+                                               {u"not_taken"_qs, qint64(tally.notTaken)},
+                                               {u"balanced"_qs, tally.isBalanced()}});
+    return object;
+}
+
+QString PRecordReport::toText() const {
+    QString text =
+        u"Recorded: %1 of %2 frames in %3\n"_qs.arg(tally.written).arg(tally.wanted).arg(file);
+    const auto add = [&](quint64 count, const QString& what) {
+        if (count > 0)
+            text += u"  %1  %2\n"_qs.arg(count, 10).arg(what);
+    };
+    add(tally.failed, u"could not be written"_qs);
+    add(tally.refused, u"came faster than the disk could write"_qs);
+    add(tally.notTaken, u"did not come"_qs);
+    return stream.toText() + u'\n' + text.trimmed();
+}

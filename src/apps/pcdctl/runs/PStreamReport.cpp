@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#include <apps/pcdctl/runs/PStreamReport.h>
+
+namespace {
+
+QJsonObject jsonOf(const PFrameLedger& ledger) {
+    QJsonObject object{{u"produced"_qs, qint64(ledger.produced)},
+                       {u"waiting"_qs, qint64(ledger.waiting)},
+                       {u"snapshots"_qs, qint64(ledger.snapshots)},
+                       {u"balanced"_qs, ledger.isBalanced()}};
+    for (const PFrameFate fate : PFrameLedger::allFates())
+        object.insert(QString::fromLatin1(PFrameLedger::key(fate)), qint64(ledger.count(fate)));
+    return object;
+}
+
+QString ledgerRow(const QString& title, quint64 count) {
+    return u"  %1  %2\n"_qs.arg(count, 10).arg(title);
+}
+
+QString textOf(const PFrameLedger& ledger) {
+    QString text = u"Frames:\n"_qs + ledgerRow(u"produced"_qs, ledger.produced);
+    for (const PFrameFate fate : PFrameLedger::allFates()) {
+        if (ledger.count(fate) > 0)
+            text += ledgerRow(PFrameLedger::title(fate), ledger.count(fate));
+    }
+    if (ledger.waiting > 0)
+        text += ledgerRow(u"still on their way"_qs, ledger.waiting);
+    return text + (ledger.isBalanced() ? u"  balanced"_qs : u"  NOT balanced"_qs);
+}
+
+} // namespace
+
+QJsonObject PStreamReport::toJson() const {
+    QJsonObject object{{u"camera"_qs, camera.id},
+                       {u"simulated"_qs, camera.simulated},
+                       {u"frames"_qs, qint64(tally.frames())},
+                       {u"seconds"_qs, tally.seconds()},
+                       {u"fps"_qs, tally.fps()},
+                       {u"megabytesPerSecond"_qs, tally.megabytesPerSecond()},
+                       {u"mode"_qs, mode.name},
+                       {u"ledger"_qs, jsonOf(ledger)}};
+    if (saved)
+        object.insert(u"saved"_qs, qint64(*saved));
+    if (!error.isEmpty())
+        object.insert(u"error"_qs, error);
+    return object;
+}
+
+QString PStreamReport::toText() const {
+    QString text = u"%1%2, mode %3: %4 frames in %5 s, %6 fps, %7 MB/s\n"_qs
+                       .arg(camera.id, camera.simulated ? u" (simulated)"_qs : QString(), mode.name)
+                       .arg(tally.frames())
+                       .arg(tally.seconds(), 0, 'f', 2)
+                       .arg(tally.fps(), 0, 'f', 1)
+                       .arg(tally.megabytesPerSecond(), 0, 'f', 1);
+    if (saved)
+        text += u"Saved: %1 frames\n"_qs.arg(*saved);
+    return text + textOf(ledger);
+}
