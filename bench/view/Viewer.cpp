@@ -4,9 +4,9 @@
 #include <apps/pcdview/PViewProgram.h>
 #include <apps/pcdview/camera/PViewCamera.h>
 #include <apps/pcdview/view/PImageView.h>
-#include <apps/pcdview/window/PCameraDesk.h>
-#include <apps/pcdview/window/PCameraPage.h>
-#include <apps/pcdview/window/PMainWindow.h>
+#include <apps/pcdview/window/camera/PCameraDesk.h>
+#include <apps/pcdview/window/camera/PCameraPage.h>
+#include <apps/pcdview/window/main/PMainWindow.h>
 
 #include <QAction>
 #include <QEventLoop>

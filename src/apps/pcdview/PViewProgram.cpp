@@ -4,10 +4,10 @@
 #include <apps/common/picture/PPictureFile.h>
 #include <apps/common/program/PEndSignals.h>
 #include <apps/common/program/PTranslations.h>
-#include <apps/pcdview/PViewLog.h>
-#include <apps/pcdview/window/PCameraDesk.h>
-#include <apps/pcdview/window/PMainWindow.h>
-#include <apps/pcdview/window/PTheme.h>
+#include <apps/pcdview/options/PTheme.h>
+#include <apps/pcdview/options/PViewLog.h>
+#include <apps/pcdview/window/camera/PCameraDesk.h>
+#include <apps/pcdview/window/main/PMainWindow.h>
 
 #include <PCdGui/PCdGui.h>
 

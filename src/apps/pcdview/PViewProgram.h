@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <apps/pcdview/PViewOptions.h>
+#include <apps/pcdview/options/PViewOptions.h>
 
 #include <apps/common/camera/PCameraHost.h>
 

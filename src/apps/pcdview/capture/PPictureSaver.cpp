@@ -3,7 +3,7 @@
 
 #include <QCoreApplication>
 #include <QEvent>
-#include <apps/pcdview/PViewLog.h>
+#include <apps/pcdview/options/PViewLog.h>
 
 #include <exception>
 #include <utility>

@@ -5,9 +5,9 @@
 #include <apps/common/ome/POmeStackWriter.h>
 #include <apps/common/picture/PPictureFile.h>
 #include <apps/common/record/PSeriesWriter.h>
-#include <apps/pcdview/PViewLog.h>
 #include <apps/pcdview/camera/PViewCamera.h>
 #include <apps/pcdview/capture/PCaptureFolder.h>
+#include <apps/pcdview/options/PViewLog.h>
 
 #include <QDir>
 

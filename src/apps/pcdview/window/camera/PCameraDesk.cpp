@@ -1,0 +1,205 @@
+// SPDX-License-Identifier: MIT
+#include <apps/pcdview/window/camera/PCameraDesk.h>
+
+#include <apps/pcdview/camera/PViewCamera.h>
+#include <apps/pcdview/window/camera/PCameraPage.h>
+#include <apps/pcdview/window/camera/PWelcomePage.h>
+
+#include <PCd/device/PDevice.h>
+
+#include <QTabBar>
+#include <QTabWidget>
+
+PCameraDesk::PCameraDesk(PCameraHost& host, QString problem, QWidget* parent)
+    : QStackedWidget(parent)
+    , m_host(host)
+    , m_problem(std::move(problem))
+    , m_welcome(new PWelcomePage)
+    , m_tabs(new QTabWidget) {
+    m_tabs->setDocumentMode(true);
+    m_tabs->tabBar()->setObjectName(u"tabs"_qs);
+    m_tabs->setTabsClosable(true);
+    m_tabs->setMovable(true);
+    addWidget(m_welcome);
+    addWidget(m_tabs);
+    connect(m_tabs, &QTabWidget::tabCloseRequested, this,
+            [this](int index) { emit closeWanted(pageAt(index)); });
+    connect(m_tabs, &QTabWidget::currentChanged, this,
+            [this](int index) { emit currentPageChanged(pageAt(index)); });
+    connect(m_welcome, &PWelcomePage::searchWanted, this, &PCameraDesk::search);
+    connect(m_welcome, &PWelcomePage::simulationWanted, this, &PCameraDesk::simulationWanted);
+    connect(&host.manager(), &PDeviceManager::deviceAdded, this, &PCameraDesk::onArrival);
+    connect(&host.manager(), &PDeviceManager::deviceRemoved, this, &PCameraDesk::onDeparture);
+    showSituation();
+}
+
+PCameraDesk::~PCameraDesk() {
+    m_tabs->disconnect(this);
+    // Now, and not with the other children: their cameras need the manager's devices.
+    while (m_tabs->count() > 0)
+        delete m_tabs->widget(0);
+}
+
+PStatus PCameraDesk::open(const QString& camera) {
+    const PDeviceManager::Selection selection = m_host.manager().select(camera);
+    if (selection.device != nullptr)
+        return openDevice(selection.device, Front::Yes);
+    PCameraPage* const page = pageOf(camera);
+    if (page == nullptr)
+        return PStatus::failure(selection.problem);
+    m_tabs->setCurrentWidget(page); // of one that is unplugged
+    return PStatus::Ok;
+}
+
+void PCameraDesk::openFirst() {
+    const QList<PDevice*> devices = m_host.manager().devices();
+    if (m_tabs->count() == 0 && !devices.isEmpty())
+        openDevice(devices.first(), Front::Yes);
+}
+
+PStatus PCameraDesk::openDevice(PDevice* device, Front front) {
+    PCameraPage* page = pageOf(QString::fromUtf8(device->deviceId(false)));
+    if (page == nullptr)
+        page = addPage(device);
+    if (front == Front::Yes)
+        m_tabs->setCurrentWidget(page);
+    if (page->camera().device() != nullptr)
+        return PStatus::Ok;
+    const PStatus status = page->camera().attach(device);
+    page->setMessage(status.isOk() ? QString()
+                                   : tr("This camera cannot be opened: %1").arg(status.reason()));
+    showState(page);
+    return status;
+}
+
+PCameraPage* PCameraDesk::addPage(PDevice* device) {
+    auto* const page = new PCameraPage(new PViewCamera(m_host.identityOf(device)));
+    connect(&page->camera(), &PViewCamera::stateChanged, this, [this, page] { showState(page); });
+    emit pageAdded(page);
+    m_tabs->addTab(page, titleOf(*page));
+    showSituation();
+    return page;
+}
+
+void PCameraDesk::closePage(PCameraPage* page) {
+    m_tabs->removeTab(m_tabs->indexOf(page)); // first: whoever shows its camera lets it go
+    delete page;
+    showSituation();
+    emit entriesChanged();
+}
+
+void PCameraDesk::setTabsShown(bool shown) {
+    m_tabs->tabBar()->setVisible(shown);
+}
+
+void PCameraDesk::search() {
+    m_host.manager().updateDevices();
+    // Those that could not be opened when they came: what was in the way may be gone.
+    for (PDevice* device : m_host.manager().devices()) {
+        if (pageOf(QString::fromUtf8(device->deviceId(false))) != nullptr)
+            openDevice(device, Front::No);
+    }
+    openFirst();
+    showSituation();
+}
+
+void PCameraDesk::onArrival(PDevice* device) {
+    const bool isAwaited = pageOf(QString::fromUtf8(device->deviceId(false))) != nullptr;
+    // Not to the front: the user may be at work in another tab.
+    if (isAwaited || m_tabs->count() == 0)
+        openDevice(device, Front::No);
+    showSituation();
+    emit entriesChanged();
+}
+
+void PCameraDesk::onDeparture(PDevice* device) {
+    for (int index = 0; index < m_tabs->count(); ++index) {
+        PCameraPage* const page = pageAt(index);
+        if (page->camera().device() != device)
+            continue;
+        page->setMessage(QString()); // of settings that are no more
+        page->camera().detach();
+    }
+    showSituation();
+    emit entriesChanged();
+}
+
+PCameraPage* PCameraDesk::currentPage() const {
+    return pageAt(m_tabs->currentIndex());
+}
+
+PCameraPage* PCameraDesk::pageAt(int index) const {
+    return static_cast<PCameraPage*>(m_tabs->widget(index));
+}
+
+PCameraPage* PCameraDesk::pageOf(const QString& id) const {
+    for (int index = 0; index < m_tabs->count(); ++index) {
+        if (pageAt(index)->camera().identity().id == id)
+            return pageAt(index);
+    }
+    return nullptr;
+}
+
+QList<PCameraPage*> PCameraDesk::pages() const {
+    QList<PCameraPage*> pages;
+    for (int index = 0; index < m_tabs->count(); ++index)
+        pages.append(pageAt(index));
+    return pages;
+}
+
+QString PCameraDesk::stateOf(const PCameraPage* page) const {
+    if (page == nullptr)
+        return tr("ready");
+    if (page->camera().device() == nullptr)
+        return tr("not open");
+    return page->camera().isRecorded() ? tr("recording") : tr("open");
+}
+
+QList<PCameraListPanel::Entry> PCameraDesk::entries() const {
+    QList<PCameraListPanel::Entry> entries;
+    QStringList present;
+    for (const PDevice* device : m_host.manager().devices()) {
+        const PCameraIdentity camera = m_host.identityOf(device);
+        present.append(camera.id);
+        entries.append({camera, stateOf(pageOf(camera.id))});
+    }
+    for (int index = 0; index < m_tabs->count(); ++index) {
+        const PCameraIdentity& camera = pageAt(index)->camera().identity();
+        if (!present.contains(camera.id))
+            entries.append({camera, tr("unplugged")});
+    }
+    return entries;
+}
+
+QString PCameraDesk::titleOf(const PCameraPage& page) const {
+    const PCameraIdentity& camera = page.camera().identity();
+    QString title = camera.model;
+    if (!camera.serial.isEmpty())
+        title += u" · "_qs + camera.serial;
+    if (page.camera().state() == PViewCamera::State::Unplugged)
+        title += u" — "_qs + tr("unplugged");
+    return page.camera().isRecorded() ? u"● "_qs + title : title;
+}
+
+void PCameraDesk::showState(PCameraPage* page) {
+    const int index = m_tabs->indexOf(page);
+    if (index < 0)
+        return;
+    m_tabs->setTabText(index, titleOf(*page));
+    emit entriesChanged();
+    if (page == currentPage())
+        emit currentStateChanged();
+}
+
+void PCameraDesk::showSituation() {
+    PWelcomePage::Situation situation;
+    situation.problem = m_problem;
+    situation.sdk = m_host.sdk().path();
+    situation.isSimulated = m_host.sdk().isSimulated();
+    situation.camerasPresent = int(m_host.manager().devices().size());
+    m_welcome->setSituation(situation);
+    // The page behind must not keep the window from being made small.
+    const auto claim = m_tabs->count() > 0 ? QSizePolicy::Ignored : QSizePolicy::Preferred;
+    m_welcome->setSizePolicy(claim, claim);
+    setCurrentWidget(m_tabs->count() > 0 ? static_cast<QWidget*>(m_tabs) : m_welcome);
+}

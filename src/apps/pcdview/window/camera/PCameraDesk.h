@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <apps/common/camera/PCameraHost.h>
+#include <apps/pcdview/window/panels/PCameraListPanel.h>
+
+#include <QStackedWidget>
+
+class PCameraPage;
+class PDevice;
+class PWelcomePage;
+class QTabWidget;
+
+/// The open cameras, each in a tab of its own; what to do, where none is. Follows cameras as they
+/// come and go. The GUI thread.
+class PCameraDesk : public QStackedWidget {
+    Q_OBJECT
+
+public:
+    /// `problem`: why no camera can be found at all; empty if one could.
+    PCameraDesk(PCameraHost& host, QString problem, QWidget* parent = nullptr);
+    /// Closes all cameras.
+    ~PCameraDesk() override;
+
+    /// Opens the camera that a person has named (see PDeviceManager::select), in the tab it has or
+    /// in a new one, or only shows it where it is open. Fails with the reason.
+    PStatus open(const QString& camera);
+    /// Opens the first camera, if there is one and none is open.
+    void openFirst();
+    void closePage(PCameraPage* page);
+    /// Shows or hides the tabs themselves; their pages stay.
+    void setTabsShown(bool shown);
+
+    /// The tab in front, or null.
+    PCameraPage* currentPage() const;
+    QList<PCameraPage*> pages() const;
+    /// The cameras that are there or open, for a list.
+    QList<PCameraListPanel::Entry> entries() const;
+
+public slots:
+    void search();
+
+signals:
+    /// Another tab is in front, or none.
+    void currentPageChanged(PCameraPage* page);
+    /// The camera of the tab in front was unplugged, came back, was started or stopped.
+    void currentStateChanged();
+    /// A tab was made.
+    void pageAdded(PCameraPage* page);
+    /// entries() has changed.
+    void entriesChanged();
+    /// A person wants to close this tab.
+    void closeWanted(PCameraPage* page);
+    void simulationWanted();
+
+private:
+    enum class Front { Yes, No };
+
+    void onArrival(PDevice* device);
+    void onDeparture(PDevice* device);
+    PStatus openDevice(PDevice* device, Front front);
+    PCameraPage* addPage(PDevice* device);
+    PCameraPage* pageOf(const QString& id) const;
+    PCameraPage* pageAt(int index) const;
+    void showState(PCameraPage* page);
+    void showSituation();
+    QString stateOf(const PCameraPage* page) const;
+    QString titleOf(const PCameraPage& page) const;
+
+    PCameraHost& m_host;
+    QString m_problem;
+    PWelcomePage* m_welcome; // children
+    QTabWidget* m_tabs;
+};

@@ -1,0 +1,149 @@
+// SPDX-License-Identifier: MIT
+#include <apps/pcdview/window/camera/PCameraPage.h>
+
+#include <apps/pcdview/camera/PPixelScale.h>
+#include <apps/pcdview/camera/PRegionMap.h>
+#include <apps/pcdview/camera/PViewCamera.h>
+#include <apps/pcdview/view/PImageView.h>
+
+#include <PCd/device/PDevice.h>
+#include <PCd/property/PDeviceProperty.h>
+
+#include <QLabel>
+#include <QSettings>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr double smallestPixel = 0.0001; // micrometres: no light shows less
+constexpr double largestPixel = 1000;
+
+PDeviceProperty* regionOf(const PViewCamera& camera) {
+    return camera.device() == nullptr ? nullptr : camera.device()->getProperty("roi");
+}
+
+QString numbersOf(const QRect& region) {
+    return u"%1, %2, %3 × %4"_qs.arg(region.x())
+        .arg(region.y())
+        .arg(region.width())
+        .arg(region.height());
+}
+
+} // namespace
+
+PCameraPage::PCameraPage(PViewCamera* camera, QWidget* parent)
+    : QWidget(parent)
+    , m_camera(camera)
+    , m_banner(new QLabel)
+    , m_view(new PImageView) {
+    camera->setParent(this);
+    m_banner->setObjectName(u"banner"_qs);
+    m_banner->setWordWrap(true);
+    m_banner->setTextFormat(Qt::PlainText);
+    m_banner->setMargin(8);
+    m_banner->setAutoFillBackground(true);
+    m_banner->setBackgroundRole(QPalette::ToolTipBase);
+    m_banner->setForegroundRole(QPalette::ToolTipText);
+    m_view->setPixelSize(pixelSizeOfPicture());
+    auto* const column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(m_banner);
+    column->addWidget(m_view, 1);
+    connect(camera, &PViewCamera::stateChanged, this, &PCameraPage::showState);
+    connect(camera, &PViewCamera::snapshotTaken, this, &PCameraPage::showState);
+    connect(camera, &PViewCamera::frameChanged, this, &PCameraPage::showFrame);
+    connect(m_view, &PImageView::regionDrawn, this, &PCameraPage::useRegion);
+    showState();
+}
+
+void PCameraPage::showFrame(const PDeviceFrame& frame) {
+    m_view->setImage(frame.image);
+    const QSize size(int(frame.image.width()), int(frame.image.height()));
+    const double scale = PPixelScale::of(*m_camera->device(), size);
+    if (scale == m_pixelScale)
+        return;
+    m_pixelScale = scale;
+    m_view->setPixelSize(pixelSizeOfPicture());
+}
+
+void PCameraPage::setMessage(const QString& message) {
+    m_message = message;
+    showState();
+}
+
+double PCameraPage::pixelSize() const {
+    const double size = QSettings().value(pixelSizeKey(), 0.0).toDouble();
+    return size >= smallestPixel && size <= largestPixel ? size : 0; // people can edit the file
+}
+
+void PCameraPage::setPixelSize(double micrometres) {
+    QSettings().setValue(pixelSizeKey(), micrometres);
+    m_view->setPixelSize(pixelSizeOfPicture());
+}
+
+QString PCameraPage::pixelSizeKey() const {
+    return u"cameras/%1/pixelSize"_qs.arg(m_camera->identity().id);
+}
+
+bool PCameraPage::hasRegions() const {
+    return regionOf(*m_camera) != nullptr;
+}
+
+void PCameraPage::useRegion(const QRect& inPicture) {
+    m_view->setTool(PImageView::Tool::Move);
+    emit m_view->regionCancelled();
+    PDeviceProperty* const property = regionOf(*m_camera);
+    if (property == nullptr)
+        return setMessage(tr("This camera has no region to set."));
+    property->updateValueFromDevice();
+    const PRegionMap map = PRegionMap::of(*m_camera->device(), m_view->geometryOfView().picture());
+    const auto range = property->rangeInner().value<PScanAreaRange>();
+    const QRect region = PRegionMap::snapped(map.toSensor(inPicture), range);
+    if (region.isEmpty())
+        return setMessage(tr("The camera accepts no such region."));
+    setRegion(region);
+}
+
+void PCameraPage::useWholeSensor() {
+    PDeviceProperty* const property = regionOf(*m_camera);
+    if (property == nullptr)
+        return setMessage(tr("This camera has no region to set."));
+    property->updateValueFromDevice();
+    setRegion(property->rangeInner().value<PScanAreaRange>().bounds);
+}
+
+void PCameraPage::setRegion(const QRect& onSensor) {
+    PDeviceProperty* const property = regionOf(*m_camera);
+    property->setValue(onSensor);
+    const QRect now = property->valueInner().toRect();
+    setMessage(now == onSensor ? QString()
+                               : tr("The camera did not take the region %1: it has %2.")
+                                     .arg(numbersOf(onSensor), numbersOf(now)));
+}
+
+void PCameraPage::showState() {
+    const QStringList sentences = stateSentences();
+    m_banner->setText(sentences.join(u'\n'));
+    m_banner->setVisible(!sentences.isEmpty());
+    m_view->setStale(m_camera->state() == PViewCamera::State::Unplugged);
+}
+
+QStringList PCameraPage::stateSentences() const {
+    QStringList sentences;
+    if (!m_message.isEmpty())
+        sentences.append(m_message);
+    if (m_message.isEmpty() && m_camera->state() == PViewCamera::State::Unplugged) {
+        sentences.append(
+            tr("This camera is unplugged. The last picture stays; plug it in again and "
+               "it goes on with its settings."));
+    }
+    if (m_camera->isTriggered()) {
+        const QString sentence =
+            m_camera->isAwaitingTriggers()
+                ? tr("Triggered capture: the picture waits for triggers. Pictures taken: %1")
+                : tr("Triggered capture: a run is under way. Pictures taken: %1");
+        sentences.append(sentence.arg(m_camera->triggeredPictures()));
+    }
+    return sentences + m_camera->notes();
+}

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+#include <apps/pcdview/window/camera/PModeChooser.h>
+
+#include <apps/pcdview/camera/PViewCamera.h>
+
+#include <PCd/device/PDevice.h>
+
+PModeChooser::PModeChooser(QWidget* parent)
+    : QComboBox(parent) {
+    setObjectName(u"modes"_qs);
+    setToolTip(tr("Resolution of the camera"));
+    setAccessibleName(toolTip());
+    setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    connect(this, &QComboBox::activated, this, &PModeChooser::choose);
+}
+
+void PModeChooser::setCamera(PViewCamera* camera) {
+    if (m_camera != nullptr)
+        disconnect(m_camera, nullptr, this, nullptr);
+    m_camera = camera;
+    if (camera != nullptr) {
+        connect(camera, &PViewCamera::modeChanged, this, &PModeChooser::refresh);
+        connect(camera, &PViewCamera::stateChanged, this, &PModeChooser::refresh);
+        connect(camera, &QObject::destroyed, this, [this] { m_camera = nullptr; });
+    }
+    refresh();
+}
+
+void PModeChooser::refresh() {
+    clear();
+    m_modes.clear();
+    const bool hasDevice = m_camera != nullptr && m_camera->device() != nullptr;
+    setEnabled(hasDevice);
+    if (!hasDevice)
+        return;
+    m_modes = m_camera->device()->getSupportModes();
+    for (const PDeviceMode& mode : std::as_const(m_modes))
+        addItem(mode.name);
+    setCurrentIndex(int(m_modes.indexOf(m_camera->device()->getCurrentMode())));
+}
+
+void PModeChooser::choose(int index) {
+    const PStatus status = m_camera->setMode(m_modes.value(index));
+    if (status.isOk())
+        return;
+    emit refused(status.reason());
+    refresh();
+}

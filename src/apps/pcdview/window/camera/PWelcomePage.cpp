@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+#include <apps/pcdview/window/camera/PWelcomePage.h>
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr int textWidth = 560;
+
+QString asList(const QStringList& points) {
+    QString html;
+    for (const QString& point : points)
+        html += u"<li style=\"margin-bottom: 6px\">"_qs + point + u"</li>"_qs;
+    return u"<ul>"_qs + html + u"</ul>"_qs;
+}
+
+} // namespace
+
+PWelcomePage::PWelcomePage(QWidget* parent)
+    : QWidget(parent)
+    , m_title(new QLabel)
+    , m_text(new QLabel) {
+    setObjectName(u"welcome"_qs);
+    QFont large = font();
+    large.setPointSizeF(large.pointSizeF() * 1.8);
+    m_title->setFont(large);
+    m_text->setWordWrap(true);
+    m_text->setMaximumWidth(textWidth);
+    m_text->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    auto* const search = new QPushButton(tr("Look again"));
+    connect(search, &QPushButton::clicked, this, &PWelcomePage::searchWanted);
+    auto* const simulate = new QPushButton(tr("Try it with simulated cameras"));
+    connect(simulate, &QPushButton::clicked, this, &PWelcomePage::simulationWanted);
+    m_simulate = simulate;
+    auto* const buttons = new QHBoxLayout;
+    buttons->addWidget(search);
+    buttons->addWidget(simulate);
+    buttons->addStretch();
+    auto* const column = new QVBoxLayout;
+    column->addStretch();
+    column->addWidget(m_title);
+    column->addSpacing(12);
+    column->addWidget(m_text);
+    column->addSpacing(12);
+    column->addLayout(buttons);
+    column->addStretch();
+    auto* const row = new QHBoxLayout(this);
+    row->addStretch();
+    row->addLayout(column, 100); // all there is, up to the text's most
+    row->addStretch();
+}
+
+void PWelcomePage::setSituation(const Situation& situation) {
+    m_simulate->setVisible(!situation.isSimulated);
+    if (situation.camerasPresent > 0) {
+        m_title->setText(tr("No camera is open"));
+        m_text->setText(tr("Double-click a camera in the list to look through it."));
+        return;
+    }
+    m_title->setText(tr("No camera found"));
+    const bool isSimulated = situation.isSimulated && situation.problem.isEmpty();
+    m_text->setText(asList(isSimulated ? adviceOfScene() : adviceFor(situation)));
+}
+
+/// Where the cameras are simulated, no cable helps.
+QStringList PWelcomePage::adviceOfScene() {
+    return {tr("Simulated cameras are in use, and the scene has none that is plugged in."),
+            tr("Start the program with another scene: pcdview --scene FILE. Without one it has two "
+               "cameras.")};
+}
+
+QStringList PWelcomePage::adviceFor(const Situation& situation) {
+    QStringList points;
+    if (!situation.problem.isEmpty())
+        points.append(situation.problem.toHtmlEscaped());
+    points.append(tr("Plug the camera in, best straight into a USB 3 port of the computer. It "
+                     "shows up here by itself."));
+    points.append(tr("If it is plugged in: another program may have it open, or your user may lack "
+                     "the right to use it. The maker's installation sets that right (a udev rule); "
+                     "plug the camera in again afterwards."));
+    if (!situation.sdk.isEmpty())
+        points.append(tr("Camera library in use: %1").arg(situation.sdk.toHtmlEscaped()));
+    return points;
+}

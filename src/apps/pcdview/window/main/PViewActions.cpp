@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: MIT
+#include <apps/pcdview/window/main/PViewActions.h>
+
+#include <QAction>
+#include <QMainWindow>
+
+PViewActions::PViewActions(QMainWindow* window)
+    : QObject(window)
+    , m_window(window) {
+    makeFileActions();
+    makeCameraActions();
+    makeViewActions();
+    makeHelpActions();
+}
+
+QAction* PViewActions::add(const char* name, const QString& text, const QString& shortText,
+                           const QKeySequence& key, const QString& explanation) {
+    auto* const action = new QAction(text, this);
+    action->setObjectName(QString::fromLatin1(name));
+    action->setIconText(shortText);
+    action->setShortcut(key);
+    const QString keyText = key.toString(QKeySequence::NativeText);
+    action->setToolTip(keyText.isEmpty() ? explanation : u"%1 (%2)"_qs.arg(explanation, keyText));
+    // Of the window itself: a menu bar that is hidden takes its keys with it.
+    m_window->addAction(action);
+    return action;
+}
+
+QAction* PViewActions::addSwitch(const char* name, const QString& text, const QString& shortText,
+                                 const QKeySequence& key, const QString& explanation) {
+    QAction* const action = add(name, text, shortText, key, explanation);
+    action->setCheckable(true);
+    return action;
+}
+
+void PViewActions::makeFileActions() {
+    snapshot = add("snapshot", tr("Take a &still picture"), tr("Still"), Qt::CTRL | Qt::Key_S,
+                   tr("Take a still picture and save it in the capture folder"));
+    savePicture =
+        add("savePicture", tr("Save shown &picture as…"), {}, Qt::CTRL | Qt::SHIFT | Qt::Key_S,
+            tr("Save the picture that is shown, under a name of your choice"));
+    record = addSwitch("record", tr("&Record"), tr("Record"), Qt::CTRL | Qt::Key_R,
+                       tr("Record frames, a time, or a time-lapse"));
+    captureFiles = add("captureFiles", tr("F&older and names…"), {}, {},
+                       tr("Choose the folder of pictures and recordings, and their names"));
+    loadProfile = add("loadProfile", tr("&Load profile…"), {}, Qt::CTRL | Qt::Key_O,
+                      tr("Give the camera the settings of a file"));
+    saveProfile = add("saveProfile", tr("Save pro&file…"), {}, Qt::CTRL | Qt::Key_E,
+                      tr("Save the camera's settings to a file"));
+    closeCamera = add("closeCamera", tr("&Close camera"), {}, Qt::CTRL | Qt::Key_W,
+                      tr("Close the camera in front"));
+    quit = add("quit", tr("&Quit"), {}, Qt::CTRL | Qt::Key_Q, tr("Close all and end the program"));
+    quit->setMenuRole(QAction::QuitRole);
+}
+
+void PViewActions::makeCameraActions() {
+    live = addSwitch("live", tr("&Live picture"), tr("Live"), Qt::CTRL | Qt::Key_L,
+                     tr("Start or stop the live picture"));
+    region = addSwitch("region", tr("&Draw region"), tr("Region"), Qt::CTRL | Qt::Key_D,
+                       tr("Draw with the mouse the region that the camera shall send"));
+    wholeSensor = add("wholeSensor", tr("&Whole sensor"), tr("Whole sensor"),
+                      Qt::CTRL | Qt::SHIFT | Qt::Key_D, tr("Go back to the whole sensor"));
+    pixelSize = add("pixelSize", tr("Pixel &size…"), {}, {},
+                    tr("Say how large a pixel is on the specimen, for the scale bar"));
+    search = add("search", tr("Look for &cameras"), {}, Qt::Key_F5,
+                 tr("Look again which cameras are there"));
+}
+
+void PViewActions::makeViewActions() {
+    fit = add("fit", tr("&Fit to window"), tr("Fit"), Qt::CTRL | Qt::Key_0,
+              tr("Show the whole picture"));
+    actualSize = add("actualSize", tr("&Actual pixels"), tr("1:1"), Qt::CTRL | Qt::Key_1,
+                     tr("Show one pixel of the picture on each of the screen"));
+    zoomIn = add("zoomIn", tr("Zoom &in"), {}, QKeySequence::ZoomIn, tr("Show it larger"));
+    zoomOut = add("zoomOut", tr("Zoom &out"), {}, QKeySequence::ZoomOut, tr("Show it smaller"));
+    fullScreen = addSwitch("fullScreen", tr("F&ull screen"), tr("Full screen"), Qt::Key_F11,
+                           tr("Show the picture alone; Esc goes back"));
+    clipped = addSwitch("clipped", tr("Mark &clipped pixels"), tr("Clipping"), Qt::CTRL | Qt::Key_K,
+                        tr("Mark overexposed pixels red and black ones blue"));
+    autoContrast =
+        addSwitch("autoContrast", tr("Stretch contras&t"), tr("Contrast"), Qt::CTRL | Qt::Key_T,
+                  tr("Stretch the contrast on the screen; saved pictures stay as the "
+                     "camera made them"));
+}
+
+void PViewActions::makeHelpActions() {
+    help = add("help", tr("&Keyboard and mouse"), {}, Qt::Key_F1,
+               tr("Show all keys and what the mouse does"));
+    about = add("about", tr("&About pcdview"), {}, {},
+                tr("Show the versions and the camera library in use"));
+    about->setMenuRole(QAction::AboutRole);
+}
+
+QList<QAction*> PViewActions::ofCamera() const {
+    return {snapshot, savePicture, record,      loadProfile, saveProfile, closeCamera, live,
+            region,   pixelSize,   wholeSensor, fit,         actualSize,  zoomIn,      zoomOut};
+}
+
+QList<QAction*> PViewActions::withShortcut() const {
+    QList<QAction*> result;
+    for (QAction* action : m_window->actions()) {
+        if (!action->shortcut().isEmpty())
+            result.append(action);
+    }
+    return result;
+}

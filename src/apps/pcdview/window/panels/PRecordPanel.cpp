@@ -1,0 +1,182 @@
+// SPDX-License-Identifier: MIT
+#include <apps/pcdview/window/panels/PRecordPanel.h>
+
+#include <apps/pcdview/capture/PRecordings.h>
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDoubleSpinBox>
+#include <QFormLayout>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QTime>
+
+namespace {
+
+constexpr int mostFrames = 1'000'000;
+constexpr double mostSeconds = 7 * 24 * 3600;
+constexpr double shortestSeconds = 0.1;
+constexpr int barSteps = 1000;
+
+using End = PRecordSettings::End;
+
+QDoubleSpinBox* secondsField(double value) {
+    auto* const field = new QDoubleSpinBox;
+    field->setRange(shortestSeconds, mostSeconds);
+    field->setDecimals(1);
+    field->setSuffix(PRecordPanel::tr(" s"));
+    field->setValue(value);
+    return field;
+}
+
+QString clockOf(PRecordSchedule::Duration time) {
+    const auto total = std::chrono::round<std::chrono::seconds>(time).count();
+    const QLatin1Char zero('0');
+    return u"%1:%2:%3"_qs.arg(total / 3600)
+        .arg(total / 60 % 60, 2, 10, zero)
+        .arg(total % 60, 2, 10, zero);
+}
+
+} // namespace
+
+PRecordPanel::PRecordPanel(PRecordings& recordings, QWidget* parent)
+    : QWidget(parent)
+    , m_recordings(recordings)
+    , m_end(new QComboBox)
+    , m_frames(new QSpinBox)
+    , m_timeLapse(new QCheckBox(tr("Time-lapse, one frame every")))
+    , m_format(new QComboBox)
+    , m_button(new QPushButton)
+    , m_bar(new QProgressBar)
+    , m_text(new QLabel) {
+    makeFields(PRecordSettings::remembered());
+    makeLayout();
+    connect(m_end, &QComboBox::currentIndexChanged, this, &PRecordPanel::showFields);
+    connect(m_timeLapse, &QCheckBox::toggled, m_interval, &QWidget::setEnabled);
+    connect(m_button, &QPushButton::clicked, this, [this] {
+        if (PRecording* const recording = m_recordings.of(m_camera))
+            recording->stop();
+        else
+            emit startWanted();
+    });
+    connect(&recordings, &PRecordings::changed, this, &PRecordPanel::showProgress);
+    connect(&recordings, &PRecordings::finished, this, &PRecordPanel::showMessage);
+    showFields();
+    showProgress();
+}
+
+void PRecordPanel::makeFields(const PRecordSettings& settings) {
+    m_end->addItems({tr("A number of frames"), tr("A time"), tr("Until stopped")});
+    m_end->setCurrentIndex(int(settings.end));
+    m_end->setObjectName(u"recordEnd"_qs);
+    m_frames->setRange(1, mostFrames);
+    m_frames->setValue(settings.frames);
+    m_frames->setObjectName(u"recordFrames"_qs);
+    m_seconds = secondsField(settings.seconds);
+    m_timeLapse->setChecked(settings.isTimeLapse);
+    m_interval = secondsField(settings.intervalSeconds);
+    m_interval->setEnabled(settings.isTimeLapse);
+    m_format->addItems({tr("One file (OME-TIFF)"), tr("TIFF files"), tr("PNG files")});
+    m_format->setCurrentIndex(int(settings.format));
+    m_format->setObjectName(u"recordFormat"_qs);
+    m_button->setObjectName(u"recordButton"_qs);
+    m_text->setObjectName(u"recordText"_qs);
+    m_bar->setObjectName(u"recordBar"_qs);
+    m_text->setWordWrap(true);
+    m_bar->setMaximum(barSteps);
+    m_bar->setTextVisible(false);
+}
+
+void PRecordPanel::makeLayout() {
+    auto* const form = new QFormLayout(this);
+    form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    // On top, where the progress is seen also in a window that has no room for all of the panel.
+    form->addRow(m_button);
+    form->addRow(m_bar);
+    form->addRow(m_text);
+    form->addRow(tr("Record:"), m_end);
+    form->addRow(tr("Frames:"), m_frames);
+    form->addRow(tr("Time:"), m_seconds);
+    form->addRow(m_timeLapse);
+    form->addRow(QString(), m_interval);
+    form->addRow(tr("As:"), m_format);
+}
+
+PRecordSettings PRecordPanel::settings() const {
+    PRecordSettings settings;
+    settings.end = End(m_end->currentIndex());
+    settings.frames = m_frames->value();
+    settings.seconds = m_seconds->value();
+    settings.isTimeLapse = m_timeLapse->isChecked();
+    settings.intervalSeconds = m_interval->value();
+    settings.format = PRecordSettings::Format(m_format->currentIndex());
+    return settings;
+}
+
+void PRecordPanel::setCamera(PViewCamera* camera) {
+    m_camera = camera;
+    showProgress();
+}
+
+void PRecordPanel::showMessage(const QString& camera, const QString& message) {
+    m_messages.insert(camera, message);
+    showProgress();
+}
+
+void PRecordPanel::showFields() {
+    m_frames->setEnabled(m_end->currentIndex() == int(End::AfterFrames));
+    m_seconds->setEnabled(m_end->currentIndex() == int(End::AfterTime));
+}
+
+void PRecordPanel::showProgress() {
+    const PRecording* const here = m_recordings.of(m_camera);
+    const bool isPossible = m_camera != nullptr && m_camera->device() != nullptr;
+    m_button->setText(here != nullptr ? tr("Stop recording") : tr("Record"));
+    m_button->setEnabled(here != nullptr || isPossible);
+    m_bar->setVisible(here != nullptr);
+    if (here != nullptr) {
+        const std::optional<double> share = here->progress().share;
+        // Without a set end it only shows that something is going on.
+        m_bar->setMaximum(share ? barSteps : 0);
+        m_bar->setValue(int(share.value_or(0) * barSteps));
+    }
+    for (const PRecording* recording : m_recordings.running())
+        m_messages.remove(recording->cameraId());
+    const QString inFront = m_camera == nullptr ? QString() : m_camera->identity().id;
+    m_text->setText(texts(inFront).join(u"\n"_qs));
+    m_text->setVisible(!m_text->text().isEmpty());
+}
+
+/// The camera in front first.
+QStringList PRecordPanel::texts(const QString& inFront) const {
+    QStringList texts;
+    const auto add = [&](const QString& camera, const QString& text) {
+        texts.insert(camera == inFront ? 0 : texts.size(), text);
+    };
+    for (const PRecording* recording : m_recordings.running())
+        add(recording->cameraId(), progressText(*recording));
+    for (auto message = m_messages.begin(); message != m_messages.end(); ++message) {
+        const bool isInFront = message.key() == inFront;
+        add(message.key(), isInFront ? *message : message.key() + u'\n' + *message);
+    }
+    return texts;
+}
+
+QString PRecordPanel::progressText(const PRecording& recording) {
+    const PFrameRecorder::Progress progress = recording.progress();
+    const PRecordTally& tally = progress.tally;
+    QString text = recording.cameraId() + u'\n' +
+                   tr("Written: %1, waiting: %2, lost: %3")
+                       .arg(tally.written)
+                       .arg(tally.waiting)
+                       .arg(tally.failed + tally.refused);
+    if (progress.isOver)
+        return text + u'\n' + tr("Finishing the file…");
+    if (progress.timeLeft)
+        text += u'\n' + tr("Time left: %1").arg(clockOf(*progress.timeLeft));
+    if (const auto silence = recording.silence())
+        text += u'\n' + tr("No frame has come for %1 s.").arg(silence->count());
+    return text;
+}

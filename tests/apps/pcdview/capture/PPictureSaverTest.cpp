@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+#include <apps/pcdview/capture/PPictureSaver.h>
+
+#include <apps/pcdview/ViewPictures.h>
+
+#include <support/FolderTest.h>
+#include <support/QtPrinters.h>
+#include <support/WaitUntil.h>
+
+#include <QImage>
+
+#include <map>
+
+namespace {
+
+class PPictureSaverTest : public FolderTest {
+protected:
+    void follow(PPictureSaver& saver) {
+        QObject::connect(
+            &saver, &PPictureSaver::finished, &saver,
+            [this](const QString& file, const QString& reason) { reasons[file] = reason; });
+    }
+
+    PPictureSaver::Job jobFor(const QString& name) const {
+        const PImage image =
+            pictureOf(33, 20, PDIP::ColorFormat::Bgr, [](int x, int) { return QColor(x, 200, 3); });
+        return {path(name), {image, nullptr}, {}, PPictureFile::Existing::Keep};
+    }
+
+    std::map<QString, QString> reasons;
+};
+
+} // namespace
+
+TEST_F(PPictureSaverTest, saves_pictures_in_their_colours_and_makes_the_folder) {
+    PPictureSaver saver;
+    follow(saver);
+    saver.save(jobFor(u"new/a.png"_qs));
+    saver.save(jobFor(u"new/b.tif"_qs));
+    ASSERT_TRUE(waitUntil([this] { return reasons.size() == 2; }));
+    EXPECT_FALSE(saver.isBusy());
+    for (const auto& [file, reason] : reasons) {
+        EXPECT_EQ(reason, QString());
+        EXPECT_EQ(QImage(file).pixelColor(32, 19), QColor(32, 200, 3));
+    }
+}
+
+TEST_F(PPictureSaverTest, leaves_an_older_file_alone_and_says_so) {
+    writeFile(path(u"a.png"_qs), "mine");
+    PPictureSaver saver;
+    follow(saver);
+    saver.save(jobFor(u"a.png"_qs));
+    ASSERT_TRUE(waitUntil([this] { return reasons.size() == 1; }));
+    EXPECT_TRUE(reasons.begin()->second.contains(u"a.png"_qs))
+        << reasons.begin()->second.toStdString();
+    EXPECT_EQ(readFile(path(u"a.png"_qs)), QByteArray("mine"));
+}
+
+TEST_F(PPictureSaverTest, saves_what_waits_before_it_goes) {
+    {
+        PPictureSaver saver;
+        for (int i = 0; i < 5; ++i)
+            saver.save(jobFor(u"%1.png"_qs.arg(i)));
+    }
+    for (int i = 0; i < 5; ++i)
+        EXPECT_FALSE(QImage(path(u"%1.png"_qs.arg(i))).isNull()) << i;
+}
+
+TEST_F(PPictureSaverTest, a_picture_that_finds_no_room_is_not_saved_and_named) {
+    PPictureSaver saver(1); // one at a time
+    follow(saver);
+    PPictureSaver::Job large = jobFor(u"large.png"_qs);
+    // Long enough at work that the next one comes in between.
+    large.frame.image = pictureOf(4000, 3000, PDIP::ColorFormat::Bgr, [](int x, int y) {
+        return QColor(x % 251, y % 241, x * y % 239);
+    });
+    saver.save(large);
+    saver.save(jobFor(u"small.png"_qs));
+    ASSERT_TRUE(waitUntil([this] { return reasons.size() == 2; }));
+    EXPECT_EQ(reasons[path(u"large.png"_qs)], QString());
+    EXPECT_TRUE(reasons[path(u"small.png"_qs)].contains(u"36.0 MB"_qs))
+        << reasons[path(u"small.png"_qs)].toStdString();
+    EXPECT_FALSE(QFile::exists(path(u"small.png"_qs)));
+
+    saver.save(jobFor(u"small.png"_qs));
+    ASSERT_TRUE(waitUntil([this] { return reasons[path(u"small.png"_qs)].isEmpty(); }));
+    EXPECT_TRUE(QFile::exists(path(u"small.png"_qs)));
+}

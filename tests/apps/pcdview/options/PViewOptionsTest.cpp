@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: MIT
+#include <apps/pcdview/options/PViewOptions.h>
+
+#include <support/QtPrinters.h>
+#include <support/RowName.h>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+struct BadOptionRow {
+    const char* name;
+    QStringList words;
+    const char* reason; ///< a part of it
+};
+
+class PViewOptionsBadTest : public testing::TestWithParam<BadOptionRow> {};
+
+PStatus parse(const QStringList& words, PViewOptions& options) {
+    QString answer;
+    return PViewOptions::parse(QStringList{u"pcdview"_qs} + words, options, answer);
+}
+
+} // namespace
+
+TEST(PViewOptionsTest, without_words_takes_the_system_s_cameras) {
+    PViewOptions options;
+    ASSERT_TRUE(parse({}, options).isOk());
+    EXPECT_EQ(options.sdk, QStringLiteral("auto"));
+    EXPECT_TRUE(options.grab.isEmpty());
+}
+
+TEST(PViewOptionsTest, reads_every_option) {
+    PViewOptions options;
+    ASSERT_TRUE(parse({u"--sdk"_qs,         u"sim"_qs,   u"--scene"_qs,       u"s.json"_qs,
+                       u"--plugin-path"_qs, u"/a"_qs,    u"--plugin-path"_qs, u"/b"_qs,
+                       u"--camera"_qs,      u"1"_qs,     u"--lang"_qs,        u"ru"_qs,
+                       u"--theme"_qs,       u"dark"_qs,  u"--log-level"_qs,   u"debug"_qs,
+                       u"--grab"_qs,        u"w.png"_qs, u"--after"_qs,       u"50"_qs},
+                      options)
+                    .isOk());
+    EXPECT_EQ(options.sdk, QStringLiteral("sim"));
+    EXPECT_EQ(options.scene, QStringLiteral("s.json"));
+    EXPECT_EQ(options.pluginPaths, (QStringList{u"/a"_qs, u"/b"_qs}));
+    EXPECT_EQ(options.camera, QStringLiteral("1"));
+    EXPECT_EQ(options.language, QStringLiteral("ru"));
+    EXPECT_EQ(options.theme, QStringLiteral("dark"));
+    EXPECT_EQ(options.logFilter, QStringLiteral("debug"));
+    EXPECT_EQ(options.grab, QStringLiteral("w.png"));
+    EXPECT_EQ(options.grabAfter, std::chrono::milliseconds(50));
+}
+
+TEST(PViewOptionsTest, help_names_every_option) {
+    PViewOptions options;
+    QString answer;
+    ASSERT_TRUE(PViewOptions::parse({u"pcdview"_qs, u"--help"_qs}, options, answer).isOk());
+    for (const char* name : {"--sdk", "--scene", "--plugin-path", "--camera", "--lang", "--theme",
+                             "--log-level", "--grab", "--after"})
+        EXPECT_TRUE(answer.contains(QString::fromLatin1(name))) << name;
+}
+
+TEST(PViewOptionsTest, starting_again_with_simulated_cameras_keeps_what_has_to_do_with_neither) {
+    EXPECT_EQ(PViewOptions::withSimulatedCameras(
+                  {u"pcdview"_qs, u"--sdk"_qs, u"auto"_qs, u"--lang=ru"_qs, u"--scene=a.json"_qs,
+                   u"-c"_qs, u"1"_qs, u"--plugin-path"_qs, u"p"_qs, u"--camera"_qs}),
+              QStringList({u"--lang=ru"_qs, u"--plugin-path"_qs, u"p"_qs, u"--sdk"_qs, u"sim"_qs}));
+    EXPECT_EQ(PViewOptions::withSimulatedCameras({u"pcdview"_qs}),
+              QStringList({u"--sdk"_qs, u"sim"_qs}));
+}
+
+TEST_P(PViewOptionsBadTest, is_refused_with_what_was_expected) {
+    PViewOptions options;
+    const PStatus status = parse(GetParam().words, options);
+    ASSERT_FALSE(status.isOk());
+    EXPECT_TRUE(status.reason().contains(QString::fromLatin1(GetParam().reason)))
+        << status.reason().toStdString();
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Words, PViewOptionsBadTest,
+    testing::Values(BadOptionRow{"a_word_too_many", {u"picture.png"_qs}, "picture.png"},
+                    BadOptionRow{"an_unknown_option", {u"--fast"_qs}, "fast"},
+                    BadOptionRow{
+                        "an_unknown_theme", {u"--theme"_qs, u"pink"_qs}, "system, light or dark"},
+                    BadOptionRow{"an_unknown_language",
+                                 {u"--lang=xx"_qs},
+                                 "\"xx\" is no value for --lang: expected en or ru"},
+                    BadOptionRow{"an_empty_camera", {u"--camera"_qs, QString()}, "--camera"},
+                    BadOptionRow{"a_time_that_is_none",
+                                 {u"--grab"_qs, u"a.png"_qs, u"--after"_qs, u"soon"_qs},
+                                 "milliseconds"},
+                    BadOptionRow{"a_picture_of_no_format", {u"--grab"_qs, u"a.xyz"_qs}, ".png"}),
+    RowName());

@@ -1,0 +1,485 @@
+// SPDX-License-Identifier: MIT
+// Recording in the viewer as a user does it, on simulated cameras.
+#include <apps/pcdview/window/ViewSession.h>
+
+#include <apps/pcdview/camera/PViewCamera.h>
+#include <apps/pcdview/capture/PCaptureFolder.h>
+#include <apps/pcdview/window/camera/PCameraDesk.h>
+#include <apps/pcdview/window/camera/PCameraPage.h>
+#include <apps/pcdview/window/main/PMainWindow.h>
+
+#include <apps/common/reading/OmeXml.h>
+#include <apps/common/reading/TiffReadBack.h>
+#include <support/QtPrinters.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QDir>
+#include <QImageReader>
+#include <QLabel>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QPointer>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QScopeGuard>
+#include <QSpinBox>
+#include <QTabBar>
+#include <QTest>
+#include <QTimer>
+
+#include <csignal>
+#include <functional>
+
+#include <sys/resource.h>
+
+namespace {
+
+class RecordSessionTest : public ViewSession {
+protected:
+    void SetUp() override {
+        start({camera()});
+        ASSERT_TRUE(waitForNewFrames());
+    }
+
+    void pressButton() {
+        QTest::mouseClick(&widget<QPushButton>(u"recordButton"_qs), Qt::LeftButton);
+    }
+    QString text() { return widget<QLabel>(u"recordText"_qs).text(); }
+    bool isRecording() { return widget<QAction>(u"record"_qs).isChecked(); }
+    bool waitForText(const QString& part) {
+        return waitUntil([&] { return !isRecording() && text().contains(part); });
+    }
+    void TearDown() override { EXPECT_EQ(questionsDue, 0) << "a question was not asked"; }
+
+    /// Does this to the question that comes next.
+    void withNext(const std::function<void(QMessageBox& box)>& act) {
+        ++questionsDue;
+        QTimer::singleShot(0, &questions, [this, act] {
+            auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            ASSERT_NE(box, nullptr);
+            --questionsDue;
+            act(*box);
+        });
+    }
+    void answerNext(QMessageBox::StandardButton answer) {
+        activate();
+        withNext([answer](QMessageBox& box) { box.button(answer)->click(); });
+    }
+    /// Answers it with No, once it is known to say this.
+    void declineNext(const QString& question) {
+        withNext([question](QMessageBox& box) {
+            EXPECT_EQ(box.text().toStdString(), question.toStdString());
+            box.button(QMessageBox::No)->click();
+        });
+    }
+    /// Does this while the next question is open, which then must go away by itself.
+    void expectNextGoesAfter(const std::function<void()>& event) {
+        withNext([event](QMessageBox& box) {
+            const QPointer<QWidget> question(&box);
+            event();
+            EXPECT_TRUE(waitUntil([&] { return question.isNull() || !question->isVisible(); }));
+            if (question != nullptr)
+                question->close(); // nobody else would
+        });
+    }
+    void pressNext(Qt::Key key) {
+        withNext([key](QMessageBox& box) { QTest::keyClick(&box, key); });
+    }
+    /// A question before has left no window active, and keys go to the active one.
+    void activate() {
+        window().activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
+    }
+    /// Does what no question is due for. One that comes all the same is closed, as nobody would
+    /// answer.
+    static void unasked(const std::function<void()>& act) {
+        QTimer watch;
+        QObject::connect(&watch, &QTimer::timeout, [] {
+            if (QWidget* const box = QApplication::activeModalWidget()) {
+                ADD_FAILURE() << "a question was asked";
+                box->close();
+            }
+        });
+        watch.start(0);
+        act();
+    }
+    void pressKeyUnasked() {
+        unasked([this] { pressKey(); });
+    }
+    void pressKey() { QTest::keyClick(&window(), Qt::Key_R, Qt::ControlModifier); }
+
+    /// Two cameras, of which the first one is recorded until it is stopped and the second in front.
+    void recordFirstOfTwo() {
+        end();
+        start({camera(), camera(u"cam-2"_qs, u"S0002"_qs)});
+        ASSERT_TRUE(waitForNewFrames());
+        widget<QComboBox>(u"recordEnd"_qs).setCurrentIndex(2);
+        pressKeyUnasked();
+        ASSERT_TRUE(waitUntil([this] { return written("Small-S0001") >= 5; }));
+        ASSERT_TRUE(desk().open(u"Small-S0002"_qs).isOk());
+        ASSERT_TRUE(waitForNewFrames());
+    }
+    /// Frames of this camera that are in its file, as the panel says.
+    int written(const char* camera) {
+        const QRegularExpression number(u"%1\nWritten: (\\d+)"_qs.arg(QLatin1String(camera)));
+        return number.match(text()).captured(1).toInt();
+    }
+    /// The recordings of a camera.
+    QStringList recordedOf(const QString& camera) const {
+        return QDir(captureFolder()).entryList({camera + u"*.ome.tif"_qs});
+    }
+    bool isWhole(const QString& name) const {
+        const QString file = QDir(captureFolder()).filePath(name);
+        const OmeXml document(TiffReadBack(file).description());
+        return document.complaints().isEmpty() && QImageReader(file).imageCount() >= 5;
+    }
+    /// Whether it says how many frames the camera delivered meanwhile.
+    bool hasAccount(const QString& name) const {
+        const QString file = QDir(captureFolder()).filePath(name);
+        const OmeXml document(TiffReadBack(file).description());
+        return !document.note(u"Camera frames delivered"_qs).isEmpty();
+    }
+    int written() {
+        static const QRegularExpression number(u"Written: (\\d+)"_qs);
+        return number.match(text()).captured(1).toInt();
+    }
+
+    /// The one file or folder that was recorded.
+    QString recorded() const {
+        const QDir folder(captureFolder());
+        const QStringList names = folder.entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
+        EXPECT_EQ(names.size(), 1) << names.join(u' ').toStdString();
+        return folder.filePath(names.value(0));
+    }
+
+    int questionsDue = 0;
+    QObject questions; // what is to be done to one goes with the test
+};
+
+} // namespace
+
+TEST_F(RecordSessionTest, fifty_frames_go_into_one_file_while_the_live_picture_goes_on) {
+    pressButton();
+    EXPECT_TRUE(isRecording());
+    const quint64 before = inFront().frame().stamp->sequence;
+    ASSERT_TRUE(waitForText(u"Recorded 50 frames"_qs)) << text().toStdString();
+    EXPECT_GT(inFront().frame().stamp->sequence, before);
+    EXPECT_TRUE(recorded().endsWith(u".ome.tif"_qs));
+    QImageReader reader(recorded());
+    EXPECT_EQ(reader.imageCount(), 50);
+    EXPECT_EQ(reader.read().size(), QSize(320, 240));
+    const OmeXml document(TiffReadBack(recorded()).description());
+    EXPECT_EQ(document.complaints(), QString());
+    EXPECT_EQ(document.elements("Plane").size(), 50);
+    EXPECT_EQ(document.attribute("Plane", "ExposureTime"), u"5"_qs);
+    EXPECT_EQ(document.note(u"Simulated"_qs), u"yes"_qs);
+    EXPECT_EQ(document.note(u"Complete"_qs), u"yes"_qs);
+}
+
+TEST_F(RecordSessionTest, a_series_has_a_folder_of_its_own) {
+    widget<QSpinBox>(u"recordFrames"_qs).setValue(5);
+    widget<QComboBox>(u"recordFormat"_qs).setCurrentIndex(2);
+    pressButton();
+    ASSERT_TRUE(waitForText(u"Recorded 5 frames"_qs)) << text().toStdString();
+    const QStringList files = QDir(recorded()).entryList(QDir::Files);
+    EXPECT_EQ(files.size(), 5);
+    EXPECT_EQ(files.first(), u"frame-000001.png"_qs);
+}
+
+TEST_F(RecordSessionTest, stopping_keeps_what_was_taken) {
+    widget<QComboBox>(u"recordEnd"_qs).setCurrentIndex(2);
+    pressButton();
+    ASSERT_TRUE(waitUntil([this] { return written() >= 5; }));
+    pressButton();
+    ASSERT_TRUE(waitForText(u"Recorded"_qs)) << text().toStdString();
+    EXPECT_GE(QImageReader(recorded()).imageCount(), 5);
+}
+
+TEST_F(RecordSessionTest, unplugging_ends_it_with_a_whole_file) {
+    widget<QComboBox>(u"recordEnd"_qs).setCurrentIndex(2);
+    pressButton();
+    ASSERT_TRUE(waitUntil([this] { return written() >= 5; }));
+    ASSERT_TRUE(unplug("cam-1"));
+    ASSERT_TRUE(waitForText(u"unplugged"_qs)) << text().toStdString();
+    EXPECT_GE(QImageReader(recorded()).imageCount(), 5);
+}
+
+TEST_F(RecordSessionTest, a_full_disk_ends_it_with_the_reason) {
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    rlimit small = before;
+    small.rlim_cur = 2'000'000; // eight frames, then no more
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &small);
+    const auto restore = qScopeGuard([&] {
+        setrlimit(RLIMIT_FSIZE, &before);
+        std::signal(SIGXFSZ, handler);
+    });
+    pressButton();
+    ASSERT_TRUE(waitForText(u"ended early"_qs)) << text().toStdString();
+    EXPECT_TRUE(text().contains(u".ome.tif"_qs)) << text().toStdString();
+    EXPECT_GE(QImageReader(recorded()).imageCount(), 1);
+    EXPECT_EQ(inFront().state(), PViewCamera::State::Live);
+    EXPECT_TRUE(waitForNewFrames());
+}
+
+TEST_F(RecordSessionTest, stopping_before_the_set_end_is_not_called_complete) {
+    pressButton();
+    ASSERT_TRUE(waitUntil([this] { return written() >= 5; }));
+    pressButton();
+    ASSERT_TRUE(waitForText(u"it was stopped"_qs)) << text().toStdString();
+    const OmeXml document(TiffReadBack(recorded()).description());
+    EXPECT_EQ(document.note(u"Complete"_qs), u"no: it was stopped"_qs);
+}
+
+TEST_F(RecordSessionTest, a_live_picture_that_is_stopped_ends_it) {
+    pressButton();
+    ASSERT_TRUE(waitUntil([this] { return written() >= 5; }));
+    widget<QAction>(u"live"_qs).trigger();
+    ASSERT_TRUE(waitForText(u"the live picture was stopped"_qs)) << text().toStdString();
+}
+
+TEST_F(RecordSessionTest, closing_its_tab_asks_and_then_leaves_a_whole_file) {
+    widget<QComboBox>(u"recordEnd"_qs).setCurrentIndex(2);
+    pressButton();
+    ASSERT_TRUE(waitUntil([this] { return written() >= 5; }));
+    answerNext(QMessageBox::No);
+    widget<QAction>(u"closeCamera"_qs).trigger();
+    EXPECT_TRUE(isRecording());
+    answerNext(QMessageBox::Yes);
+    widget<QAction>(u"closeCamera"_qs).trigger();
+    EXPECT_EQ(desk().currentPage(), nullptr);
+    ASSERT_TRUE(waitForText(u"the camera was closed"_qs)) << text().toStdString();
+    const OmeXml document(TiffReadBack(recorded()).description());
+    EXPECT_FALSE(document.note(u"Camera frames delivered"_qs).isEmpty());
+}
+
+TEST_F(RecordSessionTest, enter_and_escape_on_the_question_keep_the_recording) {
+    widget<QComboBox>(u"recordEnd"_qs).setCurrentIndex(2);
+    pressButton();
+    ASSERT_TRUE(isRecording());
+    for (Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
+        pressNext(key);
+        widget<QAction>(u"closeCamera"_qs).trigger();
+        ASSERT_TRUE(isRecording()) << key;
+        pressNext(key);
+        window().close();
+        ASSERT_TRUE(isRecording()) << key;
+        EXPECT_TRUE(window().isVisible());
+    }
+    pressButton();
+    EXPECT_TRUE(waitForText(u"Recorded"_qs)) << text().toStdString();
+}
+
+TEST_F(RecordSessionTest, closing_names_the_cameras_whose_recordings_it_would_end) {
+    ASSERT_NO_FATAL_FAILURE(recordFirstOfTwo());
+    declineNext(u"Recording is under way: Small-S0001. End it and close?"_qs);
+    window().close();
+    EXPECT_TRUE(window().isVisible());
+    activate();
+    pressKeyUnasked(); // records the second one too
+    ASSERT_TRUE(waitUntil([this] { return written("Small-S0002") >= 1; }));
+    declineNext(u"Recording is under way: Small-S0001, Small-S0002. End it and close?"_qs);
+    window().close();
+    EXPECT_TRUE(window().isVisible());
+    declineNext(u"Recording is under way: Small-S0002. End it and close?"_qs);
+    widget<QAction>(u"closeCamera"_qs).trigger();
+    EXPECT_EQ(desk().pages().size(), 2);
+}
+
+TEST_F(RecordSessionTest, closing_unasked_completes_the_file) {
+    widget<QComboBox>(u"recordEnd"_qs).setCurrentIndex(2);
+    pressButton();
+    ASSERT_TRUE(waitUntil([this] { return written() >= 5; }));
+    window().closeUnasked();
+    EXPECT_FALSE(window().isVisible());
+    end();
+    EXPECT_GE(QImageReader(recorded()).imageCount(), 5);
+    const QByteArray file = readFile(recorded());
+    EXPECT_TRUE(file.contains("the program was closed"));
+}
+
+TEST_F(RecordSessionTest, a_folder_with_the_number_sign_gets_its_series) {
+    PCaptureFolder::setPath(captureFolder() + u"/slide#3"_qs);
+    widget<QSpinBox>(u"recordFrames"_qs).setValue(3);
+    widget<QComboBox>(u"recordFormat"_qs).setCurrentIndex(2);
+    pressButton();
+    ASSERT_TRUE(waitForText(u"Recorded 3 frames"_qs)) << text().toStdString();
+    const QDir folder(captureFolder() + u"/slide#3"_qs);
+    const QStringList series = folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    ASSERT_EQ(series.size(), 1);
+    EXPECT_EQ(QDir(folder.filePath(series.first())).entryList(QDir::Files).size(), 3);
+}
+
+TEST_F(RecordSessionTest, a_file_that_is_removed_meanwhile_is_not_called_recorded) {
+    widget<QComboBox>(u"recordEnd"_qs).setCurrentIndex(2);
+    pressButton();
+    ASSERT_TRUE(waitUntil([this] { return written() >= 5; }));
+    EXPECT_TRUE(text().contains(u"Small-S0001"_qs)) << text().toStdString();
+    ASSERT_TRUE(QFile::remove(recorded()));
+    pressButton();
+    ASSERT_TRUE(waitForText(u"the file was removed"_qs)) << text().toStdString();
+}
+
+TEST_F(RecordSessionTest, a_folder_that_cannot_be_made_is_told_in_the_panel) {
+    writeFile(path(u"file"_qs), "x");
+    PCaptureFolder::setPath(path(u"file/folder"_qs));
+    pressButton();
+    EXPECT_FALSE(isRecording());
+    EXPECT_TRUE(text().contains(u"No recording"_qs)) << text().toStdString();
+}
+
+TEST_F(RecordSessionTest, the_key_asks_before_it_stops_one) {
+    widget<QComboBox>(u"recordEnd"_qs).setCurrentIndex(2);
+    pressKey();
+    ASSERT_TRUE(waitUntil([this] { return written() >= 5; }));
+    answerNext(QMessageBox::No);
+    pressKey();
+    EXPECT_TRUE(isRecording());
+    activate();
+    pressNext(Qt::Key_Return);
+    pressKey();
+    EXPECT_TRUE(isRecording());
+    const int before = written();
+    ASSERT_TRUE(waitUntil([&] { return written() > before; }));
+    answerNext(QMessageBox::Yes);
+    pressKey();
+    ASSERT_TRUE(waitForText(u"Recorded"_qs)) << text().toStdString();
+    EXPECT_GE(QImageReader(recorded()).imageCount(), before);
+}
+
+TEST_F(RecordSessionTest, the_question_about_a_recording_goes_when_that_ends) {
+    widget<QSpinBox>(u"recordFrames"_qs).setValue(10);
+    pressKey();
+    expectNextGoesAfter([] {});
+    pressKey();
+    ASSERT_TRUE(waitForText(u"Recorded 10 frames"_qs)) << text().toStdString();
+}
+
+TEST_F(RecordSessionTest, the_question_about_a_recording_goes_when_its_camera_is_unplugged) {
+    widget<QComboBox>(u"recordEnd"_qs).setCurrentIndex(2);
+    pressKey();
+    ASSERT_TRUE(waitUntil([this] { return written() >= 5; }));
+    expectNextGoesAfter([] { EXPECT_TRUE(unplug("cam-1")); });
+    pressKey();
+    ASSERT_TRUE(waitForText(u"unplugged"_qs)) << text().toStdString();
+    EXPECT_GE(QImageReader(recorded()).imageCount(), 5);
+}
+
+TEST_F(RecordSessionTest, the_question_about_a_recording_stays_when_another_one_ends) {
+    ASSERT_NO_FATAL_FAILURE(recordFirstOfTwo());
+    pressKeyUnasked();
+    ASSERT_TRUE(waitUntil([this] { return written("Small-S0002") >= 5; }));
+    withNext([this](QMessageBox& box) {
+        const QPointer<QWidget> question(&box);
+        EXPECT_TRUE(unplug("cam-1"));
+        EXPECT_TRUE(waitUntil([this] { return text().contains(u"unplugged"_qs); }));
+        const int before = written("Small-S0002");
+        EXPECT_TRUE(waitUntil([&] { return written("Small-S0002") > before; }));
+        ASSERT_TRUE(question != nullptr && question->isVisible());
+        QTest::keyClick(question, Qt::Key_Escape);
+    });
+    pressKey();
+    EXPECT_TRUE(isRecording());
+}
+
+TEST_F(RecordSessionTest, the_key_in_another_tab_leaves_a_recording_alone) {
+    ASSERT_NO_FATAL_FAILURE(recordFirstOfTwo());
+    EXPECT_FALSE(isRecording());
+    pressKeyUnasked(); // begins one of this camera
+    EXPECT_TRUE(isRecording());
+    ASSERT_TRUE(waitUntil([this] { return written("Small-S0002") >= 5; })) << text().toStdString();
+    const int before = written("Small-S0001");
+    EXPECT_TRUE(waitUntil([&] { return written("Small-S0001") > before; }));
+
+    answerNext(QMessageBox::Yes);
+    pressKey();
+    ASSERT_TRUE(waitForText(u"Recorded"_qs)) << text().toStdString();
+    const int later = written("Small-S0001");
+    EXPECT_TRUE(waitUntil([&] { return written("Small-S0001") > later; }));
+    ASSERT_TRUE(desk().open(u"Small-S0001"_qs).isOk());
+    EXPECT_TRUE(isRecording());
+    pressButton();
+    ASSERT_TRUE(waitUntil([this] { return !isRecording(); }));
+    for (const QString& camera : {u"Small-S0001"_qs, u"Small-S0002"_qs}) {
+        ASSERT_EQ(recordedOf(camera).size(), 1) << camera.toStdString();
+        EXPECT_TRUE(isWhole(recordedOf(camera).first())) << camera.toStdString();
+    }
+}
+
+TEST_F(RecordSessionTest, tabs_and_list_show_which_cameras_are_recorded) {
+    ASSERT_NO_FATAL_FAILURE(recordFirstOfTwo());
+    const auto& tabs = widget<QTabBar>(u"tabs"_qs);
+    const auto& list = widget<QListWidget>(u"cameras"_qs);
+    ASSERT_EQ(tabs.count(), 2);
+    ASSERT_EQ(list.count(), 2);
+    EXPECT_TRUE(tabs.tabText(0).startsWith(u"●"_qs));
+    EXPECT_FALSE(tabs.tabText(1).contains(u"●"_qs));
+    EXPECT_TRUE(list.item(0)->text().contains(u"recording"_qs));
+    EXPECT_FALSE(list.item(1)->text().contains(u"recording"_qs));
+    ASSERT_TRUE(desk().open(u"Small-S0001"_qs).isOk());
+    pressButton();
+    EXPECT_TRUE(waitUntil([&] { return !tabs.tabText(0).contains(u"●"_qs); }));
+    EXPECT_FALSE(list.item(0)->text().contains(u"recording"_qs));
+}
+
+TEST_F(RecordSessionTest, unplugging_one_camera_ends_its_recording_alone) {
+    ASSERT_NO_FATAL_FAILURE(recordFirstOfTwo());
+    pressKeyUnasked();
+    ASSERT_TRUE(waitUntil([this] { return written("Small-S0002") >= 5; }));
+    ASSERT_TRUE(unplug("cam-1"));
+    ASSERT_TRUE(waitUntil([this] { return text().contains(u"unplugged"_qs); }));
+    EXPECT_TRUE(isRecording());
+    const auto& tabs = widget<QTabBar>(u"tabs"_qs);
+    EXPECT_FALSE(tabs.tabText(0).contains(u"●"_qs));
+    EXPECT_TRUE(tabs.tabText(1).contains(u"●"_qs));
+    const int before = written("Small-S0002");
+    EXPECT_TRUE(waitUntil([&] { return written("Small-S0002") > before; }));
+    ASSERT_EQ(recordedOf(u"Small-S0001"_qs).size(), 1);
+    EXPECT_TRUE(isWhole(recordedOf(u"Small-S0001"_qs).first()));
+}
+
+TEST_F(RecordSessionTest, closing_a_tab_that_is_not_recorded_leaves_the_others_alone) {
+    ASSERT_NO_FATAL_FAILURE(recordFirstOfTwo());
+    unasked([this] { widget<QAction>(u"closeCamera"_qs).trigger(); });
+    ASSERT_EQ(desk().pages().size(), 1);
+    EXPECT_TRUE(isRecording());
+    const int before = written();
+    EXPECT_TRUE(waitUntil([&] { return written() > before; }));
+}
+
+TEST_F(RecordSessionTest, closing_a_tab_ends_the_recording_of_its_camera_alone) {
+    ASSERT_NO_FATAL_FAILURE(recordFirstOfTwo());
+    pressKeyUnasked();
+    ASSERT_TRUE(waitUntil([this] { return written("Small-S0002") >= 5; }));
+    answerNext(QMessageBox::Yes);
+    widget<QAction>(u"closeCamera"_qs).trigger();
+    ASSERT_TRUE(waitUntil([this] { return text().contains(u"the camera was closed"_qs); }));
+    ASSERT_EQ(recordedOf(u"Small-S0002"_qs).size(), 1);
+    EXPECT_TRUE(isWhole(recordedOf(u"Small-S0002"_qs).first()));
+    EXPECT_TRUE(hasAccount(recordedOf(u"Small-S0002"_qs).first()));
+    EXPECT_TRUE(isRecording()); // the other is in front now
+    const int before = written("Small-S0001");
+    EXPECT_TRUE(waitUntil([&] { return written("Small-S0001") > before; }));
+}
+
+TEST_F(RecordSessionTest, closing_the_window_completes_the_files_of_all) {
+    ASSERT_NO_FATAL_FAILURE(recordFirstOfTwo());
+    answerNext(QMessageBox::No); // also where another camera is in front
+    window().close();
+    ASSERT_TRUE(window().isVisible());
+    activate();
+    pressKeyUnasked();
+    ASSERT_TRUE(waitUntil([this] { return written("Small-S0002") >= 5; }));
+    answerNext(QMessageBox::Yes);
+    window().close();
+    EXPECT_FALSE(window().isVisible());
+    end();
+    for (const QString& camera : {u"Small-S0001"_qs, u"Small-S0002"_qs}) {
+        ASSERT_EQ(recordedOf(camera).size(), 1) << camera.toStdString();
+        EXPECT_TRUE(isWhole(recordedOf(camera).first())) << camera.toStdString();
+        EXPECT_TRUE(hasAccount(recordedOf(camera).first())) << camera.toStdString();
+    }
+}

@@ -1,0 +1,479 @@
+// SPDX-License-Identifier: MIT
+// The viewer as a user has it: its window, its keys, its mouse, on simulated cameras.
+#include <apps/pcdview/window/ViewSession.h>
+
+#include <apps/common/reading/ExifTool.h>
+
+#include <apps/pcdview/camera/PViewCamera.h>
+#include <apps/pcdview/view/PImageView.h>
+#include <apps/pcdview/window/camera/PCameraDesk.h>
+#include <apps/pcdview/window/camera/PCameraPage.h>
+#include <apps/pcdview/window/main/PMainWindow.h>
+
+#include <PCd/PEnumeration.h>
+#include <PCd/device/PDevice.h>
+#include <PCd/property/PDeviceProperty.h>
+
+#include <support/QtPrinters.h>
+
+#include <QAction>
+#include <QComboBox>
+#include <QDir>
+#include <QDockWidget>
+#include <QImage>
+#include <QImageReader>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMenuBar>
+#include <QPointer>
+#include <QPushButton>
+#include <QSlider>
+#include <QSpinBox>
+#include <QTabBar>
+#include <QTest>
+
+#include <algorithm>
+
+namespace {
+
+class SessionTest : public ViewSession {
+protected:
+    void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+        QTest::keyClick(&window(), key, modifiers);
+    }
+
+    void drag(QPoint from, QPoint to) {
+        PImageView* const view = &page().view();
+        QTest::mousePress(view, Qt::LeftButton, {}, from);
+        QTest::mouseMove(view, to);
+        QTest::mouseRelease(view, Qt::LeftButton, {}, to);
+    }
+
+    PDeviceProperty& property(const char* id) { return *inFront().device()->getProperty(id); }
+
+    double meanShown() { return widget<QLabel>(u"mean"_qs).text().mid(2, 5).toDouble(); }
+
+    QSize sizeShown() {
+        const PImage& image = inFront().frame().image;
+        return {int(image.width()), int(image.height())};
+    }
+
+    QByteArray pixels() {
+        const PImage& image = inFront().frame().image;
+        const auto* const bytes = image.rawData(PDIP::AccessMode::Read).constData();
+        return QByteArray(reinterpret_cast<const char*>(bytes), qsizetype(image.dataSize()));
+    }
+
+    /// The point of the view that shows this point of the picture.
+    QPoint inView(QPoint inPicture) {
+        return page().view().geometryOfView().toView(inPicture).toPoint();
+    }
+
+    /// One that takes triggers, and up to a minute for a picture.
+    static QJsonObject patientCamera() {
+        QJsonObject camera = ViewSession::camera();
+        camera.insert(u"flags"_qs, QJsonArray{u"TRIGGER_SOFTWARE"_qs});
+        camera.insert(
+            u"exposure"_qs,
+            QJsonObject{{u"default"_qs, 5000}, {u"auto"_qs, false}, {u"max"_qs, 60'000'000}});
+        return camera;
+    }
+
+    QStringList captures() const { return QDir(captureFolder()).entryList(QDir::Files); }
+
+    static qsizetype threads() {
+        return QDir(u"/proc/self/task"_qs).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
+    }
+};
+
+} // namespace
+
+TEST_F(SessionTest, opens_the_first_camera_live_and_says_that_it_is_simulated) {
+    start({camera()});
+    ASSERT_TRUE(waitForNewFrames());
+    EXPECT_EQ(inFront().state(), PViewCamera::State::Live);
+    EXPECT_TRUE(window().windowTitle().contains(u"Simulated camera"_qs));
+    EXPECT_TRUE(window().windowTitle().contains(u"S0001"_qs));
+    EXPECT_EQ(sizeShown(), QSize(320, 240));
+}
+
+TEST_F(SessionTest, without_a_camera_says_what_to_do_until_one_comes) {
+    QJsonObject away = camera();
+    away.insert(u"plugged"_qs, false);
+    start({away});
+    EXPECT_TRUE(widget<QWidget>(u"welcome"_qs).isVisible());
+    ASSERT_TRUE(plug("cam-1"));
+    ASSERT_TRUE(waitUntil([this] { return desk().currentPage() != nullptr; }));
+    EXPECT_TRUE(waitForNewFrames());
+    EXPECT_FALSE(widget<QWidget>(u"welcome"_qs).isVisible());
+}
+
+TEST_F(SessionTest, a_longer_exposure_moves_the_histogram) {
+    start({camera()});
+    ASSERT_TRUE(waitUntil([this] { return meanShown() > 0; }));
+    const double before = meanShown();
+    property("autoexpottime").setValue(8000u);
+    EXPECT_TRUE(waitUntil([&] { return meanShown() > before * 1.2; }));
+}
+
+TEST_F(SessionTest, a_setting_is_found_by_its_name_and_changed_with_the_keyboard) {
+    start({camera()});
+    ASSERT_TRUE(waitUntil([this] { return meanShown() > 0; }));
+    const double before = meanShown();
+    QTest::keyClicks(&widget<QLineEdit>(u"settingsFilter"_qs), u"brightness"_qs);
+    QList<QSlider*> sliders;
+    for (QSlider* slider : widget<QDockWidget>(u"settingsDock"_qs).findChildren<QSlider*>()) {
+        if (slider->isVisible())
+            sliders.append(slider);
+    }
+    ASSERT_EQ(sliders.size(), 1);
+    QTest::keyClick(sliders[0], Qt::Key_End);
+    ASSERT_TRUE(waitUntil([this] { return property("brightness").valueInner().toInt() == 64; }));
+    EXPECT_TRUE(waitUntil([&] { return meanShown() > before + 10; }));
+}
+
+TEST_F(SessionTest, a_setting_is_found_by_the_words_on_its_panel_in_the_language_shown) {
+    const QStringList words{u"gain"_qs, u"temperature"_qs, u"fan speed"_qs};
+    const QStringList russian{u"усиление"_qs, u"температура"_qs, u"вентилятор"_qs};
+    for (const auto& [language, texts] : {std::pair{u"en"_qs, words}, {u"ru"_qs, russian}}) {
+        QJsonObject cooled = camera();
+        cooled.insert(u"flags"_qs, QJsonArray{u"TEC_ONOFF"_qs, u"FAN"_qs});
+        start({cooled}, {u"--lang"_qs, language});
+        const QStringList panels{u"exposureGain"_qs, u"PTTecControl"_qs, u"fanOnOff"_qs};
+        for (int i = 0; i < texts.size(); ++i) {
+            auto& filter = widget<QLineEdit>(u"settingsFilter"_qs);
+            filter.clear();
+            filter.insert(texts[i]); // QTest knows no Cyrillic keys
+            EXPECT_TRUE(widget<QWidget>(panels[i]).isVisible()) << texts[i].toStdString();
+        }
+        end();
+    }
+}
+
+TEST_F(SessionTest, a_region_drawn_with_the_mouse_is_what_the_camera_sends) {
+    start({camera()});
+    ASSERT_TRUE(waitForNewFrames());
+    key(Qt::Key_D, Qt::ControlModifier);
+    EXPECT_EQ(page().view().tool(), PImageView::Tool::Region);
+    drag(inView({40, 20}), inView({200, 140}));
+    EXPECT_TRUE(waitUntil([this] { return sizeShown().width() < 170; }));
+    const QRect region = property("roi").valueInner().toRect();
+    EXPECT_EQ(sizeShown(), region.size());
+    EXPECT_NEAR(region.x(), 40, 4);
+    EXPECT_NEAR(region.y(), 20, 4);
+    EXPECT_NEAR(region.width(), 160, 4);
+    EXPECT_NEAR(region.height(), 120, 4);
+    EXPECT_EQ(page().view().tool(), PImageView::Tool::Move);
+
+    key(Qt::Key_D, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_TRUE(waitUntil([this] { return sizeShown() == QSize(320, 240); }));
+}
+
+TEST_F(SessionTest, another_resolution_is_chosen_in_the_tool_bar) {
+    start({camera()});
+    ASSERT_TRUE(waitForNewFrames());
+    auto& modes = widget<QComboBox>(u"modes"_qs);
+    ASSERT_EQ(modes.count(), 2);
+    QTest::keyClick(&modes, modes.currentIndex() == 0 ? Qt::Key_Down : Qt::Key_Up);
+    EXPECT_TRUE(waitUntil([this] { return sizeShown() == QSize(160, 120); }));
+}
+
+TEST_F(SessionTest, a_still_picture_is_saved_beside_the_live_one) {
+    start({camera()});
+    ASSERT_TRUE(waitForNewFrames());
+    key(Qt::Key_S, Qt::ControlModifier);
+    ASSERT_TRUE(waitUntil([this] { return captures().filter(u".png"_qs).size() == 1; }));
+    ASSERT_TRUE(waitUntil([this] { return !captures().first().endsWith(u".part"_qs); }));
+    const QImage saved(QDir(captureFolder()).filePath(captures().first()));
+    EXPECT_EQ(saved.size(), QSize(320, 240));
+    EXPECT_TRUE(captures().first().contains(u"S0001"_qs));
+    EXPECT_TRUE(waitForNewFrames());
+}
+
+TEST_F(SessionTest, a_still_picture_has_the_resolution_of_the_specimen) {
+    start({camera()});
+    ASSERT_TRUE(waitForNewFrames());
+    page().setPixelSize(0.5);
+    widget<QAction>(u"snapshot"_qs).trigger();
+    // While it is being written its name ends otherwise.
+    ASSERT_TRUE(waitUntil([this] { return captures().value(0).endsWith(u".png"_qs); }));
+    const QJsonObject tags = exifToolTags(captureFolder() + u'/' + captures().value(0));
+    EXPECT_EQ(tags.value(u"PNG-pHYs:PixelsPerUnitX"_qs).toInt(), 2'000'000);
+    EXPECT_EQ(tags.value(u"IFD0:XResolution"_qs).toDouble(), 20'000);
+    EXPECT_TRUE(tags.value(u"IFD0:Software"_qs).toString().startsWith(u"pcdview"_qs));
+}
+
+TEST_F(SessionTest, an_unplugged_camera_comes_back_with_its_settings) {
+    start({camera()});
+    ASSERT_TRUE(waitForNewFrames());
+    property("contrast").setValue(40);
+    property("hflip").setValue(true);
+    ASSERT_TRUE(waitForNewFrames());
+
+    ASSERT_TRUE(unplug("cam-1"));
+    ASSERT_TRUE(waitUntil([this] { return inFront().state() == PViewCamera::State::Unplugged; }));
+    EXPECT_TRUE(window().windowTitle().contains(u"unplugged"_qs));
+    EXPECT_TRUE(widget<QLabel>(u"banner"_qs).isVisible());
+    EXPECT_EQ(sizeShown(), QSize(320, 240));
+
+    ASSERT_TRUE(plug("cam-1"));
+    ASSERT_TRUE(waitUntil([this] { return inFront().state() == PViewCamera::State::Live; }));
+    EXPECT_TRUE(waitForNewFrames());
+    EXPECT_EQ(property("contrast").valueInner(), QVariant(40));
+    EXPECT_EQ(property("hflip").valueInner(), QVariant(true));
+    EXPECT_EQ(inFront().notes(), QStringList());
+    EXPECT_FALSE(widget<QLabel>(u"banner"_qs).isVisible());
+}
+
+TEST_F(SessionTest, what_is_set_while_the_cable_is_out_does_not_spoil_what_is_remembered) {
+    start({camera()});
+    ASSERT_TRUE(waitForNewFrames());
+    property("contrast").setValue(40);
+    key(Qt::Key_L, Qt::ControlModifier);
+    ASSERT_EQ(inFront().state(), PViewCamera::State::Paused);
+    QCoreApplication::processEvents();
+
+    const QPointer<PDevice> before = inFront().device();
+    ASSERT_TRUE(unplug("cam-1"));
+    property("temp").setValue(6000); // nobody has noticed yet, and it reads 0
+    QCoreApplication::processEvents();
+    ASSERT_TRUE(plug("cam-1"));
+    ASSERT_TRUE(waitUntil([&] { return before.isNull() && inFront().device() != nullptr; }));
+    EXPECT_EQ(property("contrast").valueInner(), QVariant(40));
+    EXPECT_EQ(inFront().notes(), QStringList());
+}
+
+TEST_F(SessionTest, two_cameras_have_a_tab_each) {
+    start({camera(), camera(u"cam-2"_qs, u"S0002"_qs)});
+    ASSERT_TRUE(waitForNewFrames());
+    auto& list = widget<QListWidget>(u"cameras"_qs);
+    ASSERT_EQ(list.count(), 2);
+    list.setCurrentRow(1);
+    QTest::keyClick(&list, Qt::Key_Return);
+    ASSERT_TRUE(window().windowTitle().contains(u"S0002"_qs));
+    EXPECT_TRUE(waitForNewFrames());
+    key(Qt::Key_W, Qt::ControlModifier);
+    EXPECT_TRUE(window().windowTitle().contains(u"S0001"_qs));
+    EXPECT_TRUE(waitForNewFrames());
+}
+
+TEST_F(SessionTest, the_live_picture_stops_and_goes_on) {
+    start({camera()});
+    ASSERT_TRUE(waitForNewFrames());
+    key(Qt::Key_L, Qt::ControlModifier);
+    EXPECT_EQ(inFront().state(), PViewCamera::State::Paused);
+    EXPECT_EQ(widget<QLabel>(u"pace"_qs).text(), u"stopped"_qs);
+    key(Qt::Key_L, Qt::ControlModifier);
+    EXPECT_EQ(inFront().state(), PViewCamera::State::Live);
+    EXPECT_TRUE(waitForNewFrames());
+}
+
+TEST_F(SessionTest, the_full_screen_shows_the_picture_alone_until_escape) {
+    start({camera()});
+    ASSERT_TRUE(waitForNewFrames());
+    key(Qt::Key_F11);
+    EXPECT_TRUE(window().isFullScreen());
+    EXPECT_FALSE(window().menuBar()->isVisible());
+    EXPECT_FALSE(widget<QDockWidget>(u"settingsDock"_qs).isVisible());
+    EXPECT_FALSE(widget<QTabBar>(u"tabs"_qs).isVisible());
+    key(Qt::Key_Escape);
+    EXPECT_FALSE(window().isFullScreen());
+    EXPECT_TRUE(window().menuBar()->isVisible());
+    EXPECT_TRUE(widget<QDockWidget>(u"settingsDock"_qs).isVisible());
+    EXPECT_FALSE(widget<QDockWidget>(u"logDock"_qs).isVisible());
+}
+
+TEST_F(SessionTest, panels_are_where_they_were_the_last_time) {
+    start({camera()});
+    widget<QDockWidget>(u"histogramDock"_qs).close();
+    widget<QDockWidget>(u"logDock"_qs).show();
+    end();
+    start({camera()});
+    EXPECT_FALSE(widget<QDockWidget>(u"histogramDock"_qs).isVisible());
+    EXPECT_TRUE(widget<QDockWidget>(u"logDock"_qs).isVisible());
+}
+
+TEST_F(SessionTest, zeros_of_a_lost_cable_are_not_what_is_restored) {
+    start({camera()});
+    ASSERT_TRUE(waitForNewFrames());
+    property("autoexpottime").setValue(7000u);
+    ASSERT_TRUE(waitForNewFrames());
+    fail("Toupcam_get_ExpoTime", 1); // the cable is out, and nothing knows of it yet
+    ASSERT_TRUE(waitUntil([this] { return property("autoexpottime").valueInner() == 0u; }));
+    ASSERT_TRUE(unplug("cam-1"));
+    ASSERT_TRUE(waitUntil([this] { return inFront().state() == PViewCamera::State::Unplugged; }));
+    ASSERT_TRUE(plug("cam-1"));
+    ASSERT_TRUE(waitUntil([this] { return inFront().state() == PViewCamera::State::Live; }));
+    EXPECT_EQ(property("autoexpottime").valueInner().toUInt(), 7000u);
+    EXPECT_EQ(inFront().notes(), QStringList());
+}
+
+TEST_F(SessionTest, the_size_of_a_pixel_follows_resolution_and_binning) {
+    start({camera()});
+    ASSERT_TRUE(waitForNewFrames());
+    page().setPixelSize(0.5);
+    EXPECT_EQ(page().pixelSizeOfPicture(), 0.5);
+    const auto modes = inFront().device()->getSupportModes();
+    ASSERT_TRUE(inFront().setMode(modes.last()).isOk());
+    ASSERT_TRUE(waitUntil([this] { return sizeShown() == QSize(160, 120); }));
+    EXPECT_EQ(page().pixelSizeOfPicture(), 1.0);
+
+    const auto choices = property("binning").rangeInner().value<PEnumeration>().items();
+    const auto twoByTwo = std::find_if(choices.begin(), choices.end(), [](const auto& item) {
+        return item.name.contains(u"2x2"_qs);
+    });
+    ASSERT_NE(twoByTwo, choices.end());
+    property("binning").setValue(twoByTwo->id);
+    ASSERT_TRUE(waitUntil([this] { return sizeShown() == QSize(80, 60); }));
+    EXPECT_EQ(page().pixelSizeOfPicture(), 2.0);
+    EXPECT_EQ(page().pixelSize(), 0.5);
+}
+
+TEST_F(SessionTest, the_region_tool_does_not_wait_in_a_tab_that_was_left) {
+    start({camera(), camera(u"cam-2"_qs, u"S0002"_qs)});
+    ASSERT_TRUE(waitForNewFrames());
+    PCameraPage& first = page();
+    key(Qt::Key_D, Qt::ControlModifier);
+    ASSERT_EQ(first.view().tool(), PImageView::Tool::Region);
+    ASSERT_TRUE(desk().open(u"Small-S0002"_qs).isOk());
+    EXPECT_EQ(first.view().tool(), PImageView::Tool::Move);
+    EXPECT_FALSE(widget<QAction>(u"region"_qs).isChecked());
+}
+
+TEST_F(SessionTest, a_camera_that_comes_back_leaves_the_tab_in_front_alone) {
+    start({camera(), camera(u"cam-2"_qs, u"S0002"_qs)});
+    ASSERT_TRUE(waitForNewFrames());
+    PCameraPage& first = page();
+    ASSERT_TRUE(desk().open(u"Small-S0002"_qs).isOk());
+    ASSERT_TRUE(unplug("cam-1"));
+    ASSERT_TRUE(waitUntil([&] { return first.camera().state() == PViewCamera::State::Unplugged; }));
+    ASSERT_TRUE(plug("cam-1"));
+    ASSERT_TRUE(waitUntil([&] { return first.camera().state() == PViewCamera::State::Live; }));
+    EXPECT_EQ(inFront().identity().serial, u"S0002"_qs);
+}
+
+TEST_F(SessionTest, a_camera_that_could_not_be_opened_is_tried_again) {
+    faults = {QJsonObject{{u"do"_qs, u"fail"_qs},
+                          {u"function"_qs, u"Toupcam_StartPushMode"_qs},
+                          {u"count"_qs, 1},
+                          {u"result"_qs, int(0x80004005)}}};
+    start({camera()});
+    EXPECT_EQ(inFront().state(), PViewCamera::State::Unplugged);
+    EXPECT_TRUE(widget<QLabel>(u"banner"_qs).text().contains(u"cannot be opened"_qs));
+    EXPECT_TRUE(widget<QListWidget>(u"cameras"_qs).item(0)->text().contains(u"not open"_qs));
+    widget<QAction>(u"search"_qs).trigger();
+    EXPECT_EQ(inFront().state(), PViewCamera::State::Live)
+        << widget<QLabel>(u"banner"_qs).text().toStdString();
+    EXPECT_TRUE(waitForNewFrames());
+    EXPECT_FALSE(widget<QLabel>(u"banner"_qs).isVisible());
+}
+
+TEST_F(SessionTest, contrast_is_stretched_on_the_screen_also_of_a_picture_that_stands) {
+    start({camera()});
+    ASSERT_TRUE(waitForNewFrames());
+    key(Qt::Key_L, Qt::ControlModifier);
+    widget<QDockWidget>(u"histogramDock"_qs).close();
+    const QImage before = page().view().grab().toImage();
+    const QByteArray taken = pixels();
+    key(Qt::Key_T, Qt::ControlModifier);
+    EXPECT_TRUE(waitUntil([&] { return page().view().grab().toImage() != before; }));
+    EXPECT_EQ(pixels(), taken);
+    key(Qt::Key_T, Qt::ControlModifier);
+    EXPECT_EQ(page().view().grab().toImage(), before);
+}
+
+TEST_F(SessionTest, a_long_exposure_says_when_its_picture_comes) {
+    start({patientCamera()});
+    ASSERT_TRUE(waitForNewFrames());
+    const auto& pace = widget<QLabel>(u"pace"_qs);
+    ASSERT_TRUE(waitUntil([&] { return pace.text().contains(u"fps"_qs); }));
+    property("autoexpottime").setValue(40'000'000u);
+    EXPECT_TRUE(waitUntil([&] { return pace.text().startsWith(u"next picture in "_qs); }))
+        << pace.text().toStdString();
+    key(Qt::Key_L, Qt::ControlModifier);
+    EXPECT_EQ(pace.text(), u"stopped"_qs);
+    key(Qt::Key_L, Qt::ControlModifier);
+    EXPECT_TRUE(pace.text().startsWith(u"next picture in "_qs)) << pace.text().toStdString();
+}
+
+TEST_F(SessionTest, a_triggered_picture_is_awaited_only_while_its_run_is_under_way) {
+    start({patientCamera()});
+    ASSERT_TRUE(waitForNewFrames());
+    widget<QPushButton>(u"pbTrigger"_qs).click();
+    widget<QSpinBox>(u"sSec"_qs).setValue(30);
+    const auto& exposure = widget<QLabel>(u"exposure"_qs);
+    ASSERT_TRUE(waitUntil([&] { return exposure.text().startsWith(u"30 s"_qs); }));
+    const auto& pace = widget<QLabel>(u"pace"_qs);
+    EXPECT_TRUE(waitUntil([&] { return pace.text().contains(u"fps"_qs); }));
+    widget<QPushButton>(u"pbRunOnce"_qs).click();
+    EXPECT_TRUE(waitUntil([&] { return pace.text().startsWith(u"next picture in "_qs); }));
+    widget<QPushButton>(u"pbRunOnce"_qs).click();
+    EXPECT_TRUE(waitUntil([&] { return pace.text().contains(u"fps"_qs); }));
+}
+
+TEST_F(SessionTest, a_run_is_not_counted_down_behind_another_tab) {
+    start({patientCamera(), camera(u"cam-2"_qs, u"S0002"_qs)});
+    ASSERT_TRUE(waitForNewFrames());
+    widget<QPushButton>(u"pbTrigger"_qs).click();
+    widget<QSpinBox>(u"sSec"_qs).setValue(30);
+    ASSERT_TRUE(waitUntil([this] { return property("autoexpottime").valueInner() == 30'000'000; }));
+    widget<QPushButton>(u"pbRunOnce"_qs).click();
+    const PViewCamera& first = inFront();
+    ASSERT_TRUE(waitUntil([&] { return first.untilNextPicture().has_value(); }));
+    auto& list = widget<QListWidget>(u"cameras"_qs);
+    list.setCurrentRow(1);
+    QTest::keyClick(&list, Qt::Key_Return); // its panel, which knew of the run, is gone
+    ASSERT_NE(&inFront(), &first);
+    EXPECT_FALSE(first.untilNextPicture());
+}
+
+TEST_F(SessionTest, a_whole_session_from_opening_to_closing) {
+    start({});
+    end(); // what Qt keeps for itself is there from now on
+    const qsizetype threadsBefore = threads();
+
+    start({camera()});
+    ASSERT_TRUE(waitUntil([this] { return meanShown() > 0; }));
+    const double meanBefore = meanShown();
+    property("autoexpottime").setValue(7000u);
+    ASSERT_TRUE(waitUntil([&] { return meanShown() > meanBefore * 1.1; }));
+
+    key(Qt::Key_D, Qt::ControlModifier);
+    drag(inView({40, 20}), inView({200, 140}));
+    const QRect region = property("roi").valueInner().toRect();
+    ASSERT_TRUE(waitUntil([&] { return sizeShown() == region.size(); }));
+
+    key(Qt::Key_R, Qt::ControlModifier);
+    auto& text = widget<QLabel>(u"recordText"_qs);
+    ASSERT_TRUE(waitUntil([&] { return text.text().contains(u"Recorded 50 frames"_qs); }))
+        << text.text().toStdString();
+    ASSERT_EQ(captures().size(), 1);
+    QImageReader recording(QDir(captureFolder()).filePath(captures().first()));
+    EXPECT_EQ(recording.imageCount(), 50);
+    EXPECT_EQ(recording.read().size(), region.size());
+
+    ASSERT_TRUE(unplug("cam-1"));
+    ASSERT_TRUE(waitUntil([this] { return inFront().state() == PViewCamera::State::Unplugged; }));
+    ASSERT_TRUE(plug("cam-1"));
+    ASSERT_TRUE(waitUntil([this] { return inFront().state() == PViewCamera::State::Live; }));
+    EXPECT_EQ(property("autoexpottime").valueInner().toUInt(), 7000u);
+    EXPECT_EQ(property("roi").valueInner().toRect(), region);
+    EXPECT_TRUE(waitUntil([&] { return sizeShown() == region.size(); }));
+    EXPECT_EQ(inFront().notes(), QStringList());
+    EXPECT_TRUE(inFront().ledger().isBalanced());
+
+    end();
+    EXPECT_TRUE(waitUntil([&] { return threads() <= threadsBefore; }));
+}
+
+TEST_F(SessionTest, closing_leaves_nothing_running) {
+    start({});
+    end(); // what Qt keeps for itself is there from now on
+    const qsizetype before = threads();
+    start({camera(), camera(u"cam-2"_qs, u"S0002"_qs)});
+    ASSERT_TRUE(waitForNewFrames());
+    EXPECT_GT(threads(), before);
+    end();
+    EXPECT_TRUE(waitUntil([&] { return threads() <= before; }));
+}

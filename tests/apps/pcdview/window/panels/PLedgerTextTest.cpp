@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#include <apps/pcdview/window/panels/PLedgerText.h>
+
+#include <support/QtPrinters.h>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+PFrameLedger ledgerOf(quint64 delivered, quint64 lostInCamera, quint64 notWanted) {
+    PFrameLedger ledger;
+    ledger.produced = delivered + lostInCamera + notWanted;
+    ledger.fates[std::size_t(PFrameFate::Delivered)] = delivered;
+    ledger.fates[std::size_t(PFrameFate::LostInCamera)] = lostInCamera;
+    ledger.fates[std::size_t(PFrameFate::NotWanted)] = notWanted;
+    return ledger;
+}
+
+} // namespace
+
+TEST(PLedgerTextTest, says_that_none_was_lost) {
+    EXPECT_EQ(PLedgerText::summary(ledgerOf(1203, 0, 0)),
+              QStringLiteral("Frames: 1203, none lost on the way"));
+}
+
+TEST(PLedgerTextTest, says_where_frames_were_lost) {
+    PFrameLedger ledger = ledgerOf(100, 2, 0);
+    ledger.fates[std::size_t(PFrameFate::DroppedWaiting)] = 5;
+    ledger.produced += 5;
+    EXPECT_EQ(PLedgerText::brief(ledger), QStringLiteral("Frames: 107, lost: 7"));
+    EXPECT_EQ(PLedgerText::summary(ledger),
+              QStringLiteral("Frames: 107, lost: 7 (2 in the camera or on the cable, 5 as the "
+                             "program was too slow)"));
+}
+
+TEST(PLedgerTextTest, frames_that_nobody_wanted_are_not_lost) {
+    EXPECT_EQ(PLedgerText::lost(ledgerOf(10, 0, 4)), 0u);
+}
+
+TEST(PLedgerTextTest, rows_account_for_every_frame) {
+    PFrameLedger ledger = ledgerOf(100, 2, 4);
+    ledger.produced += 3;
+    ledger.waiting = 3;
+    ledger.snapshots = 50; // live frames that were forwarded among them
+    const auto rows = PLedgerText::rows(ledger, 7);
+    ASSERT_EQ(rows.size(), 6);
+    EXPECT_EQ(rows[5].second, 7u);
+    EXPECT_EQ(rows[0].second, rows[1].second + rows[2].second + rows[3].second + rows[4].second);
+}
