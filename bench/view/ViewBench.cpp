@@ -164,8 +164,8 @@ PhaseFigures ViewBench::measure(const QString& name, Viewer& viewer,
     phase.events = m_application.takeTimes();
     phase.late = probe.finish();
     if (phase.hasCamera) {
-        phase.delivered =
-            camera->ledger().count(PFrameFate::Delivered) - before.count(PFrameFate::Delivered);
+        phase.delivered = camera->ledger().count(PFrameOutcome::Delivered) -
+                          before.count(PFrameOutcome::Delivered);
     }
     return phase;
 }

@@ -38,10 +38,10 @@ void printRecording(const RecordingFigures& recording) {
 void printLedger(const SessionLedger& session) {
     std::printf("%-34s %8llu produced", session.name.toUtf8().constData(),
                 static_cast<unsigned long long>(session.ledger.produced));
-    for (const PFrameFate fate : PFrameLedger::allFates()) {
-        if (const quint64 count = session.ledger.count(fate))
+    for (const PFrameOutcome outcome : PFrameLedger::allOutcomes()) {
+        if (const quint64 count = session.ledger.count(outcome))
             std::printf(", %llu %s", static_cast<unsigned long long>(count),
-                        PFrameLedger::title(fate).toUtf8().constData());
+                        PFrameLedger::title(outcome).toUtf8().constData());
     }
     std::printf(", %s\n", session.ledger.isBalanced() ? "balanced" : "NOT BALANCED");
 }

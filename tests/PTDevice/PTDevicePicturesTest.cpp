@@ -300,5 +300,5 @@ TEST_F(PTDevicePictures, sizes_may_change_in_flight_and_no_frame_is_lost_or_misr
     EXPECT_TRUE(waitUntil([&] { return device->frameLedger().waiting == 0; }));
     const PFrameLedger ledger = device->frameLedger();
     EXPECT_GT(ledger.produced, 0U);
-    EXPECT_EQ(ledger.count(PFrameFate::Delivered), ledger.produced);
+    EXPECT_EQ(ledger.count(PFrameOutcome::Delivered), ledger.produced);
 }

@@ -51,7 +51,7 @@ protected:
         QCoreApplication::sendPostedEvents();
     }
 
-    quint64 count(PFrameFate fate) const { return device->frameLedger().count(fate); }
+    quint64 count(PFrameOutcome outcome) const { return device->frameLedger().count(outcome); }
 
     std::unique_ptr<PTDevice> device;
 };
@@ -195,7 +195,7 @@ struct BadHeaderRow {
     int height;
     int bits;
     unsigned size;
-    PFrameFate fate;
+    PFrameOutcome outcome;
 };
 
 class PTDeviceBadHeader : public PTDeviceStream,
@@ -210,7 +210,7 @@ TEST_P(PTDeviceBadHeader, is_dropped_without_a_line_and_counted) {
     header.biSizeImage = row.size;
     push(std::vector<unsigned char>(64), header);
     EXPECT_THAT(list.images, IsEmpty());
-    EXPECT_EQ(count(row.fate), 1u);
+    EXPECT_EQ(count(row.outcome), 1u);
     EXPECT_EQ(device->frameLedger().produced, 1u);
     EXPECT_TRUE(device->frameLedger().isBalanced());
     EXPECT_THAT(ptTexts(log), IsEmpty());
@@ -219,19 +219,22 @@ TEST_P(PTDeviceBadHeader, is_dropped_without_a_line_and_counted) {
 INSTANTIATE_TEST_SUITE_P(
     Rows, PTDeviceBadHeader,
     testing::Values(
-        BadHeaderRow{"of_32_bits", 4, 2, 32, 32, PFrameFate::BadDepth},
-        BadHeaderRow{"of_16_bits", 4, 2, 16, 16, PFrameFate::BadDepth},
-        BadHeaderRow{"of_0_bits", 4, 2, 0, 0, PFrameFate::BadDepth},
-        BadHeaderRow{"with_a_size_one_byte_too_large", 4, 2, 24, 25, PFrameFate::BadSize},
-        BadHeaderRow{"with_a_size_one_byte_too_small", 4, 2, 24, 23, PFrameFate::BadSize},
-        BadHeaderRow{"with_a_size_that_forgets_the_row_padding", 3, 2, 8, 6, PFrameFate::BadSize},
-        BadHeaderRow{"with_a_negative_height", 4, -2, 24, 24, PFrameFate::BadSize},
-        BadHeaderRow{"with_a_negative_width", -4, 2, 24, 24, PFrameFate::BadSize},
-        BadHeaderRow{"with_both_negative", -4, -2, 24, 24, PFrameFate::BadSize},
-        BadHeaderRow{"with_no_width_and_no_size", 0, 2, 24, 0, PFrameFate::BadSize},
-        BadHeaderRow{"with_no_height_and_no_size", 4, 0, 24, 0, PFrameFate::BadSize},
-        BadHeaderRow{"as_large_as_numbers_go", INT_MAX, INT_MAX, 24, UINT_MAX, PFrameFate::BadSize},
-        BadHeaderRow{"whose_size_wraps_to_the_one_given", 1 << 30, 4, 24, 0, PFrameFate::BadSize}),
+        BadHeaderRow{"of_32_bits", 4, 2, 32, 32, PFrameOutcome::BadDepth},
+        BadHeaderRow{"of_16_bits", 4, 2, 16, 16, PFrameOutcome::BadDepth},
+        BadHeaderRow{"of_0_bits", 4, 2, 0, 0, PFrameOutcome::BadDepth},
+        BadHeaderRow{"with_a_size_one_byte_too_large", 4, 2, 24, 25, PFrameOutcome::BadSize},
+        BadHeaderRow{"with_a_size_one_byte_too_small", 4, 2, 24, 23, PFrameOutcome::BadSize},
+        BadHeaderRow{"with_a_size_that_forgets_the_row_padding", 3, 2, 8, 6,
+                     PFrameOutcome::BadSize},
+        BadHeaderRow{"with_a_negative_height", 4, -2, 24, 24, PFrameOutcome::BadSize},
+        BadHeaderRow{"with_a_negative_width", -4, 2, 24, 24, PFrameOutcome::BadSize},
+        BadHeaderRow{"with_both_negative", -4, -2, 24, 24, PFrameOutcome::BadSize},
+        BadHeaderRow{"with_no_width_and_no_size", 0, 2, 24, 0, PFrameOutcome::BadSize},
+        BadHeaderRow{"with_no_height_and_no_size", 4, 0, 24, 0, PFrameOutcome::BadSize},
+        BadHeaderRow{"as_large_as_numbers_go", INT_MAX, INT_MAX, 24, UINT_MAX,
+                     PFrameOutcome::BadSize},
+        BadHeaderRow{"whose_size_wraps_to_the_one_given", 1 << 30, 4, 24, 0,
+                     PFrameOutcome::BadSize}),
     RowName());
 
 TEST_F(PTDeviceStream, no_memory_is_taken_for_a_header_whose_size_does_not_add_up) {
@@ -297,7 +300,7 @@ TEST_F(PTDeviceStream, a_frame_takes_memory_for_one_copy_and_no_more) {
     push(buffer, header);
     EXPECT_EQ(buffersHandedOut() - buffers, 1u);
     EXPECT_LT(minorFaults() - faults, 1000);
-    EXPECT_EQ(count(PFrameFate::Delivered), 4u);
+    EXPECT_EQ(count(PFrameOutcome::Delivered), 4u);
 }
 
 TEST_F(PTDeviceStream, a_start_and_a_stop_with_positive_results_have_worked) {
@@ -314,7 +317,7 @@ TEST_F(PTDeviceStream, a_listener_that_throws_does_not_reach_the_sdk) {
     QObject::connect(device.get(), &PDevice::imageChanged,
                      [] { throw std::runtime_error("listener"); });
     ASSERT_TRUE(device->tryStartStream());
-    ASSERT_TRUE(waitUntil([&] { return count(PFrameFate::Failed) >= 3; }));
+    ASSERT_TRUE(waitUntil([&] { return count(PFrameOutcome::Failed) >= 3; }));
     EXPECT_TRUE(device->tryStopStream());
 }
 
@@ -329,7 +332,7 @@ struct ThrowingSink : PFrameSink {
 TEST_F(PTDeviceStream, a_frame_sink_that_throws_on_the_push_thread_does_not_reach_the_sdk) {
     device->addFrameSink(std::make_shared<ThrowingSink>());
     ASSERT_TRUE(device->tryStartStream());
-    ASSERT_TRUE(waitUntil([&] { return count(PFrameFate::FailedInWriter) >= 3; }));
+    ASSERT_TRUE(waitUntil([&] { return count(PFrameOutcome::FailedInWriter) >= 3; }));
     EXPECT_TRUE(device->tryStopStream());
 }
 
@@ -346,7 +349,7 @@ TEST_F(PTDeviceStream, live_frames_and_stills_arrive_and_the_ledger_balances) {
     ASSERT_TRUE(waitUntil([&] { return device->frameLedger().waiting == 0; }));
     const PFrameLedger ledger = device->frameLedger();
     EXPECT_TRUE(ledger.isBalanced());
-    EXPECT_EQ(ledger.count(PFrameFate::Delivered), ledger.produced);
+    EXPECT_EQ(ledger.count(PFrameOutcome::Delivered), ledger.produced);
     EXPECT_EQ(ledger.produced, quint64(list.images.size()) + 1);
     EXPECT_EQ(ledger.snapshots, 1u);
     const QImage picture = list.images.last().toQImage();
@@ -373,8 +376,8 @@ TEST_F(PTDeviceStream, malformed_frames_pushed_in_the_middle_are_dropped_and_the
     list.images.clear();
     EXPECT_TRUE(waitUntil([&] { return list.images.size() >= 3; }));
     EXPECT_TRUE(device->tryStopStream());
-    EXPECT_EQ(count(PFrameFate::BadDepth), 1u);
-    EXPECT_EQ(count(PFrameFate::BadSize), 1u);
+    EXPECT_EQ(count(PFrameOutcome::BadDepth), 1u);
+    EXPECT_EQ(count(PFrameOutcome::BadSize), 1u);
 }
 
 TEST_F(PTDeviceStream, a_colour_frame_1003_pixels_wide_shows_the_patches_pure) {
@@ -409,7 +412,7 @@ TEST_F(PTDeviceStream, stop_on_the_main_thread_while_frames_wait_for_it_does_not
     device->setFrameByteLimit(10 * 64 * 48 * 3);
     ASSERT_TRUE(device->tryStartStream());
     // This thread runs no event loop meanwhile: the queue fills to its limit and stays there.
-    while (count(PFrameFate::DroppedWaiting) < 100)
+    while (count(PFrameOutcome::DroppedWaiting) < 100)
         std::this_thread::yield();
     EXPECT_TRUE(device->tryStopStream());
     EXPECT_LE(device->frameLedger().waiting, 10u);
@@ -424,7 +427,7 @@ TEST_F(PTDeviceStream, closed_on_the_main_thread_while_frames_wait_for_it_ends_a
     device = open();
     device->setFrameByteLimit(10 * 64 * 48 * 3);
     ASSERT_TRUE(device->tryStartStream());
-    while (count(PFrameFate::DroppedWaiting) < 100)
+    while (count(PFrameOutcome::DroppedWaiting) < 100)
         std::this_thread::yield();
     const PImage newest = device->newestFrame().image;
     device.reset();
@@ -441,7 +444,7 @@ TEST_F(PTDeviceStream,
     PBufferPool::instance().setUseLimit(PBufferPool::instance().statistics().usedBytes + 1);
     push(std::vector<unsigned char>(24), headerOf(4, 2, 24));
     PBufferPool::instance().setUseLimit(PBufferPool::NoLimit);
-    EXPECT_EQ(count(PFrameFate::NoMemory), 1u);
+    EXPECT_EQ(count(PFrameOutcome::NoMemory), 1u);
     EXPECT_THAT(list.images, IsEmpty());
     push(std::vector<unsigned char>(24), headerOf(4, 2, 24));
     EXPECT_EQ(list.images.size(), 1);

@@ -81,7 +81,7 @@ protected:
         QCoreApplication::sendPostedEvents();
     }
 
-    quint64 count(PFrameFate fate) const { return device->frameLedger().count(fate); }
+    quint64 count(PFrameOutcome outcome) const { return device->frameLedger().count(outcome); }
 
     /// Runs the worker until its queue is empty.
     void consumeEvents() {
@@ -238,7 +238,7 @@ TEST_F(PTStreamThreadTest,
                 testing::StartsWith("pull image: PImage(64x48"));
     const PFrameLedger ledger = device->frameLedger();
     EXPECT_GE(ledger.produced, 1u);
-    EXPECT_EQ(ledger.count(PFrameFate::LostInCamera), ledger.produced);
+    EXPECT_EQ(ledger.count(PFrameOutcome::LostInCamera), ledger.produced);
 }
 
 TEST_F(PTStreamThreadTest, a_still_picture_is_pulled_and_arrives_as_a_snapshot_in_the_hosts_order) {
@@ -283,7 +283,7 @@ TEST_F(PTStreamThreadTest, a_still_whose_second_pull_fails_is_logged_as_2_and_no
     ASSERT_TRUE(waitUntil([&] { return log.contains(text); }));
     device->pullThread()->stopThread();
     EXPECT_EQ(stills.count(), 0);
-    EXPECT_GE(device->frameLedger().count(PFrameFate::LostInCamera), 1u);
+    EXPECT_GE(device->frameLedger().count(PFrameOutcome::LostInCamera), 1u);
 }
 
 // ---- What the two pulls of a frame say of its size.
@@ -296,7 +296,7 @@ TEST_F(PTStreamThreadTest, a_frame_whose_second_pull_leaves_its_record_empty_is_
     ASSERT_EQ(frames.count(), 1);
     EXPECT_EQ(frames.at(0).at(0).value<PImage>().toQImage().pixel(10, 24), qRgb(255, 0, 0));
     EXPECT_EQ(device->frameLedger().produced, 1u);
-    EXPECT_EQ(count(PFrameFate::Delivered), 1u);
+    EXPECT_EQ(count(PFrameOutcome::Delivered), 1u);
 }
 
 TEST_F(PTStreamThreadTest, a_still_whose_second_pull_leaves_its_record_empty_is_delivered) {
@@ -307,7 +307,7 @@ TEST_F(PTStreamThreadTest, a_still_whose_second_pull_leaves_its_record_empty_is_
     ASSERT_EQ(stills.count(), 1);
     EXPECT_EQ(stills.at(0).at(0).value<PDeviceFrame>().image.toQImage().pixel(10, 24),
               qRgb(255, 0, 0));
-    EXPECT_EQ(count(PFrameFate::Delivered), 1u);
+    EXPECT_EQ(count(PFrameOutcome::Delivered), 1u);
 }
 
 struct OtherSizeRow {
@@ -325,7 +325,7 @@ TEST_P(PTStreamThreadOtherSize, in_the_second_pull_drops_the_frame_with_a_line) 
     QSignalSpy frames(device.get(), &PDevice::imageChanged);
     pullOneFrame();
     EXPECT_EQ(frames.count(), 0);
-    EXPECT_EQ(count(PFrameFate::BadSize), 1u);
+    EXPECT_EQ(count(PFrameOutcome::BadSize), 1u);
     EXPECT_EQ(device->frameLedger().produced, 1u);
     EXPECT_EQ(ptLastText(log),
               QStringLiteral("Frame dropped, pulled as %1 x %2 but announced as 64 x 48")
@@ -348,7 +348,7 @@ TEST_F(PTStreamThreadTest, a_still_whose_second_pull_reports_another_size_is_dro
     QSignalSpy stills(device.get(), &PDevice::snapshotTaken);
     pullOneStill();
     EXPECT_EQ(stills.count(), 0);
-    EXPECT_EQ(count(PFrameFate::BadSize), 1u);
+    EXPECT_EQ(count(PFrameOutcome::BadSize), 1u);
     const QString text =
         QStringLiteral("Frame dropped, pulled as 64 x 24 but announced as 64 x 48");
     const QList<PLogRecord> records = ptRecords(log, text);
@@ -369,8 +369,8 @@ TEST_P(PTStreamThreadNoSize, is_dropped_as_of_a_bad_size_and_logged) {
     ToupcamSim_failCall(GetParam().function, 0, 1, S_OK); // a success that says 0 x 0
     device->postprocEvt(GetParam().event);
     consumeEvents();
-    EXPECT_EQ(count(PFrameFate::BadSize), 1u);
-    EXPECT_EQ(count(PFrameFate::NoMemory), 0u);
+    EXPECT_EQ(count(PFrameOutcome::BadSize), 1u);
+    EXPECT_EQ(count(PFrameOutcome::NoMemory), 0u);
     EXPECT_EQ(device->frameLedger().produced, 1u);
     EXPECT_EQ(ptLastText(log), QStringLiteral("Frame dropped, the frame has no valid size: 0 x 0"));
     EXPECT_EQ(SimJournal::calls(GetParam().function).size(), 1u) << "no pixels are requested";
@@ -390,7 +390,7 @@ TEST_F(PTStreamThreadTest, a_frame_without_memory_is_booked_as_that) {
     pullOneFrame();
     pullOneStill();
     PBufferPool::instance().setUseLimit(PBufferPool::NoLimit);
-    EXPECT_EQ(count(PFrameFate::NoMemory), 2u);
+    EXPECT_EQ(count(PFrameOutcome::NoMemory), 2u);
     EXPECT_EQ(device->frameLedger().produced, 2u);
 }
 
@@ -430,7 +430,7 @@ TEST_F(PTStreamThreadTest, frames_lost_between_two_pulls_are_booked_as_lost_in_t
     }));
     EXPECT_EQ(ToupcamSim_holdFrames("cam", 0), 1);
     EXPECT_TRUE(
-        waitUntil([&] { return device->frameLedger().count(PFrameFate::LostInCamera) >= 5; }));
+        waitUntil([&] { return device->frameLedger().count(PFrameOutcome::LostInCamera) >= 5; }));
     EXPECT_TRUE(device->frameLedger().isBalanced());
 }
 
@@ -450,7 +450,7 @@ TEST_P(PTStreamThreadRestart, loses_nothing) {
     ASSERT_EQ(Toupcam_Stop(device->sdkHandle()), S_OK);
     ASSERT_EQ(Toupcam_StartPullModeWithCallback(device->sdkHandle(), cbEvent, device.get()), S_OK);
     triggerFrames(2);
-    EXPECT_EQ(count(PFrameFate::LostInCamera), 0u);
+    EXPECT_EQ(count(PFrameOutcome::LostInCamera), 0u);
     EXPECT_EQ(device->frameLedger().produced, quint64(GetParam().framesBefore) + 2);
 }
 

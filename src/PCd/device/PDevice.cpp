@@ -3,11 +3,11 @@
 
 #include <PCd/PMetaTypes.h>
 #include <PCd/device/PDeviceIdClaim.h>
-#include <PCd/frame/PFrameRoad.h>
+#include <PCd/frame/PFramePipeline.h>
 #include <PCd/property/PDeviceProperty.h>
 #include <PCd/property/PDevicePropertyGroup.h>
 #include <PCd/property/PWidgetFactory.h>
-#include <PCd/property/value/PPropertyStreamForm.h>
+#include <PCd/property/value/PPropertyEncoding.h>
 
 #include <PDip/PBufferPool.h>
 
@@ -56,7 +56,7 @@ PDevice::PDevice(QObject* parent)
         else
             emit imageChanged(entry.frame.image);
     };
-    m_frames = std::make_unique<PFrameRoad>(this, deliver, DefaultFrameByteLimit);
+    m_frames = std::make_unique<PFramePipeline>(this, deliver, DefaultFrameByteLimit);
 }
 
 PDevice::~PDevice() = default;
@@ -258,9 +258,8 @@ void PDevice::updateSettings() {
     auto settings = std::make_shared<PDeviceSettings>();
     settings->mode = m_mode;
     for (const PDeviceProperty* property : std::as_const(m_properties))
-        settings->values.append(
-            {property->id(),
-             PPropertyStreamForm::named(property->valueInner(), property->rangeInner())});
+        settings->values.append({property->id(), PPropertyEncoding::named(property->valueInner(),
+                                                                          property->rangeInner())});
     m_frames->setSettings(std::move(settings));
 }
 
@@ -280,8 +279,8 @@ void PDevice::processSnapshot(PDeviceFrame frame) noexcept {
     m_frames->sendSnapshot(std::move(frame));
 }
 
-void PDevice::reportDroppedFrames(PFrameFate fate, quint64 count) {
-    m_frames->accounts().enterAndSettle(fate, count);
+void PDevice::reportDroppedFrames(PFrameOutcome outcome, quint64 count) {
+    m_frames->accounts().enterAndSettle(outcome, count);
 }
 
 void PDevice::addFrameSink(std::shared_ptr<PFrameSink> sink) {

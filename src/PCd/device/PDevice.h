@@ -21,7 +21,7 @@ class PAbstractWriter;
 class PDeviceProperty;
 class PDeviceIdClaim;
 class PDevicePropertyGroup;
-class PFrameRoad;
+class PFramePipeline;
 class QWidget;
 
 /// One camera as the host sees it. A plugin derives from it and fills in the try… and get…
@@ -129,18 +129,18 @@ public:
     void setDeviceOption(PCD::DeviceOption option, bool on);
     bool hasDeviceOption(PCD::DeviceOption option) const;
 
-    // ---- The road of a frame.
+    // ---- The pipeline of a frame.
 
     /// Hands a live frame to the host: it is stamped, counted, given to the frame sinks on this
     /// thread, and queued for the device's thread, where imageChanged() is emitted. Any thread;
     /// never waits for the device's thread, and never throws.
     void processFrameImage(const PImage& image) noexcept;
-    /// Hands a picture to the host as a snapshot, by the same road to snapshotTaken(). A frame
+    /// Hands a picture to the host as a snapshot, by the same pipeline to snapshotTaken(). A frame
     /// without a stamp is new; one with a stamp has come through here before and is not counted
     /// again.
     void processSnapshot(PDeviceFrame frame) noexcept;
     /// Books frames that never became an image. Any thread.
-    void reportDroppedFrames(PFrameFate fate, quint64 count = 1);
+    void reportDroppedFrames(PFrameOutcome outcome, quint64 count = 1);
 
     /// Adds a sink that sees every frame from now on, until removed. Any thread.
     void addFrameSink(std::shared_ptr<PFrameSink> sink);
@@ -187,5 +187,5 @@ private:
     bool m_propertiesTaken = false;
     bool m_groupsTaken = false;
     std::unique_ptr<PDeviceIdClaim> m_idClaim;
-    std::unique_ptr<PFrameRoad> m_frames;
+    std::unique_ptr<PFramePipeline> m_frames;
 };

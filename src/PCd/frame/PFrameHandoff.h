@@ -15,7 +15,7 @@ public:
     struct Entry {
         PDeviceFrame frame;
         PFrameSink::Kind kind = PFrameSink::Kind::Live;
-        bool settled = false; ///< its fate is booked already
+        bool settled = false; ///< its outcome is booked already
     };
 
     explicit PFrameHandoff(std::size_t byteLimit);

@@ -5,53 +5,53 @@
 
 namespace {
 
-struct FateText {
-    PFrameFate fate;
+struct OutcomeText {
+    PFrameOutcome outcome;
     const char* key;
     const char* title;
 };
 
-constexpr std::array<FateText, PFrameFateCount> texts{{
-    {PFrameFate::Delivered, "delivered", "delivered"},
-    {PFrameFate::LostInCamera, "lost_in_camera", "lost in the camera"},
-    {PFrameFate::BadDepth, "bad_depth", "dropped: unknown pixel depth"},
-    {PFrameFate::BadSize, "bad_size", "dropped: wrong size"},
-    {PFrameFate::NoMemory, "no_memory", "dropped: no memory"},
-    {PFrameFate::DroppedWaiting, "dropped_waiting", "dropped while waiting"},
-    {PFrameFate::FailedInWriter, "failed_in_writer", "failed in a writer"},
-    {PFrameFate::Failed, "failed", "failed in a listener"},
-    {PFrameFate::NotWanted, "not_wanted", "came after the last one asked for"},
+constexpr std::array<OutcomeText, PFrameOutcomeCount> texts{{
+    {PFrameOutcome::Delivered, "delivered", "delivered"},
+    {PFrameOutcome::LostInCamera, "lost_in_camera", "lost in the camera"},
+    {PFrameOutcome::BadDepth, "bad_depth", "dropped: unknown pixel depth"},
+    {PFrameOutcome::BadSize, "bad_size", "dropped: wrong size"},
+    {PFrameOutcome::NoMemory, "no_memory", "dropped: no memory"},
+    {PFrameOutcome::DroppedWaiting, "dropped_waiting", "dropped while waiting"},
+    {PFrameOutcome::FailedInWriter, "failed_in_writer", "failed in a writer"},
+    {PFrameOutcome::Failed, "failed", "failed in a listener"},
+    {PFrameOutcome::NotWanted, "not_wanted", "came after the last one asked for"},
 }};
 
 } // namespace
 
 bool PFrameLedger::isBalanced() const {
-    return produced == std::accumulate(fates.begin(), fates.end(), waiting);
+    return produced == std::accumulate(outcomes.begin(), outcomes.end(), waiting);
 }
 
 PFrameLedger PFrameLedger::since(const PFrameLedger& start) const {
     PFrameLedger span = *this;
     span.produced -= start.produced - start.waiting;
     span.snapshots -= start.snapshots;
-    for (std::size_t i = 0; i < fates.size(); ++i)
-        span.fates[i] -= start.fates[i];
+    for (std::size_t i = 0; i < outcomes.size(); ++i)
+        span.outcomes[i] -= start.outcomes[i];
     return span;
 }
 
-const std::array<PFrameFate, PFrameFateCount>& PFrameLedger::allFates() {
-    static const auto fates = [] {
-        std::array<PFrameFate, PFrameFateCount> all{};
+const std::array<PFrameOutcome, PFrameOutcomeCount>& PFrameLedger::allOutcomes() {
+    static const auto outcomes = [] {
+        std::array<PFrameOutcome, PFrameOutcomeCount> all{};
         for (std::size_t i = 0; i < all.size(); ++i)
-            all[i] = texts[i].fate;
+            all[i] = texts[i].outcome;
         return all;
     }();
-    return fates;
+    return outcomes;
 }
 
-QByteArray PFrameLedger::key(PFrameFate fate) {
-    return texts[std::size_t(fate)].key;
+QByteArray PFrameLedger::key(PFrameOutcome outcome) {
+    return texts[std::size_t(outcome)].key;
 }
 
-QString PFrameLedger::title(PFrameFate fate) {
-    return QString::fromLatin1(texts[std::size_t(fate)].title);
+QString PFrameLedger::title(PFrameOutcome outcome) {
+    return QString::fromLatin1(texts[std::size_t(outcome)].title);
 }

@@ -8,8 +8,8 @@
 #include <array>
 #include <cstddef>
 
-/// What became of a frame. Every frame has exactly one fate.
-enum class PFrameFate : int {
+/// What became of a frame. Every frame has exactly one outcome.
+enum class PFrameOutcome : int {
     Delivered,      ///< reached the device's listeners
     LostInCamera,   ///< the camera made it, but it never left the SDK
     BadDepth,       ///< dropped by the plugin: bits of a pixel it does not know
@@ -20,29 +20,30 @@ enum class PFrameFate : int {
     Failed,         ///< a listener failed over it
     NotWanted,      ///< came after the last frame that was asked for
 };
-constexpr std::size_t PFrameFateCount = 9;
+constexpr std::size_t PFrameOutcomeCount = 9;
 
 /// Account of every frame a device's camera has produced. A value; any thread.
 struct PFrameLedger {
-    quint64 produced = 0;                         ///< frames counted when they appeared
-    std::array<quint64, PFrameFateCount> fates{}; ///< frames counted when their fate was known
-    quint64 waiting = 0;                          ///< on the way to the device's thread now
+    quint64 produced = 0; ///< frames counted when they appeared
+    std::array<quint64, PFrameOutcomeCount>
+        outcomes{};        ///< frames counted when their outcome was known
+    quint64 waiting = 0;   ///< on the way to the device's thread now
     quint64 snapshots = 0; ///< pictures handed out as snapshots, live frames made so included
 
-    quint64 count(PFrameFate fate) const { return fates[std::size_t(fate)]; }
-    /// True if every frame that appeared has its fate or is waiting.
+    quint64 count(PFrameOutcome outcome) const { return outcomes[std::size_t(outcome)]; }
+    /// True if every frame that appeared has its outcome or is waiting.
     bool isBalanced() const;
     /// The account of the time since `start`, an earlier account of the same device. What was
-    /// waiting then meets its fate in this time, so it counts as produced in it: the result
+    /// waiting then meets its outcome in this time, so it counts as produced in it: the result
     /// balances where both do. `waiting` stays what it is now.
     PFrameLedger since(const PFrameLedger& start) const;
 
-    /// Every fate, in order.
-    static const std::array<PFrameFate, PFrameFateCount>& allFates();
+    /// Every outcome, in order.
+    static const std::array<PFrameOutcome, PFrameOutcomeCount>& allOutcomes();
     /// "delivered", "lost_in_camera" …: for scripts.
-    static QByteArray key(PFrameFate fate);
+    static QByteArray key(PFrameOutcome outcome);
     /// "delivered", "lost in the camera" …: for people.
-    static QString title(PFrameFate fate);
+    static QString title(PFrameOutcome outcome);
 };
 
 Q_DECLARE_METATYPE(PFrameLedger)

@@ -13,7 +13,7 @@ struct PDeviceProfile {
     /// One value of the file.
     struct Setting {
         QByteArray id;
-        QVariant form;    ///< see PPropertyStreamForm
+        QVariant form;    ///< see PPropertyEncoding
         QString position; ///< in the file, for people: "line 12"
         /// Where the fields stand whose values are the form, a QVariantMap.
         QHash<QString, QString> fieldPositions = {};

@@ -4,8 +4,8 @@
 #include <PCd/device/PDevice.h>
 #include <PCd/property/PDeviceProperty.h>
 #include <PCd/property/PQuietReading.h>
-#include <PCd/property/value/PGadgetFields.h>
-#include <PCd/property/value/PPropertyStreamForm.h>
+#include <PCd/property/value/PCompositeFields.h>
+#include <PCd/property/value/PPropertyEncoding.h>
 #include <PCd/property/value/PPropertyText.h>
 
 #include <optional>
@@ -18,7 +18,7 @@ using Difference = PDeviceProfileDiff::Difference;
 QVariant savedForm(const PDeviceProperty* property) {
     if (property == nullptr || !property->isSerializable())
         return QVariant();
-    return PPropertyStreamForm::toForm(property->valueInner(), property->rangeInner());
+    return PPropertyEncoding::toForm(property->valueInner(), property->rangeInner());
 }
 
 QString textOf(const QVariantMap& fields) {
@@ -35,7 +35,7 @@ QString textOf(const QVariant& form, const PDeviceProperty* property) {
         return textOf(form.toMap());
     const QVariant range = property == nullptr ? QVariant() : property->rangeInner();
     const QVariant current = property == nullptr ? QVariant() : property->valueInner();
-    const QVariant value = PPropertyStreamForm::fromForm(form, current, range);
+    const QVariant value = PPropertyEncoding::fromForm(form, current, range);
     return PPropertyText::ofValue(value.isValid() ? value : form, range);
 }
 
@@ -43,9 +43,9 @@ QString textOf(const QVariant& form, const PDeviceProperty* property) {
 std::optional<Difference> differenceOf(const QByteArray& id, const QString& field,
                                        const QVariant& inFile, const QVariant& current) {
     QVariant changed = current;
-    const bool isPossible = PGadgetFields::assign(changed, field, inFile);
-    const QVariant wanted = isPossible ? PGadgetFields::read(changed, field) : inFile;
-    const QVariant onCamera = PGadgetFields::read(current, field);
+    const bool isPossible = PCompositeFields::assign(changed, field, inFile);
+    const QVariant wanted = isPossible ? PCompositeFields::read(changed, field) : inFile;
+    const QVariant onCamera = PCompositeFields::read(current, field);
     if (isPossible && wanted == onCamera)
         return std::nullopt;
     return Difference{id + '.' + field.toUtf8(), PPropertyText::ofValue(wanted, {}),
@@ -54,7 +54,7 @@ std::optional<Difference> differenceOf(const QByteArray& id, const QString& fiel
 
 QList<Difference> differencesOfFields(const QByteArray& id, const QVariantMap& inFile,
                                       const QVariant& current) {
-    QStringList names = PGadgetFields::storedNames(current);
+    QStringList names = PCompositeFields::storedNames(current);
     for (const QString& name : inFile.keys()) {
         if (!names.contains(name))
             names.append(name);
@@ -74,7 +74,7 @@ std::optional<QVariantMap> fieldsIn(const QVariant& form, const PDeviceProperty*
     const QVariant current = property->valueInner();
     const QVariant fields =
         form.typeId() == QMetaType::QByteArray
-            ? PPropertyStreamForm::toForm(PPropertyStreamForm::fromForm(form, current, {}), {})
+            ? PPropertyEncoding::toForm(PPropertyEncoding::fromForm(form, current, {}), {})
             : form;
     return fields.typeId() == QMetaType::QVariantMap ? std::optional(fields.toMap()) : std::nullopt;
 }
@@ -84,7 +84,7 @@ QList<Difference> differencesOf(const QByteArray& id, const QVariant& inFile,
     if (const auto fields = fieldsIn(inFile, property))
         return differencesOfFields(id, *fields, property->valueInner());
     const QVariant onCamera = savedForm(property);
-    if (PPropertyStreamForm::areEqual(inFile, onCamera))
+    if (PPropertyEncoding::areEqual(inFile, onCamera))
         return {};
     return {{id, textOf(inFile, property), textOf(onCamera, property)}};
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <PCd/profile/PDeviceProfileParser.h>
 
-#include <PCd/property/value/PPropertyStreamForm.h>
+#include <PCd/property/value/PPropertyEncoding.h>
 #include <PCd/property/value/PPropertyText.h>
 
 #include <PCore/PAbstractReader.h>
@@ -38,13 +38,13 @@ private:
     void expectHeader() {
         const QString format = PDeviceProfileParser::formatKey();
         const QString name = PDeviceProfileParser::formatName();
-        if (!PPropertyStreamForm::areEqual(m_reader.readValue(format), name)) {
+        if (!PPropertyEncoding::areEqual(m_reader.readValue(format), name)) {
             throw Fault{placeOf(format), QStringLiteral("no camera profile: expected %1: %2")
                                              .arg(quoted(format), quoted(name))};
         }
         const QString version = PDeviceProfileParser::versionKey();
-        if (!PPropertyStreamForm::areEqual(m_reader.readValue(version),
-                                           PDeviceProfileParser::Version)) {
+        if (!PPropertyEncoding::areEqual(m_reader.readValue(version),
+                                         PDeviceProfileParser::Version)) {
             throw Fault{placeOf(version), QStringLiteral("another version of the format: expected "
                                                          "%1: %2")
                                               .arg(quoted(version))

@@ -8,8 +8,8 @@
 #include <PCd/property/PDeviceProperty.h>
 #include <PCd/property/PPropertyCheck.h>
 #include <PCd/property/PQuietReading.h>
-#include <PCd/property/value/PGadgetFields.h>
-#include <PCd/property/value/PPropertyStreamForm.h>
+#include <PCd/property/value/PCompositeFields.h>
+#include <PCd/property/value/PPropertyEncoding.h>
 #include <PCd/property/value/PPropertyText.h>
 
 #include <algorithm>
@@ -70,14 +70,14 @@ QString cannotBe(const QString& value, const QString& expected) {
 
 /// In the words of files, which have the fields of a value together.
 QString expectedOf(const PDeviceProperty& property, const QVariant& range) {
-    const QStringList fields = PGadgetFields::storedNames(property.valueInner());
+    const QStringList fields = PCompositeFields::storedNames(property.valueInner());
     return fields.isEmpty()
                ? PPropertyCheck::expectation(property, range)
                : PDeviceProfilePlan::tr("the fields %1").arg(fields.join(QStringLiteral(", ")));
 }
 
 bool isOfFields(const QVariant& form, const QVariant& current) {
-    return form.typeId() == QMetaType::QVariantMap && PGadgetFields::isComposite(current);
+    return form.typeId() == QMetaType::QVariantMap && PCompositeFields::isComposite(current);
 }
 
 /// The form without the fields that profiles do not hold.
@@ -86,7 +86,7 @@ QVariant storedPart(const QVariant& form, const QVariant& current) {
         return form;
     QVariantMap stored;
     const QVariantMap fields = form.toMap();
-    for (const QString& name : PGadgetFields::storedNames(current)) {
+    for (const QString& name : PCompositeFields::storedNames(current)) {
         if (fields.contains(name))
             stored.insert(name, fields.value(name));
     }
@@ -182,14 +182,14 @@ PStatus PDeviceProfilePlan::planValue(const PDeviceProfile::Setting& setting,
     if (!fields.isOk())
         return fields;
     const QVariant value =
-        PPropertyStreamForm::fromForm(storedPart(setting.form, current), current, range);
+        PPropertyEncoding::fromForm(storedPart(setting.form, current), current, range);
     if (value.isValid() && PPropertyCheck::check(property, value, range).isOk()) {
         m_steps.append({&property, value});
         return PStatus::Ok;
     }
     // A camera without colour says 0 of its tint, which is out of range: it was saved like that.
     const bool staysInForce = range == property.rangeInner();
-    if (staysInForce && PPropertyStreamForm::isSame(value, property.valueInner(), range)) {
+    if (staysInForce && PPropertyEncoding::isSame(value, property.valueInner(), range)) {
         m_report.ignored.append({setting.id, alreadySo()});
         return PStatus::Ok;
     }
@@ -210,7 +210,7 @@ PStatus PDeviceProfilePlan::checkFields(const PDeviceProfile::Setting& setting,
         if (!status.isOk())
             return status;
     }
-    for (const QString& name : PGadgetFields::storedNames(current)) {
+    for (const QString& name : PCompositeFields::storedNames(current)) {
         if (!fields.contains(name))
             m_report.missing.append(setting.id + '.' + name.toUtf8());
     }
@@ -219,8 +219,8 @@ PStatus PDeviceProfilePlan::checkFields(const PDeviceProfile::Setting& setting,
 
 PStatus PDeviceProfilePlan::checkField(const PDeviceProfile::Setting& field, const QString& name,
                                        const QVariant& current) {
-    const QStringList stored = PGadgetFields::storedNames(current);
-    if (!PGadgetFields::names(current).contains(name)) {
+    const QStringList stored = PCompositeFields::storedNames(current);
+    if (!PCompositeFields::names(current).contains(name)) {
         return damage(field,
                       cannotBe(textOf(field.form),
                                tr("one of the fields %1").arg(stored.join(QStringLiteral(", ")))));
@@ -230,10 +230,10 @@ PStatus PDeviceProfilePlan::checkField(const PDeviceProfile::Setting& field, con
         return PStatus::Ok;
     }
     QVariant tried = current;
-    return PGadgetFields::assign(tried, name, field.form)
+    return PCompositeFields::assign(tried, name, field.form)
                ? PStatus(PStatus::Ok)
                : damage(field,
-                        cannotBe(textOf(field.form), PGadgetFields::expectation(current, name)));
+                        cannotBe(textOf(field.form), PCompositeFields::expectation(current, name)));
 }
 
 /// A camera of another model has other ranges, and that is nobody's mistake. With the same model it
@@ -310,7 +310,7 @@ bool PDeviceProfilePlan::applyMode() {
 
 void PDeviceProfilePlan::applyStep(const Step& step) {
     PDeviceProperty& property = *step.property;
-    if (PPropertyCheck::setAndAsk(property, step.value)) {
+    if (PPropertyCheck::setAndVerify(property, step.value)) {
         m_report.applied.append(property.id());
         return;
     }

@@ -3,8 +3,8 @@
 
 #include <PCd/PMetaTypes.h>
 #include <PCd/property/PWidgetFactory.h>
-#include <PCd/property/value/PGadgetFields.h>
-#include <PCd/property/value/PPropertyStreamForm.h>
+#include <PCd/property/value/PCompositeFields.h>
+#include <PCd/property/value/PPropertyEncoding.h>
 
 #include <PCore/PAbstractReader.h>
 #include <PCore/PAbstractWriter.h>
@@ -44,12 +44,12 @@ bool PDeviceProperty::writeStreamThis(PAbstractWriter* writer, const QString& na
 }
 
 bool PDeviceProperty::writeValueToStream(PAbstractWriter* writer) const {
-    return PPropertyStreamForm::write(*writer, valueName(), m_value, m_range);
+    return PPropertyEncoding::write(*writer, valueName(), m_value, m_range);
 }
 
 bool PDeviceProperty::readValueFromStream(PAbstractReader* reader, const QString& name) {
-    const QVariant form = PPropertyStreamForm::read(*reader, name);
-    const QVariant value = PPropertyStreamForm::fromForm(form, m_value, m_range);
+    const QVariant form = PPropertyEncoding::read(*reader, name);
+    const QVariant value = PPropertyEncoding::fromForm(form, m_value, m_range);
     if (!value.isValid())
         return false;
     setValue(value);
@@ -59,7 +59,7 @@ bool PDeviceProperty::readValueFromStream(PAbstractReader* reader, const QString
 void PDeviceProperty::setValue(const QVariant& value) {
     emit valueAboutToBeSent(value);
     // The answer alone proves nothing: some devices always say yes, some the opposite.
-    const bool keepAsGiven = trySetValue(value) && PPropertyStreamForm::isComposite(value);
+    const bool keepAsGiven = trySetValue(value) && PPropertyEncoding::isComposite(value);
     m_value = keepAsGiven ? value : tryGetValue();
     emit valueChanged(m_value);
 }
@@ -69,13 +69,13 @@ PDeviceProperty::Reading PDeviceProperty::readFromDevice() {
     reading.range = tryGetRange();
     // A composite property may store what it reads while it reads.
     const QVariant known = m_value;
-    reading.value = PGadgetFields::withHostFields(tryGetValue(), known);
+    reading.value = PCompositeFields::withHostFields(tryGetValue(), known);
     m_value = known;
     return reading;
 }
 
 void PDeviceProperty::restoreHostFields(const QVariant& before) {
-    const QVariant restored = PGadgetFields::withHostFields(m_value, before);
+    const QVariant restored = PCompositeFields::withHostFields(m_value, before);
     if (restored == m_value)
         return;
     m_value = restored;

@@ -38,7 +38,7 @@ public:
     /// Asks the device for its value, and for its range (invalid if it has none).
     virtual QVariant tryGetValue() = 0;
     virtual QVariant tryGetRange() = 0;
-    /// Writes and reads the bare value, in its PPropertyStreamForm; reading sends it to the device.
+    /// Writes and reads the bare value, in its PPropertyEncoding; reading sends it to the device.
     virtual bool writeValueToStream(PAbstractWriter* writer) const;
     virtual bool readValueFromStream(PAbstractReader* reader, const QString& name);
 

@@ -4,8 +4,8 @@
 #include <PCd/PEnumeration.h>
 #include <PCd/PScanAreaRange.h>
 #include <PCd/property/PDeviceProperty.h>
-#include <PCd/property/value/PGadgetFields.h>
-#include <PCd/property/value/PPropertyStreamForm.h>
+#include <PCd/property/value/PCompositeFields.h>
+#include <PCd/property/value/PPropertyEncoding.h>
 #include <PCd/property/value/PPropertyText.h>
 
 #include <PCore/PMinMaxRange.h>
@@ -120,16 +120,16 @@ QString PPropertyCheck::expectation(const PDeviceProperty& property, const QVari
         return expectedRegion(range.value<PScanAreaRange>());
     if (property.valueInner().typeId() == QMetaType::Bool)
         return tr("on or off");
-    if (PGadgetFields::isComposite(property.valueInner()))
+    if (PCompositeFields::isComposite(property.valueInner()))
         return tr("one field at a time, %1.FIELD=VALUE with one of the fields %2")
             .arg(QString::fromLatin1(property.id()),
-                 PGadgetFields::names(property.valueInner()).join(QStringLiteral(", ")));
+                 PCompositeFields::names(property.valueInner()).join(QStringLiteral(", ")));
     return tr("a value of the type %1")
         .arg(QString::fromLatin1(property.valueInner().metaType().name()));
 }
 
-bool PPropertyCheck::setAndAsk(PDeviceProperty& property, const QVariant& value) {
+bool PPropertyCheck::setAndVerify(PDeviceProperty& property, const QVariant& value) {
     property.setValue(value);
     property.updateValueFromDevice();
-    return PPropertyStreamForm::isSame(property.valueInner(), value, property.rangeInner());
+    return PPropertyEncoding::isSame(property.valueInner(), value, property.rangeInner());
 }

@@ -28,5 +28,5 @@ public:
 
     /// Sends a value, whatever it is, and asks the device what it has then: true if it is that
     /// value. Only this tells, as devices differ in the sense of their answers.
-    static bool setAndAsk(PDeviceProperty& property, const QVariant& value);
+    static bool setAndVerify(PDeviceProperty& property, const QVariant& value);
 };

@@ -32,18 +32,18 @@ std::optional<PImage> imageOfBuffer(PTDevice* device, const void* data,
                                     const BITMAPINFOHEADER& header) {
     const std::optional<PDIP::ColorFormat> format = formatOfDepth(header.biBitCount);
     if (!format) {
-        device->reportDroppedFrames(PFrameFate::BadDepth);
+        device->reportDroppedFrames(PFrameOutcome::BadDepth);
         return std::nullopt;
     }
     // No memory is taken before the header's size adds up: it may lie.
     const PImageHeader geometry(header.biWidth, header.biHeight, *format);
     if (!geometry.isValid() || geometry.dataSize() != header.biSizeImage) {
-        device->reportDroppedFrames(PFrameFate::BadSize);
+        device->reportDroppedFrames(PFrameOutcome::BadSize);
         return std::nullopt;
     }
     PImage image;
     if (!image.set(static_cast<const unsigned char*>(data), geometry)) {
-        device->reportDroppedFrames(PFrameFate::NoMemory);
+        device->reportDroppedFrames(PFrameOutcome::NoMemory);
         return std::nullopt;
     }
     return image;
@@ -113,7 +113,7 @@ void cbData(const void* data, const BITMAPINFOHEADER* header, int isSnapshot, vo
     // What throws comes before the frame is handed over and booked.
     if (!PTCallbackGuard::run(cbDataText,
                               [&] { takeBuffer(device, data, *header, isSnapshot != 0); }))
-        device->reportDroppedFrames(PFrameFate::NoMemory);
+        device->reportDroppedFrames(PFrameOutcome::NoMemory);
 }
 
 void cbEvent(unsigned int code, void* ctx) {

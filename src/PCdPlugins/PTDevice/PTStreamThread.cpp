@@ -50,12 +50,12 @@ std::optional<PImage> imageFor(const ToupcamFrameInfoV2& info, PTDevice* device)
     if (!header.isValid()) {
         ptLog(runText, __FILE__, __LINE__, PLogLevel::Warning)
             << "Frame dropped, the frame has no valid size:" << info.width << "x" << info.height;
-        device->reportDroppedFrames(PFrameFate::BadSize);
+        device->reportDroppedFrames(PFrameOutcome::BadSize);
         return std::nullopt;
     }
     PImage image;
     if (!image.create(header)) {
-        device->reportDroppedFrames(PFrameFate::NoMemory);
+        device->reportDroppedFrames(PFrameOutcome::NoMemory);
         return std::nullopt;
     }
     return image;
@@ -72,7 +72,7 @@ bool droppedForItsSize(const PImage& image, const ToupcamFrameInfoV2& info, PTDe
     ptLog(runText, __FILE__, __LINE__, PLogLevel::Warning)
         << "Frame dropped, pulled as" << info.width << "x" << info.height << "but announced as"
         << int(image.width()) << "x" << int(image.height());
-    device->reportDroppedFrames(PFrameFate::BadSize);
+    device->reportDroppedFrames(PFrameOutcome::BadSize);
     return true;
 }
 
@@ -162,7 +162,7 @@ void PTStreamThread::run() {
         } catch (const std::exception& error) {
             // No memory for a frame: that frame is lost, the thread is not.
             ptLog(runText, __FILE__, __LINE__, PLogLevel::Error) << "Exception:" << error.what();
-            device->reportDroppedFrames(PFrameFate::NoMemory);
+            device->reportDroppedFrames(PFrameOutcome::NoMemory);
         }
     }
 }
@@ -196,7 +196,7 @@ void PTStreamThread::pullLive(SequenceWatch& sequence) {
         return;
     }
     if (const unsigned missing = sequence.missingBefore(info))
-        device->reportDroppedFrames(PFrameFate::LostInCamera, missing);
+        device->reportDroppedFrames(PFrameOutcome::LostInCamera, missing);
     std::optional<PImage> image = imageFor(info, device);
     if (!image)
         return;
@@ -211,7 +211,7 @@ void PTStreamThread::pullLive(SequenceWatch& sequence) {
     qDebug() << "pull image:" << *image;
     swapRedAndBlue(*image);
     if (!checkError(result))
-        device->reportDroppedFrames(PFrameFate::LostInCamera);
+        device->reportDroppedFrames(PFrameOutcome::LostInCamera);
     else if (!droppedForItsSize(*image, info, device))
         device->processFrameImage(*image);
 }
@@ -232,7 +232,7 @@ void PTStreamThread::pullStill() {
                                       pullBits, &info);
     if (!checkError(result)) {
         PT_LOG_IN(runText) << "Failed to pull still image [2]:" << result;
-        device->reportDroppedFrames(PFrameFate::LostInCamera);
+        device->reportDroppedFrames(PFrameOutcome::LostInCamera);
         return;
     }
     PDIP::setXToXRGB(&*image);

@@ -335,7 +335,7 @@
     </message>
 </context>
 <context>
-    <name>PGadgetFields</name>
+    <name>PCompositeFields</name>
     <message>
         <source>on or off</source>
         <translation>on или off</translation>

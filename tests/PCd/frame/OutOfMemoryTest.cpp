@@ -50,7 +50,7 @@ protected:
         EXPECT_EQ(sink->offered, 0);
         const PFrameLedger ledger = device.frameLedger();
         EXPECT_EQ(ledger.produced, 1u);
-        EXPECT_EQ(ledger.count(PFrameFate::NoMemory), 1u);
+        EXPECT_EQ(ledger.count(PFrameOutcome::NoMemory), 1u);
         EXPECT_TRUE(ledger.isBalanced());
     }
 

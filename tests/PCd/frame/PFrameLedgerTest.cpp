@@ -16,23 +16,23 @@ TEST(PFrameLedger, is_balanced_when_every_frame_has_its_fate_or_waits) {
     PFrameLedger ledger;
     ledger.produced = 6;
     ledger.waiting = 1;
-    ledger.fates[std::size_t(PFrameFate::Delivered)] = 3;
-    ledger.fates[std::size_t(PFrameFate::NotWanted)] = 2;
+    ledger.outcomes[std::size_t(PFrameOutcome::Delivered)] = 3;
+    ledger.outcomes[std::size_t(PFrameOutcome::NotWanted)] = 2;
     EXPECT_TRUE(ledger.isBalanced());
 }
 
 TEST(PFrameLedger, is_not_balanced_when_a_frame_has_no_fate) {
     PFrameLedger ledger;
     ledger.produced = 2;
-    ledger.fates[std::size_t(PFrameFate::Delivered)] = 1;
+    ledger.outcomes[std::size_t(PFrameOutcome::Delivered)] = 1;
     EXPECT_FALSE(ledger.isBalanced());
 }
 
 TEST(PFrameLedger, is_not_balanced_when_a_frame_has_two_fates) {
     PFrameLedger ledger;
     ledger.produced = 1;
-    ledger.fates[std::size_t(PFrameFate::Delivered)] = 1;
-    ledger.fates[std::size_t(PFrameFate::FailedInWriter)] = 1;
+    ledger.outcomes[std::size_t(PFrameOutcome::Delivered)] = 1;
+    ledger.outcomes[std::size_t(PFrameOutcome::FailedInWriter)] = 1;
     EXPECT_FALSE(ledger.isBalanced());
 }
 
@@ -48,8 +48,8 @@ PFrameLedger ledgerOf(quint64 delivered, quint64 lost, quint64 waiting) {
     PFrameLedger ledger;
     ledger.produced = delivered + lost + waiting;
     ledger.waiting = waiting;
-    ledger.fates[std::size_t(PFrameFate::Delivered)] = delivered;
-    ledger.fates[std::size_t(PFrameFate::LostInCamera)] = lost;
+    ledger.outcomes[std::size_t(PFrameOutcome::Delivered)] = delivered;
+    ledger.outcomes[std::size_t(PFrameOutcome::LostInCamera)] = lost;
     return ledger;
 }
 
@@ -62,8 +62,8 @@ TEST(PFrameLedger, since_a_start_counts_what_came_after_it) {
     now.snapshots = 6;
     const PFrameLedger span = now.since(start);
     EXPECT_EQ(span.produced, 7u);
-    EXPECT_EQ(span.count(PFrameFate::Delivered), 5u);
-    EXPECT_EQ(span.count(PFrameFate::LostInCamera), 1u);
+    EXPECT_EQ(span.count(PFrameOutcome::Delivered), 5u);
+    EXPECT_EQ(span.count(PFrameOutcome::LostInCamera), 1u);
     EXPECT_EQ(span.waiting, 1u);
     EXPECT_EQ(span.snapshots, 2u);
     EXPECT_TRUE(span.isBalanced());
@@ -72,7 +72,7 @@ TEST(PFrameLedger, since_a_start_counts_what_came_after_it) {
 TEST(PFrameLedger, since_a_start_counts_what_was_waiting_then_as_produced) {
     const PFrameLedger span = ledgerOf(15, 0, 0).since(ledgerOf(10, 0, 3));
     EXPECT_EQ(span.produced, 5u); // 3 were waiting, 2 are new
-    EXPECT_EQ(span.count(PFrameFate::Delivered), 5u);
+    EXPECT_EQ(span.count(PFrameOutcome::Delivered), 5u);
     EXPECT_TRUE(span.isBalanced());
 }
 
@@ -93,56 +93,56 @@ TEST(PFrameLedger, since_an_empty_start_is_the_account_itself) {
     const PFrameLedger now = ledgerOf(15, 2, 1);
     const PFrameLedger span = now.since({});
     EXPECT_EQ(span.produced, now.produced);
-    EXPECT_EQ(span.fates, now.fates);
+    EXPECT_EQ(span.outcomes, now.outcomes);
     EXPECT_EQ(span.waiting, now.waiting);
 }
 
 TEST(PFrameLedger, has_the_fates_in_the_order_of_their_numbers) {
-    for (std::size_t i = 0; i < PFrameFateCount; ++i)
-        EXPECT_EQ(std::size_t(PFrameLedger::allFates()[i]), i);
-    EXPECT_EQ(PFrameFateCount, std::size_t(PFrameFate::NotWanted) + 1);
+    for (std::size_t i = 0; i < PFrameOutcomeCount; ++i)
+        EXPECT_EQ(std::size_t(PFrameLedger::allOutcomes()[i]), i);
+    EXPECT_EQ(PFrameOutcomeCount, std::size_t(PFrameOutcome::NotWanted) + 1);
 }
 
 TEST(PFrameLedger, has_a_key_and_a_title_of_its_own_for_every_fate) {
     std::set<QByteArray> keys;
     std::set<QString> titles;
-    for (const PFrameFate fate : PFrameLedger::allFates()) {
-        EXPECT_FALSE(PFrameLedger::key(fate).isEmpty());
-        EXPECT_FALSE(PFrameLedger::title(fate).isEmpty());
-        keys.insert(PFrameLedger::key(fate));
-        titles.insert(PFrameLedger::title(fate));
+    for (const PFrameOutcome outcome : PFrameLedger::allOutcomes()) {
+        EXPECT_FALSE(PFrameLedger::key(outcome).isEmpty());
+        EXPECT_FALSE(PFrameLedger::title(outcome).isEmpty());
+        keys.insert(PFrameLedger::key(outcome));
+        titles.insert(PFrameLedger::title(outcome));
     }
-    EXPECT_EQ(keys.size(), PFrameFateCount);
-    EXPECT_EQ(titles.size(), PFrameFateCount);
+    EXPECT_EQ(keys.size(), PFrameOutcomeCount);
+    EXPECT_EQ(titles.size(), PFrameOutcomeCount);
 }
 
 namespace {
 
-struct FateRow {
-    PFrameFate fate;
+struct OutcomeRow {
+    PFrameOutcome outcome;
     const char* name;
     const char* title;
 };
 
-class FateTexts : public testing::TestWithParam<FateRow> {};
+class OutcomeTexts : public testing::TestWithParam<OutcomeRow> {};
 
-TEST_P(FateTexts, are_what_scripts_know_and_what_users_read) {
-    EXPECT_EQ(PFrameLedger::key(GetParam().fate), GetParam().name);
-    EXPECT_EQ(PFrameLedger::title(GetParam().fate), QString::fromLatin1(GetParam().title));
+TEST_P(OutcomeTexts, are_what_scripts_know_and_what_users_read) {
+    EXPECT_EQ(PFrameLedger::key(GetParam().outcome), GetParam().name);
+    EXPECT_EQ(PFrameLedger::title(GetParam().outcome), QString::fromLatin1(GetParam().title));
 }
 
 } // namespace
 
 INSTANTIATE_TEST_SUITE_P(
-    Rows, FateTexts,
-    testing::Values(FateRow{PFrameFate::Delivered, "delivered", "delivered"},
-                    FateRow{PFrameFate::LostInCamera, "lost_in_camera", "lost in the camera"},
-                    FateRow{PFrameFate::BadDepth, "bad_depth", "dropped: unknown pixel depth"},
-                    FateRow{PFrameFate::BadSize, "bad_size", "dropped: wrong size"},
-                    FateRow{PFrameFate::NoMemory, "no_memory", "dropped: no memory"},
-                    FateRow{PFrameFate::DroppedWaiting, "dropped_waiting", "dropped while waiting"},
-                    FateRow{PFrameFate::FailedInWriter, "failed_in_writer", "failed in a writer"},
-                    FateRow{PFrameFate::Failed, "failed", "failed in a listener"},
-                    FateRow{PFrameFate::NotWanted, "not_wanted",
-                            "came after the last one asked for"}),
+    Rows, OutcomeTexts,
+    testing::Values(
+        OutcomeRow{PFrameOutcome::Delivered, "delivered", "delivered"},
+        OutcomeRow{PFrameOutcome::LostInCamera, "lost_in_camera", "lost in the camera"},
+        OutcomeRow{PFrameOutcome::BadDepth, "bad_depth", "dropped: unknown pixel depth"},
+        OutcomeRow{PFrameOutcome::BadSize, "bad_size", "dropped: wrong size"},
+        OutcomeRow{PFrameOutcome::NoMemory, "no_memory", "dropped: no memory"},
+        OutcomeRow{PFrameOutcome::DroppedWaiting, "dropped_waiting", "dropped while waiting"},
+        OutcomeRow{PFrameOutcome::FailedInWriter, "failed_in_writer", "failed in a writer"},
+        OutcomeRow{PFrameOutcome::Failed, "failed", "failed in a listener"},
+        OutcomeRow{PFrameOutcome::NotWanted, "not_wanted", "came after the last one asked for"}),
     RowName());

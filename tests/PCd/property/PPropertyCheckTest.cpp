@@ -179,14 +179,14 @@ TEST(PPropertyCheck, believes_a_device_that_has_the_value_whatever_it_answered) 
         bool trySetValue(QVariant value) override { return !FakeProperty::trySetValue(value); }
     };
     Reversed property("roi", 5);
-    EXPECT_TRUE(PPropertyCheck::setAndAsk(property, 7));
+    EXPECT_TRUE(PPropertyCheck::setAndVerify(property, 7));
     EXPECT_EQ(property.valueInner(), QVariant(7));
 }
 
 TEST(PPropertyCheck, does_not_believe_a_device_that_says_yes_and_has_another_value) {
     const CheckedProperty checked(5);
     checked.property->becomes = 6;
-    EXPECT_FALSE(PPropertyCheck::setAndAsk(*checked.property, 7));
+    EXPECT_FALSE(PPropertyCheck::setAndVerify(*checked.property, 7));
     EXPECT_EQ(checked.property->valueInner(), QVariant(6));
 }
 

@@ -2,7 +2,7 @@
 #include <PCd/property/value/PPropertyText.h>
 
 #include <PCd/PEnumeration.h>
-#include <PCd/property/value/PGadgetFields.h>
+#include <PCd/property/value/PCompositeFields.h>
 
 #include <limits>
 
@@ -104,8 +104,8 @@ QString PPropertyText::ofValue(const QVariant& value, const QVariant& range) {
         return ofRegion(value.toRect());
     if (value.typeId() == QMetaType::QByteArray) // of a file, perhaps not fit for a terminal
         return QString::fromLatin1(value.toByteArray().toBase64());
-    if (PGadgetFields::isComposite(value))
-        return PGadgetFields::toText(value);
+    if (PCompositeFields::isComposite(value))
+        return PCompositeFields::toText(value);
     if (value.canConvert<QString>())
         return value.toString();
     return QStringLiteral("<%1>").arg(QString::fromLatin1(value.metaType().name()));

@@ -4,14 +4,14 @@
 #include <PCd/device/PDevice.h>
 #include <PCd/frame/PFrameStamp.h>
 #include <PCd/property/PDeviceProperty.h>
-#include <PCd/property/value/PGadgetFields.h>
+#include <PCd/property/value/PCompositeFields.h>
 
 #include <algorithm>
 
 namespace {
 
 bool isSet(const QVariant& value, const QString& field) {
-    return PGadgetFields::read(value, field).toInt() == 1;
+    return PCompositeFields::read(value, field).toInt() == 1;
 }
 
 bool isSet(const PDevice& device, const QString& field) {

@@ -5,7 +5,7 @@
 
 #include <PCd/device/PDevice.h>
 #include <PCd/property/PDeviceProperty.h>
-#include <PCd/property/value/PGadgetFields.h>
+#include <PCd/property/value/PCompositeFields.h>
 
 #include <QScopedValueRollback>
 
@@ -25,15 +25,15 @@ constexpr quint64 framesToSettle = 3;    // automatic exposure moves with the fr
 constexpr double panelsRoundBy = 0.0051; // milliseconds: panels show hundredths
 
 bool isAutomatic(const QVariant& record) {
-    return PGadgetFields::read(record, u"autoexpenabled"_qs).toBool();
+    return PCompositeFields::read(record, u"autoexpenabled"_qs).toBool();
 }
 
 bool hasSameExposure(const QVariant& a, const QVariant& b) {
     const auto time = [](const QVariant& record) {
-        return PGadgetFields::read(record, u"exp"_qs).toDouble();
+        return PCompositeFields::read(record, u"exp"_qs).toDouble();
     };
     return std::abs(time(a) - time(b)) < panelsRoundBy &&
-           PGadgetFields::read(a, u"gain"_qs) == PGadgetFields::read(b, u"gain"_qs);
+           PCompositeFields::read(a, u"gain"_qs) == PCompositeFields::read(b, u"gain"_qs);
 }
 
 } // namespace

@@ -5,7 +5,7 @@
 #include <apps/common/camera/PSettingNames.h>
 
 #include <PCd/frame/PFrameStamp.h>
-#include <PCd/property/value/PGadgetFields.h>
+#include <PCd/property/value/PCompositeFields.h>
 
 #include <QRegularExpression>
 
@@ -22,7 +22,7 @@ QVariant valueOf(const PDeviceSettings& settings, const QByteArray& id) {
 
 /// A field of the record that holds all of the exposure; invalid without either.
 QVariant recordField(const PDeviceSettings& settings, const char* field) {
-    return PGadgetFields::read(valueOf(settings, "extexposure"), QLatin1String(field));
+    return PCompositeFields::read(valueOf(settings, "extexposure"), QLatin1String(field));
 }
 
 std::optional<double> number(const QVariant& value, double unit) {

@@ -3,7 +3,7 @@
 
 #include <PCd/device/PDevice.h>
 #include <PCd/property/PDeviceProperty.h>
-#include <PCd/property/value/PGadgetFields.h>
+#include <PCd/property/value/PCompositeFields.h>
 
 #include <PCore/PMinMaxRange.h>
 
@@ -30,19 +30,19 @@ QString nameOf(const char* field) {
 
 bool hasTrigger(const PDeviceProperty* property) {
     return property != nullptr && property->metaObject()->indexOfMethod("fireTrigger(int)") >= 0 &&
-           PGadgetFields::names(property->valueInner()).contains(nameOf("capturemode"));
+           PCompositeFields::names(property->valueInner()).contains(nameOf("capturemode"));
 }
 
 PStatus writeNumber(QVariant& value, const char* field, qint64 number) {
-    return PGadgetFields::write(value, nameOf(field), QString::number(number));
+    return PCompositeFields::write(value, nameOf(field), QString::number(number));
 }
 
 /// Microseconds; in double, which fields of any size fit.
 double totalOf(const QVariant& value) {
     double sum = 0;
     for (const Part& part : timeParts)
-        sum +=
-            PGadgetFields::read(value, nameOf(part.field)).toDouble() * double(part.unit.count());
+        sum += PCompositeFields::read(value, nameOf(part.field)).toDouble() *
+               double(part.unit.count());
     return sum;
 }
 

@@ -6,7 +6,7 @@
 #include <apps/common/camera/PSettingNames.h>
 
 #include <PCd/frame/PFrameStamp.h>
-#include <PCd/property/value/PGadgetFields.h>
+#include <PCd/property/value/PCompositeFields.h>
 #include <PCd/property/value/PPropertyText.h>
 
 #include <algorithm>
@@ -117,12 +117,12 @@ private:
 
 /// A fan that could not be read has this state.
 bool isUnknownFan(const QByteArray& id, const QVariant& value) {
-    return id == "fan" && PGadgetFields::read(value, u"enable"_qs) == -1;
+    return id == "fan" && PCompositeFields::read(value, u"enable"_qs) == -1;
 }
 
 void appendFields(Texts& texts, const QByteArray& id, const QVariant& value) {
-    for (const QString& field : PGadgetFields::names(value))
-        texts.append(id + '.' + field.toLatin1(), PGadgetFields::read(value, field));
+    for (const QString& field : PCompositeFields::names(value))
+        texts.append(id + '.' + field.toLatin1(), PCompositeFields::read(value, field));
 }
 
 } // namespace
@@ -133,11 +133,11 @@ PPictureText PSettingTexts::of(const PDeviceSettings& settings) {
     if (exposure.gain)
         texts.add(u"Gain"_qs, exposure.gainText());
     for (const auto& [id, value] : settings.values) {
-        if (value.isValid() && !PGadgetFields::isComposite(value)) // an action has none
+        if (value.isValid() && !PCompositeFields::isComposite(value)) // an action has none
             texts.append(id, value);
     }
     for (const auto& [id, value] : settings.values) {
-        if (PGadgetFields::isComposite(value) && !isUnknownFan(id, value))
+        if (PCompositeFields::isComposite(value) && !isUnknownFan(id, value))
             appendFields(texts, id, value);
     }
     return texts.list;

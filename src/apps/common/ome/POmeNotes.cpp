@@ -25,10 +25,10 @@ void appendTally(PPictureText& notes, const PRecordTally& tally) {
 /// those dropped on their way to the device's thread, came by the recorder.
 QString lostFrames(const PFrameLedger& ledger) {
     QStringList parts;
-    for (const PFrameFate fate : {PFrameFate::LostInCamera, PFrameFate::BadDepth,
-                                  PFrameFate::BadSize, PFrameFate::NoMemory}) {
-        if (ledger.count(fate) > 0)
-            parts.append(u"%1 %2"_qs.arg(ledger.count(fate)).arg(PFrameLedger::title(fate)));
+    for (const PFrameOutcome outcome : {PFrameOutcome::LostInCamera, PFrameOutcome::BadDepth,
+                                        PFrameOutcome::BadSize, PFrameOutcome::NoMemory}) {
+        if (ledger.count(outcome) > 0)
+            parts.append(u"%1 %2"_qs.arg(ledger.count(outcome)).arg(PFrameLedger::title(outcome)));
     }
     return parts.isEmpty() ? QString()
                            : u"frames of the camera are missing: "_qs + parts.join(u", "_qs);
@@ -43,9 +43,9 @@ QString completeText(const PRecordEnd& end) {
 
 void appendLedger(PPictureText& notes, const PFrameLedger& ledger) {
     notes.append({u"Camera frames produced"_qs, QString::number(ledger.produced)});
-    for (const PFrameFate fate : PFrameLedger::allFates()) {
-        notes.append({u"Camera frames "_qs + QString::fromLatin1(PFrameLedger::key(fate)),
-                      QString::number(ledger.count(fate))});
+    for (const PFrameOutcome outcome : PFrameLedger::allOutcomes()) {
+        notes.append({u"Camera frames "_qs + QString::fromLatin1(PFrameLedger::key(outcome)),
+                      QString::number(ledger.count(outcome))});
     }
     notes.append({u"Camera frames waiting"_qs, QString::number(ledger.waiting)});
 }

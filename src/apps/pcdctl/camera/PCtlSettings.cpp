@@ -10,7 +10,7 @@
 
 #include <PCd/property/PDeviceProperty.h>
 #include <PCd/property/PPropertyCheck.h>
-#include <PCd/property/value/PGadgetFields.h>
+#include <PCd/property/value/PCompositeFields.h>
 #include <PCd/property/value/PPropertyText.h>
 
 #include <algorithm>
@@ -81,10 +81,10 @@ bool PCtlSettings::isGiven(const PDeviceProperty* property, const QString& field
 PCtlOutcome PCtlSettings::readField(PDeviceProperty& property, const Field& field) {
     const QString id = QString::fromLatin1(property.id());
     QVariant tried = property.valueInner();
-    if (!PGadgetFields::isComposite(tried))
+    if (!PCompositeFields::isComposite(tried))
         return PCtlOutcome::wrongUsage(u"\"%1\" has no fields: expected %1=VALUE, %2"_qs.arg(
             id, PPropertyCheck::expectation(property)));
-    const PStatus status = PGadgetFields::write(tried, field.name, field.text);
+    const PStatus status = PCompositeFields::write(tried, field.name, field.text);
     if (!status.isOk())
         return PCtlOutcome::wrongUsage(u"\"%1\": %2"_qs.arg(id, status.reason()));
     addField(property, field);
@@ -123,7 +123,7 @@ PCtlOutcome PCtlSettings::apply(PCameraSession& session,
 
 void PCtlSettings::send(const Setting& setting) {
     PDeviceProperty& property = *setting.property;
-    if (PPropertyCheck::setAndAsk(property, setting.value))
+    if (PPropertyCheck::setAndVerify(property, setting.value))
         return;
     const QVariant range = property.rangeInner();
     refuse(property.id(), PPropertyText::ofValue(setting.value, range),
@@ -139,11 +139,11 @@ void PCtlSettings::sendFields(const Setting& setting) {
         property.updateValueFromDevice();
     QVariant wanted = property.valueInner();
     for (const Field& field : setting.fields)
-        PGadgetFields::write(wanted, field.name, field.text);
-    PPropertyCheck::setAndAsk(property, wanted);
+        PCompositeFields::write(wanted, field.name, field.text);
+    PPropertyCheck::setAndVerify(property, wanted);
     for (const Field& field : setting.fields) {
-        const QVariant wantedField = PGadgetFields::read(wanted, field.name);
-        const QVariant actualField = PGadgetFields::read(property.valueInner(), field.name);
+        const QVariant wantedField = PCompositeFields::read(wanted, field.name);
+        const QVariant actualField = PCompositeFields::read(property.valueInner(), field.name);
         if (wantedField != actualField)
             refuse(property.id() + '.' + field.name.toLatin1(), wantedField.toString(),
                    actualField.toString());

@@ -41,7 +41,7 @@ private:
         } else if (!PPropertyCheck::check(property, value).isOk()) {
             m_kept.append({property.id(), u"its default %1 is not sent: expected %2"_qs.arg(
                                               text, PPropertyCheck::expectation(property))});
-        } else if (!PPropertyCheck::setAndAsk(property, value)) {
+        } else if (!PPropertyCheck::setAndVerify(property, value)) {
             m_refused.append(
                 {property.id(), u"wanted %1, the camera has %2"_qs.arg(
                                     text, PPropertyText::ofValue(property.valueInner(), range))});

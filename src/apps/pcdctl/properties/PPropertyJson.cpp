@@ -4,7 +4,7 @@
 #include <PCd/PEnumeration.h>
 #include <PCd/PScanAreaRange.h>
 #include <PCd/property/PDeviceProperty.h>
-#include <PCd/property/value/PGadgetFields.h>
+#include <PCd/property/value/PCompositeFields.h>
 #include <PCd/property/value/PPropertyText.h>
 
 #include <PCore/PMinMaxRange.h>
@@ -52,8 +52,8 @@ void insertRange(QJsonObject& object, const QVariant& range) {
 
 QJsonObject fieldsOf(const QVariant& composite) {
     QJsonObject object;
-    for (const QString& name : PGadgetFields::names(composite))
-        object.insert(name, QJsonValue::fromVariant(PGadgetFields::read(composite, name)));
+    for (const QString& name : PCompositeFields::names(composite))
+        object.insert(name, QJsonValue::fromVariant(PCompositeFields::read(composite, name)));
     return object;
 }
 
@@ -72,8 +72,8 @@ QJsonValue PPropertyJson::valueOf(const QVariant& value, const QVariant& range) 
     case QMetaType::QRect:
         return jsonOf(value.toRect());
     default:
-        return PGadgetFields::isComposite(value) ? QJsonValue(fieldsOf(value))
-                                                 : PPropertyText::ofValue(value, range);
+        return PCompositeFields::isComposite(value) ? QJsonValue(fieldsOf(value))
+                                                    : PPropertyText::ofValue(value, range);
     }
 }
 

@@ -8,8 +8,9 @@ QJsonObject jsonOf(const PFrameLedger& ledger) {
                        {u"waiting"_qs, qint64(ledger.waiting)},
                        {u"snapshots"_qs, qint64(ledger.snapshots)},
                        {u"balanced"_qs, ledger.isBalanced()}};
-    for (const PFrameFate fate : PFrameLedger::allFates())
-        object.insert(QString::fromLatin1(PFrameLedger::key(fate)), qint64(ledger.count(fate)));
+    for (const PFrameOutcome outcome : PFrameLedger::allOutcomes())
+        object.insert(QString::fromLatin1(PFrameLedger::key(outcome)),
+                      qint64(ledger.count(outcome)));
     return object;
 }
 
@@ -19,9 +20,9 @@ QString ledgerRow(const QString& title, quint64 count) {
 
 QString textOf(const PFrameLedger& ledger) {
     QString text = u"Frames:\n"_qs + ledgerRow(u"produced"_qs, ledger.produced);
-    for (const PFrameFate fate : PFrameLedger::allFates()) {
-        if (ledger.count(fate) > 0)
-            text += ledgerRow(PFrameLedger::title(fate), ledger.count(fate));
+    for (const PFrameOutcome outcome : PFrameLedger::allOutcomes()) {
+        if (ledger.count(outcome) > 0)
+            text += ledgerRow(PFrameLedger::title(outcome), ledger.count(outcome));
     }
     if (ledger.waiting > 0)
         text += ledgerRow(u"still on their way"_qs, ledger.waiting);

@@ -12,8 +12,8 @@ namespace {
 using std::chrono::milliseconds;
 
 quint64 lostOf(const PFrameLedger& ledger) {
-    return ledger.produced - ledger.waiting - ledger.count(PFrameFate::Delivered) -
-           ledger.count(PFrameFate::NotWanted);
+    return ledger.produced - ledger.waiting - ledger.count(PFrameOutcome::Delivered) -
+           ledger.count(PFrameOutcome::NotWanted);
 }
 
 } // namespace

@@ -83,13 +83,13 @@ TEST_F(OmeStackWriter, the_account_of_the_cameras_frames_is_told_as_a_whole) {
     PFrameLedger ledger;
     ledger.waiting = 50;
     ledger.produced = 50;
-    for (std::size_t i = 0; i < PFrameFateCount; ++i)
-        ledger.produced += ledger.fates[i] = i + 1;
+    for (std::size_t i = 0; i < PFrameOutcomeCount; ++i)
+        ledger.produced += ledger.outcomes[i] = i + 1;
     ASSERT_TRUE(writer.finish({{1, 1, 0, 0, 0, 0}, ledger, {}}).isOk());
     quint64 accounted = xml().note(u"Camera frames waiting"_qs).toULongLong();
     EXPECT_EQ(accounted, 50U);
-    for (const PFrameFate fate : PFrameLedger::allFates()) {
-        const QString key = QString::fromLatin1(PFrameLedger::key(fate));
+    for (const PFrameOutcome outcome : PFrameLedger::allOutcomes()) {
+        const QString key = QString::fromLatin1(PFrameLedger::key(outcome));
         accounted += xml().note(u"Camera frames "_qs + key).toULongLong();
     }
     EXPECT_EQ(xml().note(u"Camera frames produced"_qs).toULongLong(), accounted);
@@ -97,7 +97,7 @@ TEST_F(OmeStackWriter, the_account_of_the_cameras_frames_is_told_as_a_whole) {
 
 struct CompleteRow {
     const char* name;
-    std::vector<std::pair<PFrameFate, quint64>> fates;
+    std::vector<std::pair<PFrameOutcome, quint64>> outcomes;
     const char* trouble;
     const char* complete;
 };
@@ -108,31 +108,33 @@ TEST_P(CompleteNote, tells_what_is_missing) {
     POmeStackWriter writer(options);
     write(writer, 1);
     PFrameLedger ledger;
-    for (const auto& [fate, count] : GetParam().fates)
-        ledger.fates[std::size_t(fate)] = count;
+    for (const auto& [outcome, count] : GetParam().outcomes)
+        ledger.outcomes[std::size_t(outcome)] = count;
     const QString trouble = QString::fromLatin1(GetParam().trouble);
     ASSERT_TRUE(writer.finish({{1, 1, 0, 0, 0, 0}, ledger, trouble}).isOk());
     EXPECT_EQ(xml().note(u"Complete"_qs), QString::fromLatin1(GetParam().complete));
 }
 
 const CompleteRow completeRows[] = {
-    {"with_every_frame_delivered", {{PFrameFate::Delivered, 9}}, "", "yes"},
+    {"with_every_frame_delivered", {{PFrameOutcome::Delivered, 9}}, "", "yes"},
     {"of_frames_lost_in_the_camera",
-     {{PFrameFate::Delivered, 9}, {PFrameFate::LostInCamera, 2}},
+     {{PFrameOutcome::Delivered, 9}, {PFrameOutcome::LostInCamera, 2}},
      "",
      "yes, but frames of the camera are missing: 2 lost in the camera"},
     {"of_frames_that_were_no_pictures",
-     {{PFrameFate::BadDepth, 1}, {PFrameFate::BadSize, 2}, {PFrameFate::NoMemory, 3}},
+     {{PFrameOutcome::BadDepth, 1}, {PFrameOutcome::BadSize, 2}, {PFrameOutcome::NoMemory, 3}},
      "",
      "yes, but frames of the camera are missing: 1 dropped: unknown pixel depth, "
      "2 dropped: wrong size, 3 dropped: no memory"},
     {"of_frames_that_came_by_the_recorder_first",
-     {{PFrameFate::DroppedWaiting, 1}, {PFrameFate::Failed, 2}, {PFrameFate::NotWanted, 3}},
+     {{PFrameOutcome::DroppedWaiting, 1},
+      {PFrameOutcome::Failed, 2},
+      {PFrameOutcome::NotWanted, 3}},
      "",
      "yes"},
-    {"of_a_recording_cut_short", {{PFrameFate::Delivered, 9}}, "interrupted", "no: interrupted"},
+    {"of_a_recording_cut_short", {{PFrameOutcome::Delivered, 9}}, "interrupted", "no: interrupted"},
     {"of_a_recording_cut_short_that_lost_frames_too",
-     {{PFrameFate::LostInCamera, 1}},
+     {{PFrameOutcome::LostInCamera, 1}},
      "interrupted",
      "no: interrupted; frames of the camera are missing: 1 lost in the camera"},
 };

@@ -10,7 +10,7 @@
 #include <PCd/profile/PDeviceProfileFile.h>
 #include <PCd/profile/PDeviceProfilePlan.h>
 #include <PCd/property/PDeviceProperty.h>
-#include <PCd/property/value/PGadgetFields.h>
+#include <PCd/property/value/PCompositeFields.h>
 
 #include <PGui/PDoubleRangeWidget.h>
 #include <PGui/PRangeWidget.h>
@@ -117,7 +117,7 @@ TEST_F(ExposureSessionTest, a_time_longer_than_the_panel_goes_stays) {
     property("autoexpottime").setValue(7'000'000);
     ASSERT_TRUE(panelShows(5000)) << shownTime();
     EXPECT_EQ(asked("autoexpottime"), 7'000'000);
-    EXPECT_EQ(PGadgetFields::read(property("extexposure").valueInner(), u"exp"_qs).toDouble(),
+    EXPECT_EQ(PCompositeFields::read(property("extexposure").valueInner(), u"exp"_qs).toDouble(),
               7000);
 }
 

@@ -9,7 +9,7 @@
 #include <PCd/profile/PDeviceProfileFile.h>
 #include <PCd/profile/PDeviceProfilePlan.h>
 #include <PCd/property/PDeviceProperty.h>
-#include <PCd/property/value/PGadgetFields.h>
+#include <PCd/property/value/PCompositeFields.h>
 
 #include <support/QtPrinters.h>
 
@@ -38,11 +38,11 @@ protected:
     }
     PDeviceProperty& exposure() { return *inFront().device()->getProperty("extexposure"); }
     QVariant field(const char* name) {
-        return PGadgetFields::read(exposure().valueInner(), QString::fromLatin1(name));
+        return PCompositeFields::read(exposure().valueInner(), QString::fromLatin1(name));
     }
     void setField(const char* name, const QString& text) {
         QVariant value = exposure().valueInner();
-        ASSERT_TRUE(PGadgetFields::write(value, QString::fromLatin1(name), text).isOk());
+        ASSERT_TRUE(PCompositeFields::write(value, QString::fromLatin1(name), text).isOk());
         exposure().setValue(value);
     }
     /// Saves a profile through the action and its dialog. The camera's gain changes behind the

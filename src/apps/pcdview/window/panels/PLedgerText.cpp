@@ -5,16 +5,16 @@
 
 namespace {
 
-bool isLoss(PFrameFate fate) {
-    return fate != PFrameFate::Delivered && fate != PFrameFate::NotWanted;
+bool isLoss(PFrameOutcome outcome) {
+    return outcome != PFrameOutcome::Delivered && outcome != PFrameOutcome::NotWanted;
 }
 
 } // namespace
 
 quint64 PLedgerText::lost(const PFrameLedger& ledger) {
     quint64 sum = 0;
-    for (PFrameFate fate : PFrameLedger::allFates())
-        sum += isLoss(fate) ? ledger.count(fate) : 0;
+    for (PFrameOutcome outcome : PFrameLedger::allOutcomes())
+        sum += isLoss(outcome) ? ledger.count(outcome) : 0;
     return sum;
 }
 
@@ -27,9 +27,9 @@ QString PLedgerText::summary(const PFrameLedger& ledger) {
     if (lostFrames == 0)
         return tr("Frames: %1, none lost on the way").arg(ledger.produced);
     QStringList places;
-    for (PFrameFate fate : PFrameLedger::allFates()) {
-        if (isLoss(fate) && ledger.count(fate) > 0)
-            places.append(u"%1 %2"_qs.arg(ledger.count(fate)).arg(where(fate)));
+    for (PFrameOutcome outcome : PFrameLedger::allOutcomes()) {
+        if (isLoss(outcome) && ledger.count(outcome) > 0)
+            places.append(u"%1 %2"_qs.arg(ledger.count(outcome)).arg(where(outcome)));
     }
     return tr("Frames: %1, lost: %2 (%3)")
         .arg(ledger.produced)
@@ -39,12 +39,12 @@ QString PLedgerText::summary(const PFrameLedger& ledger) {
 
 QList<std::pair<QString, quint64>> PLedgerText::rows(const PFrameLedger& ledger, quint64 pictures) {
     QList<std::pair<QString, quint64>> rows{{tr("Frames from the camera"), ledger.produced}};
-    for (PFrameFate fate : PFrameLedger::allFates()) {
-        const quint64 count = ledger.count(fate);
-        if (fate == PFrameFate::Delivered)
+    for (PFrameOutcome outcome : PFrameLedger::allOutcomes()) {
+        const quint64 count = ledger.count(outcome);
+        if (outcome == PFrameOutcome::Delivered)
             rows.append({tr("Arrived"), count});
-        else if (count > 0 && isLoss(fate))
-            rows.append({tr("Lost: %1").arg(where(fate)), count});
+        else if (count > 0 && isLoss(outcome))
+            rows.append({tr("Lost: %1").arg(where(outcome)), count});
         else if (count > 0)
             rows.append({tr("Came after the last one wanted"), count});
     }
@@ -53,25 +53,25 @@ QList<std::pair<QString, quint64>> PLedgerText::rows(const PFrameLedger& ledger,
     return rows;
 }
 
-QString PLedgerText::where(PFrameFate fate) {
-    switch (fate) {
-    case PFrameFate::LostInCamera:
+QString PLedgerText::where(PFrameOutcome outcome) {
+    switch (outcome) {
+    case PFrameOutcome::LostInCamera:
         return tr("in the camera or on the cable");
-    case PFrameFate::BadDepth:
+    case PFrameOutcome::BadDepth:
         return tr("of an unknown pixel format");
-    case PFrameFate::BadSize:
+    case PFrameOutcome::BadSize:
         return tr("of a wrong size");
-    case PFrameFate::NoMemory:
+    case PFrameOutcome::NoMemory:
         return tr("for want of memory");
-    case PFrameFate::DroppedWaiting:
+    case PFrameOutcome::DroppedWaiting:
         return tr("as the program was too slow");
-    case PFrameFate::FailedInWriter:
+    case PFrameOutcome::FailedInWriter:
         return tr("as the disk was too slow or full");
-    case PFrameFate::Failed:
+    case PFrameOutcome::Failed:
         return tr("by a fault of the program");
-    case PFrameFate::Delivered:
-    case PFrameFate::NotWanted:
+    case PFrameOutcome::Delivered:
+    case PFrameOutcome::NotWanted:
         break;
     }
-    return PFrameLedger::title(fate);
+    return PFrameLedger::title(outcome);
 }

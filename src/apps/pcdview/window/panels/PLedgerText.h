@@ -18,13 +18,13 @@ public:
     static QString brief(const PFrameLedger& ledger);
     /// "Frames: 1203, none lost on the way", or "Frames: 1203, lost: 3 (2 in the camera …)".
     static QString summary(const PFrameLedger& ledger);
-    /// Each fate as a full sentence, and the number of frames that met it; fates that no frame met
-    /// are left out, but for the first. At the end how many pictures were taken: the ledger's
-    /// snapshots include live frames that a panel forwards.
+    /// Each outcome as a full sentence, and the number of frames that met it; outcomes that no
+    /// frame met are left out, but for the first. At the end how many pictures were taken: the
+    /// ledger's snapshots include live frames that a panel forwards.
     static QList<std::pair<QString, quint64>> rows(const PFrameLedger& ledger, quint64 pictures);
     /// Frames that should have come and did not.
     static quint64 lost(const PFrameLedger& ledger);
 
 private:
-    static QString where(PFrameFate fate);
+    static QString where(PFrameOutcome outcome);
 };

@@ -10,9 +10,9 @@ namespace {
 PFrameLedger ledgerOf(quint64 delivered, quint64 lostInCamera, quint64 notWanted) {
     PFrameLedger ledger;
     ledger.produced = delivered + lostInCamera + notWanted;
-    ledger.fates[std::size_t(PFrameFate::Delivered)] = delivered;
-    ledger.fates[std::size_t(PFrameFate::LostInCamera)] = lostInCamera;
-    ledger.fates[std::size_t(PFrameFate::NotWanted)] = notWanted;
+    ledger.outcomes[std::size_t(PFrameOutcome::Delivered)] = delivered;
+    ledger.outcomes[std::size_t(PFrameOutcome::LostInCamera)] = lostInCamera;
+    ledger.outcomes[std::size_t(PFrameOutcome::NotWanted)] = notWanted;
     return ledger;
 }
 
@@ -25,7 +25,7 @@ TEST(PLedgerTextTest, says_that_none_was_lost) {
 
 TEST(PLedgerTextTest, says_where_frames_were_lost) {
     PFrameLedger ledger = ledgerOf(100, 2, 0);
-    ledger.fates[std::size_t(PFrameFate::DroppedWaiting)] = 5;
+    ledger.outcomes[std::size_t(PFrameOutcome::DroppedWaiting)] = 5;
     ledger.produced += 5;
     EXPECT_EQ(PLedgerText::brief(ledger), QStringLiteral("Frames: 107, lost: 7"));
     EXPECT_EQ(PLedgerText::summary(ledger),

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <PCd/frame/PFrameAccounts.h>
+#include <PCd/frame/PFrameCounters.h>
 
 #include <gtest/gtest.h>
 
@@ -7,45 +7,45 @@
 #include <thread>
 #include <vector>
 
-TEST(PFrameAccounts, has_a_frame_wait_from_its_entry_until_its_fate) {
-    PFrameAccounts accounts;
+TEST(PFrameCounters, has_a_frame_wait_from_its_entry_until_its_fate) {
+    PFrameCounters accounts;
     accounts.enter();
     EXPECT_EQ(accounts.ledger().produced, 1u);
     EXPECT_EQ(accounts.ledger().waiting, 1u);
-    accounts.settle(PFrameFate::Delivered);
+    accounts.settle(PFrameOutcome::Delivered);
     EXPECT_EQ(accounts.ledger().produced, 1u);
     EXPECT_EQ(accounts.ledger().waiting, 0u);
-    EXPECT_EQ(accounts.ledger().count(PFrameFate::Delivered), 1u);
+    EXPECT_EQ(accounts.ledger().count(PFrameOutcome::Delivered), 1u);
 }
 
-TEST(PFrameAccounts, books_frames_that_were_lost_before_they_were_on_their_way) {
-    PFrameAccounts accounts;
-    accounts.enterAndSettle(PFrameFate::LostInCamera, 12);
-    accounts.enterAndSettle(PFrameFate::BadDepth);
+TEST(PFrameCounters, books_frames_that_were_lost_before_they_were_on_their_way) {
+    PFrameCounters accounts;
+    accounts.enterAndSettle(PFrameOutcome::LostInCamera, 12);
+    accounts.enterAndSettle(PFrameOutcome::BadDepth);
     EXPECT_EQ(accounts.ledger().produced, 13u);
     EXPECT_EQ(accounts.ledger().waiting, 0u);
-    EXPECT_EQ(accounts.ledger().count(PFrameFate::LostInCamera), 12u);
-    EXPECT_EQ(accounts.ledger().count(PFrameFate::BadDepth), 1u);
+    EXPECT_EQ(accounts.ledger().count(PFrameOutcome::LostInCamera), 12u);
+    EXPECT_EQ(accounts.ledger().count(PFrameOutcome::BadDepth), 1u);
 }
 
-TEST(PFrameAccounts, counts_snapshots_besides) {
-    PFrameAccounts accounts;
+TEST(PFrameCounters, counts_snapshots_besides) {
+    PFrameCounters accounts;
     accounts.countSnapshot();
     EXPECT_EQ(accounts.ledger().snapshots, 1u);
     EXPECT_EQ(accounts.ledger().produced, 0u);
 }
 
-TEST(PFrameAccounts, is_balanced_at_every_moment_while_several_threads_book) {
+TEST(PFrameCounters, is_balanced_at_every_moment_while_several_threads_book) {
     constexpr quint64 perThread = 1000;
-    PFrameAccounts accounts;
+    PFrameCounters accounts;
     std::atomic<int> running{3};
     std::vector<std::thread> threads;
     for (int i = 0; i < 3; ++i) {
         threads.emplace_back([&] {
             for (quint64 frame = 0; frame < perThread; ++frame) {
                 accounts.enter();
-                accounts.enterAndSettle(PFrameFate::BadSize, 2);
-                accounts.settle(PFrameFate::Delivered);
+                accounts.enterAndSettle(PFrameOutcome::BadSize, 2);
+                accounts.settle(PFrameOutcome::Delivered);
             }
             --running;
         });
@@ -57,5 +57,5 @@ TEST(PFrameAccounts, is_balanced_at_every_moment_while_several_threads_book) {
         thread.join();
     EXPECT_TRUE(balanced);
     EXPECT_EQ(accounts.ledger().produced, 9 * perThread);
-    EXPECT_EQ(accounts.ledger().count(PFrameFate::Delivered), 3 * perThread);
+    EXPECT_EQ(accounts.ledger().count(PFrameOutcome::Delivered), 3 * perThread);
 }

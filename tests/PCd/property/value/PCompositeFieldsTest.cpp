@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <PCd/property/value/PGadgetFields.h>
+#include <PCd/property/value/PCompositeFields.h>
 
 #include <support/QtPrinters.h>
 #include <support/RowName.h>
@@ -47,10 +47,10 @@ TEST_P(GadgetField, takes_what_it_can_hold_and_refuses_the_rest) {
     QVariant value = lamp();
     const FieldRow& row = GetParam();
     const QString field = QString::fromLatin1(row.field);
-    const QVariant before = PGadgetFields::read(value, field);
-    const PStatus status = PGadgetFields::write(value, field, QString::fromLatin1(row.text));
+    const QVariant before = PCompositeFields::read(value, field);
+    const PStatus status = PCompositeFields::write(value, field, QString::fromLatin1(row.text));
     EXPECT_EQ(status.isOk(), row.expected.isValid()) << status.reason().toStdString();
-    EXPECT_EQ(PGadgetFields::read(value, field), row.expected.isValid() ? row.expected : before);
+    EXPECT_EQ(PCompositeFields::read(value, field), row.expected.isValid() ? row.expected : before);
     EXPECT_EQ(status.reason(), QString::fromLatin1(row.reason));
 }
 
@@ -101,10 +101,11 @@ INSTANTIATE_TEST_SUITE_P(
 } // namespace
 
 TEST(GadgetFields, are_named_in_the_order_of_their_declaration) {
-    EXPECT_TRUE(PGadgetFields::isComposite(lamp()));
-    EXPECT_EQ(PGadgetFields::names(lamp()).join(QLatin1Char(' ')),
+    EXPECT_TRUE(PCompositeFields::isComposite(lamp()));
+    EXPECT_EQ(PCompositeFields::names(lamp()).join(QLatin1Char(' ')),
               QStringLiteral("power colour hours on"));
-    EXPECT_EQ(PGadgetFields::toText(lamp()), QStringLiteral("power=7 colour=-3 hours=1.5 on=on"));
+    EXPECT_EQ(PCompositeFields::toText(lamp()),
+              QStringLiteral("power=7 colour=-3 hours=1.5 on=on"));
 }
 
 TEST(GadgetFields, of_the_host_are_taken_from_what_it_has_known_while_their_condition_holds) {
@@ -117,13 +118,15 @@ TEST(GadgetFields, of_the_host_are_taken_from_what_it_has_known_while_their_cond
         return QVariant::fromValue(lamp);
     };
     const QVariant known = lampOf(1, 2, 3, false);
-    EXPECT_EQ(PGadgetFields::toText(PGadgetFields::withHostFields(lampOf(7, 8, 9, false), known)),
-              QStringLiteral("power=1 colour=8 hours=3 on=off"));
-    EXPECT_EQ(PGadgetFields::toText(PGadgetFields::withHostFields(lampOf(7, 8, 9, true), known)),
-              QStringLiteral("power=7 colour=8 hours=9 on=on"));
-    EXPECT_EQ(PGadgetFields::withHostFields(5, known), QVariant(5));
-    EXPECT_EQ(PGadgetFields::withHostFields(5, 6), QVariant(5));
-    EXPECT_FALSE(PGadgetFields::withHostFields(QVariant(), QVariant()).isValid());
+    EXPECT_EQ(
+        PCompositeFields::toText(PCompositeFields::withHostFields(lampOf(7, 8, 9, false), known)),
+        QStringLiteral("power=1 colour=8 hours=3 on=off"));
+    EXPECT_EQ(
+        PCompositeFields::toText(PCompositeFields::withHostFields(lampOf(7, 8, 9, true), known)),
+        QStringLiteral("power=7 colour=8 hours=9 on=on"));
+    EXPECT_EQ(PCompositeFields::withHostFields(5, known), QVariant(5));
+    EXPECT_EQ(PCompositeFields::withHostFields(5, 6), QVariant(5));
+    EXPECT_FALSE(PCompositeFields::withHostFields(QVariant(), QVariant()).isValid());
 }
 
 namespace {
@@ -145,9 +148,9 @@ TEST_P(GivenField, is_taken_in_a_type_of_files_that_fits_it_and_refused_otherwis
     QVariant value = lamp();
     const GivenRow& row = GetParam();
     const QString field = QString::fromLatin1(row.field);
-    const QVariant before = PGadgetFields::read(value, field);
-    EXPECT_EQ(PGadgetFields::assign(value, field, row.given), row.expected.isValid());
-    EXPECT_EQ(PGadgetFields::read(value, field), row.expected.isValid() ? row.expected : before);
+    const QVariant before = PCompositeFields::read(value, field);
+    EXPECT_EQ(PCompositeFields::assign(value, field, row.given), row.expected.isValid());
+    EXPECT_EQ(PCompositeFields::read(value, field), row.expected.isValid() ? row.expected : before);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -170,7 +173,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(GadgetFields, say_what_they_can_be) {
     const auto expectation = [](const char* field) {
-        return PGadgetFields::expectation(lamp(), QString::fromLatin1(field));
+        return PCompositeFields::expectation(lamp(), QString::fromLatin1(field));
     };
     EXPECT_EQ(expectation("power"), QStringLiteral("a whole number of 16 bits, without a sign"));
     EXPECT_EQ(expectation("colour"), QStringLiteral("a whole number of 32 bits"));
@@ -181,10 +184,11 @@ TEST(GadgetFields, say_what_they_can_be) {
 
 TEST(GadgetFields, plain_values_have_none) {
     QVariant plain = 5;
-    EXPECT_FALSE(PGadgetFields::isComposite(plain));
-    EXPECT_TRUE(PGadgetFields::names(QVariant()).isEmpty());
-    EXPECT_FALSE(PGadgetFields::read(plain, QStringLiteral("power")).isValid());
-    EXPECT_FALSE(PGadgetFields::write(plain, QStringLiteral("power"), QStringLiteral("1")).isOk());
+    EXPECT_FALSE(PCompositeFields::isComposite(plain));
+    EXPECT_TRUE(PCompositeFields::names(QVariant()).isEmpty());
+    EXPECT_FALSE(PCompositeFields::read(plain, QStringLiteral("power")).isValid());
+    EXPECT_FALSE(
+        PCompositeFields::write(plain, QStringLiteral("power"), QStringLiteral("1")).isOk());
 }
 
-#include "PGadgetFieldsTest.moc"
+#include "PCompositeFieldsTest.moc"

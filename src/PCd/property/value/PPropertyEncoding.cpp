@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include <PCd/property/value/PPropertyStreamForm.h>
+#include <PCd/property/value/PPropertyEncoding.h>
 
 #include <PCd/PEnumeration.h>
-#include <PCd/property/value/PGadgetFields.h>
+#include <PCd/property/value/PCompositeFields.h>
 
 #include <PCore/PAbstractReader.h>
 #include <PCore/PAbstractWriter.h>
@@ -64,8 +64,8 @@ QVariant plainField(const QVariant& field) {
 /// Empty if there are no stored fields, or files have no type for one of them.
 QVariantMap storedFieldsOf(const QVariant& value) {
     QVariantMap fields;
-    for (const QString& name : PGadgetFields::storedNames(value)) {
-        const QVariant field = plainField(PGadgetFields::read(value, name));
+    for (const QString& name : PCompositeFields::storedNames(value)) {
+        const QVariant field = plainField(PCompositeFields::read(value, name));
         if (!field.isValid())
             return {};
         fields.insert(name, field);
@@ -74,10 +74,10 @@ QVariantMap storedFieldsOf(const QVariant& value) {
 }
 
 QVariant valueOfFields(const QVariantMap& fields, QVariant value) {
-    const QStringList stored = PGadgetFields::storedNames(value);
+    const QStringList stored = PCompositeFields::storedNames(value);
     for (auto field = fields.begin(); field != fields.end(); ++field) {
         if (!stored.contains(field.key()) ||
-            !PGadgetFields::assign(value, field.key(), field.value()))
+            !PCompositeFields::assign(value, field.key(), field.value()))
             return QVariant();
     }
     return value;
@@ -100,15 +100,15 @@ QVariant valueOfBytes(const QByteArray& bytes, QVariant value) {
 
 } // namespace
 
-bool PPropertyStreamForm::isComposite(const QVariant& value) {
+bool PPropertyEncoding::isComposite(const QVariant& value) {
     return value.typeId() >= QMetaType::User;
 }
 
-QVariant PPropertyStreamForm::named(const QVariant& value, const QVariant& range) {
+QVariant PPropertyEncoding::named(const QVariant& value, const QVariant& range) {
     return isChoice(range) ? nameOfChoice(value, range.value<PEnumeration>()) : value;
 }
 
-QVariant PPropertyStreamForm::toForm(const QVariant& value, const QVariant& range) {
+QVariant PPropertyEncoding::toForm(const QVariant& value, const QVariant& range) {
     // As an id it would be null, which is the first choice's.
     if (!value.isValid())
         return QVariant();
@@ -120,34 +120,34 @@ QVariant PPropertyStreamForm::toForm(const QVariant& value, const QVariant& rang
     return fields.isEmpty() ? bytesOf(value) : fields;
 }
 
-QVariant PPropertyStreamForm::fromForm(const QVariant& form, const QVariant& current,
-                                       const QVariant& range) {
+QVariant PPropertyEncoding::fromForm(const QVariant& form, const QVariant& current,
+                                     const QVariant& range) {
     if (isChoice(range))
         return choiceOfName(form, range.value<PEnumeration>());
     if (!current.isValid() || form.metaType() == current.metaType())
         return form;
     if (!isPlain(current.typeId()) && form.typeId() == QMetaType::QByteArray)
         return valueOfBytes(form.toByteArray(), current);
-    if (form.typeId() == QMetaType::QVariantMap && PGadgetFields::isComposite(current))
+    if (form.typeId() == QMetaType::QVariantMap && PCompositeFields::isComposite(current))
         return valueOfFields(form.toMap(), current);
     return QVariant();
 }
 
-bool PPropertyStreamForm::write(PAbstractWriter& writer, const QString& name, const QVariant& value,
-                                const QVariant& range) {
+bool PPropertyEncoding::write(PAbstractWriter& writer, const QString& name, const QVariant& value,
+                              const QVariant& range) {
     const QVariant form = toForm(value, range);
     if (form.typeId() != QMetaType::QVariantMap)
         return writer.writeValue(name, form);
     const QVariantMap fields = form.toMap();
     bool done = true;
     writer.beginObject(name);
-    for (const QString& field : PGadgetFields::storedNames(value)) // in the order of the type
+    for (const QString& field : PCompositeFields::storedNames(value)) // in the order of the type
         done = writer.writeValue(field, fields.value(field)) && done;
     writer.endObject();
     return done;
 }
 
-QVariant PPropertyStreamForm::read(PAbstractReader& reader, const QString& name) {
+QVariant PPropertyEncoding::read(PAbstractReader& reader, const QString& name) {
     if (!reader.beginObject(name))
         return reader.readValue(name);
     QVariantMap fields;
@@ -157,11 +157,11 @@ QVariant PPropertyStreamForm::read(PAbstractReader& reader, const QString& name)
     return fields;
 }
 
-bool PPropertyStreamForm::areEqual(const QVariant& formA, const QVariant& formB) {
+bool PPropertyEncoding::areEqual(const QVariant& formA, const QVariant& formB) {
     return formA.metaType() == formB.metaType() && formA == formB;
 }
 
-bool PPropertyStreamForm::isSame(const QVariant& a, const QVariant& b, const QVariant& range) {
+bool PPropertyEncoding::isSame(const QVariant& a, const QVariant& b, const QVariant& range) {
     const QVariant formOfA = toForm(a, range);
     return formOfA.isValid() && areEqual(formOfA, toForm(b, range));
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <PCd/property/value/PPropertyStreamForm.h>
+#include <PCd/property/value/PPropertyEncoding.h>
 
 #include <PCd/PropertyValues.h>
 #include <PCd/property/value/StreamedPair.h>
@@ -31,42 +31,42 @@ const QByteArray seven = QByteArray::fromHex("00000007");
 
 } // namespace
 
-TEST(PPropertyStreamForm, of_a_plain_value_is_the_value) {
+TEST(PPropertyEncoding, of_a_plain_value_is_the_value) {
     for (const QVariant& value : {QVariant(7), QVariant(true), QVariant(QRect(1, 2, 3, 4)),
                                   QVariant(1.5), QVariant(QStringLiteral("text"))}) {
-        EXPECT_EQ(PPropertyStreamForm::toForm(value, {}), value);
-        EXPECT_EQ(PPropertyStreamForm::fromForm(value, value, {}), value);
+        EXPECT_EQ(PPropertyEncoding::toForm(value, {}), value);
+        EXPECT_EQ(PPropertyEncoding::fromForm(value, value, {}), value);
     }
 }
 
-TEST(PPropertyStreamForm, of_a_choice_is_its_untranslated_name) {
-    EXPECT_EQ(PPropertyStreamForm::toForm(idOf(1), turnsWithOneUnnamed()),
+TEST(PPropertyEncoding, of_a_choice_is_its_untranslated_name) {
+    EXPECT_EQ(PPropertyEncoding::toForm(idOf(1), turnsWithOneUnnamed()),
               QVariant(QStringLiteral("90")));
-    EXPECT_EQ(PPropertyStreamForm::fromForm(QStringLiteral("90"), idOf(0), turnsWithOneUnnamed()),
+    EXPECT_EQ(PPropertyEncoding::fromForm(QStringLiteral("90"), idOf(0), turnsWithOneUnnamed()),
               QVariant(idOf(1)));
 }
 
-TEST(PPropertyStreamForm, of_a_choice_without_a_name_is_its_id) {
-    EXPECT_EQ(PPropertyStreamForm::toForm(idOf(2), turnsWithOneUnnamed()), QVariant(idOf(2)));
-    EXPECT_EQ(PPropertyStreamForm::fromForm(idOf(2), idOf(0), turnsWithOneUnnamed()),
+TEST(PPropertyEncoding, of_a_choice_without_a_name_is_its_id) {
+    EXPECT_EQ(PPropertyEncoding::toForm(idOf(2), turnsWithOneUnnamed()), QVariant(idOf(2)));
+    EXPECT_EQ(PPropertyEncoding::fromForm(idOf(2), idOf(0), turnsWithOneUnnamed()),
               QVariant(idOf(2)));
 }
 
-TEST(PPropertyStreamForm, of_a_composite_is_the_bytes_of_its_stream) {
-    EXPECT_EQ(PPropertyStreamForm::toForm(pairOf(7, 9), {}), QVariant(seven));
+TEST(PPropertyEncoding, of_a_composite_is_the_bytes_of_its_stream) {
+    EXPECT_EQ(PPropertyEncoding::toForm(pairOf(7, 9), {}), QVariant(seven));
 }
 
-TEST(PPropertyStreamForm, of_a_composite_keeps_what_the_bytes_leave_out) {
-    const QVariant value = PPropertyStreamForm::fromForm(seven, pairOf(1, 5), {});
+TEST(PPropertyEncoding, of_a_composite_keeps_what_the_bytes_leave_out) {
+    const QVariant value = PPropertyEncoding::fromForm(seven, pairOf(1, 5), {});
     ASSERT_TRUE(value.isValid());
     EXPECT_EQ(value.value<StreamedPair>().saved, 7);
     EXPECT_EQ(value.value<StreamedPair>().leftOut, 5);
 }
 
-TEST(PPropertyStreamForm, of_a_type_without_a_stream_is_none) {
-    EXPECT_FALSE(PPropertyStreamForm::toForm(QVariant::fromValue<void*>(nullptr), {}).isValid());
-    EXPECT_FALSE(PPropertyStreamForm::toForm(QVariant(), {}).isValid());
-    EXPECT_FALSE(PPropertyStreamForm::toForm(QVariant(), turnsWithOneUnnamed()).isValid());
+TEST(PPropertyEncoding, of_a_type_without_a_stream_is_none) {
+    EXPECT_FALSE(PPropertyEncoding::toForm(QVariant::fromValue<void*>(nullptr), {}).isValid());
+    EXPECT_FALSE(PPropertyEncoding::toForm(QVariant(), {}).isValid());
+    EXPECT_FALSE(PPropertyEncoding::toForm(QVariant(), turnsWithOneUnnamed()).isValid());
 }
 
 namespace {
@@ -82,13 +82,13 @@ class BadForm : public testing::TestWithParam<FormRow> {};
 
 TEST_P(BadForm, makes_no_value) {
     const FormRow& row = GetParam();
-    EXPECT_FALSE(PPropertyStreamForm::fromForm(row.form, row.current, row.range).isValid());
+    EXPECT_FALSE(PPropertyEncoding::fromForm(row.form, row.current, row.range).isValid());
 }
 
 } // namespace
 
 INSTANTIATE_TEST_SUITE_P(
-    PPropertyStreamForm, BadForm,
+    PPropertyEncoding, BadForm,
     testing::Values(FormRow{"an_unknown_name", QStringLiteral("45"), idOf(0),
                             turnsWithOneUnnamed()},
                     FormRow{"a_title", QStringLiteral("90°"), idOf(0), turnsWithOneUnnamed()},
@@ -105,19 +105,19 @@ INSTANTIATE_TEST_SUITE_P(
                     FormRow{"a_number_for_a_composite", 7, pairOf(0, 0), {}}),
     RowName());
 
-TEST(PPropertyStreamForm, is_equal_to_another_of_its_type_only) {
-    EXPECT_TRUE(PPropertyStreamForm::areEqual(1, 1));
-    EXPECT_FALSE(PPropertyStreamForm::areEqual(1, 2));
-    EXPECT_FALSE(PPropertyStreamForm::areEqual(1, QStringLiteral("1")));
-    EXPECT_FALSE(PPropertyStreamForm::areEqual(1, true));
-    EXPECT_TRUE(PPropertyStreamForm::areEqual(QVariant(), QVariant()));
+TEST(PPropertyEncoding, is_equal_to_another_of_its_type_only) {
+    EXPECT_TRUE(PPropertyEncoding::areEqual(1, 1));
+    EXPECT_FALSE(PPropertyEncoding::areEqual(1, 2));
+    EXPECT_FALSE(PPropertyEncoding::areEqual(1, QStringLiteral("1")));
+    EXPECT_FALSE(PPropertyEncoding::areEqual(1, true));
+    EXPECT_TRUE(PPropertyEncoding::areEqual(QVariant(), QVariant()));
 }
 
-TEST(PPropertyStreamForm, tells_whether_values_are_the_same_by_their_forms) {
-    EXPECT_TRUE(PPropertyStreamForm::isSame(7, 7, {}));
-    EXPECT_FALSE(PPropertyStreamForm::isSame(7, 8, {}));
-    EXPECT_TRUE(PPropertyStreamForm::isSame(pairOf(7, 1), pairOf(7, 2), {}));
-    EXPECT_FALSE(PPropertyStreamForm::isSame(pairOf(7, 1), pairOf(8, 1), {}));
-    EXPECT_TRUE(PPropertyStreamForm::isSame(idOf(1), idOf(1), turnsWithOneUnnamed()));
-    EXPECT_FALSE(PPropertyStreamForm::isSame(QVariant(), QVariant(), {}));
+TEST(PPropertyEncoding, tells_whether_values_are_the_same_by_their_forms) {
+    EXPECT_TRUE(PPropertyEncoding::isSame(7, 7, {}));
+    EXPECT_FALSE(PPropertyEncoding::isSame(7, 8, {}));
+    EXPECT_TRUE(PPropertyEncoding::isSame(pairOf(7, 1), pairOf(7, 2), {}));
+    EXPECT_FALSE(PPropertyEncoding::isSame(pairOf(7, 1), pairOf(8, 1), {}));
+    EXPECT_TRUE(PPropertyEncoding::isSame(idOf(1), idOf(1), turnsWithOneUnnamed()));
+    EXPECT_FALSE(PPropertyEncoding::isSame(QVariant(), QVariant(), {}));
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The road of a frame as a device offers it: what arrives where, and how it is booked.
+// The pipeline of a frame as a device offers it: what arrives where, and how it is booked.
 #include <PCd/FakeDevice.h>
 #include <PCd/FakeProperty.h>
 #include <PCd/frame/FrameHelpers.h>
@@ -31,7 +31,7 @@ bool runDry(const PDevice& device) {
 
 // ---- Delivery.
 
-TEST(PFrameRoad, brings_frames_of_a_foreign_thread_to_the_thread_of_the_device_in_order) {
+TEST(PFramePipeline, brings_frames_of_a_foreign_thread_to_the_thread_of_the_device_in_order) {
     FakeDevice device;
     const FrameListener listener(device);
     onForeignThread([&] { sendImages(device, 100); });
@@ -41,11 +41,11 @@ TEST(PFrameRoad, brings_frames_of_a_foreign_thread_to_the_thread_of_the_device_i
     std::iota(expected.begin(), expected.end(), 1);
     EXPECT_EQ(listener.sequences(), expected);
     EXPECT_THAT(listener.threads, testing::Each(std::this_thread::get_id()));
-    EXPECT_EQ(device.frameLedger().count(PFrameFate::Delivered), 100u);
+    EXPECT_EQ(device.frameLedger().count(PFrameOutcome::Delivered), 100u);
     EXPECT_TRUE(device.frameLedger().isBalanced());
 }
 
-TEST(PFrameRoad, never_delivers_inside_the_call_that_brings_a_frame) {
+TEST(PFramePipeline, never_delivers_inside_the_call_that_brings_a_frame) {
     FakeDevice device;
     const FrameListener listener(device);
     sendImages(device, 1); // on the device's own thread
@@ -54,7 +54,7 @@ TEST(PFrameRoad, never_delivers_inside_the_call_that_brings_a_frame) {
     EXPECT_TRUE(waitUntil([&] { return listener.images.size() == 1; }));
 }
 
-TEST(PFrameRoad, does_not_copy_pixels) {
+TEST(PFramePipeline, does_not_copy_pixels) {
     FakeDevice device;
     const FrameListener listener(device);
     const PImage image = smallImage();
@@ -66,7 +66,7 @@ TEST(PFrameRoad, does_not_copy_pixels) {
     EXPECT_EQ(stampOf(image), nullptr);
 }
 
-TEST(PFrameRoad, leaves_room_for_other_events_between_frames_that_never_end) {
+TEST(PFramePipeline, leaves_room_for_other_events_between_frames_that_never_end) {
     FakeDevice device;
     int delivered = 0;
     int deliveredBeforeOther = -1;
@@ -81,7 +81,7 @@ TEST(PFrameRoad, leaves_room_for_other_events_between_frames_that_never_end) {
     EXPECT_EQ(deliveredBeforeOther, 1);
 }
 
-TEST(PFrameRoad, leaves_room_for_other_events_between_frames_of_slow_listeners) {
+TEST(PFramePipeline, leaves_room_for_other_events_between_frames_of_slow_listeners) {
     FakeDevice device;
     int delivered = 0;
     QObject::connect(&device, &PDevice::imageChanged, [&] {
@@ -97,7 +97,7 @@ TEST(PFrameRoad, leaves_room_for_other_events_between_frames_of_slow_listeners) 
     EXPECT_EQ(deliveredBefore, 1) << "it waited for one frame, not for all";
 }
 
-TEST(PFrameRoad, knows_the_newest_frame_before_it_is_delivered) {
+TEST(PFramePipeline, knows_the_newest_frame_before_it_is_delivered) {
     FakeDevice device;
     EXPECT_TRUE(device.newestFrame().image.isNull());
     onForeignThread([&] { sendImages(device, 3); });
@@ -105,7 +105,7 @@ TEST(PFrameRoad, knows_the_newest_frame_before_it_is_delivered) {
     EXPECT_FALSE(device.newestFrame().image.isNull());
 }
 
-TEST(PFrameRoad, knows_the_newest_frame_also_if_it_was_dropped) {
+TEST(PFramePipeline, knows_the_newest_frame_also_if_it_was_dropped) {
     FakeDevice device;
     device.setFrameByteLimit(smallImageBytes);
     sendImages(device, 5);
@@ -114,7 +114,7 @@ TEST(PFrameRoad, knows_the_newest_frame_also_if_it_was_dropped) {
 
 // ---- Stamps.
 
-TEST(PFrameRoad, stamps_frames_with_their_time_of_arrival) {
+TEST(PFramePipeline, stamps_frames_with_their_time_of_arrival) {
     FakeDevice device;
     const QDateTime before = QDateTime::currentDateTimeUtc();
     const auto steadyBefore = std::chrono::steady_clock::now();
@@ -127,7 +127,7 @@ TEST(PFrameRoad, stamps_frames_with_their_time_of_arrival) {
     EXPECT_LE(stamp.arrived, std::chrono::steady_clock::now());
 }
 
-TEST(PFrameRoad, numbers_live_frames_and_still_pictures_apart) {
+TEST(PFramePipeline, numbers_live_frames_and_still_pictures_apart) {
     FakeDevice device;
     const FrameListener listener(device);
     sendImages(device, 1);
@@ -140,7 +140,7 @@ TEST(PFrameRoad, numbers_live_frames_and_still_pictures_apart) {
     EXPECT_TRUE(stampIn(listener.snapshots.at(0)).still);
 }
 
-TEST(PFrameRoad, stamps_frames_with_the_settings_of_their_moment) {
+TEST(PFramePipeline, stamps_frames_with_the_settings_of_their_moment) {
     FakeDevice device;
     auto* const gain = new FakeProperty("gain", 7);
     device.makeProperties = [&] { return QList<PDeviceProperty*>{gain}; };
@@ -169,7 +169,7 @@ TEST(PFrameRoad, stamps_frames_with_the_settings_of_their_moment) {
     EXPECT_EQ(afterUpdate.values, (Values{{"gain", 11}}));
 }
 
-TEST(PFrameRoad, stamps_frames_with_empty_settings_before_there_are_any) {
+TEST(PFramePipeline, stamps_frames_with_empty_settings_before_there_are_any) {
     FakeDevice device;
     sendImages(device, 1);
     EXPECT_TRUE(settingsIn(device.newestFrame()).values.isEmpty());
@@ -177,22 +177,22 @@ TEST(PFrameRoad, stamps_frames_with_empty_settings_before_there_are_any) {
 
 // ---- The limit of what waits.
 
-TEST(PFrameRoad, keeps_what_waits_for_a_stalled_thread_within_the_limit) {
+TEST(PFramePipeline, keeps_what_waits_for_a_stalled_thread_within_the_limit) {
     FakeDevice device;
     const FrameListener listener(device);
     device.setFrameByteLimit(3 * smallImageBytes);
     onForeignThread([&] { sendImages(device, 10); });
     EXPECT_EQ(device.frameLedger().waiting, 3u);
-    EXPECT_EQ(device.frameLedger().count(PFrameFate::DroppedWaiting), 7u);
+    EXPECT_EQ(device.frameLedger().count(PFrameOutcome::DroppedWaiting), 7u);
     EXPECT_TRUE(device.frameLedger().isBalanced());
     ASSERT_TRUE(runDry(device));
     EXPECT_THAT(listener.sequences(), ElementsAre(1u, 2u, 3u));
     EXPECT_EQ(device.frameLedger().produced, 10u);
-    EXPECT_EQ(device.frameLedger().count(PFrameFate::Delivered), 3u);
+    EXPECT_EQ(device.frameLedger().count(PFrameOutcome::Delivered), 3u);
     EXPECT_TRUE(device.frameLedger().isBalanced());
 }
 
-TEST(PFrameRoad, lets_a_frame_larger_than_the_limit_through_when_nothing_waits) {
+TEST(PFramePipeline, lets_a_frame_larger_than_the_limit_through_when_nothing_waits) {
     FakeDevice device;
     const FrameListener listener(device);
     device.setFrameByteLimit(1);
@@ -201,10 +201,10 @@ TEST(PFrameRoad, lets_a_frame_larger_than_the_limit_through_when_nothing_waits) 
     sendImages(device, 1);
     ASSERT_TRUE(runDry(device));
     EXPECT_THAT(listener.sequences(), ElementsAre(1u, 3u));
-    EXPECT_EQ(device.frameLedger().count(PFrameFate::DroppedWaiting), 1u);
+    EXPECT_EQ(device.frameLedger().count(PFrameOutcome::DroppedWaiting), 1u);
 }
 
-TEST(PFrameRoad, never_drops_a_snapshot) {
+TEST(PFramePipeline, never_drops_a_snapshot) {
     FakeDevice device;
     const FrameListener listener(device);
     device.setFrameByteLimit(1);
@@ -213,11 +213,11 @@ TEST(PFrameRoad, never_drops_a_snapshot) {
         device.processSnapshot(PCdDipUtils::imageAsDeviceFrame(smallImage()));
     ASSERT_TRUE(runDry(device));
     EXPECT_EQ(listener.snapshots.size(), 5u);
-    EXPECT_EQ(device.frameLedger().count(PFrameFate::DroppedWaiting), 0u);
-    EXPECT_EQ(device.frameLedger().count(PFrameFate::Delivered), 6u);
+    EXPECT_EQ(device.frameLedger().count(PFrameOutcome::DroppedWaiting), 0u);
+    EXPECT_EQ(device.frameLedger().count(PFrameOutcome::Delivered), 6u);
 }
 
-TEST(PFrameRoad, takes_as_many_live_frames_as_are_wanted) {
+TEST(PFramePipeline, takes_as_many_live_frames_as_are_wanted) {
     FakeDevice device;
     const FrameListener listener(device);
     const auto sink = std::make_shared<RecordingSink>();
@@ -230,12 +230,12 @@ TEST(PFrameRoad, takes_as_many_live_frames_as_are_wanted) {
     EXPECT_EQ(listener.snapshots.size(), 1u);
     EXPECT_EQ(sink->taken().size(), 3u);
     EXPECT_EQ(stampIn(device.newestFrame()).sequence, 2u);
-    EXPECT_EQ(device.frameLedger().count(PFrameFate::NotWanted), 3u);
+    EXPECT_EQ(device.frameLedger().count(PFrameOutcome::NotWanted), 3u);
     EXPECT_EQ(device.frameLedger().produced, 6u);
     EXPECT_TRUE(device.frameLedger().isBalanced());
 }
 
-TEST(PFrameRoad, takes_all_live_frames_again_when_the_limit_is_lifted) {
+TEST(PFramePipeline, takes_all_live_frames_again_when_the_limit_is_lifted) {
     FakeDevice device;
     const FrameListener listener(device);
     device.limitLiveFrames(0);
@@ -248,7 +248,7 @@ TEST(PFrameRoad, takes_all_live_frames_again_when_the_limit_is_lifted) {
 
 // ---- Snapshots.
 
-TEST(PFrameRoad, books_a_snapshot_of_a_new_picture_as_produced_and_as_a_snapshot) {
+TEST(PFramePipeline, books_a_snapshot_of_a_new_picture_as_produced_and_as_a_snapshot) {
     FakeDevice device;
     const FrameListener listener(device);
     onForeignThread([&] { device.processSnapshot(PCdDipUtils::imageAsDeviceFrame(smallImage())); });
@@ -259,11 +259,11 @@ TEST(PFrameRoad, books_a_snapshot_of_a_new_picture_as_produced_and_as_a_snapshot
     EXPECT_NE(listener.snapshots[0].stamp, nullptr);
     EXPECT_EQ(stampOf(listener.snapshots[0].image), listener.snapshots[0].stamp);
     EXPECT_EQ(device.frameLedger().produced, 1u);
-    EXPECT_EQ(device.frameLedger().count(PFrameFate::Delivered), 1u);
+    EXPECT_EQ(device.frameLedger().count(PFrameOutcome::Delivered), 1u);
     EXPECT_EQ(device.frameLedger().snapshots, 1u);
 }
 
-TEST(PFrameRoad, keeps_the_stamp_of_a_live_frame_that_is_made_a_snapshot) {
+TEST(PFramePipeline, keeps_the_stamp_of_a_live_frame_that_is_made_a_snapshot) {
     FakeDevice device;
     const FrameListener listener(device);
     QObject::connect(&device, &PImageSource::imageChanged, &device, [&](const PImage& image) {
@@ -275,14 +275,14 @@ TEST(PFrameRoad, keeps_the_stamp_of_a_live_frame_that_is_made_a_snapshot) {
     EXPECT_EQ(stampIn(listener.snapshots[0]).sequence, 1u);
     EXPECT_FALSE(stampIn(listener.snapshots[0]).still);
     EXPECT_EQ(device.frameLedger().produced, 1u);
-    EXPECT_EQ(device.frameLedger().count(PFrameFate::Delivered), 1u);
+    EXPECT_EQ(device.frameLedger().count(PFrameOutcome::Delivered), 1u);
     EXPECT_EQ(device.frameLedger().snapshots, 1u);
     EXPECT_TRUE(device.frameLedger().isBalanced());
 }
 
 // ---- Sinks.
 
-TEST(PFrameRoad, shows_every_frame_to_the_sinks_on_the_thread_that_brings_it) {
+TEST(PFramePipeline, shows_every_frame_to_the_sinks_on_the_thread_that_brings_it) {
     FakeDevice device;
     device.setFrameByteLimit(smallImageBytes); // dropped ones included
     const auto sink = std::make_shared<RecordingSink>();
@@ -302,7 +302,7 @@ TEST(PFrameRoad, shows_every_frame_to_the_sinks_on_the_thread_that_brings_it) {
     }
 }
 
-TEST(PFrameRoad, shows_a_removed_sink_nothing_more) {
+TEST(PFramePipeline, shows_a_removed_sink_nothing_more) {
     FakeDevice device;
     const auto sink = std::make_shared<RecordingSink>();
     device.addFrameSink(sink);
@@ -335,8 +335,8 @@ TEST_P(FailingSink, has_the_frame_booked_as_failed_in_a_writer_once) {
     onForeignThread([&] { sendImages(device, 1); });
     ASSERT_TRUE(waitUntil([&] { return listener.images.size() == 1; })); // it is shown all the same
     EXPECT_EQ(working->taken().size(), 1u);
-    EXPECT_EQ(device.frameLedger().count(PFrameFate::FailedInWriter), 1u);
-    EXPECT_EQ(device.frameLedger().count(PFrameFate::Delivered), 0u);
+    EXPECT_EQ(device.frameLedger().count(PFrameOutcome::FailedInWriter), 1u);
+    EXPECT_EQ(device.frameLedger().count(PFrameOutcome::Delivered), 0u);
     EXPECT_TRUE(device.frameLedger().isBalanced());
     const QString logged = QString::fromLatin1(GetParam().logged);
     const QStringList expected = logged.isEmpty() ? QStringList() : QStringList{logged, logged};
@@ -348,8 +348,8 @@ TEST_P(FailingSink, has_a_dropped_frame_booked_once) {
     device.setFrameByteLimit(smallImageBytes);
     device.addFrameSink(std::make_shared<RecordingSink>(GetParam().answer));
     sendImages(device, 2);
-    EXPECT_EQ(device.frameLedger().count(PFrameFate::FailedInWriter), 2u);
-    EXPECT_EQ(device.frameLedger().count(PFrameFate::DroppedWaiting), 0u);
+    EXPECT_EQ(device.frameLedger().count(PFrameOutcome::FailedInWriter), 2u);
+    EXPECT_EQ(device.frameLedger().count(PFrameOutcome::DroppedWaiting), 0u);
     EXPECT_TRUE(device.frameLedger().isBalanced());
 }
 
@@ -366,7 +366,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 // ---- What never becomes a picture.
 
-TEST(PFrameRoad, books_an_empty_image_as_one_of_bad_size) {
+TEST(PFramePipeline, books_an_empty_image_as_one_of_bad_size) {
     FakeDevice device;
     const FrameListener listener(device);
     device.processFrameImage(PImage());
@@ -375,19 +375,19 @@ TEST(PFrameRoad, books_an_empty_image_as_one_of_bad_size) {
     EXPECT_TRUE(listener.images.empty());
     EXPECT_TRUE(listener.snapshots.empty());
     EXPECT_EQ(device.frameLedger().produced, 2u);
-    EXPECT_EQ(device.frameLedger().count(PFrameFate::BadSize), 2u);
+    EXPECT_EQ(device.frameLedger().count(PFrameOutcome::BadSize), 2u);
     EXPECT_EQ(device.frameLedger().snapshots, 0u);
     EXPECT_TRUE(device.newestFrame().image.isNull());
 }
 
-TEST(PFrameRoad, books_frames_that_are_reported_as_dropped) {
+TEST(PFramePipeline, books_frames_that_are_reported_as_dropped) {
     FakeDevice device;
     onForeignThread([&] {
-        device.reportDroppedFrames(PFrameFate::LostInCamera, 5);
-        device.reportDroppedFrames(PFrameFate::BadDepth);
+        device.reportDroppedFrames(PFrameOutcome::LostInCamera, 5);
+        device.reportDroppedFrames(PFrameOutcome::BadDepth);
     });
     EXPECT_EQ(device.frameLedger().produced, 6u);
-    EXPECT_EQ(device.frameLedger().count(PFrameFate::LostInCamera), 5u);
-    EXPECT_EQ(device.frameLedger().count(PFrameFate::BadDepth), 1u);
+    EXPECT_EQ(device.frameLedger().count(PFrameOutcome::LostInCamera), 5u);
+    EXPECT_EQ(device.frameLedger().count(PFrameOutcome::BadDepth), 1u);
     EXPECT_TRUE(device.frameLedger().isBalanced());
 }

@@ -7,10 +7,10 @@ class PAbstractReader;
 class PAbstractWriter;
 
 /// The form in which a property's value is written: a choice as its item's untranslated name, which
-/// people can read and edit; a composite value as its stored fields by their names (PGadgetFields),
-/// or, if it declares none, as the bytes of its QDataStream operators; everything else as it is.
-/// Any thread.
-class PPropertyStreamForm {
+/// people can read and edit; a composite value as its stored fields by their names
+/// (PCompositeFields), or, if it declares none, as the bytes of its QDataStream operators;
+/// everything else as it is. Any thread.
+class PPropertyEncoding {
 public:
     /// True for a value of a type that is not Qt's: a plugin's record of several fields.
     static bool isComposite(const QVariant& value);

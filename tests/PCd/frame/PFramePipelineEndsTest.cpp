@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The road of a frame where something goes wrong or ends while frames are on it.
+// The pipeline of a frame where something goes wrong or ends while frames are on it.
 #include <PCd/FakeDevice.h>
 #include <PCd/frame/FrameHelpers.h>
 
@@ -36,8 +36,8 @@ TEST_P(FailingListener, of_a_live_frame_has_it_booked_as_failed_and_ends_nothing
     });
     sendImages(device, 3);
     ASSERT_TRUE(waitUntil([&] { return seen == 3; }));
-    EXPECT_EQ(device.frameLedger().count(PFrameFate::Failed), 1u);
-    EXPECT_EQ(device.frameLedger().count(PFrameFate::Delivered), 2u);
+    EXPECT_EQ(device.frameLedger().count(PFrameOutcome::Failed), 1u);
+    EXPECT_EQ(device.frameLedger().count(PFrameOutcome::Delivered), 2u);
     EXPECT_TRUE(device.frameLedger().isBalanced());
     EXPECT_EQ(log.texts(QStringLiteral("PCd")),
               QStringList{QString::fromLatin1(GetParam().logged)});
@@ -48,7 +48,7 @@ TEST_P(FailingListener, of_a_snapshot_has_it_not_counted_as_handed_out) {
     QObject::connect(&device, &PDevice::snapshotTaken, &device, [] { GetParam().fail(); });
     device.processSnapshot(PCdDipUtils::imageAsDeviceFrame(smallImage()));
     ASSERT_TRUE(waitUntil([&] { return device.frameLedger().waiting == 0; }));
-    EXPECT_EQ(device.frameLedger().count(PFrameFate::Failed), 1u);
+    EXPECT_EQ(device.frameLedger().count(PFrameOutcome::Failed), 1u);
     EXPECT_EQ(device.frameLedger().snapshots, 0u);
     EXPECT_TRUE(device.frameLedger().isBalanced());
 }
@@ -66,7 +66,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 // ---- Devices that end.
 
-TEST(PFrameRoad, ends_when_a_listener_deletes_the_device) {
+TEST(PFramePipeline, ends_when_a_listener_deletes_the_device) {
     auto* device = new FakeDevice;
     int seen = 0;
     QObject::connect(device, &PImageSource::imageChanged, QCoreApplication::instance(), [&] {
@@ -79,7 +79,7 @@ TEST(PFrameRoad, ends_when_a_listener_deletes_the_device) {
     EXPECT_EQ(seen, 1);
 }
 
-TEST(PFrameRoad, ends_when_a_listener_deletes_the_device_over_a_snapshot) {
+TEST(PFramePipeline, ends_when_a_listener_deletes_the_device_over_a_snapshot) {
     auto* device = new FakeDevice;
     int seen = 0;
     QObject::connect(device, &PDevice::snapshotTaken, QCoreApplication::instance(), [&] {
@@ -93,7 +93,7 @@ TEST(PFrameRoad, ends_when_a_listener_deletes_the_device_over_a_snapshot) {
     EXPECT_EQ(seen, 1);
 }
 
-TEST(PFrameRoad, ends_with_the_device_when_frames_still_wait) {
+TEST(PFramePipeline, ends_with_the_device_when_frames_still_wait) {
     int seen = 0;
     {
         FakeDevice device;
@@ -110,7 +110,7 @@ TEST(PFrameRoad, ends_with_the_device_when_frames_still_wait) {
     EXPECT_EQ(seen, 0);
 }
 
-TEST(PFrameRoad, gives_the_pixels_of_waiting_frames_back_when_the_device_ends) {
+TEST(PFramePipeline, gives_the_pixels_of_waiting_frames_back_when_the_device_ends) {
     class Witness : public PFrameSink {
     public:
         bool takeFrame(const PDeviceFrame& frame, Kind) override {
@@ -129,21 +129,22 @@ TEST(PFrameRoad, gives_the_pixels_of_waiting_frames_back_when_the_device_ends) {
     EXPECT_TRUE(witness->stamp.expired());
 }
 
-TEST(PFrameRoad, lets_the_stream_be_stopped_while_a_frame_is_being_brought) {
+TEST(PFramePipeline, lets_the_stream_be_stopped_while_a_frame_is_being_brought) {
     FakeDevice device;
     FrameBringer bringer(device);
     device.whenStarted = [&] { bringer.start(); };
     device.whenStopped = [&] { bringer.stop(); }; // waits for the bringing thread, as SDKs do
     device.link();
     device.startStream();
-    ASSERT_TRUE(waitUntil([&] { return device.frameLedger().count(PFrameFate::Delivered) > 50; }));
+    ASSERT_TRUE(
+        waitUntil([&] { return device.frameLedger().count(PFrameOutcome::Delivered) > 50; }));
     EXPECT_TRUE(device.stopStream().isOk());
     ASSERT_TRUE(waitUntil([&] { return device.frameLedger().waiting == 0; }));
     EXPECT_EQ(device.frameLedger().produced, bringer.brought());
     EXPECT_TRUE(device.frameLedger().isBalanced());
 }
 
-TEST(PFrameRoad, lets_a_listener_stop_the_stream) {
+TEST(PFramePipeline, lets_a_listener_stop_the_stream) {
     FakeDevice device;
     FrameBringer bringer(device);
     device.whenStarted = [&] { bringer.start(); };
@@ -179,7 +180,7 @@ public:
 
 } // namespace
 
-TEST(PFrameRoad, removes_a_sink_only_when_it_is_not_running) {
+TEST(PFramePipeline, removes_a_sink_only_when_it_is_not_running) {
     FakeDevice device;
     const auto sink = std::make_shared<LingeringSink>();
     device.addFrameSink(sink);
@@ -192,7 +193,7 @@ TEST(PFrameRoad, removes_a_sink_only_when_it_is_not_running) {
     bringing.join();
 }
 
-TEST(PFrameRoad, takes_sinks_on_and_off_while_frames_fly) {
+TEST(PFramePipeline, takes_sinks_on_and_off_while_frames_fly) {
     FakeDevice device;
     const auto steady = std::make_shared<RecordingSink>();
     device.addFrameSink(steady);

@@ -13,8 +13,8 @@
 /// A type can name fields that a device does not hold while another field has a certain value:
 /// Q_CLASSINFO("HostFields", "exp gain") and Q_CLASSINFO("HostFieldsWhile", "capturemode=1"). What
 /// is read of them from the device means something else then, and the host's copy stands.
-class PGadgetFields {
-    Q_DECLARE_TR_FUNCTIONS(PGadgetFields)
+class PCompositeFields {
+    Q_DECLARE_TR_FUNCTIONS(PCompositeFields)
 
 public:
     /// True if the value is a composite with fields.

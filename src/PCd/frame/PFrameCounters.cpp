@@ -1,30 +1,30 @@
 // SPDX-License-Identifier: MIT
-#include <PCd/frame/PFrameAccounts.h>
+#include <PCd/frame/PFrameCounters.h>
 
-void PFrameAccounts::enter() {
+void PFrameCounters::enter() {
     const std::lock_guard lock(m_mutex);
     ++m_ledger.produced;
     ++m_ledger.waiting;
 }
 
-void PFrameAccounts::settle(PFrameFate fate) {
+void PFrameCounters::settle(PFrameOutcome outcome) {
     const std::lock_guard lock(m_mutex);
     --m_ledger.waiting;
-    ++m_ledger.fates[std::size_t(fate)];
+    ++m_ledger.outcomes[std::size_t(outcome)];
 }
 
-void PFrameAccounts::enterAndSettle(PFrameFate fate, quint64 count) {
+void PFrameCounters::enterAndSettle(PFrameOutcome outcome, quint64 count) {
     const std::lock_guard lock(m_mutex);
     m_ledger.produced += count;
-    m_ledger.fates[std::size_t(fate)] += count;
+    m_ledger.outcomes[std::size_t(outcome)] += count;
 }
 
-void PFrameAccounts::countSnapshot() {
+void PFrameCounters::countSnapshot() {
     const std::lock_guard lock(m_mutex);
     ++m_ledger.snapshots;
 }
 
-PFrameLedger PFrameAccounts::ledger() const {
+PFrameLedger PFrameCounters::ledger() const {
     const std::lock_guard lock(m_mutex);
     return m_ledger;
 }

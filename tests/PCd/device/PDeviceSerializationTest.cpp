@@ -52,7 +52,7 @@ QByteArray savedWith(const char* mode, const char* properties) {
 
 } // namespace
 
-TEST(PDeviceStream, saves_model_serial_mode_and_every_property) {
+TEST(PDeviceSerialization, saves_model_serial_mode_and_every_property) {
     SavedDevice camera;
     const QJsonObject saved =
         QJsonDocument::fromJson(camera.saved()).object().value(cameraName).toObject();
@@ -62,7 +62,7 @@ TEST(PDeviceStream, saves_model_serial_mode_and_every_property) {
     EXPECT_EQ(QJsonDocument(saved).toJson(), expected.toJson());
 }
 
-TEST(PDeviceStream, brings_mode_and_properties_back) {
+TEST(PDeviceSerialization, brings_mode_and_properties_back) {
     SavedDevice before;
     before.device.setMode(before.device.modes.at(1));
     before.gain->inDevice = 50;
@@ -75,7 +75,7 @@ TEST(PDeviceStream, brings_mode_and_properties_back) {
     EXPECT_EQ(after.hue->valueInner(), QVariant(60));
 }
 
-TEST(PDeviceStream, sets_the_mode_before_the_properties) {
+TEST(PDeviceSerialization, sets_the_mode_before_the_properties) {
     SavedDevice camera;
     QVariant gainAtMode;
     QObject::connect(&camera.device, &PDevice::modeChanged,
@@ -85,14 +85,14 @@ TEST(PDeviceStream, sets_the_mode_before_the_properties) {
     EXPECT_EQ(camera.gain->inDevice, QVariant(9));
 }
 
-TEST(PDeviceStream, leaves_out_what_is_not_serialisable) {
+TEST(PDeviceSerialization, leaves_out_what_is_not_serialisable) {
     SavedDevice camera;
     camera.hue->setSerializable(false);
     EXPECT_FALSE(camera.saved().contains("hue"));
     EXPECT_TRUE(camera.saved().contains("gain"));
 }
 
-TEST(PDeviceStream, of_a_device_with_an_action_restores_and_does_not_run_it) {
+TEST(PDeviceSerialization, of_a_device_with_an_action_restores_and_does_not_run_it) {
     FakeAction* action = nullptr; // owned by the device
     SavedDevice camera;
     camera.device.makeProperties = [&] {
@@ -106,7 +106,7 @@ TEST(PDeviceStream, of_a_device_with_an_action_restores_and_does_not_run_it) {
     EXPECT_EQ(action->runs, 0);
 }
 
-TEST(PDeviceStream, of_older_days_with_an_empty_object_for_an_action_restores_the_rest) {
+TEST(PDeviceSerialization, of_older_days_with_an_empty_object_for_an_action_restores_the_rest) {
     SavedDevice camera;
     auto* const action = new FakeAction;
     camera.device.makeProperties = [&] {
@@ -117,7 +117,7 @@ TEST(PDeviceStream, of_older_days_with_an_empty_object_for_an_action_restores_th
     EXPECT_EQ(action->runs, 0);
 }
 
-TEST(PDeviceStream, of_a_device_without_modes_saves_none_and_restores) {
+TEST(PDeviceSerialization, of_a_device_without_modes_saves_none_and_restores) {
     SavedDevice before;
     before.device.mode = {};
     const QByteArray document = before.saved();
@@ -161,7 +161,7 @@ INSTANTIATE_TEST_SUITE_P(
         RestoreRow{"of_a_mode_that_is_refused", true, "\"mode\": \"1\",", ""}),
     RowName());
 
-TEST(PDeviceStream, says_that_there_are_no_properties_to_restore) {
+TEST(PDeviceSerialization, says_that_there_are_no_properties_to_restore) {
     SavedDevice camera;
     EXPECT_FALSE(camera.restore("{\"camera\": {}}"));
     EXPECT_EQ(camera.gain->inDevice, QVariant(1));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <PCd/property/value/PGadgetFields.h>
+#include <PCd/property/value/PCompositeFields.h>
 
 #include <PCd/property/value/PPropertyText.h>
 
@@ -62,13 +62,13 @@ QVariant meaningOf(const QString& text, QMetaType type) {
 
 QString expectationOf(QMetaType type) {
     if (type.id() == QMetaType::Bool)
-        return PGadgetFields::tr("on or off");
+        return PCompositeFields::tr("on or off");
     if (type.id() == QMetaType::Double)
-        return PGadgetFields::tr("a number");
+        return PCompositeFields::tr("a number");
     const bool isUnsigned = type.id() == QMetaType::UShort || type.id() == QMetaType::UInt;
     const int bits = int(type.sizeOf()) * 8;
-    return isUnsigned ? PGadgetFields::tr("a whole number of %1 bits, without a sign").arg(bits)
-                      : PGadgetFields::tr("a whole number of %1 bits").arg(bits);
+    return isUnsigned ? PCompositeFields::tr("a whole number of %1 bits, without a sign").arg(bits)
+                      : PCompositeFields::tr("a whole number of %1 bits").arg(bits);
 }
 
 QString fieldText(const QVariant& field) {
@@ -86,18 +86,18 @@ QStringList hostFieldsOf(const QVariant& value) {
     const QString condition = classInfo(value, "HostFieldsWhile");
     const QString field = condition.section(QLatin1Char('='), 0, 0);
     const QString wanted = condition.section(QLatin1Char('='), 1);
-    if (condition.isEmpty() || fieldText(PGadgetFields::read(value, field)) != wanted)
+    if (condition.isEmpty() || fieldText(PCompositeFields::read(value, field)) != wanted)
         return {};
     return classInfo(value, "HostFields").split(QLatin1Char(' '), Qt::SkipEmptyParts);
 }
 
 } // namespace
 
-bool PGadgetFields::isComposite(const QVariant& value) {
+bool PCompositeFields::isComposite(const QVariant& value) {
     return fieldsOf(value) != nullptr;
 }
 
-QStringList PGadgetFields::names(const QVariant& value) {
+QStringList PCompositeFields::names(const QVariant& value) {
     QStringList all;
     const QMetaObject* const fields = fieldsOf(value);
     for (int i = 0; fields != nullptr && i < fields->propertyCount(); ++i)
@@ -105,18 +105,18 @@ QStringList PGadgetFields::names(const QVariant& value) {
     return all;
 }
 
-QStringList PGadgetFields::storedNames(const QVariant& value) {
+QStringList PCompositeFields::storedNames(const QVariant& value) {
     QStringList stored = names(value);
     stored.removeIf([&](const QString& name) { return !fieldOf(value, name).isStored(); });
     return stored;
 }
 
-QVariant PGadgetFields::read(const QVariant& value, const QString& name) {
+QVariant PCompositeFields::read(const QVariant& value, const QString& name) {
     const QMetaProperty field = fieldOf(value, name);
     return field.isValid() ? field.readOnGadget(value.constData()) : QVariant();
 }
 
-PStatus PGadgetFields::write(QVariant& value, const QString& name, const QString& text) {
+PStatus PCompositeFields::write(QVariant& value, const QString& name, const QString& text) {
     const QMetaProperty field = fieldOf(value, name);
     if (!field.isValid())
         return PStatus::failure(QStringLiteral("there is no field \"%1\": expected one of %2")
@@ -128,26 +128,26 @@ PStatus PGadgetFields::write(QVariant& value, const QString& name, const QString
     return PStatus::Ok;
 }
 
-bool PGadgetFields::assign(QVariant& value, const QString& name, const QVariant& given) {
+bool PCompositeFields::assign(QVariant& value, const QString& name, const QVariant& given) {
     const QMetaProperty field = fieldOf(value, name);
     const QVariant meant = field.isValid() ? inFieldType(given, field.metaType()) : QVariant();
     return meant.isValid() && field.writeOnGadget(value.data(), meant);
 }
 
-QString PGadgetFields::expectation(const QVariant& value, const QString& name) {
+QString PCompositeFields::expectation(const QVariant& value, const QString& name) {
     const QMetaProperty field = fieldOf(value, name);
     return field.isValid() ? expectationOf(field.metaType()) : QString();
 }
 
-QVariant PGadgetFields::withHostFields(QVariant read, const QVariant& known) {
+QVariant PCompositeFields::withHostFields(QVariant read, const QVariant& known) {
     if (read.metaType() != known.metaType())
         return read;
     for (const QString& name : hostFieldsOf(read))
-        fieldOf(read, name).writeOnGadget(read.data(), PGadgetFields::read(known, name));
+        fieldOf(read, name).writeOnGadget(read.data(), PCompositeFields::read(known, name));
     return read;
 }
 
-QString PGadgetFields::toText(const QVariant& value) {
+QString PCompositeFields::toText(const QVariant& value) {
     QStringList parts;
     for (const QString& name : names(value))
         parts.append(name + QLatin1Char('=') + fieldText(read(value, name)));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <PCd/frame/PFrameRoad.h>
+#include <PCd/frame/PFramePipeline.h>
 
 #include <PLog/PLog.h>
 
@@ -27,83 +27,83 @@ void logFailure(const char* what, const char* reason) noexcept {
 
 } // namespace
 
-/// Lives on the device's thread and drains the road there when an event asks it to.
-class PFrameRoad::Waker : public QObject {
+/// Lives on the device's thread and drains the pipeline there when an event asks it to.
+class PFramePipeline::Waker : public QObject {
 public:
-    explicit Waker(PFrameRoad* road)
-        : m_road(road) {}
+    explicit Waker(PFramePipeline* pipeline)
+        : m_pipeline(pipeline) {}
 
 protected:
     /// There is one kind of event that is not Qt's own.
     void customEvent(QEvent*) override {
-        m_road->drain(); // may be the end of the road, and of this
+        m_pipeline->drain(); // may be the end of the pipeline, and of this
     }
 
 private:
-    PFrameRoad* m_road;
+    PFramePipeline* m_pipeline;
 };
 
-PFrameRoad::~PFrameRoad() = default;
+PFramePipeline::~PFramePipeline() = default;
 
-PFrameRoad::PFrameRoad(QObject* device, Deliver deliver, std::size_t byteLimit)
+PFramePipeline::PFramePipeline(QObject* device, Deliver deliver, std::size_t byteLimit)
     : m_device(device)
     , m_waker(std::make_unique<Waker>(this))
     , m_deliver(std::move(deliver))
     , m_handoff(byteLimit) {
 }
 
-void PFrameRoad::sendLive(const PImage& image) noexcept {
+void PFramePipeline::sendLive(const PImage& image) noexcept {
     if (image.isNull()) {
-        m_accounts.enterAndSettle(PFrameFate::BadSize);
+        m_counters.enterAndSettle(PFrameOutcome::BadSize);
         return;
     }
     if (!claimLive()) {
-        m_accounts.enterAndSettle(PFrameFate::NotWanted);
+        m_counters.enterAndSettle(PFrameOutcome::NotWanted);
         return;
     }
-    m_accounts.enter();
+    m_counters.enter();
     PFrameHandoff::Entry entry;
     try {
         entry.frame = stamped(image, entry.kind);
         const std::lock_guard lock(m_mutex);
         m_newest = entry.frame;
     } catch (const std::exception&) {
-        m_accounts.settle(PFrameFate::NoMemory);
+        m_counters.settle(PFrameOutcome::NoMemory);
         return;
     }
     send(std::move(entry));
 }
 
-void PFrameRoad::sendSnapshot(PDeviceFrame frame) noexcept {
+void PFramePipeline::sendSnapshot(PDeviceFrame frame) noexcept {
     PFrameHandoff::Entry entry;
     entry.kind = PFrameSink::Kind::Snapshot;
     // A stamped frame was booked as a live one when it first came through here.
     entry.settled = frame.stamp != nullptr;
     if (!entry.settled)
-        m_accounts.enter();
+        m_counters.enter();
     if (frame.image.isNull()) {
-        settle(entry, PFrameFate::BadSize);
+        settle(entry, PFrameOutcome::BadSize);
         return;
     }
     try {
         entry.frame = entry.settled ? std::move(frame) : stamped(frame.image, entry.kind);
     } catch (const std::exception&) {
-        settle(entry, PFrameFate::NoMemory);
+        settle(entry, PFrameOutcome::NoMemory);
         return;
     }
     send(std::move(entry));
 }
 
-void PFrameRoad::send(PFrameHandoff::Entry entry) noexcept {
+void PFramePipeline::send(PFrameHandoff::Entry entry) noexcept {
     if (!offerToSinks(entry))
-        settle(entry, PFrameFate::FailedInWriter);
+        settle(entry, PFrameOutcome::FailedInWriter);
     if (queue(entry))
         wake();
     else
-        settle(entry, PFrameFate::DroppedWaiting);
+        settle(entry, PFrameOutcome::DroppedWaiting);
 }
 
-bool PFrameRoad::claimLive() {
+bool PFramePipeline::claimLive() {
     const std::lock_guard lock(m_mutex);
     if (!m_liveLeft)
         return true;
@@ -113,7 +113,7 @@ bool PFrameRoad::claimLive() {
     return true;
 }
 
-bool PFrameRoad::offerToSinks(const PFrameHandoff::Entry& entry) noexcept {
+bool PFramePipeline::offerToSinks(const PFrameHandoff::Entry& entry) noexcept {
     const std::shared_lock lock(m_sinksMutex);
     bool taken = true;
     for (const std::shared_ptr<PFrameSink>& sink : m_sinks) {
@@ -130,7 +130,7 @@ bool PFrameRoad::offerToSinks(const PFrameHandoff::Entry& entry) noexcept {
     return taken;
 }
 
-bool PFrameRoad::queue(const PFrameHandoff::Entry& entry) noexcept {
+bool PFramePipeline::queue(const PFrameHandoff::Entry& entry) noexcept {
     try {
         return m_handoff.push(entry);
     } catch (const std::exception&) {
@@ -138,12 +138,12 @@ bool PFrameRoad::queue(const PFrameHandoff::Entry& entry) noexcept {
     }
 }
 
-void PFrameRoad::settle(PFrameHandoff::Entry& entry, PFrameFate fate) {
+void PFramePipeline::settle(PFrameHandoff::Entry& entry, PFrameOutcome outcome) {
     if (!std::exchange(entry.settled, true))
-        m_accounts.settle(fate);
+        m_counters.settle(outcome);
 }
 
-PDeviceFrame PFrameRoad::stamped(const PImage& image, PFrameSink::Kind kind) {
+PDeviceFrame PFramePipeline::stamped(const PImage& image, PFrameSink::Kind kind) {
     auto stamp = std::make_shared<PFrameStamp>();
     stamp->arrived = std::chrono::steady_clock::now();
     stamp->arrivedUtc = QDateTime::currentDateTimeUtc();
@@ -158,7 +158,7 @@ PDeviceFrame PFrameRoad::stamped(const PImage& image, PFrameSink::Kind kind) {
     return frame;
 }
 
-void PFrameRoad::wake() noexcept {
+void PFramePipeline::wake() noexcept {
     if (!m_handoff.claimWake())
         return;
     try {
@@ -171,7 +171,7 @@ void PFrameRoad::wake() noexcept {
     }
 }
 
-void PFrameRoad::drain() {
+void PFramePipeline::drain() {
     m_handoff.wakeArrived();
     // Only what waits now, and for a moment only: the rest of the event loop must get its turn also
     // with a camera faster than its listeners, and with listeners that are slow.
@@ -192,47 +192,47 @@ void PFrameRoad::drain() {
         wake();
 }
 
-void PFrameRoad::deliverOne(PFrameHandoff::Entry entry) {
+void PFramePipeline::deliverOne(PFrameHandoff::Entry entry) {
     const QPointer<QObject> device(m_device);
-    PFrameFate fate = PFrameFate::Delivered;
+    PFrameOutcome outcome = PFrameOutcome::Delivered;
     try {
         m_deliver(entry);
     } catch (const std::exception& error) {
         // Past this point the exception would unwind the event loop.
         logFailure("A listener failed over a frame:", error.what());
-        fate = PFrameFate::Failed;
+        outcome = PFrameOutcome::Failed;
     } catch (...) {
         logFailure("A listener failed over a frame:", "unknown exception");
-        fate = PFrameFate::Failed;
+        outcome = PFrameOutcome::Failed;
     }
     if (!device)
         return;
-    if (entry.kind == PFrameSink::Kind::Snapshot && fate == PFrameFate::Delivered)
-        m_accounts.countSnapshot();
-    settle(entry, fate);
+    if (entry.kind == PFrameSink::Kind::Snapshot && outcome == PFrameOutcome::Delivered)
+        m_counters.countSnapshot();
+    settle(entry, outcome);
 }
 
-void PFrameRoad::addSink(std::shared_ptr<PFrameSink> sink) {
+void PFramePipeline::addSink(std::shared_ptr<PFrameSink> sink) {
     const std::unique_lock lock(m_sinksMutex);
     m_sinks.push_back(std::move(sink));
 }
 
-void PFrameRoad::removeSink(const std::shared_ptr<PFrameSink>& sink) {
+void PFramePipeline::removeSink(const std::shared_ptr<PFrameSink>& sink) {
     const std::unique_lock lock(m_sinksMutex);
     m_sinks.remove(sink);
 }
 
-PDeviceFrame PFrameRoad::newestFrame() const {
+PDeviceFrame PFramePipeline::newestFrame() const {
     const std::lock_guard lock(m_mutex);
     return m_newest;
 }
 
-void PFrameRoad::limitLive(std::optional<quint64> count) {
+void PFramePipeline::limitLive(std::optional<quint64> count) {
     const std::lock_guard lock(m_mutex);
     m_liveLeft = count;
 }
 
-void PFrameRoad::setSettings(std::shared_ptr<const PDeviceSettings> settings) {
+void PFramePipeline::setSettings(std::shared_ptr<const PDeviceSettings> settings) {
     const std::lock_guard lock(m_mutex);
     m_settings = std::move(settings);
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <PCd/frame/PFrameAccounts.h>
+#include <PCd/frame/PFrameCounters.h>
 #include <PCd/frame/PFrameHandoff.h>
 #include <PCd/frame/PFrameSink.h>
 
@@ -14,15 +14,15 @@
 #include <optional>
 #include <shared_mutex>
 
-/// The road of a device's frames: from the thread that brings them, past the frame sinks, to the
-/// device's thread. Every frame that enters is booked, and meets exactly one fate.
-class PFrameRoad {
+/// The pipeline of a device's frames: from the thread that brings them, past the frame sinks, to
+/// the device's thread. Every frame that enters is booked, and meets exactly one outcome.
+class PFramePipeline {
 public:
     using Deliver = std::function<void(const PFrameHandoff::Entry&)>;
 
     /// `deliver` is called on the thread of `device`, which must outlive this.
-    PFrameRoad(QObject* device, Deliver deliver, std::size_t byteLimit);
-    ~PFrameRoad();
+    PFramePipeline(QObject* device, Deliver deliver, std::size_t byteLimit);
+    ~PFramePipeline();
 
     /// A live frame, and a snapshot, set out. Any thread; never waits for the device's thread.
     void sendLive(const PImage& image) noexcept;
@@ -39,15 +39,15 @@ public:
     /// The settings that frames are stamped with from now on.
     void setSettings(std::shared_ptr<const PDeviceSettings> settings);
 
-    PFrameAccounts& accounts() { return m_accounts; }
-    const PFrameAccounts& accounts() const { return m_accounts; }
+    PFrameCounters& accounts() { return m_counters; }
+    const PFrameCounters& accounts() const { return m_counters; }
 
 private:
     void send(PFrameHandoff::Entry entry) noexcept;
     bool claimLive();
     bool offerToSinks(const PFrameHandoff::Entry& entry) noexcept;
     bool queue(const PFrameHandoff::Entry& entry) noexcept;
-    void settle(PFrameHandoff::Entry& entry, PFrameFate fate);
+    void settle(PFrameHandoff::Entry& entry, PFrameOutcome outcome);
     PDeviceFrame stamped(const PImage& image, PFrameSink::Kind kind);
     void wake() noexcept;
     void drain();
@@ -58,7 +58,7 @@ private:
     QObject* m_device;
     std::unique_ptr<QObject> m_waker;
     Deliver m_deliver;
-    PFrameAccounts m_accounts;
+    PFrameCounters m_counters;
     PFrameHandoff m_handoff;
 
     mutable std::mutex m_mutex; // stamps are made on frame threads, read and configured elsewhere
