@@ -2,7 +2,7 @@
 #pragma once
 
 #include <toupcam/sim/frame/PSimGeometry.h>
-#include <toupcam/sim/frame/PSimLook.h>
+#include <toupcam/sim/frame/PSimImageSettings.h>
 
 /// What one frame is taken with. Plain values.
 struct PSimShot {
@@ -12,5 +12,5 @@ struct PSimShot {
     double gain = 1.0;
     double sensorCelsius = 25.0;
     PSimGeometry geometry;
-    PSimLook look;
+    PSimImageSettings look;
 };

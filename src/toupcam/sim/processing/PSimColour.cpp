@@ -31,7 +31,7 @@ Matrix product(const Matrix& a, const Matrix& b) {
     return result;
 }
 
-Matrix balance(const PSimLook& look) {
+Matrix balance(const PSimImageSettings& look) {
     if (!look.whiteBalanceGains)
         return kIdentity;
     const auto gains = PSimWhiteBalance::gains({look.temperature, look.tint});
@@ -40,7 +40,7 @@ Matrix balance(const PSimLook& look) {
 
 // Hue turns the plane of the two colour differences, so that red goes towards yellow and green;
 // saturation stretches it.
-Matrix hueAndSaturation(const PSimLook& look) {
+Matrix hueAndSaturation(const PSimImageSettings& look) {
     if (look.hue == 0 && look.saturation == 128 && !look.chrome)
         return kIdentity; // exactly: the constants above are rounded
     const double angle = look.hue * 3.14159265358979323846 / 180.0;
@@ -53,7 +53,7 @@ Matrix hueAndSaturation(const PSimLook& look) {
 
 } // namespace
 
-PSimColourMatrix simColourMatrix(const PSimLook& look) {
+PSimColourMatrix simColourMatrix(const PSimImageSettings& look) {
     const Matrix sensor = product(look.colourMatrix ? kIdentity : kCrosstalk, balance(look));
     return product(hueAndSaturation(look), sensor);
 }

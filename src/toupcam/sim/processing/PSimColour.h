@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <toupcam/sim/frame/PSimLook.h>
+#include <toupcam/sim/frame/PSimImageSettings.h>
 
 #include <array>
 
@@ -10,4 +10,4 @@
 /// saturation. Callable from any thread.
 using PSimColourMatrix = std::array<std::array<double, 3>, 3>;
 
-PSimColourMatrix simColourMatrix(const PSimLook& look);
+PSimColourMatrix simColourMatrix(const PSimImageSettings& look);

@@ -10,7 +10,7 @@ double limited(double value) {
     return std::clamp(value, 0.0, 255.0);
 }
 
-double toned(double value, const PSimLook& look) {
+double toned(double value, const PSimImageSettings& look) {
     const double lit = 255.0 * std::pow(value / 255.0, 100.0 / look.gamma);
     const double spread = limited(127.5 + (lit - 127.5) * std::exp2(look.contrast / 50.0));
     const double shifted = limited(spread + look.brightness);
@@ -19,7 +19,7 @@ double toned(double value, const PSimLook& look) {
 
 } // namespace
 
-PSimTone simTone(const PSimLook& look, double gain) {
+PSimTone simTone(const PSimImageSettings& look, double gain) {
     PSimTone tone{};
     for (std::size_t i = 0; i < tone.size(); ++i) {
         const double value = limited(gain * static_cast<double>(i));

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <toupcam/sim/frame/PSimLook.h>
+#include <toupcam/sim/frame/PSimImageSettings.h>
 
 #include <array>
 #include <cstdint>
@@ -13,4 +13,4 @@ using PSimTone = std::array<std::uint8_t, 256>;
 /// from 127.5 times 2 to the power of contrast / 50), brightness (added), negative (255 - v), in
 /// this order, each on values from 0 to 255. `gain` is applied first of all. Callable from any
 /// thread.
-PSimTone simTone(const PSimLook& look, double gain = 1.0);
+PSimTone simTone(const PSimImageSettings& look, double gain = 1.0);

@@ -242,8 +242,8 @@ PSimGeometry PSimSettings::geometryOf(unsigned resolution) const {
     return geometry;
 }
 
-PSimLook PSimSettings::look() const {
-    PSimLook look;
+PSimImageSettings PSimSettings::look() const {
+    PSimImageSettings look;
     look.hue = m_numbers.value(PSimNumber::Hue);
     look.saturation = m_numbers.value(PSimNumber::Saturation);
     look.brightness = m_numbers.value(PSimNumber::Brightness);

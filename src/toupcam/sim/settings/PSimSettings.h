@@ -4,8 +4,8 @@
 #include <toupcam/sim/frame/PSimMeter.h>
 #include <toupcam/sim/frame/PSimShot.h>
 #include <toupcam/sim/settings/PSimAutoExposure.h>
-#include <toupcam/sim/settings/PSimNumbers.h>
 #include <toupcam/sim/settings/PSimOptions.h>
+#include <toupcam/sim/settings/PSimScalarSettings.h>
 #include <toupcam/sim/settings/PSimThermal.h>
 #include <toupcam/sim/timing/PSimShutter.h>
 
@@ -72,7 +72,7 @@ private:
     PSimCooling cooling() const;
     PSimShot shotOf(unsigned resolution) const;
     PSimGeometry geometryOf(unsigned resolution) const;
-    PSimLook look() const;
+    PSimImageSettings look() const;
     double framesPerSecond() const;
 
     std::shared_ptr<const PSimCameraSpec> m_spec;
@@ -80,7 +80,7 @@ private:
     PSimAutoExposure m_rule;
     mutable std::mutex m_mutex; // guards all below
     PSimOptions m_options;
-    PSimNumbers m_numbers;
+    PSimScalarSettings m_numbers;
     int m_targetTemperature = PSimCooling().target;
     unsigned m_resolution = 0;
     PSimRegion m_region;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <toupcam/sim/sensor/PSimLens.h>
+#include <toupcam/sim/sensor/PSimImageSource.h>
 #include <toupcam/sim/settings/PSimSettings.h>
 #include <toupcam/sim/stream/PSimDelivery.h>
 #include <toupcam/sim/stream/PSimOnePush.h>
@@ -29,7 +29,7 @@ public:
 
 /// What a stream and its camera share for longer than one session.
 struct PSimCameraLink {
-    std::shared_ptr<PSimLens> lens;
+    std::shared_ptr<PSimImageSource> lens;
     std::shared_ptr<PSimFrameObserver> observer;
     std::atomic<bool> held{false};       ///< frames are produced but never arrive
     std::atomic<std::uint64_t> taken{0}; ///< for the observer

@@ -39,7 +39,7 @@ void PSimWorld::loadFromEnvironment() {
 }
 
 void PSimWorld::install(const PSimScene& scene) {
-    const auto plan = std::make_shared<PSimPlan>(scene, *this);
+    const auto plan = std::make_shared<PSimFaultPlan>(scene, *this);
     Cameras cameras;
     for (const PSimCameraSpec& spec : scene.cameras)
         cameras.push_back(std::make_shared<PSimCamera>(
@@ -53,7 +53,7 @@ void PSimWorld::install(const PSimScene& scene) {
 }
 
 void PSimWorld::unplugAll(const std::function<void()>& afterEach) {
-    std::shared_ptr<PSimPlan> plan;
+    std::shared_ptr<PSimFaultPlan> plan;
     Cameras cameras;
     {
         const std::lock_guard lock(m_mutex);

@@ -2,10 +2,10 @@
 #pragma once
 
 #include <toupcam/sim/world/PSimCamera.h>
+#include <toupcam/sim/world/PSimFaultPlan.h>
 #include <toupcam/sim/world/PSimFaults.h>
 #include <toupcam/sim/world/PSimHotPlug.h>
 #include <toupcam/sim/world/PSimJournal.h>
-#include <toupcam/sim/world/PSimPlan.h>
 
 #include <deque>
 #include <map>
@@ -68,7 +68,7 @@ private:
     std::mutex m_loading;       // serialises scene changes; taken before m_mutex
     mutable std::mutex m_mutex; // guards all below
     Cameras m_cameras;
-    std::shared_ptr<PSimPlan> m_plan;
+    std::shared_ptr<PSimFaultPlan> m_plan;
     std::map<HToupcam, Opened> m_open;
     std::map<HToupcam, unsigned> m_numbers;
     std::deque<Toupcam_t> m_tokens; ///< never reused: a stale handle stays recognisable

@@ -25,10 +25,10 @@ enum class PSimNumber {
 
 /// The values of these settings, checked. A grey camera has those that are about colour not:
 /// E_NOTIMPL. Guarded by its owner's lock.
-class PSimNumbers {
+class PSimScalarSettings {
 public:
     /// Power-on values.
-    explicit PSimNumbers(bool colour);
+    explicit PSimScalarSettings(bool colour);
 
     /// Whether this value can be set: S_OK, E_NOTIMPL or E_INVALIDARG. A switch takes any value.
     HRESULT check(PSimNumber number, int value) const;

@@ -11,12 +11,12 @@ class PSimWorld;
 
 /// The fault plan of a scene: does each step once, when its time or its frame has come. The same
 /// plan does the same to the same frames in every run. Callable from any thread.
-class PSimPlan : public std::enable_shared_from_this<PSimPlan> {
+class PSimFaultPlan : public std::enable_shared_from_this<PSimFaultPlan> {
 public:
-    PSimPlan(const PSimScene& scene, PSimWorld& world);
-    ~PSimPlan();
-    PSimPlan(const PSimPlan&) = delete;
-    PSimPlan& operator=(const PSimPlan&) = delete;
+    PSimFaultPlan(const PSimScene& scene, PSimWorld& world);
+    ~PSimFaultPlan();
+    PSimFaultPlan(const PSimFaultPlan&) = delete;
+    PSimFaultPlan& operator=(const PSimFaultPlan&) = delete;
 
     /// Sets calls up to fail or take longer, and starts the clock for the timed steps.
     void start();

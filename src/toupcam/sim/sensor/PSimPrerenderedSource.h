@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <toupcam/sim/sensor/PSimLens.h>
+#include <toupcam/sim/sensor/PSimImageSource.h>
 
 #include <map>
 #include <mutex>
@@ -9,9 +9,9 @@
 /// Pictures that exist before they are asked for: exact, without noise, the same at any exposure.
 /// While no setting changes it, a frame costs nothing but handing out a pointer; the memory lives
 /// as long as the lens.
-class PSimReadyLens : public PSimLens {
+class PSimPrerenderedSource : public PSimImageSource {
 public:
-    explicit PSimReadyLens(std::shared_ptr<const PSimCameraSpec> spec)
+    explicit PSimPrerenderedSource(std::shared_ptr<const PSimCameraSpec> spec)
         : m_spec(std::move(spec)) {}
 
     void take(const PSimShot& shot, std::uint64_t frame, PSimPicture& picture) override;
@@ -48,9 +48,9 @@ private:
 /// A red, a green and a blue patch from left to right on black, each half as wide as a third of the
 /// picture and half as high as the picture, in the middle of its third. On a grey camera they have
 /// the grey values 87, 127 and 39.
-class PSimPatchesLens : public PSimReadyLens {
+class PSimPatchesSource : public PSimPrerenderedSource {
 public:
-    using PSimReadyLens::PSimReadyLens;
+    using PSimPrerenderedSource::PSimPrerenderedSource;
 
 protected:
     unsigned count() const override { return 1; }
@@ -58,9 +58,9 @@ protected:
 };
 
 /// A ring of grey ramps; the first byte of each is its place in the ring. Always as they are.
-class PSimRingLens : public PSimReadyLens {
+class PSimRingSource : public PSimPrerenderedSource {
 public:
-    using PSimReadyLens::PSimReadyLens;
+    using PSimPrerenderedSource::PSimPrerenderedSource;
 
     bool isUnpaced() const override { return spec().source.unpaced; }
 

@@ -10,9 +10,9 @@
 
 /// What lies under the lens and how it becomes pictures. Thread-safe; a camera's producing thread
 /// calls take().
-class PSimLens {
+class PSimImageSource {
 public:
-    virtual ~PSimLens() = default;
+    virtual ~PSimImageSource() = default;
 
     /// Takes picture number `frame` at the time in `picture`: fills its size, format, means and
     /// pixels, reusing its memory.
@@ -22,6 +22,6 @@ public:
     /// Whether pictures come as fast as they are taken away instead of at the camera's rate.
     virtual bool isUnpaced() const { return false; }
 
-    static std::shared_ptr<PSimLens> create(std::shared_ptr<const PSimCameraSpec> spec,
-                                            std::uint64_t seed);
+    static std::shared_ptr<PSimImageSource> create(std::shared_ptr<const PSimCameraSpec> spec,
+                                                   std::uint64_t seed);
 };

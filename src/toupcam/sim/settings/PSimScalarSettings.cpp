@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <toupcam/sim/settings/PSimNumbers.h>
+#include <toupcam/sim/settings/PSimScalarSettings.h>
 
 #include <toupcam/sim/frame/PSimWhiteBalance.h>
 
@@ -37,18 +37,18 @@ const Rule& ruleOf(PSimNumber number) {
 
 } // namespace
 
-PSimNumbers::PSimNumbers(bool colour)
+PSimScalarSettings::PSimScalarSettings(bool colour)
     : m_colour(colour)
     , m_values() {
     for (std::size_t i = 0; i < kCount; ++i)
         m_values[i] = kRules[i].initial;
 }
 
-bool PSimNumbers::has(PSimNumber number) const {
+bool PSimScalarSettings::has(PSimNumber number) const {
     return m_colour || !ruleOf(number).needsColour;
 }
 
-HRESULT PSimNumbers::check(PSimNumber number, int value) const {
+HRESULT PSimScalarSettings::check(PSimNumber number, int value) const {
     if (!has(number))
         return E_NOTIMPL;
     const Rule& rule = ruleOf(number);
@@ -56,7 +56,7 @@ HRESULT PSimNumbers::check(PSimNumber number, int value) const {
     return fits ? S_OK : E_INVALIDARG;
 }
 
-HRESULT PSimNumbers::set(PSimNumber number, int value) {
+HRESULT PSimScalarSettings::set(PSimNumber number, int value) {
     const HRESULT result = check(number, value);
     if (SUCCEEDED(result))
         m_values[static_cast<std::size_t>(number)] =
@@ -64,7 +64,7 @@ HRESULT PSimNumbers::set(PSimNumber number, int value) {
     return result;
 }
 
-HRESULT PSimNumbers::get(PSimNumber number, int* output) const {
+HRESULT PSimScalarSettings::get(PSimNumber number, int* output) const {
     if (!output)
         return E_POINTER;
     if (!has(number))

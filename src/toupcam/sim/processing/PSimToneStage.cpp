@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <toupcam/sim/processing/PSimFinish.h>
+#include <toupcam/sim/processing/PSimToneStage.h>
 
 #include <algorithm>
 #include <cmath>
@@ -47,7 +47,7 @@ void split(const std::uint8_t* row, unsigned count, Planes& planes) {
 
 } // namespace
 
-PSimFinish::PSimFinish(const PSimLook& look, unsigned channels, bool blueFirst)
+PSimToneStage::PSimToneStage(const PSimImageSettings& look, unsigned channels, bool blueFirst)
     : m_kind(Kind::Grey) {
     if (channels == 1) {
         m_tones.fill(simTone(look));
@@ -69,7 +69,7 @@ PSimFinish::PSimFinish(const PSimLook& look, unsigned channels, bool blueFirst)
     m_kind = !diagonal ? Kind::Matrix : same ? Kind::Nothing : Kind::Tables;
 }
 
-void PSimFinish::apply(std::uint8_t* row, unsigned width) const {
+void PSimToneStage::apply(std::uint8_t* row, unsigned width) const {
     if (m_kind == Kind::Grey) {
         for (unsigned x = 0; x < width; ++x)
             row[x] = m_tones[0][row[x]];
@@ -83,7 +83,7 @@ void PSimFinish::apply(std::uint8_t* row, unsigned width) const {
     }
 }
 
-void PSimFinish::applyMatrix(std::uint8_t* row, unsigned width) const {
+void PSimToneStage::applyMatrix(std::uint8_t* row, unsigned width) const {
     Planes in = {};
     Planes out;
     for (unsigned x = 0; x < width; x += kBlock, row += std::size_t{kBlock} * 3) {

@@ -5,11 +5,11 @@
 
 /// Brings rows to their place in a picture, flipped and turned, each pixel moved at most once. Used
 /// on one thread.
-class PSimPlacer {
+class PSimOrienter {
 public:
     /// `size` is that of the rows before they are turned; the picture has its final size and
     /// memory.
-    PSimPlacer(const PSimOrientation& orientation, const PSimSize& size, PSimPicture& picture);
+    PSimOrienter(const PSimOrientation& orientation, const PSimSize& size, PSimPicture& picture);
 
     /// Where row `y` is to be written, 0 first, then each of the others in order.
     std::uint8_t* line(unsigned y);

@@ -1,18 +1,18 @@
 // SPDX-License-Identifier: MIT
-#include <toupcam/sim/sensor/PSimSensorLens.h>
+#include <toupcam/sim/sensor/PSimSensorSource.h>
 
 #include <toupcam/sim/frame/PSimRandom.h>
-#include <toupcam/sim/processing/PSimDeveloper.h>
+#include <toupcam/sim/processing/PSimProcessor.h>
 #include <toupcam/sim/sensor/PSimSensor.h>
 
 #include <cmath>
 
-PSimSensorLens::PSimSensorLens(std::shared_ptr<const PSimCameraSpec> spec, std::uint64_t seed)
+PSimSensorSource::PSimSensorSource(std::shared_ptr<const PSimCameraSpec> spec, std::uint64_t seed)
     : m_spec(std::move(spec))
     , m_seed(seed) {
 }
 
-void PSimSensorLens::take(const PSimShot& shot, std::uint64_t frame, PSimPicture& picture) {
+void PSimSensorSource::take(const PSimShot& shot, std::uint64_t frame, PSimPicture& picture) {
     const std::shared_ptr<const PSimLight> light = lightFor(shot, frame);
     // The stage drifts slowly along a closed figure: looking at another part of the same light
     // costs nothing.
@@ -24,19 +24,19 @@ void PSimSensorLens::take(const PSimShot& shot, std::uint64_t frame, PSimPicture
     PSimSensor sensor(m_spec->sensor, *light, x + region.x, y + region.y, shot,
                       flickerOf(shot, picture.microseconds),
                       PSimRandom::mix(PSimRandom::mix(m_seed) ^ PSimRandom::mix(frame)));
-    simDevelop(sensor, 8 * light->channels, shot, picture);
+    simProcess(sensor, 8 * light->channels, shot, picture);
 }
 
 // The rows are read one after the other in the time of a frame at full speed.
-PSimFlicker PSimSensorLens::flickerOf(const PSimShot& shot, std::uint64_t microseconds) const {
+PSimFlicker PSimSensorSource::flickerOf(const PSimShot& shot, std::uint64_t microseconds) const {
     const PSimResolution& mode = m_spec->resolutions[shot.resolution];
     const double exposure = shot.exposureMs / 1000.0;
     const double start = static_cast<double>(microseconds) * 1e-6 - exposure;
     return {m_spec->source.mainsHz, exposure, start, 1.0 / (mode.framesPerSecond * mode.height)};
 }
 
-std::shared_ptr<const PSimLight> PSimSensorLens::lightFor(const PSimShot& shot,
-                                                          std::uint64_t frame) {
+std::shared_ptr<const PSimLight> PSimSensorSource::lightFor(const PSimShot& shot,
+                                                            std::uint64_t frame) {
     const PSimSourceSpec& source = m_spec->source;
     const std::size_t file =
         source.pictures.empty() ? 0 : (frame / source.framesEach) % source.pictures.size();
@@ -58,14 +58,14 @@ std::shared_ptr<const PSimLight> PSimSensorLens::lightFor(const PSimShot& shot,
     return entry.light;
 }
 
-PSimLight PSimSensorLens::makeLight(unsigned resolution, std::size_t file) const {
+PSimLight PSimSensorSource::makeLight(unsigned resolution, std::size_t file) const {
     PSimLight light = specimen(resolution, file);
     light.lightWith(m_spec->source.lightKelvin);
     light.computeRoots();
     return light;
 }
 
-PSimLight PSimSensorLens::specimen(unsigned resolution, std::size_t file) const {
+PSimLight PSimSensorSource::specimen(unsigned resolution, std::size_t file) const {
     const PSimResolution& size = m_spec->resolutions[resolution];
     const unsigned channels = m_spec->bits / 8;
     if (m_spec->source.kind == PSimSourceSpec::Kind::Picture)

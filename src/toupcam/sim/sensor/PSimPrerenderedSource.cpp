@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include <toupcam/sim/sensor/PSimReadyLens.h>
+#include <toupcam/sim/sensor/PSimPrerenderedSource.h>
 
-#include <toupcam/sim/processing/PSimDeveloper.h>
-#include <toupcam/sim/processing/PSimFinish.h>
+#include <toupcam/sim/processing/PSimProcessor.h>
+#include <toupcam/sim/processing/PSimToneStage.h>
 
 #include <QRgb>
 #include <algorithm>
@@ -30,7 +30,7 @@ private:
 
 } // namespace
 
-void PSimReadyLens::take(const PSimShot& shot, std::uint64_t frame, PSimPicture& picture) {
+void PSimPrerenderedSource::take(const PSimShot& shot, std::uint64_t frame, PSimPicture& picture) {
     const PSimResolution& size = m_spec->resolutions[shot.resolution];
     PSimPicture form;
     form.width = size.width;
@@ -41,7 +41,7 @@ void PSimReadyLens::take(const PSimShot& shot, std::uint64_t frame, PSimPicture&
     const Ready& ready = pictures[frame % pictures.size()];
     if (!isAsItIs(shot, form)) {
         RegionRows rows(ready.pixels.data(), form, shot.geometry.region);
-        simDevelop(rows, form.bits, shot, picture);
+        simProcess(rows, form.bits, shot, picture);
         return;
     }
     picture.width = form.width;
@@ -52,12 +52,13 @@ void PSimReadyLens::take(const PSimShot& shot, std::uint64_t frame, PSimPicture&
     picture.pixels = ready.pixels.data();
 }
 
-bool PSimReadyLens::isAsItIs(const PSimShot& shot, const PSimPicture& form) const {
+bool PSimPrerenderedSource::isAsItIs(const PSimShot& shot, const PSimPicture& form) const {
     return isFixed() || (shot.geometry.isPlain({form.width, form.height}) &&
-                         PSimFinish(shot.look, form.bits / 8, form.blueFirst).isNeutral());
+                         PSimToneStage(shot.look, form.bits / 8, form.blueFirst).isNeutral());
 }
 
-PSimReadyLens::Ready PSimReadyLens::make(unsigned index, const PSimPicture& form) const {
+PSimPrerenderedSource::Ready PSimPrerenderedSource::make(unsigned index,
+                                                         const PSimPicture& form) const {
     Ready ready;
     ready.pixels.resize(form.bytes());
     paint(index, form, ready.pixels.data());
@@ -68,8 +69,8 @@ PSimReadyLens::Ready PSimReadyLens::make(unsigned index, const PSimPicture& form
     return ready;
 }
 
-const PSimReadyLens::Pictures& PSimReadyLens::picturesFor(const PSimShot& shot,
-                                                          const PSimPicture& form) {
+const PSimPrerenderedSource::Pictures& PSimPrerenderedSource::picturesFor(const PSimShot& shot,
+                                                                          const PSimPicture& form) {
     const std::lock_guard lock(m_mutex);
     Pictures& ready = m_pictures[{shot.resolution, shot.blueFirst}];
     while (ready.size() < count())
@@ -77,7 +78,8 @@ const PSimReadyLens::Pictures& PSimReadyLens::picturesFor(const PSimShot& shot,
     return ready;
 }
 
-void PSimPatchesLens::paint(unsigned /*index*/, const PSimPicture& form, std::uint8_t* out) const {
+void PSimPatchesSource::paint(unsigned /*index*/, const PSimPicture& form,
+                              std::uint8_t* out) const {
     constexpr QRgb colours[3] = {qRgb(255, 0, 0), qRgb(0, 255, 0), qRgb(0, 0, 255)};
     for (unsigned patch = 0; patch < 3; ++patch) {
         const QRgb colour = colours[patch];
@@ -100,7 +102,7 @@ void PSimPatchesLens::paint(unsigned /*index*/, const PSimPicture& form, std::ui
     }
 }
 
-void PSimRingLens::paint(unsigned index, const PSimPicture& form, std::uint8_t* out) const {
+void PSimRingSource::paint(unsigned index, const PSimPicture& form, std::uint8_t* out) const {
     const unsigned channels = form.bits / 8;
     for (unsigned y = 0; y < form.height; ++y) {
         std::uint8_t* row = out + y * form.stride();

@@ -8,4 +8,4 @@
 /// The camera's processor: makes a picture of the rows of the shot's region, with `bits` a pixel,
 /// in one pass: binning, metering, colour and tone, flips and rotation. Fills everything of the
 /// picture but its number and time. Callable from any thread.
-void simDevelop(PSimRows& sensor, unsigned bits, const PSimShot& shot, PSimPicture& picture);
+void simProcess(PSimRows& sensor, unsigned bits, const PSimShot& shot, PSimPicture& picture);

@@ -2,16 +2,16 @@
 #pragma once
 
 #include <toupcam/sim/sensor/PSimFlicker.h>
-#include <toupcam/sim/sensor/PSimLens.h>
+#include <toupcam/sim/sensor/PSimImageSource.h>
 #include <toupcam/sim/sensor/PSimLight.h>
 
 #include <map>
 #include <mutex>
 
 /// A specimen or a picture seen through the sensor model: what exposure, gain and noise act on.
-class PSimSensorLens : public PSimLens {
+class PSimSensorSource : public PSimImageSource {
 public:
-    PSimSensorLens(std::shared_ptr<const PSimCameraSpec> spec, std::uint64_t seed);
+    PSimSensorSource(std::shared_ptr<const PSimCameraSpec> spec, std::uint64_t seed);
 
     void take(const PSimShot& shot, std::uint64_t frame, PSimPicture& picture) override;
     bool isExposed() const override { return true; }

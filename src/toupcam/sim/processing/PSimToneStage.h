@@ -6,10 +6,10 @@
 
 /// A look made ready for rows of pixels: nothing to do, a table for each channel, or a matrix and a
 /// table. Immutable, callable from any thread.
-class PSimFinish {
+class PSimToneStage {
 public:
     /// For rows of `channels` (1 or 3) bytes a pixel.
-    PSimFinish(const PSimLook& look, unsigned channels, bool blueFirst);
+    PSimToneStage(const PSimImageSettings& look, unsigned channels, bool blueFirst);
 
     bool isNeutral() const { return m_kind == Kind::Nothing; }
     /// Changes a row of `width` pixels in place.

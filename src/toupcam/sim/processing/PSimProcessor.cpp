@@ -1,18 +1,18 @@
 // SPDX-License-Identifier: MIT
-#include <toupcam/sim/processing/PSimDeveloper.h>
+#include <toupcam/sim/processing/PSimProcessor.h>
 
 #include <toupcam/sim/processing/PSimBinnedRows.h>
-#include <toupcam/sim/processing/PSimFinish.h>
-#include <toupcam/sim/processing/PSimPlacer.h>
+#include <toupcam/sim/processing/PSimOrienter.h>
+#include <toupcam/sim/processing/PSimToneStage.h>
 
 namespace {
 
 void developRows(PSimRows& rows, const PSimShot& shot, PSimPicture& picture) {
     const unsigned channels = picture.bits / 8;
     const PSimSize size = shot.geometry.binnedSize();
-    const PSimFinish finish(shot.look, channels, shot.blueFirst);
+    const PSimToneStage finish(shot.look, channels, shot.blueFirst);
     PSimMeter meter(size, channels);
-    PSimPlacer placer(shot.geometry.orientation(), size, picture);
+    PSimOrienter placer(shot.geometry.orientation(), size, picture);
     for (unsigned y = 0; y < size.height; ++y) {
         std::uint8_t* const line = placer.line(y);
         rows.next(line);
@@ -26,7 +26,7 @@ void developRows(PSimRows& rows, const PSimShot& shot, PSimPicture& picture) {
 
 } // namespace
 
-void simDevelop(PSimRows& sensor, unsigned bits, const PSimShot& shot, PSimPicture& picture) {
+void simProcess(PSimRows& sensor, unsigned bits, const PSimShot& shot, PSimPicture& picture) {
     const PSimSize size = shot.geometry.finalSize();
     picture.width = size.width;
     picture.height = size.height;

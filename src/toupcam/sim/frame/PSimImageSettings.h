@@ -3,7 +3,7 @@
 
 /// How the camera's processor makes a picture of what the sensor read. As made, it changes nothing.
 /// Plain values.
-struct PSimLook {
+struct PSimImageSettings {
     int hue = 0;            ///< degrees, -180 … 180
     int saturation = 128;   ///< 0 grey … 128 as it is … 255
     int brightness = 0;     ///< counts, -64 … 64

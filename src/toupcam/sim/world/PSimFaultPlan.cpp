@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <toupcam/sim/world/PSimPlan.h>
+#include <toupcam/sim/world/PSimFaultPlan.h>
 
 #include <toupcam/sim/frame/PSimRandom.h>
 #include <toupcam/sim/world/PSimWorld.h>
@@ -15,9 +15,9 @@ constexpr std::size_t kMostMalformedBytes = std::size_t{256} << 20;
 
 } // namespace
 
-class PSimPlan::Observer : public PSimFrameObserver {
+class PSimFaultPlan::Observer : public PSimFrameObserver {
 public:
-    Observer(std::shared_ptr<PSimPlan> plan, QByteArray camera)
+    Observer(std::shared_ptr<PSimFaultPlan> plan, QByteArray camera)
         : m_plan(std::move(plan))
         , m_camera(std::move(camera)) {}
 
@@ -27,11 +27,11 @@ public:
     void frameDone(std::uint64_t taken) override { m_plan->frameDone(m_camera, taken); }
 
 private:
-    std::shared_ptr<PSimPlan> m_plan;
+    std::shared_ptr<PSimFaultPlan> m_plan;
     QByteArray m_camera;
 };
 
-PSimPlan::PSimPlan(const PSimScene& scene, PSimWorld& world)
+PSimFaultPlan::PSimFaultPlan(const PSimScene& scene, PSimWorld& world)
     : m_world(world)
     , m_seed(scene.seed)
     , m_loaded(std::chrono::steady_clock::now()) {
@@ -39,15 +39,15 @@ PSimPlan::PSimPlan(const PSimScene& scene, PSimWorld& world)
         m_steps.push_back({spec});
 }
 
-PSimPlan::~PSimPlan() {
+PSimFaultPlan::~PSimFaultPlan() {
     stop();
 }
 
-std::shared_ptr<PSimFrameObserver> PSimPlan::observer(const QByteArray& camera) {
+std::shared_ptr<PSimFrameObserver> PSimFaultPlan::observer(const QByteArray& camera) {
     return std::make_shared<Observer>(shared_from_this(), camera);
 }
 
-void PSimPlan::start() {
+void PSimFaultPlan::start() {
     for (const Step& step : m_steps) {
         const PSimFaultSpec& spec = step.spec;
         if (spec.action == Action::Fail)
@@ -69,15 +69,15 @@ void PSimPlan::start() {
     std::thread([self = shared_from_this()] { self->runTimer(); }).detach();
 }
 
-void PSimPlan::stop() {
+void PSimFaultPlan::stop() {
     std::unique_lock lock(m_mutex);
     m_stopping = true;
     m_wake.notify_all();
     m_wake.wait(lock, [this] { return !m_timerRuns; });
 }
 
-bool PSimPlan::isLost(const QByteArray& camera, std::uint64_t taken,
-                      std::uint64_t triggered) const {
+bool PSimFaultPlan::isLost(const QByteArray& camera, std::uint64_t taken,
+                           std::uint64_t triggered) const {
     return std::any_of(m_steps.begin(), m_steps.end(), [&](const Step& step) {
         if (step.spec.camera != camera)
             return false;
@@ -87,13 +87,13 @@ bool PSimPlan::isLost(const QByteArray& camera, std::uint64_t taken,
     });
 }
 
-bool PSimPlan::isUnlucky(const PSimFaultSpec& step, std::uint64_t taken) const {
+bool PSimFaultPlan::isUnlucky(const PSimFaultSpec& step, std::uint64_t taken) const {
     // The frame's number decides, not the order of asking: the same in every run.
     PSimRandom random(PSimRandom::mix(m_seed ^ PSimRandom::mix(taken)));
     return random.uniform() < step.probability;
 }
 
-void PSimPlan::frameDone(const QByteArray& camera, std::uint64_t taken) {
+void PSimFaultPlan::frameDone(const QByteArray& camera, std::uint64_t taken) {
     for (Step& step : m_steps) {
         const PSimFaultSpec& spec = step.spec;
         if (spec.camera != camera || !spec.afterFrames || *spec.afterFrames > taken)
@@ -107,7 +107,7 @@ void PSimPlan::frameDone(const QByteArray& camera, std::uint64_t taken) {
     }
 }
 
-PSimPlan::Step* PSimPlan::nextTimed() {
+PSimFaultPlan::Step* PSimFaultPlan::nextTimed() {
     Step* next = nullptr;
     for (Step& step : m_steps) {
         if (step.spec.atMs && !step.done && (!next || *step.spec.atMs < *next->spec.atMs))
@@ -116,14 +116,14 @@ PSimPlan::Step* PSimPlan::nextTimed() {
     return next;
 }
 
-void PSimPlan::runTimer() {
+void PSimFaultPlan::runTimer() {
     std::unique_lock lock(m_mutex);
     performTimed(lock);
     m_timerRuns = false;
     m_wake.notify_all();
 }
 
-void PSimPlan::performTimed(std::unique_lock<std::mutex>& lock) {
+void PSimFaultPlan::performTimed(std::unique_lock<std::mutex>& lock) {
     while (Step* const step = nextTimed()) {
         const auto when = m_loaded + std::chrono::milliseconds(*step->spec.atMs);
         if (m_wake.wait_until(lock, when, [this] { return m_stopping; }))
@@ -136,7 +136,7 @@ void PSimPlan::performTimed(std::unique_lock<std::mutex>& lock) {
     }
 }
 
-void PSimPlan::perform(const PSimFaultSpec& step) {
+void PSimFaultPlan::perform(const PSimFaultSpec& step) {
     switch (step.action) {
     case Action::Unplug:
         m_world.unplug(step.camera);
@@ -164,7 +164,7 @@ void PSimPlan::perform(const PSimFaultSpec& step) {
     }
 }
 
-void PSimPlan::pushMalformed(const PSimFaultSpec& step) {
+void PSimFaultPlan::pushMalformed(const PSimFaultSpec& step) {
     BITMAPINFOHEADER header{};
     header.biSize = sizeof header;
     header.biWidth = step.width;

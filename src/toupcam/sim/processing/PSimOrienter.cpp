@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <toupcam/sim/processing/PSimPlacer.h>
+#include <toupcam/sim/processing/PSimOrienter.h>
 
 #include <algorithm>
 #include <cstring>
@@ -33,8 +33,8 @@ void gatherColumn(const std::uint8_t* from, std::size_t stride, unsigned count, 
 
 } // namespace
 
-PSimPlacer::PSimPlacer(const PSimOrientation& orientation, const PSimSize& size,
-                       PSimPicture& picture)
+PSimOrienter::PSimOrienter(const PSimOrientation& orientation, const PSimSize& size,
+                           PSimPicture& picture)
     : m_orientation(orientation)
     , m_size(size)
     , m_pixelBytes(picture.bits / 8)
@@ -47,18 +47,18 @@ PSimPlacer::PSimPlacer(const PSimOrientation& orientation, const PSimSize& size,
         m_band.resize(std::size_t{size.width} * m_pixelBytes * (orientation.exchanged ? kBand : 1));
 }
 
-std::uint8_t* PSimPlacer::target(unsigned y) const {
+std::uint8_t* PSimOrienter::target(unsigned y) const {
     return m_out + (m_orientation.mirroredY ? m_size.height - 1 - y : y) * m_stride;
 }
 
-std::uint8_t* PSimPlacer::line(unsigned y) {
+std::uint8_t* PSimOrienter::line(unsigned y) {
     if (isDirect())
         return target(y);
     const unsigned place = m_orientation.exchanged ? y % kBand : 0;
     return m_band.data() + std::size_t{place} * m_size.width * m_pixelBytes;
 }
 
-void PSimPlacer::written(unsigned y) {
+void PSimOrienter::written(unsigned y) {
     if (m_orientation.exchanged) {
         if (y % kBand == kBand - 1 || y == m_size.height - 1)
             placeExchanged(y / kBand * kBand, y % kBand + 1);
@@ -67,12 +67,12 @@ void PSimPlacer::written(unsigned y) {
     }
 }
 
-void PSimPlacer::placeMirrored(unsigned y) {
+void PSimOrienter::placeMirrored(unsigned y) {
     const auto mirror = m_pixelBytes == 3 ? mirrorRow<3> : mirrorRow<1>;
     mirror(m_band.data(), m_size.width, target(y));
 }
 
-void PSimPlacer::placeExchanged(unsigned first, unsigned count) {
+void PSimOrienter::placeExchanged(unsigned first, unsigned count) {
     const auto gather = m_pixelBytes == 3 ? gatherColumn<3> : gatherColumn<1>;
     const std::size_t bandStride = std::size_t{m_size.width} * m_pixelBytes;
     const bool mirrored = m_orientation.mirroredX;
