@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <PCdGui/PActionEditor.h>
 
-#include <PCdGui/PPropertyWords.h>
+#include <PCdGui/PPropertyDisplay.h>
 
 #include <PCd/property/PDeviceProperty.h>
 
@@ -17,7 +17,7 @@ PActionEditor::PActionEditor(PDeviceProperty* property)
 }
 
 void PActionEditor::showWords() {
-    m_button->setText(PPropertyWords::plainTitle(title()));
+    m_button->setText(PPropertyDisplay::plainTitle(title()));
     m_button->setAccessibleName(title());
 }
 

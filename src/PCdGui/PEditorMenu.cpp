@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <PCdGui/PEditorMenu.h>
 
+#include <PCdGui/PPropertyDisplay.h>
 #include <PCdGui/PPropertyEditor.h>
-#include <PCdGui/PPropertyWords.h>
 
 #include <PCd/property/PDeviceProperty.h>
 #include <PCd/property/PPropertyCheck.h>
@@ -42,7 +42,7 @@ QMenu* PEditorMenu::create(PPropertyEditor* editor, QWidget* part) {
         return menu;
     }
     const QVariant standard = property->defaultValue();
-    const QString words = PPropertyWords::valueText(*property, editor->shownRange(), standard);
+    const QString words = PPropertyDisplay::valueText(*property, editor->shownRange(), standard);
     reset->setText(tr("Reset to default (%1)").arg(words));
     const PStatus status = PPropertyCheck::check(*property, standard);
     reset->setEnabled(status.isOk());

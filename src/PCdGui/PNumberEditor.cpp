@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <PCdGui/PNumberEditor.h>
 
-#include <PCdGui/PPropertyWords.h>
+#include <PCdGui/PPropertyDisplay.h>
 
 #include <PGui/PRangeWidget.h>
 
@@ -25,7 +25,7 @@ PNumberEditor::PNumberEditor(PDeviceProperty* property)
 }
 
 void PNumberEditor::showWords() {
-    m_control->setNumberText(PPropertyWords::numberText(*property()));
+    m_control->setNumberText(PPropertyDisplay::numberText(*property()));
     m_control->setControlName(title());
 }
 

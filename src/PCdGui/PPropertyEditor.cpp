@@ -2,7 +2,7 @@
 #include <PCdGui/PPropertyEditor.h>
 
 #include <PCdGui/PEditorMenu.h>
-#include <PCdGui/PPropertyWords.h>
+#include <PCdGui/PPropertyDisplay.h>
 
 #include <QContextMenuEvent>
 #include <QHBoxLayout>
@@ -63,8 +63,8 @@ void PPropertyEditor::follow() {
         refresh();
     });
     connect(m_property, &QObject::destroyed, this, &PPropertyEditor::onPropertyDestroyed);
-    connect(&m_sender, &PValueSender::settled, this, &PPropertyEditor::refresh);
-    connect(&m_sender, &PValueSender::refused, this, &PPropertyEditor::onRefused);
+    connect(&m_sender, &PCoalescingSetter::settled, this, &PPropertyEditor::refresh);
+    connect(&m_sender, &PCoalescingSetter::refused, this, &PPropertyEditor::onRefused);
     connect(&m_watch, &PDeviceWatch::usableChanged, this, &PPropertyEditor::updateUsable);
 }
 
@@ -92,7 +92,7 @@ void PPropertyEditor::updateUsable() {
 
 void PPropertyEditor::updateToolTip() {
     if (m_property && m_watch.isUsable())
-        setToolTip(PPropertyWords::toolTip(*m_property, shownRange(), m_texts.description));
+        setToolTip(PPropertyDisplay::toolTip(*m_property, shownRange(), m_texts.description));
     else
         setToolTip(tr("The device is not connected."));
 }
@@ -114,7 +114,7 @@ void PPropertyEditor::onPropertyDestroyed() {
 
 void PPropertyEditor::onRefused() {
     emit refused(m_texts.title,
-                 PPropertyWords::valueText(*m_property, shownRange(), m_property->valueInner()));
+                 PPropertyDisplay::valueText(*m_property, shownRange(), m_property->valueInner()));
 }
 
 void PPropertyEditor::send(const QVariant& value) {

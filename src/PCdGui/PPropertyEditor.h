@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCdGui/PCoalescingSetter.h>
 #include <PCdGui/PDeviceTexts.h>
 #include <PCdGui/PDeviceWatch.h>
-#include <PCdGui/PValueSender.h>
 
 #include <QPointer>
 #include <QVariant>
@@ -69,5 +69,5 @@ private:
     QPointer<PDeviceProperty> m_property;
     PDeviceTexts::Texts m_texts;
     PDeviceWatch m_watch;
-    PValueSender m_sender;
+    PCoalescingSetter m_sender;
 };

@@ -3,9 +3,9 @@
 
 #include <PCdGui/PDeviceTexts.h>
 #include <PCdGui/PDeviceWatch.h>
+#include <PCdGui/PPropertyDisplay.h>
 #include <PCdGui/PPropertyEditor.h>
 #include <PCdGui/PPropertyLabel.h>
-#include <PCdGui/PPropertyWords.h>
 #include <PCdGui/PShownWords.h>
 
 #include <PCd/property/PDeviceProperty.h>
@@ -63,7 +63,7 @@ void disableWithDevice(QWidget* panel, PDevice* device) {
 
 PPropertyGroupPanel::PPropertyGroupPanel(const QString& title,
                                          const QList<PDeviceProperty*>& properties, QWidget* parent)
-    : QGroupBox(PPropertyWords::plainTitle(title), parent)
+    : QGroupBox(PPropertyDisplay::plainTitle(title), parent)
     , m_form(new QFormLayout(this)) {
     m_form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
     m_form->setLabelAlignment(Qt::AlignLeft);
@@ -108,7 +108,7 @@ void PPropertyGroupPanel::addTitled(QWidget* title, PPropertyEditor* editor) {
 }
 
 void PPropertyGroupPanel::setTexts(const QString& groupTitle, const PDeviceTexts& texts) {
-    setTitle(PPropertyWords::plainTitle(groupTitle));
+    setTitle(PPropertyDisplay::plainTitle(groupTitle));
     for (Row& row : m_rows) {
         const PDeviceTexts::Texts own = texts.ofProperty(row.id);
         row.words = wordsOf(row.id, own, groupTitle);

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <PCdGui/PPropertyLabel.h>
 
+#include <PCdGui/PPropertyDisplay.h>
 #include <PCdGui/PPropertyEditor.h>
-#include <PCdGui/PPropertyWords.h>
 
 #include <QCoreApplication>
 #include <QHelpEvent>
@@ -20,7 +20,7 @@ PPropertyLabel::PPropertyLabel(const QString& title, PPropertyEditor* editor)
 }
 
 void PPropertyLabel::setTitle(const QString& title) {
-    setText(PPropertyWords::plainTitle(title));
+    setText(PPropertyDisplay::plainTitle(title));
 }
 
 /// A form gives a label that wraps the height of one line less than it needs.

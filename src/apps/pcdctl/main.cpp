@@ -4,7 +4,7 @@
 #include <apps/pcdctl/cli/PCtlParser.h>
 #include <apps/pcdctl/commands/PCtlCommands.h>
 
-#include <apps/common/program/PEndSignals.h>
+#include <apps/common/program/PTerminationSignals.h>
 
 #include <PLog/PLog.h>
 
@@ -106,7 +106,7 @@ PCtlOutcome guardedRun(const QStringList& arguments) {
 } // namespace
 
 int main(int argc, char* argv[]) {
-    PEndSignals::watch();
+    PTerminationSignals::watch();
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationVersion(QStringLiteral(PCD_VERSION));
     PCtlOutcome outcome = guardedRun(QCoreApplication::arguments());

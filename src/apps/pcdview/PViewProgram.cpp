@@ -2,11 +2,11 @@
 #include <apps/pcdview/PViewProgram.h>
 
 #include <apps/common/picture/PPictureFile.h>
-#include <apps/common/program/PEndSignals.h>
+#include <apps/common/program/PTerminationSignals.h>
 #include <apps/common/program/PTranslations.h>
 #include <apps/pcdview/options/PTheme.h>
 #include <apps/pcdview/options/PViewLog.h>
-#include <apps/pcdview/window/camera/PCameraDesk.h>
+#include <apps/pcdview/window/camera/PCameraTabs.h>
 #include <apps/pcdview/window/main/PMainWindow.h>
 
 #include <PCdGui/PCdGui.h>
@@ -121,10 +121,10 @@ int PViewProgram::run(const PViewOptions& options) {
         QTimer::singleShot(options.grabAfter, m_window.get(),
                            [this, path = options.grab] { grab(path); });
     }
-    PEndSignals::expect();
+    PTerminationSignals::expect();
     QTimer watch;
     QObject::connect(&watch, &QTimer::timeout, m_window.get(), [this] {
-        if (PEndSignals::isNoted())
+        if (PTerminationSignals::isNoted())
             endBySignal();
     });
     watch.start(signalsEvery);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <apps/common/program/PEndSignals.h>
+#include <apps/common/program/PTerminationSignals.h>
 #include <apps/pcdview/PViewProgram.h>
 
 #include <QApplication>
@@ -51,7 +51,7 @@ int runProgram(bool canShow) {
 } // namespace
 
 int main(int argc, char* argv[]) {
-    PEndSignals::watch();
+    PTerminationSignals::watch();
     const bool canShow = hasDisplay(argc, argv);
     if (!canShow)
         qputenv("QT_QPA_PLATFORM", "offscreen"); // help and pictures need none

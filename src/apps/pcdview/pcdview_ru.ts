@@ -2,7 +2,7 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="ru" sourcelanguage="en">
 <context>
-    <name>PCameraDesk</name>
+    <name>PCameraTabs</name>
     <message>
         <source>This camera cannot be opened: %1</source>
         <translation>Эту камеру не удаётся открыть: %1</translation>
@@ -354,7 +354,7 @@
     </message>
 </context>
 <context>
-    <name>PGrowingFile</name>
+    <name>PTransactionalFile</name>
     <message>
         <source>the file was removed while it was written</source>
         <translation>файл удалили во время записи</translation>
@@ -737,7 +737,7 @@ It is the size on the sensor divided by the magnification.</source>
     </message>
 </context>
 <context>
-    <name>PPanels</name>
+    <name>PDockPanels</name>
     <message>
         <source>Cameras</source>
         <translation>Камеры</translation>
@@ -875,7 +875,7 @@ It is the size on the sensor divided by the magnification.</source>
     </message>
 </context>
 <context>
-    <name>PPropertyWords</name>
+    <name>PPropertyDisplay</name>
     <message>
         <source>µs</source>
         <translation>мкс</translation>
@@ -1046,7 +1046,7 @@ It is the size on the sensor divided by the magnification.</source>
     </message>
 </context>
 <context>
-    <name>PSettingsMemory</name>
+    <name>PSettingsRestorer</name>
     <message>
         <source>the camera did not take it</source>
         <translation>камера этого не приняла</translation>

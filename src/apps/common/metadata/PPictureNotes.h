@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <apps/common/metadata/PPictureMetadata.h>
 #include <apps/common/metadata/PPictureTags.h>
-#include <apps/common/metadata/PPictureText.h>
 
 /// Everything saved with a picture about how it was taken. A value.
 struct PPictureNotes {
-    PPictureText text;
+    PPictureMetadata text;
     PPictureTags tags = {};
 
     /// Of a frame; `pixelSizeUm` is on the specimen, of a pixel as saved. Any thread.

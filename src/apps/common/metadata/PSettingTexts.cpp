@@ -109,7 +109,7 @@ public:
             list.append({key, text});
     }
 
-    PPictureText list;
+    PPictureMetadata list;
 
 private:
     bool m_areTriggered;
@@ -127,7 +127,7 @@ void appendFields(Texts& texts, const QByteArray& id, const QVariant& value) {
 
 } // namespace
 
-PPictureText PSettingTexts::of(const PDeviceSettings& settings) {
+PPictureMetadata PSettingTexts::of(const PDeviceSettings& settings) {
     Texts texts(PCaptureMode::isTriggered(settings));
     const PFrameExposure exposure = PFrameExposure::of(settings, {});
     if (exposure.gain)

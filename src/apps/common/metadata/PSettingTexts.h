@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <apps/common/metadata/PPictureText.h>
+#include <apps/common/metadata/PPictureMetadata.h>
 
 struct PDeviceSettings;
 
@@ -12,5 +12,5 @@ public:
     /// "Setting ID". Left out are exposure times, which are in PFrameExposure::timeText(), settings
     /// of the trigger where the frame is not triggered, and a fan that could not be read. Any
     /// thread.
-    static PPictureText of(const PDeviceSettings& settings);
+    static PPictureMetadata of(const PDeviceSettings& settings);
 };

@@ -2,7 +2,7 @@
 #pragma once
 
 #include <apps/common/camera/PFrameExposure.h>
-#include <apps/common/metadata/PPictureText.h>
+#include <apps/common/metadata/PPictureMetadata.h>
 
 #include <QByteArray>
 #include <QDateTime>
@@ -30,7 +30,7 @@ struct POmeDocument {
     PFrameExposure exposure;
     std::optional<double> pixelSizeUm;       ///< on the specimen, of a pixel as saved
     std::optional<double> sensorTemperature; ///< degrees Celsius
-    PPictureText notes;                      ///< what the schema has no field for
+    PPictureMetadata notes;                  ///< what the schema has no field for
     std::vector<POmePlane> planes;
 
     /// The whole document, as UTF-8.

@@ -11,7 +11,7 @@ namespace {
 // Automatic gain may change several times a second, for days.
 constexpr qsizetype mostChanges = 1000;
 
-void appendTally(PPictureText& notes, const PRecordTally& tally) {
+void appendTally(PPictureMetadata& notes, const PRecordTally& tally) {
     const std::pair<const char*, quint64> counts[]{{"wanted", tally.wanted},
                                                    {"written", tally.written},
                                                    {"failed", tally.failed},
@@ -41,7 +41,7 @@ QString completeText(const PRecordEnd& end) {
     return u"no: "_qs + end.trouble + (lost.isEmpty() ? QString() : u"; "_qs + lost);
 }
 
-void appendLedger(PPictureText& notes, const PFrameLedger& ledger) {
+void appendLedger(PPictureMetadata& notes, const PFrameLedger& ledger) {
     notes.append({u"Camera frames produced"_qs, QString::number(ledger.produced)});
     for (const PFrameOutcome outcome : PFrameLedger::allOutcomes()) {
         notes.append({u"Camera frames "_qs + QString::fromLatin1(PFrameLedger::key(outcome)),
@@ -56,12 +56,12 @@ POmeNotes::POmeNotes(PCameraIdentity camera)
     : m_camera(std::move(camera)) {
 }
 
-PPictureText POmeNotes::ofCamera(const PFrameStamp& first) const {
+PPictureMetadata POmeNotes::ofCamera(const PFrameStamp& first) const {
     return pictureTextOf(m_camera, &first);
 }
 
-PPictureText POmeNotes::unfinished(const PFrameStamp& first) const {
-    PPictureText notes = ofCamera(first);
+PPictureMetadata POmeNotes::unfinished(const PFrameStamp& first) const {
+    PPictureMetadata notes = ofCamera(first);
     notes.append({u"Complete"_qs, u"no: the recording was cut short, and the times of its frames "
                                   "are in the description of each"_qs});
     return notes;
@@ -83,7 +83,7 @@ void POmeNotes::addChanges(const PFrameStamp& stamp) {
     // The time itself is written with every frame.
     if (exposure.automatic != PFrameExposure::of(*before, {}).automatic)
         addChange(u"Exposure"_qs, stamp, exposure.timeText());
-    const PPictureText known = PSettingTexts::of(*before);
+    const PPictureMetadata known = PSettingTexts::of(*before);
     for (const auto& text : PSettingTexts::of(*stamp.settings)) {
         if (!known.contains(text))
             addChange(text.first, stamp, text.second);
@@ -113,8 +113,8 @@ QString POmeNotes::numbers() const {
     return runs.join(u", "_qs);
 }
 
-PPictureText POmeNotes::finished(const PRecordEnd& end) const {
-    PPictureText notes = m_first + m_changes;
+PPictureMetadata POmeNotes::finished(const PRecordEnd& end) const {
+    PPictureMetadata notes = m_first + m_changes;
     if (m_moreChanges > 0)
         notes.append({u"Changes of settings not listed"_qs, QString::number(m_moreChanges)});
     notes.append({u"Complete"_qs, completeText(end)});

@@ -16,20 +16,20 @@ public:
     void add(const PFrameStamp& stamp);
 
     /// What can be said when the first frame is written and the end is not known.
-    PPictureText unfinished(const PFrameStamp& first) const;
+    PPictureMetadata unfinished(const PFrameStamp& first) const;
     /// What can be said at the end.
-    PPictureText finished(const PRecordEnd& end) const;
+    PPictureMetadata finished(const PRecordEnd& end) const;
 
 private:
-    PPictureText ofCamera(const PFrameStamp& first) const;
+    PPictureMetadata ofCamera(const PFrameStamp& first) const;
     void addChanges(const PFrameStamp& stamp);
     void addChange(const QString& key, const PFrameStamp& stamp, const QString& text);
     void addNumber(quint64 sequence);
     QString numbers() const;
 
     const PCameraIdentity m_camera;
-    PPictureText m_first;   ///< of the first frame
-    PPictureText m_changes; ///< of settings, since then; not more than can be read
+    PPictureMetadata m_first;   ///< of the first frame
+    PPictureMetadata m_changes; ///< of settings, since then; not more than can be read
     quint64 m_moreChanges = 0;
     std::shared_ptr<const PDeviceSettings> m_settings;
     std::vector<std::pair<quint64, quint64>> m_numbers; ///< first and last of frames in a row

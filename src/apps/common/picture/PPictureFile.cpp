@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/picture/PPictureFile.h>
 
-#include <apps/common/picture/PFileNaming.h>
+#include <apps/common/picture/PExclusiveRename.h>
 #include <apps/common/picture/PPngChunk.h>
 #include <apps/common/tiff/PTiffEncoder.h>
 #include <apps/common/tiff/PTiffExif.h>
@@ -106,7 +106,7 @@ PStatus createFile(const QString& path, const QByteArray& bytes) {
     auto removePart = qScopeGuard([&] { file.remove(); });
     if (!writeAll(file, bytes))
         return fileFailure(path, file.errorString());
-    if (const int error = PFileNaming::name(file.fileName(), path))
+    if (const int error = PExclusiveRename::name(file.fileName(), path))
         return fileFailure(path, qt_error_string(error));
     removePart.dismiss();
     return PStatus::Ok;

@@ -9,7 +9,7 @@ constexpr int writerCount = 2;
 
 } // namespace
 
-PFrameSaver::PFrameSaver(PNumberedFiles files, SaveFrame saveFrame, std::size_t byteLimit)
+PFrameSaver::PFrameSaver(PFileSequence files, SaveFrame saveFrame, std::size_t byteLimit)
     : m_queue([files = std::move(files), save = std::move(saveFrame)](
                   const PDeviceFrame& frame,
                   quint64 number) { return save(files.path(number), frame); },

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <apps/common/record/PFileSequence.h>
 #include <apps/common/record/PFrameWriteQueue.h>
-#include <apps/common/record/PNumberedFiles.h>
 
 #include <PCd/frame/PFrameSink.h>
 
@@ -14,7 +14,7 @@ public:
     using SaveFrame = std::function<PStatus(const QString& path, const PDeviceFrame& frame)>;
 
     /// The destructor saves what still waits, then returns.
-    PFrameSaver(PNumberedFiles files, SaveFrame saveFrame,
+    PFrameSaver(PFileSequence files, SaveFrame saveFrame,
                 std::size_t byteLimit = PFrameWriteQueue::defaultByteLimit());
 
     /// False if too much waits already, or a file could not be saved before.

@@ -2,15 +2,15 @@
 #pragma once
 
 #include <apps/common/camera/PCameraIdentity.h>
+#include <apps/common/record/PFileSequence.h>
 #include <apps/common/record/PFrameWriter.h>
-#include <apps/common/record/PNumberedFiles.h>
 
 /// Writes a recording as a series of PNG or TIFF files, one a frame, each with its PPictureNotes.
 /// Never overwrites a file.
 class PSeriesWriter : public PFrameWriter {
 public:
     /// The size of a pixel as saved is on the specimen, in micrometres.
-    PSeriesWriter(PNumberedFiles files, PCameraIdentity camera,
+    PSeriesWriter(PFileSequence files, PCameraIdentity camera,
                   std::optional<double> pixelSizeUm = std::nullopt)
         : m_files(std::move(files))
         , m_camera(std::move(camera))
@@ -21,7 +21,7 @@ public:
     PStatus finish(const PRecordEnd&) override { return PStatus::Ok; }
 
 private:
-    const PNumberedFiles m_files;
+    const PFileSequence m_files;
     const PCameraIdentity m_camera;
     const std::optional<double> m_pixelSizeUm;
 };

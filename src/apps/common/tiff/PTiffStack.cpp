@@ -29,7 +29,7 @@ int keepQuiet(TIFF*, void*, const char*, const char*, va_list) {
 
 /// What libtiff, which calls back from C, reads and writes.
 struct PTiffStack::Stream {
-    explicit Stream(PGrowingFile& growing)
+    explicit Stream(PTransactionalFile& growing)
         : file(growing) {}
 
     static Stream& of(thandle_t handle) { return *static_cast<Stream*>(handle); }
@@ -58,7 +58,7 @@ struct PTiffStack::Stream {
     static int close(thandle_t) { return 0; }
     static toff_t size(thandle_t handle) { return toff_t(of(handle).file.size()); }
 
-    PGrowingFile& file;
+    PTransactionalFile& file;
     qint64 position = 0;
     bool closing = false; ///< nothing is written any more
 };

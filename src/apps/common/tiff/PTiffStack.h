@@ -2,7 +2,7 @@
 #pragma once
 
 #include <apps/common/metadata/PPictureTags.h>
-#include <apps/common/tiff/PGrowingFile.h>
+#include <apps/common/tiff/PTransactionalFile.h>
 
 #include <PCore/PStatus.h>
 
@@ -61,7 +61,7 @@ private:
     bool writeStrips(const QImage& picture, int samples, int rowsPerStrip);
     void findDescription(qint64 directory, const QByteArray& description);
 
-    PGrowingFile m_file;
+    PTransactionalFile m_file;
     const std::unique_ptr<Stream> m_stream;
     Handle m_tiff;
     std::vector<uchar> m_rows; ///< of one strip

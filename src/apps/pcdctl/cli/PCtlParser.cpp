@@ -7,7 +7,7 @@
 #include <apps/common/picture/PPictureFile.h>
 #include <apps/common/program/PDurationText.h>
 #include <apps/common/program/PTranslations.h>
-#include <apps/common/record/PNumberedFiles.h>
+#include <apps/common/record/PFileSequence.h>
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -175,7 +175,7 @@ PCtlOutcome usageUnlessOk(const PStatus& status) {
 }
 
 PCtlOutcome checkSavePattern(const QString& pattern) {
-    PNumberedFiles files;
+    PFileSequence files;
     const PCtlOutcome outcome = usageUnlessOk(files.setPattern(pattern));
     return outcome.isDone() ? usageUnlessOk(PPictureFile::checkName(pattern)) : outcome;
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <apps/pcdctl/cli/PInterruptibleLoop.h>
 
-#include <apps/common/program/PEndSignals.h>
+#include <apps/common/program/PTerminationSignals.h>
 
 #include <QDeadlineTimer>
 
@@ -12,12 +12,12 @@ constexpr std::chrono::milliseconds heartbeat(50);
 } // namespace
 
 PInterruptibleLoop::PInterruptibleLoop() {
-    PEndSignals::expect();
+    PTerminationSignals::expect();
     m_heartbeat.start(heartbeat);
 }
 
 bool PInterruptibleLoop::isInterrupted() const {
-    return PEndSignals::isNoted();
+    return PTerminationSignals::isNoted();
 }
 
 bool PInterruptibleLoop::waitFor(const std::function<bool()>& predicate,

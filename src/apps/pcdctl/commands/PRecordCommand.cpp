@@ -6,7 +6,7 @@
 
 #include <apps/common/ome/POmeStackWriter.h>
 #include <apps/common/picture/PPictureFile.h>
-#include <apps/common/record/PNumberedFiles.h>
+#include <apps/common/record/PFileSequence.h>
 
 #include <QFileInfo>
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include <apps/pcdctl/camera/PCameraWork.h>
 #include <apps/pcdctl/camera/PCtlSettings.h>
+#include <apps/pcdctl/camera/PWithCamera.h>
 #include <apps/pcdctl/commands/PCtlCommands.h>
 #include <apps/pcdctl/properties/PPropertyJson.h>
 #include <apps/pcdctl/properties/PPropertyPrint.h>

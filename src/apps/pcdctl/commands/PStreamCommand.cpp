@@ -20,7 +20,7 @@ void print(const PStreamReport& report, bool json) {
 PCtlOutcome prepareStreamFiles(const PCtlOptions& options) {
     if (options.savePattern.isEmpty())
         return {};
-    PNumberedFiles files;
+    PFileSequence files;
     PStatus status = files.setPattern(options.savePattern);
     if (status.isOk())
         status = PPictureFile::prepareFolder(files.path(1));

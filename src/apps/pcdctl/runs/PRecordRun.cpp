@@ -22,7 +22,7 @@ PCtlOutcome PRecordRun::run() {
         return outcome;
     m_session.waitFor([this] { return isOver(); });
     // Asked before the stream is closed: closing it takes time, which is no stall.
-    QString trouble = troubleAfter();
+    QString trouble = failureReason();
     const PStatus closed = m_session.close();
     if (trouble.isEmpty())
         trouble = closed.reason();
@@ -64,7 +64,7 @@ std::unique_ptr<PFrameWriter> PRecordRun::makeWriter() const {
             m_options.output, m_camera, PSettingNames::of(device), m_options.frames,
             m_options.pixelSizeUm, PSensorTemperature::of(*device)});
     }
-    PNumberedFiles files;
+    PFileSequence files;
     files.setPattern(m_options.output); // good: the arguments were checked
     return std::make_unique<PSeriesWriter>(files, m_camera, m_options.pixelSizeUm);
 }
@@ -96,7 +96,7 @@ void PRecordRun::showStatus(const PFrameRecorder::Progress& progress) {
 
 /// Why the stream ended other than it should; empty if it did not. What went wrong with the files
 /// is for the recorder to say.
-QString PRecordRun::troubleAfter() const {
+QString PRecordRun::failureReason() const {
     const PFrameRecorder::Progress progress = m_recorder->progress();
     const quint64 taken = progress.tally.written + progress.tally.waiting;
     if (progress.isOver)

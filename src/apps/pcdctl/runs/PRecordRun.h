@@ -31,7 +31,7 @@ private:
     bool isOver();
     bool isStalled() const;
     void showStatus(const PFrameRecorder::Progress& progress);
-    QString troubleAfter() const;
+    QString failureReason() const;
     void finish(const QString& trouble);
     QString troubleInAccounts() const;
 

@@ -31,7 +31,7 @@ PCtlOutcome PStreamRun::run() {
         return outcome;
     const bool reachedEnd = m_session.waitFor([this] { return isOver(); }, m_options.duration);
     // Asked before the stream is closed: closing it takes time, which is no stall.
-    const QString trouble = troubleAfter(reachedEnd);
+    const QString trouble = failureReason(reachedEnd);
     if (m_trigger && !m_session.isUnplugged())
         fireTrigger(0);
     const PStatus closed = m_session.close();
@@ -85,7 +85,7 @@ PCtlOutcome PStreamRun::fireTrigger(int frames) {
 }
 
 PCtlOutcome PStreamRun::startSaver() {
-    PNumberedFiles files;
+    PFileSequence files;
     const PStatus status = files.setPattern(m_options.savePattern);
     if (!status.isOk())
         return PCtlOutcome::wrongUsage(status.reason());
@@ -159,7 +159,7 @@ void PStreamRun::showStatus() {
 }
 
 /// Why the stream ended other than it should; empty if it did not.
-QString PStreamRun::troubleAfter(bool reachedEnd) const {
+QString PStreamRun::failureReason(bool reachedEnd) const {
     const quint64 frames = m_tally.frames();
     if (m_session.isUnplugged())
         return u"camera %1 was unplugged after %2 frames"_qs.arg(m_camera.id).arg(frames);

@@ -37,7 +37,7 @@ private:
     bool isStalled() const;
     double share() const;
     void showStatus();
-    QString troubleAfter(bool reachedEnd) const;
+    QString failureReason(bool reachedEnd) const;
     QString troubleInAccounts() const;
     void finishSaving();
 

@@ -5,7 +5,7 @@
 #include <apps/common/camera/PExposureWatch.h>
 #include <apps/common/camera/PSettingNames.h>
 #include <apps/pcdview/camera/PExposureCountdown.h>
-#include <apps/pcdview/camera/PSettingsMemory.h>
+#include <apps/pcdview/camera/PSettingsRestorer.h>
 
 #include <PCd/device/PDevice.h>
 
@@ -104,7 +104,7 @@ private:
     const PExposureCountdown::Now m_now;
     QPointer<PDevice> m_device;
     PSettingNames m_names;
-    PSettingsMemory m_memory;
+    PSettingsRestorer m_memory;
     std::unique_ptr<PExposureWatch> m_exposure;      ///< while there is a device
     std::unique_ptr<PExposureCountdown> m_countdown; ///< likewise
     PDeviceFrame m_frame;

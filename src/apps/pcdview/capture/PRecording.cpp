@@ -88,7 +88,7 @@ std::unique_ptr<PFrameWriter> PRecording::makeWriter(const PViewCamera& camera,
                                          PSensorTemperature::of(*camera.device())};
         return std::make_unique<POmeStackWriter>(options);
     }
-    PNumberedFiles files;
+    PFileSequence files;
     files.setPattern(m_path + endingOf(settings.format)); // good: its file name is ours
     return std::make_unique<PSeriesWriter>(files, camera.identity(), pixelSizeUm);
 }

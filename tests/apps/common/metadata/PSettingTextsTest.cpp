@@ -3,7 +3,7 @@
 
 #include <apps/common/TestFrames.h>
 
-#include <apps/common/metadata/PPictureText.h>
+#include <apps/common/metadata/PPictureMetadata.h>
 
 #include <support/QtPrinters.h>
 

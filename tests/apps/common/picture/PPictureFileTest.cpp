@@ -32,7 +32,7 @@ TEST_F(PictureFile, the_text_comes_back_out_of_the_file) {
 }
 
 TEST_F(PictureFile, text_under_a_key_with_a_blank_comes_back_out_of_the_file) {
-    const PPictureText text{{u"Setting gain"_qs, u"5: five"_qs}, {u"Setting hue"_qs, u"6"_qs}};
+    const PPictureMetadata text{{u"Setting gain"_qs, u"5: five"_qs}, {u"Setting hue"_qs, u"6"_qs}};
     ASSERT_TRUE(PPictureFile::save(path(u"a.png"_qs), smallPicture(), {text},
                                    PPictureFile::Existing::Keep, PPictureFile::Effort::Small)
                     .isOk());

@@ -31,8 +31,8 @@ PStatus savePicture(const QString& path, const PDeviceFrame& saved) {
 
 class FrameSaver : public FolderTest {
 protected:
-    PNumberedFiles files() const {
-        PNumberedFiles series;
+    PFileSequence files() const {
+        PFileSequence series;
         EXPECT_TRUE(series.setPattern(path(u"f-#.png"_qs)).isOk());
         return series;
     }

@@ -3,7 +3,7 @@
 #include <apps/pcdview/window/ViewSession.h>
 
 #include <apps/pcdview/camera/PViewCamera.h>
-#include <apps/pcdview/window/camera/PCameraDesk.h>
+#include <apps/pcdview/window/camera/PCameraTabs.h>
 #include <apps/pcdview/window/main/PMainWindow.h>
 
 #include <PCd/device/PDevice.h>

@@ -4,8 +4,8 @@
 
 #include <apps/common/camera/PCaptureMode.h>
 #include <apps/pcdview/camera/PViewCamera.h>
-#include <apps/pcdview/window/camera/PCameraDesk.h>
 #include <apps/pcdview/window/camera/PCameraPage.h>
+#include <apps/pcdview/window/camera/PCameraTabs.h>
 #include <apps/pcdview/window/main/PMainWindow.h>
 
 #include <PCd/device/PDevice.h>

@@ -3,8 +3,8 @@
 
 #include <apps/pcdview/camera/PViewCamera.h>
 #include <apps/pcdview/capture/PCaptureFolder.h>
-#include <apps/pcdview/window/camera/PCameraDesk.h>
 #include <apps/pcdview/window/camera/PCameraPage.h>
+#include <apps/pcdview/window/camera/PCameraTabs.h>
 #include <apps/pcdview/window/main/PMainWindow.h>
 
 #include <QAbstractButton>
@@ -77,7 +77,7 @@ void ViewSession::end() {
         delete translator;
 }
 
-PCameraDesk& ViewSession::desk() {
+PCameraTabs& ViewSession::desk() {
     return window().desk();
 }
 

@@ -12,7 +12,7 @@
 
 #include <memory>
 
-class PCameraDesk;
+class PCameraTabs;
 class PCameraPage;
 class PMainWindow;
 class PViewCamera;
@@ -35,7 +35,7 @@ protected:
     void end();
 
     PMainWindow& window() { return m_program->window(); }
-    PCameraDesk& desk();
+    PCameraTabs& desk();
     PCameraPage& page();
     PViewCamera& inFront();
     template <typename Widget>

@@ -5,8 +5,8 @@
 
 #include <apps/pcdview/camera/PViewCamera.h>
 #include <apps/pcdview/view/PImageView.h>
-#include <apps/pcdview/window/camera/PCameraDesk.h>
 #include <apps/pcdview/window/camera/PCameraPage.h>
+#include <apps/pcdview/window/camera/PCameraTabs.h>
 #include <apps/pcdview/window/main/PMainWindow.h>
 
 #include <PCd/property/PDeviceProperty.h>

@@ -8,8 +8,8 @@
 #include <apps/pcdview/options/PTheme.h>
 #include <apps/pcdview/options/PViewOptions.h>
 #include <apps/pcdview/view/PImageView.h>
-#include <apps/pcdview/window/camera/PCameraDesk.h>
 #include <apps/pcdview/window/camera/PCameraPage.h>
+#include <apps/pcdview/window/camera/PCameraTabs.h>
 #include <apps/pcdview/window/camera/PModeChooser.h>
 #include <apps/pcdview/window/dialogs/PCaptureDialog.h>
 #include <apps/pcdview/window/dialogs/PHelpTexts.h>
@@ -135,7 +135,7 @@ void PMainWindow::connectActions() {
     connect(m_actions->wholeSensor, &QAction::triggered, this,
             [this] { m_desk->currentPage()->useWholeSensor(); });
     connect(m_actions->pixelSize, &QAction::triggered, this, &PMainWindow::askForPixelSize);
-    connect(m_actions->search, &QAction::triggered, m_desk, &PCameraDesk::search);
+    connect(m_actions->search, &QAction::triggered, m_desk, &PCameraTabs::search);
 }
 
 void PMainWindow::connectViewActions() {

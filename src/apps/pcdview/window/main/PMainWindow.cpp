@@ -5,8 +5,8 @@
 #include <apps/pcdview/camera/PViewCamera.h>
 #include <apps/pcdview/options/PViewLog.h>
 #include <apps/pcdview/view/PImageView.h>
-#include <apps/pcdview/window/camera/PCameraDesk.h>
 #include <apps/pcdview/window/camera/PCameraPage.h>
+#include <apps/pcdview/window/camera/PCameraTabs.h>
 #include <apps/pcdview/window/camera/PMessageBar.h>
 #include <apps/pcdview/window/camera/PModeChooser.h>
 #include <apps/pcdview/window/panels/PCameraListPanel.h>
@@ -36,9 +36,9 @@ const QString stateKey = u"window/state"_qs;
 PMainWindow::PMainWindow(PCameraHost& host, const QString& problem,
                          std::shared_ptr<PMemoryLogSink> log)
     : m_host(host)
-    , m_desk(new PCameraDesk(host, problem))
+    , m_desk(new PCameraTabs(host, problem))
     , m_actions(new PViewActions(this))
-    , m_panels(new PPanels(this, m_recordings, std::move(log)))
+    , m_panels(new PDockPanels(this, m_recordings, std::move(log)))
     , m_status(new PStatusFields(new PMessageBar)) {
     setStatusBar(m_status->bar());
     setCentralWidget(m_desk);
@@ -93,14 +93,14 @@ void PMainWindow::closeEvent(QCloseEvent* event) {
 }
 
 void PMainWindow::connectDesk() {
-    connect(m_desk, &PCameraDesk::pageAdded, this, &PMainWindow::addPage);
-    connect(m_desk, &PCameraDesk::currentPageChanged, this, &PMainWindow::showPage);
-    connect(m_desk, &PCameraDesk::currentStateChanged, this, &PMainWindow::showState);
-    connect(m_desk, &PCameraDesk::closeWanted, this, &PMainWindow::closePage);
-    connect(m_desk, &PCameraDesk::simulationWanted, this, &PMainWindow::restartSimulated);
+    connect(m_desk, &PCameraTabs::pageAdded, this, &PMainWindow::addPage);
+    connect(m_desk, &PCameraTabs::currentPageChanged, this, &PMainWindow::showPage);
+    connect(m_desk, &PCameraTabs::currentStateChanged, this, &PMainWindow::showState);
+    connect(m_desk, &PCameraTabs::closeWanted, this, &PMainWindow::closePage);
+    connect(m_desk, &PCameraTabs::simulationWanted, this, &PMainWindow::restartSimulated);
     const auto showEntries = [this] { m_panels->cameras->setEntries(m_desk->entries()); };
-    connect(m_desk, &PCameraDesk::entriesChanged, this, showEntries);
-    connect(m_panels->cameras, &PCameraListPanel::searchWanted, m_desk, &PCameraDesk::search);
+    connect(m_desk, &PCameraTabs::entriesChanged, this, showEntries);
+    connect(m_panels->cameras, &PCameraListPanel::searchWanted, m_desk, &PCameraTabs::search);
     connect(m_panels->cameras, &PCameraListPanel::openWanted, this, [this](const QString& id) {
         const PStatus status = m_desk->open(id);
         if (!status.isOk())

@@ -6,12 +6,12 @@
 #include <apps/pcdview/capture/PRecordings.h>
 #include <apps/pcdview/window/main/PStatusFields.h>
 #include <apps/pcdview/window/main/PViewActions.h>
-#include <apps/pcdview/window/panels/PPanels.h>
+#include <apps/pcdview/window/panels/PDockPanels.h>
 
 #include <QMainWindow>
 #include <QTimer>
 
-class PCameraDesk;
+class PCameraTabs;
 class PCameraHost;
 class PCameraPage;
 class PModeChooser;
@@ -29,7 +29,7 @@ public:
     /// Its size when it is opened for the first time, on a screen that has the room.
     static QSize usualSize() { return {1440, 900}; }
 
-    PCameraDesk& desk() { return *m_desk; }
+    PCameraTabs& desk() { return *m_desk; }
     /// Closes the window without a question.
     void closeUnasked();
 
@@ -82,9 +82,9 @@ private:
     PCapture m_capture;
     PRecordings m_recordings;
     QTimer m_numbers;
-    PCameraDesk* m_desk; // children
+    PCameraTabs* m_desk; // children
     PViewActions* m_actions;
-    PPanels* m_panels;
+    PDockPanels* m_panels;
     PStatusFields* m_status;
     PModeChooser* m_modes = nullptr;
     QToolBar* m_bar = nullptr;

@@ -11,8 +11,8 @@
 struct PFrameStamp;
 
 /// What a saved picture says of its taking: keys and texts, in order.
-using PPictureText = QList<std::pair<QString, QString>>;
+using PPictureMetadata = QList<std::pair<QString, QString>>;
 
 /// The text of a frame: program, camera, whether it is simulated, number, UTC time, mode, exposure,
 /// every setting (PSettingTexts). With no stamp, program and camera alone. Any thread.
-PPictureText pictureTextOf(const PCameraIdentity& camera, const PFrameStamp* stamp);
+PPictureMetadata pictureTextOf(const PCameraIdentity& camera, const PFrameStamp* stamp);

@@ -11,8 +11,8 @@ class PDeviceProperty;
 class PNumberText;
 
 /// What editors say about properties, for people and translated. The GUI thread.
-class PPropertyWords {
-    Q_DECLARE_TR_FUNCTIONS(PPropertyWords)
+class PPropertyDisplay {
+    Q_DECLARE_TR_FUNCTIONS(PPropertyDisplay)
 
 public:
     /// How numbers of the property are written: times in their unit, others plain. Never null.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <PCdGui/PValueSender.h>
+#include <PCdGui/PCoalescingSetter.h>
 
 #include <PCd/FakeDevice.h>
 #include <PCd/FakeProperty.h>
@@ -12,22 +12,22 @@
 
 namespace {
 
-class PValueSenderTest : public testing::Test {
+class PCoalescingSetterTest : public testing::Test {
 protected:
-    PValueSenderTest() { property.updateValueFromDevice(); }
+    PCoalescingSetterTest() { property.updateValueFromDevice(); }
 
     qsizetype sets() const { return property.calls.count(QStringLiteral("set")); }
     static void turn() { QCoreApplication::processEvents(); }
 
     FakeProperty property{"gain", 5};
-    PValueSender sender{&property};
-    QSignalSpy settled{&sender, &PValueSender::settled};
-    QSignalSpy refused{&sender, &PValueSender::refused};
+    PCoalescingSetter sender{&property};
+    QSignalSpy settled{&sender, &PCoalescingSetter::settled};
+    QSignalSpy refused{&sender, &PCoalescingSetter::refused};
 };
 
 } // namespace
 
-TEST_F(PValueSenderTest, sets_the_last_value_of_a_turn) {
+TEST_F(PCoalescingSetterTest, sets_the_last_value_of_a_turn) {
     for (int value = 10; value < 20; ++value)
         sender.post(value);
     EXPECT_TRUE(sender.isWaiting());
@@ -40,7 +40,7 @@ TEST_F(PValueSenderTest, sets_the_last_value_of_a_turn) {
     EXPECT_EQ(refused.size(), 0);
 }
 
-TEST_F(PValueSenderTest, says_once_that_a_value_was_refused) {
+TEST_F(PCoalescingSetterTest, says_once_that_a_value_was_refused) {
     property.refuses = true;
     sender.post(10);
     turn();
@@ -48,14 +48,14 @@ TEST_F(PValueSenderTest, says_once_that_a_value_was_refused) {
     EXPECT_EQ(settled.size(), 1);
 }
 
-TEST_F(PValueSenderTest, sets_nothing_that_the_property_has_but_says_it_is_settled) {
+TEST_F(PCoalescingSetterTest, sets_nothing_that_the_property_has_but_says_it_is_settled) {
     sender.post(5);
     turn();
     EXPECT_EQ(sets(), 0);
     EXPECT_EQ(settled.size(), 1);
 }
 
-TEST_F(PValueSenderTest, sets_at_once_when_flushed_and_not_again) {
+TEST_F(PCoalescingSetterTest, sets_at_once_when_flushed_and_not_again) {
     sender.post(7);
     sender.flush();
     EXPECT_EQ(sets(), 1);
@@ -63,7 +63,7 @@ TEST_F(PValueSenderTest, sets_at_once_when_flushed_and_not_again) {
     EXPECT_EQ(sets(), 1);
 }
 
-TEST_F(PValueSenderTest, sets_nothing_that_was_dropped) {
+TEST_F(PCoalescingSetterTest, sets_nothing_that_was_dropped) {
     sender.post(7);
     sender.drop();
     turn();
@@ -71,7 +71,7 @@ TEST_F(PValueSenderTest, sets_nothing_that_was_dropped) {
     EXPECT_EQ(settled.size(), 0);
 }
 
-TEST_F(PValueSenderTest, sends_what_is_posted_while_it_sets) {
+TEST_F(PCoalescingSetterTest, sends_what_is_posted_while_it_sets) {
     QObject::connect(&property, &PDeviceProperty::valueChanged, &sender, [this](const QVariant& v) {
         if (v == 7)
             sender.post(8);
@@ -83,15 +83,15 @@ TEST_F(PValueSenderTest, sends_what_is_posted_while_it_sets) {
     EXPECT_EQ(sets(), 2);
 }
 
-TEST(PValueSender, says_nothing_was_refused_where_the_device_does_not_answer_any_more) {
+TEST(PCoalescingSetter, says_nothing_was_refused_where_the_device_does_not_answer_any_more) {
     auto* const property = new FakeProperty("gain", 5); // the device's
     auto* const device = new FakeDevice;                // the register's
     device->makeProperties = [&] { return QList<PDeviceProperty*>{property}; };
     device->supportProperties();
     FakeRegister devices({device});
     devices.updateDevices();
-    PValueSender sender(property);
-    const QSignalSpy refused(&sender, &PValueSender::refused);
+    PCoalescingSetter sender(property);
+    const QSignalSpy refused(&sender, &PCoalescingSetter::refused);
     property->refuses = true;
     sender.post(10);
     sender.flush();
@@ -102,9 +102,9 @@ TEST(PValueSender, says_nothing_was_refused_where_the_device_does_not_answer_any
     EXPECT_EQ(refused.size(), 1);
 }
 
-TEST(PValueSender, outlives_its_property) {
+TEST(PCoalescingSetter, outlives_its_property) {
     auto property = std::make_unique<FakeProperty>("gain");
-    PValueSender sender(property.get());
+    PCoalescingSetter sender(property.get());
     sender.post(7);
     property.reset();
     QCoreApplication::processEvents();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <apps/pcdview/camera/PSettingsMemory.h>
+#include <apps/pcdview/camera/PSettingsRestorer.h>
 
 #include <apps/common/camera/PCaptureMode.h>
 
@@ -28,14 +28,14 @@ QByteArray documentOf(PDevice& device) {
 
 } // namespace
 
-PSettingsMemory::PSettingsMemory(QObject* parent)
+PSettingsRestorer::PSettingsRestorer(QObject* parent)
     : QObject(parent) {
     m_later.setSingleShot(true);
     m_later.setInterval(0); // once for all that changes together
-    connect(&m_later, &QTimer::timeout, this, &PSettingsMemory::remember);
+    connect(&m_later, &QTimer::timeout, this, &PSettingsRestorer::remember);
 }
 
-void PSettingsMemory::follow(PDevice* device) {
+void PSettingsRestorer::follow(PDevice* device) {
     release();
     m_device = device;
     const auto soon = [this] {
@@ -48,7 +48,7 @@ void PSettingsMemory::follow(PDevice* device) {
     remember();
 }
 
-void PSettingsMemory::release() {
+void PSettingsRestorer::release() {
     m_later.stop();
     if (m_device == nullptr)
         return;
@@ -58,7 +58,7 @@ void PSettingsMemory::release() {
     m_device = nullptr;
 }
 
-PStatus PSettingsMemory::restore(PDevice& device, PDeviceProfileReport& report) const {
+PStatus PSettingsRestorer::restore(PDevice& device, PDeviceProfileReport& report) const {
     PDeviceProfilePlan plan(device);
     const PStatus status = plan.make(m_profile);
     if (!status.isOk())
@@ -70,7 +70,7 @@ PStatus PSettingsMemory::restore(PDevice& device, PDeviceProfileReport& report) 
 
 /// The plain properties of the exposure are in no profile, as a composite one has it all. That one
 /// does not follow them, though: what was set by them last would be gone.
-void PSettingsMemory::restoreExposure(PDevice& device, PDeviceProfileReport& report) const {
+void PSettingsRestorer::restoreExposure(PDevice& device, PDeviceProfileReport& report) const {
     if (PCaptureMode::isTriggered(device))
         return; // the composite one has another exposure then
     for (const char* const id : {automaticId, targetId})
@@ -81,8 +81,8 @@ void PSettingsMemory::restoreExposure(PDevice& device, PDeviceProfileReport& rep
         restoreValue(device, id, report);
 }
 
-void PSettingsMemory::restoreValue(PDevice& device, const char* id,
-                                   PDeviceProfileReport& report) const {
+void PSettingsRestorer::restoreValue(PDevice& device, const char* id,
+                                     PDeviceProfileReport& report) const {
     PDeviceProperty* const property = device.getProperty(id);
     const QVariant value = m_exposure.value(id);
     if (property == nullptr || !value.isValid())
@@ -92,7 +92,7 @@ void PSettingsMemory::restoreValue(PDevice& device, const char* id,
         report.refused.append({id, tr("the camera did not take it")});
 }
 
-void PSettingsMemory::remember() {
+void PSettingsRestorer::remember() {
     // A camera that has just lost its cable answers zeros until its device is removed, and no
     // camera exposes for no time at all.
     const PDeviceProperty* const time = m_device->getProperty(timeId);
@@ -108,7 +108,7 @@ void PSettingsMemory::remember() {
 }
 
 /// That of the live picture: in triggered capture the camera has another one.
-void PSettingsMemory::rememberExposure() {
+void PSettingsRestorer::rememberExposure() {
     if (PCaptureMode::isTriggered(*m_device))
         return;
     for (const char* const id : {automaticId, targetId, timeId, gainId}) {

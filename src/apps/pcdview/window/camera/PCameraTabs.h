@@ -13,14 +13,14 @@ class QTabWidget;
 
 /// The open cameras, each in a tab of its own; what to do, where none is. Follows cameras as they
 /// come and go. The GUI thread.
-class PCameraDesk : public QStackedWidget {
+class PCameraTabs : public QStackedWidget {
     Q_OBJECT
 
 public:
     /// `problem`: why no camera can be found at all; empty if one could.
-    PCameraDesk(PCameraHost& host, QString problem, QWidget* parent = nullptr);
+    PCameraTabs(PCameraHost& host, QString problem, QWidget* parent = nullptr);
     /// Closes all cameras.
-    ~PCameraDesk() override;
+    ~PCameraTabs() override;
 
     /// Opens the camera that a person has named (see PDeviceManager::select), in the tab it has or
     /// in a new one, or only shows it where it is open. Fails with the reason.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <PCdGui/PPropertyWords.h>
+#include <PCdGui/PPropertyDisplay.h>
 
 #include <PGui/PTimeText.h>
 
@@ -27,15 +27,15 @@ bool isTime(const PDeviceProperty& property) {
 
 } // namespace
 
-std::shared_ptr<const PNumberText> PPropertyWords::numberText(const PDeviceProperty& property) {
+std::shared_ptr<const PNumberText> PPropertyDisplay::numberText(const PDeviceProperty& property) {
     if (isTime(property))
         return std::make_shared<PTimeText>();
     const bool inMicroseconds = property.unit() == ValueUnits::Microsecond;
     return std::make_shared<PNumberText>(inMicroseconds ? QLatin1Char(' ') + tr("µs") : QString());
 }
 
-QString PPropertyWords::valueText(const PDeviceProperty& property, const QVariant& range,
-                                  const QVariant& value) {
+QString PPropertyDisplay::valueText(const PDeviceProperty& property, const QVariant& range,
+                                    const QVariant& value) {
     switch (value.typeId()) {
     case QMetaType::Int:
         return numberText(property)->textOf(value.toInt(), 0, QLocale());
@@ -50,7 +50,7 @@ QString PPropertyWords::valueText(const PDeviceProperty& property, const QVarian
     }
 }
 
-QString PPropertyWords::rangeText(const PDeviceProperty& property, const QVariant& range) {
+QString PPropertyDisplay::rangeText(const PDeviceProperty& property, const QVariant& range) {
     if (range.metaType() != QMetaType::fromType<PMinMaxRange<int>>())
         return QString();
     const auto numbers = range.value<PMinMaxRange<int>>();
@@ -60,8 +60,8 @@ QString PPropertyWords::rangeText(const PDeviceProperty& property, const QVarian
     return numbers.step > 1 ? tr("%1, in steps of %2").arg(ends, textOf(numbers.step)) : ends;
 }
 
-QString PPropertyWords::toolTip(const PDeviceProperty& property, const QVariant& range,
-                                const QString& description) {
+QString PPropertyDisplay::toolTip(const PDeviceProperty& property, const QVariant& range,
+                                  const QString& description) {
     QStringList lines{description, rangeText(property, range)};
     const QString standard = valueText(property, range, property.defaultValue());
     if (!standard.isEmpty())
@@ -74,6 +74,6 @@ QString PPropertyWords::toolTip(const PDeviceProperty& property, const QVariant&
                            : QStringLiteral("<p>%1</p>").arg(lines.join(QStringLiteral("<br>")));
 }
 
-QString PPropertyWords::plainTitle(QString title) {
+QString PPropertyDisplay::plainTitle(QString title) {
     return title.replace(QLatin1Char('&'), QStringLiteral("&&"));
 }

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
-#include <apps/common/record/PNumberedFiles.h>
+#include <apps/common/record/PFileSequence.h>
 
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>
 
 namespace {
 
-PNumberedFiles series(const QString& pattern) {
-    PNumberedFiles files;
+PFileSequence series(const QString& pattern) {
+    PFileSequence files;
     EXPECT_TRUE(files.setPattern(pattern).isOk()) << pattern.toStdString();
     return files;
 }
@@ -28,7 +28,7 @@ TEST_F(NumberedFiles, a_percent_sign_and_a_number_in_the_name_are_left_alone) {
 
 TEST_F(NumberedFiles, a_pattern_without_or_with_two_runs_is_refused_and_named) {
     for (const QString& pattern : {u"a.png"_qs, u"#a#.png"_qs, u"#/a.png"_qs, QString()}) {
-        PNumberedFiles files;
+        PFileSequence files;
         const PStatus status = files.setPattern(pattern);
         EXPECT_FALSE(status.isOk());
         EXPECT_TRUE(status.reason().contains(u'"' + pattern + u'"'));

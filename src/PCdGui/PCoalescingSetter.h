@@ -11,12 +11,12 @@
 /// The way from an editor to its property. Of the values posted during one turn of the event loop
 /// only the last is set, so that a slider does not flood a camera; that last one always is, unless
 /// the property has it already. The GUI thread.
-class PValueSender : public QObject {
+class PCoalescingSetter : public QObject {
     Q_OBJECT
 
 public:
-    explicit PValueSender(PDeviceProperty* property);
-    ~PValueSender() override;
+    explicit PCoalescingSetter(PDeviceProperty* property);
+    ~PCoalescingSetter() override;
 
     /// Sets the value in the next turn, unless another one is posted before.
     void post(const QVariant& value);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <apps/common/picture/PFileNaming.h>
+#include <apps/common/picture/PExclusiveRename.h>
 
 #include <QFile>
 
@@ -23,19 +23,19 @@ bool isUnsupported(int error) {
 
 } // namespace
 
-int PFileNaming::byRename(const QByteArray& from, const QByteArray& to) {
+int PExclusiveRename::byRename(const QByteArray& from, const QByteArray& to) {
     return reason(
         renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE));
 }
 
-int PFileNaming::byLink(const QByteArray& from, const QByteArray& to) {
+int PExclusiveRename::byLink(const QByteArray& from, const QByteArray& to) {
     if (link(from.constData(), to.constData()) != 0)
         return errno;
     unlink(from.constData()); // if it stays, the file has two names, and still the right one
     return 0;
 }
 
-int PFileNaming::byPlaceholder(const QByteArray& from, const QByteArray& to) {
+int PExclusiveRename::byPlaceholder(const QByteArray& from, const QByteArray& to) {
     const int placeholder = open(to.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
     if (placeholder < 0)
         return errno;
@@ -46,7 +46,7 @@ int PFileNaming::byPlaceholder(const QByteArray& from, const QByteArray& to) {
     return failed;
 }
 
-int PFileNaming::name(const QString& from, const QString& to, const std::vector<Step>& steps) {
+int PExclusiveRename::name(const QString& from, const QString& to, const std::vector<Step>& steps) {
     int error = ENOSYS;
     for (const Step step : steps) {
         error = step(QFile::encodeName(from), QFile::encodeName(to));

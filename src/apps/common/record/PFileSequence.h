@@ -7,9 +7,9 @@
 
 /// A series of file names with numbers: "run/frame-####.png" is run/frame-0001.png and so on. A
 /// value.
-class PNumberedFiles {
+class PFileSequence {
 public:
-    PNumberedFiles() = default;
+    PFileSequence() = default;
 
     /// Takes a pattern with one run of '#' in the file's name; the run's length is the least number
     /// of digits. Fails, naming the pattern and what was expected.

@@ -4,7 +4,7 @@
 /// The signals with which a user wants the program to end: Ctrl-C, termination, hang-up. A thread
 /// of its own waits for them, so that no code runs in a signal handler, and they are seen whatever
 /// the main thread is stuck in.
-class PEndSignals {
+class PTerminationSignals {
 public:
     /// Begins to watch. Once, the first thing in main(): threads made earlier would still take the
     /// signals. Until the first expect() they end the program as ever. What was ignored from the

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <apps/common/program/PEndSignals.h>
+#include <apps/common/program/PTerminationSignals.h>
 
 #include <array>
 #include <atomic>
@@ -48,17 +48,17 @@ void waitForSignals(sigset_t set) {
 
 } // namespace
 
-void PEndSignals::watch() {
+void PTerminationSignals::watch() {
     const sigset_t set = watchedSignals();
     pthread_sigmask(SIG_BLOCK, &set, nullptr);
     // For the whole life of the process: there is no later moment at which nobody sends signals.
     std::thread(waitForSignals, set).detach();
 }
 
-void PEndSignals::expect() {
+void PTerminationSignals::expect() {
     expected = true;
 }
 
-bool PEndSignals::isNoted() {
+bool PTerminationSignals::isNoted() {
     return noted;
 }

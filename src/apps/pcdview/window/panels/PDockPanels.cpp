@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <apps/pcdview/window/panels/PPanels.h>
+#include <apps/pcdview/window/panels/PDockPanels.h>
 
 #include <apps/pcdview/window/panels/PCameraListPanel.h>
 #include <apps/pcdview/window/panels/PFramesPanel.h>
@@ -29,7 +29,8 @@ QWidget* scrolling(QWidget* panel) {
 
 } // namespace
 
-PPanels::PPanels(QMainWindow* window, PRecordings& recordings, std::shared_ptr<PMemoryLogSink> log)
+PDockPanels::PDockPanels(QMainWindow* window, PRecordings& recordings,
+                         std::shared_ptr<PMemoryLogSink> log)
     : QObject(window)
     , cameras(new PCameraListPanel)
     , settings(new PSettingsPanel)
@@ -46,7 +47,7 @@ PPanels::PPanels(QMainWindow* window, PRecordings& recordings, std::shared_ptr<P
     arrange();
 }
 
-void PPanels::arrange() {
+void PDockPanels::arrange() {
     QDockWidget* const framesDock = m_docks[3];
     m_window->tabifyDockWidget(m_recordDock, framesDock);
     m_recordDock->raise();
@@ -57,8 +58,8 @@ void PPanels::arrange() {
     m_window->setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
 }
 
-QDockWidget* PPanels::dock(const char* name, const QString& title, QWidget* panel,
-                           Qt::DockWidgetArea at) {
+QDockWidget* PDockPanels::dock(const char* name, const QString& title, QWidget* panel,
+                               Qt::DockWidgetArea at) {
     auto* const dock = new QDockWidget(title, m_window);
     dock->setObjectName(QString::fromLatin1(name));
     dock->setWidget(panel);
@@ -67,12 +68,12 @@ QDockWidget* PPanels::dock(const char* name, const QString& title, QWidget* pane
     return dock;
 }
 
-void PPanels::showProgress() {
+void PDockPanels::showProgress() {
     m_recordDock->raise();
     static_cast<QScrollArea*>(m_recordDock->widget())->verticalScrollBar()->setValue(0);
 }
 
-void PPanels::hideAll() {
+void PDockPanels::hideAll() {
     for (QDockWidget* panel : std::as_const(m_docks))
         panel->hide();
 }

@@ -14,11 +14,11 @@ class PDevice;
 
 /// Remembers the settings of a camera while it is there, so that it can have them back after it was
 /// unplugged: then it is too late to ask. The device's thread.
-class PSettingsMemory : public QObject {
+class PSettingsRestorer : public QObject {
     Q_OBJECT
 
 public:
-    explicit PSettingsMemory(QObject* parent = nullptr);
+    explicit PSettingsRestorer(QObject* parent = nullptr);
 
     /// Remembers the settings of this linked device as they are now and as they become, until
     /// release().

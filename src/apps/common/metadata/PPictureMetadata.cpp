@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <apps/common/metadata/PPictureText.h>
+#include <apps/common/metadata/PPictureMetadata.h>
 
 #include <apps/common/camera/PFrameExposure.h>
 #include <apps/common/camera/PSettingNames.h>
@@ -15,7 +15,7 @@ QString modeText(const PDeviceMode& mode) {
         .arg(mode.bitDepth);
 }
 
-void appendStamp(PPictureText& text, const PFrameStamp& stamp) {
+void appendStamp(PPictureMetadata& text, const PFrameStamp& stamp) {
     // Each is counted apart, so the numbers must not be taken for one another.
     text.append({stamp.still ? u"Still picture"_qs : u"Frame"_qs, QString::number(stamp.sequence)});
     text.append({u"Time"_qs, stamp.arrivedUtc.toString(Qt::ISODateWithMs)});
@@ -28,8 +28,8 @@ void appendStamp(PPictureText& text, const PFrameStamp& stamp) {
 
 } // namespace
 
-PPictureText pictureTextOf(const PCameraIdentity& camera, const PFrameStamp* stamp) {
-    PPictureText text{
+PPictureMetadata pictureTextOf(const PCameraIdentity& camera, const PFrameStamp* stamp) {
+    PPictureMetadata text{
         {u"Software"_qs, PProgramName::withVersion()},
         {u"Camera"_qs, camera.id},
         {u"Model"_qs, camera.model},

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <apps/common/picture/PFileNaming.h>
+#include <apps/common/picture/PExclusiveRename.h>
 
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>
@@ -36,26 +36,26 @@ protected:
 
 struct StepRow {
     const char* name;
-    std::vector<PFileNaming::Step> steps;
+    std::vector<PExclusiveRename::Step> steps;
 };
 
 class NamingStep : public FileNaming, public testing::WithParamInterface<StepRow> {};
 
 TEST_P(NamingStep, gives_the_file_its_name) {
-    EXPECT_EQ(PFileNaming::name(part, file, GetParam().steps), 0);
+    EXPECT_EQ(PExclusiveRename::name(part, file, GetParam().steps), 0);
     expectNamed();
 }
 
 TEST_P(NamingStep, leaves_a_file_that_is_there_alone) {
     writeFile(file, "old");
-    EXPECT_EQ(PFileNaming::name(part, file, GetParam().steps), EEXIST);
+    EXPECT_EQ(PExclusiveRename::name(part, file, GetParam().steps), EEXIST);
     EXPECT_EQ(readFile(file), QByteArray("old"));
     EXPECT_EQ(readFile(part), QByteArray("new"));
 }
 
 TEST_P(NamingStep, leaves_a_link_that_leads_nowhere_alone) {
     ASSERT_TRUE(QFile::link(path(u"none"_qs), file));
-    EXPECT_EQ(PFileNaming::name(part, file, GetParam().steps), EEXIST);
+    EXPECT_EQ(PExclusiveRename::name(part, file, GetParam().steps), EEXIST);
     EXPECT_EQ(QFile::symLinkTarget(file), path(u"none"_qs));
     EXPECT_FALSE(QFile::exists(path(u"none"_qs)));
     EXPECT_EQ(readFile(part), QByteArray("new"));
@@ -63,49 +63,51 @@ TEST_P(NamingStep, leaves_a_link_that_leads_nowhere_alone) {
 
 TEST_P(NamingStep, leaves_a_folder_alone) {
     ASSERT_TRUE(QDir().mkdir(file));
-    EXPECT_EQ(PFileNaming::name(part, file, GetParam().steps), EEXIST);
+    EXPECT_EQ(PExclusiveRename::name(part, file, GetParam().steps), EEXIST);
     EXPECT_TRUE(QDir(file).exists());
     EXPECT_EQ(readFile(part), QByteArray("new"));
 }
 
 TEST_P(NamingStep, leaves_nothing_of_a_file_that_is_not_there) {
     ASSERT_TRUE(QFile::remove(part));
-    EXPECT_EQ(PFileNaming::name(part, file, GetParam().steps), ENOENT);
+    EXPECT_EQ(PExclusiveRename::name(part, file, GetParam().steps), ENOENT);
     EXPECT_EQ(names(), QStringList());
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Rows, NamingStep,
-    testing::Values(StepRow{"of_a_rename", {PFileNaming::byRename}},
-                    StepRow{"of_a_link", {PFileNaming::byLink}},
-                    StepRow{"of_a_placeholder", {PFileNaming::byPlaceholder}},
-                    StepRow{"that_this_file_system_has", PFileNaming::allSteps()},
+    testing::Values(StepRow{"of_a_rename", {PExclusiveRename::byRename}},
+                    StepRow{"of_a_link", {PExclusiveRename::byLink}},
+                    StepRow{"of_a_placeholder", {PExclusiveRename::byPlaceholder}},
+                    StepRow{"that_this_file_system_has", PExclusiveRename::allSteps()},
                     StepRow{"of_a_link_where_a_rename_is_refused_by_its_flags",
-                            {refuse<EINVAL>, PFileNaming::byLink}},
+                            {refuse<EINVAL>, PExclusiveRename::byLink}},
                     StepRow{"of_a_link_where_such_a_rename_is_unknown",
-                            {refuse<ENOSYS>, PFileNaming::byLink}},
+                            {refuse<ENOSYS>, PExclusiveRename::byLink}},
                     StepRow{"of_a_placeholder_where_links_are_not_permitted",
-                            {refuse<ENOTSUP>, refuse<EPERM>, PFileNaming::byPlaceholder}},
+                            {refuse<ENOTSUP>, refuse<EPERM>, PExclusiveRename::byPlaceholder}},
                     StepRow{"of_a_placeholder_where_links_are_not_supported",
-                            {refuse<EINVAL>, refuse<EOPNOTSUPP>, PFileNaming::byPlaceholder}},
+                            {refuse<EINVAL>, refuse<EOPNOTSUPP>, PExclusiveRename::byPlaceholder}},
                     StepRow{"of_a_placeholder_where_links_are_unknown",
-                            {refuse<ENOSYS>, refuse<ENOSYS>, PFileNaming::byPlaceholder}}),
+                            {refuse<ENOSYS>, refuse<ENOSYS>, PExclusiveRename::byPlaceholder}}),
     RowName());
 
 TEST_F(FileNaming, a_step_that_failed_for_another_reason_is_the_last) {
-    EXPECT_EQ(PFileNaming::name(part, file, {refuse<ENOSPC>, PFileNaming::byLink}), ENOSPC);
+    EXPECT_EQ(PExclusiveRename::name(part, file, {refuse<ENOSPC>, PExclusiveRename::byLink}),
+              ENOSPC);
     EXPECT_EQ(names(), QStringList(u"a.part"_qs));
 }
 
 TEST_F(FileNaming, the_reason_is_that_of_the_last_step_where_none_is_supported) {
-    EXPECT_EQ(PFileNaming::name(part, file, {refuse<EINVAL>, refuse<EPERM>}), EPERM);
+    EXPECT_EQ(PExclusiveRename::name(part, file, {refuse<EINVAL>, refuse<EPERM>}), EPERM);
     EXPECT_EQ(names(), QStringList(u"a.part"_qs));
 }
 
 TEST_F(FileNaming, the_steps_it_takes_end_with_one_that_any_file_system_has) {
-    EXPECT_EQ(PFileNaming::allSteps(),
-              (std::vector<PFileNaming::Step>{PFileNaming::byRename, PFileNaming::byLink,
-                                              PFileNaming::byPlaceholder}));
+    EXPECT_EQ(
+        PExclusiveRename::allSteps(),
+        (std::vector<PExclusiveRename::Step>{PExclusiveRename::byRename, PExclusiveRename::byLink,
+                                             PExclusiveRename::byPlaceholder}));
 }
 
 } // namespace

@@ -12,15 +12,15 @@
 /// bytes written over older ones are held back until the step is whole. So a format whose old bytes
 /// point to newer ones is sound in the file at every moment, also one at which the program is
 /// killed. One thread.
-class PGrowingFile {
-    Q_DECLARE_TR_FUNCTIONS(PGrowingFile)
+class PTransactionalFile {
+    Q_DECLARE_TR_FUNCTIONS(PTransactionalFile)
 
 public:
-    PGrowingFile() = default;
+    PTransactionalFile() = default;
     /// Closes it as it was after the last step.
-    ~PGrowingFile();
-    PGrowingFile(const PGrowingFile&) = delete;
-    PGrowingFile& operator=(const PGrowingFile&) = delete;
+    ~PTransactionalFile();
+    PTransactionalFile(const PTransactionalFile&) = delete;
+    PTransactionalFile& operator=(const PTransactionalFile&) = delete;
 
     /// Makes the file. Fails if anything of that name exists, or with the system's reason.
     PStatus create(const QString& path);

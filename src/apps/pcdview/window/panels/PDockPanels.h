@@ -18,11 +18,11 @@ class QDockWidget;
 class QMainWindow;
 
 /// The panels around the picture, in docks of the window. The GUI thread.
-class PPanels : public QObject {
+class PDockPanels : public QObject {
     Q_OBJECT
 
 public:
-    PPanels(QMainWindow* window, PRecordings& recordings, std::shared_ptr<PMemoryLogSink> log);
+    PDockPanels(QMainWindow* window, PRecordings& recordings, std::shared_ptr<PMemoryLogSink> log);
 
     PCameraListPanel* cameras; // children of the window
     PSettingsPanel* settings;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <PCdGui/PValueSender.h>
+#include <PCdGui/PCoalescingSetter.h>
 
 #include <PCdGui/PRefusal.h>
 
@@ -8,25 +8,25 @@
 
 #include <utility>
 
-PValueSender::PValueSender(PDeviceProperty* property)
+PCoalescingSetter::PCoalescingSetter(PDeviceProperty* property)
     : m_property(property) {
     m_turn.setSingleShot(true);
-    connect(&m_turn, &QTimer::timeout, this, &PValueSender::flush);
+    connect(&m_turn, &QTimer::timeout, this, &PCoalescingSetter::flush);
 }
 
-PValueSender::~PValueSender() = default;
+PCoalescingSetter::~PCoalescingSetter() = default;
 
-void PValueSender::post(const QVariant& value) {
+void PCoalescingSetter::post(const QVariant& value) {
     m_value = value;
     m_turn.start(0);
 }
 
-void PValueSender::drop() {
+void PCoalescingSetter::drop() {
     m_turn.stop();
     m_value.clear();
 }
 
-void PValueSender::flush() {
+void PCoalescingSetter::flush() {
     m_turn.stop();
     const QVariant value = std::exchange(m_value, QVariant());
     if (!m_property || !value.isValid())
@@ -34,16 +34,16 @@ void PValueSender::flush() {
     const PDevice* const device = m_property->device();
     if (device != nullptr && device->isGone())
         return;
-    const QPointer<PValueSender> self(this);
+    const QPointer<PCoalescingSetter> self(this);
     if (value != m_property->valueInner())
         set(value);
     if (self)
         emit settled();
 }
 
-void PValueSender::set(const QVariant& value) {
+void PCoalescingSetter::set(const QVariant& value) {
     const QVariant before = m_property->valueInner();
-    const QPointer<PValueSender> self(this);
+    const QPointer<PCoalescingSetter> self(this);
     // A slot of valueChanged() may delete the property, or the editor and so this object.
     m_property->setValue(value);
     if (self.isNull() || m_property.isNull())

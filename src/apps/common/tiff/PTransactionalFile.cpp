@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <apps/common/tiff/PGrowingFile.h>
+#include <apps/common/tiff/PTransactionalFile.h>
 
 #include <QFile>
 
@@ -29,17 +29,17 @@ void overlay(char* bytes, qint64 offset, qint64 count, qint64 pieceOffset,
 
 } // namespace
 
-PGrowingFile::~PGrowingFile() {
+PTransactionalFile::~PTransactionalFile() {
     close();
 }
 
-PStatus PGrowingFile::create(const QString& path) {
+PStatus PTransactionalFile::create(const QString& path) {
     m_descriptor = ::open(QFile::encodeName(path).constData(),
                           O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, everybody);
     return isOpen() ? PStatus() : PStatus::failure(qt_error_string(errno));
 }
 
-PStatus PGrowingFile::close() {
+PStatus PTransactionalFile::close() {
     if (!isOpen())
         return PStatus::Ok;
     rollBack();
@@ -52,7 +52,7 @@ PStatus PGrowingFile::close() {
 
 /// What has been done to the file behind this one's back; empty if nothing. All writes succeed into
 /// a file that was removed, too.
-QString PGrowingFile::damageByOthers() const {
+QString PTransactionalFile::damageByOthers() const {
     struct stat now {};
     if (fstat(m_descriptor, &now) != 0)
         return qt_error_string(errno);
@@ -62,7 +62,7 @@ QString PGrowingFile::damageByOthers() const {
                                      : QString();
 }
 
-bool PGrowingFile::write(qint64 offset, const void* bytes, qint64 count) {
+bool PTransactionalFile::write(qint64 offset, const void* bytes, qint64 count) {
     if (m_failed)
         return false;
     const char* const from = static_cast<const char*>(bytes);
@@ -75,7 +75,7 @@ bool PGrowingFile::write(qint64 offset, const void* bytes, qint64 count) {
 }
 
 /// An exception would go through the C library that writes.
-bool PGrowingFile::holdBack(qint64 offset, const char* bytes, qint64 count) {
+bool PTransactionalFile::holdBack(qint64 offset, const char* bytes, qint64 count) {
     try {
         m_heldBack[offset] = QByteArray(bytes, count);
         return true;
@@ -84,7 +84,7 @@ bool PGrowingFile::holdBack(qint64 offset, const char* bytes, qint64 count) {
     }
 }
 
-bool PGrowingFile::writeNow(qint64 offset, const char* bytes, qint64 count) {
+bool PTransactionalFile::writeNow(qint64 offset, const char* bytes, qint64 count) {
     while (count > 0) {
         const ssize_t written = ::pwrite(m_descriptor, bytes, std::size_t(count), offset);
         if (written < 0 && errno == EINTR)
@@ -99,13 +99,13 @@ bool PGrowingFile::writeNow(qint64 offset, const char* bytes, qint64 count) {
     return true;
 }
 
-bool PGrowingFile::fail(int error) {
+bool PTransactionalFile::fail(int error) {
     m_failed = true;
     m_error = qt_error_string(error);
     return false;
 }
 
-qint64 PGrowingFile::read(qint64 offset, void* bytes, qint64 count) const {
+qint64 PTransactionalFile::read(qint64 offset, void* bytes, qint64 count) const {
     char* const to = static_cast<char*>(bytes);
     qint64 done = 0;
     while (done < count) {
@@ -124,7 +124,7 @@ qint64 PGrowingFile::read(qint64 offset, void* bytes, qint64 count) const {
     return done;
 }
 
-bool PGrowingFile::commit() {
+bool PTransactionalFile::commit() {
     for (const auto& [offset, bytes] : m_heldBack) {
         if (!m_failed)
             writeNow(offset, bytes.constData(), bytes.size());
@@ -138,7 +138,7 @@ bool PGrowingFile::commit() {
     return true;
 }
 
-void PGrowingFile::rollBack() {
+void PTransactionalFile::rollBack() {
     m_heldBack.clear();
     m_failed = false;
     m_size = m_wholeSize;

@@ -8,7 +8,7 @@
 
 /// Gives a whole file its name, and never the name of something that is there: a file, a folder, or
 /// a link that leads nowhere. Both names are in one folder. Any thread.
-class PFileNaming {
+class PExclusiveRename {
 public:
     /// One way to do it. Answers 0, or the reason as errno has it; then `from` has kept its name.
     using Step = int (*)(const QByteArray& from, const QByteArray& to);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <apps/pcdview/window/camera/PCameraDesk.h>
+#include <apps/pcdview/window/camera/PCameraTabs.h>
 
 #include <apps/pcdview/camera/PViewCamera.h>
 #include <apps/pcdview/window/camera/PCameraPage.h>
@@ -10,7 +10,7 @@
 #include <QTabBar>
 #include <QTabWidget>
 
-PCameraDesk::PCameraDesk(PCameraHost& host, QString problem, QWidget* parent)
+PCameraTabs::PCameraTabs(PCameraHost& host, QString problem, QWidget* parent)
     : QStackedWidget(parent)
     , m_host(host)
     , m_problem(std::move(problem))
@@ -26,21 +26,21 @@ PCameraDesk::PCameraDesk(PCameraHost& host, QString problem, QWidget* parent)
             [this](int index) { emit closeWanted(pageAt(index)); });
     connect(m_tabs, &QTabWidget::currentChanged, this,
             [this](int index) { emit currentPageChanged(pageAt(index)); });
-    connect(m_welcome, &PWelcomePage::searchWanted, this, &PCameraDesk::search);
-    connect(m_welcome, &PWelcomePage::simulationWanted, this, &PCameraDesk::simulationWanted);
-    connect(&host.manager(), &PDeviceManager::deviceAdded, this, &PCameraDesk::onArrival);
-    connect(&host.manager(), &PDeviceManager::deviceRemoved, this, &PCameraDesk::onDeparture);
+    connect(m_welcome, &PWelcomePage::searchWanted, this, &PCameraTabs::search);
+    connect(m_welcome, &PWelcomePage::simulationWanted, this, &PCameraTabs::simulationWanted);
+    connect(&host.manager(), &PDeviceManager::deviceAdded, this, &PCameraTabs::onArrival);
+    connect(&host.manager(), &PDeviceManager::deviceRemoved, this, &PCameraTabs::onDeparture);
     showSituation();
 }
 
-PCameraDesk::~PCameraDesk() {
+PCameraTabs::~PCameraTabs() {
     m_tabs->disconnect(this);
     // Now, and not with the other children: their cameras need the manager's devices.
     while (m_tabs->count() > 0)
         delete m_tabs->widget(0);
 }
 
-PStatus PCameraDesk::open(const QString& camera) {
+PStatus PCameraTabs::open(const QString& camera) {
     const PDeviceManager::Selection selection = m_host.manager().select(camera);
     if (selection.device != nullptr)
         return openDevice(selection.device, Front::Yes);
@@ -51,13 +51,13 @@ PStatus PCameraDesk::open(const QString& camera) {
     return PStatus::Ok;
 }
 
-void PCameraDesk::openFirst() {
+void PCameraTabs::openFirst() {
     const QList<PDevice*> devices = m_host.manager().devices();
     if (m_tabs->count() == 0 && !devices.isEmpty())
         openDevice(devices.first(), Front::Yes);
 }
 
-PStatus PCameraDesk::openDevice(PDevice* device, Front front) {
+PStatus PCameraTabs::openDevice(PDevice* device, Front front) {
     PCameraPage* page = pageOf(QString::fromUtf8(device->deviceId(false)));
     if (page == nullptr)
         page = addPage(device);
@@ -72,7 +72,7 @@ PStatus PCameraDesk::openDevice(PDevice* device, Front front) {
     return status;
 }
 
-PCameraPage* PCameraDesk::addPage(PDevice* device) {
+PCameraPage* PCameraTabs::addPage(PDevice* device) {
     auto* const page = new PCameraPage(new PViewCamera(m_host.identityOf(device)));
     connect(&page->camera(), &PViewCamera::stateChanged, this, [this, page] { showState(page); });
     emit pageAdded(page);
@@ -81,18 +81,18 @@ PCameraPage* PCameraDesk::addPage(PDevice* device) {
     return page;
 }
 
-void PCameraDesk::closePage(PCameraPage* page) {
+void PCameraTabs::closePage(PCameraPage* page) {
     m_tabs->removeTab(m_tabs->indexOf(page)); // first: whoever shows its camera lets it go
     delete page;
     showSituation();
     emit entriesChanged();
 }
 
-void PCameraDesk::setTabsShown(bool shown) {
+void PCameraTabs::setTabsShown(bool shown) {
     m_tabs->tabBar()->setVisible(shown);
 }
 
-void PCameraDesk::search() {
+void PCameraTabs::search() {
     m_host.manager().updateDevices();
     // Those that could not be opened when they came: what was in the way may be gone.
     for (PDevice* device : m_host.manager().devices()) {
@@ -103,7 +103,7 @@ void PCameraDesk::search() {
     showSituation();
 }
 
-void PCameraDesk::onArrival(PDevice* device) {
+void PCameraTabs::onArrival(PDevice* device) {
     const bool isAwaited = pageOf(QString::fromUtf8(device->deviceId(false))) != nullptr;
     // Not to the front: the user may be at work in another tab.
     if (isAwaited || m_tabs->count() == 0)
@@ -112,7 +112,7 @@ void PCameraDesk::onArrival(PDevice* device) {
     emit entriesChanged();
 }
 
-void PCameraDesk::onDeparture(PDevice* device) {
+void PCameraTabs::onDeparture(PDevice* device) {
     for (int index = 0; index < m_tabs->count(); ++index) {
         PCameraPage* const page = pageAt(index);
         if (page->camera().device() != device)
@@ -124,15 +124,15 @@ void PCameraDesk::onDeparture(PDevice* device) {
     emit entriesChanged();
 }
 
-PCameraPage* PCameraDesk::currentPage() const {
+PCameraPage* PCameraTabs::currentPage() const {
     return pageAt(m_tabs->currentIndex());
 }
 
-PCameraPage* PCameraDesk::pageAt(int index) const {
+PCameraPage* PCameraTabs::pageAt(int index) const {
     return static_cast<PCameraPage*>(m_tabs->widget(index));
 }
 
-PCameraPage* PCameraDesk::pageOf(const QString& id) const {
+PCameraPage* PCameraTabs::pageOf(const QString& id) const {
     for (int index = 0; index < m_tabs->count(); ++index) {
         if (pageAt(index)->camera().identity().id == id)
             return pageAt(index);
@@ -140,14 +140,14 @@ PCameraPage* PCameraDesk::pageOf(const QString& id) const {
     return nullptr;
 }
 
-QList<PCameraPage*> PCameraDesk::pages() const {
+QList<PCameraPage*> PCameraTabs::pages() const {
     QList<PCameraPage*> pages;
     for (int index = 0; index < m_tabs->count(); ++index)
         pages.append(pageAt(index));
     return pages;
 }
 
-QString PCameraDesk::stateOf(const PCameraPage* page) const {
+QString PCameraTabs::stateOf(const PCameraPage* page) const {
     if (page == nullptr)
         return tr("ready");
     if (page->camera().device() == nullptr)
@@ -155,7 +155,7 @@ QString PCameraDesk::stateOf(const PCameraPage* page) const {
     return page->camera().isRecorded() ? tr("recording") : tr("open");
 }
 
-QList<PCameraListPanel::Entry> PCameraDesk::entries() const {
+QList<PCameraListPanel::Entry> PCameraTabs::entries() const {
     QList<PCameraListPanel::Entry> entries;
     QStringList present;
     for (const PDevice* device : m_host.manager().devices()) {
@@ -171,7 +171,7 @@ QList<PCameraListPanel::Entry> PCameraDesk::entries() const {
     return entries;
 }
 
-QString PCameraDesk::titleOf(const PCameraPage& page) const {
+QString PCameraTabs::titleOf(const PCameraPage& page) const {
     const PCameraIdentity& camera = page.camera().identity();
     QString title = camera.model;
     if (!camera.serial.isEmpty())
@@ -181,7 +181,7 @@ QString PCameraDesk::titleOf(const PCameraPage& page) const {
     return page.camera().isRecorded() ? u"● "_qs + title : title;
 }
 
-void PCameraDesk::showState(PCameraPage* page) {
+void PCameraTabs::showState(PCameraPage* page) {
     const int index = m_tabs->indexOf(page);
     if (index < 0)
         return;
@@ -191,7 +191,7 @@ void PCameraDesk::showState(PCameraPage* page) {
         emit currentStateChanged();
 }
 
-void PCameraDesk::showSituation() {
+void PCameraTabs::showSituation() {
     PWelcomePage::Situation situation;
     situation.problem = m_problem;
     situation.sdk = m_host.sdk().path();

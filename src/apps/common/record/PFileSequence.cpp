@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include <apps/common/record/PNumberedFiles.h>
+#include <apps/common/record/PFileSequence.h>
 
 #include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
 
-PStatus PNumberedFiles::setPattern(const QString& pattern) {
+PStatus PFileSequence::setPattern(const QString& pattern) {
     // The folder is as it is called, with any # in it.
     static const QRegularExpression oneRun(u"^((?:.*/)?[^#/]*)(#+)([^#/]*)$"_qs,
                                            QRegularExpression::DotMatchesEverythingOption);
@@ -21,11 +21,11 @@ PStatus PNumberedFiles::setPattern(const QString& pattern) {
     return PStatus::Ok;
 }
 
-QString PNumberedFiles::path(quint64 number) const {
+QString PFileSequence::path(quint64 number) const {
     return m_before + QString::number(number).rightJustified(m_digits, u'0') + m_after;
 }
 
-QString PNumberedFiles::firstExisting(quint64 last) const {
+QString PFileSequence::firstExisting(quint64 last) const {
     const QFileInfo example(path(1));
     const QString folder = m_before.left(m_before.lastIndexOf(u'/') + 1);
     quint64 first = 0;
@@ -38,7 +38,7 @@ QString PNumberedFiles::firstExisting(quint64 last) const {
 }
 
 /// The number of a file of the series, else 0.
-quint64 PNumberedFiles::numberOf(const QString& path) const {
+quint64 PFileSequence::numberOf(const QString& path) const {
     const qsizetype digits = path.size() - m_before.size() - m_after.size();
     if (digits < m_digits || !path.startsWith(m_before) || !path.endsWith(m_after))
         return 0;

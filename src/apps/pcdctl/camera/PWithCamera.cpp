@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <apps/pcdctl/camera/PCameraWork.h>
+#include <apps/pcdctl/camera/PWithCamera.h>
 
 #include <apps/pcdctl/camera/PCtlHost.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <apps/common/tiff/PGrowingFile.h>
+#include <apps/common/tiff/PTransactionalFile.h>
 
 #include <apps/common/FileSizeLimit.h>
 
@@ -18,7 +18,7 @@ namespace {
 class GrowingFile : public FolderTest {
 protected:
     const QString name = path(u"grown"_qs);
-    PGrowingFile file;
+    PTransactionalFile file;
 
     void SetUp() override { ASSERT_TRUE(file.create(name).isOk()); }
     bool write(qint64 offset, const QByteArray& bytes) {
@@ -34,7 +34,7 @@ protected:
 
 TEST_F(GrowingFile, a_file_that_exists_is_refused_and_left_alone) {
     writeFile(path(u"mine"_qs), "mine");
-    PGrowingFile other;
+    PTransactionalFile other;
     const PStatus status = other.create(path(u"mine"_qs));
     EXPECT_FALSE(status.isOk());
     EXPECT_FALSE(status.reason().isEmpty());
@@ -43,7 +43,7 @@ TEST_F(GrowingFile, a_file_that_exists_is_refused_and_left_alone) {
 
 TEST_F(GrowingFile, a_link_that_leads_nowhere_is_refused_and_not_followed) {
     ASSERT_TRUE(QFile::link(path(u"nowhere"_qs), path(u"link"_qs)));
-    PGrowingFile other;
+    PTransactionalFile other;
     EXPECT_FALSE(other.create(path(u"link"_qs)).isOk());
     EXPECT_FALSE(QFile::exists(path(u"nowhere"_qs)));
 }
