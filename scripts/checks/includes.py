@@ -1,0 +1,153 @@
+"""Includes run one way between libraries, and between the folders of a library."""
+
+import re
+from pathlib import PurePosixPath
+
+from .result import Result
+
+# Of each library, the libraries whose headers it includes. They stand below it.
+LIBRARIES = {
+    "PCore": "",
+    "PLog": "PCore",
+    "PDip": "PCore",
+    "PCd": "PCore PDip PLog",
+    "PGui": "PCore",
+    "PCdGui": "PCd PCore PGui",
+    "PCdPlugins/PTDevice": "PCd PCore PDip PLog toupcam",
+    "toupcam": "",
+    "toupcam/sim": "toupcam",
+    "apps/common": "PCd PCore",
+    "apps/pcdctl": "PCd PCore PDip PLog apps/common",
+    "apps/pcdview": "PCd PCdGui PCore PDip PGui PLog apps/common",
+}
+
+# Of each library with folders, the folders whose headers each of them includes; "." is the
+# library's own. A folder that is not here includes none.
+FOLDERS = {
+    "PCd": {
+        ".": "frame",
+        "device": ". frame property property/value",
+        "plugin": "device",
+        "profile": ". device frame property property/value",
+        "property": ". property/value",
+        "property/typed": ". property",
+        "property/value": ".",
+    },
+    "toupcam/sim": {
+        "api": "scene world",
+        "world": "frame scene settings stream",
+        "stream": "frame sensor settings timing",
+        "settings": "frame scene timing",
+        "timing": "scene",
+        "sensor": "frame processing scene",
+        "processing": "frame",
+        "scene": "frame",
+    },
+    "apps/common": {
+        "ome": "camera metadata program record tiff",
+        "record": "camera picture",
+        "picture": "metadata tiff",
+        "tiff": "metadata",
+        "metadata": "camera program",
+    },
+    "apps/pcdctl": {
+        ".": "camera cli commands",
+        "commands": "camera cli properties runs",
+        "runs": "camera cli",
+        "camera": "cli properties",
+        "properties": "cli",
+    },
+    "apps/pcdview": {
+        ".": "options window/camera window/main",
+        "window/main": "analysis camera capture options view window/camera window/dialogs "
+                       "window/panels",
+        "window/camera": "camera view window/panels",
+        "window/panels": "analysis capture",
+        "window/dialogs": "capture",
+        "capture": "camera options",
+        "analysis": "view",
+    },
+}
+
+TABLES = PurePosixPath("scripts/checks/includes.py")
+INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*([<"])([^>"\n]+)[>"]', re.MULTILINE)
+GENERATED = re.compile(r"ui_\w+\.h$|\w+\.moc$")
+
+
+def check(tree):
+    """Checks all includes of src against the tables, and the tables for circles."""
+    result = Result("includes")
+    unused = {(None, a, b) for a, b in arrows(LIBRARIES)}
+    unused |= {(library, a, b) for library in FOLDERS for a, b in arrows(FOLDERS[library])}
+    for path in tree.sources("src"):
+        text = tree.text(path)
+        for found in INCLUDE.finditer(text):
+            result.checked += 1
+            line = text.count("\n", 0, found.start()) + 1
+            check_one(tree, path, line, found, unused, result)
+    for library, a, b in sorted(unused, key=str):
+        where = f"in {library} " if library else ""
+        result.add(TABLES, 1, f"no file {where}of {a} includes {b} any more: expected that the "
+                   "arrow is removed from the table")
+    for name, table in (("LIBRARIES", LIBRARIES), *FOLDERS.items()):
+        for circle in circles(table):
+            result.add(TABLES, 1, f"{name}: {' -> '.join(circle)} is a circle: expected that "
+                       "includes run one way")
+    return result
+
+
+def arrows(table):
+    """The pairs of a table: what includes, and what is included."""
+    return [(a, b) for a, included in table.items() for b in included.split()]
+
+
+def check_one(tree, path, line, found, unused, result):
+    """Adds a violation if one include is against the tables; an arrow it uses is not unused."""
+    bracket, name = found.groups()
+    if bracket == '"':
+        if not GENERATED.match(name) and path.parent / name not in tree.files:
+            result.add(path, line, f'#include "{name}": expected a file of the same folder in "", '
+                       "and the path from src in <> for all others")
+        return
+    here, there = place_of(path.relative_to("src")), place_of(PurePosixPath(name))
+    if there is None or here == there:
+        return
+    if here is None:
+        result.add(path, line, f"includes {name} but belongs to no library of {TABLES}: expected "
+                   "that its folder is in the table")
+        return
+    if here[0] == there[0]:
+        library, table, a, b = here[0], FOLDERS.get(here[0], {}), here[1], there[1]
+    else:
+        library, table, a, b = None, LIBRARIES, here[0], there[0]
+    unused.discard((library, a, b))
+    if b not in table.get(a, "").split():
+        where = f"{library}/{a}" if library else a
+        expected = f"of all others only {table[a]}" if table.get(a) else "none of the others"
+        result.add(path, line, f"{where} includes {name}: expected {expected} (see {TABLES})")
+
+
+def place_of(path):
+    """The library and the folder in it of a path from src; None for what is not in src."""
+    for library in sorted(LIBRARIES, key=len, reverse=True):
+        if path.is_relative_to(library):
+            return library, str(path.relative_to(library).parent)
+    return None
+
+
+def circles(table):
+    """The ways in a table that lead back to where they begin, each once."""
+    found = []
+
+    def follow(way):
+        for following in table.get(way[-1], "").split():
+            if following in way:
+                circle = way[way.index(following):]
+                if circle[0] == min(circle):
+                    found.append((*circle, following))
+            else:
+                follow((*way, following))
+
+    for start in table:
+        follow((start,))
+    return sorted(set(found))

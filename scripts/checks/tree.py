@@ -1,0 +1,41 @@
+"""The checkout as the checks see it: its files, and what git knows of its commits."""
+
+import subprocess
+from pathlib import Path, PurePosixPath
+
+CPP = (".cpp", ".h")
+
+
+class InputError(Exception):
+    """What was given cannot be checked; the text says what is wrong and what was expected."""
+
+
+class Tree:
+    """A checkout: its tracked and its new files, ignored ones left out, by relative path."""
+
+    def __init__(self, root):
+        self.root = Path(root)
+        ended = self.run_git("ls-files", "-z", "--cached", "--others", "--exclude-standard")
+        if ended.returncode != 0:
+            raise InputError(f"{self.root}: {ended.stderr.strip()}, expected a git checkout")
+        self.files = sorted(path for path in {*map(PurePosixPath, ended.stdout.split("\0")[:-1])}
+                            if (self.root / path).is_file())
+        self.texts = {}
+
+    def run_git(self, *arguments):
+        """Runs a git command in the checkout."""
+        return subprocess.run(["git", "-C", str(self.root), *arguments], check=False,
+                              capture_output=True, text=True)
+
+    def text(self, path):
+        """The text of a file. Raises InputError if it cannot be read."""
+        if path not in self.texts:
+            try:
+                self.texts[path] = (self.root / path).read_text(encoding="utf-8")
+            except (OSError, UnicodeDecodeError) as error:
+                raise InputError(f"{path}: {error}, expected a text in UTF-8") from error
+        return self.texts[path]
+
+    def sources(self, top):
+        """The C++ files below a folder at the top of the tree."""
+        return [path for path in self.files if path.suffix in CPP and path.parts[0] == top]

@@ -1,0 +1,272 @@
+#!/usr/bin/python3
+"""Tests of scripts/check: each check finds its violation in a made-up tree, and nothing else."""
+
+import contextlib
+import io
+import subprocess
+import sys
+import tempfile
+import unittest
+from pathlib import Path
+from unittest import mock
+
+ROOT = Path(__file__).resolve().parents[2]
+sys.dont_write_bytecode = True
+sys.path.insert(0, str(ROOT / "scripts"))
+
+# The path comes first.
+from checks import (  # noqa: E402
+    cli, folders, format, functions, includes)
+from checks.tree import InputError, Tree  # noqa: E402
+
+
+class TreeTest(unittest.TestCase):
+    """A git checkout in a temporary folder."""
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.root = Path(folder.name)
+        self.git("init", "-q")
+
+    def git(self, *arguments):
+        """Runs git as a user without settings of their own; returns what it prints."""
+        command = ["git", "-C", str(self.root), "-c", "user.name=n", "-c", "user.email=e",
+                   "-c", "commit.gpgsign=false", *arguments]
+        return subprocess.run(command, check=True, capture_output=True, text=True).stdout.strip()
+
+    def tree(self, files):
+        """The checkout with some files: paths and their texts."""
+        for path, text in files.items():
+            self.write(path, text)
+        return Tree(self.root)
+
+    def write(self, path, text):
+        """Writes a file."""
+        file = self.root / path
+        file.parent.mkdir(parents=True, exist_ok=True)
+        file.write_text(text, encoding="utf-8")
+
+    def expect(self, result, *places):
+        """Expects violations at these places, and that something was checked."""
+        self.assertGreater(result.checked, 0)
+        found = [f"{finding.path}:{finding.line}" for finding in sorted(result.findings)]
+        self.assertEqual(found, list(places), [str(finding) for finding in result.findings])
+
+    def expect_text(self, result, text):
+        """Expects that one of the violations says this."""
+        self.assertTrue(any(text in str(finding) for finding in result.findings),
+                        [str(finding) for finding in result.findings])
+
+
+class FormatTest(TreeTest):
+    """clang-format is asked about every C++ file."""
+
+    def test_a_file_that_is_formatted_differently_is_found_once_with_its_first_line(self):
+        tree = self.tree({"src/a.cpp": "int a;\nint  b;\nint  c;\n", "src/b.h": "int b;\n"})
+        self.expect(format.check(tree), "src/a.cpp:2")
+
+    def test_a_new_file_is_checked_and_an_ignored_one_is_not(self):
+        tree = self.tree({".gitignore": "/build\n", "build/a.cpp": "int  a;\n",
+                          "new.cpp": "int  a;\n"})
+        self.expect(format.check(tree), "new.cpp:1")
+
+    def test_a_clang_format_that_fails_is_a_violation(self):
+        self.write(".clang-format", "nonsense\n")
+        self.expect(format.check(self.tree({"a.cpp": "int a;\n"})), "a.cpp:1")
+
+    def test_without_clang_format_the_input_is_wrong(self):
+        with mock.patch("shutil.which", return_value=None), self.assertRaises(InputError):
+            format.check(self.tree({"a.cpp": "int a;\n"}))
+
+
+class IncludesTest(TreeTest):
+    """Includes follow the two tables, and the tables have no arrow too many."""
+
+    def setUp(self):
+        super().setUp()
+        self.use({"Low": "", "High": "Low"}, {"High": {"top": "base"}})
+        self.files = {"src/Low/a.h": "", "src/High/base/b.h": "#include <Low/a.h>\n",
+                      "src/High/top/c.h": "#include <QList>\n#include <High/base/b.h>\n"}
+
+    def use(self, libraries, inside):
+        """Has the checks use these tables."""
+        for name, table in (("LIBRARIES", libraries), ("FOLDERS", inside)):
+            patch = mock.patch.object(includes, name, table)
+            patch.start()
+            self.addCleanup(patch.stop)
+
+    def test_includes_that_follow_the_tables_are_right(self):
+        self.expect(includes.check(self.tree(self.files)))
+
+    def test_an_include_of_a_library_above_is_found(self):
+        self.files["src/Low/a.h"] = "\n#include <High/base/b.h>\n"
+        result = includes.check(self.tree(self.files))
+        self.expect(result, "src/Low/a.h:2")
+        self.expect_text(result, "Low includes High/base/b.h: expected none of the others")
+
+    def test_an_include_against_the_folders_of_a_library_is_found(self):
+        self.files["src/High/base/b.h"] += "#include <High/top/c.h>\n"
+        self.expect(includes.check(self.tree(self.files)), "src/High/base/b.h:2")
+
+    def test_an_arrow_that_no_include_uses_is_found(self):
+        self.files["src/High/base/b.h"] = ""
+        result = includes.check(self.tree(self.files))
+        self.expect_text(result, "no file of High includes Low any more")
+        self.assertEqual(len(result.findings), 1)
+
+    def test_a_circle_in_a_table_is_found(self):
+        self.use({"Low": "", "High": "Low"}, {"High": {"top": "base", "base": "top"}})
+        self.files["src/High/base/b.h"] += "#include <High/top/c.h>\n"
+        result = includes.check(self.tree(self.files))
+        self.expect_text(result, "High: base -> top -> base is a circle")
+        self.assertEqual(len(result.findings), 1)
+
+    def test_quotes_are_for_files_of_the_same_folder_and_for_generated_ones(self):
+        self.files["src/Low/b.cpp"] = \
+            '#include "a.h"\n#include "ui_b.h"\n#include "b.moc"\n#include "../High/base/b.h"\n'
+        self.expect(includes.check(self.tree(self.files)), "src/Low/b.cpp:4")
+
+    def test_a_file_outside_of_all_libraries_includes_none(self):
+        self.files["src/other.cpp"] = "#include <Low/a.h>\n"
+        self.expect(includes.check(self.tree(self.files)), "src/other.cpp:1")
+
+
+class FoldersTest(TreeTest):
+    """A folder has few classes and a README."""
+
+    def setUp(self):
+        super().setUp()
+        patch = mock.patch.object(folders, "EXCEPTIONS", {})
+        self.exceptions = patch.start()
+        self.addCleanup(patch.stop)
+
+    def fill(self, number):
+        """A folder with this number of classes of two files each, and a README."""
+        for count in range(number):
+            self.write(f"src/A/C{count}.h", "")
+            self.write(f"src/A/C{count}.cpp", "")
+        return self.tree({"src/A/README.md": "A.\n"})
+
+    def test_a_dozen_classes_are_right(self):
+        self.expect(folders.check(self.fill(folders.MOST)))
+
+    def test_one_class_more_is_found(self):
+        self.expect(folders.check(self.fill(folders.MOST + 1)), "src/A/README.md:1")
+
+    def test_an_exception_allows_no_more_than_its_number(self):
+        self.exceptions["src/A"] = (14, "reason")
+        self.expect(folders.check(self.fill(14)))
+        self.expect(folders.check(self.fill(15)), "src/A/README.md:1")
+
+    def test_an_exception_that_allows_too_much_is_found(self):
+        self.exceptions["src/A"] = (14, "reason")
+        self.expect_text(folders.check(self.fill(folders.MOST)), "its exception, 14, is removed")
+        self.expect_text(folders.check(self.fill(13)), "its exception, 14, is lowered")
+
+    def test_an_exception_for_a_folder_that_is_gone_is_found(self):
+        self.exceptions["src/B"] = (14, "reason")
+        self.expect_text(folders.check(self.fill(1)), "src/B has no sources")
+
+    def test_a_folder_without_a_readme_is_found(self):
+        self.expect(folders.check(self.tree({"src/A/a.h": ""})), "src/A/README.md:1")
+
+
+class FunctionsTest(TreeTest):
+    """Long functions are found wherever they stand; long types and lists are none."""
+
+    LONG = "    call();\n" * (functions.LONGEST + 1)
+    FITS = "    call();\n" * functions.LONGEST
+
+    def check(self, text):
+        """The result for a source of this text."""
+        return functions.check(self.tree({"src/a.cpp": text}))
+
+    def test_a_function_of_60_lines_is_right(self):
+        self.expect(self.check(f"void f() {{\n{self.FITS}}}\n"))
+
+    def test_a_longer_one_is_found_at_its_brace(self):
+        self.expect(self.check(f"\nvoid f(int a,\n       int b) {{\n{self.LONG}}}\n"),
+                    "src/a.cpp:3")
+
+    def test_methods_constructors_and_lambdas_are_functions_too(self):
+        for head in ("void A::f() const noexcept {", "A::A()\n    : m_a{1} {", "auto f() -> int {",
+                     "namespace n {\nclass A {\n    void f() override {",
+                     'extern "C" {\nint f() {', "template <class T>\nvoid f() {"):
+            text = f"{head}\n{self.LONG}}}\n" + "}\n" * head.count("{\n")
+            self.assertEqual(len(self.check(text).findings), 1, head)
+
+    def test_long_types_and_lists_of_values_are_none(self):
+        members, values = "    int a;\n" * 70, "    1,\n" * 70
+        result = self.check(f"class A {{\n{members}}};\nint a[] = {{\n{values}}};\n"
+                            f"QList<int> b{{\n{values}}};\nnamespace n {{\nint c;\n}}\n"
+                            f"QList<int> d{{\n{values}}};\nvoid f() {{}}\n")
+        self.expect(result)
+        self.assertEqual(result.checked, 1)
+
+    def test_braces_in_texts_and_comments_do_not_count(self):
+        self.expect(self.check('void f() {\n    // {\n    call("}", \'{\');\n}\n'))
+
+    def test_a_brace_that_is_never_closed_is_found(self):
+        self.expect(self.check("void f() {\n"), "src/a.cpp:1")
+
+    def test_tests_may_be_longer(self):
+        tree = self.tree({"src/a.cpp": "void f() {}\n",
+                          "tests/b.cpp": f"void f() {{\n{self.LONG}}}\n"})
+        self.expect(functions.check(tree))
+
+
+class CommandLineTest(TreeTest):
+    """Exit codes and what is printed."""
+
+    def run_cli(self, *arguments):
+        """Exit code, standard output and error output of a run."""
+        out, err = io.StringIO(), io.StringIO()
+        with contextlib.redirect_stdout(out), contextlib.redirect_stderr(err):
+            code = cli.main(self.root, arguments)
+        return code, out.getvalue(), err.getvalue()
+
+    def test_violations_are_1_and_are_printed_with_their_place(self):
+        self.write("src/A/a.cpp", "int  a;\n")
+        code, out, _ = self.run_cli("functions", "folders", "format")
+        self.assertEqual(code, 1)
+        self.assertIn("src/A/a.cpp:1: formatted differently, the first of 1 places: expected what "
+                      "clang-format -i src/A/a.cpp writes [format]", out)
+
+    def test_no_violation_is_0(self):
+        self.write("src/a.cpp", "void f() {}\n")
+        code, out, _ = self.run_cli("functions")
+        self.assertEqual(code, 0, out)
+        self.assertIn("functions: 1 functions, 0 violations", out)
+
+    def test_a_check_of_nothing_is_a_failure(self):
+        for name in cli.CHECKS:
+            with mock.patch.object(includes, "LIBRARIES", {}), \
+                    mock.patch.object(includes, "FOLDERS", {}), \
+                    mock.patch.object(folders, "EXCEPTIONS", {}):
+                code, out, _ = self.run_cli(name)
+            self.assertEqual(code, 1, name)
+            self.assertIn(f"{name}: nothing was checked", out)
+
+    def test_an_unknown_name_is_2_and_named(self):
+        for arguments in (("nope",), ("--list", "nope")):
+            code, _, err = self.run_cli(*arguments)
+            self.assertEqual(code, 2)
+            self.assertIn("nope: there is no such check, expected one of folders", err)
+
+    def test_a_folder_that_is_no_checkout_is_2_and_named(self):
+        with tempfile.TemporaryDirectory() as folder:
+            err = io.StringIO()
+            with contextlib.redirect_stderr(err):
+                self.assertEqual(cli.main(folder, ["functions"]), 2)
+        self.assertIn(f"{folder}: fatal: not a git repository", err.getvalue())
+
+    def test_the_list_has_every_check_with_its_rule(self):
+        code, out, _ = self.run_cli("--list")
+        self.assertEqual(code, 0)
+        self.assertEqual([line.split()[0] for line in out.splitlines()], list(cli.CHECKS))
+        self.assertIn("No function in src is longer than 60 lines.", out)
+
+
+if __name__ == "__main__":
+    unittest.main()
