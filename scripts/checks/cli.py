@@ -6,10 +6,11 @@ import sys
 import time
 from pathlib import Path
 
+from .allowed import FOLDER, pruned
 from .tree import InputError, Tree
 
 EXIT_FOUND, EXIT_BAD_INPUT = 1, 2
-CHECKS = ("folders", "format", "functions", "includes")
+CHECKS = ("folders", "format", "functions", "headers", "includes")
 
 
 def parser():
@@ -19,6 +20,8 @@ def parser():
         description="Checks the rules of CONTRIBUTING.md that a program can check.")
     made.add_argument("names", nargs="*", metavar="NAME", help="run only these (default: all)")
     made.add_argument("--list", action="store_true", help="list the checks and run none")
+    made.add_argument("--prune", action="store_true",
+                      help=f"remove from the lists in {FOLDER} what is no longer needed")
     return made
 
 
@@ -47,6 +50,16 @@ def show(name, result, seconds):
     return result.checked > 0 and not findings
 
 
+def prune(tree, result):
+    """Removes the entries of lists that are not needed any more, and the findings they were."""
+    for path in {finding.path for finding in result.stale}:
+        lines = {finding.line for finding in result.stale if finding.path == path}
+        file = tree.root / path
+        file.write_text(pruned(file.read_text(encoding="utf-8"), lines), encoding="utf-8")
+        print(f"{path}: removed {len(lines)} of its lines")
+    result.findings = [finding for finding in result.findings if finding not in result.stale]
+
+
 def run(root, options):
     """Does what the options ask for; returns the exit code."""
     names = chosen(options.names)
@@ -58,6 +71,8 @@ def run(root, options):
     for name in names:
         started = time.monotonic()
         result = check_of(name).check(tree)
+        if options.prune:
+            prune(tree, result)
         good = show(name, result, time.monotonic() - started) and good
     return 0 if good else EXIT_FOUND
 

@@ -23,7 +23,14 @@ class Result:
     unit: str
     checked: int = 0
     findings: list = field(default_factory=list)
+    stale: list = field(default_factory=list)  # findings that removing their lines would solve
 
     def add(self, path, line, text):
         """Adds a violation."""
         self.findings.append(Finding(PurePosixPath(path), line, text))
+
+    def add_stale(self, path, line, text):
+        """Adds the violation that a line of a list is needed no more."""
+        self.add(path, line, f"{text}: expected that this line is removed, as scripts/check "
+                 "--prune does")
+        self.stale.append(self.findings[-1])

@@ -4,6 +4,7 @@ import subprocess
 from pathlib import Path, PurePosixPath
 
 CPP = (".cpp", ".h")
+MAIN = "origin/main"  # what a branch is compared with
 
 
 class InputError(Exception):
@@ -26,6 +27,11 @@ class Tree:
         """Runs a git command in the checkout."""
         return subprocess.run(["git", "-C", str(self.root), *arguments], check=False,
                               capture_output=True, text=True)
+
+    def git(self, *arguments):
+        """What a git command prints; None if it fails."""
+        ended = self.run_git(*arguments)
+        return ended.stdout if ended.returncode == 0 else None
 
     def text(self, path):
         """The text of a file. Raises InputError if it cannot be read."""

@@ -16,8 +16,11 @@ sys.path.insert(0, str(ROOT / "scripts"))
 
 # The path comes first.
 from checks import (  # noqa: E402
-    cli, folders, format, functions, includes)
+    cli, folders, format, functions, headers, includes)
+from checks.allowed import FOLDER, pruned  # noqa: E402
 from checks.tree import InputError, Tree  # noqa: E402
+
+LISTS = str(FOLDER)
 
 
 class TreeTest(unittest.TestCase):
@@ -46,6 +49,12 @@ class TreeTest(unittest.TestCase):
         file = self.root / path
         file.parent.mkdir(parents=True, exist_ok=True)
         file.write_text(text, encoding="utf-8")
+
+    def commit(self, subject):
+        """Commits everything; returns the commit's id."""
+        self.git("add", "--all")
+        self.git("commit", "-q", "--allow-empty", "-m", subject)
+        return self.git("rev-parse", "HEAD")
 
     def expect(self, result, *places):
         """Expects violations at these places, and that something was checked."""
@@ -216,6 +225,120 @@ class FunctionsTest(TreeTest):
         self.expect(functions.check(tree))
 
 
+class HeadersTest(TreeTest):
+    """Types and public functions have a comment, and headers with functions name a thread."""
+
+    def check(self, text, listed=""):
+        """The result for one header, with a list of exceptions."""
+        self.write(f"{LISTS}/headers.txt", listed)
+        return headers.check(self.tree({"src/PA.h": text}))
+
+    def test_a_header_that_says_everything_is_right(self):
+        self.expect(self.check(
+            "/// A thing. The main thread.\nclass PA : public PB {\n    Q_OBJECT\npublic:\n"
+            "    /// Makes it.\n    int make(int a);\n};\n"))
+
+    def test_a_type_and_a_function_without_a_comment_are_found(self):
+        self.expect(self.check("// thread\n\nclass PA {\npublic:\n    int make();\n};\n"
+                               "\nenum class PK { A };\nvoid free(int);\n"),
+                    "src/PA.h:3", "src/PA.h:5", "src/PA.h:8", "src/PA.h:9")
+
+    def test_macros_of_qt_do_not_hide_what_follows_them(self):
+        self.expect(self.check("/// Any thread.\nclass PA : public QObject {\n    Q_OBJECT\n"
+                               "    Q_PROPERTY(int a READ a)\n\npublic:\n    int a();\n\n"
+                               "private:\n    Q_DISABLE_COPY(PA)\n    int b();\n};\n"),
+                    "src/PA.h:7")
+
+    def test_a_comment_holds_for_the_lines_that_it_stands_above(self):
+        head = "/// Any thread.\nstruct PA {\n    /// Both.\n    int a();\n"
+        self.expect(self.check(f"{head}    int b();\n}};\n"))
+        self.expect(self.check(f"{head}\n    int b();\n}};\n"), "src/PA.h:6")
+
+    def test_signals_and_slots_are_public(self):
+        self.expect(self.check("/// Any thread.\nclass PA {\nsignals:\n    void a();\n\n"
+                               "public slots:\n    void b();\n};\n"),
+                    "src/PA.h:4", "src/PA.h:7")
+
+    def test_what_is_not_public_and_what_explains_itself_need_none(self):
+        self.expect(self.check(
+            "class PB;\n/// Any thread.\nclass PA : public PB {\npublic:\n    PA(int a);\n"
+            "    ~PA() override;\n    PA(const PA&) = delete;\n    bool operator==(const PA&);\n"
+            "    int b() override;\n    int c() const { return m_c; }\n    friend void d();\n"
+            "    using E = int (*)(int);\n    std::function<void(int)> f;\n\nprotected:\n"
+            "    int g();\n\nprivate:\n    struct H {\n        int h();\n    };\n"
+            "    int m_c = k();\n};\n"))
+
+    def test_a_function_with_a_body_of_some_lines_needs_one(self):
+        self.expect(self.check("// thread\n\nint a() {\n    return b();\n}\n"), "src/PA.h:3")
+
+    def test_a_header_with_functions_that_names_no_thread_is_found(self):
+        text = "/// A thing.\nstruct PA {\n    /// Makes it.\n    int make();\n};\n"
+        self.expect(self.check(text), "src/PA.h:1")
+        self.expect(self.check(text.replace("A thing", "A thing. Any thread")))
+        self.expect(self.check(text.replace("    int make", "    int thread_make")), "src/PA.h:1")
+
+    def test_a_header_without_functions_needs_no_thread(self):
+        self.expect(self.check("/// A thing.\nstruct PA {\n    int a = 0;\n};\n"))
+
+    def test_a_class_has_the_thread_of_the_class_that_it_derives_from(self):
+        self.write("src/PB.h", "/// The main thread.\nclass PB {};\n")
+        text = "/// A thing.\nstruct PA : PB {\n    /// Makes it.\n    int make();\n};\n"
+        self.expect(self.check(text))
+        self.expect(self.check(text.replace(": PB", ": QObject")), "src/PA.h:1")
+
+    def test_a_macro_before_the_name_of_a_function_is_not_its_name(self):
+        result = self.check("// thread\n\nTOUPCAM_API(int)\nopen(int a);\n")
+        self.expect(result, "src/PA.h:3")
+        self.expect_text(result, "function open")
+
+    def test_namespaces_and_c_linkage_do_not_hide_what_is_in_them(self):
+        self.expect(self.check('// thread\n\nnamespace n::m {\n\nint a();\n\n}\n\n'
+                               'extern "C" {\n\nint b();\n\n}\n\nint c();\n'),
+                    "src/PA.h:5", "src/PA.h:11", "src/PA.h:15")
+
+    def test_brackets_of_templates_are_not_those_of_parameters(self):
+        result = self.check("// thread\n\nQList<QList<int>> a();\n\n"
+                            "template <class T, class U = V<T>>\nF<T(U)> b();\n\nF<T(U)> c;\n")
+        self.expect(result, "src/PA.h:3", "src/PA.h:5")
+        self.expect_text(result, "function b ")
+
+    def test_start_values_in_braces_do_not_end_a_declaration(self):
+        result = self.check("// thread\n\nint a(PB b = {}, int c = 1);\n\nint d{1};\nint e();\n")
+        self.expect(result, "src/PA.h:3", "src/PA.h:6")
+        self.expect_text(result, "function a ")
+
+    def test_an_exception_is_for_one_name_and_has_to_be_needed(self):
+        text = "// thread\n\nint a();\n\nint b();\n"
+        self.expect(self.check(text, "# Reason.\nPA.h a\n"), "src/PA.h:5")
+        self.expect(self.check(text, "# Reason.\nPA.h\n"))
+        self.expect(self.check(text, "# Reason.\nPA.h\nPA.h c\n"), f"{LISTS}/headers.txt:3")
+
+
+class AllowedTest(TreeTest):
+    """Lists of exceptions have reasons and only shrink."""
+
+    def check(self, listed):
+        """The result for a header that needs two exceptions."""
+        self.write(f"{LISTS}/headers.txt", listed)
+        return headers.check(self.tree({"src/PA.h": "// thread\n\nint a();\n\nint b();\n"}))
+
+    def test_an_entry_without_a_reason_is_found(self):
+        self.expect(self.check("# Reason.\nPA.h a\n\nPA.h b\n"), f"{LISTS}/headers.txt:4")
+
+    def test_an_entry_that_is_there_twice_is_found(self):
+        self.expect(self.check("# Reason.\nPA.h a\nPA.h b\nPA.h a\n"), f"{LISTS}/headers.txt:4")
+
+    def test_a_list_that_is_longer_than_on_main_is_found(self):
+        self.check("# Reason.\nPA.h c\n")
+        self.git("update-ref", "refs/remotes/origin/main", self.commit("docs: a"))
+        self.expect(self.check("# Reason.\nPA.h a\nPA.h b\n"), f"{LISTS}/headers.txt:1")
+
+    def test_pruning_removes_entries_and_the_groups_that_become_empty(self):
+        text = "# About.\n\n# One.\na\nb\n\n# Two.\n# More.\nc\n\n# Three.\nd\n"
+        self.assertEqual(pruned(text, {4, 9}), "# About.\n\n# One.\nb\n\n# Three.\nd\n")
+        self.assertEqual(pruned(text, set()), text)
+
+
 class CommandLineTest(TreeTest):
     """Exit codes and what is printed."""
 
@@ -266,6 +389,15 @@ class CommandLineTest(TreeTest):
         self.assertEqual(code, 0)
         self.assertEqual([line.split()[0] for line in out.splitlines()], list(cli.CHECKS))
         self.assertIn("No function in src is longer than 60 lines.", out)
+
+    def test_pruning_writes_the_list_without_what_is_not_needed(self):
+        self.write("src/PA.h", "// thread\n\nint a();\n")
+        self.write(f"{LISTS}/headers.txt", "# Reason.\nPA.h a\nPA.h b\n")
+        self.assertEqual(self.run_cli("headers")[0], 1)
+        code, out, _ = self.run_cli("--prune", "headers")
+        self.assertEqual(code, 0, out)
+        self.assertEqual((self.root / LISTS / "headers.txt").read_text(encoding="utf-8"),
+                         "# Reason.\nPA.h a\n")
 
 
 if __name__ == "__main__":
