@@ -16,7 +16,7 @@ sys.path.insert(0, str(ROOT / "scripts"))
 
 # The path comes first.
 from checks import (  # noqa: E402
-    cli, folders, format, functions, headers, includes)
+    cli, folders, format, functions, headers, includes, tests)
 from checks.allowed import FOLDER, pruned  # noqa: E402
 from checks.tree import InputError, Tree  # noqa: E402
 
@@ -312,6 +312,39 @@ class HeadersTest(TreeTest):
         self.expect(self.check(text, "# Reason.\nPA.h a\n"), "src/PA.h:5")
         self.expect(self.check(text, "# Reason.\nPA.h\n"))
         self.expect(self.check(text, "# Reason.\nPA.h\nPA.h c\n"), f"{LISTS}/headers.txt:3")
+
+
+class TestsTest(TreeTest):
+    """A class has a test of its name, or an exception that names its tests."""
+
+    def check(self, files, listed=""):
+        """The result for some files and a list of exceptions."""
+        self.write(f"{LISTS}/tests.txt", listed)
+        self.write("tests/PATest.cpp", "TEST_F(A, b) {}\n")
+        return tests.check(self.tree(files))
+
+    def test_a_class_with_a_test_of_its_name_is_right(self):
+        self.expect(self.check({"src/PA.h": "", "src/PA.cpp": ""}))
+
+    def test_a_class_without_one_is_found_once(self):
+        self.expect(self.check({"src/x/PB.h": "", "src/x/PB.cpp": ""}), "src/x/PB.cpp:1")
+
+    def test_a_file_without_a_test_in_it_is_none(self):
+        self.expect(self.check({"src/PC.h": "", "tests/PCTest.cpp": "int a;\n"}), "src/PC.h:1")
+
+    def test_an_exception_names_tests_that_there_are(self):
+        self.expect(self.check({"src/PB.cpp": ""}, "# Reason.\nPB: PATest\n"))
+        self.expect(self.check({"src/PB.cpp": ""}, "# Reason.\nPB: PATest PXTest\n"),
+                    f"{LISTS}/tests.txt:2")
+
+    def test_an_exception_without_tests_is_for_headers_or_says_that_there_is_no_test(self):
+        self.expect(self.check({"src/PB.h": ""}, "# Types.\nPB\n"))
+        self.expect(self.check({"src/PB.cpp": ""}, "# No test looks at it.\nPB\n"))
+        self.expect(self.check({"src/PB.cpp": ""}, "# Types.\nPB\n"), f"{LISTS}/tests.txt:2")
+
+    def test_an_exception_for_a_class_with_a_test_or_that_is_gone_is_found(self):
+        self.expect(self.check({"src/PA.h": ""}, "# Reason.\nPA: PATest\nPB: PATest\n"),
+                    f"{LISTS}/tests.txt:2", f"{LISTS}/tests.txt:3")
 
 
 class AllowedTest(TreeTest):
