@@ -10,7 +10,7 @@ from .allowed import FOLDER, pruned
 from .tree import InputError, Tree
 
 EXIT_FOUND, EXIT_BAD_INPUT = 1, 2
-CHECKS = ("folders", "format", "functions", "headers", "includes", "tests")
+CHECKS = ("commits", "folders", "format", "functions", "headers", "includes", "tests")
 
 
 def parser():
@@ -46,7 +46,7 @@ def show(name, result, seconds):
     if not result.checked:
         print(f"{name}: nothing was checked, expected {result.unit}")
     print(f"{name}: {result.checked} {result.unit}, {len(findings)} violations "
-          f"({seconds:.1f} s)", flush=True)
+          f"({seconds:.1f} s){'; ' + result.note if result.note else ''}", flush=True)
     return result.checked > 0 and not findings
 
 

@@ -6,14 +6,15 @@ from pathlib import PurePosixPath
 
 @dataclass(frozen=True, order=True)
 class Finding:
-    """One violation: where it is, what was found and what was expected."""
+    """One violation: where it is, what was found and what was expected. Line 0 is no line."""
 
     path: PurePosixPath
     line: int
     text: str
 
     def __str__(self):
-        return f"{self.path}:{self.line}: {self.text}"
+        place = f"{self.path}:{self.line}" if self.line else self.path
+        return f"{place}: {self.text}"
 
 
 @dataclass
@@ -24,6 +25,7 @@ class Result:
     checked: int = 0
     findings: list = field(default_factory=list)
     stale: list = field(default_factory=list)  # findings that removing their lines would solve
+    note: str = ""
 
     def add(self, path, line, text):
         """Adds a violation."""

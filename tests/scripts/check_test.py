@@ -16,7 +16,7 @@ sys.path.insert(0, str(ROOT / "scripts"))
 
 # The path comes first.
 from checks import (  # noqa: E402
-    cli, folders, format, functions, headers, includes, tests)
+    cli, commits, folders, format, functions, headers, includes, tests)
 from checks.allowed import FOLDER, pruned  # noqa: E402
 from checks.tree import InputError, Tree  # noqa: E402
 
@@ -347,6 +347,38 @@ class TestsTest(TreeTest):
                     f"{LISTS}/tests.txt:2", f"{LISTS}/tests.txt:3")
 
 
+class CommitsTest(TreeTest):
+    """The subjects of the branch are checked, those on main are not."""
+
+    def test_only_the_commits_that_main_has_not_are_checked(self):
+        main = self.commit("Whatever was done before.")
+        self.git("update-ref", "refs/remotes/origin/main", main)
+        self.commit("docs: the new page")
+        wrong = self.commit("the wrong subject")
+        self.commit("scripts/check, .ci: check the commits")
+        result = commits.check(Tree(self.root))
+        self.expect(result, f"commit {wrong[:7]}:0")
+        self.assertEqual((result.checked, result.note), (3, ""))
+
+    def test_the_last_commit_is_checked_where_main_has_all_or_is_not_known(self):
+        wrong = self.commit("Wrong.")
+        result = commits.check(Tree(self.root))
+        self.expect(result, f"commit {wrong[:7]}:0", f"commit {wrong[:7]}:0")
+        self.assertIn("origin/main is not known, so only the last commit", result.note)
+        self.git("update-ref", "refs/remotes/origin/main", wrong)
+        self.assertIn("has no commit that it has not", commits.check(Tree(self.root)).note)
+
+    def test_each_fault_of_a_subject_is_named(self):
+        self.assertEqual(commits.faults_of(f"docs: {'a' * 66}"), [])
+        self.assertIn("73 characters", commits.faults_of(f"docs: {'a' * 67}")[0])
+        self.assertIn("no full stop", commits.faults_of("docs: the new page.")[0])
+        for subject in ("New page", "docs:", "docs:page", ": page", "the docs: page"):
+            self.assertEqual(len(commits.faults_of(subject)), 1, subject)
+
+    def test_a_checkout_without_commits_has_nothing_to_check(self):
+        self.assertEqual(commits.check(Tree(self.root)).checked, 0)
+
+
 class AllowedTest(TreeTest):
     """Lists of exceptions have reasons and only shrink."""
 
@@ -408,7 +440,7 @@ class CommandLineTest(TreeTest):
         for arguments in (("nope",), ("--list", "nope")):
             code, _, err = self.run_cli(*arguments)
             self.assertEqual(code, 2)
-            self.assertIn("nope: there is no such check, expected one of folders", err)
+            self.assertIn("nope: there is no such check, expected one of commits, folders", err)
 
     def test_a_folder_that_is_no_checkout_is_2_and_named(self):
         with tempfile.TemporaryDirectory() as folder:
