@@ -10,7 +10,7 @@ from .allowed import FOLDER, pruned
 from .tree import InputError, Tree
 
 EXIT_FOUND, EXIT_BAD_INPUT = 1, 2
-CHECKS = ("commits", "folders", "format", "functions", "headers", "includes", "tests")
+CHECKS = ("commits", "folders", "format", "functions", "headers", "includes", "tests", "words")
 
 
 def parser():

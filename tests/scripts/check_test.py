@@ -16,7 +16,7 @@ sys.path.insert(0, str(ROOT / "scripts"))
 
 # The path comes first.
 from checks import (  # noqa: E402
-    cli, commits, folders, format, functions, headers, includes, tests)
+    cli, commits, folders, format, functions, headers, includes, tests, words)
 from checks.allowed import FOLDER, pruned  # noqa: E402
 from checks.tree import InputError, Tree  # noqa: E402
 
@@ -379,6 +379,49 @@ class CommitsTest(TreeTest):
         self.assertEqual(commits.check(Tree(self.root)).checked, 0)
 
 
+class WordsTest(TreeTest):
+    """The words of the list are found in all texts, over the ends of lines too."""
+
+    def check(self, files, listed=""):
+        """The result for some files, a word that is found, and a list of exceptions."""
+        self.write("scripts/checks/words.txt", "# No big thing.\n\n(big|bigger) thing -> item\n")
+        self.write(f"{LISTS}/words.txt", listed)
+        return words.check(self.tree(files))
+
+    def test_words_are_found_in_any_case_and_in_the_names_of_tests(self):
+        self.expect(self.check({"a.cpp": "int a; // No Bigger  Thing.\nTEST(A, big_thing_fits)\n"}),
+                    "a.cpp:1", "a.cpp:2")
+
+    def test_words_are_found_over_the_end_of_a_comment_s_or_a_text_s_line(self):
+        for text in ("/// A big\n    /// thing.\n", '"a big "\n    "thing"\n', "# big\n# thing\n"):
+            self.expect(self.check({"a.h": text}), "a.h:1")
+
+    def test_parts_of_words_and_an_empty_line_between_them_are_none(self):
+        self.expect(self.check({"a.md": "A big thingy. A Xbig thing. It is big.\n\n\nThing.\n"
+                               .replace("\n\n\n", ".\n\n")}))
+
+    def test_the_list_itself_catalogues_and_texts_of_others_are_left_out(self):
+        self.expect(self.check({"a.md": "small\n",
+                                "b.ts": "big thing\n", "LICENSE": "big thing\n"}))
+
+    def test_an_exception_is_for_one_file_and_has_to_be_needed(self):
+        listed = "# Reason.\na.md, (big|bigger) thing\n"
+        self.expect(self.check({"a.md": "big thing\n", "b.md": "big thing\n"}, listed), "b.md:1")
+        self.write("b.md", "small\n")
+        self.expect(self.check({"a.md": "small\n"}, listed), f"{LISTS}/words.txt:2")
+
+    def test_a_line_of_the_list_without_a_plain_word_is_named(self):
+        for line in ("big thing", "big thing ->", "-> item"):
+            with self.assertRaisesRegex(InputError, f'words.txt:1: "{line}", expected'):
+                words.check(self.tree({"scripts/checks/words.txt": f"{line}\n"}))
+
+    def test_a_file_that_is_no_text_is_named(self):
+        self.write("scripts/checks/words.txt", "a -> b\n")
+        (self.root / "bad.md").write_bytes(b"\xff\xfe")
+        with self.assertRaisesRegex(InputError, "bad.md: .*expected a text in UTF-8"):
+            words.check(Tree(self.root))
+
+
 class AllowedTest(TreeTest):
     """Lists of exceptions have reasons and only shrink."""
 
@@ -432,6 +475,7 @@ class CommandLineTest(TreeTest):
             with mock.patch.object(includes, "LIBRARIES", {}), \
                     mock.patch.object(includes, "FOLDERS", {}), \
                     mock.patch.object(folders, "EXCEPTIONS", {}):
+                self.write("scripts/checks/words.txt", "a -> b\n")
                 code, out, _ = self.run_cli(name)
             self.assertEqual(code, 1, name)
             self.assertIn(f"{name}: nothing was checked", out)
