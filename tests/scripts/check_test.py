@@ -264,6 +264,7 @@ class HeadersTest(TreeTest):
             "class PB;\n/// Any thread.\nclass PA : public PB {\npublic:\n    PA(int a);\n"
             "    ~PA() override;\n    PA(const PA&) = delete;\n    bool operator==(const PA&);\n"
             "    int b() override;\n    int c() const { return m_c; }\n    friend void d();\n"
+            "    operator bool() const;\n    int i(); ///< What it does.\n\n"
             "    using E = int (*)(int);\n    std::function<void(int)> f;\n\nprotected:\n"
             "    int g();\n\nprivate:\n    struct H {\n        int h();\n    };\n"
             "    int m_c = k();\n};\n"))
