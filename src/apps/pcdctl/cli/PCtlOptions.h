@@ -9,7 +9,7 @@
 #include <chrono>
 #include <optional>
 
-/// What the user has asked for. A value.
+/// What the user requested on the command line. A value; any thread.
 struct PCtlOptions {
     enum class Command {
         List,

@@ -22,7 +22,7 @@ public:
     /// Closes all cameras.
     ~PCameraTabs() override;
 
-    /// Opens the camera that a person has named (see PDeviceManager::select), in the tab it has or
+    /// Opens the camera that the user named (see PDeviceManager::select), in the tab it has or
     /// in a new one, or only shows it where it is open. Fails with the reason.
     PStatus open(const QString& camera);
     /// Opens the first camera, if there is one and none is open.
@@ -49,7 +49,7 @@ signals:
     void pageAdded(PCameraPage* page);
     /// entries() has changed.
     void entriesChanged();
-    /// A person wants to close this tab.
+    /// The user clicked to close this tab.
     void closeWanted(PCameraPage* page);
     void simulationWanted();
 
