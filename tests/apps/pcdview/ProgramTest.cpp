@@ -33,6 +33,14 @@ protected:
         return process.exitCode();
     }
 
+    /// On a line through the middle.
+    static qsizetype coloursInTheMiddle(const QImage& window) {
+        QSet<QRgb> colours;
+        for (int x = window.width() * 2 / 5; x < window.width() * 3 / 5; ++x)
+            colours.insert(window.pixel(x, window.height() / 2));
+        return colours.size();
+    }
+
     bool hasDisplay = true;
     QString output;
     QString errors;
@@ -72,18 +80,21 @@ TEST_F(ProgramTest, without_a_display_it_still_helps_and_takes_pictures) {
 
 TEST_F(ProgramTest, a_picture_of_its_window_shows_the_camera) {
     const QString file = path(u"window.png"_qs);
-    ASSERT_EQ(run({u"--sdk"_qs, u"sim"_qs, u"--camera"_qs, u"1"_qs, u"--theme"_qs, u"light"_qs,
-                   u"--grab"_qs, file, u"--after"_qs, u"3000"_qs}),
-              0)
-        << errors.toStdString();
-    const QImage window(file);
-    ASSERT_GE(window.width(), 800);
-    ASSERT_GE(window.height(), 500);
-    // A line through the middle shows cells, not one ground.
-    QSet<QRgb> colours;
-    for (int x = window.width() * 2 / 5; x < window.width() * 3 / 5; ++x)
-        colours.insert(window.pixel(x, window.height() / 2));
-    EXPECT_GT(colours.size(), 20);
+    qsizetype colours = 0;
+    // On a busy machine the first frame may come later than the picture: then it is taken later.
+    for (const QString& after : {u"1000"_qs, u"4000"_qs, u"16000"_qs}) {
+        ASSERT_EQ(run({u"--sdk"_qs, u"sim"_qs, u"--camera"_qs, u"1"_qs, u"--theme"_qs, u"light"_qs,
+                       u"--grab"_qs, file, u"--after"_qs, after}),
+                  0)
+            << errors.toStdString();
+        const QImage window(file);
+        ASSERT_GE(window.width(), 800);
+        ASSERT_GE(window.height(), 500);
+        colours = coloursInTheMiddle(window);
+        if (colours > 20)
+            return; // cells, not one ground
+    }
+    FAIL() << colours << " colours in the middle of the window";
 }
 
 TEST_F(ProgramTest, a_picture_that_cannot_be_saved_is_a_failure) {
