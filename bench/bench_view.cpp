@@ -11,7 +11,7 @@
 #include <exception>
 
 // The viewer with a camera of 20 megapixels and 30 frames a second: how long a person waits for it.
-// Fails if an account of frames does not balance, or where nothing was measured.
+// Fails if a ledger does not balance, or where nothing was measured.
 
 namespace {
 

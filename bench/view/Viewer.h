@@ -41,7 +41,7 @@ public:
     QAction* action(const QString& name) const;
     QWidget* widget(const QString& name) const;
 
-    /// Stops the live picture and gives the account of the frames when none waits any more.
+    /// Stops the live picture and returns the ledger of the frames when none waits any more.
     PFrameLedger stopAndSettle();
 
 private:

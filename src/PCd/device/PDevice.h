@@ -129,15 +129,15 @@ public:
     void setDeviceOption(PCD::DeviceOption option, bool on);
     bool hasDeviceOption(PCD::DeviceOption option) const;
 
-    // ---- The pipeline of a frame.
+    // ---- Frames.
 
     /// Hands a live frame to the host: it is stamped, counted, given to the frame sinks on this
     /// thread, and queued for the device's thread, where imageChanged() is emitted. Any thread;
     /// never waits for the device's thread, and never throws.
     void processFrameImage(const PImage& image) noexcept;
-    /// Hands a picture to the host as a snapshot, by the same pipeline to snapshotTaken(). A frame
-    /// without a stamp is new; one with a stamp has come through here before and is not counted
-    /// again.
+    /// Hands a picture to the host as a snapshot, through the same pipeline; snapshotTaken() is
+    /// emitted. A frame without a stamp is new; one with a stamp has come through here before and
+    /// is not counted again.
     void processSnapshot(PDeviceFrame frame) noexcept;
     /// Books frames that never became an image. Any thread.
     void reportDroppedFrames(PFrameOutcome outcome, quint64 count = 1);
@@ -153,7 +153,7 @@ public:
 
     /// The newest live frame that arrived, whatever still waits; a view shows this. Any thread.
     PDeviceFrame newestFrame() const;
-    /// A consistent account of all frames so far. Any thread.
+    /// A consistent ledger of all frames so far. Any thread.
     PFrameLedger frameLedger() const;
     /// Bytes of live frames that may wait for the device's thread (2 GiB unless set). Any thread.
     void setFrameByteLimit(std::size_t bytes);

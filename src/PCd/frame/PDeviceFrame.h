@@ -7,7 +7,7 @@
 
 #include <QMetaType>
 
-/// A picture of a device with what is known about its taking. A value; any thread.
+/// An image with its capture metadata. A value; any thread.
 struct PDeviceFrame {
     PImage image;
     /// Null for an image that has not passed through a device.

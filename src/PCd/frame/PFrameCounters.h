@@ -5,15 +5,15 @@
 
 #include <mutex>
 
-/// The ledger of a running device: frames are entered when they appear and settled when their
+/// Keeps the ledger of a running device: frames are entered when they appear and settled when their
 /// outcome is known, from whatever thread finds out.
 class PFrameCounters {
 public:
     /// A frame appeared and is on its way.
     void enter();
-    /// A frame on its way met its outcome.
+    /// The outcome of a frame on its way is known.
     void settle(PFrameOutcome outcome);
-    /// Frames appeared only to meet this outcome (lost or dropped before they were on their way).
+    /// Frames appeared whose outcome is known at once: lost or dropped before they set out.
     void enterAndSettle(PFrameOutcome outcome, quint64 count = 1);
     /// A picture was handed out as a snapshot.
     void countSnapshot();

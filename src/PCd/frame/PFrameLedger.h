@@ -8,7 +8,7 @@
 #include <array>
 #include <cstddef>
 
-/// What became of a frame. Every frame has exactly one outcome.
+/// What finally happened to a frame. Every frame has exactly one outcome.
 enum class PFrameOutcome : int {
     Delivered,      ///< reached the device's listeners
     LostInCamera,   ///< the camera made it, but it never left the SDK
@@ -18,11 +18,11 @@ enum class PFrameOutcome : int {
     DroppedWaiting, ///< dropped because too much was waiting for the device's thread
     FailedInWriter, ///< a frame sink (a recorder) could not take it
     Failed,         ///< a listener failed over it
-    NotWanted,      ///< came after the last frame that was asked for
+    NotWanted,      ///< arrived after the last requested frame
 };
 constexpr std::size_t PFrameOutcomeCount = 9;
 
-/// Account of every frame a device's camera has produced. A value; any thread.
+/// The count of all frames that a device's camera has produced, by outcome. A value; any thread.
 struct PFrameLedger {
     quint64 produced = 0; ///< frames counted when they appeared
     std::array<quint64, PFrameOutcomeCount>
@@ -33,9 +33,9 @@ struct PFrameLedger {
     quint64 count(PFrameOutcome outcome) const { return outcomes[std::size_t(outcome)]; }
     /// True if every frame that appeared has its outcome or is waiting.
     bool isBalanced() const;
-    /// The account of the time since `start`, an earlier account of the same device. What was
-    /// waiting then meets its outcome in this time, so it counts as produced in it: the result
-    /// balances where both do. `waiting` stays what it is now.
+    /// The ledger of the time since `start`, an earlier ledger of the same device. What was waiting
+    /// then gets its outcome in this time, so it counts as produced in it: the result balances
+    /// where both do. `waiting` stays what it is now.
     PFrameLedger since(const PFrameLedger& start) const;
 
     /// Every outcome, in order.

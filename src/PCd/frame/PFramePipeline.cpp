@@ -36,7 +36,7 @@ public:
 protected:
     /// There is one kind of event that is not Qt's own.
     void customEvent(QEvent*) override {
-        m_pipeline->drain(); // may be the end of the pipeline, and of this
+        m_pipeline->drain(); // may delete the pipeline, and this with it
     }
 
 private:

@@ -14,8 +14,8 @@
 #include <optional>
 #include <shared_mutex>
 
-/// The pipeline of a device's frames: from the thread that brings them, past the frame sinks, to
-/// the device's thread. Every frame that enters is booked, and meets exactly one outcome.
+/// The pipeline of a device's frames: from the thread that delivers them, through the frame sinks,
+/// to the device's thread. Every frame that enters is booked, and has exactly one outcome.
 class PFramePipeline {
 public:
     using Deliver = std::function<void(const PFrameHandoff::Entry&)>;
@@ -24,11 +24,12 @@ public:
     PFramePipeline(QObject* device, Deliver deliver, std::size_t byteLimit);
     ~PFramePipeline();
 
-    /// A live frame, and a snapshot, set out. Any thread; never waits for the device's thread.
+    /// Puts a live frame, or a snapshot, into the pipeline. Any thread; never waits for the
+    /// device's thread.
     void sendLive(const PImage& image) noexcept;
     void sendSnapshot(PDeviceFrame frame) noexcept;
 
-    /// See PDevice for these. Any thread.
+    /// See the functions of PDevice with the same or similar names. Any thread.
     void addSink(std::shared_ptr<PFrameSink> sink);
     void removeSink(const std::shared_ptr<PFrameSink>& sink);
     PDeviceFrame newestFrame() const;
@@ -68,7 +69,7 @@ private:
     std::shared_ptr<const PDeviceSettings> m_settings = std::make_shared<PDeviceSettings>();
     PDeviceFrame m_newest;
 
-    // Held shared while sinks run, so that taking one away waits until it is not running.
+    // Held shared while sinks run, so that removing one waits until it is not running.
     std::shared_mutex m_sinksMutex;
     std::list<std::shared_ptr<PFrameSink>> m_sinks;
 };

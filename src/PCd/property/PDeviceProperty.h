@@ -96,7 +96,7 @@ signals:
     void valueAboutToBeSent(const QVariant& value);
 
 protected:
-    /// Changes the host's copy without a word to the device or to anybody.
+    /// Updates the cached value only; nothing is sent or emitted.
     void setValueInner(const QVariant& value) { m_value = value; }
 
 private:

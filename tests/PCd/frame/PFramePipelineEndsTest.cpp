@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The pipeline of a frame where something goes wrong or ends while frames are on it.
+// The pipeline of frames where something goes wrong or ends while frames are in it.
 #include <PCd/FakeDevice.h>
 #include <PCd/frame/FrameHelpers.h>
 

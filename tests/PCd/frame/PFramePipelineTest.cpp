@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The pipeline of a frame as a device offers it: what arrives where, and how it is booked.
+// The pipeline of frames as a device offers it: what arrives where, and how it is booked.
 #include <PCd/FakeDevice.h>
 #include <PCd/FakeProperty.h>
 #include <PCd/frame/FrameHelpers.h>

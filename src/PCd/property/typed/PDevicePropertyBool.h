@@ -13,7 +13,7 @@ public:
     using PDeviceProperty::valueChanged;
 
 public slots:
-    /// Tell of the host's copies, typed. Connected to the untyped signals of this object.
+    /// Emits the typed signal for the cached value. Connected to the untyped signal.
     void slotValueChanged();
 
 signals:

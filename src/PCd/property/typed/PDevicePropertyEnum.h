@@ -17,7 +17,7 @@ public:
     using PDeviceProperty::valueChanged;
 
 public slots:
-    /// Tell of the host's copies, typed. Connected to the untyped signals of this object.
+    /// Emit the typed signals for the cached value and range. Connected to the untyped signals.
     void slotValueChanged();
     void slotRangeChanged();
 

@@ -7,7 +7,7 @@
 #include <PCd/frame/PFrameStamp.h>
 
 /// What a recording says in an OME document beyond the schema's own fields: camera, settings and
-/// their changes, which frames there are, the accounts. One thread.
+/// their changes, which frames there are, the ledger and the tally. One thread.
 class POmeNotes {
 public:
     explicit POmeNotes(PCameraIdentity camera);

@@ -11,7 +11,7 @@
 /// Writes a recording as one OME-TIFF file, uncompressed. The file is made with the first frame,
 /// under its own name, and never in the place of another. From then on it is at every moment a
 /// valid OME-TIFF of the frames written so far, also when the program is killed; finish() adds the
-/// times of all frames and the accounts.
+/// times of all frames, the ledger and the tally.
 class POmeStackWriter : public PFrameWriter {
     Q_DECLARE_TR_FUNCTIONS(POmeStackWriter)
 

@@ -32,7 +32,7 @@ public:
     bool takeFrame(const PDeviceFrame& frame, Kind kind) override;
 
     /// No more frames are taken; those that wait are written, then the files are completed, with
-    /// the account of the camera's frames in this time (PFrameLedger::since()) and with why the
+    /// the ledger of the camera's frames in this time (PFrameLedger::since()) and with why the
     /// recording ends other than it should (empty: it does not). Returns at once. The first call
     /// counts.
     void end(const std::optional<PFrameLedger>& ledger, const QString& trouble);

@@ -3,7 +3,7 @@
 
 #include <QtGlobal>
 
-/// The account of the frames a recording wants. A value.
+/// The count of the frames a recording wants. A value.
 struct PRecordTally {
     quint64 wanted = 0;   ///< the set number; without one, those that came
     quint64 written = 0;  ///< in the files

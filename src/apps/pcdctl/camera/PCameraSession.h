@@ -38,7 +38,7 @@ public:
     PDevice* device() const { return m_device; }
     bool isUnplugged() const { return m_device == nullptr; }
     const QString& cameraId() const { return m_id; }
-    /// The account of the frames; of an unplugged camera, as it was then.
+    /// The ledger of the frames; of an unplugged camera, as it was then.
     PFrameLedger ledger() const;
     /// The mode in use; of an unplugged camera, that of open().
     const PDeviceMode& mode() const { return m_mode; }

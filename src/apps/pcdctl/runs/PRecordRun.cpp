@@ -120,7 +120,7 @@ void PRecordRun::finish(const QString& trouble) {
         m_status.show(u"saving: %1 frames left"_qs.arg(m_recorder->progress().tally.waiting));
 }
 
-/// What is wrong with a recording that went to its end, by its accounts.
+/// What is wrong with a recording that went to its end, by its ledger and tally.
 QString PRecordRun::troubleInAccounts() const {
     const PFrameLedger ledger = m_session.ledger();
     if (!ledger.isBalanced() || ledger.waiting > 0 || !m_recorder->progress().tally.isBalanced())

@@ -177,7 +177,7 @@ QString PStreamRun::failureReason(bool reachedEnd) const {
     return {};
 }
 
-/// What is wrong with a stream that went to its end, by its accounts.
+/// What is wrong with a stream that went to its end, by its ledger and tally.
 QString PStreamRun::troubleInAccounts() const {
     const PFrameSaver::State saver = m_saver ? m_saver->state() : PFrameSaver::State();
     if (!saver.error.isEmpty())

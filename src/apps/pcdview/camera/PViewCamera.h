@@ -40,7 +40,7 @@ public:
     /// Opens this device and starts its stream. A camera that was here before gets its settings
     /// back: what could not be is in notes(). Fails with the reason.
     PStatus attach(PDevice* device);
-    /// The device is about to go: its last picture and its account stay.
+    /// The device is about to go: its last picture and its ledger stay.
     void detach();
     /// Starts or stops the stream. Fails with the reason.
     PStatus setLive(bool live);
@@ -70,7 +70,7 @@ public:
     const QStringList& notes() const { return m_notes; }
     /// The newest frame that was shown.
     const PDeviceFrame& frame() const { return m_frame; }
-    /// The account of the frames since it was opened or came back.
+    /// The ledger of the frames since it was opened or came back.
     PFrameLedger ledger() const;
     /// How often snapshotTaken() was emitted in that time, including one that is being emitted.
     quint64 pictures() const { return m_pictures; }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// How the camera's processor makes a picture of what the sensor read. As made, it changes nothing.
+/// How the camera's processor makes a picture of what the sensor read. The defaults change nothing.
 /// Plain values.
 struct PSimImageSettings {
     int hue = 0;            ///< degrees, -180 … 180

@@ -16,7 +16,7 @@ void developRows(PSimRows& rows, const PSimShot& shot, PSimPicture& picture) {
     for (unsigned y = 0; y < size.height; ++y) {
         std::uint8_t* const line = placer.line(y);
         rows.next(line);
-        // Before the look: what it does to the tones must not mislead auto-exposure.
+        // Before the tone stage: what it does to the tones must not mislead auto-exposure.
         meter.add(y, line);
         finish.apply(line, size.width);
         placer.written(y);

@@ -4,8 +4,8 @@
 #include <toupcam/sim/processing/PSimColour.h>
 #include <toupcam/sim/processing/PSimTone.h>
 
-/// A look made ready for rows of pixels: nothing to do, a table for each channel, or a matrix and a
-/// table. Immutable, callable from any thread.
+/// Image settings prepared for rows of pixels: nothing to do, a table for each channel, or a matrix
+/// and a table. Immutable, callable from any thread.
 class PSimToneStage {
 public:
     /// For rows of `channels` (1 or 3) bytes a pixel.

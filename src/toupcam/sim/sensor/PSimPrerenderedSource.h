@@ -8,7 +8,7 @@
 
 /// Pictures that exist before they are asked for: exact, without noise, the same at any exposure.
 /// While no setting changes it, a frame costs nothing but handing out a pointer; the memory lives
-/// as long as the lens.
+/// as long as the source.
 class PSimPrerenderedSource : public PSimImageSource {
 public:
     explicit PSimPrerenderedSource(std::shared_ptr<const PSimCameraSpec> spec)

@@ -23,7 +23,7 @@ enum class PSimNumber {
     Count
 };
 
-/// The values of these settings, checked. A grey camera has those that are about colour not:
+/// The values of these settings, checked. A grey camera does not have those that are about colour:
 /// E_NOTIMPL. Guarded by its owner's lock.
 class PSimScalarSettings {
 public:

@@ -23,7 +23,7 @@ public:
     /// No timed step begins any more; waits for one in progress. Not from a callback.
     void stop();
 
-    /// What tells the plan of the frames of one camera.
+    /// What reports the frames of one camera to the plan.
     std::shared_ptr<PSimFrameObserver> observer(const QByteArray& camera);
 
 private:

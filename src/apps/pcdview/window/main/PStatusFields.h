@@ -11,7 +11,7 @@ class QLabel;
 class QStatusBar;
 
 /// The fields of a status bar: the pixel under the cursor, the zoom, pace, exposure, sensor
-/// temperature and account of a camera. The GUI thread.
+/// temperature and ledger of a camera. The GUI thread.
 class PStatusFields : public QObject {
     Q_OBJECT
 

@@ -8,7 +8,7 @@
 class QLabel;
 class QTreeWidget;
 
-/// The account of a camera's frames, every one of them. The GUI thread.
+/// The ledger of a camera: every frame by its outcome. The GUI thread.
 class PFramesPanel : public QWidget {
     Q_OBJECT
 

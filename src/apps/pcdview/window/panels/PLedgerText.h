@@ -9,7 +9,7 @@
 
 #include <utility>
 
-/// The account of a camera's frames in plain words. A value; any thread.
+/// The ledger of a camera in plain words. A value; any thread.
 class PLedgerText {
     Q_DECLARE_TR_FUNCTIONS(PLedgerText)
 
@@ -18,7 +18,7 @@ public:
     static QString brief(const PFrameLedger& ledger);
     /// "Frames: 1203, none lost on the way", or "Frames: 1203, lost: 3 (2 in the camera …)".
     static QString summary(const PFrameLedger& ledger);
-    /// Each outcome as a full sentence, and the number of frames that met it; outcomes that no
+    /// Each outcome as a full sentence, and the number of frames that had it; outcomes that no
     /// frame met are left out, but for the first. At the end how many pictures were taken: the
     /// ledger's snapshots include live frames that a panel forwards.
     static QList<std::pair<QString, quint64>> rows(const PFrameLedger& ledger, quint64 pictures);
