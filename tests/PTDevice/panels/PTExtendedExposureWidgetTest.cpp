@@ -220,6 +220,20 @@ TEST_F(PTExtendedExposurePanel, the_trigger_page_is_sent_by_both_buttons) {
     EXPECT_EQ(stored().capturemode, 1);
 }
 
+TEST_F(PTExtendedExposurePanel, a_value_is_shown_whole_whatever_arrives_while_it_is_written_back) {
+    openWith(ExtendedExposureData());
+    const auto announce = [this](int target, int gain) {
+        ExtendedExposureData d;
+        d.target = quint16(target);
+        d.gain = quint16(gain);
+        emit exposure()->PDeviceProperty::valueChanged(QVariant::fromValue(d));
+    };
+    QObject::connect(gain(), &PRangeWidget::valueChanged, panel.get(), [&] { announce(50, 200); });
+    announce(150, 200);
+    EXPECT_EQ(target()->value(), 150);
+    EXPECT_EQ(gain()->value(), 200);
+}
+
 TEST_F(PTExtendedExposurePanel, the_page_follows_the_buttons_before_the_property_answers) {
     openWith(ExtendedExposureData());
     exposure()->blockSignals(true);
