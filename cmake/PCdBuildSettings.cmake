@@ -36,7 +36,7 @@ target_compile_options(pcd_settings INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow
     $<$<BOOL:${PCD_WERROR}>:-Werror>
     # Of sources that are compiled as one, GCC takes what a file keeps to itself for a header's.
-    $<$<AND:$<BOOL:${CMAKE_UNITY_BUILD}>,$<CXX_COMPILER_ID:GNU>>:-Wno-subobject-linkage>
+    $<$<AND:$<BOOL:$<TARGET_PROPERTY:UNITY_BUILD>>,$<CXX_COMPILER_ID:GNU>>:-Wno-subobject-linkage>
     # Log records name source files relative to the tree, the same wherever it was built.
     "-fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=")
 target_compile_definitions(pcd_settings INTERFACE
@@ -57,9 +57,10 @@ function(pcd_add_library name)
     target_link_libraries(${name} PUBLIC pcd_settings ${arg_LINK})
 endfunction()
 
-# pcd_add_test(NAME SOURCES… LINK libraries…): a GoogleTest program, run once as a whole by ctest.
+# pcd_add_test(NAME [SHARDS number] SOURCES… LINK libraries…): a GoogleTest program. ctest runs it once as a whole;
+# one that takes long in shards, each with its share of the tests, next to each other.
 function(pcd_add_test name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINK")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "SHARDS" "SOURCES;LINK")
     add_executable(${name} ${arg_SOURCES})
     target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}/tests")
     # Most of a build went into optimising assertions that run once. (Not where the thread sanitizer
@@ -67,13 +68,28 @@ function(pcd_add_test name)
     if(NOT PCD_SANITIZE MATCHES "thread")
         target_compile_options(${name} PRIVATE -O0)
     endif()
-    if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
-        # It then takes a quarter of the time for a test. GCC's are so large that they gain nothing.
-        target_precompile_headers(${name} PRIVATE <gmock/gmock.h> <gtest/gtest.h> <QTest>)
+    if(NOT CMAKE_UNITY_BUILD)
+        # Four sources take little longer than one, because most of the time goes into the headers; more of
+        # them would take too long after a change of one.
+        set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 4)
     endif()
     target_link_libraries(${name} PRIVATE pcd_settings pcd_test_support GTest::gtest GTest::gmock Qt6::Test ${arg_LINK})
-    add_test(NAME ${name} COMMAND ${name})
-    set_tests_properties(${name} PROPERTIES
+    if(NOT arg_SHARDS)
+        pcd_add_test_run(${name} ${name} "")
+        return()
+    endif()
+    math(EXPR last "${arg_SHARDS} - 1")
+    foreach(shard RANGE ${last})
+        pcd_add_test_run(${name} "${name}.${shard}"
+            "GTEST_TOTAL_SHARDS=${arg_SHARDS};GTEST_SHARD_INDEX=${shard};")
+        set_tests_properties("${name}.${shard}" PROPERTIES COST 10) # seconds, until ctest has seen it: long runs start first
+    endforeach()
+endfunction()
+
+# pcd_add_test_run(PROGRAM RUN environment): a run of a test program by ctest.
+function(pcd_add_test_run program run environment)
+    add_test(NAME ${run} COMMAND ${program})
+    set_tests_properties(${run} PROPERTIES
         TIMEOUT 300
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;${PCD_TEST_ENVIRONMENT}")
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;${environment}${PCD_TEST_ENVIRONMENT}")
 endfunction()

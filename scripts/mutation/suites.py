@@ -11,6 +11,7 @@ from . import processes
 LEAST_LIMIT = 20  # seconds: a run gets this long, or several times what it took before
 FACTOR = 6
 WAIT_MS = 4000  # how long a test waits for what does not come; see tests/support/WaitUntil.h
+SHARD_VARIABLES = {"GTEST_TOTAL_SHARDS", "GTEST_SHARD_INDEX"}  # GoogleTest's
 FAILED = re.compile(r"^\[  FAILED  \] ([^\s,]+)", re.MULTILINE)
 STARTED = re.compile(r"^\[ RUN      \] (\S+)", re.MULTILINE)
 
@@ -57,9 +58,25 @@ class Program:
 
 
 def tests_of(directory):
-    """The tests of a build as ctest describes them."""
+    """The tests of a build as ctest describes them, each program once and as a whole."""
     listed = processes.run(["ctest", "--test-dir", str(directory), "--show-only=json-v1"], 60)
-    return json.loads(listed.output[listed.output.index("{"):])["tests"]
+    return without_shards(json.loads(listed.output[listed.output.index("{"):])["tests"])
+
+
+def without_shards(tests):
+    """The tests with one in place of the shards of a program, named after the program."""
+    return list({test["name"]: test for test in map(without_shard, tests)}.values())
+
+
+def without_shard(test):
+    """A test that runs a shard of a program as one that runs all of it; others as they are."""
+    environment = environment_of(test)
+    if "GTEST_TOTAL_SHARDS" not in environment:
+        return test
+    whole = [f"{name}={value}" for name, value in environment.items() if name not in SHARD_VARIABLES]
+    return {**test, "name": Path(test["command"][0]).name,
+            "properties": [{"name": "ENVIRONMENT", "value": whole} if entry["name"] == "ENVIRONMENT"
+                           else entry for entry in test["properties"]]}
 
 
 def programs_of(directory, names):
@@ -75,9 +92,19 @@ def is_google_test(command):
 
 def program_of(test):
     """A program from ctest's description of a test."""
-    properties = {p["name"]: p["value"] for p in test["properties"]}
-    environment = dict(entry.split("=", 1) for entry in properties.get("ENVIRONMENT", []))
-    return Program(test["name"], test["command"], environment, properties.get("WORKING_DIRECTORY"))
+    properties = properties_of(test)
+    return Program(test["name"], test["command"], environment_of(test),
+                   properties.get("WORKING_DIRECTORY"))
+
+
+def environment_of(test):
+    """The environment that ctest gives a test."""
+    return dict(entry.split("=", 1) for entry in properties_of(test).get("ENVIRONMENT", []))
+
+
+def properties_of(test):
+    """The properties in ctest's description of a test."""
+    return {entry["name"]: entry["value"] for entry in test["properties"]}
 
 
 def pattern_of(suites):

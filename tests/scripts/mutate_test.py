@@ -25,7 +25,8 @@ from mutation.operators import mutants_of, virtual_names_of  # noqa: E402
 from mutation.processes import Ended, run  # noqa: E402
 from mutation.results import (  # noqa: E402
     KILLED, NOT_COMPILED, SAME_CODE, SURVIVED, Results, excess, survivors, table)
-from mutation.suites import Suite, failure_of  # noqa: E402
+from mutation.suites import Program as TestProgram  # noqa: E402
+from mutation.suites import Suite, failure_of, program_of, without_shards  # noqa: E402
 
 
 def changes(text, operator, **more):
@@ -317,6 +318,17 @@ class DetectionTest(unittest.TestCase):
         runs = [[suite.name for suite in suites]
                 for suites, _ in runs_of(set(seconds), "src/PThing.cpp", seconds)]
         self.assertEqual(runs, [["PThingTest"], ["Another", "Other"], ["Slow"]])
+
+    def test_the_shards_of_a_program_are_one_program_and_run_whole(self):
+        shards = [{"name": f"test_a.{shard}", "command": ["/bin/test_a"], "properties": [
+            {"name": "ENVIRONMENT", "value": ["QT_QPA_PLATFORM=offscreen", "GTEST_TOTAL_SHARDS=2",
+                                              f"GTEST_SHARD_INDEX={shard}"]},
+            {"name": "WORKING_DIRECTORY", "value": "/tmp"}]} for shard in range(2)]
+        script = {"name": "a_script", "command": ["/bin/a"], "properties": []}
+        whole, other = without_shards([*shards, script])
+        self.assertEqual(program_of(whole), TestProgram("test_a", ["/bin/test_a"],
+                                                    {"QT_QPA_PLATFORM": "offscreen"}, "/tmp"))
+        self.assertEqual(other, script)
 
     def test_a_suite_that_does_not_pass_without_a_change_is_not_run(self):
         self.assertEqual(runs_of({Suite("p", "Unsteady")}, "src/a.cpp", {}), [])
