@@ -68,20 +68,23 @@ void PSimEventThread::join() {
 }
 
 void PSimEventThread::run() {
-    std::unique_lock lock(m_mutex);
-    while (true) {
-        m_wake.wait(lock, [this] { return m_stopping || !m_events.empty(); });
-        if (m_events.empty())
-            return;
-        const Event event = std::move(m_events.front());
-        m_events.pop_front();
-        const bool tell = !m_stopping;
-        // Unlocked: the callback pulls pictures and may call anything else of the SDK.
-        lock.unlock();
-        if (tell)
-            m_callback(event.code, m_context);
-        if (event.afterwards)
-            event.afterwards();
-        lock.lock();
+    // Without the lock: the callback pulls pictures and may call anything else of the SDK.
+    while (const std::optional<Task> task = next()) {
+        if (task->isReported)
+            m_callback(task->event.code, m_context);
+        if (task->event.afterwards)
+            task->event.afterwards();
     }
+}
+
+// The next event, waiting for it; none: the thread is to end. After a request to stop,
+// events are not reported.
+std::optional<PSimEventThread::Task> PSimEventThread::next() {
+    std::unique_lock lock(m_mutex);
+    m_wake.wait(lock, [this] { return m_stopping || !m_events.empty(); });
+    if (m_events.empty())
+        return std::nullopt;
+    Task task{std::move(m_events.front()), !m_stopping};
+    m_events.pop_front();
+    return task;
 }

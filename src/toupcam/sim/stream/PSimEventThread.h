@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <thread>
 
 /// The event thread of a camera in pull mode: calls the client's event callback, one code after the
@@ -41,7 +42,13 @@ private:
         std::function<void()> afterwards;
     };
 
+    struct Task {
+        Event event;
+        bool isReported = true; ///< the client's callback is called
+    };
+
     void run();
+    std::optional<Task> next();
     bool holds(unsigned code) const;
     void enqueue(Event event, bool once);
 

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <toupcam/sim/sensor/PSimImageSource.h>
+#include <toupcam/sim/settings/PSimThermal.h>
+#include <toupcam/sim/stream/PSimFrameObserver.h>
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+
+/// What a stream and its camera share for longer than one session. The pointers are set once,
+/// before the first session; all else may be read and changed on any thread.
+struct PSimCameraLink {
+    std::shared_ptr<PSimImageSource> lens;
+    std::shared_ptr<PSimFrameObserver> observer;
+    std::atomic<bool> held{false};       ///< frames are produced but never arrive
+    std::atomic<std::uint64_t> taken{0}; ///< for the observer
+    std::atomic<std::uint64_t> triggered{0};
+    PSimExternalTriggerSpec externalTrigger;
+    std::shared_ptr<PSimThermal> thermal;
+};

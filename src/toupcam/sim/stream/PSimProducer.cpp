@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+#include <toupcam/sim/stream/PSimProducer.h>
+
+#include <utility>
+
+namespace {
+
+void setNumber(PSimPicture& picture, std::uint64_t number, std::uint64_t microseconds) {
+    picture.sequence = static_cast<unsigned>(number);
+    picture.microseconds = microseconds;
+}
+
+} // namespace
+
+PSimProducer::PSimProducer(std::shared_ptr<PSimCameraLink> link,
+                           std::shared_ptr<PSimSettings> settings, PSimStreamSchedule& schedule,
+                           PSimFrameFeedback& feedback)
+    : m_link(std::move(link))
+    , m_settings(std::move(settings))
+    , m_schedule(schedule)
+    , m_feedback(feedback) {
+}
+
+void PSimProducer::run(PSimDelivery& delivery) {
+    while (auto work = m_schedule.next())
+        std::visit([this, &delivery](auto& one) { perform(one, delivery); }, *work);
+    finish();
+}
+
+void PSimProducer::perform(PSimStreamSchedule::Loss& loss, PSimDelivery& delivery) {
+    delivery.lost(std::move(loss.afterwards));
+}
+
+void PSimProducer::perform(PSimStreamSchedule::Job& job, PSimDelivery& /*delivery*/) {
+    job.result.set_value(job.work());
+}
+
+void PSimProducer::perform(const PSimStreamSchedule::Still& still, PSimDelivery& delivery) {
+    if (m_link->held)
+        return;
+    setNumber(m_still, still.number, still.microseconds);
+    m_link->lens->take(m_settings->shotAt(still.resolution), still.number, m_still);
+    delivery.still(m_still);
+}
+
+void PSimProducer::perform(const PSimStreamSchedule::Frame& frame, PSimDelivery& delivery) {
+    const std::uint64_t taken = ++m_link->taken;
+    const std::uint64_t triggered = frame.triggered ? ++m_link->triggered : 0;
+    if (m_link->observer->frameTaken(taken, triggered) && !m_link->held)
+        deliverFrame(frame, delivery);
+    m_observing = true;
+    m_link->observer->frameDone(taken);
+    m_observing = false;
+}
+
+void PSimProducer::deliverFrame(const PSimStreamSchedule::Frame& frame, PSimDelivery& delivery) {
+    setNumber(m_live, frame.number, frame.microseconds);
+    m_link->lens->take(m_settings->shot(), frame.number, m_live);
+    const PSimMeans means = m_live.means; // delivering may exchange the picture
+    // Counted before the callback: a client that compares never has more than was delivered. If
+    // stopped or unplugged meanwhile, the picture is lost, as it would be on the cable.
+    if (!m_schedule.deliver())
+        return;
+    delivery.frame(m_live);
+    m_feedback.apply(means, delivery);
+}
+
+// Leaves nobody waiting: jobs are cancelled, a loss that could not be reported is followed up.
+void PSimProducer::finish() {
+    const std::function<void()> afterwards = m_schedule.end();
+    m_link->thermal->streamEnds();
+    m_live = {}; // their memory is needed only while frames are taken
+    m_still = {};
+    if (afterwards)
+        afterwards();
+}

@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: MIT
+#include <toupcam/stream/StreamParts.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+using ::testing::ElementsAre;
+
+// Runs the producer on this thread until the delivery has had the frames it is ready for.
+class PSimProducerTest : public ::testing::Test {
+protected:
+    void run(int frames) {
+        const auto delivery = std::make_shared<FakeDelivery>(m_parts.steps, frames);
+        delivery->afterFrame = [this, frames, seen = 0]() mutable {
+            if (++seen == frames)
+                m_parts.schedule.requestStop();
+        };
+        m_parts.schedule.begin(delivery);
+        if (m_beforeRun)
+            m_beforeRun();
+        m_parts.producer.run(*delivery);
+    }
+
+    StreamParts m_parts;
+    std::function<void()> m_beforeRun;
+};
+
+TEST_F(PSimProducerTest, a_frame_is_observed_taken_delivered_and_done_in_this_order) {
+    run(2);
+    EXPECT_THAT(m_parts.steps, ElementsAre("taken 1/0", "take 0 at 0", "frame 0", "done 1",
+                                           "taken 2/0", "take 1 at 0", "frame 1", "done 2"));
+    EXPECT_EQ(m_parts.schedule.counts().delivered, 2U);
+}
+
+TEST_F(PSimProducerTest, a_frame_that_the_observer_loses_is_counted_but_never_taken) {
+    m_parts.observer->lost = 1;
+    run(1);
+    EXPECT_THAT(m_parts.steps, ElementsAre("taken 1/0", "done 1", "taken 2/0", "take 1 at 0",
+                                           "frame 1", "done 2"));
+    EXPECT_EQ(m_parts.schedule.counts().produced, 2U);
+    EXPECT_EQ(m_parts.schedule.counts().delivered, 1U);
+}
+
+TEST_F(PSimProducerTest, a_frame_that_is_stopped_while_it_is_taken_is_not_delivered) {
+    m_parts.source->whileTaking = [this] { m_parts.schedule.requestStop(); };
+    run(1);
+    EXPECT_THAT(m_parts.steps, ElementsAre("taken 1/0", "take 0 at 0", "done 1"));
+    EXPECT_EQ(m_parts.schedule.counts().delivered, 0U);
+}
+
+TEST_F(PSimProducerTest, a_still_is_taken_at_its_own_resolution_and_not_observed) {
+    m_beforeRun = [this] { EXPECT_EQ(m_parts.schedule.requestStill(1), S_OK); };
+    run(1);
+    EXPECT_THAT(m_parts.steps, ElementsAre("take 0 at 1", "still", "taken 1/0", "take 0 at 0",
+                                           "frame 0", "done 1"));
+}
+
+TEST_F(PSimProducerTest, a_held_camera_loses_its_stills) {
+    m_parts.link->held = true;
+    m_beforeRun = [this] {
+        EXPECT_EQ(m_parts.schedule.requestStill(1), S_OK);
+        // Comes after the still: the loss ends what the held camera would never end.
+        m_parts.source->unpaced = false;
+        m_parts.observer->inFrameDone = [this] { m_parts.schedule.requestStop(); };
+    };
+    run(1);
+    EXPECT_THAT(m_parts.steps, ElementsAre("taken 1/0", "done 1"));
+}
+
+TEST_F(PSimProducerTest, a_loss_is_reported_and_then_followed_up) {
+    m_beforeRun = [this] {
+        EXPECT_TRUE(m_parts.schedule.requestLoss([this] {
+            m_parts.steps.push_back("followed up");
+            m_parts.schedule.requestStop();
+        }));
+    };
+    run(1);
+    EXPECT_THAT(m_parts.steps, ElementsAre("lost", "followed up"));
+}
+
+TEST_F(PSimProducerTest, a_loss_that_a_stop_overtakes_is_followed_up_without_a_report) {
+    m_beforeRun = [this] {
+        EXPECT_TRUE(
+            m_parts.schedule.requestLoss([this] { m_parts.steps.push_back("followed up"); }));
+        m_parts.schedule.requestStop();
+    };
+    run(1);
+    EXPECT_THAT(m_parts.steps, ElementsAre("followed up"));
+}
+
+TEST_F(PSimProducerTest, it_is_observing_between_two_frames_only) {
+    std::vector<bool> observing;
+    m_parts.source->whileTaking = [&] { observing.push_back(m_parts.producer.isObserving()); };
+    m_parts.observer->inFrameDone = [&] { observing.push_back(m_parts.producer.isObserving()); };
+    run(1);
+    EXPECT_THAT(observing, ElementsAre(false, true));
+    EXPECT_FALSE(m_parts.producer.isObserving());
+}
+
+} // namespace
