@@ -117,23 +117,25 @@ PSimFaultPlan::Step* PSimFaultPlan::nextTimed() {
 }
 
 void PSimFaultPlan::runTimer() {
-    std::unique_lock lock(m_mutex);
-    performTimed(lock);
-    m_timerRuns = false;
-    m_wake.notify_all();
+    // Without the lock: a step may run callbacks of the client and wait for them.
+    while (const PSimFaultSpec* const step = waitForTimed())
+        perform(*step);
 }
 
-void PSimFaultPlan::performTimed(std::unique_lock<std::mutex>& lock) {
-    while (Step* const step = nextTimed()) {
+// The next step when its time has come; null, and the timer counts as ended, if none is left or the
+// plan stops.
+const PSimFaultSpec* PSimFaultPlan::waitForTimed() {
+    std::unique_lock lock(m_mutex);
+    if (Step* const step = nextTimed()) {
         const auto when = m_loaded + std::chrono::milliseconds(*step->spec.atMs);
-        if (m_wake.wait_until(lock, when, [this] { return m_stopping; }))
-            return;
-        step->done = true;
-        // Unlocked: the step may run callbacks of the client and wait for them.
-        lock.unlock();
-        perform(step->spec);
-        lock.lock();
+        if (!m_wake.wait_until(lock, when, [this] { return m_stopping; })) {
+            step->done = true;
+            return &step->spec;
+        }
     }
+    m_timerRuns = false;
+    m_wake.notify_all();
+    return nullptr;
 }
 
 void PSimFaultPlan::perform(const PSimFaultSpec& step) {

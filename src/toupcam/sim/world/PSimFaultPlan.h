@@ -2,7 +2,7 @@
 #pragma once
 
 #include <toupcam/sim/scene/PSimScene.h>
-#include <toupcam/sim/stream/PSimStream.h>
+#include <toupcam/sim/stream/PSimFrameObserver.h>
 
 #include <condition_variable>
 #include <mutex>
@@ -38,7 +38,7 @@ private:
     bool isUnlucky(const PSimFaultSpec& step, std::uint64_t taken) const;
     void frameDone(const QByteArray& camera, std::uint64_t taken);
     void runTimer();
-    void performTimed(std::unique_lock<std::mutex>& lock);
+    const PSimFaultSpec* waitForTimed();
     Step* nextTimed();
     void perform(const PSimFaultSpec& step);
     void pushMalformed(const PSimFaultSpec& step);

@@ -15,17 +15,19 @@ struct PSimHotPlug::Loop {
     std::thread thread;
 
     void run() {
-        std::unique_lock lock(mutex);
-        while (true) {
-            wake.wait(lock, [this] { return stopping || pending > 0; });
-            if (stopping)
-                return;
-            --pending;
-            // Unlocked: the callback may plug, unplug, notify or unregister.
-            lock.unlock();
+        // Without the lock: the callback may plug, unplug, notify or unregister.
+        while (waitForEvent())
             callback(context);
-            lock.lock();
-        }
+    }
+
+    // False when the thread is to end.
+    bool waitForEvent() {
+        std::unique_lock lock(mutex);
+        wake.wait(lock, [this] { return stopping || pending > 0; });
+        if (stopping)
+            return false;
+        --pending;
+        return true;
     }
 
     void post() {
