@@ -50,10 +50,26 @@ if(PCD_SANITIZE)
     endif()
 endif()
 
-# pcd_add_library(NAME SOURCES… LINK libraries…): a shared library of the framework.
+# pcd_set_face(TARGET HEADERS headers…): which headers of a library others may include; all others
+# are private. scripts/check reads these lists and compares the includes with them.
+function(pcd_set_face name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "HEADERS")
+    get_target_property(type ${name} TYPE)
+    set(scope PUBLIC)
+    if(type STREQUAL "INTERFACE_LIBRARY")
+        set(scope INTERFACE)
+    endif()
+    target_sources(${name} ${scope}
+        FILE_SET HEADERS BASE_DIRS "${CMAKE_SOURCE_DIR}/src" FILES ${arg_HEADERS})
+endfunction()
+
+# pcd_add_library(NAME SOURCES… HEADERS… LINK libraries…): a shared library of the framework; HEADERS
+# are its face.
 function(pcd_add_library name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINK")
-    add_library(${name} SHARED ${arg_SOURCES})
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;HEADERS;LINK")
+    # The headers are sources as well: moc looks at no others.
+    add_library(${name} SHARED ${arg_SOURCES} ${arg_HEADERS})
+    pcd_set_face(${name} HEADERS ${arg_HEADERS})
     target_link_libraries(${name} PUBLIC pcd_settings ${arg_LINK})
 endfunction()
 

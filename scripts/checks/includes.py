@@ -1,8 +1,9 @@
-"""Includes run one way between libraries, and between the folders of a library."""
+"""Includes run one way between libraries and their folders, and reach only a library's face."""
 
 import re
 from pathlib import PurePosixPath
 
+from .faces import Faces, TOPS, owner_of
 from .result import Result
 
 # Of each library, the libraries whose headers it includes. They stand below it.
@@ -75,16 +76,15 @@ GENERATED = re.compile(r"ui_\w+\.h$|\w+\.moc$")
 
 
 def check(tree):
-    """Checks all includes of src against the tables, and the tables for circles."""
+    """Checks all includes against the tables and the faces, and the tables for circles."""
     result = Result("includes")
+    check_faces(tree, result)
     unused = {(None, a, b) for a, b in arrows(LIBRARIES)}
     unused |= {(library, a, b) for library in FOLDERS for a, b in arrows(FOLDERS[library])}
     for path in tree.sources("src"):
-        text = tree.text(path)
-        for found in INCLUDE.finditer(text):
+        for line, bracket, name in includes_of(tree.text(path)):
             result.checked += 1
-            line = text.count("\n", 0, found.start()) + 1
-            check_one(tree, path, line, found, unused, result)
+            check_one(tree, path, line, (bracket, name), unused, result)
     for library, a, b in sorted(unused, key=str):
         where = f"in {library} " if library else ""
         result.add(TABLES, 1, f"no file {where}of {a} includes {b} any more: expected that the "
@@ -96,6 +96,28 @@ def check(tree):
     return result
 
 
+def check_faces(tree, result):
+    """Adds the includes, in all folders of code, of headers that are private to a library."""
+    faces = Faces(tree, LIBRARIES)
+    for path in [path for top in ("src", *TOPS) for path in tree.sources(top)]:
+        in_src = path.parts[0] == "src"
+        here = place_of(path.relative_to("src")) if in_src else None
+        user = here[0] if here else owner_of(path, LIBRARIES)
+        for line, bracket, name in includes_of(tree.text(path)):
+            full = PurePosixPath(name)
+            if bracket == '"':
+                full = (path.parent / name).relative_to("src") if in_src else None
+            there = place_of(full) if full else None
+            if there and PurePosixPath("src", full) in tree.files:
+                faces.check(user, there[0], path, line, str(full), result)
+
+
+def includes_of(text):
+    """Yields line, bracket and name of each include of a text."""
+    for found in INCLUDE.finditer(text):
+        yield text.count("\n", 0, found.start()) + 1, *found.groups()
+
+
 def arrows(table):
     """The pairs of a table: what includes, and what is included."""
     return [(a, b) for a, included in table.items() for b in included.split()]
@@ -103,7 +125,7 @@ def arrows(table):
 
 def check_one(tree, path, line, found, unused, result):
     """Adds a violation if one include is against the tables; an arrow it uses is not unused."""
-    bracket, name = found.groups()
+    bracket, name = found
     if bracket == '"':
         if not GENERATED.match(name) and path.parent / name not in tree.files:
             result.add(path, line, f'#include "{name}": expected a file of the same folder in "", '

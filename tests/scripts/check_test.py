@@ -95,7 +95,8 @@ class IncludesTest(TreeTest):
     def setUp(self):
         super().setUp()
         self.use({"Low": "", "High": "Low"}, {"High": {"top": "base"}})
-        self.files = {"src/Low/a.h": "", "src/High/base/b.h": "#include <Low/a.h>\n",
+        self.files = {"src/Low/CMakeLists.txt": "pcd_add_library(Low\n    HEADERS a.h\n    LINK Q)\n",
+                      "src/Low/a.h": "", "src/High/base/b.h": "#include <Low/a.h>\n",
                       "src/High/top/c.h": "#include <QList>\n#include <High/base/b.h>\n"}
 
     def use(self, libraries, inside):
@@ -109,6 +110,7 @@ class IncludesTest(TreeTest):
         self.expect(includes.check(self.tree(self.files)))
 
     def test_an_include_of_a_library_above_is_found(self):
+        self.files["src/High/CMakeLists.txt"] = "pcd_add_library(High HEADERS base/b.h)\n"
         self.files["src/Low/a.h"] = "\n#include <High/base/b.h>\n"
         result = includes.check(self.tree(self.files))
         self.expect(result, "src/Low/a.h:2")
@@ -139,6 +141,35 @@ class IncludesTest(TreeTest):
     def test_a_file_outside_of_all_libraries_includes_none(self):
         self.files["src/other.cpp"] = "#include <Low/a.h>\n"
         self.expect(includes.check(self.tree(self.files)), "src/other.cpp:1")
+
+    def test_a_private_header_is_for_its_own_library_and_its_own_tests(self):
+        self.files["src/Low/hidden.h"] = ""
+        user = "#include <Low/a.h>\n#include <Low/hidden.h>\n"
+        for path in ("src/Low/a.cpp", "tests/Low/aTest.cpp", "bench/Low/a.cpp", "src/High/d.cpp",
+                     "tests/High/dTest.cpp", "tests/support/e.cpp"):
+            self.files[path] = user
+        result = includes.check(self.tree(self.files))
+        self.expect(result, "src/High/d.cpp:2", "tests/High/dTest.cpp:2", "tests/support/e.cpp:2")
+        self.expect_text(result, "includes Low/hidden.h, which is private to Low: expected a header "
+                         "of its face (if others need this one, list it under HEADERS in "
+                         "src/Low/CMakeLists.txt)")
+
+    def test_a_library_without_a_list_of_headers_has_only_private_ones(self):
+        self.files["src/Low/CMakeLists.txt"] = "add_library(Low SHARED a.cpp a.h)\n"
+        self.expect(includes.check(self.tree(self.files)), "src/High/base/b.h:1")
+
+    def test_a_header_of_the_face_includes_no_private_one(self):
+        self.files["src/Low/hidden.h"] = ""
+        self.files["src/Low/a.h"] = "#include <Low/hidden.h>\n"
+        result = includes.check(self.tree(self.files))
+        self.expect(result, "src/Low/a.h:1")
+        self.expect_text(result, "is in the face of Low and includes Low/hidden.h, which is private")
+
+    def test_a_face_is_listed_over_several_lines(self):
+        self.files["src/Low/CMakeLists.txt"] = "pcd_set_face(Low HEADERS\n    a.h\n    sub/b.h)\n"
+        self.files["src/Low/sub/b.h"] = ""
+        self.files["tests/High/c.cpp"] = "#include <Low/sub/b.h>\n"
+        self.expect(includes.check(self.tree(self.files)))
 
 
 class FoldersTest(TreeTest):
