@@ -101,7 +101,7 @@ private:
 /// is unpaced, so frames come whenever the delivery is ready, at any time of the clock.
 struct StreamParts {
     StreamParts() {
-        link->lens = source;
+        link->source = source;
         link->observer = observer;
         link->thermal = std::make_shared<PSimThermal>(*spec);
     }

@@ -8,27 +8,27 @@ using namespace PSimCall;
 using namespace PSimArgument;
 
 /// A setter and a getter of one whole number.
-#define NUMBER(name, which)                                                                        \
+#define SCALAR(name, which)                                                                        \
     HRESULT Toupcam_put_##name(HToupcam h, int value) {                                            \
         return changing(                                                                           \
-            __func__, h, [&](PSimSettings& s) { return s.setNumber(which, value); }, value);       \
+            __func__, h, [&](PSimSettings& s) { return s.setScalar(which, value); }, value);       \
     }                                                                                              \
     HRESULT Toupcam_get_##name(HToupcam h, int* value) {                                           \
         return onCamera(                                                                           \
-            __func__, h, [&](PSimSession& s) { return s.settings().number(which, value); },        \
+            __func__, h, [&](PSimSession& s) { return s.settings().scalar(which, value); },        \
             out(value));                                                                           \
     }
 
-NUMBER(Hue, PSimNumber::Hue)
-NUMBER(Saturation, PSimNumber::Saturation)
-NUMBER(Brightness, PSimNumber::Brightness)
-NUMBER(Contrast, PSimNumber::Contrast)
-NUMBER(Gamma, PSimNumber::Gamma)
-NUMBER(Chrome, PSimNumber::Chrome)
-NUMBER(VFlip, PSimNumber::VFlip)
-NUMBER(HFlip, PSimNumber::HFlip)
-NUMBER(Negative, PSimNumber::Negative)
-NUMBER(HZ, PSimNumber::LightFrequency)
+SCALAR(Hue, PSimScalar::Hue)
+SCALAR(Saturation, PSimScalar::Saturation)
+SCALAR(Brightness, PSimScalar::Brightness)
+SCALAR(Contrast, PSimScalar::Contrast)
+SCALAR(Gamma, PSimScalar::Gamma)
+SCALAR(Chrome, PSimScalar::Chrome)
+SCALAR(VFlip, PSimScalar::VFlip)
+SCALAR(HFlip, PSimScalar::HFlip)
+SCALAR(Negative, PSimScalar::Negative)
+SCALAR(HZ, PSimScalar::LightFrequency)
 
 HRESULT Toupcam_put_TempTint(HToupcam h, int nTemp, int nTint) {
     return changing(

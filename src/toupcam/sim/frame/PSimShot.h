@@ -12,5 +12,5 @@ struct PSimShot {
     double gain = 1.0;
     double sensorCelsius = 25.0;
     PSimGeometry geometry;
-    PSimImageSettings look;
+    PSimImageSettings imageSettings;
 };

@@ -31,20 +31,20 @@ Matrix product(const Matrix& a, const Matrix& b) {
     return result;
 }
 
-Matrix balance(const PSimImageSettings& look) {
-    if (!look.whiteBalanceGains)
+Matrix balance(const PSimImageSettings& settings) {
+    if (!settings.whiteBalanceGains)
         return kIdentity;
-    const auto gains = PSimWhiteBalance::gains({look.temperature, look.tint});
+    const auto gains = PSimWhiteBalance::gains({settings.temperature, settings.tint});
     return {{{gains[0], 0, 0}, {0, gains[1], 0}, {0, 0, gains[2]}}};
 }
 
 // Hue turns the plane of the two colour differences, so that red goes towards yellow and green;
 // saturation stretches it.
-Matrix hueAndSaturation(const PSimImageSettings& look) {
-    if (look.hue == 0 && look.saturation == 128 && !look.chrome)
+Matrix hueAndSaturation(const PSimImageSettings& settings) {
+    if (settings.hue == 0 && settings.saturation == 128 && !settings.chrome)
         return kIdentity; // exactly: the constants above are rounded
-    const double angle = look.hue * 3.14159265358979323846 / 180.0;
-    const double strength = look.chrome ? 0.0 : look.saturation / 128.0;
+    const double angle = settings.hue * 3.14159265358979323846 / 180.0;
+    const double strength = settings.chrome ? 0.0 : settings.saturation / 128.0;
     const double c = strength * std::cos(angle);
     const double s = strength * std::sin(angle);
     const Matrix turned = {{{1, 0, 0}, {0, c, -s}, {0, s, c}}};
@@ -53,7 +53,8 @@ Matrix hueAndSaturation(const PSimImageSettings& look) {
 
 } // namespace
 
-PSimColourMatrix simColourMatrix(const PSimImageSettings& look) {
-    const Matrix sensor = product(look.colourMatrix ? kIdentity : kCrosstalk, balance(look));
-    return product(hueAndSaturation(look), sensor);
+PSimColourMatrix simColourMatrix(const PSimImageSettings& settings) {
+    const Matrix sensor =
+        product(settings.colourMatrix ? kIdentity : kCrosstalk, balance(settings));
+    return product(hueAndSaturation(settings), sensor);
 }

@@ -10,4 +10,4 @@
 /// and saturation. Callable from any thread.
 using PSimColourMatrix = std::array<std::array<double, 3>, 3>;
 
-PSimColourMatrix simColourMatrix(const PSimImageSettings& look);
+PSimColourMatrix simColourMatrix(const PSimImageSettings& settings);

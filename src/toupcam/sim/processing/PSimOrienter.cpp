@@ -61,18 +61,18 @@ std::uint8_t* PSimOrienter::line(unsigned y) {
 void PSimOrienter::written(unsigned y) {
     if (m_orientation.exchanged) {
         if (y % kBand == kBand - 1 || y == m_size.height - 1)
-            placeExchanged(y / kBand * kBand, y % kBand + 1);
+            writeExchanged(y / kBand * kBand, y % kBand + 1);
     } else if (m_orientation.mirroredX) {
-        placeMirrored(y);
+        writeMirrored(y);
     }
 }
 
-void PSimOrienter::placeMirrored(unsigned y) {
+void PSimOrienter::writeMirrored(unsigned y) {
     const auto mirror = m_pixelBytes == 3 ? mirrorRow<3> : mirrorRow<1>;
     mirror(m_band.data(), m_size.width, target(y));
 }
 
-void PSimOrienter::placeExchanged(unsigned first, unsigned count) {
+void PSimOrienter::writeExchanged(unsigned first, unsigned count) {
     const auto gather = m_pixelBytes == 3 ? gatherColumn<3> : gatherColumn<1>;
     const std::size_t bandStride = std::size_t{m_size.width} * m_pixelBytes;
     const bool mirrored = m_orientation.mirroredX;

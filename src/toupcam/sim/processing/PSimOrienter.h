@@ -19,8 +19,8 @@ public:
 private:
     bool isDirect() const { return !m_orientation.exchanged && !m_orientation.mirroredX; }
     std::uint8_t* target(unsigned y) const;
-    void placeMirrored(unsigned y);
-    void placeExchanged(unsigned first, unsigned count);
+    void writeMirrored(unsigned y);
+    void writeExchanged(unsigned first, unsigned count);
 
     const PSimOrientation m_orientation;
     const PSimSize m_size;

@@ -7,19 +7,19 @@
 
 namespace {
 
-void developRows(PSimRows& rows, const PSimShot& shot, PSimPicture& picture) {
+void processRows(PSimRows& rows, const PSimShot& shot, PSimPicture& picture) {
     const unsigned channels = picture.bits / 8;
     const PSimSize size = shot.geometry.binnedSize();
-    const PSimToneStage finish(shot.look, channels, shot.blueFirst);
+    const PSimToneStage toneStage(shot.imageSettings, channels, shot.blueFirst);
     PSimMeter meter(size, channels);
-    PSimOrienter placer(shot.geometry.orientation(), size, picture);
+    PSimOrienter orienter(shot.geometry.orientation(), size, picture);
     for (unsigned y = 0; y < size.height; ++y) {
-        std::uint8_t* const line = placer.line(y);
+        std::uint8_t* const line = orienter.line(y);
         rows.next(line);
         // Before the tone stage: what it does to the tones must not mislead auto-exposure.
         meter.add(y, line);
-        finish.apply(line, size.width);
-        placer.written(y);
+        toneStage.apply(line, size.width);
+        orienter.written(y);
     }
     picture.means = meter.means(shot.blueFirst);
 }
@@ -33,9 +33,9 @@ void simProcess(PSimRows& sensor, unsigned bits, const PSimShot& shot, PSimPictu
     picture.bits = bits;
     picture.blueFirst = shot.blueFirst;
     if (shot.geometry.binning == 1) {
-        developRows(sensor, shot, picture);
+        processRows(sensor, shot, picture);
     } else {
         PSimBinnedRows binned(sensor, shot.geometry, bits / 8);
-        developRows(binned, shot, picture);
+        processRows(binned, shot, picture);
     }
 }

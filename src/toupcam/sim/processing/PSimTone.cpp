@@ -10,20 +10,20 @@ double limited(double value) {
     return std::clamp(value, 0.0, 255.0);
 }
 
-double toned(double value, const PSimImageSettings& look) {
-    const double lit = 255.0 * std::pow(value / 255.0, 100.0 / look.gamma);
-    const double spread = limited(127.5 + (lit - 127.5) * std::exp2(look.contrast / 50.0));
-    const double shifted = limited(spread + look.brightness);
-    return look.negative ? 255.0 - shifted : shifted;
+double toned(double value, const PSimImageSettings& settings) {
+    const double lit = 255.0 * std::pow(value / 255.0, 100.0 / settings.gamma);
+    const double spread = limited(127.5 + (lit - 127.5) * std::exp2(settings.contrast / 50.0));
+    const double shifted = limited(spread + settings.brightness);
+    return settings.negative ? 255.0 - shifted : shifted;
 }
 
 } // namespace
 
-PSimTone simTone(const PSimImageSettings& look, double gain) {
+PSimTone simTone(const PSimImageSettings& settings, double gain) {
     PSimTone tone{};
     for (std::size_t i = 0; i < tone.size(); ++i) {
         const double value = limited(gain * static_cast<double>(i));
-        tone[i] = static_cast<std::uint8_t>(std::lround(toned(value, look)));
+        tone[i] = static_cast<std::uint8_t>(std::lround(toned(value, settings)));
     }
     return tone;
 }

@@ -47,20 +47,20 @@ void split(const std::uint8_t* row, unsigned count, Planes& planes) {
 
 } // namespace
 
-PSimToneStage::PSimToneStage(const PSimImageSettings& look, unsigned channels, bool blueFirst)
+PSimToneStage::PSimToneStage(const PSimImageSettings& settings, unsigned channels, bool blueFirst)
     : m_kind(Kind::Grey) {
     if (channels == 1) {
-        m_tones.fill(simTone(look));
+        m_tones.fill(simTone(settings));
         m_kind = isIdentity(m_tones[0]) ? Kind::Nothing : Kind::Grey;
         return;
     }
-    const PSimColourMatrix colour = simColourMatrix(look);
+    const PSimColourMatrix colour = simColourMatrix(settings);
     const bool diagonal = isDiagonal(colour);
     const auto place = [blueFirst](std::size_t channel) {
         return blueFirst ? 2 - channel : channel;
     };
     for (std::size_t row = 0; row < 3; ++row) {
-        m_tones[place(row)] = simTone(look, diagonal ? colour[row][row] : 1.0);
+        m_tones[place(row)] = simTone(settings, diagonal ? colour[row][row] : 1.0);
         for (std::size_t column = 0; column < 3; ++column)
             m_matrix[place(row)][place(column)] =
                 static_cast<int>(std::lround(colour[row][column] * (1 << kScaleBits)));

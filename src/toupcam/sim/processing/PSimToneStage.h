@@ -9,7 +9,7 @@
 class PSimToneStage {
 public:
     /// For rows of `channels` (1 or 3) bytes a pixel.
-    PSimToneStage(const PSimImageSettings& look, unsigned channels, bool blueFirst);
+    PSimToneStage(const PSimImageSettings& settings, unsigned channels, bool blueFirst);
 
     bool isNeutral() const { return m_kind == Kind::Nothing; }
     /// Changes a row of `width` pixels in place.

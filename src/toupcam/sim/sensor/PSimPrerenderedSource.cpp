@@ -53,8 +53,9 @@ void PSimPrerenderedSource::take(const PSimShot& shot, std::uint64_t frame, PSim
 }
 
 bool PSimPrerenderedSource::isAsItIs(const PSimShot& shot, const PSimPicture& form) const {
-    return isFixed() || (shot.geometry.isPlain({form.width, form.height}) &&
-                         PSimToneStage(shot.look, form.bits / 8, form.blueFirst).isNeutral());
+    return isFixed() ||
+           (shot.geometry.isPlain({form.width, form.height}) &&
+            PSimToneStage(shot.imageSettings, form.bits / 8, form.blueFirst).isNeutral());
 }
 
 PSimPrerenderedSource::Ready PSimPrerenderedSource::make(unsigned index,

@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr std::size_t kCount = static_cast<std::size_t>(PSimNumber::Count);
+constexpr std::size_t kCount = static_cast<std::size_t>(PSimScalar::Count);
 
 struct Rule {
     int minimum;
@@ -15,7 +15,7 @@ struct Rule {
     bool needsColour;
 };
 
-// In the order of PSimNumber.
+// In the order of PSimScalar.
 constexpr Rule kRules[kCount] = {
     {-180, 180, 0, false, true},  // hue
     {0, 255, 128, false, true},   // saturation
@@ -31,8 +31,8 @@ constexpr Rule kRules[kCount] = {
     {200, 2500, PSimWhiteBalance::kNeutralTint, false, true},
 };
 
-const Rule& ruleOf(PSimNumber number) {
-    return kRules[static_cast<std::size_t>(number)];
+const Rule& ruleOf(PSimScalar scalar) {
+    return kRules[static_cast<std::size_t>(scalar)];
 }
 
 } // namespace
@@ -44,31 +44,31 @@ PSimScalarSettings::PSimScalarSettings(bool colour)
         m_values[i] = kRules[i].initial;
 }
 
-bool PSimScalarSettings::has(PSimNumber number) const {
-    return m_colour || !ruleOf(number).needsColour;
+bool PSimScalarSettings::has(PSimScalar scalar) const {
+    return m_colour || !ruleOf(scalar).needsColour;
 }
 
-HRESULT PSimScalarSettings::check(PSimNumber number, int value) const {
-    if (!has(number))
+HRESULT PSimScalarSettings::check(PSimScalar scalar, int value) const {
+    if (!has(scalar))
         return E_NOTIMPL;
-    const Rule& rule = ruleOf(number);
+    const Rule& rule = ruleOf(scalar);
     const bool fits = rule.isSwitch || (value >= rule.minimum && value <= rule.maximum);
     return fits ? S_OK : E_INVALIDARG;
 }
 
-HRESULT PSimScalarSettings::set(PSimNumber number, int value) {
-    const HRESULT result = check(number, value);
+HRESULT PSimScalarSettings::set(PSimScalar scalar, int value) {
+    const HRESULT result = check(scalar, value);
     if (SUCCEEDED(result))
-        m_values[static_cast<std::size_t>(number)] =
-            ruleOf(number).isSwitch && value != 0 ? 1 : value;
+        m_values[static_cast<std::size_t>(scalar)] =
+            ruleOf(scalar).isSwitch && value != 0 ? 1 : value;
     return result;
 }
 
-HRESULT PSimScalarSettings::get(PSimNumber number, int* output) const {
+HRESULT PSimScalarSettings::get(PSimScalar scalar, int* output) const {
     if (!output)
         return E_POINTER;
-    if (!has(number))
+    if (!has(scalar))
         return E_NOTIMPL;
-    *output = value(number);
+    *output = value(scalar);
     return S_OK;
 }

@@ -7,7 +7,7 @@
 #include <cstddef>
 
 /// Settings that are one whole number each, or a switch.
-enum class PSimNumber {
+enum class PSimScalar {
     Hue,
     Saturation,
     Brightness,
@@ -31,17 +31,17 @@ public:
     explicit PSimScalarSettings(bool colour);
 
     /// Whether this value can be set: S_OK, E_NOTIMPL or E_INVALIDARG. A switch takes any value.
-    HRESULT check(PSimNumber number, int value) const;
+    HRESULT check(PSimScalar scalar, int value) const;
     /// Sets it if check() finds nothing; any value but 0 switches a switch on, to 1.
-    HRESULT set(PSimNumber number, int value);
+    HRESULT set(PSimScalar scalar, int value);
     /// E_POINTER for a null output, E_NOTIMPL.
-    HRESULT get(PSimNumber number, int* value) const;
+    HRESULT get(PSimScalar scalar, int* value) const;
     /// The value in force, whether the camera has the setting or not.
-    int value(PSimNumber number) const { return m_values[static_cast<std::size_t>(number)]; }
+    int value(PSimScalar scalar) const { return m_values[static_cast<std::size_t>(scalar)]; }
 
 private:
-    bool has(PSimNumber number) const;
+    bool has(PSimScalar scalar) const;
 
     bool m_colour;
-    std::array<int, static_cast<std::size_t>(PSimNumber::Count)> m_values;
+    std::array<int, static_cast<std::size_t>(PSimScalar::Count)> m_values;
 };

@@ -27,7 +27,7 @@ PSimSettings::PSimSettings(std::shared_ptr<const PSimCameraSpec> spec,
     , m_thermal(std::move(thermal))
     , m_rule(m_spec->exposure, m_spec->gain)
     , m_options(*m_spec)
-    , m_numbers(m_spec->isColour())
+    , m_scalars(m_spec->isColour())
     , m_region(PSimRegion::whole(m_spec->resolutions.front().size()))
     , m_speed(static_cast<unsigned short>((m_spec->speedLevels - 1) / 2))
     , m_auto(m_spec->exposure.automatic)
@@ -77,33 +77,33 @@ HRESULT PSimSettings::temperature(short* output) const {
     return S_OK;
 }
 
-HRESULT PSimSettings::setNumber(PSimNumber number, int value) {
+HRESULT PSimSettings::setScalar(PSimScalar scalar, int value) {
     const std::lock_guard lock(m_mutex);
-    return m_numbers.set(number, value);
+    return m_scalars.set(scalar, value);
 }
 
-HRESULT PSimSettings::number(PSimNumber number, int* value) const {
+HRESULT PSimSettings::scalar(PSimScalar scalar, int* value) const {
     const std::lock_guard lock(m_mutex);
-    return m_numbers.get(number, value);
+    return m_scalars.get(scalar, value);
 }
 
 HRESULT PSimSettings::setTempTint(int temperature, int tint) {
     const std::lock_guard lock(m_mutex);
-    for (const HRESULT result : {m_numbers.check(PSimNumber::Temperature, temperature),
-                                 m_numbers.check(PSimNumber::Tint, tint)}) {
+    for (const HRESULT result : {m_scalars.check(PSimScalar::Temperature, temperature),
+                                 m_scalars.check(PSimScalar::Tint, tint)}) {
         if (FAILED(result))
             return result;
     }
-    m_numbers.set(PSimNumber::Temperature, temperature);
-    return m_numbers.set(PSimNumber::Tint, tint);
+    m_scalars.set(PSimScalar::Temperature, temperature);
+    return m_scalars.set(PSimScalar::Tint, tint);
 }
 
 HRESULT PSimSettings::tempTint(int* temperature, int* tint) const {
     if (!temperature || !tint)
         return E_POINTER;
     const std::lock_guard lock(m_mutex);
-    m_numbers.get(PSimNumber::Temperature, temperature);
-    return m_numbers.get(PSimNumber::Tint, tint);
+    m_scalars.get(PSimScalar::Temperature, temperature);
+    return m_scalars.get(PSimScalar::Tint, tint);
 }
 
 HRESULT PSimSettings::setRealTime(int value) {
@@ -225,7 +225,7 @@ PSimShot PSimSettings::shotOf(unsigned resolution) const {
     shot.gain = m_exposure.gainPercent / 100.0;
     shot.sensorCelsius = m_thermal->celsius();
     shot.geometry = geometryOf(resolution);
-    shot.look = look();
+    shot.imageSettings = imageSettings();
     return shot;
 }
 
@@ -237,25 +237,25 @@ PSimGeometry PSimSettings::geometryOf(unsigned resolution) const {
     geometry.binning = static_cast<unsigned>(binning & ~PSimOptions::kAverage);
     geometry.average = (binning & PSimOptions::kAverage) != 0;
     geometry.rotation = static_cast<unsigned>(m_options.value(TOUPCAM_OPTION_ROTATE, 0));
-    geometry.hFlip = m_numbers.value(PSimNumber::HFlip) != 0;
-    geometry.vFlip = m_numbers.value(PSimNumber::VFlip) != 0;
+    geometry.hFlip = m_scalars.value(PSimScalar::HFlip) != 0;
+    geometry.vFlip = m_scalars.value(PSimScalar::VFlip) != 0;
     return geometry;
 }
 
-PSimImageSettings PSimSettings::look() const {
-    PSimImageSettings look;
-    look.hue = m_numbers.value(PSimNumber::Hue);
-    look.saturation = m_numbers.value(PSimNumber::Saturation);
-    look.brightness = m_numbers.value(PSimNumber::Brightness);
-    look.contrast = m_numbers.value(PSimNumber::Contrast);
-    look.gamma = m_numbers.value(PSimNumber::Gamma);
-    look.negative = m_numbers.value(PSimNumber::Negative) != 0;
-    look.chrome = m_numbers.value(PSimNumber::Chrome) != 0;
-    look.temperature = m_numbers.value(PSimNumber::Temperature);
-    look.tint = m_numbers.value(PSimNumber::Tint);
-    look.whiteBalanceGains = m_options.value(TOUPCAM_OPTION_WBGAIN, 1) != 0;
-    look.colourMatrix = m_options.value(TOUPCAM_OPTION_COLORMATIX, 1) != 0;
-    return look;
+PSimImageSettings PSimSettings::imageSettings() const {
+    PSimImageSettings result;
+    result.hue = m_scalars.value(PSimScalar::Hue);
+    result.saturation = m_scalars.value(PSimScalar::Saturation);
+    result.brightness = m_scalars.value(PSimScalar::Brightness);
+    result.contrast = m_scalars.value(PSimScalar::Contrast);
+    result.gamma = m_scalars.value(PSimScalar::Gamma);
+    result.negative = m_scalars.value(PSimScalar::Negative) != 0;
+    result.chrome = m_scalars.value(PSimScalar::Chrome) != 0;
+    result.temperature = m_scalars.value(PSimScalar::Temperature);
+    result.tint = m_scalars.value(PSimScalar::Tint);
+    result.whiteBalanceGains = m_options.value(TOUPCAM_OPTION_WBGAIN, 1) != 0;
+    result.colourMatrix = m_options.value(TOUPCAM_OPTION_COLORMATIX, 1) != 0;
+    return result;
 }
 
 double PSimSettings::framesPerSecond() const {
@@ -283,7 +283,7 @@ bool PSimSettings::adapt(double mean) {
     const std::lock_guard lock(m_mutex);
     if (!m_auto)
         return false;
-    const int frequency = m_numbers.value(PSimNumber::LightFrequency);
+    const int frequency = m_scalars.value(PSimScalar::LightFrequency);
     const PSimExposure next = m_rule.next(m_exposure, mean, m_target, beatOf(frequency));
     if (next == m_exposure)
         return false;

@@ -20,8 +20,11 @@ class PSimSettings {
 public:
     PSimSettings(std::shared_ptr<const PSimCameraSpec> spec, std::shared_ptr<PSimThermal> thermal);
 
+    /// Sets an option of Toupcam_put_Option; see PSimOptions.
     HRESULT setOption(unsigned option, int value);
+    /// An option's value: as set, or the cooler's voltage now.
     HRESULT option(unsigned option, int* value) const;
+    /// Accepts 0, 1 and 2, which have the same effect: nothing is ever queued.
     HRESULT setRealTime(int value);
 
     /// What the cooler aims at, 0.1 degrees C, -500 … 400.
@@ -29,9 +32,10 @@ public:
     /// The sensor's temperature now, 0.1 degrees C; E_NOTIMPL without a cooler.
     HRESULT temperature(short* output) const;
 
-    HRESULT setNumber(PSimNumber number, int value);
-    HRESULT number(PSimNumber number, int* value) const;
-    /// Both or neither.
+    /// One of the settings of PSimScalarSettings.
+    HRESULT setScalar(PSimScalar scalar, int value);
+    HRESULT scalar(PSimScalar scalar, int* value) const;
+    /// White balance: temperature in kelvin and tint. Sets both or neither.
     HRESULT setTempTint(int temperature, int tint);
     HRESULT tempTint(int* temperature, int* tint) const;
 
@@ -46,10 +50,13 @@ public:
     HRESULT setSpeed(unsigned short level);
     unsigned short speed() const;
 
+    /// Whether exposure time and gain follow the brightness.
     HRESULT setAutoExposure(bool on);
     bool autoExposure() const;
+    /// The mean brightness that auto-exposure aims at, 10 … 235.
     HRESULT setTarget(unsigned short target);
     unsigned short target() const;
+    /// Exposure time and gain within the model's ranges, whether auto-exposure is on or not.
     HRESULT setExposureTime(unsigned microseconds);
     HRESULT setGain(unsigned short percent);
     PSimExposure exposure() const;
@@ -72,7 +79,7 @@ private:
     PSimCooling cooling() const;
     PSimShot shotOf(unsigned resolution) const;
     PSimGeometry geometryOf(unsigned resolution) const;
-    PSimImageSettings look() const;
+    PSimImageSettings imageSettings() const;
     double framesPerSecond() const;
 
     std::shared_ptr<const PSimCameraSpec> m_spec;
@@ -80,7 +87,7 @@ private:
     PSimAutoExposure m_rule;
     mutable std::mutex m_mutex; // guards all below
     PSimOptions m_options;
-    PSimScalarSettings m_numbers;
+    PSimScalarSettings m_scalars;
     int m_targetTemperature = PSimCooling().target;
     unsigned m_resolution = 0;
     PSimRegion m_region;

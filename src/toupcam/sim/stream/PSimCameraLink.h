@@ -12,7 +12,7 @@
 /// What a stream and its camera share for longer than one session. The pointers are set once,
 /// before the first session; all else may be read and changed on any thread.
 struct PSimCameraLink {
-    std::shared_ptr<PSimImageSource> lens;
+    std::shared_ptr<PSimImageSource> source;
     std::shared_ptr<PSimFrameObserver> observer;
     std::atomic<bool> held{false};       ///< frames are produced but never arrive
     std::atomic<std::uint64_t> taken{0}; ///< for the observer

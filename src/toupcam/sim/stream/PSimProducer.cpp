@@ -39,7 +39,7 @@ void PSimProducer::perform(const PSimStreamSchedule::Still& still, PSimDelivery&
     if (m_link->held)
         return;
     setNumber(m_still, still.number, still.microseconds);
-    m_link->lens->take(m_settings->shotAt(still.resolution), still.number, m_still);
+    m_link->source->take(m_settings->shotAt(still.resolution), still.number, m_still);
     delivery.still(m_still);
 }
 
@@ -55,7 +55,7 @@ void PSimProducer::perform(const PSimStreamSchedule::Frame& frame, PSimDelivery&
 
 void PSimProducer::deliverFrame(const PSimStreamSchedule::Frame& frame, PSimDelivery& delivery) {
     setNumber(m_live, frame.number, frame.microseconds);
-    m_link->lens->take(m_settings->shot(), frame.number, m_live);
+    m_link->source->take(m_settings->shot(), frame.number, m_live);
     const PSimMeans means = m_live.means; // delivering may exchange the picture
     // Counted before the callback: a client that compares never has more than was delivered. If
     // stopped or unplugged meanwhile, the picture is lost, as it would be on the cable.

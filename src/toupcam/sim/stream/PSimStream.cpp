@@ -9,7 +9,7 @@
 PSimStream::PSimStream(std::shared_ptr<PSimCameraLink> link, std::shared_ptr<PSimSettings> settings)
     : m_link(std::move(link))
     , m_schedule(m_link, settings)
-    , m_feedback(m_link->lens, settings, m_schedule)
+    , m_feedback(m_link->source, settings, m_schedule)
     , m_producer(m_link, settings, m_schedule, m_feedback) {
 }
 

@@ -87,7 +87,7 @@ bool PSimStreamSchedule::isFrameDue(Time now) {
 
 // Whether frames come as fast as they are taken away.
 bool PSimStreamSchedule::isFree() const {
-    return m_link->lens->isUnpaced() && !m_shutter.isTriggered();
+    return m_link->source->isUnpaced() && !m_shutter.isTriggered();
 }
 
 std::optional<PSimStreamSchedule::Time> PSimStreamSchedule::nextTime() const {

@@ -53,7 +53,7 @@ PSimCamera::PSimCamera(const PSimCameraSpec& spec, std::uint64_t seed,
     , m_link(std::make_shared<PSimCameraLink>())
     , m_model(modelOf(spec))
     , m_plugged(spec.plugged) {
-    m_link->lens = PSimImageSource::create(m_spec, seed);
+    m_link->source = PSimImageSource::create(m_spec, seed);
     m_link->observer = std::move(observer);
     m_link->externalTrigger = m_spec->externalTrigger;
     m_link->thermal = std::make_shared<PSimThermal>(*m_spec);

@@ -6,7 +6,7 @@ namespace {
 using Put = HRESULT (*)(HToupcam, int);
 using Get = HRESULT (*)(HToupcam, int*);
 
-struct NumberRow {
+struct ScalarRow {
     const char* name;
     Put put;
     Get get;
@@ -16,7 +16,7 @@ struct NumberRow {
     bool needsColour;
 };
 
-const NumberRow kNumbers[] = {
+const ScalarRow kScalars[] = {
     {"hue", Toupcam_put_Hue, Toupcam_get_Hue, -180, 180, 0, true},
     {"saturation", Toupcam_put_Saturation, Toupcam_get_Saturation, 0, 255, 128, true},
     {"brightness", Toupcam_put_Brightness, Toupcam_get_Brightness, -64, 64, 0, false},
@@ -25,7 +25,7 @@ const NumberRow kNumbers[] = {
     {"light frequency", Toupcam_put_HZ, Toupcam_get_HZ, 0, 2, 2, false},
 };
 
-class SimNumber : public SimTest, public ::testing::WithParamInterface<NumberRow> {
+class SimScalar : public SimTest, public ::testing::WithParamInterface<ScalarRow> {
 protected:
     int read(HToupcam handle) {
         int value = -9999;
@@ -34,9 +34,9 @@ protected:
     }
 };
 
-INSTANTIATE_TEST_SUITE_P(rows, SimNumber, ::testing::ValuesIn(kNumbers), rowName<NumberRow>);
+INSTANTIATE_TEST_SUITE_P(rows, SimScalar, ::testing::ValuesIn(kScalars), rowName<ScalarRow>);
 
-TEST_P(SimNumber, starts_neutral_and_takes_its_whole_range) {
+TEST_P(SimScalar, starts_neutral_and_takes_its_whole_range) {
     const HToupcam handle = open("sim-20mc-1");
     EXPECT_EQ(read(handle), GetParam().initial);
     for (const int value : {GetParam().minimum, GetParam().maximum}) {
@@ -45,21 +45,21 @@ TEST_P(SimNumber, starts_neutral_and_takes_its_whole_range) {
     }
 }
 
-TEST_P(SimNumber, value_out_of_range_is_refused_and_changes_nothing) {
+TEST_P(SimScalar, value_out_of_range_is_refused_and_changes_nothing) {
     const HToupcam handle = open("sim-20mc-1");
     EXPECT_EQ(GetParam().put(handle, GetParam().minimum - 1), E_INVALIDARG);
     EXPECT_EQ(GetParam().put(handle, GetParam().maximum + 1), E_INVALIDARG);
     EXPECT_EQ(read(handle), GetParam().initial);
 }
 
-TEST_P(SimNumber, next_session_starts_neutral_again) {
+TEST_P(SimScalar, next_session_starts_neutral_again) {
     const HToupcam first = open("sim-20mc-1");
     EXPECT_EQ(GetParam().put(first, GetParam().minimum), S_OK);
     Toupcam_Close(first);
     EXPECT_EQ(read(open("sim-20mc-1")), GetParam().initial);
 }
 
-TEST_P(SimNumber, grey_camera_has_it_unless_it_is_about_colour) {
+TEST_P(SimScalar, grey_camera_has_it_unless_it_is_about_colour) {
     const HToupcam handle = open("sim-1mm-1");
     const HRESULT expected = GetParam().needsColour ? E_NOTIMPL : S_OK;
     int value = 0;
@@ -67,7 +67,7 @@ TEST_P(SimNumber, grey_camera_has_it_unless_it_is_about_colour) {
     EXPECT_EQ(GetParam().get(handle, &value), expected);
 }
 
-TEST_P(SimNumber, null_output_is_refused) {
+TEST_P(SimScalar, null_output_is_refused) {
     EXPECT_EQ(GetParam().get(open("sim-20mc-1"), nullptr), E_POINTER);
 }
 
