@@ -7,7 +7,7 @@ class SimBinning : public SimPictureTest, public ::testing::WithParamInterface<i
 protected:
     Transfer transfer(HToupcam handle) {
         const auto frames = take(handle, 2);
-        return transferOf(frames[0], frames[1]);
+        return measureTransfer(frames[0], frames[1]);
     }
 };
 
@@ -39,7 +39,7 @@ TEST_P(SimBinning, adding_goes_no_further_than_white) {
     const HToupcam handle = openOnly(flatCamera());
     ASSERT_EQ(Toupcam_put_ExpoTime(handle, 12000), S_OK); // 128 counts
     ASSERT_EQ(Toupcam_put_Option(handle, TOUPCAM_OPTION_BINNING, GetParam()), S_OK);
-    EXPECT_NEAR(meanOf(takeOne(handle)), 255.0, 0.5);
+    EXPECT_NEAR(measureMean(takeOne(handle)), 255.0, 0.5);
 }
 
 using SimBinnedPatches = SimPictureTest;

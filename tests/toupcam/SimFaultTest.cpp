@@ -70,7 +70,7 @@ ToupcamFrameInfoV2 pulledInfo(HToupcam handle) {
     return info;
 }
 
-TEST_F(SimFault, pull_reports_the_size_it_is_told_to) {
+TEST_F(SimFault, pull_reports_the_size_it_is_set_to) {
     const HToupcam handle = openOnly(SimCameraText());
     ToupcamSim_reportSize("Toupcam_PullImageV2", 7, 9);
     const ToupcamFrameInfoV2 info = pulledInfo(handle);
@@ -82,16 +82,16 @@ TEST_F(SimFault, pull_reports_the_size_it_is_told_to) {
 }
 
 TEST_F(SimFault, pull_that_reports_0_by_0_leaves_the_record_as_it_was) {
-    load(
-        sceneOf({SimCameraText()}, R"([{"do": "reportSize", "function": "Toupcam_PullImageV2"}])"));
+    load(makeScene({SimCameraText()},
+                   R"([{"do": "reportSize", "function": "Toupcam_PullImageV2"}])"));
     const ToupcamFrameInfoV2 info = pulledInfo(open());
     EXPECT_EQ(info.width, 1U);
     EXPECT_EQ(info.height, 2U);
     EXPECT_EQ(info.seq, 4U);
 }
 
-TEST_F(SimFault, option_answers_what_it_is_told_to_and_takes_what_it_took_before) {
-    load(sceneOf({SimCameraText()}, R"([{"do": "answer", "option": 24, "value": 45}])"));
+TEST_F(SimFault, option_returns_the_value_set_for_it_and_accepts_what_it_accepted_before) {
+    load(makeScene({SimCameraText()}, R"([{"do": "answer", "option": 24, "value": 45}])"));
     const HToupcam handle = open();
     int value = 0;
     EXPECT_EQ(Toupcam_get_Option(handle, TOUPCAM_OPTION_ROTATE, &value), S_OK);
@@ -117,9 +117,9 @@ TEST_F(SimFault, held_frames_are_produced_but_never_arrive) {
     ASSERT_EQ(ToupcamSim_holdFrames("cam", 1), 1);
     FrameLog log(0);
     ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &log), S_OK);
-    ASSERT_TRUE(eventually([] { return countsOf().produced >= 10; }));
+    ASSERT_TRUE(eventually([] { return readCounts().produced >= 10; }));
     EXPECT_EQ(log.total(), 0U);
-    EXPECT_EQ(countsOf().delivered, 0U);
+    EXPECT_EQ(readCounts().delivered, 0U);
     ASSERT_EQ(ToupcamSim_holdFrames("cam", 0), 1);
     EXPECT_TRUE(log.waitFor(3));
     EXPECT_EQ(ToupcamSim_holdFrames("no-such-camera", 1), 0);
@@ -143,7 +143,7 @@ TEST_F(SimFault, raw_buffer_is_pushed_with_exactly_its_header_before_the_call_re
     EXPECT_EQ(log.last().header.biBitCount, 16);
     EXPECT_TRUE(log.last().isSnapshot);
     EXPECT_EQ(log.last().bytes, std::vector<std::uint8_t>({1, 2, 3}));
-    EXPECT_EQ(countsOf().delivered, 0U); // none of the camera's frames
+    EXPECT_EQ(readCounts().delivered, 0U); // none of the camera's frames
 }
 
 TEST_F(SimFault, raw_buffer_needs_a_stream_in_push_mode) {
@@ -189,7 +189,7 @@ TEST_F(SimFault, waiting_raw_buffer_is_given_up_when_the_stream_stops) {
     EXPECT_EQ(ToupcamSim_pushRaw("cam", &header, &header, 0), 0);
 }
 
-TEST_F(SimFault, fired_event_is_told_before_the_call_returns) {
+TEST_F(SimFault, fired_event_is_reported_before_the_call_returns) {
     const HToupcam handle = openOnly(SimCameraText());
     EXPECT_EQ(ToupcamSim_fireEvent("cam", 0x80), 0);
     EventLog events;
@@ -202,30 +202,30 @@ TEST_F(SimFault, fired_event_is_told_before_the_call_returns) {
 
 TEST_F(SimFault, plan_unplugs_after_exactly_so_many_frames_in_every_run) {
     for (int run = 0; run < 3; ++run) {
-        load(
-            sceneOf({SimCameraText()}, R"([{"do": "unplug", "camera": "cam", "afterFrames": 5}])"));
+        load(makeScene({SimCameraText()},
+                       R"([{"do": "unplug", "camera": "cam", "afterFrames": 5}])"));
         const HToupcam handle = open();
         FrameLog log(0);
         ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &log), S_OK);
         ASSERT_TRUE(log.waitForLoss());
         Toupcam_Close(handle);
         EXPECT_EQ(log.total(), 6U); // five frames and the loss
-        EXPECT_EQ(countsOf().delivered, 5U);
+        EXPECT_EQ(readCounts().delivered, 5U);
     }
 }
 
 TEST_F(SimFault, plan_plugs_a_camera_in_at_its_time) {
     SimCameraText camera;
     camera.extra = R"(, "plugged": false)";
-    load(sceneOf({camera}, R"([{"do": "plug", "camera": "cam", "atMs": 5},
+    load(makeScene({camera}, R"([{"do": "plug", "camera": "cam", "atMs": 5},
                                {"do": "unplug", "camera": "cam", "atMs": 1000000}])"));
     ToupcamDeviceV2 records[TOUPCAM_MAX];
     EXPECT_TRUE(eventually([&] { return Toupcam_EnumV2(records) == 1; }));
 }
 
 TEST_F(SimFault, plan_pushes_a_malformed_frame_between_two_others) {
-    load(sceneOf({SimCameraText()},
-                 R"([{"do": "pushMalformed", "camera": "cam", "afterFrames": 2, "width": 7,
+    load(makeScene({SimCameraText()},
+                   R"([{"do": "pushMalformed", "camera": "cam", "afterFrames": 2, "width": 7,
                       "height": -3, "bits": 24, "sizeImage": 99}])"));
     FrameLog log;
     const HToupcam handle = open();
@@ -240,20 +240,20 @@ TEST_F(SimFault, plan_pushes_a_malformed_frame_between_two_others) {
 }
 
 TEST_F(SimFault, plan_holds_and_releases_frames) {
-    load(sceneOf({SimCameraText()},
-                 R"([{"do": "hold", "camera": "cam", "afterFrames": 3},
+    load(makeScene({SimCameraText()},
+                   R"([{"do": "hold", "camera": "cam", "afterFrames": 3},
                      {"do": "release", "camera": "cam", "afterFrames": 10}])"));
     FrameLog log(0);
     const HToupcam handle = open();
     ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &log), S_OK);
     ASSERT_TRUE(log.waitFor(4));
     Toupcam_Close(handle);
-    EXPECT_GE(countsOf().produced - countsOf().delivered, 7U);
+    EXPECT_GE(readCounts().produced - readCounts().delivered, 7U);
 }
 
-TEST_F(SimFault, plan_tells_events_in_pull_mode) {
-    load(sceneOf({SimCameraText()},
-                 R"([{"do": "event", "camera": "cam", "afterFrames": 1, "event": 130}])"));
+TEST_F(SimFault, plan_fires_events_in_pull_mode) {
+    load(makeScene({SimCameraText()},
+                   R"([{"do": "event", "camera": "cam", "afterFrames": 1, "event": 130}])"));
     EventLog events;
     const HToupcam handle = open();
     ASSERT_EQ(Toupcam_StartPullModeWithCallback(handle, EventLog::onEvent, &events), S_OK);
@@ -262,8 +262,8 @@ TEST_F(SimFault, plan_tells_events_in_pull_mode) {
 }
 
 TEST_F(SimFault, plan_fails_and_delays_calls_from_the_start) {
-    load(sceneOf({SimCameraText()},
-                 R"([{"do": "fail", "function": "Toupcam_put_Option", "option": 46, "skip": 0,
+    load(makeScene({SimCameraText()},
+                   R"([{"do": "fail", "function": "Toupcam_put_Option", "option": 46, "skip": 0,
                       "count": 1, "result": -5},
                      {"do": "delay", "function": "Toupcam_get_MaxSpeed", "ms": 1}])"));
     const HToupcam handle = open();
@@ -278,7 +278,7 @@ std::vector<int> arrivals(const std::string& seed) {
     SimCameraText camera;
     camera.source = R"({"kind": "ring", "frames": 64, "unpaced": true})";
     std::string scene =
-        sceneOf({camera}, R"([{"do": "lose", "camera": "cam", "probability": 0.5}])");
+        makeScene({camera}, R"([{"do": "lose", "camera": "cam", "probability": 0.5}])");
     scene.insert(1, R"("seed": )" + seed + ", ");
     EXPECT_EQ(ToupcamSim_loadScene(scene.c_str()), nullptr);
     const HToupcam handle = Toupcam_Open("cam");
@@ -301,7 +301,7 @@ TEST_F(SimFault, random_losses_are_the_same_for_the_same_seed) {
 
 TEST_F(SimFault, new_scene_forgets_the_faults_of_the_old_one) {
     ToupcamSim_failCall("Toupcam_Open", 0, 0, E_FAIL);
-    load(sceneOf({SimCameraText()}));
+    load(makeScene({SimCameraText()}));
     EXPECT_NE(open(), nullptr);
 }
 

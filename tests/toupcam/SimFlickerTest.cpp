@@ -20,7 +20,7 @@ SimCameraText lampCamera(int mainsHz, const std::string& exposure = R"("auto": f
 }
 
 /// The mean of each row.
-std::vector<double> rowsOf(const PushedFrame& frame) {
+std::vector<double> measureRows(const PushedFrame& frame) {
     std::vector<double> rows;
     for (int y = 0; y < frame.header.biHeight; ++y) {
         double sum = 0;
@@ -32,22 +32,22 @@ std::vector<double> rowsOf(const PushedFrame& frame) {
 }
 
 /// Half the difference between the brightest and the darkest row, over the mean.
-double bandsOf(const PushedFrame& frame) {
-    const std::vector<double> rows = rowsOf(frame);
+double measureBands(const PushedFrame& frame) {
+    const std::vector<double> rows = measureRows(frame);
     const auto [least, most] = std::minmax_element(rows.begin(), rows.end());
-    return (*most - *least) / 2 / meanOf(frame);
+    return (*most - *least) / 2 / measureMean(frame);
 }
 
-int risesOf(const PushedFrame& frame) {
-    const std::vector<double> rows = rowsOf(frame);
-    const double mean = meanOf(frame);
+int countRises(const PushedFrame& frame) {
+    const std::vector<double> rows = measureRows(frame);
+    const double mean = measureMean(frame);
     int rises = 0;
     for (std::size_t y = 1; y < rows.size(); ++y)
         rises += rows[y - 1] < mean && rows[y] >= mean ? 1 : 0;
     return rises;
 }
 
-unsigned timeOf(HToupcam handle) {
+unsigned readTime(HToupcam handle) {
     unsigned time = 0;
     EXPECT_EQ(Toupcam_get_ExpoTime(handle, &time), S_OK);
     return time;
@@ -58,7 +58,7 @@ protected:
     /// Bands in a picture of this exposure.
     double bands(HToupcam handle, unsigned microseconds) {
         EXPECT_EQ(Toupcam_put_ExpoTime(handle, microseconds), S_OK);
-        return bandsOf(takeOne(handle));
+        return measureBands(takeOne(handle));
     }
 };
 
@@ -91,22 +91,22 @@ TEST_P(SimBands, are_as_deep_as_computed) {
 TEST_F(SimFlicker, lamp_is_bright_twice_in_each_period_while_a_frame_is_read) {
     const HToupcam handle = openOnly(lampCamera(50));
     ASSERT_EQ(Toupcam_put_ExpoTime(handle, 4000), S_OK);
-    EXPECT_NEAR(risesOf(takeOne(handle)), 5, 1); // a band may be cut at the edge
+    EXPECT_NEAR(countRises(takeOne(handle)), 5, 1); // a band may be cut at the edge
 }
 
 TEST_F(SimFlicker, mean_of_whole_periods_is_that_of_steady_light) {
     const HToupcam handle = openOnly(lampCamera(50));
     ASSERT_EQ(Toupcam_put_ExpoTime(handle, 4000), S_OK);
-    EXPECT_NEAR(meanOf(takeOne(handle)), 40.0, 0.4);
+    EXPECT_NEAR(measureMean(takeOne(handle)), 40.0, 0.4);
 }
 
 TEST_F(SimFlicker, region_shows_the_bands_of_its_own_rows) {
     const HToupcam handle = openOnly(lampCamera(50));
     ASSERT_EQ(Toupcam_put_ExpoTime(handle, 4000), S_OK);
-    const std::vector<double> whole = rowsOf(takeOne(handle));
+    const std::vector<double> whole = measureRows(takeOne(handle));
     ASSERT_EQ(Toupcam_put_Roi(handle, 0, 100, 320, 40), S_OK);
     // 20 frames a second are in step with 50 Hz: each frame has its bands in the same place.
-    const std::vector<double> part = rowsOf(takeOne(handle));
+    const std::vector<double> part = measureRows(takeOne(handle));
     for (std::size_t y = 0; y < part.size(); ++y)
         EXPECT_NEAR(part[y], whole[100 + y], 2.5) << y;
 }
@@ -119,8 +119,8 @@ TEST_F(SimFlicker, bands_move_when_the_frame_rate_is_not_in_step) {
     double least = 255;
     double most = 0;
     for (const PushedFrame& frame : take(handle, 8)) {
-        least = std::min(least, rowsOf(frame)[100]);
-        most = std::max(most, rowsOf(frame)[100]);
+        least = std::min(least, measureRows(frame)[100]);
+        most = std::max(most, measureRows(frame)[100]);
     }
     EXPECT_GT(most - least, 20.0);
 }
@@ -151,23 +151,23 @@ TEST_P(SimCompensation, is_what_auto_exposure_does) {
         openOnly(lampCamera(50, R"("auto": true, "target": 120, "default": 1000)"));
     ASSERT_EQ(Toupcam_put_HZ(handle, GetParam().frequency), S_OK);
     const PushedFrame frame = take(handle, 26).back();
-    EXPECT_GE(timeOf(handle), GetParam().least);
-    EXPECT_LE(timeOf(handle), GetParam().most);
-    EXPECT_NEAR(meanOf(frame), 120.0, 4.0); // the gain makes up for the time
+    EXPECT_GE(readTime(handle), GetParam().least);
+    EXPECT_LE(readTime(handle), GetParam().most);
+    EXPECT_NEAR(measureMean(frame), 120.0, 4.0); // the gain makes up for the time
     if (GetParam().bands)
-        EXPECT_GT(bandsOf(frame), 0.1);
+        EXPECT_GT(measureBands(frame), 0.1);
     else
-        EXPECT_LT(bandsOf(frame), 0.04);
+        EXPECT_LT(measureBands(frame), 0.04);
 }
 
-TEST_F(SimFlicker, frequency_told_to_a_content_auto_exposure_changes_the_time) {
+TEST_F(SimFlicker, a_frequency_set_after_auto_exposure_has_settled_changes_the_time) {
     const HToupcam handle =
         openOnly(lampCamera(50, R"("auto": true, "target": 120, "default": 12000)"));
     take(handle, 5);
-    EXPECT_GT(timeOf(handle), 11000U);
+    EXPECT_GT(readTime(handle), 11000U);
     ASSERT_EQ(Toupcam_put_HZ(handle, 1), S_OK);
     take(handle, 3);
-    EXPECT_EQ(timeOf(handle), 10000U);
+    EXPECT_EQ(readTime(handle), 10000U);
 }
 
 TEST_F(SimFlicker, long_exposures_are_multiples_of_the_half_period) {
@@ -175,7 +175,7 @@ TEST_F(SimFlicker, long_exposures_are_multiples_of_the_half_period) {
         openOnly(lampCamera(0, R"("auto": true, "target": 230, "default": 1000)"));
     ASSERT_EQ(Toupcam_put_HZ(handle, 0), S_OK);
     take(handle, 26);
-    EXPECT_EQ(timeOf(handle), 16667U); // two times 1/120 s
+    EXPECT_EQ(readTime(handle), 16667U); // two times 1/120 s
 }
 
 TEST_F(SimFlicker, too_much_light_is_exposed_for_less_than_half_a_period) {
@@ -183,8 +183,8 @@ TEST_F(SimFlicker, too_much_light_is_exposed_for_less_than_half_a_period) {
         openOnly(lampCamera(0, R"("auto": true, "target": 50, "default": 20000)"));
     ASSERT_EQ(Toupcam_put_HZ(handle, 1), S_OK);
     const PushedFrame frame = take(handle, 26).back();
-    EXPECT_NEAR(timeOf(handle), 5000, 250);
-    EXPECT_NEAR(meanOf(frame), 50.0, 2.0);
+    EXPECT_NEAR(readTime(handle), 5000, 250);
+    EXPECT_NEAR(measureMean(frame), 50.0, 2.0);
 }
 
 TEST_F(SimFlicker, manual_exposure_is_left_alone) {
@@ -192,7 +192,7 @@ TEST_F(SimFlicker, manual_exposure_is_left_alone) {
     ASSERT_EQ(Toupcam_put_ExpoTime(handle, 12345), S_OK);
     ASSERT_EQ(Toupcam_put_HZ(handle, 1), S_OK);
     take(handle, 3);
-    EXPECT_EQ(timeOf(handle), 12345U);
+    EXPECT_EQ(readTime(handle), 12345U);
 }
 
 } // namespace

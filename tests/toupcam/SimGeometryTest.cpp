@@ -18,7 +18,7 @@ HRESULT put(HToupcam handle, const Region& region) {
     return Toupcam_put_Roi(handle, region.x, region.y, region.width, region.height);
 }
 
-Region regionOf(HToupcam handle) {
+Region readRegion(HToupcam handle) {
     Region region;
     EXPECT_EQ(Toupcam_get_Roi(handle, &region.x, &region.y, &region.width, &region.height), S_OK);
     return region;
@@ -33,11 +33,11 @@ struct Size {
     }
 };
 
-Size sizeOf(const PushedFrame& frame) {
+Size frameSize(const PushedFrame& frame) {
     return {frame.header.biWidth, frame.header.biHeight};
 }
 
-Size finalSizeOf(HToupcam handle) {
+Size readFinalSize(HToupcam handle) {
     Size size;
     EXPECT_EQ(Toupcam_get_FinalSize(handle, &size.width, &size.height), S_OK);
     return size;
@@ -46,7 +46,7 @@ Size finalSizeOf(HToupcam handle) {
 class SimGeometry : public SimPictureTest {};
 
 TEST_F(SimGeometry, region_is_the_whole_sensor_at_first) {
-    EXPECT_EQ(regionOf(openOnly({})), (Region{0, 0, 96, 64}));
+    EXPECT_EQ(readRegion(openOnly({})), (Region{0, 0, 96, 64}));
 }
 
 struct RegionRow {
@@ -80,14 +80,14 @@ TEST_P(SimRegion, is_taken_or_refused_and_the_old_one_kept) {
     const Region before{8, 8, 16, 12};
     ASSERT_EQ(put(handle, before), S_OK);
     EXPECT_EQ(put(handle, GetParam().region), GetParam().expected);
-    EXPECT_EQ(regionOf(handle), GetParam().expected == S_OK ? GetParam().region : before);
+    EXPECT_EQ(readRegion(handle), GetParam().expected == S_OK ? GetParam().region : before);
 }
 
 TEST_F(SimGeometry, region_of_zeros_is_the_whole_sensor) {
     const HToupcam handle = openOnly({});
     ASSERT_EQ(put(handle, {8, 8, 16, 12}), S_OK);
     EXPECT_EQ(put(handle, {0, 0, 0, 0}), S_OK);
-    EXPECT_EQ(regionOf(handle), (Region{0, 0, 96, 64}));
+    EXPECT_EQ(readRegion(handle), (Region{0, 0, 96, 64}));
 }
 
 TEST_F(SimGeometry, whole_sensor_is_taken_even_if_it_is_no_multiple_of_4) {
@@ -96,7 +96,7 @@ TEST_F(SimGeometry, whole_sensor_is_taken_even_if_it_is_no_multiple_of_4) {
     camera.height = 67;
     const HToupcam handle = openOnly(camera);
     EXPECT_EQ(put(handle, {0, 0, 101, 67}), S_OK);
-    EXPECT_EQ(regionOf(handle), (Region{0, 0, 101, 67}));
+    EXPECT_EQ(readRegion(handle), (Region{0, 0, 101, 67}));
     EXPECT_EQ(put(handle, {2, 0, 99, 67}), E_INVALIDARG);
 }
 
@@ -104,9 +104,9 @@ TEST_F(SimGeometry, other_resolution_takes_the_region_back_the_same_one_does_not
     const HToupcam handle = openOnly({});
     ASSERT_EQ(put(handle, {8, 8, 16, 12}), S_OK);
     ASSERT_EQ(Toupcam_put_eSize(handle, 0), S_OK);
-    EXPECT_EQ(regionOf(handle), (Region{8, 8, 16, 12}));
+    EXPECT_EQ(readRegion(handle), (Region{8, 8, 16, 12}));
     ASSERT_EQ(Toupcam_put_eSize(handle, 1), S_OK);
-    EXPECT_EQ(regionOf(handle), (Region{0, 0, 48, 32}));
+    EXPECT_EQ(readRegion(handle), (Region{0, 0, 48, 32}));
 }
 
 TEST_F(SimGeometry, null_output_of_the_region_is_refused) {
@@ -120,7 +120,7 @@ TEST_F(SimGeometry, region_shows_that_part_of_the_sensor) {
     const HToupcam handle = openOnly({});
     ASSERT_EQ(put(handle, {40, 16, 16, 32}), S_OK); // the green patch exactly
     const PushedFrame frame = takeOne(handle);
-    EXPECT_EQ(sizeOf(frame), (Size{16, 32}));
+    EXPECT_EQ(frameSize(frame), (Size{16, 32}));
     EXPECT_EQ(channelMean(frame, 0), 0.0);
     EXPECT_EQ(channelMean(frame, 1), 255.0);
     EXPECT_EQ(channelMean(frame, 2), 0.0);
@@ -175,12 +175,12 @@ protected:
 
 INSTANTIATE_TEST_SUITE_P(rows, SimFrameSize, ::testing::ValuesIn(kSizes), rowName<SizeRow>);
 
-TEST_P(SimFrameSize, is_told_beforehand_and_is_that_of_the_frames) {
+TEST_P(SimFrameSize, is_known_beforehand_and_is_that_of_the_frames) {
     for (const unsigned bits : {8U, 24U}) {
         const HToupcam handle = openSet(bits);
-        EXPECT_EQ(finalSizeOf(handle), GetParam().size);
+        EXPECT_EQ(readFinalSize(handle), GetParam().size);
         const PushedFrame frame = takeOne(handle);
-        EXPECT_EQ(sizeOf(frame), GetParam().size);
+        EXPECT_EQ(frameSize(frame), GetParam().size);
         EXPECT_EQ(frame.header.biSizeImage,
                   frame.stride() * static_cast<unsigned>(frame.header.biHeight));
         Toupcam_Close(handle);
@@ -216,7 +216,7 @@ TEST_F(SimGeometry, index_of_the_resolution_stays_whatever_the_size) {
     unsigned index = 99;
     EXPECT_EQ(Toupcam_get_eSize(handle, &index), S_OK);
     EXPECT_EQ(index, 1U);
-    EXPECT_EQ(finalSizeOf(handle), (Size{24, 16}));
+    EXPECT_EQ(readFinalSize(handle), (Size{24, 16}));
     int width = 0;
     int height = 0;
     EXPECT_EQ(Toupcam_get_Resolution(handle, 1, &width, &height), S_OK);
@@ -231,10 +231,10 @@ TEST_F(SimGeometry, ready_made_frames_are_never_worked_on) {
     EXPECT_EQ(put(handle, {8, 8, 16, 12}), E_NOTIMPL);
     EXPECT_EQ(Toupcam_put_Option(handle, TOUPCAM_OPTION_BINNING, 2), E_NOTIMPL);
     EXPECT_EQ(Toupcam_put_Option(handle, TOUPCAM_OPTION_ROTATE, 90), E_NOTIMPL);
-    EXPECT_EQ(regionOf(handle), (Region{0, 0, 96, 64}));
+    EXPECT_EQ(readRegion(handle), (Region{0, 0, 96, 64}));
     EXPECT_EQ(Toupcam_put_Negative(handle, 1), S_OK);
     EXPECT_EQ(Toupcam_put_HFlip(handle, 1), S_OK);
-    EXPECT_EQ(finalSizeOf(handle), (Size{96, 64}));
+    EXPECT_EQ(readFinalSize(handle), (Size{96, 64}));
     EXPECT_EQ(takeOne(handle).at(90, 60, 0), before.at(90, 60, 0));
 }
 
@@ -260,7 +260,7 @@ TEST_F(SimGeometry, size_changes_from_frame_to_frame_of_a_running_stream) {
     for (const ChangeStep& step : kChanges) {
         ASSERT_TRUE(log.waitFor(log.total() + 3));
         ASSERT_EQ(step.apply(handle), S_OK);
-        ASSERT_TRUE(eventually([&] { return sizeOf(log.last()) == step.size; }));
+        ASSERT_TRUE(eventually([&] { return frameSize(log.last()) == step.size; }));
     }
     Toupcam_Stop(handle);
     for (const PushedFrame& frame : log.frames()) {
@@ -280,7 +280,7 @@ TEST_F(SimGeometry, no_frame_is_lost_by_a_change_of_size) {
         ASSERT_EQ(step.apply(handle), S_OK);
     }
     ASSERT_EQ(Toupcam_Stop(handle), S_OK);
-    EXPECT_EQ(countsOf().produced, log.total());
+    EXPECT_EQ(readCounts().produced, log.total());
 }
 
 TEST_F(SimGeometry, frame_whose_size_was_asked_keeps_it) {
@@ -315,7 +315,7 @@ TEST_F(SimGeometry, still_picture_shows_the_same_part_at_its_own_resolution) {
     ASSERT_TRUE(log.waitForStill());
     Toupcam_Stop(handle);
     for (const PushedFrame& frame : log.frames()) {
-        EXPECT_EQ(sizeOf(frame), frame.isSnapshot ? (Size{16, 8}) : (Size{8, 4}));
+        EXPECT_EQ(frameSize(frame), frame.isSnapshot ? (Size{16, 8}) : (Size{8, 4}));
         EXPECT_EQ(channelMean(frame, 1), 255.0);
         EXPECT_EQ(channelMean(frame, 0), 0.0);
     }

@@ -8,7 +8,7 @@ namespace {
 
 using SimHotPlug = SimTest;
 
-TEST_F(SimHotPlug, plugging_and_unplugging_are_told) {
+TEST_F(SimHotPlug, plugging_and_unplugging_are_reported) {
     CallCounter calls;
     Toupcam_HotPlug(CallCounter::onCall, &calls);
     ASSERT_EQ(ToupcamSim_unplug("sim-1mm-1"), 1);
@@ -119,30 +119,30 @@ INSTANTIATE_TEST_SUITE_P(modes, SimLossOrder,
                          ::testing::Values(LossRow{"push mode", false}, LossRow{"pull mode", true}),
                          rowName<LossRow>);
 
-TEST_P(SimLossOrder, stream_tells_the_loss_before_the_hot_plug_callback_runs) {
+TEST_P(SimLossOrder, stream_reports_the_loss_before_the_hot_plug_callback_runs) {
     const HToupcam handle = openOnly(SimCameraText());
     FrameLog frames(0);
     EventLog events;
-    std::atomic<bool> toldBefore{false};
+    std::atomic<bool> reportedBefore{false};
     CallCounter calls;
     calls.inside = [&] {
-        toldBefore = frames.losses() == 1 || events.count(TOUPCAM_EVENT_DISCONNECTED) == 1;
+        reportedBefore = frames.losses() == 1 || events.count(TOUPCAM_EVENT_DISCONNECTED) == 1;
     };
     Toupcam_HotPlug(CallCounter::onCall, &calls);
     if (GetParam().pull)
         ASSERT_EQ(Toupcam_StartPullModeWithCallback(handle, EventLog::onEvent, &events), S_OK);
     else
         ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &frames), S_OK);
-    ASSERT_TRUE(eventually([] { return countsOf().delivered > 0; }));
+    ASSERT_TRUE(eventually([] { return readCounts().delivered > 0; }));
     ASSERT_EQ(ToupcamSim_unplug("cam"), 1);
     ASSERT_TRUE(calls.waitFor(1));
-    EXPECT_TRUE(toldBefore);
+    EXPECT_TRUE(reportedBefore);
     Toupcam_HotPlug(nullptr, nullptr);
     Toupcam_Close(handle);
     EXPECT_EQ(calls.count(), 1U);
 }
 
-TEST_F(SimHotPlug, unplugging_during_a_callback_in_progress_is_told_after_it) {
+TEST_F(SimHotPlug, unplugging_during_a_callback_in_progress_is_reported_after_it) {
     const HToupcam handle = openOnly(SimCameraText());
     Gate gate;
     FrameLog frames(0);
@@ -160,7 +160,7 @@ TEST_F(SimHotPlug, unplugging_during_a_callback_in_progress_is_told_after_it) {
     Toupcam_Close(handle);
 }
 
-TEST_F(SimHotPlug, unplugging_is_told_even_when_the_stream_is_stopped_at_the_same_time) {
+TEST_F(SimHotPlug, unplugging_is_reported_even_when_the_stream_is_stopped_at_the_same_time) {
     for (int i = 0; i < 50; ++i) {
         const HToupcam handle = openOnly(SimCameraText());
         FrameLog frames(0);

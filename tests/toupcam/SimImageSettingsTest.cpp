@@ -83,7 +83,7 @@ struct Colour {
     double degrees() const { return std::atan2(redness, blueness) * 180 / 3.14159265358979; }
 };
 
-Colour colourOf(const PushedFrame& frame) {
+Colour meanColour(const PushedFrame& frame) {
     const double red = channelMean(frame, 0);
     const double green = channelMean(frame, 1);
     const double blue = channelMean(frame, 2);
@@ -97,7 +97,7 @@ protected:
     HToupcam openReddish() {
         return openOnly(pictureCamera(m_folder.add("colour.ppm", '\xc8', '\x96', '\x78')));
     }
-    Colour colour(HToupcam handle) { return colourOf(takeOne(handle)); }
+    Colour colour(HToupcam handle) { return meanColour(takeOne(handle)); }
 
     PictureFolder m_folder;
 };
@@ -210,7 +210,7 @@ TEST_F(SimColourTest, auto_exposure_goes_by_the_picture_before_its_tones_are_cha
     ASSERT_EQ(Toupcam_put_AutoExpoEnable(handle, 1), S_OK);
     ASSERT_EQ(Toupcam_put_AutoExpoTarget(handle, 100), S_OK);
     ASSERT_EQ(Toupcam_put_Negative(handle, 1), S_OK);
-    EXPECT_NEAR(meanOf(take(handle, 26).back()), 155.0, 3.0);
+    EXPECT_NEAR(measureMean(take(handle, 26).back()), 155.0, 3.0);
 }
 
 } // namespace

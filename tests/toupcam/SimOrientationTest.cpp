@@ -15,7 +15,7 @@ char colourName(const PushedFrame& frame, int x, int y) {
     return red && green && blue ? 'W' : red ? 'R' : green ? 'G' : blue ? 'B' : '?';
 }
 
-Corners cornersOf(const PushedFrame& frame) {
+Corners readCorners(const PushedFrame& frame) {
     const int right = frame.header.biWidth - 1;
     const int bottom = frame.header.biHeight - 1;
     return {colourName(frame, 0, 0), colourName(frame, right, 0), colourName(frame, 0, bottom),
@@ -91,7 +91,7 @@ TEST_P(SimTurn, brings_each_corner_to_its_place) {
     ASSERT_EQ(Toupcam_put_VFlip(handle, GetParam().vFlip), S_OK);
     ASSERT_EQ(Toupcam_put_Option(handle, TOUPCAM_OPTION_ROTATE, GetParam().rotation), S_OK);
     const PushedFrame frame = takeOne(handle);
-    EXPECT_EQ(cornersOf(frame), expected());
+    EXPECT_EQ(readCorners(frame), expected());
     // Nothing got lost on the way: a quarter of the picture is red and a quarter white.
     EXPECT_NEAR(channelMean(frame, 0), 100.0, 2.0);
 }

@@ -93,7 +93,7 @@ inline std::vector<std::uint8_t> pixelBytes(const PushedFrame& frame) {
 }
 
 /// The mean of all channels of a frame.
-inline double meanOf(const PushedFrame& frame) {
+inline double measureMean(const PushedFrame& frame) {
     double sum = 0;
     const std::vector<std::uint8_t> bytes = pixelBytes(frame);
     for (const std::uint8_t byte : bytes)
@@ -118,7 +118,7 @@ struct Transfer {
     double variance;
 };
 
-inline Transfer transferOf(const PushedFrame& a, const PushedFrame& b) {
+inline Transfer measureTransfer(const PushedFrame& a, const PushedFrame& b) {
     const std::vector<std::uint8_t> one = pixelBytes(a);
     const std::vector<std::uint8_t> other = pixelBytes(b);
     double sum = 0;
@@ -130,7 +130,7 @@ inline Transfer transferOf(const PushedFrame& a, const PushedFrame& b) {
     }
     const auto n = static_cast<double>(one.size());
     const double bias = sum / n;
-    return {(meanOf(a) + meanOf(b)) / 2, (squares / n - bias * bias) / 2};
+    return {(measureMean(a) + measureMean(b)) / 2, (squares / n - bias * bias) / 2};
 }
 
 class SimPictureTest : public SimTest {

@@ -13,7 +13,7 @@ protected:
         EXPECT_EQ(Toupcam_put_ExpoTime(handle, microseconds), S_OK);
         EXPECT_EQ(Toupcam_put_ExpoAGain(handle, gain), S_OK);
         const auto frames = take(handle, 2);
-        return transferOf(frames[0], frames[1]);
+        return measureTransfer(frames[0], frames[1]);
     }
 };
 
@@ -185,8 +185,8 @@ TEST_P(SimAutoExposure, converges_to_its_target_within_25_frames) {
     ASSERT_EQ(Toupcam_put_AutoExpoTarget(handle, GetParam().target), S_OK);
     ASSERT_EQ(Toupcam_put_AutoExpoEnable(handle, 1), S_OK);
     const auto frames = take(handle, 26);
-    EXPECT_GT(std::abs(meanOf(frames.front()) - GetParam().target), 20.0);
-    EXPECT_NEAR(meanOf(frames[25]), GetParam().target, 0.03 * GetParam().target);
+    EXPECT_GT(std::abs(measureMean(frames.front()) - GetParam().target), 20.0);
+    EXPECT_NEAR(measureMean(frames[25]), GetParam().target, 0.03 * GetParam().target);
 }
 
 TEST_F(SimPicture, auto_exposure_raises_the_gain_when_time_does_not_suffice) {
@@ -203,7 +203,7 @@ TEST_F(SimPicture, auto_exposure_raises_the_gain_when_time_does_not_suffice) {
     EXPECT_NEAR(gain, 236, 12); // (120 - 2) counts x 10 electrons / 500 electrons
 }
 
-TEST_F(SimPicture, auto_exposure_tells_each_change_and_nothing_once_it_is_content) {
+TEST_F(SimPicture, auto_exposure_reports_each_change_and_nothing_once_it_has_settled) {
     const HToupcam handle = openOnly(flatCamera());
     CallCounter calls;
     ASSERT_EQ(Toupcam_put_ExpoCallback(handle, CallCounter::onCall, &calls), S_OK);
@@ -269,7 +269,7 @@ TEST_F(SimPicture, picture_that_vanishes_later_is_black) {
     {
         const PictureFolder folder;
         file = folder.add("gone.ppm", '\xff', '\xff', '\xff');
-        load(sceneOf({pictureCamera(file)}));
+        load(makeScene({pictureCamera(file)}));
     }
     const PushedFrame frame = take(open(), 1).front();
     EXPECT_EQ(*std::max_element(frame.bytes.begin(), frame.bytes.end()), 0);

@@ -17,7 +17,7 @@ protected:
     EventLog m_events;
 };
 
-TEST_F(SimPull, event_tells_of_a_frame_and_asking_without_a_buffer_keeps_it) {
+TEST_F(SimPull, event_announces_a_frame_and_a_query_without_a_buffer_keeps_it) {
     const HToupcam handle = startPull(SimCameraText());
     ASSERT_TRUE(m_events.waitFor(TOUPCAM_EVENT_IMAGE));
     ToupcamSim_holdFrames("cam", 1);
@@ -40,9 +40,9 @@ TEST_F(SimPull, pulled_frame_is_gone_until_the_next) {
     ASSERT_TRUE(eventually(
         [&] { return Toupcam_PullImageV2(handle, pixels.data(), 24, nullptr) == E_PENDING; }));
     EXPECT_EQ(Toupcam_PullImageV2(handle, nullptr, 24, nullptr), E_PENDING);
-    const std::size_t told = m_events.count(TOUPCAM_EVENT_IMAGE);
+    const std::size_t reported = m_events.count(TOUPCAM_EVENT_IMAGE);
     ToupcamSim_holdFrames("cam", 0);
-    ASSERT_TRUE(m_events.waitFor(TOUPCAM_EVENT_IMAGE, told + 1));
+    ASSERT_TRUE(m_events.waitFor(TOUPCAM_EVENT_IMAGE, reported + 1));
     EXPECT_EQ(Toupcam_PullImageV2(handle, pixels.data(), 24, nullptr), S_OK);
 }
 
@@ -130,9 +130,9 @@ TEST_F(SimPull, newer_frame_replaces_one_that_was_not_pulled) {
 TEST_F(SimPull, frame_whose_size_was_asked_for_is_the_one_that_is_pulled) {
     const HToupcam handle = startPull(SimCameraText());
     ASSERT_EQ(Toupcam_put_eSize(handle, 1), S_OK);
-    ToupcamFrameInfoV2 asked{};
+    ToupcamFrameInfoV2 queried{};
     ASSERT_TRUE(eventually([&] {
-        return Toupcam_PullImageV2(handle, nullptr, 24, &asked) == S_OK && asked.width == 48;
+        return Toupcam_PullImageV2(handle, nullptr, 24, &queried) == S_OK && queried.width == 48;
     }));
     // The client makes its buffer for that size. Frames four times as large come meanwhile.
     ASSERT_EQ(Toupcam_put_eSize(handle, 0), S_OK);
@@ -147,25 +147,25 @@ TEST_F(SimPull, frame_whose_size_was_asked_for_is_the_one_that_is_pulled) {
     ToupcamFrameInfoV2 pulled{};
     EXPECT_EQ(Toupcam_PullImageV2(handle, pixels.data(), 24, &pulled), S_OK);
     EXPECT_EQ(pulled.width, 48U);
-    EXPECT_EQ(pulled.seq, asked.seq);
+    EXPECT_EQ(pulled.seq, queried.seq);
     EXPECT_EQ(Toupcam_PullImageV2(handle, nullptr, 24, &pulled), S_OK);
     EXPECT_EQ(pulled.width, 96U);
-    EXPECT_GT(pulled.seq, asked.seq);
+    EXPECT_GT(pulled.seq, queried.seq);
 }
 
 TEST_F(SimPull, sequence_number_shows_the_frames_that_were_lost_in_the_camera) {
     const HToupcam handle = startPull(SimCameraText());
     ASSERT_TRUE(m_events.waitFor(TOUPCAM_EVENT_IMAGE));
     ToupcamSim_holdFrames("cam", 1);
-    const auto before = countsOf();
-    ASSERT_TRUE(eventually([&] { return countsOf().produced >= before.produced + 10; }));
+    const auto before = readCounts();
+    ASSERT_TRUE(eventually([&] { return readCounts().produced >= before.produced + 10; }));
     ToupcamSim_holdFrames("cam", 0);
-    ASSERT_TRUE(eventually([&] { return countsOf().delivered > before.delivered + 1; }));
+    ASSERT_TRUE(eventually([&] { return readCounts().delivered > before.delivered + 1; }));
     ToupcamFrameInfoV2 info{};
     ASSERT_EQ(Toupcam_PullImageV2(handle, nullptr, 24, &info), S_OK);
     EXPECT_GE(info.seq, before.produced + 9);
     ASSERT_EQ(Toupcam_Stop(handle), S_OK);
-    EXPECT_GE(countsOf().produced - countsOf().delivered, 8U);
+    EXPECT_GE(readCounts().produced - readCounts().delivered, 8U);
 }
 
 TEST_F(SimPull, slow_event_callback_gets_no_backlog_of_frame_events) {
@@ -173,7 +173,7 @@ TEST_F(SimPull, slow_event_callback_gets_no_backlog_of_frame_events) {
     m_events.inside = [&](unsigned) { gate.pass(); };
     startPull(SimCameraText());
     ASSERT_TRUE(gate.waitForSomebody());
-    ASSERT_TRUE(eventually([] { return countsOf().delivered >= 20; }));
+    ASSERT_TRUE(eventually([] { return readCounts().delivered >= 20; }));
     ToupcamSim_holdFrames("cam", 1);
     gate.open();
     // One in progress, at most one waiting; an event of our own comes after those.
@@ -182,7 +182,7 @@ TEST_F(SimPull, slow_event_callback_gets_no_backlog_of_frame_events) {
     Toupcam_Stop(m_handle); // before the gate goes
 }
 
-TEST_F(SimPull, unpaced_ring_waits_until_a_frame_was_told) {
+TEST_F(SimPull, unpaced_ring_waits_until_a_frame_was_announced) {
     SimCameraText camera;
     camera.source = R"({"kind": "ring", "frames": 4, "unpaced": true})";
     Gate gate;
@@ -192,7 +192,7 @@ TEST_F(SimPull, unpaced_ring_waits_until_a_frame_was_told) {
     gate.open();
     ASSERT_TRUE(m_events.waitFor(TOUPCAM_EVENT_IMAGE, 50));
     ASSERT_EQ(Toupcam_Stop(handle), S_OK);
-    EXPECT_LE(countsOf().produced, m_events.count(TOUPCAM_EVENT_IMAGE) + 2);
+    EXPECT_LE(readCounts().produced, m_events.count(TOUPCAM_EVENT_IMAGE) + 2);
 }
 
 TEST_F(SimPull, pulling_needs_a_running_stream) {
@@ -236,7 +236,7 @@ TEST_F(SimPull, close_from_inside_the_event_callback_ends_without_a_deadlock) {
     EXPECT_EQ(Toupcam_Stop(handle), E_INVALIDARG);
 }
 
-TEST_F(SimPull, unplugging_is_told_by_the_disconnect_event) {
+TEST_F(SimPull, unplugging_is_reported_by_the_disconnect_event) {
     const HToupcam handle = startPull(SimCameraText());
     ASSERT_TRUE(m_events.waitFor(TOUPCAM_EVENT_IMAGE));
     ASSERT_EQ(ToupcamSim_unplug("cam"), 1);

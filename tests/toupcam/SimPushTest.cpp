@@ -8,7 +8,7 @@ namespace {
 
 using SimPush = SimTest;
 
-TEST_F(SimPush, frame_header_tells_the_truth_for_colour) {
+TEST_F(SimPush, frame_header_is_right_for_colour) {
     SimCameraText camera;
     camera.width = 101;
     const HToupcam handle = openOnly(camera);
@@ -25,7 +25,7 @@ TEST_F(SimPush, frame_header_tells_the_truth_for_colour) {
     EXPECT_EQ(header.biSizeImage, 304U * 64U); // 303 bytes a row, padded to 304
 }
 
-TEST_F(SimPush, frame_header_tells_the_truth_for_grey) {
+TEST_F(SimPush, frame_header_is_right_for_grey) {
     SimCameraText camera;
     camera.width = 101;
     camera.bits = 8;
@@ -104,7 +104,7 @@ TEST_F(SimPush, stopped_stream_pushes_no_more_and_starts_again) {
     ASSERT_TRUE(first.waitFor(3));
     ASSERT_EQ(Toupcam_Stop(handle), S_OK);
     const std::size_t total = first.total();
-    EXPECT_EQ(countsOf().delivered, total);
+    EXPECT_EQ(readCounts().delivered, total);
     FrameLog second(0);
     ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &second), S_OK);
     ASSERT_TRUE(second.waitFor(3));
@@ -176,7 +176,7 @@ TEST_F(SimPush, close_from_inside_the_callback_ends_the_stream_without_a_deadloc
 TEST_F(SimPush, other_camera_can_be_stopped_from_inside_a_callback) {
     SimCameraText other;
     other.id = "other";
-    load(sceneOf({SimCameraText(), other}));
+    load(makeScene({SimCameraText(), other}));
     const HToupcam handle = open("cam");
     const HToupcam second = open("other");
     FrameLog quiet(0);
@@ -196,15 +196,15 @@ TEST_F(SimPush, frames_that_fall_due_while_the_callback_is_busy_are_lost_and_cou
     log.inside = [&] { gate.pass(); };
     ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &log), S_OK);
     ASSERT_TRUE(gate.waitForSomebody());
-    ASSERT_TRUE(eventually([] { return countsOf().produced >= 20; }));
-    EXPECT_EQ(countsOf().delivered, 1U);
-    const auto lost = countsOf().produced - countsOf().delivered;
+    ASSERT_TRUE(eventually([] { return readCounts().produced >= 20; }));
+    EXPECT_EQ(readCounts().delivered, 1U);
+    const auto lost = readCounts().produced - readCounts().delivered;
     gate.open();
     ASSERT_TRUE(log.waitFor(3));
     ASSERT_EQ(Toupcam_Stop(handle), S_OK);
     // None of the lost ones came later.
-    EXPECT_EQ(countsOf().delivered, log.total());
-    EXPECT_GE(countsOf().produced - countsOf().delivered, lost - 1);
+    EXPECT_EQ(readCounts().delivered, log.total());
+    EXPECT_GE(readCounts().produced - readCounts().delivered, lost - 1);
 }
 
 TEST_F(SimPush, resolution_changed_while_streaming_gives_frames_of_the_new_size) {
@@ -231,7 +231,7 @@ TEST_F(SimPush, long_wait_for_a_frame_ends_when_the_exposure_is_made_shorter) {
     ASSERT_EQ(ToupcamSim_pushRaw("cam", &header, &header, 0), 1); // its thread runs
     ASSERT_EQ(Toupcam_put_ExpoTime(handle, 1000), S_OK);
     ASSERT_TRUE(log.waitFor(1 + 5));
-    EXPECT_GE(countsOf().produced, 5U);
+    EXPECT_GE(readCounts().produced, 5U);
 }
 
 TEST_F(SimPush, still_picture_comes_through_the_data_callback_at_its_own_resolution) {
@@ -249,7 +249,7 @@ TEST_F(SimPush, still_picture_comes_through_the_data_callback_at_its_own_resolut
     }
     EXPECT_EQ(stills, 1U);
     // A still picture is not a frame of the stream.
-    EXPECT_EQ(countsOf().delivered, log.total() - 1);
+    EXPECT_EQ(readCounts().delivered, log.total() - 1);
 }
 
 TEST_F(SimPush, snap_needs_a_running_stream_and_a_resolution_that_exists) {
@@ -293,7 +293,7 @@ TEST_F(SimPush, unplugging_pushes_one_null_frame_and_nothing_after_it) {
     EXPECT_EQ(log.losses(), 1U);
     EXPECT_TRUE(log.last().isNull);
     EXPECT_FALSE(log.last().hasHeader);
-    EXPECT_EQ(countsOf().delivered, log.total() - 1);
+    EXPECT_EQ(readCounts().delivered, log.total() - 1);
 }
 
 TEST_F(SimPush, frames_due_until_the_unplugging_are_counted_and_none_after_it) {
@@ -303,14 +303,14 @@ TEST_F(SimPush, frames_due_until_the_unplugging_are_counted_and_none_after_it) {
     log.inside = [&] { gate.pass(); };
     ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &log), S_OK);
     ASSERT_TRUE(gate.waitForSomebody());
-    ASSERT_TRUE(eventually([] { return countsOf().produced >= 10; }));
+    ASSERT_TRUE(eventually([] { return readCounts().produced >= 10; }));
     ASSERT_EQ(ToupcamSim_unplug("cam"), 1);
-    const auto produced = countsOf().produced;
+    const auto produced = readCounts().produced;
     EXPECT_GE(produced, 10U);
     gate.open();
     ASSERT_TRUE(log.waitForLoss());
     ASSERT_EQ(Toupcam_Stop(handle), S_OK);
-    EXPECT_EQ(countsOf().produced, produced);
+    EXPECT_EQ(readCounts().produced, produced);
 }
 
 TEST_F(SimPush, replugged_camera_streams_again_under_a_new_handle) {
@@ -334,8 +334,8 @@ TEST_F(SimPush, unpaced_ring_pushes_each_frame_of_the_ring_in_turn_without_loss)
     FrameLog log;
     // Compared inside: the stop may catch one more frame on its way.
     log.inside = [&log] {
-        EXPECT_EQ(countsOf().produced, log.total() + 1);
-        EXPECT_EQ(countsOf().delivered, log.total() + 1);
+        EXPECT_EQ(readCounts().produced, log.total() + 1);
+        EXPECT_EQ(readCounts().delivered, log.total() + 1);
     };
     ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &log), S_OK);
     ASSERT_TRUE(log.waitFor(30));

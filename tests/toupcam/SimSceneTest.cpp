@@ -144,7 +144,7 @@ TEST_F(SimScene, null_text_is_refused) {
 TEST_F(SimScene, flags_can_be_a_hexadecimal_number) {
     SimCameraText camera;
     camera.extra = R"(, "flags": "0x4000000040")";
-    load(sceneOf({camera}));
+    load(makeScene({camera}));
     ToupcamDeviceV2 records[TOUPCAM_MAX];
     ASSERT_EQ(Toupcam_EnumV2(records), 1U);
     EXPECT_EQ(records[0].model->flag, TOUPCAM_FLAG_BANDWIDTH | TOUPCAM_FLAG_USB30);
@@ -154,7 +154,7 @@ TEST_F(SimScene, camera_record_carries_what_the_scene_says) {
     SimCameraText camera;
     camera.extra = R"(, "model": "Simulated-X", "displayName": "Simulated X µ", "fanLevels": 4,
                        "speedLevels": 3, "pixelSizeUm": 1.5)";
-    load(sceneOf({camera}));
+    load(makeScene({camera}));
     ToupcamDeviceV2 records[TOUPCAM_MAX];
     ASSERT_EQ(Toupcam_EnumV2(records), 1U);
     EXPECT_STREQ(records[0].displayname, "Simulated X µ");
@@ -205,7 +205,7 @@ protected:
 };
 
 TEST_F(SimEnvironment, scene_file_is_loaded_at_first_use) {
-    const TemporaryFile file("scene.json", sceneOf({SimCameraText()}));
+    const TemporaryFile file("scene.json", makeScene({SimCameraText()}));
     EXPECT_EXIT(enumerateWith(file.path()), ::testing::ExitedWithCode(1), "");
 }
 

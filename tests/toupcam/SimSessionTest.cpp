@@ -42,7 +42,7 @@ TEST_F(SimSession, enumeration_without_a_list_finds_nothing) {
     EXPECT_EQ(Toupcam_EnumV2(nullptr), 0U);
 }
 
-TEST_F(SimSession, opened_camera_tells_its_serial_number) {
+TEST_F(SimSession, opened_camera_reports_its_serial_number) {
     char serial[32];
     std::memset(serial, 'x', sizeof serial);
     EXPECT_EQ(Toupcam_get_SerialNumber(open("sim-20mc-1"), serial), S_OK);
@@ -71,7 +71,7 @@ TEST_F(SimSession, handle_of_a_new_session_is_never_an_old_one) {
 TEST_F(SimSession, id_of_64_characters_fills_its_field_and_opens) {
     SimCameraText camera;
     camera.id = std::string(64, 'i');
-    load(sceneOf({camera}));
+    load(makeScene({camera}));
     const auto records = enumerated();
     ASSERT_EQ(records.size(), 1U);
     EXPECT_EQ(std::string(records[0].id, sizeof records[0].id), camera.id);
@@ -86,7 +86,7 @@ TEST_F(SimSession, id_of_64_characters_fills_its_field_and_opens) {
 TEST_F(SimSession, camera_without_a_model_name_has_a_null_name) {
     SimCameraText camera;
     camera.extra = R"(, "model": null)";
-    load(sceneOf({camera}));
+    load(makeScene({camera}));
     ASSERT_EQ(enumerated().size(), 1U);
     EXPECT_EQ(enumerated()[0].model->name, nullptr);
 }
@@ -101,7 +101,7 @@ TEST_F(SimSession, model_record_outlives_the_scene) {
 TEST_F(SimSession, camera_that_starts_unplugged_is_listed_when_plugged_in) {
     SimCameraText camera;
     camera.extra = R"(, "plugged": false)";
-    load(sceneOf({camera}));
+    load(makeScene({camera}));
     EXPECT_TRUE(enumerated().empty());
     EXPECT_EQ(Toupcam_Open("cam"), nullptr);
     EXPECT_EQ(ToupcamSim_plug("cam"), 1);
@@ -282,7 +282,7 @@ TEST_F(SimSession, replugged_camera_keeps_id_and_serial_and_opens_under_a_new_ha
 
 TEST_F(SimSession, loading_a_scene_unplugs_the_cameras_that_are_open) {
     const HToupcam handle = open("sim-1mm-1");
-    load(sceneOf({SimCameraText()}));
+    load(makeScene({SimCameraText()}));
     unsigned time = 0;
     EXPECT_EQ(Toupcam_get_ExpoTime(handle, &time), E_GEN_FAILURE);
     EXPECT_EQ(ToupcamSim_unplug("sim-1mm-1"), 0);

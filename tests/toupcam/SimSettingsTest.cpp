@@ -214,7 +214,7 @@ TEST_P(SimRate, follows_what_limits_it) {
                        "exposure": {"default": 100})";
     SimCameraText reference = camera;
     reference.id = "reference";
-    load(sceneOf({camera, reference}));
+    load(makeScene({camera, reference}));
     FrameLog log(0);
     for (const std::string id : {"cam", "reference"}) {
         const HToupcam handle = open(id);
@@ -224,11 +224,11 @@ TEST_P(SimRate, follows_what_limits_it) {
             GetParam().set(handle);
         ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &log), S_OK);
     }
-    const FrameCounts cam = countsOf("cam");
-    const FrameCounts ref = countsOf("reference");
-    ASSERT_TRUE(eventually([&] { return countsOf("reference").produced >= ref.produced + 300; }));
-    const double share = static_cast<double>(countsOf("cam").produced - cam.produced) /
-                         static_cast<double>(countsOf("reference").produced - ref.produced);
+    const FrameCounts cam = readCounts("cam");
+    const FrameCounts ref = readCounts("reference");
+    ASSERT_TRUE(eventually([&] { return readCounts("reference").produced >= ref.produced + 300; }));
+    const double share = static_cast<double>(readCounts("cam").produced - cam.produced) /
+                         static_cast<double>(readCounts("reference").produced - ref.produced);
     EXPECT_NEAR(share, GetParam().share, 0.12 * GetParam().share + 0.01);
 }
 

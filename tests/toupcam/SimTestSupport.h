@@ -53,8 +53,8 @@ private:
 };
 
 /// The text of a scene of these cameras with a fault plan.
-inline std::string sceneOf(const std::vector<SimCameraText>& cameras,
-                           const std::string& faults = "[]") {
+inline std::string makeScene(const std::vector<SimCameraText>& cameras,
+                             const std::string& faults = "[]") {
     std::string list;
     for (const SimCameraText& camera : cameras)
         list += (list.empty() ? "" : ", ") + camera.text();
@@ -239,15 +239,15 @@ public:
 
     bool waitFor(unsigned code, std::size_t times = 1) {
         std::unique_lock lock(m_mutex);
-        return m_changed.wait_for(lock, kDeadline, [&] { return countOf(code) >= times; });
+        return m_changed.wait_for(lock, kDeadline, [&] { return countUnlocked(code) >= times; });
     }
     std::size_t count(unsigned code) const {
         const std::lock_guard lock(m_mutex);
-        return countOf(code);
+        return countUnlocked(code);
     }
 
 private:
-    std::size_t countOf(unsigned code) const {
+    std::size_t countUnlocked(unsigned code) const {
         std::size_t count = 0;
         for (const unsigned seen : m_codes)
             count += seen == code ? 1 : 0;
@@ -297,7 +297,7 @@ struct FrameCounts {
     unsigned long long delivered = 0;
 };
 
-inline FrameCounts countsOf(const std::string& id = "cam") {
+inline FrameCounts readCounts(const std::string& id = "cam") {
     FrameCounts counts;
     EXPECT_EQ(ToupcamSim_frameCount(id.c_str(), &counts.produced, &counts.delivered), 1);
     return counts;
@@ -325,7 +325,7 @@ protected:
     }
     /// Loads a scene of one camera and opens it.
     HToupcam openOnly(const SimCameraText& camera) {
-        load(sceneOf({camera}));
+        load(makeScene({camera}));
         return open(camera.id);
     }
 };

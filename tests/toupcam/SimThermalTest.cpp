@@ -86,7 +86,7 @@ TEST_F(SimThermal, target_is_taken_from_50_below_to_40_degrees) {
     EXPECT_EQ(Toupcam_get_Temperature(handle, nullptr), E_POINTER);
 }
 
-TEST_F(SimThermal, camera_without_a_cooler_tells_no_temperature) {
+TEST_F(SimThermal, camera_without_a_cooler_reports_no_temperature) {
     const HToupcam handle = open("sim-1mm-1");
     short value = 0;
     int number = 0;
@@ -181,7 +181,7 @@ protected:
     Transfer dark(HToupcam handle, unsigned microseconds) {
         EXPECT_EQ(Toupcam_put_ExpoTime(handle, microseconds), S_OK);
         const auto frames = take(handle, 2);
-        return transferOf(frames[0], frames[1]);
+        return measureTransfer(frames[0], frames[1]);
     }
 };
 
@@ -213,17 +213,17 @@ TEST_F(SimDark, current_fills_the_pixel_up) {
     camera.extra = R"(, "sensor": {"fullWell": 1000, "electronsPerCount": 10, "offset": 8,
                                    "readNoise": 0, "electronsPerMs": 100, "darkCurrent": 1000000},
                       "exposure": {"auto": false, "default": 20000})";
-    EXPECT_NEAR(meanOf(takeOne(openOnly(camera))), 108.0, 0.5);
+    EXPECT_NEAR(measureMean(takeOne(openOnly(camera))), 108.0, 0.5);
 }
 
 TEST_F(SimDark, cooled_sensor_has_darker_pictures) {
     const HToupcam handle = openDark(0, R"(, "flags": ["TEC_ONOFF"], "thermalSpeed": 10000)");
     FrameLog log(0);
     ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &log), S_OK);
-    ASSERT_TRUE(eventually([&log] { return log.total() > 0 && meanOf(log.last()) > 80; }));
+    ASSERT_TRUE(eventually([&log] { return log.total() > 0 && measureMean(log.last()) > 80; }));
     ASSERT_EQ(Toupcam_put_Temperature(handle, 0), S_OK);
     ASSERT_EQ(Toupcam_put_Option(handle, TOUPCAM_OPTION_TEC, 1), S_OK);
-    EXPECT_TRUE(eventually([&log] { return meanOf(log.last()) < 40; }));
+    EXPECT_TRUE(eventually([&log] { return measureMean(log.last()) < 40; }));
     Toupcam_Stop(handle);
 }
 

@@ -22,7 +22,7 @@ protected:
     HToupcam openBesideAnother(const SimCameraText& camera, const std::string& faults = "[]") {
         SimCameraText other = triggered();
         other.id = "other";
-        load(sceneOf({camera, other}, faults));
+        load(makeScene({camera, other}, faults));
         const HToupcam running = open("other");
         EXPECT_EQ(Toupcam_StartPushMode(running, FrameLog::onData, &m_others), S_OK);
         return open();
@@ -46,7 +46,7 @@ TEST_F(SimTrigger, without_a_trigger_no_frame_comes) {
     startIn(kSoftware, log);
     letOtherTake(30);
     EXPECT_EQ(log.total(), 0U);
-    EXPECT_EQ(countsOf().produced, 0U);
+    EXPECT_EQ(readCounts().produced, 0U);
 }
 
 TEST_F(SimTrigger, as_many_frames_come_as_are_asked_for) {
@@ -59,7 +59,7 @@ TEST_F(SimTrigger, as_many_frames_come_as_are_asked_for) {
         letOtherTake(20);
         EXPECT_EQ(log.total(), before + count);
     }
-    EXPECT_EQ(countsOf().produced, 6U);
+    EXPECT_EQ(readCounts().produced, 6U);
 }
 
 TEST_F(SimTrigger, endless_run_goes_on_until_it_is_stopped) {
@@ -143,7 +143,7 @@ TEST_F(SimTrigger, time_without_a_trigger_counts_no_frames) {
     letOtherTake(200); // a second: five periods
     ASSERT_EQ(Toupcam_put_Option(handle, TOUPCAM_OPTION_TRIGGER, kVideo), S_OK);
     ASSERT_TRUE(log.waitFor(1));
-    EXPECT_EQ(countsOf().produced, 1U);
+    EXPECT_EQ(readCounts().produced, 1U);
 }
 
 TEST_F(SimTrigger, triggered_frame_takes_its_exposure_time) {
@@ -153,7 +153,7 @@ TEST_F(SimTrigger, triggered_frame_takes_its_exposure_time) {
     const std::size_t before = m_others.total();
     ASSERT_EQ(Toupcam_Trigger(handle, 4), S_OK);
     ASSERT_TRUE(log.waitFor(4));
-    EXPECT_GE(countsOf("other").produced, before + 38);
+    EXPECT_GE(readCounts("other").produced, before + 38);
 }
 
 TEST_F(SimTrigger, still_picture_can_be_taken_between_triggers) {
@@ -162,7 +162,7 @@ TEST_F(SimTrigger, still_picture_can_be_taken_between_triggers) {
     ASSERT_EQ(Toupcam_Snap(handle, 1), S_OK);
     ASSERT_TRUE(log.waitForStill());
     EXPECT_EQ(log.last().header.biWidth, 48);
-    EXPECT_EQ(countsOf().produced, 0U);
+    EXPECT_EQ(readCounts().produced, 0U);
 }
 
 TEST_F(SimTrigger, pulled_frames_can_be_triggered) {
@@ -261,12 +261,12 @@ TEST_F(SimTrigger, dropped_trigger_frame_never_comes) {
     ASSERT_TRUE(log.waitFor(5)); // frames of the video do not count
     ASSERT_EQ(Toupcam_put_Option(handle, TOUPCAM_OPTION_TRIGGER, kSoftware), S_OK);
     letOtherTake(3);
-    const FrameCounts before = countsOf();
+    const FrameCounts before = readCounts();
     ASSERT_EQ(Toupcam_Trigger(handle, 3), S_OK);
-    ASSERT_TRUE(eventually([&] { return countsOf().delivered == before.delivered + 2; }));
+    ASSERT_TRUE(eventually([&] { return readCounts().delivered == before.delivered + 2; }));
     letOtherTake(10);
-    EXPECT_EQ(countsOf().produced, before.produced + 3);
-    EXPECT_EQ(countsOf().delivered, before.delivered + 2);
+    EXPECT_EQ(readCounts().produced, before.produced + 3);
+    EXPECT_EQ(readCounts().delivered, before.delivered + 2);
 }
 
 /// What ends an exposure of an hour at once.
@@ -311,7 +311,7 @@ TEST_F(SimLongExposure, cut_short_is_one_frame_and_no_more) {
     letOtherTake(400); // two seconds: four periods of the camera
     ASSERT_EQ(Toupcam_put_ExpoTime(handle, 1000), S_OK);
     ASSERT_TRUE(log.waitFor(1));
-    EXPECT_EQ(countsOf().produced, 1U);
+    EXPECT_EQ(readCounts().produced, 1U);
 }
 
 TEST_F(SimLongExposure, gives_no_frame_before_its_time) {
@@ -321,7 +321,7 @@ TEST_F(SimLongExposure, gives_no_frame_before_its_time) {
     const std::size_t before = m_others.total();
     ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &log), S_OK);
     ASSERT_TRUE(log.waitFor(1));
-    EXPECT_GE(countsOf("other").produced, before + 190);
+    EXPECT_GE(readCounts("other").produced, before + 190);
 }
 
 } // namespace

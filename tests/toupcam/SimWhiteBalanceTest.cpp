@@ -10,7 +10,7 @@ struct TempTint {
     int tint = -1;
 };
 
-TempTint tempTintOf(HToupcam handle) {
+TempTint readTempTint(HToupcam handle) {
     TempTint result;
     EXPECT_EQ(Toupcam_get_TempTint(handle, &result.temperature, &result.tint), S_OK);
     return result;
@@ -35,9 +35,9 @@ public:
         const std::lock_guard lock(m_mutex);
         return m_count;
     }
-    TempTint told() const {
+    TempTint reported() const {
         const std::lock_guard lock(m_mutex);
-        return m_told;
+        return m_reported;
     }
     std::thread::id thread() const {
         const std::lock_guard lock(m_mutex);
@@ -45,11 +45,11 @@ public:
     }
 
 private:
-    void add(const TempTint& told) {
+    void add(const TempTint& reported) {
         if (inside)
             inside();
         const std::lock_guard lock(m_mutex);
-        m_told = told;
+        m_reported = reported;
         m_thread = std::this_thread::get_id();
         ++m_count;
         m_changed.notify_all();
@@ -57,7 +57,7 @@ private:
 
     mutable std::mutex m_mutex;
     std::condition_variable m_changed;
-    TempTint m_told;
+    TempTint m_reported;
     std::thread::id m_thread;
     unsigned m_count = 0;
 };
@@ -84,13 +84,13 @@ double cast(const PushedFrame& frame) {
 
 class SimWhiteBalance : public SimPictureTest {
 protected:
-    void ask(HToupcam handle, BalanceLog& log) {
+    void requestBalance(HToupcam handle, BalanceLog& log) {
         EXPECT_EQ(Toupcam_AwbOnePush(handle, BalanceLog::onDone, &log), S_OK);
     }
 };
 
 TEST_F(SimWhiteBalance, starts_at_6503_kelvin_and_tint_1000) {
-    const TempTint initial = tempTintOf(open("sim-20mc-1"));
+    const TempTint initial = readTempTint(open("sim-20mc-1"));
     EXPECT_EQ(initial.temperature, 6503);
     EXPECT_EQ(initial.tint, 1000);
 }
@@ -100,13 +100,13 @@ TEST_F(SimWhiteBalance, pair_is_taken_as_a_whole_or_not_at_all) {
     for (const TempTint& refused :
          {TempTint{1999, 1200}, TempTint{15001, 1200}, TempTint{5000, 199}, TempTint{5000, 2501}}) {
         EXPECT_EQ(Toupcam_put_TempTint(handle, refused.temperature, refused.tint), E_INVALIDARG);
-        EXPECT_EQ(tempTintOf(handle).temperature, 6503);
-        EXPECT_EQ(tempTintOf(handle).tint, 1000);
+        EXPECT_EQ(readTempTint(handle).temperature, 6503);
+        EXPECT_EQ(readTempTint(handle).tint, 1000);
     }
     for (const TempTint& taken : {TempTint{2000, 2500}, TempTint{15000, 200}}) {
         EXPECT_EQ(Toupcam_put_TempTint(handle, taken.temperature, taken.tint), S_OK);
-        EXPECT_EQ(tempTintOf(handle).temperature, taken.temperature);
-        EXPECT_EQ(tempTintOf(handle).tint, taken.tint);
+        EXPECT_EQ(readTempTint(handle).temperature, taken.temperature);
+        EXPECT_EQ(readTempTint(handle).tint, taken.tint);
     }
 }
 
@@ -181,12 +181,12 @@ TEST_P(SimLamp, one_push_finds_the_temperature_and_makes_the_picture_grey) {
     FrameLog frames;
     ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &frames), S_OK);
     BalanceLog log;
-    ask(handle, log);
+    requestBalance(handle, log);
     ASSERT_TRUE(log.wait());
     EXPECT_EQ(Toupcam_Stop(handle), S_OK);
-    EXPECT_NEAR(log.told().temperature, GetParam().kelvin, 0.03 * GetParam().kelvin);
-    EXPECT_EQ(tempTintOf(handle).temperature, log.told().temperature);
-    EXPECT_EQ(tempTintOf(handle).tint, log.told().tint);
+    EXPECT_NEAR(log.reported().temperature, GetParam().kelvin, 0.03 * GetParam().kelvin);
+    EXPECT_EQ(readTempTint(handle).temperature, log.reported().temperature);
+    EXPECT_EQ(readTempTint(handle).tint, log.reported().tint);
     EXPECT_NEAR(cast(takeOne(handle)), 1.0, 0.02);
 }
 
@@ -197,11 +197,11 @@ TEST_F(SimWhiteBalance, one_push_uses_the_tint_for_what_is_no_temperature) {
     FrameLog frames;
     ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &frames), S_OK);
     BalanceLog log;
-    ask(handle, log);
+    requestBalance(handle, log);
     ASSERT_TRUE(log.wait());
     EXPECT_EQ(Toupcam_Stop(handle), S_OK);
-    EXPECT_NEAR(log.told().temperature, 6503, 150);
-    EXPECT_NEAR(log.told().tint, 1000.0 * 0x80 / 0xb0, 15);
+    EXPECT_NEAR(log.reported().temperature, 6503, 150);
+    EXPECT_NEAR(log.reported().tint, 1000.0 * 0x80 / 0xb0, 15);
     EXPECT_NEAR(cast(takeOne(handle)), 1.0, 0.02);
 }
 
@@ -210,10 +210,10 @@ TEST_F(SimWhiteBalance, one_push_of_a_balanced_picture_changes_nothing) {
     FrameLog frames;
     ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &frames), S_OK);
     BalanceLog log;
-    ask(handle, log);
+    requestBalance(handle, log);
     ASSERT_TRUE(log.wait());
-    EXPECT_EQ(log.told().temperature, 6503);
-    EXPECT_EQ(log.told().tint, 1000);
+    EXPECT_EQ(log.reported().temperature, 6503);
+    EXPECT_EQ(log.reported().tint, 1000);
 }
 
 TEST_F(SimWhiteBalance, one_push_needs_a_running_stream) {
@@ -229,7 +229,7 @@ TEST_F(SimWhiteBalance, one_push_may_have_no_callback) {
     FrameLog frames;
     ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &frames), S_OK);
     ASSERT_EQ(Toupcam_AwbOnePush(handle, nullptr, nullptr), S_OK);
-    EXPECT_TRUE(eventually([handle] { return tempTintOf(handle).temperature < 4500; }));
+    EXPECT_TRUE(eventually([handle] { return readTempTint(handle).temperature < 4500; }));
 }
 
 TEST_F(SimWhiteBalance, callback_comes_once_on_a_thread_of_the_sdk_and_may_call_it) {
@@ -238,17 +238,17 @@ TEST_F(SimWhiteBalance, callback_comes_once_on_a_thread_of_the_sdk_and_may_call_
     ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &frames), S_OK);
     BalanceLog log;
     log.inside = [handle] {
-        EXPECT_EQ(tempTintOf(handle).temperature, 6503);
+        EXPECT_EQ(readTempTint(handle).temperature, 6503);
         EXPECT_EQ(Toupcam_put_TempTint(handle, 5000, 1000), S_OK);
         EXPECT_EQ(Toupcam_Stop(handle), E_WRONG_THREAD);
     };
-    ask(handle, log);
+    requestBalance(handle, log);
     ASSERT_TRUE(log.wait());
     EXPECT_NE(log.thread(), std::this_thread::get_id());
     const std::size_t before = frames.total();
     ASSERT_TRUE(frames.waitFor(before + 5));
     EXPECT_EQ(log.count(), 1U);
-    EXPECT_EQ(tempTintOf(handle).temperature, 5000);
+    EXPECT_EQ(readTempTint(handle).temperature, 5000);
 }
 
 TEST_F(SimWhiteBalance, camera_may_be_closed_inside_the_callback) {
@@ -257,7 +257,7 @@ TEST_F(SimWhiteBalance, camera_may_be_closed_inside_the_callback) {
     ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &frames), S_OK);
     BalanceLog log;
     log.inside = [handle] { Toupcam_Close(handle); };
-    ask(handle, log);
+    requestBalance(handle, log);
     ASSERT_TRUE(log.wait());
     EXPECT_TRUE(eventually([] {
         const HToupcam again = Toupcam_Open("cam");
@@ -273,7 +273,7 @@ TEST_F(SimWhiteBalance, request_ends_with_the_stream) {
     FrameLog frames;
     ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &frames), S_OK);
     BalanceLog log;
-    ask(handle, log);
+    requestBalance(handle, log);
     ASSERT_EQ(Toupcam_Stop(handle), S_OK);
     ToupcamSim_holdFrames("cam", 0);
     take(handle, 5);
@@ -285,11 +285,11 @@ TEST_F(SimWhiteBalance, one_push_waits_for_frames_that_arrive) {
     FrameLog frames;
     ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &frames), S_OK);
     ToupcamSim_holdFrames("cam", 1);
-    const unsigned long long before = countsOf().produced;
+    const unsigned long long before = readCounts().produced;
     BalanceLog log;
-    ask(handle, log);
+    requestBalance(handle, log);
     // Two frames may have been on their way.
-    ASSERT_TRUE(eventually([before] { return countsOf().produced >= before + 20; }));
+    ASSERT_TRUE(eventually([before] { return readCounts().produced >= before + 20; }));
     EXPECT_EQ(log.count(), 0U);
     ToupcamSim_holdFrames("cam", 0);
     EXPECT_TRUE(log.wait());
@@ -300,9 +300,9 @@ TEST_F(SimWhiteBalance, one_push_works_in_pull_mode_too) {
     EventLog events;
     ASSERT_EQ(Toupcam_StartPullModeWithCallback(handle, EventLog::onEvent, &events), S_OK);
     BalanceLog log;
-    ask(handle, log);
+    requestBalance(handle, log);
     ASSERT_TRUE(log.wait());
-    EXPECT_LT(log.told().temperature, 4500);
+    EXPECT_LT(log.reported().temperature, 4500);
     Toupcam_Stop(handle);
 }
 

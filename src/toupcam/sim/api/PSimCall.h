@@ -13,7 +13,7 @@
 namespace PSimCall {
 
 inline std::string written(HToupcam handle) {
-    return PSimWorld::instance().nameOf(handle);
+    return PSimWorld::instance().handleName(handle);
 }
 
 template <typename T>

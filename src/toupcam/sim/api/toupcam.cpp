@@ -225,7 +225,7 @@ HRESULT Toupcam_put_Option(HToupcam h, unsigned iOption, int iValue) {
 HRESULT Toupcam_get_Option(HToupcam h, unsigned iOption, int* piValue) {
     const auto get = [&](PSimSession& s) {
         const HRESULT result = s.settings().option(iOption, piValue);
-        const std::optional<int> answer = PSimWorld::instance().faults().answerOf(iOption);
+        const std::optional<int> answer = PSimWorld::instance().faults().replacedOption(iOption);
         if (result < 0 || !answer)
             return result;
         *piValue = *answer;

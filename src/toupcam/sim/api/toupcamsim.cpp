@@ -9,7 +9,7 @@
 
 namespace {
 
-QByteArray idOf(const char* camId) {
+QByteArray toId(const char* camId) {
     return camId ? QByteArray(camId) : QByteArray();
 }
 
@@ -40,7 +40,7 @@ const char* ToupcamSim_version(void) {
 const char* ToupcamSim_loadScene(const char* json) {
     thread_local std::string complaint;
     try {
-        PSimWorld::instance().load(PSimSceneReader::read(idOf(json)));
+        PSimWorld::instance().load(PSimSceneReader::read(toId(json)));
         return nullptr;
     } catch (const std::exception& error) {
         complaint = error.what();
@@ -53,11 +53,11 @@ void ToupcamSim_reset(void) {
 }
 
 int ToupcamSim_unplug(const char* camId) {
-    return done([camId] { return PSimWorld::instance().unplug(idOf(camId)); });
+    return done([camId] { return PSimWorld::instance().unplug(toId(camId)); });
 }
 
 int ToupcamSim_plug(const char* camId) {
-    return done([camId] { return PSimWorld::instance().plug(idOf(camId)); });
+    return done([camId] { return PSimWorld::instance().plug(toId(camId)); });
 }
 
 void ToupcamSim_fireHotPlug(void) {
@@ -91,12 +91,12 @@ void ToupcamSim_clearFaults(void) {
 }
 
 int ToupcamSim_holdFrames(const char* camId, int hold) {
-    return done([&] { return PSimWorld::instance().hold(idOf(camId), hold != 0); });
+    return done([&] { return PSimWorld::instance().hold(toId(camId), hold != 0); });
 }
 
 int ToupcamSim_fireTrigger(const char* camId) {
     return done([camId] {
-        const std::shared_ptr<PSimCamera> camera = PSimWorld::instance().camera(idOf(camId));
+        const std::shared_ptr<PSimCamera> camera = PSimWorld::instance().camera(toId(camId));
         return camera && camera->signal();
     });
 }
@@ -104,7 +104,7 @@ int ToupcamSim_fireTrigger(const char* camId) {
 unsigned long long ToupcamSim_missedTriggers(const char* camId) {
     unsigned long long missed = 0;
     attempt([&] {
-        if (const std::shared_ptr<PSimCamera> camera = PSimWorld::instance().camera(idOf(camId)))
+        if (const std::shared_ptr<PSimCamera> camera = PSimWorld::instance().camera(toId(camId)))
             missed = camera->missedSignals();
     });
     return missed;
@@ -113,17 +113,17 @@ unsigned long long ToupcamSim_missedTriggers(const char* camId) {
 int ToupcamSim_pushRaw(const char* camId, const void* data, const BITMAPINFOHEADER* header,
                        int isSnapshot) {
     return done(
-        [&] { return PSimWorld::instance().pushRaw(idOf(camId), data, header, isSnapshot); });
+        [&] { return PSimWorld::instance().pushRaw(toId(camId), data, header, isSnapshot); });
 }
 
 int ToupcamSim_fireEvent(const char* camId, unsigned event) {
-    return done([&] { return PSimWorld::instance().fireEvent(idOf(camId), event); });
+    return done([&] { return PSimWorld::instance().fireEvent(toId(camId), event); });
 }
 
 int ToupcamSim_frameCount(const char* camId, unsigned long long* produced,
                           unsigned long long* delivered) {
     return done([&] {
-        const std::shared_ptr<PSimCamera> camera = PSimWorld::instance().camera(idOf(camId));
+        const std::shared_ptr<PSimCamera> camera = PSimWorld::instance().camera(toId(camId));
         if (!camera)
             return false;
         const PSimFrameCounts counts = camera->counts();

@@ -23,7 +23,7 @@ double planck(double micrometres, double kelvin) {
 }
 
 // Each channel of a black body's light over that of neutral light.
-Channels colourOf(double kelvin) {
+Channels blackBody(double kelvin) {
     Channels result{};
     for (std::size_t i = 0; i < result.size(); ++i)
         result[i] = planck(kWavelengths[i], kelvin) / planck(kWavelengths[i], kNeutralTemperature);
@@ -31,17 +31,17 @@ Channels colourOf(double kelvin) {
 }
 
 double blueOverRed(int kelvin) {
-    const Channels colour = colourOf(kelvin);
+    const Channels colour = blackBody(kelvin);
     return colour[2] / colour[0];
 }
 
 // The hotter, the bluer: halving finds the temperature with this share of blue.
-int temperatureOf(double wanted) {
+int findTemperature(double ratio) {
     int low = kWarmest;
     int high = kColdest;
     while (low < high) {
         const int middle = (low + high) / 2;
-        if (blueOverRed(middle) < wanted)
+        if (blueOverRed(middle) < ratio)
             low = middle + 1;
         else
             high = middle;
@@ -52,7 +52,7 @@ int temperatureOf(double wanted) {
 } // namespace
 
 Channels lamp(double kelvin) {
-    Channels colour = colourOf(kelvin);
+    Channels colour = blackBody(kelvin);
     const double strongest = *std::max_element(colour.begin(), colour.end());
     for (double& channel : colour)
         channel /= strongest;
@@ -60,7 +60,7 @@ Channels lamp(double kelvin) {
 }
 
 Channels gains(const Setting& setting) {
-    const Channels colour = colourOf(setting.temperature);
+    const Channels colour = blackBody(setting.temperature);
     const double green = static_cast<double>(setting.tint) / kNeutralTint;
     return {colour[1] / colour[0], green, colour[1] / colour[2]};
 }
@@ -71,7 +71,7 @@ Setting balancing(const PSimMeans& means) {
     const double green = std::max(means.green, 1.0);
     const double blue = std::max(means.blue, 1.0);
     Setting setting;
-    setting.temperature = temperatureOf(blue / red);
+    setting.temperature = findTemperature(blue / red);
     const Channels balanced = gains(setting);
     const double even = std::sqrt(red * balanced[0] * blue * balanced[2]);
     setting.tint = static_cast<int>(

@@ -82,8 +82,8 @@ PSimExposureSpec readExposure(const QJsonValue& value, const QString& place) {
     result.minimum = object.integer("min", result.minimum, 1, PSimJsonObject::kMaxUnsigned);
     result.maximum = object.integer("max", std::max(result.maximum, result.minimum), result.minimum,
                                     PSimJsonObject::kMaxUnsigned);
-    const auto inRange = [&result](unsigned wanted) {
-        return std::clamp(wanted, result.minimum, result.maximum);
+    const auto inRange = [&result](unsigned microseconds) {
+        return std::clamp(microseconds, result.minimum, result.maximum);
     };
     result.initial =
         object.integer("default", inRange(result.initial), result.minimum, result.maximum);
@@ -214,7 +214,7 @@ void addCamera(PSimScene& scene, PSimCameraSpec camera, const QString& place) {
     scene.cameras.push_back(std::move(camera));
 }
 
-PSimScene sceneOf(const QJsonValue& root, const QString& folder) {
+PSimScene toScene(const QJsonValue& root, const QString& folder) {
     PSimScene scene;
     PSimJsonObject object(root, QStringLiteral("scene"));
     scene.seed = object.integer("seed", scene.seed, 0, kMaxExactInteger);
@@ -241,7 +241,7 @@ PSimScene PSimSceneReader::read(const QByteArray& json, const QString& folder) {
     }
     if (!document.isObject())
         throw PSimSceneError(QStringLiteral("scene"), QStringLiteral("expected an object"));
-    return sceneOf(document.object(), folder);
+    return toScene(document.object(), folder);
 }
 
 PSimScene PSimSceneReader::readFile(const QString& path) {

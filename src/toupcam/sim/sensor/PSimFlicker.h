@@ -24,7 +24,7 @@ public:
     bool isSteady() const { return m_angularFrequency * m_exposure == 0.0; }
 
     /// What a row of the sensor gets of the light, as a share of the mean; not if it is steady.
-    double lightOf(unsigned row) const {
+    double rowLight(unsigned row) const {
         const double width = m_angularFrequency * m_exposure;
         const double phase = 2.0 * m_angularFrequency * (m_start + row * m_rowTime);
         return 1.0 - std::sin(width) / width * std::cos(phase + width);

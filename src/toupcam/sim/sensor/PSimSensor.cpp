@@ -53,7 +53,7 @@ double darkElectrons(const PSimSensorSpec& spec, const PSimShot& shot) {
 constexpr double kMostUnits = 15000.0;
 
 // `light` is the share of the lamp's mean.
-PSimRowFactors factorsOf(const PSimSensorSpec& spec, const PSimShot& shot, double light) {
+PSimRowFactors makeFactors(const PSimSensorSpec& spec, const PSimShot& shot, double light) {
     const double countsAnElectron = shot.gain / spec.electronsPerCount;
     const double dark = darkElectrons(spec, shot);
     const double darkUnits = std::min(dark * countsAnElectron * kUnitsACount, kMostUnits);
@@ -82,7 +82,7 @@ PSimSensor::PSimSensor(const PSimSensorSpec& spec, const PSimLight& light, unsig
     , m_light(light)
     , m_shot(shot)
     , m_flicker(flicker)
-    , m_factors(factorsOf(spec, shot, 1.0))
+    , m_factors(makeFactors(spec, shot, 1.0))
     , m_row(shot.geometry.region.y)
     , m_rowBytes(std::size_t{shot.geometry.region.width} * light.channels)
     , m_from(y * light.rowBytes() + std::size_t{x} * light.channels)
@@ -91,7 +91,7 @@ PSimSensor::PSimSensor(const PSimSensorSpec& spec, const PSimLight& light, unsig
 
 void PSimSensor::next(std::uint8_t* out) {
     if (!m_flicker.isSteady())
-        m_factors = factorsOf(m_spec, m_shot, m_flicker.lightOf(m_row));
+        m_factors = makeFactors(m_spec, m_shot, m_flicker.rowLight(m_row));
     const std::vector<std::int8_t>& noise = noiseSupply();
     const std::size_t room = kNoiseSize - m_rowBytes;
     const std::int8_t* shotNoise = noise.data() + m_random.below(room);

@@ -22,13 +22,13 @@ void PSimSensorSource::take(const PSimShot& shot, std::uint64_t frame, PSimPictu
     const auto y = static_cast<unsigned>(std::lround(reach * (1.0 + std::sin(2.0 * turn))));
     const PSimRegion& region = shot.geometry.region;
     PSimSensor sensor(m_spec->sensor, *light, x + region.x, y + region.y, shot,
-                      flickerOf(shot, picture.microseconds),
+                      makeFlicker(shot, picture.microseconds),
                       PSimRandom::mix(PSimRandom::mix(m_seed) ^ PSimRandom::mix(frame)));
     simProcess(sensor, 8 * light->channels, shot, picture);
 }
 
 // The rows are read one after the other in the time of a frame at full speed.
-PSimFlicker PSimSensorSource::flickerOf(const PSimShot& shot, std::uint64_t microseconds) const {
+PSimFlicker PSimSensorSource::makeFlicker(const PSimShot& shot, std::uint64_t microseconds) const {
     const PSimResolution& mode = m_spec->resolutions[shot.resolution];
     const double exposure = shot.exposureMs / 1000.0;
     const double start = static_cast<double>(microseconds) * 1e-6 - exposure;

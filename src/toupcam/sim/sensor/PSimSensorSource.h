@@ -23,7 +23,7 @@ private:
         std::shared_ptr<const PSimLight> light;
     };
 
-    PSimFlicker flickerOf(const PSimShot& shot, std::uint64_t microseconds) const;
+    PSimFlicker makeFlicker(const PSimShot& shot, std::uint64_t microseconds) const;
     std::shared_ptr<const PSimLight> lightFor(const PSimShot& shot, std::uint64_t frame);
     PSimLight makeLight(unsigned resolution, std::size_t file) const;
     PSimLight specimen(unsigned resolution, std::size_t file) const;

@@ -56,7 +56,7 @@ void PSimTissue::placeGlands() {
     }
 }
 
-PSimTissue::Place PSimTissue::placeOf(float u, float v) const {
+PSimTissue::Place PSimTissue::locate(float u, float v) const {
     Place best{10.0F, 0.0F, nullptr};
     for (const Gland& gland : m_glands) {
         const float dx = u - gland.x;
@@ -132,7 +132,7 @@ PSimTissue::Stains PSimTissue::stainsAt(float u, float v) const {
     const float covered = coverage(u, v);
     if (covered <= 0.0F)
         return {0.0F, 0.0F};
-    const Place place = placeOf(u, v);
+    const Place place = locate(u, v);
     Stains result{};
     if (place.depth >= 1.06F) {
         result = stromaStains(u, v);
@@ -249,7 +249,7 @@ void PSimTissue::paintStromaCells() {
             const float angle =
                 fibreAngle(u, v) + static_cast<float>(m_random.between(-0.25, 0.25));
             const bool crowded = m_field.fractal(u / 380.0F, v / 380.0F + 80.0F, 2) > 0.58F;
-            if (placeOf(u, v).depth < 1.1F || coverage(u, v) < 0.9F)
+            if (locate(u, v).depth < 1.1F || coverage(u, v) < 0.9F)
                 continue;
             if (kind < (crowded ? 0.75 : 0.08)) {
                 const auto size = static_cast<float>(m_random.between(11.0, 14.0));

@@ -39,7 +39,7 @@ private:
     };
 
     void placeGlands();
-    Place placeOf(float u, float v) const;
+    Place locate(float u, float v) const;
     float coverage(float u, float v) const;
     float displacement(float u, float v) const;
     float fibreAngle(float u, float v) const;

@@ -31,7 +31,7 @@ constexpr Rule kRules[kCount] = {
     {200, 2500, PSimWhiteBalance::kNeutralTint, false, true},
 };
 
-const Rule& ruleOf(PSimScalar scalar) {
+const Rule& findRule(PSimScalar scalar) {
     return kRules[static_cast<std::size_t>(scalar)];
 }
 
@@ -45,13 +45,13 @@ PSimScalarSettings::PSimScalarSettings(bool colour)
 }
 
 bool PSimScalarSettings::has(PSimScalar scalar) const {
-    return m_colour || !ruleOf(scalar).needsColour;
+    return m_colour || !findRule(scalar).needsColour;
 }
 
 HRESULT PSimScalarSettings::check(PSimScalar scalar, int value) const {
     if (!has(scalar))
         return E_NOTIMPL;
-    const Rule& rule = ruleOf(scalar);
+    const Rule& rule = findRule(scalar);
     const bool fits = rule.isSwitch || (value >= rule.minimum && value <= rule.maximum);
     return fits ? S_OK : E_INVALIDARG;
 }
@@ -60,7 +60,7 @@ HRESULT PSimScalarSettings::set(PSimScalar scalar, int value) {
     const HRESULT result = check(scalar, value);
     if (SUCCEEDED(result))
         m_values[static_cast<std::size_t>(scalar)] =
-            ruleOf(scalar).isSwitch && value != 0 ? 1 : value;
+            findRule(scalar).isSwitch && value != 0 ? 1 : value;
     return result;
 }
 

@@ -13,7 +13,7 @@ constexpr short kColdestTarget = -500;
 constexpr short kWarmestTarget = 400;
 
 // Light fed with alternating current comes and goes twice in each period.
-double beatOf(int lightFrequency) {
+double beatPeriod(int lightFrequency) {
     constexpr double kMicroseconds = 1e6;
     constexpr double beats[] = {kMicroseconds / 120.0, kMicroseconds / 100.0, 0.0};
     return beats[lightFrequency];
@@ -131,10 +131,10 @@ HRESULT PSimSettings::setRegion(const PSimRegion& region) {
         return E_NOTIMPL;
     const std::lock_guard lock(m_mutex);
     const PSimSize size = m_spec->resolutions[m_resolution].size();
-    const PSimRegion wanted = region == PSimRegion() ? PSimRegion::whole(size) : region;
-    if (!wanted.fits(size))
+    const PSimRegion requested = region == PSimRegion() ? PSimRegion::whole(size) : region;
+    if (!requested.fits(size))
         return E_INVALIDARG;
-    m_region = wanted;
+    m_region = requested;
     return S_OK;
 }
 
@@ -145,7 +145,7 @@ PSimRegion PSimSettings::region() const {
 
 PSimSize PSimSettings::finalSize() const {
     const std::lock_guard lock(m_mutex);
-    return geometryOf(m_resolution).finalSize();
+    return makeGeometry(m_resolution).finalSize();
 }
 
 HRESULT PSimSettings::setSpeed(unsigned short level) {
@@ -208,28 +208,28 @@ PSimExposure PSimSettings::exposure() const {
 
 PSimShot PSimSettings::shot() const {
     const std::lock_guard lock(m_mutex);
-    return shotOf(m_resolution);
+    return makeShot(m_resolution);
 }
 
 PSimShot PSimSettings::shotAt(unsigned resolution) const {
     const std::lock_guard lock(m_mutex);
-    return shotOf(resolution);
+    return makeShot(resolution);
 }
 
 // Called under the lock, as those below.
-PSimShot PSimSettings::shotOf(unsigned resolution) const {
+PSimShot PSimSettings::makeShot(unsigned resolution) const {
     PSimShot shot;
     shot.resolution = resolution;
     shot.blueFirst = m_options.value(TOUPCAM_OPTION_BYTEORDER, 0) == 1;
     shot.exposureMs = m_exposure.microseconds / 1000.0;
     shot.gain = m_exposure.gainPercent / 100.0;
     shot.sensorCelsius = m_thermal->celsius();
-    shot.geometry = geometryOf(resolution);
+    shot.geometry = makeGeometry(resolution);
     shot.imageSettings = imageSettings();
     return shot;
 }
 
-PSimGeometry PSimSettings::geometryOf(unsigned resolution) const {
+PSimGeometry PSimSettings::makeGeometry(unsigned resolution) const {
     const int binning = m_options.value(TOUPCAM_OPTION_BINNING, 1);
     PSimGeometry geometry;
     geometry.region = m_region.scaled(m_spec->resolutions[m_resolution].size(),
@@ -284,7 +284,7 @@ bool PSimSettings::adapt(double mean) {
     if (!m_auto)
         return false;
     const int frequency = m_scalars.value(PSimScalar::LightFrequency);
-    const PSimExposure next = m_rule.next(m_exposure, mean, m_target, beatOf(frequency));
+    const PSimExposure next = m_rule.next(m_exposure, mean, m_target, beatPeriod(frequency));
     if (next == m_exposure)
         return false;
     m_exposure = next;

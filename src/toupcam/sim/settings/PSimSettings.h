@@ -77,8 +77,8 @@ public:
 private:
     bool hasCooler() const { return (m_spec->flags & TOUPCAM_FLAG_TEC_ONOFF) != 0; }
     PSimCooling cooling() const;
-    PSimShot shotOf(unsigned resolution) const;
-    PSimGeometry geometryOf(unsigned resolution) const;
+    PSimShot makeShot(unsigned resolution) const;
+    PSimGeometry makeGeometry(unsigned resolution) const;
     PSimImageSettings imageSettings() const;
     double framesPerSecond() const;
 

@@ -18,12 +18,12 @@ void PSimFrameFeedback::setExposureCallback(PITOUPCAM_EXPOSURE_CALLBACK callback
 
 void PSimFrameFeedback::requestBalance(const PSimOnePush::Request& request) {
     const std::lock_guard lock(m_mutex);
-    m_onePush.ask(request);
+    m_onePush.place(request);
 }
 
 void PSimFrameFeedback::dropBalance() {
     const std::lock_guard lock(m_mutex);
-    m_onePush.forget();
+    m_onePush.drop();
 }
 
 void PSimFrameFeedback::apply(const PSimMeans& means, PSimDelivery& delivery) {

@@ -16,11 +16,11 @@ public:
     };
 
     /// Takes the place of a request that still waits.
-    void ask(const Request& request) {
+    void place(const Request& request) {
         m_request = request;
         m_frames = kFrames;
     }
-    void forget() { m_request.reset(); }
+    void drop() { m_request.reset(); }
 
     /// A frame has been delivered: the request that goes by it, which is done then, or none.
     std::optional<Request> delivered() {

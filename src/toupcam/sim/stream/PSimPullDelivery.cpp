@@ -32,7 +32,7 @@ void copyPicture(const PSimPicture& picture, int bits, std::uint8_t* to) {
                 to + y * stride);
 }
 
-ToupcamFrameInfoV2 infoOf(const PSimPicture& picture) {
+ToupcamFrameInfoV2 toFrameInfo(const PSimPicture& picture) {
     ToupcamFrameInfoV2 info{};
     info.width = picture.width;
     info.height = picture.height;
@@ -67,7 +67,7 @@ HRESULT PSimPullDelivery::Slot::take(void* buffer, int bits, ToupcamFrameInfoV2*
     if (!full)
         return E_PENDING;
     if (info)
-        *info = infoOf(picture);
+        *info = toFrameInfo(picture);
     if (!buffer) {
         promised = true;
         return S_OK;

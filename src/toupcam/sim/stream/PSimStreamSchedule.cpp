@@ -170,7 +170,7 @@ HRESULT PSimStreamSchedule::trigger(unsigned short count) {
         m_active && !m_stopping && m_shutter.trigger().mode() == PSimTrigger::Mode::Software;
     if (!accepts)
         return count == 0 ? S_OK : E_UNEXPECTED;
-    m_shutter.trigger().ask(count, PSimPacer::Clock::now());
+    m_shutter.trigger().request(count, PSimPacer::Clock::now());
     m_wake.notify_all();
     return S_OK;
 }

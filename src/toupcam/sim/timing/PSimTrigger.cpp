@@ -22,7 +22,7 @@ void PSimTrigger::begin(Mode mode, Time now) {
     m_missed = 0;
 }
 
-void PSimTrigger::ask(unsigned count, Time now) {
+void PSimTrigger::request(unsigned count, Time now) {
     m_pending = count;
     if (count == 0)
         m_since.reset();

@@ -23,7 +23,7 @@ public:
 
     /// Software trigger: `count` frames in place of those still to come, 0xffff without end, 0
     /// none.
-    void ask(unsigned count, Time now);
+    void request(unsigned count, Time now);
     /// A signal at the external input. False if it is missed: the camera is exposing, or does not
     /// listen.
     bool signal(Time when);

@@ -21,7 +21,7 @@ ModelRecord& newModelRecord() {
     return records->emplace_back();
 }
 
-const ToupcamModelV2* modelOf(const PSimCameraSpec& spec) {
+const ToupcamModelV2* makeModel(const PSimCameraSpec& spec) {
     ModelRecord& record = newModelRecord();
     record.name = spec.model.value_or(QByteArray());
     ToupcamModelV2& model = record.model;
@@ -51,7 +51,7 @@ PSimCamera::PSimCamera(const PSimCameraSpec& spec, std::uint64_t seed,
                        std::shared_ptr<PSimFrameObserver> observer)
     : m_spec(std::make_shared<const PSimCameraSpec>(spec))
     , m_link(std::make_shared<PSimCameraLink>())
-    , m_model(modelOf(spec))
+    , m_model(makeModel(spec))
     , m_plugged(spec.plugged) {
     m_link->source = PSimImageSource::create(m_spec, seed);
     m_link->observer = std::move(observer);

@@ -48,25 +48,25 @@ std::optional<PSimSize> PSimFaults::reportedSize(const char* function) const {
     return entry(m_sizes, function);
 }
 
-std::optional<int> PSimFaults::answerOf(unsigned option) const {
+std::optional<int> PSimFaults::replacedOption(unsigned option) const {
     const std::lock_guard lock(m_mutex);
     return entry(m_answers, option);
 }
 
 std::optional<HRESULT> PSimFaults::onCall(const char* function, std::optional<unsigned> option) {
-    const unsigned ms = delayOf(function);
+    const unsigned ms = delayFor(function);
     if (ms > 0)
         std::this_thread::sleep_for(std::chrono::milliseconds(ms));
-    return failureOf(function, option);
+    return takeFailure(function, option);
 }
 
-unsigned PSimFaults::delayOf(const std::string& function) const {
+unsigned PSimFaults::delayFor(const std::string& function) const {
     const std::lock_guard lock(m_mutex);
     return entry(m_delays, function).value_or(0);
 }
 
-std::optional<HRESULT> PSimFaults::failureOf(const std::string& function,
-                                             std::optional<unsigned> option) {
+std::optional<HRESULT> PSimFaults::takeFailure(const std::string& function,
+                                               std::optional<unsigned> option) {
     const std::lock_guard lock(m_mutex);
     for (Failure& failure : m_failures) {
         if (failure.function != function || (failure.option && failure.option != option))

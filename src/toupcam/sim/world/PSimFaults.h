@@ -31,7 +31,7 @@ public:
     /// The size that a pull shall report in the place of the picture's, if any.
     std::optional<PSimSize> reportedSize(const char* function) const;
     /// What reading the option shall answer in the place of the setting, if anything.
-    std::optional<int> answerOf(unsigned option) const;
+    std::optional<int> replacedOption(unsigned option) const;
 
 private:
     struct Failure {
@@ -43,8 +43,8 @@ private:
         HRESULT result;
     };
 
-    unsigned delayOf(const std::string& function) const;
-    std::optional<HRESULT> failureOf(const std::string& function, std::optional<unsigned> option);
+    unsigned delayFor(const std::string& function) const;
+    std::optional<HRESULT> takeFailure(const std::string& function, std::optional<unsigned> option);
 
     mutable std::mutex m_mutex;
     std::vector<Failure> m_failures;

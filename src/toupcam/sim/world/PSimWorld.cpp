@@ -103,13 +103,13 @@ std::shared_ptr<PSimCamera> PSimWorld::camera(const QByteArray& id) const {
 }
 
 HToupcam PSimWorld::open(const QByteArray& id) {
-    const std::shared_ptr<PSimCamera> wanted = camera(id);
-    const std::shared_ptr<PSimSession> session = wanted ? wanted->open() : nullptr;
+    const std::shared_ptr<PSimCamera> requested = camera(id);
+    const std::shared_ptr<PSimSession> session = requested ? requested->open() : nullptr;
     if (!session)
         return nullptr;
     const std::lock_guard lock(m_mutex);
     const HToupcam handle = &m_tokens.emplace_back();
-    m_open[handle] = {wanted, session};
+    m_open[handle] = {requested, session};
     m_numbers.emplace(handle, static_cast<unsigned>(m_numbers.size()) + 1);
     return handle;
 }
@@ -136,7 +136,7 @@ std::shared_ptr<PSimSession> PSimWorld::session(HToupcam handle) const {
     return found == m_open.end() ? nullptr : found->second.session;
 }
 
-std::string PSimWorld::nameOf(HToupcam handle) const {
+std::string PSimWorld::handleName(HToupcam handle) const {
     if (!handle)
         return "h0";
     const std::lock_guard lock(m_mutex);

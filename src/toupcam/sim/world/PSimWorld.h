@@ -35,7 +35,7 @@ public:
     /// The session of an open handle; null for any other pointer.
     std::shared_ptr<PSimSession> session(HToupcam handle) const;
     /// "h1", "h2", … in the order of opening; "h0" for null, "h?" for a pointer never given out.
-    std::string nameOf(HToupcam handle) const;
+    std::string handleName(HToupcam handle) const;
 
     /// Replaces the scene; cameras of the old one are unplugged first.
     void load(const PSimScene& scene);
