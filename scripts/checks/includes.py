@@ -25,6 +25,9 @@ LIBRARIES = {
 # Of each library with folders, the folders whose headers each of them includes; "." is the
 # library's own. A folder that is not here includes none.
 FOLDERS = {
+    "PCore": {
+        "work": ".",
+    },
     "PCd": {
         ".": "frame",
         "device": ". frame property property/value",

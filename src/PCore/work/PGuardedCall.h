@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCore/PStatus.h>
+
+#include <functional>
+
+/// Calls that no exception leaves: for the edges of threads and of the event loop. On the caller's
+/// thread.
+namespace PGuardedCall {
+
+/// Returns what the function returns; after an exception, a failure with its text.
+PStatus status(const std::function<PStatus()>& function) noexcept;
+/// Calls the function; an exception is logged.
+void logged(const std::function<void()>& function) noexcept;
+
+} // namespace PGuardedCall
