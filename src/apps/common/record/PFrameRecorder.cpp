@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/record/PFrameRecorder.h>
 
-#include <exception>
 #include <utility>
 
 namespace {
 
 constexpr char tooSlowWords[] = QT_TRANSLATE_NOOP(
     "PFrameRecorder", "the disk is slower than the camera: %1 MB wait to be written");
-constexpr std::chrono::hours asLongAsItTakes(24 * 365);
 
 PFrameRecorder::Clock::time_point arrivalOf(const PDeviceFrame& frame) {
     return frame.stamp ? frame.stamp->arrived : PFrameRecorder::Clock::now();
@@ -18,24 +16,25 @@ PFrameRecorder::Clock::time_point arrivalOf(const PDeviceFrame& frame) {
 
 PFrameRecorder::PFrameRecorder(std::unique_ptr<PFrameWriter> writer,
                                const PRecordSchedule::Plan& plan,
-                               std::shared_ptr<PWriteMemory> memory)
+                               std::shared_ptr<PWorkBudget> memory)
     : m_writer(std::move(writer))
     , m_memory(std::move(memory))
     , m_schedule(plan)
     , m_queue([this](const PDeviceFrame& frame,
                      quint64 number) { return m_writer->write(frame, number); },
-              m_writer->threads(), m_memory) {
+              m_writer->threads(), m_memory)
+    , m_finisher(1) {
 }
 
 PFrameRecorder::~PFrameRecorder() {
     end(std::nullopt, QString());
-    m_finisher.join();
 }
 
 bool PFrameRecorder::takeFrame(const PDeviceFrame& frame, Kind kind) {
     if (kind != Kind::Live)
         return true;
     // In one go: a frame between the schedule and the queue would be forgotten by an end() now.
+    // Nothing waits for the disk under this lock.
     const std::lock_guard lock(m_mutex);
     const bool isOpen = !m_isEnding && !m_isDiskTooSlow && m_queue.state().error.isEmpty();
     if (!isOpen || !m_schedule.claim(arrivalOf(frame)) || m_queue.push(frame))
@@ -55,12 +54,15 @@ void PFrameRecorder::end(const std::optional<PFrameLedger>& ledger, const QStrin
     if (std::exchange(m_isEnding, true))
         return;
     m_ledger = ledger;
-    m_finisher = std::thread([this, trouble] { finish(trouble); });
+    // Not on this thread, which must not wait for the disk.
+    m_finisher.push(
+        1, [this, trouble] { return finish(trouble); },
+        [this](const PStatus& result) { noteFinished(result); });
 }
 
-/// The body of the thread that completes the files.
-void PFrameRecorder::finish(const QString& trouble) {
-    m_queue.waitUntilIdle(asLongAsItTakes);
+/// Completes the files, on the finisher's thread.
+PStatus PFrameRecorder::finish(const QString& trouble) {
+    m_queue.waitUntilIdle();
     const Progress atEnd = progress();
     PRecordEnd end{atEnd.tally, std::nullopt, atEnd.error.isEmpty() ? trouble : atEnd.error};
     {
@@ -70,21 +72,19 @@ void PFrameRecorder::finish(const QString& trouble) {
         if (m_queue.state().error.isEmpty() && m_isDiskTooSlow)
             end.trouble = tooSlow(QString::fromLatin1(tooSlowWords));
     }
-    QString error;
-    try {
-        error = m_writer->finish(end).reason();
-    } catch (const std::exception& failure) {
-        error = QString::fromLocal8Bit(failure.what());
-    }
-    const std::lock_guard lock(m_mutex);
-    m_finishError = error;
-    m_isFinished = true;
-    m_finished.notify_all();
+    return m_writer->finish(end); // without the lock: progress() must not wait for the disk
 }
 
-bool PFrameRecorder::waitUntilFinished(std::chrono::milliseconds atMost) {
-    std::unique_lock lock(m_mutex);
-    return m_finished.wait_for(lock, atMost, [this] { return m_isFinished; });
+/// On the finisher's thread.
+void PFrameRecorder::noteFinished(const PStatus& result) {
+    const std::lock_guard lock(m_mutex);
+    m_finishError = result.reason();
+    m_isFinished = true;
+}
+
+bool PFrameRecorder::waitUntilFinished(std::chrono::milliseconds timeout) {
+    m_finisher.waitUntilIdle(timeout);
+    return progress().isFinished;
 }
 
 PFrameRecorder::Progress PFrameRecorder::progress(Clock::time_point now) const {

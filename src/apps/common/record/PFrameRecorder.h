@@ -4,6 +4,7 @@
 #include <apps/common/record/PFrameWriteQueue.h>
 #include <apps/common/record/PFrameWriter.h>
 #include <apps/common/record/PRecordSchedule.h>
+#include <apps/common/record/PWriteMemory.h>
 
 #include <PCd/frame/PFrameSink.h>
 
@@ -23,8 +24,7 @@ public:
 
     /// `memory`: the budget for frames that wait to be written; recorders may share one.
     PFrameRecorder(std::unique_ptr<PFrameWriter> writer, const PRecordSchedule::Plan& plan,
-                   std::shared_ptr<PWriteMemory> memory =
-                       std::make_shared<PWriteMemory>(PFrameWriteQueue::defaultByteLimit()));
+                   std::shared_ptr<PWorkBudget> memory = PWriteMemory::makeBudget());
     /// Ends it if end() was not called, and waits until the files are complete.
     ~PFrameRecorder() override;
 
@@ -36,8 +36,9 @@ public:
     /// recording ends other than it should (empty: it does not). Returns at once. The first call
     /// counts.
     void end(const std::optional<PFrameLedger>& ledger, const QString& trouble);
-    /// Waits until the files are complete after end(), at most this long. True if they are.
-    bool waitUntilFinished(std::chrono::milliseconds atMost);
+    /// Waits until the files are complete, or until the timeout. True if they are; false before
+    /// end().
+    bool waitUntilFinished(std::chrono::milliseconds timeout);
 
     struct Progress {
         PRecordTally tally;
@@ -51,22 +52,27 @@ public:
     Progress progress(Clock::time_point now = Clock::now()) const;
 
 private:
-    void finish(const QString& trouble);
+    PStatus finish(const QString& trouble);
+    void noteFinished(const PStatus& result);
     QString tooSlow(const QString& words) const;
     QString error(const PFrameWriteQueue::State& queue) const;
     PRecordTally tally(const PFrameWriteQueue::State& queue) const;
 
     const std::unique_ptr<PFrameWriter> m_writer;
-    const std::shared_ptr<PWriteMemory> m_memory;
+    const std::shared_ptr<PWorkBudget> m_memory;
 
-    mutable std::mutex m_mutex; // guards all below but m_queue and m_finisher
-    std::condition_variable m_finished;
+    // Guards all below but the queues: the camera's thread, the writers and the users of progress()
+    // meet here. The queues' own locks are taken after it.
+    mutable std::mutex m_mutex;
     PRecordSchedule m_schedule;
     std::optional<PFrameLedger> m_ledger;
     QString m_finishError;
     bool m_isDiskTooSlow = false;
     bool m_isEnding = false;
     bool m_isFinished = false;
+
+    // Last, so that their threads are joined while the rest is there; the finisher, which waits for
+    // the other queue, first.
     PFrameWriteQueue m_queue;
-    std::thread m_finisher;
+    PWorkQueue m_finisher;
 };

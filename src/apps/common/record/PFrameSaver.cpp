@@ -13,7 +13,7 @@ PFrameSaver::PFrameSaver(PFileSequence files, SaveFrame saveFrame, std::size_t b
     : m_queue([files = std::move(files), save = std::move(saveFrame)](
                   const PDeviceFrame& frame,
                   quint64 number) { return save(files.path(number), frame); },
-              writerCount, std::make_shared<PWriteMemory>(byteLimit)) {
+              writerCount, std::make_shared<PWorkBudget>(byteLimit)) {
 }
 
 bool PFrameSaver::takeFrame(const PDeviceFrame& frame, Kind kind) {

@@ -3,6 +3,7 @@
 
 #include <apps/common/record/PFileSequence.h>
 #include <apps/common/record/PFrameWriteQueue.h>
+#include <apps/common/record/PWriteMemory.h>
 
 #include <PCd/frame/PFrameSink.h>
 
@@ -15,7 +16,7 @@ public:
 
     /// The destructor saves what still waits, then returns.
     PFrameSaver(PFileSequence files, SaveFrame saveFrame,
-                std::size_t byteLimit = PFrameWriteQueue::defaultByteLimit());
+                std::size_t byteLimit = PWriteMemory::defaultLimit());
 
     /// False if too much waits already, or a file could not be saved before.
     bool takeFrame(const PDeviceFrame& frame, Kind kind) override;

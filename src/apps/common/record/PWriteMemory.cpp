@@ -1,15 +1,35 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/record/PWriteMemory.h>
 
-bool PWriteMemory::take(std::size_t bytes, std::size_t held) {
-    const std::lock_guard lock(m_mutex);
-    if (held > 0 && m_bytes + bytes > m_limit)
-        return false;
-    m_bytes += bytes;
-    return true;
+#include <unistd.h>
+
+#include <algorithm>
+
+namespace {
+
+constexpr std::uint64_t mebibyte = std::uint64_t(1) << 20;
+
+/// Bytes; 0 if the system does not report it.
+std::uint64_t physicalMemory() {
+    const long pages = sysconf(_SC_PHYS_PAGES);
+    const long pageSize = sysconf(_SC_PAGESIZE);
+    return pages > 0 && pageSize > 0 ? std::uint64_t(pages) * std::uint64_t(pageSize) : 0;
 }
 
-void PWriteMemory::giveBack(std::size_t bytes) {
-    const std::lock_guard lock(m_mutex);
-    m_bytes -= bytes;
+} // namespace
+
+std::size_t PWriteMemory::defaultLimit() {
+    static const std::size_t limit = limitFor(physicalMemory());
+    return limit;
+}
+
+// The rest is for the camera's own buffers, the other programs, and what the system holds for the
+// disk. More than 2 GiB would only put off the end on a disk that is too slow; with less than a few
+// large frames a disk that pauses ends a recording.
+std::size_t PWriteMemory::limitFor(std::uint64_t memory) {
+    return std::size_t(std::clamp(memory / 4, 64 * mebibyte, 2048 * mebibyte));
+}
+
+std::shared_ptr<PWorkBudget> PWriteMemory::makeBudget() {
+    return std::make_shared<PWorkBudget>(defaultLimit());
 }

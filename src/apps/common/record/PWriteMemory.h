@@ -1,27 +1,19 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <cstddef>
-#include <mutex>
+#include <PCore/work/PWorkBudget.h>
 
-/// A budget for the frames that wait for the disk, shared by several queues. Any thread.
-class PWriteMemory {
-public:
-    /// `limit`: bytes, in all.
-    explicit PWriteMemory(std::size_t limit)
-        : m_limit(limit) {}
+#include <cstdint>
+#include <memory>
 
-    /// Takes this many bytes for a queue that holds `held` bytes already. False if they exceed the
-    /// limit, unless the queue holds nothing: each can then always make progress.
-    bool take(std::size_t bytes, std::size_t held);
-    /// Returns bytes that take() has given.
-    void giveBack(std::size_t bytes);
+/// How many bytes of pixels may wait for the disk. Any thread.
+namespace PWriteMemory {
 
-    /// Bytes.
-    std::size_t limit() const { return m_limit; }
+/// The limit for this machine: limitFor() its memory.
+std::size_t defaultLimit();
+/// A quarter of this number of bytes of memory, at least 64 MiB and at most 2 GiB.
+std::size_t limitFor(std::uint64_t memory);
+/// A new budget with the limit for this machine; recorders may share one.
+std::shared_ptr<PWorkBudget> makeBudget();
 
-private:
-    const std::size_t m_limit;
-    std::mutex m_mutex; // frames come and go on the threads of several cameras and writers
-    std::size_t m_bytes = 0;
-};
+} // namespace PWriteMemory

@@ -3,12 +3,11 @@
 
 #include <apps/pcdview/analysis/PFrameAnalysis.h>
 
-#include <QObject>
+#include <PCore/work/PPostedCalls.h>
+#include <PCore/work/PWorkQueue.h>
 
-#include <condition_variable>
-#include <mutex>
-#include <optional>
-#include <thread>
+#include <QObject>
+#include <QTimer>
 
 /// Analyses pictures on a thread of its own, the newest one only, and rests at least as long as it
 /// has worked, so that half a core is the most it takes. The GUI thread.
@@ -17,8 +16,6 @@ class PFrameAnalyser : public QObject {
 
 public:
     explicit PFrameAnalyser(QObject* parent = nullptr);
-    /// Waits for the analysis under way.
-    ~PFrameAnalyser() override;
 
     /// Has this picture analysed next; one that still waits is forgotten.
     void offer(const PImage& image);
@@ -28,21 +25,16 @@ public:
 signals:
     void analysed(const PFrameAnalysis& analysis);
 
-protected:
-    void customEvent(QEvent* event) override;
-
 private:
-    void work();
-    std::optional<PImage> nextImage();
-    void tell(PFrameAnalysis analysis);
-    void rest(std::chrono::steady_clock::duration atLeast);
+    using Clock = std::chrono::steady_clock;
 
-    std::mutex m_mutex; // the GUI thread leaves pictures and takes results, the worker the reverse
-    std::condition_variable m_wake;
-    std::optional<PImage> m_waiting;
-    std::optional<PFrameAnalysis> m_result;
+    void analyseNext();
+    void finish(const PFrameAnalysis& analysis, quint64 round, Clock::duration worked);
+
+    PImage m_next;       ///< null: none waits
     quint64 m_round = 0; ///< a new one begins with forget()
-    quint64 m_roundAtWork = 0;
-    bool m_ending = false;
-    std::thread m_worker;
+    bool m_isWorking = false;
+    QTimer m_rest;
+    PPostedCalls m_results;
+    PWorkQueue m_work; // last: it posts results until its thread is joined
 };

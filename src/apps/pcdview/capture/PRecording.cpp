@@ -33,7 +33,7 @@ QString endingOf(Format format) {
 
 } // namespace
 
-PRecording::PRecording(std::shared_ptr<PWriteMemory> memory, QObject* parent)
+PRecording::PRecording(std::shared_ptr<PWorkBudget> memory, QObject* parent)
     : QObject(parent)
     , m_memory(std::move(memory)) {
     m_check.setInterval(checkEveryMs);

@@ -20,7 +20,7 @@ class PRecording : public QObject {
 
 public:
     /// `memory`: the budget for frames that wait to be written.
-    explicit PRecording(std::shared_ptr<PWriteMemory> memory, QObject* parent = nullptr);
+    explicit PRecording(std::shared_ptr<PWorkBudget> memory, QObject* parent = nullptr);
     /// Ends a recording that still runs, and waits for its files.
     ~PRecording() override;
 
@@ -59,7 +59,7 @@ private:
     void end(const char* trouble);
     QString outcome(const PFrameRecorder::Progress& progress) const;
 
-    const std::shared_ptr<PWriteMemory> m_memory;
+    const std::shared_ptr<PWorkBudget> m_memory;
     std::shared_ptr<PFrameRecorder> m_recorder;
     QPointer<PDevice> m_device;
     QPointer<PViewCamera> m_camera;

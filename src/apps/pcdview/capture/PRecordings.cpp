@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-PRecordings::PRecordings(std::shared_ptr<PWriteMemory> memory, QObject* parent)
+PRecordings::PRecordings(std::shared_ptr<PWorkBudget> memory, QObject* parent)
     : QObject(parent)
     , m_memory(std::move(memory)) {
 }

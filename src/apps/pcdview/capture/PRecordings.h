@@ -12,8 +12,7 @@ class PRecordings : public QObject {
 
 public:
     /// `memory`: the budget.
-    explicit PRecordings(std::shared_ptr<PWriteMemory> memory =
-                             std::make_shared<PWriteMemory>(PFrameWriteQueue::defaultByteLimit()),
+    explicit PRecordings(std::shared_ptr<PWorkBudget> memory = PWriteMemory::makeBudget(),
                          QObject* parent = nullptr);
     /// Ends the running ones and waits for their files.
     ~PRecordings() override;
@@ -37,6 +36,6 @@ signals:
 private:
     void onFinished(PRecording* recording, const QString& message);
 
-    const std::shared_ptr<PWriteMemory> m_memory;
+    const std::shared_ptr<PWorkBudget> m_memory;
     QList<PRecording*> m_running; // children
 };

@@ -76,9 +76,9 @@ protected:
 
     std::unique_ptr<PFrameRecorder>
     record(const PRecordSchedule::Plan& plan,
-           std::size_t byteLimit = PFrameWriteQueue::defaultByteLimit()) const {
+           std::size_t byteLimit = PWriteMemory::defaultLimit()) const {
         return std::make_unique<PFrameRecorder>(std::make_unique<FakeWriter>(told), plan,
-                                                std::make_shared<PWriteMemory>(byteLimit));
+                                                std::make_shared<PWorkBudget>(byteLimit));
     }
     /// Offers this many frames, 10 ms apart; true if each was taken or not wanted.
     static bool offer(PFrameRecorder& recorder, quint64 frames, quint64 first = 1) {

@@ -4,6 +4,7 @@
 #include <apps/pcdview/ViewPictures.h>
 
 #include <support/FolderTest.h>
+#include <support/PLogCapture.h>
 #include <support/QtPrinters.h>
 #include <support/WaitUntil.h>
 
@@ -38,7 +39,6 @@ TEST_F(PPictureSaverTest, saves_pictures_in_their_colours_and_makes_the_folder) 
     saver.save(jobFor(u"new/a.png"_qs));
     saver.save(jobFor(u"new/b.tif"_qs));
     ASSERT_TRUE(waitUntil([this] { return reasons.size() == 2; }));
-    EXPECT_FALSE(saver.isBusy());
     for (const auto& [file, reason] : reasons) {
         EXPECT_EQ(reason, QString());
         EXPECT_EQ(QImage(file).pixelColor(32, 19), QColor(32, 200, 3));
@@ -64,6 +64,19 @@ TEST_F(PPictureSaverTest, saves_what_waits_before_it_goes) {
     }
     for (int i = 0; i < 5; ++i)
         EXPECT_FALSE(QImage(path(u"%1.png"_qs.arg(i))).isNull()) << i;
+}
+
+TEST_F(PPictureSaverTest, as_it_goes_it_logs_what_was_not_saved_and_emits_nothing) {
+    writeFile(path(u"a.png"_qs), "mine");
+    const PLogCapture log;
+    {
+        PPictureSaver saver;
+        follow(saver);
+        saver.save(jobFor(u"a.png"_qs));
+    }
+    const QStringList texts = log.texts();
+    EXPECT_EQ(texts.filter(u"a.png"_qs).size(), 1) << texts.join(u'\n').toStdString();
+    EXPECT_TRUE(reasons.empty());
 }
 
 TEST_F(PPictureSaverTest, a_picture_that_finds_no_room_is_not_saved_and_named) {

@@ -79,7 +79,7 @@ protected:
     FakeDevice firstDevice, secondDevice;
     PViewCamera first{{u"Fake-1"_qs, u"Fake"_qs, u"1"_qs, true}};
     PViewCamera second{{u"Fake-2"_qs, u"Fake"_qs, u"2"_qs, true}};
-    PRecordings recordings{std::make_shared<PWriteMemory>(3 * picture.dataSize())};
+    PRecordings recordings{std::make_shared<PWorkBudget>(3 * picture.dataSize())};
     std::promise<void> gate; // goes first, which opens it: the recordings wait for their files
 };
 
