@@ -1,23 +1,14 @@
 // SPDX-License-Identifier: MIT
-#include <apps/pcdctl/camera/PCtlHost.h>
-#include <apps/pcdctl/cli/PCtlOutput.h>
 #include <apps/pcdctl/commands/PCtlCommands.h>
 #include <apps/pcdctl/runs/PRecordRun.h>
+#include <apps/pcdctl/runs/PRunAndReport.h>
 
 #include <apps/common/ome/POmeStackWriter.h>
 #include <apps/common/picture/PPictureFile.h>
-#include <apps/common/record/PFileSequence.h>
 
 #include <QFileInfo>
 
 namespace {
-
-void print(const PRecordReport& report, bool json) {
-    if (json)
-        PCtlOutput::printDocument(report.toJson());
-    else
-        PCtlOutput::printLine(report.toText());
-}
 
 PCtlOutcome prepareStack(const QString& path) {
     const PStatus status = PPictureFile::prepareFolder(path);
@@ -41,12 +32,5 @@ PCtlOutcome prepareRecordFiles(const PCtlOptions& options) {
 }
 
 PCtlOutcome runRecordCommand(PCtlHost& host, const PCtlOptions& options) {
-    const PCtlHost::Choice choice = host.choose(options.camera);
-    if (choice.device == nullptr)
-        return choice.outcome;
-    PRecordRun run(host.manager(), choice.device, host.identityOf(choice.device), options);
-    const PCtlOutcome outcome = run.run();
-    if (run.wasStarted())
-        print(run.report(outcome), options.json);
-    return outcome;
+    return runAndReport<PRecordRun>(host, options);
 }

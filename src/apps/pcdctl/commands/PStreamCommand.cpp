@@ -1,21 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include <apps/pcdctl/camera/PCtlHost.h>
-#include <apps/pcdctl/cli/PCtlOutput.h>
 #include <apps/pcdctl/commands/PCtlCommands.h>
+#include <apps/pcdctl/runs/PRunAndReport.h>
 #include <apps/pcdctl/runs/PStreamRun.h>
 
 #include <apps/common/picture/PPictureFile.h>
-
-namespace {
-
-void print(const PStreamReport& report, bool json) {
-    if (json)
-        PCtlOutput::printDocument(report.toJson());
-    else
-        PCtlOutput::printLine(report.toText());
-}
-
-} // namespace
+#include <apps/common/record/PFileSequence.h>
 
 PCtlOutcome prepareStreamFiles(const PCtlOptions& options) {
     if (options.savePattern.isEmpty())
@@ -36,12 +25,5 @@ PCtlOutcome prepareStreamFiles(const PCtlOptions& options) {
 }
 
 PCtlOutcome runStreamCommand(PCtlHost& host, const PCtlOptions& options) {
-    const PCtlHost::Choice choice = host.choose(options.camera);
-    if (choice.device == nullptr)
-        return choice.outcome;
-    PStreamRun run(host.manager(), choice.device, host.identityOf(choice.device), options);
-    const PCtlOutcome outcome = run.run();
-    if (run.wasStarted())
-        print(run.report(outcome), options.json);
-    return outcome;
+    return runAndReport<PStreamRun>(host, options);
 }

@@ -1,48 +1,30 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <apps/pcdctl/camera/PCameraSession.h>
-#include <apps/pcdctl/cli/PCtlOptions.h>
-#include <apps/pcdctl/cli/PStatusLine.h>
+#include <apps/pcdctl/runs/PLiveRun.h>
 #include <apps/pcdctl/runs/PRecordReport.h>
 
 #include <apps/common/camera/PExposureWatch.h>
-#include <apps/common/record/PFrameRecorder.h>
 
-/// One recording from its start to its report. The main thread.
-class PRecordRun {
+/// One recording: a stream whose frames go into files until the recorder's plan is fulfilled. The
+/// main thread.
+class PRecordRun : public PLiveRun {
 public:
-    PRecordRun(PDeviceManager& manager, PDevice* device, PCameraIdentity camera,
-               const PCtlOptions& options);
+    using PLiveRun::PLiveRun;
 
-    /// Records until the set end, the user's, or trouble; then stops the stream, and sees that what
-    /// was taken is written and the files are complete.
-    PCtlOutcome run();
-
-    /// True once the stream was started: then there is a report.
-    bool wasStarted() const { return m_wasStarted; }
+    /// What there is to say about it; `outcome` is that of run().
     PRecordReport report(const PCtlOutcome& outcome) const;
 
+protected:
+    PCtlOutcome prepare() override;
+    bool isComplete() const override { return recorder()->progress().isOver; }
+    quint64 framesTaken() const override;
+    bool mayEndNow() const override { return PLiveRun::mayEndNow() && framesTaken() > 0; }
+    std::optional<double> share() const override { return recorder()->progress().share; }
+    QString statusText() const override;
+
 private:
-    using Clock = PFrameRecorder::Clock;
-
-    PCtlOutcome start();
     std::unique_ptr<PFrameWriter> makeWriter() const;
-    bool isOver();
-    bool isStalled() const;
-    void showStatus(const PFrameRecorder::Progress& progress);
-    QString failureReason() const;
-    void finish(const QString& trouble);
-    QString troubleInAccounts() const;
 
-    const PCameraIdentity m_camera;
-    const PCtlOptions m_options;
-    PStreamTally m_tally;
-    PStatusLine m_status;
-    std::shared_ptr<PFrameRecorder> m_recorder;
     std::unique_ptr<PExposureWatch> m_exposure;
-    PFrameLedger m_ledgerAtStart;
-    Clock::time_point m_lastFrame;
-    bool m_wasStarted = false;
-    PCameraSession m_session; // goes first: frames that still arrive need the rest
 };

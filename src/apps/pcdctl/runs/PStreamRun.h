@@ -1,54 +1,34 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <apps/pcdctl/camera/PCameraSession.h>
-#include <apps/pcdctl/cli/PCtlOptions.h>
-#include <apps/pcdctl/cli/PStatusLine.h>
-#include <apps/pcdctl/runs/PStreamReport.h>
-#include <apps/pcdctl/runs/PStreamTally.h>
+#include <apps/pcdctl/runs/PLiveRun.h>
 
-#include <apps/common/record/PFrameSaver.h>
-
-/// One live stream, free-running or triggered, from its start to its report. The main thread.
-class PStreamRun {
+/// One live stream, free-running or triggered, whose frames are counted and may be saved. The main
+/// thread.
+class PStreamRun : public PLiveRun {
 public:
-    PStreamRun(PDeviceManager& manager, PDevice* device, PCameraIdentity camera,
-               const PCtlOptions& options);
+    using PLiveRun::PLiveRun;
 
-    /// Runs the stream until its set end, the user's, or trouble; then stops it, and sees that what
-    /// was to be saved is.
-    PCtlOutcome run();
-
-    /// True once the stream was started: then there is a report.
-    bool wasStarted() const { return m_wasStarted; }
+    /// What there is to say about it; `outcome` is that of run().
     PStreamReport report(const PCtlOutcome& outcome) const;
 
+protected:
+    PCtlOutcome prepare() override;
+    PCtlOutcome afterStart() override;
+    void beforeStop() override;
+    std::optional<std::chrono::milliseconds> timeLimit() const override {
+        return options().duration;
+    }
+    bool isComplete() const override;
+    quint64 framesTaken() const override { return tally().frames(); }
+    std::chrono::microseconds longestWait() const override;
+    QString stallReason() const override;
+    std::optional<double> share() const override;
+    QString statusText() const override;
+
 private:
-    using Clock = PStreamTally::Clock;
-
-    PCtlOutcome start();
-    PCtlOutcome startSaver();
     PCtlOutcome prepareTrigger();
-    PCtlOutcome startStream();
     PCtlOutcome fireTrigger(int frames);
-    std::chrono::microseconds longestWait() const;
-    QString missingFrame() const;
-    bool isOver();
-    bool isStalled() const;
-    double share() const;
-    void showStatus();
-    QString failureReason(bool reachedEnd) const;
-    QString troubleInAccounts() const;
-    void finishSaving();
 
-    const PCameraIdentity m_camera;
-    const PCtlOptions m_options;
-    PStreamTally m_tally;
-    PStatusLine m_status;
-    std::shared_ptr<PFrameSaver> m_saver;
     std::unique_ptr<PTriggerControl> m_trigger; ///< null: free-running
-    Clock::time_point m_start;
-    Clock::time_point m_lastFrame;
-    bool m_wasStarted = false;
-    PCameraSession m_session; // goes first: frames that still arrive need the rest
 };

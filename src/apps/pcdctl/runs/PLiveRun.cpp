@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: MIT
+#include <apps/pcdctl/runs/PLiveRun.h>
+
+#include <apps/common/record/PSeriesWriter.h>
+
+#include <utility>
+
+PLiveRun::PLiveRun(PDeviceManager& manager, PDevice* device, PCameraIdentity camera,
+                   const PCtlOptions& options)
+    : m_camera(std::move(camera))
+    , m_options(options)
+    , m_session(manager, device) {
+}
+
+PCtlOutcome PLiveRun::run() {
+    const PCtlOutcome outcome = start();
+    if (!outcome.isDone())
+        return outcome;
+    const bool reachedEnd = m_session.waitFor([this] { return isOver(); }, timeLimit());
+    // Read before the stream is closed: closing it takes time, which is no stall.
+    QString reason = failureReason(reachedEnd);
+    if (!m_session.isUnplugged())
+        beforeStop();
+    const PStatus closed = m_session.close();
+    if (reason.isEmpty())
+        reason = closed.reason();
+    finishFiles(reason);
+    const QString recordError = m_recorder ? m_recorder->progress().error : QString();
+    for (const QString& text : {recordError, reason, accountsReason()}) {
+        if (!text.isEmpty())
+            return PCtlOutcome::failed(text);
+    }
+    return {};
+}
+
+PCtlOutcome PLiveRun::start() {
+    PCtlOutcome outcome = m_session.open(m_options);
+    if (outcome.isDone())
+        outcome = prepare();
+    if (outcome.isDone())
+        outcome = startStream();
+    return outcome.isDone() ? afterStart() : outcome;
+}
+
+PCtlOutcome PLiveRun::startStream() {
+    PDevice* const device = m_session.device();
+    m_ledgerAtStart = m_session.ledger(); // an action may have had a stream before
+    // In a time-lapse the recorder leaves most frames out: the number is not that of the stream.
+    if (!m_options.interval)
+        device->limitLiveFrames(m_options.frames);
+    QObject::connect(device, &PDevice::imageChanged, &m_session, [this](const PImage& image) {
+        m_tally.add(image);
+        m_lastFrame = Clock::now();
+    });
+    m_start = m_lastFrame = Clock::now();
+    const PStatus started = device->startStream();
+    m_wasStarted = started.isOk();
+    return m_wasStarted ? PCtlOutcome() : PCtlOutcome::failed(started.reason());
+}
+
+void PLiveRun::record(std::unique_ptr<PFrameWriter> writer, const PRecordSchedule::Plan& plan) {
+    m_recorder = std::make_shared<PFrameRecorder>(std::move(writer), plan);
+    m_session.device()->addFrameSink(m_recorder);
+}
+
+std::unique_ptr<PFrameWriter> PLiveRun::seriesWriter(const QString& pattern) const {
+    PFileSequence files;
+    files.setPattern(pattern);
+    return std::make_unique<PSeriesWriter>(files, m_camera, m_options.pixelSizeUm);
+}
+
+/// Read again and again while the stream runs. A recorder is over by itself when a frame could not
+/// be saved.
+bool PLiveRun::isOver() {
+    showStatus();
+    return isComplete() || (m_recorder && m_recorder->progress().isOver) || isStalled();
+}
+
+bool PLiveRun::isStalled() const {
+    return Clock::now() - m_lastFrame > longestWait();
+}
+
+void PLiveRun::showStatus() {
+    if (!m_status.isDue())
+        return;
+    const std::optional<double> done = share();
+    m_status.show((done ? PStatusLine::bar(*done) + u' ' : QString()) + statusText());
+}
+
+/// Why the stream ended other than planned; empty if it did not. What went wrong with the files is
+/// for the recorder to say.
+QString PLiveRun::failureReason(bool reachedEnd) const {
+    if (isComplete())
+        return {};
+    if (m_session.isUnplugged())
+        return u"camera %1 was unplugged after %2 frames"_qs.arg(m_camera.id).arg(framesTaken());
+    if (!reachedEnd && m_session.isInterrupted())
+        return mayEndNow() ? QString() : u"interrupted after %1 frames"_qs.arg(framesTaken());
+    return reachedEnd && isStalled() ? stallReason() : QString();
+}
+
+bool PLiveRun::mayEndNow() const {
+    return !m_options.frames && !m_options.duration;
+}
+
+QString PLiveRun::stallReason() const {
+    return u"camera %1 sent no frame for %2 s; %3 frames arrived before"_qs.arg(m_camera.id)
+        .arg(std::chrono::duration<double>(longestWait()).count())
+        .arg(framesTaken());
+}
+
+/// Waits until all that was taken is in whole files. An interruption does not cut this short: the
+/// frames would be lost.
+void PLiveRun::finishFiles(const QString& reason) {
+    if (!m_recorder)
+        return;
+    m_recorder->end(m_session.ledger().since(m_ledgerAtStart), reason);
+    while (!m_recorder->waitUntilFinished(std::chrono::milliseconds(100)))
+        m_status.show(u"saving: %1 frames left"_qs.arg(m_recorder->progress().tally.waiting));
+}
+
+/// What is wrong with a stream that went to its end, by its ledger and tallies.
+QString PLiveRun::accountsReason() const {
+    if (m_tally.frames() == 0 && !m_session.isInterrupted())
+        return u"camera %1 sent no frame"_qs.arg(m_camera.id);
+    const PFrameLedger ledger = m_session.ledger();
+    const bool isRecordBalanced = !m_recorder || m_recorder->progress().tally.isBalanced();
+    if (!ledger.isBalanced() || ledger.waiting > 0 || !isRecordBalanced)
+        return u"the account of the frames does not balance"_qs;
+    return {};
+}
+
+PStreamReport PLiveRun::streamReport(const PCtlOutcome& outcome) const {
+    return {m_camera, m_session.mode(), m_tally, m_session.ledger(), std::nullopt, outcome.message};
+}

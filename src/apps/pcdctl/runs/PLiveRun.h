@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <apps/pcdctl/camera/PCameraSession.h>
+#include <apps/pcdctl/cli/PCtlOptions.h>
+#include <apps/pcdctl/cli/PStatusLine.h>
+#include <apps/pcdctl/runs/PStreamReport.h>
+#include <apps/pcdctl/runs/PStreamTally.h>
+
+#include <apps/common/record/PFrameRecorder.h>
+
+/// A live stream of one camera from its start to its end, with a recorder if frames are to be
+/// saved: what the runs of all commands have in common. The main thread.
+class PLiveRun {
+public:
+    PLiveRun(PDeviceManager& manager, PDevice* device, PCameraIdentity camera,
+             const PCtlOptions& options);
+    virtual ~PLiveRun() = default;
+
+    /// Runs the stream until its planned end, the user's, or a failure; then stops it, and sees
+    /// that what was taken is saved and the files are complete. Fails with the first reason.
+    PCtlOutcome run();
+
+    /// True once the stream was started: then there is a report.
+    bool wasStarted() const { return m_wasStarted; }
+
+protected:
+    using Clock = PStreamTally::Clock;
+
+    /// The camera is open, the stream not started yet: makes what the run needs.
+    virtual PCtlOutcome prepare() = 0;
+    /// The stream has just been started.
+    virtual PCtlOutcome afterStart() { return {}; }
+    /// The stream is about to be stopped; the camera is there.
+    virtual void beforeStop() {}
+    /// The stream ends after this time; none: it does not go by time.
+    virtual std::optional<std::chrono::milliseconds> timeLimit() const { return std::nullopt; }
+    /// True if all that was planned is taken.
+    virtual bool isComplete() const = 0;
+    /// For messages.
+    virtual quint64 framesTaken() const = 0;
+    /// True if the user may end the run at this point without failing it.
+    virtual bool mayEndNow() const;
+    /// The longest time without a frame that is not a failure.
+    virtual std::chrono::microseconds longestWait() const { return m_options.frameTimeout(); }
+    /// Why a run without a frame for longestWait() fails.
+    virtual QString stallReason() const;
+    /// How much of the run is done, from 0 to 1; nothing without a planned end.
+    virtual std::optional<double> share() const = 0;
+    /// The line that shows progress, without its bar.
+    virtual QString statusText() const = 0;
+
+    /// Has the frames recorded from now on.
+    void record(std::unique_ptr<PFrameWriter> writer, const PRecordSchedule::Plan& plan);
+    /// Writes the files of a pattern, which the arguments were checked for.
+    std::unique_ptr<PFrameWriter> seriesWriter(const QString& pattern) const;
+    /// Null without a recorder.
+    const PFrameRecorder* recorder() const { return m_recorder.get(); }
+    /// What there is to say about the stream; `outcome` is that of run().
+    PStreamReport streamReport(const PCtlOutcome& outcome) const;
+
+    const PCameraIdentity& camera() const { return m_camera; }
+    const PCtlOptions& options() const { return m_options; }
+    const PStreamTally& tally() const { return m_tally; }
+    const PCameraSession& session() const { return m_session; }
+    Clock::time_point startTime() const { return m_start; }
+
+private:
+    PCtlOutcome start();
+    PCtlOutcome startStream();
+    bool isOver();
+    bool isStalled() const;
+    void showStatus();
+    QString failureReason(bool reachedEnd) const;
+    void finishFiles(const QString& reason);
+    QString accountsReason() const;
+
+    const PCameraIdentity m_camera;
+    const PCtlOptions m_options;
+    PStreamTally m_tally;
+    PStatusLine m_status;
+    std::shared_ptr<PFrameRecorder> m_recorder;
+    PFrameLedger m_ledgerAtStart;
+    Clock::time_point m_start;
+    Clock::time_point m_lastFrame;
+    bool m_wasStarted = false;
+    PCameraSession m_session; // goes first: frames that still arrive need the rest
+};
