@@ -5,8 +5,11 @@
 
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>
+#include <support/WaitUntil.h>
 
 #include <QDir>
+
+#include <csignal>
 
 namespace {
 
@@ -58,6 +61,21 @@ TEST_F(StreamSave, after_an_unplug_every_saved_file_is_whole) {
         EXPECT_EQ(patchColours(QImage(path(u"run/"_qs + name))), u"red green blue black"_qs)
             << name.toStdString();
     }
+}
+
+TEST_F(StreamSave, ctrl_c_ends_it_with_every_frame_saved_that_was_taken) {
+    CtlProcess process(arguments({}));
+    process.start();
+    const bool isSaving = waitUntil([this] { return files().contains(u"f-003.png"_qs); });
+    process.sendSignal(SIGINT);
+    ASSERT_TRUE(process.finish());
+    EXPECT_TRUE(isSaving);
+    EXPECT_EQ(process.exitCode(), 0) << process.errors().toStdString();
+    const QJsonObject ledger = process.json().value(u"ledger"_qs).toObject();
+    EXPECT_GE(files().size(), 3);
+    EXPECT_EQ(process.json().value(u"saved"_qs).toInt(), int(files().size()));
+    EXPECT_EQ(ledger.value(u"delivered"_qs).toInt(), int(files().size()));
+    EXPECT_TRUE(files().filter(u".part"_qs).isEmpty());
 }
 
 TEST_F(StreamSave, files_that_exist_are_refused_before_the_camera_is_touched) {
