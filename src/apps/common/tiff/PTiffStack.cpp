@@ -5,10 +5,11 @@
 #include <apps/common/tiff/PTiffTags.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <new>
 
 namespace {
+
+using AtClose = PTiffStream::AtClose;
 
 // Small enough to stay in the processor's cache between being packed and being written.
 constexpr int stripBytes = 512 * 1024;
@@ -20,78 +21,21 @@ int rowsPerStripOf(const QImage& picture, int samples) {
     return std::clamp(stripBytes / (picture.width() * samples), 1, most);
 }
 
-/// The file's own reason is reported, not libtiff's on the standard error stream.
-int keepQuiet(TIFF*, void*, const char*, const char*, va_list) {
-    return 1;
-}
-
 } // namespace
 
-/// What libtiff, which calls back from C, reads and writes.
-struct PTiffStack::Stream {
-    explicit Stream(PTransactionalFile& growing)
-        : file(growing) {}
-
-    static Stream& of(thandle_t handle) { return *static_cast<Stream*>(handle); }
-
-    static tmsize_t read(thandle_t handle, void* to, tmsize_t size) {
-        Stream& stream = of(handle);
-        const qint64 count = stream.file.read(stream.position, to, size);
-        stream.position += std::max<qint64>(count, 0);
-        return count;
-    }
-    static tmsize_t write(thandle_t handle, void* from, tmsize_t size) {
-        Stream& stream = of(handle);
-        if (stream.closing || !stream.file.write(stream.position, from, size))
-            return -1;
-        stream.position += size;
-        return size;
-    }
-    static toff_t seek(thandle_t handle, toff_t offset, int whence) {
-        Stream& stream = of(handle);
-        const qint64 from = whence == SEEK_END   ? stream.file.size()
-                            : whence == SEEK_CUR ? stream.position
-                                                 : 0;
-        stream.position = from + qint64(offset);
-        return toff_t(stream.position);
-    }
-    static int close(thandle_t) { return 0; }
-    static toff_t size(thandle_t handle) { return toff_t(of(handle).file.size()); }
-
-    PTransactionalFile& file;
-    qint64 position = 0;
-    bool closing = false; ///< nothing is written any more
-};
-
-void PTiffStack::Close::operator()(tiff* handle) const {
-    // libtiff writes what it has not yet written, also what has just failed.
-    Stream::of(TIFFClientdata(handle)).closing = true;
-    TIFFClose(handle);
+qint64 PTiffStack::Stream::read(qint64 offset, void* bytes, qint64 count) noexcept {
+    return m_file.read(offset, bytes, count);
 }
 
-PTiffStack::PTiffStack()
-    : m_stream(std::make_unique<Stream>(m_file)) {
-}
-
-PTiffStack::~PTiffStack() = default;
-
-PTiffStack::Handle PTiffStack::openHandle(const char* mode) {
-    m_stream->position = 0;
-    m_stream->closing = false;
-    TIFFOpenOptions* const options = TIFFOpenOptionsAlloc();
-    TIFFOpenOptionsSetErrorHandlerExtR(options, keepQuiet, nullptr);
-    Handle handle(TIFFClientOpenExt("stack", mode, m_stream.get(), Stream::read, Stream::write,
-                                    Stream::seek, Stream::close, Stream::size, nullptr, nullptr,
-                                    options));
-    TIFFOpenOptionsFree(options);
-    return handle;
+bool PTiffStack::Stream::write(qint64 offset, const void* bytes, qint64 count) noexcept {
+    return m_file.write(offset, bytes, count);
 }
 
 PStatus PTiffStack::create(const QString& path, Size size) {
     const PStatus made = m_file.create(path);
     if (!made.isOk())
         return made;
-    m_tiff = openHandle(size == Size::Unlimited ? "w8l" : "wl");
+    m_tiff = m_stream.open(size == Size::Unlimited ? "w8l" : "wl", AtClose::Dropped);
     return finishStep(m_tiff != nullptr);
 }
 
@@ -176,7 +120,7 @@ PStatus PTiffStack::close() {
 
 PStatus PTiffStack::replaceDescription(const QByteArray& description) {
     m_tiff.reset();
-    const Handle handle = openHandle("r+");
+    const PTiffStream::Handle handle = m_stream.open("r+", AtClose::Dropped);
     const PStatus status =
         finishStep(handle && TIFFSetDirectory(handle.get(), 0) &&
                    TIFFSetField(handle.get(), TIFFTAG_IMAGEDESCRIPTION, description.constData()) &&

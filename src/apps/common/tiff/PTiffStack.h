@@ -2,6 +2,7 @@
 #pragma once
 
 #include <apps/common/metadata/PPictureTags.h>
+#include <apps/common/tiff/PTiffStream.h>
 #include <apps/common/tiff/PTransactionalFile.h>
 
 #include <PCore/PStatus.h>
@@ -9,10 +10,7 @@
 #include <QCoreApplication>
 #include <QImage>
 
-#include <memory>
 #include <vector>
-
-struct tiff;
 
 /// A new TIFF file with many pictures, one after the other, uncompressed, 8 bits a sample, grey or
 /// RGB. At every moment, also when the program is killed or the disk is full, the file holds the
@@ -26,8 +24,8 @@ public:
         Unlimited, ///< BigTIFF
     };
 
-    PTiffStack();
-    ~PTiffStack();
+    PTiffStack()
+        : m_stream(m_file) {}
 
     /// Makes the file. Fails with the reason: something of that name exists, …
     PStatus create(const QString& path, Size size);
@@ -48,13 +46,21 @@ public:
     PStatus close();
 
 private:
-    struct Stream;
-    struct Close {
-        void operator()(tiff* handle) const;
-    };
-    using Handle = std::unique_ptr<tiff, Close>;
+    /// The file as libtiff sees it.
+    class Stream : public PTiffStream {
+    public:
+        explicit Stream(PTransactionalFile& file)
+            : m_file(file) {}
 
-    Handle openHandle(const char* mode);
+    protected:
+        qint64 read(qint64 offset, void* bytes, qint64 count) noexcept override;
+        bool write(qint64 offset, const void* bytes, qint64 count) noexcept override;
+        qint64 size() const noexcept override { return m_file.size(); }
+
+    private:
+        PTransactionalFile& m_file;
+    };
+
     PStatus finishStep(bool done);
     bool writePicture(const QImage& picture, const QByteArray& description,
                       const PPictureTags& pictureTags);
@@ -62,8 +68,8 @@ private:
     void findDescription(qint64 directory, const QByteArray& description);
 
     PTransactionalFile m_file;
-    const std::unique_ptr<Stream> m_stream;
-    Handle m_tiff;
+    Stream m_stream;
+    PTiffStream::Handle m_tiff;
     std::vector<uchar> m_rows; ///< of one strip
     qint64 m_descriptionOffset = 0;
     qsizetype m_descriptionSize = 0; ///< 0 before the first picture

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QtGlobal>
+
+#include <memory>
+
+struct tiff;
+
+/// Bytes that libtiff reads and writes, wherever they are kept. It calls back from C, so nothing
+/// that it calls may throw. One thread.
+class PTiffStream {
+public:
+    virtual ~PTiffStream() = default;
+
+    /// Closes a handle; see AtClose.
+    struct Close {
+        void operator()(tiff* handle) const;
+    };
+    using Handle = std::unique_ptr<tiff, Close>;
+
+    /// What libtiff has not yet written when a handle is closed. After a failure it tries again
+    /// then.
+    enum class AtClose { Written, Dropped };
+
+    /// Opens a handle at the beginning of the stream, with a mode of TIFFOpen(): "wl" for a new
+    /// file. Null if the bytes are no such file. One handle at a time; the stream must outlive it.
+    /// Errors go to the caller only, never to the standard error stream.
+    Handle open(const char* mode, AtClose atClose);
+
+protected:
+    /// Returns the number of bytes read, which is less at the end, or -1.
+    virtual qint64 read(qint64 offset, void* bytes, qint64 count) noexcept = 0;
+    /// Writes all, or fails.
+    virtual bool write(qint64 offset, const void* bytes, qint64 count) noexcept = 0;
+    virtual qint64 size() const noexcept = 0;
+
+private:
+    struct Calls;
+
+    qint64 m_position = 0;
+    AtClose m_atClose = AtClose::Written;
+    bool m_isClosing = false;
+};
