@@ -181,9 +181,10 @@ TEST_F(SetCommand, says_what_the_camera_has_instead_and_sets_the_rest) {
     scene.addFault(failing(u"Toupcam_put_Contrast"_qs)).addFault(failing(u"Toupcam_put_VFlip"_qs));
     const CtlResult result = run({u"set"_qs, u"contrast=12"_qs, u"vflip=on"_qs, u"gamma=50"_qs});
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_EQ(result.errors,
-              u"pcdctl: contrast: wanted 12, the camera has 0\nvflip: wanted on, the camera has "
-              "off\n"_qs);
+    EXPECT_EQ(
+        result.errors,
+        u"pcdctl: contrast: requested 12, the camera has 0\nvflip: requested on, the camera has "
+        "off\n"_qs);
     EXPECT_EQ(result.output, QByteArray("contrast=0\nvflip=off\ngamma=50\n"));
 }
 
@@ -275,7 +276,7 @@ TEST_F(SetCommand, of_a_snap_takes_no_picture_if_a_setting_is_not_taken) {
     const CtlResult result =
         run({u"snap"_qs, u"-o"_qs, path(u"a.png"_qs), u"--set"_qs, u"contrast=12"_qs});
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_TRUE(result.errors.contains(u"contrast: wanted 12, the camera has 0"_qs));
+    EXPECT_TRUE(result.errors.contains(u"contrast: requested 12, the camera has 0"_qs));
     EXPECT_FALSE(calls().contains(u"Toupcam_StartPushMode(h1, fn, ctx)"_qs));
     EXPECT_FALSE(QFile::exists(path(u"a.png"_qs)));
 }

@@ -86,7 +86,7 @@ TEST_F(StreamSave, files_that_exist_are_refused_before_the_camera_is_touched) {
         process.with(u"TOUPCAM_SIM_JOURNAL"_qs, journal);
     });
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_TRUE(result.errors.contains(u"\"%1\" exists already"_qs.arg(file("003"))))
+    EXPECT_TRUE(result.errors.contains(u"\"%1\" already exists"_qs.arg(file("003"))))
         << result.errors.toStdString();
     EXPECT_EQ(readFile(journal), QByteArray());
     EXPECT_EQ(files(), QStringList{u"f-003.png"_qs});

@@ -12,7 +12,7 @@ PStatus PFileSequence::setPattern(const QString& pattern) {
     const QRegularExpressionMatch match = oneRun.match(pattern);
     if (!match.hasMatch()) {
         return PStatus::failure(
-            u"\"%1\" is no pattern for file names: expected one run of # in the "
+            u"\"%1\" is not a pattern for file names: expected one run of # in the "
             "name for the number, as in \"frame-####.png\""_qs.arg(pattern));
     }
     m_before = match.captured(1);

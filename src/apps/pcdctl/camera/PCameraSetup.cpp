@@ -29,7 +29,7 @@ PCtlOutcome PCameraSetup::runProfile() {
     const PCtlOutcome outcome = loadProfile(m_options.profile, report);
     if (!outcome.isDone() || report.isComplete())
         return outcome;
-    return PCtlOutcome::failed(u"\"%1\" is not all in force\n%2"_qs.arg(
+    return PCtlOutcome::failed(u"\"%1\" was not applied completely\n%2"_qs.arg(
         m_options.profile, PPropertyJson::linesOf(report.refused).join(u'\n')));
 }
 

@@ -151,7 +151,7 @@ void PCtlSettings::sendFields(const Setting& setting) {
 }
 
 void PCtlSettings::refuse(const QByteArray& name, const QString& wanted, const QString& actual) {
-    m_refused.append({name, u"wanted %1, the camera has %2"_qs.arg(wanted, actual)});
+    m_refused.append({name, u"requested %1, the camera has %2"_qs.arg(wanted, actual)});
 }
 
 QList<PDeviceProperty*> PCtlSettings::properties() const {

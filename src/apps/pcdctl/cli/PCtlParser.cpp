@@ -42,7 +42,7 @@ QString badCommand(const QString& word) {
 
 PCtlOutcome wrongValue(const QString& value, const QString& option, const QString& expected) {
     return PCtlOutcome::wrongUsage(
-        u"\"%1\" is no value for --%2: expected %3"_qs.arg(value, option, expected));
+        u"\"%1\" is not a value for --%2: expected %3"_qs.arg(value, option, expected));
 }
 
 PCtlOutcome readFrames(const QCommandLineParser& parser, const QString& option, quint64 most,
@@ -138,7 +138,7 @@ PCtlOutcome readTrigger(const QCommandLineParser& parser, PCtlOptions& options) 
     for (const auto& [one, other] : {std::pair("software", "external"), {"count", "repeat"}}) {
         if (parser.isSet(QString::fromLatin1(one)) && parser.isSet(QString::fromLatin1(other))) {
             return PCtlOutcome::wrongUsage(
-                u"--%1 and --%2 are both given: expected one of them"_qs.arg(
+                u"--%1 and --%2 cannot be used together: expected one of them"_qs.arg(
                     QString::fromLatin1(one), QString::fromLatin1(other)));
         }
     }
@@ -248,7 +248,7 @@ PCtlOutcome PCtlParser::readOptions(const QCommandLineParser& parser) {
 PCtlOutcome PCtlParser::readNumbers(const QCommandLineParser& parser) {
     if (parser.isSet(u"frames"_qs) && parser.isSet(u"time"_qs)) {
         return PCtlOutcome::wrongUsage(
-            u"--frames and --time are both given: expected one of them"_qs);
+            u"--frames and --time cannot be used together: expected one of them"_qs);
     }
     PCtlOutcome outcome = readFrames(parser, u"frames"_qs, mostFrames, m_options.frames);
     if (outcome.isDone())

@@ -29,24 +29,23 @@ QList<OptionSyntax> commonOptions() {
     return {
         {everyCommand,
          {u"sdk"_qs,
-          u"Camera SDK: \"sim\" (simulated cameras), a path of a library, or \"auto\": the one "
-          "TOUPCAM_LIBRARY names, else the system's libtoupcam.so, else simulated cameras."_qs,
+          u"Camera SDK: \"sim\" (simulated cameras), the path of a library, or \"auto\": the "
+          "library in TOUPCAM_LIBRARY, else the system's libtoupcam.so, else \"sim\"."_qs,
           u"SDK"_qs, u"auto"_qs}},
         {everyCommand,
          {u"scene"_qs, u"Show the simulated cameras of this scene file."_qs, u"FILE"_qs}},
         {everyCommand,
          {u"plugin-path"_qs,
-          u"Look for device plugins here first (a folder or a file; may be repeated)."_qs,
-          u"DIR"_qs}},
+          u"Look for device plugins in this folder or file first. May be repeated."_qs, u"DIR"_qs}},
         {everyCommand,
          {u"log-level"_qs,
-          u"Which log records to show: debug, info, warning, error or off, and SOURCE=LEVEL for "
-          "single sources, with commas. Without it PCD_LOG says, else it is \"warning\"."_qs,
+          u"Which log records to show: debug, info, warning, error or off, then SOURCE=LEVEL for "
+          "single sources, separated by commas. Default: PCD_LOG, else \"warning\"."_qs,
           u"FILTER"_qs}},
         {everyCommand,
          {u"lang"_qs,
-          u"Language of titles and choices: \"en\", \"ru\". Without it PCD_LANG says, else the "
-          "system."_qs,
+          u"Language of titles and choices: \"en\" or \"ru\". Default: PCD_LANG, else the "
+          "system's language."_qs,
           u"LANGUAGE"_qs}},
         {everyCommand, {u"json"_qs, u"Print the result as JSON on the standard output."_qs}},
     };
@@ -56,23 +55,23 @@ QList<OptionSyntax> cameraOptions() {
     return {
         {oneCamera,
          {{u"c"_qs, u"camera"_qs},
-          u"The camera: its index, its id or a beginning of it that no other has. Without it, the "
-          "first."_qs,
+          u"The camera: its index in \"list\", its id, or a unique prefix of its id. Default: the "
+          "first camera."_qs,
           u"CAMERA"_qs}},
         {prepared,
-         {u"mode"_qs, u"Set this mode first: an id or a name of \"modes\"."_qs, u"ID"_qs}},
+         {u"mode"_qs, u"Set this mode first: its id or name, as shown by \"modes\"."_qs, u"ID"_qs}},
         {prepared,
-         {u"profile"_qs, u"Then set what this profile holds; --mode goes before its mode."_qs,
+         {u"profile"_qs,
+          u"Then apply this profile. With --mode, the mode of the profile is skipped."_qs,
           u"FILE"_qs}},
         {prepared,
          {u"set"_qs,
-          u"Then set this property; ID alone runs an action. May be repeated; \"props\" shows the "
-          "properties."_qs,
+          u"Then set this property, or run this action (ID alone). May be repeated. \"props\" "
+          "shows the properties."_qs,
           u"ID=VALUE"_qs}},
         {prepared,
          {u"timeout"_qs,
-          u"Give up after this long without the picture or answer that is due (trigger: beyond the "
-          "exposure time)."_qs,
+          u"The longest wait for a picture or an answer (trigger: beyond the exposure time)."_qs,
           u"SECONDS"_qs}},
     };
 }
@@ -82,10 +81,10 @@ QList<OptionSyntax> commandOptions() {
     return {
         {{Command::Snap, Command::Record},
          {{u"o"_qs, u"output"_qs},
-          u"Where to save; folders are made. \"snap\": a picture file that ends in %1, replaced if "
-          "it exists. \"record\": one file that ends in %2, or a series of picture files: one run "
-          "of # in the name stands for the number. Existing files are left alone."_qs.arg(
-              endings, POmeStackWriter::endings().join(u", "_qs)),
+          u"Where to save; missing folders are created. \"snap\": a picture file that ends in "
+          "%1; it is replaced if it exists. \"record\": one file that ends in %2, or a series of "
+          "picture files, with one run of # in the name for the number; existing files are never "
+          "overwritten."_qs.arg(endings, POmeStackWriter::endings().join(u", "_qs)),
           u"FILE"_qs}},
         {{Command::Stream, Command::Record},
          {{u"n"_qs, u"frames"_qs}, u"End after this many frames."_qs, u"FRAMES"_qs}},
@@ -93,30 +92,30 @@ QList<OptionSyntax> commandOptions() {
          {{u"t"_qs, u"time"_qs}, u"End after this many seconds."_qs, u"SECONDS"_qs}},
         {{Command::Stream, Command::Trigger},
          {u"save"_qs,
-          u"Save every frame: one run of # in the name stands for its number. Names end in %1. "
-          "Existing files are left alone."_qs.arg(endings),
+          u"Save every frame under a name with one run of # for its number, which ends in %1. "
+          "Existing files are never overwritten."_qs.arg(endings),
           u"PATTERN"_qs}},
-        {{Command::Trigger},
-         {u"software"_qs, u"Trigger from here; so it is unless --external is given."_qs}},
-        {{Command::Trigger}, {u"external"_qs, u"Wait for the camera's trigger input."_qs}},
+        {{Command::Trigger}, {u"software"_qs, u"Trigger from software (the default)."_qs}},
+        {{Command::Trigger}, {u"external"_qs, u"Trigger from the camera's trigger input."_qs}},
         {{Command::Trigger},
          {u"exposure"_qs, u"Exposure time of a frame, such as 1s500ms, 20ms or 150us."_qs,
           u"TIME"_qs}},
         {{Command::Trigger},
-         {u"count"_qs, u"Number of frames, 1 to 999; without it 1."_qs, u"FRAMES"_qs}},
-        {{Command::Trigger}, {u"repeat"_qs, u"Go on until Ctrl-C."_qs}},
+         {u"count"_qs, u"Number of frames, 1 to 999. Default: 1."_qs, u"FRAMES"_qs}},
+        {{Command::Trigger}, {u"repeat"_qs, u"Take frames until Ctrl-C."_qs}},
         {{Command::Record},
-         {u"interval"_qs, u"Record one frame each so many seconds, the first at once."_qs,
+         {u"interval"_qs, u"Record one frame at this interval, the first at once."_qs,
           u"SECONDS"_qs}},
         {{Command::Snap, Command::Stream, Command::Trigger, Command::Record},
          {u"pixel-size"_qs,
-          u"The size of a pixel on the specimen in micrometres, for the metadata."_qs, u"UM"_qs}},
+          u"The size of a pixel of the picture on the specimen, in micrometres, for the metadata."_qs,
+          u"UM"_qs}},
     };
 }
 
 QList<CommandSyntax> makeCommands() {
     return {
-        {Command::List, u"list"_qs, u"Show the cameras that are there."_qs,
+        {Command::List, u"list"_qs, u"Show the cameras that are present."_qs,
          u"pcdctl list\npcdctl list --json --sdk sim"_qs},
         {Command::Modes, u"modes"_qs, u"Show the modes (resolutions) of a camera."_qs,
          u"pcdctl modes\npcdctl modes -c 1"_qs},
@@ -128,22 +127,23 @@ QList<CommandSyntax> makeCommands() {
          u"pcdctl get contrast\npcdctl get roi binning --mode 1 --json"_qs, u"ID…"_qs, 1,
          anyNumber},
         {Command::Set, u"set"_qs,
-         u"Set properties, in the order given, and show what the camera made of them."_qs,
+         u"Set properties in the given order, and show the values the camera then has."_qs,
          u"pcdctl set contrast=12 negative=on\npcdctl set \"binning=Add 2x2\" roi=0,0,640,480\n"
          "pcdctl set awbonce"_qs,
          u"ID=VALUE…"_qs, 1, anyNumber},
         {Command::Profile, u"profile"_qs,
-         u"Save the settings of a camera to a file, load them, or compare."_qs,
+         u"Save the settings of a camera to a file, load a file, or compare with one."_qs,
          u"pcdctl profile save slide.json --set contrast=12\npcdctl profile load slide.json\n"
          "pcdctl profile diff slide.json"_qs,
          u"save|load|diff FILE"_qs, 2, 2},
-        {Command::Reset, u"reset"_qs, u"Set properties to their defaults: these, or all."_qs,
+        {Command::Reset, u"reset"_qs, u"Set these properties, or all, to their defaults."_qs,
          u"pcdctl reset --profile slide.json\npcdctl reset contrast gamma"_qs, u"[ID…]"_qs, 0,
          anyNumber},
         {Command::Snap, u"snap"_qs, u"Take a still picture and save it."_qs,
          u"pcdctl snap -o out/a.png\npcdctl snap -o slide.tif --mode 2736x1824\n"
          "pcdctl snap -o b.png --profile slide.json --set contrast=20"_qs},
-        {Command::Stream, u"stream"_qs, u"Run the live stream, count its frames, save them."_qs,
+        {Command::Stream, u"stream"_qs,
+         u"Run the live stream, count its frames, and save them if requested."_qs,
          u"pcdctl stream -t 5\npcdctl stream -n 60 --json\n"
          "pcdctl stream -n 100 --mode 2 --save \"run/frame-####.png\""_qs},
         {Command::Trigger, u"trigger"_qs, u"Take frames on a trigger."_qs,

@@ -17,7 +17,7 @@ PCtlOutcome prepareStack(const QString& path) {
     const QFileInfo file(path);
     return file.exists() || file.isSymLink()
                ? PCtlOutcome::failed(
-                     u"\"%1\" exists already, and recordings overwrite no files"_qs.arg(path))
+                     u"\"%1\" already exists, and files are never overwritten"_qs.arg(path))
                : PCtlOutcome();
 }
 

@@ -43,7 +43,7 @@ private:
                                               text, PPropertyCheck::expectation(property))});
         } else if (!PPropertyCheck::setAndVerify(property, value)) {
             m_refused.append(
-                {property.id(), u"wanted %1, the camera has %2"_qs.arg(
+                {property.id(), u"requested %1, the camera has %2"_qs.arg(
                                     text, PPropertyText::ofValue(property.valueInner(), range))});
         }
     }

@@ -20,7 +20,7 @@ PCtlOutcome prepareStreamFiles(const PCtlOptions& options) {
     if (existing.isEmpty())
         return {};
     return PCtlOutcome::failed(
-        u"\"%1\" exists already, and streams overwrite no files: expected a pattern of new names"_qs
+        u"\"%1\" already exists, and files are never overwritten: expected a pattern for new files"_qs
             .arg(existing));
 }
 

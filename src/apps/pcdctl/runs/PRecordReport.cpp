@@ -21,7 +21,7 @@ QString PRecordReport::toText() const {
             text += u"  %1  %2\n"_qs.arg(count, 10).arg(what);
     };
     add(tally.failed, u"could not be written"_qs);
-    add(tally.refused, u"came faster than the disk could write"_qs);
-    add(tally.notTaken, u"did not come"_qs);
+    add(tally.refused, u"arrived faster than the disk could write"_qs);
+    add(tally.notTaken, u"did not arrive"_qs);
     return stream.toText() + u'\n' + text.trimmed();
 }

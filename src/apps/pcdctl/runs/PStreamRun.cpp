@@ -61,7 +61,7 @@ QString PStreamRun::stallReason() const {
     QString text = u"frame %1"_qs.arg(tally().frames() + 1);
     if (options().frames)
         text += u" of %1"_qs.arg(*options().frames);
-    text += u" did not come within %1 s of the one before"_qs.arg(
+    text += u" did not arrive within %1 s of the one before"_qs.arg(
         std::chrono::duration<double>(longestWait()).count());
     if (tally().frames() >= 2) {
         text +=
