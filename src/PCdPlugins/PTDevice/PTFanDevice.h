@@ -18,15 +18,19 @@ public:
     QVariant tryGetRange() override { return QVariant(); }
     /// Sends the speed, or 0 for a fan that is off. Always true: what the camera refuses is logged.
     bool trySetValueToDevice(FANDATA d) override;
-    /// The speed as the camera has it; on from speed 1 on; {-1, 0} if it does not tell.
+    /// The camera's speed; on from speed 1 on; {-1, 0} if it cannot be read.
     FANDATA tryGetValueFromDevice() override;
     /// A variant that holds and makes no FANDATA gives {-1, 0}.
     FANDATA convertToT(QVariant value) const override;
     QVariant convertFromT(FANDATA value) const override;
-    /// Does nothing: the panel asks the camera for the highest speed.
+    /// Does nothing: the panel reads the highest speed from the camera.
     virtual void trySetRange(QVariant range);
 
 private:
-    bool m_updating = false; ///< the panel follows the property: its signals are no wishes
+    friend class PTFanPanel; // uses the handle and the flag
+
+    FANDATA value() const { return convertToT(valueInner()); }
+
+    bool m_updating = false; ///< a panel shows the property's value: its signals set nothing
     Toupcam_t* m_h;
 };

@@ -1,22 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "PTPropBacklight.h"
 
+#include "PTBacklightPanel.h"
 #include "PTDevice.h"
-#include "PTPanel.h"
-#include "ui_PTBacklight.h"
-
-#include <initializer_list>
-
-namespace {
-
-enum Frequency { Hz60 = 0, Hz50 = 1, DirectCurrent = 2 };
-
-void setExclusive(const Ui::PTBacklight& ui, bool exclusive) {
-    for (QRadioButton* button : {ui.dc, ui.hz50, ui.hz60})
-        button->setAutoExclusive(exclusive);
-}
-
-} // namespace
 
 PTBacklightProperty::PTBacklightProperty(Toupcam_t* handle, const QByteArray& id,
                                          const QString& title)
@@ -39,37 +25,5 @@ PMinMaxRange<int> PTBacklightProperty::tryGetRangeFromDevice() {
 }
 
 QWidget* PTBacklightProperty::createWidget() {
-    auto* const panel = new PTPanel;
-    auto* const ui = new Ui::PTBacklight;
-    ui->setupUi(panel);
-    connect(
-        panel, &QObject::destroyed, panel, [ui] { delete ui; }, Qt::DirectConnection);
-
-    // The captions of the two frequencies are crossed on purpose: it is the code that counts, and
-    // users know the button that stills their lamp.
-    const auto show = [ui](int value) {
-        // Exclusive buttons keep one of them checked, but a code that none of them stands for must
-        // not show as one of theirs.
-        setExclusive(*ui, false);
-        ui->dc->setChecked(value == DirectCurrent);
-        ui->hz50->setChecked(value == Hz50);
-        ui->hz60->setChecked(value == Hz60);
-        setExclusive(*ui, true);
-    };
-    show(convertToT(valueInner()));
-    const auto setWhenOn = [this, panel](QRadioButton* button, int value) {
-        const auto setIt = [this, value](bool on) {
-            if (on)
-                setValue(convertFromT(value));
-        };
-        connect(button, &QRadioButton::toggled, this, panel->whileAlive(setIt),
-                Qt::DirectConnection);
-    };
-    setWhenOn(ui->dc, DirectCurrent);
-    setWhenOn(ui->hz50, Hz50);
-    setWhenOn(ui->hz60, Hz60);
-    connect(this, qOverload<int>(&PDevicePropertyInt::valueChanged), this, panel->whileAlive(show),
-            Qt::DirectConnection);
-    panel->setRetranslation([ui, panel] { ui->retranslateUi(panel); });
-    return panel;
+    return new PTBacklightPanel(this);
 }

@@ -15,8 +15,7 @@ class PTECProperty : public PDevicePropertyT<TECDATA> {
 public:
     PTECProperty(Toupcam_t* handle, const QByteArray& id, const QString& title);
 
-    /// Sends the stored settings to the camera, and follows the camera until the device is
-    /// unlinked.
+    /// Sends the stored settings to the camera; see PTTECPanel.
     QWidget* createWidget() override;
     QVariant tryGetRange() override { return QVariant(); }
     /// Sends both. True if the camera took the temperature.
@@ -34,6 +33,8 @@ public:
     Q_INVOKABLE QVariant sensorTemperature() const;
 
 private:
+    friend class PTTECPanel; // uses the handle and the value
+
     TECDATA value() const { return convertToT(valueInner()); }
 
     Toupcam_t* m_h;

@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+#include "PTBacklightPanel.h"
+
+#include "PTPropBacklight.h"
+#include "ui_PTBacklight.h"
+
+#include <initializer_list>
+
+namespace {
+
+enum Frequency { Hz60 = 0, Hz50 = 1, DirectCurrent = 2 };
+
+} // namespace
+
+PTBacklightPanel::PTBacklightPanel(PTBacklightProperty* property)
+    : m_property(property)
+    , m_ui(std::make_unique<Ui::PTBacklight>()) {
+    m_ui->setupUi(this);
+    showValue(m_property->convertToT(m_property->valueInner()));
+    // The captions of the two frequencies are crossed on purpose: it is the code that counts, and
+    // users know the button that stills their lamp.
+    connectButton(m_ui->dc, DirectCurrent);
+    connectButton(m_ui->hz50, Hz50);
+    connectButton(m_ui->hz60, Hz60);
+    connect(m_property, qOverload<int>(&PDevicePropertyInt::valueChanged), this,
+            whileAlive([this](int frequency) { showValue(frequency); }), Qt::DirectConnection);
+    setRetranslation([this] { m_ui->retranslateUi(this); });
+}
+
+PTBacklightPanel::~PTBacklightPanel() {
+    endLife();
+}
+
+void PTBacklightPanel::connectButton(QRadioButton* button, int frequency) {
+    const auto setWhenOn = [this, frequency](bool on) {
+        if (on)
+            m_property->setValue(m_property->convertFromT(frequency));
+    };
+    connect(button, &QRadioButton::toggled, m_property, whileAlive(setWhenOn),
+            Qt::DirectConnection);
+}
+
+void PTBacklightPanel::setExclusive(bool exclusive) {
+    for (QRadioButton* button : {m_ui->dc, m_ui->hz50, m_ui->hz60})
+        button->setAutoExclusive(exclusive);
+}
+
+void PTBacklightPanel::showValue(int frequency) {
+    // Exclusive buttons keep one of them checked, but a code that none of them stands for must not
+    // show as one of theirs.
+    setExclusive(false);
+    m_ui->dc->setChecked(frequency == DirectCurrent);
+    m_ui->hz50->setChecked(frequency == Hz50);
+    m_ui->hz60->setChecked(frequency == Hz60);
+    setExclusive(true);
+}

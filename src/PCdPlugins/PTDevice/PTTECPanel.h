@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "PTPanel.h"
+
+#include <memory>
+#include <optional>
+
+class PTECProperty;
+class QTimer;
+struct TECDATA;
+
+namespace Ui {
+class PTTecControl;
+}
+
+/// The panel of a cooler: switch, target temperature, and ten times a second the temperature and
+/// voltage now, until the device is unlinked. When the property has gone, it does nothing. The GUI
+/// thread, which is the device's.
+class PTTECPanel : public PTPanel {
+public:
+    /// Sends the stored switch and target to the camera; what the camera refuses is not noticed.
+    explicit PTTECPanel(PTECProperty* property);
+    ~PTTECPanel() override;
+
+private:
+    struct Readings {
+        short temperature = 0; ///< tenths of a degree Celsius
+        int voltage = 0;       ///< tenths of a volt, as the next
+        int highestVoltage = 0;
+    };
+
+    void connectControls();
+    void connectProperty();
+    void startRefreshing();
+    void showValue(const TECDATA& d);
+    void setOn(bool on);
+    void setTarget(double degrees);
+    void refresh();
+    void showReadings();
+    void retranslate();
+
+    PTECProperty* m_property; ///< used only in slots that end with it
+    std::unique_ptr<Ui::PTTecControl> m_ui;
+    std::optional<Readings> m_readings; ///< the last ones; none until the first refresh
+};
