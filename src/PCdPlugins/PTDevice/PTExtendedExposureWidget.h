@@ -32,24 +32,26 @@ public:
 private:
     void setupUiInitialState(const ExtendedExposureData& d);
     void setupConnections();
-    void connectControls();
-    void connectRunButtons();
+    void connectPages();
     void connectDevice();
     void updateState(const ExtendedExposureData& d);
-    void updateRunButtons();
     void updateFromValue(const ExtendedExposureData& d);
-    void showPage(int capturemode);
+    void writeBack();
     void retranslate();
 
-    ExtendedExposureData recordOfControls() const;
-    void writeBack();
+    struct Run;
+    static const std::array<Run, 3> runs;
 
-    void runOnce(bool on);
-    void runSequence(bool on);
-    void runRepeat(bool on);
-    void stopTrigger();
+    void connectRunButtons();
+    QPushButton* button(const Run& run) const;
+    void toggleRun(const Run& run, bool on);
+    unsigned short beginOnce();
+    unsigned short beginSequence();
+    unsigned short beginRepeat();
+    const Run* pressedRun() const; ///< null while idle
     bool isRunning() const;
-    std::array<QPushButton*, 3> runButtons() const; // in the order in which they are unchecked
+    void updateRunButtons();
+    void uncheckRunButtons();
 
     void takeImage(const PImage& image);
     void finishRunOnce();
