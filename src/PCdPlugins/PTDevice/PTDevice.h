@@ -12,12 +12,6 @@
 
 class PTStreamThread;
 
-/// True if an SDK result is a success: the SDK's success codes are the non-negative ones. Any
-/// thread.
-inline bool checkError(int result) {
-    return result >= 0;
-}
-
 /// One camera, opened from construction on. Everything runs on the device's thread, and talks to
 /// the camera at once through the SDK handle, unless it says otherwise.
 class PTDevice : public PDevice {

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "PTExtendedExposure.h"
 
-#include "PTDevice.h"
 #include "PTExtendedExposureWidget.h"
 #include "PTLog.h"
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // The runs of the exposure panel: their buttons, and the images that become snapshots.
-#include "PTDevice.h"
 #include "PTExtendedExposureWidget.h"
 #include "PTLog.h"
 #include "ui_PTExtendedExposure.h"
 
+#include <PCd/device/PDevice.h>
 #include <PCd/frame/PCdDipUtils.h>
 
 #include <QCoreApplication>

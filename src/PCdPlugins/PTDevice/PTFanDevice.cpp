@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "PTFanDevice.h"
 
-#include "PTDevice.h"
 #include "PTFanPanel.h"
 #include "PTLog.h"
 

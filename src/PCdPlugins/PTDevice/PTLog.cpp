@@ -17,3 +17,7 @@ PMessageStream ptLog(const char* function, const char* file, int line, PLogLevel
     return PLog::logStream(QStringLiteral("PTDevice"), oneSpelling(function),
                            QString::fromLatin1(file), line, level);
 }
+
+void ptLogFailedCall(const char* function, const char* file, int line, const char* call) {
+    ptLog(function, file, line, PLogLevel::Warning) << "Failed TOUPCAM_OP:" << call;
+}

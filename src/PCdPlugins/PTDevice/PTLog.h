@@ -8,6 +8,15 @@
 PMessageStream ptLog(const char* function, const char* file, int line,
                      PLogLevel level = PLogLevel::Info);
 
+/// A record of an SDK call that failed, with the call as it is written. Any thread.
+void ptLogFailedCall(const char* function, const char* file, int line, const char* call);
+
+/// True if an SDK result is a success: the SDK's success codes are the non-negative ones. Any
+/// thread.
+inline bool checkError(int result) {
+    return result >= 0;
+}
+
 /// A record from here.
 #define PT_LOG() ptLog(Q_FUNC_INFO, __FILE__, __LINE__)
 
@@ -22,7 +31,7 @@ PMessageStream ptLog(const char* function, const char* file, int line,
 #define PT_OP_AS(function, line, text, ...)                                                        \
     do {                                                                                           \
         if (!checkError(__VA_ARGS__))                                                              \
-            ptLog(function, __FILE__, line, PLogLevel::Warning) << "Failed TOUPCAM_OP:" << text;   \
+            ptLogFailedCall(function, __FILE__, line, text);                                       \
     } while (false)
 
 /// An SDK call from the function and source line by which its record is known.

@@ -2,7 +2,7 @@
 #include "PTPropBacklight.h"
 
 #include "PTBacklightPanel.h"
-#include "PTDevice.h"
+#include "PTLog.h"
 
 PTBacklightProperty::PTBacklightProperty(Toupcam_t* handle, const QByteArray& id,
                                          const QString& title)

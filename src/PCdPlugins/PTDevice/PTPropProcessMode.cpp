@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "PTPropProcessMode.h"
 
-#include "PTDevice.h"
+#include "PTLog.h"
 
 #include <initializer_list>
 

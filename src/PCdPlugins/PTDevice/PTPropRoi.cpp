@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "PTPropRoi.h"
 
-#include "PTDevice.h"
 #include "PTLog.h"
 
 namespace {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "PTTECProperty.h"
 
-#include "PTDevice.h"
+#include "PTLog.h"
 #include "PTTECPanel.h"
 
 PTECProperty::PTECProperty(Toupcam_t* handle, const QByteArray& id, const QString& title)
