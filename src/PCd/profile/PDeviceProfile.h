@@ -7,8 +7,8 @@
 #include <QString>
 #include <QVariant>
 
-/// The settings of a device as they stand in a file (docs/profiles.md). A value; it knows no
-/// device.
+/// The settings of a device as they stand in a file (docs/profiles.md), or in the same form without
+/// one. A value; it knows no device.
 struct PDeviceProfile {
     /// One value of the file.
     struct Setting {
@@ -19,7 +19,7 @@ struct PDeviceProfile {
         QHash<QString, QString> fieldPositions = {};
     };
 
-    QString path;   ///< the file
+    QString path;   ///< the file; empty: there is none, and no positions
     QString model;  ///< of the device that was saved
     QString serial; ///< likewise
     Setting mode;   ///< the form is the mode's id; invalid: the device had no modes

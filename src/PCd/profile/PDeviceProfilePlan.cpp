@@ -247,9 +247,11 @@ PStatus PDeviceProfilePlan::refuse(const PDeviceProfile::Setting& setting, const
 
 PStatus PDeviceProfilePlan::damage(const PDeviceProfile::Setting& setting,
                                    const QString& reason) const {
+    const QString what = QStringLiteral("\"%1\" %2").arg(QString::fromUtf8(setting.id), reason);
     return PStatus::failure(
-        QStringLiteral("\"%1\": %2: \"%3\" %4")
-            .arg(m_profile.path, setting.position, QString::fromUtf8(setting.id), reason));
+        m_profile.path.isEmpty()
+            ? what // it is not from a file
+            : QStringLiteral("\"%1\": %2: %3").arg(m_profile.path, setting.position, what));
 }
 
 void PDeviceProfilePlan::sortSteps() {

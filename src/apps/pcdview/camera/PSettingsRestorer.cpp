@@ -4,12 +4,8 @@
 #include <apps/common/camera/PCaptureMode.h>
 
 #include <PCd/device/PDevice.h>
-#include <PCd/profile/PDeviceProfileParser.h>
 #include <PCd/profile/PDeviceProfilePlan.h>
 #include <PCd/property/PDeviceProperty.h>
-
-#include <PCore/PJsonReader.h>
-#include <PCore/PJsonWriter.h>
 
 namespace {
 
@@ -17,14 +13,6 @@ constexpr const char* automaticId = "autoexponeable";
 constexpr const char* targetId = "autoexpotarget";
 constexpr const char* timeId = "autoexpottime";
 constexpr const char* gainId = "autoexpogain";
-
-QByteArray documentOf(PDevice& device) {
-    PJsonWriter writer;
-    writer.writeValue(PDeviceProfileParser::formatKey(), PDeviceProfileParser::formatName());
-    writer.writeValue(PDeviceProfileParser::versionKey(), PDeviceProfileParser::Version);
-    return device.writeStreamThis(&writer, PDeviceProfileParser::cameraKey()) ? writer.document()
-                                                                              : QByteArray();
-}
 
 } // namespace
 
@@ -60,7 +48,7 @@ void PSettingsRestorer::release() {
 
 PStatus PSettingsRestorer::restore(PDevice& device, PDeviceProfileReport& report) const {
     PDeviceProfilePlan plan(device);
-    const PStatus status = plan.make(m_profile);
+    const PStatus status = plan.make(m_values.toProfile());
     if (!status.isOk())
         return status;
     report = plan.apply();
@@ -100,11 +88,7 @@ void PSettingsRestorer::remember() {
     if (exposesForNoTime || !m_device->isAnswering())
         return;
     rememberExposure();
-    PJsonReader reader;
-    PDeviceProfile profile;
-    if (reader.setDocument(documentOf(*m_device)).isOk() &&
-        PDeviceProfileParser::parse(reader, profile).isOk())
-        m_profile = profile;
+    m_values = PDeviceProfileValues::ofDevice(*m_device);
 }
 
 /// That of the live picture: in triggered capture the camera has another one.

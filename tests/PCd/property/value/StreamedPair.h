@@ -8,9 +8,12 @@
 struct StreamedPair {
     qint32 saved = 0;
     qint32 leftOut = 0;
+
+    static inline int timesWritten = 0; ///< how often a stream form was made, of any pair
 };
 
 inline QDataStream& operator<<(QDataStream& out, const StreamedPair& pair) {
+    ++StreamedPair::timesWritten;
     return out << pair.saved;
 }
 

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#include <PCd/profile/PDeviceProfileValues.h>
+
+#include <PCd/device/PDevice.h>
+#include <PCd/property/PDeviceProperty.h>
+#include <PCd/property/value/PPropertyEncoding.h>
+
+namespace {
+
+/// An action has no value, and a region that the device could not read is empty.
+bool hasSetting(const PDeviceProperty& property) {
+    const QVariant value = property.valueInner();
+    const bool isRegion = value.typeId() == QMetaType::QRect;
+    return property.isSerializable() && value.isValid() && !(isRegion && value.toRect().isEmpty());
+}
+
+} // namespace
+
+PDeviceProfileValues PDeviceProfileValues::ofDevice(PDevice& device) {
+    PDeviceProfileValues values;
+    values.m_model = device.model();
+    values.m_serial = device.serial();
+    values.m_mode = QString::fromLatin1(device.getCurrentMode().id);
+    for (const PDeviceProperty* property : device.supportProperties()) {
+        if (hasSetting(*property))
+            values.m_settings.append(
+                {property->id(), property->valueInner(), property->rangeInner()});
+    }
+    return values;
+}
+
+PDeviceProfile PDeviceProfileValues::toProfile() const {
+    PDeviceProfile profile;
+    profile.model = m_model;
+    profile.serial = m_serial;
+    if (!m_mode.isEmpty())
+        profile.mode = {QByteArrayLiteral("mode"), m_mode, QString()};
+    for (const Setting& setting : m_settings) {
+        const QVariant form = PPropertyEncoding::toForm(setting.value, setting.range);
+        if (form.isValid())
+            profile.settings.append({setting.id, form, QString()});
+    }
+    return profile;
+}

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCd/profile/PDeviceProfile.h>
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+#include <QVariant>
+
+class PDevice;
+
+/// The settings of a device as values, as the host knows them: what a profile holds, without a
+/// file. To keep them costs copies of shared values; nothing is encoded. A value; any thread,
+/// unless a function says otherwise.
+class PDeviceProfileValues {
+public:
+    /// Of a device as it is now: its mode, and the value of every serialisable property. No
+    /// property is read again. The device's thread.
+    static PDeviceProfileValues ofDevice(PDevice& device);
+
+    /// True if there are none.
+    bool isEmpty() const { return m_settings.isEmpty(); }
+    /// The settings in the form in which profiles have them. Values without a form are left out.
+    PDeviceProfile toProfile() const;
+
+private:
+    struct Setting {
+        QByteArray id;
+        QVariant value;
+        QVariant range; ///< has the names of choices
+    };
+
+    QString m_model;
+    QString m_serial;
+    QString m_mode; ///< its id; empty if the device has no modes
+    QList<Setting> m_settings;
+};

@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: MIT
+#include <PCd/profile/PDeviceProfileValues.h>
+
+#include <PCd/profile/ProfileDevice.h>
+
+#include <PCd/profile/PDeviceProfileFile.h>
+#include <PCd/profile/PDeviceProfilePlan.h>
+
+#include <support/QtPrinters.h>
+
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class PDeviceProfileValuesTest : public testing::Test {
+protected:
+    /// The host knows what the camera has.
+    void changeAll() {
+        camera.changeAll();
+        for (PDeviceProperty* property : camera.device.supportProperties())
+            property->updateValueFromDevice();
+    }
+
+    ProfileDevice camera;
+};
+
+QStringList idsOf(const PDeviceProfile& profile) {
+    QStringList ids;
+    for (const PDeviceProfile::Setting& setting : profile.settings)
+        ids.append(QString::fromLatin1(setting.id));
+    return ids;
+}
+
+} // namespace
+
+TEST_F(PDeviceProfileValuesTest, are_kept_without_encoding_a_value) {
+    changeAll();
+    StreamedPair::timesWritten = 0;
+    const PDeviceProfileValues settings = PDeviceProfileValues::ofDevice(camera.device);
+    const PDeviceProfileValues copy = settings;
+    EXPECT_FALSE(copy.isEmpty());
+    EXPECT_EQ(StreamedPair::timesWritten, 0);
+    EXPECT_FALSE(copy.toProfile().settings.isEmpty());
+    EXPECT_EQ(StreamedPair::timesWritten, 1) << "this is where a value is encoded";
+}
+
+TEST_F(PDeviceProfileValuesTest, read_no_property_again) {
+    camera.contrast->calls.clear();
+    camera.contrast->inDevice = 99;
+    PDeviceProfileValues::ofDevice(camera.device);
+    EXPECT_EQ(camera.contrast->calls, QStringList());
+}
+
+TEST_F(PDeviceProfileValuesTest, are_none_before_there_is_a_device) {
+    EXPECT_TRUE(PDeviceProfileValues().isEmpty());
+    EXPECT_TRUE(PDeviceProfileValues().toProfile().settings.isEmpty());
+}
+
+TEST_F(PDeviceProfileValuesTest, are_those_of_a_profile_that_is_saved_at_the_same_time) {
+    changeAll();
+    const PDeviceProfile kept = PDeviceProfileValues::ofDevice(camera.device).toProfile();
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("camera.json"));
+    ASSERT_TRUE(PDeviceProfileFile::save(camera.device, path).isOk());
+    PDeviceProfile saved;
+    ASSERT_TRUE(PDeviceProfileFile::read(path, saved).isOk());
+    EXPECT_EQ(kept.model, saved.model);
+    EXPECT_EQ(kept.serial, saved.serial);
+    EXPECT_EQ(kept.mode.form, saved.mode.form);
+    ASSERT_EQ(idsOf(kept), idsOf(saved));
+    for (qsizetype i = 0; i < saved.settings.size(); ++i)
+        EXPECT_EQ(kept.settings.at(i).form, saved.settings.at(i).form)
+            << idsOf(saved).at(i).toStdString();
+}
+
+TEST_F(PDeviceProfileValuesTest, leave_out_a_region_that_the_device_could_not_read) {
+    changeAll();
+    camera.roi->setValueInner(QRect());
+    EXPECT_FALSE(idsOf(PDeviceProfileValues::ofDevice(camera.device).toProfile())
+                     .contains(QStringLiteral("roi")));
+}
+
+TEST_F(PDeviceProfileValuesTest, can_be_applied_to_another_device) {
+    changeAll();
+    ProfileDevice other;
+    PDeviceProfilePlan plan(other.device);
+    ASSERT_TRUE(plan.make(PDeviceProfileValues::ofDevice(camera.device).toProfile()).isOk());
+    EXPECT_TRUE(plan.apply().isComplete());
+    camera.exposure->inDevice = QVariant::fromValue(StreamedPair{7, 5}); // what is saved of it
+    EXPECT_EQ(other.state(), camera.state());
+}
+
+TEST_F(PDeviceProfileValuesTest, that_a_device_cannot_have_are_named_without_a_file) {
+    camera.contrast->setValueInner(1000);
+    PDeviceProfilePlan plan(camera.device);
+    const PStatus status = plan.make(PDeviceProfileValues::ofDevice(camera.device).toProfile());
+    EXPECT_EQ(status.reason(),
+              QStringLiteral("\"contrast\" cannot be 1000: expected a whole number "
+                             "from -100 to 100"));
+}
