@@ -19,7 +19,7 @@ constexpr int serialLength = 10;
 constexpr auto constructorText = "PTDevice::PTDevice(ToupcamDeviceV2)";
 
 /// The model name, which the SDK must give.
-const char* modelNameOf(const ToupcamDeviceV2& record) {
+const char* modelName(const ToupcamDeviceV2& record) {
     if (record.model == nullptr || record.model->name == nullptr)
         throw std::invalid_argument("the camera's record has no model name");
     return record.model->name;
@@ -32,7 +32,7 @@ HToupCam openCamera(const ToupcamDeviceV2& record) {
     return Toupcam_Open(id);
 }
 
-PDeviceMode modeOf(HToupCam handle, unsigned index) {
+PDeviceMode readMode(HToupCam handle, unsigned index) {
     PDeviceMode mode;
     Toupcam_get_Resolution(handle, index, &mode.width, &mode.height);
     mode.name = QStringLiteral("%1x%2").arg(mode.width).arg(mode.height);
@@ -83,7 +83,7 @@ PTDevice::PTDevice(ToupcamDeviceV2 record)
     // No destructor runs for an object whose constructor throws.
     auto closeAgain = qScopeGuard([this] { Toupcam_Close(m_handle); });
     readSerial();
-    data.model = QString::fromUtf8(modelNameOf(record)).toLatin1();
+    data.model = QString::fromUtf8(modelName(record)).toLatin1();
     streamThread = std::make_unique<PTStreamThread>(this, m_handle);
     setProcessImage(true);
     setDeviceOption(PCD::DeviceOption::HotPluggable, true);
@@ -193,7 +193,7 @@ QList<PDeviceMode> PTDevice::getSupportModes() {
     // A camera that has just been unplugged answers with an error code, which as a count without a
     // sign would be two billion modes. Any other count is the camera's to say.
     for (int index = 0; index < count; ++index)
-        modes.append(modeOf(m_handle, unsigned(index)));
+        modes.append(readMode(m_handle, unsigned(index)));
     return modes;
 }
 

@@ -16,7 +16,7 @@ constexpr auto cbDataText = "void cbData(const void *, const BITMAPINFOHEADER *,
 constexpr auto cbEventText = "void cbEvent(unsigned int, void *)";
 constexpr auto cbExposureText = "void cbExposure(void *)";
 
-std::optional<PDIP::ColorFormat> formatOfDepth(int bitCount) {
+std::optional<PDIP::ColorFormat> toColorFormat(int bitCount) {
     switch (bitCount) {
     case 8:
         return PDIP::ColorFormat::Gray;
@@ -28,9 +28,9 @@ std::optional<PDIP::ColorFormat> formatOfDepth(int bitCount) {
 }
 
 /// Copies a pushed buffer into an image, or books it as dropped.
-std::optional<PImage> imageOfBuffer(PTDevice* device, const void* data,
-                                    const BITMAPINFOHEADER& header) {
-    const std::optional<PDIP::ColorFormat> format = formatOfDepth(header.biBitCount);
+std::optional<PImage> copyToImage(PTDevice* device, const void* data,
+                                  const BITMAPINFOHEADER& header) {
+    const std::optional<PDIP::ColorFormat> format = toColorFormat(header.biBitCount);
     if (!format) {
         device->reportDroppedFrames(PFrameOutcome::BadDepth);
         return std::nullopt;
@@ -59,7 +59,7 @@ void deliver(PTDevice* device, PImage image, bool isSnapshot) {
 
 void takeBuffer(PTDevice* device, const void* data, const BITMAPINFOHEADER& header,
                 bool isSnapshot) {
-    if (std::optional<PImage> image = imageOfBuffer(device, data, header))
+    if (std::optional<PImage> image = copyToImage(device, data, header))
         deliver(device, std::move(*image), isSnapshot);
 }
 

@@ -22,7 +22,7 @@ namespace {
 constexpr int rescanDelayMs = 1000;
 constexpr auto aliveDevicesText = "virtual QList<PDevice *> PTDeviceRegister::aliveDevices()";
 
-QString cameraIdOf(const char* id) {
+QString toCameraId(const char* id) {
     return QString::fromLatin1(id, qsizetype(qstrnlen(id, sizeof ToupcamDeviceV2::id)));
 }
 
@@ -98,7 +98,7 @@ void PTDeviceRegister::scheduleRescan() {
 PTDevice* PTDeviceRegister::findByCameraId(const QString& cameraId) const {
     for (PDevice* device : devices()) {
         auto* const camera = qobject_cast<PTDevice*>(device);
-        if (camera != nullptr && cameraIdOf(camera->sdkCameraId()) == cameraId)
+        if (camera != nullptr && toCameraId(camera->sdkCameraId()) == cameraId)
             return camera;
     }
     return nullptr;
@@ -110,14 +110,14 @@ QList<PDevice*> PTDeviceRegister::aliveDevices() {
     QList<PDevice*> alive;
     alive.reserve(int(count));
     for (unsigned i = 0; i < count; ++i) {
-        if (PDevice* const device = deviceOf(records[i]))
+        if (PDevice* const device = findOrOpenDevice(records[i]))
             alive.append(device);
     }
     return alive;
 }
 
-PDevice* PTDeviceRegister::deviceOf(const ToupcamDeviceV2& record) {
-    const QString cameraId = cameraIdOf(record.id);
+PDevice* PTDeviceRegister::findOrOpenDevice(const ToupcamDeviceV2& record) {
+    const QString cameraId = toCameraId(record.id);
     if (PTDevice* const known = findByCameraId(cameraId))
         return known;
     std::unique_ptr<PTDevice> device = openDevice(record);

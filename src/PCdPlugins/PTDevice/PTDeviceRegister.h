@@ -35,7 +35,7 @@ public:
     void scheduleRescan();
 
 private:
-    PDevice* deviceOf(const ToupcamDeviceV2& record);
+    PDevice* findOrOpenDevice(const ToupcamDeviceV2& record);
     void removeDeviceWithId(const QByteArray& id);
 
     QTimer* rescanTimer = nullptr;

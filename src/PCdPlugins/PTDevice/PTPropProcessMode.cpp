@@ -18,7 +18,7 @@ QUuid itemId(int position) {
     return QUuid(0, 0, 0, 0, 0, 0, 0, 0, 0, 0, uchar(position));
 }
 
-PEnumeration itemsOf(std::initializer_list<Choice> choices) {
+PEnumeration toEnumeration(std::initializer_list<Choice> choices) {
     PEnumeration items;
     for (const Choice& choice : choices)
         items.addItem(itemId(int(items.items().size())), QString::fromUtf8(choice.name),
@@ -27,35 +27,36 @@ PEnumeration itemsOf(std::initializer_list<Choice> choices) {
 }
 
 PEnumeration switchItems() {
-    return itemsOf({{"Disable", QObject::tr("Disable"), 0}, {"Enable", QObject::tr("Enable"), 1}});
+    return toEnumeration(
+        {{"Disable", QObject::tr("Disable"), 0}, {"Enable", QObject::tr("Enable"), 1}});
 }
 
 PEnumeration binningItems() {
     // Sums are the bare factor; averages have 0x80 added.
-    return itemsOf({{"No binning", QObject::tr("No binning"), 1},
-                    {"Add 2x2", QObject::tr("Add 2x2"), 2},
-                    {"Add 3x3", QObject::tr("Add 3x3"), 3},
-                    {"Add 4x4", QObject::tr("Add 4x4"), 4},
-                    {"Average 2x2", QObject::tr("Average 2x2"), 0x82},
-                    {"Average 3x3", QObject::tr("Average 3x3"), 0x83},
-                    {"Average 4x4", QObject::tr("Average 4x4"), 0x84}});
+    return toEnumeration({{"No binning", QObject::tr("No binning"), 1},
+                          {"Add 2x2", QObject::tr("Add 2x2"), 2},
+                          {"Add 3x3", QObject::tr("Add 3x3"), 3},
+                          {"Add 4x4", QObject::tr("Add 4x4"), 4},
+                          {"Average 2x2", QObject::tr("Average 2x2"), 0x82},
+                          {"Average 3x3", QObject::tr("Average 3x3"), 0x83},
+                          {"Average 4x4", QObject::tr("Average 4x4"), 0x84}});
 }
 
 PEnumeration rotationItems() {
-    return itemsOf({{"0", QObject::tr("0°"), 0},
-                    {"90", QObject::tr("90°"), 90},
-                    {"180", QObject::tr("180°"), 180},
-                    {"270", QObject::tr("270°"), 270}});
+    return toEnumeration({{"0", QObject::tr("0°"), 0},
+                          {"90", QObject::tr("90°"), 90},
+                          {"180", QObject::tr("180°"), 180},
+                          {"270", QObject::tr("270°"), 270}});
 }
 
-int valueOf(const PEnumerationItem& item) {
+int sdkValue(const PEnumerationItem& item) {
     return item.data.toInt(nullptr, 10);
 }
 
 /// Of the first item with this value; without one the null id, which is the first item's.
-QUuid idOfValue(const PEnumeration& items, int value) {
+QUuid findItemId(const PEnumeration& items, int value) {
     for (const PEnumerationItem& item : items.items()) {
-        if (valueOf(item) == value)
+        if (sdkValue(item) == value)
             return item.id;
     }
     return QUuid();
@@ -72,7 +73,7 @@ PTPropProcessMode::PTPropProcessMode(Toupcam_t* handle, const QByteArray& id, co
 }
 
 bool PTPropProcessMode::trySetValueToDevice(QUuid item) {
-    const int value = valueOf(convertToR(rangeInner()).getItem(item));
+    const int value = sdkValue(convertToR(rangeInner()).getItem(item));
     Toupcam_put_Option(m_handle, unsigned(m_option), value);
     return true;
 }
@@ -80,7 +81,7 @@ bool PTPropProcessMode::trySetValueToDevice(QUuid item) {
 QUuid PTPropProcessMode::tryGetValueFromDevice() {
     int value = 0;
     Toupcam_get_Option(m_handle, unsigned(m_option), &value);
-    return idOfValue(m_items, value);
+    return findItemId(m_items, value);
 }
 
 PTPropBackligtComp::PTPropBackligtComp(Toupcam_t* handle, const QByteArray& id,
@@ -92,14 +93,14 @@ PTPropBackligtComp::PTPropBackligtComp(Toupcam_t* handle, const QByteArray& id,
 }
 
 bool PTPropBackligtComp::trySetValueToDevice(QUuid item) {
-    const int value = valueOf(convertToR(rangeInner()).getItem(item));
+    const int value = sdkValue(convertToR(rangeInner()).getItem(item));
     return checkError(Toupcam_put_HZ(m_handle, value));
 }
 
 QUuid PTPropBackligtComp::tryGetValueFromDevice() {
     int value = 0;
     Toupcam_get_HZ(m_handle, &value);
-    return idOfValue(m_items, value);
+    return findItemId(m_items, value);
 }
 
 QList<PDeviceProperty*> createProcessModeProperties(PTDevice*, Toupcam_t* handle) {

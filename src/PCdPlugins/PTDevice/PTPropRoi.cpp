@@ -7,13 +7,13 @@ namespace {
 
 constexpr unsigned unknown = 0xFFFFFFFF;
 
-QRect rectOf(unsigned x, unsigned y, unsigned w, unsigned h) {
+QRect toRect(unsigned x, unsigned y, unsigned w, unsigned h) {
     QRect rect;
     rect.setCoords(int(x), int(y), int(x + w - 1), int(y + h - 1));
     return rect;
 }
 
-PScanAreaRange rangeOf(int w, int h) {
+PScanAreaRange toRange(int w, int h) {
     PScanAreaRange range;
     range.bounds.setCoords(0, 0, w - 1, h - 1);
     range.minimumWidth = 4;
@@ -44,7 +44,7 @@ QRect PTPropRoi::tryGetValueFromDevice() {
     unsigned w = 0;
     unsigned h = 0;
     Toupcam_get_Roi(m_handle, &x, &y, &w, &h);
-    return rectOf(x, y, w, h);
+    return toRect(x, y, w, h);
 }
 
 PScanAreaRange PTPropRoi::tryGetRangeFromDevice() {
@@ -57,5 +57,5 @@ PScanAreaRange PTPropRoi::tryGetRangeFromDevice() {
         return PScanAreaRange();
     }
     PT_OP(Toupcam_get_Resolution(m_handle, n, &w, &h));
-    return rangeOf(w, h);
+    return toRange(w, h);
 }
