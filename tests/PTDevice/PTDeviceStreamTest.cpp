@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The live path: starting and stopping the push stream, and what becomes of every pushed buffer.
+// The live path: starting and stopping the push stream, and what happens to every pushed buffer.
 #include "SimFixture.h"
 
 #include <PCd/property/PDeviceProperty.h>

@@ -73,7 +73,7 @@ TEST_F(PTPropRoi, the_range_is_the_sensor_at_the_resolution_in_use) {
 }
 
 TEST_F(PTPropRoi, the_range_is_empty_and_logged_if_the_camera_has_no_resolution_in_use) {
-    ToupcamSim_failCall("Toupcam_get_eSize", 0, 1, S_FALSE); // not a failure, and nothing told
+    ToupcamSim_failCall("Toupcam_get_eSize", 0, 1, S_FALSE); // not a failure, but no index either
     EXPECT_EQ(range(), PScanAreaRange());
     EXPECT_EQ(ptLastText(log), QStringLiteral("ScanAreaRange: 4294967295"));
 }

@@ -242,7 +242,7 @@ TEST_F(PTProps, a_finished_one_push_is_logged_with_its_context) {
 
 TEST_F(PTProps, a_finished_one_push_without_the_properties_does_nothing) {
     device.reset();
-    const auto bare = open(); // nobody has asked for its list
+    const auto bare = open(); // its list was never read
     cbWbOnce(1, 2, static_cast<PDevice*>(bare.get()));
     QCoreApplication::processEvents();
     EXPECT_THAT(SimJournal::calls("Toupcam_get_TempTint"), IsEmpty());

@@ -117,7 +117,7 @@ TEST_F(PTStreamThreadTest, seven_codes_without_a_consumer_leave_exactly_the_seve
     for (unsigned code = 10; code < 17; ++code)
         device->pullThread()->pushEvent(code);
     EXPECT_THAT(queuedEvents(), ElementsAre(16u));
-    EXPECT_THAT(log.texts(), IsEmpty()) << "dropped without a word";
+    EXPECT_THAT(log.texts(), IsEmpty()) << "dropped without a message";
 }
 
 TEST_F(PTStreamThreadTest, the_fifth_image_without_a_consumer_clears_the_four_and_says_so) {

@@ -57,7 +57,7 @@ TEST_F(Plugin, the_metadata_header_has_format_version_1_and_exactly_1_as_its_arc
     EXPECT_EQ(bytes.at(note + 15), 1);
 }
 
-TEST_F(Plugin, the_root_object_is_one_register_and_made_anew_once_it_is_destroyed) {
+TEST_F(Plugin, the_root_object_is_one_register_and_made_again_once_it_is_destroyed) {
     QPointer<QObject> root = loader.instance();
     ASSERT_FALSE(root.isNull()) << qPrintable(loader.errorString());
     EXPECT_STREQ(root->metaObject()->className(), "PTDeviceRegister");

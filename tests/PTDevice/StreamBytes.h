@@ -13,7 +13,7 @@ QByteArray bytesOf(const T& value) {
     return bytes;
 }
 
-/// The value that a stream reads over this one; `whole` tells if it took exactly these bytes.
+/// The value that a stream reads over this one; `whole` is true if it took exactly these bytes.
 template <typename T>
 T valueOfBytes(const QByteArray& bytes, T value, bool* whole) {
     QDataStream stream(bytes);

@@ -11,7 +11,7 @@ struct FANDATA {
     Q_PROPERTY(qint32 target MEMBER target)
 
 public:
-    qint32 enable = -1; ///< 1 on, 0 off, -1 the camera did not tell
+    qint32 enable = -1; ///< 1 on, 0 off, -1 could not be read
     qint32 target = 0;  ///< speed level
 
     friend bool operator==(const FANDATA& a, const FANDATA& b) {

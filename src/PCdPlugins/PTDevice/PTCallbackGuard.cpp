@@ -12,12 +12,12 @@ void PTCallbackGuard::logException(const char* callback, const char* what) noexc
     try {
         ptLog(callback, __FILE__, __LINE__, PLogLevel::Error) << "Exception:" << what;
     } catch (...) {
-        return; // no memory to tell it either
+        return; // no memory for the record either
     }
 }
 
 void PTCallbackGuard::updateLater(const PDevice* device, const char* propertyId) {
-    // The property lives on the device's thread, and only there may it talk to its listeners.
+    // The property lives on the device's thread, and only there may it emit its signals.
     if (PDeviceProperty* const property = device->getProperty(propertyId))
         QMetaObject::invokeMethod(property, "updateValueFromDevice", Qt::QueuedConnection);
 }

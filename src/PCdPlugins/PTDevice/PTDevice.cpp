@@ -45,7 +45,7 @@ bool hasFlag(quint64 flags, quint64 flag) {
     return (flags & flag) != 0;
 }
 
-/// What a camera says of its stream; where it does not answer, the value stays as it is here.
+/// The state of a camera's stream; what cannot be read stays as it is here.
 struct StreamState {
     unsigned exposureTime = 0; // microseconds
     int autoExposure = -1;
@@ -191,7 +191,7 @@ QList<PDeviceMode> PTDevice::getSupportModes() {
     const int count = Toupcam_get_ResolutionNumber(m_handle);
     QList<PDeviceMode> modes;
     // A camera that has just been unplugged answers with an error code, which as a count without a
-    // sign would be two billion modes. Any other count is the camera's to say.
+    // sign would be two billion modes. Any other count is taken as it is.
     for (int index = 0; index < count; ++index)
         modes.append(readMode(m_handle, unsigned(index)));
     return modes;
@@ -210,7 +210,7 @@ PDeviceMode PTDevice::getCurrentMode() {
 
 bool PTDevice::trySetMode(const PDeviceMode& mode) {
     PT_LOG_AT(323) << "Try set mode:" << mode.width << mode.height;
-    // The id alone decides; sizes and names are for people.
+    // The id alone decides; sizes and names are for the user.
     const unsigned index = mode.id.toUInt();
     if (!checkError(Toupcam_put_eSize(m_handle, index))) {
         PT_LOG_AT(331) << "Failed TOUPCAM_OP: Toupcam_put_eSize index" << index << "for"
@@ -228,7 +228,7 @@ bool PTDevice::trySetMode(const PDeviceMode& mode) {
 }
 
 void PTDevice::handleSdkDisconnect() {
-    // Several callbacks may find out at the same time; the first one tells.
+    // Several callbacks may find out at the same time; only the first one reports it.
     if (disconnectReported.exchange(true))
         return;
     PT_LOG_AT(207) << "PTDevice: SDK reported disconnect for" << deviceId(false);

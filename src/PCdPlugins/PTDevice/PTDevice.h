@@ -12,8 +12,8 @@
 
 class PTStreamThread;
 
-/// One camera, opened from construction on. Everything runs on the device's thread, and talks to
-/// the camera at once through the SDK handle, unless it says otherwise.
+/// One camera, opened from construction on. Everything runs on the device's thread, and calls
+/// the camera at once through the SDK handle, unless its comment says otherwise.
 class PTDevice : public PDevice {
     Q_OBJECT
 
@@ -25,12 +25,12 @@ public:
     ~PTDevice() override;
 
     bool isSupportStillCapture() const override;
-    /// Asks for a still picture and returns an empty image: the picture arrives through the stream.
+    /// Requests a still and returns an empty image: the still arrives through the stream.
     PImage getSnapshot() override;
-    /// Asks for a still picture at the current resolution. True if the SDK accepted.
+    /// Requests a still at the current resolution. True if the SDK accepted.
     bool triggerStillCapture() override;
     QByteArray getModel() const override;
-    /// Exactly 10 bytes, padded with zeros, or empty if the camera did not tell.
+    /// Exactly 10 bytes, padded with zeros, or empty if it could not be read.
     QByteArray getSerial() const override;
     bool tryLink() override;
     bool tryUnlink() override;
@@ -53,8 +53,8 @@ public:
     /// The SDK's id of the camera, at most 63 characters. Any thread.
     const char* sdkCameraId() const { return cameraId; }
 
-    /// The SDK says that the camera is gone: logs it and emits disconnected(), once. Any thread,
-    /// any number of times.
+    /// The SDK reported that the camera is gone: logs it and emits disconnected(), once. Any
+    /// thread, any number of times.
     void handleSdkDisconnect();
 
     /// Hands an image, or an event code, to the stream thread. Any thread.

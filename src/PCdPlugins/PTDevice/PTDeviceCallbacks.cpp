@@ -27,7 +27,7 @@ std::optional<PDIP::ColorFormat> toColorFormat(int bitCount) {
     }
 }
 
-/// Copies a pushed buffer into an image, or books it as dropped.
+/// Copies a pushed buffer into an image, or counts it as dropped.
 std::optional<PImage> copyToImage(PTDevice* device, const void* data,
                                   const BITMAPINFOHEADER& header) {
     const std::optional<PDIP::ColorFormat> format = toColorFormat(header.biBitCount);
@@ -64,7 +64,7 @@ void takeBuffer(PTDevice* device, const void* data, const BITMAPINFOHEADER& head
 }
 
 void logFirstEvent(unsigned int code) {
-    // For the whole process: it tells that events come at all. Two cameras may both be first.
+    // For the whole process: it shows that events come at all. Two cameras may both be first.
     static std::atomic<bool> logged{false};
     if (!logged.exchange(true)) {
         ptLog(cbEventText, __FILE__, __LINE__)
@@ -110,7 +110,7 @@ void cbData(const void* data, const BITMAPINFOHEADER* header, int isSnapshot, vo
     }
     if (header == nullptr)
         return;
-    // What throws comes before the frame is handed over and booked.
+    // Only what comes before the frame is handed over and counted can throw.
     if (!PTCallbackGuard::run(cbDataText,
                               [&] { takeBuffer(device, data, *header, isSnapshot != 0); }))
         device->reportDroppedFrames(PFrameOutcome::NoMemory);

@@ -26,8 +26,8 @@ QString toCameraId(const char* id) {
     return QString::fromLatin1(id, qsizetype(qstrnlen(id, sizeof ToupcamDeviceV2::id)));
 }
 
-/// The registers that exist. The SDK is told when one goes, but a callback of its own may be under
-/// way just then.
+/// The registers that exist. One that goes is unregistered from the SDK, whose callback may be
+/// under way just then.
 struct LiveRegisters {
     std::mutex mutex; // looked at on the SDK's hot-plug thread, changed on the registers'
     QSet<PTDeviceRegister*> all;

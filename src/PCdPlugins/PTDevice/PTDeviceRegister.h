@@ -11,7 +11,7 @@ class PTDevice;
 class QTimer;
 
 /// The root object of the plugin: knows the cameras that the SDK enumerates and follows them as
-/// they come and go. Everything runs on the thread that owns it, unless it says otherwise.
+/// they come and go. Everything runs on the thread that owns it, unless noted otherwise.
 class PTDeviceRegister : public PDeviceRegister {
     Q_OBJECT
     Q_PLUGIN_METADATA(IID "pellix.devices.ptregister")
@@ -31,7 +31,7 @@ public:
     /// What the SDK calls when a camera comes or goes; the context is the register. Any thread.
     static void hotPlugCallback(void* context);
 
-    /// Looks for cameras anew one second from now, counted from the last call.
+    /// Searches for cameras again one second from now, counted from the last call.
     void scheduleRescan();
 
 private:

@@ -13,7 +13,7 @@ class PTExtendedExposure : public PDevicePropertyT<ExtendedExposureData> {
     Q_OBJECT
 
 public:
-    /// Asks the camera for its time and gain ranges; one that it does not tell stays 0 to 0.
+    /// Reads the camera's time and gain ranges; one that cannot be read stays 0 to 0.
     PTExtendedExposure(HToupCam h, const QByteArray& id, const QString& title);
 
     QWidget* createWidget() override;

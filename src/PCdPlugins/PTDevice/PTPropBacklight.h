@@ -16,7 +16,7 @@ public:
     QWidget* createWidget() override;
     /// Passes any value on. True if the SDK's result is not negative.
     bool trySetValueToDevice(int value) override;
-    /// 0 also if the camera does not tell.
+    /// 0 also if it cannot be read.
     int tryGetValueFromDevice() override;
     /// All zero: no range is offered.
     PMinMaxRange<int> tryGetRangeFromDevice() override;

@@ -14,7 +14,7 @@ public:
     PTPropRoi(Toupcam_t* handle, const QByteArray& id, const QString& title);
 
     /// Sends the region. True exactly if the SDK's result is not 0: the reverse of every other
-    /// property, so that the host asks the camera what it has made of a region that it took.
+    /// property, so that the host reads back which region the camera has applied.
     bool trySetValueToDevice(QRect region) override;
     QRect tryGetValueFromDevice() override;
     /// The whole sensor at the resolution in use, in steps of 4 pixels; empty if the camera has no

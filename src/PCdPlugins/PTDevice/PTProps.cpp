@@ -36,7 +36,7 @@ PTTempTint::PTTempTint(Toupcam_t* handle, int selector, PMinMaxRange<int> range,
 }
 
 bool PTTempTint::trySetValueToDevice(int value) {
-    // Read anew each time: a one-push white balance changes both behind our back.
+    // Read again each time: a one-push white balance changes both without a call of ours.
     if (m_selector == Temperature)
         Toupcam_put_TempTint(m_handle, value, readTempTint(m_handle).tint);
     else if (m_selector == Tint)

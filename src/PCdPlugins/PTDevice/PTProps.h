@@ -23,12 +23,12 @@ public:
         , m_maximum(range.maximum)
         , m_step(range.step) {}
 
-    /// Cuts the number to the SDK's width, without a look at the range, and sends it. True exactly
-    /// if the SDK answers 0.
+    /// Cuts the number to the SDK's width, without checking the range, and sends it. True exactly
+    /// if the SDK returns 0.
     bool trySetValueToDevice(int value) override {
         return m_setter(m_handle, static_cast<T>(value)) == 0;
     }
-    /// What the camera says; 0 if it does not.
+    /// The camera's number; 0 if it cannot be read.
     int tryGetValueFromDevice() override {
         T value = 0;
         m_getter(m_handle, &value);
@@ -61,7 +61,7 @@ public:
         , m_getter(getter)
         , m_setter(setter) {}
 
-    /// Always true, whatever the SDK answers.
+    /// Always true, whatever the SDK returns.
     bool trySetValueToDevice(bool value) override {
         m_setter(m_handle, value ? 1 : 0);
         return true;
@@ -114,7 +114,7 @@ class PTAWBOnce : public PDevicePropertyAction {
 public:
     PTAWBOnce(Toupcam_t* handle, const QByteArray& id, const QString& title);
 
-    /// Always true, whatever the SDK answers.
+    /// Always true, whatever the SDK returns.
     bool trySetValueToDevice() override;
 
 private:
@@ -122,6 +122,6 @@ private:
 };
 
 /// The SDK has set the white balance; the context is the PDevice, which is a PTDevice. On a thread
-/// of the SDK; what it says is not used: the properties read the camera. A context that is gone is
-/// left alone.
+/// of the SDK; its arguments are not used: the properties read the camera. A context that is gone
+/// is left alone.
 void cbWbOnce(const int temp, const int tint, void* context);

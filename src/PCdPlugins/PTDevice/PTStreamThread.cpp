@@ -27,7 +27,7 @@ constexpr unsigned long idleWaitMs = 5;
 constexpr int pullBits = 32;
 constexpr auto runText = "virtual void PTStreamThread::run()";
 
-/// Waits, and tells the thread sanitizer that the mutex is free meanwhile: it sees every use of a
+/// Waits, and marks the mutex as free meanwhile for the thread sanitizer: it sees every use of a
 /// QMutex but those inside of Qt's own library, which is not built with it. Else, these are
 /// nothing.
 void waitFor(QWaitCondition& condition, QMutex& mutex, unsigned long milliseconds) {
@@ -44,7 +44,7 @@ bool isFirst(std::atomic<bool>& happened) {
 }
 
 /// The image that a frame is pulled into, of the size that the SDK reported; nothing, with
-/// the frame booked as dropped, if it cannot be made.
+/// the frame counted as dropped, if it cannot be made.
 std::optional<PImage> imageFor(const ToupcamFrameInfoV2& info, PTDevice* device) {
     const PImageHeader header(long(info.width), long(info.height), PDIP::ColorFormat::BgrX);
     if (!header.isValid()) {
@@ -61,9 +61,9 @@ std::optional<PImage> imageFor(const ToupcamFrameInfoV2& info, PTDevice* device)
     return image;
 }
 
-/// True, with the frame logged and booked as dropped, if the second pull gave another frame than
+/// True, with the frame logged and counted as dropped, if the second pull gave another frame than
 /// the one that the image was made for: in between, the camera may have gone on to another size.
-/// An SDK that leaves the record of the second pull empty says nothing about that.
+/// An SDK may leave the record of the second pull empty; then its size is not known.
 bool droppedForItsSize(const PImage& image, const ToupcamFrameInfoV2& info, PTDevice* device) {
     if (info.width == 0 || info.height == 0)
         return false;
@@ -87,8 +87,8 @@ void swapRedAndBlue(PImage& image) {
 
 } // namespace
 
-/// Finds the frames that the camera has numbered but nobody could pull: they were replaced in the
-/// SDK, or their event was dropped here.
+/// Finds the frames that the camera has numbered but that could not be pulled: they were replaced
+/// in the SDK, or their event was dropped here.
 class PTStreamThread::SequenceWatch {
 public:
     /// How many numbers are missing between the last frame and this one.
@@ -97,7 +97,7 @@ public:
             return 0;
         const unsigned ahead = m_last ? info.seq - *m_last : 1;
         m_last = info.seq;
-        // A stream that began anew counts from the beginning: no loss, though far "ahead".
+        // A restarted stream counts from the beginning: no loss, though far "ahead".
         return ahead == 0 || ahead > mostMissing ? 0 : ahead - 1;
     }
 
@@ -130,7 +130,7 @@ PStatus PTStreamThread::onStop() {
 
 void PTStreamThread::pushEvent(unsigned int code) {
     const QMutexLocker locker(&lock);
-    // All go at once, not the oldest: a worker that far behind had better begin anew.
+    // All go at once, not the oldest: a worker that far behind had better start over.
     if (events.size() >= mostEvents)
         events.clear();
     events.append(code);

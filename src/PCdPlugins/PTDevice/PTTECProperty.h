@@ -28,8 +28,8 @@ public:
     /// Does nothing: there is no range.
     virtual void trySetRange(QVariant range);
 
-    /// The sensor's temperature now, a number of degrees Celsius; invalid if the camera does not
-    /// tell it. Programs find it by its name, without knowing this class.
+    /// The sensor's temperature now, a number of degrees Celsius; invalid if it cannot be read.
+    /// Programs find it by its name, without knowing this class.
     Q_INVOKABLE QVariant sensorTemperature() const;
 
 private:

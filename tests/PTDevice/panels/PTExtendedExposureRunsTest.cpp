@@ -319,7 +319,7 @@ protected:
             device->processFrameImage(smallImage());
         EXPECT_EQ(device->frameLedger().waiting, quint64(count));
     }
-    /// Waits until all images have been seen and so many snapshots made; none more comes then.
+    /// Waits until all images have been seen and this number of snapshots made; no more come then.
     bool deliver(std::size_t wanted) {
         const bool came = waitUntil([&] {
             return device->frameLedger().waiting == 0 && (numbers.size() >= wanted || !panel);

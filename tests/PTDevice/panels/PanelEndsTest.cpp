@@ -55,7 +55,7 @@ protected:
             emit device->imageChanged(PImage());
         });
     }
-    /// What the camera is sent for those values if nobody adds to it.
+    /// What the camera is sent for those values alone.
     std::vector<std::string> expectedPuts() {
         SimJournal::clear();
         for (int i = 0; i < lateValues / 2; ++i) {

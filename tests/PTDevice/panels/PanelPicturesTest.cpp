@@ -36,7 +36,7 @@ struct PictureRowName {
 
 class PanelPictures : public ExposurePanelFixture, public testing::WithParamInterface<PictureRow> {
 protected:
-    /// Values that a person would see at work.
+    /// Values that the user would see at work.
     void bringToWork() {
         ExtendedExposureData d;
         d.autoexpenabled = false;

@@ -40,10 +40,10 @@ const int* SdkReadings::option(unsigned number) const {
 
 HRESULT Toupcam_get_Option(HToupcam h, unsigned option, int* value) {
     static auto* const next = nextOf<decltype(Toupcam_get_Option)>("Toupcam_get_Option");
-    const int* const told = living != nullptr ? living->option(option) : nullptr;
-    if (told == nullptr)
+    const int* const fixed = living != nullptr ? living->option(option) : nullptr;
+    if (fixed == nullptr)
         return next(h, option, value);
-    *value = *told;
+    *value = *fixed;
     return S_OK;
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// While it lives the camera tells these values instead of its own: for readings that a simulated
+/// While it lives the camera returns these values instead of its own: for readings that a simulated
 /// camera cannot be brought to. Everything else passes through. One at a time; the test's thread.
 class SdkReadings {
 public:
@@ -10,7 +10,7 @@ public:
     SdkReadings(const SdkReadings&) = delete;
     SdkReadings& operator=(const SdkReadings&) = delete;
 
-    /// The value told for an option; null for one that passes through.
+    /// The value returned for an option; null for one that passes through.
     const int* option(unsigned number) const;
     short temperature() const { return m_temperature; }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The plugin in Russian: everything that a person reads, as the resource has it.
+// The plugin in Russian: everything that the user reads, as the resource has it.
 #include "PanelFixture.h"
 #include "RussianTexts.h"
 
