@@ -280,7 +280,7 @@ void PDevice::processSnapshot(PDeviceFrame frame) noexcept {
 }
 
 void PDevice::reportDroppedFrames(PFrameOutcome outcome, quint64 count) {
-    m_frames->accounts().enterAndSettle(outcome, count);
+    m_frames->counters().enterAndSettle(outcome, count);
 }
 
 void PDevice::addFrameSink(std::shared_ptr<PFrameSink> sink) {
@@ -300,7 +300,7 @@ PDeviceFrame PDevice::newestFrame() const {
 }
 
 PFrameLedger PDevice::frameLedger() const {
-    return m_frames->accounts().ledger();
+    return m_frames->counters().ledger();
 }
 
 void PDevice::setFrameByteLimit(std::size_t bytes) {

@@ -9,21 +9,21 @@
 
 namespace {
 
-QString idOf(const PDevice* device) {
+QString shownId(const PDevice* device) {
     return QString::fromUtf8(device->deviceId(false));
 }
 
 QString quotedIds(const QList<PDevice*>& devices) {
     QStringList ids;
     for (const PDevice* device : devices)
-        ids.append(QLatin1Char('"') + idOf(device) + QLatin1Char('"'));
+        ids.append(QLatin1Char('"') + shownId(device) + QLatin1Char('"'));
     return ids.join(QLatin1String(", "));
 }
 
 PDeviceManager::Selection selectByPrefix(const QList<PDevice*>& all, const QString& prefix) {
     QList<PDevice*> found;
     std::copy_if(all.begin(), all.end(), std::back_inserter(found),
-                 [&](const PDevice* device) { return idOf(device).startsWith(prefix); });
+                 [&](const PDevice* device) { return shownId(device).startsWith(prefix); });
     if (found.size() == 1)
         return {found.first(), QString()};
     if (found.isEmpty())
@@ -79,7 +79,7 @@ PDeviceManager::Selection PDeviceManager::select(const QString& text) const {
         return {all.first(), QString()};
     // A whole id is meant, also where it begins others.
     const auto exact = std::find_if(all.begin(), all.end(),
-                                    [&](const PDevice* device) { return idOf(device) == text; });
+                                    [&](const PDevice* device) { return shownId(device) == text; });
     if (exact != all.end())
         return {*exact, QString()};
     bool isNumber = false;

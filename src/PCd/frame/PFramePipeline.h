@@ -40,8 +40,8 @@ public:
     /// The settings that frames are stamped with from now on.
     void setSettings(std::shared_ptr<const PDeviceSettings> settings);
 
-    PFrameCounters& accounts() { return m_counters; }
-    const PFrameCounters& accounts() const { return m_counters; }
+    PFrameCounters& counters() { return m_counters; }
+    const PFrameCounters& counters() const { return m_counters; }
 
 private:
     void send(PFrameHandoff::Entry entry) noexcept;

@@ -21,18 +21,18 @@ QVariant savedForm(const PDeviceProperty* property) {
     return PPropertyEncoding::toForm(property->valueInner(), property->rangeInner());
 }
 
-QString textOf(const QVariantMap& fields) {
+QString toText(const QVariantMap& fields) {
     QStringList parts;
     for (auto field = fields.begin(); field != fields.end(); ++field)
         parts.append(field.key() + QLatin1Char('=') + PPropertyText::ofValue(field.value(), {}));
     return parts.join(QLatin1Char(' '));
 }
 
-QString textOf(const QVariant& form, const PDeviceProperty* property) {
+QString toText(const QVariant& form, const PDeviceProperty* property) {
     if (!form.isValid())
         return QString();
     if (form.typeId() == QMetaType::QVariantMap && property == nullptr)
-        return textOf(form.toMap());
+        return toText(form.toMap());
     const QVariant range = property == nullptr ? QVariant() : property->rangeInner();
     const QVariant current = property == nullptr ? QVariant() : property->valueInner();
     const QVariant value = PPropertyEncoding::fromForm(form, current, range);
@@ -40,7 +40,7 @@ QString textOf(const QVariant& form, const PDeviceProperty* property) {
 }
 
 /// One field; the value in the file may be of a type that the field cannot have, or none.
-std::optional<Difference> differenceOf(const QByteArray& id, const QString& field,
+std::optional<Difference> compareField(const QByteArray& id, const QString& field,
                                        const QVariant& inFile, const QVariant& current) {
     QVariant changed = current;
     const bool isPossible = PCompositeFields::assign(changed, field, inFile);
@@ -61,7 +61,7 @@ QList<Difference> differencesOfFields(const QByteArray& id, const QVariantMap& i
     }
     QList<Difference> differences;
     for (const QString& name : std::as_const(names)) {
-        if (const auto difference = differenceOf(id, name, inFile.value(name), current))
+        if (const auto difference = compareField(id, name, inFile.value(name), current))
             differences.append(*difference);
     }
     return differences;
@@ -79,14 +79,14 @@ std::optional<QVariantMap> fieldsIn(const QVariant& form, const PDeviceProperty*
     return fields.typeId() == QMetaType::QVariantMap ? std::optional(fields.toMap()) : std::nullopt;
 }
 
-QList<Difference> differencesOf(const QByteArray& id, const QVariant& inFile,
-                                const PDeviceProperty* property) {
+QList<Difference> compareSetting(const QByteArray& id, const QVariant& inFile,
+                                 const PDeviceProperty* property) {
     if (const auto fields = fieldsIn(inFile, property))
         return differencesOfFields(id, *fields, property->valueInner());
     const QVariant onCamera = savedForm(property);
     if (PPropertyEncoding::areEqual(inFile, onCamera))
         return {};
-    return {{id, textOf(inFile, property), textOf(onCamera, property)}};
+    return {{id, toText(inFile, property), toText(onCamera, property)}};
 }
 
 QList<Difference> differencesOfModes(const PDeviceProfile::Setting& mode, PDevice& device) {
@@ -104,12 +104,12 @@ QList<Difference> PDeviceProfileDiff::between(const PDeviceProfile& profile, PDe
     const PQuietReading reading(device.supportProperties());
     QList<Difference> differences = differencesOfModes(profile.mode, device);
     for (const PDeviceProfile::Setting& setting : profile.settings) {
-        differences += differencesOf(setting.id, setting.form, device.getProperty(setting.id));
+        differences += compareSetting(setting.id, setting.form, device.getProperty(setting.id));
         ids.append(setting.id);
     }
     for (const PDeviceProperty* property : device.supportProperties()) {
         if (!ids.contains(property->id()))
-            differences += differencesOf(property->id(), QVariant(), property);
+            differences += compareSetting(property->id(), QVariant(), property);
     }
     return differences;
 }

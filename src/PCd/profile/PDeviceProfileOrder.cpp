@@ -7,7 +7,7 @@
 
 namespace {
 
-int rankOf(const PDeviceProperty* property) {
+int sendingRank(const PDeviceProperty* property) {
     switch (property->type()) {
     case PCD::DevicePropertyType::Switch:
     case PCD::DevicePropertyType::Choice:
@@ -24,8 +24,9 @@ int rankOf(const PDeviceProperty* property) {
 } // namespace
 
 QList<PDeviceProperty*> PDeviceProfileOrder::sorted(QList<PDeviceProperty*> properties) {
-    std::stable_sort(
-        properties.begin(), properties.end(),
-        [](const PDeviceProperty* a, const PDeviceProperty* b) { return rankOf(a) < rankOf(b); });
+    std::stable_sort(properties.begin(), properties.end(),
+                     [](const PDeviceProperty* a, const PDeviceProperty* b) {
+                         return sendingRank(a) < sendingRank(b);
+                     });
     return properties;
 }

@@ -39,16 +39,17 @@ private:
         const QString format = PDeviceProfileParser::formatKey();
         const QString name = PDeviceProfileParser::formatName();
         if (!PPropertyEncoding::areEqual(m_reader.readValue(format), name)) {
-            throw Fault{placeOf(format), QStringLiteral("no camera profile: expected %1: %2")
-                                             .arg(quoted(format), quoted(name))};
+            throw Fault{findPlace(format), QStringLiteral("no camera profile: expected %1: %2")
+                                               .arg(quoted(format), quoted(name))};
         }
         const QString version = PDeviceProfileParser::versionKey();
         if (!PPropertyEncoding::areEqual(m_reader.readValue(version),
                                          PDeviceProfileParser::Version)) {
-            throw Fault{placeOf(version), QStringLiteral("another version of the format: expected "
-                                                         "%1: %2")
-                                              .arg(quoted(version))
-                                              .arg(PDeviceProfileParser::Version)};
+            throw Fault{findPlace(version),
+                        QStringLiteral("another version of the format: expected "
+                                       "%1: %2")
+                            .arg(quoted(version))
+                            .arg(PDeviceProfileParser::Version)};
         }
     }
 
@@ -87,7 +88,8 @@ private:
         QVariantMap form;
         for (const QString& name : names()) {
             if (m_reader.objectNames().contains(name))
-                throw Fault{placeOf(name), QStringLiteral("an object where a value was expected")};
+                throw Fault{findPlace(name),
+                            QStringLiteral("an object where a value was expected")};
             form.insert(name, m_reader.readValue(name));
             setting.fieldPositions.insert(name, m_reader.position(name));
         }
@@ -101,7 +103,7 @@ private:
     void expectNames(const QStringList& expected) const {
         for (const QString& name : names()) {
             if (!expected.contains(name))
-                throw Fault{placeOf(name),
+                throw Fault{findPlace(name),
                             QStringLiteral("%1 does not belong here: expected %2")
                                 .arg(quoted(name), expected.join(QStringLiteral(", ")))};
         }
@@ -110,12 +112,12 @@ private:
     QString text(const QString& name) const {
         const QVariant value = m_reader.readValue(name);
         if (value.typeId() != QMetaType::QString)
-            throw Fault{placeOf(name), QStringLiteral("expected %1: a text").arg(quoted(name))};
+            throw Fault{findPlace(name), QStringLiteral("expected %1: a text").arg(quoted(name))};
         return value.toString();
     }
 
     void enter(const QString& name) {
-        const QString place = placeOf(name);
+        const QString place = findPlace(name);
         if (!m_reader.beginObject(name))
             throw Fault{place, QStringLiteral("expected %1: an object").arg(quoted(name))};
         m_around = place;
@@ -124,7 +126,7 @@ private:
     void leave() { m_reader.endObject(); }
 
     /// Of what is missing: where the object begins that it should be in.
-    QString placeOf(const QString& name) const {
+    QString findPlace(const QString& name) const {
         const QString place = m_reader.position(name);
         return place.isEmpty() ? m_around : place;
     }

@@ -48,7 +48,7 @@ QString reasonToIgnore(const PDeviceProperty& property) {
 }
 
 /// What stands in the file, written unlike what was expected: "12" is not 12.
-QString textOf(const QVariant& form) {
+QString toText(const QVariant& form) {
     switch (form.typeId()) {
     case QMetaType::QString:
         return PDeviceProfilePlan::tr("the text \"%1\"")
@@ -69,7 +69,7 @@ QString cannotBe(const QString& value, const QString& expected) {
 }
 
 /// In the words of files, which have the fields of a value together.
-QString expectedOf(const PDeviceProperty& property, const QVariant& range) {
+QString expectation(const PDeviceProperty& property, const QVariant& range) {
     const QStringList fields = PCompositeFields::storedNames(property.valueInner());
     return fields.isEmpty()
                ? PPropertyCheck::expectation(property, range)
@@ -141,7 +141,7 @@ PStatus PDeviceProfilePlan::planMode() {
     m_mode = modeWithId(modes, m_profile.mode.form.toString());
     return m_mode
                ? PStatus(PStatus::Ok)
-               : refuse(m_profile.mode, cannotBe(textOf(m_profile.mode.form), expectedMode(modes)));
+               : refuse(m_profile.mode, cannotBe(toText(m_profile.mode.form), expectedMode(modes)));
 }
 
 PStatus PDeviceProfilePlan::planSettings() {
@@ -193,7 +193,7 @@ PStatus PDeviceProfilePlan::planValue(const PDeviceProfile::Setting& setting,
         m_report.ignored.append({setting.id, alreadySo()});
         return PStatus::Ok;
     }
-    const QString reason = cannotBe(textOf(setting.form), expectedOf(property, range));
+    const QString reason = cannotBe(toText(setting.form), expectation(property, range));
     return value.isValid() || isForeignChoice(setting.form, range) ? refuse(setting, reason)
                                                                    : damage(setting, reason);
 }
@@ -222,7 +222,7 @@ PStatus PDeviceProfilePlan::checkField(const PDeviceProfile::Setting& field, con
     const QStringList stored = PCompositeFields::storedNames(current);
     if (!PCompositeFields::names(current).contains(name)) {
         return damage(field,
-                      cannotBe(textOf(field.form),
+                      cannotBe(toText(field.form),
                                tr("one of the fields %1").arg(stored.join(QStringLiteral(", ")))));
     }
     if (!stored.contains(name)) {
@@ -233,7 +233,7 @@ PStatus PDeviceProfilePlan::checkField(const PDeviceProfile::Setting& field, con
     return PCompositeFields::assign(tried, name, field.form)
                ? PStatus(PStatus::Ok)
                : damage(field,
-                        cannotBe(textOf(field.form), PCompositeFields::expectation(current, name)));
+                        cannotBe(toText(field.form), PCompositeFields::expectation(current, name)));
 }
 
 /// A camera of another model has other ranges, and that is nobody's mistake. With the same model it

@@ -9,13 +9,13 @@
 
 namespace {
 
-const QMetaObject* fieldsOf(const QVariant& value) {
+const QMetaObject* gadgetFields(const QVariant& value) {
     const bool isGadget = value.metaType().flags().testFlag(QMetaType::IsGadget);
     return isGadget ? value.metaType().metaObject() : nullptr;
 }
 
-QMetaProperty fieldOf(const QVariant& value, const QString& name) {
-    const QMetaObject* const fields = fieldsOf(value);
+QMetaProperty findField(const QVariant& value, const QString& name) {
+    const QMetaObject* const fields = gadgetFields(value);
     return fields == nullptr ? QMetaProperty()
                              : fields->property(fields->indexOfProperty(name.toLatin1()));
 }
@@ -52,7 +52,7 @@ QVariant inFieldType(const QVariant& given, QMetaType type) {
                                           : wholeNumber(given.toLongLong(), type);
 }
 
-QVariant meaningOf(const QString& text, QMetaType type) {
+QVariant parseField(const QString& text, QMetaType type) {
     if (type.id() == QMetaType::Bool)
         return PPropertyText::toSwitch(text);
     if (type.id() == QMetaType::Double)
@@ -60,7 +60,7 @@ QVariant meaningOf(const QString& text, QMetaType type) {
     return wholeNumberIn(text, type);
 }
 
-QString expectationOf(QMetaType type) {
+QString fieldExpectation(QMetaType type) {
     if (type.id() == QMetaType::Bool)
         return PCompositeFields::tr("on or off");
     if (type.id() == QMetaType::Double)
@@ -76,13 +76,13 @@ QString fieldText(const QVariant& field) {
 }
 
 QString classInfo(const QVariant& value, const char* name) {
-    const QMetaObject* const fields = fieldsOf(value);
+    const QMetaObject* const fields = gadgetFields(value);
     const int index = fields == nullptr ? -1 : fields->indexOfClassInfo(name);
     return index < 0 ? QString() : QString::fromLatin1(fields->classInfo(index).value());
 }
 
 /// The fields of this value that the host alone holds.
-QStringList hostFieldsOf(const QVariant& value) {
+QStringList hostFields(const QVariant& value) {
     const QString condition = classInfo(value, "HostFieldsWhile");
     const QString field = condition.section(QLatin1Char('='), 0, 0);
     const QString wanted = condition.section(QLatin1Char('='), 1);
@@ -94,12 +94,12 @@ QStringList hostFieldsOf(const QVariant& value) {
 } // namespace
 
 bool PCompositeFields::isComposite(const QVariant& value) {
-    return fieldsOf(value) != nullptr;
+    return gadgetFields(value) != nullptr;
 }
 
 QStringList PCompositeFields::names(const QVariant& value) {
     QStringList all;
-    const QMetaObject* const fields = fieldsOf(value);
+    const QMetaObject* const fields = gadgetFields(value);
     for (int i = 0; fields != nullptr && i < fields->propertyCount(); ++i)
         all.append(QString::fromLatin1(fields->property(i).name()));
     return all;
@@ -107,43 +107,43 @@ QStringList PCompositeFields::names(const QVariant& value) {
 
 QStringList PCompositeFields::storedNames(const QVariant& value) {
     QStringList stored = names(value);
-    stored.removeIf([&](const QString& name) { return !fieldOf(value, name).isStored(); });
+    stored.removeIf([&](const QString& name) { return !findField(value, name).isStored(); });
     return stored;
 }
 
 QVariant PCompositeFields::read(const QVariant& value, const QString& name) {
-    const QMetaProperty field = fieldOf(value, name);
+    const QMetaProperty field = findField(value, name);
     return field.isValid() ? field.readOnGadget(value.constData()) : QVariant();
 }
 
 PStatus PCompositeFields::write(QVariant& value, const QString& name, const QString& text) {
-    const QMetaProperty field = fieldOf(value, name);
+    const QMetaProperty field = findField(value, name);
     if (!field.isValid())
         return PStatus::failure(QStringLiteral("there is no field \"%1\": expected one of %2")
                                     .arg(name, names(value).join(QStringLiteral(", "))));
-    const QVariant meant = meaningOf(text.trimmed(), field.metaType());
+    const QVariant meant = parseField(text.trimmed(), field.metaType());
     if (!meant.isValid() || !field.writeOnGadget(value.data(), meant))
         return PStatus::failure(QStringLiteral("\"%1\" cannot be \"%2\": expected %3")
-                                    .arg(name, text, expectationOf(field.metaType())));
+                                    .arg(name, text, fieldExpectation(field.metaType())));
     return PStatus::Ok;
 }
 
 bool PCompositeFields::assign(QVariant& value, const QString& name, const QVariant& given) {
-    const QMetaProperty field = fieldOf(value, name);
+    const QMetaProperty field = findField(value, name);
     const QVariant meant = field.isValid() ? inFieldType(given, field.metaType()) : QVariant();
     return meant.isValid() && field.writeOnGadget(value.data(), meant);
 }
 
 QString PCompositeFields::expectation(const QVariant& value, const QString& name) {
-    const QMetaProperty field = fieldOf(value, name);
-    return field.isValid() ? expectationOf(field.metaType()) : QString();
+    const QMetaProperty field = findField(value, name);
+    return field.isValid() ? fieldExpectation(field.metaType()) : QString();
 }
 
 QVariant PCompositeFields::withHostFields(QVariant read, const QVariant& known) {
     if (read.metaType() != known.metaType())
         return read;
-    for (const QString& name : hostFieldsOf(read))
-        fieldOf(read, name).writeOnGadget(read.data(), PCompositeFields::read(known, name));
+    for (const QString& name : hostFields(read))
+        findField(read, name).writeOnGadget(read.data(), PCompositeFields::read(known, name));
     return read;
 }
 

@@ -30,12 +30,12 @@ bool isChoice(const QVariant& range) {
     return range.metaType() == QMetaType::fromType<PEnumeration>();
 }
 
-QVariant nameOfChoice(const QVariant& value, const PEnumeration& choices) {
+QVariant toChoiceName(const QVariant& value, const PEnumeration& choices) {
     const PEnumerationItem item = choices.getItem(value.toUuid());
     return item.name.isEmpty() ? value : QVariant(item.name);
 }
 
-QVariant choiceOfName(const QVariant& form, const PEnumeration& choices) {
+QVariant fromChoiceName(const QVariant& form, const PEnumeration& choices) {
     const bool isId = form.typeId() == QMetaType::QUuid;
     if (!isId && form.typeId() != QMetaType::QString)
         return QVariant();
@@ -62,7 +62,7 @@ QVariant plainField(const QVariant& field) {
 }
 
 /// Empty if there are no stored fields, or files have no type for one of them.
-QVariantMap storedFieldsOf(const QVariant& value) {
+QVariantMap toFields(const QVariant& value) {
     QVariantMap fields;
     for (const QString& name : PCompositeFields::storedNames(value)) {
         const QVariant field = plainField(PCompositeFields::read(value, name));
@@ -73,7 +73,7 @@ QVariantMap storedFieldsOf(const QVariant& value) {
     return fields;
 }
 
-QVariant valueOfFields(const QVariantMap& fields, QVariant value) {
+QVariant fromFields(const QVariantMap& fields, QVariant value) {
     const QStringList stored = PCompositeFields::storedNames(value);
     for (auto field = fields.begin(); field != fields.end(); ++field) {
         if (!stored.contains(field.key()) ||
@@ -83,7 +83,7 @@ QVariant valueOfFields(const QVariantMap& fields, QVariant value) {
     return value;
 }
 
-QVariant bytesOf(const QVariant& value) {
+QVariant toBytes(const QVariant& value) {
     QByteArray bytes;
     QDataStream stream(&bytes, QIODevice::WriteOnly);
     stream.setVersion(streamVersion);
@@ -91,7 +91,7 @@ QVariant bytesOf(const QVariant& value) {
     return saved && stream.status() == QDataStream::Ok ? QVariant(bytes) : QVariant();
 }
 
-QVariant valueOfBytes(const QByteArray& bytes, QVariant value) {
+QVariant fromBytes(const QByteArray& bytes, QVariant value) {
     QDataStream stream(bytes);
     stream.setVersion(streamVersion);
     const bool loaded = value.metaType().load(stream, value.data());
@@ -105,7 +105,7 @@ bool PPropertyEncoding::isComposite(const QVariant& value) {
 }
 
 QVariant PPropertyEncoding::named(const QVariant& value, const QVariant& range) {
-    return isChoice(range) ? nameOfChoice(value, range.value<PEnumeration>()) : value;
+    return isChoice(range) ? toChoiceName(value, range.value<PEnumeration>()) : value;
 }
 
 QVariant PPropertyEncoding::toForm(const QVariant& value, const QVariant& range) {
@@ -113,23 +113,23 @@ QVariant PPropertyEncoding::toForm(const QVariant& value, const QVariant& range)
     if (!value.isValid())
         return QVariant();
     if (isChoice(range))
-        return nameOfChoice(value, range.value<PEnumeration>());
+        return toChoiceName(value, range.value<PEnumeration>());
     if (isPlain(value.typeId()))
         return value;
-    const QVariantMap fields = storedFieldsOf(value);
-    return fields.isEmpty() ? bytesOf(value) : fields;
+    const QVariantMap fields = toFields(value);
+    return fields.isEmpty() ? toBytes(value) : fields;
 }
 
 QVariant PPropertyEncoding::fromForm(const QVariant& form, const QVariant& current,
                                      const QVariant& range) {
     if (isChoice(range))
-        return choiceOfName(form, range.value<PEnumeration>());
+        return fromChoiceName(form, range.value<PEnumeration>());
     if (!current.isValid() || form.metaType() == current.metaType())
         return form;
     if (!isPlain(current.typeId()) && form.typeId() == QMetaType::QByteArray)
-        return valueOfBytes(form.toByteArray(), current);
+        return fromBytes(form.toByteArray(), current);
     if (form.typeId() == QMetaType::QVariantMap && PCompositeFields::isComposite(current))
-        return valueOfFields(form.toMap(), current);
+        return fromFields(form.toMap(), current);
     return QVariant();
 }
 

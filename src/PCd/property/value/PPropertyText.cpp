@@ -36,7 +36,7 @@ bool isInt(qint64 number) {
 }
 
 /// Corners, which is what QRect keeps, are in 64 bits first: any numbers may be typed.
-QVariant regionOf(int x, int y, int width, int height) {
+QVariant toRegion(int x, int y, int width, int height) {
     const qint64 right = qint64(x) + width - 1;
     const qint64 bottom = qint64(y) + height - 1;
     if (!isInt(right) || !isInt(bottom))
@@ -53,7 +53,7 @@ QVariant toRegion(const QString& text) {
         if (!isNumber)
             return QVariant();
     }
-    return numbers.size() == 4 ? regionOf(numbers[0], numbers[1], numbers[2], numbers[3])
+    return numbers.size() == 4 ? toRegion(numbers[0], numbers[1], numbers[2], numbers[3])
                                : QVariant();
 }
 
