@@ -38,7 +38,7 @@ QString PPropertyDisplay::valueText(const PDeviceProperty& property, const QVari
                                     const QVariant& value) {
     switch (value.typeId()) {
     case QMetaType::Int:
-        return numberText(property)->textOf(value.toInt(), 0, QLocale());
+        return numberText(property)->toText(value.toInt(), 0, QLocale());
     case QMetaType::Bool:
         return value.toBool() ? tr("on") : tr("off");
     case QMetaType::QUuid:
@@ -54,10 +54,10 @@ QString PPropertyDisplay::rangeText(const PDeviceProperty& property, const QVari
     if (range.metaType() != QMetaType::fromType<PMinMaxRange<int>>())
         return QString();
     const auto numbers = range.value<PMinMaxRange<int>>();
-    const auto textOf = [&](int number) { return valueText(property, range, number); };
+    const auto toText = [&](int number) { return valueText(property, range, number); };
     const QString ends =
-        tr("Range: %1 to %2").arg(textOf(numbers.minimum), textOf(numbers.maximum));
-    return numbers.step > 1 ? tr("%1, in steps of %2").arg(ends, textOf(numbers.step)) : ends;
+        tr("Range: %1 to %2").arg(toText(numbers.minimum), toText(numbers.maximum));
+    return numbers.step > 1 ? tr("%1, in steps of %2").arg(ends, toText(numbers.step)) : ends;
 }
 
 QString PPropertyDisplay::toolTip(const PDeviceProperty& property, const QVariant& range,

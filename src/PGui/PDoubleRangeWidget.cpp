@@ -23,6 +23,6 @@ void PDoubleRangeWidget::showValue(const PMinMaxRange<double>& range, double val
     showNumber(range, value);
 }
 
-void PDoubleRangeWidget::tell() {
+void PDoubleRangeWidget::reportChange() {
     emit valueChanged(value());
 }

@@ -31,7 +31,7 @@ signals:
     void valueChanged(double value);
 
 private:
-    void tell() override;
+    void reportChange() override;
 
     PMinMaxRange<double> m_range{0, 100, 1};
 };

@@ -49,7 +49,7 @@ void PNumberField::showValue(double value) {
 
 void PNumberField::writeValue() {
     QLineEdit* const line = lineEdit();
-    const QString text = textOf(m_value);
+    const QString text = toText(m_value);
     if (text == line->text() && !line->isModified())
         return;
     const bool allSelected = line->hasSelectedText() && line->selectedText() == line->text();
@@ -62,17 +62,17 @@ void PNumberField::writeValue() {
         line->setCursorPosition(cursor);
 }
 
-QString PNumberField::textOf(double value) const {
-    return m_text->textOf(value, m_scale.decimals(), locale());
+QString PNumberField::toText(double value) const {
+    return m_text->toText(value, m_scale.decimals(), locale());
 }
 
 void PNumberField::commit() {
     if (!lineEdit()->isModified())
         return;
     const QString text = lineEdit()->text();
-    const std::optional<double> typed = m_text->valueOf(text, m_value, locale());
+    const std::optional<double> typed = m_text->toValue(text, m_value, locale());
     // The value shown, typed again, is no edit, also where the range does not have it.
-    if (typed && text != textOf(m_value) && *typed != m_value)
+    if (typed && text != toText(m_value) && *typed != m_value)
         edit(m_scale.snapped(*typed));
     else
         writeValue();
@@ -104,7 +104,7 @@ QAbstractSpinBox::StepEnabled PNumberField::stepEnabled() const {
 }
 
 QValidator::State PNumberField::validate(QString& text, int&) const {
-    if (m_text->valueOf(text, m_value, locale()))
+    if (m_text->toValue(text, m_value, locale()))
         return QValidator::Acceptable;
     const QString letters = m_text->letters();
     const bool foreign = std::any_of(text.cbegin(), text.cend(), [&](QChar character) {
@@ -134,8 +134,8 @@ void PNumberField::changeEvent(QEvent* event) {
 QSize PNumberField::sizeHint() const {
     const QFontMetrics metrics(fontMetrics());
     const int least = m_leastCharacters * metrics.horizontalAdvance(QLatin1Char('0'));
-    const int ends = std::max(metrics.horizontalAdvance(textOf(m_scale.minimum())),
-                              metrics.horizontalAdvance(textOf(m_scale.maximum())));
+    const int ends = std::max(metrics.horizontalAdvance(toText(m_scale.minimum())),
+                              metrics.horizontalAdvance(toText(m_scale.maximum())));
     QStyleOptionSpinBox option;
     initStyleOption(&option);
     const QSize contents(std::max(least, ends) + 4, lineEdit()->sizeHint().height());

@@ -49,7 +49,7 @@ private:
     void commit();
     void edit(double value);
     void writeValue();
-    QString textOf(double value) const;
+    QString toText(double value) const;
 
     PRangeScale m_scale;
     std::shared_ptr<const PNumberText> m_text;

@@ -12,25 +12,25 @@ PNumberText::PNumberText(QString unit)
 
 PNumberText::~PNumberText() = default;
 
-QString PNumberText::textOf(double value, int decimals, const QLocale& locale) const {
-    const int precision = std::max(decimals, PRangeScale::decimalsOf(value));
+QString PNumberText::toText(double value, int decimals, const QLocale& locale) const {
+    const int precision = std::max(decimals, PRangeScale::countDecimals(value));
     return plain(locale).toString(value, 'f', precision) + m_unit;
 }
 
-std::optional<double> PNumberText::valueOf(const QString& text, double,
+std::optional<double> PNumberText::toValue(const QString& text, double,
                                            const QLocale& locale) const {
     QString number = text.trimmed();
     const QString unit = m_unit.trimmed();
     if (!unit.isEmpty() && number.endsWith(unit, Qt::CaseInsensitive))
         number.chop(unit.size());
-    return numberOf(number.trimmed(), locale);
+    return parseNumber(number.trimmed(), locale);
 }
 
 QString PNumberText::letters() const {
     return m_unit;
 }
 
-std::optional<double> PNumberText::numberOf(const QString& text, const QLocale& locale) {
+std::optional<double> PNumberText::parseNumber(const QString& text, const QLocale& locale) {
     bool isNumber = false;
     double number = plain(locale).toDouble(text, &isNumber);
     if (!isNumber)

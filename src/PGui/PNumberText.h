@@ -15,17 +15,17 @@ public:
     virtual ~PNumberText();
 
     /// The text of a value, with at least this many decimals, and those that the value itself has.
-    virtual QString textOf(double value, int decimals, const QLocale& locale) const;
+    virtual QString toText(double value, int decimals, const QLocale& locale) const;
     /// The value that a text means while `shown` is the value shown. With or without the unit, with
     /// the locale's decimal sign or a point. Nothing if it is not a number.
-    virtual std::optional<double> valueOf(const QString& text, double shown,
+    virtual std::optional<double> toValue(const QString& text, double shown,
                                           const QLocale& locale) const;
     /// The letters that a text may have; other letters cannot be typed.
     virtual QString letters() const;
 
 protected:
     /// A finite number in the locale's form, or with a decimal point.
-    static std::optional<double> numberOf(const QString& text, const QLocale& locale);
+    static std::optional<double> parseNumber(const QString& text, const QLocale& locale);
     /// The locale, without separators between thousands, which people do not type.
     static QLocale plain(QLocale locale);
 

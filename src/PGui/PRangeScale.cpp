@@ -22,13 +22,13 @@ double powerOfTen(int exponent) {
     return std::pow(10.0, exponent);
 }
 
-int decadeOf(double value) {
+int toDecade(double value) {
     return int(std::floor(std::log10(value) + tolerance));
 }
 
 /// Three digits, which is what a hand can choose on a slider.
 double toThreeDigits(double value) {
-    const double unit = powerOfTen(decadeOf(value) - 2);
+    const double unit = powerOfTen(toDecade(value) - 2);
     return std::round(value / unit) * unit;
 }
 
@@ -39,12 +39,13 @@ PRangeScale::PRangeScale(const PMinMaxRange<double>& range)
     , m_maximum(std::max(range.minimum, range.maximum))
     , m_step(range.step > 0 ? range.step : (m_maximum - m_minimum) / 100)
     , m_logarithmic(m_minimum > 0 && m_maximum / m_minimum >= logarithmicRatio)
-    , m_decimals(std::max({decimalsOf(m_minimum), decimalsOf(m_maximum), decimalsOf(m_step)})) {
+    , m_decimals(
+          std::max({countDecimals(m_minimum), countDecimals(m_maximum), countDecimals(m_step)})) {
     const double steps = std::min(std::ceil(stepCount() - tolerance), double(mostLinearPositions));
     m_lastPosition = m_logarithmic ? logarithmicPositions : int(steps);
 }
 
-int PRangeScale::decimalsOf(double number) {
+int PRangeScale::countDecimals(double number) {
     // Rounded first: 0.1 + 0.2 has one decimal, not seventeen.
     const double unit = powerOfTen(mostDecimals);
     const QString text = QLocale::c().toString(std::round(number * unit) / unit, 'f',
@@ -74,7 +75,7 @@ double PRangeScale::snapped(double value) const {
 }
 
 double PRangeScale::stepNear(double value) const {
-    return m_logarithmic ? std::max(m_step, powerOfTen(decadeOf(value) - 1)) : m_step;
+    return m_logarithmic ? std::max(m_step, powerOfTen(toDecade(value) - 1)) : m_step;
 }
 
 double PRangeScale::stepUp(double value) const {
@@ -119,7 +120,7 @@ double PRangeScale::valueAt(int position) const {
     return snapped(m_minimum + position * m_step);
 }
 
-int PRangeScale::positionOf(double value) const {
+int PRangeScale::toPosition(double value) const {
     if (value <= m_minimum || m_lastPosition == 0)
         return 0;
     if (value >= m_maximum)

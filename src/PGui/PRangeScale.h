@@ -19,7 +19,7 @@ public:
     /// Decimals that values of the range need; six at most.
     int decimals() const { return m_decimals; }
     /// The decimals of any number, six at most: 2 for 0.25.
-    static int decimalsOf(double number);
+    static int countDecimals(double number);
 
     /// The value of the range that is nearest.
     double snapped(double value) const;
@@ -34,7 +34,7 @@ public:
     /// The value at a position; the first and last positions are exactly the ends.
     double valueAt(int position) const;
     /// The position of a value; the first and last only for the ends and what is beyond.
-    int positionOf(double value) const;
+    int toPosition(double value) const;
 
     friend bool operator==(const PRangeScale& a, const PRangeScale& b) {
         return a.m_minimum == b.m_minimum && a.m_maximum == b.m_maximum && a.m_step == b.m_step;

@@ -38,7 +38,7 @@ void PRangeSlider::showValue(double value) {
 
 void PRangeSlider::place() {
     const QSignalBlocker silent(this);
-    setValue(m_scale.positionOf(m_value));
+    setValue(m_scale.toPosition(m_value));
 }
 
 void PRangeSlider::pick(double value) {
@@ -75,13 +75,13 @@ void PRangeSlider::onAction(int action) {
 
 void PRangeSlider::step(int count) {
     if (m_scale.skipsValues())
-        go(m_scale.valueAt(m_scale.positionOf(m_value) + count), count);
+        go(m_scale.valueAt(m_scale.toPosition(m_value) + count), count);
     else
         pick(m_scale.stepped(m_value, count));
 }
 
 void PRangeSlider::page(int direction) {
-    go(m_scale.valueAt(m_scale.positionOf(m_value) + direction * pageStep()), direction);
+    go(m_scale.valueAt(m_scale.toPosition(m_value) + direction * pageStep()), direction);
 }
 
 void PRangeSlider::go(double target, int direction) {

@@ -34,6 +34,6 @@ void PRangeWidget::showValue(const PMinMaxRange<int>& range, int value) {
     showNumber(asDouble(range), value);
 }
 
-void PRangeWidget::tell() {
+void PRangeWidget::reportChange() {
     emit valueChanged(value());
 }

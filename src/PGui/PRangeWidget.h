@@ -31,7 +31,7 @@ signals:
     void valueChanged(int value);
 
 private:
-    void tell() override;
+    void reportChange() override;
 
     PMinMaxRange<int> m_range{0, 100, 1};
 };

@@ -93,5 +93,5 @@ void PRangeWidgetBase::change(double number) {
     m_slider->showValue(number);
     m_field->showValue(number);
     if (differs)
-        tell();
+        reportChange();
 }

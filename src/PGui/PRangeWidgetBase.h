@@ -41,7 +41,7 @@ protected:
     double number() const { return m_number; }
 
     /// Emits the typed signal.
-    virtual void tell() = 0;
+    virtual void reportChange() = 0;
 
 private:
     void change(double number);

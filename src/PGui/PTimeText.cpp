@@ -31,7 +31,7 @@ const Unit& unitFor(double value) {
     return *best;
 }
 
-QStringList namesOf(const Unit& unit) {
+QStringList allNames(const Unit& unit) {
     QStringList names{PTimeText::tr(unit.name)};
     for (const char* spelling : unit.spellings) {
         if (spelling != nullptr)
@@ -43,7 +43,7 @@ QStringList namesOf(const Unit& unit) {
 /// Takes the unit off the end of the text; null if there is none.
 const Unit* takeUnit(QString* text) {
     for (const Unit& unit : units) {
-        for (const QString& name : namesOf(unit)) {
+        for (const QString& name : allNames(unit)) {
             if (text->endsWith(name, Qt::CaseInsensitive)) {
                 text->chop(name.size());
                 return &unit;
@@ -55,19 +55,19 @@ const Unit* takeUnit(QString* text) {
 
 } // namespace
 
-QString PTimeText::textOf(double value, int, const QLocale& locale) const {
+QString PTimeText::toText(double value, int, const QLocale& locale) const {
     const Unit& unit = unitFor(value);
     const QString number =
         plain(locale).toString(value / unit.microseconds, 'f', QLocale::FloatingPointShortest);
     return number + QLatin1Char(' ') + tr(unit.name);
 }
 
-std::optional<double> PTimeText::valueOf(const QString& text, double shown,
+std::optional<double> PTimeText::toValue(const QString& text, double shown,
                                          const QLocale& locale) const {
     QString number = text.trimmed();
     const Unit* const typed = takeUnit(&number);
     const Unit& unit = typed != nullptr ? *typed : unitFor(shown);
-    const std::optional<double> count = numberOf(number.trimmed(), locale);
+    const std::optional<double> count = parseNumber(number.trimmed(), locale);
     if (!count)
         return std::nullopt;
     return *count * unit.microseconds;
@@ -76,6 +76,6 @@ std::optional<double> PTimeText::valueOf(const QString& text, double shown,
 QString PTimeText::letters() const {
     QString all;
     for (const Unit& unit : units)
-        all += namesOf(unit).join(QString());
+        all += allNames(unit).join(QString());
     return all;
 }

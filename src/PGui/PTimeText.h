@@ -11,8 +11,8 @@ class PTimeText : public PNumberText {
     Q_DECLARE_TR_FUNCTIONS(PTimeText)
 
 public:
-    QString textOf(double value, int decimals, const QLocale& locale) const override;
-    std::optional<double> valueOf(const QString& text, double shown,
+    QString toText(double value, int decimals, const QLocale& locale) const override;
+    std::optional<double> toValue(const QString& text, double shown,
                                   const QLocale& locale) const override;
     QString letters() const override;
 };

@@ -26,7 +26,7 @@ protected:
 
     PNumberField* field() const { return widget.findChild<PNumberField*>(); }
     PRangeSlider* slider() const { return widget.findChild<PRangeSlider*>(); }
-    Values told() const {
+    Values reported() const {
         Values values;
         for (const QList<QVariant>& arguments : spy)
             values.append(arguments.first().toDouble());
@@ -42,7 +42,7 @@ protected:
 TEST_F(PDoubleRangeWidgetTest, tells_once_of_another_value_set) {
     widget.setValue(-12.3);
     widget.setValue(-12.3);
-    EXPECT_EQ(told(), Values({-12.3}));
+    EXPECT_EQ(reported(), Values({-12.3}));
     EXPECT_EQ(textOf(field()), QStringLiteral("-12.3"));
 }
 
@@ -64,13 +64,13 @@ TEST_F(PDoubleRangeWidgetTest, has_such_tenths_also_by_the_slider) {
 
 TEST_F(PDoubleRangeWidgetTest, tells_once_of_a_range_that_moves_the_value) {
     widget.setRange({-30, 10, 0.1});
-    EXPECT_EQ(told(), Values({10}));
+    EXPECT_EQ(reported(), Values({10}));
     EXPECT_EQ(widget.range(), (PMinMaxRange<double>{-30, 10, 0.1}));
 }
 
 TEST_F(PDoubleRangeWidgetTest, takes_what_is_typed) {
     enter(field(), QStringLiteral("-0.34"));
-    EXPECT_EQ(told(), Values({-0.3}));
+    EXPECT_EQ(reported(), Values({-0.3}));
     EXPECT_EQ(slider()->value(), 297);
 }
 

@@ -22,7 +22,7 @@ class PNumberTextTyped : public testing::TestWithParam<TypedNumber> {};
 TEST_P(PNumberTextTyped, means_its_number) {
     const PNumberText text(QStringLiteral(" %"));
     const QLocale locale(QString::fromLatin1(GetParam().locale));
-    EXPECT_EQ(text.valueOf(QString::fromUtf8(GetParam().text), 0, locale), GetParam().value);
+    EXPECT_EQ(text.toValue(QString::fromUtf8(GetParam().text), 0, locale), GetParam().value);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -44,15 +44,15 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(PNumberText, writes_the_decimals_asked_for_and_the_unit) {
     const PNumberText text(QStringLiteral(" °C"));
-    EXPECT_EQ(text.textOf(-2.5, 1, QLocale::c()), QStringLiteral("-2.5 °C"));
-    EXPECT_EQ(text.textOf(3, 1, QLocale::c()), QStringLiteral("3.0 °C"));
+    EXPECT_EQ(text.toText(-2.5, 1, QLocale::c()), QStringLiteral("-2.5 °C"));
+    EXPECT_EQ(text.toText(3, 1, QLocale::c()), QStringLiteral("3.0 °C"));
 }
 
 TEST(PNumberText, writes_more_decimals_where_the_value_has_them) {
-    EXPECT_EQ(PNumberText().textOf(12.345, 2, QLocale::c()), QStringLiteral("12.345"));
+    EXPECT_EQ(PNumberText().toText(12.345, 2, QLocale::c()), QStringLiteral("12.345"));
 }
 
 TEST(PNumberText, writes_as_the_locale_does_without_thousands) {
     const QLocale russian(QStringLiteral("ru_RU"));
-    EXPECT_EQ(PNumberText().textOf(12345.5, 1, russian), QStringLiteral("12345,5"));
+    EXPECT_EQ(PNumberText().toText(12345.5, 1, russian), QStringLiteral("12345,5"));
 }

@@ -97,12 +97,12 @@ TEST_P(PRangeScaleEnds, are_exact_and_reached_by_nothing_else) {
     EXPECT_EQ(scale.isLogarithmic(), GetParam().logarithmic);
     EXPECT_EQ(scale.valueAt(0), GetParam().range.minimum);
     EXPECT_EQ(scale.valueAt(scale.lastPosition()), GetParam().range.maximum);
-    EXPECT_EQ(scale.positionOf(GetParam().range.minimum), 0);
-    EXPECT_EQ(scale.positionOf(GetParam().range.maximum), scale.lastPosition());
+    EXPECT_EQ(scale.toPosition(GetParam().range.minimum), 0);
+    EXPECT_EQ(scale.toPosition(GetParam().range.maximum), scale.lastPosition());
     const double second = scale.stepped(GetParam().range.minimum, 1);
     const double lastButOne = scale.stepped(GetParam().range.maximum, -1);
-    EXPECT_GT(scale.positionOf(second), 0);
-    EXPECT_LT(scale.positionOf(lastButOne), scale.lastPosition());
+    EXPECT_GT(scale.toPosition(second), 0);
+    EXPECT_LT(scale.toPosition(lastButOne), scale.lastPosition());
 }
 
 TEST_P(PRangeScaleEnds, have_only_values_of_the_range_between_them_in_rising_order) {
@@ -118,7 +118,7 @@ TEST_P(PRangeScaleEnds, lie_at_positions_that_lead_back_to_them) {
     const PRangeScale scale(GetParam().range);
     double value = scale.minimum();
     for (int steps = 0; steps < 2000 && value < scale.maximum(); ++steps) {
-        const int position = scale.positionOf(value);
+        const int position = scale.toPosition(value);
         const double before = scale.valueAt(position - 1);
         const double after = scale.valueAt(position + 1);
         ASSERT_LE(before, value) << position;
@@ -145,7 +145,7 @@ TEST(PRangeScale, has_a_position_for_each_value_where_they_are_few) {
     EXPECT_EQ(scale.lastPosition(), 220);
     EXPECT_FALSE(scale.skipsValues());
     for (int value = 10; value <= 230; ++value)
-        EXPECT_EQ(scale.valueAt(scale.positionOf(value)), value);
+        EXPECT_EQ(scale.valueAt(scale.toPosition(value)), value);
 }
 
 TEST(PRangeScale, skips_values_where_they_are_many) {
@@ -154,7 +154,7 @@ TEST(PRangeScale, skips_values_where_they_are_many) {
 
 TEST(PRangeScale, has_three_digits_at_most_inside_a_log_scale) {
     const PRangeScale scale(shutter);
-    EXPECT_EQ(scale.valueAt(scale.positionOf(12345)), 12300);
+    EXPECT_EQ(scale.valueAt(scale.toPosition(12345)), 12300);
 }
 
 TEST(PRangeScale, has_the_decimals_of_its_numbers) {
@@ -162,7 +162,7 @@ TEST(PRangeScale, has_the_decimals_of_its_numbers) {
     EXPECT_EQ(PRangeScale({0, 10, 0.25}).decimals(), 2);
     EXPECT_EQ(PRangeScale({0.105, 5000, 0.01}).decimals(), 3);
     EXPECT_EQ(PRangeScale({0, 1, 1.0 / 3}).decimals(), 6);
-    EXPECT_EQ(PRangeScale::decimalsOf(0.1 + 0.2), 1);
+    EXPECT_EQ(PRangeScale::countDecimals(0.1 + 0.2), 1);
 }
 
 TEST(PRangeScale, takes_a_hundredth_of_the_range_where_there_is_no_step) {

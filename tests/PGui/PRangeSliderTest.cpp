@@ -95,7 +95,7 @@ TEST_F(PRangeSliderTest, leaves_the_handle_in_the_hand_and_lets_it_go_to_the_val
     slider.showValue(1000);
     EXPECT_EQ(slider.value(), 700);
     slider.setSliderDown(false);
-    EXPECT_EQ(slider.value(), PRangeScale({10, 50000000, 1}).positionOf(1000));
+    EXPECT_EQ(slider.value(), PRangeScale({10, 50000000, 1}).toPosition(1000));
     EXPECT_EQ(spy.size(), 1);
 }
 

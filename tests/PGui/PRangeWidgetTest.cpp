@@ -25,7 +25,7 @@ protected:
 
     PNumberField* field() const { return widget.findChild<PNumberField*>(); }
     PRangeSlider* slider() const { return widget.findChild<PRangeSlider*>(); }
-    Values told() const {
+    Values reported() const {
         Values values;
         for (const QList<QVariant>& arguments : spy)
             values.append(arguments.first().toInt());
@@ -41,7 +41,7 @@ protected:
 TEST_F(PRangeWidgetTest, tells_once_of_another_value_set) {
     widget.setValue(50);
     widget.setValue(50);
-    EXPECT_EQ(told(), Values({50}));
+    EXPECT_EQ(reported(), Values({50}));
 }
 
 TEST_F(PRangeWidgetTest, shows_the_value_in_both_parts) {
@@ -53,7 +53,7 @@ TEST_F(PRangeWidgetTest, shows_the_value_in_both_parts) {
 TEST_F(PRangeWidgetTest, brings_a_value_outside_to_the_end) {
     widget.setValue(1000);
     widget.setValue(-5);
-    EXPECT_EQ(told(), Values({230, 10}));
+    EXPECT_EQ(reported(), Values({230, 10}));
 }
 
 TEST_F(PRangeWidgetTest, brings_a_value_between_steps_to_the_nearest) {
@@ -62,12 +62,12 @@ TEST_F(PRangeWidgetTest, brings_a_value_between_steps_to_the_nearest) {
     widget.setValue(47);
     EXPECT_EQ(widget.value(), 50);
     widget.setValue(99);
-    EXPECT_EQ(told(), Values({50, 99}));
+    EXPECT_EQ(reported(), Values({50, 99}));
 }
 
 TEST_F(PRangeWidgetTest, tells_once_of_a_range_that_moves_the_value) {
     widget.setRange({10, 100, 1});
-    EXPECT_EQ(told(), Values({100}));
+    EXPECT_EQ(reported(), Values({100}));
     EXPECT_EQ(widget.range(), (PMinMaxRange<int>{10, 100, 1}));
 }
 
@@ -80,14 +80,14 @@ TEST_F(PRangeWidgetTest, says_nothing_of_a_range_that_leaves_the_value) {
 TEST_F(PRangeWidgetTest, moves_the_slider_with_the_field_and_tells_once) {
     enter(field(), QStringLiteral("60"));
     EXPECT_EQ(slider()->value(), 50);
-    EXPECT_EQ(told(), Values({60}));
+    EXPECT_EQ(reported(), Values({60}));
 }
 
 TEST_F(PRangeWidgetTest, moves_the_field_with_the_slider_and_tells_once) {
     slider()->setFocus();
     QTest::keyClick(slider(), Qt::Key_Right);
     EXPECT_EQ(textOf(field()), QStringLiteral("121"));
-    EXPECT_EQ(told(), Values({121}));
+    EXPECT_EQ(reported(), Values({121}));
 }
 
 TEST_F(PRangeWidgetTest, does_not_loop_where_the_listener_sets_the_value_back) {
@@ -116,7 +116,7 @@ TEST_F(PRangeWidgetTest, works_from_ten_microseconds_to_fifty_seconds) {
     QTest::keyClick(slider(), Qt::Key_Right);
     QTest::keyClick(slider(), Qt::Key_End);
     QTest::keyClick(slider(), Qt::Key_Left);
-    EXPECT_EQ(told(), Values({10, 11, 50000000, 49000000}));
+    EXPECT_EQ(reported(), Values({10, 11, 50000000, 49000000}));
 }
 
 TEST_F(PRangeWidgetTest, holds_all_integers) {
@@ -159,5 +159,5 @@ TEST_F(PRangeWidgetTest, writes_a_suffix_and_reads_it) {
     widget.setSuffix(QStringLiteral(" %"));
     EXPECT_EQ(textOf(field()), QStringLiteral("120 %"));
     enter(field(), QStringLiteral("60%"));
-    EXPECT_EQ(told(), Values({60}));
+    EXPECT_EQ(reported(), Values({60}));
 }

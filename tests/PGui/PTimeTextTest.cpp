@@ -28,13 +28,13 @@ class PTimeTextTyped : public testing::TestWithParam<TypedTime> {};
 } // namespace
 
 TEST_P(PTimeTextWritten, is_in_the_unit_that_suits_it) {
-    EXPECT_EQ(PTimeText().textOf(GetParam().microseconds, 0, QLocale::c()),
+    EXPECT_EQ(PTimeText().toText(GetParam().microseconds, 0, QLocale::c()),
               QString::fromUtf8(GetParam().text));
 }
 
 TEST_P(PTimeTextWritten, is_read_as_what_it_was) {
     const PTimeText text;
-    EXPECT_EQ(text.valueOf(QString::fromUtf8(GetParam().text), 0, QLocale::c()),
+    EXPECT_EQ(text.toValue(QString::fromUtf8(GetParam().text), 0, QLocale::c()),
               GetParam().microseconds);
 }
 
@@ -52,7 +52,7 @@ INSTANTIATE_TEST_SUITE_P(Rows, PTimeTextWritten,
 
 TEST_P(PTimeTextTyped, means_its_time) {
     const std::optional<double> value =
-        PTimeText().valueOf(QString::fromUtf8(GetParam().text), GetParam().shown, QLocale::c());
+        PTimeText().toValue(QString::fromUtf8(GetParam().text), GetParam().shown, QLocale::c());
     ASSERT_EQ(value.has_value(), GetParam().microseconds.has_value());
     if (value) {
         EXPECT_DOUBLE_EQ(*value, *GetParam().microseconds);
@@ -78,6 +78,6 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(PTimeText, reads_and_writes_a_decimal_comma_where_it_is_usual) {
     const QLocale russian(QStringLiteral("ru_RU"));
-    EXPECT_EQ(PTimeText().textOf(12500, 0, russian), QStringLiteral("12,5 ms"));
-    EXPECT_EQ(PTimeText().valueOf(QStringLiteral("12,5 ms"), 0, russian), 12500);
+    EXPECT_EQ(PTimeText().toText(12500, 0, russian), QStringLiteral("12,5 ms"));
+    EXPECT_EQ(PTimeText().toValue(QStringLiteral("12,5 ms"), 0, russian), 12500);
 }
