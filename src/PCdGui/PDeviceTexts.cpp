@@ -7,7 +7,7 @@
 
 namespace {
 
-PEnumeration choicesOf(PDeviceProperty& property) {
+PEnumeration readChoices(PDeviceProperty& property) {
     return property.type() == PCD::DevicePropertyType::Choice
                ? property.tryGetRange().value<PEnumeration>()
                : PEnumeration();
@@ -19,7 +19,7 @@ PDeviceTexts::PDeviceTexts(PDevice& device) {
     const QList<PDeviceProperty*> properties = device.getSupportProperties();
     for (PDeviceProperty* property : properties)
         m_properties.insert(property->id(),
-                            {property->title(), property->description(), choicesOf(*property)});
+                            {property->title(), property->description(), readChoices(*property)});
     qDeleteAll(properties);
     const QList<PDevicePropertyGroup*> groups = device.getSupportPropertyGroups();
     for (const PDevicePropertyGroup* group : groups)

@@ -13,14 +13,14 @@
 namespace {
 
 /// The line a part types into, or null: a number field does its typing in a line edit inside it.
-QLineEdit* lineOf(QWidget* part) {
+QLineEdit* findLineEdit(QWidget* part) {
     auto* const line = qobject_cast<QLineEdit*>(part);
     return line != nullptr ? line
                            : part->findChild<QLineEdit*>(QString(), Qt::FindDirectChildrenOnly);
 }
 
-QMenu* menuOf(QWidget* part) {
-    if (QLineEdit* const line = lineOf(part)) {
+QMenu* createMenu(QWidget* part) {
+    if (QLineEdit* const line = findLineEdit(part)) {
         QMenu* const menu = line->createStandardContextMenu();
         menu->addSeparator();
         return menu;
@@ -31,7 +31,7 @@ QMenu* menuOf(QWidget* part) {
 } // namespace
 
 QMenu* PEditorMenu::create(PPropertyEditor* editor, QWidget* part) {
-    QMenu* const menu = menuOf(part);
+    QMenu* const menu = createMenu(part);
     menu->setToolTipsVisible(true);
     QAction* const reset = menu->addAction(tr("Reset to default"));
     reset->setObjectName(QStringLiteral("reset"));

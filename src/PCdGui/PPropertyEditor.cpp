@@ -25,7 +25,7 @@ PPropertyEditor::PPropertyEditor(PDeviceProperty* property)
     : m_property(property)
     , m_texts{property->title(), property->description(), {}}
     , m_watch(property->device(), this)
-    , m_sender(property) {
+    , m_setter(property) {
 }
 
 PPropertyEditor::~PPropertyEditor() {
@@ -36,8 +36,8 @@ PPropertyEditor::~PPropertyEditor() {
         disconnect(part, nullptr, this, nullptr);
     if (m_property)
         disconnect(m_property, nullptr, this, nullptr);
-    disconnect(&m_sender, nullptr, this, nullptr);
-    m_sender.flush();
+    disconnect(&m_setter, nullptr, this, nullptr);
+    m_setter.flush();
 }
 
 void PPropertyEditor::begin(QWidget* control, QWidget* focus) {
@@ -63,15 +63,15 @@ void PPropertyEditor::follow() {
         refresh();
     });
     connect(m_property, &QObject::destroyed, this, &PPropertyEditor::onPropertyDestroyed);
-    connect(&m_sender, &PCoalescingSetter::settled, this, &PPropertyEditor::refresh);
-    connect(&m_sender, &PCoalescingSetter::refused, this, &PPropertyEditor::onRefused);
+    connect(&m_setter, &PCoalescingSetter::settled, this, &PPropertyEditor::refresh);
+    connect(&m_setter, &PCoalescingSetter::refused, this, &PPropertyEditor::onRefused);
     connect(&m_watch, &PDeviceWatch::usableChanged, this, &PPropertyEditor::updateUsable);
 }
 
 void PPropertyEditor::refresh() {
     m_watch.update();
     // What waits to be set is newer than what the property has; the property will answer it.
-    if (m_property && !m_sender.isWaiting())
+    if (m_property && !m_setter.isWaiting())
         showProperty(m_property->valueInner(), shownRange());
 }
 
@@ -85,7 +85,7 @@ QVariant PPropertyEditor::shownRange() const {
 void PPropertyEditor::updateUsable() {
     const bool usable = m_property && m_watch.isUsable();
     if (!usable)
-        m_sender.drop();
+        m_setter.drop();
     setEnabled(usable);
     updateToolTip();
 }
@@ -119,7 +119,7 @@ void PPropertyEditor::onRefused() {
 
 void PPropertyEditor::send(const QVariant& value) {
     if (m_property && m_watch.isUsable())
-        m_sender.post(value);
+        m_setter.post(value);
     else
         refresh();
 }

@@ -69,5 +69,5 @@ private:
     QPointer<PDeviceProperty> m_property;
     PDeviceTexts::Texts m_texts;
     PDeviceWatch m_watch;
-    PCoalescingSetter m_sender;
+    PCoalescingSetter m_setter;
 };

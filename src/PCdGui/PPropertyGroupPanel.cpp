@@ -18,7 +18,7 @@ namespace {
 
 constexpr int mostTitleCharacters = 18;
 
-QString wordsOf(const QByteArray& id, const PDeviceTexts::Texts& texts, const QString& group) {
+QString searchWords(const QByteArray& id, const PDeviceTexts::Texts& texts, const QString& group) {
     const QString title = texts.title.isEmpty() ? group : texts.title;
     const QStringList words{title, QString::fromLatin1(id), texts.description};
     return words.join(QLatin1Char('\n'));
@@ -38,7 +38,7 @@ QString shownOn(const QWidget& editor) {
 }
 
 /// A long title takes a second line, unless it is a single word.
-int widthOf(const QWidget& title) {
+int fittingWidth(const QWidget& title) {
     const int most = mostTitleCharacters * title.fontMetrics().averageCharWidth();
     return std::max(std::min(title.sizeHint().width(), most), title.minimumSizeHint().width());
 }
@@ -75,7 +75,7 @@ PPropertyGroupPanel::~PPropertyGroupPanel() = default;
 
 void PPropertyGroupPanel::addRow(PDeviceProperty* property) {
     Row row{newEditor(*property), nullptr, property->id(),
-            wordsOf(property->id(), {property->title(), property->description(), {}}, title())};
+            searchWords(property->id(), {property->title(), property->description(), {}}, title())};
     auto* const editor = qobject_cast<PPropertyEditor*>(row.editor);
     if (editor == nullptr)
         disableWithDevice(row.editor, property->device());
@@ -111,7 +111,7 @@ void PPropertyGroupPanel::setTexts(const QString& groupTitle, const PDeviceTexts
     setTitle(PPropertyDisplay::plainTitle(groupTitle));
     for (Row& row : m_rows) {
         const PDeviceTexts::Texts own = texts.ofProperty(row.id);
-        row.words = wordsOf(row.id, own, groupTitle);
+        row.words = searchWords(row.id, own, groupTitle);
         auto* const editor = qobject_cast<PPropertyEditor*>(row.editor);
         if (editor == nullptr || own.title.isEmpty())
             continue;
@@ -147,7 +147,7 @@ int PPropertyGroupPanel::titleWidth() const {
     int width = 0;
     for (const Row& row : m_rows) {
         if (isBeside(row))
-            width = std::max(width, widthOf(*row.title));
+            width = std::max(width, fittingWidth(*row.title));
     }
     return width;
 }

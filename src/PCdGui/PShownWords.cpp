@@ -23,37 +23,37 @@ QString withoutMarks(QString text) {
     return text.replace(mark, QStringLiteral("\\1"));
 }
 
-QString textOf(const QLabel& label) {
+QString labelText(const QLabel& label) {
     const QString text =
         label.textFormat() == Qt::PlainText ? label.text() : withoutTags(label.text());
     return label.buddy() == nullptr ? text : withoutMarks(text);
 }
 
-QStringList itemsOf(const QComboBox& box) {
+QStringList itemTexts(const QComboBox& box) {
     QStringList items;
     for (int index = 0; index < box.count(); ++index)
         items.append(box.itemText(index));
     return items;
 }
 
-QStringList titlesOf(const QTabBar& tabs) {
+QStringList tabTitles(const QTabBar& tabs) {
     QStringList titles;
     for (int index = 0; index < tabs.count(); ++index)
         titles.append(withoutMarks(tabs.tabText(index)));
     return titles;
 }
 
-QStringList textsOf(const QWidget& widget) {
+QStringList shownTexts(const QWidget& widget) {
     if (const auto* const label = qobject_cast<const QLabel*>(&widget))
-        return {textOf(*label)};
+        return {labelText(*label)};
     if (const auto* const button = qobject_cast<const QAbstractButton*>(&widget))
         return {withoutMarks(button->text())};
     if (const auto* const group = qobject_cast<const QGroupBox*>(&widget))
         return {withoutMarks(group->title())};
     if (const auto* const box = qobject_cast<const QComboBox*>(&widget))
-        return itemsOf(*box);
+        return itemTexts(*box);
     if (const auto* const tabs = qobject_cast<const QTabBar*>(&widget))
-        return titlesOf(*tabs);
+        return tabTitles(*tabs);
     return {};
 }
 
@@ -66,7 +66,7 @@ bool isOnIt(const QWidget& part) {
 void collectInside(const QWidget& widget, QStringList& texts);
 
 void collect(const QWidget& widget, QStringList& texts) {
-    texts += textsOf(widget);
+    texts += shownTexts(widget);
     texts += withoutTags(widget.toolTip());
     collectInside(widget, texts);
 }
