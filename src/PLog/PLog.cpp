@@ -68,7 +68,7 @@ void writeToSinks(const PLogRecord& record) {
         state().standard->write(record);
 }
 
-PLogLevel levelOf(QtMsgType type) {
+PLogLevel toLevel(QtMsgType type) {
     switch (type) {
     case QtDebugMsg:
         return PLogLevel::Debug;
@@ -83,17 +83,17 @@ PLogLevel levelOf(QtMsgType type) {
     return PLogLevel::Error;
 }
 
-QString sourceOf(const QMessageLogContext& context) {
+QString toSource(const QMessageLogContext& context) {
     const QString category = QString::fromUtf8(context.category);
     return category.isEmpty() || category == u"default" ? u"qt"_qs : u"qt."_qs + category;
 }
 
 void takeQtMessage(QtMsgType type, const QMessageLogContext& context, const QString& message) {
-    const QString source = sourceOf(context);
-    if (!PLog::passes(source, levelOf(type)))
+    const QString source = toSource(context);
+    if (!PLog::passes(source, toLevel(type)))
         return;
     PLog::logStream(source, QString::fromUtf8(context.function), QString::fromUtf8(context.file),
-                    context.line, levelOf(type))
+                    context.line, toLevel(type))
         << message;
 }
 

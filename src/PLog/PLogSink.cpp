@@ -21,7 +21,7 @@ QLatin1String levelName(PLogLevel level) {
     return QLatin1String("off");
 }
 
-QByteArray lineOf(const PLogRecord& record, bool location) {
+QByteArray toLine(const PLogRecord& record, bool location) {
     return formatLogRecord(record, location).toUtf8() + '\n';
 }
 
@@ -39,7 +39,7 @@ QString formatLogRecord(const PLogRecord& record, bool location) {
 
 void PStderrLogSink::write(const PLogRecord& record) {
     // One call for the whole line: lines of other writers to the stream never mix into it.
-    const QByteArray line = lineOf(record, false);
+    const QByteArray line = toLine(record, false);
     std::fwrite(line.constData(), 1, std::size_t(line.size()), stderr);
 }
 
@@ -51,7 +51,7 @@ PFileLogSink::PFileLogSink(const QString& path)
 void PFileLogSink::write(const PLogRecord& record) {
     if (!m_file.isOpen())
         return;
-    m_file.write(lineOf(record, true));
+    m_file.write(toLine(record, true));
     m_file.flush();
 }
 
