@@ -12,7 +12,7 @@
 struct PEnumerationItem {
     QUuid id;        ///< what a property exchanges as its value
     QString name;    ///< untranslated
-    QString title;   ///< translated, for people
+    QString title;   ///< translated, for the user
     QByteArray data; ///< what the device understands
 
     friend bool operator==(const PEnumerationItem& a, const PEnumerationItem& b) {

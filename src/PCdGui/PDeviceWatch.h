@@ -17,7 +17,7 @@ public:
     PDeviceWatch(PDevice* device, QWidget* widget);
 
     bool isUsable() const { return m_usable; }
-    /// Looks again, as it does by itself when the widget is shown: linking is not told by a signal.
+    /// Looks again, as it does by itself when the widget is shown: linking emits no signal.
     void update();
 
 signals:

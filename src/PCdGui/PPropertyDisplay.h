@@ -10,7 +10,7 @@
 class PDeviceProperty;
 class PNumberText;
 
-/// What editors say about properties, for people and translated. The GUI thread.
+/// What editors show about properties, translated. The GUI thread.
 class PPropertyDisplay {
     Q_DECLARE_TR_FUNCTIONS(PPropertyDisplay)
 

@@ -30,7 +30,7 @@ PPropertyEditor::PPropertyEditor(PDeviceProperty* property)
 
 PPropertyEditor::~PPropertyEditor() {
     // Parts that lose the focus when they go commit what was typed into them, and the property
-    // answers what is sent: nobody is left to react to either.
+    // answers what is sent: nothing is left to react to either.
     const QList<QWidget*> parts = findChildren<QWidget*>();
     for (QWidget* part : parts)
         disconnect(part, nullptr, this, nullptr);

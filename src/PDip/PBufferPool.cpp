@@ -30,7 +30,7 @@ using Clock = std::chrono::steady_clock;
 constexpr std::size_t pageSize = 4096; // the smallest size class; pages may be larger
 constexpr std::size_t idleCountLimit = 64;
 
-/// The size class: up to a sixteenth more than asked for, so that frames of nearly one size share
+/// The size class: up to a sixteenth more than requested, so that frames of nearly one size share
 /// buffers. What is never touched of it costs no memory.
 std::size_t roundedSize(std::size_t size) {
     std::size_t step = pageSize;
@@ -39,8 +39,8 @@ std::size_t roundedSize(std::size_t size) {
     return (size + step - 1) / step * step;
 }
 
-/// The address sanitizer knows nothing of memory mapped by hand: it is told which bytes nobody may
-/// touch, so that a run past the end of an image is found as it is with memory of the heap.
+/// The address sanitizer knows nothing of memory mapped by hand: these mark the bytes that must not
+/// be touched, so that a run past the end of an image is found as it is with memory of the heap.
 void allowAccess([[maybe_unused]] unsigned char* memory, [[maybe_unused]] std::size_t allowed,
                  [[maybe_unused]] std::size_t size) {
 #ifdef PCD_ADDRESS_SANITIZER

@@ -35,8 +35,8 @@ public:
     /// larger: sizes that come to the same share buffers.
     Buffer acquire(std::size_t size);
 
-    /// At most this many bytes may be in images at a time: beyond it acquire() gives null. A host
-    /// that must not take all of a machine's memory sets it; at first there is no limit.
+    /// The highest number of bytes that may be in images at a time: beyond it acquire() gives null.
+    /// A host that must not take all of a machine's memory sets it; at first there is no limit.
     void setUseLimit(std::size_t bytes);
     static constexpr std::size_t NoLimit = ~std::size_t(0);
 

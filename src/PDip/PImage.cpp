@@ -26,7 +26,7 @@ struct Pixels : QSharedData {
 
 using PixelsPtr = QExplicitlySharedDataPointer<Pixels>;
 
-/// True if nobody else holds it. Acquires: what another thread did with it before it let go, on
+/// True if it has no other holder. Acquires: what another thread did with it before it let go, on
 /// looking at one, has happened before what the caller does next. (Qt's own detaching only reads
 /// the count, which promises no such order.)
 template <typename Pointer>

@@ -9,7 +9,7 @@ namespace PDIP {
 /// Base of what the image library throws.
 class exception : public std::exception {};
 
-/// An image operation that cannot be done as asked; what() says why.
+/// An image operation that cannot be carried out; what() has the reason.
 class dip_exception : public exception {
 public:
     explicit dip_exception(const char* message)

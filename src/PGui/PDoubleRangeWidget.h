@@ -14,7 +14,7 @@ public:
     explicit PDoubleRangeWidget(QWidget* parent = nullptr);
 
     /// The range. A value outside it, or between its steps, becomes the nearest of the range; that
-    /// is told.
+    /// is reported.
     void setRange(const PMinMaxRange<double>& range);
     const PMinMaxRange<double>& range() const { return m_range; }
     double value() const;
@@ -23,7 +23,7 @@ public:
     void showValue(const PMinMaxRange<double>& range, double value);
 
 public slots:
-    /// The value, brought to the nearest of the range. Told if it is another one.
+    /// The value, brought to the nearest of the range. Reported if it is another one.
     void setValue(double value);
 
 signals:

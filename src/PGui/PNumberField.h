@@ -9,7 +9,7 @@
 #include <memory>
 
 /// A field for one number of a range, with arrows. It also shows a number that the range does not
-/// have, as it is; what a person enters is brought to the nearest of the range. Enter or leaving
+/// have, as it is; what the user enters is brought to the nearest of the range. Enter or leaving
 /// the field commits what was typed, Escape takes it back. The GUI thread.
 class PNumberField : public QAbstractSpinBox {
     Q_OBJECT
@@ -37,7 +37,7 @@ public:
     QSize minimumSizeHint() const override { return sizeHint(); }
 
 signals:
-    /// A person has entered another value.
+    /// The user has entered another value.
     void valueEdited(double value);
 
 protected:

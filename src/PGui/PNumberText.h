@@ -26,7 +26,7 @@ public:
 protected:
     /// A finite number in the locale's form, or with a decimal point.
     static std::optional<double> parseNumber(const QString& text, const QLocale& locale);
-    /// The locale, without separators between thousands, which people do not type.
+    /// The locale, without separators between thousands, which users do not type.
     static QLocale plain(QLocale locale);
 
 private:

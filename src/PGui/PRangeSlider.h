@@ -21,7 +21,7 @@ public:
     void showValue(double value);
 
 signals:
-    /// A person has chosen another value.
+    /// The user has chosen another value.
     void valuePicked(double value);
 
 protected:

@@ -32,7 +32,7 @@ public:
 protected:
     explicit PRangeWidgetBase(QWidget* parent);
 
-    /// Take a range or a value, clamped; tell once if the value is another one then. What is not
+    /// Take a range or a value, clamped; report once if the value is another one then. What is not
     /// finite is ignored.
     void takeScale(const PMinMaxRange<double>& range);
     void takeNumber(double number);

@@ -27,7 +27,7 @@ public:
     /// the failure names the word and the levels, and nothing is changed. The start value is
     /// "info".
     static PStatus setFilter(const QString& filter);
-    /// The text of the filter in force, as setFilter takes it.
+    /// The text of the current filter, as setFilter takes it.
     static QString filter();
     /// Does what setFilter does with the environment variable PCD_LOG, if it is set and not empty.
     static PStatus setFilterFromEnvironment();

@@ -10,7 +10,7 @@
 #include <functional>
 #include <initializer_list>
 
-/// A device without a camera: it answers as it is told and writes down what it is asked for.
+/// A device without a camera: it returns what it is set to and records the calls it receives.
 class FakeDevice : public PDevice {
 public:
     explicit FakeDevice(const QByteArray& model = "Fake", const QByteArray& serial = "1")
@@ -71,7 +71,7 @@ private:
     QByteArray m_serial;
 };
 
-/// Calls of a fake device, as it writes them down.
+/// Calls of a fake device, as it records them.
 inline QStringList calls(std::initializer_list<const char*> names) {
     QStringList list;
     for (const char* name : names)

@@ -5,7 +5,7 @@
 
 #include <QStringList>
 
-/// A property whose device is a variable. It writes down what it is asked for.
+/// A property whose device is a variable. It records the calls it receives.
 class FakeProperty : public PDeviceProperty {
 public:
     explicit FakeProperty(const QByteArray& id, const QVariant& value = 5)

@@ -6,7 +6,7 @@
 
 #include <functional>
 
-/// A register whose devices are those it is told.
+/// A register whose devices are those it is given.
 class FakeRegister : public PDeviceRegister {
 public:
     explicit FakeRegister(const QList<PDevice*>& present = {})

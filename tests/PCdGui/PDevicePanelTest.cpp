@@ -314,7 +314,7 @@ TEST_F(PDevicePanelLanguage, is_that_of_open_choices_and_they_stay_as_chosen) {
     EXPECT_EQ(box()->placeholderText(), QStringLiteral("(неизвестно)"));
     EXPECT_EQ(page->findChild<PPropertyEditor*>()->toolTip(),
               QStringLiteral("<p>По умолчанию: Охлаждение</p>"));
-    // The device goes on without a word of the language.
+    // The device changes while the language stays.
     binning->inDevice = FakeChoice::idOf(1);
     binning->updateValueFromDevice();
     binning->inDevice = FakeChoice::idOf(0);

@@ -148,7 +148,7 @@ TEST_F(PPropertyEditorTest, dies_in_peace_while_something_is_being_typed) {
     EXPECT_TRUE(property->sets.isEmpty());
 }
 
-TEST_F(PPropertyEditorTest, may_be_deleted_by_who_hears_of_the_set) {
+TEST_F(PPropertyEditorTest, may_be_deleted_by_a_slot_of_the_set) {
     open();
     QObject::connect(property, &PDeviceProperty::valueChanged, editor, [this] { delete editor; });
     enter(field(), QStringLiteral("250"));

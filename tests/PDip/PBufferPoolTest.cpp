@@ -224,8 +224,9 @@ TEST(PBufferPool, of_images_is_one_for_the_whole_program) {
 
 namespace {
 
-/// Lives in a static, and so is destroyed after main() has returned, in an order nobody chose. If
-/// the pool were gone by then, the program would end by a crash, and the test run with it.
+/// Lives in a static, and so is destroyed after main() has returned, in an order that is not
+/// defined. If the pool were gone by then, the program would end by a crash, and the test run with
+/// it.
 struct LateImage {
     PBufferPool::Buffer buffer;
 };

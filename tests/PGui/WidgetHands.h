@@ -9,7 +9,7 @@
 #include <QTest>
 #include <QWheelEvent>
 
-// What a person does to a widget, as events.
+// What the user does to a widget, as events.
 
 /// The line that a field types into.
 inline QLineEdit* lineOf(const QWidget* field) {

@@ -40,9 +40,9 @@ public:
     // ---- What a device is, and what a plugin overrides. The order of these is part of the binary
     // ---- interface: add at the end only.
 
-    /// Model name for people.
+    /// Model name for the user.
     virtual QString model() const;
-    /// Serial number for people, without padding zeros; empty if unknown.
+    /// Serial number for the user, without padding zeros; empty if unknown.
     virtual QString serial() const;
     /// Restores the settings that writeStreamThis() wrote into the object the reader stands in: the
     /// mode, then the properties. False if any of them could not be set.
@@ -147,8 +147,8 @@ public:
     /// When this returns, no takeFrame() of the sink is running. Not from inside takeFrame().
     void removeFrameSink(const std::shared_ptr<PFrameSink>& sink);
 
-    /// Takes this many more live frames; what comes after them is booked as not wanted and goes no
-    /// further. Without a number, all are taken, as at the beginning. Any thread.
+    /// Takes this number of live frames; what comes after them is counted as not requested and goes
+    /// no further. Without a number, all are taken, as at the beginning. Any thread.
     void limitLiveFrames(std::optional<quint64> count);
 
     /// The newest live frame that arrived, whatever still waits; a view shows this. Any thread.

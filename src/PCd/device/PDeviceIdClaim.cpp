@@ -7,7 +7,7 @@
 namespace {
 
 struct Claims {
-    std::mutex mutex; // ids are first asked for on the main thread or a frame thread
+    std::mutex mutex; // ids are first read on the main thread or a frame thread
     std::set<QByteArray> taken;
 };
 

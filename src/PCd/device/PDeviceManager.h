@@ -20,13 +20,13 @@ public:
     /// Removes all devices, then deletes the registers.
     ~PDeviceManager() override;
 
-    /// Takes a register over and finds its devices, telling of each with deviceAdded().
+    /// Takes a register over and finds its devices, and emits deviceAdded() for each.
     void addRegister(PDeviceRegister* deviceRegister);
 
     /// The devices of all registers, in the order of the registers.
     QList<PDevice*> devices() const;
 
-    /// A device a person has named, or why there is none.
+    /// The device that the user has named, or why there is none.
     struct Selection {
         PDevice* device = nullptr;
         QString problem;

@@ -76,8 +76,8 @@ PDevice* PDeviceRegister::findDevice(const QByteArray& id) const {
 }
 
 void PDeviceRegister::removeDevice(PDevice* device) {
-    // Out of the list before anything is told: a listener that asks, or that removes it once more,
-    // finds it gone already.
+    // Out of the list before anything is emitted: a slot that looks for it, or that removes it once
+    // more, finds it gone already.
     if (!m_devices.removeOne(device))
         return;
     const QPointer<PDevice> present(device);

@@ -23,8 +23,8 @@ public:
     virtual void registerInitialize();
     /// Called by the host before it lets the register go: removes all devices.
     virtual void registerCleanup();
-    /// The device with this id (with or without the register's), looking anew for devices if it is
-    /// not known yet; null if there is none.
+    /// The device with this id (with or without the register's), searching for devices again if
+    /// it is not known yet; null if there is none.
     virtual PDevice* createDevice(const QByteArray& id);
     /// Disposes of a device that has been removed. Deletes it later, never at once: the call may
     /// come from one of its own signals.
@@ -38,8 +38,8 @@ public:
     const QList<PDevice*>& devices() const { return m_devices; }
     /// The device with this id (with or without the register's), or null.
     PDevice* findDevice(const QByteArray& id) const;
-    /// Stops and unlinks the device, takes it out of the list, tells with deviceRemoved(), and has
-    /// it destroyed. A device that is not in the list is left alone.
+    /// Stops and unlinks the device, takes it out of the list, emits deviceRemoved(), and has it
+    /// destroyed. A device that is not in the list is left alone.
     void removeDevice(PDevice* device);
 
 public slots:

@@ -21,6 +21,6 @@ public:
     PFrameLedger ledger() const;
 
 private:
-    mutable std::mutex m_mutex; // frame threads and the device's thread both book
+    mutable std::mutex m_mutex; // frame threads and the device's thread both count
     PFrameLedger m_ledger;
 };

@@ -15,7 +15,7 @@ public:
     struct Entry {
         PDeviceFrame frame;
         PFrameSink::Kind kind = PFrameSink::Kind::Live;
-        bool settled = false; ///< its outcome is booked already
+        bool settled = false; ///< its outcome is counted already
     };
 
     explicit PFrameHandoff(std::size_t byteLimit);
@@ -28,7 +28,7 @@ public:
     /// The oldest entry, or nothing.
     std::optional<Entry> take();
 
-    /// True once after a push that found nobody coming: the caller wakes the device's thread.
+    /// True once after a push while no wake-up is pending: the caller wakes the device's thread.
     bool claimWake();
     /// The device's thread is here; the next push needs a new wake.
     void wakeArrived();

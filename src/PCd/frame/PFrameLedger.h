@@ -42,7 +42,7 @@ struct PFrameLedger {
     static const std::array<PFrameOutcome, PFrameOutcomeCount>& allOutcomes();
     /// "delivered", "lost_in_camera" …: for scripts.
     static QByteArray key(PFrameOutcome outcome);
-    /// "delivered", "lost in the camera" …: for people.
+    /// "delivered", "lost in the camera" …: for the user.
     static QString title(PFrameOutcome outcome);
 };
 

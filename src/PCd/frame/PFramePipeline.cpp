@@ -20,14 +20,14 @@ void logFailure(const char* what, const char* reason) noexcept {
                         QString::fromLatin1(__FILE__), __LINE__, PLogLevel::Error)
             << what << reason;
     } catch (...) {
-        // Nowhere left to tell it; the ledger still counts the frame.
+        // Nowhere left to report it; the ledger still counts the frame.
         return;
     }
 }
 
 } // namespace
 
-/// Lives on the device's thread and drains the pipeline there when an event asks it to.
+/// Lives on the device's thread and drains the pipeline there when its event arrives.
 class PFramePipeline::Waker : public QObject {
 public:
     explicit Waker(PFramePipeline* pipeline)
@@ -77,7 +77,7 @@ void PFramePipeline::sendLive(const PImage& image) noexcept {
 void PFramePipeline::sendSnapshot(PDeviceFrame frame) noexcept {
     PFrameHandoff::Entry entry;
     entry.kind = PFrameSink::Kind::Snapshot;
-    // A stamped frame was booked as a live one when it first came through here.
+    // A stamped frame was counted as a live one when it first came through here.
     entry.settled = frame.stamp != nullptr;
     if (!entry.settled)
         m_counters.enter();

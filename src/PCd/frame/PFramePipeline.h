@@ -15,7 +15,7 @@
 #include <shared_mutex>
 
 /// The pipeline of a device's frames: from the thread that delivers them, through the frame sinks,
-/// to the device's thread. Every frame that enters is booked, and has exactly one outcome.
+/// to the device's thread. Every frame that enters is counted, and has exactly one outcome.
 class PFramePipeline {
 public:
     using Deliver = std::function<void(const PFrameHandoff::Entry&)>;

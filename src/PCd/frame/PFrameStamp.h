@@ -28,6 +28,6 @@ struct PFrameStamp : public PImageAttachment {
     quint64 sequence = 0;
     bool still = false;                            ///< a still picture, not one of the live stream
     std::chrono::steady_clock::time_point arrived; ///< for intervals
-    QDateTime arrivedUtc;                          ///< for people and files
+    QDateTime arrivedUtc;                          ///< for texts and files
     std::shared_ptr<const PDeviceSettings> settings; ///< never null
 };

@@ -23,11 +23,11 @@ public:
     QStringList searchPaths() const;
 
     /// Loads what it finds and returns the root objects, which the caller owns. A plugin's metadata
-    /// is read before the plugin is loaded: what is no device plugin, or has the class name of one
-    /// loaded before, is not loaded at all.
+    /// is read before the plugin is loaded: what is not a device plugin, or has the class name of
+    /// one loaded before, is not loaded at all.
     QList<PDeviceRegister*> load();
 
-    /// What went wrong in load(): paths that were asked for and are not there, plugins that cannot
+    /// What went wrong in load(): paths that were given and do not exist, plugins that cannot
     /// be loaded.
     const QList<Failure>& failures() const { return m_failures; }
 

@@ -14,7 +14,7 @@ struct PDeviceProfile {
     struct Setting {
         QByteArray id;
         QVariant form;    ///< see PPropertyEncoding
-        QString position; ///< in the file, for people: "line 12"
+        QString position; ///< in the file, for messages: "line 12"
         /// Where the fields stand whose values are the form, a QVariantMap.
         QHash<QString, QString> fieldPositions = {};
     };

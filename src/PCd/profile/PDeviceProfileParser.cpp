@@ -99,7 +99,7 @@ private:
 
     QStringList names() const { return m_reader.valueNames() + m_reader.objectNames(); }
 
-    /// Whatever else stands there was meant for something, which would be lost without a word.
+    /// Anything else was meant for something, which would be lost without a message.
     void expectNames(const QStringList& expected) const {
         for (const QString& name : names()) {
             if (!expected.contains(name))

@@ -20,7 +20,7 @@ public:
 
     /// Reads all of it, from a reader that stands at the root. Fails with the position and what was
     /// expected: another format or version, a name that does not belong there, a value that is
-    /// missing or of another type. A property without a value (an action, a region the device could
-    /// not tell) is no setting.
+    /// missing or of another type. A property without a value (an action, a region that could not
+    /// be read) is not a setting.
     static PStatus parse(PAbstractReader& reader, PDeviceProfile& profile);
 };

@@ -236,8 +236,8 @@ PStatus PDeviceProfilePlan::checkField(const PDeviceProfile::Setting& field, con
                         cannotBe(toText(field.form), PCompositeFields::expectation(current, name)));
 }
 
-/// A camera of another model has other ranges, and that is nobody's mistake. With the same model it
-/// is one in the file.
+/// A camera of another model has other ranges, and that is not a mistake. With the same model it is
+/// one in the file.
 PStatus PDeviceProfilePlan::refuse(const PDeviceProfile::Setting& setting, const QString& reason) {
     if (m_isSameModel)
         return damage(setting, reason);

@@ -18,7 +18,7 @@ public:
     /// another type, outside the range or between its steps, a choice or region that does not
     /// exist, or any value for an action.
     static PStatus check(const PDeviceProperty& property, const QVariant& value);
-    /// Likewise, by a range that is not in force yet.
+    /// Likewise, by a range that is not applied yet.
     static PStatus check(const PDeviceProperty& property, const QVariant& value,
                          const QVariant& range);
 
@@ -26,7 +26,7 @@ public:
     static QString expectation(const PDeviceProperty& property);
     static QString expectation(const PDeviceProperty& property, const QVariant& range);
 
-    /// Sends a value, whatever it is, and asks the device what it has then: true if it is that
-    /// value. Only this tells, as devices differ in the sense of their answers.
+    /// Sends a value, whatever it is, and reads back what the device has then: true if it is that
+    /// value. Only this is certain, as devices differ in the sense of what they return.
     static bool setAndVerify(PDeviceProperty& property, const QVariant& value);
 };

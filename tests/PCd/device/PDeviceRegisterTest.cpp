@@ -18,7 +18,7 @@
 
 namespace {
 
-/// A register with three devices to be found, and what it tells.
+/// A register with three devices to be found, and what it emits.
 class RegisterFixture : public testing::Test {
 protected:
     RegisterFixture() {
@@ -71,7 +71,7 @@ TEST_F(PDeviceRegisterTest, adds_what_is_there_and_tells_of_each_once) {
     EXPECT_TRUE(removed.isEmpty());
 }
 
-TEST_F(PDeviceRegisterTest, keeps_what_is_still_there_without_a_word) {
+TEST_F(PDeviceRegisterTest, keeps_what_is_still_there_without_a_signal) {
     find({a, b});
     added.clear();
     find({b, a});
@@ -299,14 +299,14 @@ TEST_P(FailingSearch, leaves_the_list_as_it_was_and_can_be_repeated) {
 
 } // namespace
 
-INSTANTIATE_TEST_SUITE_P(Rows, FailingSearch,
-                         testing::Values(ThrowRow{"that_throws",
-                                                  [] { throw std::runtime_error("bus error"); },
-                                                  "Looking for devices failed: bus error"},
-                                         ThrowRow{"that_throws_no_exception",
-                                                  [] { throw 42; }, // NOLINT: what nobody should do
-                                                  "Looking for devices failed: unknown exception"}),
-                         RowName());
+INSTANTIATE_TEST_SUITE_P(
+    Rows, FailingSearch,
+    testing::Values(ThrowRow{"that_throws", [] { throw std::runtime_error("bus error"); },
+                             "Looking for devices failed: bus error"},
+                    ThrowRow{"that_throws_no_exception",
+                             [] { throw 42; }, // NOLINT: not an exception class
+                             "Looking for devices failed: unknown exception"}),
+    RowName());
 
 // ---- Removing.
 
@@ -430,7 +430,7 @@ TEST_F(PDeviceRegisterTest, finds_a_device_with_and_without_the_id_of_the_regist
     EXPECT_EQ(fakes.findDevice(""), nullptr);
 }
 
-TEST_F(PDeviceRegisterTest, looks_anew_only_for_a_device_it_does_not_know) {
+TEST_F(PDeviceRegisterTest, searches_again_only_for_a_device_it_does_not_know) {
     fakes.alive = {a, b};
     EXPECT_EQ(fakes.createDevice("A-1"), a);
     EXPECT_EQ(fakes.createDevice("fakes/B-1"), b);

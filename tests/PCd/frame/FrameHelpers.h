@@ -88,7 +88,7 @@ private:
     std::thread m_thread;
 };
 
-/// Writes down what it takes, and answers as it is told.
+/// Records what it takes, and returns what it is set to.
 class RecordingSink : public PFrameSink {
 public:
     enum class Answer { Takes, Refuses, Throws, ThrowsNoException };
@@ -109,7 +109,7 @@ public:
         if (answer == Answer::Throws)
             throw std::runtime_error("disk full");
         if (answer == Answer::ThrowsNoException)
-            throw 42; // NOLINT: what nobody should do
+            throw 42; // NOLINT: not an exception class
         return answer == Answer::Takes;
     }
     std::vector<Taken> taken() const {

@@ -60,7 +60,7 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(ListenerRow{"that_throws", [] { throw std::runtime_error("no such layer"); },
                                 "A listener failed over a frame: no such layer"},
                     ListenerRow{"that_throws_no_exception",
-                                [] { throw 42; }, // NOLINT: what nobody should do
+                                [] { throw 42; }, // NOLINT: not an exception class
                                 "A listener failed over a frame: unknown exception"}),
     RowName());
 

@@ -186,7 +186,7 @@ TEST(PDeviceProperty, tells_after_a_refusal_also_what_has_not_changed) {
     EXPECT_EQ(taken.emitted, (Emitted{{"value", 5}})); // an editor that shows 9 has to go back
 }
 
-TEST(PDeviceProperty, changes_its_copy_without_a_word_when_asked_to) {
+TEST(PDeviceProperty, changes_its_copy_without_a_signal_on_request) {
     TakenProperty taken;
     taken.property->setValueInner(7);
     EXPECT_EQ(taken.property->valueInner(), QVariant(7));

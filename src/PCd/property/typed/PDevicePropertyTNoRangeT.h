@@ -3,7 +3,7 @@
 
 #include <PCd/property/typed/PDevicePropertyT.h>
 
-/// A typed property without a range: the device is never asked for one.
+/// A typed property without a range: none is ever read from the device.
 template <typename T>
 class PDevicePropertyTNoRangeT : public PDevicePropertyT<T> {
 public:

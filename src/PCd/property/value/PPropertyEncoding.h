@@ -7,7 +7,7 @@ class PAbstractReader;
 class PAbstractWriter;
 
 /// The form in which a property's value is written: a choice as its item's untranslated name, which
-/// people can read and edit; a composite value as its stored fields by their names
+/// users can read and edit; a composite value as its stored fields by their names
 /// (PCompositeFields), or, if it declares none, as the bytes of its QDataStream operators;
 /// everything else as it is. Any thread.
 class PPropertyEncoding {

@@ -5,7 +5,7 @@
 #include <QString>
 #include <QVariant>
 
-/// Values of properties as text for people, and back. Any thread.
+/// Values of properties as text for the user, and back. Any thread.
 class PPropertyText {
 public:
     /// "12", "on", "Add 2x2", "0,0,640,480", "target=100 gain=120", bytes as base64; a type without

@@ -9,7 +9,7 @@
 
 #include <QStringList>
 
-/// A typed property whose device is a variable. It writes down what its device slots are asked for.
+/// A typed property whose device is a variable. It records the calls of its device slots.
 template <typename Base, typename T>
 class TypedFake : public Base {
 public:

@@ -131,7 +131,7 @@ TEST(TypedProperty, a_number_tells_its_stored_value_and_range_typed_and_once) {
     auto* const number = takenBy(device, new FakeNumber);
     QSignalSpy values(number, qOverload<int>(&FakeNumber::valueChanged));
     QSignalSpy ranges(number, qOverload<PMinMaxRange<int>>(&FakeNumber::rangeChanged));
-    number->setValue(QStringLiteral("8")); // stored as given, told as converted
+    number->setValue(QStringLiteral("8")); // stored as given, emitted as converted
     ASSERT_EQ(values.count(), 1);
     EXPECT_EQ(values.at(0).at(0), QVariant(8));
     EXPECT_EQ(ranges.count(), 0);
