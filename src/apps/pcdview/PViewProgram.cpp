@@ -106,8 +106,8 @@ void PViewProgram::note(const QString& problem) {
 
 void PViewProgram::openCamera(const PViewOptions& options) {
     if (options.camera.isEmpty())
-        return m_window->desk().openFirst();
-    const PStatus status = m_window->desk().open(options.camera);
+        return m_window->cameraTabs().openFirst();
+    const PStatus status = m_window->cameraTabs().open(options.camera);
     if (status.isOk())
         return;
     note(status.reason());

@@ -127,9 +127,9 @@ TEST_F(ExposureSessionTest, the_video_exposure_is_kept_where_a_tab_is_left_on_tr
     click("pbTrigger");
     ASSERT_EQ(asked("autoexpottime"), 5'000'000);
     PViewCamera& triggered = inFront();
-    ASSERT_TRUE(desk().open(u"Small-S0002"_qs).isOk());
+    ASSERT_TRUE(cameraTabs().open(u"Small-S0002"_qs).isOk());
     ASSERT_NE(&inFront(), &triggered);
-    ASSERT_TRUE(desk().open(u"Small-S0001"_qs).isOk());
+    ASSERT_TRUE(cameraTabs().open(u"Small-S0001"_qs).isOk());
     ASSERT_EQ(&inFront(), &triggered);
     EXPECT_TRUE(widget<QAbstractButton>(u"pbTrigger"_qs).isChecked());
     EXPECT_EQ(asked("autoexpottime"), 5'000'000);

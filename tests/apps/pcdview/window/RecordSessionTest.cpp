@@ -118,7 +118,7 @@ protected:
         widget<QComboBox>(u"recordEnd"_qs).setCurrentIndex(2);
         pressKeyUnasked();
         ASSERT_TRUE(waitUntil([this] { return written("Small-S0001") >= 5; }));
-        ASSERT_TRUE(desk().open(u"Small-S0002"_qs).isOk());
+        ASSERT_TRUE(cameraTabs().open(u"Small-S0002"_qs).isOk());
         ASSERT_TRUE(waitForNewFrames());
     }
     /// Frames of this camera that are in its file, as the panel says.
@@ -250,7 +250,7 @@ TEST_F(RecordSessionTest, closing_its_tab_asks_and_then_leaves_a_whole_file) {
     EXPECT_TRUE(isRecording());
     answerNext(QMessageBox::Yes);
     widget<QAction>(u"closeCamera"_qs).trigger();
-    EXPECT_EQ(desk().currentPage(), nullptr);
+    EXPECT_EQ(cameraTabs().currentPage(), nullptr);
     ASSERT_TRUE(waitForText(u"the camera was closed"_qs)) << text().toStdString();
     const OmeXml document(TiffReadBack(recorded()).description());
     EXPECT_FALSE(document.note(u"Camera frames delivered"_qs).isEmpty());
@@ -286,7 +286,7 @@ TEST_F(RecordSessionTest, closing_names_the_cameras_whose_recordings_it_would_en
     EXPECT_TRUE(window().isVisible());
     declineNext(u"Recording is under way: Small-S0002. End it and close?"_qs);
     widget<QAction>(u"closeCamera"_qs).trigger();
-    EXPECT_EQ(desk().pages().size(), 2);
+    EXPECT_EQ(cameraTabs().pages().size(), 2);
 }
 
 TEST_F(RecordSessionTest, closing_unasked_completes_the_file) {
@@ -399,7 +399,7 @@ TEST_F(RecordSessionTest, the_key_in_another_tab_leaves_a_recording_alone) {
     ASSERT_TRUE(waitForText(u"Recorded"_qs)) << text().toStdString();
     const int later = written("Small-S0001");
     EXPECT_TRUE(waitUntil([&] { return written("Small-S0001") > later; }));
-    ASSERT_TRUE(desk().open(u"Small-S0001"_qs).isOk());
+    ASSERT_TRUE(cameraTabs().open(u"Small-S0001"_qs).isOk());
     EXPECT_TRUE(isRecording());
     pressButton();
     ASSERT_TRUE(waitUntil([this] { return !isRecording(); }));
@@ -419,7 +419,7 @@ TEST_F(RecordSessionTest, tabs_and_list_show_which_cameras_are_recorded) {
     EXPECT_FALSE(tabs.tabText(1).contains(u"●"_qs));
     EXPECT_TRUE(list.item(0)->text().contains(u"recording"_qs));
     EXPECT_FALSE(list.item(1)->text().contains(u"recording"_qs));
-    ASSERT_TRUE(desk().open(u"Small-S0001"_qs).isOk());
+    ASSERT_TRUE(cameraTabs().open(u"Small-S0001"_qs).isOk());
     pressButton();
     EXPECT_TRUE(waitUntil([&] { return !tabs.tabText(0).contains(u"●"_qs); }));
     EXPECT_FALSE(list.item(0)->text().contains(u"recording"_qs));
@@ -444,7 +444,7 @@ TEST_F(RecordSessionTest, unplugging_one_camera_ends_its_recording_alone) {
 TEST_F(RecordSessionTest, closing_a_tab_that_is_not_recorded_leaves_the_others_alone) {
     ASSERT_NO_FATAL_FAILURE(recordFirstOfTwo());
     unasked([this] { widget<QAction>(u"closeCamera"_qs).trigger(); });
-    ASSERT_EQ(desk().pages().size(), 1);
+    ASSERT_EQ(cameraTabs().pages().size(), 1);
     EXPECT_TRUE(isRecording());
     const int before = written();
     EXPECT_TRUE(waitUntil([&] { return written() > before; }));

@@ -208,9 +208,9 @@ TEST_F(RunSessionTest, a_run_is_still_said_to_be_under_way_after_a_look_at_anoth
     beginTriggered();
     widget<QSpinBox>(u"sSec"_qs).setValue(1);
     click("pbRepeatMode");
-    ASSERT_TRUE(desk().open(u"Small-S0002"_qs).isOk());
+    ASSERT_TRUE(cameraTabs().open(u"Small-S0002"_qs).isOk());
     ASSERT_TRUE(waitForNewFrames());
-    ASSERT_TRUE(desk().open(u"Small-S0001"_qs).isOk());
+    ASSERT_TRUE(cameraTabs().open(u"Small-S0001"_qs).isOk());
     EXPECT_TRUE(saysRun()) << banner().toStdString();
     EXPECT_FALSE(saysWaiting()) << banner().toStdString();
     click("pbRepeatMode");
@@ -227,12 +227,12 @@ TEST_F(RunSessionTest, a_run_goes_on_and_is_saved_while_another_camera_is_in_fro
     click("pbRepeatMode");
     ASSERT_TRUE(waitUntil([this] { return files() >= 1; }));
 
-    ASSERT_TRUE(desk().open(u"Small-S0002"_qs).isOk());
+    ASSERT_TRUE(cameraTabs().open(u"Small-S0002"_qs).isOk());
     ASSERT_TRUE(waitForNewFrames());
     const qsizetype before = files();
     EXPECT_TRUE(waitUntil([&] { return files() >= before + 3; }));
 
-    ASSERT_TRUE(desk().open(u"Small-S0001"_qs).isOk());
+    ASSERT_TRUE(cameraTabs().open(u"Small-S0001"_qs).isOk());
     EXPECT_TRUE(widget<QAbstractButton>(u"pbRepeatMode"_qs).isChecked());
     EXPECT_EQ(widget<QAbstractButton>(u"pbRepeatMode"_qs).text(), u"Stop"_qs);
 }

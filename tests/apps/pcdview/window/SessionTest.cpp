@@ -104,7 +104,7 @@ TEST_F(SessionTest, without_a_camera_says_what_to_do_until_one_comes) {
     start({away});
     EXPECT_TRUE(widget<QWidget>(u"welcome"_qs).isVisible());
     ASSERT_TRUE(plug("cam-1"));
-    ASSERT_TRUE(waitUntil([this] { return desk().currentPage() != nullptr; }));
+    ASSERT_TRUE(waitUntil([this] { return cameraTabs().currentPage() != nullptr; }));
     EXPECT_TRUE(waitForNewFrames());
     EXPECT_FALSE(widget<QWidget>(u"welcome"_qs).isVisible());
 }
@@ -336,7 +336,7 @@ TEST_F(SessionTest, the_region_tool_does_not_wait_in_a_tab_that_was_left) {
     PCameraPage& first = page();
     key(Qt::Key_D, Qt::ControlModifier);
     ASSERT_EQ(first.view().tool(), PImageView::Tool::Region);
-    ASSERT_TRUE(desk().open(u"Small-S0002"_qs).isOk());
+    ASSERT_TRUE(cameraTabs().open(u"Small-S0002"_qs).isOk());
     EXPECT_EQ(first.view().tool(), PImageView::Tool::Move);
     EXPECT_FALSE(widget<QAction>(u"region"_qs).isChecked());
 }
@@ -345,7 +345,7 @@ TEST_F(SessionTest, a_camera_that_comes_back_leaves_the_tab_in_front_alone) {
     start({camera(), camera(u"cam-2"_qs, u"S0002"_qs)});
     ASSERT_TRUE(waitForNewFrames());
     PCameraPage& first = page();
-    ASSERT_TRUE(desk().open(u"Small-S0002"_qs).isOk());
+    ASSERT_TRUE(cameraTabs().open(u"Small-S0002"_qs).isOk());
     ASSERT_TRUE(unplug("cam-1"));
     ASSERT_TRUE(waitUntil([&] { return first.camera().state() == PViewCamera::State::Unplugged; }));
     ASSERT_TRUE(plug("cam-1"));

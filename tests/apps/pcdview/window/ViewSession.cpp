@@ -77,12 +77,12 @@ void ViewSession::end() {
         delete translator;
 }
 
-PCameraTabs& ViewSession::desk() {
-    return window().desk();
+PCameraTabs& ViewSession::cameraTabs() {
+    return window().cameraTabs();
 }
 
 PCameraPage& ViewSession::page() {
-    return *desk().currentPage();
+    return *cameraTabs().currentPage();
 }
 
 PViewCamera& ViewSession::inFront() {

@@ -35,7 +35,7 @@ protected:
     void end();
 
     PMainWindow& window() { return m_program->window(); }
-    PCameraTabs& desk();
+    PCameraTabs& cameraTabs();
     PCameraPage& page();
     PViewCamera& inFront();
     template <typename Widget>

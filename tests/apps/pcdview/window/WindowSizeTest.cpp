@@ -36,8 +36,8 @@ protected:
                      QJsonArray{u"USB30"_qs, u"TEC_ONOFF"_qs, u"FAN"_qs, u"TRIGGER_SOFTWARE"_qs});
         start({first, camera(u"cam-2"_qs, u"S0002"_qs)},
               {u"--lang"_qs, QString::fromLatin1(GetParam()), u"--theme"_qs, u"light"_qs});
-        ASSERT_TRUE(desk().open(u"Small-S0002"_qs).isOk());
-        ASSERT_TRUE(desk().open(u"Simulated-20MC-SIM20C0001"_qs).isOk());
+        ASSERT_TRUE(cameraTabs().open(u"Small-S0002"_qs).isOk());
+        ASSERT_TRUE(cameraTabs().open(u"Simulated-20MC-SIM20C0001"_qs).isOk());
         window().resize(smallScreen);
         ASSERT_TRUE(waitForNewFrames());
         // What the status bar shows of a camera that is live.
@@ -128,7 +128,7 @@ TEST_P(WindowSizeTest, shows_the_progress_of_recordings_without_scrolling) {
 
     column->ensureVisible(0, column->widget()->height());
     ASSERT_FALSE(isProgressSeen());
-    ASSERT_TRUE(desk().open(u"Small-S0002"_qs).isOk());
+    ASSERT_TRUE(cameraTabs().open(u"Small-S0002"_qs).isOk());
     record();
     ASSERT_TRUE(waitForProgress(2));
     EXPECT_TRUE(isProgressSeen());

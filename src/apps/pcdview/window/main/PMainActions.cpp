@@ -118,30 +118,30 @@ void PMainWindow::makeToolBar() {
 
 void PMainWindow::connectActions() {
     connect(m_actions->snapshot, &QAction::triggered, this,
-            [this] { m_capture.takeStill(m_desk->currentPage()->camera()); });
+            [this] { m_capture.takeStill(m_cameraTabs->currentPage()->camera()); });
     connect(m_actions->savePicture, &QAction::triggered, this, &PMainWindow::askForPictureName);
     connect(m_actions->captureFiles, &QAction::triggered, this, &PMainWindow::askForCaptureFiles);
     connect(m_actions->loadProfile, &QAction::triggered, this, &PMainWindow::loadProfile);
     connect(m_actions->saveProfile, &QAction::triggered, this, &PMainWindow::saveProfile);
     connect(m_actions->closeCamera, &QAction::triggered, this,
-            [this] { closePage(m_desk->currentPage()); });
+            [this] { closePage(m_cameraTabs->currentPage()); });
     connect(m_actions->quit, &QAction::triggered, this, &PMainWindow::close);
     connect(m_actions->live, &QAction::toggled, this, [this](bool on) {
-        const PStatus status = m_desk->currentPage()->camera().setLive(on);
+        const PStatus status = m_cameraTabs->currentPage()->camera().setLive(on);
         if (!status.isOk())
             statusBar()->showMessage(status.reason());
     });
     connect(m_actions->region, &QAction::toggled, this, &PMainWindow::setRegionTool);
     connect(m_actions->wholeSensor, &QAction::triggered, this,
-            [this] { m_desk->currentPage()->useWholeSensor(); });
+            [this] { m_cameraTabs->currentPage()->useWholeSensor(); });
     connect(m_actions->pixelSize, &QAction::triggered, this, &PMainWindow::askForPixelSize);
-    connect(m_actions->search, &QAction::triggered, m_desk, &PCameraTabs::search);
+    connect(m_actions->search, &QAction::triggered, m_cameraTabs, &PCameraTabs::search);
 }
 
 void PMainWindow::connectViewActions() {
     const auto onView = [this](QAction* action, void (PImageView::*slot)()) {
         connect(action, &QAction::triggered, this,
-                [this, slot] { (m_desk->currentPage()->view().*slot)(); });
+                [this, slot] { (m_cameraTabs->currentPage()->view().*slot)(); });
     };
     onView(m_actions->fit, &PImageView::fit);
     onView(m_actions->actualSize, &PImageView::actualSize);
@@ -176,7 +176,7 @@ void PMainWindow::connectRecording() {
 }
 
 void PMainWindow::startRecording() {
-    PCameraPage* const page = m_desk->currentPage();
+    PCameraPage* const page = m_cameraTabs->currentPage();
     PViewCamera& camera = page->camera();
     const PRecordSettings settings = m_panels->record->settings();
     settings.remember();
@@ -193,7 +193,7 @@ void PMainWindow::startRecording() {
 
 /// A key is easily pressed by mistake, and frames that were not recorded are lost.
 void PMainWindow::askToStopRecording() {
-    const QPointer<PRecording> recording = m_recordings.of(&m_desk->currentPage()->camera());
+    const QPointer<PRecording> recording = m_recordings.of(&m_cameraTabs->currentPage()->camera());
     const bool isMeant = recording != nullptr && isToBeStopped(*recording);
     if (isMeant && recording != nullptr) // it may have ended while the question was open
         recording->stop();
@@ -215,7 +215,7 @@ bool PMainWindow::isToBeStopped(PRecording& recording) {
 }
 
 void PMainWindow::showRecording() {
-    const PCameraPage* const page = m_desk->currentPage();
+    const PCameraPage* const page = m_cameraTabs->currentPage();
     const QSignalBlocker quiet(m_actions->record);
     m_actions->record->setChecked(page != nullptr && m_recordings.of(&page->camera()) != nullptr);
 }
@@ -242,13 +242,13 @@ void PMainWindow::closePage(PCameraPage* page) {
     // While its camera can still account for the frames.
     if (recording != nullptr)
         recording->endAsCameraCloses();
-    m_desk->closePage(page);
+    m_cameraTabs->closePage(page);
 }
 
 void PMainWindow::setRegionTool(bool on) {
     // A tool that was taken up in another tab does not wait there.
-    for (PCameraPage* page : m_desk->pages()) {
-        const bool isHere = on && page == m_desk->currentPage();
+    for (PCameraPage* page : m_cameraTabs->pages()) {
+        const bool isHere = on && page == m_cameraTabs->currentPage();
         page->view().setTool(isHere ? PImageView::Tool::Region : PImageView::Tool::Move);
     }
     statusBar()->showMessage(on ? tr("Draw the region with the mouse; Esc puts it away.")
@@ -256,7 +256,7 @@ void PMainWindow::setRegionTool(bool on) {
 }
 
 void PMainWindow::askForPictureName() {
-    const PCameraPage* const page = m_desk->currentPage();
+    const PCameraPage* const page = m_cameraTabs->currentPage();
     const PViewCamera& camera = page->camera();
     // The one that was on the screen, not one that comes while the dialog is open.
     const PDeviceFrame frame = camera.frame();
@@ -280,13 +280,13 @@ void PMainWindow::askForPictureName() {
 }
 
 void PMainWindow::askForCaptureFiles() {
-    const PCameraPage* const page = m_desk->currentPage();
+    const PCameraPage* const page = m_cameraTabs->currentPage();
     PCaptureDialog dialog(page == nullptr ? tr("Camera") : page->camera().identity().id, this);
     dialog.exec();
 }
 
 void PMainWindow::askForPixelSize() {
-    PCameraPage* const page = m_desk->currentPage();
+    PCameraPage* const page = m_cameraTabs->currentPage();
     bool isAccepted = false;
     const double size = QInputDialog::getDouble(
         this, tr("Pixel size"),
@@ -300,7 +300,7 @@ void PMainWindow::askForPixelSize() {
 void PMainWindow::loadProfile() {
     const QString path = QFileDialog::getOpenFileName(this, tr("Load profile"),
                                                       PCaptureFolder::path(), profileFilter());
-    PViewCamera& camera = m_desk->currentPage()->camera();
+    PViewCamera& camera = m_cameraTabs->currentPage()->camera();
     if (path.isEmpty() || camera.device() == nullptr)
         return;
     PDeviceProfile profile;
@@ -322,7 +322,7 @@ void PMainWindow::saveProfile() {
     if (dialog.exec() != QDialog::Accepted)
         return;
     // Asked only now: it may have been unplugged while the dialog was open.
-    PDevice* const device = m_desk->currentPage()->camera().device();
+    PDevice* const device = m_cameraTabs->currentPage()->camera().device();
     if (device == nullptr)
         return statusBar()->showMessage(tr("The camera was unplugged: nothing was saved."));
     const QString path = dialog.selectedFiles().value(0);

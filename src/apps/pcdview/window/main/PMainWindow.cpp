@@ -36,15 +36,15 @@ const QString stateKey = u"window/state"_qs;
 PMainWindow::PMainWindow(PCameraHost& host, const QString& problem,
                          std::shared_ptr<PMemoryLogSink> log)
     : m_host(host)
-    , m_desk(new PCameraTabs(host, problem))
+    , m_cameraTabs(new PCameraTabs(host, problem))
     , m_actions(new PViewActions(this))
     , m_panels(new PDockPanels(this, m_recordings, std::move(log)))
     , m_status(new PStatusFields(new PMessageBar)) {
     setStatusBar(m_status->bar());
-    setCentralWidget(m_desk);
+    setCentralWidget(m_cameraTabs);
     makeMenus();
     makeToolBar();
-    connectDesk();
+    connectCameraTabs();
     connectActions();
     connectViewActions();
     connectRecording();
@@ -67,7 +67,7 @@ PMainWindow::~PMainWindow() {
     // While the camera can still account for the frames.
     m_recordings.endAsProgramCloses();
     // While everything connected to it still exists.
-    delete m_desk;
+    delete m_cameraTabs;
 }
 
 void PMainWindow::restoreLayout() {
@@ -92,17 +92,17 @@ void PMainWindow::closeEvent(QCloseEvent* event) {
     event->accept();
 }
 
-void PMainWindow::connectDesk() {
-    connect(m_desk, &PCameraTabs::pageAdded, this, &PMainWindow::addPage);
-    connect(m_desk, &PCameraTabs::currentPageChanged, this, &PMainWindow::showPage);
-    connect(m_desk, &PCameraTabs::currentStateChanged, this, &PMainWindow::showState);
-    connect(m_desk, &PCameraTabs::closeWanted, this, &PMainWindow::closePage);
-    connect(m_desk, &PCameraTabs::simulationWanted, this, &PMainWindow::restartSimulated);
-    const auto showEntries = [this] { m_panels->cameras->setEntries(m_desk->entries()); };
-    connect(m_desk, &PCameraTabs::entriesChanged, this, showEntries);
-    connect(m_panels->cameras, &PCameraListPanel::searchWanted, m_desk, &PCameraTabs::search);
+void PMainWindow::connectCameraTabs() {
+    connect(m_cameraTabs, &PCameraTabs::pageAdded, this, &PMainWindow::addPage);
+    connect(m_cameraTabs, &PCameraTabs::currentPageChanged, this, &PMainWindow::showPage);
+    connect(m_cameraTabs, &PCameraTabs::currentStateChanged, this, &PMainWindow::showState);
+    connect(m_cameraTabs, &PCameraTabs::closeWanted, this, &PMainWindow::closePage);
+    connect(m_cameraTabs, &PCameraTabs::simulationWanted, this, &PMainWindow::restartSimulated);
+    const auto showEntries = [this] { m_panels->cameras->setEntries(m_cameraTabs->entries()); };
+    connect(m_cameraTabs, &PCameraTabs::entriesChanged, this, showEntries);
+    connect(m_panels->cameras, &PCameraListPanel::searchWanted, m_cameraTabs, &PCameraTabs::search);
     connect(m_panels->cameras, &PCameraListPanel::openWanted, this, [this](const QString& id) {
-        const PStatus status = m_desk->open(id);
+        const PStatus status = m_cameraTabs->open(id);
         if (!status.isOk())
             statusBar()->showMessage(status.reason());
     });
@@ -112,14 +112,14 @@ void PMainWindow::connectDesk() {
 void PMainWindow::addPage(PCameraPage* page) {
     m_capture.follow(&page->camera(), [page] { return page->pixelSizeOfPicture(); });
     PImageView* const view = &page->view();
-    const auto isCurrent = [this, page] { return page == m_desk->currentPage(); };
+    const auto isCurrent = [this, page] { return page == m_cameraTabs->currentPage(); };
     connect(&page->camera(), &PViewCamera::frameChanged, this, [this, isCurrent] {
         if (isCurrent())
             offerForAnalysis();
     });
     const auto showView = [this, isCurrent] {
         if (isCurrent())
-            m_status->showView(m_desk->currentPage());
+            m_status->showView(m_cameraTabs->currentPage());
     };
     connect(view, &PImageView::cursorChanged, this, showView);
     connect(view, &PImageView::zoomChanged, this, showView);
@@ -133,7 +133,7 @@ void PMainWindow::showPage(PCameraPage* page) {
     showAnalysis({});
     m_actions->region->setChecked(false);
     m_modes->setCamera(page == nullptr ? nullptr : &page->camera());
-    for (PCameraPage* const other : m_desk->pages()) {
+    for (PCameraPage* const other : m_cameraTabs->pages()) {
         if (other != page) // its panel goes, and only that knows of a run
             other->camera().setRunning(false);
     }
@@ -148,7 +148,7 @@ void PMainWindow::showPage(PCameraPage* page) {
 }
 
 void PMainWindow::showState() {
-    const PCameraPage* const page = m_desk->currentPage();
+    const PCameraPage* const page = m_cameraTabs->currentPage();
     PDevice* const device = page == nullptr ? nullptr : page->camera().device();
     m_panels->settings->setDevice(device);
     const QSignalBlocker quiet(m_actions->live);
@@ -167,7 +167,7 @@ void PMainWindow::showState() {
 }
 
 void PMainWindow::showTitle() {
-    const PCameraPage* const page = m_desk->currentPage();
+    const PCameraPage* const page = m_cameraTabs->currentPage();
     if (page == nullptr)
         return setWindowTitle(u"pcdview"_qs);
     const PCameraIdentity& camera = page->camera().identity();
@@ -180,7 +180,7 @@ void PMainWindow::showTitle() {
 }
 
 void PMainWindow::showNumbers() {
-    const PCameraPage* const page = m_desk->currentPage();
+    const PCameraPage* const page = m_cameraTabs->currentPage();
     if (page != nullptr) // whose panel the settings are
         page->camera().setRunning(m_panels->settings->hasPressedButton());
     m_status->showCamera(page);
@@ -198,9 +198,9 @@ void PMainWindow::showLoss(const QString& reason) {
 
 void PMainWindow::offerForAnalysis() {
     const bool isSeen = m_panels->histogram->isVisible() || m_actions->autoContrast->isChecked();
-    if (!isSeen || m_desk->currentPage() == nullptr)
+    if (!isSeen || m_cameraTabs->currentPage() == nullptr)
         return;
-    m_analyser.offer(m_desk->currentPage()->camera().frame().image);
+    m_analyser.offer(m_cameraTabs->currentPage()->camera().frame().image);
 }
 
 void PMainWindow::showAnalysis(const PFrameAnalysis& analysis) {
@@ -210,7 +210,7 @@ void PMainWindow::showAnalysis(const PFrameAnalysis& analysis) {
 }
 
 void PMainWindow::applyStyle() {
-    PCameraPage* const page = m_desk->currentPage();
+    PCameraPage* const page = m_cameraTabs->currentPage();
     if (page == nullptr)
         return;
     PViewStyle style;
@@ -222,7 +222,7 @@ void PMainWindow::applyStyle() {
 
 void PMainWindow::setFullScreen(bool on) {
     menuBar()->setHidden(on);
-    m_desk->setTabsShown(!on);
+    m_cameraTabs->setTabsShown(!on);
     statusBar()->setHidden(on);
     if (!on) {
         m_wasMaximized ? showMaximized() : showNormal();

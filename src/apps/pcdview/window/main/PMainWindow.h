@@ -29,7 +29,7 @@ public:
     /// Its size when it is opened for the first time, on a screen that has the room.
     static QSize usualSize() { return {1440, 900}; }
 
-    PCameraTabs& desk() { return *m_desk; }
+    PCameraTabs& cameraTabs() { return *m_cameraTabs; }
     /// Closes the window without a question.
     void closeUnasked();
 
@@ -44,7 +44,7 @@ private:
     void makeViewMenu();
     void makeThemeMenu(QMenu* menu);
     void makeToolBar();
-    void connectDesk();
+    void connectCameraTabs();
     void connectActions();
     void connectViewActions();
     void connectRecording();
@@ -82,7 +82,7 @@ private:
     PCapture m_capture;
     PRecordings m_recordings;
     QTimer m_numbers;
-    PCameraTabs* m_desk; // children
+    PCameraTabs* m_cameraTabs; // children
     PViewActions* m_actions;
     PDockPanels* m_panels;
     PStatusFields* m_status;
