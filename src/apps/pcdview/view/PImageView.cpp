@@ -188,7 +188,7 @@ void PImageView::mouseReleaseEvent(QMouseEvent* event) {
 
 void PImageView::mouseDoubleClickEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton && m_tool == Tool::Move)
-        emit fullScreenWanted();
+        emit fullScreenRequested();
 }
 
 void PImageView::keyPressEvent(QKeyEvent* event) {

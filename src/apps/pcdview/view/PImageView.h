@@ -49,7 +49,7 @@ signals:
     void zoomChanged();
     /// The cursor is elsewhere, or the picture under it has changed.
     void cursorChanged();
-    void fullScreenWanted();
+    void fullScreenRequested();
     /// A region was drawn, in pixels of the picture and inside of it.
     void regionDrawn(QRect region);
     /// The region tool was put away with Escape.

@@ -66,9 +66,9 @@ TEST_F(PImageViewTest, dragging_moves_the_picture) {
 }
 
 TEST_F(PImageViewTest, a_double_click_asks_for_the_full_screen) {
-    QSignalSpy wanted(&view, &PImageView::fullScreenWanted);
+    QSignalSpy requests(&view, &PImageView::fullScreenRequested);
     QTest::mouseDClick(&view, Qt::LeftButton);
-    EXPECT_EQ(wanted.count(), 1);
+    EXPECT_EQ(requests.count(), 1);
 }
 
 TEST_F(PImageViewTest, tells_the_pixel_under_the_cursor) {

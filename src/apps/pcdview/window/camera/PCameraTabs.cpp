@@ -23,11 +23,11 @@ PCameraTabs::PCameraTabs(PCameraHost& host, QString problem, QWidget* parent)
     addWidget(m_welcome);
     addWidget(m_tabs);
     connect(m_tabs, &QTabWidget::tabCloseRequested, this,
-            [this](int index) { emit closeWanted(pageAt(index)); });
+            [this](int index) { emit closeRequested(pageAt(index)); });
     connect(m_tabs, &QTabWidget::currentChanged, this,
             [this](int index) { emit currentPageChanged(pageAt(index)); });
-    connect(m_welcome, &PWelcomePage::searchWanted, this, &PCameraTabs::search);
-    connect(m_welcome, &PWelcomePage::simulationWanted, this, &PCameraTabs::simulationWanted);
+    connect(m_welcome, &PWelcomePage::searchRequested, this, &PCameraTabs::search);
+    connect(m_welcome, &PWelcomePage::simulationRequested, this, &PCameraTabs::simulationRequested);
     connect(&host.manager(), &PDeviceManager::deviceAdded, this, &PCameraTabs::onArrival);
     connect(&host.manager(), &PDeviceManager::deviceRemoved, this, &PCameraTabs::onDeparture);
     showSituation();

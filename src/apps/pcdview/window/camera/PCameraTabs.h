@@ -50,8 +50,9 @@ signals:
     /// entries() has changed.
     void entriesChanged();
     /// The user clicked to close this tab.
-    void closeWanted(PCameraPage* page);
-    void simulationWanted();
+    void closeRequested(PCameraPage* page);
+    /// The user wants to try the program with simulated cameras.
+    void simulationRequested();
 
 private:
     enum class Front { Yes, No };

@@ -31,9 +31,9 @@ PWelcomePage::PWelcomePage(QWidget* parent)
     m_text->setMaximumWidth(textWidth);
     m_text->setTextInteractionFlags(Qt::TextSelectableByMouse);
     auto* const search = new QPushButton(tr("Look again"));
-    connect(search, &QPushButton::clicked, this, &PWelcomePage::searchWanted);
+    connect(search, &QPushButton::clicked, this, &PWelcomePage::searchRequested);
     auto* const simulate = new QPushButton(tr("Try it with simulated cameras"));
-    connect(simulate, &QPushButton::clicked, this, &PWelcomePage::simulationWanted);
+    connect(simulate, &QPushButton::clicked, this, &PWelcomePage::simulationRequested);
     m_simulate = simulate;
     auto* const buttons = new QHBoxLayout;
     buttons->addWidget(search);

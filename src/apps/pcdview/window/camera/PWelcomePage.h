@@ -23,9 +23,10 @@ public:
     void setSituation(const Situation& situation);
 
 signals:
-    void searchWanted();
-    /// A person wants to see the program with simulated cameras.
-    void simulationWanted();
+    /// The user wants to search for cameras again.
+    void searchRequested();
+    /// The user wants to try the program with simulated cameras.
+    void simulationRequested();
 
 private:
     static QStringList adviceOfScene();

@@ -167,7 +167,7 @@ void PMainWindow::connectRecording() {
         else
             askToStopRecording();
     });
-    connect(m_panels->record, &PRecordPanel::startWanted, this, &PMainWindow::startRecording);
+    connect(m_panels->record, &PRecordPanel::startRequested, this, &PMainWindow::startRecording);
     connect(&m_recordings, &PRecordings::changed, this, &PMainWindow::showRecording);
     connect(&m_recordings, &PRecordings::finished, this,
             [this](const QString& camera, const QString& message) {

@@ -96,12 +96,13 @@ void PMainWindow::connectCameraTabs() {
     connect(m_cameraTabs, &PCameraTabs::pageAdded, this, &PMainWindow::addPage);
     connect(m_cameraTabs, &PCameraTabs::currentPageChanged, this, &PMainWindow::showPage);
     connect(m_cameraTabs, &PCameraTabs::currentStateChanged, this, &PMainWindow::showState);
-    connect(m_cameraTabs, &PCameraTabs::closeWanted, this, &PMainWindow::closePage);
-    connect(m_cameraTabs, &PCameraTabs::simulationWanted, this, &PMainWindow::restartSimulated);
+    connect(m_cameraTabs, &PCameraTabs::closeRequested, this, &PMainWindow::closePage);
+    connect(m_cameraTabs, &PCameraTabs::simulationRequested, this, &PMainWindow::restartSimulated);
     const auto showEntries = [this] { m_panels->cameras->setEntries(m_cameraTabs->entries()); };
     connect(m_cameraTabs, &PCameraTabs::entriesChanged, this, showEntries);
-    connect(m_panels->cameras, &PCameraListPanel::searchWanted, m_cameraTabs, &PCameraTabs::search);
-    connect(m_panels->cameras, &PCameraListPanel::openWanted, this, [this](const QString& id) {
+    connect(m_panels->cameras, &PCameraListPanel::searchRequested, m_cameraTabs,
+            &PCameraTabs::search);
+    connect(m_panels->cameras, &PCameraListPanel::openRequested, this, [this](const QString& id) {
         const PStatus status = m_cameraTabs->open(id);
         if (!status.isOk())
             statusBar()->showMessage(status.reason());
@@ -123,7 +124,7 @@ void PMainWindow::addPage(PCameraPage* page) {
     };
     connect(view, &PImageView::cursorChanged, this, showView);
     connect(view, &PImageView::zoomChanged, this, showView);
-    connect(view, &PImageView::fullScreenWanted, m_actions->fullScreen, &QAction::toggle);
+    connect(view, &PImageView::fullScreenRequested, m_actions->fullScreen, &QAction::toggle);
     connect(view, &PImageView::regionCancelled, this,
             [this] { m_actions->region->setChecked(false); });
 }

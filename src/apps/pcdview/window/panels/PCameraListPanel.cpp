@@ -21,10 +21,10 @@ PCameraListPanel::PCameraListPanel(QWidget* parent)
     m_list->setSpacing(2);
     m_list->setToolTip(tr("Double-click a camera to look through it."));
     connect(m_list, &QListWidget::itemActivated, this, [this](QListWidgetItem* item) {
-        emit openWanted(item->data(Qt::UserRole).toString());
+        emit openRequested(item->data(Qt::UserRole).toString());
     });
     auto* const search = new QPushButton(tr("Look again"));
-    connect(search, &QPushButton::clicked, this, &PCameraListPanel::searchWanted);
+    connect(search, &QPushButton::clicked, this, &PCameraListPanel::searchRequested);
     auto* const column = new QVBoxLayout(this);
     column->addWidget(m_list, 1);
     column->addWidget(search);

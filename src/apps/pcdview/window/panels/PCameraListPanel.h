@@ -23,10 +23,10 @@ public:
     void setEntries(const QList<Entry>& entries);
 
 signals:
-    /// A person wants to see the camera of this id.
-    void openWanted(const QString& id);
-    /// A person wants the list to be read again.
-    void searchWanted();
+    /// The user wants to see the camera with this id.
+    void openRequested(const QString& id);
+    /// The user wants to search for cameras again.
+    void searchRequested();
 
 private:
     QListWidget* m_list; // child

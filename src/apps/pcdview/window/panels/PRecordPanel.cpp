@@ -59,7 +59,7 @@ PRecordPanel::PRecordPanel(PRecordings& recordings, QWidget* parent)
         if (PRecording* const recording = m_recordings.of(m_camera))
             recording->stop();
         else
-            emit startWanted();
+            emit startRequested();
     });
     connect(&recordings, &PRecordings::changed, this, &PRecordPanel::showProgress);
     connect(&recordings, &PRecordings::finished, this, &PRecordPanel::showMessage);

@@ -33,7 +33,8 @@ public:
     void showMessage(const QString& camera, const QString& message);
 
 signals:
-    void startWanted();
+    /// The user clicked the button "Record".
+    void startRequested();
 
 private:
     void makeFields(const PRecordSettings& settings);
