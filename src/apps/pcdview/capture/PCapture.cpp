@@ -20,9 +20,9 @@ PCapture::PCapture(QObject* parent)
     connect(&m_saver, &PPictureSaver::finished, this,
             [this](const QString& path, const QString& reason) {
                 if (reason.isEmpty())
-                    emit reported(tr("Saved %1").arg(QFileInfo(path).fileName()));
+                    emit messageChanged(tr("Saved %1").arg(QFileInfo(path).fileName()));
                 else
-                    emit lost(reason);
+                    emit saveFailed(reason);
             });
 }
 
@@ -35,8 +35,8 @@ void PCapture::follow(PViewCamera* camera, PixelSize pixelSize) {
 
 void PCapture::takeStill(PViewCamera& camera) {
     const PStatus status = camera.takeSnapshot();
-    emit reported(status.isOk() ? tr("Taking a still picture…")
-                                : tr("No still picture: %1").arg(status.reason()));
+    emit messageChanged(status.isOk() ? tr("Taking a still picture…")
+                                      : tr("No still picture: %1").arg(status.reason()));
 }
 
 void PCapture::saveStill(const PViewCamera& camera, const PDeviceFrame& frame, double pixelSize) {

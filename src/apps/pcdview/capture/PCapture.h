@@ -22,7 +22,7 @@ public:
 
     /// Saves the still pictures of this camera from now on, in the capture folder.
     void follow(PViewCamera* camera, PixelSize pixelSize);
-    /// Asks the camera for a still picture.
+    /// Has the camera take a still picture.
     void takeStill(PViewCamera& camera);
     /// Saves a picture that this camera has taken, replacing what is there: the user has
     /// confirmed that. `pixelSize` is as PixelSize returns it.
@@ -30,10 +30,10 @@ public:
                    const QString& path);
 
 signals:
-    /// How it went, in words for a status bar.
-    void reported(const QString& message);
-    /// A picture was taken and is lost, and why.
-    void lost(const QString& reason);
+    /// What the status bar is to show: what is being done, or how it went.
+    void messageChanged(const QString& message);
+    /// A picture that was taken could not be saved, and why.
+    void saveFailed(const QString& reason);
 
 private:
     void saveStill(const PViewCamera& camera, const PDeviceFrame& frame, double pixelSize);

@@ -14,7 +14,7 @@
 namespace {
 
 constexpr int checkEveryMs = 100;
-constexpr std::chrono::seconds worthTelling(3); // longer than most exposures
+constexpr std::chrono::seconds worthShowing(3); // longer than most exposures
 
 using Format = PRecordSettings::Format;
 
@@ -125,7 +125,7 @@ std::optional<std::chrono::seconds> PRecording::silence() const {
     const auto last = std::max(m_camera->frame().stamp->arrived, m_begin);
     const auto since =
         std::chrono::floor<std::chrono::seconds>(PFrameRecorder::Clock::now() - last);
-    return since < worthTelling ? std::nullopt : std::optional(since);
+    return since < worthShowing ? std::nullopt : std::optional(since);
 }
 
 void PRecording::check() {

@@ -51,9 +51,9 @@ PMainWindow::PMainWindow(PCameraHost& host, const QString& problem,
     restoreLayout();
     connect(m_panels->histogram, &PHistogramPanel::shown, this, &PMainWindow::offerForAnalysis);
     connect(&m_analyser, &PFrameAnalyser::analysed, this, &PMainWindow::showAnalysis);
-    connect(&m_capture, &PCapture::reported, this,
+    connect(&m_capture, &PCapture::messageChanged, this,
             [this](const QString& message) { statusBar()->showMessage(message); });
-    connect(&m_capture, &PCapture::lost, this, &PMainWindow::showLoss);
+    connect(&m_capture, &PCapture::saveFailed, this, &PMainWindow::showLoss);
     m_numbers.setInterval(numbersEveryMs);
     connect(&m_numbers, &QTimer::timeout, this, &PMainWindow::showNumbers);
     connect(m_panels->settings, &PSettingsPanel::buttonToggled, this, &PMainWindow::showNumbers);
