@@ -4,8 +4,8 @@
 #include <apps/pcdview/analysis/PFrameAnalyser.h>
 #include <apps/pcdview/capture/PCapture.h>
 #include <apps/pcdview/capture/PRecordings.h>
+#include <apps/pcdview/window/actions/PViewActions.h>
 #include <apps/pcdview/window/main/PStatusFields.h>
-#include <apps/pcdview/window/main/PViewActions.h>
 #include <apps/pcdview/window/panels/PDockPanels.h>
 
 #include <QMainWindow>

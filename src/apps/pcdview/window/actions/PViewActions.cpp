@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <apps/pcdview/window/main/PViewActions.h>
+#include <apps/pcdview/window/actions/PViewActions.h>
 
 #include <QAction>
 #include <QMainWindow>
