@@ -63,8 +63,9 @@ FOLDERS = {
     },
     "apps/pcdview": {
         ".": "options window/camera window/main",
-        "window/main": "analysis camera capture options view window/actions window/camera "
-                       "window/dialogs window/panels",
+        "window/main": "camera capture options view window/actions window/camera window/panels",
+        "window/actions": "analysis camera capture options view window/camera window/dialogs "
+                          "window/panels",
         "window/camera": "camera view window/panels",
         "window/panels": "analysis capture",
         "window/dialogs": "capture",

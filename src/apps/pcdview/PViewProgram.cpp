@@ -17,6 +17,7 @@
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QPixmap>
+#include <QProcess>
 #include <QStatusBar>
 #include <QTimer>
 #include <QTranslator>
@@ -67,6 +68,8 @@ PStatus PViewProgram::start(const PViewOptions& options) {
     PTheme::apply(options.theme.isEmpty() ? PTheme::chosen() : PTheme::fromName(options.theme));
     m_host.findCameras();
     m_window = std::make_unique<PMainWindow>(m_host, m_problem, m_log);
+    QObject::connect(&m_window->cameraTabs(), &PCameraTabs::simulationRequested, m_window.get(),
+                     [this] { restartSimulated(); });
     openCamera(options);
     return PStatus::Ok;
 }
@@ -132,6 +135,17 @@ int PViewProgram::run(const PViewOptions& options) {
     const int code = QApplication::exec();
     m_window.reset();
     return code;
+}
+
+void PViewProgram::restartSimulated() {
+    // A camera library stays loaded until the program ends.
+    const QStringList words = PViewOptions::withSimulatedCameras(QCoreApplication::arguments());
+    if (!m_window->close())
+        return;
+    if (!QProcess::startDetached(QCoreApplication::applicationFilePath(), words)) {
+        m_window->show();
+        m_window->statusBar()->showMessage(tr("The program cannot be started again."));
+    }
 }
 
 /// Of all event loops: a dialog may be open. What it asked is answered with no.

@@ -7,12 +7,16 @@
 
 #include <PLog/PLogSink.h>
 
+#include <QCoreApplication>
+
 #include <memory>
 
 class PMainWindow;
 
 /// The viewer from its start to its end. The main thread.
 class PViewProgram {
+    Q_DECLARE_TR_FUNCTIONS(PViewProgram)
+
 public:
     PViewProgram();
     ~PViewProgram();
@@ -31,6 +35,7 @@ private:
     PStatus startLog(const PViewOptions& options);
     PStatus startCameras(const PViewOptions& options);
     void openCamera(const PViewOptions& options);
+    void restartSimulated();
     void endBySignal();
     void grab(const QString& path);
     void note(const QString& problem);

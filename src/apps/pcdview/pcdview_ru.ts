@@ -29,6 +29,23 @@
     </message>
 </context>
 <context>
+    <name>PCameraController</name>
+    <message>
+        <source>Draw the region with the mouse; Esc puts it away.</source>
+        <translation>Нарисуйте область мышью; Esc отменяет.</translation>
+    </message>
+    <message>
+        <source>Pixel size</source>
+        <translation>Размер пиксела</translation>
+    </message>
+    <message>
+        <source>Size of a pixel on the specimen at the full resolution, in micrometres (0: no scale bar).
+It is the size on the sensor divided by the magnification.</source>
+        <translation>Размер пиксела на препарате при полном разрешении, в микрометрах (0: без масштабной линейки).
+Это размер на сенсоре, делённый на увеличение.</translation>
+    </message>
+</context>
+<context>
     <name>PCameraListPanel</name>
     <message>
         <source>Double-click a camera to look through it.</source>
@@ -354,6 +371,128 @@
     </message>
 </context>
 <context>
+    <name>PHelpController</name>
+    <message>
+        <source>Keyboard and mouse</source>
+        <translation>Клавиатура и мышь</translation>
+    </message>
+    <message>
+        <source>About pcdview</source>
+        <translation>О программе pcdview</translation>
+    </message>
+</context>
+<context>
+    <name>PMenuBar</name>
+    <message>
+        <source>&amp;File</source>
+        <translation>&amp;Файл</translation>
+    </message>
+    <message>
+        <source>&amp;Camera</source>
+        <translation>&amp;Камера</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>&amp;Вид</translation>
+    </message>
+    <message>
+        <source>&amp;Panels</source>
+        <translation>&amp;Панели</translation>
+    </message>
+    <message>
+        <source>&amp;Colours</source>
+        <translation>&amp;Цвета</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Справка</translation>
+    </message>
+    <message>
+        <source>As the &amp;system</source>
+        <translation>Как в &amp;системе</translation>
+    </message>
+    <message>
+        <source>&amp;Light</source>
+        <translation>С&amp;ветлые</translation>
+    </message>
+    <message>
+        <source>&amp;Dark</source>
+        <translation>&amp;Тёмные</translation>
+    </message>
+</context>
+<context>
+    <name>PPictureController</name>
+    <message>
+        <source>There is no picture yet.</source>
+        <translation>Изображения ещё нет.</translation>
+    </message>
+    <message>
+        <source>Save shown picture</source>
+        <translation>Сохранить показанное</translation>
+    </message>
+    <message>
+        <source>PNG (*.png);;TIFF (*.tif *.tiff)</source>
+        <translation>PNG (*.png);;TIFF (*.tif *.tiff)</translation>
+    </message>
+    <message>
+        <source>Camera</source>
+        <translation>Камера</translation>
+    </message>
+</context>
+<context>
+    <name>PProfileController</name>
+    <message>
+        <source>Load profile</source>
+        <translation>Загрузить профиль</translation>
+    </message>
+    <message>
+        <source>Camera profiles (*.json)</source>
+        <translation>Профили камер (*.json)</translation>
+    </message>
+    <message>
+        <source>Save profile</source>
+        <translation>Сохранить профиль</translation>
+    </message>
+    <message>
+        <source>The camera was unplugged: nothing was saved.</source>
+        <translation>Камера отключена: ничего не сохранено.</translation>
+    </message>
+    <message>
+        <source>Saved %1</source>
+        <translation>Сохранено: %1</translation>
+    </message>
+</context>
+<context>
+    <name>PRecordController</name>
+    <message>
+        <source>Recording to %1</source>
+        <translation>Идёт запись: %1</translation>
+    </message>
+    <message>
+        <source>No recording: %1</source>
+        <translation>Запись не начата: %1</translation>
+    </message>
+    <message>
+        <source>Recording</source>
+        <translation>Запись</translation>
+    </message>
+    <message>
+        <source>Stop the recording of %1?</source>
+        <translation>Остановить запись с камеры %1?</translation>
+    </message>
+    <message>
+        <source>Recording is under way: %1. End it and close?</source>
+        <translation>Идёт запись: %1. Завершить её и закрыть?</translation>
+    </message>
+</context>
+<context>
+    <name>PToolBar</name>
+    <message>
+        <source>Tool bar</source>
+        <translation>Панель инструментов</translation>
+    </message>
+</context>
+<context>
     <name>PTransactionalFile</name>
     <message>
         <source>the file was removed while it was written</source>
@@ -552,139 +691,6 @@
     <message>
         <source>Clear</source>
         <translation>Очистить</translation>
-    </message>
-</context>
-<context>
-    <name>PMainWindow</name>
-    <message>
-        <source>Camera profiles (*.json)</source>
-        <translation>Профили камер (*.json)</translation>
-    </message>
-    <message>
-        <source>&amp;Help</source>
-        <translation>&amp;Справка</translation>
-    </message>
-    <message>
-        <source>&amp;File</source>
-        <translation>&amp;Файл</translation>
-    </message>
-    <message>
-        <source>&amp;Camera</source>
-        <translation>&amp;Камера</translation>
-    </message>
-    <message>
-        <source>&amp;View</source>
-        <translation>&amp;Вид</translation>
-    </message>
-    <message>
-        <source>&amp;Panels</source>
-        <translation>&amp;Панели</translation>
-    </message>
-    <message>
-        <source>&amp;Colours</source>
-        <translation>&amp;Цвета</translation>
-    </message>
-    <message>
-        <source>As the &amp;system</source>
-        <translation>Как в &amp;системе</translation>
-    </message>
-    <message>
-        <source>&amp;Light</source>
-        <translation>С&amp;ветлые</translation>
-    </message>
-    <message>
-        <source>&amp;Dark</source>
-        <translation>&amp;Тёмные</translation>
-    </message>
-    <message>
-        <source>Tool bar</source>
-        <translation>Панель инструментов</translation>
-    </message>
-    <message>
-        <source>Keyboard and mouse</source>
-        <translation>Клавиатура и мышь</translation>
-    </message>
-    <message>
-        <source>About pcdview</source>
-        <translation>О программе pcdview</translation>
-    </message>
-    <message>
-        <source>Stop the recording of %1?</source>
-        <translation>Остановить запись с камеры %1?</translation>
-    </message>
-    <message>
-        <source>Recording to %1</source>
-        <translation>Идёт запись: %1</translation>
-    </message>
-    <message>
-        <source>No recording: %1</source>
-        <translation>Запись не начата: %1</translation>
-    </message>
-    <message>
-        <source>Recording</source>
-        <translation>Запись</translation>
-    </message>
-    <message>
-        <source>Recording is under way: %1. End it and close?</source>
-        <translation>Идёт запись: %1. Завершить её и закрыть?</translation>
-    </message>
-    <message>
-        <source>Draw the region with the mouse; Esc puts it away.</source>
-        <translation>Нарисуйте область мышью; Esc отменяет.</translation>
-    </message>
-    <message>
-        <source>There is no picture yet.</source>
-        <translation>Изображения ещё нет.</translation>
-    </message>
-    <message>
-        <source>Save shown picture</source>
-        <translation>Сохранить показанное</translation>
-    </message>
-    <message>
-        <source>PNG (*.png);;TIFF (*.tif *.tiff)</source>
-        <translation>PNG (*.png);;TIFF (*.tif *.tiff)</translation>
-    </message>
-    <message>
-        <source>Pixel size</source>
-        <translation>Размер пиксела</translation>
-    </message>
-    <message>
-        <source>Load profile</source>
-        <translation>Загрузить профиль</translation>
-    </message>
-    <message>
-        <source>Save profile</source>
-        <translation>Сохранить профиль</translation>
-    </message>
-    <message>
-        <source>Saved %1</source>
-        <translation>Сохранено: %1</translation>
-    </message>
-    <message>
-        <source>The program cannot be started again.</source>
-        <translation>Не удаётся запустить программу снова.</translation>
-    </message>
-    <message>
-        <source>Simulated camera</source>
-        <translation>Имитация камеры</translation>
-    </message>
-    <message>
-        <source>unplugged</source>
-        <translation>отключена</translation>
-    </message>
-    <message>
-        <source>Camera</source>
-        <translation>Камера</translation>
-    </message>
-    <message>
-        <source>Size of a pixel on the specimen at the full resolution, in micrometres (0: no scale bar).
-It is the size on the sensor divided by the magnification.</source>
-        <translation>Размер пиксела на препарате при полном разрешении, в микрометрах (0: без масштабной линейки).
-Это размер на сенсоре, делённый на увеличение.</translation>
-    </message>
-    <message>
-        <source>The camera was unplugged: nothing was saved.</source>
-        <translation>Камера отключена: ничего не сохранено.</translation>
     </message>
 </context>
 <context>
@@ -1386,6 +1392,13 @@ It is the size on the sensor divided by the magnification.</source>
     </message>
 </context>
 <context>
+    <name>PViewProgram</name>
+    <message>
+        <source>The program cannot be started again.</source>
+        <translation>Не удаётся запустить программу снова.</translation>
+    </message>
+</context>
+<context>
     <name>PWelcomePage</name>
     <message>
         <source>Look again</source>
@@ -1426,6 +1439,17 @@ It is the size on the sensor divided by the magnification.</source>
     <message>
         <source>Start the program with another scene: pcdview --scene FILE. Without one it has two cameras.</source>
         <translation>Запустите программу с другой сценой: pcdview --scene FILE. Без сцены в ней две камеры.</translation>
+    </message>
+</context>
+<context>
+    <name>PWindowTitle</name>
+    <message>
+        <source>Simulated camera</source>
+        <translation>Имитация камеры</translation>
+    </message>
+    <message>
+        <source>unplugged</source>
+        <translation>отключена</translation>
     </message>
 </context>
 </TS>

@@ -72,8 +72,3 @@ void PDockPanels::showProgress() {
     m_recordDock->raise();
     static_cast<QScrollArea*>(m_recordDock->widget())->verticalScrollBar()->setValue(0);
 }
-
-void PDockPanels::hideAll() {
-    for (QDockWidget* panel : std::as_const(m_docks))
-        panel->hide();
-}

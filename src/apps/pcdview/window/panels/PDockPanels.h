@@ -31,7 +31,6 @@ public:
     PRecordPanel* record;
 
     const QList<QDockWidget*>& docks() const { return m_docks; }
-    void hideAll();
     /// Shows the progress of recordings where the panel "Recording" is open: in front of the panel
     /// that it shares its place with, and scrolled to the top.
     void showProgress();

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+
+class PCameraSdk;
+class PCameraTabs;
+class PDockPanels;
+class PRecordController;
+class PRecordings;
+class PViewActions;
+class QWidget;
+
+/// Makes the controllers, which do what the actions of the window say. The GUI thread.
+class PControllers : public QObject {
+    Q_OBJECT
+
+public:
+    /// All must outlive it; the window is the parent of it and of the dialogs.
+    PControllers(const PViewActions& actions, PCameraTabs& tabs, PDockPanels& panels,
+                 PRecordings& recordings, const PCameraSdk& sdk, QWidget* window);
+
+    PRecordController& recording() const { return *m_recording; }
+
+signals:
+    /// What the status bar is to show; empty: nothing any more.
+    void messageChanged(const QString& message);
+
+private:
+    PRecordController* m_recording; // child of the window
+};

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#include <apps/pcdview/window/actions/PPictureController.h>
+
+#include <apps/pcdview/camera/PViewCamera.h>
+#include <apps/pcdview/capture/PCaptureFolder.h>
+#include <apps/pcdview/options/PViewLog.h>
+#include <apps/pcdview/window/actions/PViewActions.h>
+#include <apps/pcdview/window/camera/PCameraPage.h>
+#include <apps/pcdview/window/camera/PCameraTabs.h>
+#include <apps/pcdview/window/dialogs/PCaptureDialog.h>
+
+#include <QAction>
+#include <QFileDialog>
+
+PPictureController::PPictureController(const PViewActions& actions, PCameraTabs& tabs,
+                                       QWidget* window)
+    : QObject(window)
+    , m_tabs(tabs)
+    , m_window(window) {
+    connect(actions.snapshot, &QAction::triggered, this,
+            [this] { m_capture.takeStill(m_tabs.currentPage()->camera()); });
+    connect(actions.savePicture, &QAction::triggered, this, &PPictureController::saveShown);
+    connect(actions.captureFiles, &QAction::triggered, this, &PPictureController::chooseFiles);
+    connect(&tabs, &PCameraTabs::pageAdded, this, [this](PCameraPage* page) {
+        m_capture.follow(&page->camera(), [page] { return page->pixelSizeOfPicture(); });
+    });
+    connect(&m_capture, &PCapture::messageChanged, this, &PPictureController::messageChanged);
+    connect(&m_capture, &PCapture::saveFailed, this, &PPictureController::showFailure);
+}
+
+void PPictureController::saveShown() {
+    const PCameraPage* const page = m_tabs.currentPage();
+    const PViewCamera& camera = page->camera();
+    // The one that was on the screen, not one that comes while the dialog is open.
+    const PDeviceFrame frame = camera.frame();
+    const double pixelSize = page->pixelSizeOfPicture();
+    if (frame.image.isNull()) {
+        emit messageChanged(tr("There is no picture yet."));
+        return;
+    }
+    QFileDialog dialog(m_window, tr("Save shown picture"), QString(),
+                       tr("PNG (*.png);;TIFF (*.tif *.tiff)"));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix(u"png"_qs);
+    dialog.selectFile(
+        PCaptureFolder::nextPath(camera.identity().id, QDateTime::currentDateTime(), u".png"_qs));
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    const QString path = dialog.selectedFiles().value(0);
+    const PStatus name = PPictureFile::checkName(path);
+    if (name.isOk())
+        m_capture.saveFrame(camera.identity(), frame, pixelSize, path);
+    else
+        emit messageChanged(name.reason());
+}
+
+void PPictureController::chooseFiles() {
+    const PCameraPage* const page = m_tabs.currentPage();
+    PCaptureDialog(page == nullptr ? tr("Camera") : page->camera().identity().id, m_window).exec();
+}
+
+/// The next message replaces the one in the status bar; the log keeps both.
+void PPictureController::showFailure(const QString& reason) {
+    emit messageChanged(reason);
+    PViewLog::warning(reason);
+}

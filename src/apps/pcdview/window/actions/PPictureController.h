@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <apps/pcdview/capture/PCapture.h>
+
+#include <QObject>
+
+class PCameraTabs;
+class PViewActions;
+class QWidget;
+
+/// Takes and saves pictures of the camera in front when the actions for it are triggered, and saves
+/// the stills of all cameras with a tab. The GUI thread.
+class PPictureController : public QObject {
+    Q_OBJECT
+
+public:
+    /// Actions and tabs must outlive it; the window is the parent of it and of the dialogs.
+    PPictureController(const PViewActions& actions, PCameraTabs& tabs, QWidget* window);
+
+signals:
+    /// What the status bar is to show: what is being done, or how it went.
+    void messageChanged(const QString& message);
+
+private:
+    void saveShown();
+    void chooseFiles();
+    void showFailure(const QString& reason);
+
+    PCapture m_capture;
+    PCameraTabs& m_tabs;
+    QWidget* m_window;
+};

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+
+class PCameraTabs;
+class PViewActions;
+class QWidget;
+
+/// Loads and saves the settings of the camera in front, through file dialogs, when the actions for
+/// it are triggered. The GUI thread.
+class PProfileController : public QObject {
+    Q_OBJECT
+
+public:
+    /// Actions and tabs must outlive it; the window is the parent of it and of the dialogs.
+    PProfileController(const PViewActions& actions, PCameraTabs& tabs, QWidget* window);
+
+    /// Applies the profile in this file to the camera in front, which must be plugged in, and shows
+    /// the report; a file that cannot be applied is reported in a message box instead.
+    void apply(const QString& path);
+    /// Saves the settings of the camera in front to this file, if it is plugged in.
+    void saveTo(const QString& path);
+
+signals:
+    /// What the status bar is to show: how the saving went.
+    void messageChanged(const QString& message);
+
+private:
+    void load();
+    void save();
+
+    PCameraTabs& m_tabs;
+    QWidget* m_window;
+};

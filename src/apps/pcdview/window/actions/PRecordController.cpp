@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: MIT
+#include <apps/pcdview/window/actions/PRecordController.h>
+
+#include <apps/pcdview/capture/PRecordings.h>
+#include <apps/pcdview/window/camera/PCameraPage.h>
+#include <apps/pcdview/window/camera/PCameraTabs.h>
+#include <apps/pcdview/window/panels/PDockPanels.h>
+#include <apps/pcdview/window/panels/PRecordPanel.h>
+
+#include <QAction>
+#include <QMessageBox>
+#include <QSignalBlocker>
+
+PRecordController::PRecordController(QAction* record, PCameraTabs& tabs, PDockPanels& panels,
+                                     PRecordings& recordings, QWidget* window)
+    : QObject(window)
+    , m_record(record)
+    , m_tabs(tabs)
+    , m_panels(panels)
+    , m_recordings(recordings)
+    , m_window(window) {
+    connect(record, &QAction::toggled, this, [this](bool on) { on ? start() : stopOnRequest(); });
+    connect(panels.record, &PRecordPanel::startRequested, this, &PRecordController::start);
+    connect(&recordings, &PRecordings::changed, this, &PRecordController::showState);
+    connect(&recordings, &PRecordings::finished, this,
+            [this](const QString& camera, const QString& message) {
+                emit messageChanged(camera + u": "_qs + message);
+            });
+    connect(&tabs, &PCameraTabs::currentPageChanged, this, &PRecordController::showState);
+    connect(&tabs, &PCameraTabs::currentStateChanged, this, &PRecordController::showState);
+}
+
+void PRecordController::start() {
+    const PCameraPage& page = *m_tabs.currentPage();
+    PViewCamera& camera = page.camera();
+    const PRecordSettings settings = m_panels.record->settings();
+    settings.remember();
+    const PStatus status = m_recordings.start(camera, settings, page.pixelSizeOfPicture());
+    const QString message = status.isOk()
+                                ? tr("Recording to %1").arg(m_recordings.of(&camera)->path())
+                                : tr("No recording: %1").arg(status.reason());
+    emit messageChanged(message);
+    if (!status.isOk())
+        m_panels.record->showMessage(camera.identity().id, message);
+    m_panels.showProgress();
+    showState();
+}
+
+/// A key is easily pressed by mistake, and frames that were not recorded are lost.
+void PRecordController::stopOnRequest() {
+    const QPointer<PRecording> recording = m_recordings.of(&m_tabs.currentPage()->camera());
+    const bool isMeant = recording != nullptr && confirmsStop(*recording);
+    if (isMeant && recording != nullptr) // it may have ended while the question was open
+        recording->stop();
+    showState();
+}
+
+/// The question goes away with a recording that takes no more frames: nothing is left to stop.
+bool PRecordController::confirmsStop(PRecording& recording) {
+    QMessageBox question(QMessageBox::Question, tr("Recording"),
+                         tr("Stop the recording of %1?").arg(recording.cameraId()),
+                         QMessageBox::Yes | QMessageBox::No, m_window);
+    question.setDefaultButton(QMessageBox::No);
+    connect(&recording, &PRecording::finished, &question, &QDialog::reject);
+    connect(&recording, &PRecording::changed, &question, [&] {
+        if (recording.progress().isOver)
+            question.reject();
+    });
+    return question.exec() == QMessageBox::Yes;
+}
+
+bool PRecordController::confirmsEnd(const QList<PRecording*>& recordings) {
+    QStringList cameras;
+    for (const PRecording* recording : recordings)
+        cameras.append(recording->cameraId());
+    const QString question =
+        tr("Recording is under way: %1. End it and close?").arg(cameras.join(u", "_qs));
+    return QMessageBox::question(m_window, tr("Recording"), question,
+                                 QMessageBox::Yes | QMessageBox::No,
+                                 QMessageBox::No) == QMessageBox::Yes;
+}
+
+bool PRecordController::mayCloseWindow() {
+    return m_recordings.running().isEmpty() || confirmsEnd(m_recordings.running());
+}
+
+bool PRecordController::endForClosing(const PCameraPage& page) {
+    const QPointer<PRecording> recording = m_recordings.of(&page.camera());
+    if (recording != nullptr && !confirmsEnd({recording}))
+        return false;
+    // While its camera can still account for the frames.
+    if (recording != nullptr)
+        recording->endAsCameraCloses();
+    return true;
+}
+
+void PRecordController::showState() {
+    const PCameraPage* const page = m_tabs.currentPage();
+    const PViewCamera* const camera = page == nullptr ? nullptr : &page->camera();
+    const QSignalBlocker quiet(m_record);
+    m_record->setChecked(m_recordings.of(camera) != nullptr);
+}

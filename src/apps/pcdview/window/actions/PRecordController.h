@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+
+class PCameraPage;
+class PCameraTabs;
+class PDockPanels;
+class PRecording;
+class PRecordings;
+class QAction;
+class QWidget;
+
+/// Starts and ends recordings as the user asks for it, with the questions that protect them. The
+/// GUI thread.
+class PRecordController : public QObject {
+    Q_OBJECT
+
+public:
+    /// `record`: checked while the camera in front is recorded. All must outlive it; the window is
+    /// the parent of it and of the questions.
+    PRecordController(QAction* record, PCameraTabs& tabs, PDockPanels& panels,
+                      PRecordings& recordings, QWidget* window);
+
+    /// Ends the recording of this tab's camera, if there is one, after the user has confirmed that.
+    /// False: it goes on.
+    bool endForClosing(const PCameraPage& page);
+    /// Whether the window may close: no recording is running, or the user has confirmed that all of
+    /// them end. They run on until then.
+    bool mayCloseWindow();
+
+signals:
+    /// What the status bar is to show: what is recorded, why not, or how it ended.
+    void messageChanged(const QString& message);
+
+private:
+    void start();
+    void stopOnRequest();
+    bool confirmsStop(PRecording& recording);
+    bool confirmsEnd(const QList<PRecording*>& recordings);
+    void showState();
+
+    QAction* m_record;
+    PCameraTabs& m_tabs;
+    PDockPanels& m_panels;
+    PRecordings& m_recordings;
+    QWidget* m_window;
+};

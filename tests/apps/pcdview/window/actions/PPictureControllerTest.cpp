@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: MIT
+#include <apps/pcdview/window/actions/PPictureController.h>
+
+#include <apps/pcdview/window/FakeCameras.h>
+
+#include <apps/pcdview/ViewPictures.h>
+
+#include <apps/pcdview/capture/PCaptureFolder.h>
+#include <apps/pcdview/window/camera/PCameraPage.h>
+#include <apps/pcdview/window/dialogs/PCaptureDialog.h>
+
+#include <support/PLogCapture.h>
+#include <support/QtPrinters.h>
+#include <support/WaitUntil.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QDir>
+#include <QFileDialog>
+#include <QImage>
+#include <QLabel>
+#include <QLineEdit>
+#include <QTimer>
+
+namespace {
+
+class PPictureControllerTest : public FakeCameras {
+protected:
+    void SetUp() override { ASSERT_NO_FATAL_FAILURE(open(u"Fake-1"_qs)); }
+
+    /// Has the first camera deliver a still picture.
+    void takeStill() {
+        PDeviceFrame frame;
+        frame.image =
+            pictureOf(40, 30, PDIP::ColorFormat::Bgr, [](int, int) { return QColor(Qt::red); });
+        first->processSnapshot(frame);
+    }
+    bool waitForMessage(const QString& part) {
+        return waitUntil([&] { return lastOf(messages).contains(part); });
+    }
+    /// Saves the picture that is shown through the dialog, under this name.
+    void saveShownAs(const QString& path) {
+        QTimer::singleShot(0, &window, [path] {
+            auto* const dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+            ASSERT_NE(dialog, nullptr);
+            auto* const name = dialog->findChild<QLineEdit*>(u"fileNameEdit"_qs);
+            ASSERT_NE(name, nullptr);
+            name->setText(path);
+            static_cast<QDialog*>(dialog)->accept();
+        });
+        actions.savePicture->trigger();
+    }
+
+    PPictureController* const controller =
+        new PPictureController(actions, *tabs, &window); // the window's
+    const QSignalSpy messages{controller, &PPictureController::messageChanged};
+};
+
+} // namespace
+
+TEST_F(PPictureControllerTest, saves_a_still_picture_in_the_capture_folder) {
+    takeStill();
+    ASSERT_TRUE(waitForMessage(u"Saved "_qs)) << lastOf(messages).toStdString();
+    const QStringList files = QDir(captureFolder()).entryList(QDir::Files);
+    ASSERT_EQ(files.size(), 1);
+    EXPECT_EQ(QImage(QDir(captureFolder()).filePath(files.first())).size(), QSize(40, 30));
+}
+
+TEST_F(PPictureControllerTest, logs_a_picture_that_could_not_be_saved) {
+    writeFile(path(u"file"_qs), "x");
+    PCaptureFolder::setPath(path(u"file/folder"_qs));
+    const PLogCapture log;
+    takeStill();
+    ASSERT_TRUE(waitUntil([this] { return !messages.isEmpty(); }));
+    const QString message = lastOf(messages);
+    EXPECT_TRUE(message.contains(u"file/folder"_qs)) << message.toStdString();
+    EXPECT_TRUE(log.contains(message)) << message.toStdString();
+}
+
+TEST_F(PPictureControllerTest, reports_why_there_is_no_still_picture) {
+    actions.snapshot->trigger();
+    EXPECT_TRUE(lastOf(messages).startsWith(u"No still picture: "_qs))
+        << lastOf(messages).toStdString();
+}
+
+TEST_F(PPictureControllerTest, saves_the_picture_that_is_shown_under_the_name_chosen) {
+    ASSERT_NO_FATAL_FAILURE(showFrame(*first, halves(Qt::red, Qt::red)));
+    ASSERT_NO_FATAL_FAILURE(saveShownAs(path(u"shown.png"_qs)));
+    ASSERT_TRUE(waitForMessage(u"Saved shown.png"_qs)) << lastOf(messages).toStdString();
+    EXPECT_EQ(QImage(path(u"shown.png"_qs)).pixelColor(1, 1), QColor(Qt::red));
+}
+
+TEST_F(PPictureControllerTest, reports_a_name_whose_format_is_not_known) {
+    ASSERT_NO_FATAL_FAILURE(showFrame(*first, halves(Qt::red, Qt::red)));
+    ASSERT_NO_FATAL_FAILURE(saveShownAs(path(u"shown.gif"_qs)));
+    EXPECT_TRUE(lastOf(messages).contains(u".gif"_qs)) << lastOf(messages).toStdString();
+    EXPECT_FALSE(QFile::exists(path(u"shown.gif"_qs)));
+}
+
+TEST_F(PPictureControllerTest, says_that_there_is_no_picture_to_save_yet) {
+    actions.savePicture->trigger();
+    EXPECT_EQ(lastOf(messages), u"There is no picture yet."_qs);
+}
+
+TEST_F(PPictureControllerTest, opens_the_dialog_for_names_with_the_camera_in_front) {
+    QString example;
+    QTimer::singleShot(0, &window, [&] {
+        auto* const dialog = qobject_cast<PCaptureDialog*>(QApplication::activeModalWidget());
+        ASSERT_NE(dialog, nullptr);
+        example = dialog->findChild<QLabel*>(u"captureExample"_qs)->text();
+        dialog->reject();
+    });
+    actions.captureFiles->trigger();
+    EXPECT_TRUE(example.contains(u"Fake-1"_qs)) << example.toStdString();
+}

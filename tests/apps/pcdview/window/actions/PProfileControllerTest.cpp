@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+#include <apps/pcdview/window/actions/PProfileController.h>
+
+#include <apps/pcdview/window/FakeCameras.h>
+
+#include <PCd/FakeProperty.h>
+
+#include <PCore/PMinMaxRange.h>
+
+#include <support/QtPrinters.h>
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QTimer>
+
+namespace {
+
+class PProfileControllerTest : public FakeCameras {
+protected:
+    PProfileControllerTest() {
+        first->makeProperties = [this] {
+            contrast = new FakeProperty("contrast", 5);
+            contrast->rangeInDevice = QVariant::fromValue(PMinMaxRange<int>{0, 10, 1});
+            return QList<PDeviceProperty*>{contrast};
+        };
+    }
+    void SetUp() override {
+        ASSERT_NO_FATAL_FAILURE(open(u"Fake-1"_qs));
+        ASSERT_NE(contrast, nullptr);
+    }
+
+    /// The text of the report that is open; empty if there is none.
+    QString report() const {
+        const auto boxes = window.findChildren<QMessageBox*>();
+        return boxes.isEmpty() ? QString() : boxes.first()->text();
+    }
+
+    const QString file = path(u"profile.json"_qs);
+    FakeProperty* contrast = nullptr; // the device's
+    PProfileController* const controller =
+        new PProfileController(actions, *tabs, &window); // the window's
+    const QSignalSpy messages{controller, &PProfileController::messageChanged};
+};
+
+} // namespace
+
+TEST_F(PProfileControllerTest, applies_what_it_saved) {
+    controller->saveTo(file);
+    EXPECT_EQ(lastOf(messages), u"Saved "_qs + file);
+    contrast->setValue(7);
+    controller->apply(file);
+    EXPECT_EQ(contrast->inDevice, QVariant(5));
+    EXPECT_TRUE(report().contains(u": 1."_qs)) << report().toStdString();
+}
+
+TEST_F(PProfileControllerTest, shows_what_the_camera_did_not_take) {
+    controller->saveTo(file);
+    contrast->setValue(7);
+    contrast->refuses = true;
+    controller->apply(file);
+    EXPECT_TRUE(report().contains(u"<b>contrast</b>"_qs)) << report().toStdString();
+}
+
+TEST_F(PProfileControllerTest, warns_of_a_file_that_is_not_a_profile) {
+    writeFile(file, "{");
+    QString warning;
+    QTimer::singleShot(0, &window, [&] {
+        auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        ASSERT_NE(box, nullptr);
+        warning = box->text();
+        box->reject();
+    });
+    controller->apply(file);
+    EXPECT_TRUE(warning.contains(file)) << warning.toStdString();
+    EXPECT_EQ(contrast->calls.count(u"set"_qs), 0);
+}
+
+TEST_F(PProfileControllerTest, saves_nothing_of_a_camera_that_was_unplugged) {
+    unplugFirst();
+    controller->saveTo(file);
+    EXPECT_FALSE(QFile::exists(file));
+    EXPECT_TRUE(lastOf(messages).contains(u"unplugged"_qs));
+}
+
+TEST_F(PProfileControllerTest, reports_a_file_that_cannot_be_written) {
+    controller->saveTo(path(u"no folder/profile.json"_qs));
+    EXPECT_TRUE(lastOf(messages).contains(u"no folder"_qs)) << lastOf(messages).toStdString();
+}
