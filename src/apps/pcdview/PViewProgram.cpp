@@ -144,7 +144,7 @@ void PViewProgram::restartSimulated() {
         return;
     if (!QProcess::startDetached(QCoreApplication::applicationFilePath(), words)) {
         m_window->show();
-        m_window->statusBar()->showMessage(tr("The program cannot be started again."));
+        m_window->statusBar()->showMessage(tr("The program could not be restarted."));
     }
 }
 

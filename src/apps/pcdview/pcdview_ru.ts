@@ -31,7 +31,7 @@
 <context>
     <name>PCameraController</name>
     <message>
-        <source>Draw the region with the mouse; Esc puts it away.</source>
+        <source>Draw the region with the mouse; Esc cancels.</source>
         <translation>Нарисуйте область мышью; Esc отменяет.</translation>
     </message>
     <message>
@@ -39,8 +39,8 @@
         <translation>Размер пиксела</translation>
     </message>
     <message>
-        <source>Size of a pixel on the specimen at the full resolution, in micrometres (0: no scale bar).
-It is the size on the sensor divided by the magnification.</source>
+        <source>Size of a pixel on the specimen at full resolution, in micrometres (0: no scale bar).
+This is the pixel size of the sensor divided by the magnification.</source>
         <translation>Размер пиксела на препарате при полном разрешении, в микрометрах (0: без масштабной линейки).
 Это размер на сенсоре, делённый на увеличение.</translation>
     </message>
@@ -48,11 +48,11 @@ It is the size on the sensor divided by the magnification.</source>
 <context>
     <name>PCameraListPanel</name>
     <message>
-        <source>Double-click a camera to look through it.</source>
+        <source>Double-click a camera to open it.</source>
         <translation>Дважды щёлкните камеру, чтобы открыть её.</translation>
     </message>
     <message>
-        <source>Look again</source>
+        <source>Search again</source>
         <translation>Искать снова</translation>
     </message>
     <message>
@@ -63,27 +63,27 @@ It is the size on the sensor divided by the magnification.</source>
 <context>
     <name>PCameraPage</name>
     <message>
-        <source>This camera has no region to set.</source>
+        <source>The region of this camera cannot be set.</source>
         <translation>У этой камеры нельзя задать область.</translation>
     </message>
     <message>
-        <source>The camera accepts no such region.</source>
+        <source>The camera does not accept this region.</source>
         <translation>Камера не принимает такую область.</translation>
     </message>
     <message>
-        <source>The camera did not take the region %1: it has %2.</source>
+        <source>The camera did not accept the region %1; it is %2.</source>
         <translation>Камера не приняла область %1: действует %2.</translation>
     </message>
     <message>
-        <source>This camera is unplugged. The last picture stays; plug it in again and it goes on with its settings.</source>
+        <source>This camera is unplugged. Its last picture is shown; plug it in again to continue with the same settings.</source>
         <translation>Эта камера отключена. Последний кадр остаётся на экране; подключите её снова, и она продолжит работу со своими настройками.</translation>
     </message>
     <message>
-        <source>Triggered capture: the picture waits for triggers. Pictures taken: %1</source>
+        <source>Triggered capture: waiting for triggers. Pictures taken: %1</source>
         <translation>Съёмка по триггеру: кадры приходят только по триггеру. Сделано снимков: %1</translation>
     </message>
     <message>
-        <source>Triggered capture: a run is under way. Pictures taken: %1</source>
+        <source>Triggered capture: run in progress. Pictures taken: %1</source>
         <translation>Съёмка по триггеру: идёт серия. Сделано снимков: %1</translation>
     </message>
 </context>
@@ -98,7 +98,7 @@ It is the size on the sensor divided by the magnification.</source>
         <translation>Делается снимок…</translation>
     </message>
     <message>
-        <source>No still picture: %1</source>
+        <source>No still picture taken: %1</source>
         <translation>Снимок не сделан: %1</translation>
     </message>
 </context>
@@ -109,7 +109,7 @@ It is the size on the sensor divided by the magnification.</source>
         <translation>Файлы снимков и записей</translation>
     </message>
     <message>
-        <source>{camera}, {date} and {time} stand for what they say, {n} for the first number that makes a new name.</source>
+        <source>{camera}, {date} and {time} are replaced by camera, date and time, {n} by the first number that gives an unused name.</source>
         <translation>{camera}, {date} и {time} — камера, дата и время, {n} — первый номер, дающий новое имя.</translation>
     </message>
     <message>
@@ -121,24 +121,24 @@ It is the size on the sensor divided by the magnification.</source>
         <translation>Папка:</translation>
     </message>
     <message>
-        <source>Names:</source>
-        <translation>Имена:</translation>
+        <source>File names:</source>
+        <translation>Имена файлов:</translation>
     </message>
     <message>
         <source>Still pictures as:</source>
         <translation>Снимки как:</translation>
     </message>
     <message>
-        <source>Next one:</source>
-        <translation>Следующий:</translation>
+        <source>Next name:</source>
+        <translation>Следующее имя:</translation>
     </message>
     <message>
         <source>Capture folder</source>
         <translation>Папка снимков</translation>
     </message>
     <message>
-        <source>&quot;%1&quot; is no folder: expected a path from / on</source>
-        <translation>«%1» — не папка: нужен путь, начиная с /</translation>
+        <source>&quot;%1&quot; is not an absolute path</source>
+        <translation>«%1» — не абсолютный путь</translation>
     </message>
 </context>
 <context>
@@ -343,7 +343,7 @@ It is the size on the sensor divided by the magnification.</source>
 <context>
     <name>PFramesPanel</name>
     <message>
-        <source>What became of them</source>
+        <source>Outcome</source>
         <translation>Что стало с кадрами</translation>
     </message>
     <message>
@@ -408,7 +408,7 @@ It is the size on the sensor divided by the magnification.</source>
         <translation>&amp;Справка</translation>
     </message>
     <message>
-        <source>As the &amp;system</source>
+        <source>Same as &amp;system</source>
         <translation>Как в &amp;системе</translation>
     </message>
     <message>
@@ -427,7 +427,7 @@ It is the size on the sensor divided by the magnification.</source>
         <translation>Изображения ещё нет.</translation>
     </message>
     <message>
-        <source>Save shown picture</source>
+        <source>Save displayed picture</source>
         <translation>Сохранить показанное</translation>
     </message>
     <message>
@@ -481,7 +481,7 @@ It is the size on the sensor divided by the magnification.</source>
         <translation>Остановить запись с камеры %1?</translation>
     </message>
     <message>
-        <source>Recording is under way: %1. End it and close?</source>
+        <source>Recording in progress: %1. Stop recording and close?</source>
         <translation>Идёт запись: %1. Завершить её и закрыть?</translation>
     </message>
 </context>
@@ -510,7 +510,7 @@ It is the size on the sensor divided by the magnification.</source>
         <translation>Колесо</translation>
     </message>
     <message>
-        <source>Zoom to the cursor</source>
+        <source>Zoom at the cursor</source>
         <translation>Увеличить или уменьшить у курсора</translation>
     </message>
     <message>
@@ -518,7 +518,7 @@ It is the size on the sensor divided by the magnification.</source>
         <translation>Перетаскивание</translation>
     </message>
     <message>
-        <source>Move the picture, or draw the region</source>
+        <source>Move the picture or draw a region</source>
         <translation>Двигать изображение или рисовать область</translation>
     </message>
     <message>
@@ -534,7 +534,7 @@ It is the size on the sensor divided by the magnification.</source>
         <translation>Escape</translation>
     </message>
     <message>
-        <source>Leave the full screen, or put the region away</source>
+        <source>Leave full screen or cancel drawing a region</source>
         <translation>Выйти из полного экрана или отменить область</translation>
     </message>
     <message>
@@ -566,8 +566,8 @@ It is the size on the sensor divided by the magnification.</source>
         <translation>Живое изображение, снимки и записи с камер для микроскопов.</translation>
     </message>
     <message>
-        <source>Its version</source>
-        <translation>Её версия</translation>
+        <source>Library version</source>
+        <translation>Версия библиотеки</translation>
     </message>
     <message>
         <source>simulated</source>
@@ -581,7 +581,7 @@ It is the size on the sensor divided by the magnification.</source>
         <translation>Логарифмическая</translation>
     </message>
     <message>
-        <source>Tenengrad measure over the squared mean: higher is sharper. Compare it on one field while focusing.</source>
+        <source>Tenengrad measure divided by the squared mean; higher is sharper. Compare values of the same field while focusing.</source>
         <translation>Мера Tenengrad, делённая на квадрат среднего: чем больше, тем резче. Сравнивайте её на одном поле при фокусировке.</translation>
     </message>
     <message>
@@ -611,14 +611,14 @@ It is the size on the sensor divided by the magnification.</source>
 <context>
     <name>PImageView</name>
     <message>
-        <source>Picture of the camera</source>
+        <source>Camera picture</source>
         <translation>Изображение с камеры</translation>
     </message>
 </context>
 <context>
     <name>PLedgerText</name>
     <message>
-        <source>Frames: %1, none lost on the way</source>
+        <source>Frames: %1, none lost</source>
         <translation>Кадров: %1, в пути не потеряно</translation>
     </message>
     <message>
@@ -642,11 +642,15 @@ It is the size on the sensor divided by the magnification.</source>
         <translation>Потеряно: %1</translation>
     </message>
     <message>
-        <source>Came after the last one wanted</source>
-        <translation>Пришло после последнего нужного</translation>
+        <source>Dropped: %1</source>
+        <translation>Отброшено: %1</translation>
     </message>
     <message>
-        <source>On their way</source>
+        <source>Arrived after the last requested frame</source>
+        <translation>Пришло после последнего запрошенного</translation>
+    </message>
+    <message>
+        <source>In transit</source>
         <translation>В пути</translation>
     </message>
     <message>
@@ -658,34 +662,34 @@ It is the size on the sensor divided by the magnification.</source>
         <translation>в камере или в кабеле</translation>
     </message>
     <message>
-        <source>of an unknown pixel format</source>
+        <source>unknown pixel format</source>
         <translation>неизвестный формат пикселов</translation>
     </message>
     <message>
-        <source>of a wrong size</source>
+        <source>wrong size</source>
         <translation>неверный размер</translation>
     </message>
     <message>
-        <source>for want of memory</source>
+        <source>out of memory</source>
         <translation>не хватило памяти</translation>
     </message>
     <message>
-        <source>as the program was too slow</source>
+        <source>program too slow</source>
         <translation>программа не успела</translation>
     </message>
     <message>
-        <source>as the disk was too slow or full</source>
+        <source>disk too slow or full</source>
         <translation>диск не успел или полон</translation>
     </message>
     <message>
-        <source>by a fault of the program</source>
+        <source>program error</source>
         <translation>ошибка программы</translation>
     </message>
 </context>
 <context>
     <name>PLogPanel</name>
     <message>
-        <source>Nothing has been logged.</source>
+        <source>The log is empty.</source>
         <translation>Журнал пуст.</translation>
     </message>
     <message>
@@ -696,14 +700,14 @@ It is the size on the sensor divided by the magnification.</source>
 <context>
     <name>PModeChooser</name>
     <message>
-        <source>Resolution of the camera</source>
+        <source>Camera resolution</source>
         <translation>Разрешение камеры</translation>
     </message>
 </context>
 <context>
     <name>PNamePattern</name>
     <message>
-        <source>&quot;%1&quot; names no file: expected a name that does not begin with a dot</source>
+        <source>&quot;%1&quot; is not a file name: expected a name that does not begin with a dot</source>
         <translation>«%1» — не имя файла: нужно имя, которое не начинается с точки</translation>
     </message>
     <message>
@@ -711,12 +715,12 @@ It is the size on the sensor divided by the magnification.</source>
         <translation>имя слишком длинное: нужно не больше %1 байт</translation>
     </message>
     <message>
-        <source>&quot;%1&quot; cannot be in the name of a file</source>
-        <translation>«%1» не может быть в имени файла</translation>
+        <source>a file name cannot contain &quot;%1&quot;</source>
+        <translation>имя файла не может содержать «%1»</translation>
     </message>
     <message>
-        <source>&quot;%1&quot; stands for nothing: expected {camera}, {date}, {time} or {n}</source>
-        <translation>«%1» ничего не значит: нужно {camera}, {date}, {time} или {n}</translation>
+        <source>&quot;%1&quot; is not a placeholder: expected {camera}, {date}, {time} or {n}</source>
+        <translation>«%1» — не подстановка: ожидалось {camera}, {date}, {time} или {n}</translation>
     </message>
 </context>
 <context>
@@ -810,23 +814,23 @@ It is the size on the sensor divided by the magnification.</source>
 <context>
     <name>PProfileReportText</name>
     <message>
-        <source>All settings of the profile are in force: %1.</source>
-        <translation>Действуют все настройки профиля: %1.</translation>
+        <source>All settings of the profile applied: %1.</source>
+        <translation>Применены все настройки профиля: %1.</translation>
     </message>
     <message>
-        <source>Settings in force: %1, not taken: %2.</source>
-        <translation>Действует настроек: %1, не принято: %2.</translation>
+        <source>Settings applied: %1, rejected: %2.</source>
+        <translation>Применено настроек: %1, отклонено: %2.</translation>
     </message>
     <message>
-        <source>Not taken by the camera:</source>
-        <translation>Камера не приняла:</translation>
+        <source>Rejected:</source>
+        <translation>Отклонено:</translation>
     </message>
     <message>
-        <source>Not meant to be set:</source>
-        <translation>Не подлежит установке:</translation>
+        <source>Skipped:</source>
+        <translation>Пропущено:</translation>
     </message>
     <message>
-        <source>Not in the file, so left as they are: %1</source>
+        <source>Not in the file and left unchanged: %1</source>
         <translation>Нет в файле, оставлено как есть: %1</translation>
     </message>
 </context>
@@ -918,11 +922,11 @@ It is the size on the sensor divided by the magnification.</source>
         <translation>Интервальная съёмка, кадр каждые</translation>
     </message>
     <message>
-        <source>A number of frames</source>
+        <source>Number of frames</source>
         <translation>Число кадров</translation>
     </message>
     <message>
-        <source>A time</source>
+        <source>Duration</source>
         <translation>Время</translation>
     </message>
     <message>
@@ -950,7 +954,7 @@ It is the size on the sensor divided by the magnification.</source>
         <translation>Кадров:</translation>
     </message>
     <message>
-        <source>Time:</source>
+        <source>Duration:</source>
         <translation>Время:</translation>
     </message>
     <message>
@@ -978,7 +982,7 @@ It is the size on the sensor divided by the magnification.</source>
         <translation>Файл дописывается…</translation>
     </message>
     <message>
-        <source>No frame has come for %1 s.</source>
+        <source>No frame has arrived for %1 s.</source>
         <translation>Кадров нет уже %1 с.</translation>
     </message>
 </context>
@@ -1020,7 +1024,7 @@ It is the size on the sensor divided by the magnification.</source>
 <context>
     <name>PRecordings</name>
     <message>
-        <source>this camera is being recorded already</source>
+        <source>this camera is already being recorded</source>
         <translation>запись с этой камеры уже идёт</translation>
     </message>
 </context>
@@ -1054,22 +1058,22 @@ It is the size on the sensor divided by the magnification.</source>
 <context>
     <name>PSettingsRestorer</name>
     <message>
-        <source>the camera did not take it</source>
+        <source>the camera rejected it</source>
         <translation>камера этого не приняла</translation>
     </message>
 </context>
 <context>
     <name>PSettingsPanel</name>
     <message>
-        <source>No camera to set.</source>
-        <translation>Нет камеры для настройки.</translation>
+        <source>No camera selected.</source>
+        <translation>Камера не выбрана.</translation>
     </message>
     <message>
         <source>Find a setting</source>
         <translation>Найти настройку</translation>
     </message>
     <message>
-        <source>%1: the camera did not take the value</source>
+        <source>%1: the camera rejected the value</source>
         <translation>%1: камера не приняла это значение</translation>
     </message>
     <message>
@@ -1160,11 +1164,11 @@ It is the size on the sensor divided by the magnification.</source>
         <translation>Сделать снимок и сохранить его в папке снимков</translation>
     </message>
     <message>
-        <source>Save shown &amp;picture as…</source>
+        <source>Save displayed &amp;picture as…</source>
         <translation>Сохранить &amp;показанное как…</translation>
     </message>
     <message>
-        <source>Save the picture that is shown, under a name of your choice</source>
+        <source>Save the displayed picture under a name of your choice</source>
         <translation>Сохранить то, что показано, под выбранным именем</translation>
     </message>
     <message>
@@ -1176,7 +1180,7 @@ It is the size on the sensor divided by the magnification.</source>
         <translation>Запись</translation>
     </message>
     <message>
-        <source>Record frames, a time, or a time-lapse</source>
+        <source>Record a number of frames, a duration, or a time-lapse</source>
         <translation>Записать число кадров, отрезок времени или интервальную съёмку</translation>
     </message>
     <message>
@@ -1184,7 +1188,7 @@ It is the size on the sensor divided by the magnification.</source>
         <translation>За&amp;грузить профиль…</translation>
     </message>
     <message>
-        <source>Give the camera the settings of a file</source>
+        <source>Apply the settings in a file</source>
         <translation>Загрузить в камеру настройки из файла</translation>
     </message>
     <message>
@@ -1200,15 +1204,15 @@ It is the size on the sensor divided by the magnification.</source>
         <translation>&amp;Закрыть камеру</translation>
     </message>
     <message>
-        <source>Close the camera in front</source>
-        <translation>Закрыть камеру на переднем плане</translation>
+        <source>Close the current camera</source>
+        <translation>Закрыть текущую камеру</translation>
     </message>
     <message>
         <source>&amp;Quit</source>
         <translation>В&amp;ыход</translation>
     </message>
     <message>
-        <source>Close all and end the program</source>
+        <source>Close all cameras and quit</source>
         <translation>Закрыть всё и выйти</translation>
     </message>
     <message>
@@ -1232,7 +1236,7 @@ It is the size on the sensor divided by the magnification.</source>
         <translation>Область</translation>
     </message>
     <message>
-        <source>Draw with the mouse the region that the camera shall send</source>
+        <source>Use the mouse to draw the region that the camera sends</source>
         <translation>Нарисовать мышью область, которую должна передавать камера</translation>
     </message>
     <message>
@@ -1244,7 +1248,7 @@ It is the size on the sensor divided by the magnification.</source>
         <translation>Весь сенсор</translation>
     </message>
     <message>
-        <source>Go back to the whole sensor</source>
+        <source>Use the whole sensor again</source>
         <translation>Вернуться ко всему сенсору</translation>
     </message>
     <message>
@@ -1252,16 +1256,16 @@ It is the size on the sensor divided by the magnification.</source>
         <translation>&amp;Размер пиксела…</translation>
     </message>
     <message>
-        <source>Say how large a pixel is on the specimen, for the scale bar</source>
+        <source>Set the size of a pixel on the specimen, for the scale bar</source>
         <translation>Указать размер пиксела на препарате для масштабной линейки</translation>
     </message>
     <message>
-        <source>Look for &amp;cameras</source>
+        <source>Search for &amp;cameras</source>
         <translation>&amp;Искать камеры</translation>
     </message>
     <message>
-        <source>Look again which cameras are there</source>
-        <translation>Посмотреть снова, какие камеры подключены</translation>
+        <source>Search for cameras again</source>
+        <translation>Снова искать подключённые камеры</translation>
     </message>
     <message>
         <source>&amp;Fit to window</source>
@@ -1284,24 +1288,24 @@ It is the size on the sensor divided by the magnification.</source>
         <translation>1:1</translation>
     </message>
     <message>
-        <source>Show one pixel of the picture on each of the screen</source>
-        <translation>Один пиксел изображения на один пиксел экрана</translation>
+        <source>Show at 100 %</source>
+        <translation>Показать в масштабе 100 %</translation>
     </message>
     <message>
         <source>Zoom &amp;in</source>
         <translation>&amp;Увеличить</translation>
     </message>
     <message>
-        <source>Show it larger</source>
-        <translation>Показать крупнее</translation>
+        <source>Zoom in</source>
+        <translation>Увеличить изображение</translation>
     </message>
     <message>
         <source>Zoom &amp;out</source>
         <translation>У&amp;меньшить</translation>
     </message>
     <message>
-        <source>Show it smaller</source>
-        <translation>Показать мельче</translation>
+        <source>Zoom out</source>
+        <translation>Уменьшить изображение</translation>
     </message>
     <message>
         <source>F&amp;ull screen</source>
@@ -1312,7 +1316,7 @@ It is the size on the sensor divided by the magnification.</source>
         <translation>Во весь экран</translation>
     </message>
     <message>
-        <source>Show the picture alone; Esc goes back</source>
+        <source>Show only the picture; Esc returns</source>
         <translation>Показать только изображение; Esc возвращает</translation>
     </message>
     <message>
@@ -1324,7 +1328,7 @@ It is the size on the sensor divided by the magnification.</source>
         <translation>Пересвет</translation>
     </message>
     <message>
-        <source>Mark overexposed pixels red and black ones blue</source>
+        <source>Mark overexposed pixels in red and black pixels in blue</source>
         <translation>Отмечать пересвеченные пикселы красным, чёрные — синим</translation>
     </message>
     <message>
@@ -1336,7 +1340,7 @@ It is the size on the sensor divided by the magnification.</source>
         <translation>Контраст</translation>
     </message>
     <message>
-        <source>Stretch the contrast on the screen; saved pictures stay as the camera made them</source>
+        <source>Stretch the contrast on the screen; saved pictures are not changed</source>
         <translation>Растянуть контраст на экране; сохраняются снимки без изменений</translation>
     </message>
     <message>
@@ -1344,7 +1348,7 @@ It is the size on the sensor divided by the magnification.</source>
         <translation>&amp;Клавиатура и мышь</translation>
     </message>
     <message>
-        <source>Show all keys and what the mouse does</source>
+        <source>Show keyboard shortcuts and mouse actions</source>
         <translation>Показать все клавиши и действия мыши</translation>
     </message>
     <message>
@@ -1352,7 +1356,7 @@ It is the size on the sensor divided by the magnification.</source>
         <translation>&amp;О программе pcdview</translation>
     </message>
     <message>
-        <source>Show the versions and the camera library in use</source>
+        <source>Show version numbers and the camera library in use</source>
         <translation>Показать версии и используемую библиотеку камеры</translation>
     </message>
     <message>
@@ -1360,7 +1364,7 @@ It is the size on the sensor divided by the magnification.</source>
         <translation>Папка и &amp;имена…</translation>
     </message>
     <message>
-        <source>Choose the folder of pictures and recordings, and their names</source>
+        <source>Choose folder and names of pictures and recordings</source>
         <translation>Выбрать папку снимков и записей и их имена</translation>
     </message>
 </context>
@@ -1394,14 +1398,14 @@ It is the size on the sensor divided by the magnification.</source>
 <context>
     <name>PViewProgram</name>
     <message>
-        <source>The program cannot be started again.</source>
+        <source>The program could not be restarted.</source>
         <translation>Не удаётся запустить программу снова.</translation>
     </message>
 </context>
 <context>
     <name>PWelcomePage</name>
     <message>
-        <source>Look again</source>
+        <source>Search again</source>
         <translation>Искать снова</translation>
     </message>
     <message>
@@ -1413,7 +1417,7 @@ It is the size on the sensor divided by the magnification.</source>
         <translation>Ни одна камера не открыта</translation>
     </message>
     <message>
-        <source>Double-click a camera in the list to look through it.</source>
+        <source>Double-click a camera in the list to open it.</source>
         <translation>Дважды щёлкните камеру в списке, чтобы открыть её.</translation>
     </message>
     <message>
@@ -1421,11 +1425,11 @@ It is the size on the sensor divided by the magnification.</source>
         <translation>Камера не найдена</translation>
     </message>
     <message>
-        <source>Plug the camera in, best straight into a USB 3 port of the computer. It shows up here by itself.</source>
+        <source>Connect the camera, preferably directly to a USB 3 port of the computer. It will appear here by itself.</source>
         <translation>Подключите камеру, лучше прямо к порту USB 3 компьютера. Она появится здесь сама.</translation>
     </message>
     <message>
-        <source>If it is plugged in: another program may have it open, or your user may lack the right to use it. The maker&apos;s installation sets that right (a udev rule); plug the camera in again afterwards.</source>
+        <source>If it is connected, another program may be using it, or you may not have permission to use it. The camera maker&apos;s installer grants this permission (with a udev rule); reconnect the camera afterwards.</source>
         <translation>Если она подключена: возможно, её держит другая программа или у вашего пользователя нет права на неё. Это право даёт установка производителя (правило udev); после неё подключите камеру заново.</translation>
     </message>
     <message>
@@ -1433,12 +1437,12 @@ It is the size on the sensor divided by the magnification.</source>
         <translation>Используется библиотека камеры: %1</translation>
     </message>
     <message>
-        <source>Simulated cameras are in use, and the scene has none that is plugged in.</source>
+        <source>Simulated cameras are in use, and none in the scene is plugged in.</source>
         <translation>Используется имитация камер, и в сцене нет ни одной подключённой.</translation>
     </message>
     <message>
-        <source>Start the program with another scene: pcdview --scene FILE. Without one it has two cameras.</source>
-        <translation>Запустите программу с другой сценой: pcdview --scene FILE. Без сцены в ней две камеры.</translation>
+        <source>Start the program with another scene: pcdview --scene FILE. Without this option there are two cameras.</source>
+        <translation>Запустите программу с другой сценой: pcdview --scene FILE. Без этого параметра камер две.</translation>
     </message>
 </context>
 <context>

@@ -77,7 +77,7 @@ void PSettingsRestorer::restoreValue(PDevice& device, const char* id,
         return;
     property->setValue(value);
     if (property->valueInner() != value)
-        report.refused.append({id, tr("the camera did not take it")});
+        report.refused.append({id, tr("the camera rejected it")});
 }
 
 void PSettingsRestorer::remember() {

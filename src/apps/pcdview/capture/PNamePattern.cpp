@@ -42,16 +42,16 @@ PNamePattern::PNamePattern()
 PStatus PNamePattern::setText(const QString& text) {
     if (text.trimmed().isEmpty() || text.startsWith(u'.'))
         return PStatus::failure(
-            tr("\"%1\" names no file: expected a name that does not begin with a dot").arg(text));
+            tr("\"%1\" is not a file name: expected a name that does not begin with a dot")
+                .arg(text));
     if (text.toUtf8().size() > longestText)
         return PStatus::failure(
             tr("the name is too long: expected up to %1 bytes").arg(longestText));
     if (const QString bad = badCharacter(text); !bad.isEmpty())
-        return PStatus::failure(tr("\"%1\" cannot be in the name of a file").arg(bad));
+        return PStatus::failure(tr("a file name cannot contain \"%1\"").arg(bad));
     if (const QString mark = unknownMark(text); !mark.isEmpty()) {
-        return PStatus::failure(tr("\"%1\" stands for nothing: expected {camera}, {date}, {time} "
-                                   "or {n}")
-                                    .arg(mark));
+        return PStatus::failure(
+            tr("\"%1\" is not a placeholder: expected {camera}, {date}, {time} or {n}").arg(mark));
     }
     m_text = text;
     return PStatus::Ok;

@@ -15,7 +15,7 @@ PRecordings::~PRecordings() {
 
 PStatus PRecordings::start(PViewCamera& camera, const PRecordSettings& settings, double pixelSize) {
     if (of(&camera) != nullptr)
-        return PStatus::failure(tr("this camera is being recorded already"));
+        return PStatus::failure(tr("this camera is already being recorded"));
     auto recording = std::make_unique<PRecording>(m_memory, this);
     const PStatus status = recording->start(camera, settings, pixelSize);
     if (!status.isOk())

@@ -25,7 +25,7 @@ PImageView::PImageView(QWidget* parent)
     setFocusPolicy(Qt::StrongFocus);
     setMinimumSize(160, 120);
     setAttribute(Qt::WA_OpaquePaintEvent);
-    setAccessibleName(tr("Picture of the camera"));
+    setAccessibleName(tr("Camera picture"));
     setTool(Tool::Move);
 }
 

@@ -275,16 +275,16 @@ TEST_F(RecordSessionTest, enter_and_escape_on_the_question_keep_the_recording) {
 
 TEST_F(RecordSessionTest, closing_names_the_cameras_whose_recordings_it_would_end) {
     ASSERT_NO_FATAL_FAILURE(recordFirstOfTwo());
-    declineNext(u"Recording is under way: Small-S0001. End it and close?"_qs);
+    declineNext(u"Recording in progress: Small-S0001. Stop recording and close?"_qs);
     window().close();
     EXPECT_TRUE(window().isVisible());
     activate();
     pressKeyUnasked(); // records the second one too
     ASSERT_TRUE(waitUntil([this] { return written("Small-S0002") >= 1; }));
-    declineNext(u"Recording is under way: Small-S0001, Small-S0002. End it and close?"_qs);
+    declineNext(u"Recording in progress: Small-S0001, Small-S0002. Stop recording and close?"_qs);
     window().close();
     EXPECT_TRUE(window().isVisible());
-    declineNext(u"Recording is under way: Small-S0002. End it and close?"_qs);
+    declineNext(u"Recording in progress: Small-S0002. Stop recording and close?"_qs);
     widget<QAction>(u"closeCamera"_qs).trigger();
     EXPECT_EQ(cameraTabs().pages().size(), 2);
 }

@@ -218,7 +218,7 @@ TEST_F(WindowPicturesTest, frames_that_were_lost_are_accounted_for) {
     QDockWidget& frames = dock("framesDock");
     const auto& table = widget<QTreeWidget>(u"frames"_qs);
     ASSERT_TRUE(waitUntil([&] {
-        const auto found = table.findItems(u"Lost: of a wrong size"_qs, Qt::MatchExactly);
+        const auto found = table.findItems(u"Dropped: wrong size"_qs, Qt::MatchExactly);
         return found.size() == 1 && found.first()->text(1) == u"1"_qs;
     }));
     EXPECT_EQ(cutOff(), QStringList());

@@ -105,7 +105,7 @@ void PCameraController::setRegionTool(bool on) {
         const bool isHere = on && page == m_tabs.currentPage();
         page->view().setTool(isHere ? PImageView::Tool::Region : PImageView::Tool::Move);
     }
-    emit messageChanged(on ? tr("Draw the region with the mouse; Esc puts it away.") : QString());
+    emit messageChanged(on ? tr("Draw the region with the mouse; Esc cancels.") : QString());
 }
 
 void PCameraController::choosePixelSize() {
@@ -113,8 +113,8 @@ void PCameraController::choosePixelSize() {
     bool isAccepted = false;
     const double size = QInputDialog::getDouble(
         m_window, tr("Pixel size"),
-        tr("Size of a pixel on the specimen at the full resolution, in micrometres (0: no scale "
-           "bar).\nIt is the size on the sensor divided by the magnification."),
+        tr("Size of a pixel on the specimen at full resolution, in micrometres (0: no scale "
+           "bar).\nThis is the pixel size of the sensor divided by the magnification."),
         page->pixelSize(), 0, largestPixelMicrometres, 4, &isAccepted);
     if (isAccepted)
         page->setPixelSize(size);

@@ -38,7 +38,7 @@ void PPictureController::saveShown() {
         emit messageChanged(tr("There is no picture yet."));
         return;
     }
-    QFileDialog dialog(m_window, tr("Save shown picture"), QString(),
+    QFileDialog dialog(m_window, tr("Save displayed picture"), QString(),
                        tr("PNG (*.png);;TIFF (*.tif *.tiff)"));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setDefaultSuffix(u"png"_qs);

@@ -74,7 +74,7 @@ bool PRecordController::confirmsEnd(const QList<PRecording*>& recordings) {
     for (const PRecording* recording : recordings)
         cameras.append(recording->cameraId());
     const QString question =
-        tr("Recording is under way: %1. End it and close?").arg(cameras.join(u", "_qs));
+        tr("Recording in progress: %1. Stop recording and close?").arg(cameras.join(u", "_qs));
     return QMessageBox::question(m_window, tr("Recording"), question,
                                  QMessageBox::Yes | QMessageBox::No,
                                  QMessageBox::No) == QMessageBox::Yes;

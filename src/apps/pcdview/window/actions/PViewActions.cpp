@@ -37,19 +37,19 @@ void PViewActions::makeFileActions() {
     snapshot = add("snapshot", tr("Take a &still picture"), tr("Still"), Qt::CTRL | Qt::Key_S,
                    tr("Take a still picture and save it in the capture folder"));
     savePicture =
-        add("savePicture", tr("Save shown &picture as…"), {}, Qt::CTRL | Qt::SHIFT | Qt::Key_S,
-            tr("Save the picture that is shown, under a name of your choice"));
+        add("savePicture", tr("Save displayed &picture as…"), {}, Qt::CTRL | Qt::SHIFT | Qt::Key_S,
+            tr("Save the displayed picture under a name of your choice"));
     record = addSwitch("record", tr("&Record"), tr("Record"), Qt::CTRL | Qt::Key_R,
-                       tr("Record frames, a time, or a time-lapse"));
+                       tr("Record a number of frames, a duration, or a time-lapse"));
     captureFiles = add("captureFiles", tr("F&older and names…"), {}, {},
-                       tr("Choose the folder of pictures and recordings, and their names"));
+                       tr("Choose folder and names of pictures and recordings"));
     loadProfile = add("loadProfile", tr("&Load profile…"), {}, Qt::CTRL | Qt::Key_O,
-                      tr("Give the camera the settings of a file"));
+                      tr("Apply the settings in a file"));
     saveProfile = add("saveProfile", tr("Save pro&file…"), {}, Qt::CTRL | Qt::Key_E,
                       tr("Save the camera's settings to a file"));
     closeCamera = add("closeCamera", tr("&Close camera"), {}, Qt::CTRL | Qt::Key_W,
-                      tr("Close the camera in front"));
-    quit = add("quit", tr("&Quit"), {}, Qt::CTRL | Qt::Key_Q, tr("Close all and end the program"));
+                      tr("Close the current camera"));
+    quit = add("quit", tr("&Quit"), {}, Qt::CTRL | Qt::Key_Q, tr("Close all cameras and quit"));
     quit->setMenuRole(QAction::QuitRole);
 }
 
@@ -57,37 +57,36 @@ void PViewActions::makeCameraActions() {
     live = addSwitch("live", tr("&Live picture"), tr("Live"), Qt::CTRL | Qt::Key_L,
                      tr("Start or stop the live picture"));
     region = addSwitch("region", tr("&Draw region"), tr("Region"), Qt::CTRL | Qt::Key_D,
-                       tr("Draw with the mouse the region that the camera shall send"));
+                       tr("Use the mouse to draw the region that the camera sends"));
     wholeSensor = add("wholeSensor", tr("&Whole sensor"), tr("Whole sensor"),
-                      Qt::CTRL | Qt::SHIFT | Qt::Key_D, tr("Go back to the whole sensor"));
+                      Qt::CTRL | Qt::SHIFT | Qt::Key_D, tr("Use the whole sensor again"));
     pixelSize = add("pixelSize", tr("Pixel &size…"), {}, {},
-                    tr("Say how large a pixel is on the specimen, for the scale bar"));
-    search = add("search", tr("Look for &cameras"), {}, Qt::Key_F5,
-                 tr("Look again which cameras are there"));
+                    tr("Set the size of a pixel on the specimen, for the scale bar"));
+    search =
+        add("search", tr("Search for &cameras"), {}, Qt::Key_F5, tr("Search for cameras again"));
 }
 
 void PViewActions::makeViewActions() {
     fit = add("fit", tr("&Fit to window"), tr("Fit"), Qt::CTRL | Qt::Key_0,
               tr("Show the whole picture"));
     actualSize = add("actualSize", tr("&Actual pixels"), tr("1:1"), Qt::CTRL | Qt::Key_1,
-                     tr("Show one pixel of the picture on each of the screen"));
-    zoomIn = add("zoomIn", tr("Zoom &in"), {}, QKeySequence::ZoomIn, tr("Show it larger"));
-    zoomOut = add("zoomOut", tr("Zoom &out"), {}, QKeySequence::ZoomOut, tr("Show it smaller"));
+                     tr("Show at 100 %"));
+    zoomIn = add("zoomIn", tr("Zoom &in"), {}, QKeySequence::ZoomIn, tr("Zoom in"));
+    zoomOut = add("zoomOut", tr("Zoom &out"), {}, QKeySequence::ZoomOut, tr("Zoom out"));
     fullScreen = addSwitch("fullScreen", tr("F&ull screen"), tr("Full screen"), Qt::Key_F11,
-                           tr("Show the picture alone; Esc goes back"));
+                           tr("Show only the picture; Esc returns"));
     clipped = addSwitch("clipped", tr("Mark &clipped pixels"), tr("Clipping"), Qt::CTRL | Qt::Key_K,
-                        tr("Mark overexposed pixels red and black ones blue"));
+                        tr("Mark overexposed pixels in red and black pixels in blue"));
     autoContrast =
         addSwitch("autoContrast", tr("Stretch contras&t"), tr("Contrast"), Qt::CTRL | Qt::Key_T,
-                  tr("Stretch the contrast on the screen; saved pictures stay as the "
-                     "camera made them"));
+                  tr("Stretch the contrast on the screen; saved pictures are not changed"));
 }
 
 void PViewActions::makeHelpActions() {
     help = add("help", tr("&Keyboard and mouse"), {}, Qt::Key_F1,
-               tr("Show all keys and what the mouse does"));
+               tr("Show keyboard shortcuts and mouse actions"));
     about = add("about", tr("&About pcdview"), {}, {},
-                tr("Show the versions and the camera library in use"));
+                tr("Show version numbers and the camera library in use"));
     about->setMenuRole(QAction::AboutRole);
 }
 

@@ -95,20 +95,20 @@ void PCameraPage::useRegion(const QRect& inPicture) {
     emit m_view->regionCancelled();
     PDeviceProperty* const property = regionOf(*m_camera);
     if (property == nullptr)
-        return setMessage(tr("This camera has no region to set."));
+        return setMessage(tr("The region of this camera cannot be set."));
     property->updateValueFromDevice();
     const PRegionMap map = PRegionMap::of(*m_camera->device(), m_view->geometryOfView().picture());
     const auto range = property->rangeInner().value<PScanAreaRange>();
     const QRect region = PRegionMap::snapped(map.toSensor(inPicture), range);
     if (region.isEmpty())
-        return setMessage(tr("The camera accepts no such region."));
+        return setMessage(tr("The camera does not accept this region."));
     setRegion(region);
 }
 
 void PCameraPage::useWholeSensor() {
     PDeviceProperty* const property = regionOf(*m_camera);
     if (property == nullptr)
-        return setMessage(tr("This camera has no region to set."));
+        return setMessage(tr("The region of this camera cannot be set."));
     property->updateValueFromDevice();
     setRegion(property->rangeInner().value<PScanAreaRange>().bounds);
 }
@@ -118,7 +118,7 @@ void PCameraPage::setRegion(const QRect& onSensor) {
     property->setValue(onSensor);
     const QRect now = property->valueInner().toRect();
     setMessage(now == onSensor ? QString()
-                               : tr("The camera did not take the region %1: it has %2.")
+                               : tr("The camera did not accept the region %1; it is %2.")
                                      .arg(numbersOf(onSensor), numbersOf(now)));
 }
 
@@ -134,15 +134,14 @@ QStringList PCameraPage::stateSentences() const {
     if (!m_message.isEmpty())
         sentences.append(m_message);
     if (m_message.isEmpty() && m_camera->state() == PViewCamera::State::Unplugged) {
-        sentences.append(
-            tr("This camera is unplugged. The last picture stays; plug it in again and "
-               "it goes on with its settings."));
+        sentences.append(tr("This camera is unplugged. Its last picture is shown; plug it in again "
+                            "to continue with the same settings."));
     }
     if (m_camera->isTriggered()) {
         const QString sentence =
             m_camera->isAwaitingTriggers()
-                ? tr("Triggered capture: the picture waits for triggers. Pictures taken: %1")
-                : tr("Triggered capture: a run is under way. Pictures taken: %1");
+                ? tr("Triggered capture: waiting for triggers. Pictures taken: %1")
+                : tr("Triggered capture: run in progress. Pictures taken: %1");
         sentences.append(sentence.arg(m_camera->triggeredPictures()));
     }
     return sentences + m_camera->notes();

@@ -8,7 +8,7 @@
 PModeChooser::PModeChooser(QWidget* parent)
     : QComboBox(parent) {
     setObjectName(u"modes"_qs);
-    setToolTip(tr("Resolution of the camera"));
+    setToolTip(tr("Camera resolution"));
     setAccessibleName(toolTip());
     setSizeAdjustPolicy(QComboBox::AdjustToContents);
     connect(this, &QComboBox::activated, this, &PModeChooser::choose);

@@ -30,7 +30,7 @@ PWelcomePage::PWelcomePage(QWidget* parent)
     m_text->setWordWrap(true);
     m_text->setMaximumWidth(textWidth);
     m_text->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    auto* const search = new QPushButton(tr("Look again"));
+    auto* const search = new QPushButton(tr("Search again"));
     connect(search, &QPushButton::clicked, this, &PWelcomePage::searchRequested);
     auto* const simulate = new QPushButton(tr("Try it with simulated cameras"));
     connect(simulate, &QPushButton::clicked, this, &PWelcomePage::simulationRequested);
@@ -57,7 +57,7 @@ void PWelcomePage::setSituation(const Situation& situation) {
     m_simulate->setVisible(!situation.isSimulated);
     if (situation.camerasPresent > 0) {
         m_title->setText(tr("No camera is open"));
-        m_text->setText(tr("Double-click a camera in the list to look through it."));
+        m_text->setText(tr("Double-click a camera in the list to open it."));
         return;
     }
     m_title->setText(tr("No camera found"));
@@ -67,20 +67,20 @@ void PWelcomePage::setSituation(const Situation& situation) {
 
 /// Where the cameras are simulated, no cable helps.
 QStringList PWelcomePage::adviceOfScene() {
-    return {tr("Simulated cameras are in use, and the scene has none that is plugged in."),
-            tr("Start the program with another scene: pcdview --scene FILE. Without one it has two "
-               "cameras.")};
+    return {tr("Simulated cameras are in use, and none in the scene is plugged in."),
+            tr("Start the program with another scene: pcdview --scene FILE. Without this option "
+               "there are two cameras.")};
 }
 
 QStringList PWelcomePage::adviceFor(const Situation& situation) {
     QStringList points;
     if (!situation.problem.isEmpty())
         points.append(situation.problem.toHtmlEscaped());
-    points.append(tr("Plug the camera in, best straight into a USB 3 port of the computer. It "
-                     "shows up here by itself."));
-    points.append(tr("If it is plugged in: another program may have it open, or your user may lack "
-                     "the right to use it. The maker's installation sets that right (a udev rule); "
-                     "plug the camera in again afterwards."));
+    points.append(tr("Connect the camera, preferably directly to a USB 3 port of the computer. It "
+                     "will appear here by itself."));
+    points.append(tr("If it is connected, another program may be using it, or you may not have "
+                     "permission to use it. The camera maker's installer grants this permission "
+                     "(with a udev rule); reconnect the camera afterwards."));
     if (!situation.sdk.isEmpty())
         points.append(tr("Camera library in use: %1").arg(situation.sdk.toHtmlEscaped()));
     return points;

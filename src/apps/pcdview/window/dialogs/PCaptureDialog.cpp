@@ -39,8 +39,8 @@ PCaptureDialog::PCaptureDialog(const QString& camera, QWidget* parent)
 void PCaptureDialog::makeFields() {
     m_folder->setObjectName(u"captureFolderField"_qs);
     m_names->setObjectName(u"captureNamesField"_qs);
-    m_names->setToolTip(tr("{camera}, {date} and {time} stand for what they say, {n} for the first "
-                           "number that makes a new name."));
+    m_names->setToolTip(tr("{camera}, {date} and {time} are replaced by camera, date and time, {n} "
+                           "by the first number that gives an unused name."));
     m_ending->setObjectName(u"captureEndingField"_qs);
     m_ending->addItem(u"PNG"_qs, u".png"_qs);
     m_ending->addItem(u"TIFF"_qs, u".tif"_qs);
@@ -62,9 +62,9 @@ void PCaptureDialog::makeLayout() {
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     auto* const form = new QFormLayout(this);
     form->addRow(tr("Folder:"), folder);
-    form->addRow(tr("Names:"), m_names);
+    form->addRow(tr("File names:"), m_names);
     form->addRow(tr("Still pictures as:"), m_ending);
-    form->addRow(tr("Next one:"), m_example);
+    form->addRow(tr("Next name:"), m_example);
     form->addRow(buttons);
 }
 
@@ -78,8 +78,7 @@ void PCaptureDialog::browse() {
 void PCaptureDialog::showExample() {
     PStatus status = m_pattern.setText(m_names->text());
     if (status.isOk() && !QDir::isAbsolutePath(m_folder->text()))
-        status = PStatus::failure(
-            tr("\"%1\" is no folder: expected a path from / on").arg(m_folder->text()));
+        status = PStatus::failure(tr("\"%1\" is not an absolute path").arg(m_folder->text()));
     m_ok->setEnabled(status.isOk());
     m_example->setText(status.isOk() ? m_pattern.name(m_camera, QDateTime::currentDateTime(), 1) +
                                            m_ending->currentData().toString()

@@ -26,10 +26,10 @@ QString PHelpTexts::keysAndMouse(const QList<QAction*>& actions) {
     QString keys;
     for (const QAction* action : actions)
         keys += row(action->shortcut().toString(QKeySequence::NativeText), nameOf(*action));
-    const QString mouse = row(tr("Wheel"), tr("Zoom to the cursor")) +
-                          row(tr("Drag"), tr("Move the picture, or draw the region")) +
+    const QString mouse = row(tr("Wheel"), tr("Zoom at the cursor")) +
+                          row(tr("Drag"), tr("Move the picture or draw a region")) +
                           row(tr("Double click"), tr("Full screen")) +
-                          row(tr("Escape"), tr("Leave the full screen, or put the region away"));
+                          row(tr("Escape"), tr("Leave full screen or cancel drawing a region"));
     return u"<h3>%1</h3>%2<h3>%3</h3>%4"_qs.arg(tr("Mouse"), table(mouse), tr("Keys"), table(keys));
 }
 
@@ -39,7 +39,7 @@ QString PHelpTexts::about(const PCameraSdk& sdk) {
                    row(u"Qt"_qs, QString::fromLatin1(qVersion())) +
                    row(tr("Camera library"), library);
     if (!sdk.version().isEmpty())
-        rows += row(tr("Its version"), sdk.version());
+        rows += row(tr("Library version"), sdk.version());
     if (sdk.isSimulated())
         rows += row(tr("Cameras"), tr("simulated"));
     return u"<h3>pcdview</h3><p>%1</p>%2"_qs.arg(

@@ -28,16 +28,16 @@ QString names(const QList<QByteArray>& ids) {
 QString PProfileReportText::html(const PDeviceProfileReport& report) {
     QString html = u"<p>%1</p>"_qs.arg(
         report.isComplete()
-            ? tr("All settings of the profile are in force: %1.").arg(report.applied.size())
-            : tr("Settings in force: %1, not taken: %2.")
+            ? tr("All settings of the profile applied: %1.").arg(report.applied.size())
+            : tr("Settings applied: %1, rejected: %2.")
                   .arg(report.applied.size())
                   .arg(report.refused.size()));
     if (!report.note.isEmpty())
         html += u"<p>%1</p>"_qs.arg(report.note.toHtmlEscaped());
-    html += section(tr("Not taken by the camera:"), report.refused);
-    html += section(tr("Not meant to be set:"), report.ignored);
+    html += section(tr("Rejected:"), report.refused);
+    html += section(tr("Skipped:"), report.ignored);
     if (!report.missing.isEmpty())
         html += u"<p>%1</p>"_qs.arg(
-            tr("Not in the file, so left as they are: %1").arg(names(report.missing)));
+            tr("Not in the file and left unchanged: %1").arg(names(report.missing)));
     return html;
 }

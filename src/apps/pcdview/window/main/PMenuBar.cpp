@@ -50,7 +50,7 @@ void PMenuBar::addHelpMenu(const PViewActions& actions) {
 }
 
 void PMenuBar::addThemes(QMenu* menu) {
-    const QHash<PTheme::Kind, QString> titles{{PTheme::Kind::System, tr("As the &system")},
+    const QHash<PTheme::Kind, QString> titles{{PTheme::Kind::System, tr("Same as &system")},
                                               {PTheme::Kind::Light, tr("&Light")},
                                               {PTheme::Kind::Dark, tr("&Dark")}};
     auto* const group = new QActionGroup(menu);

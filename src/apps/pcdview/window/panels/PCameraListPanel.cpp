@@ -19,11 +19,11 @@ PCameraListPanel::PCameraListPanel(QWidget* parent)
     m_list->setObjectName(u"cameras"_qs);
     m_list->setAlternatingRowColors(true);
     m_list->setSpacing(2);
-    m_list->setToolTip(tr("Double-click a camera to look through it."));
+    m_list->setToolTip(tr("Double-click a camera to open it."));
     connect(m_list, &QListWidget::itemActivated, this, [this](QListWidgetItem* item) {
         emit openRequested(item->data(Qt::UserRole).toString());
     });
-    auto* const search = new QPushButton(tr("Look again"));
+    auto* const search = new QPushButton(tr("Search again"));
     connect(search, &QPushButton::clicked, this, &PCameraListPanel::searchRequested);
     auto* const column = new QVBoxLayout(this);
     column->addWidget(m_list, 1);

@@ -16,7 +16,7 @@ PFramesPanel::PFramesPanel(QWidget* parent)
     m_summary->setWordWrap(true);
     m_table->setObjectName(u"frames"_qs);
     m_table->setColumnCount(2);
-    m_table->setHeaderLabels({tr("What became of them"), tr("Frames")});
+    m_table->setHeaderLabels({tr("Outcome"), tr("Frames")});
     m_table->header()->setSectionResizeMode(0, QHeaderView::Stretch);
     m_table->header()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
     m_table->header()->setStretchLastSection(false);

@@ -35,8 +35,8 @@ PHistogramPanel::PHistogramPanel(QWidget* parent)
         QSettings().setValue(logarithmicKey, on);
     });
     logarithmic->setChecked(QSettings().value(logarithmicKey, false).toBool());
-    m_focus->setToolTip(tr("Tenengrad measure over the squared mean: higher is sharper. Compare "
-                           "it on one field while focusing."));
+    m_focus->setToolTip(tr("Tenengrad measure divided by the squared mean; higher is sharper. "
+                           "Compare values of the same field while focusing."));
     m_mean->setObjectName(u"mean"_qs);
     m_over->setObjectName(u"overexposed"_qs);
     auto* const numbers = new QFormLayout;

@@ -25,11 +25,11 @@ QString PLedgerText::brief(const PFrameLedger& ledger) {
 QString PLedgerText::summary(const PFrameLedger& ledger) {
     const quint64 lostFrames = lost(ledger);
     if (lostFrames == 0)
-        return tr("Frames: %1, none lost on the way").arg(ledger.produced);
+        return tr("Frames: %1, none lost").arg(ledger.produced);
     QStringList places;
     for (PFrameOutcome outcome : PFrameLedger::allOutcomes()) {
         if (isLoss(outcome) && ledger.count(outcome) > 0)
-            places.append(u"%1 %2"_qs.arg(ledger.count(outcome)).arg(where(outcome)));
+            places.append(u"%1: %2"_qs.arg(where(outcome)).arg(ledger.count(outcome)));
     }
     return tr("Frames: %1, lost: %2 (%3)")
         .arg(ledger.produced)
@@ -43,12 +43,14 @@ QList<std::pair<QString, quint64>> PLedgerText::rows(const PFrameLedger& ledger,
         const quint64 count = ledger.count(outcome);
         if (outcome == PFrameOutcome::Delivered)
             rows.append({tr("Arrived"), count});
-        else if (count > 0 && isLoss(outcome))
+        else if (count > 0 && outcome == PFrameOutcome::LostInCamera)
             rows.append({tr("Lost: %1").arg(where(outcome)), count});
+        else if (count > 0 && isLoss(outcome))
+            rows.append({tr("Dropped: %1").arg(where(outcome)), count});
         else if (count > 0)
-            rows.append({tr("Came after the last one wanted"), count});
+            rows.append({tr("Arrived after the last requested frame"), count});
     }
-    rows.append({tr("On their way"), ledger.waiting});
+    rows.append({tr("In transit"), ledger.waiting});
     rows.append({tr("Still pictures"), pictures});
     return rows;
 }
@@ -58,17 +60,17 @@ QString PLedgerText::where(PFrameOutcome outcome) {
     case PFrameOutcome::LostInCamera:
         return tr("in the camera or on the cable");
     case PFrameOutcome::BadDepth:
-        return tr("of an unknown pixel format");
+        return tr("unknown pixel format");
     case PFrameOutcome::BadSize:
-        return tr("of a wrong size");
+        return tr("wrong size");
     case PFrameOutcome::NoMemory:
-        return tr("for want of memory");
+        return tr("out of memory");
     case PFrameOutcome::DroppedWaiting:
-        return tr("as the program was too slow");
+        return tr("program too slow");
     case PFrameOutcome::FailedInWriter:
-        return tr("as the disk was too slow or full");
+        return tr("disk too slow or full");
     case PFrameOutcome::Failed:
-        return tr("by a fault of the program");
+        return tr("program error");
     case PFrameOutcome::Delivered:
     case PFrameOutcome::NotWanted:
         break;

@@ -16,7 +16,7 @@ class PLedgerText {
 public:
     /// "Frames: 1203, lost: 3".
     static QString brief(const PFrameLedger& ledger);
-    /// "Frames: 1203, none lost on the way", or "Frames: 1203, lost: 3 (2 in the camera …)".
+    /// "Frames: 1203, none lost", or "Frames: 1203, lost: 3 (in the camera or on the cable: 2, …)".
     static QString summary(const PFrameLedger& ledger);
     /// Each outcome as a full sentence, and the number of frames that had it; outcomes that no
     /// frame met are left out, but for the first. At the end how many pictures were taken: the

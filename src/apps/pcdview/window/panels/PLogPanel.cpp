@@ -22,7 +22,7 @@ PLogPanel::PLogPanel(std::shared_ptr<PMemoryLogSink> sink, QWidget* parent)
     m_text->setReadOnly(true);
     m_text->setLineWrapMode(QPlainTextEdit::NoWrap);
     m_text->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-    m_text->setPlaceholderText(tr("Nothing has been logged."));
+    m_text->setPlaceholderText(tr("The log is empty."));
     auto* const clear = new QPushButton(tr("Clear"));
     connect(clear, &QPushButton::clicked, this, [this] {
         m_sink->clear();

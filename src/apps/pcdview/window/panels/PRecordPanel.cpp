@@ -68,7 +68,7 @@ PRecordPanel::PRecordPanel(PRecordings& recordings, QWidget* parent)
 }
 
 void PRecordPanel::makeFields(const PRecordSettings& settings) {
-    m_end->addItems({tr("A number of frames"), tr("A time"), tr("Until stopped")});
+    m_end->addItems({tr("Number of frames"), tr("Duration"), tr("Until stopped")});
     m_end->setCurrentIndex(int(settings.end));
     m_end->setObjectName(u"recordEnd"_qs);
     m_frames->setRange(1, mostFrames);
@@ -98,7 +98,7 @@ void PRecordPanel::makeLayout() {
     form->addRow(m_text);
     form->addRow(tr("Record:"), m_end);
     form->addRow(tr("Frames:"), m_frames);
-    form->addRow(tr("Time:"), m_seconds);
+    form->addRow(tr("Duration:"), m_seconds);
     form->addRow(m_timeLapse);
     form->addRow(QString(), m_interval);
     form->addRow(tr("As:"), m_format);
@@ -177,6 +177,6 @@ QString PRecordPanel::progressText(const PRecording& recording) {
     if (progress.timeLeft)
         text += u'\n' + tr("Time left: %1").arg(clockOf(*progress.timeLeft));
     if (const auto silence = recording.silence())
-        text += u'\n' + tr("No frame has come for %1 s.").arg(silence->count());
+        text += u'\n' + tr("No frame has arrived for %1 s.").arg(silence->count());
     return text;
 }

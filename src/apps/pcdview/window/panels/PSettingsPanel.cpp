@@ -22,7 +22,7 @@ constexpr int leastWidthWithoutCamera =
 PSettingsPanel::PSettingsPanel(QWidget* parent)
     : QWidget(parent)
     , m_filter(new QLineEdit)
-    , m_nothing(new QLabel(tr("No camera to set."))) {
+    , m_nothing(new QLabel(tr("No camera selected."))) {
     m_filter->setObjectName(u"settingsFilter"_qs);
     m_filter->setPlaceholderText(tr("Find a setting"));
     m_filter->setClearButtonEnabled(true);
@@ -85,7 +85,7 @@ void PSettingsPanel::follow(const QWidget* panel) {
 }
 
 QString PSettingsPanel::refusalText(const QString& title, const QString& kept) {
-    return kept.isEmpty() ? tr("%1: the camera did not take the value").arg(title)
+    return kept.isEmpty() ? tr("%1: the camera rejected the value").arg(title)
                           : tr("%1: the camera kept “%2”").arg(title, kept);
 }
 

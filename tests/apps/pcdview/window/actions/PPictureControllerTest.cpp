@@ -79,7 +79,7 @@ TEST_F(PPictureControllerTest, logs_a_picture_that_could_not_be_saved) {
 
 TEST_F(PPictureControllerTest, reports_why_there_is_no_still_picture) {
     actions.snapshot->trigger();
-    EXPECT_TRUE(lastOf(messages).startsWith(u"No still picture: "_qs))
+    EXPECT_TRUE(lastOf(messages).startsWith(u"No still picture taken: "_qs))
         << lastOf(messages).toStdString();
 }
 

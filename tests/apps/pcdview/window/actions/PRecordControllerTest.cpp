@@ -101,7 +101,7 @@ TEST_F(PRecordControllerTest, ends_a_recording_with_its_tab_only_after_the_user_
     actions.record->trigger();
     answerNext(QMessageBox::No);
     EXPECT_FALSE(controller->endForClosing(*tabs->currentPage()));
-    EXPECT_EQ(question, u"Recording is under way: Fake-1. End it and close?"_qs);
+    EXPECT_EQ(question, u"Recording in progress: Fake-1. Stop recording and close?"_qs);
     EXPECT_TRUE(isRecorded());
     answerNext(QMessageBox::Yes);
     EXPECT_TRUE(controller->endForClosing(*tabs->currentPage()));
@@ -114,7 +114,7 @@ TEST_F(PRecordControllerTest, names_all_recordings_that_closing_the_window_would
     actions.record->trigger();
     answerNext(QMessageBox::No);
     EXPECT_FALSE(controller->mayCloseWindow());
-    EXPECT_EQ(question, u"Recording is under way: Fake-1, Fake-2. End it and close?"_qs);
+    EXPECT_EQ(question, u"Recording in progress: Fake-1, Fake-2. Stop recording and close?"_qs);
     answerNext(QMessageBox::Yes);
     EXPECT_TRUE(controller->mayCloseWindow());
     EXPECT_EQ(recordings.running().size(), 2); // until the window closes

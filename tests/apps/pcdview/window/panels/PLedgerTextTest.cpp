@@ -20,7 +20,7 @@ PFrameLedger ledgerOf(quint64 delivered, quint64 lostInCamera, quint64 notWanted
 
 TEST(PLedgerTextTest, says_that_none_was_lost) {
     EXPECT_EQ(PLedgerText::summary(ledgerOf(1203, 0, 0)),
-              QStringLiteral("Frames: 1203, none lost on the way"));
+              QStringLiteral("Frames: 1203, none lost"));
 }
 
 TEST(PLedgerTextTest, says_where_frames_were_lost) {
@@ -29,8 +29,8 @@ TEST(PLedgerTextTest, says_where_frames_were_lost) {
     ledger.produced += 5;
     EXPECT_EQ(PLedgerText::brief(ledger), QStringLiteral("Frames: 107, lost: 7"));
     EXPECT_EQ(PLedgerText::summary(ledger),
-              QStringLiteral("Frames: 107, lost: 7 (2 in the camera or on the cable, 5 as the "
-                             "program was too slow)"));
+              QStringLiteral("Frames: 107, lost: 7 (in the camera or on the cable: 2, "
+                             "program too slow: 5)"));
 }
 
 TEST(PLedgerTextTest, frames_that_nobody_wanted_are_not_lost) {
