@@ -144,5 +144,6 @@ INSTANTIATE_TEST_SUITE_P(
         OutcomeRow{PFrameOutcome::DroppedWaiting, "dropped_waiting", "dropped while waiting"},
         OutcomeRow{PFrameOutcome::FailedInWriter, "failed_in_writer", "failed in a writer"},
         OutcomeRow{PFrameOutcome::Failed, "failed", "failed in a listener"},
-        OutcomeRow{PFrameOutcome::NotWanted, "not_wanted", "came after the last one asked for"}),
+        OutcomeRow{PFrameOutcome::NotWanted, "not_wanted",
+                   "arrived after the last requested frame"}),
     RowName());
