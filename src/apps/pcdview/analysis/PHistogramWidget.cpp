@@ -11,7 +11,7 @@ namespace {
 
 constexpr int levelCount = 256;
 
-QColor colorOf(std::size_t channel, bool isGrey, const QPalette& palette) {
+QColor channelColor(std::size_t channel, bool isGrey, const QPalette& palette) {
     if (isGrey)
         return palette.color(QPalette::Text);
     return std::array{QColor(220, 50, 47), QColor(60, 160, 60), QColor(50, 110, 230)}[channel];
@@ -41,7 +41,7 @@ void PHistogramWidget::setLogarithmic(bool logarithmic) {
     update();
 }
 
-double PHistogramWidget::heightOf(std::size_t channel, std::size_t level) const {
+double PHistogramWidget::barHeight(std::size_t channel, std::size_t level) const {
     return height(m_analysis.channels[channel][level]);
 }
 
@@ -64,7 +64,7 @@ void PHistogramWidget::paintEvent(QPaintEvent*) {
         paintCounts(painter, area, m_analysis.luma, palette().color(QPalette::PlaceholderText));
     for (std::size_t channel = 0; channel < m_analysis.channels.size(); ++channel)
         paintCounts(painter, area, m_analysis.channels[channel],
-                    colorOf(channel, m_analysis.isGrey(), palette()));
+                    channelColor(channel, m_analysis.isGrey(), palette()));
 }
 
 void PHistogramWidget::paintGrid(QPainter& painter, const QRectF& area) const {

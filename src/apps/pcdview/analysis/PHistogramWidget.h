@@ -19,7 +19,7 @@ public:
     void setLogarithmic(bool logarithmic);
 
     /// The height of a level's bar, 0 to 1 of the highest.
-    double heightOf(std::size_t channel, std::size_t level) const;
+    double barHeight(std::size_t channel, std::size_t level) const;
 
     QSize sizeHint() const override { return {280, 140}; }
     QSize minimumSizeHint() const override { return {140, 80}; }

@@ -8,7 +8,8 @@
 
 namespace {
 
-PPictureNotes notesOf(const PCameraIdentity& camera, const PDeviceFrame& frame, double pixelSize) {
+PPictureNotes makeNotes(const PCameraIdentity& camera, const PDeviceFrame& frame,
+                        double pixelSize) {
     return PPictureNotes::of(camera, frame.stamp.get(),
                              pixelSize > 0 ? std::optional(pixelSize) : std::nullopt);
 }
@@ -42,11 +43,12 @@ void PCapture::takeStill(PViewCamera& camera) {
 void PCapture::saveStill(const PViewCamera& camera, const PDeviceFrame& frame, double pixelSize) {
     const QString path = PCaptureFolder::newPath(camera.identity().id, QDateTime::currentDateTime(),
                                                  PCaptureFolder::stillEnding());
-    m_saver.save(
-        {path, frame, notesOf(camera.identity(), frame, pixelSize), PPictureFile::Existing::Keep});
+    m_saver.save({path, frame, makeNotes(camera.identity(), frame, pixelSize),
+                  PPictureFile::Existing::Keep});
 }
 
 void PCapture::saveFrame(const PCameraIdentity& camera, const PDeviceFrame& frame, double pixelSize,
                          const QString& path) {
-    m_saver.save({path, frame, notesOf(camera, frame, pixelSize), PPictureFile::Existing::Replace});
+    m_saver.save(
+        {path, frame, makeNotes(camera, frame, pixelSize), PPictureFile::Existing::Replace});
 }

@@ -76,14 +76,14 @@ QString PCaptureFolder::nextPath(const QString& camera, const QDateTime& time,
                                  const QString& ending) {
     const QDir folder(path());
     const PNamePattern names = pattern();
-    const auto pathOf = [&](int number) {
+    const auto numberedPath = [&](int number) {
         return folder.filePath(names.name(camera, time, number) + ending);
     };
-    const QString family = pathOf(0);
+    const QString family = numberedPath(0);
     int number = lastNumbers().value(family, 0) + 1;
-    while (isTaken(pathOf(number)))
+    while (isTaken(numberedPath(number)))
         ++number;
     if (number > 2) // a time makes names of their own, of which nothing need be kept
         lastNumbers().insert(family, number - 1);
-    return pathOf(number);
+    return numberedPath(number);
 }

@@ -17,7 +17,7 @@ const QString formatKey = u"record/format"_qs;
 constexpr int lastEnd = int(PRecordSettings::End::ByHand);
 constexpr int lastFormat = int(PRecordSettings::Format::PngSeries);
 
-PRecordSchedule::Duration durationOf(double seconds) {
+PRecordSchedule::Duration toDuration(double seconds) {
     return std::chrono::duration_cast<PRecordSchedule::Duration>(
         std::chrono::duration<double>(seconds));
 }
@@ -34,9 +34,9 @@ PRecordSchedule::Plan PRecordSettings::plan() const {
     if (end == End::AfterFrames)
         plan.frames = quint64(frames);
     if (end == End::AfterTime)
-        plan.duration = durationOf(seconds);
+        plan.duration = toDuration(seconds);
     if (isTimeLapse)
-        plan.interval = durationOf(intervalSeconds);
+        plan.interval = toDuration(intervalSeconds);
     return plan;
 }
 

@@ -19,7 +19,7 @@ constexpr std::chrono::seconds worthShowing(3); // longer than most exposures
 using Format = PRecordSettings::Format;
 
 /// Files of a series lie in a folder of their own.
-QString endingOf(Format format) {
+QString fileEnding(Format format) {
     switch (format) {
     case Format::TiffSeries:
         return u"/frame-######.tif"_qs;
@@ -55,7 +55,7 @@ PRecording::~PRecording() {
 PStatus PRecording::start(PViewCamera& camera, const PRecordSettings& settings, double pixelSize) {
     if (camera.state() != PViewCamera::State::Live)
         return PStatus::failure(tr("the live picture is stopped; start it first"));
-    const QString ending = endingOf(settings.format);
+    const QString ending = fileEnding(settings.format);
     // Of a series it is the folder that must be new.
     const QString own = ending.startsWith(u'/') ? QString() : ending;
     m_path = PCaptureFolder::newPath(camera.identity().id, QDateTime::currentDateTime(), own);
@@ -89,7 +89,7 @@ std::unique_ptr<PFrameWriter> PRecording::makeWriter(const PViewCamera& camera,
         return std::make_unique<POmeStackWriter>(options);
     }
     PFileSequence files;
-    files.setPattern(m_path + endingOf(settings.format)); // good: its file name is ours
+    files.setPattern(m_path + fileEnding(settings.format)); // good: its file name is ours
     return std::make_unique<PSeriesWriter>(files, camera.identity(), pixelSizeUm);
 }
 

@@ -29,7 +29,7 @@ const Colors dark{{0x2b, 0x2d, 0x30}, {0x1f, 0x20, 0x22}, {0x3a, 0x3d, 0x41}, {0
                   {0x8a, 0x8d, 0x91}, {0x3b, 0x7d, 0xd8}, {0x55, 0x4a, 0x20}};
 
 /// The shades between follow from the button's colour.
-QPalette paletteOf(const Colors& colors) {
+QPalette toPalette(const Colors& colors) {
     QPalette palette(colors.button, colors.window);
     palette.setColor(QPalette::Base, colors.base);
     palette.setColor(QPalette::AlternateBase, colors.window);
@@ -57,7 +57,7 @@ void PTheme::apply(Kind kind) {
         return;
     }
     QApplication::setStyle(QStyleFactory::create(u"Fusion"_qs));
-    QApplication::setPalette(paletteOf(kind == Kind::Dark ? dark : light));
+    QApplication::setPalette(toPalette(kind == Kind::Dark ? dark : light));
 }
 
 QString PTheme::name(Kind kind) {

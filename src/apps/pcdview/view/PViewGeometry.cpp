@@ -5,7 +5,7 @@
 
 namespace {
 
-QPointF middleOf(QSize size) {
+QPointF centerPoint(QSize size) {
     return {size.width() / 2.0, size.height() / 2.0};
 }
 
@@ -20,7 +20,7 @@ void PViewGeometry::setPicture(QSize size) {
     if (size == m_picture)
         return;
     const bool wasReady = isReady();
-    const QPointF middle = toPicture(middleOf(m_viewport));
+    const QPointF middle = toPicture(centerPoint(m_viewport));
     const QSize before = m_picture;
     m_picture = size;
     if (m_fit || !wasReady || !isReady())
@@ -29,19 +29,19 @@ void PViewGeometry::setPicture(QSize size) {
     const double growth = double(size.width()) / before.width();
     m_scale = std::clamp(m_scale / growth, smallestScale(), LargestScale);
     place({middle.x() * growth, middle.y() * size.height() / before.height()},
-          middleOf(m_viewport));
+          centerPoint(m_viewport));
 }
 
 void PViewGeometry::setViewport(QSize size) {
     if (size == m_viewport)
         return;
     const bool wasReady = isReady();
-    const QPointF middle = toPicture(middleOf(m_viewport));
+    const QPointF middle = toPicture(centerPoint(m_viewport));
     m_viewport = size;
     if (m_fit || !wasReady || !isReady())
         return refit();
     m_scale = std::max(m_scale, smallestScale());
-    place(middle, middleOf(size));
+    place(middle, centerPoint(size));
 }
 
 void PViewGeometry::fit() {
@@ -94,5 +94,5 @@ void PViewGeometry::place(QPointF inPicture, QPointF at) {
 
 void PViewGeometry::refit() {
     m_scale = fitScale();
-    place(middleOf(m_picture), middleOf(m_viewport));
+    place(centerPoint(m_picture), centerPoint(m_viewport));
 }

@@ -17,7 +17,7 @@ struct AxisSamples {
     std::vector<std::size_t> offsets; ///< in steps of `stride`
 };
 
-AxisSamples samplesOf(double corner, double scale, long pixels, int room, std::size_t stride) {
+AxisSamples makeSamples(double corner, double scale, long pixels, int room, std::size_t stride) {
     AxisSamples axis;
     axis.each = scale < 1 ? PViewSampler::SamplesAnAxis : 1;
     axis.first = std::clamp(int(std::ceil(corner - 0.5)), 0, room);
@@ -100,7 +100,7 @@ void renderPixels(const unsigned char* pixels, const AxisSamples& rows, const Ax
     }
 }
 
-QImage canvasOf(QSize size, QImage room) {
+QImage makeCanvas(QSize size, QImage room) {
     if (room.size() == size && room.format() == QImage::Format_RGB32)
         return room;
     return QImage(size, QImage::Format_RGB32);
@@ -110,7 +110,7 @@ QImage canvasOf(QSize size, QImage room) {
 
 QImage PViewSampler::render(const PImage& image, const PViewGeometry& geometry,
                             const PViewStyle& style, QColor around, QImage room) {
-    QImage canvas = canvasOf(geometry.viewport(), std::move(room));
+    QImage canvas = makeCanvas(geometry.viewport(), std::move(room));
     const QRectF place = geometry.pictureInView();
     const bool leavesRoom = !place.contains(QRectF(QPointF(), QSizeF(geometry.viewport())));
     if (canvas.isNull() || image.isNull() || leavesRoom)
@@ -120,9 +120,9 @@ QImage PViewSampler::render(const PImage& image, const PViewGeometry& geometry,
     const double scale = geometry.scale();
     const PImageHeader header = image.header();
     const AxisSamples rows =
-        samplesOf(place.y(), scale, header.height(), canvas.height(), header.bytesPerLine());
+        makeSamples(place.y(), scale, header.height(), canvas.height(), header.bytesPerLine());
     const AxisSamples columns =
-        samplesOf(place.x(), scale, header.width(), canvas.width(), header.bytesPerPixel());
+        makeSamples(place.x(), scale, header.width(), canvas.width(), header.bytesPerPixel());
     const Shader shader(style, rows.each * columns.each);
     const unsigned char* const pixels = image.rawData(PDIP::AccessMode::Read).constData();
     withPixelLayout(header.format(), [&](auto layout) {

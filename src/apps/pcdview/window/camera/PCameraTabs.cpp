@@ -44,7 +44,7 @@ PStatus PCameraTabs::open(const QString& camera) {
     const PDeviceManager::Selection selection = m_host.manager().select(camera);
     if (selection.device != nullptr)
         return openDevice(selection.device, Front::Yes);
-    PCameraPage* const page = pageOf(camera);
+    PCameraPage* const page = findPage(camera);
     if (page == nullptr)
         return PStatus::failure(selection.problem);
     m_tabs->setCurrentWidget(page); // of one that is unplugged
@@ -58,7 +58,7 @@ void PCameraTabs::openFirst() {
 }
 
 PStatus PCameraTabs::openDevice(PDevice* device, Front front) {
-    PCameraPage* page = pageOf(QString::fromUtf8(device->deviceId(false)));
+    PCameraPage* page = findPage(QString::fromUtf8(device->deviceId(false)));
     if (page == nullptr)
         page = addPage(device);
     if (front == Front::Yes)
@@ -76,7 +76,7 @@ PCameraPage* PCameraTabs::addPage(PDevice* device) {
     auto* const page = new PCameraPage(new PViewCamera(m_host.identityOf(device)));
     connect(&page->camera(), &PViewCamera::stateChanged, this, [this, page] { showState(page); });
     emit pageAdded(page);
-    m_tabs->addTab(page, titleOf(*page));
+    m_tabs->addTab(page, toTitle(*page));
     showSituation();
     return page;
 }
@@ -96,7 +96,7 @@ void PCameraTabs::search() {
     m_host.manager().updateDevices();
     // Those that could not be opened when they came: what was in the way may be gone.
     for (PDevice* device : m_host.manager().devices()) {
-        if (pageOf(QString::fromUtf8(device->deviceId(false))) != nullptr)
+        if (findPage(QString::fromUtf8(device->deviceId(false))) != nullptr)
             openDevice(device, Front::No);
     }
     openFirst();
@@ -104,7 +104,7 @@ void PCameraTabs::search() {
 }
 
 void PCameraTabs::onArrival(PDevice* device) {
-    const bool isAwaited = pageOf(QString::fromUtf8(device->deviceId(false))) != nullptr;
+    const bool isAwaited = findPage(QString::fromUtf8(device->deviceId(false))) != nullptr;
     // Not to the front: the user may be at work in another tab.
     if (isAwaited || m_tabs->count() == 0)
         openDevice(device, Front::No);
@@ -132,7 +132,7 @@ PCameraPage* PCameraTabs::pageAt(int index) const {
     return static_cast<PCameraPage*>(m_tabs->widget(index));
 }
 
-PCameraPage* PCameraTabs::pageOf(const QString& id) const {
+PCameraPage* PCameraTabs::findPage(const QString& id) const {
     for (int index = 0; index < m_tabs->count(); ++index) {
         if (pageAt(index)->camera().identity().id == id)
             return pageAt(index);
@@ -147,7 +147,7 @@ QList<PCameraPage*> PCameraTabs::pages() const {
     return pages;
 }
 
-QString PCameraTabs::stateOf(const PCameraPage* page) const {
+QString PCameraTabs::toStateText(const PCameraPage* page) const {
     if (page == nullptr)
         return tr("ready");
     if (page->camera().device() == nullptr)
@@ -161,7 +161,7 @@ QList<PCameraListPanel::Entry> PCameraTabs::entries() const {
     for (const PDevice* device : m_host.manager().devices()) {
         const PCameraIdentity camera = m_host.identityOf(device);
         present.append(camera.id);
-        entries.append({camera, stateOf(pageOf(camera.id))});
+        entries.append({camera, toStateText(findPage(camera.id))});
     }
     for (int index = 0; index < m_tabs->count(); ++index) {
         const PCameraIdentity& camera = pageAt(index)->camera().identity();
@@ -171,7 +171,7 @@ QList<PCameraListPanel::Entry> PCameraTabs::entries() const {
     return entries;
 }
 
-QString PCameraTabs::titleOf(const PCameraPage& page) const {
+QString PCameraTabs::toTitle(const PCameraPage& page) const {
     const PCameraIdentity& camera = page.camera().identity();
     QString title = camera.model;
     if (!camera.serial.isEmpty())
@@ -185,7 +185,7 @@ void PCameraTabs::showState(PCameraPage* page) {
     const int index = m_tabs->indexOf(page);
     if (index < 0)
         return;
-    m_tabs->setTabText(index, titleOf(*page));
+    m_tabs->setTabText(index, toTitle(*page));
     emit entriesChanged();
     if (page == currentPage())
         emit currentStateChanged();

@@ -61,12 +61,12 @@ private:
     void onDeparture(PDevice* device);
     PStatus openDevice(PDevice* device, Front front);
     PCameraPage* addPage(PDevice* device);
-    PCameraPage* pageOf(const QString& id) const;
+    PCameraPage* findPage(const QString& id) const;
     PCameraPage* pageAt(int index) const;
     void showState(PCameraPage* page);
     void showSituation();
-    QString stateOf(const PCameraPage* page) const;
-    QString titleOf(const PCameraPage& page) const;
+    QString toStateText(const PCameraPage* page) const;
+    QString toTitle(const PCameraPage& page) const;
 
     PCameraHost& m_host;
     QString m_problem;

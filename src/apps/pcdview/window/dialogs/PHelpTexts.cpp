@@ -16,7 +16,7 @@ QString table(const QString& rows) {
     return u"<table cellpadding=\"3\">%1</table>"_qs.arg(rows);
 }
 
-QString nameOf(const QAction& action) {
+QString toPlainName(const QAction& action) {
     return QString(action.text()).remove(u'&').remove(u'…');
 }
 
@@ -25,7 +25,7 @@ QString nameOf(const QAction& action) {
 QString PHelpTexts::keysAndMouse(const QList<QAction*>& actions) {
     QString keys;
     for (const QAction* action : actions)
-        keys += row(action->shortcut().toString(QKeySequence::NativeText), nameOf(*action));
+        keys += row(action->shortcut().toString(QKeySequence::NativeText), toPlainName(*action));
     const QString mouse = row(tr("Wheel"), tr("Zoom at the cursor")) +
                           row(tr("Drag"), tr("Move the picture or draw a region")) +
                           row(tr("Double click"), tr("Full screen")) +

@@ -16,24 +16,24 @@
 
 namespace {
 
-QString zoomOf(const PImageView& view) {
+QString toZoomText(const PImageView& view) {
     const double percent = view.geometryOfView().scale() * 100;
     return QLocale().toString(percent, 'f', percent < 10 ? 1 : 0) + u" %"_qs;
 }
 
 /// Empty where the camera does not report it.
-QString temperatureOf(const PDevice* device) {
+QString toTemperatureText(const PDevice* device) {
     const auto degrees = device == nullptr ? std::nullopt : PSensorTemperature::of(*device);
     return degrees ? QLocale().toString(*degrees, 'f', 1) + u" °C"_qs : QString();
 }
 
-QString sizeOf(const PImage& image) {
+QString toSizeText(const PImage& image) {
     return image.isNull() ? QString() : u"%1 × %2"_qs.arg(image.width()).arg(image.height());
 }
 
 } // namespace
 
-QString PStatusFields::paceOf(const PViewCamera& camera) {
+QString PStatusFields::toPaceText(const PViewCamera& camera) {
     switch (camera.state()) {
     case PViewCamera::State::Unplugged:
         return tr("unplugged");
@@ -88,18 +88,18 @@ void PStatusFields::showCamera(const PCameraPage* page) {
         return;
     }
     const PViewCamera& camera = page->camera();
-    m_pace->setText(paceOf(camera));
-    m_size->setText(sizeOf(camera.frame().image));
+    m_pace->setText(toPaceText(camera));
+    m_size->setText(toSizeText(camera.frame().image));
     m_exposure->setText(camera.device() == nullptr ? QString()
                                                    : PExposureText::of(*camera.device()));
-    m_temperature->setText(temperatureOf(camera.device()));
+    m_temperature->setText(toTemperatureText(camera.device()));
     m_temperature->setVisible(!m_temperature->text().isEmpty());
     m_ledger->setText(PLedgerText::brief(camera.ledger()));
     m_ledger->setToolTip(PLedgerText::summary(camera.ledger()));
 }
 
 void PStatusFields::showView(const PCameraPage* page) {
-    m_zoom->setText(zoomOf(page->view()));
+    m_zoom->setText(toZoomText(page->view()));
     const auto pixel = page->view().pixelUnderCursor();
     m_pixel->setText(pixel ? pixel->text() : QString());
 }

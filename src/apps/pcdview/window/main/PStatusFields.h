@@ -28,7 +28,7 @@ public:
     void showView(const PCameraPage* page);
 
 private:
-    static QString paceOf(const PViewCamera& camera);
+    static QString toPaceText(const PViewCamera& camera);
     static QString waitingText(std::chrono::seconds left);
     QLabel* addField(QStatusBar* bar, const char* name);
 

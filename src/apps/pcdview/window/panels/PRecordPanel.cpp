@@ -31,7 +31,7 @@ QDoubleSpinBox* secondsField(double value) {
     return field;
 }
 
-QString clockOf(PRecordSchedule::Duration time) {
+QString toClockText(PRecordSchedule::Duration time) {
     const auto total = std::chrono::round<std::chrono::seconds>(time).count();
     const QLatin1Char zero('0');
     return u"%1:%2:%3"_qs.arg(total / 3600)
@@ -175,7 +175,7 @@ QString PRecordPanel::progressText(const PRecording& recording) {
     if (progress.isOver)
         return text + u'\n' + tr("Finishing the file…");
     if (progress.timeLeft)
-        text += u'\n' + tr("Time left: %1").arg(clockOf(*progress.timeLeft));
+        text += u'\n' + tr("Time left: %1").arg(toClockText(*progress.timeLeft));
     if (const auto silence = recording.silence())
         text += u'\n' + tr("No frame has arrived for %1 s.").arg(silence->count());
     return text;

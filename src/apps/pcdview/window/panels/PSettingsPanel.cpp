@@ -38,7 +38,7 @@ void PSettingsPanel::setDevice(PDevice* device) {
         return;
     putAway();
     m_device = device;
-    m_panel = device == nullptr ? nullptr : panelOf(device);
+    m_panel = device == nullptr ? nullptr : findOrMakePanel(device);
     m_filter->setEnabled(m_panel != nullptr);
     m_nothing->setVisible(m_panel == nullptr);
     // The panel knows itself how much it needs.
@@ -58,7 +58,7 @@ void PSettingsPanel::putAway() {
         delete m_panel;
 }
 
-QWidget* PSettingsPanel::panelOf(PDevice* device) {
+QWidget* PSettingsPanel::findOrMakePanel(PDevice* device) {
     if (QWidget* const kept = m_panels.value(device))
         return kept;
     QWidget* const panel = device->createPropertiesWidget(this);

@@ -31,7 +31,7 @@ signals:
 
 private:
     void putAway();
-    QWidget* panelOf(PDevice* device);
+    QWidget* findOrMakePanel(PDevice* device);
     void forget(PDevice* device);
     void follow(const QWidget* panel);
     static QString refusalText(const QString& title, const QString& kept);
