@@ -25,9 +25,9 @@
 namespace {
 
 constexpr std::chrono::milliseconds signalsEvery(100);
-constexpr qsizetype logRecords = 2000; // more than a person scrolls through
+constexpr qsizetype logRecords = 2000; // more than anyone scrolls through
 
-/// What Qt itself says, on buttons and in file dialogs, where its catalogue is installed.
+/// Qt's own texts, on buttons and in file dialogs, if its catalogue is installed.
 void installTextsOfQt(const QLocale& locale) {
     auto translator = std::make_unique<QTranslator>();
     if (!translator->load(locale, u"qtbase"_qs, u"_"_qs,
@@ -49,7 +49,7 @@ void useLanguage(const QString& language) {
 PViewProgram::PViewProgram()
     : m_log(std::make_shared<PMemoryLogSink>(logRecords))
     , m_terminal(std::make_shared<PStderrLogSink>()) {
-    Q_INIT_RESOURCE(pcdview); // a static library's resources are not there by themselves
+    Q_INIT_RESOURCE(pcdview); // a static library's resources are not registered automatically
 }
 
 PViewProgram::~PViewProgram() {
@@ -97,7 +97,7 @@ PStatus PViewProgram::startCameras(const PViewOptions& options) {
         note(plugins.reason());
     for (const PPluginLoader::Failure& failure : m_host.pluginFailures())
         note(u"plugin \"%1\" not loaded: %2"_qs.arg(failure.path, failure.reason));
-    // With the plugins in, and before their devices make their titles.
+    // After the plugins are loaded, and before their devices make their titles.
     useLanguage(PTranslations::language(options.language));
     return PStatus::Ok;
 }
@@ -148,7 +148,7 @@ void PViewProgram::restartSimulated() {
     }
 }
 
-/// Of all event loops: a dialog may be open. What it asked is answered with no.
+/// Ends all event loops: a dialog may be open, whose question is then answered with No.
 void PViewProgram::endBySignal() {
     m_window->closeUnasked();
     QApplication::exit(0);

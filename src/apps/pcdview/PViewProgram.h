@@ -21,12 +21,11 @@ public:
     PViewProgram();
     ~PViewProgram();
 
-    /// Brings up log, SDK, plugins, language and window. Fails with what the person who typed the
-    /// command line has to change; what a person at the screen can do something about is shown in
-    /// the window instead.
+    /// Starts log, SDK, plugins, language and window. Fails with what is wrong with the command
+    /// line; other problems are shown in the window.
     PStatus start(const PViewOptions& options);
-    /// Runs until the window is closed, the picture of --grab is saved, or a signal wants the end:
-    /// a recording is completed then, and nobody is asked. Returns the exit code.
+    /// Runs until the window is closed, the picture of --grab is saved, or a termination signal
+    /// arrives: recordings are then completed without a question. Returns the exit code.
     int run(const PViewOptions& options);
 
     PMainWindow& window() { return *m_window; }

@@ -13,13 +13,13 @@ namespace {
 constexpr int failed = 1;
 constexpr int wrongUsage = 2;
 
-/// False where Qt would end the program for want of a display, with an abort.
+/// False where Qt would abort the program because there is no display.
 bool hasDisplay(int argc, char* argv[]) {
-    const auto asksForPlatform = [](const char* word) { return QByteArray(word) == "-platform"; };
+    const auto isPlatformOption = [](const char* word) { return QByteArray(word) == "-platform"; };
     return !qEnvironmentVariableIsEmpty("DISPLAY") ||
            !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
            !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") ||
-           std::any_of(argv + 1, argv + argc, asksForPlatform);
+           std::any_of(argv + 1, argv + argc, isPlatformOption);
 }
 
 void print(std::FILE* stream, const QString& text) {
@@ -54,7 +54,7 @@ int main(int argc, char* argv[]) {
     PTerminationSignals::watch();
     const bool canShow = hasDisplay(argc, argv);
     if (!canShow)
-        qputenv("QT_QPA_PLATFORM", "offscreen"); // help and pictures need none
+        qputenv("QT_QPA_PLATFORM", "offscreen"); // --help and --grab need no display
     const QApplication application(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("pcd"));
     QApplication::setApplicationName(QStringLiteral("pcdview"));

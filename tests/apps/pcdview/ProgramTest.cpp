@@ -110,15 +110,15 @@ TEST_F(ProgramTest, a_library_that_is_none_is_explained_in_the_window) {
     EXPECT_TRUE(errors.contains(u"none.so"_qs)) << errors.toStdString();
 }
 
-TEST_F(ProgramTest, a_signal_closes_it_as_a_person_does) {
+TEST_F(ProgramTest, a_signal_closes_it_as_the_user_does) {
     QProcess process;
     prepare(process);
     process.start(QStringLiteral(PCDVIEW_PROGRAM), {u"--sdk=sim"_qs, u"--log-level=info"_qs});
-    QByteArray told;
+    QByteArray output;
     ASSERT_TRUE(waitUntil([&] {
         process.waitForReadyRead(100);
-        return (told += process.readAllStandardError()).contains("ready, cameras: 2");
-    })) << told.constData();
+        return (output += process.readAllStandardError()).contains("ready, cameras: 2");
+    })) << output.constData();
     process.terminate();
     ASSERT_TRUE(process.waitForFinished(60'000));
     EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);

@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr std::chrono::milliseconds leastRest(60); // the eye sees no more of a histogram
+constexpr std::chrono::milliseconds leastRest(60); // faster changes of a histogram cannot be seen
 
 } // namespace
 

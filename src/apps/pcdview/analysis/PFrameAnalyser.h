@@ -17,7 +17,7 @@ class PFrameAnalyser : public QObject {
 public:
     explicit PFrameAnalyser(QObject* parent = nullptr);
 
-    /// Has this picture analysed next; one that still waits is forgotten.
+    /// Analyses this picture next; one that still waits is discarded.
     void offer(const PImage& image);
     /// Discards what waits or is under way: its result is not emitted.
     void forget();
@@ -32,7 +32,7 @@ private:
     void finish(const PFrameAnalysis& analysis, quint64 round, Clock::duration worked);
 
     PImage m_next;       ///< null: none waits
-    quint64 m_round = 0; ///< a new one begins with forget()
+    quint64 m_round = 0; ///< incremented by forget()
     bool m_isWorking = false;
     QTimer m_rest;
     PPostedCalls m_results;

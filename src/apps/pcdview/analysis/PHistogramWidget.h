@@ -15,7 +15,7 @@ public:
     explicit PHistogramWidget(QWidget* parent = nullptr);
 
     void setAnalysis(const PFrameAnalysis& analysis);
-    /// Heights by the logarithm of the counts, so that few pixels show too.
+    /// Draws the heights on a logarithmic scale, so that small counts are visible.
     void setLogarithmic(bool logarithmic);
 
     /// The height of a level's bar, 0 to 1 of the highest.

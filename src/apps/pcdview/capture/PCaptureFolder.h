@@ -19,9 +19,10 @@ public:
     static QString stillEnding();
     static void setStillEnding(const QString& ending);
 
-    /// A path in the folder that nothing has yet and that was not given out before in this run: a
-    /// picture may still be on its way to it. The name by the pattern, and this ending (".png").
+    /// A path in the folder that does not exist yet and that was not returned before in this run: a
+    /// picture may still be on its way to it. The name follows the pattern and has this ending
+    /// (".png").
     static QString newPath(const QString& camera, const QDateTime& time, const QString& ending);
-    /// The path that newPath() would give out.
+    /// The path that newPath() would return.
     static QString nextPath(const QString& camera, const QDateTime& time, const QString& ending);
 };

@@ -18,7 +18,7 @@ QString asFileName(QString text) {
     return text.replace(unusual, u"_"_qs);
 }
 
-/// The first text in braces that stands for nothing; empty if there is none.
+/// The first text in braces that is not a placeholder; empty if there is none.
 QString unknownMark(const QString& text) {
     QString rest = text;
     for (const QString& mark : {cameraMark, dateMark, timeMark, numberMark})

@@ -7,8 +7,8 @@
 #include <QDateTime>
 #include <QString>
 
-/// How files are named: a text in which {camera}, {date}, {time} and {n} stand for what they say,
-/// {n} for the first number that makes a new name. A value; any thread.
+/// How files are named: a text in which {camera}, {date} and {time} are replaced by their values
+/// and {n} by the first number that gives an unused name. A value; any thread.
 class PNamePattern {
     Q_DECLARE_TR_FUNCTIONS(PNamePattern)
 

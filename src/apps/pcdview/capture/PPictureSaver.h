@@ -27,12 +27,12 @@ public:
     /// `byteLimit`: what may wait, in bytes of pixels.
     explicit PPictureSaver(std::size_t byteLimit = PWriteMemory::defaultLimit(),
                            QObject* parent = nullptr);
-    /// Saves what still waits, then returns. Failures are then logged.
+    /// Saves the pictures that still wait, then returns.
     ~PPictureSaver() override;
 
-    /// Saves a picture as its path's ending says, making the folder if need be; finished() reports
-    /// how that went. A picture that finds no room is not saved; one larger than all of it is taken
-    /// where nothing waits.
+    /// Saves a picture in the format that its path's ending names, and makes the folder if needed;
+    /// finished() reports the result. A picture that does not fit into the limit is not saved; one
+    /// larger than the limit is accepted if nothing waits.
     void save(Job job);
 
 signals:

@@ -5,7 +5,7 @@
 
 #include <QString>
 
-/// What a person wants recorded. A value.
+/// What the user wants to record. A value.
 struct PRecordSettings {
     enum class End { AfterFrames, AfterTime, ByHand };
     enum class Format { OmeTiff, TiffSeries, PngSeries };
@@ -19,7 +19,7 @@ struct PRecordSettings {
 
     PRecordSchedule::Plan plan() const;
 
-    /// As they were set the last time; at first as above.
+    /// Those of the last call of remember(); at first as above.
     static PRecordSettings remembered();
     void remember() const;
 };

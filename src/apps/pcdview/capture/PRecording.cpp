@@ -96,7 +96,7 @@ std::unique_ptr<PFrameWriter> PRecording::makeWriter(const PViewCamera& camera,
 void PRecording::stop() {
     if (!isRunning())
         return;
-    // Without a set end it is the end that was wanted.
+    // Without a planned end, stopping is the regular end.
     const std::optional<double> share = m_recorder->progress().share;
     end(share && *share < 1 ? QT_TR_NOOP("it was stopped") : "");
 }

@@ -13,7 +13,7 @@
 
 #include <memory>
 
-/// One recording of a camera, from its start to its complete files, while the live picture goes on.
+/// One recording of a camera, from its start to its complete files; the live picture continues.
 /// The GUI thread.
 class PRecording : public QObject {
     Q_OBJECT
@@ -24,10 +24,10 @@ public:
     /// Ends a recording that still runs, and waits for its files.
     ~PRecording() override;
 
-    /// Begins, once, to record the live frames of this camera into new files of the capture folder.
+    /// Starts, once, to record the live frames of this camera into new files of the capture folder.
     /// The pixel size is in micrometres, 0 if it is not known. Fails with the reason.
     PStatus start(PViewCamera& camera, const PRecordSettings& settings, double pixelSize);
-    /// Takes no more frames; those taken are written yet.
+    /// Takes no more frames; those already taken are still written.
     void stop();
 
     /// Ends it, if it runs, while the camera can still account for the frames.
@@ -37,7 +37,7 @@ public:
     /// True while it records this camera, or completes its files.
     bool isOf(const PViewCamera& camera) const;
     PFrameRecorder::Progress progress() const;
-    /// How long no frame has come, where that is worth showing.
+    /// The time since the last frame, if it is long enough to be shown.
     std::optional<std::chrono::seconds> silence() const;
     /// The id of the recorded camera, also after that was closed.
     const QString& cameraId() const { return m_cameraId; }

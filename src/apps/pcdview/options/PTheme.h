@@ -19,7 +19,7 @@ public:
     static bool isKnown(const QString& name);
     static QList<Kind> all() { return {Kind::System, Kind::Light, Kind::Dark}; }
 
-    /// The kind a person has chosen last, remembered from run to run.
+    /// The kind that the user chose last, remembered from run to run.
     static Kind chosen();
     static void choose(Kind kind);
 };

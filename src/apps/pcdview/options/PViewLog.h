@@ -3,9 +3,10 @@
 
 #include <QString>
 
-/// What the viewer itself puts into the log. Any thread.
+/// Writes the viewer's own records to the log. Any thread.
 class PViewLog {
 public:
+    /// Each logs one record with the source "pcdview".
     static void info(const QString& text);
     static void warning(const QString& text);
 };

@@ -9,7 +9,7 @@
 #include <chrono>
 #include <optional>
 
-/// What the command line asks for. A value.
+/// The options of the command line. A value.
 struct PViewOptions {
     QString sdk = QStringLiteral("auto");
     QString scene;
@@ -25,7 +25,7 @@ struct PViewOptions {
     /// built-in scene. The program's name is left out.
     static QStringList withSimulatedCameras(QStringList arguments);
     /// Reads the words of a command line, the program's name first. Fails with what is wrong and
-    /// what was expected. `answer` gets what was asked for instead of a run (help, version), or
+    /// what was expected. `answer` gets the text to print instead of a run (help, version), or
     /// stays empty.
     static PStatus parse(const QStringList& arguments, PViewOptions& options, QString& answer);
 };

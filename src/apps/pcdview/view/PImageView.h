@@ -12,7 +12,7 @@
 
 #include <optional>
 
-/// Shows a picture: the wheel zooms to the cursor, dragging moves it, a double click asks for the
+/// Shows a picture: the wheel zooms to the cursor, dragging moves it, a double click requests
 /// full screen. In the region tool, dragging draws a region instead. The GUI thread.
 class PImageView : public QWidget {
     Q_OBJECT
@@ -31,7 +31,7 @@ public:
     Tool tool() const { return m_tool; }
     /// The size of the picture's pixels on the specimen, in micrometres; 0: not known, no bar.
     void setPixelSize(double micrometres);
-    /// Greyed, as what is shown is not live.
+    /// Shows the picture greyed out, because it is not live.
     void setStale(bool stale);
 
     const PViewGeometry& geometryOfView() const { return m_geometry; }
@@ -47,12 +47,12 @@ public slots:
 
 signals:
     void zoomChanged();
-    /// The cursor is elsewhere, or the picture under it has changed.
+    /// The cursor moved, or the picture under it changed.
     void cursorChanged();
     void fullScreenRequested();
     /// A region was drawn, in pixels of the picture and inside of it.
     void regionDrawn(QRect region);
-    /// The region tool was put away with Escape.
+    /// Escape was pressed in the region tool.
     void regionCancelled();
 
 protected:

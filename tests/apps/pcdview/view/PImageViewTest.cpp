@@ -65,13 +65,13 @@ TEST_F(PImageViewTest, dragging_moves_the_picture) {
     EXPECT_EQ(after, before);
 }
 
-TEST_F(PImageViewTest, a_double_click_asks_for_the_full_screen) {
+TEST_F(PImageViewTest, a_double_click_requests_full_screen) {
     QSignalSpy requests(&view, &PImageView::fullScreenRequested);
     QTest::mouseDClick(&view, Qt::LeftButton);
     EXPECT_EQ(requests.count(), 1);
 }
 
-TEST_F(PImageViewTest, tells_the_pixel_under_the_cursor) {
+TEST_F(PImageViewTest, reports_the_pixel_under_the_cursor) {
     QTest::mouseMove(&view, {100, 150});
     const auto pixel = view.pixelUnderCursor();
     ASSERT_TRUE(pixel);

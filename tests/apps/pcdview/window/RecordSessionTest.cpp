@@ -323,7 +323,7 @@ TEST_F(RecordSessionTest, a_file_that_is_removed_meanwhile_is_not_called_recorde
     ASSERT_TRUE(waitForText(u"the file was removed"_qs)) << text().toStdString();
 }
 
-TEST_F(RecordSessionTest, a_folder_that_cannot_be_made_is_told_in_the_panel) {
+TEST_F(RecordSessionTest, a_folder_that_cannot_be_made_is_reported_in_the_panel) {
     writeFile(path(u"file"_qs), "x");
     PCaptureFolder::setPath(path(u"file/folder"_qs));
     pressButton();

@@ -82,7 +82,7 @@ protected:
         end();
         return files();
     }
-    /// Until so many frames wait for this thread, which does nothing else meanwhile.
+    /// Blocks this thread until this number of frames waits for it.
     bool holdUpUntilWaiting(quint64 frames) {
         for (int ms = 0; inFront().ledger().waiting < frames && ms < 20'000; ++ms)
             std::this_thread::sleep_for(std::chrono::milliseconds(1));

@@ -100,7 +100,7 @@ void PCameraController::setLive(bool on) {
 }
 
 void PCameraController::setRegionTool(bool on) {
-    // A tool that was taken up in another tab does not wait there.
+    // The tool is active in the current tab only.
     for (PCameraPage* page : m_tabs.pages()) {
         const bool isHere = on && page == m_tabs.currentPage();
         page->view().setTool(isHere ? PImageView::Tool::Region : PImageView::Tool::Move);

@@ -10,8 +10,8 @@ class PRecordController;
 class PViewActions;
 class QWidget;
 
-/// Opens and closes cameras, and does to the one in front what its actions say (live picture,
-/// region, pixel size); enables the actions that its state allows. The GUI thread.
+/// Opens and closes cameras, carries out the actions of the one in front (live picture, region,
+/// pixel size), and enables the actions that its state allows. The GUI thread.
 class PCameraController : public QObject {
     Q_OBJECT
 

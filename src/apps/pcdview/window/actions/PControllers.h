@@ -11,7 +11,7 @@ class PRecordings;
 class PViewActions;
 class QWidget;
 
-/// Makes the controllers, which do what the actions of the window say. The GUI thread.
+/// Makes the controllers, which carry out the actions of the window. The GUI thread.
 class PControllers : public QObject {
     Q_OBJECT
 
@@ -23,7 +23,7 @@ public:
     PRecordController& recording() const { return *m_recording; }
 
 signals:
-    /// What the status bar is to show; empty: nothing any more.
+    /// What the status bar is to show; empty: no message.
     void messageChanged(const QString& message);
 
 private:

@@ -55,7 +55,7 @@ void PRecordController::stopOnRequest() {
     showState();
 }
 
-/// The question goes away with a recording that takes no more frames: nothing is left to stop.
+/// The question closes when the recording takes no more frames: nothing is left to stop.
 bool PRecordController::confirmsStop(PRecording& recording) {
     QMessageBox question(QMessageBox::Question, tr("Recording"),
                          tr("Stop the recording of %1?").arg(recording.cameraId()),

@@ -11,8 +11,8 @@ class PRecordings;
 class QAction;
 class QWidget;
 
-/// Starts and ends recordings as the user asks for it, with the questions that protect them. The
-/// GUI thread.
+/// Starts and ends recordings on the user's request, and asks before frames would be lost. The GUI
+/// thread.
 class PRecordController : public QObject {
     Q_OBJECT
 
@@ -23,7 +23,7 @@ public:
                       PRecordings& recordings, QWidget* window);
 
     /// Ends the recording of this tab's camera, if there is one, after the user has confirmed that.
-    /// False: it goes on.
+    /// False: it continues.
     bool endForClosing(const PCameraPage& page);
     /// Whether the window may close: no recording is running, or the user has confirmed that all of
     /// them end. They run on until then.

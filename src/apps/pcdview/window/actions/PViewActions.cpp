@@ -21,7 +21,7 @@ QAction* PViewActions::add(const char* name, const QString& text, const QString&
     action->setShortcut(key);
     const QString keyText = key.toString(QKeySequence::NativeText);
     action->setToolTip(keyText.isEmpty() ? explanation : u"%1 (%2)"_qs.arg(explanation, keyText));
-    // Of the window itself: a menu bar that is hidden takes its keys with it.
+    // Added to the window itself: a hidden menu bar disables the shortcuts of its actions.
     m_window->addAction(action);
     return action;
 }

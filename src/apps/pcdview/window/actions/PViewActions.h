@@ -38,9 +38,9 @@ public:
     QAction* help;
     QAction* about;
 
-    /// Those that mean something only where a camera is open.
+    /// Those that need an open camera.
     QList<QAction*> ofCamera() const;
-    /// All that have a key.
+    /// All that have a shortcut.
     QList<QAction*> withShortcut() const;
 
 private:

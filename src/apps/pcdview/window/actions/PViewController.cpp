@@ -38,7 +38,7 @@ void PViewController::connectActions() {
     connect(m_actions.clipped, &QAction::toggled, this, &PViewController::applyStyle);
     connect(m_actions.autoContrast, &QAction::toggled, this, [this] {
         applyStyle();
-        analyse(); // a picture that stands was not analysed while nobody saw the result
+        analyse(); // a stopped picture may not have been analysed yet
     });
 }
 

@@ -8,8 +8,7 @@ class PViewCamera;
 class QLabel;
 struct PDeviceFrame;
 
-/// The tab of one camera: its live picture, and above it what a person should know of it. The GUI
-/// thread.
+/// The tab of one camera: its live picture, and above it messages about its state. The GUI thread.
 class PCameraPage : public QWidget {
     Q_OBJECT
 
@@ -20,7 +19,7 @@ public:
     PViewCamera& camera() const { return *m_camera; }
     PImageView& view() const { return *m_view; }
 
-    /// Shows a sentence above the picture; an empty one leaves it to the camera's state.
+    /// Shows a sentence above the picture; if it is empty, the camera's state is shown.
     void setMessage(const QString& message);
     /// The size of a pixel of the sensor on the specimen, in micrometres, remembered for this
     /// camera; 0: not known.
@@ -29,8 +28,8 @@ public:
     /// The size of a pixel of the picture, which a smaller mode or binning makes of several.
     double pixelSizeOfPicture() const { return pixelSize() * m_pixelScale; }
 
-    /// Sets the region of the sensor that lies under this region of the picture, as near as the
-    /// camera accepts; a message says why if it cannot be.
+    /// Sets the region of the sensor that this region of the picture shows, as closely as the
+    /// camera accepts; if it cannot be set, a message says why.
     void useRegion(const QRect& inPicture);
     /// Goes back to the whole sensor.
     void useWholeSensor();

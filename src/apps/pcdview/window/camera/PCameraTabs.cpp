@@ -82,7 +82,8 @@ PCameraPage* PCameraTabs::addPage(PDevice* device) {
 }
 
 void PCameraTabs::closePage(PCameraPage* page) {
-    m_tabs->removeTab(m_tabs->indexOf(page)); // first: whoever shows its camera lets it go
+    m_tabs->removeTab(
+        m_tabs->indexOf(page)); // first: all that shows its camera disconnects from it
     delete page;
     showSituation();
     emit entriesChanged();
@@ -94,7 +95,7 @@ void PCameraTabs::setTabsShown(bool shown) {
 
 void PCameraTabs::search() {
     m_host.manager().updateDevices();
-    // Those that could not be opened when they came: what was in the way may be gone.
+    // Those that could not be opened when they arrived: the reason may be gone.
     for (PDevice* device : m_host.manager().devices()) {
         if (findPage(QString::fromUtf8(device->deviceId(false))) != nullptr)
             openDevice(device, Front::No);
@@ -117,7 +118,7 @@ void PCameraTabs::onDeparture(PDevice* device) {
         PCameraPage* const page = pageAt(index);
         if (page->camera().device() != device)
             continue;
-        page->setMessage(QString()); // of settings that are no more
+        page->setMessage(QString()); // about settings of a device that is gone
         page->camera().detach();
     }
     showSituation();

@@ -5,7 +5,7 @@
 
 class QLabel;
 
-/// What there is to see while no camera is open: what to do about it. The GUI thread.
+/// Shown while no camera is open: explains why, and what to do. The GUI thread.
 class PWelcomePage : public QWidget {
     Q_OBJECT
 

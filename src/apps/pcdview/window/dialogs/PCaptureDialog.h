@@ -10,12 +10,13 @@ class QLabel;
 class QLineEdit;
 class QPushButton;
 
-/// Asks where pictures and recordings go and how they are named, and remembers it. The GUI thread.
+/// Lets the user choose where pictures and recordings go and how they are named, and remembers it.
+/// The GUI thread.
 class PCaptureDialog : public QDialog {
     Q_OBJECT
 
 public:
-    /// `camera`: whose name stands in the example.
+    /// `camera`: the id that the example shows.
     explicit PCaptureDialog(const QString& camera, QWidget* parent = nullptr);
 
     void accept() override;

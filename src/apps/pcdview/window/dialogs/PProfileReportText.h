@@ -6,10 +6,11 @@
 #include <QCoreApplication>
 #include <QString>
 
-/// What has come of a profile, as HTML for people. Any thread.
+/// The result of applying a profile, as HTML for the user. Any thread.
 class PProfileReportText {
     Q_DECLARE_TR_FUNCTIONS(PProfileReportText)
 
 public:
+    /// What was applied, rejected and skipped, with the reasons.
     static QString html(const PDeviceProfileReport& report);
 };

@@ -69,7 +69,7 @@ PStatusFields::PStatusFields(QStatusBar* bar)
     , m_ledger(addField(bar, "ledger")) {
     m_temperature->setToolTip(tr("Temperature of the sensor"));
     // The only one that is not always there, and long: it must not make the window wider. As the
-    // first one it does not push the others about either.
+    // first one it does not move the others either.
     m_pixel->setMinimumWidth(1);
 }
 

@@ -7,7 +7,7 @@
 
 class QListWidget;
 
-/// The cameras that are there, and those that are open and have gone. The GUI thread.
+/// The cameras that are present, and those that are open but unplugged. The GUI thread.
 class PCameraListPanel : public QWidget {
     Q_OBJECT
 

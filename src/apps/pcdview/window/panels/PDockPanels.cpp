@@ -20,7 +20,7 @@ namespace {
 
 constexpr int leftWidth = 280;
 
-/// A small window has not the room for all that a panel has to show.
+/// A small window does not have the room for a whole panel.
 QWidget* scrolling(QWidget* panel) {
     auto* const scroll = new PColumnScroll;
     scroll->setWidget(panel);
@@ -52,7 +52,7 @@ void PDockPanels::arrange() {
     m_window->tabifyDockWidget(m_recordDock, framesDock);
     m_recordDock->raise();
     m_window->resizeDocks({m_docks[0]}, {leftWidth}, Qt::Horizontal);
-    m_docks.last()->hide(); // the log, until somebody wants to know
+    m_docks.last()->hide(); // the log, until the user opens it
     m_window->resizeDocks({m_docks[0], m_docks[1], m_recordDock}, {125, 252, 278}, Qt::Vertical);
     m_window->setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
     m_window->setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);

@@ -19,7 +19,7 @@ public:
     void setAnalysis(const PFrameAnalysis& analysis);
 
 signals:
-    /// It was hidden before, and nobody may have looked at the picture that is shown.
+    /// The panel became visible; the picture may not have been analysed while it was hidden.
     void shown();
 
 protected:

@@ -18,11 +18,11 @@ public:
     static QString brief(const PFrameLedger& ledger);
     /// "Frames: 1203, none lost", or "Frames: 1203, lost: 3 (in the camera or on the cable: 2, …)".
     static QString summary(const PFrameLedger& ledger);
-    /// Each outcome as a full sentence, and the number of frames that had it; outcomes that no
-    /// frame met are left out, but for the first. At the end how many pictures were taken: the
-    /// ledger's snapshots include live frames that a panel forwards.
+    /// Each outcome in words with its number of frames; outcomes without frames are left out,
+    /// except the first. The last row is the number of pictures taken: the ledger's snapshots
+    /// include live frames that a panel forwards.
     static QList<std::pair<QString, quint64>> rows(const PFrameLedger& ledger, quint64 pictures);
-    /// Frames that should have come and did not.
+    /// The number of frames that should have arrived and did not.
     static quint64 lost(const PFrameLedger& ledger);
 
 private:

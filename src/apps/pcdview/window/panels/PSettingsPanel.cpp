@@ -41,7 +41,7 @@ void PSettingsPanel::setDevice(PDevice* device) {
     m_panel = device == nullptr ? nullptr : findOrMakePanel(device);
     m_filter->setEnabled(m_panel != nullptr);
     m_nothing->setVisible(m_panel == nullptr);
-    // The panel knows itself how much it needs.
+    // A panel has its own minimum.
     setMinimumWidth(m_panel == nullptr ? leastWidthWithoutCamera : 0);
     if (m_panel == nullptr)
         return;

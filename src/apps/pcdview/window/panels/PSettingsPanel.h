@@ -9,24 +9,24 @@
 
 class QLineEdit;
 
-/// All settings of a camera, with a box that finds some of them. A camera keeps its panel, hidden,
-/// while another one is shown: a run that the panel has begun goes on. The GUI thread.
+/// All settings of a camera, with a search box. A camera keeps its panel, hidden,
+/// while another one is shown: a run that the panel has started continues. The GUI thread.
 class PSettingsPanel : public QWidget {
     Q_OBJECT
 
 public:
     explicit PSettingsPanel(QWidget* parent = nullptr);
 
-    /// Shows the settings of this linked device; null: of none.
+    /// Shows the settings of this linked device; null: none.
     void setDevice(PDevice* device);
-    /// Whether a command that a panel of the device has begun is under way: one of its push buttons
+    /// Whether a command that a panel of the device has started is running: one of its push buttons
     /// that choose nothing stays pressed.
     bool hasPressedButton() const;
 
 signals:
     /// hasPressedButton() may have changed.
     void buttonToggled();
-    /// The camera kept what it had when the user chose another value for a setting, in words.
+    /// The camera kept its value when the user chose another one; the message says so.
     void refused(const QString& message);
 
 private:
@@ -40,6 +40,6 @@ private:
     QLineEdit* m_filter; // children
     QWidget* m_nothing;
     QPointer<QWidget> m_panel;
-    QHash<PDevice*, QPointer<QWidget>> m_panels; ///< of linked devices, as far as they were shown
+    QHash<PDevice*, QPointer<QWidget>> m_panels; ///< of the linked devices that were shown
     QPointer<PDevice> m_device;
 };
