@@ -13,6 +13,7 @@
 namespace {
 
 using IntRange = PMinMaxRange<int>;
+using RealRange = PMinMaxRange<double>;
 
 /// All zero is how a device says that a number has no range (a range of one value has a step).
 bool isOpen(const IntRange& range) {
@@ -25,6 +26,11 @@ bool isIn(const IntRange& range, int value) {
     // In 64 bits: the ends may be as far apart as integers go.
     const qint64 above = qint64(value) - range.minimum;
     return above >= 0 && value <= range.maximum && (range.step <= 1 || above % range.step == 0);
+}
+
+/// The step is that of an editor: hardly a number is a multiple of one that is not whole.
+bool isIn(const RealRange& range, double value) {
+    return range == RealRange{} || (value >= range.minimum && value <= range.maximum);
 }
 
 bool isMultiple(int value, int step) {
@@ -54,6 +60,9 @@ bool hasItem(const PEnumeration& choices, const QUuid& id) {
 bool isTaken(const QVariant& value, const QVariant& current, const QVariant& range) {
     if (range.metaType() == QMetaType::fromType<IntRange>())
         return value.typeId() == QMetaType::Int && isIn(range.value<IntRange>(), value.toInt());
+    if (range.metaType() == QMetaType::fromType<RealRange>())
+        return value.typeId() == QMetaType::Double &&
+               isIn(range.value<RealRange>(), value.toDouble());
     if (range.metaType() == QMetaType::fromType<PEnumeration>())
         return value.typeId() == QMetaType::QUuid &&
                hasItem(range.value<PEnumeration>(), value.toUuid());
@@ -70,6 +79,12 @@ QString expectedNumber(const IntRange& range) {
         PPropertyCheck::tr("a whole number from %1 to %2").arg(range.minimum).arg(range.maximum);
     return range.step > 1 ? PPropertyCheck::tr("%1 in steps of %2").arg(text).arg(range.step)
                           : text;
+}
+
+QString expectedNumber(const RealRange& range) {
+    return range == RealRange{}
+               ? PPropertyCheck::tr("a number")
+               : PPropertyCheck::tr("a number from %1 to %2").arg(range.minimum).arg(range.maximum);
 }
 
 QString expectedChoice(const PEnumeration& choices) {
@@ -114,6 +129,8 @@ QString PPropertyCheck::expectation(const PDeviceProperty& property) {
 QString PPropertyCheck::expectation(const PDeviceProperty& property, const QVariant& range) {
     if (range.metaType() == QMetaType::fromType<IntRange>())
         return expectedNumber(range.value<IntRange>());
+    if (range.metaType() == QMetaType::fromType<RealRange>())
+        return expectedNumber(range.value<RealRange>());
     if (range.metaType() == QMetaType::fromType<PEnumeration>())
         return expectedChoice(range.value<PEnumeration>());
     if (range.metaType() == QMetaType::fromType<PScanAreaRange>())

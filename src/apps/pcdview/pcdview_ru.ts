@@ -845,6 +845,14 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <translation>целое число от %1 до %2</translation>
     </message>
     <message>
+        <source>a number</source>
+        <translation>число</translation>
+    </message>
+    <message>
+        <source>a number from %1 to %2</source>
+        <translation>число от %1 до %2</translation>
+    </message>
+    <message>
         <source>%1 in steps of %2</source>
         <translation>%1 с шагом %2</translation>
     </message>

@@ -32,6 +32,10 @@ QVariant rangeOf(int minimum, int maximum, int step = 1) {
     return QVariant::fromValue(PMinMaxRange<int>{minimum, maximum, step});
 }
 
+QVariant realRangeOf(double minimum, double maximum) {
+    return QVariant::fromValue(PMinMaxRange<double>{minimum, maximum, 0});
+}
+
 QVariant turns() {
     PEnumeration choices;
     choices.addItem(idOf(0), QStringLiteral("none"), QStringLiteral("0°"), "0");
@@ -92,6 +96,11 @@ const CheckRow checkRows[] = {
     {"a_text_for_a_number", 5, rangeOf(0, 9), QStringLiteral("5"), false},
     {"a_double_for_a_number", 5, rangeOf(0, 9), 5.0, false},
     {"nothing_for_a_number", 5, rangeOf(0, 9), {}, false},
+    {"a_number_that_is_not_whole", 5.0, realRangeOf(0.5, 9), 0.5, true},
+    {"one_that_is_not_whole_above_the_maximum", 5.0, realRangeOf(0.5, 9), 9.01, false},
+    {"one_that_is_not_whole_below_the_minimum", 5.0, realRangeOf(0.5, 9), 0.49, false},
+    {"any_number_where_there_is_no_such_range", 5.0, realRangeOf(0, 0), -7.5, true},
+    {"a_whole_one_for_one_that_is_not", 5.0, realRangeOf(0.5, 9), 5, false},
     {"a_switch", false, {}, true, true},
     {"a_number_for_a_switch", false, {}, 1, false},
     {"nothing_for_a_switch", false, {}, {}, false},
@@ -160,6 +169,10 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         ExpectationRow{"of_a_number", 5, rangeOf(-2, 7), "a whole number from -2 to 7"},
         ExpectationRow{"of_a_number_without_a_range", 5, rangeOf(0, 0, 0), "a whole number"},
+        ExpectationRow{"of_a_number_that_is_not_whole", 5.0, realRangeOf(0.5, 60),
+                       "a number from 0.5 to 60"},
+        ExpectationRow{"of_one_that_is_not_whole_without_a_range", 5.0, realRangeOf(0, 0),
+                       "a number"},
         ExpectationRow{"of_a_switch", true, {}, "on or off"},
         ExpectationRow{"of_a_choice", idOf(0), turns(), "one of \"0°\", \"90°\""},
         ExpectationRow{"of_a_region", QRect(), sensor(),

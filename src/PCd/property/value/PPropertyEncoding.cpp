@@ -26,6 +26,10 @@ bool isPlain(int type) {
     return std::find(plain.begin(), plain.end(), type) != plain.end();
 }
 
+bool isWholeNumber(const QVariant& form) {
+    return form.typeId() == QMetaType::Int || form.typeId() == QMetaType::LongLong;
+}
+
 bool isChoice(const QVariant& range) {
     return range.metaType() == QMetaType::fromType<PEnumeration>();
 }
@@ -126,6 +130,8 @@ QVariant PPropertyEncoding::fromForm(const QVariant& form, const QVariant& curre
         return fromChoiceName(form, range.value<PEnumeration>());
     if (!current.isValid() || form.metaType() == current.metaType())
         return form;
+    if (current.typeId() == QMetaType::Double && isWholeNumber(form))
+        return form.toDouble(); // files have no other form for 20.0
     if (!isPlain(current.typeId()) && form.typeId() == QMetaType::QByteArray)
         return fromBytes(form.toByteArray(), current);
     if (form.typeId() == QMetaType::QVariantMap && PCompositeFields::isComposite(current))

@@ -4,6 +4,7 @@
 #include <PCd/PEnumeration.h>
 #include <PCd/property/value/PCompositeFields.h>
 
+#include <cmath>
 #include <limits>
 
 namespace {
@@ -12,6 +13,12 @@ QVariant toNumber(const QString& text) {
     bool isNumber = false;
     const int number = text.toInt(&isNumber);
     return isNumber ? QVariant(number) : QVariant();
+}
+
+QVariant toRealNumber(const QString& text) {
+    bool isNumber = false;
+    const double number = text.toDouble(&isNumber);
+    return isNumber && std::isfinite(number) ? QVariant(number) : QVariant();
 }
 
 /// By title first, then by name, then by what the device understands: "0°", "0", "90".
@@ -121,6 +128,8 @@ QVariant PPropertyText::toValue(const QString& text, const QVariant& present,
         return toSwitch(trimmed);
     case QMetaType::Int:
         return toNumber(trimmed);
+    case QMetaType::Double:
+        return toRealNumber(trimmed);
     case QMetaType::QRect:
         return toRegion(trimmed);
     default:

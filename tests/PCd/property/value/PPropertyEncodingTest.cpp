@@ -39,6 +39,16 @@ TEST(PPropertyEncoding, of_a_plain_value_is_the_value) {
     }
 }
 
+TEST(PPropertyEncoding, of_a_number_may_be_a_whole_one_in_a_file) {
+    for (const QVariant& form : {QVariant(20), QVariant(20LL)}) {
+        const QVariant value = PPropertyEncoding::fromForm(form, 0.5, {});
+        EXPECT_EQ(value.typeId(), QMetaType::Double);
+        EXPECT_EQ(value, 20.0);
+    }
+    EXPECT_FALSE(PPropertyEncoding::fromForm(true, 0.5, {}).isValid());
+    EXPECT_FALSE(PPropertyEncoding::fromForm(0.5, 20, {}).isValid());
+}
+
 TEST(PPropertyEncoding, of_a_choice_is_its_untranslated_name) {
     EXPECT_EQ(PPropertyEncoding::toForm(idOf(1), turnsWithOneUnnamed()),
               QVariant(QStringLiteral("90")));
