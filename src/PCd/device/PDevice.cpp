@@ -6,8 +6,8 @@
 #include <PCd/frame/PFramePipeline.h>
 #include <PCd/property/PDeviceProperty.h>
 #include <PCd/property/PDevicePropertyGroup.h>
+#include <PCd/property/PPropertyRoles.h>
 #include <PCd/property/PWidgetFactory.h>
-#include <PCd/property/value/PPropertyEncoding.h>
 
 #include <PDip/PBufferPool.h>
 
@@ -257,9 +257,12 @@ void PDevice::updateMode() {
 void PDevice::updateSettings() {
     auto settings = std::make_shared<PDeviceSettings>();
     settings->mode = m_mode;
-    for (const PDeviceProperty* property : std::as_const(m_properties))
-        settings->values.append({property->id(), PPropertyEncoding::named(property->valueInner(),
-                                                                          property->rangeInner())});
+    for (const PDeviceProperty* property : std::as_const(m_properties)) {
+        const PRoleValue value = PPropertyRoles::value(*property);
+        settings->values.append({value.id, value.value});
+        if (!value.bindings.isEmpty())
+            settings->roles.insert(value.id, QVariant::fromValue(value.bindings));
+    }
     m_frames->setSettings(std::move(settings));
 }
 

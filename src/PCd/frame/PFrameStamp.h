@@ -6,6 +6,7 @@
 #include <PDip/PImageAttachment.h>
 
 #include <QDateTime>
+#include <QHash>
 #include <QList>
 #include <QVariant>
 
@@ -19,6 +20,8 @@ struct PDeviceSettings {
     /// Property id and value, in the order of the device's list; a choice by its item's name, which
     /// says what it was where the range is no longer known.
     QList<std::pair<QByteArray, QVariant>> values;
+    /// What the values mean, by property id, as the properties declare it: PDeviceRoles reads it.
+    QHash<QByteArray, QVariant> roles;
 };
 
 /// When and how a frame was taken. Tied to the frame's image, it travels with every copy of it.

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCd/property/value/PRoleValue.h>
+
+#include <QList>
+
+class PDevice;
+class PDeviceProperty;
+struct PDeviceSettings;
+
+/// The values of a device by their roles: what is the exposure, the gain, the region, and which of
+/// them does this device have. Where a plain property and a field of a composite one have the same
+/// role, the plain one is read: it is the device's own. A value; any thread.
+class PDeviceRoles {
+public:
+    /// What the host knows of a device now; the device is not read. The device's thread.
+    static PDeviceRoles of(const PDevice& device);
+    /// What a frame was taken with. Any thread, also when the device is gone.
+    static PDeviceRoles of(const PDeviceSettings& settings);
+
+    /// All values of a frame's settings in their order, also those without roles. Any thread.
+    static QList<PRoleValue> valuesOf(const PDeviceSettings& settings);
+
+    /// The property with the role, plain before composite; null if there is none, or if the
+    /// device's list has not been built. The device's thread, as for the next three.
+    static PDeviceProperty* property(const PDevice& device, PRole role);
+    /// The property whose value as a whole has the role, or null.
+    static PDeviceProperty* plainProperty(const PDevice& device, PRole role);
+    /// The property that has the role in a field, or null.
+    static PDeviceProperty* compositeProperty(const PDevice& device, PRole role);
+    /// The property that has the role with a method, or null.
+    static PDeviceProperty* methodProperty(const PDevice& device, PRole role);
+
+    /// The value with the role, plain before composite; empty if there is none.
+    PRoleValue find(PRole role) const;
+    /// The composite value with the role in a field; empty if there is none.
+    PRoleValue findComposite(PRole role) const;
+    /// As PRoleValue's, of the value that find() returns.
+    QVariant part(PRole role) const { return find(role).part(role); }
+    std::optional<double> number(PRole role) const { return find(role).number(role); }
+    bool isOn(PRole role) const { return find(role).isOn(role); }
+
+private:
+    QList<PRoleValue> m_values; ///< those with roles
+};

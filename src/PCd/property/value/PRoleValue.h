@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCd/property/value/PRole.h>
+
+#include <QVariant>
+
+#include <optional>
+
+/// The value of one property, with the roles it has: read by role, it means the same for every
+/// device. A choice is its item's name. A value; any thread.
+struct PRoleValue {
+    QByteArray id; ///< the property's
+    QVariant value;
+    PRoleBindings bindings;
+
+    /// True if the value, or a field of it, has the role. A method is no value.
+    bool has(PRole role) const;
+    /// True if the value as a whole has the role.
+    bool hasPlain(PRole role) const;
+    /// The value, or the field, as the device has it; invalid without the role.
+    QVariant part(PRole role) const;
+    /// A number in the unit of the role, of several fields their sum; nothing without the role, or
+    /// where one of them is not a number.
+    std::optional<double> number(PRole role) const;
+    /// True if the number is 1.
+    bool isOn(PRole role) const { return number(role) == 1; }
+};
