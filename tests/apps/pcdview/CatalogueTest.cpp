@@ -16,7 +16,7 @@ TEST_F(CatalogueTest, the_program_brings_its_russian_texts) {
     QTranslator translator;
     ASSERT_TRUE(translator.load(QStringLiteral(":/pcdview/pcdview_ru.qm")));
     EXPECT_EQ(translator.language(), QStringLiteral("ru"));
-    EXPECT_EQ(translator.translate("PMainWindow", "&Camera"), QStringLiteral("&Камера"));
+    EXPECT_EQ(translator.translate("PMenuBar", "&Camera"), QStringLiteral("&Камера"));
     EXPECT_EQ(translator.translate("PDevicePanel", "Other"), QStringLiteral("Прочее"));
 }
 

@@ -65,7 +65,7 @@ INSTANTIATE_TEST_SUITE_P(
         BadPatternRow{"a_mark_that_is_none", "{serial}", "{serial}"},
         BadPatternRow{"a_mark_without_its_end", "a{n", "{n"},
         BadPatternRow{"an_end_without_a_mark", "a}", "}"},
-        BadPatternRow{"a_line_feed", "a\nb", "cannot be in the name"},
+        BadPatternRow{"a_line_feed", "a\nb", "name cannot contain"},
         BadPatternRow{"a_text_that_names_cannot_be_as_long_as",
                       "aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa"
                       "aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa",

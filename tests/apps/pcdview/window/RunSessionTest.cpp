@@ -68,8 +68,8 @@ protected:
         const auto* const label = page().findChild<QLabel*>(u"banner"_qs);
         return label == nullptr ? QString() : label->text();
     }
-    bool saysWaiting() { return banner().contains(u"waits for triggers"_qs); }
-    bool saysRun() { return banner().contains(u"a run is under way"_qs); }
+    bool saysWaiting() { return banner().contains(u"waiting for triggers"_qs); }
+    bool saysRun() { return banner().contains(u"run in progress"_qs); }
     /// The pictures taken that the panel "Frames" counts.
     int picturesCounted() {
         const auto& table = widget<QTreeWidget>(u"frames"_qs);
