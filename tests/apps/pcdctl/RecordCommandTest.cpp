@@ -313,7 +313,7 @@ TEST_F(RecordCommand, files_that_exist_are_refused_before_the_camera_is_touched)
             process.with(u"TOUPCAM_SIM_JOURNAL"_qs, journal);
         });
         EXPECT_EQ(result.exitCode, 1);
-        EXPECT_TRUE(result.errors.contains(u"exists already"_qs)) << result.errors.toStdString();
+        EXPECT_TRUE(result.errors.contains(u"already exists"_qs)) << result.errors.toStdString();
         EXPECT_EQ(readFile(journal), QByteArray());
     }
     EXPECT_EQ(readFile(path(u"run/a.ome.tif"_qs)), QByteArray("mine"));

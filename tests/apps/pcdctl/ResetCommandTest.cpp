@@ -54,7 +54,7 @@ TEST_F(ResetCommand, fails_if_the_camera_does_not_take_a_default) {
                                {u"result"_qs, -2147467259}});
     const CtlResult result = run({u"reset"_qs, u"--set"_qs, u"gamma=50"_qs, u"--json"_qs});
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_TRUE(result.errors.contains(u"gamma: wanted 100, the camera has 50"_qs))
+    EXPECT_TRUE(result.errors.contains(u"gamma: requested 100, the camera has 50"_qs))
         << result.errors.toStdString();
     EXPECT_EQ(idsIn(result.json.value(u"refused"_qs)), QStringList{u"gamma"_qs});
     EXPECT_EQ(idsIn(result.json.value(u"kept"_qs)), (QStringList{u"tint"_qs, u"temp"_qs}));

@@ -233,7 +233,7 @@ TEST_F(SetCommand, gives_up_a_white_balance_that_never_ends) {
     const CtlResult result = run({u"set"_qs, u"awbonce"_qs, u"--timeout=0.5"_qs});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_TRUE(result.errors.contains(
-        u"camera Small-S0001 did not send word of the end of \"awbonce\" in time"_qs))
+        u"camera Small-S0001 did not send a report that \"awbonce\" has ended in time"_qs))
         << result.errors.toStdString();
     EXPECT_TRUE(calls().contains(u"Toupcam_Stop(h1)"_qs));
 }

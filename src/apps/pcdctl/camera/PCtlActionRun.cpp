@@ -45,7 +45,8 @@ PCtlOutcome PCtlActionRun::runLive(std::optional<std::chrono::milliseconds> time
     if (m_session.waitFor([this] { return m_unread.isEmpty(); },
                           timeout.value_or(m_session.longestAnswer())))
         return {};
-    return PCtlOutcome::failed(m_session.reasonWithout(u"the end of \"%1\""_qs.arg(id)));
+    return PCtlOutcome::failed(
+        m_session.reasonWithout(u"a report that \"%1\" has ended"_qs.arg(id)));
 }
 
 bool PCtlActionRun::eventFilter(QObject* property, QEvent* event) {
