@@ -18,7 +18,7 @@
 /// What a test waits for must happen within this time even on a busy machine under a sanitizer.
 constexpr std::chrono::seconds kDeadline{60};
 
-/// Polls a condition that nothing announces; false if it did not come true in time.
+/// Polls a condition without a notification; false if it did not come true in time.
 inline bool eventually(const std::function<bool()>& condition) {
     const auto deadline = std::chrono::steady_clock::now() + kDeadline;
     while (!condition()) {

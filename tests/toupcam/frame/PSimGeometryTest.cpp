@@ -75,7 +75,7 @@ class SimRegion : public SimGeometry, public ::testing::WithParamInterface<Regio
 
 INSTANTIATE_TEST_SUITE_P(rows, SimRegion, ::testing::ValuesIn(kRegions), rowName<RegionRow>);
 
-TEST_P(SimRegion, is_taken_or_refused_and_the_old_one_kept) {
+TEST_P(SimRegion, is_accepted_or_refused_and_the_old_one_kept) {
     const HToupcam handle = openOnly({});
     const Region before{8, 8, 16, 12};
     ASSERT_EQ(put(handle, before), S_OK);
@@ -90,7 +90,7 @@ TEST_F(SimGeometry, region_of_zeros_is_the_whole_sensor) {
     EXPECT_EQ(readRegion(handle), (Region{0, 0, 96, 64}));
 }
 
-TEST_F(SimGeometry, whole_sensor_is_taken_even_if_it_is_no_multiple_of_4) {
+TEST_F(SimGeometry, whole_sensor_is_accepted_even_if_it_is_not_a_multiple_of_4) {
     SimCameraText camera;
     camera.width = 101;
     camera.height = 67;
@@ -100,7 +100,7 @@ TEST_F(SimGeometry, whole_sensor_is_taken_even_if_it_is_no_multiple_of_4) {
     EXPECT_EQ(put(handle, {2, 0, 99, 67}), E_INVALIDARG);
 }
 
-TEST_F(SimGeometry, other_resolution_takes_the_region_back_the_same_one_does_not) {
+TEST_F(SimGeometry, other_resolution_resets_the_region_the_same_one_does_not) {
     const HToupcam handle = openOnly({});
     ASSERT_EQ(put(handle, {8, 8, 16, 12}), S_OK);
     ASSERT_EQ(Toupcam_put_eSize(handle, 0), S_OK);
@@ -209,7 +209,7 @@ TEST_P(SimFrameSize, is_that_of_pulled_pictures) {
     Toupcam_Stop(handle);
 }
 
-TEST_F(SimGeometry, index_of_the_resolution_stays_whatever_the_size) {
+TEST_F(SimGeometry, index_of_the_resolution_stays_at_any_size) {
     const HToupcam handle = openOnly({});
     ASSERT_EQ(Toupcam_put_eSize(handle, 1), S_OK);
     ASSERT_EQ(Toupcam_put_Option(handle, TOUPCAM_OPTION_BINNING, 2), S_OK);
@@ -223,7 +223,7 @@ TEST_F(SimGeometry, index_of_the_resolution_stays_whatever_the_size) {
     EXPECT_EQ(width, 48);
 }
 
-TEST_F(SimGeometry, ready_made_frames_are_never_worked_on) {
+TEST_F(SimGeometry, ready_made_frames_are_never_processed) {
     SimCameraText camera;
     camera.source = R"({"kind": "ring"})";
     const HToupcam handle = openOnly(camera);
@@ -283,7 +283,7 @@ TEST_F(SimGeometry, no_frame_is_lost_by_a_change_of_size) {
     EXPECT_EQ(readCounts().produced, log.total());
 }
 
-TEST_F(SimGeometry, frame_whose_size_was_asked_keeps_it) {
+TEST_F(SimGeometry, frame_whose_size_was_queried_keeps_it) {
     const HToupcam handle = openOnly({});
     EventLog events;
     ASSERT_EQ(Toupcam_StartPullModeWithCallback(handle, EventLog::onEvent, &events), S_OK);

@@ -190,7 +190,7 @@ TEST_P(SimLamp, one_push_finds_the_temperature_and_makes_the_picture_grey) {
     EXPECT_NEAR(cast(takeOne(handle)), 1.0, 0.02);
 }
 
-TEST_F(SimWhiteBalance, one_push_uses_the_tint_for_what_is_no_temperature) {
+TEST_F(SimWhiteBalance, one_push_uses_the_tint_for_what_is_not_a_temperature) {
     const PictureFolder folder;
     const HToupcam handle =
         openOnly(pictureCamera(folder.add("green.ppm", '\x80', '\xb0', '\x80')));
@@ -269,7 +269,7 @@ TEST_F(SimWhiteBalance, camera_may_be_closed_inside_the_callback) {
 
 TEST_F(SimWhiteBalance, request_ends_with_the_stream) {
     const HToupcam handle = openOnly({});
-    ToupcamSim_holdFrames("cam", 1); // so that no frame answers it
+    ToupcamSim_holdFrames("cam", 1); // so that no frame completes it
     FrameLog frames;
     ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &frames), S_OK);
     BalanceLog log;

@@ -102,7 +102,7 @@ protected:
     PictureFolder m_folder;
 };
 
-TEST_F(SimColourTest, hue_turns_the_colour_by_as_many_degrees) {
+TEST_F(SimColourTest, hue_rotates_the_colour_by_its_degrees) {
     const HToupcam handle = openReddish();
     const Colour before = colour(handle);
     for (const int degrees : {-180, -90, -30, 30, 90, 180}) {
@@ -115,7 +115,7 @@ TEST_F(SimColourTest, hue_turns_the_colour_by_as_many_degrees) {
     }
 }
 
-TEST_F(SimColourTest, hue_takes_red_towards_green_and_green_towards_blue) {
+TEST_F(SimColourTest, hue_moves_red_towards_green_and_green_towards_blue) {
     const HToupcam handle = openOnly({});
     ASSERT_EQ(Toupcam_put_Hue(handle, 120), S_OK);
     const PushedFrame frame = takeOne(handle);
@@ -205,7 +205,7 @@ TEST_F(SimColourTest, settings_apply_to_the_next_frames_of_a_running_stream) {
     Toupcam_Stop(handle);
 }
 
-TEST_F(SimColourTest, auto_exposure_goes_by_the_picture_before_its_tones_are_changed) {
+TEST_F(SimColourTest, auto_exposure_uses_the_picture_before_its_tones_are_changed) {
     const HToupcam handle = openOnly(flatCamera());
     ASSERT_EQ(Toupcam_put_AutoExpoEnable(handle, 1), S_OK);
     ASSERT_EQ(Toupcam_put_AutoExpoTarget(handle, 100), S_OK);

@@ -125,7 +125,7 @@ TEST_F(SimFlicker, bands_move_when_the_frame_rate_is_not_in_step) {
     EXPECT_GT(most - least, 20.0);
 }
 
-/// The light frequency that the camera is told, with a lamp at 50 Hz, and what auto-exposure makes
+/// The light frequency that is set, with a lamp at 50 Hz, and what auto-exposure makes
 /// of it: 12 ms would be just right.
 struct CompensationRow {
     const char* name;

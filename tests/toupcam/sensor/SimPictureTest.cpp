@@ -160,7 +160,7 @@ TEST_F(SimPicture, fluorescence_is_bright_on_a_dark_background) {
     EXPECT_GT(frame.bytes[frame.bytes.size() * 99 / 100], 100);
 }
 
-/// Auto-exposure from far too dark or too bright, and what it must come to.
+/// Auto-exposure from far too dark or too bright, and what it must reach.
 struct AutoRow {
     const char* name;
     double level;
@@ -189,7 +189,7 @@ TEST_P(SimAutoExposure, converges_to_its_target_within_25_frames) {
     EXPECT_NEAR(measureMean(frames[25]), GetParam().target, 0.03 * GetParam().target);
 }
 
-TEST_F(SimPicture, auto_exposure_raises_the_gain_when_time_does_not_suffice) {
+TEST_F(SimPicture, auto_exposure_raises_the_gain_when_time_is_not_enough) {
     SimCameraText camera = flatCamera();
     camera.extra = R"(, "sensor": {"electronsPerMs": 100, "electronsPerCount": 10},
                       "exposure": {"auto": true, "autoMax": 5000, "default": 1000, "target": 120})";
@@ -216,7 +216,7 @@ TEST_F(SimPicture, auto_exposure_reports_each_change_and_nothing_once_it_has_set
     EXPECT_EQ(calls.count(), changes);
 }
 
-TEST_F(SimPicture, exposure_callback_can_be_taken_back) {
+TEST_F(SimPicture, exposure_callback_can_be_removed) {
     const HToupcam handle = openOnly(flatCamera());
     CallCounter calls;
     ASSERT_EQ(Toupcam_put_ExpoCallback(handle, CallCounter::onCall, &calls), S_OK);

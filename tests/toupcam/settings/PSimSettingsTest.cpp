@@ -62,7 +62,7 @@ class SimOption : public SimTest, public ::testing::WithParamInterface<OptionRow
 
 INSTANTIATE_TEST_SUITE_P(rows, SimOption, ::testing::ValuesIn(kOptions), rowName<OptionRow>);
 
-TEST_P(SimOption, is_taken_and_read_back_or_refused_and_kept) {
+TEST_P(SimOption, is_accepted_and_read_back_or_refused_and_kept) {
     const HToupcam handle = open(GetParam().camera);
     int before = -99;
     const HRESULT readable = Toupcam_get_Option(handle, GetParam().option, &before);

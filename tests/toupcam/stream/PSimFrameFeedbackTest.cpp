@@ -57,7 +57,7 @@ TEST_F(PSimFrameFeedbackTest, white_balance_uses_the_second_frame_once) {
     EXPECT_THAT(m_parts.steps, ElementsAre("balanced"));
 }
 
-TEST_F(PSimFrameFeedbackTest, a_dropped_request_is_never_answered) {
+TEST_F(PSimFrameFeedbackTest, a_dropped_request_is_never_completed) {
     m_parts.feedback.requestBalance({noteBalance, &m_parts.steps});
     m_parts.feedback.dropBalance();
     apply(100.0);

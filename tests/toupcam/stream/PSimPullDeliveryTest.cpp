@@ -127,7 +127,7 @@ TEST_F(SimPull, newer_frame_replaces_one_that_was_not_pulled) {
     EXPECT_GT(later.timestamp, first.timestamp);
 }
 
-TEST_F(SimPull, frame_whose_size_was_asked_for_is_the_one_that_is_pulled) {
+TEST_F(SimPull, frame_whose_size_was_queried_is_the_one_that_is_pulled) {
     const HToupcam handle = startPull(SimCameraText());
     ASSERT_EQ(Toupcam_put_eSize(handle, 1), S_OK);
     ToupcamFrameInfoV2 queried{};
@@ -227,7 +227,7 @@ TEST_F(SimPull, stop_from_inside_the_event_callback_is_refused) {
 }
 
 TEST_F(SimPull, close_from_inside_the_event_callback_ends_without_a_deadlock) {
-    // Static: the threads end by themselves, nobody waits for the rest of the callback.
+    // Static: the threads end by themselves, nothing waits for the rest of the callback.
     static EventLog events;
     const HToupcam handle = openOnly(SimCameraText());
     events.inside = [handle](unsigned) { Toupcam_Close(handle); };
@@ -260,7 +260,7 @@ TEST_F(SimPull, stop_waits_for_the_event_callback_in_progress) {
         Toupcam_Stop(handle);
         stopped = true;
     });
-    // The stream has ended for everybody else long before the callback lets it return.
+    // The stream has ended for all others long before the callback lets it return.
     ASSERT_TRUE(eventually([&] { return Toupcam_Snap(handle, 0) == E_UNEXPECTED; }));
     EXPECT_FALSE(stopped);
     gate.open();

@@ -142,7 +142,7 @@ TEST_P(SimPushEnd, returns_after_the_callback_in_progress) {
         GetParam().end(handle);
         returned = true;
     });
-    // It must not come back while the callback is held up; a wrong one would do so at once.
+    // It must not return while the callback is held up; a wrong one would do so at once.
     EXPECT_EQ(ended.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
     gate.open();
     ASSERT_EQ(ended.wait_for(kDeadline), std::future_status::ready);
@@ -162,7 +162,7 @@ TEST_F(SimPush, stop_from_inside_the_callback_is_refused_and_the_stream_goes_on)
 
 TEST_F(SimPush, close_from_inside_the_callback_ends_the_stream_without_a_deadlock) {
     const HToupcam handle = openOnly(SimCameraText());
-    // Static: the thread ends by itself, nobody waits for the rest of its callback.
+    // Static: the thread ends by itself, nothing waits for the rest of its callback.
     static FrameLog log(0);
     log.inside = [handle] { Toupcam_Close(handle); };
     ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &log), S_OK);
@@ -219,7 +219,7 @@ TEST_F(SimPush, resolution_changed_while_streaming_gives_frames_of_the_new_size)
     EXPECT_EQ(log.frames().front().header.biWidth, 96);
 }
 
-TEST_F(SimPush, long_wait_for_a_frame_ends_when_the_exposure_is_made_shorter) {
+TEST_F(SimPush, long_wait_for_a_frame_ends_when_the_exposure_is_shortened) {
     SimCameraText camera;
     camera.extra = R"(, "exposure": {"max": 4000000000})";
     const HToupcam handle = openOnly(camera);
@@ -357,7 +357,7 @@ struct AddressLog {
     std::vector<const void*> addresses;
 };
 
-/// Those of so many frames at least, pushed by a camera that is stopped then.
+/// Those of at least this number of frames, pushed by a camera that is then stopped.
 void pushAddresses(HToupcam handle, std::size_t frames, std::vector<const void*>& addresses) {
     AddressLog log;
     ASSERT_EQ(Toupcam_StartPushMode(handle, AddressLog::onData, &log), S_OK);

@@ -28,7 +28,7 @@ protected:
     PSimStreamSchedule& m_schedule = m_parts.schedule;
 };
 
-TEST_F(PSimStreamScheduleTest, nothing_can_be_requested_before_the_begin_and_after_the_end) {
+TEST_F(PSimStreamScheduleTest, nothing_can_be_requested_before_the_beginning_and_after_the_end) {
     const auto refusesAll = [this] {
         EXPECT_FALSE(m_schedule.isOpen());
         EXPECT_EQ(m_schedule.requestStill(0), E_UNEXPECTED);

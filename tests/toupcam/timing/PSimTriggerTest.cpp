@@ -49,7 +49,7 @@ TEST_F(SimTrigger, without_a_trigger_no_frame_comes) {
     EXPECT_EQ(readCounts().produced, 0U);
 }
 
-TEST_F(SimTrigger, as_many_frames_come_as_are_asked_for) {
+TEST_F(SimTrigger, requested_number_of_frames_comes) {
     FrameLog log;
     const HToupcam handle = startIn(kSoftware, log);
     for (const unsigned short count : {std::uint16_t{1}, std::uint16_t{5}}) {
@@ -74,7 +74,7 @@ TEST_F(SimTrigger, endless_run_goes_on_until_it_is_stopped) {
     EXPECT_EQ(log.total(), total);
 }
 
-TEST_F(SimTrigger, new_count_takes_the_place_of_the_old_one) {
+TEST_F(SimTrigger, new_count_replaces_the_old_one) {
     FrameLog log;
     const HToupcam handle = startIn(kSoftware, log);
     ASSERT_EQ(Toupcam_Trigger(handle, 60000), S_OK);
@@ -98,7 +98,7 @@ TEST_F(SimTrigger, runs_only_in_software_mode_on_a_running_stream) {
     EXPECT_EQ(Toupcam_Trigger(handle, 1), S_OK);
 }
 
-TEST_F(SimTrigger, stopping_what_does_not_run_is_done_at_once) {
+TEST_F(SimTrigger, stopping_a_run_that_does_not_exist_succeeds_at_once) {
     const HToupcam handle = openOnly(triggered());
     EXPECT_EQ(Toupcam_Trigger(handle, 0), S_OK);
     FrameLog log;
@@ -112,7 +112,7 @@ TEST_F(SimTrigger, camera_without_a_trigger_has_none) {
     EXPECT_EQ(Toupcam_Trigger(handle, 0), E_NOTIMPL);
 }
 
-TEST_F(SimTrigger, frames_to_come_are_forgotten_when_the_mode_is_left) {
+TEST_F(SimTrigger, frames_to_come_are_cancelled_when_the_mode_is_left) {
     FrameLog log;
     const HToupcam handle = startIn(kSoftware, log);
     ASSERT_EQ(Toupcam_Trigger(handle, 60000), S_OK);
@@ -230,7 +230,7 @@ TEST_F(SimTrigger, signal_means_nothing_in_other_modes_or_without_a_stream) {
     EXPECT_EQ(ToupcamSim_missedTriggers("cam"), 0U);
 }
 
-TEST_F(SimTrigger, source_at_the_input_sends_as_many_signals_as_it_shall) {
+TEST_F(SimTrigger, source_at_the_input_sends_its_number_of_signals) {
     FrameLog log;
     startIn(kExternal, log, R"(, "externalTrigger": {"periodMs": 20, "count": 7})");
     ASSERT_TRUE(eventually([&log] { return log.total() + ToupcamSim_missedTriggers("cam") == 7; }));
@@ -246,7 +246,7 @@ TEST_F(SimTrigger, source_that_is_too_fast_loses_signals) {
     EXPECT_GE(ToupcamSim_missedTriggers("cam"), 15U);
 }
 
-TEST_F(SimTrigger, source_is_not_heard_in_video_mode) {
+TEST_F(SimTrigger, source_is_ignored_in_video_mode) {
     FrameLog log;
     startIn(kSoftware, log, R"(, "externalTrigger": {"periodMs": 1})");
     letOtherTake(20);

@@ -25,7 +25,7 @@ TEST_F(SimHotPlug, unknown_cameras_are_neither_plugged_nor_unplugged) {
     EXPECT_EQ(ToupcamSim_unplug(nullptr), 0);
 }
 
-TEST_F(SimHotPlug, burst_runs_the_callback_as_often) {
+TEST_F(SimHotPlug, burst_runs_the_callback_once_for_each_event) {
     CallCounter calls;
     Toupcam_HotPlug(CallCounter::onCall, &calls);
     for (int i = 0; i < 5; ++i)
@@ -103,7 +103,7 @@ TEST_F(SimHotPlug, callback_can_enumerate_and_unplug) {
     };
     Toupcam_HotPlug(CallCounter::onCall, &calls);
     ToupcamSim_fireHotPlug();
-    ASSERT_TRUE(calls.waitFor(2)); // the second one is told of the unplugging in the first
+    ASSERT_TRUE(calls.waitFor(2)); // the second one is for the unplugging in the first
     EXPECT_EQ(found, 1U);
     Toupcam_HotPlug(nullptr, nullptr);
 }

@@ -7,7 +7,7 @@ namespace {
 
 using SimFault = SimTest;
 
-TEST_F(SimFault, call_fails_after_the_skipped_ones_as_often_as_asked) {
+TEST_F(SimFault, call_fails_after_the_skipped_ones_the_given_number_of_times) {
     const HToupcam handle = open("sim-1mm-1");
     ToupcamSim_failCall("Toupcam_put_ExpoTime", 1, 2, E_FAIL);
     EXPECT_EQ(Toupcam_put_ExpoTime(handle, 1000), S_OK);
@@ -47,7 +47,7 @@ TEST_F(SimFault, failing_open_is_a_null_handle_and_opens_nothing) {
     EXPECT_NE(open("sim-1mm-1"), nullptr);
 }
 
-TEST_F(SimFault, failing_enumeration_finds_as_many_cameras_as_asked) {
+TEST_F(SimFault, failing_enumeration_finds_the_given_number_of_cameras) {
     ToupcamDeviceV2 records[TOUPCAM_MAX];
     ToupcamSim_failCall("Toupcam_EnumV2", 0, 1, E_FAIL);
     EXPECT_EQ(Toupcam_EnumV2(records), 0U);
@@ -61,7 +61,7 @@ ToupcamFrameInfoV2 pulledInfo(HToupcam handle) {
     EXPECT_TRUE(events.waitFor(TOUPCAM_EVENT_IMAGE));
     ToupcamFrameInfoV2 info{};
     EXPECT_EQ(Toupcam_PullImageV2(handle, nullptr, 32, &info), S_OK);
-    EXPECT_EQ(info.width, 96U); // asking for the size still tells the truth
+    EXPECT_EQ(info.width, 96U); // a query of the size is still right
     std::vector<std::uint8_t> pixels(96 * 64 * 4);
     info = {1, 2, 3, 4, 5};
     EXPECT_EQ(Toupcam_PullImageV2(handle, pixels.data(), 32, &info), S_OK);
@@ -168,7 +168,7 @@ TEST_F(SimFault, raw_buffer_pushed_from_inside_a_callback_is_refused) {
     Toupcam_Close(handle);
 }
 
-TEST_F(SimFault, waiting_raw_buffer_is_given_up_when_the_stream_stops) {
+TEST_F(SimFault, waiting_raw_buffer_is_cancelled_when_the_stream_stops) {
     const HToupcam handle = openOnly(SimCameraText());
     for (int i = 0; i < 20;
          ++i) { // whether the buffer or the stop comes first is a race on purpose
@@ -182,7 +182,7 @@ TEST_F(SimFault, waiting_raw_buffer_is_given_up_when_the_stream_stops) {
         std::thread stopper([&] { Toupcam_Stop(handle); });
         ASSERT_TRUE(eventually([&] { return Toupcam_Snap(handle, 0) == E_UNEXPECTED; }));
         gate.open();
-        pusher.join(); // hangs here if nobody tells it
+        pusher.join(); // hangs here if it is not notified
         stopper.join();
     }
     BITMAPINFOHEADER header{};
@@ -200,7 +200,7 @@ TEST_F(SimFault, fired_event_is_reported_before_the_call_returns) {
     EXPECT_EQ(ToupcamSim_fireEvent("cam", 0x80), 0);
 }
 
-TEST_F(SimFault, plan_unplugs_after_exactly_so_many_frames_in_every_run) {
+TEST_F(SimFault, plan_unplugs_after_exactly_the_same_frame_in_every_run) {
     for (int run = 0; run < 3; ++run) {
         load(makeScene({SimCameraText()},
                        R"([{"do": "unplug", "camera": "cam", "afterFrames": 5}])"));
@@ -299,7 +299,7 @@ TEST_F(SimFault, random_losses_are_the_same_for_the_same_seed) {
     EXPECT_GT(first.back(), 25); // twenty frames arrived, about as many did not
 }
 
-TEST_F(SimFault, new_scene_forgets_the_faults_of_the_old_one) {
+TEST_F(SimFault, new_scene_discards_the_faults_of_the_old_one) {
     ToupcamSim_failCall("Toupcam_Open", 0, 0, E_FAIL);
     load(makeScene({SimCameraText()}));
     EXPECT_NE(open(), nullptr);

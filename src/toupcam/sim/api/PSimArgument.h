@@ -18,7 +18,7 @@ struct Text {
     std::size_t maximum; ///< bytes that may be read
 };
 
-/// A pointer of which only null or not null is told: "fn", "ctx", "data".
+/// A pointer, of which the journal shows only whether it is null: "fn", "ctx", "data".
 struct Named {
     bool present;
     const char* name;
@@ -30,6 +30,7 @@ struct Out {
     const T* value;
 };
 
+/// The wrappers for each kind of argument.
 template <typename T>
 Out<T> out(const T* value) {
     return {value};
@@ -48,6 +49,7 @@ inline Named buffer(const void* pointer) {
     return {pointer != nullptr, "data"};
 }
 
+/// The text of one argument: numbers in decimal, the wrappers as they say.
 template <typename T>
 std::string write(T value) {
     static_assert(std::is_integral_v<T>);

@@ -12,6 +12,7 @@
 /// of the handle, a barrier for exceptions, a line in the journal. Callable from any thread.
 namespace PSimCall {
 
+/// The text of one argument for the journal; of a handle its name.
 inline std::string written(HToupcam handle) {
     return PSimWorld::instance().handleName(handle);
 }
@@ -21,7 +22,7 @@ std::string written(const T& argument) {
     return PSimArgument::write(argument);
 }
 
-/// Does the work unless the call shall fail; no exception leaves it.
+/// Does the work unless the call is to fail; no exception leaves it.
 template <typename Work>
 HRESULT guarded(const char* function, std::optional<unsigned> option, const Work& work) noexcept {
     try {
@@ -44,7 +45,7 @@ void record(const char* function, const std::string& result,
         ((line += comma + written(arguments), comma = ", "), ...);
         PSimWorld::instance().journal().add(line + ")" + (result.empty() ? "" : " = " + result));
     } catch (...) {
-        // No memory for a line of the journal must not become the client's trouble.
+        // Without memory for its line the journal has a gap; the client's call is not affected.
     }
 }
 
@@ -60,7 +61,7 @@ HRESULT onHandle(const char* function, std::optional<unsigned> option, HToupcam 
     return result;
 }
 
-/// A call that needs an open handle of a camera that is still there.
+/// A call that needs an open handle of a camera that is still plugged in.
 template <typename Work, typename... Arguments>
 HRESULT onCamera(const char* function, HToupcam handle, const Work& work,
                  const Arguments&... arguments) noexcept {

@@ -75,7 +75,7 @@ unsigned Toupcam_EnumV2(ToupcamDeviceV2 pti[TOUPCAM_MAX]) {
         found = PSimWorld::instance().enumerate();
         return HRESULT{TOUPCAM_MAX};
     });
-    // A failure that is asked for is a number of cameras; more than there are cannot be listed.
+    // An injected failure is a number of cameras; more than there are cannot be listed.
     const auto most = static_cast<std::size_t>(std::clamp(injected, 0, TOUPCAM_MAX));
     const std::size_t count = pti ? std::min(most, found.size()) : 0;
     std::copy_n(found.begin(), count, pti);

@@ -13,13 +13,13 @@
 extern "C" {
 #endif
 
-/// Version text of the simulator; its presence tells a simulated SDK from the maker's.
+/// Version text of the simulator; its presence distinguishes a simulated SDK from the maker's.
 TOUPCAM_API(const char*) ToupcamSim_version(void);
 
 /// Replaces the scene by the one in this JSON text. All cameras open now are unplugged first, and
 /// the faults of the old scene are forgotten. Not from inside a callback.
-/// Returns null on success, else a text that names what is wrong and where (valid until the next
-/// call on the same thread); on failure the scene is unchanged.
+/// Returns null on success, otherwise a text that names what is wrong and where (valid until the
+/// next call on the same thread); on failure the scene is unchanged.
 TOUPCAM_API(const char*) ToupcamSim_loadScene(const char* json);
 
 /// Back to the built-in scene, with an empty journal and no faults. Every open handle must have
@@ -58,11 +58,11 @@ TOUPCAM_API(void) ToupcamSim_delayCall(const char* function, unsigned ms);
 TOUPCAM_API(void)
 ToupcamSim_reportSize(const char* function, unsigned width, unsigned height);
 
-/// Makes every call of Toupcam_get_Option with this option answer this value, also one that the
+/// Makes every call of Toupcam_get_Option with this option return this value, also one that the
 /// option cannot take.
 TOUPCAM_API(void) ToupcamSim_answerOption(unsigned option, int value);
 
-/// Forgets all failures, delays, reported sizes and answers.
+/// Clears all failures, delays, reported sizes and option values.
 TOUPCAM_API(void) ToupcamSim_clearFaults(void);
 
 /// While held, the camera produces frames that never arrive (they are lost in the camera).
@@ -97,7 +97,7 @@ ToupcamSim_frameCount(const char* camId, unsigned long long* produced,
 
 /// The journal: one line for every SDK call since the last clear, oldest first, as
 /// "Toupcam_put_Option(h1, 17, 0) = 0". Handles are written h1, h2, … in the order of their opening
-/// (h0: a null handle, h?: none of ours), results in decimal (of Toupcam_Open the handle), output
+/// (h0: a null handle, h?: not given out), results in decimal (of Toupcam_Open the handle), output
 /// arguments as they are on return, texts in double quotes, callbacks "fn" or "null", contexts
 /// "ctx" or "null". Returns the number of lines; a copy of line `index` goes into `line` (at most
 /// `size` bytes with the NUL) when it is not null. Journal lines beyond 100,000 drop the oldest.

@@ -10,7 +10,7 @@ constexpr unsigned kSizeStep = 4;
 constexpr unsigned kOffsetStep = 2;
 
 bool fitsAlong(unsigned offset, unsigned length, unsigned limit) {
-    // 64 bits: a client may ask for anything.
+    // 64 bits: a client may pass anything.
     return length >= kSizeStep && length % kSizeStep == 0 && offset % kOffsetStep == 0 &&
            std::uint64_t{offset} + length <= limit;
 }

@@ -24,14 +24,14 @@ struct PSimRegion {
         return x == other.x && y == other.y && width == other.width && height == other.height;
     }
 
-    /// Whether a camera with this many pixels takes it: whole or, else, inside, at least 4 x 4
+    /// Whether a camera with this many pixels accepts it: the whole, or inside, at least 4 x 4
     /// pixels, width and height multiples of 4, offsets even.
     bool fits(const PSimSize& size) const;
-    /// The same part of the field at another resolution, cut to what that one takes.
+    /// The same part of the field at another resolution, cut to what is accepted there.
     PSimRegion scaled(const PSimSize& from, const PSimSize& to) const;
 };
 
-/// Where a pixel of the sensor comes to lie, turning and flipping together: columns and rows are
+/// Where a pixel of the sensor ends up, by rotation and flips together: columns and rows are
 /// exchanged first, if at all, then the result is mirrored.
 struct PSimOrientation {
     bool exchanged = false;
@@ -39,8 +39,9 @@ struct PSimOrientation {
     bool mirroredY = false;
 };
 
-/// What becomes of the sensor's pixels, in this order: the region is cut out, binning joins squares
-/// of pixels (what does not fill a square is cut off), flips, rotation. Plain values.
+/// What happens to the sensor's pixels, in this order: the region is cut out, binning joins squares
+/// of pixels (what does not fill a square is cut off), flips, rotation. Plain values, for any
+/// thread.
 struct PSimGeometry {
     PSimRegion region;
     unsigned binning = 1; ///< pixels to a side of the square, 1 … 4
@@ -49,6 +50,7 @@ struct PSimGeometry {
     bool vFlip = false;
     unsigned rotation = 0; ///< degrees clockwise: 0, 90, 180, 270
 
+    /// Flips and rotation together.
     PSimOrientation orientation() const;
     /// After region and binning.
     PSimSize binnedSize() const { return {region.width / binning, region.height / binning}; }

@@ -16,12 +16,12 @@ struct PSimMeans {
 };
 
 /// Measures a picture row by row, from a grid of some thousand pixels of it: what auto-exposure and
-/// white balance go by. Used on one thread.
+/// white balance use. Used on one thread.
 class PSimMeter {
 public:
     PSimMeter(const PSimSize& size, unsigned channels);
 
-    /// Row `y` of the picture; every row is shown once.
+    /// Row `y` of the picture; every row is added once.
     void add(unsigned y, const std::uint8_t* row);
     PSimMeans means(bool blueFirst) const;
 

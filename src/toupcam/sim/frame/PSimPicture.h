@@ -8,7 +8,8 @@
 #include <cstdint>
 #include <vector>
 
-/// One picture as the camera delivers it: rows on 4-byte boundaries, top row first.
+/// One picture as the camera delivers it: rows on 4-byte boundaries, top row first. Used by
+/// one thread at a time.
 struct PSimPicture {
     const std::uint8_t* pixels = nullptr; ///< into `memory`, or into the image source's
     std::vector<std::uint8_t> memory;     ///< kept from picture to picture
@@ -22,7 +23,8 @@ struct PSimPicture {
 
     std::size_t stride() const { return (std::size_t{width} * bits + 31) / 32 * 4; }
     std::size_t bytes() const { return stride() * height; }
+    /// The header that push mode delivers with the pixels.
     BITMAPINFOHEADER header() const;
-    /// Makes the memory large enough and has `pixels` point there.
+    /// Makes the memory large enough and points `pixels` there.
     std::uint8_t* ownPixels();
 };

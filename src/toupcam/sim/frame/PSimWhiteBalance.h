@@ -16,6 +16,7 @@ constexpr int kNeutralTint = 1000;
 /// Red, green and blue.
 using Channels = std::array<double, 3>;
 
+/// A white-balance setting of the client.
 struct Setting {
     int temperature = kNeutralTemperature; ///< kelvin, 2000 … 15000
     int tint = kNeutralTint;               ///< 200 … 2500

@@ -10,4 +10,5 @@
 /// and saturation. Callable from any thread.
 using PSimColourMatrix = std::array<std::array<double, 3>, 3>;
 
+/// The matrix of these settings; the identity if they change no colour.
 PSimColourMatrix simColourMatrix(const PSimImageSettings& settings);

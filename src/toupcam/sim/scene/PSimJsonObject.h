@@ -10,26 +10,28 @@
 #include <limits>
 #include <stdexcept>
 
-/// Something wrong in a scene text; what() names the place, what stands there and what was
-/// expected.
+/// An error in a scene text; what() names the place, what was found there and what was expected.
 class PSimSceneError : public std::runtime_error {
 public:
     PSimSceneError(const QString& place, const QString& complaint);
 };
 
 /// Reads one JSON object strictly: values of the wrong kind or out of range, missing ones, and keys
-/// nobody asked for throw PSimSceneError. Used on one thread.
+/// not read throw PSimSceneError. Used on one thread.
 class PSimJsonObject {
 public:
-    /// As a bound: whatever fits.
+    /// As a bound: anything that fits.
     static constexpr double kMaxUnsigned = std::numeric_limits<unsigned>::max();
 
     PSimJsonObject(const QJsonValue& value, const QString& place);
 
+    /// Whether the key exists, and whether its value is null; neither counts as reading it.
     bool has(const char* key) const { return m_object.contains(QLatin1String(key)); }
     bool isNull(const char* key) const { return m_object.value(QLatin1String(key)).isNull(); }
+    /// The place of a key in the scene, as errors name it.
     QString place(const char* key) const;
 
+    /// The value under a key, of the kind that the function says; `fallback` if it is missing.
     QString text(const char* key, const QString& fallback);
     QString requiredText(const char* key);
     bool boolean(const char* key, bool fallback);
@@ -44,9 +46,9 @@ public:
     /// Calls `read` with each element of an array and its place; a missing key is an empty array.
     void forEach(const char* key,
                  const std::function<void(const QJsonValue&, const QString&)>& read);
-    /// Which of the texts stands under the key.
+    /// The index of the text under the key, which is one of these.
     int choice(const char* key, std::initializer_list<const char*> texts);
-    /// Throws if there is a key that none of the calls above asked for.
+    /// Throws if there is a key that none of the calls above has read.
     void finish() const;
 
     /// Throws about the value under a key.

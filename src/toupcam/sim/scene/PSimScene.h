@@ -23,6 +23,7 @@ struct PSimResolution {
 
 /// What lies under the lens.
 struct PSimSourceSpec {
+    /// What it shows.
     enum class Kind {
         Tissue,       ///< procedural stained tissue section in bright field
         Fluorescence, ///< procedural fluorescent cells on a dark background
@@ -52,6 +53,7 @@ struct PSimSensorSpec {
     double darkCurrent = 0.0;        ///< electrons a second at 25 degrees C, without light
 };
 
+/// The range of the exposure time, and auto-exposure.
 struct PSimExposureSpec {
     unsigned minimum = 50; ///< microseconds, as all of these
     unsigned maximum = 15000000;
@@ -61,6 +63,7 @@ struct PSimExposureSpec {
     unsigned automaticMaximum = 350000;
 };
 
+/// The range of the gain.
 struct PSimGainSpec {
     unsigned short minimum = 100; ///< per cent, as all of these
     unsigned short maximum = 500;
@@ -102,6 +105,7 @@ struct PSimCameraSpec {
 
 /// One step of the fault plan.
 struct PSimFaultSpec {
+    /// What the step does.
     enum class Action {
         Unplug,
         Plug,

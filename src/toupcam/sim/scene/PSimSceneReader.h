@@ -13,7 +13,7 @@ public:
     /// The same from a file; pictures are meant from the file's folder.
     static PSimScene readFile(const QString& path);
 
-    /// The scene that is there when nobody loads another.
+    /// The scene that is used until another is loaded.
     static PSimScene builtin();
 
     /// The text of the built-in scene.

@@ -14,7 +14,7 @@ struct PSimRowFactors {
 };
 
 /// Exposes `count` pixels' channels: light, its roots and two rows of noise in, counts out. Free of
-/// branches, so that the compiler makes vector instructions of it.
+/// branches, so that the compiler makes vector instructions of it. Callable from any thread.
 void simExposeRow(const std::uint8_t* light, const std::uint8_t* roots, const std::int8_t* shot,
                   const std::int8_t* read, std::size_t count, const PSimRowFactors& factors,
                   std::uint8_t* out);

@@ -19,9 +19,10 @@ public:
     virtual void take(const PSimShot& shot, std::uint64_t frame, PSimPicture& picture) = 0;
     /// Whether exposure and gain change the pictures.
     virtual bool isExposed() const = 0;
-    /// Whether pictures come as fast as they are taken away instead of at the camera's rate.
+    /// Whether pictures come as fast as they are delivered instead of at the camera's rate.
     virtual bool isUnpaced() const { return false; }
 
+    /// The source that the scene gives this camera; `seed` chooses its noise.
     static std::shared_ptr<PSimImageSource> create(std::shared_ptr<const PSimCameraSpec> spec,
                                                    std::uint64_t seed);
 };

@@ -22,6 +22,7 @@ public:
     std::uint8_t* row(unsigned y) { return m_values.data() + std::size_t{y} * m_width; }
     const std::uint8_t* row(unsigned y) const { return m_values.data() + std::size_t{y} * m_width; }
 
+    /// A share, 0 … 1, as a value of the plane.
     static std::uint8_t byte(float share) {
         return static_cast<std::uint8_t>(std::clamp(share, 0.0F, 1.0F) * 255.0F + 0.5F);
     }

@@ -6,8 +6,8 @@
 #include <map>
 #include <mutex>
 
-/// Pictures that exist before they are asked for: exact, without noise, the same at any exposure.
-/// While no setting changes it, a frame costs nothing but handing out a pointer; the memory lives
+/// Pictures that exist before they are taken: exact, without noise, the same at any exposure.
+/// While no setting changes it, a frame costs no more than a pointer; the memory lives
 /// as long as the source.
 class PSimPrerenderedSource : public PSimImageSource {
 public:
@@ -57,7 +57,7 @@ protected:
     void paint(unsigned index, const PSimPicture& form, std::uint8_t* out) const override;
 };
 
-/// A ring of grey ramps; the first byte of each is its place in the ring. Always as they are.
+/// A ring of grey ramps; the first byte of each is its place in the ring. No setting changes them.
 class PSimRingSource : public PSimPrerenderedSource {
 public:
     using PSimPrerenderedSource::PSimPrerenderedSource;

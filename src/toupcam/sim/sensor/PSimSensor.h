@@ -13,12 +13,12 @@
 /// electrons, at most the full well, with a variance of e (photon shot noise) plus the square of
 /// the read noise; it reads offset + e x gain / electronsPerCount counts, at most 255. So the
 /// variance of a pixel over many frames is a straight line over its mean with the slope gain /
-/// electronsPerCount: the photon-transfer curve. Dark current adds electrons of its own, as many
-/// whatever the light, with their own noise. Used on one thread.
+/// electronsPerCount: the photon-transfer curve. Dark current adds its own electrons, independent
+/// of the light, with their own noise. Used on one thread.
 class PSimSensor : public PSimRows {
 public:
     /// The part of the light that begins at pixel x, y of it and is as large as the shot's region.
-    /// `flicker` is the lamp's; `seed` chooses the noise: the same number gives the same picture.
+    /// `flicker` is the lamp's; `seed` chooses the noise: the same seed gives the same picture.
     /// Spec, light and shot must outlive this.
     PSimSensor(const PSimSensorSpec& spec, const PSimLight& light, unsigned x, unsigned y,
                const PSimShot& shot, const PSimFlicker& flicker, std::uint64_t seed);

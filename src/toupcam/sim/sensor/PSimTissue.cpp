@@ -8,7 +8,7 @@ namespace {
 constexpr float kTissueUnitsWide = 5440.0F;
 constexpr float kPi = 3.14159265F;
 constexpr unsigned kGroundStep =
-    4; // ground is computed every so many pixels and interpolated between
+    4; // pixels between two computed values of the ground; the others are interpolated
 
 float smoothStep(float low, float high, float x) {
     const float t = std::clamp((x - low) / (high - low), 0.0F, 1.0F);

@@ -18,11 +18,11 @@ class PSimAutoExposure {
 public:
     PSimAutoExposure(const PSimExposureSpec& exposure, const PSimGainSpec& gain);
 
-    /// What to expose the next frame with, when this one was taken with `current` and its mean
-    /// brightness is `mean` where `target` is wanted (both 0 … 255): time first, then gain. The
-    /// same again when the brightness is near enough or nothing more can be done. With a `beat`,
-    /// the time in which the lamp's light comes and goes (microseconds, 0: steady), a time as long
-    /// or longer is a multiple of it, and the gain makes up for the rest.
+    /// The exposure of the next frame when this one was taken with `current` and has the mean
+    /// brightness `mean`, with `target` as the aim (both 0 … 255): time first, then gain.
+    /// Unchanged when the brightness is near enough or at its limit. With a `beat`, the period of
+    /// the lamp's pulses (microseconds, 0: steady), a time as long or longer is a multiple of it,
+    /// and the gain makes up for the rest.
     PSimExposure next(PSimExposure current, double mean, double target, double beat) const;
 
 private:

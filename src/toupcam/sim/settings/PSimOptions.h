@@ -6,8 +6,9 @@
 
 #include <map>
 
-/// The options of Toupcam_put_Option that are no more than a value, checked: E_NOTIMPL for one this
-/// model has not, E_INVALIDARG out of range. Guarded by its owner's lock.
+/// The options of Toupcam_put_Option that are no more than a value, checked: E_NOTIMPL for one that
+/// this model does not have, E_INVALIDARG out of range. Any thread may use it under its owner's
+/// lock.
 class PSimOptions {
 public:
     /// In the binning option: pixels are averaged rather than summed.
@@ -16,10 +17,11 @@ public:
     /// Power-on values.
     explicit PSimOptions(const PSimCameraSpec& spec);
 
+    /// Sets an option; an error changes nothing.
     HRESULT set(unsigned option, int value);
     /// E_POINTER for a null output.
     HRESULT get(unsigned option, int* value) const;
-    /// The value in force; `otherwise` if this model has not got the option.
+    /// The applied value; `otherwise` if this model does not have the option.
     int value(unsigned option, int otherwise) const;
 
 private:

@@ -24,7 +24,7 @@ enum class PSimScalar {
 };
 
 /// The values of these settings, checked. A grey camera does not have those that are about colour:
-/// E_NOTIMPL. Guarded by its owner's lock.
+/// E_NOTIMPL. Any thread may use it under its owner's lock.
 class PSimScalarSettings {
 public:
     /// Power-on values.
@@ -36,7 +36,7 @@ public:
     HRESULT set(PSimScalar scalar, int value);
     /// E_POINTER for a null output, E_NOTIMPL.
     HRESULT get(PSimScalar scalar, int* value) const;
-    /// The value in force, whether the camera has the setting or not.
+    /// The applied value, whether the camera has the setting or not.
     int value(PSimScalar scalar) const { return m_values[static_cast<std::size_t>(scalar)]; }
 
 private:

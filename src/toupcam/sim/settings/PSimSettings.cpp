@@ -12,7 +12,7 @@ namespace {
 constexpr short kColdestTarget = -500;
 constexpr short kWarmestTarget = 400;
 
-// Light fed with alternating current comes and goes twice in each period.
+// The light of a lamp on alternating current pulses twice in each period.
 double beatPeriod(int lightFrequency) {
     constexpr double kMicroseconds = 1e6;
     constexpr double beats[] = {kMicroseconds / 120.0, kMicroseconds / 100.0, 0.0};
@@ -107,7 +107,7 @@ HRESULT PSimSettings::tempTint(int* temperature, int* tint) const {
 }
 
 HRESULT PSimSettings::setRealTime(int value) {
-    // Every mode comes to the same here: the simulated camera never queues frames.
+    // Every mode has the same effect: the simulated camera never queues frames.
     return value >= 0 && value <= 2 ? S_OK : E_INVALIDARG;
 }
 

@@ -68,8 +68,8 @@ public:
     /// When frames fall due: the trigger mode, and the slowest of sensor, speed level, link,
     /// frame-rate limit and exposure time.
     PSimPace pace() const;
-    /// Lets auto-exposure, if it is on, answer a frame of this mean brightness (0 … 255). True if
-    /// it changed time or gain.
+    /// Lets auto-exposure, if it is on, adapt to a frame of this mean brightness (0 … 255). True
+    /// if it changed time or gain.
     bool adapt(double mean);
     /// Makes the white balance neutral for a picture with these means.
     void balance(const PSimMeans& means);

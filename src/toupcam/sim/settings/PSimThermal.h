@@ -6,7 +6,7 @@
 #include <chrono>
 #include <mutex>
 
-/// What the client lets the cooler and the fan do.
+/// The cooler and fan settings of the client.
 struct PSimCooling {
     bool cooler = false;
     int target = 150; ///< of the sensor, 0.1 degrees C
@@ -29,8 +29,9 @@ public:
 
     explicit PSimThermal(const PSimCameraSpec& spec);
 
+    /// Applies other settings from now on.
     void drive(const PSimCooling& cooling);
-    /// Every stream is told when it begins and when it ends.
+    /// To be called when a stream begins and when it ends.
     void streamBegins() { changeStreams(1); }
     void streamEnds() { changeStreams(-1); }
 

@@ -11,26 +11,29 @@ class PSimDelivery {
 public:
     virtual ~PSimDelivery() = default;
 
-    /// Begins, with threads marked as those of `owner`; `wake` makes the stream look for work.
+    /// Begins, with threads marked as those of `owner`; `wake` makes the stream check for work.
     virtual void start(const void* owner, std::function<void()> wake) = 0;
     /// Hands a live frame over; may exchange `picture` for another one with memory to reuse.
     virtual void frame(PSimPicture& picture) = 0;
     /// The same for a still picture.
     virtual void still(PSimPicture& picture) = 0;
-    /// Whether a frame handed over now would not replace one the client was not told of yet.
+    /// Whether a frame handed over now would not replace one that is not yet announced to the
+    /// client.
     virtual bool isReady() const = 0;
-    /// Tells the client that the camera is gone, then calls `afterwards`.
+    /// Reports to the client that the camera is gone, then calls `afterwards`.
     virtual void lost(std::function<void()> afterwards) = 0;
-    /// Tells the client that auto-exposure changed something.
+    /// Reports to the client that auto-exposure changed something.
     virtual void exposureChanged() = 0;
 
     /// Pushes any buffer with any header; false if this way does not push.
     virtual bool raw(const void* data, const BITMAPINFOHEADER* header, int isSnapshot) = 0;
-    /// Tells any event, then calls `afterwards`; false if this way has no events.
+    /// Reports any event, then calls `afterwards`; false if this way has no events.
     virtual bool event(unsigned code, std::function<void()> afterwards) = 0;
     /// Copies the newest live or still picture out; any thread. See Toupcam_PullImageV2.
     virtual HRESULT pull(bool still, void* buffer, int bits, ToupcamFrameInfoV2* info) = 0;
 
+    /// Makes its threads end after the callbacks in progress.
     virtual void requestStop() = 0;
+    /// Waits for their end; not from one of them.
     virtual void join() = 0;
 };

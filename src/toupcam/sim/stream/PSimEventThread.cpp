@@ -77,7 +77,7 @@ void PSimEventThread::run() {
     }
 }
 
-// The next event, waiting for it; none: the thread is to end. After a request to stop,
+// Waits for the next event and returns it; none: the thread is to end. After a request to stop,
 // events are not reported.
 std::optional<PSimEventThread::Task> PSimEventThread::next() {
     std::unique_lock lock(m_mutex);

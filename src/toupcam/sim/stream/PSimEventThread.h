@@ -24,14 +24,14 @@ public:
     void start(const void* owner);
 
     /// Queues a code; `afterwards` runs on the event thread when the callback has returned, or when
-    /// the thread ends without having come to it.
+    /// the thread ends before it.
     void post(unsigned code, std::function<void()> afterwards = {});
     /// Queues a code unless the same one waits already: a slow client gets no backlog of pictures.
     void postOnce(unsigned code, std::function<void()> afterwards = {});
-    /// Whether this code waits to be told.
+    /// Whether this code waits to be reported.
     bool isWaiting(unsigned code) const;
 
-    /// Asks the thread to end after the callback in progress.
+    /// Makes the thread end after the callback in progress.
     void requestStop();
     /// Waits for the end; not from the event thread itself.
     void join();

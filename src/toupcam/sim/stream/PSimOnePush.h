@@ -6,23 +6,24 @@
 #include <optional>
 #include <utility>
 
-/// One-push white balance that somebody has asked for: goes by the second frame delivered after
-/// that, because the first may have been exposed before. Guarded by its owner's lock.
+/// A request for one-push white balance: it uses the second frame delivered after the request,
+/// because the first may have been exposed before. Any thread may use it under its owner's lock.
 class PSimOnePush {
 public:
+    /// Whom to call with the result; the callback may be null.
     struct Request {
         PITOUPCAM_TEMPTINT_CALLBACK callback = nullptr;
         void* context = nullptr;
     };
 
-    /// Takes the place of a request that still waits.
+    /// Replaces a request that still waits.
     void place(const Request& request) {
         m_request = request;
         m_frames = kFrames;
     }
     void drop() { m_request.reset(); }
 
-    /// A frame has been delivered: the request that goes by it, which is done then, or none.
+    /// A frame has been delivered: returns the request that uses it, if any, and removes it.
     std::optional<Request> delivered() {
         if (!m_request || --m_frames > 0)
             return std::nullopt;

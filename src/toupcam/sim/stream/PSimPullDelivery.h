@@ -25,14 +25,14 @@ public:
     void join() override;
 
 private:
-    /// The newest picture, waiting to be pulled. One that a client has asked the size of stays
-    /// until it is pulled or asked for anew: the client makes its buffer for that one.
+    /// The newest picture, waiting to be pulled. One whose size a client has queried stays until
+    /// it is pulled or queried again: the client allocates its buffer for that one.
     struct Slot {
         std::mutex mutex; // guards the pictures while they are exchanged or copied
         PSimPicture picture;
         PSimPicture newer;
         bool full = false;
-        bool promised = false; // its size has been told
+        bool promised = false; // its size has been queried
         bool hasNewer = false;
 
         void put(PSimPicture& next);

@@ -85,7 +85,7 @@ bool PSimStreamSchedule::isFrameDue(Time now) {
     return isFree() ? !m_link->held && m_delivery->isReady() : m_shutter.isDue(now);
 }
 
-// Whether frames come as fast as they are taken away.
+// Whether frames come as fast as they are delivered.
 bool PSimStreamSchedule::isFree() const {
     return m_link->source->isUnpaced() && !m_shutter.isTriggered();
 }
@@ -122,7 +122,7 @@ void PSimStreamSchedule::requestStop() {
 }
 
 void PSimStreamSchedule::wake() {
-    // Under the lock, so that it cannot come between the thread's look for work and its wait.
+    // Under the lock, so that it cannot fall between the thread's check for work and its wait.
     const std::lock_guard lock(m_mutex);
     m_wake.notify_all();
 }

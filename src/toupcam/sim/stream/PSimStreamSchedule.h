@@ -53,7 +53,7 @@ public:
 
     /// A stream begins; unpaced frames come when `delivery` is ready for them.
     void begin(std::shared_ptr<const PSimDelivery> delivery);
-    /// The next piece of work, waiting for it; none: the stream is to end.
+    /// Waits for the next piece of work and returns it; none: the stream is to end.
     std::optional<Work> next();
     /// Counts a frame as delivered; false if the stream was stopped or lost while it was made.
     bool deliver();
@@ -63,7 +63,7 @@ public:
 
     /// Makes the producing thread stop after the work in progress.
     void requestStop();
-    /// The delivery has become ready, or the like: looks for work again.
+    /// The delivery has become ready, or the like: checks for work again.
     void wake();
     /// Settings changed: the time the next frame falls due may have, too.
     void settingsChanged();

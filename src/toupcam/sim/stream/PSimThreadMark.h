@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// Tells whether the calling thread is one of an object's own threads, which must not wait for
-/// themselves. Each of those threads makes one mark for as long as it runs.
+/// Shows whether the calling thread is one of an object's own threads, which must not wait for
+/// themselves. Each of those threads holds one mark for as long as it runs.
 class PSimThreadMark {
 public:
     explicit PSimThreadMark(const void* owner) { s_owner = owner; }

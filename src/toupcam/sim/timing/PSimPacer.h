@@ -6,12 +6,12 @@
 #include <cstdint>
 
 /// Keeps a stream's time: when the next frame falls due and how many have. Frames that fall due
-/// while nobody takes them are lost but counted. Guarded by its owner's lock.
+/// and are not taken are lost but counted. Any thread may use it under its owner's lock.
 class PSimPacer {
 public:
     using Clock = std::chrono::steady_clock;
 
-    /// Begins anew; the first frame falls due one period after `now`.
+    /// Starts again from zero; the first frame falls due one period after `now`.
     void start(Clock::time_point now) {
         m_start = now;
         m_last = now;
@@ -33,7 +33,7 @@ public:
         m_last += static_cast<std::int64_t>(count) * period;
     }
 
-    /// Counts one frame that is produced now, whatever the time.
+    /// Counts one frame that is produced now, due or not.
     void produceNow(Clock::time_point now) {
         ++m_produced;
         m_last = now;
@@ -42,8 +42,8 @@ public:
     /// The next frame falls due one period after `now`.
     void pauseUntil(Clock::time_point now) { m_last = now; }
 
-    /// The period becomes another one. A frame that is due stays due, those before it are counted;
-    /// one that is not, but would have been for long with the new period, falls due now.
+    /// Changes the period. A frame that is due stays due, those before it are counted; one that is
+    /// not, but would have been long ago with the new period, falls due now.
     void changePeriod(Clock::time_point now, std::chrono::nanoseconds old,
                       std::chrono::nanoseconds next) {
         const std::uint64_t waiting = fallen(now, old);

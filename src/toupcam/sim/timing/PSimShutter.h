@@ -10,17 +10,18 @@ struct PSimPace {
     PSimTrigger::Mode mode = PSimTrigger::Mode::Video;
 };
 
-/// Opens for one frame after the other: at the camera's rate, or as it is triggered. Guarded by its
-/// owner's lock.
+/// Opens for one frame after the other: at the camera's rate, or as it is triggered. Any thread may
+/// use it under its owner's lock.
 class PSimShutter {
 public:
     using Time = PSimPacer::Clock::time_point;
 
     explicit PSimShutter(const PSimExternalTriggerSpec& source);
 
+    /// Starts from zero; the first frame falls due one period after `now`, or when triggered.
     void start(Time now, const PSimPace& pace);
-    /// The settings have changed. An exposure under way that is too long by them ends now; one in
-    /// another mode is given up.
+    /// The settings have changed. A current exposure that is too long by them ends now; one in
+    /// another mode is cancelled.
     void change(Time now, const PSimPace& pace);
     bool isTriggered() const { return m_pace.mode != PSimTrigger::Mode::Video; }
     PSimTrigger& trigger() { return m_trigger; }
@@ -28,11 +29,11 @@ public:
 
     /// Whether a frame has fallen due.
     bool isDue(Time now);
-    /// When to look again, unless something is asked for before; none: nothing comes by itself.
+    /// When to check again, unless there is a trigger before; none: no frame comes by itself.
     std::optional<Time> nextTime() const;
     /// Counts what has fallen due: the newest is taken, others were lost. False if none has.
     bool take(Time now);
-    /// Counts one frame that is produced now, whatever the time.
+    /// Counts one frame that is produced now, due or not.
     void takeNow(Time now) { m_pacer.produceNow(now); }
     /// Counts what has fallen due and is lost.
     void settle(Time now);

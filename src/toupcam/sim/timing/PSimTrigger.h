@@ -6,8 +6,8 @@
 
 #include <optional>
 
-/// Triggered exposures: who asked for how many, and when the one under way began. Guarded by its
-/// owner's lock.
+/// Triggered exposures: how many are still to come, and when the current one began. Any thread may
+/// use it under its owner's lock.
 class PSimTrigger {
 public:
     using Time = PSimPacer::Clock::time_point;
@@ -17,24 +17,25 @@ public:
 
     explicit PSimTrigger(const PSimExternalTriggerSpec& source);
 
-    /// Forgets everything; an external source sends its first signal one period after `now`.
+    /// Clears everything; an external source sends its first signal one period after `now`.
     void begin(Mode mode, Time now);
     Mode mode() const { return m_mode; }
 
     /// Software trigger: `count` frames in place of those still to come, 0xffff without end, 0
     /// none.
     void request(unsigned count, Time now);
-    /// A signal at the external input. False if it is missed: the camera is exposing, or does not
-    /// listen.
+    /// A signal at the external input. False if it is missed: the camera is exposing, or in another
+    /// mode.
     bool signal(Time when);
-    /// Lets the external source send what it has sent up to `now`.
+    /// Takes in the signals that the external source has sent up to `now`.
     void advance(Time now);
 
-    /// When the exposure under way began.
+    /// When the current exposure began.
     std::optional<Time> exposingSince() const { return m_since; }
-    /// Lets it have begun no earlier than this: the time it takes has become shorter.
+    /// Moves the beginning of the current exposure to this time if it was earlier: the exposure
+    /// time has become shorter.
     void beginNoEarlier(Time limit);
-    /// The exposure under way has given its frame; the next one of a run begins now.
+    /// The current exposure has produced its frame; the next one of a run begins now.
     void taken(Time now);
 
     /// When the external source sends its next signal.

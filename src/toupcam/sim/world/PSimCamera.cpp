@@ -88,7 +88,7 @@ std::shared_ptr<PSimSession> PSimCamera::open() {
 void PSimCamera::closed(const std::shared_ptr<PSimSession>& session) {
     const std::lock_guard lock(m_mutex);
     if (m_session != session)
-        return; // replugged and opened anew before the old handle was closed
+        return; // replugged and opened again before the old handle was closed
     m_link->thermal->drive({});
     m_lastCounts = m_session->stream().counts();
     m_session.reset();

@@ -15,10 +15,11 @@ public:
                std::shared_ptr<PSimFrameObserver> observer);
 
     const PSimCameraSpec& spec() const { return *m_spec; }
-    /// What enumeration says about it. The model record stays valid for the rest of the process:
+    /// Its record in the enumeration. The model record stays valid for the rest of the process:
     /// clients keep the pointer, as the maker's library allows.
     ToupcamDeviceV2 record() const;
 
+    /// Whether it is plugged in.
     bool isPlugged() const;
     /// Opens it; null if it is unplugged or open already.
     std::shared_ptr<PSimSession> open();
@@ -26,12 +27,14 @@ public:
     void closed(const std::shared_ptr<PSimSession>& session);
 
     /// Unplugs it; false if it is not plugged in. `afterwards` is called when an open session's
-    /// stream has told the loss, or at once if there is no stream.
+    /// stream has reported the loss, or at once if there is no stream.
     bool unplug(const std::function<void()>& afterwards);
     /// Plugs it in; false if it is plugged in already.
     bool plug();
 
+    /// While held, frames are produced but never arrive.
     void hold(bool held);
+    /// See PSimStream; false without an open session.
     bool pushRaw(const void* data, const BITMAPINFOHEADER* header, int isSnapshot);
     bool fireEvent(unsigned code);
     /// A signal at the external trigger input; see PSimStream.

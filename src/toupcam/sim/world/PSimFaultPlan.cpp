@@ -64,7 +64,7 @@ void PSimFaultPlan::start() {
     const std::lock_guard lock(m_mutex);
     if (!nextTimed())
         return;
-    // Detached: nothing is unloaded before the process ends, and nobody would join it then.
+    // Detached: nothing is unloaded before the process ends, and nothing would join it then.
     m_timerRuns = true;
     std::thread([self = shared_from_this()] { self->runTimer(); }).detach();
 }
@@ -88,7 +88,7 @@ bool PSimFaultPlan::isLost(const QByteArray& camera, std::uint64_t taken,
 }
 
 bool PSimFaultPlan::isUnlucky(const PSimFaultSpec& step, std::uint64_t taken) const {
-    // The frame's number decides, not the order of asking: the same in every run.
+    // The frame's number decides, not the order of the calls: the same in every run.
     PSimRandom random(PSimRandom::mix(m_seed ^ PSimRandom::mix(taken)));
     return random.uniform() < step.probability;
 }
@@ -156,7 +156,7 @@ void PSimFaultPlan::perform(const PSimFaultSpec& step) {
     case Action::PushMalformed:
         pushMalformed(step);
         break;
-    case Action::Lose: // asked for every frame
+    case Action::Lose: // checked for every frame
     case Action::DropTrigger:
     case Action::Fail: // done at the start
     case Action::Delay:

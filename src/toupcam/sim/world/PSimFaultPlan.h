@@ -9,8 +9,8 @@
 
 class PSimWorld;
 
-/// The fault plan of a scene: does each step once, when its time or its frame has come. The same
-/// plan does the same to the same frames in every run. Callable from any thread.
+/// The fault plan of a scene: performs each step once, when its time or its frame has come. The
+/// same plan does the same to the same frames in every run. Callable from any thread.
 class PSimFaultPlan : public std::enable_shared_from_this<PSimFaultPlan> {
 public:
     PSimFaultPlan(const PSimScene& scene, PSimWorld& world);

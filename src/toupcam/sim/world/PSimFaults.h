@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-/// Calls that shall fail, take longer or say something untrue. Callable from any thread.
+/// Calls that are to fail, take longer or return something false. Callable from any thread.
 class PSimFaults {
 public:
     /// Calls of `function` (with this option, if one is given) return `result`: the next `count`
@@ -21,16 +21,16 @@ public:
     void delay(const std::string& function, unsigned ms);
     /// Calls of `function` that copy a picture report this size for it; 0 x 0: none.
     void reportSize(const std::string& function, PSimSize size);
-    /// Reading this option answers `value`.
+    /// Reading this option returns `value`.
     void answerOption(unsigned option, int value);
     void clear();
 
-    /// Called for every SDK call: waits as long as the call shall be delayed, then returns the
-    /// result it shall have, if it shall fail.
+    /// Called for every SDK call: waits for the delay of the call, then returns the
+    /// result it is to fail with, if any.
     std::optional<HRESULT> onCall(const char* function, std::optional<unsigned> option);
-    /// The size that a pull shall report in the place of the picture's, if any.
+    /// The size that a pull is to report instead of the picture's, if any.
     std::optional<PSimSize> reportedSize(const char* function) const;
-    /// What reading the option shall answer in the place of the setting, if anything.
+    /// The value that reading the option is to return instead of the setting, if any.
     std::optional<int> replacedOption(unsigned option) const;
 
 private:

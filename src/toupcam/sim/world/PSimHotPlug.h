@@ -10,11 +10,11 @@
 /// thread, the callback itself included.
 class PSimHotPlug {
 public:
-    /// Registers the callback, or with null unregisters it. Returns when a callback of the earlier
-    /// registration in progress has returned, unless called from inside it.
+    /// Registers the callback, or with null unregisters it. Returns when a callback in progress of
+    /// the earlier registration has returned, unless called from inside it.
     void setCallback(PTOUPCAM_HOTPLUG callback, void* context);
 
-    /// Has the callback run once on the hot-plug thread; without a callback nothing happens.
+    /// Makes the callback run once on the hot-plug thread; does nothing without a callback.
     void notify();
 
 private:

@@ -22,14 +22,16 @@ public:
     /// The camera was unplugged; see PSimStream::reportLoss.
     bool unplugged(std::function<void()> afterwards);
 
+    /// Starts the stream in push or pull mode; E_POINTER without a callback. See PSimStream::start.
     HRESULT startPush(PTOUPCAM_DATA_CALLBACK callback, void* context);
     HRESULT startPull(PTOUPCAM_EVENT_CALLBACK callback, void* context);
+    /// Requests a still; E_INVALIDARG if there is no such resolution. See PSimStream::snap.
     HRESULT snap(unsigned resolution);
     /// One-push white balance; E_NOTIMPL on a grey camera. See PSimStream::balanceOnce.
     HRESULT balanceOnce(PITOUPCAM_TEMPTINT_CALLBACK callback, void* context);
     /// E_NOTIMPL if the camera has no software trigger. See PSimStream::trigger.
     HRESULT trigger(unsigned short count);
-    /// Applies a change to the settings, then lets the stream see it.
+    /// Applies a change to the settings, then notifies the stream.
     template <typename Change>
     HRESULT change(const Change& apply) {
         const HRESULT result = apply(*m_settings);

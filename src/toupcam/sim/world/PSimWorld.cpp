@@ -26,8 +26,8 @@ PSimWorld::PSimWorld() {
         loadFromEnvironment();
 }
 
-// A scene that cannot be read is no reason to fall back on cameras nobody asked for: there are
-// none.
+// A scene that cannot be read does not fall back on other cameras: there
+// are none.
 void PSimWorld::loadFromEnvironment() {
     const QByteArray path = qgetenv("TOUPCAM_SIM_SCENE");
     try {
@@ -75,7 +75,7 @@ void PSimWorld::load(const PSimScene& scene) {
 
 void PSimWorld::reset() {
     const std::lock_guard loading(m_loading);
-    unplugAll([] {}); // a new beginning, not an event a client is told of
+    unplugAll([] {}); // a fresh start, not an event for clients
     m_faults.clear();
     m_journal.clear();
     {

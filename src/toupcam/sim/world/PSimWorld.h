@@ -18,7 +18,7 @@
 /// faults. One for the process; callable from any thread.
 class PSimWorld {
 public:
-    /// The one world. Made at first use with the built-in scene or the one that the environment
+    /// The one world. Created at first use with the built-in scene or the one that the environment
     /// names, and never destroyed: SDK threads may outlive the end of main.
     static PSimWorld& instance();
 
