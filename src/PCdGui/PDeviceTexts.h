@@ -13,6 +13,7 @@ class PDevice;
 /// those that it has keep the language in which they were made. The device's thread.
 class PDeviceTexts {
 public:
+    /// The texts of one property.
     struct Texts {
         QString title;
         QString description;

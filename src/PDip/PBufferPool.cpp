@@ -123,7 +123,7 @@ struct PBufferPool::Core {
     void removeOldest(Leaving& leaving);
     void removeExpired(Leaving& leaving);
 
-    mutable std::mutex mutex;
+    mutable std::mutex mutex; // images are made and let go on any thread
     std::size_t idleLimit;
     std::size_t useLimit = NoLimit;
     const std::chrono::milliseconds idleTime;

@@ -12,6 +12,7 @@
 /// seconds. All functions: any thread.
 class PBufferPool {
 public:
+    /// Counted since the pool was made; the bytes are those of now.
     struct Statistics {
         std::uint64_t allocations = 0; ///< buffers taken from the system
         std::uint64_t reuses = 0;      ///< buffers handed out again

@@ -12,6 +12,7 @@
 /// The frames that wait for a device's thread: a queue bounded in bytes. Any thread.
 class PFrameHandoff {
 public:
+    /// A frame that waits, as it goes to the device's thread.
     struct Entry {
         PDeviceFrame frame;
         PFrameSink::Kind kind = PFrameSink::Kind::Live;

@@ -7,6 +7,7 @@
 /// PDevice::addFrameSink().
 class PFrameSink {
 public:
+    /// Of the stream, or taken on request.
     enum class Kind { Live, Snapshot };
 
     virtual ~PFrameSink() = default;

@@ -8,6 +8,7 @@ class PDevice;
 /// How a profile differs from a device as it is. The device's thread.
 class PDeviceProfileDiff {
 public:
+    /// One setting that file and camera have differently.
     struct Difference {
         QByteArray id;    ///< of a property, or "mode"; "id.field" of one field of its value
         QString inFile;   ///< as text; null: the file has none

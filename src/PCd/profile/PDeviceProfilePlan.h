@@ -21,6 +21,7 @@ class PDeviceProfilePlan {
     Q_DECLARE_TR_FUNCTIONS(PDeviceProfilePlan)
 
 public:
+    /// Whether the profile's mode is set too.
     enum class Mode {
         OfProfile,
         AsItIs, ///< the profile's mode is not set, and so a region of another mode is not either

@@ -25,7 +25,9 @@ struct ExtendedExposureData {
     Q_PROPERTY(qint32 capturemode MEMBER capturemode STORED false)
 
 public:
+    /// Values of `triggermode`.
     enum TriggerMode { SoftwareTrigger = 0, ExternalTrigger = 1 };
+    /// Values of `capturemode`.
     enum CaptureMode { Video = 0, Trigger = 1 };
 
     quint16 target = 100;       ///< brightness that auto-exposure goes for

@@ -86,6 +86,7 @@ class PTTempTint : public PDevicePropertyInt {
     Q_OBJECT
 
 public:
+    /// Which half of the pair.
     enum Selector { Temperature = 0, Tint = 1 };
 
     PTTempTint(Toupcam_t* handle, int selector, PMinMaxRange<int> range, const QByteArray& id,
