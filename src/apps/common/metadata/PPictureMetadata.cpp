@@ -28,7 +28,7 @@ void appendStamp(PPictureMetadata& text, const PFrameStamp& stamp) {
 
 } // namespace
 
-PPictureMetadata pictureTextOf(const PCameraIdentity& camera, const PFrameStamp* stamp) {
+PPictureMetadata pictureMetadata(const PCameraIdentity& camera, const PFrameStamp* stamp) {
     PPictureMetadata text{
         {u"Software"_qs, PProgramName::withVersion()},
         {u"Camera"_qs, camera.id},

@@ -15,4 +15,4 @@ using PPictureMetadata = QList<std::pair<QString, QString>>;
 
 /// The text of a frame: program, camera, whether it is simulated, number, UTC time, mode, exposure,
 /// every setting (PSettingTexts). With no stamp, program and camera alone. Any thread.
-PPictureMetadata pictureTextOf(const PCameraIdentity& camera, const PFrameStamp* stamp);
+PPictureMetadata pictureMetadata(const PCameraIdentity& camera, const PFrameStamp* stamp);

@@ -12,6 +12,6 @@ struct PPictureNotes {
     /// Of a frame; `pixelSizeUm` is on the specimen, of a pixel as saved. Any thread.
     static PPictureNotes of(const PCameraIdentity& camera, const PFrameStamp* stamp,
                             std::optional<double> pixelSizeUm = std::nullopt) {
-        return {pictureTextOf(camera, stamp), PPictureTags::of(camera, stamp, pixelSizeUm)};
+        return {pictureMetadata(camera, stamp), PPictureTags::of(camera, stamp, pixelSizeUm)};
     }
 };

@@ -72,14 +72,14 @@ const Description* find(const QByteArray& id) {
     return found == std::end(descriptions) ? nullptr : found;
 }
 
-QString nameOf(const Description& description, const QVariant& value) {
+QString choiceName(const Description& description, const QVariant& value) {
     const QStringList names =
         QString::fromLatin1(description.names).split(u' ', Qt::SkipEmptyParts);
     return names.value(value.toInt());
 }
 
-QString textOf(const Description& description, const QVariant& value) {
-    if (const QString name = nameOf(description, value); !name.isEmpty())
+QString toText(const Description& description, const QVariant& value) {
+    if (const QString name = choiceName(description, value); !name.isEmpty())
         return name;
     const QString text = description.factor == 1
                              ? PPropertyText::ofValue(value, QVariant())
@@ -99,7 +99,7 @@ public:
             add(u"Setting "_qs + QString::fromLatin1(id),
                 PPropertyText::ofValue(value, QVariant()));
         else if (description->title != nullptr && (m_areTriggered || !description->isOfTrigger))
-            add(QString::fromLatin1(description->title), textOf(*description, value));
+            add(QString::fromLatin1(description->title), toText(*description, value));
     }
     /// Does nothing if the key is there already: a record repeats plain settings.
     void add(const QString& key, const QString& text) {

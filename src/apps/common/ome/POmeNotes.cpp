@@ -57,7 +57,7 @@ POmeNotes::POmeNotes(PCameraIdentity camera)
 }
 
 PPictureMetadata POmeNotes::ofCamera(const PFrameStamp& first) const {
-    return pictureTextOf(m_camera, &first);
+    return pictureMetadata(m_camera, &first);
 }
 
 PPictureMetadata POmeNotes::unfinished(const PFrameStamp& first) const {

@@ -19,13 +19,13 @@ constexpr quint64 bytesBesidesPixels = 2'000; // of a frame: directory and docum
 
 PTiffStack::Size sizeFor(const QImage& picture, std::optional<quint64> frames) {
     const quint64 pixels = quint64(picture.width()) * quint64(picture.height()) *
-                           quint64(PPackedRows::samplesOf(picture));
+                           quint64(PPackedRows::sampleCount(picture));
     const quint64 mostFrames = (classicLimit - bytesForDescription) / (pixels + bytesBesidesPixels);
     return frames && *frames <= mostFrames ? PTiffStack::Size::UpTo4Gb
                                            : PTiffStack::Size::Unlimited;
 }
 
-QByteArray textOf(const PFrameStamp& stamp) {
+QByteArray toText(const PFrameStamp& stamp) {
     return "Frame: " + QByteArray::number(stamp.sequence) +
            "\nTime: " + stamp.arrivedUtc.toString(Qt::ISODateWithMs).toLatin1();
 }
@@ -75,7 +75,7 @@ PStatus POmeStackWriter::begin(const PDeviceFrame& frame, const QImage& picture)
     m_document.camera = m_options.camera;
     m_document.width = picture.width();
     m_document.height = picture.height();
-    m_document.samples = PPackedRows::samplesOf(picture);
+    m_document.samples = PPackedRows::sampleCount(picture);
     m_document.taken = frame.stamp->arrivedUtc;
     m_document.exposure = PFrameExposure::of(*frame.stamp->settings, m_options.names);
     m_document.pixelSizeUm = m_options.pixelSizeUm;
@@ -85,13 +85,13 @@ PStatus POmeStackWriter::begin(const PDeviceFrame& frame, const QImage& picture)
 
 bool POmeStackWriter::fitsInto(const QImage& picture) const {
     return picture.width() == m_document.width && picture.height() == m_document.height &&
-           PPackedRows::samplesOf(picture) == m_document.samples;
+           PPackedRows::sampleCount(picture) == m_document.samples;
 }
 
 PStatus POmeStackWriter::append(const PDeviceFrame& frame, const QImage& picture) {
     const bool isFirst = m_document.planes.empty();
-    m_document.planes.push_back(planeOf(*frame.stamp));
-    QByteArray text = textOf(*frame.stamp);
+    m_document.planes.push_back(toPlane(*frame.stamp));
+    QByteArray text = toText(*frame.stamp);
     if (isFirst) {
         m_document.notes = m_notes.unfinished(*frame.stamp);
         const POmeDocument::Unfinished unfinished = m_document.toUnfinishedXml();
@@ -111,7 +111,7 @@ PStatus POmeStackWriter::append(const PDeviceFrame& frame, const QImage& picture
     return status.isOk() ? status : failure(status.reason());
 }
 
-POmePlane POmeStackWriter::planeOf(const PFrameStamp& stamp) const {
+POmePlane POmeStackWriter::toPlane(const PFrameStamp& stamp) const {
     const std::chrono::duration<double> since = stamp.arrived - m_start;
     return {since.count(), PFrameExposure::of(*stamp.settings, m_options.names).milliseconds};
 }

@@ -45,7 +45,7 @@ private:
     PStatus append(const PDeviceFrame& frame, const QImage& picture);
     PStatus failure(const QString& reason) const;
     bool fitsInto(const QImage& picture) const;
-    POmePlane planeOf(const PFrameStamp& stamp) const;
+    POmePlane toPlane(const PFrameStamp& stamp) const;
 
     const Options m_options;
     PTiffStack m_stack;

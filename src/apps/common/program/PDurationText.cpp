@@ -16,7 +16,7 @@ QRegularExpression pattern() {
 }
 
 /// Microseconds of the groups that were there.
-double sumOf(const QRegularExpressionMatch& match) {
+double total(const QRegularExpressionMatch& match) {
     constexpr double units[]{60e6, 1e6, 1e3, 1};
     double sum = 0;
     for (int i = 0; i < 4; ++i)
@@ -33,7 +33,7 @@ std::optional<std::chrono::microseconds> PDurationText::parse(const QString& tex
         const QRegularExpressionMatch match = pattern().match(text);
         if (text.trimmed().isEmpty() || !match.hasMatch())
             return std::nullopt;
-        sum = sumOf(match);
+        sum = total(match);
     }
     if (!(sum >= 0 && sum <= longest))
         return std::nullopt;

@@ -11,14 +11,14 @@
 namespace {
 
 /// "ru" of "ru_RU".
-QString languageOf(const QString& locale) {
+QString toLanguage(const QString& locale) {
     return locale.section(QLatin1Char('_'), 0, 0).section(QLatin1Char('-'), 0, 0).toLower();
 }
 
 bool installFile(const QString& path, const QString& language) {
     auto translator = std::make_unique<QTranslator>();
     // What a catalogue is called is its owner's affair; the language stands inside.
-    if (!translator->load(path) || languageOf(translator->language()) != languageOf(language))
+    if (!translator->load(path) || toLanguage(translator->language()) != toLanguage(language))
         return false;
     translator->setParent(QCoreApplication::instance());
     return QCoreApplication::installTranslator(translator.release());
@@ -27,7 +27,7 @@ bool installFile(const QString& path, const QString& language) {
 } // namespace
 
 bool PTranslations::isKnown(const QString& language) {
-    return QStringList{u"en"_qs, u"ru"_qs}.contains(languageOf(language));
+    return QStringList{u"en"_qs, u"ru"_qs}.contains(toLanguage(language));
 }
 
 QString PTranslations::language(const QString& wanted) {

@@ -30,7 +30,7 @@ QString PFileSequence::firstExisting(quint64 last) const {
     const QString folder = m_before.left(m_before.lastIndexOf(u'/') + 1);
     quint64 first = 0;
     for (const QString& name : example.dir().entryList(QDir::AllEntries | QDir::Hidden)) {
-        const quint64 number = numberOf(folder + name);
+        const quint64 number = toNumber(folder + name);
         if (number >= 1 && number <= last && (first == 0 || number < first))
             first = number;
     }
@@ -38,7 +38,7 @@ QString PFileSequence::firstExisting(quint64 last) const {
 }
 
 /// The number of a file of the series, else 0.
-quint64 PFileSequence::numberOf(const QString& path) const {
+quint64 PFileSequence::toNumber(const QString& path) const {
     const qsizetype digits = path.size() - m_before.size() - m_after.size();
     if (digits < m_digits || !path.startsWith(m_before) || !path.endsWith(m_after))
         return 0;

@@ -23,7 +23,7 @@ public:
     QString firstExisting(quint64 last) const;
 
 private:
-    quint64 numberOf(const QString& path) const;
+    quint64 toNumber(const QString& path) const;
 
     QString m_before;
     QString m_after;

@@ -8,7 +8,7 @@ namespace {
 constexpr char tooSlowWords[] = QT_TRANSLATE_NOOP(
     "PFrameRecorder", "the disk is slower than the camera: %1 MB wait to be written");
 
-PFrameRecorder::Clock::time_point arrivalOf(const PDeviceFrame& frame) {
+PFrameRecorder::Clock::time_point arrivalTime(const PDeviceFrame& frame) {
     return frame.stamp ? frame.stamp->arrived : PFrameRecorder::Clock::now();
 }
 
@@ -37,7 +37,7 @@ bool PFrameRecorder::takeFrame(const PDeviceFrame& frame, Kind kind) {
     // Nothing waits for the disk under this lock.
     const std::lock_guard lock(m_mutex);
     const bool isOpen = !m_isEnding && !m_isDiskTooSlow && m_queue.state().error.isEmpty();
-    if (!isOpen || !m_schedule.claim(arrivalOf(frame)) || m_queue.push(frame))
+    if (!isOpen || !m_schedule.claim(arrivalTime(frame)) || m_queue.push(frame))
         return true;
     // One missing frame is enough: a recording with holes in it is not what was asked for.
     m_isDiskTooSlow = true;

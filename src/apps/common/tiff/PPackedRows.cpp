@@ -21,7 +21,7 @@ void copyRow(const uchar* from, uchar* to, int pixels, QImage::Format format) {
 
 } // namespace
 
-int PPackedRows::samplesOf(const QImage& picture) {
+int PPackedRows::sampleCount(const QImage& picture) {
     return picture.format() == QImage::Format_Grayscale8 ? 1 : 3;
 }
 
@@ -43,7 +43,7 @@ QImage PPackedRows::packable(const QImage& picture) {
 const uchar* PPackedRows::pack(const QImage& packable, int first, int rows,
                                std::vector<uchar>& buffer) {
     const int width = packable.width();
-    const std::size_t rowBytes = std::size_t(width) * std::size_t(samplesOf(packable));
+    const std::size_t rowBytes = std::size_t(width) * std::size_t(sampleCount(packable));
     const bool isPacked = packable.bytesPerLine() == qsizetype(rowBytes);
     if (isPacked && packable.format() != QImage::Format_BGR888)
         return packable.constScanLine(first);

@@ -9,7 +9,7 @@
 namespace PPackedRows {
 
 /// 1 for Grayscale8, else 3.
-int samplesOf(const QImage& picture);
+int sampleCount(const QImage& picture);
 
 /// The picture in a format that pack() takes: the picture itself, without a copy, if it is
 /// Grayscale8, RGB888 or BGR888. Throws std::bad_alloc.

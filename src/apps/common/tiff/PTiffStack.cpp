@@ -16,7 +16,7 @@ constexpr int stripBytes = 512 * 1024;
 
 /// At least two strips a picture: libtiff cuts up an only strip when the text is replaced, and some
 /// readers refuse a first picture with other strips than the rest.
-int rowsPerStripOf(const QImage& picture, int samples) {
+int stripRows(const QImage& picture, int samples) {
     const int most = std::max(1, (picture.height() + 1) / 2);
     return std::clamp(stripBytes / (picture.width() * samples), 1, most);
 }
@@ -69,8 +69,8 @@ bool PTiffStack::writePicture(const QImage& picture, const QByteArray& descripti
                               const PPictureTags& pictureTags) {
     if (picture.isNull())
         return false;
-    const int samples = PPackedRows::samplesOf(picture);
-    const int rowsPerStrip = rowsPerStripOf(picture, samples);
+    const int samples = PPackedRows::sampleCount(picture);
+    const int rowsPerStrip = stripRows(picture, samples);
     const PTiffTags tags{picture.width(), picture.height(), samples,
                          rowsPerStrip,    description,      pictureTags};
     if (!tags.writeTo(m_tiff.get()) || !writeStrips(picture, samples, rowsPerStrip))

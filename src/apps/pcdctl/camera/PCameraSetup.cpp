@@ -30,7 +30,7 @@ PCtlOutcome PCameraSetup::runProfile() {
     if (!outcome.isDone() || report.isComplete())
         return outcome;
     return PCtlOutcome::failed(u"\"%1\" was not applied completely\n%2"_qs.arg(
-        m_options.profile, PPropertyJson::linesOf(report.refused).join(u'\n')));
+        m_options.profile, PPropertyJson::reportLines(report.refused).join(u'\n')));
 }
 
 PCtlOutcome PCameraSetup::loadProfile(const QString& path, PDeviceProfileReport& report) {

@@ -13,7 +13,7 @@ PCtlActionRun::PCtlActionRun(PCameraSession& session, PDeviceProperty& action)
     , m_action(action) {
 }
 
-QList<PDeviceProperty*> PCtlActionRun::propertiesOf(PDeviceProperty& action) {
+QList<PDeviceProperty*> PCtlActionRun::affectedProperties(PDeviceProperty& action) {
     QList<PDeviceProperty*> others;
     for (const PDevicePropertyGroup* group : action.device()->supportPropertyGroups()) {
         const QList<PDeviceProperty*> members = group->properties();
@@ -35,7 +35,7 @@ PCtlOutcome PCtlActionRun::run(std::optional<std::chrono::milliseconds> timeout)
 }
 
 PCtlOutcome PCtlActionRun::runLive(std::optional<std::chrono::milliseconds> timeout) {
-    for (PDeviceProperty* property : propertiesOf(m_action)) {
+    for (PDeviceProperty* property : affectedProperties(m_action)) {
         m_unread.append(property);
         property->installEventFilter(this);
     }

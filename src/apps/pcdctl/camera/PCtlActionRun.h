@@ -26,7 +26,7 @@ public:
     PCtlOutcome run(std::optional<std::chrono::milliseconds> timeout);
 
     /// The properties that an action changes, in the order of its group.
-    static QList<PDeviceProperty*> propertiesOf(PDeviceProperty& action);
+    static QList<PDeviceProperty*> affectedProperties(PDeviceProperty& action);
 
 protected:
     /// Sees the calls that the plugin posts to the properties.

@@ -118,7 +118,7 @@ PCtlOutcome PCtlSettings::apply(PCameraSession& session,
     }
     if (m_refused.isEmpty())
         return {};
-    return PCtlOutcome::failed(PPropertyJson::linesOf(m_refused).join(u'\n'));
+    return PCtlOutcome::failed(PPropertyJson::reportLines(m_refused).join(u'\n'));
 }
 
 void PCtlSettings::send(const Setting& setting) {
@@ -158,7 +158,7 @@ QList<PDeviceProperty*> PCtlSettings::properties() const {
     QList<PDeviceProperty*> all;
     for (const Setting& setting : m_settings) {
         if (isAction(*setting.property))
-            all += PCtlActionRun::propertiesOf(*setting.property);
+            all += PCtlActionRun::affectedProperties(*setting.property);
         else
             all.append(setting.property);
     }

@@ -46,7 +46,7 @@ bool PCtlOutput::flush() {
     return std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
 }
 
-QJsonObject PCtlOutput::jsonOf(const PCameraIdentity& camera) {
+QJsonObject PCtlOutput::toJson(const PCameraIdentity& camera) {
     return {{u"id"_qs, camera.id},
             {u"model"_qs, camera.model},
             {u"serial"_qs, camera.serial},

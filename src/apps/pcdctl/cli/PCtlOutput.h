@@ -22,6 +22,6 @@ void printMessage(const QString& message);
 bool flush();
 
 /// {id, model, serial, simulated}.
-QJsonObject jsonOf(const PCameraIdentity& camera);
+QJsonObject toJson(const PCameraIdentity& camera);
 
 } // namespace PCtlOutput

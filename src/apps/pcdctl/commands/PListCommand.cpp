@@ -7,14 +7,14 @@
 
 namespace {
 
-QList<PCameraIdentity> camerasOf(PCtlHost& host) {
+QList<PCameraIdentity> presentCameras(PCtlHost& host) {
     QList<PCameraIdentity> cameras;
     for (const PDevice* device : host.manager().devices())
         cameras.append(host.identityOf(device));
     return cameras;
 }
 
-QJsonObject jsonOf(const PCameraSdk& sdk) {
+QJsonObject toJson(const PCameraSdk& sdk) {
     QJsonObject object{{u"kind"_qs, sdk.isSimulated() ? u"simulated"_qs : u"maker"_qs},
                        {u"path"_qs, sdk.path()}};
     if (!sdk.version().isEmpty())
@@ -25,11 +25,11 @@ QJsonObject jsonOf(const PCameraSdk& sdk) {
 void printJson(const PCameraSdk& sdk, const QList<PCameraIdentity>& cameras) {
     QJsonArray array;
     for (int index = 0; index < cameras.size(); ++index) {
-        QJsonObject camera = PCtlOutput::jsonOf(cameras.at(index));
+        QJsonObject camera = PCtlOutput::toJson(cameras.at(index));
         camera.insert(u"index"_qs, index);
         array.append(camera);
     }
-    PCtlOutput::printDocument({{u"sdk"_qs, jsonOf(sdk)}, {u"cameras"_qs, array}});
+    PCtlOutput::printDocument({{u"sdk"_qs, toJson(sdk)}, {u"cameras"_qs, array}});
 }
 
 void printText(const QList<PCameraIdentity>& cameras) {
@@ -56,7 +56,7 @@ void printText(const QList<PCameraIdentity>& cameras) {
 } // namespace
 
 PCtlOutcome runListCommand(PCtlHost& host, const PCtlOptions& options) {
-    const QList<PCameraIdentity> cameras = camerasOf(host);
+    const QList<PCameraIdentity> cameras = presentCameras(host);
     if (options.json)
         printJson(host.sdk(), cameras);
     if (cameras.isEmpty()) {

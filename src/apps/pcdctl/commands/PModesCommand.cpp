@@ -9,7 +9,7 @@
 
 namespace {
 
-QJsonObject jsonOf(const PDeviceMode& mode, bool isCurrent) {
+QJsonObject toJson(const PDeviceMode& mode, bool isCurrent) {
     return {{u"id"_qs, QString::fromLatin1(mode.id)},
             {u"name"_qs, mode.name},
             {u"width"_qs, mode.width},
@@ -18,7 +18,7 @@ QJsonObject jsonOf(const PDeviceMode& mode, bool isCurrent) {
             {u"current"_qs, isCurrent}};
 }
 
-QString textOf(const PDeviceMode& mode, bool isCurrent) {
+QString toText(const PDeviceMode& mode, bool isCurrent) {
     const QString text = u"%1  %2  %3 x %4 pixels, %5 bits"_qs.arg(QString::fromLatin1(mode.id), -3)
                              .arg(mode.name, -12)
                              .arg(mode.width)
@@ -36,9 +36,9 @@ PCtlOutcome runModesCommand(PCtlHost& host, const PCtlOptions& options) {
     const PDeviceMode current = choice.device->getCurrentMode();
     QJsonArray array;
     for (const PDeviceMode& mode : choice.device->getSupportModes()) {
-        array.append(jsonOf(mode, mode == current));
+        array.append(toJson(mode, mode == current));
         if (!options.json)
-            PCtlOutput::printLine(textOf(mode, mode == current));
+            PCtlOutput::printLine(toText(mode, mode == current));
     }
     if (options.json) {
         const QString id = host.identityOf(choice.device).id;

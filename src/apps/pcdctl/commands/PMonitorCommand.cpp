@@ -13,7 +13,7 @@ namespace {
 void printEvent(const QString& event, const PCameraIdentity& camera, bool json) {
     const QString time = QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs);
     if (json) {
-        QJsonObject object = PCtlOutput::jsonOf(camera);
+        QJsonObject object = PCtlOutput::toJson(camera);
         object.insert(u"event"_qs, event);
         object.insert(u"time"_qs, time);
         PCtlOutput::printJsonLine(object);

@@ -18,7 +18,7 @@ namespace {
 using Difference = PDeviceProfileDiff::Difference;
 
 /// What every result says.
-QJsonObject headOf(const PCameraSession& session, const PCtlOptions& options) {
+QJsonObject commonFields(const PCameraSession& session, const PCtlOptions& options) {
     return {{u"camera"_qs, session.cameraId()},
             {u"file"_qs, QFileInfo(options.profileFile).absoluteFilePath()}};
 }
@@ -27,7 +27,7 @@ PCtlOutcome saveProfile(PCameraSession& session, const PCtlOptions& options) {
     const PStatus status = PDeviceProfileFile::save(*session.device(), options.profileFile);
     if (!status.isOk())
         return PCtlOutcome::failed(status.reason());
-    const QJsonObject head = headOf(session, options);
+    const QJsonObject head = commonFields(session, options);
     if (options.json)
         PCtlOutput::printDocument(head);
     else
@@ -38,10 +38,10 @@ PCtlOutcome saveProfile(PCameraSession& session, const PCtlOptions& options) {
 
 void printReport(QJsonObject head, const PDeviceProfileReport& report, bool json) {
     if (json) {
-        head.insert(u"applied"_qs, PPropertyJson::idsOf(report.applied));
-        head.insert(u"refused"_qs, PPropertyJson::itemsOf(report.refused));
-        head.insert(u"ignored"_qs, PPropertyJson::itemsOf(report.ignored));
-        head.insert(u"missing"_qs, PPropertyJson::idsOf(report.missing));
+        head.insert(u"applied"_qs, PPropertyJson::ids(report.applied));
+        head.insert(u"refused"_qs, PPropertyJson::reportItems(report.refused));
+        head.insert(u"ignored"_qs, PPropertyJson::reportItems(report.ignored));
+        head.insert(u"missing"_qs, PPropertyJson::ids(report.missing));
         if (!report.note.isEmpty())
             head.insert(u"note"_qs, report.note);
         PCtlOutput::printDocument(head);
@@ -51,7 +51,7 @@ void printReport(QJsonObject head, const PDeviceProfileReport& report, bool json
         head.value(u"file"_qs).toString(), QString::number(report.applied.size())));
     if (!report.note.isEmpty())
         PCtlOutput::printLine(u"note: "_qs + report.note);
-    for (const QString& line : PPropertyJson::linesOf(report.ignored))
+    for (const QString& line : PPropertyJson::reportLines(report.ignored))
         PCtlOutput::printLine(u"not set: "_qs + line);
     for (const QByteArray& id : report.missing)
         PCtlOutput::printLine(u"not in the file: "_qs + QString::fromLatin1(id));
@@ -63,13 +63,13 @@ PCtlOutcome loadProfile(PCameraSession& session, const PCtlOptions& options) {
         PCameraSetup(session, options).loadProfile(options.profileFile, report);
     if (!outcome.isDone())
         return outcome;
-    printReport(headOf(session, options), report, options.json);
+    printReport(commonFields(session, options), report, options.json);
     return report.isComplete()
                ? PCtlOutcome()
-               : PCtlOutcome::failed(PPropertyJson::linesOf(report.refused).join(u'\n'));
+               : PCtlOutcome::failed(PPropertyJson::reportLines(report.refused).join(u'\n'));
 }
 
-QJsonObject jsonOf(const Difference& difference) {
+QJsonObject toJson(const Difference& difference) {
     QJsonObject object{{u"id"_qs, QString::fromUtf8(difference.id)}};
     if (!difference.inFile.isNull())
         object.insert(u"inFile"_qs, difference.inFile);
@@ -78,7 +78,7 @@ QJsonObject jsonOf(const Difference& difference) {
     return object;
 }
 
-QString textOf(const Difference& difference) {
+QString toText(const Difference& difference) {
     const QString id = PPropertyText::shortened(QString::fromUtf8(difference.id));
     if (difference.inFile.isNull())
         return u"%1: not in the file, camera %2"_qs.arg(id, difference.onCamera);
@@ -92,9 +92,9 @@ QString textOf(const Difference& difference) {
 void printDifferences(QJsonObject head, const QList<Difference>& differences, bool json) {
     QJsonArray array;
     for (const Difference& difference : differences) {
-        array.append(jsonOf(difference));
+        array.append(toJson(difference));
         if (!json)
-            PCtlOutput::printLine(textOf(difference));
+            PCtlOutput::printLine(toText(difference));
     }
     if (!json)
         return;
@@ -109,7 +109,7 @@ PCtlOutcome diffProfile(PCameraSession& session, const PCtlOptions& options) {
     if (!status.isOk())
         return PCtlOutcome::failed(status.reason());
     const QList<Difference> differences = PDeviceProfileDiff::between(profile, *session.device());
-    printDifferences(headOf(session, options), differences, options.json);
+    printDifferences(commonFields(session, options), differences, options.json);
     if (differences.isEmpty())
         return {};
     return PCtlOutcome::failed(u"the camera differs from \"%1\" in %2 settings"_qs.arg(

@@ -21,7 +21,7 @@ struct Section {
     Properties members;
 };
 
-Properties shownOf(const Properties& members, const Properties& shown) {
+Properties shownMembers(const Properties& members, const Properties& shown) {
     Properties result;
     for (PDeviceProperty* property : members) {
         if (shown.contains(property))
@@ -31,18 +31,18 @@ Properties shownOf(const Properties& members, const Properties& shown) {
 }
 
 /// The groups of the camera; those that are left without a member only where all are shown.
-QList<Section> groupsOf(PDevice& device, const Properties& shown) {
+QList<Section> shownGroups(PDevice& device, const Properties& shown) {
     const bool isAll = shown.size() == device.supportProperties().size();
     QList<Section> sections;
     for (const PDevicePropertyGroup* group : device.supportPropertyGroups()) {
-        const Properties members = shownOf(group->properties(), shown);
+        const Properties members = shownMembers(group->properties(), shown);
         if (isAll || !members.isEmpty())
             sections.append({group->id(), group->title(), members});
     }
     return sections;
 }
 
-const Section* sectionOf(const QList<Section>& sections, PDeviceProperty* property) {
+const Section* findSection(const QList<Section>& sections, PDeviceProperty* property) {
     for (const Section& section : sections) {
         if (section.members.contains(property))
             return &section;
@@ -50,7 +50,7 @@ const Section* sectionOf(const QList<Section>& sections, PDeviceProperty* proper
     return nullptr;
 }
 
-QJsonObject jsonOf(const Section& section) {
+QJsonObject toJson(const Section& section) {
     QJsonArray members;
     for (const PDeviceProperty* property : section.members)
         members.append(QString::fromLatin1(property->id()));
@@ -60,26 +60,26 @@ QJsonObject jsonOf(const Section& section) {
 void printJson(const QString& cameraId, const Properties& shown, const QList<Section>& groups) {
     QJsonArray properties;
     for (PDeviceProperty* property : shown) {
-        QJsonObject object = PPropertyJson::descriptionOf(*property);
-        if (const Section* const group = sectionOf(groups, property))
+        QJsonObject object = PPropertyJson::description(*property);
+        if (const Section* const group = findSection(groups, property))
             object.insert(u"group"_qs, group->id);
         properties.append(object);
     }
     QJsonArray sections;
     for (const Section& group : groups)
-        sections.append(jsonOf(group));
+        sections.append(toJson(group));
     PCtlOutput::printDocument(
         {{u"camera"_qs, cameraId}, {u"properties"_qs, properties}, {u"groups"_qs, sections}});
 }
 
 /// "Contrast = 12 µs", as much of it as there is.
-QString headOf(const PDeviceProperty& property) {
+QString toHeading(const PDeviceProperty& property) {
     const QString value = PPropertyText::ofValue(property.valueInner(), property.rangeInner());
     const QString text = value.isEmpty() ? property.title() : property.title() + u" = "_qs + value;
     return (text + u' ' + PPropertyJson::unitName(property)).trimmed();
 }
 
-QString detailsOf(const PDeviceProperty& property) {
+QString toDetails(const PDeviceProperty& property) {
     QStringList details{PPropertyJson::typeName(property)};
     if (property.type() != PCD::DevicePropertyType::Action)
         details.append(PPropertyCheck::expectation(property));
@@ -96,7 +96,7 @@ void printText(const Section& section) {
     PCtlOutput::printLine(section.title);
     for (const PDeviceProperty* property : section.members) {
         PCtlOutput::printLine(u"  %1 %2  (%3)"_qs.arg(QString::fromLatin1(property->id()), -15)
-                                  .arg(headOf(*property), detailsOf(*property)));
+                                  .arg(toHeading(*property), toDetails(*property)));
         if (!property->description().isEmpty())
             PCtlOutput::printLine(u"  %1 %2"_qs.arg(QString(), -15).arg(property->description()));
     }
@@ -105,7 +105,7 @@ void printText(const Section& section) {
 void printText(const Properties& shown, const QList<Section>& groups) {
     Section others{QString(), u"Other"_qs, {}};
     for (PDeviceProperty* property : shown) {
-        if (sectionOf(groups, property) == nullptr)
+        if (findSection(groups, property) == nullptr)
             others.members.append(property);
     }
     for (const Section& group : groups)
@@ -121,9 +121,9 @@ PCtlOutcome printProperties(PCameraSession& session, const PCtlOptions& options)
     if (!outcome.isDone())
         return outcome;
     const Properties all = device.supportProperties();
-    const Properties shown = options.words.isEmpty() ? all : shownOf(all, named);
+    const Properties shown = options.words.isEmpty() ? all : shownMembers(all, named);
     const PQuietReading reading(shown);
-    const QList<Section> groups = groupsOf(device, shown);
+    const QList<Section> groups = shownGroups(device, shown);
     if (options.json)
         printJson(session.cameraId(), shown, groups);
     else

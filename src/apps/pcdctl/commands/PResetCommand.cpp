@@ -73,14 +73,15 @@ PCtlOutcome resetValues(PCameraSession& session, const PCtlOptions& options) {
         return outcome;
     const PResetRun run(properties);
     printPropertyValues(session.cameraId(), run.properties(), options.json,
-                        {{u"kept"_qs, PPropertyJson::itemsOf(run.kept())},
-                         {u"refused"_qs, PPropertyJson::itemsOf(run.refused())}});
+                        {{u"kept"_qs, PPropertyJson::reportItems(run.kept())},
+                         {u"refused"_qs, PPropertyJson::reportItems(run.refused())}});
     // What nobody has asked for by name is no failure, but not passed over in silence either.
     const Items failures = areNamed ? run.kept() + run.refused() : run.refused();
-    for (const QString& line : PPropertyJson::linesOf(areNamed ? Items() : run.kept()))
+    for (const QString& line : PPropertyJson::reportLines(areNamed ? Items() : run.kept()))
         PCtlOutput::printMessage(u"not reset: "_qs + line);
-    return failures.isEmpty() ? PCtlOutcome()
-                              : PCtlOutcome::failed(PPropertyJson::linesOf(failures).join(u'\n'));
+    return failures.isEmpty()
+               ? PCtlOutcome()
+               : PCtlOutcome::failed(PPropertyJson::reportLines(failures).join(u'\n'));
 }
 
 } // namespace

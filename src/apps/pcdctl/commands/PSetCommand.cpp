@@ -15,7 +15,7 @@ PCtlOutcome setValues(PCameraSession& session, const PCtlOptions& options) {
     const PCtlOutcome outcome = settings.apply(session, options.timeout);
     if (!session.isUnplugged()) {
         printPropertyValues(session.cameraId(), settings.properties(), options.json,
-                            {{u"refused"_qs, PPropertyJson::itemsOf(settings.refused())}});
+                            {{u"refused"_qs, PPropertyJson::reportItems(settings.refused())}});
     }
     return outcome;
 }

@@ -55,7 +55,7 @@ private:
 };
 
 void printJson(const QString& file, const PCameraIdentity& camera, const PSnapRun& run) {
-    QJsonObject object = PCtlOutput::jsonOf(camera);
+    QJsonObject object = PCtlOutput::toJson(camera);
     object.remove(u"id"_qs);
     object.insert(u"camera"_qs, camera.id);
     object.insert(u"file"_qs, file);

@@ -13,25 +13,25 @@ namespace {
 
 using IntRange = PMinMaxRange<int>;
 
-QJsonObject jsonOf(const QRect& region) {
+QJsonObject toJson(const QRect& region) {
     return {{u"x"_qs, region.x()},
             {u"y"_qs, region.y()},
             {u"width"_qs, region.width()},
             {u"height"_qs, region.height()}};
 }
 
-QJsonObject jsonOf(const IntRange& range) {
+QJsonObject toJson(const IntRange& range) {
     return {
         {u"minimum"_qs, range.minimum}, {u"maximum"_qs, range.maximum}, {u"step"_qs, range.step}};
 }
 
-QJsonObject jsonOf(const PScanAreaRange& range) {
-    return {{u"bounds"_qs, jsonOf(range.bounds)},       {u"minimumWidth"_qs, range.minimumWidth},
+QJsonObject toJson(const PScanAreaRange& range) {
+    return {{u"bounds"_qs, toJson(range.bounds)},       {u"minimumWidth"_qs, range.minimumWidth},
             {u"minimumHeight"_qs, range.minimumHeight}, {u"widthStep"_qs, range.widthStep},
             {u"heightStep"_qs, range.heightStep},       {u"offsetStep"_qs, range.offsetStep}};
 }
 
-QJsonArray jsonOf(const PEnumeration& choices) {
+QJsonArray toJson(const PEnumeration& choices) {
     QJsonArray array;
     for (const PEnumerationItem& item : choices.items()) {
         array.append(QJsonObject{{u"name"_qs, item.name},
@@ -43,14 +43,14 @@ QJsonArray jsonOf(const PEnumeration& choices) {
 
 void insertRange(QJsonObject& object, const QVariant& range) {
     if (range.metaType() == QMetaType::fromType<IntRange>())
-        object.insert(u"range"_qs, jsonOf(range.value<IntRange>()));
+        object.insert(u"range"_qs, toJson(range.value<IntRange>()));
     else if (range.metaType() == QMetaType::fromType<PEnumeration>())
-        object.insert(u"choices"_qs, jsonOf(range.value<PEnumeration>()));
+        object.insert(u"choices"_qs, toJson(range.value<PEnumeration>()));
     else if (range.metaType() == QMetaType::fromType<PScanAreaRange>())
-        object.insert(u"area"_qs, jsonOf(range.value<PScanAreaRange>()));
+        object.insert(u"area"_qs, toJson(range.value<PScanAreaRange>()));
 }
 
-QJsonObject fieldsOf(const QVariant& composite) {
+QJsonObject toFields(const QVariant& composite) {
     QJsonObject object;
     for (const QString& name : PCompositeFields::names(composite))
         object.insert(name, QJsonValue::fromVariant(PCompositeFields::read(composite, name)));
@@ -59,7 +59,7 @@ QJsonObject fieldsOf(const QVariant& composite) {
 
 } // namespace
 
-QJsonValue PPropertyJson::valueOf(const QVariant& value, const QVariant& range) {
+QJsonValue PPropertyJson::value(const QVariant& value, const QVariant& range) {
     if (range.metaType() == QMetaType::fromType<PEnumeration>())
         return range.value<PEnumeration>().getItem(value.toUuid()).name;
     switch (value.typeId()) {
@@ -70,33 +70,33 @@ QJsonValue PPropertyJson::valueOf(const QVariant& value, const QVariant& range) 
     case QMetaType::Int:
         return value.toInt();
     case QMetaType::QRect:
-        return jsonOf(value.toRect());
+        return toJson(value.toRect());
     default:
-        return PCompositeFields::isComposite(value) ? QJsonValue(fieldsOf(value))
+        return PCompositeFields::isComposite(value) ? QJsonValue(toFields(value))
                                                     : PPropertyText::ofValue(value, range);
     }
 }
 
-QJsonObject PPropertyJson::valuesOf(const QList<PDeviceProperty*>& properties) {
+QJsonObject PPropertyJson::values(const QList<PDeviceProperty*>& properties) {
     QJsonObject object;
     for (const PDeviceProperty* property : properties) {
         object.insert(QString::fromLatin1(property->id()),
-                      valueOf(property->valueInner(), property->rangeInner()));
+                      value(property->valueInner(), property->rangeInner()));
     }
     return object;
 }
 
-QJsonObject PPropertyJson::descriptionOf(const PDeviceProperty& property) {
+QJsonObject PPropertyJson::description(const PDeviceProperty& property) {
     const QVariant range = property.rangeInner();
     QJsonObject object{{u"id"_qs, QString::fromLatin1(property.id())},
                        {u"title"_qs, property.title()},
                        {u"type"_qs, typeName(property)},
                        {u"typeCode"_qs, int(property.type())},
-                       {u"value"_qs, valueOf(property.valueInner(), range)},
+                       {u"value"_qs, value(property.valueInner(), range)},
                        {u"serializable"_qs, property.isSerializable()}};
     insertRange(object, range);
     if (property.defaultValue().isValid())
-        object.insert(u"default"_qs, valueOf(property.defaultValue(), range));
+        object.insert(u"default"_qs, value(property.defaultValue(), range));
     if (!unitName(property).isEmpty())
         object.insert(u"unit"_qs, unitName(property));
     if (!property.description().isEmpty())
@@ -104,7 +104,7 @@ QJsonObject PPropertyJson::descriptionOf(const PDeviceProperty& property) {
     return object;
 }
 
-QJsonArray PPropertyJson::itemsOf(const QList<PDeviceProfileReport::Item>& items) {
+QJsonArray PPropertyJson::reportItems(const QList<PDeviceProfileReport::Item>& items) {
     QJsonArray array;
     for (const PDeviceProfileReport::Item& item : items) {
         array.append(
@@ -113,7 +113,7 @@ QJsonArray PPropertyJson::itemsOf(const QList<PDeviceProfileReport::Item>& items
     return array;
 }
 
-QStringList PPropertyJson::linesOf(const QList<PDeviceProfileReport::Item>& items) {
+QStringList PPropertyJson::reportLines(const QList<PDeviceProfileReport::Item>& items) {
     QStringList lines;
     for (const PDeviceProfileReport::Item& item : items)
         lines.append(
@@ -121,7 +121,7 @@ QStringList PPropertyJson::linesOf(const QList<PDeviceProfileReport::Item>& item
     return lines;
 }
 
-QJsonArray PPropertyJson::idsOf(const QList<QByteArray>& ids) {
+QJsonArray PPropertyJson::ids(const QList<QByteArray>& ids) {
     QJsonArray array;
     for (const QByteArray& id : ids)
         array.append(QString::fromUtf8(id));

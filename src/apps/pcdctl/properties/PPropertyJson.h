@@ -15,18 +15,18 @@ namespace PPropertyJson {
 
 /// A number, true or false, a choice's untranslated name, {x, y, width, height}, null for an
 /// action, else text.
-QJsonValue valueOf(const QVariant& value, const QVariant& range);
+QJsonValue value(const QVariant& value, const QVariant& range);
 /// {id: value} of the host's copies.
-QJsonObject valuesOf(const QList<PDeviceProperty*>& properties);
+QJsonObject values(const QList<PDeviceProperty*>& properties);
 /// All there is to know of a property, but not its group.
-QJsonObject descriptionOf(const PDeviceProperty& property);
+QJsonObject description(const PDeviceProperty& property);
 
 /// [{id, reason}].
-QJsonArray itemsOf(const QList<PDeviceProfileReport::Item>& items);
+QJsonArray reportItems(const QList<PDeviceProfileReport::Item>& items);
 /// "id: reason" each.
-QStringList linesOf(const QList<PDeviceProfileReport::Item>& items);
+QStringList reportLines(const QList<PDeviceProfileReport::Item>& items);
 /// [id].
-QJsonArray idsOf(const QList<QByteArray>& ids);
+QJsonArray ids(const QList<QByteArray>& ids);
 
 /// "integer", "switch" …
 QString typeName(const PDeviceProperty& property);

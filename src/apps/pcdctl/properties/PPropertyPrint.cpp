@@ -29,6 +29,6 @@ void printPropertyValues(const QString& cameraId, const QList<PDeviceProperty*>&
     }
     QJsonObject object = more;
     object.insert(u"camera"_qs, cameraId);
-    object.insert(u"properties"_qs, PPropertyJson::valuesOf(properties));
+    object.insert(u"properties"_qs, PPropertyJson::values(properties));
     PCtlOutput::printDocument(object);
 }

@@ -3,7 +3,7 @@
 
 namespace {
 
-QJsonObject jsonOf(const PFrameLedger& ledger) {
+QJsonObject ledgerToJson(const PFrameLedger& ledger) {
     QJsonObject object{{u"produced"_qs, qint64(ledger.produced)},
                        {u"waiting"_qs, qint64(ledger.waiting)},
                        {u"snapshots"_qs, qint64(ledger.snapshots)},
@@ -18,7 +18,7 @@ QString ledgerRow(const QString& title, quint64 count) {
     return u"  %1  %2\n"_qs.arg(count, 10).arg(title);
 }
 
-QString textOf(const PFrameLedger& ledger) {
+QString ledgerToText(const PFrameLedger& ledger) {
     QString text = u"Frames:\n"_qs + ledgerRow(u"produced"_qs, ledger.produced);
     for (const PFrameOutcome outcome : PFrameLedger::allOutcomes()) {
         if (ledger.count(outcome) > 0)
@@ -39,7 +39,7 @@ QJsonObject PStreamReport::toJson() const {
                        {u"fps"_qs, tally.fps()},
                        {u"megabytesPerSecond"_qs, tally.megabytesPerSecond()},
                        {u"mode"_qs, mode.name},
-                       {u"ledger"_qs, jsonOf(ledger)}};
+                       {u"ledger"_qs, ledgerToJson(ledger)}};
     if (saved)
         object.insert(u"saved"_qs, qint64(*saved));
     if (!error.isEmpty())
@@ -56,5 +56,5 @@ QString PStreamReport::toText() const {
                        .arg(tally.megabytesPerSecond(), 0, 'f', 1);
     if (saved)
         text += u"Saved: %1 frames\n"_qs.arg(*saved);
-    return text + textOf(ledger);
+    return text + ledgerToText(ledger);
 }

@@ -5,7 +5,7 @@
 
 namespace {
 
-PStreamTally::Clock::time_point arrivalOf(const PImage& image) {
+PStreamTally::Clock::time_point arrivalTime(const PImage& image) {
     const auto stamp = std::dynamic_pointer_cast<const PFrameStamp>(image.attachment());
     return stamp ? stamp->arrived : PStreamTally::Clock::now();
 }
@@ -13,7 +13,7 @@ PStreamTally::Clock::time_point arrivalOf(const PImage& image) {
 } // namespace
 
 void PStreamTally::add(const PImage& image) {
-    const Clock::time_point arrival = arrivalOf(image);
+    const Clock::time_point arrival = arrivalTime(image);
     noteGap(arrival);
     m_last = arrival;
     m_frameBytes = image.dataSize();

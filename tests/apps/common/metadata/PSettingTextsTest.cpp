@@ -75,7 +75,7 @@ QStringList exposureTimesWith(const TestExposureRecord& record) {
     PFrameStamp stamp;
     stamp.settings = settingsOf(settingsWith(record));
     QStringList lines;
-    for (const auto& [key, text] : pictureTextOf({}, &stamp))
+    for (const auto& [key, text] : pictureMetadata({}, &stamp))
         lines.append(key + u": "_qs + text);
     return lines.filter(QRegularExpression(u"[0-9] [mµ]?s\\b"_qs));
 }
