@@ -240,7 +240,7 @@ TEST_F(ProfileCommand, of_a_snap_goes_before_its_settings) {
               calls().indexOf(u"Toupcam_put_Contrast(h1, 5)"_qs));
 }
 
-TEST_F(ProfileCommand, of_a_snap_that_is_not_all_in_force_stops_it) {
+TEST_F(ProfileCommand, of_a_snap_that_is_not_applied_completely_stops_it) {
     ASSERT_EQ(profile(u"save"_qs, everySetting()).exitCode, 0);
     scene.addFault(failing(u"Toupcam_put_Contrast"_qs));
     const CtlResult result = run({u"snap"_qs, u"-o"_qs, path(u"a.png"_qs), u"--profile"_qs, file});

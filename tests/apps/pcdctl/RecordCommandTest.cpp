@@ -62,7 +62,7 @@ QJsonObject readElsewhere(const QString& file) {
     return QJsonDocument::fromJson(reader.readAllStandardOutput()).object();
 }
 
-/// The stack must have so many pictures for that reader, all with the patches of the scene.
+/// The stack must have this number of pictures for that reader, all with the patches.
 void expectSoundElsewhere(const QString& file, int pictures) {
     const QJsonObject found = readElsewhere(file);
     EXPECT_TRUE(found.value(u"isOme"_qs).toBool());
@@ -139,7 +139,7 @@ TEST_F(RecordCommand, the_temperature_of_a_cooled_sensor_is_in_the_stack) {
     EXPECT_EQ(document.attribute("ImagingEnvironment", "TemperatureUnit"), u"°C"_qs);
 }
 
-TEST_F(RecordCommand, mode_profile_and_settings_are_in_force_before_the_first_frame) {
+TEST_F(RecordCommand, mode_profile_and_settings_are_applied_before_the_first_frame) {
     const QStringList camera{u"--sdk=sim"_qs, u"--scene"_qs, scene.writeTo(path(u"scene.json"_qs))};
     ASSERT_EQ(runCtl(camera + QStringList{u"profile"_qs, u"save"_qs, path(u"slide.json"_qs),
                                           u"--set=contrast=12"_qs})

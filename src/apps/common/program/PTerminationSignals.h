@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// The signals with which a user wants the program to end: Ctrl-C, termination, hang-up. A thread
+/// The signals that ask the program to end: Ctrl-C, termination, hang-up. A thread
 /// of its own waits for them, so that no code runs in a signal handler, and they are seen whatever
 /// the main thread is stuck in.
 class PTerminationSignals {

@@ -30,9 +30,9 @@ bool PTranslations::isKnown(const QString& language) {
     return QStringList{u"en"_qs, u"ru"_qs}.contains(toLanguage(language));
 }
 
-QString PTranslations::language(const QString& wanted) {
-    if (!wanted.isEmpty())
-        return wanted;
+QString PTranslations::language(const QString& requested) {
+    if (!requested.isEmpty())
+        return requested;
     const QString fromEnvironment = qEnvironmentVariable("PCD_LANG");
     return fromEnvironment.isEmpty() ? QLocale::system().name() : fromEnvironment;
 }

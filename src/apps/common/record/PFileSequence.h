@@ -18,8 +18,8 @@ public:
     /// The name of one file; the first has the number 1.
     QString path(quint64 number) const;
 
-    /// The first file of the numbers 1 to `last` that exists, or an empty text. Reads the folder
-    /// once.
+    /// The first of the files with the numbers 1 to `last` that exists, or an empty text. Reads the
+    /// folder once.
     QString firstExisting(quint64 last) const;
 
 private:

@@ -39,7 +39,7 @@ bool PFrameRecorder::takeFrame(const PDeviceFrame& frame, Kind kind) {
     const bool isOpen = !m_isEnding && !m_isDiskTooSlow && m_queue.state().error.isEmpty();
     if (!isOpen || !m_schedule.claim(arrivalTime(frame)) || m_queue.push(frame))
         return true;
-    // One missing frame is enough: a recording with holes in it is not what was asked for.
+    // One missing frame is enough: a recording must not have gaps.
     m_isDiskTooSlow = true;
     return false;
 }
@@ -68,7 +68,7 @@ PStatus PFrameRecorder::finish(const QString& trouble) {
     {
         const std::lock_guard lock(m_mutex);
         end.ledger = m_ledger;
-        // Others read the file than its user: there, the words that are this one's are English.
+        // Files are read by others than the user, so the reason is in English there.
         if (m_queue.state().error.isEmpty() && m_isDiskTooSlow)
             end.trouble = tooSlow(QString::fromLatin1(tooSlowWords));
     }
@@ -100,14 +100,14 @@ PFrameRecorder::Progress PFrameRecorder::progress(Clock::time_point now) const {
     return progress;
 }
 
-/// Locked. The first that went wrong, in the user's language.
+/// Locked. The first failure, in the user's language.
 QString PFrameRecorder::error(const PFrameWriteQueue::State& queue) const {
     if (!queue.error.isEmpty())
         return queue.error;
     return m_isDiskTooSlow ? tooSlow(tr(tooSlowWords)) : m_finishError;
 }
 
-/// Locked. The frames claimed are counted apart from what became of them: one that got lost in
+/// Locked. The frames claimed are counted apart from their outcomes: one that got lost in
 /// between would show.
 PRecordTally PFrameRecorder::tally(const PFrameWriteQueue::State& queue) const {
     PRecordTally tally;

@@ -28,12 +28,12 @@ public:
     /// Ends it if end() was not called, and waits until the files are complete.
     ~PFrameRecorder() override;
 
-    /// Snapshots are left alone. False for a frame that is wanted but finds no room.
+    /// Snapshots are left alone. False for a frame that should be recorded but finds no room.
     bool takeFrame(const PDeviceFrame& frame, Kind kind) override;
 
     /// No more frames are taken; those that wait are written, then the files are completed, with
-    /// the ledger of the camera's frames in this time (PFrameLedger::since()) and with why the
-    /// recording ends other than it should (empty: it does not). Returns at once. The first call
+    /// the ledger of the camera's frames in this time (PFrameLedger::since()) and with the reason
+    /// if the recording did not end as planned (else empty). Returns at once. Only the first call
     /// counts.
     void end(const std::optional<PFrameLedger>& ledger, const QString& trouble);
     /// Waits until the files are complete, or until the timeout. True if they are; false before
@@ -43,7 +43,7 @@ public:
     struct Progress {
         PRecordTally tally;
         std::optional<double> share; ///< of the set end, from 0 to 1
-        /// Until the last wanted frame is due; see PRecordSchedule.
+        /// Until the last frame of the plan is due; see PRecordSchedule.
         std::optional<PRecordSchedule::Duration> timeLeft;
         bool isOver = false;     ///< no more frames are taken
         bool isFinished = false; ///< after end(): the files are complete

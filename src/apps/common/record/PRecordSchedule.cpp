@@ -7,7 +7,7 @@ namespace {
 
 using Duration = PRecordSchedule::Duration;
 
-/// So many times a time; a century at most, which a clock can hold twice.
+/// A multiple of a time; a century at most, which a clock can hold twice.
 Duration times(quint64 count, Duration time) {
     const Duration most = std::chrono::hours(24 * 365 * 100);
     return time > Duration::zero() && count > quint64(most / time) ? most

@@ -6,7 +6,7 @@
 #include <chrono>
 #include <optional>
 
-/// Which frames of a stream a recording wants: all, or for a time-lapse one each interval, until a
+/// Which frames of a stream are recorded: all, or for a time-lapse one each interval, until a
 /// number or a time is reached. Goes by the frames' times of arrival alone. One thread.
 class PRecordSchedule {
 public:
@@ -14,7 +14,7 @@ public:
     using Duration = std::chrono::steady_clock::duration;
 
     struct Plan {
-        std::optional<quint64> frames;    ///< so many; at least 1
+        std::optional<quint64> frames;    ///< the number; at least 1
         std::optional<Duration> duration; ///< from the first frame on
         std::optional<Duration> interval; ///< of a time-lapse; none: every frame
     };
@@ -22,20 +22,20 @@ public:
     explicit PRecordSchedule(const Plan& plan)
         : m_plan(plan) {}
 
-    /// Is a frame that arrived then wanted? The first one is; then, with an interval, the one that
-    /// is nearest to each multiple of it. An interval in which no frame came is left out.
+    /// True if a frame that arrived then is to be recorded: the first one; then, with an interval,
+    /// the one nearest to each multiple of it. An interval without a frame is skipped.
     bool claim(TimePoint arrived);
 
-    /// True when no later frame will be wanted.
+    /// True when no later frame will be recorded.
     bool isOver(TimePoint now) const;
 
-    /// How many frames have been claimed, and how many are wanted in the end, if that is set.
+    /// The number of frames claimed so far, and the planned number, if there is one.
     quint64 claimed() const { return m_claimed; }
     std::optional<quint64> frames() const { return m_plan.frames; }
-    /// How much is done, from 0 to 1; nothing without a set end.
+    /// How much is done, from 0 to 1; nothing without a planned end.
     std::optional<double> share(TimePoint now) const;
-    /// How long until the last wanted frame is due, as far as that is known: by the plan, or where
-    /// that has no times by the pace of the frames so far. Nothing without a set end.
+    /// The time until the last frame of the plan is due, as far as that is known: by the plan, or
+    /// if that has no times by the pace of the frames so far. Nothing without a planned end.
     std::optional<Duration> timeLeft(TimePoint now) const;
 
 private:

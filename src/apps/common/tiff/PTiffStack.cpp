@@ -59,7 +59,7 @@ PStatus PTiffStack::append(const QImage& picture, const QByteArray& description,
         m_file.rollBack();
     }
     const PStatus status = finishStep(done);
-    // After a failed step libtiff and the file are not of one mind about the file's end.
+    // After a failed step libtiff and the file disagree about where the file ends.
     if (!status.isOk())
         m_tiff.reset();
     return status;

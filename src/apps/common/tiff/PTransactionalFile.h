@@ -25,9 +25,9 @@ public:
     /// Makes the file. Fails if anything of that name exists, or with the system's reason.
     PStatus create(const QString& path);
     bool isOpen() const { return m_descriptor >= 0; }
-    /// Closes it as it was after the last step. Fails if the system tells only now, as for files on
-    /// other machines, that bytes could not be written, and if the file was removed or cut short by
-    /// others meanwhile.
+    /// Closes it as it was after the last step. Fails if the system reports only now, as for
+    /// files on other machines, that bytes could not be written, and if the file was removed or cut
+    /// short by others meanwhile.
     PStatus close();
 
     /// False once anything could not be written; then all writing is refused until rollBack().

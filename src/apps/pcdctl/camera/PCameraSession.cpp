@@ -9,7 +9,7 @@
 
 namespace {
 
-// Frames wait for nothing but this thread, so this is never reached but by a fault.
+// Frames wait only for this thread, so this is reached only if something is broken.
 constexpr std::chrono::seconds longestDrain(30);
 
 // Longer than most exposures; --timeout is for the others.
@@ -20,12 +20,12 @@ QString idAndName(const PDeviceMode& mode) {
     return u"%1 (%2)"_qs.arg(QString::fromLatin1(mode.id), mode.name);
 }
 
-PCtlOutcome unknownMode(const QString& wanted, const QList<PDeviceMode>& modes) {
+PCtlOutcome unknownMode(const QString& requested, const QList<PDeviceMode>& modes) {
     QStringList known;
     for (const PDeviceMode& mode : modes)
         known.append(idAndName(mode));
-    return PCtlOutcome::wrongUsage(
-        u"the camera has no mode \"%1\": expected one of %2"_qs.arg(wanted, known.join(u", "_qs)));
+    return PCtlOutcome::wrongUsage(u"the camera has no mode \"%1\": expected one of %2"_qs.arg(
+        requested, known.join(u", "_qs)));
 }
 
 PCtlOutcome failedUnlessOk(const PStatus& status) {
@@ -40,7 +40,7 @@ PCameraSession::PCameraSession(PDeviceManager& manager, PDevice* device)
     connect(&manager, &PDeviceManager::deviceRemoved, this, [this](PDevice* removed) {
         if (removed != m_device)
             return;
-        // It is deleted soon: this is the last look at it.
+        // It is deleted soon: the last chance to read its ledger.
         m_lastLedger = m_device->frameLedger();
         m_device = nullptr;
     });
@@ -68,12 +68,12 @@ PCtlOutcome PCameraSession::prepare(const PCtlOptions& options) {
     return PCameraSetup(*this, options).run();
 }
 
-PCtlOutcome PCameraSession::setMode(const QString& wanted) {
+PCtlOutcome PCameraSession::setMode(const QString& requested) {
     const QList<PDeviceMode> modes = m_device->getSupportModes();
     const auto mode = std::find_if(modes.begin(), modes.end(), [&](const PDeviceMode& m) {
-        return QString::fromLatin1(m.id) == wanted || m.name == wanted;
+        return QString::fromLatin1(m.id) == requested || m.name == requested;
     });
-    return mode == modes.end() ? unknownMode(wanted, modes)
+    return mode == modes.end() ? unknownMode(requested, modes)
                                : failedUnlessOk(m_device->setMode(*mode));
 }
 

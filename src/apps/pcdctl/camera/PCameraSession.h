@@ -8,7 +8,7 @@
 #include <PCd/device/PDevice.h>
 #include <PCd/device/PDeviceManager.h>
 
-/// One camera in use, from linking to unlinking, which may be unplugged at any moment meanwhile.
+/// One camera in use, from linking to unlinking; it may be unplugged at any moment in between.
 /// The main thread.
 class PCameraSession : public QObject {
     Q_OBJECT
@@ -19,19 +19,19 @@ public:
     ~PCameraSession() override;
 
     /// Links the camera and prepares it as the options say: mode, profile, settings. A mode or
-    /// setting it does not have is wrong usage; a profile or setting that is then not in force is a
+    /// setting that it does not have is wrong usage; a profile or setting that was not applied is a
     /// failure.
     PCtlOutcome open(const PCtlOptions& options);
     /// Stops the stream and waits until the frames on their way have arrived, then unlinks. Fails
     /// if the camera would not stop.
     PStatus close();
 
-    /// Starts the stream and waits for its first frame. Fails if it does not come in time (without
-    /// a time, in 30 s).
+    /// Starts the stream and waits for its first frame. Fails if it does not arrive in time (30 s
+    /// by default).
     PCtlOutcome startLive(std::optional<std::chrono::milliseconds> atMost);
     /// Stops the stream and waits until the frames on their way have arrived.
     PStatus stopLive();
-    /// How long the camera may take to do something in a stream of startLive(), if nobody says.
+    /// The default timeout for an answer of the camera in a stream of startLive().
     std::chrono::milliseconds longestAnswer() const;
 
     /// Null once the camera was unplugged.
@@ -53,7 +53,7 @@ public:
     QString reasonWithout(const QString& what) const;
 
 private:
-    PCtlOutcome setMode(const QString& wanted);
+    PCtlOutcome setMode(const QString& requested);
     PCtlOutcome prepare(const PCtlOptions& options);
 
     PInterruptibleLoop m_loop;

@@ -8,17 +8,17 @@
 
 class PCameraSession;
 
-/// Brings a camera that has been linked, and is in its mode, into the state that a profile and
-/// settings of the options ask for. The main thread.
+/// Applies the profile and the settings of the options to a camera that is linked and in its mode.
+/// The main thread.
 class PCameraSetup {
 public:
     PCameraSetup(PCameraSession& session, const PCtlOptions& options);
 
-    /// The profile, then the settings. Fails with each value that is not in force then.
+    /// The profile, then the settings. Fails, naming each value that was not applied.
     PCtlOutcome run();
 
-    /// Loads a profile alone. Fails if it is damaged, with nothing set; else the report says what
-    /// came of it.
+    /// Applies a profile alone. Fails if it is damaged, with nothing set; else the report lists
+    /// what was applied and what was not.
     PCtlOutcome loadProfile(const QString& path, PDeviceProfileReport& report);
 
 private:

@@ -12,17 +12,17 @@
 class PCameraSession;
 class PDeviceProperty;
 
-/// Runs one action of a camera. Cameras do some of theirs while they stream only, and tell of the
-/// end by having the properties they have changed read again: those of the action's group. The
-/// main thread.
+/// Runs one action of a camera. Some actions run only during a stream, and report their end by
+/// having the properties that they changed read again: those of the action's group. The main
+/// thread.
 class PCtlActionRun : public QObject {
     Q_OBJECT
 
 public:
     PCtlActionRun(PCameraSession& session, PDeviceProperty& action);
 
-    /// Starts the stream, runs the action, waits for its end at most this long, and stops the
-    /// stream. An action alone in its group is over at once.
+    /// Starts the stream, runs the action, waits for its end up to the timeout, and stops the
+    /// stream. An action that is alone in its group is over at once.
     PCtlOutcome run(std::optional<std::chrono::milliseconds> timeout);
 
     /// The properties that an action changes, in the order of its group.
@@ -37,5 +37,5 @@ private:
 
     PCameraSession& m_session;
     PDeviceProperty& m_action;
-    QList<QObject*> m_unread; ///< properties that were not told to read the camera again yet
+    QList<QObject*> m_unread; ///< properties that have not been read again yet
 };

@@ -9,8 +9,8 @@
 /// The cameras of the program: SDK, plugins, devices. The main thread.
 class PCtlHost {
 public:
-    /// Loads the SDK, the scene and the plugins, and finds the cameras. Says on the standard error
-    /// stream what the user should know besides.
+    /// Loads the SDK, the scene and the plugins, and finds the cameras. Reports on the standard
+    /// error stream what else the user should know.
     PCtlOutcome start(const PCtlOptions& options);
 
     const PCameraSdk& sdk() const { return m_cameras.sdk(); }

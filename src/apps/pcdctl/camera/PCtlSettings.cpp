@@ -137,21 +137,21 @@ void PCtlSettings::sendFields(const Setting& setting) {
     PDeviceProperty& property = *setting.property;
     if (!PCaptureMode::isTriggered(*property.device()))
         property.updateValueFromDevice();
-    QVariant wanted = property.valueInner();
+    QVariant requested = property.valueInner();
     for (const Field& field : setting.fields)
-        PCompositeFields::write(wanted, field.name, field.text);
-    PPropertyCheck::setAndVerify(property, wanted);
+        PCompositeFields::write(requested, field.name, field.text);
+    PPropertyCheck::setAndVerify(property, requested);
     for (const Field& field : setting.fields) {
-        const QVariant wantedField = PCompositeFields::read(wanted, field.name);
+        const QVariant requestedField = PCompositeFields::read(requested, field.name);
         const QVariant actualField = PCompositeFields::read(property.valueInner(), field.name);
-        if (wantedField != actualField)
-            refuse(property.id() + '.' + field.name.toLatin1(), wantedField.toString(),
+        if (requestedField != actualField)
+            refuse(property.id() + '.' + field.name.toLatin1(), requestedField.toString(),
                    actualField.toString());
     }
 }
 
-void PCtlSettings::refuse(const QByteArray& name, const QString& wanted, const QString& actual) {
-    m_refused.append({name, u"requested %1, the camera has %2"_qs.arg(wanted, actual)});
+void PCtlSettings::refuse(const QByteArray& name, const QString& requested, const QString& actual) {
+    m_refused.append({name, u"requested %1, the camera has %2"_qs.arg(requested, actual)});
 }
 
 QList<PDeviceProperty*> PCtlSettings::properties() const {

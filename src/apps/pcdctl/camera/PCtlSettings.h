@@ -16,7 +16,7 @@ class PCameraSession;
 class PDevice;
 class PDeviceProperty;
 
-/// Settings of one camera as a person writes them: "ID=VALUE", "ID.FIELD=VALUE" for one field of a
+/// Settings of one camera as the user writes them: "ID=VALUE", "ID.FIELD=VALUE" for one field of a
 /// composite value, or "ID" alone for an action. The main thread; the camera must stay.
 class PCtlSettings {
 public:
@@ -24,8 +24,8 @@ public:
     /// expected.
     PCtlOutcome read(const QStringList& words, PDevice& device);
 
-    /// Sends them in the order given, runs the actions, and asks the camera what it has. Fails,
-    /// naming each value that the camera did not take; the rest is sent all the same.
+    /// Sends them in the order given, runs the actions, and reads back what the camera has. Fails,
+    /// naming each value that the camera did not take; the others are sent all the same.
     PCtlOutcome apply(PCameraSession& session, std::optional<std::chrono::milliseconds> timeout);
 
     /// The properties that were to be set; for an action, those that it sets.
@@ -50,7 +50,7 @@ private:
     void addField(PDeviceProperty& property, const Field& field);
     void send(const Setting& setting);
     void sendFields(const Setting& setting);
-    void refuse(const QByteArray& name, const QString& wanted, const QString& actual);
+    void refuse(const QByteArray& name, const QString& requested, const QString& actual);
 
     QList<Setting> m_settings;
     QList<PDeviceProfileReport::Item> m_refused;

@@ -7,7 +7,7 @@
 
 class PCtlHost;
 
-/// Opens the camera the options name, prepared as they say, has the work done with it, and closes
-/// it. The main thread.
+/// Opens the camera that the options name, prepares it as they say, does the work with it, and
+/// closes it. The main thread.
 PCtlOutcome withCamera(PCtlHost& host, const PCtlOptions& options,
                        const std::function<PCtlOutcome(PCameraSession&)>& work);

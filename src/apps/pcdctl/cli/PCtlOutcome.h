@@ -3,7 +3,7 @@
 
 #include <QString>
 
-/// How something the program did ended: its exit code, and what to tell the user if not 0. A value.
+/// How a step of the program ended: its exit code, and a message for the user if not 0. A value.
 struct PCtlOutcome {
     enum Code { Done = 0, Failed = 1, WrongUsage = 2, NotFound = 3 };
 

@@ -6,8 +6,8 @@
 
 struct PCameraIdentity;
 
-/// What the program says. Results go to the standard output, everything else to the standard error
-/// stream. The main thread.
+/// What the program prints. Results go to the standard output, everything else to the standard
+/// error stream. The main thread.
 namespace PCtlOutput {
 
 /// A line on the standard output.

@@ -13,9 +13,9 @@ public:
     /// what was expected.
     PCtlOutcome parse(const QStringList& arguments);
 
-    /// What to print, and then end, where the arguments ask for nothing but help or the version.
+    /// What to print before the program ends, if the user requested only help or the version.
     const QString& answer() const { return m_answer; }
-    /// What was asked for, if there is no answer() and the outcome is good.
+    /// What the user requested, if there is no answer() and the outcome is done.
     const PCtlOptions& options() const { return m_options; }
 
 private:

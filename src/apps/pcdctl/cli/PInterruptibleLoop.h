@@ -8,7 +8,7 @@
 #include <functional>
 #include <optional>
 
-/// Runs events until something has happened, a time is over, or the user wants an end (Ctrl-C, or a
+/// Runs events until something has happened, a time is over, or the user interrupts (Ctrl-C, or a
 /// termination signal). The main thread.
 class PInterruptibleLoop {
 public:
@@ -16,14 +16,14 @@ public:
     /// is stuck in.
     PInterruptibleLoop();
 
-    /// True once the user wants an end.
+    /// True once the user has interrupted.
     bool isInterrupted() const;
 
-    /// Runs events until the predicate holds; it is asked after every batch of events, and a few
-    /// times a second at least. False if the time is over or the user wants an end first.
+    /// Runs events until the predicate holds; it is called after every batch of events, and a few
+    /// times a second at least. False if the time is over or the user interrupts first.
     bool waitFor(const std::function<bool()>& predicate,
                  std::optional<std::chrono::milliseconds> atMost = std::nullopt);
-    /// The same, but interruptions are left for later.
+    /// The same, but ignores interruptions for now.
     bool drain(const std::function<bool()>& predicate, std::chrono::milliseconds atMost);
 
 private:

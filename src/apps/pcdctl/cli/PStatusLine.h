@@ -9,12 +9,12 @@
 class PStatusLine {
 public:
     PStatusLine();
-    /// Takes the line away.
+    /// Clears the line.
     ~PStatusLine();
     PStatusLine(const PStatusLine&) = delete;
     PStatusLine& operator=(const PStatusLine&) = delete;
 
-    /// True if it is time to show a new text: asking is cheap, making a text may not be.
+    /// True if it is time to show a new text. Cheap, unlike making the text.
     bool isDue() const;
     void show(const QString& text);
 

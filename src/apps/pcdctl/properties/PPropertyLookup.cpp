@@ -27,25 +27,25 @@ int distance(const QString& a, const QString& b) {
     return row.back();
 }
 
-bool isNear(const QString& id, const QString& wanted) {
+bool isNear(const QString& id, const QString& requested) {
     constexpr int enough = 2;
-    if (wanted.size() > 2 && (id.startsWith(wanted) || wanted.startsWith(id)))
+    if (requested.size() > 2 && (id.startsWith(requested) || requested.startsWith(id)))
         return true;
-    return wanted.size() > enough && wanted.size() < 100 && distance(id, wanted) <= enough;
+    return requested.size() > enough && requested.size() < 100 && distance(id, requested) <= enough;
 }
 
-QString unknown(PDevice& device, const QString& wanted) {
+QString unknown(PDevice& device, const QString& requested) {
     QStringList all;
     QStringList near;
     for (const PDeviceProperty* property : device.supportProperties()) {
         all.append(QString::fromLatin1(property->id()));
-        if (isNear(all.last(), wanted.toLower()))
+        if (isNear(all.last(), requested.toLower()))
             near.append(all.last());
     }
     const QString hint =
         near.isEmpty() ? QString() : u" did you mean %1?"_qs.arg(near.join(u" or "_qs));
-    return u"the camera has no property \"%1\":%2 expected one of %3"_qs.arg(wanted.left(100), hint,
-                                                                             all.join(u", "_qs));
+    return u"the camera has no property \"%1\":%2 expected one of %3"_qs.arg(
+        requested.left(100), hint, all.join(u", "_qs));
 }
 
 } // namespace

@@ -9,11 +9,11 @@
 class PDevice;
 class PDeviceProperty;
 
-/// Finds properties by the ids that a person types. The main thread.
+/// Finds properties by the ids that the user types. The main thread.
 namespace PPropertyLookup {
 
-/// The property of this id, or null. A wrong id is wrong usage: the outcome names it, the ids it
-/// may have been meant for, and all there are.
+/// The property of this id, or null. A wrong id is wrong usage: the outcome names it, similar ids,
+/// and all there are.
 PDeviceProperty* find(PDevice& device, const QString& id, PCtlOutcome& outcome);
 
 /// Those of these ids, in their order; each once.

@@ -7,7 +7,7 @@
 
 class PDeviceProperty;
 
-/// Prints what the camera has for these properties, which are read anew, on the standard output:
+/// Prints what the camera has for these properties, which are read again, on the standard output:
 /// "id=value" each, or as JSON {camera, properties: {id: value}} with `more` in it. The main
 /// thread.
 void printPropertyValues(const QString& cameraId, const QList<PDeviceProperty*>& properties,

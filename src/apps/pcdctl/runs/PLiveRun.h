@@ -56,7 +56,7 @@ protected:
     std::unique_ptr<PFrameWriter> seriesWriter(const QString& pattern) const;
     /// Null without a recorder.
     const PFrameRecorder* recorder() const { return m_recorder.get(); }
-    /// What there is to say about the stream; `outcome` is that of run().
+    /// The report on the stream; `outcome` is that of run().
     PStreamReport streamReport(const PCtlOutcome& outcome) const;
 
     const PCameraIdentity& camera() const { return m_camera; }

@@ -5,13 +5,13 @@
 
 #include <apps/common/record/PRecordTally.h>
 
-/// What there is to say about a recording that has ended.
+/// The report on a recording that has ended. A value; one thread.
 struct PRecordReport {
     PStreamReport stream;
     QString file; ///< the stack, or the pattern of the files
     PRecordTally tally;
 
     QJsonObject toJson() const;
-    /// Several lines for people.
+    /// Several lines of text.
     QString toText() const;
 };

@@ -12,7 +12,7 @@ class PRecordRun : public PLiveRun {
 public:
     using PLiveRun::PLiveRun;
 
-    /// What there is to say about it; `outcome` is that of run().
+    /// The report on it; `outcome` is that of run().
     PRecordReport report(const PCtlOutcome& outcome) const;
 
 protected:

@@ -12,7 +12,7 @@
 
 #include <optional>
 
-/// What there is to say about a stream that has ended.
+/// The report on a stream that has ended. A value; one thread.
 struct PStreamReport {
     PCameraIdentity camera;
     PDeviceMode mode;
@@ -22,6 +22,6 @@ struct PStreamReport {
     QString error;                ///< empty: none
 
     QJsonObject toJson() const;
-    /// Several lines for people.
+    /// Several lines of text.
     QString toText() const;
 };

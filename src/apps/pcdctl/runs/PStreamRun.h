@@ -9,7 +9,7 @@ class PStreamRun : public PLiveRun {
 public:
     using PLiveRun::PLiveRun;
 
-    /// What there is to say about it; `outcome` is that of run().
+    /// The report on it; `outcome` is that of run().
     PStreamReport report(const PCtlOutcome& outcome) const;
 
 protected:

@@ -133,7 +133,7 @@ TEST_F(GrowingFile, closing_undoes_what_is_no_whole_step) {
     EXPECT_TRUE(file.close().isOk());
 }
 
-TEST_F(GrowingFile, a_system_that_cannot_close_it_is_heard) {
+TEST_F(GrowingFile, a_system_that_cannot_close_it_is_reported) {
     for (const QFileInfo& open : QDir(u"/proc/self/fd"_qs).entryInfoList(QDir::Files)) {
         if (open.symLinkTarget() == name) {
             ASSERT_EQ(::close(open.fileName().toInt()), 0);
