@@ -11,7 +11,7 @@ public:
     PStatus(Code code = Ok) // implicit: `return PStatus::Ok;` is how hooks answer
         : m_code(code) {}
 
-    /// A failure with its reason in plain words, ready to be shown to a person.
+    /// A failure with its reason in plain words, ready to be shown to the user.
     static PStatus failure(const QString& reason) {
         PStatus status(Failed);
         status.m_reason = reason;
