@@ -7,6 +7,7 @@
 #include "PTPropProcessMode.h"
 #include "PTPropRoi.h"
 #include "PTProps.h"
+#include "PTRoles.h"
 #include "PTTECProperty.h"
 
 #include <PCd/property/PDevicePropertyGroup.h>
@@ -92,6 +93,7 @@ QList<PDeviceProperty*> PTDevice::getSupportProperties() {
         all.append(new PTFanProperty(m_handle, "fan", QString()));
     all.append(new PTBacklightProperty(m_handle, "backlight", QString()));
     all += createProcessModeProperties(this, m_handle);
+    PTRoles::declare(all);
     return all;
 }
 
