@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCd/TestRoles.h>
+
 #include <PCd/frame/PDeviceFrame.h>
 
 #include <QObject>
@@ -48,6 +50,11 @@ inline std::shared_ptr<const PDeviceSettings> settingsOf(const TestSettings& val
     auto settings = std::make_shared<PDeviceSettings>();
     settings->mode = {3, 2, QStringLiteral("3x2"), "0", 24};
     settings->values = values;
+    for (const auto& value : values) {
+        if (testRoles().contains(value.first))
+            settings->roles.insert(value.first,
+                                   QVariant::fromValue(testRoles().value(value.first)));
+    }
     return settings;
 }
 

@@ -1,41 +1,25 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/camera/PCaptureMode.h>
 
-#include <PCd/device/PDevice.h>
-#include <PCd/frame/PFrameStamp.h>
-#include <PCd/property/PDeviceProperty.h>
-#include <PCd/property/value/PCompositeFields.h>
+#include <PCd/device/PDeviceRoles.h>
+#include <PCd/property/PPropertyRoles.h>
 
-#include <algorithm>
-
-namespace {
-
-bool isSet(const QVariant& value, const QString& field) {
-    return PCompositeFields::read(value, field).toInt() == 1;
+PDeviceProperty* PCaptureMode::property(const PDevice& device) {
+    return PDeviceRoles::property(device, PRole::Triggered);
 }
 
-bool isSet(const PDevice& device, const QString& field) {
-    const PDeviceProperty* const property = device.getProperty(PCaptureMode::propertyId);
-    return property != nullptr && isSet(property->valueInner(), field);
-}
-
-} // namespace
-
-bool PCaptureMode::isTriggered(const QVariant& value) {
-    return isSet(value, u"capturemode"_qs);
+bool PCaptureMode::isTriggered(const PDeviceProperty& property, const QVariant& value) {
+    return PRoleValue{{}, value, PPropertyRoles::of(property)}.isOn(PRole::Triggered);
 }
 
 bool PCaptureMode::isTriggered(const PDevice& device) {
-    return isSet(device, u"capturemode"_qs);
+    return PDeviceRoles::of(device).isOn(PRole::Triggered);
 }
 
 bool PCaptureMode::isTriggered(const PDeviceSettings& settings) {
-    const auto& values = settings.values;
-    return std::any_of(values.begin(), values.end(), [](const auto& value) {
-        return value.first == propertyId && isTriggered(value.second);
-    });
+    return PDeviceRoles::of(settings).isOn(PRole::Triggered);
 }
 
 bool PCaptureMode::isTriggeredFromOutside(const PDevice& device) {
-    return isSet(device, u"triggermode"_qs);
+    return PDeviceRoles::of(device).isOn(PRole::TriggerSource);
 }

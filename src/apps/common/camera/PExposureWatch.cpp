@@ -4,8 +4,9 @@
 #include <apps/common/camera/PCaptureMode.h>
 
 #include <PCd/device/PDevice.h>
+#include <PCd/device/PDeviceRoles.h>
 #include <PCd/property/PDeviceProperty.h>
-#include <PCd/property/value/PCompositeFields.h>
+#include <PCd/property/PPropertyRoles.h>
 
 #include <QScopedValueRollback>
 
@@ -17,32 +18,29 @@ namespace {
 // Automatic exposure before time and gain, which a camera only keeps while it is off.
 enum Setting : std::size_t { Automatic, Time, Gain, Target };
 
-constexpr std::array<const char*, 4> ids{"autoexponeable", "autoexpottime", "autoexpogain",
-                                         "autoexpotarget"};
+constexpr std::array<PRole, 4> roles{PRole::AutoExposure, PRole::ExposureTime, PRole::Gain,
+                                     PRole::ExposureTarget};
 
 constexpr int readingsToSettle = 3;
 constexpr quint64 framesToSettle = 3;    // automatic exposure moves with the frames
 constexpr double panelsRoundBy = 0.0051; // milliseconds: panels show hundredths
 
-bool isAutomatic(const QVariant& record) {
-    return PCompositeFields::read(record, u"autoexpenabled"_qs).toBool();
-}
-
-bool hasSameExposure(const QVariant& a, const QVariant& b) {
-    const auto time = [](const QVariant& record) {
-        return PCompositeFields::read(record, u"exp"_qs).toDouble();
-    };
-    return std::abs(time(a) - time(b)) < panelsRoundBy &&
-           PCompositeFields::read(a, u"gain"_qs) == PCompositeFields::read(b, u"gain"_qs);
+std::array<PDeviceProperty*, 4> plainOf(const PDevice& device) {
+    std::array<PDeviceProperty*, 4> plain{};
+    for (std::size_t i = 0; i < roles.size(); ++i)
+        plain[i] = PDeviceRoles::plainProperty(device, roles[i]);
+    return plain;
 }
 
 } // namespace
 
 PExposureWatch::PExposureWatch(PDevice* device, std::chrono::milliseconds interval)
-    : m_device(device) {
-    if (const PDeviceProperty* const property = record())
-        connect(property, &PDeviceProperty::valueChanged, this, &PExposureWatch::takeRecord);
-    if (const PDeviceProperty* const property = device->getProperty(ids[Automatic])) {
+    : m_device(device)
+    , m_plain(plainOf(*device))
+    , m_composite(PDeviceRoles::compositeProperty(*device, PRole::ExposureTime)) {
+    if (m_composite != nullptr)
+        connect(m_composite, &PDeviceProperty::valueChanged, this, &PExposureWatch::takeRecord);
+    if (const PDeviceProperty* const property = m_plain[Automatic]) {
         // The camera holds its exposure then, and what the user sets afterwards must stay.
         connect(property, &PDeviceProperty::valueChanged, this, [this](const QVariant& on) {
             if (!on.toBool())
@@ -54,14 +52,10 @@ PExposureWatch::PExposureWatch(PDevice* device, std::chrono::milliseconds interv
     look();
 }
 
-PDeviceProperty* PExposureWatch::record() const {
-    return m_device->getProperty(PCaptureMode::propertyId);
-}
-
 PExposureWatch::Reading PExposureWatch::read() const {
     Reading reading;
-    for (std::size_t i = 0; i < ids.size(); ++i) {
-        if (PDeviceProperty* const property = m_device->getProperty(ids[i])) {
+    for (std::size_t i = 0; i < roles.size(); ++i) {
+        if (PDeviceProperty* const property = m_plain[i]) {
             property->updateValueFromDevice();
             reading[i] = property->valueInner();
         }
@@ -73,9 +67,8 @@ void PExposureWatch::look() {
     if (m_device.isNull() || m_device->isGone())
         return;
     // A new panel reads the composite value without emitting.
-    if (const PDeviceProperty* const property = record();
-        property != nullptr && property->valueInner() != m_record)
-        m_record = m_shown = property->valueInner();
+    if (m_composite != nullptr && m_composite->valueInner() != m_record)
+        m_record = m_shown = m_composite->valueInner();
     const Reading now = read();
     // No exposure takes 0: this is a failed read, as of a camera whose cable was just pulled.
     if (now[Time].isValid() && now[Time].toDouble() <= 0)
@@ -108,6 +101,21 @@ void PExposureWatch::hold(const Reading& found) {
     refreshRecord(wanted);
 }
 
+bool PExposureWatch::isAutomatic(const QVariant& record) const {
+    return PRoleValue{{}, record, PPropertyRoles::of(*m_composite)}.isOn(PRole::AutoExposure);
+}
+
+bool PExposureWatch::hasSameExposure(const QVariant& a, const QVariant& b) const {
+    const PRoleBindings bindings = PPropertyRoles::of(*m_composite);
+    const PRoleValue before{{}, a, bindings};
+    const PRoleValue now{{}, b, bindings};
+    const auto time = [](const PRoleValue& record) {
+        return record.number(PRole::ExposureTime).value_or(0);
+    };
+    return std::abs(time(before) - time(now)) < panelsRoundBy &&
+           before.part(PRole::Gain) == now.part(PRole::Gain);
+}
+
 /// A panel sends its whole record with each change, so everything else is as it was.
 bool PExposureWatch::isOnlySwitchedOff(const QVariant& value) const {
     return isAutomatic(m_record) && !isAutomatic(value) && !PCaptureMode::isTriggered(*m_device) &&
@@ -130,32 +138,31 @@ bool PExposureWatch::hasSettled() const {
 /// The camera ends up with the wanted settings, which it has already. Nothing is sent unless a
 /// panel answers: between two readings automatic exposure may have moved.
 void PExposureWatch::refreshRecord(const Reading& wanted) {
-    PDeviceProperty* const property = record();
-    if (property == nullptr)
+    if (m_composite == nullptr)
         return;
     const QScopedValueRollback<bool> inside(m_isRefreshing, true);
     bool isAnswered = false;
-    const auto answers = connect(property, &PDeviceProperty::valueAboutToBeSent, this,
+    const auto answers = connect(m_composite, &PDeviceProperty::valueAboutToBeSent, this,
                                  [&isAnswered] { isAnswered = true; });
-    property->updateValueFromDevice();
+    m_composite->updateValueFromDevice();
     disconnect(answers);
-    m_shown = property->valueInner();
+    m_shown = m_composite->valueInner();
     // A panel writes back what it now shows, which may be rounded or clamped. Its controls do not
     // change a second time, so then it writes nothing.
     if (isAnswered) {
         putBack(wanted);
-        property->updateValueFromDevice();
+        m_composite->updateValueFromDevice();
     }
-    m_record = property->valueInner();
+    m_record = m_composite->valueInner();
 }
 
 /// Sets each setting in which the camera differs; not those that automatic exposure chooses.
 void PExposureWatch::putBack(const Reading& wanted) {
     const bool isAutomatic = wanted[Automatic].toBool();
     const Reading now = read();
-    for (std::size_t i = 0; i < ids.size(); ++i) {
+    for (std::size_t i = 0; i < roles.size(); ++i) {
         const bool isChosen = isAutomatic && (i == Time || i == Gain);
         if (!isChosen && now[i] != wanted[i])
-            m_device->getProperty(ids[i])->setValue(wanted[i]);
+            m_plain[i]->setValue(wanted[i]);
     }
 }

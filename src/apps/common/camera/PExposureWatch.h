@@ -36,10 +36,11 @@ private:
     /// Values of the plain settings; invalid where the camera has none.
     using Reading = std::array<QVariant, 4>;
 
-    PDeviceProperty* record() const;
     Reading read() const;
     void look();
     void takeRecord(const QVariant& value);
+    bool isAutomatic(const QVariant& record) const;
+    bool hasSameExposure(const QVariant& a, const QVariant& b) const;
     bool isOnlySwitchedOff(const QVariant& value) const;
     void beginToSettle();
     bool hasSettled() const;
@@ -48,6 +49,8 @@ private:
     void putBack(const Reading& wanted);
 
     QPointer<PDevice> m_device;
+    std::array<PDeviceProperty*, 4> m_plain; ///< the device's; null where it has none
+    PDeviceProperty* m_composite;            ///< likewise
     QTimer m_timer;
     Reading m_last;
     std::optional<Reading> m_found; ///< the last one with automatic exposure on

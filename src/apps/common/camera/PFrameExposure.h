@@ -1,23 +1,27 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <apps/common/camera/PSettingNames.h>
+
 #include <QString>
 
 #include <optional>
 
+class PDeviceRoles;
 struct PDeviceSettings;
-class PSettingNames;
 
-/// How a frame was exposed, as far as its settings contain it. A value.
+/// How a frame was exposed, as far as the roles of its settings say it. A value.
 struct PFrameExposure {
     std::optional<double> milliseconds;
     std::optional<double> gain; ///< a factor: 1.2 is 120 %
     bool automatic = false;     ///< the camera chose time and gain by itself
     QString binning;            ///< "2x2" …; empty if unknown
 
-    /// Reads the settings "autoexpottime" (microseconds), "autoexpogain" (percent) and
-    /// "autoexponeable", or without those the record "extexposure", and "binning". Any thread.
+    /// Reads the plain settings of time, gain and automatic exposure, or without those the fields
+    /// of a composite one, and the binning. Any thread.
     static PFrameExposure of(const PDeviceSettings& settings, const PSettingNames& names);
+    /// Likewise, of a frame's settings or a device's.
+    static PFrameExposure of(const PDeviceRoles& roles, const PSettingNames& names = {});
 
     /// "158.647 ms (automatic)", or "(manual)"; empty if the time is not known.
     QString timeText() const;

@@ -2,15 +2,32 @@
 #include <apps/common/camera/PSensorTemperature.h>
 
 #include <PCd/device/PDevice.h>
+#include <PCd/device/PDeviceRoles.h>
 #include <PCd/property/PDeviceProperty.h>
+#include <PCd/property/PPropertyRoles.h>
 
-std::optional<double> PSensorTemperature::of(const PDevice& device) {
-    PDeviceProperty* const cooler = device.getProperty("teccontrol");
-    if (device.isGone() || cooler == nullptr ||
-        cooler->metaObject()->indexOfMethod("sensorTemperature()") < 0)
-        return std::nullopt;
+namespace {
+
+/// A method of the property reads what is not its value.
+std::optional<double> invoked(PDeviceProperty& property) {
+    const QByteArray method = PPropertyRoles::method(property, PRole::SensorTemperature);
     QVariant degrees;
-    QMetaObject::invokeMethod(cooler, "sensorTemperature", Qt::DirectConnection,
+    QMetaObject::invokeMethod(&property, method.constData(), Qt::DirectConnection,
                               Q_RETURN_ARG(QVariant, degrees));
     return degrees.isValid() ? std::optional(degrees.toDouble()) : std::nullopt;
+}
+
+} // namespace
+
+std::optional<double> PSensorTemperature::of(const PDevice& device) {
+    if (device.isGone())
+        return std::nullopt;
+    if (PDeviceProperty* const property =
+            PDeviceRoles::methodProperty(device, PRole::SensorTemperature))
+        return invoked(*property);
+    PDeviceProperty* const property = PDeviceRoles::property(device, PRole::SensorTemperature);
+    if (property == nullptr)
+        return std::nullopt;
+    property->updateValueFromDevice();
+    return PPropertyRoles::value(*property).number(PRole::SensorTemperature);
 }

@@ -2,98 +2,131 @@
 #include <apps/common/camera/PTriggerControl.h>
 
 #include <PCd/device/PDevice.h>
+#include <PCd/device/PDeviceRoles.h>
 #include <PCd/property/PDeviceProperty.h>
+#include <PCd/property/PPropertyRoles.h>
 #include <PCd/property/value/PCompositeFields.h>
 
-#include <PCore/PMinMaxRange.h>
-
+#include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace {
 
 using std::chrono::microseconds;
 
-/// A part of the exposure time: its field and how long one of it is.
-struct Part {
-    const char* field;
-    microseconds unit;
-};
+/// How long one of a part of the exposure time is.
+microseconds lengthOf(const PRoleBinding& part) {
+    return microseconds(std::llround(part.toRole(1) * 1000));
+}
 
-constexpr Part timeParts[]{{"minutes", microseconds(60'000'000)},
-                           {"seconds", microseconds(1'000'000)},
-                           {"milliseconds", microseconds(1'000)},
-                           {"microseconds", microseconds(1)}};
-
-QString nameOf(const char* field) {
-    return QString::fromLatin1(field);
+/// The fields with a role; of times, the longest unit first.
+PRoleBindings fieldsOf(const PDeviceProperty& property, PRole role) {
+    PRoleBindings fields = PPropertyRoles::of(property);
+    fields.removeIf([&](const PRoleBinding& binding) {
+        return binding.role != role || binding.field.isEmpty();
+    });
+    std::stable_sort(
+        fields.begin(), fields.end(),
+        [](const PRoleBinding& a, const PRoleBinding& b) { return lengthOf(a) > lengthOf(b); });
+    return fields;
 }
 
 bool hasTrigger(const PDeviceProperty* property) {
-    return property != nullptr && property->metaObject()->indexOfMethod("fireTrigger(int)") >= 0 &&
-           PCompositeFields::names(property->valueInner()).contains(nameOf("capturemode"));
+    if (property == nullptr)
+        return false;
+    const QByteArray fire = PPropertyRoles::method(*property, PRole::FireTrigger) + "(int)";
+    const PRoleValue value = PPropertyRoles::value(*property);
+    return property->metaObject()->indexOfMethod(fire) >= 0 && value.number(PRole::Triggered) &&
+           value.number(PRole::TriggerTime);
 }
 
-PStatus writeNumber(QVariant& value, const char* field, qint64 number) {
-    return PCompositeFields::write(value, nameOf(field), QString::number(number));
+PStatus writeText(QVariant& value, const PRoleBinding& field, const QString& text) {
+    return PCompositeFields::write(value, QString::fromLatin1(field.field), text);
 }
 
-/// Microseconds; in double, which fields of any size fit.
-double totalOf(const QVariant& value) {
-    double sum = 0;
-    for (const Part& part : timeParts)
-        sum += PCompositeFields::read(value, nameOf(part.field)).toDouble() *
-               double(part.unit.count());
-    return sum;
-}
-
-PStatus writeExposure(QVariant& value, microseconds exposure) {
-    for (const Part& part : timeParts) {
-        const PStatus status = writeNumber(value, part.field, exposure / part.unit);
+/// Whole numbers of the longer units; the shortest takes the rest. There is one part at least.
+PStatus writeExposure(QVariant& value, PRoleBindings parts, microseconds exposure) {
+    const PRoleBinding last = parts.takeLast();
+    for (const PRoleBinding& part : std::as_const(parts)) {
+        const PStatus status = writeText(value, part, QString::number(exposure / lengthOf(part)));
         if (!status.isOk())
             return status;
-        exposure %= part.unit;
+        exposure %= lengthOf(part);
     }
-    return PStatus::Ok;
+    const double rest = double(exposure.count()) / double(lengthOf(last).count());
+    return writeText(value, last, QString::number(rest, 'g', 15));
+}
+
+using TimeRange = PMinMaxRange<double>;
+
+std::optional<TimeRange> numbersOf(const QVariant& range) {
+    if (range.metaType() == QMetaType::fromType<TimeRange>())
+        return range.value<TimeRange>();
+    if (range.metaType() != QMetaType::fromType<PMinMaxRange<int>>())
+        return std::nullopt;
+    const auto whole = range.value<PMinMaxRange<int>>();
+    return TimeRange{double(whole.minimum), double(whole.maximum), double(whole.step)};
+}
+
+/// Of a property whose value is an exposure time: its range in milliseconds, if it has one.
+std::optional<TimeRange> timeRangeOf(const PDeviceProperty& property) {
+    const std::optional<TimeRange> range = numbersOf(property.rangeInner());
+    for (const PRoleBinding& time : PPropertyRoles::of(property)) {
+        if (range && time.role == PRole::ExposureTime && time.isPlain())
+            return TimeRange{time.toRole(range->minimum), time.toRole(range->maximum), 0};
+    }
+    return std::nullopt;
 }
 
 } // namespace
 
 /// By the range of the plain exposure time, where the camera has that.
 PStatus PTriggerControl::checkExposure(const QVariant& value) const {
-    const double time = totalOf(value);
-    const auto range = m_timeRange.value<PMinMaxRange<int>>();
-    if (!m_timeRange.isValid() || (time >= range.minimum && time <= range.maximum))
+    const double time = millisecondsOf(value);
+    if (!m_timeRange || (time >= m_timeRange->minimum && time <= m_timeRange->maximum))
         return PStatus::Ok;
     return PStatus::failure(tr("an exposure time of %1 s is not possible: expected %2 s to %3 s")
-                                .arg(time / 1e6)
-                                .arg(range.minimum / 1e6)
-                                .arg(range.maximum / 1e6));
+                                .arg(time / 1e3)
+                                .arg(m_timeRange->minimum / 1e3)
+                                .arg(m_timeRange->maximum / 1e3));
 }
 
 PTriggerControl::PTriggerControl(PDevice& device)
     : m_property(nullptr) {
     device.supportProperties();
-    PDeviceProperty* const property = device.getProperty("extexposure");
+    PDeviceProperty* const property = PDeviceRoles::compositeProperty(device, PRole::Triggered);
     if (hasTrigger(property))
         m_property = property;
-    if (const PDeviceProperty* const time = device.getProperty("autoexpottime"))
-        m_timeRange = time->rangeInner();
+    if (const PDeviceProperty* const time =
+            PDeviceRoles::plainProperty(device, PRole::ExposureTime))
+        m_timeRange = timeRangeOf(*time);
+}
+
+double PTriggerControl::millisecondsOf(const QVariant& value) const {
+    return PRoleValue{{}, value, PPropertyRoles::of(*m_property)}
+        .number(PRole::TriggerTime)
+        .value_or(0);
 }
 
 PStatus PTriggerControl::prepare(Source source, std::optional<microseconds> exposure, int frames) {
     if (m_property == nullptr)
         return PStatus::failure(tr("the camera has no triggered capture"));
     QVariant value = m_property->valueInner();
-    PStatus status = exposure ? writeExposure(value, *exposure) : PStatus(PStatus::Ok);
+    PStatus status =
+        exposure ? writeExposure(value, fieldsOf(*m_property, PRole::TriggerTime), *exposure)
+                 : PStatus(PStatus::Ok);
     if (status.isOk())
         status = checkExposure(value);
-    const std::pair<const char*, qint64> fields[]{
-        {"spincount", frames},
-        {"triggermode", source == Source::External ? 1 : 0},
-        {"capturemode", 1}};
-    for (const auto& [field, number] : fields) {
-        if (status.isOk())
-            status = writeNumber(value, field, number);
+    const std::pair<PRole, int> numbers[]{
+        {PRole::TriggerCount, frames},
+        {PRole::TriggerSource, source == Source::External ? 1 : 0},
+        {PRole::Triggered, 1}};
+    for (const auto& [role, number] : numbers) {
+        for (const PRoleBinding& field : fieldsOf(*m_property, role)) {
+            if (status.isOk())
+                status = writeText(value, field, QString::number(number));
+        }
     }
     if (status.isOk())
         m_property->setValue(value);
@@ -102,12 +135,13 @@ PStatus PTriggerControl::prepare(Source source, std::optional<microseconds> expo
 
 PStatus PTriggerControl::fire(int frames) {
     bool fired = false;
-    QMetaObject::invokeMethod(m_property, "fireTrigger", Qt::DirectConnection,
+    const QByteArray method = PPropertyRoles::method(*m_property, PRole::FireTrigger);
+    QMetaObject::invokeMethod(m_property, method.constData(), Qt::DirectConnection,
                               Q_RETURN_ARG(bool, fired), Q_ARG(int, frames));
     return fired ? PStatus(PStatus::Ok)
                  : PStatus::failure(tr("the camera refused to be triggered"));
 }
 
 microseconds PTriggerControl::exposure() const {
-    return microseconds(qint64(totalOf(m_property->valueInner())));
+    return microseconds(std::llround(millisecondsOf(m_property->valueInner()) * 1000));
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PMinMaxRange.h>
 #include <PCore/PStatus.h>
 
 #include <QCoreApplication>
@@ -12,8 +13,8 @@
 class PDevice;
 class PDeviceProperty;
 
-/// Triggered capture of a camera that has it: a composite exposure property with trigger fields,
-/// and a way to fire. The device's thread; the device must stay.
+/// Triggered capture of a camera that has it: a composite property with the roles of the trigger,
+/// and a method to fire. The device's thread; the device must stay.
 class PTriggerControl {
     Q_DECLARE_TR_FUNCTIONS(PTriggerControl)
 
@@ -37,7 +38,8 @@ public:
 
 private:
     PStatus checkExposure(const QVariant& value) const;
+    double millisecondsOf(const QVariant& value) const;
 
     PDeviceProperty* m_property;
-    QVariant m_timeRange; ///< of exposure times, microseconds; invalid: unknown
+    std::optional<PMinMaxRange<double>> m_timeRange; ///< of exposure times, milliseconds
 };

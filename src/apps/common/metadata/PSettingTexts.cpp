@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/metadata/PSettingTexts.h>
 
-#include <apps/common/camera/PCaptureMode.h>
 #include <apps/common/camera/PFrameExposure.h>
-#include <apps/common/camera/PSettingNames.h>
 
+#include <PCd/device/PDeviceRoles.h>
 #include <PCd/frame/PFrameStamp.h>
 #include <PCd/property/value/PCompositeFields.h>
 #include <PCd/property/value/PPropertyText.h>
@@ -14,61 +13,54 @@
 
 namespace {
 
-/// How a setting, or "setting.field", is shown.
+/// How a setting is shown.
 struct Description {
-    const char* id;
+    PRole role;
     const char* title; ///< null: written by something else
     const char* unit = "";
-    double factor = 1;               ///< of the number as the camera has it, to that unit
     const char* names = nullptr;     ///< of the numbers from 0 on, with blanks between them
     bool isOfTrigger = false;        ///< means something for triggered frames only
     const char* unitOfOne = nullptr; ///< where it differs
 };
 
 constexpr Description descriptions[]{
-    {"extexposure.exp", nullptr},
-    {"extexposure.gain", nullptr},
-    {"extexposure.autoexpenabled", nullptr},
-    {"extexposure.minutes", nullptr},
-    {"extexposure.seconds", nullptr},
-    {"extexposure.milliseconds", nullptr},
-    {"extexposure.microseconds", nullptr},
-    {"extexposure.target", "Exposure target"},
-    {"extexposure.spincount", "Trigger sequence", " frames", 1, nullptr, true, " frame"},
-    {"extexposure.triggermode", "Trigger source", "", 1, "software external", true},
-    {"extexposure.capturemode", "Capture", "", 1, "video triggered"},
-    {"autoexponeable", nullptr},
-    {"autoexpottime", nullptr},
-    {"autoexpogain", nullptr},
-    {"autoexpotarget", "Exposure target"},
-    {"tint", "White balance tint"},
-    {"temp", "White balance temperature"},
-    {"wbgain", "White balance gain"},
-    {"contrast", "Contrast"},
-    {"hue", "Hue"},
-    {"saturation", "Saturation"},
-    {"brightness", "Brightness"},
-    {"gamma", "Gamma"},
-    {"chrome", "Chrome"},
-    {"negative", "Negative"},
-    {"colormatrix", "Color matrix"},
-    {"binning", "Binning"},
-    {"rotate", "Rotation", "°"},
-    {"vflip", "Vertical flip"},
-    {"hflip", "Horizontal flip"},
-    {"roi", "Region", " px"},
-    {"speed", "Speed level"},
-    {"backlight", "Backlight compensation"},
-    {"teccontrol.on", "Cooler", "", 1, "off on"},
-    {"teccontrol.target", "Cooler target", " °C", 0.1},
-    {"fan.enable", "Fan", "", 1, "off on"},
-    {"fan.target", "Fan speed level"},
+    {PRole::ExposureTime, nullptr},
+    {PRole::Gain, nullptr},
+    {PRole::AutoExposure, nullptr},
+    {PRole::ExposureTarget, "Exposure target"},
+    {PRole::TriggerTime, nullptr},
+    {PRole::TriggerCount, "Trigger sequence", " frames", nullptr, true, " frame"},
+    {PRole::TriggerSource, "Trigger source", "", "software external", true},
+    {PRole::Triggered, "Capture", "", "video triggered"},
+    {PRole::SensorTemperature, "Sensor temperature", " °C"},
+    {PRole::WhiteBalanceTint, "White balance tint"},
+    {PRole::WhiteBalanceTemperature, "White balance temperature"},
+    {PRole::WhiteBalanceGain, "White balance gain"},
+    {PRole::Contrast, "Contrast"},
+    {PRole::Hue, "Hue"},
+    {PRole::Saturation, "Saturation"},
+    {PRole::Brightness, "Brightness"},
+    {PRole::Gamma, "Gamma"},
+    {PRole::Monochrome, "Chrome"},
+    {PRole::Negative, "Negative"},
+    {PRole::ColourMatrix, "Color matrix"},
+    {PRole::Binning, "Binning"},
+    {PRole::Rotation, "Rotation", "°"},
+    {PRole::FlipDown, "Vertical flip"},
+    {PRole::FlipAcross, "Horizontal flip"},
+    {PRole::Region, "Region", " px"},
+    {PRole::SpeedLevel, "Speed level"},
+    {PRole::BacklightCompensation, "Backlight compensation"},
+    {PRole::CoolerOn, "Cooler", "", "off on"},
+    {PRole::CoolerTarget, "Cooler target", " °C"},
+    {PRole::FanOn, "Fan", "", "off on"},
+    {PRole::FanLevel, "Fan speed level"},
 };
 
-const Description* find(const QByteArray& id) {
+const Description* find(PRole role) {
     const auto* const found =
         std::find_if(std::begin(descriptions), std::end(descriptions),
-                     [&](const Description& description) { return id == description.id; });
+                     [&](const Description& description) { return role == description.role; });
     return found == std::end(descriptions) ? nullptr : found;
 }
 
@@ -78,12 +70,12 @@ QString choiceName(const Description& description, const QVariant& value) {
     return names.value(value.toInt());
 }
 
-QString toText(const Description& description, const QVariant& value) {
+QString toText(const Description& description, const PRoleBinding& binding, const QVariant& value) {
     if (const QString name = choiceName(description, value); !name.isEmpty())
         return name;
-    const QString text = description.factor == 1
+    const QString text = binding.unit == PRoleUnit::Own
                              ? PPropertyText::ofValue(value, QVariant())
-                             : QString::number(value.toDouble() * description.factor);
+                             : QString::number(binding.toRole(value.toDouble()));
     const bool isOne = description.unitOfOne != nullptr && text == u"1"_qs;
     return text + QString::fromUtf8(isOne ? description.unitOfOne : description.unit);
 }
@@ -93,13 +85,14 @@ public:
     explicit Texts(bool areTriggered)
         : m_areTriggered(areTriggered) {}
 
-    void append(const QByteArray& id, const QVariant& value) {
-        const Description* const description = find(id);
+    /// A setting with a role, or with none (null).
+    void append(const QByteArray& id, const PRoleBinding* binding, const QVariant& value) {
+        const Description* const description = binding == nullptr ? nullptr : find(binding->role);
         if (description == nullptr)
             add(u"Setting "_qs + QString::fromLatin1(id),
                 PPropertyText::ofValue(value, QVariant()));
         else if (description->title != nullptr && (m_areTriggered || !description->isOfTrigger))
-            add(QString::fromLatin1(description->title), toText(*description, value));
+            add(QString::fromLatin1(description->title), toText(*description, *binding, value));
     }
     /// Does nothing if the key is there already: a record repeats plain settings.
     void add(const QString& key, const QString& text) {
@@ -115,30 +108,42 @@ private:
     bool m_areTriggered;
 };
 
-/// A fan that could not be read has this state.
-bool isUnknownFan(const QByteArray& id, const QVariant& value) {
-    return id == "fan" && PCompositeFields::read(value, u"enable"_qs) == -1;
+/// The binding of a field, or with an empty name of the whole value; null if it has no role.
+const PRoleBinding* bindingOf(const PRoleBindings& bindings, const QByteArray& field) {
+    const auto found =
+        std::find_if(bindings.begin(), bindings.end(), [&](const PRoleBinding& binding) {
+            return binding.method.isEmpty() && binding.field == field;
+        });
+    return found == bindings.end() ? nullptr : &*found;
 }
 
-void appendFields(Texts& texts, const QByteArray& id, const QVariant& value) {
-    for (const QString& field : PCompositeFields::names(value))
-        texts.append(id + '.' + field.toLatin1(), PCompositeFields::read(value, field));
+void appendFields(Texts& texts, const PRoleValue& setting) {
+    if (setting.number(PRole::FanOn).value_or(0) < 0) // it could not be read
+        return;
+    for (const QString& name : PCompositeFields::names(setting.value)) {
+        const QByteArray field = name.toLatin1();
+        texts.append(setting.id + '.' + field, bindingOf(setting.bindings, field),
+                     PCompositeFields::read(setting.value, name));
+    }
 }
 
 } // namespace
 
 PPictureMetadata PSettingTexts::of(const PDeviceSettings& settings) {
-    Texts texts(PCaptureMode::isTriggered(settings));
-    const PFrameExposure exposure = PFrameExposure::of(settings, {});
+    const PDeviceRoles roles = PDeviceRoles::of(settings);
+    Texts texts(roles.isOn(PRole::Triggered));
+    const PFrameExposure exposure = PFrameExposure::of(roles);
     if (exposure.gain)
         texts.add(u"Gain"_qs, exposure.gainText());
-    for (const auto& [id, value] : settings.values) {
-        if (value.isValid() && !PCompositeFields::isComposite(value)) // an action has none
-            texts.append(id, value);
+    const QList<PRoleValue> values = PDeviceRoles::valuesOf(settings);
+    for (const PRoleValue& setting : values) {
+        // An action has no value.
+        if (setting.value.isValid() && !PCompositeFields::isComposite(setting.value))
+            texts.append(setting.id, bindingOf(setting.bindings, {}), setting.value);
     }
-    for (const auto& [id, value] : settings.values) {
-        if (PCompositeFields::isComposite(value) && !isUnknownFan(id, value))
-            appendFields(texts, id, value);
+    for (const PRoleValue& setting : values) {
+        if (PCompositeFields::isComposite(setting.value))
+            appendFields(texts, setting);
     }
     return texts.list;
 }

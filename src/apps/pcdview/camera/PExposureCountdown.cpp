@@ -2,24 +2,25 @@
 #include <apps/pcdview/camera/PExposureCountdown.h>
 
 #include <apps/common/camera/PCaptureMode.h>
-
-#include <apps/pcdview/camera/PPropertyValue.h>
+#include <apps/common/camera/PFrameExposure.h>
 
 #include <PCd/device/PDevice.h>
+#include <PCd/device/PDeviceRoles.h>
 #include <PCd/property/PDeviceProperty.h>
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
 using std::chrono::microseconds;
 
-const char* const exposureTimeId = "autoexpottime";
 // Shorter ones bring more than a picture a second, whose rate is enough.
 constexpr microseconds shortestToWaitFor(900'000);
 
 microseconds exposureOf(const PDevice& device) {
-    return microseconds(propertyValue(device, exposureTimeId).toLongLong());
+    const auto milliseconds = PFrameExposure::of(PDeviceRoles::of(device)).milliseconds;
+    return microseconds(std::llround(milliseconds.value_or(0) * 1000));
 }
 
 } // namespace
@@ -30,7 +31,8 @@ PExposureCountdown::PExposureCountdown(PDevice* device, Now now)
     restart();
     connect(device, &PDevice::imageChanged, this, &PExposureCountdown::restart);
     connect(device, &PDevice::modeChanged, this, &PExposureCountdown::restart);
-    if (const PDeviceProperty* const property = device->getProperty(exposureTimeId))
+    if (const PDeviceProperty* const property =
+            PDeviceRoles::property(*device, PRole::ExposureTime))
         connect(property, &PDeviceProperty::valueChanged, this,
                 &PExposureCountdown::followExposureTime);
 }

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <apps/pcdview/camera/PExposureText.h>
 
-#include <apps/pcdview/camera/PPropertyValue.h>
+#include <apps/common/camera/PFrameExposure.h>
+
+#include <PCd/device/PDeviceRoles.h>
 
 #include <QLocale>
 #include <QStringList>
@@ -23,12 +25,13 @@ QString PExposureText::time(double microseconds) {
 }
 
 QString PExposureText::of(const PDevice& device) {
+    const PFrameExposure exposure = PFrameExposure::of(PDeviceRoles::of(device));
     QStringList parts;
-    if (const QVariant value = propertyValue(device, "autoexpottime"); value.isValid())
-        parts.append(time(value.toDouble()));
-    if (const QVariant value = propertyValue(device, "autoexpogain"); value.isValid())
-        parts.append(tr("gain %1").arg(number(value.toDouble() / 100)));
-    if (propertyValue(device, "autoexponeable").toBool())
+    if (exposure.milliseconds)
+        parts.append(time(*exposure.milliseconds * 1000));
+    if (exposure.gain)
+        parts.append(tr("gain %1").arg(number(*exposure.gain)));
+    if (exposure.automatic)
         parts.append(tr("auto"));
     return parts.join(u", "_qs);
 }

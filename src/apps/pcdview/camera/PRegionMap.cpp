@@ -1,11 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <apps/pcdview/camera/PRegionMap.h>
 
-#include <apps/pcdview/camera/PPropertyValue.h>
-
-#include <PCd/PEnumeration.h>
-#include <PCd/device/PDevice.h>
-#include <PCd/property/PDeviceProperty.h>
+#include <PCd/device/PDeviceRoles.h>
 
 #include <QTransform>
 
@@ -13,14 +9,6 @@
 #include <numeric>
 
 namespace {
-
-int rotationOf(const PDevice& device) {
-    const PDeviceProperty* const property = device.getProperty("rotate");
-    if (property == nullptr)
-        return 0;
-    const auto choices = property->rangeInner().value<PEnumeration>();
-    return choices.getItem(property->valueInner().toUuid()).name.toInt(); // "90"
-}
 
 int atLeastOne(int step) {
     return std::max(step, 1);
@@ -51,10 +39,11 @@ Span snappedSpan(Span wanted, Span bounds, int smallest, int lengthStep, int off
 PRegionMap PRegionMap::of(const PDevice& device, QSize picture) {
     PRegionMap map;
     map.picture = picture;
-    map.onSensor = propertyValue(device, "roi").toRect();
-    map.rotation = rotationOf(device);
-    map.isFlippedAcross = propertyValue(device, "hflip").toBool();
-    map.isFlippedDown = propertyValue(device, "vflip").toBool();
+    const PDeviceRoles roles = PDeviceRoles::of(device);
+    map.onSensor = roles.part(PRole::Region).toRect();
+    map.rotation = int(roles.number(PRole::Rotation).value_or(0));
+    map.isFlippedAcross = roles.isOn(PRole::FlipAcross);
+    map.isFlippedDown = roles.isOn(PRole::FlipDown);
     return map;
 }
 

@@ -17,8 +17,8 @@ struct PRegionMap {
     bool isFlippedAcross = false; ///< left and right are exchanged
     bool isFlippedDown = false;   ///< top and bottom are exchanged
 
-    /// Of a device whose pictures have this size, by its properties "roi", "rotate", "hflip" and
-    /// "vflip"; what it does not have does nothing. The device's thread.
+    /// Of a device whose pictures have this size, by its region, rotation and flips; what it does
+    /// not have does nothing. The device's thread.
     static PRegionMap of(const PDevice& device, QSize picture);
 
     /// The region of the sensor that lies under a region of the picture, outwards to whole pixels.

@@ -4,15 +4,25 @@
 #include <apps/common/camera/PCaptureMode.h>
 
 #include <PCd/device/PDevice.h>
+#include <PCd/device/PDeviceRoles.h>
 #include <PCd/profile/PDeviceProfilePlan.h>
 #include <PCd/property/PDeviceProperty.h>
 
 namespace {
 
-constexpr const char* automaticId = "autoexponeable";
-constexpr const char* targetId = "autoexpotarget";
-constexpr const char* timeId = "autoexpottime";
-constexpr const char* gainId = "autoexpogain";
+/// Automatic exposure is set before time and gain, which a camera only keeps while it is off.
+constexpr PRole exposureRoles[]{PRole::AutoExposure, PRole::ExposureTarget, PRole::ExposureTime,
+                                PRole::Gain};
+
+bool isChosenByCamera(PRole role) {
+    return role == PRole::ExposureTime || role == PRole::Gain;
+}
+
+/// A property of the exposure that is in no profile, or null.
+PDeviceProperty* notSaved(const PDevice& device, PRole role) {
+    PDeviceProperty* const property = PDeviceRoles::plainProperty(device, role);
+    return property == nullptr || property->isSerializable() ? nullptr : property;
+}
 
 } // namespace
 
@@ -61,30 +71,30 @@ PStatus PSettingsRestorer::restore(PDevice& device, PDeviceProfileReport& report
 void PSettingsRestorer::restoreExposure(PDevice& device, PDeviceProfileReport& report) const {
     if (PCaptureMode::isTriggered(device))
         return; // the composite one has another exposure then
-    for (const char* const id : {automaticId, targetId})
-        restoreValue(device, id, report);
-    if (m_exposure.value(automaticId).toBool())
-        return; // the rest is the camera's to choose
-    for (const char* const id : {timeId, gainId})
-        restoreValue(device, id, report);
+    const auto automatic = m_exposure.find(PRole::AutoExposure);
+    const bool isAutomatic = automatic != m_exposure.end() && automatic->second.toBool();
+    for (const PRole role : exposureRoles) {
+        if (!isAutomatic || !isChosenByCamera(role))
+            restoreValue(device, role, report);
+    }
 }
 
-void PSettingsRestorer::restoreValue(PDevice& device, const char* id,
+void PSettingsRestorer::restoreValue(PDevice& device, PRole role,
                                      PDeviceProfileReport& report) const {
-    PDeviceProperty* const property = device.getProperty(id);
-    const QVariant value = m_exposure.value(id);
-    if (property == nullptr || !value.isValid())
+    PDeviceProperty* const property = notSaved(device, role);
+    const auto known = m_exposure.find(role);
+    if (property == nullptr || known == m_exposure.end() || !known->second.isValid())
         return;
-    property->setValue(value);
-    if (property->valueInner() != value)
-        report.refused.append({id, tr("the camera rejected it")});
+    property->setValue(known->second);
+    if (property->valueInner() != known->second)
+        report.refused.append({property->id(), tr("the camera rejected it")});
 }
 
 void PSettingsRestorer::remember() {
     // A camera that has just lost its cable answers zeros until its device is removed, and no
     // camera exposes for no time at all.
-    const PDeviceProperty* const time = m_device->getProperty(timeId);
-    const bool exposesForNoTime = time != nullptr && time->valueInner().toDouble() <= 0;
+    const std::optional<double> time = PDeviceRoles::of(*m_device).number(PRole::ExposureTime);
+    const bool exposesForNoTime = time.value_or(1) <= 0;
     if (exposesForNoTime || !m_device->isAnswering())
         return;
     rememberExposure();
@@ -95,8 +105,8 @@ void PSettingsRestorer::remember() {
 void PSettingsRestorer::rememberExposure() {
     if (PCaptureMode::isTriggered(*m_device))
         return;
-    for (const char* const id : {automaticId, targetId, timeId, gainId}) {
-        if (const PDeviceProperty* const property = m_device->getProperty(id))
-            m_exposure.insert(id, property->valueInner());
+    for (const PRole role : exposureRoles) {
+        if (const PDeviceProperty* const property = notSaved(*m_device, role))
+            m_exposure[role] = property->valueInner();
     }
 }

@@ -3,12 +3,14 @@
 
 #include <PCd/profile/PDeviceProfileReport.h>
 #include <PCd/profile/PDeviceProfileValues.h>
+#include <PCd/property/value/PRole.h>
 
 #include <PCore/PStatus.h>
 
-#include <QHash>
 #include <QObject>
 #include <QTimer>
+
+#include <map>
 
 class PDevice;
 
@@ -35,10 +37,10 @@ private:
     void remember();
     void rememberExposure();
     void restoreExposure(PDevice& device, PDeviceProfileReport& report) const;
-    void restoreValue(PDevice& device, const char* id, PDeviceProfileReport& report) const;
+    void restoreValue(PDevice& device, PRole role, PDeviceProfileReport& report) const;
 
     PDevice* m_device = nullptr;
     PDeviceProfileValues m_values;
-    QHash<QByteArray, QVariant> m_exposure; ///< values of plain properties, by their ids
+    std::map<PRole, QVariant> m_exposure; ///< values of plain properties that no profile has
     QTimer m_later;
 };

@@ -59,8 +59,8 @@ void PViewCamera::leaveDevice() {
     m_isTriggered = false;
     m_isRunning = false;
     disconnect(m_device, nullptr, this, nullptr);
-    if (PDeviceProperty* const exposure = m_device->getProperty(PCaptureMode::propertyId))
-        disconnect(exposure, nullptr, this, nullptr);
+    if (PDeviceProperty* const capture = PCaptureMode::property(*m_device))
+        disconnect(capture, nullptr, this, nullptr);
     m_device = nullptr;
 }
 
@@ -91,8 +91,8 @@ void PViewCamera::restoreSettings() {
 }
 
 void PViewCamera::followTrigger() {
-    PDeviceProperty* const exposure = m_device->getProperty(PCaptureMode::propertyId);
-    if (exposure == nullptr)
+    PDeviceProperty* const capture = PCaptureMode::property(*m_device);
+    if (capture == nullptr)
         return;
     const auto look = [this] {
         const bool isTriggered = PCaptureMode::isTriggered(*m_device);
@@ -105,11 +105,12 @@ void PViewCamera::followTrigger() {
         m_pace.reset();
         emit stateChanged();
     };
-    connect(exposure, &PDeviceProperty::valueChanged, this, look);
-    connect(exposure, &PDeviceProperty::valueAboutToBeSent, this, [this](const QVariant& value) {
-        if (m_isTriggered && !PCaptureMode::isTriggered(value))
+    connect(capture, &PDeviceProperty::valueChanged, this, look);
+    const auto lookAhead = [this, capture](const QVariant& value) {
+        if (m_isTriggered && !PCaptureMode::isTriggered(*capture, value))
             m_triggersEnd = std::chrono::steady_clock::now();
-    });
+    };
+    connect(capture, &PDeviceProperty::valueAboutToBeSent, this, lookAhead);
     look();
 }
 

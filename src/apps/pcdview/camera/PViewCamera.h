@@ -57,7 +57,7 @@ public:
     PDevice* device() const { return m_device; }
     State state() const;
     /// True while frames come by triggers only, and the number of pictures since then, including
-    /// the one being emitted. Any camera whose "extexposure" has a field "capturemode".
+    /// the one being emitted. Any camera with the role PRole::Triggered.
     bool isTriggered() const { return m_isTriggered; }
     quint64 triggeredPictures() const { return m_triggeredPictures; }
     /// True where the next of them waits for the user or for a signal from outside: not during a

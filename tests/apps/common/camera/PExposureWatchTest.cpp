@@ -94,6 +94,8 @@ protected:
             return QList<PDeviceProperty*>{record, time, gain, automatic};
         };
         device.supportProperties();
+        for (PDeviceProperty* const property : {record, time, gain, automatic})
+            withTestRoles(property);
     }
 
     /// Long enough for anything to settle, and to be done twice where it should be done once.

@@ -3,6 +3,7 @@
 
 #include <PCd/FakeDevice.h>
 #include <PCd/FakeProperty.h>
+#include <PCd/TestRoles.h>
 
 #include <gtest/gtest.h>
 
@@ -26,8 +27,9 @@ using Left = std::optional<std::chrono::seconds>;
 class PExposureCountdownTest : public testing::Test {
 protected:
     PExposureCountdownTest() {
-        time = new FakeProperty("autoexpottime", 12'000'000);
-        capture = new FakeProperty("extexposure", QVariant::fromValue(FakeCapture()));
+        time = withTestRoles(new FakeProperty("autoexpottime", 12'000'000));
+        capture =
+            withTestRoles(new FakeProperty("extexposure", QVariant::fromValue(FakeCapture())));
         device.makeProperties = [this] { return QList<PDeviceProperty*>{time, capture}; };
         device.supportProperties();
         EXPECT_TRUE(device.link().isOk());

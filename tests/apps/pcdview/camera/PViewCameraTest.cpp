@@ -3,6 +3,7 @@
 
 #include <PCd/FakeDevice.h>
 #include <PCd/FakeProperty.h>
+#include <PCd/TestRoles.h>
 #include <PCd/profile/PDeviceProfilePlan.h>
 
 #include <gtest/gtest.h>
@@ -26,8 +27,9 @@ protected:
     PViewCameraTest() {
         device.makeProperties = [this] {
             return QList<PDeviceProperty*>{
-                contrast, new FakeProperty("autoexpottime", 12'000'000),
-                new FakeProperty("extexposure", QVariant::fromValue(FakeTriggering()))};
+                contrast, withTestRoles(new FakeProperty("autoexpottime", 12'000'000)),
+                withTestRoles(
+                    new FakeProperty("extexposure", QVariant::fromValue(FakeTriggering())))};
         };
     }
 

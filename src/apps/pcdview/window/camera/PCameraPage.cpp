@@ -7,6 +7,7 @@
 #include <apps/pcdview/view/PImageView.h>
 
 #include <PCd/device/PDevice.h>
+#include <PCd/device/PDeviceRoles.h>
 #include <PCd/property/PDeviceProperty.h>
 
 #include <QLabel>
@@ -19,7 +20,8 @@ constexpr double smallestPixel = 0.0001; // micrometres: no light shows less
 constexpr double largestPixel = 1000;
 
 PDeviceProperty* regionOf(const PViewCamera& camera) {
-    return camera.device() == nullptr ? nullptr : camera.device()->getProperty("roi");
+    return camera.device() == nullptr ? nullptr
+                                      : PDeviceRoles::property(*camera.device(), PRole::Region);
 }
 
 QString numbersOf(const QRect& region) {
