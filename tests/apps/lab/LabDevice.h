@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCd/device/PDevice.h>
+
+#include <QRect>
+
+#include <atomic>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
+/// A camera as unlike those of the simulated SDK as the contract allows: other ids, times in
+/// seconds, gain in decibels, everything plain, no trigger, and frames from a thread with a clock.
+class LabDevice : public PDevice {
+    Q_OBJECT
+
+public:
+    explicit LabDevice(QObject* parent);
+    ~LabDevice() override;
+
+    QByteArray getModel() const override { return "Lab"; }
+    QByteArray getSerial() const override { return "L7"; }
+    bool isRealDevice() const override { return false; }
+    bool isSupportStillCapture() const override { return true; }
+    bool triggerStillCapture() override;
+    bool tryLink() override { return true; }
+    bool tryUnlink() override { return true; }
+    bool tryStartStream() override;
+    bool tryStopStream() override;
+    PDeviceMode getCurrentMode() override;
+    bool trySetMode(const PDeviceMode& mode) override;
+    QList<PDeviceMode> getSupportModes() override { return {getCurrentMode()}; }
+    QList<PDeviceProperty*> getSupportProperties() override;
+    QList<PDevicePropertyGroup*> getSupportPropertyGroups() override;
+
+private:
+    void produce();
+    PImage frame();
+
+    double m_shutter = 0.005; ///< seconds
+    double m_amplification = 0;
+    double m_heat = 21.5;
+    bool m_selfTimed = false;
+    QRect m_window{0, 0, 160, 120};
+    std::atomic<int> m_join = 1;
+    std::atomic<int> m_quarters = 0;
+    std::atomic<int> m_filter = 3;
+
+    std::mutex m_mutex; ///< of the window and of what ends the thread
+    std::condition_variable m_ends;
+    bool m_isEnding = false;
+    std::thread m_thread;
+};

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+#include "LabRegister.h"
+
+#include "LabDevice.h"
+
+QList<PDevice*> LabRegister::aliveDevices() {
+    if (!m_isPlugged)
+        return {};
+    return devices().isEmpty() ? QList<PDevice*>{new LabDevice(this)} : devices();
+}
+
+void LabRegister::setPlugged(bool plugged) {
+    m_isPlugged = plugged;
+    updateDevices();
+}

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCd/device/PDeviceRegister.h>
+
+/// Root of a plugin with one camera, a LabDevice, whose cable a test can pull.
+class LabRegister : public PDeviceRegister {
+    Q_OBJECT
+    Q_INTERFACES(PDeviceRegister)
+    Q_PLUGIN_METADATA(IID "pellix.devices.lab")
+
+public:
+    LabRegister() { setId("lab"); }
+
+    QList<PDevice*> aliveDevices() override;
+    /// Pulls or plugs the cable: the register's devices are those afterwards. For tests, which find
+    /// it by its name.
+    Q_INVOKABLE void setPlugged(bool plugged);
+
+private:
+    bool m_isPlugged = true;
+};

@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+// The commands with a camera of another plugin, whose properties they know by their roles only.
+#include "CameraCommandTest.h"
+
+#include <apps/common/reading/OmeXml.h>
+#include <apps/common/reading/TiffReadBack.h>
+
+#include <support/QtPrinters.h>
+
+namespace {
+
+class OtherCamera : public CameraCommandTest {
+protected:
+    void SetUp() override { scene = CtlScene(); }
+
+    CtlResult runOther(const QStringList& arguments) const {
+        return run(arguments + QStringList{u"--plugin-path"_qs, QStringLiteral(LAB_PLUGIN)});
+    }
+    /// Records some frames with these settings: what the stack says of them.
+    OmeXml recorded(const QStringList& settings) const {
+        const QString file = path(u"a.ome.tif"_qs);
+        QStringList arguments{u"record"_qs, u"-o"_qs, file, u"--frames"_qs, u"3"_qs};
+        for (const QString& setting : settings)
+            arguments << u"--set"_qs << setting;
+        const CtlResult result = runOther(arguments);
+        EXPECT_EQ(result.exitCode, 0) << result.errors.toStdString();
+        const TiffReadBack tiff(file);
+        EXPECT_TRUE(tiff.isOpen());
+        return OmeXml(tiff.isOpen() ? tiff.description() : QByteArray());
+    }
+};
+
+TEST_F(OtherCamera, is_recorded_with_time_gain_binning_and_temperature) {
+    const OmeXml xml = recorded({u"shutter=0.02"_qs, u"amplification=20"_qs, u"join=2"_qs});
+    EXPECT_EQ(xml.complaints(), QString());
+    const auto planes = xml.elements("Plane");
+    ASSERT_EQ(planes.size(), 3);
+    for (const OmeXml::Element& plane : planes) {
+        EXPECT_EQ(plane.attributes.value(u"ExposureTime"_qs), u"20"_qs);
+        EXPECT_EQ(plane.attributes.value(u"ExposureTimeUnit"_qs), u"ms"_qs);
+    }
+    EXPECT_EQ(xml.attribute("DetectorSettings", "Gain"), u"10"_qs);
+    EXPECT_EQ(xml.attribute("DetectorSettings", "Binning"), u"2x2"_qs);
+    EXPECT_EQ(xml.attribute("ImagingEnvironment", "Temperature"), u"21.5"_qs);
+    EXPECT_EQ(xml.attribute("Pixels", "SizeX"), u"80"_qs);
+    EXPECT_EQ(xml.note(u"Exposure"_qs), u"20 ms (manual)"_qs);
+    EXPECT_EQ(xml.note(u"Gain"_qs), u"1000 %"_qs);
+    EXPECT_EQ(xml.note(u"Binning"_qs), u"2"_qs);
+    EXPECT_EQ(xml.note(u"Setting filter"_qs), u"3"_qs);
+}
+
+TEST_F(OtherCamera, is_recorded_with_automatic_exposure) {
+    EXPECT_EQ(recorded({u"selftimed=on"_qs}).note(u"Exposure"_qs), u"5 ms (automatic)"_qs);
+}
+
+TEST_F(OtherCamera, without_triggers_says_so) {
+    const CtlResult result = runOther({u"trigger"_qs, u"--exposure=2ms"_qs});
+    EXPECT_NE(result.exitCode, 0);
+    EXPECT_TRUE(result.errors.contains(u"the camera has no triggered capture"_qs))
+        << result.errors.toStdString();
+}
+
+TEST_F(OtherCamera, keeps_numbers_within_their_range) {
+    const CtlResult result = runOther({u"set"_qs, u"shutter=0"_qs});
+    EXPECT_NE(result.exitCode, 0);
+    EXPECT_TRUE(result.errors.contains(u"expected a number from 0.0001 to 60"_qs))
+        << result.errors.toStdString();
+}
+
+} // namespace
