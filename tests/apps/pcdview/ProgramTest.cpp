@@ -114,11 +114,11 @@ TEST_F(ProgramTest, a_signal_closes_it_as_the_user_does) {
     QProcess process;
     prepare(process);
     process.start(QStringLiteral(PCDVIEW_PROGRAM), {u"--sdk=sim"_qs, u"--log-level=info"_qs});
-    QByteArray output;
+    QByteArray logged;
     ASSERT_TRUE(waitUntil([&] {
         process.waitForReadyRead(100);
-        return (output += process.readAllStandardError()).contains("ready, cameras: 2");
-    })) << output.constData();
+        return (logged += process.readAllStandardError()).contains("ready, cameras: 2");
+    })) << logged.constData();
     process.terminate();
     ASSERT_TRUE(process.waitForFinished(60'000));
     EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);

@@ -30,7 +30,7 @@ class OtherCameraSessionTest : public ViewSession {
 protected:
     void SetUp() override {
         start({}, {u"--plugin-path"_qs, QStringLiteral(LAB_PLUGIN)});
-        ASSERT_TRUE(waitUntil([this] { return desk().currentPage() != nullptr; }));
+        ASSERT_TRUE(waitUntil([this] { return cameraTabs().currentPage() != nullptr; }));
         ASSERT_TRUE(waitForNewFrames());
     }
 

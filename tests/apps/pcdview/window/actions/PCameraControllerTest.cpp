@@ -11,6 +11,7 @@
 
 #include <PCd/FakeProperty.h>
 #include <PCd/PScanAreaRange.h>
+#include <PCd/property/PPropertyRoles.h>
 
 #include <support/QtPrinters.h>
 
@@ -30,6 +31,7 @@ protected:
         first->makeProperties = [] {
             auto* const region = new FakeProperty("roi", QRect(0, 0, 640, 480));
             region->rangeInDevice = QVariant::fromValue(PScanAreaRange{});
+            PPropertyRoles::declare(*region, {{PRole::Region}});
             return QList<PDeviceProperty*>{region};
         };
     }
