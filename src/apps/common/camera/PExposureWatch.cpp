@@ -18,8 +18,8 @@ namespace {
 // Automatic exposure before time and gain, which a camera only keeps while it is off.
 enum Setting : std::size_t { Automatic, Time, Gain, Target };
 
-constexpr std::array<PRole, 4> roles{PRole::AutoExposure, PRole::ExposureTime, PRole::Gain,
-                                     PRole::ExposureTarget};
+constexpr std::array<PRole, 4> watchedRoles{PRole::AutoExposure, PRole::ExposureTime, PRole::Gain,
+                                            PRole::ExposureTarget};
 
 constexpr int readingsToSettle = 3;
 constexpr quint64 framesToSettle = 3;    // automatic exposure moves with the frames
@@ -27,8 +27,8 @@ constexpr double panelsRoundBy = 0.0051; // milliseconds: panels show hundredths
 
 std::array<PDeviceProperty*, 4> plainOf(const PDevice& device) {
     std::array<PDeviceProperty*, 4> plain{};
-    for (std::size_t i = 0; i < roles.size(); ++i)
-        plain[i] = PDeviceRoles::plainProperty(device, roles[i]);
+    for (std::size_t i = 0; i < watchedRoles.size(); ++i)
+        plain[i] = PDeviceRoles::plainProperty(device, watchedRoles[i]);
     return plain;
 }
 
@@ -54,7 +54,7 @@ PExposureWatch::PExposureWatch(PDevice* device, std::chrono::milliseconds interv
 
 PExposureWatch::Reading PExposureWatch::read() const {
     Reading reading;
-    for (std::size_t i = 0; i < roles.size(); ++i) {
+    for (std::size_t i = 0; i < watchedRoles.size(); ++i) {
         if (PDeviceProperty* const property = m_plain[i]) {
             property->updateValueFromDevice();
             reading[i] = property->valueInner();
@@ -160,7 +160,7 @@ void PExposureWatch::refreshRecord(const Reading& wanted) {
 void PExposureWatch::putBack(const Reading& wanted) {
     const bool isAutomatic = wanted[Automatic].toBool();
     const Reading now = read();
-    for (std::size_t i = 0; i < roles.size(); ++i) {
+    for (std::size_t i = 0; i < watchedRoles.size(); ++i) {
         const bool isChosen = isAutomatic && (i == Time || i == Gain);
         if (!isChosen && now[i] != wanted[i])
             m_plain[i]->setValue(wanted[i]);
