@@ -49,6 +49,24 @@ TEST_F(OtherCamera, is_recorded_with_time_gain_binning_and_temperature) {
     EXPECT_EQ(xml.note(u"Setting filter"_qs), u"3"_qs);
 }
 
+TEST_F(OtherCamera, has_its_settings_in_every_picture_although_none_was_set) {
+    const CtlResult result =
+        runOther({u"stream"_qs, u"--frames=1"_qs, u"--save"_qs, path(u"a#.tif"_qs)});
+    ASSERT_EQ(result.exitCode, 0) << result.errors.toStdString();
+    const TiffReadBack tiff(path(u"a1.tif"_qs));
+    ASSERT_TRUE(tiff.isOpen());
+    const QByteArray text = tiff.description();
+    EXPECT_TRUE(text.contains("Exposure: 5 ms (manual)")) << text.constData();
+    EXPECT_TRUE(text.contains("Setting filter: 3")) << text.constData();
+}
+
+TEST_F(OtherCamera, has_numbers_that_are_not_whole_as_numbers_in_json) {
+    const CtlResult result = runOther({u"props"_qs, u"shutter"_qs, u"--json"_qs});
+    ASSERT_EQ(result.exitCode, 0) << result.errors.toStdString();
+    EXPECT_TRUE(result.output.contains("\"value\": 0.005")) << result.output.constData();
+    EXPECT_TRUE(result.output.contains("\"maximum\": 60")) << result.output.constData();
+}
+
 TEST_F(OtherCamera, is_recorded_with_automatic_exposure) {
     EXPECT_EQ(recorded({u"selftimed=on"_qs}).note(u"Exposure"_qs), u"5 ms (automatic)"_qs);
 }

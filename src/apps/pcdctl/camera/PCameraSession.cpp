@@ -52,8 +52,11 @@ PCameraSession::~PCameraSession() {
 
 PCtlOutcome PCameraSession::open(const PCtlOptions& options) {
     PCtlOutcome outcome = failedUnlessOk(m_device->link());
-    if (outcome.isDone())
+    if (outcome.isDone()) {
+        // Made when first read; only then do frames carry settings, and are roles found.
+        m_device->supportProperties();
         outcome = prepare(options);
+    }
     if (m_device != nullptr)
         m_mode = m_device->getCurrentMode();
     return outcome;

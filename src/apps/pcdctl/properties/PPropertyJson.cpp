@@ -12,6 +12,7 @@
 namespace {
 
 using IntRange = PMinMaxRange<int>;
+using RealRange = PMinMaxRange<double>;
 
 QJsonObject toJson(const QRect& region) {
     return {{u"x"_qs, region.x()},
@@ -20,7 +21,8 @@ QJsonObject toJson(const QRect& region) {
             {u"height"_qs, region.height()}};
 }
 
-QJsonObject toJson(const IntRange& range) {
+template <typename Number>
+QJsonObject toJson(const PMinMaxRange<Number>& range) {
     return {
         {u"minimum"_qs, range.minimum}, {u"maximum"_qs, range.maximum}, {u"step"_qs, range.step}};
 }
@@ -44,6 +46,8 @@ QJsonArray toJson(const PEnumeration& choices) {
 void insertRange(QJsonObject& object, const QVariant& range) {
     if (range.metaType() == QMetaType::fromType<IntRange>())
         object.insert(u"range"_qs, toJson(range.value<IntRange>()));
+    else if (range.metaType() == QMetaType::fromType<RealRange>())
+        object.insert(u"range"_qs, toJson(range.value<RealRange>()));
     else if (range.metaType() == QMetaType::fromType<PEnumeration>())
         object.insert(u"choices"_qs, toJson(range.value<PEnumeration>()));
     else if (range.metaType() == QMetaType::fromType<PScanAreaRange>())
@@ -69,6 +73,8 @@ QJsonValue PPropertyJson::value(const QVariant& value, const QVariant& range) {
         return value.toBool();
     case QMetaType::Int:
         return value.toInt();
+    case QMetaType::Double:
+        return value.toDouble();
     case QMetaType::QRect:
         return toJson(value.toRect());
     default:
