@@ -5,13 +5,25 @@
 #include <PCd/property/PDeviceProperty.h>
 #include <PCd/property/value/PPropertyEncoding.h>
 
+#include <cmath>
+
 namespace {
 
-/// An action has no value, and a region that the device could not read is empty.
+/// An action has no value; of what a device could not read, a region is empty, and a number may be
+/// none. No profile has those.
+bool isSetting(const QVariant& value) {
+    switch (value.typeId()) {
+    case QMetaType::QRect:
+        return !value.toRect().isEmpty();
+    case QMetaType::Double:
+        return std::isfinite(value.toDouble());
+    default:
+        return value.isValid();
+    }
+}
+
 bool hasSetting(const PDeviceProperty& property) {
-    const QVariant value = property.valueInner();
-    const bool isRegion = value.typeId() == QMetaType::QRect;
-    return property.isSerializable() && value.isValid() && !(isRegion && value.toRect().isEmpty());
+    return property.isSerializable() && isSetting(property.valueInner());
 }
 
 } // namespace

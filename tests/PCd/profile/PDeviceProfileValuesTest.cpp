@@ -12,6 +12,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 namespace {
 
 class PDeviceProfileValuesTest : public testing::Test {
@@ -51,6 +53,21 @@ TEST_F(PDeviceProfileValuesTest, read_no_property_again) {
     camera.contrast->inDevice = 99;
     PDeviceProfileValues::ofDevice(camera.device);
     EXPECT_EQ(camera.contrast->calls, QStringList());
+}
+
+TEST_F(PDeviceProfileValuesTest, that_are_not_finite_keep_no_other_from_being_set) {
+    camera.hue->rangeInDevice = QVariant::fromValue(PMinMaxRange<double>{-180, 180, 1});
+    camera.hue->inDevice = std::numeric_limits<double>::quiet_NaN();
+    camera.contrast->inDevice = 12;
+    for (PDeviceProperty* property : camera.device.supportProperties())
+        property->updateValueFromDevice();
+    const PDeviceProfileValues kept = PDeviceProfileValues::ofDevice(camera.device);
+    camera.contrast->inDevice = 0;
+    PDeviceProfilePlan plan(camera.device);
+    const PStatus made = plan.make(kept.toProfile());
+    EXPECT_TRUE(made.isOk()) << made.reason().toStdString();
+    plan.apply();
+    EXPECT_EQ(camera.contrast->inDevice, QVariant(12));
 }
 
 TEST_F(PDeviceProfileValuesTest, are_none_before_there_is_a_device) {
