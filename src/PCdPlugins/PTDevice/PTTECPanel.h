@@ -32,7 +32,6 @@ private:
 
     void connectControls();
     void connectProperty();
-    void startRefreshing();
     void showValue(const TECDATA& d);
     void setOn(bool on);
     void setTarget(double degrees);
