@@ -33,6 +33,16 @@ protected:
         return process.exitCode();
     }
 
+    /// Two cameras whose frames cost next to nothing, for tests that do not look at them.
+    QString writeScene() {
+        const QString file = path(u"scene.json"_qs);
+        const QByteArray camera = R"("resolutions": [{"width": 64, "height": 48, "fps": 10}],
+                                     "source": {"kind": "patches"}})";
+        writeFile(file,
+                  R"({"cameras": [{"id": "a", )" + camera + R"(, {"id": "b", )" + camera + "]}");
+        return file;
+    }
+
     /// On a line through the middle.
     static qsizetype coloursInTheMiddle(const QImage& window) {
         QSet<QRgb> colours;
@@ -73,7 +83,9 @@ TEST_F(ProgramTest, without_a_display_it_still_helps_and_takes_pictures) {
     hasDisplay = false;
     EXPECT_EQ(run({u"--help"_qs}), 0) << errors.toStdString();
     const QString file = path(u"window.png"_qs);
-    EXPECT_EQ(run({u"--sdk"_qs, u"sim"_qs, u"--grab"_qs, file, u"--after"_qs, u"100"_qs}), 0)
+    EXPECT_EQ(run({u"--sdk"_qs, u"sim"_qs, u"--scene"_qs, writeScene(), u"--grab"_qs, file,
+                   u"--after"_qs, u"100"_qs}),
+              0)
         << errors.toStdString();
     EXPECT_FALSE(QImage(file).isNull());
 }
@@ -99,7 +111,9 @@ TEST_F(ProgramTest, a_picture_of_its_window_shows_the_camera) {
 
 TEST_F(ProgramTest, a_picture_that_cannot_be_saved_is_a_failure) {
     const QString file = path(u"no/such/folder/window.png"_qs);
-    EXPECT_EQ(run({u"--sdk"_qs, u"sim"_qs, u"--grab"_qs, file, u"--after"_qs, u"0"_qs}), 1);
+    EXPECT_EQ(run({u"--sdk"_qs, u"sim"_qs, u"--scene"_qs, writeScene(), u"--grab"_qs, file,
+                   u"--after"_qs, u"0"_qs}),
+              1);
     EXPECT_TRUE(errors.contains(file)) << errors.toStdString();
 }
 
@@ -113,7 +127,8 @@ TEST_F(ProgramTest, a_library_that_is_none_is_explained_in_the_window) {
 TEST_F(ProgramTest, a_signal_closes_it_as_the_user_does) {
     QProcess process;
     prepare(process);
-    process.start(QStringLiteral(PCDVIEW_PROGRAM), {u"--sdk=sim"_qs, u"--log-level=info"_qs});
+    process.start(QStringLiteral(PCDVIEW_PROGRAM),
+                  {u"--sdk=sim"_qs, u"--scene"_qs, writeScene(), u"--log-level=info"_qs});
     QByteArray logged;
     ASSERT_TRUE(waitUntil([&] {
         process.waitForReadyRead(100);
