@@ -98,6 +98,16 @@ TEST_F(SessionTest, opens_the_first_camera_live_and_says_that_it_is_simulated) {
     EXPECT_EQ(sizeShown(), QSize(320, 240));
 }
 
+TEST_F(SessionTest, frames_are_shown_without_reading_the_modes_from_the_camera) {
+    start({camera()});
+    ASSERT_TRUE(waitForNewFrames());
+    const qsizetype before = calls(u"Toupcam_get_Resolution"_qs).size();
+    EXPECT_GT(before, 0);
+    const quint64 shownBefore = inFront().frame().stamp->sequence;
+    ASSERT_TRUE(waitUntil([&] { return inFront().frame().stamp->sequence > shownBefore + 5; }));
+    EXPECT_EQ(calls(u"Toupcam_get_Resolution"_qs).size(), before);
+}
+
 TEST_F(SessionTest, without_a_camera_says_what_to_do_until_one_comes) {
     QJsonObject away = camera();
     away.insert(u"plugged"_qs, false);

@@ -136,15 +136,15 @@ bool ViewSession::plug(const char* camera) {
     return simFunction<int(const char*)>("ToupcamSim_plug")(camera) == 1;
 }
 
-QStringList ViewSession::puts() {
+QStringList ViewSession::calls(const QString& text) {
     auto* const journal = simFunction<unsigned(unsigned, char*, unsigned)>("ToupcamSim_journal");
     QStringList lines;
     for (unsigned index = 0; index < journal(0, nullptr, 0); ++index) {
         std::array<char, 512> line{};
         journal(index, line.data(), unsigned(line.size()));
-        const QString text = QString::fromUtf8(line.data());
-        if (text.contains(u"_put_"_qs))
-            lines.append(text);
+        const QString call = QString::fromUtf8(line.data());
+        if (call.contains(text))
+            lines.append(call);
     }
     return lines;
 }

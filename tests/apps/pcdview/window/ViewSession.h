@@ -53,8 +53,10 @@ protected:
     /// Pulls and plugs the cable of a simulated camera.
     static bool unplug(const char* camera);
     static bool plug(const char* camera);
-    /// The calls of the SDK so far that set something, oldest first, as the journal has them.
-    static QStringList puts();
+    /// The calls of the SDK so far that contain this text, oldest first, as the journal has them.
+    static QStringList calls(const QString& text);
+    /// Those that set something.
+    static QStringList puts() { return calls(QStringLiteral("_put_")); }
     /// Has the next calls of a function of the SDK fail.
     static void fail(const char* function, unsigned calls);
     /// Makes every call of a function of the SDK take so much longer (0: no longer).

@@ -62,10 +62,12 @@ PCameraPage::PCameraPage(PViewCamera* camera, QWidget* parent)
 void PCameraPage::showFrame(const PDeviceFrame& frame) {
     m_view->setImage(frame.image);
     const QSize size(int(frame.image.width()), int(frame.image.height()));
-    const double scale = PPixelScale::of(*m_camera->device(), size);
-    if (scale == m_pixelScale)
+    // Only then: the modes are read from the camera, which must not be done for every frame.
+    if (size == m_scaledSize && frame.stamp->settings == m_scaledSettings)
         return;
-    m_pixelScale = scale;
+    m_scaledSize = size;
+    m_scaledSettings = frame.stamp->settings;
+    m_pixelScale = PPixelScale::of(*m_camera->device(), size);
     m_view->setPixelSize(pixelSizeOfPicture());
 }
 

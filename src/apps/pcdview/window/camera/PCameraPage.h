@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QSize>
 #include <QWidget>
+
+#include <memory>
 
 class PImageView;
 class PViewCamera;
 class QLabel;
 struct PDeviceFrame;
+struct PDeviceSettings;
 
 /// The tab of one camera: its live picture, and above it messages about its state. The GUI thread.
 class PCameraPage : public QWidget {
@@ -48,4 +52,7 @@ private:
     PImageView* m_view;
     QString m_message;
     double m_pixelScale = 1; ///< pixels of the sensor for one of the picture
+    /// The picture's size and the settings that the scale was computed for.
+    QSize m_scaledSize;
+    std::shared_ptr<const PDeviceSettings> m_scaledSettings;
 };
