@@ -29,7 +29,8 @@ PExposureCountdown::PExposureCountdown(PDevice* device, Now now)
     : m_device(device)
     , m_now(std::move(now)) {
     restart();
-    connect(device, &PDevice::imageChanged, this, &PExposureCountdown::restart);
+    // Each frame is worth no more than the time: the exposure is looked up when left() needs it.
+    connect(device, &PDevice::imageChanged, this, [this] { m_began = m_now(); });
     connect(device, &PDevice::modeChanged, this, &PExposureCountdown::restart);
     if (const PDeviceProperty* const property =
             PDeviceRoles::property(*device, PRole::ExposureTime))
@@ -62,8 +63,11 @@ bool PExposureCountdown::isExposing() const {
 }
 
 std::optional<std::chrono::seconds> PExposureCountdown::left() const {
-    if (!isExposing() || m_exposure < shortestToWaitFor)
+    if (!isExposing())
         return std::nullopt;
-    const auto left = std::chrono::ceil<std::chrono::seconds>(m_began + m_exposure - m_now());
+    const microseconds exposure = exposureOf(*m_device);
+    if (exposure < shortestToWaitFor)
+        return std::nullopt;
+    const auto left = std::chrono::ceil<std::chrono::seconds>(m_began + exposure - m_now());
     return std::max(left, std::chrono::seconds(0));
 }
