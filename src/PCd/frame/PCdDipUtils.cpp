@@ -2,5 +2,5 @@
 #include <PCd/frame/PCdDipUtils.h>
 
 PDeviceFrame PCdDipUtils::imageAsDeviceFrame(const PImage& image) {
-    return {image, std::dynamic_pointer_cast<const PFrameStamp>(image.attachment())};
+    return {image, PFrameStamp::of(image)};
 }

@@ -3,7 +3,7 @@
 
 #include <PCd/frame/PDeviceMode.h>
 
-#include <PDip/PImageAttachment.h>
+#include <PDip/PImage.h>
 
 #include <QDateTime>
 #include <QHash>
@@ -33,4 +33,9 @@ struct PFrameStamp : public PImageAttachment {
     std::chrono::steady_clock::time_point arrived; ///< for intervals
     QDateTime arrivedUtc;                          ///< for texts and files
     std::shared_ptr<const PDeviceSettings> settings; ///< never null
+
+    /// The stamp of an image, or null if it has not passed through a device. Any thread.
+    static std::shared_ptr<const PFrameStamp> of(const PImage& image) {
+        return std::dynamic_pointer_cast<const PFrameStamp>(image.attachment());
+    }
 };

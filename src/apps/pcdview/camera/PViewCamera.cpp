@@ -4,7 +4,7 @@
 #include <apps/common/camera/PCaptureMode.h>
 
 #include <PCd/device/PDevice.h>
-#include <PCd/frame/PCdDipUtils.h>
+#include <PCd/frame/PFrameStamp.h>
 #include <PCd/profile/PDeviceProfilePlan.h>
 #include <PCd/property/PDeviceProperty.h>
 
@@ -218,7 +218,7 @@ void PViewCamera::takePicture(const PDeviceFrame& frame) {
 }
 
 void PViewCamera::countFrame(const PImage& image) {
-    m_pace.tick(PCdDipUtils::imageAsDeviceFrame(image).stamp->arrived);
+    m_pace.tick(PFrameStamp::of(image)->arrived);
     if (m_showSoon.isActive())
         return;
     // Counted from the last frame shown and not from this one: a camera of about the same pace
