@@ -69,7 +69,6 @@ PStatus PViewCamera::open() {
     if (!linked.isOk())
         return linked;
     m_device->supportProperties();
-    m_names = PSettingNames::of(m_device);
     if (!m_memory.isEmpty())
         restoreSettings();
     if (m_device == nullptr)

@@ -3,7 +3,6 @@
 
 #include <apps/common/camera/PCameraIdentity.h>
 #include <apps/common/camera/PExposureWatch.h>
-#include <apps/common/camera/PSettingNames.h>
 #include <apps/pcdview/camera/PExposureCountdown.h>
 #include <apps/pcdview/camera/PSettingsRestorer.h>
 
@@ -51,8 +50,6 @@ public:
     PStatus takeSnapshot();
 
     const PCameraIdentity& identity() const { return m_identity; }
-    /// What the choices of its settings are called, also while it is unplugged.
-    const PSettingNames& settingNames() const { return m_names; }
     /// Null while it is unplugged.
     PDevice* device() const { return m_device; }
     State state() const;
@@ -103,7 +100,6 @@ private:
     PCameraIdentity m_identity;
     const PExposureCountdown::Now m_now;
     QPointer<PDevice> m_device;
-    PSettingNames m_names;
     PSettingsRestorer m_memory;
     std::unique_ptr<PExposureWatch> m_exposure;      ///< while there is a device
     std::unique_ptr<PExposureCountdown> m_countdown; ///< likewise

@@ -2,6 +2,7 @@
 #include <apps/pcdview/capture/PRecording.h>
 
 #include <apps/common/camera/PSensorTemperature.h>
+#include <apps/common/camera/PSettingNames.h>
 #include <apps/common/ome/POmeStackWriter.h>
 #include <apps/common/picture/PPictureFile.h>
 #include <apps/common/record/PSeriesWriter.h>
@@ -82,7 +83,7 @@ std::unique_ptr<PFrameWriter> PRecording::makeWriter(const PViewCamera& camera,
     if (settings.format == Format::OmeTiff) {
         POmeStackWriter::Options options{m_path,
                                          camera.identity(),
-                                         camera.settingNames(),
+                                         PSettingNames::of(camera.device()),
                                          settings.plan().frames,
                                          pixelSizeUm,
                                          PSensorTemperature::of(*camera.device())};

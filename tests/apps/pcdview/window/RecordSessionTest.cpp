@@ -174,6 +174,7 @@ TEST_F(RecordSessionTest, fifty_frames_go_into_one_file_while_the_live_picture_g
     EXPECT_EQ(document.complaints(), QString());
     EXPECT_EQ(document.elements("Plane").size(), 50);
     EXPECT_EQ(document.attribute("Plane", "ExposureTime"), u"5"_qs);
+    EXPECT_EQ(document.attribute("DetectorSettings", "Binning"), u"1x1"_qs);
     EXPECT_EQ(document.note(u"Simulated"_qs), u"yes"_qs);
     EXPECT_EQ(document.note(u"Complete"_qs), u"yes"_qs);
 }
