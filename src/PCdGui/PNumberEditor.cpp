@@ -20,7 +20,7 @@ constexpr IntRange anyNumber{std::numeric_limits<int>::min(), std::numeric_limit
 PNumberEditor::PNumberEditor(PDeviceProperty* property)
     : PPropertyEditor(property)
     , m_control(new PRangeWidget(this)) {
-    connect(m_control, &PRangeWidget::valueChanged, this, [this](int value) { send(value); });
+    connect(m_control, &PRangeWidget::valueChanged, this, &PNumberEditor::send);
     begin(m_control, m_control);
 }
 
