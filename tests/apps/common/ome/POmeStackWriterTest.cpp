@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/ome/POmeStackWriter.h>
 
-#include <apps/common/FileSizeLimit.h>
 #include <apps/common/TestFrames.h>
 #include <apps/common/reading/OmeXml.h>
 #include <apps/common/reading/TiffReadBack.h>
 
+#include <support/FileSizeLimit.h>
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>
 #include <support/RowName.h>

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/tiff/PTiffStack.h>
 
-#include <apps/common/FileSizeLimit.h>
 #include <apps/common/TiffPicture.h>
 #include <apps/common/reading/TiffReadBack.h>
 
+#include <support/FileSizeLimit.h>
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>
 

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/tiff/PTransactionalFile.h>
 
-#include <apps/common/FileSizeLimit.h>
-
+#include <support/FileSizeLimit.h>
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>
 
