@@ -26,6 +26,7 @@ LIBRARIES = {
 # library's own. A folder that is not here includes none.
 FOLDERS = {
     "PCore": {
+        "file": ".",
         "work": ".",
     },
     "PCd": {

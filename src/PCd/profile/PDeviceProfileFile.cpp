@@ -7,9 +7,9 @@
 
 #include <PCore/PJsonReader.h>
 #include <PCore/PJsonWriter.h>
+#include <PCore/file/PWholeFile.h>
 
 #include <QFileInfo>
-#include <QSaveFile>
 
 namespace {
 
@@ -21,27 +21,13 @@ PStatus readFailure(const QString& path, const QString& reason) {
     return PStatus::failure(PDeviceProfileFile::tr("cannot read \"%1\": %2").arg(path, reason));
 }
 
-/// Again until nothing is taken: a disk that fills up takes a part first, and then says why.
-bool writeAll(QSaveFile& file, QByteArray rest) {
-    while (!rest.isEmpty()) {
-        const qint64 taken = file.write(rest);
-        if (taken <= 0)
-            return false;
-        rest.remove(0, qsizetype(taken));
-    }
-    return true;
-}
-
 PStatus replaceFile(const QString& path, const QByteArray& bytes) {
     // A device or a pipe would be replaced by a file of its name.
     const QFileInfo info(path);
     if (info.exists() && !info.isFile())
         return saveFailure(path, PDeviceProfileFile::tr("it is not a file"));
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) || !writeAll(file, bytes) ||
-        !file.commit())
-        return saveFailure(path, file.errorString());
-    return PStatus::Ok;
+    const PStatus status = PWholeFile::replace(path, bytes);
+    return status.isOk() ? status : saveFailure(path, status.reason());
 }
 
 QString tooLarge() {

@@ -6,12 +6,13 @@
 #include <apps/common/tiff/PTiffEncoder.h>
 #include <apps/common/tiff/PTiffExif.h>
 
+#include <PCore/file/PWholeFile.h>
+
 #include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QImageWriter>
-#include <QSaveFile>
 #include <QScopeGuard>
 #include <QUuid>
 
@@ -77,34 +78,19 @@ QByteArray encode(const QString& path, const QImage& image, const PPictureNotes&
     return hasEnding(path, pngEnding) ? encodePng(image, notes, effort) : encodeTiff(image, notes);
 }
 
-bool writeAll(QFileDevice& file, const QByteArray& bytes) {
-    qsizetype done = 0;
-    while (done < bytes.size()) {
-        // A disk that fills up takes a part first, and says why at the next try only.
-        const qint64 written = file.write(bytes.constData() + done, bytes.size() - done);
-        if (written <= 0)
-            return false;
-        done += qsizetype(written);
-    }
-    return file.flush();
-}
-
 PStatus replaceFile(const QString& path, const QByteArray& bytes) {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) || !writeAll(file, bytes) ||
-        !file.commit())
-        return fileFailure(path, file.errorString());
-    return PStatus::Ok;
+    const PStatus status = PWholeFile::replace(path, bytes);
+    return status.isOk() ? status : fileFailure(path, status.reason());
 }
 
-/// Not QSaveFile: its last step replaces whatever has come up under the name meanwhile.
+/// Not PWholeFile::replace(): its last step replaces whatever has come up under the name meanwhile.
 PStatus createFile(const QString& path, const QByteArray& bytes) {
     // A name of its own: another program may be saving under the same one.
     QFile file(u"%1.%2.part"_qs.arg(path, QUuid::createUuid().toString(QUuid::Id128)));
     if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered))
         return fileFailure(path, file.errorString());
     auto removePart = qScopeGuard([&] { file.remove(); });
-    if (!writeAll(file, bytes))
+    if (!PWholeFile::writeAll(file, bytes))
         return fileFailure(path, file.errorString());
     if (const int error = PExclusiveRename::name(file.fileName(), path))
         return fileFailure(path, qt_error_string(error));
