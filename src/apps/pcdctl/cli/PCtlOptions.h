@@ -2,15 +2,12 @@
 #pragma once
 
 #include <apps/common/camera/PTriggerControl.h>
-
-#include <QString>
-#include <QStringList>
+#include <apps/common/program/PProgramOptions.h>
 
 #include <chrono>
-#include <optional>
 
 /// What the user requested on the command line. A value; any thread.
-struct PCtlOptions {
+struct PCtlOptions : PProgramOptions {
     enum class Command {
         List,
         Modes,
@@ -29,12 +26,6 @@ struct PCtlOptions {
 
     Command command = Command::List;
 
-    QString camera; ///< index, id or beginning of an id; empty: the first
-    QString sdk = QStringLiteral("auto");
-    QString scene; ///< file; empty: none
-    QStringList pluginPaths;
-    std::optional<QString> logFilter;
-    QString language; ///< empty: as the environment says
     bool json = false;
 
     QStringList words; ///< after the command: properties, or settings "ID=VALUE"

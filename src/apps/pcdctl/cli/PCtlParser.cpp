@@ -6,7 +6,6 @@
 #include <apps/common/ome/POmeStackWriter.h>
 #include <apps/common/picture/PPictureFile.h>
 #include <apps/common/program/PDurationText.h>
-#include <apps/common/program/PTranslations.h>
 #include <apps/common/record/PFileSequence.h>
 
 #include <QCoreApplication>
@@ -40,9 +39,12 @@ QString badCommand(const QString& word) {
     return u"%1: expected one of %2"_qs.arg(problem, commandNames());
 }
 
+PCtlOutcome usageUnlessOk(const PStatus& status) {
+    return status.isOk() ? PCtlOutcome() : PCtlOutcome::wrongUsage(status.reason());
+}
+
 PCtlOutcome wrongValue(const QString& value, const QString& option, const QString& expected) {
-    return PCtlOutcome::wrongUsage(
-        u"\"%1\" is not a value for --%2: expected %3"_qs.arg(value, option, expected));
+    return usageUnlessOk(PProgramOptions::wrongValue(option, value, expected));
 }
 
 PCtlOutcome readFrames(const QCommandLineParser& parser, const QString& option, quint64 most,
@@ -86,25 +88,6 @@ PCtlOutcome readPixelSize(const QCommandLineParser& parser, std::optional<double
                               .arg(mostMicrometres, 0, 'f', 0));
     }
     size = micrometres;
-    return {};
-}
-
-PCtlOutcome readLanguage(const QCommandLineParser& parser, QString& language) {
-    const QString option = u"lang"_qs;
-    language = parser.value(option);
-    if (language.isEmpty() || PTranslations::isKnown(language))
-        return {};
-    return wrongValue(language, option, u"en or ru"_qs);
-}
-
-/// A text option that is given says something: an empty one comes from a variable that was not set.
-PCtlOutcome checkTexts(const QCommandLineParser& parser) {
-    for (const char* const name : {"camera", "sdk", "scene", "plugin-path", "log-level", "mode",
-                                   "profile", "set", "output", "save", "lang", "exposure"}) {
-        const QString option = QString::fromLatin1(name);
-        if (parser.isSet(option) && parser.values(option).contains(QString()))
-            return wrongValue(QString(), option, u"a text that is not empty"_qs);
-    }
     return {};
 }
 
@@ -170,10 +153,6 @@ PCtlOutcome readProfileAction(const QStringList& words, PCtlOptions& options) {
     return {};
 }
 
-PCtlOutcome usageUnlessOk(const PStatus& status) {
-    return status.isOk() ? PCtlOutcome() : PCtlOutcome::wrongUsage(status.reason());
-}
-
 PCtlOutcome checkSavePattern(const QString& pattern) {
     PFileSequence files;
     const PCtlOutcome outcome = usageUnlessOk(files.setPattern(pattern));
@@ -220,26 +199,19 @@ PCtlOutcome PCtlParser::parse(const QStringList& arguments) {
         return withHint(parser.errorText(), syntax == nullptr ? QString() : word + u' ');
     if (syntax == nullptr)
         return withHint(badCommand(word), QString());
-    PCtlOutcome outcome = checkOptions(*syntax, arguments);
-    if (outcome.isDone())
-        outcome = checkTexts(parser);
+    const PCtlOutcome outcome = checkOptions(*syntax, arguments);
     m_options.command = syntax->command;
     return outcome.isDone() ? readOptions(parser) : outcome;
 }
 
 PCtlOutcome PCtlParser::readOptions(const QCommandLineParser& parser) {
-    m_options.camera = parser.value(u"camera"_qs);
-    m_options.sdk = parser.value(u"sdk"_qs);
-    m_options.scene = parser.value(u"scene"_qs);
-    m_options.pluginPaths = parser.values(u"plugin-path"_qs);
-    if (parser.isSet(u"log-level"_qs))
-        m_options.logFilter = parser.value(u"log-level"_qs);
+    PCtlOutcome outcome = usageUnlessOk(m_options.read(
+        parser, {u"mode"_qs, u"profile"_qs, u"set"_qs, u"output"_qs, u"save"_qs, u"exposure"_qs}));
     m_options.json = parser.isSet(u"json"_qs);
     m_options.mode = parser.value(u"mode"_qs);
     m_options.profile = parser.value(u"profile"_qs);
     m_options.sets = parser.values(u"set"_qs);
     m_options.words = parser.positionalArguments().mid(1);
-    PCtlOutcome outcome = readLanguage(parser, m_options.language);
     if (outcome.isDone())
         outcome = readNumbers(parser);
     return outcome.isDone() ? readFiles(parser) : outcome;

@@ -9,6 +9,7 @@
 namespace {
 
 using Command = PCtlOptions::Command;
+using Shared = PProgramOptions::Option;
 using CommandSyntax = PCtlSyntax::CommandSyntax;
 
 struct OptionSyntax {
@@ -28,36 +29,43 @@ const QList<Command> everyCommand = oneCamera + QList<Command>{Command::List, Co
 QList<OptionSyntax> commonOptions() {
     return {
         {everyCommand,
-         {u"sdk"_qs,
-          u"Camera SDK: \"sim\" (simulated cameras), the path of a library, or \"auto\": the "
-          "library in TOUPCAM_LIBRARY, else the system's libtoupcam.so, else \"sim\"."_qs,
-          u"SDK"_qs, u"auto"_qs}},
+         PProgramOptions::makeOption(
+             Shared::Sdk,
+             u"Camera SDK: \"sim\" (simulated cameras), the path of a library, or \"auto\": the "
+             "library in TOUPCAM_LIBRARY, else the system's libtoupcam.so, else \"sim\"."_qs,
+             u"SDK"_qs)},
         {everyCommand,
-         {u"scene"_qs, u"Show the simulated cameras of this scene file."_qs, u"FILE"_qs}},
+         PProgramOptions::makeOption(
+             Shared::Scene, u"Show the simulated cameras of this scene file."_qs, u"FILE"_qs)},
         {everyCommand,
-         {u"plugin-path"_qs,
-          u"Look for device plugins in this folder or file first. May be repeated."_qs, u"DIR"_qs}},
+         PProgramOptions::makeOption(
+             Shared::PluginPath,
+             u"Look for device plugins in this folder or file first. May be repeated."_qs,
+             u"DIR"_qs)},
         {everyCommand,
-         {u"log-level"_qs,
-          u"Which log records to show: debug, info, warning, error or off, then SOURCE=LEVEL for "
-          "single sources, separated by commas. Default: PCD_LOG, else \"warning\"."_qs,
-          u"FILTER"_qs}},
+         PProgramOptions::makeOption(
+             Shared::LogFilter,
+             u"Which log records to show: debug, info, warning, error or off, then SOURCE=LEVEL "
+             u"for "
+             "single sources, separated by commas. Default: PCD_LOG, else \"warning\"."_qs,
+             u"FILTER"_qs)},
         {everyCommand,
-         {u"lang"_qs,
-          u"Language of titles and choices: \"en\" or \"ru\". Default: PCD_LANG, else the "
-          "system's language."_qs,
-          u"LANGUAGE"_qs}},
+         PProgramOptions::makeOption(
+             Shared::Language,
+             u"Language of titles and choices: \"en\" or \"ru\". Default: PCD_LANG, else the "
+             "system's language."_qs,
+             u"LANGUAGE"_qs)},
         {everyCommand, {u"json"_qs, u"Print the result as JSON on the standard output."_qs}},
     };
 }
 
 QList<OptionSyntax> cameraOptions() {
     return {
-        {oneCamera,
-         {{u"c"_qs, u"camera"_qs},
-          u"The camera: its index in \"list\", its id, or a unique prefix of its id. Default: the "
-          "first camera."_qs,
-          u"CAMERA"_qs}},
+        {oneCamera, PProgramOptions::makeOption(Shared::Camera,
+                                                u"The camera: its index in \"list\", its id, or a "
+                                                u"unique prefix of its id. Default: the "
+                                                "first camera."_qs,
+                                                u"CAMERA"_qs)},
         {prepared,
          {u"mode"_qs, u"Set this mode first: its id or name, as shown by \"modes\"."_qs, u"ID"_qs}},
         {prepared,

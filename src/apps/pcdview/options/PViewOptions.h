@@ -1,24 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <PCore/PStatus.h>
-
-#include <QString>
-#include <QStringList>
+#include <apps/common/program/PProgramOptions.h>
 
 #include <chrono>
-#include <optional>
 
 /// The options of the command line. A value.
-struct PViewOptions {
-    QString sdk = QStringLiteral("auto");
-    QString scene;
-    QStringList pluginPaths;
-    QString language;
-    std::optional<QString> logFilter;
-    QString camera; ///< empty: the first one
-    QString theme;  ///< empty: the one chosen last
-    QString grab;   ///< picture file of the window; empty: none
+struct PViewOptions : PProgramOptions {
+    QString theme; ///< empty: the one chosen last
+    QString grab;  ///< picture file of the window; empty: none
     std::chrono::milliseconds grabAfter{2000};
 
     /// The words to start the program again with: these, but with simulated cameras, of the

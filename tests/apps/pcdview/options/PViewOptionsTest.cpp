@@ -84,7 +84,7 @@ INSTANTIATE_TEST_SUITE_P(
                         "an_unknown_theme", {u"--theme"_qs, u"pink"_qs}, "system, light or dark"},
                     BadOptionRow{"an_unknown_language",
                                  {u"--lang=xx"_qs},
-                                 "\"xx\" is no value for --lang: expected en or ru"},
+                                 "\"xx\" is not a value for --lang: expected en or ru"},
                     BadOptionRow{"an_empty_camera", {u"--camera"_qs, QString()}, "--camera"},
                     BadOptionRow{"a_time_that_is_none",
                                  {u"--grab"_qs, u"a.png"_qs, u"--after"_qs, u"soon"_qs},

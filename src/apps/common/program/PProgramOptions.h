@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCore/PStatus.h>
+
+#include <QCommandLineParser>
+#include <QStringList>
+
+#include <optional>
+
+/// The options that every program has. A value; any thread.
+struct PProgramOptions {
+    QString sdk = QStringLiteral("auto");
+    QString scene; ///< file; empty: none
+    QStringList pluginPaths;
+    QString camera;                   ///< index, id or beginning of an id; empty: the first
+    QString language;                 ///< empty: as the environment says
+    std::optional<QString> logFilter; ///< none: as the environment says
+
+    /// Which option.
+    enum class Option { Sdk, Scene, PluginPath, Camera, Language, LogFilter };
+    /// The declaration of an option for a parser. The help text and the name of its value are the
+    /// program's own.
+    static QCommandLineOption makeOption(Option option, const QString& help,
+                                         const QString& valueName);
+
+    /// Takes these options from a parser that has them all. Fails with what is wrong and what was
+    /// expected, also if one of `otherTexts`, further options of the program, is empty.
+    PStatus read(const QCommandLineParser& parser, const QStringList& otherTexts);
+
+    /// The failure of an option with a value that it cannot have.
+    static PStatus wrongValue(const QString& option, const QString& value, const QString& expected);
+};
