@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <PCdGui/PRefusal.h>
 
+#include <PCd/property/value/PPropertyEncoding.h>
+
 #include <PCore/PMinMaxRange.h>
 
 #include <algorithm>
@@ -15,15 +17,15 @@ bool isAbout(double a, double b, double step) {
     return apart < step || apart <= roundedShare * std::max(std::abs(a), std::abs(b));
 }
 
-bool isSame(const QVariant& a, const QVariant& b, const QVariant& range) {
+bool isNearlySame(const QVariant& a, const QVariant& b, const QVariant& range) {
     const bool areNumbers = a.typeId() == QMetaType::Int && b.typeId() == QMetaType::Int;
     return areNumbers ? isAbout(a.toInt(), b.toInt(), range.value<PMinMaxRange<int>>().step)
-                      : a == b;
+                      : PPropertyEncoding::isSame(a, b, range);
 }
 
 } // namespace
 
 bool PRefusal::isOne(const QVariant& before, const QVariant& asked, const QVariant& now,
                      const QVariant& range) {
-    return isSame(now, before, range) && !isSame(now, asked, range);
+    return isNearlySame(now, before, range) && !isNearlySame(now, asked, range);
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <PCdGui/PRefusal.h>
 
+#include <PCd/property/value/StreamedPair.h>
+
 #include <PCore/PMinMaxRange.h>
 #include <support/RowName.h>
 
@@ -10,6 +12,10 @@
 #include <gtest/gtest.h>
 
 namespace {
+
+QVariant makePair(int saved, int leftOut) {
+    return QVariant::fromValue(StreamedPair{saved, leftOut});
+}
 
 struct NumberRow {
     const char* name;
@@ -62,4 +68,10 @@ TEST(PRefusalTest, anything_else_is_refused_if_it_stays) {
     const QRect whole(0, 0, 1920, 1080);
     EXPECT_TRUE(PRefusal::isOne(whole, QRect(0, 0, 640, 480), whole, QVariant()));
     EXPECT_FALSE(PRefusal::isOne(whole, QRect(0, 0, 641, 481), QRect(0, 0, 640, 480), QVariant()));
+}
+
+TEST(PRefusalTest, a_record_of_fields_is_refused_if_what_is_saved_of_it_stays) {
+    EXPECT_TRUE(PRefusal::isOne(makePair(1, 5), makePair(2, 5), makePair(1, 6), QVariant()));
+    EXPECT_FALSE(PRefusal::isOne(makePair(1, 5), makePair(2, 5), makePair(2, 6), QVariant()));
+    EXPECT_FALSE(PRefusal::isOne(makePair(1, 5), makePair(2, 5), makePair(3, 5), QVariant()));
 }
