@@ -8,6 +8,7 @@
 #include "PTStreamThread.h"
 #include "TECDATA.h"
 
+#include <QMutexLocker>
 #include <QScopeGuard>
 
 #include <cstring>
@@ -103,8 +104,7 @@ PTDevice::~PTDevice() {
     // Returns when no callback is in progress any more.
     Toupcam_Close(m_handle);
     // A thread that still holds the mutex finishes first.
-    mutex.lock();
-    mutex.unlock();
+    const QMutexLocker lastHolder(&mutex);
 }
 
 void PTDevice::readSerial() {
