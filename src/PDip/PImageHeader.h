@@ -19,7 +19,6 @@ public:
     PDIP::ColorFormat format() const { return m_format; }
     PDIP::Channel channelType() const { return m_channel; }
     PDIP::Origin origin() const { return m_origin; }
-    PDIP::RowsAlign rowsAlign() const { return m_align; }
     void setFormat(PDIP::ColorFormat format) { m_format = format; }
 
     /// Bytes of one pixel; 0 for a format that does not exist.

@@ -15,7 +15,6 @@ public:
 
     double minimum() const { return m_minimum; }
     double maximum() const { return m_maximum; }
-    bool isLogarithmic() const { return m_logarithmic; }
     /// Decimals that values of the range need; six at most.
     int decimals() const { return m_decimals; }
     /// The decimals of any number, six at most: 2 for 0.25.

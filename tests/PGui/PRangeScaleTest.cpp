@@ -94,7 +94,6 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_P(PRangeScaleEnds, are_exact_and_reached_by_nothing_else) {
     const PRangeScale scale(GetParam().range);
-    EXPECT_EQ(scale.isLogarithmic(), GetParam().logarithmic);
     EXPECT_EQ(scale.valueAt(0), GetParam().range.minimum);
     EXPECT_EQ(scale.valueAt(scale.lastPosition()), GetParam().range.maximum);
     EXPECT_EQ(scale.toPosition(GetParam().range.minimum), 0);
@@ -103,6 +102,14 @@ TEST_P(PRangeScaleEnds, are_exact_and_reached_by_nothing_else) {
     const double lastButOne = scale.stepped(GetParam().range.maximum, -1);
     EXPECT_GT(scale.toPosition(second), 0);
     EXPECT_LT(scale.toPosition(lastButOne), scale.lastPosition());
+}
+
+TEST_P(PRangeScaleEnds, have_small_values_up_to_the_middle_only_on_a_log_scale) {
+    const PMinMaxRange<double>& range = GetParam().range;
+    const PRangeScale scale(range);
+    const double middle = scale.valueAt((scale.lastPosition() + 1) / 2);
+    const double quarter = range.minimum + (range.maximum - range.minimum) / 4;
+    EXPECT_EQ(middle < quarter, GetParam().logarithmic) << middle;
 }
 
 TEST_P(PRangeScaleEnds, have_only_values_of_the_range_between_them_in_rising_order) {
