@@ -18,8 +18,8 @@ const PImageHeader header(5440, 3648, PDIP::ColorFormat::Bgr);
 
 /// In the folder the program is run from: the one for temporary files may be in memory.
 QString newFile() {
-    static const QTemporaryDir folder(QStringLiteral("bench_record-XXXXXX"));
-    return folder.isValid() ? folder.filePath(QStringLiteral("run.ome.tif")) : QString();
+    static const QTemporaryDir folder(u"bench_record-XXXXXX"_qs);
+    return folder.isValid() ? folder.filePath(u"run.ome.tif"_qs) : QString();
 }
 
 PDeviceFrame cameraFrame() {

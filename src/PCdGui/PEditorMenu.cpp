@@ -34,7 +34,7 @@ QMenu* PEditorMenu::create(PPropertyEditor* editor, QWidget* part) {
     QMenu* const menu = createMenu(part);
     menu->setToolTipsVisible(true);
     QAction* const reset = menu->addAction(tr("Reset to default"));
-    reset->setObjectName(QStringLiteral("reset"));
+    reset->setObjectName(u"reset"_qs);
     const PDeviceProperty* const property = editor->property();
     if (property == nullptr || !property->defaultValue().isValid()) {
         reset->setEnabled(false);

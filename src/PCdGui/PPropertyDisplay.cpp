@@ -31,7 +31,7 @@ std::shared_ptr<const PNumberText> PPropertyDisplay::numberText(const PDevicePro
     if (isTime(property))
         return std::make_shared<PTimeText>();
     const bool inMicroseconds = property.unit() == ValueUnits::Microsecond;
-    return std::make_shared<PNumberText>(inMicroseconds ? QLatin1Char(' ') + tr("µs") : QString());
+    return std::make_shared<PNumberText>(inMicroseconds ? u' ' + tr("µs") : QString());
 }
 
 QString PPropertyDisplay::valueText(const PDeviceProperty& property, const QVariant& range,
@@ -70,10 +70,9 @@ QString PPropertyDisplay::toolTip(const PDeviceProperty& property, const QVarian
     for (QString& line : lines)
         line = line.toHtmlEscaped();
     // Rich text wraps; plain text would make one long line of a long description.
-    return lines.isEmpty() ? QString()
-                           : QStringLiteral("<p>%1</p>").arg(lines.join(QStringLiteral("<br>")));
+    return lines.isEmpty() ? QString() : u"<p>%1</p>"_qs.arg(lines.join(u"<br>"_qs));
 }
 
 QString PPropertyDisplay::plainTitle(QString title) {
-    return title.replace(QLatin1Char('&'), QStringLiteral("&&"));
+    return title.replace(u'&', u"&&"_qs);
 }

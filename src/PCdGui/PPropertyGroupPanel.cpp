@@ -21,7 +21,7 @@ constexpr int mostTitleCharacters = 18;
 QString searchWords(const QByteArray& id, const PDeviceTexts::Texts& texts, const QString& group) {
     const QString title = texts.title.isEmpty() ? group : texts.title;
     const QStringList words{title, QString::fromLatin1(id), texts.description};
-    return words.join(QLatin1Char('\n'));
+    return words.join(u'\n');
 }
 
 bool hasAll(const QString& text, const QStringList& words) {
@@ -123,11 +123,11 @@ void PPropertyGroupPanel::setTexts(const QString& groupTitle, const PDeviceTexts
 
 /// Read each time: what a panel shows changes with its state and with the language.
 QString PPropertyGroupPanel::wordsIn(const Row& row) {
-    return row.editor ? row.words + QLatin1Char('\n') + shownOn(*row.editor) : row.words;
+    return row.editor ? row.words + u'\n' + shownOn(*row.editor) : row.words;
 }
 
 bool PPropertyGroupPanel::setFilter(const QString& text) {
-    const QStringList words = text.simplified().split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    const QStringList words = text.simplified().split(u' ', Qt::SkipEmptyParts);
     bool any = false;
     for (const Row& row : std::as_const(m_rows)) {
         const bool shown = hasAll(wordsIn(row), words);

@@ -19,8 +19,8 @@ QString withoutTags(const QString& text) {
 
 /// "&&" is a shown "&"; a single one marks a shortcut.
 QString withoutMarks(QString text) {
-    static const QRegularExpression mark(QStringLiteral("&(.?)"));
-    return text.replace(mark, QStringLiteral("\\1"));
+    static const QRegularExpression mark(u"&(.?)"_qs);
+    return text.replace(mark, u"\\1"_qs);
 }
 
 QString labelText(const QLabel& label) {
@@ -81,7 +81,7 @@ void collectInside(const QWidget& widget, QStringList& texts) {
 
 QString inLines(QStringList texts) {
     texts.removeAll(QString());
-    return texts.join(QLatin1Char('\n'));
+    return texts.join(u'\n');
 }
 
 } // namespace

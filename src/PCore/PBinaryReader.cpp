@@ -56,7 +56,7 @@ public:
     PValueTree::Object document() {
         PValueTree::Object root = object(0);
         if (!m_in.atEnd())
-            fail(QStringLiteral("bytes after the end of the document"));
+            fail(u"bytes after the end of the document"_qs);
         return root;
     }
 
@@ -70,13 +70,13 @@ private:
         T value{};
         m_in >> value;
         if (m_in.status() != QDataStream::Ok)
-            fail(QStringLiteral("a record is cut short"));
+            fail(u"a record is cut short"_qs);
         return value;
     }
 
     PValueTree::Object object(qsizetype depth) {
         if (depth > PNameScopes::maxDepth)
-            fail(QStringLiteral("objects nested more than %1 deep").arg(PNameScopes::maxDepth));
+            fail(u"objects nested more than %1 deep"_qs.arg(PNameScopes::maxDepth));
         PValueTree::Object result;
         while (const auto record = take<quint8>()) {
             PValueTree::Entry& entry = named(result);
@@ -85,7 +85,7 @@ private:
             else if (record == PBinaryFormat::Value)
                 entry.value = value();
             else
-                fail(QStringLiteral("an unknown record %1").arg(record));
+                fail(u"an unknown record %1"_qs.arg(record));
         }
         return result;
     }
@@ -95,7 +95,7 @@ private:
         const auto name = take<QString>();
         PValueTree::Entry* entry = object.add(name, start);
         if (!entry)
-            fail(QStringLiteral("the name \"%1\" twice").arg(name));
+            fail(u"the name \"%1\" twice"_qs.arg(name));
         return *entry;
     }
 
@@ -103,11 +103,11 @@ private:
         const auto type = take<quint32>();
         const QVariant result = readPayload(m_in, type);
         if (m_in.status() != QDataStream::Ok)
-            fail(QStringLiteral("a value is cut short"));
+            fail(u"a value is cut short"_qs);
         const bool isUnusable =
             result.typeId() == QMetaType::Double && !std::isfinite(result.toDouble());
         if (!result.isValid() || isUnusable)
-            fail(QStringLiteral("a value of type %1 that is never written").arg(type));
+            fail(u"a value of type %1 that is never written"_qs.arg(type));
         return result;
     }
 
@@ -121,15 +121,14 @@ quint32 numberAt(const QByteArray& bytes, qsizetype offset) {
 void checkFrame(const QByteArray& bytes) {
     using namespace PBinaryFormat;
     if (bytes.size() < 4 || numberAt(bytes, 0) != magic)
-        throw PReadFault{0, QStringLiteral("not this binary format (it starts with \"PCDS\")")};
+        throw PReadFault{0, u"not this binary format (it starts with \"PCDS\")"_qs};
     if (bytes.size() < headerSize + checksumSize)
-        throw PReadFault{bytes.size(), QStringLiteral("cut short")};
+        throw PReadFault{bytes.size(), u"cut short"_qs};
     if (const quint32 found = numberAt(bytes, 4); found != version)
-        throw PReadFault{
-            4, QStringLiteral("version %1 is unknown (%2 was expected)").arg(found).arg(version)};
+        throw PReadFault{4, u"version %1 is unknown (%2 was expected)"_qs.arg(found).arg(version)};
     const qsizetype end = bytes.size() - checksumSize;
     if (numberAt(bytes, end) != checksum(bytes.left(end)))
-        throw PReadFault{end, QStringLiteral("the checksum is wrong: cut short or changed")};
+        throw PReadFault{end, u"the checksum is wrong: cut short or changed"_qs};
 }
 
 PValueTree::Object parsed(const QByteArray& bytes) {
@@ -157,7 +156,7 @@ PStatus PBinaryReader::setDocument(const QByteArray& bytes) {
     try {
         d->tree.setRoot(parsed(bytes));
     } catch (const PReadFault& fault) {
-        return PStatus::failure(QStringLiteral("byte %1: %2").arg(fault.offset).arg(fault.what));
+        return PStatus::failure(u"byte %1: %2"_qs.arg(fault.offset).arg(fault.what));
     }
     return PStatus::Ok;
 }
@@ -184,5 +183,5 @@ QVariant PBinaryReader::readValue(const QString& name) const {
 
 QString PBinaryReader::position(const QString& name) const {
     const PValueTree::Entry* entry = d->tree.current().find(name);
-    return entry ? QStringLiteral("byte %1").arg(entry->position) : QString();
+    return entry ? u"byte %1"_qs.arg(entry->position) : QString();
 }

@@ -110,7 +110,7 @@ private:
         const qsizetype start = m_pos++;
         for (; m_json[m_pos] != '"'; ++m_pos) {
             if (static_cast<unsigned char>(m_json[m_pos]) < ' ')
-                throw PReadFault{m_pos, QStringLiteral("a control character inside a text")};
+                throw PReadFault{m_pos, u"a control character inside a text"_qs};
             if (m_json[m_pos] == '\\')
                 ++m_pos;
         }
@@ -149,10 +149,9 @@ private:
         const bool isInt = !token.contains('.') && !token.contains('e') && !token.contains('E');
         const QVariant value = isInt ? QVariant(token.toInt(&ok)) : QVariant(token.toDouble(&ok));
         if (!ok)
-            throw PReadFault{start,
-                             QStringLiteral("the number %1 is out of range (an int of 32 bits or "
-                                            "a finite double was expected)")
-                                 .arg(QString::fromLatin1(token.left(40)))};
+            throw PReadFault{
+                start, u"the number %1 is out of range (an int of 32 bits or "
+                       "a finite double was expected)"_qs.arg(QString::fromLatin1(token.left(40)))};
         return value;
     }
 
@@ -163,8 +162,8 @@ private:
         if (value.isDouble())
             return number(token, start);
         if (value.isArray() || value.isNull())
-            throw PReadFault{start, QStringLiteral("%1 is not a value that can be read here")
-                                        .arg(value.isNull() ? u"null" : u"an array")};
+            throw PReadFault{start, u"%1 is not a value that can be read here"_qs.arg(
+                                        value.isNull() ? u"null" : u"an array")};
         return value.toVariant();
     }
 
@@ -174,8 +173,7 @@ private:
         const QVariant value = typedValue(type, decoded(valueToken()));
         skipSpace();
         if (!value.isValid() || m_json[m_pos] != '}')
-            throw PReadFault{start,
-                             QStringLiteral("not a value of a known type: \"%1\"").arg(type)};
+            throw PReadFault{start, u"not a value of a known type: \"%1\""_qs.arg(type)};
         skipMark();
         return value;
     }
@@ -197,13 +195,12 @@ private:
         const qsizetype start = m_pos;
         QString entryName = name();
         if (isTypeName(entryName))
-            throw PReadFault{start,
-                             QStringLiteral("the type \"%1\" among other names").arg(entryName)};
+            throw PReadFault{start, u"the type \"%1\" among other names"_qs.arg(entryName)};
         if (entryName.startsWith(u'$'))
             entryName.remove(0, 1);
         PValueTree::Entry* added = object.add(entryName, lineAt(start));
         if (!added)
-            throw PReadFault{start, QStringLiteral("the name \"%1\" twice").arg(entryName)};
+            throw PReadFault{start, u"the name \"%1\" twice"_qs.arg(entryName)};
         skipMark();
         if (m_json[m_pos] == '{')
             nested(*added, depth);
@@ -214,9 +211,8 @@ private:
 
     PValueTree::Object object(qsizetype depth) {
         if (depth > PNameScopes::maxDepth)
-            throw PReadFault{
-                m_pos,
-                QStringLiteral("objects nested more than %1 deep").arg(PNameScopes::maxDepth)};
+            throw PReadFault{m_pos,
+                             u"objects nested more than %1 deep"_qs.arg(PNameScopes::maxDepth)};
         PValueTree::Object result;
         for (skipMark(); m_json[m_pos] != '}'; skipComma())
             entry(result, depth);
@@ -244,21 +240,20 @@ private:
 
 PStatus failureAt(const QByteArray& json, qsizetype offset, const QString& what) {
     const qsizetype line = 1 + json.left(offset).count('\n');
-    return PStatus::failure(QStringLiteral("line %1: %2").arg(line).arg(what));
+    return PStatus::failure(u"line %1: %2"_qs.arg(line).arg(what));
 }
 
 /// What Qt's parser says against a document; Ok if nothing.
 PStatus checked(const QByteArray& json) {
     if (json.size() > largestDocument)
-        return failureAt(json, 0, QStringLiteral("larger than 64 MiB"));
+        return failureAt(json, 0, u"larger than 64 MiB"_qs);
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(json, &error);
     if (error.error != QJsonParseError::NoError) {
-        return failureAt(json, error.offset,
-                         QStringLiteral("not JSON: %1").arg(error.errorString()));
+        return failureAt(json, error.offset, u"not JSON: %1"_qs.arg(error.errorString()));
     }
     if (!document.isObject())
-        return failureAt(json, 0, QStringLiteral("an array where an object was expected"));
+        return failureAt(json, 0, u"an array where an object was expected"_qs);
     return PStatus::Ok;
 }
 
@@ -310,5 +305,5 @@ QVariant PJsonReader::readValue(const QString& name) const {
 
 QString PJsonReader::position(const QString& name) const {
     const PValueTree::Entry* entry = d->tree.current().find(name);
-    return entry ? QStringLiteral("line %1").arg(entry->position) : QString();
+    return entry ? u"line %1"_qs.arg(entry->position) : QString();
 }

@@ -23,7 +23,7 @@ QByteArray quoted(const QString& text) {
         if (c == u'"' || c == u'\\')
             escaped += u'\\';
         if (c < u' ' || isLoneSurrogate(text, i))
-            escaped += QStringLiteral("\\u%1").arg(int(c.unicode()), 4, 16, QLatin1Char('0'));
+            escaped += u"\\u%1"_qs.arg(int(c.unicode()), 4, 16, QChar(u'0'));
         else
             escaped += c;
     }

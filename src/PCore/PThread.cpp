@@ -27,15 +27,14 @@ PStatus PThread::startThread() {
     if (isRunning() || isFinished())
         return PStatus::Ok;
     stopThread();
-    return PStatus::failure(
-        QStringLiteral("the system could not start the thread \"%1\"").arg(id()));
+    return PStatus::failure(u"the system could not start the thread \"%1\""_qs.arg(id()));
 }
 
 PStatus PThread::stopThread() {
     // Waiting for itself would never end.
     if (QThread::currentThread() == this) {
         return PStatus::failure(
-            QStringLiteral("the thread \"%1\" cannot stop itself from its own loop").arg(id()));
+            u"the thread \"%1\" cannot stop itself from its own loop"_qs.arg(id()));
     }
     if (!m_runned.exchange(false, std::memory_order_acq_rel))
         return PStatus::Ok;

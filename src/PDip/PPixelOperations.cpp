@@ -26,14 +26,13 @@ void fillX(unsigned char* pixels, std::size_t size) {
 
 PStatus PDIP::setXToXRGB(PImage* image) {
     if (!image || image->isNull() || image->header().bytesPerPixel() != 4)
-        return PStatus::failure(QStringLiteral("only an image of 32-bit pixels has an X byte"));
+        return PStatus::failure(u"only an image of 32-bit pixels has an X byte"_qs);
     try {
         const ImageRawData raw = image->rawData(AccessMode::ReadWrite);
         fillX(raw.data(), raw.size()); // rows of 4-byte pixels have no padding between them
     } catch (const std::bad_alloc&) {
-        return PStatus::failure(QStringLiteral("no memory for the pixels of %1x%2")
-                                    .arg(image->width())
-                                    .arg(image->height()));
+        return PStatus::failure(
+            u"no memory for the pixels of %1x%2"_qs.arg(image->width()).arg(image->height()));
     }
     image->reinterpretFormat(ColorFormat::Xrgb);
     return PStatus::Ok;

@@ -133,7 +133,7 @@ void PNumberField::changeEvent(QEvent* event) {
 
 QSize PNumberField::sizeHint() const {
     const QFontMetrics metrics(fontMetrics());
-    const int least = m_leastCharacters * metrics.horizontalAdvance(QLatin1Char('0'));
+    const int least = m_leastCharacters * metrics.horizontalAdvance(u'0');
     const int ends = std::max(metrics.horizontalAdvance(toText(m_scale.minimum())),
                               metrics.horizontalAdvance(toText(m_scale.maximum())));
     QStyleOptionSpinBox option;

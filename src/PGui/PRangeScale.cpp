@@ -50,7 +50,7 @@ int PRangeScale::countDecimals(double number) {
     const double unit = powerOfTen(mostDecimals);
     const QString text = QLocale::c().toString(std::round(number * unit) / unit, 'f',
                                                QLocale::FloatingPointShortest);
-    const qsizetype point = text.indexOf(QLatin1Char('.'));
+    const qsizetype point = text.indexOf(u'.');
     return point < 0 ? 0 : int(std::min<qsizetype>(text.size() - point - 1, mostDecimals));
 }
 

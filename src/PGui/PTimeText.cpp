@@ -59,7 +59,7 @@ QString PTimeText::toText(double value, int, const QLocale& locale) const {
     const Unit& unit = unitFor(value);
     const QString number =
         plain(locale).toString(value / unit.microseconds, 'f', QLocale::FloatingPointShortest);
-    return number + QLatin1Char(' ') + tr(unit.name);
+    return number + u' ' + tr(unit.name);
 }
 
 std::optional<double> PTimeText::toValue(const QString& text, double shown,

@@ -7,21 +7,18 @@ namespace {
 
 std::optional<PLogLevel> levelNamed(const QString& name) {
     static const QHash<QString, PLogLevel> levels{
-        {QStringLiteral("debug"), PLogLevel::Debug},
-        {QStringLiteral("info"), PLogLevel::Info},
-        {QStringLiteral("warning"), PLogLevel::Warning},
-        {QStringLiteral("error"), PLogLevel::Error},
-        {QStringLiteral("off"), PLogLevel::Off},
+        {u"debug"_qs, PLogLevel::Debug},     {u"info"_qs, PLogLevel::Info},
+        {u"warning"_qs, PLogLevel::Warning}, {u"error"_qs, PLogLevel::Error},
+        {u"off"_qs, PLogLevel::Off},
     };
     const auto found = levels.find(name);
     return found == levels.end() ? std::nullopt : std::optional(*found);
 }
 
 PStatus badWord(const QString& word, QLatin1String why) {
-    return PStatus::failure(QStringLiteral("log filter: \"%1\" %2; a level (debug, info, warning, "
-                                           "error, off), then source=level, with commas, was "
-                                           "expected")
-                                .arg(word, why));
+    return PStatus::failure(u"log filter: \"%1\" %2; a level (debug, info, warning, "
+                            "error, off), then source=level, with commas, was "
+                            "expected"_qs.arg(word, why));
 }
 
 } // namespace

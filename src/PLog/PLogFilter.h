@@ -20,7 +20,7 @@ public:
 private:
     PStatus addWord(const QString& word, bool isFirst);
 
-    QString m_text{QStringLiteral("info")};
+    QString m_text{u"info"_qs};
     PLogLevel m_level = PLogLevel::Info;
     QHash<QString, PLogLevel> m_sources;
 };

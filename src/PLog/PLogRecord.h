@@ -19,5 +19,5 @@ struct PLogRecord {
     QStringList items; ///< what was appended, in order
 
     /// The items with one blank between them.
-    QString text() const { return items.join(QLatin1Char(' ')); }
+    QString text() const { return items.join(u' '); }
 };

@@ -12,7 +12,7 @@ PMessageStream::~PMessageStream() {
 }
 
 PMessageStream& PMessageStream::operator<<(const char* text) {
-    m_record.items.append(text ? QString::fromUtf8(text) : QStringLiteral("(null)"));
+    m_record.items.append(text ? QString::fromUtf8(text) : u"(null)"_qs);
     return *this;
 }
 
@@ -37,12 +37,12 @@ PMessageStream& PMessageStream::operator<<(unsigned int number) {
 }
 
 PMessageStream& PMessageStream::operator<<(bool value) {
-    m_record.items.append(value ? QStringLiteral("true") : QStringLiteral("false"));
+    m_record.items.append(value ? u"true"_qs : u"false"_qs);
     return *this;
 }
 
 PMessageStream& PMessageStream::operator<<(void* pointer) {
     const auto address = reinterpret_cast<quintptr>(pointer);
-    m_record.items.append(QStringLiteral("0x") + QString::number(address, 16));
+    m_record.items.append(u"0x"_qs + QString::number(address, 16));
     return *this;
 }

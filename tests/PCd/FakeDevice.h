@@ -49,7 +49,7 @@ public:
     }
 
     static PDeviceMode modeOf(int width, int height, const QByteArray& id) {
-        return {width, height, QStringLiteral("%1x%2").arg(width).arg(height), id, 24};
+        return {width, height, u"%1x%2"_qs.arg(width).arg(height), id, 24};
     }
 
     bool refusesLink = false, refusesUnlink = false, refusesStart = false, refusesStop = false;

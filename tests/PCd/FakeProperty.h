@@ -9,22 +9,22 @@
 class FakeProperty : public PDeviceProperty {
 public:
     explicit FakeProperty(const QByteArray& id, const QVariant& value = 5)
-        : PDeviceProperty(id, QStringLiteral("Title of ") + QString::fromLatin1(id),
+        : PDeviceProperty(id, u"Title of "_qs + QString::fromLatin1(id),
                           PCD::DevicePropertyType::Integer)
         , inDevice(value) {}
 
     bool trySetValue(QVariant value) override {
-        calls.append(QStringLiteral("set"));
+        calls.append(u"set"_qs);
         if (!refuses)
             inDevice = becomes.isValid() ? becomes : value;
         return answersOpposite ? refuses : !refuses || answersTaken;
     }
     QVariant tryGetValue() override {
-        calls.append(QStringLiteral("get value"));
+        calls.append(u"get value"_qs);
         return inDevice;
     }
     QVariant tryGetRange() override {
-        calls.append(QStringLiteral("get range"));
+        calls.append(u"get range"_qs);
         return rangeInDevice;
     }
 

@@ -9,13 +9,13 @@
 
 namespace {
 
-const QUuid idOne(QStringLiteral("{00112233-4455-6677-8899-aabbccddeeff}"));
-const QUuid idTwo(QStringLiteral("{00000000-0000-0000-0000-000000000002}"));
+const QUuid idOne(u"{00112233-4455-6677-8899-aabbccddeeff}"_qs);
+const QUuid idTwo(u"{00000000-0000-0000-0000-000000000002}"_qs);
 
 PEnumeration twoItems() {
     PEnumeration enumeration;
-    enumeration.addItem(idOne, QStringLiteral("AC"), QStringLiteral("Mains"), "1");
-    enumeration.addItem(idTwo, QStringLiteral("D"), QString(), QByteArray());
+    enumeration.addItem(idOne, u"AC"_qs, u"Mains"_qs, "1");
+    enumeration.addItem(idTwo, u"D"_qs, QString(), QByteArray());
     return enumeration;
 }
 
@@ -31,16 +31,16 @@ QByteArray streamForm(const PEnumeration& enumeration) {
 TEST(PEnumeration, keeps_the_order_of_its_items) {
     const PEnumeration enumeration = twoItems();
     ASSERT_EQ(enumeration.items().size(), 2);
-    EXPECT_EQ(enumeration.items().at(0).name, QStringLiteral("AC"));
-    EXPECT_EQ(enumeration.items().at(0).title, QStringLiteral("Mains"));
+    EXPECT_EQ(enumeration.items().at(0).name, u"AC"_qs);
+    EXPECT_EQ(enumeration.items().at(0).title, u"Mains"_qs);
     EXPECT_EQ(enumeration.items().at(0).data, "1");
     EXPECT_EQ(enumeration.items().at(1).id, idTwo);
 }
 
 TEST(PEnumeration, finds_the_first_item_of_an_id) {
     PEnumeration enumeration = twoItems();
-    enumeration.addItem(idTwo, QStringLiteral("again"), QString(), QByteArray());
-    EXPECT_EQ(enumeration.getItem(idTwo).name, QStringLiteral("D"));
+    enumeration.addItem(idTwo, u"again"_qs, QString(), QByteArray());
+    EXPECT_EQ(enumeration.getItem(idTwo).name, u"D"_qs);
 }
 
 TEST(PEnumeration, gives_an_empty_item_for_an_id_it_has_not) {
@@ -80,7 +80,7 @@ TEST(PEnumeration, goes_into_a_stream_as_the_number_of_items_and_their_fields) {
 
 TEST(PEnumeration, comes_back_from_a_stream) {
     PEnumeration enumeration;
-    enumeration.addItem(QUuid(), QStringLiteral("old"), QString(), QByteArray());
+    enumeration.addItem(QUuid(), u"old"_qs, QString(), QByteArray());
     QDataStream in(streamForm(twoItems()));
     in >> enumeration;
     EXPECT_EQ(in.status(), QDataStream::Ok);

@@ -46,7 +46,7 @@ protected:
     GalleryTest()
         : m_before(QApplication::palette())
         , m_style(QApplication::style()->objectName()) {
-        QApplication::setStyle(QStringLiteral("Fusion"));
+        QApplication::setStyle(u"Fusion"_qs);
         QApplication::setPalette(GetParam().palette());
         PCdGui::install();
     }
@@ -64,8 +64,8 @@ protected:
     /// Saves a picture of the widget, and returns how many colours it has.
     qsizetype save(QWidget* widget, const QString& name) const {
         const QImage picture = widget->grab().toImage().convertToFormat(QImage::Format_RGB32);
-        const QString file = QStringLiteral("%1/%2-%3.png")
-                                 .arg(folder(), name, QString::fromLatin1(GetParam().name));
+        const QString file =
+            u"%1/%2-%3.png"_qs.arg(folder(), name, QString::fromLatin1(GetParam().name));
         EXPECT_TRUE(QDir().mkpath(folder()));
         EXPECT_TRUE(picture.save(file)) << file.toStdString();
         QSet<QRgb> colours;
@@ -122,7 +122,7 @@ TEST_P(GalleryTest, the_page_of_a_device_has_room_for_all_its_parts_at_its_small
     page->show();
     QApplication::processEvents();
     EXPECT_TRUE(squeezed(page.get()).isEmpty()) << squeezed(page.get()).join(u' ').toStdString();
-    EXPECT_GT(save(page.get(), QStringLiteral("page")), 8);
+    EXPECT_GT(save(page.get(), u"page"_qs), 8);
 }
 
 TEST_P(GalleryTest, the_page_of_a_device_that_is_gone_is_still_to_be_read) {
@@ -132,16 +132,16 @@ TEST_P(GalleryTest, the_page_of_a_device_that_is_gone_is_still_to_be_read) {
     page->resize(420, 500);
     page->show();
     QApplication::processEvents();
-    EXPECT_GT(save(page.get(), QStringLiteral("page-gone")), 8);
+    EXPECT_GT(save(page.get(), u"page-gone"_qs), 8);
 }
 
 TEST_P(GalleryTest, the_page_filtered_shows_what_matches) {
     const std::unique_ptr<QWidget> page(device.createPropertiesWidget(nullptr));
-    static_cast<PDevicePanel*>(page.get())->setFilter(QStringLiteral("flip"));
+    static_cast<PDevicePanel*>(page.get())->setFilter(u"flip"_qs);
     page->resize(420, 300);
     page->show();
     QApplication::processEvents();
-    EXPECT_GT(save(page.get(), QStringLiteral("page-filtered")), 8);
+    EXPECT_GT(save(page.get(), u"page-filtered"_qs), 8);
 }
 
 INSTANTIATE_TEST_SUITE_P(Looks, GalleryTest,

@@ -12,7 +12,7 @@ namespace {
 class PActionEditorTest : public EditorBench<FakeAction> {
 protected:
     PActionEditorTest()
-        : EditorBench("awbonce", QStringLiteral("Black & white")) {}
+        : EditorBench("awbonce", u"Black & white"_qs) {}
 
     QPushButton* button() const { return part<QPushButton>(); }
 };
@@ -22,8 +22,8 @@ protected:
 TEST_F(PActionEditorTest, shows_the_title_on_the_button) {
     open();
     EXPECT_TRUE(editor->showsTitle());
-    EXPECT_EQ(button()->text(), QStringLiteral("Black && white"));
-    EXPECT_EQ(button()->accessibleName(), QStringLiteral("Black & white"));
+    EXPECT_EQ(button()->text(), u"Black && white"_qs);
+    EXPECT_EQ(button()->accessibleName(), u"Black & white"_qs);
 }
 
 TEST_F(PActionEditorTest, runs_once_a_click) {

@@ -37,19 +37,19 @@ TEST_F(PCdGuiTest, makes_a_check_box_for_a_switch) {
 }
 
 TEST_F(PCdGuiTest, makes_a_slider_with_a_field_for_a_number_or_a_time) {
-    FakeNumber property("gain", QStringLiteral("Gain"), {0, 10, 1}, 5);
+    FakeNumber property("gain", u"Gain"_qs, {0, 10, 1}, 5);
     EXPECT_TRUE(makes<PNumberEditor>(&property));
     property.setType(PCD::DevicePropertyType::Duration);
     EXPECT_TRUE(makes<PNumberEditor>(&property));
 }
 
 TEST_F(PCdGuiTest, makes_a_combo_box_for_a_choice) {
-    FakeChoice property("rotate", QStringLiteral("Rotate"), {QStringLiteral("0°")});
+    FakeChoice property("rotate", u"Rotate"_qs, {u"0°"_qs});
     EXPECT_TRUE(makes<PChoiceEditor>(&property));
 }
 
 TEST_F(PCdGuiTest, makes_a_button_for_an_action) {
-    FakeAction property("awbonce", QStringLiteral("Auto whitebalance"));
+    FakeAction property("awbonce", u"Auto whitebalance"_qs);
     EXPECT_TRUE(makes<PActionEditor>(&property));
 }
 
@@ -59,10 +59,10 @@ TEST_F(PCdGuiTest, makes_four_fields_for_a_region) {
 }
 
 TEST_F(PCdGuiTest, makes_a_label_for_a_kind_that_brings_its_own_panel_and_has_not) {
-    FakeSwitch property("tec", QStringLiteral("Cooler <1>"));
+    FakeSwitch property("tec", u"Cooler <1>"_qs);
     property.setType(PCD::DevicePropertyType::Custom);
     const std::unique_ptr<QWidget> widget(property.createWidget());
     const auto* const label = qobject_cast<QLabel*>(widget.get());
     ASSERT_NE(label, nullptr);
-    EXPECT_EQ(label->text(), QStringLiteral("Cooler <1>"));
+    EXPECT_EQ(label->text(), u"Cooler <1>"_qs);
 }

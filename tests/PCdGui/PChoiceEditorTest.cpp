@@ -13,9 +13,7 @@ protected:
     using Sets = QList<QUuid>;
 
     PChoiceEditorTest()
-        : EditorBench(
-              "rotate", QStringLiteral("Rotate"),
-              QStringList{QStringLiteral("0°"), QStringLiteral("90°"), QStringLiteral("180°")}) {}
+        : EditorBench("rotate", u"Rotate"_qs, QStringList{u"0°"_qs, u"90°"_qs, u"180°"_qs}) {}
 
     QComboBox* box() const { return part<QComboBox>(); }
     static QUuid idOf(int place) { return FakeChoice::idOf(place); }
@@ -26,7 +24,7 @@ protected:
 TEST_F(PChoiceEditorTest, shows_the_choices_and_what_the_property_has) {
     open();
     EXPECT_EQ(box()->count(), 3);
-    EXPECT_EQ(box()->currentText(), QStringLiteral("0°"));
+    EXPECT_EQ(box()->currentText(), u"0°"_qs);
     EXPECT_TRUE(property->sets.isEmpty());
 }
 
@@ -55,19 +53,19 @@ TEST_F(PChoiceEditorTest, follows_the_device_and_sends_nothing_back) {
     open();
     deviceBecomes(idOf(2));
     turn();
-    EXPECT_EQ(box()->currentText(), QStringLiteral("180°"));
+    EXPECT_EQ(box()->currentText(), u"180°"_qs);
     EXPECT_TRUE(property->sets.isEmpty());
 }
 
 TEST_F(PChoiceEditorTest, follows_the_choices_and_sends_nothing) {
     open();
     deviceBecomes(idOf(1));
-    property->rangeInDevice.addItem(idOf(3), QStringLiteral("270"), QString(), "270");
+    property->rangeInDevice.addItem(idOf(3), u"270"_qs, QString(), "270");
     property->updateValueFromDevice();
     turn();
     EXPECT_EQ(box()->count(), 4);
-    EXPECT_EQ(box()->itemText(3), QStringLiteral("270")) << "the name, where there is no title";
-    EXPECT_EQ(box()->currentText(), QStringLiteral("90°"));
+    EXPECT_EQ(box()->itemText(3), u"270"_qs) << "the name, where there is no title";
+    EXPECT_EQ(box()->currentText(), u"90°"_qs);
     EXPECT_TRUE(property->sets.isEmpty());
 }
 
@@ -77,7 +75,7 @@ TEST_P(PChoiceEditorRefusal, shows_what_the_device_has) {
     QTest::keyClick(box(), Qt::Key_Down);
     turn();
     EXPECT_EQ(property->sets, Sets({idOf(1)}));
-    EXPECT_EQ(box()->currentText(), QStringLiteral("0°"));
+    EXPECT_EQ(box()->currentText(), u"0°"_qs);
 }
 
 TEST_P(PChoiceEditorRefusal, is_said_with_what_the_device_kept) {
@@ -85,7 +83,7 @@ TEST_P(PChoiceEditorRefusal, is_said_with_what_the_device_kept) {
     QTest::keyClick(box(), Qt::Key_Down);
     turn();
     ASSERT_EQ(refused.size(), 1);
-    EXPECT_EQ(refused[0], QVariantList({QStringLiteral("Rotate"), QStringLiteral("0°")}));
+    EXPECT_EQ(refused[0], QVariantList({u"Rotate"_qs, u"0°"_qs}));
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, PChoiceEditorRefusal, everyAnswer(), RowName());
@@ -98,7 +96,7 @@ TEST_F(PChoiceEditorTest, has_no_words_for_what_was_kept_if_that_is_no_choice) {
     QTest::keyClick(box(), Qt::Key_Down);
     turn();
     ASSERT_EQ(refused.size(), 1);
-    EXPECT_EQ(refused[0], QVariantList({QStringLiteral("Rotate"), QString()}));
+    EXPECT_EQ(refused[0], QVariantList({u"Rotate"_qs, QString()}));
 }
 
 TEST_F(PChoiceEditorTest, shows_no_choice_where_the_device_has_another) {

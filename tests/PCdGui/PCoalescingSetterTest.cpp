@@ -16,7 +16,7 @@ class PCoalescingSetterTest : public testing::Test {
 protected:
     PCoalescingSetterTest() { property.updateValueFromDevice(); }
 
-    qsizetype sets() const { return property.calls.count(QStringLiteral("set")); }
+    qsizetype sets() const { return property.calls.count(u"set"_qs); }
     static void turn() { QCoreApplication::processEvents(); }
 
     FakeProperty property{"gain", 5};

@@ -34,14 +34,14 @@ public:
     bool isEmpty() const override { return false; }
     QString translate(const char* context, const char* text, const char*, int) const override {
         if (qstrcmp(context, "TranslatedLabel") == 0)
-            return QStringLiteral("Охлаждение");
+            return u"Охлаждение"_qs;
         if (qstrcmp(text, "Whole sensor") == 0)
-            return QStringLiteral("Весь сенсор");
+            return u"Весь сенсор"_qs;
         if (qstrcmp(text, "Height") == 0)
-            return QStringLiteral("Высота");
+            return u"Высота"_qs;
         if (qstrcmp(text, "Default: %1") == 0)
-            return QStringLiteral("По умолчанию: %1");
-        return qstrcmp(text, "(unknown)") == 0 ? QStringLiteral("(неизвестно)") : QString();
+            return u"По умолчанию: %1"_qs;
+        return qstrcmp(text, "(unknown)") == 0 ? u"(неизвестно)"_qs : QString();
     }
 };
 
@@ -124,7 +124,7 @@ TEST_F(PDevicePanelTest, shows_every_property_once) {
 TEST_F(PDevicePanelTest, aligns_the_titles_of_all_groups) {
     QSet<int> widths;
     for (const QLabel* title : panel()->findChildren<PPropertyLabel*>()) {
-        if (title->text() != QStringLiteral("ROI")) // which has a row of its own
+        if (title->text() != u"ROI"_qs) // which has a row of its own
             widths.insert(title->width());
     }
     EXPECT_EQ(widths.size(), 1);
@@ -135,7 +135,7 @@ TEST_F(PDevicePanelTest, stays_narrow_where_titles_are_long) {
         FakeDevice camera;
         camera.makeProperties = [title] {
             return QList<PDeviceProperty*>{
-                new FakeChoice("flip", QString::fromUtf8(title), {QStringLiteral("On")}),
+                new FakeChoice("flip", QString::fromUtf8(title), {u"On"_qs}),
                 new FakeRegion("roi")};
         };
         PDevicePanel page(&camera);
@@ -156,8 +156,7 @@ TEST_F(PDevicePanelTest, stays_narrow_where_titles_are_long) {
 TEST_F(PDevicePanelTest, gives_short_titles_no_more_room_than_they_need) {
     FakeDevice camera;
     camera.makeProperties = [] {
-        return QList<PDeviceProperty*>{
-            new FakeChoice("flip", QStringLiteral("Flip"), {QStringLiteral("On")})};
+        return QList<PDeviceProperty*>{new FakeChoice("flip", u"Flip"_qs, {u"On"_qs})};
     };
     PDevicePanel page(&camera);
     ASSERT_TRUE(showActive(&page));
@@ -168,42 +167,41 @@ TEST_F(PDevicePanelTest, gives_short_titles_no_more_room_than_they_need) {
 
 TEST_F(PDevicePanelTest, numbers_of_a_region_stand_below_their_title_and_go_with_it) {
     const auto labels = panel()->findChildren<PPropertyLabel*>();
-    const auto title = std::find_if(labels.begin(), labels.end(), [](const QLabel* label) {
-        return label->text() == QStringLiteral("ROI");
-    });
+    const auto title = std::find_if(labels.begin(), labels.end(),
+                                    [](const QLabel* label) { return label->text() == u"ROI"_qs; });
     ASSERT_NE(title, labels.end());
     const auto* const region = panel()->findChild<PRegionEditor*>();
     ASSERT_NE(region, nullptr);
     EXPECT_GT(region->y(), (*title)->y());
     EXPECT_LT(region->x(), (*title)->geometry().right());
-    panel()->setFilter(QStringLiteral("binning"));
+    panel()->setFilter(u"binning"_qs);
     EXPECT_FALSE((*title)->isVisible());
-    panel()->setFilter(QStringLiteral("roi"));
+    panel()->setFilter(u"roi"_qs);
     EXPECT_TRUE((*title)->isVisible());
     EXPECT_TRUE(region->isVisible());
 }
 
 TEST_F(PDevicePanelTest, hides_rows_and_groups_that_a_filter_does_not_match) {
-    panel()->setFilter(QStringLiteral("flip"));
+    panel()->setFilter(u"flip"_qs);
     EXPECT_EQ(shownGroups(), list("Frame"));
     panel()->setFilter(QString());
     EXPECT_EQ(shownGroups().size(), 7);
 }
 
 TEST_F(PDevicePanelTest, finds_the_words_on_panels_that_a_device_brings) {
-    panel()->setFilter(QStringLiteral("current temperature"));
+    panel()->setFilter(u"current temperature"_qs);
     EXPECT_EQ(shownGroups(), list("Cooling"));
 }
 
 TEST_F(PDevicePanelTest, filters_again_when_the_language_changes) {
     const QList<QCheckBox*> boxes = panel()->findChildren<QCheckBox*>();
     const auto fan = std::find_if(boxes.begin(), boxes.end(), [](const QCheckBox* box) {
-        return box->text() == QStringLiteral("Fan enable");
+        return box->text() == u"Fan enable"_qs;
     });
     ASSERT_NE(fan, boxes.end());
     auto* const word = new TranslatedLabel((*fan)->parentWidget());
     word->show();
-    panel()->setFilter(QStringLiteral("охлаждение"));
+    panel()->setFilter(u"охлаждение"_qs);
     EXPECT_EQ(shownGroups(), QStringList());
     OneWord russian;
     QCoreApplication::installTranslator(&russian);
@@ -219,12 +217,12 @@ TEST_F(PDevicePanelTest, follows_the_language_with_the_titles_of_groups_and_sett
     FakeDevice camera;
     camera.makeProperties = [word] {
         auto* const chrome = new FakeSwitch("chrome", word());
-        chrome->setDescription(word() + QStringLiteral("!"));
+        chrome->setDescription(word() + u"!"_qs);
         return QList<PDeviceProperty*>{chrome, new FakeAction("once", word()),
                                        new FakeSwitch("rest", word())};
     };
     camera.makeGroups = [&] {
-        auto* const group = new PDevicePropertyGroup(QStringLiteral("color"), word());
+        auto* const group = new PDevicePropertyGroup(u"color"_qs, word());
         group->addProperty(camera.getProperty("chrome"));
         group->addProperty(camera.getProperty("once"));
         return QList<PDevicePropertyGroup*>{group};
@@ -238,20 +236,19 @@ TEST_F(PDevicePanelTest, follows_the_language_with_the_titles_of_groups_and_sett
     QStringList titles;
     for (const auto* group : page.findChildren<PPropertyGroupPanel*>())
         titles.append(group->title());
-    const QString translated = QStringLiteral("Охлаждение");
-    EXPECT_EQ(titles, QStringList({translated, QStringLiteral("Other")}));
+    const QString translated = u"Охлаждение"_qs;
+    EXPECT_EQ(titles, QStringList({translated, u"Other"_qs}));
     titles.clear();
     for (const auto* label : page.findChildren<PPropertyLabel*>())
         titles.append(label->text());
     EXPECT_EQ(titles, QStringList({translated, QString(), translated}));
     EXPECT_EQ(page.findChild<PActionEditor*>()->findChild<QPushButton*>()->text(), translated);
-    EXPECT_TRUE(
-        page.findChild<PSwitchEditor*>()->toolTip().contains(translated + QStringLiteral("!")));
-    page.setFilter(QStringLiteral("охлаждение"));
+    EXPECT_TRUE(page.findChild<PSwitchEditor*>()->toolTip().contains(translated + u"!"_qs));
+    page.setFilter(u"охлаждение"_qs);
     EXPECT_TRUE(page.findChild<PSwitchEditor*>()->isVisible());
     QCoreApplication::removeTranslator(&russian);
     QCoreApplication::processEvents();
-    EXPECT_EQ(page.findChild<PPropertyLabel*>()->text(), QStringLiteral("Chilling"));
+    EXPECT_EQ(page.findChild<PPropertyLabel*>()->text(), u"Chilling"_qs);
     EXPECT_FALSE(page.findChild<PSwitchEditor*>()->isVisible());
 }
 
@@ -260,7 +257,7 @@ protected:
     PDevicePanelLanguage() {
         camera.makeProperties = [] {
             const QString word = QCoreApplication::translate("TranslatedLabel", "Chilling");
-            auto* const binning = new FakeChoice("binning", word, {word, QStringLiteral("2x2")});
+            auto* const binning = new FakeChoice("binning", word, {word, u"2x2"_qs});
             binning->setDefaultValue(FakeChoice::idOf(0));
             return QList<PDeviceProperty*>{binning, new FakeRegion("roi", word),
                                            new FakeSwitch("chrome", word)};
@@ -299,7 +296,7 @@ protected:
     OneWord russian;
     FakeDevice camera;
     std::unique_ptr<PDevicePanel> page;
-    const QString translated = QStringLiteral("Охлаждение");
+    const QString translated = u"Охлаждение"_qs;
 };
 
 TEST_F(PDevicePanelLanguage, is_that_of_open_choices_and_they_stay_as_chosen) {
@@ -308,12 +305,12 @@ TEST_F(PDevicePanelLanguage, is_that_of_open_choices_and_they_stay_as_chosen) {
     speakRussian();
     EXPECT_EQ(box()->count(), 2);
     EXPECT_EQ(box()->itemText(0), translated);
-    EXPECT_EQ(box()->itemText(1), QStringLiteral("2x2"));
+    EXPECT_EQ(box()->itemText(1), u"2x2"_qs);
     EXPECT_EQ(box()->currentText(), translated);
     EXPECT_EQ(box()->accessibleName(), translated);
-    EXPECT_EQ(box()->placeholderText(), QStringLiteral("(неизвестно)"));
+    EXPECT_EQ(box()->placeholderText(), u"(неизвестно)"_qs);
     EXPECT_EQ(page->findChild<PPropertyEditor*>()->toolTip(),
-              QStringLiteral("<p>По умолчанию: Охлаждение</p>"));
+              u"<p>По умолчанию: Охлаждение</p>"_qs);
     // The device changes while the language stays.
     binning->inDevice = FakeChoice::idOf(1);
     binning->updateValueFromDevice();
@@ -322,8 +319,8 @@ TEST_F(PDevicePanelLanguage, is_that_of_open_choices_and_they_stay_as_chosen) {
     EXPECT_EQ(box()->currentText(), translated);
     EXPECT_TRUE(binning->sets.isEmpty());
     speakEnglish();
-    EXPECT_EQ(box()->itemText(0), QStringLiteral("Chilling"));
-    EXPECT_EQ(box()->placeholderText(), QStringLiteral("(unknown)"));
+    EXPECT_EQ(box()->itemText(0), u"Chilling"_qs);
+    EXPECT_EQ(box()->placeholderText(), u"(unknown)"_qs);
     EXPECT_EQ(page->findChild<PPropertyEditor*>()->toolTip(), english);
 }
 
@@ -331,11 +328,9 @@ TEST_F(PDevicePanelLanguage, is_that_of_the_numbers_and_the_button_of_an_open_re
     const QStringList english = wordsOfRegion();
     speakRussian();
     EXPECT_EQ(wordsOfRegion(),
-              QStringList({QStringLiteral("Весь сенсор"), QStringLiteral("X"), QStringLiteral("Y"),
-                           QStringLiteral("Width"), QStringLiteral("Высота"),
-                           translated + QStringLiteral(": X"), translated + QStringLiteral(": Y"),
-                           translated + QStringLiteral(": Width"),
-                           translated + QStringLiteral(": Высота")}));
+              QStringList({u"Весь сенсор"_qs, u"X"_qs, u"Y"_qs, u"Width"_qs, u"Высота"_qs,
+                           translated + u": X"_qs, translated + u": Y"_qs,
+                           translated + u": Width"_qs, translated + u": Высота"_qs}));
     EXPECT_EQ(page->findChild<QCheckBox*>()->accessibleName(), translated);
     speakEnglish();
     EXPECT_EQ(wordsOfRegion(), english);
@@ -344,16 +339,16 @@ TEST_F(PDevicePanelLanguage, is_that_of_the_numbers_and_the_button_of_an_open_re
 TEST_F(PDevicePanelLanguage, is_that_of_the_editors_own_words_where_the_device_is_gone) {
     camera.unlink();
     speakRussian();
-    EXPECT_EQ(wordsOfRegion().value(0), QStringLiteral("Весь сенсор"));
-    EXPECT_EQ(box()->placeholderText(), QStringLiteral("(неизвестно)"));
-    EXPECT_EQ(box()->itemText(0), QStringLiteral("Chilling"));
+    EXPECT_EQ(wordsOfRegion().value(0), u"Весь сенсор"_qs);
+    EXPECT_EQ(box()->placeholderText(), u"(неизвестно)"_qs);
+    EXPECT_EQ(box()->itemText(0), u"Chilling"_qs);
     speakEnglish();
 }
 
 TEST_F(PDevicePanelTest, says_so_where_nothing_matches) {
-    EXPECT_FALSE(isNoticeShown(QStringLiteral("No setting matches.")));
-    panel()->setFilter(QStringLiteral("nothing has this"));
-    EXPECT_TRUE(isNoticeShown(QStringLiteral("No setting matches.")));
+    EXPECT_FALSE(isNoticeShown(u"No setting matches."_qs));
+    panel()->setFilter(u"nothing has this"_qs);
+    EXPECT_TRUE(isNoticeShown(u"No setting matches."_qs));
     EXPECT_EQ(shownGroups(), QStringList());
 }
 
@@ -362,15 +357,15 @@ TEST_F(PDevicePanelTest, is_disabled_with_the_device_panels_of_their_own_include
     device->unlink();
     for (const QWidget* control : panel()->findChildren<PRangeWidgetBase*>())
         EXPECT_FALSE(control->isEnabled());
-    EXPECT_TRUE(isNoticeShown(QStringLiteral("The device is not connected.")));
+    EXPECT_TRUE(isNoticeShown(u"The device is not connected."_qs));
     EXPECT_TRUE(panel()->verticalScrollBar()->isEnabled()) << "it can still be read";
 }
 
 TEST_F(PDevicePanelTest, outlives_the_device) {
     device.reset();
-    panel()->setFilter(QStringLiteral("gain"));
+    panel()->setFilter(u"gain"_qs);
     EXPECT_EQ(shownGroups(), list("Other"));
-    EXPECT_TRUE(isNoticeShown(QStringLiteral("The device is not connected.")));
+    EXPECT_TRUE(isNoticeShown(u"The device is not connected."_qs));
 }
 
 TEST_F(PDevicePanelTest, scrolls_by_the_wheel_over_a_control_without_the_focus) {

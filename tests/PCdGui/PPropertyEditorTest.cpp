@@ -15,7 +15,7 @@ protected:
     using Sets = QList<int>;
 
     PPropertyEditorTest()
-        : EditorBench("gain", QStringLiteral("Gain"), PMinMaxRange<int>{0, 500, 1}, 100) {}
+        : EditorBench("gain", u"Gain"_qs, PMinMaxRange<int>{0, 500, 1}, 100) {}
 
     ~PPropertyEditorTest() override { delete QApplication::activePopupWidget(); }
 
@@ -26,33 +26,32 @@ protected:
                                 part->mapToGlobal(QPoint(2, 2)));
         QApplication::sendEvent(part, &event);
         const QWidget* const menu = QApplication::activePopupWidget();
-        return menu != nullptr ? menu->findChild<QAction*>(QStringLiteral("reset")) : nullptr;
+        return menu != nullptr ? menu->findChild<QAction*>(u"reset"_qs) : nullptr;
     }
 };
 
 } // namespace
 
 TEST_F(PPropertyEditorTest, has_the_title_as_its_name_and_passes_it_on) {
-    property->setDescription(QStringLiteral("Of the amplifier."));
+    property->setDescription(u"Of the amplifier."_qs);
     open();
-    EXPECT_EQ(editor->accessibleName(), QStringLiteral("Gain"));
-    EXPECT_EQ(editor->accessibleDescription(), QStringLiteral("Of the amplifier."));
-    EXPECT_EQ(field()->accessibleName(), QStringLiteral("Gain"));
+    EXPECT_EQ(editor->accessibleName(), u"Gain"_qs);
+    EXPECT_EQ(editor->accessibleDescription(), u"Of the amplifier."_qs);
+    EXPECT_EQ(field()->accessibleName(), u"Gain"_qs);
 }
 
 TEST_F(PPropertyEditorTest, tells_description_range_and_default_in_its_tool_tip) {
-    property->setDescription(QStringLiteral("Keep it < 300."));
+    property->setDescription(u"Keep it < 300."_qs);
     property->setDefaultValue(120);
     open();
-    EXPECT_EQ(editor->toolTip(),
-              QStringLiteral("<p>Keep it &lt; 300.<br>Range: 0 to 500<br>Default: 120</p>"));
+    EXPECT_EQ(editor->toolTip(), u"<p>Keep it &lt; 300.<br>Range: 0 to 500<br>Default: 120</p>"_qs);
 }
 
 TEST_F(PPropertyEditorTest, tells_of_another_range_when_there_is_one) {
     open();
     property->rangeInDevice = {0, 50, 5};
     property->updateValueFromDevice();
-    EXPECT_EQ(editor->toolTip(), QStringLiteral("<p>Range: 0 to 50, in steps of 5</p>"));
+    EXPECT_EQ(editor->toolTip(), u"<p>Range: 0 to 50, in steps of 5</p>"_qs);
 }
 
 TEST_F(PPropertyEditorTest, is_disabled_when_the_device_is_unlinked_and_says_why) {
@@ -61,7 +60,7 @@ TEST_F(PPropertyEditorTest, is_disabled_when_the_device_is_unlinked_and_says_why
     EXPECT_TRUE(editor->isEnabled());
     device->unlink();
     EXPECT_FALSE(editor->isEnabled());
-    EXPECT_EQ(editor->toolTip(), QStringLiteral("The device is not connected."));
+    EXPECT_EQ(editor->toolTip(), u"The device is not connected."_qs);
 }
 
 TEST_F(PPropertyEditorTest, is_enabled_again_when_a_linked_device_tells_of_a_change) {
@@ -89,7 +88,7 @@ TEST_F(PPropertyEditorTest, is_disabled_when_the_device_is_gone_and_outlives_it)
     cameras.updateDevices();
     FakeDevice* const gone = device.release(); // the register's now
     const QPointer<FakeDevice> watched(gone);
-    enter(field(), QStringLiteral("250"));
+    enter(field(), u"250"_qs);
     cameras.removeDevice(gone);
     EXPECT_FALSE(editor->isEnabled());
     turn();
@@ -111,8 +110,8 @@ TEST_F(PPropertyEditorTest, is_disabled_from_the_start_for_a_device_that_is_gone
 
 TEST_F(PPropertyEditorTest, outlives_the_device_with_a_value_that_waits_and_typing_begun) {
     open();
-    enter(field(), QStringLiteral("250"));
-    typeInto(field(), QStringLiteral("300"));
+    enter(field(), u"250"_qs);
+    typeInto(field(), u"300"_qs);
     device.reset();
     turn();
     EXPECT_FALSE(editor->isEnabled());
@@ -134,7 +133,7 @@ TEST_F(PPropertyEditorTest, dies_before_the_property_without_a_trace) {
 
 TEST_F(PPropertyEditorTest, sends_what_waits_when_it_dies) {
     open();
-    enter(field(), QStringLiteral("250"));
+    enter(field(), u"250"_qs);
     EXPECT_TRUE(property->sets.isEmpty());
     delete editor;
     EXPECT_EQ(property->sets, Sets({250}));
@@ -142,7 +141,7 @@ TEST_F(PPropertyEditorTest, sends_what_waits_when_it_dies) {
 
 TEST_F(PPropertyEditorTest, dies_in_peace_while_something_is_being_typed) {
     open();
-    typeInto(field(), QStringLiteral("250"));
+    typeInto(field(), u"250"_qs);
     delete editor;
     turn();
     EXPECT_TRUE(property->sets.isEmpty());
@@ -151,7 +150,7 @@ TEST_F(PPropertyEditorTest, dies_in_peace_while_something_is_being_typed) {
 TEST_F(PPropertyEditorTest, may_be_deleted_by_a_slot_of_the_set) {
     open();
     QObject::connect(property, &PDeviceProperty::valueChanged, editor, [this] { delete editor; });
-    enter(field(), QStringLiteral("250"));
+    enter(field(), u"250"_qs);
     turn();
     EXPECT_EQ(property->sets, Sets({250}));
 }
@@ -162,11 +161,11 @@ TEST_F(PPropertyEditorTest, resets_to_the_default_by_its_menu) {
     QAction* const reset = resetOfMenuOver(editor);
     ASSERT_NE(reset, nullptr);
     EXPECT_TRUE(reset->isEnabled());
-    EXPECT_EQ(reset->text(), QStringLiteral("Reset to default (120)"));
+    EXPECT_EQ(reset->text(), u"Reset to default (120)"_qs);
     reset->trigger();
     turn();
     EXPECT_EQ(property->sets, Sets({120}));
-    EXPECT_EQ(textOf(field()), QStringLiteral("120"));
+    EXPECT_EQ(textOf(field()), u"120"_qs);
 }
 
 TEST_F(PPropertyEditorTest, has_the_reset_also_in_the_menu_of_its_field_beside_copy_and_paste) {
@@ -183,8 +182,8 @@ TEST_F(PPropertyEditorTest, does_not_reset_to_a_default_that_the_property_cannot
     const QAction* const reset = resetOfMenuOver(editor);
     ASSERT_NE(reset, nullptr);
     EXPECT_FALSE(reset->isEnabled());
-    EXPECT_EQ(reset->toolTip(), QStringLiteral("\"gain\" cannot be 6503: expected a whole number "
-                                               "from 0 to 500"));
+    EXPECT_EQ(reset->toolTip(), u"\"gain\" cannot be 6503: expected a whole number "
+                                "from 0 to 500"_qs);
 }
 
 TEST_F(PPropertyEditorTest, says_so_where_there_is_no_default) {
@@ -192,5 +191,5 @@ TEST_F(PPropertyEditorTest, says_so_where_there_is_no_default) {
     const QAction* const reset = resetOfMenuOver(editor);
     ASSERT_NE(reset, nullptr);
     EXPECT_FALSE(reset->isEnabled());
-    EXPECT_EQ(reset->toolTip(), QStringLiteral("This setting has no default."));
+    EXPECT_EQ(reset->toolTip(), u"This setting has no default."_qs);
 }

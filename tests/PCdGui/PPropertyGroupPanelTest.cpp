@@ -22,10 +22,9 @@ class PPropertyGroupPanelTest : public testing::Test {
 protected:
     PPropertyGroupPanelTest() {
         PCdGui::install();
-        gain.setDescription(QStringLiteral("Of the amplifier."));
+        gain.setDescription(u"Of the amplifier."_qs);
         panel = std::make_unique<PPropertyGroupPanel>(
-            QStringLiteral("Cooling"),
-            QList<PDeviceProperty*>{&negative, &gain, &once, &composite});
+            u"Cooling"_qs, QList<PDeviceProperty*>{&negative, &gain, &once, &composite});
         EXPECT_TRUE(showActive(panel.get()));
     }
 
@@ -43,18 +42,18 @@ protected:
         return {QString::fromLatin1(titles)...};
     }
 
-    FakeSwitch negative{"negative", QStringLiteral("Negative")};
-    FakeNumber gain{"expogain", QStringLiteral("Gain"), {0, 500, 1}, 100};
-    FakeAction once{"awbonce", QStringLiteral("Balance")};
+    FakeSwitch negative{"negative", u"Negative"_qs};
+    FakeNumber gain{"expogain", u"Gain"_qs, {0, 500, 1}, 100};
+    FakeAction once{"awbonce", u"Balance"_qs};
     QLabel* own = nullptr;
-    FakeComposite composite{"tec", [this] { return own = new QLabel(QStringLiteral("own")); }};
+    FakeComposite composite{"tec", [this] { return own = new QLabel(u"own"_qs); }};
     std::unique_ptr<PPropertyGroupPanel> panel;
 };
 
 } // namespace
 
 TEST_F(PPropertyGroupPanelTest, has_a_title_and_an_editor_a_row) {
-    EXPECT_EQ(panel->title(), QStringLiteral("Cooling"));
+    EXPECT_EQ(panel->title(), u"Cooling"_qs);
     EXPECT_EQ(shownTitles(), list("Negative", "Gain", ""));
     EXPECT_EQ(panel->findChildren<PPropertyEditor*>().size(), 3);
 }
@@ -69,49 +68,49 @@ TEST_F(PPropertyGroupPanelTest, gives_a_panel_of_its_own_the_whole_row) {
 }
 
 TEST_F(PPropertyGroupPanelTest, hides_what_a_filter_does_not_match) {
-    EXPECT_TRUE(panel->setFilter(QStringLiteral("neg")));
+    EXPECT_TRUE(panel->setFilter(u"neg"_qs));
     EXPECT_EQ(shownTitles(), list("Negative"));
     EXPECT_FALSE(own->isVisible());
 }
 
 TEST_F(PPropertyGroupPanelTest, matches_title_id_and_description_with_all_words_in_any_case) {
-    EXPECT_TRUE(panel->setFilter(QStringLiteral(" AMPLIFIER  expo ")));
+    EXPECT_TRUE(panel->setFilter(u" AMPLIFIER  expo "_qs));
     EXPECT_EQ(shownTitles(), list("Gain"));
-    EXPECT_FALSE(panel->setFilter(QStringLiteral("amplifier negative")));
+    EXPECT_FALSE(panel->setFilter(u"amplifier negative"_qs));
     EXPECT_EQ(shownTitles(), QStringList());
 }
 
 TEST_F(PPropertyGroupPanelTest, matches_what_has_no_title_by_the_title_of_the_group) {
-    EXPECT_TRUE(panel->setFilter(QStringLiteral("cool")));
+    EXPECT_TRUE(panel->setFilter(u"cool"_qs));
     EXPECT_TRUE(own->isVisible());
     EXPECT_EQ(shownTitles(), QStringList());
 }
 
 TEST_F(PPropertyGroupPanelTest, matches_what_a_panel_of_its_own_shows_at_the_moment) {
-    EXPECT_TRUE(panel->setFilter(QStringLiteral("OWN")));
+    EXPECT_TRUE(panel->setFilter(u"OWN"_qs));
     EXPECT_TRUE(own->isVisible());
     EXPECT_EQ(shownTitles(), QStringList());
-    own->setText(QStringLiteral("Current temperature:"));
-    EXPECT_FALSE(panel->setFilter(QStringLiteral("own")));
-    EXPECT_TRUE(panel->setFilter(QStringLiteral("temperature")));
+    own->setText(u"Current temperature:"_qs);
+    EXPECT_FALSE(panel->setFilter(u"own"_qs));
+    EXPECT_TRUE(panel->setFilter(u"temperature"_qs));
     EXPECT_TRUE(own->isVisible());
 }
 
 TEST_F(PPropertyGroupPanelTest, matches_what_editors_show_but_not_their_ranges) {
-    FakeChoice binning("bin", QStringLiteral("Binning"), {QStringLiteral("Average 2x2")});
+    FakeChoice binning("bin", u"Binning"_qs, {u"Average 2x2"_qs});
     binning.updateValueFromDevice();
-    PPropertyGroupPanel group(QStringLiteral("Group"), {&binning, &gain});
-    EXPECT_TRUE(group.setFilter(QStringLiteral("average")));
-    EXPECT_FALSE(group.setFilter(QStringLiteral("range")));
+    PPropertyGroupPanel group(u"Group"_qs, {&binning, &gain});
+    EXPECT_TRUE(group.setFilter(u"average"_qs));
+    EXPECT_FALSE(group.setFilter(u"range"_qs));
 }
 
 TEST_F(PPropertyGroupPanelTest, outlives_a_panel_of_its_own) {
     delete own;
-    EXPECT_FALSE(panel->setFilter(QStringLiteral("own")));
+    EXPECT_FALSE(panel->setFilter(u"own"_qs));
 }
 
 TEST_F(PPropertyGroupPanelTest, shows_all_again_without_a_filter) {
-    panel->setFilter(QStringLiteral("nothing has this"));
+    panel->setFilter(u"nothing has this"_qs);
     EXPECT_TRUE(panel->setFilter(QString()));
     EXPECT_EQ(shownTitles().size(), 3);
     EXPECT_TRUE(own->isVisible());
@@ -125,7 +124,7 @@ TEST_F(PPropertyGroupPanelTest, switches_by_a_click_on_the_title) {
 
 TEST_F(PPropertyGroupPanelTest, says_which_setting_was_refused_by_its_own_title_or_the_group_s) {
     FakeSwitch untitled("untitled", QString());
-    PPropertyGroupPanel group(QStringLiteral("Fan"), {&negative, &untitled});
+    PPropertyGroupPanel group(u"Fan"_qs, {&negative, &untitled});
     const QSignalSpy refused(&group, &PPropertyGroupPanel::refused);
     for (FakeSwitch* setting : {&negative, &untitled}) {
         setting->updateValueFromDevice();
@@ -136,8 +135,8 @@ TEST_F(PPropertyGroupPanelTest, says_which_setting_was_refused_by_its_own_title_
         QCoreApplication::processEvents();
     }
     ASSERT_EQ(refused.size(), 2);
-    EXPECT_EQ(refused[0], QVariantList({QStringLiteral("Negative"), QStringLiteral("off")}));
-    EXPECT_EQ(refused[1], QVariantList({QStringLiteral("Fan"), QStringLiteral("off")}));
+    EXPECT_EQ(refused[0], QVariantList({u"Negative"_qs, u"off"_qs}));
+    EXPECT_EQ(refused[1], QVariantList({u"Fan"_qs, u"off"_qs}));
 }
 
 TEST_F(PPropertyGroupPanelTest, gives_the_focus_by_a_click_on_the_title) {
@@ -151,7 +150,7 @@ TEST_F(PPropertyGroupPanelTest, opens_the_editor_s_menu_over_the_title) {
     QApplication::sendEvent(title, &event);
     QWidget* const menu = QApplication::activePopupWidget();
     ASSERT_NE(menu, nullptr);
-    EXPECT_NE(menu->findChild<QAction*>(QStringLiteral("reset")), nullptr);
+    EXPECT_NE(menu->findChild<QAction*>(u"reset"_qs), nullptr);
     delete menu;
 }
 
@@ -167,8 +166,8 @@ TEST_F(PPropertyGroupPanelTest, aligns_titles_with_those_of_another_panel) {
 TEST(PPropertyGroupPanel, outlives_its_properties_with_the_titles_disabled) {
     PCdGui::install();
     auto gain = std::make_unique<FakeSwitch>("negative");
-    PPropertyGroupPanel panel(QStringLiteral("Color"), {gain.get()});
+    PPropertyGroupPanel panel(u"Color"_qs, {gain.get()});
     gain.reset();
     EXPECT_FALSE(panel.findChild<PPropertyLabel*>()->isEnabled());
-    EXPECT_TRUE(panel.setFilter(QStringLiteral("neg")));
+    EXPECT_TRUE(panel.setFilter(u"neg"_qs));
 }

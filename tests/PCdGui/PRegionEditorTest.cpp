@@ -15,7 +15,7 @@ protected:
         : EditorBench("roi") {}
 
     PNumberField* field(const char* name) const {
-        const QString wanted = QStringLiteral("ROI: ") + QString::fromLatin1(name);
+        const QString wanted = u"ROI: "_qs + QString::fromLatin1(name);
         for (PNumberField* candidate : editor->findChildren<PNumberField*>()) {
             if (candidate->accessibleName() == wanted)
                 return candidate;
@@ -114,7 +114,7 @@ TEST_P(PRegionEditorRefusal, is_said_with_what_the_device_kept) {
     enterInto("Width", 640);
     turn();
     ASSERT_EQ(refused.size(), 1);
-    EXPECT_EQ(refused[0], QVariantList({QStringLiteral("ROI"), QStringLiteral("0,0,1920,1080")}));
+    EXPECT_EQ(refused[0], QVariantList({u"ROI"_qs, u"0,0,1920,1080"_qs}));
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, PRegionEditorRefusal, everyAnswer(), RowName());

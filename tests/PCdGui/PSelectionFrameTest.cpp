@@ -22,7 +22,7 @@ protected:
             button->setAutoExclusive(button != &run);
             row->addWidget(button);
         }
-        page.setStyleSheet(QStringLiteral("QPushButton { background: #313131; border: none; }"));
+        page.setStyleSheet(u"QPushButton { background: #313131; border: none; }"_qs);
         QPalette colours(GetParam());
         colours.setColor(QPalette::Highlight, highlight);
         QApplication::setPalette(colours);

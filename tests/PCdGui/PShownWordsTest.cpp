@@ -20,7 +20,7 @@ namespace {
 class PShownWordsTest : public testing::Test {
 protected:
     bool isShown(const char* text) const {
-        return PShownWords::on(panel).split(QLatin1Char('\n')).contains(words(text));
+        return PShownWords::on(panel).split(u'\n').contains(words(text));
     }
 
     QWidget panel;

@@ -65,7 +65,7 @@ TEST_P(PSwitchEditorRefusal, is_said_with_what_the_device_kept) {
     box()->click();
     turn();
     ASSERT_EQ(refused.size(), 1);
-    EXPECT_EQ(refused[0], QVariantList({QStringLiteral("Negative"), QStringLiteral("off")}));
+    EXPECT_EQ(refused[0], QVariantList({u"Negative"_qs, u"off"_qs}));
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, PSwitchEditorRefusal, everyAnswer(), RowName());

@@ -34,7 +34,7 @@ struct FakeSetting {
 
 class FakeSwitch : public PDevicePropertyBool, public FakeSetting<bool> {
 public:
-    explicit FakeSwitch(const QByteArray& id, const QString& title = QStringLiteral("Negative"))
+    explicit FakeSwitch(const QByteArray& id, const QString& title = u"Negative"_qs)
         : PDevicePropertyBool(id, title, PCD::DevicePropertyType::Switch)
         , FakeSetting(false) {}
 
@@ -92,7 +92,7 @@ public:
 /// way round.
 class FakeRegion : public PDevicePropertyScanArea, public FakeSetting<QRect> {
 public:
-    explicit FakeRegion(const QByteArray& id, const QString& title = QStringLiteral("ROI"))
+    explicit FakeRegion(const QByteArray& id, const QString& title = u"ROI"_qs)
         : PDevicePropertyScanArea(id, title, PCD::DevicePropertyType::ScanArea)
         , FakeSetting(QRect(0, 0, 1920, 1080))
         , rangeInDevice{QRect(0, 0, 1920, 1080), 4, 4, 4, 4, 0} {

@@ -97,14 +97,14 @@ TEST(PBinaryReader, takes_the_records_that_the_rows_above_are_made_of) {
     PBinaryReader reader;
     const PStatus status = reader.setDocument(documentOf(oneInt + end));
     EXPECT_TRUE(status.isOk()) << status.reason().toStdString();
-    EXPECT_EQ(reader.readValue(QStringLiteral("a")), QVariant(1));
+    EXPECT_EQ(reader.readValue(u"a"_qs), QVariant(1));
 }
 
 TEST(PBinaryReader, names_a_file_that_is_not_of_this_format) {
     PBinaryReader reader;
     for (const QByteArray& bytes : {QByteArray(), QByteArray("PCD"), QByteArray("{\"a\": 1}")}) {
         EXPECT_EQ(reader.setDocument(bytes).reason(),
-                  QStringLiteral("byte 0: not this binary format (it starts with \"PCDS\")"));
+                  u"byte 0: not this binary format (it starts with \"PCDS\")"_qs);
     }
 }
 
@@ -113,12 +113,12 @@ TEST(PBinaryReader, names_an_unknown_version) {
     bytes[7] = 2;
     PBinaryReader reader;
     EXPECT_EQ(reader.setDocument(bytes).reason(),
-              QStringLiteral("byte 4: version 2 is unknown (1 was expected)"));
+              u"byte 4: version 2 is unknown (1 was expected)"_qs);
 }
 
 TEST(PBinaryReader, finds_every_changed_bit) {
     PBinaryWriter writer;
-    writer.writeValue(QStringLiteral("gain"), 1.5);
+    writer.writeValue(u"gain"_qs, 1.5);
     const QByteArray whole = writer.document();
     PBinaryReader reader;
     for (qsizetype bit = 0; bit < whole.size() * 8; ++bit) {
@@ -146,10 +146,10 @@ TEST(PBinaryReader, tells_the_byte_where_a_record_starts) {
     PBinaryReader reader;
     ASSERT_TRUE(
         reader.setDocument(documentOf(oneInt + '\1' + text("o") + oneInt + end + end)).isOk());
-    EXPECT_EQ(reader.position(QStringLiteral("a")), QStringLiteral("byte 8"));
-    EXPECT_EQ(reader.position(QStringLiteral("o")), QStringLiteral("byte 23"));
-    ASSERT_TRUE(reader.beginObject(QStringLiteral("o")));
-    EXPECT_EQ(reader.position(QStringLiteral("a")), QStringLiteral("byte 30"));
+    EXPECT_EQ(reader.position(u"a"_qs), u"byte 8"_qs);
+    EXPECT_EQ(reader.position(u"o"_qs), u"byte 23"_qs);
+    ASSERT_TRUE(reader.beginObject(u"o"_qs));
+    EXPECT_EQ(reader.position(u"a"_qs), u"byte 30"_qs);
 }
 
 TEST(PBinaryFormat, has_the_checksum_that_the_standard_gives_for_its_check_text) {

@@ -91,7 +91,7 @@ INSTANTIATE_TEST_SUITE_P(Documents, PJsonReaderRefuses, testing::ValuesIn(hostil
 TEST(PJsonReader, refuses_a_document_over_64_mebibytes) {
     PJsonReader reader;
     const PStatus status = reader.setDocument("{}" + QByteArray((64 << 20) - 1, ' '));
-    EXPECT_EQ(status.reason(), QStringLiteral("line 1: larger than 64 MiB"));
+    EXPECT_EQ(status.reason(), u"line 1: larger than 64 MiB"_qs);
 }
 
 TEST(PJsonReader, tells_the_line_of_values_and_objects) {
@@ -100,12 +100,12 @@ TEST(PJsonReader, tells_the_line_of_values_and_objects) {
                     .setDocument("{\n\"a\": 1,\n\n\"o\": {\"b\": {\"$int64\":\n\"2\"},\n"
                                  "\"c\":\n3}\n, \"d\": 4}")
                     .isOk());
-    EXPECT_EQ(reader.position(QStringLiteral("a")), QStringLiteral("line 2"));
-    EXPECT_EQ(reader.position(QStringLiteral("o")), QStringLiteral("line 4"));
-    EXPECT_EQ(reader.position(QStringLiteral("d")), QStringLiteral("line 8"));
-    ASSERT_TRUE(reader.beginObject(QStringLiteral("o")));
-    EXPECT_EQ(reader.position(QStringLiteral("b")), QStringLiteral("line 4"));
-    EXPECT_EQ(reader.position(QStringLiteral("c")), QStringLiteral("line 6"));
+    EXPECT_EQ(reader.position(u"a"_qs), u"line 2"_qs);
+    EXPECT_EQ(reader.position(u"o"_qs), u"line 4"_qs);
+    EXPECT_EQ(reader.position(u"d"_qs), u"line 8"_qs);
+    ASSERT_TRUE(reader.beginObject(u"o"_qs));
+    EXPECT_EQ(reader.position(u"b"_qs), u"line 4"_qs);
+    EXPECT_EQ(reader.position(u"c"_qs), u"line 6"_qs);
 }
 
 TEST(PJsonReader, takes_json_as_people_and_other_programs_write_it) {
@@ -115,16 +115,16 @@ TEST(PJsonReader, takes_json_as_people_and_other_programs_write_it) {
                                  "\"d\":\"\\u0041\\/\\n\\ud83d\\ude00}]\",\"e\":true,"
                                  "\"f\": { \"$int64\" : \"7\" } }\n")
                     .isOk());
-    EXPECT_EQ(reader.readValue(QStringLiteral("a")), QVariant(1));
-    EXPECT_EQ(reader.readValue(QStringLiteral("b")), QVariant(-25.0));
-    EXPECT_EQ(reader.readValue(QStringLiteral("d")), QVariant(QStringLiteral("A/\n😀}]")));
-    EXPECT_EQ(reader.readValue(QStringLiteral("e")), QVariant(true));
-    EXPECT_EQ(reader.readValue(QStringLiteral("f")), QVariant(qint64(7)));
-    EXPECT_EQ(reader.objectNames(), QStringList{QStringLiteral("c")});
+    EXPECT_EQ(reader.readValue(u"a"_qs), QVariant(1));
+    EXPECT_EQ(reader.readValue(u"b"_qs), QVariant(-25.0));
+    EXPECT_EQ(reader.readValue(u"d"_qs), QVariant(u"A/\n😀}]"_qs));
+    EXPECT_EQ(reader.readValue(u"e"_qs), QVariant(true));
+    EXPECT_EQ(reader.readValue(u"f"_qs), QVariant(qint64(7)));
+    EXPECT_EQ(reader.objectNames(), QStringList{u"c"_qs});
 }
 
 TEST(PJsonReader, can_be_asked_before_it_has_a_document) {
     const PJsonReader reader;
     EXPECT_EQ(reader.valueNames(), QStringList());
-    EXPECT_FALSE(reader.readValue(QStringLiteral("a")).isValid());
+    EXPECT_FALSE(reader.readValue(u"a"_qs).isValid());
 }

@@ -10,14 +10,14 @@
 
 TEST(PJsonWriter, writes_one_value_a_line_in_the_order_of_writing) {
     PJsonWriter writer;
-    writer.writeValue(QStringLiteral("zoom"), 2);
-    writer.beginObject(QStringLiteral("camera"));
-    writer.writeValue(QStringLiteral("gain"), 1.0);
-    writer.writeValue(QStringLiteral("title"), QStringLiteral("Усиление"));
-    writer.beginObject(QStringLiteral("empty"));
+    writer.writeValue(u"zoom"_qs, 2);
+    writer.beginObject(u"camera"_qs);
+    writer.writeValue(u"gain"_qs, 1.0);
+    writer.writeValue(u"title"_qs, u"Усиление"_qs);
+    writer.beginObject(u"empty"_qs);
     writer.endObject();
     writer.endObject();
-    writer.writeValue(QStringLiteral("auto"), false);
+    writer.writeValue(u"auto"_qs, false);
     EXPECT_EQ(writer.document(), QByteArray("{\n"
                                             "    \"zoom\": 2,\n"
                                             "    \"camera\": {\n"
@@ -31,11 +31,11 @@ TEST(PJsonWriter, writes_one_value_a_line_in_the_order_of_writing) {
 
 TEST(PJsonWriter, writes_types_that_json_lacks_as_an_object_that_names_the_type) {
     PJsonWriter writer;
-    writer.writeValue(QStringLiteral("n"), qint64(9007199254740993));
-    writer.writeValue(QStringLiteral("b"), QByteArray("ab"));
-    writer.writeValue(QStringLiteral("r"), QRect(1, 2, 30, 40));
-    writer.writeValue(QStringLiteral("u"), QUuid());
-    writer.writeValue(QStringLiteral("s"), QString());
+    writer.writeValue(u"n"_qs, qint64(9007199254740993));
+    writer.writeValue(u"b"_qs, QByteArray("ab"));
+    writer.writeValue(u"r"_qs, QRect(1, 2, 30, 40));
+    writer.writeValue(u"u"_qs, QUuid());
+    writer.writeValue(u"s"_qs, QString());
     EXPECT_EQ(writer.document(),
               QByteArray("{\n"
                          "    \"n\": {\"$int64\": \"9007199254740993\"},\n"
@@ -48,7 +48,7 @@ TEST(PJsonWriter, writes_types_that_json_lacks_as_an_object_that_names_the_type)
 
 TEST(PJsonWriter, writes_text_that_any_json_parser_takes) {
     PJsonWriter writer;
-    writer.writeValue(QStringLiteral("control \x01\x1f"), QStringLiteral("\"\\\n\t") + QChar(0));
+    writer.writeValue(u"control \x01\x1f"_qs, u"\"\\\n\t"_qs + QChar(0));
     QJsonParseError error;
     QJsonDocument::fromJson(writer.document(), &error);
     EXPECT_EQ(error.error, QJsonParseError::NoError);
@@ -62,7 +62,7 @@ TEST(PJsonWriter, makes_an_empty_object_of_nothing) {
 
 TEST(PJsonWriter, closes_what_is_open) {
     PJsonWriter writer;
-    writer.beginObject(QStringLiteral("a"));
-    writer.beginObject(QStringLiteral("b"));
+    writer.beginObject(u"a"_qs);
+    writer.beginObject(u"b"_qs);
     EXPECT_EQ(writer.document(), QByteArray("{\n    \"a\": {\n        \"b\": {}\n    }\n}\n"));
 }

@@ -18,7 +18,7 @@ TEST(PStatus, is_made_of_the_code_that_a_hook_returns) {
 }
 
 TEST(PStatus, keeps_the_reason_of_a_failure) {
-    const PStatus status = PStatus::failure(QStringLiteral("no such camera"));
+    const PStatus status = PStatus::failure(u"no such camera"_qs);
     EXPECT_FALSE(status.isOk());
-    EXPECT_EQ(status.reason(), QStringLiteral("no such camera"));
+    EXPECT_EQ(status.reason(), u"no such camera"_qs);
 }

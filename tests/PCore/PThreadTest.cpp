@@ -79,8 +79,8 @@ TEST(PThread, calls_the_stop_hook_after_the_loop_has_ended) {
 
 TEST(PThread, does_not_start_when_the_start_hook_fails) {
     Worker worker;
-    worker.startAnswer = PStatus::failure(QStringLiteral("no camera"));
-    EXPECT_EQ(worker.startThread().reason(), QStringLiteral("no camera"));
+    worker.startAnswer = PStatus::failure(u"no camera"_qs);
+    EXPECT_EQ(worker.startThread().reason(), u"no camera"_qs);
     EXPECT_FALSE(worker.isThreadRunned());
     EXPECT_FALSE(worker.isRunning());
     EXPECT_TRUE(worker.stopThread().isOk());
@@ -104,9 +104,9 @@ TEST(PThread, does_nothing_when_stopped_while_not_running) {
 
 TEST(PThread, returns_what_the_stop_hook_answers) {
     Worker worker;
-    worker.stopAnswer = PStatus::failure(QStringLiteral("lamp still on"));
+    worker.stopAnswer = PStatus::failure(u"lamp still on"_qs);
     worker.startThread();
-    EXPECT_EQ(worker.stopThread().reason(), QStringLiteral("lamp still on"));
+    EXPECT_EQ(worker.stopThread().reason(), u"lamp still on"_qs);
 }
 
 TEST(PThread, can_be_started_again_after_a_stop) {
@@ -136,21 +136,21 @@ TEST(PThread, whose_loop_ended_by_itself_can_be_stopped_and_started) {
 
 TEST(PThread, refuses_to_be_stopped_from_its_own_loop) {
     Worker worker;
-    worker.setObjectName(QStringLiteral("stream"));
+    worker.setObjectName(u"stream"_qs);
     worker.stopsItself = true;
     worker.startThread();
     ASSERT_TRUE(waitUntil([&] { return worker.isInLoop(); }));
     EXPECT_TRUE(worker.isThreadRunned());
     EXPECT_TRUE(worker.stopThread().isOk());
     EXPECT_FALSE(worker.ownStop.isOk());
-    EXPECT_TRUE(worker.ownStop.reason().contains(QStringLiteral("\"stream\"")));
+    EXPECT_TRUE(worker.ownStop.reason().contains(u"\"stream\""_qs));
     EXPECT_EQ(worker.stops, 1);
 }
 
 TEST(PThread, is_called_by_its_object_name) {
     Worker worker;
-    worker.setObjectName(QStringLiteral("PTStreamThread"));
-    EXPECT_EQ(worker.id(), QStringLiteral("PTStreamThread"));
+    worker.setObjectName(u"PTStreamThread"_qs);
+    EXPECT_EQ(worker.id(), u"PTStreamThread"_qs);
 }
 
 namespace {

@@ -34,11 +34,11 @@ protected:
     /// Writes it under a name, reads it back.
     QVariant comesBackAs(const QVariant& value) {
         typename Format::Writer valueWriter;
-        EXPECT_TRUE(valueWriter.writeValue(QStringLiteral("v"), value));
+        EXPECT_TRUE(valueWriter.writeValue(u"v"_qs, value));
         typename Format::Reader valueReader;
         const PStatus status = valueReader.setDocument(valueWriter.document());
         EXPECT_TRUE(status.isOk()) << status.reason().toStdString();
-        return valueReader.readValue(QStringLiteral("v"));
+        return valueReader.readValue(u"v"_qs);
     }
 
     void expectSame(const QVariant& value) {
@@ -69,7 +69,7 @@ struct FormatNames {
 TYPED_TEST_SUITE(Serialisers, Formats, FormatNames);
 
 QString named(int i) {
-    return QStringLiteral("name%1").arg(i);
+    return u"name%1"_qs.arg(i);
 }
 
 } // namespace
@@ -106,9 +106,8 @@ TYPED_TEST(Serialisers, bring_back_doubles_to_the_last_bit) {
 
 TYPED_TEST(Serialisers, bring_back_text_of_every_kind) {
     for (const QString& text :
-         {QStringLiteral("Gain"), QStringLiteral("Усиление"), QStringLiteral("\"quoted\" \\ /"),
-          QStringLiteral("line\r\nbreak\ttab"), QString(QChar(0)), QStringLiteral("😀"),
-          QStringLiteral("$int64"), QStringLiteral("\u2028")})
+         {u"Gain"_qs, u"Усиление"_qs, u"\"quoted\" \\ /"_qs, u"line\r\nbreak\ttab"_qs,
+          QString(QChar(0)), u"😀"_qs, u"$int64"_qs, u"\u2028"_qs})
         this->expectSame(text);
 }
 
@@ -119,7 +118,7 @@ TYPED_TEST(Serialisers, bring_back_half_a_surrogate_pair) {
 
 TYPED_TEST(Serialisers, tell_null_text_from_empty_text) {
     EXPECT_TRUE(this->comesBackAs(QString()).toString().isNull());
-    EXPECT_FALSE(this->comesBackAs(QStringLiteral("")).toString().isNull());
+    EXPECT_FALSE(this->comesBackAs(u""_qs).toString().isNull());
     this->expectSame(QString());
 }
 
@@ -155,50 +154,50 @@ TYPED_TEST(Serialisers, bring_back_identifiers) {
 TYPED_TEST(Serialisers, refuse_numbers_that_are_not_finite) {
     using Limits = std::numeric_limits<double>;
     for (const double value : {Limits::infinity(), -Limits::infinity(), Limits::quiet_NaN()})
-        EXPECT_FALSE(this->writer.writeValue(QStringLiteral("v"), value)) << value;
+        EXPECT_FALSE(this->writer.writeValue(u"v"_qs, value)) << value;
     this->load();
     EXPECT_EQ(this->reader.valueNames(), QStringList());
 }
 
 TYPED_TEST(Serialisers, refuse_types_that_have_no_form) {
     for (const QVariant& value : {QVariant(), QVariant(1u), QVariant(1.5f), QVariant(QSize(1, 2)),
-                                  QVariant(QStringList{QStringLiteral("a")})})
-        EXPECT_FALSE(this->writer.writeValue(QStringLiteral("v"), value)) << value.typeName();
-    EXPECT_TRUE(this->writer.writeValue(QStringLiteral("v"), 1)) << "the name must still be free";
+                                  QVariant(QStringList{u"a"_qs})})
+        EXPECT_FALSE(this->writer.writeValue(u"v"_qs, value)) << value.typeName();
+    EXPECT_TRUE(this->writer.writeValue(u"v"_qs, 1)) << "the name must still be free";
 }
 
 TYPED_TEST(Serialisers, refuse_a_second_value_of_one_name) {
-    EXPECT_TRUE(this->writer.writeValue(QStringLiteral("v"), 1));
-    EXPECT_FALSE(this->writer.writeValue(QStringLiteral("v"), 2));
+    EXPECT_TRUE(this->writer.writeValue(u"v"_qs, 1));
+    EXPECT_FALSE(this->writer.writeValue(u"v"_qs, 2));
     this->load();
-    EXPECT_EQ(this->reader.readValue(QStringLiteral("v")), QVariant(1));
+    EXPECT_EQ(this->reader.readValue(u"v"_qs), QVariant(1));
 }
 
 TYPED_TEST(Serialisers, leave_out_an_object_whose_name_was_used_with_all_it_holds) {
-    this->writer.writeValue(QStringLiteral("a"), 1);
-    this->writer.beginObject(QStringLiteral("a"));
-    EXPECT_FALSE(this->writer.writeValue(QStringLiteral("b"), 2));
-    this->writer.beginObject(QStringLiteral("inner"));
-    EXPECT_FALSE(this->writer.writeValue(QStringLiteral("c"), 3));
+    this->writer.writeValue(u"a"_qs, 1);
+    this->writer.beginObject(u"a"_qs);
+    EXPECT_FALSE(this->writer.writeValue(u"b"_qs, 2));
+    this->writer.beginObject(u"inner"_qs);
+    EXPECT_FALSE(this->writer.writeValue(u"c"_qs, 3));
     this->writer.endObject();
     this->writer.endObject();
-    EXPECT_TRUE(this->writer.writeValue(QStringLiteral("d"), 4));
+    EXPECT_TRUE(this->writer.writeValue(u"d"_qs, 4));
     this->load();
     EXPECT_EQ(this->reader.objectNames(), QStringList());
-    EXPECT_EQ(this->reader.valueNames(), QStringList({QStringLiteral("a"), QStringLiteral("d")}));
+    EXPECT_EQ(this->reader.valueNames(), QStringList({u"a"_qs, u"d"_qs}));
 }
 
 TYPED_TEST(Serialisers, use_one_name_in_different_objects) {
-    this->writer.writeValue(QStringLiteral("v"), 1);
-    this->writer.beginObject(QStringLiteral("o"));
-    EXPECT_TRUE(this->writer.writeValue(QStringLiteral("v"), 2));
+    this->writer.writeValue(u"v"_qs, 1);
+    this->writer.beginObject(u"o"_qs);
+    EXPECT_TRUE(this->writer.writeValue(u"v"_qs, 2));
     this->writer.endObject();
     this->load();
-    EXPECT_EQ(this->reader.readValue(QStringLiteral("v")), QVariant(1));
-    ASSERT_TRUE(this->reader.beginObject(QStringLiteral("o")));
-    EXPECT_EQ(this->reader.readValue(QStringLiteral("v")), QVariant(2));
+    EXPECT_EQ(this->reader.readValue(u"v"_qs), QVariant(1));
+    ASSERT_TRUE(this->reader.beginObject(u"o"_qs));
+    EXPECT_EQ(this->reader.readValue(u"v"_qs), QVariant(2));
     this->reader.endObject();
-    EXPECT_EQ(this->reader.readValue(QStringLiteral("v")), QVariant(1));
+    EXPECT_EQ(this->reader.readValue(u"v"_qs), QVariant(1));
 }
 
 TYPED_TEST(Serialisers, keep_names_in_the_order_of_writing) {
@@ -216,9 +215,12 @@ TYPED_TEST(Serialisers, keep_names_in_the_order_of_writing) {
 }
 
 TYPED_TEST(Serialisers, take_any_name) {
-    const QStringList names{QString(QLatin1String("")),  QStringLiteral("$int64"),
-                            QStringLiteral("$$bytes"),   QStringLiteral("type"),
-                            QStringLiteral("a \"b\"\n"), QStringLiteral("имя")};
+    const QStringList names{QString(QLatin1String("")),
+                            u"$int64"_qs,
+                            u"$$bytes"_qs,
+                            u"type"_qs,
+                            u"a \"b\"\n"_qs,
+                            u"имя"_qs};
     for (const QString& name : names) {
         this->writer.beginObject(name);
         EXPECT_TRUE(this->writer.writeValue(name, name));
@@ -234,61 +236,61 @@ TYPED_TEST(Serialisers, take_any_name) {
 }
 
 TYPED_TEST(Serialisers, never_take_a_callers_object_for_a_typed_value) {
-    this->writer.beginObject(QStringLiteral("o"));
-    this->writer.writeValue(QStringLiteral("$int64"), QStringLiteral("5"));
+    this->writer.beginObject(u"o"_qs);
+    this->writer.writeValue(u"$int64"_qs, u"5"_qs);
     this->writer.endObject();
     this->load();
-    ASSERT_TRUE(this->reader.beginObject(QStringLiteral("o")));
-    EXPECT_EQ(this->reader.readValue(QStringLiteral("$int64")), QVariant(QStringLiteral("5")));
+    ASSERT_TRUE(this->reader.beginObject(u"o"_qs));
+    EXPECT_EQ(this->reader.readValue(u"$int64"_qs), QVariant(u"5"_qs));
 }
 
 TYPED_TEST(Serialisers, close_what_is_open_in_a_document_and_can_go_on) {
-    this->writer.beginObject(QStringLiteral("o"));
-    this->writer.writeValue(QStringLiteral("a"), 1);
+    this->writer.beginObject(u"o"_qs);
+    this->writer.writeValue(u"a"_qs, 1);
     this->load();
-    this->writer.writeValue(QStringLiteral("b"), 2);
+    this->writer.writeValue(u"b"_qs, 2);
     this->writer.endObject();
-    this->writer.writeValue(QStringLiteral("c"), 3);
+    this->writer.writeValue(u"c"_qs, 3);
     this->load();
-    EXPECT_EQ(this->reader.readValue(QStringLiteral("c")), QVariant(3));
-    ASSERT_TRUE(this->reader.beginObject(QStringLiteral("o")));
-    EXPECT_EQ(this->reader.readValue(QStringLiteral("b")), QVariant(2));
+    EXPECT_EQ(this->reader.readValue(u"c"_qs), QVariant(3));
+    ASSERT_TRUE(this->reader.beginObject(u"o"_qs));
+    EXPECT_EQ(this->reader.readValue(u"b"_qs), QVariant(2));
 }
 
 TYPED_TEST(Serialisers, ignore_an_end_without_a_beginning) {
     this->writer.endObject();
-    this->writer.writeValue(QStringLiteral("a"), 1);
+    this->writer.writeValue(u"a"_qs, 1);
     this->load();
     this->reader.endObject();
-    EXPECT_EQ(this->reader.readValue(QStringLiteral("a")), QVariant(1));
+    EXPECT_EQ(this->reader.readValue(u"a"_qs), QVariant(1));
 }
 
 TYPED_TEST(Serialisers, stay_where_they_are_if_there_is_no_such_object) {
-    this->writer.writeValue(QStringLiteral("a"), 1);
+    this->writer.writeValue(u"a"_qs, 1);
     this->load();
-    EXPECT_FALSE(this->reader.beginObject(QStringLiteral("nothing")));
-    EXPECT_FALSE(this->reader.beginObject(QStringLiteral("a"))) << "a value is no object";
-    EXPECT_EQ(this->reader.readValue(QStringLiteral("a")), QVariant(1));
+    EXPECT_FALSE(this->reader.beginObject(u"nothing"_qs));
+    EXPECT_FALSE(this->reader.beginObject(u"a"_qs)) << "a value is no object";
+    EXPECT_EQ(this->reader.readValue(u"a"_qs), QVariant(1));
 }
 
 TYPED_TEST(Serialisers, answer_an_invalid_value_and_no_position_for_a_name_that_is_not_there) {
-    this->writer.beginObject(QStringLiteral("o"));
+    this->writer.beginObject(u"o"_qs);
     this->load();
-    EXPECT_FALSE(this->reader.readValue(QStringLiteral("nothing")).isValid());
-    EXPECT_FALSE(this->reader.readValue(QStringLiteral("o")).isValid()) << "an object is no value";
-    EXPECT_EQ(this->reader.position(QStringLiteral("nothing")), QString());
+    EXPECT_FALSE(this->reader.readValue(u"nothing"_qs).isValid());
+    EXPECT_FALSE(this->reader.readValue(u"o"_qs).isValid()) << "an object is no value";
+    EXPECT_EQ(this->reader.position(u"nothing"_qs), QString());
 }
 
 TYPED_TEST(Serialisers, write_objects_64_deep_and_no_deeper) {
     for (int i = 0; i < 64; ++i)
         this->writer.beginObject(named(i));
-    EXPECT_TRUE(this->writer.writeValue(QStringLiteral("bottom"), 1));
-    this->writer.beginObject(QStringLiteral("too deep"));
-    EXPECT_FALSE(this->writer.writeValue(QStringLiteral("v"), 1));
+    EXPECT_TRUE(this->writer.writeValue(u"bottom"_qs, 1));
+    this->writer.beginObject(u"too deep"_qs);
+    EXPECT_FALSE(this->writer.writeValue(u"v"_qs, 1));
     this->load();
     for (int i = 0; i < 64; ++i)
         ASSERT_TRUE(this->reader.beginObject(named(i))) << i;
-    EXPECT_EQ(this->reader.readValue(QStringLiteral("bottom")), QVariant(1));
+    EXPECT_EQ(this->reader.readValue(u"bottom"_qs), QVariant(1));
     EXPECT_EQ(this->reader.objectNames(), QStringList());
 }
 
@@ -307,24 +309,24 @@ TYPED_TEST(Serialisers, make_an_empty_document_that_can_be_read) {
 }
 
 TYPED_TEST(Serialisers, stand_at_the_root_of_a_new_document_whatever_object_they_were_in) {
-    this->writer.beginObject(QStringLiteral("o"));
+    this->writer.beginObject(u"o"_qs);
     this->load();
-    ASSERT_TRUE(this->reader.beginObject(QStringLiteral("o")));
+    ASSERT_TRUE(this->reader.beginObject(u"o"_qs));
     this->load();
-    EXPECT_EQ(this->reader.objectNames(), QStringList{QStringLiteral("o")});
+    EXPECT_EQ(this->reader.objectNames(), QStringList{u"o"_qs});
 }
 
 TYPED_TEST(Serialisers, are_empty_after_a_document_that_was_refused) {
-    this->writer.writeValue(QStringLiteral("a"), 1);
+    this->writer.writeValue(u"a"_qs, 1);
     this->load();
     EXPECT_FALSE(this->reader.setDocument("nonsense").isOk());
     EXPECT_EQ(this->reader.valueNames(), QStringList());
 }
 
 TYPED_TEST(Serialisers, refuse_a_document_cut_short_anywhere) {
-    this->writer.beginObject(QStringLiteral("camera"));
-    this->writer.writeValue(QStringLiteral("gain"), 1.5);
-    this->writer.writeValue(QStringLiteral("bytes"), QByteArray("abc"));
+    this->writer.beginObject(u"camera"_qs);
+    this->writer.writeValue(u"gain"_qs, 1.5);
+    this->writer.writeValue(u"bytes"_qs, QByteArray("abc"));
     const QByteArray whole = this->writer.document().trimmed();
     for (qsizetype size = 0; size < whole.size(); ++size)
         EXPECT_FALSE(this->reader.setDocument(whole.left(size)).isOk()) << size;

@@ -32,7 +32,7 @@ const unsigned char* bytesOf(const PImage& image) {
     return image.rawData(AccessMode::Read).constData();
 }
 
-const QMap<QString, QVariant> someInformation{{QStringLiteral("exposure"), 20000}};
+const QMap<QString, QVariant> someInformation{{u"exposure"_qs, 20000}};
 
 struct Note : PImageAttachment {};
 
@@ -354,15 +354,14 @@ TEST(PImage, leaves_its_QImage_alone_when_it_is_changed) {
 
 TEST(PImage, is_shown_in_debug_output_with_size_format_and_bytes) {
     PImage image;
-    EXPECT_EQ(QDebug::toString(image).trimmed(), QStringLiteral("PImage(null)"));
+    EXPECT_EQ(QDebug::toString(image).trimmed(), u"PImage(null)"_qs);
     ASSERT_TRUE(image.create(2736, 1824, ColorFormat::Bgr));
-    EXPECT_EQ(QDebug::toString(image).trimmed(),
-              QStringLiteral("PImage(2736x1824, Bgr, 14971392 bytes)"));
-    EXPECT_EQ(QDebug::toString(filled(1)).trimmed(), QStringLiteral("PImage(8x4, Gray, 32 bytes)"));
+    EXPECT_EQ(QDebug::toString(image).trimmed(), u"PImage(2736x1824, Bgr, 14971392 bytes)"_qs);
+    EXPECT_EQ(QDebug::toString(filled(1)).trimmed(), u"PImage(8x4, Gray, 32 bytes)"_qs);
     EXPECT_EQ(QDebug::toString(filled(1, 1, 1, ColorFormat::Xrgb)).trimmed(),
-              QStringLiteral("PImage(1x1, Xrgb, 4 bytes)"));
+              u"PImage(1x1, Xrgb, 4 bytes)"_qs);
     EXPECT_EQ(QDebug::toString(filled(1, 1, 1, ColorFormat::BgrX)).trimmed(),
-              QStringLiteral("PImage(1x1, BgrX, 4 bytes)"));
+              u"PImage(1x1, BgrX, 4 bytes)"_qs);
 }
 
 TEST(PImage, travels_in_a_QVariant) {

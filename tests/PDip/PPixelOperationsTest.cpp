@@ -81,5 +81,5 @@ TEST(setXToXRGB, fails_for_an_empty_image_and_for_none) {
     PImage empty;
     EXPECT_FALSE(PDIP::setXToXRGB(&empty).isOk());
     const PStatus none = PDIP::setXToXRGB(nullptr);
-    EXPECT_EQ(none.reason(), QStringLiteral("only an image of 32-bit pixels has an X byte"));
+    EXPECT_EQ(none.reason(), u"only an image of 32-bit pixels has an X byte"_qs);
 }

@@ -50,28 +50,28 @@ protected:
 
 TEST_F(PNumberFieldTest, shows_a_value_silently) {
     field.showValue(75);
-    EXPECT_EQ(textOf(&field), QStringLiteral("75"));
+    EXPECT_EQ(textOf(&field), u"75"_qs);
     EXPECT_EQ(field.value(), 75);
     EXPECT_EQ(edited.size(), 0);
 }
 
 TEST_F(PNumberFieldTest, shows_a_value_that_the_range_has_not_as_it_is) {
     field.showValue(6503);
-    EXPECT_EQ(textOf(&field), QStringLiteral("6503"));
+    EXPECT_EQ(textOf(&field), u"6503"_qs);
     EXPECT_EQ(field.value(), 6503);
 }
 
 TEST_F(PNumberFieldTest, leaves_such_a_value_alone_when_it_is_left_or_entered_again) {
     field.showValue(6503);
     QTest::keyClick(&field, Qt::Key_Return);
-    enter(&field, QStringLiteral("6503"));
+    enter(&field, u"6503"_qs);
     other.setFocus();
     EXPECT_EQ(field.value(), 6503);
     EXPECT_EQ(edited.size(), 0);
 }
 
 TEST_F(PNumberFieldTest, tells_of_typing_only_at_enter_and_once) {
-    typeInto(&field, QStringLiteral("125"));
+    typeInto(&field, u"125"_qs);
     EXPECT_EQ(edited.size(), 0);
     QTest::keyClick(&field, Qt::Key_Return);
     other.setFocus();
@@ -79,44 +79,44 @@ TEST_F(PNumberFieldTest, tells_of_typing_only_at_enter_and_once) {
 }
 
 TEST_F(PNumberFieldTest, tells_of_typing_when_the_focus_leaves) {
-    typeInto(&field, QStringLiteral("125"));
+    typeInto(&field, u"125"_qs);
     other.setFocus();
     EXPECT_EQ(edits(), Values({125}));
 }
 
 TEST_F(PNumberFieldTest, brings_what_is_entered_to_the_nearest_of_the_range) {
-    enter(&field, QStringLiteral("123"));
-    enter(&field, QStringLiteral("999"));
+    enter(&field, u"123"_qs);
+    enter(&field, u"999"_qs);
     EXPECT_EQ(edits(), Values({125, 200}));
-    EXPECT_EQ(textOf(&field), QStringLiteral("200"));
+    EXPECT_EQ(textOf(&field), u"200"_qs);
 }
 
 TEST_F(PNumberFieldTest, takes_typing_back_at_escape) {
-    typeInto(&field, QStringLiteral("125"));
+    typeInto(&field, u"125"_qs);
     QTest::keyClick(&field, Qt::Key_Escape);
     other.setFocus();
-    EXPECT_EQ(textOf(&field), QStringLiteral("50"));
+    EXPECT_EQ(textOf(&field), u"50"_qs);
     EXPECT_EQ(edited.size(), 0);
 }
 
 TEST_F(PNumberFieldTest, shows_the_value_again_when_what_is_typed_is_no_number) {
-    enter(&field, QStringLiteral("-"));
-    EXPECT_EQ(textOf(&field), QStringLiteral("50"));
+    enter(&field, u"-"_qs);
+    EXPECT_EQ(textOf(&field), u"50"_qs);
     EXPECT_EQ(edited.size(), 0);
 }
 
 TEST_F(PNumberFieldTest, takes_no_letters_that_its_unit_has_not) {
-    typeInto(&field, QStringLiteral("1x2y5"));
-    EXPECT_EQ(textOf(&field), QStringLiteral("125"));
+    typeInto(&field, u"1x2y5"_qs);
+    EXPECT_EQ(textOf(&field), u"125"_qs);
 }
 
 TEST_F(PNumberFieldTest, keeps_what_is_being_typed_while_the_value_moves) {
-    typeInto(&field, QStringLiteral("12"));
+    typeInto(&field, u"12"_qs);
     field.showValue(80);
     field.setScale(PRangeScale({0, 300, 5}));
-    EXPECT_EQ(textOf(&field), QStringLiteral("12"));
+    EXPECT_EQ(textOf(&field), u"12"_qs);
     EXPECT_EQ(field.value(), 80);
-    QTest::keyClicks(&field, QStringLiteral("5"));
+    QTest::keyClicks(&field, u"5"_qs);
     QTest::keyClick(&field, Qt::Key_Return);
     EXPECT_EQ(edits(), Values({125}));
 }
@@ -124,7 +124,7 @@ TEST_F(PNumberFieldTest, keeps_what_is_being_typed_while_the_value_moves) {
 TEST_F(PNumberFieldTest, keeps_all_selected_while_the_value_moves) {
     field.selectAll();
     field.showValue(80);
-    QTest::keyClicks(&field, QStringLiteral("120"));
+    QTest::keyClicks(&field, u"120"_qs);
     QTest::keyClick(&field, Qt::Key_Return);
     EXPECT_EQ(edits(), Values({120}));
 }
@@ -142,7 +142,7 @@ TEST_F(PNumberFieldTest, goes_by_steps_with_the_wheel) {
 }
 
 TEST_F(PNumberFieldTest, counts_steps_from_what_was_typed) {
-    typeInto(&field, QStringLiteral("100"));
+    typeInto(&field, u"100"_qs);
     QTest::keyClick(&field, Qt::Key_Up);
     EXPECT_EQ(edits(), Values({100, 105}));
 }
@@ -167,19 +167,19 @@ TEST_F(PNumberFieldTest, reads_times_in_the_unit_shown) {
     field.setNumberText(std::make_shared<PTimeText>());
     field.setScale(PRangeScale({10, 50000000, 1}));
     field.showValue(12500);
-    EXPECT_EQ(textOf(&field), QStringLiteral("12.5 ms"));
-    enter(&field, QStringLiteral("20"));
-    enter(&field, QStringLiteral("3 s"));
-    enter(&field, QStringLiteral("150 us"));
+    EXPECT_EQ(textOf(&field), u"12.5 ms"_qs);
+    enter(&field, u"20"_qs);
+    enter(&field, u"3 s"_qs);
+    enter(&field, u"150 us"_qs);
     EXPECT_EQ(edits(), Values({20000, 3000000, 150}));
-    EXPECT_EQ(textOf(&field), QStringLiteral("150 µs"));
+    EXPECT_EQ(textOf(&field), u"150 µs"_qs);
 }
 
 TEST_F(PNumberFieldTest, writes_as_its_locale_does) {
     field.setScale(PRangeScale({0, 200, 0.5}));
-    field.setLocale(QLocale(QStringLiteral("de_DE")));
-    EXPECT_EQ(textOf(&field), QStringLiteral("50,0"));
-    enter(&field, QStringLiteral("12,5"));
+    field.setLocale(QLocale(u"de_DE"_qs));
+    EXPECT_EQ(textOf(&field), u"50,0"_qs);
+    enter(&field, u"12,5"_qs);
     EXPECT_EQ(edits(), Values({12.5}));
 }
 

@@ -20,7 +20,7 @@ class PNumberTextTyped : public testing::TestWithParam<TypedNumber> {};
 } // namespace
 
 TEST_P(PNumberTextTyped, means_its_number) {
-    const PNumberText text(QStringLiteral(" %"));
+    const PNumberText text(u" %"_qs);
     const QLocale locale(QString::fromLatin1(GetParam().locale));
     EXPECT_EQ(text.toValue(QString::fromUtf8(GetParam().text), 0, locale), GetParam().value);
 }
@@ -43,16 +43,16 @@ INSTANTIATE_TEST_SUITE_P(
     RowName());
 
 TEST(PNumberText, writes_the_decimals_asked_for_and_the_unit) {
-    const PNumberText text(QStringLiteral(" °C"));
-    EXPECT_EQ(text.toText(-2.5, 1, QLocale::c()), QStringLiteral("-2.5 °C"));
-    EXPECT_EQ(text.toText(3, 1, QLocale::c()), QStringLiteral("3.0 °C"));
+    const PNumberText text(u" °C"_qs);
+    EXPECT_EQ(text.toText(-2.5, 1, QLocale::c()), u"-2.5 °C"_qs);
+    EXPECT_EQ(text.toText(3, 1, QLocale::c()), u"3.0 °C"_qs);
 }
 
 TEST(PNumberText, writes_more_decimals_where_the_value_has_them) {
-    EXPECT_EQ(PNumberText().toText(12.345, 2, QLocale::c()), QStringLiteral("12.345"));
+    EXPECT_EQ(PNumberText().toText(12.345, 2, QLocale::c()), u"12.345"_qs);
 }
 
 TEST(PNumberText, writes_as_the_locale_does_without_thousands) {
-    const QLocale russian(QStringLiteral("ru_RU"));
-    EXPECT_EQ(PNumberText().toText(12345.5, 1, russian), QStringLiteral("12345,5"));
+    const QLocale russian(u"ru_RU"_qs);
+    EXPECT_EQ(PNumberText().toText(12345.5, 1, russian), u"12345,5"_qs);
 }

@@ -46,7 +46,7 @@ TEST_F(PRangeWidgetTest, tells_once_of_another_value_set) {
 
 TEST_F(PRangeWidgetTest, shows_the_value_in_both_parts) {
     widget.setValue(50);
-    EXPECT_EQ(textOf(field()), QStringLiteral("50"));
+    EXPECT_EQ(textOf(field()), u"50"_qs);
     EXPECT_EQ(slider()->value(), 40);
 }
 
@@ -78,7 +78,7 @@ TEST_F(PRangeWidgetTest, says_nothing_of_a_range_that_leaves_the_value) {
 }
 
 TEST_F(PRangeWidgetTest, moves_the_slider_with_the_field_and_tells_once) {
-    enter(field(), QStringLiteral("60"));
+    enter(field(), u"60"_qs);
     EXPECT_EQ(slider()->value(), 50);
     EXPECT_EQ(reported(), Values({60}));
 }
@@ -86,16 +86,16 @@ TEST_F(PRangeWidgetTest, moves_the_slider_with_the_field_and_tells_once) {
 TEST_F(PRangeWidgetTest, moves_the_field_with_the_slider_and_tells_once) {
     slider()->setFocus();
     QTest::keyClick(slider(), Qt::Key_Right);
-    EXPECT_EQ(textOf(field()), QStringLiteral("121"));
+    EXPECT_EQ(textOf(field()), u"121"_qs);
     EXPECT_EQ(reported(), Values({121}));
 }
 
 TEST_F(PRangeWidgetTest, does_not_loop_where_the_listener_sets_the_value_back) {
     QObject::connect(&widget, &PRangeWidget::valueChanged, &widget,
                      [this](int) { widget.setValue(120); });
-    enter(field(), QStringLiteral("60"));
+    enter(field(), u"60"_qs);
     EXPECT_EQ(widget.value(), 120);
-    EXPECT_EQ(textOf(field()), QStringLiteral("120"));
+    EXPECT_EQ(textOf(field()), u"120"_qs);
     EXPECT_EQ(slider()->value(), 110);
     EXPECT_EQ(spy.size(), 2);
 }
@@ -103,7 +103,7 @@ TEST_F(PRangeWidgetTest, does_not_loop_where_the_listener_sets_the_value_back) {
 TEST_F(PRangeWidgetTest, shows_what_somebody_else_has_as_it_is_and_silently) {
     widget.showValue({200, 2500, 1}, 6503);
     EXPECT_EQ(widget.value(), 6503);
-    EXPECT_EQ(textOf(field()), QStringLiteral("6503"));
+    EXPECT_EQ(textOf(field()), u"6503"_qs);
     EXPECT_EQ(slider()->value(), slider()->maximum());
     EXPECT_EQ(spy.size(), 0);
 }
@@ -127,7 +127,7 @@ TEST_F(PRangeWidgetTest, holds_all_integers) {
     EXPECT_EQ(widget.value(), most);
     widget.setValue(least);
     EXPECT_EQ(widget.value(), least);
-    EXPECT_EQ(textOf(field()), QStringLiteral("-2147483648"));
+    EXPECT_EQ(textOf(field()), u"-2147483648"_qs);
 }
 
 TEST_F(PRangeWidgetTest, takes_a_step_that_is_not_positive_as_one) {
@@ -150,14 +150,14 @@ TEST_F(PRangeWidgetTest, disables_both_parts) {
 }
 
 TEST_F(PRangeWidgetTest, names_both_parts) {
-    widget.setControlName(QStringLiteral("Gain"));
-    EXPECT_EQ(field()->accessibleName(), QStringLiteral("Gain"));
-    EXPECT_EQ(slider()->accessibleName(), QStringLiteral("Gain"));
+    widget.setControlName(u"Gain"_qs);
+    EXPECT_EQ(field()->accessibleName(), u"Gain"_qs);
+    EXPECT_EQ(slider()->accessibleName(), u"Gain"_qs);
 }
 
 TEST_F(PRangeWidgetTest, writes_a_suffix_and_reads_it) {
-    widget.setSuffix(QStringLiteral(" %"));
-    EXPECT_EQ(textOf(field()), QStringLiteral("120 %"));
-    enter(field(), QStringLiteral("60%"));
+    widget.setSuffix(u" %"_qs);
+    EXPECT_EQ(textOf(field()), u"120 %"_qs);
+    enter(field(), u"60%"_qs);
     EXPECT_EQ(reported(), Values({60}));
 }

@@ -77,7 +77,7 @@ INSTANTIATE_TEST_SUITE_P(
     RowName());
 
 TEST(PTimeText, reads_and_writes_a_decimal_comma_where_it_is_usual) {
-    const QLocale russian(QStringLiteral("ru_RU"));
-    EXPECT_EQ(PTimeText().toText(12500, 0, russian), QStringLiteral("12,5 ms"));
-    EXPECT_EQ(PTimeText().toValue(QStringLiteral("12,5 ms"), 0, russian), 12500);
+    const QLocale russian(u"ru_RU"_qs);
+    EXPECT_EQ(PTimeText().toText(12500, 0, russian), u"12,5 ms"_qs);
+    EXPECT_EQ(PTimeText().toValue(u"12,5 ms"_qs, 0, russian), 12500);
 }

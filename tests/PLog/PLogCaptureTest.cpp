@@ -17,11 +17,11 @@ TEST(PLogCapture, sees_records_of_every_level_and_source) {
     const PLogCapture capture;
     log("a", "one", PLogLevel::Debug);
     log("b", "two", PLogLevel::Error);
-    EXPECT_EQ(capture.texts(), QStringList({QStringLiteral("one"), QStringLiteral("two")}));
-    EXPECT_EQ(capture.texts(QStringLiteral("b")), QStringList{QStringLiteral("two")});
-    EXPECT_TRUE(capture.contains(QStringLiteral("one")));
-    EXPECT_FALSE(capture.contains(QStringLiteral("one"), QStringLiteral("b")));
-    EXPECT_FALSE(capture.contains(QStringLiteral("on")));
+    EXPECT_EQ(capture.texts(), QStringList({u"one"_qs, u"two"_qs}));
+    EXPECT_EQ(capture.texts(u"b"_qs), QStringList{u"two"_qs});
+    EXPECT_TRUE(capture.contains(u"one"_qs));
+    EXPECT_FALSE(capture.contains(u"one"_qs, u"b"_qs));
+    EXPECT_FALSE(capture.contains(u"on"_qs));
 }
 
 TEST(PLogCapture, forgets_what_it_is_told_to) {
@@ -29,17 +29,17 @@ TEST(PLogCapture, forgets_what_it_is_told_to) {
     log("a", "one");
     capture.clear();
     log("a", "two");
-    EXPECT_EQ(capture.texts(), QStringList{QStringLiteral("two")});
+    EXPECT_EQ(capture.texts(), QStringList{u"two"_qs});
 }
 
 TEST(PLogCapture, leaves_the_filter_and_the_sinks_as_they_were) {
-    ASSERT_TRUE(PLog::setFilter(QStringLiteral("error,a=warning")).isOk());
+    ASSERT_TRUE(PLog::setFilter(u"error,a=warning"_qs).isOk());
     {
         const PLogCapture capture;
-        EXPECT_EQ(PLog::filter(), QStringLiteral("debug"));
+        EXPECT_EQ(PLog::filter(), u"debug"_qs);
     }
-    EXPECT_EQ(PLog::filter(), QStringLiteral("error,a=warning"));
-    PLog::setFilter(QStringLiteral("info"));
+    EXPECT_EQ(PLog::filter(), u"error,a=warning"_qs);
+    PLog::setFilter(u"info"_qs);
     testing::internal::CaptureStderr();
     log("a", "to the standard error stream again");
     EXPECT_FALSE(testing::internal::GetCapturedStderr().empty());
@@ -48,5 +48,5 @@ TEST(PLogCapture, leaves_the_filter_and_the_sinks_as_they_were) {
 TEST(PLogCapture, sees_qts_own_messages) {
     const PLogCapture capture;
     qDebug("Clear data: %d", 4);
-    EXPECT_TRUE(capture.contains(QStringLiteral("Clear data: 4"), QStringLiteral("qt")));
+    EXPECT_TRUE(capture.contains(u"Clear data: 4"_qs, u"qt"_qs));
 }

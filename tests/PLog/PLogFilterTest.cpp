@@ -79,22 +79,22 @@ INSTANTIATE_TEST_SUITE_P(Filters, PLogFilterPasses, testing::ValuesIn(passes), R
 
 TEST_P(PLogFilterRefuses, a_bad_text_naming_the_word_and_the_levels) {
     PLogFilter filter;
-    ASSERT_TRUE(filter.parse(QStringLiteral("error,a=debug")).isOk());
+    ASSERT_TRUE(filter.parse(u"error,a=debug"_qs).isOk());
     const PStatus status = filter.parse(QLatin1String(GetParam().filter));
     ASSERT_FALSE(status.isOk());
     EXPECT_TRUE(status.reason().contains(QLatin1String(GetParam().word)))
         << status.reason().toStdString();
     EXPECT_TRUE(status.reason().contains(u"debug, info, warning, error, off"));
-    EXPECT_EQ(filter.text(), QStringLiteral("error,a=debug")) << "nothing may have changed";
-    EXPECT_TRUE(filter.passes(QStringLiteral("a"), PLogLevel::Debug));
-    EXPECT_FALSE(filter.passes(QStringLiteral("b"), PLogLevel::Warning));
+    EXPECT_EQ(filter.text(), u"error,a=debug"_qs) << "nothing may have changed";
+    EXPECT_TRUE(filter.passes(u"a"_qs, PLogLevel::Debug));
+    EXPECT_FALSE(filter.passes(u"b"_qs, PLogLevel::Warning));
 }
 
 INSTANTIATE_TEST_SUITE_P(Filters, PLogFilterRefuses, testing::ValuesIn(badFilters), RowName());
 
 TEST(PLogFilter, starts_as_info) {
     const PLogFilter filter;
-    EXPECT_EQ(filter.text(), QStringLiteral("info"));
-    EXPECT_TRUE(filter.passes(QStringLiteral("a"), PLogLevel::Info));
-    EXPECT_FALSE(filter.passes(QStringLiteral("a"), PLogLevel::Debug));
+    EXPECT_EQ(filter.text(), u"info"_qs);
+    EXPECT_TRUE(filter.passes(u"a"_qs, PLogLevel::Info));
+    EXPECT_FALSE(filter.passes(u"a"_qs, PLogLevel::Debug));
 }

@@ -18,7 +18,7 @@
 namespace {
 
 PMessageStream log(PLogLevel level = PLogLevel::Info) {
-    return PLog::logStream(QStringLiteral("test"), {}, {}, 0, level);
+    return PLog::logStream(u"test"_qs, {}, {}, 0, level);
 }
 
 /// Does with a record what a test says.
@@ -117,7 +117,7 @@ TEST(PLog, swallows_what_a_sink_throws_and_serves_the_next) {
     const Installed bad([](const PLogRecord&) { throw std::runtime_error("disk full"); });
     const PLogCapture next;
     EXPECT_NO_THROW(log() << "a");
-    EXPECT_EQ(next.texts(), QStringList{QStringLiteral("a")});
+    EXPECT_EQ(next.texts(), QStringList{u"a"_qs});
 }
 
 TEST(PLog, drops_what_a_sink_logs_while_it_writes) {
@@ -128,7 +128,7 @@ TEST(PLog, drops_what_a_sink_logs_while_it_writes) {
     });
     log() << "a";
     log() << "b";
-    EXPECT_EQ(other.texts(), QStringList({QStringLiteral("a"), QStringLiteral("b")}));
+    EXPECT_EQ(other.texts(), QStringList({u"a"_qs, u"b"_qs}));
 }
 
 TEST(PLog, lets_a_sink_remove_itself_while_it_writes) {
@@ -197,29 +197,29 @@ TEST(PLog, takes_new_sinks_and_filters_while_others_log) {
     int sinkCalls = 0;
     for (int i = 0; i < 100; ++i) {
         const Installed sink([&](const PLogRecord&) { ++sinkCalls; });
-        PLog::setFilter(i % 2 ? QStringLiteral("off") : QStringLiteral("debug"));
-        PLog::passes(QStringLiteral("test"), PLogLevel::Info);
+        PLog::setFilter(i % 2 ? u"off"_qs : u"debug"_qs);
+        PLog::passes(u"test"_qs, PLogLevel::Info);
     }
     stop = true;
     logger.join();
     capture.records();
-    EXPECT_EQ(PLog::filter(), QStringLiteral("off"));
+    EXPECT_EQ(PLog::filter(), u"off"_qs);
 }
 
 TEST(PLog, lets_only_records_pass_that_the_filter_lets_pass) {
     const PLogCapture capture;
-    ASSERT_TRUE(PLog::setFilter(QStringLiteral("error,test=warning")).isOk());
-    EXPECT_TRUE(PLog::passes(QStringLiteral("test"), PLogLevel::Warning));
-    EXPECT_FALSE(PLog::passes(QStringLiteral("other"), PLogLevel::Warning));
+    ASSERT_TRUE(PLog::setFilter(u"error,test=warning"_qs).isOk());
+    EXPECT_TRUE(PLog::passes(u"test"_qs, PLogLevel::Warning));
+    EXPECT_FALSE(PLog::passes(u"other"_qs, PLogLevel::Warning));
     log(PLogLevel::Info) << "no";
     log(PLogLevel::Warning) << "yes";
-    EXPECT_EQ(capture.texts(), QStringList{QStringLiteral("yes")});
+    EXPECT_EQ(capture.texts(), QStringList{u"yes"_qs});
 }
 
 TEST(PLog, keeps_its_filter_when_a_new_one_is_bad) {
     const PLogCapture capture;
-    EXPECT_FALSE(PLog::setFilter(QStringLiteral("info,x=loud")).isOk());
-    EXPECT_EQ(PLog::filter(), QStringLiteral("debug"));
+    EXPECT_FALSE(PLog::setFilter(u"info,x=loud"_qs).isOk());
+    EXPECT_EQ(PLog::filter(), u"debug"_qs);
 }
 
 TEST(PLog, takes_its_filter_from_the_environment_if_there_is_one) {
@@ -227,13 +227,13 @@ TEST(PLog, takes_its_filter_from_the_environment_if_there_is_one) {
     const QByteArray before = qgetenv("PCD_LOG");
     qunsetenv("PCD_LOG");
     EXPECT_TRUE(PLog::setFilterFromEnvironment().isOk());
-    EXPECT_EQ(PLog::filter(), QStringLiteral("debug"));
+    EXPECT_EQ(PLog::filter(), u"debug"_qs);
     qputenv("PCD_LOG", "warning");
     EXPECT_TRUE(PLog::setFilterFromEnvironment().isOk());
-    EXPECT_EQ(PLog::filter(), QStringLiteral("warning"));
+    EXPECT_EQ(PLog::filter(), u"warning"_qs);
     qputenv("PCD_LOG", "loud");
     EXPECT_FALSE(PLog::setFilterFromEnvironment().isOk());
-    EXPECT_EQ(PLog::filter(), QStringLiteral("warning"));
+    EXPECT_EQ(PLog::filter(), u"warning"_qs);
     qputenv("PCD_LOG", before);
 }
 
@@ -250,15 +250,15 @@ TEST(PLog, takes_qts_messages_in_with_their_level_and_category) {
     EXPECT_EQ(records[1].level, PLogLevel::Warning);
     EXPECT_EQ(records[2].level, PLogLevel::Error);
     EXPECT_EQ(records[3].level, PLogLevel::Debug);
-    EXPECT_EQ(records[0].source, QStringLiteral("qt"));
-    EXPECT_EQ(records[3].source, QStringLiteral("qt.camera.frames"));
-    EXPECT_EQ(records[3].text(), QStringLiteral("debug"));
+    EXPECT_EQ(records[0].source, u"qt"_qs);
+    EXPECT_EQ(records[3].source, u"qt.camera.frames"_qs);
+    EXPECT_EQ(records[3].text(), u"debug"_qs);
 }
 
 TEST(PLog, filters_qts_messages_like_its_own) {
     const PLogCapture capture;
-    PLog::setFilter(QStringLiteral("debug,qt=error"));
+    PLog::setFilter(u"debug,qt=error"_qs);
     qWarning("quiet");
     qCritical("loud");
-    EXPECT_EQ(capture.texts(), QStringList{QStringLiteral("loud")});
+    EXPECT_EQ(capture.texts(), QStringList{u"loud"_qs});
 }

@@ -35,23 +35,22 @@ TEST_F(FirstEvents, of_the_process_are_logged_once_whichever_camera_they_come_fr
     cbEvent(0xb, first.get());
     cbEvent(131, first.get());
     cbEvent(TOUPCAM_EVENT_STILLIMAGE, second.get());
-    EXPECT_THAT(ptTexts(log),
-                ElementsAre(QStringLiteral("ToupCam first SDK event received, code: 0xb")));
-    for (const PLogRecord& record : log.records(QStringLiteral("PTDevice")))
-        EXPECT_EQ(record.function, QStringLiteral("void cbEvent(unsigned int, void *)"));
+    EXPECT_THAT(ptTexts(log), ElementsAre(u"ToupCam first SDK event received, code: 0xb"_qs));
+    for (const PLogRecord& record : log.records(u"PTDevice"_qs))
+        EXPECT_EQ(record.function, u"void cbEvent(unsigned int, void *)"_qs);
     log.clear();
 
     // The first code ever taken off a queue is logged, also one that is ignored or fails.
-    const QString dequeued = QStringLiteral("PTStreamThread first event dequeued, code: ");
+    const QString dequeued = u"PTStreamThread first event dequeued, code: "_qs;
     const auto lines = [&] { return ptTexts(log).filter(dequeued); };
     first->pullThread()->startThread();
     ASSERT_TRUE(waitUntil([&] { return !lines().isEmpty(); }));
     second->pullThread()->startThread();
-    const QString pulled = QStringLiteral("still image event");
+    const QString pulled = u"still image event"_qs;
     ASSERT_TRUE(waitUntil([&] { return log.contains(pulled); }));
     first->pullThread()->stopThread();
     second->pullThread()->stopThread();
-    EXPECT_THAT(lines(), ElementsAre(dequeued + QStringLiteral("11")));
+    EXPECT_THAT(lines(), ElementsAre(dequeued + u"11"_qs));
     log.clear();
 
     // Also from an SDK that reports the size of a frame only once.
@@ -60,7 +59,7 @@ TEST_F(FirstEvents, of_the_process_are_logged_once_whichever_camera_they_come_fr
     first->pullThread()->startThread();
     ASSERT_TRUE(waitUntil([&] { return first->frameLedger().produced >= 3; }));
     first->pullThread()->stopThread();
-    EXPECT_THAT(ptTexts(log).filter(QStringLiteral("First live frame pulled:")),
-                ElementsAre(QStringLiteral("First live frame pulled: 64 x 48")));
-    EXPECT_TRUE(ptTexts(log).filter(QStringLiteral("first SDK event received")).isEmpty());
+    EXPECT_THAT(ptTexts(log).filter(u"First live frame pulled:"_qs),
+                ElementsAre(u"First live frame pulled: 64 x 48"_qs));
+    EXPECT_TRUE(ptTexts(log).filter(u"first SDK event received"_qs).isEmpty());
 }

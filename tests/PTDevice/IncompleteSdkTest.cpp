@@ -13,9 +13,9 @@ TEST(IncompleteSdk, is_logged_with_the_function_that_it_lacks) {
     QPluginLoader loader(QStringLiteral(PT_PLUGIN_PATH));
     const std::unique_ptr<QObject> root(loader.instance()); // registers for hot-plug events
     ASSERT_NE(root, nullptr) << loader.errorString().toStdString();
-    const QList<PLogRecord> records = log.records(QStringLiteral("PTDevice"));
+    const QList<PLogRecord> records = log.records(u"PTDevice"_qs);
     ASSERT_EQ(records.size(), 1);
-    EXPECT_EQ(records[0].text(), QStringLiteral("The camera SDK lacks Toupcam_HotPlug"));
-    EXPECT_EQ(records[0].function, QStringLiteral("void *findFunction(const char *)"));
+    EXPECT_EQ(records[0].text(), u"The camera SDK lacks Toupcam_HotPlug"_qs);
+    EXPECT_EQ(records[0].function, u"void *findFunction(const char *)"_qs);
     EXPECT_EQ(records[0].level, PLogLevel::Warning);
 }

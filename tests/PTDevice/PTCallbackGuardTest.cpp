@@ -15,12 +15,12 @@ class CallbackGuard : public SimFixture {};
 
 TEST_F(CallbackGuard, keeps_an_exception_in_and_logs_it) {
     EXPECT_FALSE(PTCallbackGuard::run("callback", [] { throw std::runtime_error("no room"); }));
-    EXPECT_EQ(ptLastText(log), QStringLiteral("Exception: no room"));
+    EXPECT_EQ(ptLastText(log), u"Exception: no room"_qs);
 }
 
 TEST_F(CallbackGuard, keeps_in_what_is_no_exception_class) {
     EXPECT_FALSE(PTCallbackGuard::run("callback", [] { throw 1; }));
-    EXPECT_EQ(ptLastText(log), QStringLiteral("Exception: of an unknown type"));
+    EXPECT_EQ(ptLastText(log), u"Exception: of an unknown type"_qs);
 }
 
 TEST_F(CallbackGuard, lets_a_body_that_throws_nothing_be) {

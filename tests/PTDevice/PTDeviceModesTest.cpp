@@ -35,9 +35,9 @@ PDeviceMode modeWithId(const char* id) {
 
 TEST_F(PTDeviceModes, three_resolutions_are_three_modes_in_order) {
     const QList<PDeviceMode> modes = device->getSupportModes();
-    EXPECT_THAT(modes, ElementsAre(PDeviceMode{4000, 3000, QStringLiteral("4000x3000"), "0", 24},
-                                   PDeviceMode{2000, 1500, QStringLiteral("2000x1500"), "1", 24},
-                                   PDeviceMode{1000, 750, QStringLiteral("1000x750"), "2", 24}));
+    EXPECT_THAT(modes, ElementsAre(PDeviceMode{4000, 3000, u"4000x3000"_qs, "0", 24},
+                                   PDeviceMode{2000, 1500, u"2000x1500"_qs, "1", 24},
+                                   PDeviceMode{1000, 750, u"1000x750"_qs, "2", 24}));
     EXPECT_THAT(SimJournal::lines(), ElementsAre("Toupcam_get_ResolutionNumber(h1) = 3",
                                                  "Toupcam_get_Resolution(h1, 0, 4000, 3000) = 0",
                                                  "Toupcam_get_Resolution(h1, 1, 2000, 1500) = 0",
@@ -54,8 +54,8 @@ TEST_F(PTDeviceModes, more_resolutions_than_a_models_record_holds_are_as_many_mo
     ToupcamSim_failCall("Toupcam_get_ResolutionNumber", 0, 0, 40);
     const QList<PDeviceMode> modes = device->getSupportModes();
     ASSERT_EQ(modes.size(), 40);
-    EXPECT_EQ(modes[2], (PDeviceMode{1000, 750, QStringLiteral("1000x750"), "2", 24}));
-    EXPECT_EQ(modes[39], (PDeviceMode{0, 0, QStringLiteral("0x0"), "39", 24}));
+    EXPECT_EQ(modes[2], (PDeviceMode{1000, 750, u"1000x750"_qs, "2", 24}));
+    EXPECT_EQ(modes[39], (PDeviceMode{0, 0, u"0x0"_qs, "39", 24}));
 }
 
 TEST_F(PTDeviceModes, a_failed_count_is_an_empty_list_and_not_two_billion_modes) {
@@ -69,7 +69,7 @@ TEST_F(PTDeviceModes, a_resolution_that_cannot_be_read_is_a_mode_of_size_zero) {
     ToupcamSim_failCall("Toupcam_get_Resolution", 1, 1, E_FAIL);
     const QList<PDeviceMode> modes = device->getSupportModes();
     ASSERT_EQ(modes.size(), 3);
-    EXPECT_EQ(modes[1], (PDeviceMode{0, 0, QStringLiteral("0x0"), "1", 24}));
+    EXPECT_EQ(modes[1], (PDeviceMode{0, 0, u"0x0"_qs, "1", 24}));
 }
 
 TEST_F(PTDeviceModes, the_current_mode_follows_the_sdk) {
@@ -93,10 +93,10 @@ public:
     explicit DeviceWithModes(const ToupcamDeviceV2& record)
         : PTDevice(record) {}
     QList<PDeviceMode> getSupportModes() override {
-        return {{1, 1, QStringLiteral("hexadecimal"), "0x1", 24},
-                {2, 2, QStringLiteral("decimal"), "01", 24},
-                {8, 8, QStringLiteral("eight"), "8", 24},
-                {10, 10, QStringLiteral("ten"), "010", 24}};
+        return {{1, 1, u"hexadecimal"_qs, "0x1", 24},
+                {2, 2, u"decimal"_qs, "01", 24},
+                {8, 8, u"eight"_qs, "8", 24},
+                {10, 10, u"ten"_qs, "010", 24}};
     }
 };
 
@@ -106,10 +106,10 @@ TEST_F(PTDeviceModes, the_current_mode_is_of_the_list_that_the_device_overrides)
     device.reset();
     DeviceWithModes derived(record());
     ASSERT_EQ(Toupcam_put_eSize(derived.sdkHandle(), 1), S_OK);
-    EXPECT_EQ(derived.getCurrentMode().name, QStringLiteral("decimal"))
+    EXPECT_EQ(derived.getCurrentMode().name, u"decimal"_qs)
         << "ids are decimal, whatever they begin with";
     ToupcamSim_failCall("Toupcam_get_eSize", 0, 1, E_FAIL);
-    EXPECT_EQ(derived.getCurrentMode().name, QStringLiteral("hexadecimal"))
+    EXPECT_EQ(derived.getCurrentMode().name, u"hexadecimal"_qs)
         << "its id is not a decimal number, and so counts as 0";
 }
 
@@ -126,21 +126,17 @@ TEST_F(PTDeviceModes, a_current_index_without_a_mode_is_an_empty_mode) {
 }
 
 TEST_F(PTDeviceModes, setting_a_mode_selects_its_index_reads_back_and_logs) {
-    EXPECT_TRUE(device->trySetMode({2000, 1500, QStringLiteral("2000x1500"), "1", 24}));
+    EXPECT_TRUE(device->trySetMode({2000, 1500, u"2000x1500"_qs, "1", 24}));
     EXPECT_THAT(SimJournal::lines(),
                 ElementsAre("Toupcam_put_eSize(h1, 1) = 0", "Toupcam_get_eSize(h1, 1) = 0",
                             "Toupcam_get_FinalSize(h1, 2000, 1500) = 0"));
-    const QList<PLogRecord> records = log.records(QStringLiteral("PTDevice"));
+    const QList<PLogRecord> records = log.records(u"PTDevice"_qs);
     ASSERT_EQ(records.size(), 2);
-    EXPECT_THAT(records[0].items, ElementsAre(QStringLiteral("Try set mode:"),
-                                              QStringLiteral("2000"), QStringLiteral("1500")));
+    EXPECT_THAT(records[0].items, ElementsAre(u"Try set mode:"_qs, u"2000"_qs, u"1500"_qs));
     EXPECT_EQ(records[0].line, 323);
-    EXPECT_EQ(records[0].function,
-              QStringLiteral("virtual bool PTDevice::trySetMode(const PDeviceMode &)"));
-    EXPECT_THAT(records[1].items,
-                ElementsAre(QStringLiteral("Mode applied: eSize index"), QStringLiteral("1"),
-                            QStringLiteral("final size"), QStringLiteral("2000"),
-                            QStringLiteral("x"), QStringLiteral("1500")));
+    EXPECT_EQ(records[0].function, u"virtual bool PTDevice::trySetMode(const PDeviceMode &)"_qs);
+    EXPECT_THAT(records[1].items, ElementsAre(u"Mode applied: eSize index"_qs, u"1"_qs,
+                                              u"final size"_qs, u"2000"_qs, u"x"_qs, u"1500"_qs));
     EXPECT_EQ(records[1].line, 342);
     EXPECT_EQ(records[1].function, records[0].function);
 }
@@ -154,18 +150,16 @@ TEST_F(PTDeviceModes, setting_a_mode_emits_nothing_by_itself) {
 TEST_F(PTDeviceModes, a_result_that_is_positive_is_a_success) {
     ToupcamSim_failCall("Toupcam_put_eSize", 0, 1, S_FALSE);
     EXPECT_TRUE(device->trySetMode(modeWithId("1")));
-    EXPECT_TRUE(log.contains(QStringLiteral("Mode applied: eSize index 0 final size 4000 x 3000")));
+    EXPECT_TRUE(log.contains(u"Mode applied: eSize index 0 final size 4000 x 3000"_qs));
 }
 
 TEST_F(PTDeviceModes, a_rejected_index_is_logged_and_the_camera_keeps_its_resolution) {
-    PDeviceMode mode{5, 6, QStringLiteral("5x6"), "7", 24};
+    PDeviceMode mode{5, 6, u"5x6"_qs, "7", 24};
     EXPECT_FALSE(device->trySetMode(mode));
-    const QList<PLogRecord> records = log.records(QStringLiteral("PTDevice"));
+    const QList<PLogRecord> records = log.records(u"PTDevice"_qs);
     ASSERT_EQ(records.size(), 2);
-    EXPECT_THAT(records[1].items,
-                ElementsAre(QStringLiteral("Failed TOUPCAM_OP: Toupcam_put_eSize index"),
-                            QStringLiteral("7"), QStringLiteral("for"), QStringLiteral("5"),
-                            QStringLiteral("x"), QStringLiteral("6")));
+    EXPECT_THAT(records[1].items, ElementsAre(u"Failed TOUPCAM_OP: Toupcam_put_eSize index"_qs,
+                                              u"7"_qs, u"for"_qs, u"5"_qs, u"x"_qs, u"6"_qs));
     EXPECT_EQ(records[1].line, 331);
     EXPECT_EQ(device->getCurrentMode().id, "0");
 }
@@ -174,7 +168,7 @@ TEST_F(PTDeviceModes, what_cannot_be_read_back_is_logged_as_zero) {
     ToupcamSim_failCall("Toupcam_get_eSize", 0, 1, E_FAIL);
     ToupcamSim_failCall("Toupcam_get_FinalSize", 0, 1, E_FAIL);
     EXPECT_TRUE(device->trySetMode(modeWithId("2")));
-    EXPECT_TRUE(log.contains(QStringLiteral("Mode applied: eSize index 0 final size 0 x 0")));
+    EXPECT_TRUE(log.contains(u"Mode applied: eSize index 0 final size 0 x 0"_qs));
 }
 
 struct IdRow {
@@ -201,8 +195,8 @@ INSTANTIATE_TEST_SUITE_P(
     RowName());
 
 TEST_F(PTDeviceModes, of_two_modes_with_the_same_size_the_id_decides) {
-    PDeviceMode a{4000, 3000, QStringLiteral("4000x3000"), "1", 24};
-    PDeviceMode b{4000, 3000, QStringLiteral("4000x3000"), "2", 24};
+    PDeviceMode a{4000, 3000, u"4000x3000"_qs, "1", 24};
+    PDeviceMode b{4000, 3000, u"4000x3000"_qs, "2", 24};
     EXPECT_NE(a, b);
     EXPECT_TRUE(device->trySetMode(a));
     EXPECT_EQ(device->getCurrentMode().id, "1");

@@ -118,7 +118,7 @@ class PTDeviceAccessories : public PTDeviceProperties,
                             public testing::WithParamInterface<AccessoryRow> {};
 
 QStringList words(const char* text) {
-    return QString::fromLatin1(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    return QString::fromLatin1(text).split(u' ', Qt::SkipEmptyParts);
 }
 
 } // namespace
@@ -128,7 +128,7 @@ TEST_P(PTDeviceAccessories, are_offered_by_the_model_flags_behind_the_region) {
     QStringList expected;
     for (const CatalogueRow& row : catalogue()) {
         expected.append(QString::fromLatin1(row.id));
-        if (expected.last() == QStringLiteral("roi"))
+        if (expected.last() == u"roi"_qs)
             expected += GetParam().accessories;
     }
     EXPECT_EQ(ids(), expected);
@@ -187,10 +187,9 @@ TEST_F(PTDeviceProperties, the_exposure_time_alone_has_a_unit_and_it_is_the_micr
 TEST_F(PTDeviceProperties, the_speed_alone_has_a_description_what_to_do_without_a_picture) {
     load(plainCamera());
     for (const PDeviceProperty* offered : device->supportProperties()) {
-        const QString expected =
-            offered->id() == "speed"
-                ? QStringLiteral("If the live video is not displayed, reduce the speed.")
-                : QString();
+        const QString expected = offered->id() == "speed"
+                                     ? u"If the live video is not displayed, reduce the speed."_qs
+                                     : QString();
         EXPECT_EQ(offered->description(), expected) << offered->id().toStdString();
     }
 }

@@ -144,15 +144,13 @@ TEST_F(PTRegister, asked_twice_it_returns_the_same_objects_and_announces_them_on
     SimJournal::clear();
     EXPECT_EQ(reg.aliveDevices(), first);
     EXPECT_THAT(SimJournal::calls("Toupcam_Open"), IsEmpty()) << "it is not opened again";
-    const auto records =
-        ptRecords(log, QStringLiteral("PTDeviceRegister: new device Simulated-T-TESTCAM001"));
+    const auto records = ptRecords(log, u"PTDeviceRegister: new device Simulated-T-TESTCAM001"_qs);
     ASSERT_EQ(records.size(), 1);
-    EXPECT_THAT(records[0].items, ElementsAre(QStringLiteral("PTDeviceRegister: new device"),
-                                              QStringLiteral("Simulated-T-TESTCAM001")));
+    EXPECT_THAT(records[0].items,
+                ElementsAre(u"PTDeviceRegister: new device"_qs, u"Simulated-T-TESTCAM001"_qs));
     EXPECT_EQ(records[0].line, 186);
-    EXPECT_EQ(records[0].file, QStringLiteral("src/PCdPlugins/PTDevice/PTDeviceRegister.cpp"));
-    EXPECT_EQ(records[0].function,
-              QStringLiteral("virtual QList<PDevice *> PTDeviceRegister::aliveDevices()"));
+    EXPECT_EQ(records[0].file, u"src/PCdPlugins/PTDevice/PTDeviceRegister.cpp"_qs);
+    EXPECT_EQ(records[0].function, u"virtual QList<PDevice *> PTDeviceRegister::aliveDevices()"_qs);
 }
 
 TEST_F(PTRegister, has_a_new_devices_properties_built_before_anything_else) {
@@ -166,7 +164,7 @@ TEST_F(PTRegister, has_read_the_new_devices_properties_when_it_announces_it) {
     loadScene({SimCameraText{}});
     PTDeviceRegister reg;
     std::size_t reads = 0;
-    const AtRecord announced(QStringLiteral("PTDeviceRegister: new device"),
+    const AtRecord announced(u"PTDeviceRegister: new device"_qs,
                              [&] { reads = SimJournal::calls("Toupcam_get_Contrast").size(); });
     reg.updateDevices();
     EXPECT_EQ(reads, 1u);
@@ -181,11 +179,11 @@ TEST_F(PTRegister, looks_at_all_128_cameras_that_the_sdk_can_enumerate) {
     ToupcamSim_failCall("Toupcam_Open", 0, 0, E_FAIL);
     PTDeviceRegister reg;
     EXPECT_THAT(reg.aliveDevices(), IsEmpty());
-    const QString skipped = QStringLiteral("PTDeviceRegister: failed to open device, skipping cam");
+    const QString skipped = u"PTDeviceRegister: failed to open device, skipping cam"_qs;
     const QStringList lines = ptTexts(log).filter(skipped);
     ASSERT_EQ(lines.size(), 128);
-    EXPECT_EQ(lines.first(), skipped + QStringLiteral("0"));
-    EXPECT_EQ(lines.last(), skipped + QStringLiteral("127"));
+    EXPECT_EQ(lines.first(), skipped + u"0"_qs);
+    EXPECT_EQ(lines.last(), skipped + u"127"_qs);
 }
 
 TEST_F(PTRegister, a_camera_that_fails_to_open_is_left_out_and_tried_and_logged_at_every_rescan) {
@@ -194,7 +192,7 @@ TEST_F(PTRegister, a_camera_that_fails_to_open_is_left_out_and_tried_and_logged_
     PTDeviceRegister reg;
     reg.updateDevices();
     EXPECT_THAT(ids(reg.devices()), ElementsAre("Simulated-T-S2"));
-    const QString text = QStringLiteral("PTDeviceRegister: failed to open device, skipping a");
+    const QString text = u"PTDeviceRegister: failed to open device, skipping a"_qs;
     ASSERT_EQ(ptRecords(log, text).size(), 1);
     EXPECT_EQ(ptRecords(log, text)[0].line, 172);
     EXPECT_EQ(ptRecords(log, text)[0].items.size(), 2);
@@ -210,8 +208,7 @@ TEST_F(PTRegister, a_record_without_a_model_name_is_skipped_like_a_camera_that_f
     PTDeviceRegister reg;
     reg.updateDevices();
     EXPECT_THAT(ids(reg.devices()), ElementsAre("Simulated-T-S2"));
-    EXPECT_TRUE(
-        log.contains(QStringLiteral("PTDeviceRegister: failed to open device, skipping nameless")));
+    EXPECT_TRUE(log.contains(u"PTDeviceRegister: failed to open device, skipping nameless"_qs));
     EXPECT_THAT(SimJournal::calls("Toupcam_Close"), ElementsAre("Toupcam_Close(h1)"));
 }
 
@@ -226,8 +223,8 @@ TEST_F(PTRegister, a_64_character_id_never_matches_its_own_device_and_is_created
     SimJournal::clear();
     reg.aliveDevices();
     EXPECT_THAT(SimJournal::calls("Toupcam_Open"), SizeIs(1));
-    EXPECT_TRUE(log.contains(QStringLiteral("PTDeviceRegister: failed to open device, skipping ") +
-                             QString(64, u'x')));
+    EXPECT_TRUE(
+        log.contains(u"PTDeviceRegister: failed to open device, skipping "_qs + QString(64, u'x')));
 }
 
 TEST_F(PTRegister, a_63_character_id_matches_exactly_and_with_regard_to_case) {
@@ -246,9 +243,9 @@ TEST_F(PTRegister, devices_of_another_kind_are_never_matched) {
     MixedRegister reg(new ForeignDevice);
     reg.updateDevices();
     ASSERT_THAT(reg.devices(), SizeIs(2));
-    EXPECT_EQ(reg.findByCameraId(QStringLiteral("Foreign")), nullptr);
+    EXPECT_EQ(reg.findByCameraId(u"Foreign"_qs), nullptr);
     EXPECT_EQ(reg.findByCameraId(QString()), nullptr);
-    EXPECT_EQ(reg.findByCameraId(QStringLiteral("cam")), reg.devices()[1]);
+    EXPECT_EQ(reg.findByCameraId(u"cam"_qs), reg.devices()[1]);
 }
 
 TEST_F(PTRegister, ids_are_latin_1) {
@@ -263,9 +260,9 @@ TEST_F(PTRegister, ids_are_latin_1) {
     auto* const second = new DeviceOfRecord(namedInTwoBytes);
     MixedRegister otherReg(second);
     otherReg.updateDevices();
-    EXPECT_EQ(reg.findByCameraId(QStringLiteral("Köln")), first);
-    EXPECT_EQ(otherReg.findByCameraId(QStringLiteral("KÃ¶ln")), second);
-    EXPECT_EQ(otherReg.findByCameraId(QStringLiteral("Köln")), nullptr);
+    EXPECT_EQ(reg.findByCameraId(u"Köln"_qs), first);
+    EXPECT_EQ(otherReg.findByCameraId(u"KÃ¶ln"_qs), second);
+    EXPECT_EQ(otherReg.findByCameraId(u"Köln"_qs), nullptr);
 }
 
 TEST_F(PTRegister, two_cameras_with_the_same_model_and_serial_have_ids_of_their_own) {

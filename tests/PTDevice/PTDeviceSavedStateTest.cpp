@@ -13,7 +13,7 @@
 
 namespace {
 
-const QString cameraName = QStringLiteral("camera");
+const QString cameraName = u"camera"_qs;
 
 class PTDeviceSavedState : public SimFixture {
 protected:

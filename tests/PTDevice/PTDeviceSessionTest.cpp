@@ -132,7 +132,7 @@ TEST_F(PTDeviceSession, sets_the_host_options_and_makes_an_idle_stream_thread) {
     EXPECT_TRUE(device->hasDeviceOption(PCD::DeviceOption(0x80)));
     ASSERT_NE(device->pullThread(), nullptr);
     EXPECT_FALSE(device->pullThread()->isRunning());
-    EXPECT_EQ(device->pullThread()->objectName(), QStringLiteral("PTStreamThread"));
+    EXPECT_EQ(device->pullThread()->objectName(), u"PTStreamThread"_qs);
 }
 
 TEST_F(PTDeviceSession, linking_and_unlinking_call_nothing) {
@@ -165,12 +165,12 @@ TEST_P(PTDeviceFixedSetting, that_fails_is_logged_and_not_fatal) {
     else
         ToupcamSim_failCall(row.function, 0, 1, E_FAIL);
     const auto device = open();
-    const QList<PLogRecord> records = log.records(QStringLiteral("PTDevice"));
+    const QList<PLogRecord> records = log.records(u"PTDevice"_qs);
     ASSERT_EQ(records.size(), 1);
     EXPECT_EQ(records[0].items,
-              (QStringList{QStringLiteral("Failed TOUPCAM_OP:"), QString::fromLatin1(row.text)}));
-    EXPECT_EQ(records[0].function, QStringLiteral("PTDevice::PTDevice(ToupcamDeviceV2)"));
-    EXPECT_EQ(records[0].file, QStringLiteral("src/PCdPlugins/PTDevice/PTDevice.cpp"));
+              (QStringList{u"Failed TOUPCAM_OP:"_qs, QString::fromLatin1(row.text)}));
+    EXPECT_EQ(records[0].function, u"PTDevice::PTDevice(ToupcamDeviceV2)"_qs);
+    EXPECT_EQ(records[0].file, u"src/PCdPlugins/PTDevice/PTDevice.cpp"_qs);
     EXPECT_EQ(records[0].line, row.line);
     // The step behind the failed one still runs.
     EXPECT_THAT(SimJournal::calls("Toupcam_get_MaxSpeed"), testing::SizeIs(1));
@@ -221,15 +221,14 @@ TEST_F(PTDeviceSession, a_camera_that_does_not_open_gives_no_device_and_the_disc
     ToupcamSim_failCall("Toupcam_Open", 0, 1, E_FAIL);
     const std::unique_ptr<PTDevice> device(PTDevice::create(closed));
     EXPECT_EQ(device, nullptr);
-    const QList<PLogRecord> records = log.records(QStringLiteral("PTDevice"));
+    const QList<PLogRecord> records = log.records(u"PTDevice"_qs);
     // Six settings fail on the null handle; without a maximum, no speed is tried.
     ASSERT_EQ(records.size(), 7);
     EXPECT_EQ(records.last().text(),
               QString::fromUtf8(
                   "PTDevice::create — Toupcam_Open returned null handle, device discarded"));
     EXPECT_EQ(records.last().line, 85);
-    EXPECT_EQ(records.last().function,
-              QStringLiteral("static PTDevice *PTDevice::create(ToupcamDeviceV2)"));
+    EXPECT_EQ(records.last().function, u"static PTDevice *PTDevice::create(ToupcamDeviceV2)"_qs);
 }
 
 TEST_F(PTDeviceSession, an_id_that_fills_its_field_is_opened_whole_and_kept_with_63_characters) {
@@ -325,11 +324,11 @@ TEST_F(PTDeviceSession, two_reports_from_two_threads_yield_one_line_and_one_sign
     QCoreApplication::sendPostedEvents();
     EXPECT_EQ(spy.count(), 1);
     EXPECT_EQ(spy.at(0).at(0).toByteArray(), "Simulated-T-TESTCAM001");
-    const auto records = ptRecords(
-        log, QStringLiteral("PTDevice: SDK reported disconnect for Simulated-T-TESTCAM001"));
+    const auto records =
+        ptRecords(log, u"PTDevice: SDK reported disconnect for Simulated-T-TESTCAM001"_qs);
     ASSERT_EQ(records.size(), 1);
     EXPECT_EQ(records[0].items.size(), 2);
-    EXPECT_EQ(records[0].function, QStringLiteral("void PTDevice::handleSdkDisconnect()"));
+    EXPECT_EQ(records[0].function, u"void PTDevice::handleSdkDisconnect()"_qs);
     EXPECT_EQ(records[0].line, 207);
 }
 

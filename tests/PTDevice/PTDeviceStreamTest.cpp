@@ -92,29 +92,25 @@ TEST_F(PTDeviceStream, start_begins_push_mode_then_reads_and_logs_the_state) {
                             "Toupcam_get_AutoExpoEnable(h1, 0) = 0", "Toupcam_get_Speed(h1, 3) = 0",
                             "Toupcam_get_Option(h1, 11, 0) = 0", "Toupcam_get_Option(h1, 4, 0) = 0",
                             "Toupcam_get_MaxSpeed(h1) = 3", "Toupcam_Stop(h1) = 0"));
-    const QList<PLogRecord> records = log.records(QStringLiteral("PTDevice"));
+    const QList<PLogRecord> records = log.records(u"PTDevice"_qs);
     ASSERT_EQ(records.size(), 3) << "a stop is not logged";
-    EXPECT_THAT(records[0].items, ElementsAre(QStringLiteral("Toupcam_StartPushMode started:"),
-                                              QStringLiteral("true")));
+    EXPECT_THAT(records[0].items, ElementsAre(u"Toupcam_StartPushMode started:"_qs, u"true"_qs));
     EXPECT_THAT(records[1].items,
-                ElementsAre(QStringLiteral("Stream state: expoTime(us)="), QStringLiteral("2000"),
-                            QStringLiteral("autoExpo="), QStringLiteral("0"),
-                            QStringLiteral("speed="), QStringLiteral("3"), QStringLiteral("/"),
-                            QStringLiteral("3"), QStringLiteral("trigger="), QStringLiteral("0"),
-                            QStringLiteral("raw="), QStringLiteral("0")));
+                ElementsAre(u"Stream state: expoTime(us)="_qs, u"2000"_qs, u"autoExpo="_qs, u"0"_qs,
+                            u"speed="_qs, u"3"_qs, u"/"_qs, u"3"_qs, u"trigger="_qs, u"0"_qs,
+                            u"raw="_qs, u"0"_qs));
     EXPECT_THAT(records[2].items,
-                ElementsAre(QStringLiteral("USB flags: usb30="), QStringLiteral("true"),
-                            QStringLiteral("over_usb20="), QStringLiteral("false"),
-                            QStringLiteral("usb32_over_usb30="), QStringLiteral("false")));
+                ElementsAre(u"USB flags: usb30="_qs, u"true"_qs, u"over_usb20="_qs, u"false"_qs,
+                            u"usb32_over_usb30="_qs, u"false"_qs));
     for (const PLogRecord& record : records)
-        EXPECT_EQ(record.function, QStringLiteral("virtual bool PTDevice::tryStartStream()"));
+        EXPECT_EQ(record.function, u"virtual bool PTDevice::tryStartStream()"_qs);
 }
 
 TEST_F(PTDeviceStream, a_refused_start_is_false_and_all_three_lines_are_written) {
     ToupcamSim_failCall("Toupcam_StartPushMode", 0, 1, E_FAIL);
     EXPECT_FALSE(device->tryStartStream());
     ASSERT_EQ(ptTexts(log).size(), 3);
-    EXPECT_EQ(ptTexts(log).first(), QStringLiteral("Toupcam_StartPushMode started: false"));
+    EXPECT_EQ(ptTexts(log).first(), u"Toupcam_StartPushMode started: false"_qs);
 }
 
 TEST_F(PTDeviceStream, state_that_cannot_be_read_is_logged_as_it_starts) {
@@ -122,8 +118,8 @@ TEST_F(PTDeviceStream, state_that_cannot_be_read_is_logged_as_it_starts) {
                                  "Toupcam_get_Speed", "Toupcam_get_Option"})
         ToupcamSim_failCall(function, 0, 0, E_FAIL);
     EXPECT_TRUE(device->tryStartStream());
-    EXPECT_TRUE(log.contains(QStringLiteral(
-        "Stream state: expoTime(us)= 0 autoExpo= -1 speed= 0 / 3 trigger= -1 raw= -1")));
+    EXPECT_TRUE(log.contains(
+        u"Stream state: expoTime(us)= 0 autoExpo= -1 speed= 0 / 3 trigger= -1 raw= -1"_qs));
     EXPECT_TRUE(device->tryStopStream());
 }
 
@@ -139,8 +135,8 @@ TEST_F(PTDeviceStream, the_usb_flags_of_the_model_are_logged) {
     loadScene({SimCameraText().withFlags(R"("0x0800000000000100")")});
     device = open();
     EXPECT_TRUE(device->tryStartStream());
-    EXPECT_TRUE(log.contains(
-        QStringLiteral("USB flags: usb30= false over_usb20= true usb32_over_usb30= true")));
+    EXPECT_TRUE(
+        log.contains(u"USB flags: usb30= false over_usb20= true usb32_over_usb30= true"_qs));
     EXPECT_TRUE(device->tryStopStream());
 }
 
@@ -255,13 +251,13 @@ TEST_F(PTDeviceStream, every_image_live_or_still_carries_exactly_the_snapshot_en
     push(std::vector<unsigned char>(24), headerOf(4, 2, 24), 42);
     ASSERT_EQ(list.images.size(), 1);
     ASSERT_EQ(stills.count(), 2);
-    const QMap<QString, QVariant> live{{QStringLiteral("snapshot"), QVariant(false)}};
-    const QMap<QString, QVariant> still{{QStringLiteral("snapshot"), QVariant(true)}};
+    const QMap<QString, QVariant> live{{u"snapshot"_qs, QVariant(false)}};
+    const QMap<QString, QVariant> still{{u"snapshot"_qs, QVariant(true)}};
     EXPECT_EQ(list.images[0].metaInformation(), live);
     for (const QList<QVariant>& arguments : stills)
         EXPECT_EQ(arguments.value(0).value<PDeviceFrame>().image.metaInformation(), still);
     // A number would compare equal.
-    const QVariant entry = list.images[0].metaInformation().value(QStringLiteral("snapshot"));
+    const QVariant entry = list.images[0].metaInformation().value(u"snapshot"_qs);
     EXPECT_EQ(entry.typeId(), QMetaType::Bool);
 }
 
@@ -306,7 +302,7 @@ TEST_F(PTDeviceStream, a_frame_takes_memory_for_one_copy_and_no_more) {
 TEST_F(PTDeviceStream, a_start_and_a_stop_with_positive_results_have_worked) {
     ToupcamSim_failCall("Toupcam_StartPushMode", 0, 1, S_FALSE);
     EXPECT_TRUE(device->tryStartStream());
-    EXPECT_TRUE(log.contains(QStringLiteral("Toupcam_StartPushMode started: true")));
+    EXPECT_TRUE(log.contains(u"Toupcam_StartPushMode started: true"_qs));
     ToupcamSim_failCall("Toupcam_Stop", 0, 1, S_FALSE);
     EXPECT_TRUE(device->tryStopStream());
     ToupcamSim_failCall("Toupcam_Stop", 0, 1, E_FAIL);

@@ -99,8 +99,7 @@ TEST_F(PTExtendedExposureTest, a_software_trigger_sends_the_time_without_auto_ex
     EXPECT_THAT(SimJournal::lines(), ElementsAre("Toupcam_put_AutoExpoEnable(h1, 0) = 0",
                                                  "Toupcam_put_ExpoTime(h1, 62003004) = 0",
                                                  "Toupcam_put_Option(h1, 11, 1) = 0"));
-    EXPECT_THAT(ptTexts(log),
-                ElementsAre(QStringLiteral("[Toupcam] Activate software trigger mode")));
+    EXPECT_THAT(ptTexts(log), ElementsAre(u"[Toupcam] Activate software trigger mode"_qs));
 }
 
 TEST_F(PTExtendedExposureTest, an_external_trigger_is_the_other_option) {
@@ -109,8 +108,7 @@ TEST_F(PTExtendedExposureTest, an_external_trigger_is_the_other_option) {
     property()->trySetValueToDevice(d);
     EXPECT_THAT(SimJournal::calls("Toupcam_put_Option"),
                 ElementsAre("Toupcam_put_Option(h1, 11, 2) = 0"));
-    EXPECT_THAT(ptTexts(log),
-                ElementsAre(QStringLiteral("[Toupcam] Activate hardware trigger mode")));
+    EXPECT_THAT(ptTexts(log), ElementsAre(u"[Toupcam] Activate hardware trigger mode"_qs));
 }
 
 TEST_F(PTExtendedExposureTest, an_unknown_trigger_is_logged_stored_and_changes_no_option) {
@@ -118,8 +116,7 @@ TEST_F(PTExtendedExposureTest, an_unknown_trigger_is_logged_stored_and_changes_n
     d.triggermode = 7;
     EXPECT_TRUE(property()->trySetValueToDevice(d));
     EXPECT_THAT(SimJournal::calls("Toupcam_put_Option"), IsEmpty());
-    EXPECT_THAT(ptTexts(log),
-                ElementsAre(QStringLiteral("[Toupcam] Unknown trigger mode trigger mode")));
+    EXPECT_THAT(ptTexts(log), ElementsAre(u"[Toupcam] Unknown trigger mode trigger mode"_qs));
     EXPECT_EQ(property()->value(), d);
 }
 
@@ -136,7 +133,7 @@ TEST_F(PTExtendedExposureTest, something_else_is_written_as_the_default_record) 
     d.target = 55;
     property()->trySetValueToDevice(d);
     SimJournal::clear();
-    EXPECT_TRUE(property()->trySetValue(QStringLiteral("bright")));
+    EXPECT_TRUE(property()->trySetValue(u"bright"_qs));
     EXPECT_THAT(SimJournal::lines(), ElementsAre("Toupcam_put_Option(h1, 11, 0) = 0",
                                                  "Toupcam_put_AutoExpoEnable(h1, 1) = 0",
                                                  "Toupcam_put_AutoExpoTarget(h1, 100) = 0",
@@ -167,12 +164,11 @@ TEST_P(PTExtendedExposureFailedCall, is_logged_and_the_others_are_made_all_the_s
     ToupcamSim_failCall(GetParam().function, 0, 0, E_FAIL);
     EXPECT_TRUE(property()->trySetValueToDevice(d));
     EXPECT_EQ(SimJournal::lines().size(), d.capturemode == 0 ? 5U : 3U);
-    const QString text = QStringLiteral("Failed TOUPCAM_OP: ") + QLatin1String(GetParam().text);
+    const QString text = u"Failed TOUPCAM_OP: "_qs + QLatin1String(GetParam().text);
     const QList<PLogRecord> records = ptRecords(log, text);
     ASSERT_EQ(records.size(), 1) << ptTexts(log).join(u'\n').toStdString();
     EXPECT_EQ(records.first().function,
-              QStringLiteral(
-                  "virtual bool PTExtendedExposure::trySetValueToDevice(ExtendedExposureData)"));
+              u"virtual bool PTExtendedExposure::trySetValueToDevice(ExtendedExposureData)"_qs);
     EXPECT_EQ(property()->value(), d);
 }
 
@@ -246,12 +242,11 @@ TEST_F(PTExtendedExposureTest, what_cannot_be_read_is_logged_and_zero) {
     EXPECT_FALSE(d.autoexpenabled);
     EXPECT_EQ(d.target, 0);
     EXPECT_EQ(d.seconds, 5);
-    EXPECT_THAT(
-        ptTexts(log),
-        ElementsAre(QStringLiteral("Failed TOUPCAM_OP: Toupcam_get_ExpoTime(m_h, &time)"),
-                    QStringLiteral("Failed TOUPCAM_OP: Toupcam_get_ExpoAGain(m_h, &gain)"),
-                    QStringLiteral("Failed TOUPCAM_OP: Toupcam_get_AutoExpoEnable(m_h, &autoexp)"),
-                    QStringLiteral("Failed TOUPCAM_OP: Toupcam_get_AutoExpoTarget(m_h, &target)")));
+    EXPECT_THAT(ptTexts(log),
+                ElementsAre(u"Failed TOUPCAM_OP: Toupcam_get_ExpoTime(m_h, &time)"_qs,
+                            u"Failed TOUPCAM_OP: Toupcam_get_ExpoAGain(m_h, &gain)"_qs,
+                            u"Failed TOUPCAM_OP: Toupcam_get_AutoExpoEnable(m_h, &autoexp)"_qs,
+                            u"Failed TOUPCAM_OP: Toupcam_get_AutoExpoTarget(m_h, &target)"_qs));
 }
 
 TEST_F(PTExtendedExposureTest, there_is_no_range) {
@@ -264,25 +259,24 @@ TEST_F(PTExtendedExposureTest, there_is_no_range) {
 // ---- Construction.
 
 TEST_F(PTExtendedExposureTest, starts_with_the_defaults_and_asks_for_both_ranges) {
-    const PTExtendedExposure fresh(device->sdkHandle(), "id", QStringLiteral("title"));
+    const PTExtendedExposure fresh(device->sdkHandle(), "id", u"title"_qs);
     EXPECT_EQ(fresh.valueInner(), QVariant::fromValue(ExtendedExposureData()));
-    EXPECT_EQ(fresh.title(), QStringLiteral("title"));
+    EXPECT_EQ(fresh.title(), u"title"_qs);
     EXPECT_EQ(int(fresh.type()), 1);
     EXPECT_THAT(SimJournal::lines(),
                 ElementsAre(HasSubstr("Toupcam_get_ExpTimeRange(h1, 50, 100000000, 10000) = 0"),
                             HasSubstr("Toupcam_get_ExpoAGainRange(h1, 100, 500, 100) = 0")));
-    EXPECT_TRUE(log.contains(QStringLiteral("Expotime 50 100000000"), QStringLiteral("qt")));
+    EXPECT_TRUE(log.contains(u"Expotime 50 100000000"_qs, u"qt"_qs));
 }
 
 TEST_F(PTExtendedExposureTest, ranges_that_are_not_told_are_logged_and_no_obstacle) {
     ToupcamSim_failCall("Toupcam_get_ExpTimeRange", 0, 1, E_FAIL);
     ToupcamSim_failCall("Toupcam_get_ExpoAGainRange", 0, 1, E_FAIL);
     const PTExtendedExposure fresh(device->sdkHandle(), "id", QString());
-    EXPECT_THAT(ptTexts(log),
-                ElementsAre(QStringLiteral("Failed TOUPCAM_OP: Toupcam_get_ExpTimeRange(m_h, "
-                                           "&uMinTime, &uMaxTime, &ndef)"),
-                            QStringLiteral("Failed TOUPCAM_OP: Toupcam_get_ExpoAGainRange(m_h, "
-                                           "&uGainMin, &uGainMax, &uGainDef)")));
+    EXPECT_THAT(ptTexts(log), ElementsAre(u"Failed TOUPCAM_OP: Toupcam_get_ExpTimeRange(m_h, "
+                                          "&uMinTime, &uMaxTime, &ndef)"_qs,
+                                          u"Failed TOUPCAM_OP: Toupcam_get_ExpoAGainRange(m_h, "
+                                          "&uGainMin, &uGainMax, &uGainDef)"_qs));
 }
 
 // ---- The record.

@@ -62,15 +62,15 @@ TEST_F(PTFanPropertyTest, a_fan_that_cannot_be_read_is_neither_on_nor_off) {
 TEST_F(PTFanPropertyTest, on_sends_the_speed) {
     EXPECT_TRUE(property()->trySetValueToDevice({1, 4}));
     EXPECT_THAT(SimJournal::lines(), ElementsAre("Toupcam_put_Option(h1, 7, 4) = 0"));
-    EXPECT_TRUE(log.contains(QStringLiteral("Set value to device: 1 4")));
-    EXPECT_TRUE(log.contains(QStringLiteral("Assign fan speed: 4")));
+    EXPECT_TRUE(log.contains(u"Set value to device: 1 4"_qs));
+    EXPECT_TRUE(log.contains(u"Assign fan speed: 4"_qs));
 }
 
 TEST_F(PTFanPropertyTest, off_sends_0_and_ignores_the_speed) {
     property()->setValue(QVariant::fromValue(FANDATA{0, 5}));
     EXPECT_THAT(SimJournal::lines(), ElementsAre("Toupcam_put_Option(h1, 7, 0) = 0"));
     EXPECT_EQ(property()->valueInner(), QVariant::fromValue(FANDATA{0, 5}));
-    EXPECT_FALSE(log.contains(QStringLiteral("Assign fan speed: 5")));
+    EXPECT_FALSE(log.contains(u"Assign fan speed: 5"_qs));
 }
 
 TEST_F(PTFanPropertyTest, on_with_speed_0_sends_0_and_stays_on) {
@@ -81,18 +81,19 @@ TEST_F(PTFanPropertyTest, on_with_speed_0_sends_0_and_stays_on) {
 
 TEST_F(PTFanPropertyTest, a_refused_speed_is_logged_and_kept_as_the_value) {
     property()->setValue(QVariant::fromValue(FANDATA{1, 99}));
-    EXPECT_THAT(ptTexts(log),
-                testing::Contains(QStringLiteral(
-                    "Failed TOUPCAM_OP: Toupcam_put_Option(m_h, TOUPCAM_OPTION_FAN, d.target)")));
+    EXPECT_THAT(
+        ptTexts(log),
+        testing::Contains(
+            u"Failed TOUPCAM_OP: Toupcam_put_Option(m_h, TOUPCAM_OPTION_FAN, d.target)"_qs));
     EXPECT_EQ(property()->valueInner(), QVariant::fromValue(FANDATA{1, 99}));
 }
 
 TEST_F(PTFanPropertyTest, a_refused_switching_off_is_logged_and_kept_as_the_value) {
     ToupcamSim_failCall("Toupcam_put_Option", 0, 1, E_FAIL);
     property()->setValue(QVariant::fromValue(FANDATA{0, 2}));
-    EXPECT_THAT(ptTexts(log),
-                testing::Contains(QStringLiteral(
-                    "Failed TOUPCAM_OP: Toupcam_put_Option(m_h, TOUPCAM_OPTION_FAN, 0)")));
+    EXPECT_THAT(
+        ptTexts(log),
+        testing::Contains(u"Failed TOUPCAM_OP: Toupcam_put_Option(m_h, TOUPCAM_OPTION_FAN, 0)"_qs));
     EXPECT_EQ(property()->valueInner(), QVariant::fromValue(FANDATA{0, 2}));
 }
 
@@ -106,7 +107,7 @@ TEST_F(PTFanPropertyTest, positive_results_are_not_failures) {
 }
 
 TEST_F(PTFanPropertyTest, something_else_is_a_fan_that_is_not_known) {
-    EXPECT_EQ(property()->convertToT(QStringLiteral("fast")), (FANDATA{-1, 0}));
+    EXPECT_EQ(property()->convertToT(u"fast"_qs), (FANDATA{-1, 0}));
     EXPECT_EQ(property()->convertToT(QVariant::fromValue(FANDATA{1, 2})), (FANDATA{1, 2}));
 }
 

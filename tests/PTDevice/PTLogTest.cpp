@@ -18,7 +18,7 @@ class PTLogRecords : public testing::Test {
 protected:
     /// The plugin's only record; an empty one, and the test fails, if there are more or fewer.
     PLogRecord onlyRecord() const {
-        const QList<PLogRecord> records = log.records(QStringLiteral("PTDevice"));
+        const QList<PLogRecord> records = log.records(u"PTDevice"_qs);
         EXPECT_EQ(records.size(), 1);
         return records.size() == 1 ? records.first() : PLogRecord();
     }
@@ -34,31 +34,30 @@ TEST_F(PTLogRecords, a_failed_call_is_made_once_and_logged_as_it_is_written) {
     const int line = __LINE__ - 1;
     EXPECT_EQ(calls, 1);
     const PLogRecord record = onlyRecord();
-    EXPECT_EQ(record.items, (QStringList{QStringLiteral("Failed TOUPCAM_OP:"),
-                                         QStringLiteral("sdkCall(-1, &calls)")}));
+    EXPECT_EQ(record.items, (QStringList{u"Failed TOUPCAM_OP:"_qs, u"sdkCall(-1, &calls)"_qs}));
     EXPECT_EQ(record.level, PLogLevel::Warning);
     EXPECT_EQ(record.line, line);
-    EXPECT_TRUE(record.file.endsWith(QStringLiteral("PTLogTest.cpp")));
-    EXPECT_TRUE(record.function.contains(QStringLiteral("TestBody")));
+    EXPECT_TRUE(record.file.endsWith(u"PTLogTest.cpp"_qs));
+    EXPECT_TRUE(record.function.contains(u"TestBody"_qs));
 }
 
 TEST_F(PTLogRecords, a_call_with_any_success_code_is_made_once_and_not_logged) {
     PT_OP(sdkCall(0, &calls));
     PT_OP(sdkCall(1, &calls));
     EXPECT_EQ(calls, 2);
-    EXPECT_TRUE(log.records(QStringLiteral("PTDevice")).isEmpty());
+    EXPECT_TRUE(log.records(u"PTDevice"_qs).isEmpty());
 }
 
 TEST_F(PTLogRecords, a_failed_call_can_be_known_by_another_function_and_line) {
     PT_OP_IN("void f(int)", 141, sdkCall(-1, &calls));
     const PLogRecord record = onlyRecord();
-    EXPECT_EQ(record.function, QStringLiteral("void f(int)"));
+    EXPECT_EQ(record.function, u"void f(int)"_qs);
     EXPECT_EQ(record.line, 141);
 }
 
 TEST_F(PTLogRecords, a_failed_call_can_be_logged_with_another_text) {
     PT_OP_AS("void f(int)", 141, "sdkCall(-1)", sdkCall(-1, &calls));
-    EXPECT_EQ(onlyRecord().text(), QStringLiteral("Failed TOUPCAM_OP: sdkCall(-1)"));
+    EXPECT_EQ(onlyRecord().text(), u"Failed TOUPCAM_OP: sdkCall(-1)"_qs);
 }
 
 TEST_F(PTLogRecords, a_record_can_be_known_by_a_line_of_its_own) {
@@ -70,5 +69,5 @@ TEST_F(PTLogRecords, a_record_can_be_known_by_a_line_of_its_own) {
 
 TEST_F(PTLogRecords, a_signature_has_one_spelling_whichever_compiler_spelled_it) {
     PT_LOG_IN("QWidget* f(const PImage&, void**)") << "here";
-    EXPECT_EQ(onlyRecord().function, QStringLiteral("QWidget *f(const PImage &, void **)"));
+    EXPECT_EQ(onlyRecord().function, u"QWidget *f(const PImage &, void **)"_qs);
 }

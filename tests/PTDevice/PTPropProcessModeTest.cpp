@@ -13,8 +13,7 @@ using testing::ElementsAre;
 namespace {
 
 QUuid idWithLastByte(int last) {
-    return QUuid(QStringLiteral("{00000000-0000-0000-0000-0000000000%1}")
-                     .arg(last, 2, 16, QLatin1Char('0')));
+    return QUuid(u"{00000000-0000-0000-0000-0000000000%1}"_qs.arg(last, 2, 16, QChar(u'0')));
 }
 
 class PTPropProcessModes : public SimFixture {
@@ -150,7 +149,7 @@ TEST_F(PTPropProcessModes, a_binning_of_0_reads_as_no_binning) {
     ToupcamSim_answerOption(TOUPCAM_OPTION_BINNING, 0);
     const QVariant value = property("binning")->tryGetValue();
     EXPECT_EQ(value, QVariant::fromValue(QUuid()));
-    EXPECT_EQ(itemWithId("binning", value).title, QStringLiteral("No binning"));
+    EXPECT_EQ(itemWithId("binning", value).title, u"No binning"_qs);
 }
 
 TEST_F(PTPropProcessModes, what_is_read_is_looked_up_in_its_own_items_whatever_the_host_holds) {
@@ -189,7 +188,7 @@ TEST_F(PTPropProcessModes,
     ToupcamSim_failCall("Toupcam_get_Option", 0, 1, E_FAIL); // leaves 0, which is not in the list
     const QVariant value = property("binning")->tryGetValue();
     EXPECT_EQ(value, QVariant::fromValue(QUuid()));
-    EXPECT_EQ(itemWithId("binning", value).title, QStringLiteral("No binning"));
+    EXPECT_EQ(itemWithId("binning", value).title, u"No binning"_qs);
 }
 
 TEST_F(PTPropProcessModes, the_range_is_given_without_a_call) {
@@ -213,9 +212,9 @@ namespace {
 
 PEnumeration frequencies() {
     PEnumeration items;
-    items.addItem(idWithLastByte(0), QStringLiteral("60"), QStringLiteral("60 Hz"), "0");
-    items.addItem(idWithLastByte(1), QStringLiteral("50"), QStringLiteral("50 Hz"), "1");
-    items.addItem(idWithLastByte(2), QStringLiteral("bad"), QStringLiteral("bad"), "77");
+    items.addItem(idWithLastByte(0), u"60"_qs, u"60 Hz"_qs, "0");
+    items.addItem(idWithLastByte(1), u"50"_qs, u"50 Hz"_qs, "1");
+    items.addItem(idWithLastByte(2), u"bad"_qs, u"bad"_qs, "77");
     return items;
 }
 
@@ -240,9 +239,9 @@ TEST_F(PTPropProcessModes, light_frequency_is_taken_exactly_if_the_result_is_not
 }
 
 TEST_F(PTPropProcessModes, light_frequency_is_a_choice_of_the_items_it_was_given) {
-    PTPropBackligtComp light(device->sdkHandle(), "hz", QStringLiteral("Light"), 7, frequencies());
+    PTPropBackligtComp light(device->sdkHandle(), "hz", u"Light"_qs, 7, frequencies());
     EXPECT_EQ(light.id(), "hz");
-    EXPECT_EQ(light.title(), QStringLiteral("Light"));
+    EXPECT_EQ(light.title(), u"Light"_qs);
     EXPECT_EQ(light.type(), PCD::DevicePropertyType(10));
     EXPECT_EQ(light.tryGetRange(), QVariant::fromValue(frequencies()));
     EXPECT_THAT(SimJournal::lines(), testing::IsEmpty()) << "which costs no call";
@@ -263,8 +262,8 @@ TEST_F(PTPropProcessModes, a_light_frequency_is_looked_up_in_the_hosts_range_whe
 
 TEST_F(PTPropProcessModes, a_light_frequency_that_cannot_be_read_is_0) {
     PEnumeration items;
-    items.addItem(idWithLastByte(0), QStringLiteral("50"), QStringLiteral("50 Hz"), "1");
-    items.addItem(idWithLastByte(1), QStringLiteral("60"), QStringLiteral("60 Hz"), "0");
+    items.addItem(idWithLastByte(0), u"50"_qs, u"50 Hz"_qs, "1");
+    items.addItem(idWithLastByte(1), u"60"_qs, u"60 Hz"_qs, "0");
     PTPropBackligtComp light(device->sdkHandle(), "hz", QString(), 0, items);
     ToupcamSim_failCall("Toupcam_get_HZ", 0, 1, E_FAIL);
     EXPECT_EQ(light.tryGetValue(), QVariant::fromValue(idWithLastByte(1)));
@@ -272,15 +271,15 @@ TEST_F(PTPropProcessModes, a_light_frequency_that_cannot_be_read_is_0) {
 
 TEST_F(PTPropProcessModes, a_light_frequency_that_no_item_has_reads_as_the_null_id) {
     PEnumeration items;
-    items.addItem(idWithLastByte(3), QStringLiteral("50"), QStringLiteral("50 Hz"), "1");
+    items.addItem(idWithLastByte(3), u"50"_qs, u"50 Hz"_qs, "1");
     PTPropBackligtComp light(device->sdkHandle(), "hz", QString(), 0, items);
     EXPECT_EQ(light.tryGetValue(), QVariant::fromValue(QUuid()));
 }
 
 TEST_F(PTPropProcessModes, an_option_that_cannot_be_read_is_0) {
     PEnumeration items;
-    items.addItem(idWithLastByte(0), QStringLiteral("on"), QStringLiteral("on"), "1");
-    items.addItem(idWithLastByte(1), QStringLiteral("off"), QStringLiteral("off"), "0");
+    items.addItem(idWithLastByte(0), u"on"_qs, u"on"_qs, "1");
+    items.addItem(idWithLastByte(1), u"off"_qs, u"off"_qs, "0");
     PTPropProcessMode choice(device->sdkHandle(), "choice", QString(), TOUPCAM_OPTION_WBGAIN,
                              items);
     ToupcamSim_failCall("Toupcam_get_Option", 0, 1, E_FAIL);

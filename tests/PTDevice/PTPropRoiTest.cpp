@@ -75,7 +75,7 @@ TEST_F(PTPropRoi, the_range_is_the_sensor_at_the_resolution_in_use) {
 TEST_F(PTPropRoi, the_range_is_empty_and_logged_if_the_camera_has_no_resolution_in_use) {
     ToupcamSim_failCall("Toupcam_get_eSize", 0, 1, S_FALSE); // not a failure, but no index either
     EXPECT_EQ(range(), PScanAreaRange());
-    EXPECT_EQ(ptLastText(log), QStringLiteral("ScanAreaRange: 4294967295"));
+    EXPECT_EQ(ptLastText(log), u"ScanAreaRange: 4294967295"_qs);
 }
 
 TEST_F(PTPropRoi, a_resolution_that_is_read_with_a_positive_result_is_not_logged_as_failed) {
@@ -91,7 +91,7 @@ TEST_F(PTPropRoi, a_resolution_that_cannot_be_read_is_logged_and_gives_a_range_a
     EXPECT_EQ(whole.bounds.bottomRight(), QPoint(-2, -2)); // what the camera left: -1 by -1 pixels
     EXPECT_EQ(whole.widthStep, 4);
     EXPECT_EQ(ptLastText(log),
-              QStringLiteral("Failed TOUPCAM_OP: Toupcam_get_Resolution(m_handle, n, &w, &h)"));
+              u"Failed TOUPCAM_OP: Toupcam_get_Resolution(m_handle, n, &w, &h)"_qs);
 }
 
 TEST_F(PTPropRoi, an_index_that_cannot_be_read_is_asked_for_its_size_all_the_same) {

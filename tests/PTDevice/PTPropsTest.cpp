@@ -30,7 +30,7 @@ protected:
     Toupcam_t* handle() const { return device->sdkHandle(); }
     /// The device as the SDK has it.
     QString contextText() const {
-        return QStringLiteral("0x%1").arg(quintptr(static_cast<PDevice*>(device.get())), 0, 16);
+        return u"0x%1"_qs.arg(quintptr(static_cast<PDevice*>(device.get())), 0, 16);
     }
     PDeviceProperty* property(const char* id) const { return propertyOf(*device, id); }
 
@@ -204,16 +204,16 @@ TEST_F(PTProps, what_the_camera_does_not_tell_reads_as_nothing) {
 
 TEST_F(PTProps, one_push_hands_the_device_to_the_sdk_and_always_succeeds) {
     std::size_t pushesBefore = 99;
-    const AtRecord logged(QStringLiteral("Context:"),
+    const AtRecord logged(u"Context:"_qs,
                           [&] { pushesBefore = SimJournal::calls("Toupcam_AwbOnePush").size(); });
     log.clear();
     EXPECT_TRUE(property("awbonce")->trySetValue(QVariant())); // no stream: the camera refuses
     EXPECT_EQ(SimJournal::calls("Toupcam_AwbOnePush").size(), 1U);
     EXPECT_EQ(pushesBefore, 0U) << "the line comes first";
-    const QList<PLogRecord> records = log.records(QStringLiteral("PTDevice"));
+    const QList<PLogRecord> records = log.records(u"PTDevice"_qs);
     ASSERT_EQ(records.size(), 1);
-    EXPECT_EQ(records[0].items, (QStringList{QStringLiteral("Context:"), contextText()}));
-    EXPECT_EQ(records[0].function, QStringLiteral("virtual bool PTAWBOnce::trySetValueToDevice()"));
+    EXPECT_EQ(records[0].items, (QStringList{u"Context:"_qs, contextText()}));
+    EXPECT_EQ(records[0].function, u"virtual bool PTAWBOnce::trySetValueToDevice()"_qs);
 }
 
 TEST_F(PTProps, a_finished_one_push_has_tint_read_first_and_then_temp_each_later) {
@@ -226,7 +226,7 @@ TEST_F(PTProps, a_finished_one_push_has_tint_read_first_and_then_temp_each_later
     cbWbOnce(1, 2, static_cast<PDevice*>(device.get()));
     EXPECT_TRUE(order.isEmpty()); // not from the SDK's thread
     QCoreApplication::processEvents();
-    EXPECT_EQ(order, (QStringList{QStringLiteral("tint"), QStringLiteral("temp")}));
+    EXPECT_EQ(order, (QStringList{u"tint"_qs, u"temp"_qs}));
     EXPECT_EQ(property("temp")->valueInner(), QVariant(5000));
     EXPECT_EQ(property("tint")->valueInner(), QVariant(1234));
 }
@@ -234,10 +234,10 @@ TEST_F(PTProps, a_finished_one_push_has_tint_read_first_and_then_temp_each_later
 TEST_F(PTProps, a_finished_one_push_is_logged_with_its_context) {
     log.clear();
     cbWbOnce(1, 2, static_cast<PDevice*>(device.get()));
-    const QList<PLogRecord> records = log.records(QStringLiteral("PTDevice"));
+    const QList<PLogRecord> records = log.records(u"PTDevice"_qs);
     ASSERT_EQ(records.size(), 1);
-    EXPECT_EQ(records[0].items, (QStringList{QStringLiteral("WB Once callback"), contextText()}));
-    EXPECT_EQ(records[0].function, QStringLiteral("void cbWbOnce(const int, const int, void *)"));
+    EXPECT_EQ(records[0].items, (QStringList{u"WB Once callback"_qs, contextText()}));
+    EXPECT_EQ(records[0].function, u"void cbWbOnce(const int, const int, void *)"_qs);
 }
 
 TEST_F(PTProps, a_finished_one_push_without_the_properties_does_nothing) {

@@ -127,8 +127,8 @@ TEST_F(PTStreamThreadTest, the_fifth_image_without_a_consumer_clears_the_four_an
     EXPECT_THAT(log.texts(), IsEmpty());
     device->postprocImage(PImage());
     EXPECT_EQ(queuedImages(), 1);
-    EXPECT_THAT(log.texts(), ElementsAre(QStringLiteral("Clear data: 4")));
-    EXPECT_THAT(debugTexts(log), ElementsAre(QStringLiteral("Clear data: 4")));
+    EXPECT_THAT(log.texts(), ElementsAre(u"Clear data: 4"_qs));
+    EXPECT_THAT(debugTexts(log), ElementsAre(u"Clear data: 4"_qs));
 }
 
 TEST_F(PTStreamThreadTest, stopping_clears_the_images_and_leaves_the_events) {
@@ -145,20 +145,18 @@ TEST_F(PTStreamThreadTest, stopping_clears_the_images_and_leaves_the_events) {
 
 TEST_F(PTStreamThreadTest, with_an_empty_queue_the_loop_goes_on_until_it_is_stopped) {
     ASSERT_TRUE(device->pullThread()->startThread().isOk());
-    ASSERT_TRUE(
-        waitUntil([&] { return log.contains(QStringLiteral("PTStreamThread run loop entered")); }));
+    ASSERT_TRUE(waitUntil([&] { return log.contains(u"PTStreamThread run loop entered"_qs); }));
     EXPECT_FALSE(device->pullThread()->wait(30)) << "it must not end by itself";
     EXPECT_TRUE(device->pullThread()->stopThread().isOk());
     EXPECT_TRUE(device->pullThread()->isFinished());
-    const auto records = ptRecords(log, QStringLiteral("PTStreamThread run loop entered"));
+    const auto records = ptRecords(log, u"PTStreamThread run loop entered"_qs);
     ASSERT_EQ(records.size(), 1);
-    EXPECT_EQ(records[0].function, QStringLiteral("virtual void PTStreamThread::run()"));
+    EXPECT_EQ(records[0].function, u"virtual void PTStreamThread::run()"_qs);
 }
 
 TEST_F(PTStreamThreadTest, the_loop_runs_at_high_priority) {
     ASSERT_TRUE(device->pullThread()->startThread().isOk());
-    ASSERT_TRUE(
-        waitUntil([&] { return log.contains(QStringLiteral("PTStreamThread run loop entered")); }));
+    ASSERT_TRUE(waitUntil([&] { return log.contains(u"PTStreamThread run loop entered"_qs); }));
     EXPECT_EQ(device->pullThread()->priority(), QThread::HighPriority);
 }
 
@@ -186,8 +184,7 @@ INSTANTIATE_TEST_SUITE_P(Rows, PTStreamThreadCode,
 TEST_F(PTStreamThreadTest, a_live_event_without_a_frame_is_logged_with_the_result) {
     device->postprocEvt(TOUPCAM_EVENT_IMAGE);
     consumeEvents();
-    const QString text =
-        QStringLiteral("Toupcam_PullImageV2 (info) failed, code: %1").arg(int(E_UNEXPECTED));
+    const QString text = u"Toupcam_PullImageV2 (info) failed, code: %1"_qs.arg(int(E_UNEXPECTED));
     ASSERT_EQ(ptRecords(log, text).size(), 1) << qPrintable(ptTexts(log).join(u'\n'));
     EXPECT_EQ(ptRecords(log, text)[0].items.size(), 2);
 }
@@ -249,7 +246,7 @@ TEST_F(PTStreamThreadTest, a_still_picture_is_pulled_and_arrives_as_a_snapshot_i
     EXPECT_TRUE(device->triggerStillCapture());
     ASSERT_TRUE(waitUntil([&] { return stills.count() == 1; }));
     device->pullThread()->stopThread();
-    EXPECT_TRUE(log.contains(QStringLiteral("still image event")));
+    EXPECT_TRUE(log.contains(u"still image event"_qs));
     const PImage image = stills.at(0).at(0).value<PDeviceFrame>().image;
     EXPECT_EQ(image.format(), PDIP::ColorFormat(2));
     const QImage picture = image.toQImage();
@@ -265,10 +262,10 @@ TEST_F(PTStreamThreadTest, a_still_picture_is_pulled_and_arrives_as_a_snapshot_i
 TEST_F(PTStreamThreadTest, a_still_whose_first_pull_fails_is_logged_as_1) {
     device->postprocEvt(TOUPCAM_EVENT_STILLIMAGE);
     consumeEvents();
-    EXPECT_THAT(ptTexts(log),
-                testing::IsSupersetOf(
-                    {QStringLiteral("still image event"),
-                     QStringLiteral("Failed to pull still image [1]: %1").arg(int(E_UNEXPECTED))}));
+    EXPECT_THAT(
+        ptTexts(log),
+        testing::IsSupersetOf({u"still image event"_qs,
+                               u"Failed to pull still image [1]: %1"_qs.arg(int(E_UNEXPECTED))}));
     EXPECT_THAT(debugTexts(log), IsEmpty());
 }
 
@@ -279,7 +276,7 @@ TEST_F(PTStreamThreadTest, a_still_whose_second_pull_fails_is_logged_as_2_and_no
     startPulling();
     ASSERT_TRUE(waitUntil([&] { return device->frameLedger().produced >= 1; }));
     EXPECT_TRUE(device->triggerStillCapture());
-    const QString text = QStringLiteral("Failed to pull still image [2]: %1").arg(int(E_FAIL));
+    const QString text = u"Failed to pull still image [2]: %1"_qs.arg(int(E_FAIL));
     ASSERT_TRUE(waitUntil([&] { return log.contains(text); }));
     device->pullThread()->stopThread();
     EXPECT_EQ(stills.count(), 0);
@@ -328,11 +325,10 @@ TEST_P(PTStreamThreadOtherSize, in_the_second_pull_drops_the_frame_with_a_line) 
     EXPECT_EQ(count(PFrameOutcome::BadSize), 1u);
     EXPECT_EQ(device->frameLedger().produced, 1u);
     EXPECT_EQ(ptLastText(log),
-              QStringLiteral("Frame dropped, pulled as %1 x %2 but announced as 64 x 48")
-                  .arg(GetParam().width)
+              u"Frame dropped, pulled as %1 x %2 but announced as 64 x 48"_qs.arg(GetParam().width)
                   .arg(GetParam().height));
     ASSERT_EQ(debugTexts(log).size(), 1) << "its debug line is written";
-    EXPECT_TRUE(debugTexts(log).first().startsWith(QStringLiteral("pull image: PImage(64x48")));
+    EXPECT_TRUE(debugTexts(log).first().startsWith(u"pull image: PImage(64x48"_qs));
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, PTStreamThreadOtherSize,
@@ -349,11 +345,10 @@ TEST_F(PTStreamThreadTest, a_still_whose_second_pull_reports_another_size_is_dro
     pullOneStill();
     EXPECT_EQ(stills.count(), 0);
     EXPECT_EQ(count(PFrameOutcome::BadSize), 1u);
-    const QString text =
-        QStringLiteral("Frame dropped, pulled as 64 x 24 but announced as 64 x 48");
+    const QString text = u"Frame dropped, pulled as 64 x 24 but announced as 64 x 48"_qs;
     const QList<PLogRecord> records = ptRecords(log, text);
     ASSERT_EQ(records.size(), 1);
-    EXPECT_EQ(records[0].function, QStringLiteral("virtual void PTStreamThread::run()"));
+    EXPECT_EQ(records[0].function, u"virtual void PTStreamThread::run()"_qs);
 }
 
 struct NoSizeRow {
@@ -372,7 +367,7 @@ TEST_P(PTStreamThreadNoSize, is_dropped_as_of_a_bad_size_and_logged) {
     EXPECT_EQ(count(PFrameOutcome::BadSize), 1u);
     EXPECT_EQ(count(PFrameOutcome::NoMemory), 0u);
     EXPECT_EQ(device->frameLedger().produced, 1u);
-    EXPECT_EQ(ptLastText(log), QStringLiteral("Frame dropped, the frame has no valid size: 0 x 0"));
+    EXPECT_EQ(ptLastText(log), u"Frame dropped, the frame has no valid size: 0 x 0"_qs);
     EXPECT_EQ(SimJournal::calls(GetParam().function).size(), 1u) << "no pixels are requested";
 }
 
@@ -399,7 +394,7 @@ TEST_F(PTStreamThreadTest, a_frame_without_memory_is_booked_as_that) {
 TEST_F(PTStreamThreadTest, a_still_is_announced_before_anything_is_pulled) {
     startTriggered();
     std::size_t pullsBefore = 99;
-    const AtRecord announced(QStringLiteral("still image event"), [&] {
+    const AtRecord announced(u"still image event"_qs, [&] {
         pullsBefore = SimJournal::calls("Toupcam_PullStillImageV2").size();
     });
     pullOneStill();
@@ -478,15 +473,14 @@ TEST_P(PTDeviceTrouble, is_logged_and_passed_on) {
     if (GetParam().text != nullptr)
         expected.append(QString::fromLatin1(GetParam().text));
     if (GetParam().code == TOUPCAM_EVENT_DISCONNECTED) // and no other
-        expected.append(
-            QStringLiteral("PTDevice: SDK reported disconnect for Simulated-T-TESTCAM001"));
+        expected.append(u"PTDevice: SDK reported disconnect for Simulated-T-TESTCAM001"_qs);
     QStringList lines = ptTexts(log);
     lines.removeIf([](const QString& line) {
-        return line.startsWith(QStringLiteral("ToupCam first SDK event received"));
+        return line.startsWith(u"ToupCam first SDK event received"_qs);
     });
     EXPECT_EQ(lines, expected) << "in this order";
     for (const PLogRecord& record : ptRecords(log, QString::fromLatin1(GetParam().text)))
-        EXPECT_EQ(record.function, QStringLiteral("void cbEvent(unsigned int, void *)"));
+        EXPECT_EQ(record.function, u"void cbEvent(unsigned int, void *)"_qs);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -507,7 +501,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(PTStreamThreadTest, the_disconnect_event_is_handled_before_it_is_passed_on) {
     QSignalSpy spy(device.get(), &PTDevice::disconnected);
     std::optional<QList<unsigned>> queuedWhenHandled;
-    const AtRecord handled(QStringLiteral("PTDevice: SDK reported disconnect for"),
+    const AtRecord handled(u"PTDevice: SDK reported disconnect for"_qs,
                            [&] { queuedWhenHandled = queuedEvents(); });
     cbEvent(TOUPCAM_EVENT_DISCONNECTED, device.get());
     ASSERT_TRUE(queuedWhenHandled.has_value());
@@ -518,7 +512,7 @@ TEST_F(PTStreamThreadTest, the_disconnect_event_is_handled_before_it_is_passed_o
 
 TEST_F(PTStreamThreadTest, events_with_a_null_context_are_logged_and_nothing_else) {
     cbEvent(TOUPCAM_EVENT_DISCONNECTED, nullptr);
-    EXPECT_TRUE(log.contains(QStringLiteral("ToupCam EVENT_DISCONNECTED")));
+    EXPECT_TRUE(log.contains(u"ToupCam EVENT_DISCONNECTED"_qs));
     EXPECT_THAT(queuedEvents(), IsEmpty());
 }
 

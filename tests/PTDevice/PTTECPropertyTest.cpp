@@ -80,7 +80,7 @@ TEST_F(PTECPropertyTest, starts_with_15_degrees) {
 }
 
 TEST_F(PTECPropertyTest, something_else_is_off_at_15_degrees) {
-    EXPECT_EQ(property()->convertToT(QStringLiteral("cold")), (TECDATA{0, 150}));
+    EXPECT_EQ(property()->convertToT(u"cold"_qs), (TECDATA{0, 150}));
     EXPECT_EQ(property()->convertToT(QVariant::fromValue(TECDATA{1, 2})), (TECDATA{1, 2}));
 }
 

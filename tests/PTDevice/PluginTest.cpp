@@ -35,11 +35,9 @@ protected:
 
 TEST_F(Plugin, metadata_names_the_interface_and_the_class_and_no_more) {
     const QJsonObject metadata = loader.metaData();
-    EXPECT_EQ(metadata.value(QStringLiteral("IID")).toString(),
-              QStringLiteral("pellix.devices.ptregister"));
-    EXPECT_EQ(metadata.value(QStringLiteral("className")).toString(),
-              QStringLiteral("PTDeviceRegister"));
-    EXPECT_TRUE(metadata.value(QStringLiteral("MetaData")).toObject().isEmpty());
+    EXPECT_EQ(metadata.value(u"IID"_qs).toString(), u"pellix.devices.ptregister"_qs);
+    EXPECT_EQ(metadata.value(u"className"_qs).toString(), u"PTDeviceRegister"_qs);
+    EXPECT_TRUE(metadata.value(u"MetaData"_qs).toObject().isEmpty());
     EXPECT_FALSE(loader.isLoaded()) << "reading the metadata loads nothing";
 }
 
@@ -81,9 +79,9 @@ TEST_F(Plugin, the_root_object_is_one_register_and_made_again_once_it_is_destroy
 TEST_F(Plugin, the_translation_catalogue_is_in_the_resource_and_speaks_russian) {
     ASSERT_TRUE(loader.load()) << qPrintable(loader.errorString());
     QTranslator translator;
-    ASSERT_TRUE(translator.load(QStringLiteral(":/ptdevice_96.qm")));
-    EXPECT_EQ(translator.language(), QStringLiteral("ru_RU"));
-    EXPECT_EQ(translator.translate("PTDevice", "White balance"), QStringLiteral("Баланс белого"));
+    ASSERT_TRUE(translator.load(u":/ptdevice_96.qm"_qs));
+    EXPECT_EQ(translator.language(), u"ru_RU"_qs);
+    EXPECT_EQ(translator.translate("PTDevice", "White balance"), u"Баланс белого"_qs);
 }
 
 TEST_F(Plugin, what_a_host_needs_for_pull_mode_is_exported) {

@@ -12,7 +12,7 @@ public:
         , m_action(std::move(action)) {}
 
     void write(const PLogRecord& record) override {
-        if (record.source == QStringLiteral("PTDevice") && record.text().startsWith(m_beginning))
+        if (record.source == u"PTDevice"_qs && record.text().startsWith(m_beginning))
             m_action();
     }
 
@@ -65,7 +65,7 @@ std::unique_ptr<PTDevice> SimFixture::open(unsigned index) {
 }
 
 QStringList ptTexts(const PLogCapture& log) {
-    return log.texts(QStringLiteral("PTDevice"));
+    return log.texts(u"PTDevice"_qs);
 }
 
 QString ptLastText(const PLogCapture& log) {
@@ -75,7 +75,7 @@ QString ptLastText(const PLogCapture& log) {
 
 QStringList debugTexts(const PLogCapture& log) {
     QStringList texts;
-    for (const PLogRecord& record : log.records(QStringLiteral("qt"))) {
+    for (const PLogRecord& record : log.records(u"qt"_qs)) {
         if (record.level == PLogLevel::Debug)
             texts.append(record.text());
     }
@@ -84,7 +84,7 @@ QStringList debugTexts(const PLogCapture& log) {
 
 QList<PLogRecord> ptRecords(const PLogCapture& log, const QString& text) {
     QList<PLogRecord> found;
-    for (const PLogRecord& record : log.records(QStringLiteral("PTDevice"))) {
+    for (const PLogRecord& record : log.records(u"PTDevice"_qs)) {
         if (record.text() == text)
             found.append(record);
     }

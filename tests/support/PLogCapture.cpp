@@ -4,7 +4,7 @@
 PLogCapture::PLogCapture()
     : m_filterBefore(PLog::filter())
     , m_sink(std::make_shared<PMemoryLogSink>()) {
-    PLog::setFilter(QStringLiteral("debug"));
+    PLog::setFilter(u"debug"_qs);
     PLog::addSink(m_sink);
 }
 

@@ -140,7 +140,7 @@ bool PDevice::tryPollForTriggerReady() {
 QByteArray PDevice::deviceId(bool withRegister) const {
     const QByteArray id = m_idClaim->id([this] {
         const QStringList parts{model(), serial()};
-        const QString name = parts.join(QLatin1Char('-'));
+        const QString name = parts.join(u'-');
         return (serial().isEmpty() ? model() : name).toUtf8();
     });
     return withRegister && !m_registerId.isEmpty() ? m_registerId + '/' + id : id;

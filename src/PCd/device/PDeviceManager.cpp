@@ -16,7 +16,7 @@ QString shownId(const PDevice* device) {
 QString quotedIds(const QList<PDevice*>& devices) {
     QStringList ids;
     for (const PDevice* device : devices)
-        ids.append(QLatin1Char('"') + shownId(device) + QLatin1Char('"'));
+        ids.append(u'"' + shownId(device) + u'"');
     return ids.join(QLatin1String(", "));
 }
 
@@ -27,10 +27,9 @@ PDeviceManager::Selection selectByPrefix(const QList<PDevice*>& all, const QStri
     if (found.size() == 1)
         return {found.first(), QString()};
     if (found.isEmpty())
-        return {nullptr,
-                QStringLiteral("no camera \"%1\": there are %2").arg(prefix, quotedIds(all))};
-    return {nullptr, QStringLiteral("\"%1\" begins the ids of several cameras: %2")
-                         .arg(prefix, quotedIds(found))};
+        return {nullptr, u"no camera \"%1\": there are %2"_qs.arg(prefix, quotedIds(all))};
+    return {nullptr,
+            u"\"%1\" begins the ids of several cameras: %2"_qs.arg(prefix, quotedIds(found))};
 }
 
 PDeviceManager::Selection selectByNumber(const QList<PDevice*>& all, int number,
@@ -41,9 +40,8 @@ PDeviceManager::Selection selectByNumber(const QList<PDevice*>& all, int number,
     const PDeviceManager::Selection byPrefix = selectByPrefix(all, text);
     if (byPrefix.device != nullptr)
         return byPrefix;
-    return {nullptr, QStringLiteral("no camera %1: the cameras are numbered 0 to %2")
-                         .arg(number)
-                         .arg(all.size() - 1)};
+    return {nullptr,
+            u"no camera %1: the cameras are numbered 0 to %2"_qs.arg(number).arg(all.size() - 1)};
 }
 
 } // namespace
@@ -74,7 +72,7 @@ QList<PDevice*> PDeviceManager::devices() const {
 PDeviceManager::Selection PDeviceManager::select(const QString& text) const {
     const QList<PDevice*> all = devices();
     if (all.isEmpty())
-        return {nullptr, QStringLiteral("no camera found")};
+        return {nullptr, u"no camera found"_qs};
     if (text.isEmpty())
         return {all.first(), QString()};
     // A whole id is meant, also where it begins others.

@@ -15,8 +15,8 @@
 namespace {
 
 void logFailure(const char* reason) {
-    PLog::logStream(QStringLiteral("PCd"), QString::fromLatin1(Q_FUNC_INFO),
-                    QString::fromLatin1(__FILE__), __LINE__, PLogLevel::Error)
+    PLog::logStream(u"PCd"_qs, QString::fromLatin1(Q_FUNC_INFO), QString::fromLatin1(__FILE__),
+                    __LINE__, PLogLevel::Error)
         << "Looking for devices failed:" << reason;
 }
 

@@ -11,7 +11,7 @@
 namespace {
 
 bool readMode(PDevice* device, const PAbstractReader* reader) {
-    const QVariant wanted = reader->readValue(QStringLiteral("mode"));
+    const QVariant wanted = reader->readValue(u"mode"_qs);
     if (!wanted.isValid())
         return true; // saved from a device without modes
     const QList<PDeviceMode> modes = device->getSupportModes();
@@ -39,12 +39,12 @@ bool readProperty(PDevice* device, PAbstractReader* reader, const QString& id) {
 
 bool PDevice::writeStreamThis(PAbstractWriter* writer, const QString& name) {
     writer->beginObject(name);
-    bool done = writer->writeValue(QStringLiteral("model"), model());
-    done = writer->writeValue(QStringLiteral("serial"), serial()) && done;
+    bool done = writer->writeValue(u"model"_qs, model());
+    done = writer->writeValue(u"serial"_qs, serial()) && done;
     const PDeviceMode mode = getCurrentMode();
     if (!mode.id.isEmpty())
-        done = writer->writeValue(QStringLiteral("mode"), QString::fromLatin1(mode.id)) && done;
-    writer->beginObject(QStringLiteral("properties"));
+        done = writer->writeValue(u"mode"_qs, QString::fromLatin1(mode.id)) && done;
+    writer->beginObject(u"properties"_qs);
     for (PDeviceProperty* property : supportProperties())
         done = property->writeStreamThis(writer, QString::fromLatin1(property->id())) && done;
     writer->endObject();
@@ -55,7 +55,7 @@ bool PDevice::writeStreamThis(PAbstractWriter* writer, const QString& name) {
 bool PDevice::readStreamThis(PAbstractReader* reader) {
     supportProperties();
     bool done = readMode(this, reader);
-    if (!reader->beginObject(QStringLiteral("properties")))
+    if (!reader->beginObject(u"properties"_qs))
         return false;
     const QStringList ids = reader->objectNames();
     for (const QString& id : ids)

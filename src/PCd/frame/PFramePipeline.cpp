@@ -16,8 +16,8 @@ constexpr std::chrono::milliseconds deliveryTime(10);
 
 void logFailure(const char* what, const char* reason) noexcept {
     try {
-        PLog::logStream(QStringLiteral("PCd"), QString::fromLatin1(Q_FUNC_INFO),
-                        QString::fromLatin1(__FILE__), __LINE__, PLogLevel::Error)
+        PLog::logStream(u"PCd"_qs, QString::fromLatin1(Q_FUNC_INFO), QString::fromLatin1(__FILE__),
+                        __LINE__, PLogLevel::Error)
             << what << reason;
     } catch (...) {
         // Nowhere left to report it; the ledger still counts the frame.

@@ -19,7 +19,7 @@ constexpr char ownedProperty[] = "pcdOwned";
 const QLatin1String devicePluginPrefix("pellix.devices.");
 
 QStringList environmentPaths() {
-    return qEnvironmentVariable("PCD_PLUGIN_PATH").split(QLatin1Char(':'), Qt::SkipEmptyParts);
+    return qEnvironmentVariable("PCD_PLUGIN_PATH").split(u':', Qt::SkipEmptyParts);
 }
 
 /// "pcd/plugins" beside this library, wherever it was installed or built.
@@ -28,7 +28,7 @@ QString libraryFolder() {
     if (dladdr(reinterpret_cast<const void*>(&libraryFolder), &info) == 0)
         return QString();
     const QString library = QString::fromLocal8Bit(info.dli_fname);
-    return QFileInfo(library).absoluteDir().filePath(QStringLiteral("pcd/plugins"));
+    return QFileInfo(library).absoluteDir().filePath(u"pcd/plugins"_qs);
 }
 
 } // namespace
@@ -69,11 +69,11 @@ QStringList PPluginLoader::filesAt(const QString& path, bool required) {
         return {info.canonicalFilePath()};
     if (!info.isDir()) {
         if (required)
-            fail(path, QStringLiteral("no such file or folder"));
+            fail(path, u"no such file or folder"_qs);
         return {};
     }
     QStringList files;
-    const QDir folder(path, QStringLiteral("*.so"), QDir::Name, QDir::Files);
+    const QDir folder(path, u"*.so"_qs, QDir::Name, QDir::Files);
     for (const QFileInfo& file : folder.entryInfoList())
         files.append(file.canonicalFilePath());
     return files;
@@ -86,9 +86,8 @@ PDeviceRegister* PPluginLoader::loadFile(const QString& path) {
         return fail(path, loader.errorString());
     const QString iid = metadata.value(QLatin1String("IID")).toString();
     if (!iid.startsWith(devicePluginPrefix)) {
-        return fail(path,
-                    QStringLiteral("its interface is \"%1\", expected one that begins with \"%2\"")
-                        .arg(iid, devicePluginPrefix));
+        return fail(path, u"its interface is \"%1\", expected one that begins with \"%2\""_qs.arg(
+                              iid, devicePluginPrefix));
     }
     const QString className = metadata.value(QLatin1String("className")).toString();
     if (m_loadedClasses.contains(className))
@@ -98,10 +97,10 @@ PDeviceRegister* PPluginLoader::loadFile(const QString& path) {
         return fail(path, loader.errorString());
     auto* const deviceRegister = qobject_cast<PDeviceRegister*>(root);
     if (deviceRegister == nullptr)
-        return fail(path, QStringLiteral("its root object is no device register"));
+        return fail(path, u"its root object is no device register"_qs);
     // A plugin has one root object in a process, and that has one owner.
     if (root->property(ownedProperty).toBool())
-        return fail(path, QStringLiteral("it has been loaded already, and its register is in use"));
+        return fail(path, u"it has been loaded already, and its register is in use"_qs);
     root->setProperty(ownedProperty, true);
     m_loadedClasses.append(className);
     return deviceRegister;

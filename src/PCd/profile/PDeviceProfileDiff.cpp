@@ -24,8 +24,8 @@ QVariant savedForm(const PDeviceProperty* property) {
 QString toText(const QVariantMap& fields) {
     QStringList parts;
     for (auto field = fields.begin(); field != fields.end(); ++field)
-        parts.append(field.key() + QLatin1Char('=') + PPropertyText::ofValue(field.value(), {}));
-    return parts.join(QLatin1Char(' '));
+        parts.append(field.key() + u'=' + PPropertyText::ofValue(field.value(), {}));
+    return parts.join(u' ');
 }
 
 QString toText(const QVariant& form, const PDeviceProperty* property) {

@@ -82,7 +82,7 @@ PStatus PDeviceProfileFile::read(const QString& path, PDeviceProfile& profile) {
     PDeviceProfile read;
     const PStatus parsed = parse(bytes, read);
     if (!parsed.isOk())
-        return PStatus::failure(QStringLiteral("\"%1\": %2").arg(path, parsed.reason()));
+        return PStatus::failure(u"\"%1\": %2"_qs.arg(path, parsed.reason()));
     profile = read;
     profile.path = path;
     return PStatus::Ok;

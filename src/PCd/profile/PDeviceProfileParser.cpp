@@ -15,7 +15,7 @@ struct Fault {
 };
 
 QString quoted(const QString& name) {
-    return QLatin1Char('"') + PPropertyText::shortened(name) + QLatin1Char('"');
+    return u'"' + PPropertyText::shortened(name) + u'"';
 }
 
 class Walker {
@@ -39,25 +39,23 @@ private:
         const QString format = PDeviceProfileParser::formatKey();
         const QString name = PDeviceProfileParser::formatName();
         if (!PPropertyEncoding::areEqual(m_reader.readValue(format), name)) {
-            throw Fault{findPlace(format), QStringLiteral("no camera profile: expected %1: %2")
-                                               .arg(quoted(format), quoted(name))};
+            throw Fault{findPlace(format),
+                        u"no camera profile: expected %1: %2"_qs.arg(quoted(format), quoted(name))};
         }
         const QString version = PDeviceProfileParser::versionKey();
         if (!PPropertyEncoding::areEqual(m_reader.readValue(version),
                                          PDeviceProfileParser::Version)) {
-            throw Fault{findPlace(version),
-                        QStringLiteral("another version of the format: expected "
-                                       "%1: %2")
-                            .arg(quoted(version))
-                            .arg(PDeviceProfileParser::Version)};
+            throw Fault{findPlace(version), u"another version of the format: expected "
+                                            "%1: %2"_qs.arg(quoted(version))
+                                                .arg(PDeviceProfileParser::Version)};
         }
     }
 
     void camera() {
-        const QString model = QStringLiteral("model");
-        const QString serial = QStringLiteral("serial");
-        const QString mode = QStringLiteral("mode");
-        const QString properties = QStringLiteral("properties");
+        const QString model = u"model"_qs;
+        const QString serial = u"serial"_qs;
+        const QString mode = u"mode"_qs;
+        const QString properties = u"properties"_qs;
         expectNames({model, serial, mode, properties});
         m_profile.model = text(model);
         m_profile.serial = text(serial);
@@ -70,7 +68,7 @@ private:
     }
 
     void property(const QString& id) {
-        const QString value = QStringLiteral("value");
+        const QString value = u"value"_qs;
         enter(id);
         expectNames({value});
         PDeviceProfile::Setting setting{id.toUtf8(), m_reader.readValue(value),
@@ -88,8 +86,7 @@ private:
         QVariantMap form;
         for (const QString& name : names()) {
             if (m_reader.objectNames().contains(name))
-                throw Fault{findPlace(name),
-                            QStringLiteral("an object where a value was expected")};
+                throw Fault{findPlace(name), u"an object where a value was expected"_qs};
             form.insert(name, m_reader.readValue(name));
             setting.fieldPositions.insert(name, m_reader.position(name));
         }
@@ -103,23 +100,22 @@ private:
     void expectNames(const QStringList& expected) const {
         for (const QString& name : names()) {
             if (!expected.contains(name))
-                throw Fault{findPlace(name),
-                            QStringLiteral("%1 does not belong here: expected %2")
-                                .arg(quoted(name), expected.join(QStringLiteral(", ")))};
+                throw Fault{findPlace(name), u"%1 does not belong here: expected %2"_qs.arg(
+                                                 quoted(name), expected.join(u", "_qs))};
         }
     }
 
     QString text(const QString& name) const {
         const QVariant value = m_reader.readValue(name);
         if (value.typeId() != QMetaType::QString)
-            throw Fault{findPlace(name), QStringLiteral("expected %1: a text").arg(quoted(name))};
+            throw Fault{findPlace(name), u"expected %1: a text"_qs.arg(quoted(name))};
         return value.toString();
     }
 
     void enter(const QString& name) {
         const QString place = findPlace(name);
         if (!m_reader.beginObject(name))
-            throw Fault{place, QStringLiteral("expected %1: an object").arg(quoted(name))};
+            throw Fault{place, u"expected %1: an object"_qs.arg(quoted(name))};
         m_around = place;
     }
 
@@ -143,9 +139,8 @@ PStatus PDeviceProfileParser::parse(PAbstractReader& reader, PDeviceProfile& pro
     try {
         Walker(reader, parsed).document();
     } catch (const Fault& fault) {
-        return PStatus::failure(fault.position.isEmpty()
-                                    ? fault.what
-                                    : fault.position + QStringLiteral(": ") + fault.what);
+        return PStatus::failure(fault.position.isEmpty() ? fault.what
+                                                         : fault.position + u": "_qs + fault.what);
     }
     profile = parsed;
     return PStatus::Ok;

@@ -12,11 +12,11 @@ class PAbstractReader;
 class PDeviceProfileParser {
 public:
     static constexpr int Version = 1;
-    static QString formatKey() { return QStringLiteral("format"); }
-    static QString versionKey() { return QStringLiteral("version"); }
-    static QString cameraKey() { return QStringLiteral("camera"); }
+    static QString formatKey() { return u"format"_qs; }
+    static QString versionKey() { return u"version"_qs; }
+    static QString cameraKey() { return u"camera"_qs; }
     /// What stands under formatKey().
-    static QString formatName() { return QStringLiteral("camera profile"); }
+    static QString formatName() { return u"camera profile"_qs; }
 
     /// Reads all of it, from a reader that stands at the root. Fails with the position and what was
     /// expected: another format or version, a name that does not belong there, a value that is

@@ -27,8 +27,8 @@ std::optional<PDeviceMode> modeWithId(const QList<PDeviceMode>& modes, const QSt
 QString expectedMode(const QList<PDeviceMode>& modes) {
     QStringList known;
     for (const PDeviceMode& mode : modes)
-        known.append(QStringLiteral("\"%1\" (%2)").arg(QString::fromLatin1(mode.id), mode.name));
-    return PDeviceProfilePlan::tr("one of %1").arg(known.join(QStringLiteral(", ")));
+        known.append(u"\"%1\" (%2)"_qs.arg(QString::fromLatin1(mode.id), mode.name));
+    return PDeviceProfilePlan::tr("one of %1").arg(known.join(u", "_qs));
 }
 
 /// A name, but not one of this camera's: what another model's choice may be.
@@ -71,9 +71,8 @@ QString cannotBe(const QString& value, const QString& expected) {
 /// In the words of files, which have the fields of a value together.
 QString expectation(const PDeviceProperty& property, const QVariant& range) {
     const QStringList fields = PCompositeFields::storedNames(property.valueInner());
-    return fields.isEmpty()
-               ? PPropertyCheck::expectation(property, range)
-               : PDeviceProfilePlan::tr("the fields %1").arg(fields.join(QStringLiteral(", ")));
+    return fields.isEmpty() ? PPropertyCheck::expectation(property, range)
+                            : PDeviceProfilePlan::tr("the fields %1").arg(fields.join(u", "_qs));
 }
 
 bool isOfFields(const QVariant& form, const QVariant& current) {
@@ -221,9 +220,8 @@ PStatus PDeviceProfilePlan::checkField(const PDeviceProfile::Setting& field, con
                                        const QVariant& current) {
     const QStringList stored = PCompositeFields::storedNames(current);
     if (!PCompositeFields::names(current).contains(name)) {
-        return damage(field,
-                      cannotBe(toText(field.form),
-                               tr("one of the fields %1").arg(stored.join(QStringLiteral(", ")))));
+        return damage(field, cannotBe(toText(field.form),
+                                      tr("one of the fields %1").arg(stored.join(u", "_qs))));
     }
     if (!stored.contains(name)) {
         m_report.ignored.append({field.id, tr("profiles do not hold this property")});
@@ -247,11 +245,10 @@ PStatus PDeviceProfilePlan::refuse(const PDeviceProfile::Setting& setting, const
 
 PStatus PDeviceProfilePlan::damage(const PDeviceProfile::Setting& setting,
                                    const QString& reason) const {
-    const QString what = QStringLiteral("\"%1\" %2").arg(QString::fromUtf8(setting.id), reason);
-    return PStatus::failure(
-        m_profile.path.isEmpty()
-            ? what // it is not from a file
-            : QStringLiteral("\"%1\": %2: %3").arg(m_profile.path, setting.position, what));
+    const QString what = u"\"%1\" %2"_qs.arg(QString::fromUtf8(setting.id), reason);
+    return PStatus::failure(m_profile.path.isEmpty()
+                                ? what // it is not from a file
+                                : u"\"%1\": %2: %3"_qs.arg(m_profile.path, setting.position, what));
 }
 
 void PDeviceProfilePlan::sortSteps() {

@@ -12,7 +12,7 @@
 namespace {
 
 QString valueName() {
-    return QStringLiteral("value");
+    return u"value"_qs;
 }
 
 } // namespace

@@ -90,8 +90,8 @@ QString expectedNumber(const RealRange& range) {
 QString expectedChoice(const PEnumeration& choices) {
     QStringList names;
     for (const PEnumerationItem& item : choices.items())
-        names.append(QLatin1Char('"') + item.title + QLatin1Char('"'));
-    return PPropertyCheck::tr("one of %1").arg(names.join(QStringLiteral(", ")));
+        names.append(u'"' + item.title + u'"');
+    return PPropertyCheck::tr("one of %1").arg(names.join(u", "_qs));
 }
 
 QString expectedRegion(const PScanAreaRange& range) {
@@ -140,7 +140,7 @@ QString PPropertyCheck::expectation(const PDeviceProperty& property, const QVari
     if (PCompositeFields::isComposite(property.valueInner()))
         return tr("one field at a time, %1.FIELD=VALUE with one of the fields %2")
             .arg(QString::fromLatin1(property.id()),
-                 PCompositeFields::names(property.valueInner()).join(QStringLiteral(", ")));
+                 PCompositeFields::names(property.valueInner()).join(u", "_qs));
     return tr("a value of the type %1")
         .arg(QString::fromLatin1(property.valueInner().metaType().name()));
 }

@@ -50,7 +50,7 @@ std::optional<PImage> copyToImage(PTDevice* device, const void* data,
 }
 
 void deliver(PTDevice* device, PImage image, bool isSnapshot) {
-    image.setMetaInformation({{QStringLiteral("snapshot"), isSnapshot}});
+    image.setMetaInformation({{u"snapshot"_qs, isSnapshot}});
     if (isSnapshot)
         device->processSnapshot(PCdDipUtils::imageAsDeviceFrame(image));
     else
@@ -68,7 +68,7 @@ void logFirstEvent(unsigned int code) {
     static std::atomic<bool> logged{false};
     if (!logged.exchange(true)) {
         ptLog(cbEventText, __FILE__, __LINE__)
-            << "ToupCam first SDK event received, code:" << QStringLiteral("0x%1").arg(code, 0, 16);
+            << "ToupCam first SDK event received, code:" << u"0x%1"_qs.arg(code, 0, 16);
     }
 }
 

@@ -109,7 +109,7 @@ private:
 PTStreamThread::PTStreamThread(PTDevice* owner, HToupCam camera)
     : device(owner)
     , handle(camera) {
-    setObjectName(QStringLiteral("PTStreamThread"));
+    setObjectName(u"PTStreamThread"_qs);
 }
 
 PTStreamThread::~PTStreamThread() {

@@ -11,7 +11,7 @@ PStatus PGuardedCall::status(const std::function<PStatus()>& function) noexcept 
     } catch (const std::exception& error) {
         return PStatus::failure(QString::fromLocal8Bit(error.what()));
     } catch (...) {
-        return PStatus::failure(QStringLiteral("unknown exception"));
+        return PStatus::failure(u"unknown exception"_qs);
     }
 }
 

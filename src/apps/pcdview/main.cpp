@@ -56,8 +56,8 @@ int main(int argc, char* argv[]) {
     if (!canShow)
         qputenv("QT_QPA_PLATFORM", "offscreen"); // --help and --grab need no display
     const QApplication application(argc, argv);
-    QApplication::setOrganizationName(QStringLiteral("pcd"));
-    QApplication::setApplicationName(QStringLiteral("pcdview"));
+    QApplication::setOrganizationName(u"pcd"_qs);
+    QApplication::setApplicationName(u"pcdview"_qs);
     QApplication::setApplicationVersion(QStringLiteral(PCD_VERSION));
     try {
         return runProgram(canShow);

@@ -126,6 +126,6 @@ TEST(PDeviceIdClaim, gives_each_of_many_threads_an_id_of_its_own) {
     for (PDeviceIdClaim& claim : claims)
         ids.append(QString::fromLatin1(claim.id(wanting(""))));
     EXPECT_EQ(ids.removeDuplicates(), 0);
-    EXPECT_TRUE(ids.contains(QStringLiteral("crowd")));
-    EXPECT_TRUE(ids.contains(QStringLiteral("crowd#8")));
+    EXPECT_TRUE(ids.contains(u"crowd"_qs));
+    EXPECT_TRUE(ids.contains(u"crowd#8"_qs));
 }

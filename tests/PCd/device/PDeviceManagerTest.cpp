@@ -86,7 +86,7 @@ TEST(PDeviceManager, says_that_there_is_no_camera_at_all) {
     for (const char* text : {"", "0", "Alpha"}) {
         const auto selection = manager.select(QString::fromLatin1(text));
         EXPECT_EQ(selection.device, nullptr);
-        EXPECT_EQ(selection.problem, QStringLiteral("no camera found"));
+        EXPECT_EQ(selection.problem, u"no camera found"_qs);
     }
 }
 

@@ -291,7 +291,7 @@ TEST_P(FailingSearch, leaves_the_list_as_it_was_and_can_be_repeated) {
     find({c});
     EXPECT_EQ(fakes.devices(), (Devices{a, b}));
     EXPECT_TRUE(removed.isEmpty());
-    EXPECT_TRUE(log.contains(QString::fromLatin1(GetParam().logged), QStringLiteral("PCd")));
+    EXPECT_TRUE(log.contains(QString::fromLatin1(GetParam().logged), u"PCd"_qs));
     fakes.whenAsked = nullptr;
     find({a, c});
     EXPECT_EQ(fakes.devices(), (Devices{a, c}));

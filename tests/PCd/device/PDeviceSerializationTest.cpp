@@ -17,7 +17,7 @@
 
 namespace {
 
-const QString cameraName = QStringLiteral("camera");
+const QString cameraName = u"camera"_qs;
 
 /// A device with gain and hue, and room to make it different.
 class SavedDevice {

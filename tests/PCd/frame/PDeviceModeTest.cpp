@@ -6,7 +6,7 @@
 namespace {
 
 PDeviceMode smallMode() {
-    return {640, 480, QStringLiteral("640x480"), "2", 24};
+    return {640, 480, u"640x480"_qs, "2", 24};
 }
 
 TEST(PDeviceMode, is_no_mode_until_it_is_filled_in) {
@@ -28,7 +28,7 @@ TEST(PDeviceMode, is_another_one_if_any_field_differs) {
     };
     EXPECT_TRUE(differs([](PDeviceMode& mode) { mode.width = 641; }));
     EXPECT_TRUE(differs([](PDeviceMode& mode) { mode.height = 481; }));
-    EXPECT_TRUE(differs([](PDeviceMode& mode) { mode.name = QStringLiteral("VGA"); }));
+    EXPECT_TRUE(differs([](PDeviceMode& mode) { mode.name = u"VGA"_qs; }));
     EXPECT_TRUE(differs([](PDeviceMode& mode) { mode.id = "3"; }));
     EXPECT_TRUE(differs([](PDeviceMode& mode) { mode.bitDepth = 8; }));
 }

@@ -39,8 +39,7 @@ TEST_P(FailingListener, of_a_live_frame_has_it_booked_as_failed_and_ends_nothing
     EXPECT_EQ(device.frameLedger().count(PFrameOutcome::Failed), 1u);
     EXPECT_EQ(device.frameLedger().count(PFrameOutcome::Delivered), 2u);
     EXPECT_TRUE(device.frameLedger().isBalanced());
-    EXPECT_EQ(log.texts(QStringLiteral("PCd")),
-              QStringList{QString::fromLatin1(GetParam().logged)});
+    EXPECT_EQ(log.texts(u"PCd"_qs), QStringList{QString::fromLatin1(GetParam().logged)});
 }
 
 TEST_P(FailingListener, of_a_snapshot_has_it_not_counted_as_handed_out) {

@@ -340,7 +340,7 @@ TEST_P(FailingSink, has_the_frame_booked_as_failed_in_a_writer_once) {
     EXPECT_TRUE(device.frameLedger().isBalanced());
     const QString logged = QString::fromLatin1(GetParam().logged);
     const QStringList expected = logged.isEmpty() ? QStringList() : QStringList{logged, logged};
-    EXPECT_EQ(log.texts(QStringLiteral("PCd")), expected);
+    EXPECT_EQ(log.texts(u"PCd"_qs), expected);
 }
 
 TEST_P(FailingSink, has_a_dropped_frame_booked_once) {

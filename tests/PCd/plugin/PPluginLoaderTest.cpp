@@ -19,18 +19,17 @@
 
 namespace {
 
-const QString pathVariable = QStringLiteral("PCD_PLUGIN_PATH");
+const QString pathVariable = u"PCD_PLUGIN_PATH"_qs;
 
 /// Folder of a plugin that was built for these tests.
 QString pluginFolder(const char* name) {
     const QDir programs(QCoreApplication::applicationDirPath());
-    return QDir::cleanPath(programs.filePath(QStringLiteral("../lib/test-plugins/")) +
+    return QDir::cleanPath(programs.filePath(u"../lib/test-plugins/"_qs) +
                            QString::fromLatin1(name));
 }
 
 QString pluginFile(const char* name) {
-    return pluginFolder(name) + QStringLiteral("/lib") + QString::fromLatin1(name) +
-           QStringLiteral(".so");
+    return pluginFolder(name) + u"/lib"_qs + QString::fromLatin1(name) + u".so"_qs;
 }
 
 bool isLoaded(const QString& library) {
@@ -116,22 +115,21 @@ TEST_F(PPluginLoaderTest, can_be_used_again_after_its_roots_were_deleted) {
 }
 
 TEST_F(PPluginLoaderTest, reads_the_folders_of_the_environment_variable) {
-    setPathVariable(pluginFolder("noregister") + QLatin1Char(':') + pluginFolder("device"));
+    setPathVariable(pluginFolder("noregister") + u':' + pluginFolder("device"));
     load();
     EXPECT_EQ(countOf("TestRegister"), 1u);
     EXPECT_NE(reasonFor(pluginFile("noregister")), QString());
 }
 
 TEST_F(PPluginLoaderTest, looks_in_added_folders_then_the_variable_then_beside_the_library) {
-    setPathVariable(QStringLiteral("/first:/second::"));
-    loader.addSearchPath(QStringLiteral("/added"));
+    setPathVariable(u"/first:/second::"_qs);
+    loader.addSearchPath(u"/added"_qs);
     const QStringList paths = loader.searchPaths();
     ASSERT_EQ(paths.size(), 4);
-    EXPECT_EQ(paths.at(0), QStringLiteral("/added"));
-    EXPECT_EQ(paths.at(1), QStringLiteral("/first"));
-    EXPECT_EQ(paths.at(2), QStringLiteral("/second"));
-    EXPECT_TRUE(paths.at(3).endsWith(QStringLiteral("/lib/pcd/plugins")))
-        << paths.at(3).toStdString();
+    EXPECT_EQ(paths.at(0), u"/added"_qs);
+    EXPECT_EQ(paths.at(1), u"/first"_qs);
+    EXPECT_EQ(paths.at(2), u"/second"_qs);
+    EXPECT_TRUE(paths.at(3).endsWith(u"/lib/pcd/plugins"_qs)) << paths.at(3).toStdString();
 }
 
 TEST_F(PPluginLoaderTest, loads_a_class_once_however_many_files_have_it) {
@@ -153,30 +151,28 @@ TEST_F(PPluginLoaderTest, gives_a_register_to_one_owner_only) {
         EXPECT_STRNE(root->metaObject()->className(), "TestRegister");
     ASSERT_FALSE(second.failures().isEmpty());
     EXPECT_EQ(second.failures().first().reason,
-              QStringLiteral("it has been loaded already, and its register is in use"));
+              u"it has been loaded already, and its register is in use"_qs);
 }
 
 TEST_F(PPluginLoaderTest, loads_a_file_once_however_often_it_is_named) {
     loader.addSearchPath(pluginFolder("device"));
     loader.addSearchPath(pluginFile("device"));
-    setPathVariable(pluginFolder("device") + QStringLiteral("/../device"));
+    setPathVariable(pluginFolder("device") + u"/../device"_qs);
     load();
     EXPECT_EQ(countOf("TestRegister"), 1u);
 }
 
 TEST_F(PPluginLoaderTest, names_a_path_that_is_not_there) {
-    setPathVariable(QStringLiteral("/no/such/folder"));
-    loader.addSearchPath(QStringLiteral("/no/such/plugin.so"));
+    setPathVariable(u"/no/such/folder"_qs);
+    loader.addSearchPath(u"/no/such/plugin.so"_qs);
     load();
-    EXPECT_EQ(reasonFor(QStringLiteral("/no/such/plugin.so")),
-              QStringLiteral("no such file or folder"));
-    EXPECT_EQ(reasonFor(QStringLiteral("/no/such/folder")),
-              QStringLiteral("no such file or folder"));
+    EXPECT_EQ(reasonFor(u"/no/such/plugin.so"_qs), u"no such file or folder"_qs);
+    EXPECT_EQ(reasonFor(u"/no/such/folder"_qs), u"no such file or folder"_qs);
 }
 
 TEST_F(PPluginLoaderTest, names_a_text_file_that_is_called_like_a_library) {
     const QTemporaryDir folder;
-    const QString path = QDir(QDir(folder.path()).canonicalPath()).filePath(QStringLiteral("a.so"));
+    const QString path = QDir(QDir(folder.path()).canonicalPath()).filePath(u"a.so"_qs);
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write("this is no library\n");
@@ -188,7 +184,7 @@ TEST_F(PPluginLoaderTest, names_a_text_file_that_is_called_like_a_library) {
 
 TEST_F(PPluginLoaderTest, does_not_look_at_files_of_another_kind) {
     const QTemporaryDir folder;
-    QFile file(folder.filePath(QStringLiteral("README.txt")));
+    QFile file(folder.filePath(u"README.txt"_qs));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.close();
     loader.addSearchPath(folder.path());
@@ -201,8 +197,8 @@ TEST_F(PPluginLoaderTest, names_a_plugin_for_something_else_and_does_not_load_it
     loader.addSearchPath(pluginFolder("foreign"));
     load();
     EXPECT_EQ(reasonFor(pluginFile("foreign")),
-              QStringLiteral("its interface is \"org.example.imageformat\", expected one that "
-                             "begins with \"pellix.devices.\""));
+              u"its interface is \"org.example.imageformat\", expected one that "
+              "begins with \"pellix.devices.\""_qs);
     EXPECT_FALSE(qEnvironmentVariableIsSet("PCD_TEST_FOREIGN_PLUGIN"));
     EXPECT_FALSE(isLoaded(pluginFile("foreign")));
 }
@@ -210,7 +206,7 @@ TEST_F(PPluginLoaderTest, names_a_plugin_for_something_else_and_does_not_load_it
 TEST_F(PPluginLoaderTest, would_notice_a_foreign_plugin_being_loaded) {
     // Of a copy: a library with inline statics is never unloaded again.
     const QTemporaryDir folder;
-    const QString copy = folder.filePath(QStringLiteral("copy.so"));
+    const QString copy = folder.filePath(u"copy.so"_qs);
     ASSERT_TRUE(QFile::copy(pluginFile("foreign"), copy));
     EXPECT_FALSE(isLoaded(copy));
     void* const handle = dlopen(QFile::encodeName(copy).constData(), RTLD_NOW | RTLD_LOCAL);
@@ -224,20 +220,18 @@ TEST_F(PPluginLoaderTest, would_notice_a_foreign_plugin_being_loaded) {
 TEST_F(PPluginLoaderTest, names_a_plugin_whose_root_is_no_register) {
     loader.addSearchPath(pluginFolder("noregister"));
     load();
-    EXPECT_EQ(reasonFor(pluginFile("noregister")),
-              QStringLiteral("its root object is no device register"));
+    EXPECT_EQ(reasonFor(pluginFile("noregister")), u"its root object is no device register"_qs);
 }
 
 TEST_F(PPluginLoaderTest, names_a_plugin_whose_library_cannot_be_loaded) {
     loader.addSearchPath(pluginFolder("incomplete"));
     load();
-    EXPECT_TRUE(
-        reasonFor(pluginFile("incomplete")).contains(QStringLiteral("pcdTestSymbolThatNobodyHas")))
+    EXPECT_TRUE(reasonFor(pluginFile("incomplete")).contains(u"pcdTestSymbolThatNobodyHas"_qs))
         << reasonFor(pluginFile("incomplete")).toStdString();
 }
 
 TEST_F(PPluginLoaderTest, goes_on_after_a_failure) {
-    loader.addSearchPath(QStringLiteral("/no/such/folder"));
+    loader.addSearchPath(u"/no/such/folder"_qs);
     loader.addSearchPath(pluginFolder("incomplete"));
     loader.addSearchPath(pluginFolder("device"));
     load();

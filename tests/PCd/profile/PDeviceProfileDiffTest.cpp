@@ -30,20 +30,18 @@ protected:
     }
     /// "id: file | camera", a dash for none.
     QStringList differences(const PDeviceProfile& profile) {
-        const auto shown = [](const QString& text) {
-            return text.isNull() ? QStringLiteral("-") : text;
-        };
+        const auto shown = [](const QString& text) { return text.isNull() ? u"-"_qs : text; };
         QStringList lines;
         for (const auto& difference : PDeviceProfileDiff::between(profile, camera.device)) {
-            lines.append(QStringLiteral("%1: %2 | %3")
-                             .arg(QString::fromUtf8(difference.id), shown(difference.inFile),
-                                  shown(difference.onCamera)));
+            lines.append(u"%1: %2 | %3"_qs.arg(QString::fromUtf8(difference.id),
+                                               shown(difference.inFile),
+                                               shown(difference.onCamera)));
         }
         return lines;
     }
 
 private:
-    const QString file = path(QStringLiteral("a.json"));
+    const QString file = path(u"a.json"_qs);
 };
 
 TEST_F(PDeviceProfileDiffTest, of_the_device_that_was_saved_is_empty) {
@@ -54,18 +52,15 @@ TEST_F(PDeviceProfileDiffTest, names_every_setting_that_has_changed) {
     const PDeviceProfile before = saved();
     camera.changeAll();
     EXPECT_EQ(differences(before),
-              (QStringList{QStringLiteral("mode: 0 | 1"),
-                           QStringLiteral("roi: 0,0,640,480 | 4,8,100,200"),
-                           QStringLiteral("contrast: 0 | 12"),
-                           QStringLiteral("exposure: <StreamedPair> | <StreamedPair>"),
-                           QStringLiteral("hue: 0 | -30"), QStringLiteral("rotate: 0° | 90°"),
-                           QStringLiteral("negative: off | on")}));
+              (QStringList{u"mode: 0 | 1"_qs, u"roi: 0,0,640,480 | 4,8,100,200"_qs,
+                           u"contrast: 0 | 12"_qs, u"exposure: <StreamedPair> | <StreamedPair>"_qs,
+                           u"hue: 0 | -30"_qs, u"rotate: 0° | 90°"_qs, u"negative: off | on"_qs}));
 }
 
 TEST_F(PDeviceProfileDiffTest, sees_what_changed_behind_the_hosts_back_and_sends_nothing) {
     const PDeviceProfile before = saved();
     camera.contrast->inDevice = 3;
-    EXPECT_EQ(differences(before), QStringList{QStringLiteral("contrast: 0 | 3")});
+    EXPECT_EQ(differences(before), QStringList{u"contrast: 0 | 3"_qs});
     EXPECT_EQ(camera.sent, QStringList());
 }
 
@@ -78,12 +73,10 @@ TEST_F(PDeviceProfileDiffTest, does_not_look_at_what_a_composite_does_not_save) 
 TEST_F(PDeviceProfileDiffTest, names_what_only_one_side_has) {
     const PDeviceProfile profile = written(
         profileText("\"fan\": {\"value\": 2},\n\"hidden\": {\"value\": 3}", "\"mode\": \"0\",\n"));
-    EXPECT_EQ(
-        differences(profile),
-        (QStringList{QStringLiteral("fan: 2 | -"), QStringLiteral("hidden: 3 | -"),
-                     QStringLiteral("roi: - | 0,0,640,480"), QStringLiteral("contrast: - | 0"),
-                     QStringLiteral("exposure: - | <StreamedPair>"), QStringLiteral("hue: - | 0"),
-                     QStringLiteral("rotate: - | 0°"), QStringLiteral("negative: - | off")}));
+    EXPECT_EQ(differences(profile),
+              (QStringList{u"fan: 2 | -"_qs, u"hidden: 3 | -"_qs, u"roi: - | 0,0,640,480"_qs,
+                           u"contrast: - | 0"_qs, u"exposure: - | <StreamedPair>"_qs,
+                           u"hue: - | 0"_qs, u"rotate: - | 0°"_qs, u"negative: - | off"_qs}));
 }
 
 TEST_F(PDeviceProfileDiffTest, shows_a_value_that_the_property_cannot_have) {
@@ -91,9 +84,9 @@ TEST_F(PDeviceProfileDiffTest, shows_a_value_that_the_property_cannot_have) {
     PDeviceProfile edited = before;
     for (PDeviceProfile::Setting& setting : edited.settings) {
         if (setting.id == "rotate")
-            setting.form = QStringLiteral("45");
+            setting.form = u"45"_qs;
     }
-    EXPECT_EQ(differences(edited), QStringList{QStringLiteral("rotate: 45 | 0°")});
+    EXPECT_EQ(differences(edited), QStringList{u"rotate: 45 | 0°"_qs});
 }
 
 } // namespace

@@ -71,15 +71,14 @@ protected:
     QStringList differences() {
         QStringList lines;
         for (const auto& difference : PDeviceProfileDiff::between(read(), device)) {
-            lines.append(
-                QStringLiteral("%1: %2 | %3")
-                    .arg(QString::fromUtf8(difference.id), difference.inFile, difference.onCamera));
+            lines.append(u"%1: %2 | %3"_qs.arg(QString::fromUtf8(difference.id), difference.inFile,
+                                               difference.onCamera));
         }
         return lines;
     }
     Shot inDevice() const { return shot->inDevice.value<Shot>(); }
 
-    const QString file = path(QStringLiteral("a.json"));
+    const QString file = path(u"a.json"_qs);
     FakeDevice device; // owns the properties
     FakeProperty* shot = new FakeProperty("shot", QVariant::fromValue(Shot()));
     FakeProperty* contrast = new FakeProperty("contrast", 12);
@@ -122,7 +121,7 @@ TEST_F(PDeviceProfileFieldsTest, that_are_not_saved_are_ignored) {
     EXPECT_EQ(inDevice().mode, 1);
     ASSERT_EQ(report.ignored.size(), 1);
     EXPECT_EQ(report.ignored.at(0).id, "shot.mode");
-    EXPECT_EQ(report.ignored.at(0).reason, QStringLiteral("profiles do not hold this property"));
+    EXPECT_EQ(report.ignored.at(0).reason, u"profiles do not hold this property"_qs);
 }
 
 TEST_F(PDeviceProfileFieldsTest, are_read_from_the_bytes_of_older_files) {
@@ -134,8 +133,8 @@ TEST_F(PDeviceProfileFieldsTest, differ_one_by_one) {
     ASSERT_TRUE(PDeviceProfileFile::save(device, file).isOk());
     EXPECT_EQ(differences(), QStringList());
     shot->inDevice = QVariant::fromValue(Shot{100, 30, true, 4'000'000'000, 0});
-    EXPECT_EQ(differences(), (QStringList{QStringLiteral("shot.exposure: 20 | 30"),
-                                          QStringLiteral("shot.automatic: off | on")}));
+    EXPECT_EQ(differences(),
+              (QStringList{u"shot.exposure: 20 | 30"_qs, u"shot.automatic: off | on"_qs}));
 }
 
 TEST_F(PDeviceProfileFieldsTest, of_older_files_differ_one_by_one_too) {
@@ -143,7 +142,7 @@ TEST_F(PDeviceProfileFieldsTest, of_older_files_differ_one_by_one_too) {
               profileText("\"contrast\": {\"value\": 12},\n\"shot\": {\"value\": " + oldShot + "}",
                           "\"mode\": \"0\",\n"));
     shot->inDevice = QVariant::fromValue(Shot{150, 7.5, true, 6, 0});
-    EXPECT_EQ(differences(), QStringList{QStringLiteral("shot.serial: 5 | 6")});
+    EXPECT_EQ(differences(), QStringList{u"shot.serial: 5 | 6"_qs});
 }
 
 TEST_F(PDeviceProfileFieldsTest, differ_where_one_side_has_none_or_cannot_have_it) {
@@ -151,10 +150,9 @@ TEST_F(PDeviceProfileFieldsTest, differ_where_one_side_has_none_or_cannot_have_i
                                 "\"much\", \"exposure\": 20, \"automatic\": false, \"colour\": "
                                 "3}},\n\"lamp\": {\"value\": {\"power\": 3}}",
                                 "\"mode\": \"0\",\n"));
-    EXPECT_EQ(differences(), (QStringList{QStringLiteral("shot.gain: much | 100"),
-                                          QStringLiteral("shot.serial:  | 4000000000"),
-                                          QStringLiteral("shot.colour: 3 | "),
-                                          QStringLiteral("lamp: power=3 | ")}));
+    EXPECT_EQ(differences(),
+              (QStringList{u"shot.gain: much | 100"_qs, u"shot.serial:  | 4000000000"_qs,
+                           u"shot.colour: 3 | "_qs, u"lamp: power=3 | "_qs}));
 }
 
 struct WrongRow {
@@ -167,9 +165,8 @@ class WrongField : public PDeviceProfileFieldsTest, public testing::WithParamInt
 
 TEST_P(WrongField, is_named_with_file_and_line_and_nothing_is_sent) {
     const PStatus status = loadShot(GetParam().value);
-    EXPECT_EQ(status.reason(),
-              QStringLiteral("\"%1\": %2").arg(file, QString::fromUtf8(GetParam().message)));
-    EXPECT_FALSE(shot->calls.contains(QStringLiteral("set")));
+    EXPECT_EQ(status.reason(), u"\"%1\": %2"_qs.arg(file, QString::fromUtf8(GetParam().message)));
+    EXPECT_FALSE(shot->calls.contains(u"set"_qs));
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -202,8 +199,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(PDeviceProfileFieldsTest, of_a_plain_value_are_refused) {
     writeFile(file, profileText("\"contrast\": {\n\"value\": {\"a\": 1}}"));
     EXPECT_TRUE(load().reason().startsWith(
-        QStringLiteral("\"%1\": line 9: \"contrast\" cannot be these fields: expected ")
-            .arg(file)));
+        u"\"%1\": line 9: \"contrast\" cannot be these fields: expected "_qs.arg(file)));
 }
 
 } // namespace

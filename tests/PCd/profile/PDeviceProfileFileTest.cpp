@@ -15,7 +15,7 @@ namespace {
 
 class PDeviceProfileFileTest : public FolderTest {
 protected:
-    const QString file = path(QStringLiteral("a.json"));
+    const QString file = path(u"a.json"_qs);
 
     PStatus read(PDeviceProfile& profile) const { return PDeviceProfileFile::read(file, profile); }
     QString failureOf(const QByteArray& text) const {
@@ -79,7 +79,7 @@ TEST_F(PDeviceProfileFileTest, replaces_an_older_one) {
     writeFile(file, QByteArray(5000, 'x'));
     ASSERT_TRUE(PDeviceProfileFile::save(camera.device, file).isOk());
     EXPECT_TRUE(readFile(file).startsWith("{\n"));
-    EXPECT_EQ(QDir(path(QString())).entryList(QDir::Files), QStringList{QStringLiteral("a.json")});
+    EXPECT_EQ(QDir(path(QString())).entryList(QDir::Files), QStringList{u"a.json"_qs});
 }
 
 TEST_F(PDeviceProfileFileTest, keeps_an_older_one_if_a_value_cannot_be_written) {
@@ -87,17 +87,15 @@ TEST_F(PDeviceProfileFileTest, keeps_an_older_one_if_a_value_cannot_be_written) 
     camera.contrast->inDevice = QVariant::fromValue<void*>(nullptr);
     writeFile(file, "old");
     EXPECT_EQ(PDeviceProfileFile::save(camera.device, file).reason(),
-              QStringLiteral("cannot save \"%1\": the camera has a value that cannot be written")
-                  .arg(file));
+              u"cannot save \"%1\": the camera has a value that cannot be written"_qs.arg(file));
     EXPECT_EQ(readFile(file), QByteArray("old"));
 }
 
 TEST_F(PDeviceProfileFileTest, names_a_file_that_cannot_be_written) {
     ProfileDevice camera;
-    const QString nowhere = path(QStringLiteral("no/such/a.json"));
+    const QString nowhere = path(u"no/such/a.json"_qs);
     const QString reason = PDeviceProfileFile::save(camera.device, nowhere).reason();
-    EXPECT_TRUE(reason.startsWith(QStringLiteral("cannot save \"%1\": ").arg(nowhere)))
-        << reason.toStdString();
+    EXPECT_TRUE(reason.startsWith(u"cannot save \"%1\": "_qs.arg(nowhere))) << reason.toStdString();
 }
 
 TEST_F(PDeviceProfileFileTest, is_read_with_every_value_and_its_line) {
@@ -106,14 +104,14 @@ TEST_F(PDeviceProfileFileTest, is_read_with_every_value_and_its_line) {
     PDeviceProfile profile;
     ASSERT_TRUE(read(profile).isOk());
     EXPECT_EQ(profile.path, file);
-    EXPECT_EQ(profile.model, QStringLiteral("Fake"));
-    EXPECT_EQ(profile.serial, QStringLiteral("1"));
-    EXPECT_EQ(profile.mode.form, QVariant(QStringLiteral("2")));
-    EXPECT_EQ(profile.mode.position, QStringLiteral("line 7"));
+    EXPECT_EQ(profile.model, u"Fake"_qs);
+    EXPECT_EQ(profile.serial, u"1"_qs);
+    EXPECT_EQ(profile.mode.form, QVariant(u"2"_qs));
+    EXPECT_EQ(profile.mode.position, u"line 7"_qs);
     ASSERT_EQ(profile.settings.size(), 1);
     EXPECT_EQ(profile.settings.at(0).id, "gain");
     EXPECT_EQ(profile.settings.at(0).form, QVariant(5));
-    EXPECT_EQ(profile.settings.at(0).position, QStringLiteral("line 10"));
+    EXPECT_EQ(profile.settings.at(0).position, u"line 10"_qs);
 }
 
 TEST_F(PDeviceProfileFileTest, of_a_device_without_modes_has_none) {
@@ -136,7 +134,7 @@ class DamagedProfile : public PDeviceProfileFileTest,
 
 TEST_P(DamagedProfile, is_refused_with_file_and_line) {
     const QString reason = failureOf(GetParam().text);
-    EXPECT_EQ(reason, QStringLiteral("\"%1\": %2").arg(file, QString::fromUtf8(GetParam().reason)));
+    EXPECT_EQ(reason, u"\"%1\": %2"_qs.arg(file, QString::fromUtf8(GetParam().reason)));
 }
 
 QByteArray replaced(QByteArray text, const char* what, const QByteArray& by) {
@@ -228,7 +226,7 @@ TEST_F(PDeviceProfileFileTest, is_refused_wherever_it_is_cut_off) {
         writeFile(file, whole.left(size));
         const PStatus status = read(profile);
         ASSERT_FALSE(status.isOk()) << size << " bytes";
-        ASSERT_TRUE(status.reason().contains(QStringLiteral("\": line "))) << size << " bytes";
+        ASSERT_TRUE(status.reason().contains(u"\": line "_qs)) << size << " bytes";
     }
     EXPECT_TRUE(profile.path.isEmpty()) << "a failure must leave the profile alone";
 }
@@ -248,22 +246,19 @@ TEST_F(PDeviceProfileFileTest, of_the_largest_size_is_read) {
 TEST_F(PDeviceProfileFileTest, that_is_larger_is_refused) {
     const qsizetype room = PDeviceProfileFile::LargestSize - sound.size();
     EXPECT_EQ(failureOf(sound + QByteArray(room + 1, ' ')),
-              QStringLiteral("cannot read \"%1\": it is larger than 1048576 bytes, which no "
-                             "profile is")
-                  .arg(file));
+              u"cannot read \"%1\": it is larger than 1048576 bytes, which no "
+              "profile is"_qs.arg(file));
 }
 
 TEST_F(PDeviceProfileFileTest, that_is_not_there_is_named) {
     PDeviceProfile profile;
-    EXPECT_TRUE(
-        read(profile).reason().startsWith(QStringLiteral("cannot read \"%1\": ").arg(file)));
+    EXPECT_TRUE(read(profile).reason().startsWith(u"cannot read \"%1\": "_qs.arg(file)));
 }
 
 TEST_F(PDeviceProfileFileTest, that_is_no_plain_file_is_refused_without_waiting_for_it) {
     ASSERT_EQ(mkfifo(QFile::encodeName(file).constData(), 0600), 0);
     PDeviceProfile profile;
-    EXPECT_EQ(read(profile).reason(),
-              QStringLiteral("cannot read \"%1\": it is not a file").arg(file));
+    EXPECT_EQ(read(profile).reason(), u"cannot read \"%1\": it is not a file"_qs.arg(file));
 }
 
 } // namespace

@@ -16,13 +16,13 @@ using Mode = PDeviceProfilePlan::Mode;
 QStringList linesOf(const QList<PDeviceProfileReport::Item>& items) {
     QStringList lines;
     for (const PDeviceProfileReport::Item& item : items)
-        lines.append(QString::fromUtf8(item.id) + QStringLiteral(": ") + item.reason);
+        lines.append(QString::fromUtf8(item.id) + u": "_qs + item.reason);
     return lines;
 }
 
 class PDeviceProfilePlanTest : public FolderTest {
 protected:
-    const QString file = path(QStringLiteral("a.json"));
+    const QString file = path(u"a.json"_qs);
     ProfileDevice camera;
 
     /// Reads a profile, makes a plan of it for the device and sends it; nothing if that fails.
@@ -65,10 +65,8 @@ TEST_F(PDeviceProfilePlanTest, sends_mode_switches_choices_composites_numbers_an
     before.changeAll();
     ASSERT_TRUE(PDeviceProfileFile::save(before.device, file).isOk());
     ASSERT_TRUE(load(camera).isOk());
-    const QStringList order{QStringLiteral("mode"),     QStringLiteral("rotate"),
-                            QStringLiteral("negative"), QStringLiteral("exposure"),
-                            QStringLiteral("contrast"), QStringLiteral("hue"),
-                            QStringLiteral("roi")};
+    const QStringList order{u"mode"_qs,     u"rotate"_qs, u"negative"_qs, u"exposure"_qs,
+                            u"contrast"_qs, u"hue"_qs,    u"roi"_qs};
     EXPECT_EQ(camera.sent, order);
     EXPECT_EQ(report.applied, QList<QByteArray>({"mode", "rotate", "negative", "exposure",
                                                  "contrast", "hue", "roi"}));
@@ -100,8 +98,8 @@ TEST_F(PDeviceProfilePlanTest, refuses_a_region_that_fits_the_present_mode_only)
     const PStatus status = loadText(
         profileText("\"roi\": {\"value\": {\"$rect\": [0, 0, 640, 480]}}", "\"mode\": \"1\",\n"));
     EXPECT_TRUE(status.reason().contains(
-        QStringLiteral("line 9: \"roi\" cannot be 0,0,640,480: expected a region x,y,width,height "
-                       "inside 0,0,320,240")))
+        u"line 9: \"roi\" cannot be 0,0,640,480: expected a region x,y,width,height "
+        "inside 0,0,320,240"_qs))
         << status.reason().toStdString();
     EXPECT_EQ(camera.sent, QStringList());
 }
@@ -112,9 +110,9 @@ TEST_F(PDeviceProfilePlanTest, leaves_mode_and_region_alone_if_it_is_told_to) {
                                      "\"mode\": \"1\",\n"),
                          Mode::AsItIs)
                     .isOk());
-    EXPECT_EQ(camera.sent, QStringList{QStringLiteral("hue")});
+    EXPECT_EQ(camera.sent, QStringList{u"hue"_qs});
     EXPECT_EQ(linesOf(report.ignored),
-              QStringList{QStringLiteral("roi: it is a region of a mode that is not set")});
+              QStringList{u"roi: it is a region of a mode that is not set"_qs});
     EXPECT_TRUE(report.isComplete());
 }
 
@@ -139,9 +137,8 @@ TEST_P(WrongValue, is_named_with_its_line_and_nothing_is_set) {
     const QStringList before = camera.state();
     const QByteArray properties = QByteArray("\"hue\": {\"value\": 9},\n") + GetParam().properties;
     const PStatus status = loadText(profileText(properties, "\"mode\": \"1\",\n"));
-    EXPECT_EQ(
-        status.reason(),
-        QStringLiteral("\"%1\": line 10: %2").arg(file, QString::fromUtf8(GetParam().reason)));
+    EXPECT_EQ(status.reason(),
+              u"\"%1\": line 10: %2"_qs.arg(file, QString::fromUtf8(GetParam().reason)));
     EXPECT_EQ(camera.state(), before);
     EXPECT_EQ(camera.sent, QStringList());
 }
@@ -178,9 +175,8 @@ INSTANTIATE_TEST_SUITE_P(PDeviceProfilePlan, WrongValue, testing::ValuesIn(wrong
 
 TEST_F(PDeviceProfilePlanTest, refuses_a_mode_that_this_model_has_not) {
     const PStatus status = loadText(profileText("\"hue\": {\"value\": 9}", "\"mode\": \"7\",\n"));
-    EXPECT_EQ(status.reason(), QStringLiteral("\"%1\": line 7: \"mode\" cannot be the text \"7\": "
-                                              "expected one of \"0\" (640x480), \"1\" (320x240)")
-                                   .arg(file));
+    EXPECT_EQ(status.reason(), u"\"%1\": line 7: \"mode\" cannot be the text \"7\": "
+                               "expected one of \"0\" (640x480), \"1\" (320x240)"_qs.arg(file));
     EXPECT_EQ(camera.sent, QStringList());
 }
 
@@ -191,26 +187,25 @@ TEST_F(PDeviceProfilePlanTest, of_another_model_sets_what_this_camera_can_have) 
                                      "\"hue\": {\"value\": 9}",
                                      "\"mode\": \"7\",\n", "Other"))
                     .isOk());
-    EXPECT_EQ(camera.sent, QStringList{QStringLiteral("hue")});
+    EXPECT_EQ(camera.sent, QStringList{u"hue"_qs});
     EXPECT_EQ(linesOf(report.refused),
-              (QStringList{
-                  QStringLiteral("mode: cannot be the text \"7\": expected one of \"0\" (640x480), "
-                                 "\"1\" (320x240)"),
-                  QStringLiteral("contrast: cannot be 500: expected a whole number from -100 to "
-                                 "100"),
-                  QStringLiteral("rotate: cannot be the text \"45\": expected one of \"0°\", "
-                                 "\"90°\"")}));
+              (QStringList{u"mode: cannot be the text \"7\": expected one of \"0\" (640x480), "
+                           "\"1\" (320x240)"_qs,
+                           u"contrast: cannot be 500: expected a whole number from -100 to "
+                           "100"_qs,
+                           u"rotate: cannot be the text \"45\": expected one of \"0°\", "
+                           "\"90°\""_qs}));
     EXPECT_EQ(linesOf(report.ignored),
-              QStringList{QStringLiteral("roi: it is a region of a mode that is not set")});
-    EXPECT_EQ(report.note, QStringLiteral("saved from another camera: Other, serial number 1; this "
-                                          "one is Fake, serial number 1"));
+              QStringList{u"roi: it is a region of a mode that is not set"_qs});
+    EXPECT_EQ(report.note, u"saved from another camera: Other, serial number 1; this "
+                           "one is Fake, serial number 1"_qs);
 }
 
 TEST_F(PDeviceProfilePlanTest, of_another_model_is_damaged_by_a_value_of_another_type) {
     const PStatus status = loadText(profileText("\"hue\": {\"value\": 9},\n"
                                                 "\"contrast\": {\"value\": \"12\"}",
                                                 "", "Other"));
-    EXPECT_TRUE(status.reason().contains(QStringLiteral("line 9: \"contrast\" cannot be")));
+    EXPECT_TRUE(status.reason().contains(u"line 9: \"contrast\" cannot be"_qs));
     EXPECT_EQ(camera.sent, QStringList());
 }
 
@@ -220,52 +215,48 @@ TEST_F(PDeviceProfilePlanTest, of_another_serial_number_says_so_and_sets_all) {
     ASSERT_TRUE(PDeviceProfileFile::save(other.device, file).isOk());
     ASSERT_TRUE(load(camera).isOk());
     EXPECT_TRUE(report.isComplete());
-    EXPECT_TRUE(report.note.contains(QStringLiteral("serial number 2")))
-        << report.note.toStdString();
+    EXPECT_TRUE(report.note.contains(u"serial number 2"_qs)) << report.note.toStdString();
 }
 
 TEST_F(PDeviceProfilePlanTest, reports_a_property_that_the_camera_lacks_and_sets_the_rest) {
     ASSERT_TRUE(loadText(profileText("\"fan\": {\"value\": 1},\n\"hue\": {\"value\": 9}")).isOk());
-    EXPECT_EQ(linesOf(report.refused),
-              QStringList{QStringLiteral("fan: the camera has no such property")});
+    EXPECT_EQ(linesOf(report.refused), QStringList{u"fan: the camera has no such property"_qs});
     EXPECT_EQ(camera.hue->inDevice, QVariant(9));
 }
 
 TEST_F(PDeviceProfilePlanTest, names_a_property_of_any_language_that_the_camera_lacks) {
     ASSERT_TRUE(loadText(profileText("\"цвет\": {\"value\": 1}")).isOk());
-    EXPECT_EQ(linesOf(report.refused),
-              QStringList{QStringLiteral("цвет: the camera has no such property")});
+    EXPECT_EQ(linesOf(report.refused), QStringList{u"цвет: the camera has no such property"_qs});
 }
 
 TEST_F(PDeviceProfilePlanTest, names_what_the_profile_says_nothing_of_and_leaves_it) {
     ASSERT_TRUE(loadText(profileText("\"hue\": {\"value\": 9}")).isOk());
     EXPECT_EQ(report.missing,
               QList<QByteArray>({"roi", "contrast", "exposure", "rotate", "negative"}));
-    EXPECT_EQ(camera.sent, QStringList{QStringLiteral("hue")});
+    EXPECT_EQ(camera.sent, QStringList{u"hue"_qs});
 }
 
 TEST_F(PDeviceProfilePlanTest, never_runs_an_action) {
     ASSERT_TRUE(
         loadText(profileText("\"whiten\": {\"value\": 1},\n\"hue\": {\"value\": 9}")).isOk());
-    EXPECT_EQ(camera.sent, QStringList{QStringLiteral("hue")});
+    EXPECT_EQ(camera.sent, QStringList{u"hue"_qs});
     EXPECT_EQ(linesOf(report.ignored),
-              QStringList{QStringLiteral("whiten: it is an action, which a profile never runs")});
+              QStringList{u"whiten: it is an action, which a profile never runs"_qs});
 }
 
 TEST_F(PDeviceProfilePlanTest, never_sets_what_profiles_do_not_hold) {
     ASSERT_TRUE(
         loadText(profileText("\"hidden\": {\"value\": 1},\n\"hue\": {\"value\": 9}")).isOk());
-    EXPECT_EQ(camera.sent, QStringList{QStringLiteral("hue")});
+    EXPECT_EQ(camera.sent, QStringList{u"hue"_qs});
     EXPECT_EQ(linesOf(report.ignored),
-              QStringList{QStringLiteral("hidden: profiles do not hold this property")});
+              QStringList{u"hidden: profiles do not hold this property"_qs});
 }
 
 TEST_F(PDeviceProfilePlanTest, reports_what_the_camera_refuses_and_sets_the_rest) {
     camera.contrast->refuses = true;
     ASSERT_TRUE(
         loadText(profileText("\"contrast\": {\"value\": 12},\n\"hue\": {\"value\": 9}")).isOk());
-    EXPECT_EQ(linesOf(report.refused),
-              QStringList{QStringLiteral("contrast: wanted 12, the camera has 0")});
+    EXPECT_EQ(linesOf(report.refused), QStringList{u"contrast: wanted 12, the camera has 0"_qs});
     EXPECT_EQ(report.applied, QList<QByteArray>{"hue"});
     EXPECT_EQ(camera.hue->inDevice, QVariant(9));
 }
@@ -273,8 +264,7 @@ TEST_F(PDeviceProfilePlanTest, reports_what_the_camera_refuses_and_sets_the_rest
 TEST_F(PDeviceProfilePlanTest, reports_what_the_camera_makes_another_value_of) {
     camera.rotate->becomes = ProfileDevice::turn(0);
     ASSERT_TRUE(loadText(profileText("\"rotate\": {\"value\": \"90\"}")).isOk());
-    EXPECT_EQ(linesOf(report.refused),
-              QStringList{QStringLiteral("rotate: wanted 90°, the camera has 0°")});
+    EXPECT_EQ(linesOf(report.refused), QStringList{u"rotate: wanted 90°, the camera has 0°"_qs});
 }
 
 TEST_F(PDeviceProfilePlanTest, does_not_set_a_region_if_its_mode_is_refused) {
@@ -284,10 +274,10 @@ TEST_F(PDeviceProfilePlanTest, does_not_set_a_region_if_its_mode_is_refused) {
                                      "\"mode\": \"1\",\n"))
                     .isOk());
     EXPECT_EQ(linesOf(report.refused),
-              QStringList{QStringLiteral("mode: the device refused to take the mode 320x240")});
+              QStringList{u"mode: the device refused to take the mode 320x240"_qs});
     EXPECT_EQ(linesOf(report.ignored),
-              QStringList{QStringLiteral("roi: it is a region of a mode that is not set")});
-    EXPECT_EQ(camera.sent, QStringList{QStringLiteral("hue")});
+              QStringList{u"roi: it is a region of a mode that is not set"_qs});
+    EXPECT_EQ(camera.sent, QStringList{u"hue"_qs});
 }
 
 TEST_F(PDeviceProfilePlanTest, is_no_damage_where_the_camera_itself_is_out_of_its_range) {
@@ -295,10 +285,10 @@ TEST_F(PDeviceProfilePlanTest, is_no_damage_where_the_camera_itself_is_out_of_it
     ASSERT_TRUE(PDeviceProfileFile::save(camera.device, file).isOk());
     ASSERT_TRUE(load(camera).isOk());
     EXPECT_TRUE(report.isComplete());
-    EXPECT_FALSE(camera.sent.contains(QStringLiteral("contrast")));
+    EXPECT_FALSE(camera.sent.contains(u"contrast"_qs));
     EXPECT_EQ(linesOf(report.ignored),
-              QStringList{QStringLiteral("contrast: the camera has this value already, outside of "
-                                         "its range")});
+              QStringList{u"contrast: the camera has this value already, outside of "
+                          "its range"_qs});
 }
 
 TEST_F(PDeviceProfilePlanTest, of_a_damaged_profile_sends_nothing_even_if_it_is_told_to) {
@@ -320,7 +310,7 @@ TEST_F(PDeviceProfilePlanTest, sends_its_values_once) {
     ASSERT_TRUE(plan.make(profile).isOk());
     plan.apply();
     plan.apply();
-    EXPECT_EQ(camera.sent, QStringList{QStringLiteral("hue")});
+    EXPECT_EQ(camera.sent, QStringList{u"hue"_qs});
 }
 
 TEST_F(PDeviceProfilePlanTest, made_again_sends_nothing_of_the_profile_before) {
@@ -334,7 +324,7 @@ TEST_F(PDeviceProfilePlanTest, made_again_sends_nothing_of_the_profile_before) {
     ASSERT_TRUE(plan.make(first).isOk());
     ASSERT_TRUE(plan.make(second).isOk());
     plan.apply();
-    EXPECT_EQ(camera.sent, QStringList{QStringLiteral("contrast")});
+    EXPECT_EQ(camera.sent, QStringList{u"contrast"_qs});
 }
 
 } // namespace

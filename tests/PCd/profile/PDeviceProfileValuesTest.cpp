@@ -79,7 +79,7 @@ TEST_F(PDeviceProfileValuesTest, are_those_of_a_profile_that_is_saved_at_the_sam
     changeAll();
     const PDeviceProfile kept = PDeviceProfileValues::ofDevice(camera.device).toProfile();
     const QTemporaryDir folder;
-    const QString path = folder.filePath(QStringLiteral("camera.json"));
+    const QString path = folder.filePath(u"camera.json"_qs);
     ASSERT_TRUE(PDeviceProfileFile::save(camera.device, path).isOk());
     PDeviceProfile saved;
     ASSERT_TRUE(PDeviceProfileFile::read(path, saved).isOk());
@@ -95,8 +95,8 @@ TEST_F(PDeviceProfileValuesTest, are_those_of_a_profile_that_is_saved_at_the_sam
 TEST_F(PDeviceProfileValuesTest, leave_out_a_region_that_the_device_could_not_read) {
     changeAll();
     camera.roi->setValueInner(QRect());
-    EXPECT_FALSE(idsOf(PDeviceProfileValues::ofDevice(camera.device).toProfile())
-                     .contains(QStringLiteral("roi")));
+    EXPECT_FALSE(
+        idsOf(PDeviceProfileValues::ofDevice(camera.device).toProfile()).contains(u"roi"_qs));
 }
 
 TEST_F(PDeviceProfileValuesTest, can_be_applied_to_another_device) {
@@ -113,7 +113,6 @@ TEST_F(PDeviceProfileValuesTest, that_a_device_cannot_have_are_named_without_a_f
     camera.contrast->setValueInner(1000);
     PDeviceProfilePlan plan(camera.device);
     const PStatus status = plan.make(PDeviceProfileValues::ofDevice(camera.device).toProfile());
-    EXPECT_EQ(status.reason(),
-              QStringLiteral("\"contrast\" cannot be 1000: expected a whole number "
-                             "from -100 to 100"));
+    EXPECT_EQ(status.reason(), u"\"contrast\" cannot be 1000: expected a whole number "
+                               "from -100 to 100"_qs);
 }

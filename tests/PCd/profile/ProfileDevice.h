@@ -29,7 +29,7 @@ public:
         hidden->setSerializable(false);
         device.makeProperties = [this] { return all(); };
         QObject::connect(&device, &PDevice::modeChanged, [this](const PDeviceMode& mode) {
-            sent.append(QStringLiteral("mode"));
+            sent.append(u"mode"_qs);
             roi->inDevice = QRect(0, 0, mode.width, mode.height);
             roi->rangeInDevice = areaOf(mode.width, mode.height);
         });
@@ -55,16 +55,15 @@ public:
         const auto pair = exposure->inDevice.value<StreamedPair>();
         const QRect region = roi->inDevice.toRect();
         return {QString::fromLatin1(device.mode.id),
-                QStringLiteral("roi %1,%2 %3x%4")
-                    .arg(region.x())
+                u"roi %1,%2 %3x%4"_qs.arg(region.x())
                     .arg(region.y())
                     .arg(region.width())
                     .arg(region.height()),
-                QStringLiteral("contrast %1").arg(contrast->inDevice.toInt()),
-                QStringLiteral("hue %1").arg(hue->inDevice.toInt()),
-                QStringLiteral("exposure %1 %2").arg(pair.saved).arg(pair.leftOut),
-                QStringLiteral("rotate ") + rotate->inDevice.toUuid().toString(),
-                QStringLiteral("negative %1").arg(negative->inDevice.toBool())};
+                u"contrast %1"_qs.arg(contrast->inDevice.toInt()),
+                u"hue %1"_qs.arg(hue->inDevice.toInt()),
+                u"exposure %1 %2"_qs.arg(pair.saved).arg(pair.leftOut),
+                u"rotate "_qs + rotate->inDevice.toUuid().toString(),
+                u"negative %1"_qs.arg(negative->inDevice.toBool())};
     }
 
     /// A property that notes in the device's list that it was set.
@@ -85,11 +84,10 @@ public:
     class Action : public PDevicePropertyAction {
     public:
         explicit Action(QStringList& list)
-            : PDevicePropertyAction("whiten", QStringLiteral("Whiten"),
-                                    PCD::DevicePropertyType::Action)
+            : PDevicePropertyAction("whiten", u"Whiten"_qs, PCD::DevicePropertyType::Action)
             , m_list(list) {}
         bool trySetValueToDevice() override {
-            m_list.append(QStringLiteral("whiten"));
+            m_list.append(u"whiten"_qs);
             return true;
         }
 
@@ -118,8 +116,8 @@ private:
     }
     static QVariant turns() {
         PEnumeration choices;
-        choices.addItem(turn(0), QStringLiteral("0"), QStringLiteral("0°"), "0");
-        choices.addItem(turn(1), QStringLiteral("90"), QStringLiteral("90°"), "90");
+        choices.addItem(turn(0), u"0"_qs, u"0°"_qs, "0");
+        choices.addItem(turn(1), u"90"_qs, u"90°"_qs, "90");
         return QVariant::fromValue(choices);
     }
     QList<PDeviceProperty*> all() const {

@@ -8,15 +8,15 @@
 #include <gtest/gtest.h>
 
 TEST(PDevicePropertyGroup, keeps_its_id_and_title) {
-    const PDevicePropertyGroup group(QStringLiteral("color"), QStringLiteral("Colour"));
-    EXPECT_EQ(group.id(), QStringLiteral("color"));
-    EXPECT_EQ(group.title(), QStringLiteral("Colour"));
+    const PDevicePropertyGroup group(u"color"_qs, u"Colour"_qs);
+    EXPECT_EQ(group.id(), u"color"_qs);
+    EXPECT_EQ(group.title(), u"Colour"_qs);
 }
 
 TEST(PDevicePropertyGroup, keeps_the_order_of_its_members) {
     FakeProperty hue("hue");
     FakeProperty gain("gain");
-    PDevicePropertyGroup group(QStringLiteral("g"), QStringLiteral("Group"));
+    PDevicePropertyGroup group(u"g"_qs, u"Group"_qs);
     group.addProperty(&hue);
     group.addProperty(&gain);
     EXPECT_EQ(group.properties(), (QList<PDeviceProperty*>{&hue, &gain}));
@@ -24,7 +24,7 @@ TEST(PDevicePropertyGroup, keeps_the_order_of_its_members) {
 
 TEST(PDevicePropertyGroup, ignores_a_null_member) {
     FakeProperty gain("gain");
-    PDevicePropertyGroup group(QStringLiteral("g"), QStringLiteral("Group"));
+    PDevicePropertyGroup group(u"g"_qs, u"Group"_qs);
     group.addProperty(nullptr);
     group.addProperty(&gain);
     EXPECT_EQ(group.properties(), (QList<PDeviceProperty*>{&gain}));
@@ -32,7 +32,7 @@ TEST(PDevicePropertyGroup, ignores_a_null_member) {
 
 TEST(PDevicePropertyGroup, forgets_a_member_that_was_deleted) {
     FakeProperty hue("hue");
-    PDevicePropertyGroup group(QStringLiteral("g"), QStringLiteral("Group"));
+    PDevicePropertyGroup group(u"g"_qs, u"Group"_qs);
     {
         FakeProperty gain("gain");
         group.addProperty(&gain);

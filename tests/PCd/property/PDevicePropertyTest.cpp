@@ -66,13 +66,13 @@ TEST(PDeviceProperty, announces_a_value_before_it_is_sent) {
     taken.property->setValue(7);
     EXPECT_EQ(announced, 7);
     EXPECT_EQ(callsBefore, QStringList());
-    EXPECT_TRUE(taken.property->calls.contains(QStringLiteral("set")));
+    EXPECT_TRUE(taken.property->calls.contains(u"set"_qs));
 }
 
 TEST(PDeviceProperty, keeps_what_it_is_made_of) {
     const FakeProperty property("gain");
     EXPECT_EQ(property.id(), "gain");
-    EXPECT_EQ(property.title(), QStringLiteral("Title of gain"));
+    EXPECT_EQ(property.title(), u"Title of gain"_qs);
     EXPECT_EQ(property.type(), PCD::DevicePropertyType::Integer);
     EXPECT_TRUE(property.isSerializable());
     EXPECT_EQ(property.unit(), ValueUnits::None);
@@ -87,17 +87,17 @@ TEST(PDeviceProperty, keeps_what_it_is_told) {
     property.setType(PCD::DevicePropertyType::Duration);
     property.setUnit(ValueUnits::Microsecond);
     property.setUnitsType(ValueUnitType::Time);
-    property.setDescription(QStringLiteral("how long"));
+    property.setDescription(u"how long"_qs);
     EXPECT_EQ(property.type(), PCD::DevicePropertyType::Duration);
     EXPECT_EQ(property.unit(), ValueUnits::Microsecond);
     EXPECT_EQ(property.unitsType(), ValueUnitType::Time);
-    EXPECT_EQ(property.description(), QStringLiteral("how long"));
+    EXPECT_EQ(property.description(), u"how long"_qs);
 }
 
 TEST(PDeviceProperty, keeps_a_default_as_given_and_never_sends_it) {
     TakenProperty taken(5, rangeTo(10));
-    taken.property->setDefaultValue(QStringLiteral("off the scale"));
-    EXPECT_EQ(taken.property->defaultValue(), QVariant(QStringLiteral("off the scale")));
+    taken.property->setDefaultValue(u"off the scale"_qs);
+    EXPECT_EQ(taken.property->defaultValue(), QVariant(u"off the scale"_qs));
     EXPECT_EQ(taken.property->calls, QStringList());
     EXPECT_EQ(taken.property->valueInner(), QVariant(5));
     EXPECT_TRUE(taken.emitted.isEmpty());
@@ -111,12 +111,11 @@ TEST(PDeviceProperty, has_what_the_device_made_of_a_value_that_it_took) {
     taken.property->setValue(9);
     EXPECT_EQ(taken.property->valueInner(), QVariant(8));
     EXPECT_EQ(taken.emitted, (Emitted{{"value", 8}}));
-    EXPECT_EQ(taken.property->calls,
-              (QStringList{QStringLiteral("set"), QStringLiteral("get value")}));
+    EXPECT_EQ(taken.property->calls, (QStringList{u"set"_qs, u"get value"_qs}));
 }
 
 TEST(PDeviceProperty, has_the_type_that_the_device_gives_whatever_was_sent) {
-    for (const QVariant& sent : {QVariant(QStringLiteral("9")), QVariant(9u)}) {
+    for (const QVariant& sent : {QVariant(u"9"_qs), QVariant(9u)}) {
         TakenProperty taken;
         taken.property->becomes = 9;
         taken.property->setValue(sent);
@@ -229,8 +228,7 @@ TEST(PDeviceProperty, tells_the_range_before_the_value_that_lies_in_it) {
     });
     taken.property->updateValueFromDevice();
     EXPECT_EQ(taken.emitted, (Emitted{{"range", rangeTo(20)}, {"value", 15}}));
-    EXPECT_EQ(taken.property->calls,
-              (QStringList{QStringLiteral("get range"), QStringLiteral("get value")}));
+    EXPECT_EQ(taken.property->calls, (QStringList{u"get range"_qs, u"get value"_qs}));
     EXPECT_EQ(rangeSeenWithRange, rangeTo(20));
     EXPECT_EQ(valueSeenWithRange, QVariant(15));
 }
@@ -247,11 +245,11 @@ TEST(PDeviceProperty, knows_equal_enumerations_as_equal) {
         enumeration.addItem(QUuid(), name, name, {});
         return QVariant::fromValue(enumeration);
     };
-    TakenProperty taken(QUuid(), choices(QStringLiteral("50 Hz")));
-    taken.property->rangeInDevice = choices(QStringLiteral("50 Hz")); // another object
+    TakenProperty taken(QUuid(), choices(u"50 Hz"_qs));
+    taken.property->rangeInDevice = choices(u"50 Hz"_qs); // another object
     taken.property->updateValueFromDevice();
     EXPECT_TRUE(taken.emitted.isEmpty());
-    taken.property->rangeInDevice = choices(QStringLiteral("60 Hz"));
+    taken.property->rangeInDevice = choices(u"60 Hz"_qs);
     taken.property->updateValueFromDevice();
     EXPECT_EQ(taken.emitted.size(), 1);
 }
@@ -333,9 +331,9 @@ TEST(PDeviceProperty, saves_its_value_in_an_object_of_its_name) {
     TakenProperty taken(42);
     PJsonReader reader;
     ASSERT_TRUE(reader.setDocument(saved(*taken.property)).isOk());
-    EXPECT_EQ(reader.objectNames(), QStringList{QStringLiteral("gain")});
-    ASSERT_TRUE(reader.beginObject(QStringLiteral("gain")));
-    EXPECT_EQ(reader.readValue(QStringLiteral("value")), QVariant(42));
+    EXPECT_EQ(reader.objectNames(), QStringList{u"gain"_qs});
+    ASSERT_TRUE(reader.beginObject(u"gain"_qs));
+    EXPECT_EQ(reader.readValue(u"value"_qs), QVariant(42));
 }
 
 TEST(PDeviceProperty, that_is_not_serialisable_saves_nothing) {
@@ -350,7 +348,7 @@ TEST(PDeviceProperty, says_that_its_value_cannot_be_saved) {
     // It has no stream form.
     TakenProperty taken(QVariant::fromValue(PMinMaxRange<double>{0, 1, 1}));
     PJsonWriter writer;
-    EXPECT_FALSE(taken.property->writeStreamThis(&writer, QStringLiteral("gain")));
+    EXPECT_FALSE(taken.property->writeStreamThis(&writer, u"gain"_qs));
 }
 
 TEST(PDeviceProperty, sends_nothing_when_no_value_was_saved) {

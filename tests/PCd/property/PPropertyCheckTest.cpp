@@ -38,8 +38,8 @@ QVariant realRangeOf(double minimum, double maximum) {
 
 QVariant turns() {
     PEnumeration choices;
-    choices.addItem(idOf(0), QStringLiteral("none"), QStringLiteral("0°"), "0");
-    choices.addItem(idOf(1), QStringLiteral("quarter"), QStringLiteral("90°"), "90");
+    choices.addItem(idOf(0), u"none"_qs, u"0°"_qs, "0");
+    choices.addItem(idOf(1), u"quarter"_qs, u"90°"_qs, "90");
     return QVariant::fromValue(choices);
 }
 
@@ -92,8 +92,8 @@ const CheckRow checkRows[] = {
     {"in_a_range_of_one_value", 5, rangeOf(0, 0, 1), 0, true},
     {"outside_a_range_of_one_value", 5, rangeOf(0, 0, 1), 2, false},
     {"any_number_where_there_is_no_range", 5, rangeOf(0, 0, 0), 2, true},
-    {"no_text_where_there_is_no_range", 5, rangeOf(0, 0, 0), QStringLiteral("2"), false},
-    {"a_text_for_a_number", 5, rangeOf(0, 9), QStringLiteral("5"), false},
+    {"no_text_where_there_is_no_range", 5, rangeOf(0, 0, 0), u"2"_qs, false},
+    {"a_text_for_a_number", 5, rangeOf(0, 9), u"5"_qs, false},
     {"a_double_for_a_number", 5, rangeOf(0, 9), 5.0, false},
     {"nothing_for_a_number", 5, rangeOf(0, 9), {}, false},
     {"a_number_that_is_not_whole", 5.0, realRangeOf(0.5, 9), 0.5, true},
@@ -106,7 +106,7 @@ const CheckRow checkRows[] = {
     {"nothing_for_a_switch", false, {}, {}, false},
     {"an_item", idOf(0), turns(), idOf(1), true},
     {"no_item", idOf(0), turns(), idOf(2), false},
-    {"a_text_for_a_choice", idOf(0), turns(), QStringLiteral("none"), false},
+    {"a_text_for_a_choice", idOf(0), turns(), u"none"_qs, false},
     {"a_region", QRect(), sensor(), QRect(2, 4, 8, 4), true},
     {"the_whole_between_the_steps", QRect(), sensor(), QRect(0, 0, 101, 80), true},
     {"a_region_too_narrow", QRect(), sensor(), QRect(0, 0, 4, 4), false},
@@ -133,21 +133,21 @@ TEST(PPropertyCheck, refuses_any_value_for_an_action) {
     const CheckedProperty checked(5);
     checked.property->setType(PCD::DevicePropertyType::Action);
     EXPECT_EQ(PPropertyCheck::check(*checked.property, 5).reason(),
-              QStringLiteral("\"gain\" is an action and takes no value"));
+              u"\"gain\" is an action and takes no value"_qs);
 }
 
 TEST(PPropertyCheck, says_property_value_and_what_was_expected) {
     const CheckedProperty checked(5, rangeOf(0, 10, 5));
     EXPECT_EQ(PPropertyCheck::check(*checked.property, 7).reason(),
-              QStringLiteral("\"gain\" cannot be 7: expected a whole number from 0 to 10 in steps "
-                             "of 5"));
+              u"\"gain\" cannot be 7: expected a whole number from 0 to 10 in steps "
+              "of 5"_qs);
 }
 
 TEST(PPropertyCheck, goes_by_a_range_that_is_given) {
     const CheckedProperty checked(5, rangeOf(0, 10));
     EXPECT_TRUE(PPropertyCheck::check(*checked.property, 20, rangeOf(0, 20)).isOk());
     EXPECT_EQ(PPropertyCheck::check(*checked.property, 9, rangeOf(0, 3)).reason(),
-              QStringLiteral("\"gain\" cannot be 9: expected a whole number from 0 to 3"));
+              u"\"gain\" cannot be 9: expected a whole number from 0 to 3"_qs);
 }
 
 struct ExpectationRow {

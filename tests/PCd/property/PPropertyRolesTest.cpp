@@ -51,7 +51,7 @@ TEST(PropertyRoles, come_with_the_hosts_copy_of_the_value) {
 TEST(PropertyRoles, of_a_choice_come_with_its_name) {
     PEnumeration turns;
     const QUuid left = QUuid::createUuid();
-    turns.addItem(left, QStringLiteral("270"), QStringLiteral("to the left"), {});
+    turns.addItem(left, u"270"_qs, u"to the left"_qs, {});
     FakeProperty property("turn", left);
     property.rangeInDevice = QVariant::fromValue(turns);
     property.updateValueFromDevice();

@@ -76,8 +76,8 @@ TEST_F(QuietReadingTest, emits_and_sends_nothing) {
     QSignalSpy shots(shot, &PDeviceProperty::valueChanged);
     { const PQuietReading reading(device.supportProperties()); }
     EXPECT_EQ(values.size() + ranges.size() + shots.size(), 0);
-    EXPECT_FALSE(gain->calls.contains(QStringLiteral("set")));
-    EXPECT_FALSE(shot->calls.contains(QStringLiteral("set")));
+    EXPECT_FALSE(gain->calls.contains(u"set"_qs));
+    EXPECT_FALSE(shot->calls.contains(u"set"_qs));
 }
 
 TEST_F(QuietReadingTest, leaves_each_property_with_the_copy_it_had) {

@@ -30,7 +30,7 @@ TEST_F(PWidgetFactoryTest, makes_a_label_with_the_title_where_no_editor_is_insta
     const std::unique_ptr<QWidget> widget(property.createWidget());
     const auto* const label = qobject_cast<QLabel*>(widget.get());
     ASSERT_NE(label, nullptr);
-    EXPECT_EQ(label->text(), QStringLiteral("Title of gain"));
+    EXPECT_EQ(label->text(), u"Title of gain"_qs);
     EXPECT_EQ(label->parent(), nullptr);
 }
 

@@ -93,9 +93,9 @@ TEST_F(LanguageChange, leaves_a_running_button_at_stop) {
     for (const char* name : {"pbRunOnce", "pbSequence", "pbRepeatMode"}) {
         clickOn(button(name));
         speakRussian();
-        EXPECT_EQ(textOf(name), QStringLiteral("Стоп"));
+        EXPECT_EQ(textOf(name), u"Стоп"_qs);
         speakEnglish();
-        EXPECT_EQ(textOf(name), QStringLiteral("Stop"));
+        EXPECT_EQ(textOf(name), u"Stop"_qs);
         clickOn(button(name));
     }
 }
@@ -106,11 +106,11 @@ TEST_F(LanguageChange, gives_a_button_that_was_stopped_its_first_text_again) {
         clickOn(button(name));
         clickOn(button(name));
     }
-    EXPECT_EQ(textOf("pbSequence"), QStringLiteral("Run sequence"));
-    EXPECT_EQ(textOf("pbRepeatMode"), QStringLiteral("Run repeat"));
+    EXPECT_EQ(textOf("pbSequence"), u"Run sequence"_qs);
+    EXPECT_EQ(textOf("pbRepeatMode"), u"Run repeat"_qs);
     speakRussian();
-    EXPECT_EQ(textOf("pbSequence"), QStringLiteral("Серия:"));
-    EXPECT_EQ(textOf("pbRepeatMode"), QStringLiteral("Непрерывная съёмка"));
+    EXPECT_EQ(textOf("pbSequence"), u"Серия:"_qs);
+    EXPECT_EQ(textOf("pbRepeatMode"), u"Непрерывная съёмка"_qs);
 }
 
 TEST_F(LanguageChange, keeps_the_trigger_mode_that_is_chosen) {
@@ -118,18 +118,18 @@ TEST_F(LanguageChange, keeps_the_trigger_mode_that_is_chosen) {
     d.triggermode = ExtendedExposureData::ExternalTrigger;
     openWith(d);
     speakRussian();
-    EXPECT_EQ(triggerMode()->currentText(), QStringLiteral("Внешний"));
+    EXPECT_EQ(triggerMode()->currentText(), u"Внешний"_qs);
 }
 
 TEST_F(LanguageChange, says_the_last_readings_of_the_cooler_in_the_new_language) {
     const SdkReadings readings(-87, 73, 120);
     ASSERT_TRUE(device->link().isOk());
     panel = openPanel("teccontrol");
-    ASSERT_TRUE(waitUntil([&] { return textOf("temp") == QStringLiteral("-8.7"); }));
+    ASSERT_TRUE(waitUntil([&] { return textOf("temp") == u"-8.7"_qs; }));
     device->unlink(); // no more readings come
     speakRussian();
-    EXPECT_EQ(textOf("tecVoltage"), QStringLiteral("7.3/12 (текущее/макс.)"));
-    EXPECT_EQ(textOf("temp"), QStringLiteral("-8.7"));
+    EXPECT_EQ(textOf("tecVoltage"), u"7.3/12 (текущее/макс.)"_qs);
+    EXPECT_EQ(textOf("temp"), u"-8.7"_qs);
     speakEnglish();
-    EXPECT_EQ(textOf("tecVoltage"), QStringLiteral("7.3/12 (current/max)"));
+    EXPECT_EQ(textOf("tecVoltage"), u"7.3/12 (current/max)"_qs);
 }

@@ -42,9 +42,9 @@ public:
     int code = 2;
 };
 
-const QString dc = QStringLiteral("DC");
-const QString hz50 = QStringLiteral("50 Hz");
-const QString hz60 = QStringLiteral("60 Hz");
+const QString dc = u"DC"_qs;
+const QString hz50 = u"50 Hz"_qs;
+const QString hz60 = u"60 Hz"_qs;
 
 struct ButtonRow {
     const char* name;

@@ -131,7 +131,7 @@ TEST_F(PTExtendedExposureEnds,
     panel.reset(free.createWidget());
     EXPECT_FALSE(button("pbTrigger")->isEnabled());
     EXPECT_TRUE(showActive(panel.get()));
-    enterNumber(target(), QStringLiteral("99"));
+    enterNumber(target(), u"99"_qs);
     EXPECT_EQ(free.value().target, 99);
 }
 

@@ -41,7 +41,7 @@ protected:
     }
 
     QTemporaryDir folder;
-    const QString file = folder.filePath(QStringLiteral("a.json"));
+    const QString file = folder.filePath(u"a.json"_qs);
 };
 
 TEST_F(PTExtendedExposureRead, saving_a_profile_sends_nothing_and_keeps_the_video_exposure) {
@@ -97,7 +97,7 @@ TEST_F(PTExtendedExposureRead, a_profile_saved_while_triggered_brings_the_video_
     openOnTrigger();
     save();
     clickOn(button("pbVideo"));
-    enterNumber(time(), QStringLiteral("30"));
+    enterNumber(time(), u"30"_qs);
     ASSERT_EQ(stored().exp, 30);
     PDeviceProfilePlan plan(*device);
     ASSERT_TRUE(plan.make(read()).isOk());

@@ -83,11 +83,11 @@ protected:
 TEST_P(PTExtendedExposurePace, one_run_makes_one_snapshot_and_ends_itself) {
     startAtPace(1);
     clickOn(button("pbRunOnce"));
-    EXPECT_EQ(button("pbRunOnce")->text(), QStringLiteral("Stop"));
+    EXPECT_EQ(button("pbRunOnce")->text(), u"Stop"_qs);
     EXPECT_THAT(usableRuns(), ElementsAre("pbRunOnce"));
     EXPECT_THAT(usableSettings(), IsEmpty());
     ASSERT_TRUE(waitUntilUp("pbRunOnce"));
-    EXPECT_EQ(button("pbRunOnce")->text(), QStringLiteral("Run once"));
+    EXPECT_EQ(button("pbRunOnce")->text(), u"Run once"_qs);
     EXPECT_THAT(SimJournal::calls(triggerCall),
                 ElementsAre("Toupcam_Trigger(h1, 1) = 0", "Toupcam_Trigger(h1, 0) = 0"));
     EXPECT_EQ(usableRuns().size(), 3U);
@@ -100,17 +100,17 @@ TEST_P(PTExtendedExposurePace, one_run_makes_one_snapshot_and_ends_itself) {
 TEST_P(PTExtendedExposurePace, a_sequence_of_3_makes_3_snapshots_and_ends_itself) {
     startAtPace(3);
     clickOn(button("pbSequence"));
-    EXPECT_EQ(button("pbSequence")->text(), QStringLiteral("Stop"));
+    EXPECT_EQ(button("pbSequence")->text(), u"Stop"_qs);
     EXPECT_THAT(usableRuns(), ElementsAre("pbSequence"));
     EXPECT_THAT(usableSettings(), IsEmpty());
     ASSERT_TRUE(waitUntilUp("pbSequence"));
-    EXPECT_EQ(button("pbSequence")->text(), QStringLiteral("Run sequence"));
+    EXPECT_EQ(button("pbSequence")->text(), u"Run sequence"_qs);
     EXPECT_THAT(SimJournal::calls(triggerCall),
                 ElementsAre("Toupcam_Trigger(h1, 3) = 0", "Toupcam_Trigger(h1, 0) = 0"));
     EXPECT_EQ(usableRuns().size(), 3U);
     EXPECT_EQ(usableSettings().size(), 6U);
-    const QString address = QStringLiteral("0x%1").arg(quintptr(panel.get()), 0, 16);
-    EXPECT_THAT(ptTexts(log), Contains(QStringLiteral("Stop sequence capture: ") + address));
+    const QString address = u"0x%1"_qs.arg(quintptr(panel.get()), 0, 16);
+    EXPECT_THAT(ptTexts(log), Contains(u"Stop sequence capture: "_qs + address));
     stopAndDeliver();
     EXPECT_EQ(snapshots, 3);
     EXPECT_EQ(images, 3);
@@ -129,13 +129,13 @@ TEST_P(PTExtendedExposurePace, a_second_sequence_makes_as_many_again) {
 TEST_P(PTExtendedExposurePace, repeating_makes_a_snapshot_of_every_image_until_stopped) {
     startAtPace(1);
     clickOn(button("pbRepeatMode"));
-    EXPECT_EQ(button("pbRepeatMode")->text(), QStringLiteral("Stop"));
+    EXPECT_EQ(button("pbRepeatMode")->text(), u"Stop"_qs);
     EXPECT_THAT(usableRuns(), ElementsAre("pbRepeatMode"));
     EXPECT_THAT(usableSettings(), IsEmpty());
     ASSERT_TRUE(waitForSnapshots(4));
     EXPECT_TRUE(button("pbRepeatMode")->isChecked());
     clickOn(button("pbRepeatMode"));
-    EXPECT_EQ(button("pbRepeatMode")->text(), QStringLiteral("Run repeat"));
+    EXPECT_EQ(button("pbRepeatMode")->text(), u"Run repeat"_qs);
     EXPECT_THAT(SimJournal::calls(triggerCall),
                 ElementsAre("Toupcam_Trigger(h1, 65535) = 0", "Toupcam_Trigger(h1, 0) = 0"));
     EXPECT_EQ(usableRuns().size(), 3U);
@@ -170,7 +170,7 @@ TEST_F(PTExtendedExposureRuns, a_sequence_stopped_by_hand_goes_on_counting_later
     clickOn(button("pbSequence"));
     ASSERT_TRUE(waitForSnapshots(1));
     clickOn(button("pbSequence"));
-    EXPECT_EQ(button("pbSequence")->text(), QStringLiteral("Run sequence"));
+    EXPECT_EQ(button("pbSequence")->text(), u"Run sequence"_qs);
     clickOn(button("pbVideo"));
     ASSERT_TRUE(waitForSnapshots(5));
     ASSERT_TRUE(waitUntil([&] { return images >= 7; }));
@@ -185,7 +185,7 @@ TEST_F(PTExtendedExposureRuns, a_single_run_stopped_by_hand_takes_the_next_image
     set(d);
     clickOn(button("pbRunOnce"));
     clickOn(button("pbRunOnce"));
-    EXPECT_EQ(button("pbRunOnce")->text(), QStringLiteral("Run once"));
+    EXPECT_EQ(button("pbRunOnce")->text(), u"Run once"_qs);
     clickOn(button("pbVideo"));
     ASSERT_TRUE(waitUntil([&] { return images >= 3; }));
     stopAndDeliver();
@@ -198,7 +198,7 @@ TEST_F(PTExtendedExposureRuns, going_to_video_ends_a_run) {
     ASSERT_TRUE(waitForSnapshots(2));
     clickOn(button("pbVideo"));
     EXPECT_FALSE(button("pbRepeatMode")->isChecked());
-    EXPECT_EQ(button("pbRepeatMode")->text(), QStringLiteral("Run repeat"));
+    EXPECT_EQ(button("pbRepeatMode")->text(), u"Run repeat"_qs);
     EXPECT_THAT(SimJournal::calls(triggerCall),
                 ElementsAre("Toupcam_Trigger(h1, 65535) = 0", "Toupcam_Trigger(h1, 0) = 0"));
     EXPECT_EQ(page(), 0);
@@ -233,16 +233,15 @@ TEST_F(PTExtendedExposureRuns, an_external_sequence_of_3_ends_after_three_signal
     EXPECT_THAT(usableRuns(), ElementsAre("pbSequence"));
     clickOn(button("pbSequence"));
     // The camera takes no number of software triggers now; the signals count all the same.
-    EXPECT_THAT(ptTexts(log),
-                Contains(QStringLiteral("Failed TOUPCAM_OP: Toupcam_Trigger(m_property->m_h, "
-                                        "m_property->value().spincount)")));
+    EXPECT_THAT(ptTexts(log), Contains(u"Failed TOUPCAM_OP: Toupcam_Trigger(m_property->m_h, "
+                                       "m_property->value().spincount)"_qs));
     for (int signal = 1; signal <= 3; ++signal) {
         ASSERT_TRUE(button("pbSequence")->isChecked());
         ASSERT_EQ(ToupcamSim_fireTrigger("cam"), 1);
         ASSERT_TRUE(waitForSnapshots(signal));
     }
     ASSERT_TRUE(waitUntilUp("pbSequence"));
-    EXPECT_EQ(button("pbSequence")->text(), QStringLiteral("Run sequence"));
+    EXPECT_EQ(button("pbSequence")->text(), u"Run sequence"_qs);
     EXPECT_THAT(usableRuns(), ElementsAre("pbSequence"));
     ASSERT_EQ(ToupcamSim_fireTrigger("cam"), 1);
     ASSERT_TRUE(waitUntil([&] { return images == 4; }));
@@ -404,7 +403,7 @@ TEST_F(PTExtendedExposureImages, a_single_run_has_ended_when_its_image_has_been_
     clickOn(button("pbRunOnce"));
     bringImages(1);
     EXPECT_FALSE(button("pbRunOnce")->isChecked());
-    EXPECT_EQ(button("pbRunOnce")->text(), QStringLiteral("Run once"));
+    EXPECT_EQ(button("pbRunOnce")->text(), u"Run once"_qs);
 }
 
 TEST_F(PTExtendedExposureImages, pending_events_are_processed_after_each_image_of_a_sequence) {
@@ -475,7 +474,7 @@ class PTExtendedExposureFailedTrigger : public PTExtendedExposureRuns,
                                         public testing::WithParamInterface<FailedTriggerRow> {};
 
 QString failed(const char* call) {
-    return QStringLiteral("Failed TOUPCAM_OP: ") + QLatin1String(call);
+    return u"Failed TOUPCAM_OP: "_qs + QLatin1String(call);
 }
 
 } // namespace

@@ -150,7 +150,7 @@ TEST_F(PTExtendedExposurePanel, a_software_trigger_can_run_in_all_three_ways) {
 TEST_F(PTExtendedExposurePanel, an_external_trigger_can_run_sequences_only) {
     openWith(triggerRecord());
     QTest::keyClick(triggerMode(), Qt::Key_Down);
-    ASSERT_EQ(triggerMode()->currentText(), QStringLiteral("External"));
+    ASSERT_EQ(triggerMode()->currentText(), u"External"_qs);
     EXPECT_THAT(usable(runControls), ElementsAre("pbSequence"));
     QTest::keyClick(triggerMode(), Qt::Key_Up);
     EXPECT_THAT(usable(runControls), ElementsAre("pbRunOnce", "pbSequence", "pbRepeatMode"));
@@ -168,7 +168,7 @@ TEST_F(PTExtendedExposurePanel, an_unknown_trigger_can_run_in_all_three_ways) {
 
 TEST_F(PTExtendedExposurePanel, another_target_sends_the_whole_record_once) {
     openWith(ExtendedExposureData());
-    enterNumber(target(), QStringLiteral("150"));
+    enterNumber(target(), u"150"_qs);
     EXPECT_THAT(puts(), ElementsAre("Toupcam_put_Option(h1, 11, 0) = 0",
                                     "Toupcam_put_AutoExpoEnable(h1, 1) = 0",
                                     "Toupcam_put_AutoExpoTarget(h1, 150) = 0",
@@ -179,7 +179,7 @@ TEST_F(PTExtendedExposurePanel, another_target_sends_the_whole_record_once) {
 
 TEST_F(PTExtendedExposurePanel, another_time_sends_the_whole_record_once) {
     openWith(manualRecord());
-    enterNumber(time(), QStringLiteral("250.5"));
+    enterNumber(time(), u"250.5"_qs);
     EXPECT_THAT(puts(), SizeIs(5));
     EXPECT_THAT(SimJournal::calls("Toupcam_put_ExpoTime"),
                 ElementsAre("Toupcam_put_ExpoTime(h1, 250500) = 0"));
@@ -300,7 +300,7 @@ TEST_P(PTExtendedExposureBox, sends_every_number_on_the_way_while_one_is_typed) 
     QSpinBox* const typed = box(GetParam().name);
     typed->setFocus();
     typed->selectAll();
-    QTest::keyClicks(typed, QStringLiteral("25"));
+    QTest::keyClicks(typed, u"25"_qs);
     EXPECT_EQ(stored().*GetParam().field, 25);
     EXPECT_THAT(puts(), SizeIs(6)); // 2, then 25
 }
@@ -355,7 +355,7 @@ TEST_F(PTExtendedExposurePanel, two_panels_agree_in_the_end) {
     openWith(ExtendedExposureData());
     const auto second = newPanel("extexposure");
     clickOn(automatic());
-    enterNumber(time(), QStringLiteral("33"));
+    enterNumber(time(), u"33"_qs);
     EXPECT_FALSE(control<QCheckBox>(second, "cbAutoExposure")->isChecked());
     EXPECT_EQ(control<PDoubleRangeWidget>(second, "exposureTime")->value(), 33.0);
     EXPECT_EQ(stored().exp, 33.0);
@@ -364,7 +364,7 @@ TEST_F(PTExtendedExposurePanel, two_panels_agree_in_the_end) {
 
 TEST_F(PTExtendedExposurePanel, something_else_in_the_property_is_shown_as_the_default) {
     openWith(manualRecord());
-    property("extexposure")->setValue(QStringLiteral("bright"));
+    property("extexposure")->setValue(u"bright"_qs);
     EXPECT_TRUE(automatic()->isChecked());
     EXPECT_EQ(target()->value(), 100);
     EXPECT_EQ(gain()->value(), 120);

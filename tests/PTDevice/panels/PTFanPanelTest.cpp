@@ -115,7 +115,7 @@ TEST_F(PTFanPanel, unchecking_sends_0_once_and_keeps_the_speed) {
 TEST_F(PTFanPanel, another_speed_is_sent_once) {
     set({1, 4});
     openFanPanel();
-    enterNumber(range, QStringLiteral("2"));
+    enterNumber(range, u"2"_qs);
     EXPECT_THAT(SimJournal::lines(), ElementsAre("Toupcam_put_Option(h1, 7, 2) = 0"));
     EXPECT_EQ(stored(), (FANDATA{1, 2}));
 }
@@ -140,7 +140,7 @@ TEST_F(PTFanPanel, two_panels_follow_each_other) {
     openFanPanel();
     const auto second = newPanel("fan");
     clickOn(onOff);
-    enterNumber(range, QStringLiteral("3"));
+    enterNumber(range, u"3"_qs);
     EXPECT_TRUE(control<QCheckBox>(second, "fanOnOff")->isChecked());
     EXPECT_EQ(control<PRangeWidget>(second, "range")->value(), 3);
     EXPECT_EQ(puts().size(), 2U);
@@ -150,7 +150,7 @@ TEST_F(PTFanPanel, a_refused_speed_stays_on_the_panel_and_is_logged) {
     set({1, 1});
     openFanPanel();
     ToupcamSim_failCall("Toupcam_put_Option", 0, 1, E_FAIL);
-    enterNumber(range, QStringLiteral("2"));
+    enterNumber(range, u"2"_qs);
     EXPECT_EQ(range->value(), 2);
     EXPECT_EQ(ptTexts(log).size(), 1);
 }
@@ -167,6 +167,6 @@ TEST_F(PTFanPanel, left_behind_by_its_camera_it_talks_to_nobody) {
     device.reset();
     SimJournal::clear();
     clickOn(onOff);
-    enterNumber(range, QStringLiteral("2"));
+    enterNumber(range, u"2"_qs);
     EXPECT_THAT(SimJournal::lines(), IsEmpty());
 }

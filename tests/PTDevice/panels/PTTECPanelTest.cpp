@@ -77,7 +77,7 @@ TEST_F(PTTECPanel, the_switch_is_sent_at_once_and_again_with_the_value) {
 
 TEST_F(PTTECPanel, another_target_is_sent_once) {
     openTecPanel();
-    enterNumber(target, QStringLiteral("-5"));
+    enterNumber(target, u"-5"_qs);
     EXPECT_THAT(puts(), ElementsAre("Toupcam_put_Option(h1, 8, 0) = 0",
                                     "Toupcam_put_Temperature(h1, -50) = 0"));
     EXPECT_EQ(stored(), (TECDATA{0, -50}));
@@ -111,7 +111,7 @@ TEST_F(PTTECPanel, every_tenth_of_a_degree_is_stored_as_it_is_shown) {
 TEST_F(PTTECPanel, the_target_it_already_shows_writes_nothing) {
     set({0, 123});
     openTecPanel();
-    enterNumber(target, QStringLiteral("12.3"));
+    enterNumber(target, u"12.3"_qs);
     target->setValue(12.3);
     emit target->valueChanged(12.3);
     EXPECT_THAT(puts(), IsEmpty());
@@ -150,7 +150,7 @@ TEST_F(PTTECPanel, opened_with_a_target_beyond_its_range_it_shows_it) {
 TEST_F(PTTECPanel, a_refused_target_is_taken_back) {
     openTecPanel();
     ToupcamSim_failCall("Toupcam_put_Temperature", 0, 1, E_FAIL);
-    enterNumber(target, QStringLiteral("5"));
+    enterNumber(target, u"5"_qs);
     EXPECT_EQ(stored(), (TECDATA{0, 150}));
     EXPECT_EQ(target->value(), 15.0);
 }
@@ -179,16 +179,16 @@ TEST_F(PTTECPanel, readings_have_three_digits) {
     const SdkReadings readings(-123, 125, 240);
     openTecPanel();
     ASSERT_TRUE(waitForTicks(1));
-    EXPECT_EQ(textOfLabel("tecVoltage"), QStringLiteral("12.5/24 (current/max)"));
-    EXPECT_EQ(textOfLabel("temp"), QStringLiteral("-12.3"));
+    EXPECT_EQ(textOfLabel("tecVoltage"), u"12.5/24 (current/max)"_qs);
+    EXPECT_EQ(textOfLabel("temp"), u"-12.3"_qs);
 }
 
 TEST_F(PTTECPanel, readings_of_more_digits_are_rounded_to_three) {
     const SdkReadings readings(1006, 1234, 0);
     openTecPanel();
     ASSERT_TRUE(waitForTicks(1));
-    EXPECT_EQ(textOfLabel("tecVoltage"), QStringLiteral("123/0 (current/max)"));
-    EXPECT_EQ(textOfLabel("temp"), QStringLiteral("101"));
+    EXPECT_EQ(textOfLabel("tecVoltage"), u"123/0 (current/max)"_qs);
+    EXPECT_EQ(textOfLabel("temp"), u"101"_qs);
 }
 
 TEST_F(PTTECPanel, readings_that_fail_are_zero) {
@@ -196,8 +196,8 @@ TEST_F(PTTECPanel, readings_that_fail_are_zero) {
     ToupcamSim_failCall("Toupcam_get_Temperature", 0, 0, E_FAIL);
     ToupcamSim_failCall("Toupcam_get_Option", 0, 0, E_FAIL);
     ASSERT_TRUE(waitForTicks(2));
-    EXPECT_EQ(textOfLabel("tecVoltage"), QStringLiteral("0/0 (current/max)"));
-    EXPECT_EQ(textOfLabel("temp"), QStringLiteral("0"));
+    EXPECT_EQ(textOfLabel("tecVoltage"), u"0/0 (current/max)"_qs);
+    EXPECT_EQ(textOfLabel("temp"), u"0"_qs);
 }
 
 TEST_F(PTTECPanel, the_refresh_stops_for_good_when_the_device_is_unlinked) {
@@ -228,7 +228,7 @@ TEST_F(PTTECPanel, left_behind_by_its_camera_it_talks_to_nobody) {
     device.reset();
     SimJournal::clear();
     clickOn(onOff);
-    enterNumber(target, QStringLiteral("2"));
+    enterNumber(target, u"2"_qs);
     ASSERT_TRUE(waitForTicks(2));
     EXPECT_THAT(SimJournal::lines(), IsEmpty());
 }

@@ -15,7 +15,7 @@ using testing::ElementsAreArray;
 
 namespace {
 
-const QString ignored = QStringLiteral("called on destroyed widget, just ignore");
+const QString ignored = u"called on destroyed widget, just ignore"_qs;
 
 struct EndRow {
     const char* name;
@@ -164,8 +164,7 @@ TEST_P(PanelEnds, the_camera_may_end_when_the_panel_does) {
 
 TEST_P(PanelWithNumberEnds, ends_a_number_that_is_being_typed) {
     openShown();
-    typeInto(childOf<PNumberField>(control<QWidget>(panel, GetParam().numberField)),
-             QStringLiteral("5"));
+    typeInto(childOf<PNumberField>(control<QWidget>(panel, GetParam().numberField)), u"5"_qs);
     panel.reset();
     QCoreApplication::processEvents();
     EXPECT_EQ(property(GetParam().property)->valueInner(), GetParam().shown);

@@ -155,7 +155,7 @@ TEST_P(PanelFrame, has_its_name_its_title_and_its_margins) {
     const auto panel = newPanel(row.property);
     EXPECT_EQ(panel->parent(), nullptr);
     EXPECT_EQ(panel->objectName(), QString::fromLatin1(row.object));
-    EXPECT_EQ(panel->windowTitle(), QStringLiteral("Form"));
+    EXPECT_EQ(panel->windowTitle(), u"Form"_qs);
     for (const auto& [name, margin] : row.margins) {
         const auto* const layout = panel->findChild<QGridLayout*>(QString::fromLatin1(name));
         ASSERT_NE(layout, nullptr) << name;
@@ -185,7 +185,7 @@ TEST_F(PanelFormDetails, the_exposure_panel_is_264_by_273) {
 
 TEST_F(PanelFormDetails, the_room_left_on_the_trigger_page_is_in_its_row_10) {
     const auto panel = newPanel("extexposure");
-    const auto* const layout = panel->findChild<QGridLayout*>(QStringLiteral("gridLayout_3"));
+    const auto* const layout = panel->findChild<QGridLayout*>(u"gridLayout_3"_qs);
     ASSERT_NE(layout, nullptr);
     QLayoutItem* const item = layout->itemAtPosition(10, 0);
     ASSERT_NE(item, nullptr);
@@ -209,11 +209,10 @@ TEST_F(PanelFormDetails, the_light_panel_is_300_by_160_and_grows_in_width_alone)
 TEST_F(PanelFormDetails, the_light_panel_explains_itself_in_italics) {
     const auto panel = newPanel("backlight");
     EXPECT_EQ(control<QLabel>(panel, "label")->text(),
-              QStringLiteral(
-                  "<html><head/><body><p><span style=\" font-style:italic;\">Select compensate "
-                  "backlight fluctuation mode, if you have halogen light source select value "
-                  "50/60Hz, in case of LED select DC. Some exposure values may be unavailable when "
-                  "you select 50/60 Hz mode.</span></p></body></html>"));
+              u"<html><head/><body><p><span style=\" font-style:italic;\">Select compensate "
+              "backlight fluctuation mode, if you have halogen light source select value "
+              "50/60Hz, in case of LED select DC. Some exposure values may be unavailable when "
+              "you select 50/60 Hz mode.</span></p></body></html>"_qs);
 }
 
 TEST_F(PanelFormDetails, the_light_buttons_exclude_each_other) {
@@ -226,7 +225,7 @@ TEST_F(PanelFormDetails, the_page_buttons_are_navigation_and_exclude_each_other)
     const auto panel = newPanel("extexposure");
     for (const char* name : {"pbVideo", "pbTrigger"}) {
         const auto* const button = control<QPushButton>(panel, name);
-        EXPECT_EQ(button->accessibleName(), QStringLiteral("nav")) << name;
+        EXPECT_EQ(button->accessibleName(), u"nav"_qs) << name;
         EXPECT_TRUE(button->isCheckable() && button->autoExclusive()) << name;
     }
     EXPECT_TRUE(control<QPushButton>(panel, "pbVideo")->isChecked());
@@ -254,18 +253,18 @@ TEST_F(PanelFormDetails, the_pages_are_video_and_trigger) {
     const auto panel = newPanel("extexposure");
     const auto* const pages = control<QStackedWidget>(panel, "stackedWidget");
     ASSERT_EQ(pages->count(), 2);
-    EXPECT_EQ(pages->widget(0)->objectName(), QStringLiteral("page"));
-    EXPECT_EQ(pages->widget(1)->objectName(), QStringLiteral("page_2"));
-    EXPECT_NE(pages->widget(0)->findChild<QWidget*>(QStringLiteral("exposureTarget")), nullptr);
-    EXPECT_NE(pages->widget(1)->findChild<QWidget*>(QStringLiteral("pbSequence")), nullptr);
+    EXPECT_EQ(pages->widget(0)->objectName(), u"page"_qs);
+    EXPECT_EQ(pages->widget(1)->objectName(), u"page_2"_qs);
+    EXPECT_NE(pages->widget(0)->findChild<QWidget*>(u"exposureTarget"_qs), nullptr);
+    EXPECT_NE(pages->widget(1)->findChild<QWidget*>(u"pbSequence"_qs), nullptr);
 }
 
 TEST_F(PanelFormDetails, the_trigger_is_by_software_or_external) {
     const auto panel = newPanel("extexposure");
     const auto* const modes = control<QComboBox>(panel, "cbTriggerMode");
     ASSERT_EQ(modes->count(), 2);
-    EXPECT_EQ(modes->itemText(0), QStringLiteral("Software"));
-    EXPECT_EQ(modes->itemText(1), QStringLiteral("External"));
+    EXPECT_EQ(modes->itemText(0), u"Software"_qs);
+    EXPECT_EQ(modes->itemText(1), u"External"_qs);
 }
 
 TEST_F(PanelFormDetails, the_number_boxes_have_their_ends) {

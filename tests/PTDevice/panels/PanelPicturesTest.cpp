@@ -72,10 +72,8 @@ protected:
         const QString folder = qEnvironmentVariable("PCD_SCREENSHOTS");
         if (folder.isEmpty())
             return;
-        const QString name =
-            QStringLiteral("panel-%1-%2.png")
-                .arg(QLatin1String(GetParam().name),
-                     GetParam().russian ? QStringLiteral("ru") : QStringLiteral("en"));
+        const QString name = u"panel-%1-%2.png"_qs.arg(QLatin1String(GetParam().name),
+                                                       GetParam().russian ? u"ru"_qs : u"en"_qs);
         ASSERT_TRUE(panel->grab().save(QDir(folder).filePath(name)));
     }
 };
@@ -90,9 +88,8 @@ TEST_P(PanelPictures, show_every_text_as_a_whole) {
     openCamera(fullCamera());
     bringToWork();
     panel = openPanel(GetParam().property);
-    if (const auto* const voltage = panel->findChild<QLabel*>(QStringLiteral("tecVoltage"))) {
-        ASSERT_TRUE(
-            waitUntil([&] { return voltage->text().startsWith(QStringLiteral("7.3/12")); }));
+    if (const auto* const voltage = panel->findChild<QLabel*>(u"tecVoltage"_qs)) {
+        ASSERT_TRUE(waitUntil([&] { return voltage->text().startsWith(u"7.3/12"_qs); }));
     }
     panel->resize(GetParam().width, panel->height());
     QCoreApplication::processEvents();

@@ -9,7 +9,7 @@ int main(int argc, char** argv) {
     testing::InitGoogleMock(&argc, argv); // takes its own options out of the arguments
     const QApplication application(argc, argv);
     // One style whatever the desktop: pictures of panels are compared by eye.
-    QApplication::setStyle(QStringLiteral("Fusion"));
+    QApplication::setStyle(u"Fusion"_qs);
     PLog::installQtMessageHandler();
     return RUN_ALL_TESTS();
 }

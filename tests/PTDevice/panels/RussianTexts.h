@@ -10,7 +10,7 @@
 class RussianTexts {
 public:
     RussianTexts() {
-        if (!m_translator.load(QStringLiteral(":/ptdevice_96.qm")))
+        if (!m_translator.load(u":/ptdevice_96.qm"_qs))
             throw std::runtime_error("the resource has no translation");
         QCoreApplication::installTranslator(&m_translator);
     }

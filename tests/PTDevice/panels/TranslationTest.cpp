@@ -26,8 +26,8 @@ protected:
 
     /// Those that have letters, but no Russian ones.
     static QStringList untranslated(const QStringList& texts) {
-        static const QRegularExpression latin(QStringLiteral("[A-Za-z]"));
-        static const QRegularExpression cyrillic(QStringLiteral("[\\x{0400}-\\x{04ff}]"));
+        static const QRegularExpression latin(u"[A-Za-z]"_qs);
+        static const QRegularExpression cyrillic(u"[\\x{0400}-\\x{04ff}]"_qs);
         QStringList left;
         for (const QString& text : texts) {
             if (text.contains(latin) && !text.contains(cyrillic))
@@ -57,15 +57,15 @@ TEST_F(Translation, the_titles_and_descriptions_of_all_properties_are_russian) {
     for (const PDeviceProperty* one : device->supportProperties())
         texts << one->title() << one->description();
     EXPECT_THAT(untranslated(texts), IsEmpty());
-    EXPECT_EQ(property("autoexpottime")->title(), QStringLiteral("Выдержка"));
-    EXPECT_EQ(property("autoexpogain")->title(), QStringLiteral("Усиление"));
-    EXPECT_EQ(property("roi")->title(), QStringLiteral("Область интереса"));
-    EXPECT_EQ(property("colormatrix")->title(), QStringLiteral("Матрица цветокоррекции"));
-    EXPECT_EQ(property("wbgain")->title(), QStringLiteral("Коэффициенты баланса белого"));
-    EXPECT_EQ(property("vflip")->title(), QStringLiteral("Отражение по вертикали"));
-    EXPECT_EQ(property("hflip")->title(), QStringLiteral("Отражение по горизонтали"));
-    EXPECT_EQ(property("speed")->title(), QStringLiteral("Скорость считывания"));
-    EXPECT_TRUE(property("speed")->description().endsWith(QStringLiteral("скорость считывания.")));
+    EXPECT_EQ(property("autoexpottime")->title(), u"Выдержка"_qs);
+    EXPECT_EQ(property("autoexpogain")->title(), u"Усиление"_qs);
+    EXPECT_EQ(property("roi")->title(), u"Область интереса"_qs);
+    EXPECT_EQ(property("colormatrix")->title(), u"Матрица цветокоррекции"_qs);
+    EXPECT_EQ(property("wbgain")->title(), u"Коэффициенты баланса белого"_qs);
+    EXPECT_EQ(property("vflip")->title(), u"Отражение по вертикали"_qs);
+    EXPECT_EQ(property("hflip")->title(), u"Отражение по горизонтали"_qs);
+    EXPECT_EQ(property("speed")->title(), u"Скорость считывания"_qs);
+    EXPECT_TRUE(property("speed")->description().endsWith(u"скорость считывания."_qs));
 }
 
 TEST_F(Translation, the_titles_of_all_groups_are_russian) {
@@ -73,8 +73,8 @@ TEST_F(Translation, the_titles_of_all_groups_are_russian) {
     for (const PDevicePropertyGroup* group : device->supportPropertyGroups())
         titles.append(group->title());
     EXPECT_THAT(untranslated(titles), IsEmpty());
-    EXPECT_TRUE(titles.startsWith(QStringLiteral("Параметры экспозиции")));
-    EXPECT_TRUE(titles.contains(QStringLiteral("Скорость считывания")));
+    EXPECT_TRUE(titles.startsWith(u"Параметры экспозиции"_qs));
+    EXPECT_TRUE(titles.contains(u"Скорость считывания"_qs));
 }
 
 TEST_F(Translation, the_titles_of_all_choices_are_russian_and_their_names_are_not) {
@@ -89,8 +89,8 @@ TEST_F(Translation, the_titles_of_all_choices_are_russian_and_their_names_are_no
     }
     EXPECT_EQ(titles.size(), 15);
     EXPECT_THAT(untranslated(titles), IsEmpty());
-    EXPECT_TRUE(titles.contains(QStringLiteral("Среднее 2×2")));
-    EXPECT_TRUE(names.contains(QStringLiteral("Average 2x2")));
+    EXPECT_TRUE(titles.contains(u"Среднее 2×2"_qs));
+    EXPECT_TRUE(names.contains(u"Average 2x2"_qs));
 }
 
 TEST_F(Translation, a_panel_that_is_made_now_is_russian) {
@@ -121,7 +121,7 @@ TEST_F(Translation, the_buttons_of_runs_are_russian_after_the_first_click_too) {
     for (const char* name : {"pbRunOnce", "pbSequence", "pbRepeatMode"}) {
         auto* const button = control<QPushButton>(panel, name);
         clickOn(button);
-        EXPECT_EQ(button->text(), QStringLiteral("Стоп"));
+        EXPECT_EQ(button->text(), u"Стоп"_qs);
         clickOn(button);
         EXPECT_THAT(untranslated(textsOf(panel.get())), IsEmpty());
     }
@@ -130,18 +130,17 @@ TEST_F(Translation, the_buttons_of_runs_are_russian_after_the_first_click_too) {
 TEST_F(Translation, the_readings_of_the_cooler_are_russian) {
     const auto panel = openPanel("teccontrol");
     const auto* const voltage = control<QLabel>(panel, "tecVoltage");
-    EXPECT_TRUE(waitUntil([&] {
-        return voltage->text() == QStringLiteral("0/12 (текущее/макс.)");
-    })) << voltage->text().toStdString();
+    EXPECT_TRUE(waitUntil([&] { return voltage->text() == u"0/12 (текущее/макс.)"_qs; }))
+        << voltage->text().toStdString();
 }
 
 TEST_F(Translation, the_crossed_captions_stay_crossed) {
     const auto panel = openPanel("backlight");
-    EXPECT_EQ(control<QAbstractButton>(panel, "hz60")->text(), QStringLiteral("50 Гц"));
-    EXPECT_EQ(control<QAbstractButton>(panel, "hz50")->text(), QStringLiteral("60 Гц"));
+    EXPECT_EQ(control<QAbstractButton>(panel, "hz60")->text(), u"50 Гц"_qs);
+    EXPECT_EQ(control<QAbstractButton>(panel, "hz50")->text(), u"60 Гц"_qs);
 }
 
 TEST_F(Translation, a_text_in_latin_letters_alone_counts_as_untranslated) {
-    const QStringList texts = QStringLiteral("%1|90°|Стоп|Stop").split(u'|');
-    EXPECT_THAT(untranslated(texts), testing::ElementsAre(QStringLiteral("Stop")));
+    const QStringList texts = u"%1|90°|Стоп|Stop"_qs.split(u'|');
+    EXPECT_THAT(untranslated(texts), testing::ElementsAre(u"Stop"_qs));
 }

@@ -48,7 +48,7 @@ using TestSettings = QList<std::pair<QByteArray, QVariant>>;
 
 inline std::shared_ptr<const PDeviceSettings> settingsOf(const TestSettings& values) {
     auto settings = std::make_shared<PDeviceSettings>();
-    settings->mode = {3, 2, QStringLiteral("3x2"), "0", 24};
+    settings->mode = {3, 2, u"3x2"_qs, "0", 24};
     settings->values = values;
     for (const auto& value : values) {
         if (testRoles().contains(value.first))

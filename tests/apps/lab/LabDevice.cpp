@@ -79,7 +79,7 @@ PImage LabDevice::frame() {
 }
 
 PDeviceMode LabDevice::getCurrentMode() {
-    return {sensor.width(), sensor.height(), QStringLiteral("all"), "all", 8};
+    return {sensor.width(), sensor.height(), u"all"_qs, "all", 8};
 }
 
 bool LabDevice::trySetMode(const PDeviceMode& mode) {
@@ -107,7 +107,7 @@ QList<PDeviceProperty*> LabDevice::getSupportProperties() {
 }
 
 QList<PDevicePropertyGroup*> LabDevice::getSupportPropertyGroups() {
-    auto* const all = new PDevicePropertyGroup(QStringLiteral("lab"), QStringLiteral("Lab"));
+    auto* const all = new PDevicePropertyGroup(u"lab"_qs, u"Lab"_qs);
     for (PDeviceProperty* const property : supportProperties())
         all->addProperty(property);
     return {all};

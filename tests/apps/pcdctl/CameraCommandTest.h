@@ -9,7 +9,7 @@
 /// A command that works with the one camera of a scene, and the calls that reach the camera.
 class CameraCommandTest : public FolderTest {
 protected:
-    CtlScene scene = CtlScene().addCamera().set(QStringLiteral("speedLevels"), 4);
+    CtlScene scene = CtlScene().addCamera().set(u"speedLevels"_qs, 4);
 
     /// Runs a command; its journal is that of this run alone.
     CtlResult run(const QStringList& arguments) const;

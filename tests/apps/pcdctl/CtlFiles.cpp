@@ -20,7 +20,7 @@ QString colourName(QRgb colour) {
     case qRgb(0, 0, 0):
         return u"black"_qs;
     default:
-        return u"#%1"_qs.arg(colour, 8, 16, QLatin1Char('0'));
+        return u"#%1"_qs.arg(colour, 8, 16, QChar(u'0'));
     }
 }
 

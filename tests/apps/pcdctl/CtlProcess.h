@@ -9,8 +9,8 @@
 #include <functional>
 
 // Words of many command lines.
-inline const QString listWord = QStringLiteral("list");
-inline const QString jsonWord = QStringLiteral("--json");
+inline const QString listWord = u"list"_qs;
+inline const QString jsonWord = u"--json"_qs;
 
 /// pcdctl as somebody runs it: the built program with arguments, its output and its exit code. One
 /// thread.

@@ -7,7 +7,7 @@
 
 namespace {
 
-const QString firstCamera = QStringLiteral("cam-1");
+const QString firstCamera = u"cam-1"_qs;
 
 QJsonObject resolution(int width, int height, double fps) {
     return {{u"width"_qs, width}, {u"height"_qs, height}, {u"fps"_qs, fps}};

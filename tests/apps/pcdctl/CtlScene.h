@@ -10,8 +10,7 @@ class CtlScene {
 public:
     /// Adds a camera with model "Small" and these; its modes are 320x240 and 160x120, its frames
     /// pure red, green and blue patches on black.
-    CtlScene& addCamera(const QString& id = QStringLiteral("cam-1"),
-                        const QString& serial = QStringLiteral("S0001"));
+    CtlScene& addCamera(const QString& id = u"cam-1"_qs, const QString& serial = u"S0001"_qs);
     /// Changes a value of the camera added last.
     CtlScene& set(const QString& key, const QJsonValue& value);
     /// Gives the camera added last this one resolution.
@@ -28,7 +27,7 @@ private:
 };
 
 /// Ids and fault steps that tests use again and again.
-inline const QString smallCameraId = QStringLiteral("Small-S0001");
+inline const QString smallCameraId = u"Small-S0001"_qs;
 QJsonObject unplugAfter(int frames);
 QJsonObject stepAt(int ms, const QString& action);
 QJsonObject failing(const QString& function);

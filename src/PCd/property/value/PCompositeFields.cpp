@@ -84,11 +84,11 @@ QString classInfo(const QVariant& value, const char* name) {
 /// The fields of this value that the host alone holds.
 QStringList hostFields(const QVariant& value) {
     const QString condition = classInfo(value, "HostFieldsWhile");
-    const QString field = condition.section(QLatin1Char('='), 0, 0);
-    const QString wanted = condition.section(QLatin1Char('='), 1);
+    const QString field = condition.section(u'=', 0, 0);
+    const QString wanted = condition.section(u'=', 1);
     if (condition.isEmpty() || fieldText(PCompositeFields::read(value, field)) != wanted)
         return {};
-    return classInfo(value, "HostFields").split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    return classInfo(value, "HostFields").split(u' ', Qt::SkipEmptyParts);
 }
 
 } // namespace
@@ -119,12 +119,12 @@ QVariant PCompositeFields::read(const QVariant& value, const QString& name) {
 PStatus PCompositeFields::write(QVariant& value, const QString& name, const QString& text) {
     const QMetaProperty field = findField(value, name);
     if (!field.isValid())
-        return PStatus::failure(QStringLiteral("there is no field \"%1\": expected one of %2")
-                                    .arg(name, names(value).join(QStringLiteral(", "))));
+        return PStatus::failure(u"there is no field \"%1\": expected one of %2"_qs.arg(
+            name, names(value).join(u", "_qs)));
     const QVariant meant = parseField(text.trimmed(), field.metaType());
     if (!meant.isValid() || !field.writeOnGadget(value.data(), meant))
-        return PStatus::failure(QStringLiteral("\"%1\" cannot be \"%2\": expected %3")
-                                    .arg(name, text, fieldExpectation(field.metaType())));
+        return PStatus::failure(u"\"%1\" cannot be \"%2\": expected %3"_qs.arg(
+            name, text, fieldExpectation(field.metaType())));
     return PStatus::Ok;
 }
 
@@ -150,6 +150,6 @@ QVariant PCompositeFields::withHostFields(QVariant read, const QVariant& known) 
 QString PCompositeFields::toText(const QVariant& value) {
     QStringList parts;
     for (const QString& name : names(value))
-        parts.append(name + QLatin1Char('=') + fieldText(read(value, name)));
-    return parts.join(QLatin1Char(' '));
+        parts.append(name + u'=' + fieldText(read(value, name)));
+    return parts.join(u' ');
 }

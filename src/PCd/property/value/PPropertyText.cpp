@@ -52,7 +52,7 @@ QVariant toRegion(int x, int y, int width, int height) {
 }
 
 QVariant toRegion(const QString& text) {
-    const QStringList parts = text.split(QLatin1Char(','));
+    const QStringList parts = text.split(u',');
     QList<int> numbers;
     for (const QString& part : parts) {
         bool isNumber = false;
@@ -80,8 +80,7 @@ QVariant PPropertyText::toSwitch(const QString& text) {
 
 QString PPropertyText::ofRegion(const QRect& region) {
     // QRect::width() would overflow for corners that lie far apart.
-    return QStringLiteral("%1,%2,%3,%4")
-        .arg(region.left())
+    return u"%1,%2,%3,%4"_qs.arg(region.left())
         .arg(region.top())
         .arg(qint64(region.right()) - region.left() + 1)
         .arg(qint64(region.bottom()) - region.top() + 1);
@@ -92,9 +91,9 @@ QString PPropertyText::shortened(const QString& text) {
     QString result = text.left(enough);
     for (QChar& c : result) {
         if (!c.isPrint())
-            c = QLatin1Char('?');
+            c = u'?';
     }
-    return text.size() > enough ? result + QStringLiteral("…") : result;
+    return text.size() > enough ? result + u"…"_qs : result;
 }
 
 QString PPropertyText::ofValue(const QVariant& value, const QVariant& range) {
@@ -106,7 +105,7 @@ QString PPropertyText::ofValue(const QVariant& value, const QVariant& range) {
         return item.title.isEmpty() ? value.toString() : item.title;
     }
     if (value.typeId() == QMetaType::Bool)
-        return value.toBool() ? QStringLiteral("on") : QStringLiteral("off");
+        return value.toBool() ? u"on"_qs : u"off"_qs;
     if (value.typeId() == QMetaType::QRect)
         return ofRegion(value.toRect());
     if (value.typeId() == QMetaType::QByteArray) // of a file, perhaps not fit for a terminal
@@ -115,7 +114,7 @@ QString PPropertyText::ofValue(const QVariant& value, const QVariant& range) {
         return PCompositeFields::toText(value);
     if (value.canConvert<QString>())
         return value.toString();
-    return QStringLiteral("<%1>").arg(QString::fromLatin1(value.metaType().name()));
+    return u"<%1>"_qs.arg(QString::fromLatin1(value.metaType().name()));
 }
 
 QVariant PPropertyText::toValue(const QString& text, const QVariant& present,

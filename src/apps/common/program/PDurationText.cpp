@@ -9,10 +9,10 @@ constexpr double longest = 24.0 * 3600 * 1e6; // microseconds
 constexpr auto numberPattern = R"((?:(\d+(?:\.\d+)?)\s*%1\s*)?)";
 
 QRegularExpression pattern() {
-    QString text = QStringLiteral("^\\s*");
+    QString text = u"^\\s*"_qs;
     for (const char* unit : {"m(?!s)", "s", "ms", "(?:us|µs|μs)"})
         text += QString::fromLatin1(numberPattern).arg(QString::fromUtf8(unit));
-    return QRegularExpression(text + QLatin1Char('$'));
+    return QRegularExpression(text + u'$');
 }
 
 /// Microseconds of the groups that were there.

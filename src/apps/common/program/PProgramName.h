@@ -9,7 +9,7 @@ class PProgramName {
 public:
     /// "pcdview 1.0".
     static QString withVersion() {
-        return QStringLiteral("%1 %2")
+        return u"%1 %2"_qs
             .arg(QCoreApplication::applicationName(), QCoreApplication::applicationVersion())
             .trimmed();
     }

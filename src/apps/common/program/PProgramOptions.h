@@ -10,7 +10,7 @@
 
 /// The options that every program has. A value; any thread.
 struct PProgramOptions {
-    QString sdk = QStringLiteral("auto");
+    QString sdk = u"auto"_qs;
     QString scene; ///< file; empty: none
     QStringList pluginPaths;
     QString camera;                   ///< index, id or beginning of an id; empty: the first

@@ -12,7 +12,7 @@ namespace {
 
 /// "ru" of "ru_RU".
 QString toLanguage(const QString& locale) {
-    return locale.section(QLatin1Char('_'), 0, 0).section(QLatin1Char('-'), 0, 0).toLower();
+    return locale.section(u'_', 0, 0).section(u'-', 0, 0).toLower();
 }
 
 bool installFile(const QString& path, const QString& language) {

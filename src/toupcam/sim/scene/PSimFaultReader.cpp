@@ -20,7 +20,7 @@ void readFail(PSimJsonObject& object, PSimFaultSpec& step) {
     step.skip = object.integer("skip", step.skip, 0, PSimJsonObject::kMaxUnsigned);
     step.count = object.integer("count", step.count, 0, PSimJsonObject::kMaxUnsigned);
     if (!object.has("result"))
-        object.complain("result", QStringLiteral("the result the call shall have"));
+        object.complain("result", u"the result the call shall have"_qs);
     step.result = object.integer("result", step.result, kMinInt, kMaxInt);
 }
 
@@ -38,7 +38,7 @@ void readReportedSize(PSimJsonObject& object, PSimFaultSpec& step) {
 void readAnswer(PSimJsonObject& object, PSimFaultSpec& step) {
     step.option = object.integer("option", 0U, 0, PSimJsonObject::kMaxUnsigned);
     if (!object.has("value"))
-        object.complain("value", QStringLiteral("what the option shall answer"));
+        object.complain("value", u"what the option shall answer"_qs);
     step.value = object.integer("value", step.value, kMinInt, kMaxInt);
 }
 
@@ -55,12 +55,12 @@ void readCameraId(PSimJsonObject& object, PSimFaultSpec& step, const PSimScene& 
         std::any_of(scene.cameras.cbegin(), scene.cameras.cend(),
                     [&step](const PSimCameraSpec& camera) { return camera.id == step.camera; });
     if (!known)
-        object.complain("camera", QStringLiteral("the id of a camera of this scene"));
+        object.complain("camera", u"the id of a camera of this scene"_qs);
 }
 
 void readTime(PSimJsonObject& object, PSimFaultSpec& step) {
     if (object.has("afterFrames") == object.has("atMs"))
-        object.complain("do", QStringLiteral("\"afterFrames\" or \"atMs\" beside it, not both"));
+        object.complain("do", u"\"afterFrames\" or \"atMs\" beside it, not both"_qs);
     if (object.has("afterFrames"))
         step.afterFrames = object.integer("afterFrames", std::uint64_t{0}, 0, 1e15);
     else

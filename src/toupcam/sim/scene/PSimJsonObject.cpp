@@ -9,15 +9,14 @@ namespace {
 
 QString shown(const QJsonValue& value) {
     if (value.isUndefined())
-        return QStringLiteral("nothing");
+        return u"nothing"_qs;
     const QByteArray wrapped =
         QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact); // "[value]"
     return QString::fromUtf8(wrapped.mid(1, wrapped.size() - 2));
 }
 
 QString rangeText(const char* what, double minimum, double maximum) {
-    return QStringLiteral("%1 from %2 to %3")
-        .arg(QLatin1String(what))
+    return u"%1 from %2 to %3"_qs.arg(QLatin1String(what))
         .arg(minimum, 0, 'g', 15)
         .arg(maximum, 0, 'g', 15);
 }
@@ -25,24 +24,23 @@ QString rangeText(const char* what, double minimum, double maximum) {
 } // namespace
 
 PSimSceneError::PSimSceneError(const QString& place, const QString& complaint)
-    : std::runtime_error(QStringLiteral("%1: %2").arg(place, complaint).toStdString()) {
+    : std::runtime_error(u"%1: %2"_qs.arg(place, complaint).toStdString()) {
 }
 
 PSimJsonObject::PSimJsonObject(const QJsonValue& value, const QString& place)
     : m_object(value.toObject())
     , m_place(place) {
     if (!value.isObject())
-        throw PSimSceneError(place,
-                             QStringLiteral("%1 found, expected an object").arg(shown(value)));
+        throw PSimSceneError(place, u"%1 found, expected an object"_qs.arg(shown(value)));
 }
 
 QString PSimJsonObject::place(const char* key) const {
-    return m_place + QLatin1Char('.') + QLatin1String(key);
+    return m_place + u'.' + QLatin1String(key);
 }
 
 void PSimJsonObject::complain(const char* key, const QString& expected) const {
-    throw PSimSceneError(place(key), QStringLiteral("%1 found, expected %2")
-                                         .arg(shown(m_object.value(QLatin1String(key))), expected));
+    throw PSimSceneError(place(key), u"%1 found, expected %2"_qs.arg(
+                                         shown(m_object.value(QLatin1String(key))), expected));
 }
 
 QJsonValue PSimJsonObject::value(const char* key) {
@@ -55,20 +53,20 @@ QString PSimJsonObject::text(const char* key, const QString& fallback) {
     if (found.isUndefined())
         return fallback;
     if (!found.isString())
-        complain(key, QStringLiteral("a text"));
+        complain(key, u"a text"_qs);
     return found.toString();
 }
 
 QString PSimJsonObject::requiredText(const char* key) {
     if (!has(key))
-        complain(key, QStringLiteral("a text"));
+        complain(key, u"a text"_qs);
     return text(key, QString());
 }
 
 bool PSimJsonObject::boolean(const char* key, bool fallback) {
     const QJsonValue found = value(key);
     if (!found.isUndefined() && !found.isBool())
-        complain(key, QStringLiteral("true or false"));
+        complain(key, u"true or false"_qs);
     return found.toBool(fallback);
 }
 
@@ -97,10 +95,10 @@ void PSimJsonObject::forEach(const char* key,
                              const std::function<void(const QJsonValue&, const QString&)>& read) {
     const QJsonValue found = value(key);
     if (!found.isUndefined() && !found.isArray())
-        complain(key, QStringLiteral("an array"));
+        complain(key, u"an array"_qs);
     const QJsonArray array = found.toArray();
     for (qsizetype i = 0; i < array.size(); ++i)
-        read(array.at(i), QStringLiteral("%1[%2]").arg(place(key)).arg(i));
+        read(array.at(i), u"%1[%2]"_qs.arg(place(key)).arg(i));
 }
 
 int PSimJsonObject::choice(const char* key, std::initializer_list<const char*> texts) {
@@ -111,9 +109,9 @@ int PSimJsonObject::choice(const char* key, std::initializer_list<const char*> t
         if (found == QLatin1String(text))
             return index;
         ++index;
-        expected += QLatin1Char('"') + QLatin1String(text) + QLatin1Char('"');
+        expected += u'"' + QLatin1String(text) + u'"';
     }
-    complain(key, QStringLiteral("one of ") + expected.join(QStringLiteral(", ")));
+    complain(key, u"one of "_qs + expected.join(u", "_qs));
 }
 
 void PSimJsonObject::finish() const {
@@ -123,7 +121,7 @@ void PSimJsonObject::finish() const {
             continue;
         QStringList known(m_known.cbegin(), m_known.cend());
         known.sort();
-        throw PSimSceneError(m_place, QStringLiteral("unknown key \"%1\", expected one of %2")
-                                          .arg(key, known.join(QStringLiteral(", "))));
+        throw PSimSceneError(
+            m_place, u"unknown key \"%1\", expected one of %2"_qs.arg(key, known.join(u", "_qs)));
     }
 }

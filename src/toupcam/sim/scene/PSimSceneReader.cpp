@@ -42,8 +42,8 @@ std::uint64_t flagByName(const QJsonValue& value, const QString& place) {
             return known.flag;
         names += QLatin1String(known.name);
     }
-    throw PSimSceneError(place, QStringLiteral("\"%1\" found, expected one of %2")
-                                    .arg(value.toVariant().toString(), names.join(u", ")));
+    throw PSimSceneError(place, u"\"%1\" found, expected one of %2"_qs.arg(
+                                    value.toVariant().toString(), names.join(u", ")));
 }
 
 std::uint64_t readFlags(PSimJsonObject& object) {
@@ -52,7 +52,7 @@ std::uint64_t readFlags(PSimJsonObject& object) {
         bool ok = false;
         const qulonglong flags = value.toString().toULongLong(&ok, 16);
         if (!ok)
-            object.complain("flags", QStringLiteral("a hexadecimal number such as \"0x40\""));
+            object.complain("flags", u"a hexadecimal number such as \"0x40\""_qs);
         return flags;
     }
     std::uint64_t flags = 0;
@@ -70,7 +70,7 @@ PSimResolution readResolution(const QJsonValue& value, const QString& place) {
     result.framesPerSecond = object.number("fps", result.framesPerSecond, 0.01, 10000);
     for (const char* key : {"width", "height"}) {
         if (!object.has(key))
-            object.complain(key, QStringLiteral("a whole number from 16 to 16384"));
+            object.complain(key, u"a whole number from 16 to 16384"_qs);
     }
     object.finish();
     return result;
@@ -136,7 +136,7 @@ QByteArray checkedText(PSimJsonObject& object, const char* key, const QString& f
                        qsizetype maximum) {
     const QByteArray text = object.text(key, fallback).toUtf8();
     if (text.size() > maximum)
-        object.complain(key, QStringLiteral("at most %1 bytes").arg(maximum));
+        object.complain(key, u"at most %1 bytes"_qs.arg(maximum));
     return text;
 }
 
@@ -145,7 +145,7 @@ QByteArray readId(PSimJsonObject& object) {
     const bool printable =
         std::all_of(id.cbegin(), id.cend(), [](char c) { return c > ' ' && c < '\x7f'; });
     if (id.isEmpty() || id.size() > 64 || !printable)
-        object.complain("id", QStringLiteral("1 to 64 printable ASCII characters without blanks"));
+        object.complain("id", u"1 to 64 printable ASCII characters without blanks"_qs);
     return id;
 }
 
@@ -154,7 +154,7 @@ void readIdentity(PSimJsonObject& object, PSimCameraSpec& camera) {
     if (object.isNull("model"))
         object.value("model");
     else
-        camera.model = checkedText(object, "model", QStringLiteral("Simulated"), 255);
+        camera.model = checkedText(object, "model", u"Simulated"_qs, 255);
     camera.displayName = checkedText(object, "displayName",
                                      QString::fromUtf8(camera.model.value_or(QByteArray())), 63);
     camera.serial = checkedText(object, "serial", QString(), 31);
@@ -165,7 +165,7 @@ void readResolutions(PSimJsonObject& object, PSimCameraSpec& camera) {
         camera.resolutions.push_back(readResolution(item, where));
     });
     if (camera.resolutions.empty() || camera.resolutions.size() > TOUPCAM_MODEL_MAX_RES)
-        object.complain("resolutions", QStringLiteral("1 to 16 resolutions"));
+        object.complain("resolutions", u"1 to 16 resolutions"_qs);
 }
 
 void readHardware(PSimJsonObject& object, PSimCameraSpec& camera) {
@@ -174,7 +174,7 @@ void readHardware(PSimJsonObject& object, PSimCameraSpec& camera) {
     camera.speedLevels = object.integer("speedLevels", camera.speedLevels, 1, 65535);
     camera.bits = object.integer("bits", camera.bits, 8, 24);
     if (camera.bits != 8 && camera.bits != 24)
-        object.complain("bits", QStringLiteral("8 (grey) or 24 (colour)"));
+        object.complain("bits", u"8 (grey) or 24 (colour)"_qs);
     camera.pixelSize = static_cast<float>(
         object.number("pixelSizeUm", static_cast<double>(camera.pixelSize), 0.1, 1000));
     camera.fanLevels = object.integer("fanLevels", camera.fanLevels, 0, 100);
@@ -207,22 +207,22 @@ void addCamera(PSimScene& scene, PSimCameraSpec camera, const QString& place) {
     const bool taken = std::any_of(scene.cameras.cbegin(), scene.cameras.cend(),
                                    [&camera](const auto& other) { return other.id == camera.id; });
     if (taken) {
-        throw PSimSceneError(place + QStringLiteral(".id"),
-                             QStringLiteral("\"%1\" found, expected an id no other camera has")
-                                 .arg(QString::fromUtf8(camera.id)));
+        throw PSimSceneError(place + u".id"_qs,
+                             u"\"%1\" found, expected an id no other camera has"_qs.arg(
+                                 QString::fromUtf8(camera.id)));
     }
     scene.cameras.push_back(std::move(camera));
 }
 
 PSimScene toScene(const QJsonValue& root, const QString& folder) {
     PSimScene scene;
-    PSimJsonObject object(root, QStringLiteral("scene"));
+    PSimJsonObject object(root, u"scene"_qs);
     scene.seed = object.integer("seed", scene.seed, 0, kMaxExactInteger);
     object.forEach("cameras", [&](const QJsonValue& item, const QString& place) {
         addCamera(scene, readCamera(item, place, folder), place);
     });
     if (scene.cameras.size() > TOUPCAM_MAX)
-        object.complain("cameras", QStringLiteral("at most 128 cameras"));
+        object.complain("cameras", u"at most 128 cameras"_qs);
     object.forEach("faults", [&scene](const QJsonValue& item, const QString& place) {
         scene.faults.push_back(PSimFaultReader::read(item, place, scene));
     });
@@ -236,18 +236,18 @@ PSimScene PSimSceneReader::read(const QByteArray& json, const QString& folder) {
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(json, &error);
     if (error.error != QJsonParseError::NoError) {
-        throw PSimSceneError(QStringLiteral("line %1").arg(json.left(error.offset).count('\n') + 1),
-                             QStringLiteral("%1, expected JSON").arg(error.errorString()));
+        throw PSimSceneError(u"line %1"_qs.arg(json.left(error.offset).count('\n') + 1),
+                             u"%1, expected JSON"_qs.arg(error.errorString()));
     }
     if (!document.isObject())
-        throw PSimSceneError(QStringLiteral("scene"), QStringLiteral("expected an object"));
+        throw PSimSceneError(u"scene"_qs, u"expected an object"_qs);
     return toScene(document.object(), folder);
 }
 
 PSimScene PSimSceneReader::readFile(const QString& path) {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
-        throw PSimSceneError(path, QStringLiteral("cannot be read: %1").arg(file.errorString()));
+        throw PSimSceneError(path, u"cannot be read: %1"_qs.arg(file.errorString()));
     return read(file.readAll(), QFileInfo(path).absolutePath());
 }
 

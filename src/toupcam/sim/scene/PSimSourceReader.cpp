@@ -13,8 +13,8 @@ void checkPicture(const QString& path, const QString& place) {
     QImageReader reader(path);
     reader.setDecideFormatFromContent(true);
     if (!reader.canRead()) {
-        throw PSimSceneError(place, QStringLiteral("\"%1\" found, expected a picture file: %2")
-                                        .arg(path, reader.errorString()));
+        throw PSimSceneError(
+            place, u"\"%1\" found, expected a picture file: %2"_qs.arg(path, reader.errorString()));
     }
 }
 
@@ -34,8 +34,7 @@ std::vector<QString> picturesAt(const QString& path, const QString& place) {
     }
     if (result.empty()) {
         throw PSimSceneError(
-            place,
-            QStringLiteral("\"%1\" found, expected a picture file or a folder of them").arg(path));
+            place, u"\"%1\" found, expected a picture file or a folder of them"_qs.arg(path));
     }
     return result;
 }
@@ -58,7 +57,7 @@ void readLamp(PSimJsonObject& object, PSimSourceSpec& source) {
     source.lightKelvin = object.number("lightKelvin", source.lightKelvin, 2000, 15000);
     source.mainsHz = object.number("mainsHz", source.mainsHz, 0, 60);
     if (source.mainsHz != 0.0 && source.mainsHz != 50.0 && source.mainsHz != 60.0)
-        object.complain("mainsHz", QStringLiteral("50, 60 or 0 (direct current)"));
+        object.complain("mainsHz", u"50, 60 or 0 (direct current)"_qs);
 }
 
 } // namespace

@@ -14,18 +14,18 @@ template <typename Base, typename T>
 class TypedFake : public Base {
 public:
     explicit TypedFake(PCD::DevicePropertyType type, T value = {})
-        : Base(QByteArray("fake"), QStringLiteral("Fake"), type)
+        : Base(QByteArray("fake"), u"Fake"_qs, type)
         , inDevice(value) {}
 
     bool trySetValueToDevice(T value) override {
-        calls.append(QStringLiteral("set"));
+        calls.append(u"set"_qs);
         sent.append(value);
         if (answer)
             inDevice = value;
         return answer;
     }
     T tryGetValueFromDevice() override {
-        calls.append(QStringLiteral("get"));
+        calls.append(u"get"_qs);
         return inDevice;
     }
 
@@ -43,7 +43,7 @@ public:
         , rangeInDevice(range) {}
 
     R tryGetRangeFromDevice() override {
-        this->calls.append(QStringLiteral("range"));
+        this->calls.append(u"range"_qs);
         return rangeInDevice;
     }
 
@@ -81,7 +81,7 @@ public:
 class FakeAction : public PDevicePropertyAction {
 public:
     FakeAction()
-        : PDevicePropertyAction("fake", QStringLiteral("Fake"), PCD::DevicePropertyType::Action) {}
+        : PDevicePropertyAction("fake", u"Fake"_qs, PCD::DevicePropertyType::Action) {}
 
     bool trySetValueToDevice() override {
         ++runs;
@@ -94,8 +94,7 @@ public:
 
 inline PEnumeration offAndOn() {
     PEnumeration items;
-    items.addItem(QUuid(), QStringLiteral("Off"), QStringLiteral("Aus"), "0");
-    items.addItem(QUuid(0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1), QStringLiteral("On"),
-                  QStringLiteral("Ein"), "7");
+    items.addItem(QUuid(), u"Off"_qs, u"Aus"_qs, "0");
+    items.addItem(QUuid(0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1), u"On"_qs, u"Ein"_qs, "7");
     return items;
 }

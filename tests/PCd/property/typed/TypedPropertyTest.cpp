@@ -60,8 +60,8 @@ TEST(TypedProperty, a_region_gets_the_null_rectangle_from_an_invalid_variant) {
 
 TEST(TypedProperty, a_number_in_a_text_is_converted) {
     FakeNumber number;
-    number.trySetValue(QStringLiteral("42"));
-    number.trySetValue(QStringLiteral("many"));
+    number.trySetValue(u"42"_qs);
+    number.trySetValue(u"many"_qs);
     EXPECT_EQ(number.sent, (QList<int>{42, 0}));
 }
 
@@ -104,7 +104,7 @@ TEST(TypedProperty, a_switch_has_no_range_and_does_not_ask_for_one) {
 // ---- Conversions.
 
 TEST(TypedProperty, what_cannot_be_converted_is_the_types_default) {
-    const QVariant text(QStringLiteral("no such thing"));
+    const QVariant text(u"no such thing"_qs);
     EXPECT_EQ(FakeNumber().convertToT(QVariant()), 0);
     EXPECT_EQ(FakeSwitch().convertToT(QVariant()), false);
     EXPECT_EQ(FakeChoice().convertToT(text), QUuid());
@@ -131,7 +131,7 @@ TEST(TypedProperty, a_number_tells_its_stored_value_and_range_typed_and_once) {
     auto* const number = takenBy(device, new FakeNumber);
     QSignalSpy values(number, qOverload<int>(&FakeNumber::valueChanged));
     QSignalSpy ranges(number, qOverload<PMinMaxRange<int>>(&FakeNumber::rangeChanged));
-    number->setValue(QStringLiteral("8")); // stored as given, emitted as converted
+    number->setValue(u"8"_qs); // stored as given, emitted as converted
     ASSERT_EQ(values.count(), 1);
     EXPECT_EQ(values.at(0).at(0), QVariant(8));
     EXPECT_EQ(ranges.count(), 0);
@@ -179,7 +179,7 @@ TEST(TypedProperty, tells_the_devices_value_after_a_refusal) {
 TEST(ActionProperty, runs_once_whatever_the_argument_and_answers_its_result) {
     FakeAction action;
     EXPECT_TRUE(action.trySetValue(QVariant()));
-    EXPECT_TRUE(action.trySetValue(QStringLiteral("anything")));
+    EXPECT_TRUE(action.trySetValue(u"anything"_qs));
     action.answer = false;
     EXPECT_FALSE(action.trySetValue(3));
     EXPECT_EQ(action.runs, 3);
@@ -202,7 +202,7 @@ TEST(ActionProperty, writing_succeeds_and_writes_nothing) {
 TEST(ActionProperty, saving_succeeds_and_leaves_no_object_behind) {
     FakeAction action;
     PJsonWriter writer;
-    EXPECT_TRUE(action.writeStreamThis(&writer, QStringLiteral("fake")));
+    EXPECT_TRUE(action.writeStreamThis(&writer, u"fake"_qs));
     EXPECT_EQ(writer.document(), PJsonWriter().document());
 }
 
@@ -210,7 +210,7 @@ TEST(ActionProperty, reading_reports_false_and_runs_nothing) {
     FakeAction action;
     PJsonReader reader;
     ASSERT_TRUE(reader.setDocument(R"({"value": 1})").isOk());
-    EXPECT_FALSE(action.readValueFromStream(&reader, QStringLiteral("value")));
+    EXPECT_FALSE(action.readValueFromStream(&reader, u"value"_qs));
     EXPECT_EQ(action.runs, 0);
 }
 
@@ -222,10 +222,10 @@ TEST(RegionProperty, is_read_as_what_the_device_made_of_it) {
     region->answer = false; // it took nothing, and says so
     PJsonReader reader;
     ASSERT_TRUE(reader.setDocument(R"({"value": {"$rect": [0, 0, 64, 48]}})").isOk());
-    EXPECT_FALSE(region->readValueFromStream(&reader, QStringLiteral("value")));
+    EXPECT_FALSE(region->readValueFromStream(&reader, u"value"_qs));
     EXPECT_EQ(region->valueInner(), QVariant(QRect(0, 0, 640, 480)));
     region->answer = true;
-    EXPECT_TRUE(region->readValueFromStream(&reader, QStringLiteral("value")));
+    EXPECT_TRUE(region->readValueFromStream(&reader, u"value"_qs));
     EXPECT_EQ(region->valueInner(), QVariant(QRect(0, 0, 64, 48)));
 }
 
@@ -234,6 +234,6 @@ TEST(RegionProperty, an_empty_region_is_not_written) {
     auto* const region = takenBy(device, new FakeRegion(QRect()));
     PJsonWriter writer;
     EXPECT_TRUE(region->writeValueToStream(&writer));
-    EXPECT_TRUE(region->writeStreamThis(&writer, QStringLiteral("fake")));
+    EXPECT_TRUE(region->writeStreamThis(&writer, u"fake"_qs));
     EXPECT_EQ(writer.document(), PJsonWriter().document());
 }

@@ -102,10 +102,8 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(GadgetFields, are_named_in_the_order_of_their_declaration) {
     EXPECT_TRUE(PCompositeFields::isComposite(lamp()));
-    EXPECT_EQ(PCompositeFields::names(lamp()).join(QLatin1Char(' ')),
-              QStringLiteral("power colour hours on"));
-    EXPECT_EQ(PCompositeFields::toText(lamp()),
-              QStringLiteral("power=7 colour=-3 hours=1.5 on=on"));
+    EXPECT_EQ(PCompositeFields::names(lamp()).join(u' '), u"power colour hours on"_qs);
+    EXPECT_EQ(PCompositeFields::toText(lamp()), u"power=7 colour=-3 hours=1.5 on=on"_qs);
 }
 
 TEST(GadgetFields, of_the_host_are_taken_from_what_it_has_known_while_their_condition_holds) {
@@ -120,10 +118,10 @@ TEST(GadgetFields, of_the_host_are_taken_from_what_it_has_known_while_their_cond
     const QVariant known = lampOf(1, 2, 3, false);
     EXPECT_EQ(
         PCompositeFields::toText(PCompositeFields::withHostFields(lampOf(7, 8, 9, false), known)),
-        QStringLiteral("power=1 colour=8 hours=3 on=off"));
+        u"power=1 colour=8 hours=3 on=off"_qs);
     EXPECT_EQ(
         PCompositeFields::toText(PCompositeFields::withHostFields(lampOf(7, 8, 9, true), known)),
-        QStringLiteral("power=7 colour=8 hours=9 on=on"));
+        u"power=7 colour=8 hours=9 on=on"_qs);
     EXPECT_EQ(PCompositeFields::withHostFields(5, known), QVariant(5));
     EXPECT_EQ(PCompositeFields::withHostFields(5, 6), QVariant(5));
     EXPECT_FALSE(PCompositeFields::withHostFields(QVariant(), QVariant()).isValid());
@@ -165,8 +163,8 @@ INSTANTIATE_TEST_SUITE_P(
         GivenRow{"a_fraction", "hours", 2.5, 2.5}, GivenRow{"a_whole_number", "hours", 2, 2.0},
         GivenRow{"a_switch", "on", false, false}, GivenRow{"a_number_for_a_switch", "on", 0, {}},
         GivenRow{"a_switch_for_a_number", "power", true, {}},
-        GivenRow{"a_text_for_a_number", "power", QStringLiteral("7"), {}},
-        GivenRow{"nothing", "power", {}, {}}, GivenRow{"an_unknown_field", "weight", 1, {}}),
+        GivenRow{"a_text_for_a_number", "power", u"7"_qs, {}}, GivenRow{"nothing", "power", {}, {}},
+        GivenRow{"an_unknown_field", "weight", 1, {}}),
     RowName());
 
 } // namespace
@@ -175,10 +173,10 @@ TEST(GadgetFields, say_what_they_can_be) {
     const auto expectation = [](const char* field) {
         return PCompositeFields::expectation(lamp(), QString::fromLatin1(field));
     };
-    EXPECT_EQ(expectation("power"), QStringLiteral("a whole number of 16 bits, without a sign"));
-    EXPECT_EQ(expectation("colour"), QStringLiteral("a whole number of 32 bits"));
-    EXPECT_EQ(expectation("hours"), QStringLiteral("a number"));
-    EXPECT_EQ(expectation("on"), QStringLiteral("on or off"));
+    EXPECT_EQ(expectation("power"), u"a whole number of 16 bits, without a sign"_qs);
+    EXPECT_EQ(expectation("colour"), u"a whole number of 32 bits"_qs);
+    EXPECT_EQ(expectation("hours"), u"a number"_qs);
+    EXPECT_EQ(expectation("on"), u"on or off"_qs);
     EXPECT_EQ(expectation("weight"), QString());
 }
 
@@ -186,9 +184,8 @@ TEST(GadgetFields, plain_values_have_none) {
     QVariant plain = 5;
     EXPECT_FALSE(PCompositeFields::isComposite(plain));
     EXPECT_TRUE(PCompositeFields::names(QVariant()).isEmpty());
-    EXPECT_FALSE(PCompositeFields::read(plain, QStringLiteral("power")).isValid());
-    EXPECT_FALSE(
-        PCompositeFields::write(plain, QStringLiteral("power"), QStringLiteral("1")).isOk());
+    EXPECT_FALSE(PCompositeFields::read(plain, u"power"_qs).isValid());
+    EXPECT_FALSE(PCompositeFields::write(plain, u"power"_qs, u"1"_qs).isOk());
 }
 
 #include "PCompositeFieldsTest.moc"

@@ -17,9 +17,9 @@ namespace {
 
 QVariant turnsWithOneUnnamed() {
     PEnumeration choices;
-    choices.addItem(idOf(0), QStringLiteral("0"), QStringLiteral("0°"), "10");
-    choices.addItem(idOf(1), QStringLiteral("90"), QStringLiteral("90°"), "0");
-    choices.addItem(idOf(2), QString(), QStringLiteral("odd"), "1");
+    choices.addItem(idOf(0), u"0"_qs, u"0°"_qs, "10");
+    choices.addItem(idOf(1), u"90"_qs, u"90°"_qs, "0");
+    choices.addItem(idOf(2), QString(), u"odd"_qs, "1");
     return QVariant::fromValue(choices);
 }
 
@@ -33,7 +33,7 @@ const QByteArray seven = QByteArray::fromHex("00000007");
 
 TEST(PPropertyEncoding, of_a_plain_value_is_the_value) {
     for (const QVariant& value : {QVariant(7), QVariant(true), QVariant(QRect(1, 2, 3, 4)),
-                                  QVariant(1.5), QVariant(QStringLiteral("text"))}) {
+                                  QVariant(1.5), QVariant(u"text"_qs)}) {
         EXPECT_EQ(PPropertyEncoding::toForm(value, {}), value);
         EXPECT_EQ(PPropertyEncoding::fromForm(value, value, {}), value);
     }
@@ -50,9 +50,8 @@ TEST(PPropertyEncoding, of_a_number_may_be_a_whole_one_in_a_file) {
 }
 
 TEST(PPropertyEncoding, of_a_choice_is_its_untranslated_name) {
-    EXPECT_EQ(PPropertyEncoding::toForm(idOf(1), turnsWithOneUnnamed()),
-              QVariant(QStringLiteral("90")));
-    EXPECT_EQ(PPropertyEncoding::fromForm(QStringLiteral("90"), idOf(0), turnsWithOneUnnamed()),
+    EXPECT_EQ(PPropertyEncoding::toForm(idOf(1), turnsWithOneUnnamed()), QVariant(u"90"_qs));
+    EXPECT_EQ(PPropertyEncoding::fromForm(u"90"_qs, idOf(0), turnsWithOneUnnamed()),
               QVariant(idOf(1)));
 }
 
@@ -99,13 +98,12 @@ TEST_P(BadForm, makes_no_value) {
 
 INSTANTIATE_TEST_SUITE_P(
     PPropertyEncoding, BadForm,
-    testing::Values(FormRow{"an_unknown_name", QStringLiteral("45"), idOf(0),
-                            turnsWithOneUnnamed()},
-                    FormRow{"a_title", QStringLiteral("90°"), idOf(0), turnsWithOneUnnamed()},
+    testing::Values(FormRow{"an_unknown_name", u"45"_qs, idOf(0), turnsWithOneUnnamed()},
+                    FormRow{"a_title", u"90°"_qs, idOf(0), turnsWithOneUnnamed()},
                     FormRow{"a_number_that_reads_like_a_name", 90, idOf(0), turnsWithOneUnnamed()},
                     FormRow{"an_unknown_id", idOf(9), idOf(0), turnsWithOneUnnamed()},
                     FormRow{"no_form_for_a_choice", {}, idOf(0), turnsWithOneUnnamed()},
-                    FormRow{"a_text_for_a_number", QStringLiteral("7"), 7, {}},
+                    FormRow{"a_text_for_a_number", u"7"_qs, 7, {}},
                     FormRow{"a_double_for_a_number", 7.0, 7, {}},
                     FormRow{"a_number_for_a_switch", 1, true, {}},
                     FormRow{"no_form_for_a_number", {}, 7, {}},
@@ -118,7 +116,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(PPropertyEncoding, is_equal_to_another_of_its_type_only) {
     EXPECT_TRUE(PPropertyEncoding::areEqual(1, 1));
     EXPECT_FALSE(PPropertyEncoding::areEqual(1, 2));
-    EXPECT_FALSE(PPropertyEncoding::areEqual(1, QStringLiteral("1")));
+    EXPECT_FALSE(PPropertyEncoding::areEqual(1, u"1"_qs));
     EXPECT_FALSE(PPropertyEncoding::areEqual(1, true));
     EXPECT_TRUE(PPropertyEncoding::areEqual(QVariant(), QVariant()));
 }

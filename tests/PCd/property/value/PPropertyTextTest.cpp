@@ -17,8 +17,8 @@ namespace {
 /// Turned so that no title, name or number of one item is another's.
 QVariant numberedTurns() {
     PEnumeration choices;
-    choices.addItem(idOf(0), QStringLiteral("none"), QStringLiteral("0°"), "1");
-    choices.addItem(idOf(1), QStringLiteral("quarter"), QStringLiteral("90°"), "130");
+    choices.addItem(idOf(0), u"none"_qs, u"0°"_qs, "1");
+    choices.addItem(idOf(1), u"quarter"_qs, u"90°"_qs, "130");
     return QVariant::fromValue(choices);
 }
 
@@ -114,22 +114,22 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(PPropertyText, takes_a_title_before_a_name_and_a_name_before_a_number) {
     PEnumeration choices;
-    choices.addItem(idOf(0), QStringLiteral("b"), QStringLiteral("c"), "a");
-    choices.addItem(idOf(1), QStringLiteral("a"), QStringLiteral("b"), "c");
+    choices.addItem(idOf(0), u"b"_qs, u"c"_qs, "a");
+    choices.addItem(idOf(1), u"a"_qs, u"b"_qs, "c");
     const TextProperty property(idOf(0), QVariant::fromValue(choices));
-    EXPECT_EQ(property.valueOf(QStringLiteral("b")), QVariant(idOf(1)));
-    EXPECT_EQ(property.valueOf(QStringLiteral("a")), QVariant(idOf(1)));
+    EXPECT_EQ(property.valueOf(u"b"_qs), QVariant(idOf(1)));
+    EXPECT_EQ(property.valueOf(u"a"_qs), QVariant(idOf(1)));
 }
 
 TEST(PPropertyText, shows_values_as_people_write_them) {
-    EXPECT_EQ(PPropertyText::ofValue(12, {}), QStringLiteral("12"));
-    EXPECT_EQ(PPropertyText::ofValue(true, {}), QStringLiteral("on"));
-    EXPECT_EQ(PPropertyText::ofValue(false, {}), QStringLiteral("off"));
-    EXPECT_EQ(PPropertyText::ofValue(QRect(1, 2, 3, 4), {}), QStringLiteral("1,2,3,4"));
-    EXPECT_EQ(PPropertyText::ofValue(idOf(1), numberedTurns()), QStringLiteral("90°"));
-    EXPECT_EQ(PPropertyText::ofValue(QByteArray("\x1b[2J"), {}), QStringLiteral("G1sySg=="));
+    EXPECT_EQ(PPropertyText::ofValue(12, {}), u"12"_qs);
+    EXPECT_EQ(PPropertyText::ofValue(true, {}), u"on"_qs);
+    EXPECT_EQ(PPropertyText::ofValue(false, {}), u"off"_qs);
+    EXPECT_EQ(PPropertyText::ofValue(QRect(1, 2, 3, 4), {}), u"1,2,3,4"_qs);
+    EXPECT_EQ(PPropertyText::ofValue(idOf(1), numberedTurns()), u"90°"_qs);
+    EXPECT_EQ(PPropertyText::ofValue(QByteArray("\x1b[2J"), {}), u"G1sySg=="_qs);
     EXPECT_EQ(PPropertyText::ofValue(QVariant(), {}), QString());
-    EXPECT_EQ(PPropertyText::ofValue(QSize(1, 2), {}), QStringLiteral("<QSize>"));
+    EXPECT_EQ(PPropertyText::ofValue(QSize(1, 2), {}), u"<QSize>"_qs);
 }
 
 TEST(PPropertyText, shows_a_choice_that_is_no_item_by_its_id) {
@@ -138,14 +138,13 @@ TEST(PPropertyText, shows_a_choice_that_is_no_item_by_its_id) {
 
 TEST(PPropertyText, shows_a_region_whose_corners_are_as_far_apart_as_can_be) {
     EXPECT_EQ(PPropertyText::ofRegion(QRect(QPoint(least, least), QPoint(most, most))),
-              QStringLiteral("-2147483648,-2147483648,4294967296,4294967296"));
+              u"-2147483648,-2147483648,4294967296,4294967296"_qs);
 }
 
 TEST(PPropertyText, shortens_what_would_flood_or_steer_a_terminal) {
-    EXPECT_EQ(PPropertyText::shortened(QStringLiteral("plain")), QStringLiteral("plain"));
-    EXPECT_EQ(PPropertyText::shortened(QStringLiteral("a\x1b[2Jb\nc")), QStringLiteral("a?[2Jb?c"));
-    EXPECT_EQ(PPropertyText::shortened(QString(1000, u'x')),
-              QString(60, u'x') + QStringLiteral("…"));
+    EXPECT_EQ(PPropertyText::shortened(u"plain"_qs), u"plain"_qs);
+    EXPECT_EQ(PPropertyText::shortened(u"a\x1b[2Jb\nc"_qs), u"a?[2Jb?c"_qs);
+    EXPECT_EQ(PPropertyText::shortened(QString(1000, u'x')), QString(60, u'x') + u"…"_qs);
 }
 
 } // namespace

@@ -54,9 +54,8 @@ TEST(RoleValue, of_a_method_is_no_value) {
 
 TEST(RoleValue, of_a_choice_is_the_number_that_it_is_called) {
     const PRoleBindings rotation{{PRole::Rotation}};
-    EXPECT_EQ((PRoleValue{"turn", QStringLiteral("90"), rotation}.number(PRole::Rotation)), 90);
-    EXPECT_EQ((PRoleValue{"turn", QStringLiteral("left"), rotation}.number(PRole::Rotation)),
-              std::nullopt);
+    EXPECT_EQ((PRoleValue{"turn", u"90"_qs, rotation}.number(PRole::Rotation)), 90);
+    EXPECT_EQ((PRoleValue{"turn", u"left"_qs, rotation}.number(PRole::Rotation)), std::nullopt);
 }
 
 TEST(RoleValue, is_on_for_1_and_nothing_else) {

@@ -73,7 +73,7 @@ QString OmeXml::text(const char* element) const {
 
 QString OmeXml::note(const QString& key) const {
     for (const Element& element : elements("M")) {
-        if (element.attributes.value(QStringLiteral("K")) == key)
+        if (element.attributes.value(u"K"_qs) == key)
             return element.text;
     }
     return {};
@@ -103,20 +103,20 @@ QString OmeXml::structureComplaints() const {
     QStringList wrong;
     const auto expectOrder = [&](const char* parent, const QString& order) {
         if (!isOrdered(childrenOf(parent), order.split(u' ')))
-            wrong.append(QStringLiteral("children of %1 out of order").arg(QLatin1String(parent)));
+            wrong.append(u"children of %1 out of order"_qs.arg(QLatin1String(parent)));
     };
-    expectOrder("OME", QStringLiteral("Instrument Image StructuredAnnotations"));
-    expectOrder("Image", QStringLiteral("AcquisitionDate Description InstrumentRef "
-                                        "ImagingEnvironment Pixels AnnotationRef"));
-    expectOrder("Pixels", QStringLiteral("Channel TiffData Plane"));
+    expectOrder("OME", u"Instrument Image StructuredAnnotations"_qs);
+    expectOrder("Image", u"AcquisitionDate Description InstrumentRef "
+                         "ImagingEnvironment Pixels AnnotationRef"_qs);
+    expectOrder("Pixels", u"Channel TiffData Plane"_qs);
     for (const char* name :
          {"ID", "DimensionOrder", "Type", "SizeX", "SizeY", "SizeZ", "SizeC", "SizeT"}) {
         if (attribute("Pixels", name).isEmpty())
-            wrong.append(QStringLiteral("Pixels lacks ") + QLatin1String(name));
+            wrong.append(u"Pixels lacks "_qs + QLatin1String(name));
     }
     const auto expectSame = [&](const char* reference, const char* target) {
         if (attribute(reference, "ID") != attribute(target, "ID"))
-            wrong.append(QStringLiteral("%1 refers to nothing").arg(QLatin1String(reference)));
+            wrong.append(u"%1 refers to nothing"_qs.arg(QLatin1String(reference)));
     };
     expectSame("InstrumentRef", "Instrument");
     expectSame("DetectorSettings", "Detector");

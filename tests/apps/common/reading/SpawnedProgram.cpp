@@ -31,5 +31,5 @@ QString spawnFailure(QByteArrayList words, const QByteArray& outputPath,
         return QString::fromLocal8Bit(std::strerror(errno));
     if (WIFEXITED(status) && WEXITSTATUS(status) == 0)
         return {};
-    return QStringLiteral("ended with wait status %1").arg(status);
+    return u"ended with wait status %1"_qs.arg(status);
 }

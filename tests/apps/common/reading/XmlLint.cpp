@@ -10,8 +10,8 @@
 
 QString xmlLintComplaints(const QByteArray& xml, const QString& schema) {
     const QTemporaryDir folder;
-    const QString document = folder.filePath(QStringLiteral("document.xml"));
-    const QString complaints = folder.filePath(QStringLiteral("complaints"));
+    const QString document = folder.filePath(u"document.xml"_qs);
+    const QString complaints = folder.filePath(u"complaints"_qs);
     writeFile(document, xml);
     const QString failure = spawnFailure({"xmllint", "--nonet", "--noout", "--schema",
                                           QFile::encodeName(schema), QFile::encodeName(document)},
@@ -19,5 +19,5 @@ QString xmlLintComplaints(const QByteArray& xml, const QString& schema) {
                                          QFile::encodeName(complaints));
     if (failure.isEmpty())
         return {};
-    return QStringLiteral("xmllint %1: %2").arg(failure, QString::fromUtf8(readFile(complaints)));
+    return u"xmllint %1: %2"_qs.arg(failure, QString::fromUtf8(readFile(complaints)));
 }

@@ -19,8 +19,8 @@ class XmlLintTest : public FolderTest {
 protected:
     /// The file of a schema that wants one element, `frames`, with a positive number.
     QString schema() const {
-        writeFile(path(QStringLiteral("frames.xsd")), schemaText);
-        return path(QStringLiteral("frames.xsd"));
+        writeFile(path(u"frames.xsd"_qs), schemaText);
+        return path(u"frames.xsd"_qs);
     }
 };
 
@@ -41,7 +41,7 @@ TEST_F(XmlLintTest, a_document_that_is_cut_off_is_a_complaint) {
 }
 
 TEST_F(XmlLintTest, a_schema_that_is_not_there_is_a_complaint) {
-    const QString missing = path(QStringLiteral("missing.xsd"));
+    const QString missing = path(u"missing.xsd"_qs);
     EXPECT_THAT(xmlLintComplaints("<frames>50</frames>", missing).toStdString(),
                 HasSubstr(missing.toStdString()));
 }

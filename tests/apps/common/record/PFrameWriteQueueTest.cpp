@@ -42,7 +42,7 @@ TEST(WriteQueue, gives_the_memory_back_of_what_is_not_written_after_a_failure) {
     PFrameWriteQueue failing(
         [gate](const PDeviceFrame&, quint64) {
             gate.wait();
-            return PStatus::failure(QStringLiteral("no room left"));
+            return PStatus::failure(u"no room left"_qs);
         },
         1, memory);
     for (int i = 0; i < 3; ++i)

@@ -26,7 +26,7 @@ PStatus parse(const QStringList& words, PViewOptions& options) {
 TEST(PViewOptionsTest, without_words_takes_the_system_s_cameras) {
     PViewOptions options;
     ASSERT_TRUE(parse({}, options).isOk());
-    EXPECT_EQ(options.sdk, QStringLiteral("auto"));
+    EXPECT_EQ(options.sdk, u"auto"_qs);
     EXPECT_TRUE(options.grab.isEmpty());
 }
 
@@ -39,14 +39,14 @@ TEST(PViewOptionsTest, reads_every_option) {
                        u"--grab"_qs,        u"w.png"_qs, u"--after"_qs,       u"50"_qs},
                       options)
                     .isOk());
-    EXPECT_EQ(options.sdk, QStringLiteral("sim"));
-    EXPECT_EQ(options.scene, QStringLiteral("s.json"));
+    EXPECT_EQ(options.sdk, u"sim"_qs);
+    EXPECT_EQ(options.scene, u"s.json"_qs);
     EXPECT_EQ(options.pluginPaths, (QStringList{u"/a"_qs, u"/b"_qs}));
-    EXPECT_EQ(options.camera, QStringLiteral("1"));
-    EXPECT_EQ(options.language, QStringLiteral("ru"));
-    EXPECT_EQ(options.theme, QStringLiteral("dark"));
-    EXPECT_EQ(options.logFilter, QStringLiteral("debug"));
-    EXPECT_EQ(options.grab, QStringLiteral("w.png"));
+    EXPECT_EQ(options.camera, u"1"_qs);
+    EXPECT_EQ(options.language, u"ru"_qs);
+    EXPECT_EQ(options.theme, u"dark"_qs);
+    EXPECT_EQ(options.logFilter, u"debug"_qs);
+    EXPECT_EQ(options.grab, u"w.png"_qs);
     EXPECT_EQ(options.grabAfter, std::chrono::milliseconds(50));
 }
 

@@ -77,7 +77,7 @@ TEST_F(PImageViewTest, reports_the_pixel_under_the_cursor) {
     ASSERT_TRUE(pixel);
     EXPECT_EQ(pixel->at, QPoint(200, 300));
     EXPECT_EQ(pixel->red, 200);
-    EXPECT_EQ(pixel->text(), QStringLiteral("x 200, y 300: R 200  G 10  B 10"));
+    EXPECT_EQ(pixel->text(), u"x 200, y 300: R 200  G 10  B 10"_qs);
 }
 
 TEST_F(PImageViewTest, without_a_cursor_there_is_no_pixel) {

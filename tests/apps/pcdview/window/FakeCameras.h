@@ -37,7 +37,7 @@ protected:
     void unplugFirst();
     /// The last message that this signal emitted; empty if it emitted none.
     static QString lastOf(const QSignalSpy& messages);
-    QString captureFolder() const { return path(QStringLiteral("captures")); }
+    QString captureFolder() const { return path(u"captures"_qs); }
 
     FakeDevice* const first = new FakeDevice("Fake", "1"); // the register's
     FakeDevice* const second = new FakeDevice("Fake", "2");

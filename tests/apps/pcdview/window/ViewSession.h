@@ -25,8 +25,7 @@ protected:
     ~ViewSession() override;
 
     /// A small, quick camera of a scene; what a test does not set is as in the built-in scene.
-    static QJsonObject camera(const QString& id = QStringLiteral("cam-1"),
-                              const QString& serial = QStringLiteral("S0001"));
+    static QJsonObject camera(const QString& id = u"cam-1"_qs, const QString& serial = u"S0001"_qs);
     /// The faults of the scene that start() makes.
     QJsonArray faults;
     /// Starts the program on these cameras and shows its window.
@@ -56,12 +55,12 @@ protected:
     /// The calls of the SDK so far that contain this text, oldest first, as the journal has them.
     static QStringList calls(const QString& text);
     /// Those that set something.
-    static QStringList puts() { return calls(QStringLiteral("_put_")); }
+    static QStringList puts() { return calls(u"_put_"_qs); }
     /// Has the next calls of a function of the SDK fail.
     static void fail(const char* function, unsigned calls);
     /// Makes every call of a function of the SDK take so much longer (0: no longer).
     static void delay(const char* function, unsigned ms);
-    QString captureFolder() const { return path(QStringLiteral("captures")); }
+    QString captureFolder() const { return path(u"captures"_qs); }
 
 private:
     QWidget& widgets();

@@ -19,18 +19,17 @@ PFrameLedger ledgerOf(quint64 delivered, quint64 lostInCamera, quint64 notWanted
 } // namespace
 
 TEST(PLedgerTextTest, says_that_none_was_lost) {
-    EXPECT_EQ(PLedgerText::summary(ledgerOf(1203, 0, 0)),
-              QStringLiteral("Frames: 1203, none lost"));
+    EXPECT_EQ(PLedgerText::summary(ledgerOf(1203, 0, 0)), u"Frames: 1203, none lost"_qs);
 }
 
 TEST(PLedgerTextTest, says_where_frames_were_lost) {
     PFrameLedger ledger = ledgerOf(100, 2, 0);
     ledger.outcomes[std::size_t(PFrameOutcome::DroppedWaiting)] = 5;
     ledger.produced += 5;
-    EXPECT_EQ(PLedgerText::brief(ledger), QStringLiteral("Frames: 107, lost: 7"));
+    EXPECT_EQ(PLedgerText::brief(ledger), u"Frames: 107, lost: 7"_qs);
     EXPECT_EQ(PLedgerText::summary(ledger),
-              QStringLiteral("Frames: 107, lost: 7 (in the camera or on the cable: 2, "
-                             "program too slow: 5)"));
+              u"Frames: 107, lost: 7 (in the camera or on the cable: 2, "
+              "program too slow: 5)"_qs);
 }
 
 TEST(PLedgerTextTest, frames_that_nobody_wanted_are_not_lost) {
