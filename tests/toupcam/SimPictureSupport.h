@@ -82,9 +82,8 @@ inline SimCameraText pictureCamera(const std::string& path, const std::string& m
 /// The bytes of a frame without row padding.
 inline std::vector<std::uint8_t> pixelBytes(const PushedFrame& frame) {
     std::vector<std::uint8_t> result;
-    const auto rowBytes =
-        static_cast<std::ptrdiff_t>(frame.header.biWidth) * (frame.header.biBitCount / 8);
-    const auto stride = static_cast<std::ptrdiff_t>(frame.stride());
+    const auto rowBytes = std::ptrdiff_t(frame.header.biWidth) * (frame.header.biBitCount / 8);
+    const auto stride = std::ptrdiff_t(frame.stride());
     for (int y = 0; y < frame.header.biHeight; ++y) {
         const auto row = frame.bytes.begin() + y * stride;
         result.insert(result.end(), row, row + rowBytes);
@@ -98,7 +97,7 @@ inline double measureMean(const PushedFrame& frame) {
     const std::vector<std::uint8_t> bytes = pixelBytes(frame);
     for (const std::uint8_t byte : bytes)
         sum += byte;
-    return sum / static_cast<double>(bytes.size());
+    return sum / double(bytes.size());
 }
 
 /// The mean of one channel.
@@ -124,11 +123,11 @@ inline Transfer measureTransfer(const PushedFrame& a, const PushedFrame& b) {
     double sum = 0;
     double squares = 0;
     for (std::size_t i = 0; i < one.size(); ++i) {
-        const double difference = static_cast<double>(one[i]) - other[i];
+        const double difference = double(one[i]) - other[i];
         sum += difference;
         squares += difference * difference;
     }
-    const auto n = static_cast<double>(one.size());
+    const auto n = double(one.size());
     const double bias = sum / n;
     return {(measureMean(a) + measureMean(b)) / 2, (squares / n - bias * bias) / 2};
 }

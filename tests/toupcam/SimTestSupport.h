@@ -79,13 +79,12 @@ struct PushedFrame {
     std::vector<std::uint8_t> bytes;
 
     std::size_t stride() const {
-        return (static_cast<std::size_t>(header.biWidth) * header.biBitCount + 31) / 32 * 4;
+        return (std::size_t(header.biWidth) * header.biBitCount + 31) / 32 * 4;
     }
     /// A channel's value.
     int at(int x, int y, int channel) const {
         const std::size_t pixel = header.biBitCount / 8U;
-        return bytes[static_cast<std::size_t>(y) * stride() + static_cast<std::size_t>(x) * pixel +
-                     static_cast<std::size_t>(channel)];
+        return bytes[std::size_t(y) * stride() + std::size_t(x) * pixel + std::size_t(channel)];
     }
 };
 

@@ -32,10 +32,10 @@ public:
     int tryGetValueFromDevice() override {
         T value = 0;
         m_getter(m_handle, &value);
-        return static_cast<int>(value);
+        return int(value);
     }
     PMinMaxRange<int> tryGetRangeFromDevice() override {
-        return {static_cast<int>(m_minimum), static_cast<int>(m_maximum), static_cast<int>(m_step)};
+        return {int(m_minimum), int(m_maximum), int(m_step)};
     }
 
 private:

@@ -181,8 +181,7 @@ TEST_P(SimFrameSize, is_known_beforehand_and_is_that_of_the_frames) {
         EXPECT_EQ(readFinalSize(handle), GetParam().size);
         const PushedFrame frame = takeOne(handle);
         EXPECT_EQ(frameSize(frame), GetParam().size);
-        EXPECT_EQ(frame.header.biSizeImage,
-                  frame.stride() * static_cast<unsigned>(frame.header.biHeight));
+        EXPECT_EQ(frame.header.biSizeImage, frame.stride() * unsigned(frame.header.biHeight));
         Toupcam_Close(handle);
     }
 }
@@ -191,7 +190,7 @@ TEST_P(SimFrameSize, rows_are_padded_with_zeros) {
     const HToupcam handle = openSet(24);
     ASSERT_EQ(Toupcam_put_Negative(handle, 1), S_OK); // no zeros elsewhere in the corners
     const PushedFrame frame = takeOne(handle);
-    const std::size_t rowBytes = static_cast<std::size_t>(frame.header.biWidth) * 3;
+    const std::size_t rowBytes = std::size_t(frame.header.biWidth) * 3;
     for (std::size_t start = 0; start < frame.bytes.size(); start += frame.stride()) {
         for (std::size_t i = rowBytes; i < frame.stride(); ++i)
             EXPECT_EQ(frame.bytes[start + i], 0);
@@ -205,7 +204,7 @@ TEST_P(SimFrameSize, is_that_of_pulled_pictures) {
     ASSERT_TRUE(events.waitFor(TOUPCAM_EVENT_IMAGE));
     ToupcamFrameInfoV2 info{};
     ASSERT_EQ(Toupcam_PullImageV2(handle, nullptr, 24, &info), S_OK);
-    EXPECT_EQ((Size{static_cast<int>(info.width), static_cast<int>(info.height)}), GetParam().size);
+    EXPECT_EQ((Size{int(info.width), int(info.height)}), GetParam().size);
     Toupcam_Stop(handle);
 }
 
@@ -264,7 +263,7 @@ TEST_F(SimGeometry, size_changes_from_frame_to_frame_of_a_running_stream) {
     }
     Toupcam_Stop(handle);
     for (const PushedFrame& frame : log.frames()) {
-        const auto height = static_cast<std::size_t>(frame.header.biHeight);
+        const auto height = std::size_t(frame.header.biHeight);
         EXPECT_EQ(frame.bytes.size(), frame.stride() * height);
     }
 }

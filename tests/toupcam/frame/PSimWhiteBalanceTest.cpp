@@ -171,7 +171,7 @@ INSTANTIATE_TEST_SUITE_P(rows, SimLamp,
 
 TEST_P(SimLamp, of_the_temperature_that_is_set_is_white) {
     const HToupcam handle = openOnly(litCamera(GetParam().kelvin));
-    const auto kelvin = static_cast<int>(GetParam().kelvin);
+    const auto kelvin = int(GetParam().kelvin);
     ASSERT_EQ(Toupcam_put_TempTint(handle, kelvin, 1000), S_OK);
     EXPECT_NEAR(cast(takeOne(handle)), 1.0, 0.05);
 }

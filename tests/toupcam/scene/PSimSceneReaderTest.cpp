@@ -200,7 +200,7 @@ protected:
     [[noreturn]] static void enumerateWith(const std::string& sceneFile) {
         setenv("TOUPCAM_SIM_SCENE", sceneFile.c_str(), 1);
         ToupcamDeviceV2 records[TOUPCAM_MAX];
-        std::exit(static_cast<int>(Toupcam_EnumV2(records)));
+        std::exit(int(Toupcam_EnumV2(records)));
     }
 };
 

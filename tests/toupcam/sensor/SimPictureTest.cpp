@@ -73,7 +73,7 @@ TEST_P(SimTransfer, curve_measured_from_pairs_of_frames_is_the_one_computed) {
         const double counts = 200.0 * i / kPoints;
         const double ms = counts / countsAnElectron / kElectronsPerMs;
         const Transfer point =
-            transfer(handle, static_cast<unsigned>(std::lround(1000.0 * ms)), GetParam().gain);
+            transfer(handle, unsigned(std::lround(1000.0 * ms)), GetParam().gain);
         const double x = point.mean - kOffset;
         sumX += x;
         sumY += point.variance;

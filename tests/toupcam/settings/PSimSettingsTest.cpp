@@ -227,8 +227,8 @@ TEST_P(SimRate, follows_what_limits_it) {
     const FrameCounts cam = readCounts("cam");
     const FrameCounts ref = readCounts("reference");
     ASSERT_TRUE(eventually([&] { return readCounts("reference").produced >= ref.produced + 300; }));
-    const double share = static_cast<double>(readCounts("cam").produced - cam.produced) /
-                         static_cast<double>(readCounts("reference").produced - ref.produced);
+    const double share = double(readCounts("cam").produced - cam.produced) /
+                         double(readCounts("reference").produced - ref.produced);
     EXPECT_NEAR(share, GetParam().share, 0.12 * GetParam().share + 0.01);
 }
 

@@ -78,7 +78,7 @@ TEST_P(SimPullFormat, of_a_frame_1003_pixels_wide_has_its_colours_in_place) {
     Toupcam_put_Option(handle, TOUPCAM_OPTION_BYTEORDER, row.blueFirst);
     ASSERT_EQ(Toupcam_StartPullModeWithCallback(handle, EventLog::onEvent, &events), S_OK);
     ASSERT_TRUE(events.waitFor(TOUPCAM_EVENT_IMAGE));
-    const std::size_t pixel = static_cast<std::size_t>(row.pulled) / 8;
+    const std::size_t pixel = std::size_t(row.pulled) / 8;
     const std::size_t stride = (1003 * pixel + 3) / 4 * 4;
     std::vector<std::uint8_t> pixels(stride * 64, 0x77);
     ASSERT_EQ(Toupcam_PullImageV2(handle, pixels.data(), row.pulled, nullptr), S_OK);

@@ -14,7 +14,7 @@ std::string quoted(const char* text, std::size_t maximum) {
     for (std::size_t i = 0; i < length; ++i) {
         const auto byte = static_cast<unsigned char>(text[i]);
         char escaped[5];
-        std::snprintf(escaped, sizeof escaped, "\\x%02x", static_cast<unsigned>(byte));
+        std::snprintf(escaped, sizeof escaped, "\\x%02x", unsigned(byte));
         // A journal line stays one line, whatever a client passes.
         if (byte < ' ')
             result += escaped;

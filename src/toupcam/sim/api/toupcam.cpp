@@ -19,8 +19,8 @@ constexpr std::size_t kSerialSize = 32;
 HRESULT give(const PSimSize& size, int* width, int* height) {
     if (!width || !height)
         return E_POINTER;
-    *width = static_cast<int>(size.width);
-    *height = static_cast<int>(size.height);
+    *width = int(size.width);
+    *height = int(size.height);
     return S_OK;
 }
 
@@ -76,11 +76,11 @@ unsigned Toupcam_EnumV2(ToupcamDeviceV2 pti[TOUPCAM_MAX]) {
         return HRESULT{TOUPCAM_MAX};
     });
     // An injected failure is a number of cameras; more than there are cannot be listed.
-    const auto most = static_cast<std::size_t>(std::clamp(injected, 0, TOUPCAM_MAX));
+    const auto most = std::size_t(std::clamp(injected, 0, TOUPCAM_MAX));
     const std::size_t count = pti ? std::min(most, found.size()) : 0;
     std::copy_n(found.begin(), count, pti);
     record(__func__, std::to_string(count), Named{pti != nullptr, "list"});
-    return static_cast<unsigned>(count);
+    return unsigned(count);
 }
 
 void Toupcam_HotPlug(PTOUPCAM_HOTPLUG funcHotPlug, void* ctxHotPlug) {
@@ -95,8 +95,7 @@ HToupcam Toupcam_Open(const char* camId) {
     HToupcam handle = nullptr;
     guarded(__func__, std::nullopt, [&] {
         if (camId) // an id may fill its field to the last byte, without a NUL
-            handle = PSimWorld::instance().open(
-                QByteArray(camId, static_cast<int>(strnlen(camId, kIdSize))));
+            handle = PSimWorld::instance().open(QByteArray(camId, int(strnlen(camId, kIdSize))));
         return S_OK;
     });
     record(__func__, written(handle), Text{camId, kIdSize});
@@ -115,7 +114,7 @@ HRESULT Toupcam_get_SerialNumber(HToupcam h, char sn[32]) {
             return E_POINTER;
         const QByteArray& serial = s.spec().serial;
         std::memset(sn, 0, kSerialSize);
-        std::memcpy(sn, serial.constData(), static_cast<std::size_t>(serial.size()));
+        std::memcpy(sn, serial.constData(), std::size_t(serial.size()));
         return S_OK;
     };
     return onCamera(__func__, h, copy, Text{sn, kSerialSize});
@@ -158,9 +157,8 @@ HRESULT Toupcam_PullStillImageV2(HToupcam h, void* pImageData, int bits,
 }
 
 HRESULT Toupcam_get_ResolutionNumber(HToupcam h) {
-    return onCamera(__func__, h, [](PSimSession& s) {
-        return static_cast<HRESULT>(s.spec().resolutions.size());
-    });
+    return onCamera(__func__, h,
+                    [](PSimSession& s) { return HRESULT(s.spec().resolutions.size()); });
 }
 
 HRESULT Toupcam_get_Resolution(HToupcam h, unsigned nResolutionIndex, int* pWidth, int* pHeight) {
@@ -240,8 +238,7 @@ HRESULT Toupcam_put_RealTime(HToupcam h, int val) {
 }
 
 HRESULT Toupcam_get_MaxSpeed(HToupcam h) {
-    return onCamera(__func__, h,
-                    [](PSimSession& s) { return static_cast<HRESULT>(s.spec().speedLevels - 1); });
+    return onCamera(__func__, h, [](PSimSession& s) { return HRESULT(s.spec().speedLevels - 1); });
 }
 
 HRESULT Toupcam_put_Speed(HToupcam h, unsigned short nSpeed) {

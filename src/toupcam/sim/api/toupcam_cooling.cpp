@@ -8,8 +8,7 @@ using namespace PSimCall;
 using namespace PSimArgument;
 
 HRESULT Toupcam_get_FanMaxSpeed(HToupcam h) {
-    return onCamera(__func__, h,
-                    [](PSimSession& s) { return static_cast<HRESULT>(s.spec().fanLevels); });
+    return onCamera(__func__, h, [](PSimSession& s) { return HRESULT(s.spec().fanLevels); });
 }
 
 HRESULT Toupcam_put_Temperature(HToupcam h, short nTemperature) {

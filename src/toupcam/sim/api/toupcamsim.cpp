@@ -142,7 +142,7 @@ unsigned ToupcamSim_journal(unsigned index, char* line, unsigned size) {
         const std::string text = PSimWorld::instance().journal().line(index).substr(0, size - 1);
         std::memcpy(line, text.c_str(), text.size() + 1);
     });
-    return static_cast<unsigned>(PSimWorld::instance().journal().size());
+    return unsigned(PSimWorld::instance().journal().size());
 }
 
 void ToupcamSim_clearJournal(void) {

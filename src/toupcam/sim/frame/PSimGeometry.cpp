@@ -16,7 +16,7 @@ bool fitsAlong(unsigned offset, unsigned length, unsigned limit) {
 }
 
 unsigned scaledBy(unsigned length, unsigned from, unsigned to) {
-    return static_cast<unsigned>(std::uint64_t{length} * to / from);
+    return unsigned(std::uint64_t{length} * to / from);
 }
 
 struct Span {

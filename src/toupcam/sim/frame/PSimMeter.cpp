@@ -28,8 +28,7 @@ void PSimMeter::add(unsigned y, const std::uint8_t* row) {
 
 PSimMeans PSimMeter::means(bool blueFirst) const {
     const auto mean = [this](unsigned channel) {
-        return static_cast<double>(m_sums[std::min(channel, m_channels - 1)]) /
-               static_cast<double>(m_count);
+        return double(m_sums[std::min(channel, m_channels - 1)]) / double(m_count);
     };
     return blueFirst ? PSimMeans{mean(2), mean(1), mean(0)} : PSimMeans{mean(0), mean(1), mean(2)};
 }

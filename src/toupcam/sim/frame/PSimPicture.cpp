@@ -4,11 +4,11 @@
 BITMAPINFOHEADER PSimPicture::header() const {
     BITMAPINFOHEADER header{};
     header.biSize = sizeof header;
-    header.biWidth = static_cast<int>(width);
-    header.biHeight = static_cast<int>(height);
+    header.biWidth = int(width);
+    header.biHeight = int(height);
     header.biPlanes = 1;
     header.biBitCount = static_cast<unsigned short>(bits);
-    header.biSizeImage = static_cast<unsigned>(bytes());
+    header.biSizeImage = unsigned(bytes());
     return header;
 }
 

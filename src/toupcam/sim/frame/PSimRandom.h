@@ -21,7 +21,7 @@ public:
     std::uint64_t next() { return mix(m_state++); }
 
     /// Evenly distributed in [0, 1).
-    double uniform() { return static_cast<double>(next() >> 11) * 0x1.0p-53; }
+    double uniform() { return double(next() >> 11) * 0x1.0p-53; }
 
     /// Evenly distributed in [low, high).
     double between(double low, double high) { return low + (high - low) * uniform(); }

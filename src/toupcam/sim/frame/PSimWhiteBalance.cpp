@@ -61,7 +61,7 @@ Channels lamp(double kelvin) {
 
 Channels gains(const Setting& setting) {
     const Channels colour = blackBody(setting.temperature);
-    const double green = static_cast<double>(setting.tint) / kNeutralTint;
+    const double green = double(setting.tint) / kNeutralTint;
     return {colour[1] / colour[0], green, colour[1] / colour[2]};
 }
 
@@ -74,8 +74,7 @@ Setting balancing(const PSimMeans& means) {
     setting.temperature = findTemperature(blue / red);
     const Channels balanced = gains(setting);
     const double even = std::sqrt(red * balanced[0] * blue * balanced[2]);
-    setting.tint = static_cast<int>(
-        std::lround(std::clamp(kNeutralTint * even / green, kLeastTint, kMostTint)));
+    setting.tint = int(std::lround(std::clamp(kNeutralTint * even / green, kLeastTint, kMostTint)));
     return setting;
 }
 

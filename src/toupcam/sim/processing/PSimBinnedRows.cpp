@@ -19,7 +19,7 @@ void PSimBinnedRows::next(std::uint8_t* out) {
         m_sensor.next(m_row.data());
         std::transform(m_sums.begin(), m_sums.end(), m_row.begin(), m_sums.begin(),
                        [](std::uint16_t sum, std::uint8_t value) {
-                           return static_cast<std::uint16_t>(sum + value); // at most 4 x 255
+                           return std::uint16_t(sum + value); // at most 4 x 255
                        });
     }
     const std::uint16_t* sums = m_sums.data();
@@ -28,7 +28,7 @@ void PSimBinnedRows::next(std::uint8_t* out) {
             unsigned sum = m_divisor / 2;
             for (unsigned i = 0; i < m_binning; ++i)
                 sum += sums[i * m_channels + channel];
-            *out++ = static_cast<std::uint8_t>(std::min(sum / m_divisor, 255U));
+            *out++ = std::uint8_t(std::min(sum / m_divisor, 255U));
         }
     }
 }

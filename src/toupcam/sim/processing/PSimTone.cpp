@@ -22,8 +22,8 @@ double toned(double value, const PSimImageSettings& settings) {
 PSimTone simTone(const PSimImageSettings& settings, double gain) {
     PSimTone tone{};
     for (std::size_t i = 0; i < tone.size(); ++i) {
-        const double value = limited(gain * static_cast<double>(i));
-        tone[i] = static_cast<std::uint8_t>(std::lround(toned(value, settings)));
+        const double value = limited(gain * double(i));
+        tone[i] = std::uint8_t(std::lround(toned(value, settings)));
     }
     return tone;
 }

@@ -63,7 +63,7 @@ PSimToneStage::PSimToneStage(const PSimImageSettings& settings, unsigned channel
         m_tones[place(row)] = simTone(settings, diagonal ? colour[row][row] : 1.0);
         for (std::size_t column = 0; column < 3; ++column)
             m_matrix[place(row)][place(column)] =
-                static_cast<int>(std::lround(colour[row][column] * (1 << kScaleBits)));
+                int(std::lround(colour[row][column] * (1 << kScaleBits)));
     }
     const bool same = std::all_of(m_tones.begin(), m_tones.end(), isIdentity);
     m_kind = !diagonal ? Kind::Matrix : same ? Kind::Nothing : Kind::Tables;
@@ -93,8 +93,7 @@ void PSimToneStage::applyMatrix(std::uint8_t* row, unsigned width) const {
             mix(in, m_matrix[channel], out[channel]);
         for (unsigned i = 0; i < count; ++i) {
             for (std::size_t channel = 0; channel < 3; ++channel)
-                row[std::size_t{i} * 3 + channel] =
-                    m_tones[channel][static_cast<std::size_t>(out[channel][i])];
+                row[std::size_t{i} * 3 + channel] = m_tones[channel][std::size_t(out[channel][i])];
         }
     }
 }

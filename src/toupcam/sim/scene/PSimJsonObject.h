@@ -39,7 +39,7 @@ public:
     /// A whole number; T decides nothing but the type of the result.
     template <typename T>
     T integer(const char* key, T fallback, double minimum, double maximum) {
-        return static_cast<T>(wholeNumber(key, static_cast<double>(fallback), minimum, maximum));
+        return static_cast<T>(wholeNumber(key, double(fallback), minimum, maximum));
     }
     /// The value under a key as it is; undefined if it is missing.
     QJsonValue value(const char* key);

@@ -175,8 +175,7 @@ void readHardware(PSimJsonObject& object, PSimCameraSpec& camera) {
     camera.bits = object.integer("bits", camera.bits, 8, 24);
     if (camera.bits != 8 && camera.bits != 24)
         object.complain("bits", u"8 (grey) or 24 (colour)"_qs);
-    camera.pixelSize = static_cast<float>(
-        object.number("pixelSizeUm", static_cast<double>(camera.pixelSize), 0.1, 1000));
+    camera.pixelSize = float(object.number("pixelSizeUm", double(camera.pixelSize), 0.1, 1000));
     camera.fanLevels = object.integer("fanLevels", camera.fanLevels, 0, 100);
     camera.ambientCelsius = object.number("ambientC", camera.ambientCelsius, -40, 60);
     camera.thermalSpeed = object.number("thermalSpeed", camera.thermalSpeed, 0, 1e6);

@@ -8,14 +8,14 @@ constexpr float kPitch = 118.0F; // units from cell to cell
 
 // Two exposures of dye over each other add up, but never beyond full.
 std::uint8_t added(std::uint8_t value, float more) {
-    return static_cast<std::uint8_t>(std::min(255.0F, static_cast<float>(value) + 255.0F * more));
+    return std::uint8_t(std::min(255.0F, float(value) + 255.0F * more));
 }
 
 } // namespace
 
 PSimCells::PSimCells(unsigned width, unsigned height, std::uint64_t seed)
-    : m_scale(static_cast<float>(width) / kCellUnitsWide)
-    , m_unitsHigh(static_cast<float>(height) / m_scale)
+    : m_scale(float(width) / kCellUnitsWide)
+    , m_unitsHigh(float(height) / m_scale)
     , m_field(seed)
     , m_random(seed)
     , m_nuclei(width, height)
@@ -26,11 +26,11 @@ void PSimCells::paint() {
     for (float y = -kPitch; y < m_unitsHigh + kPitch; y += kPitch) {
         for (float x = -kPitch; x < kCellUnitsWide + kPitch; x += kPitch) {
             Cell cell{};
-            cell.x = x + static_cast<float>(m_random.between(0.0, 0.8 * kPitch));
-            cell.y = y + static_cast<float>(m_random.between(0.0, 0.8 * kPitch));
-            cell.size = static_cast<float>(m_random.between(15.0, 22.0));
-            cell.angle = static_cast<float>(m_random.between(0.0, 3.14));
-            cell.brightness = static_cast<float>(m_random.between(0.55, 1.0));
+            cell.x = x + float(m_random.between(0.0, 0.8 * kPitch));
+            cell.y = y + float(m_random.between(0.0, 0.8 * kPitch));
+            cell.size = float(m_random.between(15.0, 22.0));
+            cell.angle = float(m_random.between(0.0, 3.14));
+            cell.brightness = float(m_random.between(0.55, 1.0));
             if (m_random.uniform() < 0.2)
                 continue;
             paintBody(cell);

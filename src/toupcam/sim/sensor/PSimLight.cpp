@@ -20,8 +20,8 @@ using Curve = std::array<std::uint16_t, 256>; // share of light in 1/256 for eac
 Curve absorption(double density) {
     Curve curve{};
     for (std::size_t i = 0; i < curve.size(); ++i) {
-        const double share = std::exp(-density * static_cast<double>(i) / 255.0);
-        curve[i] = static_cast<std::uint16_t>(std::lround(256.0 * share));
+        const double share = std::exp(-density * double(i) / 255.0);
+        curve[i] = std::uint16_t(std::lround(256.0 * share));
     }
     return curve;
 }
@@ -37,7 +37,7 @@ std::vector<std::uint16_t> falloff(unsigned length) {
     std::vector<std::uint16_t> result(length);
     for (unsigned i = 0; i < length; ++i) {
         const double x = 2.0 * i / length - 1.0;
-        result[i] = static_cast<std::uint16_t>(std::lround(256.0 * (1.0 - 0.055 * x * x)));
+        result[i] = std::uint16_t(std::lround(256.0 * (1.0 - 0.055 * x * x)));
     }
     return result;
 }
@@ -64,8 +64,8 @@ void stainChannel(PSimLight& light, unsigned channel, const PSimTissue& tissue, 
         const unsigned lamp = kLamp * down[y];
         for (unsigned x = 0; x < light.width; ++x) {
             const unsigned lit = (lamp * across[x]) >> 8;
-            const unsigned passed = (static_cast<unsigned>(nuclei[n[x]]) * eosin[e[x]]) >> 8;
-            out[std::size_t{x} * light.channels] = static_cast<std::uint8_t>((lit * passed) >> 16);
+            const unsigned passed = (unsigned(nuclei[n[x]]) * eosin[e[x]]) >> 8;
+            out[std::size_t{x} * light.channels] = std::uint8_t((lit * passed) >> 16);
         }
     }
 }
@@ -100,7 +100,7 @@ PSimLight fluorescenceLight(PSimLight light, std::uint64_t seed) {
             const std::size_t colour = light.channels == 1 ? 3 : i % 3;
             const unsigned glow =
                 kHaze + ((n[x] * kNucleiGlow[colour]) >> 8) + ((f[x] * kFibreGlow[colour]) >> 8);
-            out[i] = static_cast<std::uint8_t>(std::min(glow, 255U));
+            out[i] = std::uint8_t(std::min(glow, 255U));
         }
     }
     return light;
@@ -124,7 +124,7 @@ void PSimLight::lightWith(double kelvin) {
         return;
     const PSimWhiteBalance::Channels lamp = PSimWhiteBalance::lamp(kelvin);
     for (std::size_t i = 0; i < values.size(); ++i)
-        values[i] = static_cast<std::uint8_t>(std::lround(lamp[i % 3] * values[i]));
+        values[i] = std::uint8_t(std::lround(lamp[i % 3] * values[i]));
 }
 
 void PSimLight::swapColours() {
@@ -139,8 +139,8 @@ void PSimLight::swapColours() {
 void PSimLight::computeRoots() {
     std::array<std::uint8_t, 256> table{};
     for (std::size_t i = 0; i < table.size(); ++i) {
-        const long root = std::lround(16.0 * std::sqrt(static_cast<double>(i)));
-        table[i] = static_cast<std::uint8_t>(std::min(root, 255L));
+        const long root = std::lround(16.0 * std::sqrt(double(i)));
+        table[i] = std::uint8_t(std::min(root, 255L));
     }
     roots.resize(values.size());
     std::transform(values.begin(), values.end(), roots.begin(),
@@ -152,7 +152,7 @@ PSimLight simulatedSpecimen(const PSimSourceSpec& source, unsigned width, unsign
     PSimLight light = emptyLight(width, height, channels, source.drift);
     if (source.kind == PSimSourceSpec::Kind::Flat)
         std::fill(light.values.begin(), light.values.end(),
-                  static_cast<std::uint8_t>(std::lround(255.0 * source.level)));
+                  std::uint8_t(std::lround(255.0 * source.level)));
     else if (source.kind == PSimSourceSpec::Kind::Fluorescence)
         light = fluorescenceLight(std::move(light), seed);
     else
@@ -166,7 +166,7 @@ PSimLight picturedSpecimen(const QString& path, unsigned width, unsigned height,
     const QImage image = loadPicture(path);
     if (image.isNull())
         return light;
-    const QSize size(static_cast<int>(width), static_cast<int>(height));
+    const QSize size{int(width), int(height)};
     const QImage filled =
         image.scaled(size, Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation);
     const QImage cut =
@@ -175,7 +175,7 @@ PSimLight picturedSpecimen(const QString& path, unsigned width, unsigned height,
     const QImage pixels =
         cut.convertToFormat(channels == 1 ? QImage::Format_Grayscale8 : QImage::Format_RGB888);
     for (unsigned y = 0; y < height; ++y)
-        std::memcpy(light.values.data() + y * light.rowBytes(),
-                    pixels.constScanLine(static_cast<int>(y)), light.rowBytes());
+        std::memcpy(light.values.data() + y * light.rowBytes(), pixels.constScanLine(int(y)),
+                    light.rowBytes());
     return light;
 }

@@ -4,18 +4,17 @@
 #include <cmath>
 
 float PSimNoiseField::lattice(std::int32_t x, std::int32_t y) const {
-    std::uint32_t h = m_seed + static_cast<std::uint32_t>(x) * 0x8da6b343U +
-                      static_cast<std::uint32_t>(y) * 0xd8163841U;
+    std::uint32_t h = m_seed + std::uint32_t(x) * 0x8da6b343U + std::uint32_t(y) * 0xd8163841U;
     h = (h ^ (h >> 15)) * 0x2c1b3c6dU;
     h = (h ^ (h >> 12)) * 0x297a2d39U;
-    return static_cast<float>((h ^ (h >> 15)) >> 8) * 0x1.0p-24F;
+    return float((h ^ (h >> 15)) >> 8) * 0x1.0p-24F;
 }
 
 float PSimNoiseField::value(float x, float y) const {
     const float fx = std::floor(x);
     const float fy = std::floor(y);
-    const auto ix = static_cast<std::int32_t>(fx);
-    const auto iy = static_cast<std::int32_t>(fy);
+    const auto ix = std::int32_t(fx);
+    const auto iy = std::int32_t(fy);
     const float tx = x - fx;
     const float ty = y - fy;
     const float sx = tx * tx * (3.0F - 2.0F * tx);

@@ -8,7 +8,7 @@
 class PSimNoiseField {
 public:
     explicit PSimNoiseField(std::uint64_t seed)
-        : m_seed(static_cast<std::uint32_t>(seed ^ (seed >> 32))) {}
+        : m_seed(std::uint32_t(seed ^ (seed >> 32))) {}
 
     /// A field of features about one unit wide, 0 … 1.
     float value(float x, float y) const;

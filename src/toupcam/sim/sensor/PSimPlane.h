@@ -24,7 +24,7 @@ public:
 
     /// A share, 0 … 1, as a value of the plane.
     static std::uint8_t byte(float share) {
-        return static_cast<std::uint8_t>(std::clamp(share, 0.0F, 1.0F) * 255.0F + 0.5F);
+        return std::uint8_t(std::clamp(share, 0.0F, 1.0F) * 255.0F + 0.5F);
     }
 
 private:
@@ -48,7 +48,7 @@ template <typename Paint>
 void paintEllipse(PSimPlane& plane, const PSimEllipse& shape, const Paint& paint) {
     const float reach = std::max(shape.first, shape.second) + 1.0F;
     const auto clip = [](float value, unsigned limit) {
-        return static_cast<unsigned>(std::clamp(value, 0.0F, static_cast<float>(limit)));
+        return unsigned(std::clamp(value, 0.0F, float(limit)));
     };
     const float c = std::cos(shape.angle);
     const float s = std::sin(shape.angle);
@@ -57,8 +57,8 @@ void paintEllipse(PSimPlane& plane, const PSimEllipse& shape, const Paint& paint
         std::uint8_t* row = plane.row(y);
         for (unsigned x = clip(shape.x - reach, plane.width());
              x < clip(shape.x + reach + 1.0F, plane.width()); ++x) {
-            const float px = static_cast<float>(x) - shape.x;
-            const float py = static_cast<float>(y) - shape.y;
+            const float px = float(x) - shape.x;
+            const float py = float(y) - shape.y;
             const float a = (c * px + s * py) / shape.first;
             const float b = (c * py - s * px) / shape.second;
             const float r2 = a * a + b * b;

@@ -75,7 +75,7 @@ const PSimPrerenderedSource::Pictures& PSimPrerenderedSource::picturesFor(const 
     const std::lock_guard lock(m_mutex);
     Pictures& ready = m_pictures[{shot.resolution, shot.blueFirst}];
     while (ready.size() < count())
-        ready.push_back(make(static_cast<unsigned>(ready.size()), form));
+        ready.push_back(make(unsigned(ready.size()), form));
     return ready;
 }
 
@@ -84,10 +84,9 @@ void PSimPatchesSource::paint(unsigned /*index*/, const PSimPicture& form,
     constexpr QRgb colours[3] = {qRgb(255, 0, 0), qRgb(0, 255, 0), qRgb(0, 0, 255)};
     for (unsigned patch = 0; patch < 3; ++patch) {
         const QRgb colour = colours[patch];
-        const auto red = static_cast<std::uint8_t>(qRed(colour));
-        const auto blue = static_cast<std::uint8_t>(qBlue(colour));
-        const std::uint8_t channels[3] = {form.blueFirst ? blue : red,
-                                          static_cast<std::uint8_t>(qGreen(colour)),
+        const auto red = std::uint8_t(qRed(colour));
+        const auto blue = std::uint8_t(qBlue(colour));
+        const std::uint8_t channels[3] = {form.blueFirst ? blue : red, std::uint8_t(qGreen(colour)),
                                           form.blueFirst ? red : blue};
         const unsigned left = form.width * (1 + 4 * patch) / 12;
         const unsigned right = form.width * (3 + 4 * patch) / 12;
@@ -95,7 +94,7 @@ void PSimPatchesSource::paint(unsigned /*index*/, const PSimPicture& form,
             std::uint8_t* row = out + y * form.stride();
             for (unsigned x = left; x < right; ++x) {
                 if (form.bits == 8)
-                    row[x] = static_cast<std::uint8_t>(qGray(colour));
+                    row[x] = std::uint8_t(qGray(colour));
                 else
                     std::copy(channels, channels + 3, row + std::size_t{x} * 3);
             }
@@ -108,7 +107,7 @@ void PSimRingSource::paint(unsigned index, const PSimPicture& form, std::uint8_t
     for (unsigned y = 0; y < form.height; ++y) {
         std::uint8_t* row = out + y * form.stride();
         for (unsigned x = 0; x < form.width * channels; ++x)
-            row[x] = static_cast<std::uint8_t>(x / channels + y + 16 * index);
+            row[x] = std::uint8_t(x / channels + y + 16 * index);
     }
-    out[0] = static_cast<std::uint8_t>(index);
+    out[0] = std::uint8_t(index);
 }

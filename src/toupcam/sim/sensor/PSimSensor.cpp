@@ -20,7 +20,7 @@ std::vector<std::int8_t> normalNoise() {
         const double radius = kNoiseDeviation * std::sqrt(-2.0 * std::log(1.0 - random.uniform()));
         const double angle = 6.283185307179586 * random.uniform();
         const auto byte = [](double value) {
-            return static_cast<std::int8_t>(std::clamp(std::lround(value), -127L, 127L));
+            return std::int8_t(std::clamp(std::lround(value), -127L, 127L));
         };
         noise[i] = byte(radius * std::cos(angle));
         noise[i + 1] = byte(radius * std::sin(angle));
@@ -36,7 +36,7 @@ const std::vector<std::int8_t>& noiseSupply() {
 }
 
 std::uint16_t limited(double value, double maximum) {
-    return static_cast<std::uint16_t>(std::lround(std::clamp(value, 0.0, maximum)));
+    return std::uint16_t(std::lround(std::clamp(value, 0.0, maximum)));
 }
 
 // Dark current doubles every 6.3 kelvin, as is usual for cooled cameras: between the 4.4 K of
@@ -66,11 +66,10 @@ PSimRowFactors makeFactors(const PSimSensorSpec& spec, const PSimShot& shot, dou
     factors.signal = limited(signal * 4096.0, 65535.0);
     factors.ceiling =
         limited((spec.fullWell - dark) * countsAnElectron * kUnitsACount, kMostUnits - darkUnits);
-    factors.shot = static_cast<std::int16_t>(limited(shotScale * kUnitsACount * 65536.0, 16383.0));
-    factors.read = static_cast<std::int16_t>(limited(readScale * kUnitsACount * 65536.0, 16383.0));
+    factors.shot = std::int16_t(limited(shotScale * kUnitsACount * 65536.0, 16383.0));
+    factors.read = std::int16_t(limited(readScale * kUnitsACount * 65536.0, 16383.0));
     // Half a count to round; one unit because the three products are each rounded down.
-    factors.offset =
-        static_cast<std::int16_t>(std::lround(spec.offset * kUnitsACount + darkUnits) + 8 + 1);
+    factors.offset = std::int16_t(std::lround(spec.offset * kUnitsACount + darkUnits) + 8 + 1);
     return factors;
 }
 

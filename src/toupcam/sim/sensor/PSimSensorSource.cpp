@@ -16,10 +16,10 @@ void PSimSensorSource::take(const PSimShot& shot, std::uint64_t frame, PSimPictu
     const std::shared_ptr<const PSimLight> light = lightFor(shot, frame);
     // The stage drifts slowly along a closed figure: looking at another part of the same light
     // costs nothing.
-    const double turn = 6.283185307179586 * static_cast<double>(frame) / 900.0;
+    const double turn = 6.283185307179586 * double(frame) / 900.0;
     const double reach = light->margin;
-    const auto x = static_cast<unsigned>(std::lround(reach * (1.0 + std::sin(turn))));
-    const auto y = static_cast<unsigned>(std::lround(reach * (1.0 + std::sin(2.0 * turn))));
+    const auto x = unsigned(std::lround(reach * (1.0 + std::sin(turn))));
+    const auto y = unsigned(std::lround(reach * (1.0 + std::sin(2.0 * turn))));
     const PSimRegion& region = shot.geometry.region;
     PSimSensor sensor(m_spec->sensor, *light, x + region.x, y + region.y, shot,
                       makeFlicker(shot, picture.microseconds),
@@ -31,7 +31,7 @@ void PSimSensorSource::take(const PSimShot& shot, std::uint64_t frame, PSimPictu
 PSimFlicker PSimSensorSource::makeFlicker(const PSimShot& shot, std::uint64_t microseconds) const {
     const PSimResolution& mode = m_spec->resolutions[shot.resolution];
     const double exposure = shot.exposureMs / 1000.0;
-    const double start = static_cast<double>(microseconds) * 1e-6 - exposure;
+    const double start = double(microseconds) * 1e-6 - exposure;
     return {m_spec->source.mainsHz, exposure, start, 1.0 / (mode.framesPerSecond * mode.height)};
 }
 

@@ -22,8 +22,8 @@ float mixed(float a, float b, float share) {
 } // namespace
 
 PSimTissue::PSimTissue(unsigned width, unsigned height, std::uint64_t seed)
-    : m_scale(static_cast<float>(width) / kTissueUnitsWide)
-    , m_unitsHigh(static_cast<float>(height) / m_scale)
+    : m_scale(float(width) / kTissueUnitsWide)
+    , m_unitsHigh(float(height) / m_scale)
     , m_field(seed)
     , m_random(seed)
     , m_nuclei(width, height)
@@ -42,11 +42,11 @@ void PSimTissue::placeGlands() {
     constexpr int kTries = 700;
     for (int i = 0; i < kTries; ++i) {
         Gland gland{};
-        gland.x = static_cast<float>(m_random.between(-200.0, kTissueUnitsWide + 200.0));
-        gland.y = static_cast<float>(m_random.between(-200.0, m_unitsHigh + 200.0F));
-        gland.radius = static_cast<float>(m_random.between(230.0, 430.0));
-        gland.phase2 = static_cast<float>(m_random.between(0.0, 6.28));
-        gland.phase3 = static_cast<float>(m_random.between(0.0, 6.28));
+        gland.x = float(m_random.between(-200.0, kTissueUnitsWide + 200.0));
+        gland.y = float(m_random.between(-200.0, m_unitsHigh + 200.0F));
+        gland.radius = float(m_random.between(230.0, 430.0));
+        gland.phase2 = float(m_random.between(0.0, 6.28));
+        gland.phase3 = float(m_random.between(0.0, 6.28));
         const bool free = std::all_of(m_glands.begin(), m_glands.end(), [&](const Gland& other) {
             return std::hypot(other.x - gland.x, other.y - gland.y) >
                    1.12F * (other.radius + gland.radius) + 40.0F;
@@ -152,13 +152,12 @@ PSimTissue::Stains PSimTissue::stainsAt(float u, float v) const {
 
 void PSimTissue::paintGround() {
     const unsigned columns = m_nuclei.width() / kGroundStep + 2;
-    const float unitsAStep = static_cast<float>(kGroundStep) / m_scale;
+    const float unitsAStep = float(kGroundStep) / m_scale;
     std::array<std::vector<Stains>, 2> lines{std::vector<Stains>(columns),
                                              std::vector<Stains>(columns)};
     const auto compute = [&](std::vector<Stains>& line, unsigned y) {
         for (unsigned i = 0; i < columns; ++i)
-            line[i] = stainsAt(static_cast<float>(i) * unitsAStep,
-                               static_cast<float>(y / kGroundStep) * unitsAStep);
+            line[i] = stainsAt(float(i) * unitsAStep, float(y / kGroundStep) * unitsAStep);
     };
     compute(lines[1], 0);
     for (unsigned y = 0; y < m_nuclei.height(); ++y) {
@@ -166,9 +165,9 @@ void PSimTissue::paintGround() {
             lines[0].swap(lines[1]);
             compute(lines[1], y + kGroundStep);
         }
-        const float down = static_cast<float>(y % kGroundStep) / kGroundStep;
+        const float down = float(y % kGroundStep) / kGroundStep;
         for (unsigned x = 0; x < m_nuclei.width(); ++x) {
-            const float right = static_cast<float>(x % kGroundStep) / kGroundStep;
+            const float right = float(x % kGroundStep) / kGroundStep;
             const std::size_t i = x / kGroundStep;
             const auto blend = [&](float Stains::*stain) {
                 return mixed(mixed(lines[0][i].*stain, lines[0][i + 1].*stain, right),
@@ -192,17 +191,16 @@ void PSimTissue::paintNucleus(float u, float v, float first, float second, float
         if (nucleolus)
             dark += 0.25F * (1.0F - smoothStep(0.12F, 0.24F, r));
         const float inside = 1.0F - smoothStep(1.0F - edge, 1.0F, r);
-        value = PSimPlane::byte(mixed(static_cast<float>(value) / 255.0F, dark, inside));
+        value = PSimPlane::byte(mixed(float(value) / 255.0F, dark, inside));
     });
 }
 
 // A vacuole full of mucus: nearly empty of either stain, with a faint rim.
 void PSimTissue::paintGoblet(float u, float v, float size) {
     const PSimEllipse shape{u * m_scale, v * m_scale, size * m_scale, 0.8F * size * m_scale,
-                            static_cast<float>(m_random.between(0.0, 3.14))};
+                            float(m_random.between(0.0, 3.14))};
     paintEllipse(m_eosin, shape, [](std::uint8_t& value, float r, float, float) {
-        value = static_cast<std::uint8_t>(static_cast<float>(value) *
-                                          mixed(0.25F, 1.0F, smoothStep(0.6F, 1.0F, r)));
+        value = std::uint8_t(float(value) * mixed(0.25F, 1.0F, smoothStep(0.6F, 1.0F, r)));
     });
     paintEllipse(m_nuclei, shape, [](std::uint8_t& value, float r, float, float) {
         const float mucin = 0.11F * (1.0F - smoothStep(0.7F, 1.0F, r));
@@ -211,15 +209,14 @@ void PSimTissue::paintGoblet(float u, float v, float size) {
 }
 
 void PSimTissue::paintGlandCells(const Gland& gland) {
-    const auto count = static_cast<int>(2.0F * kPi * gland.radius / 27.0F);
+    const auto count = int(2.0F * kPi * gland.radius / 27.0F);
     for (int i = 0; i < count; ++i) {
         const float angle =
-            (static_cast<float>(i) + static_cast<float>(m_random.between(0.2, 0.8))) * 2.0F * kPi /
-            static_cast<float>(count);
+            (float(i) + float(m_random.between(0.2, 0.8))) * 2.0F * kPi / float(count);
         const float edge = gland.radius * (1.0F + 0.14F * std::sin(2.0F * angle + gland.phase2) +
                                            0.07F * std::sin(3.0F * angle + gland.phase3));
         const auto at = [&](double low, double high) {
-            return edge * static_cast<float>(m_random.between(low, high));
+            return edge * float(m_random.between(low, high));
         };
         const float r = at(0.80, 0.90);
         const float u = gland.x + r * std::cos(angle);
@@ -230,11 +227,10 @@ void PSimTissue::paintGlandCells(const Gland& gland) {
             continue;
         if (goblet && coverage(gland.x + g * std::cos(angle), gland.y + g * std::sin(angle)) > 0.9F)
             paintGoblet(gland.x + g * std::cos(angle), gland.y + g * std::sin(angle),
-                        static_cast<float>(m_random.between(20.0, 30.0)));
-        paintNucleus(u, v, static_cast<float>(m_random.between(19.0, 26.0)),
-                     static_cast<float>(m_random.between(9.5, 12.0)),
-                     angle + static_cast<float>(m_random.between(-0.25, 0.25)),
-                     static_cast<float>(m_random.between(0.62, 0.85)));
+                        float(m_random.between(20.0, 30.0)));
+        paintNucleus(u, v, float(m_random.between(19.0, 26.0)), float(m_random.between(9.5, 12.0)),
+                     angle + float(m_random.between(-0.25, 0.25)),
+                     float(m_random.between(0.62, 0.85)));
     }
 }
 
@@ -242,21 +238,20 @@ void PSimTissue::paintStromaCells() {
     constexpr float kStromaPitch = 62.0F;
     for (float y = 0.0F; y < m_unitsHigh; y += kStromaPitch) {
         for (float x = 0.0F; x < kTissueUnitsWide; x += kStromaPitch) {
-            const float u = x + static_cast<float>(m_random.between(0.0, kStromaPitch));
-            const float v = y + static_cast<float>(m_random.between(0.0, kStromaPitch));
+            const float u = x + float(m_random.between(0.0, kStromaPitch));
+            const float v = y + float(m_random.between(0.0, kStromaPitch));
             const double kind = m_random.uniform();
-            const auto strength = static_cast<float>(m_random.between(0.7, 0.95));
-            const float angle =
-                fibreAngle(u, v) + static_cast<float>(m_random.between(-0.25, 0.25));
+            const auto strength = float(m_random.between(0.7, 0.95));
+            const float angle = fibreAngle(u, v) + float(m_random.between(-0.25, 0.25));
             const bool crowded = m_field.fractal(u / 380.0F, v / 380.0F + 80.0F, 2) > 0.58F;
             if (locate(u, v).depth < 1.1F || coverage(u, v) < 0.9F)
                 continue;
             if (kind < (crowded ? 0.75 : 0.08)) {
-                const auto size = static_cast<float>(m_random.between(11.0, 14.0));
+                const auto size = float(m_random.between(11.0, 14.0));
                 paintNucleus(u, v, size, 0.92F * size, angle, strength + 0.05F);
             } else if (kind < 0.45) {
-                paintNucleus(u, v, static_cast<float>(m_random.between(20.0, 30.0)),
-                             static_cast<float>(m_random.between(5.0, 7.5)), angle, strength);
+                paintNucleus(u, v, float(m_random.between(20.0, 30.0)),
+                             float(m_random.between(5.0, 7.5)), angle, strength);
             }
         }
     }

@@ -19,12 +19,11 @@ PSimAutoExposure::PSimAutoExposure(const PSimExposureSpec& exposure, const PSimG
 
 double PSimAutoExposure::allowed(double microseconds, double beat) const {
     const double longest = std::max(m_exposure.automaticMaximum, m_exposure.minimum);
-    const double time = std::clamp(microseconds, static_cast<double>(m_exposure.minimum), longest);
+    const double time = std::clamp(microseconds, double(m_exposure.minimum), longest);
     if (beat == 0.0 || time < beat)
         return time;
     // Whole microseconds make a multiple up to half of one shorter than it is.
-    return std::max(beat * std::floor((time + 0.5) / beat),
-                    static_cast<double>(m_exposure.minimum));
+    return std::max(beat * std::floor((time + 0.5) / beat), double(m_exposure.minimum));
 }
 
 PSimExposure PSimAutoExposure::next(PSimExposure current, double mean, double target,
@@ -37,10 +36,10 @@ PSimExposure PSimAutoExposure::next(PSimExposure current, double mean, double ta
     // Exposure time and gain act on the brightness alike, so their product is what is corrected.
     const double light = now * (current.gainPercent / 100.0) * std::pow(ratio, kDamping);
     const double time = allowed(light / (m_gain.minimum / 100.0), beat);
-    const double gain = std::clamp(100.0 * light / time, static_cast<double>(m_gain.minimum),
-                                   static_cast<double>(m_gain.maximum));
+    const double gain =
+        std::clamp(100.0 * light / time, double(m_gain.minimum), double(m_gain.maximum));
     PSimExposure result;
-    result.microseconds = static_cast<unsigned>(std::lround(time));
+    result.microseconds = unsigned(std::lround(time));
     result.gainPercent = static_cast<unsigned short>(std::lround(gain));
     return result;
 }

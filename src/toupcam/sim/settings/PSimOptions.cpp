@@ -58,7 +58,7 @@ HRESULT PSimOptions::check(unsigned option, int value) const {
 
 PSimOptions::PSimOptions(const PSimCameraSpec& spec)
     : m_flags(spec.flags)
-    , m_fanLevels(static_cast<int>(spec.fanLevels))
+    , m_fanLevels(int(spec.fanLevels))
     , m_values{
           {TOUPCAM_OPTION_PROCESSMODE, 0}, {TOUPCAM_OPTION_RAW, 0},
           {TOUPCAM_OPTION_TRIGGER, 0},     {TOUPCAM_OPTION_FRAMERATE, 0},

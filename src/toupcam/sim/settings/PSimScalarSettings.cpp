@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr std::size_t kCount = static_cast<std::size_t>(PSimScalar::Count);
+constexpr std::size_t kCount = std::size_t(PSimScalar::Count);
 
 struct Rule {
     int minimum;
@@ -32,7 +32,7 @@ constexpr Rule kRules[kCount] = {
 };
 
 const Rule& findRule(PSimScalar scalar) {
-    return kRules[static_cast<std::size_t>(scalar)];
+    return kRules[std::size_t(scalar)];
 }
 
 } // namespace
@@ -59,8 +59,7 @@ HRESULT PSimScalarSettings::check(PSimScalar scalar, int value) const {
 HRESULT PSimScalarSettings::set(PSimScalar scalar, int value) {
     const HRESULT result = check(scalar, value);
     if (SUCCEEDED(result))
-        m_values[static_cast<std::size_t>(scalar)] =
-            findRule(scalar).isSwitch && value != 0 ? 1 : value;
+        m_values[std::size_t(scalar)] = findRule(scalar).isSwitch && value != 0 ? 1 : value;
     return result;
 }
 

@@ -37,11 +37,11 @@ public:
     /// E_POINTER for a null output, E_NOTIMPL.
     HRESULT get(PSimScalar scalar, int* value) const;
     /// The applied value, whether the camera has the setting or not.
-    int value(PSimScalar scalar) const { return m_values[static_cast<std::size_t>(scalar)]; }
+    int value(PSimScalar scalar) const { return m_values[std::size_t(scalar)]; }
 
 private:
     bool has(PSimScalar scalar) const;
 
     bool m_colour;
-    std::array<int, static_cast<std::size_t>(PSimScalar::Count)> m_values;
+    std::array<int, std::size_t(PSimScalar::Count)> m_values;
 };

@@ -73,7 +73,7 @@ HRESULT PSimSettings::temperature(short* output) const {
         return E_POINTER;
     if (!hasCooler())
         return E_NOTIMPL;
-    *output = static_cast<short>(std::lround(10.0 * m_thermal->celsius()));
+    *output = short(std::lround(10.0 * m_thermal->celsius()));
     return S_OK;
 }
 
@@ -234,9 +234,9 @@ PSimGeometry PSimSettings::makeGeometry(unsigned resolution) const {
     PSimGeometry geometry;
     geometry.region = m_region.scaled(m_spec->resolutions[m_resolution].size(),
                                       m_spec->resolutions[resolution].size());
-    geometry.binning = static_cast<unsigned>(binning & ~PSimOptions::kAverage);
+    geometry.binning = unsigned(binning & ~PSimOptions::kAverage);
     geometry.average = (binning & PSimOptions::kAverage) != 0;
-    geometry.rotation = static_cast<unsigned>(m_options.value(TOUPCAM_OPTION_ROTATE, 0));
+    geometry.rotation = unsigned(m_options.value(TOUPCAM_OPTION_ROTATE, 0));
     geometry.hFlip = m_scalars.value(PSimScalar::HFlip) != 0;
     geometry.vFlip = m_scalars.value(PSimScalar::VFlip) != 0;
     return geometry;
@@ -264,19 +264,18 @@ double PSimSettings::framesPerSecond() const {
     if (m_spec->linkMegabytes > 0.0) {
         const double share = m_options.value(TOUPCAM_OPTION_BANDWIDTH, 100) / 100.0;
         // The link carries one byte a pixel, as the sensor has it; colour is made from it later.
-        const double pixels = static_cast<double>(mode.width) * mode.height;
+        const double pixels = double(mode.width) * mode.height;
         result = std::min(result, m_spec->linkMegabytes * 1e6 * share / pixels);
     }
     const int limit = m_options.value(TOUPCAM_OPTION_FRAMERATE, 0);
-    return limit > 0 ? std::min(result, static_cast<double>(limit)) : result;
+    return limit > 0 ? std::min(result, double(limit)) : result;
 }
 
 PSimPace PSimSettings::pace() const {
     const std::lock_guard lock(m_mutex);
     const double seconds = std::max(1.0 / framesPerSecond(), m_exposure.microseconds * 1e-6);
     const int mode = m_options.value(TOUPCAM_OPTION_TRIGGER, 0);
-    return {std::chrono::nanoseconds(static_cast<std::int64_t>(seconds * 1e9)),
-            static_cast<PSimTrigger::Mode>(mode)};
+    return {std::chrono::nanoseconds(std::int64_t(seconds * 1e9)), PSimTrigger::Mode(mode)};
 }
 
 bool PSimSettings::adapt(double mean) {

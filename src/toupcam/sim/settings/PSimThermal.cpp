@@ -48,7 +48,7 @@ double PSimThermal::celsius() {
 int PSimThermal::voltage() {
     const std::lock_guard lock(m_mutex);
     advance();
-    return static_cast<int>(std::lround(kHighestVoltage * voltageShare()));
+    return int(std::lround(kHighestVoltage * voltageShare()));
 }
 
 // Called under the lock, as all below: brings the temperature up to now.
@@ -68,7 +68,7 @@ void PSimThermal::step(double seconds) {
 }
 
 double PSimThermal::fanShare() const {
-    return m_fanLevels > 0 ? static_cast<double>(m_cooling.fan) / m_fanLevels : 0.0;
+    return m_fanLevels > 0 ? double(m_cooling.fan) / m_fanLevels : 0.0;
 }
 
 double PSimThermal::uncooled() const {

@@ -6,7 +6,7 @@
 namespace {
 
 void setNumber(PSimPicture& picture, std::uint64_t number, std::uint64_t microseconds) {
-    picture.sequence = static_cast<unsigned>(number);
+    picture.sequence = unsigned(number);
     picture.microseconds = microseconds;
 }
 

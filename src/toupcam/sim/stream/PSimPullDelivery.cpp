@@ -21,14 +21,13 @@ void copyRow(const PSimPicture& picture, const std::uint8_t* from, unsigned pixe
 }
 
 void copyPicture(const PSimPicture& picture, int bits, std::uint8_t* to) {
-    const std::size_t stride =
-        (std::size_t{picture.width} * static_cast<unsigned>(bits) + 31) / 32 * 4;
-    if (static_cast<unsigned>(bits) == picture.bits) {
+    const std::size_t stride = (std::size_t{picture.width} * unsigned(bits) + 31) / 32 * 4;
+    if (unsigned(bits) == picture.bits) {
         std::memcpy(to, picture.pixels, picture.bytes());
         return;
     }
     for (unsigned y = 0; y < picture.height; ++y)
-        copyRow(picture, picture.pixels + y * picture.stride(), static_cast<unsigned>(bits) / 8,
+        copyRow(picture, picture.pixels + y * picture.stride(), unsigned(bits) / 8,
                 to + y * stride);
 }
 

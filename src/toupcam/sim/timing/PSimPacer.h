@@ -30,7 +30,7 @@ public:
     void settle(Clock::time_point now, std::chrono::nanoseconds period) {
         const std::uint64_t count = fallen(now, period);
         m_produced += count;
-        m_last += static_cast<std::int64_t>(count) * period;
+        m_last += std::int64_t(count) * period;
     }
 
     /// Counts one frame that is produced now, due or not.
@@ -49,7 +49,7 @@ public:
         const std::uint64_t waiting = fallen(now, old);
         const std::uint64_t missed = waiting > 1 ? waiting - 1 : 0;
         m_produced += missed;
-        m_last += static_cast<std::int64_t>(missed) * old;
+        m_last += std::int64_t(missed) * old;
         m_last = std::max(m_last, now - next);
     }
 
@@ -58,13 +58,13 @@ public:
 
     /// Microseconds from the start to the newest frame counted.
     std::uint64_t microseconds() const {
-        return static_cast<std::uint64_t>(
+        return std::uint64_t(
             std::chrono::duration_cast<std::chrono::microseconds>(m_last - m_start).count());
     }
 
 private:
     std::uint64_t fallen(Clock::time_point now, std::chrono::nanoseconds period) const {
-        return now > m_last ? static_cast<std::uint64_t>((now - m_last) / period) : 0;
+        return now > m_last ? std::uint64_t((now - m_last) / period) : 0;
     }
 
     Clock::time_point m_start;

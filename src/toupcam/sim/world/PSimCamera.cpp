@@ -28,7 +28,7 @@ const ToupcamModelV2* makeModel(const PSimCameraSpec& spec) {
     model.name = spec.model ? record.name.constData() : nullptr;
     model.flag = spec.flags;
     model.maxspeed = spec.speedLevels - 1;
-    model.preview = static_cast<unsigned>(spec.resolutions.size());
+    model.preview = unsigned(spec.resolutions.size());
     model.still = model.preview;
     model.maxfanspeed = spec.fanLevels;
     model.xpixsz = spec.pixelSize;
@@ -41,7 +41,7 @@ const ToupcamModelV2* makeModel(const PSimCameraSpec& spec) {
 // Fills a record's text field; one that fills all of it has no NUL, as in the maker's records.
 template <std::size_t Size>
 void fill(char (&field)[Size], const QByteArray& text) {
-    const std::size_t length = std::min(Size, static_cast<std::size_t>(text.size()));
+    const std::size_t length = std::min(Size, std::size_t(text.size()));
     std::memcpy(field, text.constData(), length);
 }
 

@@ -110,7 +110,7 @@ HToupcam PSimWorld::open(const QByteArray& id) {
     const std::lock_guard lock(m_mutex);
     const HToupcam handle = &m_tokens.emplace_back();
     m_open[handle] = {requested, session};
-    m_numbers.emplace(handle, static_cast<unsigned>(m_numbers.size()) + 1);
+    m_numbers.emplace(handle, unsigned(m_numbers.size()) + 1);
     return handle;
 }
 
