@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What happens once in the life of a process. It needs a process of its own, in which these tests,
 // in this order, are all that happens.
-#include "SimFixture.h"
+#include <PTDevice/SimFixture.h>
 
 #include <PCdPlugins/PTDevice/PTStreamThread.h>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // How the pull-mode worker waits while nothing is queued. It is looked at where it waits, so that
 // no clock has to be: this program puts a function of its own in the place of Qt's.
-#include "SimFixture.h"
+#include <PTDevice/SimFixture.h>
 
 #include <PCdPlugins/PTDevice/PTStreamThread.h>
 

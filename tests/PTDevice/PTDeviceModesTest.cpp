@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The camera's resolutions as the host's modes.
-#include "SimFixture.h"
+#include <PTDevice/SimFixture.h>
 
 #include <QSignalSpy>
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What a property that is set through the host does to the picture, measured on its pixels.
-#include "SimFixture.h"
+#include <PTDevice/SimFixture.h>
 
 #include <PCd/PEnumeration.h>
 #include <PCd/frame/PFrameStamp.h>

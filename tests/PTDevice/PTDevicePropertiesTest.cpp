@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The catalogue: which properties and groups a camera offers, in which order.
-#include "SimFixture.h"
+#include <PTDevice/SimFixture.h>
 
 #include <PCd/property/PDeviceProperty.h>
 #include <PCd/property/PDevicePropertyGroup.h>

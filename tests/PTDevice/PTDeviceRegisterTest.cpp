@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The plugin's root object: which cameras it finds, keeps and drops, and when it looks again.
-#include "SimFixture.h"
+#include <PTDevice/SimFixture.h>
 
 #include <PCdPlugins/PTDevice/PTDeviceRegister.h>
 

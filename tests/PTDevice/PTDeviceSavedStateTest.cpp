@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The state of a device as the host saves it and brings it back.
-#include "SimFixture.h"
+#include <PTDevice/SimFixture.h>
 
 #include <PCdPlugins/PTDevice/ExtendedExposureData.h>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // One opened camera as a session with the SDK: what is called, in which order, and what is
 // reported.
-#include "SimFixture.h"
+#include <PTDevice/SimFixture.h>
 
 #include <PCdPlugins/PTDevice/PTStreamThread.h>
 

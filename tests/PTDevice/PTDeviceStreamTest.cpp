@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The live path: starting and stopping the push stream, and what happens to every pushed buffer.
-#include "SimFixture.h"
+#include <PTDevice/SimFixture.h>
 
 #include <PCd/property/PDeviceProperty.h>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // How a frame is exposed, as one value: what is sent for it, what is read, how it is written down.
-#include "ComparedFields.h"
-#include "SimFixture.h"
-#include "StreamBytes.h"
+#include <PTDevice/ComparedFields.h>
+#include <PTDevice/SimFixture.h>
+#include <PTDevice/StreamBytes.h>
 
 #include <PCdPlugins/PTDevice/PTExtendedExposure.h>
 

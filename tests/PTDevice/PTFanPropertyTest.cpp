@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The cooling fan: what is sent, what is read, how it is written down.
-#include "ComparedFields.h"
-#include "SimFixture.h"
-#include "StreamBytes.h"
+#include <PTDevice/ComparedFields.h>
+#include <PTDevice/SimFixture.h>
+#include <PTDevice/StreamBytes.h>
 
 #include <PCdPlugins/PTDevice/PTFanDevice.h>
 

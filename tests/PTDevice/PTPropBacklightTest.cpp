@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Light that flickers with the mains: the code of its frequency.
-#include "SimFixture.h"
+#include <PTDevice/SimFixture.h>
 
 #include <PCdPlugins/PTDevice/PTPropBacklight.h>
 

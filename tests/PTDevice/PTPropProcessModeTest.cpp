@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Choices that the SDK holds as integers.
-#include "SimFixture.h"
+#include <PTDevice/SimFixture.h>
 
 #include <PCdPlugins/PTDevice/PTPropProcessMode.h>
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Properties that are bound to SDK calls, one by one, and the calls they make.
-#include "SimFixture.h"
+#include <PTDevice/SimFixture.h>
 
 #include <PCdPlugins/PTDevice/PTProps.h>
 

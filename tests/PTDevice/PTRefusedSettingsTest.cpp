@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Settings whose adapters answer the same whether the camera took them or not: the host has what
 // the camera has all the same.
-#include "SimFixture.h"
+#include <PTDevice/SimFixture.h>
 
 #include <PCd/property/PDeviceProperty.h>
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // A camera whose cable is pulled and put back before the plugin looks again.
-#include "SimFixture.h"
+#include <PTDevice/SimFixture.h>
 
 #include <PCdPlugins/PTDevice/PTDeviceRegister.h>
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What the plugin's properties mean to hosts that do not know them.
-#include "SimFixture.h"
+#include <PTDevice/SimFixture.h>
 
 #include <PCdPlugins/PTDevice/PTRoles.h>
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The pull-mode worker: its queues without a consumer, and a real pull-mode stream through it.
-#include "SimFixture.h"
+#include <PTDevice/SimFixture.h>
 
 #include <PCdPlugins/PTDevice/PTStreamThread.h>
 

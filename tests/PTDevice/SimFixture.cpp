@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "SimFixture.h"
+#include <PTDevice/SimFixture.h>
 
 #include <utility>
 

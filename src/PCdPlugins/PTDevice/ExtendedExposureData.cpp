@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ExtendedExposureData.h"
+#include <PCdPlugins/PTDevice/ExtendedExposureData.h>
 
 #include <tuple>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "PTBacklightPanel.h"
+#include <PCdPlugins/PTDevice/PTBacklightPanel.h>
 
-#include "PTPropBacklight.h"
 #include "ui_PTBacklight.h"
+#include <PCdPlugins/PTDevice/PTPropBacklight.h>
 
 #include <initializer_list>
 

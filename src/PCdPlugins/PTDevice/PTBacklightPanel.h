@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "PTPanel.h"
+#include <PCdPlugins/PTDevice/PTPanel.h>
 
 #include <memory>
 

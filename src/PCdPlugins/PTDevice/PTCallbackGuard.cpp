@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "PTCallbackGuard.h"
+#include <PCdPlugins/PTDevice/PTCallbackGuard.h>
 
-#include "PTLog.h"
+#include <PCdPlugins/PTDevice/PTLog.h>
 
 #include <PCd/device/PDevice.h>
 #include <PCd/property/PDeviceProperty.h>

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "PTDevice.h"
+#include <PCdPlugins/PTDevice/PTDevice.h>
 
-#include "ExtendedExposureData.h"
-#include "FANDATA.h"
-#include "PTLiveDevices.h"
-#include "PTLog.h"
-#include "PTStreamThread.h"
-#include "TECDATA.h"
+#include <PCdPlugins/PTDevice/ExtendedExposureData.h>
+#include <PCdPlugins/PTDevice/FANDATA.h>
+#include <PCdPlugins/PTDevice/PTLiveDevices.h>
+#include <PCdPlugins/PTDevice/PTLog.h>
+#include <PCdPlugins/PTDevice/PTStreamThread.h>
+#include <PCdPlugins/PTDevice/TECDATA.h>
 
 #include <QMutexLocker>
 #include <QScopeGuard>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // The SDK's way back into the plugin.
-#include "PTCallbackGuard.h"
-#include "PTDevice.h"
-#include "PTLog.h"
-#include "PTStreamThread.h"
+#include <PCdPlugins/PTDevice/PTCallbackGuard.h>
+#include <PCdPlugins/PTDevice/PTDevice.h>
+#include <PCdPlugins/PTDevice/PTLog.h>
+#include <PCdPlugins/PTDevice/PTStreamThread.h>
 
 #include <PCd/frame/PCdDipUtils.h>
 

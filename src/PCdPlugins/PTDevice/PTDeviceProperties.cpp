@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 // What the camera offers: its properties, in their order, and the groups that show them.
-#include "PTDevice.h"
-#include "PTExtendedExposure.h"
-#include "PTFanDevice.h"
-#include "PTPropBacklight.h"
-#include "PTPropProcessMode.h"
-#include "PTPropRoi.h"
-#include "PTProps.h"
-#include "PTRoles.h"
-#include "PTTECProperty.h"
+#include <PCdPlugins/PTDevice/PTDevice.h>
+#include <PCdPlugins/PTDevice/PTExtendedExposure.h>
+#include <PCdPlugins/PTDevice/PTFanDevice.h>
+#include <PCdPlugins/PTDevice/PTPropBacklight.h>
+#include <PCdPlugins/PTDevice/PTPropProcessMode.h>
+#include <PCdPlugins/PTDevice/PTPropRoi.h>
+#include <PCdPlugins/PTDevice/PTProps.h>
+#include <PCdPlugins/PTDevice/PTRoles.h>
+#include <PCdPlugins/PTDevice/PTTECProperty.h>
 
 #include <PCd/property/PDevicePropertyGroup.h>
 

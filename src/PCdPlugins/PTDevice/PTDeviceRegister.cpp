@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "PTDeviceRegister.h"
+#include <PCdPlugins/PTDevice/PTDeviceRegister.h>
 
-#include "PTDevice.h"
-#include "PTLog.h"
+#include <PCdPlugins/PTDevice/PTDevice.h>
+#include <PCdPlugins/PTDevice/PTLog.h>
 
 #include <QSet>
 #include <QTimer>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "PTExtendedExposure.h"
+#include <PCdPlugins/PTDevice/PTExtendedExposure.h>
 
-#include "PTExtendedExposureWidget.h"
-#include "PTLog.h"
+#include <PCdPlugins/PTDevice/PTExtendedExposureWidget.h>
+#include <PCdPlugins/PTDevice/PTLog.h>
 
 #include <QDebug>
 

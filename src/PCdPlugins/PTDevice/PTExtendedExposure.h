@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ExtendedExposureData.h"
+#include <PCdPlugins/PTDevice/ExtendedExposureData.h>
 
 #include <PCd/property/typed/PDevicePropertyT.h>
 

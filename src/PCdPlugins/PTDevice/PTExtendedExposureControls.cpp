@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "PTExtendedExposureControls.h"
+#include <PCdPlugins/PTDevice/PTExtendedExposureControls.h>
 
 #include "ui_PTExtendedExposure.h"
 

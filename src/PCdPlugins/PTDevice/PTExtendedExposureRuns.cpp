@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The runs of the exposure panel: their buttons, and the images that become snapshots.
-#include "PTExtendedExposureWidget.h"
-#include "PTLog.h"
 #include "ui_PTExtendedExposure.h"
+#include <PCdPlugins/PTDevice/PTExtendedExposureWidget.h>
+#include <PCdPlugins/PTDevice/PTLog.h>
 
 #include <PCd/device/PDevice.h>
 #include <PCd/frame/PCdDipUtils.h>

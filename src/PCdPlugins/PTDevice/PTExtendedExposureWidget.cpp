@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "PTExtendedExposureWidget.h"
+#include <PCdPlugins/PTDevice/PTExtendedExposureWidget.h>
 
-#include "PTDevice.h"
-#include "PTExtendedExposureControls.h"
 #include "ui_PTExtendedExposure.h"
+#include <PCdPlugins/PTDevice/PTDevice.h>
+#include <PCdPlugins/PTDevice/PTExtendedExposureControls.h>
 
 #include <QDebug>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "PTExtendedExposure.h"
-#include "PTPanel.h"
+#include <PCdPlugins/PTDevice/PTExtendedExposure.h>
+#include <PCdPlugins/PTDevice/PTPanel.h>
 
 #include <PDip/PImage.h>
 

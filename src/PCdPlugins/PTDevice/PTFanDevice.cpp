@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "PTFanDevice.h"
+#include <PCdPlugins/PTDevice/PTFanDevice.h>
 
-#include "PTFanPanel.h"
-#include "PTLog.h"
+#include <PCdPlugins/PTDevice/PTFanPanel.h>
+#include <PCdPlugins/PTDevice/PTLog.h>
 
 #include <QDebug>
 

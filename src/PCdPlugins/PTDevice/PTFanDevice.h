@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "FANDATA.h"
+#include <PCdPlugins/PTDevice/FANDATA.h>
 
 #include <PCd/property/typed/PDevicePropertyT.h>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "PTFanPanel.h"
+#include <PCdPlugins/PTDevice/PTFanPanel.h>
 
-#include "PTFanDevice.h"
 #include "ui_PTFanControl.h"
+#include <PCdPlugins/PTDevice/PTFanDevice.h>
 
 #include <QScopedValueRollback>
 

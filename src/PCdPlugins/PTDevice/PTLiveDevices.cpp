@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "PTLiveDevices.h"
+#include <PCdPlugins/PTDevice/PTLiveDevices.h>
 
 #include <algorithm>
 #include <mutex>

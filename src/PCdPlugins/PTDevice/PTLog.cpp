@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "PTLog.h"
+#include <PCdPlugins/PTDevice/PTLog.h>
 
 #include <QRegularExpression>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "PTPanel.h"
+#include <PCdPlugins/PTDevice/PTPanel.h>
 
 #include <QEvent>
 

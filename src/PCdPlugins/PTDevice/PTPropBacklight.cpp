@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "PTPropBacklight.h"
+#include <PCdPlugins/PTDevice/PTPropBacklight.h>
 
-#include "PTBacklightPanel.h"
-#include "PTLog.h"
+#include <PCdPlugins/PTDevice/PTBacklightPanel.h>
+#include <PCdPlugins/PTDevice/PTLog.h>
 
 PTBacklightProperty::PTBacklightProperty(Toupcam_t* handle, const QByteArray& id,
                                          const QString& title)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "PTPropProcessMode.h"
+#include <PCdPlugins/PTDevice/PTPropProcessMode.h>
 
-#include "PTLog.h"
+#include <PCdPlugins/PTDevice/PTLog.h>
 
 #include <initializer_list>
 

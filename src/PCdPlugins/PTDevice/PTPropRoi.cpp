@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "PTPropRoi.h"
+#include <PCdPlugins/PTDevice/PTPropRoi.h>
 
-#include "PTLog.h"
+#include <PCdPlugins/PTDevice/PTLog.h>
 
 namespace {
 

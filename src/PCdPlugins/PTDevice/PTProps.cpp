@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "PTProps.h"
+#include <PCdPlugins/PTDevice/PTProps.h>
 
-#include "PTCallbackGuard.h"
-#include "PTLiveDevices.h"
-#include "PTLog.h"
+#include <PCdPlugins/PTDevice/PTCallbackGuard.h>
+#include <PCdPlugins/PTDevice/PTLiveDevices.h>
+#include <PCdPlugins/PTDevice/PTLog.h>
 
 #include <PCd/device/PDevice.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "PTRoles.h"
+#include <PCdPlugins/PTDevice/PTRoles.h>
 
 #include <PCd/property/PDeviceProperty.h>
 #include <PCd/property/PPropertyRoles.h>

@@ -11,7 +11,7 @@
 #define TOUPCAM_API(type) __attribute__((visibility("hidden"))) type
 #include <toupcam/toupcam.h>
 
-#include "PTLog.h"
+#include <PCdPlugins/PTDevice/PTLog.h>
 
 #include <dlfcn.h>
 

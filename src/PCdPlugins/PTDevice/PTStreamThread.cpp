@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "PTStreamThread.h"
+#include <PCdPlugins/PTDevice/PTStreamThread.h>
 
-#include "PTDevice.h"
-#include "PTLog.h"
+#include <PCdPlugins/PTDevice/PTDevice.h>
+#include <PCdPlugins/PTDevice/PTLog.h>
 
 #include <PCd/frame/PCdDipUtils.h>
 

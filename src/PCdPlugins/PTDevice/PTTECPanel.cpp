@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "PTTECPanel.h"
+#include <PCdPlugins/PTDevice/PTTECPanel.h>
 
-#include "PTTECProperty.h"
 #include "ui_PTTecControl.h"
+#include <PCdPlugins/PTDevice/PTTECProperty.h>
 
 #include <PCd/device/PDevice.h>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "PTTECProperty.h"
+#include <PCdPlugins/PTDevice/PTTECProperty.h>
 
-#include "PTLog.h"
-#include "PTTECPanel.h"
+#include <PCdPlugins/PTDevice/PTLog.h>
+#include <PCdPlugins/PTDevice/PTTECPanel.h>
 
 PTECProperty::PTECProperty(Toupcam_t* handle, const QByteArray& id, const QString& title)
     : PDevicePropertyT(id, title, PCD::DevicePropertyType::Custom)

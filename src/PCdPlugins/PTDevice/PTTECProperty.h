@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "TECDATA.h"
+#include <PCdPlugins/PTDevice/TECDATA.h>
 
 #include <PCd/property/typed/PDevicePropertyT.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ForeignPlugin.h"
+#include <PCd/plugins/ForeignPlugin.h>
 
 namespace {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "IncompletePlugin.h"
+#include <PCd/plugins/IncompletePlugin.h>
 
 // A variable, not a function: those are looked up when the library is loaded.
 extern int pcdTestSymbolThatNobodyHas;

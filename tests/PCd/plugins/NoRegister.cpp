@@ -1,2 +1,2 @@
 // SPDX-License-Identifier: MIT
-#include "NoRegister.h"
+#include <PCd/plugins/NoRegister.h>

@@ -1,2 +1,2 @@
 // SPDX-License-Identifier: MIT
-#include "OtherRegister.h"
+#include <PCd/plugins/OtherRegister.h>

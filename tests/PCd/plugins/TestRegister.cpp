@@ -1,2 +1,2 @@
 // SPDX-License-Identifier: MIT
-#include "TestRegister.h"
+#include <PCd/plugins/TestRegister.h>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <PCore/work/PPostedCalls.h>
 
-#include "QtMessages.h"
+#include <PCore/work/QtMessages.h>
 
 #include <support/QtPrinters.h>
 #include <support/WaitUntil.h>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "PanelFixture.h"
+#include <PTDevice/panels/PanelFixture.h>
 
 #include <PCdPlugins/PTDevice/PTExtendedExposure.h>
 

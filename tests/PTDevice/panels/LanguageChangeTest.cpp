@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Panels that are open while the program's language changes.
-#include "ExposurePanelFixture.h"
-#include "RussianTexts.h"
-#include "SdkReadings.h"
+#include <PTDevice/panels/ExposurePanelFixture.h>
+#include <PTDevice/panels/RussianTexts.h>
+#include <PTDevice/panels/SdkReadings.h>
 
 #include <support/QtPrinters.h>
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The panel of the light frequency, as a user works with it.
-#include "PanelFixture.h"
+#include <PTDevice/panels/PanelFixture.h>
 
 #include <PCdPlugins/PTDevice/PTPropBacklight.h>
 

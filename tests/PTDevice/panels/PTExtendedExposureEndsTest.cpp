@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The exposure panel in the order in which things end: panel, property, device, images on their
 // way.
-#include "ExposurePanelFixture.h"
+#include <PTDevice/panels/ExposurePanelFixture.h>
 
 #include <support/QtPrinters.h>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Reading the camera while its exposure panel is open: a panel writes to the camera when a value is
 // emitted.
-#include "ExposurePanelFixture.h"
+#include <PTDevice/panels/ExposurePanelFixture.h>
 
 #include <PCd/profile/PDeviceProfileDiff.h>
 #include <PCd/profile/PDeviceProfileFile.h>

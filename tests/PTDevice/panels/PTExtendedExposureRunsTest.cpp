@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Triggered runs of the exposure panel: once, a sequence, without end; how many snapshots they
 // make.
-#include "ExposurePanelFixture.h"
+#include <PTDevice/panels/ExposurePanelFixture.h>
 
 #include <support/QtPrinters.h>
 

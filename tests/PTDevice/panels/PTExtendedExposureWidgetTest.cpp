@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The exposure panel: what it shows, what can be used, what an edit sends, and how it follows.
-#include "ExposurePanelFixture.h"
+#include <PTDevice/panels/ExposurePanelFixture.h>
 
 #include <support/QtPrinters.h>
 

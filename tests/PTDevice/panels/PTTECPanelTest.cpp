@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The panel of the cooler, as a user works with it.
-#include "PanelFixture.h"
-#include "SdkReadings.h"
+#include <PTDevice/panels/PanelFixture.h>
+#include <PTDevice/panels/SdkReadings.h>
 
 #include <PCdPlugins/PTDevice/TECDATA.h>
 

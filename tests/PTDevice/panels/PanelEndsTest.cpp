@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The end of a panel, seen by those who learn of it last: slots of destroyed(), its own and its
 // controls', that set the property and bring images.
-#include "ExposurePanelFixture.h"
+#include <PTDevice/panels/ExposurePanelFixture.h>
 
 #include <PCdPlugins/PTDevice/FANDATA.h>
 #include <PCdPlugins/PTDevice/PTPanel.h>

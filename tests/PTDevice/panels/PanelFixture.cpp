@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "PanelFixture.h"
+#include <PTDevice/panels/PanelFixture.h>
 
 #include <QComboBox>
 #include <QLabel>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The forms of the panels, which style sheets and scripts of hosts know by names and places.
-#include "PanelFixture.h"
+#include <PTDevice/panels/PanelFixture.h>
 
 #include <support/QtPrinters.h>
 #include <support/RowName.h>

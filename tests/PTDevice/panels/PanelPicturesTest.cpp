@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // How the panels look. With PCD_SCREENSHOTS=<folder> they are saved there as
 // panel-<name>-<lang>.png.
-#include "ExposurePanelFixture.h"
-#include "RussianTexts.h"
-#include "SdkReadings.h"
+#include <PTDevice/panels/ExposurePanelFixture.h>
+#include <PTDevice/panels/RussianTexts.h>
+#include <PTDevice/panels/SdkReadings.h>
 
 #include <PCdPlugins/PTDevice/FANDATA.h>
 #include <PCdPlugins/PTDevice/TECDATA.h>

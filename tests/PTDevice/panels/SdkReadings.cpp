@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Two functions of the SDK, defined by the program: they come before the library's of that name.
-#include "SdkReadings.h"
+#include <PTDevice/panels/SdkReadings.h>
 
 #include <toupcam/toupcam.h>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The plugin in Russian: everything that the user reads, as the resource has it.
-#include "PanelFixture.h"
-#include "RussianTexts.h"
+#include <PTDevice/panels/PanelFixture.h>
+#include <PTDevice/panels/RussianTexts.h>
 
 #include <PCd/PEnumeration.h>
 #include <PCd/property/PDevicePropertyGroup.h>

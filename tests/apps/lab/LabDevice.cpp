@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "LabDevice.h"
+#include <apps/lab/LabDevice.h>
 
-#include "LabProperties.h"
+#include <apps/lab/LabProperties.h>
 
 #include <PCd/frame/PCdDipUtils.h>
 #include <PCd/property/PDevicePropertyGroup.h>

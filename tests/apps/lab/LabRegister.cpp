@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "LabRegister.h"
+#include <apps/lab/LabRegister.h>
 
-#include "LabDevice.h"
+#include <apps/lab/LabDevice.h>
 
 QList<PDevice*> LabRegister::aliveDevices() {
     if (!m_isPlugged)

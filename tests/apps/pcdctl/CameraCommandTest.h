@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "CtlProcess.h"
-#include "CtlScene.h"
+#include <apps/pcdctl/CtlProcess.h>
+#include <apps/pcdctl/CtlScene.h>
 
 #include <support/FolderTest.h>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Which camera SDK a program takes.
-#include "CtlProcess.h"
-#include "CtlScene.h"
+#include <apps/pcdctl/CtlProcess.h>
+#include <apps/pcdctl/CtlScene.h>
 
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>

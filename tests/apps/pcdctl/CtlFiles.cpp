@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "CtlFiles.h"
+#include <apps/pcdctl/CtlFiles.h>
 
 #include <QStringList>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "CtlScene.h"
+#include <apps/pcdctl/CtlScene.h>
 
 #include <support/FolderTest.h>
 

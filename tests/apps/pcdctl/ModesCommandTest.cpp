@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "CtlProcess.h"
-#include "CtlScene.h"
+#include <apps/pcdctl/CtlProcess.h>
+#include <apps/pcdctl/CtlScene.h>
 
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The commands with a camera of another plugin, whose properties they know by their roles only.
-#include "CameraCommandTest.h"
+#include <apps/pcdctl/CameraCommandTest.h>
 
 #include <apps/common/reading/OmeXml.h>
 #include <apps/common/reading/TiffReadBack.h>

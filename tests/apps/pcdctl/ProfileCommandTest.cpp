@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // pcdctl profile, and --profile.
-#include "CameraCommandTest.h"
-#include "CtlFiles.h"
+#include <apps/pcdctl/CameraCommandTest.h>
+#include <apps/pcdctl/CtlFiles.h>
 
 #include <support/QtPrinters.h>
 #include <support/RowName.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "CameraCommandTest.h"
+#include <apps/pcdctl/CameraCommandTest.h>
 
 #include <support/QtPrinters.h>
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // pcdctl set and get, and --set.
-#include "CameraCommandTest.h"
+#include <apps/pcdctl/CameraCommandTest.h>
 
 #include <support/QtPrinters.h>
 #include <support/RowName.h>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "CtlFiles.h"
-#include "CtlProcess.h"
-#include "CtlScene.h"
+#include <apps/pcdctl/CtlFiles.h>
+#include <apps/pcdctl/CtlProcess.h>
+#include <apps/pcdctl/CtlScene.h>
 
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // pcdctl trigger.
-#include "CameraCommandTest.h"
+#include <apps/pcdctl/CameraCommandTest.h>
 
 #include <support/QtPrinters.h>
 

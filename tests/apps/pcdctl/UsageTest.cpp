@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "CtlProcess.h"
+#include <apps/pcdctl/CtlProcess.h>
 
 #include <support/QtPrinters.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ViewPictures.h"
+#include <apps/pcdview/ViewPictures.h>
 
 #include <vector>
 
