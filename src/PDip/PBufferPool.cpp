@@ -125,7 +125,7 @@ struct PBufferPool::Core {
 
     mutable std::mutex mutex; // images are made and let go on any thread
     std::size_t idleLimit;
-    std::size_t useLimit = NoLimit;
+    std::size_t useLimit = noLimit;
     const std::chrono::milliseconds idleTime;
     std::vector<Idle> idle; // the one that waits longest first
     Statistics counts;

@@ -39,7 +39,7 @@ public:
     /// The highest number of bytes that may be in images at a time: beyond it acquire() gives null.
     /// A host that must not take all of a machine's memory sets it; at first there is no limit.
     void setUseLimit(std::size_t bytes);
-    static constexpr std::size_t NoLimit = ~std::size_t(0);
+    static constexpr std::size_t noLimit = ~std::size_t(0);
 
     /// Gives everything that waits back to the system.
     void trim();

@@ -439,7 +439,7 @@ TEST_F(PTDeviceStream,
     PBufferPool::instance().trim();
     PBufferPool::instance().setUseLimit(PBufferPool::instance().statistics().usedBytes + 1);
     push(std::vector<unsigned char>(24), headerOf(4, 2, 24));
-    PBufferPool::instance().setUseLimit(PBufferPool::NoLimit);
+    PBufferPool::instance().setUseLimit(PBufferPool::noLimit);
     EXPECT_EQ(count(PFrameOutcome::NoMemory), 1u);
     EXPECT_THAT(list.images, IsEmpty());
     push(std::vector<unsigned char>(24), headerOf(4, 2, 24));

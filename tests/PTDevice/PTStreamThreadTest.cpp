@@ -384,7 +384,7 @@ TEST_F(PTStreamThreadTest, a_frame_without_memory_is_booked_as_that) {
     PBufferPool::instance().setUseLimit(PBufferPool::instance().statistics().usedBytes + 1);
     pullOneFrame();
     pullOneStill();
-    PBufferPool::instance().setUseLimit(PBufferPool::NoLimit);
+    PBufferPool::instance().setUseLimit(PBufferPool::noLimit);
     EXPECT_EQ(count(PFrameOutcome::NoMemory), 2u);
     EXPECT_EQ(device->frameLedger().produced, 2u);
 }

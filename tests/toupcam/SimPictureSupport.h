@@ -10,20 +10,20 @@
 
 /// Cameras whose pictures can be computed beforehand, and what is measured on pictures.
 
-constexpr unsigned kWidth = 320;
-constexpr unsigned kHeight = 240;
-constexpr double kPixels = kWidth * kHeight;
+constexpr unsigned pictureWidth = 320;
+constexpr unsigned pictureHeight = 240;
+constexpr double picturePixels = pictureWidth * pictureHeight;
 
 // A sensor whose numbers are easy: full light gives 100 electrons a millisecond.
-constexpr double kElectronsPerMs = 100.0;
-constexpr double kElectronsPerCount = 10.0;
-constexpr double kOffset = 8.0;
-constexpr double kReadNoise = 20.0;
+constexpr double electronsPerMs = 100.0;
+constexpr double electronsPerCount = 10.0;
+constexpr double offset = 8.0;
+constexpr double readNoise = 20.0;
 
 inline SimCameraText flatCamera(const std::string& more = "") {
     SimCameraText camera;
-    camera.width = kWidth;
-    camera.height = kHeight;
+    camera.width = pictureWidth;
+    camera.height = pictureHeight;
     camera.bits = 8;
     camera.source = R"({"kind": "flat", "level": 1})";
     camera.extra = R"(, "sensor": {"fullWell": 100000, "electronsPerCount": 10, "offset": 8,

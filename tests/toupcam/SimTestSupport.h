@@ -16,11 +16,11 @@
 #include <vector>
 
 /// What a test waits for must happen within this time even on a busy machine under a sanitizer.
-constexpr std::chrono::seconds kDeadline{60};
+constexpr std::chrono::seconds longestWait{60};
 
 /// Polls a condition without a notification; false if it did not come true in time.
 inline bool eventually(const std::function<bool()>& condition) {
-    const auto deadline = std::chrono::steady_clock::now() + kDeadline;
+    const auto deadline = std::chrono::steady_clock::now() + longestWait;
     while (!condition()) {
         if (std::chrono::steady_clock::now() > deadline)
             return false;
@@ -124,15 +124,15 @@ public:
 
     bool waitFor(std::size_t count) {
         std::unique_lock lock(m_mutex);
-        return m_changed.wait_for(lock, kDeadline, [&] { return m_total >= count; });
+        return m_changed.wait_for(lock, longestWait, [&] { return m_total >= count; });
     }
     bool waitForStill() {
         std::unique_lock lock(m_mutex);
-        return m_changed.wait_for(lock, kDeadline, [&] { return m_stills > 0; });
+        return m_changed.wait_for(lock, longestWait, [&] { return m_stills > 0; });
     }
     bool waitForLoss() {
         std::unique_lock lock(m_mutex);
-        return m_changed.wait_for(lock, kDeadline, [&] { return m_losses > 0; });
+        return m_changed.wait_for(lock, longestWait, [&] { return m_losses > 0; });
     }
     std::size_t total() const {
         const std::lock_guard lock(m_mutex);
@@ -207,7 +207,7 @@ public:
     }
     bool waitFor(unsigned count) {
         std::unique_lock lock(m_mutex);
-        return m_changed.wait_for(lock, kDeadline, [&] { return m_count >= count; });
+        return m_changed.wait_for(lock, longestWait, [&] { return m_count >= count; });
     }
 
 private:
@@ -238,7 +238,7 @@ public:
 
     bool waitFor(unsigned code, std::size_t times = 1) {
         std::unique_lock lock(m_mutex);
-        return m_changed.wait_for(lock, kDeadline, [&] { return countUnlocked(code) >= times; });
+        return m_changed.wait_for(lock, longestWait, [&] { return countUnlocked(code) >= times; });
     }
     std::size_t count(unsigned code) const {
         const std::lock_guard lock(m_mutex);
@@ -281,7 +281,7 @@ public:
     }
     bool waitForSomebody() {
         std::unique_lock lock(m_mutex);
-        return m_changed.wait_for(lock, kDeadline, [this] { return m_waiting > 0; });
+        return m_changed.wait_for(lock, longestWait, [this] { return m_waiting > 0; });
     }
 
 private:

@@ -56,7 +56,7 @@ PDevice::PDevice(QObject* parent)
         else
             emit imageChanged(entry.frame.image);
     };
-    m_frames = std::make_unique<PFramePipeline>(this, deliver, DefaultFrameByteLimit);
+    m_frames = std::make_unique<PFramePipeline>(this, deliver, defaultFrameByteLimit);
 }
 
 PDevice::~PDevice() = default;

@@ -157,7 +157,7 @@ public:
     PFrameLedger frameLedger() const;
     /// Bytes of live frames that may wait for the device's thread (2 GiB unless set). Any thread.
     void setFrameByteLimit(std::size_t bytes);
-    static constexpr std::size_t DefaultFrameByteLimit = std::size_t(2) << 30;
+    static constexpr std::size_t defaultFrameByteLimit = std::size_t(2) << 30;
 
 signals:
     void modeChanged(PDeviceMode mode);

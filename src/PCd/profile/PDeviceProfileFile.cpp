@@ -32,7 +32,7 @@ PStatus replaceFile(const QString& path, const QByteArray& bytes) {
 
 QString tooLarge() {
     return PDeviceProfileFile::tr("it is larger than %1 bytes, which no profile is")
-        .arg(PDeviceProfileFile::LargestSize);
+        .arg(PDeviceProfileFile::largestSize);
 }
 
 /// Fails before anything is read: what is no plain file may have no end, or wait for ever.
@@ -43,10 +43,10 @@ PStatus readBytes(const QString& path, QByteArray& bytes) {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return readFailure(path, file.errorString());
-    if (file.size() > PDeviceProfileFile::LargestSize)
+    if (file.size() > PDeviceProfileFile::largestSize)
         return readFailure(path, tooLarge());
-    bytes = file.read(PDeviceProfileFile::LargestSize + 1);
-    if (bytes.size() > PDeviceProfileFile::LargestSize)
+    bytes = file.read(PDeviceProfileFile::largestSize + 1);
+    if (bytes.size() > PDeviceProfileFile::largestSize)
         return readFailure(path, tooLarge());
     return file.error() == QFile::NoError ? PStatus(PStatus::Ok)
                                           : readFailure(path, file.errorString());
@@ -68,7 +68,7 @@ PStatus PDeviceProfileFile::save(PDevice& device, const QString& path) {
         return saveFailure(path, tr("the camera no longer answers"));
     PJsonWriter writer;
     writer.writeValue(PDeviceProfileParser::formatKey(), PDeviceProfileParser::formatName());
-    writer.writeValue(PDeviceProfileParser::versionKey(), PDeviceProfileParser::Version);
+    writer.writeValue(PDeviceProfileParser::versionKey(), PDeviceProfileParser::version);
     if (!device.writeStreamThis(&writer, PDeviceProfileParser::cameraKey()))
         return saveFailure(path, tr("the camera has a value that cannot be written"));
     return replaceFile(path, writer.document());

@@ -16,7 +16,7 @@ class PDeviceProfileFile {
 
 public:
     /// Larger files are no profiles; all properties of a camera take a few kilobytes.
-    static constexpr qint64 LargestSize = qint64(1) << 20;
+    static constexpr qint64 largestSize = qint64(1) << 20;
 
     /// Reads the device's values again and saves model, serial, mode and every serialisable
     /// property. The file is replaced in one step, or stays as it was. The device's thread.

@@ -11,7 +11,7 @@ class PAbstractReader;
 /// serial, mode, properties: {id: {value}}}}, where a value may be an object of fields. Any thread.
 class PDeviceProfileParser {
 public:
-    static constexpr int Version = 1;
+    static constexpr int version = 1;
     static QString formatKey() { return u"format"_qs; }
     static QString versionKey() { return u"version"_qs; }
     static QString cameraKey() { return u"camera"_qs; }

@@ -239,12 +239,12 @@ TEST_F(PDeviceProfileFileTest, shows_hostile_names_shortened_and_without_control
 }
 
 TEST_F(PDeviceProfileFileTest, of_the_largest_size_is_read) {
-    const qsizetype room = PDeviceProfileFile::LargestSize - sound.size();
+    const qsizetype room = PDeviceProfileFile::largestSize - sound.size();
     EXPECT_EQ(failureOf(sound + QByteArray(room, ' ')), QString());
 }
 
 TEST_F(PDeviceProfileFileTest, that_is_larger_is_refused) {
-    const qsizetype room = PDeviceProfileFile::LargestSize - sound.size();
+    const qsizetype room = PDeviceProfileFile::largestSize - sound.size();
     EXPECT_EQ(failureOf(sound + QByteArray(room + 1, ' ')),
               u"cannot read \"%1\": it is larger than 1048576 bytes, which no "
               "profile is"_qs.arg(file));

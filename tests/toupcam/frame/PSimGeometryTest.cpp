@@ -55,7 +55,7 @@ struct RegionRow {
     HRESULT expected;
 };
 
-const RegionRow kRegions[] = {
+const RegionRow regions[] = {
     {"smallest region", {2, 2, 4, 4}, S_OK},
     {"in the last corner", {92, 60, 4, 4}, S_OK},
     {"whole", {0, 0, 96, 64}, S_OK},
@@ -73,7 +73,7 @@ const RegionRow kRegions[] = {
 
 class SimRegion : public SimGeometry, public ::testing::WithParamInterface<RegionRow> {};
 
-INSTANTIATE_TEST_SUITE_P(rows, SimRegion, ::testing::ValuesIn(kRegions), rowName<RegionRow>);
+INSTANTIATE_TEST_SUITE_P(rows, SimRegion, ::testing::ValuesIn(regions), rowName<RegionRow>);
 
 TEST_P(SimRegion, is_accepted_or_refused_and_the_old_one_kept) {
     const HToupcam handle = openOnly({});
@@ -145,7 +145,7 @@ struct SizeRow {
     Size size;
 };
 
-const SizeRow kSizes[] = {
+const SizeRow sizes[] = {
     {"as it is", {0, 0, 0, 0}, 1, 0, {101, 67}},
     {"added two by two", {0, 0, 0, 0}, 2, 0, {50, 33}},
     {"added three by three", {0, 0, 0, 0}, 3, 0, {33, 22}},
@@ -173,7 +173,7 @@ protected:
     }
 };
 
-INSTANTIATE_TEST_SUITE_P(rows, SimFrameSize, ::testing::ValuesIn(kSizes), rowName<SizeRow>);
+INSTANTIATE_TEST_SUITE_P(rows, SimFrameSize, ::testing::ValuesIn(sizes), rowName<SizeRow>);
 
 TEST_P(SimFrameSize, is_known_beforehand_and_is_that_of_the_frames) {
     for (const unsigned bits : {8U, 24U}) {
@@ -243,7 +243,7 @@ struct ChangeStep {
     Size size;
 };
 
-const ChangeStep kChanges[] = {
+const ChangeStep changeSteps[] = {
     {[](HToupcam h) { return Toupcam_put_Option(h, TOUPCAM_OPTION_BINNING, 2); }, {48, 32}},
     {[](HToupcam h) { return Toupcam_put_Option(h, TOUPCAM_OPTION_ROTATE, 90); }, {32, 48}},
     {[](HToupcam h) { return Toupcam_put_Roi(h, 8, 8, 40, 20); }, {10, 20}},
@@ -256,7 +256,7 @@ TEST_F(SimGeometry, size_changes_from_frame_to_frame_of_a_running_stream) {
     const HToupcam handle = openOnly({});
     FrameLog log;
     ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &log), S_OK);
-    for (const ChangeStep& step : kChanges) {
+    for (const ChangeStep& step : changeSteps) {
         ASSERT_TRUE(log.waitFor(log.total() + 3));
         ASSERT_EQ(step.apply(handle), S_OK);
         ASSERT_TRUE(eventually([&] { return frameSize(log.last()) == step.size; }));
@@ -274,7 +274,7 @@ TEST_F(SimGeometry, no_frame_is_lost_by_a_change_of_size) {
     const HToupcam handle = openOnly(camera);
     FrameLog log;
     ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &log), S_OK);
-    for (const ChangeStep& step : kChanges) {
+    for (const ChangeStep& step : changeSteps) {
         ASSERT_TRUE(log.waitFor(log.total() + 1));
         ASSERT_EQ(step.apply(handle), S_OK);
     }

@@ -29,7 +29,7 @@ public:
 
     bool wait() {
         std::unique_lock lock(m_mutex);
-        return m_changed.wait_for(lock, kDeadline, [this] { return m_count > 0; });
+        return m_changed.wait_for(lock, longestWait, [this] { return m_count > 0; });
     }
     unsigned count() const {
         const std::lock_guard lock(m_mutex);
@@ -134,7 +134,7 @@ struct CastRow {
     int blue;
 };
 
-const CastRow kCasts[] = {
+const CastRow casts[] = {
     {"warm light taken for white makes daylight blue", 3500, 1000, -1, 1},
     {"cold light taken for white makes daylight red", 12000, 1000, 1, -1},
     {"high tint makes green", 6503, 1500, -1, -1},
@@ -143,7 +143,7 @@ const CastRow kCasts[] = {
 
 class SimCast : public SimWhiteBalance, public ::testing::WithParamInterface<CastRow> {};
 
-INSTANTIATE_TEST_SUITE_P(rows, SimCast, ::testing::ValuesIn(kCasts), rowName<CastRow>);
+INSTANTIATE_TEST_SUITE_P(rows, SimCast, ::testing::ValuesIn(casts), rowName<CastRow>);
 
 TEST_P(SimCast, is_seen_in_the_picture_unless_the_gains_are_off) {
     const HToupcam handle = openOnly(litCamera(6503));

@@ -41,7 +41,7 @@ struct TurnRow {
     int rotation;
 };
 
-const TurnRow kTurns[] = {
+const TurnRow turns[] = {
     {"upright", 0, 0, 0},
     {"right", 0, 0, 90},
     {"round", 0, 0, 180},
@@ -75,7 +75,7 @@ protected:
     PictureFolder m_folder;
 };
 
-INSTANTIATE_TEST_SUITE_P(rows, SimTurn, ::testing::ValuesIn(kTurns), rowName<TurnRow>);
+INSTANTIATE_TEST_SUITE_P(rows, SimTurn, ::testing::ValuesIn(turns), rowName<TurnRow>);
 
 TEST_P(SimTurn, brings_each_corner_to_its_place) {
     const auto quarter = [](int x, int y) -> std::string {

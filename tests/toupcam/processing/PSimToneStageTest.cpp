@@ -20,7 +20,7 @@ struct ToneRow {
     double (*expected)(double);
 };
 
-const ToneRow kTones[] = {
+const ToneRow tones[] = {
     {"neutral", [](HToupcam) {}, [](double v) { return v; }},
     {"gamma 50 darkens", [](HToupcam h) { Toupcam_put_Gamma(h, 50); },
      [](double v) { return v * v / 255; }},
@@ -47,7 +47,7 @@ const ToneRow kTones[] = {
 
 class SimToneTest : public SimPictureTest, public ::testing::WithParamInterface<ToneRow> {};
 
-INSTANTIATE_TEST_SUITE_P(rows, SimToneTest, ::testing::ValuesIn(kTones), rowName<ToneRow>);
+INSTANTIATE_TEST_SUITE_P(rows, SimToneTest, ::testing::ValuesIn(tones), rowName<ToneRow>);
 
 TEST_P(SimToneTest, changes_each_grey_value_as_computed) {
     SimCameraText camera;
@@ -172,7 +172,7 @@ struct OrderRow {
     Set set;
 };
 
-const OrderRow kOrders[] = {
+const OrderRow orders[] = {
     {"as it is", [](HToupcam) {}},
     {"hue", [](HToupcam h) { Toupcam_put_Hue(h, 60); }},
     {"white balance", [](HToupcam h) { Toupcam_put_TempTint(h, 4500, 900); }},
@@ -181,7 +181,7 @@ const OrderRow kOrders[] = {
 
 class SimColourOrder : public SimColourTest, public ::testing::WithParamInterface<OrderRow> {};
 
-INSTANTIATE_TEST_SUITE_P(rows, SimColourOrder, ::testing::ValuesIn(kOrders), rowName<OrderRow>);
+INSTANTIATE_TEST_SUITE_P(rows, SimColourOrder, ::testing::ValuesIn(orders), rowName<OrderRow>);
 
 TEST_P(SimColourOrder, colours_are_the_same_in_either_byte_order) {
     const HToupcam handle = openReddish();

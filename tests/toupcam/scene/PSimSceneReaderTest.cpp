@@ -15,7 +15,7 @@ struct WrongRow {
     std::vector<const char*> named;
 };
 
-const WrongRow kWrong[] = {
+const WrongRow wrong[] = {
     {"text that is no JSON", "{\n\"cameras\": [}", {"line 2", "JSON"}},
     {"array instead of an object", "[]", {"scene", "object"}},
     {"empty text", "", {"JSON"}},
@@ -123,7 +123,7 @@ const WrongRow kWrong[] = {
 
 class SimWrongScene : public SimTest, public ::testing::WithParamInterface<WrongRow> {};
 
-INSTANTIATE_TEST_SUITE_P(rows, SimWrongScene, ::testing::ValuesIn(kWrong), rowName<WrongRow>);
+INSTANTIATE_TEST_SUITE_P(rows, SimWrongScene, ::testing::ValuesIn(wrong), rowName<WrongRow>);
 
 TEST_P(SimWrongScene, is_refused_with_place_value_and_expectation_and_changes_nothing) {
     const char* const complaint = ToupcamSim_loadScene(GetParam().scene);

@@ -69,7 +69,7 @@ struct BandRow {
     unsigned microseconds;
 };
 
-const BandRow kBands[] = {
+const BandRow bandRows[] = {
     {"short exposure at 50 Hz", 50, 4000}, {"half a period of 50 Hz", 50, 10000},
     {"more than that", 50, 13000},         {"half a period of 60 Hz", 60, 8333},
     {"that of 50 Hz at 60 Hz", 60, 10000}, {"that of 60 Hz at 50 Hz", 50, 8333},
@@ -78,7 +78,7 @@ const BandRow kBands[] = {
 
 class SimBands : public SimFlicker, public ::testing::WithParamInterface<BandRow> {};
 
-INSTANTIATE_TEST_SUITE_P(rows, SimBands, ::testing::ValuesIn(kBands), rowName<BandRow>);
+INSTANTIATE_TEST_SUITE_P(rows, SimBands, ::testing::ValuesIn(bandRows), rowName<BandRow>);
 
 TEST_P(SimBands, are_as_deep_as_computed) {
     const double width = 3.14159265358979 * 2 * GetParam().mainsHz * GetParam().microseconds * 1e-6;
@@ -135,7 +135,7 @@ struct CompensationRow {
     bool bands;
 };
 
-const CompensationRow kCompensations[] = {
+const CompensationRow compensations[] = {
     {"50 Hz is a whole half period and has no bands", 1, 10000, 10000, false},
     {"60 Hz is half a period of its own and has bands", 0, 8333, 8333, true},
     {"direct current is any time and has bands", 2, 11500, 12500, true},
@@ -143,7 +143,7 @@ const CompensationRow kCompensations[] = {
 
 class SimCompensation : public SimFlicker, public ::testing::WithParamInterface<CompensationRow> {};
 
-INSTANTIATE_TEST_SUITE_P(rows, SimCompensation, ::testing::ValuesIn(kCompensations),
+INSTANTIATE_TEST_SUITE_P(rows, SimCompensation, ::testing::ValuesIn(compensations),
                          rowName<CompensationRow>);
 
 TEST_P(SimCompensation, is_what_auto_exposure_does) {

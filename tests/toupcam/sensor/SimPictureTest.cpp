@@ -21,8 +21,8 @@ TEST_F(SimPicture, brightness_is_offset_plus_electrons_times_gain) {
     const HToupcam handle = openOnly(flatCamera());
     for (const unsigned microseconds : {1000U, 4000U, 12000U}) {
         for (const unsigned short gain : {std::uint16_t{100}, std::uint16_t{150}}) {
-            const double electrons = kElectronsPerMs * microseconds / 1000.0;
-            const double expected = kOffset + electrons * gain / 100.0 / kElectronsPerCount;
+            const double electrons = electronsPerMs * microseconds / 1000.0;
+            const double expected = offset + electrons * gain / 100.0 / electronsPerCount;
             EXPECT_NEAR(transfer(handle, microseconds, gain).mean, expected, 0.1)
                 << microseconds << " us, " << gain << " %";
         }
@@ -32,7 +32,7 @@ TEST_F(SimPicture, brightness_is_offset_plus_electrons_times_gain) {
 TEST_F(SimPicture, too_much_light_is_white_and_no_light_is_the_offset) {
     const HToupcam handle = openOnly(flatCamera());
     EXPECT_NEAR(transfer(handle, 100000, 100).mean, 255.0, 0.001);
-    EXPECT_NEAR(transfer(handle, 10, 100).mean, kOffset + 0.1, 0.1);
+    EXPECT_NEAR(transfer(handle, 10, 100).mean, offset + 0.1, 0.1);
 }
 
 TEST_F(SimPicture, full_pixel_holds_no_more_than_its_full_well) {
@@ -61,37 +61,37 @@ INSTANTIATE_TEST_SUITE_P(gains, SimTransfer,
 
 TEST_P(SimTransfer, curve_measured_from_pairs_of_frames_is_the_one_computed) {
     const HToupcam handle = openOnly(flatCamera(R"(, "gain": {"min": 50, "max": 400})"));
-    const double countsAnElectron = GetParam().gain / 100.0 / kElectronsPerCount;
+    const double countsAnElectron = GetParam().gain / 100.0 / electronsPerCount;
     double sumX = 0;
     double sumY = 0;
     double sumXX = 0;
     double sumXY = 0;
     double highest = 0;
-    constexpr int kPoints = 8;
-    for (int i = 1; i <= kPoints; ++i) {
+    constexpr int points = 8;
+    for (int i = 1; i <= points; ++i) {
         // Up to 200 counts: the noise must not be cut off at white.
-        const double counts = 200.0 * i / kPoints;
-        const double ms = counts / countsAnElectron / kElectronsPerMs;
+        const double counts = 200.0 * i / points;
+        const double ms = counts / countsAnElectron / electronsPerMs;
         const Transfer point =
             transfer(handle, unsigned(std::lround(1000.0 * ms)), GetParam().gain);
-        const double x = point.mean - kOffset;
+        const double x = point.mean - offset;
         sumX += x;
         sumY += point.variance;
         sumXX += x * x;
         sumXY += x * point.variance;
         highest = std::max(highest, point.variance);
     }
-    const double spread = sumXX - sumX * sumX / kPoints;
-    const double slope = (sumXY - sumX * sumY / kPoints) / spread;
-    const double height = (sumY - slope * sumX) / kPoints;
+    const double spread = sumXX - sumX * sumX / points;
+    const double slope = (sumXY - sumX * sumY / points) / spread;
+    const double height = (sumY - slope * sumX) / points;
     // A variance from n pairs has a standard error of the share sqrt(2 / n), at most that of the
     // highest point; slope and height of a fitted line inherit it. Five of them are allowed.
-    const double error = 5.0 * std::sqrt(2.0 / kPixels) * highest;
-    const double centre = sumX / kPoints;
+    const double error = 5.0 * std::sqrt(2.0 / picturePixels) * highest;
+    const double centre = sumX / points;
     EXPECT_NEAR(slope, countsAnElectron, error / std::sqrt(spread));
-    const double read = kReadNoise * countsAnElectron;
+    const double read = readNoise * countsAnElectron;
     EXPECT_NEAR(height, read * read + 1.0 / 12.0,
-                error * std::sqrt(1.0 / kPoints + centre * centre / spread));
+                error * std::sqrt(1.0 / points + centre * centre / spread));
 }
 
 TEST_F(SimPicture, noise_of_two_frames_is_not_the_same) {

@@ -16,7 +16,7 @@ struct ScalarRow {
     bool needsColour;
 };
 
-const ScalarRow kScalars[] = {
+const ScalarRow scalars[] = {
     {"hue", Toupcam_put_Hue, Toupcam_get_Hue, -180, 180, 0, true},
     {"saturation", Toupcam_put_Saturation, Toupcam_get_Saturation, 0, 255, 128, true},
     {"brightness", Toupcam_put_Brightness, Toupcam_get_Brightness, -64, 64, 0, false},
@@ -34,7 +34,7 @@ protected:
     }
 };
 
-INSTANTIATE_TEST_SUITE_P(rows, SimScalar, ::testing::ValuesIn(kScalars), rowName<ScalarRow>);
+INSTANTIATE_TEST_SUITE_P(rows, SimScalar, ::testing::ValuesIn(scalars), rowName<ScalarRow>);
 
 TEST_P(SimScalar, starts_neutral_and_takes_its_whole_range) {
     const HToupcam handle = open("sim-20mc-1");
@@ -78,7 +78,7 @@ struct SwitchRow {
     bool needsColour;
 };
 
-const SwitchRow kSwitches[] = {
+const SwitchRow switches[] = {
     {"negative", Toupcam_put_Negative, Toupcam_get_Negative, false},
     {"chrome", Toupcam_put_Chrome, Toupcam_get_Chrome, true},
     {"vertical flip", Toupcam_put_VFlip, Toupcam_get_VFlip, false},
@@ -87,7 +87,7 @@ const SwitchRow kSwitches[] = {
 
 class SimSwitch : public SimTest, public ::testing::WithParamInterface<SwitchRow> {};
 
-INSTANTIATE_TEST_SUITE_P(rows, SimSwitch, ::testing::ValuesIn(kSwitches), rowName<SwitchRow>);
+INSTANTIATE_TEST_SUITE_P(rows, SimSwitch, ::testing::ValuesIn(switches), rowName<SwitchRow>);
 
 TEST_P(SimSwitch, is_off_at_first_and_on_with_any_value_but_0) {
     const HToupcam handle = open("sim-20mc-1");

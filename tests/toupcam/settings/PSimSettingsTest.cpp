@@ -13,7 +13,7 @@ struct OptionRow {
     HRESULT expected;
 };
 
-const OptionRow kOptions[] = {
+const OptionRow options[] = {
     {"no frame rate limit", "sim-20mc-1", TOUPCAM_OPTION_FRAMERATE, 0, S_OK},
     {"frame rate limit", "sim-20mc-1", TOUPCAM_OPTION_FRAMERATE, 5, S_OK},
     {"negative frame rate", "sim-20mc-1", TOUPCAM_OPTION_FRAMERATE, -1, E_INVALIDARG},
@@ -60,7 +60,7 @@ const OptionRow kOptions[] = {
 
 class SimOption : public SimTest, public ::testing::WithParamInterface<OptionRow> {};
 
-INSTANTIATE_TEST_SUITE_P(rows, SimOption, ::testing::ValuesIn(kOptions), rowName<OptionRow>);
+INSTANTIATE_TEST_SUITE_P(rows, SimOption, ::testing::ValuesIn(options), rowName<OptionRow>);
 
 TEST_P(SimOption, is_accepted_and_read_back_or_refused_and_kept) {
     const HToupcam handle = open(GetParam().camera);
@@ -183,7 +183,7 @@ struct RateRow {
     void (*set)(HToupcam);
 };
 
-const RateRow kRates[] = {
+const RateRow rates[] = {
     {"highest speed level is the full rate", 1.0, [](HToupcam) {}},
     {"second of four speed levels is half the rate", 0.5,
      [](HToupcam h) { Toupcam_put_Speed(h, 1); }},
@@ -203,7 +203,7 @@ const RateRow kRates[] = {
 
 class SimRate : public SimTest, public ::testing::WithParamInterface<RateRow> {};
 
-INSTANTIATE_TEST_SUITE_P(rows, SimRate, ::testing::ValuesIn(kRates), rowName<RateRow>);
+INSTANTIATE_TEST_SUITE_P(rows, SimRate, ::testing::ValuesIn(rates), rowName<RateRow>);
 
 // Two cameras run side by side: their frame counts are compared with each other, not with a clock.
 TEST_P(SimRate, follows_what_limits_it) {

@@ -42,7 +42,7 @@ struct HeatRow {
     HRESULT expected;
 };
 
-const HeatRow kHeat[] = {
+const HeatRow heat[] = {
     {"fan at its highest level", "sim-20mc-1", TOUPCAM_OPTION_FAN, 3, S_OK},
     {"fan beyond it", "sim-20mc-1", TOUPCAM_OPTION_FAN, 4, E_INVALIDARG},
     {"fan below zero", "sim-20mc-1", TOUPCAM_OPTION_FAN, -1, E_INVALIDARG},
@@ -56,7 +56,7 @@ const HeatRow kHeat[] = {
 
 class SimHeatOption : public SimThermal, public ::testing::WithParamInterface<HeatRow> {};
 
-INSTANTIATE_TEST_SUITE_P(rows, SimHeatOption, ::testing::ValuesIn(kHeat), rowName<HeatRow>);
+INSTANTIATE_TEST_SUITE_P(rows, SimHeatOption, ::testing::ValuesIn(heat), rowName<HeatRow>);
 
 TEST_P(SimHeatOption, is_taken_or_refused) {
     const HToupcam handle = open(GetParam().camera);
@@ -188,21 +188,21 @@ protected:
 TEST_F(SimDark, current_grows_with_the_exposure_time) {
     const HToupcam handle = openDark(25);
     // 2000 electrons a second, 10 for a count.
-    EXPECT_NEAR(dark(handle, 50).mean, kOffset, 0.2);
-    EXPECT_NEAR(dark(handle, 100000).mean, kOffset + 20, 0.3);
-    EXPECT_NEAR(dark(handle, 400000).mean, kOffset + 80, 0.5);
+    EXPECT_NEAR(dark(handle, 50).mean, offset, 0.2);
+    EXPECT_NEAR(dark(handle, 100000).mean, offset + 20, 0.3);
+    EXPECT_NEAR(dark(handle, 400000).mean, offset + 80, 0.5);
 }
 
 TEST_F(SimDark, current_doubles_every_6_3_degrees) {
-    EXPECT_NEAR(dark(openDark(25 - 6.3), 200000).mean, kOffset + 20, 0.3);
-    EXPECT_NEAR(dark(openDark(25), 200000).mean, kOffset + 40, 0.4);
-    EXPECT_NEAR(dark(openDark(25 + 12.6), 200000).mean, kOffset + 160, 1.0);
+    EXPECT_NEAR(dark(openDark(25 - 6.3), 200000).mean, offset + 20, 0.3);
+    EXPECT_NEAR(dark(openDark(25), 200000).mean, offset + 40, 0.4);
+    EXPECT_NEAR(dark(openDark(25 + 12.6), 200000).mean, offset + 160, 1.0);
 }
 
 TEST_F(SimDark, current_is_noisy_like_light) {
     const HToupcam handle = openDark(25);
     const auto variance = [](double electrons) {
-        return (kReadNoise * kReadNoise + electrons) / 100.0 + 1.0 / 12.0;
+        return (readNoise * readNoise + electrons) / 100.0 + 1.0 / 12.0;
     };
     EXPECT_NEAR(dark(handle, 200000).variance, variance(400), 0.3);
     EXPECT_NEAR(dark(handle, 800000).variance, variance(1600), 0.6);

@@ -18,13 +18,13 @@ struct Client {
         auto* const client = static_cast<Client*>(context);
         client->codes.push_back(code);
         client->onStreamThread = PSimThreadMark::isOf(client);
-        if (code == kHold) {
+        if (code == hold) {
             client->entered.set_value();
             client->release.get_future().wait();
         }
     }
 
-    static constexpr unsigned kHold = 99;
+    static constexpr unsigned hold = 99;
     std::vector<unsigned> codes; // read after the join
     bool onStreamThread = false;
     std::promise<void> entered;
@@ -36,7 +36,7 @@ protected:
     // The thread is inside the callback until release().
     void startAndHold() {
         m_thread->start(&m_client);
-        m_thread->post(Client::kHold);
+        m_thread->post(Client::hold);
         m_client.entered.get_future().wait();
     }
     void release() { m_client.release.set_value(); }
@@ -73,7 +73,7 @@ TEST_F(PSimEventThreadTest, a_code_posted_once_waits_once) {
     EXPECT_FALSE(m_thread->isWaiting(3));
     release();
     waitForAll();
-    EXPECT_THAT(m_client.codes, ElementsAre(Client::kHold, 1U, 2U, 0U));
+    EXPECT_THAT(m_client.codes, ElementsAre(Client::hold, 1U, 2U, 0U));
 }
 
 TEST_F(PSimEventThreadTest, after_a_stop_what_waits_is_not_reported_but_followed_up) {
@@ -84,7 +84,7 @@ TEST_F(PSimEventThreadTest, after_a_stop_what_waits_is_not_reported_but_followed
     release();
     m_thread->join();
     m_thread->post(2, [&followed] { followed.push_back(2); });
-    EXPECT_THAT(m_client.codes, ElementsAre(Client::kHold));
+    EXPECT_THAT(m_client.codes, ElementsAre(Client::hold));
     EXPECT_THAT(followed, ElementsAre(1, 2));
 }
 

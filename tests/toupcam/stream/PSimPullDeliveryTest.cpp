@@ -55,7 +55,7 @@ struct PullRow {
     int blue[4];
 };
 
-const PullRow kPulls[] = {
+const PullRow pulls[] = {
     {"24 bits red first", 24, 24, 0, {255, 0, 0}, {0, 0, 255}},
     {"24 bits blue first", 24, 24, 1, {0, 0, 255}, {255, 0, 0}},
     {"32 bits red first", 24, 32, 0, {255, 0, 0, 0}, {0, 0, 255, 0}},
@@ -66,7 +66,7 @@ const PullRow kPulls[] = {
 
 class SimPullFormat : public SimTest, public ::testing::WithParamInterface<PullRow> {};
 
-INSTANTIATE_TEST_SUITE_P(rows, SimPullFormat, ::testing::ValuesIn(kPulls), rowName<PullRow>);
+INSTANTIATE_TEST_SUITE_P(rows, SimPullFormat, ::testing::ValuesIn(pulls), rowName<PullRow>);
 
 TEST_P(SimPullFormat, of_a_frame_1003_pixels_wide_has_its_colours_in_place) {
     const PullRow& row = GetParam();

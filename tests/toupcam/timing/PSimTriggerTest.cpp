@@ -3,10 +3,10 @@
 
 namespace {
 
-constexpr int kVideo = 0;
-constexpr int kSoftware = 1;
-constexpr int kExternal = 2;
-constexpr unsigned kHour = 3600000000U; // microseconds: no test waits for its end
+constexpr int video = 0;
+constexpr int software = 1;
+constexpr int external = 2;
+constexpr unsigned hour = 3600000000U; // microseconds: no test waits for its end
 
 SimCameraText triggered(const std::string& more = "") {
     SimCameraText camera;
@@ -43,7 +43,7 @@ protected:
 
 TEST_F(SimTrigger, without_a_trigger_no_frame_comes) {
     FrameLog log;
-    startIn(kSoftware, log);
+    startIn(software, log);
     letOtherTake(30);
     EXPECT_EQ(log.total(), 0U);
     EXPECT_EQ(readCounts().produced, 0U);
@@ -51,7 +51,7 @@ TEST_F(SimTrigger, without_a_trigger_no_frame_comes) {
 
 TEST_F(SimTrigger, requested_number_of_frames_comes) {
     FrameLog log;
-    const HToupcam handle = startIn(kSoftware, log);
+    const HToupcam handle = startIn(software, log);
     for (const unsigned short count : {std::uint16_t{1}, std::uint16_t{5}}) {
         const std::size_t before = log.total();
         ASSERT_EQ(Toupcam_Trigger(handle, count), S_OK);
@@ -64,7 +64,7 @@ TEST_F(SimTrigger, requested_number_of_frames_comes) {
 
 TEST_F(SimTrigger, endless_run_goes_on_until_it_is_stopped) {
     FrameLog log;
-    const HToupcam handle = startIn(kSoftware, log);
+    const HToupcam handle = startIn(software, log);
     ASSERT_EQ(Toupcam_Trigger(handle, 0xffff), S_OK);
     ASSERT_TRUE(log.waitFor(30));
     ASSERT_EQ(Toupcam_Trigger(handle, 0), S_OK);
@@ -76,7 +76,7 @@ TEST_F(SimTrigger, endless_run_goes_on_until_it_is_stopped) {
 
 TEST_F(SimTrigger, new_count_replaces_the_old_one) {
     FrameLog log;
-    const HToupcam handle = startIn(kSoftware, log);
+    const HToupcam handle = startIn(software, log);
     ASSERT_EQ(Toupcam_Trigger(handle, 60000), S_OK);
     ASSERT_TRUE(log.waitFor(3));
     ASSERT_EQ(Toupcam_Trigger(handle, 2), S_OK);
@@ -92,9 +92,9 @@ TEST_F(SimTrigger, runs_only_in_software_mode_on_a_running_stream) {
     FrameLog log;
     ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &log), S_OK);
     EXPECT_EQ(Toupcam_Trigger(handle, 1), E_UNEXPECTED);
-    ASSERT_EQ(Toupcam_put_Option(handle, TOUPCAM_OPTION_TRIGGER, kExternal), S_OK);
+    ASSERT_EQ(Toupcam_put_Option(handle, TOUPCAM_OPTION_TRIGGER, external), S_OK);
     EXPECT_EQ(Toupcam_Trigger(handle, 0xffff), E_UNEXPECTED);
-    ASSERT_EQ(Toupcam_put_Option(handle, TOUPCAM_OPTION_TRIGGER, kSoftware), S_OK);
+    ASSERT_EQ(Toupcam_put_Option(handle, TOUPCAM_OPTION_TRIGGER, software), S_OK);
     EXPECT_EQ(Toupcam_Trigger(handle, 1), S_OK);
 }
 
@@ -114,11 +114,11 @@ TEST_F(SimTrigger, camera_without_a_trigger_has_none) {
 
 TEST_F(SimTrigger, frames_to_come_are_cancelled_when_the_mode_is_left) {
     FrameLog log;
-    const HToupcam handle = startIn(kSoftware, log);
+    const HToupcam handle = startIn(software, log);
     ASSERT_EQ(Toupcam_Trigger(handle, 60000), S_OK);
     ASSERT_TRUE(log.waitFor(2));
-    ASSERT_EQ(Toupcam_put_Option(handle, TOUPCAM_OPTION_TRIGGER, kVideo), S_OK);
-    ASSERT_EQ(Toupcam_put_Option(handle, TOUPCAM_OPTION_TRIGGER, kSoftware), S_OK);
+    ASSERT_EQ(Toupcam_put_Option(handle, TOUPCAM_OPTION_TRIGGER, video), S_OK);
+    ASSERT_EQ(Toupcam_put_Option(handle, TOUPCAM_OPTION_TRIGGER, software), S_OK);
     letOtherTake(2);
     const std::size_t total = log.total();
     letOtherTake(20);
@@ -127,9 +127,9 @@ TEST_F(SimTrigger, frames_to_come_are_cancelled_when_the_mode_is_left) {
 
 TEST_F(SimTrigger, video_goes_on_by_itself_afterwards) {
     FrameLog log;
-    const HToupcam handle = startIn(kSoftware, log);
+    const HToupcam handle = startIn(software, log);
     letOtherTake(20);
-    ASSERT_EQ(Toupcam_put_Option(handle, TOUPCAM_OPTION_TRIGGER, kVideo), S_OK);
+    ASSERT_EQ(Toupcam_put_Option(handle, TOUPCAM_OPTION_TRIGGER, video), S_OK);
     EXPECT_TRUE(log.waitFor(10));
 }
 
@@ -137,18 +137,18 @@ TEST_F(SimTrigger, time_without_a_trigger_counts_no_frames) {
     SimCameraText camera = triggered();
     camera.fps = 5; // 0.2 s a frame
     const HToupcam handle = openBesideAnother(camera);
-    ASSERT_EQ(Toupcam_put_Option(handle, TOUPCAM_OPTION_TRIGGER, kSoftware), S_OK);
+    ASSERT_EQ(Toupcam_put_Option(handle, TOUPCAM_OPTION_TRIGGER, software), S_OK);
     FrameLog log;
     ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &log), S_OK);
     letOtherTake(200); // a second: five periods
-    ASSERT_EQ(Toupcam_put_Option(handle, TOUPCAM_OPTION_TRIGGER, kVideo), S_OK);
+    ASSERT_EQ(Toupcam_put_Option(handle, TOUPCAM_OPTION_TRIGGER, video), S_OK);
     ASSERT_TRUE(log.waitFor(1));
     EXPECT_EQ(readCounts().produced, 1U);
 }
 
 TEST_F(SimTrigger, triggered_frame_takes_its_exposure_time) {
     FrameLog log;
-    const HToupcam handle = startIn(kSoftware, log);
+    const HToupcam handle = startIn(software, log);
     ASSERT_EQ(Toupcam_put_ExpoTime(handle, 50000), S_OK); // ten frames of the other camera
     const std::size_t before = m_others.total();
     ASSERT_EQ(Toupcam_Trigger(handle, 4), S_OK);
@@ -158,7 +158,7 @@ TEST_F(SimTrigger, triggered_frame_takes_its_exposure_time) {
 
 TEST_F(SimTrigger, still_picture_can_be_taken_between_triggers) {
     FrameLog log;
-    const HToupcam handle = startIn(kSoftware, log);
+    const HToupcam handle = startIn(software, log);
     ASSERT_EQ(Toupcam_Snap(handle, 1), S_OK);
     ASSERT_TRUE(log.waitForStill());
     EXPECT_EQ(log.last().header.biWidth, 48);
@@ -167,7 +167,7 @@ TEST_F(SimTrigger, still_picture_can_be_taken_between_triggers) {
 
 TEST_F(SimTrigger, pulled_frames_can_be_triggered) {
     const HToupcam handle = openOnly(triggered());
-    ASSERT_EQ(Toupcam_put_Option(handle, TOUPCAM_OPTION_TRIGGER, kSoftware), S_OK);
+    ASSERT_EQ(Toupcam_put_Option(handle, TOUPCAM_OPTION_TRIGGER, software), S_OK);
     EventLog events;
     ASSERT_EQ(Toupcam_StartPullModeWithCallback(handle, EventLog::onEvent, &events), S_OK);
     ToupcamFrameInfoV2 info{};
@@ -184,7 +184,7 @@ TEST_F(SimTrigger, unpaced_ring_waits_for_its_trigger_as_well) {
     SimCameraText camera = triggered();
     camera.source = R"({"kind": "ring", "unpaced": true})";
     const HToupcam handle = openBesideAnother(camera);
-    ASSERT_EQ(Toupcam_put_Option(handle, TOUPCAM_OPTION_TRIGGER, kSoftware), S_OK);
+    ASSERT_EQ(Toupcam_put_Option(handle, TOUPCAM_OPTION_TRIGGER, software), S_OK);
     FrameLog log;
     ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &log), S_OK);
     letOtherTake(10);
@@ -197,7 +197,7 @@ TEST_F(SimTrigger, unpaced_ring_waits_for_its_trigger_as_well) {
 
 TEST_F(SimTrigger, each_signal_at_the_input_gives_one_frame) {
     FrameLog log;
-    startIn(kExternal, log);
+    startIn(external, log);
     letOtherTake(20);
     EXPECT_EQ(log.total(), 0U);
     for (std::size_t count = 1; count <= 3; ++count) {
@@ -210,8 +210,8 @@ TEST_F(SimTrigger, each_signal_at_the_input_gives_one_frame) {
 
 TEST_F(SimTrigger, signal_during_an_exposure_is_missed_and_counted) {
     FrameLog log;
-    const HToupcam handle = startIn(kExternal, log);
-    ASSERT_EQ(Toupcam_put_ExpoTime(handle, kHour), S_OK);
+    const HToupcam handle = startIn(external, log);
+    ASSERT_EQ(Toupcam_put_ExpoTime(handle, hour), S_OK);
     EXPECT_EQ(ToupcamSim_fireTrigger("cam"), 1);
     EXPECT_EQ(ToupcamSim_fireTrigger("cam"), 0);
     EXPECT_EQ(ToupcamSim_fireTrigger("cam"), 0);
@@ -221,9 +221,9 @@ TEST_F(SimTrigger, signal_during_an_exposure_is_missed_and_counted) {
 
 TEST_F(SimTrigger, signal_means_nothing_in_other_modes_or_without_a_stream) {
     FrameLog log;
-    const HToupcam handle = startIn(kSoftware, log);
+    const HToupcam handle = startIn(software, log);
     EXPECT_EQ(ToupcamSim_fireTrigger("cam"), 0);
-    ASSERT_EQ(Toupcam_put_Option(handle, TOUPCAM_OPTION_TRIGGER, kExternal), S_OK);
+    ASSERT_EQ(Toupcam_put_Option(handle, TOUPCAM_OPTION_TRIGGER, external), S_OK);
     ASSERT_EQ(Toupcam_Stop(handle), S_OK);
     EXPECT_EQ(ToupcamSim_fireTrigger("cam"), 0);
     EXPECT_EQ(ToupcamSim_fireTrigger("nobody"), 0);
@@ -232,7 +232,7 @@ TEST_F(SimTrigger, signal_means_nothing_in_other_modes_or_without_a_stream) {
 
 TEST_F(SimTrigger, source_at_the_input_sends_its_number_of_signals) {
     FrameLog log;
-    startIn(kExternal, log, R"(, "externalTrigger": {"periodMs": 20, "count": 7})");
+    startIn(external, log, R"(, "externalTrigger": {"periodMs": 20, "count": 7})");
     ASSERT_TRUE(eventually([&log] { return log.total() + ToupcamSim_missedTriggers("cam") == 7; }));
     letOtherTake(20);
     EXPECT_EQ(log.total() + ToupcamSim_missedTriggers("cam"), 7U);
@@ -241,14 +241,14 @@ TEST_F(SimTrigger, source_at_the_input_sends_its_number_of_signals) {
 
 TEST_F(SimTrigger, source_that_is_too_fast_loses_signals) {
     FrameLog log;
-    startIn(kExternal, log, R"(, "externalTrigger": {"periodMs": 1})"); // a frame takes 5 ms
+    startIn(external, log, R"(, "externalTrigger": {"periodMs": 1})"); // a frame takes 5 ms
     ASSERT_TRUE(log.waitFor(5));
     EXPECT_GE(ToupcamSim_missedTriggers("cam"), 15U);
 }
 
 TEST_F(SimTrigger, source_is_ignored_in_video_mode) {
     FrameLog log;
-    startIn(kSoftware, log, R"(, "externalTrigger": {"periodMs": 1})");
+    startIn(software, log, R"(, "externalTrigger": {"periodMs": 1})");
     letOtherTake(20);
     EXPECT_EQ(log.total(), 0U);
 }
@@ -259,7 +259,7 @@ TEST_F(SimTrigger, dropped_trigger_frame_never_comes) {
     FrameLog log;
     ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &log), S_OK);
     ASSERT_TRUE(log.waitFor(5)); // frames of the video do not count
-    ASSERT_EQ(Toupcam_put_Option(handle, TOUPCAM_OPTION_TRIGGER, kSoftware), S_OK);
+    ASSERT_EQ(Toupcam_put_Option(handle, TOUPCAM_OPTION_TRIGGER, software), S_OK);
     letOtherTake(3);
     const FrameCounts before = readCounts();
     ASSERT_EQ(Toupcam_Trigger(handle, 3), S_OK);
@@ -273,9 +273,9 @@ TEST_F(SimTrigger, dropped_trigger_frame_never_comes) {
 using SimLongExposure = SimTrigger;
 
 TEST_F(SimLongExposure, ends_with_the_stream) {
-    for (const int mode : {kVideo, kSoftware}) {
+    for (const int mode : {video, software}) {
         const HToupcam handle = openOnly(triggered());
-        ASSERT_EQ(Toupcam_put_ExpoTime(handle, kHour), S_OK);
+        ASSERT_EQ(Toupcam_put_ExpoTime(handle, hour), S_OK);
         ASSERT_EQ(Toupcam_put_Option(handle, TOUPCAM_OPTION_TRIGGER, mode), S_OK);
         FrameLog log;
         ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &log), S_OK);
@@ -288,9 +288,9 @@ TEST_F(SimLongExposure, ends_with_the_stream) {
 }
 
 TEST_F(SimLongExposure, ends_when_a_shorter_time_is_set) {
-    for (const int mode : {kVideo, kSoftware}) {
+    for (const int mode : {video, software}) {
         const HToupcam handle = openOnly(triggered());
-        ASSERT_EQ(Toupcam_put_ExpoTime(handle, kHour), S_OK);
+        ASSERT_EQ(Toupcam_put_ExpoTime(handle, hour), S_OK);
         ASSERT_EQ(Toupcam_put_Option(handle, TOUPCAM_OPTION_TRIGGER, mode), S_OK);
         FrameLog log;
         ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &log), S_OK);
@@ -305,7 +305,7 @@ TEST_F(SimLongExposure, cut_short_is_one_frame_and_no_more) {
     SimCameraText camera = triggered();
     camera.fps = 2;
     const HToupcam handle = openBesideAnother(camera);
-    ASSERT_EQ(Toupcam_put_ExpoTime(handle, kHour), S_OK);
+    ASSERT_EQ(Toupcam_put_ExpoTime(handle, hour), S_OK);
     FrameLog log;
     ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &log), S_OK);
     letOtherTake(400); // two seconds: four periods of the camera

@@ -149,7 +149,7 @@ std::uint8_t anyPixels[64];
 #name, [](HToupcam h) -> HRESULT { return Toupcam_##name arguments; }                      \
     }
 
-const HandleCall kCalls[] = {
+const HandleCall handleCalls[] = {
     CALL(get_SerialNumber, (h, anyText)),
     CALL(StartPushMode, (h, ignoreData, nullptr)),
     CALL(StartPullModeWithCallback, (h, ignoreEvent, nullptr)),
@@ -211,7 +211,7 @@ const HandleCall kCalls[] = {
 
 class SimHandle : public SimTest, public ::testing::WithParamInterface<HandleCall> {};
 
-INSTANTIATE_TEST_SUITE_P(every_function, SimHandle, ::testing::ValuesIn(kCalls),
+INSTANTIATE_TEST_SUITE_P(every_function, SimHandle, ::testing::ValuesIn(handleCalls),
                          rowName<HandleCall>);
 
 TEST_P(SimHandle, null_handle_is_an_invalid_argument) {

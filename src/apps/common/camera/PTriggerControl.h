@@ -21,7 +21,7 @@ class PTriggerControl {
 public:
     enum class Source { Software, External };
     /// A run that only the next fire() ends.
-    static constexpr int Endless = 0xffff;
+    static constexpr int endless = 0xffff;
 
     explicit PTriggerControl(PDevice& device);
 

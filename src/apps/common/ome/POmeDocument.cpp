@@ -206,5 +206,5 @@ POmeDocument::Unfinished POmeDocument::toUnfinishedXml() const {
 }
 
 QByteArray POmeDocument::countText(std::size_t count) {
-    return QByteArray::number(qulonglong(count)).rightJustified(CountDigits, '0');
+    return QByteArray::number(qulonglong(count)).rightJustified(countDigits, '0');
 }

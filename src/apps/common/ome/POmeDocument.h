@@ -38,13 +38,13 @@ struct POmeDocument {
 
     /// A document for a recording whose length nobody knows yet: it says that all pictures of the
     /// file belong to the stack, and describes the first one. The number of pictures is at
-    /// `countPosition` with CountDigits digits, to be written over.
+    /// `countPosition` with countDigits digits, to be written over.
     struct Unfinished {
         QByteArray xml;
         qsizetype countPosition = 0;
     };
     Unfinished toUnfinishedXml() const;
-    static constexpr int CountDigits = 10;
-    /// A number of pictures, padded with zeros to CountDigits.
+    static constexpr int countDigits = 10;
+    /// A number of pictures, padded with zeros to countDigits.
     static QByteArray countText(std::size_t count);
 };

@@ -17,7 +17,7 @@ class POmeStackWriter : public PFrameWriter {
 
 public:
     /// What one file may hold: libtiff, with which most programs read, takes no more directories.
-    static constexpr quint64 MostFrames = 1'048'576;
+    static constexpr quint64 framesAFileHolds = 1'048'576;
 
     struct Options {
         QString path;
@@ -26,7 +26,7 @@ public:
         std::optional<quint64> frames;           ///< how many will come at most
         std::optional<double> pixelSizeUm;       ///< on the specimen, of a pixel as saved
         std::optional<double> sensorTemperature; ///< degrees Celsius
-        quint64 mostFrames = MostFrames;         ///< the next one fails
+        quint64 mostFrames = framesAFileHolds;   ///< the next one fails
     };
 
     explicit POmeStackWriter(const Options& options);

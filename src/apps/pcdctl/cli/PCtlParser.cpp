@@ -165,10 +165,10 @@ PCtlOutcome checkStack(const PCtlOptions& options) {
             u"\"%1\" is one file with all frames: expected a name without #"_qs.arg(
                 options.output));
     }
-    if (options.frames.value_or(0) > POmeStackWriter::MostFrames) {
-        return wrongValue(
-            QString::number(*options.frames), u"frames"_qs,
-            u"no more than %1, which is what one file holds"_qs.arg(POmeStackWriter::MostFrames));
+    if (options.frames.value_or(0) > POmeStackWriter::framesAFileHolds) {
+        return wrongValue(QString::number(*options.frames), u"frames"_qs,
+                          u"no more than %1, which is what one file holds"_qs.arg(
+                              POmeStackWriter::framesAFileHolds));
     }
     return {};
 }

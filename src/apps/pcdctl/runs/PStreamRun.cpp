@@ -29,7 +29,7 @@ PCtlOutcome PStreamRun::prepareTrigger() {
 PCtlOutcome PStreamRun::afterStart() {
     if (!m_trigger || options().source == PTriggerControl::Source::External)
         return {};
-    return fireTrigger(options().frames ? int(*options().frames) : PTriggerControl::Endless);
+    return fireTrigger(options().frames ? int(*options().frames) : PTriggerControl::endless);
 }
 
 void PStreamRun::beforeStop() {

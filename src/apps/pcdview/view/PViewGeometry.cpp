@@ -27,7 +27,7 @@ void PViewGeometry::setPicture(QSize size) {
         return refit();
     // The same field of the lens, whatever the number of pixels it has now.
     const double growth = double(size.width()) / before.width();
-    m_scale = std::clamp(m_scale / growth, smallestScale(), LargestScale);
+    m_scale = std::clamp(m_scale / growth, smallestScale(), largestScale);
     place({middle.x() * growth, middle.y() * size.height() / before.height()},
           centerPoint(m_viewport));
 }
@@ -54,7 +54,7 @@ void PViewGeometry::zoomTo(double scale, QPointF at) {
         return;
     const QPointF point = toPicture(at);
     m_fit = false;
-    m_scale = std::clamp(scale, smallestScale(), LargestScale);
+    m_scale = std::clamp(scale, smallestScale(), largestScale);
     place(point, at);
 }
 
@@ -83,7 +83,7 @@ double PViewGeometry::fitScale() const {
     if (!isReady())
         return 1;
     return std::min({double(m_viewport.width()) / m_picture.width(),
-                     double(m_viewport.height()) / m_picture.height(), LargestScale});
+                     double(m_viewport.height()) / m_picture.height(), largestScale});
 }
 
 void PViewGeometry::place(QPointF inPicture, QPointF at) {

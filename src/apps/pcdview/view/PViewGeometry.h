@@ -11,7 +11,7 @@
 class PViewGeometry {
 public:
     /// Device pixels for a pixel of the picture, at most.
-    static constexpr double LargestScale = 32;
+    static constexpr double largestScale = 32;
 
     /// Another picture, or another view: fitted if it was, else the same part of the picture stays
     /// in the middle.

@@ -19,7 +19,7 @@ struct AxisSamples {
 
 AxisSamples makeSamples(double corner, double scale, long pixels, int room, std::size_t stride) {
     AxisSamples axis;
-    axis.each = scale < 1 ? PViewSampler::SamplesAnAxis : 1;
+    axis.each = scale < 1 ? PViewSampler::samplesAnAxis : 1;
     axis.first = std::clamp(int(std::ceil(corner - 0.5)), 0, room);
     const int end = std::clamp(int(std::ceil(corner + double(pixels) * scale - 0.5)), 0, room);
     axis.count = std::max(end - axis.first, 0);
@@ -90,7 +90,7 @@ void renderPixels(const unsigned char* pixels, const AxisSamples& rows, const Ax
                   const Shader& shader, QImage& target) {
     const int each = columns.each;
     for (int y = 0; y < rows.count; ++y) {
-        std::array<const unsigned char*, PViewSampler::SamplesAnAxis> lines{};
+        std::array<const unsigned char*, PViewSampler::samplesAnAxis> lines{};
         for (int i = 0; i < each; ++i)
             lines[std::size_t(i)] = pixels + rows.offsets[std::size_t(y * each + i)];
         auto* const out = reinterpret_cast<QRgb*>(target.scanLine(rows.first + y)) + columns.first;

@@ -14,7 +14,7 @@
 class PViewSampler {
 public:
     /// Samples along one axis that make a pixel of the view, where the picture is made smaller.
-    static constexpr int SamplesAnAxis = 2;
+    static constexpr int samplesAnAxis = 2;
 
     static QRgb overMark() { return qRgb(255, 0, 0); }   ///< a sample is 255
     static QRgb underMark() { return qRgb(0, 80, 255); } ///< all samples are 0

@@ -13,8 +13,8 @@ using namespace PSimArgument;
 
 namespace {
 
-constexpr std::size_t kIdSize = sizeof(ToupcamDeviceV2::id);
-constexpr std::size_t kSerialSize = 32;
+constexpr std::size_t idSize = sizeof(ToupcamDeviceV2::id);
+constexpr std::size_t serialSize = 32;
 
 HRESULT give(const PSimSize& size, int* width, int* height) {
     if (!width || !height)
@@ -95,10 +95,10 @@ HToupcam Toupcam_Open(const char* camId) {
     HToupcam handle = nullptr;
     guarded(__func__, std::nullopt, [&] {
         if (camId) // an id may fill its field to the last byte, without a NUL
-            handle = PSimWorld::instance().open(QByteArray(camId, int(strnlen(camId, kIdSize))));
+            handle = PSimWorld::instance().open(QByteArray(camId, int(strnlen(camId, idSize))));
         return S_OK;
     });
-    record(__func__, written(handle), Text{camId, kIdSize});
+    record(__func__, written(handle), Text{camId, idSize});
     return handle;
 }
 
@@ -113,11 +113,11 @@ HRESULT Toupcam_get_SerialNumber(HToupcam h, char sn[32]) {
         if (!sn)
             return E_POINTER;
         const QByteArray& serial = s.spec().serial;
-        std::memset(sn, 0, kSerialSize);
+        std::memset(sn, 0, serialSize);
         std::memcpy(sn, serial.constData(), std::size_t(serial.size()));
         return S_OK;
     };
-    return onCamera(__func__, h, copy, Text{sn, kSerialSize});
+    return onCamera(__func__, h, copy, Text{sn, serialSize});
 }
 
 HRESULT Toupcam_StartPushMode(HToupcam h, PTOUPCAM_DATA_CALLBACK funcData, void* ctxData) {

@@ -6,12 +6,12 @@
 
 namespace {
 
-constexpr unsigned kSizeStep = 4;
-constexpr unsigned kOffsetStep = 2;
+constexpr unsigned sizeStep = 4;
+constexpr unsigned offsetStep = 2;
 
 bool fitsAlong(unsigned offset, unsigned length, unsigned limit) {
     // 64 bits: a client may pass anything.
-    return length >= kSizeStep && length % kSizeStep == 0 && offset % kOffsetStep == 0 &&
+    return length >= sizeStep && length % sizeStep == 0 && offset % offsetStep == 0 &&
            std::uint64_t{offset} + length <= limit;
 }
 
@@ -26,9 +26,9 @@ struct Span {
 
 Span scaledSpan(Span span, unsigned from, unsigned to) {
     const unsigned length =
-        std::max(kSizeStep, scaledBy(span.length, from, to) / kSizeStep * kSizeStep);
+        std::max(sizeStep, scaledBy(span.length, from, to) / sizeStep * sizeStep);
     const unsigned offset = std::min(scaledBy(span.offset, from, to), to - length);
-    return {offset / kOffsetStep * kOffsetStep, length};
+    return {offset / offsetStep * offsetStep, length};
 }
 
 } // namespace

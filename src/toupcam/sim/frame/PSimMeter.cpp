@@ -5,16 +5,16 @@
 
 namespace {
 
-constexpr unsigned kColumns = 96;
-constexpr unsigned kRows = 64;
+constexpr unsigned sampleColumns = 96;
+constexpr unsigned sampleRows = 64;
 
 } // namespace
 
 PSimMeter::PSimMeter(const PSimSize& size, unsigned channels)
     : m_width(size.width)
     , m_channels(channels)
-    , m_across(std::max(1U, size.width / kColumns))
-    , m_down(std::max(1U, size.height / kRows)) {
+    , m_across(std::max(1U, size.width / sampleColumns))
+    , m_down(std::max(1U, size.height / sampleRows)) {
 }
 
 void PSimMeter::add(unsigned y, const std::uint8_t* row) {

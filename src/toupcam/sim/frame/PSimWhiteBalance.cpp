@@ -8,13 +8,13 @@ namespace PSimWhiteBalance {
 
 namespace {
 
-constexpr int kColdest = 15000;
-constexpr int kWarmest = 2000;
-constexpr double kLeastTint = 200.0;
-constexpr double kMostTint = 2500.0;
+constexpr int coldest = 15000;
+constexpr int warmest = 2000;
+constexpr double leastTint = 200.0;
+constexpr double mostTint = 2500.0;
 
 // Middle wavelengths of a colour sensor's filters, micrometres.
-constexpr Channels kWavelengths = {0.60, 0.54, 0.46};
+constexpr Channels wavelengths = {0.60, 0.54, 0.46};
 
 // Planck's law at one wavelength, without the factors that do not depend on the temperature. The
 // second radiation constant is hc/k = 14387.77 micrometres x kelvin (CODATA 2018).
@@ -26,7 +26,7 @@ double planck(double micrometres, double kelvin) {
 Channels blackBody(double kelvin) {
     Channels result{};
     for (std::size_t i = 0; i < result.size(); ++i)
-        result[i] = planck(kWavelengths[i], kelvin) / planck(kWavelengths[i], kNeutralTemperature);
+        result[i] = planck(wavelengths[i], kelvin) / planck(wavelengths[i], neutralTemperature);
     return result;
 }
 
@@ -37,8 +37,8 @@ double blueOverRed(int kelvin) {
 
 // The hotter, the bluer: halving finds the temperature with this share of blue.
 int findTemperature(double ratio) {
-    int low = kWarmest;
-    int high = kColdest;
+    int low = warmest;
+    int high = coldest;
     while (low < high) {
         const int middle = (low + high) / 2;
         if (blueOverRed(middle) < ratio)
@@ -61,7 +61,7 @@ Channels lamp(double kelvin) {
 
 Channels gains(const Setting& setting) {
     const Channels colour = blackBody(setting.temperature);
-    const double green = double(setting.tint) / kNeutralTint;
+    const double green = double(setting.tint) / neutralTint;
     return {colour[1] / colour[0], green, colour[1] / colour[2]};
 }
 
@@ -74,7 +74,7 @@ Setting balancing(const PSimMeans& means) {
     setting.temperature = findTemperature(blue / red);
     const Channels balanced = gains(setting);
     const double even = std::sqrt(red * balanced[0] * blue * balanced[2]);
-    setting.tint = int(std::lround(std::clamp(kNeutralTint * even / green, kLeastTint, kMostTint)));
+    setting.tint = int(std::lround(std::clamp(neutralTint * even / green, leastTint, mostTint)));
     return setting;
 }
 

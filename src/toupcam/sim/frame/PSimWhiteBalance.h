@@ -10,16 +10,16 @@
 /// light of 6503 K. All callable from any thread.
 namespace PSimWhiteBalance {
 
-constexpr int kNeutralTemperature = 6503; ///< kelvin
-constexpr int kNeutralTint = 1000;
+constexpr int neutralTemperature = 6503; ///< kelvin
+constexpr int neutralTint = 1000;
 
 /// Red, green and blue.
 using Channels = std::array<double, 3>;
 
 /// A white-balance setting of the client.
 struct Setting {
-    int temperature = kNeutralTemperature; ///< kelvin, 2000 … 15000
-    int tint = kNeutralTint;               ///< 200 … 2500
+    int temperature = neutralTemperature; ///< kelvin, 2000 … 15000
+    int tint = neutralTint;               ///< 200 … 2500
 };
 
 /// What light of this temperature has in each channel, the strongest being 1; neutral light has 1

@@ -8,27 +8,26 @@ namespace {
 
 // Rows turned into columns are placed together, so that each visit to a row of the picture writes a
 // whole cache line of it.
-constexpr unsigned kBand = 32;
+constexpr unsigned band = 32;
 
-template <unsigned kBytes>
+template <unsigned bytes>
 void copyPixel(const std::uint8_t* from, std::uint8_t* to) {
-    std::memcpy(to, from, kBytes);
+    std::memcpy(to, from, bytes);
 }
 
-template <unsigned kBytes>
+template <unsigned bytes>
 void mirrorRow(const std::uint8_t* from, unsigned width, std::uint8_t* to) {
-    const std::uint8_t* last = from + std::size_t{width} * kBytes;
-    for (unsigned x = 0; x < width; ++x, to += kBytes)
-        copyPixel<kBytes>(last -= kBytes, to);
+    const std::uint8_t* last = from + std::size_t{width} * bytes;
+    for (unsigned x = 0; x < width; ++x, to += bytes)
+        copyPixel<bytes>(last -= bytes, to);
 }
 
 // One column of `count` rows that are `stride` bytes apart becomes a piece of a row.
-template <unsigned kBytes>
+template <unsigned bytes>
 void gatherColumn(const std::uint8_t* from, std::size_t stride, unsigned count, bool mirrored,
                   std::uint8_t* to) {
     for (unsigned i = 0; i < count; ++i)
-        copyPixel<kBytes>(from + i * stride,
-                          to + std::size_t{mirrored ? count - 1 - i : i} * kBytes);
+        copyPixel<bytes>(from + i * stride, to + std::size_t{mirrored ? count - 1 - i : i} * bytes);
 }
 
 } // namespace
@@ -44,7 +43,7 @@ PSimOrienter::PSimOrienter(const PSimOrientation& orientation, const PSimSize& s
     for (unsigned y = 0; y < picture.height; ++y)
         std::memset(m_out + y * m_stride + rowBytes, 0, m_stride - rowBytes);
     if (!isDirect())
-        m_band.resize(std::size_t{size.width} * m_pixelBytes * (orientation.exchanged ? kBand : 1));
+        m_band.resize(std::size_t{size.width} * m_pixelBytes * (orientation.exchanged ? band : 1));
 }
 
 std::uint8_t* PSimOrienter::target(unsigned y) const {
@@ -54,14 +53,14 @@ std::uint8_t* PSimOrienter::target(unsigned y) const {
 std::uint8_t* PSimOrienter::line(unsigned y) {
     if (isDirect())
         return target(y);
-    const unsigned place = m_orientation.exchanged ? y % kBand : 0;
+    const unsigned place = m_orientation.exchanged ? y % band : 0;
     return m_band.data() + std::size_t{place} * m_size.width * m_pixelBytes;
 }
 
 void PSimOrienter::written(unsigned y) {
     if (m_orientation.exchanged) {
-        if (y % kBand == kBand - 1 || y == m_size.height - 1)
-            writeExchanged(y / kBand * kBand, y % kBand + 1);
+        if (y % band == band - 1 || y == m_size.height - 1)
+            writeExchanged(y / band * band, y % band + 1);
     } else if (m_orientation.mirroredX) {
         writeMirrored(y);
     }

@@ -7,8 +7,8 @@
 
 namespace {
 
-constexpr int kScaleBits = 10;
-constexpr unsigned kBlock = 256; // pixels: the planes of a block stay in the nearest cache
+constexpr int scaleBits = 10;
+constexpr unsigned block = 256; // pixels: the planes of a block stay in the nearest cache
 
 bool isDiagonal(const PSimColourMatrix& matrix) {
     bool result = true;
@@ -27,14 +27,14 @@ bool isIdentity(const PSimTone& tone) {
 }
 
 using Row = std::array<int, 3>;
-using Planes = std::int32_t[3][kBlock];
+using Planes = std::int32_t[3][block];
 
 // One channel of a block; plane by plane, so that the compiler makes vector instructions of it.
 void mix(const Planes& in, const Row& factors, std::int32_t* __restrict out) {
     const Row f = factors;
-    for (unsigned i = 0; i < kBlock; ++i) {
+    for (unsigned i = 0; i < block; ++i) {
         const int sum = f[0] * in[0][i] + f[1] * in[1][i] + f[2] * in[2][i];
-        out[i] = std::clamp((sum + (1 << (kScaleBits - 1))) >> kScaleBits, 0, 255);
+        out[i] = std::clamp((sum + (1 << (scaleBits - 1))) >> scaleBits, 0, 255);
     }
 }
 
@@ -63,7 +63,7 @@ PSimToneStage::PSimToneStage(const PSimImageSettings& settings, unsigned channel
         m_tones[place(row)] = simTone(settings, diagonal ? colour[row][row] : 1.0);
         for (std::size_t column = 0; column < 3; ++column)
             m_matrix[place(row)][place(column)] =
-                int(std::lround(colour[row][column] * (1 << kScaleBits)));
+                int(std::lround(colour[row][column] * (1 << scaleBits)));
     }
     const bool same = std::all_of(m_tones.begin(), m_tones.end(), isIdentity);
     m_kind = !diagonal ? Kind::Matrix : same ? Kind::Nothing : Kind::Tables;
@@ -86,8 +86,8 @@ void PSimToneStage::apply(std::uint8_t* row, unsigned width) const {
 void PSimToneStage::applyMatrix(std::uint8_t* row, unsigned width) const {
     Planes in = {};
     Planes out;
-    for (unsigned x = 0; x < width; x += kBlock, row += std::size_t{kBlock} * 3) {
-        const unsigned count = std::min(kBlock, width - x);
+    for (unsigned x = 0; x < width; x += block, row += std::size_t{block} * 3) {
+        const unsigned count = std::min(block, width - x);
         split(row, count, in);
         for (std::size_t channel = 0; channel < 3; ++channel)
             mix(in, m_matrix[channel], out[channel]);

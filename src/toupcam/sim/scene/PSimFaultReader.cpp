@@ -10,18 +10,18 @@ namespace {
 
 using Action = PSimFaultSpec::Action;
 
-constexpr double kMaxInt = std::numeric_limits<int>::max();
-constexpr double kMinInt = std::numeric_limits<int>::min();
+constexpr double maxInt = std::numeric_limits<int>::max();
+constexpr double minInt = std::numeric_limits<int>::min();
 
 void readFail(PSimJsonObject& object, PSimFaultSpec& step) {
     step.function = object.requiredText("function").toUtf8();
     if (object.has("option"))
-        step.option = object.integer("option", 0U, 0, PSimJsonObject::kMaxUnsigned);
-    step.skip = object.integer("skip", step.skip, 0, PSimJsonObject::kMaxUnsigned);
-    step.count = object.integer("count", step.count, 0, PSimJsonObject::kMaxUnsigned);
+        step.option = object.integer("option", 0U, 0, PSimJsonObject::maxUnsigned);
+    step.skip = object.integer("skip", step.skip, 0, PSimJsonObject::maxUnsigned);
+    step.count = object.integer("count", step.count, 0, PSimJsonObject::maxUnsigned);
     if (!object.has("result"))
         object.complain("result", u"the result the call shall have"_qs);
-    step.result = object.integer("result", step.result, kMinInt, kMaxInt);
+    step.result = object.integer("result", step.result, minInt, maxInt);
 }
 
 void readDelay(PSimJsonObject& object, PSimFaultSpec& step) {
@@ -31,22 +31,22 @@ void readDelay(PSimJsonObject& object, PSimFaultSpec& step) {
 
 void readReportedSize(PSimJsonObject& object, PSimFaultSpec& step) {
     step.function = object.requiredText("function").toUtf8();
-    step.width = object.integer("width", step.width, 0, kMaxInt);
-    step.height = object.integer("height", step.height, 0, kMaxInt);
+    step.width = object.integer("width", step.width, 0, maxInt);
+    step.height = object.integer("height", step.height, 0, maxInt);
 }
 
 void readAnswer(PSimJsonObject& object, PSimFaultSpec& step) {
-    step.option = object.integer("option", 0U, 0, PSimJsonObject::kMaxUnsigned);
+    step.option = object.integer("option", 0U, 0, PSimJsonObject::maxUnsigned);
     if (!object.has("value"))
         object.complain("value", u"what the option shall answer"_qs);
-    step.value = object.integer("value", step.value, kMinInt, kMaxInt);
+    step.value = object.integer("value", step.value, minInt, maxInt);
 }
 
 void readMalformed(PSimJsonObject& object, PSimFaultSpec& step) {
-    step.width = object.integer("width", step.width, kMinInt, kMaxInt);
-    step.height = object.integer("height", step.height, kMinInt, kMaxInt);
+    step.width = object.integer("width", step.width, minInt, maxInt);
+    step.height = object.integer("height", step.height, minInt, maxInt);
     step.bits = object.integer("bits", step.bits, 0, 65535);
-    step.sizeImage = object.integer("sizeImage", step.sizeImage, 0, PSimJsonObject::kMaxUnsigned);
+    step.sizeImage = object.integer("sizeImage", step.sizeImage, 0, PSimJsonObject::maxUnsigned);
 }
 
 void readCameraId(PSimJsonObject& object, PSimFaultSpec& step, const PSimScene& scene) {
@@ -98,7 +98,7 @@ PSimFaultSpec PSimFaultReader::read(const QJsonValue& value, const QString& plac
             readTime(object, step);
     }
     if (step.action == Action::Event)
-        step.event = object.integer("event", step.event, 0, PSimJsonObject::kMaxUnsigned);
+        step.event = object.integer("event", step.event, 0, PSimJsonObject::maxUnsigned);
     else if (step.action == Action::PushMalformed)
         readMalformed(object, step);
     object.finish();

@@ -21,7 +21,7 @@ public:
 class PSimJsonObject {
 public:
     /// As a bound: anything that fits.
-    static constexpr double kMaxUnsigned = std::numeric_limits<unsigned>::max();
+    static constexpr double maxUnsigned = std::numeric_limits<unsigned>::max();
 
     PSimJsonObject(const QJsonValue& value, const QString& place);
 

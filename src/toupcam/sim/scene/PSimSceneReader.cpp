@@ -16,14 +16,14 @@
 
 namespace {
 
-constexpr double kMaxExactInteger = 9007199254740992.0; // 2^53: JSON numbers are doubles
+constexpr double maxExactInteger = 9007199254740992.0; // 2^53: JSON numbers are doubles
 
 struct FlagName {
     const char* name;
     std::uint64_t flag;
 };
 
-constexpr FlagName kFlags[] = {
+constexpr FlagName knownFlags[] = {
     {"MONO", TOUPCAM_FLAG_MONO},
     {"USB30", TOUPCAM_FLAG_USB30},
     {"TEC_ONOFF", TOUPCAM_FLAG_TEC_ONOFF},
@@ -37,7 +37,7 @@ constexpr FlagName kFlags[] = {
 
 std::uint64_t flagByName(const QJsonValue& value, const QString& place) {
     QStringList names;
-    for (const FlagName& known : kFlags) {
+    for (const FlagName& known : knownFlags) {
         if (value.toString() == QLatin1String(known.name))
             return known.flag;
         names += QLatin1String(known.name);
@@ -79,9 +79,9 @@ PSimResolution readResolution(const QJsonValue& value, const QString& place) {
 PSimExposureSpec readExposure(const QJsonValue& value, const QString& place) {
     PSimExposureSpec result;
     PSimJsonObject object(value, place);
-    result.minimum = object.integer("min", result.minimum, 1, PSimJsonObject::kMaxUnsigned);
+    result.minimum = object.integer("min", result.minimum, 1, PSimJsonObject::maxUnsigned);
     result.maximum = object.integer("max", std::max(result.maximum, result.minimum), result.minimum,
-                                    PSimJsonObject::kMaxUnsigned);
+                                    PSimJsonObject::maxUnsigned);
     const auto inRange = [&result](unsigned microseconds) {
         return std::clamp(microseconds, result.minimum, result.maximum);
     };
@@ -127,7 +127,7 @@ PSimExternalTriggerSpec readExternalTrigger(const QJsonValue& value, const QStri
     PSimJsonObject object(value, place);
     const double ms = object.number("periodMs", 1000.0, 0.1, 3600000);
     result.period = std::chrono::microseconds(std::llround(1000.0 * ms));
-    result.count = object.integer("count", result.count, 0, kMaxExactInteger);
+    result.count = object.integer("count", result.count, 0, maxExactInteger);
     object.finish();
     return result;
 }
@@ -216,7 +216,7 @@ void addCamera(PSimScene& scene, PSimCameraSpec camera, const QString& place) {
 PSimScene toScene(const QJsonValue& root, const QString& folder) {
     PSimScene scene;
     PSimJsonObject object(root, u"scene"_qs);
-    scene.seed = object.integer("seed", scene.seed, 0, kMaxExactInteger);
+    scene.seed = object.integer("seed", scene.seed, 0, maxExactInteger);
     object.forEach("cameras", [&](const QJsonValue& item, const QString& place) {
         addCamera(scene, readCamera(item, place, folder), place);
     });

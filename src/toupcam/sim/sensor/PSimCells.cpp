@@ -3,8 +3,8 @@
 
 namespace {
 
-constexpr float kCellUnitsWide = 1280.0F;
-constexpr float kPitch = 118.0F; // units from cell to cell
+constexpr float cellUnitsWide = 1280.0F;
+constexpr float pitch = 118.0F; // units from cell to cell
 
 // Two exposures of dye over each other add up, but never beyond full.
 std::uint8_t added(std::uint8_t value, float more) {
@@ -14,7 +14,7 @@ std::uint8_t added(std::uint8_t value, float more) {
 } // namespace
 
 PSimCells::PSimCells(unsigned width, unsigned height, std::uint64_t seed)
-    : m_scale(float(width) / kCellUnitsWide)
+    : m_scale(float(width) / cellUnitsWide)
     , m_unitsHigh(float(height) / m_scale)
     , m_field(seed)
     , m_random(seed)
@@ -23,11 +23,11 @@ PSimCells::PSimCells(unsigned width, unsigned height, std::uint64_t seed)
 }
 
 void PSimCells::paint() {
-    for (float y = -kPitch; y < m_unitsHigh + kPitch; y += kPitch) {
-        for (float x = -kPitch; x < kCellUnitsWide + kPitch; x += kPitch) {
+    for (float y = -pitch; y < m_unitsHigh + pitch; y += pitch) {
+        for (float x = -pitch; x < cellUnitsWide + pitch; x += pitch) {
             Cell cell{};
-            cell.x = x + float(m_random.between(0.0, 0.8 * kPitch));
-            cell.y = y + float(m_random.between(0.0, 0.8 * kPitch));
+            cell.x = x + float(m_random.between(0.0, 0.8 * pitch));
+            cell.y = y + float(m_random.between(0.0, 0.8 * pitch));
             cell.size = float(m_random.between(15.0, 22.0));
             cell.angle = float(m_random.between(0.0, 3.14));
             cell.brightness = float(m_random.between(0.55, 1.0));

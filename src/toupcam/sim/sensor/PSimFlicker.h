@@ -16,7 +16,7 @@ public:
     /// Frequency of the mains (0: direct current), and times in seconds: of the exposure, when row
     /// 0 begins to be exposed, and from row to row.
     PSimFlicker(double mainsHz, double exposure, double start, double rowTime)
-        : m_angularFrequency(kTurn * mainsHz)
+        : m_angularFrequency(turn * mainsHz)
         , m_exposure(exposure)
         , m_start(start)
         , m_rowTime(rowTime) {}
@@ -31,7 +31,7 @@ public:
     }
 
 private:
-    static constexpr double kTurn = 6.283185307179586;
+    static constexpr double turn = 6.283185307179586;
 
     double m_angularFrequency;
     double m_exposure;

@@ -28,9 +28,9 @@ Curve absorption(double density) {
 
 // Optical densities of the two stains for red, green and blue light: the directions are the usual
 // stain vectors of haematoxylin and eosin (Ruifrok and Johnston 2001), the eosin's a little warmer.
-constexpr double kHaematoxylin[3] = {1.55, 1.75, 0.72};
-constexpr double kEosin[3] = {0.12, 1.15, 0.50};
-constexpr unsigned kLamp = 250; // light where there is no tissue
+constexpr double haematoxylinStain[3] = {1.55, 1.75, 0.72};
+constexpr double eosinStain[3] = {0.12, 1.15, 0.50};
+constexpr unsigned lampLight = 250; // light where there is no tissue
 
 // The condenser lights the corners a little less.
 std::vector<std::uint16_t> falloff(unsigned length) {
@@ -53,15 +53,15 @@ PSimLight emptyLight(unsigned width, unsigned height, unsigned channels, unsigne
 }
 
 void stainChannel(PSimLight& light, unsigned channel, const PSimTissue& tissue, unsigned colour) {
-    const Curve nuclei = absorption(kHaematoxylin[colour]);
-    const Curve eosin = absorption(kEosin[colour]);
+    const Curve nuclei = absorption(haematoxylinStain[colour]);
+    const Curve eosin = absorption(eosinStain[colour]);
     const std::vector<std::uint16_t> across = falloff(light.width);
     const std::vector<std::uint16_t> down = falloff(light.height);
     for (unsigned y = 0; y < light.height; ++y) {
         const std::uint8_t* n = tissue.nuclei().row(y);
         const std::uint8_t* e = tissue.eosin().row(y);
         std::uint8_t* out = light.values.data() + y * light.rowBytes() + channel;
-        const unsigned lamp = kLamp * down[y];
+        const unsigned lamp = lampLight * down[y];
         for (unsigned x = 0; x < light.width; ++x) {
             const unsigned lit = (lamp * across[x]) >> 8;
             const unsigned passed = (unsigned(nuclei[n[x]]) * eosin[e[x]]) >> 8;
@@ -73,9 +73,9 @@ void stainChannel(PSimLight& light, unsigned channel, const PSimTissue& tissue, 
 PSimLight tissueLight(PSimLight light, std::uint64_t seed) {
     PSimTissue tissue(light.width, light.height, seed);
     tissue.paint();
-    constexpr unsigned kGreen = 1; // a grey camera behind a green filter: the best contrast
+    constexpr unsigned green = 1; // a grey camera behind a green filter: the best contrast
     if (light.channels == 1) {
-        stainChannel(light, 0, tissue, kGreen);
+        stainChannel(light, 0, tissue, green);
     } else {
         for (unsigned colour = 0; colour < 3; ++colour)
             stainChannel(light, colour, tissue, colour);
@@ -84,9 +84,9 @@ PSimLight tissueLight(PSimLight light, std::uint64_t seed) {
 }
 
 // Share of each dye's light in red, green, blue and, last, on a grey sensor, in 1/256.
-constexpr unsigned kNucleiGlow[4] = {36, 70, 256, 150};
-constexpr unsigned kFibreGlow[4] = {20, 256, 50, 200};
-constexpr unsigned kHaze = 5;
+constexpr unsigned nucleiGlow[4] = {36, 70, 256, 150};
+constexpr unsigned fibreGlow[4] = {20, 256, 50, 200};
+constexpr unsigned haze = 5;
 
 PSimLight fluorescenceLight(PSimLight light, std::uint64_t seed) {
     PSimCells cells(light.width, light.height, seed);
@@ -99,7 +99,7 @@ PSimLight fluorescenceLight(PSimLight light, std::uint64_t seed) {
             const std::size_t x = i / light.channels;
             const std::size_t colour = light.channels == 1 ? 3 : i % 3;
             const unsigned glow =
-                kHaze + ((n[x] * kNucleiGlow[colour]) >> 8) + ((f[x] * kFibreGlow[colour]) >> 8);
+                haze + ((n[x] * nucleiGlow[colour]) >> 8) + ((f[x] * fibreGlow[colour]) >> 8);
             out[i] = std::uint8_t(std::min(glow, 255U));
         }
     }
@@ -120,7 +120,7 @@ QImage loadPicture(const QString& path) {
 } // namespace
 
 void PSimLight::lightWith(double kelvin) {
-    if (channels != 3 || kelvin == PSimWhiteBalance::kNeutralTemperature)
+    if (channels != 3 || kelvin == PSimWhiteBalance::neutralTemperature)
         return;
     const PSimWhiteBalance::Channels lamp = PSimWhiteBalance::lamp(kelvin);
     for (std::size_t i = 0; i < values.size(); ++i)

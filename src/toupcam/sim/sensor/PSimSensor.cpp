@@ -7,17 +7,18 @@
 
 namespace {
 
-constexpr std::size_t kNoiseSize = std::size_t{1} << 18;
-constexpr double kNoiseDeviation = 28.0; // 4.5 standard deviations fit into a signed byte
-constexpr double kUnitsACount = 16.0;
+constexpr std::size_t noiseSize = std::size_t{1} << 18;
+constexpr double noiseDeviation = 28.0; // 4.5 standard deviations fit into a signed byte
+constexpr double unitsACount = 16.0;
 
 // Normally distributed numbers by the method of Box and Muller (1958).
 std::vector<std::int8_t> normalNoise() {
-    constexpr std::uint64_t kSeed = 1908; // any: which piece is used where depends on the sensor
-    PSimRandom random(kSeed);
-    std::vector<std::int8_t> noise(kNoiseSize);
-    for (std::size_t i = 0; i < kNoiseSize; i += 2) {
-        const double radius = kNoiseDeviation * std::sqrt(-2.0 * std::log(1.0 - random.uniform()));
+    constexpr std::uint64_t pieceSeed =
+        1908; // any: which piece is used where depends on the sensor
+    PSimRandom random(pieceSeed);
+    std::vector<std::int8_t> noise(noiseSize);
+    for (std::size_t i = 0; i < noiseSize; i += 2) {
+        const double radius = noiseDeviation * std::sqrt(-2.0 * std::log(1.0 - random.uniform()));
         const double angle = 6.283185307179586 * random.uniform();
         const auto byte = [](double value) {
             return std::int8_t(std::clamp(std::lround(value), -127L, 127L));
@@ -50,26 +51,26 @@ double darkElectrons(const PSimSensorSpec& spec, const PSimShot& shot) {
 
 // The limits keep the sum of signal and dark current, offset and both noises within 16 bits: 15000
 // + 1033 + 8096 + 8128 units.
-constexpr double kMostUnits = 15000.0;
+constexpr double mostUnits = 15000.0;
 
 // `light` is the share of the lamp's mean.
 PSimRowFactors makeFactors(const PSimSensorSpec& spec, const PSimShot& shot, double light) {
     const double countsAnElectron = shot.gain / spec.electronsPerCount;
     const double dark = darkElectrons(spec, shot);
-    const double darkUnits = std::min(dark * countsAnElectron * kUnitsACount, kMostUnits);
+    const double darkUnits = std::min(dark * countsAnElectron * unitsACount, mostUnits);
     const double signal = light * spec.electronsPerMs * shot.exposureMs / 255.0 * countsAnElectron;
     // Shot noise: the variance in counts is (signal x light) x countsAnElectron.
-    const double shotScale = std::sqrt(signal * countsAnElectron) / kNoiseDeviation / 16.0;
+    const double shotScale = std::sqrt(signal * countsAnElectron) / noiseDeviation / 16.0;
     const double readNoise = std::sqrt(spec.readNoise * spec.readNoise + dark);
-    const double readScale = readNoise * countsAnElectron / kNoiseDeviation / 256.0;
+    const double readScale = readNoise * countsAnElectron / noiseDeviation / 256.0;
     PSimRowFactors factors;
     factors.signal = limited(signal * 4096.0, 65535.0);
     factors.ceiling =
-        limited((spec.fullWell - dark) * countsAnElectron * kUnitsACount, kMostUnits - darkUnits);
-    factors.shot = std::int16_t(limited(shotScale * kUnitsACount * 65536.0, 16383.0));
-    factors.read = std::int16_t(limited(readScale * kUnitsACount * 65536.0, 16383.0));
+        limited((spec.fullWell - dark) * countsAnElectron * unitsACount, mostUnits - darkUnits);
+    factors.shot = std::int16_t(limited(shotScale * unitsACount * 65536.0, 16383.0));
+    factors.read = std::int16_t(limited(readScale * unitsACount * 65536.0, 16383.0));
     // Half a count to round; one unit because the three products are each rounded down.
-    factors.offset = std::int16_t(std::lround(spec.offset * kUnitsACount + darkUnits) + 8 + 1);
+    factors.offset = std::int16_t(std::lround(spec.offset * unitsACount + darkUnits) + 8 + 1);
     return factors;
 }
 
@@ -92,7 +93,7 @@ void PSimSensor::next(std::uint8_t* out) {
     if (!m_flicker.isSteady())
         m_factors = makeFactors(m_spec, m_shot, m_flicker.rowLight(m_row));
     const std::vector<std::int8_t>& noise = noiseSupply();
-    const std::size_t room = kNoiseSize - m_rowBytes;
+    const std::size_t room = noiseSize - m_rowBytes;
     const std::int8_t* shotNoise = noise.data() + m_random.below(room);
     const std::int8_t* readNoise = noise.data() + m_random.below(room);
     simExposeRow(m_light.values.data() + m_from, m_light.roots.data() + m_from, shotNoise,

@@ -5,9 +5,9 @@
 
 namespace {
 
-constexpr float kTissueUnitsWide = 5440.0F;
-constexpr float kPi = 3.14159265F;
-constexpr unsigned kGroundStep =
+constexpr float tissueUnitsWide = 5440.0F;
+constexpr float pi = 3.14159265F;
+constexpr unsigned groundStep =
     4; // pixels between two computed values of the ground; the others are interpolated
 
 float smoothStep(float low, float high, float x) {
@@ -22,7 +22,7 @@ float mixed(float a, float b, float share) {
 } // namespace
 
 PSimTissue::PSimTissue(unsigned width, unsigned height, std::uint64_t seed)
-    : m_scale(float(width) / kTissueUnitsWide)
+    : m_scale(float(width) / tissueUnitsWide)
     , m_unitsHigh(float(height) / m_scale)
     , m_field(seed)
     , m_random(seed)
@@ -39,10 +39,10 @@ void PSimTissue::paint() {
 }
 
 void PSimTissue::placeGlands() {
-    constexpr int kTries = 700;
-    for (int i = 0; i < kTries; ++i) {
+    constexpr int tries = 700;
+    for (int i = 0; i < tries; ++i) {
         Gland gland{};
-        gland.x = float(m_random.between(-200.0, kTissueUnitsWide + 200.0));
+        gland.x = float(m_random.between(-200.0, tissueUnitsWide + 200.0));
         gland.y = float(m_random.between(-200.0, m_unitsHigh + 200.0F));
         gland.radius = float(m_random.between(230.0, 430.0));
         gland.phase2 = float(m_random.between(0.0, 6.28));
@@ -84,7 +84,7 @@ float PSimTissue::coverage(float u, float v) const {
 PSimTissue::Stains PSimTissue::glandStains(const Place& place, float u, float v) const {
     const float ragged = place.depth + 0.10F * (m_field.fractal(u / 45.0F, v / 45.0F, 2) - 0.5F);
     const float wall = smoothStep(0.30F, 0.37F, ragged); // 0 in the lumen
-    const float cells = place.gland->radius * 2.0F * kPi / 30.0F;
+    const float cells = place.gland->radius * 2.0F * pi / 30.0F;
     // Borders between neighbouring cells run from the lumen to the edge.
     const float border =
         std::pow(std::abs(std::cos(0.5F * std::floor(cells) * place.angle)), 12.0F);
@@ -104,10 +104,10 @@ float PSimTissue::displacement(float u, float v) const {
 
 // The direction the collagen runs in: along a line of equal v + displacement.
 float PSimTissue::fibreAngle(float u, float v) const {
-    constexpr float kReach = 30.0F;
+    constexpr float gradientReach = 30.0F;
     const float here = displacement(u, v);
-    const float across = (displacement(u + kReach, v) - here) / kReach;
-    const float down = (displacement(u, v + kReach) - here) / kReach;
+    const float across = (displacement(u + gradientReach, v) - here) / gradientReach;
+    const float down = (displacement(u, v + gradientReach) - here) / gradientReach;
     return std::atan2(-across, 1.0F + down);
 }
 
@@ -151,24 +151,24 @@ PSimTissue::Stains PSimTissue::stainsAt(float u, float v) const {
 }
 
 void PSimTissue::paintGround() {
-    const unsigned columns = m_nuclei.width() / kGroundStep + 2;
-    const float unitsAStep = float(kGroundStep) / m_scale;
+    const unsigned columns = m_nuclei.width() / groundStep + 2;
+    const float unitsAStep = float(groundStep) / m_scale;
     std::array<std::vector<Stains>, 2> lines{std::vector<Stains>(columns),
                                              std::vector<Stains>(columns)};
     const auto compute = [&](std::vector<Stains>& line, unsigned y) {
         for (unsigned i = 0; i < columns; ++i)
-            line[i] = stainsAt(float(i) * unitsAStep, float(y / kGroundStep) * unitsAStep);
+            line[i] = stainsAt(float(i) * unitsAStep, float(y / groundStep) * unitsAStep);
     };
     compute(lines[1], 0);
     for (unsigned y = 0; y < m_nuclei.height(); ++y) {
-        if (y % kGroundStep == 0) {
+        if (y % groundStep == 0) {
             lines[0].swap(lines[1]);
-            compute(lines[1], y + kGroundStep);
+            compute(lines[1], y + groundStep);
         }
-        const float down = float(y % kGroundStep) / kGroundStep;
+        const float down = float(y % groundStep) / groundStep;
         for (unsigned x = 0; x < m_nuclei.width(); ++x) {
-            const float right = float(x % kGroundStep) / kGroundStep;
-            const std::size_t i = x / kGroundStep;
+            const float right = float(x % groundStep) / groundStep;
+            const std::size_t i = x / groundStep;
             const auto blend = [&](float Stains::*stain) {
                 return mixed(mixed(lines[0][i].*stain, lines[0][i + 1].*stain, right),
                              mixed(lines[1][i].*stain, lines[1][i + 1].*stain, right), down);
@@ -209,10 +209,10 @@ void PSimTissue::paintGoblet(float u, float v, float size) {
 }
 
 void PSimTissue::paintGlandCells(const Gland& gland) {
-    const auto count = int(2.0F * kPi * gland.radius / 27.0F);
+    const auto count = int(2.0F * pi * gland.radius / 27.0F);
     for (int i = 0; i < count; ++i) {
         const float angle =
-            (float(i) + float(m_random.between(0.2, 0.8))) * 2.0F * kPi / float(count);
+            (float(i) + float(m_random.between(0.2, 0.8))) * 2.0F * pi / float(count);
         const float edge = gland.radius * (1.0F + 0.14F * std::sin(2.0F * angle + gland.phase2) +
                                            0.07F * std::sin(3.0F * angle + gland.phase3));
         const auto at = [&](double low, double high) {
@@ -235,11 +235,11 @@ void PSimTissue::paintGlandCells(const Gland& gland) {
 }
 
 void PSimTissue::paintStromaCells() {
-    constexpr float kStromaPitch = 62.0F;
-    for (float y = 0.0F; y < m_unitsHigh; y += kStromaPitch) {
-        for (float x = 0.0F; x < kTissueUnitsWide; x += kStromaPitch) {
-            const float u = x + float(m_random.between(0.0, kStromaPitch));
-            const float v = y + float(m_random.between(0.0, kStromaPitch));
+    constexpr float stromaPitch = 62.0F;
+    for (float y = 0.0F; y < m_unitsHigh; y += stromaPitch) {
+        for (float x = 0.0F; x < tissueUnitsWide; x += stromaPitch) {
+            const float u = x + float(m_random.between(0.0, stromaPitch));
+            const float v = y + float(m_random.between(0.0, stromaPitch));
             const double kind = m_random.uniform();
             const auto strength = float(m_random.between(0.7, 0.95));
             const float angle = fibreAngle(u, v) + float(m_random.between(-0.25, 0.25));

@@ -6,9 +6,9 @@
 
 namespace {
 
-constexpr double kTolerance = 0.02; // share of the target that is near enough
-constexpr double kDamping = 0.7;    // share of the error, in stops, that one frame corrects
-constexpr double kLargestStep = 4.0;
+constexpr double tolerance = 0.02; // share of the target that is near enough
+constexpr double damping = 0.7;    // share of the error, in stops, that one frame corrects
+constexpr double largestStep = 4.0;
 
 } // namespace
 
@@ -30,11 +30,11 @@ PSimExposure PSimAutoExposure::next(PSimExposure current, double mean, double ta
                                     double beat) const {
     const double now = current.microseconds;
     const bool steady = std::abs(allowed(now, beat) - now) < 1.0;
-    if (steady && std::abs(mean - target) <= kTolerance * target)
+    if (steady && std::abs(mean - target) <= tolerance * target)
         return current;
-    const double ratio = std::clamp(target / std::max(mean, 1.0), 1.0 / kLargestStep, kLargestStep);
+    const double ratio = std::clamp(target / std::max(mean, 1.0), 1.0 / largestStep, largestStep);
     // Exposure time and gain act on the brightness alike, so their product is what is corrected.
-    const double light = now * (current.gainPercent / 100.0) * std::pow(ratio, kDamping);
+    const double light = now * (current.gainPercent / 100.0) * std::pow(ratio, damping);
     const double time = allowed(light / (m_gain.minimum / 100.0), beat);
     const double gain =
         std::clamp(100.0 * light / time, double(m_gain.minimum), double(m_gain.maximum));

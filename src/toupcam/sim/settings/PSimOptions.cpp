@@ -15,8 +15,8 @@ HRESULT onlyZero(int value) {
 }
 
 HRESULT checkBinning(int value) {
-    return value >= PSimOptions::kAverage
-               ? inRange(value, PSimOptions::kAverage + 2, PSimOptions::kAverage + 4)
+    return value >= PSimOptions::averageBit
+               ? inRange(value, PSimOptions::averageBit + 2, PSimOptions::averageBit + 4)
                : inRange(value, 1, 4);
 }
 

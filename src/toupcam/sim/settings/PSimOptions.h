@@ -12,7 +12,7 @@
 class PSimOptions {
 public:
     /// In the binning option: pixels are averaged rather than summed.
-    static constexpr int kAverage = 0x80;
+    static constexpr int averageBit = 0x80;
 
     /// Power-on values.
     explicit PSimOptions(const PSimCameraSpec& spec);

@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr std::size_t kCount = std::size_t(PSimScalar::Count);
+constexpr std::size_t scalarCount = std::size_t(PSimScalar::Count);
 
 struct Rule {
     int minimum;
@@ -16,7 +16,7 @@ struct Rule {
 };
 
 // In the order of PSimScalar.
-constexpr Rule kRules[kCount] = {
+constexpr Rule rules[scalarCount] = {
     {-180, 180, 0, false, true},  // hue
     {0, 255, 128, false, true},   // saturation
     {-64, 64, 0, false, false},   // brightness
@@ -27,12 +27,12 @@ constexpr Rule kRules[kCount] = {
     {0, 1, 0, true, false},       // vertical flip
     {0, 1, 0, true, false},       // horizontal flip
     {0, 2, 2, false, false},      // light frequency
-    {2000, 15000, PSimWhiteBalance::kNeutralTemperature, false, true},
-    {200, 2500, PSimWhiteBalance::kNeutralTint, false, true},
+    {2000, 15000, PSimWhiteBalance::neutralTemperature, false, true},
+    {200, 2500, PSimWhiteBalance::neutralTint, false, true},
 };
 
 const Rule& findRule(PSimScalar scalar) {
-    return kRules[std::size_t(scalar)];
+    return rules[std::size_t(scalar)];
 }
 
 } // namespace
@@ -40,8 +40,8 @@ const Rule& findRule(PSimScalar scalar) {
 PSimScalarSettings::PSimScalarSettings(bool colour)
     : m_colour(colour)
     , m_values() {
-    for (std::size_t i = 0; i < kCount; ++i)
-        m_values[i] = kRules[i].initial;
+    for (std::size_t i = 0; i < scalarCount; ++i)
+        m_values[i] = rules[i].initial;
 }
 
 bool PSimScalarSettings::has(PSimScalar scalar) const {

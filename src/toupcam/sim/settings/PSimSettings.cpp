@@ -9,13 +9,13 @@
 
 namespace {
 
-constexpr short kColdestTarget = -500;
-constexpr short kWarmestTarget = 400;
+constexpr short coldestTarget = -500;
+constexpr short warmestTarget = 400;
 
 // The light of a lamp on alternating current pulses twice in each period.
 double beatPeriod(int lightFrequency) {
-    constexpr double kMicroseconds = 1e6;
-    constexpr double beats[] = {kMicroseconds / 120.0, kMicroseconds / 100.0, 0.0};
+    constexpr double microsecondsInASecond = 1e6;
+    constexpr double beats[] = {microsecondsInASecond / 120.0, microsecondsInASecond / 100.0, 0.0};
     return beats[lightFrequency];
 }
 
@@ -48,7 +48,7 @@ HRESULT PSimSettings::option(unsigned option, int* value) const {
     const bool voltage = option == TOUPCAM_OPTION_TEC_VOLTAGE;
     if (!value || !hasCooler() || (!voltage && option != TOUPCAM_OPTION_TEC_VOLTAGE_MAX))
         return m_options.get(option, value);
-    *value = voltage ? m_thermal->voltage() : PSimThermal::kHighestVoltage;
+    *value = voltage ? m_thermal->voltage() : PSimThermal::highestVoltage;
     return S_OK;
 }
 
@@ -60,7 +60,7 @@ PSimCooling PSimSettings::cooling() const {
 HRESULT PSimSettings::setTargetTemperature(short target) {
     if (!hasCooler())
         return E_NOTIMPL;
-    if (target < kColdestTarget || target > kWarmestTarget)
+    if (target < coldestTarget || target > warmestTarget)
         return E_INVALIDARG;
     const std::lock_guard lock(m_mutex);
     m_targetTemperature = target;
@@ -234,8 +234,8 @@ PSimGeometry PSimSettings::makeGeometry(unsigned resolution) const {
     PSimGeometry geometry;
     geometry.region = m_region.scaled(m_spec->resolutions[m_resolution].size(),
                                       m_spec->resolutions[resolution].size());
-    geometry.binning = unsigned(binning & ~PSimOptions::kAverage);
-    geometry.average = (binning & PSimOptions::kAverage) != 0;
+    geometry.binning = unsigned(binning & ~PSimOptions::averageBit);
+    geometry.average = (binning & PSimOptions::averageBit) != 0;
     geometry.rotation = unsigned(m_options.value(TOUPCAM_OPTION_ROTATE, 0));
     geometry.hFlip = m_scalars.value(PSimScalar::HFlip) != 0;
     geometry.vFlip = m_scalars.value(PSimScalar::VFlip) != 0;

@@ -6,16 +6,16 @@
 
 namespace {
 
-constexpr double kTimeConstant = 40.0; // seconds
-constexpr double kIdleHeat = 3.0;      // kelvin above the air
-constexpr double kStreamHeat = 9.0;
-constexpr double kFanRelief = 0.5;    // share of the heat that a full fan carries away
-constexpr double kMostCooling = 45.0; // kelvin
-constexpr double kCoolingWithoutFan = 0.4;
-constexpr double kVoltageAKelvin = 0.25;
+constexpr double timeConstant = 40.0; // seconds
+constexpr double idleHeat = 3.0;      // kelvin above the air
+constexpr double streamHeat = 9.0;
+constexpr double fanRelief = 0.5;         // share of the heat that a full fan carries away
+constexpr double strongestCooling = 45.0; // kelvin
+constexpr double coolingWithoutFan = 0.4;
+constexpr double voltageAKelvin = 0.25;
 
-constexpr double kLoopStep = 0.25; // seconds: small beside 3 s, the loop's own time constant
-constexpr double kLongEnough = 20.0 * kTimeConstant; // all is settled after that
+constexpr double loopStep = 0.25; // seconds: small beside 3 s, the loop's own time constant
+constexpr double longEnough = 20.0 * timeConstant; // all is settled after that
 
 } // namespace
 
@@ -23,7 +23,7 @@ PSimThermal::PSimThermal(const PSimCameraSpec& spec)
     : m_ambient(spec.ambientCelsius)
     , m_speed(spec.thermalSpeed)
     , m_fanLevels(spec.fanLevels)
-    , m_celsius(m_ambient + kIdleHeat)
+    , m_celsius(m_ambient + idleHeat)
     , m_when(Clock::now()) {
 }
 
@@ -48,7 +48,7 @@ double PSimThermal::celsius() {
 int PSimThermal::voltage() {
     const std::lock_guard lock(m_mutex);
     advance();
-    return int(std::lround(kHighestVoltage * voltageShare()));
+    return int(std::lround(highestVoltage * voltageShare()));
 }
 
 // Called under the lock, as all below: brings the temperature up to now.
@@ -56,15 +56,15 @@ void PSimThermal::advance() {
     const Clock::time_point now = Clock::now();
     const std::chrono::duration<double> passed = now - m_when;
     m_when = now;
-    double left = std::min(passed.count() * m_speed, kLongEnough);
-    for (; left > kLoopStep; left -= kLoopStep)
-        step(kLoopStep);
+    double left = std::min(passed.count() * m_speed, longEnough);
+    for (; left > loopStep; left -= loopStep)
+        step(loopStep);
     step(left);
 }
 
 void PSimThermal::step(double seconds) {
     const double end = uncooled() - voltageShare() * mostCooling();
-    m_celsius += (end - m_celsius) * seconds / kTimeConstant;
+    m_celsius += (end - m_celsius) * seconds / timeConstant;
 }
 
 double PSimThermal::fanShare() const {
@@ -72,12 +72,12 @@ double PSimThermal::fanShare() const {
 }
 
 double PSimThermal::uncooled() const {
-    const double heat = kIdleHeat + (m_streams > 0 ? kStreamHeat : 0.0);
-    return m_ambient + heat * (1.0 - kFanRelief * fanShare());
+    const double heat = idleHeat + (m_streams > 0 ? streamHeat : 0.0);
+    return m_ambient + heat * (1.0 - fanRelief * fanShare());
 }
 
 double PSimThermal::mostCooling() const {
-    return kMostCooling * (kCoolingWithoutFan + (1.0 - kCoolingWithoutFan) * fanShare());
+    return strongestCooling * (coolingWithoutFan + (1.0 - coolingWithoutFan) * fanShare());
 }
 
 double PSimThermal::voltageShare() const {
@@ -85,5 +85,5 @@ double PSimThermal::voltageShare() const {
         return 0.0;
     const double target = m_cooling.target / 10.0;
     const double holding = (uncooled() - target) / mostCooling();
-    return std::clamp(holding + kVoltageAKelvin * (m_celsius - target), 0.0, 1.0);
+    return std::clamp(holding + voltageAKelvin * (m_celsius - target), 0.0, 1.0);
 }

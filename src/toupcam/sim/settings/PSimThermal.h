@@ -25,7 +25,7 @@ struct PSimCooling {
 /// thread.
 class PSimThermal {
 public:
-    static constexpr int kHighestVoltage = 120; ///< 0.1 V
+    static constexpr int highestVoltage = 120; ///< 0.1 V
 
     explicit PSimThermal(const PSimCameraSpec& spec);
 

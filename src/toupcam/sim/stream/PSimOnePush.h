@@ -19,7 +19,7 @@ public:
     /// Replaces a request that still waits.
     void place(const Request& request) {
         m_request = request;
-        m_frames = kFrames;
+        m_frames = frames;
     }
     void drop() { m_request.reset(); }
 
@@ -31,7 +31,7 @@ public:
     }
 
 private:
-    static constexpr unsigned kFrames = 2;
+    static constexpr unsigned frames = 2;
 
     std::optional<Request> m_request;
     unsigned m_frames = 0;

@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr std::size_t kMostStills = 16;
+constexpr std::size_t mostStills = 16;
 
 } // namespace
 
@@ -143,7 +143,7 @@ HRESULT PSimStreamSchedule::requestStill(unsigned resolution) {
     const std::lock_guard lock(m_mutex);
     if (!m_active || m_stopping)
         return E_UNEXPECTED;
-    if (m_stills.size() >= kMostStills)
+    if (m_stills.size() >= mostStills)
         return E_PENDING;
     m_stills.push_back(resolution);
     m_wake.notify_all();

@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr unsigned kEndless = 0xffff;
+constexpr unsigned endlessCount = 0xffff;
 
 } // namespace
 
@@ -63,7 +63,7 @@ void PSimTrigger::beginNoEarlier(Time limit) {
 }
 
 void PSimTrigger::taken(Time now) {
-    if (m_pending != kEndless)
+    if (m_pending != endlessCount)
         --m_pending;
     m_since.reset();
     if (m_pending > 0)

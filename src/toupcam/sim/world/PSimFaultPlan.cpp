@@ -11,7 +11,7 @@
 namespace {
 
 // A header may lie: this much memory at most stands behind one, however large it says it is.
-constexpr std::size_t kMostMalformedBytes = std::size_t{256} << 20;
+constexpr std::size_t mostMalformedBytes = std::size_t{256} << 20;
 
 } // namespace
 
@@ -174,7 +174,7 @@ void PSimFaultPlan::pushMalformed(const PSimFaultSpec& step) {
     header.biPlanes = 1;
     header.biBitCount = step.bits;
     header.biSizeImage = step.sizeImage;
-    const std::size_t bytes = std::clamp<std::size_t>(step.sizeImage, 4096, kMostMalformedBytes);
+    const std::size_t bytes = std::clamp<std::size_t>(step.sizeImage, 4096, mostMalformedBytes);
     const std::vector<std::uint8_t> data(bytes);
     m_world.pushRaw(step.camera, data.data(), &header, 0);
 }

@@ -16,7 +16,7 @@ void PSimJournal::add(std::string line) {
     if (m_file.is_open())
         m_file << line << std::endl; // flushed: a crash must not lose the last calls
     m_lines.push_back(std::move(line));
-    if (m_lines.size() > kMaxLines)
+    if (m_lines.size() > maxLines)
         m_lines.pop_front();
 }
 

@@ -10,7 +10,7 @@
 /// thread.
 class PSimJournal {
 public:
-    static constexpr std::size_t kMaxLines = 100000;
+    static constexpr std::size_t maxLines = 100000;
 
     /// Also appends each line to this file; an unwritable path is reported on stderr and ignored.
     void copyToFile(const std::string& path);

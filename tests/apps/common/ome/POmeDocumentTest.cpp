@@ -142,7 +142,7 @@ TEST(OmeDocument, an_unfinished_one_tells_the_number_of_pictures_in_a_place_of_i
     document.name = u"SizeT=\"0000000001\""_qs;
     POmeDocument::Unfinished unfinished = document.toUnfinishedXml();
     EXPECT_EQ(OmeXml(unfinished.xml).attribute("Pixels", "SizeT").toInt(), 1);
-    unfinished.xml.replace(unfinished.countPosition, POmeDocument::CountDigits,
+    unfinished.xml.replace(unfinished.countPosition, POmeDocument::countDigits,
                            POmeDocument::countText(12'345));
     const OmeXml xml(unfinished.xml);
     EXPECT_EQ(xml.complaints(), QString());

@@ -57,7 +57,7 @@ TEST_F(PViewGeometryTest, zooming_in_and_out_again_comes_back) {
 
 TEST_F(PViewGeometryTest, the_scale_has_limits) {
     geometry.zoomTo(1000, {400, 300});
-    EXPECT_DOUBLE_EQ(geometry.scale(), PViewGeometry::LargestScale);
+    EXPECT_DOUBLE_EQ(geometry.scale(), PViewGeometry::largestScale);
     geometry.zoomTo(0.0001, {400, 300});
     EXPECT_DOUBLE_EQ(geometry.scale(), 0.2);
 }
