@@ -136,6 +136,8 @@ class Header:
         before = [token.text for token in self.code.tokens[start:bracket]]
         if "operator" in before or self.code.kind(bracket - 1) != "word":
             return ""
+        if self.code.at(bracket - 2) == "::":  # a definition: its declaration is elsewhere
+            return ""
         return ("~" if self.code.at(bracket - 2) == "~" else "") + self.code.at(bracket - 1)
 
     def add(self, kind, name, start, end, **more):

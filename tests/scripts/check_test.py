@@ -303,6 +303,12 @@ class HeadersTest(TreeTest):
     def test_a_function_with_a_body_of_some_lines_needs_one(self):
         self.expect(self.check("// thread\n\nint a() {\n    return b();\n}\n"), "src/PA.h:3")
 
+    def test_the_definition_of_a_template_s_function_needs_none(self):
+        text = ("/// Any thread.\nstruct PA {\n    /// Makes it.\n    template <typename T>\n"
+                "    T make();\n};\n\ntemplate <typename T>\nT %smake() {\n    return T();\n}\n")
+        self.expect(self.check(text % "PA::"))
+        self.expect(self.check(text % ""), "src/PA.h:8")
+
     def test_a_header_with_functions_that_names_no_thread_is_found(self):
         text = "/// A thing.\nstruct PA {\n    /// Makes it.\n    int make();\n};\n"
         self.expect(self.check(text), "src/PA.h:1")
