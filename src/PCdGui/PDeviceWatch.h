@@ -21,6 +21,7 @@ public:
     void update();
 
 signals:
+    /// isUsable() has changed.
     void usableChanged(bool usable);
 
 protected:

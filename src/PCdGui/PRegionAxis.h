@@ -9,6 +9,7 @@
 /// value; any thread.
 class PRegionAxis {
 public:
+    /// The axis of left edges and widths, and that of top edges and heights, in a region's range.
     static PRegionAxis horizontal(const PScanAreaRange& range);
     static PRegionAxis vertical(const PScanAreaRange& range);
 

@@ -8,7 +8,7 @@
 
 /// What PBinaryWriter and PBinaryReader agree on. A document is the magic number, the version, the
 /// records, a record End, and the checksum of all before it; numbers big-endian, texts and values
-/// in the form of QDataStream.
+/// in the form of QDataStream. Any thread.
 namespace PBinaryFormat {
 
 constexpr quint32 magic = 0x50434453; // "PCDS"
@@ -24,6 +24,7 @@ enum Record : quint8 {
     Value = 2, ///< a name, the type as the number of its QMetaType, the value
 };
 
+/// The remainder of each byte, for checksum().
 constexpr std::array<quint32, 256> makeCrcTable() {
     std::array<quint32, 256> table{};
     for (quint32 byte = 0; byte < 256; ++byte) {

@@ -6,6 +6,7 @@
 /// Result of an operation that succeeds or fails with a reason. A value; any thread.
 class PStatus {
 public:
+    /// How the operation ended.
     enum Code { Ok, Failed };
 
     PStatus(Code code = Ok) // implicit: `return PStatus::Ok;` is how hooks answer

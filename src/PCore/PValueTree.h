@@ -37,7 +37,10 @@ public:
     /// Replaces the content and stands at the root.
     void setRoot(Object&& root);
 
+    /// Enters an object of the current one; false, and it stays where it is, if there is none of
+    /// this name.
     bool enter(const QString& name);
+    /// Goes back to the object around the current one; at the root it does nothing.
     void leave();
     /// The object it stands in.
     const Object& current() const { return m_path.empty() ? m_root : *m_path.back(); }

@@ -44,6 +44,7 @@ public:
     /// Gives everything that waits back to the system.
     void trim();
 
+    /// The counts, all of the same moment.
     Statistics statistics() const;
 
 private:

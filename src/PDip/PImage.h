@@ -66,7 +66,10 @@ public:
     /// create() does, or if data is null.
     bool set(const unsigned char* data, const PImageHeader& header);
 
+    /// True if it has no pixels.
     bool isNull() const;
+    /// Its geometry and format; those of a default PImageHeader if it is null. The functions below
+    /// give parts of them.
     PImageHeader header() const;
     long width() const { return header().width(); }
     long height() const { return header().height(); }

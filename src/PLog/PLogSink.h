@@ -13,6 +13,7 @@
 class PLogSink {
 public:
     virtual ~PLogSink() = default;
+    /// Takes one record, which is valid during the call.
     virtual void write(const PLogRecord& record) = 0;
 };
 

@@ -126,6 +126,8 @@ public:
     const QList<PDevicePropertyGroup*>& supportPropertyGroups();
 
     void setProcessImage(bool process) { m_processImage = process; }
+    /// What the device can do. Its plugin sets the options when it makes the device; none is set at
+    /// first.
     void setDeviceOption(PCD::DeviceOption option, bool on);
     bool hasDeviceOption(PCD::DeviceOption option) const;
 
@@ -160,6 +162,7 @@ public:
     static constexpr std::size_t defaultFrameByteLimit = std::size_t(2) << 30;
 
 signals:
+    /// setMode() applied this mode.
     void modeChanged(PDeviceMode mode);
     /// The device was unlinked; the argument is deviceId(false).
     void unlinked(QByteArray id);

@@ -40,6 +40,7 @@ public slots:
     void updateDevices();
 
 signals:
+    /// See PDeviceRegister::deviceAdded().
     void deviceAdded(PDevice* device);
     /// See PDeviceRegister::deviceRemoved().
     void deviceRemoved(PDevice* device);

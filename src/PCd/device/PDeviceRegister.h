@@ -52,6 +52,7 @@ public slots:
     void updateDevices();
 
 signals:
+    /// The device is in the list and not yet linked.
     void deviceAdded(PDevice* device);
     /// The device is stopped and unlinked, out of the list, and about to be deleted.
     void deviceRemoved(PDevice* device);

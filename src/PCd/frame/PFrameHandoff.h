@@ -34,7 +34,9 @@ public:
     /// The device's thread is here; the next push needs a new wake.
     void wakeArrived();
 
+    /// The number of frames that wait, snapshots included.
     std::size_t size() const;
+    /// The bytes of live frames that may wait, for the pushes to come.
     void setByteLimit(std::size_t byteLimit);
 
 private:

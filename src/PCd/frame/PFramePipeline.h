@@ -35,6 +35,8 @@ public:
     PDeviceFrame newestFrame() const;
     void setByteLimit(std::size_t bytes) { m_handoff.setByteLimit(bytes); }
 
+    /// Lets this number of live frames in from now on and counts the others as not requested;
+    /// without a number, lets all in. Any thread.
     void limitLive(std::optional<quint64> count);
 
     /// The settings that frames are stamped with from now on.

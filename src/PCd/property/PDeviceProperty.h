@@ -90,7 +90,9 @@ public slots:
     void updateValueFromDevice(bool force = false);
 
 signals:
+    /// The cached value: after each setValue(), and after a reading that changed it or was forced.
     void valueChanged(const QVariant& value);
+    /// The cached range: after a reading that changed it or was forced.
     void rangeChanged(const QVariant& range);
     /// setValue() is about to send this value to the device.
     void valueAboutToBeSent(const QVariant& value);

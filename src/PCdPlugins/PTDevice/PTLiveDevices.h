@@ -9,6 +9,7 @@ class PDevice;
 /// thread.
 namespace PTLiveDevices {
 
+/// From now on withDevice() works on this device. Its constructor calls it.
 void add(const PDevice* device);
 /// When it returns, no call of withDevice() works on this device any more.
 void remove(const PDevice* device);

@@ -17,5 +17,6 @@ public slots:
     void slotValueChanged();
 
 signals:
+    /// The signal of PDeviceProperty, with the value typed.
     void valueChanged(bool value);
 };

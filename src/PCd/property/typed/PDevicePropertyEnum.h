@@ -22,6 +22,7 @@ public slots:
     void slotRangeChanged();
 
 signals:
+    /// The signals of PDeviceProperty, with value and range typed.
     void valueChanged(QUuid value);
     void rangeChanged(PEnumeration range);
 };

@@ -19,6 +19,7 @@ public slots:
     void slotRangeChanged();
 
 signals:
+    /// The signals of PDeviceProperty, with value and range typed.
     void valueChanged(int value);
     void rangeChanged(PMinMaxRange<int> range);
 };

@@ -27,6 +27,7 @@ public:
     const PCameraSdk& sdk() const { return m_sdk; }
     PDeviceManager& manager() { return m_manager; }
     const PDeviceManager& manager() const { return m_manager; }
+    /// The identity of one of the manager's devices, simulated if the SDK is.
     PCameraIdentity identityOf(const PDevice* device) const;
 
 private:

@@ -19,6 +19,7 @@ class PTriggerControl {
     Q_DECLARE_TR_FUNCTIONS(PTriggerControl)
 
 public:
+    /// What starts an exposure.
     enum class Source { Software, External };
     /// A run that only the next fire() ends.
     static constexpr int endless = 0xffff;

@@ -18,7 +18,7 @@ struct POmePlane {
 };
 
 /// What the OME-XML of a stack says (schema 2016-06, www.openmicroscopy.org/Schemas). All pictures
-/// are of one camera and one size. A value.
+/// are of one camera and one size. A value; any thread.
 struct POmeDocument {
     QString creator; ///< the program
     QString name;    ///< of the recording
@@ -43,6 +43,7 @@ struct POmeDocument {
         QByteArray xml;
         qsizetype countPosition = 0;
     };
+    /// The document for such a recording, as UTF-8; the first of `planes` is described.
     Unfinished toUnfinishedXml() const;
     static constexpr int countDigits = 10;
     /// A number of pictures, padded with zeros to countDigits.

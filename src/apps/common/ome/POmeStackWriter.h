@@ -19,6 +19,7 @@ public:
     /// What one file may hold: libtiff, with which most programs read, takes no more directories.
     static constexpr quint64 framesAFileHolds = 1'048'576;
 
+    /// Where the file goes, and what it says of the recording.
     struct Options {
         QString path;
         PCameraIdentity camera;

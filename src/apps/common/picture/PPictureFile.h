@@ -14,10 +14,12 @@ class PPictureFile {
     Q_DECLARE_TR_FUNCTIONS(PPictureFile)
 
 public:
+    /// What happens to an older file of the same name.
     enum class Existing {
         Replace, ///< an older file of this name is replaced, in one step
         Keep,    ///< an older file of this name is left alone, and saving fails
     };
+    /// What the compression aims at.
     enum class Effort {
         Small, ///< the smaller file
         Fast,  ///< the shorter time

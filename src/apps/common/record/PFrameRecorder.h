@@ -40,6 +40,7 @@ public:
     /// end().
     bool waitUntilFinished(std::chrono::milliseconds timeout);
 
+    /// How far a recording is, all figures of the same moment.
     struct Progress {
         PRecordTally tally;
         std::optional<double> share; ///< of the set end, from 0 to 1
@@ -49,6 +50,7 @@ public:
         bool isFinished = false; ///< after end(): the files are complete
         QString error;           ///< why frames or files are missing, translated; empty: none
     };
+    /// The progress at this time. Any thread.
     Progress progress(Clock::time_point now = Clock::now()) const;
 
 private:

@@ -13,6 +13,7 @@ public:
     using TimePoint = std::chrono::steady_clock::time_point;
     using Duration = std::chrono::steady_clock::duration;
 
+    /// Which frames are requested; without any end, all until end() is called.
     struct Plan {
         std::optional<quint64> frames;    ///< the number; at least 1
         std::optional<Duration> duration; ///< from the first frame on

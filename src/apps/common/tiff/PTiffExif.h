@@ -5,7 +5,7 @@
 
 #include <tiffio.h>
 
-/// The tags of a picture as TIFF and EXIF have them.
+/// The tags of a picture as TIFF and EXIF have them. The thread that writes the file.
 class PTiffExif {
 public:
     /// Writes an EXIF directory, and gives the directory that is made next the tags of TIFF and a

@@ -19,6 +19,7 @@ class PTiffStack {
     Q_DECLARE_TR_FUNCTIONS(PTiffStack)
 
 public:
+    /// What the file may grow to, which decides its format.
     enum class Size {
         UpTo4Gb,   ///< classic TIFF, which everything reads
         Unlimited, ///< BigTIFF

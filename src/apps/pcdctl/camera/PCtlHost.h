@@ -22,6 +22,8 @@ public:
         PDevice* device = nullptr;
         PCtlOutcome outcome;
     };
+    /// The device that this index, id or prefix of an id stands for; without a text, the only or
+    /// first one. Else an outcome that says what was given and which cameras there are.
     Choice choose(const QString& camera) const;
 
 private:

@@ -8,6 +8,7 @@
 
 /// What the user requested on the command line. A value; any thread.
 struct PCtlOptions : PProgramOptions {
+    /// The command: the first word, see PCtlSyntax.
     enum class Command {
         List,
         Modes,
@@ -22,6 +23,7 @@ struct PCtlOptions : PProgramOptions {
         Record,
         Monitor
     };
+    /// The second word of the command `profile`.
     enum class ProfileAction { Save, Load, Diff };
 
     Command command = Command::List;

@@ -5,6 +5,7 @@
 
 /// How a step of the program ended: its exit code, and a message for the user if not 0. A value.
 struct PCtlOutcome {
+    /// The exit codes, as the help documents them.
     enum Code { Done = 0, Failed = 1, WrongUsage = 2, NotFound = 3 };
 
     Code code = Done;

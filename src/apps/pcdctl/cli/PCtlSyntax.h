@@ -9,6 +9,7 @@
 /// The commands and options of the program as data. The main thread.
 namespace PCtlSyntax {
 
+/// One command: its name, its options and its help.
 struct CommandSyntax {
     PCtlOptions::Command command;
     QString name;

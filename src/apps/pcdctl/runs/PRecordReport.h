@@ -11,6 +11,7 @@ struct PRecordReport {
     QString file; ///< the stack, or the pattern of the files
     PRecordTally tally;
 
+    /// The object that `--json` prints.
     QJsonObject toJson() const;
     /// Several lines of text.
     QString toText() const;

@@ -21,6 +21,7 @@ struct PStreamReport {
     std::optional<quint64> saved; ///< frames saved, if any should be
     QString error;                ///< empty: none
 
+    /// The object that `--json` prints.
     QJsonObject toJson() const;
     /// Several lines of text.
     QString toText() const;

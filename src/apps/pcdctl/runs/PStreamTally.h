@@ -10,6 +10,7 @@ class PStreamTally {
 public:
     using Clock = PFpsCounter::Clock;
 
+    /// Counts a frame, at the time of arrival that it is stamped with.
     void add(const PImage& image);
 
     quint64 frames() const { return m_frames; }

@@ -23,6 +23,7 @@ public:
     void forget();
 
 signals:
+    /// The newest picture was analysed.
     void analysed(const PFrameAnalysis& analysis);
 
 private:

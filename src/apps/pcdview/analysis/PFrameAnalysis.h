@@ -26,10 +26,12 @@ struct PFrameAnalysis {
     bool isGrey() const { return channels.size() == 1; }
     double overShare() const { return share(over); }
     double underShare() const { return share(under); }
+    /// The mean sample of a channel (0: grey or red), from 0 to 255.
     double mean(std::size_t channel) const;
     /// The levels that all but 0.1 % of the samples at either end lie between, over all channels.
     std::pair<int, int> usedLevels() const;
 
+    /// Reads every pixel of an image; without channels for a null image.
     static PFrameAnalysis of(const PImage& image);
 
 private:

@@ -14,6 +14,7 @@ class PHistogramWidget : public QWidget {
 public:
     explicit PHistogramWidget(QWidget* parent = nullptr);
 
+    /// Shows the counts of this analysis; an empty one clears it.
     void setAnalysis(const PFrameAnalysis& analysis);
     /// Draws the heights on a logarithmic scale, so that small counts are visible.
     void setLogarithmic(bool logarithmic);

@@ -28,6 +28,7 @@ class PViewCamera : public QObject {
     Q_OBJECT
 
 public:
+    /// Whether live frames arrive, and if not, why.
     enum class State { Live, Paused, Unplugged };
 
     /// Another clock than the system's, for its long exposures, is for tests.
@@ -79,7 +80,9 @@ public:
     double megabytesPerSecond() const; ///< million bytes a second, of pixels
 
 signals:
+    /// state(), or whether it is recorded or awaits triggers, may have changed.
     void stateChanged();
+    /// The device has another mode, or is another device.
     void modeChanged();
     /// A frame to be shown: the newest, and about 30 a second at most.
     void frameChanged(const PDeviceFrame& frame);

@@ -17,6 +17,7 @@ class PPictureSaver : public QObject {
     Q_OBJECT
 
 public:
+    /// One picture to save, and where.
     struct Job {
         QString path;
         PDeviceFrame frame;

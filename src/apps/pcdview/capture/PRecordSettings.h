@@ -5,9 +5,11 @@
 
 #include <QString>
 
-/// What the user wants to record. A value.
+/// What the user wants to record. A value; the GUI thread.
 struct PRecordSettings {
+    /// What ends the recording.
     enum class End { AfterFrames, AfterTime, ByHand };
+    /// The files that are written: one stack, or one file a frame.
     enum class Format { OmeTiff, TiffSeries, PngSeries };
 
     End end = End::AfterFrames;
@@ -17,6 +19,7 @@ struct PRecordSettings {
     double intervalSeconds = 10;
     Format format = Format::OmeTiff;
 
+    /// The plan of a recording with these settings.
     PRecordSchedule::Plan plan() const;
 
     /// Those of the last call of remember(); at first as above.

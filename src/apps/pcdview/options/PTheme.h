@@ -7,6 +7,7 @@
 /// The colours of the program: those of the system, or light or dark ones. The GUI thread.
 class PTheme {
 public:
+    /// Which colours.
     enum class Kind { System, Light, Dark };
 
     /// Shows the program in these colours from now on. The first call must come before any other

@@ -5,7 +5,7 @@
 
 #include <chrono>
 
-/// The options of the command line. A value.
+/// The options of the command line. A value; the main thread.
 struct PViewOptions : PProgramOptions {
     QString theme; ///< empty: the one chosen last
     QString grab;  ///< picture file of the window; empty: none

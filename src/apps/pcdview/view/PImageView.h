@@ -18,6 +18,7 @@ class PImageView : public QWidget {
     Q_OBJECT
 
 public:
+    /// What dragging does.
     enum class Tool { Move, Region };
 
     explicit PImageView(QWidget* parent = nullptr);
@@ -39,6 +40,7 @@ public:
     std::optional<PPixelValue> pixelUnderCursor() const;
 
 public slots:
+    /// Shows all of the picture, as large as possible.
     void fit();
     /// One pixel of the picture for each of the screen, around the middle.
     void actualSize();
@@ -46,6 +48,7 @@ public slots:
     void zoomOut();
 
 signals:
+    /// The scale may have changed.
     void zoomChanged();
     /// The cursor moved, or the picture under it changed.
     void cursorChanged();

@@ -6,7 +6,7 @@
 class QPainter;
 class QRectF;
 
-/// A bar of a round length in the corner of a view. A value.
+/// A bar of a round length in the corner of a view. A value; the thread that paints.
 struct PScaleBar {
     double micrometres = 0;
     double pixels = 0; ///< in the view; 0: there is no bar

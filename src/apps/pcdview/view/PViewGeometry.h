@@ -7,7 +7,7 @@
 
 /// How a picture lies in a view: its scale and its place. Sizes and positions in device pixels of
 /// the view or in pixels of the picture. A picture larger than the view leaves no gap at its edges,
-/// a smaller one is centred. A value.
+/// a smaller one is centred. A value; one thread.
 class PViewGeometry {
 public:
     /// Device pixels for a pixel of the picture, at most.

@@ -4,7 +4,8 @@
 #include <array>
 #include <cstdint>
 
-/// What is done to the pixels of a picture on their way to the screen, and nowhere else. A value.
+/// What is done to the pixels of a picture on their way to the screen, and nowhere else. A value;
+/// any thread.
 struct PViewStyle {
     using Levels = std::array<std::uint8_t, 256>;
 

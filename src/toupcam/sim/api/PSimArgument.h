@@ -36,15 +36,18 @@ Out<T> out(const T* value) {
     return {value};
 }
 
+/// A callback.
 template <typename F>
 Named function(F callback) {
     return {callback != nullptr, "fn"};
 }
 
+/// What a callback is given back.
 inline Named context(const void* pointer) {
     return {pointer != nullptr, "ctx"};
 }
 
+/// Memory for pixels.
 inline Named buffer(const void* pointer) {
     return {pointer != nullptr, "data"};
 }
@@ -56,10 +59,12 @@ std::string write(T value) {
     return std::to_string(value);
 }
 
+/// Texts in double quotes, pointers by name, a frame's information field by field.
 std::string write(const Text& text);
 std::string write(const Named& pointer);
 std::string write(const Out<ToupcamFrameInfoV2>& info);
 
+/// What the call wrote, or "null" if it was given no place for it.
 template <typename T>
 std::string write(const Out<T>& output) {
     return output.value ? std::to_string(*output.value) : std::string("null");

@@ -17,6 +17,7 @@ inline std::string written(HToupcam handle) {
     return PSimWorld::instance().handleName(handle);
 }
 
+/// The text of one argument that is not a handle.
 template <typename T>
 std::string written(const T& argument) {
     return PSimArgument::write(argument);

@@ -38,6 +38,7 @@ public:
     QList<PCameraListPanel::Entry> entries() const;
 
 public slots:
+    /// Searches for cameras, and tries again to open those that could not be opened.
     void search();
 
 signals:

@@ -20,6 +20,7 @@ public:
 
     explicit PWelcomePage(QWidget* parent = nullptr);
 
+    /// Shows the advice for this situation.
     void setSituation(const Situation& situation);
 
 signals:

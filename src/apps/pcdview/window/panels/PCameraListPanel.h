@@ -20,6 +20,7 @@ public:
 
     explicit PCameraListPanel(QWidget* parent = nullptr);
 
+    /// Replaces the list; the selected camera stays selected if it is still there.
     void setEntries(const QList<Entry>& entries);
 
 signals:

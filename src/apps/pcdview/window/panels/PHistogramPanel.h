@@ -16,6 +16,7 @@ class PHistogramPanel : public QWidget {
 public:
     explicit PHistogramPanel(QWidget* parent = nullptr);
 
+    /// Shows this analysis; an empty one clears the panel.
     void setAnalysis(const PFrameAnalysis& analysis);
 
 signals:

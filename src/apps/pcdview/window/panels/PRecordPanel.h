@@ -26,6 +26,7 @@ public:
     /// The recordings must outlive it.
     explicit PRecordPanel(PRecordings& recordings, QWidget* parent = nullptr);
 
+    /// What the user has set.
     PRecordSettings settings() const;
     /// Sets the camera in front, null for none, and updates what is shown of it.
     void setCamera(PViewCamera* camera);
