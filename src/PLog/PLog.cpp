@@ -28,7 +28,7 @@ struct Outlet {
         }
     }
 
-    std::recursive_mutex mutex;
+    std::recursive_mutex mutex; // see above
     const std::shared_ptr<PLogSink> sink;
     bool isRemoved = false;
 };

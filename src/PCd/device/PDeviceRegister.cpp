@@ -157,7 +157,8 @@ void PDeviceRegister::renewSilentDevices(const QList<PDevice*>& known) {
         // A streaming device reports by itself that its camera is gone.
         if (!m_devices.contains(device) || device->isStreaming() || device->isAnswering())
             continue;
-        // Only then is the old session closed, and the plugin may open another.
+        // Only then is the old session closed, and the plugin may open another. Queued, as the
+        // signal comes from inside the device's destructor.
         connect(device, &QObject::destroyed, this, &PDeviceRegister::updateDevices,
                 Qt::QueuedConnection);
         removeDevice(device);

@@ -97,7 +97,7 @@ private:
     std::atomic<bool> disconnectReported{false};
     std::unique_ptr<PTStreamThread> streamThread;
     Data data;
-    QMutex mutex;
+    QMutex mutex; // guards nothing here: whoever holds it keeps the device from going
     quint64 modelFlags;
     char cameraId[64] = {};
 };

@@ -18,6 +18,7 @@ PSimEventThread::~PSimEventThread() {
 }
 
 void PSimEventThread::start(const void* owner) {
+    // The thread keeps its object alive: closed from inside its callback, it ends by itself.
     m_thread = std::thread([self = shared_from_this(), owner] {
         const PSimThreadMark mark(owner);
         self->run();

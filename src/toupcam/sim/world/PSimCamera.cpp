@@ -15,7 +15,7 @@ struct ModelRecord {
 
 // Never freed, by design: clients keep pointers to model records for the life of the process.
 ModelRecord& newModelRecord() {
-    static std::mutex mutex;
+    static std::mutex mutex; // cameras are made on any thread that reads a scene
     static auto* const records = new std::deque<ModelRecord>;
     const std::lock_guard lock(mutex);
     return records->emplace_back();

@@ -46,7 +46,7 @@ private:
     unsigned delayFor(const std::string& function) const;
     std::optional<HRESULT> takeFailure(const std::string& function, std::optional<unsigned> option);
 
-    mutable std::mutex m_mutex;
+    mutable std::mutex m_mutex; // guards all below; never held during a delay
     std::vector<Failure> m_failures;
     std::map<std::string, unsigned> m_delays;
     std::map<std::string, PSimSize> m_sizes;

@@ -21,7 +21,7 @@ public:
     std::string line(std::size_t index) const;
 
 private:
-    mutable std::mutex m_mutex;
+    mutable std::mutex m_mutex; // guards all below: every thread that calls the SDK adds lines
     std::deque<std::string> m_lines;
     std::ofstream m_file;
 };
