@@ -10,7 +10,8 @@ from .allowed import FOLDER, pruned
 from .tree import InputError, Tree
 
 EXIT_FOUND, EXIT_BAD_INPUT = 1, 2
-CHECKS = ("commits", "folders", "format", "functions", "headers", "includes", "tests", "words")
+CHECKS = ("commits", "conventions", "folders", "format", "functions", "headers", "includes", "tests",
+          "threads", "words")
 
 
 def parser():

@@ -105,16 +105,28 @@ def check_faces(tree, result):
     """Adds the includes, in all folders of code, of headers that are private to a library."""
     faces = Faces(tree, LIBRARIES)
     for path in [path for top in ("src", *TOPS) for path in tree.sources(top)]:
-        in_src = path.parts[0] == "src"
-        here = place_of(path.relative_to("src")) if in_src else None
+        here = place_of(path.relative_to("src")) if path.parts[0] == "src" else None
         user = here[0] if here else owner_of(path, LIBRARIES)
+        check_first(tree, path, result)
         for line, bracket, name in includes_of(tree.text(path)):
-            full = PurePosixPath(name)
-            if bracket == '"':
-                full = (path.parent / name).relative_to("src") if in_src else None
-            there = place_of(full) if full else None
-            if there and PurePosixPath("src", full) in tree.files:
-                faces.check(user, there[0], path, line, str(full), result)
+            if bracket == '"' and not GENERATED.match(name):
+                result.add(path, line, f'#include "{name}": expected the path from {path.parts[0]} '
+                           "in <>, as quotes are for generated files")
+            there = place_of(PurePosixPath(name))
+            if there and PurePosixPath("src", name) in tree.files:
+                faces.check(user, there[0], path, line, name, result)
+
+
+def check_first(tree, path, result):
+    """Adds a violation if a source with a header of its name does not include that one first."""
+    own = path.with_suffix(".h")
+    if path.suffix != ".cpp" or own not in tree.files:
+        return
+    line, _, name = next(includes_of(tree.text(path)), (1, "", ""))
+    expected = str(own.relative_to(own.parts[0]))
+    if name != expected:
+        result.add(path, line, f"includes {name or 'nothing'} first: expected <{expected}>, which "
+                   "so is seen to need no other header before it")
 
 
 def includes_of(text):
@@ -132,9 +144,6 @@ def check_one(tree, path, line, found, unused, result):
     """Adds a violation if one include is against the tables; an arrow it uses is not unused."""
     bracket, name = found
     if bracket == '"':
-        if not GENERATED.match(name) and path.parent / name not in tree.files:
-            result.add(path, line, f'#include "{name}": expected a file of the same folder in "", '
-                       "and the path from src in <> for all others")
         return
     here, there = place_of(path.relative_to("src")), place_of(PurePosixPath(name))
     if there is None or here == there:

@@ -16,7 +16,7 @@ sys.path.insert(0, str(ROOT / "scripts"))
 
 # The path comes first.
 from checks import (  # noqa: E402
-    cli, commits, folders, format, functions, headers, includes, tests, words)
+    cli, commits, conventions, folders, format, functions, headers, includes, tests, threads, words)
 from checks.allowed import FOLDER, pruned  # noqa: E402
 from checks.tree import InputError, Tree  # noqa: E402
 
@@ -133,10 +133,18 @@ class IncludesTest(TreeTest):
         self.expect_text(result, "High: base -> top -> base is a circle")
         self.assertEqual(len(result.findings), 1)
 
-    def test_quotes_are_for_files_of_the_same_folder_and_for_generated_ones(self):
-        self.files["src/Low/b.cpp"] = \
-            '#include "a.h"\n#include "ui_b.h"\n#include "b.moc"\n#include "../High/base/b.h"\n'
-        self.expect(includes.check(self.tree(self.files)), "src/Low/b.cpp:4")
+    def test_quotes_are_for_generated_files(self):
+        text = '#include "a.h"\n#include "ui_b.h"\n#include "b.moc"\n'
+        self.files["src/Low/b.cpp"] = self.files["tests/Low/c.cpp"] = text
+        self.expect(includes.check(self.tree(self.files)), "src/Low/b.cpp:1", "tests/Low/c.cpp:1")
+
+    def test_a_source_includes_its_own_header_first(self):
+        self.files["src/Low/a.cpp"] = "// A.\n#include <Low/a.h>\n#include <QList>\n"
+        self.expect(includes.check(self.tree(self.files)))
+        self.files["src/Low/a.cpp"] = "// A.\n#include <QList>\n#include <Low/a.h>\n"
+        result = includes.check(self.tree(self.files))
+        self.expect(result, "src/Low/a.cpp:2")
+        self.expect_text(result, "includes QList first: expected <Low/a.h>")
 
     def test_a_file_outside_of_all_libraries_includes_none(self):
         self.files["src/other.cpp"] = "#include <Low/a.h>\n"
@@ -417,6 +425,81 @@ class CommitsTest(TreeTest):
         self.assertEqual(commits.check(Tree(self.root)).checked, 0)
 
 
+class ConventionsTest(TreeTest):
+    """Literals, casts, names of constants and spelling are of one kind."""
+
+    def check(self, text, path="tests/a.cpp"):
+        """The result for one file."""
+        return conventions.check(self.tree({path: text}))
+
+    def expect_wrong(self, code, text):
+        """Expects a violation in the second line of a file, which says this."""
+        result = self.check(f"// A.\n{code}\n")
+        self.expect(result, "tests/a.cpp:2")
+        self.expect_text(result, text)
+
+    def expect_right(self, *lines):
+        """Expects no violation in a file of these lines."""
+        self.expect(self.check("\n".join(lines) + "\n"))
+
+    def test_literals_of_qt_s_macros_are_found(self):
+        self.expect_wrong('f(QStringLiteral("a"));', 'expected u"…"_qs')
+        self.expect_wrong("f(QLatin1Char('a'));", "expected u'…'")
+        self.expect_right('f(u"a"_qs, u\'a\', QStringLiteral(PATH), QLatin1Char(c)); // QStringLiteral("a")')
+
+    def test_casts_to_numbers_are_written_as_functions(self):
+        self.expect_wrong("f(static_cast<int>(a));", "static_cast<int>(…): expected int(…)")
+        self.expect_wrong("f(static_cast<std::size_t>(a));", "expected std::size_t(…)")
+        self.expect_wrong("a = (double)b;", "(double) …: expected double(…)")
+        self.expect_wrong("a = 1 + (quint8)(b);", "expected quint8(…)")
+        self.expect_right("a = int(b) + static_cast<unsigned char>(c) + sizeof(int);",
+                          "d = static_cast<PA*>(static_cast<void*>(e));", "void f(int) const;",
+                          "std::function<void(int)> g;", "auto h = [](int) { return 1; };")
+
+    def test_constants_begin_with_a_small_letter_or_the_prefix_of_the_project(self):
+        for name in ("kMost", "Most", "MOST"):
+            self.expect_wrong(f"constexpr int {name} = 1;", f"the constant {name}: expected")
+            self.expect_wrong(f"static constexpr Row {name}[] = {{}};", f"the constant {name}")
+            self.expect_wrong(f"constexpr std::pair<int, int> {name}{{1, 2}};", name)
+        self.expect_right("constexpr int most = 1, PMost = 2;", "constexpr int PMost{3};",
+                          "constexpr int kinds[] = {1};", "constexpr PA f(int a) { return a; }",
+                          "if constexpr (A)", "    f();")
+
+    def test_comments_and_documents_have_british_spelling(self):
+        self.expect_wrong("int a; // its color", '"color": expected British spelling (colour)')
+        self.expect(self.check("/* It is\n * gray */\n"), "tests/a.cpp:2")
+        self.expect_right("int color; // its colour, a QColor, `color()`, ColorFormat::Gray")
+        (self.root / "tests/a.cpp").unlink()
+        text = "The colour of `color`.\n```\ncolor = gray\n```\nIt is serialized.\n"
+        result = self.check(text, "docs/a.md")
+        self.expect(result, "docs/a.md:5")
+        self.expect_text(result, '"serialized": expected British spelling (-ise')
+
+
+class ThreadsTest(TreeTest):
+    """Mutexes and hops between threads have a comment."""
+
+    def check(self, text):
+        """The result for one source."""
+        return threads.check(self.tree({"src/a.cpp": text}))
+
+    def test_a_mutex_says_what_it_guards(self):
+        for name in ("mutable std::mutex", "static std::mutex", "std::shared_mutex", "QMutex"):
+            self.expect(self.check(f"int a;\nint b;\nint c;\n    {name} m;\n"), "src/a.cpp:4")
+            self.expect(self.check(f"    {name} m; // guards all below\n"))
+            self.expect(self.check(f"    // Guards all below, which\n    // is much.\n    {name} m;\n"))
+
+    def test_a_hop_says_which_thread_and_why(self):
+        for hop in ("invokeMethod(a, f, Qt::QueuedConnection);", "App::postEvent(a, e);",
+                    "m_thread = std::thread(f);", "a->moveToThread(b);"):
+            self.expect(self.check(f"int a;\nint b;\nint c;\n    {hop}\n"), "src/a.cpp:4")
+            self.expect(self.check(f"    // To the thread of a: only it may.\n    {hop}\n"))
+
+    def test_a_comment_s_words_and_a_mutex_that_is_passed_on_are_none(self):
+        self.expect(self.check("QMutex m; // guards a\n\n\n\n\nvoid f(QMutex& m);\n"
+                               'f("postEvent(");\n'))
+
+
 class WordsTest(TreeTest):
     """The words of the list are found in all texts, over the ends of lines too."""
 
@@ -522,7 +605,7 @@ class CommandLineTest(TreeTest):
         for arguments in (("nope",), ("--list", "nope")):
             code, _, err = self.run_cli(*arguments)
             self.assertEqual(code, 2)
-            self.assertIn("nope: there is no such check, expected one of commits, folders", err)
+            self.assertIn("nope: there is no such check, expected one of commits, conventions", err)
 
     def test_a_folder_that_is_no_checkout_is_2_and_named(self):
         with tempfile.TemporaryDirectory() as folder:
