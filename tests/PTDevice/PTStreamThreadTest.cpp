@@ -457,16 +457,16 @@ INSTANTIATE_TEST_SUITE_P(
 
 // ---- Events from the SDK ------------------------------------------------------------------------
 
-struct TroubleRow {
+struct FailureRow {
     const char* name;
     unsigned code;
     const char* text;
 };
 
-class PTDeviceTrouble : public PTStreamThreadTest,
-                        public testing::WithParamInterface<TroubleRow> {};
+class PTDeviceFailure : public PTStreamThreadTest,
+                        public testing::WithParamInterface<FailureRow> {};
 
-TEST_P(PTDeviceTrouble, is_logged_and_passed_on) {
+TEST_P(PTDeviceFailure, is_logged_and_passed_on) {
     cbEvent(GetParam().code, device.get());
     EXPECT_THAT(queuedEvents(), ElementsAre(GetParam().code));
     QStringList expected;
@@ -484,18 +484,18 @@ TEST_P(PTDeviceTrouble, is_logged_and_passed_on) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Rows, PTDeviceTrouble,
+    Rows, PTDeviceFailure,
     testing::Values(
-        TroubleRow{"error_128", 128, "ToupCam EVENT_ERROR (generic streaming error)"},
-        TroubleRow{"disconnected_129", 129, "ToupCam EVENT_DISCONNECTED"},
-        TroubleRow{
+        FailureRow{"error_128", 128, "ToupCam EVENT_ERROR (generic streaming error)"},
+        FailureRow{"disconnected_129", 129, "ToupCam EVENT_DISCONNECTED"},
+        FailureRow{
             "no_frame_130", 130,
             "ToupCam EVENT_NOFRAMETIMEOUT (link too slow to deliver a frame at this resolution)"},
-        TroubleRow{"event_131_without_a_line", 131, nullptr},
-        TroubleRow{"event_132_without_a_line", 132, nullptr},
-        TroubleRow{"no_packet_133", 133,
+        FailureRow{"event_131_without_a_line", 131, nullptr},
+        FailureRow{"event_132_without_a_line", 132, nullptr},
+        FailureRow{"no_packet_133", 133,
                    "ToupCam EVENT_NOPACKETTIMEOUT (USB packet loss/bandwidth)"},
-        TroubleRow{"event_4_without_a_line", 4, nullptr}),
+        FailureRow{"event_4_without_a_line", 4, nullptr}),
     RowName());
 
 TEST_F(PTStreamThreadTest, the_disconnect_event_is_handled_before_it_is_passed_on) {

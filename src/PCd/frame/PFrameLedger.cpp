@@ -20,7 +20,7 @@ constexpr std::array<OutcomeText, PFrameOutcomeCount> texts{{
     {PFrameOutcome::DroppedWaiting, "dropped_waiting", "dropped while waiting"},
     {PFrameOutcome::FailedInWriter, "failed_in_writer", "failed in a writer"},
     {PFrameOutcome::Failed, "failed", "failed in a listener"},
-    {PFrameOutcome::NotWanted, "not_wanted", "arrived after the last requested frame"},
+    {PFrameOutcome::NotRequested, "not_wanted", "arrived after the last requested frame"},
 }};
 
 } // namespace

@@ -18,7 +18,7 @@ enum class PFrameOutcome : int {
     DroppedWaiting, ///< dropped because too much was waiting for the device's thread
     FailedInWriter, ///< a frame sink (a recorder) could not take it
     Failed,         ///< a listener failed over it
-    NotWanted,      ///< arrived after the last requested frame
+    NotRequested,   ///< arrived after the last requested frame
 };
 constexpr std::size_t PFrameOutcomeCount = 9;
 

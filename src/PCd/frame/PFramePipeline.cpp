@@ -58,7 +58,7 @@ void PFramePipeline::sendLive(const PImage& image) noexcept {
         return;
     }
     if (!claimLive()) {
-        m_counters.enterAndSettle(PFrameOutcome::NotWanted);
+        m_counters.enterAndSettle(PFrameOutcome::NotRequested);
         return;
     }
     m_counters.enter();

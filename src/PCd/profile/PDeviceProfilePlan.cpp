@@ -298,7 +298,7 @@ bool PDeviceProfilePlan::applyMode() {
     if (isOtherMode()) {
         m_report.refused.append(
             {m_profile.mode.id, status.isOk()
-                                    ? tr("wanted %1, the camera has %2")
+                                    ? tr("requested %1, the camera has %2")
                                           .arg(m_mode->name, m_device.getCurrentMode().name)
                                     : status.reason()});
         return false;
@@ -315,7 +315,7 @@ void PDeviceProfilePlan::applyStep(const Step& step) {
     }
     const QVariant range = property.rangeInner();
     m_report.refused.append(
-        {property.id(), tr("wanted %1, the camera has %2")
+        {property.id(), tr("requested %1, the camera has %2")
                             .arg(PPropertyText::ofValue(step.value, range),
                                  PPropertyText::ofValue(property.valueInner(), range))});
 }

@@ -72,7 +72,7 @@ void logFirstEvent(unsigned int code) {
     }
 }
 
-const char* troubleText(unsigned int code) {
+const char* failureText(unsigned int code) {
     switch (code) {
     case TOUPCAM_EVENT_ERROR:
         return "ToupCam EVENT_ERROR (generic streaming error)";
@@ -89,8 +89,8 @@ const char* troubleText(unsigned int code) {
 
 void takeEvent(PTDevice* device, unsigned int code) {
     logFirstEvent(code);
-    if (const char* const trouble = troubleText(code))
-        ptLog(cbEventText, __FILE__, __LINE__, PLogLevel::Warning) << trouble;
+    if (const char* const failure = failureText(code))
+        ptLog(cbEventText, __FILE__, __LINE__, PLogLevel::Warning) << failure;
     if (device == nullptr)
         return;
     if (code == TOUPCAM_EVENT_DISCONNECTED)

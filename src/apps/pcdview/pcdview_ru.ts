@@ -284,8 +284,8 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <translation>это область режима, который не установлен</translation>
     </message>
     <message>
-        <source>wanted %1, the camera has %2</source>
-        <translation>нужно %1, у камеры %2</translation>
+        <source>requested %1, the camera has %2</source>
+        <translation>запрошено %1, у камеры %2</translation>
     </message>
 </context>
 <context>

@@ -17,7 +17,7 @@ TEST(PFrameLedger, is_balanced_when_every_frame_has_its_fate_or_waits) {
     ledger.produced = 6;
     ledger.waiting = 1;
     ledger.outcomes[std::size_t(PFrameOutcome::Delivered)] = 3;
-    ledger.outcomes[std::size_t(PFrameOutcome::NotWanted)] = 2;
+    ledger.outcomes[std::size_t(PFrameOutcome::NotRequested)] = 2;
     EXPECT_TRUE(ledger.isBalanced());
 }
 
@@ -100,7 +100,7 @@ TEST(PFrameLedger, since_an_empty_start_is_the_account_itself) {
 TEST(PFrameLedger, has_the_fates_in_the_order_of_their_numbers) {
     for (std::size_t i = 0; i < PFrameOutcomeCount; ++i)
         EXPECT_EQ(std::size_t(PFrameLedger::allOutcomes()[i]), i);
-    EXPECT_EQ(PFrameOutcomeCount, std::size_t(PFrameOutcome::NotWanted) + 1);
+    EXPECT_EQ(PFrameOutcomeCount, std::size_t(PFrameOutcome::NotRequested) + 1);
 }
 
 TEST(PFrameLedger, has_a_key_and_a_title_of_its_own_for_every_fate) {
@@ -144,6 +144,6 @@ INSTANTIATE_TEST_SUITE_P(
         OutcomeRow{PFrameOutcome::DroppedWaiting, "dropped_waiting", "dropped while waiting"},
         OutcomeRow{PFrameOutcome::FailedInWriter, "failed_in_writer", "failed in a writer"},
         OutcomeRow{PFrameOutcome::Failed, "failed", "failed in a listener"},
-        OutcomeRow{PFrameOutcome::NotWanted, "not_wanted",
+        OutcomeRow{PFrameOutcome::NotRequested, "not_wanted",
                    "arrived after the last requested frame"}),
     RowName());

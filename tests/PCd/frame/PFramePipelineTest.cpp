@@ -230,7 +230,7 @@ TEST(PFramePipeline, takes_as_many_live_frames_as_are_wanted) {
     EXPECT_EQ(listener.snapshots.size(), 1u);
     EXPECT_EQ(sink->taken().size(), 3u);
     EXPECT_EQ(stampIn(device.newestFrame()).sequence, 2u);
-    EXPECT_EQ(device.frameLedger().count(PFrameOutcome::NotWanted), 3u);
+    EXPECT_EQ(device.frameLedger().count(PFrameOutcome::NotRequested), 3u);
     EXPECT_EQ(device.frameLedger().produced, 6u);
     EXPECT_TRUE(device.frameLedger().isBalanced());
 }

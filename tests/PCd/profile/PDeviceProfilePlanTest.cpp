@@ -256,7 +256,7 @@ TEST_F(PDeviceProfilePlanTest, reports_what_the_camera_refuses_and_sets_the_rest
     camera.contrast->refuses = true;
     ASSERT_TRUE(
         loadText(profileText("\"contrast\": {\"value\": 12},\n\"hue\": {\"value\": 9}")).isOk());
-    EXPECT_EQ(linesOf(report.refused), QStringList{u"contrast: wanted 12, the camera has 0"_qs});
+    EXPECT_EQ(linesOf(report.refused), QStringList{u"contrast: requested 12, the camera has 0"_qs});
     EXPECT_EQ(report.applied, QList<QByteArray>{"hue"});
     EXPECT_EQ(camera.hue->inDevice, QVariant(9));
 }
@@ -264,7 +264,7 @@ TEST_F(PDeviceProfilePlanTest, reports_what_the_camera_refuses_and_sets_the_rest
 TEST_F(PDeviceProfilePlanTest, reports_what_the_camera_makes_another_value_of) {
     camera.rotate->becomes = ProfileDevice::turn(0);
     ASSERT_TRUE(loadText(profileText("\"rotate\": {\"value\": \"90\"}")).isOk());
-    EXPECT_EQ(linesOf(report.refused), QStringList{u"rotate: wanted 90°, the camera has 0°"_qs});
+    EXPECT_EQ(linesOf(report.refused), QStringList{u"rotate: requested 90°, the camera has 0°"_qs});
 }
 
 TEST_F(PDeviceProfilePlanTest, does_not_set_a_region_if_its_mode_is_refused) {

@@ -101,7 +101,7 @@ TEST_F(ProfileCommand, says_what_the_camera_refuses_and_sets_the_rest) {
     scene.addFault(failing(u"Toupcam_put_Contrast"_qs));
     const CtlResult result = profile(u"load"_qs);
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_EQ(result.errors, u"pcdctl: contrast: wanted 12, the camera has 0\n"_qs);
+    EXPECT_EQ(result.errors, u"pcdctl: contrast: requested 12, the camera has 0\n"_qs);
     EXPECT_TRUE(calls().contains(u"Toupcam_put_Gamma(h1, 150)"_qs));
     EXPECT_EQ(calls().last(), u"Toupcam_put_Roi(h1, 8, 16, 100, 40)"_qs);
 }
@@ -246,7 +246,7 @@ TEST_F(ProfileCommand, of_a_snap_that_is_not_applied_completely_stops_it) {
     const CtlResult result = run({u"snap"_qs, u"-o"_qs, path(u"a.png"_qs), u"--profile"_qs, file});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(result.errors,
-              u"pcdctl: \"%1\" was not applied completely\ncontrast: wanted 12, the camera "
+              u"pcdctl: \"%1\" was not applied completely\ncontrast: requested 12, the camera "
               "has 0\n"_qs.arg(file));
     EXPECT_FALSE(QFile::exists(path(u"a.png"_qs)));
 }

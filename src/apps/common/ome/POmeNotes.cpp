@@ -36,9 +36,9 @@ QString lostFrames(const PFrameLedger& ledger) {
 
 QString completeText(const PRecordEnd& end) {
     const QString lost = end.ledger ? lostFrames(*end.ledger) : QString();
-    if (end.trouble.isEmpty())
+    if (end.failure.isEmpty())
         return lost.isEmpty() ? u"yes"_qs : u"yes, but "_qs + lost;
-    return u"no: "_qs + end.trouble + (lost.isEmpty() ? QString() : u"; "_qs + lost);
+    return u"no: "_qs + end.failure + (lost.isEmpty() ? QString() : u"; "_qs + lost);
 }
 
 void appendLedger(PPictureMetadata& notes, const PFrameLedger& ledger) {

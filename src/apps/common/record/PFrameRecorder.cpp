@@ -49,28 +49,28 @@ QString PFrameRecorder::tooSlow(const QString& words) const {
     return words.arg(double(m_memory->limit()) / 1e6, 0, 'f', 1);
 }
 
-void PFrameRecorder::end(const std::optional<PFrameLedger>& ledger, const QString& trouble) {
+void PFrameRecorder::end(const std::optional<PFrameLedger>& ledger, const QString& failure) {
     const std::lock_guard lock(m_mutex);
     if (std::exchange(m_isEnding, true))
         return;
     m_ledger = ledger;
     // Not on this thread, which must not wait for the disk.
     m_finisher.push(
-        1, [this, trouble] { return finish(trouble); },
+        1, [this, failure] { return finish(failure); },
         [this](const PStatus& result) { noteFinished(result); });
 }
 
 /// Completes the files, on the finisher's thread.
-PStatus PFrameRecorder::finish(const QString& trouble) {
+PStatus PFrameRecorder::finish(const QString& failure) {
     m_queue.waitUntilIdle();
     const Progress atEnd = progress();
-    PRecordEnd end{atEnd.tally, std::nullopt, atEnd.error.isEmpty() ? trouble : atEnd.error};
+    PRecordEnd end{atEnd.tally, std::nullopt, atEnd.error.isEmpty() ? failure : atEnd.error};
     {
         const std::lock_guard lock(m_mutex);
         end.ledger = m_ledger;
         // Files are read by others than the user, so the reason is in English there.
         if (m_queue.state().error.isEmpty() && m_isDiskTooSlow)
-            end.trouble = tooSlow(QString::fromLatin1(tooSlowWords));
+            end.failure = tooSlow(QString::fromLatin1(tooSlowWords));
     }
     return m_writer->finish(end); // without the lock: progress() must not wait for the disk
 }

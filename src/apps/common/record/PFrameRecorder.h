@@ -35,7 +35,7 @@ public:
     /// the ledger of the camera's frames in this time (PFrameLedger::since()) and with the reason
     /// if the recording did not end as planned (else empty). Returns at once. Only the first call
     /// counts.
-    void end(const std::optional<PFrameLedger>& ledger, const QString& trouble);
+    void end(const std::optional<PFrameLedger>& ledger, const QString& failure);
     /// Waits until the files are complete, or until the timeout. True if they are; false before
     /// end().
     bool waitUntilFinished(std::chrono::milliseconds timeout);
@@ -54,7 +54,7 @@ public:
     Progress progress(Clock::time_point now = Clock::now()) const;
 
 private:
-    PStatus finish(const QString& trouble);
+    PStatus finish(const QString& failure);
     void noteFinished(const PStatus& result);
     QString tooSlow(const QString& words) const;
     QString error(const PFrameWriteQueue::State& queue) const;

@@ -15,7 +15,7 @@ struct PRecordEnd {
     PRecordTally tally;
     std::optional<PFrameLedger>
         ledger;      ///< of the camera, while it was recorded; nothing if unknown
-    QString trouble; ///< why it did not end as planned; empty: it did
+    QString failure; ///< why it did not end as planned; empty: it did
 };
 
 /// Puts the frames of one recording into files. Made on one thread, used on others.

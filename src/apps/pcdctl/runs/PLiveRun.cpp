@@ -26,7 +26,7 @@ PCtlOutcome PLiveRun::run() {
         reason = closed.reason();
     finishFiles(reason);
     const QString recordError = m_recorder ? m_recorder->progress().error : QString();
-    for (const QString& text : {recordError, reason, accountsReason()}) {
+    for (const QString& text : {recordError, reason, ledgerReason()}) {
         if (!text.isEmpty())
             return PCtlOutcome::failed(text);
     }
@@ -120,7 +120,7 @@ void PLiveRun::finishFiles(const QString& reason) {
 }
 
 /// What is wrong with a stream that went to its end, by its ledger and tallies.
-QString PLiveRun::accountsReason() const {
+QString PLiveRun::ledgerReason() const {
     if (m_tally.frames() == 0 && !m_session.isInterrupted())
         return u"camera %1 sent no frame"_qs.arg(m_camera.id);
     const PFrameLedger ledger = m_session.ledger();

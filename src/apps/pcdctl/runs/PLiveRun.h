@@ -73,7 +73,7 @@ private:
     void showStatus();
     QString failureReason(bool reachedEnd) const;
     void finishFiles(const QString& reason);
-    QString accountsReason() const;
+    QString ledgerReason() const;
 
     const PCameraIdentity m_camera;
     const PCtlOptions m_options;

@@ -5,7 +5,7 @@ namespace {
 
 quint64 lostFrames(const PFrameLedger& ledger) {
     return ledger.produced - ledger.waiting - ledger.count(PFrameOutcome::Delivered) -
-           ledger.count(PFrameOutcome::NotWanted);
+           ledger.count(PFrameOutcome::NotRequested);
 }
 
 } // namespace

@@ -27,7 +27,7 @@ QString unknownMark(const QString& text) {
     return braces.match(rest).captured();
 }
 
-/// The first character that makes trouble in a file's name; empty if there is none.
+/// The first character that some system does not allow in a file's name; empty if there is none.
 QString badCharacter(const QString& text) {
     static const QRegularExpression bad(u"[/\\\\:*?\"<>|#\\x00-\\x1f]"_qs);
     return bad.match(text).captured();

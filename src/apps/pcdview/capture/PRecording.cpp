@@ -153,10 +153,10 @@ void PRecording::finish(const PFrameRecorder::Progress& progress) {
     emit finished(message);
 }
 
-void PRecording::end(const char* trouble) {
+void PRecording::end(const char* failure) {
     if (std::exchange(m_isEnding, true))
         return;
-    m_trouble = tr(trouble);
+    m_failure = tr(failure);
     std::optional<PFrameLedger> ledger;
     // Not of a device that has come in its place meanwhile.
     if (m_camera != nullptr && m_camera->device() == m_device)
@@ -164,13 +164,13 @@ void PRecording::end(const char* trouble) {
     if (m_device != nullptr)
         m_device->removeFrameSink(m_recorder);
     // In the file, the reason is in the language of all that is in there.
-    m_recorder->end(ledger, QString::fromLatin1(trouble));
+    m_recorder->end(ledger, QString::fromLatin1(failure));
 }
 
 QString PRecording::outcome(const PFrameRecorder::Progress& progress) const {
     const quint64 written = progress.tally.written;
-    const QString& trouble = progress.error.isEmpty() ? m_trouble : progress.error;
-    if (!trouble.isEmpty())
-        return tr("The recording ended early after %1 frames: %2").arg(written).arg(trouble);
+    const QString& failure = progress.error.isEmpty() ? m_failure : progress.error;
+    if (!failure.isEmpty())
+        return tr("The recording ended early after %1 frames: %2").arg(written).arg(failure);
     return tr("Recorded %1 frames: %2").arg(written).arg(m_path);
 }

@@ -56,7 +56,7 @@ private:
     bool isRunning() const { return m_recorder != nullptr; }
     void check();
     void finish(const PFrameRecorder::Progress& progress);
-    void end(const char* trouble);
+    void end(const char* failure);
     QString outcome(const PFrameRecorder::Progress& progress) const;
 
     const std::shared_ptr<PWorkBudget> m_memory;
@@ -65,7 +65,7 @@ private:
     QPointer<PViewCamera> m_camera;
     QString m_cameraId;
     QString m_path;
-    QString m_trouble;
+    QString m_failure;
     PFrameLedger m_ledgerBefore;
     PFrameRecorder::Clock::time_point m_begin;
     bool m_isEnding = false;

@@ -98,7 +98,7 @@ TEST_F(OmeStackWriter, the_account_of_the_cameras_frames_is_told_as_a_whole) {
 struct CompleteRow {
     const char* name;
     std::vector<std::pair<PFrameOutcome, quint64>> outcomes;
-    const char* trouble;
+    const char* failure;
     const char* complete;
 };
 
@@ -110,8 +110,8 @@ TEST_P(CompleteNote, tells_what_is_missing) {
     PFrameLedger ledger;
     for (const auto& [outcome, count] : GetParam().outcomes)
         ledger.outcomes[std::size_t(outcome)] = count;
-    const QString trouble = QString::fromLatin1(GetParam().trouble);
-    ASSERT_TRUE(writer.finish({{1, 1, 0, 0, 0, 0}, ledger, trouble}).isOk());
+    const QString failure = QString::fromLatin1(GetParam().failure);
+    ASSERT_TRUE(writer.finish({{1, 1, 0, 0, 0, 0}, ledger, failure}).isOk());
     EXPECT_EQ(xml().note(u"Complete"_qs), QString::fromLatin1(GetParam().complete));
 }
 
@@ -129,7 +129,7 @@ const CompleteRow completeRows[] = {
     {"of_frames_that_came_by_the_recorder_first",
      {{PFrameOutcome::DroppedWaiting, 1},
       {PFrameOutcome::Failed, 2},
-      {PFrameOutcome::NotWanted, 3}},
+      {PFrameOutcome::NotRequested, 3}},
      "",
      "yes"},
     {"of_a_recording_cut_short", {{PFrameOutcome::Delivered, 9}}, "interrupted", "no: interrupted"},

@@ -88,8 +88,8 @@ protected:
         return all;
     }
     /// Ends it and returns how it was then.
-    static PFrameRecorder::Progress end(PFrameRecorder& recorder, const QString& trouble = {}) {
-        recorder.end(std::nullopt, trouble);
+    static PFrameRecorder::Progress end(PFrameRecorder& recorder, const QString& failure = {}) {
+        recorder.end(std::nullopt, failure);
         EXPECT_TRUE(recorder.waitUntilFinished(longestFrameWait));
         const PFrameRecorder::Progress progress = recorder.progress();
         EXPECT_TRUE(progress.tally.isBalanced());
@@ -109,7 +109,7 @@ TEST_F(FrameRecorder, writes_every_frame_in_order_and_then_completes_the_files) 
     EXPECT_EQ(progress.error, QString());
     ASSERT_TRUE(told->end);
     EXPECT_EQ(told->end->tally.written, 5U);
-    EXPECT_EQ(told->end->trouble, QString());
+    EXPECT_EQ(told->end->failure, QString());
 }
 
 TEST_F(FrameRecorder, leaves_snapshots_alone) {
@@ -157,7 +157,7 @@ TEST_F(FrameRecorder, ended_early_it_writes_what_waits_and_counts_what_did_not_c
     EXPECT_EQ(progress.tally.written, 4U);
     EXPECT_EQ(progress.tally.notTaken, 6U);
     EXPECT_EQ(told->written.size(), 4U);
-    EXPECT_EQ(told->end->trouble, u"interrupted"_qs);
+    EXPECT_EQ(told->end->failure, u"interrupted"_qs);
     EXPECT_EQ(progress.error, QString());
 }
 
@@ -175,7 +175,7 @@ TEST_F(FrameRecorder, only_the_first_end_counts) {
     const auto recorder = record(noEnd);
     end(*recorder, u"first"_qs);
     end(*recorder, u"second"_qs);
-    EXPECT_EQ(told->end->trouble, u"first"_qs);
+    EXPECT_EQ(told->end->failure, u"first"_qs);
 }
 
 TEST_F(FrameRecorder, its_destructor_writes_what_waits_and_completes_the_files) {
@@ -203,7 +203,7 @@ TEST_F(FrameRecorder, a_frame_that_finds_no_room_ends_it_and_what_waits_is_still
     EXPECT_EQ(progress.tally.refused, 1U);
     EXPECT_EQ(progress.tally.notTaken, 6U);
     EXPECT_TRUE(progress.error.startsWith(u"the disk is slower than the camera"_qs));
-    EXPECT_EQ(told->end->trouble, progress.error);
+    EXPECT_EQ(told->end->failure, progress.error);
 }
 
 TEST_F(FrameRecorder, its_user_reads_the_reason_in_his_language_and_the_files_have_it_in_english) {
@@ -215,7 +215,7 @@ TEST_F(FrameRecorder, its_user_reads_the_reason_in_his_language_and_the_files_ha
     EXPECT_FALSE(offer(*recorder, 2));
     gate.set_value();
     EXPECT_TRUE(end(*recorder).error.startsWith(u"THE DISK IS SLOWER THAN THE CAMERA"_qs));
-    EXPECT_TRUE(told->end->trouble.startsWith(u"the disk is slower than the camera"_qs));
+    EXPECT_TRUE(told->end->failure.startsWith(u"the disk is slower than the camera"_qs));
 }
 
 TEST_F(FrameRecorder, taking_a_frame_does_not_wait_for_a_writer_that_stands_still) {
@@ -241,7 +241,7 @@ TEST_F(FrameRecorder, a_frame_that_cannot_be_written_ends_it_with_the_reason) {
         gate.set_value();
         const auto progress = end(*recorder, u"interrupted"_qs);
         EXPECT_TRUE(progress.error.contains(u"no room left"_qs)) << progress.error.toStdString();
-        EXPECT_EQ(told->end->trouble, progress.error);
+        EXPECT_EQ(told->end->failure, progress.error);
         EXPECT_EQ(told->written, std::vector<quint64>({1, 2}));
         EXPECT_EQ(progress.tally.written, 2U);
         EXPECT_EQ(progress.tally.failed, 3U);

@@ -6,7 +6,7 @@
 namespace {
 
 bool isLoss(PFrameOutcome outcome) {
-    return outcome != PFrameOutcome::Delivered && outcome != PFrameOutcome::NotWanted;
+    return outcome != PFrameOutcome::Delivered && outcome != PFrameOutcome::NotRequested;
 }
 
 } // namespace
@@ -72,7 +72,7 @@ QString PLedgerText::where(PFrameOutcome outcome) {
     case PFrameOutcome::Failed:
         return tr("program error");
     case PFrameOutcome::Delivered:
-    case PFrameOutcome::NotWanted:
+    case PFrameOutcome::NotRequested:
         break;
     }
     return PFrameLedger::title(outcome);

@@ -12,7 +12,7 @@ PFrameLedger ledgerOf(quint64 delivered, quint64 lostInCamera, quint64 notWanted
     ledger.produced = delivered + lostInCamera + notWanted;
     ledger.outcomes[std::size_t(PFrameOutcome::Delivered)] = delivered;
     ledger.outcomes[std::size_t(PFrameOutcome::LostInCamera)] = lostInCamera;
-    ledger.outcomes[std::size_t(PFrameOutcome::NotWanted)] = notWanted;
+    ledger.outcomes[std::size_t(PFrameOutcome::NotRequested)] = notWanted;
     return ledger;
 }
 
