@@ -16,7 +16,7 @@
 namespace {
 
 template <typename T>
-QVariant payloadOf(QDataStream& in) {
+QVariant readPayload(QDataStream& in) {
     T value{};
     in >> value;
     return QVariant::fromValue(value);
@@ -25,21 +25,21 @@ QVariant payloadOf(QDataStream& in) {
 QVariant readPayload(QDataStream& in, quint32 type) {
     switch (type) {
     case QMetaType::Bool:
-        return payloadOf<bool>(in);
+        return readPayload<bool>(in);
     case QMetaType::Int:
-        return payloadOf<qint32>(in);
+        return readPayload<qint32>(in);
     case QMetaType::LongLong:
-        return payloadOf<qint64>(in);
+        return readPayload<qint64>(in);
     case QMetaType::Double:
-        return payloadOf<double>(in);
+        return readPayload<double>(in);
     case QMetaType::QString:
-        return payloadOf<QString>(in);
+        return readPayload<QString>(in);
     case QMetaType::QByteArray:
-        return payloadOf<QByteArray>(in);
+        return readPayload<QByteArray>(in);
     case QMetaType::QRect:
-        return payloadOf<QRect>(in);
+        return readPayload<QRect>(in);
     case QMetaType::QUuid:
-        return payloadOf<QUuid>(in);
+        return readPayload<QUuid>(in);
     default:
         return {};
     }

@@ -11,32 +11,32 @@
 namespace {
 
 /// In the order of the device's list, which is not built by this.
-QList<PDeviceProperty*> propertiesOf(const PDevice& device) {
+QList<PDeviceProperty*> listProperties(const PDevice& device) {
     return device.findChildren<PDeviceProperty*>(QString(), Qt::FindDirectChildrenOnly);
 }
 
 template <typename Predicate>
-PDeviceProperty* firstOf(const PDevice& device, const Predicate& isWanted) {
-    const QList<PDeviceProperty*> properties = propertiesOf(device);
+PDeviceProperty* findFirst(const PDevice& device, const Predicate& isMatch) {
+    const QList<PDeviceProperty*> properties = listProperties(device);
     const auto found =
         std::find_if(properties.begin(), properties.end(), [&](const PDeviceProperty* property) {
-            return isWanted(PPropertyRoles::of(*property));
+            return isMatch(PPropertyRoles::of(*property));
         });
     return found == properties.end() ? nullptr : *found;
 }
 
 template <typename Predicate>
-PDeviceProperty* firstWith(const PDevice& device, PRole role, const Predicate& isWanted) {
-    return firstOf(device, [&](const PRoleBindings& bindings) {
+PDeviceProperty* firstWith(const PDevice& device, PRole role, const Predicate& isMatch) {
+    return findFirst(device, [&](const PRoleBindings& bindings) {
         return std::any_of(bindings.begin(), bindings.end(), [&](const PRoleBinding& binding) {
-            return binding.role == role && isWanted(binding);
+            return binding.role == role && isMatch(binding);
         });
     });
 }
 
 template <typename Predicate>
-PRoleValue firstOf(const QList<PRoleValue>& values, const Predicate& isWanted) {
-    const auto found = std::find_if(values.begin(), values.end(), isWanted);
+PRoleValue findFirst(const QList<PRoleValue>& values, const Predicate& isMatch) {
+    const auto found = std::find_if(values.begin(), values.end(), isMatch);
     return found == values.end() ? PRoleValue() : *found;
 }
 
@@ -44,7 +44,7 @@ PRoleValue firstOf(const QList<PRoleValue>& values, const Predicate& isWanted) {
 
 PDeviceRoles PDeviceRoles::of(const PDevice& device) {
     PDeviceRoles roles;
-    for (const PDeviceProperty* property : propertiesOf(device)) {
+    for (const PDeviceProperty* property : listProperties(device)) {
         const PRoleValue value = PPropertyRoles::value(*property);
         if (!value.bindings.isEmpty())
             roles.m_values.append(value);
@@ -54,12 +54,12 @@ PDeviceRoles PDeviceRoles::of(const PDevice& device) {
 
 PDeviceRoles PDeviceRoles::of(const PDeviceSettings& settings) {
     PDeviceRoles roles;
-    roles.m_values = valuesOf(settings);
+    roles.m_values = toValues(settings);
     roles.m_values.removeIf([](const PRoleValue& value) { return value.bindings.isEmpty(); });
     return roles;
 }
 
-QList<PRoleValue> PDeviceRoles::valuesOf(const PDeviceSettings& settings) {
+QList<PRoleValue> PDeviceRoles::toValues(const PDeviceSettings& settings) {
     QList<PRoleValue> values;
     for (const auto& [id, value] : settings.values)
         values.append({id, value, settings.roles.value(id).value<PRoleBindings>()});
@@ -87,12 +87,12 @@ PDeviceProperty* PDeviceRoles::methodProperty(const PDevice& device, PRole role)
 
 PRoleValue PDeviceRoles::find(PRole role) const {
     const PRoleValue plain =
-        firstOf(m_values, [&](const PRoleValue& value) { return value.hasPlain(role); });
+        findFirst(m_values, [&](const PRoleValue& value) { return value.hasPlain(role); });
     return plain.bindings.isEmpty() ? findComposite(role) : plain;
 }
 
 PRoleValue PDeviceRoles::findComposite(PRole role) const {
-    return firstOf(m_values, [&](const PRoleValue& value) {
+    return findFirst(m_values, [&](const PRoleValue& value) {
         return value.has(role) && !value.hasPlain(role);
     });
 }

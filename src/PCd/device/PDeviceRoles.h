@@ -20,7 +20,7 @@ public:
     static PDeviceRoles of(const PDeviceSettings& settings);
 
     /// All values of a frame's settings in their order, also those without roles. Any thread.
-    static QList<PRoleValue> valuesOf(const PDeviceSettings& settings);
+    static QList<PRoleValue> toValues(const PDeviceSettings& settings);
 
     /// The property with the role, plain before composite; null if there is none, or if the
     /// device's list has not been built. The device's thread, as for the next three.

@@ -21,14 +21,14 @@ constexpr unsigned longestExposure = 50'000'000;
 
 using Properties = QList<PDeviceProperty*>;
 
-PTSwitch* switchOf(Toupcam_t* handle, int (*get)(Toupcam_t*, int*), int (*put)(Toupcam_t*, int),
-                   const char* id, const QString& title) {
+PTSwitch* makeSwitch(Toupcam_t* handle, int (*get)(Toupcam_t*, int*), int (*put)(Toupcam_t*, int),
+                     const char* id, const QString& title) {
     return new PTSwitch(handle, get, put, id, title);
 }
 
 template <typename T>
-PTNumber<T>* numberOf(Toupcam_t* handle, int (*get)(Toupcam_t*, T*), int (*put)(Toupcam_t*, T),
-                      T minimum, T maximum, const char* id, const QString& title) {
+PTNumber<T>* makeNumber(Toupcam_t* handle, int (*get)(Toupcam_t*, T*), int (*put)(Toupcam_t*, T),
+                        T minimum, T maximum, const char* id, const QString& title) {
     return new PTNumber<T>(handle, get, put, {minimum, maximum, 1}, id, title);
 }
 
@@ -50,8 +50,8 @@ PDeviceProperty* exposureTime(Toupcam_t* handle, const QString& title) {
     unsigned maximum = 0;
     unsigned standard = 0; // the SDK's own; not the one we offer
     Toupcam_get_ExpTimeRange(handle, &minimum, &maximum, &standard);
-    auto* const time = numberOf(handle, Toupcam_get_ExpoTime, Toupcam_put_ExpoTime, minimum,
-                                std::min(maximum, longestExposure), "autoexpottime", title);
+    auto* const time = makeNumber(handle, Toupcam_get_ExpoTime, Toupcam_put_ExpoTime, minimum,
+                                  std::min(maximum, longestExposure), "autoexpottime", title);
     time->setType(PCD::DevicePropertyType::Duration);
     time->setUnit(ValueUnits::Microsecond);
     time->setUnitsType(ValueUnitType::Time);
@@ -63,16 +63,16 @@ PDeviceProperty* analogueGain(Toupcam_t* handle, const QString& title) {
     unsigned short maximum = 0;
     unsigned short standard = 0;
     Toupcam_get_ExpoAGainRange(handle, &minimum, &maximum, &standard);
-    return notSaved(withDefault(numberOf(handle, Toupcam_get_ExpoAGain, Toupcam_put_ExpoAGain,
-                                         minimum, maximum, "autoexpogain", title),
+    return notSaved(withDefault(makeNumber(handle, Toupcam_get_ExpoAGain, Toupcam_put_ExpoAGain,
+                                           minimum, maximum, "autoexpogain", title),
                                 100));
 }
 
 PDeviceProperty* speedLevel(Toupcam_t* handle, const QString& title, const QString& description) {
     // A negative result is an error, not the highest level.
     const auto highest = static_cast<unsigned short>(std::max(Toupcam_get_MaxSpeed(handle), 0));
-    auto* const speed = numberOf<unsigned short>(handle, Toupcam_get_Speed, Toupcam_put_Speed, 0,
-                                                 highest, "speed", title);
+    auto* const speed = makeNumber<unsigned short>(handle, Toupcam_get_Speed, Toupcam_put_Speed, 0,
+                                                   highest, "speed", title);
     speed->setDescription(description);
     return withDefault(speed, highest);
 }
@@ -99,12 +99,12 @@ QList<PDeviceProperty*> PTDevice::getSupportProperties() {
 
 QList<PDeviceProperty*> PTDevice::exposureProperties() {
     auto* const automatic =
-        switchOf(m_handle, Toupcam_get_AutoExpoEnable, Toupcam_put_AutoExpoEnable, "autoexponeable",
-                 tr("Autoexposure"));
+        makeSwitch(m_handle, Toupcam_get_AutoExpoEnable, Toupcam_put_AutoExpoEnable,
+                   "autoexponeable", tr("Autoexposure"));
     return {notSaved(withDefault(automatic, true)),
-            notSaved(numberOf<unsigned short>(m_handle, Toupcam_get_AutoExpoTarget,
-                                              Toupcam_put_AutoExpoTarget, 10, 230, "autoexpotarget",
-                                              tr("Autotarget"))),
+            notSaved(makeNumber<unsigned short>(m_handle, Toupcam_get_AutoExpoTarget,
+                                                Toupcam_put_AutoExpoTarget, 10, 230,
+                                                "autoexpotarget", tr("Autotarget"))),
             exposureTime(m_handle, tr("Time")), analogueGain(m_handle, tr("Gain"))};
 }
 
@@ -122,24 +122,25 @@ QList<PDeviceProperty*> PTDevice::whiteBalanceProperties() {
 
 QList<PDeviceProperty*> PTDevice::pictureProperties() {
     return {
-        withDefault(numberOf(m_handle, Toupcam_get_Contrast, Toupcam_put_Contrast, -100, 100,
-                             "contrast", tr("Contrast")),
+        withDefault(makeNumber(m_handle, Toupcam_get_Contrast, Toupcam_put_Contrast, -100, 100,
+                               "contrast", tr("Contrast")),
                     0),
         withDefault(
-            numberOf(m_handle, Toupcam_get_Hue, Toupcam_put_Hue, -180, 180, "hue", tr("Hue")), 0),
-        withDefault(numberOf(m_handle, Toupcam_get_Saturation, Toupcam_put_Saturation, 0, 255,
-                             "saturation", tr("Saturation")),
+            makeNumber(m_handle, Toupcam_get_Hue, Toupcam_put_Hue, -180, 180, "hue", tr("Hue")), 0),
+        withDefault(makeNumber(m_handle, Toupcam_get_Saturation, Toupcam_put_Saturation, 0, 255,
+                               "saturation", tr("Saturation")),
                     128),
-        withDefault(numberOf(m_handle, Toupcam_get_Brightness, Toupcam_put_Brightness, -64, 64,
-                             "brightness", tr("Brightness")),
+        withDefault(makeNumber(m_handle, Toupcam_get_Brightness, Toupcam_put_Brightness, -64, 64,
+                               "brightness", tr("Brightness")),
                     0),
-        withDefault(
-            numberOf(m_handle, Toupcam_get_Gamma, Toupcam_put_Gamma, 20, 180, "gamma", tr("Gamma")),
-            100),
-        switchOf(m_handle, Toupcam_get_Negative, Toupcam_put_Negative, "negative", tr("Negative")),
-        switchOf(m_handle, Toupcam_get_Chrome, Toupcam_put_Chrome, "chrome", tr("Chrome")),
-        switchOf(m_handle, Toupcam_get_VFlip, Toupcam_put_VFlip, "vflip", tr("Vertical flip")),
-        switchOf(m_handle, Toupcam_get_HFlip, Toupcam_put_HFlip, "hflip", tr("Horizontal flip"))};
+        withDefault(makeNumber(m_handle, Toupcam_get_Gamma, Toupcam_put_Gamma, 20, 180, "gamma",
+                               tr("Gamma")),
+                    100),
+        makeSwitch(m_handle, Toupcam_get_Negative, Toupcam_put_Negative, "negative",
+                   tr("Negative")),
+        makeSwitch(m_handle, Toupcam_get_Chrome, Toupcam_put_Chrome, "chrome", tr("Chrome")),
+        makeSwitch(m_handle, Toupcam_get_VFlip, Toupcam_put_VFlip, "vflip", tr("Vertical flip")),
+        makeSwitch(m_handle, Toupcam_get_HFlip, Toupcam_put_HFlip, "hflip", tr("Horizontal flip"))};
 }
 
 PDeviceProperty* PTDevice::roiProperty() {

@@ -88,7 +88,7 @@ TEST_F(DeviceRoles, of_a_frame_are_those_of_its_settings) {
 }
 
 TEST_F(DeviceRoles, of_a_frame_stand_beside_the_settings_without_one) {
-    const QList<PRoleValue> values = PDeviceRoles::valuesOf(settingsOfNextFrame());
+    const QList<PRoleValue> values = PDeviceRoles::toValues(settingsOfNextFrame());
     ASSERT_EQ(values.size(), 3);
     EXPECT_EQ(values[1].id, QByteArray("autoexpogain"));
     EXPECT_EQ(values[1].value, 150);

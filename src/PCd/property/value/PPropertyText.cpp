@@ -23,9 +23,9 @@ QVariant toRealNumber(const QString& text) {
 
 /// By title first, then by name, then by what the device understands: "0°", "0", "90".
 QVariant toChoice(const QString& text, const PEnumeration& choices) {
-    const auto find = [&](const auto& textOf) -> QVariant {
+    const auto find = [&](const auto& toText) -> QVariant {
         for (const PEnumerationItem& item : choices.items()) {
-            if (textOf(item).compare(text, Qt::CaseInsensitive) == 0)
+            if (toText(item).compare(text, Qt::CaseInsensitive) == 0)
                 return QVariant::fromValue(item.id);
         }
         return QVariant();

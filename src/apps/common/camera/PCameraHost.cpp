@@ -32,6 +32,6 @@ void PCameraHost::findCameras() {
         m_manager.addRegister(deviceRegister);
 }
 
-PCameraIdentity PCameraHost::identityOf(const PDevice* device) const {
+PCameraIdentity PCameraHost::identify(const PDevice* device) const {
     return PCameraIdentity::of(device, m_sdk.isSimulated());
 }

@@ -27,8 +27,8 @@ public:
     const PCameraSdk& sdk() const { return m_sdk; }
     PDeviceManager& manager() { return m_manager; }
     const PDeviceManager& manager() const { return m_manager; }
-    /// The identity of one of the manager's devices, simulated if the SDK is.
-    PCameraIdentity identityOf(const PDevice* device) const;
+    /// The identity of a camera, simulated if the loaded SDK is.
+    PCameraIdentity identify(const PDevice* device) const;
 
 private:
     PCameraSdk m_sdk;

@@ -23,13 +23,13 @@ QString simulatorPath() {
 }
 
 /// The file that the loader has really taken for a name.
-QString fileOf(void* symbol) {
+QString libraryFile(void* symbol) {
     Dl_info info{};
     return dladdr(symbol, &info) == 0 ? QString() : QFile::decodeName(info.dli_fname);
 }
 
 /// What a function without arguments answers; empty if there is no such function, or no answer.
-QString textOf(void* library, const char* function) {
+QString readText(void* library, const char* function) {
     void* const symbol = dlsym(library, function);
     return symbol == nullptr ? QString()
                              : QString::fromUtf8(reinterpret_cast<const char* (*)()>(symbol)());
@@ -69,9 +69,9 @@ PStatus PCameraSdk::inspect(const QString& asked) {
     void* const enumerate = dlsym(m_library, "Toupcam_EnumV2");
     if (enumerate == nullptr)
         return sdkFailure(asked, u"it has no function Toupcam_EnumV2"_qs);
-    m_path = fileOf(enumerate);
+    m_path = libraryFile(enumerate);
     m_simulated = dlsym(m_library, simulatorMark) != nullptr;
-    m_version = textOf(m_library, m_simulated ? simulatorMark : makersVersion);
+    m_version = readText(m_library, m_simulated ? simulatorMark : makersVersion);
     // The path, not the name: the plugin gets this very library, whatever it is called.
     qputenv(libraryVariable, QFile::encodeName(m_path));
     return PStatus::Ok;

@@ -25,7 +25,7 @@ constexpr int readingsToSettle = 3;
 constexpr quint64 framesToSettle = 3;    // automatic exposure moves with the frames
 constexpr double panelsRoundBy = 0.0051; // milliseconds: panels show hundredths
 
-std::array<PDeviceProperty*, 4> plainOf(const PDevice& device) {
+std::array<PDeviceProperty*, 4> findPlainSettings(const PDevice& device) {
     std::array<PDeviceProperty*, 4> plain{};
     for (std::size_t i = 0; i < watchedRoles.size(); ++i)
         plain[i] = PDeviceRoles::plainProperty(device, watchedRoles[i]);
@@ -36,7 +36,7 @@ std::array<PDeviceProperty*, 4> plainOf(const PDevice& device) {
 
 PExposureWatch::PExposureWatch(PDevice* device, std::chrono::milliseconds interval)
     : m_device(device)
-    , m_plain(plainOf(*device))
+    , m_plain(findPlainSettings(*device))
     , m_composite(PDeviceRoles::compositeProperty(*device, PRole::ExposureTime)) {
     if (m_composite != nullptr)
         connect(m_composite, &PDeviceProperty::valueChanged, this, &PExposureWatch::takeRecord);

@@ -8,7 +8,7 @@
 namespace {
 
 /// The plain setting is the camera's. A composite one has a time for each way of capture.
-std::optional<double> millisecondsOf(const PDeviceRoles& roles) {
+std::optional<double> readMilliseconds(const PDeviceRoles& roles) {
     const PRoleValue time = roles.find(PRole::ExposureTime);
     const bool isTriggers = !time.hasPlain(PRole::ExposureTime) && roles.isOn(PRole::Triggered);
     return isTriggers ? roles.number(PRole::TriggerTime) : time.number(PRole::ExposureTime);
@@ -36,12 +36,12 @@ QString decimalText(double value) {
     return text;
 }
 
-QString squareOf(int side) {
+QString squareText(int side) {
     return u"%1x%1"_qs.arg(side);
 }
 
 /// A choice is called after its square, or is the camera's number for none; a number is the side.
-QString binningOf(const PDeviceRoles& roles, const PSettingNames& names) {
+QString binningText(const PDeviceRoles& roles, const PSettingNames& names) {
     const PRoleValue binning = roles.find(PRole::Binning);
     const PEnumerationItem item = names.item(binning.id, binning.part(PRole::Binning));
     static const QRegularExpression square(u"(\\d+)x\\1"_qs);
@@ -49,9 +49,9 @@ QString binningOf(const PDeviceRoles& roles, const PSettingNames& names) {
     if (match.hasMatch())
         return match.captured();
     if (item.data == "1")
-        return squareOf(1);
+        return squareText(1);
     const double side = binning.number(PRole::Binning).value_or(0);
-    return side >= 1 ? squareOf(int(side)) : QString();
+    return side >= 1 ? squareText(int(side)) : QString();
 }
 
 } // namespace
@@ -62,15 +62,15 @@ PFrameExposure PFrameExposure::of(const PDeviceSettings& settings, const PSettin
 
 PFrameExposure PFrameExposure::of(const PDeviceRoles& roles, const PSettingNames& names) {
     PFrameExposure exposure;
-    exposure.milliseconds = positive(millisecondsOf(roles));
+    exposure.milliseconds = positive(readMilliseconds(roles));
     exposure.gain = positive(roles.number(PRole::Gain));
     exposure.automatic = isAutomatic(roles);
-    exposure.binning = binningOf(roles, names);
+    exposure.binning = binningText(roles, names);
     return exposure;
 }
 
 QString PFrameExposure::timeText() const {
-    return milliseconds ? textOf(*milliseconds) + (automatic ? u" (automatic)"_qs : u" (manual)"_qs)
+    return milliseconds ? toText(*milliseconds) + (automatic ? u" (automatic)"_qs : u" (manual)"_qs)
                         : QString();
 }
 
@@ -78,6 +78,6 @@ QString PFrameExposure::gainText() const {
     return gain ? decimalText(*gain * 100) + u" %"_qs : QString();
 }
 
-QString PFrameExposure::textOf(double milliseconds) {
+QString PFrameExposure::toText(double milliseconds) {
     return decimalText(milliseconds) + u" ms"_qs;
 }

@@ -28,5 +28,5 @@ struct PFrameExposure {
     /// "120 %"; empty if the gain is not known.
     QString gainText() const;
     /// "158.647 ms": to the microsecond.
-    static QString textOf(double milliseconds);
+    static QString toText(double milliseconds);
 };

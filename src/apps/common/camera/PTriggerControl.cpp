@@ -16,19 +16,19 @@ namespace {
 using std::chrono::microseconds;
 
 /// How long one of a part of the exposure time is.
-microseconds lengthOf(const PRoleBinding& part) {
+microseconds partLength(const PRoleBinding& part) {
     return microseconds(std::llround(part.toRole(1) * 1000));
 }
 
 /// The fields with a role; of times, the longest unit first.
-PRoleBindings fieldsOf(const PDeviceProperty& property, PRole role) {
+PRoleBindings findFields(const PDeviceProperty& property, PRole role) {
     PRoleBindings fields = PPropertyRoles::of(property);
     fields.removeIf([&](const PRoleBinding& binding) {
         return binding.role != role || binding.field.isEmpty();
     });
     std::stable_sort(
         fields.begin(), fields.end(),
-        [](const PRoleBinding& a, const PRoleBinding& b) { return lengthOf(a) > lengthOf(b); });
+        [](const PRoleBinding& a, const PRoleBinding& b) { return partLength(a) > partLength(b); });
     return fields;
 }
 
@@ -49,18 +49,18 @@ PStatus writeText(QVariant& value, const PRoleBinding& field, const QString& tex
 PStatus writeExposure(QVariant& value, PRoleBindings parts, microseconds exposure) {
     const PRoleBinding last = parts.takeLast();
     for (const PRoleBinding& part : std::as_const(parts)) {
-        const PStatus status = writeText(value, part, QString::number(exposure / lengthOf(part)));
+        const PStatus status = writeText(value, part, QString::number(exposure / partLength(part)));
         if (!status.isOk())
             return status;
-        exposure %= lengthOf(part);
+        exposure %= partLength(part);
     }
-    const double rest = double(exposure.count()) / double(lengthOf(last).count());
+    const double rest = double(exposure.count()) / double(partLength(last).count());
     return writeText(value, last, QString::number(rest, 'g', 15));
 }
 
 using TimeRange = PMinMaxRange<double>;
 
-std::optional<TimeRange> numbersOf(const QVariant& range) {
+std::optional<TimeRange> toTimeRange(const QVariant& range) {
     if (range.metaType() == QMetaType::fromType<TimeRange>())
         return range.value<TimeRange>();
     if (range.metaType() != QMetaType::fromType<PMinMaxRange<int>>())
@@ -70,8 +70,8 @@ std::optional<TimeRange> numbersOf(const QVariant& range) {
 }
 
 /// Of a property whose value is an exposure time: its range in milliseconds, if it has one.
-std::optional<TimeRange> timeRangeOf(const PDeviceProperty& property) {
-    const std::optional<TimeRange> range = numbersOf(property.rangeInner());
+std::optional<TimeRange> readTimeRange(const PDeviceProperty& property) {
+    const std::optional<TimeRange> range = toTimeRange(property.rangeInner());
     for (const PRoleBinding& time : PPropertyRoles::of(property)) {
         if (range && time.role == PRole::ExposureTime && time.isPlain())
             return TimeRange{time.toRole(range->minimum), time.toRole(range->maximum), 0};
@@ -83,7 +83,7 @@ std::optional<TimeRange> timeRangeOf(const PDeviceProperty& property) {
 
 /// By the range of the plain exposure time, where the camera has that.
 PStatus PTriggerControl::checkExposure(const QVariant& value) const {
-    const double time = millisecondsOf(value);
+    const double time = toMilliseconds(value);
     if (!m_timeRange || (time >= m_timeRange->minimum && time <= m_timeRange->maximum))
         return PStatus::Ok;
     return PStatus::failure(tr("an exposure time of %1 s is not possible: expected %2 s to %3 s")
@@ -100,10 +100,10 @@ PTriggerControl::PTriggerControl(PDevice& device)
         m_property = property;
     if (const PDeviceProperty* const time =
             PDeviceRoles::plainProperty(device, PRole::ExposureTime))
-        m_timeRange = timeRangeOf(*time);
+        m_timeRange = readTimeRange(*time);
 }
 
-double PTriggerControl::millisecondsOf(const QVariant& value) const {
+double PTriggerControl::toMilliseconds(const QVariant& value) const {
     return PRoleValue{{}, value, PPropertyRoles::of(*m_property)}
         .number(PRole::TriggerTime)
         .value_or(0);
@@ -114,7 +114,7 @@ PStatus PTriggerControl::prepare(Source source, std::optional<microseconds> expo
         return PStatus::failure(tr("the camera has no triggered capture"));
     QVariant value = m_property->valueInner();
     PStatus status =
-        exposure ? writeExposure(value, fieldsOf(*m_property, PRole::TriggerTime), *exposure)
+        exposure ? writeExposure(value, findFields(*m_property, PRole::TriggerTime), *exposure)
                  : PStatus(PStatus::Ok);
     if (status.isOk())
         status = checkExposure(value);
@@ -123,7 +123,7 @@ PStatus PTriggerControl::prepare(Source source, std::optional<microseconds> expo
         {PRole::TriggerSource, source == Source::External ? 1 : 0},
         {PRole::Triggered, 1}};
     for (const auto& [role, number] : numbers) {
-        for (const PRoleBinding& field : fieldsOf(*m_property, role)) {
+        for (const PRoleBinding& field : findFields(*m_property, role)) {
             if (status.isOk())
                 status = writeText(value, field, QString::number(number));
         }
@@ -143,5 +143,5 @@ PStatus PTriggerControl::fire(int frames) {
 }
 
 microseconds PTriggerControl::exposure() const {
-    return microseconds(std::llround(millisecondsOf(m_property->valueInner()) * 1000));
+    return microseconds(std::llround(toMilliseconds(m_property->valueInner()) * 1000));
 }

@@ -39,7 +39,7 @@ public:
 
 private:
     PStatus checkExposure(const QVariant& value) const;
-    double millisecondsOf(const QVariant& value) const;
+    double toMilliseconds(const QVariant& value) const;
 
     PDeviceProperty* m_property;
     std::optional<PMinMaxRange<double>> m_timeRange; ///< of exposure times, milliseconds

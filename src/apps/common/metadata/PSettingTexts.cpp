@@ -109,7 +109,7 @@ private:
 };
 
 /// The binding of a field, or with an empty name of the whole value; null if it has no role.
-const PRoleBinding* bindingOf(const PRoleBindings& bindings, const QByteArray& field) {
+const PRoleBinding* findBinding(const PRoleBindings& bindings, const QByteArray& field) {
     const auto found =
         std::find_if(bindings.begin(), bindings.end(), [&](const PRoleBinding& binding) {
             return binding.method.isEmpty() && binding.field == field;
@@ -122,7 +122,7 @@ void appendFields(Texts& texts, const PRoleValue& setting) {
         return;
     for (const QString& name : PCompositeFields::names(setting.value)) {
         const QByteArray field = name.toLatin1();
-        texts.append(setting.id + '.' + field, bindingOf(setting.bindings, field),
+        texts.append(setting.id + '.' + field, findBinding(setting.bindings, field),
                      PCompositeFields::read(setting.value, name));
     }
 }
@@ -135,11 +135,11 @@ PPictureMetadata PSettingTexts::of(const PDeviceSettings& settings) {
     const PFrameExposure exposure = PFrameExposure::of(roles);
     if (exposure.gain)
         texts.add(u"Gain"_qs, exposure.gainText());
-    const QList<PRoleValue> values = PDeviceRoles::valuesOf(settings);
+    const QList<PRoleValue> values = PDeviceRoles::toValues(settings);
     for (const PRoleValue& setting : values) {
         // An action has no value.
         if (setting.value.isValid() && !PCompositeFields::isComposite(setting.value))
-            texts.append(setting.id, bindingOf(setting.bindings, {}), setting.value);
+            texts.append(setting.id, findBinding(setting.bindings, {}), setting.value);
     }
     for (const PRoleValue& setting : values) {
         if (PCompositeFields::isComposite(setting.value))

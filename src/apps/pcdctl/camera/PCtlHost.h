@@ -15,7 +15,7 @@ public:
 
     const PCameraSdk& sdk() const { return m_cameras.sdk(); }
     PDeviceManager& manager() { return m_cameras.manager(); }
-    PCameraIdentity identityOf(const PDevice* device) const { return m_cameras.identityOf(device); }
+    PCameraIdentity identify(const PDevice* device) const { return m_cameras.identify(device); }
 
     /// The camera the user has chosen, or null and why.
     struct Choice {

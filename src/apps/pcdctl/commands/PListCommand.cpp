@@ -10,7 +10,7 @@ namespace {
 QList<PCameraIdentity> presentCameras(PCtlHost& host) {
     QList<PCameraIdentity> cameras;
     for (const PDevice* device : host.manager().devices())
-        cameras.append(host.identityOf(device));
+        cameras.append(host.identify(device));
     return cameras;
 }
 

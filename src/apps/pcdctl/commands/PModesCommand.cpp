@@ -41,7 +41,7 @@ PCtlOutcome runModesCommand(PCtlHost& host, const PCtlOptions& options) {
             PCtlOutput::printLine(toText(mode, mode == current));
     }
     if (options.json) {
-        const QString id = host.identityOf(choice.device).id;
+        const QString id = host.identify(choice.device).id;
         PCtlOutput::printDocument({{u"camera"_qs, id}, {u"modes"_qs, array}});
     }
     return {};

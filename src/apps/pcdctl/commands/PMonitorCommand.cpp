@@ -31,14 +31,14 @@ PCtlOutcome runMonitorCommand(PCtlHost& host, const PCtlOptions& options) {
     PInterruptibleLoop loop;
     const QList<PDevice*> present = host.manager().devices();
     for (const PDevice* device : present)
-        printEvent(u"present"_qs, host.identityOf(device), options.json);
+        printEvent(u"present"_qs, host.identify(device), options.json);
     if (present.isEmpty())
         PCtlOutput::printMessage(u"no camera yet; waiting for one"_qs);
     // Gone with this function, before the manager removes its devices.
     const QObject context;
     const auto print = [&](const QString& event) {
         return [&host, &options, event](const PDevice* device) {
-            printEvent(event, host.identityOf(device), options.json);
+            printEvent(event, host.identify(device), options.json);
         };
     };
     QObject::connect(&host.manager(), &PDeviceManager::deviceAdded, &context, print(u"arrived"_qs));

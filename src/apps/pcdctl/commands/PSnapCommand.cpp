@@ -84,7 +84,7 @@ PCtlOutcome runSnapCommand(PCtlHost& host, const PCtlOptions& options) {
     const PCtlHost::Choice choice = host.choose(options.camera);
     if (choice.device == nullptr)
         return choice.outcome;
-    const PCameraIdentity camera = host.identityOf(choice.device);
+    const PCameraIdentity camera = host.identify(choice.device);
     PSnapRun run(host, choice.device);
     const PCtlOutcome outcome = run.takePicture(options);
     if (!outcome.isDone())

@@ -11,7 +11,7 @@ PCtlOutcome runAndReport(PCtlHost& host, const PCtlOptions& options) {
     const PCtlHost::Choice choice = host.choose(options.camera);
     if (choice.device == nullptr)
         return choice.outcome;
-    Run run(host.manager(), choice.device, host.identityOf(choice.device), options);
+    Run run(host.manager(), choice.device, host.identify(choice.device), options);
     const PCtlOutcome outcome = run.run();
     if (!run.wasStarted())
         return outcome;

@@ -18,7 +18,7 @@ using std::chrono::microseconds;
 // Shorter ones bring more than a picture a second, whose rate is enough.
 constexpr microseconds shortestToWaitFor(900'000);
 
-microseconds exposureOf(const PDevice& device) {
+microseconds readExposure(const PDevice& device) {
     const auto milliseconds = PFrameExposure::of(PDeviceRoles::of(device)).milliseconds;
     return microseconds(std::llround(milliseconds.value_or(0) * 1000));
 }
@@ -40,12 +40,12 @@ PExposureCountdown::PExposureCountdown(PDevice* device, Now now)
 
 void PExposureCountdown::restart() {
     m_began = m_now();
-    m_exposure = m_device.isNull() ? microseconds(0) : exposureOf(*m_device);
+    m_exposure = m_device.isNull() ? microseconds(0) : readExposure(*m_device);
 }
 
 /// Another time makes the camera start again; the same one does not.
 void PExposureCountdown::followExposureTime() {
-    if (!m_device.isNull() && exposureOf(*m_device) != m_exposure)
+    if (!m_device.isNull() && readExposure(*m_device) != m_exposure)
         restart();
 }
 

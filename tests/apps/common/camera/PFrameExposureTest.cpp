@@ -72,8 +72,8 @@ TEST(FrameExposure, has_texts_with_units) {
     exposure = exposureOf({{"autoexpottime", 20'000}, {"autoexpogain", 123}});
     EXPECT_EQ(exposure.timeText(), u"20 ms (manual)"_qs);
     EXPECT_EQ(exposure.gainText(), u"123 %"_qs);
-    EXPECT_EQ(PFrameExposure::textOf(5'000), u"5000 ms"_qs);
-    EXPECT_EQ(PFrameExposure::textOf(0.05), u"0.05 ms"_qs);
+    EXPECT_EQ(PFrameExposure::toText(5'000), u"5000 ms"_qs);
+    EXPECT_EQ(PFrameExposure::toText(0.05), u"0.05 ms"_qs);
     EXPECT_EQ(exposureOf({}).timeText(), QString());
     EXPECT_EQ(exposureOf({}).gainText(), QString());
 }

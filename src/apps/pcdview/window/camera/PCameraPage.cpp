@@ -19,12 +19,12 @@ namespace {
 constexpr double smallestPixel = 0.0001; // micrometres: no light shows less
 constexpr double largestPixel = 1000;
 
-PDeviceProperty* regionOf(const PViewCamera& camera) {
+PDeviceProperty* findRegion(const PViewCamera& camera) {
     return camera.device() == nullptr ? nullptr
                                       : PDeviceRoles::property(*camera.device(), PRole::Region);
 }
 
-QString numbersOf(const QRect& region) {
+QString regionText(const QRect& region) {
     return u"%1, %2, %3 × %4"_qs.arg(region.x())
         .arg(region.y())
         .arg(region.width())
@@ -91,13 +91,13 @@ QString PCameraPage::pixelSizeKey() const {
 }
 
 bool PCameraPage::hasRegions() const {
-    return regionOf(*m_camera) != nullptr;
+    return findRegion(*m_camera) != nullptr;
 }
 
 void PCameraPage::useRegion(const QRect& inPicture) {
     m_view->setTool(PImageView::Tool::Move);
     emit m_view->regionCancelled();
-    PDeviceProperty* const property = regionOf(*m_camera);
+    PDeviceProperty* const property = findRegion(*m_camera);
     if (property == nullptr)
         return setMessage(tr("The region of this camera cannot be set."));
     property->updateValueFromDevice();
@@ -110,7 +110,7 @@ void PCameraPage::useRegion(const QRect& inPicture) {
 }
 
 void PCameraPage::useWholeSensor() {
-    PDeviceProperty* const property = regionOf(*m_camera);
+    PDeviceProperty* const property = findRegion(*m_camera);
     if (property == nullptr)
         return setMessage(tr("The region of this camera cannot be set."));
     property->updateValueFromDevice();
@@ -118,12 +118,12 @@ void PCameraPage::useWholeSensor() {
 }
 
 void PCameraPage::setRegion(const QRect& onSensor) {
-    PDeviceProperty* const property = regionOf(*m_camera);
+    PDeviceProperty* const property = findRegion(*m_camera);
     property->setValue(onSensor);
     const QRect now = property->valueInner().toRect();
     setMessage(now == onSensor ? QString()
                                : tr("The camera did not accept the region %1; it is %2.")
-                                     .arg(numbersOf(onSensor), numbersOf(now)));
+                                     .arg(regionText(onSensor), regionText(now)));
 }
 
 void PCameraPage::showState() {

@@ -73,7 +73,7 @@ PStatus PCameraTabs::openDevice(PDevice* device, Front front) {
 }
 
 PCameraPage* PCameraTabs::addPage(PDevice* device) {
-    auto* const page = new PCameraPage(new PViewCamera(m_host.identityOf(device)));
+    auto* const page = new PCameraPage(new PViewCamera(m_host.identify(device)));
     connect(&page->camera(), &PViewCamera::stateChanged, this, [this, page] { showState(page); });
     emit pageAdded(page);
     m_tabs->addTab(page, toTitle(*page));
@@ -160,7 +160,7 @@ QList<PCameraListPanel::Entry> PCameraTabs::entries() const {
     QList<PCameraListPanel::Entry> entries;
     QStringList present;
     for (const PDevice* device : m_host.manager().devices()) {
-        const PCameraIdentity camera = m_host.identityOf(device);
+        const PCameraIdentity camera = m_host.identify(device);
         present.append(camera.id);
         entries.append({camera, toStateText(findPage(camera.id))});
     }
