@@ -5,27 +5,27 @@
 
 namespace PCD {
 
-/// Kind of a property: which editor shows it and what its value is. The numbers are what plugins
-/// pass and files hold; there are gaps on purpose.
+/// Kind of a property: which editor shows it and what its value is. Plugins pass these numbers and
+/// files hold them; the gaps are deliberate.
 enum class DevicePropertyType : int {
-    Custom = 1,    ///< brings a panel of its own
+    Custom = 1,    ///< has its own panel
     Integer = 5,   ///< whole number with a range
-    Duration = 6,  ///< whole number with a range that is a time
+    Duration = 6,  ///< time as a whole number, with a range
     Switch = 9,    ///< on or off
     Choice = 10,   ///< one item of an enumeration
     Action = 11,   ///< one-shot command, no value
     ScanArea = 19, ///< region of the sensor
 };
 
-/// What a device can do beyond its virtual operations; bits.
+/// Capabilities of a device beyond its virtual functions, as flag bits.
 enum class DeviceOption : int {
-    HotPluggable = 0x40,      ///< it can vanish and come back while the host runs
+    HotPluggable = 0x40,      ///< can be unplugged and plugged in again while the host runs
     AsynchronousStill = 0x80, ///< a still picture arrives later, through processSnapshot()
 };
 
 } // namespace PCD
 
-/// Unit of a numeric property as its value is exchanged.
+/// The unit in which the value of a numeric property is exchanged.
 enum class ValueUnits : int {
     None = 0,
     Microsecond = 8,

@@ -25,7 +25,8 @@ QDataStream& operator>>(QDataStream& in, PEnumeration& enumeration) {
     enumeration = PEnumeration();
     quint32 count = 0;
     in >> count;
-    // No memory is reserved for the count: a damaged one ends with the stream instead.
+    // Memory is not reserved from the count, which may be damaged: reading then stops at the end of
+    // the data.
     PEnumeration read;
     for (quint32 i = 0; i < count && in.status() == QDataStream::Ok; ++i) {
         PEnumerationItem item;

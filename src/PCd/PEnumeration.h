@@ -10,10 +10,10 @@
 
 /// One item of a PEnumeration.
 struct PEnumerationItem {
-    QUuid id;        ///< what a property exchanges as its value
+    QUuid id;        ///< the value of the property when this item is chosen
     QString name;    ///< untranslated
     QString title;   ///< translated, for the user
-    QByteArray data; ///< what the device understands
+    QByteArray data; ///< the value that the device uses
 
     friend bool operator==(const PEnumerationItem& a, const PEnumerationItem& b) {
         return a.id == b.id && a.name == b.name && a.title == b.title && a.data == b.data;
@@ -23,7 +23,7 @@ struct PEnumerationItem {
 /// An ordered list of named choices: the range of a choice property. A value; any thread.
 class PEnumeration {
 public:
-    /// Appends an item; ids may repeat, the first one counts.
+    /// Appends an item. Ids may repeat; the first item with an id is used.
     void addItem(QUuid id, const QString& name, const QString& title, const QByteArray& data);
     /// The first item with this id, or an empty item.
     PEnumerationItem getItem(QUuid id) const;
@@ -38,8 +38,8 @@ private:
     QList<PEnumerationItem> m_items;
 };
 
-/// Stream form: the number of items as quint32, then id, name, title and data of each. Reading a
-/// stream that ends early leaves its status set and an empty enumeration.
+/// QDataStream format: the number of items as quint32, then id, name, title and data of each. If
+/// the data ends early, the status of the QDataStream is set and the enumeration is empty.
 QDataStream& operator<<(QDataStream& out, const PEnumeration& enumeration);
 QDataStream& operator>>(QDataStream& in, PEnumeration& enumeration);
 

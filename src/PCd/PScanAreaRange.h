@@ -5,7 +5,7 @@
 #include <QMetaType>
 #include <QRect>
 
-/// What regions of the sensor a device accepts. Sizes in pixels; a value.
+/// The regions of the sensor that a device accepts. Sizes in pixels; a value.
 struct PScanAreaRange {
     QRect bounds;          ///< the whole area
     int minimumWidth = 0;  ///< smallest region
@@ -22,7 +22,7 @@ struct PScanAreaRange {
     friend bool operator!=(const PScanAreaRange& a, const PScanAreaRange& b) { return !(a == b); }
 };
 
-/// Stream form: the bounds, then the five numbers as qint32.
+/// QDataStream format: the bounds, then the five numbers as qint32.
 inline QDataStream& operator<<(QDataStream& out, const PScanAreaRange& range) {
     return out << range.bounds << qint32(range.minimumWidth) << qint32(range.minimumHeight)
                << qint32(range.widthStep) << qint32(range.heightStep) << qint32(range.offsetStep);

@@ -35,8 +35,8 @@ PStatus failedUnless(bool done, const QString& reason) {
     return done ? PStatus(PStatus::Ok) : PStatus::failure(reason);
 }
 
-/// Frame memory that waits to be used again is worth nothing without a stream. Some of it comes
-/// back only when the frames that still wait have been delivered, so a little later again.
+/// Without a stream, unused frame memory is returned to the system. Some is freed only when the
+/// queued frames have been delivered, so this is repeated a little later.
 void giveFrameMemoryBack() {
     const auto trim = [] { PBufferPool::instance().trim(); };
     trim();
@@ -159,7 +159,7 @@ PStatus PDevice::unlink() {
     if (!m_linked)
         return PStatus::Ok;
     stopStream();
-    // What the device answers changes nothing: the host has done with it.
+    // The result is ignored: the host no longer uses the device.
     const bool done = tryUnlink();
     m_linked = false;
     emit unlinked(deviceId(false));
@@ -203,8 +203,8 @@ void PDevice::retire() {
         tryUnlink();
     m_linked = false;
     m_gone = true;
-    // Told also if the host never linked it: panels work on a device from its construction on, and
-    // this is their sign to let it be.
+    // Emitted even if the host never linked the device: panels use a device from its construction
+    // on, and stop using it at this signal.
     emit unlinked(deviceId(false));
     m_idClaim->release();
 }
@@ -238,7 +238,7 @@ void PDevice::takeProperties() {
 }
 
 const QList<PDevicePropertyGroup*>& PDevice::supportPropertyGroups() {
-    supportProperties(); // groups look their members up in the list
+    supportProperties(); // groups find their members in this list
     if (!m_groupsTaken) {
         m_groups = getSupportPropertyGroups();
         m_groupsTaken = true;
@@ -253,7 +253,7 @@ void PDevice::updateMode() {
     updateSettings();
 }
 
-/// The mode is that of the last updateMode(): asking for it takes several calls to the device.
+/// The mode is that of the last updateMode(): reading it takes several calls to the device.
 void PDevice::updateSettings() {
     auto settings = std::make_shared<PDeviceSettings>();
     settings->mode = m_mode;

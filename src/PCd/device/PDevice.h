@@ -24,12 +24,13 @@ class PDevicePropertyGroup;
 class PFramePipeline;
 class QWidget;
 
-/// One camera as the host sees it. A plugin derives from it and fills in the try… and get…
-/// operations; the host uses link(), startStream() and the like, which keep the state and call
-/// those.
+/// One camera as the host sees it. A plugin derives from it and implements the try… and get…
+/// functions; the host calls link(), startStream() and the like, which keep the state and call
+/// them.
 ///
 /// Threads: everything runs on the thread that owns the object, the device's thread, unless it says
-/// "any thread". Life: made by a register, linked, streamed, unlinked, and deleted by the register.
+/// "any thread". Lifetime: created by a register, linked, streamed, unlinked, and deleted by the
+/// register.
 class PDevice : public PImageSource {
     Q_OBJECT
 
@@ -37,14 +38,14 @@ public:
     explicit PDevice(QObject* parent);
     ~PDevice() override;
 
-    // ---- What a device is, and what a plugin overrides. The order of these is part of the binary
-    // ---- interface: add at the end only.
+    // ---- Description of the device, and functions that a plugin overrides. Their order is part of
+    // the ---- binary interface: add at the end only.
 
     /// Model name for the user.
     virtual QString model() const;
     /// Serial number for the user, without padding zeros; empty if unknown.
     virtual QString serial() const;
-    /// Restores the settings that writeStreamThis() wrote into the object the reader stands in: the
+    /// Restores the settings that writeStreamThis() wrote, from the reader's current object: the
     /// mode, then the properties. False if any of them could not be set.
     virtual bool readStreamThis(PAbstractReader* reader);
     /// Writes model, serial, mode and all serialisable properties as an object of this name.
@@ -56,11 +57,11 @@ public:
     /// True once the property list has been built.
     virtual bool isInitialized() const;
     virtual bool isStreaming() const;
-    /// False for a device that the host itself makes up (a file played back).
+    /// False for a virtual device of the host, such as a file played back.
     virtual bool isRealDevice() const;
     /// A new panel of all properties, or null without a widget factory (see PWidgetFactory).
     virtual QWidget* createPropertiesWidget(QWidget* parent);
-    /// True if images come as a sequence that ends by itself.
+    /// True if images come as a sequence that ends on its own.
     virtual bool isSequence() const;
     /// True for a still camera without a live stream.
     virtual bool isPhotoDevice() const;
@@ -69,31 +70,31 @@ public:
     virtual bool canProcessImage() const;
     /// True if the other is the same camera: same model and serial.
     virtual bool isEqualSessionInfo(const PDevice* other) const;
-    /// A still picture, or an empty image where it arrives later (DeviceOption::AsynchronousStill).
+    /// A still, or an empty image if it arrives later (DeviceOption::AsynchronousStill).
     virtual PImage getSnapshot();
     /// True if a histogram of the images makes sense.
     virtual bool enableHistogram() const;
-    /// Asks for a still picture that arrives through processSnapshot(). False if refused.
+    /// Requests a still, which arrives through processSnapshot(). False if refused.
     virtual bool triggerStillCapture();
-    /// Model and serial as the device holds them. Any thread.
+    /// Model and serial number as stored in the device. Any thread.
     virtual QByteArray getModel() const = 0;
     virtual QByteArray getSerial() const = 0;
     virtual bool tryLink() = 0;
     virtual bool tryUnlink() = 0;
     virtual bool tryStartStream() = 0;
-    /// When it returns, no frame of the stream is on its way into processFrameImage() any more.
+    /// After it returns, processFrameImage() receives no more frames of the stream.
     virtual bool tryStopStream() = 0;
     virtual PDeviceMode getCurrentMode() = 0;
     virtual bool trySetMode(const PDeviceMode& mode) = 0;
     virtual QList<PDeviceMode> getSupportModes() = 0;
     /// New property objects; the caller owns them.
     virtual QList<PDeviceProperty*> getSupportProperties() = 0;
-    /// New group objects over the properties the device has taken; the caller owns them.
+    /// New groups of the properties that the device now owns; the caller owns the groups.
     virtual QList<PDevicePropertyGroup*> getSupportPropertyGroups() = 0;
     virtual bool tryFireSoftwareTrigger();
     virtual bool tryPollForTriggerReady();
 
-    // ---- What the host uses.
+    // ---- Functions for the host.
 
     /// Readable, stable id: model and serial, with "#2", "#3" … after it while another device that
     /// is present has the same; with `withRegister` the register's id and "/" before it, once a
@@ -101,23 +102,24 @@ public:
     /// thread.
     QByteArray deviceId(bool withRegister) const;
 
-    /// Each fails with the reason in plain words: the device is gone, not in that state, or
+    /// Each fails with a reason in plain words: the device is gone, is in the wrong state, or
     /// refused.
     PStatus link();
     PStatus unlink();
     PStatus startStream();
     PStatus stopStream();
-    /// Sets the mode, also while streaming, and emits modeChanged() with what the device then has.
+    /// Sets the mode, also while streaming, and emits modeChanged() with the device's mode
+    /// afterwards.
     PStatus setMode(const PDeviceMode& mode);
 
-    /// True once the register has removed the device: everything but stopping fails from then on.
+    /// True once the register has removed the device: from then on only stopping succeeds.
     bool isGone() const { return m_gone; }
-    /// False if the device names no modes any more though it had some when its register added it:
-    /// so answers one whose camera was unplugged, also after the camera was plugged in again.
+    /// False if the device had modes when its register added it and reports none now. This is the
+    /// case after its camera was unplugged, even if it has been plugged in again.
     bool isAnswering();
 
-    /// The property with this id, or null. The list is not built by this. Any thread while the list
-    /// is there, for nothing but posting calls to the property.
+    /// The property with this id, or null. Does not build the list. While the list exists, other
+    /// threads may use the result to post calls to the property, and for nothing else.
     PDeviceProperty* getProperty(const QByteArray& id) const;
     /// The properties, owned by the device; the first call builds the list, reads each property's
     /// range and value once, and writes nothing to the device.
@@ -133,27 +135,27 @@ public:
 
     // ---- Frames.
 
-    /// Hands a live frame to the host: it is stamped, counted, given to the frame sinks on this
+    /// Passes a live frame to the host: it is stamped, counted, given to the frame sinks on this
     /// thread, and queued for the device's thread, where imageChanged() is emitted. Any thread;
     /// never waits for the device's thread, and never throws.
     void processFrameImage(const PImage& image) noexcept;
-    /// Hands a picture to the host as a snapshot, through the same pipeline; snapshotTaken() is
-    /// emitted. A frame without a stamp is new; one with a stamp has come through here before and
-    /// is not counted again.
+    /// Passes a frame to the host as a snapshot, through the same pipeline; snapshotTaken() is
+    /// emitted. A frame without a stamp is new; one with a stamp has been counted before and is not
+    /// counted again.
     void processSnapshot(PDeviceFrame frame) noexcept;
-    /// Books frames that never became an image. Any thread.
+    /// Counts frames that never became an image. Any thread.
     void reportDroppedFrames(PFrameOutcome outcome, quint64 count = 1);
 
-    /// Adds a sink that sees every frame from now on, until removed. Any thread.
+    /// Adds a sink that receives every frame until it is removed. Any thread.
     void addFrameSink(std::shared_ptr<PFrameSink> sink);
     /// When this returns, no takeFrame() of the sink is running. Not from inside takeFrame().
     void removeFrameSink(const std::shared_ptr<PFrameSink>& sink);
 
-    /// Takes this number of live frames; what comes after them is counted as not requested and goes
-    /// no further. Without a number, all are taken, as at the beginning. Any thread.
+    /// Accepts this number of live frames; later ones are counted as not requested and dropped.
+    /// Without a number, all are accepted, which is the default. Any thread.
     void limitLiveFrames(std::optional<quint64> count);
 
-    /// The newest live frame that arrived, whatever still waits; a view shows this. Any thread.
+    /// The newest live frame that arrived, regardless of the queue; a view shows this. Any thread.
     PDeviceFrame newestFrame() const;
     /// A consistent ledger of all frames so far. Any thread.
     PFrameLedger frameLedger() const;
@@ -178,7 +180,7 @@ private:
     void retire();
 
     QByteArray m_registerId;
-    PDeviceMode m_mode; ///< for the settings of frames
+    PDeviceMode m_mode; ///< stamped on frames
     QList<PDeviceProperty*> m_properties;
     QList<PDevicePropertyGroup*> m_groups;
     int m_options = 0;

@@ -12,7 +12,8 @@ struct Claims {
 };
 
 Claims& claims() {
-    // Never destroyed: devices held in statics release their claims after this file's statics.
+    // Never destroyed: devices in static variables may release their claims after this file's
+    // static variables are destroyed.
     static Claims* const all = new Claims;
     return *all;
 }

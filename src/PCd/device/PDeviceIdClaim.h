@@ -6,7 +6,7 @@
 #include <functional>
 #include <optional>
 
-/// A device's hold on a readable id that no other present device of the process has. Any thread.
+/// Reserves a readable id that no other present device of the process has. Any thread.
 class PDeviceIdClaim {
 public:
     PDeviceIdClaim() = default;
@@ -18,8 +18,8 @@ public:
     /// taken; later calls return the same.
     QByteArray id(const std::function<QByteArray()>& wanted);
 
-    /// Lets others have the id, which stays this device's name: a camera that is plugged in again
-    /// gets its id back even while the removed device still exists.
+    /// Makes the id available to other devices, while this device keeps it as its name: a camera
+    /// that is plugged in again gets its id back even while the removed device still exists.
     void release();
 
 private:

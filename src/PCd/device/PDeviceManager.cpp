@@ -36,7 +36,7 @@ PDeviceManager::Selection selectByNumber(const QList<PDevice*>& all, int number,
                                          const QString& text) {
     if (number < all.size())
         return {all.at(number), QString()};
-    // Models may be called by numbers.
+    // Model names may be numbers.
     const PDeviceManager::Selection byPrefix = selectByPrefix(all, text);
     if (byPrefix.device != nullptr)
         return byPrefix;
@@ -75,7 +75,7 @@ PDeviceManager::Selection PDeviceManager::select(const QString& text) const {
         return {nullptr, u"no camera found"_qs};
     if (text.isEmpty())
         return {all.first(), QString()};
-    // A whole id is meant, also where it begins others.
+    // An exact id wins over longer ids that begin with it.
     const auto exact = std::find_if(all.begin(), all.end(),
                                     [&](const PDevice* device) { return shownId(device) == text; });
     if (exact != all.end())

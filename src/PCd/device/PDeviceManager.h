@@ -11,7 +11,7 @@
 class PDevice;
 class PDeviceRegister;
 
-/// All devices of a program: those of every register it has. The thread of the registers.
+/// All devices of a program, from all its registers. The thread of the registers.
 class PDeviceManager : public QObject {
     Q_OBJECT
 
@@ -20,23 +20,23 @@ public:
     /// Removes all devices, then deletes the registers.
     ~PDeviceManager() override;
 
-    /// Takes a register over and finds its devices, and emits deviceAdded() for each.
+    /// Takes ownership of a register, finds its devices, and emits deviceAdded() for each.
     void addRegister(PDeviceRegister* deviceRegister);
 
     /// The devices of all registers, in the order of the registers.
     QList<PDevice*> devices() const;
 
-    /// The device that the user has named, or why there is none.
+    /// The device that the user named, or the reason why there is none.
     struct Selection {
         PDevice* device = nullptr;
         QString problem;
     };
-    /// Finds a device by its number in devices() (from 0), its id, or a beginning of its id that no
-    /// other has. An empty text means the only or first device.
+    /// Finds a device by its index in devices() (from 0), its id, or a unique prefix of its id. An
+    /// empty text selects the first device.
     Selection select(const QString& text) const;
 
 public slots:
-    /// Has every register look for its devices.
+    /// Makes every register search for its devices.
     void updateDevices();
 
 signals:

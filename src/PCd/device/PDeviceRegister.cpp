@@ -20,7 +20,7 @@ void logFailure(const char* reason) {
         << "Looking for devices failed:" << reason;
 }
 
-/// Without empty entries and repetitions.
+/// Without null entries and duplicates.
 QList<PDevice*> eachOnce(const QList<PDevice*>& devices) {
     QList<PDevice*> once;
     for (PDevice* device : devices) {
@@ -37,7 +37,8 @@ PDeviceRegister::PDeviceRegister() {
 }
 
 PDeviceRegister::~PDeviceRegister() {
-    // Now, not later: the code of the devices may be gone with this object.
+    // At once, not with deleteLater(): the plugin with the devices' code may be unloaded after
+    // this.
     while (!m_devices.isEmpty()) {
         PDevice* const device = m_devices.takeLast();
         device->retire();
@@ -76,15 +77,15 @@ PDevice* PDeviceRegister::findDevice(const QByteArray& id) const {
 }
 
 void PDeviceRegister::removeDevice(PDevice* device) {
-    // Out of the list before anything is emitted: a slot that looks for it, or that removes it once
-    // more, finds it gone already.
+    // Removed from the list before anything is emitted: a slot that searches for it, or removes it
+    // again, must not find it.
     if (!m_devices.removeOne(device))
         return;
     const QPointer<PDevice> present(device);
     device->retire();
     if (present)
         emit deviceRemoved(device);
-    if (present) // no listener has deleted it by itself
+    if (present) // no listener has deleted it
         destroyDevice(device);
 }
 
@@ -101,8 +102,8 @@ void PDeviceRegister::updateDevices() {
             mergeDevices(aliveDevices());
         } while (m_updateAgain);
     } catch (const std::exception& error) {
-        // A timer calls this: past here the exception would unwind the event loop. The list is as
-        // it was, and the next rescan tries again.
+        // Called by a timer: an exception would unwind the event loop. The list is unchanged, and
+        // the next rescan tries again.
         logFailure(error.what());
     } catch (...) {
         logFailure("unknown exception");
@@ -123,7 +124,7 @@ void PDeviceRegister::mergeDevices(const QList<PDevice*>& alive) {
     }
 }
 
-/// What a plugin names, each camera once.
+/// What the plugin lists, each camera once.
 QList<PDevice*> PDeviceRegister::presentDevices(const QList<PDevice*>& alive) {
     const QList<PDevice*> named = eachOnce(alive);
     QList<PDevice*> present;
@@ -132,14 +133,14 @@ QList<PDevice*> PDeviceRegister::presentDevices(const QList<PDevice*>& alive) {
         present.append(first != nullptr ? first : device);
         if (first == nullptr)
             continue;
-        device->setParent(this); // it goes with the register at the latest
+        device->setParent(this); // deleted with the register at the latest
         destroyDevice(device);
     }
     return present;
 }
 
-/// A plugin may open a camera again whose device it does not recognise as its own. The device that
-/// the host works with stays; null if there is none but those that are named anyway.
+/// A plugin may open a camera a second time if it does not recognise the existing device. The
+/// device that the host uses is kept; null if the plugin lists all devices of this camera.
 PDevice* PDeviceRegister::firstOfSameCamera(const PDevice* device,
                                             const QList<PDevice*>& named) const {
     if (m_devices.contains(device))
@@ -150,11 +151,11 @@ PDevice* PDeviceRegister::firstOfSameCamera(const PDevice* device,
     return found == m_devices.end() ? nullptr : *found;
 }
 
-/// An idle camera that was unplugged and plugged in again before the plugin looked is named as
-/// before, but its device is bound to the session that the unplugging ended.
+/// An idle camera that was unplugged and plugged in again between two scans is listed as before,
+/// but its device belongs to the session that the unplugging ended.
 void PDeviceRegister::renewSilentDevices(const QList<PDevice*>& known) {
     for (PDevice* device : known) {
-        // A streaming device reports by itself that its camera is gone.
+        // A streaming device reports on its own that its camera is gone.
         if (!m_devices.contains(device) || device->isStreaming() || device->isAnswering())
             continue;
         // Only then is the old session closed, and the plugin may open another. Queued, as the
@@ -166,13 +167,13 @@ void PDeviceRegister::renewSilentDevices(const QList<PDevice*>& known) {
 }
 
 void PDeviceRegister::addDevice(PDevice* device) {
-    // Owned, so that one that still waits to be deleted later goes with the register at the latest.
+    // Owned, so that a device whose deletion is pending is deleted with the register at the latest.
     device->setParent(this);
     device->m_registerId = m_id;
     device->m_hadModes = !device->getSupportModes().isEmpty();
     m_devices.append(device);
-    // Somebody may delete it after all: the list must not keep what is gone. Only its address is
-    // looked at, there is no device any more by then.
+    // Other code may delete the device: the list must not keep a dangling pointer. Only the address
+    // is used, as the device no longer exists by then.
     connect(device, &QObject::destroyed, this, [this, device] { m_devices.removeOne(device); });
     emit deviceAdded(device);
 }

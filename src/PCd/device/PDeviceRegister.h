@@ -7,8 +7,8 @@
 
 class PDevice;
 
-/// The root object of a device plugin: it knows which devices of its kind are present. Everything
-/// runs on the thread that owns it.
+/// The root object of a device plugin: it keeps the list of the plugin's devices that are present.
+/// Everything runs on the thread that owns it.
 class PDeviceRegister : public QObject {
     Q_OBJECT
 
@@ -17,19 +17,20 @@ public:
     /// Deletes the devices that are left.
     ~PDeviceRegister() override;
 
-    // The order of the virtual operations is part of the binary interface: add at the end only.
+    // The order of the virtual functions is part of the binary interface: add at the end only.
 
     /// Called by the host when it begins to use the register: finds the devices present.
     virtual void registerInitialize();
-    /// Called by the host before it lets the register go: removes all devices.
+    /// Called by the host before it deletes the register: removes all devices.
     virtual void registerCleanup();
-    /// The device with this id (with or without the register's), searching for devices again if
-    /// it is not known yet; null if there is none.
+    /// The device with this id (with or without the register's), after another search if it is not
+    /// in the list; null if there is none.
     virtual PDevice* createDevice(const QByteArray& id);
     /// Disposes of a device that has been removed. Deletes it later, never at once: the call may
     /// come from one of its own signals.
     virtual void destroyDevice(PDevice* device);
-    /// The devices present now: known ones again, new ones made. The base knows of none.
+    /// The devices present now: the existing objects, and new ones for new devices. The base class
+    /// returns none.
     virtual QList<PDevice*> aliveDevices();
 
     const QByteArray& id() const { return m_id; }
@@ -38,17 +39,17 @@ public:
     const QList<PDevice*>& devices() const { return m_devices; }
     /// The device with this id (with or without the register's), or null.
     PDevice* findDevice(const QByteArray& id) const;
-    /// Stops and unlinks the device, takes it out of the list, emits deviceRemoved(), and has it
-    /// destroyed. A device that is not in the list is left alone.
+    /// Stops and unlinks the device, removes it from the list, emits deviceRemoved(), and disposes
+    /// of it. Ignores a device that is not in the list.
     void removeDevice(PDevice* device);
 
 public slots:
-    /// Compares the list with aliveDevices(): adds what is new, removes what is gone, and emits a
-    /// signal for each. A call from inside another one is put off until that has ended.
+    /// Compares the list with aliveDevices(), adds new devices, removes missing ones, and emits a
+    /// signal for each. A nested call is deferred until the outer one has ended.
     ///
-    /// A device that is named again but does not answer, while idle, is removed, and once it is
-    /// deleted another update lets the plugin make it again. A new device that is the second one
-    /// of a camera whose first answers is disposed of.
+    /// An idle device that is listed but no longer answers is removed; once it is deleted, another
+    /// update lets the plugin create it again. A second device of a camera whose first one still
+    /// answers is disposed of.
     void updateDevices();
 
 signals:

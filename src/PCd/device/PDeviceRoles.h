@@ -9,14 +9,14 @@ class PDevice;
 class PDeviceProperty;
 struct PDeviceSettings;
 
-/// The values of a device by their roles: what is the exposure, the gain, the region, and which of
-/// them does this device have. Where a plain property and a field of a composite one have the same
-/// role, the plain one is read: it is the device's own. A value; any thread.
+/// The values of a device by role: exposure, gain, region and so on, as far as the device has them.
+/// Where a plain property and a field of a composite one have the same role, the plain property is
+/// used, as it is read from the device. A value; any thread.
 class PDeviceRoles {
 public:
-    /// What the host knows of a device now; the device is not read. The device's thread.
+    /// From the cached values of a device; the device is not read. The device's thread.
     static PDeviceRoles of(const PDevice& device);
-    /// What a frame was taken with. Any thread, also when the device is gone.
+    /// From the settings of a frame. Any thread, also when the device is gone.
     static PDeviceRoles of(const PDeviceSettings& settings);
 
     /// All values of a frame's settings in their order, also those without roles. Any thread.
@@ -36,7 +36,7 @@ public:
     PRoleValue find(PRole role) const;
     /// The composite value with the role in a field; empty if there is none.
     PRoleValue findComposite(PRole role) const;
-    /// As PRoleValue's, of the value that find() returns.
+    /// The functions of PRoleValue, for the value that find() returns.
     QVariant part(PRole role) const { return find(role).part(role); }
     std::optional<double> number(PRole role) const { return find(role).number(role); }
     bool isOn(PRole role) const { return find(role).isOn(role); }

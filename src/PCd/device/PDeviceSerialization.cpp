@@ -25,7 +25,7 @@ bool readProperty(PDevice* device, PAbstractReader* reader, const QString& id) {
     PDeviceProperty* const property = device->getProperty(id.toLatin1());
     if (property == nullptr)
         return false;
-    // Nothing is saved of a command; older states hold an empty object of its name.
+    // Actions are not saved; older files hold an empty object for each.
     if (property->type() == PCD::DevicePropertyType::Action)
         return true;
     if (!reader->beginObject(id))

@@ -3,10 +3,10 @@
 
 #include <PCd/frame/PDeviceFrame.h>
 
-/// Between images and the device framework. Any thread.
+/// Conversion between images and frames. Any thread.
 class PCdDipUtils {
 public:
-    /// The image as a frame. An image that has passed through a device keeps its stamp: a live
-    /// image made into a snapshot is still known as that frame.
+    /// The image as a frame. An image that has passed through a device keeps its stamp, so a live
+    /// frame that becomes a snapshot keeps its number.
     static PDeviceFrame imageAsDeviceFrame(const PImage& image);
 };

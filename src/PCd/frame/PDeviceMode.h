@@ -10,7 +10,7 @@ struct PDeviceMode {
     int width = 0;    ///< pixels
     int height = 0;   ///< pixels
     QString name;     ///< for the user, for example "2592x1944"
-    QByteArray id;    ///< for the device; the mode with an empty id and no size is "no mode"
+    QByteArray id;    ///< used by the device; an empty id with no size is "no mode"
     int bitDepth = 0; ///< bits of a pixel
 
     friend bool operator==(const PDeviceMode& a, const PDeviceMode& b) {

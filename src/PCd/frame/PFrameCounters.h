@@ -5,17 +5,18 @@
 
 #include <mutex>
 
-/// Keeps the ledger of a running device: frames are entered when they appear and settled when their
-/// outcome is known, from whatever thread finds out.
+/// Keeps the ledger of a running device: a frame is counted when it appears and again when its
+/// outcome is known. Any thread.
 class PFrameCounters {
 public:
-    /// A frame appeared and is on its way.
+    /// A frame appeared and waits for its outcome.
     void enter();
-    /// The outcome of a frame on its way is known.
+    /// The outcome of a waiting frame is known.
     void settle(PFrameOutcome outcome);
-    /// Frames appeared whose outcome is known at once: lost or dropped before they set out.
+    /// Frames appeared whose outcome is known at once: lost or dropped before they entered the
+    /// pipeline.
     void enterAndSettle(PFrameOutcome outcome, quint64 count = 1);
-    /// A picture was handed out as a snapshot.
+    /// A frame was emitted as a snapshot.
     void countSnapshot();
     /// A consistent copy.
     PFrameLedger ledger() const;

@@ -10,8 +10,8 @@ PFrameHandoff::PFrameHandoff(std::size_t byteLimit)
 bool PFrameHandoff::push(Entry entry) {
     const std::lock_guard lock(m_mutex);
     const std::size_t bytes = liveBytes(entry);
-    // The newcomer is left out, not the oldest: a triggered sequence keeps its beginning whole, and
-    // what is newest is known to the device besides.
+    // The new frame is dropped, not the oldest: a triggered sequence keeps its beginning complete,
+    // and the device keeps its newest frame separately.
     if (bytes > 0 && m_liveBytes > 0 && m_liveBytes + bytes > m_byteLimit)
         return false;
     m_entries.push_back(std::move(entry));

@@ -12,18 +12,18 @@
 /// The frames that wait for a device's thread: a queue bounded in bytes. Any thread.
 class PFrameHandoff {
 public:
-    /// A frame that waits, as it goes to the device's thread.
+    /// A queued frame.
     struct Entry {
         PDeviceFrame frame;
         PFrameSink::Kind kind = PFrameSink::Kind::Live;
-        bool settled = false; ///< its outcome is counted already
+        bool settled = false; ///< its outcome has been counted
     };
 
     explicit PFrameHandoff(std::size_t byteLimit);
 
-    /// Queues an entry. Returns false, and leaves it out, if it is a live frame and the queue holds
-    /// frames for the byte limit already; a queue without live frames takes one of any size.
-    /// Snapshots are always taken.
+    /// Queues an entry. Returns false, and does not queue it, if it is a live frame that would
+    /// exceed the byte limit; a queue without live frames accepts one of any size. Snapshots are
+    /// always accepted.
     bool push(Entry entry);
 
     /// The oldest entry, or nothing.
@@ -31,7 +31,7 @@ public:
 
     /// True once after a push while no wake-up is pending: the caller wakes the device's thread.
     bool claimWake();
-    /// The device's thread is here; the next push needs a new wake.
+    /// The device's thread has woken up; the next push needs a new wake-up.
     void wakeArrived();
 
     /// The number of frames that wait, snapshots included.

@@ -11,11 +11,11 @@
 /// What finally happened to a frame. Every frame has exactly one outcome.
 enum class PFrameOutcome : int {
     Delivered,      ///< reached the device's listeners
-    LostInCamera,   ///< the camera made it, but it never left the SDK
-    BadDepth,       ///< dropped by the plugin: bits of a pixel it does not know
+    LostInCamera,   ///< the camera took it, but the SDK did not deliver it
+    BadDepth,       ///< dropped by the plugin: unsupported number of bits per pixel
     BadSize,        ///< dropped by the plugin: size and geometry do not add up
     NoMemory,       ///< dropped by the plugin: no memory for the pixels
-    DroppedWaiting, ///< dropped because too much was waiting for the device's thread
+    DroppedWaiting, ///< dropped because the queue for the device's thread was full
     FailedInWriter, ///< a frame sink (a recorder) could not take it
     Failed,         ///< a listener failed over it
     NotRequested,   ///< arrived after the last requested frame
@@ -27,15 +27,15 @@ struct PFrameLedger {
     quint64 produced = 0; ///< frames counted when they appeared
     std::array<quint64, PFrameOutcomeCount>
         outcomes{};        ///< frames counted when their outcome was known
-    quint64 waiting = 0;   ///< on the way to the device's thread now
-    quint64 snapshots = 0; ///< pictures handed out as snapshots, live frames made so included
+    quint64 waiting = 0;   ///< queued for the device's thread now
+    quint64 snapshots = 0; ///< frames emitted as snapshots, including forwarded live frames
 
     quint64 count(PFrameOutcome outcome) const { return outcomes[std::size_t(outcome)]; }
-    /// True if every frame that appeared has its outcome or is waiting.
+    /// True if every frame counted has an outcome or is waiting.
     bool isBalanced() const;
-    /// The ledger of the time since `start`, an earlier ledger of the same device. What was waiting
-    /// then gets its outcome in this time, so it counts as produced in it: the result balances
-    /// where both do. `waiting` stays what it is now.
+    /// The ledger since `start`, an earlier ledger of the same device. Frames that were waiting
+    /// then get their outcome in this period, so they count as produced in it: if both ledgers
+    /// balance, so does the result. `waiting` keeps its present value.
     PFrameLedger since(const PFrameLedger& start) const;
 
     /// Every outcome, in order.

@@ -27,14 +27,14 @@ void logFailure(const char* what, const char* reason) noexcept {
 
 } // namespace
 
-/// Lives on the device's thread and drains the pipeline there when its event arrives.
+/// Belongs to the device's thread and empties the pipeline there when its event arrives.
 class PFramePipeline::Waker : public QObject {
 public:
     explicit Waker(PFramePipeline* pipeline)
         : m_pipeline(pipeline) {}
 
 protected:
-    /// There is one kind of event that is not Qt's own.
+    /// Only one type of user event is posted to this object.
     void customEvent(QEvent*) override {
         m_pipeline->drain(); // may delete the pipeline, and this with it
     }
@@ -162,9 +162,10 @@ void PFramePipeline::wake() noexcept {
     if (!m_handoff.claimWake())
         return;
     try {
-        // The hop to the device's thread. One event serves all frames that come until it is there,
-        // so a stalled thread finds one event waiting, not thousands; it dies with the device. An
-        // event of its own carries nothing from thread to thread but the wish to be called.
+        // The hop to the device's thread. One event serves all frames that arrive until it is
+        // handled, so a stalled thread finds one pending event, not thousands; Qt discards it with
+        // the device. A user event carries no data between the threads, only the request to be
+        // called.
         QCoreApplication::postEvent(m_waker.get(), new QEvent(QEvent::User));
     } catch (const std::exception&) {
         m_handoff.wakeArrived(); // no memory for the event: the next frame tries again
@@ -173,8 +174,8 @@ void PFramePipeline::wake() noexcept {
 
 void PFramePipeline::drain() {
     m_handoff.wakeArrived();
-    // Only what waits now, and for a moment only: the rest of the event loop must get its turn also
-    // with a camera faster than its listeners, and with listeners that are slow.
+    // Only the frames queued now, and for a limited time: other events must be handled too, even if
+    // frames arrive faster than the listeners handle them.
     const std::size_t waiting = m_handoff.size();
     const auto end = std::chrono::steady_clock::now() + deliveryTime;
     const QPointer<QObject> device(m_device);
@@ -198,7 +199,7 @@ void PFramePipeline::deliverOne(PFrameHandoff::Entry entry) {
     try {
         m_deliver(entry);
     } catch (const std::exception& error) {
-        // Past this point the exception would unwind the event loop.
+        // Beyond this point an exception would unwind the event loop.
         logFailure("A listener failed over a frame:", error.what());
         outcome = PFrameOutcome::Failed;
     } catch (...) {

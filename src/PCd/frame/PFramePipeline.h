@@ -39,7 +39,7 @@ public:
     /// without a number, lets all in. Any thread.
     void limitLive(std::optional<quint64> count);
 
-    /// The settings that frames are stamped with from now on.
+    /// The settings with which later frames are stamped.
     void setSettings(std::shared_ptr<const PDeviceSettings> settings);
 
     PFrameCounters& counters() { return m_counters; }

@@ -14,24 +14,24 @@
 #include <memory>
 #include <utility>
 
-/// The settings a device had at one moment, as the host knows them. Immutable once shared.
+/// The settings of a device at one moment, from the cached values. Immutable once shared.
 struct PDeviceSettings {
     PDeviceMode mode;
     /// Property id and value, in the order of the device's list; a choice by its item's name, which
-    /// says what it was where the range is no longer known.
+    /// is readable without the range.
     QList<std::pair<QByteArray, QVariant>> values;
-    /// What the values mean, by property id, as the properties declare it: PDeviceRoles reads it.
+    /// The roles that the properties declare, by property id; PDeviceRoles reads them.
     QHash<QByteArray, QVariant> roles;
 };
 
-/// When and how a frame was taken. Tied to the frame's image, it travels with every copy of it.
+/// When and how a frame was taken. Attached to the frame's image and all copies of it.
 struct PFrameStamp : public PImageAttachment {
-    /// Number of the frame among those of its device that arrived, from 1; live frames and still
-    /// pictures are counted apart. A frame that never arrived has no number, and leaves no gap.
+    /// Number of the frame among those that arrived from its device, from 1; live frames and stills
+    /// are numbered apart. A frame that never arrived has no number and leaves no gap.
     quint64 sequence = 0;
-    bool still = false;                            ///< a still picture, not one of the live stream
-    std::chrono::steady_clock::time_point arrived; ///< for intervals
-    QDateTime arrivedUtc;                          ///< for texts and files
+    bool still = false;                              ///< a still, not a live frame
+    std::chrono::steady_clock::time_point arrived;   ///< for intervals
+    QDateTime arrivedUtc;                            ///< for texts and files
     std::shared_ptr<const PDeviceSettings> settings; ///< never null
 
     /// The stamp of an image, or null if it has not passed through a device. Any thread.

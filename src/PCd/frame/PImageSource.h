@@ -5,7 +5,7 @@
 
 #include <QObject>
 
-/// Anything that gives images one after the other.
+/// A source of successive images.
 class PImageSource : public QObject {
     Q_OBJECT
 

@@ -12,7 +12,7 @@
 
 namespace {
 
-/// Marks a root object that somebody has been given.
+/// Marks a root object that has an owner.
 constexpr char ownedProperty[] = "pcdOwned";
 
 /// Interface ids of device plugins begin with this.
@@ -91,7 +91,7 @@ PDeviceRegister* PPluginLoader::loadFile(const QString& path) {
     }
     const QString className = metadata.value(QLatin1String("className")).toString();
     if (m_loadedClasses.contains(className))
-        return nullptr; // an earlier search path has it
+        return nullptr; // already loaded from an earlier search path
     QObject* const root = loader.instance();
     if (root == nullptr)
         return fail(path, loader.errorString());

@@ -7,20 +7,20 @@
 #include <QString>
 #include <QVariant>
 
-/// The settings of a device as they stand in a file (docs/profiles.md), or in the same form without
-/// one. A value; it knows no device.
+/// The settings of a device as in a profile file (docs/profiles.md), with or without such a file. A
+/// value, independent of any device.
 struct PDeviceProfile {
     /// One value of the file.
     struct Setting {
         QByteArray id;
         QVariant form;    ///< see PPropertyEncoding
         QString position; ///< in the file, for messages: "line 12"
-        /// Where the fields stand whose values are the form, a QVariantMap.
+        /// Positions of the fields, if the form is a QVariantMap of them.
         QHash<QString, QString> fieldPositions = {};
     };
 
-    QString path;   ///< the file; empty: there is none, and no positions
-    QString model;  ///< of the device that was saved
+    QString path;   ///< the file; empty if there is none, and so no positions
+    QString model;  ///< of the saved device
     QString serial; ///< likewise
     Setting mode;   ///< the form is the mode's id; invalid: the device had no modes
     QList<Setting> settings;

@@ -14,7 +14,7 @@ namespace {
 
 using Difference = PDeviceProfileDiff::Difference;
 
-/// What a profile would hold of a property; invalid if nothing.
+/// What a profile would hold for a property; invalid if nothing.
 QVariant savedForm(const PDeviceProperty* property) {
     if (property == nullptr || !property->isSerializable())
         return QVariant();
@@ -67,7 +67,7 @@ QList<Difference> differencesOfFields(const QByteArray& id, const QVariantMap& i
     return differences;
 }
 
-/// The fields that a form means, also where an older file has them as bytes.
+/// The fields of a form, also of an older file that has them as bytes.
 std::optional<QVariantMap> fieldsIn(const QVariant& form, const PDeviceProperty* property) {
     if (savedForm(property).typeId() != QMetaType::QVariantMap)
         return std::nullopt;

@@ -5,18 +5,18 @@
 
 class PDevice;
 
-/// How a profile differs from a device as it is. The device's thread.
+/// The differences between a profile and the present settings of a device. The device's thread.
 class PDeviceProfileDiff {
 public:
-    /// One setting that file and camera have differently.
+    /// One setting that differs between file and camera.
     struct Difference {
         QByteArray id;    ///< of a property, or "mode"; "id.field" of one field of its value
-        QString inFile;   ///< as text; null: the file has none
-        QString onCamera; ///< likewise: the camera has none, or none that profiles hold
+        QString inFile;   ///< as text; null if the file has none
+        QString onCamera; ///< as text; null if the camera has none, or none that profiles hold
     };
 
-    /// Reads the device again and compares: the mode, the file's settings in their order, then what
-    /// only the camera has. Each field of a composite value is compared by itself. What a profile's
-    /// values are worth is not looked at.
+    /// Reads the device again and compares the mode, the file's settings in their order, then the
+    /// settings that only the camera has. Fields of a composite value are compared one by one. The
+    /// profile's values are not validated.
     static QList<Difference> between(const PDeviceProfile& profile, PDevice& device);
 };

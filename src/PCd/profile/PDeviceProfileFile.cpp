@@ -22,7 +22,7 @@ PStatus readFailure(const QString& path, const QString& reason) {
 }
 
 PStatus replaceFile(const QString& path, const QByteArray& bytes) {
-    // A device or a pipe would be replaced by a file of its name.
+    // Saving would replace a device or pipe by a file of that name.
     const QFileInfo info(path);
     if (info.exists() && !info.isFile())
         return saveFailure(path, PDeviceProfileFile::tr("it is not a file"));
@@ -35,7 +35,7 @@ QString tooLarge() {
         .arg(PDeviceProfileFile::largestSize);
 }
 
-/// Fails before anything is read: what is no plain file may have no end, or wait for ever.
+/// Fails before anything is read: a device or pipe may have no end, or block for ever.
 PStatus readBytes(const QString& path, QByteArray& bytes) {
     const QFileInfo info(path);
     if (info.exists() && !info.isFile())
@@ -63,7 +63,7 @@ PStatus parse(const QByteArray& bytes, PDeviceProfile& profile) {
 PStatus PDeviceProfileFile::save(PDevice& device, const QString& path) {
     const bool hadModes = !device.getSupportModes().isEmpty();
     const PQuietReading reading(device.supportProperties());
-    // A camera that is unplugged meanwhile answers nothing, which reads as zeros.
+    // If the camera is unplugged meanwhile, its values read as zeros.
     if (hadModes && device.getSupportModes().isEmpty())
         return saveFailure(path, tr("the camera no longer answers"));
     PJsonWriter writer;

@@ -22,6 +22,6 @@ public:
     /// property. The file is replaced in one step, or stays as it was. The device's thread.
     static PStatus save(PDevice& device, const QString& path);
 
-    /// Reads a file. On failure the profile is left alone. Any thread.
+    /// Reads a file. On failure the profile is unchanged. Any thread.
     static PStatus read(const QString& path, PDeviceProfile& profile);
 };

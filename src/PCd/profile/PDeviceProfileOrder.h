@@ -5,11 +5,11 @@
 
 class PDeviceProperty;
 
-/// In which order the settings of a device are sent, as some change what others mean: switches and
-/// choices (automatic modes, binning, rotation), composites, numbers, and the region last, which
-/// binning and the like limit or reset. The device's thread.
+/// The order in which settings are sent to a device, as some affect others: switches and choices
+/// (automatic modes, binning, rotation), composites, numbers, and last the region, which binning
+/// and the like limit or reset. The device's thread.
 class PDeviceProfileOrder {
 public:
-    /// The same properties in that order, those of one kind in the order they had.
+    /// The same properties in that order; within a kind, their order is kept.
     static QList<PDeviceProperty*> sorted(QList<PDeviceProperty*> properties);
 };

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// What is wrong, and where; never leaves this file.
+/// What is wrong, and where; thrown and caught in this file.
 struct Fault {
     QString position;
     QString what;
@@ -25,7 +25,7 @@ public:
         , m_profile(profile) {}
 
     void document() {
-        // First, so that a foreign file is called that and not taken to pieces.
+        // First, so that a file of another format is reported as such, not by its details.
         expectHeader();
         expectNames({PDeviceProfileParser::formatKey(), PDeviceProfileParser::versionKey(),
                      PDeviceProfileParser::cameraKey()});
@@ -80,7 +80,7 @@ private:
         leave();
     }
 
-    /// Of a value that is an object: its fields by their names.
+    /// The fields, by name, of a value that is an object.
     void fields(const QString& value, PDeviceProfile::Setting& setting) {
         enter(value);
         QVariantMap form;
@@ -96,7 +96,7 @@ private:
 
     QStringList names() const { return m_reader.valueNames() + m_reader.objectNames(); }
 
-    /// Anything else was meant for something, which would be lost without a message.
+    /// Unknown names are errors: ignoring them would lose settings without a message.
     void expectNames(const QStringList& expected) const {
         for (const QString& name : names()) {
             if (!expected.contains(name))
@@ -121,7 +121,7 @@ private:
 
     void leave() { m_reader.endObject(); }
 
-    /// Of what is missing: where the object begins that it should be in.
+    /// The position for a missing entry: the beginning of the object that should hold it.
     QString findPlace(const QString& name) const {
         const QString place = m_reader.position(name);
         return place.isEmpty() ? m_around : place;

@@ -7,7 +7,7 @@
 
 class PAbstractReader;
 
-/// What a profile is made of, whatever the format of the file: {format, version, camera: {model,
+/// The structure of a profile, whatever the file format: {format, version, camera: {model,
 /// serial, mode, properties: {id: {value}}}}, where a value may be an object of fields. Any thread.
 class PDeviceProfileParser {
 public:
@@ -18,9 +18,9 @@ public:
     /// What stands under formatKey().
     static QString formatName() { return u"camera profile"_qs; }
 
-    /// Reads all of it, from a reader that stands at the root. Fails with the position and what was
-    /// expected: another format or version, a name that does not belong there, a value that is
-    /// missing or of another type. A property without a value (an action, a region that could not
-    /// be read) is not a setting.
+    /// Reads a whole profile from a reader at its root. Fails, with the position and what was
+    /// expected, on another format or version, an unexpected name, or a value that is missing or of
+    /// another type. A property without a value (an action, a region that could not be read) is
+    /// skipped.
     static PStatus parse(PAbstractReader& reader, PDeviceProfile& profile);
 };

@@ -31,7 +31,7 @@ QString expectedMode(const QList<PDeviceMode>& modes) {
     return PDeviceProfilePlan::tr("one of %1").arg(known.join(u", "_qs));
 }
 
-/// A name, but not one of this camera's: what another model's choice may be.
+/// A name that is not one of this camera's, such as a choice of another model.
 bool isForeignChoice(const QVariant& form, const QVariant& range) {
     return range.metaType() == QMetaType::fromType<PEnumeration>() &&
            (form.typeId() == QMetaType::QString || form.typeId() == QMetaType::QUuid);
@@ -47,7 +47,7 @@ QString reasonToIgnore(const PDeviceProperty& property) {
                : PDeviceProfilePlan::tr("profiles do not hold this property");
 }
 
-/// What stands in the file, written unlike what was expected: "12" is not 12.
+/// The value in the file, spelled differently from what was expected: "12" is not 12.
 QString toText(const QVariant& form) {
     switch (form.typeId()) {
     case QMetaType::QString:
@@ -68,7 +68,7 @@ QString cannotBe(const QString& value, const QString& expected) {
     return PDeviceProfilePlan::tr("cannot be %1: expected %2").arg(value, expected);
 }
 
-/// In the words of files, which have the fields of a value together.
+/// Worded for files, in which the fields of a value are together.
 QString expectation(const PDeviceProperty& property, const QVariant& range) {
     const QStringList fields = PCompositeFields::storedNames(property.valueInner());
     return fields.isEmpty() ? PPropertyCheck::expectation(property, range)
@@ -116,7 +116,7 @@ PStatus PDeviceProfilePlan::make(const PDeviceProfile& profile) {
     if (status.isOk())
         status = planSettings();
     if (!status.isOk()) {
-        // A part of a damaged profile must not be sent either.
+        // No part of a damaged profile may be sent.
         m_steps.clear();
         m_mode.reset();
     }
@@ -186,7 +186,8 @@ PStatus PDeviceProfilePlan::planValue(const PDeviceProfile::Setting& setting,
         m_steps.append({&property, value});
         return PStatus::Ok;
     }
-    // A camera without colour says 0 of its tint, which is out of range: it was saved like that.
+    // A camera without colour reports a tint of 0, which is out of range, and it is saved like
+    // that.
     const bool staysInForce = range == property.rangeInner();
     if (staysInForce && PPropertyEncoding::isSame(value, property.valueInner(), range)) {
         m_report.ignored.append({setting.id, alreadySo()});
@@ -197,7 +198,7 @@ PStatus PDeviceProfilePlan::planValue(const PDeviceProfile::Setting& setting,
                                                                    : damage(setting, reason);
 }
 
-/// Field by field, so that the message names the one that is wrong, and its line.
+/// Field by field, so that the message names the wrong field and its line.
 PStatus PDeviceProfilePlan::checkFields(const PDeviceProfile::Setting& setting,
                                         const QVariant& current) {
     const QVariantMap fields = setting.form.toMap();
@@ -234,8 +235,8 @@ PStatus PDeviceProfilePlan::checkField(const PDeviceProfile::Setting& field, con
                         cannotBe(toText(field.form), PCompositeFields::expectation(current, name)));
 }
 
-/// A camera of another model has other ranges, and that is not a mistake. With the same model it is
-/// one in the file.
+/// A camera of another model has other ranges, which is not an error. For the same model, it is an
+/// error in the file.
 PStatus PDeviceProfilePlan::refuse(const PDeviceProfile::Setting& setting, const QString& reason) {
     if (m_isSameModel)
         return damage(setting, reason);
@@ -252,14 +253,14 @@ PStatus PDeviceProfilePlan::damage(const PDeviceProfile::Setting& setting,
 }
 
 void PDeviceProfilePlan::sortSteps() {
-    // Those of one kind in the camera's order, wherever they stand in the file.
+    // Within a kind in the camera's order, whatever their order in the file.
     const QList<PDeviceProperty*> order = PDeviceProfileOrder::sorted(m_device.supportProperties());
     std::sort(m_steps.begin(), m_steps.end(), [&](const Step& a, const Step& b) {
         return order.indexOf(a.property) < order.indexOf(b.property);
     });
 }
 
-/// A region is one of the profile's mode, which need not be set yet.
+/// A region refers to the profile's mode, which may not be set yet.
 QVariant PDeviceProfilePlan::rangeInMode(const PDeviceProperty& property) const {
     const QVariant range = property.rangeInner();
     if (range.metaType() != QMetaType::fromType<PScanAreaRange>() || !m_mode ||
@@ -290,7 +291,7 @@ PDeviceProfileReport PDeviceProfilePlan::apply() {
     return m_report;
 }
 
-/// True if the device then is in the profile's mode, or the profile has none.
+/// True if the device is then in the profile's mode, or the profile has no mode.
 bool PDeviceProfilePlan::applyMode() {
     if (m_modeUse == Mode::AsItIs || !m_mode || !isOtherMode())
         return !isOtherMode();

@@ -15,8 +15,8 @@
 class PDevice;
 class PDeviceProperty;
 
-/// What a profile means on one device: checked as a whole first, then sent. The device's thread;
-/// the device must stay meanwhile.
+/// Applies a profile to one device: checks all of it first, then sends it. The device's thread; the
+/// device must outlive this.
 class PDeviceProfilePlan {
     Q_DECLARE_TR_FUNCTIONS(PDeviceProfilePlan)
 
@@ -24,7 +24,7 @@ public:
     /// Whether the profile's mode is set too.
     enum class Mode {
         OfProfile,
-        AsItIs, ///< the profile's mode is not set, and so a region of another mode is not either
+        AsItIs, ///< the profile's mode is not set, nor is a region of another mode
     };
 
     explicit PDeviceProfilePlan(PDevice& device, Mode mode = Mode::OfProfile);
@@ -32,12 +32,13 @@ public:
     /// Reads the device again and checks every value of the profile against it; sends nothing.
     /// Fails with file, line and what was expected if a value, or a field of one, is of a type its
     /// property cannot have, or, in a profile of this model, outside its range. Values that this
-    /// camera lacks, or that another model has other ranges for, are not failures: see the report.
+    /// camera lacks, or that another model has different ranges for, are not failures: see the
+    /// report.
     PStatus make(const PDeviceProfile& profile);
 
-    /// Sends what make() has found good, once (nothing if it failed): the mode first, then in
-    /// PDeviceProfileOrder, asking the device after each what it has. The values that it did not
-    /// take are in the report.
+    /// Sends, once, the values that make() accepted (none if it failed): the mode first, then the
+    /// rest in PDeviceProfileOrder, reading each back from the device. Values that it did not take
+    /// are in the report.
     PDeviceProfileReport apply();
 
 private:

@@ -10,13 +10,13 @@
 
 class PDevice;
 
-/// The settings of a device as values, as the host knows them: what a profile holds, without a
-/// file. To keep them costs copies of shared values; nothing is encoded. A value; any thread,
-/// unless a function says otherwise.
+/// The cached settings of a device as values: what a profile holds, without a file. Keeping them
+/// costs only copies of shared values; nothing is encoded. A value; any thread, unless a function
+/// says otherwise.
 class PDeviceProfileValues {
 public:
-    /// Of a device as it is now: its mode, and the value of every serialisable property. No
-    /// property is read again. The device's thread.
+    /// The present mode and the value of every serialisable property. No property is read again.
+    /// The device's thread.
     static PDeviceProfileValues ofDevice(PDevice& device);
 
     /// True if there are none.

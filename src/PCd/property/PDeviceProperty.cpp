@@ -58,7 +58,7 @@ bool PDeviceProperty::readValueFromStream(PAbstractReader* reader, const QString
 
 void PDeviceProperty::setValue(const QVariant& value) {
     emit valueAboutToBeSent(value);
-    // The answer alone proves nothing: some devices always say yes, some the opposite.
+    // The result alone proves nothing: some devices always report success, some the opposite.
     const bool keepAsGiven = trySetValue(value) && PPropertyEncoding::isComposite(value);
     m_value = keepAsGiven ? value : tryGetValue();
     emit valueChanged(m_value);
@@ -67,7 +67,7 @@ void PDeviceProperty::setValue(const QVariant& value) {
 PDeviceProperty::Reading PDeviceProperty::readFromDevice() {
     Reading reading;
     reading.range = tryGetRange();
-    // A composite property may store what it reads while it reads.
+    // Reading a composite property may overwrite its cached value.
     const QVariant known = m_value;
     reading.value = PCompositeFields::withHostFields(tryGetValue(), known);
     m_value = known;

@@ -12,9 +12,9 @@ class PAbstractWriter;
 class PDevice;
 class QWidget;
 
-/// One setting of a device: its id, title and kind, and the host's copy of its value and range. A
-/// plugin derives from it (through the typed templates) and fills in the try… operations.
-/// Everything runs on the device's thread; other threads post calls.
+/// One setting of a device: its id, title and kind, and its cached value and range. A plugin
+/// derives from it (through the typed templates) and implements the try… functions. Everything runs
+/// on the device's thread; other threads post calls.
 class PDeviceProperty : public QObject {
     Q_OBJECT
 
@@ -22,20 +22,19 @@ public:
     PDeviceProperty(QByteArray id, QString title, PCD::DevicePropertyType type);
     ~PDeviceProperty() override;
 
-    // The order of the virtual operations is part of the binary interface: add at the end only.
+    // The order of the virtual functions is part of the binary interface: add at the end only.
 
     /// A new editor without a parent, owned by the caller: the host's generic editor where a
     /// program has installed one (PWidgetFactory), else a label with the title.
     virtual QWidget* createWidget();
-    /// Restores the value from the object the reader stands in. False if it is not there or
-    /// refused.
+    /// Restores the value from the reader's current object. False if it is missing or refused.
     virtual bool readStreamThis(PAbstractReader* reader);
     /// Writes an object of this name with the value; a property that is not serialisable writes
     /// nothing. False if the value cannot be written.
     virtual bool writeStreamThis(PAbstractWriter* writer, const QString& name);
     /// Sends a value to the device. False if it was not taken.
     virtual bool trySetValue(QVariant value) = 0;
-    /// Asks the device for its value, and for its range (invalid if it has none).
+    /// Reads the device's value, or its range (invalid if it has none).
     virtual QVariant tryGetValue() = 0;
     virtual QVariant tryGetRange() = 0;
     /// Writes and reads the bare value, in its PPropertyEncoding; reading sends it to the device.
@@ -45,34 +44,35 @@ public:
     const QByteArray& id() const { return m_id; }
     const QString& title() const { return m_title; }
     PCD::DevicePropertyType type() const { return m_type; }
-    /// The device that owns the property; null before it has been taken by one.
+    /// The device that owns the property; null until a device does.
     PDevice* device() const { return m_device; }
 
-    /// The host's copy of value and range.
+    /// The cached value and range.
     QVariant valueInner() const { return m_value; }
     QVariant rangeInner() const { return m_range; }
 
-    /// What a device has: a value, and the range it lies in.
+    /// A value and its range, as read from the device.
     struct Reading {
         QVariant value;
         QVariant range;
     };
-    /// Reads range and value from the device; keeps neither, and emits nothing. Fields of a
-    /// composite value that the device does not hold are those of the host's copy.
+    /// Reads range and value from the device without caching them or emitting signals. Fields of a
+    /// composite value that the device does not hold come from the cached value.
     Reading readFromDevice();
-    /// Gives the fields of a composite value that the device does not hold back to the host's copy,
-    /// from a copy of before, and emits valueChanged() if that changes one: for when something has
-    /// stored all fields as it read them, as a panel of a plugin does while it is made.
+    /// Restores those fields of the cached composite value that the device does not hold from an
+    /// earlier copy, and emits valueChanged() if one changes. Needed when all fields have been
+    /// overwritten with values read from the device, as a plugin's panel does when it is created.
     void restoreHostFields(const QVariant& before);
 
-    /// Sends a value to the device, reads what the device then has, whatever it answered, and emits
-    /// valueChanged() with that in any case: an editor that shows what was refused goes back. Only
-    /// a composite value that the device took becomes the host's copy as given, since devices do
-    /// not hold all of its fields.
+    /// Sends a value to the device, reads the device's value whatever the result was, and always
+    /// emits valueChanged() with it, so that an editor does not keep showing a refused value. Only
+    /// a composite value that the device accepted is cached as given, since devices do not hold all
+    /// of its fields.
     void setValue(const QVariant& value);
 
     QVariant defaultValue() const { return m_default; }
-    /// What "reset" sends; kept as given, also outside the range, and never sent by itself.
+    /// The value that a reset sends; kept as given, even outside the range, and never sent
+    /// automatically.
     void setDefaultValue(const QVariant& value) { m_default = value; }
     const QString& description() const { return m_description; }
     void setDescription(QString description) { m_description = std::move(description); }
@@ -85,8 +85,8 @@ public:
     void setUnitsType(ValueUnitType type) { m_unitsType = type; }
 
 public slots:
-    /// Asks the device for range and value and emits what has changed; with `force` it emits in any
-    /// case. May be invoked by name without the argument.
+    /// Reads range and value from the device and emits the signals of those that changed, with
+    /// `force` of both. May be invoked by name without the argument.
     void updateValueFromDevice(bool force = false);
 
 signals:
@@ -102,8 +102,8 @@ protected:
     void setValueInner(const QVariant& value) { m_value = value; }
 
 private:
-    friend class PDevice;       // takes the property
-    friend class PQuietReading; // shows a reading for a while
+    friend class PDevice;       // takes ownership of the property
+    friend class PQuietReading; // replaces the cached value temporarily
 
     QByteArray m_id;
     QString m_title;

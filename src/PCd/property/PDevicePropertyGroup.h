@@ -8,8 +8,8 @@
 
 class PDeviceProperty;
 
-/// A titled, ordered group of properties that the host shows together. It owns none of them. The
-/// thread of its device.
+/// A titled, ordered group of properties that the host shows together. Does not own them. The
+/// device's thread.
 class PDevicePropertyGroup : public QObject {
     Q_OBJECT
 
@@ -17,7 +17,7 @@ public:
     PDevicePropertyGroup(const QString& id, const QString& title);
     ~PDevicePropertyGroup() override;
 
-    /// Appends a property; null (one the camera does not have) is ignored.
+    /// Appends a property; null, for one that the camera does not have, is ignored.
     void addProperty(PDeviceProperty* property);
 
     const QString& id() const { return m_id; }

@@ -15,7 +15,7 @@ namespace {
 using IntRange = PMinMaxRange<int>;
 using RealRange = PMinMaxRange<double>;
 
-/// All zero is how a device says that a number has no range (a range of one value has a step).
+/// All zeros mean that the number has no range (a range of one value has a step).
 bool isOpen(const IntRange& range) {
     return range == IntRange{};
 }
@@ -23,12 +23,12 @@ bool isOpen(const IntRange& range) {
 bool isIn(const IntRange& range, int value) {
     if (isOpen(range))
         return true;
-    // In 64 bits: the ends may be as far apart as integers go.
+    // In 64 bits: the difference of the ends may exceed an int.
     const qint64 above = qint64(value) - range.minimum;
     return above >= 0 && value <= range.maximum && (range.step <= 1 || above % range.step == 0);
 }
 
-/// The step is that of an editor: hardly a number is a multiple of one that is not whole.
+/// The step is only for editors: hardly any number is an exact multiple of a fraction.
 bool isIn(const RealRange& range, double value) {
     return range == RealRange{} || (value >= range.minimum && value <= range.maximum);
 }
@@ -37,7 +37,7 @@ bool isMultiple(int value, int step) {
     return step <= 1 || value % step == 0;
 }
 
-/// The whole area is a region also where its size is between the steps.
+/// The whole area is a valid region even if its size is not a multiple of the steps.
 bool isIn(const PScanAreaRange& range, const QRect& region) {
     if (region.isEmpty() || !range.bounds.contains(region))
         return false;

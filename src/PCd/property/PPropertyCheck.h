@@ -8,8 +8,8 @@
 
 class PDeviceProperty;
 
-/// Tells before a value is sent whether a property can take it, by the host's copy of its range and
-/// value, and after it was sent whether it did. The device's thread.
+/// Checks whether a property can take a value, by its cached range and value, and whether it has
+/// taken one that was sent. The device's thread.
 class PPropertyCheck {
     Q_DECLARE_TR_FUNCTIONS(PPropertyCheck)
 
@@ -18,7 +18,7 @@ public:
     /// another type, outside the range or between its steps, a choice or region that does not
     /// exist, or any value for an action.
     static PStatus check(const PDeviceProperty& property, const QVariant& value);
-    /// Likewise, by a range that is not applied yet.
+    /// The same for a range that does not apply yet.
     static PStatus check(const PDeviceProperty& property, const QVariant& value,
                          const QVariant& range);
 
@@ -26,7 +26,7 @@ public:
     static QString expectation(const PDeviceProperty& property);
     static QString expectation(const PDeviceProperty& property, const QVariant& range);
 
-    /// Sends a value, whatever it is, and reads back what the device has then: true if it is that
-    /// value. Only this is certain, as devices differ in the sense of what they return.
+    /// Sends any value and reads the device's value back: true if they are equal. Reading back is
+    /// the only reliable test, as devices differ in what their results mean.
     static bool setAndVerify(PDeviceProperty& property, const QVariant& value);
 };

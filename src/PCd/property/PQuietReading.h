@@ -7,11 +7,10 @@
 
 #include <vector>
 
-/// Reads properties from their device for whoever lists, saves or compares: while it lives,
-/// valueInner() and rangeInner() of each are what the device has. Nothing is emitted, so no panel
-/// answers by writing, and at its end each property has its copy back: the next
-/// updateValueFromDevice() still finds, and emits, what has changed. Nothing may be set meanwhile.
-/// The device's thread.
+/// Reads properties from their device, for listing, saving or comparing: while this object exists,
+/// valueInner() and rangeInner() return what was read. Nothing is emitted, so no panel reacts by
+/// writing. The destructor restores the cached values, so the next updateValueFromDevice() still
+/// detects and emits what has changed. Nothing may be set meanwhile. The device's thread.
 class PQuietReading {
 public:
     explicit PQuietReading(const QList<PDeviceProperty*>& properties);
@@ -22,7 +21,7 @@ public:
 private:
     struct Known {
         PDeviceProperty* property;
-        PDeviceProperty::Reading copy; ///< the host's, from before
+        PDeviceProperty::Reading copy; ///< the cached one, from before
     };
 
     std::vector<Known> m_known;

@@ -7,15 +7,16 @@ class PDevice;
 class PDeviceProperty;
 class QWidget;
 
-/// Where a library with editors installs them, so that this one needs none. The GUI thread.
+/// Where a library with editors installs them, so that this library needs no widgets. The GUI
+/// thread.
 class PWidgetFactory {
 public:
     using PropertyEditor = std::function<QWidget*(PDeviceProperty*)>;
     using DevicePanel = std::function<QWidget*(PDevice*, QWidget* parent)>;
 
-    /// Installs what makes an editor for a property; an empty function takes it away.
+    /// Installs the function that creates an editor for a property; an empty function removes it.
     static void setPropertyEditor(PropertyEditor editor);
-    /// Installs what makes a panel of all properties of a device; likewise.
+    /// The same for a panel of all properties of a device.
     static void setDevicePanel(DevicePanel panel);
 
     /// A new editor, or a plain label with the property's title if none is installed.

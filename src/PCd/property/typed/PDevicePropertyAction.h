@@ -14,13 +14,13 @@ public:
     bool trySetValue(QVariant value) override;
     QVariant tryGetValue() override { return QVariant(); }
     QVariant tryGetRange() override { return QVariant(); }
-    /// Write nothing, not even an empty object, and that is right.
+    /// Write nothing, not even an empty object, and return true.
     bool writeStreamThis(PAbstractWriter* writer, const QString& name) override;
     bool writeValueToStream(PAbstractWriter* writer) const override;
-    /// Reads nothing, and runs nothing: a command is never replayed. Always false.
+    /// Does nothing and returns false: a command is never replayed from a file.
     bool readValueFromStream(PAbstractReader* reader, const QString& name) override;
 
 public slots:
-    /// Runs the command. The last virtual operation; the order is part of the binary interface.
+    /// Runs the command. The last virtual function; the order is part of the binary interface.
     virtual bool trySetValueToDevice() = 0;
 };

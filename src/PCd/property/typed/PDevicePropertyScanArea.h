@@ -14,11 +14,10 @@ public:
     PDevicePropertyScanArea(const QByteArray& id, const QString& title,
                             PCD::DevicePropertyType type);
 
-    /// Write nothing, and succeed, where there is no region because the device could not report
-    /// one.
+    /// Write nothing and succeed if the device could not report a region.
     bool writeStreamThis(PAbstractWriter* writer, const QString& name) override;
     bool writeValueToStream(PAbstractWriter* writer) const override;
     /// Sends the region to the device and reads it back: only that shows whether it was taken, as
-    /// devices differ in the sense of their answer.
+    /// devices differ in what their results mean.
     bool readValueFromStream(PAbstractReader* reader, const QString& name) override;
 };

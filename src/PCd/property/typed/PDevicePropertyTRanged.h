@@ -11,11 +11,11 @@ public:
 
     QVariant tryGetRange() override { return convertFromR(tryGetRangeFromDevice()); }
 
-    // The order of the virtual operations is part of the binary interface.
+    // The order of the virtual functions is part of the binary interface.
 
     /// The device's range.
     virtual R tryGetRangeFromDevice() = 0;
-    /// The range in a variant; what cannot be converted gives an empty range.
+    /// The range in a variant; an empty range if it cannot be converted.
     virtual R convertToR(QVariant range) const = 0;
     virtual QVariant convertFromR(R range) const = 0;
 };

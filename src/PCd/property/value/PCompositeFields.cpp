@@ -26,7 +26,7 @@ QVariant numberIn(const QString& text) {
     return isNumber && std::isfinite(number) ? QVariant(number) : QVariant();
 }
 
-/// A whole number, if it survives the way into the field's type and back.
+/// A whole number, if converting it to the field's type and back does not change it.
 QVariant wholeNumber(qlonglong number, QMetaType type) {
     QVariant field(number);
     return field.convert(type) && field.toLongLong() == number ? field : QVariant();
@@ -42,7 +42,7 @@ bool isWholeNumber(const QVariant& value) {
     return value.typeId() == QMetaType::Int || value.typeId() == QMetaType::LongLong;
 }
 
-/// A value of a file in the field's type: there, a whole number may stand for any number.
+/// A value from a file in the field's type: files write numbers with and without decimals.
 QVariant inFieldType(const QVariant& given, QMetaType type) {
     if (given.metaType() == type)
         return given;
@@ -81,7 +81,7 @@ QString classInfo(const QVariant& value, const char* name) {
     return index < 0 ? QString() : QString::fromLatin1(fields->classInfo(index).value());
 }
 
-/// The fields of this value that the host alone holds.
+/// The fields of this value that the device does not hold.
 QStringList hostFields(const QVariant& value) {
     const QString condition = classInfo(value, "HostFieldsWhile");
     const QString field = condition.section(u'=', 0, 0);

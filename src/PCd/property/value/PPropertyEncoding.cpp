@@ -16,7 +16,7 @@
 
 namespace {
 
-// Written down in files: it must not follow the Qt that happens to be there.
+// Fixed because it is in files: it must not depend on the Qt version.
 constexpr QDataStream::Version streamVersion = QDataStream::Qt_6_0;
 
 bool isPlain(int type) {
@@ -50,7 +50,7 @@ QVariant fromChoiceName(const QVariant& form, const PEnumeration& choices) {
     return QVariant();
 }
 
-/// A field in a type that files have; invalid if there is none for it.
+/// A field in a type that files support; invalid if there is none for it.
 QVariant plainField(const QVariant& field) {
     switch (field.typeId()) {
     case QMetaType::SChar:
@@ -113,7 +113,7 @@ QVariant PPropertyEncoding::named(const QVariant& value, const QVariant& range) 
 }
 
 QVariant PPropertyEncoding::toForm(const QVariant& value, const QVariant& range) {
-    // As an id it would be null, which is the first choice's.
+    // Converted to an id it would be null, which is the id of the first choice.
     if (!value.isValid())
         return QVariant();
     if (isChoice(range))

@@ -12,17 +12,17 @@ class PAbstractWriter;
 /// everything else as it is. Any thread.
 class PPropertyEncoding {
 public:
-    /// True for a value of a type that is not Qt's: a plugin's record of several fields.
+    /// True for a value of a type that is not Qt's, such as a plugin's record of several fields.
     static bool isComposite(const QVariant& value);
     /// A choice as its item's untranslated name, any other value as it is.
     static QVariant named(const QVariant& value, const QVariant& range);
-    /// The form of a value, which may depend on the property's range. Invalid if it has none. The
-    /// fields of a composite are a QVariantMap.
+    /// The form of a value; a choice needs the property's range. Invalid if it has none. For a
+    /// composite with fields, a QVariantMap of them.
     static QVariant toForm(const QVariant& value, const QVariant& range);
 
-    /// The value of a form. `current` is the property's value now: its type says what is expected,
-    /// and what a composite's fields or bytes leave out stays as it is there. Invalid if the form
-    /// makes no value: an unknown name, a field that does not exist or cannot have that value,
+    /// The value of a form. `current` is the property's present value: it determines the type, and
+    /// fields of a composite that the form lacks are taken from it. Invalid if the form is not a
+    /// value of that type: an unknown name, a field that does not exist or cannot have that value,
     /// bytes that are too few or too many, another type.
     static QVariant fromForm(const QVariant& form, const QVariant& current, const QVariant& range);
 
@@ -33,7 +33,7 @@ public:
     /// Reads what write() wrote; invalid if there is nothing of this name.
     static QVariant read(PAbstractReader& reader, const QString& name);
 
-    /// True if two forms are equal and of one type: to QVariant alone, "1" is 1.
+    /// True if two forms are equal and of one type: QVariant alone would treat "1" and 1 as equal.
     static bool areEqual(const QVariant& formA, const QVariant& formB);
 
     /// True if two values have the same form: types of plugins need not be comparable otherwise.

@@ -21,7 +21,7 @@ QVariant toRealNumber(const QString& text) {
     return isNumber && std::isfinite(number) ? QVariant(number) : QVariant();
 }
 
-/// By title first, then by name, then by what the device understands: "0°", "0", "90".
+/// By title first, then by name, then by the device's data: "0°", "0", "90".
 QVariant toChoice(const QString& text, const PEnumeration& choices) {
     const auto find = [&](const auto& toText) -> QVariant {
         for (const PEnumerationItem& item : choices.items()) {
@@ -42,7 +42,7 @@ bool isInt(qint64 number) {
     return number >= std::numeric_limits<int>::min() && number <= std::numeric_limits<int>::max();
 }
 
-/// Corners, which is what QRect keeps, are in 64 bits first: any numbers may be typed.
+/// QRect stores corners, which are computed in 64 bits, as the user may type any numbers.
 QVariant toRegion(int x, int y, int width, int height) {
     const qint64 right = qint64(x) + width - 1;
     const qint64 bottom = qint64(y) + height - 1;
@@ -108,7 +108,7 @@ QString PPropertyText::ofValue(const QVariant& value, const QVariant& range) {
         return value.toBool() ? u"on"_qs : u"off"_qs;
     if (value.typeId() == QMetaType::QRect)
         return ofRegion(value.toRect());
-    if (value.typeId() == QMetaType::QByteArray) // of a file, perhaps not fit for a terminal
+    if (value.typeId() == QMetaType::QByteArray) // from a file, perhaps unsafe for a terminal
         return QString::fromLatin1(value.toByteArray().toBase64());
     if (PCompositeFields::isComposite(value))
         return PCompositeFields::toText(value);

@@ -15,11 +15,13 @@ public:
     static QVariant toSwitch(const QString& text);
     /// "x,y,width,height".
     static QString ofRegion(const QRect& region);
-    /// A text from a file, fit for a message: its beginning, control characters as question marks.
+    /// A text from a file, made safe for a message: its beginning, with control characters as
+    /// question marks.
     static QString shortened(const QString& text);
 
-    /// The value that a text means for a property that has this value and this range: a whole
+    /// The value of a text for a property with this value and range: a whole
     /// number; on, off, true, false, 1 or 0; a choice's title, name or device number; a region
-    /// x,y,width,height. Invalid if it means none. Whether it is within the range is not checked.
+    /// x,y,width,height. Invalid if it is none of these. Whether it is within the range is not
+    /// checked.
     static QVariant toValue(const QString& text, const QVariant& present, const QVariant& range);
 };

@@ -3,8 +3,7 @@
 
 #include <cmath>
 
-// Division, where it is one, is exact for the decimal fractions that people know; a multiplication
-// with 0.001 is not.
+// Dividing by 1000 gives the double nearest to the decimal fraction; multiplying by 0.001 does not.
 double PRoleBinding::toRole(double number) const {
     switch (unit) {
     case PRoleUnit::Own:

@@ -4,13 +4,13 @@
 #include <QByteArray>
 #include <QList>
 
-/// What a value means, whatever the device that has it calls it. Readers get numbers in the unit
-/// that stands here; "on" is the number 1.
+/// What a value means, whatever the device calls it. Readers get numbers in the unit given here;
+/// "on" is the number 1.
 enum class PRole {
     ExposureTime,      ///< of live frames, milliseconds
     Gain,              ///< a factor: 1 amplifies nothing
-    AutoExposure,      ///< on while the camera chooses time and gain by itself
-    ExposureTarget,    ///< the brightness that automatic exposure goes for
+    AutoExposure,      ///< on while the camera chooses time and gain
+    ExposureTarget,    ///< the brightness that automatic exposure aims at
     Triggered,         ///< on while frames come by triggers only
     TriggerTime,       ///< exposure time of a triggered frame, milliseconds: the sum of its fields
     TriggerCount,      ///< frames of a triggered sequence
@@ -41,7 +41,7 @@ enum class PRole {
     BacklightCompensation,
 };
 
-/// The unit in which a device has a number, where it is not that of the role.
+/// The unit of a device's number, if it is not that of the role.
 enum class PRoleUnit {
     Own, ///< that of the role
     Microseconds,
@@ -63,7 +63,7 @@ struct PRoleBinding {
 
     /// True if the role is that of the whole value.
     bool isPlain() const { return field.isEmpty() && method.isEmpty(); }
-    /// A number as the device has it, in the unit of the role. Any thread.
+    /// Converts a number of the device to the unit of the role. Any thread.
     double toRole(double number) const;
 };
 
