@@ -10,7 +10,7 @@
 PActionEditor::PActionEditor(PDeviceProperty* property)
     : PPropertyEditor(property)
     , m_button(new QPushButton(this)) {
-    // Enter in a dialog's field must not run a command of the camera.
+    // Enter in a field of a dialog must not run a camera command.
     m_button->setAutoDefault(false);
     connect(m_button, &QPushButton::clicked, this, &PActionEditor::run);
     begin(m_button, m_button);

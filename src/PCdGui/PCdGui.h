@@ -4,15 +4,16 @@
 class PDeviceProperty;
 class QWidget;
 
-/// The library's entry: generic editors for properties, and panels of all properties of a device.
-/// The GUI thread, which must be the devices' thread.
+/// The library's entry point: generic editors for properties, and panels of all properties of a
+/// device. The GUI thread, which must be the devices' thread.
 class PCdGui {
 public:
     /// Puts the editors behind PDeviceProperty::createWidget() and the panel behind
-    /// PDevice::createPropertiesWidget(). Any number of times.
+    /// PDevice::createPropertiesWidget(). May be called repeatedly.
     static void install();
 
-    /// A new editor for a property by its kind, without a parent: a PPropertyEditor, or a label
-    /// with the title for kinds that bring panels of their own. The property may die first.
+    /// A new editor for a property of this kind, without a parent: a PPropertyEditor, or a label
+    /// with the title for kinds with panels of their own. The property may be deleted before the
+    /// editor.
     static QWidget* createEditor(PDeviceProperty* property);
 };

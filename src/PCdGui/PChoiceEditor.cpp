@@ -8,7 +8,7 @@
 
 namespace {
 
-/// Narrower than the longest title in the worst case: the list that opens shows titles in full.
+/// May be narrower than the longest title: the open list shows titles in full.
 constexpr int leastCharacters = 10;
 
 } // namespace
@@ -25,7 +25,7 @@ PChoiceEditor::PChoiceEditor(PDeviceProperty* property)
 
 void PChoiceEditor::showWords() {
     m_box->setAccessibleName(title());
-    // Shown where the device has something that is not among the choices.
+    // Shown if the device's value is not among the choices.
     m_box->setPlaceholderText(tr("(unknown)"));
 }
 

@@ -44,14 +44,14 @@ void PCoalescingSetter::flush() {
 void PCoalescingSetter::set(const QVariant& value) {
     const QVariant before = m_property->valueInner();
     const QPointer<PCoalescingSetter> self(this);
-    // A slot of valueChanged() may delete the property, or the editor and so this object.
+    // A slot of valueChanged() may delete the property, or the editor and with it this object.
     m_property->setValue(value);
     if (self.isNull() || m_property.isNull())
         return;
     const QVariant now = m_property->valueInner();
     if (!PRefusal::isOne(before, value, now, m_property->rangeInner()))
         return;
-    // One that was unplugged a moment ago refuses nothing.
+    // If the device has just been unplugged, this is not a refusal.
     PDevice* const device = m_property->device();
     if (device == nullptr || device->isAnswering())
         emit refused();

@@ -8,9 +8,9 @@
 #include <QTimer>
 #include <QVariant>
 
-/// The way from an editor to its property. Of the values posted during one turn of the event loop
-/// only the last is set, so that a slider does not flood a camera; that last one always is, unless
-/// the property has it already. The GUI thread.
+/// Sends an editor's values to its property. Of the values posted during one turn of the event loop
+/// only the last is set, so that a slider does not flood a camera. The last value is always set,
+/// unless the property already has it. The GUI thread.
 class PCoalescingSetter : public QObject {
     Q_OBJECT
 
@@ -18,18 +18,18 @@ public:
     explicit PCoalescingSetter(PDeviceProperty* property);
     ~PCoalescingSetter() override;
 
-    /// Sets the value in the next turn, unless another one is posted before.
+    /// Sets the value in the next turn, unless another one is posted first.
     void post(const QVariant& value);
     /// True from post() until the value has been set.
     bool isWaiting() const { return m_value.isValid(); }
-    /// Sets what waits now.
+    /// Sets the pending value at once.
     void flush();
-    /// Forgets what waits.
+    /// Discards the pending value.
     void drop();
 
 signals:
-    /// What was posted has been set, or the property had it already: what it has now is to be
-    /// shown.
+    /// The posted value was set, or the property already had it: the editor should show the
+    /// property's present value.
     void settled();
     /// The device refused what was set, see PRefusal.
     void refused();

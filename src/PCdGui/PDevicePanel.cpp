@@ -99,7 +99,7 @@ void PDevicePanel::translate() {
 
 bool PDevicePanel::event(QEvent* event) {
     const bool known = PColumnScroll::event(event);
-    // Only now: the panels inside have got their new texts.
+    // Last, because the panels inside have their new texts only now.
     if (event->type() == QEvent::LanguageChange) {
         translate();
         setFilter(m_filter);

@@ -14,8 +14,8 @@ class PPropertyGroupPanel;
 class QLabel;
 class QVBoxLayout;
 
-/// All properties of a device in a column that scrolls: its groups in their order, those without
-/// members left out, then what is in no group. The device may die first. The GUI thread.
+/// All properties of a device in a column that scrolls: its groups in order, without empty ones,
+/// then the properties that are in no group. The device may be deleted first. The GUI thread.
 class PDevicePanel : public PColumnScroll {
     Q_OBJECT
 
@@ -24,13 +24,15 @@ public:
     ~PDevicePanel() override;
 
     /// Shows only the properties with all words of the text in their title, id or description or in
-    /// what their editors and panels show, and only groups with such. An empty text shows all. It
-    /// is applied again when the language changes, which titles and descriptions follow.
+    /// the texts of their editors and panels, and only groups with such properties. An empty text
+    /// shows all. Applied again when the language changes, as titles and descriptions change with
+    /// it.
     void setFilter(const QString& text);
 
 signals:
-    /// The device refused what the user had chosen for the property with this title, and kept this,
-    /// in words; empty if it has none. Of the editors, not of panels that properties bring.
+    /// The device refused the value that the user chose for the property with this title, and kept
+    /// the value `kept` (as text; empty if it has none). Emitted for editors, not for properties'
+    /// own panels.
     void refused(const QString& title, const QString& kept);
 
 protected:

@@ -9,8 +9,8 @@
 
 class PDevice;
 
-/// What a device calls its properties, their choices and its groups in the language of the moment:
-/// those that it has keep the language in which they were made. The device's thread.
+/// The names of a device's properties, their choices and its groups in the current language; the
+/// device's own objects keep the language in which they were created. The device's thread.
 class PDeviceTexts {
 public:
     /// The texts of one property.
@@ -20,11 +20,11 @@ public:
         PEnumeration choices; ///< of a choice; else empty
     };
 
-    /// Has the device make properties and groups once more, and drops them. The device must be
-    /// linked.
+    /// Makes the device create its properties and groups once more, and deletes them after reading
+    /// their texts. The device must be linked.
     explicit PDeviceTexts(PDevice& device);
 
-    /// Empty texts where the device has no such property or group.
+    /// Empty texts if the device has no such property or group.
     Texts ofProperty(const QByteArray& id) const { return m_properties.value(id); }
     QString ofGroup(const QString& id) const { return m_groups.value(id); }
 

@@ -7,17 +7,17 @@
 #include <QPointer>
 #include <QWidget>
 
-/// Tells a widget whether its device can still be used: not once it is gone, nor from being
-/// unlinked until it is linked again. A device that was never linked can be used. The GUI thread.
+/// Reports whether a widget's device can be used: not after it is deleted, and not between
+/// unlinking and linking. A device that was never linked can be used. The GUI thread.
 class PDeviceWatch : public QObject {
     Q_OBJECT
 
 public:
-    /// Without a device there is nothing that could go. The widget owns the watch.
+    /// With a null device it is always usable. The widget owns the watch.
     PDeviceWatch(PDevice* device, QWidget* widget);
 
     bool isUsable() const { return m_usable; }
-    /// Looks again, as it does by itself when the widget is shown: linking emits no signal.
+    /// Checks again. This also happens when the widget is shown, because linking emits no signal.
     void update();
 
 signals:

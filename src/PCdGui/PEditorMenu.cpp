@@ -12,7 +12,7 @@
 
 namespace {
 
-/// The line a part types into, or null: a number field does its typing in a line edit inside it.
+/// The line edit of a part, or null: a number field has one inside it.
 QLineEdit* findLineEdit(QWidget* part) {
     auto* const line = qobject_cast<QLineEdit*>(part);
     return line != nullptr ? line

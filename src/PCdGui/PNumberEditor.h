@@ -5,8 +5,8 @@
 
 class PRangeWidget;
 
-/// A slider and a field for a whole number; times are written in the unit that suits them. Without
-/// a range there is only the field.
+/// A slider and a field for a whole number; times are shown in the most suitable unit. Without a
+/// range there is only the field.
 class PNumberEditor : public PPropertyEditor {
     Q_OBJECT
 

@@ -29,8 +29,8 @@ PPropertyEditor::PPropertyEditor(PDeviceProperty* property)
 }
 
 PPropertyEditor::~PPropertyEditor() {
-    // Parts that lose the focus when they go commit what was typed into them, and the property
-    // answers what is sent: nothing is left to react to either.
+    // A part that loses the focus while it is destroyed commits its text, and the property then
+    // emits its value: this object can no longer handle either.
     const QList<QWidget*> parts = findChildren<QWidget*>();
     for (QWidget* part : parts)
         disconnect(part, nullptr, this, nullptr);
@@ -70,7 +70,7 @@ void PPropertyEditor::follow() {
 
 void PPropertyEditor::refresh() {
     m_watch.update();
-    // What waits to be set is newer than what the property has; the property will answer it.
+    // The pending value is newer than the property's; the property emits a signal once it is set.
     if (m_property && !m_setter.isWaiting())
         showProperty(m_property->valueInner(), shownRange());
 }

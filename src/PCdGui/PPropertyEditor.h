@@ -9,48 +9,49 @@
 #include <QVariant>
 #include <QWidget>
 
-/// An editor for one property: it shows what the property has, follows it, and sends what the user
-/// chooses. What the device refuses is shown as it really is. Without the device, or the property,
-/// it is disabled. The GUI thread.
+/// An editor for one property: it shows the property's value, follows changes, and sends what the
+/// user chooses. After a refusal it shows the value that the device kept. Without the device or the
+/// property it is disabled. The GUI thread.
 class PPropertyEditor : public QWidget {
     Q_OBJECT
 
 public:
-    /// Sends what still waits to be sent.
+    /// Sends the pending value.
     ~PPropertyEditor() override;
 
     /// Null once it has been deleted.
     PDeviceProperty* property() const { return m_property; }
-    /// True if the editor itself shows the property's title, and needs none beside it.
+    /// True if the editor itself shows the property's title, so that none is needed beside it.
     virtual bool showsTitle() const { return false; }
-    /// What a click on the title beside the editor does: it takes the focus.
+    /// Called for a click on the title beside the editor: takes the focus.
     virtual void touch();
     /// Shows the property's title, its description and the titles of its choices in a language that
-    /// was chosen after the property was made. A choice that has no title there keeps its own.
+    /// was chosen after the property was created. A choice without a title there keeps its own.
     void setTexts(const PDeviceTexts::Texts& texts);
-    /// The property's range; choices have the titles that are shown. Invalid without the property.
+    /// The property's range, with the displayed titles of choices. Invalid without the property.
     QVariant shownRange() const;
     /// Sends the property's default.
     void resetToDefault();
 
 signals:
-    /// The device refused what the user had chosen, and kept this, in words; empty if it has none.
+    /// The device refused the value that the user chose, and kept the value `kept` (as text; empty
+    /// if it has none).
     void refused(const QString& title, const QString& kept);
 
 protected:
     explicit PPropertyEditor(PDeviceProperty* property);
 
-    /// To be called at the end of a constructor: lays out the control, names it, and shows the
-    /// property. `focus` is what takes the focus.
+    /// Must be called at the end of a derived constructor: lays out the control, names it, and
+    /// shows the property. `focus` is the widget that takes the focus.
     void begin(QWidget* control, QWidget* focus);
-    /// Shows a value and range, without sending anything.
+    /// Shows a value and range; sends nothing.
     virtual void showProperty(const QVariant& value, const QVariant& range) = 0;
-    /// Shows the title and the editor's own words in the language of the moment. Not called without
-    /// the property.
+    /// Shows the title and the editor's own texts in the current language. Not called without the
+    /// property.
     virtual void showWords() {}
     /// The title to show.
     const QString& title() const { return m_texts.title; }
-    /// Sends what the user has chosen, at most once a turn of the event loop.
+    /// Sends what the user chose, at most once per turn of the event loop.
     void send(const QVariant& value);
 
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -30,21 +30,21 @@ bool hasAll(const QString& text, const QStringList& words) {
     });
 }
 
-/// An editor's own tool tip is of its description, which is among the property's words, and of its
+/// An editor's own tool tip is left out: it has the description, which is searched anyway, and the
 /// range, which would match too much.
 QString shownOn(const QWidget& editor) {
     return qobject_cast<const PPropertyEditor*>(&editor) != nullptr ? PShownWords::inside(editor)
                                                                     : PShownWords::on(editor);
 }
 
-/// A long title takes a second line, unless it is a single word.
+/// A long title is wrapped to a second line, unless it is a single word.
 int fittingWidth(const QWidget& title) {
     const int most = mostTitleCharacters * title.fontMetrics().averageCharWidth();
     return std::max(std::min(title.sizeHint().width(), most), title.minimumSizeHint().width());
 }
 
-/// A panel that a plugin makes may read the device into the property's copy while it is made: the
-/// fields that the device does not hold are restored, which the panel then shows.
+/// A plugin's panel may overwrite the cached value with values read from the device when it is
+/// created: the fields that the device does not hold are restored, and the panel shows them.
 QWidget* newEditor(PDeviceProperty& property) {
     const QVariant before = property.valueInner();
     QWidget* const editor = property.createWidget();
@@ -52,7 +52,7 @@ QWidget* newEditor(PDeviceProperty& property) {
     return editor;
 }
 
-/// A panel of a property's own knows nothing of the device's end.
+/// A property's own panel does not react when the device is gone.
 void disableWithDevice(QWidget* panel, PDevice* device) {
     auto* const watch = new PDeviceWatch(device, panel);
     panel->setEnabled(watch->isUsable());
@@ -84,7 +84,7 @@ void PPropertyGroupPanel::addRow(PDeviceProperty* property) {
     if (editor == nullptr || property->title().isEmpty()) {
         m_form->addRow(row.editor);
     } else {
-        // A button keeps its place in the column of editors, with nothing beside it.
+        // A button stays in the column of editors, with no title beside it.
         row.title =
             new PPropertyLabel(editor->showsTitle() ? QString() : property->title(), editor);
         addTitled(row.title, editor);
@@ -121,7 +121,7 @@ void PPropertyGroupPanel::setTexts(const QString& groupTitle, const PDeviceTexts
     }
 }
 
-/// Read each time: what a panel shows changes with its state and with the language.
+/// Read each time: the texts of a panel change with its state and with the language.
 QString PPropertyGroupPanel::wordsIn(const Row& row) {
     return row.editor ? row.words + u'\n' + shownOn(*row.editor) : row.words;
 }
@@ -133,7 +133,7 @@ bool PPropertyGroupPanel::setFilter(const QString& text) {
         const bool shown = hasAll(wordsIn(row), words);
         m_form->setRowVisible(row.editor, shown);
         if (row.title != nullptr)
-            m_form->setRowVisible(row.title, shown); // which may be a row of its own
+            m_form->setRowVisible(row.title, shown); // the title may be a row of its own
         any = any || shown;
     }
     return any;

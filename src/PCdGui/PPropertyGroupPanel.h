@@ -11,8 +11,8 @@ class PPropertyEditor;
 class PPropertyLabel;
 class QFormLayout;
 
-/// A titled form of editors, one row a property. A property without a title, or with a panel of its
-/// own, has the whole row. The properties may die first. The GUI thread.
+/// A titled form of editors, one row per property. A property without a title, or with its own
+/// panel, has the whole row. The properties may be deleted first. The GUI thread.
 class PPropertyGroupPanel : public QGroupBox {
     Q_OBJECT
 
@@ -21,22 +21,22 @@ public:
                         QWidget* parent = nullptr);
     ~PPropertyGroupPanel() override;
 
-    /// Shows only rows with all words of the text, whatever their case, in the title, id or
-    /// description or in what the editor or panel shows; a property without a title goes by the
-    /// group's. True if any row is shown.
+    /// Shows only rows with all words of the text (ignoring case) in the title, id or description
+    /// or in the texts of the editor or panel; for a property without a title the group's title is
+    /// used. True if any row is shown.
     bool setFilter(const QString& text);
 
-    /// Shows the titles and descriptions that the device has now, and the group's own title; what
-    /// has no text there stays as it is.
+    /// Shows these titles and descriptions, and the group's title; texts that are missing there
+    /// stay as they are.
     void setTexts(const QString& groupTitle, const PDeviceTexts& texts);
 
-    /// The width of the widest title, in pixels, and the width that all titles get: panels above
-    /// each other look better with one.
+    /// The width of the widest title, in pixels, and the width given to all titles, so that panels
+    /// above each other line up.
     int titleWidth() const;
     void setTitleWidth(int width);
 
 signals:
-    /// A property's editor said so, see PPropertyEditor; one without a title goes by the group's.
+    /// Forwarded from PPropertyEditor; for a property without a title, the group's title.
     void refused(const QString& title, const QString& kept);
 
 private:

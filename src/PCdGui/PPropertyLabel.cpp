@@ -14,7 +14,7 @@ PPropertyLabel::PPropertyLabel(const QString& title, PPropertyEditor* editor)
     setTextFormat(Qt::PlainText);
     setWordWrap(true);
     setTitle(title);
-    setBuddy(editor); // what makes "&&" one "&"
+    setBuddy(editor); // with a buddy, "&&" is shown as one "&"
     setEnabled(editor->isEnabled());
     editor->installEventFilter(this);
 }
@@ -23,7 +23,7 @@ void PPropertyLabel::setTitle(const QString& title) {
     setText(PPropertyDisplay::plainTitle(title));
 }
 
-/// A form gives a label that wraps the height of one line less than it needs.
+/// A form layout gives a wrapping label one line less than it needs.
 QSize PPropertyLabel::inLines(QSize hint) const {
     if (minimumWidth() > 0)
         hint.setHeight(heightForWidth(minimumWidth()));

@@ -5,18 +5,18 @@
 
 class PPropertyEditor;
 
-/// The title beside an editor. It belongs to it like a part: a click touches the editor, the tool
-/// tip and the menu are the editor's, and it is disabled with it. The GUI thread.
+/// The title beside an editor, which acts as a part of it: a click goes to the editor, tool tip and
+/// menu are the editor's, and it is disabled with it. The GUI thread.
 class PPropertyLabel : public QLabel {
     Q_OBJECT
 
 public:
-    /// The editor must live as long: both belong to one panel.
+    /// The editor must live as long as this: both belong to one panel.
     PPropertyLabel(const QString& title, PPropertyEditor* editor);
 
     /// Shows another title.
     void setTitle(const QString& title);
-    /// As high as its lines are at the width that it was given.
+    /// The height of its lines at its present width.
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 

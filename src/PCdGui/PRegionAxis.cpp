@@ -5,7 +5,7 @@
 
 namespace {
 
-/// The multiples of a step next to a number that is not negative.
+/// The multiples of a step nearest to a non-negative number.
 int multipleBelow(int number, int step) {
     return number / step * step;
 }

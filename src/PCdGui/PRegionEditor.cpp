@@ -92,7 +92,7 @@ QRect PRegionEditor::shown() const {
 }
 
 void PRegionEditor::moveCorner() {
-    // A corner can go anywhere: numbers may then be entered in any order.
+    // Any corner is accepted, so that the numbers can be entered in any order.
     QRect region = shown();
     region.setWidth(PRegionAxis::horizontal(m_range).fitted(region.x(), region.width()));
     region.setHeight(PRegionAxis::vertical(m_range).fitted(region.y(), region.height()));

@@ -10,8 +10,8 @@ class QGridLayout;
 class QLabel;
 class QPushButton;
 
-/// Four fields for a region of the sensor, and a button for all of it. Each edit is one set; where
-/// a new corner leaves too little room, the region becomes smaller.
+/// Four fields for a region of the sensor, and a button for all of it. Each edit sets the region
+/// once; if a new corner leaves too little room, the region becomes smaller.
 class PRegionEditor : public PPropertyEditor {
     Q_OBJECT
 

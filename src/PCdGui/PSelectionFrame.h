@@ -5,8 +5,8 @@
 
 class QPushButton;
 
-/// A frame over a push button while that is the selected one of several: whatever style the button
-/// brings, the selection is visible in light and in dark colours. The GUI thread.
+/// A frame over a push button while it is the selected one of several, so that the selection is
+/// visible in light and dark colours whatever the button's style. The GUI thread.
 class PSelectionFrame : public QWidget {
     Q_OBJECT
 

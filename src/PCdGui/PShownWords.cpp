@@ -57,7 +57,7 @@ QStringList shownTexts(const QWidget& widget) {
     return {};
 }
 
-/// A page behind another one is hidden too, but not from the user.
+/// A page behind another one is hidden too, but the user can open it.
 bool isOnIt(const QWidget& part) {
     return !part.isWindow() &&
            (!part.isHidden() || qobject_cast<const QStackedWidget*>(part.parent()) != nullptr);

@@ -5,12 +5,12 @@
 
 class QWidget;
 
-/// The words that a user reads on a widget, whoever made it. The GUI thread.
+/// The texts that the user can read on any widget. The GUI thread.
 class PShownWords {
 public:
     /// The texts of labels, buttons, group boxes, tabs and the items of combo boxes on the widget,
-    /// and all tool tips, as they read at the moment, a line each. Pages that a click brings to the
-    /// front are in it, parts that are hidden otherwise are not.
+    /// and all tool tips, as they are now, one per line. Includes pages that a click brings to the
+    /// front, but no other hidden parts.
     static QString on(const QWidget& widget);
     /// The same without the widget's own tool tip and text.
     static QString inside(const QWidget& widget);

@@ -12,7 +12,7 @@ class PSwitchEditor : public PPropertyEditor {
 public:
     explicit PSwitchEditor(PDeviceProperty* property);
 
-    /// A click on the title is a click on the box.
+    /// A click on the title clicks the box.
     void touch() override;
 
 protected:

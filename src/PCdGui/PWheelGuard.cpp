@@ -37,7 +37,7 @@ PWheelGuard::PWheelGuard(QWidget* page)
         if (!takesWheel(widget))
             continue;
         widget->installEventFilter(this);
-        // The wheel would give the focus before the event is seen here.
+        // The wheel would set the focus before the event is filtered here.
         if (widget->focusPolicy() == Qt::WheelFocus)
             widget->setFocusPolicy(Qt::StrongFocus);
     }

@@ -6,7 +6,7 @@
 class QWidget;
 
 /// Keeps the wheel from changing settings while a page of them is scrolled: sliders, fields and
-/// combo boxes take it only where the focus is. The GUI thread.
+/// combo boxes accept it only while they have the focus. The GUI thread.
 class PWheelGuard : public QObject {
     Q_OBJECT
 

@@ -13,7 +13,7 @@ PColumnScroll::PColumnScroll(QWidget* parent)
 
 bool PColumnScroll::eventFilter(QObject* watched, QEvent* event) {
     const bool handled = QScrollArea::eventFilter(watched, event);
-    // A column that got wider needs more room around it too.
+    // When the column becomes wider, the scroll area must too.
     if (watched == widget() && event->type() == QEvent::LayoutRequest)
         updateGeometry();
     return handled;

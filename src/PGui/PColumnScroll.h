@@ -3,16 +3,16 @@
 
 #include <QScrollArea>
 
-/// A scroll area for a column of controls: it scrolls up and down, and is as wide as the column
-/// needs at least, so that nothing is cut off at the right. The GUI thread.
+/// A scroll area for a column of controls: it scrolls vertically, and is at least as wide as the
+/// column, so that nothing is cut off at the right. The GUI thread.
 class PColumnScroll : public QScrollArea {
     Q_OBJECT
 
 public:
-    /// Without a frame, and empty until setWidget() gives it the column.
+    /// Without a frame, and empty until setWidget() is called with the column.
     explicit PColumnScroll(QWidget* parent = nullptr);
 
-    /// As wide as the column and the scroll bar beside it; how high is for whoever lays it out.
+    /// The width of the column and its scroll bar; the height is left to the layout.
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 

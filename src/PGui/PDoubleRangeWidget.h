@@ -5,29 +5,29 @@
 
 #include <PCore/PMinMaxRange.h>
 
-/// A number of a range, with as many decimals as its ends and step have: slider and number field in
-/// one. The GUI thread.
+/// Slider and number field for a number in a range, with as many decimals as its ends and step
+/// have. The GUI thread.
 class PDoubleRangeWidget : public PRangeWidgetBase {
     Q_OBJECT
 
 public:
     explicit PDoubleRangeWidget(QWidget* parent = nullptr);
 
-    /// The range. A value outside it, or between its steps, becomes the nearest of the range; that
-    /// is reported.
+    /// Sets the range. A value outside it, or between its steps, changes to the nearest value of
+    /// the range, and valueChanged() is emitted.
     void setRange(const PMinMaxRange<double>& range);
     const PMinMaxRange<double>& range() const { return m_range; }
     double value() const;
-    /// Shows what somebody else has: the value as it is, also outside the range or between its
-    /// steps. Silent.
+    /// Shows a value held elsewhere as it is, even outside the range or between its steps. Emits
+    /// nothing.
     void showValue(const PMinMaxRange<double>& range, double value);
 
 public slots:
-    /// The value, brought to the nearest of the range. Reported if it is another one.
+    /// Sets the value, rounded to the nearest of the range. Emits valueChanged() if it changes.
     void setValue(double value);
 
 signals:
-    /// The value is another one, by hand or by setValue() or setRange().
+    /// The value was changed by the user, setValue() or setRange().
     void valueChanged(double value);
 
 private:

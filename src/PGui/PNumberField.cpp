@@ -14,7 +14,7 @@ PNumberField::PNumberField(QWidget* parent)
     , m_text(std::make_shared<PNumberText>()) {
     setKeyboardTracking(false);
     setAlignment(Qt::AlignRight);
-    // Not by the wheel: a page that is scrolled under the pointer must not take the focus.
+    // The wheel must not set the focus: the page may be scrolling under the pointer.
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     connect(this, &QAbstractSpinBox::editingFinished, this, &PNumberField::commit);
@@ -44,7 +44,7 @@ void PNumberField::showValue(double value) {
     m_value = value;
     if (!lineEdit()->isModified())
         writeValue();
-    update(); // the arrows: one of them may have no way to go
+    update(); // the arrows: one of them may be disabled
 }
 
 void PNumberField::writeValue() {
@@ -55,7 +55,7 @@ void PNumberField::writeValue() {
     const bool allSelected = line->hasSelectedText() && line->selectedText() == line->text();
     const int cursor = line->cursorPosition();
     line->setText(text);
-    // Who has come here by Tab is about to type over it, also when the value moves meanwhile.
+    // After Tab the text is selected, to be typed over; keep it selected when the value changes.
     if (allSelected)
         line->selectAll();
     else
@@ -71,7 +71,7 @@ void PNumberField::commit() {
         return;
     const QString text = lineEdit()->text();
     const std::optional<double> typed = m_text->toValue(text, m_value, locale());
-    // The value shown, typed again, is no edit, also where the range does not have it.
+    // Typing the displayed value again is not an edit, even if it is outside the range.
     if (typed && text != toText(m_value) && *typed != m_value)
         edit(m_scale.snapped(*typed));
     else
@@ -119,7 +119,7 @@ void PNumberField::keyPressEvent(QKeyEvent* event) {
         selectAll();
         return;
     }
-    // First: the base forgets at Enter that the text was modified.
+    // First, because the base class resets the modified flag at Enter.
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
         commit();
     QAbstractSpinBox::keyPressEvent(event);

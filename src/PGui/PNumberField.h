@@ -8,9 +8,9 @@
 
 #include <memory>
 
-/// A field for one number of a range, with arrows. It also shows a number that the range does not
-/// have, as it is; what the user enters is brought to the nearest of the range. Enter or leaving
-/// the field commits what was typed, Escape takes it back. The GUI thread.
+/// A field for one number of a range, with arrows. It also shows a number outside the range as it
+/// is; what the user enters is rounded to the nearest value of the range. Enter or leaving the
+/// field commits the text, Escape discards it. The GUI thread.
 class PNumberField : public QAbstractSpinBox {
     Q_OBJECT
 
@@ -18,17 +18,16 @@ public:
     explicit PNumberField(QWidget* parent = nullptr);
     ~PNumberField() override;
 
-    /// The range that entries are brought to. What is shown stays.
+    /// The range that entries are limited to. The displayed value stays.
     void setScale(const PRangeScale& scale);
     const PRangeScale& scale() const { return m_scale; }
-    /// How numbers are written; never null.
+    /// The text form of numbers; never null.
     void setNumberText(std::shared_ptr<const PNumberText> text);
-    /// The room for text, if the range needs less; fields below each other look better equally
-    /// wide.
+    /// The minimum width in characters, so that fields below each other can be equally wide.
     void setLeastCharacters(int count);
 
     double value() const { return m_value; }
-    /// Shows a value as it is, silently. Text that is being typed stays until it is committed.
+    /// Shows a value as it is and emits nothing. Text being typed stays until it is committed.
     void showValue(double value);
 
     void stepBy(int steps) override;
@@ -54,5 +53,5 @@ private:
     PRangeScale m_scale;
     std::shared_ptr<const PNumberText> m_text;
     double m_value = 0;
-    int m_leastCharacters = 10; ///< a long time: "999.999 ms"
+    int m_leastCharacters = 10; ///< enough for "999.999 ms"
 };

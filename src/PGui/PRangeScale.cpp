@@ -10,12 +10,12 @@
 namespace {
 
 constexpr int mostDecimals = 6;
-/// More positions than a slider has pixels, so that none of its pixels is without one.
+/// More positions than a slider has pixels, so that each pixel has at least one.
 constexpr int mostLinearPositions = 10000;
-/// A thousand over six or seven decades: about 1.5 percent from one to the next.
+/// A thousand over six or seven decades: about 1.5 per cent from one to the next.
 constexpr int logarithmicPositions = 1000;
 constexpr double logarithmicRatio = 1000;
-/// Forgives the rounding of quotients that should be whole.
+/// Tolerance for the rounding of quotients that should be whole.
 constexpr double tolerance = 1e-6;
 
 double powerOfTen(int exponent) {
@@ -26,7 +26,7 @@ int toDecade(double value) {
     return int(std::floor(std::log10(value) + tolerance));
 }
 
-/// Three digits, which is what a hand can choose on a slider.
+/// Three digits, the precision of dragging a slider.
 double toThreeDigits(double value) {
     const double unit = powerOfTen(toDecade(value) - 2);
     return std::round(value / unit) * unit;
@@ -87,7 +87,7 @@ double PRangeScale::stepUp(double value) const {
 }
 
 double PRangeScale::stepDown(double value) const {
-    // Seen from just below, so that the way down has the steps of the way up.
+    // Taken just below the value, so that stepping down reverses stepping up.
     const double step = stepNear(m_logarithmic ? value * (1 - 1e-5) : value);
     const double origin = m_logarithmic ? 0 : m_minimum;
     const double next =

@@ -3,13 +3,13 @@
 
 #include <PCore/PMinMaxRange.h>
 
-/// The values of a range, and where they lie on a slider. Values are minimum + k * step, and the
+/// The values of a range, and their positions on a slider. Values are minimum + k * step, and the
 /// maximum, which is always reachable. Positions are whole numbers from 0; they are spaced
 /// logarithmically where the range is positive and spans three decades or more. A value; any
 /// thread.
 class PRangeScale {
 public:
-    /// A maximum below the minimum counts as the minimum; a step that is not positive as a
+    /// A maximum below the minimum counts as the minimum, and a step that is not positive as a
     /// hundredth of the range.
     explicit PRangeScale(const PMinMaxRange<double>& range = {0, 100, 1});
 
@@ -20,19 +20,19 @@ public:
     /// The decimals of any number, six at most: 2 for 0.25.
     static int countDecimals(double number);
 
-    /// The value of the range that is nearest.
+    /// The nearest value of the range.
     double snapped(double value) const;
-    /// The value some steps up or down (count < 0), staying inside; never back into the range when
-    /// going away from it. On a logarithmic scale a step is a tenth of the value's decade.
+    /// The value some steps up or down (count < 0), limited to the range; a step away from the
+    /// range changes nothing. On a logarithmic scale a step is a tenth of the value's decade.
     double stepped(double value, int count) const;
 
-    /// The last position.
+    /// The highest position.
     int lastPosition() const { return m_lastPosition; }
-    /// True if positions are too few for all values.
+    /// True if there are fewer positions than values.
     bool skipsValues() const;
     /// The value at a position; the first and last positions are exactly the ends.
     double valueAt(int position) const;
-    /// The position of a value; the first and last only for the ends and what is beyond.
+    /// The position of a value; the first and last only for the ends and values beyond them.
     int toPosition(double value) const;
 
     friend bool operator==(const PRangeScale& a, const PRangeScale& b) {

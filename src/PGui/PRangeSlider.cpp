@@ -53,8 +53,8 @@ void PRangeSlider::onPosition(int position) {
 }
 
 void PRangeSlider::onAction(int action) {
-    // Keys and clicks beside the handle move the value, not the position: on a fine scale many
-    // values share one position, on a logarithmic one several positions share a value.
+    // Keys and clicks beside the handle step the value, not the position: on a fine scale many
+    // values share a position, on a logarithmic one several positions share a value.
     switch (action) {
     case SliderSingleStepAdd:
         return step(1);

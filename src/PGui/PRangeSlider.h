@@ -5,7 +5,7 @@
 
 #include <QSlider>
 
-/// A slider over the values of a range, whatever their number: it works on the positions of a
+/// A slider over the values of a range, however many there are, using the positions of a
 /// PRangeScale. QSlider's own value is the position. The GUI thread.
 class PRangeSlider : public QSlider {
     Q_OBJECT
@@ -14,10 +14,10 @@ public:
     explicit PRangeSlider(QWidget* parent = nullptr);
     ~PRangeSlider() override;
 
-    /// The range; silent.
+    /// Sets the range; emits nothing.
     void setScale(const PRangeScale& scale);
-    /// Moves the handle to a value, silently; while a hand holds the handle it stays there, and
-    /// goes to the value when it is let go.
+    /// Moves the handle to a value and emits nothing; while the user holds the handle it stays, and
+    /// moves when released.
     void showValue(double value);
 
 signals:
@@ -38,5 +38,5 @@ private:
 
     PRangeScale m_scale;
     double m_value = 0;
-    int m_wheelRest = 0; ///< eighths of a degree that do not make a notch yet
+    int m_wheelRest = 0; ///< eighths of a degree, less than a notch
 };

@@ -5,29 +5,29 @@
 
 #include <PCore/PMinMaxRange.h>
 
-/// A whole number of a range: slider and number field in one. The step counts as 1 if it is not
-/// positive. The GUI thread.
+/// Slider and number field for a whole number in a range. A step that is not positive counts as 1.
+/// The GUI thread.
 class PRangeWidget : public PRangeWidgetBase {
     Q_OBJECT
 
 public:
     explicit PRangeWidget(QWidget* parent = nullptr);
 
-    /// The range. A value outside it, or between its steps, becomes the nearest of the range; that
-    /// is reported.
+    /// Sets the range. A value outside it, or between its steps, changes to the nearest value of
+    /// the range, and valueChanged() is emitted.
     void setRange(const PMinMaxRange<int>& range);
     const PMinMaxRange<int>& range() const { return m_range; }
     int value() const;
-    /// Shows what somebody else has: the value as it is, also outside the range or between its
-    /// steps. Silent.
+    /// Shows a value held elsewhere as it is, even outside the range or between its steps. Emits
+    /// nothing.
     void showValue(const PMinMaxRange<int>& range, int value);
 
 public slots:
-    /// The value, brought to the nearest of the range. Reported if it is another one.
+    /// Sets the value, rounded to the nearest of the range. Emits valueChanged() if it changes.
     void setValue(int value);
 
 signals:
-    /// The value is another one, by hand or by setValue() or setRange().
+    /// The value was changed by the user, setValue() or setRange().
     void valueChanged(int value);
 
 private:

@@ -10,7 +10,7 @@
 
 namespace {
 
-/// Enough to aim with, and small enough for a panel at the window's edge.
+/// Wide enough to aim, and narrow enough for a panel at the window's edge.
 constexpr int leastSliderWidth = 80;
 
 bool isFinite(const PMinMaxRange<double>& range) {
@@ -25,7 +25,7 @@ PRangeWidgetBase::PRangeWidgetBase(QWidget* parent)
     , m_slider(new PRangeSlider(this))
     , m_field(new PNumberField(this)) {
     m_slider->setMinimumWidth(leastSliderWidth);
-    // One stop for Tab: the field does with the keys all that the slider does.
+    // Tab stops once: the field handles all keys of the slider.
     m_slider->setFocusPolicy(Qt::ClickFocus);
     setFocusProxy(m_field);
     auto* const layout = new QHBoxLayout(this);

@@ -22,21 +22,21 @@ public:
 
     /// A unit written after the number, with the space between them: " %".
     void setSuffix(const QString& suffix);
-    /// How numbers are written and read, where a suffix is not enough; never null.
+    /// The text form of numbers, where a suffix is not enough; never null.
     void setNumberText(std::shared_ptr<const PNumberText> text);
-    /// What the widget is called where it cannot be seen, slider and field included.
+    /// The accessible name of the widget, its slider and its field.
     void setControlName(const QString& name);
-    /// Without the slider only the field is shown: where there is no range worth one.
+    /// Shows or hides the slider; without a useful range only the field is shown.
     void setSliderVisible(bool visible);
 
 protected:
     explicit PRangeWidgetBase(QWidget* parent);
 
-    /// Take a range or a value, clamped; report once if the value is another one then. What is not
-    /// finite is ignored.
+    /// Set the range or the value, clamped, and emit once if the value changes. Numbers that are
+    /// not finite are ignored.
     void takeScale(const PMinMaxRange<double>& range);
     void takeNumber(double number);
-    /// Shows a value as it is, in or out of the range; silent.
+    /// Shows a value as it is, even outside the range; emits nothing.
     void showNumber(const PMinMaxRange<double>& range, double number);
     double number() const { return m_number; }
 

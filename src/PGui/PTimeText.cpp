@@ -11,7 +11,7 @@ namespace {
 struct Unit {
     double microseconds;
     const char* name;         ///< as written, translatable
-    const char* spellings[3]; ///< as typed besides, UTF-8
+    const char* spellings[3]; ///< other accepted spellings, UTF-8
 };
 
 // Longer names first: "ms" ends in "s" too. The micro sign has two code points, U+00B5 and U+03BC.
@@ -21,7 +21,7 @@ constexpr Unit units[] = {
     {1e6, QT_TRANSLATE_NOOP("PTimeText", "s"), {"s"}},
 };
 
-/// The biggest unit in which the value is one or more.
+/// The largest unit in which the value is at least one.
 const Unit& unitFor(double value) {
     const Unit* best = &units[0];
     for (const Unit& unit : units) {
@@ -40,7 +40,7 @@ QStringList allNames(const Unit& unit) {
     return names;
 }
 
-/// Takes the unit off the end of the text; null if there is none.
+/// Removes the unit from the end of the text; null if there is none.
 const Unit* takeUnit(QString* text) {
     for (const Unit& unit : units) {
         for (const QString& name : allNames(unit)) {

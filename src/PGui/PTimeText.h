@@ -5,8 +5,8 @@
 
 #include <QCoreApplication>
 
-/// Times in microseconds, written in the unit that suits them: "150 µs", "12.5 ms", "3 s". Reads
-/// the same; a number without a unit is in the unit shown. "us" is read as "µs".
+/// Times in microseconds, written in the most suitable unit: "150 µs", "12.5 ms", "3 s". Reads any
+/// of these units, "us" too; a number without a unit is in the unit shown.
 class PTimeText : public PNumberText {
     Q_DECLARE_TR_FUNCTIONS(PTimeText)
 
