@@ -5,13 +5,13 @@
 #include <QStringList>
 #include <QVariant>
 
-/// Reads what a PAbstractWriter wrote. Names may be asked for in any order. One thread at a time.
+/// Reads what a PAbstractWriter wrote. Names may be read in any order. One thread at a time.
 class PAbstractReader {
 public:
     virtual ~PAbstractReader() = default;
 
-    /// Enters the object named `name` of the current one. Returns false, and stays, if there is
-    /// none.
+    /// Enters the object named `name` in the current object. Returns false, and stays in the
+    /// current one, if there is none.
     virtual bool beginObject(const QString& name) = 0;
     /// Leaves the current object; does nothing at the root.
     virtual void endObject() = 0;
@@ -24,7 +24,7 @@ public:
     /// is none.
     virtual QVariant readValue(const QString& name) const = 0;
 
-    /// Where the value or object named `name` stands in the source, for messages ("line 12",
-    /// "byte 340"); empty if the source cannot tell.
+    /// The position of the value or object named `name` in the source, for messages ("line 12",
+    /// "byte 340"); empty if it is unknown.
     virtual QString position(const QString& name) const = 0;
 };

@@ -11,13 +11,13 @@ public:
     virtual ~PAbstractWriter() = default;
 
     /// Opens an object named `name` inside the current one; endObject() closes it, and does nothing
-    /// at the root. An object whose name was used before in the one around it, or that is nested
-    /// more than 64 deep, is left out with all it holds: writeValue() answers false in it.
+    /// at the root. An object whose name is already used in the enclosing object, or that is nested
+    /// more than 64 deep, is left out with its content: writeValue() returns false in it.
     virtual void beginObject(const QString& name) = 0;
     virtual void endObject() = 0;
 
     /// Writes one value. Types: bool, int, qint64, double, QString, QByteArray, QRect, QUuid.
     /// Returns false, and writes nothing, for any other type, a double that is infinite or not a
-    /// number, or a name used before in this object.
+    /// number, or a name already used in this object.
     virtual bool writeValue(const QString& name, const QVariant& value) = 0;
 };

@@ -17,10 +17,10 @@ constexpr int streamVersion = QDataStream::Qt_6_4;
 constexpr qsizetype headerSize = 8;
 constexpr qsizetype checksumSize = 4;
 
-/// What a record is: its first byte.
+/// The kind of a record: its first byte.
 enum Record : quint8 {
     End = 0,   ///< closes the innermost object; one more after the last closes the document
-    Begin = 1, ///< a name: opens an object
+    Begin = 1, ///< a name; opens an object
     Value = 2, ///< a name, the type as the number of its QMetaType, the value
 };
 

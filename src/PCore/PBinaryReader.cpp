@@ -45,7 +45,7 @@ QVariant readPayload(QDataStream& in, quint32 type) {
     }
 }
 
-/// Reads the records. The checksum was right, so what is wrong here was written wrong.
+/// Reads the records. The checksum was correct, so an error found here was made by the writer.
 class RecordReader {
 public:
     explicit RecordReader(const QByteArray& records)

@@ -6,13 +6,13 @@
 
 #include <memory>
 
-/// Reads the binary form of a PBinaryWriter.
+/// Reads the binary format that PBinaryWriter writes.
 class PBinaryReader : public PAbstractReader {
 public:
     PBinaryReader();
     ~PBinaryReader() override;
 
-    /// Takes a document. On failure the reason names the byte and what is wrong (not this format,
+    /// Reads a document. On failure the reason names the byte and the error (not this format,
     /// an unknown version, truncated, checksum), and the reader is empty.
     PStatus setDocument(const QByteArray& bytes);
 

@@ -71,7 +71,7 @@ QByteArray PBinaryWriter::document() const {
     QByteArray bytes;
     Appender(&bytes) << PBinaryFormat::magic << PBinaryFormat::version;
     bytes += m_records;
-    // Ends what is open, and then the document: each of them is one byte 0.
+    // Ends the open objects, then the document: a zero byte for each.
     bytes += QByteArray(m_scopes.depth() + 1, char(PBinaryFormat::End));
     Appender(&bytes) << PBinaryFormat::checksum(bytes);
     return bytes;

@@ -6,15 +6,15 @@
 
 #include <QByteArray>
 
-/// Writes the compact binary form: a magic number, a version, the records, and a checksum (CRC-32)
-/// over all of it, so that a truncated or changed file is known as such.
+/// Writes the compact binary format: a magic number, a version, the records, and a checksum
+/// (CRC-32) of all of it, so that a truncated or changed file is detected.
 class PBinaryWriter : public PAbstractWriter {
 public:
     void beginObject(const QString& name) override;
     void endObject() override;
     bool writeValue(const QString& name, const QVariant& value) override;
 
-    /// The whole document, closing what is still open. The writer can go on afterwards.
+    /// The whole document, with open objects closed. Writing can continue afterwards.
     QByteArray document() const;
 
 private:

@@ -13,7 +13,7 @@ PFpsCounter::PFpsCounter(QObject* parent)
 
 void PFpsCounter::tick(Clock::time_point when) {
     const std::lock_guard lock(m_mutex);
-    // Two frame threads may take their times in one order and this lock in the other.
+    // Two frame threads may read the clock in one order and take this lock in the other.
     m_ticks.insert(std::upper_bound(m_ticks.begin(), m_ticks.end(), when), when);
     const auto oldest = m_ticks.back() - window;
     while (m_ticks.front() < oldest)

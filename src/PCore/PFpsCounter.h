@@ -19,14 +19,14 @@ public:
     /// One frame arrived, at `when`.
     void tick(Clock::time_point when = Clock::now());
 
-    /// Frames a second over the window that ends at `now`: intervals between ticks divided by the
-    /// time they span; 0 with fewer than two ticks in the window.
+    /// Frames per second over the window that ends at `now`: the number of intervals between ticks
+    /// divided by the time they span; 0 with fewer than two ticks in the window.
     double fps(Clock::time_point now = Clock::now()) const;
 
-    /// Forgets all ticks.
+    /// Clears all ticks.
     void reset();
 
 private:
-    mutable std::mutex m_mutex; // ticks come from a frame thread, fps() is asked by the GUI
+    mutable std::mutex m_mutex; // a frame thread adds ticks, the GUI reads fps()
     std::deque<Clock::time_point> m_ticks;
 };

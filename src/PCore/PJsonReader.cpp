@@ -32,7 +32,7 @@ QVariant rectFrom(const QJsonArray& parts) {
     if (parts.size() != 4)
         return {};
     const double x = parts[0].toDouble(NAN), y = parts[1].toDouble(NAN);
-    // Corners, which is what QRect keeps: a width may be one more than an int holds.
+    // QRect stores corners, so a width may be one more than an int holds.
     const auto left = toInt(x), top = toInt(y);
     const auto right = toInt(x + parts[2].toDouble(NAN) - 1);
     const auto bottom = toInt(y + parts[3].toDouble(NAN) - 1);
@@ -62,7 +62,7 @@ QVariant int64From(const QString& text) {
     return ok ? QVariant(number) : QVariant();
 }
 
-/// The value of {"$type": value}; invalid if there is no such type or the value is not of it.
+/// The value of {"$type": value}; invalid if the type does not exist or the value does not have it.
 QVariant typedValue(const QString& type, const QJsonValue& value) {
     if (type == u"$int64")
         return int64From(value.toString());
@@ -81,8 +81,8 @@ bool isTypeName(const QString& name) {
     return name.startsWith(u'$') && !name.startsWith(u"$$");
 }
 
-/// Walks a text that Qt's parser has found to be JSON, for what that parser does not keep: order,
-/// lines, repeated names, and numbers as they are spelled. So brackets match and tokens are whole.
+/// Scans a text that Qt's parser has accepted as JSON, for what that parser does not keep: order,
+/// lines, repeated names, and the spelling of numbers. So brackets match and tokens are complete.
 class Walker {
 public:
     explicit Walker(const QByteArray& json)
@@ -99,13 +99,13 @@ private:
             ++m_pos;
     }
 
-    /// Steps over a bracket, colon or comma and what blanks follow it.
+    /// Skips a bracket, colon or comma and the blanks that follow it.
     void skipMark() {
         ++m_pos;
         skipSpace();
     }
 
-    /// Takes the string that starts here, quotes included.
+    /// Reads the string that starts here, including its quotes.
     QByteArray stringToken() {
         const qsizetype start = m_pos++;
         for (; m_json[m_pos] != '"'; ++m_pos) {
@@ -118,7 +118,7 @@ private:
         return m_json.mid(start, m_pos - start);
     }
 
-    /// Takes the value that starts here, whatever it is.
+    /// Reads the value that starts here, of any type.
     QByteArray valueToken() {
         const qsizetype start = m_pos;
         int depth = 0;
@@ -178,7 +178,7 @@ private:
         return value;
     }
 
-    /// Where a bracket opens: what it holds, as a typed value or as an object.
+    /// At an opening bracket: reads its content as a typed value or as an object.
     void nested(PValueTree::Entry& entry, qsizetype depth) {
         const qsizetype start = m_pos;
         skipMark();
@@ -225,7 +225,7 @@ private:
             skipMark();
     }
 
-    /// Offsets are asked for in rising order, so the whole text is counted through once.
+    /// Offsets are queried in rising order, so lines are counted in one pass.
     qsizetype lineAt(qsizetype offset) {
         m_line += std::count(m_json.begin() + m_counted, m_json.begin() + offset, '\n');
         m_counted = offset;
@@ -243,7 +243,7 @@ PStatus failureAt(const QByteArray& json, qsizetype offset, const QString& what)
     return PStatus::failure(u"line %1: %2"_qs.arg(line).arg(what));
 }
 
-/// What Qt's parser says against a document; Ok if nothing.
+/// The error of Qt's parser, or Ok.
 PStatus checked(const QByteArray& json) {
     if (json.size() > largestDocument)
         return failureAt(json, 0, u"larger than 64 MiB"_qs);
@@ -272,7 +272,8 @@ PJsonReader::~PJsonReader() = default;
 
 PStatus PJsonReader::setDocument(const QByteArray& json) {
     d->tree.setRoot({});
-    const QByteArray text = json.startsWith("\xEF\xBB\xBF") ? json.mid(3) : json; // a UTF-8 mark
+    // Without a UTF-8 byte order mark.
+    const QByteArray text = json.startsWith("\xEF\xBB\xBF") ? json.mid(3) : json;
     if (const PStatus status = checked(text); !status.isOk())
         return status;
     try {

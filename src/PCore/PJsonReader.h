@@ -12,9 +12,9 @@ public:
     PJsonReader();
     ~PJsonReader() override;
 
-    /// Takes a document. On failure the reason names the line and what is wrong (not JSON, a name
-    /// twice in an object, a value of a type that is never written, nested more than 64 deep,
-    /// larger than 64 MiB), and the reader is empty.
+    /// Reads a document. On failure the reason names the line and the error (not JSON, a duplicate
+    /// name in an object, a value of a type that is never written, nested more than 64 deep, larger
+    /// than 64 MiB), and the reader is empty.
     PStatus setDocument(const QByteArray& json);
 
     bool beginObject(const QString& name) override;

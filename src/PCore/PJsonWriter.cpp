@@ -9,7 +9,7 @@
 
 namespace {
 
-/// A lone half of a surrogate pair has no UTF-8 form; as an escape it survives.
+/// Half of a surrogate pair has no UTF-8 form, but can be written as an escape.
 bool isLoneSurrogate(const QString& text, qsizetype i) {
     if (text[i].isHighSurrogate())
         return i + 1 == text.size() || !text[i + 1].isLowSurrogate();
@@ -34,7 +34,7 @@ QByteArray typed(const char* type, const QByteArray& value) {
     return QByteArray("{\"$") + type + "\": " + value + '}';
 }
 
-/// The shortest text that is read back as the same double. (Qt's loses the sign of a zero.)
+/// The shortest text that is read back as the same double. (Qt's own loses the sign of a zero.)
 QByteArray doubleText(double value) {
     std::array<char, 32> buffer{};
     const auto end = std::to_chars(buffer.begin(), buffer.end(), value).ptr;

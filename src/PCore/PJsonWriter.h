@@ -6,18 +6,18 @@
 
 #include <QByteArray>
 
-/// Writes JSON that people can read and compare: one value a line, in the order of writing. A
-/// number with a point or an exponent is a double, one without is an int. What JSON has no type for
-/// is an object whose one name says the type: {"$int64": "5"}, {"$bytes": "base64"}, {"$rect": [x,
-/// y, width, height]}, {"$uuid": "{…}"}; null text and bytes are {"$string": null}, {"$bytes":
-/// null}. A name of the caller's own that starts with $ is written with another $ before it.
+/// Writes JSON that users can read and compare: one value per line, in the order of writing. A
+/// number with a point or an exponent is a double, one without is an int. Types that JSON lacks are
+/// objects whose only name is the type: {"$int64": "5"}, {"$bytes": "base64"}, {"$rect": [x, y,
+/// width, height]}, {"$uuid": "{…}"}; null text and bytes are {"$string": null}, {"$bytes": null}.
+/// A caller's name that starts with $ is written with another $ before it.
 class PJsonWriter : public PAbstractWriter {
 public:
     void beginObject(const QString& name) override;
     void endObject() override;
     bool writeValue(const QString& name, const QVariant& value) override;
 
-    /// The whole document, UTF-8, closing what is still open. The writer can go on afterwards.
+    /// The whole document in UTF-8, with open objects closed. Writing can continue afterwards.
     QByteArray document() const;
 
 private:
@@ -25,5 +25,5 @@ private:
 
     PNameScopes m_scopes;
     QByteArray m_text{"{"};
-    bool m_objectIsEmpty = true; // the one that is open
+    bool m_objectIsEmpty = true; // the innermost open one
 };

@@ -4,7 +4,7 @@
 #include <QDataStream>
 #include <QMetaType>
 
-/// Range of a numeric value: bounds included, and the step between values (in the value's unit).
+/// Range of a numeric value: inclusive bounds, and the step between values (in the value's unit).
 /// An aggregate: `PMinMaxRange<int> r;` is uninitialised, `PMinMaxRange<int>{}` is all zero.
 template <typename T>
 struct PMinMaxRange {
@@ -18,12 +18,12 @@ struct PMinMaxRange {
     friend bool operator!=(const PMinMaxRange& a, const PMinMaxRange& b) { return !(a == b); }
 };
 
-/// Stream form of an integer range: minimum, maximum and step as qint32.
+/// QDataStream format of an integer range: minimum, maximum and step as qint32.
 inline QDataStream& operator<<(QDataStream& out, const PMinMaxRange<int>& range) {
     return out << qint32(range.minimum) << qint32(range.maximum) << qint32(range.step);
 }
 
-/// Reads what operator<< wrote; a stream that ends early leaves its status set.
+/// Reads what operator<< wrote; sets the QDataStream's status if the data ends early.
 inline QDataStream& operator>>(QDataStream& in, PMinMaxRange<int>& range) {
     return in >> range.minimum >> range.maximum >> range.step;
 }

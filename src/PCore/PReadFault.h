@@ -3,9 +3,9 @@
 
 #include <QString>
 
-/// Thrown by a reader at what it cannot read, and caught by it: never leaves the library.
+/// Thrown by a reader at invalid data, and caught by it: never leaves the library.
 struct PReadFault {
-    /// Bytes from the beginning of what is read.
+    /// Offset in bytes from the beginning of the data.
     qsizetype offset;
     /// The reason, in English.
     QString what;

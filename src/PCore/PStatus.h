@@ -9,7 +9,7 @@ public:
     /// How the operation ended.
     enum Code { Ok, Failed };
 
-    PStatus(Code code = Ok) // implicit: `return PStatus::Ok;` is how hooks answer
+    PStatus(Code code = Ok) // implicit, so that hooks can `return PStatus::Ok;`
         : m_code(code) {}
 
     /// A failure with its reason in plain words, ready to be shown to the user.

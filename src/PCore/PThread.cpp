@@ -3,7 +3,7 @@
 
 PThread::PThread(QObject* parent)
     : QThread(parent) {
-    // Without a receiver the function runs on the thread that ends, just after its loop.
+    // Without a receiver the function runs on the ending thread, right after its loop.
     connect(this, &QThread::finished,
             [this] { m_loopEnded.store(true, std::memory_order_release); });
 }
@@ -16,7 +16,8 @@ PThread::~PThread() {
 PStatus PThread::startThread() {
     if (isThreadRunned() && isRunning())
         return PStatus::Ok;
-    // A loop that ended by itself was never stopped: onStop() still has to answer its onStart().
+    // A loop that ended on its own was never stopped: onStop() must still be called for its
+    // onStart().
     if (const PStatus stopped = stopThread(); !stopped.isOk())
         return stopped;
     if (const PStatus started = onStart(); !started.isOk())
@@ -31,7 +32,7 @@ PStatus PThread::startThread() {
 }
 
 PStatus PThread::stopThread() {
-    // Waiting for itself would never end.
+    // A thread that waits for itself would never end.
     if (QThread::currentThread() == this) {
         return PStatus::failure(
             u"the thread \"%1\" cannot stop itself from its own loop"_qs.arg(id()));
@@ -42,8 +43,8 @@ PStatus PThread::stopThread() {
     return onStop();
 }
 
-/// Afterwards, what the loop did has happened before what the caller does. wait() says so too, but
-/// with a lock inside Qt that the thread sanitizer cannot see.
+/// Makes everything that the loop did visible to the caller. wait() does that too, but with a lock
+/// inside Qt that the thread sanitizer cannot see.
 void PThread::waitForLoop() {
     wait();
     m_loopEnded.load(std::memory_order_acquire);

@@ -8,13 +8,13 @@
 #include <memory>
 #include <vector>
 
-/// What a reader found in a document, and the object it stands in: the part of PAbstractReader that
-/// does not depend on the format. One thread at a time.
+/// The content of a document that was read, and the reader's current object: the part of
+/// PAbstractReader that does not depend on the format. One thread at a time.
 class PValueTree {
 public:
     struct Object;
 
-    /// A named value or object, and where it stands in the source.
+    /// A named value or object, and its position in the source.
     struct Entry {
         QString name;
         qsizetype position = 0;
@@ -27,14 +27,14 @@ public:
         std::vector<Entry> entries;
         QHash<QString, std::size_t> index;
 
-        /// Appends an entry and returns it, to be filled; null if the name is used already. Valid
+        /// Appends an entry and returns it, to be filled; null if the name is already used. Valid
         /// until the next add() to this object.
         Entry* add(const QString& name, qsizetype position);
         const Entry* find(const QString& name) const;
         QStringList names(bool ofObjects) const;
     };
 
-    /// Replaces the content and stands at the root.
+    /// Replaces the content and goes to the root.
     void setRoot(Object&& root);
 
     /// Enters an object of the current one; false, and it stays where it is, if there is none of
@@ -42,7 +42,7 @@ public:
     bool enter(const QString& name);
     /// Goes back to the object around the current one; at the root it does nothing.
     void leave();
-    /// The object it stands in.
+    /// The current object.
     const Object& current() const { return m_path.empty() ? m_root : *m_path.back(); }
     QVariant value(const QString& name) const;
 

@@ -30,8 +30,8 @@ using Clock = std::chrono::steady_clock;
 constexpr std::size_t pageSize = 4096; // the smallest size class; pages may be larger
 constexpr std::size_t idleCountLimit = 64;
 
-/// The size class: up to a sixteenth more than requested, so that frames of nearly one size share
-/// buffers. What is never touched of it costs no memory.
+/// The size class: up to a sixteenth more than requested, so that frames of similar size share
+/// buffers. Pages that are never touched cost no memory.
 std::size_t roundedSize(std::size_t size) {
     std::size_t step = pageSize;
     while (step * 32 <= size)
@@ -39,8 +39,8 @@ std::size_t roundedSize(std::size_t size) {
     return (size + step - 1) / step * step;
 }
 
-/// The address sanitizer knows nothing of memory mapped by hand: these mark the bytes that must not
-/// be touched, so that a run past the end of an image is found as it is with memory of the heap.
+/// The address sanitizer does not track memory that is mapped directly: these functions mark the
+/// bytes that must not be touched, so that overruns of images are detected as they are on the heap.
 void allowAccess([[maybe_unused]] unsigned char* memory, [[maybe_unused]] std::size_t allowed,
                  [[maybe_unused]] std::size_t size) {
 #ifdef PCD_ADDRESS_SANITIZER
@@ -49,8 +49,8 @@ void allowAccess([[maybe_unused]] unsigned char* memory, [[maybe_unused]] std::s
 #endif
 }
 
-/// A mapping of its own. Memory of the heap would not do: after the first large block that is freed
-/// the C library serves such sizes from the heap, which it need not give back to the system.
+/// A separate mapping instead of heap memory: after the first large block is freed, the C library
+/// serves such sizes from the heap, which it may not return to the system.
 class Mapping {
 public:
     Mapping() = default;
@@ -60,7 +60,7 @@ public:
             mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
         m_memory = memory == MAP_FAILED ? nullptr : static_cast<unsigned char*>(memory);
     }
-    /// Takes over what release() gave.
+    /// Takes ownership of what release() returned.
     Mapping(unsigned char* memory, std::size_t size)
         : m_memory(memory)
         , m_size(size) {}
@@ -93,14 +93,14 @@ struct Idle {
     Clock::time_point since;
 };
 
-/// Collects under the lock what is unmapped after it: giving 60 MB back takes milliseconds, which a
-/// frame thread that only wants its next buffer must not wait for. Needs no allocation.
+/// Collects mappings under the lock, to be unmapped after it: unmapping 60 MB takes milliseconds,
+/// and a frame thread that needs a buffer must not wait for that. Allocates nothing.
 class Leaving {
 public:
     void add(Mapping&& mapping) { m_mappings[m_count++] = std::move(mapping); }
 
 private:
-    std::array<Mapping, idleCountLimit + 1> m_mappings; // all that wait, and one that comes back
+    std::array<Mapping, idleCountLimit + 1> m_mappings; // all idle ones, and one being returned
     std::size_t m_count = 0;
 };
 
@@ -110,7 +110,7 @@ struct PBufferPool::Core {
     Core(std::size_t limit, std::chrono::milliseconds time)
         : idleLimit(limit)
         , idleTime(time) {
-        idle.reserve(idleCountLimit); // give() runs where nothing may throw
+        idle.reserve(idleCountLimit); // give() must not throw
     }
 
     Mapping take(std::size_t size);
@@ -118,20 +118,20 @@ struct PBufferPool::Core {
     void trim();
     void countAllocation(std::size_t size);
 
-    // The following run under the lock.
+    // The following functions are called under the lock.
     Mapping reuse(std::size_t size);
     void removeOldest(Leaving& leaving);
     void removeExpired(Leaving& leaving);
 
-    mutable std::mutex mutex; // images are made and let go on any thread
+    mutable std::mutex mutex; // images are created and destroyed on any thread
     std::size_t idleLimit;
     std::size_t useLimit = noLimit;
     const std::chrono::milliseconds idleTime;
-    std::vector<Idle> idle; // the one that waits longest first
+    std::vector<Idle> idle; // the longest idle first
     Statistics counts;
 };
 
-/// The newest that fits: its pages are the likeliest to be in the caches.
+/// The newest that fits: its pages are most likely to be in the caches.
 Mapping PBufferPool::Core::reuse(std::size_t size) {
     const auto found = std::find_if(idle.rbegin(), idle.rend(), [size](const Idle& waiting) {
         return waiting.mapping.size() == size;
@@ -165,7 +165,7 @@ void PBufferPool::Core::countAllocation(std::size_t size) {
 }
 
 Mapping PBufferPool::Core::take(std::size_t size) {
-    Leaving leaving; // before the lock, so that it is destroyed after it
+    Leaving leaving; // declared before the lock, to be destroyed after it
     {
         const std::lock_guard lock(mutex);
         if (size > useLimit || counts.usedBytes > useLimit - size)
@@ -177,7 +177,7 @@ Mapping PBufferPool::Core::take(std::size_t size) {
     }
     Mapping fresh(size);
     if (!fresh.memory()) {
-        trim(); // what waits for other sizes may be just what is missing
+        trim(); // idle buffers of other sizes may be just what is missing
         fresh = Mapping(size);
     }
     if (fresh.memory())
@@ -222,7 +222,7 @@ PBufferPool::~PBufferPool() {
 }
 
 PBufferPool& PBufferPool::instance() {
-    // Never destroyed: images in statics are let go after exit() has begun, in any order.
+    // Never destroyed: images in static variables are destroyed during exit(), in any order.
     static PBufferPool* const pool = new PBufferPool(std::size_t(512) << 20);
     return *pool;
 }
@@ -240,7 +240,7 @@ PBufferPool::Buffer PBufferPool::acquire(std::size_t size) {
     try {
         return Buffer(mapping.release(), giveBack);
     } catch (const std::bad_alloc&) {
-        return nullptr; // giveBack has run
+        return nullptr; // giveBack() has run
     }
 }
 

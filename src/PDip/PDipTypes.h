@@ -21,16 +21,16 @@ enum class Origin : int {
     TopLeft = 0, ///< the top row
 };
 
-/// What rows are padded to.
+/// The alignment of rows.
 enum class RowsAlign : int {
     FourBytes = 0, ///< multiples of 4 bytes, as in the camera SDK's bitmaps
 };
 
-/// What pixel memory is opened for.
+/// The purpose for which pixel memory is opened.
 enum class AccessMode : int {
-    Read = 0,      ///< look only; shared memory stays shared
-    Write = 1,     ///< overwrite all of it: memory shared with another image is let go, not copied
-    ReadWrite = 2, ///< change it: memory shared with another image is copied first
+    Read = 0,      ///< reading only; shared memory stays shared
+    Write = 1,     ///< overwriting all: memory shared with another image is detached, not copied
+    ReadWrite = 2, ///< changing it: memory shared with another image is copied first
 };
 
 } // namespace PDIP

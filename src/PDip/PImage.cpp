@@ -26,9 +26,9 @@ struct Pixels : QSharedData {
 
 using PixelsPtr = QExplicitlySharedDataPointer<Pixels>;
 
-/// True if it has no other holder. Acquires: what another thread did with it before it let go, on
-/// looking at one, has happened before what the caller does next. (Qt's own detaching only reads
-/// the count, which promises no such order.)
+/// True if there is no other owner. Acquire order: if the count is one, everything that another
+/// thread did before it released the memory is visible to the caller. (Qt's own detaching reads the
+/// count without such order.)
 template <typename Pointer>
 bool isOwned(const Pointer& pointer) {
     return pointer->ref.loadAcquire() == 1;
@@ -91,7 +91,7 @@ PImage& PImage::operator=(const PImage&) = default;
 PImage& PImage::operator=(PImage&&) noexcept = default;
 PImage::~PImage() = default;
 
-/// This image's record, its own to change; the pixels stay shared.
+/// This image's own record, detached so that it can be changed; the pixels stay shared.
 PImage::Data& PImage::ownData() {
     if (!d)
         d = new Data;
@@ -106,12 +106,12 @@ bool PImage::create(long width, long height, PDIP::ColorFormat format, PDIP::Cha
 }
 
 bool PImage::create(const PImageHeader& header) {
-    // Let go first: the memory may be the very one the pool hands out again.
+    // Released first, so that the pool can hand out the same memory again.
     d.reset();
     return setGeometry(header);
 }
 
-/// Takes new pixel memory for this geometry. On failure the image is empty.
+/// Allocates pixel memory for this geometry. On failure the image is empty.
 bool PImage::setGeometry(const PImageHeader& header) {
     try {
         if (header.isValid()) {
@@ -122,7 +122,7 @@ bool PImage::setGeometry(const PImageHeader& header) {
             return true;
         }
     } catch (const std::bad_alloc&) {
-        // Said by the result.
+        // The result reports it.
     }
     d.reset();
     return false;
@@ -203,12 +203,12 @@ QImage PImage::toQImage() const {
     if (isNull() || width() > INT_MAX || height() > INT_MAX)
         return {};
     auto keeper = std::make_unique<PixelsPtr>(d->pixels);
-    // As const bytes: a QImage that is painted on copies them first and leaves this image alone.
+    // As const bytes: a QImage copies them before it is painted on, and this image stays unchanged.
     const uchar* bytes = d->pixels->buffer.get();
     QImage image(bytes, int(width()), int(height()), qsizetype(bytesPerLine()), qtFormat(format()),
                  releasePixels, keeper.get());
     if (!image.isNull())
-        keeper.release(); // the QImage's now
+        keeper.release(); // now owned by the QImage
     return image;
 }
 

@@ -18,7 +18,7 @@ namespace PDIP {
 
 /// The pixel memory of an image as it was opened by PImage::rawData(). Valid while that image lives
 /// and is neither assigned to nor opened for writing again; writing through it after the image was
-/// copied would change the copy too.
+/// copied changes the copy too.
 class ImageRawData {
 public:
     ImageRawData() = default;
@@ -41,8 +41,8 @@ private:
 
 } // namespace PDIP
 
-/// An implicitly shared image: copying one costs nothing, changing a copy leaves the others as they
-/// are. Different objects may be used on different threads, also when they share their pixels.
+/// An implicitly shared image: copying costs nothing, and changing a copy does not affect the
+/// others. Different objects may be used on different threads, even if they share pixels.
 class PImage {
 public:
     PImage(); ///< An empty image.
@@ -53,8 +53,8 @@ public:
     ~PImage();
 
     /// Makes it an image of this geometry with undefined pixels and no meta information. Width and
-    /// height in pixels. Returns false, leaving an empty image, if the geometry is not valid or the
-    /// memory is not to be had.
+    /// height in pixels. Returns false, leaving an empty image, if the geometry is not valid or
+    /// memory is exhausted.
     bool create(long width, long height, PDIP::ColorFormat format,
                 PDIP::Channel channel = PDIP::Channel::UInt8,
                 PDIP::Origin origin = PDIP::Origin::TopLeft,
@@ -62,7 +62,7 @@ public:
     bool create(const PImageHeader& header);
 
     /// Makes it an image of this geometry and copies header.dataSize() bytes in, keeping the meta
-    /// information. Memory of the right size that is not shared is used again. Returns false as
+    /// information. Unshared memory of the right size is reused. Returns false as
     /// create() does, or if data is null.
     bool set(const unsigned char* data, const PImageHeader& header);
 
@@ -79,28 +79,28 @@ public:
     std::size_t bytesPerLine() const { return header().bytesPerLine(); }
 
     /// Opens the pixel memory. Opening shared pixels for writing detaches them as AccessMode says;
-    /// throws std::bad_alloc if that memory is not to be had.
+    /// throws std::bad_alloc if memory is exhausted.
     PDIP::ImageRawData rawData(PDIP::AccessMode mode);
     /// Opens it for reading; throws dip_exception("invalid mode for access") for any other mode.
     PDIP::ImageRawData rawData(PDIP::AccessMode mode) const;
 
-    /// Declares the same bytes to be of another format with the same bytes per pixel; false
-    /// otherwise.
+    /// Reinterprets the bytes as another format with the same bytes per pixel; false if they
+    /// differ.
     bool reinterpretFormat(PDIP::ColorFormat format);
 
-    /// What was said about the picture besides its pixels.
+    /// Information about the image besides its pixels.
     void setMetaInformation(const QMap<QString, QVariant>& information);
     QMap<QString, QVariant> metaInformation() const;
 
-    /// Ties a record to the picture that travels with every copy of it (see PImageAttachment).
+    /// Attaches a record, which all copies of the image share (see PImageAttachment).
     /// Pixels stay shared: neither this nor setMetaInformation() ever copies them. create() drops
     /// it, set() keeps it.
     void setAttachment(std::shared_ptr<const PImageAttachment> attachment);
-    /// The record tied to the picture, or null.
+    /// The attached record, or null.
     std::shared_ptr<const PImageAttachment> attachment() const;
 
-    /// The same pixels as a QImage, without a copy; it keeps them alive by itself. Red is red in
-    /// every format. Null for an empty image.
+    /// The same pixels as a QImage, which shares their memory and keeps it alive. Colours are right
+    /// in every format. Null for an empty image.
     QImage toQImage() const;
 
 private:

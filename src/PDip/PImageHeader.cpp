@@ -45,7 +45,8 @@ std::size_t PImageHeader::bytesPerLine() const {
 }
 
 std::size_t PImageHeader::dataSize() const {
-    // Only one channel type, origin and alignment exist: sizes with another would be a guess.
+    // Only one channel type, origin and alignment exist: sizes for any other value would be a
+    // guess.
     if (m_width <= 0 || m_height <= 0 || m_channel != PDIP::Channel::UInt8 ||
         m_origin != PDIP::Origin::TopLeft || m_align != PDIP::RowsAlign::FourBytes)
         return 0;

@@ -25,10 +25,10 @@ public:
     std::size_t bytesPerPixel() const;
     /// Bytes from one row to the next, padding included; 0 if the header is not valid.
     std::size_t bytesPerLine() const;
-    /// Bytes of all rows; 0 if the header is not valid. Never wraps around.
+    /// Bytes of all rows; 0 if the header is not valid. Never overflows.
     std::size_t dataSize() const;
     /// True if width and height are positive, the format, channel type, origin and alignment exist
-    /// and the size fits in memory terms (below 2^62 bytes).
+    /// and the size is below 2^62 bytes.
     bool isValid() const;
 
     friend bool operator==(const PImageHeader& a, const PImageHeader& b);

@@ -3,6 +3,6 @@
 
 #include <cstddef>
 
-/// No image, and no buffer for one, has as many bytes: sums and roundings of sizes below it never
-/// wrap around.
+/// Every image, and every buffer for one, is smaller than this, so that adding and rounding sizes
+/// never overflows.
 inline constexpr std::size_t PImageSizeLimit = std::size_t(1) << 62;

@@ -10,8 +10,8 @@
 
 namespace {
 
-/// Whole pixels at a time, which compilers turn into vector instructions; single bytes with a
-/// stride of four they do not.
+/// Whole pixels at a time: compilers vectorise this loop, but not one over single bytes with a
+/// stride of four.
 void fillX(unsigned char* pixels, std::size_t size) {
     const quint32 mask = qToLittleEndian(quint32(0xFF000000)); // the fourth byte in memory
     for (unsigned char* end = pixels + size; pixels != end; pixels += 4) {

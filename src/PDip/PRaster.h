@@ -9,7 +9,7 @@
 
 namespace PDIP {
 
-/// One pixel of four samples in memory order; which colour stands first depends on the image's
+/// One pixel of four samples in memory order; which colour comes first depends on the image's
 /// format (see ColorFormat).
 template <typename T>
 struct PixelXRGB {
@@ -19,12 +19,12 @@ struct PixelXRGB {
     T x;
 };
 
-/// A view of an image as rows of pixels. Opening it may throw std::bad_alloc (see PImage::rawData).
-/// The image must outlive the view and must not be assigned to meanwhile. One thread.
+/// Access to an image as rows of pixels. Opening it may throw std::bad_alloc (see PImage::rawData).
+/// The image must outlive the raster and must not be assigned to meanwhile. One thread.
 template <typename Pixel>
 class RasterT {
 public:
-    /// Walks all pixels row by row, stepping over the padding at the end of rows.
+    /// Iterates over all pixels row by row, skipping the padding at the end of rows.
     class iterator {
     public:
         using iterator_category = std::forward_iterator_tag;
@@ -71,14 +71,14 @@ public:
         , m_mode(mode) {
         if (m_header.isValid() && m_header.bytesPerPixel() != sizeof(Pixel))
             throw dip_exception("pixel type does not fit the image's format");
-        // The const pointer is cast back only behind the check in begin().
+        // The const pointer is cast back only after the check in begin().
         m_data = const_cast<unsigned char*>(image.rawData(mode).constData());
     }
 
     long width() const { return m_header.width(); }
     long height() const { return m_header.height(); }
 
-    /// Iterators for changing pixels. Throws dip_exception("invalid mode for access") if the view
+    /// Iterators for changing pixels. Throws dip_exception("invalid mode for access") if the raster
     /// was opened for reading.
     iterator begin() const {
         if (m_mode == AccessMode::Read)

@@ -6,10 +6,10 @@
 
 namespace PDIP {
 
-/// Base of what the image library throws.
+/// Base class of the image library's exceptions.
 class exception : public std::exception {};
 
-/// An image operation that cannot be carried out; what() has the reason.
+/// A failed image operation; what() is the reason.
 class dip_exception : public exception {
 public:
     explicit dip_exception(const char* message)
@@ -17,7 +17,7 @@ public:
     const char* what() const noexcept override { return m_message.what(); }
 
 private:
-    std::runtime_error m_message; // its copies never throw, as an exception's must not
+    std::runtime_error m_message; // copying it never throws, as required of exceptions
 };
 
 } // namespace PDIP

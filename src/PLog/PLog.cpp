@@ -12,8 +12,8 @@
 
 namespace {
 
-/// A sink that is in use. Its mutex makes its writes one at a time and lets removeSink() wait for
-/// the one that runs; recursive, so that a sink may remove itself while it writes.
+/// A sink in use. Its mutex serialises writes and lets removeSink() wait for one in progress;
+/// recursive, so that a sink may remove itself while it writes.
 struct Outlet {
     explicit Outlet(std::shared_ptr<PLogSink> target)
         : sink(std::move(target)) {}
@@ -24,7 +24,7 @@ struct Outlet {
         try {
             sink->write(record);
         } catch (...) {
-            // The statement that logs must not fail because its log does.
+            // A statement must not fail because logging does.
         }
     }
 
@@ -44,7 +44,7 @@ struct State {
         std::make_shared<Outlet>(std::make_shared<PStderrLogSink>());
 };
 
-/// Never destroyed: statics of other libraries may log while the program ends.
+/// Never destroyed: static objects of other libraries may log while the program ends.
 State& state() {
     static State* const instance = new State;
     return *instance;
@@ -133,7 +133,7 @@ void PLog::removeSink(const std::shared_ptr<PLogSink>& sink) {
         after->erase(found);
         state().outlets = std::move(after);
     }
-    // A record emitted just now may still hold the old list: it finds the mark, or is waited for.
+    // A record being emitted may still use the old list: it sees the mark, or is waited for.
     const std::lock_guard lock(removed->mutex);
     removed->isRemoved = true;
 }
@@ -163,7 +163,7 @@ void PLog::installQtMessageHandler() {
 }
 
 void PLog::emitRecord(const PLogRecord& record) noexcept {
-    // A sink that logs, or makes Qt warn, would come back here from inside itself without end.
+    // Otherwise a sink that logs, or causes a warning of Qt, would recurse without end.
     thread_local bool isWriting = false;
     if (isWriting || !passes(record.source, record.level))
         return;

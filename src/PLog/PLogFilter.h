@@ -10,7 +10,7 @@
 /// Which records pass, as PLog::setFilter describes it. A value; one thread at a time.
 class PLogFilter {
 public:
-    /// Replaces the content by what the text says. On failure nothing is changed.
+    /// Replaces the filter by the one in the text. On failure nothing changes.
     PStatus parse(const QString& text);
 
     /// The text it was parsed from.

@@ -38,7 +38,7 @@ QString formatLogRecord(const PLogRecord& record, bool location) {
 }
 
 void PStderrLogSink::write(const PLogRecord& record) {
-    // One call for the whole line: lines of other writers to the stream never mix into it.
+    // One call for the whole line, so that other writers cannot interleave with it.
     const QByteArray line = toLine(record, false);
     std::fwrite(line.constData(), 1, std::size_t(line.size()), stderr);
 }

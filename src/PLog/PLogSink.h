@@ -8,8 +8,8 @@
 #include <deque>
 #include <mutex>
 
-/// Takes log records. write() is called on the thread that logged, one call at a time for a sink;
-/// it must not log, and what it throws is swallowed.
+/// Receives log records. write() is called on the thread that logs, one call at a time for each
+/// sink; it must not log, and its exceptions are ignored.
 class PLogSink {
 public:
     virtual ~PLogSink() = default;
@@ -45,13 +45,13 @@ class PMemoryLogSink : public PLogSink {
 public:
     explicit PMemoryLogSink(qsizetype capacity = 10000);
     void write(const PLogRecord& record) override;
-    /// A copy of what is kept, oldest first. Any thread.
+    /// A copy of the kept records, oldest first. Any thread.
     QList<PLogRecord> records() const;
     void clear();
 
 private:
-    mutable std::mutex m_mutex; // written by any thread, read by the page's or the test's
+    mutable std::mutex m_mutex; // written by any thread, read by the log page or a test
     qsizetype m_capacity;
-    // No QList: a copy of one shares its memory, and would be read while this goes on writing.
+    // Not a QList: a copy would share its memory, and be read while records are still being added.
     std::deque<PLogRecord> m_records;
 };

@@ -6,8 +6,8 @@
 #include <QByteArray>
 
 /// One log record being written: items are appended, and the record is emitted when the object is
-/// destroyed at the end of the statement. Made by PLog::logStream. Any thread; not shared by
-/// threads.
+/// destroyed at the end of the statement. Created by PLog::logStream. Any thread; not shared
+/// between threads.
 class PMessageStream {
 public:
     explicit PMessageStream(PLogRecord record);

@@ -5,7 +5,7 @@
 
 #include <functional>
 
-/// Calls that no exception leaves: for the edges of threads and of the event loop. On the caller's
+/// Calls that let no exception out: for thread functions and the event loop. On the caller's
 /// thread.
 namespace PGuardedCall {
 

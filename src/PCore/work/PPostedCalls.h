@@ -7,22 +7,22 @@
 #include <functional>
 #include <mutex>
 
-/// Calls that other threads leave for the thread in which this object lives: the way back of a
-/// result. They are made in their order, from the event loop; those that still wait when the object
-/// is destroyed are dropped. An exception that leaves one is logged. The thread of the object,
-/// unless a function says otherwise.
+/// Calls that other threads post to this object's thread, usually to return a result. They are made
+/// in order, from the event loop; those still pending when the object is destroyed are dropped. An
+/// exception thrown by a call is logged. The thread of the object, unless a function says
+/// otherwise.
 ///
-/// Who posts must have ended before the object is destroyed: a PWorkQueue whose work posts comes
-/// after it among the members, or is stopped first.
+/// Threads that post must have ended before the object is destroyed: declare a PWorkQueue whose
+/// work posts after it, or stop the queue first.
 class PPostedCalls : public QObject {
     Q_OBJECT
 
 public:
     using QObject::QObject;
 
-    /// Has this called soon. Any thread.
+    /// Posts a call. Any thread.
     void post(std::function<void()> call);
-    /// Makes the calls that wait now. One of them may destroy the object; the rest is then dropped.
+    /// Makes the pending calls. One of them may destroy the object; the rest are then dropped.
     void runAll();
 
 protected:

@@ -4,23 +4,23 @@
 #include <cstddef>
 #include <mutex>
 
-/// What the work that waits in one or several PWorkQueues may cost in all: bytes, items, or
-/// whatever its users count. Any thread.
+/// The limit on the total cost of work waiting in one or several PWorkQueues, in bytes, items or
+/// another unit. Any thread.
 class PWorkBudget {
 public:
     explicit PWorkBudget(std::size_t limit)
         : m_limit(limit) {}
 
-    /// Takes the cost for a queue that holds `held` already. False if there is not enough left,
-    /// unless the queue holds nothing: each queue can then always make progress.
+    /// Takes the cost for a queue that already holds `held`. False if too little is left, except
+    /// for a queue that holds nothing, so that every queue can make progress.
     bool take(std::size_t cost, std::size_t held);
-    /// Returns what take() has given.
+    /// Gives back a cost that take() granted.
     void giveBack(std::size_t cost);
 
     std::size_t limit() const { return m_limit; }
 
 private:
     const std::size_t m_limit;
-    std::mutex m_mutex; // several queues take and give back, each on several threads
+    std::mutex m_mutex; // used by several queues, each on several threads
     std::size_t m_taken = 0;
 };

@@ -5,7 +5,7 @@
 
 #include <utility>
 
-// Not a QThreadPool: that has no bound, and passes work on under a lock inside Qt, which the thread
+// Not a QThreadPool: that is unbounded, and passes work on under a lock inside Qt, which the thread
 // sanitizer cannot see.
 
 PWorkQueue::PWorkQueue(std::size_t limit, int threads)
@@ -35,7 +35,7 @@ bool PWorkQueue::push(std::size_t cost, Work work, Done done) {
 }
 
 std::size_t PWorkQueue::discard() {
-    std::deque<Item> discarded; // destroyed without the lock: it may hold anything
+    std::deque<Item> discarded; // destroyed without the lock: its destructors may do anything
     {
         const std::lock_guard lock(m_mutex);
         discarded.swap(m_waiting);
@@ -80,7 +80,7 @@ void PWorkQueue::run() {
     }
 }
 
-/// Waits for work; nothing once the queue is stopped and all is done.
+/// Waits for work; returns nothing once the queue is stopped and empty.
 std::optional<PWorkQueue::Item> PWorkQueue::next() {
     std::unique_lock lock(m_mutex);
     m_wake.wait(lock, [this] { return m_stopping || !m_waiting.empty(); });
@@ -94,7 +94,7 @@ std::optional<PWorkQueue::Item> PWorkQueue::next() {
 
 void PWorkQueue::carryOut(Item item) {
     PStatus result = PGuardedCall::status(item.work);
-    item.work = nullptr; // what it holds goes before its cost is free for others
+    item.work = nullptr; // destroyed before its cost is given back
     {
         const std::lock_guard lock(m_mutex);
         giveBack(item.cost);
@@ -109,7 +109,7 @@ void PWorkQueue::giveBack(std::size_t cost) {
     m_budget->giveBack(cost);
 }
 
-/// An item is done, with all that it held.
+/// An item is done, and what it held is destroyed.
 void PWorkQueue::leave() {
     const std::lock_guard lock(m_mutex);
     --m_running;

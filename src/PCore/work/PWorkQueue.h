@@ -15,41 +15,41 @@
 #include <thread>
 #include <vector>
 
-/// Work that is done in its order on threads of the queue, with a bound on what waits. Who adds
-/// work never waits for it. Any thread, except for stop() and the destructor.
+/// Does work in order on threads of its own, with a limit on the waiting work. Adding work never
+/// blocks. Any thread, except for stop() and the destructor.
 ///
-/// To shut down, the owner calls stop() or destroys the queue while all that its work uses is
-/// still there: make it the last member. What waits is then done first; for an earlier end call
-/// discard() before.
+/// To shut down, the owner calls stop() or destroys the queue while everything that its work uses
+/// still exists: make it the last member. Waiting work is done first; to skip it, call discard()
+/// before.
 class PWorkQueue {
 public:
-    /// Does the work and returns how it went. An exception that leaves it is a failure with its
+    /// Does the work and returns the result. An exception thrown by it becomes a failure with its
     /// text.
     using Work = std::function<PStatus()>;
-    /// Receives the result, on the thread of the work, once its cost is free again. An exception
-    /// that leaves it is logged.
+    /// Receives the result, on the thread of the work, after its cost was given back. An exception
+    /// thrown by it is logged.
     using Done = std::function<void(const PStatus& result)>;
 
-    /// `limit`: of the cost of the work that waits or is being done. With several threads work is
-    /// begun in its order, but may end in another.
+    /// `limit`: on the cost of the work that waits or is being done. With several threads, work
+    /// begins in order but may end in another order.
     explicit PWorkQueue(std::size_t limit, int threads = 1);
     /// Shares the limit with other queues.
     explicit PWorkQueue(std::shared_ptr<PWorkBudget> budget, int threads = 1);
-    /// As stop().
+    /// Calls stop().
     ~PWorkQueue();
 
-    /// Adds work, with its cost in the unit of the limit. False, without an effect, if that is over
-    /// the limit, or after stop(). A queue that holds nothing takes work of any cost.
+    /// Adds work, with its cost in the unit of the limit. Returns false, without effect, if that
+    /// exceeds the limit, or after stop(). A queue that holds nothing accepts work of any cost.
     bool push(std::size_t cost, Work work, Done done = {});
-    /// Drops the work that waits; what was begun goes on. Returns how many items were dropped,
+    /// Drops the waiting work; work in progress continues. Returns the number of dropped items,
     /// whose Done will not be called.
     std::size_t discard();
 
     /// Waits until no work is left and the last Done has returned, or until the timeout. True if
-    /// nothing is left. Not from work of this queue.
+    /// nothing is left. Must not be called from work of this queue.
     bool waitUntilIdle(std::optional<std::chrono::milliseconds> timeout = std::nullopt);
-    /// Takes no more work, does what waits, and ends the threads. Calling it again does nothing.
-    /// Only one thread at a time, and none of the queue's own: those are joined.
+    /// Accepts no more work, does the waiting work, and ends the threads. Calling it again does
+    /// nothing. One thread at a time, and none of the queue's own, which are joined.
     void stop();
 
     /// The cost of the work that waits or is being done.
