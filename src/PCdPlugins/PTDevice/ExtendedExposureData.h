@@ -4,12 +4,12 @@
 #include <QDataStream>
 #include <QMetaType>
 
-/// How a frame is exposed: automatically or by hand, as free-running video or on a trigger. The
+/// How a frame is exposed: automatically or manually, as free-running video or on a trigger. The
 /// value of "extexposure". A value; any thread.
 struct ExtendedExposureData {
     Q_GADGET
-    // In triggered capture the camera has one exposure time, that of a triggered frame, and no
-    // automatic exposure: those of the video are with the host.
+    // In triggered capture the camera has only the exposure time of a triggered frame, and no
+    // automatic exposure: the host keeps those of the video.
     Q_CLASSINFO("HostFields", "exp autoexpenabled")
     Q_CLASSINFO("HostFieldsWhile", "capturemode=1")
     Q_PROPERTY(quint16 target MEMBER target)
@@ -30,9 +30,9 @@ public:
     /// Values of `capturemode`.
     enum CaptureMode { Video = 0, Trigger = 1 };
 
-    quint16 target = 100;       ///< brightness that auto-exposure goes for
+    quint16 target = 100;       ///< brightness that auto-exposure aims at
     quint16 gain = 120;         ///< analogue gain, per cent
-    double exp = 1.0;           ///< exposure time by hand, milliseconds
+    double exp = 1.0;           ///< manual exposure time, milliseconds
     bool autoexpenabled = true; ///< automatic exposure
     qint32 minutes = 0;         ///< parts of the exposure time of a triggered frame
     qint32 seconds = 5;
@@ -48,9 +48,10 @@ public:
     }
 };
 
-/// Stream form, 33 bytes: target and gain as qint16, exp as double, autoexpenabled as qint8, then
-/// minutes, seconds, milliseconds, microseconds and spincount as qint32. The modes are no part of
-/// it: reading leaves them as they are. A stream that ends early leaves its status set.
+/// QDataStream format, 33 bytes: target and gain as qint16, exp as double, autoexpenabled as qint8,
+/// then minutes, seconds, milliseconds, microseconds and spincount as qint32. The modes are not
+/// part of it: reading leaves them unchanged. If the data ends early, the QDataStream's status is
+/// set.
 QDataStream& operator<<(QDataStream& out, const ExtendedExposureData& data);
 QDataStream& operator>>(QDataStream& in, ExtendedExposureData& data);
 

@@ -20,7 +20,7 @@ public:
     friend bool operator!=(const FANDATA& a, const FANDATA& b) { return !(a == b); }
 };
 
-/// Stream form, 8 bytes: enable and target as qint32.
+/// QDataStream format, 8 bytes: enable and target as qint32.
 inline QDataStream& operator<<(QDataStream& out, const FANDATA& data) {
     return out << data.enable << data.target;
 }

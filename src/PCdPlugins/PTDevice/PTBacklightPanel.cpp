@@ -17,8 +17,8 @@ PTBacklightPanel::PTBacklightPanel(PTBacklightProperty* property)
     , m_ui(std::make_unique<Ui::PTBacklight>()) {
     m_ui->setupUi(this);
     showValue(m_property->convertToT(m_property->valueInner()));
-    // The captions of the two frequencies are crossed on purpose: it is the code that counts, and
-    // users know the button that stills their lamp.
+    // The captions of the two frequencies are deliberately swapped: the code is what matters, and
+    // users know which button stops the flicker of their lamp.
     connectButton(m_ui->dc, DirectCurrent);
     connectButton(m_ui->hz50, Hz50);
     connectButton(m_ui->hz60, Hz60);
@@ -46,8 +46,8 @@ void PTBacklightPanel::setExclusive(bool exclusive) {
 }
 
 void PTBacklightPanel::showValue(int frequency) {
-    // Exclusive buttons keep one of them checked, but a code that none of them stands for must not
-    // show as one of theirs.
+    // Exclusive buttons keep one checked, but a code without a button must not be shown as another
+    // one.
     setExclusive(false);
     m_ui->dc->setChecked(frequency == DirectCurrent);
     m_ui->hz50->setChecked(frequency == Hz50);

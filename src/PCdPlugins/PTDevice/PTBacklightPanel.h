@@ -12,8 +12,8 @@ namespace Ui {
 class PTBacklight;
 }
 
-/// The panel of the light frequency: a button for each of the SDK's codes. When the property has
-/// gone, it does nothing. The GUI thread, which is the device's.
+/// The panel of the light frequency: a button for each of the SDK's codes. After the property is
+/// deleted, it does nothing. The GUI thread, which is the device's.
 class PTBacklightPanel : public PTPanel {
 public:
     explicit PTBacklightPanel(PTBacklightProperty* property);
@@ -24,6 +24,6 @@ private:
     void setExclusive(bool exclusive);
     void showValue(int frequency);
 
-    PTBacklightProperty* m_property; ///< used only in slots that end with it
+    PTBacklightProperty* m_property; ///< used only in slots that are disconnected with it
     std::unique_ptr<Ui::PTBacklight> m_ui;
 };

@@ -17,7 +17,7 @@ void PTCallbackGuard::logException(const char* callback, const char* what) noexc
 }
 
 void PTCallbackGuard::updateLater(const PDevice* device, const char* propertyId) {
-    // The property lives on the device's thread, and only there may it emit its signals.
+    // The property belongs to the device's thread, and may emit its signals only there.
     if (PDeviceProperty* const property = device->getProperty(propertyId))
         QMetaObject::invokeMethod(property, "updateValueFromDevice", Qt::QueuedConnection);
 }

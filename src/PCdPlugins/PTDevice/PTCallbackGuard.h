@@ -5,14 +5,14 @@
 
 class PDevice;
 
-/// What the SDK's callbacks share. They run on threads of the SDK, inside its C code: an exception
-/// that got out would end the process.
+/// Functions that the SDK's callbacks share. Callbacks run on threads of the SDK, inside its C
+/// code: an exception that escaped would end the process.
 namespace PTCallbackGuard {
 
-/// Logs what a callback has thrown. Any thread; throws nothing.
+/// Logs an exception thrown in a callback. Any thread; throws nothing.
 void logException(const char* callback, const char* what) noexcept;
 
-/// Runs a callback's body and keeps what it throws from the SDK. True if nothing was thrown.
+/// Runs a callback's body and lets no exception out. True if nothing was thrown.
 template <typename Body>
 bool run(const char* callback, const Body& body) noexcept {
     try {
@@ -26,8 +26,8 @@ bool run(const char* callback, const Body& body) noexcept {
     return false;
 }
 
-/// Has a property of the device read again on the device's thread; nothing if there is none. Any
-/// thread.
+/// Makes a property be read again on the device's thread; does nothing if the device has none of
+/// that id. Any thread.
 void updateLater(const PDevice* device, const char* propertyId);
 
 } // namespace PTCallbackGuard

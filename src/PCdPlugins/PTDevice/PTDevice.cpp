@@ -19,7 +19,7 @@ namespace {
 constexpr int serialLength = 10;
 constexpr auto constructorText = "PTDevice::PTDevice(ToupcamDeviceV2)";
 
-/// The model name, which the SDK must give.
+/// The model name, which the SDK must provide.
 const char* modelName(const ToupcamDeviceV2& record) {
     if (record.model == nullptr || record.model->name == nullptr)
         throw std::invalid_argument("the camera's record has no model name");
@@ -27,7 +27,7 @@ const char* modelName(const ToupcamDeviceV2& record) {
 }
 
 HToupCam openCamera(const ToupcamDeviceV2& record) {
-    // An id may fill its field without a NUL; the SDK must not read on behind it.
+    // An id may fill its field without a NUL; the SDK must not read beyond it.
     char id[sizeof record.id + 1] = {};
     std::memcpy(id, record.id, sizeof record.id);
     return Toupcam_Open(id);
@@ -46,7 +46,7 @@ bool hasFlag(quint64 flags, quint64 flag) {
     return (flags & flag) != 0;
 }
 
-/// The state of a camera's stream; what cannot be read stays as it is here.
+/// The state of a camera's stream; what cannot be read keeps these values.
 struct StreamState {
     unsigned exposureTime = 0; // microseconds
     int autoExposure = -1;
@@ -81,7 +81,7 @@ PTDevice::PTDevice(ToupcamDeviceV2 record)
     , modelFlags(record.model != nullptr ? record.model->flag : 0) {
     std::memcpy(cameraId, record.id, sizeof cameraId - 1);
     m_handle = openCamera(record);
-    // No destructor runs for an object whose constructor throws.
+    // If the constructor throws, the destructor does not run.
     auto closeAgain = qScopeGuard([this] { Toupcam_Close(m_handle); });
     readSerial();
     data.model = QString::fromUtf8(modelName(record)).toLatin1();
@@ -99,9 +99,9 @@ PTDevice::PTDevice(ToupcamDeviceV2 record)
 
 PTDevice::~PTDevice() {
     PTLiveDevices::remove(this);
-    // A pull-mode worker that still runs would pull through a closed handle.
+    // A running pull-mode worker would pull through a closed handle.
     streamThread->stopThread();
-    // Returns when no callback is in progress any more.
+    // Returns when no callback is in progress.
     Toupcam_Close(m_handle);
     // A thread that still holds the mutex finishes first.
     const QMutexLocker lastHolder(&mutex);
@@ -171,7 +171,7 @@ bool PTDevice::tryUnlink() {
 bool PTDevice::tryStartStream() {
     const bool started = checkError(Toupcam_StartPushMode(m_handle, cbData, this));
     PT_LOG() << "Toupcam_StartPushMode started:" << started;
-    // What the camera has, for the log; a refused start shows in the line above alone.
+    // The camera's state, for the log; only the line above reports a refused start.
     const StreamState state = readStreamState(m_handle);
     PT_LOG() << "Stream state: expoTime(us)=" << state.exposureTime
              << "autoExpo=" << state.autoExposure << "speed=" << int(state.speed) << "/"
@@ -190,8 +190,8 @@ bool PTDevice::tryStopStream() {
 QList<PDeviceMode> PTDevice::getSupportModes() {
     const int count = Toupcam_get_ResolutionNumber(m_handle);
     QList<PDeviceMode> modes;
-    // A camera that has just been unplugged answers with an error code, which as a count without a
-    // sign would be two billion modes. Any other count is taken as it is.
+    // A camera that has just been unplugged returns an error code, which as an unsigned count would
+    // be two billion modes. Any other count is used as it is.
     for (int index = 0; index < count; ++index)
         modes.append(readMode(m_handle, unsigned(index)));
     return modes;
@@ -228,7 +228,7 @@ bool PTDevice::trySetMode(const PDeviceMode& mode) {
 }
 
 void PTDevice::handleSdkDisconnect() {
-    // Several callbacks may find out at the same time; only the first one reports it.
+    // Several callbacks may detect this at the same time; only the first one reports it.
     if (disconnectReported.exchange(true))
         return;
     PT_LOG_AT(207) << "PTDevice: SDK reported disconnect for" << deviceId(false);

@@ -12,16 +12,16 @@
 
 class PTStreamThread;
 
-/// One camera, opened from construction on. Everything runs on the device's thread, and calls
-/// the camera at once through the SDK handle, unless its comment says otherwise.
+/// One camera, open as long as the object exists. Everything runs on the device's thread, and calls
+/// the camera directly through the SDK handle, unless its comment says otherwise.
 class PTDevice : public PDevice {
     Q_OBJECT
 
 public:
-    /// Opens the camera of an enumeration record. Null if the SDK does not open it; throws
-    /// std::invalid_argument, with the camera closed again, if the record has no model name.
+    /// Opens the camera of an enumeration record. Null if the SDK does not open it; closes the
+    /// camera again and throws std::invalid_argument if the record has no model name.
     static PTDevice* create(ToupcamDeviceV2 record);
-    /// Closes the camera. Frames and events in flight are finished first.
+    /// Closes the camera, after callbacks in progress have returned.
     ~PTDevice() override;
 
     bool isSupportStillCapture() const override;
@@ -45,7 +45,7 @@ public:
     QList<PDeviceMode> getSupportModes() override;
     /// New objects at each call, owned by the caller, bound to the camera.
     QList<PDeviceProperty*> getSupportProperties() override;
-    /// New groups over the properties that the device has taken; a group may be empty.
+    /// New groups of the properties that the device owns; a group may be empty.
     QList<PDevicePropertyGroup*> getSupportPropertyGroups() override;
 
     /// The model's flag word (TOUPCAM_FLAG_…). Any thread.
@@ -57,13 +57,13 @@ public:
     /// thread, any number of times.
     void handleSdkDisconnect();
 
-    /// Hands an image, or an event code, to the stream thread. Any thread.
+    /// Passes an image, or an event code, to the stream thread. Any thread.
     void postprocImage(const PImage& image);
     void postprocEvt(unsigned int code);
 
     /// The pull-mode worker, for a host that runs the camera in pull mode. Never null.
     PTStreamThread* pullThread() const { return streamThread.get(); }
-    /// The SDK handle, for such a host; never to be closed by it.
+    /// The SDK handle, for such a host, which must not close it.
     HToupCam sdkHandle() const { return m_handle; }
 
 signals:
@@ -71,10 +71,10 @@ signals:
     void disconnected(QByteArray id);
 
 protected:
-    /// Opens the camera, or holds a null handle where the SDK refuses: create() looks at that.
+    /// Opens the camera; if the SDK refuses, the handle is null, which create() checks.
     explicit PTDevice(ToupcamDeviceV2 record);
 
-    /// The destructor waits, with the camera closed, for the thread that holds it. Any thread.
+    /// A mutex whose holder the destructor waits for after closing the camera. Any thread.
     QMutex& deviceMutex() { return mutex; }
 
 private:
@@ -92,7 +92,7 @@ private:
     void applyFixedSettings();
     void applyHighestSpeed();
 
-    // Members go in the reverse of this order: the stream thread last.
+    // Members are destroyed in reverse order: the stream thread last.
     HToupCam m_handle = nullptr;
     std::atomic<bool> disconnectReported{false};
     std::unique_ptr<PTStreamThread> streamThread;
@@ -105,9 +105,9 @@ private:
 /// The SDK's callbacks; the context is the PTDevice. They run on threads of the SDK and let no
 /// exception out.
 
-/// Push mode: one frame, or one still picture; null data means that the camera is gone.
+/// Push mode: one frame, or one still; null data means that the camera is gone.
 void cbData(const void* data, const BITMAPINFOHEADER* header, int isSnapshot, void* ctx);
 /// Pull mode: one event (TOUPCAM_EVENT_…), passed on to the stream thread.
 void cbEvent(unsigned int code, void* ctx);
-/// The camera changed exposure time or gain by itself: the two properties are read again.
+/// The camera changed exposure time or gain automatically: the two properties are read again.
 void cbExposure(void* ctx);

@@ -35,7 +35,7 @@ std::optional<PImage> copyToImage(PTDevice* device, const void* data,
         device->reportDroppedFrames(PFrameOutcome::BadDepth);
         return std::nullopt;
     }
-    // No memory is taken before the header's size adds up: it may lie.
+    // No memory is allocated before the header has been checked: it may be wrong.
     const PImageHeader geometry(header.biWidth, header.biHeight, *format);
     if (!geometry.isValid() || geometry.dataSize() != header.biSizeImage) {
         device->reportDroppedFrames(PFrameOutcome::BadSize);
@@ -64,7 +64,7 @@ void takeBuffer(PTDevice* device, const void* data, const BITMAPINFOHEADER& head
 }
 
 void logFirstEvent(unsigned int code) {
-    // For the whole process: it shows that events come at all. Two cameras may both be first.
+    // Logged once per process, to show that events arrive; with two cameras possibly twice.
     static std::atomic<bool> logged{false};
     if (!logged.exchange(true)) {
         ptLog(cbEventText, __FILE__, __LINE__)
@@ -110,7 +110,7 @@ void cbData(const void* data, const BITMAPINFOHEADER* header, int isSnapshot, vo
     }
     if (header == nullptr)
         return;
-    // Only what comes before the frame is handed over and counted can throw.
+    // Only code that runs before the frame is passed on and counted can throw.
     if (!PTCallbackGuard::run(cbDataText,
                               [&] { takeBuffer(device, data, *header, isSnapshot != 0); }))
         device->reportDroppedFrames(PFrameOutcome::NoMemory);

@@ -16,7 +16,7 @@
 
 namespace {
 
-/// Exposures beyond this are for another program: 50 s.
+/// Microseconds; longer exposures are not offered.
 constexpr unsigned longestExposure = 50'000'000;
 
 using Properties = QList<PDeviceProperty*>;
@@ -38,7 +38,7 @@ Property* withDefault(Property* property, int value) {
     return property;
 }
 
-/// The composite exposure property holds and saves what these show.
+/// Not saved: the composite exposure property saves these values.
 template <typename Property>
 Property* notSaved(Property* property) {
     property->setSerializable(false);
@@ -48,7 +48,7 @@ Property* notSaved(Property* property) {
 PDeviceProperty* exposureTime(Toupcam_t* handle, const QString& title) {
     unsigned minimum = 0;
     unsigned maximum = 0;
-    unsigned standard = 0; // the SDK's own; not the one we offer
+    unsigned standard = 0; // the SDK's own; not used
     Toupcam_get_ExpTimeRange(handle, &minimum, &maximum, &standard);
     auto* const time = makeNumber(handle, Toupcam_get_ExpoTime, Toupcam_put_ExpoTime, minimum,
                                   std::min(maximum, longestExposure), "autoexpottime", title);
@@ -109,8 +109,8 @@ QList<PDeviceProperty*> PTDevice::exposureProperties() {
 }
 
 QList<PDeviceProperty*> PTDevice::whiteBalanceProperties() {
-    // The defaults are each other's, outside of their ranges, and have always been: files and
-    // users know them.
+    // The two defaults are swapped, and outside their ranges. Kept, because existing files and
+    // users depend on them.
     return {
         withDefault(new PTTempTint(m_handle, PTTempTint::Tint, {200, 2500, 1}, "tint", tr("Tint")),
                     6503),
@@ -148,7 +148,7 @@ PDeviceProperty* PTDevice::roiProperty() {
     const QMetaObject::Connection connection = connect(
         this, &PDevice::modeChanged, this, [roi] { roi->updateValueFromDevice(false); },
         Qt::DirectConnection);
-    // The list belongs to whoever asked for it: the property may go before the device does.
+    // The caller owns the list: the property may be deleted before the device.
     connect(roi, &QObject::destroyed, this, [connection] { disconnect(connection); });
     return roi;
 }

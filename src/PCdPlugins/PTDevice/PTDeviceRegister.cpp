@@ -26,20 +26,20 @@ QString toCameraId(const char* id) {
     return QString::fromLatin1(id, qsizetype(qstrnlen(id, sizeof ToupcamDeviceV2::id)));
 }
 
-/// The registers that exist. One that goes is unregistered from the SDK, whose callback may be
-/// under way just then.
+/// The existing registers. A register is unregistered from the SDK when it is destroyed, but a
+/// callback may be in progress at that moment.
 struct LiveRegisters {
-    std::mutex mutex; // looked at on the SDK's hot-plug thread, changed on the registers'
+    std::mutex mutex; // read on the SDK's hot-plug thread, changed on the registers' thread
     QSet<PTDeviceRegister*> all;
 };
 
 LiveRegisters& liveRegisters() {
-    // Never destroyed: the plugin's root object may be deleted after this file's statics.
+    // Never destroyed: the plugin's root object may be deleted after this file's static variables.
     static LiveRegisters* const registers = new LiveRegisters;
     return *registers;
 }
 
-/// Opens the camera and has its properties built; null, without a trace, if either fails.
+/// Opens the camera and builds its properties; null, with the camera closed, if either fails.
 std::unique_ptr<PTDevice> openDevice(const ToupcamDeviceV2& record) {
     try {
         std::unique_ptr<PTDevice> device(PTDevice::create(record));
@@ -70,7 +70,7 @@ PTDeviceRegister::PTDeviceRegister() {
 
 PTDeviceRegister::~PTDeviceRegister() {
     Toupcam_HotPlug(nullptr, nullptr);
-    // A callback that is still inside has posted its call or finds the register gone after this.
+    // After this, a callback in progress has either posted its call or does not find the register.
     const std::lock_guard lock(liveRegisters().mutex);
     liveRegisters().all.remove(this);
 }

@@ -10,7 +10,7 @@
 class PTDevice;
 class QTimer;
 
-/// The root object of the plugin: knows the cameras that the SDK enumerates and follows them as
+/// The root object of the plugin: keeps the list of cameras that the SDK enumerates up to date as
 /// they come and go. Everything runs on the thread that owns it, unless noted otherwise.
 class PTDeviceRegister : public PDeviceRegister {
     Q_OBJECT
@@ -21,17 +21,17 @@ public:
     PTDeviceRegister();
     ~PTDeviceRegister() override;
 
-    /// A device for every camera that is attached now, in the SDK's order: known ones again, new
-    /// ones opened. A camera that cannot be opened is left out, and tried again the next time.
+    /// A device for every camera attached now, in the SDK's order: the existing ones, and new ones,
+    /// which are opened. A camera that cannot be opened is left out and tried again the next time.
     QList<PDevice*> aliveDevices() override;
 
     /// The device of the camera with this SDK id, or null.
     PTDevice* findByCameraId(const QString& cameraId) const;
 
-    /// What the SDK calls when a camera comes or goes; the context is the register. Any thread.
+    /// Called by the SDK when a camera comes or goes; the context is the register. Any thread.
     static void hotPlugCallback(void* context);
 
-    /// Searches for cameras again one second from now, counted from the last call.
+    /// Searches for cameras one second after the last call of this function.
     void scheduleRescan();
 
 private:

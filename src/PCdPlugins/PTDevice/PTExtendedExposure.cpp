@@ -14,8 +14,8 @@ namespace {
 constexpr auto setText =
     "virtual bool PTExtendedExposure::trySetValueToDevice(ExtendedExposureData)";
 
-/// Cut to whole microseconds, not rounded. What is no number the SDK could take (files may hold
-/// anything) becomes the nearest one.
+/// Truncated to whole microseconds, not rounded. Numbers that the SDK cannot take (files may hold
+/// anything) become the nearest one.
 unsigned wholeMicroseconds(double microseconds) {
     constexpr double most = std::numeric_limits<unsigned>::max();
     return microseconds > 0 ? unsigned(std::min(microseconds, most)) : 0;

@@ -7,30 +7,30 @@
 
 #include <toupcam/toupcam.h>
 
-/// Everything about how a frame is exposed, as one value with a panel of its own. The handle is
-/// borrowed. The device's thread.
+/// All exposure and trigger settings as one value with its own panel. The handle is borrowed. The
+/// device's thread.
 class PTExtendedExposure : public PDevicePropertyT<ExtendedExposureData> {
     Q_OBJECT
 
 public:
-    /// Reads the camera's time and gain ranges; one that cannot be read stays 0 to 0.
+    /// Reads the camera's ranges of time and gain; one that cannot be read stays 0 to 0.
     PTExtendedExposure(HToupCam h, const QByteArray& id, const QString& title);
 
     QWidget* createWidget() override;
     QVariant tryGetRange() override { return QVariant(); }
-    /// Sends video or trigger settings, as `capturemode` says, and stores the record. Always true:
-    /// what the camera refuses is logged.
+    /// Sends the settings for video or trigger, depending on `capturemode`, and stores the record.
+    /// Always true: refused settings are logged.
     bool trySetValueToDevice(ExtendedExposureData d) override;
     /// The stored record with time, gain, target and automatic exposure as the camera has them.
     ExtendedExposureData tryGetValueFromDevice() override;
-    /// A variant that holds and makes no record gives the default record.
+    /// The default record if the variant is not one and cannot be converted to one.
     ExtendedExposureData convertToT(QVariant value) const override;
     QVariant convertFromT(ExtendedExposureData value) const override;
     /// Does nothing: there is no range.
     virtual void trySetRange(QVariant range);
 
-    /// Fires this many frames by software, at most 65534; 65535 without an end, 0 ends a run. For
-    /// programs, which find it by name. False if the camera refuses.
+    /// Triggers this number of frames by software, at most 65534; 65535 starts a run without end, 0
+    /// ends a run. Programs find it by name. False if the camera refuses.
     Q_INVOKABLE bool fireTrigger(int frames);
 
     /// The stored record.

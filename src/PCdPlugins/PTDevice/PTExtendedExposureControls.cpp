@@ -13,7 +13,7 @@ using Form = Ui::PTExtendedExposure;
 using Record = ExtendedExposureData;
 using Changed = std::function<void()>;
 
-/// The value of a kind of control, as spin boxes and range widgets have it.
+/// The value of a control: spin boxes and range widgets have the same functions.
 template <typename Widget>
 struct ControlValue {
     static constexpr auto changed = &Widget::valueChanged;
@@ -38,7 +38,7 @@ struct ControlValue<QComboBox> {
     static void set(QComboBox* box, int index) { box->setCurrentIndex(index); }
 };
 
-/// What is done with the control of one field.
+/// The functions for the control of one field.
 struct Control {
     void (*show)(const Form&, const Record&);
     void (*read)(const Form&, Record&);
@@ -73,7 +73,7 @@ void connectPages(const Form& form, const QObject* context, const Changed& chang
         QObject::connect(page, &QPushButton::toggled, context, changed);
 }
 
-/// In the order in which they are shown: each may write the record back at once.
+/// In the order in which they are shown, because each may write the record back at once.
 constexpr std::array controls{
     control<&Form::cbAutoExposure, &Record::autoexpenabled>(),
     control<&Form::exposureTarget, &Record::target>(),

@@ -18,12 +18,12 @@ constexpr unsigned short endlessTrigger = 0xffff;
 
 } // namespace
 
-/// One way to run.
+/// One kind of run.
 struct PTExtendedExposureWidget::Run {
     QPushButton* Ui::PTExtendedExposure::*button;
-    const char* stoppedText; ///< the button's, once it was stopped; not the form's
+    const char* stoppedText; ///< of the button after the run was stopped; differs from the form's
     unsigned short (PTExtendedExposureWidget::*begin)(); ///< returns the frames to trigger
-    const char* call;                                    ///< of the trigger, as it is logged
+    const char* call;                                    ///< the trigger call, as logged
 };
 
 // In the order in which the buttons are unchecked.
@@ -70,7 +70,7 @@ unsigned short PTExtendedExposureWidget::beginRepeat() {
 void PTExtendedExposureWidget::toggleRun(const Run& run, bool on) {
     if (!m_property)
         return;
-    // A stop does not clear the run's flag: an image on its way still belongs to the run.
+    // Stopping does not clear the run's flag: an image still to arrive belongs to the run.
     const unsigned short frames = on ? (this->*run.begin)() : 0;
     button(run)->setText(on ? tr("Stop") : tr(run.stoppedText));
     PT_OP_AS(Q_FUNC_INFO, __LINE__, (on ? run.call : "Toupcam_Trigger(m_property->m_h, 0)"),
@@ -93,7 +93,8 @@ void PTExtendedExposureWidget::uncheckRunButtons() {
         button(run)->setChecked(false);
 }
 
-/// While one runs the others cannot be pressed; idle, an external trigger leaves only sequences.
+/// During a run the other buttons are disabled; when idle, an external trigger allows only
+/// sequences.
 void PTExtendedExposureWidget::updateRunButtons() {
     if (const Run* const pressed = pressedRun()) {
         for (const Run& run : runs) {
@@ -109,7 +110,7 @@ void PTExtendedExposureWidget::updateRunButtons() {
     m_ui->pbRepeatMode->setEnabled(!external);
 }
 
-/// The form's own texts, of which only a running button's is another one.
+/// The form's own texts; only the button of an active run has another one.
 void PTExtendedExposureWidget::retranslate() {
     m_ui->retranslateUi(this);
     for (const Run& run : runs) {
@@ -125,7 +126,7 @@ void PTExtendedExposureWidget::takeImage(const PImage& image) {
         qDebug() << "Process snapshot:" << image;
         m_property->device()->processSnapshot(PCdDipUtils::imageAsDeviceFrame(image));
     }
-    // Events that are processed in between may be the end of this panel.
+    // Events processed in between may delete this panel.
     const QPointer<PTExtendedExposureWidget> guard(this);
     finishRunOnce();
     if (guard && sequenceActive)
@@ -153,13 +154,13 @@ void PTExtendedExposureWidget::countSequenceImage() {
     processPendingEvents();
 }
 
-/// Pending events may be images, whose handling ends here too. They leave the events to the first:
-/// nested once for each, a backlog of thousands would use up the stack.
+/// Pending events may be images, whose handling leads here too. Only the outermost call processes
+/// events: one nested call per image would exhaust the stack with a backlog of thousands.
 void PTExtendedExposureWidget::processPendingEvents() {
     if (processingEvents)
         return;
     processingEvents = true;
-    const QPointer<PTExtendedExposureWidget> guard(this); // an event may be the end of this panel
+    const QPointer<PTExtendedExposureWidget> guard(this); // an event may delete this panel
     QCoreApplication::processEvents();
     if (guard)
         processingEvents = false;

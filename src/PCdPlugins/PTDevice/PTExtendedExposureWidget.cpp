@@ -12,7 +12,7 @@
 
 namespace {
 
-// Longer exposures are for the trigger page, whatever the camera can.
+// Longer exposures are for the trigger page, even if the camera supports them here.
 constexpr double longestVideoExposure = 5000.0; // milliseconds
 
 } // namespace
@@ -22,8 +22,8 @@ PTExtendedExposureWidget::PTExtendedExposureWidget(PTExtendedExposure* property,
     , m_ui(std::make_unique<Ui::PTExtendedExposure>())
     , m_property(property) {
     m_ui->setupUi(this);
-    // The form's style gives these two a light ground and leaves the text to the palette, whose own
-    // is light too in dark colours.
+    // The form's style gives these two a light background and takes the text colour from the
+    // palette, which is light too in a dark theme.
     for (QPushButton* const page : {m_ui->pbVideo, m_ui->pbTrigger}) {
         QPalette colors = page->palette();
         colors.setColor(QPalette::ButtonText, Qt::black);
@@ -90,8 +90,8 @@ void PTExtendedExposureWidget::connectPages() {
 }
 
 void PTExtendedExposureWidget::connectDevice() {
-    // With the panel as the receiver these connections end only in ~QObject: slots of destroyed()
-    // can still bring an image or a value to a panel whose own parts are gone.
+    // With the panel as receiver, these connections end only in ~QObject: slots of destroyed()
+    // could still pass an image or a value to a partly destroyed panel.
     if (PDevice* const device = m_property->device()) {
         connect(device, &PDevice::imageChanged, this,
                 whileAlive([this](const PImage& image) { takeImage(image); }));
@@ -109,8 +109,8 @@ void PTExtendedExposureWidget::connectDevice() {
             });
 }
 
-/// Each control that changes writes back, as if the user had changed it; only the property's answer
-/// to that is kept from coming in here again.
+/// Each control that changes writes back, as if the user had changed it; only the property's signal
+/// for that is ignored here.
 void PTExtendedExposureWidget::updateFromValue(const ExtendedExposureData& d) {
     updatingFromValue = true;
     PTExtendedExposureControls::show(*m_ui, d);

@@ -25,7 +25,7 @@ class PTExtendedExposureWidget : public PTPanel {
     Q_OBJECT
 
 public:
-    /// Shows what the camera has now. A panel whose property has gone is disabled.
+    /// Shows the camera's present settings. Disabled after the property is deleted.
     PTExtendedExposureWidget(PTExtendedExposure* property, QWidget* parent);
     ~PTExtendedExposureWidget() override;
 
@@ -66,6 +66,6 @@ private:
     std::atomic<bool> repeatActive{false};
     std::atomic<qint32> sequenceTarget{0};
     std::atomic<qint32> sequenceCounter{0};
-    bool updatingFromValue = false; ///< keeps the property's echo out
-    bool processingEvents = false;  ///< an image's handler does, until no event is pending
+    bool updatingFromValue = false; ///< ignores the property's signal for our own change
+    bool processingEvents = false;  ///< an image's handler is processing pending events
 };

@@ -18,9 +18,9 @@ public:
     QVariant tryGetRange() override { return QVariant(); }
     /// Sends the speed, or 0 for a fan that is off. Always true: what the camera refuses is logged.
     bool trySetValueToDevice(FANDATA d) override;
-    /// The camera's speed; on from speed 1 on; {-1, 0} if it cannot be read.
+    /// The camera's speed, on if it is 1 or more; {-1, 0} if it cannot be read.
     FANDATA tryGetValueFromDevice() override;
-    /// A variant that holds and makes no FANDATA gives {-1, 0}.
+    /// {-1, 0} if the variant is not a FANDATA and cannot be converted to one.
     FANDATA convertToT(QVariant value) const override;
     QVariant convertFromT(FANDATA value) const override;
     /// Does nothing: the panel reads the highest speed from the camera.
@@ -31,6 +31,6 @@ private:
 
     FANDATA value() const { return convertToT(valueInner()); }
 
-    bool m_updating = false; ///< a panel shows the property's value: its signals set nothing
+    bool m_updating = false; ///< true while a panel shows a value: its signals are ignored
     Toupcam_t* m_h;
 };

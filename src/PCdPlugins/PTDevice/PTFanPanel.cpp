@@ -46,7 +46,7 @@ void PTFanPanel::connectProperty() {
 }
 
 void PTFanPanel::showValue(const FANDATA& d) {
-    // A fan whose state could not be read is not shown as running.
+    // If the state of the fan could not be read, it is not shown as running.
     m_ui->fanOnOff->setChecked(d.enable != 0 && d.enable != -1);
     m_ui->range->setValue(d.target);
 }

@@ -12,8 +12,8 @@ namespace Ui {
 class PTFanControl;
 }
 
-/// The panel of a fan: switch and speed. It shows the property's value and sets what the user
-/// changes; when the property has gone, it does nothing. The GUI thread, which is the device's.
+/// The panel of a fan: switch and speed. Shows the property's value and sets what the user changes;
+/// after the property is deleted, it does nothing. The GUI thread, which is the device's.
 class PTFanPanel : public PTPanel {
 public:
     /// Reads the highest speed from the camera, once.
@@ -25,6 +25,6 @@ private:
     void connectProperty();
     void showValue(const FANDATA& d);
 
-    PTFanProperty* m_property; ///< used only in slots that end with it
+    PTFanProperty* m_property; ///< used only in slots that are disconnected with it
     std::unique_ptr<Ui::PTFanControl> m_ui;
 };

@@ -8,7 +8,7 @@
 namespace {
 
 struct Live {
-    std::mutex mutex; // also held while a device is used, so that it cannot go
+    std::mutex mutex; // also held while a device is used, so that it is not destroyed
     std::vector<const PDevice*> devices;
 };
 

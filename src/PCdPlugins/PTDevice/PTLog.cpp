@@ -5,7 +5,7 @@
 
 namespace {
 
-/// GCC writes "T* f(const T&)", Clang "T *f(const T &)": the log has the latter.
+/// GCC writes "T* f(const T&)", Clang "T *f(const T &)"; the log uses the latter.
 QString oneSpelling(const char* function) {
     static const QRegularExpression markBehindName(u"(?<=[\\w>])([*&]+) ?"_qs);
     return QString::fromLatin1(function).replace(markBehindName, u" \\1"_qs);

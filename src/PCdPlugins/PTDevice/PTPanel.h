@@ -7,21 +7,21 @@
 #include <functional>
 #include <memory>
 
-/// What the panels of this plugin have in common: signals that come while a panel is being
-/// destroyed do no harm, and texts follow the program's language. Without a meta-object of its own:
-/// to a style sheet of the host it is a QWidget. The GUI thread.
+/// Base of the plugin's panels: makes signals during a panel's destruction harmless, and updates
+/// texts when the program's language changes. Has no Q_OBJECT, so that style sheets of the host see
+/// a QWidget. The GUI thread.
 class PTPanel : public QWidget {
 public:
     /// An empty panel, to be filled with controls.
     explicit PTPanel(QWidget* parent = nullptr);
     ~PTPanel() override;
 
-    /// Null as soon as the panel's destruction has begun: see endLife(). A QPointer to the panel
-    /// itself is null only after its controls are gone and destroyed() has been emitted.
+    /// Null once the panel's destruction has begun, see endLife(). A QPointer to the panel becomes
+    /// null only after its controls are destroyed and destroyed() has been emitted.
     QPointer<QObject> life() const;
 
-    /// The reaction, made a slot that does nothing once the panel's destruction has begun. It takes
-    /// all arguments of its signal.
+    /// Wraps a slot so that it does nothing once the panel's destruction has begun. It takes all
+    /// arguments of its signal.
     template <typename Reaction>
     auto whileAlive(Reaction reaction) const {
         return [alive = life(), reaction](const auto&... arguments) {
@@ -30,12 +30,12 @@ public:
         };
     }
 
-    /// Calls this whenever the program's language has changed.
+    /// Sets the function that is called whenever the program's language changes.
     void setRetranslation(std::function<void()> setTexts);
 
 protected:
-    /// Begins the panel's destruction. The first statement in the destructor of each derived class
-    /// that has members: those are gone before this class's own destructor runs.
+    /// Begins the panel's destruction. Must be the first statement in the destructor of each
+    /// derived class with members, which are destroyed before this class's destructor runs.
     void endLife() { m_life.reset(); }
 
     void changeEvent(QEvent* event) override;

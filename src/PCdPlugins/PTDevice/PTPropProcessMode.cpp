@@ -10,7 +10,7 @@ namespace {
 struct Choice {
     const char* name; ///< untranslated
     QString title;    ///< translated
-    int value;        ///< what the SDK calls it
+    int value;        ///< the SDK's code
 };
 
 /// The k-th item has the id whose last byte is k, so that the first one's id is the null id.
@@ -53,7 +53,7 @@ int sdkValue(const PEnumerationItem& item) {
     return item.data.toInt(nullptr, 10);
 }
 
-/// Of the first item with this value; without one the null id, which is the first item's.
+/// The id of the first item with this value, else the null id, which is that of the first item.
 QUuid findItemId(const PEnumeration& items, int value) {
     for (const PEnumerationItem& item : items.items()) {
         if (sdkValue(item) == value)

@@ -18,10 +18,10 @@ public:
     PTPropProcessMode(Toupcam_t* handle, const QByteArray& id, const QString& title, int option,
                       const PEnumeration& items);
 
-    /// Sends the value of the item in the range that the host holds; 0 for an unknown item. Always
-    /// true, whatever the SDK answers.
+    /// Sends the value of the item in the cached range; 0 for an unknown item. Always true,
+    /// whatever the SDK returns.
     bool trySetValueToDevice(QUuid item) override;
-    /// The item whose value the camera has. A value that no item has reads as the first item.
+    /// The item with the camera's value, or the first item if there is none.
     QUuid tryGetValueFromDevice() override;
     PEnumeration tryGetRangeFromDevice() override { return m_items; }
 
@@ -31,8 +31,8 @@ private:
     int m_option;
 };
 
-/// The same over the SDK's light-frequency calls; the option number is kept and not used. The
-/// handle is borrowed. The device's thread.
+/// The same with the SDK's calls for the light frequency; the option number is stored but not used.
+/// The handle is borrowed. The device's thread.
 class PTPropBackligtComp : public PDevicePropertyEnum {
     Q_OBJECT
 
@@ -40,7 +40,7 @@ public:
     PTPropBackligtComp(Toupcam_t* handle, const QByteArray& id, const QString& title, int option,
                        const PEnumeration& items);
 
-    /// Likewise; true exactly if the SDK's result is not negative.
+    /// The same, but true exactly if the SDK's result is not negative.
     bool trySetValueToDevice(QUuid item) override;
     QUuid tryGetValueFromDevice() override;
     PEnumeration tryGetRangeFromDevice() override { return m_items; }

@@ -11,7 +11,7 @@ namespace {
 
 constexpr auto cbWbOnceText = "void cbWbOnce(const int, const int, void *)";
 
-/// Both halves as the camera has them.
+/// Both values as the camera has them.
 struct TempTint {
     int temp = 0;
     int tint = 0;
@@ -36,7 +36,7 @@ PTTempTint::PTTempTint(Toupcam_t* handle, int selector, PMinMaxRange<int> range,
 }
 
 bool PTTempTint::trySetValueToDevice(int value) {
-    // Read again each time: a one-push white balance changes both without a call of ours.
+    // Read each time: a one-push white balance changes both.
     if (m_selector == Temperature)
         Toupcam_put_TempTint(m_handle, value, readTempTint(m_handle).tint);
     else if (m_selector == Tint)

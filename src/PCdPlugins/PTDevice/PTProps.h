@@ -23,8 +23,8 @@ public:
         , m_maximum(range.maximum)
         , m_step(range.step) {}
 
-    /// Cuts the number to the SDK's width, without checking the range, and sends it. True exactly
-    /// if the SDK returns 0.
+    /// Truncates the number to the SDK's width, without checking the range, and sends it. True
+    /// exactly if the SDK returns 0.
     bool trySetValueToDevice(int value) override {
         return m_setter(m_handle, static_cast<T>(value)) == 0;
     }
@@ -80,22 +80,22 @@ private:
 
 using PTSwitch = PTPropBool<int(Toupcam_t*, int*), int(Toupcam_t*, int), PDevicePropertyBool>;
 
-/// One half of the pair of colour temperature and tint, which the SDK has as one. The handle is
-/// borrowed. The device's thread.
+/// Colour temperature or tint, which the SDK sets and reads together. The handle is borrowed. The
+/// device's thread.
 class PTTempTint : public PDevicePropertyInt {
     Q_OBJECT
 
 public:
-    /// Which half of the pair.
+    /// Selects one value of the pair.
     enum Selector { Temperature = 0, Tint = 1 };
 
     PTTempTint(Toupcam_t* handle, int selector, PMinMaxRange<int> range, const QByteArray& id,
                const QString& title);
 
-    /// Sends the pair with the other half as the camera has it. Always true; with another selector
-    /// nothing is sent.
+    /// Sends the pair, with the other value as the camera has it. Always true; with an unknown
+    /// selector nothing is sent.
     bool trySetValueToDevice(int value) override;
-    /// The selector's half; 0 with another selector.
+    /// The selected value; 0 with an unknown selector.
     int tryGetValueFromDevice() override;
     PMinMaxRange<int> tryGetRangeFromDevice() override;
 
@@ -107,8 +107,8 @@ private:
     int m_step;
 };
 
-/// The camera sets its white balance once by itself; "tint" and "temp" are read again when it has.
-/// The handle is borrowed. The device's thread.
+/// Makes the camera set its white balance automatically, once; afterwards "tint" and "temp" are
+/// read again. The handle is borrowed. The device's thread.
 class PTAWBOnce : public PDevicePropertyAction {
     Q_OBJECT
 
@@ -123,6 +123,6 @@ private:
 };
 
 /// The SDK has set the white balance; the context is the PDevice, which is a PTDevice. On a thread
-/// of the SDK; its arguments are not used: the properties read the camera. A context that is gone
-/// is left alone.
+/// of the SDK; its arguments are not used, as the properties read the camera. Ignores the context
+/// of a device that no longer exists.
 void cbWbOnce(const int temp, const int tint, void* context);

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// In video and in triggered capture; the camera's own settings are the plain properties.
+/// In video and in triggered capture; the plain properties have the camera's own settings.
 PRoleBindings exposureRoles() {
     return {{PRole::ExposureTarget, PRoleUnit::Own, "target"},
             {PRole::Gain, PRoleUnit::Percent, "gain"},

@@ -5,10 +5,10 @@
 
 class PDeviceProperty;
 
-/// What the plugin's properties mean to any host, and in which units they have it.
+/// The roles of the plugin's properties, with their units.
 class PTRoles {
 public:
-    /// Declares the roles of each property, by its id; one without a role stays as it is. The
+    /// Declares the roles of each property, by its id; properties without a role are unchanged. The
     /// device's thread.
     static void declare(const QList<PDeviceProperty*>& properties);
 };

@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
-// The camera SDK's functions, as the plugin calls them: each finds its namesake in libtoupcam the
-// first time it is called and forwards to it. The plugin is not linked with that library, so that
-//  - a host without it loads the plugin all the same and sees no cameras, and why,
-//  - it may lie anywhere and need not carry a shared-object name,
-//  - a function that an older library lacks fails alone.
-// Which library: the environment variable TOUPCAM_LIBRARY (a path), else libtoupcam.so where the
-// system's loader finds it.
+// The camera SDK's functions, as the plugin calls them: each looks up its namesake in libtoupcam at
+// its first call and forwards to it. The plugin is not linked with that library, so that  - a host
+// without it still loads the plugin, and learns from the log why there are no cameras,  - it may be
+// anywhere and needs no shared-object name,  - if an older library lacks a function, only that
+// function fails. Which library: the environment variable TOUPCAM_LIBRARY (a path), else
+// libtoupcam.so where the system's loader finds it.
 
-// Hidden, so that they never stand in for the library's own functions.
+// Hidden, so that they never replace the library's own functions.
 #define TOUPCAM_API(type) __attribute__((visibility("hidden"))) type
 #include <toupcam/toupcam.h>
 
@@ -15,8 +14,8 @@
 
 #include <dlfcn.h>
 
-// Static rather than in an unnamed namespace, which GCC and Clang spell differently in a signature:
-// the log has these.
+// Static rather than in an unnamed namespace, which GCC and Clang spell differently in signatures,
+// and these signatures are logged.
 
 static void* openLibrary() {
     const QByteArray named = qgetenv("TOUPCAM_LIBRARY");
@@ -41,8 +40,8 @@ static void* findFunction(const char* name) {
     return function;
 }
 
-// The arguments come twice, as parameters with and without their types: C functions cannot be
-// forwarded to by a template and keep their names.
+// Arguments are passed twice, with and without their types: a template could forward to C
+// functions, but not define functions with their names.
 #define FORWARD(result, failure, name, parameters, arguments)                                      \
     result name parameters {                                                                       \
         static const auto function = reinterpret_cast<decltype(&name)>(findFunction(#name));       \

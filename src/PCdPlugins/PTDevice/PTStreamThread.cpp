@@ -27,9 +27,8 @@ constexpr unsigned long idleWaitMs = 5;
 constexpr int pullBits = 32;
 constexpr auto runText = "virtual void PTStreamThread::run()";
 
-/// Waits, and marks the mutex as free meanwhile for the thread sanitizer: it sees every use of a
-/// QMutex but those inside of Qt's own library, which is not built with it. Else, these are
-/// nothing.
+/// Waits, and marks the mutex as free meanwhile for the thread sanitizer, which sees every use of a
+/// QMutex but those inside Qt's own library. Without the sanitizer these do nothing.
 void waitFor(QWaitCondition& condition, QMutex& mutex, unsigned long milliseconds) {
     QtTsan::mutexPreUnlock(&mutex, 0u);
     QtTsan::mutexPostUnlock(&mutex, 0u);
@@ -43,8 +42,8 @@ bool isFirst(std::atomic<bool>& happened) {
     return !happened.exchange(true);
 }
 
-/// The image that a frame is pulled into, of the size that the SDK reported; nothing, with
-/// the frame counted as dropped, if it cannot be made.
+/// The image for pulling a frame of the size that the SDK reported; nothing, with the frame counted
+/// as dropped, if it cannot be created.
 std::optional<PImage> imageFor(const ToupcamFrameInfoV2& info, PTDevice* device) {
     const PImageHeader header(long(info.width), long(info.height), PDIP::ColorFormat::BgrX);
     if (!header.isValid()) {
@@ -61,9 +60,9 @@ std::optional<PImage> imageFor(const ToupcamFrameInfoV2& info, PTDevice* device)
     return image;
 }
 
-/// True, with the frame logged and counted as dropped, if the second pull gave another frame than
-/// the one that the image was made for: in between, the camera may have gone on to another size.
-/// An SDK may leave the record of the second pull empty; then its size is not known.
+/// True, with the frame logged and counted as dropped, if the second pull returned another frame
+/// than the one that the image was created for: the camera may have changed its size in between. An
+/// SDK may leave the record of the second pull empty; then its size is unknown.
 bool droppedForItsSize(const PImage& image, const ToupcamFrameInfoV2& info, PTDevice* device) {
     if (info.width == 0 || info.height == 0)
         return false;
@@ -87,17 +86,18 @@ void swapRedAndBlue(PImage& image) {
 
 } // namespace
 
-/// Finds the frames that the camera has numbered but that could not be pulled: they were replaced
-/// in the SDK, or their event was dropped here.
+/// Detects frames that the camera numbered but that could not be pulled, because they were replaced
+/// in the SDK or their event was dropped here.
 class PTStreamThread::SequenceWatch {
 public:
-    /// How many numbers are missing between the last frame and this one.
+    /// The number of missing frames between the last one and this one.
     unsigned missingBefore(const ToupcamFrameInfoV2& info) {
         if ((info.flag & TOUPCAM_FRAMEINFO_FLAG_SEQ) == 0)
             return 0;
         const unsigned ahead = m_last ? info.seq - *m_last : 1;
         m_last = info.seq;
-        // A restarted stream counts from the beginning: no loss, though far "ahead".
+        // A restarted stream counts from the beginning, which is not a loss, though the number
+        // looks far ahead.
         return ahead == 0 || ahead > mostMissing ? 0 : ahead - 1;
     }
 
@@ -122,7 +122,7 @@ PStatus PTStreamThread::onStart() {
 }
 
 PStatus PTStreamThread::onStop() {
-    // Events stay: a restarted loop takes up where this one ended.
+    // Events are kept: a restarted loop continues where this one ended.
     const QMutexLocker locker(&lock);
     images.clear();
     return PStatus::Ok;
@@ -130,7 +130,7 @@ PStatus PTStreamThread::onStop() {
 
 void PTStreamThread::pushEvent(unsigned int code) {
     const QMutexLocker locker(&lock);
-    // All go at once, not the oldest: a worker that far behind had better start over.
+    // All are dropped, not only the oldest: a worker so far behind should start over.
     if (events.size() >= mostEvents)
         events.clear();
     events.append(code);
@@ -149,7 +149,7 @@ void PTStreamThread::pushData(const PImage& image) {
 
 void PTStreamThread::run() {
     setPriority(QThread::HighPriority);
-    // Made by the first worker of the process, gone with the library.
+    // Created by the first worker of the process, destroyed with the library.
     [[maybe_unused]] static PFpsCounter frameRate(nullptr);
     PT_LOG_IN(runText) << "PTStreamThread run loop entered";
     SequenceWatch sequence;
@@ -160,7 +160,7 @@ void PTStreamThread::run() {
         try {
             handleEvent(code, sequence);
         } catch (const std::exception& error) {
-            // No memory for a frame: that frame is lost, the thread is not.
+            // Out of memory: only this frame is lost, the thread continues.
             ptLog(runText, __FILE__, __LINE__, PLogLevel::Error) << "Exception:" << error.what();
             device->reportDroppedFrames(PFrameOutcome::NoMemory);
         }
@@ -169,7 +169,7 @@ void PTStreamThread::run() {
 
 bool PTStreamThread::takeEvent(unsigned int* code) {
     const QMutexLocker locker(&lock);
-    // Short, so that a stop is seen soon.
+    // Short, so that a stop is noticed soon.
     if (events.isEmpty())
         waitFor(wake, lock, idleWaitMs);
     if (events.isEmpty())

@@ -13,9 +13,9 @@
 
 class PTDevice;
 
-/// The pull-mode worker of one camera: takes SDK events off a queue, pulls the frames they announce
-/// and hands them to the device. Idle until somebody starts it (PThread::startThread), and to be
-/// stopped the same way before it is destroyed.
+/// The pull-mode worker of one camera: takes SDK events from a queue, pulls the frames they
+/// announce and passes them to the device. Idle until started with PThread::startThread(); must be
+/// stopped before it is destroyed.
 class PTStreamThread : public PThread {
     Q_OBJECT
 
@@ -23,9 +23,9 @@ public:
     PTStreamThread(PTDevice* device, HToupCam handle);
     ~PTStreamThread() override;
 
-    /// Queues an SDK event code. More than 6 waiting are dropped all together. Any thread.
+    /// Queues an SDK event code. If more than 6 are waiting, all are dropped. Any thread.
     void pushEvent(unsigned int code);
-    /// Queues an image. More than 4 waiting are dropped all together. Any thread.
+    /// Queues an image. If more than 4 are waiting, all are dropped. Any thread.
     void pushData(const PImage& image);
 
     /// The loop. On the worker thread.
@@ -34,7 +34,7 @@ public:
     PStatus onStop() override;
 
 private:
-    friend class PTStreamThreadTest; // looks at the queues
+    friend class PTStreamThreadTest; // reads the queues
 
     class SequenceWatch;
 
@@ -46,8 +46,8 @@ private:
     PTDevice* device;
     QList<unsigned int> events;
     QWaitCondition wake;
-    QMutex lock; // guards both queues: fed by any thread, taken from by the loop
+    QMutex lock; // guards both queues: filled by any thread, emptied by the loop
     QList<PImage> images;
     HToupCam handle;
-    PImage spareImage; // part of the object's layout; nothing uses it
+    PImage spareImage; // part of the object's layout; not used
 };

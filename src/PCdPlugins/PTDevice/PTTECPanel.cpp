@@ -15,7 +15,7 @@ namespace {
 constexpr std::chrono::milliseconds refreshInterval(100);
 constexpr PMinMaxRange<double> offeredTargets{-30.0, 30.0, 0.1}; // degrees Celsius
 
-/// A number of tenths as users read it.
+/// A number of tenths as text.
 QString tenthsToText(int value) {
     return QString::number(value / 10.0, 'g', 3);
 }
@@ -29,7 +29,8 @@ PTTECPanel::PTTECPanel(PTECProperty* property)
     auto* const timer = new QTimer(this);
     if (PDevice* const device = m_property->device())
         connect(device, &PDevice::unlinked, timer, &QTimer::stop);
-    // The camera may have been opened again since these were set: the panel shows what is applied.
+    // The camera may have been reopened since these were set, so they are sent: the panel must show
+    // applied settings.
     const TECDATA now = m_property->value();
     Toupcam_put_Option(m_property->m_h, TOUPCAM_OPTION_TEC, now.on);
     Toupcam_put_Temperature(m_property->m_h, now.target);
@@ -37,7 +38,7 @@ PTTECPanel::PTTECPanel(PTECProperty* property)
     connectControls();
     connectProperty();
     setRetranslation([this] { retranslate(); });
-    // Ends with the property: then the camera is closed, and the last readings stay.
+    // Stops with the property: then the camera is closed, and the last readings stay.
     connect(timer, &QTimer::timeout, m_property, whileAlive([this](const auto&) { refresh(); }));
     timer->start(refreshInterval);
 }
@@ -61,8 +62,8 @@ void PTTECPanel::connectProperty() {
 
 void PTTECPanel::showValue(const TECDATA& d) {
     m_ui->checkBox->setChecked(d.on != 0);
-    // Not by setValue(), which would send a target that the panel does not offer back as the
-    // nearest one that it does.
+    // Not setValue(), which would change a target outside the panel's range to the nearest one, and
+    // send it.
     m_ui->widget->showValue(offeredTargets, d.target / 10.0);
 }
 
@@ -74,7 +75,7 @@ void PTTECPanel::setOn(bool on) {
 void PTTECPanel::setTarget(double degrees) {
     const TECDATA now = m_property->value();
     const double tenths = degrees * 10;
-    // The property's own echo, which comes back with the last digit rounded.
+    // The property's signal for our own change, with the last digit rounded.
     if (!qFuzzyCompare(double(now.target), tenths))
         m_property->setValue(m_property->convertFromT({now.on, qint16(tenths)}));
 }

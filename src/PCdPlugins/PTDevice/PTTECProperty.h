@@ -8,7 +8,7 @@
 #include <toupcam/toupcam.h>
 
 /// The sensor's thermo-electric cooler: switch and target temperature, with a panel that also shows
-/// the temperature and the voltage now. The handle is borrowed. The device's thread.
+/// the present temperature and voltage. The handle is borrowed. The device's thread.
 class PTECProperty : public PDevicePropertyT<TECDATA> {
     Q_OBJECT
 
@@ -20,16 +20,16 @@ public:
     QVariant tryGetRange() override { return QVariant(); }
     /// Sends both. True if the camera took the temperature.
     bool trySetValueToDevice(TECDATA d) override;
-    /// The stored value with the switch as the camera has it: the target is never read back.
+    /// The stored value, with the switch read from the camera; the target is never read back.
     TECDATA tryGetValueFromDevice() override;
-    /// A variant that holds and makes no TECDATA gives {0, 150}.
+    /// {0, 150} if the variant is not a TECDATA and cannot be converted to one.
     TECDATA convertToT(QVariant value) const override;
     QVariant convertFromT(TECDATA value) const override;
     /// Does nothing: there is no range.
     virtual void trySetRange(QVariant range);
 
-    /// The sensor's temperature now, a number of degrees Celsius; invalid if it cannot be read.
-    /// Programs find it by its name, without knowing this class.
+    /// The sensor's present temperature, a number of degrees Celsius; invalid if it cannot be read.
+    /// Programs find it by name, without including this class.
     Q_INVOKABLE QVariant sensorTemperature() const;
 
 private:

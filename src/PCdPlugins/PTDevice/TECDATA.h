@@ -20,7 +20,7 @@ public:
     friend bool operator!=(const TECDATA& a, const TECDATA& b) { return !(a == b); }
 };
 
-/// Stream form, 6 bytes: on as qint32, target as qint16.
+/// QDataStream format, 6 bytes: on as qint32, target as qint16.
 inline QDataStream& operator<<(QDataStream& out, const TECDATA& data) {
     return out << data.on << data.target;
 }
