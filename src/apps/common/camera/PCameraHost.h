@@ -9,7 +9,7 @@
 
 class PDeviceRegister;
 
-/// The cameras of a program: SDK, plugins, devices, brought up in this order. The main thread.
+/// The cameras of a program: SDK, plugins, devices, loaded in this order. The main thread.
 class PCameraHost {
 public:
     /// See PCameraSdk::load().

@@ -5,13 +5,13 @@
 
 class PDevice;
 
-/// Which camera something came from, also when the device is gone. A value.
+/// Identifies a camera, even after its device is gone. A value.
 struct PCameraIdentity {
     QString id;
     QString model;
     QString serial;
     bool simulated = false;
 
-    /// Of a device that came through an SDK that is simulated or not. The device's thread.
+    /// The identity of a device; `simulatedSdk`: it uses a simulated SDK. The device's thread.
     static PCameraIdentity of(const PDevice* device, bool simulatedSdk);
 };

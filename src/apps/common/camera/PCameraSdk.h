@@ -24,7 +24,7 @@ public:
     bool isFallback() const { return m_fallback; }
     /// The library's file.
     const QString& path() const { return m_path; }
-    /// What the library says of its own version; empty if it does not.
+    /// The version that the library reports; empty if it reports none.
     const QString& version() const { return m_version; }
 
 private:

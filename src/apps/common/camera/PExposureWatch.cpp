@@ -15,14 +15,14 @@
 
 namespace {
 
-// Automatic exposure before time and gain, which a camera only keeps while it is off.
+// Automatic exposure comes before time and gain, which a camera keeps only while it is off.
 enum Setting : std::size_t { Automatic, Time, Gain, Target };
 
 constexpr std::array<PRole, 4> watchedRoles{PRole::AutoExposure, PRole::ExposureTime, PRole::Gain,
                                             PRole::ExposureTarget};
 
 constexpr int readingsToSettle = 3;
-constexpr quint64 framesToSettle = 3;    // automatic exposure moves with the frames
+constexpr quint64 framesToSettle = 3;    // automatic exposure changes from frame to frame
 constexpr double panelsRoundBy = 0.0051; // milliseconds: panels show hundredths
 
 std::array<PDeviceProperty*, 4> findPlainSettings(const PDevice& device) {
@@ -41,7 +41,7 @@ PExposureWatch::PExposureWatch(PDevice* device, std::chrono::milliseconds interv
     if (m_composite != nullptr)
         connect(m_composite, &PDeviceProperty::valueChanged, this, &PExposureWatch::takeRecord);
     if (const PDeviceProperty* const property = m_plain[Automatic]) {
-        // The camera holds its exposure then, and what the user sets afterwards must stay.
+        // From then on the camera keeps its exposure, and later settings of the user must stay.
         connect(property, &PDeviceProperty::valueChanged, this, [this](const QVariant& on) {
             if (!on.toBool())
                 m_found.reset();
@@ -70,7 +70,7 @@ void PExposureWatch::look() {
     if (m_composite != nullptr && m_composite->valueInner() != m_record)
         m_record = m_shown = m_composite->valueInner();
     const Reading now = read();
-    // No exposure takes 0: this is a failed read, as of a camera whose cable was just pulled.
+    // An exposure time is never 0: reading failed, for example because the cable was just pulled.
     if (now[Time].isValid() && now[Time].toDouble() <= 0)
         return;
     m_found = now[Automatic].toBool() ? std::optional(now) : std::nullopt;
@@ -116,7 +116,7 @@ bool PExposureWatch::hasSameExposure(const QVariant& a, const QVariant& b) const
            before.part(PRole::Gain) == now.part(PRole::Gain);
 }
 
-/// A panel sends its whole record with each change, so everything else is as it was.
+/// A panel sends its whole record with each change, so all other fields are unchanged.
 bool PExposureWatch::isOnlySwitchedOff(const QVariant& value) const {
     return isAutomatic(m_record) && !isAutomatic(value) && !PCaptureMode::isTriggered(*m_device) &&
            (hasSameExposure(m_record, value) || hasSameExposure(m_shown, value));
@@ -147,8 +147,8 @@ void PExposureWatch::refreshRecord(const Reading& wanted) {
     m_composite->updateValueFromDevice();
     disconnect(answers);
     m_shown = m_composite->valueInner();
-    // A panel writes back what it now shows, which may be rounded or clamped. Its controls do not
-    // change a second time, so then it writes nothing.
+    // A panel writes back what it then shows, which may be rounded or clamped. The second time its
+    // controls do not change, so it writes nothing.
     if (isAnswered) {
         putBack(wanted);
         m_composite->updateValueFromDevice();

@@ -13,15 +13,14 @@
 class PDevice;
 class PDeviceProperty;
 
-/// Keeps the host's copy of a camera's exposure up to date: the camera reports no changes by
-/// itself.
+/// Keeps the cached exposure of a camera up to date, as the camera does not report changes.
 ///
-/// It polls the plain settings, so that frames carry what automatic exposure has chosen. Once a
-/// change of them has settled, it refreshes the composite property, once, for the panel that shows
-/// it; not while automatic exposure is still moving, and not in triggered capture, where the
-/// composite property would mistake the triggered time for the live one. If nothing but automatic
-/// exposure was switched off in the composite property, it restores the last automatic time and
-/// gain, because the panel has just sent the ones from before.
+/// It polls the plain settings, so that frames are stamped with the values of automatic exposure.
+/// Once a change of them has settled, it refreshes the composite property, once, for the panel that
+/// shows it; not while automatic exposure is still moving, and not in triggered capture, where the
+/// composite property would take the triggered time for the live one. If the only change of the
+/// composite property was switching automatic exposure off, it restores the last automatic time and
+/// gain, because the panel has just sent older ones.
 ///
 /// Works from its construction until it or the device is destroyed. The device's thread.
 class PExposureWatch : public QObject {

@@ -14,14 +14,14 @@ std::optional<double> readMilliseconds(const PDeviceRoles& roles) {
     return isTriggers ? roles.number(PRole::TriggerTime) : time.number(PRole::ExposureTime);
 }
 
-/// The plain setting is the camera's; the composite one's is that of the video, triggered or not.
+/// The plain setting is read from the camera; the composite one always has the gain of the video.
 bool isAutomatic(const PDeviceRoles& roles) {
     const PRoleValue automatic = roles.find(PRole::AutoExposure);
     return automatic.isOn(PRole::AutoExposure) &&
            (automatic.hasPlain(PRole::AutoExposure) || !roles.isOn(PRole::Triggered));
 }
 
-/// A camera that does not answer answers 0, which no exposure and no gain can be.
+/// If the camera does not respond, values read as 0, which is not a valid exposure or gain.
 std::optional<double> positive(std::optional<double> number) {
     return number && *number > 0 ? number : std::nullopt;
 }

@@ -21,7 +21,7 @@ QJsonValue withAbsolutePath(const QJsonValue& camera, const QDir& folder) {
     return changed;
 }
 
-/// The scene with absolute picture paths; the text as it is where it has no cameras to look at.
+/// The scene with absolute picture paths; the text unchanged if it has no cameras.
 QByteArray withAbsolutePaths(const QByteArray& text, const QDir& folder) {
     QJsonObject scene = QJsonDocument::fromJson(text).object();
     const QJsonValue cameras = scene.value(u"cameras"_qs);

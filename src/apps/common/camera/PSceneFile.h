@@ -6,11 +6,11 @@
 #include <QByteArray>
 #include <QString>
 
-/// The text of a scene for the simulated SDK, as it lies in a file. A value.
+/// The text of a scene file for the simulated SDK. A value.
 class PSceneFile {
 public:
-    /// Reads the file. Relative paths of pictures in it are meant from its folder, so they are made
-    /// absolute; what the text is worth otherwise is for the SDK to say.
+    /// Reads the file. Relative picture paths refer to its folder, so they are made absolute; the
+    /// SDK checks everything else.
     explicit PSceneFile(const QString& path);
 
     /// Fails with the file and why it cannot be read.

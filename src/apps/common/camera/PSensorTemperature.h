@@ -8,7 +8,6 @@ class PDevice;
 /// The temperature of a camera's sensor. The device's thread.
 class PSensorTemperature {
 public:
-    /// Degrees Celsius now, asked of the camera; nothing where it has no such sensor or does not
-    /// tell.
+    /// Degrees Celsius, read from the camera; nothing if it has no such sensor or reading fails.
     static std::optional<double> of(const PDevice& device);
 };

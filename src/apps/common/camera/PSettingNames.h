@@ -10,16 +10,16 @@
 
 class PDevice;
 
-/// The choices that a device's settings have, also when the device is gone. A value; any thread may
-/// read it.
+/// The choices of a device's settings, available even after the device is gone. A value; any thread
+/// may read it.
 class PSettingNames {
 public:
     PSettingNames() = default;
-    /// Takes the choices of the device's settings. The device's thread.
+    /// Copies the choices of the device's settings. The device's thread.
     static PSettingNames of(PDevice* device);
 
-    /// The item that a frame's settings name; an empty one for a value or setting that is no known
-    /// choice.
+    /// The item that a frame's settings refer to; an empty item if the value or setting is not a
+    /// known choice.
     PEnumerationItem item(const QByteArray& setting, const QVariant& name) const;
 
 private:

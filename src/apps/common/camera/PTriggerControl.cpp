@@ -45,7 +45,7 @@ PStatus writeText(QVariant& value, const PRoleBinding& field, const QString& tex
     return PCompositeFields::write(value, QString::fromLatin1(field.field), text);
 }
 
-/// Whole numbers of the longer units; the shortest takes the rest. There is one part at least.
+/// Whole numbers of the longer units; the shortest takes the rest. There is at least one part.
 PStatus writeExposure(QVariant& value, PRoleBindings parts, microseconds exposure) {
     const PRoleBinding last = parts.takeLast();
     for (const PRoleBinding& part : std::as_const(parts)) {

@@ -13,8 +13,8 @@
 class PDevice;
 class PDeviceProperty;
 
-/// Triggered capture of a camera that has it: a composite property with the roles of the trigger,
-/// and a method to fire. The device's thread; the device must stay.
+/// Triggered capture of a camera that supports it: a composite property with the roles of the
+/// trigger, and a method to fire. The device's thread; the device must outlive this.
 class PTriggerControl {
     Q_DECLARE_TR_FUNCTIONS(PTriggerControl)
 
@@ -31,7 +31,8 @@ public:
     /// or time.
     PStatus prepare(Source source, std::optional<std::chrono::microseconds> exposure, int frames);
 
-    /// Begins a run of so many frames by software; 0 ends one. Fails if the camera refuses.
+    /// Begins a software-triggered run of this number of frames; 0 ends a run. Fails if the camera
+    /// refuses.
     PStatus fire(int frames);
 
     /// Exposure time of a triggered frame, as set.

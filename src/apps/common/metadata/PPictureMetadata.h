@@ -10,9 +10,9 @@
 
 struct PFrameStamp;
 
-/// What a saved picture says of its taking: keys and texts, in order.
+/// The information saved with a picture about how it was taken: keys and texts, in order.
 using PPictureMetadata = QList<std::pair<QString, QString>>;
 
 /// The text of a frame: program, camera, whether it is simulated, number, UTC time, mode, exposure,
-/// every setting (PSettingTexts). With no stamp, program and camera alone. Any thread.
+/// every setting (PSettingTexts). Without a stamp, only program and camera. Any thread.
 PPictureMetadata pictureMetadata(const PCameraIdentity& camera, const PFrameStamp* stamp);

@@ -9,11 +9,11 @@
 struct PCameraIdentity;
 struct PFrameStamp;
 
-/// What picture formats have tags of their own for (TIFF 6.0, EXIF 2.32, PNG's pHYs). What is empty
-/// or has no value is not known, and gets no tag. A value.
+/// The metadata for which picture formats have tags (TIFF 6.0, EXIF 2.32, PNG's pHYs). What is
+/// empty or has no value is unknown, and gets no tag. A value.
 struct PPictureTags {
     QByteArray software; ///< program and version
-    QByteArray make;     ///< "Simulated camera"; no maker's name is known of a real one
+    QByteArray make;     ///< "Simulated camera"; real cameras do not report their maker
     QByteArray model;
     QByteArray serial;
     QDateTime taken;
@@ -21,7 +21,7 @@ struct PPictureTags {
     bool isAutomatic = false;          ///< the exposure, if it is known
     std::optional<double> pixelSizeUm; ///< on the specimen, of a pixel as saved
 
-    /// Of a frame; without a stamp, of the program and the camera alone. Any thread.
+    /// The tags of a frame; without a stamp, only those of the program and the camera. Any thread.
     static PPictureTags of(const PCameraIdentity& camera, const PFrameStamp* stamp,
                            std::optional<double> pixelSizeUm = std::nullopt);
 

@@ -13,7 +13,7 @@
 
 namespace {
 
-/// How a setting is shown.
+/// The text form of a setting.
 struct Description {
     PRole role;
     const char* title; ///< null: written by something else

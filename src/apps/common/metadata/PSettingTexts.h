@@ -10,7 +10,6 @@ class PSettingTexts {
 public:
     /// English titles as keys, values with their units; a setting without a title has the key
     /// "Setting ID". Left out are exposure times, which are in PFrameExposure::timeText(), settings
-    /// of the trigger where the frame is not triggered, and a fan that could not be read. Any
-    /// thread.
+    /// of the trigger if the frame was not triggered, and a fan that could not be read. Any thread.
     static PPictureMetadata of(const PDeviceSettings& settings);
 };

@@ -7,7 +7,7 @@
 
 namespace {
 
-/// Leaves away the characters that XML 1.0 has no way to write (section 2.2, "Characters").
+/// Removes the characters that XML 1.0 cannot represent (section 2.2, "Characters").
 QString legal(QString text) {
     text.removeIf([](QChar c) {
         const bool isControl = c < u' ' && c != u'\t' && c != u'\n' && c != u'\r';
@@ -16,7 +16,7 @@ QString legal(QString text) {
     return text;
 }
 
-/// Writes the elements in the order the schema has them.
+/// Writes the elements in the order of the schema.
 class Writer {
 public:
     Writer(const POmeDocument& document, bool isFinished)

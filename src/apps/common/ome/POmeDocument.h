@@ -11,7 +11,7 @@
 #include <optional>
 #include <vector>
 
-/// What is said about one picture of a stack.
+/// The metadata of one picture of a stack.
 struct POmePlane {
     double seconds = 0; ///< since the first picture
     std::optional<double> exposureMs;

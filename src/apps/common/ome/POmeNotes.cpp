@@ -21,8 +21,8 @@ void appendTally(PPictureMetadata& notes, const PRecordTally& tally) {
         notes.append({u"Recording "_qs + QLatin1String(name), QString::number(count)});
 }
 
-/// The frames that the camera made and no recorder saw; empty if there are none. All others, also
-/// those dropped on their way to the device's thread, came by the recorder.
+/// The frames that the camera took and the recorder did not receive; empty if there are none. It
+/// received all others, even those dropped before the device's thread.
 QString lostFrames(const PFrameLedger& ledger) {
     QStringList parts;
     for (const PFrameOutcome outcome : {PFrameOutcome::LostInCamera, PFrameOutcome::BadDepth,
@@ -74,7 +74,7 @@ void POmeNotes::add(const PFrameStamp& stamp) {
     addNumber(stamp.sequence);
 }
 
-/// A device makes a new record of its settings at every change, and only then.
+/// A device creates a new settings object at every change, and only then.
 void POmeNotes::addChanges(const PFrameStamp& stamp) {
     const auto before = std::exchange(m_settings, stamp.settings);
     if (!before || before == stamp.settings)

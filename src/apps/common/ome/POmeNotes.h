@@ -6,18 +6,18 @@
 
 #include <PCd/frame/PFrameStamp.h>
 
-/// What a recording says in an OME document beyond the schema's own fields: camera, settings and
-/// their changes, which frames there are, the ledger and the tally. One thread.
+/// The notes of a recording that the OME schema has no fields for: camera, settings and their
+/// changes, frame numbers, the ledger and the tally. One thread.
 class POmeNotes {
 public:
     explicit POmeNotes(PCameraIdentity camera);
 
-    /// Notes a frame that has been written.
+    /// Adds a frame that has been written.
     void add(const PFrameStamp& stamp);
 
-    /// What can be said when the first frame is written and the end is not known.
+    /// The notes known when the first frame is written.
     PPictureMetadata unfinished(const PFrameStamp& first) const;
-    /// What can be said at the end.
+    /// The complete notes at the end.
     PPictureMetadata finished(const PRecordEnd& end) const;
 
 private:

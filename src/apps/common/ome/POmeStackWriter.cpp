@@ -11,8 +11,8 @@
 
 namespace {
 
-// Offsets of classic TIFF have 32 bits. Some room is left for readers that count with a sign or
-// add a little, and what is not a pixel is estimated from above.
+// Offsets of classic TIFF have 32 bits. A margin is left for readers with signed or inexact
+// arithmetic, and the size of everything but pixels is estimated generously.
 constexpr quint64 classicLimit = 3'900'000'000;
 constexpr quint64 bytesForDescription = 1'000'000;
 constexpr quint64 bytesBesidesPixels = 2'000; // of a frame: directory and document

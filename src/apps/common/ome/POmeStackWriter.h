@@ -8,10 +8,10 @@
 #include <apps/common/record/PFrameWriter.h>
 #include <apps/common/tiff/PTiffStack.h>
 
-/// Writes a recording as one OME-TIFF file, uncompressed. The file is made with the first frame,
-/// under its own name, and never in the place of another. From then on it is at every moment a
-/// valid OME-TIFF of the frames written so far, also when the program is killed; finish() adds the
-/// times of all frames, the ledger and the tally.
+/// Writes a recording as one OME-TIFF file, uncompressed. The file is created with the first frame
+/// under its final name, and never replaces another. From then on it is always a valid OME-TIFF of
+/// the frames written so far, even if the program is killed; finish() adds the times of all frames,
+/// the ledger and the tally.
 class POmeStackWriter : public PFrameWriter {
     Q_DECLARE_TR_FUNCTIONS(POmeStackWriter)
 
@@ -24,7 +24,7 @@ public:
         QString path;
         PCameraIdentity camera;
         PSettingNames names;
-        std::optional<quint64> frames;           ///< how many will come at most
+        std::optional<quint64> frames;           ///< the maximum number to come
         std::optional<double> pixelSizeUm;       ///< on the specimen, of a pixel as saved
         std::optional<double> sensorTemperature; ///< degrees Celsius
         quint64 mostFrames = framesAFileHolds;   ///< the next one fails

@@ -15,8 +15,8 @@ int reason(int result) {
     return result == 0 ? 0 : errno;
 }
 
-/// Does a file system say so of a step it does not have? FAT says EPERM of links (link(2)), NFS and
-/// FUSE say EINVAL of renameat2's flags (rename(2)).
+/// Does this error mean that the file system does not support the step? FAT returns EPERM for links
+/// (link(2)), NFS and FUSE return EINVAL for renameat2's flags (rename(2)).
 bool isUnsupported(int error) {
     return error == EINVAL || error == ENOSYS || error == EOPNOTSUPP || error == EPERM;
 }
@@ -31,7 +31,7 @@ int PExclusiveRename::byRename(const QByteArray& from, const QByteArray& to) {
 int PExclusiveRename::byLink(const QByteArray& from, const QByteArray& to) {
     if (link(from.constData(), to.constData()) != 0)
         return errno;
-    unlink(from.constData()); // if it stays, the file has two names, and still the right one
+    unlink(from.constData()); // if this fails, the file has two names, one of them the right one
     return 0;
 }
 

@@ -85,7 +85,7 @@ PStatus replaceFile(const QString& path, const QByteArray& bytes) {
 
 /// Not PWholeFile::replace(): its last step replaces whatever has come up under the name meanwhile.
 PStatus createFile(const QString& path, const QByteArray& bytes) {
-    // A name of its own: another program may be saving under the same one.
+    // A unique name: another program may be saving under the same one.
     QFile file(u"%1.%2.part"_qs.arg(path, QUuid::createUuid().toString(QUuid::Id128)));
     if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered))
         return fileFailure(path, file.errorString());
@@ -129,7 +129,7 @@ PStatus PPictureFile::prepareFolder(const QString& path) {
 
 PStatus PPictureFile::save(const QString& path, const QImage& image, const PPictureNotes& notes,
                            Existing existing, Effort effort) {
-    // First in memory: this separates what the disk refuses from what the format refuses.
+    // First in memory: this tells failures of the disk from failures of the format.
     const QByteArray bytes = encode(path, image, notes, effort);
     if (bytes.isEmpty())
         return fileFailure(path, tr("the picture does not fit the format"));

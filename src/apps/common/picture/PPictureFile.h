@@ -9,7 +9,7 @@
 #include <QImage>
 #include <QStringList>
 
-/// Writes pictures to files, so that a file is there whole or not at all. Any thread.
+/// Writes pictures to files; a file is either complete or absent. Any thread.
 class PPictureFile {
     Q_DECLARE_TR_FUNCTIONS(PPictureFile)
 
@@ -25,11 +25,11 @@ public:
         Fast,  ///< the shorter time
     };
 
-    /// The endings of file names that say the format: ".png" …
+    /// The file name extensions that select the format: ".png" …
     static QStringList endings();
     /// Fails, naming the file and what was expected, if the name ends otherwise.
     static PStatus checkName(const QString& path);
-    /// Makes the folder of a file, if need be. Fails with the reason if there can be no such file.
+    /// Creates the folder of a file if needed. Fails with the reason if the file cannot be created.
     static PStatus prepareFolder(const QString& path);
 
     /// Saves the picture with its notes in the format of its ending: TIFF with its tags and an EXIF

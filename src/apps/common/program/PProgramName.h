@@ -4,7 +4,7 @@
 #include <QCoreApplication>
 #include <QString>
 
-/// The running program, as files name what has written them. Any thread.
+/// The name of the running program in the files it writes. Any thread.
 class PProgramName {
 public:
     /// "pcdview 1.0".

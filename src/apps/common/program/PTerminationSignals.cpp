@@ -51,7 +51,7 @@ void waitForSignals(sigset_t set) {
 void PTerminationSignals::watch() {
     const sigset_t set = watchedSignals();
     pthread_sigmask(SIG_BLOCK, &set, nullptr);
-    // For the whole life of the process: there is no later moment at which nobody sends signals.
+    // Runs as long as the process: signals may arrive at any time.
     std::thread(waitForSignals, set).detach();
 }
 

@@ -17,7 +17,7 @@ QString toLanguage(const QString& locale) {
 
 bool installFile(const QString& path, const QString& language) {
     auto translator = std::make_unique<QTranslator>();
-    // What a catalogue is called is its owner's affair; the language stands inside.
+    // Catalogues may have any name; the language is read from the catalogue.
     if (!translator->load(path) || toLanguage(translator->language()) != toLanguage(language))
         return false;
     translator->setParent(QCoreApplication::instance());

@@ -11,7 +11,7 @@ public:
     /// The requested language: `requested` ("ru", "en"), else the environment variable PCD_LANG,
     /// else that of the system.
     static QString language(const QString& requested);
-    /// Installs every catalogue for this language among the resources, those of the plugins loaded
-    /// so far too. Texts that were made before stay as they are. Returns how many there are.
+    /// Installs every catalogue for this language in the resources, including those of the plugins
+    /// loaded so far. Existing texts are not changed. Returns the number of catalogues.
     static int install(const QString& language);
 };

@@ -6,7 +6,7 @@
 #include <QRegularExpression>
 
 PStatus PFileSequence::setPattern(const QString& pattern) {
-    // The folder is as it is called, with any # in it.
+    // A # in the folder's name is kept.
     static const QRegularExpression oneRun(u"^((?:.*/)?[^#/]*)(#+)([^#/]*)$"_qs,
                                            QRegularExpression::DotMatchesEverythingOption);
     const QRegularExpressionMatch match = oneRun.match(pattern);

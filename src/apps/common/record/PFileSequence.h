@@ -11,8 +11,8 @@ class PFileSequence {
 public:
     PFileSequence() = default;
 
-    /// Takes a pattern with one run of '#' in the file's name; the run's length is the least number
-    /// of digits. Fails, naming the pattern and what was expected.
+    /// Sets a pattern with one run of '#' in the file's name; the run's length is the minimum
+    /// number of digits. Fails, naming the pattern and what was expected.
     PStatus setPattern(const QString& pattern);
 
     /// The name of one file; the first has the number 1.

@@ -33,8 +33,8 @@ PFrameRecorder::~PFrameRecorder() {
 bool PFrameRecorder::takeFrame(const PDeviceFrame& frame, Kind kind) {
     if (kind != Kind::Live)
         return true;
-    // In one go: a frame between the schedule and the queue would be forgotten by an end() now.
-    // Nothing waits for the disk under this lock.
+    // Under one lock: otherwise an end() now would lose a frame between schedule and queue. Nothing
+    // waits for the disk under this lock.
     const std::lock_guard lock(m_mutex);
     const bool isOpen = !m_isEnding && !m_isDiskTooSlow && m_queue.state().error.isEmpty();
     if (!isOpen || !m_schedule.claim(arrivalTime(frame)) || m_queue.push(frame))
@@ -44,7 +44,7 @@ bool PFrameRecorder::takeFrame(const PDeviceFrame& frame, Kind kind) {
     return false;
 }
 
-/// The reason in the words given.
+/// The reason as given.
 QString PFrameRecorder::tooSlow(const QString& words) const {
     return words.arg(double(m_memory->limit()) / 1e6, 0, 'f', 1);
 }
@@ -68,7 +68,7 @@ PStatus PFrameRecorder::finish(const QString& failure) {
     {
         const std::lock_guard lock(m_mutex);
         end.ledger = m_ledger;
-        // Files are read by others than the user, so the reason is in English there.
+        // Files are read by others too, so the reason in them is in English.
         if (m_queue.state().error.isEmpty() && m_isDiskTooSlow)
             end.failure = tooSlow(QString::fromLatin1(tooSlowWords));
     }
@@ -107,8 +107,8 @@ QString PFrameRecorder::error(const PFrameWriteQueue::State& queue) const {
     return m_isDiskTooSlow ? tooSlow(tr(tooSlowWords)) : m_finishError;
 }
 
-/// Locked. The frames claimed are counted apart from their outcomes: one that got lost in
-/// between would show.
+/// Locked. Claimed frames are counted independently of their outcomes, so that one lost in between
+/// would be noticed.
 PRecordTally PFrameRecorder::tally(const PFrameWriteQueue::State& queue) const {
     PRecordTally tally;
     tally.wanted = m_schedule.frames().value_or(m_schedule.claimed());

@@ -13,9 +13,9 @@
 #include <memory>
 
 /// Records the live frames of a camera into files: takes them on the camera's thread without ever
-/// waiting, and writes them on threads of its own. It stops taking frames by itself at its set end,
-/// when a frame cannot be written, and when too much waits to be written; then end() completes the
-/// files. Any thread.
+/// waiting, and writes them on its own threads. It stops taking frames at its planned end, when a
+/// frame cannot be written, and when too much waits to be written; then end() completes the files.
+/// Any thread.
 class PFrameRecorder : public PFrameSink {
     Q_DECLARE_TR_FUNCTIONS(PFrameRecorder)
 
@@ -28,7 +28,7 @@ public:
     /// Ends it if end() was not called, and waits until the files are complete.
     ~PFrameRecorder() override;
 
-    /// Snapshots are left alone. False for a frame that should be recorded but finds no room.
+    /// Ignores snapshots. False for a frame that should be recorded but finds no room.
     bool takeFrame(const PDeviceFrame& frame, Kind kind) override;
 
     /// No more frames are taken; those that wait are written, then the files are completed, with
@@ -43,7 +43,7 @@ public:
     /// How far a recording is, all figures of the same moment.
     struct Progress {
         PRecordTally tally;
-        std::optional<double> share; ///< of the set end, from 0 to 1
+        std::optional<double> share; ///< of the planned end, from 0 to 1
         /// Until the last frame of the plan is due; see PRecordSchedule.
         std::optional<PRecordSchedule::Duration> timeLeft;
         bool isOver = false;     ///< no more frames are taken

@@ -39,7 +39,7 @@ PStatus PFrameWriteQueue::tryWrite(const PDeviceFrame& frame, quint64 number) co
     }
 }
 
-/// Books a frame that was tried.
+/// Counts a frame after an attempt to write it.
 void PFrameWriteQueue::count(const PStatus& result) {
     const std::lock_guard lock(m_mutex);
     --m_state.waiting;
@@ -48,7 +48,7 @@ void PFrameWriteQueue::count(const PStatus& result) {
         giveUp(result.reason());
 }
 
-/// The recording is to end: what waits would only leave a hole in it. Locked.
+/// The recording ends: writing the waiting frames would leave a gap in it. Locked.
 void PFrameWriteQueue::giveUp(const QString& error) {
     m_state.error = error;
     const std::size_t dropped = m_work.discard();

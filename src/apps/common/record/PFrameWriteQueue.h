@@ -8,22 +8,21 @@
 #include <PCore/PStatus.h>
 #include <PCore/work/PWorkQueue.h>
 
-/// Frames on their way from a camera's thread to files, which threads of its own write: a work
-/// queue, bounded in bytes of pixels, that keeps count and gives up at the first frame that cannot
-/// be written. Any thread.
+/// Writes frames from a camera's thread to files on its own threads: a work queue, bounded in bytes
+/// of pixels, that counts frames and stops at the first one that cannot be written. Any thread.
 class PFrameWriteQueue {
     Q_DECLARE_TR_FUNCTIONS(PFrameWriteQueue)
 
 public:
-    /// Writes one frame and returns how that went; the first frame has the number 1. Called on as
-    /// many threads at once as there are writers; frames are begun in their order.
+    /// Writes one frame and returns the result; the first frame has the number 1. Called on all
+    /// writer threads at once; frames are begun in order.
     using Write = std::function<PStatus(const PDeviceFrame& frame, quint64 number)>;
 
     /// The destructor writes what still waits, then returns.
     PFrameWriteQueue(Write write, int writers, std::shared_ptr<PWorkBudget> memory);
 
-    /// Takes a frame, never waiting for the disk. False if too much waits already, or a frame could
-    /// not be written before; where nothing waits in this queue, a frame is taken in any case.
+    /// Takes a frame, never waiting for the disk. False if too much is waiting, or an earlier frame
+    /// could not be written; if nothing waits in this queue, a frame of any size is taken.
     bool push(const PDeviceFrame& frame);
 
     /// Waits until nothing is left to write, or until the timeout. True if nothing is.
@@ -31,7 +30,7 @@ public:
         return m_work.waitUntilIdle(timeout);
     }
 
-    /// What happened to the frames pushed so far.
+    /// The counts of the frames pushed so far.
     struct State {
         quint64 written = 0;
         quint64 waiting = 0; ///< or being written
@@ -39,7 +38,7 @@ public:
         quint64 refused = 0; ///< not taken
         QString error;       ///< why the first one failed; nothing is written after it
     };
-    /// A consistent picture of the moment.
+    /// A consistent copy of the counts.
     State state() const;
 
 private:

@@ -10,7 +10,7 @@
 
 #include <optional>
 
-/// What is known when a recording has ended.
+/// The data known when a recording has ended.
 struct PRecordEnd {
     PRecordTally tally;
     std::optional<PFrameLedger>

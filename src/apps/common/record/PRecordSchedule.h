@@ -7,7 +7,7 @@
 #include <optional>
 
 /// Which frames of a stream are recorded: all, or for a time-lapse one each interval, until a
-/// number or a time is reached. Goes by the frames' times of arrival alone. One thread.
+/// number or a time is reached. Uses only the frames' times of arrival. One thread.
 class PRecordSchedule {
 public:
     using TimePoint = std::chrono::steady_clock::time_point;
@@ -33,7 +33,7 @@ public:
     /// The number of frames claimed so far, and the planned number, if there is one.
     quint64 claimed() const { return m_claimed; }
     std::optional<quint64> frames() const { return m_plan.frames; }
-    /// How much is done, from 0 to 1; nothing without a planned end.
+    /// The share done, from 0 to 1; nothing without a planned end.
     std::optional<double> share(TimePoint now) const;
     /// The time until the last frame of the plan is due, as far as that is known: by the plan, or
     /// if that has no times by the pace of the frames so far. Nothing without a planned end.

@@ -23,9 +23,9 @@ std::size_t PWriteMemory::defaultLimit() {
     return limit;
 }
 
-// The rest is for the camera's own buffers, the other programs, and what the system holds for the
-// disk. More than 2 GiB would only put off the end on a disk that is too slow; with less than a few
-// large frames a disk that pauses ends a recording.
+// The rest is for the camera's buffers, other programs, and the system's disk cache. On a disk that
+// is too slow, more than 2 GiB would only delay the end; with room for less than a few large
+// frames, a short pause of the disk would end a recording.
 std::size_t PWriteMemory::limitFor(std::uint64_t memory) {
     return std::size_t(std::clamp(memory / 4, 64 * mebibyte, 2048 * mebibyte));
 }

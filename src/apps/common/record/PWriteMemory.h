@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <memory>
 
-/// How many bytes of pixels may wait for the disk. Any thread.
+/// The limit on bytes of pixels that wait for the disk. Any thread.
 namespace PWriteMemory {
 
 /// The limit for this machine: limitFor() its memory.

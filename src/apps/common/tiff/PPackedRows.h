@@ -5,7 +5,7 @@
 
 #include <vector>
 
-/// Rows of pictures as files want them: grey or red, green, blue, without padding. Any thread.
+/// Rows of pictures as in files: grey, or red, green, blue, without padding. Any thread.
 namespace PPackedRows {
 
 /// 1 for Grayscale8, else 3.
@@ -15,8 +15,8 @@ int sampleCount(const QImage& picture);
 /// Grayscale8, RGB888 or BGR888. Throws std::bad_alloc.
 QImage packable(const QImage& picture);
 
-/// The rows from `first` on, packed: in the buffer, or where they are if they lie so there already.
-/// Valid until either of both changes. Throws std::bad_alloc.
+/// The rows from `first` on, packed: copied to the buffer, or in the picture if they are already
+/// packed there. Valid until picture or buffer changes. Throws std::bad_alloc.
 const uchar* pack(const QImage& packable, int first, int rows, std::vector<uchar>& buffer);
 
 } // namespace PPackedRows

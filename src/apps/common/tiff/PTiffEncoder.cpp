@@ -10,7 +10,7 @@ namespace {
 
 bool writeRows(TIFF* tiff, const QImage& image) {
     for (int y = 0; y < image.height(); ++y) {
-        // libtiff only reads the row, but its interface is older than const.
+        // libtiff only reads the row, but its interface lacks const.
         if (TIFFWriteScanline(tiff, const_cast<uchar*>(image.constScanLine(y)), uint32_t(y)) < 0)
             return false;
     }

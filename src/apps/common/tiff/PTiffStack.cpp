@@ -39,11 +39,11 @@ PStatus PTiffStack::create(const QString& path, Size size) {
     return finishStep(m_tiff != nullptr);
 }
 
-/// Makes what libtiff has written a step of the file, if libtiff was content.
+/// Commits what libtiff has written as a step of the file, if libtiff succeeded.
 PStatus PTiffStack::finishStep(bool done) {
     if (done && m_file.commit())
         return PStatus::Ok;
-    // The cause, where it is the disk; libtiff has its own limits besides.
+    // The reason, if the disk failed; libtiff has its own limits too.
     const QString reason = m_file.errorString();
     m_file.rollBack();
     return PStatus::failure(reason.isEmpty() ? tr("it does not fit the format or the memory")
@@ -90,7 +90,7 @@ bool PTiffStack::writeStrips(const QImage& picture, int samples, int rowsPerStri
         const int rows = std::min(rowsPerStrip, source.height() - y);
         const uchar* const bytes = PPackedRows::pack(source, y, rows, m_rows);
         const tmsize_t size = tmsize_t(source.width()) * samples * rows;
-        // libtiff only reads the strip, but its interface is older than const.
+        // libtiff only reads the strip, but its interface lacks const.
         if (TIFFWriteRawStrip(m_tiff.get(), strip++, const_cast<uchar*>(bytes), size) != size)
             return false;
     }
@@ -126,6 +126,6 @@ PStatus PTiffStack::replaceDescription(const QByteArray& description) {
                    TIFFSetField(handle.get(), TIFFTAG_IMAGEDESCRIPTION, description.constData()) &&
                    TIFFRewriteDirectory(handle.get()));
     if (status.isOk())
-        m_descriptionSize = 0; // it lies elsewhere now, and is as it should be
+        m_descriptionSize = 0; // it has moved, and is final
     return status;
 }

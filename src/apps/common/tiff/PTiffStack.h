@@ -43,7 +43,7 @@ public:
     /// Gives the first picture another text of any length. On failure the file is as before.
     PStatus replaceDescription(const QByteArray& description);
 
-    /// Closes the file. Fails with the reason if the system reports only now that it is not whole.
+    /// Closes the file. Fails with the reason if the system reports only now that it is incomplete.
     PStatus close();
 
 private:

@@ -17,6 +17,6 @@ struct PTiffTags {
     QByteArray description; ///< for the tag ImageDescription; empty: none
     PPictureTags picture = {};
 
-    /// Gives them to the directory that is being made. False if libtiff refuses.
+    /// Sets them in the directory being written. False if libtiff refuses.
     bool writeTo(TIFF* tiff) const;
 };

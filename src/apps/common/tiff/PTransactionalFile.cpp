@@ -50,8 +50,8 @@ PStatus PTransactionalFile::close() {
     return damage.isEmpty() ? PStatus() : PStatus::failure(damage);
 }
 
-/// What has been done to the file behind this one's back; empty if nothing. All writes succeed into
-/// a file that was removed, too.
+/// What another program has done to the file; empty if nothing. Needed because writing to a removed
+/// file succeeds.
 QString PTransactionalFile::damageByOthers() const {
     struct stat now {};
     if (fstat(m_descriptor, &now) != 0)
@@ -89,7 +89,7 @@ bool PTransactionalFile::writeNow(qint64 offset, const char* bytes, qint64 count
         const ssize_t written = ::pwrite(m_descriptor, bytes, std::size_t(count), offset);
         if (written < 0 && errno == EINTR)
             continue;
-        // A disk that fills up takes a part first, and says why at the next try only.
+        // A disk that fills up first writes a part, and gives the reason only at the next attempt.
         if (written <= 0)
             return fail(written < 0 ? errno : EIO);
         bytes += written;
@@ -142,6 +142,6 @@ void PTransactionalFile::rollBack() {
     m_heldBack.clear();
     m_failed = false;
     m_size = m_wholeSize;
-    // What a failed step has left behind its end is in nobody's way if it cannot be cut off.
+    // If the rest of a failed step cannot be cut off, it does no harm beyond the end.
     [[maybe_unused]] const int cut = ::ftruncate(m_descriptor, m_wholeSize);
 }

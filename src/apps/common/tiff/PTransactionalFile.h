@@ -10,8 +10,7 @@
 
 /// A new file that grows in steps. Bytes written beyond the last whole step go to the file at once;
 /// bytes written over older ones are held back until the step is whole. So a format whose old bytes
-/// point to newer ones is sound in the file at every moment, also one at which the program is
-/// killed. One thread.
+/// point to newer ones is valid at every moment, even if the program is killed. One thread.
 class PTransactionalFile {
     Q_DECLARE_TR_FUNCTIONS(PTransactionalFile)
 
@@ -39,7 +38,7 @@ public:
     /// With all that was written, in bytes.
     qint64 size() const { return m_size; }
 
-    /// Makes the step whole. False, with the step undone, if that or a write before failed.
+    /// Completes the step. False, with the step undone, if that or an earlier write failed.
     bool commit();
     /// Undoes everything since the last step.
     void rollBack();
