@@ -40,7 +40,7 @@ PCameraSession::PCameraSession(PDeviceManager& manager, PDevice* device)
     connect(&manager, &PDeviceManager::deviceRemoved, this, [this](PDevice* removed) {
         if (removed != m_device)
             return;
-        // It is deleted soon: the last chance to read its ledger.
+        // It is about to be deleted, so its ledger is read now.
         m_lastLedger = m_device->frameLedger();
         m_device = nullptr;
     });
@@ -111,7 +111,7 @@ PStatus PCameraSession::stopLive() {
 }
 
 std::chrono::milliseconds PCameraSession::longestAnswer() const {
-    // Where a live frame takes long to expose, everything else may take several times that.
+    // If a live frame takes long to expose, everything else may take several times as long.
     return answerTimeout + 4 * m_firstFrameTook;
 }
 

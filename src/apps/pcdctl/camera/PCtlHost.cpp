@@ -32,7 +32,7 @@ PCtlOutcome PCtlHost::loadPlugins(const PCtlOptions& options) {
     }
     if (!loaded.isOk())
         return PCtlOutcome::failed(loaded.reason());
-    // With the plugins in, and before their devices make their titles.
+    // After the plugins are loaded, and before their devices create their titles.
     PTranslations::install(PTranslations::language(options.language));
     m_cameras.findCameras();
     return {};

@@ -21,7 +21,7 @@ bool isAction(const PDeviceProperty& property) {
     return property.type() == PCD::DevicePropertyType::Action;
 }
 
-/// The value that the text after the "=" means, if the property can have it.
+/// The value of the text after the "=", if the property can have it.
 PCtlOutcome readValue(const PDeviceProperty& property, const QString& text, QVariant& value) {
     value = PPropertyText::toValue(text, property.valueInner(), property.rangeInner());
     if (!value.isValid() && !isAction(property)) {
@@ -48,7 +48,7 @@ PCtlOutcome PCtlSettings::readWord(const QString& word, PDevice& device) {
     const QString name = word.left(equals).trimmed();
     const QString field = name.section(u'.', 1);
     PCtlOutcome outcome;
-    // With a dot and nothing behind it, the whole word is an id that does not exist.
+    // With nothing after the dot, the whole word is an id that does not exist.
     PDeviceProperty* const property =
         PPropertyLookup::find(device, field.isEmpty() ? name : name.section(u'.', 0, 0), outcome);
     if (property == nullptr)
@@ -111,7 +111,7 @@ PCtlOutcome PCtlSettings::apply(PCameraSession& session,
             send(setting);
             continue;
         }
-        // Nothing more to be had from a camera that hangs or is gone.
+        // A camera that hangs or is gone returns nothing more.
         const PCtlOutcome outcome = PCtlActionRun(session, *setting.property).run(timeout);
         if (!outcome.isDone())
             return outcome;

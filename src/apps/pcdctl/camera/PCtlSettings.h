@@ -17,7 +17,7 @@ class PDevice;
 class PDeviceProperty;
 
 /// Settings of one camera as the user writes them: "ID=VALUE", "ID.FIELD=VALUE" for one field of a
-/// composite value, or "ID" alone for an action. The main thread; the camera must stay.
+/// composite value, or "ID" alone for an action. The main thread; the camera must outlive this.
 class PCtlSettings {
 public:
     /// Reads and checks all of them; nothing is sent. Wrong usage names the word and what was
@@ -25,12 +25,12 @@ public:
     PCtlOutcome read(const QStringList& words, PDevice& device);
 
     /// Sends them in the order given, runs the actions, and reads back what the camera has. Fails,
-    /// naming each value that the camera did not take; the others are sent all the same.
+    /// naming each value that the camera did not take; the others are still sent.
     PCtlOutcome apply(PCameraSession& session, std::optional<std::chrono::milliseconds> timeout);
 
     /// The properties that were to be set; for an action, those that it sets.
     QList<PDeviceProperty*> properties() const;
-    /// What apply() failed at.
+    /// The failures of apply().
     const QList<PDeviceProfileReport::Item>& refused() const { return m_refused; }
 
 private:

@@ -21,7 +21,7 @@ PCtlOutcome withCamera(PCtlHost& host, const PCtlOptions& options,
     PCtlOutcome outcome = session.open(options);
     if (outcome.isDone())
         outcome = work(session);
-    // Its values read as zeros, and nothing else says so.
+    // Its values then read as zeros, without any error.
     if (outcome.isDone() && hadModes && !isAnswering(session))
         return PCtlOutcome::failed(
             u"camera %1 no longer answers: it was unplugged, or it hangs"_qs.arg(

@@ -37,7 +37,7 @@ void PCtlOutput::printJsonLine(const QJsonObject& object) {
 }
 
 void PCtlOutput::printMessage(const QString& message) {
-    // What was printed before must also appear before, where both streams are one terminal.
+    // Keeps the order of the lines if both streams go to one terminal.
     std::fflush(stdout);
     write(stderr, "pcdctl: " + harmless(message) + '\n');
 }

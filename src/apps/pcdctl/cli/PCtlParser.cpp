@@ -67,7 +67,7 @@ PCtlOutcome readSeconds(const QCommandLineParser& parser, const QString& option,
         return {};
     bool isNumber = false;
     const double seconds = parser.value(option).toDouble(&isNumber);
-    // Turned round, so that "nan" is refused too.
+    // The condition is negated so that "nan" is refused too.
     if (!isNumber || !(seconds >= 0.001 && seconds <= mostSeconds)) {
         return wrongValue(parser.value(option), option,
                           u"a number of seconds from 0.001 to %1"_qs.arg(mostSeconds, 0, 'f', 0));

@@ -12,8 +12,8 @@
 /// termination signal). The main thread.
 class PInterruptibleLoop {
 public:
-    /// From here on the first such signal is only noted; a second one ends the process, whatever it
-    /// is stuck in.
+    /// After this the first such signal is only recorded; a second one ends the process, even if it
+    /// is blocked.
     PInterruptibleLoop();
 
     /// True once the user has interrupted.

@@ -4,7 +4,7 @@
 #include <QElapsedTimer>
 #include <QString>
 
-/// One line on the standard error stream that is written over again and again, if that stream is a
+/// A line on the standard error stream that is overwritten repeatedly, if that stream is a
 /// terminal; else nothing. The main thread.
 class PStatusLine {
 public:

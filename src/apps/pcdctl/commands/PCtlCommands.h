@@ -6,8 +6,8 @@
 
 class PCtlHost;
 
-/// The commands, one a file. Each runs to its end on the main thread, prints its results, and
-/// returns how it ended.
+/// The commands, one per file. Each runs to its end on the main thread, prints its results, and
+/// returns its outcome.
 PCtlOutcome runListCommand(PCtlHost& host, const PCtlOptions& options);
 PCtlOutcome runModesCommand(PCtlHost& host, const PCtlOptions& options);
 PCtlOutcome runPropsCommand(PCtlHost& host, const PCtlOptions& options);
@@ -21,8 +21,8 @@ PCtlOutcome runStreamCommand(PCtlHost& host, const PCtlOptions& options);
 PCtlOutcome runRecordCommand(PCtlHost& host, const PCtlOptions& options);
 PCtlOutcome runMonitorCommand(PCtlHost& host, const PCtlOptions& options);
 
-/// What can be seen to go wrong with a command's files before any camera is touched. Makes the
-/// folders of files that will be written.
+/// Checks a command's files before any camera is opened. Creates the folders of files that will be
+/// written.
 PCtlOutcome prepareSnapFiles(const PCtlOptions& options);
 PCtlOutcome prepareProfileFile(const PCtlOptions& options);
 PCtlOutcome prepareStreamFiles(const PCtlOptions& options);

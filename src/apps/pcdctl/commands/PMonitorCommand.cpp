@@ -21,7 +21,7 @@ void printEvent(const QString& event, const PCameraIdentity& camera, bool json) 
         const QString kind = camera.simulated ? u"  (simulated)"_qs : QString();
         PCtlOutput::printLine(u"%1  %2  %3%4"_qs.arg(time).arg(event, -8).arg(camera.id, kind));
     }
-    // Now, not when the buffer is full: whoever reads it waits for the event.
+    // At once, not when the buffer is full: readers wait for the event.
     PCtlOutput::flush();
 }
 

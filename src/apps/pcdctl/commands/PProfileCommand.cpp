@@ -17,7 +17,7 @@ namespace {
 
 using Difference = PDeviceProfileDiff::Difference;
 
-/// What every result says.
+/// The part that all results have in common.
 QJsonObject commonFields(const PCameraSession& session, const PCtlOptions& options) {
     return {{u"camera"_qs, session.cameraId()},
             {u"file"_qs, QFileInfo(options.profileFile).absoluteFilePath()}};

@@ -53,7 +53,7 @@ private:
     Items m_refused;
 };
 
-/// What a bare "reset" is about.
+/// The properties of "reset" without ids.
 QList<PDeviceProperty*> allWithDefaults(PDevice& device) {
     QList<PDeviceProperty*> all;
     for (PDeviceProperty* property : device.supportProperties()) {
@@ -75,7 +75,7 @@ PCtlOutcome resetValues(PCameraSession& session, const PCtlOptions& options) {
     printPropertyValues(session.cameraId(), run.properties(), options.json,
                         {{u"kept"_qs, PPropertyJson::reportItems(run.kept())},
                          {u"refused"_qs, PPropertyJson::reportItems(run.refused())}});
-    // What nobody has asked for by name is no failure, but not passed over in silence either.
+    // Properties that the user did not name are not failures, but are reported.
     const Items failures = areNamed ? run.kept() + run.refused() : run.refused();
     for (const QString& line : PPropertyJson::reportLines(areNamed ? Items() : run.kept()))
         PCtlOutput::printMessage(u"not reset: "_qs + line);

@@ -32,8 +32,7 @@ public:
     const PDeviceMode& mode() const { return m_session.mode(); }
 
 private:
-    /// Starts the stream and waits for its first frame: a still picture is taken out of a running
-    /// stream only.
+    /// Starts the stream and waits for its first frame: stills can only be taken during a stream.
     PCtlOutcome startStream(const PCtlOptions& options) {
         PDevice* const device = m_session.device();
         QObject::connect(device, &PDevice::snapshotTaken, &m_session,
@@ -51,7 +50,7 @@ private:
     }
 
     PDeviceFrame m_picture;
-    PCameraSession m_session; // goes first: frames that still arrive need the rest
+    PCameraSession m_session; // destroyed first: frames that still arrive use the rest
 };
 
 void printJson(const QString& file, const PCameraIdentity& camera, const PSnapRun& run) {

@@ -15,7 +15,7 @@ PCtlOutcome prepareStreamFiles(const PCtlOptions& options) {
         status = PPictureFile::prepareFolder(files.path(1));
     if (!status.isOk())
         return PCtlOutcome::failed(status.reason());
-    // Without a number of frames nobody knows yet how many names will be needed.
+    // Without a number of frames, the number of names is unknown.
     const QString existing = files.firstExisting(options.frames.value_or(1));
     if (existing.isEmpty())
         return {};

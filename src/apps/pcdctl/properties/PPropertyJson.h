@@ -10,15 +10,15 @@
 
 class PDeviceProperty;
 
-/// Properties, and what came of setting them, as the program prints them. The main thread.
+/// The printed form of properties and of the results of setting them. The main thread.
 namespace PPropertyJson {
 
 /// A number, true or false, a choice's untranslated name, {x, y, width, height}, null for an
 /// action, else text.
 QJsonValue value(const QVariant& value, const QVariant& range);
-/// {id: value} of the host's copies.
+/// {id: value} of the cached values.
 QJsonObject values(const QList<PDeviceProperty*>& properties);
-/// All there is to know of a property, but not its group.
+/// Everything about a property except its group.
 QJsonObject description(const PDeviceProperty& property);
 
 /// [{id, reason}].

@@ -17,7 +17,7 @@ PCtlOutcome PLiveRun::run() {
     if (!outcome.isDone())
         return outcome;
     const bool reachedEnd = m_session.waitFor([this] { return isOver(); }, timeLimit());
-    // Read before the stream is closed: closing it takes time, which is no stall.
+    // Read before the stream is closed: the time for closing is not a stall.
     QString reason = failureReason(reachedEnd);
     if (!m_session.isUnplugged())
         beforeStop();
@@ -69,8 +69,8 @@ std::unique_ptr<PFrameWriter> PLiveRun::seriesWriter(const QString& pattern) con
     return std::make_unique<PSeriesWriter>(files, m_camera, m_options.pixelSizeUm);
 }
 
-/// Read again and again while the stream runs. A recorder is over by itself when a frame could not
-/// be saved.
+/// Checked repeatedly while the stream runs. A recorder ends on its own when a frame could not be
+/// saved.
 bool PLiveRun::isOver() {
     showStatus();
     return isComplete() || (m_recorder && m_recorder->progress().isOver) || isStalled();
@@ -87,8 +87,8 @@ void PLiveRun::showStatus() {
     m_status.show((done ? PStatusLine::bar(*done) + u' ' : QString()) + statusText());
 }
 
-/// Why the stream ended other than planned; empty if it did not. What went wrong with the files is
-/// for the recorder to say.
+/// Why the stream did not end as planned; empty if it did. The recorder reports failures of the
+/// files.
 QString PLiveRun::failureReason(bool reachedEnd) const {
     if (isComplete())
         return {};
@@ -109,7 +109,7 @@ QString PLiveRun::stallReason() const {
         .arg(framesTaken());
 }
 
-/// Waits until all that was taken is in whole files. An interruption does not cut this short: the
+/// Waits until all frames taken are in complete files. An interruption does not end this wait:
 /// frames would be lost.
 void PLiveRun::finishFiles(const QString& reason) {
     if (!m_recorder)

@@ -50,7 +50,7 @@ protected:
     /// The line that shows progress, without its bar.
     virtual QString statusText() const = 0;
 
-    /// Has the frames recorded from now on.
+    /// Records the frames from now on.
     void record(std::unique_ptr<PFrameWriter> writer, const PRecordSchedule::Plan& plan);
     /// Writes the files of a pattern, which the arguments were checked for.
     std::unique_ptr<PFrameWriter> seriesWriter(const QString& pattern) const;
@@ -84,5 +84,5 @@ private:
     Clock::time_point m_start;
     Clock::time_point m_lastFrame;
     bool m_wasStarted = false;
-    PCameraSession m_session; // goes first: frames that still arrive need the rest
+    PCameraSession m_session; // destroyed first: frames that still arrive use the rest
 };

@@ -53,8 +53,8 @@ std::chrono::microseconds PStreamRun::longestWait() const {
     return exposure + PLiveRun::longestWait();
 }
 
-/// Which frame of a triggered run is missing, as far as can be known: frames carry no numbers of
-/// the camera's own, but one that was left out in the middle leaves a gap.
+/// The probable position of the missing frame of a triggered run: frames have no numbers from the
+/// camera, but one that is missing in the middle leaves a gap in time.
 QString PStreamRun::stallReason() const {
     if (!m_trigger)
         return PLiveRun::stallReason();

@@ -5,7 +5,7 @@
 
 #include <PDip/PImage.h>
 
-/// Counts the frames of a stream and their rates, by the times they arrived at. One thread.
+/// Counts the frames of a stream and computes their rates from their times of arrival. One thread.
 class PStreamTally {
 public:
     using Clock = PFpsCounter::Clock;
