@@ -25,7 +25,7 @@
 namespace {
 
 constexpr std::chrono::milliseconds signalsEvery(100);
-constexpr qsizetype logRecords = 2000; // more than anyone scrolls through
+constexpr qsizetype logRecords = 2000; // more than users scroll through
 
 /// Qt's own texts, on buttons and in file dialogs, if its catalogue is installed.
 void installTextsOfQt(const QLocale& locale) {
@@ -120,7 +120,7 @@ void PViewProgram::openCamera(const PViewOptions& options) {
 int PViewProgram::run(const PViewOptions& options) {
     m_window->show();
     if (!options.grab.isEmpty()) {
-        m_window->resize(PMainWindow::usualSize()); // whatever the screen, which may be none
+        m_window->resize(PMainWindow::usualSize()); // there may be no screen to fit
         QTimer::singleShot(options.grabAfter, m_window.get(),
                            [this, path = options.grab] { grab(path); });
     }

@@ -9,8 +9,8 @@
 #include <QObject>
 #include <QTimer>
 
-/// Analyses pictures on a thread of its own, the newest one only, and rests at least as long as it
-/// has worked, so that half a core is the most it takes. The GUI thread.
+/// Analyses the newest picture on its own thread, and pauses at least as long as it worked, so that
+/// it uses at most half a core. The GUI thread.
 class PFrameAnalyser : public QObject {
     Q_OBJECT
 
@@ -19,7 +19,7 @@ public:
 
     /// Analyses this picture next; one that still waits is discarded.
     void offer(const PImage& image);
-    /// Discards what waits or is under way: its result is not emitted.
+    /// Discards the waiting picture, and does not emit the result of the one in progress.
     void forget();
 
 signals:

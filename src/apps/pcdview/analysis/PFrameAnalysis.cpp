@@ -10,8 +10,8 @@ namespace {
 
 constexpr double unusedShare = 0.001; // of the samples, at either end
 
-/// Counts in the widest steps: neighbouring pixels are often equal, and adding to one counter again
-/// and again would make each wait for the last.
+/// Counts at the largest distance: neighbouring pixels are often equal, and adding to the same
+/// counter each time would make each addition wait for the last.
 using FastCounts = std::array<std::array<quint32, 256>, 2>;
 
 enum Table : std::size_t { red, green, blue, luma, tables };

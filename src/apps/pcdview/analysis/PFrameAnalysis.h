@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-/// What the pixels of one picture are like, all of them. A value; any thread.
+/// Statistics of all pixels of one picture. A value; any thread.
 struct PFrameAnalysis {
     using Counts = std::array<quint64, 256>; ///< pixels of each sample value
 

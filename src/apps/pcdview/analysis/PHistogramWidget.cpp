@@ -27,7 +27,7 @@ PHistogramWidget::PHistogramWidget(QWidget* parent)
 void PHistogramWidget::setAnalysis(const PFrameAnalysis& analysis) {
     m_analysis = analysis;
     m_highest = 0;
-    // The end levels collect all that is clipped; they would press everything else flat.
+    // The end levels include all clipped samples and would flatten everything else.
     const auto look = [this](const PFrameAnalysis::Counts& counts) {
         m_highest = std::max(m_highest, *std::max_element(counts.begin() + 1, counts.end() - 1));
     };

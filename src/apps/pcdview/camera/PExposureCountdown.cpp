@@ -15,7 +15,7 @@ namespace {
 
 using std::chrono::microseconds;
 
-// Shorter ones bring more than a picture a second, whose rate is enough.
+// Shorter exposures give more than one picture per second; showing their rate is enough.
 constexpr microseconds shortestToWaitFor(900'000);
 
 microseconds readExposure(const PDevice& device) {
@@ -43,7 +43,7 @@ void PExposureCountdown::restart() {
     m_exposure = m_device.isNull() ? microseconds(0) : readExposure(*m_device);
 }
 
-/// Another time makes the camera start again; the same one does not.
+/// A different time restarts the exposure; the same one does not.
 void PExposureCountdown::followExposureTime() {
     if (!m_device.isNull() && readExposure(*m_device) != m_exposure)
         restart();

@@ -10,8 +10,8 @@
 
 class PDevice;
 
-/// When a long exposure will bring its picture. It starts with an exposure, and follows the camera
-/// from there. The device's thread; the camera is not asked.
+/// The remaining time of a long exposure. Starts with an exposure, and is updated by the device's
+/// signals. The device's thread; the camera is not read.
 class PExposureCountdown : public QObject {
     Q_OBJECT
 
@@ -19,18 +19,18 @@ public:
     using Clock = std::chrono::steady_clock;
     using Now = std::function<Clock::time_point()>;
 
-    /// Starts with an exposure of this device, whose property list must have been built. Another
-    /// clock than the system's is for tests.
+    /// Starts with an exposure of this device, whose property list must have been built. Tests may
+    /// pass their own clock.
     explicit PExposureCountdown(PDevice* device, Now now = &Clock::now);
 
     /// An exposure starts now, as when the stream is started.
     void restart();
 
-    /// Whether a run of triggered pictures is under way: between runs nothing is exposed.
+    /// Whether a triggered run is in progress: between runs nothing is exposed.
     void setRunning(bool running);
 
-    /// Seconds until the next picture, rounded up, and 0 from when it is due. Nothing where the
-    /// exposure is shorter than about a second, none runs, or a signal from outside starts it.
+    /// Seconds until the next picture, rounded up, and 0 once it is due. Nothing if the exposure is
+    /// shorter than about a second, none is in progress, or an external signal starts it.
     std::optional<std::chrono::seconds> left() const;
 
 private:

@@ -18,7 +18,7 @@ double ofMode(PDevice& device) {
     return current.width > 0 ? double(widest) / current.width : 1;
 }
 
-/// The region in pixels of the mode over the pixels that come of it.
+/// The region in pixels of the mode, divided by the size of the picture.
 double ofBinning(const PDevice& device, QSize picture) {
     const PRegionMap map = PRegionMap::of(device, picture);
     const bool isTurned = map.rotation % 180 != 0;

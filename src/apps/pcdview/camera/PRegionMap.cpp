@@ -61,7 +61,7 @@ QRect PRegionMap::toSensor(const QRect& inPicture) const {
     const QRectF region(onSensor.x() + share.x() * onSensor.width(),
                         onSensor.y() + share.y() * onSensor.height(),
                         share.width() * onSensor.width(), share.height() * onSensor.height());
-    // Rotations are not exact in binary numbers: what is whole must not grow by a pixel.
+    // Rotations are not exact in floating point: a whole number must not grow by a pixel.
     constexpr double slack = 1e-6;
     return region.adjusted(slack, slack, -slack, -slack).toAlignedRect();
 }

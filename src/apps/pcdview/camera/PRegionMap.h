@@ -8,7 +8,7 @@
 
 class PDevice;
 
-/// Between regions of a picture and regions of the sensor. A picture shows a region of the sensor,
+/// Converts regions of a picture to regions of the sensor. A picture shows a region of the sensor,
 /// made smaller by binning, then flipped, then rotated. A value.
 struct PRegionMap {
     QRect onSensor;               ///< what the picture shows, in pixels of the sensor
@@ -25,7 +25,7 @@ struct PRegionMap {
     QRect toSensor(const QRect& inPicture) const;
 
     /// The nearest region that the device accepts: inside the sensor, not too small, on its steps.
-    /// Offsets are even in any case: a colour sensor's filter repeats every two pixels, and devices
-    /// refuse to begin in between whether they say so or not. Null if there is no such region.
+    /// Offsets are always even: a colour sensor's filter repeats every two pixels, and devices
+    /// refuse odd offsets even if their range allows them. Null if there is no such region.
     static QRect snapped(const QRect& wanted, const PScanAreaRange& range);
 };

@@ -10,7 +10,7 @@
 
 namespace {
 
-/// Automatic exposure is set before time and gain, which a camera only keeps while it is off.
+/// Automatic exposure is set before time and gain, which a camera keeps only while it is off.
 constexpr PRole exposureRoles[]{PRole::AutoExposure, PRole::ExposureTarget, PRole::ExposureTime,
                                 PRole::Gain};
 
@@ -66,11 +66,11 @@ PStatus PSettingsRestorer::restore(PDevice& device, PDeviceProfileReport& report
     return status;
 }
 
-/// The plain properties of the exposure are in no profile, as a composite one has it all. That one
-/// does not follow them, though: what was set by them last would be gone.
+/// Profiles hold the exposure as a composite property, not as plain ones. But the composite one
+/// does not follow the plain ones: values last set through them would be lost.
 void PSettingsRestorer::restoreExposure(PDevice& device, PDeviceProfileReport& report) const {
     if (PCaptureMode::isTriggered(device))
-        return; // the composite one has another exposure then
+        return; // then the composite property has another exposure
     const auto automatic = m_exposure.find(PRole::AutoExposure);
     const bool isAutomatic = automatic != m_exposure.end() && automatic->second.toBool();
     for (const PRole role : exposureRoles) {
@@ -91,8 +91,8 @@ void PSettingsRestorer::restoreValue(PDevice& device, PRole role,
 }
 
 void PSettingsRestorer::remember() {
-    // A camera that has just lost its cable answers zeros until its device is removed, and no
-    // camera exposes for no time at all.
+    // A camera that was just unplugged returns zeros until its device is removed, and 0 is not a
+    // valid exposure time.
     const std::optional<double> time = PDeviceRoles::of(*m_device).number(PRole::ExposureTime);
     const bool exposesForNoTime = time.value_or(1) <= 0;
     if (exposesForNoTime || !m_device->isAnswering())
@@ -101,7 +101,7 @@ void PSettingsRestorer::remember() {
     m_values = PDeviceProfileValues::ofDevice(*m_device);
 }
 
-/// That of the live picture: in triggered capture the camera has another one.
+/// The exposure of the live picture: in triggered capture the camera has another one.
 void PSettingsRestorer::rememberExposure() {
     if (PCaptureMode::isTriggered(*m_device))
         return;

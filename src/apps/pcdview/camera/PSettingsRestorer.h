@@ -22,10 +22,10 @@ class PSettingsRestorer : public QObject {
 public:
     explicit PSettingsRestorer(QObject* parent = nullptr);
 
-    /// Keeps the settings of this linked device as they are now and after each change, until
+    /// Keeps the present settings of this linked device, and those after each change, until
     /// release().
     void follow(PDevice* device);
-    /// Stops following a device that is about to go.
+    /// Stops following the device, which is about to be removed.
     void release();
 
     bool isEmpty() const { return m_values.isEmpty(); }

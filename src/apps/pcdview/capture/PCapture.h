@@ -20,9 +20,9 @@ public:
     /// The size of a pixel of a camera's picture on the specimen, in micrometres; 0 if unknown.
     using PixelSize = std::function<double()>;
 
-    /// Saves the still pictures of this camera from now on, in the capture folder.
+    /// Saves the stills of this camera from now on, in the capture folder.
     void follow(PViewCamera* camera, PixelSize pixelSize);
-    /// Has the camera take a still picture.
+    /// Makes the camera take a still.
     void takeStill(PViewCamera& camera);
     /// Saves a picture that this camera has taken, replacing what is there: the user has
     /// confirmed that. `pixelSize` is as PixelSize returns it.

@@ -35,7 +35,7 @@ bool isTaken(const QString& path) {
 
 QString PCaptureFolder::path() {
     const QString chosen = QSettings().value(folderKey).toString();
-    if (QDir::isAbsolutePath(chosen)) // people can edit the settings file
+    if (QDir::isAbsolutePath(chosen)) // users can edit the settings file
         return chosen;
     const QString pictures = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
     return QDir(pictures).filePath(u"pcdview"_qs);
@@ -47,7 +47,7 @@ void PCaptureFolder::setPath(const QString& folder) {
 
 PNamePattern PCaptureFolder::pattern() {
     PNamePattern pattern;
-    // People can edit the settings file: what makes no sense there leaves the usual one.
+    // Users can edit the settings file: an invalid value there selects the default.
     if (const QString text = QSettings().value(patternKey).toString(); !text.isEmpty())
         pattern.setText(text);
     return pattern;
@@ -83,7 +83,7 @@ QString PCaptureFolder::nextPath(const QString& camera, const QDateTime& time,
     int number = lastNumbers().value(family, 0) + 1;
     while (isTaken(numberedPath(number)))
         ++number;
-    if (number > 2) // a time makes names of their own, of which nothing need be kept
+    if (number > 2) // with a time, names are unique, and nothing need be remembered
         lastNumbers().insert(family, number - 1);
     return numberedPath(number);
 }

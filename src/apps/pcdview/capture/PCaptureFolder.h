@@ -6,7 +6,7 @@
 #include <QDateTime>
 #include <QString>
 
-/// Where pictures and recordings go, and under which names, remembered from run to run. The GUI
+/// The folder and names of pictures and recordings, kept between runs of the program. The GUI
 /// thread.
 class PCaptureFolder {
 public:
@@ -15,7 +15,7 @@ public:
     static void setPath(const QString& folder);
     static PNamePattern pattern();
     static void setPattern(const PNamePattern& pattern);
-    /// How names of still pictures end: ".png" or ".tif".
+    /// The extension of stills: ".png" or ".tif".
     static QString stillEnding();
     static void setStillEnding(const QString& ending);
 

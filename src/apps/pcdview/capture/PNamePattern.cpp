@@ -12,7 +12,7 @@ const QString numberMark = u"{n}"_qs;
 
 constexpr qsizetype longestText = 100; // file systems take 255 bytes, and the marks grow
 
-/// A name that every file system takes.
+/// A name that is valid on every file system.
 QString asFileName(QString text) {
     static const QRegularExpression unusual(u"[^A-Za-z0-9._-]+"_qs);
     return text.replace(unusual, u"_"_qs);

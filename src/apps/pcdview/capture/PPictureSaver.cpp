@@ -25,7 +25,7 @@ PPictureSaver::PPictureSaver(std::size_t byteLimit, QObject* parent)
 PPictureSaver::~PPictureSaver() {
     m_isClosing = true;
     m_work.stop();
-    m_results.runAll(); // the event loop will not come to these any more
+    m_results.runAll(); // the event loop will not deliver these any more
 }
 
 void PPictureSaver::save(Job job) {
@@ -51,5 +51,5 @@ void PPictureSaver::report(const QString& path, const QString& reason) {
     if (!m_isClosing)
         emit finished(path, reason);
     else if (!reason.isEmpty())
-        PViewLog::warning(reason); // those who listen are being destroyed
+        PViewLog::warning(reason); // the listeners are being destroyed
 }

@@ -22,7 +22,7 @@ PRecordSchedule::Duration toDuration(double seconds) {
         std::chrono::duration<double>(seconds));
 }
 
-/// A number of the settings file, which people can edit.
+/// A number from the settings file, which users can edit.
 int readChoice(const QString& key, int last) {
     return std::clamp(QSettings().value(key, 0).toInt(), 0, last);
 }

@@ -22,7 +22,7 @@ struct PRecordSettings {
     /// The plan of a recording with these settings.
     PRecordSchedule::Plan plan() const;
 
-    /// Those of the last call of remember(); at first as above.
+    /// Those of the last call of remember(), else the defaults above.
     static PRecordSettings remembered();
     void remember() const;
 };

@@ -57,7 +57,7 @@ PStatus PRecording::start(PViewCamera& camera, const PRecordSettings& settings, 
     if (camera.state() != PViewCamera::State::Live)
         return PStatus::failure(tr("the live picture is stopped; start it first"));
     const QString ending = fileEnding(settings.format);
-    // Of a series it is the folder that must be new.
+    // For a series, the folder must be new.
     const QString own = ending.startsWith(u'/') ? QString() : ending;
     m_path = PCaptureFolder::newPath(camera.identity().id, QDateTime::currentDateTime(), own);
     const PStatus folder = PPictureFile::prepareFolder(own.isEmpty() ? m_path + ending : m_path);
@@ -158,7 +158,7 @@ void PRecording::end(const char* failure) {
         return;
     m_failure = tr(failure);
     std::optional<PFrameLedger> ledger;
-    // Not of a device that has come in its place meanwhile.
+    // Not for a device that has replaced it meanwhile.
     if (m_camera != nullptr && m_camera->device() == m_device)
         ledger = m_camera->ledger().since(m_ledgerBefore);
     if (m_device != nullptr)

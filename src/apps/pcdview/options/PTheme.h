@@ -20,7 +20,7 @@ public:
     static bool isKnown(const QString& name);
     static QList<Kind> all() { return {Kind::System, Kind::Light, Kind::Dark}; }
 
-    /// The kind that the user chose last, remembered from run to run.
+    /// The kind that the user chose last, kept between runs of the program.
     static Kind chosen();
     static void choose(Kind kind);
 };

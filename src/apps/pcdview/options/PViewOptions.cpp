@@ -71,7 +71,7 @@ PStatus readOptions(const QCommandLineParser& parser, PViewOptions& options) {
     return status.isOk() ? readGrab(parser, options) : status;
 }
 
-/// With its value, which is a word of its own or follows "=".
+/// With its value, which is a separate word or follows "=".
 void removeOption(QStringList& words, const QString& option) {
     for (qsizetype at = 0; at < words.size();) {
         if (words[at] == option)

@@ -11,11 +11,11 @@ struct PViewOptions : PProgramOptions {
     QString grab;  ///< picture file of the window; empty: none
     std::chrono::milliseconds grabAfter{2000};
 
-    /// The words to start the program again with: these, but with simulated cameras, of the
-    /// built-in scene. The program's name is left out.
+    /// The arguments for restarting the program: these, but with the simulated cameras of the
+    /// built-in scene. Without the program's name.
     static QStringList withSimulatedCameras(QStringList arguments);
-    /// Reads the words of a command line, the program's name first. Fails with what is wrong and
-    /// what was expected. `answer` gets the text to print instead of a run (help, version), or
-    /// stays empty.
+    /// Reads a command line, with the program's name first. Fails with what is wrong and what was
+    /// expected. `answer` is set to the text to print instead of running (help, version), or stays
+    /// empty.
     static PStatus parse(const QStringList& arguments, PViewOptions& options, QString& answer);
 };

@@ -42,7 +42,7 @@ public:
 public slots:
     /// Shows all of the picture, as large as possible.
     void fit();
-    /// One pixel of the picture for each of the screen, around the middle.
+    /// Shows the picture at 100 %, keeping the middle in place.
     void actualSize();
     void zoomIn();
     void zoomOut();

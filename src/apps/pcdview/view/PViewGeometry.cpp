@@ -25,7 +25,7 @@ void PViewGeometry::setPicture(QSize size) {
     m_picture = size;
     if (m_fit || !wasReady || !isReady())
         return refit();
-    // The same field of the lens, whatever the number of pixels it has now.
+    // The same field of view, whatever its number of pixels now.
     const double growth = double(size.width()) / before.width();
     m_scale = std::clamp(m_scale / growth, smallestScale(), largestScale);
     place({middle.x() * growth, middle.y() * size.height() / before.height()},

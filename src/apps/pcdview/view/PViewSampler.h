@@ -9,8 +9,8 @@
 #include <QColor>
 #include <QImage>
 
-/// Draws the part of a picture that a view shows straight out of its memory, so that the work grows
-/// with the view and not with the sensor. Any thread.
+/// Draws the visible part of a picture directly from its memory, so that the work grows with the
+/// view and not with the sensor. Any thread.
 class PViewSampler {
 public:
     /// Samples along one axis that make a pixel of the view, where the picture is made smaller.

@@ -83,7 +83,7 @@ PCameraPage* PCameraTabs::addPage(PDevice* device) {
 
 void PCameraTabs::closePage(PCameraPage* page) {
     m_tabs->removeTab(
-        m_tabs->indexOf(page)); // first: all that shows its camera disconnects from it
+        m_tabs->indexOf(page)); // first, so that everything that shows its camera disconnects
     delete page;
     showSituation();
     emit entriesChanged();
@@ -199,7 +199,7 @@ void PCameraTabs::showSituation() {
     situation.isSimulated = m_host.sdk().isSimulated();
     situation.camerasPresent = int(m_host.manager().devices().size());
     m_welcome->setSituation(situation);
-    // The page behind must not keep the window from being made small.
+    // The page behind must not prevent the window from being made small.
     const auto claim = m_tabs->count() > 0 ? QSizePolicy::Ignored : QSizePolicy::Preferred;
     m_welcome->setSizePolicy(claim, claim);
     setCurrentWidget(m_tabs->count() > 0 ? static_cast<QWidget*>(m_tabs) : m_welcome);

@@ -11,8 +11,8 @@ class PDevice;
 class PWelcomePage;
 class QTabWidget;
 
-/// The open cameras, each in a tab of its own; what to do, where none is. Follows cameras as they
-/// come and go. The GUI thread.
+/// The open cameras, each in its own tab, or the welcome page. Follows cameras as they come and go.
+/// The GUI thread.
 class PCameraTabs : public QStackedWidget {
     Q_OBJECT
 
@@ -22,8 +22,8 @@ public:
     /// Closes all cameras.
     ~PCameraTabs() override;
 
-    /// Opens the camera that the user named (see PDeviceManager::select), in the tab it has or
-    /// in a new one, or only shows it where it is open. Fails with the reason.
+    /// Opens the camera that the user named (see PDeviceManager::select), in its tab or a new one,
+    /// or only shows it if it is open. Fails with the reason.
     PStatus open(const QString& camera);
     /// Opens the first camera, if there is one and none is open.
     void openFirst();
@@ -34,7 +34,7 @@ public:
     /// The tab in front, or null.
     PCameraPage* currentPage() const;
     QList<PCameraPage*> pages() const;
-    /// The cameras that are there or open, for a list.
+    /// The cameras that are present or open, for a list.
     QList<PCameraListPanel::Entry> entries() const;
 
 public slots:

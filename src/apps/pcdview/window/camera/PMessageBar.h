@@ -3,8 +3,8 @@
 
 #include <QStatusBar>
 
-/// A status bar whose messages never end in the middle of a word: one that does not fit beside the
-/// fields loses its middle, and is the tool tip in full. The GUI thread.
+/// A status bar that shortens a message that does not fit beside the fields in its middle, and
+/// shows it in full as a tool tip. The GUI thread.
 class PMessageBar : public QStatusBar {
     Q_OBJECT
 

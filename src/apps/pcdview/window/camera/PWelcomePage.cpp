@@ -49,7 +49,7 @@ PWelcomePage::PWelcomePage(QWidget* parent)
     column->addStretch();
     auto* const row = new QHBoxLayout(this);
     row->addStretch();
-    row->addLayout(column, 100); // all there is, up to the text's most
+    row->addLayout(column, 100); // all the width there is, up to the text's maximum
     row->addStretch();
 }
 
@@ -65,7 +65,7 @@ void PWelcomePage::setSituation(const Situation& situation) {
     m_text->setText(asList(isSimulated ? adviceOfScene() : adviceFor(situation)));
 }
 
-/// Where the cameras are simulated, no cable helps.
+/// Checking the cable does not help with simulated cameras.
 QStringList PWelcomePage::adviceOfScene() {
     return {tr("Simulated cameras are in use, and none in the scene is plugged in."),
             tr("Start the program with another scene: pcdview --scene FILE. Without this option "

@@ -50,7 +50,7 @@ void PCameraDisplay::addPage(PCameraPage* page) {
 void PCameraDisplay::showPage(PCameraPage* page) {
     m_modes.setCamera(page == nullptr ? nullptr : &page->camera());
     for (PCameraPage* const other : m_tabs.pages()) {
-        if (other != page) // its panel is hidden, and only that knows of a run
+        if (other != page) // its panel is hidden, and only the panel has the state of a run
             other->camera().setRunning(false);
     }
     if (page != nullptr) {

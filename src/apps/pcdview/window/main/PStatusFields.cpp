@@ -68,8 +68,8 @@ PStatusFields::PStatusFields(QStatusBar* bar)
     , m_temperature(addField(bar, "temperature"))
     , m_ledger(addField(bar, "ledger")) {
     m_temperature->setToolTip(tr("Temperature of the sensor"));
-    // The only one that is not always there, and long: it must not make the window wider. As the
-    // first one it does not move the others either.
+    // The only field that is not always shown, and a long one: it must not make the window wider.
+    // As the first field it does not move the others either.
     m_pixel->setMinimumWidth(1);
 }
 

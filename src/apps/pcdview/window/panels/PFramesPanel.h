@@ -15,7 +15,7 @@ class PFramesPanel : public QWidget {
 public:
     explicit PFramesPanel(QWidget* parent = nullptr);
 
-    /// `pictures`: how many pictures were taken, see PLedgerText::rows().
+    /// `pictures`: the number of pictures taken, see PLedgerText::rows().
     void setLedger(const PFrameLedger& ledger, quint64 pictures);
 
 private:

@@ -8,7 +8,7 @@
 class PHistogramWidget;
 class QLabel;
 
-/// The histogram of the picture that is shown, and what can be read from its pixels. The GUI
+/// The histogram of the displayed picture, and the figures computed from its pixels. The GUI
 /// thread.
 class PHistogramPanel : public QWidget {
     Q_OBJECT

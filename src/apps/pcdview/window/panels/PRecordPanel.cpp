@@ -92,7 +92,7 @@ void PRecordPanel::makeFields(const PRecordSettings& settings) {
 void PRecordPanel::makeLayout() {
     auto* const form = new QFormLayout(this);
     form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
-    // On top, where the progress is seen also in a window that has no room for all of the panel.
+    // At the top, where the progress is visible even if the window has no room for the whole panel.
     form->addRow(m_button);
     form->addRow(m_bar);
     form->addRow(m_text);
@@ -138,7 +138,7 @@ void PRecordPanel::showProgress() {
     m_bar->setVisible(here != nullptr);
     if (here != nullptr) {
         const std::optional<double> share = here->progress().share;
-        // Without a set end it only shows that something is going on.
+        // Without a planned end it only shows activity.
         m_bar->setMaximum(share ? barSteps : 0);
         m_bar->setValue(int(share.value_or(0) * barSteps));
     }
