@@ -6,7 +6,7 @@
 #include <string>
 #include <type_traits>
 
-/// How the arguments of SDK calls are written in the journal. All callable from any thread.
+/// The text form of SDK calls' arguments in the journal. All callable from any thread.
 namespace PSimArgument {
 
 /// A text in double quotes, at most `maximum` bytes of it; a null pointer is "null".
@@ -18,7 +18,7 @@ struct Text {
     std::size_t maximum; ///< bytes that may be read
 };
 
-/// A pointer, of which the journal shows only whether it is null: "fn", "ctx", "data".
+/// A pointer that the journal shows as "null" or as this word: "fn", "ctx", "data".
 struct Named {
     bool present;
     const char* name;
@@ -52,7 +52,7 @@ inline Named buffer(const void* pointer) {
     return {pointer != nullptr, "data"};
 }
 
-/// The text of one argument: numbers in decimal, the wrappers as they say.
+/// The text of one argument: numbers in decimal, wrapped values as described there.
 template <typename T>
 std::string write(T value) {
     static_assert(std::is_integral_v<T>);

@@ -8,8 +8,8 @@
 #include <optional>
 #include <string>
 
-/// What every entry point of the SDK does around its work: injected delays and failures, the check
-/// of the handle, a barrier for exceptions, a line in the journal. Callable from any thread.
+/// The common part of all entry points of the SDK: injected delays and failures, the check of the
+/// handle, a barrier for exceptions, a line in the journal. Callable from any thread.
 namespace PSimCall {
 
 /// The text of one argument for the journal; of a handle its name.
@@ -23,7 +23,7 @@ std::string written(const T& argument) {
     return PSimArgument::write(argument);
 }
 
-/// Does the work unless the call is to fail; no exception leaves it.
+/// Does the work unless the call is set to fail; lets no exception out.
 template <typename Work>
 HRESULT guarded(const char* function, std::optional<unsigned> option, const Work& work) noexcept {
     try {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// The entry points of the SDK, one line of work each; what all of them share is in PSimCall.
+// The entry points of the SDK, one line of work each; their common part is in PSimCall.
 
 #include <toupcam/sim/api/PSimCall.h>
 
@@ -34,7 +34,7 @@ HRESULT give(const Range& range, T* minimum, T* maximum, T* initial) {
     return S_OK;
 }
 
-// Reports the size that a fault wants reported; 0 x 0 leaves the client's record as it was.
+// Reports the size given by a fault; 0 x 0 leaves the client's record unchanged.
 HRESULT pullMisreported(PSimStream& stream, const PSimSize& size, bool still, void* buffer,
                         int bits, ToupcamFrameInfoV2* info) {
     ToupcamFrameInfoV2 own{};
@@ -58,7 +58,7 @@ HRESULT pull(const char* function, HToupcam h, bool still, void* buffer, int bit
     return onCamera(function, h, work, PSimArgument::buffer(buffer), bits, out(info));
 }
 
-// put_Option and get_Option name the option, so that a fault can be meant for one option only.
+// put_Option and get_Option pass the option, so that a fault can apply to one option only.
 template <typename Work, typename Value>
 HRESULT onOption(const char* function, HToupcam h, unsigned option, const Work& work,
                  const Value& value) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// The entry points of the SDK for what the camera's processor does to a picture.
+// The entry points of the SDK for image processing in the camera.
 
 #include <toupcam/sim/api/PSimCall.h>
 

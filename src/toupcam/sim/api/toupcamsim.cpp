@@ -13,7 +13,7 @@ QByteArray toId(const char* camId) {
     return camId ? QByteArray(camId) : QByteArray();
 }
 
-// No exception leaves a C function; what fails with one counts as not done.
+// No exception may leave a C function; a call that throws counts as failed.
 template <typename Work>
 int done(const Work& work) noexcept {
     try {

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// What a test, or a program that shows simulated cameras, may do to the simulated world behind the
-// SDK's interface: load scenes, plug and unplug cameras, make calls fail, and read what was called.
-// All functions are plain C functions exported by the simulated libtoupcam.so, callable from any
-// thread; none of them is part of the camera SDK. A program that loads the library at run time
-// recognises a simulated SDK by the symbol ToupcamSim_version. Texts are UTF-8.
+// Control of the simulated world behind the SDK's interface, for tests and programs that show
+// simulated cameras: load scenes, plug and unplug cameras, make calls fail, and read what was
+// called. All functions are plain C functions exported by the simulated libtoupcam.so, callable
+// from any thread; none of them is part of the camera SDK. A program that loads the library at run
+// time recognises a simulated SDK by the symbol ToupcamSim_version. Texts are UTF-8.
 
 #include <toupcam/toupcam.h>
 
@@ -17,13 +17,13 @@ extern "C" {
 TOUPCAM_API(const char*) ToupcamSim_version(void);
 
 /// Replaces the scene by the one in this JSON text. All cameras open now are unplugged first, and
-/// the faults of the old scene are forgotten. Not from inside a callback.
+/// the faults of the old scene are discarded. Not from inside a callback.
 /// Returns null on success, otherwise a text that names what is wrong and where (valid until the
 /// next call on the same thread); on failure the scene is unchanged.
 TOUPCAM_API(const char*) ToupcamSim_loadScene(const char* json);
 
-/// Back to the built-in scene, with an empty journal and no faults. Every open handle must have
-/// been closed before. Handles are counted from h1 again. Not from inside a callback.
+/// Restores the built-in scene, with an empty journal and no faults. All handles must have been
+/// closed before. Handles are counted from h1 again. Not from inside a callback.
 TOUPCAM_API(void) ToupcamSim_reset(void);
 
 /// Pulls the cable of the camera with this SDK id: its stream reports the loss as the SDK does, its
@@ -58,8 +58,8 @@ TOUPCAM_API(void) ToupcamSim_delayCall(const char* function, unsigned ms);
 TOUPCAM_API(void)
 ToupcamSim_reportSize(const char* function, unsigned width, unsigned height);
 
-/// Makes every call of Toupcam_get_Option with this option return this value, also one that the
-/// option cannot take.
+/// Makes every call of Toupcam_get_Option with this option return this value, even one that the
+/// option cannot have.
 TOUPCAM_API(void) ToupcamSim_answerOption(unsigned option, int value);
 
 /// Clears all failures, delays, reported sizes and option values.

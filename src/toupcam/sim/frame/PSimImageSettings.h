@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// How the camera's processor makes a picture of what the sensor read. The defaults change nothing.
-/// Plain values.
+/// Settings of the camera's processor for turning the sensor's values into a picture. The defaults
+/// change nothing. Plain values.
 struct PSimImageSettings {
     int hue = 0;            ///< degrees, -180 … 180
     int saturation = 128;   ///< 0 grey … 128 as it is … 255
@@ -14,5 +14,5 @@ struct PSimImageSettings {
     int temperature = 6503; ///< kelvin: the light taken for white
     int tint = 1000;        ///< green of the picture, 200 … 2500
     bool whiteBalanceGains = true;
-    bool colourMatrix = true; ///< takes the colour filters' crosstalk out
+    bool colourMatrix = true; ///< removes the colour filters' crosstalk
 };

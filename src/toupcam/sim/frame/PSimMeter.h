@@ -15,8 +15,8 @@ struct PSimMeans {
     double all() const { return (red + green + blue) / 3.0; }
 };
 
-/// Measures a picture row by row, from a grid of some thousand pixels of it: what auto-exposure and
-/// white balance use. Used on one thread.
+/// Measures a picture row by row on a grid of some thousand pixels, for auto-exposure and white
+/// balance. Used on one thread.
 class PSimMeter {
 public:
     PSimMeter(const PSimSize& size, unsigned channels);

@@ -25,6 +25,6 @@ struct PSimPicture {
     std::size_t bytes() const { return stride() * height; }
     /// The header that push mode delivers with the pixels.
     BITMAPINFOHEADER header() const;
-    /// Makes the memory large enough and points `pixels` there.
+    /// Makes the memory large enough and sets `pixels` to it.
     std::uint8_t* ownPixels();
 };

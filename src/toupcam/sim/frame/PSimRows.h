@@ -3,8 +3,7 @@
 
 #include <cstdint>
 
-/// The rows of one picture, from the top, before the camera's processor has done anything. Used on
-/// one thread.
+/// The rows of one picture, from the top, before processing. Used on one thread.
 class PSimRows {
 public:
     virtual ~PSimRows() = default;

@@ -4,7 +4,7 @@
 #include <toupcam/sim/frame/PSimGeometry.h>
 #include <toupcam/sim/frame/PSimImageSettings.h>
 
-/// What one frame is taken with. Plain values.
+/// The settings with which one frame is taken. Plain values.
 struct PSimShot {
     unsigned resolution = 0;
     bool blueFirst = false;

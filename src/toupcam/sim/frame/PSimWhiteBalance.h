@@ -5,9 +5,9 @@
 
 #include <array>
 
-/// White balance: which light counts as white. Light of a colour temperature is that of a black
-/// body by Planck's law, taken at the middle wavelength of each colour channel and compared with
-/// light of 6503 K. All callable from any thread.
+/// White balance: the light that is shown as white. Light of a colour temperature is that of a
+/// black body by Planck's law, taken at the middle wavelength of each colour channel and compared
+/// with light of 6503 K. All callable from any thread.
 namespace PSimWhiteBalance {
 
 constexpr int neutralTemperature = 6503; ///< kelvin
@@ -22,8 +22,8 @@ struct Setting {
     int tint = neutralTint;               ///< 200 … 2500
 };
 
-/// What light of this temperature has in each channel, the strongest being 1; neutral light has 1
-/// in all.
+/// The strength of light of this temperature in each channel, relative to the strongest; neutral
+/// light has 1 in all.
 Channels lamp(double kelvin);
 
 /// The factors that make light of the setting's temperature white, with green as it is; then a tint

@@ -3,15 +3,14 @@
 
 #include <toupcam/sim/frame/PSimPicture.h>
 
-/// Brings rows to their place in a picture, flipped and turned, each pixel moved at most once. Used
-/// on one thread.
+/// Writes rows to their place in a picture, flipped and rotated, moving each pixel at most once.
+/// Used on one thread.
 class PSimOrienter {
 public:
-    /// `size` is that of the rows before they are turned; the picture has its final size and
-    /// memory.
+    /// `size` is that of the rows before rotation; the picture has its final size and memory.
     PSimOrienter(const PSimOrientation& orientation, const PSimSize& size, PSimPicture& picture);
 
-    /// Where row `y` is to be written, 0 first, then each of the others in order.
+    /// The place to write row `y` to, beginning with 0, in order.
     std::uint8_t* line(unsigned y);
     /// That row has been written.
     void written(unsigned y);
@@ -27,5 +26,5 @@ private:
     const unsigned m_pixelBytes;
     const std::size_t m_stride;
     std::uint8_t* const m_out;
-    std::vector<std::uint8_t> m_band; ///< rows that cannot be written where they belong
+    std::vector<std::uint8_t> m_band; ///< rows that cannot be written in place
 };

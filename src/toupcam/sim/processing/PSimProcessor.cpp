@@ -16,7 +16,7 @@ void processRows(PSimRows& rows, const PSimShot& shot, PSimPicture& picture) {
     for (unsigned y = 0; y < size.height; ++y) {
         std::uint8_t* const line = orienter.line(y);
         rows.next(line);
-        // Before the tone stage: auto-exposure must not follow what that does to the tones.
+        // Before the tone stage, which must not affect auto-exposure.
         meter.add(y, line);
         toneStage.apply(line, size.width);
         orienter.written(y);

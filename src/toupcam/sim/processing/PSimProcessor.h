@@ -5,7 +5,7 @@
 #include <toupcam/sim/frame/PSimRows.h>
 #include <toupcam/sim/frame/PSimShot.h>
 
-/// The camera's processor: makes a picture of the rows of the shot's region, with `bits` a pixel,
+/// The camera's processor: turns the rows of the shot's region into a picture with `bits` per pixel
 /// in one pass: binning, metering, colour and tone, flips and rotation. Fills everything of the
 /// picture but its number and time. Callable from any thread.
 void simProcess(PSimRows& sensor, unsigned bits, const PSimShot& shot, PSimPicture& picture);

@@ -29,7 +29,7 @@ bool isIdentity(const PSimTone& tone) {
 using Row = std::array<int, 3>;
 using Planes = std::int32_t[3][block];
 
-// One channel of a block; plane by plane, so that the compiler makes vector instructions of it.
+// One channel of a block; plane by plane, so that the compiler can vectorise it.
 void mix(const Planes& in, const Row& factors, std::int32_t* __restrict out) {
     const Row f = factors;
     for (unsigned i = 0; i < block; ++i) {

@@ -36,7 +36,7 @@ public:
     QString requiredText(const char* key);
     bool boolean(const char* key, bool fallback);
     double number(const char* key, double fallback, double minimum, double maximum);
-    /// A whole number; T decides nothing but the type of the result.
+    /// A whole number; T is only the type of the result.
     template <typename T>
     T integer(const char* key, T fallback, double minimum, double maximum) {
         return static_cast<T>(wholeNumber(key, double(fallback), minimum, maximum));
@@ -51,7 +51,7 @@ public:
     /// Throws if there is a key that none of the calls above has read.
     void finish() const;
 
-    /// Throws about the value under a key.
+    /// Throws an error for the value under a key.
     [[noreturn]] void complain(const char* key, const QString& expected) const;
 
 private:

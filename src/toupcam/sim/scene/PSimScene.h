@@ -9,8 +9,8 @@
 #include <optional>
 #include <vector>
 
-/// What the simulated world consists of, as a scene text says it. Plain values: parsed and checked
-/// once by PSimSceneReader, never changed afterwards.
+/// The description of the simulated world from a scene text. Plain values: parsed and checked once
+/// by PSimSceneReader, never changed afterwards.
 
 /// One resolution of a camera.
 struct PSimResolution {
@@ -27,7 +27,7 @@ struct PSimSourceSpec {
     enum class Kind {
         Tissue,       ///< procedural stained tissue section in bright field
         Fluorescence, ///< procedural fluorescent cells on a dark background
-        Flat,         ///< even light, no specimen: what a photon-transfer curve is taken of
+        Flat,         ///< even light, no specimen, for measuring a photon-transfer curve
         Picture,      ///< picture files of the user
         Patches,      ///< pure red, green and blue patches on black, without noise
         Ring          ///< ready-made frames that cost nothing to produce
@@ -99,7 +99,7 @@ struct PSimCameraSpec {
     bool plugged = true;
 
     bool isColour() const { return bits == 24; }
-    /// Whether region, binning and rotation exist; ready-made frames are never worked on.
+    /// Whether region, binning and rotation exist; ready-made frames are never processed.
     bool hasGeometry() const { return source.kind != PSimSourceSpec::Kind::Ring; }
 };
 
@@ -121,7 +121,7 @@ struct PSimFaultSpec {
         Answer
     };
     Action action = Action::Unplug;
-    QByteArray camera;                        ///< id; empty for Fail and what follows it
+    QByteArray camera;                        ///< id; empty for Fail and the kinds after it
     std::optional<std::uint64_t> afterFrames; ///< frames taken by that camera since scene load
     std::optional<unsigned> atMs;             ///< since the scene was loaded
     unsigned event = 0;                       ///< Event: the code

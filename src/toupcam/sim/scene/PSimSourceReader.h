@@ -5,10 +5,10 @@
 
 #include <QJsonValue>
 
-/// Reads what lies under the lens of a scene's camera. Callable from any thread.
+/// Reads the image source of a scene's camera. Callable from any thread.
 class PSimSourceReader {
 public:
-    /// Relative picture paths are meant from `folder`. Throws PSimSceneError.
+    /// Relative picture paths refer to `folder`. Throws PSimSceneError.
     static PSimSourceSpec read(const QJsonValue& value, const QString& place,
                                const QString& folder);
 };

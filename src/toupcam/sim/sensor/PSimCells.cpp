@@ -6,7 +6,7 @@ namespace {
 constexpr float cellUnitsWide = 1280.0F;
 constexpr float pitch = 118.0F; // units from cell to cell
 
-// Two exposures of dye over each other add up, but never beyond full.
+// Overlapping dyes add up, but never beyond full.
 std::uint8_t added(std::uint8_t value, float more) {
     return std::uint8_t(std::min(255.0F, float(value) + 255.0F * more));
 }

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
-/// What turns light into counts, in fixed point: 16 units a count.
+/// The factors that turn light into counts, in fixed point: 16 units per count.
 struct PSimRowFactors {
     std::uint16_t signal = 0;  ///< counts for one unit of light, in 1/4096
     std::uint16_t ceiling = 0; ///< most units the pixel can hold
@@ -13,8 +13,8 @@ struct PSimRowFactors {
     std::int16_t offset = 0;   ///< units added at the end, rounding included
 };
 
-/// Exposes `count` pixels' channels: light, its roots and two rows of noise in, counts out. Free of
-/// branches, so that the compiler makes vector instructions of it. Callable from any thread.
+/// Exposes `count` pixels' channels: light, its roots and two rows of noise in, counts out. Without
+/// branches, so that the compiler can vectorise it. Callable from any thread.
 void simExposeRow(const std::uint8_t* light, const std::uint8_t* roots, const std::int8_t* shot,
                   const std::int8_t* read, std::size_t count, const PSimRowFactors& factors,
                   std::uint8_t* out);

@@ -23,7 +23,7 @@ public:
 
     bool isSteady() const { return m_angularFrequency * m_exposure == 0.0; }
 
-    /// What a row of the sensor gets of the light, as a share of the mean; not if it is steady.
+    /// The light on a row of the sensor, as a share of the mean; not to be called for steady light.
     double rowLight(unsigned row) const {
         const double width = m_angularFrequency * m_exposure;
         const double phase = 2.0 * m_angularFrequency * (m_start + row * m_rowTime);

@@ -8,8 +8,8 @@
 #include <cstdint>
 #include <memory>
 
-/// What lies under the lens and how it becomes pictures. Thread-safe; a camera's producing thread
-/// calls take().
+/// The source of a camera's pictures: what is under the lens, and how it is imaged. Thread-safe; a
+/// camera's producing thread calls take().
 class PSimImageSource {
 public:
     virtual ~PSimImageSource() = default;
@@ -19,7 +19,7 @@ public:
     virtual void take(const PSimShot& shot, std::uint64_t frame, PSimPicture& picture) = 0;
     /// Whether exposure and gain change the pictures.
     virtual bool isExposed() const = 0;
-    /// Whether pictures come as fast as they are delivered instead of at the camera's rate.
+    /// Whether pictures come as fast as the client takes them instead of at the camera's rate.
     virtual bool isUnpaced() const { return false; }
 
     /// The source that the scene gives this camera; `seed` chooses its noise.

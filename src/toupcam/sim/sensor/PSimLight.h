@@ -7,8 +7,8 @@
 #include <cstdint>
 #include <vector>
 
-/// The light that falls on the sensor, without exposure and noise: 255 is full light. Made once for
-/// a resolution and then only read, from any thread.
+/// The light that falls on the sensor, without exposure and noise: 255 is full light. Created once
+/// for a resolution and then only read, from any thread.
 struct PSimLight {
     unsigned width = 0; ///< pixels, the margin on both sides included
     unsigned height = 0;
@@ -23,7 +23,7 @@ struct PSimLight {
     void lightWith(double kelvin);
     /// Swaps red and blue.
     void swapColours();
-    /// Fills `roots` from `values`; last step of making one.
+    /// Fills `roots` from `values`; the last step of creating a light.
     void computeRoots();
 };
 

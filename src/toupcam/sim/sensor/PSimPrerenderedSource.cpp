@@ -9,7 +9,7 @@
 
 namespace {
 
-// The rows of a region of a picture that is there already.
+// The rows of a region of an existing picture.
 class RegionRows : public PSimRows {
 public:
     RegionRows(const std::uint8_t* pixels, const PSimPicture& form, const PSimRegion& region)

@@ -6,9 +6,8 @@
 #include <map>
 #include <mutex>
 
-/// Pictures that exist before they are taken: exact, without noise, the same at any exposure.
-/// While no setting changes it, a frame costs no more than a pointer; the memory lives
-/// as long as the source.
+/// Ready-made pictures: exact, without noise, the same at any exposure. Unless a setting changes
+/// it, a frame costs only a pointer; the memory lives as long as the source.
 class PSimPrerenderedSource : public PSimImageSource {
 public:
     explicit PSimPrerenderedSource(std::shared_ptr<const PSimCameraSpec> spec)
@@ -18,12 +17,12 @@ public:
     bool isExposed() const override { return false; }
 
 protected:
-    /// How many different pictures there are.
+    /// The number of different pictures.
     virtual unsigned count() const = 0;
     /// Paints picture `index` into out, which is all zero.
     virtual void paint(unsigned index, const PSimPicture& form, std::uint8_t* out) const = 0;
 
-    /// Whether pictures are handed out as they are, whatever the settings.
+    /// Whether pictures are delivered unchanged, whatever the settings.
     virtual bool isFixed() const { return false; }
 
     const PSimCameraSpec& spec() const { return *m_spec; }

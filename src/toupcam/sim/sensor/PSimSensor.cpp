@@ -29,8 +29,8 @@ std::vector<std::int8_t> normalNoise() {
     return noise;
 }
 
-// One supply for all sensors, made when the first picture is taken; never freed, as SDK threads may
-// outlive the end of main.
+// One pool for all sensors, created with the first picture; never freed, as SDK threads may outlive
+// the end of main.
 const std::vector<std::int8_t>& noiseSupply() {
     static const auto* const noise = new std::vector<std::int8_t>(normalNoise());
     return *noise;

@@ -49,7 +49,7 @@ std::shared_ptr<const PSimLight> PSimSensorSource::lightFor(const PSimShot& shot
         *light = *entry.light;
         light->swapColours();
     } else {
-        entry.light.reset(); // before the next is made: two of them would be a lot of memory
+        entry.light.reset(); // before the next is created: two of them would need much memory
         *light = makeLight(shot.resolution, file);
         if (shot.blueFirst)
             light->swapColours();

@@ -8,7 +8,7 @@
 #include <map>
 #include <mutex>
 
-/// A specimen or a picture seen through the sensor model: what exposure, gain and noise act on.
+/// A specimen or a picture seen through the sensor model, with exposure, gain and noise.
 class PSimSensorSource : public PSimImageSource {
 public:
     PSimSensorSource(std::shared_ptr<const PSimCameraSpec> spec, std::uint64_t seed);

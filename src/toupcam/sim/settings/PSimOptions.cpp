@@ -7,7 +7,7 @@ HRESULT inRange(int value, int minimum, int maximum) {
     return value >= minimum && value <= maximum ? S_OK : E_INVALIDARG;
 }
 
-// 0 is what the simulator does; 1 exists in the SDK but does nothing here.
+// Only 0 is supported; 1 exists in the SDK but not here.
 HRESULT onlyZero(int value) {
     if (value == 0)
         return S_OK;

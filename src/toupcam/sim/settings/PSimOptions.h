@@ -6,7 +6,7 @@
 
 #include <map>
 
-/// The options of Toupcam_put_Option that are no more than a value, checked: E_NOTIMPL for one that
+/// The options of Toupcam_put_Option that are plain values, with checks: E_NOTIMPL for one that
 /// this model does not have, E_INVALIDARG out of range. Any thread may use it under its owner's
 /// lock.
 class PSimOptions {

@@ -23,8 +23,8 @@ enum class PSimScalar {
     Count
 };
 
-/// The values of these settings, checked. A grey camera does not have those that are about colour:
-/// E_NOTIMPL. Any thread may use it under its owner's lock.
+/// The values of these settings, checked. A grey camera returns E_NOTIMPL for those about colour.
+/// Any thread may use it under its owner's lock.
 class PSimScalarSettings {
 public:
     /// Power-on values.
@@ -32,7 +32,7 @@ public:
 
     /// Whether this value can be set: S_OK, E_NOTIMPL or E_INVALIDARG. A switch takes any value.
     HRESULT check(PSimScalar scalar, int value) const;
-    /// Sets it if check() finds nothing; any value but 0 switches a switch on, to 1.
+    /// Sets it if check() succeeds; any value but 0 turns a switch on, as 1.
     HRESULT set(PSimScalar scalar, int value);
     /// E_POINTER for a null output, E_NOTIMPL.
     HRESULT get(PSimScalar scalar, int* value) const;

@@ -27,7 +27,7 @@ public:
     /// Accepts 0, 1 and 2, which have the same effect: nothing is ever queued.
     HRESULT setRealTime(int value);
 
-    /// What the cooler aims at, 0.1 degrees C, -500 … 400.
+    /// The cooler's target, 0.1 degrees C, -500 … 400.
     HRESULT setTargetTemperature(short target);
     /// The sensor's temperature now, 0.1 degrees C; E_NOTIMPL without a cooler.
     HRESULT temperature(short* output) const;
@@ -39,7 +39,7 @@ public:
     HRESULT setTempTint(int temperature, int tint);
     HRESULT tempTint(int* temperature, int* tint) const;
 
-    /// Another resolution than before takes the region back to the whole sensor.
+    /// A different resolution resets the region to the whole sensor.
     HRESULT setResolution(unsigned index);
     unsigned resolution() const;
     /// In pixels of the resolution; all 0: the whole sensor.
@@ -50,7 +50,7 @@ public:
     HRESULT setSpeed(unsigned short level);
     unsigned short speed() const;
 
-    /// Whether exposure time and gain follow the brightness.
+    /// Whether auto-exposure is on.
     HRESULT setAutoExposure(bool on);
     bool autoExposure() const;
     /// The mean brightness that auto-exposure aims at, 10 … 235.
@@ -61,7 +61,7 @@ public:
     HRESULT setGain(unsigned short percent);
     PSimExposure exposure() const;
 
-    /// What the next frame is taken with.
+    /// The settings of the next frame.
     PSimShot shot() const;
     /// The same for a picture at any resolution, of the same part of the sensor.
     PSimShot shotAt(unsigned resolution) const;

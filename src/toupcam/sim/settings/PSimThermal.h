@@ -19,7 +19,7 @@ struct PSimCooling {
 ///     dT/dt = (U - share x C - T) / 40 s
 ///
 /// U is the air's temperature plus the camera's own heat, 3 K, and 9 K more while it streams; the
-/// fan carries up to half of that away. C is what the cooler can do at full voltage: 45 K with the
+/// fan carries up to half of that away. C is the cooler's effect at full voltage: 45 K with the
 /// fan at its highest level, 40 % of that without. The cooler's voltage, `share` of the highest, is
 /// what holds the target, plus a quarter of it for each degree that is missing. Callable from any
 /// thread.

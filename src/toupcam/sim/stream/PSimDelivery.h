@@ -5,7 +5,7 @@
 
 #include <functional>
 
-/// The way a stream's pictures reach the client: pushed or pulled. The stream calls all but pull()
+/// Delivers a stream's pictures to the client: pushed or pulled. The stream calls all but pull()
 /// on its producing thread or, stopping, from the thread that stops.
 class PSimDelivery {
 public:
@@ -13,21 +13,21 @@ public:
 
     /// Begins, with threads marked as those of `owner`; `wake` makes the stream check for work.
     virtual void start(const void* owner, std::function<void()> wake) = 0;
-    /// Hands a live frame over; may exchange `picture` for another one with memory to reuse.
+    /// Delivers a live frame; may exchange `picture` for another one with memory to reuse.
     virtual void frame(PSimPicture& picture) = 0;
     /// The same for a still picture.
     virtual void still(PSimPicture& picture) = 0;
-    /// Whether a frame handed over now would not replace one that is not yet announced to the
-    /// client.
+    /// Whether a frame delivered now would not replace one that the client has not been told of
+    /// yet.
     virtual bool isReady() const = 0;
     /// Reports to the client that the camera is gone, then calls `afterwards`.
     virtual void lost(std::function<void()> afterwards) = 0;
     /// Reports to the client that auto-exposure changed something.
     virtual void exposureChanged() = 0;
 
-    /// Pushes any buffer with any header; false if this way does not push.
+    /// Pushes any buffer with any header; false if this delivery does not push.
     virtual bool raw(const void* data, const BITMAPINFOHEADER* header, int isSnapshot) = 0;
-    /// Reports any event, then calls `afterwards`; false if this way has no events.
+    /// Reports any event, then calls `afterwards`; false if this delivery has no events.
     virtual bool event(unsigned code, std::function<void()> afterwards) = 0;
     /// Copies the newest live or still picture out; any thread. See Toupcam_PullImageV2.
     virtual HRESULT pull(bool still, void* buffer, int bits, ToupcamFrameInfoV2* info) = 0;

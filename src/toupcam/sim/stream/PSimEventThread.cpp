@@ -12,7 +12,8 @@ PSimEventThread::PSimEventThread(PTOUPCAM_EVENT_CALLBACK callback, void* context
 }
 
 PSimEventThread::~PSimEventThread() {
-    // Never joined: closed from inside its own callback. The thread is at its last statement.
+    // Not joined, as it was closed from inside its own callback: the thread is at its last
+    // statement.
     if (m_thread.joinable())
         m_thread.detach();
 }
@@ -78,7 +79,7 @@ void PSimEventThread::run() {
     }
 }
 
-// Waits for the next event and returns it; none: the thread is to end. After a request to stop,
+// Waits for the next event and returns it; none if the thread must end. After a request to stop,
 // events are not reported.
 std::optional<PSimEventThread::Task> PSimEventThread::next() {
     std::unique_lock lock(m_mutex);

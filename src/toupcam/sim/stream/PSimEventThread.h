@@ -26,7 +26,7 @@ public:
     /// Queues a code; `afterwards` runs on the event thread when the callback has returned, or when
     /// the thread ends before it.
     void post(unsigned code, std::function<void()> afterwards = {});
-    /// Queues a code unless the same one waits already: a slow client gets no backlog of pictures.
+    /// Queues a code unless the same one is waiting: a slow client gets no backlog of pictures.
     void postOnce(unsigned code, std::function<void()> afterwards = {});
     /// Whether this code waits to be reported.
     bool isWaiting(unsigned code) const;

@@ -7,7 +7,7 @@
 #include <memory>
 #include <mutex>
 
-/// What a camera adjusts by itself after a frame: auto-exposure and one-push white balance.
+/// Automatic adjustments after a frame: auto-exposure and one-push white balance.
 /// Callable from any thread; the client's callbacks run inside apply(), with no lock held.
 class PSimFrameFeedback {
 public:
@@ -17,9 +17,9 @@ public:
 
     /// Sets what is called when auto-exposure has changed something; null for nothing.
     void setExposureCallback(PITOUPCAM_EXPOSURE_CALLBACK callback, void* context);
-    /// Requests one-push white balance in place of a request that still waits.
+    /// Requests one-push white balance, replacing a pending request.
     void requestBalance(const PSimOnePush::Request& request);
-    /// Drops a request that still waits.
+    /// Drops a pending request.
     void dropBalance();
 
     /// Adjusts the settings to a frame with these means that `delivery` has just delivered.

@@ -8,9 +8,9 @@
 class PSimFrameObserver {
 public:
     virtual ~PSimFrameObserver() = default;
-    /// Before a frame is delivered; false makes it get lost in the camera. `triggered` counts
-    /// triggered frames in the same way; 0 for any other.
+    /// Called before a frame is delivered; if it returns false, the frame is lost in the camera.
+    /// `triggered` counts triggered frames in the same way; 0 for any other.
     virtual bool frameTaken(std::uint64_t taken, std::uint64_t triggered) = 0;
-    /// After it has been delivered or lost.
+    /// Called after it has been delivered or lost.
     virtual void frameDone(std::uint64_t taken) = 0;
 };

@@ -10,13 +10,13 @@
 /// because the first may have been exposed before. Any thread may use it under its owner's lock.
 class PSimOnePush {
 public:
-    /// Whom to call with the result; the callback may be null.
+    /// The callback for the result, which may be null, and its context.
     struct Request {
         PITOUPCAM_TEMPTINT_CALLBACK callback = nullptr;
         void* context = nullptr;
     };
 
-    /// Replaces a request that still waits.
+    /// Replaces a pending request.
     void place(const Request& request) {
         m_request = request;
         m_frames = frames;

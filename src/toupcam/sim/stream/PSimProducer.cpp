@@ -57,15 +57,15 @@ void PSimProducer::deliverFrame(const PSimStreamSchedule::Frame& frame, PSimDeli
     setNumber(m_live, frame.number, frame.microseconds);
     m_link->source->take(m_settings->shot(), frame.number, m_live);
     const PSimMeans means = m_live.means; // delivering may exchange the picture
-    // Counted before the callback: a client that compares never has more than was delivered. If
-    // stopped or unplugged meanwhile, the picture is lost, as it would be on the cable.
+    // Counted before the callback, so that a client never has received more than was counted. If
+    // stopped or unplugged meanwhile, the picture is lost, as on a cable.
     if (!m_schedule.deliver())
         return;
     delivery.frame(m_live);
     m_feedback.apply(means, delivery);
 }
 
-// Leaves nobody waiting: jobs are cancelled, a loss that could not be reported is followed up.
+// Leaves no caller waiting: jobs are cancelled, and a loss that could not be reported is completed.
 void PSimProducer::finish() {
     const std::function<void()> afterwards = m_schedule.end();
     m_link->thermal->streamEnds();

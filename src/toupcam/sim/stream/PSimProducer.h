@@ -7,14 +7,14 @@
 #include <atomic>
 #include <memory>
 
-/// The work of a stream's producing thread: takes the frames and stills of the schedule and hands
-/// them to a delivery. It holds no lock while it works, so callbacks may call anything of the SDK.
+/// The work of a stream's producing thread: takes the frames and stills of the schedule and passes
+/// them to a delivery. It holds no lock while it works, so callbacks may call any SDK function.
 class PSimProducer {
 public:
     PSimProducer(std::shared_ptr<PSimCameraLink> link, std::shared_ptr<PSimSettings> settings,
                  PSimStreamSchedule& schedule, PSimFrameFeedback& feedback);
 
-    /// Works until the schedule ends; this is the producing thread then.
+    /// Runs until the schedule ends; the calling thread is the producing thread.
     void run(PSimDelivery& delivery);
     /// Whether the producing thread is between two frames, in the observer. Any thread.
     bool isObserving() const { return m_observing; }

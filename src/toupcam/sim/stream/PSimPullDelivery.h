@@ -25,8 +25,8 @@ public:
     void join() override;
 
 private:
-    /// The newest picture, waiting to be pulled. One whose size a client has queried stays until
-    /// it is pulled or queried again: the client allocates its buffer for that one.
+    /// The newest picture, waiting to be pulled. One whose size a client has queried stays until it
+    /// is pulled or queried again, because the client allocates its buffer for it.
     struct Slot {
         std::mutex mutex; // guards the pictures while they are exchanged or copied
         PSimPicture picture;

@@ -14,15 +14,15 @@ PSimStream::PSimStream(std::shared_ptr<PSimCameraLink> link, std::shared_ptr<PSi
 }
 
 PSimStream::~PSimStream() {
-    // Never joined: closed from inside a callback. The thread is at its last statement.
+    // Not joined, as it was closed from inside a callback: the thread is at its last statement.
     if (m_thread.joinable())
         m_thread.detach();
 }
 
 HRESULT PSimStream::start(const std::shared_ptr<PSimDelivery>& delivery) {
     if (PSimThreadMark::isOf(this))
-        return E_UNEXPECTED; // inside a callback, so it runs
-    // Two clients that start at once, or one that stops meanwhile, come one after the other.
+        return E_UNEXPECTED; // inside a callback, so it is running
+    // Serialises clients that start or stop at the same time.
     const std::lock_guard control(m_control);
     if (m_thread.joinable() || m_closed)
         return E_UNEXPECTED;
@@ -44,7 +44,7 @@ void PSimStream::startDelivery(const std::shared_ptr<PSimDelivery>& delivery) {
 
 void PSimStream::startProducer(const std::shared_ptr<PSimDelivery>& delivery) {
     m_link->thermal->streamBegins();
-    // The thread keeps the stream alive: closed from inside a callback, it ends by itself.
+    // The thread keeps the stream alive: when closed from inside a callback, it ends on its own.
     m_thread = std::thread([self = shared_from_this(), delivery] {
         const PSimThreadMark mark(self.get());
         self->m_producer.run(*delivery);

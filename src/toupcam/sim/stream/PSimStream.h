@@ -9,7 +9,7 @@
 #include <mutex>
 #include <thread>
 
-/// The stream of one session as the client's calls see it: starts and stops the producing thread
+/// The stream of one session for the client's calls: starts and stops the producing thread
 /// (PSimProducer) and passes requests to its schedule. Callable from any thread; callbacks of the
 /// client run without any lock held.
 class PSimStream : public std::enable_shared_from_this<PSimStream> {
@@ -19,11 +19,11 @@ public:
     PSimStream(const PSimStream&) = delete;
     PSimStream& operator=(const PSimStream&) = delete;
 
-    /// Starts; E_UNEXPECTED if it runs already.
+    /// Starts; E_UNEXPECTED if it is running.
     HRESULT start(const std::shared_ptr<PSimDelivery>& delivery);
     /// Stops and waits for callbacks in progress; E_WRONG_THREAD from inside one.
     HRESULT stop();
-    /// Stops for good; from inside a callback it does not wait, the threads end by themselves.
+    /// Stops for good; from inside a callback it does not wait, and the threads end on their own.
     void close();
 
     /// Requests a still picture; E_UNEXPECTED if the stream does not run, E_PENDING if too many

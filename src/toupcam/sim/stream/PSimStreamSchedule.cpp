@@ -27,7 +27,7 @@ void PSimStreamSchedule::begin(std::shared_ptr<const PSimDelivery> delivery) {
 }
 
 std::optional<PSimStreamSchedule::Work> PSimStreamSchedule::next() {
-    // Held while work is chosen, not while it is done: a callback may call anything of the SDK.
+    // Held while work is chosen, not while it is done: a callback may call any SDK function.
     std::unique_lock lock(m_mutex);
     while (true) {
         while (!hasWork()) {
@@ -65,7 +65,7 @@ PSimStreamSchedule::Still PSimStreamSchedule::takeStill() {
     return {resolution, m_shutter.produced(), m_shutter.microseconds()};
 }
 
-// Nothing if the exposure has become longer a moment ago: the frame is not due any more.
+// Nothing if the exposure has just become longer: the frame is no longer due.
 std::optional<PSimStreamSchedule::Frame> PSimStreamSchedule::takeFrame() {
     const Time now = PSimPacer::Clock::now();
     if (isFree())
@@ -203,7 +203,7 @@ bool PSimStreamSchedule::requestLoss(std::function<void()> afterwards) {
 PSimFrameCounts PSimStreamSchedule::counts() const {
     const std::lock_guard lock(m_mutex);
     const bool counting = m_active && !m_lost && !isFree();
-    // What fell due while the client holds up the producing thread is counted here at once.
+    // Counts frames that fell due while the client blocks the producing thread.
     return {counting ? m_shutter.producedBy(PSimPacer::Clock::now()) : m_shutter.produced(),
             m_delivered};
 }

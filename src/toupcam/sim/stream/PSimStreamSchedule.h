@@ -20,9 +20,9 @@ struct PSimFrameCounts {
     std::uint64_t delivered = 0;
 };
 
-/// What a stream has to do next. Callers request it, frames fall due by themselves, and the
-/// producing thread takes one piece of work after the other and does it without the lock. Callable
-/// from any thread, but next(), deliver() and end() belong to the producing thread.
+/// The pending work of a stream: callers' requests and due frames, which the producing thread takes
+/// one by one and does without the lock. Callable from any thread, except next(), deliver() and
+/// end(), which belong to the producing thread.
 class PSimStreamSchedule {
 public:
     /// A live frame to take; counted as produced.
@@ -53,17 +53,17 @@ public:
 
     /// A stream begins; unpaced frames come when `delivery` is ready for them.
     void begin(std::shared_ptr<const PSimDelivery> delivery);
-    /// Waits for the next piece of work and returns it; none: the stream is to end.
+    /// Waits for the next piece of work and returns it; none if the stream must end.
     std::optional<Work> next();
     /// Counts a frame as delivered; false if the stream was stopped or lost while it was made.
     bool deliver();
-    /// The stream has ended: jobs still waiting are cancelled. Returns what was to follow a loss
-    /// that could not be reported any more, or nothing.
+    /// The stream has ended: cancels waiting jobs. Returns the function that was to follow a loss
+    /// that could no longer be reported, or nothing.
     std::function<void()> end();
 
     /// Makes the producing thread stop after the work in progress.
     void requestStop();
-    /// The delivery has become ready, or the like: checks for work again.
+    /// Checks for work again, for example because the delivery has become ready.
     void wake();
     /// Settings changed: the time the next frame falls due may have, too.
     void settingsChanged();

@@ -5,7 +5,7 @@
 #include <chrono>
 #include <cstdint>
 
-/// Keeps a stream's time: when the next frame falls due and how many have. Frames that fall due
+/// The clock of a stream: when the next frame falls due and how many have. Frames that fall due
 /// and are not taken are lost but counted. Any thread may use it under its owner's lock.
 class PSimPacer {
 public:

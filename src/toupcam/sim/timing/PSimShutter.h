@@ -3,7 +3,7 @@
 
 #include <toupcam/sim/timing/PSimTrigger.h>
 
-/// What decides when frames fall due.
+/// The timing that decides when frames fall due.
 struct PSimPace {
     /// From frame to frame, and from a trigger to its frame; at least the exposure time.
     std::chrono::nanoseconds period{0};
@@ -29,7 +29,7 @@ public:
 
     /// Whether a frame has fallen due.
     bool isDue(Time now);
-    /// When to check again, unless there is a trigger before; none: no frame comes by itself.
+    /// When to check again, unless a trigger comes first; none if only a trigger can start a frame.
     std::optional<Time> nextTime() const;
     /// Counts what has fallen due: the newest is taken, others were lost. False if none has.
     bool take(Time now);

@@ -23,7 +23,7 @@ public:
     /// No timed step begins any more; waits for one in progress. Not from a callback.
     void stop();
 
-    /// What reports the frames of one camera to the plan.
+    /// The observer that reports the frames of one camera to the plan.
     std::shared_ptr<PSimFrameObserver> observer(const QByteArray& camera);
 
 private:

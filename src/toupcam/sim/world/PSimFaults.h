@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-/// Calls that are to fail, take longer or return something false. Callable from any thread.
+/// Calls set to fail, to take longer or to return false values. Callable from any thread.
 class PSimFaults {
 public:
     /// Calls of `function` (with this option, if one is given) return `result`: the next `count`
@@ -26,11 +26,11 @@ public:
     void clear();
 
     /// Called for every SDK call: waits for the delay of the call, then returns the
-    /// result it is to fail with, if any.
+    /// result it must fail with, if any.
     std::optional<HRESULT> onCall(const char* function, std::optional<unsigned> option);
-    /// The size that a pull is to report instead of the picture's, if any.
+    /// The size that a pull must report instead of the picture's, if any.
     std::optional<PSimSize> reportedSize(const char* function) const;
-    /// The value that reading the option is to return instead of the setting, if any.
+    /// The value that reading the option must return instead of the setting, if any.
     std::optional<int> replacedOption(unsigned option) const;
 
 private:

@@ -20,7 +20,7 @@ struct PSimHotPlug::Loop {
             callback(context);
     }
 
-    // False when the thread is to end.
+    // False if the thread must end.
     bool waitForEvent() {
         std::unique_lock lock(mutex);
         wake.wait(lock, [this] { return stopping || pending > 0; });
@@ -63,7 +63,7 @@ void PSimHotPlug::setCallback(PTOUPCAM_HOTPLUG callback, void* context) {
     auto loop = std::make_shared<Loop>();
     loop->callback = callback;
     loop->context = context;
-    // The thread keeps its loop alive: it may outlast the registration when it ends by itself.
+    // The thread keeps its loop alive, as it may outlive the registration.
     loop->thread = std::thread([loop] { loop->run(); });
     if (const std::shared_ptr<Loop> rival = exchange(loop))
         rival->stop();

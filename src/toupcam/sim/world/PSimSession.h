@@ -7,8 +7,8 @@
 #include <atomic>
 #include <memory>
 
-/// One opened camera: its settings and its stream. Unplugging is a state of it, not its end: it can
-/// still be stopped and closed. Callable from any thread.
+/// One opened camera: its settings and its stream. Unplugging does not end a session: it can still
+/// be stopped and closed. Callable from any thread.
 class PSimSession {
 public:
     PSimSession(std::shared_ptr<const PSimCameraSpec> spec, std::shared_ptr<PSimCameraLink> link);

@@ -30,7 +30,7 @@ public:
     std::vector<ToupcamDeviceV2> enumerate() const;
     /// A new handle, or null.
     HToupcam open(const QByteArray& id);
-    /// Stops and closes; false if this is no open handle.
+    /// Stops and closes; false if this is not an open handle.
     bool close(HToupcam handle);
     /// The session of an open handle; null for any other pointer.
     std::shared_ptr<PSimSession> session(HToupcam handle) const;
