@@ -32,7 +32,7 @@ public:
 
     QVariant inDevice;
     QVariant rangeInDevice;
-    QVariant becomes; ///< what the device makes of any value it takes, if valid
+    QVariant becomes; ///< the value that the device stores for any value it takes, if valid
     bool refuses = false;
     bool answersTaken = false;    ///< always true, as some devices do
     bool answersOpposite = false; ///< false for what it took, as some devices do

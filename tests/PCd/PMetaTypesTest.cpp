@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A program of its own: Qt comes to know a type by its first use in a variant too, and nothing here
-// must use one before it is looked up.
+// A separate program: using a type in a variant registers it with Qt too, and nothing here must use
+// one before it is looked up.
 #include <PCd/PMetaTypes.h>
 
 #include <PCd/PEnumeration.h>

@@ -5,7 +5,7 @@
 
 #include <limits>
 
-// Values that properties are tried with.
+// Values for testing properties.
 
 constexpr int least = std::numeric_limits<int>::min();
 constexpr int most = std::numeric_limits<int>::max();

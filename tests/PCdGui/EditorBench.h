@@ -44,10 +44,10 @@ protected:
         return editor->findChild<Part*>();
     }
 
-    /// Runs what has been put off to the next turn of the event loop.
+    /// Runs what was deferred to the next turn of the event loop.
     static void turn() { QCoreApplication::processEvents(); }
 
-    /// The device itself changes what it has, and says so.
+    /// The device itself changes its value, and reports that.
     template <typename T>
     void deviceBecomes(const T& value) {
         property->inDevice = value;

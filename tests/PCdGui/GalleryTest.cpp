@@ -39,8 +39,8 @@ struct Look {
     QPalette (*palette)();
 };
 
-/// Renders editors as they look, into the folder of the environment variable PCD_SCREENSHOTS if
-/// there is one, so that somebody may look at them.
+/// Renders editors into the folder in the environment variable PCD_SCREENSHOTS, if it is set, for
+/// inspection.
 class GalleryTest : public testing::TestWithParam<Look> {
 protected:
     GalleryTest()

@@ -13,7 +13,7 @@
 /// "taken", or the opposite of what happened.
 enum class FakeAnswer { Truth, Taken, Opposite };
 
-/// What the fake properties have in common: a variable for the device, and notes of what is set.
+/// Base of the fake properties: a variable for the device, and a record of the values set.
 template <typename T>
 struct FakeSetting {
     explicit FakeSetting(T value)

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// Counts what is called, and loops until it is told to end.
+/// Counts calls, and loops until it is stopped.
 class Worker : public PThread {
 public:
     ~Worker() override { stopThread(); }

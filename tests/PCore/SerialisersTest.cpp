@@ -14,7 +14,7 @@
 #include <limits>
 #include <type_traits>
 
-// What holds for every format: what was written comes back, and what cannot come back is refused.
+// The rules for every format: what was written can be read back, and anything else is refused.
 
 namespace {
 

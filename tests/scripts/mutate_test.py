@@ -249,7 +249,7 @@ class CoverageTest(unittest.TestCase):
         self.assertEqual(self.coverage.objects_of_line("a", 1, {"a.o", "b.o"}), {"a.o"})
         self.assertEqual(self.coverage.objects_of_line("a", 3, {"a.o", "b.o"}), {"a.o", "b.o"})
 
-    def test_what_is_known_of_a_program_comes_back_from_a_file_until_it_is_made_anew(self):
+    def test_the_data_of_a_program_is_read_back_from_a_file_until_it_is_rebuilt(self):
         with tempfile.TemporaryDirectory() as folder:
             file = Path(folder, "records.json")
             lines = {("a", 1), ("a", 2), ("b", 1)}

@@ -6,8 +6,8 @@
 #include <QStringList>
 
 /// Keeps every log record from its construction to its destruction, from all threads and of all
-/// levels; the filter in force before comes back afterwards. Construct and destroy on one thread,
-/// ask on any.
+/// levels; the earlier filter is restored afterwards. Construct and destroy on one thread,
+/// read on any.
 class PLogCapture {
 public:
     PLogCapture();

@@ -29,7 +29,7 @@ protected:
         EXPECT_TRUE(device.link().isOk());
         EXPECT_TRUE(device.startStream().isOk());
     }
-    /// What a frame that comes now is stamped with.
+    /// The settings stamped on a frame now.
     PDeviceSettings settingsOfNextFrame() {
         PImage image;
         EXPECT_TRUE(image.create(2, 2, PDIP::ColorFormat::Gray));

@@ -53,12 +53,12 @@ inline void sendImages(PDevice& device, int count) {
         device.processFrameImage(smallImage());
 }
 
-/// Does something on a thread that Qt knows nothing of, as camera SDKs do, and waits for it.
+/// Does something on a thread not created by Qt, as camera SDKs do, and waits for it.
 inline void onForeignThread(std::function<void()> work) {
     std::thread(std::move(work)).join();
 }
 
-/// A thread that brings frames without a pause, until it is stopped.
+/// A thread that delivers frames without a pause, until it is stopped.
 class FrameBringer {
 public:
     explicit FrameBringer(PDevice& device)
@@ -120,7 +120,7 @@ public:
     const Answer answer;
 
 private:
-    mutable std::mutex m_mutex; // filled by the bringing thread, read by the test's
+    mutable std::mutex m_mutex; // filled by the delivering thread, read by the test
     std::vector<Taken> m_taken;
 };
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A program of its own: it replaces the allocator.
+// A separate program, because it replaces the allocator.
 #include <PCd/FakeDevice.h>
 #include <PCd/frame/FrameHelpers.h>
 
@@ -17,7 +17,7 @@ namespace {
 
 thread_local bool isRefused = false;
 
-/// While it lives, its thread gets no memory.
+/// While this object exists, allocations on its thread fail.
 class NoMemory {
 public:
     NoMemory() { isRefused = true; }
@@ -26,7 +26,7 @@ public:
     NoMemory& operator=(const NoMemory&) = delete;
 };
 
-/// Counts what it is offered, which takes no memory.
+/// Counts the frames it is offered, without allocating.
 class CountingSink : public PFrameSink {
 public:
     bool takeFrame(const PDeviceFrame&, Kind) override {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The pipeline of frames where something goes wrong or ends while frames are in it.
+// The frame pipeline when something fails or ends while frames are in it.
 #include <PCd/FakeDevice.h>
 #include <PCd/frame/FrameHelpers.h>
 
@@ -160,7 +160,7 @@ TEST(PFramePipeline, lets_a_listener_stop_the_stream) {
 
 namespace {
 
-/// Stays in takeFrame() until somebody begins to remove it, and then for a good while more.
+/// Stays in takeFrame() until its removal has begun, and some time longer.
 class LingeringSink : public PFrameSink {
 public:
     bool takeFrame(const PDeviceFrame&, Kind) override {

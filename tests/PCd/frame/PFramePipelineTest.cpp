@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The pipeline of frames as a device offers it: what arrives where, and how it is booked.
+// The frame pipeline of a device: what arrives where, and how it is counted.
 #include <PCd/FakeDevice.h>
 #include <PCd/FakeProperty.h>
 #include <PCd/frame/FrameHelpers.h>
@@ -156,7 +156,7 @@ TEST(PFramePipeline, stamps_frames_with_the_settings_of_their_moment) {
     const auto afterValue = settingsNow();
     device.setMode(device.modes.at(1));
     const auto afterMode = settingsNow();
-    gain->inDevice = 11; // the camera did it by itself
+    gain->inDevice = 11; // changed by the camera
     gain->updateValueFromDevice();
     const auto afterUpdate = settingsNow();
 
@@ -333,7 +333,7 @@ TEST_P(FailingSink, has_the_frame_booked_as_failed_in_a_writer_once) {
     for (const auto& sink : {failing, alsoFailing, working})
         device.addFrameSink(sink);
     onForeignThread([&] { sendImages(device, 1); });
-    ASSERT_TRUE(waitUntil([&] { return listener.images.size() == 1; })); // it is shown all the same
+    ASSERT_TRUE(waitUntil([&] { return listener.images.size() == 1; })); // it is still shown
     EXPECT_EQ(working->taken().size(), 1u);
     EXPECT_EQ(device.frameLedger().count(PFrameOutcome::FailedInWriter), 1u);
     EXPECT_EQ(device.frameLedger().count(PFrameOutcome::Delivered), 0u);

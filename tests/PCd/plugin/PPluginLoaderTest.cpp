@@ -39,8 +39,8 @@ bool isLoaded(const QString& library) {
     return handle != nullptr;
 }
 
-/// A loader, the roots it found, and an environment that is put back afterwards. What lies beside
-/// the library, where a build has the real plugins, is loaded too and not looked at.
+/// A loader, the roots it found, and an environment that is restored afterwards. The real plugins
+/// beside the library are loaded too and ignored.
 class PPluginLoaderTest : public testing::Test {
 protected:
     PPluginLoaderTest() { qunsetenv(pathVariable.toLatin1().constData()); }
@@ -59,7 +59,7 @@ protected:
             return QByteArray(root->metaObject()->className()) == className;
         }));
     }
-    /// Why this path gave nothing; empty if it is not among the failures.
+    /// The failure for this path; empty if there is none.
     QString reasonFor(const QString& path) const {
         for (const PPluginLoader::Failure& failure : loader.failures()) {
             if (failure.path == path)

@@ -3,7 +3,7 @@
 
 #include <QObject>
 
-/// Root of a plugin that says it is a device plugin, and is none.
+/// Root of a plugin that claims to be a device plugin and is not.
 class NoRegister : public QObject {
     Q_OBJECT
     Q_PLUGIN_METADATA(IID "pellix.devices.noregister")

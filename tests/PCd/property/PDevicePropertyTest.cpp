@@ -22,7 +22,7 @@
 
 namespace {
 
-/// A property that has been taken by a device, and what it emits from then on.
+/// A property owned by a device, and the signals it emits from then on.
 class TakenProperty {
 public:
     explicit TakenProperty(const QVariant& value = 5, const QVariant& range = {})
@@ -294,7 +294,7 @@ TEST(PDeviceProperty, that_ends_with_an_update_posted_is_not_updated) {
         QMetaObject::invokeMethod(taken.property, "updateValueFromDevice", Qt::QueuedConnection);
         EXPECT_EQ(taken.property->calls, QStringList());
     }
-    QCoreApplication::processEvents(); // a sanitizer would see a call to what is not there
+    QCoreApplication::processEvents(); // a sanitizer would detect a call to a deleted object
 }
 
 // ---- Serialising.

@@ -6,7 +6,7 @@
 
 #include <stdexcept>
 
-/// While it lives the program speaks Russian as far as the plugin's resource does.
+/// While this object exists the program's language is Russian, with the plugin's translations.
 class RussianTexts {
 public:
     RussianTexts() {

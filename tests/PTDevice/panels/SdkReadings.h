@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// While it lives the camera returns these values instead of its own: for readings that a simulated
-/// camera cannot be brought to. Everything else passes through. One at a time; the test's thread.
+/// While this object exists the camera returns these values, for readings that a simulated camera
+/// cannot produce. Everything else is passed through. One at a time; the test's thread.
 class SdkReadings {
 public:
     SdkReadings(int temperature, int voltage, int highestVoltage);

@@ -44,7 +44,7 @@ CtlProcess& CtlProcess::with(const std::function<void()>& modifier) {
 }
 
 CtlProcess& CtlProcess::start() {
-    // A test in the background of a script has Ctrl-C ignored, and would hand that on.
+    // A test in the background of a script ignores Ctrl-C, and its child would inherit that.
     std::signal(SIGINT, SIG_DFL);
     m_process.setProcessEnvironment(m_environment);
     m_process.start();

@@ -12,7 +12,7 @@
 inline const QString listWord = u"list"_qs;
 inline const QString jsonWord = u"--json"_qs;
 
-/// pcdctl as somebody runs it: the built program with arguments, its output and its exit code. One
+/// pcdctl as the user runs it: the built program with arguments, its output and its exit code. One
 /// thread.
 class CtlProcess {
 public:

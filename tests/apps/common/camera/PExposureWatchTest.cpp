@@ -16,7 +16,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// What a camera has, and how often it was asked.
+/// The values of a camera, and the number of times they were read.
 struct Camera {
     QVariant time = 10'000; ///< microseconds
     QVariant gain = 100;
@@ -113,7 +113,7 @@ protected:
     }
     TestExposureRecord shown() const { return record->valueInner().value<TestExposureRecord>(); }
 
-    /// Automatic exposure is on its way, as the watch has read it last, and nothing else knows.
+    /// Automatic exposure is moving; only the watch has read its last value.
     void moveAway() {
         camera.automatic = true;
         camera.moves = true;

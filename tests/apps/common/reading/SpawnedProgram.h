@@ -7,8 +7,8 @@
 /// Runs a program to its end, with its standard output and standard error in these files. Returns
 /// why it did not succeed, or an empty text.
 ///
-/// Not a QProcess: that clones a child which shares this program's memory, and the thread sanitizer
-/// takes what it notes down for the child for this program's own state from then on. It would find
-/// nothing more, and would stop the program at its next thread. posix_spawn() is out of its sight.
+/// Not a QProcess: it clones a child that shares this program's memory, and from then on the thread
+/// sanitizer takes the child's state for this program's own. It would detect nothing more, and
+/// would stop the program at its next thread. It does not intercept posix_spawn().
 QString spawnFailure(QByteArrayList words, const QByteArray& outputPath,
                      const QByteArray& errorPath);

@@ -18,7 +18,7 @@ using namespace std::chrono_literals;
 
 const PRecordSchedule::Plan noEnd;
 
-/// Its language has capitals only. Taken away by its destructor.
+/// Translates texts to capitals. The destructor removes it.
 class ShoutingTranslator : public QTranslator {
 public:
     bool isEmpty() const override { return false; }
@@ -27,7 +27,7 @@ public:
     }
 };
 
-/// What a writer was told; outlives it.
+/// The calls that a writer received; outlives it.
 struct Told {
     std::mutex mutex;
     std::vector<quint64> written; ///< sequence numbers of the frames
