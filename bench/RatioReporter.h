@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
-/// Prints the usual table, and after it how many times as long as a limit each benchmark took. The
-/// limit is a benchmark of the same run.
+/// Prints the usual table, then the ratio of each benchmark's time to that of a limit, which is a
+/// benchmark of the same run.
 class RatioReporter : public benchmark::ConsoleReporter {
 public:
     explicit RatioReporter(std::string limitName);
@@ -23,6 +23,6 @@ private:
     std::vector<std::pair<std::string, double>> m_times; // of one iteration, in the run's unit
 };
 
-/// What the main() of a benchmark program does: runs all of it and prints the table of ratios.
-/// Returns the exit code.
+/// The main() of a benchmark program: runs all benchmarks and prints the table of ratios. Returns
+/// the exit code.
 int runWithRatios(int argc, char** argv, const std::string& limitName);

@@ -6,7 +6,8 @@
 #include <memory>
 #include <vector>
 
-// A steady stream of 60 MB frames: what taking one into an image costs, against the copy itself.
+// A steady stream of 60 MB frames: the cost of copying one into an image, compared with the copy
+// alone.
 
 namespace {
 

@@ -8,8 +8,8 @@
 
 #include <memory>
 
-// A recording of 20-megapixel colour frames: what writing it as an OME-TIFF costs, against writing
-// the same number of bytes to a file as they lie in memory. Both end in the system's cache.
+// A recording of 20-megapixel colour frames: the cost of writing an OME-TIFF, compared with writing
+// the same number of bytes from memory to a plain file. Both end in the system's cache.
 
 namespace {
 

@@ -10,8 +10,8 @@
 #include <cstdio>
 #include <exception>
 
-// The viewer with a camera of 20 megapixels and 30 frames a second: how long a person waits for it.
-// Fails if a ledger does not balance, or where nothing was measured.
+// The viewer with a camera of 20 megapixels and 30 frames a second: how long the user waits for it.
+// Fails if a ledger does not balance, or if nothing was measured.
 
 namespace {
 

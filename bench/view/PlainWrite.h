@@ -3,15 +3,15 @@
 
 #include <QString>
 
-/// What the disk can do with nothing in its way.
+/// The speed of the disk without any overhead.
 class PlainWrite {
 public:
-    /// Seconds that writing a new file of so many bytes into this folder takes, in pieces as large
-    /// as those of a recording; nothing is forced out to the disk's platters, as with a recording.
-    /// The file is removed. 0 if it cannot be written.
+    /// The seconds for writing a new file of this size into this folder, in pieces as large as
+    /// those of a recording and, as with a recording, without synchronising the disk. The file is
+    /// removed. 0 if it cannot be written.
     static double seconds(const QString& folder, qint64 bytes);
 
-    /// Waits until nothing is left to be forced out to the file system of this folder, so that
-    /// nothing written before slows down what is written next.
+    /// Synchronises the file system of this folder, so that earlier writes do not slow down the
+    /// next ones.
     static void settle(const QString& folder);
 };

@@ -14,7 +14,7 @@ namespace {
 
 constexpr int reportEveryMs = 8;       // a USB mouse reports 125 times a second
 constexpr int stepsANotch = 25;        // five notches a second
-constexpr int notchesAWay = 10;        // so many in, then as many out
+constexpr int notchesAWay = 10;        // this number in, then the same number out
 constexpr int angleOfNotch = 120;      // QWheelEvent: eighths of a degree, 15 degrees a notch
 constexpr int stepsACircle = 100;      // of the hand
 constexpr double circleOfWidget = 0.3; // its radius

@@ -6,8 +6,8 @@
 
 class QWidget;
 
-/// A hand that drags a picture about and turns the wheel on it without a pause, as long as it
-/// lives. The GUI thread.
+/// Drags a picture and turns the wheel on it without a pause, as long as this object exists. The
+/// GUI thread.
 class RestlessHand : public QObject {
 public:
     /// The widget must outlive it.

@@ -44,7 +44,8 @@ void StallProbe::post() {
     while (!m_ending) {
         std::this_thread::sleep_until(next);
         QCoreApplication::postEvent(this, new Knock);
-        // What this thread itself has slept over is not posted in a burst: it would all be in time.
+        // Events that this thread has missed are not posted in a burst, as they would all seem to
+        // be in time.
         next = std::max(next + period, Clock::now());
     }
 }

@@ -8,15 +8,15 @@
 #include <atomic>
 #include <thread>
 
-/// Measures how late the main thread gets to its events, as long as it lives: a thread of its own
-/// posts one every 2 ms, also while earlier ones wait, so that a long stall weighs as long as it
-/// lasts. The GUI thread.
+/// Measures how late the main thread handles its events, as long as this object exists: a separate
+/// thread posts one every 2 ms, even while earlier ones wait, so that a stall counts in proportion
+/// to its length. The GUI thread.
 class StallProbe : public QObject {
 public:
     StallProbe();
     ~StallProbe() override;
 
-    /// Ends the measurement. What is on its way still counts.
+    /// Ends the measurement. Pending events still count.
     Durations finish();
 
 protected:

@@ -26,7 +26,7 @@ constexpr QSize largeSensor(5440, 3648);
 constexpr double framesASecond = 30;
 constexpr std::chrono::minutes patience(10);
 
-/// Enough for the disk to be felt, and little enough for a folder of temporary files.
+/// Enough to load the disk, and little enough for a folder of temporary files.
 PRecordSettings everyFrame() {
     PRecordSettings settings;
     settings.frames = 40;
@@ -123,7 +123,8 @@ PStatus ViewBench::record(const QString& name, const PRecordSettings& settings) 
     recording.pace = settings.isTimeLapse ? 1 / settings.intervalSeconds : framesASecond;
     recording.frameBytes = qint64(3) * largeSensor.width() * largeSensor.height();
     QAction* const switchOn = viewer.action(u"record"_qs);
-    // In the event loop, where a person would press it: starting is part of it.
+    // In the event loop, where the user would press it, because starting is part of the
+    // measurement.
     QTimer::singleShot(0, switchOn, &QAction::trigger);
     m_figures.phases.append(measure(name, viewer, [=] { return !switchOn->isChecked(); }));
     recording.seconds = m_figures.phases.last().seconds;

@@ -11,14 +11,14 @@
 
 class Viewer;
 
-/// The viewer put through its work, one thing after the other, and measured. The GUI thread.
+/// Measures the viewer in one situation after the other. The GUI thread.
 class ViewBench {
 public:
-    /// Scenes and recordings go into the folder; each thing that has no end of its own is done for
-    /// so many seconds.
+    /// Scenes and recordings go into the folder; each situation without an end of its own lasts
+    /// this number of seconds.
     ViewBench(TimedApplication& application, QString folder, double seconds);
 
-    /// Does it all. Fails with why the viewer could not be started.
+    /// Runs all measurements. Fails with the reason if the viewer could not be started.
     PStatus run();
     const ViewFigures& figures() const { return m_figures; }
 

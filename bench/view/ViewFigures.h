@@ -10,11 +10,11 @@
 #include <QList>
 #include <QString>
 
-/// What was measured while the viewer did one thing. A value.
+/// The measurements of one situation. A value.
 struct PhaseFigures {
     QString name;
     double seconds = 0;
-    Durations late; ///< how late the main thread got to its events
+    Durations late; ///< how late the main thread handled its events
     TimedApplication::Times events;
     CoreTime core; ///< of the main thread
     bool hasCamera = false;
@@ -25,7 +25,7 @@ struct PhaseFigures {
 /// One recording while the picture is live. A value.
 struct RecordingFigures {
     QString name;
-    QString outcome; ///< what the window says of it
+    QString outcome; ///< the window's message about it
     int wanted = 0;  ///< frames
     double pace = 0; ///< frames a second that are wanted
     qint64 frameBytes = 0;
@@ -34,13 +34,13 @@ struct RecordingFigures {
     double plainSeconds = 0; ///< for writing as many bytes with nothing else to do
 };
 
-/// What became of the frames of one camera session. A value.
+/// The ledger of one camera session. A value.
 struct SessionLedger {
     QString name;
     PFrameLedger ledger;
 };
 
-/// All of a run. A value.
+/// All figures of a run. A value.
 struct ViewFigures {
     QList<PhaseFigures> phases; ///< the first one is the limit: a window without a camera
     Durations smallPaints;      ///< painting a stream of 1 megapixel
@@ -48,6 +48,6 @@ struct ViewFigures {
     QList<RecordingFigures> recordings;
     QList<SessionLedger> ledgers;
 
-    /// Why the run proves nothing or shows an error, one sentence each; empty: all is well.
+    /// The reasons why the run is invalid or failed, one sentence each; empty if there are none.
     QStringList problems() const;
 };

@@ -20,7 +20,7 @@ namespace {
 
 constexpr int lookEveryMs = 10;
 constexpr int framesASecond = 30;
-// Until the memory of frames has been touched, and that of a camera before given back.
+// Until the memory for frames has been touched, and that of an earlier camera released.
 constexpr std::chrono::seconds warmUp(3);
 constexpr std::chrono::seconds patience(60);
 
@@ -51,7 +51,7 @@ PViewOptions optionsFor(const QString& scene) {
     options.sdk = u"sim"_qs;
     options.scene = scene;
     options.language = u"en"_qs;
-    options.logFilter = u"warning,qt=error"_qs; // the offscreen platform says what it cannot do
+    options.logFilter = u"warning,qt=error"_qs; // the offscreen platform warns of missing features
     return options;
 }
 

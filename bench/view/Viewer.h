@@ -27,11 +27,11 @@ bool runUntil(const std::function<bool()>& predicate, std::chrono::milliseconds 
 class Viewer {
 public:
     Viewer();
-    /// Closes the window as a person does.
+    /// Closes the window as the user does.
     ~Viewer();
 
-    /// Shows the window, and waits until all that belongs to the start is over. An empty sensor:
-    /// there is no camera. The scene is left in the folder. Fails with the reason.
+    /// Shows the window, and waits until the start is complete. With an empty sensor there is no
+    /// camera. The scene is left in the folder. Fails with the reason.
     PStatus start(const QString& folder, QSize sensor);
 
     /// Null without a camera.

@@ -30,7 +30,7 @@ class Baseline:
 
 
 class Records:
-    """What is known of each program, in a file. A program that is made anew is not known."""
+    """Data about each program, in a file. A program that was rebuilt has none."""
 
     def __init__(self, file):
         self.file = Path(file)

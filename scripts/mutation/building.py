@@ -14,11 +14,11 @@ BUILD_LIMIT = 900  # seconds for what depends on one change
 CONFIGURE = (
     "-G", "Ninja", "-DCMAKE_BUILD_TYPE=None", "-DCMAKE_C_COMPILER=gcc", "-DCMAKE_CXX_COMPILER=g++",
     "-DPCD_WERROR=OFF", "-DPCD_BUILD_TESTS=ON",
-    # A library that is made again does not make its users: its symbols are the same.
+    # A rebuilt library does not rebuild its users: its symbols are the same.
     "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON")
 COMPILE = "-O0 -w --coverage"
-# Of the many programs that run, few are to write down what they executed. gcov's own variables
-# only say where to; what goes wrong there is written among the program's output, which tests read.
+# Of the many programs that run, only some should write coverage data. gcov's own variables only set
+# the place; its errors would be mixed into the program's output, which tests read.
 GATE = f"""#include <stdlib.h>
 __attribute__((visibility("hidden"))) void __real___gcov_exit(void);
 __attribute__((visibility("hidden"))) void __wrap___gcov_exit(void);

@@ -52,7 +52,7 @@ class Worker:
         original = self.checkout.read(mutant.path)
         objects = coverage.objects_of_line(mutant.path, mutant.line,
                                            self.build.dependents.get(mutant.path, set()))
-        # A header keeps its time, so that moc would not notice that its own part of it changed.
+        # A header keeps its time, so moc would not notice a change in the part that it reads.
         discarded = objects | (self.build.moc_of(mutant.path) if MOC in mutant.before else set())
         since = moment()
         try:
@@ -211,7 +211,7 @@ class Campaign:
             self.stopped.set()
 
     def enough(self, wanted):
-        """True if so many mutants count."""
+        """True if this number of mutants counts."""
         return wanted is not None and sum(map(counts, self.entries)) >= wanted
 
     def result_of(self, worker, mutant):

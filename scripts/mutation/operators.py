@@ -43,7 +43,7 @@ LOG_LEVELS = {"Error": "Warning", "Warning": "Info", "Info": "Debug", "Debug": "
 NARROW_TYPES = {"unsigned short": "unsigned char", "short": "signed char", "quint16": "quint8",
                 "qint16": "qint8", "quint32": "quint16", "quint64": "quint32", "qint64": "qint32"}
 
-# What stands in the brackets after these is no code that runs.
+# The brackets after these contain no code that runs.
 DECLARING = {"Q_PROPERTY", "Q_PLUGIN_METADATA", "Q_DECLARE_METATYPE", "Q_INTERFACES", "Q_ENUM",
              "Q_GADGET", "Q_DECLARE_INTERFACE", "static_assert", "alignas", "deprecated"}
 KEYWORDS = {"return", "if", "for", "while", "do", "switch", "case", "default", "using", "goto",
