@@ -20,7 +20,7 @@ enum class DevicePropertyType : int {
 /// Capabilities of a device beyond its virtual functions, as flag bits.
 enum class DeviceOption : int {
     HotPluggable = 0x40,      ///< can be unplugged and plugged in again while the host runs
-    AsynchronousStill = 0x80, ///< a still picture arrives later, through processSnapshot()
+    AsynchronousStill = 0x80, ///< a still arrives later, through processSnapshot()
 };
 
 } // namespace PCD

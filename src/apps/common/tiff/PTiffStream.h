@@ -24,8 +24,8 @@ public:
     enum class AtClose { Written, Dropped };
 
     /// Opens a handle at the beginning of the stream, with a mode of TIFFOpen(): "wl" for a new
-    /// file. Null if the bytes are no such file. One handle at a time; the stream must outlive it.
-    /// Errors go to the caller only, never to the standard error stream.
+    /// file. Null if the bytes are not a TIFF file. One handle at a time; the stream must outlive
+    /// it. Errors go to the caller only, never to the standard error stream.
     Handle open(const char* mode, AtClose atClose);
 
 protected:

@@ -12,7 +12,7 @@
 
 namespace {
 
-/// Takes one still picture.
+/// Takes one still.
 class PSnapRun {
 public:
     PSnapRun(PCtlHost& host, PDevice* device)

@@ -47,7 +47,7 @@ public:
     PStatus setMode(const PDeviceMode& mode);
     /// Applies a profile to the camera, which must be plugged in.
     PDeviceProfileReport apply(PDeviceProfilePlan& plan);
-    /// Asks for a still picture, which comes with snapshotTaken(). Fails with the reason.
+    /// Requests a still, which arrives with snapshotTaken(). Fails with the reason.
     PStatus takeSnapshot();
 
     const PCameraIdentity& identity() const { return m_identity; }
@@ -73,7 +73,7 @@ public:
     /// How often snapshotTaken() was emitted in that time, including one that is being emitted.
     quint64 pictures() const { return m_pictures; }
     double framesPerSecond() const;
-    /// Whether a run of triggered pictures is under way, which only its panel knows.
+    /// Whether a triggered run is in progress; its panel reports it.
     void setRunning(bool running);
     /// Until the next picture of a long exposure; nothing where none is awaited.
     std::optional<std::chrono::seconds> untilNextPicture() const;
@@ -86,7 +86,7 @@ signals:
     void modeChanged();
     /// A frame to be shown: the newest, and about 30 a second at most.
     void frameChanged(const PDeviceFrame& frame);
-    /// A still picture or a triggered frame arrived. Live frames that a panel forwards as snapshots
+    /// A still or a triggered frame arrived. Live frames that a panel forwards as snapshots
     /// are left out.
     void snapshotTaken(const PDeviceFrame& frame);
 

@@ -30,7 +30,7 @@ public:
                    const QString& path);
 
 signals:
-    /// What the status bar is to show: what is being done, or how it went.
+    /// A message for the status bar: what is being done, or the result.
     void messageChanged(const QString& message);
     /// A picture that was taken could not be saved, and why.
     void saveFailed(const QString& reason);

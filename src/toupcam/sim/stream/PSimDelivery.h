@@ -15,10 +15,9 @@ public:
     virtual void start(const void* owner, std::function<void()> wake) = 0;
     /// Delivers a live frame; may exchange `picture` for another one with memory to reuse.
     virtual void frame(PSimPicture& picture) = 0;
-    /// The same for a still picture.
+    /// The same for a still.
     virtual void still(PSimPicture& picture) = 0;
-    /// Whether a frame delivered now would not replace one that the client has not been told of
-    /// yet.
+    /// Whether a frame delivered now would not replace one that is not yet announced to the client.
     virtual bool isReady() const = 0;
     /// Reports to the client that the camera is gone, then calls `afterwards`.
     virtual void lost(std::function<void()> afterwards) = 0;

@@ -26,7 +26,7 @@ public:
     /// Stops for good; from inside a callback it does not wait, and the threads end on their own.
     void close();
 
-    /// Requests a still picture; E_UNEXPECTED if the stream does not run, E_PENDING if too many
+    /// Requests a still; E_UNEXPECTED if the stream does not run, E_PENDING if too many
     /// wait.
     HRESULT snap(unsigned resolution) { return m_schedule.requestStill(resolution); }
     /// Copies the newest picture out; E_UNEXPECTED if the stream does not run. See PSimDelivery.

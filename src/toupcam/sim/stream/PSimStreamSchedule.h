@@ -31,7 +31,7 @@ public:
         std::uint64_t microseconds = 0;
         bool triggered = false;
     };
-    /// A still picture to take.
+    /// A still to take.
     struct Still {
         unsigned resolution = 0;
         std::uint64_t number = 0; ///< of the live frame that comes next

@@ -22,7 +22,7 @@ public:
                       PRecordController& recording, QWidget* window);
 
 signals:
-    /// What the status bar is to show: why the camera refused something, or how to go on.
+    /// A message for the status bar: why the camera refused something, or how to go on.
     void messageChanged(const QString& message);
 
 private:

@@ -23,7 +23,7 @@ public:
     PRecordController& recording() const { return *m_recording; }
 
 signals:
-    /// What the status bar is to show; empty: no message.
+    /// A message for the status bar; empty to clear it.
     void messageChanged(const QString& message);
 
 private:

@@ -19,7 +19,7 @@ public:
     PPictureController(const PViewActions& actions, PCameraTabs& tabs, QWidget* window);
 
 signals:
-    /// What the status bar is to show: what is being done, or how it went.
+    /// A message for the status bar: what is being done, or the result.
     void messageChanged(const QString& message);
 
 private:

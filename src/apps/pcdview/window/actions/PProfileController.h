@@ -23,7 +23,7 @@ public:
     void saveTo(const QString& path);
 
 signals:
-    /// What the status bar is to show: how the saving went.
+    /// A message for the status bar: the result of saving.
     void messageChanged(const QString& message);
 
 private:

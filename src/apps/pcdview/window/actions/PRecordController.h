@@ -11,8 +11,8 @@ class PRecordings;
 class QAction;
 class QWidget;
 
-/// Starts and ends recordings on the user's request, and asks before frames would be lost. The GUI
-/// thread.
+/// Starts and ends recordings on the user's request, and asks the user before frames would be lost.
+/// The GUI thread.
 class PRecordController : public QObject {
     Q_OBJECT
 
@@ -30,7 +30,7 @@ public:
     bool mayCloseWindow();
 
 signals:
-    /// What the status bar is to show: what is recorded, why not, or how it ended.
+    /// A message for the status bar: what is recorded, why not, or how it ended.
     void messageChanged(const QString& message);
 
 private:

@@ -78,7 +78,7 @@ void PCameraPage::setMessage(const QString& message) {
 
 double PCameraPage::pixelSize() const {
     const double size = QSettings().value(pixelSizeKey(), 0.0).toDouble();
-    return size >= smallestPixel && size <= largestPixel ? size : 0; // people can edit the file
+    return size >= smallestPixel && size <= largestPixel ? size : 0; // users can edit the file
 }
 
 void PCameraPage::setPixelSize(double micrometres) {

@@ -22,7 +22,7 @@ public:
                    PStatusFields& status);
 
 signals:
-    /// What the status bar is to show: that the camera refused a mode or a setting.
+    /// A message for the status bar: the camera refused a mode or a setting.
     void messageChanged(const QString& message);
 
 private:
