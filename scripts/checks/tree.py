@@ -1,4 +1,4 @@
-"""The checkout as the checks see it: its files, and what git knows of its commits."""
+"""The checkout for the checks: its files, and its commits in git."""
 
 import subprocess
 from pathlib import Path, PurePosixPath

@@ -8,7 +8,7 @@ from .result import Result
 from .tree import InputError
 
 WORDS = PurePosixPath("scripts/checks/words.txt")
-# Texts that people write. Catalogues repeat the texts of the sources.
+# Texts that authors write. Catalogues repeat the texts of the sources.
 KINDS = (".cpp", ".h", ".c", ".ui", ".md", ".py", ".cmake", ".txt", ".supp", "")
 NOT_OURS = ("LICENSE", "src/toupcam/toupcam.h")
 # Between two words: spaces, the end of a line with the marks of a comment or the quotes of a text,

@@ -10,7 +10,7 @@ BUILT = ("cmake", "src", "tests")
 
 
 class Checkout:
-    """Copies what git knows or would know of a checkout, and changes one file of it at a time."""
+    """Copies the files of a checkout that git tracks or would add, and changes one at a time."""
 
     def __init__(self, origin, copy):
         self.origin = Path(origin)

@@ -19,7 +19,7 @@ EXIT_SURVIVORS, EXIT_BAD_INPUT, EXIT_FAILED = 1, 2, 3
 
 
 class InputError(Exception):
-    """What was asked for cannot be; the text says what is wrong and what was expected."""
+    """The request is invalid; the text says what is wrong and what was expected."""
 
 
 def parser():

@@ -7,7 +7,7 @@ import threading
 import time
 from dataclasses import dataclass
 
-COVERAGE_VARIABLE = "MUTATE_COVERAGE"  # set where a program is to write down what it executed
+COVERAGE_VARIABLE = "MUTATE_COVERAGE"  # set for programs that should record what they execute
 RUNNING = set()
 ENDING = threading.Event()
 
@@ -22,7 +22,7 @@ class Ended:
 
     @property
     def good(self):
-        """True if it ended by itself and with 0."""
+        """True if it ended on its own with exit code 0."""
         return self.code == 0
 
 

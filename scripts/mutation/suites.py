@@ -29,7 +29,7 @@ class Suite:
 
 @dataclass
 class Program:
-    """A test program as ctest knows it."""
+    """A test program of ctest."""
 
     name: str
     command: list

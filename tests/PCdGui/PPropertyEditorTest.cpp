@@ -47,7 +47,7 @@ TEST_F(PPropertyEditorTest, tells_description_range_and_default_in_its_tool_tip)
     EXPECT_EQ(editor->toolTip(), u"<p>Keep it &lt; 300.<br>Range: 0 to 500<br>Default: 120</p>"_qs);
 }
 
-TEST_F(PPropertyEditorTest, tells_of_another_range_when_there_is_one) {
+TEST_F(PPropertyEditorTest, emits_another_range_when_there_is_one) {
     open();
     property->rangeInDevice = {0, 50, 5};
     property->updateValueFromDevice();
@@ -63,7 +63,7 @@ TEST_F(PPropertyEditorTest, is_disabled_when_the_device_is_unlinked_and_says_why
     EXPECT_EQ(editor->toolTip(), u"The device is not connected."_qs);
 }
 
-TEST_F(PPropertyEditorTest, is_enabled_again_when_a_linked_device_tells_of_a_change) {
+TEST_F(PPropertyEditorTest, is_enabled_again_when_a_linked_device_reports_a_change) {
     device->link();
     open();
     device->unlink();

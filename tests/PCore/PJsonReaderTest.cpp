@@ -108,7 +108,7 @@ TEST(PJsonReader, tells_the_line_of_values_and_objects) {
     EXPECT_EQ(reader.position(u"c"_qs), u"line 6"_qs);
 }
 
-TEST(PJsonReader, takes_json_as_people_and_other_programs_write_it) {
+TEST(PJsonReader, takes_json_as_users_and_other_programs_write_it) {
     PJsonReader reader;
     ASSERT_TRUE(reader
                     .setDocument("\xEF\xBB\xBF \r\n{\"a\":1,\"b\" :\t-2.5E+1 , \"c\":{ } ,"

@@ -40,7 +40,7 @@ TEST(PBufferPool, hands_out_memory_that_can_be_written_from_end_to_end) {
     }
 }
 
-TEST(PBufferPool, hands_out_null_for_nothing_and_for_what_is_not_to_be_had) {
+TEST(PBufferPool, returns_null_for_nothing_and_for_what_is_not_available) {
     PBufferPool pool(megabyte);
     EXPECT_FALSE(pool.acquire(0));
     EXPECT_FALSE(pool.acquire(std::size_t(1) << 61));

@@ -386,7 +386,7 @@ TEST(PImage, may_be_read_on_one_thread_and_changed_on_another_while_they_share_p
     }
 }
 
-TEST(PImage, may_be_written_in_place_once_another_thread_has_let_go_of_it) {
+TEST(PImage, may_be_written_in_place_once_another_thread_has_released_it) {
     // The reader is not waited for in any way but by the count of who holds the pixels: the thread
     // sanitizer finds it here if that count promises no order.
     PImage image = filled(1, 64, 64);

@@ -84,7 +84,7 @@ TEST_F(PDoubleRangeWidgetTest, works_over_milliseconds_to_seconds_with_exact_end
     EXPECT_EQ(widget.value(), 5000);
 }
 
-TEST_F(PDoubleRangeWidgetTest, shows_what_somebody_else_has_with_all_its_decimals) {
+TEST_F(PDoubleRangeWidgetTest, shows_a_value_held_elsewhere_with_all_its_decimals) {
     widget.showValue({-30, 30, 0.1}, 42.125);
     EXPECT_EQ(widget.value(), 42.125);
     EXPECT_EQ(textOf(field()), u"42.125"_qs);

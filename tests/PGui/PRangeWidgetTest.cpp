@@ -100,7 +100,7 @@ TEST_F(PRangeWidgetTest, does_not_loop_where_the_listener_sets_the_value_back) {
     EXPECT_EQ(spy.size(), 2);
 }
 
-TEST_F(PRangeWidgetTest, shows_what_somebody_else_has_as_it_is_and_silently) {
+TEST_F(PRangeWidgetTest, shows_a_value_held_elsewhere_as_it_is_and_silently) {
     widget.showValue({200, 2500, 1}, 6503);
     EXPECT_EQ(widget.value(), 6503);
     EXPECT_EQ(textOf(field()), u"6503"_qs);

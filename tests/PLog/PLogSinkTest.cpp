@@ -74,7 +74,7 @@ TEST(PFileLogSink, appends_lines_that_are_in_the_file_at_once) {
     EXPECT_EQ(contentOf(path), line + line);
 }
 
-TEST(PFileLogSink, says_why_its_file_cannot_be_opened_and_takes_records_all_the_same) {
+TEST(PFileLogSink, says_why_its_file_cannot_be_opened_and_still_takes_records) {
     const QTemporaryDir folder;
     PFileLogSink sink(folder.filePath(u"none/a.log"_qs));
     EXPECT_FALSE(sink.isOpen());

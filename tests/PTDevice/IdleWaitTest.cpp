@@ -65,7 +65,7 @@ protected:
         waits().untilWoken = true;
         ASSERT_TRUE(worker()->startThread().isOk());
         ASSERT_TRUE(waitUntil([] { return waits().count >= 1; }));
-        // The wait lets go of the queues' lock, which a push needs: so no push comes too early.
+        // The wait releases the queues' lock, which a push needs: so no push comes too early.
     }
 
     std::unique_ptr<PTDevice> device;

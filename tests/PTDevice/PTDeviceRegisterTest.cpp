@@ -50,8 +50,8 @@ protected:
 
 using PTRegister = PTDeviceRegisterFixture;
 
-/// A device of another plugin in the same list. Whoever takes it for a PTDevice finds the id "cam"
-/// wherever in it he looks.
+/// A device of another plugin in the same list. Code that takes it for a PTDevice finds the id
+/// "cam" anywhere in it.
 class ForeignDevice : public PDevice {
 public:
     ForeignDevice()

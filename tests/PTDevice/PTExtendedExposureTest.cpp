@@ -157,7 +157,7 @@ class PTExtendedExposureFailedCall : public PTExtendedExposureTest,
 
 } // namespace
 
-TEST_P(PTExtendedExposureFailedCall, is_logged_and_the_others_are_made_all_the_same) {
+TEST_P(PTExtendedExposureFailedCall, is_logged_and_the_others_are_still_made) {
     ExtendedExposureData d;
     d.capturemode = GetParam().capturemode;
     d.triggermode = GetParam().triggermode;

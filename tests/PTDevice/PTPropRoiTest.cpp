@@ -84,7 +84,7 @@ TEST_F(PTPropRoi, a_resolution_that_is_read_with_a_positive_result_is_not_logged
     EXPECT_TRUE(ptTexts(log).isEmpty());
 }
 
-TEST_F(PTPropRoi, a_resolution_that_cannot_be_read_is_logged_and_gives_a_range_all_the_same) {
+TEST_F(PTPropRoi, a_resolution_that_cannot_be_read_is_logged_and_still_gives_a_range) {
     ToupcamSim_failCall("Toupcam_get_Resolution", 0, 1, E_FAIL);
     const PScanAreaRange whole = range();
     EXPECT_EQ(whole.bounds.topLeft(), QPoint(0, 0));
@@ -94,7 +94,7 @@ TEST_F(PTPropRoi, a_resolution_that_cannot_be_read_is_logged_and_gives_a_range_a
               u"Failed TOUPCAM_OP: Toupcam_get_Resolution(m_handle, n, &w, &h)"_qs);
 }
 
-TEST_F(PTPropRoi, an_index_that_cannot_be_read_is_asked_for_its_size_all_the_same) {
+TEST_F(PTPropRoi, the_size_of_an_index_that_cannot_be_read_is_still_read) {
     ToupcamSim_failCall("Toupcam_get_eSize", 0, 1, E_FAIL);
     range();
     EXPECT_EQ(SimJournal::calls("Toupcam_get_Resolution").size(), 1U);
@@ -119,7 +119,7 @@ TEST_F(PTPropRoi, a_mode_change_that_leaves_the_region_as_it_is_has_it_read_and_
     EXPECT_EQ(ranges.count(), 0);
 }
 
-TEST_F(PTPropRoi, a_property_that_is_gone_is_not_asked_by_a_mode_change) {
+TEST_F(PTPropRoi, a_property_that_is_gone_is_not_read_by_a_mode_change) {
     qDeleteAll(device->getSupportProperties());
     EXPECT_TRUE(device->setMode(device->getSupportModes().value(1)).isOk());
     EXPECT_EQ(SimJournal::calls("Toupcam_get_Roi").size(), 1U); // the device's own

@@ -88,7 +88,7 @@ Property* propertyOf(const PDevice& device, const char* id) {
     return property;
 }
 
-/// Does something at the moment at which a record of the plugin is logged that begins with this
+/// Does something when a record of the plugin is logged that begins with this
 /// text, on the thread that logs it: for what has happened by then, and what has not.
 class AtRecord {
 public:

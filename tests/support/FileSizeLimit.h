@@ -5,7 +5,7 @@
 
 #include <sys/resource.h>
 
-/// This process's files may not grow beyond a size while it lives.
+/// This process's files cannot grow beyond a size while this object exists.
 class FileSizeLimit {
 public:
     explicit FileSizeLimit(rlim_t bytes) {

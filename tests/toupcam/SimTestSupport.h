@@ -265,7 +265,7 @@ private:
     std::vector<unsigned> m_codes;
 };
 
-/// Holds up whoever passes until it is opened.
+/// Blocks threads that pass until it is opened.
 class Gate {
 public:
     void pass() {

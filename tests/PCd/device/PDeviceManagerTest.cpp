@@ -92,7 +92,7 @@ TEST(PDeviceManager, says_that_there_is_no_camera_at_all) {
 
 // ---- Its registers.
 
-TEST(PDeviceManager, tells_of_the_devices_of_a_register_it_takes_over) {
+TEST(PDeviceManager, emits_the_devices_of_a_register_it_takes_over) {
     auto* const device = new FakeDevice;
     PDeviceManager manager;
     QList<PDevice*> added;

@@ -64,7 +64,7 @@ TEST_F(PDeviceRegisterTest, knows_no_device_by_itself) {
     EXPECT_TRUE(plain.devices().isEmpty());
 }
 
-TEST_F(PDeviceRegisterTest, adds_what_is_there_and_tells_of_each_once) {
+TEST_F(PDeviceRegisterTest, adds_what_is_there_and_emits_each_once) {
     find({a, b});
     EXPECT_EQ(fakes.devices(), (Devices{a, b}));
     EXPECT_EQ(added, (Devices{a, b}));
@@ -310,7 +310,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 // ---- Removing.
 
-TEST_F(PDeviceRegisterTest, stops_and_unlinks_a_device_before_it_tells_of_its_removal) {
+TEST_F(PDeviceRegisterTest, stops_and_unlinks_a_device_before_it_emits_its_removal) {
     find({a});
     a->link();
     a->startStream();
@@ -392,7 +392,7 @@ TEST_F(PDeviceRegisterTest, does_not_bring_back_what_a_listener_removed_during_a
     EXPECT_TRUE(added.isEmpty());
 }
 
-TEST_F(PDeviceRegisterTest, forgets_a_device_that_somebody_else_deletes) {
+TEST_F(PDeviceRegisterTest, forgets_a_device_that_other_code_deletes) {
     find({a, b});
     delete a;
     EXPECT_EQ(fakes.devices(), Devices{b});

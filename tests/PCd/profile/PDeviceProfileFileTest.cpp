@@ -25,7 +25,7 @@ protected:
     }
 };
 
-TEST_F(PDeviceProfileFileTest, is_text_that_people_can_read_and_compare) {
+TEST_F(PDeviceProfileFileTest, is_text_that_users_can_read_and_compare) {
     ProfileDevice camera;
     camera.changeAll();
     ASSERT_TRUE(PDeviceProfileFile::save(camera.device, file).isOk());

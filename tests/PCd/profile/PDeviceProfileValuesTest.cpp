@@ -18,7 +18,7 @@ namespace {
 
 class PDeviceProfileValuesTest : public testing::Test {
 protected:
-    /// The host knows what the camera has.
+    /// The host has read the camera's values.
     void changeAll() {
         camera.changeAll();
         for (PDeviceProperty* property : camera.device.supportProperties())

@@ -345,7 +345,7 @@ TEST(PDeviceProperty, that_is_not_serialisable_saves_nothing) {
 }
 
 TEST(PDeviceProperty, says_that_its_value_cannot_be_saved) {
-    // It has no stream form.
+    // It cannot be written to a QDataStream.
     TakenProperty taken(QVariant::fromValue(PMinMaxRange<double>{0, 1, 1}));
     PJsonWriter writer;
     EXPECT_FALSE(taken.property->writeStreamThis(&writer, u"gain"_qs));

@@ -15,7 +15,7 @@
 
 #include <gtest/gtest.h>
 
-/// A composite value whose fields the host knows.
+/// A composite value with declared fields.
 struct Shutter {
     Q_GADGET
     Q_PROPERTY(int speed MEMBER speed)
@@ -43,7 +43,7 @@ QVariant turns() {
     return QVariant::fromValue(choices);
 }
 
-/// A sensor whose width is no multiple of the step, with offsets in steps of 2.
+/// A sensor whose width is not a multiple of the step, with offsets in steps of 2.
 QVariant sensor(const QRect& bounds = QRect(0, 0, 101, 80)) {
     return QVariant::fromValue(PScanAreaRange{bounds, 8, 4, 4, 4, 2});
 }
@@ -73,7 +73,7 @@ struct CheckRow {
 
 class CheckedValue : public testing::TestWithParam<CheckRow> {};
 
-TEST_P(CheckedValue, is_taken_or_refused_without_asking_the_device) {
+TEST_P(CheckedValue, is_taken_or_refused_without_a_call_to_the_device) {
     const CheckedProperty checked(GetParam().current, GetParam().range);
     EXPECT_EQ(PPropertyCheck::check(*checked.property, GetParam().value).isOk(),
               GetParam().isTaken);

@@ -39,7 +39,7 @@ TEST(PropertyRoles, neither_read_the_device_nor_emit) {
     EXPECT_EQ(changes.size(), 0);
 }
 
-TEST(PropertyRoles, come_with_the_hosts_copy_of_the_value) {
+TEST(PropertyRoles, come_with_the_cached_value) {
     FakeProperty property("shutter", 7);
     property.setValueInner(20);
     PPropertyRoles::declare(property, {{PRole::ExposureTime, PRoleUnit::Seconds}});

@@ -61,7 +61,7 @@ protected:
     KeepingProperty* shot = new KeepingProperty;
 };
 
-TEST_F(QuietReadingTest, shows_what_the_device_has_while_it_lives) {
+TEST_F(QuietReadingTest, shows_what_the_device_has_while_it_exists) {
     changeAll();
     const PQuietReading reading(device.supportProperties());
     EXPECT_EQ(gain->valueInner(), QVariant(7));

@@ -74,7 +74,7 @@ TEST_P(PTBacklightButton, shows_its_code_at_first) {
     EXPECT_EQ(checked(), QStringList{GetParam().caption});
 }
 
-TEST_P(PTBacklightButton, shows_its_code_when_somebody_else_sets_it) {
+TEST_P(PTBacklightButton, shows_its_code_when_other_code_sets_it) {
     property("backlight")->setValue(GetParam().value == 2 ? 0 : 2);
     panel = openPanel("backlight");
     property("backlight")->setValue(GetParam().value);

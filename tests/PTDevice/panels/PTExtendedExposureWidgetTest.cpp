@@ -315,7 +315,7 @@ INSTANTIATE_TEST_SUITE_P(Rows, PTExtendedExposureBox,
 
 // ---- Following the property.
 
-TEST_F(PTExtendedExposurePanel, follows_what_somebody_else_sets_in_every_field) {
+TEST_F(PTExtendedExposurePanel, follows_what_other_code_sets_in_every_field) {
     openWith(ExtendedExposureData());
     set(otherRecord());
     EXPECT_FALSE(automatic()->isChecked());

@@ -34,7 +34,7 @@ TEST_F(ListCommand, lists_the_cameras_of_a_scene_as_json) {
     EXPECT_EQ(result.json.value(u"cameras"_qs).toArray(), expected) << result.output.toStdString();
 }
 
-TEST_F(ListCommand, says_for_people_that_cameras_are_simulated) {
+TEST_F(ListCommand, says_for_users_that_cameras_are_simulated) {
     CtlScene().addCamera().writeTo(sceneFile());
     const CtlResult result = runCtl({listWord, sim, u"--scene"_qs, sceneFile()});
     EXPECT_EQ(result.exitCode, 0);

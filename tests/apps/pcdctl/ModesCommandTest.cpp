@@ -38,7 +38,7 @@ TEST_F(ModesCommand, names_each_mode_and_the_current_one_as_json) {
         << result.output.toStdString();
 }
 
-TEST_F(ModesCommand, marks_the_current_mode_for_people) {
+TEST_F(ModesCommand, marks_the_current_mode_for_users) {
     EXPECT_EQ(modes({}).output, "0    320x240       320 x 240 pixels, 24 bits  (current)\n"
                                 "1    160x120       160 x 120 pixels, 24 bits\n");
 }

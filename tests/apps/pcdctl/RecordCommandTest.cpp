@@ -157,7 +157,7 @@ TEST_F(RecordCommand, mode_profile_and_settings_are_applied_before_the_first_fra
     EXPECT_EQ(xml().attribute("Plane", "ExposureTime"), u"2.5"_qs);
 }
 
-TEST_F(RecordCommand, without_json_it_tells_people_what_was_recorded) {
+TEST_F(RecordCommand, without_json_it_prints_what_was_recorded) {
     QStringList words = arguments({u"-n"_qs, u"5"_qs});
     words.removeOne(u"--json"_qs);
     const CtlResult result = runCtl(words);

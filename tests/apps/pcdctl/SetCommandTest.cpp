@@ -14,7 +14,7 @@ class SetCommand : public CameraCommandTest {};
 
 struct SettingRow {
     const char* name;
-    const char* setting; ///< as somebody writes it
+    const char* setting; ///< as the user writes it
     const char* call;    ///< what reaches the camera
     const char* value;   ///< what the camera then has, as it is shown
 };

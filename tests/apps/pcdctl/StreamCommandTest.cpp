@@ -80,7 +80,7 @@ TEST_F(StreamCommand, every_fate_of_a_frame_is_in_the_json) {
         EXPECT_TRUE(ledger.contains(QLatin1String(key))) << key;
 }
 
-TEST_F(StreamCommand, the_summary_for_people_has_the_rates_and_the_ledger) {
+TEST_F(StreamCommand, the_summary_for_users_has_the_rates_and_the_ledger) {
     const CtlResult result = stream({u"-n"_qs, u"5"_qs, u"--mode=1"_qs});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_TRUE(result.output.startsWith("Small-S0001 (simulated), mode 160x120: 5 frames in "))

@@ -65,7 +65,7 @@ ToupcamFrameInfoV2 pulledInfo(HToupcam handle) {
     std::vector<std::uint8_t> pixels(96 * 64 * 4);
     info = {1, 2, 3, 4, 5};
     EXPECT_EQ(Toupcam_PullImageV2(handle, pixels.data(), 32, &info), S_OK);
-    EXPECT_EQ(pixels[4 * (32 * 96 + 16)], 255); // the picture is there all the same
+    EXPECT_EQ(pixels[4 * (32 * 96 + 16)], 255); // the picture is still there
     EXPECT_EQ(Toupcam_Stop(handle), S_OK);
     return info;
 }

@@ -78,7 +78,7 @@ TEST(TypedProperty, setting_answers_what_the_device_answers_and_stores_nothing) 
 
 // ---- Getting.
 
-TEST(TypedProperty, every_get_asks_the_device) {
+TEST(TypedProperty, every_get_reads_the_device) {
     FakeNumber number(3);
     EXPECT_EQ(number.tryGetValue(), QVariant(3));
     number.inDevice = 4;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The typed signals that a property emits by itself after an untyped one.
+// The typed signals that a property emits after an untyped one.
 #include <PCd/property/typed/TypedFakes.h>
 
 #include <support/QtPrinters.h>

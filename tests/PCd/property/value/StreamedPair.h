@@ -4,12 +4,13 @@
 #include <QDataStream>
 #include <QMetaType>
 
-/// A composite value, as a plugin has them: not comparable, and its stream form leaves a part out.
+/// A composite value, as a plugin has them: not comparable, and its QDataStream format leaves a
+/// part out.
 struct StreamedPair {
     qint32 saved = 0;
     qint32 leftOut = 0;
 
-    static inline int timesWritten = 0; ///< how often a stream form was made, of any pair
+    static inline int timesWritten = 0; ///< number of writes to a QDataStream, of any pair
 };
 
 inline QDataStream& operator<<(QDataStream& out, const StreamedPair& pair) {

@@ -240,7 +240,7 @@ TEST_F(ExposureWatch, does_not_go_back_to_what_an_earlier_automatic_exposure_had
     moveAway();
     automatic->setValue(false);
     time->setValue(10'000);
-    record->updateValueFromDevice(); // somebody reads it, who may
+    record->updateValueFromDevice(); // any code may read it
     EXPECT_EQ(camera.time, 10'000);
     EXPECT_FALSE(shown().autoexpenabled);
 }

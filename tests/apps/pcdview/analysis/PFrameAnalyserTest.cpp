@@ -31,7 +31,7 @@ protected:
 
 } // namespace
 
-TEST_F(PFrameAnalyserTest, tells_of_a_picture_on_the_thread_that_owns_it) {
+TEST_F(PFrameAnalyserTest, reports_a_picture_on_the_thread_that_owns_it) {
     analyser.offer(even(42));
     ASSERT_TRUE(waitUntil([this] { return !means.empty(); }));
     EXPECT_EQ(means, std::vector<double>{42});

@@ -103,7 +103,7 @@ TEST_F(PExposureCountdownTest, counts_nothing_while_the_live_picture_is_stopped)
     EXPECT_EQ(left(), Left());
 }
 
-TEST_F(PExposureCountdownTest, counts_triggered_pictures_only_while_a_run_is_under_way) {
+TEST_F(PExposureCountdownTest, counts_triggered_pictures_only_while_a_run_is_in_progress) {
     setCapture(1, 0);
     EXPECT_EQ(left(), Left());
     pass(100s);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The viewer with a camera of another plugin, whose properties it knows by their roles only.
+// The viewer with a camera of another plugin, whose properties it finds only by role.
 #include <apps/pcdview/window/ViewSession.h>
 
 #include <apps/common/reading/ExifTool.h>

@@ -74,7 +74,7 @@ protected:
             box.button(QMessageBox::No)->click();
         });
     }
-    /// Does this while the next question is open, which then must go away by itself.
+    /// Does this while the next question is open, which must then close on its own.
     void expectNextGoesAfter(const std::function<void()>& event) {
         withNext([event](QMessageBox& box) {
             const QPointer<QWidget> question(&box);
@@ -92,8 +92,8 @@ protected:
         window().activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
     }
-    /// Does what no question is due for. One that comes all the same is closed, as nobody would
-    /// answer.
+    /// Does something that must not open a question. If one opens, it is closed, as nothing else
+    /// would answer.
     static void unasked(const std::function<void()>& act) {
         QTimer watch;
         QObject::connect(&watch, &QTimer::timeout, [] {

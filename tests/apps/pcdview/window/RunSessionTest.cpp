@@ -175,7 +175,7 @@ TEST_F(RunSessionTest, every_picture_of_a_sequence_is_counted_when_it_is_there) 
     EXPECT_EQ(filesInTheEnd(), 3);
 }
 
-TEST_F(RunSessionTest, the_camera_is_not_said_to_wait_for_triggers_while_a_run_is_under_way) {
+TEST_F(RunSessionTest, the_camera_is_not_said_to_wait_for_triggers_while_a_run_is_in_progress) {
     widget<QSpinBox>(u"spincount"_qs).setValue(3);
     for (const char* button : {"pbRunOnce", "pbSequence", "pbRepeatMode"}) {
         EXPECT_TRUE(saysWaiting()) << button << banner().toStdString();
@@ -201,7 +201,7 @@ TEST_F(RunSessionTest, the_camera_waits_for_triggers_while_a_sequence_does_from_
     EXPECT_FALSE(saysRun()) << banner().toStdString();
 }
 
-TEST_F(RunSessionTest, a_run_is_still_said_to_be_under_way_after_a_look_at_another_camera) {
+TEST_F(RunSessionTest, a_run_is_still_said_to_be_in_progress_after_a_look_at_another_camera) {
     end();
     start({triggeredCamera(), camera(u"cam-2"_qs, u"S0002"_qs)});
     ASSERT_TRUE(waitForNewFrames());

@@ -407,7 +407,7 @@ TEST_F(SessionTest, a_long_exposure_says_when_its_picture_comes) {
     EXPECT_TRUE(pace.text().startsWith(u"next picture in "_qs)) << pace.text().toStdString();
 }
 
-TEST_F(SessionTest, a_triggered_picture_is_awaited_only_while_its_run_is_under_way) {
+TEST_F(SessionTest, a_triggered_picture_is_awaited_only_while_its_run_is_in_progress) {
     start({patientCamera()});
     ASSERT_TRUE(waitForNewFrames());
     widget<QPushButton>(u"pbTrigger"_qs).click();

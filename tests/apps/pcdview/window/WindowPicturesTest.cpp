@@ -41,7 +41,7 @@ protected:
     static bool areSaved() { return !qEnvironmentVariableIsEmpty("PCD_SCREENSHOTS"); }
 
     /// A camera that a user would work with, or a smaller and quicker one of its kind where the
-    /// pictures are not for people.
+    /// pictures are not for viewing.
     static QJsonObject colourCamera() {
         const int share = areSaved() ? 1 : 3;
         QJsonObject camera = ViewSession::camera(u"cam-1"_qs, u"SIM02C0001"_qs);
