@@ -27,7 +27,7 @@ struct RecordingFigures {
     QString name;
     QString outcome; ///< the window's message about it
     int wanted = 0;  ///< frames
-    double pace = 0; ///< frames a second that are wanted
+    double pace = 0; ///< planned frames per second
     qint64 frameBytes = 0;
     qint64 bytes = 0;        ///< in the file
     double seconds = 0;      ///< from the start to the complete file

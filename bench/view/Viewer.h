@@ -41,7 +41,7 @@ public:
     QAction* action(const QString& name) const;
     QWidget* widget(const QString& name) const;
 
-    /// Stops the live picture and returns the ledger of the frames when none waits any more.
+    /// Stops the live picture and returns the ledger once no frame is waiting.
     PFrameLedger stopAndSettle();
 
 private:

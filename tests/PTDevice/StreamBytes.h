@@ -4,7 +4,7 @@
 #include <QDataStream>
 #include <QIODevice>
 
-/// The bytes that a stream as Qt makes it writes for a value.
+/// The bytes that a default QDataStream writes for a value.
 template <typename T>
 QByteArray bytesOf(const T& value) {
     QByteArray bytes;
@@ -13,7 +13,8 @@ QByteArray bytesOf(const T& value) {
     return bytes;
 }
 
-/// The value that a stream reads over this one; `whole` is true if it took exactly these bytes.
+/// The value that a QDataStream reads into this one; `whole` is true if it took exactly these
+/// bytes.
 template <typename T>
 T valueOfBytes(const QByteArray& bytes, T value, bool* whole) {
     QDataStream stream(bytes);

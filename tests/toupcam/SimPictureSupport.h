@@ -67,7 +67,7 @@ private:
     std::filesystem::path m_path;
 };
 
-/// A colour camera that sees a picture file nearly without noise: full light is 200 counts.
+/// A colour camera that shows a picture file nearly without noise: full light is 200 counts.
 inline SimCameraText pictureCamera(const std::string& path, const std::string& more = "") {
     SimCameraText camera;
     camera.source =

@@ -12,8 +12,8 @@
 
 namespace {
 
-/// A composite of a camera that keeps what it reads while it reads, as plugins have them, and that
-/// has no exposure of its own while it is triggered.
+/// A composite property that stores what it reads, as plugins' do, of a camera that does not hold
+/// the exposure while it is triggered.
 struct CameraShot {
     Q_GADGET
     Q_PROPERTY(double exposure MEMBER exposure)

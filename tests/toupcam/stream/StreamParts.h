@@ -74,7 +74,7 @@ private:
     int m_ready;
 };
 
-/// Notes the frames it observes, and loses the one it is set to.
+/// Records the frames it observes, and loses the one it is set to lose.
 class FakeObserver : public PSimFrameObserver {
 public:
     explicit FakeObserver(StreamSteps& steps)

@@ -108,7 +108,7 @@ PCtlOutcome checkOptions(const PCtlSyntax::CommandSyntax& syntax, const QStringL
     return {};
 }
 
-constexpr quint64 mostTriggered = 999; // what the camera's panel offers too
+constexpr quint64 mostTriggered = 999; // as on the camera's panel
 
 PCtlOutcome readExposure(const QString& text, PCtlOptions& options) {
     options.exposure = PDurationText::parse(text);

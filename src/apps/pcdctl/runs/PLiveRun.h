@@ -52,7 +52,7 @@ protected:
 
     /// Records the frames from now on.
     void record(std::unique_ptr<PFrameWriter> writer, const PRecordSchedule::Plan& plan);
-    /// Writes the files of a pattern, which the arguments were checked for.
+    /// A writer for the files of a pattern that was checked with the arguments.
     std::unique_ptr<PFrameWriter> seriesWriter(const QString& pattern) const;
     /// Null without a recorder.
     const PFrameRecorder* recorder() const { return m_recorder.get(); }

@@ -14,8 +14,8 @@ const QString folderKey = u"capture/folder"_qs;
 const QString patternKey = u"capture/names"_qs;
 const QString endingKey = u"capture/stillEnding"_qs;
 
-/// The highest number in use of names that differ in nothing else: a folder of thousands of
-/// pictures is not gone through again for each.
+/// The highest number used so far with otherwise equal names, so that a folder of thousands of
+/// pictures is not searched again for each picture.
 QHash<QString, int>& lastNumbers() {
     static QHash<QString, int> numbers;
     return numbers;

@@ -10,7 +10,7 @@ const QString dateMark = u"{date}"_qs;
 const QString timeMark = u"{time}"_qs;
 const QString numberMark = u"{n}"_qs;
 
-constexpr qsizetype longestText = 100; // file systems take 255 bytes, and the marks grow
+constexpr qsizetype longestText = 100; // file systems allow 255 bytes, and placeholders grow
 
 /// A name that is valid on every file system.
 QString asFileName(QString text) {

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Which samples of the picture make the view's pixels along one axis.
+/// Maps pixels of the view to samples of the picture along one axis.
 struct AxisSamples {
     int first = 0;                    ///< pixel of the view
     int count = 0;                    ///< pixels of the view

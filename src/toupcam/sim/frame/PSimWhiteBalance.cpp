@@ -22,7 +22,7 @@ double planck(double micrometres, double kelvin) {
     return 1.0 / std::expm1(14387.77 / (micrometres * kelvin));
 }
 
-// Each channel of a black body's light over that of neutral light.
+// Each channel of a black body's light, relative to neutral light.
 Channels blackBody(double kelvin) {
     Channels result{};
     for (std::size_t i = 0; i < result.size(); ++i)

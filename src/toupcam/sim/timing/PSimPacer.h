@@ -42,8 +42,8 @@ public:
     /// The next frame falls due one period after `now`.
     void pauseUntil(Clock::time_point now) { m_last = now; }
 
-    /// Changes the period. A frame that is due stays due, those before it are counted; one that is
-    /// not, but would have been long ago with the new period, falls due now.
+    /// Changes the period. A due frame stays due, and those before it are counted; if the next
+    /// frame would have been due long ago with the new period, it falls due now.
     void changePeriod(Clock::time_point now, std::chrono::nanoseconds old,
                       std::chrono::nanoseconds next) {
         const std::uint64_t waiting = fallen(now, old);

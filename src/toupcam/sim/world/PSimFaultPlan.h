@@ -20,7 +20,7 @@ public:
 
     /// Sets calls up to fail or take longer, and starts the clock for the timed steps.
     void start();
-    /// No timed step begins any more; waits for one in progress. Not from a callback.
+    /// Begins no more timed steps, and waits for one in progress. Not from a callback.
     void stop();
 
     /// The observer that reports the frames of one camera to the plan.

@@ -26,8 +26,7 @@ PSimWorld::PSimWorld() {
         loadFromEnvironment();
 }
 
-// A scene that cannot be read does not fall back on other cameras: there
-// are none.
+// If the scene cannot be read, there are no cameras, rather than other ones.
 void PSimWorld::loadFromEnvironment() {
     const QByteArray path = qgetenv("TOUPCAM_SIM_SCENE");
     try {

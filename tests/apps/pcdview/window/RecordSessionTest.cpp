@@ -87,7 +87,7 @@ protected:
     void pressNext(Qt::Key key) {
         withNext([key](QMessageBox& box) { QTest::keyClick(&box, key); });
     }
-    /// A question before has left no window active, and keys go to the active one.
+    /// After an earlier question no window is active, but keys go to the active one.
     void activate() {
         window().activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));

@@ -31,7 +31,7 @@ PPictureController::PPictureController(const PViewActions& actions, PCameraTabs&
 void PPictureController::saveShown() {
     const PCameraPage* const page = m_tabs.currentPage();
     const PViewCamera& camera = page->camera();
-    // The one that was on the screen, not one that comes while the dialog is open.
+    // The picture that was on the screen, not one that arrives while the dialog is open.
     const PDeviceFrame frame = camera.frame();
     const double pixelSize = page->pixelSizeOfPicture();
     if (frame.image.isNull()) {
