@@ -80,7 +80,7 @@ void omeTiffStack(benchmark::State& state) {
 
 } // namespace
 
-// Each several times, for the median: the system writes to the disk when it likes.
+// Each several times, for the median: the system may write to the disk at any time.
 BENCHMARK(plainFile)
     ->UseRealTime()
     ->Unit(benchmark::kMillisecond)

@@ -66,7 +66,7 @@ struct AnswerRow {
     FakeAnswer answer;
 };
 
-/// A bench of the kind `Bench` whose device refuses every value, whatever it answers.
+/// A bench of the kind `Bench` whose device refuses every value, whatever it returns.
 template <typename Bench>
 class RefusingBench : public Bench, public testing::WithParamInterface<AnswerRow> {
 protected:

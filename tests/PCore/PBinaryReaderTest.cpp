@@ -42,7 +42,7 @@ const QByteArray end(1, '\0');
 struct HostileRecords {
     const char* name;
     QByteArray records;
-    const char* reason; // a part of what is said, the byte first
+    const char* reason; // a part of the message, the byte first
 };
 
 class PBinaryReaderRefuses : public testing::TestWithParam<HostileRecords> {};

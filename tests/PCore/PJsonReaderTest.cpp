@@ -11,7 +11,7 @@ namespace {
 struct HostileDocument {
     const char* name;
     QByteArray json;
-    const char* reason; // a part of what is said, the line first
+    const char* reason; // a part of the message, the line first
 };
 
 class PJsonReaderRefuses : public testing::TestWithParam<HostileDocument> {};

@@ -14,11 +14,11 @@ class PCameraHost {
 public:
     /// See PCameraSdk::load().
     PStatus loadSdk(const QString& choice) { return m_sdk.load(choice); }
-    /// Has simulated cameras come from a scene file. Fails with what is wrong with it, or if the
+    /// Sets the scene file of the simulated cameras. Fails with what is wrong with it, or if the
     /// SDK is not simulated.
     PStatus loadScene(const QString& file);
-    /// Loads the plugins of these folders and of the usual ones. Fails if there is none; what is
-    /// wrong with single ones is in pluginFailures().
+    /// Loads the plugins of these folders and of the usual ones. Fails if there is none; failures
+    /// of single plugins are in pluginFailures().
     PStatus loadPlugins(const QStringList& paths);
     const QList<PPluginLoader::Failure>& pluginFailures() const { return m_failures; }
     /// Finds the cameras of the plugins, and follows them from now on.

@@ -15,8 +15,8 @@ public:
     /// reason.
     PStatus load(const QString& choice);
 
-    /// Has the simulated SDK show the cameras of a scene file. Fails with the file and what is
-    /// wrong with it. Only where isSimulated().
+    /// Makes the simulated SDK show the cameras of a scene file. Fails with the file and what is
+    /// wrong with it. Only if isSimulated().
     PStatus loadScene(const QString& file);
 
     bool isSimulated() const { return m_simulated; }

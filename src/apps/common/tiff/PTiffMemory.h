@@ -13,8 +13,8 @@ public:
     /// Has room for that many bytes at once; it grows if it must.
     explicit PTiffMemory(qsizetype room = 0);
 
-    /// Makes the file with a function that writes it through libtiff, and returns what that
-    /// returns; false if there can be no file. Throws std::bad_alloc.
+    /// Creates the file with a function that writes it through libtiff, and returns the function's
+    /// result; false if libtiff cannot open it. Throws std::bad_alloc.
     bool write(const std::function<bool(tiff*)>& writer);
 
     /// The file that write() made; incomplete after it failed.

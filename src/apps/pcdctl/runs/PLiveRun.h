@@ -33,7 +33,7 @@ protected:
     virtual PCtlOutcome afterStart() { return {}; }
     /// The stream is about to be stopped; the camera is there.
     virtual void beforeStop() {}
-    /// The stream ends after this time; none: it does not go by time.
+    /// The stream ends after this time; none if it has no time limit.
     virtual std::optional<std::chrono::milliseconds> timeLimit() const { return std::nullopt; }
     /// True if all that was planned is taken.
     virtual bool isComplete() const = 0;

@@ -21,8 +21,8 @@ public:
     PStatus setText(const QString& text);
     const QString& text() const { return m_text; }
 
-    /// The name for the number-th try, from 1 on, to find one that is new: a text without {n} gets
-    /// the number at its end from the second try on. No ending.
+    /// The name, without extension, for this attempt (from 1) to find an unused one: if the text
+    /// has no {n}, the number is appended from the second attempt on.
     QString name(const QString& camera, const QDateTime& time, int number) const;
 
 private:

@@ -14,7 +14,7 @@
 #include <optional>
 #include <variant>
 
-/// Frames of one stream: produced by the camera, and of those handed to the client.
+/// The numbers of frames of one stream: produced by the camera, and delivered to the client.
 struct PSimFrameCounts {
     std::uint64_t produced = 0;
     std::uint64_t delivered = 0;
