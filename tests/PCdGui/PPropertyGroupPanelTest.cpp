@@ -86,7 +86,7 @@ TEST_F(PPropertyGroupPanelTest, matches_what_has_no_title_by_the_title_of_the_gr
     EXPECT_EQ(shownTitles(), QStringList());
 }
 
-TEST_F(PPropertyGroupPanelTest, matches_what_a_panel_of_its_own_shows_at_the_moment) {
+TEST_F(PPropertyGroupPanelTest, matches_what_a_panel_of_its_own_shows_now) {
     EXPECT_TRUE(panel->setFilter(u"OWN"_qs));
     EXPECT_TRUE(own->isVisible());
     EXPECT_EQ(shownTitles(), QStringList());

@@ -70,7 +70,7 @@ TEST_F(PNumberFieldTest, leaves_such_a_value_alone_when_it_is_left_or_entered_ag
     EXPECT_EQ(edited.size(), 0);
 }
 
-TEST_F(PNumberFieldTest, tells_of_typing_only_at_enter_and_once) {
+TEST_F(PNumberFieldTest, reports_typing_only_at_enter_and_once) {
     typeInto(&field, u"125"_qs);
     EXPECT_EQ(edited.size(), 0);
     QTest::keyClick(&field, Qt::Key_Return);
@@ -78,7 +78,7 @@ TEST_F(PNumberFieldTest, tells_of_typing_only_at_enter_and_once) {
     EXPECT_EQ(edits(), Values({125}));
 }
 
-TEST_F(PNumberFieldTest, tells_of_typing_when_the_focus_leaves) {
+TEST_F(PNumberFieldTest, reports_typing_when_the_focus_leaves) {
     typeInto(&field, u"125"_qs);
     other.setFocus();
     EXPECT_EQ(edits(), Values({125}));

@@ -97,7 +97,7 @@ private:
     std::atomic<bool> disconnectReported{false};
     std::unique_ptr<PTStreamThread> streamThread;
     Data data;
-    QMutex mutex; // guards nothing here: whoever holds it keeps the device from going
+    QMutex mutex; // held by any thread, it keeps the device from being destroyed
     quint64 modelFlags;
     char cameraId[64] = {};
 };

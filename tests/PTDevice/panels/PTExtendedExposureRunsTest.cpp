@@ -232,7 +232,7 @@ TEST_F(PTExtendedExposureRuns, an_external_sequence_of_3_ends_after_three_signal
     start(d);
     EXPECT_THAT(usableRuns(), ElementsAre("pbSequence"));
     clickOn(button("pbSequence"));
-    // The camera takes no number of software triggers now; the signals count all the same.
+    // The camera takes no number of software triggers now; the signals still count.
     EXPECT_THAT(ptTexts(log), Contains(u"Failed TOUPCAM_OP: Toupcam_Trigger(m_property->m_h, "
                                        "m_property->value().spincount)"_qs));
     for (int signal = 1; signal <= 3; ++signal) {

@@ -121,7 +121,7 @@ TEST(PPropertyText, takes_a_title_before_a_name_and_a_name_before_a_number) {
     EXPECT_EQ(property.valueOf(u"a"_qs), QVariant(idOf(1)));
 }
 
-TEST(PPropertyText, shows_values_as_people_write_them) {
+TEST(PPropertyText, shows_values_as_users_write_them) {
     EXPECT_EQ(PPropertyText::ofValue(12, {}), u"12"_qs);
     EXPECT_EQ(PPropertyText::ofValue(true, {}), u"on"_qs);
     EXPECT_EQ(PPropertyText::ofValue(false, {}), u"off"_qs);
