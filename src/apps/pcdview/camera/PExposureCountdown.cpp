@@ -65,7 +65,7 @@ bool PExposureCountdown::isExposing() const {
 std::optional<std::chrono::seconds> PExposureCountdown::left() const {
     if (!isExposing())
         return std::nullopt;
-    const microseconds exposure = exposureOf(*m_device);
+    const microseconds exposure = readExposure(*m_device);
     if (exposure < shortestToWaitFor)
         return std::nullopt;
     const auto left = std::chrono::ceil<std::chrono::seconds>(m_began + exposure - m_now());
