@@ -36,7 +36,7 @@ target_compile_options(pcd_settings INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow
     $<$<BOOL:${PCD_WERROR}>:-Werror>
     # Of sources that are compiled as one, GCC takes what a file keeps to itself for a header's.
-    $<$<AND:$<BOOL:$<TARGET_PROPERTY:UNITY_BUILD>>,$<CXX_COMPILER_ID:GNU>>:-Wno-subobject-linkage>
+    $<$<AND:$<BOOL:$<TARGET_PROPERTY:UNITY_BUILD>>,$<COMPILE_LANG_AND_ID:CXX,GNU>>:-Wno-subobject-linkage>
     # Log records name source files relative to the tree, the same wherever it was built.
     "-fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=")
 target_compile_definitions(pcd_settings INTERFACE
