@@ -14,7 +14,7 @@ LIBRARIES = {
     "PCd": "PCore PDip PLog",
     "PGui": "PCore",
     "PCdGui": "PCd PCore PGui",
-    "PCdPlugins/PTDevice": "PCd PCore PDip PLog toupcam",
+    "PCdPlugins/PTDevice": "PCd PCore PDip PGui PLog toupcam",
     "toupcam": "",
     "toupcam/sim": "toupcam",
     "apps/common": "PCd PCore",

@@ -16,7 +16,8 @@ sys.path.insert(0, str(ROOT / "scripts"))
 
 # The path comes first.
 from checks import (  # noqa: E402
-    cli, commits, conventions, folders, format, functions, headers, includes, tests, threads, words)
+    cli, commits, conventions, folders, format, functions, headers, includes, tests, threads,
+    uses, words)
 from checks.allowed import FOLDER, pruned  # noqa: E402
 from checks.tree import InputError, Tree  # noqa: E402
 
@@ -498,6 +499,37 @@ class ThreadsTest(TreeTest):
     def test_a_comment_s_words_and_a_mutex_that_is_passed_on_are_none(self):
         self.expect(self.check("QMutex m; // guards a\n\n\n\n\nvoid f(QMutex& m);\n"
                                'f("postEvent(");\n'))
+
+
+class UsesTest(TreeTest):
+    """A class that is named is declared in the file or in what it includes."""
+
+    def setUp(self):
+        super().setUp()
+        self.files = {"src/a/PA.h": "class PA {};\n", "src/a/PB.h": "#include <a/PA.h>\nclass PB {};\n"}
+
+    def check_source(self, text):
+        """Checks a tree of two headers and a source with this text."""
+        self.files["src/a/c.cpp"] = text
+        return uses.check(self.tree(self.files))
+
+    def test_a_class_that_an_include_of_an_include_declares_is_right(self):
+        self.expect(self.check_source("#include <a/PB.h>\nPA a;\n"))
+
+    def test_a_class_that_the_file_declares_is_right(self):
+        self.expect(self.check_source("class PA;\nPA* a;\n"))
+
+    def test_a_class_whose_header_is_not_reached_is_found_once_with_the_header(self):
+        result = self.check_source("#include <a/PA.h>\n\nPB b;\nPB c;\n")
+        self.expect(result, "src/a/c.cpp:3")
+        self.expect_text(result, "expected #include <a/PB.h>")
+
+    def test_comments_texts_and_names_of_tests_are_not_uses(self):
+        self.expect(self.check_source('// PB\nauto text = "PA";\nTEST(PB, works) {}\n'))
+
+    def test_a_header_without_a_class_of_its_name_is_not_looked_for(self):
+        self.files["src/a/PLimit.h"] = "constexpr int PLimit = 1;\n"
+        self.expect(self.check_source("int PLimit;\n"))
 
 
 class WordsTest(TreeTest):

@@ -4,6 +4,8 @@
 #include "ui_PTFanControl.h"
 #include <PCdPlugins/PTDevice/PTFanDevice.h>
 
+#include <PGui/PRangeWidget.h>
+
 #include <QScopedValueRollback>
 
 PTFanPanel::PTFanPanel(PTFanProperty* property)

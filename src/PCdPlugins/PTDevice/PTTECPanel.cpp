@@ -6,6 +6,10 @@
 
 #include <PCd/device/PDevice.h>
 
+#include <PCore/PMinMaxRange.h>
+
+#include <PGui/PDoubleRangeWidget.h>
+
 #include <QTimer>
 
 #include <chrono>
