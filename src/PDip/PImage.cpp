@@ -208,7 +208,7 @@ QImage PImage::toQImage() const {
     QImage image(bytes, int(width()), int(height()), qsizetype(bytesPerLine()), qtFormat(format()),
                  releasePixels, keeper.get());
     if (!image.isNull())
-        keeper.release(); // now owned by the QImage
+        static_cast<void>(keeper.release()); // now owned by the QImage
     return image;
 }
 

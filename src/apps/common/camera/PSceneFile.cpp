@@ -28,7 +28,7 @@ QByteArray withAbsolutePaths(const QByteArray& text, const QDir& folder) {
     if (!cameras.isArray())
         return text;
     QJsonArray changed;
-    for (const QJsonValue& camera : cameras.toArray())
+    for (const auto& camera : cameras.toArray())
         changed.append(withAbsolutePath(camera, folder));
     scene.insert(u"cameras"_qs, changed);
     return QJsonDocument(scene).toJson();

@@ -23,7 +23,7 @@ AxisSamples makeSamples(double corner, double scale, long pixels, int room, std:
     axis.first = std::clamp(int(std::ceil(corner - 0.5)), 0, room);
     const int end = std::clamp(int(std::ceil(corner + double(pixels) * scale - 0.5)), 0, room);
     axis.count = std::max(end - axis.first, 0);
-    axis.offsets.reserve(std::size_t(axis.count * axis.each));
+    axis.offsets.reserve(std::size_t(axis.count) * std::size_t(axis.each));
     for (int i = 0; i < axis.count * axis.each; ++i) {
         const double inView = axis.first + (i + 0.5) / axis.each;
         const long index = long(std::floor((inView - corner) / scale));
@@ -90,9 +90,10 @@ void renderPixels(const unsigned char* pixels, const AxisSamples& rows, const Ax
                   const Shader& shader, QImage& target) {
     const int each = columns.each;
     for (int y = 0; y < rows.count; ++y) {
+        const std::size_t* const row = rows.offsets.data() + std::ptrdiff_t{y} * each;
         std::array<const unsigned char*, PViewSampler::samplesAnAxis> lines{};
         for (int i = 0; i < each; ++i)
-            lines[std::size_t(i)] = pixels + rows.offsets[std::size_t(y * each + i)];
+            lines[std::size_t(i)] = pixels + row[i];
         auto* const out = reinterpret_cast<QRgb*>(target.scanLine(rows.first + y)) + columns.first;
         const std::size_t* column = columns.offsets.data();
         for (int x = 0; x < columns.count; ++x, column += each)

@@ -23,11 +23,11 @@ PSimCells::PSimCells(unsigned width, unsigned height, std::uint64_t seed)
 }
 
 void PSimCells::paint() {
-    for (float y = -pitch; y < m_unitsHigh + pitch; y += pitch) {
-        for (float x = -pitch; x < cellUnitsWide + pitch; x += pitch) {
+    for (int row = -1; float(row) * pitch < m_unitsHigh + pitch; ++row) {
+        for (int column = -1; float(column) * pitch < cellUnitsWide + pitch; ++column) {
             Cell cell{};
-            cell.x = x + float(m_random.between(0.0, 0.8 * pitch));
-            cell.y = y + float(m_random.between(0.0, 0.8 * pitch));
+            cell.x = float(column) * pitch + float(m_random.between(0.0, 0.8 * pitch));
+            cell.y = float(row) * pitch + float(m_random.between(0.0, 0.8 * pitch));
             cell.size = float(m_random.between(15.0, 22.0));
             cell.angle = float(m_random.between(0.0, 3.14));
             cell.brightness = float(m_random.between(0.55, 1.0));

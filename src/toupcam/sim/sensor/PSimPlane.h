@@ -24,6 +24,8 @@ public:
 
     /// A share, 0 … 1, as a value of the plane.
     static std::uint8_t byte(float share) {
+        // Rounds, because it is never negative; std::lround() would be a call for each pixel.
+        // NOLINTNEXTLINE(bugprone-incorrect-roundings)
         return std::uint8_t(std::clamp(share, 0.0F, 1.0F) * 255.0F + 0.5F);
     }
 

@@ -155,15 +155,15 @@ void PSimTissue::paintGround() {
     const float unitsAStep = float(groundStep) / m_scale;
     std::array<std::vector<Stains>, 2> lines{std::vector<Stains>(columns),
                                              std::vector<Stains>(columns)};
-    const auto compute = [&](std::vector<Stains>& line, unsigned y) {
+    const auto compute = [&](std::vector<Stains>& line, unsigned step) {
         for (unsigned i = 0; i < columns; ++i)
-            line[i] = stainsAt(float(i) * unitsAStep, float(y / groundStep) * unitsAStep);
+            line[i] = stainsAt(float(i) * unitsAStep, float(step) * unitsAStep);
     };
     compute(lines[1], 0);
     for (unsigned y = 0; y < m_nuclei.height(); ++y) {
         if (y % groundStep == 0) {
             lines[0].swap(lines[1]);
-            compute(lines[1], y + groundStep);
+            compute(lines[1], y / groundStep + 1);
         }
         const float down = float(y % groundStep) / groundStep;
         for (unsigned x = 0; x < m_nuclei.width(); ++x) {
@@ -236,10 +236,10 @@ void PSimTissue::paintGlandCells(const Gland& gland) {
 
 void PSimTissue::paintStromaCells() {
     constexpr float stromaPitch = 62.0F;
-    for (float y = 0.0F; y < m_unitsHigh; y += stromaPitch) {
-        for (float x = 0.0F; x < tissueUnitsWide; x += stromaPitch) {
-            const float u = x + float(m_random.between(0.0, stromaPitch));
-            const float v = y + float(m_random.between(0.0, stromaPitch));
+    for (int row = 0; float(row) * stromaPitch < m_unitsHigh; ++row) {
+        for (int column = 0; float(column) * stromaPitch < tissueUnitsWide; ++column) {
+            const float u = float(column) * stromaPitch + float(m_random.between(0.0, stromaPitch));
+            const float v = float(row) * stromaPitch + float(m_random.between(0.0, stromaPitch));
             const double kind = m_random.uniform();
             const auto strength = float(m_random.between(0.7, 0.95));
             const float angle = fibreAngle(u, v) + float(m_random.between(-0.25, 0.25));

@@ -57,8 +57,10 @@ void PSimThermal::advance() {
     const std::chrono::duration<double> passed = now - m_when;
     m_when = now;
     double left = std::min(passed.count() * m_speed, longEnough);
-    for (; left > loopStep; left -= loopStep)
+    while (left > loopStep) {
         step(loopStep);
+        left -= loopStep;
+    }
     step(left);
 }
 

@@ -6,7 +6,8 @@
 #include <future>
 #include <utility>
 
-PSimStream::PSimStream(std::shared_ptr<PSimCameraLink> link, std::shared_ptr<PSimSettings> settings)
+PSimStream::PSimStream(std::shared_ptr<PSimCameraLink> link,
+                       const std::shared_ptr<PSimSettings>& settings)
     : m_link(std::move(link))
     , m_schedule(m_link, settings)
     , m_feedback(m_link->source, settings, m_schedule)

@@ -14,7 +14,7 @@
 /// client run without any lock held.
 class PSimStream : public std::enable_shared_from_this<PSimStream> {
 public:
-    PSimStream(std::shared_ptr<PSimCameraLink> link, std::shared_ptr<PSimSettings> settings);
+    PSimStream(std::shared_ptr<PSimCameraLink> link, const std::shared_ptr<PSimSettings>& settings);
     ~PSimStream();
     PSimStream(const PSimStream&) = delete;
     PSimStream& operator=(const PSimStream&) = delete;
