@@ -84,11 +84,6 @@ function(pcd_add_test name)
     if(NOT PCD_SANITIZE MATCHES "thread")
         target_compile_options(${name} PRIVATE -O0)
     endif()
-    if(NOT CMAKE_UNITY_BUILD)
-        # Four sources take little longer than one, because most of the time goes into the headers; more of
-        # them would take too long after a change of one.
-        set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 4)
-    endif()
     target_link_libraries(${name} PRIVATE pcd_settings pcd_test_support GTest::gtest GTest::gmock Qt6::Test ${arg_LINK})
     if(NOT arg_SHARDS)
         pcd_add_test_run(${name} ${name} "")

@@ -224,7 +224,7 @@ TEST_F(SimGeometry, index_of_the_resolution_stays_at_any_size) {
 
 TEST_F(SimGeometry, ready_made_frames_are_never_processed) {
     SimCameraText camera;
-    camera.source = R"({"kind": "ring"})";
+    camera.source = R"({"kind": "ring", "frames": 1})";
     const HToupcam handle = openOnly(camera);
     const PushedFrame before = takeOne(handle);
     EXPECT_EQ(put(handle, {8, 8, 16, 12}), E_NOTIMPL);
