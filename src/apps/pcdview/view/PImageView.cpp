@@ -17,6 +17,15 @@ constexpr double zoomStep = 1.25;     // of a key, and of a notch of the wheel
 constexpr double notchOfWheel = 120;  // QWheelEvent: eighths of a degree, 15 degrees a notch
 constexpr double scaleBarShare = 0.2; // of the view's width, at most
 
+/// Writes a size on a dark box, as it must be readable on any picture.
+void paintSize(QPainter& painter, QPointF at, QSize size) {
+    const QString text = u"%1 × %2"_qs.arg(size.width()).arg(size.height());
+    const QFontMetricsF metrics(painter.font());
+    const QRectF box(at, QSizeF(metrics.horizontalAdvance(text) + 8, metrics.height() + 4));
+    painter.fillRect(box, QColor(0, 0, 0, 150));
+    painter.drawText(box, Qt::AlignCenter, text);
+}
+
 } // namespace
 
 PImageView::PImageView(QWidget* parent)
@@ -133,8 +142,7 @@ void PImageView::paintRegion(QPainter& painter) const {
     painter.drawRect(box);
     painter.setPen(QPen(Qt::white, 1));
     painter.drawRect(box);
-    painter.drawText(box.adjusted(6, 4, 200, 40),
-                     u"%1 × %2"_qs.arg(region.width()).arg(region.height()));
+    paintSize(painter, box.topLeft() + QPointF(4, 4), region.size());
 }
 
 void PImageView::paintScaleBar(QPainter& painter) const {

@@ -94,6 +94,17 @@ TEST_F(PImageViewTest, draws_a_region_in_pixels_of_the_picture) {
     EXPECT_EQ(drawn[0][0].toRect(), QRect(200, 100, 300, 300));
 }
 
+TEST_F(PImageViewTest, writes_the_size_of_a_region_on_a_dark_box) {
+    view.setImage(
+        pictureOf(800, 600, PDIP::ColorFormat::Bgr, [](int, int) { return QColor(Qt::white); }));
+    view.setTool(PImageView::Tool::Region);
+    QTest::mousePress(&view, Qt::LeftButton, {}, {100, 50});
+    QTest::mouseMove(&view, {250, 200});
+    const QImage screen = view.grab().toImage();
+    EXPECT_LT(screen.pixelColor(106, 56).lightness(), 150);
+    EXPECT_GT(screen.pixelColor(240, 190).lightness(), 200);
+}
+
 TEST_F(PImageViewTest, a_region_ends_at_the_edge_of_the_picture) {
     view.setTool(PImageView::Tool::Region);
     QSignalSpy drawn(&view, &PImageView::regionDrawn);
