@@ -1077,6 +1077,10 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <translation>Камера не выбрана.</translation>
     </message>
     <message>
+        <source>The camera is unplugged.</source>
+        <translation>Камера отключена.</translation>
+    </message>
+    <message>
         <source>Find a setting</source>
         <translation>Найти настройку</translation>
     </message>

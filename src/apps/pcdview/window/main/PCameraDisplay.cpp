@@ -63,7 +63,9 @@ void PCameraDisplay::showPage(PCameraPage* page) {
 void PCameraDisplay::showState() {
     const PCameraPage* const page = m_tabs.currentPage();
     PViewCamera* const camera = page == nullptr ? nullptr : &page->camera();
-    m_panels.settings->setDevice(camera == nullptr ? nullptr : camera->device());
+    using Without = PSettingsPanel::Without;
+    m_panels.settings->setDevice(camera == nullptr ? nullptr : camera->device(),
+                                 camera == nullptr ? Without::Selection : Without::Connection);
     m_panels.record->setCamera(camera);
     m_window->setWindowTitle(PWindowTitle::toText(camera));
     showNumbers();

@@ -22,7 +22,8 @@ constexpr int leastWidthWithoutCamera =
 PSettingsPanel::PSettingsPanel(QWidget* parent)
     : QWidget(parent)
     , m_filter(new QLineEdit)
-    , m_nothing(new QLabel(tr("No camera selected."))) {
+    , m_nothing(new QLabel) {
+    m_nothing->setObjectName(u"noSettings"_qs);
     m_filter->setObjectName(u"settingsFilter"_qs);
     m_filter->setPlaceholderText(tr("Find a setting"));
     m_filter->setClearButtonEnabled(true);
@@ -33,7 +34,9 @@ PSettingsPanel::PSettingsPanel(QWidget* parent)
     setDevice(nullptr);
 }
 
-void PSettingsPanel::setDevice(PDevice* device) {
+void PSettingsPanel::setDevice(PDevice* device, Without without) {
+    m_nothing->setText(without == Without::Selection ? tr("No camera selected.")
+                                                     : tr("The camera is unplugged."));
     if (m_panel != nullptr && device == m_device)
         return;
     putAway();

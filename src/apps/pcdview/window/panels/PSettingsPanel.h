@@ -7,6 +7,7 @@
 #include <QPointer>
 #include <QWidget>
 
+class QLabel;
 class QLineEdit;
 
 /// All settings of a camera, with a search box. A camera keeps its panel, hidden,
@@ -17,8 +18,10 @@ class PSettingsPanel : public QWidget {
 public:
     explicit PSettingsPanel(QWidget* parent = nullptr);
 
-    /// Shows the settings of this linked device; null: none.
-    void setDevice(PDevice* device);
+    /// What is missing if there is no device.
+    enum class Without { Selection, Connection };
+    /// Shows the settings of this linked device; without one, says why there are none.
+    void setDevice(PDevice* device, Without without = Without::Selection);
     /// Whether a command that a panel of the device has started is running: one of its push buttons
     /// that choose nothing stays pressed.
     bool hasPressedButton() const;
@@ -38,7 +41,7 @@ private:
     void applyFilter();
 
     QLineEdit* m_filter; // children
-    QWidget* m_nothing;
+    QLabel* m_nothing;
     QPointer<QWidget> m_panel;
     QHash<PDevice*, QPointer<QWidget>> m_panels; ///< of the linked devices that were shown
     QPointer<PDevice> m_device;

@@ -25,6 +25,11 @@ protected:
         const auto* const label = window.statusBar()->findChild<QLabel*>(QString::fromLatin1(name));
         return label == nullptr ? u"no such field"_qs : label->text();
     }
+    /// What is shown instead of settings.
+    QString noSettings() const {
+        const auto* const label = window.findChild<QLabel*>(u"noSettings"_qs);
+        return label == nullptr || label->isHidden() ? QString() : label->text();
+    }
     bool canRecord() const {
         const auto* const button = window.findChild<QPushButton*>(u"recordButton"_qs);
         return button != nullptr && button->isEnabled();
@@ -44,6 +49,7 @@ TEST_F(PCameraDisplayTest, shows_no_camera_at_first) {
     EXPECT_FALSE(modes.isEnabled());
     EXPECT_FALSE(canRecord());
     EXPECT_EQ(field("pace"), QString());
+    EXPECT_EQ(noSettings(), u"No camera selected."_qs);
 }
 
 TEST_F(PCameraDisplayTest, shows_the_camera_of_the_tab_in_front) {
@@ -63,6 +69,7 @@ TEST_F(PCameraDisplayTest, shows_that_the_camera_in_front_is_unplugged) {
     EXPECT_FALSE(modes.isEnabled());
     EXPECT_FALSE(canRecord());
     EXPECT_EQ(field("pace"), u"unplugged"_qs);
+    EXPECT_EQ(noSettings(), u"The camera is unplugged."_qs);
 }
 
 TEST_F(PCameraDisplayTest, counts_frames_as_they_arrive) {
