@@ -42,6 +42,12 @@ void PCameraController::connectTabs() {
 void PCameraController::connectList(PCameraListPanel& list) {
     const auto showEntries = [this, &list] { list.setEntries(m_tabs.entries()); };
     connect(&m_tabs, &PCameraTabs::entriesChanged, &list, showEntries);
+    connect(&m_tabs, &PCameraTabs::currentPageChanged, &list,
+            [&list, showEntries](const PCameraPage* page) {
+                showEntries(); // the camera of a new tab may not be in the list yet
+                if (page != nullptr)
+                    list.select(page->camera().identity().id);
+            });
     connect(&list, &PCameraListPanel::searchRequested, &m_tabs, &PCameraTabs::search);
     connect(&list, &PCameraListPanel::openRequested, this, [this](const QString& id) {
         const PStatus status = m_tabs.open(id);

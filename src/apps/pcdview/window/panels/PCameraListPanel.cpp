@@ -44,3 +44,10 @@ void PCameraListPanel::setEntries(const QList<Entry>& entries) {
             m_list->setCurrentItem(item); // which may stand in another row now
     }
 }
+
+void PCameraListPanel::select(const QString& id) {
+    for (int row = 0; row < m_list->count(); ++row) {
+        if (m_list->item(row)->data(Qt::UserRole) == id)
+            m_list->setCurrentRow(row);
+    }
+}

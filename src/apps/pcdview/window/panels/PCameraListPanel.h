@@ -22,6 +22,8 @@ public:
 
     /// Replaces the list; the selected camera stays selected if it is still there.
     void setEntries(const QList<Entry>& entries);
+    /// Selects the camera with this id; nothing changes if it is not in the list.
+    void select(const QString& id);
 
 signals:
     /// The user wants to see the camera with this id.

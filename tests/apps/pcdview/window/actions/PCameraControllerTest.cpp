@@ -68,6 +68,14 @@ TEST_F(PCameraControllerTest, leaves_an_unplugged_camera_what_needs_no_device) {
     EXPECT_FALSE(actions.live->isChecked());
 }
 
+TEST_F(PCameraControllerTest, selects_the_camera_in_front_in_the_list) {
+    for (const QString& id : {u"Fake-1"_qs, u"Fake-2"_qs, u"Fake-1"_qs}) {
+        ASSERT_NO_FATAL_FAILURE(open(id));
+        ASSERT_NE(list().currentItem(), nullptr);
+        EXPECT_EQ(list().currentItem()->data(Qt::UserRole).toString(), id);
+    }
+}
+
 TEST_F(PCameraControllerTest, offers_regions_only_for_a_camera_that_has_them) {
     ASSERT_NO_FATAL_FAILURE(open(u"Fake-2"_qs));
     EXPECT_FALSE(actions.region->isEnabled());
