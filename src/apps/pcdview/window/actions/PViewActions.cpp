@@ -45,7 +45,7 @@ void PViewActions::makeFileActions() {
                        tr("Choose folder and names of pictures and recordings"));
     loadProfile = add("loadProfile", tr("&Load profile…"), {}, Qt::CTRL | Qt::Key_O,
                       tr("Apply the settings in a file"));
-    saveProfile = add("saveProfile", tr("Save pro&file…"), {}, Qt::CTRL | Qt::Key_E,
+    saveProfile = add("saveProfile", tr("Save pro&file…"), {}, Qt::CTRL | Qt::SHIFT | Qt::Key_O,
                       tr("Save the camera's settings to a file"));
     closeCamera = add("closeCamera", tr("&Close camera"), {}, Qt::CTRL | Qt::Key_W,
                       tr("Close the current camera"));
