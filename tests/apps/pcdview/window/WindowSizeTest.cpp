@@ -7,6 +7,7 @@
 #include <apps/pcdview/window/camera/PCameraTabs.h>
 #include <apps/pcdview/window/camera/PMessageBar.h>
 #include <apps/pcdview/window/main/PMainWindow.h>
+#include <apps/pcdview/window/panels/PRecordPanel.h>
 
 #include <PGui/PColumnScroll.h>
 
@@ -132,6 +133,33 @@ TEST_P(WindowSizeTest, shows_the_progress_of_recordings_without_scrolling) {
     record();
     ASSERT_TRUE(waitForProgress(2));
     EXPECT_TRUE(isProgressSeen());
+}
+
+TEST_P(WindowSizeTest, shows_all_of_the_messages_about_recordings_without_moving_the_picture) {
+    const QRect picture = cameraTabs().geometry();
+    auto& panel = *window().findChild<PRecordPanel*>();
+    const auto& text = widget<QLabel>(u"recordText"_qs);
+    for (const QString& camera : {u"Simulated-20MC-SIM20C0001"_qs, u"Small-S0002"_qs}) {
+        panel.showMessage(camera, u"Recorded 50 frames: /home/user/Pictures/pcdview/"
+                                  "%1_2026-11-22_09-11-51-536.ome.tif"_qs.arg(camera));
+        EXPECT_TRUE(waitUntil([&] { return text.height() >= text.heightForWidth(text.width()); }))
+            << text.height() << " of " << text.heightForWidth(text.width());
+    }
+    EXPECT_EQ(cameraTabs().geometry(), picture);
+    expectAllFits(u"recorded"_qs);
+}
+
+TEST_P(WindowSizeTest, shows_all_of_the_text_after_two_recordings) {
+    const auto& text = widget<QLabel>(u"recordText"_qs);
+    widget<QSpinBox>(u"recordFrames"_qs).setValue(3);
+    for (const char* const camera : {"Small-S0002", "Simulated-20MC-SIM20C0001"}) {
+        ASSERT_TRUE(cameraTabs().open(QString::fromLatin1(camera)).isOk());
+        record();
+        ASSERT_TRUE(waitUntil([this] { return !widget<QAction>(u"record"_qs).isChecked(); }));
+    }
+    EXPECT_TRUE(waitUntil([&] { return text.height() >= text.heightForWidth(text.width()); }))
+        << text.height() << " of " << text.heightForWidth(text.width());
+    expectAllFits(u"two-recorded"_qs);
 }
 
 TEST_P(WindowSizeTest, leaves_a_recording_panel_that_was_closed_closed) {

@@ -12,6 +12,7 @@
 #include <QPushButton>
 #include <QSpinBox>
 #include <QTime>
+#include <QVBoxLayout>
 
 namespace {
 
@@ -29,6 +30,12 @@ QDoubleSpinBox* secondsField(double value) {
     field->setSuffix(PRecordPanel::tr(" s"));
     field->setValue(value);
     return field;
+}
+
+/// With places to break lines in the names of files: a long name would widen the panel.
+QString breakable(QString text) {
+    const QChar zeroWidthSpace(0x200b);
+    return text.replace(u'_', u'_' + QString(zeroWidthSpace));
 }
 
 QString toClockText(PRecordSchedule::Duration time) {
@@ -90,12 +97,16 @@ void PRecordPanel::makeFields(const PRecordSettings& settings) {
 }
 
 void PRecordPanel::makeLayout() {
-    auto* const form = new QFormLayout(this);
-    form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
     // At the top, where the progress is visible even if the window has no room for the whole panel.
-    form->addRow(m_button);
-    form->addRow(m_bar);
-    form->addRow(m_text);
+    // Not in the form, which does not give a text the height that it needs at this width.
+    auto* const column = new QVBoxLayout(this);
+    column->addWidget(m_button);
+    column->addWidget(m_bar);
+    column->addWidget(m_text);
+    auto* const form = new QFormLayout;
+    form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    column->addLayout(form);
+    column->addStretch();
     form->addRow(tr("Record:"), m_end);
     form->addRow(tr("Frames:"), m_frames);
     form->addRow(tr("Duration:"), m_seconds);
@@ -145,7 +156,7 @@ void PRecordPanel::showProgress() {
     for (const PRecording* recording : m_recordings.running())
         m_messages.remove(recording->cameraId());
     const QString inFront = m_camera == nullptr ? QString() : m_camera->identity().id;
-    m_text->setText(texts(inFront).join(u"\n"_qs));
+    m_text->setText(breakable(texts(inFront).join(u"\n"_qs)));
     m_text->setVisible(!m_text->text().isEmpty());
 }
 
