@@ -6,8 +6,8 @@
 
 #include <PCd/property/PDeviceProperty.h>
 
-#include <PCore/PJsonReader.h>
-#include <PCore/PJsonWriter.h>
+#include <PCore/state/PJsonReader.h>
+#include <PCore/state/PJsonWriter.h>
 
 #include <support/QtPrinters.h>
 

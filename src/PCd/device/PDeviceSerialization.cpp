@@ -3,8 +3,8 @@
 #include <PCd/device/PDevice.h>
 #include <PCd/property/PDeviceProperty.h>
 
-#include <PCore/PAbstractReader.h>
-#include <PCore/PAbstractWriter.h>
+#include <PCore/state/PAbstractReader.h>
+#include <PCore/state/PAbstractWriter.h>
 
 #include <algorithm>
 

@@ -5,9 +5,9 @@
 #include <PCd/profile/PDeviceProfileParser.h>
 #include <PCd/property/PQuietReading.h>
 
-#include <PCore/PJsonReader.h>
-#include <PCore/PJsonWriter.h>
 #include <PCore/file/PWholeFile.h>
+#include <PCore/state/PJsonReader.h>
+#include <PCore/state/PJsonWriter.h>
 
 #include <QFileInfo>
 

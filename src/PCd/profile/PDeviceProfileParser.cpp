@@ -4,7 +4,7 @@
 #include <PCd/property/value/PPropertyEncoding.h>
 #include <PCd/property/value/PPropertyText.h>
 
-#include <PCore/PAbstractReader.h>
+#include <PCore/state/PAbstractReader.h>
 
 namespace {
 

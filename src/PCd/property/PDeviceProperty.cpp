@@ -6,8 +6,8 @@
 #include <PCd/property/value/PCompositeFields.h>
 #include <PCd/property/value/PPropertyEncoding.h>
 
-#include <PCore/PAbstractReader.h>
-#include <PCore/PAbstractWriter.h>
+#include <PCore/state/PAbstractReader.h>
+#include <PCore/state/PAbstractWriter.h>
 
 namespace {
 

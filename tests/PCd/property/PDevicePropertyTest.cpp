@@ -5,9 +5,9 @@
 
 #include <PCd/PEnumeration.h>
 
-#include <PCore/PJsonReader.h>
-#include <PCore/PJsonWriter.h>
 #include <PCore/PMinMaxRange.h>
+#include <PCore/state/PJsonReader.h>
+#include <PCore/state/PJsonWriter.h>
 
 #include <support/QtPrinters.h>
 #include <support/RowName.h>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <PCd/property/typed/PDevicePropertyScanArea.h>
 
-#include <PCore/PAbstractReader.h>
+#include <PCore/state/PAbstractReader.h>
 
 PDevicePropertyScanArea::PDevicePropertyScanArea(const QByteArray& id, const QString& title,
                                                  PCD::DevicePropertyType type)

@@ -4,8 +4,8 @@
 #include <PCd/PEnumeration.h>
 #include <PCd/property/value/PCompositeFields.h>
 
-#include <PCore/PAbstractReader.h>
-#include <PCore/PAbstractWriter.h>
+#include <PCore/state/PAbstractReader.h>
+#include <PCore/state/PAbstractWriter.h>
 
 #include <QDataStream>
 #include <QIODevice>

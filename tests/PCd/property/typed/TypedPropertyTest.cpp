@@ -3,8 +3,8 @@
 #include <PCd/FakeDevice.h>
 #include <PCd/property/typed/TypedFakes.h>
 
-#include <PCore/PJsonReader.h>
-#include <PCore/PJsonWriter.h>
+#include <PCore/state/PJsonReader.h>
+#include <PCore/state/PJsonWriter.h>
 
 #include <support/QtPrinters.h>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <PCore/PAbstractReader.h>
 #include <PCore/PStatus.h>
+#include <PCore/state/PAbstractReader.h>
 
 #include <memory>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <PCore/PValueTree.h>
+#include <PCore/state/PValueTree.h>
 
 PValueTree::Entry* PValueTree::Object::add(const QString& name, qsizetype position) {
     if (index.contains(name))

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include <PCore/PBinaryReader.h>
-#include <PCore/PBinaryWriter.h>
-#include <PCore/PJsonReader.h>
-#include <PCore/PJsonWriter.h>
+#include <PCore/state/PBinaryReader.h>
+#include <PCore/state/PBinaryWriter.h>
+#include <PCore/state/PJsonReader.h>
+#include <PCore/state/PJsonWriter.h>
 
 #include <support/QtPrinters.h>
 

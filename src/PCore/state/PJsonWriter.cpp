@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <PCore/PJsonWriter.h>
+#include <PCore/state/PJsonWriter.h>
 
 #include <QRect>
 #include <QUuid>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include <PCore/PBinaryFormat.h>
-#include <PCore/PBinaryReader.h>
-#include <PCore/PBinaryWriter.h>
+#include <PCore/state/PBinaryFormat.h>
+#include <PCore/state/PBinaryReader.h>
+#include <PCore/state/PBinaryWriter.h>
 
 #include <support/QtPrinters.h>
 #include <support/RowName.h>

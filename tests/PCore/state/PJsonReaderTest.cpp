@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <PCore/PJsonReader.h>
+#include <PCore/state/PJsonReader.h>
 
 #include <support/QtPrinters.h>
 #include <support/RowName.h>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include <PCore/PBinaryWriter.h>
+#include <PCore/state/PBinaryWriter.h>
 
-#include <PCore/PBinaryFormat.h>
+#include <PCore/state/PBinaryFormat.h>
 
 #include <QIODevice>
 #include <QRect>

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include <PCore/PBinaryReader.h>
+#include <PCore/state/PBinaryReader.h>
 
-#include <PCore/PBinaryFormat.h>
-#include <PCore/PNameScopes.h>
-#include <PCore/PReadFault.h>
-#include <PCore/PValueTree.h>
+#include <PCore/state/PBinaryFormat.h>
+#include <PCore/state/PNameScopes.h>
+#include <PCore/state/PReadFault.h>
+#include <PCore/state/PValueTree.h>
 
 #include <QIODevice>
 #include <QRect>

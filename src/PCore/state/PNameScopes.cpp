@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <PCore/PNameScopes.h>
+#include <PCore/state/PNameScopes.h>
 
 #include <QVariant>
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include <PCore/PJsonReader.h>
+#include <PCore/state/PJsonReader.h>
 
-#include <PCore/PNameScopes.h>
-#include <PCore/PReadFault.h>
-#include <PCore/PValueTree.h>
+#include <PCore/state/PNameScopes.h>
+#include <PCore/state/PReadFault.h>
+#include <PCore/state/PValueTree.h>
 
 #include <QJsonArray>
 #include <QJsonDocument>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <PCore/PAbstractWriter.h>
-#include <PCore/PNameScopes.h>
+#include <PCore/state/PAbstractWriter.h>
+#include <PCore/state/PNameScopes.h>
 
 #include <QByteArray>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <PCore/PJsonWriter.h>
+#include <PCore/state/PJsonWriter.h>
 
 #include <support/QtPrinters.h>
 
