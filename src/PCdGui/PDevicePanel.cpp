@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include <PCdGui/PDevicePanel.h>
 
-#include <PCdGui/PDeviceTexts.h>
-#include <PCdGui/PDeviceWatch.h>
 #include <PCdGui/PPropertyGroupPanel.h>
 #include <PCdGui/PSelectionFrame.h>
 #include <PCdGui/PWheelGuard.h>
+#include <PCdGui/editor/PDeviceWatch.h>
+#include <PCdGui/text/PDeviceTexts.h>
 
 #include <PCd/device/PDevice.h>
 #include <PCd/property/PDevicePropertyGroup.h>

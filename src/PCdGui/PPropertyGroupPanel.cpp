@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include <PCdGui/PPropertyGroupPanel.h>
 
-#include <PCdGui/PDeviceTexts.h>
-#include <PCdGui/PDeviceWatch.h>
-#include <PCdGui/PPropertyDisplay.h>
-#include <PCdGui/PPropertyEditor.h>
 #include <PCdGui/PPropertyLabel.h>
-#include <PCdGui/PShownWords.h>
+#include <PCdGui/editor/PDeviceWatch.h>
+#include <PCdGui/editor/PPropertyEditor.h>
+#include <PCdGui/text/PDeviceTexts.h>
+#include <PCdGui/text/PPropertyDisplay.h>
+#include <PCdGui/text/PShownWords.h>
 
 #include <PCd/property/PDeviceProperty.h>
 

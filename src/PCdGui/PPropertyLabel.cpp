@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <PCdGui/PPropertyLabel.h>
 
-#include <PCdGui/PPropertyDisplay.h>
-#include <PCdGui/PPropertyEditor.h>
+#include <PCdGui/editor/PPropertyEditor.h>
+#include <PCdGui/text/PPropertyDisplay.h>
 
 #include <QCoreApplication>
 #include <QHelpEvent>

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include <PCdGui/PCdGui.h>
 
-#include <PCdGui/PActionEditor.h>
-#include <PCdGui/PChoiceEditor.h>
-#include <PCdGui/PNumberEditor.h>
-#include <PCdGui/PRegionEditor.h>
-#include <PCdGui/PSwitchEditor.h>
 #include <PCdGui/TypedProperties.h>
+#include <PCdGui/editor/PActionEditor.h>
+#include <PCdGui/editor/PChoiceEditor.h>
+#include <PCdGui/editor/PNumberEditor.h>
+#include <PCdGui/editor/PRegionEditor.h>
+#include <PCdGui/editor/PSwitchEditor.h>
 
 #include <support/QtPrinters.h>
 

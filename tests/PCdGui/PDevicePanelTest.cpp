@@ -2,14 +2,14 @@
 #include <PCdGui/PDevicePanel.h>
 
 #include <PCdGui/CatalogueDevice.h>
-#include <PCdGui/PActionEditor.h>
 #include <PCdGui/PCdGui.h>
-#include <PCdGui/PPropertyEditor.h>
 #include <PCdGui/PPropertyGroupPanel.h>
 #include <PCdGui/PPropertyLabel.h>
-#include <PCdGui/PRegionEditor.h>
-#include <PCdGui/PSwitchEditor.h>
 #include <PCdGui/TypedProperties.h>
+#include <PCdGui/editor/PActionEditor.h>
+#include <PCdGui/editor/PPropertyEditor.h>
+#include <PCdGui/editor/PRegionEditor.h>
+#include <PCdGui/editor/PSwitchEditor.h>
 
 #include <PCd/FakeDevice.h>
 #include <PGui/PDoubleRangeWidget.h>

@@ -2,9 +2,9 @@
 #include <PCdGui/PPropertyGroupPanel.h>
 
 #include <PCdGui/PCdGui.h>
-#include <PCdGui/PPropertyEditor.h>
 #include <PCdGui/PPropertyLabel.h>
 #include <PCdGui/TypedProperties.h>
+#include <PCdGui/editor/PPropertyEditor.h>
 
 #include <PGui/WidgetHands.h>
 #include <support/QtPrinters.h>

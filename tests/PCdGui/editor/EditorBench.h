@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <PCdGui/PCdGui.h>
+#include <PCdGui/TypedProperties.h>
+#include <PCdGui/editor/PPropertyEditor.h>
+
+#include <PCd/FakeDevice.h>
+#include <PGui/WidgetHands.h>
+#include <support/RowName.h>
+
+#include <QSignalSpy>
+#include <QVBoxLayout>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+/// A property of a fake device with its editor in a window, and somewhere else to put the focus.
+template <typename Property>
+class EditorBench : public testing::Test {
+protected:
+    template <typename... Arguments>
+    explicit EditorBench(Arguments&&... arguments)
+        : device(std::make_unique<FakeDevice>())
+        , property(new Property(std::forward<Arguments>(arguments)...)) {
+        device->makeProperties = [this] { return QList<PDeviceProperty*>{property}; };
+        device->supportProperties();
+    }
+
+    /// To be called when the property is as the test wants it.
+    void open() {
+        editor = qobject_cast<PPropertyEditor*>(PCdGui::createEditor(property));
+        ASSERT_NE(editor, nullptr);
+        auto* const layout = new QVBoxLayout(&window);
+        layout->addWidget(editor);
+        layout->addWidget(elsewhere);
+        window.setLocale(QLocale::c());
+        ASSERT_TRUE(showActive(&window));
+    }
+
+    template <typename Part>
+    Part* part() const {
+        return editor->findChild<Part*>();
+    }
+
+    /// Runs what was deferred to the next turn of the event loop.
+    static void turn() { QCoreApplication::processEvents(); }
+
+    /// The device itself changes its value, and reports that.
+    template <typename T>
+    void deviceBecomes(const T& value) {
+        property->inDevice = value;
+        property->updateValueFromDevice();
+    }
+
+    std::unique_ptr<FakeDevice> device;
+    Property* property; // the device's
+    QWidget window;
+    PPropertyEditor* editor = nullptr; // the window's
+    QLineEdit* elsewhere = new QLineEdit(&window);
+};
+
+struct AnswerRow {
+    const char* name;
+    FakeAnswer answer;
+};
+
+/// A bench of the kind `Bench` whose device refuses every value, whatever it returns.
+template <typename Bench>
+class RefusingBench : public Bench, public testing::WithParamInterface<AnswerRow> {
+protected:
+    RefusingBench() {
+        this->property->refuses = true;
+        this->property->answer = GetParam().answer;
+        this->open();
+    }
+};
+
+inline auto everyAnswer() {
+    return testing::Values(AnswerRow{"when_it_says_so", FakeAnswer::Truth},
+                           AnswerRow{"when_it_says_that_it_took_it", FakeAnswer::Taken},
+                           AnswerRow{"when_its_answers_mean_the_opposite", FakeAnswer::Opposite});
+}

@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: MIT
+#include <PCdGui/editor/EditorBench.h>
+
+#include <support/QtPrinters.h>
+
+#include <QAbstractItemView>
+#include <QComboBox>
+
+namespace {
+
+class PChoiceEditorTest : public EditorBench<FakeChoice> {
+protected:
+    using Sets = QList<QUuid>;
+
+    PChoiceEditorTest()
+        : EditorBench("rotate", u"Rotate"_qs, QStringList{u"0°"_qs, u"90°"_qs, u"180°"_qs}) {}
+
+    QComboBox* box() const { return part<QComboBox>(); }
+    static QUuid idOf(int place) { return FakeChoice::idOf(place); }
+};
+
+} // namespace
+
+TEST_F(PChoiceEditorTest, shows_the_choices_and_what_the_property_has) {
+    open();
+    EXPECT_EQ(box()->count(), 3);
+    EXPECT_EQ(box()->currentText(), u"0°"_qs);
+    EXPECT_TRUE(property->sets.isEmpty());
+}
+
+TEST_F(PChoiceEditorTest, sets_what_is_chosen_with_the_keyboard) {
+    open();
+    editor->setFocus();
+    QTest::keyClick(box(), Qt::Key_Down);
+    turn();
+    QTest::keyClick(box(), Qt::Key_End);
+    turn();
+    EXPECT_EQ(property->sets, Sets({idOf(1), idOf(2)}));
+}
+
+TEST_F(PChoiceEditorTest, sets_what_is_clicked_in_the_list) {
+    open();
+    box()->showPopup();
+    QAbstractItemView* const list = box()->view();
+    const QRect item = list->visualRect(box()->model()->index(2, 0));
+    QTest::mouseMove(list->viewport(), item.center());
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, item.center());
+    turn();
+    EXPECT_EQ(property->sets, Sets({idOf(2)}));
+}
+
+TEST_F(PChoiceEditorTest, follows_the_device_and_sends_nothing_back) {
+    open();
+    deviceBecomes(idOf(2));
+    turn();
+    EXPECT_EQ(box()->currentText(), u"180°"_qs);
+    EXPECT_TRUE(property->sets.isEmpty());
+}
+
+TEST_F(PChoiceEditorTest, follows_the_choices_and_sends_nothing) {
+    open();
+    deviceBecomes(idOf(1));
+    property->rangeInDevice.addItem(idOf(3), u"270"_qs, QString(), "270");
+    property->updateValueFromDevice();
+    turn();
+    EXPECT_EQ(box()->count(), 4);
+    EXPECT_EQ(box()->itemText(3), u"270"_qs) << "the name, where there is no title";
+    EXPECT_EQ(box()->currentText(), u"90°"_qs);
+    EXPECT_TRUE(property->sets.isEmpty());
+}
+
+using PChoiceEditorRefusal = RefusingBench<PChoiceEditorTest>;
+
+TEST_P(PChoiceEditorRefusal, shows_what_the_device_has) {
+    QTest::keyClick(box(), Qt::Key_Down);
+    turn();
+    EXPECT_EQ(property->sets, Sets({idOf(1)}));
+    EXPECT_EQ(box()->currentText(), u"0°"_qs);
+}
+
+TEST_P(PChoiceEditorRefusal, is_said_with_what_the_device_kept) {
+    const QSignalSpy refused(editor, &PPropertyEditor::refused);
+    QTest::keyClick(box(), Qt::Key_Down);
+    turn();
+    ASSERT_EQ(refused.size(), 1);
+    EXPECT_EQ(refused[0], QVariantList({u"Rotate"_qs, u"0°"_qs}));
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, PChoiceEditorRefusal, everyAnswer(), RowName());
+
+TEST_F(PChoiceEditorTest, has_no_words_for_what_was_kept_if_that_is_no_choice) {
+    open();
+    deviceBecomes(idOf(9));
+    property->refuses = true;
+    const QSignalSpy refused(editor, &PPropertyEditor::refused);
+    QTest::keyClick(box(), Qt::Key_Down);
+    turn();
+    ASSERT_EQ(refused.size(), 1);
+    EXPECT_EQ(refused[0], QVariantList({u"Rotate"_qs, QString()}));
+}
+
+TEST_F(PChoiceEditorTest, shows_no_choice_where_the_device_has_another) {
+    open();
+    deviceBecomes(idOf(9));
+    EXPECT_EQ(box()->currentIndex(), -1);
+    EXPECT_TRUE(property->sets.isEmpty());
+}

@@ -1,0 +1,112 @@
+// SPDX-License-Identifier: MIT
+#include <PCdGui/editor/PCoalescingSetter.h>
+
+#include <PCd/FakeDevice.h>
+#include <PCd/FakeProperty.h>
+#include <PCd/FakeRegister.h>
+
+#include <QCoreApplication>
+#include <QSignalSpy>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class PCoalescingSetterTest : public testing::Test {
+protected:
+    PCoalescingSetterTest() { property.updateValueFromDevice(); }
+
+    qsizetype sets() const { return property.calls.count(u"set"_qs); }
+    static void turn() { QCoreApplication::processEvents(); }
+
+    FakeProperty property{"gain", 5};
+    PCoalescingSetter sender{&property};
+    QSignalSpy settled{&sender, &PCoalescingSetter::settled};
+    QSignalSpy refused{&sender, &PCoalescingSetter::refused};
+};
+
+} // namespace
+
+TEST_F(PCoalescingSetterTest, sets_the_last_value_of_a_turn) {
+    for (int value = 10; value < 20; ++value)
+        sender.post(value);
+    EXPECT_TRUE(sender.isWaiting());
+    EXPECT_EQ(sets(), 0);
+    turn();
+    EXPECT_EQ(sets(), 1);
+    EXPECT_EQ(property.inDevice, 19);
+    EXPECT_FALSE(sender.isWaiting());
+    EXPECT_EQ(settled.size(), 1);
+    EXPECT_EQ(refused.size(), 0);
+}
+
+TEST_F(PCoalescingSetterTest, says_once_that_a_value_was_refused) {
+    property.refuses = true;
+    sender.post(10);
+    turn();
+    EXPECT_EQ(refused.size(), 1);
+    EXPECT_EQ(settled.size(), 1);
+}
+
+TEST_F(PCoalescingSetterTest, sets_nothing_that_the_property_has_but_says_it_is_settled) {
+    sender.post(5);
+    turn();
+    EXPECT_EQ(sets(), 0);
+    EXPECT_EQ(settled.size(), 1);
+}
+
+TEST_F(PCoalescingSetterTest, sets_at_once_when_flushed_and_not_again) {
+    sender.post(7);
+    sender.flush();
+    EXPECT_EQ(sets(), 1);
+    turn();
+    EXPECT_EQ(sets(), 1);
+}
+
+TEST_F(PCoalescingSetterTest, sets_nothing_that_was_dropped) {
+    sender.post(7);
+    sender.drop();
+    turn();
+    EXPECT_EQ(sets(), 0);
+    EXPECT_EQ(settled.size(), 0);
+}
+
+TEST_F(PCoalescingSetterTest, sends_what_is_posted_while_it_sets) {
+    QObject::connect(&property, &PDeviceProperty::valueChanged, &sender, [this](const QVariant& v) {
+        if (v == 7)
+            sender.post(8);
+    });
+    sender.post(7);
+    turn();
+    turn();
+    EXPECT_EQ(property.inDevice, 8);
+    EXPECT_EQ(sets(), 2);
+}
+
+TEST(PCoalescingSetter, says_nothing_was_refused_where_the_device_does_not_answer_any_more) {
+    auto* const property = new FakeProperty("gain", 5); // the device's
+    auto* const device = new FakeDevice;                // the register's
+    device->makeProperties = [&] { return QList<PDeviceProperty*>{property}; };
+    device->supportProperties();
+    FakeRegister devices({device});
+    devices.updateDevices();
+    PCoalescingSetter sender(property);
+    const QSignalSpy refused(&sender, &PCoalescingSetter::refused);
+    property->refuses = true;
+    sender.post(10);
+    sender.flush();
+    EXPECT_EQ(refused.size(), 1);
+    device->modes.clear();
+    sender.post(10);
+    sender.flush();
+    EXPECT_EQ(refused.size(), 1);
+}
+
+TEST(PCoalescingSetter, outlives_its_property) {
+    auto property = std::make_unique<FakeProperty>("gain");
+    PCoalescingSetter sender(property.get());
+    sender.post(7);
+    property.reset();
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(sender.isWaiting());
+}

@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+#include <PCdGui/editor/EditorBench.h>
+
+#include <QCheckBox>
+
+namespace {
+
+class PSwitchEditorTest : public EditorBench<FakeSwitch> {
+protected:
+    using Sets = QList<bool>;
+
+    PSwitchEditorTest()
+        : EditorBench("negative") {}
+
+    QCheckBox* box() const { return part<QCheckBox>(); }
+};
+
+} // namespace
+
+TEST_F(PSwitchEditorTest, shows_what_the_property_has) {
+    property->inDevice = true;
+    property->updateValueFromDevice();
+    open();
+    EXPECT_TRUE(box()->isChecked());
+    EXPECT_TRUE(property->sets.isEmpty());
+}
+
+TEST_F(PSwitchEditorTest, sets_once_a_click) {
+    open();
+    box()->click();
+    turn();
+    EXPECT_EQ(property->sets, Sets({true}));
+    box()->click();
+    turn();
+    EXPECT_EQ(property->sets, Sets({true, false}));
+}
+
+TEST_F(PSwitchEditorTest, works_with_the_space_key) {
+    open();
+    editor->setFocus();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+    turn();
+    EXPECT_EQ(property->sets, Sets({true}));
+}
+
+TEST_F(PSwitchEditorTest, follows_the_device_and_sends_nothing_back) {
+    open();
+    deviceBecomes(true);
+    turn();
+    EXPECT_TRUE(box()->isChecked());
+    EXPECT_TRUE(property->sets.isEmpty());
+}
+
+using PSwitchEditorRefusal = RefusingBench<PSwitchEditorTest>;
+
+TEST_P(PSwitchEditorRefusal, shows_what_the_device_has) {
+    box()->click();
+    turn();
+    EXPECT_EQ(property->sets, Sets({true}));
+    EXPECT_FALSE(box()->isChecked());
+}
+
+TEST_P(PSwitchEditorRefusal, is_said_with_what_the_device_kept) {
+    const QSignalSpy refused(editor, &PPropertyEditor::refused);
+    box()->click();
+    turn();
+    ASSERT_EQ(refused.size(), 1);
+    EXPECT_EQ(refused[0], QVariantList({u"Negative"_qs, u"off"_qs}));
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, PSwitchEditorRefusal, everyAnswer(), RowName());
+
+TEST_F(PSwitchEditorTest, is_switched_by_a_touch_of_its_title) {
+    open();
+    editor->touch();
+    turn();
+    EXPECT_EQ(property->sets, Sets({true}));
+}
