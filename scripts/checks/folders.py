@@ -7,8 +7,6 @@ from .result import Result
 MOST = 12  # classes
 EXCEPTIONS = {
     "src/PCdPlugins/PTDevice": (27, "hosts see its paths in log records, so it stays flat"),
-    "src/PCdGui": (20, "editors and what they are made of, all small"),
-    "src/PCore": (14, "the base of all: a folder for the readers and writers would hide them"),
 }
 TABLE = PurePosixPath("scripts/checks/folders.py")
 

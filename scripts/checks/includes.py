@@ -27,6 +27,7 @@ LIBRARIES = {
 FOLDERS = {
     "PCore": {
         "file": ".",
+        "state": ".",
         "work": ".",
     },
     "PCd": {
@@ -37,6 +38,10 @@ FOLDERS = {
         "property": ". property/value",
         "property/typed": ". property",
         "property/value": ".",
+    },
+    "PCdGui": {
+        ".": "editor text",
+        "editor": "text",
     },
     "toupcam/sim": {
         "api": "scene world",
