@@ -54,6 +54,7 @@ private:
 TEST_F(PWorkQueueTest, does_the_work_in_its_order_on_another_thread) {
     PWorkQueue queue(100);
     std::thread::id thread;
+    block(queue); // so that all of it waits at once
     queue.push(1, [&] {
         thread = std::this_thread::get_id();
         return PStatus(PStatus::Ok);
@@ -63,6 +64,7 @@ TEST_F(PWorkQueueTest, does_the_work_in_its_order_on_another_thread) {
         EXPECT_TRUE(queue.push(1, note(i)));
         expected.push_back(i);
     }
+    open();
     ASSERT_TRUE(queue.waitUntilIdle(longestWait()));
     EXPECT_EQ(done(), expected);
     EXPECT_NE(thread, std::this_thread::get_id());
