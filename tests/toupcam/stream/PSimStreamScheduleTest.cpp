@@ -60,6 +60,24 @@ TEST_F(PSimStreamScheduleTest, a_loss_comes_first_and_drops_stills_and_frames) {
     EXPECT_EQ(next(), "end");
 }
 
+TEST_F(PSimStreamScheduleTest, stills_dropped_by_a_loss_leave_their_places) {
+    begin(0);
+    while (m_schedule.requestStill(0) == S_OK)
+        continue;
+    ASSERT_EQ(m_schedule.requestStill(0), E_PENDING);
+    ASSERT_TRUE(m_schedule.requestLoss([] {}));
+    EXPECT_EQ(next(), "loss");
+    EXPECT_EQ(m_schedule.requestStill(0), S_OK);
+}
+
+TEST_F(PSimStreamScheduleTest, a_still_that_waits_at_the_end_is_not_taken_by_the_next_stream) {
+    begin(0);
+    ASSERT_EQ(m_schedule.requestStill(0), S_OK);
+    m_schedule.end();
+    begin(1);
+    EXPECT_EQ(next(), "frame");
+}
+
 TEST_F(PSimStreamScheduleTest, a_stop_comes_before_everything_else) {
     begin(1);
     ASSERT_EQ(m_schedule.requestStill(0), S_OK);
