@@ -7,7 +7,7 @@
 #include <PCdPlugins/PTDevice/PTPropProcessMode.h>
 #include <PCdPlugins/PTDevice/PTTECProperty.h>
 
-#include <support/SlotOf.h>
+#include <support/SlotIndex.h>
 
 #include <gtest/gtest.h>
 

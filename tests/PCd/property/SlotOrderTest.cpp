@@ -13,7 +13,7 @@
 #include <PCore/PThread.h>
 
 #include <support/RowName.h>
-#include <support/SlotOf.h>
+#include <support/SlotIndex.h>
 
 #include <gtest/gtest.h>
 
