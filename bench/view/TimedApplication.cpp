@@ -22,7 +22,7 @@ bool TimedApplication::notify(QObject* receiver, QEvent* event) {
     // Now: the handler may delete either.
     const char* const name = receiver->metaObject()->className();
     const int type = event->type();
-    Durations* const paints = paintsOf(receiver, event);
+    Durations* const paints = findPaints(receiver, event);
     const Clock::time_point begin = Clock::now();
     ++m_depth;
     const bool handled = QApplication::notify(receiver, event);
@@ -39,7 +39,7 @@ bool TimedApplication::notify(QObject* receiver, QEvent* event) {
     return handled;
 }
 
-Durations* TimedApplication::paintsOf(QObject* receiver, const QEvent* event) {
+Durations* TimedApplication::findPaints(QObject* receiver, const QEvent* event) {
     if (event->type() != QEvent::Paint)
         return nullptr;
     if (qobject_cast<PImageView*>(receiver) != nullptr)

@@ -24,7 +24,7 @@ public:
     bool notify(QObject* receiver, QEvent* event) override;
 
 private:
-    Durations* paintsOf(QObject* receiver, const QEvent* event);
+    Durations* findPaints(QObject* receiver, const QEvent* event);
 
     Times m_times;
     int m_depth = 0; ///< of events that are sent while another is handled

@@ -5,7 +5,7 @@
 
 namespace {
 
-QStringList problemsOf(const PhaseFigures& phase) {
+QStringList findProblems(const PhaseFigures& phase) {
     QStringList problems;
     if (phase.late.count() == 0)
         problems.append(u"nothing was measured"_qs);
@@ -20,7 +20,7 @@ QStringList problemsOf(const PhaseFigures& phase) {
     return problems;
 }
 
-QStringList problemsOf(const RecordingFigures& recording) {
+QStringList findProblems(const RecordingFigures& recording) {
     if (recording.bytes < recording.frameBytes)
         return {u"not one frame was recorded: "_qs + recording.outcome};
     if (recording.plainSeconds <= 0)
@@ -28,7 +28,7 @@ QStringList problemsOf(const RecordingFigures& recording) {
     return {};
 }
 
-QStringList problemsOf(const SessionLedger& session) {
+QStringList findProblems(const SessionLedger& session) {
     if (session.ledger.produced == 0)
         return {u"the camera made no frame"_qs};
     if (session.ledger.waiting > 0)
@@ -41,7 +41,7 @@ QStringList problemsOf(const SessionLedger& session) {
 template <typename Figures>
 void append(QStringList& problems, const QList<Figures>& parts) {
     for (const Figures& part : parts) {
-        for (const QString& problem : problemsOf(part))
+        for (const QString& problem : findProblems(part))
             problems.append(part.name + u": "_qs + problem);
     }
 }
