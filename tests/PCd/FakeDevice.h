@@ -48,14 +48,14 @@ public:
         return makeGroups ? makeGroups() : QList<PDevicePropertyGroup*>();
     }
 
-    static PDeviceMode modeOf(int width, int height, const QByteArray& id) {
+    static PDeviceMode makeMode(int width, int height, const QByteArray& id) {
         return {width, height, u"%1x%2"_qs.arg(width).arg(height), id, 24};
     }
 
     bool refusesLink = false, refusesUnlink = false, refusesStart = false, refusesStop = false;
     bool refusesMode = false;
-    PDeviceMode mode = modeOf(640, 480, "0");
-    QList<PDeviceMode> modes{modeOf(640, 480, "0"), modeOf(320, 240, "1")};
+    PDeviceMode mode = makeMode(640, 480, "0");
+    QList<PDeviceMode> modes{makeMode(640, 480, "0"), makeMode(320, 240, "1")};
     std::function<void()> whenStarted, whenStopped;
     std::function<QList<PDeviceProperty*>()> makeProperties;
     std::function<QList<PDevicePropertyGroup*>()> makeGroups;

@@ -11,6 +11,6 @@ constexpr int least = std::numeric_limits<int>::min();
 constexpr int most = std::numeric_limits<int>::max();
 
 /// An id for a choice, different for each number.
-inline QUuid idOf(int number) {
+inline QUuid itemId(int number) {
     return QUuid(0, 0, 0, 0, 0, 0, 0, 0, 0, 0, uchar(number));
 }

@@ -258,7 +258,7 @@ protected:
         camera.makeProperties = [] {
             const QString word = QCoreApplication::translate("TranslatedLabel", "Chilling");
             auto* const binning = new FakeChoice("binning", word, {word, u"2x2"_qs});
-            binning->setDefaultValue(FakeChoice::idOf(0));
+            binning->setDefaultValue(FakeChoice::itemId(0));
             return QList<PDeviceProperty*>{binning, new FakeRegion("roi", word),
                                            new FakeSwitch("chrome", word)};
         };
@@ -312,9 +312,9 @@ TEST_F(PDevicePanelLanguage, is_that_of_open_choices_and_they_stay_as_chosen) {
     EXPECT_EQ(page->findChild<PPropertyEditor*>()->toolTip(),
               u"<p>По умолчанию: Охлаждение</p>"_qs);
     // The device changes while the language stays.
-    binning->inDevice = FakeChoice::idOf(1);
+    binning->inDevice = FakeChoice::itemId(1);
     binning->updateValueFromDevice();
-    binning->inDevice = FakeChoice::idOf(0);
+    binning->inDevice = FakeChoice::itemId(0);
     binning->updateValueFromDevice(true);
     EXPECT_EQ(box()->currentText(), translated);
     EXPECT_TRUE(binning->sets.isEmpty());

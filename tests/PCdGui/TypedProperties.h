@@ -60,13 +60,13 @@ class FakeChoice : public PDevicePropertyEnum, public FakeSetting<QUuid> {
 public:
     FakeChoice(const QByteArray& id, const QString& title, const QStringList& titles)
         : PDevicePropertyEnum(id, title, PCD::DevicePropertyType::Choice)
-        , FakeSetting(idOf(0)) {
+        , FakeSetting(itemId(0)) {
         for (int i = 0; i < titles.size(); ++i)
-            rangeInDevice.addItem(idOf(i), titles.at(i), titles.at(i), QByteArray::number(i));
+            rangeInDevice.addItem(itemId(i), titles.at(i), titles.at(i), QByteArray::number(i));
     }
 
     /// The id of an item by its place, counted from 0; the first is the null id.
-    static QUuid idOf(int place) { return QUuid(0, 0, 0, 0, 0, 0, 0, 0, 0, 0, uchar(place)); }
+    static QUuid itemId(int place) { return QUuid(0, 0, 0, 0, 0, 0, 0, 0, 0, 0, uchar(place)); }
 
     bool trySetValueToDevice(QUuid value) override { return take(value); }
     QUuid tryGetValueFromDevice() override { return inDevice; }

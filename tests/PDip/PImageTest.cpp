@@ -28,7 +28,7 @@ PImage filled(unsigned char value, long width = 8, long height = 4,
     return image;
 }
 
-const unsigned char* bytesOf(const PImage& image) {
+const unsigned char* pixelData(const PImage& image) {
     return image.rawData(AccessMode::Read).constData();
 }
 
@@ -43,7 +43,7 @@ TEST(PImage, is_empty_by_default) {
     EXPECT_TRUE(image.isNull());
     EXPECT_EQ(image.header(), PImageHeader());
     EXPECT_EQ(image.dataSize(), 0u);
-    EXPECT_EQ(bytesOf(image), nullptr);
+    EXPECT_EQ(pixelData(image), nullptr);
     EXPECT_EQ(image.rawData(AccessMode::ReadWrite).data(), nullptr);
     EXPECT_EQ(image.rawData(AccessMode::Write).size(), 0u);
     EXPECT_TRUE(image.toQImage().isNull());
@@ -91,10 +91,10 @@ TEST(PImage, created_again_leaves_copies_and_drops_what_was_said_of_it) {
     image.setAttachment(std::make_shared<Note>());
     const PImage copy = image;
     ASSERT_TRUE(image.create(image.header()));
-    EXPECT_NE(bytesOf(image), bytesOf(copy));
+    EXPECT_NE(pixelData(image), pixelData(copy));
     EXPECT_TRUE(image.metaInformation().isEmpty());
     EXPECT_FALSE(image.attachment());
-    EXPECT_EQ(bytesOf(copy)[0], 1);
+    EXPECT_EQ(pixelData(copy)[0], 1);
     EXPECT_EQ(copy.metaInformation(), someInformation);
     EXPECT_TRUE(copy.attachment());
 }
@@ -103,18 +103,18 @@ TEST(PImage, takes_pixels_in_with_set) {
     const std::vector<unsigned char> bytes(8 * 4, 7);
     PImage image;
     ASSERT_TRUE(image.set(bytes.data(), PImageHeader(8, 4, ColorFormat::Gray)));
-    EXPECT_EQ(std::memcmp(bytesOf(image), bytes.data(), bytes.size()), 0);
+    EXPECT_EQ(std::memcmp(pixelData(image), bytes.data(), bytes.size()), 0);
 }
 
 TEST(PImage, set_again_uses_its_memory_again_and_keeps_what_was_said_of_it) {
     PImage image = filled(1);
     image.setMetaInformation(someInformation);
     image.setAttachment(std::make_shared<Note>());
-    const auto* before = bytesOf(image);
+    const auto* before = pixelData(image);
     const std::vector<unsigned char> bytes(8 * 4, 7);
     ASSERT_TRUE(image.set(bytes.data(), PImageHeader(4, 8, ColorFormat::Gray)));
-    EXPECT_EQ(bytesOf(image), before);
-    EXPECT_EQ(bytesOf(image)[31], 7);
+    EXPECT_EQ(pixelData(image), before);
+    EXPECT_EQ(pixelData(image)[31], 7);
     EXPECT_EQ(image.height(), 8);
     EXPECT_EQ(image.metaInformation(), someInformation);
     EXPECT_TRUE(image.attachment());
@@ -134,8 +134,8 @@ TEST(PImage, set_leaves_copies_as_they_are) {
     const PImage copy = image;
     const std::vector<unsigned char> bytes(8 * 4, 7);
     ASSERT_TRUE(image.set(bytes.data(), image.header()));
-    EXPECT_EQ(bytesOf(copy)[0], 1);
-    EXPECT_EQ(bytesOf(image)[0], 7);
+    EXPECT_EQ(pixelData(copy)[0], 1);
+    EXPECT_EQ(pixelData(image)[0], 7);
 }
 
 TEST(PImage, set_leaves_a_copy_that_was_given_other_information_as_it_is) {
@@ -144,18 +144,18 @@ TEST(PImage, set_leaves_a_copy_that_was_given_other_information_as_it_is) {
     copy.setMetaInformation(someInformation);
     const std::vector<unsigned char> bytes(8 * 4, 7);
     ASSERT_TRUE(image.set(bytes.data(), image.header()));
-    EXPECT_EQ(bytesOf(copy)[0], 1);
+    EXPECT_EQ(pixelData(copy)[0], 1);
 }
 
 TEST(PImage, can_be_set_to_a_part_of_itself) {
     PImage image = filled(1);
     image.rawData(AccessMode::Write).data()[8] = 9;
-    const auto* secondRow = bytesOf(image) + 8;
+    const auto* secondRow = pixelData(image) + 8;
     ASSERT_TRUE(image.set(secondRow, PImageHeader(8, 3, ColorFormat::Gray)));
-    EXPECT_EQ(bytesOf(image)[0], 9);
+    EXPECT_EQ(pixelData(image)[0], 9);
     EXPECT_EQ(image.height(), 3);
-    ASSERT_TRUE(image.set(bytesOf(image), image.header()));
-    EXPECT_EQ(bytesOf(image)[0], 9);
+    ASSERT_TRUE(image.set(pixelData(image), image.header()));
+    EXPECT_EQ(pixelData(image)[0], 9);
 }
 
 TEST(PImage, is_empty_after_set_without_data_or_with_a_geometry_that_is_not_valid) {
@@ -171,29 +171,29 @@ TEST(PImage, is_empty_after_set_without_data_or_with_a_geometry_that_is_not_vali
 TEST(PImage, shares_its_pixels_with_copies_until_one_is_changed) {
     PImage image = filled(1);
     PImage copy = image;
-    EXPECT_EQ(bytesOf(image), bytesOf(copy));
+    EXPECT_EQ(pixelData(image), pixelData(copy));
     copy.rawData(AccessMode::ReadWrite).data()[0] = 2;
-    EXPECT_EQ(bytesOf(image)[0], 1);
-    EXPECT_EQ(bytesOf(copy)[0], 2);
-    EXPECT_EQ(bytesOf(copy)[31], 1) << "the rest was copied";
+    EXPECT_EQ(pixelData(image)[0], 1);
+    EXPECT_EQ(pixelData(copy)[0], 2);
+    EXPECT_EQ(pixelData(copy)[31], 1) << "the rest was copied";
 }
 
 TEST(PImage, opened_for_reading_stays_shared) {
     PImage image = filled(1);
     const PImage copy = image;
-    EXPECT_EQ(image.rawData(AccessMode::Read).constData(), bytesOf(copy));
+    EXPECT_EQ(image.rawData(AccessMode::Read).constData(), pixelData(copy));
 }
 
 TEST(PImage, opened_for_writing_lets_shared_memory_go) {
     PImage image = filled(1);
     const PImage copy = image;
-    EXPECT_NE(image.rawData(AccessMode::Write).data(), bytesOf(copy));
-    EXPECT_EQ(bytesOf(copy)[0], 1);
+    EXPECT_NE(image.rawData(AccessMode::Write).data(), pixelData(copy));
+    EXPECT_EQ(pixelData(copy)[0], 1);
 }
 
 TEST(PImage, not_shared_is_opened_for_writing_where_it_is) {
     PImage image = filled(1);
-    const auto* before = bytesOf(image);
+    const auto* before = pixelData(image);
     EXPECT_EQ(image.rawData(AccessMode::Write).data(), before);
     EXPECT_EQ(image.rawData(AccessMode::ReadWrite).data(), before);
     EXPECT_EQ(before[31], 1);
@@ -201,7 +201,7 @@ TEST(PImage, not_shared_is_opened_for_writing_where_it_is) {
 
 TEST(PImage, is_its_own_again_when_the_last_copy_is_gone) {
     PImage image = filled(1);
-    const auto* before = bytesOf(image);
+    const auto* before = pixelData(image);
     { const PImage copy = image; }
     EXPECT_EQ(image.rawData(AccessMode::ReadWrite).data(), before);
 }
@@ -226,12 +226,12 @@ TEST(PImage, refuses_to_hand_out_for_writing_what_was_opened_for_reading) {
 
 TEST(PImage, is_moved_without_its_pixels_being_copied) {
     PImage image = filled(1);
-    const auto* bytes = bytesOf(image);
+    const auto* bytes = pixelData(image);
     PImage moved = std::move(image);
-    EXPECT_EQ(bytesOf(moved), bytes);
+    EXPECT_EQ(pixelData(moved), bytes);
     PImage assigned;
     assigned = std::move(moved);
-    EXPECT_EQ(bytesOf(assigned), bytes);
+    EXPECT_EQ(pixelData(assigned), bytes);
 }
 
 TEST(PImage, changes_its_format_only_to_one_of_the_same_bytes_a_pixel) {
@@ -242,7 +242,7 @@ TEST(PImage, changes_its_format_only_to_one_of_the_same_bytes_a_pixel) {
     EXPECT_TRUE(image.reinterpretFormat(ColorFormat::Xrgb));
     EXPECT_EQ(image.format(), ColorFormat::Xrgb);
     EXPECT_EQ(copy.format(), ColorFormat::BgrX);
-    EXPECT_EQ(bytesOf(image), bytesOf(copy)) << "the pixels are the same ones";
+    EXPECT_EQ(pixelData(image), pixelData(copy)) << "the pixels are the same ones";
 }
 
 TEST(PImage, takes_information_of_its_own_without_copying_pixels) {
@@ -253,7 +253,7 @@ TEST(PImage, takes_information_of_its_own_without_copying_pixels) {
     EXPECT_EQ(image.metaInformation(), someInformation);
     EXPECT_TRUE(copy.metaInformation().isEmpty());
     EXPECT_FALSE(copy.attachment());
-    EXPECT_EQ(bytesOf(image), bytesOf(copy));
+    EXPECT_EQ(pixelData(image), pixelData(copy));
 }
 
 TEST(PImage, gives_its_information_to_every_copy) {
@@ -320,7 +320,7 @@ TEST(PImage, of_grey_is_grey_as_a_QImage) {
 TEST(PImage, is_viewed_as_a_QImage_without_a_copy) {
     const PImage image = filled(1);
     const QImage qImage = image.toQImage();
-    EXPECT_EQ(qImage.constBits(), bytesOf(image));
+    EXPECT_EQ(qImage.constBits(), pixelData(image));
 }
 
 TEST(PImage, is_kept_alive_by_its_QImage) {
@@ -336,7 +336,7 @@ TEST(PImage, is_left_alone_when_its_QImage_is_painted_on) {
     const PImage image = filled(1);
     QImage qImage = image.toQImage();
     qImage.fill(200);
-    EXPECT_EQ(bytesOf(image)[0], 1);
+    EXPECT_EQ(pixelData(image)[0], 1);
     EXPECT_EQ(qImage.constBits()[0], 200);
 }
 
@@ -368,7 +368,7 @@ TEST(PImage, travels_in_a_QVariant) {
     const PImage image = filled(3);
     const QVariant variant = QVariant::fromValue(image);
     EXPECT_STREQ(variant.typeName(), "PImage");
-    EXPECT_EQ(bytesOf(variant.value<PImage>()), bytesOf(image));
+    EXPECT_EQ(pixelData(variant.value<PImage>()), pixelData(image));
 }
 
 TEST(PImage, may_be_read_on_one_thread_and_changed_on_another_while_they_share_pixels) {
@@ -376,7 +376,7 @@ TEST(PImage, may_be_read_on_one_thread_and_changed_on_another_while_they_share_p
     for (int i = 0; i < 200; ++i) {
         PImage copy = image;
         std::thread reader([copy = std::move(copy)] {
-            const auto* bytes = bytesOf(copy);
+            const auto* bytes = pixelData(copy);
             EXPECT_EQ(bytes[0], bytes[64 * 64 - 1]);
             EXPECT_EQ(copy.width(), 64);
         });
@@ -393,7 +393,7 @@ TEST(PImage, may_be_written_in_place_once_another_thread_has_released_it) {
     for (int i = 0; i < 200; ++i) {
         std::atomic<int> sum{0};
         std::thread reader([copy = PImage(image), &sum]() mutable {
-            sum.store(bytesOf(copy)[5], std::memory_order_relaxed);
+            sum.store(pixelData(copy)[5], std::memory_order_relaxed);
             copy = PImage();
         });
         for (int n = 0; n < 100; ++n)

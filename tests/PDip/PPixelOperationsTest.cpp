@@ -25,7 +25,7 @@ PImage counting(long width, long height, ColorFormat format = ColorFormat::BgrX)
     return image;
 }
 
-std::vector<int> byteValuesOf(const PImage& image) {
+std::vector<int> pixelBytes(const PImage& image) {
     const PDIP::ImageRawData raw = image.rawData(AccessMode::Read);
     return {raw.constData(), raw.constData() + raw.size()};
 }
@@ -35,18 +35,18 @@ std::vector<int> byteValuesOf(const PImage& image) {
 TEST(setXToXRGB, fills_the_fourth_byte_of_every_pixel_and_no_other) {
     PImage image = counting(3, 2);
     EXPECT_TRUE(PDIP::setXToXRGB(&image).isOk());
-    EXPECT_EQ(byteValuesOf(image),
+    EXPECT_EQ(pixelBytes(image),
               (std::vector<int>{0,  1,  2,  255, 4,  5,  6,  255, 8,  9,  10, 255,
                                 12, 13, 14, 255, 16, 17, 18, 255, 20, 21, 22, 255}));
 }
 
 TEST(setXToXRGB, fills_large_images_to_the_last_pixel) {
     PImage image = counting(37, 29);
-    std::vector<int> expected = byteValuesOf(image);
+    std::vector<int> expected = pixelBytes(image);
     for (std::size_t i = 3; i < expected.size(); i += 4)
         expected[i] = 255;
     EXPECT_TRUE(PDIP::setXToXRGB(&image).isOk());
-    EXPECT_EQ(byteValuesOf(image), expected);
+    EXPECT_EQ(pixelBytes(image), expected);
 }
 
 TEST(setXToXRGB, makes_the_format_xrgb_from_either_32_bit_format) {
@@ -61,7 +61,7 @@ TEST(setXToXRGB, leaves_copies_as_they_are) {
     PImage image = counting(2, 2);
     const PImage copy = image;
     EXPECT_TRUE(PDIP::setXToXRGB(&image).isOk());
-    EXPECT_EQ(byteValuesOf(copy)[3], 3);
+    EXPECT_EQ(pixelBytes(copy)[3], 3);
     EXPECT_EQ(copy.format(), ColorFormat::BgrX);
 }
 
@@ -69,10 +69,10 @@ TEST(setXToXRGB, fails_for_pixels_that_are_not_32_bit_and_changes_nothing) {
     PImage grey = counting(4, 1, ColorFormat::Gray);
     PImage colour = counting(4, 1, ColorFormat::Bgr);
     for (PImage* image : {&grey, &colour}) {
-        const std::vector<int> before = byteValuesOf(*image);
+        const std::vector<int> before = pixelBytes(*image);
         const PImageHeader header = image->header();
         EXPECT_FALSE(PDIP::setXToXRGB(image).isOk());
-        EXPECT_EQ(byteValuesOf(*image), before);
+        EXPECT_EQ(pixelBytes(*image), before);
         EXPECT_EQ(image->header(), header);
     }
 }

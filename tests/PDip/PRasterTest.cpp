@@ -22,7 +22,7 @@ PImage zeroed(long width, long height, ColorFormat format) {
     return image;
 }
 
-std::string messageOf(const std::function<void()>& action) {
+std::string thrownMessage(const std::function<void()>& action) {
     try {
         action();
     } catch (const PDIP::exception& exception) {
@@ -76,12 +76,12 @@ TEST(PRaster, opened_for_writing_leaves_copies_of_the_image_as_they_are) {
 TEST(PRaster, opened_for_reading_refuses_to_be_walked) {
     PImage image = zeroed(2, 2, ColorFormat::Xrgb);
     const Raster raster(image, AccessMode::Read);
-    EXPECT_EQ(messageOf([&] { raster.begin(); }), "invalid mode for access");
+    EXPECT_EQ(thrownMessage([&] { raster.begin(); }), "invalid mode for access");
 }
 
 TEST(PRaster, refuses_an_image_of_another_pixel_size) {
     PImage image = zeroed(2, 2, ColorFormat::Bgr);
-    EXPECT_EQ(messageOf([&] { Raster(image, AccessMode::ReadWrite); }),
+    EXPECT_EQ(thrownMessage([&] { Raster(image, AccessMode::ReadWrite); }),
               "pixel type does not fit the image's format");
 }
 

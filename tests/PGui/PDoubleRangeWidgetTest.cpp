@@ -43,7 +43,7 @@ TEST_F(PDoubleRangeWidgetTest, tells_once_of_another_value_set) {
     widget.setValue(-12.3);
     widget.setValue(-12.3);
     EXPECT_EQ(reported(), Values({-12.3}));
-    EXPECT_EQ(textOf(field()), u"-12.3"_qs);
+    EXPECT_EQ(shownText(field()), u"-12.3"_qs);
 }
 
 TEST_F(PDoubleRangeWidgetTest, has_tenths_that_make_whole_numbers_times_ten) {
@@ -79,7 +79,7 @@ TEST_F(PDoubleRangeWidgetTest, works_over_milliseconds_to_seconds_with_exact_end
     slider()->setFocus();
     QTest::keyClick(slider(), Qt::Key_Home);
     EXPECT_EQ(widget.value(), 0.105);
-    EXPECT_EQ(textOf(field()), u"0.105"_qs);
+    EXPECT_EQ(shownText(field()), u"0.105"_qs);
     QTest::keyClick(slider(), Qt::Key_End);
     EXPECT_EQ(widget.value(), 5000);
 }
@@ -87,7 +87,7 @@ TEST_F(PDoubleRangeWidgetTest, works_over_milliseconds_to_seconds_with_exact_end
 TEST_F(PDoubleRangeWidgetTest, shows_a_value_held_elsewhere_with_all_its_decimals) {
     widget.showValue({-30, 30, 0.1}, 42.125);
     EXPECT_EQ(widget.value(), 42.125);
-    EXPECT_EQ(textOf(field()), u"42.125"_qs);
+    EXPECT_EQ(shownText(field()), u"42.125"_qs);
     EXPECT_EQ(spy.size(), 0);
 }
 

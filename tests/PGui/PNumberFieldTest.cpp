@@ -50,14 +50,14 @@ protected:
 
 TEST_F(PNumberFieldTest, shows_a_value_silently) {
     field.showValue(75);
-    EXPECT_EQ(textOf(&field), u"75"_qs);
+    EXPECT_EQ(shownText(&field), u"75"_qs);
     EXPECT_EQ(field.value(), 75);
     EXPECT_EQ(edited.size(), 0);
 }
 
 TEST_F(PNumberFieldTest, shows_a_value_that_the_range_has_not_as_it_is) {
     field.showValue(6503);
-    EXPECT_EQ(textOf(&field), u"6503"_qs);
+    EXPECT_EQ(shownText(&field), u"6503"_qs);
     EXPECT_EQ(field.value(), 6503);
 }
 
@@ -88,33 +88,33 @@ TEST_F(PNumberFieldTest, brings_what_is_entered_to_the_nearest_of_the_range) {
     enter(&field, u"123"_qs);
     enter(&field, u"999"_qs);
     EXPECT_EQ(edits(), Values({125, 200}));
-    EXPECT_EQ(textOf(&field), u"200"_qs);
+    EXPECT_EQ(shownText(&field), u"200"_qs);
 }
 
 TEST_F(PNumberFieldTest, takes_typing_back_at_escape) {
     typeInto(&field, u"125"_qs);
     QTest::keyClick(&field, Qt::Key_Escape);
     other.setFocus();
-    EXPECT_EQ(textOf(&field), u"50"_qs);
+    EXPECT_EQ(shownText(&field), u"50"_qs);
     EXPECT_EQ(edited.size(), 0);
 }
 
 TEST_F(PNumberFieldTest, shows_the_value_again_when_what_is_typed_is_no_number) {
     enter(&field, u"-"_qs);
-    EXPECT_EQ(textOf(&field), u"50"_qs);
+    EXPECT_EQ(shownText(&field), u"50"_qs);
     EXPECT_EQ(edited.size(), 0);
 }
 
 TEST_F(PNumberFieldTest, takes_no_letters_that_its_unit_has_not) {
     typeInto(&field, u"1x2y5"_qs);
-    EXPECT_EQ(textOf(&field), u"125"_qs);
+    EXPECT_EQ(shownText(&field), u"125"_qs);
 }
 
 TEST_F(PNumberFieldTest, keeps_what_is_being_typed_while_the_value_moves) {
     typeInto(&field, u"12"_qs);
     field.showValue(80);
     field.setScale(PRangeScale({0, 300, 5}));
-    EXPECT_EQ(textOf(&field), u"12"_qs);
+    EXPECT_EQ(shownText(&field), u"12"_qs);
     EXPECT_EQ(field.value(), 80);
     QTest::keyClicks(&field, u"5"_qs);
     QTest::keyClick(&field, Qt::Key_Return);
@@ -167,18 +167,18 @@ TEST_F(PNumberFieldTest, reads_times_in_the_unit_shown) {
     field.setNumberText(std::make_shared<PTimeText>());
     field.setScale(PRangeScale({10, 50000000, 1}));
     field.showValue(12500);
-    EXPECT_EQ(textOf(&field), u"12.5 ms"_qs);
+    EXPECT_EQ(shownText(&field), u"12.5 ms"_qs);
     enter(&field, u"20"_qs);
     enter(&field, u"3 s"_qs);
     enter(&field, u"150 us"_qs);
     EXPECT_EQ(edits(), Values({20000, 3000000, 150}));
-    EXPECT_EQ(textOf(&field), u"150 µs"_qs);
+    EXPECT_EQ(shownText(&field), u"150 µs"_qs);
 }
 
 TEST_F(PNumberFieldTest, writes_as_its_locale_does) {
     field.setScale(PRangeScale({0, 200, 0.5}));
     field.setLocale(QLocale(u"de_DE"_qs));
-    EXPECT_EQ(textOf(&field), u"50,0"_qs);
+    EXPECT_EQ(shownText(&field), u"50,0"_qs);
     enter(&field, u"12,5"_qs);
     EXPECT_EQ(edits(), Values({12.5}));
 }

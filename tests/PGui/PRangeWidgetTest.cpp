@@ -46,7 +46,7 @@ TEST_F(PRangeWidgetTest, tells_once_of_another_value_set) {
 
 TEST_F(PRangeWidgetTest, shows_the_value_in_both_parts) {
     widget.setValue(50);
-    EXPECT_EQ(textOf(field()), u"50"_qs);
+    EXPECT_EQ(shownText(field()), u"50"_qs);
     EXPECT_EQ(slider()->value(), 40);
 }
 
@@ -86,7 +86,7 @@ TEST_F(PRangeWidgetTest, moves_the_slider_with_the_field_and_tells_once) {
 TEST_F(PRangeWidgetTest, moves_the_field_with_the_slider_and_tells_once) {
     slider()->setFocus();
     QTest::keyClick(slider(), Qt::Key_Right);
-    EXPECT_EQ(textOf(field()), u"121"_qs);
+    EXPECT_EQ(shownText(field()), u"121"_qs);
     EXPECT_EQ(reported(), Values({121}));
 }
 
@@ -95,7 +95,7 @@ TEST_F(PRangeWidgetTest, does_not_loop_where_the_listener_sets_the_value_back) {
                      [this](int) { widget.setValue(120); });
     enter(field(), u"60"_qs);
     EXPECT_EQ(widget.value(), 120);
-    EXPECT_EQ(textOf(field()), u"120"_qs);
+    EXPECT_EQ(shownText(field()), u"120"_qs);
     EXPECT_EQ(slider()->value(), 110);
     EXPECT_EQ(spy.size(), 2);
 }
@@ -103,7 +103,7 @@ TEST_F(PRangeWidgetTest, does_not_loop_where_the_listener_sets_the_value_back) {
 TEST_F(PRangeWidgetTest, shows_a_value_held_elsewhere_as_it_is_and_silently) {
     widget.showValue({200, 2500, 1}, 6503);
     EXPECT_EQ(widget.value(), 6503);
-    EXPECT_EQ(textOf(field()), u"6503"_qs);
+    EXPECT_EQ(shownText(field()), u"6503"_qs);
     EXPECT_EQ(slider()->value(), slider()->maximum());
     EXPECT_EQ(spy.size(), 0);
 }
@@ -127,7 +127,7 @@ TEST_F(PRangeWidgetTest, holds_all_integers) {
     EXPECT_EQ(widget.value(), most);
     widget.setValue(least);
     EXPECT_EQ(widget.value(), least);
-    EXPECT_EQ(textOf(field()), u"-2147483648"_qs);
+    EXPECT_EQ(shownText(field()), u"-2147483648"_qs);
 }
 
 TEST_F(PRangeWidgetTest, takes_a_step_that_is_not_positive_as_one) {
@@ -157,7 +157,7 @@ TEST_F(PRangeWidgetTest, names_both_parts) {
 
 TEST_F(PRangeWidgetTest, writes_a_suffix_and_reads_it) {
     widget.setSuffix(u" %"_qs);
-    EXPECT_EQ(textOf(field()), u"120 %"_qs);
+    EXPECT_EQ(shownText(field()), u"120 %"_qs);
     enter(field(), u"60%"_qs);
     EXPECT_EQ(reported(), Values({60}));
 }

@@ -12,18 +12,18 @@
 // What the user does to a widget, as events.
 
 /// The line that a field types into.
-inline QLineEdit* lineOf(const QWidget* field) {
+inline QLineEdit* findLineEdit(const QWidget* field) {
     return field->findChild<QLineEdit*>();
 }
 
-inline QString textOf(const QWidget* field) {
-    return lineOf(field)->text();
+inline QString shownText(const QWidget* field) {
+    return findLineEdit(field)->text();
 }
 
 /// Types over what is in a field, without committing it.
 inline void typeInto(QWidget* field, const QString& text) {
     field->setFocus();
-    lineOf(field)->selectAll();
+    findLineEdit(field)->selectAll();
     QTest::keyClicks(field, text);
 }
 

@@ -21,7 +21,7 @@ PLogRecord record(const QStringList& items) {
     return made;
 }
 
-QByteArray contentOf(const QString& path) {
+QByteArray readContent(const QString& path) {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(cannot be read)");
 }
@@ -68,10 +68,10 @@ TEST(PFileLogSink, appends_lines_that_are_in_the_file_at_once) {
     PFileLogSink first(path);
     ASSERT_TRUE(first.isOpen());
     first.write(record({u"x"_qs}));
-    EXPECT_EQ(contentOf(path), line);
+    EXPECT_EQ(readContent(path), line);
     PFileLogSink second(path);
     second.write(record({u"x"_qs}));
-    EXPECT_EQ(contentOf(path), line + line);
+    EXPECT_EQ(readContent(path), line + line);
 }
 
 TEST(PFileLogSink, says_why_its_file_cannot_be_opened_and_still_takes_records) {

@@ -27,7 +27,7 @@ struct Means {
     double colour() const { return std::max({red, green, blue}) - std::min({red, green, blue}); }
 };
 
-Means meansOf(const QImage& picture) {
+Means computeMeans(const QImage& picture) {
     Means sums;
     for (int y = 0; y < picture.height(); ++y) {
         for (int x = 0; x < picture.width(); ++x) {
@@ -85,7 +85,7 @@ protected:
         EXPECT_TRUE(waitUntil([&] { return sequence() > before + 2; }));
         return device->newestFrame().image.toQImage().convertToFormat(QImage::Format_RGB32);
     }
-    Means means() const { return meansOf(picture()); }
+    Means means() const { return computeMeans(picture()); }
     Means meansWith(const char* id, const char* text) const {
         set(id, text);
         return means();
@@ -95,7 +95,7 @@ protected:
 };
 
 /// The colours in the middles of the three patches, from left to right.
-std::array<QRgb, 3> patchesOf(const QImage& picture) {
+std::array<QRgb, 3> readPatches(const QImage& picture) {
     const auto at = [&](int patch) {
         return picture.pixel(picture.width() * (2 * patch + 1) / 6, picture.height() / 2);
     };
@@ -209,9 +209,9 @@ TEST_F(PTDevicePictures, chrome_is_grey) {
 
 TEST_F(PTDevicePictures, a_hue_of_120_degrees_turns_red_to_green) {
     streamPatches();
-    EXPECT_EQ(patchesOf(picture()), (std::array<QRgb, 3>{red, green, blue}));
+    EXPECT_EQ(readPatches(picture()), (std::array<QRgb, 3>{red, green, blue}));
     set("hue", "120");
-    const QRgb turned = patchesOf(picture())[0];
+    const QRgb turned = readPatches(picture())[0];
     EXPECT_GT(qGreen(turned), qRed(turned) + 50);
     EXPECT_GT(qGreen(turned), qBlue(turned) + 50);
 }
@@ -221,7 +221,7 @@ TEST_F(PTDevicePictures, a_hue_of_120_degrees_turns_red_to_green) {
 TEST_F(PTDevicePictures, a_horizontal_flip_swaps_left_and_right) {
     streamPatches();
     set("hflip", "on");
-    EXPECT_EQ(patchesOf(picture()), (std::array<QRgb, 3>{blue, green, red}));
+    EXPECT_EQ(readPatches(picture()), (std::array<QRgb, 3>{blue, green, red}));
 }
 
 TEST_F(PTDevicePictures, a_vertical_flip_swaps_top_and_bottom) {
@@ -235,7 +235,7 @@ TEST_F(PTDevicePictures, a_vertical_flip_swaps_top_and_bottom) {
     EXPECT_EQ(third(upright, 0), red);
     set("rotate", "0");
     set("vflip", "on");
-    EXPECT_EQ(patchesOf(picture()), (std::array<QRgb, 3>{red, green, blue}));
+    EXPECT_EQ(readPatches(picture()), (std::array<QRgb, 3>{red, green, blue}));
     set("rotate", "90");
     set("hflip", "on");
     EXPECT_EQ(third(picture(), 0), blue);
@@ -248,7 +248,7 @@ TEST_F(PTDevicePictures, a_quarter_turn_swaps_width_and_height_and_a_half_turn_t
     set("rotate", "180");
     const QImage half = picture();
     EXPECT_EQ(half.size(), QSize(64, 48));
-    EXPECT_EQ(patchesOf(half), (std::array<QRgb, 3>{blue, green, red}));
+    EXPECT_EQ(readPatches(half), (std::array<QRgb, 3>{blue, green, red}));
     set("rotate", "270");
     EXPECT_EQ(picture().size(), QSize(48, 64));
 }
@@ -260,7 +260,7 @@ TEST_F(PTDevicePictures, a_sum_of_2x2_is_a_quarter_of_the_pixels_and_four_times_
     set("binning", "Add 2x2");
     const QImage binned = picture();
     EXPECT_EQ(binned.size(), QSize(32, 24));
-    EXPECT_NEAR(meansOf(binned).green / before, 4, 0.1);
+    EXPECT_NEAR(computeMeans(binned).green / before, 4, 0.1);
 }
 
 TEST_F(PTDevicePictures, an_average_of_4x4_is_a_sixteenth_of_the_pixels_and_the_same_light) {
@@ -269,7 +269,7 @@ TEST_F(PTDevicePictures, an_average_of_4x4_is_a_sixteenth_of_the_pixels_and_the_
     set("binning", "Average 4x4");
     const QImage binned = picture();
     EXPECT_EQ(binned.size(), QSize(16, 12));
-    EXPECT_NEAR(meansOf(binned).green, before, 2);
+    EXPECT_NEAR(computeMeans(binned).green, before, 2);
 }
 
 TEST_F(PTDevicePictures, a_region_shows_that_part_of_the_picture) {

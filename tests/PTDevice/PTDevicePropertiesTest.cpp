@@ -84,12 +84,12 @@ protected:
             all.append(QString::fromLatin1(property->id()));
         return all;
     }
-    PDeviceProperty* property(const char* id) const { return propertyOf(*device, id); }
+    PDeviceProperty* property(const char* id) const { return findProperty(*device, id); }
 
     std::unique_ptr<PTDevice> device;
 };
 
-QStringList membersOf(const PDevicePropertyGroup* group) {
+QStringList propertyIds(const PDevicePropertyGroup* group) {
     QStringList ids;
     for (const PDeviceProperty* property : group->properties())
         ids.append(QString::fromLatin1(property->id()));
@@ -133,7 +133,7 @@ TEST_P(PTDeviceAccessories, are_offered_by_the_model_flags_behind_the_region) {
     }
     EXPECT_EQ(ids(), expected);
     ASSERT_EQ(device->supportPropertyGroups().size(), 8);
-    EXPECT_EQ(membersOf(device->supportPropertyGroups().last()), GetParam().accessories);
+    EXPECT_EQ(propertyIds(device->supportPropertyGroups().last()), GetParam().accessories);
     for (const QString& id : GetParam().accessories) {
         EXPECT_EQ(property(id.toLatin1())->type(), Type::Custom);
         EXPECT_TRUE(property(id.toLatin1())->title().isEmpty());
@@ -317,6 +317,6 @@ TEST_F(PTDeviceProperties, the_groups_have_their_members_in_order) {
         const PDevicePropertyGroup* const group = groups.at(qsizetype(i));
         EXPECT_EQ(group->id(), QString::fromLatin1(expected[i].id));
         EXPECT_EQ(group->title(), QString::fromLatin1(expected[i].title));
-        EXPECT_EQ(membersOf(group), expected[i].members) << expected[i].id;
+        EXPECT_EQ(propertyIds(group), expected[i].members) << expected[i].id;
     }
 }

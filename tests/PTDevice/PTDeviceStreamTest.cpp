@@ -24,7 +24,7 @@ using testing::IsEmpty;
 namespace {
 
 /// A header that is true for a buffer of this geometry.
-BITMAPINFOHEADER headerOf(int width, int height, int bits) {
+BITMAPINFOHEADER makeHeader(int width, int height, int bits) {
     BITMAPINFOHEADER header{};
     header.biSize = sizeof header;
     header.biWidth = width;
@@ -143,7 +143,7 @@ TEST_F(PTDeviceStream, the_usb_flags_of_the_model_are_logged) {
 // ---- Buffers ------------------------------------------------------------------------------------
 
 TEST_F(PTDeviceStream, a_null_buffer_with_a_null_context_does_nothing_at_all) {
-    const BITMAPINFOHEADER header = headerOf(4, 2, 24);
+    const BITMAPINFOHEADER header = makeHeader(4, 2, 24);
     cbData(nullptr, &header, 0, nullptr);
     cbData(nullptr, nullptr, 1, nullptr);
     EXPECT_THAT(ptTexts(log), IsEmpty());
@@ -165,7 +165,7 @@ TEST_F(PTDeviceStream, a_buffer_without_a_header_is_ignored) {
 
 TEST_F(PTDeviceStream, an_8_bit_buffer_is_a_one_channel_image) {
     ImageList list(device.get());
-    push({1, 2, 3, 0, 4, 5, 6, 0}, headerOf(3, 2, 8));
+    push({1, 2, 3, 0, 4, 5, 6, 0}, makeHeader(3, 2, 8));
     ASSERT_EQ(list.images.size(), 1);
     const PImage image = list.images[0];
     EXPECT_EQ(image.format(), PDIP::ColorFormat(0));
@@ -177,7 +177,7 @@ TEST_F(PTDeviceStream, an_8_bit_buffer_is_a_one_channel_image) {
 TEST_F(PTDeviceStream, a_24_bit_buffer_is_a_three_channel_image_with_its_colours_right) {
     ImageList list(device.get());
     // One row: blue, red; the SDK puts blue first, and pads the row to 8 bytes.
-    push({255, 0, 0, 0, 0, 255, 99, 99}, headerOf(2, 1, 24));
+    push({255, 0, 0, 0, 0, 255, 99, 99}, makeHeader(2, 1, 24));
     ASSERT_EQ(list.images.size(), 1);
     EXPECT_EQ(list.images[0].format(), PDIP::ColorFormat(1));
     const QImage view = list.images[0].toQImage();
@@ -200,7 +200,7 @@ class PTDeviceBadHeader : public PTDeviceStream,
 TEST_P(PTDeviceBadHeader, is_dropped_without_a_line_and_counted) {
     const BadHeaderRow& row = GetParam();
     ImageList list(device.get());
-    BITMAPINFOHEADER header = headerOf(1, 1, row.bits);
+    BITMAPINFOHEADER header = makeHeader(1, 1, row.bits);
     header.biWidth = row.width;
     header.biHeight = row.height;
     header.biSizeImage = row.size;
@@ -235,7 +235,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_F(PTDeviceStream, no_memory_is_taken_for_a_header_whose_size_does_not_add_up) {
     const auto before = PBufferPool::instance().statistics();
-    BITMAPINFOHEADER header = headerOf(40000, 30000, 24);
+    BITMAPINFOHEADER header = makeHeader(40000, 30000, 24);
     header.biSizeImage -= 1;
     push(std::vector<unsigned char>(64), header);
     const auto after = PBufferPool::instance().statistics();
@@ -246,9 +246,9 @@ TEST_F(PTDeviceStream, no_memory_is_taken_for_a_header_whose_size_does_not_add_u
 TEST_F(PTDeviceStream, every_image_live_or_still_carries_exactly_the_snapshot_entry) {
     ImageList list(device.get());
     QSignalSpy stills(device.get(), &PDevice::snapshotTaken);
-    push(std::vector<unsigned char>(24), headerOf(4, 2, 24), 0);
-    push(std::vector<unsigned char>(24), headerOf(4, 2, 24), 1);
-    push(std::vector<unsigned char>(24), headerOf(4, 2, 24), 42);
+    push(std::vector<unsigned char>(24), makeHeader(4, 2, 24), 0);
+    push(std::vector<unsigned char>(24), makeHeader(4, 2, 24), 1);
+    push(std::vector<unsigned char>(24), makeHeader(4, 2, 24), 42);
     ASSERT_EQ(list.images.size(), 1);
     ASSERT_EQ(stills.count(), 2);
     const QMap<QString, QVariant> live{{u"snapshot"_qs, QVariant(false)}};
@@ -264,7 +264,7 @@ TEST_F(PTDeviceStream, every_image_live_or_still_carries_exactly_the_snapshot_en
 TEST_F(PTDeviceStream, the_buffer_is_copied_once_and_not_kept) {
     ImageList list(device.get());
     std::vector<unsigned char> buffer(24, 7);
-    push(buffer, headerOf(4, 2, 24));
+    push(buffer, makeHeader(4, 2, 24));
     std::fill(buffer.begin(), buffer.end(), static_cast<unsigned char>(200));
     ASSERT_EQ(list.images.size(), 1);
     EXPECT_EQ(list.images[0].rawData(PDIP::AccessMode::Read).constData()[0], 7);
@@ -287,7 +287,7 @@ long minorFaults() {
 
 TEST_F(PTDeviceStream, a_frame_takes_memory_for_one_copy_and_no_more) {
     // So large that memory from anywhere but the pool would be new to the process: 8,450 pages.
-    const BITMAPINFOHEADER header = headerOf(8192, 4225, 8);
+    const BITMAPINFOHEADER header = makeHeader(8192, 4225, 8);
     const std::vector<unsigned char> buffer(header.biSizeImage, 1);
     for (int i = 0; i < 3; ++i)
         push(buffer, header);
@@ -365,9 +365,9 @@ TEST_F(PTDeviceStream, malformed_frames_pushed_in_the_middle_are_dropped_and_the
     ImageList list(device.get());
     ASSERT_TRUE(device->tryStartStream());
     const std::vector<unsigned char> buffer(64);
-    BITMAPINFOHEADER header = headerOf(4, 2, 32);
+    BITMAPINFOHEADER header = makeHeader(4, 2, 32);
     EXPECT_EQ(ToupcamSim_pushRaw("cam", buffer.data(), &header, 0), 1);
-    header = headerOf(-4, -2, 24);
+    header = makeHeader(-4, -2, 24);
     EXPECT_EQ(ToupcamSim_pushRaw("cam", buffer.data(), &header, 0), 1);
     list.images.clear();
     EXPECT_TRUE(waitUntil([&] { return list.images.size() >= 3; }));
@@ -438,11 +438,11 @@ TEST_F(PTDeviceStream,
     ImageList list(device.get());
     PBufferPool::instance().trim();
     PBufferPool::instance().setUseLimit(PBufferPool::instance().statistics().usedBytes + 1);
-    push(std::vector<unsigned char>(24), headerOf(4, 2, 24));
+    push(std::vector<unsigned char>(24), makeHeader(4, 2, 24));
     PBufferPool::instance().setUseLimit(PBufferPool::noLimit);
     EXPECT_EQ(count(PFrameOutcome::NoMemory), 1u);
     EXPECT_THAT(list.images, IsEmpty());
-    push(std::vector<unsigned char>(24), headerOf(4, 2, 24));
+    push(std::vector<unsigned char>(24), makeHeader(4, 2, 24));
     EXPECT_EQ(list.images.size(), 1);
     EXPECT_TRUE(device->frameLedger().isBalanced());
 }

@@ -33,7 +33,7 @@ protected:
     }
 
     PTExtendedExposure* property() const {
-        return propertyOf<PTExtendedExposure>(*device, "extexposure");
+        return findProperty<PTExtendedExposure>(*device, "extexposure");
     }
 
     std::unique_ptr<PTDevice> device;
@@ -322,7 +322,7 @@ const QByteArray distinctBytes = QByteArray::fromHex("0102 fffe 3ff8000000000000
 } // namespace
 
 TEST(ExtendedExposureDataTest, is_written_as_33_bytes_without_the_modes) {
-    const QByteArray bytes = bytesOf(distinctRecord());
+    const QByteArray bytes = toBytes(distinctRecord());
     EXPECT_EQ(bytes.size(), 33);
     EXPECT_EQ(bytes.toHex(' '), distinctBytes.toHex(' '));
 }
@@ -351,7 +351,7 @@ TEST(ExtendedExposureDataTest, follows_the_byte_order_of_the_stream) {
 TEST(ExtendedExposureDataTest, switched_off_is_a_zero_byte_and_any_other_byte_means_on) {
     ExtendedExposureData d;
     d.autoexpenabled = false;
-    QByteArray bytes = bytesOf(d);
+    QByteArray bytes = toBytes(d);
     ASSERT_GT(bytes.size(), 12);
     EXPECT_EQ(bytes.at(12), 0);
     bytes[12] = 7;

@@ -26,7 +26,7 @@ protected:
         SimJournal::clear();
     }
 
-    PTFanProperty* property() const { return propertyOf<PTFanProperty>(*device, "fan"); }
+    PTFanProperty* property() const { return findProperty<PTFanProperty>(*device, "fan"); }
     FANDATA readAt(int speed) const {
         Toupcam_put_Option(device->sdkHandle(), TOUPCAM_OPTION_FAN, speed);
         return property()->tryGetValueFromDevice();
@@ -130,7 +130,7 @@ TEST(FANDATATest, is_another_one_if_either_field_differs) {
 }
 
 TEST(FANDATATest, is_8_bytes_and_read_back_as_it_was) {
-    const QByteArray bytes = bytesOf(FANDATA{-1, 0x01020304});
+    const QByteArray bytes = toBytes(FANDATA{-1, 0x01020304});
     EXPECT_EQ(bytes.toHex(), QByteArray("ffffffff01020304"));
     bool whole = false;
     EXPECT_EQ(valueOfBytes(bytes, FANDATA(), &whole), (FANDATA{-1, 0x01020304}));

@@ -22,7 +22,7 @@ protected:
     }
 
     PTBacklightProperty* property() const {
-        return propertyOf<PTBacklightProperty>(*device, "backlight");
+        return findProperty<PTBacklightProperty>(*device, "backlight");
     }
 
     std::unique_ptr<PTDevice> device;

@@ -25,7 +25,7 @@ protected:
         SimJournal::clear();
     }
 
-    PDeviceProperty* property(const char* id) const { return propertyOf(*device, id); }
+    PDeviceProperty* property(const char* id) const { return findProperty(*device, id); }
     PEnumerationItem itemWithId(const char* id, const QVariant& value) const {
         return property(id)->rangeInner().value<PEnumeration>().getItem(value.toUuid());
     }
@@ -33,7 +33,7 @@ protected:
     std::unique_ptr<PTDevice> device;
 };
 
-QList<PEnumerationItem> itemsOf(const PDeviceProperty* property) {
+QList<PEnumerationItem> listItems(const PDeviceProperty* property) {
     return property->rangeInner().value<PEnumeration>().items();
 }
 
@@ -45,7 +45,7 @@ struct ItemRow {
 };
 
 void expectItems(const PDeviceProperty* property, const std::vector<ItemRow>& rows) {
-    const QList<PEnumerationItem> items = itemsOf(property);
+    const QList<PEnumerationItem> items = listItems(property);
     ASSERT_EQ(items.size(), qsizetype(rows.size())) << property->id().toStdString();
     for (std::size_t k = 0; k < rows.size(); ++k) {
         const PEnumerationItem& item = items.at(qsizetype(k));

@@ -24,7 +24,7 @@ protected:
         SimJournal::clear();
     }
 
-    PDeviceProperty* roi() const { return propertyOf(*device, "roi"); }
+    PDeviceProperty* roi() const { return findProperty(*device, "roi"); }
     PScanAreaRange range() const { return roi()->tryGetRange().value<PScanAreaRange>(); }
 
     std::unique_ptr<PTDevice> device;

@@ -27,13 +27,13 @@ using Composites = testing::Types<PTExtendedExposure, PTFanProperty, PTECPropert
 TYPED_TEST_SUITE(CompositePropertySlots, Composites, );
 
 TYPED_TEST(CompositePropertySlots, are_those_of_the_bases_and_then_the_range) {
-    EXPECT_EQ(slotOf(&TypeParam::createWidget), afterQObject + 0);
-    EXPECT_EQ(slotOf(&TypeParam::tryGetRange), afterQObject + 5);
-    EXPECT_EQ(slotOf(&TypeParam::trySetValueToDevice), afterQObject + 8);
-    EXPECT_EQ(slotOf(&TypeParam::tryGetValueFromDevice), afterQObject + 9);
-    EXPECT_EQ(slotOf(&TypeParam::convertToT), afterQObject + 10);
-    EXPECT_EQ(slotOf(&TypeParam::convertFromT), afterQObject + 11);
-    EXPECT_EQ(slotOf(&TypeParam::trySetRange), afterQObject + 12);
+    EXPECT_EQ(slotIndex(&TypeParam::createWidget), afterQObject + 0);
+    EXPECT_EQ(slotIndex(&TypeParam::tryGetRange), afterQObject + 5);
+    EXPECT_EQ(slotIndex(&TypeParam::trySetValueToDevice), afterQObject + 8);
+    EXPECT_EQ(slotIndex(&TypeParam::tryGetValueFromDevice), afterQObject + 9);
+    EXPECT_EQ(slotIndex(&TypeParam::convertToT), afterQObject + 10);
+    EXPECT_EQ(slotIndex(&TypeParam::convertFromT), afterQObject + 11);
+    EXPECT_EQ(slotIndex(&TypeParam::trySetRange), afterQObject + 12);
 }
 
 template <typename Class>
@@ -44,14 +44,14 @@ using Choices = testing::Types<PTPropProcessMode, PTPropBackligtComp>;
 TYPED_TEST_SUITE(ChoicePropertySlots, Choices, );
 
 TYPED_TEST(ChoicePropertySlots, are_those_of_the_base) {
-    EXPECT_EQ(slotOf(&TypeParam::trySetValueToDevice), afterQObject + 8);
-    EXPECT_EQ(slotOf(&TypeParam::tryGetValueFromDevice), afterQObject + 9);
-    EXPECT_EQ(slotOf(&TypeParam::tryGetRangeFromDevice), afterQObject + 12);
+    EXPECT_EQ(slotIndex(&TypeParam::trySetValueToDevice), afterQObject + 8);
+    EXPECT_EQ(slotIndex(&TypeParam::tryGetValueFromDevice), afterQObject + 9);
+    EXPECT_EQ(slotIndex(&TypeParam::tryGetRangeFromDevice), afterQObject + 12);
 }
 
 TEST(PTBacklightPropertySlots, are_those_of_the_bases) {
-    EXPECT_EQ(slotOf(&PTBacklightProperty::createWidget), afterQObject + 0);
-    EXPECT_EQ(slotOf(&PTBacklightProperty::trySetValueToDevice), afterQObject + 8);
-    EXPECT_EQ(slotOf(&PTBacklightProperty::tryGetValueFromDevice), afterQObject + 9);
-    EXPECT_EQ(slotOf(&PTBacklightProperty::tryGetRangeFromDevice), afterQObject + 12);
+    EXPECT_EQ(slotIndex(&PTBacklightProperty::createWidget), afterQObject + 0);
+    EXPECT_EQ(slotIndex(&PTBacklightProperty::trySetValueToDevice), afterQObject + 8);
+    EXPECT_EQ(slotIndex(&PTBacklightProperty::tryGetValueFromDevice), afterQObject + 9);
+    EXPECT_EQ(slotIndex(&PTBacklightProperty::tryGetRangeFromDevice), afterQObject + 12);
 }

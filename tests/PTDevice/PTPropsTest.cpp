@@ -32,7 +32,7 @@ protected:
     QString contextText() const {
         return u"0x%1"_qs.arg(quintptr(static_cast<PDevice*>(device.get())), 0, 16);
     }
-    PDeviceProperty* property(const char* id) const { return propertyOf(*device, id); }
+    PDeviceProperty* property(const char* id) const { return findProperty(*device, id); }
 
     std::unique_ptr<PTDevice> device;
 };

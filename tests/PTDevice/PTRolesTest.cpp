@@ -38,7 +38,7 @@ QStringList partsWithRoles(const PRoleValue& value) {
     return parts;
 }
 
-QStringList partsOf(const PRoleValue& value) {
+QStringList fieldNames(const PRoleValue& value) {
     QStringList parts = PCompositeFields::names(value.value);
     parts.sort();
     return parts.isEmpty() ? QStringList{QString()} : parts;
@@ -53,28 +53,28 @@ TEST_F(PTRolesTest, are_those_of_every_setting_and_of_every_field) {
         if (property->type() == PCD::DevicePropertyType::Action)
             EXPECT_TRUE(value.bindings.isEmpty());
         else
-            EXPECT_EQ(partsWithRoles(value), partsOf(value));
+            EXPECT_EQ(partsWithRoles(value), fieldNames(value));
     }
 }
 
 TEST_F(PTRolesTest, name_methods_that_exist) {
     const auto* const trigger = PDeviceRoles::methodProperty(*device, PRole::FireTrigger);
-    ASSERT_EQ(trigger, propertyOf(*device, "extexposure"));
+    ASSERT_EQ(trigger, findProperty(*device, "extexposure"));
     EXPECT_GE(trigger->metaObject()->indexOfMethod(
                   PPropertyRoles::method(*trigger, PRole::FireTrigger) + "(int)"),
               0);
     const auto* const cooler = PDeviceRoles::methodProperty(*device, PRole::SensorTemperature);
-    ASSERT_EQ(cooler, propertyOf(*device, "teccontrol"));
+    ASSERT_EQ(cooler, findProperty(*device, "teccontrol"));
     EXPECT_GE(cooler->metaObject()->indexOfMethod(
                   PPropertyRoles::method(*cooler, PRole::SensorTemperature) + "()"),
               0);
 }
 
 TEST_F(PTRolesTest, have_the_same_units_in_plain_and_composite_settings) {
-    propertyOf(*device, "autoexponeable")->setValue(false);
-    propertyOf(*device, "autoexpottime")->setValue(12'500);
-    propertyOf(*device, "autoexpogain")->setValue(150);
-    propertyOf(*device, "extexposure")->updateValueFromDevice();
+    findProperty(*device, "autoexponeable")->setValue(false);
+    findProperty(*device, "autoexpottime")->setValue(12'500);
+    findProperty(*device, "autoexpogain")->setValue(150);
+    findProperty(*device, "extexposure")->updateValueFromDevice();
     const PDeviceRoles roles = PDeviceRoles::of(*device);
     for (const PRoleValue& time :
          {roles.find(PRole::ExposureTime), roles.findComposite(PRole::ExposureTime)})

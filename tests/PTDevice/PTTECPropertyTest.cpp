@@ -26,7 +26,7 @@ protected:
         SimJournal::clear();
     }
 
-    PTECProperty* property() const { return propertyOf<PTECProperty>(*device, "teccontrol"); }
+    PTECProperty* property() const { return findProperty<PTECProperty>(*device, "teccontrol"); }
     TECDATA stored() const { return property()->valueInner().value<TECDATA>(); }
 
     std::unique_ptr<PTDevice> device;
@@ -103,7 +103,7 @@ TEST(TECDATATest, is_another_one_if_either_field_differs) {
 }
 
 TEST(TECDATATest, minus_5_degrees_are_4_and_2_bytes_and_read_back_as_they_were) {
-    const QByteArray bytes = bytesOf(TECDATA{1, -50});
+    const QByteArray bytes = toBytes(TECDATA{1, -50});
     EXPECT_EQ(bytes.toHex(), QByteArray("00000001ffce"));
     bool whole = false;
     EXPECT_EQ(valueOfBytes(bytes, TECDATA(), &whole), (TECDATA{1, -50}));

@@ -81,7 +81,7 @@ QList<PLogRecord> ptRecords(const PLogCapture& log, const QString& text);
 /// The property with this id as its class; throws if the device has no such one, which fails the
 /// test.
 template <typename Property = PDeviceProperty>
-Property* propertyOf(const PDevice& device, const char* id) {
+Property* findProperty(const PDevice& device, const char* id) {
     auto* const property = dynamic_cast<Property*>(device.getProperty(id));
     if (property == nullptr)
         throw std::runtime_error(std::string("the device has no such property as ") + id);

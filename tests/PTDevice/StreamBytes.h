@@ -6,7 +6,7 @@
 
 /// The bytes that a default QDataStream writes for a value.
 template <typename T>
-QByteArray bytesOf(const T& value) {
+QByteArray toBytes(const T& value) {
     QByteArray bytes;
     QDataStream stream(&bytes, QIODevice::WriteOnly);
     stream << value;

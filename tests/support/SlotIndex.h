@@ -10,7 +10,7 @@
 /// Function Pointers") its first word is one more than the function's offset in the table in bytes,
 /// and an even address for any other function.
 template <typename Class, typename Function>
-std::optional<std::size_t> slotOf(Function Class::*member) {
+std::optional<std::size_t> slotIndex(Function Class::*member) {
     std::size_t word = 0;
     static_assert(sizeof(member) == 2 * sizeof(word));
     std::memcpy(&word, &member, sizeof(word));

@@ -22,7 +22,7 @@ inline PImage smallImage() {
 constexpr std::size_t smallImageBytes = 16;
 
 /// The stamp of an image that has come through a device; null otherwise.
-inline std::shared_ptr<const PFrameStamp> stampOf(const PImage& image) {
+inline std::shared_ptr<const PFrameStamp> findStamp(const PImage& image) {
     return std::dynamic_pointer_cast<const PFrameStamp>(image.attachment());
 }
 
@@ -34,7 +34,7 @@ inline PFrameStamp stampIn(const PDeviceFrame& frame) {
     return *frame.stamp;
 }
 inline PFrameStamp stampIn(const PImage& image) {
-    const std::shared_ptr<const PFrameStamp> stamp = stampOf(image);
+    const std::shared_ptr<const PFrameStamp> stamp = findStamp(image);
     if (stamp == nullptr)
         throw std::runtime_error("the image has no stamp");
     return *stamp;

@@ -44,7 +44,7 @@ TEST(PFrameLedger, does_not_weigh_snapshots_which_are_frames_besides) {
 
 namespace {
 
-PFrameLedger ledgerOf(quint64 delivered, quint64 lost, quint64 waiting) {
+PFrameLedger makeLedger(quint64 delivered, quint64 lost, quint64 waiting) {
     PFrameLedger ledger;
     ledger.produced = delivered + lost + waiting;
     ledger.waiting = waiting;
@@ -56,8 +56,8 @@ PFrameLedger ledgerOf(quint64 delivered, quint64 lost, quint64 waiting) {
 } // namespace
 
 TEST(PFrameLedger, since_a_start_counts_what_came_after_it) {
-    PFrameLedger start = ledgerOf(10, 2, 0);
-    PFrameLedger now = ledgerOf(15, 3, 1);
+    PFrameLedger start = makeLedger(10, 2, 0);
+    PFrameLedger now = makeLedger(15, 3, 1);
     start.snapshots = 4;
     now.snapshots = 6;
     const PFrameLedger span = now.since(start);
@@ -70,27 +70,27 @@ TEST(PFrameLedger, since_a_start_counts_what_came_after_it) {
 }
 
 TEST(PFrameLedger, since_a_start_counts_what_was_waiting_then_as_produced) {
-    const PFrameLedger span = ledgerOf(15, 0, 0).since(ledgerOf(10, 0, 3));
+    const PFrameLedger span = makeLedger(15, 0, 0).since(makeLedger(10, 0, 3));
     EXPECT_EQ(span.produced, 5u); // 3 were waiting, 2 are new
     EXPECT_EQ(span.count(PFrameOutcome::Delivered), 5u);
     EXPECT_TRUE(span.isBalanced());
 }
 
 TEST(PFrameLedger, since_a_start_counts_what_has_waited_all_the_time_as_waiting) {
-    const PFrameLedger span = ledgerOf(10, 1, 3).since(ledgerOf(10, 0, 3));
+    const PFrameLedger span = makeLedger(10, 1, 3).since(makeLedger(10, 0, 3));
     EXPECT_EQ(span.produced, 4u);
     EXPECT_EQ(span.waiting, 3u);
     EXPECT_TRUE(span.isBalanced());
 }
 
 TEST(PFrameLedger, since_a_start_is_not_balanced_where_the_account_now_is_not) {
-    PFrameLedger now = ledgerOf(15, 0, 0);
+    PFrameLedger now = makeLedger(15, 0, 0);
     ++now.produced;
-    EXPECT_FALSE(now.since(ledgerOf(10, 0, 3)).isBalanced());
+    EXPECT_FALSE(now.since(makeLedger(10, 0, 3)).isBalanced());
 }
 
 TEST(PFrameLedger, since_an_empty_start_is_the_account_itself) {
-    const PFrameLedger now = ledgerOf(15, 2, 1);
+    const PFrameLedger now = makeLedger(15, 2, 1);
     const PFrameLedger span = now.since({});
     EXPECT_EQ(span.produced, now.produced);
     EXPECT_EQ(span.outcomes, now.outcomes);

@@ -63,7 +63,7 @@ TEST(PFramePipeline, does_not_copy_pixels) {
     const PImage& arrived = listener.images.at(0);
     EXPECT_EQ(arrived.rawData(PDIP::AccessMode::Read).constData(),
               image.rawData(PDIP::AccessMode::Read).constData());
-    EXPECT_EQ(stampOf(image), nullptr);
+    EXPECT_EQ(findStamp(image), nullptr);
 }
 
 TEST(PFramePipeline, leaves_room_for_other_events_between_frames_that_never_end) {
@@ -257,7 +257,7 @@ TEST(PFramePipeline, books_a_snapshot_of_a_new_picture_as_produced_and_as_a_snap
     ASSERT_EQ(listener.snapshots.size(), 1u);
     EXPECT_TRUE(listener.images.empty());
     EXPECT_NE(listener.snapshots[0].stamp, nullptr);
-    EXPECT_EQ(stampOf(listener.snapshots[0].image), listener.snapshots[0].stamp);
+    EXPECT_EQ(findStamp(listener.snapshots[0].image), listener.snapshots[0].stamp);
     EXPECT_EQ(device.frameLedger().produced, 1u);
     EXPECT_EQ(device.frameLedger().count(PFrameOutcome::Delivered), 1u);
     EXPECT_EQ(device.frameLedger().snapshots, 1u);
@@ -271,7 +271,7 @@ TEST(PFramePipeline, keeps_the_stamp_of_a_live_frame_that_is_made_a_snapshot) {
     });
     sendImages(device, 1);
     ASSERT_TRUE(waitUntil([&] { return listener.snapshots.size() == 1; }));
-    EXPECT_EQ(listener.snapshots[0].stamp, stampOf(listener.images.at(0)));
+    EXPECT_EQ(listener.snapshots[0].stamp, findStamp(listener.images.at(0)));
     EXPECT_EQ(stampIn(listener.snapshots[0]).sequence, 1u);
     EXPECT_FALSE(stampIn(listener.snapshots[0]).still);
     EXPECT_EQ(device.frameLedger().produced, 1u);

@@ -54,7 +54,7 @@ protected:
         for (PDeviceRegister* root : loader.load())
             roots.emplace_back(root);
     }
-    std::size_t countOf(const char* className) const {
+    std::size_t countRegisters(const char* className) const {
         return std::size_t(std::count_if(roots.begin(), roots.end(), [&](const auto& root) {
             return QByteArray(root->metaObject()->className()) == className;
         }));
@@ -77,22 +77,22 @@ protected:
 TEST_F(PPluginLoaderTest, loads_a_device_plugin_from_a_folder) {
     loader.addSearchPath(pluginFolder("device"));
     load();
-    ASSERT_EQ(countOf("TestRegister"), 1u);
+    ASSERT_EQ(countRegisters("TestRegister"), 1u);
     EXPECT_EQ(reasonFor(pluginFile("device")), QString());
 }
 
 TEST_F(PPluginLoaderTest, loads_a_device_plugin_from_its_file) {
     loader.addSearchPath(pluginFile("device"));
     load();
-    ASSERT_EQ(countOf("TestRegister"), 1u);
+    ASSERT_EQ(countRegisters("TestRegister"), 1u);
 }
 
 TEST_F(PPluginLoaderTest, loads_plugins_of_different_makers) {
     loader.addSearchPath(pluginFolder("device"));
     loader.addSearchPath(pluginFolder("otherdevice"));
     load();
-    EXPECT_EQ(countOf("TestRegister"), 1u);
-    EXPECT_EQ(countOf("OtherRegister"), 1u);
+    EXPECT_EQ(countRegisters("TestRegister"), 1u);
+    EXPECT_EQ(countRegisters("OtherRegister"), 1u);
 }
 
 TEST_F(PPluginLoaderTest, gives_a_root_that_is_a_device_register) {
@@ -111,13 +111,13 @@ TEST_F(PPluginLoaderTest, can_be_used_again_after_its_roots_were_deleted) {
     next.addSearchPath(pluginFile("device"));
     for (PDeviceRegister* root : next.load())
         roots.emplace_back(root);
-    EXPECT_EQ(countOf("TestRegister"), 1u);
+    EXPECT_EQ(countRegisters("TestRegister"), 1u);
 }
 
 TEST_F(PPluginLoaderTest, reads_the_folders_of_the_environment_variable) {
     setPathVariable(pluginFolder("noregister") + u':' + pluginFolder("device"));
     load();
-    EXPECT_EQ(countOf("TestRegister"), 1u);
+    EXPECT_EQ(countRegisters("TestRegister"), 1u);
     EXPECT_NE(reasonFor(pluginFile("noregister")), QString());
 }
 
@@ -136,7 +136,7 @@ TEST_F(PPluginLoaderTest, loads_a_class_once_however_many_files_have_it) {
     loader.addSearchPath(pluginFolder("device"));
     loader.addSearchPath(pluginFolder("devicecopy"));
     load();
-    EXPECT_EQ(countOf("TestRegister"), 1u);
+    EXPECT_EQ(countRegisters("TestRegister"), 1u);
     EXPECT_FALSE(isLoaded(pluginFile("devicecopy")));
     EXPECT_EQ(reasonFor(pluginFile("devicecopy")), QString()); // it is no failure
 }
@@ -144,7 +144,7 @@ TEST_F(PPluginLoaderTest, loads_a_class_once_however_many_files_have_it) {
 TEST_F(PPluginLoaderTest, gives_a_register_to_one_owner_only) {
     loader.addSearchPath(pluginFile("device"));
     load();
-    ASSERT_EQ(countOf("TestRegister"), 1u);
+    ASSERT_EQ(countRegisters("TestRegister"), 1u);
     PPluginLoader second;
     second.addSearchPath(pluginFile("device"));
     for (PDeviceRegister* root : second.load())
@@ -159,7 +159,7 @@ TEST_F(PPluginLoaderTest, loads_a_file_once_however_often_it_is_named) {
     loader.addSearchPath(pluginFile("device"));
     setPathVariable(pluginFolder("device") + u"/../device"_qs);
     load();
-    EXPECT_EQ(countOf("TestRegister"), 1u);
+    EXPECT_EQ(countRegisters("TestRegister"), 1u);
 }
 
 TEST_F(PPluginLoaderTest, names_a_path_that_is_not_there) {
@@ -235,5 +235,5 @@ TEST_F(PPluginLoaderTest, goes_on_after_a_failure) {
     loader.addSearchPath(pluginFolder("incomplete"));
     loader.addSearchPath(pluginFolder("device"));
     load();
-    EXPECT_EQ(countOf("TestRegister"), 1u);
+    EXPECT_EQ(countRegisters("TestRegister"), 1u);
 }

@@ -18,7 +18,7 @@ protected:
     const QString file = path(u"a.json"_qs);
 
     PStatus read(PDeviceProfile& profile) const { return PDeviceProfileFile::read(file, profile); }
-    QString failureOf(const QByteArray& text) const {
+    QString failureReason(const QByteArray& text) const {
         writeFile(file, text);
         PDeviceProfile profile;
         return read(profile).reason();
@@ -133,7 +133,7 @@ class DamagedProfile : public PDeviceProfileFileTest,
                        public testing::WithParamInterface<DamageRow> {};
 
 TEST_P(DamagedProfile, is_refused_with_file_and_line) {
-    const QString reason = failureOf(GetParam().text);
+    const QString reason = failureReason(GetParam().text);
     EXPECT_EQ(reason, u"\"%1\": %2"_qs.arg(file, QString::fromUtf8(GetParam().reason)));
 }
 
@@ -233,19 +233,19 @@ TEST_F(PDeviceProfileFileTest, is_refused_wherever_it_is_cut_off) {
 
 TEST_F(PDeviceProfileFileTest, shows_hostile_names_shortened_and_without_control_characters) {
     const QString reason =
-        failureOf(replaced(sound, "version", QByteArray("\\u001b[2J") + QByteArray(5000, 'x')));
+        failureReason(replaced(sound, "version", QByteArray("\\u001b[2J") + QByteArray(5000, 'x')));
     EXPECT_FALSE(reason.contains(QChar(0x1b)));
     EXPECT_LT(reason.size(), file.size() + 300);
 }
 
 TEST_F(PDeviceProfileFileTest, of_the_largest_size_is_read) {
     const qsizetype room = PDeviceProfileFile::largestSize - sound.size();
-    EXPECT_EQ(failureOf(sound + QByteArray(room, ' ')), QString());
+    EXPECT_EQ(failureReason(sound + QByteArray(room, ' ')), QString());
 }
 
 TEST_F(PDeviceProfileFileTest, that_is_larger_is_refused) {
     const qsizetype room = PDeviceProfileFile::largestSize - sound.size();
-    EXPECT_EQ(failureOf(sound + QByteArray(room + 1, ' ')),
+    EXPECT_EQ(failureReason(sound + QByteArray(room + 1, ' ')),
               u"cannot read \"%1\": it is larger than 1048576 bytes, which no "
               "profile is"_qs.arg(file));
 }

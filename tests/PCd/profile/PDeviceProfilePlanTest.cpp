@@ -13,7 +13,7 @@ namespace {
 
 using Mode = PDeviceProfilePlan::Mode;
 
-QStringList linesOf(const QList<PDeviceProfileReport::Item>& items) {
+QStringList toLines(const QList<PDeviceProfileReport::Item>& items) {
     QStringList lines;
     for (const PDeviceProfileReport::Item& item : items)
         lines.append(QString::fromUtf8(item.id) + u": "_qs + item.reason);
@@ -111,7 +111,7 @@ TEST_F(PDeviceProfilePlanTest, leaves_mode_and_region_alone_if_it_is_told_to) {
                          Mode::AsItIs)
                     .isOk());
     EXPECT_EQ(camera.sent, QStringList{u"hue"_qs});
-    EXPECT_EQ(linesOf(report.ignored),
+    EXPECT_EQ(toLines(report.ignored),
               QStringList{u"roi: it is a region of a mode that is not set"_qs});
     EXPECT_TRUE(report.isComplete());
 }
@@ -188,14 +188,14 @@ TEST_F(PDeviceProfilePlanTest, of_another_model_sets_what_this_camera_can_have) 
                                      "\"mode\": \"7\",\n", "Other"))
                     .isOk());
     EXPECT_EQ(camera.sent, QStringList{u"hue"_qs});
-    EXPECT_EQ(linesOf(report.refused),
+    EXPECT_EQ(toLines(report.refused),
               (QStringList{u"mode: cannot be the text \"7\": expected one of \"0\" (640x480), "
                            "\"1\" (320x240)"_qs,
                            u"contrast: cannot be 500: expected a whole number from -100 to "
                            "100"_qs,
                            u"rotate: cannot be the text \"45\": expected one of \"0°\", "
                            "\"90°\""_qs}));
-    EXPECT_EQ(linesOf(report.ignored),
+    EXPECT_EQ(toLines(report.ignored),
               QStringList{u"roi: it is a region of a mode that is not set"_qs});
     EXPECT_EQ(report.note, u"saved from another camera: Other, serial number 1; this "
                            "one is Fake, serial number 1"_qs);
@@ -220,13 +220,13 @@ TEST_F(PDeviceProfilePlanTest, of_another_serial_number_says_so_and_sets_all) {
 
 TEST_F(PDeviceProfilePlanTest, reports_a_property_that_the_camera_lacks_and_sets_the_rest) {
     ASSERT_TRUE(loadText(profileText("\"fan\": {\"value\": 1},\n\"hue\": {\"value\": 9}")).isOk());
-    EXPECT_EQ(linesOf(report.refused), QStringList{u"fan: the camera has no such property"_qs});
+    EXPECT_EQ(toLines(report.refused), QStringList{u"fan: the camera has no such property"_qs});
     EXPECT_EQ(camera.hue->inDevice, QVariant(9));
 }
 
 TEST_F(PDeviceProfilePlanTest, names_a_property_of_any_language_that_the_camera_lacks) {
     ASSERT_TRUE(loadText(profileText("\"цвет\": {\"value\": 1}")).isOk());
-    EXPECT_EQ(linesOf(report.refused), QStringList{u"цвет: the camera has no such property"_qs});
+    EXPECT_EQ(toLines(report.refused), QStringList{u"цвет: the camera has no such property"_qs});
 }
 
 TEST_F(PDeviceProfilePlanTest, names_what_the_profile_says_nothing_of_and_leaves_it) {
@@ -240,7 +240,7 @@ TEST_F(PDeviceProfilePlanTest, never_runs_an_action) {
     ASSERT_TRUE(
         loadText(profileText("\"whiten\": {\"value\": 1},\n\"hue\": {\"value\": 9}")).isOk());
     EXPECT_EQ(camera.sent, QStringList{u"hue"_qs});
-    EXPECT_EQ(linesOf(report.ignored),
+    EXPECT_EQ(toLines(report.ignored),
               QStringList{u"whiten: it is an action, which a profile never runs"_qs});
 }
 
@@ -248,7 +248,7 @@ TEST_F(PDeviceProfilePlanTest, never_sets_what_profiles_do_not_hold) {
     ASSERT_TRUE(
         loadText(profileText("\"hidden\": {\"value\": 1},\n\"hue\": {\"value\": 9}")).isOk());
     EXPECT_EQ(camera.sent, QStringList{u"hue"_qs});
-    EXPECT_EQ(linesOf(report.ignored),
+    EXPECT_EQ(toLines(report.ignored),
               QStringList{u"hidden: profiles do not hold this property"_qs});
 }
 
@@ -256,7 +256,7 @@ TEST_F(PDeviceProfilePlanTest, reports_what_the_camera_refuses_and_sets_the_rest
     camera.contrast->refuses = true;
     ASSERT_TRUE(
         loadText(profileText("\"contrast\": {\"value\": 12},\n\"hue\": {\"value\": 9}")).isOk());
-    EXPECT_EQ(linesOf(report.refused), QStringList{u"contrast: requested 12, the camera has 0"_qs});
+    EXPECT_EQ(toLines(report.refused), QStringList{u"contrast: requested 12, the camera has 0"_qs});
     EXPECT_EQ(report.applied, QList<QByteArray>{"hue"});
     EXPECT_EQ(camera.hue->inDevice, QVariant(9));
 }
@@ -264,7 +264,7 @@ TEST_F(PDeviceProfilePlanTest, reports_what_the_camera_refuses_and_sets_the_rest
 TEST_F(PDeviceProfilePlanTest, reports_what_the_camera_makes_another_value_of) {
     camera.rotate->becomes = ProfileDevice::turn(0);
     ASSERT_TRUE(loadText(profileText("\"rotate\": {\"value\": \"90\"}")).isOk());
-    EXPECT_EQ(linesOf(report.refused), QStringList{u"rotate: requested 90°, the camera has 0°"_qs});
+    EXPECT_EQ(toLines(report.refused), QStringList{u"rotate: requested 90°, the camera has 0°"_qs});
 }
 
 TEST_F(PDeviceProfilePlanTest, does_not_set_a_region_if_its_mode_is_refused) {
@@ -273,9 +273,9 @@ TEST_F(PDeviceProfilePlanTest, does_not_set_a_region_if_its_mode_is_refused) {
                                      "\"hue\": {\"value\": 9}",
                                      "\"mode\": \"1\",\n"))
                     .isOk());
-    EXPECT_EQ(linesOf(report.refused),
+    EXPECT_EQ(toLines(report.refused),
               QStringList{u"mode: the device refused to take the mode 320x240"_qs});
-    EXPECT_EQ(linesOf(report.ignored),
+    EXPECT_EQ(toLines(report.ignored),
               QStringList{u"roi: it is a region of a mode that is not set"_qs});
     EXPECT_EQ(camera.sent, QStringList{u"hue"_qs});
 }
@@ -286,7 +286,7 @@ TEST_F(PDeviceProfilePlanTest, is_no_damage_where_the_camera_itself_is_out_of_it
     ASSERT_TRUE(load(camera).isOk());
     EXPECT_TRUE(report.isComplete());
     EXPECT_FALSE(camera.sent.contains(u"contrast"_qs));
-    EXPECT_EQ(linesOf(report.ignored),
+    EXPECT_EQ(toLines(report.ignored),
               QStringList{u"contrast: the camera has this value already, outside of "
                           "its range"_qs});
 }

@@ -28,7 +28,7 @@ protected:
     ProfileDevice camera;
 };
 
-QStringList idsOf(const PDeviceProfile& profile) {
+QStringList settingIds(const PDeviceProfile& profile) {
     QStringList ids;
     for (const PDeviceProfile::Setting& setting : profile.settings)
         ids.append(QString::fromLatin1(setting.id));
@@ -86,17 +86,17 @@ TEST_F(PDeviceProfileValuesTest, are_those_of_a_profile_that_is_saved_at_the_sam
     EXPECT_EQ(kept.model, saved.model);
     EXPECT_EQ(kept.serial, saved.serial);
     EXPECT_EQ(kept.mode.form, saved.mode.form);
-    ASSERT_EQ(idsOf(kept), idsOf(saved));
+    ASSERT_EQ(settingIds(kept), settingIds(saved));
     for (qsizetype i = 0; i < saved.settings.size(); ++i)
         EXPECT_EQ(kept.settings.at(i).form, saved.settings.at(i).form)
-            << idsOf(saved).at(i).toStdString();
+            << settingIds(saved).at(i).toStdString();
 }
 
 TEST_F(PDeviceProfileValuesTest, leave_out_a_region_that_the_device_could_not_read) {
     changeAll();
     camera.roi->setValueInner(QRect());
     EXPECT_FALSE(
-        idsOf(PDeviceProfileValues::ofDevice(camera.device).toProfile()).contains(u"roi"_qs));
+        settingIds(PDeviceProfileValues::ofDevice(camera.device).toProfile()).contains(u"roi"_qs));
 }
 
 TEST_F(PDeviceProfileValuesTest, can_be_applied_to_another_device) {

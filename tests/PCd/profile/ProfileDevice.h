@@ -18,10 +18,10 @@ public:
     explicit ProfileDevice(const QByteArray& model = "Fake", const QByteArray& serial = "1")
         : device(model, serial) {
         using Type = PCD::DevicePropertyType;
-        roi->rangeInDevice = areaOf(640, 480);
+        roi->rangeInDevice = makeArea(640, 480);
         roi->setType(Type::ScanArea);
-        contrast->rangeInDevice = rangeOf(-100, 100);
-        hue->rangeInDevice = rangeOf(-180, 180);
+        contrast->rangeInDevice = makeRange(-100, 100);
+        hue->rangeInDevice = makeRange(-180, 180);
         exposure->setType(Type::Custom);
         rotate->rangeInDevice = turns();
         rotate->setType(Type::Choice);
@@ -31,7 +31,7 @@ public:
         QObject::connect(&device, &PDevice::modeChanged, [this](const PDeviceMode& mode) {
             sent.append(u"mode"_qs);
             roi->inDevice = QRect(0, 0, mode.width, mode.height);
-            roi->rangeInDevice = areaOf(mode.width, mode.height);
+            roi->rangeInDevice = makeArea(mode.width, mode.height);
         });
         device.supportProperties();
     }
@@ -108,10 +108,10 @@ public:
     Noting* hidden = new Noting(sent, "hidden", 3);
 
 private:
-    static QVariant rangeOf(int minimum, int maximum) {
+    static QVariant makeRange(int minimum, int maximum) {
         return QVariant::fromValue(PMinMaxRange<int>{minimum, maximum, 1});
     }
-    static QVariant areaOf(int width, int height) {
+    static QVariant makeArea(int width, int height) {
         return QVariant::fromValue(PScanAreaRange{QRect(0, 0, width, height), 4, 4, 4, 4, 0});
     }
     static QVariant turns() {

@@ -28,18 +28,18 @@ public:
 
 namespace {
 
-QVariant rangeOf(int minimum, int maximum, int step = 1) {
+QVariant makeRange(int minimum, int maximum, int step = 1) {
     return QVariant::fromValue(PMinMaxRange<int>{minimum, maximum, step});
 }
 
-QVariant realRangeOf(double minimum, double maximum) {
+QVariant makeRealRange(double minimum, double maximum) {
     return QVariant::fromValue(PMinMaxRange<double>{minimum, maximum, 0});
 }
 
 QVariant turns() {
     PEnumeration choices;
-    choices.addItem(idOf(0), u"none"_qs, u"0°"_qs, "0");
-    choices.addItem(idOf(1), u"quarter"_qs, u"90°"_qs, "90");
+    choices.addItem(itemId(0), u"none"_qs, u"0°"_qs, "0");
+    choices.addItem(itemId(1), u"quarter"_qs, u"90°"_qs, "90");
     return QVariant::fromValue(choices);
 }
 
@@ -81,32 +81,32 @@ TEST_P(CheckedValue, is_taken_or_refused_without_a_call_to_the_device) {
 }
 
 const CheckRow checkRows[] = {
-    {"the_minimum", 5, rangeOf(-100, 100), -100, true},
-    {"the_maximum", 5, rangeOf(-100, 100), 100, true},
-    {"below_the_minimum", 5, rangeOf(-100, 100), -101, false},
-    {"above_the_maximum", 5, rangeOf(-100, 100), 101, false},
-    {"on_a_step_from_the_minimum", 5, rangeOf(3, 13, 5), 8, true},
-    {"between_the_steps", 5, rangeOf(3, 13, 5), 10, false},
-    {"in_the_widest_range", 5, rangeOf(least, most), most, true},
-    {"a_step_in_the_widest_range", 5, rangeOf(least, most, 2), most, false},
-    {"in_a_range_of_one_value", 5, rangeOf(0, 0, 1), 0, true},
-    {"outside_a_range_of_one_value", 5, rangeOf(0, 0, 1), 2, false},
-    {"any_number_where_there_is_no_range", 5, rangeOf(0, 0, 0), 2, true},
-    {"no_text_where_there_is_no_range", 5, rangeOf(0, 0, 0), u"2"_qs, false},
-    {"a_text_for_a_number", 5, rangeOf(0, 9), u"5"_qs, false},
-    {"a_double_for_a_number", 5, rangeOf(0, 9), 5.0, false},
-    {"nothing_for_a_number", 5, rangeOf(0, 9), {}, false},
-    {"a_number_that_is_not_whole", 5.0, realRangeOf(0.5, 9), 0.5, true},
-    {"one_that_is_not_whole_above_the_maximum", 5.0, realRangeOf(0.5, 9), 9.01, false},
-    {"one_that_is_not_whole_below_the_minimum", 5.0, realRangeOf(0.5, 9), 0.49, false},
-    {"any_number_where_there_is_no_such_range", 5.0, realRangeOf(0, 0), -7.5, true},
-    {"a_whole_one_for_one_that_is_not", 5.0, realRangeOf(0.5, 9), 5, false},
+    {"the_minimum", 5, makeRange(-100, 100), -100, true},
+    {"the_maximum", 5, makeRange(-100, 100), 100, true},
+    {"below_the_minimum", 5, makeRange(-100, 100), -101, false},
+    {"above_the_maximum", 5, makeRange(-100, 100), 101, false},
+    {"on_a_step_from_the_minimum", 5, makeRange(3, 13, 5), 8, true},
+    {"between_the_steps", 5, makeRange(3, 13, 5), 10, false},
+    {"in_the_widest_range", 5, makeRange(least, most), most, true},
+    {"a_step_in_the_widest_range", 5, makeRange(least, most, 2), most, false},
+    {"in_a_range_of_one_value", 5, makeRange(0, 0, 1), 0, true},
+    {"outside_a_range_of_one_value", 5, makeRange(0, 0, 1), 2, false},
+    {"any_number_where_there_is_no_range", 5, makeRange(0, 0, 0), 2, true},
+    {"no_text_where_there_is_no_range", 5, makeRange(0, 0, 0), u"2"_qs, false},
+    {"a_text_for_a_number", 5, makeRange(0, 9), u"5"_qs, false},
+    {"a_double_for_a_number", 5, makeRange(0, 9), 5.0, false},
+    {"nothing_for_a_number", 5, makeRange(0, 9), {}, false},
+    {"a_number_that_is_not_whole", 5.0, makeRealRange(0.5, 9), 0.5, true},
+    {"one_that_is_not_whole_above_the_maximum", 5.0, makeRealRange(0.5, 9), 9.01, false},
+    {"one_that_is_not_whole_below_the_minimum", 5.0, makeRealRange(0.5, 9), 0.49, false},
+    {"any_number_where_there_is_no_such_range", 5.0, makeRealRange(0, 0), -7.5, true},
+    {"a_whole_one_for_one_that_is_not", 5.0, makeRealRange(0.5, 9), 5, false},
     {"a_switch", false, {}, true, true},
     {"a_number_for_a_switch", false, {}, 1, false},
     {"nothing_for_a_switch", false, {}, {}, false},
-    {"an_item", idOf(0), turns(), idOf(1), true},
-    {"no_item", idOf(0), turns(), idOf(2), false},
-    {"a_text_for_a_choice", idOf(0), turns(), u"none"_qs, false},
+    {"an_item", itemId(0), turns(), itemId(1), true},
+    {"no_item", itemId(0), turns(), itemId(2), false},
+    {"a_text_for_a_choice", itemId(0), turns(), u"none"_qs, false},
     {"a_region", QRect(), sensor(), QRect(2, 4, 8, 4), true},
     {"the_whole_between_the_steps", QRect(), sensor(), QRect(0, 0, 101, 80), true},
     {"a_region_too_narrow", QRect(), sensor(), QRect(0, 0, 4, 4), false},
@@ -137,16 +137,16 @@ TEST(PPropertyCheck, refuses_any_value_for_an_action) {
 }
 
 TEST(PPropertyCheck, says_property_value_and_what_was_expected) {
-    const CheckedProperty checked(5, rangeOf(0, 10, 5));
+    const CheckedProperty checked(5, makeRange(0, 10, 5));
     EXPECT_EQ(PPropertyCheck::check(*checked.property, 7).reason(),
               u"\"gain\" cannot be 7: expected a whole number from 0 to 10 in steps "
               "of 5"_qs);
 }
 
 TEST(PPropertyCheck, goes_by_a_range_that_is_given) {
-    const CheckedProperty checked(5, rangeOf(0, 10));
-    EXPECT_TRUE(PPropertyCheck::check(*checked.property, 20, rangeOf(0, 20)).isOk());
-    EXPECT_EQ(PPropertyCheck::check(*checked.property, 9, rangeOf(0, 3)).reason(),
+    const CheckedProperty checked(5, makeRange(0, 10));
+    EXPECT_TRUE(PPropertyCheck::check(*checked.property, 20, makeRange(0, 20)).isOk());
+    EXPECT_EQ(PPropertyCheck::check(*checked.property, 9, makeRange(0, 3)).reason(),
               u"\"gain\" cannot be 9: expected a whole number from 0 to 3"_qs);
 }
 
@@ -167,14 +167,14 @@ TEST_P(Expectation, is_told_in_words) {
 INSTANTIATE_TEST_SUITE_P(
     PPropertyCheck, Expectation,
     testing::Values(
-        ExpectationRow{"of_a_number", 5, rangeOf(-2, 7), "a whole number from -2 to 7"},
-        ExpectationRow{"of_a_number_without_a_range", 5, rangeOf(0, 0, 0), "a whole number"},
-        ExpectationRow{"of_a_number_that_is_not_whole", 5.0, realRangeOf(0.5, 60),
+        ExpectationRow{"of_a_number", 5, makeRange(-2, 7), "a whole number from -2 to 7"},
+        ExpectationRow{"of_a_number_without_a_range", 5, makeRange(0, 0, 0), "a whole number"},
+        ExpectationRow{"of_a_number_that_is_not_whole", 5.0, makeRealRange(0.5, 60),
                        "a number from 0.5 to 60"},
-        ExpectationRow{"of_one_that_is_not_whole_without_a_range", 5.0, realRangeOf(0, 0),
+        ExpectationRow{"of_one_that_is_not_whole_without_a_range", 5.0, makeRealRange(0, 0),
                        "a number"},
         ExpectationRow{"of_a_switch", true, {}, "on or off"},
-        ExpectationRow{"of_a_choice", idOf(0), turns(), "one of \"0°\", \"90°\""},
+        ExpectationRow{"of_a_choice", itemId(0), turns(), "one of \"0°\", \"90°\""},
         ExpectationRow{"of_a_region", QRect(), sensor(),
                        "a region x,y,width,height inside 0,0,101,80, of 8 x 4 pixels at least, in "
                        "steps of 4 x 4, or the whole"},

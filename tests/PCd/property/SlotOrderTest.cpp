@@ -44,17 +44,18 @@ constexpr std::size_t afterQObject = 12;
 
 } // namespace
 
-INSTANTIATE_TEST_SUITE_P(QObject, SlotOrder,
-                         testing::Values(SlotRow{"metaObject", slotOf(&PDevice::metaObject), 0},
-                                         SlotRow{"qt_metacast", slotOf(&PDevice::qt_metacast), 1},
-                                         SlotRow{"qt_metacall", slotOf(&PDevice::qt_metacall), 2},
-                                         SlotRow{"event", slotOf(&PDevice::event), 5},
-                                         SlotRow{"eventFilter", slotOf(&PDevice::eventFilter), 6}),
-                         RowName());
+INSTANTIATE_TEST_SUITE_P(
+    QObject, SlotOrder,
+    testing::Values(SlotRow{"metaObject", slotIndex(&PDevice::metaObject), 0},
+                    SlotRow{"qt_metacast", slotIndex(&PDevice::qt_metacast), 1},
+                    SlotRow{"qt_metacall", slotIndex(&PDevice::qt_metacall), 2},
+                    SlotRow{"event", slotIndex(&PDevice::event), 5},
+                    SlotRow{"eventFilter", slotIndex(&PDevice::eventFilter), 6}),
+    RowName());
 
 #define ROW(index, function)                                                                       \
     SlotRow {                                                                                      \
-#function, slotOf(&Class::function), afterQObject + index                                  \
+#function, slotIndex(&Class::function), afterQObject + index                               \
     }
 
 namespace device {
@@ -159,8 +160,8 @@ INSTANTIATE_TEST_SUITE_P(PThread, SlotOrder,
 
 #undef ROW
 
-TEST(SlotOf, knows_functions_that_are_not_virtual) {
-    EXPECT_FALSE(slotOf(&PDevice::deviceId).has_value());
-    EXPECT_FALSE(slotOf(&PDevicePropertyGroup::addProperty).has_value());
-    EXPECT_FALSE(slotOf(&PThread::isThreadRunned).has_value());
+TEST(SlotIndex, knows_functions_that_are_not_virtual) {
+    EXPECT_FALSE(slotIndex(&PDevice::deviceId).has_value());
+    EXPECT_FALSE(slotIndex(&PDevicePropertyGroup::addProperty).has_value());
+    EXPECT_FALSE(slotIndex(&PThread::isThreadRunned).has_value());
 }

@@ -16,7 +16,7 @@ protected:
         : EditorBench("rotate", u"Rotate"_qs, QStringList{u"0°"_qs, u"90°"_qs, u"180°"_qs}) {}
 
     QComboBox* box() const { return part<QComboBox>(); }
-    static QUuid idOf(int place) { return FakeChoice::idOf(place); }
+    static QUuid itemId(int place) { return FakeChoice::itemId(place); }
 };
 
 } // namespace
@@ -35,7 +35,7 @@ TEST_F(PChoiceEditorTest, sets_what_is_chosen_with_the_keyboard) {
     turn();
     QTest::keyClick(box(), Qt::Key_End);
     turn();
-    EXPECT_EQ(property->sets, Sets({idOf(1), idOf(2)}));
+    EXPECT_EQ(property->sets, Sets({itemId(1), itemId(2)}));
 }
 
 TEST_F(PChoiceEditorTest, sets_what_is_clicked_in_the_list) {
@@ -46,12 +46,12 @@ TEST_F(PChoiceEditorTest, sets_what_is_clicked_in_the_list) {
     QTest::mouseMove(list->viewport(), item.center());
     QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, item.center());
     turn();
-    EXPECT_EQ(property->sets, Sets({idOf(2)}));
+    EXPECT_EQ(property->sets, Sets({itemId(2)}));
 }
 
 TEST_F(PChoiceEditorTest, follows_the_device_and_sends_nothing_back) {
     open();
-    deviceBecomes(idOf(2));
+    deviceBecomes(itemId(2));
     turn();
     EXPECT_EQ(box()->currentText(), u"180°"_qs);
     EXPECT_TRUE(property->sets.isEmpty());
@@ -59,8 +59,8 @@ TEST_F(PChoiceEditorTest, follows_the_device_and_sends_nothing_back) {
 
 TEST_F(PChoiceEditorTest, follows_the_choices_and_sends_nothing) {
     open();
-    deviceBecomes(idOf(1));
-    property->rangeInDevice.addItem(idOf(3), u"270"_qs, QString(), "270");
+    deviceBecomes(itemId(1));
+    property->rangeInDevice.addItem(itemId(3), u"270"_qs, QString(), "270");
     property->updateValueFromDevice();
     turn();
     EXPECT_EQ(box()->count(), 4);
@@ -74,7 +74,7 @@ using PChoiceEditorRefusal = RefusingBench<PChoiceEditorTest>;
 TEST_P(PChoiceEditorRefusal, shows_what_the_device_has) {
     QTest::keyClick(box(), Qt::Key_Down);
     turn();
-    EXPECT_EQ(property->sets, Sets({idOf(1)}));
+    EXPECT_EQ(property->sets, Sets({itemId(1)}));
     EXPECT_EQ(box()->currentText(), u"0°"_qs);
 }
 
@@ -90,7 +90,7 @@ INSTANTIATE_TEST_SUITE_P(Rows, PChoiceEditorRefusal, everyAnswer(), RowName());
 
 TEST_F(PChoiceEditorTest, has_no_words_for_what_was_kept_if_that_is_no_choice) {
     open();
-    deviceBecomes(idOf(9));
+    deviceBecomes(itemId(9));
     property->refuses = true;
     const QSignalSpy refused(editor, &PPropertyEditor::refused);
     QTest::keyClick(box(), Qt::Key_Down);
@@ -101,7 +101,7 @@ TEST_F(PChoiceEditorTest, has_no_words_for_what_was_kept_if_that_is_no_choice) {
 
 TEST_F(PChoiceEditorTest, shows_no_choice_where_the_device_has_another) {
     open();
-    deviceBecomes(idOf(9));
+    deviceBecomes(itemId(9));
     EXPECT_EQ(box()->currentIndex(), -1);
     EXPECT_TRUE(property->sets.isEmpty());
 }

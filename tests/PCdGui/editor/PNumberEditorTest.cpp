@@ -29,7 +29,7 @@ protected:
 
 TEST_F(PNumberEditorTest, shows_what_the_property_has) {
     open();
-    EXPECT_EQ(textOf(field()), u"100"_qs);
+    EXPECT_EQ(shownText(field()), u"100"_qs);
     EXPECT_EQ(slider()->value(), 100);
     EXPECT_TRUE(property->sets.isEmpty());
 }
@@ -63,7 +63,7 @@ TEST_F(PNumberEditorTest, follows_the_device_and_sends_nothing_back) {
     open();
     deviceBecomes(333);
     turn();
-    EXPECT_EQ(textOf(field()), u"333"_qs);
+    EXPECT_EQ(shownText(field()), u"333"_qs);
     EXPECT_EQ(slider()->value(), 333);
     EXPECT_TRUE(property->sets.isEmpty());
 }
@@ -74,7 +74,7 @@ TEST_F(PNumberEditorTest, follows_the_range_and_sends_nothing) {
     property->updateValueFromDevice();
     turn();
     EXPECT_EQ(slider()->maximum(), 50);
-    EXPECT_EQ(textOf(field()), u"100"_qs);
+    EXPECT_EQ(shownText(field()), u"100"_qs);
     EXPECT_TRUE(property->sets.isEmpty());
 }
 
@@ -83,7 +83,7 @@ TEST_F(PNumberEditorTest, keeps_what_is_being_typed_when_the_range_changes_and_b
     typeInto(field(), u"400"_qs);
     property->rangeInDevice = {0, 300, 1};
     property->updateValueFromDevice();
-    EXPECT_EQ(textOf(field()), u"400"_qs);
+    EXPECT_EQ(shownText(field()), u"400"_qs);
     QTest::keyClick(field(), Qt::Key_Return);
     turn();
     EXPECT_EQ(property->sets, Sets({300}));
@@ -95,7 +95,7 @@ TEST_P(PNumberEditorRefusal, shows_what_the_device_has) {
     enter(field(), u"250"_qs);
     turn();
     EXPECT_EQ(property->sets, Sets({250}));
-    EXPECT_EQ(textOf(field()), u"100"_qs);
+    EXPECT_EQ(shownText(field()), u"100"_qs);
     EXPECT_EQ(slider()->value(), 100);
 }
 
@@ -113,7 +113,7 @@ TEST_F(PNumberEditorTest, shows_a_value_outside_the_range_as_it_is) {
     property->inDevice = 6503;
     property->updateValueFromDevice();
     open();
-    EXPECT_EQ(textOf(field()), u"6503"_qs);
+    EXPECT_EQ(shownText(field()), u"6503"_qs);
     field()->setFocus();
     elsewhere->setFocus();
     turn();
@@ -142,7 +142,7 @@ TEST_F(PNumberEditorTest, sets_nothing_when_the_slider_comes_back_within_a_turn)
     slider()->setSliderDown(false);
     turn();
     EXPECT_TRUE(property->sets.isEmpty());
-    EXPECT_EQ(textOf(field()), u"100"_qs);
+    EXPECT_EQ(shownText(field()), u"100"_qs);
 }
 
 TEST_F(PNumberEditorTest, lets_the_handle_go_to_the_truth_after_a_refused_drag) {
@@ -152,7 +152,7 @@ TEST_F(PNumberEditorTest, lets_the_handle_go_to_the_truth_after_a_refused_drag) 
     slider()->setSliderPosition(200);
     turn();
     EXPECT_EQ(slider()->value(), 200);
-    EXPECT_EQ(textOf(field()), u"100"_qs);
+    EXPECT_EQ(shownText(field()), u"100"_qs);
     slider()->setSliderDown(false);
     turn();
     EXPECT_EQ(slider()->value(), 100);
@@ -163,10 +163,10 @@ TEST_F(PNumberEditorTest, is_not_moved_by_the_device_while_a_value_waits_to_be_s
     open();
     enter(field(), u"250"_qs);
     deviceBecomes(101);
-    EXPECT_EQ(textOf(field()), u"250"_qs);
+    EXPECT_EQ(shownText(field()), u"250"_qs);
     turn();
     EXPECT_EQ(property->sets, Sets({250}));
-    EXPECT_EQ(textOf(field()), u"250"_qs);
+    EXPECT_EQ(shownText(field()), u"250"_qs);
 }
 
 TEST_F(PNumberEditorTest, works_with_the_keyboard_alone) {
@@ -184,11 +184,11 @@ TEST_F(PNumberEditorTest, works_with_the_keyboard_alone) {
 TEST_F(PNumberEditorTest, shows_a_time_in_the_unit_that_suits_it) {
     makeItAnExposureTime();
     open();
-    EXPECT_EQ(textOf(field()), u"12.5 ms"_qs);
+    EXPECT_EQ(shownText(field()), u"12.5 ms"_qs);
     deviceBecomes(150);
-    EXPECT_EQ(textOf(field()), u"150 µs"_qs);
+    EXPECT_EQ(shownText(field()), u"150 µs"_qs);
     deviceBecomes(3000000);
-    EXPECT_EQ(textOf(field()), u"3 s"_qs);
+    EXPECT_EQ(shownText(field()), u"3 s"_qs);
 }
 
 TEST_F(PNumberEditorTest, takes_a_time_in_any_unit) {
@@ -210,7 +210,7 @@ TEST_F(PNumberEditorTest, reaches_both_ends_of_a_time_exactly_by_the_slider) {
     QTest::keyClick(slider(), Qt::Key_End);
     turn();
     EXPECT_EQ(property->sets, Sets({10, 50000000}));
-    EXPECT_EQ(textOf(field()), u"50 s"_qs);
+    EXPECT_EQ(shownText(field()), u"50 s"_qs);
 }
 
 TEST(PNumberEditor, has_only_a_field_where_there_is_no_range) {

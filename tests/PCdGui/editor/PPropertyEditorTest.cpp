@@ -165,7 +165,7 @@ TEST_F(PPropertyEditorTest, resets_to_the_default_by_its_menu) {
     reset->trigger();
     turn();
     EXPECT_EQ(property->sets, Sets({120}));
-    EXPECT_EQ(textOf(field()), u"120"_qs);
+    EXPECT_EQ(shownText(field()), u"120"_qs);
 }
 
 TEST_F(PPropertyEditorTest, has_the_reset_also_in_the_menu_of_its_field_beside_copy_and_paste) {

@@ -21,7 +21,7 @@ QByteArray number(T value) {
 }
 
 /// A document with these records, whatever they are, and a checksum that is right.
-QByteArray documentOf(const QByteArray& records) {
+QByteArray makeDocument(const QByteArray& records) {
     const QByteArray body = number(PBinaryFormat::magic) + number(PBinaryFormat::version) + records;
     return body + number(PBinaryFormat::checksum(body));
 }
@@ -82,7 +82,7 @@ const HostileRecords hostileRecords[] = {
 
 TEST_P(PBinaryReaderRefuses, with_the_byte_and_the_reason) {
     PBinaryReader reader;
-    const PStatus status = reader.setDocument(documentOf(GetParam().records));
+    const PStatus status = reader.setDocument(makeDocument(GetParam().records));
     EXPECT_FALSE(status.isOk());
     EXPECT_TRUE(status.reason().startsWith(u"byte ")) << status.reason().toStdString();
     EXPECT_TRUE(status.reason().contains(QLatin1String(GetParam().reason)))
@@ -95,7 +95,7 @@ INSTANTIATE_TEST_SUITE_P(Records, PBinaryReaderRefuses, testing::ValuesIn(hostil
 
 TEST(PBinaryReader, takes_the_records_that_the_rows_above_are_made_of) {
     PBinaryReader reader;
-    const PStatus status = reader.setDocument(documentOf(oneInt + end));
+    const PStatus status = reader.setDocument(makeDocument(oneInt + end));
     EXPECT_TRUE(status.isOk()) << status.reason().toStdString();
     EXPECT_EQ(reader.readValue(u"a"_qs), QVariant(1));
 }
@@ -136,7 +136,7 @@ TEST(PBinaryReader, survives_records_of_random_bytes) {
         for (char& byte : records)
             byte = char(random.bounded(3) ? random.bounded(4) : random.bounded(256));
         // Whatever it says of them, a refusal leaves nothing behind.
-        if (!reader.setDocument(documentOf(records)).isOk()) {
+        if (!reader.setDocument(makeDocument(records)).isOk()) {
             EXPECT_EQ(reader.valueNames() + reader.objectNames(), QStringList());
         }
     }
@@ -145,7 +145,7 @@ TEST(PBinaryReader, survives_records_of_random_bytes) {
 TEST(PBinaryReader, tells_the_byte_where_a_record_starts) {
     PBinaryReader reader;
     ASSERT_TRUE(
-        reader.setDocument(documentOf(oneInt + '\1' + text("o") + oneInt + end + end)).isOk());
+        reader.setDocument(makeDocument(oneInt + '\1' + text("o") + oneInt + end + end)).isOk());
     EXPECT_EQ(reader.position(u"a"_qs), u"byte 8"_qs);
     EXPECT_EQ(reader.position(u"o"_qs), u"byte 23"_qs);
     ASSERT_TRUE(reader.beginObject(u"o"_qs));

@@ -21,7 +21,7 @@
 class ExposurePanelFixture : public PanelFixture {
 protected:
     PTExtendedExposure* exposure() const {
-        return propertyOf<PTExtendedExposure>(*device, "extexposure");
+        return findProperty<PTExtendedExposure>(*device, "extexposure");
     }
     void set(const ExtendedExposureData& d) { exposure()->setValue(QVariant::fromValue(d)); }
     ExtendedExposureData stored() const { return exposure()->value(); }

@@ -23,7 +23,7 @@ protected:
         russian.reset();
         QCoreApplication::processEvents();
     }
-    QString textOf(const char* name) const {
+    QString shownText(const char* name) const {
         return control<QWidget>(panel, name)->property("text").toString();
     }
 
@@ -39,7 +39,7 @@ class LanguageChangeOfPanel : public LanguageChange, public testing::WithParamIn
 protected:
     QStringList textsOfNewPanel() const {
         const auto fresh = newPanel(GetParam().property);
-        return textsOf(fresh.get());
+        return shownTexts(fresh.get());
     }
 };
 
@@ -47,13 +47,13 @@ protected:
 
 TEST_P(LanguageChangeOfPanel, gives_an_open_panel_the_texts_of_a_new_one) {
     panel = openPanel(GetParam().property);
-    const QStringList english = textsOf(panel.get());
+    const QStringList english = shownTexts(panel.get());
     ASSERT_EQ(english, textsOfNewPanel());
     speakRussian();
-    EXPECT_EQ(textsOf(panel.get()), textsOfNewPanel());
-    EXPECT_NE(textsOf(panel.get()), english);
+    EXPECT_EQ(shownTexts(panel.get()), textsOfNewPanel());
+    EXPECT_NE(shownTexts(panel.get()), english);
     speakEnglish();
-    EXPECT_EQ(textsOf(panel.get()), english);
+    EXPECT_EQ(shownTexts(panel.get()), english);
 }
 
 TEST_P(LanguageChangeOfPanel, reaches_a_panel_within_a_window) {
@@ -61,7 +61,7 @@ TEST_P(LanguageChangeOfPanel, reaches_a_panel_within_a_window) {
     QWidget* const inside = openPanel(GetParam().property).release();
     inside->setParent(&window);
     speakRussian();
-    EXPECT_EQ(textsOf(inside), textsOfNewPanel());
+    EXPECT_EQ(shownTexts(inside), textsOfNewPanel());
 }
 
 TEST_P(LanguageChangeOfPanel, sends_the_camera_nothing) {
@@ -75,9 +75,9 @@ TEST_P(LanguageChangeOfPanel, sends_the_camera_nothing) {
 TEST_P(LanguageChangeOfPanel, finds_a_panel_that_its_camera_has_left) {
     panel = openPanel(GetParam().property);
     device.reset();
-    const QStringList english = textsOf(panel.get());
+    const QStringList english = shownTexts(panel.get());
     speakRussian();
-    EXPECT_NE(textsOf(panel.get()), english);
+    EXPECT_NE(shownTexts(panel.get()), english);
 }
 
 INSTANTIATE_TEST_SUITE_P(Panels, LanguageChangeOfPanel,
@@ -93,9 +93,9 @@ TEST_F(LanguageChange, leaves_a_running_button_at_stop) {
     for (const char* name : {"pbRunOnce", "pbSequence", "pbRepeatMode"}) {
         clickOn(button(name));
         speakRussian();
-        EXPECT_EQ(textOf(name), u"Стоп"_qs);
+        EXPECT_EQ(shownText(name), u"Стоп"_qs);
         speakEnglish();
-        EXPECT_EQ(textOf(name), u"Stop"_qs);
+        EXPECT_EQ(shownText(name), u"Stop"_qs);
         clickOn(button(name));
     }
 }
@@ -106,11 +106,11 @@ TEST_F(LanguageChange, gives_a_button_that_was_stopped_its_first_text_again) {
         clickOn(button(name));
         clickOn(button(name));
     }
-    EXPECT_EQ(textOf("pbSequence"), u"Run sequence"_qs);
-    EXPECT_EQ(textOf("pbRepeatMode"), u"Run repeat"_qs);
+    EXPECT_EQ(shownText("pbSequence"), u"Run sequence"_qs);
+    EXPECT_EQ(shownText("pbRepeatMode"), u"Run repeat"_qs);
     speakRussian();
-    EXPECT_EQ(textOf("pbSequence"), u"Серия:"_qs);
-    EXPECT_EQ(textOf("pbRepeatMode"), u"Непрерывная съёмка"_qs);
+    EXPECT_EQ(shownText("pbSequence"), u"Серия:"_qs);
+    EXPECT_EQ(shownText("pbRepeatMode"), u"Непрерывная съёмка"_qs);
 }
 
 TEST_F(LanguageChange, keeps_the_trigger_mode_that_is_chosen) {
@@ -125,11 +125,11 @@ TEST_F(LanguageChange, says_the_last_readings_of_the_cooler_in_the_new_language)
     const SdkReadings readings(-87, 73, 120);
     ASSERT_TRUE(device->link().isOk());
     panel = openPanel("teccontrol");
-    ASSERT_TRUE(waitUntil([&] { return textOf("temp") == u"-8.7"_qs; }));
+    ASSERT_TRUE(waitUntil([&] { return shownText("temp") == u"-8.7"_qs; }));
     device->unlink(); // no more readings come
     speakRussian();
-    EXPECT_EQ(textOf("tecVoltage"), u"7.3/12 (текущее/макс.)"_qs);
-    EXPECT_EQ(textOf("temp"), u"-8.7"_qs);
+    EXPECT_EQ(shownText("tecVoltage"), u"7.3/12 (текущее/макс.)"_qs);
+    EXPECT_EQ(shownText("temp"), u"-8.7"_qs);
     speakEnglish();
-    EXPECT_EQ(textOf("tecVoltage"), u"7.3/12 (current/max)"_qs);
+    EXPECT_EQ(shownText("tecVoltage"), u"7.3/12 (current/max)"_qs);
 }

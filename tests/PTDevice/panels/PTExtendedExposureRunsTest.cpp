@@ -56,7 +56,7 @@ protected:
     int images = 0;
 };
 
-ExtendedExposureData sequenceOf(int count) {
+ExtendedExposureData makeSequence(int count) {
     ExtendedExposureData d;
     d.capturemode = ExtendedExposureData::Trigger;
     d.seconds = 0;
@@ -74,7 +74,7 @@ class PTExtendedExposurePace : public PTExtendedExposureRuns,
                                public testing::WithParamInterface<PaceRow> {
 protected:
     void startAtPace(int count) {
-        start(sequenceOf(count), fullCamera(GetParam().framesPerSecond));
+        start(makeSequence(count), fullCamera(GetParam().framesPerSecond));
     }
 };
 
@@ -166,7 +166,7 @@ TEST_F(PTExtendedExposureRuns, video_without_a_run_makes_no_snapshots) {
 }
 
 TEST_F(PTExtendedExposureRuns, a_sequence_stopped_by_hand_goes_on_counting_later_images) {
-    start(sequenceOf(5), fullCamera(8));
+    start(makeSequence(5), fullCamera(8));
     clickOn(button("pbSequence"));
     ASSERT_TRUE(waitForSnapshots(1));
     clickOn(button("pbSequence"));
@@ -227,7 +227,7 @@ TEST_F(PTExtendedExposureRuns, a_run_that_ends_under_an_external_trigger_leaves_
 }
 
 TEST_F(PTExtendedExposureRuns, an_external_sequence_of_3_ends_after_three_signals) {
-    ExtendedExposureData d = sequenceOf(3);
+    ExtendedExposureData d = makeSequence(3);
     d.triggermode = ExtendedExposureData::ExternalTrigger;
     start(d);
     EXPECT_THAT(usableRuns(), ElementsAre("pbSequence"));
@@ -250,7 +250,7 @@ TEST_F(PTExtendedExposureRuns, an_external_sequence_of_3_ends_after_three_signal
 }
 
 TEST_F(PTExtendedExposureRuns, a_sequence_outlives_a_stall_of_the_programs_thread) {
-    start(sequenceOf(25), fullCamera(400));
+    start(makeSequence(25), fullCamera(400));
     clickOn(button("pbSequence"));
     ASSERT_TRUE(waitForSnapshots(3));
     QThread::sleep(2);
@@ -263,7 +263,7 @@ TEST_F(PTExtendedExposureRuns, a_sequence_outlives_a_stall_of_the_programs_threa
 }
 
 TEST_F(PTExtendedExposureRuns, the_longest_sequence_may_wait_as_a_whole) {
-    start(sequenceOf(999), fullCamera(900));
+    start(makeSequence(999), fullCamera(900));
     clickOn(button("pbSequence"));
     const auto cameraIsDone = [] {
         unsigned long long produced = 0;
@@ -279,7 +279,7 @@ TEST_F(PTExtendedExposureRuns, the_longest_sequence_may_wait_as_a_whole) {
 }
 
 TEST_F(PTExtendedExposureRuns, the_number_of_a_sequence_is_the_one_stored) {
-    start(sequenceOf(1));
+    start(makeSequence(1));
     QTest::keyClick(box("spincount"), Qt::Key_Up);
     clickOn(button("pbSequence"));
     ASSERT_TRUE(waitUntilUp("pbSequence"));
@@ -342,7 +342,7 @@ protected:
 } // namespace
 
 TEST_F(PTExtendedExposureBacklog, of_thousands_makes_a_snapshot_of_each_image_of_a_sequence) {
-    openOver(sequenceOf(6000));
+    openOver(makeSequence(6000));
     clickOn(button("pbSequence"));
     letWait(6100);
     ASSERT_TRUE(deliver(6000));
@@ -373,7 +373,7 @@ TEST_F(PTExtendedExposureBacklog, of_thousands_makes_a_snapshot_of_each_image_of
 }
 
 TEST_F(PTExtendedExposureBacklog, leaves_the_next_sequence_its_own_images) {
-    openOver(sequenceOf(500));
+    openOver(makeSequence(500));
     for (int run = 1; run <= 2; ++run) {
         clickOn(button("pbSequence"));
         letWait(600);
@@ -407,7 +407,7 @@ TEST_F(PTExtendedExposureImages, a_single_run_has_ended_when_its_image_has_been_
 }
 
 TEST_F(PTExtendedExposureImages, pending_events_are_processed_after_each_image_of_a_sequence) {
-    openWith(sequenceOf(2));
+    openWith(makeSequence(2));
     clickOn(button("pbSequence"));
     int processed = 0;
     const auto countLater = [&] {
@@ -425,7 +425,7 @@ TEST_F(PTExtendedExposureImages, pending_events_are_processed_after_each_image_o
 }
 
 TEST_F(PTExtendedExposureImages, each_one_of_a_run_is_a_line_of_debug_output) {
-    openWith(sequenceOf(2));
+    openWith(makeSequence(2));
     QString line;
     QDebug(&line) << "Process snapshot:" << smallImage();
     line = line.trimmed();
@@ -438,7 +438,7 @@ TEST_F(PTExtendedExposureImages, each_one_of_a_run_is_a_line_of_debug_output) {
 }
 
 TEST_F(PTExtendedExposureImages, a_sequence_started_again_is_counted_from_the_beginning) {
-    openWith(sequenceOf(5));
+    openWith(makeSequence(5));
     clickOn(button("pbSequence"));
     bringImages(3);
     clickOn(button("pbSequence")); // stopped by hand
@@ -450,7 +450,7 @@ TEST_F(PTExtendedExposureImages, a_sequence_started_again_is_counted_from_the_be
 }
 
 TEST_F(PTExtendedExposureImages, a_stored_number_that_the_panel_cannot_show_is_run_as_it_is) {
-    openWith(sequenceOf(1002));
+    openWith(makeSequence(1002));
     ASSERT_EQ(box("spincount")->value(), 999);
     clickOn(button("pbSequence"));
     EXPECT_THAT(SimJournal::calls(triggerCall),

@@ -187,7 +187,7 @@ TEST_F(PTExtendedExposurePanel, another_time_sends_the_whole_record_once) {
 
 TEST_F(PTExtendedExposurePanel, another_gain_sends_the_whole_record_once) {
     openWith(manualRecord());
-    QTest::keyClick(childOf<PRangeSlider>(gain()), Qt::Key_Right);
+    QTest::keyClick(findPart<PRangeSlider>(gain()), Qt::Key_Right);
     EXPECT_THAT(puts(), SizeIs(5));
     EXPECT_THAT(SimJournal::calls("Toupcam_put_ExpoAGain"),
                 ElementsAre("Toupcam_put_ExpoAGain(h1, 223) = 0"));
@@ -203,7 +203,7 @@ TEST_F(PTExtendedExposurePanel, automatic_exposure_sends_the_whole_record_once) 
 TEST_F(PTExtendedExposurePanel, every_step_of_a_drag_is_sent) {
     openWith(manualRecord());
     for (int step = 0; step < 10; ++step)
-        QTest::keyClick(childOf<PRangeSlider>(gain()), Qt::Key_Left);
+        QTest::keyClick(findPart<PRangeSlider>(gain()), Qt::Key_Left);
     EXPECT_THAT(puts(), SizeIs(50));
     EXPECT_EQ(stored().gain, 212);
 }

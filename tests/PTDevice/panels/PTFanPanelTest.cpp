@@ -122,7 +122,7 @@ TEST_F(PTFanPanel, another_speed_is_sent_once) {
 
 TEST_F(PTFanPanel, a_speed_chosen_while_unchecked_is_stored_and_switches_the_fan_off) {
     openFanPanel();
-    QTest::keyClick(childOf<PRangeSlider>(range), Qt::Key_Right);
+    QTest::keyClick(findPart<PRangeSlider>(range), Qt::Key_Right);
     EXPECT_THAT(SimJournal::lines(), ElementsAre("Toupcam_put_Option(h1, 7, 0) = 0"));
     EXPECT_EQ(stored(), (FANDATA{0, 1}));
     EXPECT_FALSE(onOff->isChecked());

@@ -30,7 +30,7 @@ protected:
         panel = openPanel("teccontrol");
         onOff = control<QCheckBox>(panel, "checkBox");
         target = control<PDoubleRangeWidget>(panel, "widget");
-        timer = childOf<QTimer>(panel.get());
+        timer = findPart<QTimer>(panel.get());
         SimJournal::clear();
     }
     QString textOfLabel(const char* name) const { return control<QLabel>(panel, name)->text(); }

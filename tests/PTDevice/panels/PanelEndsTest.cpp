@@ -46,7 +46,7 @@ protected:
     }
     /// Whenever this object ends, the property gets the late value and then the one shown, and the
     /// device brings an image.
-    void setPropertyAtTheEndOf(QObject* object) {
+    void setPropertyWhenDestroyed(QObject* object) {
         QObject::connect(object, &QObject::destroyed, device.get(), [this] {
             for (const QVariant& value : {GetParam().late, GetParam().shown}) {
                 property(GetParam().property)->setValue(value);
@@ -108,7 +108,7 @@ TEST_P(PanelEnds, a_value_set_when_the_panel_is_destroyed_finds_it_gone) {
     int moves = 0;
     for (const auto* button : panel->findChildren<QAbstractButton*>())
         QObject::connect(button, &QAbstractButton::toggled, [&] { ++moves; });
-    setPropertyAtTheEndOf(panel.get());
+    setPropertyWhenDestroyed(panel.get());
     panel.reset();
     ASSERT_EQ(lateValues, 2);
     EXPECT_EQ(moves, 0);
@@ -121,7 +121,7 @@ TEST_P(PanelEnds, a_value_set_when_a_control_is_destroyed_finds_the_panel_gone) 
     openShown();
     const QList<QWidget*> controls = panel->findChildren<QWidget*>();
     for (QWidget* control : controls)
-        setPropertyAtTheEndOf(control);
+        setPropertyWhenDestroyed(control);
     panel.reset();
     ASSERT_EQ(lateValues, 2 * controls.size());
     EXPECT_EQ(ignoredLines(), GetParam().linesAreLogged ? lateValues : 0);
@@ -134,7 +134,7 @@ TEST_P(PanelEnds, with_its_window_is_no_different) {
     openShown();
     panel.release()->setParent(window.get());
     for (QWidget* control : window->findChildren<QWidget*>())
-        setPropertyAtTheEndOf(control);
+        setPropertyWhenDestroyed(control);
     SimJournal::clear();
     window.reset();
     ASSERT_GT(lateValues, 4);
@@ -164,7 +164,7 @@ TEST_P(PanelEnds, the_camera_may_end_when_the_panel_does) {
 
 TEST_P(PanelWithNumberEnds, ends_a_number_that_is_being_typed) {
     openShown();
-    typeInto(childOf<PNumberField>(control<QWidget>(panel, GetParam().numberField)), u"5"_qs);
+    typeInto(findPart<PNumberField>(control<QWidget>(panel, GetParam().numberField)), u"5"_qs);
     panel.reset();
     QCoreApplication::processEvents();
     EXPECT_EQ(property(GetParam().property)->valueInner(), GetParam().shown);

@@ -46,7 +46,7 @@ void clickOn(QAbstractButton* button) {
     QTest::mouseClick(button, Qt::LeftButton, {}, QPoint(8, button->height() / 2));
 }
 
-QStringList textsOf(const QWidget* panel) {
+QStringList shownTexts(const QWidget* panel) {
     QStringList texts{panel->windowTitle()};
     for (const auto* label : panel->findChildren<QLabel*>())
         texts.append(label->text());

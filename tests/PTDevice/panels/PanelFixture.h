@@ -22,7 +22,7 @@ protected:
     void openCamera(const SimCameraText& camera);
 
     /// The test fails if there is none.
-    PDeviceProperty* property(const char* id) const { return propertyOf(*device, id); }
+    PDeviceProperty* property(const char* id) const { return findProperty(*device, id); }
 
     /// A new panel of a property; the test fails if there is none.
     std::unique_ptr<QWidget> newPanel(const char* id) const;
@@ -43,7 +43,7 @@ Control* control(const std::unique_ptr<QWidget>& panel, const char* name) {
 
 /// The first child of this class; the test fails if there is none.
 template <typename Child>
-Child* childOf(const QObject* parent) {
+Child* findPart(const QObject* parent) {
     auto* const found = parent->findChild<Child*>();
     if (found == nullptr)
         throw std::runtime_error("a control lacks a part");
@@ -52,14 +52,14 @@ Child* childOf(const QObject* parent) {
 
 /// Enters a number into a range widget, as a user does.
 inline void enterNumber(const QWidget* rangeWidget, const QString& text) {
-    enter(childOf<PNumberField>(rangeWidget), text);
+    enter(findPart<PNumberField>(rangeWidget), text);
 }
 
 /// Clicks the part of a check box, radio button or push button that reacts.
 void clickOn(QAbstractButton* button);
 
 /// The title of a panel and the texts of its labels, buttons and choices.
-QStringList textsOf(const QWidget* panel);
+QStringList shownTexts(const QWidget* panel);
 
 /// The journal's lines of calls that set something.
 std::vector<std::string> puts();

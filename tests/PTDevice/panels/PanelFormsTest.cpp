@@ -34,7 +34,7 @@ Place placeIn(QLayout* layout, int index) {
     return place;
 }
 
-QString nameOf(const QLayoutItem* item) {
+QString itemName(const QLayoutItem* item) {
     QLayoutItem* const mutableItem = const_cast<QLayoutItem*>(item);
     if (const QWidget* const widget = mutableItem->widget())
         return widget->objectName();
@@ -43,9 +43,9 @@ QString nameOf(const QLayoutItem* item) {
 }
 
 /// Where an object of this name stands; nothing if it does not.
-std::optional<Place> placeOf(QLayout* layout, const QString& name) {
+std::optional<Place> findPlace(QLayout* layout, const QString& name) {
     for (int index = 0; index < layout->count(); ++index) {
-        if (nameOf(layout->itemAt(index)) == name)
+        if (itemName(layout->itemAt(index)) == name)
             return placeIn(layout, index);
     }
     return std::nullopt;
@@ -79,7 +79,7 @@ TEST_P(PanelForm, has_the_object_in_its_place_with_its_text) {
     const auto panel = newPanel(row.property);
     auto* const layout = panel->findChild<QLayout*>(QString::fromLatin1(row.layout));
     ASSERT_NE(layout, nullptr);
-    EXPECT_EQ(placeOf(layout, QString::fromLatin1(row.object)), row.place);
+    EXPECT_EQ(findPlace(layout, QString::fromLatin1(row.object)), row.place);
     const auto* const object = panel->findChild<QObject*>(QString::fromLatin1(row.object));
     ASSERT_NE(object, nullptr);
     EXPECT_STREQ(object->metaObject()->className(), row.type);

@@ -11,7 +11,7 @@ namespace {
 const SdkReadings* living = nullptr;
 
 template <typename Function>
-Function* nextOf(const char* name) {
+Function* findNext(const char* name) {
     return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
 }
 
@@ -39,7 +39,7 @@ const int* SdkReadings::option(unsigned number) const {
 }
 
 HRESULT Toupcam_get_Option(HToupcam h, unsigned option, int* value) {
-    static auto* const next = nextOf<decltype(Toupcam_get_Option)>("Toupcam_get_Option");
+    static auto* const next = findNext<decltype(Toupcam_get_Option)>("Toupcam_get_Option");
     const int* const fixed = living != nullptr ? living->option(option) : nullptr;
     if (fixed == nullptr)
         return next(h, option, value);
@@ -48,7 +48,8 @@ HRESULT Toupcam_get_Option(HToupcam h, unsigned option, int* value) {
 }
 
 HRESULT Toupcam_get_Temperature(HToupcam h, short* temperature) {
-    static auto* const next = nextOf<decltype(Toupcam_get_Temperature)>("Toupcam_get_Temperature");
+    static auto* const next =
+        findNext<decltype(Toupcam_get_Temperature)>("Toupcam_get_Temperature");
     if (living == nullptr)
         return next(h, temperature);
     *temperature = living->temperature();

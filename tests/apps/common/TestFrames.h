@@ -46,7 +46,7 @@ public:
 
 using TestSettings = QList<std::pair<QByteArray, QVariant>>;
 
-inline std::shared_ptr<const PDeviceSettings> settingsOf(const TestSettings& values) {
+inline std::shared_ptr<const PDeviceSettings> makeSettings(const TestSettings& values) {
     auto settings = std::make_shared<PDeviceSettings>();
     settings->mode = {3, 2, u"3x2"_qs, "0", 24};
     settings->values = values;
@@ -61,7 +61,7 @@ inline std::shared_ptr<const PDeviceSettings> settingsOf(const TestSettings& val
 /// A frame of 3 x 2 pixels, or others, in one colour (blue, green, red are its bytes), with a
 /// stamp: this number, this long after the first instant of 2026.
 inline PDeviceFrame testFrame(quint64 sequence, std::chrono::milliseconds arrived,
-                              std::shared_ptr<const PDeviceSettings> settings = settingsOf({}),
+                              std::shared_ptr<const PDeviceSettings> settings = makeSettings({}),
                               PDIP::ColorFormat format = PDIP::ColorFormat::Bgr, int width = 3,
                               int height = 2) {
     PDeviceFrame frame;

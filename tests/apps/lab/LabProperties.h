@@ -100,18 +100,20 @@ public:
         m_quarters = items.getItem(item).name.toInt() / 90;
         return true;
     }
-    QUuid tryGetValueFromDevice() override { return idOf(m_quarters); }
+    QUuid tryGetValueFromDevice() override { return itemId(m_quarters); }
     PEnumeration tryGetRangeFromDevice() override {
         PEnumeration items;
         for (int i = 0; i < 4; ++i) {
             const QString name = QString::number(i * 90);
-            items.addItem(idOf(i), name, name, {});
+            items.addItem(itemId(i), name, name, {});
         }
         return items;
     }
 
 private:
-    static QUuid idOf(int quarters) { return QUuid(7, 0, 0, 0, 0, 0, 0, 0, 0, 0, uchar(quarters)); }
+    static QUuid itemId(int quarters) {
+        return QUuid(7, 0, 0, 0, 0, 0, 0, 0, 0, 0, uchar(quarters));
+    }
 
     std::atomic<int>& m_quarters;
 };

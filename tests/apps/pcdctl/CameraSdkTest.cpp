@@ -13,11 +13,11 @@
 
 namespace {
 
-QString kindOf(const CtlResult& result) {
+QString readSdkKind(const CtlResult& result) {
     return result.json.value(u"sdk"_qs).toObject().value(u"kind"_qs).toString();
 }
 
-QJsonValue versionOf(const CtlResult& result) {
+QJsonValue readSdkVersion(const CtlResult& result) {
     return result.json.value(u"sdk"_qs).toObject().value(u"version"_qs);
 }
 
@@ -92,7 +92,7 @@ TEST_F(CameraSdk, a_library_without_the_simulators_mark_is_the_makers) {
     const CtlResult result =
         runCtl({listWord, jsonWord, u"--sdk"_qs, QStringLiteral(EMPTY_CAMERA_SDK)});
     EXPECT_EQ(result.exitCode, 3);
-    EXPECT_EQ(kindOf(result), u"maker"_qs);
+    EXPECT_EQ(readSdkKind(result), u"maker"_qs);
     EXPECT_TRUE(result.json.value(u"cameras"_qs).isArray());
     EXPECT_TRUE(result.errors.contains(u"no camera found: connect one"_qs))
         << result.errors.toStdString();
@@ -102,22 +102,22 @@ TEST_F(CameraSdk, the_makers_library_tells_its_version) {
     const CtlResult result = runCtl(
         {listWord, jsonWord, u"--sdk"_qs, QStringLiteral(EMPTY_CAMERA_SDK)},
         [](CtlProcess& process) { process.with(u"EMPTY_CAMERA_SDK_VERSION"_qs, u"1.2.3"_qs); });
-    EXPECT_EQ(versionOf(result), QJsonValue(u"1.2.3"_qs));
+    EXPECT_EQ(readSdkVersion(result), QJsonValue(u"1.2.3"_qs));
 }
 
 TEST_F(CameraSdk, a_library_whose_version_is_a_null_pointer_has_none) {
     const CtlResult result =
         runCtl({listWord, jsonWord, u"--sdk"_qs, QStringLiteral(EMPTY_CAMERA_SDK)});
     EXPECT_EQ(result.exitCode, 3);
-    EXPECT_EQ(kindOf(result), u"maker"_qs);
-    EXPECT_TRUE(versionOf(result).isUndefined());
+    EXPECT_EQ(readSdkKind(result), u"maker"_qs);
+    EXPECT_TRUE(readSdkVersion(result).isUndefined());
 }
 
 TEST_F(CameraSdk, auto_takes_the_library_that_the_environment_names) {
     const CtlResult result = runCtl({listWord, jsonWord}, [](CtlProcess& process) {
         process.with(u"TOUPCAM_LIBRARY"_qs, QStringLiteral(EMPTY_CAMERA_SDK));
     });
-    EXPECT_EQ(kindOf(result), u"maker"_qs);
+    EXPECT_EQ(readSdkKind(result), u"maker"_qs);
     EXPECT_EQ(result.exitCode, 3);
 }
 
@@ -126,14 +126,14 @@ TEST_F(CameraSdk, auto_takes_the_systems_library) {
     const CtlResult result = runCtl({listWord, jsonWord}, [this](CtlProcess& process) {
         process.with(u"LD_LIBRARY_PATH"_qs, path(QString()));
     });
-    EXPECT_EQ(kindOf(result), u"maker"_qs);
+    EXPECT_EQ(readSdkKind(result), u"maker"_qs);
     EXPECT_EQ(result.json.value(u"sdk"_qs).toObject().value(u"path"_qs).toString(),
               path(u"libtoupcam.so"_qs));
 }
 
 TEST_F(CameraSdk, auto_without_any_library_says_that_cameras_are_simulated) {
     const CtlResult result = runCtl({listWord, jsonWord});
-    EXPECT_EQ(kindOf(result), systemHasSdk() ? u"maker"_qs : u"simulated"_qs);
+    EXPECT_EQ(readSdkKind(result), systemHasSdk() ? u"maker"_qs : u"simulated"_qs);
     EXPECT_EQ(result.errors.contains(u"the cameras are simulated"_qs), !systemHasSdk());
 }
 

@@ -10,7 +10,7 @@ namespace {
 class PropsCommand : public CameraCommandTest {};
 
 /// A property in one line: "id|title|type|range|default|serializable|group".
-QString lineOf(const QJsonObject& property) {
+QString toLine(const QJsonObject& property) {
     const auto compact = [&](const char* key) {
         const QJsonValue value = property.value(QLatin1String(key));
         return value.isUndefined() ? u"-"_qs : value.toVariant().toString();
@@ -30,7 +30,7 @@ TEST_F(PropsCommand, lists_the_whole_catalogue_in_its_order) {
     ASSERT_EQ(result.exitCode, 0) << result.errors.toStdString();
     QStringList lines;
     for (const QJsonValue& property : result.json.value(u"properties"_qs).toArray())
-        lines.append(lineOf(property.toObject()));
+        lines.append(toLine(property.toObject()));
     const QStringList expected{
         u"extexposure||1|-|-|true|exposure"_qs,
         u"autoexponeable|Autoexposure|9|-|true|false|-"_qs,

@@ -77,12 +77,12 @@ void expectSoundElsewhere(const QString& file, int pictures) {
         EXPECT_EQ(ofOne.toArray(), patches);
 }
 
-QJsonObject recordingOf(const QJsonObject& json) {
+QJsonObject readRecording(const QJsonObject& json) {
     return json.value(u"recording"_qs).toObject();
 }
 
 int written(const QJsonObject& json) {
-    return recordingOf(json).value(u"written"_qs).toInt();
+    return readRecording(json).value(u"written"_qs).toInt();
 }
 
 /// The attribute DeltaT of every plane, seconds.
@@ -99,7 +99,7 @@ TEST_F(RecordCommand, ten_frames_are_in_the_stack_with_their_colours_and_their_s
     EXPECT_EQ(result.errors, QString());
     EXPECT_EQ(result.json.value(u"file"_qs).toString(), file);
     EXPECT_EQ(written(result.json), 10);
-    EXPECT_TRUE(recordingOf(result.json).value(u"balanced"_qs).toBool());
+    EXPECT_TRUE(readRecording(result.json).value(u"balanced"_qs).toBool());
     EXPECT_EQ(soundPictures(), 10);
     EXPECT_EQ(files(), QStringList{u"a.ome.tif"_qs});
     const OmeXml document = xml();
@@ -238,8 +238,8 @@ TEST_F(RecordCommand, after_an_unplug_the_stack_is_whole_and_says_why_it_is_shor
     const int pictures = soundPictures();
     EXPECT_GE(pictures, 10);
     EXPECT_EQ(written(result.json), pictures);
-    EXPECT_EQ(recordingOf(result.json).value(u"not_taken"_qs).toInt(), 100'000 - pictures);
-    EXPECT_TRUE(recordingOf(result.json).value(u"balanced"_qs).toBool());
+    EXPECT_EQ(readRecording(result.json).value(u"not_taken"_qs).toInt(), 100'000 - pictures);
+    EXPECT_TRUE(readRecording(result.json).value(u"balanced"_qs).toBool());
     const QString message = u"camera Small-S0001 was unplugged after %1 frames"_qs.arg(pictures);
     EXPECT_TRUE(result.errors.contains(message)) << result.errors.toStdString();
     EXPECT_EQ(xml().complaints(), QString());
@@ -294,7 +294,7 @@ TEST_F(RecordCommand, a_disk_that_takes_no_more_ends_it_and_the_frames_before_st
     EXPECT_TRUE(errors.contains(u"cannot save \"%1\": "_qs.arg(file))) << errors.toStdString();
     EXPECT_EQ(soundPictures(), 3);
     EXPECT_EQ(written(process.json()), 3);
-    EXPECT_TRUE(recordingOf(process.json()).value(u"balanced"_qs).toBool());
+    EXPECT_TRUE(readRecording(process.json()).value(u"balanced"_qs).toBool());
     EXPECT_EQ(xml().complaints(), QString());
     EXPECT_EQ(xml().attribute("Pixels", "SizeT").toInt(), 3);
     EXPECT_EQ(xml().note(u"Complete"_qs),
@@ -327,7 +327,7 @@ TEST_F(RecordCommand, a_camera_that_sends_nothing_leaves_no_file) {
     EXPECT_TRUE(result.errors.contains(u"sent no frame for 0.3 s"_qs))
         << result.errors.toStdString();
     EXPECT_EQ(files(), QStringList());
-    EXPECT_EQ(recordingOf(result.json).value(u"not_taken"_qs).toInt(), 5);
+    EXPECT_EQ(readRecording(result.json).value(u"not_taken"_qs).toInt(), 5);
 }
 
 TEST_F(RecordCommand, wrong_usage_is_named) {

@@ -31,7 +31,7 @@ protected:
     }
 };
 
-QJsonObject ledgerOf(const CtlResult& result) {
+QJsonObject readLedger(const CtlResult& result) {
     return result.json.value(u"ledger"_qs).toObject();
 }
 
@@ -43,7 +43,7 @@ TEST_F(StreamCommand, sixty_frames_are_delivered_and_the_ledger_balances) {
     EXPECT_TRUE(json.value(u"simulated"_qs).toBool());
     EXPECT_EQ(json.value(u"mode"_qs).toString(), u"320x240"_qs);
     EXPECT_EQ(json.value(u"frames"_qs).toInt(), 60);
-    const QJsonObject ledger = ledgerOf(result);
+    const QJsonObject ledger = readLedger(result);
     EXPECT_EQ(ledger.value(u"delivered"_qs).toInt(), 60);
     EXPECT_EQ(ledger.value(u"waiting"_qs).toInt(), 0);
     EXPECT_TRUE(ledger.value(u"balanced"_qs).toBool());
@@ -58,9 +58,9 @@ TEST_F(StreamCommand, no_frame_more_than_asked_for_is_delivered_while_the_camera
     const CtlResult result = stream({u"-n"_qs, u"60"_qs, u"--json"_qs});
     EXPECT_EQ(result.exitCode, 0) << result.errors.toStdString();
     EXPECT_EQ(result.json.value(u"frames"_qs).toInt(), 60);
-    EXPECT_EQ(ledgerOf(result).value(u"delivered"_qs).toInt(), 60);
-    EXPECT_GT(ledgerOf(result).value(u"not_wanted"_qs).toInt(), 0);
-    EXPECT_TRUE(ledgerOf(result).value(u"balanced"_qs).toBool());
+    EXPECT_EQ(readLedger(result).value(u"delivered"_qs).toInt(), 60);
+    EXPECT_GT(readLedger(result).value(u"not_wanted"_qs).toInt(), 0);
+    EXPECT_TRUE(readLedger(result).value(u"balanced"_qs).toBool());
 }
 
 TEST_F(StreamCommand, the_rates_follow_from_frames_and_seconds) {
@@ -73,7 +73,7 @@ TEST_F(StreamCommand, the_rates_follow_from_frames_and_seconds) {
 }
 
 TEST_F(StreamCommand, every_fate_of_a_frame_is_in_the_json) {
-    const QJsonObject ledger = ledgerOf(stream({u"-n"_qs, u"1"_qs, u"--json"_qs}));
+    const QJsonObject ledger = readLedger(stream({u"-n"_qs, u"1"_qs, u"--json"_qs}));
     for (const char* key : {"produced", "delivered", "lost_in_camera", "bad_depth", "bad_size",
                             "no_memory", "dropped_waiting", "failed_in_writer", "failed",
                             "not_wanted", "waiting", "snapshots", "balanced"})
@@ -93,8 +93,8 @@ TEST_F(StreamCommand, ends_when_its_time_is_over) {
     const CtlResult result = stream({u"-t"_qs, u"0.5"_qs, u"--json"_qs});
     EXPECT_EQ(result.exitCode, 0) << result.errors.toStdString();
     EXPECT_GT(result.json.value(u"frames"_qs).toInt(), 0);
-    EXPECT_EQ(ledgerOf(result).value(u"delivered"_qs), result.json.value(u"frames"_qs));
-    EXPECT_TRUE(ledgerOf(result).value(u"balanced"_qs).toBool());
+    EXPECT_EQ(readLedger(result).value(u"delivered"_qs), result.json.value(u"frames"_qs));
+    EXPECT_TRUE(readLedger(result).value(u"balanced"_qs).toBool());
 }
 
 TEST_F(StreamCommand, malformed_frames_are_counted_and_the_rest_delivered) {
@@ -106,9 +106,9 @@ TEST_F(StreamCommand, malformed_frames_are_counted_and_the_rest_delivered) {
                     {u"sizeImage"_qs, 7}});
     const CtlResult result = stream({u"-n"_qs, u"20"_qs, u"--json"_qs});
     EXPECT_EQ(result.exitCode, 0) << result.errors.toStdString();
-    EXPECT_EQ(ledgerOf(result).value(u"delivered"_qs).toInt(), 20);
-    EXPECT_EQ(ledgerOf(result).value(u"bad_size"_qs).toInt(), 1);
-    EXPECT_TRUE(ledgerOf(result).value(u"balanced"_qs).toBool());
+    EXPECT_EQ(readLedger(result).value(u"delivered"_qs).toInt(), 20);
+    EXPECT_EQ(readLedger(result).value(u"bad_size"_qs).toInt(), 1);
+    EXPECT_TRUE(readLedger(result).value(u"balanced"_qs).toBool());
 }
 
 TEST_F(StreamCommand, a_camera_unplugged_in_the_middle_ends_it_with_a_summary_and_code_1) {
@@ -120,7 +120,7 @@ TEST_F(StreamCommand, a_camera_unplugged_in_the_middle_ends_it_with_a_summary_an
     const QString message = u"camera Small-S0001 was unplugged after %1 frames"_qs.arg(frames);
     EXPECT_EQ(result.errors, u"pcdctl: "_qs + message + u'\n');
     EXPECT_EQ(result.json.value(u"error"_qs).toString(), message);
-    EXPECT_TRUE(ledgerOf(result).value(u"balanced"_qs).toBool());
+    EXPECT_TRUE(readLedger(result).value(u"balanced"_qs).toBool());
 }
 
 TEST_F(StreamCommand, a_camera_that_falls_silent_is_given_up) {

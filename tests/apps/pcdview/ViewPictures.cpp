@@ -5,7 +5,7 @@
 
 namespace {
 
-std::vector<int> bytesOf(const QColor& color, PDIP::ColorFormat format) {
+std::vector<int> toPixelBytes(const QColor& color, PDIP::ColorFormat format) {
     switch (format) {
     case PDIP::ColorFormat::Gray:
         return {color.green()};
@@ -21,8 +21,8 @@ std::vector<int> bytesOf(const QColor& color, PDIP::ColorFormat format) {
 
 } // namespace
 
-PImage pictureOf(int width, int height, PDIP::ColorFormat format,
-                 const std::function<QColor(int x, int y)>& colorAt) {
+PImage makePicture(int width, int height, PDIP::ColorFormat format,
+                   const std::function<QColor(int x, int y)>& colorAt) {
     PImage image;
     image.create(width, height, format);
     const std::size_t stride = image.bytesPerLine();
@@ -30,7 +30,7 @@ PImage pictureOf(int width, int height, PDIP::ColorFormat format,
     for (int y = 0; y < height; ++y) {
         unsigned char* out = pixels + std::size_t(y) * stride;
         for (int x = 0; x < width; ++x) {
-            for (int byte : bytesOf(colorAt(x, y), format))
+            for (int byte : toPixelBytes(colorAt(x, y), format))
                 *out++ = static_cast<unsigned char>(byte);
         }
     }

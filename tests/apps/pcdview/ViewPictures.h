@@ -8,5 +8,5 @@
 #include <functional>
 
 /// A picture of this size and format whose pixels are what the function says.
-PImage pictureOf(int width, int height, PDIP::ColorFormat format,
-                 const std::function<QColor(int x, int y)>& colorAt);
+PImage makePicture(int width, int height, PDIP::ColorFormat format,
+                   const std::function<QColor(int x, int y)>& colorAt);

@@ -107,7 +107,7 @@ TEST(GadgetFields, are_named_in_the_order_of_their_declaration) {
 }
 
 TEST(GadgetFields, of_the_host_are_taken_from_what_it_has_known_while_their_condition_holds) {
-    const auto lampOf = [](quint16 power, qint32 colour, double hours, bool on) {
+    const auto makeLamp = [](quint16 power, qint32 colour, double hours, bool on) {
         Lamp lamp;
         lamp.power = power;
         lamp.colour = colour;
@@ -115,12 +115,12 @@ TEST(GadgetFields, of_the_host_are_taken_from_what_it_has_known_while_their_cond
         lamp.on = on;
         return QVariant::fromValue(lamp);
     };
-    const QVariant known = lampOf(1, 2, 3, false);
+    const QVariant known = makeLamp(1, 2, 3, false);
     EXPECT_EQ(
-        PCompositeFields::toText(PCompositeFields::withHostFields(lampOf(7, 8, 9, false), known)),
+        PCompositeFields::toText(PCompositeFields::withHostFields(makeLamp(7, 8, 9, false), known)),
         u"power=1 colour=8 hours=3 on=off"_qs);
     EXPECT_EQ(
-        PCompositeFields::toText(PCompositeFields::withHostFields(lampOf(7, 8, 9, true), known)),
+        PCompositeFields::toText(PCompositeFields::withHostFields(makeLamp(7, 8, 9, true), known)),
         u"power=7 colour=8 hours=9 on=on"_qs);
     EXPECT_EQ(PCompositeFields::withHostFields(5, known), QVariant(5));
     EXPECT_EQ(PCompositeFields::withHostFields(5, 6), QVariant(5));

@@ -17,13 +17,13 @@ namespace {
 
 QVariant turnsWithOneUnnamed() {
     PEnumeration choices;
-    choices.addItem(idOf(0), u"0"_qs, u"0°"_qs, "10");
-    choices.addItem(idOf(1), u"90"_qs, u"90°"_qs, "0");
-    choices.addItem(idOf(2), QString(), u"odd"_qs, "1");
+    choices.addItem(itemId(0), u"0"_qs, u"0°"_qs, "10");
+    choices.addItem(itemId(1), u"90"_qs, u"90°"_qs, "0");
+    choices.addItem(itemId(2), QString(), u"odd"_qs, "1");
     return QVariant::fromValue(choices);
 }
 
-QVariant pairOf(int saved, int leftOut) {
+QVariant makePair(int saved, int leftOut) {
     return QVariant::fromValue(StreamedPair{saved, leftOut});
 }
 
@@ -50,23 +50,23 @@ TEST(PPropertyEncoding, of_a_number_may_be_a_whole_one_in_a_file) {
 }
 
 TEST(PPropertyEncoding, of_a_choice_is_its_untranslated_name) {
-    EXPECT_EQ(PPropertyEncoding::toForm(idOf(1), turnsWithOneUnnamed()), QVariant(u"90"_qs));
-    EXPECT_EQ(PPropertyEncoding::fromForm(u"90"_qs, idOf(0), turnsWithOneUnnamed()),
-              QVariant(idOf(1)));
+    EXPECT_EQ(PPropertyEncoding::toForm(itemId(1), turnsWithOneUnnamed()), QVariant(u"90"_qs));
+    EXPECT_EQ(PPropertyEncoding::fromForm(u"90"_qs, itemId(0), turnsWithOneUnnamed()),
+              QVariant(itemId(1)));
 }
 
 TEST(PPropertyEncoding, of_a_choice_without_a_name_is_its_id) {
-    EXPECT_EQ(PPropertyEncoding::toForm(idOf(2), turnsWithOneUnnamed()), QVariant(idOf(2)));
-    EXPECT_EQ(PPropertyEncoding::fromForm(idOf(2), idOf(0), turnsWithOneUnnamed()),
-              QVariant(idOf(2)));
+    EXPECT_EQ(PPropertyEncoding::toForm(itemId(2), turnsWithOneUnnamed()), QVariant(itemId(2)));
+    EXPECT_EQ(PPropertyEncoding::fromForm(itemId(2), itemId(0), turnsWithOneUnnamed()),
+              QVariant(itemId(2)));
 }
 
 TEST(PPropertyEncoding, of_a_composite_is_the_bytes_of_its_stream) {
-    EXPECT_EQ(PPropertyEncoding::toForm(pairOf(7, 9), {}), QVariant(seven));
+    EXPECT_EQ(PPropertyEncoding::toForm(makePair(7, 9), {}), QVariant(seven));
 }
 
 TEST(PPropertyEncoding, of_a_composite_keeps_what_the_bytes_leave_out) {
-    const QVariant value = PPropertyEncoding::fromForm(seven, pairOf(1, 5), {});
+    const QVariant value = PPropertyEncoding::fromForm(seven, makePair(1, 5), {});
     ASSERT_TRUE(value.isValid());
     EXPECT_EQ(value.value<StreamedPair>().saved, 7);
     EXPECT_EQ(value.value<StreamedPair>().leftOut, 5);
@@ -98,19 +98,20 @@ TEST_P(BadForm, makes_no_value) {
 
 INSTANTIATE_TEST_SUITE_P(
     PPropertyEncoding, BadForm,
-    testing::Values(FormRow{"an_unknown_name", u"45"_qs, idOf(0), turnsWithOneUnnamed()},
-                    FormRow{"a_title", u"90°"_qs, idOf(0), turnsWithOneUnnamed()},
-                    FormRow{"a_number_that_reads_like_a_name", 90, idOf(0), turnsWithOneUnnamed()},
-                    FormRow{"an_unknown_id", idOf(9), idOf(0), turnsWithOneUnnamed()},
-                    FormRow{"no_form_for_a_choice", {}, idOf(0), turnsWithOneUnnamed()},
+    testing::Values(FormRow{"an_unknown_name", u"45"_qs, itemId(0), turnsWithOneUnnamed()},
+                    FormRow{"a_title", u"90°"_qs, itemId(0), turnsWithOneUnnamed()},
+                    FormRow{"a_number_that_reads_like_a_name", 90, itemId(0),
+                            turnsWithOneUnnamed()},
+                    FormRow{"an_unknown_id", itemId(9), itemId(0), turnsWithOneUnnamed()},
+                    FormRow{"no_form_for_a_choice", {}, itemId(0), turnsWithOneUnnamed()},
                     FormRow{"a_text_for_a_number", u"7"_qs, 7, {}},
                     FormRow{"a_double_for_a_number", 7.0, 7, {}},
                     FormRow{"a_number_for_a_switch", 1, true, {}},
                     FormRow{"no_form_for_a_number", {}, 7, {}},
-                    FormRow{"too_few_bytes", seven.left(3), pairOf(0, 0), {}},
-                    FormRow{"too_many_bytes", seven + '\0', pairOf(0, 0), {}},
+                    FormRow{"too_few_bytes", seven.left(3), makePair(0, 0), {}},
+                    FormRow{"too_many_bytes", seven + '\0', makePair(0, 0), {}},
                     FormRow{"bytes_for_a_number", seven, 7, {}},
-                    FormRow{"a_number_for_a_composite", 7, pairOf(0, 0), {}}),
+                    FormRow{"a_number_for_a_composite", 7, makePair(0, 0), {}}),
     RowName());
 
 TEST(PPropertyEncoding, is_equal_to_another_of_its_type_only) {
@@ -124,8 +125,8 @@ TEST(PPropertyEncoding, is_equal_to_another_of_its_type_only) {
 TEST(PPropertyEncoding, tells_whether_values_are_the_same_by_their_forms) {
     EXPECT_TRUE(PPropertyEncoding::isSame(7, 7, {}));
     EXPECT_FALSE(PPropertyEncoding::isSame(7, 8, {}));
-    EXPECT_TRUE(PPropertyEncoding::isSame(pairOf(7, 1), pairOf(7, 2), {}));
-    EXPECT_FALSE(PPropertyEncoding::isSame(pairOf(7, 1), pairOf(8, 1), {}));
-    EXPECT_TRUE(PPropertyEncoding::isSame(idOf(1), idOf(1), turnsWithOneUnnamed()));
+    EXPECT_TRUE(PPropertyEncoding::isSame(makePair(7, 1), makePair(7, 2), {}));
+    EXPECT_FALSE(PPropertyEncoding::isSame(makePair(7, 1), makePair(8, 1), {}));
+    EXPECT_TRUE(PPropertyEncoding::isSame(itemId(1), itemId(1), turnsWithOneUnnamed()));
     EXPECT_FALSE(PPropertyEncoding::isSame(QVariant(), QVariant(), {}));
 }

@@ -17,8 +17,8 @@ namespace {
 /// Turned so that no title, name or number of one item is another's.
 QVariant numberedTurns() {
     PEnumeration choices;
-    choices.addItem(idOf(0), u"none"_qs, u"0°"_qs, "1");
-    choices.addItem(idOf(1), u"quarter"_qs, u"90°"_qs, "130");
+    choices.addItem(itemId(0), u"none"_qs, u"0°"_qs, "1");
+    choices.addItem(itemId(1), u"quarter"_qs, u"90°"_qs, "130");
     return QVariant::fromValue(choices);
 }
 
@@ -32,7 +32,7 @@ public:
         device.supportProperties();
     }
 
-    QVariant valueOf(const QString& text) const {
+    QVariant toValue(const QString& text) const {
         return PPropertyText::toValue(text, property->valueInner(), property->rangeInner());
     }
 
@@ -51,7 +51,7 @@ class TextOfPerson : public testing::TestWithParam<TextRow> {};
 
 TEST_P(TextOfPerson, means_this_value) {
     const TextProperty property(GetParam().current);
-    EXPECT_EQ(property.valueOf(QString::fromUtf8(GetParam().text)), GetParam().value);
+    EXPECT_EQ(property.toValue(QString::fromUtf8(GetParam().text)), GetParam().value);
 }
 
 const TextRow textRows[] = {
@@ -97,10 +97,10 @@ struct ChoiceRow {
 class ChoiceOfPerson : public testing::TestWithParam<ChoiceRow> {};
 
 TEST_P(ChoiceOfPerson, means_this_item) {
-    const TextProperty property(idOf(0), numberedTurns());
+    const TextProperty property(itemId(0), numberedTurns());
     const QVariant expected =
-        GetParam().item < 0 ? QVariant() : QVariant(idOf(ushort(GetParam().item)));
-    EXPECT_EQ(property.valueOf(QString::fromUtf8(GetParam().text)), expected);
+        GetParam().item < 0 ? QVariant() : QVariant(itemId(ushort(GetParam().item)));
+    EXPECT_EQ(property.toValue(QString::fromUtf8(GetParam().text)), expected);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -114,11 +114,11 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(PPropertyText, takes_a_title_before_a_name_and_a_name_before_a_number) {
     PEnumeration choices;
-    choices.addItem(idOf(0), u"b"_qs, u"c"_qs, "a");
-    choices.addItem(idOf(1), u"a"_qs, u"b"_qs, "c");
-    const TextProperty property(idOf(0), QVariant::fromValue(choices));
-    EXPECT_EQ(property.valueOf(u"b"_qs), QVariant(idOf(1)));
-    EXPECT_EQ(property.valueOf(u"a"_qs), QVariant(idOf(1)));
+    choices.addItem(itemId(0), u"b"_qs, u"c"_qs, "a");
+    choices.addItem(itemId(1), u"a"_qs, u"b"_qs, "c");
+    const TextProperty property(itemId(0), QVariant::fromValue(choices));
+    EXPECT_EQ(property.toValue(u"b"_qs), QVariant(itemId(1)));
+    EXPECT_EQ(property.toValue(u"a"_qs), QVariant(itemId(1)));
 }
 
 TEST(PPropertyText, shows_values_as_users_write_them) {
@@ -126,14 +126,14 @@ TEST(PPropertyText, shows_values_as_users_write_them) {
     EXPECT_EQ(PPropertyText::ofValue(true, {}), u"on"_qs);
     EXPECT_EQ(PPropertyText::ofValue(false, {}), u"off"_qs);
     EXPECT_EQ(PPropertyText::ofValue(QRect(1, 2, 3, 4), {}), u"1,2,3,4"_qs);
-    EXPECT_EQ(PPropertyText::ofValue(idOf(1), numberedTurns()), u"90°"_qs);
+    EXPECT_EQ(PPropertyText::ofValue(itemId(1), numberedTurns()), u"90°"_qs);
     EXPECT_EQ(PPropertyText::ofValue(QByteArray("\x1b[2J"), {}), u"G1sySg=="_qs);
     EXPECT_EQ(PPropertyText::ofValue(QVariant(), {}), QString());
     EXPECT_EQ(PPropertyText::ofValue(QSize(1, 2), {}), u"<QSize>"_qs);
 }
 
 TEST(PPropertyText, shows_a_choice_that_is_no_item_by_its_id) {
-    EXPECT_EQ(PPropertyText::ofValue(idOf(7), numberedTurns()), idOf(7).toString());
+    EXPECT_EQ(PPropertyText::ofValue(itemId(7), numberedTurns()), itemId(7).toString());
 }
 
 TEST(PPropertyText, shows_a_region_whose_corners_are_as_far_apart_as_can_be) {

@@ -26,7 +26,7 @@ protected:
     static PDeviceFrame frame(quint64 number = 1) {
         return testFrame(
             number, 123ms,
-            settingsOf(
+            makeSettings(
                 {{"autoexpottime", 158'647}, {"autoexponeable", true}, {"autoexpogain", 100}}));
     }
     /// The tags in the file of a frame.

@@ -33,15 +33,15 @@ public:
     int target = 0;
 };
 
-QStringList linesOf(const TestSettings& values) {
+QStringList toLines(const TestSettings& values) {
     QStringList lines;
-    for (const auto& [key, text] : PSettingTexts::of(*settingsOf(values)))
+    for (const auto& [key, text] : PSettingTexts::of(*makeSettings(values)))
         lines.append(key + u": "_qs + text);
     return lines;
 }
 
 TEST(SettingTexts, have_titles_and_units) {
-    EXPECT_EQ(linesOf({{"tint", 1000},
+    EXPECT_EQ(toLines({{"tint", 1000},
                        {"negative", true},
                        {"rotate", u"90"_qs},
                        {"roi", QRect(0, 0, 64, 48)},
@@ -73,7 +73,7 @@ TestExposureRecord triggered(int frames) {
 /// Of all the lines that a picture is saved with, those with a time of exposure.
 QStringList exposureTimesWith(const TestExposureRecord& record) {
     PFrameStamp stamp;
-    stamp.settings = settingsOf(settingsWith(record));
+    stamp.settings = makeSettings(settingsWith(record));
     QStringList lines;
     for (const auto& [key, text] : pictureMetadata({}, &stamp))
         lines.append(key + u": "_qs + text);
@@ -81,19 +81,19 @@ QStringList exposureTimesWith(const TestExposureRecord& record) {
 }
 
 TEST(SettingTexts, of_a_live_frame_leave_out_the_exposure_time_and_the_trigger) {
-    EXPECT_EQ(linesOf(settingsWith({})),
+    EXPECT_EQ(toLines(settingsWith({})),
               (QStringList{u"Gain: 110 %"_qs, u"Exposure target: 120"_qs, u"Capture: video"_qs}));
 }
 
 TEST(SettingTexts, of_a_triggered_frame_have_the_trigger) {
-    EXPECT_EQ(linesOf(settingsWith(triggered(3))),
+    EXPECT_EQ(toLines(settingsWith(triggered(3))),
               (QStringList{u"Gain: 110 %"_qs, u"Exposure target: 120"_qs,
                            u"Trigger sequence: 3 frames"_qs, u"Trigger source: software"_qs,
                            u"Capture: triggered"_qs}));
 }
 
 TEST(SettingTexts, of_a_single_triggered_frame_are_in_the_singular) {
-    EXPECT_TRUE(linesOf(settingsWith(triggered(1))).contains(u"Trigger sequence: 1 frame"_qs));
+    EXPECT_TRUE(toLines(settingsWith(triggered(1))).contains(u"Trigger sequence: 1 frame"_qs));
 }
 
 TEST(SettingTexts, of_any_frame_leave_one_exposure_time_in_its_picture) {
@@ -103,13 +103,13 @@ TEST(SettingTexts, of_any_frame_leave_one_exposure_time_in_its_picture) {
 }
 
 TEST(SettingTexts, leave_out_a_fan_that_could_not_be_read) {
-    EXPECT_EQ(linesOf({{"fan", QVariant::fromValue(TestFan())}}), QStringList());
-    EXPECT_EQ(linesOf({{"fan", QVariant::fromValue(TestFan{1, 2})}}),
+    EXPECT_EQ(toLines({{"fan", QVariant::fromValue(TestFan())}}), QStringList());
+    EXPECT_EQ(toLines({{"fan", QVariant::fromValue(TestFan{1, 2})}}),
               (QStringList{u"Fan: on"_qs, u"Fan speed level: 2"_qs}));
 }
 
 TEST(SettingTexts, of_what_is_not_known_have_its_id) {
-    EXPECT_EQ(linesOf({{"sharpness", 3}}), QStringList{u"Setting sharpness: 3"_qs});
+    EXPECT_EQ(toLines({{"sharpness", 3}}), QStringList{u"Setting sharpness: 3"_qs});
 }
 
 } // namespace

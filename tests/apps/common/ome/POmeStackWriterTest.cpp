@@ -157,7 +157,7 @@ TEST_F(OmeStackWriter, before_the_end_the_file_is_a_valid_stack_of_the_pictures_
 
 TEST_F(OmeStackWriter, a_grey_recording_has_one_sample) {
     POmeStackWriter writer(options);
-    const auto grey = testFrame(1, 0ms, settingsOf({}), PDIP::ColorFormat::Gray);
+    const auto grey = testFrame(1, 0ms, makeSettings({}), PDIP::ColorFormat::Gray);
     ASSERT_TRUE(writer.write(grey, 1).isOk());
     ASSERT_TRUE(writer.finish({}).isOk());
     EXPECT_EQ(TiffReadBack(options.path).field(TIFFTAG_SAMPLESPERPIXEL), 1);
@@ -170,7 +170,7 @@ TEST_F(OmeStackWriter, exposure_gain_pixel_size_and_temperature_are_told) {
     options.sensorTemperature = 12.5;
     POmeStackWriter writer(options);
     const auto manual =
-        settingsOf({{"autoexponeable", false}, {"autoexpottime", 12'500}, {"autoexpogain", 150}});
+        makeSettings({{"autoexponeable", false}, {"autoexpottime", 12'500}, {"autoexpogain", 150}});
     ASSERT_TRUE(writer.write(testFrame(1, 0ms, manual), 1).isOk());
     ASSERT_TRUE(writer.finish({}).isOk());
     EXPECT_EQ(xml().attribute("Plane", "ExposureTime"), u"12.5"_qs);
@@ -184,7 +184,7 @@ TEST_F(OmeStackWriter, exposure_gain_pixel_size_and_temperature_are_told) {
 TEST_F(OmeStackWriter, each_picture_has_the_exposure_it_was_taken_with) {
     POmeStackWriter writer(options);
     for (int i = 1; i <= 3; ++i) {
-        const auto settings = settingsOf({{"autoexponeable", true}, {"autoexpottime", 1000 * i}});
+        const auto settings = makeSettings({{"autoexponeable", true}, {"autoexpottime", 1000 * i}});
         ASSERT_TRUE(writer.write(testFrame(quint64(i), 10ms * i, settings), quint64(i)).isOk());
     }
     ASSERT_TRUE(writer.finish({}).isOk());
@@ -198,8 +198,8 @@ TEST_F(OmeStackWriter, each_picture_has_the_exposure_it_was_taken_with) {
 
 TEST_F(OmeStackWriter, a_setting_that_changes_is_told_with_the_frame_it_changed_at) {
     POmeStackWriter writer(options);
-    const auto before = settingsOf({{"contrast", 5}, {"hue", 1}});
-    const auto after = settingsOf({{"contrast", 6}, {"hue", 1}});
+    const auto before = makeSettings({{"contrast", 5}, {"hue", 1}});
+    const auto after = makeSettings({{"contrast", 6}, {"hue", 1}});
     ASSERT_TRUE(writer.write(testFrame(1, 0ms, before), 1).isOk());
     ASSERT_TRUE(writer.write(testFrame(2, 1ms, before), 2).isOk());
     ASSERT_TRUE(writer.write(testFrame(7, 2ms, after), 3).isOk());
@@ -214,7 +214,7 @@ TEST_F(OmeStackWriter, a_setting_that_changes_is_told_with_the_frame_it_changed_
 TEST_F(OmeStackWriter, of_very_many_changes_of_settings_the_first_thousand_are_told) {
     POmeStackWriter writer(options);
     for (int i = 0; i <= 1002; ++i) {
-        const auto settings = settingsOf({{"autoexpogain", 100 + i}});
+        const auto settings = makeSettings({{"autoexpogain", 100 + i}});
         ASSERT_TRUE(
             writer.write(testFrame(quint64(i + 1), 1ms * i, settings), quint64(i + 1)).isOk());
     }
@@ -227,7 +227,7 @@ TEST_F(OmeStackWriter, of_very_many_changes_of_settings_the_first_thousand_are_t
 TEST_F(OmeStackWriter, notes_the_end_of_automatic_exposure_and_writes_the_time_of_each_frame) {
     POmeStackWriter writer(options);
     const auto settings = [](int time, bool automatic) {
-        return settingsOf({{"autoexpottime", time}, {"autoexponeable", automatic}});
+        return makeSettings({{"autoexpottime", time}, {"autoexponeable", automatic}});
     };
     ASSERT_TRUE(writer.write(testFrame(1, 0ms, settings(1000, true)), 1).isOk());
     ASSERT_TRUE(writer.write(testFrame(2, 1ms, settings(2000, true)), 2).isOk());
@@ -240,7 +240,8 @@ TEST_F(OmeStackWriter, notes_the_end_of_automatic_exposure_and_writes_the_time_o
 
 TEST_F(OmeStackWriter, a_setting_of_several_values_is_told_field_by_field) {
     POmeStackWriter writer(options);
-    const auto settings = settingsOf({{"extexposure", QVariant::fromValue(TestExposureRecord())}});
+    const auto settings =
+        makeSettings({{"extexposure", QVariant::fromValue(TestExposureRecord())}});
     ASSERT_TRUE(writer.write(testFrame(1, 0ms, settings), 1).isOk());
     ASSERT_TRUE(writer.finish({}).isOk());
     EXPECT_EQ(xml().note(u"Exposure"_qs), u"1.5 ms (manual)"_qs);
@@ -252,7 +253,7 @@ TEST_F(OmeStackWriter, a_setting_of_several_values_is_told_field_by_field) {
 
 TEST_F(OmeStackWriter, it_is_a_bigtiff_unless_it_is_known_to_stay_below_4_gb) {
     // 3 million bytes of pixels and at most 2000 others, 1300 times: 3.9 GB are just exceeded.
-    const auto frame = testFrame(1, 0ms, settingsOf({}), PDIP::ColorFormat::Bgr, 1000, 1000);
+    const auto frame = testFrame(1, 0ms, makeSettings({}), PDIP::ColorFormat::Bgr, 1000, 1000);
     const auto isBig = [&](std::optional<quint64> frames) {
         QFile::remove(options.path);
         options.frames = frames;
@@ -293,8 +294,8 @@ TEST_F(OmeStackWriter, a_file_that_exists_is_refused_named_and_left_alone) {
 TEST_F(OmeStackWriter, a_frame_of_another_size_or_kind_is_refused_and_the_rest_stays) {
     POmeStackWriter writer(options);
     write(writer, 2);
-    const auto wide = testFrame(3, 0ms, settingsOf({}), PDIP::ColorFormat::Bgr, 4);
-    const auto grey = testFrame(3, 0ms, settingsOf({}), PDIP::ColorFormat::Gray);
+    const auto wide = testFrame(3, 0ms, makeSettings({}), PDIP::ColorFormat::Bgr, 4);
+    const auto grey = testFrame(3, 0ms, makeSettings({}), PDIP::ColorFormat::Gray);
     for (const PDeviceFrame& other : {wide, grey}) {
         const PStatus status = writer.write(other, 3);
         EXPECT_TRUE(status.reason().contains(u"frame 3 has another size or kind"_qs))

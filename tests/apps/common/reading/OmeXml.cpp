@@ -90,7 +90,7 @@ QString OmeXml::complaints() const {
     return wrong;
 }
 
-QStringList OmeXml::childrenOf(const char* parent) const {
+QStringList OmeXml::childNames(const char* parent) const {
     QStringList names;
     for (const Element& element : m_elements) {
         if (element.parent == QLatin1String(parent))
@@ -102,7 +102,7 @@ QStringList OmeXml::childrenOf(const char* parent) const {
 QString OmeXml::structureComplaints() const {
     QStringList wrong;
     const auto expectOrder = [&](const char* parent, const QString& order) {
-        if (!isOrdered(childrenOf(parent), order.split(u' ')))
+        if (!isOrdered(childNames(parent), order.split(u' ')))
             wrong.append(u"children of %1 out of order"_qs.arg(QLatin1String(parent)));
     };
     expectOrder("OME", u"Instrument Image StructuredAnnotations"_qs);

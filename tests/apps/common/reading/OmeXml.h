@@ -34,7 +34,7 @@ public:
 
 private:
     QString structureComplaints() const;
-    QStringList childrenOf(const char* parent) const;
+    QStringList childNames(const char* parent) const;
 
     QByteArray m_xml;
     QList<Element> m_elements;

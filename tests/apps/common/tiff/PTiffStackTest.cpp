@@ -19,7 +19,7 @@
 
 namespace {
 
-QByteArray rowsOf(int number) {
+QByteArray makeRows(int number) {
     QByteArray rows("\xff\0\0\0\xff\0\0\0\0\0\0\0\0\0\0\0\0\xff", 18);
     rows[15] = rows[16] = char(number);
     return rows;
@@ -72,7 +72,7 @@ TEST_F(TiffStack, pictures_come_back_in_order_each_with_its_text) {
     ASSERT_EQ(tiff.pictures(), 3);
     for (int number : {1, 2, 3}) {
         tiff.select(number - 1);
-        EXPECT_EQ(tiff.rows(), rowsOf(number));
+        EXPECT_EQ(tiff.rows(), makeRows(number));
         EXPECT_EQ(tiff.description(), "number " + QByteArray::number(number));
     }
 }
@@ -89,7 +89,7 @@ TEST_F(TiffStack, every_format_of_a_colour_picture_becomes_the_same_rgb) {
         EXPECT_EQ(tiff.field(TIFFTAG_SAMPLESPERPIXEL), 3);
         EXPECT_EQ(tiff.field(TIFFTAG_PHOTOMETRIC), PHOTOMETRIC_RGB);
         EXPECT_EQ(tiff.field(TIFFTAG_COMPRESSION), COMPRESSION_NONE);
-        EXPECT_EQ(tiff.rows(), rowsOf(0)) << i;
+        EXPECT_EQ(tiff.rows(), makeRows(0)) << i;
     }
 }
 
@@ -161,7 +161,7 @@ TEST_F(TiffStack, each_picture_can_be_read_as_soon_as_it_is_appended) {
         const TiffReadBack tiff(file);
         ASSERT_EQ(tiff.pictures(), number);
         tiff.select(number - 1);
-        EXPECT_EQ(tiff.rows(), rowsOf(number));
+        EXPECT_EQ(tiff.rows(), makeRows(number));
     }
 }
 
@@ -200,7 +200,7 @@ TEST_F(TiffStack, the_first_text_can_be_replaced_by_a_longer_one_and_the_picture
         ASSERT_EQ(tiff.pictures(), 3);
         for (int number : {1, 2, 3}) {
             tiff.select(number - 1);
-            EXPECT_EQ(tiff.rows(), rowsOf(number));
+            EXPECT_EQ(tiff.rows(), makeRows(number));
         }
     }
 }
@@ -249,7 +249,7 @@ TEST_F(TiffStack, wherever_the_program_is_killed_the_file_holds_whole_pictures) 
         most = std::max(most, pictures);
         for (int number = 1; number <= pictures; ++number) {
             tiff.select(number - 1);
-            EXPECT_EQ(tiff.rows(), rowsOf(number)) << bytes;
+            EXPECT_EQ(tiff.rows(), makeRows(number)) << bytes;
             EXPECT_EQ(tiff.description(), QByteArray("short")) << bytes;
         }
     }

@@ -10,8 +10,8 @@
 namespace {
 
 PImage even(int value, int size = 32) {
-    return pictureOf(size, size, PDIP::ColorFormat::Gray,
-                     [=](int, int) { return QColor(value, value, value); });
+    return makePicture(size, size, PDIP::ColorFormat::Gray,
+                       [=](int, int) { return QColor(value, value, value); });
 }
 
 class PFrameAnalyserTest : public testing::Test {

@@ -23,8 +23,8 @@ protected:
     }
 
     PPictureSaver::Job jobFor(const QString& name) const {
-        const PImage image =
-            pictureOf(33, 20, PDIP::ColorFormat::Bgr, [](int x, int) { return QColor(x, 200, 3); });
+        const PImage image = makePicture(33, 20, PDIP::ColorFormat::Bgr,
+                                         [](int x, int) { return QColor(x, 200, 3); });
         return {path(name), {image, nullptr}, {}, PPictureFile::Existing::Keep};
     }
 
@@ -84,7 +84,7 @@ TEST_F(PPictureSaverTest, a_picture_that_finds_no_room_is_not_saved_and_named) {
     follow(saver);
     PPictureSaver::Job large = jobFor(u"large.png"_qs);
     // Long enough at work that the next one comes in between.
-    large.frame.image = pictureOf(4000, 3000, PDIP::ColorFormat::Bgr, [](int x, int y) {
+    large.frame.image = makePicture(4000, 3000, PDIP::ColorFormat::Bgr, [](int x, int y) {
         return QColor(x % 251, y % 241, x * y % 239);
     });
     saver.save(large);

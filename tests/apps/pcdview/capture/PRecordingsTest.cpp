@@ -74,7 +74,7 @@ protected:
     }
 
     const PImage picture =
-        pictureOf(33, 20, PDIP::ColorFormat::Bgr, [](int, int) { return QColor(Qt::red); });
+        makePicture(33, 20, PDIP::ColorFormat::Bgr, [](int, int) { return QColor(Qt::red); });
     QHash<QString, QString> messages;
     FakeDevice firstDevice, secondDevice;
     PViewCamera first{{u"Fake-1"_qs, u"Fake"_qs, u"1"_qs, true}};

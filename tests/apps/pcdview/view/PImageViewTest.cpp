@@ -18,7 +18,7 @@ protected:
     PImageViewTest() {
         view.resize(400, 300);
         view.show();
-        view.setImage(pictureOf(800, 600, PDIP::ColorFormat::Bgr, [](int x, int y) {
+        view.setImage(makePicture(800, 600, PDIP::ColorFormat::Bgr, [](int x, int y) {
             return x < 400 ? QColor(200, 10, 10) : QColor(10, 10, y % 256);
         }));
     }

@@ -13,7 +13,7 @@ namespace {
 
 const QColor around(1, 2, 3);
 
-PViewGeometry geometryOf(QSize picture, QSize viewport) {
+PViewGeometry makeGeometry(QSize picture, QSize viewport) {
     PViewGeometry geometry;
     geometry.setPicture(picture);
     geometry.setViewport(viewport);
@@ -22,7 +22,7 @@ PViewGeometry geometryOf(QSize picture, QSize viewport) {
 
 PViewGeometry pixelForPixel(const PImage& image) {
     const QSize size(int(image.width()), int(image.height()));
-    PViewGeometry geometry = geometryOf(size, size);
+    PViewGeometry geometry = makeGeometry(size, size);
     geometry.zoomTo(1, {0, 0});
     return geometry;
 }
@@ -52,7 +52,7 @@ class PViewSamplerFormatTest : public testing::TestWithParam<FormatRow> {};
 TEST_P(PViewSamplerFormatTest, shows_every_pixel_of_an_odd_width_in_its_colour) {
     const bool isGrey = GetParam().format == PDIP::ColorFormat::Gray;
     const auto colorAt = isGrey ? greyPattern : pattern;
-    const PImage image = pictureOf(1003, 37, GetParam().format, colorAt);
+    const PImage image = makePicture(1003, 37, GetParam().format, colorAt);
     const QImage shown = rendered(image, pixelForPixel(image));
     ASSERT_EQ(shown.size(), QSize(1003, 37));
     for (int y = 0; y < 37; ++y) {
@@ -62,7 +62,7 @@ TEST_P(PViewSamplerFormatTest, shows_every_pixel_of_an_odd_width_in_its_colour) 
 }
 
 TEST_P(PViewSamplerFormatTest, tells_the_pixel_under_the_cursor) {
-    const PImage image = pictureOf(1003, 37, GetParam().format, [](int x, int y) {
+    const PImage image = makePicture(1003, 37, GetParam().format, [](int x, int y) {
         return x == 1002 && y == 36 ? QColor(250, 30, 7) : QColor(0, 0, 0);
     });
     const auto pixel = PPixelValue::of(image, {1002, 36});
@@ -85,17 +85,17 @@ INSTANTIATE_TEST_SUITE_P(Formats, PViewSamplerFormatTest,
                          RowName());
 
 TEST(PViewSamplerTest, averages_what_it_makes_smaller) {
-    const PImage image = pictureOf(400, 200, PDIP::ColorFormat::Bgr, [](int x, int y) {
+    const PImage image = makePicture(400, 200, PDIP::ColorFormat::Bgr, [](int x, int y) {
         return (x + y) % 2 == 0 ? QColor(200, 100, 50) : QColor(0, 0, 0);
     });
-    const QImage shown = rendered(image, geometryOf({400, 200}, {200, 100}));
+    const QImage shown = rendered(image, makeGeometry({400, 200}, {200, 100}));
     for (int x : {0, 57, 199})
         EXPECT_EQ(shown.pixelColor(x, 63), QColor(100, 50, 25));
 }
 
 TEST(PViewSamplerTest, repeats_pixels_that_it_makes_larger) {
-    const PImage image = pictureOf(5, 3, PDIP::ColorFormat::Bgr, pattern);
-    const QImage shown = rendered(image, geometryOf({5, 3}, {20, 12}));
+    const PImage image = makePicture(5, 3, PDIP::ColorFormat::Bgr, pattern);
+    const QImage shown = rendered(image, makeGeometry({5, 3}, {20, 12}));
     for (int y = 0; y < 12; ++y) {
         for (int x = 0; x < 20; ++x)
             EXPECT_EQ(shown.pixelColor(x, y).rgb(), pattern(x / 4, y / 4).rgb());
@@ -103,8 +103,8 @@ TEST(PViewSamplerTest, repeats_pixels_that_it_makes_larger) {
 }
 
 TEST(PViewSamplerTest, shows_the_part_that_the_view_lies_on) {
-    const PImage image = pictureOf(1003, 700, PDIP::ColorFormat::Bgr, pattern);
-    PViewGeometry geometry = geometryOf({1003, 700}, {100, 80});
+    const PImage image = makePicture(1003, 700, PDIP::ColorFormat::Bgr, pattern);
+    PViewGeometry geometry = makeGeometry({1003, 700}, {100, 80});
     geometry.zoomTo(1, {50, 40});
     const QPointF corner = geometry.toPicture({0.5, 0.5});
     const QImage shown = rendered(image, geometry);
@@ -115,8 +115,8 @@ TEST(PViewSamplerTest, shows_the_part_that_the_view_lies_on) {
 
 TEST(PViewSamplerTest, paints_what_the_picture_leaves_free) {
     const PImage image =
-        pictureOf(100, 100, PDIP::ColorFormat::Gray, [](int, int) { return QColor(90, 90, 90); });
-    const QImage shown = rendered(image, geometryOf({100, 100}, {300, 100}));
+        makePicture(100, 100, PDIP::ColorFormat::Gray, [](int, int) { return QColor(90, 90, 90); });
+    const QImage shown = rendered(image, makeGeometry({100, 100}, {300, 100}));
     EXPECT_EQ(shown.pixelColor(99, 50), around);
     EXPECT_EQ(shown.pixelColor(100, 50), QColor(90, 90, 90));
     EXPECT_EQ(shown.pixelColor(199, 50), QColor(90, 90, 90));
@@ -125,17 +125,17 @@ TEST(PViewSamplerTest, paints_what_the_picture_leaves_free) {
 
 TEST(PViewSamplerTest, paints_over_what_memory_from_before_holds) {
     const PImage image =
-        pictureOf(10, 10, PDIP::ColorFormat::Gray, [](int, int) { return QColor(90, 90, 90); });
+        makePicture(10, 10, PDIP::ColorFormat::Gray, [](int, int) { return QColor(90, 90, 90); });
     QImage room(QSize(30, 10), QImage::Format_RGB32);
     room.fill(Qt::magenta);
     const QImage shown =
-        PViewSampler::render(image, geometryOf({10, 10}, {30, 10}), {}, around, room);
+        PViewSampler::render(image, makeGeometry({10, 10}, {30, 10}), {}, around, room);
     EXPECT_EQ(shown.pixelColor(0, 0), around);
     EXPECT_EQ(shown.pixelColor(15, 5), QColor(90, 90, 90));
 }
 
 TEST(PViewSamplerTest, marks_what_is_overexposed_and_what_is_black) {
-    const PImage image = pictureOf(3, 1, PDIP::ColorFormat::Bgr, [](int x, int) {
+    const PImage image = makePicture(3, 1, PDIP::ColorFormat::Bgr, [](int x, int) {
         return x == 0 ? QColor(255, 10, 10) : x == 1 ? QColor(0, 0, 0) : QColor(254, 0, 0);
     });
     PViewStyle style;
@@ -147,18 +147,18 @@ TEST(PViewSamplerTest, marks_what_is_overexposed_and_what_is_black) {
 }
 
 TEST(PViewSamplerTest, one_overexposed_sample_marks_the_pixel_that_it_goes_into) {
-    const PImage image = pictureOf(40, 40, PDIP::ColorFormat::Gray, [](int x, int y) {
+    const PImage image = makePicture(40, 40, PDIP::ColorFormat::Gray, [](int x, int y) {
         return x == 21 && y == 21 ? QColor(255, 255, 255) : QColor(9, 9, 9);
     });
     PViewStyle style;
     style.markClipped = true;
-    const QImage shown = rendered(image, geometryOf({40, 40}, {20, 20}), style);
+    const QImage shown = rendered(image, makeGeometry({40, 40}, {20, 20}), style);
     EXPECT_EQ(shown.pixel(10, 10), PViewSampler::overMark());
     EXPECT_EQ(shown.pixelColor(9, 10), QColor(9, 9, 9));
 }
 
 TEST(PViewSamplerTest, stretches_the_levels_on_the_screen_and_not_in_the_picture) {
-    const PImage image = pictureOf(3, 1, PDIP::ColorFormat::Gray, [](int x, int) {
+    const PImage image = makePicture(3, 1, PDIP::ColorFormat::Gray, [](int x, int) {
         return QColor(50 + 50 * x, 50 + 50 * x, 50 + 50 * x);
     });
     PViewStyle style;
@@ -172,7 +172,7 @@ TEST(PViewSamplerTest, stretches_the_levels_on_the_screen_and_not_in_the_picture
 }
 
 TEST(PViewSamplerTest, without_a_picture_there_is_the_colour_around) {
-    const QImage shown = rendered(PImage(), geometryOf({}, {40, 30}));
+    const QImage shown = rendered(PImage(), makeGeometry({}, {40, 30}));
     ASSERT_EQ(shown.size(), QSize(40, 30));
     EXPECT_EQ(shown.pixelColor(20, 15), around);
 }

@@ -44,8 +44,8 @@ void FakeCameras::showFrame(FakeDevice& device, const PImage& image) {
 }
 
 PImage FakeCameras::halves(const QColor& left, const QColor& right) {
-    return pictureOf(40, 30, PDIP::ColorFormat::Bgr,
-                     [&](int x, int) { return x < 20 ? left : right; });
+    return makePicture(40, 30, PDIP::ColorFormat::Bgr,
+                       [&](int x, int) { return x < 20 ? left : right; });
 }
 
 void FakeCameras::unplugFirst() {
@@ -53,6 +53,6 @@ void FakeCameras::unplugFirst() {
     host.manager().updateDevices();
 }
 
-QString FakeCameras::lastOf(const QSignalSpy& messages) {
+QString FakeCameras::lastMessage(const QSignalSpy& messages) {
     return messages.isEmpty() ? QString() : messages.last().value(0).toString();
 }

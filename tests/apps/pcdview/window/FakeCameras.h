@@ -36,7 +36,7 @@ protected:
     /// Takes the first camera away, as unplugging does.
     void unplugFirst();
     /// The last message that this signal emitted; empty if it emitted none.
-    static QString lastOf(const QSignalSpy& messages);
+    static QString lastMessage(const QSignalSpy& messages);
     QString captureFolder() const { return path(u"captures"_qs); }
 
     FakeDevice* const first = new FakeDevice("Fake", "1"); // the register's

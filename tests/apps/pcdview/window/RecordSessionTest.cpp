@@ -127,7 +127,7 @@ protected:
         return number.match(text()).captured(1).toInt();
     }
     /// The recordings of a camera.
-    QStringList recordedOf(const QString& camera) const {
+    QStringList recordedFiles(const QString& camera) const {
         return QDir(captureFolder()).entryList({camera + u"*.ome.tif"_qs});
     }
     bool isWhole(const QString& name) const {
@@ -405,8 +405,8 @@ TEST_F(RecordSessionTest, the_key_in_another_tab_leaves_a_recording_alone) {
     pressButton();
     ASSERT_TRUE(waitUntil([this] { return !isRecording(); }));
     for (const QString& camera : {u"Small-S0001"_qs, u"Small-S0002"_qs}) {
-        ASSERT_EQ(recordedOf(camera).size(), 1) << camera.toStdString();
-        EXPECT_TRUE(isWhole(recordedOf(camera).first())) << camera.toStdString();
+        ASSERT_EQ(recordedFiles(camera).size(), 1) << camera.toStdString();
+        EXPECT_TRUE(isWhole(recordedFiles(camera).first())) << camera.toStdString();
     }
 }
 
@@ -438,8 +438,8 @@ TEST_F(RecordSessionTest, unplugging_one_camera_ends_its_recording_alone) {
     EXPECT_TRUE(tabs.tabText(1).contains(u"●"_qs));
     const int before = written("Small-S0002");
     EXPECT_TRUE(waitUntil([&] { return written("Small-S0002") > before; }));
-    ASSERT_EQ(recordedOf(u"Small-S0001"_qs).size(), 1);
-    EXPECT_TRUE(isWhole(recordedOf(u"Small-S0001"_qs).first()));
+    ASSERT_EQ(recordedFiles(u"Small-S0001"_qs).size(), 1);
+    EXPECT_TRUE(isWhole(recordedFiles(u"Small-S0001"_qs).first()));
 }
 
 TEST_F(RecordSessionTest, closing_a_tab_that_is_not_recorded_leaves_the_others_alone) {
@@ -458,9 +458,9 @@ TEST_F(RecordSessionTest, closing_a_tab_ends_the_recording_of_its_camera_alone) 
     answerNext(QMessageBox::Yes);
     widget<QAction>(u"closeCamera"_qs).trigger();
     ASSERT_TRUE(waitUntil([this] { return text().contains(u"the camera was closed"_qs); }));
-    ASSERT_EQ(recordedOf(u"Small-S0002"_qs).size(), 1);
-    EXPECT_TRUE(isWhole(recordedOf(u"Small-S0002"_qs).first()));
-    EXPECT_TRUE(hasAccount(recordedOf(u"Small-S0002"_qs).first()));
+    ASSERT_EQ(recordedFiles(u"Small-S0002"_qs).size(), 1);
+    EXPECT_TRUE(isWhole(recordedFiles(u"Small-S0002"_qs).first()));
+    EXPECT_TRUE(hasAccount(recordedFiles(u"Small-S0002"_qs).first()));
     EXPECT_TRUE(isRecording()); // the other is in front now
     const int before = written("Small-S0001");
     EXPECT_TRUE(waitUntil([&] { return written("Small-S0001") > before; }));
@@ -479,8 +479,8 @@ TEST_F(RecordSessionTest, closing_the_window_completes_the_files_of_all) {
     EXPECT_FALSE(window().isVisible());
     end();
     for (const QString& camera : {u"Small-S0001"_qs, u"Small-S0002"_qs}) {
-        ASSERT_EQ(recordedOf(camera).size(), 1) << camera.toStdString();
-        EXPECT_TRUE(isWhole(recordedOf(camera).first())) << camera.toStdString();
-        EXPECT_TRUE(hasAccount(recordedOf(camera).first())) << camera.toStdString();
+        ASSERT_EQ(recordedFiles(camera).size(), 1) << camera.toStdString();
+        EXPECT_TRUE(isWhole(recordedFiles(camera).first())) << camera.toStdString();
+        EXPECT_TRUE(hasAccount(recordedFiles(camera).first())) << camera.toStdString();
     }
 }

@@ -78,7 +78,7 @@ protected:
     }
 
     /// How much of a widget is of this colour and nothing else.
-    static double shareOf(const QColor& colour, QWidget& widget) {
+    static double colourShare(const QColor& colour, QWidget& widget) {
         const QImage shown = widget.grab().toImage();
         qint64 count = 0;
         for (int y = 0; y < shown.height(); ++y) {
@@ -88,7 +88,7 @@ protected:
         return double(count) / shown.width() / shown.height();
     }
 
-    double redShare() { return shareOf(Qt::red, page().view()); }
+    double redShare() { return colourShare(Qt::red, page().view()); }
 
     static void save(QWidget& shown, const QString& file) {
         const QString folder = qEnvironmentVariable("PCD_SCREENSHOTS");
@@ -133,11 +133,11 @@ TEST_F(WindowPicturesTest, the_selected_page_of_the_exposure_is_framed_in_light_
         auto& video = widget<QPushButton>(u"pbVideo"_qs);
         auto& trigger = widget<QPushButton>(u"pbTrigger"_qs);
         const QColor highlight = window().palette().color(QPalette::Highlight);
-        EXPECT_GT(shareOf(highlight, video), 0.1) << theme.toStdString();
-        EXPECT_EQ(shareOf(highlight, trigger), 0) << theme.toStdString();
+        EXPECT_GT(colourShare(highlight, video), 0.1) << theme.toStdString();
+        EXPECT_EQ(colourShare(highlight, trigger), 0) << theme.toStdString();
         QTest::mouseClick(&trigger, Qt::LeftButton);
-        EXPECT_GT(shareOf(highlight, trigger), 0.1) << theme.toStdString();
-        EXPECT_EQ(shareOf(highlight, video), 0) << theme.toStdString();
+        EXPECT_GT(colourShare(highlight, trigger), 0.1) << theme.toStdString();
+        EXPECT_EQ(colourShare(highlight, video), 0) << theme.toStdString();
         end();
     }
 }

@@ -96,7 +96,7 @@ TEST_F(PCameraControllerTest, reports_a_live_picture_that_does_not_start) {
     actions.live->trigger();
     first->refusesStart = true;
     actions.live->trigger();
-    EXPECT_NE(lastOf(messages), QString());
+    EXPECT_NE(lastMessage(messages), QString());
     EXPECT_FALSE(actions.live->isChecked());
 }
 
@@ -105,11 +105,11 @@ TEST_F(PCameraControllerTest, explains_the_region_tool_and_puts_it_away_with_the
     PCameraPage& left = page();
     actions.region->trigger();
     EXPECT_EQ(left.view().tool(), PImageView::Tool::Region);
-    EXPECT_TRUE(lastOf(messages).contains(u"mouse"_qs));
+    EXPECT_TRUE(lastMessage(messages).contains(u"mouse"_qs));
     ASSERT_NO_FATAL_FAILURE(open(u"Fake-2"_qs));
     EXPECT_EQ(left.view().tool(), PImageView::Tool::Move);
     EXPECT_FALSE(actions.region->isChecked());
-    EXPECT_EQ(lastOf(messages), QString());
+    EXPECT_EQ(lastMessage(messages), QString());
 }
 
 TEST_F(PCameraControllerTest, puts_the_region_tool_away_with_escape) {
@@ -144,7 +144,7 @@ TEST_F(PCameraControllerTest, lists_the_cameras_and_opens_the_one_chosen) {
 TEST_F(PCameraControllerTest, reports_a_camera_of_the_list_that_does_not_open) {
     second->refusesLink = true;
     emit panels.cameras->openRequested(u"Fake-2"_qs);
-    EXPECT_NE(lastOf(messages), QString());
+    EXPECT_NE(lastMessage(messages), QString());
 }
 
 TEST_F(PCameraControllerTest, searches_for_cameras) {

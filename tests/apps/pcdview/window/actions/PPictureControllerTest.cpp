@@ -32,11 +32,11 @@ protected:
     void takeStill() {
         PDeviceFrame frame;
         frame.image =
-            pictureOf(40, 30, PDIP::ColorFormat::Bgr, [](int, int) { return QColor(Qt::red); });
+            makePicture(40, 30, PDIP::ColorFormat::Bgr, [](int, int) { return QColor(Qt::red); });
         first->processSnapshot(frame);
     }
     bool waitForMessage(const QString& part) {
-        return waitUntil([&] { return lastOf(messages).contains(part); });
+        return waitUntil([&] { return lastMessage(messages).contains(part); });
     }
     /// Saves the picture that is shown through the dialog, under this name.
     void saveShownAs(const QString& path) {
@@ -60,7 +60,7 @@ protected:
 
 TEST_F(PPictureControllerTest, saves_a_still_picture_in_the_capture_folder) {
     takeStill();
-    ASSERT_TRUE(waitForMessage(u"Saved "_qs)) << lastOf(messages).toStdString();
+    ASSERT_TRUE(waitForMessage(u"Saved "_qs)) << lastMessage(messages).toStdString();
     const QStringList files = QDir(captureFolder()).entryList(QDir::Files);
     ASSERT_EQ(files.size(), 1);
     EXPECT_EQ(QImage(QDir(captureFolder()).filePath(files.first())).size(), QSize(40, 30));
@@ -72,34 +72,34 @@ TEST_F(PPictureControllerTest, logs_a_picture_that_could_not_be_saved) {
     const PLogCapture log;
     takeStill();
     ASSERT_TRUE(waitUntil([this] { return !messages.isEmpty(); }));
-    const QString message = lastOf(messages);
+    const QString message = lastMessage(messages);
     EXPECT_TRUE(message.contains(u"file/folder"_qs)) << message.toStdString();
     EXPECT_TRUE(log.contains(message)) << message.toStdString();
 }
 
 TEST_F(PPictureControllerTest, reports_why_there_is_no_still_picture) {
     actions.snapshot->trigger();
-    EXPECT_TRUE(lastOf(messages).startsWith(u"No still picture taken: "_qs))
-        << lastOf(messages).toStdString();
+    EXPECT_TRUE(lastMessage(messages).startsWith(u"No still picture taken: "_qs))
+        << lastMessage(messages).toStdString();
 }
 
 TEST_F(PPictureControllerTest, saves_the_picture_that_is_shown_under_the_name_chosen) {
     ASSERT_NO_FATAL_FAILURE(showFrame(*first, halves(Qt::red, Qt::red)));
     ASSERT_NO_FATAL_FAILURE(saveShownAs(path(u"shown.png"_qs)));
-    ASSERT_TRUE(waitForMessage(u"Saved shown.png"_qs)) << lastOf(messages).toStdString();
+    ASSERT_TRUE(waitForMessage(u"Saved shown.png"_qs)) << lastMessage(messages).toStdString();
     EXPECT_EQ(QImage(path(u"shown.png"_qs)).pixelColor(1, 1), QColor(Qt::red));
 }
 
 TEST_F(PPictureControllerTest, reports_a_name_whose_format_is_not_known) {
     ASSERT_NO_FATAL_FAILURE(showFrame(*first, halves(Qt::red, Qt::red)));
     ASSERT_NO_FATAL_FAILURE(saveShownAs(path(u"shown.gif"_qs)));
-    EXPECT_TRUE(lastOf(messages).contains(u".gif"_qs)) << lastOf(messages).toStdString();
+    EXPECT_TRUE(lastMessage(messages).contains(u".gif"_qs)) << lastMessage(messages).toStdString();
     EXPECT_FALSE(QFile::exists(path(u"shown.gif"_qs)));
 }
 
 TEST_F(PPictureControllerTest, says_that_there_is_no_picture_to_save_yet) {
     actions.savePicture->trigger();
-    EXPECT_EQ(lastOf(messages), u"There is no picture yet."_qs);
+    EXPECT_EQ(lastMessage(messages), u"There is no picture yet."_qs);
 }
 
 TEST_F(PPictureControllerTest, opens_the_dialog_for_names_with_the_camera_in_front) {

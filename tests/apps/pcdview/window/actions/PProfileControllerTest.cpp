@@ -46,7 +46,7 @@ protected:
 
 TEST_F(PProfileControllerTest, applies_what_it_saved) {
     controller->saveTo(file);
-    EXPECT_EQ(lastOf(messages), u"Saved "_qs + file);
+    EXPECT_EQ(lastMessage(messages), u"Saved "_qs + file);
     contrast->setValue(7);
     controller->apply(file);
     EXPECT_EQ(contrast->inDevice, QVariant(5));
@@ -79,10 +79,11 @@ TEST_F(PProfileControllerTest, saves_nothing_of_a_camera_that_was_unplugged) {
     unplugFirst();
     controller->saveTo(file);
     EXPECT_FALSE(QFile::exists(file));
-    EXPECT_TRUE(lastOf(messages).contains(u"unplugged"_qs));
+    EXPECT_TRUE(lastMessage(messages).contains(u"unplugged"_qs));
 }
 
 TEST_F(PProfileControllerTest, reports_a_file_that_cannot_be_written) {
     controller->saveTo(path(u"no folder/profile.json"_qs));
-    EXPECT_TRUE(lastOf(messages).contains(u"no folder"_qs)) << lastOf(messages).toStdString();
+    EXPECT_TRUE(lastMessage(messages).contains(u"no folder"_qs))
+        << lastMessage(messages).toStdString();
 }

@@ -50,7 +50,7 @@ TEST_F(PRecordControllerTest, records_the_camera_in_front_into_the_capture_folde
     actions.record->trigger();
     ASSERT_TRUE(isRecorded());
     EXPECT_EQ(recordings.running().first()->cameraId(), u"Fake-1"_qs);
-    EXPECT_TRUE(lastOf(messages).startsWith(u"Recording to "_qs + captureFolder()));
+    EXPECT_TRUE(lastMessage(messages).startsWith(u"Recording to "_qs + captureFolder()));
 }
 
 TEST_F(PRecordControllerTest, starts_one_by_the_panel_too) {
@@ -65,7 +65,7 @@ TEST_F(PRecordControllerTest, says_in_bar_and_panel_why_none_was_started) {
     actions.record->trigger();
     EXPECT_FALSE(isRecorded());
     EXPECT_FALSE(actions.record->isChecked());
-    EXPECT_TRUE(lastOf(messages).startsWith(u"No recording: "_qs));
+    EXPECT_TRUE(lastMessage(messages).startsWith(u"No recording: "_qs));
     const auto* const text = panels.record->findChild<QLabel*>(u"recordText"_qs);
     ASSERT_NE(text, nullptr);
     EXPECT_TRUE(text->text().remove(QChar(0x200b)).contains(lastOf(messages)));
@@ -81,7 +81,8 @@ TEST_F(PRecordControllerTest, stops_one_only_after_the_user_has_confirmed_it) {
     actions.record->trigger();
     ASSERT_TRUE(waitUntil([this] { return !isRecorded(); }));
     EXPECT_FALSE(actions.record->isChecked());
-    EXPECT_TRUE(lastOf(messages).startsWith(u"Fake-1: "_qs)) << lastOf(messages).toStdString();
+    EXPECT_TRUE(lastMessage(messages).startsWith(u"Fake-1: "_qs))
+        << lastMessage(messages).toStdString();
 }
 
 TEST_F(PRecordControllerTest, checks_the_action_for_the_camera_in_front_alone) {

@@ -99,7 +99,7 @@ TEST_F(PCameraDisplayTest, reports_a_mode_that_the_camera_refuses) {
     first->refusesMode = true;
     ASSERT_EQ(modes.currentIndex(), 0);
     QTest::keyClick(&modes, Qt::Key_Down);
-    EXPECT_NE(lastOf(messages), QString());
+    EXPECT_NE(lastMessage(messages), QString());
     EXPECT_EQ(modes.currentIndex(), 0);
 }
 

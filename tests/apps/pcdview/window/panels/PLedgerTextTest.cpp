@@ -7,7 +7,7 @@
 
 namespace {
 
-PFrameLedger ledgerOf(quint64 delivered, quint64 lostInCamera, quint64 notWanted) {
+PFrameLedger makeLedger(quint64 delivered, quint64 lostInCamera, quint64 notWanted) {
     PFrameLedger ledger;
     ledger.produced = delivered + lostInCamera + notWanted;
     ledger.outcomes[std::size_t(PFrameOutcome::Delivered)] = delivered;
@@ -19,11 +19,11 @@ PFrameLedger ledgerOf(quint64 delivered, quint64 lostInCamera, quint64 notWanted
 } // namespace
 
 TEST(PLedgerTextTest, says_that_none_was_lost) {
-    EXPECT_EQ(PLedgerText::summary(ledgerOf(1203, 0, 0)), u"Frames: 1203, none lost"_qs);
+    EXPECT_EQ(PLedgerText::summary(makeLedger(1203, 0, 0)), u"Frames: 1203, none lost"_qs);
 }
 
 TEST(PLedgerTextTest, says_where_frames_were_lost) {
-    PFrameLedger ledger = ledgerOf(100, 2, 0);
+    PFrameLedger ledger = makeLedger(100, 2, 0);
     ledger.outcomes[std::size_t(PFrameOutcome::DroppedWaiting)] = 5;
     ledger.produced += 5;
     EXPECT_EQ(PLedgerText::brief(ledger), u"Frames: 107, lost: 7"_qs);
@@ -33,11 +33,11 @@ TEST(PLedgerTextTest, says_where_frames_were_lost) {
 }
 
 TEST(PLedgerTextTest, frames_that_nobody_wanted_are_not_lost) {
-    EXPECT_EQ(PLedgerText::lost(ledgerOf(10, 0, 4)), 0u);
+    EXPECT_EQ(PLedgerText::lost(makeLedger(10, 0, 4)), 0u);
 }
 
 TEST(PLedgerTextTest, rows_account_for_every_frame) {
-    PFrameLedger ledger = ledgerOf(100, 2, 4);
+    PFrameLedger ledger = makeLedger(100, 2, 4);
     ledger.produced += 3;
     ledger.waiting = 3;
     ledger.snapshots = 50; // live frames that were forwarded among them
