@@ -9,7 +9,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Times are given by the test: nothing here depends on how fast it runs.
+/// The test provides the times: nothing here depends on how fast it runs.
 const PFpsCounter::Clock::time_point start{1000s};
 
 } // namespace
@@ -35,7 +35,7 @@ TEST(PFpsCounter, does_not_fall_between_two_ticks) {
     EXPECT_DOUBLE_EQ(counter.fps(start + 190ms), 10);
 }
 
-TEST(PFpsCounter, looks_only_at_the_last_second) {
+TEST(PFpsCounter, uses_only_the_last_second) {
     PFpsCounter counter;
     counter.tick(start); // a slow beginning
     for (const auto offset : {1500ms, 1520ms, 1540ms})
@@ -80,7 +80,7 @@ TEST(PFpsCounter, forgets_everything_on_reset) {
     EXPECT_EQ(counter.fps(start + 10ms), 0);
 }
 
-TEST(PFpsCounter, may_be_ticked_and_asked_from_several_threads) {
+TEST(PFpsCounter, may_be_ticked_and_read_from_several_threads) {
     PFpsCounter counter;
     std::thread producer([&] {
         for (int i = 0; i < 500; ++i)

@@ -19,7 +19,7 @@ TEST(PMinMaxRange, with_empty_braces_is_all_zero) {
     EXPECT_EQ(PMinMaxRange<double>{}, (PMinMaxRange<double>{0, 0, 0}));
 }
 
-TEST(PMinMaxRange, goes_into_a_stream_as_minimum_maximum_and_step_of_32_bits_each) {
+TEST(PMinMaxRange, is_written_to_a_stream_as_minimum_maximum_and_step_of_32_bits_each) {
     QByteArray bytes;
     QDataStream out(&bytes, QIODevice::WriteOnly);
     out << PMinMaxRange<int>{-2, 255, 1};

@@ -102,7 +102,7 @@ TEST(PThread, does_nothing_when_stopped_while_not_running) {
     EXPECT_EQ(worker.stops, 0);
 }
 
-TEST(PThread, returns_what_the_stop_hook_answers) {
+TEST(PThread, returns_what_the_stop_hook_returns) {
     Worker worker;
     worker.stopAnswer = PStatus::failure(u"lamp still on"_qs);
     worker.startThread();

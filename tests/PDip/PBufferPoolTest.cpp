@@ -17,7 +17,7 @@ namespace {
 constexpr std::size_t megabyte = std::size_t(1) << 20;
 constexpr std::chrono::hours forEver{1};
 
-/// Not in a forked copy of this one, which has threads if a sanitizer has.
+/// Not in a fork of this process, which has several threads under some sanitizers.
 void runDeathTestsInANewProcess() {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
 }
@@ -50,7 +50,7 @@ TEST(PBufferPool, returns_null_for_nothing_and_for_what_is_not_available) {
     EXPECT_EQ(pool.statistics().usedBytes, 0u);
 }
 
-TEST(PBufferPool, hands_a_buffer_out_again_after_it_was_let_go) {
+TEST(PBufferPool, hands_a_buffer_out_again_after_it_was_released) {
     PBufferPool pool(64 * megabyte, forEver);
     auto buffer = pool.acquire(5 * megabyte);
     const auto* memory = buffer.get();
@@ -79,7 +79,7 @@ TEST(PBufferPool, lets_nearly_equal_sizes_share_buffers_and_others_not) {
     EXPECT_EQ(pool.statistics().reuses, 1u);
 }
 
-TEST(PBufferPool, takes_at_most_a_sixteenth_or_a_page_more_than_it_was_asked_for) {
+TEST(PBufferPool, takes_at_most_a_sixteenth_or_a_page_more_than_was_requested) {
     for (std::size_t size = 1; size < 100 * megabyte; size += 1 + size / 7) {
         PBufferPool pool(megabyte);
         const auto buffer = pool.acquire(size);
@@ -133,7 +133,7 @@ TEST(PBufferPool, keeps_at_most_64_buffers_waiting) {
     EXPECT_EQ(pool.statistics().idleBytes, 64u * 4096);
 }
 
-TEST(PBufferPool, gives_back_what_waited_for_its_time_when_another_is_taken) {
+TEST(PBufferPool, gives_back_what_has_waited_too_long_when_another_is_taken) {
     PBufferPool pool(64 * megabyte, std::chrono::milliseconds(0));
     pool.acquire(2 * megabyte);
     EXPECT_EQ(pool.statistics().idleBytes, 2 * megabyte);
@@ -141,7 +141,7 @@ TEST(PBufferPool, gives_back_what_waited_for_its_time_when_another_is_taken) {
     EXPECT_EQ(pool.statistics().idleBytes, 0u);
 }
 
-TEST(PBufferPool, gives_back_what_waited_for_its_time_when_another_is_let_go) {
+TEST(PBufferPool, gives_back_what_has_waited_too_long_when_another_is_released) {
     PBufferPool pool(64 * megabyte, std::chrono::milliseconds(0));
     auto first = pool.acquire(2 * megabyte);
     auto second = pool.acquire(megabyte);
@@ -184,7 +184,7 @@ TEST(PBufferPool, gets_memory_of_the_system_after_trim_and_not_what_it_had) {
     EXPECT_EQ(pool.statistics().allocations, 2u);
 }
 
-TEST(PBufferPool, may_be_gone_before_its_buffers) {
+TEST(PBufferPool, may_be_destroyed_before_its_buffers) {
     PBufferPool::Buffer buffer;
     {
         PBufferPool pool(64 * megabyte, forEver);
@@ -224,9 +224,8 @@ TEST(PBufferPool, of_images_is_one_for_the_whole_program) {
 
 namespace {
 
-/// Lives in a static, and so is destroyed after main() has returned, in an order that is not
-/// defined. If the pool were gone by then, the program would end by a crash, and the test run with
-/// it.
+/// A static is destroyed after main() has returned, in an undefined order. If the pool were already
+/// destroyed by then, the program would crash, and the test run with it.
 struct LateImage {
     PBufferPool::Buffer buffer;
 };
@@ -250,7 +249,7 @@ TEST(PBufferPoolDeathTest, lets_the_address_sanitizer_find_an_access_behind_a_bu
     EXPECT_DEATH(buffer.get()[1000] = 1, "use-after-poison");
 }
 
-TEST(PBufferPoolDeathTest, lets_the_address_sanitizer_find_an_access_to_a_buffer_let_go) {
+TEST(PBufferPoolDeathTest, lets_the_address_sanitizer_find_an_access_to_a_released_buffer) {
     PBufferPool pool(megabyte);
     auto buffer = pool.acquire(1000);
     unsigned char* memory = buffer.get();

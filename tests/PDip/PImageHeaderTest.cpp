@@ -71,7 +71,7 @@ TEST(PImageHeader, is_not_valid_by_default) {
     EXPECT_EQ(PImageHeader().dataSize(), 0u);
 }
 
-TEST(PImageHeader, knows_the_bytes_of_a_pixel_of_each_format) {
+TEST(PImageHeader, has_the_bytes_per_pixel_of_each_format) {
     const auto bytes = [](ColorFormat format) {
         return PImageHeader(1, 1, format).bytesPerPixel();
     };

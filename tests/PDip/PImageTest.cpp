@@ -85,7 +85,7 @@ TEST(PImage, is_empty_after_creating_one_for_which_there_is_no_memory) {
     EXPECT_TRUE(image.isNull());
 }
 
-TEST(PImage, created_again_leaves_copies_and_drops_what_was_said_of_it) {
+TEST(PImage, created_again_leaves_copies_and_drops_its_information) {
     PImage image = filled(1);
     image.setMetaInformation(someInformation);
     image.setAttachment(std::make_shared<Note>());
@@ -106,7 +106,7 @@ TEST(PImage, takes_pixels_in_with_set) {
     EXPECT_EQ(std::memcmp(pixelData(image), bytes.data(), bytes.size()), 0);
 }
 
-TEST(PImage, set_again_uses_its_memory_again_and_keeps_what_was_said_of_it) {
+TEST(PImage, set_again_uses_its_memory_again_and_keeps_its_information) {
     PImage image = filled(1);
     image.setMetaInformation(someInformation);
     image.setAttachment(std::make_shared<Note>());
@@ -120,7 +120,7 @@ TEST(PImage, set_again_uses_its_memory_again_and_keeps_what_was_said_of_it) {
     EXPECT_TRUE(image.attachment());
 }
 
-TEST(PImage, set_to_another_size_keeps_what_was_said_of_it) {
+TEST(PImage, set_to_another_size_keeps_its_information) {
     PImage image = filled(1);
     image.setMetaInformation(someInformation);
     const std::vector<unsigned char> bytes(16, 7);
@@ -184,7 +184,7 @@ TEST(PImage, opened_for_reading_stays_shared) {
     EXPECT_EQ(image.rawData(AccessMode::Read).constData(), pixelData(copy));
 }
 
-TEST(PImage, opened_for_writing_lets_shared_memory_go) {
+TEST(PImage, opened_for_writing_releases_shared_memory) {
     PImage image = filled(1);
     const PImage copy = image;
     EXPECT_NE(image.rawData(AccessMode::Write).data(), pixelData(copy));
@@ -234,7 +234,7 @@ TEST(PImage, is_moved_without_its_pixels_being_copied) {
     EXPECT_EQ(pixelData(assigned), bytes);
 }
 
-TEST(PImage, changes_its_format_only_to_one_of_the_same_bytes_a_pixel) {
+TEST(PImage, changes_its_format_only_to_one_of_the_same_bytes_per_pixel) {
     PImage image = filled(1, 4, 4, ColorFormat::BgrX);
     const PImage copy = image;
     EXPECT_FALSE(image.reinterpretFormat(ColorFormat::Bgr));
@@ -387,8 +387,8 @@ TEST(PImage, may_be_read_on_one_thread_and_changed_on_another_while_they_share_p
 }
 
 TEST(PImage, may_be_written_in_place_once_another_thread_has_released_it) {
-    // The reader is not waited for in any way but by the count of who holds the pixels: the thread
-    // sanitizer finds it here if that count promises no order.
+    // Only the reference count of the pixels synchronises with the reader: the thread sanitizer
+    // reports a race here if that count does not order the accesses.
     PImage image = filled(1, 64, 64);
     for (int i = 0; i < 200; ++i) {
         std::atomic<int> sum{0};

@@ -91,7 +91,7 @@ TEST(PRaster, of_an_empty_image_has_no_pixels) {
     EXPECT_EQ(raster.begin(), raster.end());
 }
 
-TEST(PRaster, throws_what_is_a_standard_exception_too) {
+TEST(PRaster, throws_an_exception_that_is_also_a_standard_one) {
     PImage image = zeroed(2, 2, ColorFormat::Bgr);
     EXPECT_THROW(Raster(image, AccessMode::ReadWrite), std::exception);
 }

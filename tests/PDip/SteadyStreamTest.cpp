@@ -10,8 +10,8 @@
 #include <deque>
 #include <vector>
 
-// What a stream costs in memory once it runs: nothing for a frame. No clock is looked at: page
-// faults are counted, by the system, and allocations, by the pool.
+// The memory that a running stream needs per frame: none. Nothing is measured with a clock: the
+// system counts page faults, and the pool counts allocations.
 
 namespace {
 
@@ -67,7 +67,7 @@ TEST(SteadyStream, causes_no_page_fault_for_a_frame) {
 }
 
 TEST(SteadyStream, would_cause_thousands_of_page_faults_with_fresh_memory) {
-    // Shows that the count above sees what it is meant to see.
+    // Shows that the count above detects page faults.
     PBufferPool::instance().trim();
     PBufferPool fresh(0);
     const auto buffer = fresh.acquire(frame.dataSize());

@@ -13,7 +13,7 @@ void log(const char* source, const char* text, PLogLevel level = PLogLevel::Info
 
 } // namespace
 
-TEST(PLogCapture, sees_records_of_every_level_and_source) {
+TEST(PLogCapture, receives_records_of_every_level_and_source) {
     const PLogCapture capture;
     log("a", "one", PLogLevel::Debug);
     log("b", "two", PLogLevel::Error);
@@ -24,7 +24,7 @@ TEST(PLogCapture, sees_records_of_every_level_and_source) {
     EXPECT_FALSE(capture.contains(u"on"_qs));
 }
 
-TEST(PLogCapture, forgets_what_it_is_told_to) {
+TEST(PLogCapture, is_empty_after_it_is_cleared) {
     PLogCapture capture;
     log("a", "one");
     capture.clear();
@@ -45,7 +45,7 @@ TEST(PLogCapture, leaves_the_filter_and_the_sinks_as_they_were) {
     EXPECT_FALSE(testing::internal::GetCapturedStderr().empty());
 }
 
-TEST(PLogCapture, sees_qts_own_messages) {
+TEST(PLogCapture, receives_qts_own_messages) {
     const PLogCapture capture;
     qDebug("Clear data: %d", 4);
     EXPECT_TRUE(capture.contains(u"Clear data: 4"_qs, u"qt"_qs));

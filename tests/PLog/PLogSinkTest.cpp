@@ -33,7 +33,7 @@ TEST(formatLogRecord, makes_one_line_of_time_level_source_and_items) {
               u"07:08:09.010 warning PTDevice: one 2"_qs);
 }
 
-TEST(formatLogRecord, adds_the_location_if_asked_to) {
+TEST(formatLogRecord, adds_the_location_on_request) {
     EXPECT_EQ(formatLogRecord(record({u"x"_qs}), true),
               u"07:08:09.010 warning PTDevice: x [void f(), src/f.cpp:12]"_qs);
 }

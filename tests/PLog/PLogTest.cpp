@@ -21,7 +21,7 @@ PMessageStream log(PLogLevel level = PLogLevel::Info) {
     return PLog::logStream(u"test"_qs, {}, {}, 0, level);
 }
 
-/// Does with a record what a test says.
+/// Calls a test's function with each record.
 class CallingSink : public PLogSink {
 public:
     explicit CallingSink(std::function<void(const PLogRecord&)> action)
@@ -32,7 +32,7 @@ private:
     std::function<void(const PLogRecord&)> m_action;
 };
 
-/// A sink in the log for a test's time.
+/// Installs a sink in the log while this object exists.
 class Installed {
 public:
     explicit Installed(std::function<void(const PLogRecord&)> action)
@@ -159,7 +159,7 @@ TEST(PLog, removes_a_sink_only_after_its_write_on_another_thread_has_ended) {
         PLog::removeSink(slow.sink);
         isRemoved = true;
     });
-    // As long as the write lasts; how long it is looked at decides only how surely a fault shows.
+    // Never while the write runs; a longer wait here would only detect a fault more reliably.
     EXPECT_FALSE(waitUntil([&] { return isRemoved.load(); }, std::chrono::milliseconds(50)));
     goOn.open();
     logger.join();
@@ -169,7 +169,7 @@ TEST(PLog, removes_a_sink_only_after_its_write_on_another_thread_has_ended) {
 
 TEST(PLog, calls_a_sink_from_one_thread_at_a_time) {
     std::atomic<int> inside{0}, most{0};
-    int total = 0; // needs no lock, or the thread sanitizer says so
+    int total = 0; // without a lock: the thread sanitizer reports it if one is needed
     const Installed sink([&](const PLogRecord&) {
         most = std::max(most.load(), ++inside);
         ++total;

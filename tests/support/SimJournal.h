@@ -15,7 +15,7 @@ inline std::string line(unsigned index) {
     for (std::string text(256, '\0');; text.resize(text.size() * 4)) {
         ToupcamSim_journal(index, text.data(), unsigned(text.size()));
         const std::size_t length = text.find('\0');
-        // A copy that fills its room may have been cut: ask again with more.
+        // A copy that fills its buffer may have been cut: read it again with a larger one.
         if (length + 1 < text.size())
             return text.substr(0, length);
     }

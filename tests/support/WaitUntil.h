@@ -6,12 +6,11 @@
 
 #include <chrono>
 
-/// How long waitUntil() waits for what does not come: generous, as nobody waits for it unless
-/// something is broken. Where much is broken on purpose (scripts/mutate), PCD_TEST_WAIT_MS says
-/// less.
+/// The timeout of waitUntil(). It is generous, because it passes only if something is broken. Where
+/// much is broken on purpose (scripts/mutate), PCD_TEST_WAIT_MS sets a shorter one.
 inline std::chrono::milliseconds longestWait() {
-    const int wanted = qEnvironmentVariableIntValue("PCD_TEST_WAIT_MS");
-    return std::chrono::milliseconds(wanted > 0 ? wanted : 20'000);
+    const int requested = qEnvironmentVariableIntValue("PCD_TEST_WAIT_MS");
+    return std::chrono::milliseconds(requested > 0 ? requested : 20'000);
 }
 
 /// Runs this thread's event loop until the predicate holds, and returns true then; false if it does

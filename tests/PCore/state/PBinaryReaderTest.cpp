@@ -20,7 +20,7 @@ QByteArray number(T value) {
     return QByteArray(reinterpret_cast<const char*>(&bigEndian), sizeof bigEndian);
 }
 
-/// A document with these records, whatever they are, and a checksum that is right.
+/// A document with these records, valid or not, and the right checksum.
 QByteArray makeDocument(const QByteArray& records) {
     const QByteArray body = number(PBinaryFormat::magic) + number(PBinaryFormat::version) + records;
     return body + number(PBinaryFormat::checksum(body));
@@ -135,14 +135,14 @@ TEST(PBinaryReader, survives_records_of_random_bytes) {
         QByteArray records(1 + random.bounded(60), '\0');
         for (char& byte : records)
             byte = char(random.bounded(3) ? random.bounded(4) : random.bounded(256));
-        // Whatever it says of them, a refusal leaves nothing behind.
+        // Whatever the reason, a refused document leaves nothing behind.
         if (!reader.setDocument(makeDocument(records)).isOk()) {
             EXPECT_EQ(reader.valueNames() + reader.objectNames(), QStringList());
         }
     }
 }
 
-TEST(PBinaryReader, tells_the_byte_where_a_record_starts) {
+TEST(PBinaryReader, reports_the_byte_where_a_record_starts) {
     PBinaryReader reader;
     ASSERT_TRUE(
         reader.setDocument(makeDocument(oneInt + '\1' + text("o") + oneInt + end + end)).isOk());

@@ -59,14 +59,14 @@ const HostileDocument hostileDocuments[] = {
     {"a_type_twice", "{\"a\": {\"$int64\": \"1\", \"$int64\": \"2\"}}", "line 1: not a value"},
     {"a_64_bit_number_as_a_number", "{\"a\": {\"$int64\": 1}}", "line 1: not a value"},
     {"a_64_bit_number_too_large", "{\"a\": {\"$int64\": \"9223372036854775808\"}}", "not a value"},
-    {"a_64_bit_number_that_is_no_number", "{\"a\": {\"$int64\": \"1x\"}}", "not a value"},
+    {"a_64_bit_number_that_is_not_a_number", "{\"a\": {\"$int64\": \"1x\"}}", "not a value"},
     {"bytes_that_are_not_base64", "{\"a\": {\"$bytes\": \"ab*=\"}}", "not a value"},
     {"bytes_that_are_a_number", "{\"a\": {\"$bytes\": 1}}", "not a value"},
     {"a_rectangle_of_three_numbers", "{\"a\": {\"$rect\": [1, 2, 3]}}", "not a value"},
     {"a_rectangle_of_fractions", "{\"a\": {\"$rect\": [1, 2, 3, 4.5]}}", "not a value"},
     {"a_rectangle_of_texts", "{\"a\": {\"$rect\": [1, 2, 3, \"4\"]}}", "not a value"},
     {"a_rectangle_too_wide", "{\"a\": {\"$rect\": [2147483647, 0, 2, 1]}}", "not a value"},
-    {"an_identifier_that_is_none", "{\"a\": {\"$uuid\": \"garbage\"}}", "not a value"},
+    {"an_identifier_that_is_not_valid", "{\"a\": {\"$uuid\": \"garbage\"}}", "not a value"},
     {"null_text_that_is_not_null", "{\"a\": {\"$string\": \"x\"}}", "not a value"},
     {"objects_65_deep", nestedObjects(66), "line 1: objects nested more than 64 deep"},
     {"objects_ten_thousand_deep", nestedObjects(10000), "line 1: not JSON"},
@@ -94,7 +94,7 @@ TEST(PJsonReader, refuses_a_document_over_64_mebibytes) {
     EXPECT_EQ(status.reason(), u"line 1: larger than 64 MiB"_qs);
 }
 
-TEST(PJsonReader, tells_the_line_of_values_and_objects) {
+TEST(PJsonReader, reports_the_line_of_values_and_objects) {
     PJsonReader reader;
     ASSERT_TRUE(reader
                     .setDocument("{\n\"a\": 1,\n\n\"o\": {\"b\": {\"$int64\":\n\"2\"},\n"
@@ -123,7 +123,7 @@ TEST(PJsonReader, takes_json_as_users_and_other_programs_write_it) {
     EXPECT_EQ(reader.objectNames(), QStringList{u"c"_qs});
 }
 
-TEST(PJsonReader, can_be_asked_before_it_has_a_document) {
+TEST(PJsonReader, can_be_read_before_it_has_a_document) {
     const PJsonReader reader;
     EXPECT_EQ(reader.valueNames(), QStringList());
     EXPECT_FALSE(reader.readValue(u"a"_qs).isValid());

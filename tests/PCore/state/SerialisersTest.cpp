@@ -269,7 +269,7 @@ TYPED_TEST(Serialisers, stay_where_they_are_if_there_is_no_such_object) {
     this->writer.writeValue(u"a"_qs, 1);
     this->load();
     EXPECT_FALSE(this->reader.beginObject(u"nothing"_qs));
-    EXPECT_FALSE(this->reader.beginObject(u"a"_qs)) << "a value is no object";
+    EXPECT_FALSE(this->reader.beginObject(u"a"_qs)) << "a value is not an object";
     EXPECT_EQ(this->reader.readValue(u"a"_qs), QVariant(1));
 }
 
@@ -277,7 +277,7 @@ TYPED_TEST(Serialisers, answer_an_invalid_value_and_no_position_for_a_name_that_
     this->writer.beginObject(u"o"_qs);
     this->load();
     EXPECT_FALSE(this->reader.readValue(u"nothing"_qs).isValid());
-    EXPECT_FALSE(this->reader.readValue(u"o"_qs).isValid()) << "an object is no value";
+    EXPECT_FALSE(this->reader.readValue(u"o"_qs).isValid()) << "an object is not a value";
     EXPECT_EQ(this->reader.position(u"nothing"_qs), QString());
 }
 

@@ -39,7 +39,7 @@ TEST(PPostedCallsTest, a_call_may_post_another) {
     EXPECT_TRUE(waitUntil([&] { return second; }));
 }
 
-TEST(PPostedCallsTest, makes_at_once_what_waits_when_told_to_and_only_once) {
+TEST(PPostedCallsTest, makes_the_waiting_calls_at_once_on_request_and_only_once) {
     PPostedCalls calls;
     int made = 0;
     calls.post([&] { ++made; });

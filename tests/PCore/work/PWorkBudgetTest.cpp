@@ -16,7 +16,7 @@ TEST(PWorkBudgetTest, gives_up_to_its_limit_and_again_what_came_back) {
     EXPECT_TRUE(budget.take(4, 6));
 }
 
-TEST(PWorkBudgetTest, gives_to_who_holds_nothing_in_any_case) {
+TEST(PWorkBudgetTest, always_gives_to_a_holder_of_nothing) {
     PWorkBudget budget(10);
     EXPECT_TRUE(budget.take(100, 0));
     EXPECT_TRUE(budget.take(1, 0));

@@ -17,10 +17,10 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// A queue whose first work stands still until open(), so that all after it waits.
+/// The first work of a queue blocks until open(), so that everything after it waits.
 class PWorkQueueTest : public testing::Test {
 protected:
-    /// Pushes the work that stands still; returns when it has begun.
+    /// Pushes the work that blocks; returns when it has begun.
     void block(PWorkQueue& queue, std::size_t cost = 1) {
         const auto begun = std::make_shared<std::promise<void>>();
         ASSERT_TRUE(queue.push(cost, [begun, gate = m_gate] {
@@ -165,7 +165,7 @@ TEST_F(PWorkQueueTest, stopped_while_it_is_full_it_does_what_waits_and_takes_no_
     EXPECT_TRUE(queue.push(1, note(2)));
     EXPECT_FALSE(queue.push(1, note(3)));
     std::thread stopping([&] { queue.stop(); });
-    // What costs nothing finds room in a full queue, but not in a stopped one.
+    // Work that costs nothing fits into a full queue, but a stopped one does not take it.
     EXPECT_TRUE(waitUntil([&] { return !queue.push(0, note(0)); }));
     open();
     stopping.join();
