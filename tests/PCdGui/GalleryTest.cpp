@@ -57,8 +57,8 @@ protected:
     }
 
     QString folder() const {
-        const QString wanted = qEnvironmentVariable("PCD_SCREENSHOTS");
-        return wanted.isEmpty() ? m_temporary.path() : wanted;
+        const QString given = qEnvironmentVariable("PCD_SCREENSHOTS");
+        return given.isEmpty() ? m_temporary.path() : given;
     }
 
     /// Saves a picture of the widget, and returns how many colours it has.
@@ -85,7 +85,7 @@ private:
 };
 
 bool hasRoom(const QWidget* part) {
-    // The line inside a spin box is smaller than a line edit of its own wants to be.
+    // The line edit in a spin box is smaller than a separate one, whose size hint it has.
     if (const auto* const line = qobject_cast<const QLineEdit*>(part))
         return line->fontMetrics().horizontalAdvance(line->text()) <= line->contentsRect().width();
     const QSize need = part->minimumSizeHint();
@@ -125,7 +125,7 @@ TEST_P(GalleryTest, the_page_of_a_device_has_room_for_all_its_parts_at_its_small
     EXPECT_GT(save(page.get(), u"page"_qs), 8);
 }
 
-TEST_P(GalleryTest, the_page_of_a_device_that_is_gone_is_still_to_be_read) {
+TEST_P(GalleryTest, the_page_of_a_device_that_is_gone_can_still_be_read) {
     const std::unique_ptr<QWidget> page(device.createPropertiesWidget(nullptr));
     device.link();
     device.unlink();

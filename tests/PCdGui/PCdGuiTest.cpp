@@ -58,7 +58,7 @@ TEST_F(PCdGuiTest, makes_four_fields_for_a_region) {
     EXPECT_TRUE(makes<PRegionEditor>(&property));
 }
 
-TEST_F(PCdGuiTest, makes_a_label_for_a_kind_that_brings_its_own_panel_and_has_not) {
+TEST_F(PCdGuiTest, makes_a_label_for_a_kind_that_should_bring_its_own_panel_but_does_not) {
     FakeSwitch property("tec", u"Cooler <1>"_qs);
     property.setType(PCD::DevicePropertyType::Custom);
     const std::unique_ptr<QWidget> widget(property.createWidget());

@@ -28,7 +28,7 @@
 
 namespace {
 
-/// A catalogue with the word of a plugin, and with the words of some editors.
+/// A translation catalogue with a text of a plugin, and with texts of some editors.
 class OneWord : public QTranslator {
 public:
     bool isEmpty() const override { return false; }
@@ -165,7 +165,7 @@ TEST_F(PDevicePanelTest, gives_short_titles_no_more_room_than_they_need) {
     EXPECT_EQ(title->width(), QLabel(title->text()).sizeHint().width());
 }
 
-TEST_F(PDevicePanelTest, numbers_of_a_region_stand_below_their_title_and_go_with_it) {
+TEST_F(PDevicePanelTest, shows_the_numbers_of_a_region_below_their_title_and_hides_both_together) {
     const auto labels = panel()->findChildren<PPropertyLabel*>();
     const auto title = std::find_if(labels.begin(), labels.end(),
                                     [](const QLabel* label) { return label->text() == u"ROI"_qs; });
@@ -345,7 +345,7 @@ TEST_F(PDevicePanelLanguage, is_that_of_the_editors_own_words_where_the_device_i
     speakEnglish();
 }
 
-TEST_F(PDevicePanelTest, says_so_where_nothing_matches) {
+TEST_F(PDevicePanelTest, says_if_nothing_matches) {
     EXPECT_FALSE(isNoticeShown(u"No setting matches."_qs));
     panel()->setFilter(u"nothing has this"_qs);
     EXPECT_TRUE(isNoticeShown(u"No setting matches."_qs));

@@ -32,7 +32,7 @@ protected:
     }
     ~PSelectionFrameTest() override { QApplication::setPalette(before); }
 
-    /// How many pixels of the button are of the colour that selected things have.
+    /// The number of pixels of the button in the colour of selected items.
     static int framed(QPushButton& button) {
         const QImage shown = button.grab().toImage().convertToFormat(QImage::Format_RGB32);
         int count = 0;
@@ -45,7 +45,7 @@ protected:
 
     inline static const QColor highlight{10, 120, 230};
     const QPalette before = QApplication::palette();
-    QWidget page; // before the buttons, which are its children: they leave it first
+    QWidget page; // before the buttons, which are its children: they are destroyed first
     QPushButton video;
     QPushButton trigger;
     QPushButton run;
@@ -59,7 +59,7 @@ TEST_P(PSelectionFrameTest, is_around_the_selected_button_only) {
     EXPECT_EQ(framed(trigger), 0);
 }
 
-TEST_P(PSelectionFrameTest, goes_with_the_selection) {
+TEST_P(PSelectionFrameTest, follows_the_selection) {
     QTest::mouseClick(&trigger, Qt::LeftButton);
     EXPECT_GT(framed(trigger), 0);
     EXPECT_EQ(framed(video), 0);
@@ -68,7 +68,7 @@ TEST_P(PSelectionFrameTest, goes_with_the_selection) {
     EXPECT_EQ(framed(trigger), 0);
 }
 
-TEST_P(PSelectionFrameTest, leaves_buttons_alone_that_choose_nothing) {
+TEST_P(PSelectionFrameTest, ignores_buttons_that_choose_nothing) {
     run.setChecked(true);
     EXPECT_EQ(framed(run), 0);
     EXPECT_EQ(run.findChild<PSelectionFrame*>(), nullptr);

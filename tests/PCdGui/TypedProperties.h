@@ -9,7 +9,7 @@
 
 #include <functional>
 
-/// What a fake property answers to a set: what happened, or, as some cameras' adapters do, always
+/// What a fake property returns from a set: what happened, or, as some cameras' adapters do, always
 /// "taken", or the opposite of what happened.
 enum class FakeAnswer { Truth, Taken, Opposite };
 
@@ -88,7 +88,7 @@ public:
     int runs = 0;
 };
 
-/// A region; like some cameras' adapters it answers true where the device refused, and the other
+/// A region; like some cameras' adapters it returns true if the device refused, and the other
 /// way round.
 class FakeRegion : public PDevicePropertyScanArea, public FakeSetting<QRect> {
 public:

@@ -39,7 +39,7 @@ protected:
 
 } // namespace
 
-TEST_F(PDoubleRangeWidgetTest, tells_once_of_another_value_set) {
+TEST_F(PDoubleRangeWidgetTest, emits_once_when_another_value_is_set) {
     widget.setValue(-12.3);
     widget.setValue(-12.3);
     EXPECT_EQ(reported(), Values({-12.3}));
@@ -62,7 +62,7 @@ TEST_F(PDoubleRangeWidgetTest, has_such_tenths_also_by_the_slider) {
     }
 }
 
-TEST_F(PDoubleRangeWidgetTest, tells_once_of_a_range_that_moves_the_value) {
+TEST_F(PDoubleRangeWidgetTest, emits_once_when_a_range_moves_the_value) {
     widget.setRange({-30, 10, 0.1});
     EXPECT_EQ(reported(), Values({10}));
     EXPECT_EQ(widget.range(), (PMinMaxRange<double>{-30, 10, 0.1}));

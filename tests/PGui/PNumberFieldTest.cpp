@@ -55,7 +55,7 @@ TEST_F(PNumberFieldTest, shows_a_value_silently) {
     EXPECT_EQ(edited.size(), 0);
 }
 
-TEST_F(PNumberFieldTest, shows_a_value_that_the_range_has_not_as_it_is) {
+TEST_F(PNumberFieldTest, shows_a_value_outside_the_range_as_it_is) {
     field.showValue(6503);
     EXPECT_EQ(shownText(&field), u"6503"_qs);
     EXPECT_EQ(field.value(), 6503);
@@ -84,14 +84,14 @@ TEST_F(PNumberFieldTest, reports_typing_when_the_focus_leaves) {
     EXPECT_EQ(edits(), Values({125}));
 }
 
-TEST_F(PNumberFieldTest, brings_what_is_entered_to_the_nearest_of_the_range) {
+TEST_F(PNumberFieldTest, changes_what_is_entered_to_the_nearest_value_of_the_range) {
     enter(&field, u"123"_qs);
     enter(&field, u"999"_qs);
     EXPECT_EQ(edits(), Values({125, 200}));
     EXPECT_EQ(shownText(&field), u"200"_qs);
 }
 
-TEST_F(PNumberFieldTest, takes_typing_back_at_escape) {
+TEST_F(PNumberFieldTest, undoes_typing_on_escape) {
     typeInto(&field, u"125"_qs);
     QTest::keyClick(&field, Qt::Key_Escape);
     other.setFocus();
@@ -99,13 +99,13 @@ TEST_F(PNumberFieldTest, takes_typing_back_at_escape) {
     EXPECT_EQ(edited.size(), 0);
 }
 
-TEST_F(PNumberFieldTest, shows_the_value_again_when_what_is_typed_is_no_number) {
+TEST_F(PNumberFieldTest, shows_the_value_again_when_what_is_typed_is_not_a_number) {
     enter(&field, u"-"_qs);
     EXPECT_EQ(shownText(&field), u"50"_qs);
     EXPECT_EQ(edited.size(), 0);
 }
 
-TEST_F(PNumberFieldTest, takes_no_letters_that_its_unit_has_not) {
+TEST_F(PNumberFieldTest, accepts_only_the_letters_of_its_unit) {
     typeInto(&field, u"1x2y5"_qs);
     EXPECT_EQ(shownText(&field), u"125"_qs);
 }
@@ -129,14 +129,14 @@ TEST_F(PNumberFieldTest, keeps_all_selected_while_the_value_moves) {
     EXPECT_EQ(edits(), Values({120}));
 }
 
-TEST_F(PNumberFieldTest, goes_by_steps_with_the_arrow_keys_and_by_ten_with_the_page_keys) {
+TEST_F(PNumberFieldTest, moves_by_steps_with_the_arrow_keys_and_by_ten_with_the_page_keys) {
     QTest::keyClick(&field, Qt::Key_Up);
     QTest::keyClick(&field, Qt::Key_Down);
     QTest::keyClick(&field, Qt::Key_PageUp);
     EXPECT_EQ(edits(), Values({55, 50, 100}));
 }
 
-TEST_F(PNumberFieldTest, goes_by_steps_with_the_wheel) {
+TEST_F(PNumberFieldTest, moves_by_steps_with_the_wheel) {
     turnWheel(&field, 2);
     EXPECT_EQ(edits(), Values({60}));
 }
@@ -155,7 +155,7 @@ TEST_F(PNumberFieldTest, does_not_step_beyond_the_ends) {
     EXPECT_EQ(edited.size(), 0);
 }
 
-TEST_F(PNumberFieldTest, steps_from_outside_to_the_end_next_to_it) {
+TEST_F(PNumberFieldTest, steps_from_outside_to_the_nearest_end) {
     field.showValue(6503);
     QTest::keyClick(&field, Qt::Key_Up);
     EXPECT_EQ(edited.size(), 0);

@@ -42,7 +42,7 @@ INSTANTIATE_TEST_SUITE_P(
                     TypedNumber{"endless", "en_US", "inf", std::nullopt}),
     RowName());
 
-TEST(PNumberText, writes_the_decimals_asked_for_and_the_unit) {
+TEST(PNumberText, writes_the_requested_decimals_and_the_unit) {
     const PNumberText text(u" °C"_qs);
     EXPECT_EQ(text.toText(-2.5, 1, QLocale::c()), u"-2.5 °C"_qs);
     EXPECT_EQ(text.toText(3, 1, QLocale::c()), u"3.0 °C"_qs);

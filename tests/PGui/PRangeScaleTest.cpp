@@ -65,7 +65,7 @@ INSTANTIATE_TEST_SUITE_P(
                          2147483646}),
     RowName());
 
-TEST_P(PRangeScaleStep, goes_by_steps) {
+TEST_P(PRangeScaleStep, moves_by_steps) {
     const Step& row = GetParam();
     EXPECT_EQ(PRangeScale(row.range).stepped(row.value, row.count), row.expected);
 }

@@ -49,21 +49,21 @@ TEST_F(PRangeSliderTest, moves_a_position_where_a_step_is_too_small_to_see) {
     EXPECT_EQ(picked(), 5000);
 }
 
-TEST_F(PRangeSliderTest, goes_to_the_exact_ends_by_home_and_end) {
+TEST_F(PRangeSliderTest, moves_to_the_exact_ends_with_home_and_end) {
     QTest::keyClick(&slider, Qt::Key_End);
     EXPECT_EQ(picked(), 50000000);
     QTest::keyClick(&slider, Qt::Key_Home);
     EXPECT_EQ(picked(), 10);
 }
 
-TEST_F(PRangeSliderTest, goes_a_tenth_of_its_way_by_the_page_keys) {
+TEST_F(PRangeSliderTest, moves_a_tenth_of_its_way_with_the_page_keys) {
     slider.setScale(PRangeScale({0, 200, 1}));
     slider.showValue(50);
     QTest::keyClick(&slider, Qt::Key_PageUp);
     EXPECT_EQ(picked(), 70);
 }
 
-TEST_F(PRangeSliderTest, goes_by_steps_with_the_wheel_and_ten_at_once_with_control) {
+TEST_F(PRangeSliderTest, moves_by_steps_with_the_wheel_and_by_ten_with_control) {
     turnWheel(&slider, 1);
     EXPECT_EQ(picked(), 1100);
     slider.setScale(PRangeScale({0, 200, 1}));
@@ -89,7 +89,8 @@ TEST_F(PRangeSliderTest, reaches_the_exact_ends_when_dragged_to_them) {
     EXPECT_EQ(picked(), 10);
 }
 
-TEST_F(PRangeSliderTest, leaves_the_handle_in_the_hand_and_lets_it_go_to_the_value) {
+TEST_F(PRangeSliderTest,
+       leaves_the_handle_alone_while_it_is_held_and_moves_it_to_the_value_afterwards) {
     slider.setSliderDown(true);
     slider.setSliderPosition(700);
     slider.showValue(1000);

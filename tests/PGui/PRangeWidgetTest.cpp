@@ -38,7 +38,7 @@ protected:
 
 } // namespace
 
-TEST_F(PRangeWidgetTest, tells_once_of_another_value_set) {
+TEST_F(PRangeWidgetTest, emits_once_when_another_value_is_set) {
     widget.setValue(50);
     widget.setValue(50);
     EXPECT_EQ(reported(), Values({50}));
@@ -50,13 +50,13 @@ TEST_F(PRangeWidgetTest, shows_the_value_in_both_parts) {
     EXPECT_EQ(slider()->value(), 40);
 }
 
-TEST_F(PRangeWidgetTest, brings_a_value_outside_to_the_end) {
+TEST_F(PRangeWidgetTest, changes_a_value_outside_the_range_to_its_end) {
     widget.setValue(1000);
     widget.setValue(-5);
     EXPECT_EQ(reported(), Values({230, 10}));
 }
 
-TEST_F(PRangeWidgetTest, brings_a_value_between_steps_to_the_nearest) {
+TEST_F(PRangeWidgetTest, rounds_a_value_between_steps_to_the_nearest) {
     widget.setRange({0, 99, 10});
     spy.clear();
     widget.setValue(47);
@@ -65,25 +65,25 @@ TEST_F(PRangeWidgetTest, brings_a_value_between_steps_to_the_nearest) {
     EXPECT_EQ(reported(), Values({50, 99}));
 }
 
-TEST_F(PRangeWidgetTest, tells_once_of_a_range_that_moves_the_value) {
+TEST_F(PRangeWidgetTest, emits_once_when_a_range_moves_the_value) {
     widget.setRange({10, 100, 1});
     EXPECT_EQ(reported(), Values({100}));
     EXPECT_EQ(widget.range(), (PMinMaxRange<int>{10, 100, 1}));
 }
 
-TEST_F(PRangeWidgetTest, says_nothing_of_a_range_that_leaves_the_value) {
+TEST_F(PRangeWidgetTest, emits_nothing_when_a_range_leaves_the_value) {
     widget.setRange({0, 1000, 1});
     EXPECT_EQ(spy.size(), 0);
     EXPECT_EQ(widget.value(), 120);
 }
 
-TEST_F(PRangeWidgetTest, moves_the_slider_with_the_field_and_tells_once) {
+TEST_F(PRangeWidgetTest, moves_the_slider_with_the_field_and_emits_once) {
     enter(field(), u"60"_qs);
     EXPECT_EQ(slider()->value(), 50);
     EXPECT_EQ(reported(), Values({60}));
 }
 
-TEST_F(PRangeWidgetTest, moves_the_field_with_the_slider_and_tells_once) {
+TEST_F(PRangeWidgetTest, moves_the_field_with_the_slider_and_emits_once) {
     slider()->setFocus();
     QTest::keyClick(slider(), Qt::Key_Right);
     EXPECT_EQ(shownText(field()), u"121"_qs);
@@ -136,7 +136,7 @@ TEST_F(PRangeWidgetTest, takes_a_step_that_is_not_positive_as_one) {
     EXPECT_EQ(widget.value(), 7);
 }
 
-TEST_F(PRangeWidgetTest, gives_the_focus_to_the_field_which_is_its_only_stop_for_tab) {
+TEST_F(PRangeWidgetTest, gives_the_focus_to_the_field_which_is_its_only_tab_stop) {
     widget.setFocus();
     EXPECT_TRUE(field()->hasFocus());
     QTest::keyClick(field(), Qt::Key_Tab);

@@ -41,10 +41,10 @@ TEST_P(PTimeTextWritten, is_read_as_what_it_was) {
 INSTANTIATE_TEST_SUITE_P(Rows, PTimeTextWritten,
                          testing::Values(Written{"nothing", 0, "0 µs"},
                                          Written{"ten_microseconds", 10, "10 µs"},
-                                         Written{"just_no_millisecond", 999, "999 µs"},
+                                         Written{"just_below_a_millisecond", 999, "999 µs"},
                                          Written{"a_millisecond", 1000, "1 ms"},
                                          Written{"all_digits", 12345, "12.345 ms"},
-                                         Written{"just_no_second", 999999, "999.999 ms"},
+                                         Written{"just_below_a_second", 999999, "999.999 ms"},
                                          Written{"a_second", 1000000, "1 s"},
                                          Written{"all_digits_of_seconds", 49999999, "49.999999 s"},
                                          Written{"fifty_seconds", 50000000, "50 s"}),
@@ -76,7 +76,7 @@ INSTANTIATE_TEST_SUITE_P(
                     TypedTime{"nothing", "", 100, std::nullopt}),
     RowName());
 
-TEST(PTimeText, reads_and_writes_a_decimal_comma_where_it_is_usual) {
+TEST(PTimeText, reads_and_writes_a_decimal_comma_where_the_locale_does) {
     const QLocale russian(u"ru_RU"_qs);
     EXPECT_EQ(PTimeText().toText(12500, 0, russian), u"12,5 ms"_qs);
     EXPECT_EQ(PTimeText().toValue(u"12,5 ms"_qs, 0, russian), 12500);

@@ -39,8 +39,8 @@ inline void turnWheel(QWidget* over, int notches, Qt::KeyboardModifiers modifier
     QWheelEvent event(place, over->mapToGlobal(place), QPoint(),
                       QPoint(0, notches * QWheelEvent::DefaultDeltasPerStep), Qt::NoButton,
                       modifiers, Qt::NoScrollPhase, false);
-    // Only what comes from outside goes on to the parents of a widget that does not want it, and
-    // sendEvent() would make it an event of the program's own.
+    // Qt passes only spontaneous events on to the parents of a widget that ignores them, and
+    // sendEvent() would mark it as not spontaneous.
     QSpontaneKeyEvent::setSpontaneous(&event);
     qApp->notify(over, &event);
 }

@@ -28,7 +28,7 @@ protected:
         device->supportProperties();
     }
 
-    /// To be called when the property is as the test wants it.
+    /// To be called when the test has prepared the property.
     void open() {
         editor = qobject_cast<PPropertyEditor*>(PCdGui::createEditor(property));
         ASSERT_NE(editor, nullptr);
@@ -44,10 +44,10 @@ protected:
         return editor->findChild<Part*>();
     }
 
-    /// Runs what was deferred to the next turn of the event loop.
+    /// Runs what was deferred to the next iteration of the event loop.
     static void turn() { QCoreApplication::processEvents(); }
 
-    /// The device itself changes its value, and reports that.
+    /// The device changes its value by itself, and reports that.
     template <typename T>
     void deviceBecomes(const T& value) {
         property->inDevice = value;
@@ -78,7 +78,7 @@ protected:
 };
 
 inline auto everyAnswer() {
-    return testing::Values(AnswerRow{"when_it_says_so", FakeAnswer::Truth},
-                           AnswerRow{"when_it_says_that_it_took_it", FakeAnswer::Taken},
-                           AnswerRow{"when_its_answers_mean_the_opposite", FakeAnswer::Opposite});
+    return testing::Values(AnswerRow{"when_it_returns_false", FakeAnswer::Truth},
+                           AnswerRow{"when_it_returns_true", FakeAnswer::Taken},
+                           AnswerRow{"when_it_returns_the_opposite", FakeAnswer::Opposite});
 }

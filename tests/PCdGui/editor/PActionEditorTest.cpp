@@ -26,7 +26,7 @@ TEST_F(PActionEditorTest, shows_the_title_on_the_button) {
     EXPECT_EQ(button()->accessibleName(), u"Black & white"_qs);
 }
 
-TEST_F(PActionEditorTest, runs_once_a_click) {
+TEST_F(PActionEditorTest, runs_once_per_click) {
     open();
     EXPECT_EQ(property->runs, 0);
     QTest::mouseClick(button(), Qt::LeftButton);
@@ -52,7 +52,7 @@ TEST_F(PActionEditorTest, runs_nothing_when_the_device_changes) {
     EXPECT_EQ(property->runs, 0);
 }
 
-TEST_F(PActionEditorTest, has_no_menu_for_there_is_nothing_to_reset) {
+TEST_F(PActionEditorTest, has_no_menu_because_there_is_nothing_to_reset) {
     open();
     QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(2, 2), editor->mapToGlobal(QPoint()));
     QApplication::sendEvent(button(), &event);

@@ -78,7 +78,7 @@ TEST_P(PChoiceEditorRefusal, shows_what_the_device_has) {
     EXPECT_EQ(box()->currentText(), u"0°"_qs);
 }
 
-TEST_P(PChoiceEditorRefusal, is_said_with_what_the_device_kept) {
+TEST_P(PChoiceEditorRefusal, is_reported_with_the_value_that_the_device_kept) {
     const QSignalSpy refused(editor, &PPropertyEditor::refused);
     QTest::keyClick(box(), Qt::Key_Down);
     turn();
@@ -88,7 +88,7 @@ TEST_P(PChoiceEditorRefusal, is_said_with_what_the_device_kept) {
 
 INSTANTIATE_TEST_SUITE_P(Rows, PChoiceEditorRefusal, everyAnswer(), RowName());
 
-TEST_F(PChoiceEditorTest, has_no_words_for_what_was_kept_if_that_is_no_choice) {
+TEST_F(PChoiceEditorTest, does_not_name_the_kept_value_if_it_is_not_a_choice) {
     open();
     deviceBecomes(itemId(9));
     property->refuses = true;

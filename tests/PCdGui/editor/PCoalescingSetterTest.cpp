@@ -48,7 +48,8 @@ TEST_F(PCoalescingSetterTest, says_once_that_a_value_was_refused) {
     EXPECT_EQ(settled.size(), 1);
 }
 
-TEST_F(PCoalescingSetterTest, sets_nothing_that_the_property_has_but_says_it_is_settled) {
+TEST_F(PCoalescingSetterTest,
+       does_not_set_the_value_that_the_property_has_but_reports_it_as_settled) {
     sender.post(5);
     turn();
     EXPECT_EQ(sets(), 0);
@@ -83,7 +84,7 @@ TEST_F(PCoalescingSetterTest, sends_what_is_posted_while_it_sets) {
     EXPECT_EQ(sets(), 2);
 }
 
-TEST(PCoalescingSetter, says_nothing_was_refused_where_the_device_does_not_answer_any_more) {
+TEST(PCoalescingSetter, reports_no_refusal_if_the_device_no_longer_answers) {
     auto* const property = new FakeProperty("gain", 5); // the device's
     auto* const device = new FakeDevice;                // the register's
     device->makeProperties = [&] { return QList<PDeviceProperty*>{property}; };

@@ -99,7 +99,7 @@ TEST_P(PNumberEditorRefusal, shows_what_the_device_has) {
     EXPECT_EQ(slider()->value(), 100);
 }
 
-TEST_P(PNumberEditorRefusal, is_said_with_what_the_device_kept) {
+TEST_P(PNumberEditorRefusal, is_reported_with_the_value_that_the_device_kept) {
     const QSignalSpy refused(editor, &PPropertyEditor::refused);
     enter(field(), u"250"_qs);
     turn();
@@ -145,7 +145,7 @@ TEST_F(PNumberEditorTest, sets_nothing_when_the_slider_comes_back_within_a_turn)
     EXPECT_EQ(shownText(field()), u"100"_qs);
 }
 
-TEST_F(PNumberEditorTest, lets_the_handle_go_to_the_truth_after_a_refused_drag) {
+TEST_F(PNumberEditorTest, returns_the_handle_to_the_real_value_after_a_refused_drag) {
     property->refuses = true;
     open();
     slider()->setSliderDown(true);
@@ -214,7 +214,7 @@ TEST_F(PNumberEditorTest, reaches_both_ends_of_a_time_exactly_by_the_slider) {
 }
 
 TEST(PNumberEditor, has_only_a_field_where_there_is_no_range) {
-    FakeNumber property("n", u"N"_qs, {0, 10, 1}, 5); // never taken: no range known
+    FakeNumber property("n", u"N"_qs, {0, 10, 1}, 5); // no device has taken it: no range known
     const std::unique_ptr<QWidget> editor(PCdGui::createEditor(&property));
     editor->show();
     EXPECT_FALSE(editor->findChild<PRangeSlider*>()->isVisible());

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// What all editors have in common, tried with a number's.
+/// What all editors have in common, tested with that of a number.
 class PPropertyEditorTest : public EditorBench<FakeNumber> {
 protected:
     using Sets = QList<int>;
@@ -40,7 +40,7 @@ TEST_F(PPropertyEditorTest, has_the_title_as_its_name_and_passes_it_on) {
     EXPECT_EQ(field()->accessibleName(), u"Gain"_qs);
 }
 
-TEST_F(PPropertyEditorTest, tells_description_range_and_default_in_its_tool_tip) {
+TEST_F(PPropertyEditorTest, shows_description_range_and_default_in_its_tool_tip) {
     property->setDescription(u"Keep it < 300."_qs);
     property->setDefaultValue(120);
     open();
@@ -108,7 +108,7 @@ TEST_F(PPropertyEditorTest, is_disabled_from_the_start_for_a_device_that_is_gone
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
-TEST_F(PPropertyEditorTest, outlives_the_device_with_a_value_that_waits_and_typing_begun) {
+TEST_F(PPropertyEditorTest, outlives_the_device_with_a_waiting_value_and_typing_begun) {
     open();
     enter(field(), u"250"_qs);
     typeInto(field(), u"300"_qs);
@@ -122,7 +122,7 @@ TEST_F(PPropertyEditorTest, outlives_the_device_with_a_value_that_waits_and_typi
     EXPECT_EQ(resetOfMenuOver(editor), nullptr);
 }
 
-TEST_F(PPropertyEditorTest, dies_before_the_property_without_a_trace) {
+TEST_F(PPropertyEditorTest, can_be_destroyed_before_the_property) {
     open();
     delete editor;
     deviceBecomes(7);
@@ -131,7 +131,7 @@ TEST_F(PPropertyEditorTest, dies_before_the_property_without_a_trace) {
     EXPECT_TRUE(property->sets.isEmpty());
 }
 
-TEST_F(PPropertyEditorTest, sends_what_waits_when_it_dies) {
+TEST_F(PPropertyEditorTest, sends_what_waits_when_it_is_destroyed) {
     open();
     enter(field(), u"250"_qs);
     EXPECT_TRUE(property->sets.isEmpty());
@@ -139,7 +139,7 @@ TEST_F(PPropertyEditorTest, sends_what_waits_when_it_dies) {
     EXPECT_EQ(property->sets, Sets({250}));
 }
 
-TEST_F(PPropertyEditorTest, dies_in_peace_while_something_is_being_typed) {
+TEST_F(PPropertyEditorTest, can_be_destroyed_while_something_is_being_typed) {
     open();
     typeInto(field(), u"250"_qs);
     delete editor;
@@ -186,7 +186,7 @@ TEST_F(PPropertyEditorTest, does_not_reset_to_a_default_that_the_property_cannot
                                 "from 0 to 500"_qs);
 }
 
-TEST_F(PPropertyEditorTest, says_so_where_there_is_no_default) {
+TEST_F(PPropertyEditorTest, says_if_there_is_no_default) {
     open();
     const QAction* const reset = resetOfMenuOver(editor);
     ASSERT_NE(reset, nullptr);

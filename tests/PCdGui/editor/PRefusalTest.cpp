@@ -20,7 +20,7 @@ QVariant makePair(int saved, int leftOut) {
 struct NumberRow {
     const char* name;
     int before;
-    int asked;
+    int requested;
     int now;
     int step;
     bool isRefusal;
@@ -30,10 +30,10 @@ class PRefusalNumberTest : public testing::TestWithParam<NumberRow> {};
 
 } // namespace
 
-TEST_P(PRefusalNumberTest, is_told_from_rounding) {
+TEST_P(PRefusalNumberTest, is_distinguished_from_rounding) {
     const NumberRow& row = GetParam();
     const auto range = QVariant::fromValue(PMinMaxRange<int>{-1'000'000, 1'000'000, row.step});
-    EXPECT_EQ(PRefusal::isOne(row.before, row.asked, row.now, range), row.isRefusal);
+    EXPECT_EQ(PRefusal::isOne(row.before, row.requested, row.now, range), row.isRefusal);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -70,7 +70,7 @@ TEST(PRefusalTest, anything_else_is_refused_if_it_stays) {
     EXPECT_FALSE(PRefusal::isOne(whole, QRect(0, 0, 641, 481), QRect(0, 0, 640, 480), QVariant()));
 }
 
-TEST(PRefusalTest, a_record_of_fields_is_refused_if_what_is_saved_of_it_stays) {
+TEST(PRefusalTest, a_composite_is_refused_if_its_saved_fields_stay) {
     EXPECT_TRUE(PRefusal::isOne(makePair(1, 5), makePair(2, 5), makePair(1, 6), QVariant()));
     EXPECT_FALSE(PRefusal::isOne(makePair(1, 5), makePair(2, 5), makePair(2, 6), QVariant()));
     EXPECT_FALSE(PRefusal::isOne(makePair(1, 5), makePair(2, 5), makePair(3, 5), QVariant()));

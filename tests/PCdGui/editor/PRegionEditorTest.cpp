@@ -15,9 +15,9 @@ protected:
         : EditorBench("roi") {}
 
     PNumberField* field(const char* name) const {
-        const QString wanted = u"ROI: "_qs + QString::fromLatin1(name);
+        const QString expected = u"ROI: "_qs + QString::fromLatin1(name);
         for (PNumberField* candidate : editor->findChildren<PNumberField*>()) {
-            if (candidate->accessibleName() == wanted)
+            if (candidate->accessibleName() == expected)
                 return candidate;
         }
         return nullptr;
@@ -44,7 +44,7 @@ TEST_F(PRegionEditorTest, shows_what_the_property_has) {
     EXPECT_TRUE(property->sets.isEmpty());
 }
 
-TEST_F(PRegionEditorTest, sets_once_an_edit) {
+TEST_F(PRegionEditorTest, sets_once_per_edit) {
     open();
     enterInto("Width", 640);
     EXPECT_EQ(property->sets, Sets({QRect(0, 0, 640, 1080)}));
@@ -72,14 +72,14 @@ TEST_F(PRegionEditorTest, makes_the_region_smaller_where_a_corner_leaves_too_lit
     EXPECT_EQ(shown(), property->inDevice);
 }
 
-TEST_F(PRegionEditorTest, brings_sizes_to_steps_and_minimum) {
+TEST_F(PRegionEditorTest, rounds_sizes_to_the_steps_and_the_minimum) {
     open();
     enterInto("Width", 641);
     enterInto("Height", 1);
     EXPECT_EQ(property->sets, Sets({QRect(0, 0, 640, 1080), QRect(0, 0, 640, 4)}));
 }
 
-TEST_F(PRegionEditorTest, goes_by_steps_with_the_arrow_keys) {
+TEST_F(PRegionEditorTest, moves_by_steps_with_the_arrow_keys) {
     open();
     field("Width")->setFocus();
     QTest::keyClick(field("Width"), Qt::Key_Down);
@@ -109,7 +109,7 @@ TEST_P(PRegionEditorRefusal, shows_what_the_device_has) {
     EXPECT_EQ(shown(), whole);
 }
 
-TEST_P(PRegionEditorRefusal, is_said_with_what_the_device_kept) {
+TEST_P(PRegionEditorRefusal, is_reported_with_the_value_that_the_device_kept) {
     const QSignalSpy refused(editor, &PPropertyEditor::refused);
     enterInto("Width", 640);
     turn();
@@ -136,7 +136,7 @@ TEST_F(PRegionEditorTest, follows_the_range) {
     EXPECT_TRUE(property->sets.isEmpty());
 }
 
-TEST_F(PRegionEditorTest, is_disabled_where_the_device_cannot_say_its_bounds) {
+TEST_F(PRegionEditorTest, is_disabled_if_the_device_cannot_report_its_bounds) {
     property->rangeInDevice = PScanAreaRange();
     property->updateValueFromDevice();
     open();
@@ -144,7 +144,7 @@ TEST_F(PRegionEditorTest, is_disabled_where_the_device_cannot_say_its_bounds) {
     EXPECT_FALSE(part<QPushButton>()->isEnabled());
 }
 
-TEST_F(PRegionEditorTest, is_walked_through_with_tab) {
+TEST_F(PRegionEditorTest, can_be_walked_through_with_tab) {
     open();
     editor->setFocus();
     EXPECT_EQ(QApplication::focusWidget(), field("X"));

@@ -25,7 +25,7 @@ TEST_F(PSwitchEditorTest, shows_what_the_property_has) {
     EXPECT_TRUE(property->sets.isEmpty());
 }
 
-TEST_F(PSwitchEditorTest, sets_once_a_click) {
+TEST_F(PSwitchEditorTest, sets_once_per_click) {
     open();
     box()->click();
     turn();
@@ -60,7 +60,7 @@ TEST_P(PSwitchEditorRefusal, shows_what_the_device_has) {
     EXPECT_FALSE(box()->isChecked());
 }
 
-TEST_P(PSwitchEditorRefusal, is_said_with_what_the_device_kept) {
+TEST_P(PSwitchEditorRefusal, is_reported_with_the_value_that_the_device_kept) {
     const QSignalSpy refused(editor, &PPropertyEditor::refused);
     box()->click();
     turn();

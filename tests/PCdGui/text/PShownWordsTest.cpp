@@ -82,7 +82,7 @@ TEST_F(PShownWordsTest, are_on_the_page_behind_but_not_on_what_is_hidden) {
     EXPECT_FALSE(isShown("In another window"));
 }
 
-TEST_F(PShownWordsTest, are_not_the_names_for_who_cannot_see) {
+TEST_F(PShownWordsTest, are_not_the_accessible_names) {
     (new QPushButton(words("VIDEO"), &panel))->setAccessibleName(words("nav"));
     EXPECT_FALSE(PShownWords::on(panel).contains(words("nav")));
 }
