@@ -10,7 +10,7 @@
 #include <functional>
 #include <initializer_list>
 
-/// A device without a camera: it returns what it is set to and records the calls it receives.
+/// A device without a camera: a test sets what it returns, and it records the calls it receives.
 class FakeDevice : public PDevice {
 public:
     explicit FakeDevice(const QByteArray& model = "Fake", const QByteArray& serial = "1")
@@ -33,9 +33,9 @@ public:
         return note("stop", !refusesStop);
     }
     PDeviceMode getCurrentMode() override { return mode; }
-    bool trySetMode(const PDeviceMode& wanted) override {
+    bool trySetMode(const PDeviceMode& requested) override {
         if (!refusesMode)
-            mode = wanted;
+            mode = requested;
         return note("mode", !refusesMode);
     }
     QList<PDeviceMode> getSupportModes() override { return modes; }

@@ -5,7 +5,7 @@
 
 #include <QStringList>
 
-/// A property whose device is a variable. It records the calls it receives.
+/// A property with a variable in place of a device. It records the calls it receives.
 class FakeProperty : public PDeviceProperty {
 public:
     explicit FakeProperty(const QByteArray& id, const QVariant& value = 5)
@@ -34,7 +34,7 @@ public:
     QVariant rangeInDevice;
     QVariant becomes; ///< the value that the device stores for any value it takes, if valid
     bool refuses = false;
-    bool answersTaken = false;    ///< always true, as some devices do
-    bool answersOpposite = false; ///< false for what it took, as some devices do
+    bool answersTaken = false;    ///< returns true in any case, as some devices do
+    bool answersOpposite = false; ///< returns false for what it took, as some devices do
     QStringList calls;
 };

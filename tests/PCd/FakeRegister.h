@@ -6,7 +6,7 @@
 
 #include <functional>
 
-/// A register whose devices are those it is given.
+/// A register of given devices.
 class FakeRegister : public PDeviceRegister {
 public:
     explicit FakeRegister(const QList<PDevice*>& present = {})
@@ -15,7 +15,7 @@ public:
     }
 
     QList<PDevice*> aliveDevices() override {
-        ++asked;
+        ++searches;
         if (whenAsked)
             whenAsked();
         return alive;
@@ -23,5 +23,5 @@ public:
 
     QList<PDevice*> alive;
     std::function<void()> whenAsked;
-    int asked = 0;
+    int searches = 0;
 };

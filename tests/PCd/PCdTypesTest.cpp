@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The codes that plugins pass as numbers: they are a promise.
+// The codes that plugins pass as numbers, and which therefore must not change.
 #include <PCd/PCdTypes.h>
 
 #include <support/RowName.h>

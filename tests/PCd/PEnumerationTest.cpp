@@ -43,7 +43,7 @@ TEST(PEnumeration, finds_the_first_item_of_an_id) {
     EXPECT_EQ(enumeration.getItem(idTwo).name, u"D"_qs);
 }
 
-TEST(PEnumeration, gives_an_empty_item_for_an_id_it_has_not) {
+TEST(PEnumeration, gives_an_empty_item_for_an_unknown_id) {
     const PEnumerationItem item = twoItems().getItem(QUuid());
     EXPECT_EQ(item, PEnumerationItem());
 }
@@ -65,7 +65,7 @@ TEST(PEnumeration, is_equal_only_if_every_field_of_every_item_is) {
     EXPECT_TRUE(enumeration != twoItems());
 }
 
-TEST(PEnumeration, goes_into_a_stream_as_the_number_of_items_and_their_fields) {
+TEST(PEnumeration, is_written_to_a_stream_as_the_number_of_items_and_their_fields) {
     EXPECT_EQ(streamForm(twoItems()).toHex(),
               QByteArray("00000002"
                          "00112233445566778899aabbccddeeff" // id
@@ -111,7 +111,7 @@ TEST(PEnumeration, comes_back_empty_from_any_stream_that_ends_early) {
     }
 }
 
-TEST(PEnumeration, believes_no_number_of_items_that_are_not_there) {
+TEST(PEnumeration, does_not_trust_a_number_of_items_that_are_not_there) {
     PEnumeration enumeration;
     QDataStream in(QByteArray::fromHex("ffffffff"));
     in >> enumeration;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A separate program: using a type in a variant registers it with Qt too, and nothing here must use
-// one before it is looked up.
+// A separate program: using a type in a variant also registers it with Qt, and nothing here must do
+// that before the type is looked up.
 #include <PCd/PMetaTypes.h>
 
 #include <PCd/PEnumeration.h>

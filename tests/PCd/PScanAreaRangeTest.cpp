@@ -41,7 +41,7 @@ TEST(PScanAreaRange, is_equal_only_if_every_field_is) {
     EXPECT_TRUE(other != example);
 }
 
-TEST(PScanAreaRange, goes_into_a_stream_as_bounds_and_five_numbers) {
+TEST(PScanAreaRange, is_written_to_a_stream_as_bounds_and_five_numbers) {
     EXPECT_EQ(streamForm(example).toHex(), // a QRect is left, top, right, bottom
               QByteArray("00000000"
                          "00000000"

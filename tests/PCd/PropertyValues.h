@@ -10,7 +10,7 @@
 constexpr int least = std::numeric_limits<int>::min();
 constexpr int most = std::numeric_limits<int>::max();
 
-/// An id for a choice, different for each number.
+/// The id of an item, different for each number.
 inline QUuid itemId(int number) {
     return QUuid(0, 0, 0, 0, 0, 0, 0, 0, 0, 0, uchar(number));
 }

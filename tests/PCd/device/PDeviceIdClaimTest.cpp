@@ -106,7 +106,7 @@ TEST(PDeviceIdClaim, that_was_released_leaves_the_id_to_its_new_holder) {
     EXPECT_EQ(third.id(wanting("handed over")), "handed over#2");
 }
 
-TEST(PDeviceIdClaim, puts_the_id_of_the_register_before_it) {
+TEST(PDeviceIdClaim, has_the_id_of_the_register_before_it) {
     auto* const device = new FakeDevice("Member", "1"); // the register deletes it
     FakeRegister owner({device});
     owner.updateDevices();

@@ -56,27 +56,27 @@ INSTANTIATE_TEST_SUITE_P(
     Rows, Selecting,
     testing::Values(
         SelectRow{"no_text_means_the_first", "", "Alpha-1", ""},
-        SelectRow{"a_number_means_the_place_in_the_list", "2", "Beta-7", ""},
+        SelectRow{"a_number_is_the_place_in_the_list", "2", "Beta-7", ""},
         SelectRow{"numbers_go_on_over_all_registers", "3", "Beta-8", ""},
         SelectRow{"a_number_beyond_the_list_is_named", "5", nullptr,
                   "no camera 5: the cameras are numbered 0 to 4"},
         SelectRow{"a_number_beyond_the_list_may_begin_an_id", "20", "2000-5", ""},
-        SelectRow{"a_negative_number_is_no_place", "-1", nullptr,
+        SelectRow{"a_negative_number_is_not_a_place", "-1", nullptr,
                   "no camera \"-1\": there are \"Alpha-1\", \"Alpha-1#2\", \"Beta-7\", "
                   "\"Beta-8\", \"2000-5\""},
         SelectRow{"an_id_is_found", "Beta-7", "Beta-7", ""},
-        SelectRow{"an_id_that_begins_another_is_meant_itself", "Alpha-1", "Alpha-1", ""},
+        SelectRow{"an_id_that_begins_another_is_found_itself", "Alpha-1", "Alpha-1", ""},
         SelectRow{"an_id_with_a_suffix_is_found", "Alpha-1#2", "Alpha-1#2", ""},
         SelectRow{"a_beginning_that_only_one_has_is_enough", "2000-", "2000-5", ""},
         SelectRow{"a_beginning_within_a_suffix_is_enough", "Alpha-1#", "Alpha-1#2", ""},
         SelectRow{"a_beginning_that_two_have_is_ambiguous", "Beta", nullptr,
                   "\"Beta\" begins the ids of several cameras: \"Beta-7\", \"Beta-8\""},
-        SelectRow{"a_beginning_of_twins_is_ambiguous", "Alpha", nullptr,
+        SelectRow{"a_beginning_of_identical_cameras_is_ambiguous", "Alpha", nullptr,
                   "\"Alpha\" begins the ids of several cameras: \"Alpha-1\", \"Alpha-1#2\""},
         SelectRow{"capital_letters_matter", "beta-7", nullptr,
                   "no camera \"beta-7\": there are \"Alpha-1\", \"Alpha-1#2\", \"Beta-7\", "
                   "\"Beta-8\", \"2000-5\""},
-        SelectRow{"a_middle_is_no_beginning", "eta-7", nullptr,
+        SelectRow{"a_middle_is_not_a_beginning", "eta-7", nullptr,
                   "no camera \"eta-7\": there are \"Alpha-1\", \"Alpha-1#2\", \"Beta-7\", "
                   "\"Beta-8\", \"2000-5\""}),
     RowName());
@@ -112,8 +112,8 @@ TEST(PDeviceManager, has_every_register_look_for_its_devices) {
     auto* const device = new FakeDevice;
     other->alive = {device};
     manager.updateDevices();
-    EXPECT_EQ(one->asked, 2);
-    EXPECT_EQ(other->asked, 2);
+    EXPECT_EQ(one->searches, 2);
+    EXPECT_EQ(other->searches, 2);
     EXPECT_EQ(manager.devices(), QList<PDevice*>{device});
 }
 

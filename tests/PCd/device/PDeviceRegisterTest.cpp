@@ -28,7 +28,7 @@ protected:
                          [this](PDevice* device) { removed.append(device); });
     }
     ~RegisterFixture() override {
-        // Those that the register never took.
+        // Devices that the register never took.
         for (const QPointer<FakeDevice>& device : {a, b, c}) {
             if (device && device->parent() == nullptr)
                 delete device;
@@ -58,7 +58,7 @@ using PDeviceRegisterTest = RegisterFixture;
 
 // ---- Merging.
 
-TEST_F(PDeviceRegisterTest, knows_no_device_by_itself) {
+TEST_F(PDeviceRegisterTest, has_no_device_by_itself) {
     PDeviceRegister plain;
     plain.updateDevices();
     EXPECT_TRUE(plain.devices().isEmpty());
@@ -106,7 +106,7 @@ TEST_F(PDeviceRegisterTest, removes_every_device_when_it_is_cleaned_up) {
 
 namespace {
 
-/// Writes down the devices that are destroyed through it.
+/// Records the devices that are destroyed through it.
 class DestroyingRegister : public FakeRegister {
 public:
     void destroyDevice(PDevice* device) override {
@@ -131,21 +131,21 @@ TEST_F(PDeviceRegisterTest, destroys_devices_by_the_operation_that_a_register_ma
     EXPECT_EQ(reg.destroyed, (Devices{a, b, c}));
 }
 
-TEST_F(PDeviceRegisterTest, puts_an_update_from_inside_another_off_until_that_has_ended) {
+TEST_F(PDeviceRegisterTest, defers_an_update_from_inside_another_until_that_has_ended) {
     bool nestedSawTheList = true;
     fakes.whenAsked = [&] {
-        if (fakes.asked > 1)
+        if (fakes.searches > 1)
             return;
         fakes.updateDevices();
         nestedSawTheList = !fakes.devices().isEmpty();
     };
     find({a});
     EXPECT_FALSE(nestedSawTheList);
-    EXPECT_EQ(fakes.asked, 2);
+    EXPECT_EQ(fakes.searches, 2);
     EXPECT_EQ(added, (Devices{a}));
 }
 
-TEST_F(PDeviceRegisterTest, puts_an_update_of_a_listener_off_and_finds_what_is_new_then) {
+TEST_F(PDeviceRegisterTest, defers_an_update_by_a_listener_and_finds_what_is_new_then) {
     QObject::connect(&fakes, &PDeviceRegister::deviceAdded, [&](PDevice* device) {
         if (device != a)
             return;
@@ -158,7 +158,7 @@ TEST_F(PDeviceRegisterTest, puts_an_update_of_a_listener_off_and_finds_what_is_n
     EXPECT_EQ(added, (Devices{a, b, c}));
 }
 
-// ---- What a plugin should not name, or names twice.
+// ---- Devices that a plugin should not list, or lists twice.
 
 TEST_F(PDeviceRegisterTest, adds_a_device_once_that_is_named_twice) {
     find({a, b, a});
@@ -198,7 +198,8 @@ TEST_F(PDeviceRegisterTest, destroys_a_second_device_once_that_is_named_twice) {
     EXPECT_TRUE(second.isNull());
 }
 
-TEST_F(PDeviceRegisterTest, takes_a_second_device_that_waits_to_be_deleted_with_it) {
+TEST_F(PDeviceRegisterTest,
+       destroys_a_second_device_that_waits_to_be_deleted_when_it_is_destroyed) {
     const QPointer<FakeDevice> second = new FakeDevice("A");
     {
         FakeRegister brief({a});
@@ -210,7 +211,7 @@ TEST_F(PDeviceRegisterTest, takes_a_second_device_that_waits_to_be_deleted_with_
     EXPECT_TRUE(second.isNull());
 }
 
-TEST_F(PDeviceRegisterTest, keeps_its_devices_when_alike_cameras_were_opened_a_second_time) {
+TEST_F(PDeviceRegisterTest, keeps_its_devices_when_identical_cameras_were_opened_a_second_time) {
     const QPointer<FakeDevice> twin = new FakeDevice("A");
     find({a, twin});
     find({new FakeDevice("A"), new FakeDevice("A")});
@@ -228,7 +229,7 @@ TEST_F(PDeviceRegisterTest, takes_the_new_device_of_a_camera_whose_old_one_is_si
     EXPECT_EQ(removed, Devices{a});
 }
 
-// ---- Devices that are named but do not answer any more.
+// ---- Devices that are listed but do not answer any more.
 
 TEST_F(PDeviceRegisterTest, removes_a_silent_device_and_looks_again_for_its_camera) {
     find({a, b});
@@ -327,7 +328,7 @@ TEST_F(PDeviceRegisterTest, stops_and_unlinks_a_device_before_it_emits_its_remov
     EXPECT_EQ(removed, (Devices{a}));
 }
 
-TEST_F(PDeviceRegisterTest, tells_that_a_removed_device_is_unlinked_also_if_it_never_was_linked) {
+TEST_F(PDeviceRegisterTest, emits_that_a_removed_device_is_unlinked_even_if_it_was_never_linked) {
     find({a});
     QByteArray unlinked;
     QObject::connect(a, &PDevice::unlinked, [&](const QByteArray& id) { unlinked = id; });
@@ -434,9 +435,9 @@ TEST_F(PDeviceRegisterTest, searches_again_only_for_a_device_it_does_not_know) {
     fakes.alive = {a, b};
     EXPECT_EQ(fakes.createDevice("A-1"), a);
     EXPECT_EQ(fakes.createDevice("fakes/B-1"), b);
-    EXPECT_EQ(fakes.asked, 1);
+    EXPECT_EQ(fakes.searches, 1);
     EXPECT_EQ(fakes.createDevice("C-1"), nullptr);
-    EXPECT_EQ(fakes.asked, 2);
+    EXPECT_EQ(fakes.searches, 2);
 }
 
 // ---- The end of the register.
@@ -455,7 +456,7 @@ TEST_F(PDeviceRegisterTest, stops_unlinks_and_deletes_its_devices_when_it_is_des
     EXPECT_TRUE(b.isNull());
 }
 
-TEST_F(PDeviceRegisterTest, takes_devices_that_wait_to_be_deleted_with_it) {
+TEST_F(PDeviceRegisterTest, destroys_devices_that_wait_to_be_deleted_when_it_is_destroyed) {
     {
         FakeRegister brief({a});
         brief.updateDevices();

@@ -55,7 +55,7 @@ TEST_F(DeviceRoles, find_a_property_plain_before_composite) {
     EXPECT_EQ(PDeviceRoles::property(device, PRole::FireTrigger), nullptr);
 }
 
-TEST_F(DeviceRoles, guess_nothing_of_a_property_that_declares_none) {
+TEST_F(DeviceRoles, guess_nothing_about_a_property_that_declares_none) {
     EXPECT_EQ(PDeviceRoles::plainProperty(device, PRole::Gain), nullptr);
     EXPECT_EQ(PDeviceRoles::of(device).number(PRole::Gain), std::nullopt);
 }

@@ -19,7 +19,7 @@ namespace {
 
 const QString cameraName = u"camera"_qs;
 
-/// A device with gain and hue, and room to make it different.
+/// A device with gain and hue, whose values can be changed.
 class SavedDevice {
 public:
     SavedDevice()
@@ -106,7 +106,8 @@ TEST(PDeviceSerialization, of_a_device_with_an_action_restores_and_does_not_run_
     EXPECT_EQ(action->runs, 0);
 }
 
-TEST(PDeviceSerialization, of_older_days_with_an_empty_object_for_an_action_restores_the_rest) {
+TEST(PDeviceSerialization,
+     of_an_older_version_with_an_empty_object_for_an_action_restores_the_rest) {
     SavedDevice camera;
     auto* const action = new FakeAction;
     camera.device.makeProperties = [&] {
@@ -138,7 +139,7 @@ struct RestoreRow {
 
 class FailedRestore : public testing::TestWithParam<RestoreRow> {};
 
-TEST_P(FailedRestore, is_told_and_restores_the_rest) {
+TEST_P(FailedRestore, is_reported_and_restores_the_rest) {
     SavedDevice camera;
     camera.device.refusesMode = GetParam().refusesMode;
     camera.gain->refuses = true;
@@ -156,8 +157,9 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         RestoreRow{"of_a_property_that_is_refused", false, "", "\"gain\": {\"value\": 9},"},
         RestoreRow{"of_a_property_without_a_value", false, "", "\"gain\": {},"},
-        RestoreRow{"of_a_property_the_device_has_not", false, "", "\"fan\": {\"value\": 9},"},
-        RestoreRow{"of_a_mode_the_device_has_not", false, "\"mode\": \"7\",", ""},
+        RestoreRow{"of_a_property_that_the_device_does_not_have", false, "",
+                   "\"fan\": {\"value\": 9},"},
+        RestoreRow{"of_a_mode_that_the_device_does_not_have", false, "\"mode\": \"7\",", ""},
         RestoreRow{"of_a_mode_that_is_refused", true, "\"mode\": \"1\",", ""}),
     RowName());
 

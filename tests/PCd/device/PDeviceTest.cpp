@@ -31,7 +31,7 @@ TEST(PDevice, is_neither_linked_nor_streaming_nor_gone_at_first) {
     EXPECT_FALSE(device.isGone());
 }
 
-TEST(PDevice, is_linked_once_however_often_it_is_asked) {
+TEST(PDevice, is_linked_once_however_often_link_is_called) {
     FakeDevice device;
     EXPECT_TRUE(device.link().isOk());
     EXPECT_TRUE(device.link().isOk());
@@ -81,7 +81,7 @@ TEST(PDevice, gives_the_memory_of_frames_back_as_soon_as_its_stream_ends) {
     FakeDevice device;
     ASSERT_TRUE(device.link().isOk());
     ASSERT_TRUE(device.startStream().isOk());
-    smallImage(); // whose memory then waits to be used again
+    smallImage(); // its memory is then kept for the next image
     ASSERT_GT(PBufferPool::instance().statistics().idleBytes, 0u);
     EXPECT_TRUE(device.stopStream().isOk());
     EXPECT_EQ(PBufferPool::instance().statistics().idleBytes, 0u);
@@ -138,7 +138,7 @@ TEST(PDevice, that_is_gone_fails_everything_but_stopping) {
 
 // ---- Modes.
 
-TEST(PDevice, tells_which_mode_it_has_after_one_was_set) {
+TEST(PDevice, emits_its_mode_after_one_was_set) {
     FakeDevice device;
     QSignalSpy changed(&device, &PDevice::modeChanged);
     EXPECT_TRUE(device.setMode(device.modes.at(1)).isOk());
@@ -155,7 +155,7 @@ TEST(PDevice, names_the_mode_that_was_refused) {
     EXPECT_EQ(changed.count(), 0);
 }
 
-// ---- What a plugin need not say.
+// ---- What a plugin need not declare.
 
 TEST(PDevice, is_a_plain_real_camera_where_a_plugin_says_nothing) {
     FakeDevice device;
@@ -172,7 +172,7 @@ TEST(PDevice, is_a_plain_real_camera_where_a_plugin_says_nothing) {
     EXPECT_FALSE(device.tryPollForTriggerReady());
 }
 
-TEST(PDevice, lets_the_host_process_images_when_told_so) {
+TEST(PDevice, lets_the_host_process_images_if_that_is_switched_on) {
     FakeDevice device;
     EXPECT_FALSE(device.canProcessImage());
     device.setProcessImage(true);
@@ -208,7 +208,7 @@ TEST(PDevice, is_the_same_camera_as_one_of_equal_model_and_serial) {
 
 // ---- Properties and groups.
 
-TEST(PDevice, asks_for_its_properties_once) {
+TEST(PDevice, creates_its_properties_once) {
     FakeDevice device;
     auto* const property = new FakeProperty("gain");
     device.makeProperties = [&] { return QList<PDeviceProperty*>{property}; };
@@ -252,14 +252,14 @@ TEST(PDevice, finds_a_property_by_its_id) {
     auto* const hue = new FakeProperty("hue");
     device.makeProperties = [&] { return QList<PDeviceProperty*>{gain, hue}; };
     EXPECT_EQ(device.getProperty("hue"), nullptr);
-    EXPECT_EQ(device.calls, QStringList()); // looking does not build the list
+    EXPECT_EQ(device.calls, QStringList()); // a look-up does not build the list
     device.supportProperties();
     EXPECT_EQ(device.getProperty("hue"), hue);
     EXPECT_EQ(device.getProperty("gain"), gain);
     EXPECT_EQ(device.getProperty("Gain"), nullptr);
 }
 
-TEST(PDevice, asks_for_its_groups_once_and_after_the_properties) {
+TEST(PDevice, creates_its_groups_once_and_after_the_properties) {
     FakeDevice device;
     device.supportPropertyGroups();
     device.supportPropertyGroups();

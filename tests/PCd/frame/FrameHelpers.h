@@ -53,7 +53,7 @@ inline void sendImages(PDevice& device, int count) {
         device.processFrameImage(smallImage());
 }
 
-/// Does something on a thread not created by Qt, as camera SDKs do, and waits for it.
+/// Runs a function on a thread not created by Qt, as camera SDKs do, and waits for it.
 inline void onForeignThread(std::function<void()> work) {
     std::thread(std::move(work)).join();
 }
@@ -88,7 +88,7 @@ private:
     std::thread m_thread;
 };
 
-/// Records what it takes, and returns what it is set to.
+/// Records what it takes; a test sets what it returns.
 class RecordingSink : public PFrameSink {
 public:
     enum class Answer { Takes, Refuses, Throws, ThrowsNoException };
@@ -124,7 +124,7 @@ private:
     std::vector<Taken> m_taken;
 };
 
-/// The images and snapshots that listeners of a device get.
+/// The images and snapshots that listeners of a device receive.
 class FrameListener {
 public:
     explicit FrameListener(PDevice& device) {

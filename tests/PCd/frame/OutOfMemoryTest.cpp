@@ -37,7 +37,7 @@ public:
     int offered = 0;
 };
 
-/// A device with a frame that came before memory ran out.
+/// A device with a frame that arrived before memory ran out.
 class OutOfMemory : public testing::Test {
 protected:
     OutOfMemory() { device.addFrameSink(sink); }
@@ -60,7 +60,7 @@ protected:
     const PImage image = smallImage();
 };
 
-TEST_F(OutOfMemory, costs_a_live_frame_which_is_booked_as_that) {
+TEST_F(OutOfMemory, drops_a_live_frame_which_is_booked_as_out_of_memory) {
     {
         const NoMemory none;
         device.processFrameImage(image);
@@ -68,7 +68,7 @@ TEST_F(OutOfMemory, costs_a_live_frame_which_is_booked_as_that) {
     expectOneFrameWithoutMemory();
 }
 
-TEST_F(OutOfMemory, costs_a_still_which_is_booked_as_that) {
+TEST_F(OutOfMemory, drops_a_still_which_is_booked_as_out_of_memory) {
     const PDeviceFrame frame = PCdDipUtils::imageAsDeviceFrame(image);
     {
         const NoMemory none;

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-TEST(PCdDipUtils, makes_a_frame_without_a_stamp_of_an_image_that_came_through_no_device) {
+TEST(PCdDipUtils, makes_a_frame_without_a_stamp_of_an_image_that_did_not_come_through_a_device) {
     const PImage image = smallImage();
     const PDeviceFrame frame = PCdDipUtils::imageAsDeviceFrame(image);
     EXPECT_EQ(frame.stamp, nullptr);
@@ -20,7 +20,7 @@ TEST(PCdDipUtils, keeps_the_stamp_of_an_image) {
     EXPECT_EQ(PCdDipUtils::imageAsDeviceFrame(image).stamp, stamp);
 }
 
-TEST(PCdDipUtils, takes_no_other_attachment_for_a_stamp) {
+TEST(PCdDipUtils, does_not_mistake_another_attachment_for_a_stamp) {
     PImage image = smallImage();
     image.setAttachment(std::make_shared<PImageAttachment>());
     EXPECT_EQ(PCdDipUtils::imageAsDeviceFrame(image).stamp, nullptr);

@@ -9,7 +9,7 @@ PDeviceMode smallMode() {
     return {640, 480, u"640x480"_qs, "2", 24};
 }
 
-TEST(PDeviceMode, is_no_mode_until_it_is_filled_in) {
+TEST(PDeviceMode, is_not_a_mode_until_it_is_filled_in) {
     const PDeviceMode mode;
     EXPECT_EQ(mode.width, 0);
     EXPECT_EQ(mode.height, 0);

@@ -7,7 +7,7 @@
 #include <thread>
 #include <vector>
 
-TEST(PFrameCounters, has_a_frame_wait_from_its_entry_until_its_fate) {
+TEST(PFrameCounters, has_a_frame_wait_from_its_entry_until_its_outcome) {
     PFrameCounters accounts;
     accounts.enter();
     EXPECT_EQ(accounts.ledger().produced, 1u);
@@ -28,7 +28,7 @@ TEST(PFrameCounters, books_frames_that_were_lost_before_they_were_on_their_way) 
     EXPECT_EQ(accounts.ledger().count(PFrameOutcome::BadDepth), 1u);
 }
 
-TEST(PFrameCounters, counts_snapshots_besides) {
+TEST(PFrameCounters, counts_snapshots_separately) {
     PFrameCounters accounts;
     accounts.countSnapshot();
     EXPECT_EQ(accounts.ledger().snapshots, 1u);

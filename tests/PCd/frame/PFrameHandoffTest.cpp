@@ -94,7 +94,7 @@ TEST(PFrameHandoff, keeps_to_a_limit_that_is_changed) {
     EXPECT_FALSE(handoff.push(makeEntry(4)));
 }
 
-TEST(PFrameHandoff, asks_for_one_wake_until_it_has_arrived) {
+TEST(PFrameHandoff, requests_one_wake_until_it_has_arrived) {
     PFrameHandoff handoff(1000);
     EXPECT_TRUE(handoff.claimWake());
     EXPECT_FALSE(handoff.claimWake());

@@ -12,7 +12,7 @@ TEST(PFrameLedger, is_balanced_when_it_is_empty) {
     EXPECT_TRUE(PFrameLedger().isBalanced());
 }
 
-TEST(PFrameLedger, is_balanced_when_every_frame_has_its_fate_or_waits) {
+TEST(PFrameLedger, is_balanced_when_every_frame_has_its_outcome_or_waits) {
     PFrameLedger ledger;
     ledger.produced = 6;
     ledger.waiting = 1;
@@ -21,14 +21,14 @@ TEST(PFrameLedger, is_balanced_when_every_frame_has_its_fate_or_waits) {
     EXPECT_TRUE(ledger.isBalanced());
 }
 
-TEST(PFrameLedger, is_not_balanced_when_a_frame_has_no_fate) {
+TEST(PFrameLedger, is_not_balanced_when_a_frame_has_no_outcome) {
     PFrameLedger ledger;
     ledger.produced = 2;
     ledger.outcomes[std::size_t(PFrameOutcome::Delivered)] = 1;
     EXPECT_FALSE(ledger.isBalanced());
 }
 
-TEST(PFrameLedger, is_not_balanced_when_a_frame_has_two_fates) {
+TEST(PFrameLedger, is_not_balanced_when_a_frame_has_two_outcomes) {
     PFrameLedger ledger;
     ledger.produced = 1;
     ledger.outcomes[std::size_t(PFrameOutcome::Delivered)] = 1;
@@ -36,7 +36,7 @@ TEST(PFrameLedger, is_not_balanced_when_a_frame_has_two_fates) {
     EXPECT_FALSE(ledger.isBalanced());
 }
 
-TEST(PFrameLedger, does_not_weigh_snapshots_which_are_frames_besides) {
+TEST(PFrameLedger, is_balanced_without_the_snapshots_which_are_counted_separately) {
     PFrameLedger ledger;
     ledger.snapshots = 4;
     EXPECT_TRUE(ledger.isBalanced());
@@ -83,13 +83,13 @@ TEST(PFrameLedger, since_a_start_counts_what_has_waited_all_the_time_as_waiting)
     EXPECT_TRUE(span.isBalanced());
 }
 
-TEST(PFrameLedger, since_a_start_is_not_balanced_where_the_account_now_is_not) {
+TEST(PFrameLedger, since_a_start_is_not_balanced_if_the_ledger_now_is_not) {
     PFrameLedger now = makeLedger(15, 0, 0);
     ++now.produced;
     EXPECT_FALSE(now.since(makeLedger(10, 0, 3)).isBalanced());
 }
 
-TEST(PFrameLedger, since_an_empty_start_is_the_account_itself) {
+TEST(PFrameLedger, since_an_empty_start_is_the_ledger_itself) {
     const PFrameLedger now = makeLedger(15, 2, 1);
     const PFrameLedger span = now.since({});
     EXPECT_EQ(span.produced, now.produced);
@@ -97,13 +97,13 @@ TEST(PFrameLedger, since_an_empty_start_is_the_account_itself) {
     EXPECT_EQ(span.waiting, now.waiting);
 }
 
-TEST(PFrameLedger, has_the_fates_in_the_order_of_their_numbers) {
+TEST(PFrameLedger, has_the_outcomes_in_the_order_of_their_numbers) {
     for (std::size_t i = 0; i < PFrameOutcomeCount; ++i)
         EXPECT_EQ(std::size_t(PFrameLedger::allOutcomes()[i]), i);
     EXPECT_EQ(PFrameOutcomeCount, std::size_t(PFrameOutcome::NotRequested) + 1);
 }
 
-TEST(PFrameLedger, has_a_key_and_a_title_of_its_own_for_every_fate) {
+TEST(PFrameLedger, has_a_key_and_a_title_of_its_own_for_every_outcome) {
     std::set<QByteArray> keys;
     std::set<QString> titles;
     for (const PFrameOutcome outcome : PFrameLedger::allOutcomes()) {

@@ -132,7 +132,7 @@ TEST(PFramePipeline, lets_the_stream_be_stopped_while_a_frame_is_being_brought) 
     FakeDevice device;
     FrameBringer bringer(device);
     device.whenStarted = [&] { bringer.start(); };
-    device.whenStopped = [&] { bringer.stop(); }; // waits for the bringing thread, as SDKs do
+    device.whenStopped = [&] { bringer.stop(); }; // waits for the delivering thread, as SDKs do
     device.link();
     device.startStream();
     ASSERT_TRUE(
@@ -156,11 +156,11 @@ TEST(PFramePipeline, lets_a_listener_stop_the_stream) {
     EXPECT_EQ(device.frameLedger().produced, bringer.brought());
 }
 
-// ---- Sinks that go while frames fly.
+// ---- Sinks that are removed while frames arrive.
 
 namespace {
 
-/// Stays in takeFrame() until its removal has begun, and some time longer.
+/// Stays in takeFrame() until its removal has begun, and a while longer.
 class LingeringSink : public PFrameSink {
 public:
     bool takeFrame(const PDeviceFrame&, Kind) override {
@@ -192,7 +192,7 @@ TEST(PFramePipeline, removes_a_sink_only_when_it_is_not_running) {
     bringing.join();
 }
 
-TEST(PFramePipeline, takes_sinks_on_and_off_while_frames_fly) {
+TEST(PFramePipeline, adds_and_removes_sinks_while_frames_arrive) {
     FakeDevice device;
     const auto steady = std::make_shared<RecordingSink>();
     device.addFrameSink(steady);

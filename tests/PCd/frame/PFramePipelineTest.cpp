@@ -22,8 +22,8 @@ using testing::ElementsAre;
 
 namespace {
 
-/// Runs the device's thread until nothing waits for it.
-bool runDry(const PDevice& device) {
+/// Runs the event loop until no frame waits; false on a timeout.
+bool deliverAll(const PDevice& device) {
     return waitUntil([&] { return device.frameLedger().waiting == 0; });
 }
 
@@ -59,7 +59,7 @@ TEST(PFramePipeline, does_not_copy_pixels) {
     const FrameListener listener(device);
     const PImage image = smallImage();
     device.processFrameImage(image);
-    ASSERT_TRUE(runDry(device));
+    ASSERT_TRUE(deliverAll(device));
     const PImage& arrived = listener.images.at(0);
     EXPECT_EQ(arrived.rawData(PDIP::AccessMode::Read).constData(),
               image.rawData(PDIP::AccessMode::Read).constData());
@@ -85,19 +85,20 @@ TEST(PFramePipeline, leaves_room_for_other_events_between_frames_of_slow_listene
     FakeDevice device;
     int delivered = 0;
     QObject::connect(&device, &PDevice::imageChanged, [&] {
-        std::this_thread::sleep_for(std::chrono::milliseconds(30)); // longer than a turn may take
+        std::this_thread::sleep_for(
+            std::chrono::milliseconds(30)); // longer than one iteration of the event loop may take
         ++delivered;
     });
     sendImages(device, 5);
     int deliveredBefore = -1;
     QMetaObject::invokeMethod(
         &device, [&] { deliveredBefore = delivered; }, Qt::QueuedConnection);
-    ASSERT_TRUE(runDry(device));
+    ASSERT_TRUE(deliverAll(device));
     EXPECT_EQ(delivered, 5);
     EXPECT_EQ(deliveredBefore, 1) << "it waited for one frame, not for all";
 }
 
-TEST(PFramePipeline, knows_the_newest_frame_before_it_is_delivered) {
+TEST(PFramePipeline, has_the_newest_frame_before_it_is_delivered) {
     FakeDevice device;
     EXPECT_TRUE(device.newestFrame().image.isNull());
     onForeignThread([&] { sendImages(device, 3); });
@@ -105,7 +106,7 @@ TEST(PFramePipeline, knows_the_newest_frame_before_it_is_delivered) {
     EXPECT_FALSE(device.newestFrame().image.isNull());
 }
 
-TEST(PFramePipeline, knows_the_newest_frame_also_if_it_was_dropped) {
+TEST(PFramePipeline, has_the_newest_frame_even_if_it_was_dropped) {
     FakeDevice device;
     device.setFrameByteLimit(smallImageBytes);
     sendImages(device, 5);
@@ -133,7 +134,7 @@ TEST(PFramePipeline, numbers_live_frames_and_still_pictures_apart) {
     sendImages(device, 1);
     device.processSnapshot(PCdDipUtils::imageAsDeviceFrame(smallImage()));
     sendImages(device, 1);
-    ASSERT_TRUE(runDry(device));
+    ASSERT_TRUE(deliverAll(device));
     EXPECT_THAT(listener.sequences(), ElementsAre(1u, 2u));
     EXPECT_FALSE(stampIn(listener.images.at(1)).still);
     EXPECT_EQ(stampIn(listener.snapshots.at(0)).sequence, 1u);
@@ -185,7 +186,7 @@ TEST(PFramePipeline, keeps_what_waits_for_a_stalled_thread_within_the_limit) {
     EXPECT_EQ(device.frameLedger().waiting, 3u);
     EXPECT_EQ(device.frameLedger().count(PFrameOutcome::DroppedWaiting), 7u);
     EXPECT_TRUE(device.frameLedger().isBalanced());
-    ASSERT_TRUE(runDry(device));
+    ASSERT_TRUE(deliverAll(device));
     EXPECT_THAT(listener.sequences(), ElementsAre(1u, 2u, 3u));
     EXPECT_EQ(device.frameLedger().produced, 10u);
     EXPECT_EQ(device.frameLedger().count(PFrameOutcome::Delivered), 3u);
@@ -197,9 +198,9 @@ TEST(PFramePipeline, lets_a_frame_larger_than_the_limit_through_when_nothing_wai
     const FrameListener listener(device);
     device.setFrameByteLimit(1);
     sendImages(device, 2);
-    ASSERT_TRUE(runDry(device));
+    ASSERT_TRUE(deliverAll(device));
     sendImages(device, 1);
-    ASSERT_TRUE(runDry(device));
+    ASSERT_TRUE(deliverAll(device));
     EXPECT_THAT(listener.sequences(), ElementsAre(1u, 3u));
     EXPECT_EQ(device.frameLedger().count(PFrameOutcome::DroppedWaiting), 1u);
 }
@@ -211,13 +212,13 @@ TEST(PFramePipeline, never_drops_a_snapshot) {
     sendImages(device, 1);
     for (int i = 0; i < 5; ++i)
         device.processSnapshot(PCdDipUtils::imageAsDeviceFrame(smallImage()));
-    ASSERT_TRUE(runDry(device));
+    ASSERT_TRUE(deliverAll(device));
     EXPECT_EQ(listener.snapshots.size(), 5u);
     EXPECT_EQ(device.frameLedger().count(PFrameOutcome::DroppedWaiting), 0u);
     EXPECT_EQ(device.frameLedger().count(PFrameOutcome::Delivered), 6u);
 }
 
-TEST(PFramePipeline, takes_as_many_live_frames_as_are_wanted) {
+TEST(PFramePipeline, takes_as_many_live_frames_as_are_requested) {
     FakeDevice device;
     const FrameListener listener(device);
     const auto sink = std::make_shared<RecordingSink>();
@@ -225,7 +226,7 @@ TEST(PFramePipeline, takes_as_many_live_frames_as_are_wanted) {
     device.limitLiveFrames(2);
     sendImages(device, 5);
     device.processSnapshot(PCdDipUtils::imageAsDeviceFrame(smallImage()));
-    ASSERT_TRUE(runDry(device));
+    ASSERT_TRUE(deliverAll(device));
     EXPECT_THAT(listener.sequences(), ElementsAre(1u, 2u));
     EXPECT_EQ(listener.snapshots.size(), 1u);
     EXPECT_EQ(sink->taken().size(), 3u);
@@ -242,7 +243,7 @@ TEST(PFramePipeline, takes_all_live_frames_again_when_the_limit_is_lifted) {
     sendImages(device, 1);
     device.limitLiveFrames(std::nullopt);
     sendImages(device, 4);
-    ASSERT_TRUE(runDry(device));
+    ASSERT_TRUE(deliverAll(device));
     EXPECT_EQ(listener.images.size(), 4u);
 }
 
@@ -253,7 +254,7 @@ TEST(PFramePipeline, books_a_snapshot_of_a_new_picture_as_produced_and_as_a_snap
     const FrameListener listener(device);
     onForeignThread([&] { device.processSnapshot(PCdDipUtils::imageAsDeviceFrame(smallImage())); });
     EXPECT_EQ(device.frameLedger().snapshots, 0u);
-    ASSERT_TRUE(runDry(device));
+    ASSERT_TRUE(deliverAll(device));
     ASSERT_EQ(listener.snapshots.size(), 1u);
     EXPECT_TRUE(listener.images.empty());
     EXPECT_NE(listener.snapshots[0].stamp, nullptr);

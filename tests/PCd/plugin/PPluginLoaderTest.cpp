@@ -138,7 +138,7 @@ TEST_F(PPluginLoaderTest, loads_a_class_once_however_many_files_have_it) {
     load();
     EXPECT_EQ(countRegisters("TestRegister"), 1u);
     EXPECT_FALSE(isLoaded(pluginFile("devicecopy")));
-    EXPECT_EQ(reasonFor(pluginFile("devicecopy")), QString()); // it is no failure
+    EXPECT_EQ(reasonFor(pluginFile("devicecopy")), QString()); // it is not a failure
 }
 
 TEST_F(PPluginLoaderTest, gives_a_register_to_one_owner_only) {
@@ -175,14 +175,14 @@ TEST_F(PPluginLoaderTest, names_a_text_file_that_is_called_like_a_library) {
     const QString path = QDir(QDir(folder.path()).canonicalPath()).filePath(u"a.so"_qs);
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("this is no library\n");
+    file.write("this is not a library\n");
     file.close();
     loader.addSearchPath(folder.path());
     load();
     EXPECT_TRUE(reasonFor(path).contains(path)) << reasonFor(path).toStdString();
 }
 
-TEST_F(PPluginLoaderTest, does_not_look_at_files_of_another_kind) {
+TEST_F(PPluginLoaderTest, ignores_files_of_another_kind) {
     const QTemporaryDir folder;
     QFile file(folder.filePath(u"README.txt"_qs));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
@@ -217,7 +217,7 @@ TEST_F(PPluginLoaderTest, would_notice_a_foreign_plugin_being_loaded) {
     qunsetenv("PCD_TEST_FOREIGN_PLUGIN");
 }
 
-TEST_F(PPluginLoaderTest, names_a_plugin_whose_root_is_no_register) {
+TEST_F(PPluginLoaderTest, names_a_plugin_whose_root_is_not_a_register) {
     loader.addSearchPath(pluginFolder("noregister"));
     load();
     EXPECT_EQ(reasonFor(pluginFile("noregister")), u"its root object is no device register"_qs);

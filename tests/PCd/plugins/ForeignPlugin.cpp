@@ -3,7 +3,7 @@
 
 namespace {
 
-/// Leaves a trace when the library is loaded, which a test looks for.
+/// Sets an environment variable when the library is loaded, which a test checks.
 struct LoadTrace {
     LoadTrace() { qputenv("PCD_TEST_FOREIGN_PLUGIN", "loaded"); }
 } const loadTrace;

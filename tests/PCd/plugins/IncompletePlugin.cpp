@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <PCd/plugins/IncompletePlugin.h>
 
-// A variable, not a function: those are looked up when the library is loaded.
+// A variable, not a function: variables are resolved when the library is loaded.
 extern int pcdTestSymbolThatNobodyHas;
 
 IncompletePlugin::IncompletePlugin() {

@@ -57,14 +57,14 @@ TEST_F(PDeviceProfileDiffTest, names_every_setting_that_has_changed) {
                            u"hue: 0 | -30"_qs, u"rotate: 0° | 90°"_qs, u"negative: off | on"_qs}));
 }
 
-TEST_F(PDeviceProfileDiffTest, sees_what_changed_behind_the_hosts_back_and_sends_nothing) {
+TEST_F(PDeviceProfileDiffTest, finds_what_changed_behind_the_hosts_back_and_sends_nothing) {
     const PDeviceProfile before = saved();
     camera.contrast->inDevice = 3;
     EXPECT_EQ(differences(before), QStringList{u"contrast: 0 | 3"_qs});
     EXPECT_EQ(camera.sent, QStringList());
 }
 
-TEST_F(PDeviceProfileDiffTest, does_not_look_at_what_a_composite_does_not_save) {
+TEST_F(PDeviceProfileDiffTest, ignores_what_a_composite_does_not_save) {
     const PDeviceProfile before = saved();
     camera.exposure->inDevice = QVariant::fromValue(StreamedPair{1, 99});
     EXPECT_EQ(differences(before), QStringList());

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Composite values in profiles: by field.
+// Composite values in profiles, field by field.
 #include <PCd/profile/PDeviceProfileDiff.h>
 #include <PCd/profile/PDeviceProfileFile.h>
 #include <PCd/profile/PDeviceProfilePlan.h>
@@ -40,7 +40,7 @@ public:
     }
 };
 
-/// A shot as older profiles have it: gain 150, exposure 7.5, automatic, serial 5.
+/// A shot in the format of older profiles: gain 150, exposure 7.5, automatic, serial 5.
 const QByteArray oldShot =
     "{\"$bytes\": \"" + QByteArray::fromHex("0096401e0000000000000100000005").toBase64() + "\"}";
 
@@ -63,7 +63,7 @@ protected:
         report = plan.apply();
         return status;
     }
-    /// Loads a file that begins like a saved one; "gain" would stand in line 11 of it.
+    /// Loads a file that begins like a saved one, in which "gain" would be in line 11.
     PStatus loadShot(const QByteArray& value) {
         writeFile(file, profileText("\"shot\": {\n\"value\": " + value + "\n}"));
         return load();
@@ -109,7 +109,7 @@ TEST_F(PDeviceProfileFieldsTest, come_back_and_leave_alone_what_is_not_saved) {
     EXPECT_EQ(report.ignored.size(), 0);
 }
 
-TEST_F(PDeviceProfileFieldsTest, that_the_file_says_nothing_of_stay_and_are_reported) {
+TEST_F(PDeviceProfileFieldsTest, that_are_not_in_the_file_stay_and_are_reported) {
     ASSERT_TRUE(loadShot("{\"gain\": 150, \"exposure\": 30}").isOk());
     EXPECT_EQ(inDevice(), (Shot{150, 30, false, 4'000'000'000, 1}));
     EXPECT_EQ(report.missing, QList<QByteArray>({"shot.automatic", "shot.serial", "contrast"}));

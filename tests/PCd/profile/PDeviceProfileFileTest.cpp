@@ -255,7 +255,7 @@ TEST_F(PDeviceProfileFileTest, that_is_not_there_is_named) {
     EXPECT_TRUE(read(profile).reason().startsWith(u"cannot read \"%1\": "_qs.arg(file)));
 }
 
-TEST_F(PDeviceProfileFileTest, that_is_no_plain_file_is_refused_without_waiting_for_it) {
+TEST_F(PDeviceProfileFileTest, that_is_not_a_plain_file_is_refused_without_waiting_for_it) {
     ASSERT_EQ(mkfifo(QFile::encodeName(file).constData(), 0600), 0);
     PDeviceProfile profile;
     EXPECT_EQ(read(profile).reason(), u"cannot read \"%1\": it is not a file"_qs.arg(file));

@@ -104,7 +104,7 @@ TEST_F(PDeviceProfilePlanTest, refuses_a_region_that_fits_the_present_mode_only)
     EXPECT_EQ(camera.sent, QStringList());
 }
 
-TEST_F(PDeviceProfilePlanTest, leaves_mode_and_region_alone_if_it_is_told_to) {
+TEST_F(PDeviceProfilePlanTest, leaves_mode_and_region_alone_on_request) {
     ASSERT_TRUE(loadText(profileText("\"roi\": {\"value\": {\"$rect\": [0, 0, 320, 240]}},\n"
                                      "\"hue\": {\"value\": 9}",
                                      "\"mode\": \"1\",\n"),
@@ -116,7 +116,7 @@ TEST_F(PDeviceProfilePlanTest, leaves_mode_and_region_alone_if_it_is_told_to) {
     EXPECT_TRUE(report.isComplete());
 }
 
-TEST_F(PDeviceProfilePlanTest, sets_a_region_of_the_mode_that_it_is_told_to_leave) {
+TEST_F(PDeviceProfilePlanTest, sets_a_region_of_the_mode_that_it_is_to_leave) {
     ASSERT_TRUE(loadText(profileText("\"roi\": {\"value\": {\"$rect\": [0, 0, 320, 240]}}",
                                      "\"mode\": \"0\",\n"),
                          Mode::AsItIs)
@@ -173,7 +173,7 @@ const WrongValueRow wrongValues[] = {
 
 INSTANTIATE_TEST_SUITE_P(PDeviceProfilePlan, WrongValue, testing::ValuesIn(wrongValues), RowName());
 
-TEST_F(PDeviceProfilePlanTest, refuses_a_mode_that_this_model_has_not) {
+TEST_F(PDeviceProfilePlanTest, refuses_a_mode_that_this_model_does_not_have) {
     const PStatus status = loadText(profileText("\"hue\": {\"value\": 9}", "\"mode\": \"7\",\n"));
     EXPECT_EQ(status.reason(), u"\"%1\": line 7: \"mode\" cannot be the text \"7\": "
                                "expected one of \"0\" (640x480), \"1\" (320x240)"_qs.arg(file));
@@ -229,7 +229,7 @@ TEST_F(PDeviceProfilePlanTest, names_a_property_of_any_language_that_the_camera_
     EXPECT_EQ(toLines(report.refused), QStringList{u"цвет: the camera has no such property"_qs});
 }
 
-TEST_F(PDeviceProfilePlanTest, names_what_the_profile_says_nothing_of_and_leaves_it) {
+TEST_F(PDeviceProfilePlanTest, names_what_is_not_in_the_profile_and_leaves_it_alone) {
     ASSERT_TRUE(loadText(profileText("\"hue\": {\"value\": 9}")).isOk());
     EXPECT_EQ(report.missing,
               QList<QByteArray>({"roi", "contrast", "exposure", "rotate", "negative"}));
@@ -261,7 +261,7 @@ TEST_F(PDeviceProfilePlanTest, reports_what_the_camera_refuses_and_sets_the_rest
     EXPECT_EQ(camera.hue->inDevice, QVariant(9));
 }
 
-TEST_F(PDeviceProfilePlanTest, reports_what_the_camera_makes_another_value_of) {
+TEST_F(PDeviceProfilePlanTest, reports_what_the_camera_changes_to_another_value) {
     camera.rotate->becomes = ProfileDevice::turn(0);
     ASSERT_TRUE(loadText(profileText("\"rotate\": {\"value\": \"90\"}")).isOk());
     EXPECT_EQ(toLines(report.refused), QStringList{u"rotate: requested 90°, the camera has 0°"_qs});
@@ -280,7 +280,7 @@ TEST_F(PDeviceProfilePlanTest, does_not_set_a_region_if_its_mode_is_refused) {
     EXPECT_EQ(camera.sent, QStringList{u"hue"_qs});
 }
 
-TEST_F(PDeviceProfilePlanTest, is_no_damage_where_the_camera_itself_is_out_of_its_range) {
+TEST_F(PDeviceProfilePlanTest, is_not_damage_if_the_camera_itself_is_out_of_its_range) {
     camera.contrast->inDevice = 500;
     ASSERT_TRUE(PDeviceProfileFile::save(camera.device, file).isOk());
     ASSERT_TRUE(load(camera).isOk());
@@ -291,7 +291,7 @@ TEST_F(PDeviceProfilePlanTest, is_no_damage_where_the_camera_itself_is_out_of_it
                           "its range"_qs});
 }
 
-TEST_F(PDeviceProfilePlanTest, of_a_damaged_profile_sends_nothing_even_if_it_is_told_to) {
+TEST_F(PDeviceProfilePlanTest, of_a_damaged_profile_sends_nothing_even_on_request) {
     writeFile(file, profileText("\"hue\": {\"value\": 9},\n\"contrast\": {\"value\": 101}",
                                 "\"mode\": \"1\",\n"));
     PDeviceProfile profile;

@@ -38,7 +38,7 @@ public:
 
     static QUuid turn(int number) { return QUuid(0, 0, 0, 0, 0, 0, 0, 0, 0, 0, uchar(number)); }
 
-    /// Gives everything that is saved a value of its own, in mode "1".
+    /// Gives everything that is saved another value, in mode "1".
     void changeAll() {
         device.setMode(device.modes.at(1));
         roi->inDevice = QRect(4, 8, 100, 200);
@@ -50,7 +50,7 @@ public:
         sent.clear();
     }
 
-    /// What the device has: everything that is saved, and the part of the composite that is not.
+    /// All values of the device that are saved, and the part of the composite that is not.
     QStringList state() const {
         const auto pair = exposure->inDevice.value<StreamedPair>();
         const QRect region = roi->inDevice.toRect();
@@ -66,7 +66,7 @@ public:
                 u"negative %1"_qs.arg(negative->inDevice.toBool())};
     }
 
-    /// A property that notes in the device's list that it was set.
+    /// A property that records in the device's list that it was set.
     class Noting : public FakeProperty {
     public:
         Noting(QStringList& list, const QByteArray& id, const QVariant& value)

@@ -69,7 +69,7 @@ TEST(PDeviceProperty, announces_a_value_before_it_is_sent) {
     EXPECT_TRUE(taken.property->calls.contains(u"set"_qs));
 }
 
-TEST(PDeviceProperty, keeps_what_it_is_made_of) {
+TEST(PDeviceProperty, keeps_what_it_is_constructed_with) {
     const FakeProperty property("gain");
     EXPECT_EQ(property.id(), "gain");
     EXPECT_EQ(property.title(), u"Title of gain"_qs);
@@ -82,7 +82,7 @@ TEST(PDeviceProperty, keeps_what_it_is_made_of) {
     EXPECT_FALSE(property.defaultValue().isValid());
 }
 
-TEST(PDeviceProperty, keeps_what_it_is_told) {
+TEST(PDeviceProperty, keeps_what_is_set_later) {
     FakeProperty property("exposure");
     property.setType(PCD::DevicePropertyType::Duration);
     property.setUnit(ValueUnits::Microsecond);
@@ -178,14 +178,14 @@ INSTANTIATE_TEST_SUITE_P(Rows, Refusal,
                                          RefusalRow{"answered_in_the_opposite", false, true}),
                          RowName());
 
-TEST(PDeviceProperty, tells_after_a_refusal_also_what_has_not_changed) {
+TEST(PDeviceProperty, emits_after_a_refusal_even_what_has_not_changed) {
     TakenProperty taken;
     taken.property->refuses = true;
     taken.property->setValue(9);
-    EXPECT_EQ(taken.emitted, (Emitted{{"value", 5}})); // an editor that shows 9 has to go back
+    EXPECT_EQ(taken.emitted, (Emitted{{"value", 5}})); // an editor that shows 9 must show 5 again
 }
 
-TEST(PDeviceProperty, changes_its_copy_without_a_signal_on_request) {
+TEST(PDeviceProperty, changes_its_cached_value_without_a_signal_on_request) {
     TakenProperty taken;
     taken.property->setValueInner(7);
     EXPECT_EQ(taken.property->valueInner(), QVariant(7));
@@ -195,13 +195,13 @@ TEST(PDeviceProperty, changes_its_copy_without_a_signal_on_request) {
 
 // ---- Updating.
 
-TEST(PDeviceProperty, tells_nothing_when_an_update_finds_nothing_new) {
+TEST(PDeviceProperty, emits_nothing_when_an_update_finds_nothing_new) {
     TakenProperty taken(5, rangeTo(10));
     taken.property->updateValueFromDevice();
     EXPECT_TRUE(taken.emitted.isEmpty());
 }
 
-TEST(PDeviceProperty, tells_a_new_value_alone) {
+TEST(PDeviceProperty, emits_a_new_value_alone) {
     TakenProperty taken(5, rangeTo(10));
     taken.property->inDevice = 6;
     taken.property->updateValueFromDevice();
@@ -209,7 +209,7 @@ TEST(PDeviceProperty, tells_a_new_value_alone) {
     EXPECT_EQ(taken.property->valueInner(), QVariant(6));
 }
 
-TEST(PDeviceProperty, tells_a_new_range_alone) {
+TEST(PDeviceProperty, emits_a_new_range_alone) {
     TakenProperty taken(5, rangeTo(10));
     taken.property->rangeInDevice = rangeTo(20);
     taken.property->updateValueFromDevice();
@@ -217,7 +217,7 @@ TEST(PDeviceProperty, tells_a_new_range_alone) {
     EXPECT_EQ(taken.property->rangeInner(), rangeTo(20));
 }
 
-TEST(PDeviceProperty, tells_the_range_before_the_value_that_lies_in_it) {
+TEST(PDeviceProperty, emits_the_range_before_the_value_that_lies_in_it) {
     TakenProperty taken(5, rangeTo(10));
     taken.property->rangeInDevice = rangeTo(20);
     taken.property->inDevice = 15;
@@ -233,13 +233,13 @@ TEST(PDeviceProperty, tells_the_range_before_the_value_that_lies_in_it) {
     EXPECT_EQ(valueSeenWithRange, QVariant(15));
 }
 
-TEST(PDeviceProperty, tells_range_and_value_in_any_case_when_forced) {
+TEST(PDeviceProperty, emits_range_and_value_in_any_case_when_forced) {
     TakenProperty taken(5, rangeTo(10));
     taken.property->updateValueFromDevice(true);
     EXPECT_EQ(taken.emitted, (Emitted{{"range", rangeTo(10)}, {"value", 5}}));
 }
 
-TEST(PDeviceProperty, knows_equal_enumerations_as_equal) {
+TEST(PDeviceProperty, does_not_take_an_equal_enumeration_for_a_change) {
     const auto choices = [](const QString& name) {
         PEnumeration enumeration;
         enumeration.addItem(QUuid(), name, name, {});
@@ -307,7 +307,7 @@ QByteArray saved(PDeviceProperty& property) {
     return writer.document();
 }
 
-/// Lets the property read itself from the object of its id in the document.
+/// Has the property read itself from the object with its id in the document.
 bool restored(PDeviceProperty& property, const QByteArray& document) {
     PJsonReader reader;
     EXPECT_TRUE(reader.setDocument(document).isOk());

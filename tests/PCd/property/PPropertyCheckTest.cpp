@@ -48,7 +48,7 @@ QVariant sensor(const QRect& bounds = QRect(0, 0, 101, 80)) {
     return QVariant::fromValue(PScanAreaRange{bounds, 8, 4, 4, 4, 2});
 }
 
-/// A property as a device has it.
+/// A property that belongs to a device.
 class CheckedProperty {
 public:
     explicit CheckedProperty(const QVariant& value, const QVariant& range = {})
@@ -143,7 +143,7 @@ TEST(PPropertyCheck, says_property_value_and_what_was_expected) {
               "of 5"_qs);
 }
 
-TEST(PPropertyCheck, goes_by_a_range_that_is_given) {
+TEST(PPropertyCheck, uses_the_range_that_is_given) {
     const CheckedProperty checked(5, makeRange(0, 10));
     EXPECT_TRUE(PPropertyCheck::check(*checked.property, 20, makeRange(0, 20)).isOk());
     EXPECT_EQ(PPropertyCheck::check(*checked.property, 9, makeRange(0, 3)).reason(),
@@ -159,7 +159,7 @@ struct ExpectationRow {
 
 class Expectation : public testing::TestWithParam<ExpectationRow> {};
 
-TEST_P(Expectation, is_told_in_words) {
+TEST_P(Expectation, is_put_into_words) {
     const CheckedProperty checked(GetParam().current, GetParam().range);
     EXPECT_EQ(PPropertyCheck::expectation(*checked.property), QString::fromUtf8(GetParam().words));
 }
@@ -185,7 +185,7 @@ INSTANTIATE_TEST_SUITE_P(
         ExpectationRow{"of_another_type", QSize(), {}, "a value of the type QSize"}),
     RowName());
 
-TEST(PPropertyCheck, believes_a_device_that_has_the_value_whatever_it_answered) {
+TEST(PPropertyCheck, trusts_a_device_that_has_the_value_whatever_it_returned) {
     class Reversed : public FakeProperty {
     public:
         using FakeProperty::FakeProperty;
@@ -196,7 +196,7 @@ TEST(PPropertyCheck, believes_a_device_that_has_the_value_whatever_it_answered) 
     EXPECT_EQ(property.valueInner(), QVariant(7));
 }
 
-TEST(PPropertyCheck, does_not_believe_a_device_that_says_yes_and_has_another_value) {
+TEST(PPropertyCheck, does_not_trust_a_device_that_returns_true_and_has_another_value) {
     const CheckedProperty checked(5);
     checked.property->becomes = 6;
     EXPECT_FALSE(PPropertyCheck::setAndVerify(*checked.property, 7));

@@ -12,8 +12,8 @@
 
 namespace {
 
-/// A composite property that stores what it reads, as plugins' do, of a camera that does not hold
-/// the exposure while it is triggered.
+/// The exposure of a camera that does not hold it while it is triggered. The property below stores
+/// what it reads, as those of plugins do.
 struct CameraShot {
     Q_GADGET
     Q_PROPERTY(double exposure MEMBER exposure)
@@ -80,7 +80,7 @@ TEST_F(QuietReadingTest, emits_and_sends_nothing) {
     EXPECT_FALSE(shot->calls.contains(u"set"_qs));
 }
 
-TEST_F(QuietReadingTest, leaves_each_property_with_the_copy_it_had) {
+TEST_F(QuietReadingTest, leaves_each_property_with_the_cached_value_it_had) {
     changeAll();
     {
         const PQuietReading reading({gain, shot, gain}); // one of them named twice

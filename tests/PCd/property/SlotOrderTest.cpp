@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The order of virtual functions, which a plugin built elsewhere relies on.
+// The order of virtual functions, on which separately built plugins rely.
 #include <PCd/device/PDevice.h>
 #include <PCd/device/PDeviceRegister.h>
 #include <PCd/property/PDeviceProperty.h>
@@ -160,7 +160,7 @@ INSTANTIATE_TEST_SUITE_P(PThread, SlotOrder,
 
 #undef ROW
 
-TEST(SlotIndex, knows_functions_that_are_not_virtual) {
+TEST(SlotIndex, is_empty_for_functions_that_are_not_virtual) {
     EXPECT_FALSE(slotIndex(&PDevice::deviceId).has_value());
     EXPECT_FALSE(slotIndex(&PDevicePropertyGroup::addProperty).has_value());
     EXPECT_FALSE(slotIndex(&PThread::isThreadRunned).has_value());

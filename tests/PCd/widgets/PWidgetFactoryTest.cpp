@@ -35,14 +35,14 @@ TEST_F(PWidgetFactoryTest, makes_a_label_with_the_title_where_no_editor_is_insta
 }
 
 TEST_F(PWidgetFactoryTest, makes_the_editor_that_is_installed) {
-    PDeviceProperty* asked = nullptr;
+    PDeviceProperty* given = nullptr;
     PWidgetFactory::setPropertyEditor([&](PDeviceProperty* p) {
-        asked = p;
+        given = p;
         return new QLineEdit(p->title());
     });
     const std::unique_ptr<QWidget> widget(property.createWidget());
     EXPECT_NE(qobject_cast<QLineEdit*>(widget.get()), nullptr);
-    EXPECT_EQ(asked, &property);
+    EXPECT_EQ(given, &property);
 }
 
 TEST_F(PWidgetFactoryTest, makes_labels_again_when_the_editor_is_taken_away) {
@@ -59,13 +59,13 @@ TEST_F(PWidgetFactoryTest, makes_no_panel_of_a_device_where_none_is_installed) {
 
 TEST_F(PWidgetFactoryTest, makes_the_panel_that_is_installed_inside_the_parent) {
     QWidget parent;
-    PDevice* asked = nullptr;
+    PDevice* given = nullptr;
     PWidgetFactory::setDevicePanel([&](PDevice* d, QWidget* inside) {
-        asked = d;
+        given = d;
         return new QLineEdit(inside);
     });
     const QWidget* const panel = device.createPropertiesWidget(&parent);
     ASSERT_NE(panel, nullptr);
     EXPECT_EQ(panel->parent(), &parent);
-    EXPECT_EQ(asked, &device);
+    EXPECT_EQ(given, &device);
 }

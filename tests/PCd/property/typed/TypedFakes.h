@@ -9,7 +9,7 @@
 
 #include <QStringList>
 
-/// A typed property whose device is a variable. It records the calls of its device slots.
+/// A typed property with a variable in place of a device. It records the calls of its device slots.
 template <typename Base, typename T>
 class TypedFake : public Base {
 public:

@@ -65,7 +65,7 @@ TEST(TypedProperty, a_number_in_a_text_is_converted) {
     EXPECT_EQ(number.sent, (QList<int>{42, 0}));
 }
 
-TEST(TypedProperty, setting_answers_what_the_device_answers_and_stores_nothing) {
+TEST(TypedProperty, setting_returns_what_the_device_returns_and_stores_nothing) {
     FakeNumber number;
     QSignalSpy untyped(&number, &PDeviceProperty::valueChanged);
     number.answer = false;
@@ -86,7 +86,7 @@ TEST(TypedProperty, every_get_reads_the_device) {
     EXPECT_EQ(number.calls.count(), 2);
 }
 
-TEST(TypedProperty, a_range_is_asked_of_the_device) {
+TEST(TypedProperty, a_range_is_read_from_the_device) {
     FakeNumber number(3, {1, 9, 2});
     EXPECT_EQ(number.tryGetRange(), QVariant::fromValue(PMinMaxRange<int>{1, 9, 2}));
     FakeChoice choice;
@@ -95,7 +95,7 @@ TEST(TypedProperty, a_range_is_asked_of_the_device) {
     EXPECT_EQ(region.tryGetRange(), QVariant::fromValue(region.rangeInDevice));
 }
 
-TEST(TypedProperty, a_switch_has_no_range_and_does_not_ask_for_one) {
+TEST(TypedProperty, a_switch_has_no_range_and_does_not_read_one) {
     FakeSwitch property;
     EXPECT_FALSE(property.tryGetRange().isValid());
     EXPECT_EQ(property.calls, QStringList());
@@ -126,7 +126,7 @@ TEST(TypedProperty, what_goes_into_a_variant_comes_out_again) {
 
 // ---- Typed signals: one for each untyped one, with the stored value.
 
-TEST(TypedProperty, a_number_tells_its_stored_value_and_range_typed_and_once) {
+TEST(TypedProperty, a_number_emits_its_stored_value_and_range_typed_and_once) {
     FakeDevice device;
     auto* const number = takenBy(device, new FakeNumber);
     QSignalSpy values(number, qOverload<int>(&FakeNumber::valueChanged));
@@ -141,7 +141,7 @@ TEST(TypedProperty, a_number_tells_its_stored_value_and_range_typed_and_once) {
     EXPECT_EQ(ranges.at(0).at(0), QVariant::fromValue(PMinMaxRange<int>{0, 99, 1}));
 }
 
-TEST(TypedProperty, a_switch_tells_its_stored_value_typed_and_once) {
+TEST(TypedProperty, a_switch_emits_its_stored_value_typed_and_once) {
     FakeDevice device;
     auto* const property = takenBy(device, new FakeSwitch);
     QSignalSpy values(property, qOverload<bool>(&FakeSwitch::valueChanged));
@@ -150,7 +150,7 @@ TEST(TypedProperty, a_switch_tells_its_stored_value_typed_and_once) {
     EXPECT_EQ(values.at(0).at(0), QVariant(true));
 }
 
-TEST(TypedProperty, a_choice_tells_its_stored_value_and_range_typed_and_once) {
+TEST(TypedProperty, a_choice_emits_its_stored_value_and_range_typed_and_once) {
     FakeDevice device;
     auto* const choice = takenBy(device, new FakeChoice);
     QSignalSpy values(choice, qOverload<QUuid>(&FakeChoice::valueChanged));
@@ -164,7 +164,7 @@ TEST(TypedProperty, a_choice_tells_its_stored_value_and_range_typed_and_once) {
     EXPECT_EQ(ranges.at(0).at(0), QVariant::fromValue(PEnumeration()));
 }
 
-TEST(TypedProperty, tells_the_devices_value_after_a_refusal) {
+TEST(TypedProperty, emits_the_devices_value_after_a_refusal) {
     FakeDevice device;
     auto* const number = takenBy(device, new FakeNumber(5));
     QSignalSpy values(number, qOverload<int>(&FakeNumber::valueChanged));
@@ -176,7 +176,7 @@ TEST(TypedProperty, tells_the_devices_value_after_a_refusal) {
 
 // ---- Actions.
 
-TEST(ActionProperty, runs_once_whatever_the_argument_and_answers_its_result) {
+TEST(ActionProperty, runs_once_whatever_the_argument_and_returns_its_result) {
     FakeAction action;
     EXPECT_TRUE(action.trySetValue(QVariant()));
     EXPECT_TRUE(action.trySetValue(u"anything"_qs));
@@ -219,7 +219,7 @@ TEST(ActionProperty, reading_reports_false_and_runs_nothing) {
 TEST(RegionProperty, is_read_as_what_the_device_made_of_it) {
     FakeDevice device;
     auto* const region = takenBy(device, new FakeRegion);
-    region->answer = false; // it took nothing, and says so
+    region->answer = false; // it took nothing, and returns that
     PJsonReader reader;
     ASSERT_TRUE(reader.setDocument(R"({"value": {"$rect": [0, 0, 64, 48]}})").isOk());
     EXPECT_FALSE(region->readValueFromStream(&reader, u"value"_qs));

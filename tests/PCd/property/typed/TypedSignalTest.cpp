@@ -13,7 +13,7 @@
 
 namespace {
 
-/// A kind of property with a value and a range of it, and others that are not stored.
+/// A kind of property with a value and a range, and others that are different from those.
 template <typename Fake, typename T, typename R>
 struct PropertyKind {
     using Property = Fake;
@@ -45,7 +45,7 @@ ChoiceKind kind() {
     return {offAndOn().items().at(1).id, QUuid(), offAndOn(), PEnumeration()};
 }
 
-/// What one typed signal brought, and on which thread.
+/// The argument of one typed signal, and the thread that received it.
 template <typename T>
 struct Received {
     QList<T> values;

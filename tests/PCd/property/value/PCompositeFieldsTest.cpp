@@ -41,9 +41,9 @@ void PrintTo(const FieldRow& row, std::ostream* out) {
     *out << row.field << "=" << row.text;
 }
 
-class GadgetField : public testing::TestWithParam<FieldRow> {};
+class CompositeField : public testing::TestWithParam<FieldRow> {};
 
-TEST_P(GadgetField, takes_what_it_can_hold_and_refuses_the_rest) {
+TEST_P(CompositeField, takes_what_it_can_hold_and_refuses_the_rest) {
     QVariant value = lamp();
     const FieldRow& row = GetParam();
     const QString field = QString::fromLatin1(row.field);
@@ -55,7 +55,7 @@ TEST_P(GadgetField, takes_what_it_can_hold_and_refuses_the_rest) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    PCd, GadgetField,
+    PCd, CompositeField,
     testing::Values(
         FieldRow{"a_small_number", "power", "65535", QVariant::fromValue<quint16>(65535)},
         FieldRow{
@@ -100,13 +100,13 @@ INSTANTIATE_TEST_SUITE_P(
 
 } // namespace
 
-TEST(GadgetFields, are_named_in_the_order_of_their_declaration) {
+TEST(PCompositeFields, are_named_in_the_order_of_their_declaration) {
     EXPECT_TRUE(PCompositeFields::isComposite(lamp()));
     EXPECT_EQ(PCompositeFields::names(lamp()).join(u' '), u"power colour hours on"_qs);
     EXPECT_EQ(PCompositeFields::toText(lamp()), u"power=7 colour=-3 hours=1.5 on=on"_qs);
 }
 
-TEST(GadgetFields, of_the_host_are_taken_from_what_it_has_known_while_their_condition_holds) {
+TEST(PCompositeFields, of_the_host_are_taken_from_the_cached_value_while_their_condition_holds) {
     const auto makeLamp = [](quint16 power, qint32 colour, double hours, bool on) {
         Lamp lamp;
         lamp.power = power;
@@ -169,7 +169,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 } // namespace
 
-TEST(GadgetFields, say_what_they_can_be) {
+TEST(PCompositeFields, say_what_they_can_be) {
     const auto expectation = [](const char* field) {
         return PCompositeFields::expectation(lamp(), QString::fromLatin1(field));
     };
@@ -180,7 +180,7 @@ TEST(GadgetFields, say_what_they_can_be) {
     EXPECT_EQ(expectation("weight"), QString());
 }
 
-TEST(GadgetFields, plain_values_have_none) {
+TEST(PCompositeFields, plain_values_have_none) {
     QVariant plain = 5;
     EXPECT_FALSE(PCompositeFields::isComposite(plain));
     EXPECT_TRUE(PCompositeFields::names(QVariant()).isEmpty());

@@ -122,7 +122,7 @@ TEST(PPropertyEncoding, is_equal_to_another_of_its_type_only) {
     EXPECT_TRUE(PPropertyEncoding::areEqual(QVariant(), QVariant()));
 }
 
-TEST(PPropertyEncoding, tells_whether_values_are_the_same_by_their_forms) {
+TEST(PPropertyEncoding, compares_values_by_their_encodings) {
     EXPECT_TRUE(PPropertyEncoding::isSame(7, 7, {}));
     EXPECT_FALSE(PPropertyEncoding::isSame(7, 8, {}));
     EXPECT_TRUE(PPropertyEncoding::isSame(makePair(7, 1), makePair(7, 2), {}));

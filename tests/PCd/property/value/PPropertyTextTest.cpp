@@ -14,7 +14,7 @@
 
 namespace {
 
-/// Turned so that no title, name or number of one item is another's.
+/// Rotations whose titles, names and numbers are all different.
 QVariant numberedTurns() {
     PEnumeration choices;
     choices.addItem(itemId(0), u"none"_qs, u"0°"_qs, "1");
@@ -22,7 +22,7 @@ QVariant numberedTurns() {
     return QVariant::fromValue(choices);
 }
 
-/// A property as a device has it.
+/// A property that belongs to a device.
 class TextProperty {
 public:
     explicit TextProperty(const QVariant& value, const QVariant& range = {})
@@ -47,9 +47,9 @@ struct TextRow {
     QVariant value; ///< invalid: the text means none
 };
 
-class TextOfPerson : public testing::TestWithParam<TextRow> {};
+class TextFromUser : public testing::TestWithParam<TextRow> {};
 
-TEST_P(TextOfPerson, means_this_value) {
+TEST_P(TextFromUser, means_this_value) {
     const TextProperty property(GetParam().current);
     EXPECT_EQ(property.toValue(QString::fromUtf8(GetParam().text)), GetParam().value);
 }
@@ -86,7 +86,7 @@ const TextRow textRows[] = {
     {"nothing_for_a_type_without_text", QSize(1, 1), "1", {}},
 };
 
-INSTANTIATE_TEST_SUITE_P(PPropertyText, TextOfPerson, testing::ValuesIn(textRows), RowName());
+INSTANTIATE_TEST_SUITE_P(PPropertyText, TextFromUser, testing::ValuesIn(textRows), RowName());
 
 struct ChoiceRow {
     const char* name;
@@ -94,9 +94,9 @@ struct ChoiceRow {
     int item; ///< -1: none
 };
 
-class ChoiceOfPerson : public testing::TestWithParam<ChoiceRow> {};
+class ChoiceFromUser : public testing::TestWithParam<ChoiceRow> {};
 
-TEST_P(ChoiceOfPerson, means_this_item) {
+TEST_P(ChoiceFromUser, means_this_item) {
     const TextProperty property(itemId(0), numberedTurns());
     const QVariant expected =
         GetParam().item < 0 ? QVariant() : QVariant(itemId(ushort(GetParam().item)));
@@ -104,7 +104,7 @@ TEST_P(ChoiceOfPerson, means_this_item) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    PPropertyText, ChoiceOfPerson,
+    PPropertyText, ChoiceFromUser,
     testing::Values(ChoiceRow{"a_title", "90°", 1}, ChoiceRow{"a_name", "quarter", 1},
                     ChoiceRow{"a_name_in_capitals", "QUARTER", 1},
                     ChoiceRow{"a_number_of_the_device", "130", 1},
@@ -132,7 +132,7 @@ TEST(PPropertyText, shows_values_as_users_write_them) {
     EXPECT_EQ(PPropertyText::ofValue(QSize(1, 2), {}), u"<QSize>"_qs);
 }
 
-TEST(PPropertyText, shows_a_choice_that_is_no_item_by_its_id) {
+TEST(PPropertyText, shows_a_choice_that_is_not_an_item_by_its_id) {
     EXPECT_EQ(PPropertyText::ofValue(itemId(7), numberedTurns()), itemId(7).toString());
 }
 

@@ -31,7 +31,7 @@ INSTANTIATE_TEST_SUITE_P(
                     UnitRow{"minutes_are_sixty_thousand", PRoleUnit::Minutes, 2, 120'000},
                     UnitRow{"per_cent_are_hundredths", PRoleUnit::Percent, 123, 1.23},
                     UnitRow{"decibels_are_of_an_amplitude", PRoleUnit::Decibels, 20, 10},
-                    UnitRow{"no_decibels_are_a_factor_of_1", PRoleUnit::Decibels, 0, 1},
+                    UnitRow{"zero_decibels_are_a_factor_of_1", PRoleUnit::Decibels, 0, 1},
                     UnitRow{"tenths_of_a_degree", PRoleUnit::TenthsOfDegree, -55, -5.5}),
     RowName());
 

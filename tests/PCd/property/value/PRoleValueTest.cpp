@@ -47,7 +47,7 @@ TEST(RoleValue, is_nothing_where_there_is_no_such_field) {
     EXPECT_EQ(record().number(PRole::Gain), std::nullopt);
 }
 
-TEST(RoleValue, of_a_method_is_no_value) {
+TEST(RoleValue, of_a_method_is_not_a_value) {
     EXPECT_FALSE(record().has(PRole::FireTrigger));
     EXPECT_FALSE(record().hasPlain(PRole::FireTrigger));
 }
