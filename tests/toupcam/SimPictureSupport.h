@@ -33,7 +33,7 @@ inline SimCameraText flatCamera(const std::string& more = "") {
     return camera;
 }
 
-/// A folder of its own for picture files, gone when the test is.
+/// A temporary folder for picture files, removed with the test.
 class PictureFolder {
 public:
     PictureFolder()

@@ -15,7 +15,7 @@
 #include <thread>
 #include <vector>
 
-/// What a test waits for must happen within this time even on a busy machine under a sanitizer.
+/// The timeout of waits, long enough for a busy machine under a sanitizer.
 constexpr std::chrono::seconds longestWait{60};
 
 /// Polls a condition without a notification; false if it did not come true in time.
@@ -95,7 +95,7 @@ public:
         static std::vector<HToupcam> handles;
         return handles;
     }
-    /// Stops their streams: what callbacks use may go now. One closed already refuses.
+    /// Stops their streams: what callbacks use may be destroyed then. A closed one refuses.
     static void stop() {
         for (const HToupcam handle : all())
             Toupcam_Stop(handle);

@@ -61,8 +61,8 @@ const RegionRow regions[] = {
     {"whole", {0, 0, 96, 64}, S_OK},
     {"too narrow", {0, 0, 2, 4}, E_INVALIDARG},
     {"too low", {0, 0, 4, 0}, E_INVALIDARG},
-    {"width no multiple of 4", {0, 0, 6, 4}, E_INVALIDARG},
-    {"height no multiple of 4", {0, 0, 4, 10}, E_INVALIDARG},
+    {"width not a multiple of 4", {0, 0, 6, 4}, E_INVALIDARG},
+    {"height not a multiple of 4", {0, 0, 4, 10}, E_INVALIDARG},
     {"odd left", {1, 0, 8, 8}, E_INVALIDARG},
     {"odd top", {0, 3, 8, 8}, E_INVALIDARG},
     {"over the right edge", {94, 0, 4, 4}, E_INVALIDARG},
@@ -237,7 +237,7 @@ TEST_F(SimGeometry, ready_made_frames_are_never_processed) {
     EXPECT_EQ(takeOne(handle).at(90, 60, 0), before.at(90, 60, 0));
 }
 
-/// A change of size and the size it brings about, from one to the next on a running stream.
+/// A change of size on a running stream, and the resulting size.
 struct ChangeStep {
     HRESULT (*apply)(HToupcam);
     Size size;

@@ -125,7 +125,7 @@ TEST_F(SimWhiteBalance, grey_camera_has_none) {
     EXPECT_EQ(Toupcam_AwbOnePush(handle, nullptr, nullptr), E_NOTIMPL);
 }
 
-/// A setting, what it does to a grey picture: the sign of red over green and of blue over green.
+/// A setting, and its effect on a grey picture: the signs of red - green and of blue - green.
 struct CastRow {
     const char* name;
     int temperature;
@@ -288,7 +288,7 @@ TEST_F(SimWhiteBalance, one_push_waits_for_frames_that_arrive) {
     const unsigned long long before = readCounts().produced;
     BalanceLog log;
     requestBalance(handle, log);
-    // Two frames may have been on their way.
+    // Two frames may have been in delivery.
     ASSERT_TRUE(eventually([before] { return readCounts().produced >= before + 20; }));
     EXPECT_EQ(log.count(), 0U);
     ToupcamSim_holdFrames("cam", 0);

@@ -92,7 +92,7 @@ TEST_P(SimTurn, brings_each_corner_to_its_place) {
     ASSERT_EQ(Toupcam_put_Option(handle, TOUPCAM_OPTION_ROTATE, GetParam().rotation), S_OK);
     const PushedFrame frame = takeOne(handle);
     EXPECT_EQ(readCorners(frame), expected());
-    // Nothing got lost on the way: a quarter of the picture is red and a quarter white.
+    // Nothing got lost: a quarter of the picture is red and a quarter white.
     EXPECT_NEAR(channelMean(frame, 0), 100.0, 2.0);
 }
 

@@ -13,7 +13,7 @@ double limited(double value) {
     return std::clamp(value, 0.0, 255.0);
 }
 
-/// What a tone setting makes of a value, computed here without the simulator's tables.
+/// The result of a tone setting for a value, computed here without the simulator's tables.
 struct ToneRow {
     const char* name;
     Set set;

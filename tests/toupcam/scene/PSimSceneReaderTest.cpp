@@ -8,7 +8,7 @@
 
 namespace {
 
-/// A scene with something wrong in it, and what the complaint must name.
+/// A scene with an error in it, and what the message must name.
 struct WrongRow {
     const char* name;
     const char* scene;
@@ -16,12 +16,12 @@ struct WrongRow {
 };
 
 const WrongRow wrong[] = {
-    {"text that is no JSON", "{\n\"cameras\": [}", {"line 2", "JSON"}},
+    {"text that is not JSON", "{\n\"cameras\": [}", {"line 2", "JSON"}},
     {"array instead of an object", "[]", {"scene", "object"}},
     {"empty text", "", {"JSON"}},
     {"unknown key of the scene", R"({"camera": []})", {"scene", "\"camera\"", "cameras"}},
-    {"cameras that are no array", R"({"cameras": 5})", {"scene.cameras", "5", "array"}},
-    {"camera that is no object", R"({"cameras": [7]})", {"scene.cameras[0]", "7", "object"}},
+    {"cameras that are not an array", R"({"cameras": 5})", {"scene.cameras", "5", "array"}},
+    {"camera that is not an object", R"({"cameras": [7]})", {"scene.cameras[0]", "7", "object"}},
     {"camera without an id", R"({"cameras": [{}]})", {"scene.cameras[0].id", "nothing", "text"}},
     {"id with a blank", R"({"cameras": [{"id": "a b"}]})", {"scene.cameras[0].id", "a b", "ASCII"}},
     {"empty id", R"({"cameras": [{"id": ""}]})", {"scene.cameras[0].id", "1 to 64"}},
@@ -40,7 +40,7 @@ const WrongRow wrong[] = {
     {"unknown flag",
      R"({"cameras": [{"id": "a", "flags": ["WINGS"]}]})",
      {"scene.cameras[0].flags[0]", "WINGS", "USB30"}},
-    {"flags that are no number",
+    {"flags that are not a number",
      R"({"cameras": [{"id": "a", "flags": "many"}]})",
      {"scene.cameras[0].flags", "many", "hexadecimal"}},
     {"16 bits",
@@ -89,7 +89,7 @@ const WrongRow wrong[] = {
     {"failing call without a result",
      R"({"faults": [{"do": "fail", "function": "Toupcam_Open"}]})",
      {"scene.faults[0].result", "nothing"}},
-    {"reported size of no function",
+    {"reported size without a function",
      R"({"faults": [{"do": "reportSize", "width": 4, "height": 4}]})",
      {"scene.faults[0].function", "nothing"}},
     {"option without an answer",
@@ -175,7 +175,7 @@ TEST_F(SimScene, reset_brings_the_built_in_scene_back) {
     EXPECT_EQ(Toupcam_EnumV2(records), 2U);
 }
 
-/// A file that is gone when the test is.
+/// A file that is removed with the test.
 class TemporaryFile {
 public:
     TemporaryFile(const std::string& name, const std::string& text)

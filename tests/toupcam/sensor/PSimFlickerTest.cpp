@@ -6,8 +6,8 @@
 
 namespace {
 
-/// Even light from the mains. A frame is read in 50 ms: at 50 Hz the lamp is bright five times
-/// while it is.
+/// Even light from a lamp on the mains. Reading a frame takes 50 ms, in which the lamp is bright
+/// five times at 50 Hz.
 SimCameraText lampCamera(int mainsHz, const std::string& exposure = R"("auto": false)") {
     SimCameraText camera = flatCamera();
     camera.fps = 20;
@@ -70,9 +70,12 @@ struct BandRow {
 };
 
 const BandRow bandRows[] = {
-    {"short exposure at 50 Hz", 50, 4000}, {"half a period of 50 Hz", 50, 10000},
-    {"more than that", 50, 13000},         {"half a period of 60 Hz", 60, 8333},
-    {"that of 50 Hz at 60 Hz", 60, 10000}, {"that of 60 Hz at 50 Hz", 50, 8333},
+    {"short exposure at 50 Hz", 50, 4000},
+    {"half a period of 50 Hz", 50, 10000},
+    {"more than half a period of 50 Hz", 50, 13000},
+    {"half a period of 60 Hz", 60, 8333},
+    {"that of 50 Hz at 60 Hz", 60, 10000},
+    {"that of 60 Hz at 50 Hz", 50, 8333},
     {"direct current", 0, 4000},
 };
 
@@ -125,8 +128,8 @@ TEST_F(SimFlicker, bands_move_when_the_frame_rate_is_not_in_step) {
     EXPECT_GT(most - least, 20.0);
 }
 
-/// The light frequency that is set, with a lamp at 50 Hz, and what auto-exposure makes
-/// of it: 12 ms would be just right.
+/// The light frequency that is set, with a lamp at 50 Hz, and the time that auto-exposure chooses:
+/// 12 ms would be just right.
 struct CompensationRow {
     const char* name;
     int frequency;

@@ -3,7 +3,7 @@
 
 namespace {
 
-/// A camera with cooler and fan whose heat is a thousand times as quick as the clock.
+/// A camera with cooler and fan whose temperature changes a thousand times faster than in reality.
 SimCameraText cooledCamera(const std::string& more = R"(, "thermalSpeed": 1000)") {
     SimCameraText camera;
     camera.extra = R"(, "flags": ["TEC_ONOFF", "FAN"], "fanLevels": 4)" + more;
@@ -44,12 +44,12 @@ struct HeatRow {
 
 const HeatRow heat[] = {
     {"fan at its highest level", "sim-20mc-1", TOUPCAM_OPTION_FAN, 3, S_OK},
-    {"fan beyond it", "sim-20mc-1", TOUPCAM_OPTION_FAN, 4, E_INVALIDARG},
+    {"fan beyond its highest level", "sim-20mc-1", TOUPCAM_OPTION_FAN, 4, E_INVALIDARG},
     {"fan below zero", "sim-20mc-1", TOUPCAM_OPTION_FAN, -1, E_INVALIDARG},
-    {"fan of a camera without", "sim-1mm-1", TOUPCAM_OPTION_FAN, 1, E_NOTIMPL},
+    {"fan of a camera without one", "sim-1mm-1", TOUPCAM_OPTION_FAN, 1, E_NOTIMPL},
     {"cooler", "sim-20mc-1", TOUPCAM_OPTION_TEC, 1, S_OK},
-    {"cooler that is no switch", "sim-20mc-1", TOUPCAM_OPTION_TEC, 2, E_INVALIDARG},
-    {"cooler of a camera without", "sim-1mm-1", TOUPCAM_OPTION_TEC, 0, E_NOTIMPL},
+    {"cooler that is not a switch", "sim-20mc-1", TOUPCAM_OPTION_TEC, 2, E_INVALIDARG},
+    {"cooler of a camera without one", "sim-1mm-1", TOUPCAM_OPTION_TEC, 0, E_NOTIMPL},
     {"voltage is read only", "sim-20mc-1", TOUPCAM_OPTION_TEC_VOLTAGE, 10, E_NOTIMPL},
     {"highest voltage is read only", "sim-20mc-1", TOUPCAM_OPTION_TEC_VOLTAGE_MAX, 10, E_NOTIMPL},
 };
@@ -164,7 +164,7 @@ TEST_F(SimThermal, closed_camera_is_not_cooled_any_more) {
     EXPECT_TRUE(reaches(handle, 250));
 }
 
-/// In the dark, with a sensor that is as warm as it is said to be: nothing changes its heat.
+/// In the dark, with a sensor at the given temperature, which nothing changes.
 class SimDark : public SimThermal {
 protected:
     HToupcam openDark(double celsius, const std::string& flags = "") {

@@ -12,7 +12,7 @@ namespace {
 
 using ::testing::ElementsAre;
 
-// The client: notes the codes, and can be held up inside its callback.
+// The client: records the codes, and can be blocked inside its callback.
 struct Client {
     static void onEvent(unsigned code, void* context) {
         auto* const client = static_cast<Client*>(context);

@@ -61,7 +61,7 @@ TEST_F(PSimProducerTest, a_held_camera_loses_its_stills) {
     m_parts.link->held = true;
     m_beforeRun = [this] {
         EXPECT_EQ(m_parts.schedule.requestStill(1), S_OK);
-        // Comes after the still: the loss ends what the held camera would never end.
+        // After the still: the loss ends the wait, which the held camera would never do.
         m_parts.source->unpaced = false;
         m_parts.observer->inFrameDone = [this] { m_parts.schedule.requestStop(); };
     };

@@ -36,7 +36,7 @@ TEST_F(SimPull, pulled_frame_is_gone_until_the_next) {
     ASSERT_TRUE(m_events.waitFor(TOUPCAM_EVENT_IMAGE));
     ToupcamSim_holdFrames("cam", 1);
     std::vector<std::uint8_t> pixels(96 * 64 * 4);
-    // One more frame may have been on its way when the camera was held.
+    // One more frame may have been in delivery when the camera was held.
     ASSERT_TRUE(eventually(
         [&] { return Toupcam_PullImageV2(handle, pixels.data(), 24, nullptr) == E_PENDING; }));
     EXPECT_EQ(Toupcam_PullImageV2(handle, nullptr, 24, nullptr), E_PENDING);
@@ -179,7 +179,7 @@ TEST_F(SimPull, slow_event_callback_gets_no_backlog_of_frame_events) {
     // One in progress, at most one waiting; an event of our own comes after those.
     ASSERT_EQ(ToupcamSim_fireEvent("cam", 0x1234), 1);
     EXPECT_LE(m_events.count(TOUPCAM_EVENT_IMAGE), 3U);
-    Toupcam_Stop(m_handle); // before the gate goes
+    Toupcam_Stop(m_handle); // before the gate is destroyed
 }
 
 TEST_F(SimPull, unpaced_ring_waits_until_a_frame_was_announced) {
@@ -213,7 +213,7 @@ TEST_F(SimPull, frames_can_be_pulled_inside_the_event_callback) {
     m_handle = openOnly(SimCameraText());
     ASSERT_EQ(Toupcam_StartPullModeWithCallback(m_handle, EventLog::onEvent, &m_events), S_OK);
     EXPECT_TRUE(eventually([&] { return pulled >= 5; }));
-    Toupcam_Stop(m_handle); // before what the callback uses goes
+    Toupcam_Stop(m_handle); // before what the callback uses is destroyed
 }
 
 TEST_F(SimPull, stop_from_inside_the_event_callback_is_refused) {
@@ -260,7 +260,7 @@ TEST_F(SimPull, stop_waits_for_the_event_callback_in_progress) {
         Toupcam_Stop(handle);
         stopped = true;
     });
-    // The stream has ended for all others long before the callback lets it return.
+    // For all others the stream has ended long before the callback returns.
     ASSERT_TRUE(eventually([&] { return Toupcam_Snap(handle, 0) == E_UNEXPECTED; }));
     EXPECT_FALSE(stopped);
     gate.open();

@@ -142,7 +142,7 @@ TEST_P(SimPushEnd, returns_after_the_callback_in_progress) {
         GetParam().end(handle);
         returned = true;
     });
-    // It must not return while the callback is held up; a wrong one would do so at once.
+    // It must not return while the callback is blocked; a faulty one would do so at once.
     EXPECT_EQ(ended.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
     gate.open();
     ASSERT_EQ(ended.wait_for(longestWait), std::future_status::ready);
@@ -223,7 +223,7 @@ TEST_F(SimPush, long_wait_for_a_frame_ends_when_the_exposure_is_shortened) {
     SimCameraText camera;
     camera.extra = R"(, "exposure": {"max": 4000000000})";
     const HToupcam handle = openOnly(camera);
-    // More than an hour: only a stream that looks at its settings again ends in time.
+    // More than an hour: only a stream that reads its settings again ends in time.
     ASSERT_EQ(Toupcam_put_ExpoTime(handle, 4000000000U), S_OK);
     FrameLog log(0);
     ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &log), S_OK);
@@ -332,7 +332,7 @@ TEST_F(SimPush, unpaced_ring_pushes_each_frame_of_the_ring_in_turn_without_loss)
     camera.source = R"({"kind": "ring", "frames": 3, "unpaced": true})";
     const HToupcam handle = openOnly(camera);
     FrameLog log;
-    // Compared inside: the stop may catch one more frame on its way.
+    // Compared inside the callback: the stop may let one more frame through.
     log.inside = [&log] {
         EXPECT_EQ(readCounts().produced, log.total() + 1);
         EXPECT_EQ(readCounts().delivered, log.total() + 1);
@@ -357,7 +357,7 @@ struct AddressLog {
     std::vector<const void*> addresses;
 };
 
-/// Those of at least this number of frames, pushed by a camera that is then stopped.
+/// The addresses of at least this number of frames, pushed by a camera that is then stopped.
 void pushAddresses(HToupcam handle, std::size_t frames, std::vector<const void*>& addresses) {
     AddressLog log;
     ASSERT_EQ(Toupcam_StartPushMode(handle, AddressLog::onData, &log), S_OK);

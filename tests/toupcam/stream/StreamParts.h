@@ -9,7 +9,7 @@
 /// What parts of a stream did, in order, as short texts. Used on one thread.
 using StreamSteps = std::vector<std::string>;
 
-/// Makes pictures of one pixel and notes each.
+/// Makes pictures of one pixel and records each.
 class FakeImageSource : public PSimImageSource {
 public:
     explicit FakeImageSource(StreamSteps& steps)
@@ -34,7 +34,7 @@ private:
     StreamSteps& m_steps;
 };
 
-/// Notes all it is given, and is ready for this many live frames.
+/// Records everything it is given, and is ready for this many live frames.
 class FakeDelivery : public PSimDelivery {
 public:
     FakeDelivery(StreamSteps& steps, int ready)

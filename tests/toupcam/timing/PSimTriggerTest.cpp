@@ -33,7 +33,7 @@ protected:
         EXPECT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &log), S_OK);
         return handle;
     }
-    /// Time for a camera to send what it will: the other one, as fast, takes this many frames.
+    /// Waits until the other camera, which is as fast, has taken this many frames.
     void letOtherTake(std::size_t frames) {
         ASSERT_TRUE(m_others.waitFor(m_others.total() + frames));
     }
@@ -68,7 +68,7 @@ TEST_F(SimTrigger, endless_run_goes_on_until_it_is_stopped) {
     ASSERT_EQ(Toupcam_Trigger(handle, 0xffff), S_OK);
     ASSERT_TRUE(log.waitFor(30));
     ASSERT_EQ(Toupcam_Trigger(handle, 0), S_OK);
-    letOtherTake(2); // one frame may have been on its way
+    letOtherTake(2); // one frame may have been in delivery
     const std::size_t total = log.total();
     letOtherTake(20);
     EXPECT_EQ(log.total(), total);
@@ -83,7 +83,7 @@ TEST_F(SimTrigger, new_count_replaces_the_old_one) {
     const std::size_t total = log.total();
     letOtherTake(30);
     EXPECT_GE(log.total(), total + 1); // one of the two may have been counted already
-    EXPECT_LE(log.total(), total + 3); // or one before them be on its way
+    EXPECT_LE(log.total(), total + 3); // or one before them may be in delivery
 }
 
 TEST_F(SimTrigger, runs_only_in_software_mode_on_a_running_stream) {
@@ -226,7 +226,7 @@ TEST_F(SimTrigger, signal_means_nothing_in_other_modes_or_without_a_stream) {
     ASSERT_EQ(Toupcam_put_Option(handle, TOUPCAM_OPTION_TRIGGER, external), S_OK);
     ASSERT_EQ(Toupcam_Stop(handle), S_OK);
     EXPECT_EQ(ToupcamSim_fireTrigger("cam"), 0);
-    EXPECT_EQ(ToupcamSim_fireTrigger("nobody"), 0);
+    EXPECT_EQ(ToupcamSim_fireTrigger("unknown"), 0);
     EXPECT_EQ(ToupcamSim_missedTriggers("cam"), 0U);
 }
 

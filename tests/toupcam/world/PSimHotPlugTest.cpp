@@ -70,7 +70,7 @@ TEST_F(SimHotPlug, unregistering_waits_for_the_callback_in_progress) {
     ASSERT_TRUE(gate.waitForSomebody());
     auto gone = std::async(std::launch::async, [&] {
         Toupcam_HotPlug(nullptr, nullptr);
-        return calls.count(); // complete: nothing of the callback is still to come
+        return calls.count(); // complete: the callback will not run again
     });
     EXPECT_EQ(gone.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
     gate.open();
@@ -151,7 +151,7 @@ TEST_F(SimHotPlug, unplugging_during_a_callback_in_progress_is_reported_after_it
     Toupcam_HotPlug(CallCounter::onCall, &calls);
     ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &frames), S_OK);
     ASSERT_TRUE(gate.waitForSomebody());
-    ASSERT_EQ(ToupcamSim_unplug("cam"), 1); // returns although the callback is held up
+    ASSERT_EQ(ToupcamSim_unplug("cam"), 1); // returns although the callback is blocked
     EXPECT_EQ(frames.losses(), 0U);
     gate.open();
     ASSERT_TRUE(frames.waitForLoss());

@@ -75,7 +75,7 @@ TEST_F(SimSession, id_of_64_characters_fills_its_field_and_opens) {
     const auto records = enumerated();
     ASSERT_EQ(records.size(), 1U);
     EXPECT_EQ(std::string(records[0].id, sizeof records[0].id), camera.id);
-    // A copy without anything behind it: reading beyond the field would be an error.
+    // A copy that ends with the field: the address sanitizer reports a read beyond it.
     const auto id = std::make_unique<char[]>(64);
     std::memcpy(id.get(), records[0].id, 64);
     const HToupcam handle = Toupcam_Open(id.get());

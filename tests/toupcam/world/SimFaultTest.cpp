@@ -54,7 +54,7 @@ TEST_F(SimFault, failing_enumeration_finds_the_given_number_of_cameras) {
     EXPECT_EQ(Toupcam_EnumV2(records), 2U);
 }
 
-// The record of one pull of a waiting picture into a buffer, as the client finds it afterwards.
+// What the client finds in its record and buffer after pulling a waiting picture.
 ToupcamFrameInfoV2 pulledInfo(HToupcam handle) {
     EventLog events;
     EXPECT_EQ(Toupcam_StartPullModeWithCallback(handle, EventLog::onEvent, &events), S_OK);
