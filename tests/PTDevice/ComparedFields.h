@@ -4,8 +4,8 @@
 #include <QMetaProperty>
 #include <QStringList>
 
-/// The fields of a record, by name, that two records may differ in and still be equal. A field
-/// that is not declared is not looked at.
+/// The fields of a record, by name, in which two records may differ and still be equal. A field
+/// that is not declared is not checked.
 template <typename Record>
 QStringList fieldsNotCompared() {
     QStringList names;

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What happens once in the life of a process. It needs a process of its own, in which these tests,
-// in this order, are all that happens.
+// What happens once per process. These tests need a process of their own, and run in this order.
 #include <PTDevice/SimFixture.h>
 
 #include <PCdPlugins/PTDevice/PTStreamThread.h>
@@ -17,7 +16,7 @@ class FirstEvents : public SimFixture {};
 
 } // namespace
 
-TEST_F(FirstEvents, opening_a_camera_makes_the_types_of_the_composite_values_known_by_name) {
+TEST_F(FirstEvents, opening_a_camera_registers_the_types_of_the_composite_values_by_name) {
     loadScene({SimCameraText()});
     const char* const names[] = {"TECDATA", "FANDATA", "ExtendedExposureData"};
     for (const char* name : names)

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// How the pull-mode worker waits while nothing is queued. It is looked at where it waits, so that
-// no clock has to be: this program puts a function of its own in the place of Qt's.
+// How the pull-mode worker waits while nothing is queued. Nothing is measured with a clock: this
+// program replaces the function of Qt with which the worker waits, and records its arguments.
 #include <PTDevice/SimFixture.h>
 
 #include <PCdPlugins/PTDevice/PTStreamThread.h>
@@ -30,14 +30,14 @@ Waits& waits() {
 
 } // namespace
 
-// What the plugin's code in this program calls; Qt's own does the same, with the time as it is.
+// The plugin's code in this program calls this one. Qt's does the same with the given time.
 bool QWaitCondition::wait(QMutex* mutex, unsigned long time) {
     {
         const std::lock_guard guard(waits().mutex);
         waits().times.insert(time);
     }
     ++waits().count;
-    // Longer than any test waits for what a push should bring about at once.
+    // Longer than any test waits for the effect of a push, which should be immediate.
     return wait(mutex, waits().untilWoken ? QDeadlineTimer(20000) : QDeadlineTimer(qint64(time)));
 }
 
@@ -60,12 +60,12 @@ protected:
 
     PTStreamThread* worker() const { return device->pullThread(); }
 
-    /// Starts the worker, and returns when it waits for nothing but a push.
+    /// Starts the worker, and returns when only a push can end its wait.
     void idleUntilWoken() {
         waits().untilWoken = true;
         ASSERT_TRUE(worker()->startThread().isOk());
         ASSERT_TRUE(waitUntil([] { return waits().count >= 1; }));
-        // The wait releases the queues' lock, which a push needs: so no push comes too early.
+        // A push needs the queues' lock, which the wait releases: so no push comes too early.
     }
 
     std::unique_ptr<PTDevice> device;

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The built libPTDevice.so in a process whose camera SDK is not there. The plugin looks for it
-// once.
+// The built libPTDevice.so in a process without the camera SDK. The plugin searches for it once.
 #include <support/PLogCapture.h>
 #include <support/QtPrinters.h>
 

@@ -77,7 +77,7 @@ TEST_F(PTDeviceModes, the_current_mode_follows_the_sdk) {
     EXPECT_EQ(device->getCurrentMode().id, "2");
 }
 
-TEST_F(PTDeviceModes, the_modes_are_read_before_the_index_in_use) {
+TEST_F(PTDeviceModes, the_modes_are_read_before_the_current_index) {
     device->getCurrentMode();
     const std::vector<std::string> lines = SimJournal::lines();
     ASSERT_EQ(lines.size(), 5u);
@@ -187,7 +187,8 @@ TEST_P(PTDeviceModeId, selects) {
 INSTANTIATE_TEST_SUITE_P(
     Rows, PTDeviceModeId,
     testing::Values(IdRow{"an_empty_id_index_0", "", "Toupcam_put_eSize(h1, 0) = 0"},
-                    IdRow{"text_that_is_no_number_index_0", "big", "Toupcam_put_eSize(h1, 0) = 0"},
+                    IdRow{"text_that_is_not_a_number_index_0", "big",
+                          "Toupcam_put_eSize(h1, 0) = 0"},
                     IdRow{"a_number_that_index", "2", "Toupcam_put_eSize(h1, 2) = 0"},
                     IdRow{"a_number_with_a_zero_before_it_a_decimal_index", "010",
                           "Toupcam_put_eSize(h1, 10) = -2147024809"},

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a property that is set through the host does to the picture, measured on its pixels.
+// The effect of properties on the picture, measured on its pixels.
 #include <PTDevice/SimFixture.h>
 
 #include <PCd/PEnumeration.h>
@@ -41,7 +41,7 @@ Means computeMeans(const QImage& picture) {
     return {sums.red / count, sums.green / count, sums.blue / count};
 }
 
-/// The camera streams; a property is set as text, and the next picture with it is looked at.
+/// A streaming camera. A property is set as text, and the first picture with it is measured.
 class PTDevicePictures : public SimFixture {
 protected:
     ~PTDevicePictures() override {
@@ -74,7 +74,7 @@ protected:
         property->updateValueFromDevice();
         EXPECT_EQ(property->valueInner(), value) << id << " = " << text;
     }
-    /// A frame that was begun after now.
+    /// A frame whose exposure begins after this call.
     QImage picture() const {
         const auto sequence = [this] {
             const PDeviceFrame frame = device->newestFrame();
@@ -125,7 +125,7 @@ TEST_F(PTDevicePictures, twice_the_gain_is_twice_the_light) {
     EXPECT_NEAR(twice / once, 2, 0.15);
 }
 
-TEST_F(PTDevicePictures, auto_exposure_goes_for_its_target) {
+TEST_F(PTDevicePictures, auto_exposure_moves_towards_its_target) {
     streamEvenLight();
     set("autoexpotarget", "80");
     set("autoexponeable", "on");
@@ -157,7 +157,7 @@ TEST_F(PTDevicePictures, contrast_moves_dark_away_from_the_middle) {
     EXPECT_GT(meansWith("contrast", "-50").green, before + 10);
 }
 
-TEST_F(PTDevicePictures, negative_turns_light_around) {
+TEST_F(PTDevicePictures, negative_inverts_the_light) {
     streamEvenLight();
     const double before = means().green;
     EXPECT_NEAR(meansWith("negative", "on").green, 255 - before, 3);
@@ -225,7 +225,7 @@ TEST_F(PTDevicePictures, a_horizontal_flip_swaps_left_and_right) {
 }
 
 TEST_F(PTDevicePictures, a_vertical_flip_swaps_top_and_bottom) {
-    // Rotated, the patches stand above each other.
+    // Rotated, the patches are above each other.
     streamPatches();
     set("rotate", "90");
     const QImage upright = picture();
@@ -281,7 +281,7 @@ TEST_F(PTDevicePictures, a_region_shows_that_part_of_the_picture) {
     EXPECT_EQ(part.pixel(8, 12), green);
 }
 
-// ---- Changes on the way.
+// ---- Changes while frames arrive.
 
 TEST_F(PTDevicePictures, sizes_may_change_in_flight_and_no_frame_is_lost_or_misread) {
     stream(R"({"kind": "patches"})");

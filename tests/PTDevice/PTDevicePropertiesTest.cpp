@@ -19,7 +19,7 @@ struct CatalogueRow {
     const char* id;
     const char* title;
     Type type;
-    QVariant range;        ///< of a number; else not looked at here
+    QVariant range;        ///< of a number; others are not checked here
     QVariant defaultValue; ///< invalid: none
     bool serializable = true;
 };
@@ -123,7 +123,7 @@ QStringList words(const char* text) {
 
 } // namespace
 
-TEST_P(PTDeviceAccessories, are_offered_by_the_model_flags_behind_the_region) {
+TEST_P(PTDeviceAccessories, are_offered_by_the_model_flags_after_the_region) {
     load(plainCamera().withFlags(GetParam().flags));
     QStringList expected;
     for (const CatalogueRow& row : catalogue()) {
@@ -184,7 +184,7 @@ TEST_F(PTDeviceProperties, the_exposure_time_alone_has_a_unit_and_it_is_the_micr
     }
 }
 
-TEST_F(PTDeviceProperties, the_speed_alone_has_a_description_what_to_do_without_a_picture) {
+TEST_F(PTDeviceProperties, the_speed_alone_has_a_description_of_what_to_do_without_a_picture) {
     load(plainCamera());
     for (const PDeviceProperty* offered : device->supportProperties()) {
         const QString expected = offered->id() == "speed"
@@ -245,7 +245,7 @@ INSTANTIATE_TEST_SUITE_P(Rows, PTDeviceNoSpeed,
                                          NoSpeedRow{"a_highest_speed_of_0", 0}),
                          RowName());
 
-TEST_F(PTDeviceProperties, ranges_that_the_camera_does_not_tell_do_not_stop_the_catalogue) {
+TEST_F(PTDeviceProperties, ranges_that_cannot_be_read_do_not_stop_the_catalogue) {
     loadScene({plainCamera()});
     device = open();
     ToupcamSim_failCall("Toupcam_get_ExpTimeRange", 0, 0, E_FAIL);
@@ -264,7 +264,7 @@ TEST_F(PTDeviceProperties, building_the_list_reads_the_camera_and_writes_nothing
         EXPECT_EQ(line.find("_put_"), std::string::npos) << line;
 }
 
-TEST_F(PTDeviceProperties, ranges_are_asked_for_in_the_order_of_the_catalogue) {
+TEST_F(PTDeviceProperties, ranges_are_read_in_the_order_of_the_catalogue) {
     loadScene({plainCamera()});
     device = open();
     SimJournal::clear();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The plugin's root object: which cameras it finds, keeps and drops, and when it looks again.
+// The plugin's root object: which cameras it finds, keeps and removes, and when it rescans.
 #include <PTDevice/SimFixture.h>
 
 #include <PCdPlugins/PTDevice/PTDeviceRegister.h>
@@ -50,8 +50,8 @@ protected:
 
 using PTRegister = PTDeviceRegisterFixture;
 
-/// A device of another plugin in the same list. Code that takes it for a PTDevice finds the id
-/// "cam" anywhere in it.
+/// A device of another plugin in the same list. Code that casts it to a PTDevice reads the id "cam"
+/// wherever it looks.
 class ForeignDevice : public PDevice {
 public:
     ForeignDevice()
@@ -87,7 +87,7 @@ private:
     PDevice* m_first;
 };
 
-/// A device of any record, also one whose camera the SDK does not open.
+/// A device for any record, even of a camera that the SDK does not open.
 class DeviceOfRecord : public PTDevice {
 public:
     explicit DeviceOfRecord(const ToupcamDeviceV2& record)
@@ -129,14 +129,14 @@ TEST_F(PTRegister, lists_a_device_for_every_camera_in_the_sdks_order) {
                 ElementsAre("Simulated-T-S2", "Simulated-T-S1", "Simulated-T-S3"));
 }
 
-TEST_F(PTRegister, without_cameras_the_list_is_empty_and_nothing_is_said) {
+TEST_F(PTRegister, without_cameras_the_list_is_empty_and_nothing_is_logged) {
     loadScene({});
     PTDeviceRegister reg;
     EXPECT_THAT(reg.aliveDevices(), IsEmpty());
     EXPECT_THAT(ptTexts(log), IsEmpty());
 }
 
-TEST_F(PTRegister, asked_twice_it_returns_the_same_objects_and_announces_them_once) {
+TEST_F(PTRegister, updated_twice_it_returns_the_same_objects_and_announces_them_once) {
     loadScene({SimCameraText{}});
     PTDeviceRegister reg;
     reg.updateDevices();
@@ -175,7 +175,7 @@ TEST_F(PTRegister, looks_at_all_128_cameras_that_the_sdk_can_enumerate) {
     for (int i = 0; i < TOUPCAM_MAX; ++i)
         cameras.push_back(camera("cam" + std::to_string(i), "S" + std::to_string(i)));
     loadScene(cameras);
-    // None opens, which costs less time than 128 devices, and each says so.
+    // None opens, which is faster than 128 devices, and each is logged.
     ToupcamSim_failCall("Toupcam_Open", 0, 0, E_FAIL);
     PTDeviceRegister reg;
     EXPECT_THAT(reg.aliveDevices(), IsEmpty());
@@ -288,7 +288,7 @@ TEST_F(PTRegister, a_vanished_camera_is_removed_and_comes_back_as_a_new_device_w
     EXPECT_THAT(reg.devices(), IsEmpty());
     EXPECT_EQ(removed.count(), 1);
     EXPECT_EQ(ToupcamSim_plug("cam"), 1);
-    reg.updateDevices(); // the removed object still waits to be deleted
+    reg.updateDevices(); // the removed object has not been deleted yet
     EXPECT_EQ(added.count(), 2);
     EXPECT_THAT(ids(reg.devices()), ElementsAre("Simulated-T-TESTCAM001"));
 }
@@ -314,7 +314,7 @@ TEST_F(PTRegister, a_device_that_reports_its_camera_gone_is_removed_without_a_re
     EXPECT_EQ(SimJournal::calls("Toupcam_Close").size(), 1u);
 }
 
-TEST_F(PTRegister, a_device_that_says_it_is_disconnected_is_gone_when_the_signal_returns) {
+TEST_F(PTRegister, a_device_that_reports_it_is_disconnected_is_gone_when_the_signal_returns) {
     loadScene({SimCameraText{}});
     PTDeviceRegister reg;
     reg.updateDevices();

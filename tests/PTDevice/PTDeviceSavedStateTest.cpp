@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The state of a device as the host saves it and brings it back.
+// Saving and restoring the state of a device.
 #include <PTDevice/SimFixture.h>
 
 #include <PCdPlugins/PTDevice/ExtendedExposureData.h>

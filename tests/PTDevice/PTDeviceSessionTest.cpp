@@ -172,7 +172,7 @@ TEST_P(PTDeviceFixedSetting, that_fails_is_logged_and_not_fatal) {
     EXPECT_EQ(records[0].function, u"PTDevice::PTDevice(ToupcamDeviceV2)"_qs);
     EXPECT_EQ(records[0].file, u"src/PCdPlugins/PTDevice/PTDevice.cpp"_qs);
     EXPECT_EQ(records[0].line, row.line);
-    // The step behind the failed one still runs.
+    // The step after the failed one still runs.
     EXPECT_THAT(SimJournal::calls("Toupcam_get_MaxSpeed"), testing::SizeIs(1));
 }
 
@@ -301,7 +301,7 @@ TEST_F(PTDeviceSession, a_still_whose_results_are_positive_is_accepted) {
     EXPECT_TRUE(device->triggerStillCapture());
 }
 
-TEST_F(PTDeviceSession, no_still_is_asked_for_when_the_resolution_is_unknown) {
+TEST_F(PTDeviceSession, no_still_is_requested_when_the_resolution_is_unknown) {
     loadScene({SimCameraText{}});
     const auto device = open();
     ToupcamSim_failCall("Toupcam_get_eSize", 0, 1, E_FAIL);
@@ -345,7 +345,7 @@ TEST_F(PTDeviceSession, destroyed_with_a_disconnect_posted_emits_nothing) {
 
 namespace {
 
-/// Gives its mutex away.
+/// Makes its mutex public.
 class DeviceWithMutex : public PTDevice {
 public:
     explicit DeviceWithMutex(const ToupcamDeviceV2& record)
@@ -371,7 +371,7 @@ TEST_F(PTDeviceSession, a_device_that_is_destroyed_closes_its_camera_and_waits_f
         while (SimJournal::calls("Toupcam_Close").empty() && !deadline.hasExpired())
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
         sawClose = !deadline.hasExpired();
-        // Nobody waits for this as long as the device waits for the mutex.
+        // Does not happen while the device waits for the mutex.
         sawGone = goneYet.wait_for(std::chrono::milliseconds(100)) == std::future_status::ready;
     });
     held.get_future().wait();

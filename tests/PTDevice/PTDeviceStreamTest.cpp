@@ -23,7 +23,7 @@ using testing::IsEmpty;
 
 namespace {
 
-/// A header that is true for a buffer of this geometry.
+/// A correct header for a buffer of this geometry.
 BITMAPINFOHEADER makeHeader(int width, int height, int bits) {
     BITMAPINFOHEADER header{};
     header.biSize = sizeof header;
@@ -286,7 +286,7 @@ long minorFaults() {
 } // namespace
 
 TEST_F(PTDeviceStream, a_frame_takes_memory_for_one_copy_and_no_more) {
-    // So large that memory from anywhere but the pool would be new to the process: 8,450 pages.
+    // So large that memory not from the pool would be newly mapped: 8,450 pages.
     const BITMAPINFOHEADER header = makeHeader(8192, 4225, 8);
     const std::vector<unsigned char> buffer(header.biSizeImage, 1);
     for (int i = 0; i < 3; ++i)
@@ -451,7 +451,7 @@ TEST_F(PTDeviceStream,
 
 namespace {
 
-/// A property that counts on which thread it is read again.
+/// A property that counts its reads by thread.
 class CountingProperty : public PDeviceProperty {
 public:
     explicit CountingProperty(QByteArray id)
@@ -469,7 +469,7 @@ public:
     }
 };
 
-/// A camera whose property list is the two that the exposure callback is about.
+/// A camera with only the two properties that the exposure callback updates.
 class DeviceWithExposure : public PTDevice {
 public:
     explicit DeviceWithExposure(const ToupcamDeviceV2& record)

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How a frame is exposed, as one value: what is sent for it, what is read, how it is written down.
+// The exposure of a frame as one value: what is sent, what is read, how it is serialised.
 #include <PTDevice/ComparedFields.h>
 #include <PTDevice/SimFixture.h>
 #include <PTDevice/StreamBytes.h>
@@ -80,10 +80,10 @@ TEST_F(PTExtendedExposureTest, video_cuts_the_time_to_whole_microseconds) {
     d.exp = 0.0015;
     property()->trySetValueToDevice(d);
     EXPECT_THAT(SimJournal::calls("Toupcam_put_ExpoTime"),
-                ElementsAre(HasSubstr("(h1, 1) = "))); // less than the camera can, and sent
+                ElementsAre(HasSubstr("(h1, 1) = "))); // below the maximum of the camera, and sent
 }
 
-TEST_F(PTExtendedExposureTest, a_time_that_is_no_time_is_sent_as_the_nearest_number) {
+TEST_F(PTExtendedExposureTest, a_time_that_is_not_valid_is_sent_as_the_nearest_number) {
     ExtendedExposureData d;
     for (const double time : {-5.0, 1e300, std::numeric_limits<double>::quiet_NaN()}) {
         d.exp = time;
@@ -128,7 +128,7 @@ TEST_F(PTExtendedExposureTest, an_unknown_capture_mode_sends_nothing_and_is_stor
     EXPECT_EQ(property()->value(), d);
 }
 
-TEST_F(PTExtendedExposureTest, something_else_is_written_as_the_default_record) {
+TEST_F(PTExtendedExposureTest, a_value_of_another_type_is_written_as_the_default_record) {
     ExtendedExposureData d;
     d.target = 55;
     property()->trySetValueToDevice(d);
@@ -258,7 +258,7 @@ TEST_F(PTExtendedExposureTest, there_is_no_range) {
 
 // ---- Construction.
 
-TEST_F(PTExtendedExposureTest, starts_with_the_defaults_and_asks_for_both_ranges) {
+TEST_F(PTExtendedExposureTest, starts_with_the_defaults_and_reads_both_ranges) {
     const PTExtendedExposure fresh(device->sdkHandle(), "id", u"title"_qs);
     EXPECT_EQ(fresh.valueInner(), QVariant::fromValue(ExtendedExposureData()));
     EXPECT_EQ(fresh.title(), u"title"_qs);
@@ -269,7 +269,7 @@ TEST_F(PTExtendedExposureTest, starts_with_the_defaults_and_asks_for_both_ranges
     EXPECT_TRUE(log.contains(u"Expotime 50 100000000"_qs, u"qt"_qs));
 }
 
-TEST_F(PTExtendedExposureTest, ranges_that_are_not_told_are_logged_and_no_obstacle) {
+TEST_F(PTExtendedExposureTest, ranges_that_cannot_be_read_are_logged_and_ignored) {
     ToupcamSim_failCall("Toupcam_get_ExpTimeRange", 0, 1, E_FAIL);
     ToupcamSim_failCall("Toupcam_get_ExpoAGainRange", 0, 1, E_FAIL);
     const PTExtendedExposure fresh(device->sdkHandle(), "id", QString());
@@ -366,7 +366,7 @@ TEST(ExtendedExposureDataTest, a_stream_that_ends_early_says_so) {
     EXPECT_EQ(stream.status(), QDataStream::ReadPastEnd);
 }
 
-TEST_F(PTExtendedExposureTest, the_record_is_known_by_its_name_and_streams_inside_a_variant) {
+TEST_F(PTExtendedExposureTest, the_record_is_registered_by_name_and_streams_inside_a_variant) {
     const QMetaType type = QMetaType::fromName("ExtendedExposureData");
     ASSERT_EQ(type, QMetaType::fromType<ExtendedExposureData>());
     QByteArray bytes;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The cooling fan: what is sent, what is read, how it is written down.
+// The cooling fan: what is sent, what is read, how it is serialised.
 #include <PTDevice/ComparedFields.h>
 #include <PTDevice/SimFixture.h>
 #include <PTDevice/StreamBytes.h>
@@ -106,7 +106,7 @@ TEST_F(PTFanPropertyTest, positive_results_are_not_failures) {
     EXPECT_EQ(property()->tryGetValueFromDevice(), (FANDATA{0, 0}));
 }
 
-TEST_F(PTFanPropertyTest, something_else_is_a_fan_that_is_not_known) {
+TEST_F(PTFanPropertyTest, a_value_of_another_type_is_an_unknown_fan) {
     EXPECT_EQ(property()->convertToT(u"fast"_qs), (FANDATA{-1, 0}));
     EXPECT_EQ(property()->convertToT(QVariant::fromValue(FANDATA{1, 2})), (FANDATA{1, 2}));
 }
@@ -118,7 +118,7 @@ TEST_F(PTFanPropertyTest, there_is_no_range) {
     EXPECT_THAT(SimJournal::lines(), IsEmpty());
 }
 
-TEST_F(PTFanPropertyTest, the_value_is_known_by_its_name) {
+TEST_F(PTFanPropertyTest, the_type_of_the_value_is_registered_by_name) {
     EXPECT_EQ(QMetaType::fromName("FANDATA"), QMetaType::fromType<FANDATA>());
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// First and alone among the plugin's headers: it needs no other.
+// The first and only header of the plugin here: it needs no other.
 #include <PCdPlugins/PTDevice/PTLog.h>
 
 #include <support/PLogCapture.h>
@@ -16,7 +16,7 @@ int sdkCall(int result, int* calls) {
 
 class PTLogRecords : public testing::Test {
 protected:
-    /// The plugin's only record; an empty one, and the test fails, if there are more or fewer.
+    /// The plugin's only record. If there are more or fewer, the test fails, and it is empty.
     PLogRecord onlyRecord() const {
         const QList<PLogRecord> records = log.records(u"PTDevice"_qs);
         EXPECT_EQ(records.size(), 1);
@@ -48,7 +48,7 @@ TEST_F(PTLogRecords, a_call_with_any_success_code_is_made_once_and_not_logged) {
     EXPECT_TRUE(log.records(u"PTDevice"_qs).isEmpty());
 }
 
-TEST_F(PTLogRecords, a_failed_call_can_be_known_by_another_function_and_line) {
+TEST_F(PTLogRecords, a_failed_call_can_be_logged_under_another_function_and_line) {
     PT_OP_IN("void f(int)", 141, sdkCall(-1, &calls));
     const PLogRecord record = onlyRecord();
     EXPECT_EQ(record.function, u"void f(int)"_qs);
@@ -60,7 +60,7 @@ TEST_F(PTLogRecords, a_failed_call_can_be_logged_with_another_text) {
     EXPECT_EQ(onlyRecord().text(), u"Failed TOUPCAM_OP: sdkCall(-1)"_qs);
 }
 
-TEST_F(PTLogRecords, a_record_can_be_known_by_a_line_of_its_own) {
+TEST_F(PTLogRecords, a_record_can_be_logged_under_a_line_of_its_own) {
     PT_LOG_AT(85) << "discarded";
     const PLogRecord record = onlyRecord();
     EXPECT_EQ(record.line, 85);

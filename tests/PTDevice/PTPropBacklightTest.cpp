@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Light that flickers with the mains: the code of its frequency.
+// The light frequency: the code for lamps that flicker with the mains.
 #include <PTDevice/SimFixture.h>
 
 #include <PCdPlugins/PTDevice/PTPropBacklight.h>
@@ -37,7 +37,7 @@ TEST_F(PTBacklightPropertyTest, sends_and_reads_the_code) {
                 ElementsAre("Toupcam_put_HZ(h1, 1) = 0", "Toupcam_get_HZ(h1, 1) = 0"));
 }
 
-TEST_F(PTBacklightPropertyTest, passes_a_code_that_does_not_exist_on_and_tells_the_refusal) {
+TEST_F(PTBacklightPropertyTest, passes_on_a_code_that_does_not_exist_and_reports_the_refusal) {
     EXPECT_FALSE(property()->trySetValueToDevice(7));
     EXPECT_THAT(SimJournal::lines(), ElementsAre("Toupcam_put_HZ(h1, 7) = -2147024809"));
 }

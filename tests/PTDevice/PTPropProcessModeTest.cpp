@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Choices that the SDK holds as integers.
+// Choices that are integers in the SDK.
 #include <PTDevice/SimFixture.h>
 
 #include <PCdPlugins/PTDevice/PTPropProcessMode.h>
@@ -114,7 +114,7 @@ TEST_F(PTPropProcessModes, an_unknown_item_sends_zero) {
     EXPECT_THAT(SimJournal::lines(), ElementsAre("Toupcam_put_Option(h1, 13, 0) = 0"));
 }
 
-TEST_F(PTPropProcessModes, setting_is_always_true_whatever_the_sdk_answers) {
+TEST_F(PTPropProcessModes, setting_is_always_true_whatever_the_sdk_returns) {
     EXPECT_TRUE(property("binning")->trySetValue(QVariant::fromValue(idWithLastByte(99))));
     EXPECT_THAT(SimJournal::lines(), ElementsAre("Toupcam_put_Option(h1, 23, 0) = -2147024809"));
 }
@@ -162,7 +162,7 @@ TEST_F(PTPropProcessModes, what_is_read_is_looked_up_in_its_own_items_whatever_t
 
 namespace {
 
-/// A choice without an item for what the camera has.
+/// A choice without an item for the camera's value.
 PEnumeration itemsWithout(const PEnumeration& items, const QByteArray& data) {
     PEnumeration rest;
     for (const PEnumerationItem& item : items.items()) {
@@ -182,8 +182,7 @@ TEST_F(PTPropProcessModes, a_value_that_no_item_has_reads_as_the_null_id) {
     EXPECT_EQ(rotate.tryGetValue(), QVariant::fromValue(QUuid()));
 }
 
-TEST_F(PTPropProcessModes,
-       a_binning_that_the_camera_does_not_tell_is_zero_and_reads_as_no_binning) {
+TEST_F(PTPropProcessModes, a_binning_that_cannot_be_read_is_zero_and_reads_as_no_binning) {
     ASSERT_EQ(Toupcam_put_Option(device->sdkHandle(), TOUPCAM_OPTION_BINNING, 2), 0);
     ToupcamSim_failCall("Toupcam_get_Option", 0, 1, E_FAIL); // leaves 0, which is not in the list
     const QVariant value = property("binning")->tryGetValue();
@@ -206,7 +205,7 @@ TEST_F(PTPropProcessModes, an_empty_list_of_items_sends_zero) {
     EXPECT_EQ(PEnumeration().getItem(idWithLastByte(2)), PEnumerationItem());
 }
 
-// ---- The same over the light-frequency calls.
+// ---- The same with the light-frequency calls.
 
 namespace {
 

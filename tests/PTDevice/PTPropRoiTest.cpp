@@ -61,18 +61,18 @@ TEST_F(PTPropRoi, after_a_good_set_the_host_holds_the_cameras_region) {
                 ElementsAre("Toupcam_get_Roi(h1, 16, 32, 640, 480) = 0"));
 }
 
-TEST_F(PTPropRoi, the_camera_tells_its_region) {
+TEST_F(PTPropRoi, the_region_is_read_from_the_camera) {
     ASSERT_EQ(Toupcam_put_Roi(device->sdkHandle(), 8, 6, 44, 32), 0);
     EXPECT_EQ(roi()->tryGetValue(), QVariant(QRect(8, 6, 44, 32)));
 }
 
-TEST_F(PTPropRoi, the_range_is_the_sensor_at_the_resolution_in_use) {
+TEST_F(PTPropRoi, the_range_is_the_sensor_at_the_current_resolution) {
     EXPECT_EQ(range(), wholeSensor(1920, 1080));
     ASSERT_EQ(Toupcam_put_eSize(device->sdkHandle(), 1), 0);
     EXPECT_EQ(range(), wholeSensor(960, 540));
 }
 
-TEST_F(PTPropRoi, the_range_is_empty_and_logged_if_the_camera_has_no_resolution_in_use) {
+TEST_F(PTPropRoi, the_range_is_empty_and_logged_if_the_camera_has_no_current_resolution) {
     ToupcamSim_failCall("Toupcam_get_eSize", 0, 1, S_FALSE); // not a failure, but no index either
     EXPECT_EQ(range(), PScanAreaRange());
     EXPECT_EQ(ptLastText(log), u"ScanAreaRange: 4294967295"_qs);
@@ -100,7 +100,7 @@ TEST_F(PTPropRoi, the_size_of_an_index_that_cannot_be_read_is_still_read) {
     EXPECT_EQ(SimJournal::calls("Toupcam_get_Resolution").size(), 1U);
 }
 
-TEST_F(PTPropRoi, a_mode_change_has_region_and_range_read_again_unasked) {
+TEST_F(PTPropRoi, a_mode_change_has_region_and_range_read_again) {
     device->link();
     roi()->setValue(QRect(16, 32, 640, 480));
     SimJournal::clear();

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The order of the virtual functions of the composite properties, which a host built elsewhere
-// relies on.
+// The order of the composite properties' virtual functions, on which separately built hosts rely.
 #include <PCdPlugins/PTDevice/PTExtendedExposure.h>
 #include <PCdPlugins/PTDevice/PTFanDevice.h>
 #include <PCdPlugins/PTDevice/PTPropBacklight.h>
@@ -23,7 +22,7 @@ using Composites = testing::Types<PTExtendedExposure, PTFanProperty, PTECPropert
 
 } // namespace
 
-// The empty third argument keeps Clang from asking for one.
+// Without the empty third argument Clang warns that one is missing.
 TYPED_TEST_SUITE(CompositePropertySlots, Composites, );
 
 TYPED_TEST(CompositePropertySlots, are_those_of_the_bases_and_then_the_range) {

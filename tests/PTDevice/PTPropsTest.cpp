@@ -61,7 +61,7 @@ TEST_F(PTProps, a_negative_time_is_sent_as_its_bit_pattern) {
                 ElementsAre(testing::StartsWith("Toupcam_put_ExpoTime(h1, 4294967295) = ")));
 }
 
-TEST_F(PTProps, the_range_is_not_enforced_and_not_asked_of_the_camera) {
+TEST_F(PTProps, the_range_is_not_enforced_and_not_read_from_the_camera) {
     EXPECT_FALSE(property("hue")->trySetValue(181));
     EXPECT_THAT(SimJournal::lines(), ElementsAre("Toupcam_put_Hue(h1, 181) = -2147024809"));
     SimJournal::clear();
@@ -69,7 +69,7 @@ TEST_F(PTProps, the_range_is_not_enforced_and_not_asked_of_the_camera) {
     EXPECT_THAT(SimJournal::lines(), IsEmpty());
 }
 
-TEST_F(PTProps, a_number_is_taken_only_if_the_sdk_answers_exactly_zero) {
+TEST_F(PTProps, a_number_is_taken_only_if_the_sdk_returns_exactly_zero) {
     EXPECT_TRUE(property("gamma")->trySetValue(90));
     ToupcamSim_failCall("Toupcam_put_Gamma", 0, 1, S_FALSE); // a success code, but not 0
     EXPECT_FALSE(property("gamma")->trySetValue(91));
@@ -78,14 +78,14 @@ TEST_F(PTProps, a_number_is_taken_only_if_the_sdk_answers_exactly_zero) {
     EXPECT_TRUE(ptTexts(log).isEmpty()) << "a refusal is not logged";
 }
 
-TEST_F(PTProps, a_number_that_the_camera_does_not_tell_is_zero) {
+TEST_F(PTProps, a_number_that_cannot_be_read_is_zero) {
     ToupcamSim_failCall("Toupcam_get_Saturation", 0, 1, E_FAIL);
     EXPECT_EQ(property("saturation")->tryGetValue(), QVariant(0));
 }
 
 namespace {
 
-/// What a camera that is only a variable answers and was sent; its functions are the SDK's.
+/// A variable in place of a camera, with functions like the SDK's that read and write it.
 template <typename T>
 struct NumberInCamera {
     static inline T value = 0;
@@ -132,7 +132,7 @@ TEST_F(PTProps, a_switch_sends_one_and_zero) {
                 ElementsAre("Toupcam_put_Negative(h1, 1) = 0", "Toupcam_put_Negative(h1, 0) = 0"));
 }
 
-TEST_F(PTProps, a_switch_is_always_taken_whatever_the_sdk_answers) {
+TEST_F(PTProps, a_switch_is_always_taken_whatever_the_sdk_returns) {
     ToupcamSim_failCall("Toupcam_put_VFlip", 0, 1, E_FAIL);
     EXPECT_TRUE(property("vflip")->trySetValue(true));
     EXPECT_EQ(property("vflip")->tryGetValue(), QVariant(false));
@@ -184,13 +184,13 @@ TEST_F(PTProps, a_half_that_is_neither_reads_zero_and_ignores_sets_with_success)
     EXPECT_EQ(neither.tryGetValue(), QVariant(0));
 }
 
-TEST_F(PTProps, temperature_and_tint_are_always_taken_whatever_the_sdk_answers) {
+TEST_F(PTProps, temperature_and_tint_are_always_taken_whatever_the_sdk_returns) {
     EXPECT_TRUE(property("temp")->trySetValue(1)); // refused by the camera
     ToupcamSim_failCall("Toupcam_put_TempTint", 0, 1, E_FAIL);
     EXPECT_TRUE(property("tint")->trySetValue(1000));
 }
 
-TEST_F(PTProps, what_the_camera_does_not_tell_reads_as_nothing) {
+TEST_F(PTProps, what_cannot_be_read_reads_as_nothing) {
     ASSERT_EQ(Toupcam_put_HFlip(handle(), 1), 0);
     ToupcamSim_failCall("Toupcam_get_HFlip", 0, 1, E_FAIL);
     EXPECT_EQ(property("hflip")->tryGetValue(), QVariant(false));

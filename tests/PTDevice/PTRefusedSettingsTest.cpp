@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Settings whose adapters answer the same whether the camera took them or not: the host still has
-// what the camera has.
+// Settings whose adapters return the same whether the camera took them or not: the host still has
+// the value that the camera has.
 #include <PTDevice/SimFixture.h>
 
 #include <PCd/property/PDeviceProperty.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A camera whose cable is pulled and put back before the plugin looks again.
+// A camera whose cable is pulled and plugged in again before the plugin rescans.
 #include <PTDevice/SimFixture.h>
 
 #include <PCdPlugins/PTDevice/PTDeviceRegister.h>

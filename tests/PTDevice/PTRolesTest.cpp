@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the plugin's properties mean to hosts that do not know them.
+// The roles of the plugin's properties, which hosts without knowledge of the plugin use.
 #include <PTDevice/SimFixture.h>
 
 #include <PCdPlugins/PTDevice/PTRoles.h>
@@ -27,7 +27,7 @@ protected:
     std::unique_ptr<PTDevice> device;
 };
 
-/// The fields of a value that have roles; an empty name stands for the value itself.
+/// The fields of a value that have roles; an empty name means the value itself.
 QStringList partsWithRoles(const PRoleValue& value) {
     QStringList parts;
     for (const PRoleBinding& binding : value.bindings) {

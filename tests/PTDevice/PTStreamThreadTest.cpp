@@ -17,7 +17,7 @@
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Looks at the worker's queues.
+/// Gives access to the worker's queues.
 class PTStreamThreadTest : public SimFixture {
 protected:
     PTStreamThreadTest() { reopen(SimCameraText{}); }
@@ -120,7 +120,7 @@ TEST_F(PTStreamThreadTest, seven_codes_without_a_consumer_leave_exactly_the_seve
     EXPECT_THAT(log.texts(), IsEmpty()) << "dropped without a message";
 }
 
-TEST_F(PTStreamThreadTest, the_fifth_image_without_a_consumer_clears_the_four_and_says_so) {
+TEST_F(PTStreamThreadTest, the_fifth_image_without_a_consumer_clears_the_four_and_is_logged) {
     for (int i = 0; i < 4; ++i)
         device->postprocImage(PImage());
     EXPECT_EQ(queuedImages(), 4);
@@ -212,7 +212,7 @@ TEST_F(PTStreamThreadTest, live_frames_are_pulled_and_arrive_as_32_bit_images_in
     EXPECT_THAT(colours, ElementsAre(qRgb(255, 0, 0), qRgb(0, 255, 0), qRgb(0, 0, 255)));
 }
 
-TEST_F(PTStreamThreadTest, each_pull_asks_for_the_size_first_then_for_the_pixels) {
+TEST_F(PTStreamThreadTest, each_pull_gets_the_size_first_then_the_pixels) {
     startPulling();
     ASSERT_TRUE(waitUntil([&] { return device->frameLedger().produced >= 1; }));
     device->pullThread()->stopThread();
@@ -283,7 +283,7 @@ TEST_F(PTStreamThreadTest, a_still_whose_second_pull_fails_is_logged_as_2_and_no
     EXPECT_GE(device->frameLedger().count(PFrameOutcome::LostInCamera), 1u);
 }
 
-// ---- What the two pulls of a frame say of its size.
+// ---- The sizes that the two pulls of a frame report.
 
 TEST_F(PTStreamThreadTest, a_frame_whose_second_pull_leaves_its_record_empty_is_delivered) {
     startTriggered();
@@ -361,7 +361,7 @@ class PTStreamThreadNoSize : public PTStreamThreadTest,
                              public testing::WithParamInterface<NoSizeRow> {};
 
 TEST_P(PTStreamThreadNoSize, is_dropped_as_of_a_bad_size_and_logged) {
-    ToupcamSim_failCall(GetParam().function, 0, 1, S_OK); // a success that says 0 x 0
+    ToupcamSim_failCall(GetParam().function, 0, 1, S_OK); // a success that reports 0 x 0
     device->postprocEvt(GetParam().event);
     consumeEvents();
     EXPECT_EQ(count(PFrameOutcome::BadSize), 1u);
@@ -378,7 +378,7 @@ INSTANTIATE_TEST_SUITE_P(Rows, PTStreamThreadNoSize,
                                                    TOUPCAM_EVENT_STILLIMAGE}),
                          RowName());
 
-TEST_F(PTStreamThreadTest, a_frame_without_memory_is_booked_as_that) {
+TEST_F(PTStreamThreadTest, a_frame_without_memory_is_booked_as_out_of_memory) {
     startTriggered();
     PBufferPool::instance().trim();
     PBufferPool::instance().setUseLimit(PBufferPool::instance().statistics().usedBytes + 1);
@@ -389,7 +389,7 @@ TEST_F(PTStreamThreadTest, a_frame_without_memory_is_booked_as_that) {
     EXPECT_EQ(device->frameLedger().produced, 2u);
 }
 
-// ---- What is said about stills.
+// ---- What is logged about stills.
 
 TEST_F(PTStreamThreadTest, a_still_is_announced_before_anything_is_pulled) {
     startTriggered();
@@ -437,7 +437,7 @@ struct RestartRow {
 class PTStreamThreadRestart : public PTStreamThreadTest,
                               public testing::WithParamInterface<RestartRow> {};
 
-// The camera numbers the frames of each stream from the beginning; the worker goes on.
+// The camera numbers the frames of each stream from the beginning; the worker continues.
 TEST_P(PTStreamThreadRestart, loses_nothing) {
     startTriggered();
     ASSERT_TRUE(device->pullThread()->startThread().isOk());

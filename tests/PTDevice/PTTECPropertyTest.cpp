@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The sensor's cooler: what is sent, what is read, how it is written down.
+// The sensor's cooler: what is sent, what is read, how it is serialised.
 #include <PTDevice/ComparedFields.h>
 #include <PTDevice/SimFixture.h>
 #include <PTDevice/StreamBytes.h>
@@ -41,7 +41,7 @@ TEST_F(PTECPropertyTest, sends_the_switch_and_then_the_target) {
     EXPECT_EQ(stored(), (TECDATA{1, -50}));
 }
 
-TEST_F(PTECPropertyTest, a_refused_target_is_told_and_the_old_one_stays) {
+TEST_F(PTECPropertyTest, a_refused_target_is_reported_and_the_old_one_stays) {
     EXPECT_FALSE(property()->trySetValueToDevice({1, 2000}));
     property()->setValue(QVariant::fromValue(TECDATA{1, 2000}));
     EXPECT_EQ(stored(), (TECDATA{1, 150})); // the camera has taken the switch
@@ -79,7 +79,7 @@ TEST_F(PTECPropertyTest, starts_with_15_degrees) {
     EXPECT_EQ(stored(), (TECDATA{0, 150}));
 }
 
-TEST_F(PTECPropertyTest, something_else_is_off_at_15_degrees) {
+TEST_F(PTECPropertyTest, a_value_of_another_type_is_off_at_15_degrees) {
     EXPECT_EQ(property()->convertToT(u"cold"_qs), (TECDATA{0, 150}));
     EXPECT_EQ(property()->convertToT(QVariant::fromValue(TECDATA{1, 2})), (TECDATA{1, 2}));
 }
@@ -91,7 +91,7 @@ TEST_F(PTECPropertyTest, there_is_no_range) {
     EXPECT_THAT(SimJournal::lines(), IsEmpty());
 }
 
-TEST_F(PTECPropertyTest, the_value_is_known_by_its_name) {
+TEST_F(PTECPropertyTest, the_type_of_the_value_is_registered_by_name) {
     EXPECT_EQ(QMetaType::fromName("TECDATA"), QMetaType::fromType<TECDATA>());
 }
 
@@ -110,13 +110,13 @@ TEST(TECDATATest, minus_5_degrees_are_4_and_2_bytes_and_read_back_as_they_were) 
     EXPECT_TRUE(whole);
 }
 
-TEST_F(PTECPropertyTest, the_sensors_temperature_is_asked_of_the_camera_in_degrees) {
+TEST_F(PTECPropertyTest, the_sensors_temperature_is_read_from_the_camera_in_degrees) {
     const QVariant degrees = property()->sensorTemperature();
     EXPECT_THAT(SimJournal::calls("Toupcam_get_Temperature"), testing::SizeIs(1));
     short tenths = 0;
     ASSERT_EQ(Toupcam_get_Temperature(device->sdkHandle(), &tenths), 0);
     EXPECT_NEAR(degrees.toDouble(), tenths / 10.0, 0.2);
-    EXPECT_GT(degrees.toDouble(), 10); // of a room, not of its tenths
+    EXPECT_GT(degrees.toDouble(), 10); // room temperature in degrees, not in tenths
     EXPECT_LT(degrees.toDouble(), 60);
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The built libPTDevice.so as a host meets it: its metadata, its root object, its resource.
+// The built libPTDevice.so as a host loads it: its metadata, its root object, its resource.
 #include <PCd/device/PDeviceRegister.h>
 
 #include <toupcam/sim/api/toupcamsim.h>
@@ -45,8 +45,8 @@ TEST_F(Plugin, the_metadata_header_has_format_version_1_and_exactly_1_as_its_arc
     QFile file(pluginPath);
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     const QByteArray bytes = file.readAll();
-    // Qt's note in the library: behind its name, which has 12 bytes, stand the format version, Qt's
-    // major and minor version, and the architecture.
+    // Qt's note in the library: after its name, which has 12 bytes, there are the format version,
+    // Qt's major and minor version, and the architecture.
     const qsizetype note = bytes.indexOf(QByteArray("qt-project!\0", 12));
     ASSERT_GE(note, 0);
     EXPECT_EQ(bytes.at(note + 12), 1);
@@ -76,7 +76,7 @@ TEST_F(Plugin, the_root_object_is_one_register_and_made_again_once_it_is_destroy
     delete root;
 }
 
-TEST_F(Plugin, the_translation_catalogue_is_in_the_resource_and_speaks_russian) {
+TEST_F(Plugin, the_translation_catalogue_is_in_the_resource_and_in_russian) {
     ASSERT_TRUE(loader.load()) << qPrintable(loader.errorString());
     QTranslator translator;
     ASSERT_TRUE(translator.load(u":/ptdevice_96.qm"_qs));

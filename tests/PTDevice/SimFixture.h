@@ -49,7 +49,7 @@ private:
         {"source", R"({"kind": "patches"})"}};
 };
 
-/// Each test gets a scene of its own in the simulated SDK, an empty journal, and the log.
+/// Each test has its own scene in the simulated SDK, an empty journal, and the log.
 class SimFixture : public testing::Test {
 protected:
     ~SimFixture() override;
@@ -78,7 +78,7 @@ QStringList debugTexts(const PLogCapture& log);
 /// The plugin's records with this text.
 QList<PLogRecord> ptRecords(const PLogCapture& log, const QString& text);
 
-/// The property with this id as its class; throws if the device has no such one, which fails the
+/// The property with this id, cast to its class; throws if the device has none, which fails the
 /// test.
 template <typename Property = PDeviceProperty>
 Property* findProperty(const PDevice& device, const char* id) {
@@ -88,8 +88,8 @@ Property* findProperty(const PDevice& device, const char* id) {
     return property;
 }
 
-/// Does something when a record of the plugin is logged that begins with this
-/// text, on the thread that logs it: for what has happened by then, and what has not.
+/// Calls a function when the plugin logs a record that begins with this text, on the thread that
+/// logs it: to check what has happened by then, and what has not.
 class AtRecord {
 public:
     AtRecord(const QString& beginning, std::function<void()> action);

@@ -47,12 +47,12 @@ protected:
         return image;
     }
 
-    /// Ends the stream. Every image that was on its way has arrived then, and so has the snapshot
-    /// that was made of it.
+    /// Ends the stream. By then every image that was being delivered has arrived, and so has the
+    /// snapshot made of it.
     void stopAndDeliver() {
         device->stopStream();
         EXPECT_TRUE(waitUntil([this] { return device->frameLedger().waiting == 0; }));
-        // A snapshot takes one more turn of the events, and they come in slices.
+        // A snapshot needs one more iteration of the event loop, and frames come in slices.
         for (int turn = 0; turn < 20; ++turn)
             QCoreApplication::processEvents();
     }

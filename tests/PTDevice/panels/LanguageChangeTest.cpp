@@ -12,12 +12,12 @@
 
 namespace {
 
-/// Russian can be chosen and left again while a panel is open.
+/// A test can switch to Russian and back while a panel is open.
 class LanguageChange : public ExposurePanelFixture {
 protected:
     void speakRussian() {
         russian.emplace();
-        QCoreApplication::processEvents(); // the windows learn of it by an event
+        QCoreApplication::processEvents(); // an event notifies the windows
     }
     void speakEnglish() {
         russian.reset();
@@ -72,7 +72,7 @@ TEST_P(LanguageChangeOfPanel, sends_the_camera_nothing) {
     EXPECT_EQ(property(GetParam().property)->valueInner(), before);
 }
 
-TEST_P(LanguageChangeOfPanel, finds_a_panel_that_its_camera_has_left) {
+TEST_P(LanguageChangeOfPanel, reaches_a_panel_whose_camera_is_gone) {
     panel = openPanel(GetParam().property);
     device.reset();
     const QStringList english = shownTexts(panel.get());
@@ -121,7 +121,7 @@ TEST_F(LanguageChange, keeps_the_trigger_mode_that_is_chosen) {
     EXPECT_EQ(triggerMode()->currentText(), u"Внешний"_qs);
 }
 
-TEST_F(LanguageChange, says_the_last_readings_of_the_cooler_in_the_new_language) {
+TEST_F(LanguageChange, shows_the_last_readings_of_the_cooler_in_the_new_language) {
     const SdkReadings readings(-87, 73, 120);
     ASSERT_TRUE(device->link().isOk());
     panel = openPanel("teccontrol");

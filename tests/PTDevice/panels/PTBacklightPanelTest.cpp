@@ -31,7 +31,7 @@ protected:
     std::unique_ptr<QWidget> panel;
 };
 
-/// A camera with a code of its own, which no button stands for.
+/// A camera with a code of its own that belongs to no button.
 class StrangeBacklight : public PTBacklightProperty {
 public:
     explicit StrangeBacklight(Toupcam_t* handle)
@@ -79,7 +79,7 @@ TEST_P(PTBacklightButton, shows_its_code_when_other_code_sets_it) {
     panel = openPanel("backlight");
     property("backlight")->setValue(GetParam().value);
     EXPECT_EQ(checked(), QStringList{GetParam().caption});
-    // By the one who set it, and by the button that became checked.
+    // By the code that set it, and by the button that became checked.
     EXPECT_EQ(puts().size(), 2U);
 }
 
@@ -89,7 +89,7 @@ INSTANTIATE_TEST_SUITE_P(Rows, PTBacklightButton,
                                          ButtonRow{"the_one_captioned_60_Hz", "hz50", hz60, 1}),
                          RowName());
 
-TEST_F(PTBacklightPanel, opening_asks_and_sends_nothing) {
+TEST_F(PTBacklightPanel, opening_reads_and_sends_nothing) {
     SimJournal::clear();
     panel.reset(property("backlight")->createWidget());
     EXPECT_THAT(SimJournal::lines(), IsEmpty());
@@ -127,14 +127,14 @@ TEST_F(PTBacklightPanel, a_refused_code_gives_way_to_the_cameras) {
     EXPECT_EQ(property("backlight")->valueInner(), QVariant(2));
 }
 
-TEST_F(PTBacklightPanel, gone_before_the_property_it_is_let_be) {
+TEST_F(PTBacklightPanel, destroyed_before_the_property_it_is_left_alone) {
     panel = openPanel("backlight");
     panel.reset();
     property("backlight")->setValue(1);
     EXPECT_THAT(puts(), ElementsAre("Toupcam_put_HZ(h1, 1) = 0"));
 }
 
-TEST_F(PTBacklightPanel, left_behind_by_its_camera_it_talks_to_nobody) {
+TEST_F(PTBacklightPanel, after_the_end_of_its_camera_it_sends_nothing) {
     panel = openPanel("backlight");
     device.reset();
     SimJournal::clear();

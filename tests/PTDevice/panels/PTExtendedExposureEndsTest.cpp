@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The exposure panel in the order in which things end: panel, property, device, images on their
-// way.
+// The exposure panel when panel, property and device end in any order, while images arrive.
 #include <PTDevice/panels/ExposurePanelFixture.h>
 
 #include <support/QtPrinters.h>
@@ -27,7 +26,7 @@ protected:
 
 } // namespace
 
-TEST_F(PTExtendedExposureEnds, images_after_the_panels_end_are_nobodys) {
+TEST_F(PTExtendedExposureEnds, images_after_the_panels_end_are_ignored) {
     openRunning("pbRepeatMode");
     ASSERT_TRUE(waitUntil([&] { return snapshots >= 2; }));
     panel.reset();
@@ -70,7 +69,7 @@ TEST_F(PTExtendedExposureEnds, an_image_from_another_thread_may_find_the_panel_g
 
 TEST_F(PTExtendedExposureEnds, the_events_that_a_single_run_processes_may_delete_the_panel) {
     openRunning("pbRunOnce");
-    // The snapshot comes while the panel, in its handler of the image, processes events.
+    // The snapshot arrives while the panel processes events in its handler of the image.
     QObject::connect(device.get(), &PDevice::snapshotTaken, [this] { panel.reset(); });
     EXPECT_TRUE(waitUntil([&] { return panel == nullptr; }));
     QCoreApplication::processEvents();
@@ -94,7 +93,7 @@ TEST_F(PTExtendedExposureEnds, the_events_that_a_run_processes_may_delete_the_de
     EXPECT_EQ(snapshots, 1);
 }
 
-TEST_F(PTExtendedExposureEnds, left_behind_by_its_camera_it_is_disabled_and_talks_to_nobody) {
+TEST_F(PTExtendedExposureEnds, after_the_end_of_its_camera_it_is_disabled_and_sends_nothing) {
     openWith(triggerRecord());
     device.reset();
     SimJournal::clear();
@@ -105,7 +104,7 @@ TEST_F(PTExtendedExposureEnds, left_behind_by_its_camera_it_is_disabled_and_talk
     EXPECT_THAT(SimJournal::lines(), IsEmpty());
 }
 
-TEST_F(PTExtendedExposureEnds, left_behind_in_a_run_it_lets_go) {
+TEST_F(PTExtendedExposureEnds, after_the_end_of_its_camera_in_a_run_it_sends_nothing) {
     openRunning("pbRepeatMode");
     ASSERT_TRUE(waitUntil([&] { return snapshots >= 1; }));
     device.reset();
@@ -114,7 +113,7 @@ TEST_F(PTExtendedExposureEnds, left_behind_in_a_run_it_lets_go) {
     EXPECT_THAT(SimJournal::lines(), IsEmpty());
 }
 
-TEST_F(PTExtendedExposureEnds, an_image_after_the_propertys_end_is_let_pass) {
+TEST_F(PTExtendedExposureEnds, an_image_after_the_propertys_end_is_ignored) {
     openRunning("pbRepeatMode");
     stopAndDeliver();
     const int before = snapshots;
@@ -135,7 +134,7 @@ TEST_F(PTExtendedExposureEnds,
     EXPECT_EQ(free.value().target, 99);
 }
 
-TEST_F(PTExtendedExposureEnds, a_change_after_the_panels_end_is_nobodys) {
+TEST_F(PTExtendedExposureEnds, a_change_after_the_panels_end_is_ignored) {
     openWith(ExtendedExposureData());
     panel.reset();
     ExtendedExposureData d;

@@ -17,8 +17,8 @@ namespace {
 
 class PTExtendedExposureRead : public ExposurePanelFixture {
 protected:
-    /// Over a video of 20 ms, turned to its page of triggered capture (5 s) by a click. Then the
-    /// gain of the camera changes behind the host's back.
+    /// With a video exposure of 20 ms, switched to the page of triggered capture (5 s) by a click.
+    /// Then the gain of the camera changes behind the host's back.
     void openOnTrigger() {
         ExtendedExposureData video;
         video.autoexpenabled = false;

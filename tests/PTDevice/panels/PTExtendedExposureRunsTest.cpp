@@ -232,7 +232,7 @@ TEST_F(PTExtendedExposureRuns, an_external_sequence_of_3_ends_after_three_signal
     start(d);
     EXPECT_THAT(usableRuns(), ElementsAre("pbSequence"));
     clickOn(button("pbSequence"));
-    // The camera takes no number of software triggers now; the signals still count.
+    // The camera accepts no number of software triggers now; the signals still count.
     EXPECT_THAT(ptTexts(log), Contains(u"Failed TOUPCAM_OP: Toupcam_Trigger(m_property->m_h, "
                                        "m_property->value().spincount)"_qs));
     for (int signal = 1; signal <= 3; ++signal) {
@@ -294,13 +294,13 @@ namespace {
 /// A panel over a camera that does not stream: the test makes the images.
 class PTExtendedExposureBacklog : public PTExtendedExposureRuns {
 protected:
-    /// Deeper than any handler of images may get into another.
+    /// Handlers of images must never be nested as deeply as this.
     static constexpr int tooDeep = 100;
 
     void openOver(const ExtendedExposureData& d) {
         set(d);
-        // Before the panel's own slot, and below: behind it. Nested too deep the stack would end,
-        // so rather the panel does.
+        // Before the panel's own slot; the one below is after it. Too deep a nesting would overflow
+        // the stack, so the panel is destroyed before that.
         QObject::connect(device.get(), &PDevice::imageChanged, [this] {
             deepest = std::max(deepest, ++depth);
             if (depth == tooDeep)
@@ -312,16 +312,16 @@ protected:
             numbers.push_back(frame.stamp->sequence);
         });
     }
-    /// Images that have come while no event was processed.
+    /// Sends images while no event is processed, so that they wait.
     void letWait(int count) {
         for (int i = 0; i < count; ++i)
             device->processFrameImage(smallImage());
         EXPECT_EQ(device->frameLedger().waiting, quint64(count));
     }
-    /// Waits until all images have been seen and this number of snapshots made; no more come then.
-    bool deliver(std::size_t wanted) {
+    /// Waits until all images are handled and this many snapshots made, and then for late ones.
+    bool deliver(std::size_t expected) {
         const bool came = waitUntil([&] {
-            return device->frameLedger().waiting == 0 && (numbers.size() >= wanted || !panel);
+            return device->frameLedger().waiting == 0 && (numbers.size() >= expected || !panel);
         });
         for (int turn = 0; turn < 20; ++turn)
             QCoreApplication::processEvents();
@@ -329,9 +329,9 @@ protected:
     }
     /// The numbers of the images from the first on.
     static std::vector<quint64> firstNumbers(int count) {
-        std::vector<quint64> wanted(std::size_t(count), 0);
-        std::iota(wanted.begin(), wanted.end(), 1);
-        return wanted;
+        std::vector<quint64> expected(std::size_t(count), 0);
+        std::iota(expected.begin(), expected.end(), 1);
+        return expected;
     }
 
     int depth = 0;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The exposure panel: what it shows, what can be used, what an edit sends, and how it follows.
+// The exposure panel: what it shows and enables, what an edit sends, how it follows the property.
 #include <PTDevice/panels/ExposurePanelFixture.h>
 
 #include <support/QtPrinters.h>
@@ -23,7 +23,7 @@ ExtendedExposureData manualRecord() {
     return d;
 }
 
-/// Every field unlike the default.
+/// Every field differs from the default.
 ExtendedExposureData otherRecord() {
     ExtendedExposureData d = manualRecord();
     d.minutes = 1;
@@ -91,7 +91,7 @@ TEST_F(PTExtendedExposurePanel, a_camera_that_can_expose_for_10_s_is_offered_5_s
     EXPECT_EQ(time()->range().maximum, 5000.0);
 }
 
-TEST_F(PTExtendedExposurePanel, ranges_that_the_camera_did_not_tell_are_0_to_0) {
+TEST_F(PTExtendedExposurePanel, ranges_that_could_not_be_read_are_0_to_0) {
     device.reset();
     loadScene({fullCamera()});
     device = open();
@@ -120,7 +120,7 @@ TEST_F(PTExtendedExposurePanel, a_camera_with_software_trigger_has_its_page_enab
     EXPECT_TRUE(control<QWidget>(panel, "page_2")->isEnabled());
 }
 
-// ---- What can be used.
+// ---- Which controls are enabled.
 
 namespace {
 
@@ -129,12 +129,12 @@ const std::vector<const char*> runControls{"pbRunOnce", "pbSequence", "pbRepeatM
 
 } // namespace
 
-TEST_F(PTExtendedExposurePanel, automatic_exposure_leaves_the_target_to_choose) {
+TEST_F(PTExtendedExposurePanel, automatic_exposure_enables_the_target) {
     openWith(ExtendedExposureData());
     EXPECT_THAT(usable(videoControls), ElementsAre("exposureTarget"));
 }
 
-TEST_F(PTExtendedExposurePanel, exposure_by_hand_leaves_time_and_gain_to_choose) {
+TEST_F(PTExtendedExposurePanel, manual_exposure_enables_time_and_gain) {
     openWith(ExtendedExposureData());
     clickOn(automatic());
     EXPECT_THAT(usable(videoControls), ElementsAre("exposureTime", "exposureGain"));
@@ -212,7 +212,7 @@ TEST_F(PTExtendedExposurePanel, the_trigger_page_is_sent_by_both_buttons) {
     openWith(ExtendedExposureData());
     clickOn(button("pbTrigger"));
     EXPECT_EQ(page(), 1);
-    // One button goes up, the other down: two edits, and both say trigger.
+    // One button is released, the other pressed: two edits, both with the trigger mode.
     EXPECT_THAT(
         SimJournal::calls("Toupcam_put_Option"),
         ElementsAre("Toupcam_put_Option(h1, 11, 1) = 0", "Toupcam_put_Option(h1, 11, 1) = 0"));
@@ -362,7 +362,7 @@ TEST_F(PTExtendedExposurePanel, two_panels_agree_in_the_end) {
     EXPECT_EQ(time()->value(), 33.0);
 }
 
-TEST_F(PTExtendedExposurePanel, something_else_in_the_property_is_shown_as_the_default) {
+TEST_F(PTExtendedExposurePanel, a_value_of_another_type_is_shown_as_the_default) {
     openWith(manualRecord());
     property("extexposure")->setValue(u"bright"_qs);
     EXPECT_TRUE(automatic()->isChecked());

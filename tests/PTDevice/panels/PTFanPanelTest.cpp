@@ -43,7 +43,7 @@ TEST_F(PTFanPanel, opens_with_the_value_and_the_cameras_highest_speed) {
     EXPECT_EQ(range->range(), (PMinMaxRange<int>{0, 5, 1}));
 }
 
-TEST_F(PTFanPanel, opening_asks_for_the_highest_speed_once_and_nothing_else) {
+TEST_F(PTFanPanel, opening_reads_the_highest_speed_once_and_nothing_else) {
     SimJournal::clear();
     const auto opened = newPanel("fan");
     EXPECT_THAT(SimJournal::lines(), ElementsAre("Toupcam_get_FanMaxSpeed(h1) = 5"));
@@ -155,14 +155,14 @@ TEST_F(PTFanPanel, a_refused_speed_stays_on_the_panel_and_is_logged) {
     EXPECT_EQ(ptTexts(log).size(), 1);
 }
 
-TEST_F(PTFanPanel, gone_before_the_property_it_is_let_be) {
+TEST_F(PTFanPanel, destroyed_before_the_property_it_is_left_alone) {
     openFanPanel();
     panel.reset();
     set({1, 2});
     EXPECT_EQ(stored(), (FANDATA{1, 2}));
 }
 
-TEST_F(PTFanPanel, left_behind_by_its_camera_it_talks_to_nobody) {
+TEST_F(PTFanPanel, after_the_end_of_its_camera_it_sends_nothing) {
     openFanPanel();
     device.reset();
     SimJournal::clear();

@@ -90,7 +90,7 @@ TEST_F(PTTECPanel, a_target_of_12_34_is_stored_as_123) {
     EXPECT_EQ(target->value(), 12.3);
 }
 
-TEST_F(PTTECPanel, what_the_range_widget_tells_is_cut_toward_zero) {
+TEST_F(PTTECPanel, what_the_range_widget_emits_is_truncated_towards_zero) {
     openTecPanel();
     emit target->valueChanged(12.37);
     EXPECT_EQ(stored().target, 123);
@@ -121,14 +121,14 @@ TEST_F(PTTECPanel, follows_another_target_without_writing) {
     openTecPanel();
     set({0, -123});
     EXPECT_EQ(target->value(), -12.3);
-    EXPECT_EQ(puts().size(), 2U); // those of the one who set it
+    EXPECT_EQ(puts().size(), 2U); // those of the code that set it
 }
 
 TEST_F(PTTECPanel, follows_the_switch_and_sends_it_once_more) {
     openTecPanel();
     set({1, 150});
     EXPECT_TRUE(onOff->isChecked());
-    EXPECT_EQ(puts().size(), 5U); // two of the one who set it, three of the box
+    EXPECT_EQ(puts().size(), 5U); // two of the code that set it, three of the box
     EXPECT_EQ(stored(), (TECDATA{1, 150}));
 }
 
@@ -214,16 +214,16 @@ TEST_F(PTTECPanel, the_refresh_stops_for_good_when_the_device_is_unlinked) {
 
 // ---- Ends.
 
-TEST_F(PTTECPanel, gone_before_the_property_it_is_let_be) {
+TEST_F(PTTECPanel, destroyed_before_the_property_it_is_left_alone) {
     openTecPanel();
     panel.reset();
     set({1, 20});
     EXPECT_EQ(stored(), (TECDATA{1, 20}));
     ASSERT_TRUE(device->link().isOk());
-    device->unlink(); // there is no timer to stop any more
+    device->unlink(); // there is no longer a timer to stop
 }
 
-TEST_F(PTTECPanel, left_behind_by_its_camera_it_talks_to_nobody) {
+TEST_F(PTTECPanel, after_the_end_of_its_camera_it_sends_nothing) {
     openTecPanel();
     device.reset();
     SimJournal::clear();

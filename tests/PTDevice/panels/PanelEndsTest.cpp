@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The end of a panel, seen by those who learn of it last: slots of destroyed(), its own and its
-// controls', that set the property and bring images.
+// Panels whose property is set, and whose camera delivers images, as late as possible: by slots of
+// destroyed(), that of the panel and those of its controls.
 #include <PTDevice/panels/ExposurePanelFixture.h>
 
 #include <PCdPlugins/PTDevice/FANDATA.h>
@@ -44,8 +44,8 @@ protected:
         property(GetParam().property)->setValue(GetParam().shown);
         panel = openPanel(GetParam().property);
     }
-    /// Whenever this object ends, the property gets the late value and then the one shown, and the
-    /// device brings an image.
+    /// When this object is destroyed, the property is set to the late value and then to the one
+    /// shown, and the device delivers an image.
     void setPropertyWhenDestroyed(QObject* object) {
         QObject::connect(object, &QObject::destroyed, device.get(), [this] {
             for (const QVariant& value : {GetParam().late, GetParam().shown}) {
@@ -55,7 +55,7 @@ protected:
             emit device->imageChanged(PImage());
         });
     }
-    /// What the camera is sent for those values alone.
+    /// The calls that those values alone cause.
     std::vector<std::string> expectedPuts() {
         SimJournal::clear();
         for (int i = 0; i < lateValues / 2; ++i) {
@@ -71,7 +71,7 @@ protected:
 
 class PanelWithNumberEnds : public PanelEnds {};
 
-/// A panel with a member, whose end is reported to the panel.
+/// A panel with a member whose destruction is reported to the panel.
 class PanelWithMember : public PTPanel {
 public:
     explicit PanelWithMember(int* reactions) {

@@ -12,7 +12,7 @@
 
 #include <stdexcept>
 
-/// A camera with everything that has a panel, its properties taken, and panels of them.
+/// A camera with all properties that have panels, and these panels.
 class PanelFixture : public SimFixture {
 protected:
     PanelFixture();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The forms of the panels, which style sheets and scripts of hosts know by names and places.
+// The forms of the panels, whose names and positions are used by style sheets and scripts of hosts.
 #include <PTDevice/panels/PanelFixture.h>
 
 #include <support/QtPrinters.h>
@@ -21,7 +21,7 @@ namespace {
 
 using Place = std::array<int, 4>;
 
-/// Row, column and spans of an item; of a line of items its number is the column.
+/// Row, column and spans of an item; in a line of items, the column is its index.
 Place placeIn(QLayout* layout, int index) {
     Place place{0, index, 1, 1};
     if (auto* const grid = qobject_cast<QGridLayout*>(layout)) {
@@ -42,7 +42,7 @@ QString itemName(const QLayoutItem* item) {
     return layout != nullptr ? layout->objectName() : QString();
 }
 
-/// Where an object of this name stands; nothing if it does not.
+/// The place of the object with this name; nothing if there is none.
 std::optional<Place> findPlace(QLayout* layout, const QString& name) {
     for (int index = 0; index < layout->count(); ++index) {
         if (itemName(layout->itemAt(index)) == name)
@@ -174,7 +174,7 @@ INSTANTIATE_TEST_SUITE_P(
                     FrameRow{"light", "backlight", "PTBacklight", {{"gridLayout", 0}}}),
     RowName());
 
-// ---- What the tables above do not say.
+// ---- What is not in the tables above.
 
 class PanelFormDetails : public PanelFixture {};
 

@@ -23,8 +23,8 @@ struct PictureRow {
     const char* name;
     const char* property;
     bool russian;
-    /// That of the form; of one without a size, the exposure panel's, which it is under. In Russian
-    /// the cooler's check box and its reading of the voltage, which is beside it, need more.
+    /// The width of the form; for one without a size, that of the exposure panel above it. In
+    /// Russian the cooler's check box needs more, with the reading of the voltage beside it.
     int width;
 };
 
@@ -36,7 +36,7 @@ struct PictureRowName {
 
 class PanelPictures : public ExposurePanelFixture, public testing::WithParamInterface<PictureRow> {
 protected:
-    /// Values that the user would see at work.
+    /// Sets values that are usual in practice.
     void bringToWork() {
         ExtendedExposureData d;
         d.autoexpenabled = false;
@@ -93,7 +93,7 @@ TEST_P(PanelPictures, show_every_text_as_a_whole) {
     }
     panel->resize(GetParam().width, panel->height());
     QCoreApplication::processEvents();
-    EXPECT_EQ(panel->width(), GetParam().width) << "it wants to be wider";
+    EXPECT_EQ(panel->width(), GetParam().width) << "it needs to be wider";
     EXPECT_THAT(cutOff(), IsEmpty());
     save();
 }

@@ -8,7 +8,7 @@
 int main(int argc, char** argv) {
     testing::InitGoogleMock(&argc, argv); // takes its own options out of the arguments
     const QApplication application(argc, argv);
-    // One style whatever the desktop: pictures of panels are compared by eye.
+    // The same style on every desktop: pictures of panels are compared by eye.
     QApplication::setStyle(u"Fusion"_qs);
     PLog::installQtMessageHandler();
     return RUN_ALL_TESTS();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Two functions of the SDK, defined by the program: they come before the library's of that name.
+// Two functions of the SDK, defined by the program: they take precedence over the library's.
 #include <PTDevice/panels/SdkReadings.h>
 
 #include <toupcam/toupcam.h>

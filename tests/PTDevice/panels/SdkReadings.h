@@ -14,7 +14,7 @@ public:
     const int* option(unsigned number) const;
     short temperature() const { return m_temperature; }
 
-    /// The one that lives, or null.
+    /// The existing object, or null.
     static const SdkReadings* current();
 
 private:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The plugin in Russian: everything that the user reads, as the resource has it.
+// The plugin in Russian: everything that the user reads, from the catalogue in the resource.
 #include <PTDevice/panels/PanelFixture.h>
 #include <PTDevice/panels/RussianTexts.h>
 
@@ -24,7 +24,7 @@ protected:
     /// Titles are translated when the camera's list is made.
     Translation() { openCamera(fullCamera()); }
 
-    /// Those that have letters, but no Russian ones.
+    /// The texts that have letters, but no Russian ones.
     static QStringList untranslated(const QStringList& texts) {
         static const QRegularExpression latin(u"[A-Za-z]"_qs);
         static const QRegularExpression cyrillic(u"[\\x{0400}-\\x{04ff}]"_qs);
@@ -100,7 +100,7 @@ TEST_F(Translation, a_panel_that_is_made_now_is_russian) {
     }
 }
 
-TEST_P(RussianPanel, says_what_a_microscopist_says) {
+TEST_P(RussianPanel, uses_the_words_of_a_microscopist) {
     const auto panel = newPanel(GetParam().property);
     const QString text = control<QWidget>(panel, GetParam().control)->property("text").toString();
     EXPECT_TRUE(text.contains(QString::fromUtf8(GetParam().text))) << text.toStdString();
