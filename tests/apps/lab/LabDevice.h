@@ -10,8 +10,8 @@
 #include <mutex>
 #include <thread>
 
-/// A camera as unlike those of the simulated SDK as the contract allows: other ids, times in
-/// seconds, gain in decibels, everything plain, no trigger, and frames from a thread with a clock.
+/// A camera as different from those of the simulated SDK as the contract allows: other ids, times
+/// in seconds, gain in decibels, only plain properties, no trigger, and its own thread for frames.
 class LabDevice : public PDevice {
     Q_OBJECT
 

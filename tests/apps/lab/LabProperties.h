@@ -13,7 +13,7 @@
 #include <atomic>
 #include <mutex>
 
-/// A number that need not be whole, with an editor of its own.
+/// A real number, with an editor of its own.
 class LabNumber : public PDevicePropertyMinMaxTQVariantBased<double, double> {
 public:
     LabNumber(const QByteArray& id, const QString& title, PMinMaxRange<double> range, double& value)
@@ -25,7 +25,7 @@ public:
         auto* const field = new QDoubleSpinBox;
         field->setObjectName(QString::fromLatin1(id()));
         field->setDecimals(4);
-        field->setKeyboardTracking(false); // a number that is being typed is not meant yet
+        field->setKeyboardTracking(false); // a number that is being typed is not final yet
         field->setRange(m_range.minimum, m_range.maximum);
         field->setValue(m_value);
         connect(field, &QDoubleSpinBox::valueChanged, this,

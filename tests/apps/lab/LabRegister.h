@@ -13,8 +13,7 @@ public:
     LabRegister() { setId("lab"); }
 
     QList<PDevice*> aliveDevices() override;
-    /// Pulls or plugs the cable: the register's devices are those afterwards. For tests, which find
-    /// it by its name.
+    /// Pulls or plugs the cable, and updates the devices. For tests, which call it by name.
     Q_INVOKABLE void setPlugged(bool plugged);
 
 private:

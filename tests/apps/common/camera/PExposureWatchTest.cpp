@@ -23,9 +23,9 @@ struct Camera {
     QVariant automatic = false;
     int timeReads = 0;
     int recordReads = 0;
-    bool moves = false; ///< as automatic exposure does: with each reading
-    int movesNext = 0;  ///< microseconds, once: right after the composite value was read
-    int sent = 0;       ///< plain settings
+    bool moves = false; ///< time: with each reading, as with automatic exposure
+    int movesNext = 0;  ///< microseconds: time moves so far after the next reading of the record
+    int sent = 0;       ///< number of plain settings
     int sentRecords = 0;
 };
 
@@ -55,7 +55,7 @@ private:
     std::function<void()> m_whenRead;
 };
 
-/// The composite setting: sends all of the live exposure, and reads it over its own fields.
+/// The composite setting: writes the live exposure as a whole, and reads it into its own fields.
 class RecordSetting : public PDeviceProperty {
 public:
     explicit RecordSetting(Camera& camera)
@@ -98,12 +98,12 @@ protected:
             withTestRoles(property);
     }
 
-    /// Long enough for anything to settle, and to be done twice where it should be done once.
+    /// Waits long enough for values to settle, and for a fault to do twice what belongs once.
     void waitForReadings() {
         const int enough = camera.timeReads + 10;
         ASSERT_TRUE(waitUntil([&] { return camera.timeReads >= enough; }));
     }
-    /// What a panel sends: all that it shows.
+    /// Sends the record as a panel does: with everything that it shows.
     void send(double exp, bool isAutomatic, int capturemode = 0) {
         TestExposureRecord value = shown();
         value.exp = exp;
@@ -113,7 +113,7 @@ protected:
     }
     TestExposureRecord shown() const { return record->valueInner().value<TestExposureRecord>(); }
 
-    /// Automatic exposure is moving; only the watch has read its last value.
+    /// Automatic exposure moves the time; only the watch has read its last value.
     void moveAway() {
         camera.automatic = true;
         camera.moves = true;
@@ -180,7 +180,7 @@ TEST_F(ExposureWatch, waits_for_frames_in_which_automatic_exposure_could_have_mo
     ASSERT_TRUE(device.link().isOk());
     ASSERT_TRUE(device.startStream().isOk());
     camera.automatic = true;
-    camera.time = 2'000'000; // many readings a frame
+    camera.time = 2'000'000; // many readings per frame
     waitForReadings();
     EXPECT_EQ(camera.recordReads, 0);
     for (int i = 0; i < 3; ++i)
@@ -203,7 +203,7 @@ TEST_F(ExposureWatch, leaves_the_composite_value_alone_in_triggered_capture) {
     EXPECT_EQ(camera.recordReads, 1);
 }
 
-TEST_F(ExposureWatch, takes_no_time_at_all_for_no_answer) {
+TEST_F(ExposureWatch, takes_a_time_of_zero_as_no_answer) {
     watchUntilSettled();
     camera.time = 0;
     waitForReadings();
@@ -229,7 +229,7 @@ TEST_F(ExposureWatch, takes_a_time_that_is_set_together_with_the_switch_as_it_is
     EXPECT_EQ(camera.time, 20'000);
 }
 
-TEST_F(ExposureWatch, takes_the_time_of_a_panel_that_rounds_for_the_same) {
+TEST_F(ExposureWatch, takes_the_time_of_a_panel_that_rounds_as_the_same) {
     moveAway();
     const QVariant found = camera.time;
     send(10.004, false);

@@ -55,12 +55,12 @@ TEST(FrameExposure, automatic_exposure_shows_in_either) {
     EXPECT_TRUE(makeExposure({{"extexposure", record(automatic)}}).automatic);
 }
 
-TEST(FrameExposure, the_plain_switch_of_automatic_exposure_goes_before_the_records) {
+TEST(FrameExposure, the_plain_switch_of_automatic_exposure_has_precedence_over_the_records) {
     TestExposureRecord automatic;
     automatic.autoexpenabled = true;
     EXPECT_FALSE(
         makeExposure({{"autoexponeable", false}, {"extexposure", record(automatic)}}).automatic);
-    automatic.capturemode = 1; // the record's own switch is of the video
+    automatic.capturemode = 1; // the record's own switch is for the video only
     EXPECT_FALSE(makeExposure({{"extexposure", record(automatic)}}).automatic);
 }
 

@@ -16,7 +16,7 @@ protected:
     }
 };
 
-TEST_F(SceneFile, relative_picture_paths_are_meant_from_the_folder_of_the_scene) {
+TEST_F(SceneFile, relative_picture_paths_are_relative_to_the_folder_of_the_scene) {
     const PSceneFile scene = read(R"({"seed": 4, "cameras": [
         {"id": "a", "source": {"kind": "picture", "path": "slides/one.png"}},
         {"id": "b", "source": {"kind": "picture", "path": "/abs/two.png"}},
@@ -32,7 +32,7 @@ TEST_F(SceneFile, relative_picture_paths_are_meant_from_the_folder_of_the_scene)
         << scene.text().toStdString();
 }
 
-TEST_F(SceneFile, what_is_no_scene_is_handed_on_as_it_is) {
+TEST_F(SceneFile, what_is_not_a_scene_is_passed_on_as_it_is) {
     for (const char* text : {"{\"cameras\": [", "[1, 2]", "{\"cameras\": 3}", ""}) {
         const PSceneFile scene = read(text);
         EXPECT_TRUE(scene.status().isOk());

@@ -10,7 +10,7 @@
 
 namespace {
 
-/// The names of a device, gone by now, with a choice "binning" and a number "speed".
+/// The names of a device, already destroyed, with a choice "binning" and a number "speed".
 PSettingNames namesOfADevice() {
     FakeDevice device;
     device.makeProperties = [] {
@@ -30,7 +30,7 @@ TEST(SettingNames, a_choice_is_found_by_its_name) {
     EXPECT_EQ(item.data, QByteArray("2"));
 }
 
-TEST(SettingNames, what_is_no_known_choice_has_no_item) {
+TEST(SettingNames, an_unknown_choice_has_no_item) {
     const PSettingNames names = namesOfADevice();
     EXPECT_EQ(names.item("binning", u"Add 3x3"_qs), PEnumerationItem());
     EXPECT_EQ(names.item("binning", 2), PEnumerationItem());

@@ -42,7 +42,7 @@ protected:
     }
 };
 
-/// "Group:Tag" of all that say something of a resolution.
+/// "Group:Tag" of all tags about a resolution.
 QStringList resolutions(const QJsonObject& tags) {
     QStringList found = tags.keys();
     found.removeIf([](const QString& key) {

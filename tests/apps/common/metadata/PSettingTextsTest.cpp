@@ -70,7 +70,7 @@ TestExposureRecord triggered(int frames) {
     return record;
 }
 
-/// Of all the lines that a picture is saved with, those with a time of exposure.
+/// The lines with an exposure time, of all that are saved with a picture.
 QStringList exposureTimesWith(const TestExposureRecord& record) {
     PFrameStamp stamp;
     stamp.settings = makeSettings(settingsWith(record));

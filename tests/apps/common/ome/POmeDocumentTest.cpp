@@ -84,7 +84,7 @@ TEST(OmeDocument, each_picture_has_its_place_time_and_exposure) {
     EXPECT_FALSE(planes[2].attributes.contains(u"ExposureTime"_qs));
 }
 
-TEST(OmeDocument, the_camera_and_its_settings_are_told) {
+TEST(OmeDocument, the_camera_and_its_settings_are_in_it) {
     const OmeXml xml = finished(colourRecording());
     EXPECT_EQ(xml.attribute("OME", "Creator"), u"program 1.2"_qs);
     EXPECT_EQ(xml.attribute("Detector", "Model"), u"Small"_qs);
@@ -129,7 +129,7 @@ TEST(OmeDocument, texts_come_back_as_they_are) {
     EXPECT_EQ(xml.note(u"Setting a<b"_qs), u"SizeT=\"5\" & <Käfer>"_qs);
 }
 
-TEST(OmeDocument, characters_that_xml_cannot_write_are_left_away) {
+TEST(OmeDocument, characters_that_xml_cannot_write_are_left_out) {
     POmeDocument document = colourRecording();
     document.camera.serial = u"S"_qs + QChar(0) + QChar(7) + u"1\t2"_qs + QChar(0xffff);
     const OmeXml xml = finished(document);
@@ -137,7 +137,7 @@ TEST(OmeDocument, characters_that_xml_cannot_write_are_left_away) {
     EXPECT_EQ(xml.attribute("Detector", "SerialNumber").simplified(), u"S1 2"_qs);
 }
 
-TEST(OmeDocument, an_unfinished_one_tells_the_number_of_pictures_in_a_place_of_its_own) {
+TEST(OmeDocument, an_unfinished_one_has_the_number_of_pictures_in_a_place_of_its_own) {
     POmeDocument document = colourRecording();
     document.name = u"SizeT=\"0000000001\""_qs;
     POmeDocument::Unfinished unfinished = document.toUnfinishedXml();

@@ -37,7 +37,7 @@ protected:
         }
     }
     OmeXml xml() const { return OmeXml(TiffReadBack(options.path).description()); }
-    /// How many pictures the file holds; each must say its own number in its pixels.
+    /// The number of pictures in the file; each must have its own number in its pixels.
     int soundPictures() const {
         const TiffReadBack tiff(options.path);
         for (int i = 0; i < tiff.pictures(); ++i) {
@@ -48,7 +48,7 @@ protected:
     }
 };
 
-TEST_F(OmeStackWriter, knows_its_names) {
+TEST_F(OmeStackWriter, recognises_its_file_names) {
     EXPECT_TRUE(POmeStackWriter::isName(u"a.ome.tif"_qs));
     EXPECT_TRUE(POmeStackWriter::isName(u"A.OME.TIFF"_qs));
     EXPECT_FALSE(POmeStackWriter::isName(u"a.tif"_qs));
@@ -77,7 +77,7 @@ TEST_F(OmeStackWriter, a_finished_file_describes_every_picture_in_it) {
     EXPECT_EQ(document.note(u"Mode"_qs), u"3x2, id 0, 24 bits a pixel"_qs);
 }
 
-TEST_F(OmeStackWriter, the_account_of_the_cameras_frames_is_told_as_a_whole) {
+TEST_F(OmeStackWriter, the_ledger_of_the_camera_is_written_as_a_whole) {
     POmeStackWriter writer(options);
     write(writer, 1);
     PFrameLedger ledger;
@@ -104,7 +104,7 @@ struct CompleteRow {
 
 class CompleteNote : public OmeStackWriter, public testing::WithParamInterface<CompleteRow> {};
 
-TEST_P(CompleteNote, tells_what_is_missing) {
+TEST_P(CompleteNote, names_what_is_missing) {
     POmeStackWriter writer(options);
     write(writer, 1);
     PFrameLedger ledger;
@@ -121,7 +121,7 @@ const CompleteRow completeRows[] = {
      {{PFrameOutcome::Delivered, 9}, {PFrameOutcome::LostInCamera, 2}},
      "",
      "yes, but frames of the camera are missing: 2 lost in the camera"},
-    {"of_frames_that_were_no_pictures",
+    {"of_frames_that_were_not_pictures",
      {{PFrameOutcome::BadDepth, 1}, {PFrameOutcome::BadSize, 2}, {PFrameOutcome::NoMemory, 3}},
      "",
      "yes, but frames of the camera are missing: 1 dropped: unknown pixel depth, "
@@ -165,7 +165,7 @@ TEST_F(OmeStackWriter, a_grey_recording_has_one_sample) {
     EXPECT_EQ(xml().complaints(), QString());
 }
 
-TEST_F(OmeStackWriter, exposure_gain_pixel_size_and_temperature_are_told) {
+TEST_F(OmeStackWriter, exposure_gain_pixel_size_and_temperature_are_written) {
     options.pixelSizeUm = 0.5;
     options.sensorTemperature = 12.5;
     POmeStackWriter writer(options);
@@ -196,7 +196,7 @@ TEST_F(OmeStackWriter, each_picture_has_the_exposure_it_was_taken_with) {
         << xml().note(u"Exposure"_qs).toStdString();
 }
 
-TEST_F(OmeStackWriter, a_setting_that_changes_is_told_with_the_frame_it_changed_at) {
+TEST_F(OmeStackWriter, a_setting_that_changes_is_written_with_the_frame_it_changed_at) {
     POmeStackWriter writer(options);
     const auto before = makeSettings({{"contrast", 5}, {"hue", 1}});
     const auto after = makeSettings({{"contrast", 6}, {"hue", 1}});
@@ -211,7 +211,7 @@ TEST_F(OmeStackWriter, a_setting_that_changes_is_told_with_the_frame_it_changed_
     EXPECT_EQ(xml().note(u"Changes of settings not listed"_qs), QString());
 }
 
-TEST_F(OmeStackWriter, of_very_many_changes_of_settings_the_first_thousand_are_told) {
+TEST_F(OmeStackWriter, of_very_many_changes_of_settings_the_first_thousand_are_written) {
     POmeStackWriter writer(options);
     for (int i = 0; i <= 1002; ++i) {
         const auto settings = makeSettings({{"autoexpogain", 100 + i}});
@@ -238,7 +238,7 @@ TEST_F(OmeStackWriter, notes_the_end_of_automatic_exposure_and_writes_the_time_o
     EXPECT_EQ(xml().note(u"Exposure from frame 3"_qs), u"3 ms (manual)"_qs);
 }
 
-TEST_F(OmeStackWriter, a_setting_of_several_values_is_told_field_by_field) {
+TEST_F(OmeStackWriter, a_setting_of_several_values_is_written_field_by_field) {
     POmeStackWriter writer(options);
     const auto settings =
         makeSettings({{"extexposure", QVariant::fromValue(TestExposureRecord())}});

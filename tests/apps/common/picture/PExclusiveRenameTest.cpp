@@ -12,13 +12,13 @@
 
 namespace {
 
-/// File systems without this or that, which a test does not have.
+/// Steps as on file systems that lack some calls, which a test cannot provide.
 template <int Error>
 int refuse(const QByteArray&, const QByteArray&) {
     return Error;
 }
 
-class FileNaming : public FolderTest {
+class ExclusiveRename : public FolderTest {
 protected:
     const QString part = path(u"a.part"_qs);
     const QString file = path(u"a.png"_qs);
@@ -27,7 +27,7 @@ protected:
     QStringList names() const {
         return QDir(path(QString())).entryList(QDir::Files | QDir::Hidden | QDir::System);
     }
-    /// The file must have its name, and no other.
+    /// The file must have its new name, and no other.
     void expectNamed() const {
         EXPECT_EQ(names(), QStringList(u"a.png"_qs));
         EXPECT_EQ(readFile(file), QByteArray("new"));
@@ -39,21 +39,21 @@ struct StepRow {
     std::vector<PExclusiveRename::Step> steps;
 };
 
-class NamingStep : public FileNaming, public testing::WithParamInterface<StepRow> {};
+class RenameStep : public ExclusiveRename, public testing::WithParamInterface<StepRow> {};
 
-TEST_P(NamingStep, gives_the_file_its_name) {
+TEST_P(RenameStep, gives_the_file_its_name) {
     EXPECT_EQ(PExclusiveRename::name(part, file, GetParam().steps), 0);
     expectNamed();
 }
 
-TEST_P(NamingStep, leaves_a_file_that_is_there_alone) {
+TEST_P(RenameStep, leaves_a_file_that_is_there_alone) {
     writeFile(file, "old");
     EXPECT_EQ(PExclusiveRename::name(part, file, GetParam().steps), EEXIST);
     EXPECT_EQ(readFile(file), QByteArray("old"));
     EXPECT_EQ(readFile(part), QByteArray("new"));
 }
 
-TEST_P(NamingStep, leaves_a_link_that_leads_nowhere_alone) {
+TEST_P(RenameStep, leaves_a_link_that_leads_nowhere_alone) {
     ASSERT_TRUE(QFile::link(path(u"none"_qs), file));
     EXPECT_EQ(PExclusiveRename::name(part, file, GetParam().steps), EEXIST);
     EXPECT_EQ(QFile::symLinkTarget(file), path(u"none"_qs));
@@ -61,21 +61,21 @@ TEST_P(NamingStep, leaves_a_link_that_leads_nowhere_alone) {
     EXPECT_EQ(readFile(part), QByteArray("new"));
 }
 
-TEST_P(NamingStep, leaves_a_folder_alone) {
+TEST_P(RenameStep, leaves_a_folder_alone) {
     ASSERT_TRUE(QDir().mkdir(file));
     EXPECT_EQ(PExclusiveRename::name(part, file, GetParam().steps), EEXIST);
     EXPECT_TRUE(QDir(file).exists());
     EXPECT_EQ(readFile(part), QByteArray("new"));
 }
 
-TEST_P(NamingStep, leaves_nothing_of_a_file_that_is_not_there) {
+TEST_P(RenameStep, leaves_nothing_of_a_file_that_is_not_there) {
     ASSERT_TRUE(QFile::remove(part));
     EXPECT_EQ(PExclusiveRename::name(part, file, GetParam().steps), ENOENT);
     EXPECT_EQ(names(), QStringList());
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Rows, NamingStep,
+    Rows, RenameStep,
     testing::Values(StepRow{"of_a_rename", {PExclusiveRename::byRename}},
                     StepRow{"of_a_link", {PExclusiveRename::byLink}},
                     StepRow{"of_a_placeholder", {PExclusiveRename::byPlaceholder}},
@@ -92,18 +92,18 @@ INSTANTIATE_TEST_SUITE_P(
                             {refuse<ENOSYS>, refuse<ENOSYS>, PExclusiveRename::byPlaceholder}}),
     RowName());
 
-TEST_F(FileNaming, a_step_that_failed_for_another_reason_is_the_last) {
+TEST_F(ExclusiveRename, a_step_that_failed_for_another_reason_is_the_last) {
     EXPECT_EQ(PExclusiveRename::name(part, file, {refuse<ENOSPC>, PExclusiveRename::byLink}),
               ENOSPC);
     EXPECT_EQ(names(), QStringList(u"a.part"_qs));
 }
 
-TEST_F(FileNaming, the_reason_is_that_of_the_last_step_where_none_is_supported) {
+TEST_F(ExclusiveRename, the_reason_is_that_of_the_last_step_where_none_is_supported) {
     EXPECT_EQ(PExclusiveRename::name(part, file, {refuse<EINVAL>, refuse<EPERM>}), EPERM);
     EXPECT_EQ(names(), QStringList(u"a.part"_qs));
 }
 
-TEST_F(FileNaming, the_steps_it_takes_end_with_one_that_any_file_system_has) {
+TEST_F(ExclusiveRename, the_steps_it_takes_end_with_one_that_any_file_system_has) {
     EXPECT_EQ(
         PExclusiveRename::allSteps(),
         (std::vector<PExclusiveRename::Step>{PExclusiveRename::byRename, PExclusiveRename::byLink,

@@ -31,7 +31,7 @@ class PProgramOptionsBadTest : public testing::TestWithParam<BadValueRow> {};
 
 } // namespace
 
-TEST(PProgramOptionsTest, without_words_are_those_of_the_system) {
+TEST(PProgramOptionsTest, without_options_are_those_of_the_system) {
     PProgramOptions options;
     options.sdk.clear();
     ASSERT_TRUE(parse({}, options).isOk());

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Are these names in the order of the others, with any of those left out and any repeated?
+/// True if these names are in the given order, in which names may be left out or repeated.
 bool isOrdered(const QStringList& names, const QStringList& order) {
     qsizetype last = 0;
     for (const QString& name : names) {

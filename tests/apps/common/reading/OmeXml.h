@@ -7,7 +7,7 @@
 #include <QString>
 #include <QStringList>
 
-/// An OME-XML document as a reader sees it. A value.
+/// A parsed OME-XML document. A value.
 class OmeXml {
 public:
     explicit OmeXml(const QByteArray& xml);
@@ -26,9 +26,9 @@ public:
     /// The value of a key in the map annotation.
     QString note(const QString& key) const;
 
-    /// What is wrong with the document, or an empty text: by the schema that the environment
-    /// variable PCD_OME_SCHEMA names, through xmllint. Without the variable it says on the standard
-    /// output that only the structure is looked at: required elements and attributes, their order,
+    /// The errors in the document, or an empty text: by the schema that the environment variable
+    /// PCD_OME_SCHEMA names, through xmllint. Without the variable it prints on the standard output
+    /// that only the structure is checked: required elements and attributes, their order,
     /// references.
     QString complaints() const;
 

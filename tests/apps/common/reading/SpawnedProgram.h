@@ -8,7 +8,7 @@
 /// why it did not succeed, or an empty text.
 ///
 /// Not a QProcess: it clones a child that shares this program's memory, and from then on the thread
-/// sanitizer takes the child's state for this program's own. It would detect nothing more, and
+/// sanitizer mistakes the child's state for that of this program. It would detect nothing more, and
 /// would stop the program at its next thread. It does not intercept posix_spawn().
 QString spawnFailure(QByteArrayList words, const QByteArray& outputPath,
                      const QByteArray& errorPath);

@@ -4,6 +4,6 @@
 #include <QByteArray>
 #include <QString>
 
-/// What xmllint finds wrong with a document by the schema in this file, or an empty text; also why
-/// it could not be asked.
+/// The errors that xmllint finds in a document by the schema in this file, or why it could not be
+/// run; an empty text if there are none.
 QString xmlLintComplaints(const QByteArray& xml, const QString& schema);

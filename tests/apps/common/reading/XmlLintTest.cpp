@@ -17,7 +17,7 @@ constexpr char schemaText[] = R"(<?xml version="1.0"?>
 
 class XmlLintTest : public FolderTest {
 protected:
-    /// The file of a schema that wants one element, `frames`, with a positive number.
+    /// The file of a schema that requires one element, `frames`, with a positive number.
     QString schema() const {
         writeFile(path(u"frames.xsd"_qs), schemaText);
         return path(u"frames.xsd"_qs);
@@ -26,7 +26,7 @@ protected:
 
 } // namespace
 
-TEST_F(XmlLintTest, a_document_by_its_schema_has_no_complaints) {
+TEST_F(XmlLintTest, a_document_that_follows_its_schema_has_no_complaints) {
     EXPECT_EQ(xmlLintComplaints("<frames>50</frames>", schema()).toStdString(), "");
 }
 

@@ -17,14 +17,14 @@ PRecordSchedule::TimePoint at(std::chrono::milliseconds time) {
     return PRecordSchedule::TimePoint(1h + time);
 }
 
-/// Those of these arrivals that are wanted.
+/// The arrivals that the schedule claims.
 Times claimed(PRecordSchedule& schedule, const Times& arrivals) {
-    Times wanted;
+    Times times;
     for (const auto arrival : arrivals) {
         if (schedule.claim(at(arrival)))
-            wanted.push_back(arrival);
+            times.push_back(arrival);
     }
-    return wanted;
+    return times;
 }
 
 Times claimed(const PRecordSchedule::Plan& plan, const Times& arrivals) {
@@ -39,7 +39,7 @@ Times every(std::chrono::milliseconds period, std::chrono::milliseconds end) {
     return times;
 }
 
-TEST(RecordSchedule, without_a_plan_every_frame_is_wanted_without_end) {
+TEST(RecordSchedule, without_a_plan_every_frame_is_due_without_end) {
     PRecordSchedule schedule({});
     EXPECT_EQ(claimed(schedule, every(7ms, 1000ms)), every(7ms, 1000ms));
     EXPECT_FALSE(schedule.isOver(at(24h)));
@@ -154,7 +154,7 @@ const TimeLeftRow timeLeftRows[] = {
 
 class TimeLeft : public testing::TestWithParam<TimeLeftRow> {};
 
-TEST_P(TimeLeft, is_until_the_last_wanted_frame_is_due) {
+TEST_P(TimeLeft, is_until_the_last_requested_frame_is_due) {
     const TimeLeftRow& row = GetParam();
     PRecordSchedule schedule(row.plan);
     claimed(schedule, row.arrivals);

@@ -30,7 +30,7 @@ INSTANTIATE_TEST_SUITE_P(Rows, WriteMemoryLimit,
                          RowName());
 
 TEST(WriteMemory, the_limit_of_this_machine_is_more_than_the_least) {
-    EXPECT_GT(PWriteMemory::defaultLimit(), 64 * mebibyte); // its memory is known
+    EXPECT_GT(PWriteMemory::defaultLimit(), 64 * mebibyte); // the size of its memory is known
     EXPECT_LE(PWriteMemory::defaultLimit(), 2048 * mebibyte);
 }
 

@@ -14,7 +14,7 @@
 
 namespace {
 
-class GrowingFile : public FolderTest {
+class TransactionalFile : public FolderTest {
 protected:
     const QString name = path(u"grown"_qs);
     PTransactionalFile file;
@@ -31,7 +31,7 @@ protected:
     QByteArray onDisk() const { return readFile(name); }
 };
 
-TEST_F(GrowingFile, a_file_that_exists_is_refused_and_left_alone) {
+TEST_F(TransactionalFile, a_file_that_exists_is_refused_and_left_alone) {
     writeFile(path(u"mine"_qs), "mine");
     PTransactionalFile other;
     const PStatus status = other.create(path(u"mine"_qs));
@@ -40,20 +40,20 @@ TEST_F(GrowingFile, a_file_that_exists_is_refused_and_left_alone) {
     EXPECT_EQ(readFile(path(u"mine"_qs)), QByteArray("mine"));
 }
 
-TEST_F(GrowingFile, a_link_that_leads_nowhere_is_refused_and_not_followed) {
+TEST_F(TransactionalFile, a_link_that_leads_nowhere_is_refused_and_not_followed) {
     ASSERT_TRUE(QFile::link(path(u"nowhere"_qs), path(u"link"_qs)));
     PTransactionalFile other;
     EXPECT_FALSE(other.create(path(u"link"_qs)).isOk());
     EXPECT_FALSE(QFile::exists(path(u"nowhere"_qs)));
 }
 
-TEST_F(GrowingFile, new_bytes_are_in_the_file_at_once) {
+TEST_F(TransactionalFile, new_bytes_are_in_the_file_at_once) {
     EXPECT_TRUE(write(0, "abc"));
     EXPECT_EQ(onDisk(), QByteArray("abc"));
     EXPECT_EQ(file.size(), 3);
 }
 
-TEST_F(GrowingFile, bytes_over_older_ones_are_in_the_file_when_the_step_is_whole) {
+TEST_F(TransactionalFile, bytes_over_older_ones_are_in_the_file_when_the_step_is_whole) {
     write(0, "abcdef");
     ASSERT_TRUE(file.commit());
     EXPECT_TRUE(write(1, "XY"));
@@ -63,7 +63,7 @@ TEST_F(GrowingFile, bytes_over_older_ones_are_in_the_file_when_the_step_is_whole
     EXPECT_EQ(onDisk(), QByteArray("aXYdefnew"));
 }
 
-TEST_F(GrowingFile, of_bytes_written_twice_over_older_ones_only_the_last_reach_the_file) {
+TEST_F(TransactionalFile, of_bytes_written_twice_over_older_ones_only_the_last_reach_the_file) {
     write(0, "abcdef");
     ASSERT_TRUE(file.commit());
     write(1, "00");
@@ -73,7 +73,7 @@ TEST_F(GrowingFile, of_bytes_written_twice_over_older_ones_only_the_last_reach_t
     EXPECT_EQ(onDisk(), QByteArray("aXYdef"));
 }
 
-TEST_F(GrowingFile, reading_sees_what_is_held_back) {
+TEST_F(TransactionalFile, reading_includes_what_is_held_back) {
     write(0, "abcdef");
     ASSERT_TRUE(file.commit());
     write(2, "XY");
@@ -82,7 +82,7 @@ TEST_F(GrowingFile, reading_sees_what_is_held_back) {
     EXPECT_EQ(read(4, 9), QByteArray("ef"));
 }
 
-TEST_F(GrowingFile, an_undone_step_leaves_no_trace) {
+TEST_F(TransactionalFile, an_undone_step_leaves_no_trace) {
     write(0, "abcdef");
     ASSERT_TRUE(file.commit());
     write(0, "X");
@@ -93,7 +93,7 @@ TEST_F(GrowingFile, an_undone_step_leaves_no_trace) {
     EXPECT_EQ(read(0, 6), QByteArray("abcdef"));
 }
 
-TEST_F(GrowingFile, a_step_that_does_not_fit_on_the_disk_is_undone_and_the_reason_told) {
+TEST_F(TransactionalFile, a_step_that_does_not_fit_on_the_disk_is_undone_and_the_reason_reported) {
     write(0, "abcdef");
     ASSERT_TRUE(file.commit());
     {
@@ -110,7 +110,7 @@ TEST_F(GrowingFile, a_step_that_does_not_fit_on_the_disk_is_undone_and_the_reaso
     EXPECT_EQ(onDisk(), QByteArray("abcdefg"));
 }
 
-TEST_F(GrowingFile, it_grows_beyond_4_gib) {
+TEST_F(TransactionalFile, it_grows_beyond_4_gib) {
     const qint64 far = (qint64(5) << 30) + 3; // a hole before it takes no room on the disk
     write(0, "abc");
     ASSERT_TRUE(write(far, "end"));
@@ -122,7 +122,7 @@ TEST_F(GrowingFile, it_grows_beyond_4_gib) {
     EXPECT_EQ(read(far, 9), QByteArray("end"));
 }
 
-TEST_F(GrowingFile, closing_undoes_what_is_no_whole_step) {
+TEST_F(TransactionalFile, closing_undoes_an_incomplete_step) {
     write(0, "abc");
     ASSERT_TRUE(file.commit());
     write(3, "def");
@@ -132,7 +132,7 @@ TEST_F(GrowingFile, closing_undoes_what_is_no_whole_step) {
     EXPECT_TRUE(file.close().isOk());
 }
 
-TEST_F(GrowingFile, a_system_that_cannot_close_it_is_reported) {
+TEST_F(TransactionalFile, a_system_that_cannot_close_it_is_reported) {
     for (const QFileInfo& open : QDir(u"/proc/self/fd"_qs).entryInfoList(QDir::Files)) {
         if (open.symLinkTarget() == name) {
             ASSERT_EQ(::close(open.fileName().toInt()), 0);
