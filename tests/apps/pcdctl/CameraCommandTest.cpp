@@ -16,7 +16,7 @@ QStringList CameraCommandTest::calls() const {
     static const QRegularExpression doing(
         u"_put_|AwbOnePush|StartPushMode|_Stop|_Snap|_Trigger"_qs);
     const QString journal = QString::fromUtf8(readFile(path(u"journal"_qs)));
-    // The last thing that opening the camera does is to read the last property of its list.
+    // Opening the camera ends with reading the last property of its list.
     const QString opened = journal.section(u"Toupcam_get_Option(h1, 24, "_qs, 1);
     QStringList result;
     for (const QString& line : opened.split(u'\n').filter(doing))

@@ -11,7 +11,7 @@ class CameraCommandTest : public FolderTest {
 protected:
     CtlScene scene = CtlScene().addCamera().set(u"speedLevels"_qs, 4);
 
-    /// Runs a command; its journal is that of this run alone.
+    /// Runs a command with a journal of its own.
     CtlResult run(const QStringList& arguments) const;
 
     /// The calls of the last run that did something to the camera after it was opened: settings,

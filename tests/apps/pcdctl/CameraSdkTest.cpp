@@ -73,7 +73,7 @@ TEST_F(CameraSdk, a_library_that_is_not_there_is_named) {
         << result.errors.toStdString();
 }
 
-TEST_F(CameraSdk, a_file_that_is_no_library_is_named) {
+TEST_F(CameraSdk, a_file_that_is_not_a_library_is_named) {
     const QString library = path(u"text.so"_qs);
     writeFile(library, "no library");
     const CtlResult result = runCtl({listWord, u"--sdk"_qs, library});
@@ -81,7 +81,7 @@ TEST_F(CameraSdk, a_file_that_is_no_library_is_named) {
     EXPECT_TRUE(result.errors.contains(library)) << result.errors.toStdString();
 }
 
-TEST_F(CameraSdk, a_library_that_is_no_camera_sdk_is_named) {
+TEST_F(CameraSdk, a_library_that_is_not_a_camera_sdk_is_named) {
     const CtlResult result = runCtl({listWord, u"--sdk"_qs, QStringLiteral(NO_CAMERA_SDK)});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_TRUE(result.errors.contains(u"it has no function Toupcam_EnumV2"_qs))
@@ -98,7 +98,7 @@ TEST_F(CameraSdk, a_library_without_the_simulators_mark_is_the_makers) {
         << result.errors.toStdString();
 }
 
-TEST_F(CameraSdk, the_makers_library_tells_its_version) {
+TEST_F(CameraSdk, the_makers_library_reports_its_version) {
     const CtlResult result = runCtl(
         {listWord, jsonWord, u"--sdk"_qs, QStringLiteral(EMPTY_CAMERA_SDK)},
         [](CtlProcess& process) { process.with(u"EMPTY_CAMERA_SDK_VERSION"_qs, u"1.2.3"_qs); });
@@ -153,7 +153,7 @@ struct SceneRow {
 };
 
 constexpr SceneRow brokenScenes[] = {
-    {"text_that_is_no_json", "{\"cameras\": [", "line 1: "},
+    {"text_that_is_not_json", "{\"cameras\": [", "line 1: "},
     {"a_key_that_is_unknown", R"({"cameras": [], "camera": 1})", "camera"},
     {"a_camera_without_an_id", R"({"cameras": [{"model": "M"}]})", "cameras[0].id"},
 };

@@ -8,6 +8,6 @@
 /// "red green blue black" for the patches source through a faithful camera.
 QString patchColours(const QImage& picture);
 
-/// A process's files may not grow beyond this; writing on fails instead of ending the process. For
+/// Limits the size of a process's files; writing more fails instead of ending the process. For
 /// CtlProcess::with().
 void limitFileSize(unsigned long bytes);

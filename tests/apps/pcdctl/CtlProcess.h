@@ -25,9 +25,9 @@ public:
     CtlProcess& with(const std::function<void()>& modifier);
 
     CtlProcess& start();
-    /// Starts it if need be, and waits for its end; false if that does not come.
+    /// Starts it if necessary, and waits for its end; false on a timeout.
     bool finish();
-    /// Waits until the standard output has this in it.
+    /// Waits until the standard output contains this.
     bool waitForOutput(const QByteArray& text);
     void sendSignal(int number);
     bool isRunning();

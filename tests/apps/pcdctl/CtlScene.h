@@ -26,7 +26,7 @@ private:
     QJsonArray m_faults;
 };
 
-/// Ids and fault steps that tests use again and again.
+/// Ids and fault steps that many tests use.
 inline const QString smallCameraId = u"Small-S0001"_qs;
 QJsonObject unplugAfter(int frames);
 QJsonObject stepAt(int ms, const QString& action);

@@ -4,7 +4,7 @@
 
 #include <cstdlib>
 
-/// As libraries have it; this one has no version unless a test gives it one.
+/// The SDK's version function. There is no version unless a test sets one.
 extern "C" TOUPCAM_API(const char*) Toupcam_Version();
 
 const char* Toupcam_Version() {

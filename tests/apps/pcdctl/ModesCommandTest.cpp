@@ -47,7 +47,7 @@ struct CameraRow {
     const char* name;
     const char* text;
     const char* camera;  ///< the id expected; null: none
-    const char* message; ///< else what the message must contain
+    const char* message; ///< without one: what the message must contain
 };
 
 constexpr CameraRow cameraChoices[] = {

@@ -21,8 +21,8 @@ protected:
     }
 };
 
-TEST_F(MonitorCommand, shows_who_is_there_who_leaves_and_who_arrives_until_ctrl_c) {
-    // Far apart: a host looks for its cameras a second after the last change.
+TEST_F(MonitorCommand, shows_which_cameras_are_present_leave_and_arrive_until_ctrl_c) {
+    // Far apart: a host searches for cameras a second after the last change.
     scene.addFault(stepAt(100, u"unplug"_qs)).addFault(stepAt(4000, u"plug"_qs));
     CtlProcess process(arguments({u"--json"_qs}));
     process.start();

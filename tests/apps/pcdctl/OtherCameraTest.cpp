@@ -16,7 +16,7 @@ protected:
     CtlResult runOther(const QStringList& arguments) const {
         return run(arguments + QStringList{u"--plugin-path"_qs, QStringLiteral(LAB_PLUGIN)});
     }
-    /// Records some frames with these settings: what the stack says of them.
+    /// Records some frames with these settings; returns the metadata of the stack.
     OmeXml recorded(const QStringList& settings) const {
         const QString file = path(u"a.ome.tif"_qs);
         QStringList arguments{u"record"_qs, u"-o"_qs, file, u"--frames"_qs, u"3"_qs};

@@ -19,7 +19,7 @@ protected:
     CtlResult profile(const QString& action, const QStringList& more = {}) const {
         return run(QStringList{u"profile"_qs, action, file} + more);
     }
-    /// Every setting that profiles hold, as none is at power-on.
+    /// Every setting that profiles hold, each different from its power-on value.
     static QStringList everySetting() {
         QStringList arguments{u"--mode=1"_qs};
         for (const char* setting :
@@ -52,7 +52,7 @@ TEST_F(ProfileCommand, of_power_on_brings_back_every_setting_that_was_changed) {
     ASSERT_EQ(
         run(QStringList{u"profile"_qs, u"save"_qs, path(u"b.json"_qs)} + everySetting()).exitCode,
         0);
-    // In one session: everything changed by the one, brought back by the other.
+    // In one session: the first profile changes everything, the second restores it.
     const CtlResult loaded =
         profile(u"load"_qs, {u"--profile"_qs, path(u"b.json"_qs), u"--json"_qs});
     ASSERT_EQ(loaded.exitCode, 0) << loaded.errors.toStdString();
@@ -179,7 +179,7 @@ TEST_F(ProfileCommand, of_another_model_sets_what_this_one_can_have) {
     EXPECT_TRUE(calls().contains(u"Toupcam_put_Gamma(h1, 150)"_qs));
 }
 
-TEST_F(ProfileCommand, leaves_the_mode_that_is_asked_for_and_the_region_of_another) {
+TEST_F(ProfileCommand, keeps_the_requested_mode_and_does_not_set_the_region_of_another) {
     ASSERT_EQ(profile(u"save"_qs, everySetting()).exitCode, 0);
     const CtlResult result = profile(u"load"_qs, {u"--mode=0"_qs});
     EXPECT_EQ(result.exitCode, 0) << result.errors.toStdString();
@@ -226,7 +226,7 @@ TEST_F(ProfileCommand, differs_also_where_only_one_side_has_a_setting) {
               "contrast: not in the file, camera 0\n"_qs);
 }
 
-TEST_F(ProfileCommand, of_a_snap_goes_before_its_settings) {
+TEST_F(ProfileCommand, of_a_snap_is_applied_before_its_settings) {
     ASSERT_EQ(profile(u"save"_qs, everySetting()).exitCode, 0);
     const QString picture = path(u"a.png"_qs);
     const CtlResult result =
@@ -259,7 +259,7 @@ TEST_F(ProfileCommand, makes_the_folder_it_is_saved_in) {
     EXPECT_TRUE(QFile::exists(deep));
 }
 
-TEST_F(ProfileCommand, that_cannot_be_saved_is_found_out_before_the_camera_is_touched) {
+TEST_F(ProfileCommand, that_cannot_be_saved_is_detected_before_the_camera_is_touched) {
     ASSERT_TRUE(QDir().mkpath(file));
     const CtlResult result = profile(u"save"_qs);
     EXPECT_EQ(result.exitCode, 1);

@@ -84,7 +84,7 @@ QJsonObject onlyProperty(const CtlResult& result) {
     return result.json.value(u"properties"_qs).toArray().at(0).toObject();
 }
 
-TEST_F(PropsCommand, tells_all_there_is_to_know_of_a_choice) {
+TEST_F(PropsCommand, shows_everything_about_a_choice) {
     const QJsonObject rotate = onlyProperty(run({u"props"_qs, u"rotate"_qs, u"--json"_qs}));
     EXPECT_EQ(rotate.value(u"type"_qs), u"choice"_qs);
     EXPECT_EQ(rotate.value(u"value"_qs), u"0"_qs);
@@ -95,7 +95,7 @@ TEST_F(PropsCommand, tells_all_there_is_to_know_of_a_choice) {
         QJsonObject({{u"name"_qs, u"90"_qs}, {u"title"_qs, u"90°"_qs}, {u"data"_qs, u"90"_qs}}));
 }
 
-TEST_F(PropsCommand, tells_all_there_is_to_know_of_a_region) {
+TEST_F(PropsCommand, shows_everything_about_a_region) {
     const QJsonObject roi = onlyProperty(run({u"props"_qs, u"roi"_qs, u"--json"_qs}));
     const QJsonObject whole{{u"x"_qs, 0}, {u"y"_qs, 0}, {u"width"_qs, 320}, {u"height"_qs, 240}};
     EXPECT_EQ(roi.value(u"value"_qs), whole);
@@ -107,7 +107,7 @@ TEST_F(PropsCommand, tells_all_there_is_to_know_of_a_region) {
                                                   {u"offsetStep"_qs, 0}}));
 }
 
-TEST_F(PropsCommand, tells_unit_and_description_where_there_are_any) {
+TEST_F(PropsCommand, shows_unit_and_description_if_there_are_any) {
     const QJsonObject time = onlyProperty(run({u"props"_qs, u"autoexpottime"_qs, u"--json"_qs}));
     EXPECT_EQ(time.value(u"unit"_qs), u"µs"_qs);
     EXPECT_FALSE(time.contains(u"description"_qs));

@@ -53,7 +53,7 @@ protected:
     }
 };
 
-/// What an independent reader finds in a stack.
+/// What an independent reader reports of a stack.
 QJsonObject readElsewhere(const QString& file) {
     QProcess reader;
     reader.start(QStringLiteral(OME_READER_PYTHON), {QStringLiteral(OME_READER_SCRIPT), file});
@@ -93,7 +93,7 @@ QList<double> times(const OmeXml& xml) {
     return all;
 }
 
-TEST_F(RecordCommand, ten_frames_are_in_the_stack_with_their_colours_and_their_story) {
+TEST_F(RecordCommand, ten_frames_are_in_the_stack_with_their_colours_and_metadata) {
     const CtlResult result = record({u"-n"_qs, u"10"_qs, u"--pixel-size=0.345"_qs});
     ASSERT_EQ(result.exitCode, 0) << result.errors.toStdString();
     EXPECT_EQ(result.errors, QString());
@@ -122,7 +122,7 @@ TEST_F(RecordCommand, ten_frames_are_in_the_stack_with_their_colours_and_their_s
     EXPECT_EQ(document.note(u"Camera frames waiting"_qs), u"0"_qs);
 }
 
-TEST_F(RecordCommand, a_reader_that_is_not_ours_finds_size_number_exposure_and_colours) {
+TEST_F(RecordCommand, an_independent_reader_finds_size_number_exposure_and_colours) {
     ASSERT_EQ(record({u"-n"_qs, u"3"_qs}).exitCode, 0);
     expectSoundElsewhere(file, 3);
     EXPECT_EQ(readElsewhere(file).value(u"exposures"_qs).toArray(), QJsonArray({1, 1, 1}));
@@ -134,7 +134,7 @@ TEST_F(RecordCommand, the_temperature_of_a_cooled_sensor_is_in_the_stack) {
     const OmeXml document = xml();
     EXPECT_EQ(document.complaints(), QString());
     const double degrees = document.attribute("ImagingEnvironment", "Temperature").toDouble();
-    EXPECT_GT(degrees, 15); // that of a room
+    EXPECT_GT(degrees, 15); // room temperature
     EXPECT_LT(degrees, 50);
     EXPECT_EQ(document.attribute("ImagingEnvironment", "TemperatureUnit"), u"°C"_qs);
 }
@@ -187,7 +187,7 @@ TEST_F(RecordCommand, a_time_counts_from_the_first_frame) {
     ASSERT_EQ(result.exitCode, 0) << result.errors.toStdString();
     EXPECT_GT(written(result.json), 0);
     EXPECT_EQ(soundPictures(), written(result.json));
-    EXPECT_TRUE(TiffReadBack(file).isBig()); // nobody knew how large it would get
+    EXPECT_TRUE(TiffReadBack(file).isBig()); // its final size was unknown
     for (const double time : times(xml()))
         EXPECT_LT(time, 0.5);
 }
@@ -205,7 +205,7 @@ TEST_F(RecordCommand, a_time_lapse_takes_the_first_frame_at_once_and_one_each_in
     EXPECT_EQ(xml().note(u"Frames"_qs).count(u", "_qs), 3);
 }
 
-TEST_F(RecordCommand, frames_of_the_stream_that_a_white_balance_had_before_are_not_in_the_account) {
+TEST_F(RecordCommand, frames_of_the_stream_that_a_white_balance_had_before_are_not_in_the_ledger) {
     const CtlResult result = record({u"-n"_qs, u"3"_qs, u"--set=awbonce"_qs});
     ASSERT_EQ(result.exitCode, 0) << result.errors.toStdString();
     const QJsonObject ledger = result.json.value(u"ledger"_qs).toObject();
@@ -215,7 +215,7 @@ TEST_F(RecordCommand, frames_of_the_stream_that_a_white_balance_had_before_are_n
     EXPECT_EQ(xml().note(u"Camera frames produced"_qs).toInt(), 3 + notWanted);
 }
 
-TEST_F(RecordCommand, a_frame_that_never_became_a_picture_is_told_where_completeness_is) {
+TEST_F(RecordCommand, a_frame_that_never_became_a_picture_is_reported_under_completeness) {
     scene.addFault({{u"do"_qs, u"pushMalformed"_qs},
                     {u"camera"_qs, u"cam-1"_qs},
                     {u"afterFrames"_qs, 3},

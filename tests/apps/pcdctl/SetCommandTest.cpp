@@ -199,7 +199,7 @@ TEST_F(SetCommand, runs_a_white_balance_in_a_stream_and_shows_what_it_has_set) {
                            u"Toupcam_AwbOnePush(h1, fn, ctx)"_qs, u"Toupcam_Stop(h1)"_qs}));
     const QJsonObject values = result.json.value(u"properties"_qs).toObject();
     EXPECT_EQ(values.keys(), (QStringList{u"temp"_qs, u"tint"_qs}));
-    // As the sensor sees that lamp, within its offset and noise.
+    // The colour of that lamp on the sensor, within its offset and noise.
     EXPECT_NEAR(values.value(u"temp"_qs).toInt(), 3000, 200);
 }
 
@@ -207,7 +207,7 @@ TEST_F(SetCommand, sees_the_end_of_a_white_balance_that_changes_nothing) {
     const CtlResult first = run({u"set"_qs, u"awbonce"_qs});
     ASSERT_EQ(first.exitCode, 0) << first.errors.toStdString();
     const QStringList words = QString::fromUtf8(first.output).split(u'\n', Qt::SkipEmptyParts);
-    // The patches are exact, and lose nothing in the balance: a second one finds the same.
+    // The patches are exact, and the balance clips nothing: a second one finds the same.
     const CtlResult second = run(QStringList{u"set"_qs} + words + QStringList{u"awbonce"_qs});
     EXPECT_EQ(second.exitCode, 0) << second.errors.toStdString();
     EXPECT_EQ(second.output, first.output);

@@ -64,7 +64,7 @@ TEST_F(SnapCommand, the_file_says_how_the_picture_was_made) {
     EXPECT_EQ(picture.text(u"Simulated"_qs), u"yes"_qs);
     EXPECT_EQ(picture.text(u"Mode"_qs), u"160x120, id 1, 24 bits a pixel"_qs);
     EXPECT_EQ(picture.text(u"Still picture"_qs), u"1"_qs);
-    EXPECT_EQ(picture.text(u"Frame"_qs), QString()); // it is none of the live stream
+    EXPECT_EQ(picture.text(u"Frame"_qs), QString()); // it is not a frame of the live stream
     const QString time = picture.text(u"Time"_qs);
     EXPECT_TRUE(time.endsWith(u'Z')) << time.toStdString();
     EXPECT_TRUE(QDateTime::fromString(time, Qt::ISODateWithMs).isValid()) << time.toStdString();
@@ -129,7 +129,8 @@ TEST_F(SnapCommand, a_file_of_this_name_is_replaced) {
 }
 
 TEST_F(SnapCommand, a_file_of_this_name_stays_whole_if_the_new_one_cannot_be_written) {
-    scene.set(u"source"_qs, QJsonObject{{u"kind"_qs, u"flat"_qs}}); // noise: no small file
+    scene.set(u"source"_qs,
+              QJsonObject{{u"kind"_qs, u"flat"_qs}}); // noise: the file cannot be small
     writeFile(path(u"a.png"_qs), "old");
     CtlProcess process(arguments(path(u"a.png"_qs), {}));
     process.with([] { limitFileSize(4096); });
@@ -172,7 +173,7 @@ TEST_P(SnapOutput, is_refused_before_the_camera_is_touched) {
 INSTANTIATE_TEST_SUITE_P(Pcdctl, SnapOutput, testing::ValuesIn(badOutputs),
                          [](const auto& row) { return std::string(row.param.name); });
 
-TEST_F(SnapCommand, the_still_capture_road_is_taken) {
+TEST_F(SnapCommand, the_picture_comes_by_still_capture) {
     const QString journal = path(u"journal"_qs);
     const CtlResult result =
         runCtl(arguments(path(u"a.png"_qs), {u"--mode=1"_qs}),

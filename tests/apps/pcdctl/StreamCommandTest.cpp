@@ -49,10 +49,11 @@ TEST_F(StreamCommand, sixty_frames_are_delivered_and_the_ledger_balances) {
     EXPECT_TRUE(ledger.value(u"balanced"_qs).toBool());
     EXPECT_FALSE(json.contains(u"saved"_qs));
     EXPECT_FALSE(json.contains(u"error"_qs));
-    EXPECT_EQ(result.errors, QString()); // no progress where nobody watches
+    EXPECT_EQ(result.errors, QString()); // no progress without a terminal
 }
 
-TEST_F(StreamCommand, no_frame_more_than_asked_for_is_delivered_while_the_camera_is_slow_to_stop) {
+TEST_F(StreamCommand,
+       no_more_frames_than_requested_are_delivered_while_the_camera_is_slow_to_stop) {
     scene.addFault(
         {{u"do"_qs, u"delay"_qs}, {u"function"_qs, u"Toupcam_Stop"_qs}, {u"ms"_qs, 500}});
     const CtlResult result = stream({u"-n"_qs, u"60"_qs, u"--json"_qs});
@@ -72,7 +73,7 @@ TEST_F(StreamCommand, the_rates_follow_from_frames_and_seconds) {
                 1e-6);
 }
 
-TEST_F(StreamCommand, every_fate_of_a_frame_is_in_the_json) {
+TEST_F(StreamCommand, every_outcome_of_a_frame_is_in_the_json) {
     const QJsonObject ledger = readLedger(stream({u"-n"_qs, u"1"_qs, u"--json"_qs}));
     for (const char* key : {"produced", "delivered", "lost_in_camera", "bad_depth", "bad_size",
                             "no_memory", "dropped_waiting", "failed_in_writer", "failed",
@@ -173,7 +174,7 @@ TEST_F(StreamCommand, a_second_ctrl_c_ends_the_program_although_the_camera_is_st
         {{u"do"_qs, u"delay"_qs}, {u"function"_qs, u"Toupcam_Stop"_qs}, {u"ms"_qs, 600'000}});
     CtlProcess process(arguments({}));
     startAndWaitForFrames(process);
-    // Signals of a kind that wait together are one, so more than two are needed.
+    // Pending signals of one kind are merged, so more than two are needed.
     while (process.isRunning()) {
         process.sendSignal(SIGINT);
         usleep(50'000);
@@ -204,14 +205,14 @@ int openTerminal(int& mine) {
 QByteArray readAndClose(int terminal) {
     QByteArray text;
     char part[4096];
-    // One read gives what happens to be in one of the terminal's buffers.
+    // One read returns only what happens to be in one buffer of the terminal.
     for (ssize_t size = 0; (size = read(terminal, part, sizeof part)) > 0;)
         text.append(part, size);
     close(terminal);
     return text;
 }
 
-TEST_F(StreamCommand, a_terminal_shows_a_progress_bar_that_is_taken_away_at_the_end) {
+TEST_F(StreamCommand, a_terminal_shows_a_progress_bar_that_is_removed_at_the_end) {
     int mine = -1;
     const int terminal = openTerminal(mine);
     ASSERT_GE(terminal, 0);

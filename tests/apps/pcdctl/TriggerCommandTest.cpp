@@ -32,7 +32,7 @@ int deliveredIn(const CtlResult& result) {
     return result.json.value(u"ledger"_qs).toObject().value(u"delivered"_qs).toInt();
 }
 
-TEST_F(TriggerCommand, takes_one_frame_if_nothing_is_said) {
+TEST_F(TriggerCommand, takes_one_frame_by_default) {
     const CtlResult result = trigger({});
     EXPECT_EQ(result.exitCode, 0) << result.errors.toStdString();
     EXPECT_EQ(deliveredIn(result), 1);
@@ -48,7 +48,7 @@ TEST_F(TriggerCommand, a_sequence_of_25_gives_25_files) {
     EXPECT_EQ(saved().last(), u"t-0025.png"_qs);
 }
 
-TEST_F(TriggerCommand, goes_the_way_of_the_exposure_property) {
+TEST_F(TriggerCommand, uses_the_exposure_property) {
     ASSERT_EQ(trigger({u"--exposure=1s500ms20us"_qs, u"--count=1"_qs}).exitCode, 0);
     const QStringList made = calls();
     const qsizetype time = made.indexOf(u"Toupcam_put_ExpoTime(h1, 1500020)"_qs);

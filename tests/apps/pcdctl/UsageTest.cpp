@@ -96,7 +96,7 @@ TEST(PcdctlUsage, a_bad_log_filter_in_the_environment_names_the_variable) {
     EXPECT_TRUE(result.errors.contains(u"PCD_LOG: "_qs)) << result.errors.toStdString();
 }
 
-TEST(PcdctlUsage, the_log_level_option_goes_before_the_environment) {
+TEST(PcdctlUsage, the_log_level_option_has_precedence_over_the_environment) {
     const CtlResult result =
         runCtl({u"list"_qs, u"--sdk=sim"_qs, u"--log-level=off"_qs},
                [](CtlProcess& process) { process.with(u"PCD_LOG"_qs, u"loud"_qs); });
