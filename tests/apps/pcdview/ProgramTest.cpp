@@ -12,7 +12,7 @@ namespace {
 
 class ProgramTest : public FolderTest {
 protected:
-    /// Gives it settings of its own.
+    /// Gives the program settings of its own.
     void prepare(QProcess& process) const {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(u"XDG_CONFIG_HOME"_qs, path(u"config"_qs));
@@ -33,7 +33,7 @@ protected:
         return process.exitCode();
     }
 
-    /// Two cameras whose frames cost next to nothing, for tests that do not look at them.
+    /// Two cameras whose frames need hardly any time, for tests that do not check them.
     QString writeScene() {
         const QString file = path(u"scene.json"_qs);
         const QByteArray camera = R"("resolutions": [{"width": 64, "height": 48, "fps": 10}],
@@ -93,7 +93,7 @@ TEST_F(ProgramTest, without_a_display_it_still_helps_and_takes_pictures) {
 TEST_F(ProgramTest, a_picture_of_its_window_shows_the_camera) {
     const QString file = path(u"window.png"_qs);
     qsizetype colours = 0;
-    // On a busy machine the first frame may come later than the picture: then it is taken later.
+    // On a busy machine the first frame may arrive after the picture: then wait longer for another.
     for (const QString& after : {u"1000"_qs, u"4000"_qs, u"16000"_qs}) {
         ASSERT_EQ(run({u"--sdk"_qs, u"sim"_qs, u"--camera"_qs, u"1"_qs, u"--theme"_qs, u"light"_qs,
                        u"--grab"_qs, file, u"--after"_qs, after}),
@@ -104,7 +104,7 @@ TEST_F(ProgramTest, a_picture_of_its_window_shows_the_camera) {
         ASSERT_GE(window.height(), 500);
         colours = coloursInTheMiddle(window);
         if (colours > 20)
-            return; // cells, not one ground
+            return; // cells, not only the background
     }
     FAIL() << colours << " colours in the middle of the window";
 }
@@ -117,7 +117,7 @@ TEST_F(ProgramTest, a_picture_that_cannot_be_saved_is_a_failure) {
     EXPECT_TRUE(errors.contains(file)) << errors.toStdString();
 }
 
-TEST_F(ProgramTest, a_library_that_is_none_is_explained_in_the_window) {
+TEST_F(ProgramTest, a_file_that_is_not_a_library_is_reported_in_the_window) {
     const QString file = path(u"window.png"_qs);
     EXPECT_EQ(run({u"--sdk"_qs, path(u"none.so"_qs), u"--grab"_qs, file, u"--after"_qs, u"0"_qs}),
               0);

@@ -7,6 +7,6 @@
 
 #include <functional>
 
-/// A picture of this size and format whose pixels are what the function says.
+/// A picture of this size and format, with the pixels that the function returns.
 PImage makePicture(int width, int height, PDIP::ColorFormat format,
                    const std::function<QColor(int x, int y)>& colorAt);

@@ -38,14 +38,14 @@ TEST_F(PFrameAnalyserTest, reports_a_picture_on_the_thread_that_owns_it) {
     EXPECT_EQ(thread, QThread::currentThread());
 }
 
-TEST_F(PFrameAnalyserTest, comes_to_the_newest_of_many_pictures_and_leaves_some_out) {
+TEST_F(PFrameAnalyserTest, analyses_the_newest_of_many_pictures_and_leaves_some_out) {
     for (int value = 1; value <= 200; ++value)
         analyser.offer(even(value));
     ASSERT_TRUE(waitUntil([this] { return !means.empty() && means.back() == 200; }));
     EXPECT_LT(means.size(), 200u);
 }
 
-TEST_F(PFrameAnalyserTest, tells_nothing_of_pictures_that_are_to_be_forgotten) {
+TEST_F(PFrameAnalyserTest, emits_nothing_about_pictures_that_are_to_be_forgotten) {
     analyser.offer(even(1, 2000));
     analyser.forget();
     analyser.offer(even(2));

@@ -55,7 +55,7 @@ TEST(PFrameAnalysisTest, counts_each_colour_by_itself) {
     }
 }
 
-TEST(PFrameAnalysisTest, tells_what_is_clipped) {
+TEST(PFrameAnalysisTest, counts_what_is_clipped) {
     const PImage image = makePicture(100, 10, PDIP::ColorFormat::Bgr, [](int x, int) {
         return x < 5 ? QColor(255, 3, 3) : x < 7 ? QColor(0, 0, 0) : QColor(0, 0, 1);
     });

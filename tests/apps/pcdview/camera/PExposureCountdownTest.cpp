@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-/// How a camera comes to its frames.
+/// How a camera is made to take frames.
 struct FakeCapture {
     Q_GADGET
     Q_PROPERTY(int capturemode MEMBER capturemode)
@@ -23,7 +23,7 @@ namespace {
 using namespace std::chrono_literals;
 using Left = std::optional<std::chrono::seconds>;
 
-/// A camera of 12 s a picture, on a clock that the test turns.
+/// A camera with an exposure of 12 s, and a clock that the test advances.
 class PExposureCountdownTest : public testing::Test {
 protected:
     PExposureCountdownTest() {

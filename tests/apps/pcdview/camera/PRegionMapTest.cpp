@@ -20,7 +20,7 @@ PScanAreaRange sensor(int width, int height) {
 
 struct SnapRow {
     const char* name;
-    QRect wanted;
+    QRect requested;
     QRect snapped;
 };
 
@@ -39,7 +39,7 @@ class PRegionMapTest : public testing::TestWithParam<MapRow> {};
 } // namespace
 
 TEST_P(PRegionSnapTest, to_what_the_camera_accepts) {
-    EXPECT_EQ(PRegionMap::snapped(GetParam().wanted, sensor(1003, 700)), GetParam().snapped);
+    EXPECT_EQ(PRegionMap::snapped(GetParam().requested, sensor(1003, 700)), GetParam().snapped);
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -29,7 +29,7 @@ public:
 
 class PSettingsRestorerTest : public testing::Test {
 protected:
-    /// Sets both, and lets the restorer notice.
+    /// Sets both, and waits until the restorer has noticed.
     void set(int contrast, int exposure) {
         camera.contrast->setValue(contrast);
         camera.exposure->setValue(QVariant::fromValue(StreamedPair{exposure, 5}));
@@ -76,7 +76,7 @@ TEST_F(PSettingsRestorerTest, keeps_changes_as_values_and_writes_no_text) {
     EXPECT_EQ(restored(), (QList<int>{5, 5})) << "it has followed the changes";
 }
 
-TEST_F(PSettingsRestorerTest, follows_no_more_once_released) {
+TEST_F(PSettingsRestorerTest, follows_no_changes_once_released) {
     restorer.follow(&camera.device);
     set(1, 2);
     restorer.release();

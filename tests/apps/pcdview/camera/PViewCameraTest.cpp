@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-/// The part of an exposure that says how frames come.
+/// The part of an exposure record with the capture mode.
 struct FakeTriggering {
     Q_GADGET
     Q_PROPERTY(int capturemode MEMBER capturemode)
@@ -21,7 +21,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// A camera of 12 s a picture that waits for triggers.
+/// A camera with an exposure of 12 s that waits for triggers.
 class PViewCameraTest : public testing::Test {
 protected:
     PViewCameraTest() {

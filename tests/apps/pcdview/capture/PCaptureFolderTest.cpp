@@ -29,17 +29,17 @@ protected:
 
 } // namespace
 
-TEST_F(PCaptureFolderTest, a_name_that_a_file_has_is_not_given_out) {
+TEST_F(PCaptureFolderTest, a_name_that_a_file_has_is_not_used_again) {
     writeFile(path(u"out/slide-1.png"_qs), "x");
     EXPECT_EQ(newPath(), path(u"out/slide-2.png"_qs));
 }
 
-TEST_F(PCaptureFolderTest, a_name_whose_file_is_still_to_come_is_not_given_out_again) {
+TEST_F(PCaptureFolderTest, a_name_whose_file_is_still_to_come_is_not_used_again) {
     EXPECT_EQ(newPath(), path(u"out/slide-1.png"_qs));
     EXPECT_EQ(newPath(), path(u"out/slide-2.png"_qs));
 }
 
-TEST_F(PCaptureFolderTest, looking_what_comes_next_gives_nothing_out) {
+TEST_F(PCaptureFolderTest, previewing_the_next_name_does_not_use_it_up) {
     const QDateTime now = QDateTime::currentDateTime();
     EXPECT_EQ(PCaptureFolder::nextPath(u"Cam"_qs, now, u".png"_qs), path(u"out/slide-1.png"_qs));
     EXPECT_EQ(newPath(), path(u"out/slide-1.png"_qs));
@@ -50,7 +50,7 @@ TEST_F(PCaptureFolderTest, a_link_to_nowhere_has_a_name_too) {
     EXPECT_EQ(newPath(), path(u"out/slide-2.png"_qs));
 }
 
-TEST_F(PCaptureFolderTest, a_pattern_in_the_settings_that_makes_no_sense_leaves_the_usual_one) {
+TEST_F(PCaptureFolderTest, an_invalid_pattern_in_the_settings_leaves_the_usual_one) {
     QSettings().setValue(u"capture/names"_qs, u"{what}/{n}"_qs);
     EXPECT_EQ(PCaptureFolder::pattern().text(), PNamePattern().text());
 }

@@ -20,7 +20,7 @@ struct NameRow {
 struct BadPatternRow {
     const char* name;
     const char* text;
-    const char* named; ///< what the complaint has to name
+    const char* named; ///< what the message has to name
 };
 
 class PNamePatternTest : public testing::TestWithParam<NameRow> {};
@@ -62,7 +62,7 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         BadPatternRow{"nothing", "", "\"\""}, BadPatternRow{"only_spaces", "  ", "\"  \""},
         BadPatternRow{"a_hidden_file", ".{n}", ".{n}"}, BadPatternRow{"a_folder", "a/{n}", "/"},
-        BadPatternRow{"a_mark_that_is_none", "{serial}", "{serial}"},
+        BadPatternRow{"an_unknown_mark", "{serial}", "{serial}"},
         BadPatternRow{"a_mark_without_its_end", "a{n", "{n"},
         BadPatternRow{"an_end_without_a_mark", "a}", "}"},
         BadPatternRow{"a_line_feed", "a\nb", "name cannot contain"},

@@ -56,7 +56,7 @@ TEST_F(PPictureSaverTest, leaves_an_older_file_alone_and_says_so) {
     EXPECT_EQ(readFile(path(u"a.png"_qs)), QByteArray("mine"));
 }
 
-TEST_F(PPictureSaverTest, saves_what_waits_before_it_goes) {
+TEST_F(PPictureSaverTest, saves_what_waits_before_it_is_destroyed) {
     {
         PPictureSaver saver;
         for (int i = 0; i < 5; ++i)
@@ -66,7 +66,7 @@ TEST_F(PPictureSaverTest, saves_what_waits_before_it_goes) {
         EXPECT_FALSE(QImage(path(u"%1.png"_qs.arg(i))).isNull()) << i;
 }
 
-TEST_F(PPictureSaverTest, as_it_goes_it_logs_what_was_not_saved_and_emits_nothing) {
+TEST_F(PPictureSaverTest, when_destroyed_it_logs_what_was_not_saved_and_emits_nothing) {
     writeFile(path(u"a.png"_qs), "mine");
     const PLogCapture log;
     {
@@ -79,11 +79,11 @@ TEST_F(PPictureSaverTest, as_it_goes_it_logs_what_was_not_saved_and_emits_nothin
     EXPECT_TRUE(reasons.empty());
 }
 
-TEST_F(PPictureSaverTest, a_picture_that_finds_no_room_is_not_saved_and_named) {
+TEST_F(PPictureSaverTest, a_picture_that_finds_no_room_is_not_saved_but_named) {
     PPictureSaver saver(1); // one at a time
     follow(saver);
     PPictureSaver::Job large = jobFor(u"large.png"_qs);
-    // Long enough at work that the next one comes in between.
+    // Takes long enough for the next one to arrive meanwhile.
     large.frame.image = makePicture(4000, 3000, PDIP::ColorFormat::Bgr, [](int x, int y) {
         return QColor(x % 251, y % 241, x * y % 239);
     });

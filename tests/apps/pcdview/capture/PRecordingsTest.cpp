@@ -19,8 +19,8 @@
 
 #include <future>
 
-/// An exposure that goes into the file with each frame, and that a writer's thread reads only when
-/// the gate opens: until then frames wait.
+/// An exposure that is written with each frame. The writer's thread blocks in reading it until the
+/// gate opens: until then frames wait.
 struct FakeGatedExposure {
     Q_GADGET
     Q_PROPERTY(double exp READ exp)
@@ -80,7 +80,7 @@ protected:
     PViewCamera first{{u"Fake-1"_qs, u"Fake"_qs, u"1"_qs, true}};
     PViewCamera second{{u"Fake-2"_qs, u"Fake"_qs, u"2"_qs, true}};
     PRecordings recordings{std::make_shared<PWorkBudget>(3 * picture.dataSize())};
-    std::promise<void> gate; // goes first, which opens it: the recordings wait for their files
+    std::promise<void> gate; // destroyed first, which opens it: the recordings wait for their files
 };
 
 } // namespace

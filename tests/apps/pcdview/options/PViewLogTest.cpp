@@ -14,6 +14,6 @@ TEST(PViewLogTest, logs_with_the_viewer_as_the_source) {
     ASSERT_EQ(records.size(), 2);
     EXPECT_EQ(records[0].text(), u"ready"_qs);
     EXPECT_EQ(records[0].level, PLogLevel::Info);
-    EXPECT_EQ(records[1].text(), u"not \"ready\""_qs); // as it was given, without more quotes
+    EXPECT_EQ(records[1].text(), u"not \"ready\""_qs); // unchanged, without more quotes
     EXPECT_EQ(records[1].level, PLogLevel::Warning);
 }

@@ -23,7 +23,7 @@ PStatus parse(const QStringList& words, PViewOptions& options) {
 
 } // namespace
 
-TEST(PViewOptionsTest, without_words_takes_the_system_s_cameras) {
+TEST(PViewOptionsTest, without_options_uses_the_system_s_cameras) {
     PViewOptions options;
     ASSERT_TRUE(parse({}, options).isOk());
     EXPECT_EQ(options.sdk, u"auto"_qs);
@@ -59,7 +59,8 @@ TEST(PViewOptionsTest, help_names_every_option) {
         EXPECT_TRUE(answer.contains(QString::fromLatin1(name))) << name;
 }
 
-TEST(PViewOptionsTest, starting_again_with_simulated_cameras_keeps_what_has_to_do_with_neither) {
+TEST(PViewOptionsTest,
+     starting_again_with_simulated_cameras_keeps_the_options_that_do_not_choose_a_camera) {
     EXPECT_EQ(PViewOptions::withSimulatedCameras(
                   {u"pcdview"_qs, u"--sdk"_qs, u"auto"_qs, u"--lang=ru"_qs, u"--scene=a.json"_qs,
                    u"-c"_qs, u"1"_qs, u"--plugin-path"_qs, u"p"_qs, u"--camera"_qs}),
@@ -78,16 +79,16 @@ TEST_P(PViewOptionsBadTest, is_refused_with_what_was_expected) {
 
 INSTANTIATE_TEST_SUITE_P(
     Words, PViewOptionsBadTest,
-    testing::Values(BadOptionRow{"a_word_too_many", {u"picture.png"_qs}, "picture.png"},
-                    BadOptionRow{"an_unknown_option", {u"--fast"_qs}, "fast"},
-                    BadOptionRow{
-                        "an_unknown_theme", {u"--theme"_qs, u"pink"_qs}, "system, light or dark"},
-                    BadOptionRow{"an_unknown_language",
-                                 {u"--lang=xx"_qs},
-                                 "\"xx\" is not a value for --lang: expected en or ru"},
-                    BadOptionRow{"an_empty_camera", {u"--camera"_qs, QString()}, "--camera"},
-                    BadOptionRow{"a_time_that_is_none",
-                                 {u"--grab"_qs, u"a.png"_qs, u"--after"_qs, u"soon"_qs},
-                                 "milliseconds"},
-                    BadOptionRow{"a_picture_of_no_format", {u"--grab"_qs, u"a.xyz"_qs}, ".png"}),
+    testing::Values(
+        BadOptionRow{"a_word_too_many", {u"picture.png"_qs}, "picture.png"},
+        BadOptionRow{"an_unknown_option", {u"--fast"_qs}, "fast"},
+        BadOptionRow{"an_unknown_theme", {u"--theme"_qs, u"pink"_qs}, "system, light or dark"},
+        BadOptionRow{"an_unknown_language",
+                     {u"--lang=xx"_qs},
+                     "\"xx\" is not a value for --lang: expected en or ru"},
+        BadOptionRow{"an_empty_camera", {u"--camera"_qs, QString()}, "--camera"},
+        BadOptionRow{"a_word_for_a_time",
+                     {u"--grab"_qs, u"a.png"_qs, u"--after"_qs, u"soon"_qs},
+                     "milliseconds"},
+        BadOptionRow{"a_picture_of_an_unknown_format", {u"--grab"_qs, u"a.xyz"_qs}, ".png"}),
     RowName());

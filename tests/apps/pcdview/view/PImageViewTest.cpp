@@ -113,7 +113,7 @@ TEST_F(PImageViewTest, a_region_ends_at_the_edge_of_the_picture) {
     EXPECT_EQ(drawn[0][0].toRect(), QRect(600, 400, 200, 200));
 }
 
-TEST_F(PImageViewTest, a_click_is_no_region) {
+TEST_F(PImageViewTest, a_click_is_not_a_region) {
     view.setTool(PImageView::Tool::Region);
     QSignalSpy drawn(&view, &PImageView::regionDrawn);
     QTest::mouseClick(&view, Qt::LeftButton, {}, {100, 100});

@@ -61,7 +61,7 @@ TEST_P(PViewSamplerFormatTest, shows_every_pixel_of_an_odd_width_in_its_colour) 
     }
 }
 
-TEST_P(PViewSamplerFormatTest, tells_the_pixel_under_the_cursor) {
+TEST_P(PViewSamplerFormatTest, reports_the_pixel_under_the_cursor) {
     const PImage image = makePicture(1003, 37, GetParam().format, [](int x, int y) {
         return x == 1002 && y == 36 ? QColor(250, 30, 7) : QColor(0, 0, 0);
     });
@@ -123,7 +123,7 @@ TEST(PViewSamplerTest, paints_what_the_picture_leaves_free) {
     EXPECT_EQ(shown.pixelColor(200, 50), around);
 }
 
-TEST(PViewSamplerTest, paints_over_what_memory_from_before_holds) {
+TEST(PViewSamplerTest, paints_over_what_reused_memory_holds) {
     const PImage image =
         makePicture(10, 10, PDIP::ColorFormat::Gray, [](int, int) { return QColor(90, 90, 90); });
     QImage room(QSize(30, 10), QImage::Format_RGB32);

@@ -21,7 +21,7 @@ FakeCameras::FakeCameras()
     window.setCentralWidget(tabs);
 }
 
-/// The cameras are there before the tabs, which would open the first of them when it comes.
+/// The cameras exist before the tabs, which would open the first one that arrives.
 PCameraTabs* FakeCameras::makeTabs() {
     host.manager().addRegister(cameras);
     return new PCameraTabs(host, {});

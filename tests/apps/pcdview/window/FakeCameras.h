@@ -26,9 +26,9 @@ protected:
     FakeCameras();
     ~FakeCameras() override;
 
-    /// Opens this camera, in front.
+    /// Opens this camera and puts it in front.
     void open(const QString& id);
-    /// Has the camera in front, which has this device, deliver a live frame, and waits until it is
+    /// Has the camera in front, with this device, deliver a live frame, and waits until it is
     /// shown.
     void showFrame(FakeDevice& device, const PImage& image);
     /// A picture of 40 x 30 pixels, the left half of one colour and the right half of the other.

@@ -50,7 +50,7 @@ protected:
         const PImage& image = inFront().frame().image;
         return {int(image.width()), int(image.height())};
     }
-    /// Takes a still picture; the path of its file, when it is whole.
+    /// Takes a still picture; returns the path of its file when it is complete.
     QString stillPicture() {
         QTest::keyClick(&window(), Qt::Key_S, Qt::ControlModifier);
         const QDir folder(captureFolder());

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Profiles as a user has them in the viewer, on simulated cameras.
+// Profiles in the viewer, used as the user does, with simulated cameras.
 #include <apps/pcdview/window/ViewSession.h>
 
 #include <apps/pcdview/camera/PViewCamera.h>

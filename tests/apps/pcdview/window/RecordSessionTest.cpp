@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Recording in the viewer as a user does it, on simulated cameras.
+// Recording in the viewer as the user does it, with simulated cameras.
 #include <apps/pcdview/window/ViewSession.h>
 
 #include <apps/pcdview/camera/PViewCamera.h>
@@ -53,7 +53,7 @@ protected:
     }
     void TearDown() override { EXPECT_EQ(questionsDue, 0) << "a question was not asked"; }
 
-    /// Does this to the question that comes next.
+    /// Calls this with the next question.
     void withNext(const std::function<void(QMessageBox& box)>& act) {
         ++questionsDue;
         QTimer::singleShot(0, &questions, [this, act] {
@@ -67,21 +67,21 @@ protected:
         activate();
         withNext([answer](QMessageBox& box) { box.button(answer)->click(); });
     }
-    /// Answers it with No, once it is known to say this.
+    /// Checks the text of the next question, and answers No.
     void declineNext(const QString& question) {
         withNext([question](QMessageBox& box) {
             EXPECT_EQ(box.text().toStdString(), question.toStdString());
             box.button(QMessageBox::No)->click();
         });
     }
-    /// Does this while the next question is open, which must then close on its own.
-    void expectNextGoesAfter(const std::function<void()>& event) {
+    /// Calls this while the next question is open, which must then close on its own.
+    void expectNextClosesAfter(const std::function<void()>& event) {
         withNext([event](QMessageBox& box) {
             const QPointer<QWidget> question(&box);
             event();
             EXPECT_TRUE(waitUntil([&] { return question.isNull() || !question->isVisible(); }));
             if (question != nullptr)
-                question->close(); // nobody else would
+                question->close(); // nothing else would
         });
     }
     void pressNext(Qt::Key key) {
@@ -121,7 +121,7 @@ protected:
         ASSERT_TRUE(cameraTabs().open(u"Small-S0002"_qs).isOk());
         ASSERT_TRUE(waitForNewFrames());
     }
-    /// Frames of this camera that are in its file, as the panel says.
+    /// The number of frames in the file of this camera, according to the panel.
     int written(const char* camera) {
         const QRegularExpression number(u"%1\nWritten: (\\d+)"_qs.arg(QLatin1String(camera)));
         return number.match(text()).captured(1).toInt();
@@ -135,8 +135,8 @@ protected:
         const OmeXml document(TiffReadBack(file).description());
         return document.complaints().isEmpty() && QImageReader(file).imageCount() >= 5;
     }
-    /// Whether it says how many frames the camera delivered meanwhile.
-    bool hasAccount(const QString& name) const {
+    /// True if the file has the ledger of its camera.
+    bool hasLedger(const QString& name) const {
         const QString file = QDir(captureFolder()).filePath(name);
         const OmeXml document(TiffReadBack(file).description());
         return !document.note(u"Camera frames delivered"_qs).isEmpty();
@@ -155,7 +155,7 @@ protected:
     }
 
     int questionsDue = 0;
-    QObject questions; // what is to be done to one goes with the test
+    QObject questions; // pending answers end with the test
 };
 
 } // namespace
@@ -290,7 +290,7 @@ TEST_F(RecordSessionTest, closing_names_the_cameras_whose_recordings_it_would_en
     EXPECT_EQ(cameraTabs().pages().size(), 2);
 }
 
-TEST_F(RecordSessionTest, closing_unasked_completes_the_file) {
+TEST_F(RecordSessionTest, closing_without_a_question_completes_the_file) {
     widget<QComboBox>(u"recordEnd"_qs).setCurrentIndex(2);
     pressButton();
     ASSERT_TRUE(waitUntil([this] { return written() >= 5; }));
@@ -351,19 +351,19 @@ TEST_F(RecordSessionTest, the_key_asks_before_it_stops_one) {
     EXPECT_GE(QImageReader(recorded()).imageCount(), before);
 }
 
-TEST_F(RecordSessionTest, the_question_about_a_recording_goes_when_that_ends) {
+TEST_F(RecordSessionTest, the_question_about_a_recording_closes_when_that_ends) {
     widget<QSpinBox>(u"recordFrames"_qs).setValue(10);
     pressKey();
-    expectNextGoesAfter([] {});
+    expectNextClosesAfter([] {});
     pressKey();
     ASSERT_TRUE(waitForText(u"Recorded 10 frames"_qs)) << text().toStdString();
 }
 
-TEST_F(RecordSessionTest, the_question_about_a_recording_goes_when_its_camera_is_unplugged) {
+TEST_F(RecordSessionTest, the_question_about_a_recording_closes_when_its_camera_is_unplugged) {
     widget<QComboBox>(u"recordEnd"_qs).setCurrentIndex(2);
     pressKey();
     ASSERT_TRUE(waitUntil([this] { return written() >= 5; }));
-    expectNextGoesAfter([] { EXPECT_TRUE(unplug("cam-1")); });
+    expectNextClosesAfter([] { EXPECT_TRUE(unplug("cam-1")); });
     pressKey();
     ASSERT_TRUE(waitForText(u"unplugged"_qs)) << text().toStdString();
     EXPECT_GE(QImageReader(recorded()).imageCount(), 5);
@@ -460,7 +460,7 @@ TEST_F(RecordSessionTest, closing_a_tab_ends_the_recording_of_its_camera_alone) 
     ASSERT_TRUE(waitUntil([this] { return text().contains(u"the camera was closed"_qs); }));
     ASSERT_EQ(recordedFiles(u"Small-S0002"_qs).size(), 1);
     EXPECT_TRUE(isWhole(recordedFiles(u"Small-S0002"_qs).first()));
-    EXPECT_TRUE(hasAccount(recordedFiles(u"Small-S0002"_qs).first()));
+    EXPECT_TRUE(hasLedger(recordedFiles(u"Small-S0002"_qs).first()));
     EXPECT_TRUE(isRecording()); // the other is in front now
     const int before = written("Small-S0001");
     EXPECT_TRUE(waitUntil([&] { return written("Small-S0001") > before; }));
@@ -468,7 +468,7 @@ TEST_F(RecordSessionTest, closing_a_tab_ends_the_recording_of_its_camera_alone) 
 
 TEST_F(RecordSessionTest, closing_the_window_completes_the_files_of_all) {
     ASSERT_NO_FATAL_FAILURE(recordFirstOfTwo());
-    answerNext(QMessageBox::No); // also where another camera is in front
+    answerNext(QMessageBox::No); // even if another camera is in front
     window().close();
     ASSERT_TRUE(window().isVisible());
     activate();
@@ -481,6 +481,6 @@ TEST_F(RecordSessionTest, closing_the_window_completes_the_files_of_all) {
     for (const QString& camera : {u"Small-S0001"_qs, u"Small-S0002"_qs}) {
         ASSERT_EQ(recordedFiles(camera).size(), 1) << camera.toStdString();
         EXPECT_TRUE(isWhole(recordedFiles(camera).first())) << camera.toStdString();
-        EXPECT_TRUE(hasAccount(recordedFiles(camera).first())) << camera.toStdString();
+        EXPECT_TRUE(hasLedger(recordedFiles(camera).first())) << camera.toStdString();
     }
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Settings that a camera refuses though its driver says that it took them: what the window shows,
-// saves and computes with is what the camera has.
+// Settings that a camera refuses although its driver reports that it took them: the window shows,
+// saves and computes with the values that the camera has.
 #include <apps/pcdview/window/ViewSession.h>
 
 #include <apps/pcdview/camera/PViewCamera.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Triggered runs in the viewer as a user does them, on a simulated camera.
+// Triggered runs in the viewer as the user does them, with a simulated camera.
 #include <apps/pcdview/window/ViewSession.h>
 
 #include <apps/common/camera/PCaptureMode.h>
@@ -41,7 +41,8 @@ protected:
         triggered.insert(u"flags"_qs, QJsonArray{u"TRIGGER_SOFTWARE"_qs, u"TRIGGER_EXTERNAL"_qs});
         return triggered;
     }
-    /// With no live frame left on its way, which a run could take for its own.
+    /// Begins triggered capture after the last live frame was delivered, as a run could take it for
+    /// one of its own.
     void beginTriggered() {
         pressLive();
         ASSERT_TRUE(waitUntil([this] { return inFront().ledger().waiting == 0; }));
@@ -49,8 +50,8 @@ protected:
         pressLive();
         ASSERT_EQ(inFront().state(), PViewCamera::State::Live);
     }
-    /// Stops the run and says how many frames the camera has made then. Stopping the stream waits
-    /// for the one that it is about to send.
+    /// Stops the run and returns the number of frames that the camera has made by then. Stopping
+    /// the stream waits for the one that it is about to send.
     quint64 endRun(const char* button) {
         click(button);
         pressLive();
@@ -77,7 +78,7 @@ protected:
         return rows.size() == 1 ? rows.first()->text(1).toInt() : -1;
     }
     qsizetype files() const { return QDir(captureFolder()).entryList({u"*.png"_qs}).size(); }
-    /// Counts them when the program has ended: then nothing waits to be saved any more.
+    /// Counts them after the program has ended, when nothing waits to be saved any more.
     qsizetype filesInTheEnd() {
         end();
         return files();
@@ -98,7 +99,7 @@ TEST_F(RunSessionTest, a_repeated_run_is_saved_and_the_live_picture_after_it_is_
     ASSERT_TRUE(waitUntil([this] { return files() >= 3; }));
     ASSERT_TRUE(holdUpUntilWaiting(2));
     const quint64 ofRun = endRun("pbRepeatMode") - before;
-    ASSERT_GE(inFront().ledger().waiting, 2U); // still on their way
+    ASSERT_GE(inFront().ledger().waiting, 2U); // still in delivery
     click("pbVideo");
     // The panel keeps forwarding what arrives.
     ASSERT_TRUE(waitUntil([&] { return inFront().ledger().snapshots >= ofRun + 10; }));
@@ -119,7 +120,7 @@ TEST_F(RunSessionTest, the_frames_panel_counts_the_pictures_taken_and_none_that_
     EXPECT_TRUE(waitUntil([&] { return picturesCounted() == ofRun + 1; })) << picturesCounted();
     const quint64 forwarded = inFront().ledger().snapshots;
     ASSERT_TRUE(waitUntil([&] { return inFront().ledger().snapshots >= forwarded + 10; }));
-    pressLive(); // and shows how it stands
+    pressLive(); // and shows the current state
     EXPECT_EQ(picturesCounted(), ofRun + 1);
     EXPECT_EQ(filesInTheEnd(), ofRun + 1);
 }
@@ -175,7 +176,7 @@ TEST_F(RunSessionTest, every_picture_of_a_sequence_is_counted_when_it_is_there) 
     EXPECT_EQ(filesInTheEnd(), 3);
 }
 
-TEST_F(RunSessionTest, the_camera_is_not_said_to_wait_for_triggers_while_a_run_is_in_progress) {
+TEST_F(RunSessionTest, the_camera_is_not_shown_as_waiting_while_a_run_is_in_progress) {
     widget<QSpinBox>(u"spincount"_qs).setValue(3);
     for (const char* button : {"pbRunOnce", "pbSequence", "pbRepeatMode"}) {
         EXPECT_TRUE(saysWaiting()) << button << banner().toStdString();
@@ -191,7 +192,8 @@ TEST_F(RunSessionTest, the_camera_is_not_said_to_wait_for_triggers_while_a_run_i
     EXPECT_TRUE(saysWaiting()) << banner().toStdString();
 }
 
-TEST_F(RunSessionTest, the_camera_waits_for_triggers_while_a_sequence_does_from_outside) {
+TEST_F(RunSessionTest,
+       the_camera_is_shown_as_waiting_while_a_sequence_waits_for_external_triggers) {
     auto& source = widget<QComboBox>(u"cbTriggerMode"_qs);
     QTest::keyClick(&source, Qt::Key_Down);
     ASSERT_TRUE(PCaptureMode::isTriggeredFromOutside(*inFront().device()));
@@ -201,7 +203,7 @@ TEST_F(RunSessionTest, the_camera_waits_for_triggers_while_a_sequence_does_from_
     EXPECT_FALSE(saysRun()) << banner().toStdString();
 }
 
-TEST_F(RunSessionTest, a_run_is_still_said_to_be_in_progress_after_a_look_at_another_camera) {
+TEST_F(RunSessionTest, a_run_is_still_shown_as_in_progress_after_a_look_at_another_camera) {
     end();
     start({triggeredCamera(), camera(u"cam-2"_qs, u"S0002"_qs)});
     ASSERT_TRUE(waitForNewFrames());
@@ -248,7 +250,7 @@ TEST_F(RunSessionTest, the_live_exposure_comes_back_with_a_camera_unplugged_duri
     widget<QSpinBox>(u"sSec"_qs).setValue(1);
     click("pbRepeatMode");
     ASSERT_TRUE(waitUntil([&] { return plain("autoexpottime").toInt() > 1'000'000; }));
-    QTest::qWait(0); // what is remembered is, in the next turn
+    QTest::qWait(0); // settings are remembered in the next iteration of the event loop
 
     const QPointer<PDevice> before = inFront().device();
     ASSERT_TRUE(unplug("cam-1"));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The viewer as a user has it: its window, its keys, its mouse, on simulated cameras.
+// The viewer as the user operates it, with keys and mouse, and with simulated cameras.
 #include <apps/pcdview/window/ViewSession.h>
 
 #include <apps/common/reading/ExifTool.h>
@@ -70,7 +70,7 @@ protected:
         return page().view().geometryOfView().toView(inPicture).toPoint();
     }
 
-    /// One that takes triggers, and up to a minute for a picture.
+    /// A camera that takes triggers, with exposures of up to a minute.
     static QJsonObject patientCamera() {
         QJsonObject camera = ViewSession::camera();
         camera.insert(u"flags"_qs, QJsonArray{u"TRIGGER_SOFTWARE"_qs});
@@ -154,7 +154,7 @@ TEST_F(SessionTest, a_setting_is_found_by_the_words_on_its_panel_in_the_language
         for (int i = 0; i < texts.size(); ++i) {
             auto& filter = widget<QLineEdit>(u"settingsFilter"_qs);
             filter.clear();
-            filter.insert(texts[i]); // QTest knows no Cyrillic keys
+            filter.insert(texts[i]); // QTest has no Cyrillic keys
             EXPECT_TRUE(widget<QWidget>(panels[i]).isVisible()) << texts[i].toStdString();
         }
         end();
@@ -206,7 +206,7 @@ TEST_F(SessionTest, a_still_picture_has_the_resolution_of_the_specimen) {
     ASSERT_TRUE(waitForNewFrames());
     page().setPixelSize(0.5);
     widget<QAction>(u"snapshot"_qs).trigger();
-    // While it is being written its name ends otherwise.
+    // While it is being written, its name has another ending.
     ASSERT_TRUE(waitUntil([this] { return captures().value(0).endsWith(u".png"_qs); }));
     const QJsonObject tags = exifToolTags(captureFolder() + u'/' + captures().value(0));
     EXPECT_EQ(tags.value(u"PNG-pHYs:PixelsPerUnitX"_qs).toInt(), 2'000'000);
@@ -246,7 +246,7 @@ TEST_F(SessionTest, what_is_set_while_the_cable_is_out_does_not_spoil_what_is_re
 
     const QPointer<PDevice> before = inFront().device();
     ASSERT_TRUE(unplug("cam-1"));
-    property("temp").setValue(6000); // nobody has noticed yet, and it reads 0
+    property("temp").setValue(6000); // the loss is not noticed yet, and it reads 0
     QCoreApplication::processEvents();
     ASSERT_TRUE(plug("cam-1"));
     ASSERT_TRUE(waitUntil([&] { return before.isNull() && inFront().device() != nullptr; }));
@@ -309,7 +309,7 @@ TEST_F(SessionTest, zeros_of_a_lost_cable_are_not_what_is_restored) {
     ASSERT_TRUE(waitForNewFrames());
     property("autoexpottime").setValue(7000u);
     ASSERT_TRUE(waitForNewFrames());
-    fail("Toupcam_get_ExpoTime", 1); // the cable is out, and nothing knows of it yet
+    fail("Toupcam_get_ExpoTime", 1); // the cable is out, which is not noticed yet
     ASSERT_TRUE(waitUntil([this] { return property("autoexpottime").valueInner() == 0u; }));
     ASSERT_TRUE(unplug("cam-1"));
     ASSERT_TRUE(waitUntil([this] { return inFront().state() == PViewCamera::State::Unplugged; }));
@@ -379,7 +379,7 @@ TEST_F(SessionTest, a_camera_that_could_not_be_opened_is_tried_again) {
     EXPECT_FALSE(widget<QLabel>(u"banner"_qs).isVisible());
 }
 
-TEST_F(SessionTest, contrast_is_stretched_on_the_screen_also_of_a_picture_that_stands) {
+TEST_F(SessionTest, contrast_is_stretched_on_the_screen_also_while_the_live_picture_is_stopped) {
     start({camera()});
     ASSERT_TRUE(waitForNewFrames());
     key(Qt::Key_L, Qt::ControlModifier);
@@ -433,14 +433,14 @@ TEST_F(SessionTest, a_run_is_not_counted_down_behind_another_tab) {
     ASSERT_TRUE(waitUntil([&] { return first.untilNextPicture().has_value(); }));
     auto& list = widget<QListWidget>(u"cameras"_qs);
     list.setCurrentRow(1);
-    QTest::keyClick(&list, Qt::Key_Return); // its panel, which knew of the run, is gone
+    QTest::keyClick(&list, Qt::Key_Return); // its panel, which had the run, is gone
     ASSERT_NE(&inFront(), &first);
     EXPECT_FALSE(first.untilNextPicture());
 }
 
 TEST_F(SessionTest, a_whole_session_from_opening_to_closing) {
     start({});
-    end(); // what Qt keeps for itself is there from now on
+    end(); // from now on Qt has created what it keeps
     const qsizetype threadsBefore = threads();
 
     start({camera()});
@@ -479,7 +479,7 @@ TEST_F(SessionTest, a_whole_session_from_opening_to_closing) {
 
 TEST_F(SessionTest, closing_leaves_nothing_running) {
     start({});
-    end(); // what Qt keeps for itself is there from now on
+    end(); // from now on Qt has created what it keeps
     const qsizetype before = threads();
     start({camera(), camera(u"cam-2"_qs, u"S0002"_qs)});
     ASSERT_TRUE(waitForNewFrames());

@@ -70,9 +70,9 @@ void ViewSession::start(const QJsonArray& cameras, const QStringList& words) {
 void ViewSession::end() {
     if (m_program == nullptr)
         return;
-    window().closeUnasked(); // where a test has failed, nobody would answer
+    window().closeUnasked(); // after a failed test, nothing would answer a question
     m_program.reset();
-    // A program has one language all its life; the next test may want another.
+    // A process has one language; the next test may need another.
     for (QTranslator* translator : QCoreApplication::instance()->findChildren<QTranslator*>())
         delete translator;
 }
@@ -91,7 +91,7 @@ PViewCamera& ViewSession::inFront() {
 
 QStringList ViewSession::cutOff() {
     QStringList texts;
-    // Layouts take several turns to settle, and texts change while frames arrive.
+    // Layouts need several iterations to settle, and texts change while frames arrive.
     waitUntil([&] {
         texts = cutOffNow();
         return texts.isEmpty();
@@ -101,7 +101,7 @@ QStringList ViewSession::cutOff() {
 
 QStringList ViewSession::cutOffNow() {
     QCoreApplication::processEvents();
-    // A text that was set last of all still waits for its place.
+    // The last text that was set has not been laid out yet.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
     QStringList texts;
     for (const QLabel* label : window().findChildren<QLabel*>()) {
@@ -120,7 +120,7 @@ QStringList ViewSession::cutOffNow() {
 }
 
 bool ViewSession::waitForNewFrames() {
-    // One that was on its way already, and one more.
+    // One that was already in delivery, and one more.
     const quint64 enough = inFront().ledger().produced + 2;
     return waitUntil([&] {
         const auto& stamp = inFront().frame().stamp;

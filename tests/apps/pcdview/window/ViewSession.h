@@ -44,8 +44,7 @@ protected:
         return *found;
     }
 
-    /// Labels and buttons of the window whose text does not fit into them, also once the window has
-    /// settled.
+    /// Labels and buttons of the window whose text still does not fit when the layout has settled.
     QStringList cutOff();
     /// Waits for frames of the camera in front that were not there yet.
     bool waitForNewFrames();
@@ -58,7 +57,7 @@ protected:
     static QStringList puts() { return calls(u"_put_"_qs); }
     /// Has the next calls of a function of the SDK fail.
     static void fail(const char* function, unsigned calls);
-    /// Makes every call of a function of the SDK take so much longer (0: no longer).
+    /// Delays every call of a function of the SDK by this time (0: not any more).
     static void delay(const char* function, unsigned ms);
     QString captureFolder() const { return path(u"captures"_qs); }
 

@@ -40,8 +40,7 @@ class WindowPicturesTest : public ViewSession {
 protected:
     static bool areSaved() { return !qEnvironmentVariableIsEmpty("PCD_SCREENSHOTS"); }
 
-    /// A camera that a user would work with, or a smaller and quicker one of its kind where the
-    /// pictures are not for viewing.
+    /// A realistic camera, or a smaller and quicker one if the pictures are not for viewing.
     static QJsonObject colourCamera() {
         const int share = areSaved() ? 1 : 3;
         QJsonObject camera = ViewSession::camera(u"cam-1"_qs, u"SIM02C0001"_qs);
@@ -68,7 +67,7 @@ protected:
         }));
     }
 
-    /// Until the rate that is shown is the camera's.
+    /// Waits until the rate shown is the camera's.
     void settle() {
         ASSERT_TRUE(waitUntil([this] { return inFront().frame().stamp->sequence > 40; }));
         ASSERT_TRUE(waitUntil([this] {
@@ -77,7 +76,7 @@ protected:
         }));
     }
 
-    /// How much of a widget is of this colour and nothing else.
+    /// The share of the pixels of a widget that have exactly this colour.
     static double colourShare(const QColor& colour, QWidget& widget) {
         const QImage shown = widget.grab().toImage();
         qint64 count = 0;
@@ -142,7 +141,7 @@ TEST_F(WindowPicturesTest, the_selected_page_of_the_exposure_is_framed_in_light_
     }
 }
 
-TEST_F(WindowPicturesTest, histogram_by_the_logarithm) {
+TEST_F(WindowPicturesTest, histogram_with_a_logarithmic_scale) {
     startLive({colourCamera()});
     QDockWidget& histogram = dock("histogramDock");
     const QImage before = histogram.grab().toImage();
@@ -165,7 +164,7 @@ TEST_F(WindowPicturesTest, clipped_pixels_are_marked_in_red) {
     save(window(), u"clipped.jpg"_qs);
 }
 
-TEST_F(WindowPicturesTest, a_setting_that_was_looked_for) {
+TEST_F(WindowPicturesTest, a_setting_that_was_searched_for) {
     startLive({colourCamera()});
     QTest::keyClicks(&widget<QLineEdit>(u"settingsFilter"_qs), u"co"_qs);
     QDockWidget& settings = dock("settingsDock");
@@ -243,7 +242,7 @@ TEST_F(WindowPicturesTest, a_triggered_sequence_is_recorded_with_progress) {
     QDockWidget& settings = dock("settingsDock");
     auto& live = widget<QAction>(u"live"_qs);
     live.trigger();
-    // A live frame that is still on its way would count as one of the sequence.
+    // A live frame that is still in delivery would count as one of the sequence.
     ASSERT_TRUE(waitUntil([this] { return inFront().ledger().waiting == 0; }));
     widget<QPushButton>(u"pbTrigger"_qs).click();
     live.trigger();
@@ -285,7 +284,7 @@ TEST_F(WindowPicturesTest, an_unplugged_camera) {
     save(window(), u"unplugged.jpg"_qs);
 }
 
-TEST_F(WindowPicturesTest, keys_and_versions_are_told) {
+TEST_F(WindowPicturesTest, keys_and_versions_are_shown) {
     startLive({colourCamera()});
     for (const char* const page : {"help", "about"}) {
         widget<QAction>(QString::fromLatin1(page)).trigger();

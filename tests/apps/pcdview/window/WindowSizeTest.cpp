@@ -41,7 +41,7 @@ protected:
         ASSERT_TRUE(cameraTabs().open(u"Simulated-20MC-SIM20C0001"_qs).isOk());
         window().resize(smallScreen);
         ASSERT_TRUE(waitForNewFrames());
-        // What the status bar shows of a camera that is live.
+        // What the status bar shows for a live camera.
         ASSERT_TRUE(waitUntil([this] {
             return inFront().framesPerSecond() > 1 &&
                    !widget<QLabel>(u"size"_qs).text().isEmpty() &&
@@ -81,7 +81,7 @@ protected:
         QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
         return isSeen(u"recordButton"_qs) && isSeen(u"recordBar"_qs) && isSeen(u"recordText"_qs);
     }
-    /// Whether the user sees all of this widget.
+    /// True if the whole widget is visible to the user.
     bool isSeen(const QString& name) {
         const auto& shown = widget<QWidget>(name);
         return shown.isVisible() && shown.visibleRegion() == QRegion(shown.rect());

@@ -40,7 +40,7 @@ TEST_F(PControllersTest, emit_the_messages_of_each) {
     EXPECT_EQ(messages.count(), 4);
 }
 
-TEST_F(PControllersTest, do_what_help_and_view_actions_say) {
+TEST_F(PControllersTest, carry_out_help_and_view_actions) {
     actions.actualSize->trigger();
     EXPECT_EQ(tabs->currentPage()->view().geometryOfView().scale(), 1);
     actions.about->trigger();

@@ -14,7 +14,7 @@ class PHelpControllerTest : public FakeCameras {
 protected:
     PHelpControllerTest() { new PHelpController(actions, host.sdk(), &window); } // the window's
 
-    /// The text of the page that this action opens.
+    /// Opens a page with this action, and returns its text.
     QString openPage(QAction* action) {
         action->trigger();
         const auto pages = window.findChildren<QMessageBox*>();

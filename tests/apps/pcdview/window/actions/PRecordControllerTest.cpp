@@ -93,7 +93,7 @@ TEST_F(PRecordControllerTest, checks_the_action_for_the_camera_in_front_alone) {
     EXPECT_TRUE(actions.record->isChecked());
 }
 
-TEST_F(PRecordControllerTest, lets_close_without_a_question_what_is_not_recorded) {
+TEST_F(PRecordControllerTest, closes_without_a_question_what_is_not_recorded) {
     EXPECT_TRUE(controller->mayCloseWindow());
     EXPECT_TRUE(controller->endForClosing(*tabs->currentPage()));
 }

@@ -16,7 +16,7 @@
 
 namespace {
 
-/// A grey camera picture in front, while nobody sees a histogram.
+/// A grey picture of a camera in front, while no histogram is shown.
 class PViewControllerTest : public FakeCameras {
 protected:
     void SetUp() override {
@@ -56,7 +56,7 @@ TEST_F(PViewControllerTest, marks_clipped_pixels_while_the_action_is_checked) {
     EXPECT_FALSE(style().markClipped);
 }
 
-TEST_F(PViewControllerTest, stretches_the_contrast_of_a_picture_that_stands) {
+TEST_F(PViewControllerTest, stretches_the_contrast_while_the_live_picture_is_stopped) {
     actions.autoContrast->trigger();
     EXPECT_TRUE(waitForStretchedContrast());
     actions.autoContrast->trigger();

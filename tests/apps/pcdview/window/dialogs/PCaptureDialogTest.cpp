@@ -52,7 +52,7 @@ protected:
 
 } // namespace
 
-TEST_F(PCaptureDialogTest, begins_with_what_is_set) {
+TEST_F(PCaptureDialogTest, begins_with_the_current_settings) {
     EXPECT_EQ(field<QLineEdit>("captureFolderField").text(), path(u"captures"_qs));
     EXPECT_EQ(field<QLineEdit>("captureNamesField").text(), PNamePattern().text());
     EXPECT_TRUE(example().startsWith(u"Fake-1"_qs)) << example().toStdString();
@@ -77,7 +77,7 @@ TEST_F(PCaptureDialogTest, remembers_what_was_accepted) {
     EXPECT_EQ(PCaptureFolder::stillEnding(), u".tif"_qs);
 }
 
-TEST_F(PCaptureDialogTest, leaves_all_as_it_was_when_it_is_cancelled) {
+TEST_F(PCaptureDialogTest, changes_nothing_when_it_is_cancelled) {
     type("captureFolderField", path(u"other"_qs));
     type("captureNamesField", u"slide {n}"_qs);
     click(QDialogButtonBox::Cancel);
@@ -91,7 +91,7 @@ TEST_F(PCaptureDialogTest, does_not_accept_a_folder_that_is_not_absolute) {
     EXPECT_EQ(example(), u"\"pictures\" is not an absolute path"_qs);
 }
 
-TEST_F(PCaptureDialogTest, does_not_accept_a_name_that_is_not_a_files) {
+TEST_F(PCaptureDialogTest, does_not_accept_what_is_not_a_file_name) {
     type("captureNamesField", u"a/b"_qs);
     EXPECT_FALSE(button(QDialogButtonBox::Ok).isEnabled());
     EXPECT_TRUE(example().contains(u"\"/\""_qs)) << example().toStdString();

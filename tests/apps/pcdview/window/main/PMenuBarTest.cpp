@@ -23,7 +23,7 @@ protected:
         }
         return nullptr;
     }
-    /// The names of the actions; "-" for a line between them.
+    /// The names of the actions; "-" for a separator.
     static QStringList names(const QMenu& menu) {
         QStringList names;
         for (const QAction* action : menu.actions())

@@ -32,7 +32,7 @@ TEST(PLedgerTextTest, says_where_frames_were_lost) {
               "program too slow: 5)"_qs);
 }
 
-TEST(PLedgerTextTest, frames_that_nobody_wanted_are_not_lost) {
+TEST(PLedgerTextTest, frames_that_were_not_requested_are_not_lost) {
     EXPECT_EQ(PLedgerText::lost(makeLedger(10, 0, 4)), 0u);
 }
 
