@@ -70,7 +70,7 @@ class TreeTest(unittest.TestCase):
 
 
 class FormatTest(TreeTest):
-    """clang-format is asked about every C++ file."""
+    """clang-format checks every C++ file."""
 
     def test_a_file_that_is_formatted_differently_is_found_once_with_its_first_line(self):
         tree = self.tree({"src/a.cpp": "int a;\nint  b;\nint  c;\n", "src/b.h": "int b;\n"})
@@ -245,7 +245,7 @@ class FunctionsTest(TreeTest):
             text = f"{head}\n{self.LONG}}}\n" + "}\n" * head.count("{\n")
             self.assertEqual(len(self.check(text).findings), 1, head)
 
-    def test_long_types_and_lists_of_values_are_none(self):
+    def test_long_types_and_lists_of_values_are_not_functions(self):
         members, values = "    int a;\n" * 70, "    1,\n" * 70
         result = self.check(f"class A {{\n{members}}};\nint a[] = {{\n{values}}};\n"
                             f"QList<int> b{{\n{values}}};\nnamespace n {{\nint c;\n}}\n"
@@ -376,7 +376,7 @@ class TestsTest(TreeTest):
     def test_a_class_without_one_is_found_once(self):
         self.expect(self.check({"src/x/PB.h": "", "src/x/PB.cpp": ""}), "src/x/PB.cpp:1")
 
-    def test_a_file_without_a_test_in_it_is_none(self):
+    def test_a_file_without_a_test_in_it_does_not_count(self):
         self.expect(self.check({"src/PC.h": "", "tests/PCTest.cpp": "int a;\n"}), "src/PC.h:1")
 
     def test_an_exception_names_tests_that_there_are(self):
@@ -397,7 +397,7 @@ class TestsTest(TreeTest):
 class CommitsTest(TreeTest):
     """The subjects of the branch are checked, those on main are not."""
 
-    def test_only_the_commits_that_main_has_not_are_checked(self):
+    def test_only_the_commits_that_main_does_not_have_are_checked(self):
         main = self.commit("Whatever was done before.")
         self.git("update-ref", "refs/remotes/origin/main", main)
         self.commit("docs: the new page")
@@ -496,7 +496,7 @@ class ThreadsTest(TreeTest):
             self.expect(self.check(f"int a;\nint b;\nint c;\n    {hop}\n"), "src/a.cpp:4")
             self.expect(self.check(f"    // To the thread of a: only it may.\n    {hop}\n"))
 
-    def test_a_comment_s_words_and_a_mutex_that_is_passed_on_are_none(self):
+    def test_a_comment_s_words_and_a_mutex_that_is_passed_on_are_ignored(self):
         self.expect(self.check("QMutex m; // guards a\n\n\n\n\nvoid f(QMutex& m);\n"
                                'f("postEvent(");\n'))
 
@@ -549,7 +549,7 @@ class WordsTest(TreeTest):
         for text in ("/// A big\n    /// thing.\n", '"a big "\n    "thing"\n', "# big\n# thing\n"):
             self.expect(self.check({"a.h": text}), "a.h:1")
 
-    def test_parts_of_words_and_an_empty_line_between_them_are_none(self):
+    def test_parts_of_words_and_an_empty_line_between_them_are_ignored(self):
         self.expect(self.check({"a.md": "A big thingy. A Xbig thing. It is big.\n\n\nThing.\n"
                                .replace("\n\n\n", ".\n\n")}))
 
@@ -568,7 +568,7 @@ class WordsTest(TreeTest):
             with self.assertRaisesRegex(InputError, f'words.txt:1: "{line}", expected'):
                 words.check(self.tree({"scripts/checks/words.txt": f"{line}\n"}))
 
-    def test_a_file_that_is_no_text_is_named(self):
+    def test_a_file_that_is_not_text_is_named(self):
         self.write("scripts/checks/words.txt", "a -> b\n")
         (self.root / "bad.md").write_bytes(b"\xff\xfe")
         with self.assertRaisesRegex(InputError, "bad.md: .*expected a text in UTF-8"):
@@ -639,7 +639,7 @@ class CommandLineTest(TreeTest):
             self.assertEqual(code, 2)
             self.assertIn("nope: there is no such check, expected one of commits, conventions", err)
 
-    def test_a_folder_that_is_no_checkout_is_2_and_named(self):
+    def test_a_folder_that_is_not_a_checkout_is_2_and_named(self):
         with tempfile.TemporaryDirectory() as folder:
             err = io.StringIO()
             with contextlib.redirect_stderr(err):

@@ -223,7 +223,7 @@ class BuildTest(unittest.TestCase):
 
 
 class CoverageTest(unittest.TestCase):
-    """Which suites are asked about a line."""
+    """Which suites run for a line."""
 
     def setUp(self):
         self.coverage = Coverage([("a", line, "a.o") for line in (1, 2, 4)])
@@ -299,7 +299,7 @@ class DetectionTest(unittest.TestCase):
         ended = Ended(None, "[ RUN      ] A.b\n", 30)
         self.assertEqual(detected(Program(ended), [Suite("p", "A")], 1), ("A.b", "hung"))
 
-    def test_a_crash_is_told_from_a_failure(self):
+    def test_a_crash_is_distinguished_from_a_failure(self):
         self.assertEqual(failure_of(Ended(-11, "[ RUN      ] A.b\n", 1)),
                          ("A.b", "crashed with signal 11"))
 
@@ -384,7 +384,7 @@ class WorkerTest(unittest.TestCase):
     def test_it_does_not_if_it_does_not_compile(self):
         self.assertEqual(self.result(False), NOT_COMPILED)
 
-    def test_a_change_that_makes_the_same_code_is_none(self):
+    def test_a_change_that_makes_the_same_code_does_not_count(self):
         self.assertEqual(self.result(True, ["code"], ["code"]), SAME_CODE)
 
     def test_the_code_is_that_of_the_optimising_compiler(self):
@@ -481,7 +481,7 @@ class CommandLineTest(unittest.TestCase):
         self.assertIn("expected one of arguments, ",
                       self.fail(str(ROOT / "src" / "PCore"), "--operator", "x"))
 
-    def test_a_number_that_is_none_is_named(self):
+    def test_a_number_that_is_not_valid_is_named(self):
         self.assertIn("'0' is not a number of at least 1", self.fail("src", "--sample", "0"))
         self.assertIn("neither a number nor a share", self.fail("src", "--allow", "few"))
 
