@@ -1,4 +1,4 @@
-"""Literals, casts, constants and spelling follow the table "Conventions" of CONTRIBUTING.md."""
+"""Literals, casts, names and spelling follow the table "Conventions" of CONTRIBUTING.md."""
 
 import re
 
@@ -15,6 +15,9 @@ NUMBERS = re.compile(
     r"(std::)?u?int(8|16|32|64)_t|BYTE|LONG|DWORD|HRESULT)$")
 # Constants; those that are global and in headers have the prefix of the types.
 CONSTANT = re.compile(r"(?!k[A-Z])([a-z]|P[A-Z])\w*$")
+# A name that says what its function is given, not what it returns. Qt has some of its own, and a
+# question such as isValueOf() reads well.
+NAME_OF = re.compile(r"(?!is[A-Z]|indexOf$|lastIndexOf$|sizeOf$)[a-z]\w*Of$")
 # American spellings, and the British ones that this project uses in comments and documents.
 SPELLINGS = {
     r"colors?|colored|coloring|colorless": "colour",
@@ -53,7 +56,7 @@ def check_code(path, text, result):
     code = Code(text)
     for index, token in enumerate(code.tokens):
         fault = (literal_fault(code, index) or cast_fault(code, index)
-                 or constant_fault(code, index))
+                 or constant_fault(code, index) or name_fault(code, index))
         if fault:
             result.add(path, token.line, fault)
     for comment in TOKEN.finditer(text):
@@ -103,6 +106,14 @@ def constant_fault(code, index):
     is_value = code.at(end) in ("=", "{", "[") and code.kind(end - 1) == "word"
     if is_value and not CONSTANT.match(name):
         return f"the constant {name}: expected a name such as mostFrames"
+    return ""
+
+
+def name_fault(code, index):
+    """What is wrong with the name that is a token; "" if nothing is."""
+    name = code.at(index)
+    if code.kind(index) == "word" and NAME_OF.match(name):
+        return f"{name}: expected a name of the result, such as toText, findProperty or makeRange"
     return ""
 
 

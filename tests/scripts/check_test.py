@@ -427,7 +427,7 @@ class CommitsTest(TreeTest):
 
 
 class ConventionsTest(TreeTest):
-    """Literals, casts, names of constants and spelling are of one kind."""
+    """Literals, casts, names and spelling are of one kind."""
 
     def check(self, text, path="tests/a.cpp"):
         """The result for one file."""
@@ -465,6 +465,14 @@ class ConventionsTest(TreeTest):
         self.expect_right("constexpr int most = 1, PMost = 2;", "constexpr int PMost{3};",
                           "constexpr int kinds[] = {1};", "constexpr PA f(int a) { return a; }",
                           "if constexpr (A)", "    f();")
+
+    def test_functions_are_named_after_their_result(self):
+        self.expect_wrong("QString textOf(const PA& a);", "textOf: expected a name of the result")
+        self.expect_wrong("const auto textOf = [](int a) { return a; };", "textOf: expected")
+        self.expect_wrong("f(textOf<int>(a));", "textOf: expected")
+        self.expect_right("QString toText(const PA& a); // textOf", 'f("textOf", isValueOf(a));',
+                          "g(a.indexOf(b), a.lastIndexOf(b), type.sizeOf());", "bool isOf(int a);",
+                          "std::any_of(a, b, c); PA::of(a);")
 
     def test_comments_and_documents_have_british_spelling(self):
         self.expect_wrong("int a; // its color", '"color": expected British spelling (colour)')
