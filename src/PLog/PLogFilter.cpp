@@ -16,9 +16,9 @@ std::optional<PLogLevel> levelNamed(const QString& name) {
 }
 
 PStatus badWord(const QString& word, QLatin1String why) {
-    return PStatus::failure(u"log filter: \"%1\" %2; a level (debug, info, warning, "
-                            "error, off), then source=level, with commas, was "
-                            "expected"_qs.arg(word, why));
+    return PStatus::failure(u"log filter: \"%1\" %2: expected a level (debug, info, "
+                            "warning, error, off), then source=level, separated "
+                            "by commas"_qs.arg(word, why));
 }
 
 } // namespace

@@ -172,7 +172,7 @@ PStatus PDevice::startStream() {
     if (!m_linked)
         return PStatus::failure(tr("the device is not linked"));
     if (m_streaming)
-        return PStatus::failure(tr("the stream runs already"));
+        return PStatus::failure(tr("the stream is already running"));
     updateMode();
     m_streaming = tryStartStream();
     return failedUnless(m_streaming, tr("the device refused to start its stream"));
@@ -191,7 +191,7 @@ PStatus PDevice::setMode(const PDeviceMode& mode) {
     if (m_gone)
         return goneFailure();
     if (!trySetMode(mode))
-        return PStatus::failure(tr("the device refused to take the mode %1").arg(mode.name));
+        return PStatus::failure(tr("the device refused the mode %1").arg(mode.name));
     updateMode();
     emit modeChanged(m_mode);
     return PStatus::Ok;

@@ -97,7 +97,7 @@ PDeviceRegister* PPluginLoader::loadFile(const QString& path) {
         return fail(path, loader.errorString());
     auto* const deviceRegister = qobject_cast<PDeviceRegister*>(root);
     if (deviceRegister == nullptr)
-        return fail(path, u"its root object is no device register"_qs);
+        return fail(path, u"its root object is not a device register"_qs);
     // A plugin has one root object in a process, and that has one owner.
     if (root->property(ownedProperty).toBool())
         return fail(path, u"it has been loaded already, and its register is in use"_qs);

@@ -31,7 +31,7 @@ PStatus replaceFile(const QString& path, const QByteArray& bytes) {
 }
 
 QString tooLarge() {
-    return PDeviceProfileFile::tr("it is larger than %1 bytes, which no profile is")
+    return PDeviceProfileFile::tr("it is larger than %1 bytes, too large for a profile")
         .arg(PDeviceProfileFile::largestSize);
 }
 

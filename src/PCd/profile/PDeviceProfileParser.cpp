@@ -39,8 +39,8 @@ private:
         const QString format = PDeviceProfileParser::formatKey();
         const QString name = PDeviceProfileParser::formatName();
         if (!PPropertyEncoding::areEqual(m_reader.readValue(format), name)) {
-            throw Fault{findPlace(format),
-                        u"no camera profile: expected %1: %2"_qs.arg(quoted(format), quoted(name))};
+            throw Fault{findPlace(format), u"not a camera profile: expected %1: %2"_qs.arg(
+                                               quoted(format), quoted(name))};
         }
         const QString version = PDeviceProfileParser::versionKey();
         if (!PPropertyEncoding::areEqual(m_reader.readValue(version),

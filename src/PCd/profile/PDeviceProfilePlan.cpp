@@ -93,7 +93,7 @@ QVariant storedPart(const QVariant& form, const QVariant& current) {
 }
 
 QString alreadySo() {
-    return PDeviceProfilePlan::tr("the camera has this value already, outside of its range");
+    return PDeviceProfilePlan::tr("the camera already has this value, which is outside its range");
 }
 
 } // namespace
@@ -281,8 +281,7 @@ PDeviceProfileReport PDeviceProfilePlan::apply() {
     for (const Step& step : std::as_const(m_steps)) {
         const bool isRegion = step.property->type() == PCD::DevicePropertyType::ScanArea;
         if (isRegion && !isInMode) {
-            m_report.ignored.append(
-                {step.property->id(), tr("it is a region of a mode that is not set")});
+            m_report.ignored.append({step.property->id(), tr("it is a region of another mode")});
         } else {
             applyStep(step);
         }

@@ -95,8 +95,8 @@ QString expectedChoice(const PEnumeration& choices) {
 }
 
 QString expectedRegion(const PScanAreaRange& range) {
-    return PPropertyCheck::tr("a region x,y,width,height inside %1, of %2 x %3 pixels at least, in "
-                              "steps of %4 x %5, or the whole")
+    return PPropertyCheck::tr("a region x,y,width,height inside %1, at least %2 x %3 pixels, in "
+                              "steps of %4 x %5, or the whole area")
         .arg(PPropertyText::ofRegion(range.bounds))
         .arg(range.minimumWidth)
         .arg(range.minimumHeight)
@@ -141,7 +141,7 @@ QString PPropertyCheck::expectation(const PDeviceProperty& property, const QVari
         return tr("one field at a time, %1.FIELD=VALUE with one of the fields %2")
             .arg(QString::fromLatin1(property.id()),
                  PCompositeFields::names(property.valueInner()).join(u", "_qs));
-    return tr("a value of the type %1")
+    return tr("a value of type %1")
         .arg(QString::fromLatin1(property.valueInner().metaType().name()));
 }
 

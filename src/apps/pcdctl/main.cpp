@@ -111,7 +111,7 @@ int main(int argc, char* argv[]) {
     QCoreApplication::setApplicationVersion(QStringLiteral(PCD_VERSION));
     PCtlOutcome outcome = guardedRun(QCoreApplication::arguments());
     if (!PCtlOutput::flush() && outcome.isDone())
-        outcome = PCtlOutcome::failed(u"cannot write to the standard output"_qs);
+        outcome = PCtlOutcome::failed(u"cannot write to standard output"_qs);
     if (!outcome.isDone())
         PCtlOutput::printMessage(outcome.message);
     return outcome.code;

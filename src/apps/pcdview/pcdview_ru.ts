@@ -71,7 +71,7 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <translation>Камера не принимает такую область.</translation>
     </message>
     <message>
-        <source>The camera did not accept the region %1; it is %2.</source>
+        <source>The camera did not accept the region %1; it uses %2.</source>
         <translation>Камера не приняла область %1: действует %2.</translation>
     </message>
     <message>
@@ -94,18 +94,18 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <translation>Сохранено: %1</translation>
     </message>
     <message>
-        <source>Taking a still picture…</source>
+        <source>Taking a still…</source>
         <translation>Делается снимок…</translation>
     </message>
     <message>
-        <source>No still picture taken: %1</source>
+        <source>No still taken: %1</source>
         <translation>Снимок не сделан: %1</translation>
     </message>
 </context>
 <context>
     <name>PCaptureDialog</name>
     <message>
-        <source>Files of pictures and recordings</source>
+        <source>Picture and recording files</source>
         <translation>Файлы снимков и записей</translation>
     </message>
     <message>
@@ -125,7 +125,7 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <translation>Имена файлов:</translation>
     </message>
     <message>
-        <source>Still pictures as:</source>
+        <source>Save stills as:</source>
         <translation>Снимки как:</translation>
     </message>
     <message>
@@ -167,7 +167,7 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <translation>устройство не подключено</translation>
     </message>
     <message>
-        <source>the stream runs already</source>
+        <source>the stream is already running</source>
         <translation>поток уже идёт</translation>
     </message>
     <message>
@@ -179,7 +179,7 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <translation>устройство отказалось остановить поток</translation>
     </message>
     <message>
-        <source>the device refused to take the mode %1</source>
+        <source>the device refused the mode %1</source>
         <translation>устройство отказалось перейти в режим %1</translation>
     </message>
 </context>
@@ -213,7 +213,7 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <translation>это не файл</translation>
     </message>
     <message>
-        <source>it is larger than %1 bytes, which no profile is</source>
+        <source>it is larger than %1 bytes, too large for a profile</source>
         <translation>больше %1 байт, таких профилей не бывает</translation>
     </message>
     <message>
@@ -268,7 +268,7 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <translation>не может быть %1: ожидалось %2</translation>
     </message>
     <message>
-        <source>the camera has this value already, outside of its range</source>
+        <source>the camera already has this value, which is outside its range</source>
         <translation>у камеры уже это значение, вне её диапазона</translation>
     </message>
     <message>
@@ -280,7 +280,7 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <translation>у камеры нет такого свойства</translation>
     </message>
     <message>
-        <source>it is a region of a mode that is not set</source>
+        <source>it is a region of another mode</source>
         <translation>это область режима, который не установлен</translation>
     </message>
     <message>
@@ -329,7 +329,7 @@ This is the pixel size of the sensor divided by the magnification.</source>
 <context>
     <name>PFrameRecorder</name>
     <message>
-        <source>the disk is slower than the camera: %1 MB wait to be written</source>
+        <source>the disk is slower than the camera: %1 MB are waiting to be written</source>
         <translation>диск медленнее камеры: записи ждут %1 МБ</translation>
     </message>
 </context>
@@ -366,7 +366,7 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <translation>целое число из %1 бит</translation>
     </message>
     <message>
-        <source>a whole number of %1 bits, without a sign</source>
+        <source>an unsigned whole number of %1 bits</source>
         <translation>целое число из %1 бит без знака</translation>
     </message>
 </context>
@@ -469,7 +469,7 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <translation>Идёт запись: %1</translation>
     </message>
     <message>
-        <source>No recording: %1</source>
+        <source>Recording not started: %1</source>
         <translation>Запись не начата: %1</translation>
     </message>
     <message>
@@ -495,11 +495,11 @@ This is the pixel size of the sensor divided by the magnification.</source>
 <context>
     <name>PTransactionalFile</name>
     <message>
-        <source>the file was removed while it was written</source>
+        <source>the file was removed while it was being written</source>
         <translation>файл удалили во время записи</translation>
     </message>
     <message>
-        <source>the file was cut short while it was written</source>
+        <source>the file was truncated while it was being written</source>
         <translation>файл укоротили во время записи</translation>
     </message>
 </context>
@@ -562,7 +562,7 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <translation>Камеры</translation>
     </message>
     <message>
-        <source>Live pictures, still pictures and recordings of microscope cameras.</source>
+        <source>Live pictures, stills and recordings from microscope cameras.</source>
         <translation>Живое изображение, снимки и записи с камер для микроскопов.</translation>
     </message>
     <message>
@@ -654,7 +654,7 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <translation>В пути</translation>
     </message>
     <message>
-        <source>Still pictures</source>
+        <source>Pictures taken</source>
         <translation>Снимков</translation>
     </message>
     <message>
@@ -730,7 +730,7 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <translation>не удалось сохранить «%1»: %2</translation>
     </message>
     <message>
-        <source>the frame says nothing of its taking</source>
+        <source>the frame has no capture information</source>
         <translation>в кадре нет сведений о съёмке</translation>
     </message>
     <message>
@@ -738,11 +738,11 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <translation>в одном файле не больше %1 кадров</translation>
     </message>
     <message>
-        <source>frame %1 has another size or kind than the first one</source>
+        <source>frame %1 differs in size or format from the first frame</source>
         <translation>у кадра %1 другой размер или вид, чем у первого</translation>
     </message>
     <message>
-        <source>%1; all its pictures are whole, but it lacks their times</source>
+        <source>%1; all pictures in the file are complete, but their times are missing</source>
         <translation>%1; все снимки в нём целы, но без времени съёмки</translation>
     </message>
 </context>
@@ -780,7 +780,7 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <translation>не удалось сохранить «%1»: %2</translation>
     </message>
     <message>
-        <source>&quot;%1&quot; names no picture format: expected a name that ends in %2</source>
+        <source>&quot;%1&quot; is not the name of a picture file: expected a name that ends in %2</source>
         <translation>имя «%1» не указывает формат снимка: ожидалось окончание %2</translation>
     </message>
     <message>
@@ -792,7 +792,7 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <translation>это не файл</translation>
     </message>
     <message>
-        <source>the folder &quot;%1&quot; cannot be made</source>
+        <source>the folder &quot;%1&quot; cannot be created</source>
         <translation>не удалось создать папку «%1»</translation>
     </message>
     <message>
@@ -800,14 +800,14 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <translation>в папку «%1» нельзя писать</translation>
     </message>
     <message>
-        <source>the picture does not fit the format</source>
+        <source>the picture cannot be stored in this format</source>
         <translation>снимок не подходит к формату</translation>
     </message>
 </context>
 <context>
     <name>PPictureSaver</name>
     <message>
-        <source>cannot save &quot;%1&quot;: %2 MB of pictures wait for the disk</source>
+        <source>cannot save &quot;%1&quot;: %2 MB of pictures are waiting for the disk</source>
         <translation>не удаётся сохранить «%1»: диска ждут %2 МБ снимков</translation>
     </message>
 </context>
@@ -818,11 +818,11 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <translation>Применены все настройки профиля: %1.</translation>
     </message>
     <message>
-        <source>Settings applied: %1, rejected: %2.</source>
+        <source>Settings applied: %1, refused: %2.</source>
         <translation>Применено настроек: %1, отклонено: %2.</translation>
     </message>
     <message>
-        <source>Rejected:</source>
+        <source>Refused:</source>
         <translation>Отклонено:</translation>
     </message>
     <message>
@@ -861,7 +861,7 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <translation>одно из %1</translation>
     </message>
     <message>
-        <source>a region x,y,width,height inside %1, of %2 x %3 pixels at least, in steps of %4 x %5, or the whole</source>
+        <source>a region x,y,width,height inside %1, at least %2 x %3 pixels, in steps of %4 x %5, or the whole area</source>
         <translation>область x,y,ширина,высота внутри %1, не меньше %2 x %3 пикселов, с шагом %4 x %5, или вся</translation>
     </message>
     <message>
@@ -881,7 +881,7 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <translation>по одному полю, %1.ПОЛЕ=ЗНАЧЕНИЕ, поля: %2</translation>
     </message>
     <message>
-        <source>a value of the type %1</source>
+        <source>a value of type %1</source>
         <translation>значение типа %1</translation>
     </message>
 </context>
@@ -1066,7 +1066,7 @@ This is the pixel size of the sensor divided by the magnification.</source>
 <context>
     <name>PSettingsRestorer</name>
     <message>
-        <source>the camera rejected it</source>
+        <source>the camera refused it</source>
         <translation>камера этого не приняла</translation>
     </message>
 </context>
@@ -1085,7 +1085,7 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <translation>Найти настройку</translation>
     </message>
     <message>
-        <source>%1: the camera rejected the value</source>
+        <source>%1: the camera refused the value</source>
         <translation>%1: камера не приняла это значение</translation>
     </message>
     <message>
@@ -1127,7 +1127,7 @@ This is the pixel size of the sensor divided by the magnification.</source>
 <context>
     <name>PTiffStack</name>
     <message>
-        <source>it does not fit the format or the memory</source>
+        <source>it is too large for the format or for memory</source>
         <translation>не помещается в формат или в память</translation>
     </message>
 </context>
@@ -1153,18 +1153,18 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <translation>выдержка %1 с невозможна: ожидалось от %2 с до %3 с</translation>
     </message>
     <message>
-        <source>the camera has no triggered capture</source>
+        <source>the camera does not support triggered capture</source>
         <translation>у камеры нет съёмки по триггеру</translation>
     </message>
     <message>
-        <source>the camera refused to be triggered</source>
+        <source>the camera refused triggered capture</source>
         <translation>камера отказалась снимать по триггеру</translation>
     </message>
 </context>
 <context>
     <name>PViewActions</name>
     <message>
-        <source>Take a &amp;still picture</source>
+        <source>Take a &amp;still</source>
         <translation>Сделать &amp;снимок</translation>
     </message>
     <message>
@@ -1172,7 +1172,7 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <translation>Снимок</translation>
     </message>
     <message>
-        <source>Take a still picture and save it in the capture folder</source>
+        <source>Take a still and save it in the capture folder</source>
         <translation>Сделать снимок и сохранить его в папке снимков</translation>
     </message>
     <message>
@@ -1328,7 +1328,7 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <translation>Во весь экран</translation>
     </message>
     <message>
-        <source>Show only the picture; Esc returns</source>
+        <source>Show only the picture; press Esc to return</source>
         <translation>Показать только изображение; Esc возвращает</translation>
     </message>
     <message>
@@ -1403,7 +1403,7 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <translation>живое изображение остановлено; сначала включите его</translation>
     </message>
     <message>
-        <source>the camera refused to take a still picture</source>
+        <source>the camera refused to take a still</source>
         <translation>камера отказалась делать снимок</translation>
     </message>
 </context>
@@ -1437,7 +1437,7 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <translation>Камера не найдена</translation>
     </message>
     <message>
-        <source>Connect the camera, preferably directly to a USB 3 port of the computer. It will appear here by itself.</source>
+        <source>Connect the camera, preferably directly to a USB 3 port of the computer. It will appear here automatically.</source>
         <translation>Подключите камеру, лучше прямо к порту USB 3 компьютера. Она появится здесь сама.</translation>
     </message>
     <message>

@@ -57,7 +57,7 @@ TEST(PDevice, does_not_start_a_stream_that_runs) {
     FakeDevice device;
     device.link();
     EXPECT_TRUE(device.startStream().isOk());
-    EXPECT_EQ(device.startStream().reason(), text("the stream runs already"));
+    EXPECT_EQ(device.startStream().reason(), text("the stream is already running"));
     EXPECT_TRUE(device.isStreaming());
     EXPECT_EQ(device.calls, calls({"link", "start"}));
 }
@@ -151,7 +151,7 @@ TEST(PDevice, names_the_mode_that_was_refused) {
     device.refusesMode = true;
     QSignalSpy changed(&device, &PDevice::modeChanged);
     EXPECT_EQ(device.setMode(device.modes.at(1)).reason(),
-              text("the device refused to take the mode 320x240"));
+              text("the device refused the mode 320x240"));
     EXPECT_EQ(changed.count(), 0);
 }
 

@@ -220,7 +220,7 @@ TEST_F(PPluginLoaderTest, would_notice_a_foreign_plugin_being_loaded) {
 TEST_F(PPluginLoaderTest, names_a_plugin_whose_root_is_not_a_register) {
     loader.addSearchPath(pluginFolder("noregister"));
     load();
-    EXPECT_EQ(reasonFor(pluginFile("noregister")), u"its root object is no device register"_qs);
+    EXPECT_EQ(reasonFor(pluginFile("noregister")), u"its root object is not a device register"_qs);
 }
 
 TEST_F(PPluginLoaderTest, names_a_plugin_whose_library_cannot_be_loaded) {

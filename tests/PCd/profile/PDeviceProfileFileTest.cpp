@@ -153,13 +153,13 @@ INSTANTIATE_TEST_SUITE_P(
                   "line 1: not JSON: illegal value"},
         DamageRow{"a_list", "[1, 2]", "line 1: an array where an object was expected"},
         DamageRow{"an_empty_object", "{}",
-                  "no camera profile: expected \"format\": \"camera profile\""},
+                  "not a camera profile: expected \"format\": \"camera profile\""},
         DamageRow{"foreign_json", "{\n\"cameras\": {}}",
-                  "no camera profile: expected \"format\": \"camera profile\""},
+                  "not a camera profile: expected \"format\": \"camera profile\""},
         DamageRow{"another_format", replaced(sound, "camera profile", "scene"),
-                  "line 2: no camera profile: expected \"format\": \"camera profile\""},
+                  "line 2: not a camera profile: expected \"format\": \"camera profile\""},
         DamageRow{"a_format_that_is_an_object", replaced(sound, "\"camera profile\"", "{}"),
-                  "line 2: no camera profile: expected \"format\": \"camera profile\""},
+                  "line 2: not a camera profile: expected \"format\": \"camera profile\""},
         DamageRow{"a_later_version", replaced(sound, "n\": 1", "n\": 2"),
                   "line 3: another version of the format: expected \"version\": 1"},
         DamageRow{"a_version_that_is_a_text", replaced(sound, "n\": 1", "n\": \"1\""),
@@ -245,9 +245,9 @@ TEST_F(PDeviceProfileFileTest, of_the_largest_size_is_read) {
 
 TEST_F(PDeviceProfileFileTest, that_is_larger_is_refused) {
     const qsizetype room = PDeviceProfileFile::largestSize - sound.size();
-    EXPECT_EQ(failureReason(sound + QByteArray(room + 1, ' ')),
-              u"cannot read \"%1\": it is larger than 1048576 bytes, which no "
-              "profile is"_qs.arg(file));
+    EXPECT_EQ(failureOf(sound + QByteArray(room + 1, ' ')),
+              u"cannot read \"%1\": it is larger than 1048576 bytes, too large "
+              "for a profile"_qs.arg(file));
 }
 
 TEST_F(PDeviceProfileFileTest, that_is_not_there_is_named) {

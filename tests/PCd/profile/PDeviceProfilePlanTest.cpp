@@ -111,8 +111,7 @@ TEST_F(PDeviceProfilePlanTest, leaves_mode_and_region_alone_on_request) {
                          Mode::AsItIs)
                     .isOk());
     EXPECT_EQ(camera.sent, QStringList{u"hue"_qs});
-    EXPECT_EQ(toLines(report.ignored),
-              QStringList{u"roi: it is a region of a mode that is not set"_qs});
+    EXPECT_EQ(linesOf(report.ignored), QStringList{u"roi: it is a region of another mode"_qs});
     EXPECT_TRUE(report.isComplete());
 }
 
@@ -161,14 +160,14 @@ const WrongValueRow wrongValues[] = {
     {"a_number_for_a_choice", "\"rotate\": {\"value\": 90}",
      "\"rotate\" cannot be 90: expected one of \"0°\", \"90°\""},
     {"too_few_bytes", "\"exposure\": {\"value\": {\"$bytes\": \"AAAA\"}}",
-     "\"exposure\" cannot be these bytes: expected a value of the type StreamedPair"},
+     "\"exposure\" cannot be these bytes: expected a value of type StreamedPair"},
     {"too_many_bytes", "\"exposure\": {\"value\": {\"$bytes\": \"AAAABwAAAAc=\"}}",
-     "\"exposure\" cannot be these bytes: expected a value of the type StreamedPair"},
+     "\"exposure\" cannot be these bytes: expected a value of type StreamedPair"},
     {"a_region_as_large_as_can_be",
      "\"roi\": {\"value\": {\"$rect\": [-2147483648, -2147483648, 4294967296, 4294967296]}}",
      "\"roi\" cannot be -2147483648,-2147483648,4294967296,4294967296: expected a region "
-     "x,y,width,height inside 0,0,320,240, of 4 x 4 pixels at least, in steps of 4 x 4, or the "
-     "whole"},
+     "x,y,width,height inside 0,0,320,240, at least 4 x 4 pixels, in steps of 4 x 4, or the "
+     "whole area"},
 };
 
 INSTANTIATE_TEST_SUITE_P(PDeviceProfilePlan, WrongValue, testing::ValuesIn(wrongValues), RowName());
@@ -195,8 +194,7 @@ TEST_F(PDeviceProfilePlanTest, of_another_model_sets_what_this_camera_can_have) 
                            "100"_qs,
                            u"rotate: cannot be the text \"45\": expected one of \"0°\", "
                            "\"90°\""_qs}));
-    EXPECT_EQ(toLines(report.ignored),
-              QStringList{u"roi: it is a region of a mode that is not set"_qs});
+    EXPECT_EQ(linesOf(report.ignored), QStringList{u"roi: it is a region of another mode"_qs});
     EXPECT_EQ(report.note, u"saved from another camera: Other, serial number 1; this "
                            "one is Fake, serial number 1"_qs);
 }
@@ -273,10 +271,9 @@ TEST_F(PDeviceProfilePlanTest, does_not_set_a_region_if_its_mode_is_refused) {
                                      "\"hue\": {\"value\": 9}",
                                      "\"mode\": \"1\",\n"))
                     .isOk());
-    EXPECT_EQ(toLines(report.refused),
-              QStringList{u"mode: the device refused to take the mode 320x240"_qs});
-    EXPECT_EQ(toLines(report.ignored),
-              QStringList{u"roi: it is a region of a mode that is not set"_qs});
+    EXPECT_EQ(linesOf(report.refused),
+              QStringList{u"mode: the device refused the mode 320x240"_qs});
+    EXPECT_EQ(linesOf(report.ignored), QStringList{u"roi: it is a region of another mode"_qs});
     EXPECT_EQ(camera.sent, QStringList{u"hue"_qs});
 }
 
@@ -286,9 +283,9 @@ TEST_F(PDeviceProfilePlanTest, is_not_damage_if_the_camera_itself_is_out_of_its_
     ASSERT_TRUE(load(camera).isOk());
     EXPECT_TRUE(report.isComplete());
     EXPECT_FALSE(camera.sent.contains(u"contrast"_qs));
-    EXPECT_EQ(toLines(report.ignored),
-              QStringList{u"contrast: the camera has this value already, outside of "
-                          "its range"_qs});
+    EXPECT_EQ(linesOf(report.ignored),
+              QStringList{u"contrast: the camera already has this value, which is "
+                          "outside its range"_qs});
 }
 
 TEST_F(PDeviceProfilePlanTest, of_a_damaged_profile_sends_nothing_even_on_request) {

@@ -176,13 +176,13 @@ INSTANTIATE_TEST_SUITE_P(
         ExpectationRow{"of_a_switch", true, {}, "on or off"},
         ExpectationRow{"of_a_choice", itemId(0), turns(), "one of \"0°\", \"90°\""},
         ExpectationRow{"of_a_region", QRect(), sensor(),
-                       "a region x,y,width,height inside 0,0,101,80, of 8 x 4 pixels at least, in "
-                       "steps of 4 x 4, or the whole"},
+                       "a region x,y,width,height inside 0,0,101,80, at least 8 x 4 pixels, in "
+                       "steps of 4 x 4, or the whole area"},
         ExpectationRow{"of_a_composite",
                        QVariant::fromValue(Shutter()),
                        {},
                        "one field at a time, gain.FIELD=VALUE with one of the fields speed, open"},
-        ExpectationRow{"of_another_type", QSize(), {}, "a value of the type QSize"}),
+        ExpectationRow{"of_another_type", QSize(), {}, "a value of type QSize"}),
     RowName());
 
 TEST(PPropertyCheck, trusts_a_device_that_has_the_value_whatever_it_returned) {

@@ -74,7 +74,7 @@ TEST_F(OtherCamera, is_recorded_with_automatic_exposure) {
 TEST_F(OtherCamera, without_triggers_says_so) {
     const CtlResult result = runOther({u"trigger"_qs, u"--exposure=2ms"_qs});
     EXPECT_NE(result.exitCode, 0);
-    EXPECT_TRUE(result.errors.contains(u"the camera has no triggered capture"_qs))
+    EXPECT_TRUE(result.errors.contains(u"the camera does not support triggered capture"_qs))
         << result.errors.toStdString();
 }
 

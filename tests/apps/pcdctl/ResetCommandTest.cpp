@@ -27,16 +27,16 @@ TEST_F(ResetCommand, sends_every_default_that_can_be_sent_and_names_the_others) 
                      u"Toupcam_put_Gamma(h1, 100)"_qs, u"Toupcam_put_Speed(h1, 3)"_qs}));
     EXPECT_EQ(
         result.errors,
-        u"pcdctl: not reset: tint: its default 6503 is not sent: expected a whole number from "
+        u"pcdctl: not reset: tint: its default 6503 was not sent: expected a whole number from "
         "200 to 2500\n"
-        "pcdctl: not reset: temp: its default 1000 is not sent: expected a whole number from "
+        "pcdctl: not reset: temp: its default 1000 was not sent: expected a whole number from "
         "2000 to 15000\n"_qs);
 }
 
 TEST_F(ResetCommand, fails_for_one_that_is_named_and_cannot_be_reset) {
     const CtlResult result = run({u"reset"_qs, u"tint"_qs, u"negative"_qs, u"gamma"_qs});
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_TRUE(result.errors.contains(u"tint: its default 6503 is not sent"_qs));
+    EXPECT_TRUE(result.errors.contains(u"tint: its default 6503 was not sent"_qs));
     EXPECT_TRUE(result.errors.contains(u"negative: it has no default"_qs));
     EXPECT_EQ(calls(), QStringList{u"Toupcam_put_Gamma(h1, 100)"_qs});
 }

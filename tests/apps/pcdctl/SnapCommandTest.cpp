@@ -62,7 +62,7 @@ TEST_F(SnapCommand, the_file_says_how_the_picture_was_made) {
     EXPECT_EQ(picture.text(u"Model"_qs), u"Small"_qs);
     EXPECT_EQ(picture.text(u"Serial"_qs), u"S0001"_qs);
     EXPECT_EQ(picture.text(u"Simulated"_qs), u"yes"_qs);
-    EXPECT_EQ(picture.text(u"Mode"_qs), u"160x120, id 1, 24 bits a pixel"_qs);
+    EXPECT_EQ(picture.text(u"Mode"_qs), u"160x120, id 1, 24 bits per pixel"_qs);
     EXPECT_EQ(picture.text(u"Still picture"_qs), u"1"_qs);
     EXPECT_EQ(picture.text(u"Frame"_qs), QString()); // it is not a frame of the live stream
     const QString time = picture.text(u"Time"_qs);
@@ -151,7 +151,7 @@ struct OutputRow {
 };
 
 constexpr OutputRow badOutputs[] = {
-    {"in_a_folder_that_cannot_be_made", "file/a.png", "cannot be made"},
+    {"in_a_folder_that_cannot_be_made", "file/a.png", "cannot be created"},
     {"that_is_a_folder", "folder.png", "it is a folder"},
 };
 
@@ -186,7 +186,7 @@ TEST_F(SnapCommand, a_camera_that_refuses_a_still_picture_is_a_failure) {
     scene.addFault(failing(u"Toupcam_Snap"_qs));
     const CtlResult result = snap(path(u"a.png"_qs));
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_TRUE(result.errors.contains(u"the camera refused to take a still picture"_qs));
+    EXPECT_TRUE(result.errors.contains(u"the camera refused to take a still"_qs));
     EXPECT_FALSE(QFile::exists(path(u"a.png"_qs)));
 }
 
@@ -195,7 +195,7 @@ TEST_F(SnapCommand, a_camera_that_sends_nothing_is_given_up) {
     const CtlResult result = snap(path(u"a.png"_qs), {u"--timeout=0.5"_qs});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_TRUE(
-        result.errors.contains(u"camera Small-S0001 did not send a first live frame in time"_qs))
+        result.errors.contains(u"camera Small-S0001 did not send the first live frame in time"_qs))
         << result.errors.toStdString();
     EXPECT_FALSE(QFile::exists(path(u"a.png"_qs)));
 }

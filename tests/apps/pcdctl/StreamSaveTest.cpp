@@ -125,7 +125,7 @@ TEST_F(StreamSave, a_folder_that_cannot_be_made_is_refused) {
     writeFile(path(u"run"_qs), "a file");
     const CtlResult result = runCtl(arguments({u"-n"_qs, u"5"_qs}));
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_TRUE(result.errors.contains(u"cannot be made"_qs)) << result.errors.toStdString();
+    EXPECT_TRUE(result.errors.contains(u"cannot be created"_qs)) << result.errors.toStdString();
 }
 
 } // namespace

@@ -106,7 +106,7 @@ TEST_F(TriggerCommand, a_camera_without_a_software_trigger_refuses) {
     scene.set(u"flags"_qs, QJsonArray{u"USB30"_qs});
     const CtlResult result = trigger({});
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_TRUE(result.errors.contains(u"the camera refused to be triggered"_qs))
+    EXPECT_TRUE(result.errors.contains(u"the camera refused triggered capture"_qs))
         << result.errors.toStdString();
 }
 

@@ -39,9 +39,9 @@ constexpr UsageRow wrongUsages[] = {
     {"a_timeout_that_is_not_a_number", "stream --timeout nan",
      "\"nan\" is not a value for --timeout"},
     {"two_set_ends", "stream -n 5 -t 5", "--frames and --time cannot be used together"},
-    {"a_still_picture_without_a_file", "snap", "snap needs the picture's file: expected -o FILE"},
+    {"a_still_picture_without_a_file", "snap", "snap needs an output file: expected -o FILE"},
     {"a_picture_format_that_is_unknown", "snap -o a.bmp",
-     "\"a.bmp\" names no picture format: expected a name that ends in .png, .tif, .tiff"},
+     "\"a.bmp\" is not the name of a picture file: expected a name that ends in .png, .tif, .tiff"},
     {"a_pattern_without_a_number", "stream --save frame.png",
      "\"frame.png\" is not a pattern for file names: expected one run of #"},
     {"a_recording_that_is_neither_one_file_nor_many", "record -n 1 -o run.tif",
@@ -52,18 +52,18 @@ constexpr UsageRow wrongUsages[] = {
      "\"##/a.png\" is not a patt"},
     {"an_empty_pattern", "stream --save=", "\"\" is not a value for --save"},
     {"an_empty_camera",
-     "modes --camera=", "\"\" is not a value for --camera: expected a text that is not empty"},
+     "modes --camera=", "\"\" is not a value for --camera: expected a non-empty text"},
     {"an_empty_scene", "list --scene=", "\"\" is not a value for --scene"},
     {"an_empty_sdk", "list --sdk=", "\"\" is not a value for --sdk"},
     {"a_pattern_of_an_unknown_format", "stream --save ##.gif",
-     "\"##.gif\" names no picture format"},
+     "\"##.gif\" is not the name of a picture file"},
     {"an_unknown_log_level", "list --log-level loud", "--log-level: "},
     {"an_unknown_language", "list --lang xx",
      "\"xx\" is not a value for --lang: expected en or ru"},
-    {"a_property_too_few", "get", "get needs more words: expected get ID…"},
-    {"a_setting_too_few", "set", "set needs more words: expected set ID=VALUE…"},
+    {"a_property_too_few", "get", "get needs more arguments: expected get ID…"},
+    {"a_setting_too_few", "set", "set needs more arguments: expected set ID=VALUE…"},
     {"a_profile_without_a_file", "profile save",
-     "profile needs more words: expected profile save|load|diff FILE"},
+     "profile needs more arguments: expected profile save|load|diff FILE"},
     {"a_profile_with_two_files", "profile diff a b", "unexpected argument \"b\""},
     {"an_unknown_use_of_a_profile", "profile paint a",
      "\"paint\" is nothing to do with a profile: expected save, load or diff"},
@@ -156,7 +156,7 @@ TEST(PcdctlUsage, a_standard_output_that_cannot_be_written_is_a_failure) {
     });
     ASSERT_TRUE(process.finish());
     EXPECT_EQ(process.exitCode(), 1);
-    EXPECT_TRUE(process.errors().contains("cannot write to the standard output"));
+    EXPECT_TRUE(process.errors().contains("cannot write to standard output"));
 }
 
 } // namespace

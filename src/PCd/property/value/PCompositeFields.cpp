@@ -67,7 +67,7 @@ QString fieldExpectation(QMetaType type) {
         return PCompositeFields::tr("a number");
     const bool isUnsigned = type.id() == QMetaType::UShort || type.id() == QMetaType::UInt;
     const int bits = int(type.sizeOf()) * 8;
-    return isUnsigned ? PCompositeFields::tr("a whole number of %1 bits, without a sign").arg(bits)
+    return isUnsigned ? PCompositeFields::tr("an unsigned whole number of %1 bits").arg(bits)
                       : PCompositeFields::tr("a whole number of %1 bits").arg(bits);
 }
 

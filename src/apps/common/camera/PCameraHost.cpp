@@ -10,7 +10,7 @@ PStatus PCameraHost::loadScene(const QString& file) {
     if (m_sdk.isSimulated())
         return m_sdk.loadScene(file);
     return PStatus::failure(
-        u"--scene needs simulated cameras, but \"%1\" is no simulated SDK: expected --sdk sim"_qs
+        u"--scene needs simulated cameras, but \"%1\" is not a simulated SDK: expected --sdk sim"_qs
             .arg(m_sdk.path()));
 }
 

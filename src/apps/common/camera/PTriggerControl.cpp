@@ -111,7 +111,7 @@ double PTriggerControl::toMilliseconds(const QVariant& value) const {
 
 PStatus PTriggerControl::prepare(Source source, std::optional<microseconds> exposure, int frames) {
     if (m_property == nullptr)
-        return PStatus::failure(tr("the camera has no triggered capture"));
+        return PStatus::failure(tr("the camera does not support triggered capture"));
     QVariant value = m_property->valueInner();
     PStatus status =
         exposure ? writeExposure(value, findFields(*m_property, PRole::TriggerTime), *exposure)
@@ -139,7 +139,7 @@ PStatus PTriggerControl::fire(int frames) {
     QMetaObject::invokeMethod(m_property, method.constData(), Qt::DirectConnection,
                               Q_RETURN_ARG(bool, fired), Q_ARG(int, frames));
     return fired ? PStatus(PStatus::Ok)
-                 : PStatus::failure(tr("the camera refused to be triggered"));
+                 : PStatus::failure(tr("the camera refused triggered capture"));
 }
 
 microseconds PTriggerControl::exposure() const {

@@ -11,7 +11,7 @@
 namespace {
 
 QString modeText(const PDeviceMode& mode) {
-    return u"%1, id %2, %3 bits a pixel"_qs.arg(mode.name, QString::fromLatin1(mode.id))
+    return u"%1, id %2, %3 bits per pixel"_qs.arg(mode.name, QString::fromLatin1(mode.id))
         .arg(mode.bitDepth);
 }
 

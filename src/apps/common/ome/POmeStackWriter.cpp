@@ -55,14 +55,14 @@ PStatus POmeStackWriter::failure(const QString& reason) const {
 
 PStatus POmeStackWriter::write(const PDeviceFrame& frame, quint64) {
     if (!frame.stamp)
-        return failure(tr("the frame says nothing of its taking"));
+        return failure(tr("the frame has no capture information"));
     const QImage picture = frame.image.toQImage();
     if (!m_stack.isOpen())
         return begin(frame, picture);
     if (m_document.planes.size() >= m_options.mostFrames)
         return failure(tr("one file holds no more than %1 frames").arg(m_options.mostFrames));
     return fitsInto(picture) ? append(frame, picture)
-                             : failure(tr("frame %1 has another size or kind than the first one")
+                             : failure(tr("frame %1 differs in size or format from the first frame")
                                            .arg(frame.stamp->sequence));
 }
 
@@ -126,7 +126,7 @@ PStatus POmeStackWriter::finish(const PRecordEnd& end) {
     const PStatus described = m_stack.replaceDescription(m_document.toXml());
     const PStatus closed = m_stack.close();
     if (!described.isOk())
-        return failure(
-            tr("%1; all its pictures are whole, but it lacks their times").arg(described.reason()));
+        return failure(tr("%1; all pictures in the file are complete, but their times are missing")
+                           .arg(described.reason()));
     return closed.isOk() ? closed : failure(closed.reason());
 }

@@ -109,8 +109,9 @@ PStatus PPictureFile::checkName(const QString& path) {
     if (std::any_of(known.begin(), known.end(),
                     [&](const QString& ending) { return hasEnding(path, ending); }))
         return PStatus::Ok;
-    return PStatus::failure(tr("\"%1\" names no picture format: expected a name that ends in %2")
-                                .arg(path, known.join(u", "_qs)));
+    return PStatus::failure(
+        tr("\"%1\" is not the name of a picture file: expected a name that ends in %2")
+            .arg(path, known.join(u", "_qs)));
 }
 
 PStatus PPictureFile::prepareFolder(const QString& path) {
@@ -121,7 +122,7 @@ PStatus PPictureFile::prepareFolder(const QString& path) {
     if (file.exists() && !file.isFile())
         return fileFailure(path, tr("it is not a file"));
     if (!QDir().mkpath(folder))
-        return fileFailure(path, tr("the folder \"%1\" cannot be made").arg(folder));
+        return fileFailure(path, tr("the folder \"%1\" cannot be created").arg(folder));
     if (!QFileInfo(folder).isWritable())
         return fileFailure(path, tr("the folder \"%1\" cannot be written to").arg(folder));
     return PStatus::Ok;
@@ -132,6 +133,6 @@ PStatus PPictureFile::save(const QString& path, const QImage& image, const PPict
     // First in memory: this tells failures of the disk from failures of the format.
     const QByteArray bytes = encode(path, image, notes, effort);
     if (bytes.isEmpty())
-        return fileFailure(path, tr("the picture does not fit the format"));
+        return fileFailure(path, tr("the picture cannot be stored in this format"));
     return existing == Existing::Replace ? replaceFile(path, bytes) : createFile(path, bytes);
 }

@@ -6,7 +6,7 @@
 namespace {
 
 constexpr char tooSlowWords[] = QT_TRANSLATE_NOOP(
-    "PFrameRecorder", "the disk is slower than the camera: %1 MB wait to be written");
+    "PFrameRecorder", "the disk is slower than the camera: %1 MB are waiting to be written");
 
 PFrameRecorder::Clock::time_point arrivalTime(const PDeviceFrame& frame) {
     return frame.stamp ? frame.stamp->arrived : PFrameRecorder::Clock::now();

@@ -46,7 +46,7 @@ PStatus PTiffStack::finishStep(bool done) {
     // The reason, if the disk failed; libtiff has its own limits too.
     const QString reason = m_file.errorString();
     m_file.rollBack();
-    return PStatus::failure(reason.isEmpty() ? tr("it does not fit the format or the memory")
+    return PStatus::failure(reason.isEmpty() ? tr("it is too large for the format or for memory")
                                              : reason);
 }
 
@@ -108,7 +108,7 @@ void PTiffStack::findDescription(qint64 directory, const QByteArray& description
 
 PStatus PTiffStack::overwriteDescription(qsizetype position, const QByteArray& bytes) {
     if (position < 0 || position + bytes.size() > m_descriptionSize)
-        return PStatus::failure(u"there is no such place in the description"_qs);
+        return PStatus::failure(u"the description has no such position"_qs);
     return finishStep(
         m_file.write(m_descriptionOffset + position, bytes.constData(), bytes.size()));
 }

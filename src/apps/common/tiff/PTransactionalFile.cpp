@@ -57,8 +57,8 @@ QString PTransactionalFile::damageByOthers() const {
     if (fstat(m_descriptor, &now) != 0)
         return qt_error_string(errno);
     if (now.st_nlink == 0)
-        return tr("the file was removed while it was written");
-    return now.st_size < m_wholeSize ? tr("the file was cut short while it was written")
+        return tr("the file was removed while it was being written");
+    return now.st_size < m_wholeSize ? tr("the file was truncated while it was being written")
                                      : QString();
 }
 

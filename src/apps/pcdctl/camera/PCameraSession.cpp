@@ -98,7 +98,7 @@ PCtlOutcome PCameraSession::startLive(std::optional<std::chrono::milliseconds> a
     if (!started.isOk())
         return PCtlOutcome::failed(started.reason());
     if (!waitFor([&isLive] { return isLive; }, atMost.value_or(firstFrameTimeout)))
-        return PCtlOutcome::failed(reasonWithout(u"a first live frame"_qs));
+        return PCtlOutcome::failed(reasonWithout(u"the first live frame"_qs));
     m_firstFrameTook = std::chrono::ceil<std::chrono::milliseconds>(steady_clock::now() - start);
     return {};
 }

@@ -10,7 +10,7 @@ struct PCameraIdentity;
 /// error stream. The main thread.
 namespace PCtlOutput {
 
-/// A line on the standard output.
+/// A line on standard output.
 void printLine(const QString& line);
 /// A JSON document on the standard output, in several lines or in one.
 void printDocument(const QJsonObject& object);

@@ -103,8 +103,9 @@ PCtlOutcome checkOptions(const PCtlSyntax::CommandSyntax& syntax, const QStringL
         return withHint(u"unexpected argument \"%1\""_qs.arg(words.at(syntax.mostWords + 1)),
                         syntax.name + u' ');
     if (count < syntax.leastWords)
-        return withHint(u"%1 needs more words: expected %1 %2"_qs.arg(syntax.name, syntax.words),
-                        syntax.name + u' ');
+        return withHint(
+            u"%1 needs more arguments: expected %1 %2"_qs.arg(syntax.name, syntax.words),
+            syntax.name + u' ');
     return {};
 }
 
@@ -166,24 +167,18 @@ PCtlOutcome checkStack(const PCtlOptions& options) {
                 options.output));
     }
     if (options.frames.value_or(0) > POmeStackWriter::framesAFileHolds) {
-        return wrongValue(QString::number(*options.frames), u"frames"_qs,
-                          u"no more than %1, which is what one file holds"_qs.arg(
-                              POmeStackWriter::framesAFileHolds));
+        return wrongValue(
+            QString::number(*options.frames), u"frames"_qs,
+            u"at most %1 frames in one file"_qs.arg(POmeStackWriter::framesAFileHolds));
     }
     return {};
 }
 
 PCtlOutcome checkRecording(const PCtlOptions& options) {
     if (options.output.isEmpty())
-        return withHint(u"record needs its file: expected -o FILE"_qs, u"record "_qs);
-    if (POmeStackWriter::isName(options.output))
-        return checkStack(options);
-    if (!QFileInfo(options.output).fileName().contains(u'#')) {
-        return PCtlOutcome::wrongUsage(
-            u"\"%1\" names no recording: expected a name that ends in .ome.tif, or one with a run "
-            "of # for the number of each file, as in \"frame-####.png\""_qs.arg(options.output));
-    }
-    return checkSavePattern(options.output);
+        return withHint(u"record needs an output file: expected -o FILE"_qs, u"record "_qs);
+    return POmeStackWriter::isName(options.output) ? checkStack(options)
+                                                   : checkSavePattern(options.output);
 }
 
 } // namespace
@@ -249,7 +244,7 @@ PCtlOutcome PCtlParser::readFiles(const QCommandLineParser& parser) {
     m_options.savePattern = parser.value(u"save"_qs);
     if (m_options.command == PCtlOptions::Command::Snap) {
         if (m_options.output.isEmpty())
-            return withHint(u"snap needs the picture's file: expected -o FILE"_qs, u"snap "_qs);
+            return withHint(u"snap needs an output file: expected -o FILE"_qs, u"snap "_qs);
         return usageUnlessOk(PPictureFile::checkName(m_options.output));
     }
     if (m_options.command == PCtlOptions::Command::Record)

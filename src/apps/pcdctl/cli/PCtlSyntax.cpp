@@ -55,7 +55,7 @@ QList<OptionSyntax> commonOptions() {
              u"Language of titles and choices: \"en\" or \"ru\". Default: PCD_LANG, else the "
              "system's language."_qs,
              u"LANGUAGE"_qs)},
-        {everyCommand, {u"json"_qs, u"Print the result as JSON on the standard output."_qs}},
+        {everyCommand, {u"json"_qs, u"Print the result as JSON on standard output."_qs}},
     };
 }
 
@@ -79,7 +79,7 @@ QList<OptionSyntax> cameraOptions() {
           u"ID=VALUE"_qs}},
         {prepared,
          {u"timeout"_qs,
-          u"The longest wait for a picture or an answer (trigger: beyond the exposure time)."_qs,
+          u"How long to wait for a picture or for the end of an action (trigger: beyond the exposure time)."_qs,
           u"SECONDS"_qs}},
     };
 }
@@ -147,7 +147,7 @@ QList<CommandSyntax> makeCommands() {
         {Command::Reset, u"reset"_qs, u"Set these properties, or all, to their defaults."_qs,
          u"pcdctl reset --profile slide.json\npcdctl reset contrast gamma"_qs, u"[ID…]"_qs, 0,
          anyNumber},
-        {Command::Snap, u"snap"_qs, u"Take a still picture and save it."_qs,
+        {Command::Snap, u"snap"_qs, u"Take a still and save it."_qs,
          u"pcdctl snap -o out/a.png\npcdctl snap -o slide.tif --mode 2736x1824\n"
          "pcdctl snap -o b.png --profile slide.json --set contrast=20"_qs},
         {Command::Stream, u"stream"_qs,
@@ -210,8 +210,7 @@ QString PCtlSyntax::helpText(const CommandSyntax* command) {
     QCommandLineParser parser;
     addOptions(parser, command);
     if (command == nullptr) {
-        parser.setApplicationDescription(
-            u"Works with microscope cameras from the command line."_qs);
+        parser.setApplicationDescription(u"Controls microscope cameras from the command line."_qs);
         parser.addPositionalArgument(u"command"_qs, u"What to do; see below."_qs);
         return parser.helpText() + commandSummaries() + QString::fromLatin1(exitCodes);
     }

@@ -39,7 +39,7 @@ private:
         if (!value.isValid()) {
             m_kept.append({property.id(), u"it has no default"_qs});
         } else if (!PPropertyCheck::check(property, value).isOk()) {
-            m_kept.append({property.id(), u"its default %1 is not sent: expected %2"_qs.arg(
+            m_kept.append({property.id(), u"its default %1 was not sent: expected %2"_qs.arg(
                                               text, PPropertyCheck::expectation(property))});
         } else if (!PPropertyCheck::setAndVerify(property, value)) {
             m_refused.append(

@@ -42,10 +42,10 @@ private:
 
     PCtlOutcome takeStill(const PCtlOptions& options) {
         if (!m_session.device()->triggerStillCapture())
-            return PCtlOutcome::failed(u"the camera refused to take a still picture"_qs);
+            return PCtlOutcome::failed(u"the camera refused to take a still"_qs);
         const auto atMost = options.timeout.value_or(m_session.longestAnswer());
         if (!m_session.waitFor([this] { return !m_picture.image.isNull(); }, atMost))
-            return PCtlOutcome::failed(m_session.reasonWithout(u"a still picture"_qs));
+            return PCtlOutcome::failed(m_session.reasonWithout(u"a still"_qs));
         return {};
     }
 

@@ -126,7 +126,7 @@ QString PLiveRun::ledgerReason() const {
     const PFrameLedger ledger = m_session.ledger();
     const bool isRecordBalanced = !m_recorder || m_recorder->progress().tally.isBalanced();
     if (!ledger.isBalanced() || ledger.waiting > 0 || !isRecordBalanced)
-        return u"the counts of the frames do not add up"_qs;
+        return u"the frame counts do not add up"_qs;
     return {};
 }
 

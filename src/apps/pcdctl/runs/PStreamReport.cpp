@@ -25,7 +25,7 @@ QString ledgerToText(const PFrameLedger& ledger) {
             text += ledgerRow(PFrameLedger::title(outcome), ledger.count(outcome));
     }
     if (ledger.waiting > 0)
-        text += ledgerRow(u"still on their way"_qs, ledger.waiting);
+        text += ledgerRow(u"in transit"_qs, ledger.waiting);
     return text + (ledger.isBalanced() ? u"  balanced"_qs : u"  NOT balanced"_qs);
 }
 

@@ -87,7 +87,7 @@ void PSettingsRestorer::restoreValue(PDevice& device, PRole role,
         return;
     property->setValue(known->second);
     if (property->valueInner() != known->second)
-        report.refused.append({property->id(), tr("the camera rejected it")});
+        report.refused.append({property->id(), tr("the camera refused it")});
 }
 
 void PSettingsRestorer::remember() {

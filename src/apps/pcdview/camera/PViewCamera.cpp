@@ -160,7 +160,7 @@ PStatus PViewCamera::takeSnapshot() {
         return PStatus::failure(tr("the live picture is stopped; start it first"));
     return m_device->triggerStillCapture()
                ? PStatus(PStatus::Ok)
-               : PStatus::failure(tr("the camera refused to take a still picture"));
+               : PStatus::failure(tr("the camera refused to take a still"));
 }
 
 void PViewCamera::setRecorded(bool recorded) {

@@ -36,8 +36,8 @@ void PCapture::follow(PViewCamera* camera, PixelSize pixelSize) {
 
 void PCapture::takeStill(PViewCamera& camera) {
     const PStatus status = camera.takeSnapshot();
-    emit messageChanged(status.isOk() ? tr("Taking a still picture…")
-                                      : tr("No still picture taken: %1").arg(status.reason()));
+    emit messageChanged(status.isOk() ? tr("Taking a still…")
+                                      : tr("No still taken: %1").arg(status.reason()));
 }
 
 void PCapture::saveStill(const PViewCamera& camera, const PDeviceFrame& frame, double pixelSize) {

@@ -41,7 +41,7 @@ void PPictureSaver::save(Job job) {
         bytes, [job = std::move(job)] { return savePicture(job); },
         [postResult](const PStatus& result) { postResult(result.reason()); });
     if (!isTaken) {
-        postResult(tr("cannot save \"%1\": %2 MB of pictures wait for the disk")
+        postResult(tr("cannot save \"%1\": %2 MB of pictures are waiting for the disk")
                        .arg(path)
                        .arg(double(waiting) / 1e6, 0, 'f', 1));
     }

@@ -16,32 +16,35 @@ constexpr int longestWaitMs = 3'600'000;
 
 void addOptions(QCommandLineParser& parser) {
     parser.setApplicationDescription(
-        u"Live pictures, still pictures and recordings of microscope cameras."_qs);
+        u"Live pictures, stills and recordings from microscope cameras."_qs);
     parser.addOptions({
         {{u"h"_qs, u"help"_qs}, u"Show this help."_qs},
         {u"version"_qs, u"Show the version."_qs},
         PProgramOptions::makeOption(
             Shared::Sdk,
-            u"Camera library: auto (the system's, else simulated cameras), sim, or a path."_qs,
+            u"Camera SDK: auto (the system's, else the simulated one), sim, or a path."_qs,
             u"auto|sim|PATH"_qs),
-        PProgramOptions::makeOption(Shared::Scene, u"Scene file of the simulated cameras."_qs,
-                                    u"FILE"_qs),
-        PProgramOptions::makeOption(Shared::PluginPath,
-                                    u"Look for camera plugins there too; may be repeated."_qs,
-                                    u"PATH"_qs),
-        PProgramOptions::makeOption(Shared::Camera,
-                                    u"Camera to open: its number, id, or the beginning of it."_qs,
-                                    u"ID"_qs),
-        PProgramOptions::makeOption(Shared::Language,
-                                    u"Language: ru or en; else PCD_LANG, else the system's."_qs,
-                                    u"LANGUAGE"_qs),
+        PProgramOptions::makeOption(
+            Shared::Scene, u"Show the simulated cameras of this scene file."_qs, u"FILE"_qs),
+        PProgramOptions::makeOption(
+            Shared::PluginPath,
+            u"Look for device plugins in this folder or file first. May be repeated."_qs,
+            u"PATH"_qs),
+        PProgramOptions::makeOption(
+            Shared::Camera,
+            u"The camera to open: its index, its id, or a unique prefix of its id."_qs, u"ID"_qs),
+        PProgramOptions::makeOption(
+            Shared::Language,
+            u"Language: en or ru. Default: PCD_LANG, else the system's language."_qs,
+            u"LANGUAGE"_qs),
         {u"theme"_qs, u"Colours for this run: system, light or dark."_qs, u"NAME"_qs},
         PProgramOptions::makeOption(
             Shared::LogFilter,
-            u"Which log records to show, as \"info\" or \"warning,PTDevice=debug\"."_qs,
+            u"Which log records to show, such as \"info\" or \"warning,PTDevice=debug\"."_qs,
             u"FILTER"_qs),
-        {u"grab"_qs, u"Save a picture of the window to a file (.png), then end."_qs, u"FILE"_qs},
-        {u"after"_qs, u"Milliseconds to wait before --grab."_qs, u"MS"_qs, u"2000"_qs},
+        {u"grab"_qs, u"Save a screenshot of the window to this file, then exit."_qs, u"FILE"_qs},
+        {u"after"_qs, u"Milliseconds to wait before the screenshot. Default: 2000."_qs, u"MS"_qs,
+         u"2000"_qs},
     });
 }
 

@@ -20,7 +20,7 @@ void readFail(PSimJsonObject& object, PSimFaultSpec& step) {
     step.skip = object.integer("skip", step.skip, 0, PSimJsonObject::maxUnsigned);
     step.count = object.integer("count", step.count, 0, PSimJsonObject::maxUnsigned);
     if (!object.has("result"))
-        object.complain("result", u"the result the call shall have"_qs);
+        object.complain("result", u"the result that the call returns"_qs);
     step.result = object.integer("result", step.result, minInt, maxInt);
 }
 
@@ -38,7 +38,7 @@ void readReportedSize(PSimJsonObject& object, PSimFaultSpec& step) {
 void readAnswer(PSimJsonObject& object, PSimFaultSpec& step) {
     step.option = object.integer("option", 0U, 0, PSimJsonObject::maxUnsigned);
     if (!object.has("value"))
-        object.complain("value", u"what the option shall answer"_qs);
+        object.complain("value", u"the value that reading the option returns"_qs);
     step.value = object.integer("value", step.value, minInt, maxInt);
 }
 

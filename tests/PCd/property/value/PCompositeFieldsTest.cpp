@@ -58,17 +58,16 @@ INSTANTIATE_TEST_SUITE_P(
     PCd, CompositeField,
     testing::Values(
         FieldRow{"a_small_number", "power", "65535", QVariant::fromValue<quint16>(65535)},
-        FieldRow{
-            "a_number_too_large",
-            "power",
-            "65536",
-            {},
-            "\"power\" cannot be \"65536\": expected a whole number of 16 bits, without a sign"},
+        FieldRow{"a_number_too_large",
+                 "power",
+                 "65536",
+                 {},
+                 "\"power\" cannot be \"65536\": expected an unsigned whole number of 16 bits"},
         FieldRow{"a_number_below_zero",
                  "power",
                  "-1",
                  {},
-                 "\"power\" cannot be \"-1\": expected a whole number of 16 bits, without a sign"},
+                 "\"power\" cannot be \"-1\": expected an unsigned whole number of 16 bits"},
         FieldRow{"a_negative_number", "colour", "-2147483648", -2147483647 - 1},
         FieldRow{"a_number_of_33_bits",
                  "colour",
@@ -95,7 +94,7 @@ INSTANTIATE_TEST_SUITE_P(
                  "power",
                  "",
                  {},
-                 "\"power\" cannot be \"\": expected a whole number of 16 bits, without a sign"}),
+                 "\"power\" cannot be \"\": expected an unsigned whole number of 16 bits"}),
     RowName());
 
 } // namespace
@@ -173,7 +172,7 @@ TEST(PCompositeFields, say_what_they_can_be) {
     const auto expectation = [](const char* field) {
         return PCompositeFields::expectation(lamp(), QString::fromLatin1(field));
     };
-    EXPECT_EQ(expectation("power"), u"a whole number of 16 bits, without a sign"_qs);
+    EXPECT_EQ(expectation("power"), u"an unsigned whole number of 16 bits"_qs);
     EXPECT_EQ(expectation("colour"), u"a whole number of 32 bits"_qs);
     EXPECT_EQ(expectation("hours"), u"a number"_qs);
     EXPECT_EQ(expectation("on"), u"on or off"_qs);

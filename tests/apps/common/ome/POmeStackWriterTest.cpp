@@ -74,7 +74,7 @@ TEST_F(OmeStackWriter, a_finished_file_describes_every_picture_in_it) {
     EXPECT_EQ(document.note(u"Frames"_qs), u"1-3"_qs);
     EXPECT_EQ(document.note(u"Recording wanted"_qs), u"3"_qs);
     EXPECT_EQ(document.note(u"Camera frames produced"_qs), u"9"_qs);
-    EXPECT_EQ(document.note(u"Mode"_qs), u"3x2, id 0, 24 bits a pixel"_qs);
+    EXPECT_EQ(document.note(u"Mode"_qs), u"3x2, id 0, 24 bits per pixel"_qs);
 }
 
 TEST_F(OmeStackWriter, the_ledger_of_the_camera_is_written_as_a_whole) {
@@ -298,7 +298,7 @@ TEST_F(OmeStackWriter, a_frame_of_another_size_or_kind_is_refused_and_the_rest_s
     const auto grey = testFrame(3, 0ms, makeSettings({}), PDIP::ColorFormat::Gray);
     for (const PDeviceFrame& other : {wide, grey}) {
         const PStatus status = writer.write(other, 3);
-        EXPECT_TRUE(status.reason().contains(u"frame 3 has another size or kind"_qs))
+        EXPECT_TRUE(status.reason().contains(u"frame 3 differs in size or format"_qs))
             << status.reason().toStdString();
     }
     ASSERT_TRUE(writer.finish({}).isOk());

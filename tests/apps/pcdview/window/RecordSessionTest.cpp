@@ -329,7 +329,7 @@ TEST_F(RecordSessionTest, a_folder_that_cannot_be_made_is_reported_in_the_panel)
     PCaptureFolder::setPath(path(u"file/folder"_qs));
     pressButton();
     EXPECT_FALSE(isRecording());
-    EXPECT_TRUE(text().contains(u"No recording"_qs)) << text().toStdString();
+    EXPECT_TRUE(text().contains(u"Recording not started"_qs)) << text().toStdString();
 }
 
 TEST_F(RecordSessionTest, the_key_asks_before_it_stops_one) {

@@ -74,7 +74,7 @@ protected:
     /// The pictures taken that the panel "Frames" counts.
     int picturesCounted() {
         const auto& table = widget<QTreeWidget>(u"frames"_qs);
-        const auto rows = table.findItems(u"Still pictures"_qs, Qt::MatchExactly);
+        const auto rows = table.findItems(u"Pictures taken"_qs, Qt::MatchExactly);
         return rows.size() == 1 ? rows.first()->text(1).toInt() : -1;
     }
     qsizetype files() const { return QDir(captureFolder()).entryList({u"*.png"_qs}).size(); }

@@ -38,7 +38,7 @@ void PRecordController::start() {
     const PStatus status = m_recordings.start(camera, settings, page.pixelSizeOfPicture());
     const QString message = status.isOk()
                                 ? tr("Recording to %1").arg(m_recordings.of(&camera)->path())
-                                : tr("No recording: %1").arg(status.reason());
+                                : tr("Recording not started: %1").arg(status.reason());
     emit messageChanged(message);
     if (!status.isOk())
         m_panels.record->showMessage(camera.identity().id, message);

@@ -34,8 +34,8 @@ QAction* PViewActions::addSwitch(const char* name, const QString& text, const QS
 }
 
 void PViewActions::makeFileActions() {
-    snapshot = add("snapshot", tr("Take a &still picture"), tr("Still"), Qt::CTRL | Qt::Key_S,
-                   tr("Take a still picture and save it in the capture folder"));
+    snapshot = add("snapshot", tr("Take a &still"), tr("Still"), Qt::CTRL | Qt::Key_S,
+                   tr("Take a still and save it in the capture folder"));
     savePicture =
         add("savePicture", tr("Save displayed &picture as…"), {}, Qt::CTRL | Qt::SHIFT | Qt::Key_S,
             tr("Save the displayed picture under a name of your choice"));
@@ -74,7 +74,7 @@ void PViewActions::makeViewActions() {
     zoomIn = add("zoomIn", tr("Zoom &in"), {}, QKeySequence::ZoomIn, tr("Zoom in"));
     zoomOut = add("zoomOut", tr("Zoom &out"), {}, QKeySequence::ZoomOut, tr("Zoom out"));
     fullScreen = addSwitch("fullScreen", tr("F&ull screen"), tr("Full screen"), Qt::Key_F11,
-                           tr("Show only the picture; Esc returns"));
+                           tr("Show only the picture; press Esc to return"));
     clipped = addSwitch("clipped", tr("Mark &clipped pixels"), tr("Clipping"), Qt::CTRL | Qt::Key_K,
                         tr("Mark overexposed pixels in red and black pixels in blue"));
     autoContrast =

@@ -122,7 +122,7 @@ void PCameraPage::setRegion(const QRect& onSensor) {
     property->setValue(onSensor);
     const QRect now = property->valueInner().toRect();
     setMessage(now == onSensor ? QString()
-                               : tr("The camera did not accept the region %1; it is %2.")
+                               : tr("The camera did not accept the region %1; it uses %2.")
                                      .arg(regionText(onSensor), regionText(now)));
 }
 

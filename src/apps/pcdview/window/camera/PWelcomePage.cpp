@@ -77,7 +77,7 @@ QStringList PWelcomePage::adviceFor(const Situation& situation) {
     if (!situation.problem.isEmpty())
         points.append(situation.problem.toHtmlEscaped());
     points.append(tr("Connect the camera, preferably directly to a USB 3 port of the computer. It "
-                     "will appear here by itself."));
+                     "will appear here automatically."));
     points.append(tr("If it is connected, another program may be using it, or you may not have "
                      "permission to use it. The camera maker's installer grants this permission "
                      "(with a udev rule); reconnect the camera afterwards."));

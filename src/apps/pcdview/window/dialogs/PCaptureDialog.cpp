@@ -26,7 +26,7 @@ PCaptureDialog::PCaptureDialog(const QString& camera, QWidget* parent)
     , m_names(new QLineEdit(m_pattern.text()))
     , m_ending(new QComboBox)
     , m_example(new QLabel) {
-    setWindowTitle(tr("Files of pictures and recordings"));
+    setWindowTitle(tr("Picture and recording files"));
     setMinimumWidth(leastDialogWidth);
     makeFields();
     makeLayout();
@@ -63,7 +63,7 @@ void PCaptureDialog::makeLayout() {
     auto* const form = new QFormLayout(this);
     form->addRow(tr("Folder:"), folder);
     form->addRow(tr("File names:"), m_names);
-    form->addRow(tr("Still pictures as:"), m_ending);
+    form->addRow(tr("Save stills as:"), m_ending);
     form->addRow(tr("Next name:"), m_example);
     form->addRow(buttons);
 }

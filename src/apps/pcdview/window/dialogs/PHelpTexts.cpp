@@ -43,5 +43,5 @@ QString PHelpTexts::about(const PCameraSdk& sdk) {
     if (sdk.isSimulated())
         rows += row(tr("Cameras"), tr("simulated"));
     return u"<h3>pcdview</h3><p>%1</p>%2"_qs.arg(
-        tr("Live pictures, still pictures and recordings of microscope cameras."), table(rows));
+        tr("Live pictures, stills and recordings from microscope cameras."), table(rows));
 }

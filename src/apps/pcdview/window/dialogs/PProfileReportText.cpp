@@ -29,12 +29,12 @@ QString PProfileReportText::html(const PDeviceProfileReport& report) {
     QString html = u"<p>%1</p>"_qs.arg(
         report.isComplete()
             ? tr("All settings of the profile applied: %1.").arg(report.applied.size())
-            : tr("Settings applied: %1, rejected: %2.")
+            : tr("Settings applied: %1, refused: %2.")
                   .arg(report.applied.size())
                   .arg(report.refused.size()));
     if (!report.note.isEmpty())
         html += u"<p>%1</p>"_qs.arg(report.note.toHtmlEscaped());
-    html += section(tr("Rejected:"), report.refused);
+    html += section(tr("Refused:"), report.refused);
     html += section(tr("Skipped:"), report.ignored);
     if (!report.missing.isEmpty())
         html += u"<p>%1</p>"_qs.arg(

@@ -51,7 +51,7 @@ QList<std::pair<QString, quint64>> PLedgerText::rows(const PFrameLedger& ledger,
             rows.append({tr("Arrived after the last requested frame"), count});
     }
     rows.append({tr("In transit"), ledger.waiting});
-    rows.append({tr("Still pictures"), pictures});
+    rows.append({tr("Pictures taken"), pictures});
     return rows;
 }
 

@@ -88,7 +88,7 @@ void PSettingsPanel::follow(const QWidget* panel) {
 }
 
 QString PSettingsPanel::refusalText(const QString& title, const QString& kept) {
-    return kept.isEmpty() ? tr("%1: the camera rejected the value").arg(title)
+    return kept.isEmpty() ? tr("%1: the camera refused the value").arg(title)
                           : tr("%1: the camera kept “%2”").arg(title, kept);
 }
 

@@ -17,7 +17,7 @@ TEST(PProfileReportTextTest, lists_what_was_rejected_with_the_reason) {
     report.applied = {"mode"};
     report.refused = {{"contrast", u"out of range"_qs}};
     const QString html = PProfileReportText::html(report);
-    EXPECT_TRUE(html.contains(u"Settings applied: 1, rejected: 1."_qs)) << html.toStdString();
+    EXPECT_TRUE(html.contains(u"Settings applied: 1, refused: 1."_qs)) << html.toStdString();
     EXPECT_TRUE(html.contains(u"<li><b>contrast</b>: out of range</li>"_qs)) << html.toStdString();
 }
 
