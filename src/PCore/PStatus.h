@@ -3,7 +3,7 @@
 
 #include <QString>
 
-/// Result of an operation that succeeds or fails with a reason. A value; any thread.
+/// Result of an operation that succeeds or fails with a reason. A value type; any thread.
 class PStatus {
 public:
     /// How the operation ended.

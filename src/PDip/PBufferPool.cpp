@@ -40,7 +40,8 @@ std::size_t roundedSize(std::size_t size) {
 }
 
 /// The address sanitizer does not track memory that is mapped directly: these functions mark the
-/// bytes that must not be touched, so that overruns of images are detected as they are on the heap.
+/// bytes that must not be accessed, so that overruns of images are detected as they are on the
+/// heap.
 void allowAccess([[maybe_unused]] unsigned char* memory, [[maybe_unused]] std::size_t allowed,
                  [[maybe_unused]] std::size_t size) {
 #ifdef PCD_ADDRESS_SANITIZER
@@ -118,7 +119,7 @@ struct PBufferPool::Core {
     void trim();
     void countAllocation(std::size_t size);
 
-    // The following functions are called under the lock.
+    // The following functions are called with the lock held.
     Mapping reuse(std::size_t size);
     void removeOldest(Leaving& leaving);
     void removeExpired(Leaving& leaving);
@@ -131,7 +132,7 @@ struct PBufferPool::Core {
     Statistics counts;
 };
 
-/// The newest that fits: its pages are most likely to be in the caches.
+/// The newest buffer that fits: its pages are most likely still in the caches.
 Mapping PBufferPool::Core::reuse(std::size_t size) {
     const auto found = std::find_if(idle.rbegin(), idle.rend(), [size](const Idle& waiting) {
         return waiting.mapping.size() == size;

@@ -106,7 +106,7 @@ bool PImage::create(long width, long height, PDIP::ColorFormat format, PDIP::Cha
 }
 
 bool PImage::create(const PImageHeader& header) {
-    // Released first, so that the pool can hand out the same memory again.
+    // Released first, so that the pool can reuse the same memory.
     d.reset();
     return setGeometry(header);
 }
@@ -203,7 +203,8 @@ QImage PImage::toQImage() const {
     if (isNull() || width() > INT_MAX || height() > INT_MAX)
         return {};
     auto keeper = std::make_unique<PixelsPtr>(d->pixels);
-    // As const bytes: a QImage copies them before it is painted on, and this image stays unchanged.
+    // As const bytes: QImage then copies them before it is painted on, and this image stays
+    // unchanged.
     const uchar* bytes = d->pixels->buffer.get();
     QImage image(bytes, int(width()), int(height()), qsizetype(bytesPerLine()), qtFormat(format()),
                  releasePixels, keeper.get());

@@ -61,9 +61,9 @@ public:
                 PDIP::RowsAlign align = PDIP::RowsAlign::FourBytes);
     bool create(const PImageHeader& header);
 
-    /// Makes it an image of this geometry and copies header.dataSize() bytes in, keeping the meta
-    /// information. Unshared memory of the right size is reused. Returns false as
-    /// create() does, or if data is null.
+    /// Makes it an image of this geometry and copies header.dataSize() bytes into it, keeping the
+    /// meta information. Unshared memory of the right size is reused. Returns false as create()
+    /// does, or if data is null.
     bool set(const unsigned char* data, const PImageHeader& header);
 
     /// True if it has no pixels.

@@ -5,7 +5,7 @@
 
 #include <cstddef>
 
-/// Geometry and format of an image. A value; any thread.
+/// Geometry and format of an image. A value type; any thread.
 class PImageHeader {
 public:
     PImageHeader() = default;

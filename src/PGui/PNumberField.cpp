@@ -55,7 +55,8 @@ void PNumberField::writeValue() {
     const bool allSelected = line->hasSelectedText() && line->selectedText() == line->text();
     const int cursor = line->cursorPosition();
     line->setText(text);
-    // After Tab the text is selected, to be typed over; keep it selected when the value changes.
+    // After Tab all text is selected, so that typing replaces it; keep it selected when the value
+    // changes.
     if (allSelected)
         line->selectAll();
     else

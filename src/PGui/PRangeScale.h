@@ -5,7 +5,7 @@
 
 /// The values of a range, and their positions on a slider. Values are minimum + k * step, and the
 /// maximum, which is always reachable. Positions are whole numbers from 0; they are spaced
-/// logarithmically where the range is positive and spans three decades or more. A value; any
+/// logarithmically where the range is positive and spans three decades or more. A value type; any
 /// thread.
 class PRangeScale {
 public:
@@ -15,9 +15,9 @@ public:
 
     double minimum() const { return m_minimum; }
     double maximum() const { return m_maximum; }
-    /// Decimals that values of the range need; six at most.
+    /// Decimals needed for the values of the range; at most six.
     int decimals() const { return m_decimals; }
-    /// The decimals of any number, six at most: 2 for 0.25.
+    /// The decimals of any number, at most six: 2 for 0.25.
     static int countDecimals(double number);
 
     /// The nearest value of the range.

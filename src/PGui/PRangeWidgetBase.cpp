@@ -10,7 +10,7 @@
 
 namespace {
 
-/// Wide enough to aim, and narrow enough for a panel at the window's edge.
+/// Wide enough to aim with the mouse, and narrow enough for a panel at the window's edge.
 constexpr int leastSliderWidth = 80;
 
 bool isFinite(const PMinMaxRange<double>& range) {

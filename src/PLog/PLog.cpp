@@ -24,7 +24,7 @@ struct Outlet {
         try {
             sink->write(record);
         } catch (...) {
-            // A statement must not fail because logging does.
+            // A statement must not fail because logging failed.
         }
     }
 
@@ -133,7 +133,7 @@ void PLog::removeSink(const std::shared_ptr<PLogSink>& sink) {
         after->erase(found);
         state().outlets = std::move(after);
     }
-    // A record being emitted may still use the old list: it sees the mark, or is waited for.
+    // A record being emitted may still use the old list: it either sees the mark, or is waited for.
     const std::lock_guard lock(removed->mutex);
     removed->isRemoved = true;
 }

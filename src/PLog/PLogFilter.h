@@ -7,7 +7,8 @@
 
 #include <QHash>
 
-/// Which records pass, as PLog::setFilter describes it. A value; one thread at a time.
+/// Decides which records pass, as described at PLog::setFilter(). A value type; one thread at a
+/// time.
 class PLogFilter {
 public:
     /// Replaces the filter by the one in the text. On failure nothing changes.

@@ -13,7 +13,7 @@ PStatus PWholeFile::replace(const QString& path, const QByteArray& bytes) {
 bool PWholeFile::writeAll(QFileDevice& file, const QByteArray& bytes) {
     qsizetype done = 0;
     while (done < bytes.size()) {
-        // A disk that fills up takes a part first, and says why at the next try only.
+        // A disk that fills up first takes a part, and gives the reason only at the next attempt.
         const qint64 written = file.write(bytes.constData() + done, bytes.size() - done);
         if (written <= 0)
             return false;

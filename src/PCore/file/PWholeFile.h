@@ -7,14 +7,15 @@
 
 class QFileDevice;
 
-/// Writes files so that they are whole or as before. Any thread.
+/// Writes files completely or not at all. Any thread.
 namespace PWholeFile {
 
-/// Replaces a file in one step, or makes it. Fails with the system's reason, without the path; the
-/// old file then stays.
+/// Creates or replaces a file in one step. Fails with the system's reason, without the path; an
+/// existing file then stays as it was.
 PStatus replace(const QString& path, const QByteArray& bytes);
 
-/// Writes all bytes to an open file. False if that fails; the file's errorString() is then why.
+/// Writes all bytes to an open file. False if that fails; the reason is in the file's
+/// errorString().
 bool writeAll(QFileDevice& file, const QByteArray& bytes);
 
 } // namespace PWholeFile

@@ -20,8 +20,8 @@ public:
     virtual QStringList objectNames() const = 0;
     virtual QStringList valueNames() const = 0;
 
-    /// The value named `name` in the current object as it was written; an invalid QVariant if there
-    /// is none.
+    /// The value named `name` in the current object, as written; an invalid QVariant if there is
+    /// none.
     virtual QVariant readValue(const QString& name) const = 0;
 
     /// The position of the value or object named `name` in the source, for messages ("line 12",

@@ -7,8 +7,8 @@
 #include <array>
 
 /// What PBinaryWriter and PBinaryReader agree on. A document is the magic number, the version, the
-/// records, a record End, and the checksum of all before it; numbers big-endian, texts and values
-/// in the form of QDataStream. Any thread.
+/// records, a record End, and the checksum of everything before it; numbers are big-endian, texts
+/// and values have their QDataStream format. Any thread.
 namespace PBinaryFormat {
 
 constexpr quint32 magic = 0x50434453; // "PCDS"

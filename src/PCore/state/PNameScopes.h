@@ -20,7 +20,7 @@ public:
     /// Closes the innermost object. Returns true if its end must be written.
     bool leave();
     /// Uses a name for a value. Returns false if the value must not be written: see enter(), and
-    /// the types of PAbstractWriter::writeValue().
+    /// the types listed at PAbstractWriter::writeValue().
     bool addValue(const QString& name, const QVariant& value);
 
     /// The number of open objects that are written.

@@ -3,7 +3,7 @@
 
 #include <QString>
 
-/// Thrown by a reader at invalid data, and caught by it: never leaves the library.
+/// Thrown by a reader on invalid data, and caught by it: never leaves the library.
 struct PReadFault {
     /// Offset in bytes from the beginning of the data.
     qsizetype offset;

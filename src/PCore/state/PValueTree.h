@@ -40,7 +40,7 @@ public:
     /// Enters an object of the current one; false, and it stays where it is, if there is none of
     /// this name.
     bool enter(const QString& name);
-    /// Goes back to the object around the current one; at the root it does nothing.
+    /// Goes back to the enclosing object; does nothing at the root.
     void leave();
     /// The current object.
     const Object& current() const { return m_path.empty() ? m_root : *m_path.back(); }

@@ -16,7 +16,7 @@ void PPostedCalls::post(std::function<void()> call) {
     }
     // The hop to the object's thread. Not invokeMethod() with the call itself: that would change
     // threads under a lock inside Qt, which the thread sanitizer cannot see. This event carries
-    // nothing from thread to thread but the request to look for calls.
+    // nothing between the threads, only the request to check for calls.
     QCoreApplication::postEvent(this, new QEvent(QEvent::User));
 }
 

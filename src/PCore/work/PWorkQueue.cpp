@@ -103,13 +103,13 @@ void PWorkQueue::carryOut(Item item) {
         PGuardedCall::logged([&] { item.done(result); });
 }
 
-/// Locked.
+/// Called under the lock.
 void PWorkQueue::giveBack(std::size_t cost) {
     m_cost -= cost;
     m_budget->giveBack(cost);
 }
 
-/// An item is done, and what it held is destroyed.
+/// Called when an item is done and what it held is destroyed.
 void PWorkQueue::leave() {
     const std::lock_guard lock(m_mutex);
     --m_running;
