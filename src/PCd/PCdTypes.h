@@ -6,7 +6,7 @@
 namespace PCD {
 
 /// Kind of a property: which editor shows it and what its value is. Plugins pass these numbers and
-/// files hold them; the gaps are deliberate.
+/// files contain them; the gaps are deliberate.
 enum class DevicePropertyType : int {
     Custom = 1,    ///< has its own panel
     Integer = 5,   ///< whole number with a range

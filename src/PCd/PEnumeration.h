@@ -20,7 +20,7 @@ struct PEnumerationItem {
     }
 };
 
-/// An ordered list of named choices: the range of a choice property. A value; any thread.
+/// An ordered list of named choices: the range of a choice property. A value type; any thread.
 class PEnumeration {
 public:
     /// Appends an item. Ids may repeat; the first item with an id is used.

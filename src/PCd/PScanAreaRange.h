@@ -5,7 +5,7 @@
 #include <QMetaType>
 #include <QRect>
 
-/// The regions of the sensor that a device accepts. Sizes in pixels; a value.
+/// The regions of the sensor that a device accepts. Sizes in pixels; a value type.
 struct PScanAreaRange {
     QRect bounds;          ///< the whole area
     int minimumWidth = 0;  ///< smallest region

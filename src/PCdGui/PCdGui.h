@@ -8,8 +8,8 @@ class QWidget;
 /// device. The GUI thread, which must be the devices' thread.
 class PCdGui {
 public:
-    /// Puts the editors behind PDeviceProperty::createWidget() and the panel behind
-    /// PDevice::createPropertiesWidget(). May be called repeatedly.
+    /// Installs the editors that PDeviceProperty::createWidget() creates and the panel that
+    /// PDevice::createPropertiesWidget() creates. May be called repeatedly.
     static void install();
 
     /// A new editor for a property of this kind, without a parent: a PPropertyEditor, or a label

@@ -99,7 +99,7 @@ void PDevicePanel::translate() {
 
 bool PDevicePanel::event(QEvent* event) {
     const bool known = PColumnScroll::event(event);
-    // Last, because the panels inside have their new texts only now.
+    // Last, because only now do the child panels have their new texts.
     if (event->type() == QEvent::LanguageChange) {
         translate();
         setFilter(m_filter);

@@ -84,7 +84,7 @@ void PPropertyGroupPanel::addRow(PDeviceProperty* property) {
     if (editor == nullptr || property->title().isEmpty()) {
         m_form->addRow(row.editor);
     } else {
-        // A button stays in the column of editors, with no title beside it.
+        // A button is in the column of editors, with no title beside it.
         row.title =
             new PPropertyLabel(editor->showsTitle() ? QString() : property->title(), editor);
         addTitled(row.title, editor);
@@ -102,7 +102,7 @@ void PPropertyGroupPanel::followEditor(const PPropertyEditor* editor) {
 void PPropertyGroupPanel::addTitled(QWidget* title, PPropertyEditor* editor) {
     if (editor->property()->type() != PCD::DevicePropertyType::ScanArea)
         return m_form->addRow(title, editor);
-    // Four numbers are too wide to stand beside anything.
+    // Four numbers are too wide to have a title beside them.
     m_form->addRow(title);
     m_form->addRow(editor);
 }

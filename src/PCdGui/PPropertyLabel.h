@@ -11,7 +11,7 @@ class PPropertyLabel : public QLabel {
     Q_OBJECT
 
 public:
-    /// The editor must live as long as this: both belong to one panel.
+    /// The editor must exist as long as this: both belong to one panel.
     PPropertyLabel(const QString& title, PPropertyEditor* editor);
 
     /// Shows another title.

@@ -112,7 +112,7 @@ public:
     /// afterwards.
     PStatus setMode(const PDeviceMode& mode);
 
-    /// True once the register has removed the device: from then on only stopping succeeds.
+    /// True once the register has removed the device: after that only stopping succeeds.
     bool isGone() const { return m_gone; }
     /// False if the device had modes when its register added it and reports none now. This is the
     /// case after its camera was unplugged, even if it has been plugged in again.

@@ -20,7 +20,7 @@ void logFailure(const char* reason) {
         << "Looking for devices failed:" << reason;
 }
 
-/// Without null entries and duplicates.
+/// The devices without null entries and duplicates.
 QList<PDevice*> eachOnce(const QList<PDevice*>& devices) {
     QList<PDevice*> once;
     for (PDevice* device : devices) {
@@ -77,7 +77,7 @@ PDevice* PDeviceRegister::findDevice(const QByteArray& id) const {
 }
 
 void PDeviceRegister::removeDevice(PDevice* device) {
-    // Removed from the list before anything is emitted: a slot that searches for it, or removes it
+    // Removed from the list before anything is emitted: a slot that looks for it, or removes it
     // again, must not find it.
     if (!m_devices.removeOne(device))
         return;
@@ -124,7 +124,7 @@ void PDeviceRegister::mergeDevices(const QList<PDevice*>& alive) {
     }
 }
 
-/// What the plugin lists, each camera once.
+/// The devices that the plugin lists, one for each camera.
 QList<PDevice*> PDeviceRegister::presentDevices(const QList<PDevice*>& alive) {
     const QList<PDevice*> named = eachOnce(alive);
     QList<PDevice*> present;

@@ -14,7 +14,7 @@ class PDeviceRegister : public QObject {
 
 public:
     PDeviceRegister();
-    /// Deletes the devices that are left.
+    /// Deletes the remaining devices.
     ~PDeviceRegister() override;
 
     // The order of the virtual functions is part of the binary interface: add at the end only.

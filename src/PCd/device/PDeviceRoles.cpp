@@ -10,7 +10,7 @@
 
 namespace {
 
-/// In the order of the device's list, which is not built by this.
+/// The properties in the order of the device's list, which this does not build.
 QList<PDeviceProperty*> listProperties(const PDevice& device) {
     return device.findChildren<PDeviceProperty*>(QString(), Qt::FindDirectChildrenOnly);
 }

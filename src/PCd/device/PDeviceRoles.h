@@ -11,7 +11,7 @@ struct PDeviceSettings;
 
 /// The values of a device by role: exposure, gain, region and so on, as far as the device has them.
 /// Where a plain property and a field of a composite one have the same role, the plain property is
-/// used, as it is read from the device. A value; any thread.
+/// used, as it is read from the device. A value type; any thread.
 class PDeviceRoles {
 public:
     /// From the cached values of a device; the device is not read. The device's thread.

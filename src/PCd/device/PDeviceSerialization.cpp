@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The saved form of a device: {model, serial, mode, properties: {id: …}}.
+// Saving and restoring a device: {model, serial, mode, properties: {id: …}}.
 #include <PCd/device/PDevice.h>
 #include <PCd/property/PDeviceProperty.h>
 

@@ -7,7 +7,7 @@
 
 #include <QMetaType>
 
-/// An image with its capture metadata. A value; any thread.
+/// An image with its capture metadata. A value type; any thread.
 struct PDeviceFrame {
     PImage image;
     /// Null for an image that has not passed through a device.

@@ -5,7 +5,7 @@
 #include <QMetaType>
 #include <QString>
 
-/// One resolution of a device. A value.
+/// One resolution of a device. A value type.
 struct PDeviceMode {
     int width = 0;    ///< pixels
     int height = 0;   ///< pixels

@@ -36,7 +36,7 @@ public:
 
     /// The number of frames that wait, snapshots included.
     std::size_t size() const;
-    /// The bytes of live frames that may wait, for the pushes to come.
+    /// Limits the bytes of live frames that may wait; applies to later pushes.
     void setByteLimit(std::size_t byteLimit);
 
 private:

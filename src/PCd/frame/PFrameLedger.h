@@ -17,12 +17,13 @@ enum class PFrameOutcome : int {
     NoMemory,       ///< dropped by the plugin: no memory for the pixels
     DroppedWaiting, ///< dropped because the queue for the device's thread was full
     FailedInWriter, ///< a frame sink (a recorder) could not take it
-    Failed,         ///< a listener failed over it
+    Failed,         ///< a listener failed while handling it
     NotRequested,   ///< arrived after the last requested frame
 };
 constexpr std::size_t PFrameOutcomeCount = 9;
 
-/// The count of all frames that a device's camera has produced, by outcome. A value; any thread.
+/// The count of all frames that a device's camera has produced, by outcome. A value type; any
+/// thread.
 struct PFrameLedger {
     quint64 produced = 0; ///< frames counted when they appeared
     std::array<quint64, PFrameOutcomeCount>
@@ -40,9 +41,9 @@ struct PFrameLedger {
 
     /// Every outcome, in order.
     static const std::array<PFrameOutcome, PFrameOutcomeCount>& allOutcomes();
-    /// "delivered", "lost_in_camera" …: for scripts.
+    /// The outcome's name for scripts: "delivered", "lost_in_camera" …
     static QByteArray key(PFrameOutcome outcome);
-    /// "delivered", "lost in the camera" …: for the user.
+    /// The outcome's name for the user: "delivered", "lost in the camera" …
     static QString title(PFrameOutcome outcome);
 };
 

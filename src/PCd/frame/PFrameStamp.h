@@ -27,7 +27,7 @@ struct PDeviceSettings {
 /// When and how a frame was taken. Attached to the frame's image and all copies of it.
 struct PFrameStamp : public PImageAttachment {
     /// Number of the frame among those that arrived from its device, from 1; live frames and stills
-    /// are numbered apart. A frame that never arrived has no number and leaves no gap.
+    /// are numbered separately. A frame that never arrived has no number and leaves no gap.
     quint64 sequence = 0;
     bool still = false;                              ///< a still, not a live frame
     std::chrono::steady_clock::time_point arrived;   ///< for intervals

@@ -12,7 +12,7 @@
 
 namespace {
 
-/// Marks a root object that has an owner.
+/// Dynamic property that marks a root object as owned.
 constexpr char ownedProperty[] = "pcdOwned";
 
 /// Interface ids of device plugins begin with this.

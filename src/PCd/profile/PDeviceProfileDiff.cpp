@@ -14,7 +14,7 @@ namespace {
 
 using Difference = PDeviceProfileDiff::Difference;
 
-/// What a profile would hold for a property; invalid if nothing.
+/// The form in which a profile would contain the property; invalid if it would not.
 QVariant savedForm(const PDeviceProperty* property) {
     if (property == nullptr || !property->isSerializable())
         return QVariant();
@@ -39,7 +39,7 @@ QString toText(const QVariant& form, const PDeviceProperty* property) {
     return PPropertyText::ofValue(value.isValid() ? value : form, range);
 }
 
-/// One field; the value in the file may be of a type that the field cannot have, or none.
+/// Compares one field; the file may lack it, or have a value of a type that the field cannot have.
 std::optional<Difference> compareField(const QByteArray& id, const QString& field,
                                        const QVariant& inFile, const QVariant& current) {
     QVariant changed = current;
@@ -67,7 +67,7 @@ QList<Difference> differencesOfFields(const QByteArray& id, const QVariantMap& i
     return differences;
 }
 
-/// The fields of a form, also of an older file that has them as bytes.
+/// The fields of a form, even if an older file has them as bytes.
 std::optional<QVariantMap> fieldsIn(const QVariant& form, const PDeviceProperty* property) {
     if (savedForm(property).typeId() != QMetaType::QVariantMap)
         return std::nullopt;

@@ -12,7 +12,7 @@ public:
     struct Difference {
         QByteArray id;    ///< of a property, or "mode"; "id.field" of one field of its value
         QString inFile;   ///< as text; null if the file has none
-        QString onCamera; ///< as text; null if the camera has none, or none that profiles hold
+        QString onCamera; ///< as text; null if the camera has none, or none that profiles contain
     };
 
     /// Reads the device again and compares the mode, the file's settings in their order, then the

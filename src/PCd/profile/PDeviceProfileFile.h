@@ -9,13 +9,14 @@
 
 class PDevice;
 
-/// Saves profiles to files and reads them. Failures name the file, the line where there is one, and
-/// what is wrong or was expected.
+/// Saves profiles to files and reads them. Failures name the file, the line if there is one, and
+/// what was wrong or expected.
 class PDeviceProfileFile {
     Q_DECLARE_TR_FUNCTIONS(PDeviceProfileFile)
 
 public:
-    /// Larger files are no profiles; all properties of a camera take a few kilobytes.
+    /// The size limit: larger files are not profiles; all properties of a camera take a few
+    /// kilobytes.
     static constexpr qint64 largestSize = qint64(1) << 20;
 
     /// Reads the device's values again and saves model, serial, mode and every serialisable

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// What is wrong, and where; thrown and caught in this file.
+/// An error and its position; thrown and caught in this file.
 struct Fault {
     QString position;
     QString what;
@@ -25,7 +25,7 @@ public:
         , m_profile(profile) {}
 
     void document() {
-        // First, so that a file of another format is reported as such, not by its details.
+        // First, so that a file of another format is reported as such, not by a detail.
         expectHeader();
         expectNames({PDeviceProfileParser::formatKey(), PDeviceProfileParser::versionKey(),
                      PDeviceProfileParser::cameraKey()});
@@ -121,7 +121,8 @@ private:
 
     void leave() { m_reader.endObject(); }
 
-    /// The position for a missing entry: the beginning of the object that should hold it.
+    /// The position at which to report a missing entry: the beginning of the object that should
+    /// contain it.
     QString findPlace(const QString& name) const {
         const QString place = m_reader.position(name);
         return place.isEmpty() ? m_around : place;

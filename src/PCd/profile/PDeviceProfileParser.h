@@ -15,7 +15,7 @@ public:
     static QString formatKey() { return u"format"_qs; }
     static QString versionKey() { return u"version"_qs; }
     static QString cameraKey() { return u"camera"_qs; }
-    /// What stands under formatKey().
+    /// The value of formatKey() in a profile.
     static QString formatName() { return u"camera profile"_qs; }
 
     /// Reads a whole profile from a reader at its root. Fails, with the position and what was

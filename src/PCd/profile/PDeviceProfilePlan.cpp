@@ -47,7 +47,7 @@ QString reasonToIgnore(const PDeviceProperty& property) {
                : PDeviceProfilePlan::tr("profiles do not hold this property");
 }
 
-/// The value in the file, spelled differently from what was expected: "12" is not 12.
+/// The value in the file, written so that it differs from the expected type: "12" is not 12.
 QString toText(const QVariant& form) {
     switch (form.typeId()) {
     case QMetaType::QString:
@@ -68,7 +68,7 @@ QString cannotBe(const QString& value, const QString& expected) {
     return PDeviceProfilePlan::tr("cannot be %1: expected %2").arg(value, expected);
 }
 
-/// Worded for files, in which the fields of a value are together.
+/// What is expected, worded for files, in which the fields of a value are together.
 QString expectation(const PDeviceProperty& property, const QVariant& range) {
     const QStringList fields = PCompositeFields::storedNames(property.valueInner());
     return fields.isEmpty() ? PPropertyCheck::expectation(property, range)
@@ -79,7 +79,7 @@ bool isOfFields(const QVariant& form, const QVariant& current) {
     return form.typeId() == QMetaType::QVariantMap && PCompositeFields::isComposite(current);
 }
 
-/// The form without the fields that profiles do not hold.
+/// The form without the fields that profiles do not contain.
 QVariant storedPart(const QVariant& form, const QVariant& current) {
     if (!isOfFields(form, current))
         return form;
@@ -186,7 +186,7 @@ PStatus PDeviceProfilePlan::planValue(const PDeviceProfile::Setting& setting,
         m_steps.append({&property, value});
         return PStatus::Ok;
     }
-    // A camera without colour reports a tint of 0, which is out of range, and it is saved like
+    // A camera without colour reports a tint of 0, which is outside the range, and it is saved like
     // that.
     const bool staysInForce = range == property.rangeInner();
     if (staysInForce && PPropertyEncoding::isSame(value, property.valueInner(), range)) {
@@ -253,7 +253,7 @@ PStatus PDeviceProfilePlan::damage(const PDeviceProfile::Setting& setting,
 }
 
 void PDeviceProfilePlan::sortSteps() {
-    // Within a kind in the camera's order, whatever their order in the file.
+    // Within a kind, in the camera's order, whatever the order in the file.
     const QList<PDeviceProperty*> order = PDeviceProfileOrder::sorted(m_device.supportProperties());
     std::sort(m_steps.begin(), m_steps.end(), [&](const Step& a, const Step& b) {
         return order.indexOf(a.property) < order.indexOf(b.property);

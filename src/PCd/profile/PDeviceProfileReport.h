@@ -5,7 +5,7 @@
 #include <QList>
 #include <QString>
 
-/// The result of applying a profile to a device. A value.
+/// The result of applying a profile to a device. A value type.
 struct PDeviceProfileReport {
     /// A value of the profile that was not applied, and why, in plain words.
     struct Item {
@@ -14,10 +14,10 @@ struct PDeviceProfileReport {
     };
 
     QList<QByteArray> applied; ///< in the order they were sent, "mode" among them
-    QList<Item> refused;       ///< the camera lacks it, cannot have it, or did not take it
-    QList<Item> ignored;       ///< skipped: actions, and what profiles do not hold
+    QList<Item> refused;       ///< the camera lacks it, cannot have it, or refused it
+    QList<Item> ignored;       ///< skipped: actions, and what profiles do not contain
     QList<QByteArray> missing; ///< serialisable properties, and "id.field", not in the file
-    QString note;              ///< says if it was saved from another camera; empty if not
+    QString note;              ///< set if saved from another camera; otherwise empty
 
     /// True if every value of the profile that can be set was applied.
     bool isComplete() const { return refused.isEmpty(); }

@@ -9,8 +9,8 @@
 
 namespace {
 
-/// An action has no value; of what a device could not read, a region is empty, and a number may be
-/// none. No profile has those.
+/// False for what no profile contains: the missing value of an action, and the values that stand
+/// for a failed reading (an empty region, a number that is not finite).
 bool isSetting(const QVariant& value) {
     switch (value.typeId()) {
     case QMetaType::QRect:

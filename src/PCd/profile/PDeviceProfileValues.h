@@ -11,8 +11,8 @@
 class PDevice;
 
 /// The cached settings of a device as values: what a profile holds, without a file. Keeping them
-/// costs only copies of shared values; nothing is encoded. A value; any thread, unless a function
-/// says otherwise.
+/// costs only copies of shared values; nothing is encoded. A value type; any thread, unless a
+/// function says otherwise.
 class PDeviceProfileValues {
 public:
     /// The present mode and the value of every serialisable property. No property is read again.

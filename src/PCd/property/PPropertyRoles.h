@@ -12,7 +12,7 @@ class PPropertyRoles {
 public:
     /// Sets the roles of a property, replacing earlier ones.
     static void declare(PDeviceProperty& property, const PRoleBindings& bindings);
-    /// Its roles; none if it declares none.
+    /// The property's roles; none if it declares none.
     static PRoleBindings of(const PDeviceProperty& property);
     /// The name of the method that has the role; empty if there is none.
     static QByteArray method(const PDeviceProperty& property, PRole role);

@@ -12,7 +12,7 @@ PQuietReading::PQuietReading(const QList<PDeviceProperty*>& properties) {
 }
 
 PQuietReading::~PQuietReading() {
-    // Backwards: a property that was given twice gets its first copy back.
+    // In reverse, so that a property that was listed twice gets its first copy back.
     for (auto known = m_known.rbegin(); known != m_known.rend(); ++known) {
         known->property->m_value = std::move(known->copy.value);
         known->property->m_range = std::move(known->copy.range);

@@ -7,7 +7,7 @@ class PDevice;
 class PDeviceProperty;
 class QWidget;
 
-/// Where a library with editors installs them, so that this library needs no widgets. The GUI
+/// Where a library with editors registers them, so that this library needs no widgets. The GUI
 /// thread.
 class PWidgetFactory {
 public:

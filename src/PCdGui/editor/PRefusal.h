@@ -3,7 +3,7 @@
 
 #include <QVariant>
 
-/// Decides whether the device refused a value, or took or rounded it. A value; any thread.
+/// Decides whether the device refused a value, or took or rounded it. A value type; any thread.
 class PRefusal {
 public:
     /// True if the device still has the earlier value after another one in this range was sent.

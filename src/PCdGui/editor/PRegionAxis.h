@@ -6,7 +6,7 @@
 #include <PCore/PMinMaxRange.h>
 
 /// One direction of a region of the sensor: which offsets and sizes a device accepts, in pixels. A
-/// value; any thread.
+/// value type; any thread.
 class PRegionAxis {
 public:
     /// The axis of left edges and widths, and that of top edges and heights, in a region's range.
@@ -17,7 +17,7 @@ public:
     PMinMaxRange<double> offsets() const;
     /// The sizes that fit at an offset.
     PMinMaxRange<double> sizes(int offset) const;
-    /// A size cut to what fits at an offset.
+    /// A size limited to what fits at an offset.
     int fitted(int offset, int size) const;
 
 private:

@@ -11,7 +11,7 @@ PSwitchEditor::PSwitchEditor(PDeviceProperty* property)
     : PPropertyEditor(property)
     , m_box(new QCheckBox(this)) {
     connect(m_box, &QCheckBox::clicked, this, &PSwitchEditor::send);
-    // The rows of a form stand evenly, whether they have a box or a field.
+    // The rows of a form are equally high, whether they have a check box or a field.
     setMinimumHeight(PNumberField().sizeHint().height());
     begin(m_box, m_box);
 }

@@ -17,7 +17,7 @@ QString withoutTags(const QString& text) {
     return Qt::mightBeRichText(text) ? QTextDocumentFragment::fromHtml(text).toPlainText() : text;
 }
 
-/// "&&" is a shown "&"; a single one marks a shortcut.
+/// "&&" stands for a literal "&"; a single "&" marks a shortcut.
 QString withoutMarks(QString text) {
     static const QRegularExpression mark(u"&(.?)"_qs);
     return text.replace(mark, u"\\1"_qs);
@@ -57,7 +57,8 @@ QStringList shownTexts(const QWidget& widget) {
     return {};
 }
 
-/// A page behind another one is hidden too, but the user can open it.
+/// True unless the part is hidden; a page behind another one is hidden too, but the user can open
+/// it.
 bool isOnIt(const QWidget& part) {
     return !part.isWindow() &&
            (!part.isHidden() || qobject_cast<const QStackedWidget*>(part.parent()) != nullptr);

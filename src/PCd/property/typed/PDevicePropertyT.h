@@ -13,7 +13,7 @@ public:
     PDevicePropertyT(QByteArray id, QString title, PCD::DevicePropertyType type)
         : PDeviceProperty(std::move(id), std::move(title), type) {}
 
-    /// Converts and sends. Returns the device's result as it is.
+    /// Converts and sends. Returns the device's result unchanged.
     bool trySetValue(QVariant value) override { return trySetValueToDevice(convertToT(value)); }
     /// Reads the device; nothing is cached.
     QVariant tryGetValue() override { return convertFromT(tryGetValueFromDevice()); }

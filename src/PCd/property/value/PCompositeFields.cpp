@@ -26,7 +26,7 @@ QVariant numberIn(const QString& text) {
     return isNumber && std::isfinite(number) ? QVariant(number) : QVariant();
 }
 
-/// A whole number, if converting it to the field's type and back does not change it.
+/// The number in the field's type; invalid if it does not fit that type.
 QVariant wholeNumber(qlonglong number, QMetaType type) {
     QVariant field(number);
     return field.convert(type) && field.toLongLong() == number ? field : QVariant();
@@ -42,7 +42,8 @@ bool isWholeNumber(const QVariant& value) {
     return value.typeId() == QMetaType::Int || value.typeId() == QMetaType::LongLong;
 }
 
-/// A value from a file in the field's type: files write numbers with and without decimals.
+/// A value from a file, converted to the field's type: a field with decimals may have a whole
+/// number there.
 QVariant inFieldType(const QVariant& given, QMetaType type) {
     if (given.metaType() == type)
         return given;

@@ -22,7 +22,7 @@ public:
     static bool isComposite(const QVariant& value);
     /// The names of the fields in the order of declaration; empty for any other value.
     static QStringList names(const QVariant& value);
-    /// Those that are saved: all but the ones declared with STORED false.
+    /// The names of the saved fields: all but those declared with STORED false.
     static QStringList storedNames(const QVariant& value);
     /// One field's value; invalid if there is none of this name.
     static QVariant read(const QVariant& value, const QString& name);

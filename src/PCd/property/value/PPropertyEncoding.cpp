@@ -16,7 +16,7 @@
 
 namespace {
 
-// Fixed because it is in files: it must not depend on the Qt version.
+// Fixed, because files contain it: it must not depend on the Qt version.
 constexpr QDataStream::Version streamVersion = QDataStream::Qt_6_0;
 
 bool isPlain(int type) {
@@ -65,7 +65,7 @@ QVariant plainField(const QVariant& field) {
     }
 }
 
-/// Empty if there are no stored fields, or files have no type for one of them.
+/// The stored fields; empty if there are none, or if files have no type for one of them.
 QVariantMap toFields(const QVariant& value) {
     QVariantMap fields;
     for (const QString& name : PCompositeFields::storedNames(value)) {

@@ -21,7 +21,7 @@ QVariant toRealNumber(const QString& text) {
     return isNumber && std::isfinite(number) ? QVariant(number) : QVariant();
 }
 
-/// By title first, then by name, then by the device's data: "0°", "0", "90".
+/// Matches the title first, then the name, then the device's data: "0°", "0", "90".
 QVariant toChoice(const QString& text, const PEnumeration& choices) {
     const auto find = [&](const auto& toText) -> QVariant {
         for (const PEnumerationItem& item : choices.items()) {

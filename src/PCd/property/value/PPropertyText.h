@@ -8,8 +8,9 @@
 /// Values of properties as text for the user, and back. Any thread.
 class PPropertyText {
 public:
-    /// "12", "on", "Add 2x2", "0,0,640,480", "target=100 gain=120", bytes as base64; a type without
-    /// a text: its name in angle brackets; no value: nothing.
+    /// "12", "on", "Add 2x2", "0,0,640,480", "target=100 gain=120", bytes as base64. A value of a
+    /// type without a text form is written as the type's name in angle brackets; an invalid value
+    /// is empty.
     static QString ofValue(const QVariant& value, const QVariant& range);
     /// True for on, true, yes and 1, false for off, false, no and 0; invalid for anything else.
     static QVariant toSwitch(const QString& text);

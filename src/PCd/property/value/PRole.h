@@ -54,7 +54,7 @@ enum class PRoleUnit {
 };
 
 /// One role that a property has: as a whole, with one field of its composite value, or with a
-/// method of its own that can be invoked by name. A value.
+/// method of its own that can be invoked by name. A value type.
 struct PRoleBinding {
     PRole role = PRole::ExposureTime;
     PRoleUnit unit = PRoleUnit::Own;
