@@ -5,7 +5,7 @@
 #include <QMetaType>
 
 /// How a frame is exposed: automatically or manually, as free-running video or on a trigger. The
-/// value of "extexposure". A value; any thread.
+/// value of "extexposure". A value type; any thread.
 struct ExtendedExposureData {
     Q_GADGET
     // In triggered capture the camera has only the exposure time of a triggered frame, and no

@@ -4,7 +4,7 @@
 #include <QDataStream>
 #include <QMetaType>
 
-/// Fan switch and speed: the value of "fan". A value; any thread.
+/// Fan switch and speed: the value of "fan". A value type; any thread.
 struct FANDATA {
     Q_GADGET
     Q_PROPERTY(qint32 enable MEMBER enable)

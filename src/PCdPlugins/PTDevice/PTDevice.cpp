@@ -46,7 +46,7 @@ bool hasFlag(quint64 flags, quint64 flag) {
     return (flags & flag) != 0;
 }
 
-/// The state of a camera's stream; what cannot be read keeps these values.
+/// The state of a camera's stream; fields that cannot be read keep these values.
 struct StreamState {
     unsigned exposureTime = 0; // microseconds
     int autoExposure = -1;
@@ -171,7 +171,7 @@ bool PTDevice::tryUnlink() {
 bool PTDevice::tryStartStream() {
     const bool started = checkError(Toupcam_StartPushMode(m_handle, cbData, this));
     PT_LOG() << "Toupcam_StartPushMode started:" << started;
-    // The camera's state, for the log; only the line above reports a refused start.
+    // The camera's state, for the log. A refused start is reported only by the line above.
     const StreamState state = readStreamState(m_handle);
     PT_LOG() << "Stream state: expoTime(us)=" << state.exposureTime
              << "autoExpo=" << state.autoExposure << "speed=" << int(state.speed) << "/"

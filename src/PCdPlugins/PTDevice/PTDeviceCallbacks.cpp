@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The SDK's way back into the plugin.
+// The callbacks through which the SDK calls the plugin.
 #include <PCdPlugins/PTDevice/PTCallbackGuard.h>
 #include <PCdPlugins/PTDevice/PTDevice.h>
 #include <PCdPlugins/PTDevice/PTLog.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the camera offers: its properties, in their order, and the groups that show them.
+// The camera's properties, in their order, and the groups that show them.
 #include <PCdPlugins/PTDevice/PTDevice.h>
 #include <PCdPlugins/PTDevice/PTExtendedExposure.h>
 #include <PCdPlugins/PTDevice/PTFanDevice.h>

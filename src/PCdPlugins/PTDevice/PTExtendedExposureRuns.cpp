@@ -167,7 +167,7 @@ void PTExtendedExposureWidget::processPendingEvents() {
 }
 
 void PTExtendedExposureWidget::uncheckLater(QPushButton* button) {
-    // Later, on the same thread: what asked for it is still at work on the picture, and a button
-    // that is unchecked stops its run.
+    // Queued, on the same thread: the caller is still handling the image, and unchecking a button
+    // stops its run.
     QMetaObject::invokeMethod(button, "setChecked", Qt::QueuedConnection, Q_ARG(bool, false));
 }

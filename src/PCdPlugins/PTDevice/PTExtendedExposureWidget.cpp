@@ -109,8 +109,8 @@ void PTExtendedExposureWidget::connectDevice() {
             });
 }
 
-/// Each control that changes writes back, as if the user had changed it; only the property's signal
-/// for that is ignored here.
+/// Setting a control makes it write the record back, as if the user had changed it; only the
+/// property's signal for that write is ignored here.
 void PTExtendedExposureWidget::updateFromValue(const ExtendedExposureData& d) {
     updatingFromValue = true;
     PTExtendedExposureControls::show(*m_ui, d);

@@ -17,10 +17,10 @@ inline bool checkError(int result) {
     return result >= 0;
 }
 
-/// A record from here.
+/// A record with the function and line of the caller.
 #define PT_LOG() ptLog(Q_FUNC_INFO, __FILE__, __LINE__)
 
-/// A record from here, logged through a helper function.
+/// The same, logged through a helper function.
 #define PT_LOG_IN(function) ptLog(function, __FILE__, __LINE__)
 
 /// A record with a fixed source line: the number stays the same when the statement moves.

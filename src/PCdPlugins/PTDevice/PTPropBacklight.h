@@ -14,7 +14,7 @@ public:
     PTBacklightProperty(Toupcam_t* handle, const QByteArray& id, const QString& title);
 
     QWidget* createWidget() override;
-    /// Passes any value on. True if the SDK's result is not negative.
+    /// Sends any value, without a check. True if the SDK's result is not negative.
     bool trySetValueToDevice(int value) override;
     /// 0 also if it cannot be read.
     int tryGetValueFromDevice() override;

@@ -11,7 +11,7 @@ namespace {
 
 constexpr auto cbWbOnceText = "void cbWbOnce(const int, const int, void *)";
 
-/// Both values as the camera has them.
+/// Both values, read from the camera.
 struct TempTint {
     int temp = 0;
     int tint = 0;

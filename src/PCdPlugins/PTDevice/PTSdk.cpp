@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // The camera SDK's functions, as the plugin calls them: each looks up its namesake in libtoupcam at
-// its first call and forwards to it. The plugin is not linked with that library, so that  - a host
-// without it still loads the plugin, and learns from the log why there are no cameras,  - it may be
-// anywhere and needs no shared-object name,  - if an older library lacks a function, only that
-// function fails. Which library: the environment variable TOUPCAM_LIBRARY (a path), else
-// libtoupcam.so where the system's loader finds it.
+// its first call and forwards to it. The plugin is not linked with that library, so a host without
+// it still loads the plugin, and the log says why there are no cameras; the library may be anywhere
+// and needs no shared-object name; and if an older library lacks a function, only that function
+// fails. The library is the path in the environment variable TOUPCAM_LIBRARY, else libtoupcam.so
+// where the system's loader finds it.
 
 // Hidden, so that they never replace the library's own functions.
 #define TOUPCAM_API(type) __attribute__((visibility("hidden"))) type
@@ -40,7 +40,7 @@ static void* findFunction(const char* name) {
     return function;
 }
 
-// Arguments are passed twice, with and without their types: a template could forward to C
+// Arguments are listed twice, with and without their types: a template could forward to C
 // functions, but not define functions with their names.
 #define FORWARD(result, failure, name, parameters, arguments)                                      \
     result name parameters {                                                                       \

@@ -37,7 +37,7 @@ void waitFor(QWaitCondition& condition, QMutex& mutex, unsigned long millisecond
     QtTsan::mutexPostLock(&mutex, 0u, 0);
 }
 
-/// True for the first caller in the process.
+/// True for the first caller in the process, false for all later ones.
 bool isFirst(std::atomic<bool>& happened) {
     return !happened.exchange(true);
 }
@@ -122,7 +122,7 @@ PStatus PTStreamThread::onStart() {
 }
 
 PStatus PTStreamThread::onStop() {
-    // Events are kept: a restarted loop continues where this one ended.
+    // The events are kept: a restarted loop continues where this one ended.
     const QMutexLocker locker(&lock);
     images.clear();
     return PStatus::Ok;

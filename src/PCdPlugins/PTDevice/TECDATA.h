@@ -4,7 +4,7 @@
 #include <QDataStream>
 #include <QMetaType>
 
-/// Cooler switch and target temperature: the value of "teccontrol". A value; any thread.
+/// Cooler switch and target temperature: the value of "teccontrol". A value type; any thread.
 struct TECDATA {
     Q_GADGET
     Q_PROPERTY(qint32 on MEMBER on)
