@@ -27,7 +27,7 @@ namespace {
 constexpr std::chrono::milliseconds signalsEvery(100);
 constexpr qsizetype logRecords = 2000; // more than users scroll through
 
-/// Qt's own texts, on buttons and in file dialogs, if its catalogue is installed.
+/// Installs Qt's own texts, on buttons and in file dialogs, if there is a catalogue.
 void installTextsOfQt(const QLocale& locale) {
     auto translator = std::make_unique<QTranslator>();
     if (!translator->load(locale, u"qtbase"_qs, u"_"_qs,
@@ -97,7 +97,7 @@ PStatus PViewProgram::startCameras(const PViewOptions& options) {
         note(plugins.reason());
     for (const PPluginLoader::Failure& failure : m_host.pluginFailures())
         note(u"plugin \"%1\" not loaded: %2"_qs.arg(failure.path, failure.reason));
-    // After the plugins are loaded, and before their devices make their titles.
+    // After the plugins are loaded, and before their devices create their titles.
     useLanguage(PTranslations::language(options.language));
     return PStatus::Ok;
 }

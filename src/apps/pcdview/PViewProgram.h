@@ -21,8 +21,8 @@ public:
     PViewProgram();
     ~PViewProgram();
 
-    /// Starts log, SDK, plugins, language and window. Fails with what is wrong with the command
-    /// line; other problems are shown in the window.
+    /// Starts log, SDK, plugins, language and window. Fails if the command line is wrong, with the
+    /// error; other problems are shown in the window.
     PStatus start(const PViewOptions& options);
     /// Runs until the window is closed, the picture of --grab is saved, or a termination signal
     /// arrives: recordings are then completed without a question. Returns the exit code.

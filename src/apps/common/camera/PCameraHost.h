@@ -14,8 +14,8 @@ class PCameraHost {
 public:
     /// See PCameraSdk::load().
     PStatus loadSdk(const QString& choice) { return m_sdk.load(choice); }
-    /// Sets the scene file of the simulated cameras. Fails with what is wrong with it, or if the
-    /// SDK is not simulated.
+    /// Sets the scene file of the simulated cameras. Fails with the error in it, or if the SDK is
+    /// not simulated.
     PStatus loadScene(const QString& file);
     /// Loads the plugins of these folders and of the usual ones. Fails if there is none; failures
     /// of single plugins are in pluginFailures().

@@ -5,7 +5,7 @@
 
 class PDevice;
 
-/// Identifies a camera, even after its device is gone. A value.
+/// Identifies a camera, even after its device is gone. A value type.
 struct PCameraIdentity {
     QString id;
     QString model;

@@ -22,13 +22,14 @@ QString simulatorPath() {
     return QDir::cleanPath(programs.filePath(u"../lib/sim/libtoupcam.so"_qs));
 }
 
-/// The file that the loader has really taken for a name.
+/// The file that the loader used for a library name.
 QString libraryFile(void* symbol) {
     Dl_info info{};
     return dladdr(symbol, &info) == 0 ? QString() : QFile::decodeName(info.dli_fname);
 }
 
-/// What a function without arguments answers; empty if there is no such function, or no answer.
+/// The text that a function without arguments returns; empty if there is no such function, or it
+/// returns null.
 QString readText(void* library, const char* function) {
     void* const symbol = dlsym(library, function);
     return symbol == nullptr ? QString()

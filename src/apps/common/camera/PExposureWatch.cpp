@@ -135,8 +135,8 @@ bool PExposureWatch::hasSettled() const {
     return !mayMove || m_device->frameLedger().produced >= m_framesAtChange + framesToSettle;
 }
 
-/// The camera ends up with the wanted settings, which it has already. Nothing is sent unless a
-/// panel answers: between two readings automatic exposure may have moved.
+/// The camera ends up with the wanted settings, which it already has. Nothing is sent unless a
+/// panel responds by writing: automatic exposure may have moved between two readings.
 void PExposureWatch::refreshRecord(const Reading& wanted) {
     if (m_composite == nullptr)
         return;

@@ -7,7 +7,8 @@
 
 namespace {
 
-/// The plain setting is the camera's. A composite one has a time for each way of capture.
+/// The plain setting is that of the camera. A composite one has a separate time for live and for
+/// triggered capture.
 std::optional<double> readMilliseconds(const PDeviceRoles& roles) {
     const PRoleValue time = roles.find(PRole::ExposureTime);
     const bool isTriggers = !time.hasPlain(PRole::ExposureTime) && roles.isOn(PRole::Triggered);
@@ -26,7 +27,7 @@ std::optional<double> positive(std::optional<double> number) {
     return number && *number > 0 ? number : std::nullopt;
 }
 
-/// With as many decimals as are needed, three at most.
+/// The number with as many decimals as it needs, at most three.
 QString decimalText(double value) {
     QString text = QString::number(value, 'f', 3);
     while (text.endsWith(u'0'))
@@ -40,7 +41,9 @@ QString squareText(int side) {
     return u"%1x%1"_qs.arg(side);
 }
 
-/// A choice is called after its square, or is the camera's number for none; a number is the side.
+/// A choice is named after its square, or has the camera's number for no binning; a number is the
+/// "2x2": taken from the choice's name, or "1x1" for the choice whose number is 1; a plain number
+/// is the side of the square. Empty if unknown.
 QString binningText(const PDeviceRoles& roles, const PSettingNames& names) {
     const PRoleValue binning = roles.find(PRole::Binning);
     const PEnumerationItem item = names.item(binning.id, binning.part(PRole::Binning));

@@ -10,7 +10,7 @@
 class PDeviceRoles;
 struct PDeviceSettings;
 
-/// How a frame was exposed, as far as the roles of its settings allow. A value.
+/// How a frame was exposed, as far as the roles of its settings allow. A value type.
 struct PFrameExposure {
     std::optional<double> milliseconds;
     std::optional<double> gain; ///< a factor: 1.2 is 120 %

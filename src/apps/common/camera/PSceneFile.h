@@ -6,7 +6,7 @@
 #include <QByteArray>
 #include <QString>
 
-/// The text of a scene file for the simulated SDK. A value.
+/// The text of a scene file for the simulated SDK. A value type.
 class PSceneFile {
 public:
     /// Reads the file. Relative picture paths refer to its folder, so they are made absolute; the

@@ -8,7 +8,8 @@
 
 namespace {
 
-/// A method of the property reads what is not its value.
+/// The temperature that the property's method returns, which is not the property's value; nothing
+/// if it could not be read.
 std::optional<double> invoked(PDeviceProperty& property) {
     const QByteArray method = PPropertyRoles::method(property, PRole::SensorTemperature);
     QVariant degrees;

@@ -10,8 +10,8 @@
 
 class PDevice;
 
-/// The choices of a device's settings, available even after the device is gone. A value; any thread
-/// may read it.
+/// The choices of a device's settings, available even after the device is gone. A value type; any
+/// thread may read it.
 class PSettingNames {
 public:
     PSettingNames() = default;

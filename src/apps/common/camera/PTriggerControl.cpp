@@ -15,12 +15,12 @@ namespace {
 
 using std::chrono::microseconds;
 
-/// How long one of a part of the exposure time is.
+/// The duration of one unit of a part of the exposure time.
 microseconds partLength(const PRoleBinding& part) {
     return microseconds(std::llround(part.toRole(1) * 1000));
 }
 
-/// The fields with a role; of times, the longest unit first.
+/// The fields with a role; for times, the longest unit first.
 PRoleBindings findFields(const PDeviceProperty& property, PRole role) {
     PRoleBindings fields = PPropertyRoles::of(property);
     fields.removeIf([&](const PRoleBinding& binding) {
@@ -69,7 +69,7 @@ std::optional<TimeRange> toTimeRange(const QVariant& range) {
     return TimeRange{double(whole.minimum), double(whole.maximum), double(whole.step)};
 }
 
-/// Of a property whose value is an exposure time: its range in milliseconds, if it has one.
+/// The range, in milliseconds, of a property whose value is an exposure time, if it has one.
 std::optional<TimeRange> readTimeRange(const PDeviceProperty& property) {
     const std::optional<TimeRange> range = toTimeRange(property.rangeInner());
     for (const PRoleBinding& time : PPropertyRoles::of(property)) {
@@ -81,7 +81,7 @@ std::optional<TimeRange> readTimeRange(const PDeviceProperty& property) {
 
 } // namespace
 
-/// By the range of the plain exposure time, where the camera has that.
+/// Checks against the range of the plain exposure time, if the camera has that property.
 PStatus PTriggerControl::checkExposure(const QVariant& value) const {
     const double time = toMilliseconds(value);
     if (!m_timeRange || (time >= m_timeRange->minimum && time <= m_timeRange->maximum))

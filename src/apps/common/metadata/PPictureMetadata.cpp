@@ -16,7 +16,7 @@ QString modeText(const PDeviceMode& mode) {
 }
 
 void appendStamp(PPictureMetadata& text, const PFrameStamp& stamp) {
-    // Live frames and stills are numbered apart, so their keys differ.
+    // Live frames and stills are numbered separately, so their keys differ.
     text.append({stamp.still ? u"Still picture"_qs : u"Frame"_qs, QString::number(stamp.sequence)});
     text.append({u"Time"_qs, stamp.arrivedUtc.toString(Qt::ISODateWithMs)});
     text.append({u"Mode"_qs, modeText(stamp.settings->mode)});

@@ -4,7 +4,7 @@
 #include <apps/common/metadata/PPictureMetadata.h>
 #include <apps/common/metadata/PPictureTags.h>
 
-/// Everything saved with a picture about how it was taken. A value.
+/// Everything saved with a picture about how it was taken. A value type.
 struct PPictureNotes {
     PPictureMetadata text;
     PPictureTags tags = {};

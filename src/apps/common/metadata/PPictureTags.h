@@ -10,7 +10,7 @@ struct PCameraIdentity;
 struct PFrameStamp;
 
 /// The metadata for which picture formats have tags (TIFF 6.0, EXIF 2.32, PNG's pHYs). What is
-/// empty or has no value is unknown, and gets no tag. A value.
+/// empty or has no value is unknown, and gets no tag. A value type.
 struct PPictureTags {
     QByteArray software; ///< program and version
     QByteArray make;     ///< "Simulated camera"; real cameras do not report their maker

@@ -94,7 +94,7 @@ public:
         else if (description->title != nullptr && (m_areTriggered || !description->isOfTrigger))
             add(QString::fromLatin1(description->title), toText(*description, *binding, value));
     }
-    /// Does nothing if the key is there already: a record repeats plain settings.
+    /// Does nothing if the key exists already: a record repeats plain settings.
     void add(const QString& key, const QString& text) {
         const bool isThere = std::any_of(list.begin(), list.end(),
                                          [&](const auto& there) { return there.first == key; });
@@ -108,7 +108,7 @@ private:
     bool m_areTriggered;
 };
 
-/// The binding of a field, or with an empty name of the whole value; null if it has no role.
+/// The binding of a field, or of the whole value if the name is empty; null if it has no role.
 const PRoleBinding* findBinding(const PRoleBindings& bindings, const QByteArray& field) {
     const auto found =
         std::find_if(bindings.begin(), bindings.end(), [&](const PRoleBinding& binding) {

@@ -148,7 +148,7 @@ private:
     }
 
     void writeTiffData() {
-        // Without attributes it means: all directories of the file, in their order.
+        // Without attributes it refers to all directories of the file, in their order.
         if (!m_isFinished)
             m_xml.writeEmptyElement(u"TiffData"_qs);
         for (std::size_t i = 0; m_isFinished && i < m_document.planes.size(); ++i) {

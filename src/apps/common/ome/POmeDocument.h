@@ -17,8 +17,8 @@ struct POmePlane {
     std::optional<double> exposureMs;
 };
 
-/// What the OME-XML of a stack says (schema 2016-06, www.openmicroscopy.org/Schemas). All pictures
-/// are of one camera and one size. A value; any thread.
+/// The content of a stack's OME-XML (schema 2016-06, www.openmicroscopy.org/Schemas). All pictures
+/// are of one camera and one size. A value type; any thread.
 struct POmeDocument {
     QString creator; ///< the program
     QString name;    ///< of the recording
@@ -36,9 +36,9 @@ struct POmeDocument {
     /// The whole document, as UTF-8.
     QByteArray toXml() const;
 
-    /// A document for a recording whose length nobody knows yet: it says that all pictures of the
-    /// file belong to the stack, and describes the first one. The number of pictures is at
-    /// `countPosition` with countDigits digits, to be written over.
+    /// A document for a recording whose length is not known yet: it assigns all pictures of the
+    /// file to the stack, and describes the first one. The number of pictures is at
+    /// `countPosition`, with countDigits digits, to be overwritten.
     struct Unfinished {
         QByteArray xml;
         qsizetype countPosition = 0;

@@ -29,7 +29,7 @@ private:
 
     const PCameraIdentity m_camera;
     PPictureMetadata m_first;   ///< of the first frame
-    PPictureMetadata m_changes; ///< of settings, since then; not more than can be read
+    PPictureMetadata m_changes; ///< of settings, since then; limited in number
     quint64 m_moreChanges = 0;
     std::shared_ptr<const PDeviceSettings> m_settings;
     std::vector<std::pair<quint64, quint64>> m_numbers; ///< first and last of frames in a row

@@ -16,10 +16,11 @@ class POmeStackWriter : public PFrameWriter {
     Q_DECLARE_TR_FUNCTIONS(POmeStackWriter)
 
 public:
-    /// What one file may hold: libtiff, with which most programs read, takes no more directories.
+    /// The most frames in one file: libtiff, which most programs use to read, supports no more
+    /// directories.
     static constexpr quint64 framesAFileHolds = 1'048'576;
 
-    /// Where the file goes, and what it says of the recording.
+    /// The file's path, and what is known about the recording.
     struct Options {
         QString path;
         PCameraIdentity camera;
@@ -32,12 +33,12 @@ public:
 
     explicit POmeStackWriter(const Options& options);
 
-    /// The endings of file names that mean a stack: ".ome.tif" …
+    /// The endings of file names that select a stack: ".ome.tif" …
     static QStringList endings();
     static bool isName(const QString& path);
 
     int threads() const override { return 1; }
-    /// All frames must be of one size and kind.
+    /// All frames must have the same size and format.
     PStatus write(const PDeviceFrame& frame, quint64 number) override;
     PStatus finish(const PRecordEnd& end) override;
 

@@ -15,8 +15,8 @@ int reason(int result) {
     return result == 0 ? 0 : errno;
 }
 
-/// Does this error mean that the file system does not support the step? FAT returns EPERM for links
-/// (link(2)), NFS and FUSE return EINVAL for renameat2's flags (rename(2)).
+/// True if this error means that the file system does not support the step. FAT returns EPERM for
+/// links (link(2)), NFS and FUSE return EINVAL for renameat2's flags (rename(2)).
 bool isUnsupported(int error) {
     return error == EINVAL || error == ENOSYS || error == EOPNOTSUPP || error == EPERM;
 }

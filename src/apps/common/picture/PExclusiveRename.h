@@ -10,7 +10,7 @@
 /// dangling link. Both names are in one folder. Any thread.
 class PExclusiveRename {
 public:
-    /// One way to do it. Returns 0, or the errno of the failure; then `from` keeps its name.
+    /// One way to rename. Returns 0, or the errno of the failure; then `from` keeps its name.
     using Step = int (*)(const QByteArray& from, const QByteArray& to);
 
     /// Atomically, which some file systems do not support.

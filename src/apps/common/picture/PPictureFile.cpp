@@ -32,8 +32,8 @@ bool hasEnding(const QString& path, const QString& ending) {
     return path.endsWith(ending, Qt::CaseInsensitive);
 }
 
-/// For QImage, whose own default is the screen's. Negative: not known; no number would keep that
-/// one.
+/// For QImage, which otherwise has the resolution of the screen. If the size is unknown, a negative
+/// number, for which no resolution is saved.
 int pixelsPerMetre(const PPictureTags& tags) {
     const double pixels = tags.pixelSizeUm ? 1e6 / *tags.pixelSizeUm : -1;
     return pixels > 0 && pixels <= std::numeric_limits<int>::max() ? int(std::lround(pixels)) : -1;
@@ -55,8 +55,8 @@ QImage withNotes(const QImage& image, const PPictureNotes& notes) {
 QByteArray encodePng(const QImage& image, const PPictureNotes& notes, PPictureFile::Effort effort) {
     QBuffer buffer;
     QImageWriter writer(&buffer, "png");
-    // Qt makes zlib's level of the quality: (100 - quality) * 9 / 91, so 80 is level 1, the fastest
-    // that still compresses.
+    // Qt computes zlib's level from the quality: (100 - quality) * 9 / 91, so 80 is level 1, the
+    // fastest that still compresses.
     if (effort == PPictureFile::Effort::Fast)
         writer.setQuality(80);
     if (!writer.write(withNotes(image, notes)))
@@ -83,7 +83,8 @@ PStatus replaceFile(const QString& path, const QByteArray& bytes) {
     return status.isOk() ? status : fileFailure(path, status.reason());
 }
 
-/// Not PWholeFile::replace(): its last step replaces whatever has come up under the name meanwhile.
+/// Not PWholeFile::replace(): its last step replaces a file that has appeared under the name
+/// meanwhile.
 PStatus createFile(const QString& path, const QByteArray& bytes) {
     // A unique name: another program may be saving under the same one.
     QFile file(u"%1.%2.part"_qs.arg(path, QUuid::createUuid().toString(QUuid::Id128)));
@@ -130,7 +131,7 @@ PStatus PPictureFile::prepareFolder(const QString& path) {
 
 PStatus PPictureFile::save(const QString& path, const QImage& image, const PPictureNotes& notes,
                            Existing existing, Effort effort) {
-    // First in memory: this tells failures of the disk from failures of the format.
+    // Encoded in memory first, to distinguish failures of the disk from failures of the format.
     const QByteArray bytes = encode(path, image, notes, effort);
     if (bytes.isEmpty())
         return fileFailure(path, tr("the picture cannot be stored in this format"));

@@ -15,7 +15,7 @@ QRegularExpression pattern() {
     return QRegularExpression(text + u'$');
 }
 
-/// Microseconds of the groups that were there.
+/// The total of the groups that matched, in microseconds.
 double total(const QRegularExpressionMatch& match) {
     constexpr double units[]{60e6, 1e6, 1e3, 1};
     double sum = 0;

@@ -7,7 +7,7 @@ namespace {
 
 using Option = PProgramOptions::Option;
 
-/// The last one is the long name.
+/// The names of an option; the last one is the long name.
 QStringList optionNames(Option option) {
     switch (option) {
     case Option::Sdk:
@@ -38,7 +38,7 @@ QStringList longNames() {
     return names;
 }
 
-/// A text option that is given says something: an empty one comes from a variable that was not set.
+/// A given text option must not be empty: it would come from a variable that was not set.
 PStatus checkTexts(const QCommandLineParser& parser, const QStringList& options) {
     for (const QString& option : options) {
         if (parser.isSet(option) && parser.values(option).contains(QString()))

@@ -8,7 +8,7 @@
 
 #include <optional>
 
-/// The options that every program has. A value; any thread.
+/// The options that every program has. A value type; any thread.
 struct PProgramOptions {
     QString sdk = u"auto"_qs;
     QString scene; ///< file; empty: none

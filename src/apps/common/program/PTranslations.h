@@ -6,7 +6,7 @@
 /// The language of a program and of its plugins. The main thread.
 class PTranslations {
 public:
-    /// Is this a language of the programs: "en" or "ru", also with a country ("ru_RU")?
+    /// True for a language of the programs, "en" or "ru", also with a country ("ru_RU").
     static bool isKnown(const QString& language);
     /// The requested language: `requested` ("ru", "en"), else the environment variable PCD_LANG,
     /// else that of the system.

@@ -6,7 +6,7 @@
 #include <QRegularExpression>
 
 PStatus PFileSequence::setPattern(const QString& pattern) {
-    // A # in the folder's name is kept.
+    // A # in the folder's name is not replaced.
     static const QRegularExpression oneRun(u"^((?:.*/)?[^#/]*)(#+)([^#/]*)$"_qs,
                                            QRegularExpression::DotMatchesEverythingOption);
     const QRegularExpressionMatch match = oneRun.match(pattern);
@@ -37,7 +37,7 @@ QString PFileSequence::firstExisting(quint64 last) const {
     return first == 0 ? QString() : path(first);
 }
 
-/// The number of a file of the series, else 0.
+/// The number of a file of the series, or 0.
 quint64 PFileSequence::toNumber(const QString& path) const {
     const qsizetype digits = path.size() - m_before.size() - m_after.size();
     if (digits < m_digits || !path.startsWith(m_before) || !path.endsWith(m_after))

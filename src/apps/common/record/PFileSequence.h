@@ -6,7 +6,7 @@
 #include <QString>
 
 /// A series of file names with numbers: "run/frame-####.png" is run/frame-0001.png and so on. A
-/// value; one thread.
+/// value type; one thread.
 class PFileSequence {
 public:
     PFileSequence() = default;

@@ -44,7 +44,7 @@ bool PFrameRecorder::takeFrame(const PDeviceFrame& frame, Kind kind) {
     return false;
 }
 
-/// The reason as given.
+/// The failure of a disk that is too slow: `words` with the limit in megabytes.
 QString PFrameRecorder::tooSlow(const QString& words) const {
     return words.arg(double(m_memory->limit()) / 1e6, 0, 'f', 1);
 }
@@ -68,7 +68,7 @@ PStatus PFrameRecorder::finish(const QString& failure) {
     {
         const std::lock_guard lock(m_mutex);
         end.ledger = m_ledger;
-        // Files are read by others too, so the reason in them is in English.
+        // Other users read the files too, so the reason in them is in English.
         if (m_queue.state().error.isEmpty() && m_isDiskTooSlow)
             end.failure = tooSlow(QString::fromLatin1(tooSlowWords));
     }
@@ -100,15 +100,15 @@ PFrameRecorder::Progress PFrameRecorder::progress(Clock::time_point now) const {
     return progress;
 }
 
-/// Locked. The first failure, in the user's language.
+/// Called under the lock. The first failure, in the user's language.
 QString PFrameRecorder::error(const PFrameWriteQueue::State& queue) const {
     if (!queue.error.isEmpty())
         return queue.error;
     return m_isDiskTooSlow ? tooSlow(tr(tooSlowWords)) : m_finishError;
 }
 
-/// Locked. Claimed frames are counted independently of their outcomes, so that one lost in between
-/// would be noticed.
+/// Called under the lock. Claimed frames are counted independently of their outcomes, so that a
+/// frame lost in between would be noticed.
 PRecordTally PFrameRecorder::tally(const PFrameWriteQueue::State& queue) const {
     PRecordTally tally;
     tally.wanted = m_schedule.frames().value_or(m_schedule.claimed());

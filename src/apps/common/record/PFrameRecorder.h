@@ -31,16 +31,16 @@ public:
     /// Ignores snapshots. False for a frame that should be recorded but finds no room.
     bool takeFrame(const PDeviceFrame& frame, Kind kind) override;
 
-    /// No more frames are taken; those that wait are written, then the files are completed, with
-    /// the ledger of the camera's frames in this time (PFrameLedger::since()) and with the reason
-    /// if the recording did not end as planned (else empty). Returns at once. Only the first call
-    /// counts.
+    /// Ends the recording: takes no more frames, writes those that wait, then completes the files,
+    /// with the ledger of the camera's frames in this time (PFrameLedger::since()) and with the
+    /// reason if the recording did not end as planned (else empty). Returns at once. Only the first
+    /// call has an effect.
     void end(const std::optional<PFrameLedger>& ledger, const QString& failure);
     /// Waits until the files are complete, or until the timeout. True if they are; false before
     /// end().
     bool waitUntilFinished(std::chrono::milliseconds timeout);
 
-    /// How far a recording is, all figures of the same moment.
+    /// The progress of a recording, all figures of the same moment.
     struct Progress {
         PRecordTally tally;
         std::optional<double> share; ///< of the planned end, from 0 to 1
@@ -63,8 +63,8 @@ private:
     const std::unique_ptr<PFrameWriter> m_writer;
     const std::shared_ptr<PWorkBudget> m_memory;
 
-    // Guards all below but the queues: the camera's thread, the writers and the users of progress()
-    // meet here. The queues' own locks are taken after it.
+    // Guards everything below but the queues: the camera's thread, the writers and the users of
+    // progress() share it. The queues' own locks are taken after it.
     mutable std::mutex m_mutex;
     PRecordSchedule m_schedule;
     std::optional<PFrameLedger> m_ledger;
@@ -73,8 +73,8 @@ private:
     bool m_isEnding = false;
     bool m_isFinished = false;
 
-    // Last, so that their threads are joined while the rest is there; the finisher, which waits for
-    // the other queue, first.
+    // Last, so that their threads are joined while the other members exist; the finisher, which
+    // waits for the other queue, first.
     PFrameWriteQueue m_queue;
     PWorkQueue m_finisher;
 };

@@ -10,7 +10,7 @@ PFrameWriteQueue::PFrameWriteQueue(Write write, int writers, std::shared_ptr<PWo
 }
 
 bool PFrameWriteQueue::push(const PDeviceFrame& frame) {
-    // In one go: numbers follow the order of the work, and after a failure nothing is added.
+    // Under one lock: numbers follow the order of the work, and after a failure nothing is added.
     const std::lock_guard lock(m_mutex);
     const quint64 number = m_lastNumber + 1;
     const auto write = [this, frame, number] { return tryWrite(frame, number); };
@@ -48,7 +48,7 @@ void PFrameWriteQueue::count(const PStatus& result) {
         giveUp(result.reason());
 }
 
-/// The recording ends: writing the waiting frames would leave a gap in it. Locked.
+/// The recording ends: writing the waiting frames would leave a gap in it. Called under the lock.
 void PFrameWriteQueue::giveUp(const QString& error) {
     m_state.error = error;
     const std::size_t dropped = m_work.discard();

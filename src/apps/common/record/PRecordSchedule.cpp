@@ -7,7 +7,7 @@ namespace {
 
 using Duration = PRecordSchedule::Duration;
 
-/// A multiple of a time; a century at most, which a clock can hold twice.
+/// A multiple of a time; at most a century, twice which still fits into a clock.
 Duration times(quint64 count, Duration time) {
     const Duration most = std::chrono::hours(24 * 365 * 100);
     return time > Duration::zero() && count > quint64(most / time) ? most
@@ -70,7 +70,7 @@ std::optional<PRecordSchedule::Duration> PRecordSchedule::timeLeft(TimePoint now
     return left;
 }
 
-/// Until the last of a number of frames is due.
+/// The time until the last of a number of frames is due.
 std::optional<PRecordSchedule::Duration> PRecordSchedule::framesLeft(TimePoint now) const {
     if (!m_plan.frames)
         return std::nullopt;

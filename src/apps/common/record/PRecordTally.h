@@ -3,13 +3,13 @@
 
 #include <QtGlobal>
 
-/// The count of the frames that a recording should have. A value.
+/// The count of the frames that a recording should have. A value type.
 struct PRecordTally {
     quint64 wanted = 0;   ///< the planned number; without one, those that arrived
     quint64 written = 0;  ///< in the files
     quint64 waiting = 0;  ///< to be written
     quint64 failed = 0;   ///< could not be written, or waited when another could not
-    quint64 refused = 0;  ///< arrived while too much was waiting
+    quint64 refused = 0;  ///< arrived while too many frames were waiting
     quint64 notTaken = 0; ///< have not arrived
 
     /// True if every frame of `wanted` is counted once among the others.

@@ -5,11 +5,11 @@
 #include <apps/common/record/PFileSequence.h>
 #include <apps/common/record/PFrameWriter.h>
 
-/// Writes a recording as a series of PNG or TIFF files, one a frame, each with its PPictureNotes.
+/// Writes a recording as a series of PNG or TIFF files, one per frame, each with its PPictureNotes.
 /// Never overwrites a file.
 class PSeriesWriter : public PFrameWriter {
 public:
-    /// The size of a pixel as saved is on the specimen, in micrometres.
+    /// The pixel size is that of a pixel as saved, on the specimen, in micrometres.
     PSeriesWriter(PFileSequence files, PCameraIdentity camera,
                   std::optional<double> pixelSizeUm = std::nullopt)
         : m_files(std::move(files))

@@ -5,7 +5,7 @@
 
 #include <vector>
 
-/// Rows of pictures as in files: grey, or red, green, blue, without padding. Any thread.
+/// Rows of pictures as stored in files: grey, or red, green, blue, without padding. Any thread.
 namespace PPackedRows {
 
 /// 1 for Grayscale8, else 3.

@@ -17,7 +17,7 @@ bool writeRows(TIFF* tiff, const QImage& image) {
     return TIFFWriteDirectory(tiff) != 0;
 }
 
-/// What a picture's rows, directory and text take at most, below the format's 4 GiB.
+/// True if the largest possible size of rows, directory and text is below the format's 4 GiB.
 bool fits(const QImage& image, int samples, const QByteArray& description) {
     constexpr qint64 directory = 4096;
     const qint64 pixels = qint64(image.width()) * image.height() * samples;

@@ -7,8 +7,8 @@
 #include <QImage>
 #include <QString>
 
-/// Encodes pictures as TIFF: 8 bits a sample, grey or RGB, uncompressed, little-endian. Through
-/// libtiff itself: Qt's TIFF writer needs a plugin and writes no description. Any thread.
+/// Encodes pictures as TIFF: 8 bits per sample, grey or RGB, uncompressed, little-endian. Uses
+/// libtiff itself, because Qt's TIFF writer needs a plugin and writes no description. Any thread.
 class PTiffEncoder {
 public:
     /// The file's bytes, with the text (as UTF-8) in the tag ImageDescription, and these tags.

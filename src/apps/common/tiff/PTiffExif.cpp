@@ -5,7 +5,7 @@
 
 namespace {
 
-/// False if there is a text and libtiff refuses it.
+/// Sets a tag unless the text is empty. False if libtiff refuses it.
 bool setText(TIFF* tiff, uint32_t tag, const QByteArray& text) {
     return text.isEmpty() || TIFFSetField(tiff, tag, text.constData()) != 0;
 }
@@ -32,7 +32,7 @@ bool setExposure(TIFF* tiff, const PPictureTags& tags) {
             TIFFSetField(tiff, EXIFTAG_EXPOSUREMODE, tags.isAutomatic ? automatic : manual));
 }
 
-/// What every EXIF directory must have.
+/// Sets the tags that every EXIF directory must have.
 bool setVersions(TIFF* tiff) {
     constexpr int uncalibrated = 0xffff;
     return TIFFSetField(tiff, EXIFTAG_EXIFVERSION, "0232") &&
@@ -43,8 +43,8 @@ bool setVersions(TIFF* tiff) {
 /// Writes the EXIF directory and begins that of the picture.
 bool endExif(TIFF* tiff, uint64_t& offset) {
     const bool isWritten = TIFFWriteCustomDirectory(tiff, &offset) != 0;
-    // Unlike TIFFWriteDirectory(), it leaves the values behind, and the next directory would begin
-    // over them.
+    // Unlike TIFFWriteDirectory(), it leaves the values in place, and the next directory would
+    // begin with them.
     TIFFFreeDirectory(tiff);
     return isWritten && TIFFCreateDirectory(tiff) == 0;
 }

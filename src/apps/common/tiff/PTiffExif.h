@@ -5,12 +5,12 @@
 
 #include <tiffio.h>
 
-/// The tags of a picture as TIFF and EXIF have them. The thread that writes the file.
+/// The tags of a picture as TIFF and EXIF store them. The thread that writes the file.
 class PTiffExif {
 public:
-    /// Writes an EXIF directory, and gives the directory that is made next the tags of TIFF and a
-    /// reference to it. Before any other tag of that one. Without tags it does nothing and
-    /// returns true; false if libtiff refuses.
+    /// Writes an EXIF directory, then sets the tags of TIFF and a reference to it in the directory
+    /// that is created next; must come before any other tag of that one. Without tags it does
+    /// nothing and returns true; false if libtiff refuses.
     static bool writeTo(TIFF* tiff, const PPictureTags& tags);
 
     /// The same as a block for formats that are not TIFF; empty without tags. Throws

@@ -7,17 +7,17 @@
 
 #include <functional>
 
-/// A TIFF file in memory, little-endian, not larger than 4 GiB. One thread.
+/// A TIFF file in memory, little-endian, at most 4 GiB. One thread.
 class PTiffMemory : private PTiffStream {
 public:
-    /// Has room for that many bytes at once; it grows if it must.
+    /// Reserves this number of bytes; grows as needed.
     explicit PTiffMemory(qsizetype room = 0);
 
     /// Creates the file with a function that writes it through libtiff, and returns the function's
     /// result; false if libtiff cannot open it. Throws std::bad_alloc.
     bool write(const std::function<bool(tiff*)>& writer);
 
-    /// The file that write() made; incomplete after it failed.
+    /// The file that write() created; incomplete after a failure.
     const QByteArray& bytes() const { return m_bytes; }
 
 private:

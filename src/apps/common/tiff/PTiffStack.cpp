@@ -14,8 +14,8 @@ using AtClose = PTiffStream::AtClose;
 // Small enough to stay in the processor's cache between being packed and being written.
 constexpr int stripBytes = 512 * 1024;
 
-/// At least two strips a picture: libtiff cuts up an only strip when the text is replaced, and some
-/// readers refuse a first picture with other strips than the rest.
+/// At least two strips per picture: libtiff splits a single strip when the text is replaced, and
+/// some readers reject a file whose first picture has a different strip layout.
 int stripRows(const QImage& picture, int samples) {
     const int most = std::max(1, (picture.height() + 1) / 2);
     return std::clamp(stripBytes / (picture.width() * samples), 1, most);
@@ -59,7 +59,7 @@ PStatus PTiffStack::append(const QImage& picture, const QByteArray& description,
         m_file.rollBack();
     }
     const PStatus status = finishStep(done);
-    // After a failed step libtiff and the file disagree about where the file ends.
+    // After a failed step libtiff and the file disagree about the end of the file.
     if (!status.isOk())
         m_tiff.reset();
     return status;
@@ -97,7 +97,7 @@ bool PTiffStack::writeStrips(const QImage& picture, int samples, int rowsPerStri
     return true;
 }
 
-/// Where in the first directory, which has just been written, the text is.
+/// Finds the text in the first directory, which has just been written.
 void PTiffStack::findDescription(qint64 directory, const QByteArray& description) {
     QByteArray written(m_file.size() - directory, '\0');
     m_file.read(directory, written.data(), written.size());

@@ -12,14 +12,14 @@
 
 #include <vector>
 
-/// A new TIFF file with many pictures, one after the other, uncompressed, 8 bits a sample, grey or
-/// RGB. At every moment, also when the program is killed or the disk is full, the file holds the
-/// pictures that append() has returned for, and ordinary readers open it. One thread.
+/// A new TIFF file with many pictures, one after the other, uncompressed, 8 bits per sample, grey
+/// or RGB. At every moment, even if the program is killed or the disk is full, ordinary readers can
+/// open the file, and it contains the pictures for which append() has returned. One thread.
 class PTiffStack {
     Q_DECLARE_TR_FUNCTIONS(PTiffStack)
 
 public:
-    /// What the file may grow to, which decides its format.
+    /// The size that the file may reach, which decides its format.
     enum class Size {
         UpTo4Gb,   ///< classic TIFF, which everything reads
         Unlimited, ///< BigTIFF
@@ -28,19 +28,20 @@ public:
     PTiffStack()
         : m_stream(m_file) {}
 
-    /// Makes the file. Fails with the reason: something of that name exists, …
+    /// Creates the file. Fails with the reason: something with that name exists, …
     PStatus create(const QString& path, Size size);
     bool isOpen() const { return m_file.isOpen(); }
 
     /// Adds a picture with a text (UTF-8) in its tag ImageDescription, and these tags. Grayscale8
-    /// becomes grey, all else RGB. On failure, with the reason, the file is as before and takes no
-    /// more pictures.
+    /// becomes grey, all other formats RGB. On failure, with the reason, the file is as before and
+    /// accepts no more pictures.
     PStatus append(const QImage& picture, const QByteArray& description,
                    const PPictureTags& tags = {});
 
-    /// Writes over a part of the first picture's text, in its place. Fails if it does not fit in.
+    /// Overwrites a part of the first picture's text in place. Fails if it does not fit.
     PStatus overwriteDescription(qsizetype position, const QByteArray& bytes);
-    /// Gives the first picture another text of any length. On failure the file is as before.
+    /// Replaces the first picture's text by another one of any length. On failure the file is as
+    /// before.
     PStatus replaceDescription(const QByteArray& description);
 
     /// Closes the file. Fails with the reason if the system reports only now that it is incomplete.

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cstdio>
 
-/// What libtiff calls.
+/// The callbacks for libtiff.
 struct PTiffStream::Calls {
     static PTiffStream& toStream(thandle_t handle) { return *static_cast<PTiffStream*>(handle); }
 

@@ -7,8 +7,8 @@
 
 struct tiff;
 
-/// Bytes that libtiff reads and writes, wherever they are kept. It calls back from C, so nothing
-/// that it calls may throw. One thread.
+/// Bytes that libtiff reads and writes, wherever they are stored. libtiff calls these functions
+/// from C, so they must not throw. One thread.
 class PTiffStream {
 public:
     virtual ~PTiffStream() = default;
@@ -19,8 +19,8 @@ public:
     };
     using Handle = std::unique_ptr<tiff, Close>;
 
-    /// What libtiff has not yet written when a handle is closed. After a failure it tries again
-    /// then.
+    /// Whether data that libtiff still buffers is written or dropped when a handle is closed. After
+    /// a failure libtiff would try to write it again then.
     enum class AtClose { Written, Dropped };
 
     /// Opens a handle at the beginning of the stream, with a mode of TIFFOpen(): "wl" for a new

@@ -7,8 +7,8 @@
 
 #include <tiffio.h>
 
-/// The tags of an uncompressed picture with 8 bits a sample, as this project's TIFF files have it.
-/// A value; the thread that writes the file.
+/// The tags of an uncompressed picture with 8 bits per sample, as in this project's TIFF files. A
+/// value type; the thread that writes the file.
 struct PTiffTags {
     int width = 0;   ///< pixels
     int height = 0;  ///< pixels

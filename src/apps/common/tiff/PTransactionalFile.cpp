@@ -15,9 +15,9 @@
 
 namespace {
 
-constexpr mode_t everybody = 0666; // less what the user's mask takes away
+constexpr mode_t everybody = 0666; // minus the permissions in the user's mask
 
-/// Puts into `bytes`, which begin at `offset`, what another piece has for the same place.
+/// Copies into `bytes`, which begin at `offset`, the part of another piece that overlaps them.
 void overlay(char* bytes, qint64 offset, qint64 count, qint64 pieceOffset,
              const QByteArray& piece) {
     const qint64 begin = std::max(offset, pieceOffset);
@@ -66,7 +66,7 @@ bool PTransactionalFile::write(qint64 offset, const void* bytes, qint64 count) {
     if (m_failed)
         return false;
     const char* const from = static_cast<const char*>(bytes);
-    // A piece that lies across the end of the last step is held back as a whole.
+    // A piece that extends across the end of the last step is held back as a whole.
     const bool written =
         offset < m_wholeSize ? holdBack(offset, from, count) : writeNow(offset, from, count);
     if (written)
@@ -74,7 +74,7 @@ bool PTransactionalFile::write(qint64 offset, const void* bytes, qint64 count) {
     return written;
 }
 
-/// An exception would go through the C library that writes.
+/// An exception would pass through the C library that writes.
 bool PTransactionalFile::holdBack(qint64 offset, const char* bytes, qint64 count) {
     try {
         m_heldBack[offset] = QByteArray(bytes, count);
@@ -142,6 +142,6 @@ void PTransactionalFile::rollBack() {
     m_heldBack.clear();
     m_failed = false;
     m_size = m_wholeSize;
-    // If the rest of a failed step cannot be cut off, it does no harm beyond the end.
+    // If the rest of a failed step cannot be cut off, it does no harm, as it is beyond the end.
     [[maybe_unused]] const int cut = ::ftruncate(m_descriptor, m_wholeSize);
 }

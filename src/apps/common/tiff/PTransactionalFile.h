@@ -8,9 +8,9 @@
 
 #include <map>
 
-/// A new file that grows in steps. Bytes written beyond the last whole step go to the file at once;
-/// bytes written over older ones are held back until the step is whole. So a format whose old bytes
-/// point to newer ones is valid at every moment, even if the program is killed. One thread.
+/// A new file that grows in steps. Bytes beyond the last completed step go to the file at once;
+/// bytes that overwrite older ones are held back until the step is complete. So a format whose old
+/// bytes point to newer ones is valid at every moment, even if the program is killed. One thread.
 class PTransactionalFile {
     Q_DECLARE_TR_FUNCTIONS(PTransactionalFile)
 
@@ -21,21 +21,21 @@ public:
     PTransactionalFile(const PTransactionalFile&) = delete;
     PTransactionalFile& operator=(const PTransactionalFile&) = delete;
 
-    /// Makes the file. Fails if anything of that name exists, or with the system's reason.
+    /// Creates the file. Fails if anything with that name exists, or with the system's reason.
     PStatus create(const QString& path);
     bool isOpen() const { return m_descriptor >= 0; }
-    /// Closes it as it was after the last step. Fails if the system reports only now, as for
-    /// files on other machines, that bytes could not be written, and if the file was removed or cut
-    /// short by others meanwhile.
+    /// Closes it as it was after the last step. Fails if the system reports only now that bytes
+    /// could not be written, as for files on other machines, or if another program removed or
+    /// truncated the file meanwhile.
     PStatus close();
 
-    /// False once anything could not be written; then all writing is refused until rollBack().
-    /// Never throws.
+    /// False once anything could not be written; after that every write is refused until
+    /// rollBack(). Never throws.
     bool write(qint64 offset, const void* bytes, qint64 count);
-    /// What would be in the file if the step were whole. Returns the number of bytes, which is less
-    /// at the end, or -1.
+    /// Reads what would be in the file if the step were complete. Returns the number of bytes,
+    /// which is smaller at the end, or -1.
     qint64 read(qint64 offset, void* bytes, qint64 count) const;
-    /// With all that was written, in bytes.
+    /// The size in bytes, including everything written so far.
     qint64 size() const { return m_size; }
 
     /// Completes the step. False, with the step undone, if that or an earlier write failed.
@@ -43,7 +43,7 @@ public:
     /// Undoes everything since the last step.
     void rollBack();
 
-    /// Why the last failed write or commit() failed.
+    /// The reason for the last failed write or commit().
     const QString& errorString() const { return m_error; }
 
 private:

@@ -9,7 +9,7 @@
 
 namespace {
 
-// Frames wait only for this thread, so this is reached only if something is broken.
+// Frames wait only for this thread, so this timeout is reached only if something is broken.
 constexpr std::chrono::seconds longestDrain(30);
 
 // Longer than most exposures; --timeout is for the others.
@@ -40,7 +40,7 @@ PCameraSession::PCameraSession(PDeviceManager& manager, PDevice* device)
     connect(&manager, &PDeviceManager::deviceRemoved, this, [this](PDevice* removed) {
         if (removed != m_device)
             return;
-        // It is about to be deleted, so its ledger is read now.
+        // The device is about to be deleted, so its ledger is read now.
         m_lastLedger = m_device->frameLedger();
         m_device = nullptr;
     });
@@ -53,7 +53,8 @@ PCameraSession::~PCameraSession() {
 PCtlOutcome PCameraSession::open(const PCtlOptions& options) {
     PCtlOutcome outcome = failedUnlessOk(m_device->link());
     if (outcome.isDone()) {
-        // Made when first read; only then do frames carry settings, and are roles found.
+        // The list is built when first read; only then do frames carry settings, and roles can be
+        // found.
         m_device->supportProperties();
         outcome = prepare(options);
     }

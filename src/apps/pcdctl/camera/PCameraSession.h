@@ -31,25 +31,25 @@ public:
     PCtlOutcome startLive(std::optional<std::chrono::milliseconds> atMost);
     /// Stops the stream and waits until the frames on their way have arrived.
     PStatus stopLive();
-    /// The default timeout for an answer of the camera in a stream of startLive().
+    /// The default timeout for a response of the camera in a stream of startLive().
     std::chrono::milliseconds longestAnswer() const;
 
     /// Null once the camera was unplugged.
     PDevice* device() const { return m_device; }
     bool isUnplugged() const { return m_device == nullptr; }
     const QString& cameraId() const { return m_id; }
-    /// The ledger of the frames; of an unplugged camera, as it was then.
+    /// The ledger of the frames; for an unplugged camera, its last state.
     PFrameLedger ledger() const;
-    /// The mode in use; of an unplugged camera, that of open().
+    /// The mode in use; for an unplugged camera, the one after open().
     const PDeviceMode& mode() const { return m_mode; }
 
     bool isInterrupted() const { return m_loop.isInterrupted(); }
-    /// Waits as the loop does, until the predicate holds or the camera is unplugged; true only if
-    /// it holds.
+    /// Waits as the loop does, until the predicate is true or the camera is unplugged; returns true
+    /// only if the predicate is.
     bool waitFor(const std::function<bool()>& predicate,
                  std::optional<std::chrono::milliseconds> atMost = std::nullopt);
 
-    /// Why a waitFor() for this ("a still picture") ended without it.
+    /// The reason why a waitFor() for this ("a still") ended without it.
     QString reasonWithout(const QString& what) const;
 
 private:

@@ -9,21 +9,21 @@
 /// The cameras of the program: SDK, plugins, devices. The main thread.
 class PCtlHost {
 public:
-    /// Loads the SDK, the scene and the plugins, and finds the cameras. Reports on the standard
-    /// error stream what else the user should know.
+    /// Loads the SDK, the scene and the plugins, and finds the cameras. Prints on the standard
+    /// error stream anything else that the user should know.
     PCtlOutcome start(const PCtlOptions& options);
 
     const PCameraSdk& sdk() const { return m_cameras.sdk(); }
     PDeviceManager& manager() { return m_cameras.manager(); }
     PCameraIdentity identify(const PDevice* device) const { return m_cameras.identify(device); }
 
-    /// The camera the user has chosen, or null and why.
+    /// The camera that the user selected, or null and why.
     struct Choice {
         PDevice* device = nullptr;
         PCtlOutcome outcome;
     };
-    /// The device that this index, id or prefix of an id stands for; without a text, the only or
-    /// first one. Else an outcome that says what was given and which cameras there are.
+    /// The device with this index, id or prefix of an id; for an empty text, the first one.
+    /// Otherwise an outcome that names what was given and the cameras that exist.
     Choice choose(const QString& camera) const;
 
 private:

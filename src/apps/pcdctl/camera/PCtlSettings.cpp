@@ -48,7 +48,7 @@ PCtlOutcome PCtlSettings::readWord(const QString& word, PDevice& device) {
     const QString name = word.left(equals).trimmed();
     const QString field = name.section(u'.', 1);
     PCtlOutcome outcome;
-    // With nothing after the dot, the whole word is an id that does not exist.
+    // With nothing after the dot, the whole word is an id, which does not exist.
     PDeviceProperty* const property =
         PPropertyLookup::find(device, field.isEmpty() ? name : name.section(u'.', 0, 0), outcome);
     if (property == nullptr)

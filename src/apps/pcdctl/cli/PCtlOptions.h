@@ -6,7 +6,7 @@
 
 #include <chrono>
 
-/// What the user requested on the command line. A value; any thread.
+/// What the user requested on the command line. A value type; any thread.
 struct PCtlOptions : PProgramOptions {
     /// The command: the first word, see PCtlSyntax.
     enum class Command {

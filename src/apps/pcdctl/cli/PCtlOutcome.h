@@ -3,7 +3,8 @@
 
 #include <QString>
 
-/// How a step of the program ended: its exit code, and a message for the user if not 0. A value.
+/// How a step of the program ended: its exit code, and a message for the user if not 0. A value
+/// type.
 struct PCtlOutcome {
     /// The exit codes, as the help documents them.
     enum Code { Done = 0, Failed = 1, WrongUsage = 2, NotFound = 3 };

@@ -13,7 +13,7 @@ void write(std::FILE* stream, const QByteArray& text) {
     std::fwrite(text.constData(), 1, std::size_t(text.size()), stream);
 }
 
-/// Names and values may come from files and cameras: they must not steer a terminal.
+/// Names and values may come from files and cameras: they must not control a terminal.
 QByteArray harmless(QString text) {
     for (QChar& c : text) {
         if (c.category() == QChar::Other_Control && c != u'\n')

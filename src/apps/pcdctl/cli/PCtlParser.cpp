@@ -19,7 +19,7 @@ namespace {
 
 constexpr quint64 mostFrames = 1'000'000'000;
 constexpr double mostSeconds = 1'000'000;
-constexpr double leastMicrometres = 0.0001; // no light shows less
+constexpr double leastMicrometres = 0.0001; // light resolves nothing smaller
 constexpr double mostMicrometres = 1'000'000;
 
 QString commandNames() {
@@ -91,14 +91,14 @@ PCtlOutcome readPixelSize(const QCommandLineParser& parser, std::optional<double
     return {};
 }
 
-/// Is every option one that this command has?
+/// Fails if an option is not one of this command's.
 PCtlOutcome checkOptions(const PCtlSyntax::CommandSyntax& syntax, const QStringList& arguments) {
     QCommandLineParser parser;
     PCtlSyntax::addOptions(parser, &syntax);
     if (!parser.parse(arguments))
         return withHint(parser.errorText(), syntax.name + u' ');
     const QStringList words = parser.positionalArguments();
-    const qsizetype count = words.size() - 1; // the command is a word too
+    const qsizetype count = words.size() - 1; // the command is an argument too
     if (count > syntax.mostWords)
         return withHint(u"unexpected argument \"%1\""_qs.arg(words.at(syntax.mostWords + 1)),
                         syntax.name + u' ');

@@ -14,7 +14,7 @@ public:
     PStatusLine(const PStatusLine&) = delete;
     PStatusLine& operator=(const PStatusLine&) = delete;
 
-    /// True if it is time to show a new text. Cheap, unlike making the text.
+    /// True if it is time to show a new text. Cheap to call, unlike making the text.
     bool isDue() const;
     void show(const QString& text);
 

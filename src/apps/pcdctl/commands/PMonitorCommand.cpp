@@ -34,7 +34,7 @@ PCtlOutcome runMonitorCommand(PCtlHost& host, const PCtlOptions& options) {
         printEvent(u"present"_qs, host.identify(device), options.json);
     if (present.isEmpty())
         PCtlOutput::printMessage(u"no camera yet; waiting for one"_qs);
-    // Gone with this function, before the manager removes its devices.
+    // Destroyed with this function, before the manager removes its devices.
     const QObject context;
     const auto print = [&](const QString& event) {
         return [&host, &options, event](const PDevice* device) {

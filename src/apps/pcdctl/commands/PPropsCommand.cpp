@@ -14,7 +14,7 @@ namespace {
 
 using Properties = QList<PDeviceProperty*>;
 
-/// Properties under a title, in the order they are shown in.
+/// Properties under a title, in the displayed order.
 struct Section {
     QString id; ///< of a group; empty for what belongs to none
     QString title;
@@ -30,7 +30,7 @@ Properties shownMembers(const Properties& members, const Properties& shown) {
     return result;
 }
 
-/// The groups of the camera; those that are left without a member only where all are shown.
+/// The groups of the camera; groups without a member only if all properties are shown.
 QList<Section> shownGroups(PDevice& device, const Properties& shown) {
     const bool isAll = shown.size() == device.supportProperties().size();
     QList<Section> sections;
@@ -72,7 +72,7 @@ void printJson(const QString& cameraId, const Properties& shown, const QList<Sec
         {{u"camera"_qs, cameraId}, {u"properties"_qs, properties}, {u"groups"_qs, sections}});
 }
 
-/// "Contrast = 12 µs", as much of it as there is.
+/// "Contrast = 12 µs", or the parts of it that exist.
 QString toHeading(const PDeviceProperty& property) {
     const QString value = PPropertyText::ofValue(property.valueInner(), property.rangeInner());
     const QString text = value.isEmpty() ? property.title() : property.title() + u" = "_qs + value;

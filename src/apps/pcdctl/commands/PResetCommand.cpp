@@ -24,11 +24,11 @@ public:
             reset(*property);
     }
 
-    /// All that were to be reset, in the order they were.
+    /// All properties to be reset, in the order in which they were reset.
     const QList<PDeviceProperty*>& properties() const { return m_properties; }
-    /// Those that have no default that can be sent.
+    /// Those without a default that can be sent.
     const Items& kept() const { return m_kept; }
-    /// Those whose default the camera did not take.
+    /// Those whose default the camera refused.
     const Items& refused() const { return m_refused; }
 
 private:

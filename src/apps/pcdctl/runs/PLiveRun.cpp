@@ -17,7 +17,7 @@ PCtlOutcome PLiveRun::run() {
     if (!outcome.isDone())
         return outcome;
     const bool reachedEnd = m_session.waitFor([this] { return isOver(); }, timeLimit());
-    // Read before the stream is closed: the time for closing is not a stall.
+    // Read before the stream is closed: the time that closing takes is not a stall.
     QString reason = failureReason(reachedEnd);
     if (!m_session.isUnplugged())
         beforeStop();
@@ -69,7 +69,7 @@ std::unique_ptr<PFrameWriter> PLiveRun::seriesWriter(const QString& pattern) con
     return std::make_unique<PSeriesWriter>(files, m_camera, m_options.pixelSizeUm);
 }
 
-/// Checked repeatedly while the stream runs. A recorder ends on its own when a frame could not be
+/// Checked repeatedly while the stream runs. A recorder ends by itself when a frame could not be
 /// saved.
 bool PLiveRun::isOver() {
     showStatus();
@@ -87,8 +87,8 @@ void PLiveRun::showStatus() {
     m_status.show((done ? PStatusLine::bar(*done) + u' ' : QString()) + statusText());
 }
 
-/// Why the stream did not end as planned; empty if it did. The recorder reports failures of the
-/// files.
+/// The reason why the stream did not end as planned; empty if it did. The recorder reports failures
+/// of the files.
 QString PLiveRun::failureReason(bool reachedEnd) const {
     if (isComplete())
         return {};
@@ -109,8 +109,8 @@ QString PLiveRun::stallReason() const {
         .arg(framesTaken());
 }
 
-/// Waits until all frames taken are in complete files. An interruption does not end this wait:
-/// frames would be lost.
+/// Waits until all frames that were taken are in complete files. An interruption does not end this
+/// wait, as frames would be lost.
 void PLiveRun::finishFiles(const QString& reason) {
     if (!m_recorder)
         return;
@@ -119,7 +119,7 @@ void PLiveRun::finishFiles(const QString& reason) {
         m_status.show(u"saving: %1 frames left"_qs.arg(m_recorder->progress().tally.waiting));
 }
 
-/// What is wrong with a stream that went to its end, by its ledger and tallies.
+/// What is wrong with a stream that reached its end, according to its ledger and tallies.
 QString PLiveRun::ledgerReason() const {
     if (m_tally.frames() == 0 && !m_session.isInterrupted())
         return u"camera %1 sent no frame"_qs.arg(m_camera.id);

@@ -17,8 +17,9 @@ public:
              const PCtlOptions& options);
     virtual ~PLiveRun() = default;
 
-    /// Runs the stream until its planned end, the user's, or a failure; then stops it, and sees
-    /// that what was taken is saved and the files are complete. Fails with the first reason.
+    /// Runs the stream until its planned end, an interruption by the user, or a failure; then stops
+    /// it, and makes sure that what was taken is saved and the files are complete. Fails with the
+    /// first reason.
     PCtlOutcome run();
 
     /// True once the stream was started: then there is a report.
@@ -27,25 +28,25 @@ public:
 protected:
     using Clock = PStreamTally::Clock;
 
-    /// The camera is open, the stream not started yet: makes what the run needs.
+    /// Called when the camera is open and the stream not started yet: creates what the run needs.
     virtual PCtlOutcome prepare() = 0;
-    /// The stream has just been started.
+    /// Called when the stream has just been started.
     virtual PCtlOutcome afterStart() { return {}; }
-    /// The stream is about to be stopped; the camera is there.
+    /// Called when the stream is about to be stopped; the camera is present.
     virtual void beforeStop() {}
     /// The stream ends after this time; none if it has no time limit.
     virtual std::optional<std::chrono::milliseconds> timeLimit() const { return std::nullopt; }
-    /// True if all that was planned is taken.
+    /// True if everything that was planned has been taken.
     virtual bool isComplete() const = 0;
-    /// For messages.
+    /// The number of frames taken, for messages.
     virtual quint64 framesTaken() const = 0;
-    /// True if the user may end the run at this point without failing it.
+    /// True if the user may end the run now without making it a failure.
     virtual bool mayEndNow() const;
     /// The longest time without a frame that is not a failure.
     virtual std::chrono::microseconds longestWait() const { return m_options.frameTimeout(); }
     /// Why a run without a frame for longestWait() fails.
     virtual QString stallReason() const;
-    /// How much of the run is done, from 0 to 1; nothing without a planned end.
+    /// The share of the run that is done, from 0 to 1; nothing without a planned end.
     virtual std::optional<double> share() const = 0;
     /// The line that shows progress, without its bar.
     virtual QString statusText() const = 0;
@@ -54,7 +55,7 @@ protected:
     void record(std::unique_ptr<PFrameWriter> writer, const PRecordSchedule::Plan& plan);
     /// A writer for the files of a pattern that was checked with the arguments.
     std::unique_ptr<PFrameWriter> seriesWriter(const QString& pattern) const;
-    /// Null without a recorder.
+    /// The recorder, or null.
     const PFrameRecorder* recorder() const { return m_recorder.get(); }
     /// The report on the stream; `outcome` is that of run().
     PStreamReport streamReport(const PCtlOutcome& outcome) const;

@@ -5,7 +5,7 @@
 
 #include <apps/common/record/PRecordTally.h>
 
-/// The report on a recording that has ended. A value; one thread.
+/// The report on a recording that has ended. A value type; one thread.
 struct PRecordReport {
     PStreamReport stream;
     QString file; ///< the stack, or the pattern of the files

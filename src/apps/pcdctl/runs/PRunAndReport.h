@@ -4,7 +4,7 @@
 #include <apps/pcdctl/camera/PCtlHost.h>
 #include <apps/pcdctl/cli/PCtlOutput.h>
 
-/// Does a run (a PLiveRun with a report) with the chosen camera, and prints its report if the
+/// Executes a run (a PLiveRun with a report) with the selected camera, and prints its report if the
 /// stream was started. The main thread.
 template <typename Run>
 PCtlOutcome runAndReport(PCtlHost& host, const PCtlOptions& options) {

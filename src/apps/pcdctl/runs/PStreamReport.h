@@ -12,7 +12,7 @@
 
 #include <optional>
 
-/// The report on a stream that has ended. A value; one thread.
+/// The report on a stream that has ended. A value type; one thread.
 struct PStreamReport {
     PCameraIdentity camera;
     PDeviceMode mode;

@@ -14,15 +14,16 @@ public:
     void add(const PImage& image);
 
     quint64 frames() const { return m_frames; }
-    /// From the first frame to the last.
+    /// The time from the first frame to the last.
     double seconds() const;
-    /// Over the whole stream: intervals between frames, and what came in them, by seconds(); 0 with
-    /// fewer than two frames. A megabyte is a million bytes.
+    /// Rates over the whole stream: intervals between frames, or the bytes that arrived in them,
+    /// per second of seconds(); 0 with fewer than two frames. A megabyte is a million bytes.
     double fps() const;
     double megabytesPerSecond() const;
-    /// Over the last second.
+    /// The rate over the last second.
     double currentFps() const { return m_current.fps(); }
-    /// The longest time between two frames, and the number of the one it is after; 0 with fewer.
+    /// The longest time between two frames, and the number of the frame before it; 0 with fewer
+    /// than two.
     struct Gap {
         double seconds = 0;
         quint64 after = 0;

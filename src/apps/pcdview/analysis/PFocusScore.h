@@ -3,14 +3,14 @@
 
 #include <PDip/PImageHeader.h>
 
-/// The Tenengrad measure of sharpness: the mean of the squared gradient, taken with the operator of
-/// Sobel (J. M. Tenenbaum, "Accommodation in Computer Vision", Stanford 1970; E. Krotkov,
+/// The Tenengrad measure of sharpness: the mean of the squared gradient, computed with the Sobel
+/// operator (J. M. Tenenbaum, "Accommodation in Computer Vision", Stanford 1970; E. Krotkov,
 /// "Focusing", International Journal of Computer Vision 1, 1987). No threshold; normalised by the
 /// square of the mean. Any thread.
 class PFocusScore {
 public:
-    /// Of the green (or grey) samples of these pixels; 0 if there are fewer than 3 x 3, or all are
-    /// black.
+    /// The score of the green (or grey) samples of these pixels; 0 if there are fewer than 3 x 3,
+    /// or all are black.
     template <typename Layout>
     static double of(const unsigned char* pixels, const PImageHeader& header);
 

@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr std::chrono::milliseconds leastRest(60); // faster changes of a histogram cannot be seen
+constexpr std::chrono::milliseconds leastRest(60); // faster changes of a histogram are not visible
 
 } // namespace
 

@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-/// Statistics of all pixels of one picture. A value; any thread.
+/// Statistics of all pixels of one picture. A value type; any thread.
 struct PFrameAnalysis {
     using Counts = std::array<quint64, 256>; ///< pixels of each sample value
 
@@ -28,7 +28,7 @@ struct PFrameAnalysis {
     double underShare() const { return share(under); }
     /// The mean sample of a channel (0: grey or red), from 0 to 255.
     double mean(std::size_t channel) const;
-    /// The levels that all but 0.1 % of the samples at either end lie between, over all channels.
+    /// The levels between which all but 0.1 % of the samples at either end lie, over all channels.
     std::pair<int, int> usedLevels() const;
 
     /// Reads every pixel of an image; without channels for a null image.

@@ -29,7 +29,7 @@ PExposureCountdown::PExposureCountdown(PDevice* device, Now now)
     : m_device(device)
     , m_now(std::move(now)) {
     restart();
-    // Each frame is worth no more than the time: the exposure is looked up when left() needs it.
+    // A frame only stores the time: the exposure is looked up when left() needs it.
     connect(device, &PDevice::imageChanged, this, [this] { m_began = m_now(); });
     connect(device, &PDevice::modeChanged, this, &PExposureCountdown::restart);
     if (const PDeviceProperty* const property =

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// The largest mode over the current one: all modes show the same field.
+/// The largest mode divided by the current one: all modes show the same field.
 double ofMode(PDevice& device) {
     const PDeviceMode current = device.getCurrentMode();
     int widest = current.width;

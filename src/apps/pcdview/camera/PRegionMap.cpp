@@ -48,7 +48,7 @@ PRegionMap PRegionMap::of(const PDevice& device, QSize picture) {
 }
 
 QRect PRegionMap::toSensor(const QRect& inPicture) const {
-    // From the unit square of the sensor's region to the picture, in the order of the camera.
+    // From the unit square of the sensor's region to the picture, step by step as in the camera.
     QTransform transform;
     transform.translate(0.5, 0.5);
     transform.rotate(rotation);

@@ -18,7 +18,7 @@ bool isChosenByCamera(PRole role) {
     return role == PRole::ExposureTime || role == PRole::Gain;
 }
 
-/// A property of the exposure that is in no profile, or null.
+/// An exposure property that profiles do not contain, or null.
 PDeviceProperty* notSaved(const PDevice& device, PRole role) {
     PDeviceProperty* const property = PDeviceRoles::plainProperty(device, role);
     return property == nullptr || property->isSerializable() ? nullptr : property;
@@ -29,7 +29,7 @@ PDeviceProperty* notSaved(const PDevice& device, PRole role) {
 PSettingsRestorer::PSettingsRestorer(QObject* parent)
     : QObject(parent) {
     m_later.setSingleShot(true);
-    m_later.setInterval(0); // once for all that changes together
+    m_later.setInterval(0); // once for all changes of one turn
     connect(&m_later, &QTimer::timeout, this, &PSettingsRestorer::remember);
 }
 

@@ -41,6 +41,6 @@ private:
 
     PDevice* m_device = nullptr;
     PDeviceProfileValues m_values;
-    std::map<PRole, QVariant> m_exposure; ///< values of plain properties that no profile has
+    std::map<PRole, QVariant> m_exposure; ///< values of plain properties that are in no profile
     QTimer m_later;
 };

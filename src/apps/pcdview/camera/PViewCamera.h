@@ -31,16 +31,16 @@ public:
     /// Whether live frames arrive, and if not, why.
     enum class State { Live, Paused, Unplugged };
 
-    /// Another clock than the system's, for its long exposures, is for tests.
+    /// Tests pass a clock other than the system's, for long exposures.
     explicit PViewCamera(PCameraIdentity identity, QObject* parent = nullptr,
                          PExposureCountdown::Now now = &PExposureCountdown::Clock::now);
     /// Closes the camera.
     ~PViewCamera() override;
 
-    /// Opens this device and starts its stream. A camera that was here before gets its settings
-    /// back: what could not be is in notes(). Fails with the reason.
+    /// Opens this device and starts its stream. A camera that was open before gets its settings
+    /// back; those that could not be restored are in notes(). Fails with the reason.
     PStatus attach(PDevice* device);
-    /// The device is about to go: its last picture and its ledger stay.
+    /// The device is about to be removed: its last picture and its ledger stay.
     void detach();
     /// Starts or stops the stream. Fails with the reason.
     PStatus setLive(bool live);
@@ -61,10 +61,10 @@ public:
     /// True where the next of them waits for the user or for a signal from outside: not during a
     /// run whose pictures the program itself triggers.
     bool isAwaitingTriggers() const;
-    /// True while a recording of it runs or completes its files.
+    /// True while it is being recorded, or its recording's files are being completed.
     bool isRecorded() const { return m_isRecorded; }
     void setRecorded(bool recorded);
-    /// What the user should know of the last attach().
+    /// What the user should know about the last attach().
     const QStringList& notes() const { return m_notes; }
     /// The newest frame that was shown.
     const PDeviceFrame& frame() const { return m_frame; }
@@ -75,16 +75,16 @@ public:
     double framesPerSecond() const;
     /// Whether a triggered run is in progress; its panel reports it.
     void setRunning(bool running);
-    /// Until the next picture of a long exposure; nothing where none is awaited.
+    /// The time until the next picture of a long exposure; nothing if none is expected.
     std::optional<std::chrono::seconds> untilNextPicture() const;
     double megabytesPerSecond() const; ///< million bytes a second, of pixels
 
 signals:
-    /// state(), or whether it is recorded or awaits triggers, may have changed.
+    /// state(), isRecorded() or isAwaitingTriggers() may have changed.
     void stateChanged();
     /// The device has another mode, or is another device.
     void modeChanged();
-    /// A frame to be shown: the newest, and about 30 a second at most.
+    /// A frame to show: the newest, at most about 30 per second.
     void frameChanged(const PDeviceFrame& frame);
     /// A still or a triggered frame arrived. Live frames that a panel forwards as snapshots
     /// are left out.
@@ -118,6 +118,6 @@ private:
     bool m_isRecorded = false;
     quint64 m_pictures = 0;
     quint64 m_triggeredPictures = 0;
-    /// When the camera was last taken out of triggered capture; none while it is there.
+    /// When the camera was last taken out of triggered capture; none while it is still in it.
     std::optional<std::chrono::steady_clock::time_point> m_triggersEnd;
 };

@@ -24,8 +24,8 @@ public:
     void follow(PViewCamera* camera, PixelSize pixelSize);
     /// Makes the camera take a still.
     void takeStill(PViewCamera& camera);
-    /// Saves a picture that this camera has taken, replacing what is there: the user has
-    /// confirmed that. `pixelSize` is as PixelSize returns it.
+    /// Saves a picture that this camera has taken, replacing an existing file, as the user has
+    /// confirmed. `pixelSize` is as PixelSize returns it.
     void saveFrame(const PCameraIdentity& camera, const PDeviceFrame& frame, double pixelSize,
                    const QString& path);
 

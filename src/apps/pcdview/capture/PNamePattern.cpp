@@ -12,7 +12,7 @@ const QString numberMark = u"{n}"_qs;
 
 constexpr qsizetype longestText = 100; // file systems allow 255 bytes, and placeholders grow
 
-/// A name that is valid on every file system.
+/// The text as a name that is valid on every file system.
 QString asFileName(QString text) {
     static const QRegularExpression unusual(u"[^A-Za-z0-9._-]+"_qs);
     return text.replace(unusual, u"_"_qs);
@@ -27,7 +27,7 @@ QString unknownMark(const QString& text) {
     return braces.match(rest).captured();
 }
 
-/// The first character that some system does not allow in a file's name; empty if there is none.
+/// The first character that some system does not allow in a file name; empty if there is none.
 QString badCharacter(const QString& text) {
     static const QRegularExpression bad(u"[/\\\\:*?\"<>|#\\x00-\\x1f]"_qs);
     return bad.match(text).captured();

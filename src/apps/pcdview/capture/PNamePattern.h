@@ -8,7 +8,7 @@
 #include <QString>
 
 /// How files are named: a text in which {camera}, {date} and {time} are replaced by their values
-/// and {n} by the first number that gives an unused name. A value; any thread.
+/// and {n} by the first number that gives an unused name. A value type; any thread.
 class PNamePattern {
     Q_DECLARE_TR_FUNCTIONS(PNamePattern)
 
@@ -16,8 +16,8 @@ public:
     /// Camera, date and time.
     PNamePattern();
 
-    /// Takes another text. Fails with what is wrong with it, and stays as it was: it must name a
-    /// file without its ending, in no folder, with no other placeholders.
+    /// Sets another text. Fails with the error, changing nothing: it must be the name of a file,
+    /// without its ending or a folder, and with no other placeholders.
     PStatus setText(const QString& text);
     const QString& text() const { return m_text; }
 

@@ -25,7 +25,7 @@ PPictureSaver::PPictureSaver(std::size_t byteLimit, QObject* parent)
 PPictureSaver::~PPictureSaver() {
     m_isClosing = true;
     m_work.stop();
-    m_results.runAll(); // the event loop will not deliver these any more
+    m_results.runAll(); // the event loop will no longer deliver these
 }
 
 void PPictureSaver::save(Job job) {

@@ -25,19 +25,19 @@ public:
         PPictureFile::Existing existing = PPictureFile::Existing::Keep;
     };
 
-    /// `byteLimit`: what may wait, in bytes of pixels.
+    /// `byteLimit`: the limit on waiting pictures, in bytes of pixels.
     explicit PPictureSaver(std::size_t byteLimit = PWriteMemory::defaultLimit(),
                            QObject* parent = nullptr);
     /// Saves the pictures that still wait, then returns.
     ~PPictureSaver() override;
 
-    /// Saves a picture in the format that its path's ending names, and makes the folder if needed;
-    /// finished() reports the result. A picture that does not fit into the limit is not saved; one
-    /// larger than the limit is accepted if nothing waits.
+    /// Saves a picture in the format that its path's ending selects, and creates the folder if
+    /// needed; finished() reports the result. A picture that would exceed the limit is not saved;
+    /// one larger than the limit is accepted if nothing waits.
     void save(Job job);
 
 signals:
-    /// A picture was saved, or not: then the reason is not empty.
+    /// A picture was saved; or it was not, and `reason` is not empty.
     void finished(const QString& path, const QString& reason);
 
 private:

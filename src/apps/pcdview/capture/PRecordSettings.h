@@ -5,7 +5,7 @@
 
 #include <QString>
 
-/// What the user wants to record. A value; the GUI thread.
+/// What the user wants to record. A value type; the GUI thread.
 struct PRecordSettings {
     /// What ends the recording.
     enum class End { AfterFrames, AfterTime, ByHand };
@@ -22,7 +22,7 @@ struct PRecordSettings {
     /// The plan of a recording with these settings.
     PRecordSchedule::Plan plan() const;
 
-    /// Those of the last call of remember(), else the defaults above.
+    /// The settings of the last call of remember(), or else the defaults above.
     static PRecordSettings remembered();
     void remember() const;
 };

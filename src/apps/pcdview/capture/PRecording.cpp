@@ -19,7 +19,7 @@ constexpr std::chrono::seconds worthShowing(3); // longer than most exposures
 
 using Format = PRecordSettings::Format;
 
-/// Files of a series lie in a folder of their own.
+/// Files of a series are in a folder of their own.
 QString fileEnding(Format format) {
     switch (format) {
     case Format::TiffSeries:
@@ -47,7 +47,7 @@ PRecording::~PRecording() {
         return;
     while (!m_recorder->waitUntilFinished(std::chrono::milliseconds(checkEveryMs)))
         continue;
-    // No listener is left for its end.
+    // Nothing is connected any more to receive its end.
     const QString error = m_recorder->progress().error;
     if (!error.isEmpty())
         PViewLog::warning(error);
@@ -90,7 +90,7 @@ std::unique_ptr<PFrameWriter> PRecording::makeWriter(const PViewCamera& camera,
         return std::make_unique<POmeStackWriter>(options);
     }
     PFileSequence files;
-    files.setPattern(m_path + fileEnding(settings.format)); // good: its file name is ours
+    files.setPattern(m_path + fileEnding(settings.format)); // succeeds: its file name is ours
     return std::make_unique<PSeriesWriter>(files, camera.identity(), pixelSizeUm);
 }
 
@@ -158,12 +158,12 @@ void PRecording::end(const char* failure) {
         return;
     m_failure = tr(failure);
     std::optional<PFrameLedger> ledger;
-    // Not for a device that has replaced it meanwhile.
+    // Not of a device that has replaced it meanwhile.
     if (m_camera != nullptr && m_camera->device() == m_device)
         ledger = m_camera->ledger().since(m_ledgerBefore);
     if (m_device != nullptr)
         m_device->removeFrameSink(m_recorder);
-    // In the file, the reason is in the language of all that is in there.
+    // The reason in the file is in English, like everything else there.
     m_recorder->end(ledger, QString::fromLatin1(failure));
 }
 

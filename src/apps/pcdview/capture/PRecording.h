@@ -30,7 +30,7 @@ public:
     /// Takes no more frames; those already taken are still written.
     void stop();
 
-    /// Ends it, if it runs, while the camera can still account for the frames.
+    /// Ends it, if it is running, while the camera can still account for the frames.
     void endAsCameraCloses();
     void endAsProgramCloses();
 
@@ -39,7 +39,7 @@ public:
     PFrameRecorder::Progress progress() const;
     /// The time since the last frame, if it is long enough to be shown.
     std::optional<std::chrono::seconds> silence() const;
-    /// The id of the recorded camera, also after that was closed.
+    /// The id of the recorded camera, even after that was closed.
     const QString& cameraId() const { return m_cameraId; }
     /// The file, or the folder of a series.
     const QString& path() const { return m_path; }

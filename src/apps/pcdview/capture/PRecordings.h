@@ -24,7 +24,7 @@ public:
     /// In the order in which they were started.
     const QList<PRecording*>& running() const { return m_running; }
 
-    /// Ends all of them while the cameras' ledgers are still there.
+    /// Ends all of them while the cameras' ledgers still exist.
     void endAsProgramCloses();
 
 signals:

@@ -10,17 +10,17 @@ public:
     /// Which colours.
     enum class Kind { System, Light, Dark };
 
-    /// Shows the program in these colours from now on. The first call must come before any other
-    /// change of style or palette.
+    /// Applies these colours to the program. The first call must come before any other change of
+    /// style or palette.
     static void apply(Kind kind);
 
-    /// "system", "light", "dark"; nothing else is known.
+    /// Kinds by name: "system", "light" or "dark"; no other name is known.
     static QString name(Kind kind);
     static Kind fromName(const QString& name);
     static bool isKnown(const QString& name);
     static QList<Kind> all() { return {Kind::System, Kind::Light, Kind::Dark}; }
 
-    /// The kind that the user chose last, kept between runs of the program.
+    /// The kind that the user chose last, stored between runs of the program.
     static Kind chosen();
     static void choose(Kind kind);
 };

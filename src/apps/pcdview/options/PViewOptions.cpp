@@ -74,7 +74,7 @@ PStatus readOptions(const QCommandLineParser& parser, PViewOptions& options) {
     return status.isOk() ? readGrab(parser, options) : status;
 }
 
-/// With its value, which is a separate word or follows "=".
+/// Removes an option with its value, which is a separate argument or follows "=".
 void removeOption(QStringList& words, const QString& option) {
     for (qsizetype at = 0; at < words.size();) {
         if (words[at] == option)

@@ -5,16 +5,16 @@
 
 #include <chrono>
 
-/// The options of the command line. A value; the main thread.
+/// The options of the command line. A value type; the main thread.
 struct PViewOptions : PProgramOptions {
     QString theme; ///< empty: the one chosen last
     QString grab;  ///< picture file of the window; empty: none
     std::chrono::milliseconds grabAfter{2000};
 
-    /// The arguments for restarting the program: these, but with the simulated cameras of the
+    /// The arguments for restarting the program: the same, but with the simulated cameras of the
     /// built-in scene. Without the program's name.
     static QStringList withSimulatedCameras(QStringList arguments);
-    /// Reads a command line, with the program's name first. Fails with what is wrong and what was
+    /// Reads a command line that begins with the program's name. Fails with the error and what was
     /// expected. `answer` is set to the text to print instead of running (help, version), or stays
     /// empty.
     static PStatus parse(const QStringList& arguments, PViewOptions& options, QString& answer);

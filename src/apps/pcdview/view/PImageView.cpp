@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr double zoomStep = 1.25;     // of a key, and of a notch of the wheel
+constexpr double zoomStep = 1.25;     // for a key, or a notch of the wheel
 constexpr double notchOfWheel = 120;  // QWheelEvent: eighths of a degree, 15 degrees a notch
 constexpr double scaleBarShare = 0.2; // of the view's width, at most
 

@@ -23,14 +23,14 @@ public:
 
     explicit PImageView(QWidget* parent = nullptr);
 
-    /// Shows this picture from now on. It is not copied.
+    /// Shows this picture, which is not copied.
     void setImage(const PImage& image);
     const PImage& image() const { return m_image; }
     void setStyle(const PViewStyle& style);
     const PViewStyle& viewStyle() const { return m_style; }
     void setTool(Tool tool);
     Tool tool() const { return m_tool; }
-    /// The size of the picture's pixels on the specimen, in micrometres; 0: not known, no bar.
+    /// The size of the picture's pixels on the specimen, in micrometres; 0: unknown, without a bar.
     void setPixelSize(double micrometres);
     /// Shows the picture greyed out, because it is not live.
     void setStale(bool stale);

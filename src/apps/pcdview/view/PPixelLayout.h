@@ -3,7 +3,7 @@
 
 #include <PDip/PDipTypes.h>
 
-/// Where the colours of a pixel lie in memory, as constants for inner loops. Any thread.
+/// The order of the colours in a pixel's memory, as constants for inner loops. Any thread.
 template <int BytesPerPixel, int RedAt, int GreenAt, int BlueAt>
 struct PPixelLayout {
     static constexpr int bytes = BytesPerPixel;

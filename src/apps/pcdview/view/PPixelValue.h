@@ -7,7 +7,7 @@
 
 #include <optional>
 
-/// One pixel of a picture. A value.
+/// One pixel of a picture. A value type.
 struct PPixelValue {
     QPoint at; ///< column and row, from 0
     int red = 0;

@@ -12,7 +12,7 @@ constexpr double outerMargin = 16;
 constexpr double padding = 8;
 constexpr double thickness = 4;
 
-/// The largest of 1, 2 and 5 times a power of ten that is not above the number.
+/// The largest of 1, 2 and 5 times a power of ten that does not exceed the number.
 double roundedDown(double number) {
     const double power = std::pow(10, std::floor(std::log10(number)));
     const double digits = number / power;

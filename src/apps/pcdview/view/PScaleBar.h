@@ -6,13 +6,13 @@
 class QPainter;
 class QRectF;
 
-/// A bar of a round length in the corner of a view. A value; the thread that paints.
+/// A bar of a round length in the corner of a view. A value type; the thread that paints.
 struct PScaleBar {
     double micrometres = 0;
     double pixels = 0; ///< in the view; 0: there is no bar
 
-    /// The longest of 1, 2, 5, 10 … that is not longer than `atMost` pixels of the view. No bar if
-    /// the size of a pixel (micrometres for a pixel of the view) is not known, that is 0.
+    /// The longest of 1, 2, 5, 10 … that does not exceed `atMost` pixels of the view. No bar if the
+    /// size of a pixel (micrometres per pixel of the view) is unknown, that is 0.
     static PScaleBar of(double micrometresAPixel, double atMost);
 
     /// "50 µm", "2 mm", "500 nm".

@@ -9,7 +9,7 @@ QPointF centerPoint(QSize size) {
     return {size.width() / 2.0, size.height() / 2.0};
 }
 
-/// The corner's place along one axis that keeps the limits.
+/// The corner's position along one axis, within the limits.
 double limited(double corner, double length, double room) {
     return length <= room ? (room - length) / 2 : std::clamp(corner, room - length, 0.0);
 }
@@ -25,7 +25,7 @@ void PViewGeometry::setPicture(QSize size) {
     m_picture = size;
     if (m_fit || !wasReady || !isReady())
         return refit();
-    // The same field of view, whatever its number of pixels now.
+    // Keeps the same field of view, whatever its number of pixels now.
     const double growth = double(size.width()) / before.width();
     m_scale = std::clamp(m_scale / growth, smallestScale(), largestScale);
     place({middle.x() * growth, middle.y() * size.height() / before.height()},

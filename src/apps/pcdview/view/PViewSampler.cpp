@@ -61,7 +61,7 @@ SampleSum sumAt(const unsigned char* const* rows, const std::size_t* columns, in
     return sum;
 }
 
-/// What a sum of samples looks like.
+/// Converts a sum of samples to a colour.
 class Shader {
 public:
     Shader(const PViewStyle& style, int samples)

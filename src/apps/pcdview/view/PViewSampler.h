@@ -13,14 +13,14 @@
 /// view and not with the sensor. Any thread.
 class PViewSampler {
 public:
-    /// Samples along one axis that make a pixel of the view, where the picture is made smaller.
+    /// Samples along one axis for each pixel of the view, where the picture is reduced.
     static constexpr int samplesAnAxis = 2;
 
     static QRgb overMark() { return qRgb(255, 0, 0); }   ///< a sample is 255
     static QRgb underMark() { return qRgb(0, 80, 255); } ///< all samples are 0
 
-    /// A picture of the viewport's size in Format_RGB32; what the picture leaves free has this
-    /// colour. `room` is memory from an earlier call that may be used again.
+    /// A picture of the viewport's size in Format_RGB32; what the picture does not cover has this
+    /// colour. `room` is memory from an earlier call that may be reused.
     static QImage render(const PImage& image, const PViewGeometry& geometry,
                          const PViewStyle& style, QColor around, QImage room = {});
 };

@@ -4,17 +4,17 @@
 #include <array>
 #include <cstdint>
 
-/// What is done to the pixels of a picture on their way to the screen, and nowhere else. A value;
-/// any thread.
+/// What is done to the pixels of a picture on the screen, and nowhere else. A value type; any
+/// thread.
 struct PViewStyle {
     using Levels = std::array<std::uint8_t, 256>;
 
-    /// The levels that are shown as black and white; those between are spread evenly.
+    /// The levels that are shown as black and white; those in between are spread evenly.
     int black = 0;
     int white = 255;
     bool markClipped = false; ///< paint pixels that are at an end of the range in marking colours
 
-    /// What each sample value is shown as.
+    /// The shown value for each sample value.
     Levels levels() const;
 
     friend bool operator==(const PViewStyle& a, const PViewStyle& b) {

@@ -17,12 +17,12 @@ class PCameraController : public QObject {
 
 public:
     /// All must outlive it; the window is the parent of it and of the dialogs. `list` shows the
-    /// cameras from now on; `recording` confirms that a recorded camera closes.
+    /// cameras; `recording` confirms that a recorded camera may be closed.
     PCameraController(const PViewActions& actions, PCameraTabs& tabs, PCameraListPanel& list,
                       PRecordController& recording, QWidget* window);
 
 signals:
-    /// A message for the status bar: why the camera refused something, or how to go on.
+    /// A message for the status bar: why the camera refused something, or how to continue.
     void messageChanged(const QString& message);
 
 private:

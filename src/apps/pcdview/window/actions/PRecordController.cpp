@@ -46,7 +46,7 @@ void PRecordController::start() {
     showState();
 }
 
-/// A key is easily pressed by mistake, and frames that were not recorded are lost.
+/// A key is easily pressed by mistake, and frames that are not recorded are lost.
 void PRecordController::stopOnRequest() {
     const QPointer<PRecording> recording = m_recordings.of(&m_tabs.currentPage()->camera());
     const bool isMeant = recording != nullptr && confirmsStop(*recording);
@@ -55,7 +55,7 @@ void PRecordController::stopOnRequest() {
     showState();
 }
 
-/// The question closes when the recording takes no more frames: nothing is left to stop.
+/// The question closes when the recording takes no more frames: there is nothing left to stop.
 bool PRecordController::confirmsStop(PRecording& recording) {
     QMessageBox question(QMessageBox::Question, tr("Recording"),
                          tr("Stop the recording of %1?").arg(recording.cameraId()),

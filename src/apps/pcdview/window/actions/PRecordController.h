@@ -25,8 +25,8 @@ public:
     /// Ends the recording of this tab's camera, if there is one, after the user has confirmed that.
     /// False: it continues.
     bool endForClosing(const PCameraPage& page);
-    /// Whether the window may close: no recording is running, or the user has confirmed that all of
-    /// them end. They run on until then.
+    /// True if the window may close: no recording is running, or the user has confirmed that all of
+    /// them end. They keep running until then.
     bool mayCloseWindow();
 
 signals:

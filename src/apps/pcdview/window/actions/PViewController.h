@@ -10,8 +10,8 @@ class PCameraTabs;
 class PHistogramPanel;
 class PViewActions;
 
-/// How the picture in front is shown: its zoom, the marks of clipped pixels, the stretched
-/// contrast, its histogram. It is analysed only while the result can be seen. The GUI thread.
+/// How the picture in front is shown: its zoom, the marks on clipped pixels, the stretched
+/// contrast, its histogram. It is analysed only while the result is visible. The GUI thread.
 class PViewController : public QObject {
     Q_OBJECT
 

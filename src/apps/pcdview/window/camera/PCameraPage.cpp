@@ -16,7 +16,7 @@
 
 namespace {
 
-constexpr double smallestPixel = 0.0001; // micrometres: no light shows less
+constexpr double smallestPixel = 0.0001; // micrometres: light resolves nothing smaller
 constexpr double largestPixel = 1000;
 
 PDeviceProperty* findRegion(const PViewCamera& camera) {
@@ -62,7 +62,8 @@ PCameraPage::PCameraPage(PViewCamera* camera, QWidget* parent)
 void PCameraPage::showFrame(const PDeviceFrame& frame) {
     m_view->setImage(frame.image);
     const QSize size(int(frame.image.width()), int(frame.image.height()));
-    // Only then: the modes are read from the camera, which must not be done for every frame.
+    // Only if one has changed: the modes are read from the camera, which must not happen for every
+    // frame.
     if (size == m_scaledSize && frame.stamp->settings == m_scaledSettings)
         return;
     m_scaledSize = size;

@@ -17,7 +17,7 @@ class PCameraPage : public QWidget {
     Q_OBJECT
 
 public:
-    /// Takes the camera over.
+    /// Takes ownership of the camera.
     explicit PCameraPage(PViewCamera* camera, QWidget* parent = nullptr);
 
     PViewCamera& camera() const { return *m_camera; }
@@ -25,11 +25,12 @@ public:
 
     /// Shows a sentence above the picture; if it is empty, the camera's state is shown.
     void setMessage(const QString& message);
-    /// The size of a pixel of the sensor on the specimen, in micrometres, remembered for this
-    /// camera; 0: not known.
+    /// The size of a pixel of the sensor on the specimen, in micrometres, stored for this camera;
+    /// 0: unknown.
     double pixelSize() const;
     void setPixelSize(double micrometres);
-    /// The size of a pixel of the picture, which a smaller mode or binning makes of several.
+    /// The size of a pixel of the picture; a smaller mode or binning combines several pixels of the
+    /// sensor.
     double pixelSizeOfPicture() const { return pixelSize() * m_pixelScale; }
 
     /// Sets the region of the sensor that this region of the picture shows, as closely as the
@@ -37,7 +38,7 @@ public:
     void useRegion(const QRect& inPicture);
     /// Goes back to the whole sensor.
     void useWholeSensor();
-    /// True if the camera has a region to set.
+    /// True if the camera has a region that can be set.
     bool hasRegions() const;
 
 private:

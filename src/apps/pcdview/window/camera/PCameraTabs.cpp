@@ -95,7 +95,7 @@ void PCameraTabs::setTabsShown(bool shown) {
 
 void PCameraTabs::search() {
     m_host.manager().updateDevices();
-    // Those that could not be opened when they arrived: the reason may be gone.
+    // Those that could not be opened when they arrived: the reason may no longer apply.
     for (PDevice* device : m_host.manager().devices()) {
         if (findPage(QString::fromUtf8(device->deviceId(false))) != nullptr)
             openDevice(device, Front::No);
@@ -106,7 +106,7 @@ void PCameraTabs::search() {
 
 void PCameraTabs::onArrival(PDevice* device) {
     const bool isAwaited = findPage(QString::fromUtf8(device->deviceId(false))) != nullptr;
-    // Not to the front: the user may be at work in another tab.
+    // Not brought to the front: the user may be working in another tab.
     if (isAwaited || m_tabs->count() == 0)
         openDevice(device, Front::No);
     showSituation();

@@ -19,7 +19,7 @@ public:
     void setCamera(PViewCamera* camera);
 
 signals:
-    /// The camera did not take a mode, and why.
+    /// The camera refused a mode, and why.
     void refused(const QString& reason);
 
 private:

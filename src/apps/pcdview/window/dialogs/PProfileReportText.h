@@ -11,6 +11,6 @@ class PProfileReportText {
     Q_DECLARE_TR_FUNCTIONS(PProfileReportText)
 
 public:
-    /// What was applied, rejected and skipped, with the reasons.
+    /// What was applied, refused and skipped, with the reasons.
     static QString html(const PDeviceProfileReport& report);
 };

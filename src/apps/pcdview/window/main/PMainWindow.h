@@ -24,7 +24,7 @@ public:
     /// Ends the recordings, then closes the cameras.
     ~PMainWindow() override;
 
-    /// Its size when it is opened for the first time, on a screen that has the room.
+    /// Its size when it is opened for the first time, on a screen that is large enough.
     static QSize usualSize() { return {1440, 900}; }
 
     PCameraTabs& cameraTabs() { return *m_cameraTabs; }

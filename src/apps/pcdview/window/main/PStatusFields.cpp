@@ -21,7 +21,7 @@ QString toZoomText(const PImageView& view) {
     return QLocale().toString(percent, 'f', percent < 10 ? 1 : 0) + u" %"_qs;
 }
 
-/// Empty where the camera does not report it.
+/// The temperature as text; empty if the camera does not report it.
 QString toTemperatureText(const PDevice* device) {
     const auto degrees = device == nullptr ? std::nullopt : PSensorTemperature::of(*device);
     return degrees ? QLocale().toString(*degrees, 'f', 1) + u" °C"_qs : QString();
@@ -69,7 +69,7 @@ PStatusFields::PStatusFields(QStatusBar* bar)
     , m_ledger(addField(bar, "ledger")) {
     m_temperature->setToolTip(tr("Temperature of the sensor"));
     // The only field that is not always shown, and a long one: it must not make the window wider.
-    // As the first field it does not move the others either.
+    // Being the first, it does not move the others either.
     m_pixel->setMinimumWidth(1);
 }
 

@@ -24,7 +24,7 @@ public:
 
     /// Shows a camera as it is now; null: none.
     void showCamera(const PCameraPage* page);
-    /// Shows the place of its cursor and its zoom.
+    /// Shows the pixel under its cursor and its zoom.
     void showView(const PCameraPage* page);
 
 private:

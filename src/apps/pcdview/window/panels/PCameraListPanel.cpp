@@ -41,7 +41,7 @@ void PCameraListPanel::setEntries(const QList<Entry>& entries) {
         auto* const item = new QListWidgetItem(firstLine(entry.camera) + u'\n' + details, m_list);
         item->setData(Qt::UserRole, entry.camera.id);
         if (chosen == entry.camera.id)
-            m_list->setCurrentItem(item); // which may stand in another row now
+            m_list->setCurrentItem(item); // which may be in another row now
     }
 }
 

@@ -26,7 +26,7 @@ public:
     void select(const QString& id);
 
 signals:
-    /// The user wants to see the camera with this id.
+    /// The user wants to open the camera with this id.
     void openRequested(const QString& id);
     /// The user wants to search for cameras again.
     void searchRequested();

@@ -20,7 +20,7 @@ namespace {
 
 constexpr int leftWidth = 280;
 
-/// A small window does not have the room for a whole panel.
+/// A small window has no room for a whole panel.
 QWidget* scrolling(QWidget* panel) {
     auto* const scroll = new PColumnScroll;
     scroll->setWidget(panel);

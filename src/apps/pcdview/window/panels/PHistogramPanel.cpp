@@ -14,7 +14,7 @@ namespace {
 
 const QString logarithmicKey = u"histogram/logarithmic"_qs;
 
-constexpr int leastNumbersWidth = 250; // so that nothing moves when they come
+constexpr int leastNumbersWidth = 250; // so that nothing moves when they appear
 
 QString percent(double share) {
     return QLocale().toString(share * 100, 'f', 2) + u" %"_qs;

@@ -9,7 +9,7 @@
 
 #include <utility>
 
-/// The ledger of a camera in plain words. A value; any thread.
+/// The ledger of a camera in plain words. A value type; any thread.
 class PLedgerText {
     Q_DECLARE_TR_FUNCTIONS(PLedgerText)
 

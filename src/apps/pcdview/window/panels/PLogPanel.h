@@ -15,7 +15,7 @@ class PLogPanel : public QWidget {
     Q_OBJECT
 
 public:
-    /// Shows what is in the sink.
+    /// Shows the records in the sink.
     explicit PLogPanel(std::shared_ptr<PMemoryLogSink> sink, QWidget* parent = nullptr);
 
 protected:
@@ -27,5 +27,5 @@ private:
 
     std::shared_ptr<PMemoryLogSink> m_sink;
     QPlainTextEdit* m_text; // child
-    QTimer m_refresh;       ///< while it can be seen
+    QTimer m_refresh;       ///< while it is visible
 };

@@ -149,7 +149,7 @@ void PRecordPanel::showProgress() {
     m_bar->setVisible(here != nullptr);
     if (here != nullptr) {
         const std::optional<double> share = here->progress().share;
-        // Without a planned end it only shows activity.
+        // Without a planned end it shows activity only.
         m_bar->setMaximum(share ? barSteps : 0);
         m_bar->setValue(int(share.value_or(0) * barSteps));
     }
@@ -160,7 +160,7 @@ void PRecordPanel::showProgress() {
     m_text->setVisible(!m_text->text().isEmpty());
 }
 
-/// The camera in front first.
+/// The texts of all recordings, that of the camera in front first.
 QStringList PRecordPanel::texts(const QString& inFront) const {
     QStringList texts;
     const auto add = [&](const QString& camera, const QString& text) {

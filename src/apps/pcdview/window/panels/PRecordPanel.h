@@ -26,11 +26,11 @@ public:
     /// The recordings must outlive it.
     explicit PRecordPanel(PRecordings& recordings, QWidget* parent = nullptr);
 
-    /// What the user has set.
+    /// The settings chosen by the user.
     PRecordSettings settings() const;
-    /// Sets the camera in front, null for none, and updates what is shown of it.
+    /// Sets the camera in front, null for none, and updates the display.
     void setCamera(PViewCamera* camera);
-    /// Shows this message for the camera with this id until that is recorded again.
+    /// Shows this message for the camera with this id until it is recorded again.
     void showMessage(const QString& camera, const QString& message);
 
 signals:

@@ -92,7 +92,7 @@ QString PSettingsPanel::refusalText(const QString& title, const QString& kept) {
                           : tr("%1: the camera kept “%2”").arg(title, kept);
 }
 
-/// The displayed panel stays until another one is shown: it says that its device is gone.
+/// The displayed panel stays until another one is shown: it reports that its device is gone.
 void PSettingsPanel::forget(PDevice* device) {
     const QPointer<QWidget> panel = m_panels.take(device);
     if (panel != nullptr && panel != m_panel)
