@@ -141,7 +141,7 @@ typedef struct {
 
 #define TOUPCAM_EVENT_EXPOSURE 0x0001        /* exposure time or gain changed */
 #define TOUPCAM_EVENT_IMAGE 0x0004           /* live frame ready to be pulled */
-#define TOUPCAM_EVENT_STILLIMAGE 0x0005      /* still picture ready to be pulled */
+#define TOUPCAM_EVENT_STILLIMAGE 0x0005      /* still ready to be pulled */
 #define TOUPCAM_EVENT_ERROR 0x0080           /* generic streaming error */
 #define TOUPCAM_EVENT_DISCONNECTED 0x0081    /* camera gone */
 #define TOUPCAM_EVENT_NOFRAMETIMEOUT 0x0082  /* no frame in time */
@@ -175,11 +175,11 @@ Toupcam_StartPushMode(HToupcam h, PTOUPCAM_DATA_CALLBACK funcData, void* ctxData
 TOUPCAM_API(HRESULT)
 Toupcam_StartPullModeWithCallback(HToupcam h, PTOUPCAM_EVENT_CALLBACK funcEvent, void* ctxEvent);
 TOUPCAM_API(HRESULT) Toupcam_Stop(HToupcam h);
-/* Asks for one still picture at a resolution; it arrives by the way the stream runs. */
+/* Requests one still at a resolution; it arrives as frames do, pushed or pulled. */
 TOUPCAM_API(HRESULT) Toupcam_Snap(HToupcam h, unsigned nResolutionIndex);
 /* nNumber frames; 0 stops, 0xffff runs until stopped. */
 TOUPCAM_API(HRESULT) Toupcam_Trigger(HToupcam h, unsigned short nNumber);
-/* Copies the newest frame with `bits` (24 or 32) per pixel; a null buffer asks for pInfo only. */
+/* Copies the newest frame with `bits` (24 or 32) per pixel; a null buffer queries pInfo only. */
 TOUPCAM_API(HRESULT)
 Toupcam_PullImageV2(HToupcam h, void* pImageData, int bits, ToupcamFrameInfoV2* pInfo);
 TOUPCAM_API(HRESULT)

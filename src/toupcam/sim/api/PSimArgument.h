@@ -18,19 +18,19 @@ struct Text {
     std::size_t maximum; ///< bytes that may be read
 };
 
-/// A pointer that the journal shows as "null" or as this word: "fn", "ctx", "data".
+/// A pointer that the journal writes as "null" or as this word: "fn", "ctx", "data".
 struct Named {
     bool present;
     const char* name;
 };
 
-/// A value the call writes: shown as it is on return.
+/// A value that the call writes: logged as it is on return.
 template <typename T>
 struct Out {
     const T* value;
 };
 
-/// The wrappers for each kind of argument.
+/// Functions that wrap each kind of argument.
 template <typename T>
 Out<T> out(const T* value) {
     return {value};
@@ -42,7 +42,7 @@ Named function(F callback) {
     return {callback != nullptr, "fn"};
 }
 
-/// What a callback is given back.
+/// The context of a callback.
 inline Named context(const void* pointer) {
     return {pointer != nullptr, "ctx"};
 }
@@ -64,7 +64,7 @@ std::string write(const Text& text);
 std::string write(const Named& pointer);
 std::string write(const Out<ToupcamFrameInfoV2>& info);
 
-/// What the call wrote, or "null" if it was given no place for it.
+/// The value that the call wrote, or "null" if it got a null pointer for it.
 template <typename T>
 std::string write(const Out<T>& output) {
     return output.value ? std::to_string(*output.value) : std::string("null");

@@ -12,7 +12,7 @@
 /// handle, a barrier for exceptions, a line in the journal. Callable from any thread.
 namespace PSimCall {
 
-/// The text of one argument for the journal; of a handle its name.
+/// The text of one argument for the journal; for a handle, its name.
 inline std::string written(HToupcam handle) {
     return PSimWorld::instance().handleName(handle);
 }
@@ -23,7 +23,7 @@ std::string written(const T& argument) {
     return PSimArgument::write(argument);
 }
 
-/// Does the work unless the call is set to fail; lets no exception out.
+/// Does the work unless the call is set to fail; no exception leaves it.
 template <typename Work>
 HRESULT guarded(const char* function, std::optional<unsigned> option, const Work& work) noexcept {
     try {
@@ -46,7 +46,8 @@ void record(const char* function, const std::string& result,
         ((line += comma + written(arguments), comma = ", "), ...);
         PSimWorld::instance().journal().add(line + ")" + (result.empty() ? "" : " = " + result));
     } catch (...) {
-        // Without memory for its line the journal has a gap; the client's call is not affected.
+        // If there is no memory for its line, the journal has a gap; the client's call is not
+        // affected.
     }
 }
 

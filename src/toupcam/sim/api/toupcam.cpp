@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// The entry points of the SDK, one line of work each; their common part is in PSimCall.
+// The entry points of the SDK, one line of work each; what they have in common is in PSimCall.
 
 #include <toupcam/sim/api/PSimCall.h>
 

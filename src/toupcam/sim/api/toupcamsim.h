@@ -26,9 +26,8 @@ TOUPCAM_API(const char*) ToupcamSim_loadScene(const char* json);
 /// closed before. Handles are counted from h1 again. Not from inside a callback.
 TOUPCAM_API(void) ToupcamSim_reset(void);
 
-/// Pulls the cable of the camera with this SDK id: its stream reports the loss as the SDK does, its
-/// calls fail with E_GEN_FAILURE, the hot-plug callback runs. Returns 1, or 0 if there is no such
-/// camera plugged in.
+/// Unplugs the camera with this SDK id: its stream reports the loss as the SDK does, its calls fail
+/// with E_GEN_FAILURE, the hot-plug callback runs. Returns 1, or 0 if no such camera is plugged in.
 TOUPCAM_API(int) ToupcamSim_unplug(const char* camId);
 
 /// Plugs a camera of the scene in again. Returns 1, or 0 if it is not an unplugged camera.
@@ -38,9 +37,9 @@ TOUPCAM_API(int) ToupcamSim_plug(const char* camId);
 TOUPCAM_API(void) ToupcamSim_fireHotPlug(void);
 
 /// Makes calls of `function` (for example "Toupcam_put_Option") return `result` without effect: the
-/// next `count` of them after letting `skip` pass (count 0: all from then on). For Toupcam_Open the
-/// result is a null handle, for Toupcam_EnumV2 the number of cameras (result, not below 0 nor above
-/// those there are).
+/// next `count` of them after letting `skip` pass (count 0: all later ones). For Toupcam_Open the
+/// result is a null handle, for Toupcam_EnumV2 the number of cameras (`result`, limited to those
+/// plugged in).
 TOUPCAM_API(void)
 ToupcamSim_failCall(const char* function, unsigned skip, unsigned count, HRESULT result);
 
@@ -72,13 +71,13 @@ TOUPCAM_API(int) ToupcamSim_holdFrames(const char* camId, int hold);
 /// signal is missed, because the camera is exposing, or if no stream runs in external-trigger mode.
 TOUPCAM_API(int) ToupcamSim_fireTrigger(const char* camId);
 
-/// How many signals the camera missed because it was exposing, since its stream or the external-
-/// trigger mode began; 0 if it is not open.
+/// The number of signals that the camera missed because it was exposing, since its stream or the
+/// external-trigger mode began; 0 if it is not open.
 TOUPCAM_API(unsigned long long) ToupcamSim_missedTriggers(const char* camId);
 
 /// Pushes one buffer with exactly this header through the data callback, on the camera's push
-/// thread between two frames; waits until the callback has returned. `data` may be null: that is
-/// the SDK's report of a lost camera. Returns 1, or 0 if the camera does not push.
+/// thread between two frames; waits until the callback has returned. `data` may be null, which is
+/// how the SDK reports a lost camera. Returns 1, or 0 if the camera is not in push mode.
 TOUPCAM_API(int)
 ToupcamSim_pushRaw(const char* camId, const void* data, const BITMAPINFOHEADER* header,
                    int isSnapshot);
@@ -89,18 +88,19 @@ TOUPCAM_API(int) ToupcamSim_fireEvent(const char* camId, unsigned event);
 
 /// How many frames the camera has produced, and how many of them it pushed or offered to be pulled,
 /// since its newest stream started. Frames that fall due while the client is busy are produced but
-/// not delivered; still pictures and raw buffers are not counted. Returns 1, or 0 if there is no
-/// such camera.
+/// not delivered; stills and raw buffers are not counted. Returns 1, or 0 if there is no such
+/// camera.
 TOUPCAM_API(int)
 ToupcamSim_frameCount(const char* camId, unsigned long long* produced,
                       unsigned long long* delivered);
 
-/// The journal: one line for every SDK call since the last clear, oldest first, as
+/// The journal: one line for every SDK call since the last clear, oldest first, such as
 /// "Toupcam_put_Option(h1, 17, 0) = 0". Handles are written h1, h2, … in the order of their opening
-/// (h0: a null handle, h?: not given out), results in decimal (of Toupcam_Open the handle), output
-/// arguments as they are on return, texts in double quotes, callbacks "fn" or "null", contexts
-/// "ctx" or "null". Returns the number of lines; a copy of line `index` goes into `line` (at most
-/// `size` bytes with the NUL) when it is not null. Journal lines beyond 100,000 drop the oldest.
+/// (h0: a null handle, h?: a pointer that was never a handle), results in decimal (for Toupcam_Open
+/// the handle), output arguments with their values on return, texts in double quotes, callbacks as
+/// "fn" or "null", contexts as "ctx" or "null". Returns the number of lines; if `line` is not null,
+/// copies line `index` into it (at most `size` bytes with the NUL). Beyond 100,000 lines the oldest
+/// are dropped.
 TOUPCAM_API(unsigned) ToupcamSim_journal(unsigned index, char* line, unsigned size);
 TOUPCAM_API(void) ToupcamSim_clearJournal(void);
 

@@ -24,24 +24,23 @@ struct PSimRegion {
         return x == other.x && y == other.y && width == other.width && height == other.height;
     }
 
-    /// Whether a camera with this many pixels accepts it: the whole, or inside, at least 4 x 4
-    /// pixels, width and height multiples of 4, offsets even.
+    /// True if a camera with this many pixels accepts it: the whole sensor; or inside it, at least
+    /// 4 x 4 pixels, width and height multiples of 4, offsets even.
     bool fits(const PSimSize& size) const;
     /// The same part of the field at another resolution, cut to what is accepted there.
     PSimRegion scaled(const PSimSize& from, const PSimSize& to) const;
 };
 
-/// Where a pixel of the sensor ends up, by rotation and flips together: columns and rows are
-/// exchanged first, if at all, then the result is mirrored.
+/// The effect of rotation and flips together: columns and rows are exchanged first, if at all, then
+/// the result is mirrored.
 struct PSimOrientation {
     bool exchanged = false;
     bool mirroredX = false;
     bool mirroredY = false;
 };
 
-/// What happens to the sensor's pixels, in this order: the region is cut out, binning joins squares
-/// of pixels (what does not fill a square is cut off), flips, rotation. Plain values, for any
-/// thread.
+/// What is done to the sensor's pixels, in this order: the region is cut out, binning joins squares
+/// of pixels (incomplete squares are dropped), flips, rotation. Plain values, for any thread.
 struct PSimGeometry {
     PSimRegion region;
     unsigned binning = 1; ///< pixels to a side of the square, 1 … 4
@@ -56,6 +55,6 @@ struct PSimGeometry {
     PSimSize binnedSize() const { return {region.width / binning, region.height / binning}; }
     /// After all.
     PSimSize finalSize() const;
-    /// Whether the pixels stay as and where they are on a sensor of this size.
+    /// True if all pixels of a sensor of this size stay unchanged and in place.
     bool isPlain(const PSimSize& sensor) const;
 };

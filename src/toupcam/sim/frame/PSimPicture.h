@@ -11,7 +11,7 @@
 /// One picture as the camera delivers it: rows on 4-byte boundaries, top row first. Used by
 /// one thread at a time.
 struct PSimPicture {
-    const std::uint8_t* pixels = nullptr; ///< into `memory`, or into the image source's
+    const std::uint8_t* pixels = nullptr; ///< points into `memory`, or into the image source's
     std::vector<std::uint8_t> memory;     ///< kept from picture to picture
     unsigned width = 0;
     unsigned height = 0;

@@ -35,7 +35,7 @@ double blueOverRed(int kelvin) {
     return colour[2] / colour[0];
 }
 
-// The hotter, the bluer: halving finds the temperature with this share of blue.
+// The hotter, the bluer: bisection finds the temperature with this share of blue.
 int findTemperature(double ratio) {
     int low = warmest;
     int high = coldest;

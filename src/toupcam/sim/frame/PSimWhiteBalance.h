@@ -26,8 +26,8 @@ struct Setting {
 /// light has 1 in all.
 Channels lamp(double kelvin);
 
-/// The factors that make light of the setting's temperature white, with green as it is; then a tint
-/// above 1000 makes green stronger in proportion, one below it weaker.
+/// The factors that make light of the setting's temperature white, leaving green unchanged; then a
+/// tint above 1000 makes green proportionally stronger, one below it weaker.
 Channels gains(const Setting& setting);
 
 /// The setting, within its ranges, that makes these means of an unbalanced picture grey.

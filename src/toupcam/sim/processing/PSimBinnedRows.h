@@ -6,7 +6,7 @@
 
 #include <vector>
 
-/// Rows with squares of pixels joined into one: added up, at most to 255, or averaged. Used on one
+/// Rows with squares of pixels joined into one: added, limited to 255, or averaged. Used on one
 /// thread.
 class PSimBinnedRows : public PSimRows {
 public:

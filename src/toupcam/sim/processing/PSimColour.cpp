@@ -11,8 +11,8 @@ using Matrix = PSimColourMatrix;
 
 constexpr Matrix identity = {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
 
-// What the colour filters let through of their neighbours' light: each row adds up to 1, so grey
-// stays grey and colours are paler.
+// The light that the colour filters let through from neighbouring channels: each row adds up to 1,
+// so grey stays grey and colours are paler.
 constexpr Matrix crosstalk = {{{0.64, 0.28, 0.08}, {0.17, 0.66, 0.17}, {0.06, 0.31, 0.63}}};
 
 // Brightness and two colour differences of ITU-R BT.601, and back.
@@ -38,8 +38,8 @@ Matrix balance(const PSimImageSettings& settings) {
     return {{{gains[0], 0, 0}, {0, gains[1], 0}, {0, 0, gains[2]}}};
 }
 
-// Hue turns the plane of the two colour differences, so that red goes towards yellow and green;
-// saturation stretches it.
+// Hue rotates the plane of the two colour differences, so that red goes towards yellow and green;
+// saturation scales it.
 Matrix hueAndSaturation(const PSimImageSettings& settings) {
     if (settings.hue == 0 && settings.saturation == 128 && !settings.chrome)
         return identity; // exactly: the constants above are rounded

@@ -6,7 +6,7 @@
 #include <array>
 
 /// The colour part of image settings as one matrix from red, green, blue to red, green, blue:
-/// white-balance gains, then the sensor's crosstalk unless the colour matrix takes it out, then hue
+/// white-balance gains, then the sensor's crosstalk unless the colour matrix corrects it, then hue
 /// and saturation. Callable from any thread.
 using PSimColourMatrix = std::array<std::array<double, 3>, 3>;
 

@@ -6,8 +6,8 @@
 
 namespace {
 
-// Rows turned into columns are placed together, so that each visit to a row of the picture writes a
-// whole cache line of it.
+// Rows turned into columns are written in groups, so that each access to a row of the picture
+// writes a whole cache line of it.
 constexpr unsigned band = 32;
 
 template <unsigned bytes>

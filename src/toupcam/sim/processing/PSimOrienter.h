@@ -3,7 +3,7 @@
 
 #include <toupcam/sim/frame/PSimPicture.h>
 
-/// Writes rows to their place in a picture, flipped and rotated, moving each pixel at most once.
+/// Writes rows to their places in a picture, flipped and rotated, moving each pixel at most once.
 /// Used on one thread.
 class PSimOrienter {
 public:
@@ -12,7 +12,7 @@ public:
 
     /// The place to write row `y` to, beginning with 0, in order.
     std::uint8_t* line(unsigned y);
-    /// That row has been written.
+    /// To be called when that row has been written.
     void written(unsigned y);
 
 private:

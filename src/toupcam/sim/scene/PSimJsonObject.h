@@ -10,7 +10,8 @@
 #include <limits>
 #include <stdexcept>
 
-/// An error in a scene text; what() names the place, what was found there and what was expected.
+/// An error in a scene text; what() names the position, the value found there and what was
+/// expected.
 class PSimSceneError : public std::runtime_error {
 public:
     PSimSceneError(const QString& place, const QString& complaint);
@@ -20,12 +21,12 @@ public:
 /// not read throw PSimSceneError. Used on one thread.
 class PSimJsonObject {
 public:
-    /// As a bound: anything that fits.
+    /// An upper bound that allows everything that fits.
     static constexpr double maxUnsigned = std::numeric_limits<unsigned>::max();
 
     PSimJsonObject(const QJsonValue& value, const QString& place);
 
-    /// Whether the key exists, and whether its value is null; neither counts as reading it.
+    /// True if the key exists, or if its value is null; neither counts as reading it.
     bool has(const char* key) const { return m_object.contains(QLatin1String(key)); }
     bool isNull(const char* key) const { return m_object.value(QLatin1String(key)).isNull(); }
     /// The place of a key in the scene, as errors name it.

@@ -6,7 +6,7 @@ namespace {
 constexpr float cellUnitsWide = 1280.0F;
 constexpr float pitch = 118.0F; // units from cell to cell
 
-// Overlapping dyes add up, but never beyond full.
+// Overlapping dyes add up, but never beyond full intensity.
 std::uint8_t added(std::uint8_t value, float more) {
     return std::uint8_t(std::min(255.0F, float(value) + 255.0F * more));
 }
@@ -52,11 +52,11 @@ void PSimCells::paintBody(const Cell& cell) {
         const float across = c * v - s * u;
         const float x = cell.x + u;
         const float y = cell.y + v;
-        const float own = 40.0F * cell.angle; // neighbours must not fray alike
+        const float own = 40.0F * cell.angle; // neighbours must not have the same frayed edge
         const float frayed = m_field.fractal(x / 48.0F + own, y / 48.0F, 4) - 0.5F;
         const float body = std::clamp(1.0F - r - 1.3F * frayed, 0.0F, 1.0F);
         const float bend = 16.0F * m_field.fractal(x / 110.0F, y / 110.0F, 2);
-        // Bundles begin and end: each fibre is bright only in places along its way.
+        // Bundles begin and end: each fibre is bright only in places along its length.
         const float bundle = m_field.value(along / 26.0F + own, across / 4.0F);
         const float fibre = std::pow(0.5F + 0.5F * std::sin(across * 0.9F + bend), 3.0F) * bundle;
         const float cross =

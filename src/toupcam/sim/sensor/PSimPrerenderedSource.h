@@ -7,7 +7,7 @@
 #include <mutex>
 
 /// Ready-made pictures: exact, without noise, the same at any exposure. Unless a setting changes
-/// it, a frame costs only a pointer; the memory lives as long as the source.
+/// it, a frame costs only a pointer; the memory exists as long as the source.
 class PSimPrerenderedSource : public PSimImageSource {
 public:
     explicit PSimPrerenderedSource(std::shared_ptr<const PSimCameraSpec> spec)

@@ -29,8 +29,8 @@ std::vector<std::int8_t> normalNoise() {
     return noise;
 }
 
-// One pool for all sensors, created with the first picture; never freed, as SDK threads may outlive
-// the end of main.
+// One supply for all sensors, created with the first picture; never freed, as SDK threads may
+// outlive the end of main().
 const std::vector<std::int8_t>& noiseSupply() {
     static const auto* const noise = new std::vector<std::int8_t>(normalNoise());
     return *noise;
@@ -69,7 +69,7 @@ PSimRowFactors makeFactors(const PSimSensorSpec& spec, const PSimShot& shot, dou
         limited((spec.fullWell - dark) * countsAnElectron * unitsACount, mostUnits - darkUnits);
     factors.shot = std::int16_t(limited(shotScale * unitsACount * 65536.0, 16383.0));
     factors.read = std::int16_t(limited(readScale * unitsACount * 65536.0, 16383.0));
-    // Half a count to round; one unit because the three products are each rounded down.
+    // Half a count for rounding; one unit because each of the three products is rounded down.
     factors.offset = std::int16_t(std::lround(spec.offset * unitsACount + darkUnits) + 8 + 1);
     return factors;
 }

@@ -21,7 +21,7 @@ public:
     HRESULT set(unsigned option, int value);
     /// E_POINTER for a null output.
     HRESULT get(unsigned option, int* value) const;
-    /// The applied value; `otherwise` if this model does not have the option.
+    /// The applied value, or `otherwise` if this model does not have the option.
     int value(unsigned option, int otherwise) const;
 
 private:

@@ -15,7 +15,7 @@ constexpr double coolingWithoutFan = 0.4;
 constexpr double voltageAKelvin = 0.25;
 
 constexpr double loopStep = 0.25; // seconds: small beside 3 s, the loop's own time constant
-constexpr double longEnough = 20.0 * timeConstant; // all is settled after that
+constexpr double longEnough = 20.0 * timeConstant; // everything has settled after that
 
 } // namespace
 
@@ -51,7 +51,7 @@ int PSimThermal::voltage() {
     return int(std::lround(highestVoltage * voltageShare()));
 }
 
-// Called under the lock, as all below: brings the temperature up to now.
+// Called under the lock, as all below: computes the temperature up to now.
 void PSimThermal::advance() {
     const Clock::time_point now = Clock::now();
     const std::chrono::duration<double> passed = now - m_when;

@@ -9,8 +9,8 @@
 #include <cstdint>
 #include <memory>
 
-/// Data that a stream and its camera share for longer than one session. The pointers are set once,
-/// before the first session; everything else may be read and changed on any thread.
+/// Data that a stream and its camera share beyond one session. The pointers are set once, before
+/// the first session; everything else may be read and changed on any thread.
 struct PSimCameraLink {
     std::shared_ptr<PSimImageSource> source;
     std::shared_ptr<PSimFrameObserver> observer;

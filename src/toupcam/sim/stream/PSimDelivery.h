@@ -11,13 +11,13 @@ class PSimDelivery {
 public:
     virtual ~PSimDelivery() = default;
 
-    /// Begins, with threads marked as those of `owner`; `wake` makes the stream check for work.
+    /// Starts, with threads marked as those of `owner`; `wake` makes the stream check for work.
     virtual void start(const void* owner, std::function<void()> wake) = 0;
     /// Delivers a live frame; may exchange `picture` for another one with memory to reuse.
     virtual void frame(PSimPicture& picture) = 0;
     /// The same for a still.
     virtual void still(PSimPicture& picture) = 0;
-    /// Whether a frame delivered now would not replace one that is not yet announced to the client.
+    /// False if a frame delivered now would replace one that is not yet announced to the client.
     virtual bool isReady() const = 0;
     /// Reports to the client that the camera is gone, then calls `afterwards`.
     virtual void lost(std::function<void()> afterwards) = 0;
@@ -33,6 +33,6 @@ public:
 
     /// Makes its threads end after the callbacks in progress.
     virtual void requestStop() = 0;
-    /// Waits for their end; not from one of them.
+    /// Waits until its threads have ended. Not from one of them.
     virtual void join() = 0;
 };

@@ -12,8 +12,7 @@ PSimEventThread::PSimEventThread(PTOUPCAM_EVENT_CALLBACK callback, void* context
 }
 
 PSimEventThread::~PSimEventThread() {
-    // Not joined, as it was closed from inside its own callback: the thread is at its last
-    // statement.
+    // Not joined if it was closed from its own callback: the thread is at its last statement.
     if (m_thread.joinable())
         m_thread.detach();
 }
@@ -70,7 +69,7 @@ void PSimEventThread::join() {
 }
 
 void PSimEventThread::run() {
-    // Without the lock: the callback pulls pictures and may call anything else of the SDK.
+    // Without the lock: the callback pulls pictures and may call any other function of the SDK.
     while (const std::optional<Task> task = next()) {
         if (task->isReported)
             m_callback(task->event.code, m_context);

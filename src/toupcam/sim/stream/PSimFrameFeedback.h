@@ -15,7 +15,7 @@ public:
     PSimFrameFeedback(std::shared_ptr<PSimImageSource> source,
                       std::shared_ptr<PSimSettings> settings, PSimStreamSchedule& schedule);
 
-    /// Sets what is called when auto-exposure has changed something; null for nothing.
+    /// Sets the function that is called when auto-exposure has changed something; null for none.
     void setExposureCallback(PITOUPCAM_EXPOSURE_CALLBACK callback, void* context);
     /// Requests one-push white balance, replacing a pending request.
     void requestBalance(const PSimOnePush::Request& request);

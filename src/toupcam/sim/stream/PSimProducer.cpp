@@ -57,8 +57,8 @@ void PSimProducer::deliverFrame(const PSimStreamSchedule::Frame& frame, PSimDeli
     setNumber(m_live, frame.number, frame.microseconds);
     m_link->source->take(m_settings->shot(), frame.number, m_live);
     const PSimMeans means = m_live.means; // delivering may exchange the picture
-    // Counted before the callback, so that a client never has received more than was counted. If
-    // stopped or unplugged meanwhile, the picture is lost, as on a cable.
+    // Counted before the callback, so that a client has never received more frames than were
+    // counted. If stopped or unplugged meanwhile, the picture is lost, as on a cable.
     if (!m_schedule.deliver())
         return;
     delivery.frame(m_live);

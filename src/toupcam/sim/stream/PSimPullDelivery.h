@@ -6,8 +6,8 @@
 
 #include <mutex>
 
-/// Pull mode: the newest picture is kept to be pulled, the client's event callback runs on an event
-/// thread.
+/// Pull mode: the newest picture is kept until it is pulled; the client's event callback runs on an
+/// event thread.
 class PSimPullDelivery : public PSimDelivery {
 public:
     PSimPullDelivery(PTOUPCAM_EVENT_CALLBACK callback, void* context);

@@ -15,7 +15,7 @@ PSimStream::PSimStream(std::shared_ptr<PSimCameraLink> link,
 }
 
 PSimStream::~PSimStream() {
-    // Not joined, as it was closed from inside a callback: the thread is at its last statement.
+    // Not joined if it was closed from a callback: the thread is at its last statement.
     if (m_thread.joinable())
         m_thread.detach();
 }
@@ -129,7 +129,7 @@ bool PSimStream::fireEvent(unsigned code) {
     // A thread of the stream would wait for itself, or for an event thread that waits for it.
     if (PSimThreadMark::isOf(this))
         return current->event(code, {});
-    // Shared: the event thread may still be inside set_value() when the wait here is over.
+    // Shared: the event thread may still be in set_value() when the wait here ends.
     const auto reported = std::make_shared<std::promise<void>>();
     const std::future<void> done = reported->get_future();
     if (!current->event(code, [reported] { reported->set_value(); }))

@@ -31,19 +31,21 @@ public:
     HRESULT snap(unsigned resolution) { return m_schedule.requestStill(resolution); }
     /// Copies the newest picture out; E_UNEXPECTED if the stream does not run. See PSimDelivery.
     HRESULT pull(bool still, void* buffer, int bits, ToupcamFrameInfoV2* info);
-    /// Sets what is called, on the producing thread, when auto-exposure has changed something.
+    /// Sets the function that is called, on the producing thread, when auto-exposure has changed
+    /// something.
     void setExposureCallback(PITOUPCAM_EXPOSURE_CALLBACK callback, void* context);
     /// Requests one-push white balance; its callback (which may be null) is called on the producing
     /// thread. E_UNEXPECTED if the stream does not run.
     HRESULT balanceOnce(PITOUPCAM_TEMPTINT_CALLBACK callback, void* context);
-    /// Software trigger: this many frames in place of those still to come, 0xffff without end, 0
-    /// none; E_UNEXPECTED, but not for 0, unless the stream runs in software-trigger mode.
+    /// Software trigger: replaces the frames still to come by this many, 0xffff meaning without
+    /// end, 0 none. E_UNEXPECTED, except for 0, unless the stream runs in software-trigger mode.
     HRESULT trigger(unsigned short count) { return m_schedule.trigger(count); }
     /// A signal at the external trigger input; false if no exposure begins.
     bool signal() { return m_schedule.signal(); }
-    /// Signals that came while the camera was exposing, since the stream or the mode began.
+    /// Signals that arrived while the camera was exposing, since the stream or the mode began.
     std::uint64_t missedSignals() const { return m_schedule.missedSignals(); }
-    /// Settings changed: the time the next frame falls due may have, too.
+    /// To be called when settings have changed: the time at which the next frame falls due may have
+    /// changed too.
     void settingsChanged() { m_schedule.settingsChanged(); }
 
     /// The camera was unplugged: reports it to the client once, then calls `afterwards` on a thread
@@ -53,7 +55,7 @@ public:
     bool pushRaw(const void* data, const BITMAPINFOHEADER* header, int isSnapshot);
     /// Reports an event; waits until the callback has returned unless called on a stream's thread.
     bool fireEvent(unsigned code);
-    /// Of the newest run of the stream.
+    /// The counts since the stream was last started.
     PSimFrameCounts counts() const { return m_schedule.counts(); }
 
 private:

@@ -85,7 +85,7 @@ bool PSimStreamSchedule::isFrameDue(Time now) {
     return isFree() ? !m_link->held && m_delivery->isReady() : m_shutter.isDue(now);
 }
 
-// Whether frames come as fast as they are delivered.
+// True if frames are due as soon as they can be delivered.
 bool PSimStreamSchedule::isFree() const {
     return m_link->source->isUnpaced() && !m_shutter.isTriggered();
 }
@@ -203,7 +203,7 @@ bool PSimStreamSchedule::requestLoss(std::function<void()> afterwards) {
 PSimFrameCounts PSimStreamSchedule::counts() const {
     const std::lock_guard lock(m_mutex);
     const bool counting = m_active && !m_lost && !isFree();
-    // Counts frames that fell due while the client blocks the producing thread.
+    // Also counts frames that fell due while the client blocked the producing thread.
     return {counting ? m_shutter.producedBy(PSimPacer::Clock::now()) : m_shutter.produced(),
             m_delivered};
 }

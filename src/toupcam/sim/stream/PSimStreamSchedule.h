@@ -51,7 +51,7 @@ public:
     PSimStreamSchedule(std::shared_ptr<PSimCameraLink> link,
                        std::shared_ptr<PSimSettings> settings);
 
-    /// A stream begins; unpaced frames come when `delivery` is ready for them.
+    /// A stream begins; unpaced frames are due when `delivery` is ready for them.
     void begin(std::shared_ptr<const PSimDelivery> delivery);
     /// Waits for the next piece of work and returns it; none if the stream must end.
     std::optional<Work> next();
@@ -65,7 +65,8 @@ public:
     void requestStop();
     /// Checks for work again, for example because the delivery has become ready.
     void wake();
-    /// Settings changed: the time the next frame falls due may have, too.
+    /// To be called when settings have changed: the time at which the next frame falls due may have
+    /// changed too.
     void settingsChanged();
     /// Whether work can be requested.
     bool isOpen() const;
@@ -81,8 +82,8 @@ public:
     bool signal();
     /// See PSimStream::missedSignals.
     std::uint64_t missedSignals() const;
-    /// No frames come any more, only the report of the loss. False if no stream runs or the loss is
-    /// known.
+    /// From here on only the loss is reported, and no more frames. False if no stream runs or the
+    /// loss was reported before.
     bool requestLoss(std::function<void()> afterwards);
     /// Of the newest stream, running or not.
     PSimFrameCounts counts() const;

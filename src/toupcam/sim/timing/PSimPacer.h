@@ -39,7 +39,7 @@ public:
         m_last = now;
     }
 
-    /// The next frame falls due one period after `now`.
+    /// Restarts the period: the next frame falls due one period after `now`.
     void pauseUntil(Clock::time_point now) { m_last = now; }
 
     /// Changes the period. A due frame stays due, and those before it are counted; if the next

@@ -5,13 +5,13 @@
 
 /// The timing that decides when frames fall due.
 struct PSimPace {
-    /// From frame to frame, and from a trigger to its frame; at least the exposure time.
+    /// The time between frames, and from a trigger to its frame; at least the exposure time.
     std::chrono::nanoseconds period{0};
     PSimTrigger::Mode mode = PSimTrigger::Mode::Video;
 };
 
-/// Opens for one frame after the other: at the camera's rate, or as it is triggered. Any thread may
-/// use it under its owner's lock.
+/// Starts one frame after the other: at the camera's rate, or when triggered. Any thread may use it
+/// under its owner's lock.
 class PSimShutter {
 public:
     using Time = PSimPacer::Clock::time_point;
@@ -20,7 +20,7 @@ public:
 
     /// Starts from zero; the first frame falls due one period after `now`, or when triggered.
     void start(Time now, const PSimPace& pace);
-    /// The settings have changed. A current exposure that is too long by them ends now; one in
+    /// The settings have changed. A current exposure that is now too long ends at once; one in
     /// another mode is cancelled.
     void change(Time now, const PSimPace& pace);
     bool isTriggered() const { return m_pace.mode != PSimTrigger::Mode::Video; }
@@ -38,7 +38,7 @@ public:
     /// Counts what has fallen due and is lost.
     void settle(Time now);
 
-    /// Frames counted, and those that have fallen due up to `now` as well.
+    /// Frames counted, including those that have fallen due up to `now`.
     std::uint64_t produced() const { return m_pacer.produced(); }
     std::uint64_t producedBy(Time now) const;
     /// Microseconds from the start to the newest frame counted.

@@ -21,13 +21,13 @@ public:
     void begin(Mode mode, Time now);
     Mode mode() const { return m_mode; }
 
-    /// Software trigger: `count` frames in place of those still to come, 0xffff without end, 0
-    /// none.
+    /// Software trigger: replaces the frames still to come by `count`, 0xffff meaning without end,
+    /// 0 none.
     void request(unsigned count, Time now);
     /// A signal at the external input. False if it is missed: the camera is exposing, or in another
     /// mode.
     bool signal(Time when);
-    /// Takes in the signals that the external source has sent up to `now`.
+    /// Adds the signals that the external source has sent up to `now`.
     void advance(Time now);
 
     /// When the current exposure began.

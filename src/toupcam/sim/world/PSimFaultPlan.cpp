@@ -10,7 +10,7 @@
 
 namespace {
 
-// A header may lie: this much memory at most stands behind one, however large it says it is.
+// A header may be wrong: no more memory than this follows one, whatever size it declares.
 constexpr std::size_t mostMalformedBytes = std::size_t{256} << 20;
 
 } // namespace
@@ -122,8 +122,8 @@ void PSimFaultPlan::runTimer() {
         perform(*step);
 }
 
-// The next step when its time has come; null, and the timer counts as ended, if none is left or the
-// plan stops.
+// Waits for the next timed step and returns it; null, with the timer counted as ended, if none is
+// left or the plan stops.
 const PSimFaultSpec* PSimFaultPlan::waitForTimed() {
     std::unique_lock lock(m_mutex);
     if (Step* const step = nextTimed()) {

@@ -9,8 +9,8 @@
 
 class PSimWorld;
 
-/// The fault plan of a scene: performs each step once, when its time or its frame has come. The
-/// same plan does the same to the same frames in every run. Callable from any thread.
+/// The fault plan of a scene: performs each step once, at its time or frame. The same plan has the
+/// same effect on the same frames in every run. Callable from any thread.
 class PSimFaultPlan : public std::enable_shared_from_this<PSimFaultPlan> {
 public:
     PSimFaultPlan(const PSimScene& scene, PSimWorld& world);
@@ -18,9 +18,9 @@ public:
     PSimFaultPlan(const PSimFaultPlan&) = delete;
     PSimFaultPlan& operator=(const PSimFaultPlan&) = delete;
 
-    /// Sets calls up to fail or take longer, and starts the clock for the timed steps.
+    /// Sets the calls that fail or take longer, and starts the clock for the timed steps.
     void start();
-    /// Begins no more timed steps, and waits for one in progress. Not from a callback.
+    /// Starts no more timed steps, and waits for one in progress. Not from a callback.
     void stop();
 
     /// The observer that reports the frames of one camera to the plan.

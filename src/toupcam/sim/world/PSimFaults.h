@@ -10,7 +10,8 @@
 #include <string>
 #include <vector>
 
-/// Calls set to fail, to take longer or to return false values. Callable from any thread.
+/// The calls that are set to fail, to take longer or to return false values. Callable from any
+/// thread.
 class PSimFaults {
 public:
     /// Calls of `function` (with this option, if one is given) return `result`: the next `count`

@@ -26,7 +26,7 @@ PSimWorld::PSimWorld() {
         loadFromEnvironment();
 }
 
-// If the scene cannot be read, there are no cameras, rather than other ones.
+// If the scene cannot be read, there are no cameras, rather than those of another scene.
 void PSimWorld::loadFromEnvironment() {
     const QByteArray path = qgetenv("TOUPCAM_SIM_SCENE");
     try {

@@ -18,8 +18,8 @@
 /// faults. One for the process; callable from any thread.
 class PSimWorld {
 public:
-    /// The one world. Created at first use with the built-in scene or the one that the environment
-    /// names, and never destroyed: SDK threads may outlive the end of main.
+    /// The one instance. Created at first use with the built-in scene or the one that the
+    /// environment variable names, and never destroyed: SDK threads may outlive the end of main().
     static PSimWorld& instance();
 
     PSimJournal& journal() { return m_journal; }
