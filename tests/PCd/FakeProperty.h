@@ -32,7 +32,7 @@ public:
 
     QVariant inDevice;
     QVariant rangeInDevice;
-    QVariant becomes; ///< the value that the device stores for any value it takes, if valid
+    QVariant becomes; ///< the value that the device stores whatever it is sent, if valid
     bool refuses = false;
     bool answersTaken = false;    ///< returns true in any case, as some devices do
     bool answersOpposite = false; ///< returns false for what it took, as some devices do

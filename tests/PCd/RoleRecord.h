@@ -5,7 +5,7 @@
 
 #include <QMetaType>
 
-/// A composite value whose fields have roles, under names of its own.
+/// A composite value whose fields have roles, under different names than the plugin's.
 struct RoleRecord {
     Q_GADGET
     Q_PROPERTY(double shutter MEMBER shutter)

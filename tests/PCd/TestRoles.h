@@ -6,7 +6,7 @@
 
 #include <QHash>
 
-/// The roles of the properties and fields that the tests' cameras have, by the properties' ids.
+/// The roles of the test cameras' properties and fields, by property id.
 inline const QHash<QByteArray, PRoleBindings>& testRoles() {
     using U = PRoleUnit;
     static const QHash<QByteArray, PRoleBindings> roles{
@@ -38,7 +38,7 @@ inline const QHash<QByteArray, PRoleBindings>& testRoles() {
     return roles;
 }
 
-/// The property, with the roles of its id.
+/// The property with the roles for its id declared.
 template <typename Property>
 Property* withTestRoles(Property* property) {
     PPropertyRoles::declare(*property, testRoles().value(property->id()));

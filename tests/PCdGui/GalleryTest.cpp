@@ -39,8 +39,8 @@ struct Look {
     QPalette (*palette)();
 };
 
-/// Renders editors into the folder in the environment variable PCD_SCREENSHOTS, if it is set, for
-/// inspection.
+/// Renders editors, for inspection, into the folder in the environment variable PCD_SCREENSHOTS, if
+/// it is set.
 class GalleryTest : public testing::TestWithParam<Look> {
 protected:
     GalleryTest()
@@ -61,7 +61,7 @@ protected:
         return given.isEmpty() ? m_temporary.path() : given;
     }
 
-    /// Saves a picture of the widget, and returns how many colours it has.
+    /// Saves a picture of the widget and returns its number of colours.
     qsizetype save(QWidget* widget, const QString& name) const {
         const QImage picture = widget->grab().toImage().convertToFormat(QImage::Format_RGB32);
         const QString file =
@@ -92,7 +92,7 @@ bool hasRoom(const QWidget* part) {
     return part->width() >= need.width() && part->height() >= need.height();
 }
 
-/// The widgets inside that have less room than they need.
+/// The child widgets that have less room than they need.
 QStringList squeezed(const QWidget* widget) {
     QStringList names;
     for (const QWidget* part : widget->findChildren<QWidget*>()) {

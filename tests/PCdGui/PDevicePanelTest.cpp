@@ -45,7 +45,7 @@ public:
     }
 };
 
-/// What a plugin's panel does when the language changes.
+/// Updates its text when the language changes, as plugins' panels do.
 class TranslatedLabel : public QLabel {
 public:
     explicit TranslatedLabel(QWidget* parent)

@@ -12,7 +12,7 @@
 
 namespace {
 
-/// Two pages to choose from, in a style of their own that hides which of them it is.
+/// Two page buttons with a style sheet that does not show which one is checked.
 class PSelectionFrameTest : public testing::TestWithParam<QColor> {
 protected:
     PSelectionFrameTest() {

@@ -13,7 +13,7 @@
 /// "taken", or the opposite of what happened.
 enum class FakeAnswer { Truth, Taken, Opposite };
 
-/// Base of the fake properties: a variable for the device, and a record of the values set.
+/// Base of the fake properties: a variable in place of the device, and a record of the values set.
 template <typename T>
 struct FakeSetting {
     explicit FakeSetting(T value)
@@ -106,7 +106,7 @@ public:
     PScanAreaRange rangeInDevice;
 };
 
-/// A property that brings a panel of its own.
+/// A property with a panel of its own.
 class FakeComposite : public FakeSwitch {
 public:
     FakeComposite(const QByteArray& id, std::function<QWidget*()> makePanel)

@@ -3,7 +3,7 @@
 
 #include <QString>
 
-/// What a widget shows, from UTF-8.
+/// A displayed text, from UTF-8.
 inline QString words(const char* text) {
     return QString::fromUtf8(text);
 }

@@ -18,7 +18,7 @@ namespace {
 struct SelectRow {
     const char* name;
     const char* text;
-    const char* id; ///< of the device that is expected; null for none
+    const char* id; ///< of the expected device; null for none
     const char* problem;
 };
 

@@ -18,7 +18,7 @@
 
 namespace {
 
-/// A register with three devices to be found, and what it emits.
+/// A register with three devices to find, and a record of the signals it emits.
 class RegisterFixture : public testing::Test {
 protected:
     RegisterFixture() {
@@ -388,7 +388,7 @@ TEST_F(PDeviceRegisterTest, does_not_bring_back_what_a_listener_removed_during_a
             fakes.removeDevice(b);
     });
     added.clear();
-    find({b}); // b was there when the register looked
+    find({b}); // b was present when the register scanned
     EXPECT_TRUE(fakes.devices().isEmpty());
     EXPECT_TRUE(added.isEmpty());
 }
@@ -440,7 +440,7 @@ TEST_F(PDeviceRegisterTest, searches_again_only_for_a_device_it_does_not_know) {
     EXPECT_EQ(fakes.searches, 2);
 }
 
-// ---- The end of the register.
+// ---- Destruction of the register.
 
 TEST_F(PDeviceRegisterTest, stops_unlinks_and_deletes_its_devices_when_it_is_destroyed) {
     QStringList callsOfA;

@@ -18,7 +18,7 @@ FakeProperty* withRoles(FakeProperty* property, const PRoleBindings& roles) {
     return property;
 }
 
-/// A device with a composite value, a plain exposure time after it, and one value without a role.
+/// A device with a composite value, then a plain exposure time, and a value without a role.
 class DeviceRoles : public testing::Test {
 protected:
     DeviceRoles() {
@@ -29,7 +29,7 @@ protected:
         EXPECT_TRUE(device.link().isOk());
         EXPECT_TRUE(device.startStream().isOk());
     }
-    /// The settings stamped on a frame now.
+    /// The settings stamped on the next frame.
     PDeviceSettings settingsOfNextFrame() {
         PImage image;
         EXPECT_TRUE(image.create(2, 2, PDIP::ColorFormat::Gray));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The saved form of a device.
+// Saving and restoring a device.
 #include <PCd/FakeDevice.h>
 #include <PCd/FakeProperty.h>
 #include <PCd/property/typed/TypedFakes.h>

@@ -26,7 +26,7 @@ inline std::shared_ptr<const PFrameStamp> findStamp(const PImage& image) {
     return std::dynamic_pointer_cast<const PFrameStamp>(image.attachment());
 }
 
-/// The stamp of a frame, or of an image that has come through a device; throws if there is none,
+/// The stamp of a frame, or of an image that has passed through a device; throws if there is none,
 /// which fails the test.
 inline PFrameStamp stampIn(const PDeviceFrame& frame) {
     if (frame.stamp == nullptr)
@@ -104,7 +104,7 @@ public:
 
     bool takeFrame(const PDeviceFrame& frame, Kind kind) override {
         const std::lock_guard lock(m_mutex);
-        const quint64 sequence = frame.stamp ? frame.stamp->sequence : 0; // which no frame has
+        const quint64 sequence = frame.stamp ? frame.stamp->sequence : 0; // no frame has it
         m_taken.push_back({sequence, kind, std::this_thread::get_id()});
         if (answer == Answer::Throws)
             throw std::runtime_error("disk full");

@@ -42,7 +42,7 @@ class OutOfMemory : public testing::Test {
 protected:
     OutOfMemory() { device.addFrameSink(sink); }
 
-    /// Expects the one frame in the ledger, and nowhere else.
+    /// Expects the ledger to count the one frame as lost for lack of memory, and as nothing else.
     void expectOneFrameWithoutMemory() const {
         QCoreApplication::processEvents();
         EXPECT_TRUE(listener.images.empty());

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The frame pipeline when something fails or ends while frames are in it.
+// The frame pipeline when something fails or is destroyed while frames are in it.
 #include <PCd/FakeDevice.h>
 #include <PCd/frame/FrameHelpers.h>
 
@@ -63,7 +63,7 @@ INSTANTIATE_TEST_SUITE_P(
                                 "A listener failed over a frame: unknown exception"}),
     RowName());
 
-// ---- Devices that end.
+// ---- Devices that are destroyed.
 
 TEST(PFramePipeline, ends_when_a_listener_deletes_the_device) {
     auto* device = new FakeDevice;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The frame pipeline of a device: what arrives where, and how it is counted.
+// The frame pipeline of a device: what is delivered where, and how it is counted.
 #include <PCd/FakeDevice.h>
 #include <PCd/FakeProperty.h>
 #include <PCd/frame/FrameHelpers.h>
@@ -176,7 +176,7 @@ TEST(PFramePipeline, stamps_frames_with_empty_settings_before_there_are_any) {
     EXPECT_TRUE(settingsIn(device.newestFrame()).values.isEmpty());
 }
 
-// ---- The limit of what waits.
+// ---- The limit of the queue.
 
 TEST(PFramePipeline, keeps_what_waits_for_a_stalled_thread_within_the_limit) {
     FakeDevice device;
@@ -297,7 +297,7 @@ TEST(PFramePipeline, shows_every_frame_to_the_sinks_on_the_thread_that_brings_it
     const std::vector<RecordingSink::Taken> taken = sink->taken();
     ASSERT_EQ(taken.size(), 4u);
     for (std::size_t i = 0; i < taken.size(); ++i) {
-        EXPECT_EQ(taken[i].sequence, i < 3 ? i + 1 : 1); // stills are numbered apart
+        EXPECT_EQ(taken[i].sequence, i < 3 ? i + 1 : 1); // stills are numbered separately
         EXPECT_EQ(taken[i].thread, bringing);
         EXPECT_EQ(taken[i].kind, i < 3 ? PFrameSink::Kind::Live : PFrameSink::Kind::Snapshot);
     }
@@ -334,7 +334,7 @@ TEST_P(FailingSink, has_the_frame_booked_as_failed_in_a_writer_once) {
     for (const auto& sink : {failing, alsoFailing, working})
         device.addFrameSink(sink);
     onForeignThread([&] { sendImages(device, 1); });
-    ASSERT_TRUE(waitUntil([&] { return listener.images.size() == 1; })); // it is still shown
+    ASSERT_TRUE(waitUntil([&] { return listener.images.size() == 1; })); // it is still the newest
     EXPECT_EQ(working->taken().size(), 1u);
     EXPECT_EQ(device.frameLedger().count(PFrameOutcome::FailedInWriter), 1u);
     EXPECT_EQ(device.frameLedger().count(PFrameOutcome::Delivered), 0u);
@@ -365,7 +365,7 @@ INSTANTIATE_TEST_SUITE_P(
                             "A frame sink failed: unknown exception"}),
     RowName());
 
-// ---- What never becomes a picture.
+// ---- Buffers that never become a picture.
 
 TEST(PFramePipeline, books_an_empty_image_as_one_of_bad_size) {
     FakeDevice device;

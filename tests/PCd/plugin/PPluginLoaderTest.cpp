@@ -21,7 +21,7 @@ namespace {
 
 const QString pathVariable = u"PCD_PLUGIN_PATH"_qs;
 
-/// Folder of a plugin that was built for these tests.
+/// The folder of a plugin that was built for these tests.
 QString pluginFolder(const char* name) {
     const QDir programs(QCoreApplication::applicationDirPath());
     return QDir::cleanPath(programs.filePath(u"../lib/test-plugins/"_qs) +
@@ -39,8 +39,8 @@ bool isLoaded(const QString& library) {
     return handle != nullptr;
 }
 
-/// A loader, the roots it found, and an environment that is restored afterwards. The real plugins
-/// beside the library are loaded too and ignored.
+/// A loader, the root objects it found, and environment variables that are restored afterwards. The
+/// real plugins beside the library are loaded too, and ignored.
 class PPluginLoaderTest : public testing::Test {
 protected:
     PPluginLoaderTest() { qunsetenv(pathVariable.toLatin1().constData()); }
@@ -204,7 +204,7 @@ TEST_F(PPluginLoaderTest, names_a_plugin_for_something_else_and_does_not_load_it
 }
 
 TEST_F(PPluginLoaderTest, would_notice_a_foreign_plugin_being_loaded) {
-    // Of a copy: a library with inline statics is never unloaded again.
+    // Loads a copy: a library with inline static variables is never unloaded.
     const QTemporaryDir folder;
     const QString copy = folder.filePath(u"copy.so"_qs);
     ASSERT_TRUE(QFile::copy(pluginFile("foreign"), copy));

@@ -3,7 +3,7 @@
 
 #include <QObject>
 
-/// Root of a plugin for something else.
+/// Root object of a plugin of another kind.
 class ForeignPlugin : public QObject {
     Q_OBJECT
     Q_PLUGIN_METADATA(IID "org.example.imageformat")

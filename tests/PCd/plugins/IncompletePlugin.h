@@ -3,7 +3,7 @@
 
 #include <PCd/device/PDeviceRegister.h>
 
-/// Root of a device plugin whose library needs a symbol that no library has.
+/// Root object of a device plugin whose library needs a symbol that no library has.
 class IncompletePlugin : public PDeviceRegister {
     Q_OBJECT
     Q_INTERFACES(PDeviceRegister)

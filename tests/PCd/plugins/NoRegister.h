@@ -3,7 +3,7 @@
 
 #include <QObject>
 
-/// Root of a plugin that claims to be a device plugin and is not.
+/// Root object of a plugin that claims to be a device plugin but is not.
 class NoRegister : public QObject {
     Q_OBJECT
     Q_PLUGIN_METADATA(IID "pellix.devices.noregister")

@@ -3,7 +3,7 @@
 
 #include <PCd/device/PDeviceRegister.h>
 
-/// Root of another device plugin without devices.
+/// Root object of another device plugin without devices.
 class OtherRegister : public PDeviceRegister {
     Q_OBJECT
     Q_INTERFACES(PDeviceRegister)

@@ -3,7 +3,7 @@
 
 #include <PCd/device/PDeviceRegister.h>
 
-/// Root of a device plugin without devices.
+/// Root object of a device plugin without devices.
 class TestRegister : public PDeviceRegister {
     Q_OBJECT
     Q_INTERFACES(PDeviceRegister)

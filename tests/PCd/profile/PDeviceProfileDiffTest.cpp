@@ -28,7 +28,8 @@ protected:
         writeFile(file, text);
         return read();
     }
-    /// "id: file | camera", a dash for none.
+    /// The differences as "id: file
+    /// camera", with a dash where one side has no value.
     QStringList differences(const PDeviceProfile& profile) {
         const auto shown = [](const QString& text) { return text.isNull() ? u"-"_qs : text; };
         QStringList lines;

@@ -12,7 +12,7 @@
 
 namespace {
 
-/// A composite value of a plugin whose mode is not saved.
+/// A composite value of a plugin; its field `mode` is not saved.
 struct Shot {
     Q_GADGET
     Q_PROPERTY(quint16 gain MEMBER gain)

@@ -25,7 +25,8 @@ protected:
     const QString file = path(u"a.json"_qs);
     ProfileDevice camera;
 
-    /// Reads a profile, makes a plan of it for the device and sends it; nothing if that fails.
+    /// Reads a profile, makes a plan of it for the device and applies it; stops at the first
+    /// failure.
     PStatus load(ProfileDevice& to, Mode mode = Mode::OfProfile) {
         PDeviceProfile profile;
         PStatus status = PDeviceProfileFile::read(file, profile);

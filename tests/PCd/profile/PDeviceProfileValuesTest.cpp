@@ -18,7 +18,7 @@ namespace {
 
 class PDeviceProfileValuesTest : public testing::Test {
 protected:
-    /// The host has read the camera's values.
+    /// Changes every value, then has the host read them.
     void changeAll() {
         camera.changeAll();
         for (PDeviceProperty* property : camera.device.supportProperties())
@@ -105,7 +105,7 @@ TEST_F(PDeviceProfileValuesTest, can_be_applied_to_another_device) {
     PDeviceProfilePlan plan(other.device);
     ASSERT_TRUE(plan.make(PDeviceProfileValues::ofDevice(camera.device).toProfile()).isOk());
     EXPECT_TRUE(plan.apply().isComplete());
-    camera.exposure->inDevice = QVariant::fromValue(StreamedPair{7, 5}); // what is saved of it
+    camera.exposure->inDevice = QVariant::fromValue(StreamedPair{7, 5}); // the saved part
     EXPECT_EQ(other.state(), camera.state());
 }
 

@@ -11,8 +11,8 @@
 
 #include <PCore/PMinMaxRange.h>
 
-/// A device with a property of every kind, in an order in which they must not be sent. Its modes
-/// are 640x480 ("0") and 320x240 ("1"), and the range of its region follows the mode.
+/// A device with a property of every kind, listed in a different order than they must be sent in.
+/// Its modes are 640x480 ("0") and 320x240 ("1"), and the range of its region follows the mode.
 class ProfileDevice {
 public:
     explicit ProfileDevice(const QByteArray& model = "Fake", const QByteArray& serial = "1")
@@ -125,7 +125,7 @@ private:
     }
 };
 
-/// The bytes of a profile of a "Fake" with serial number "1", with these properties.
+/// A profile of a device "Fake" with serial number "1" and these properties.
 inline QByteArray profileText(const QByteArray& properties, const QByteArray& mode = {},
                               const QByteArray& model = "Fake") {
     return "{\n\"format\": \"camera profile\",\n\"version\": 1,\n\"camera\": {\n\"model\": \"" +

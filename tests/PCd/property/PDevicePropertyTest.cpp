@@ -22,7 +22,7 @@
 
 namespace {
 
-/// A property owned by a device, and the signals it emits from then on.
+/// A property owned by a device, and the signals that it emits after that.
 class TakenProperty {
 public:
     explicit TakenProperty(const QVariant& value = 5, const QVariant& range = {})
@@ -107,7 +107,7 @@ TEST(PDeviceProperty, keeps_a_default_as_given_and_never_sends_it) {
 
 TEST(PDeviceProperty, has_what_the_device_made_of_a_value_that_it_took) {
     TakenProperty taken;
-    taken.property->becomes = 8; // a time is cut to what the sensor can do
+    taken.property->becomes = 8; // a time is rounded to what the sensor can do
     taken.property->setValue(9);
     EXPECT_EQ(taken.property->valueInner(), QVariant(8));
     EXPECT_EQ(taken.emitted, (Emitted{{"value", 8}}));
@@ -124,7 +124,7 @@ TEST(PDeviceProperty, has_the_type_that_the_device_gives_whatever_was_sent) {
 }
 
 TEST(PDeviceProperty, keeps_a_composite_value_that_was_taken_as_given) {
-    // Devices do not hold every field of one, and read zeros for the others.
+    // Devices do not hold every field of a composite value, and read zeros for the others.
     const auto pair = [](int a, int b) { return QVariant::fromValue(StreamedPair{a, b}); };
     TakenProperty taken(pair(1, 2));
     const auto leftOut = [&] { return taken.property->valueInner().value<StreamedPair>().leftOut; };
@@ -345,7 +345,7 @@ TEST(PDeviceProperty, that_is_not_serialisable_saves_nothing) {
 }
 
 TEST(PDeviceProperty, says_that_its_value_cannot_be_saved) {
-    // It cannot be written to a QDataStream.
+    // This type cannot be written to a QDataStream.
     TakenProperty taken(QVariant::fromValue(PMinMaxRange<double>{0, 1, 1}));
     PJsonWriter writer;
     EXPECT_FALSE(taken.property->writeStreamThis(&writer, u"gain"_qs));

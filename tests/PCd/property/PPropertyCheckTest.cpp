@@ -43,7 +43,7 @@ QVariant turns() {
     return QVariant::fromValue(choices);
 }
 
-/// A sensor whose width is not a multiple of the step, with offsets in steps of 2.
+/// The range of a sensor whose width is not a multiple of the step, with offsets in steps of 2.
 QVariant sensor(const QRect& bounds = QRect(0, 0, 101, 80)) {
     return QVariant::fromValue(PScanAreaRange{bounds, 8, 4, 4, 4, 2});
 }

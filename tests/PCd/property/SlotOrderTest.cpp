@@ -152,7 +152,7 @@ INSTANTIATE_TEST_SUITE_P(PDevicePropertyScanArea, SlotOrder,
 
 namespace thread {
 using Class = PThread;
-// run() is QThread's own, its one slot after those of QObject.
+// run() is QThread's own; it is the one slot after those of QObject.
 INSTANTIATE_TEST_SUITE_P(PThread, SlotOrder,
                          testing::Values(ROW(0, run), ROW(1, onStart), ROW(2, onStop), ROW(3, id)),
                          RowName());

@@ -16,7 +16,8 @@
 
 #include <memory>
 
-/// A property of a fake device with its editor in a window, and somewhere else to put the focus.
+/// A property of a fake device with its editor in a window, and another widget to move the focus
+/// to.
 template <typename Property>
 class EditorBench : public testing::Test {
 protected:
@@ -66,7 +67,7 @@ struct AnswerRow {
     FakeAnswer answer;
 };
 
-/// A bench of the kind `Bench` whose device refuses every value, whatever it returns.
+/// A bench of the kind `Bench` whose device refuses every value, whatever its setter returns.
 template <typename Bench>
 class RefusingBench : public Bench, public testing::WithParamInterface<AnswerRow> {
 protected:

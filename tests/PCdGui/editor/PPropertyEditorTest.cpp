@@ -86,7 +86,7 @@ TEST_F(PPropertyEditorTest, is_disabled_when_the_device_is_gone_and_outlives_it)
     open();
     FakeRegister cameras({device.get()});
     cameras.updateDevices();
-    FakeDevice* const gone = device.release(); // the register's now
+    FakeDevice* const gone = device.release(); // now owned by the register
     const QPointer<FakeDevice> watched(gone);
     enter(field(), u"250"_qs);
     cameras.removeDevice(gone);

@@ -44,7 +44,7 @@ struct TextRow {
     const char* name;
     QVariant current;
     const char* text;
-    QVariant value; ///< invalid: the text means none
+    QVariant value; ///< invalid: the text has no value
 };
 
 class TextFromUser : public testing::TestWithParam<TextRow> {};

@@ -4,8 +4,8 @@
 #include <QDataStream>
 #include <QMetaType>
 
-/// A composite value, as a plugin has them: not comparable, and its QDataStream format leaves a
-/// part out.
+/// A composite value like those of plugins: not comparable, and its QDataStream format omits one
+/// part.
 struct StreamedPair {
     qint32 saved = 0;
     qint32 leftOut = 0;
