@@ -39,7 +39,7 @@ TEST_F(FirstEvents, of_the_process_are_logged_once_whichever_camera_they_come_fr
         EXPECT_EQ(record.function, u"void cbEvent(unsigned int, void *)"_qs);
     log.clear();
 
-    // The first code ever taken off a queue is logged, also one that is ignored or fails.
+    // The first code taken from a queue is logged, even one that is ignored or fails.
     const QString dequeued = u"PTStreamThread first event dequeued, code: "_qs;
     const auto lines = [&] { return ptTexts(log).filter(dequeued); };
     first->pullThread()->startThread();
@@ -52,7 +52,7 @@ TEST_F(FirstEvents, of_the_process_are_logged_once_whichever_camera_they_come_fr
     EXPECT_THAT(lines(), ElementsAre(dequeued + u"11"_qs));
     log.clear();
 
-    // Also from an SDK that reports the size of a frame only once.
+    // Even if the SDK reports the size of a frame only once.
     ToupcamSim_reportSize("Toupcam_PullImageV2", 0, 0);
     ASSERT_EQ(Toupcam_StartPullModeWithCallback(first->sdkHandle(), cbEvent, first.get()), S_OK);
     first->pullThread()->startThread();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The built libPTDevice.so in a process whose camera SDK lacks functions.
+// The built libPTDevice.so in a process whose camera SDK lacks some functions.
 #include <support/PLogCapture.h>
 #include <support/QtPrinters.h>
 

@@ -87,7 +87,7 @@ TEST_F(PTDeviceModes, the_modes_are_read_before_the_current_index) {
 
 namespace {
 
-/// A camera whose modes are a derived class's.
+/// A camera that overrides its modes.
 class DeviceWithModes : public PTDevice {
 public:
     explicit DeviceWithModes(const ToupcamDeviceV2& record)

@@ -81,7 +81,7 @@ protected:
             return frame.stamp ? frame.stamp->sequence : 0;
         };
         const quint64 before = sequence();
-        // The frame being taken, and the one still to arrive, may have the earlier setting.
+        // The current frame and the next one to arrive may still have the earlier setting.
         EXPECT_TRUE(waitUntil([&] { return sequence() > before + 2; }));
         return device->newestFrame().image.toQImage().convertToFormat(QImage::Format_RGB32);
     }

@@ -32,7 +32,7 @@ QVariant numbersWithoutAny() {
     return QVariant::fromValue(PMinMaxRange<int>{0, 0, 0});
 }
 
-/// Of the camera below, which has no cooler and no fan.
+/// The properties of the camera below, which has no cooler and no fan.
 const std::vector<CatalogueRow>& catalogue() {
     static const std::vector<CatalogueRow> rows{
         {"extexposure", "", Type::Custom, {}, {}},

@@ -402,7 +402,7 @@ TEST_F(PTRegister, two_hot_plug_events_300_ms_apart_yield_one_rescan_1000_ms_aft
         sinceSecond.start();
     });
     ASSERT_TRUE(waitUntil([&] { return !SimJournal::calls("Toupcam_EnumV2").empty(); }));
-    // A lower bound only: the timer may be late, never early (coarse timers keep 5 %).
+    // A lower bound only: the timer may be late, never early (coarse timers are within 5 %).
     EXPECT_GE(sinceSecond.elapsed(), 950);
     EXPECT_FALSE(rescanTimer(reg)->isActive()) << "and none is left";
     EXPECT_THAT(SimJournal::calls("Toupcam_EnumV2"), SizeIs(1));
@@ -443,7 +443,7 @@ TEST_F(PTRegister, destroyed_while_the_hot_plug_thread_keeps_calling_it_ends_cle
         auto reg = std::make_unique<PTDeviceRegister>();
         std::atomic<bool> calling{false};
         void* const context = reg.get();
-        // The SDK's thread may be inside the callback, or about to enter it with this context.
+        // The SDK's thread may be in the callback, or about to enter it with this context.
         std::thread sdkThread([&] {
             for (int i = 0; i < 20; ++i) {
                 PTDeviceRegister::hotPlugCallback(context);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// One opened camera as a session with the SDK: what is called, in which order, and what is
+// One opened camera as a session of the SDK: which calls are made, in which order, and what is
 // reported.
 #include <PTDevice/SimFixture.h>
 
@@ -222,7 +222,7 @@ TEST_F(PTDeviceSession, a_camera_that_does_not_open_gives_no_device_and_the_disc
     const std::unique_ptr<PTDevice> device(PTDevice::create(closed));
     EXPECT_EQ(device, nullptr);
     const QList<PLogRecord> records = log.records(u"PTDevice"_qs);
-    // Six settings fail on the null handle; without a maximum, no speed is tried.
+    // Six settings fail on the null handle; without a maximum, no speed is set.
     ASSERT_EQ(records.size(), 7);
     EXPECT_EQ(records.last().text(),
               QString::fromUtf8(

@@ -44,7 +44,7 @@ protected:
         SimJournal::clear();
     }
 
-    /// Hands a buffer to the data callback as the SDK would, from this thread.
+    /// Passes a buffer to the data callback as the SDK would, on this thread.
     void push(const std::vector<unsigned char>& buffer, const BITMAPINFOHEADER& header,
               int isSnapshot = 0) {
         cbData(buffer.data(), &header, isSnapshot, device.get());
@@ -56,7 +56,7 @@ protected:
     std::unique_ptr<PTDevice> device;
 };
 
-/// The colours other than black of the middle row, from left to right, each named once.
+/// The colours of the middle row other than black, from left to right, each listed once.
 QList<QColor> patchColours(const QImage& picture) {
     QList<QColor> colours;
     for (int x = 0; x < picture.width(); ++x) {
@@ -407,7 +407,7 @@ TEST_F(PTDeviceStream, stop_on_the_main_thread_while_frames_wait_for_it_does_not
     device = open();
     device->setFrameByteLimit(10 * 64 * 48 * 3);
     ASSERT_TRUE(device->tryStartStream());
-    // This thread runs no event loop meanwhile: the queue fills to its limit and stays there.
+    // This thread runs no event loop meanwhile, so the queue fills to its limit and stays full.
     while (count(PFrameOutcome::DroppedWaiting) < 100)
         std::this_thread::yield();
     EXPECT_TRUE(device->tryStopStream());

@@ -37,7 +37,7 @@ QList<PEnumerationItem> listItems(const PDeviceProperty* property) {
     return property->rangeInner().value<PEnumeration>().items();
 }
 
-/// Items as they are made: the k-th has k in the last byte of its id.
+/// Items in the order in which they are created: the k-th has k in the last byte of its id.
 struct ItemRow {
     const char* name;
     const char* title;
@@ -120,7 +120,7 @@ TEST_F(PTPropProcessModes, setting_is_always_true_whatever_the_sdk_returns) {
 }
 
 TEST_F(PTPropProcessModes, the_range_that_the_host_holds_decides_the_value_sent) {
-    // Nothing has taken this one yet, so the host holds no range: every item is unknown.
+    // Not added to a device, so the host has cached no range and every item is unknown.
     PTPropProcessMode fresh(device->sdkHandle(), "rotate", QString(), TOUPCAM_OPTION_ROTATE,
                             property("rotate")->rangeInner().value<PEnumeration>());
     fresh.trySetValue(QVariant::fromValue(idWithLastByte(1)));
@@ -154,7 +154,7 @@ TEST_F(PTPropProcessModes, a_binning_of_0_reads_as_no_binning) {
 
 TEST_F(PTPropProcessModes, what_is_read_is_looked_up_in_its_own_items_whatever_the_host_holds) {
     ASSERT_EQ(Toupcam_put_Option(device->sdkHandle(), TOUPCAM_OPTION_ROTATE, 90), 0);
-    // Nothing has taken this one yet, so the host holds no range.
+    // Not added to a device, so the host has cached no range.
     PTPropProcessMode fresh(device->sdkHandle(), "rotate", QString(), TOUPCAM_OPTION_ROTATE,
                             property("rotate")->rangeInner().value<PEnumeration>());
     EXPECT_EQ(fresh.tryGetValue(), QVariant::fromValue(idWithLastByte(1)));
@@ -255,7 +255,7 @@ TEST_F(PTPropProcessModes, a_light_frequency_is_looked_up_in_its_own_items_when_
 
 TEST_F(PTPropProcessModes, a_light_frequency_is_looked_up_in_the_hosts_range_when_set) {
     PTPropBackligtComp light(device->sdkHandle(), "hz", QString(), 0, frequencies());
-    light.trySetValue(QVariant::fromValue(idWithLastByte(1))); // unknown: the host holds no range
+    light.trySetValue(QVariant::fromValue(idWithLastByte(1))); // no range is cached
     EXPECT_THAT(SimJournal::lines(), ElementsAre("Toupcam_put_HZ(h1, 0) = 0"));
 }
 

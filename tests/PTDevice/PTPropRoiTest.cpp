@@ -88,7 +88,7 @@ TEST_F(PTPropRoi, a_resolution_that_cannot_be_read_is_logged_and_still_gives_a_r
     ToupcamSim_failCall("Toupcam_get_Resolution", 0, 1, E_FAIL);
     const PScanAreaRange whole = range();
     EXPECT_EQ(whole.bounds.topLeft(), QPoint(0, 0));
-    EXPECT_EQ(whole.bounds.bottomRight(), QPoint(-2, -2)); // what the camera left: -1 by -1 pixels
+    EXPECT_EQ(whole.bounds.bottomRight(), QPoint(-2, -2)); // after the failure: -1 by -1 pixels
     EXPECT_EQ(whole.widthStep, 4);
     EXPECT_EQ(ptLastText(log),
               u"Failed TOUPCAM_OP: Toupcam_get_Resolution(m_handle, n, &w, &h)"_qs);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Properties that are bound to SDK calls, one by one, and the calls they make.
+// Properties that are bound to one getter and setter of the SDK, and the calls they make.
 #include <PTDevice/SimFixture.h>
 
 #include <PCdPlugins/PTDevice/PTProps.h>
@@ -28,7 +28,7 @@ protected:
     }
 
     Toupcam_t* handle() const { return device->sdkHandle(); }
-    /// The device as the SDK has it.
+    /// The device's address, as the journal writes it.
     QString contextText() const {
         return u"0x%1"_qs.arg(quintptr(static_cast<PDevice*>(device.get())), 0, 16);
     }

@@ -46,7 +46,7 @@ protected:
         ASSERT_TRUE(device->pullThread()->startThread().isOk());
     }
 
-    /// Opens a camera in pull mode whose frames come when they are triggered, and not before.
+    /// Opens a camera in pull mode that sends frames only when it is triggered.
     void startTriggered() {
         reopen(SimCameraText().withFlags(R"(["TRIGGER_SOFTWARE"])"));
         ASSERT_EQ(Toupcam_put_Option(device->sdkHandle(), TOUPCAM_OPTION_TRIGGER, 1), S_OK);
@@ -56,7 +56,7 @@ protected:
         log.clear();
     }
 
-    /// Has the worker pull the one frame that a trigger makes.
+    /// Lets the worker pull the one frame of a trigger.
     void pullOneFrame() {
         ASSERT_EQ(Toupcam_Trigger(device->sdkHandle(), 1), S_OK);
         ASSERT_TRUE(waitUntil([&] { return queuedEvents().contains(TOUPCAM_EVENT_IMAGE); }));
@@ -64,7 +64,7 @@ protected:
         QCoreApplication::sendPostedEvents();
     }
 
-    /// Has the running worker pull this many triggered frames, one after the other.
+    /// Lets the running worker pull this number of triggered frames, one after the other.
     void triggerFrames(int frames) {
         for (int frame = 0; frame < frames; ++frame) {
             const quint64 before = device->frameLedger().produced;
@@ -73,7 +73,7 @@ protected:
         }
     }
 
-    /// Has the worker pull one still picture.
+    /// Lets the worker pull one still.
     void pullOneStill() {
         ASSERT_TRUE(device->triggerStillCapture());
         ASSERT_TRUE(waitUntil([&] { return queuedEvents().contains(TOUPCAM_EVENT_STILLIMAGE); }));
@@ -92,7 +92,7 @@ protected:
 
     QList<unsigned int> queuedEvents() {
         const QMutexLocker locker(&device->pullThread()->lock);
-        // The items, not the list: a copied list shares its memory with the worker's.
+        // Compares the items, not the list: a copied list would share its memory with the worker's.
         const auto& events = device->pullThread()->events;
         return {events.cbegin(), events.cend()};
     }
@@ -239,7 +239,7 @@ TEST_F(PTStreamThreadTest,
 }
 
 TEST_F(PTStreamThreadTest, a_still_picture_is_pulled_and_arrives_as_a_snapshot_in_the_hosts_order) {
-    reopen(slowCamera()); // no backlog of live frames in which the event is dropped
+    reopen(slowCamera()); // no backlog of live frames that would push the event out
     QSignalSpy stills(device.get(), &PDevice::snapshotTaken);
     startPulling();
     ASSERT_TRUE(waitUntil([&] { return device->frameLedger().produced >= 1; }));

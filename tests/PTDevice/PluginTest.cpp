@@ -21,7 +21,8 @@ const QString pluginPath = QStringLiteral(PT_PLUGIN_PATH);
 class Plugin : public testing::Test {
 protected:
     Plugin() {
-        // The plugin finds the SDK this test is linked with, so both see one simulated world.
+        // The plugin finds the SDK that this test is linked with, so both use the same simulated
+        // cameras.
         Dl_info info{};
         EXPECT_NE(dladdr(reinterpret_cast<const void*>(&ToupcamSim_version), &info), 0);
         qputenv("TOUPCAM_LIBRARY", info.dli_fname);

@@ -19,7 +19,8 @@
 #include <string>
 #include <vector>
 
-/// A camera of a test's scene as JSON; what a test does not set has a small, quick camera's value.
+/// A camera of a test's scene as JSON. Keys that a test does not set have the values of a small,
+/// fast camera.
 class SimCameraText {
 public:
     SimCameraText& withId(const std::string& id) { return set("id", '"' + id + '"'); }
@@ -72,7 +73,7 @@ QStringList ptTexts(const PLogCapture& log);
 /// The plugin's newest record as a text; empty if there is none.
 QString ptLastText(const PLogCapture& log);
 
-/// The lines that were written with qDebug(), by the plugin or another, in order.
+/// The lines written with qDebug(), by the plugin or other code, in order.
 QStringList debugTexts(const PLogCapture& log);
 
 /// The plugin's records with this text.

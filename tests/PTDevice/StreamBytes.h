@@ -13,8 +13,8 @@ QByteArray toBytes(const T& value) {
     return bytes;
 }
 
-/// The value that a QDataStream reads into this one; `whole` is true if it took exactly these
-/// bytes.
+/// Reads a value from these bytes into the given one; `whole` is true if that used exactly all of
+/// them.
 template <typename T>
 T valueOfBytes(const QByteArray& bytes, T value, bool* whole) {
     QDataStream stream(bytes);

@@ -26,13 +26,13 @@ protected:
     void set(const ExtendedExposureData& d) { exposure()->setValue(QVariant::fromValue(d)); }
     ExtendedExposureData stored() const { return exposure()->value(); }
 
-    /// Opens the panel over a record that the camera is given first.
+    /// Opens the panel after the camera was set to this record.
     void openWith(const ExtendedExposureData& d) {
         set(d);
         panel = openPanel("extexposure");
     }
 
-    /// A short triggered exposure, by software.
+    /// A short triggered exposure by software.
     static ExtendedExposureData triggerRecord() {
         ExtendedExposureData d;
         d.capturemode = ExtendedExposureData::Trigger;
@@ -66,7 +66,7 @@ protected:
     PDoubleRangeWidget* time() const { return control<PDoubleRangeWidget>(panel, "exposureTime"); }
     int page() const { return control<QStackedWidget>(panel, "stackedWidget")->currentIndex(); }
 
-    /// The names of those controls that can be used.
+    /// The names of those controls that are enabled.
     std::vector<std::string> usable(const std::vector<const char*>& names) const {
         std::vector<std::string> found;
         for (const char* name : names) {

@@ -86,7 +86,7 @@ INSTANTIATE_TEST_SUITE_P(Panels, LanguageChangeOfPanel,
                                          PanelRow{"light", "backlight"}),
                          RowName());
 
-// ---- Texts that the forms do not have.
+// ---- Texts that are not in the forms.
 
 TEST_F(LanguageChange, leaves_a_running_button_at_stop) {
     openWith(triggerRecord());

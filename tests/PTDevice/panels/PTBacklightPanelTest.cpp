@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The panel of the light frequency, as a user works with it.
+// The panel of the light frequency, operated by the user.
 #include <PTDevice/panels/PanelFixture.h>
 
 #include <PCdPlugins/PTDevice/PTPropBacklight.h>

@@ -30,7 +30,7 @@ TEST_F(PTExtendedExposureEnds, images_after_the_panels_end_are_ignored) {
     openRunning("pbRepeatMode");
     ASSERT_TRUE(waitUntil([&] { return snapshots >= 2; }));
     panel.reset();
-    QCoreApplication::processEvents(); // those still to arrive as snapshots
+    QCoreApplication::processEvents(); // those still to become snapshots
     const int before = snapshots;
     int images = 0;
     QObject::connect(device.get(), &PDevice::imageChanged, [&] { ++images; });

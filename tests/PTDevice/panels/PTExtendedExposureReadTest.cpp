@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Reading the camera while its exposure panel is open: a panel writes to the camera when a value is
+// Reading the camera while its exposure panel is open. A panel writes to the camera when a value is
 // emitted.
 #include <PTDevice/panels/ExposurePanelFixture.h>
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Triggered runs of the exposure panel: once, a sequence, without end; how many snapshots they
-// make.
+// Triggered runs of the exposure panel: one frame, a sequence, repeated; and the number of
+// snapshots they make.
 #include <PTDevice/panels/ExposurePanelFixture.h>
 
 #include <support/QtPrinters.h>
@@ -28,7 +28,7 @@ protected:
             device->stopStream();
     }
 
-    /// A streaming camera in trigger mode under an open panel.
+    /// Opens the panel on a streaming camera in trigger mode.
     void start(const ExtendedExposureData& d, const SimCameraText& camera = fullCamera()) {
         openCamera(camera);
         ASSERT_TRUE(device->link().isOk());
@@ -291,7 +291,7 @@ TEST_F(PTExtendedExposureRuns, the_number_of_a_sequence_is_the_one_stored) {
 
 namespace {
 
-/// A panel over a camera that does not stream: the test makes the images.
+/// A panel on a camera that does not stream: the test emits the images.
 class PTExtendedExposureBacklog : public PTExtendedExposureRuns {
 protected:
     /// Handlers of images must never be nested as deeply as this.
@@ -383,13 +383,13 @@ TEST_F(PTExtendedExposureBacklog, leaves_the_next_sequence_its_own_images) {
     }
 }
 
-// ---- Images one by one.
+// ---- One image at a time.
 
 namespace {
 
 class PTExtendedExposureImages : public PTExtendedExposureRuns {
 protected:
-    /// The camera does not stream: the test makes the images.
+    /// For a camera that does not stream: the test emits the images.
     void bringImages(int count) {
         for (int i = 0; i < count; ++i)
             emit device->imageChanged(smallImage());

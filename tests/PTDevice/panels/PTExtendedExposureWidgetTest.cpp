@@ -273,7 +273,7 @@ namespace {
 struct BoxRow {
     const char* name;
     qint32 ExtendedExposureData::*field;
-    int microseconds; ///< that one step adds
+    int microseconds; ///< added by one step
 };
 
 class PTExtendedExposureBox : public PTExtendedExposurePanel,

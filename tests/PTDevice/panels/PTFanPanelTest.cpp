@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The panel of the fan, as a user works with it.
+// The panel of the fan, operated by the user.
 #include <PTDevice/panels/PanelFixture.h>
 
 #include <PCdPlugins/PTDevice/FANDATA.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The panel of the cooler, as a user works with it.
+// The panel of the cooler, operated by the user.
 #include <PTDevice/panels/PanelFixture.h>
 #include <PTDevice/panels/SdkReadings.h>
 
@@ -212,7 +212,7 @@ TEST_F(PTTECPanel, the_refresh_stops_for_good_when_the_device_is_unlinked) {
     EXPECT_EQ(textOfLabel("tecVoltage"), last);
 }
 
-// ---- Ends.
+// ---- Destruction.
 
 TEST_F(PTTECPanel, destroyed_before_the_property_it_is_left_alone) {
     openTecPanel();

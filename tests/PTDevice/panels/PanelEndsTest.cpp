@@ -20,10 +20,10 @@ const QString ignored = u"called on destroyed widget, just ignore"_qs;
 struct EndRow {
     const char* name;
     const char* property;
-    QVariant shown;          ///< what the panel shows when it ends
-    QVariant late;           ///< what is set while it ends
-    bool linesAreLogged;     ///< for each value that comes too late
-    const char* numberField; ///< of the control that has one, or null
+    QVariant shown;          ///< what the panel shows when it is destroyed
+    QVariant late;           ///< what is set during its destruction
+    bool linesAreLogged;     ///< for each value that is set too late
+    const char* numberField; ///< of the control that shows it, or null
 };
 
 void PrintTo(const EndRow& row, std::ostream* out) {

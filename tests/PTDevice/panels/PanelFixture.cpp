@@ -20,7 +20,7 @@ SimCameraText PanelFixture::fullCamera(int framesPerSecond) {
 
 void PanelFixture::openCamera(const SimCameraText& camera) {
     device.reset();
-    ToupcamSim_reset(); // handles are counted from h1 again
+    ToupcamSim_reset(); // handles are numbered from h1 again
     loadScene({camera});
     device = open();
     device->supportProperties();
@@ -42,7 +42,7 @@ std::unique_ptr<QWidget> PanelFixture::openPanel(const char* id) {
 }
 
 void clickOn(QAbstractButton* button) {
-    // A check box reacts to clicks on its mark and text alone, which are at its left.
+    // A check box reacts only to clicks on its mark and text, at its left.
     QTest::mouseClick(button, Qt::LeftButton, {}, QPoint(8, button->height() / 2));
 }
 

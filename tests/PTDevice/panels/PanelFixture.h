@@ -17,7 +17,7 @@ class PanelFixture : public SimFixture {
 protected:
     PanelFixture();
 
-    /// A small camera with cooler, fan and both triggers, whose frames take this long at least.
+    /// A small camera with cooler, fan and both kinds of trigger, at this frame rate.
     static SimCameraText fullCamera(int framesPerSecond = 200);
     void openCamera(const SimCameraText& camera);
 
@@ -26,7 +26,7 @@ protected:
 
     /// A new panel of a property; the test fails if there is none.
     std::unique_ptr<QWidget> newPanel(const char* id) const;
-    /// The same, shown and active; the journal and the log are empty then.
+    /// Likewise, shown and active; the journal and the log are then empty.
     std::unique_ptr<QWidget> openPanel(const char* id);
 
     std::unique_ptr<PTDevice> device;
@@ -55,7 +55,7 @@ inline void enterNumber(const QWidget* rangeWidget, const QString& text) {
     enter(findPart<PNumberField>(rangeWidget), text);
 }
 
-/// Clicks the part of a check box, radio button or push button that reacts.
+/// Clicks a check box, radio button or push button where it reacts.
 void clickOn(QAbstractButton* button);
 
 /// The title of a panel and the texts of its labels, buttons and choices.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How the panels look. With PCD_SCREENSHOTS=<folder> they are saved there as
+// The appearance of the panels. With PCD_SCREENSHOTS=<folder> pictures are saved there as
 // panel-<name>-<lang>.png.
 #include <PTDevice/panels/ExposurePanelFixture.h>
 #include <PTDevice/panels/RussianTexts.h>
@@ -52,7 +52,7 @@ protected:
         property("fan")->setValue(QVariant::fromValue(FANDATA{1, 3}));
         property("teccontrol")->setValue(QVariant::fromValue(TECDATA{1, -100}));
     }
-    /// The labels and buttons whose text does not fit into them.
+    /// The labels and buttons whose text is cut off.
     QStringList cutOff() const {
         QStringList texts;
         for (const auto* label : panel->findChildren<QLabel*>()) {

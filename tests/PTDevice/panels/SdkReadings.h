@@ -2,7 +2,7 @@
 #pragma once
 
 /// While this object exists the camera returns these values, for readings that a simulated camera
-/// cannot produce. Everything else is passed through. One at a time; the test's thread.
+/// cannot produce. All other calls are passed through. One at a time; the test's thread.
 class SdkReadings {
 public:
     SdkReadings(int temperature, int voltage, int highestVoltage);

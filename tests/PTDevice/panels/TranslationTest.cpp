@@ -21,7 +21,7 @@ namespace {
 
 class Translation : public PanelFixture {
 protected:
-    /// Titles are translated when the camera's list is made.
+    /// Titles are translated when the camera's property list is made.
     Translation() { openCamera(fullCamera()); }
 
     /// The texts that have letters, but no Russian ones.
