@@ -9,10 +9,10 @@
 
 #include <chrono>
 
-/// The longest that a test waits for frames to be written, also on a busy machine.
+/// The timeout for writing frames, long enough for a busy machine.
 constexpr std::chrono::milliseconds longestFrameWait = std::chrono::seconds(60);
 
-/// A record with the fields of a camera's exposure, as plugins make them.
+/// A composite value with the fields of a camera's exposure, like those of plugins.
 struct TestExposureRecord {
     Q_GADGET
     Q_PROPERTY(int gain MEMBER gain)
@@ -58,8 +58,8 @@ inline std::shared_ptr<const PDeviceSettings> makeSettings(const TestSettings& v
     return settings;
 }
 
-/// A frame of 3 x 2 pixels, or others, in one colour (blue, green, red are its bytes), with a
-/// stamp: this number, this long after the first instant of 2026.
+/// A frame of one colour (blue, green and red are its bytes), by default of 3 x 2 pixels, with a
+/// stamp: this number, this time after the beginning of 2026.
 inline PDeviceFrame testFrame(quint64 sequence, std::chrono::milliseconds arrived,
                               std::shared_ptr<const PDeviceSettings> settings = makeSettings({}),
                               PDIP::ColorFormat format = PDIP::ColorFormat::Bgr, int width = 3,

@@ -3,7 +3,7 @@
 
 #include <QImage>
 
-/// A small picture with a pixel of each colour; the number, up to 255, is in one of them.
+/// A small picture with pixels of every colour, one of which contains the number (at most 255).
 inline QImage tiffPicture(QImage::Format format, int number = 0) {
     QImage image(3, 2, format); // rows of 9 bytes: padded in memory, not in the file
     image.fill(Qt::black);

@@ -47,7 +47,7 @@ private:
     std::atomic<int> m_quarters = 0;
     std::atomic<int> m_filter = 3;
 
-    std::mutex m_mutex; ///< of the window and of what ends the thread
+    std::mutex m_mutex; ///< guards the region and the thread's stop flag
     std::condition_variable m_ends;
     bool m_isEnding = false;
     std::thread m_thread;

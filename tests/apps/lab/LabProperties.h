@@ -88,7 +88,7 @@ private:
     std::atomic<int>& m_value;
 };
 
-/// Quarter turns, by names.
+/// Quarter turns, by name.
 class LabTurn : public PDevicePropertyEnum {
 public:
     LabTurn(const QByteArray& id, const QString& title, std::atomic<int>& quarters)

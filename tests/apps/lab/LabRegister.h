@@ -3,7 +3,7 @@
 
 #include <PCd/device/PDeviceRegister.h>
 
-/// Root of a plugin with one camera, a LabDevice, whose cable a test can pull.
+/// Root object of a plugin with one camera, a LabDevice, which a test can unplug.
 class LabRegister : public PDeviceRegister {
     Q_OBJECT
     Q_INTERFACES(PDeviceRegister)

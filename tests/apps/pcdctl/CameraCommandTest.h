@@ -6,7 +6,7 @@
 
 #include <support/FolderTest.h>
 
-/// A command that works with the one camera of a scene, and the calls that reach the camera.
+/// Runs commands on the one camera of a scene, and examines the calls that reach the camera.
 class CameraCommandTest : public FolderTest {
 protected:
     CtlScene scene = CtlScene().addCamera().set(u"speedLevels"_qs, 4);
@@ -14,10 +14,10 @@ protected:
     /// Runs a command with a journal of its own.
     CtlResult run(const QStringList& arguments) const;
 
-    /// The calls of the last run that did something to the camera after it was opened: settings,
-    /// streams, pictures. Without results: "Toupcam_put_Contrast(h1, 12)".
+    /// The calls of the last run that changed something in the camera after it was opened:
+    /// settings, streams, pictures. Without results: "Toupcam_put_Contrast(h1, 12)".
     QStringList calls() const;
 };
 
-/// The ids in an array of [{id: …}] or of texts.
+/// The ids in an array of objects [{id: …}] or of texts.
 QStringList idsIn(const QJsonValue& array);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Which camera SDK a program takes.
+// Which camera SDK a program loads.
 #include <apps/pcdctl/CtlProcess.h>
 #include <apps/pcdctl/CtlScene.h>
 

@@ -4,8 +4,8 @@
 #include <QImage>
 #include <QString>
 
-/// The colours in the middles of the three patches of a picture and at its corner, as names:
-/// "red green blue black" for the patches source through a faithful camera.
+/// The colours at the centres of the three patches of a picture and at its corner, as names: "red
+/// green blue black" for the `patches` source through a camera with default settings.
 QString patchColours(const QImage& picture);
 
 /// Limits the size of a process's files; writing more fails instead of ending the process. For

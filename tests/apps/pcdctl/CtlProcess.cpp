@@ -44,7 +44,7 @@ CtlProcess& CtlProcess::with(const std::function<void()>& modifier) {
 }
 
 CtlProcess& CtlProcess::start() {
-    // A test in the background of a script ignores Ctrl-C, and its child would inherit that.
+    // A test that a script runs in the background ignores Ctrl-C, and its child would inherit that.
     std::signal(SIGINT, SIG_DFL);
     m_process.setProcessEnvironment(m_environment);
     m_process.start();
@@ -77,7 +77,7 @@ bool CtlProcess::isRunning() {
 }
 
 void CtlProcess::sendSignal(int number) {
-    // Never to process 0, which is this test's own group.
+    // Never to process 0, which means this test's own group.
     if (m_process.processId() > 0)
         ::kill(pid_t(m_process.processId()), number);
 }

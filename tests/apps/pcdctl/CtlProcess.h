@@ -8,19 +8,19 @@
 
 #include <functional>
 
-// Words of many command lines.
+// Arguments of many command lines.
 inline const QString listWord = u"list"_qs;
 inline const QString jsonWord = u"--json"_qs;
 
-/// pcdctl as the user runs it: the built program with arguments, its output and its exit code. One
-/// thread.
+/// pcdctl as the user runs it: the built program, its arguments, output and exit code. One thread.
 class CtlProcess {
 public:
     explicit CtlProcess(const QStringList& arguments);
-    /// Kills it if it still runs.
+    /// Kills it if it is still running.
     ~CtlProcess();
 
-    /// Before start(): an environment variable; a call in the new process before the program.
+    /// To be called before start(): sets an environment variable, or a function that the new
+    /// process calls before the program.
     CtlProcess& with(const QString& variable, const QString& value);
     CtlProcess& with(const std::function<void()>& modifier);
 
@@ -46,7 +46,7 @@ private:
     bool m_started = false;
 };
 
-/// Runs it to its end with these arguments.
+/// What one run produced.
 struct CtlResult {
     int exitCode = -1;
     QByteArray output;
@@ -54,5 +54,5 @@ struct CtlResult {
     QJsonObject json;
 };
 CtlResult runCtl(const QStringList& arguments);
-/// Likewise, after what `prepare` does to it.
+/// Likewise, after `prepare` was called on the process.
 CtlResult runCtl(const QStringList& arguments, const std::function<void(CtlProcess&)>& prepare);

@@ -8,12 +8,12 @@
 /// A scene for the simulated SDK: small, fast cameras. One thread.
 class CtlScene {
 public:
-    /// Adds a camera with model "Small" and these; its modes are 320x240 and 160x120, its frames
-    /// pure red, green and blue patches on black.
+    /// Adds a camera of model "Small" with this id and serial number; its modes are 320x240 and
+    /// 160x120, its frames show pure red, green and blue patches on black.
     CtlScene& addCamera(const QString& id = u"cam-1"_qs, const QString& serial = u"S0001"_qs);
     /// Changes a value of the camera added last.
     CtlScene& set(const QString& key, const QJsonValue& value);
-    /// Gives the camera added last this one resolution.
+    /// Gives the camera added last only this resolution.
     CtlScene& setResolution(int width, int height, double fps);
     /// Adds a step to the fault plan.
     CtlScene& addFault(const QJsonObject& step);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A camera SDK with no camera, and with nothing that marks it as simulated.
+// A camera SDK without cameras, and without anything that marks it as simulated.
 #include <toupcam/toupcam.h>
 
 #include <cstdlib>

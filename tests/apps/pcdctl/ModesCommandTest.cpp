@@ -9,7 +9,7 @@ namespace {
 
 class ModesCommand : public FolderTest {
 protected:
-    /// "modes" with these arguments and two cameras, Small-S0001 and Small-T0002.
+    /// Runs "modes" with these arguments and two cameras, Small-S0001 and Small-T0002.
     CtlResult modes(const QStringList& arguments) const {
         const QString scene = CtlScene()
                                   .addCamera()

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The commands with a camera of another plugin, whose properties they find by their roles only.
+// The commands with a camera of another plugin, whose properties they find only by role.
 #include <apps/pcdctl/CameraCommandTest.h>
 
 #include <apps/common/reading/OmeXml.h>

@@ -30,7 +30,7 @@ protected:
             arguments += QStringList{u"--set"_qs, QString::fromLatin1(setting)};
         return arguments;
     }
-    /// Changes a text in the profile's file.
+    /// Replaces a text in the profile.
     void edit(const char* before, const char* after) const {
         const QByteArray text = readFile(file);
         ASSERT_TRUE(text.contains(before)) << before;
@@ -57,7 +57,7 @@ TEST_F(ProfileCommand, of_power_on_brings_back_every_setting_that_was_changed) {
         profile(u"load"_qs, {u"--profile"_qs, path(u"b.json"_qs), u"--json"_qs});
     ASSERT_EQ(loaded.exitCode, 0) << loaded.errors.toStdString();
     EXPECT_EQ(loaded.json.value(u"applied"_qs).toArray().size(), 20);
-    const QStringList last = calls().mid(calls().size() - 24); // the exposure takes five
+    const QStringList last = calls().mid(calls().size() - 24); // the exposure takes five calls
     EXPECT_EQ(last.first(), u"Toupcam_put_eSize(h1, 0)"_qs);
     EXPECT_TRUE(last.contains(u"Toupcam_put_TempTint(h1, 6503, 1000)"_qs));
     EXPECT_TRUE(last.contains(u"Toupcam_put_Option(h1, 23, 1)"_qs));
@@ -234,7 +234,7 @@ TEST_F(ProfileCommand, of_a_snap_is_applied_before_its_settings) {
     ASSERT_EQ(result.exitCode, 0) << result.errors.toStdString();
     EXPECT_EQ(QImage(picture).text(u"Contrast"_qs), u"5"_qs);
     EXPECT_EQ(QImage(picture).text(u"Gamma"_qs), u"150"_qs);
-    // Half of 100 x 40 pixels, turned by a quarter.
+    // Half of 100 x 40 pixels, rotated by 90 degrees.
     EXPECT_EQ(QImage(picture).size(), QSize(20, 50));
     EXPECT_LT(calls().indexOf(u"Toupcam_put_Contrast(h1, 12)"_qs),
               calls().indexOf(u"Toupcam_put_Contrast(h1, 5)"_qs));

@@ -38,7 +38,7 @@ protected:
                               std::chrono::minutes(2)));
     }
     OmeXml xml() const { return OmeXml(TiffReadBack(file).description()); }
-    /// The number of pictures in the stack, each of which must show the patches of the scene.
+    /// The number of pictures in the stack; each must show the patches of the scene.
     int soundPictures() const {
         const TiffReadBack tiff(file);
         EXPECT_TRUE(tiff.isOpen());
@@ -62,7 +62,7 @@ QJsonObject readElsewhere(const QString& file) {
     return QJsonDocument::fromJson(reader.readAllStandardOutput()).object();
 }
 
-/// The stack must have this number of pictures for that reader, all with the patches.
+/// Expects that program to find this number of pictures in the stack, all with the patches.
 void expectSoundElsewhere(const QString& file, int pictures) {
     const QJsonObject found = readElsewhere(file);
     EXPECT_TRUE(found.value(u"isOme"_qs).toBool());
@@ -85,7 +85,7 @@ int written(const QJsonObject& json) {
     return readRecording(json).value(u"written"_qs).toInt();
 }
 
-/// The attribute DeltaT of every plane, seconds.
+/// The attribute DeltaT of every plane, in seconds.
 QList<double> times(const OmeXml& xml) {
     QList<double> all;
     for (const OmeXml::Element& plane : xml.elements("Plane"))
@@ -200,7 +200,7 @@ TEST_F(RecordCommand, a_time_lapse_takes_the_first_frame_at_once_and_one_each_in
     ASSERT_EQ(taken.size(), 4);
     EXPECT_EQ(taken.at(0), 0);
     for (int i = 1; i < 4; ++i)
-        EXPECT_GE(taken.at(i), 0.2 * i - 0.1) << i; // at most half an interval early
+        EXPECT_GE(taken.at(i), 0.2 * i - 0.1) << i; // early by half an interval at most
     EXPECT_GT(result.json.value(u"frames"_qs).toInt(), 4);
     EXPECT_EQ(xml().note(u"Frames"_qs).count(u", "_qs), 3);
 }
@@ -277,7 +277,7 @@ TEST_F(RecordCommand, killed_in_the_middle_it_leaves_a_valid_stack_of_the_frames
     const int pictures = soundPictures();
     EXPECT_GE(pictures, 9);
     EXPECT_EQ(xml().complaints(), QString());
-    // The last picture may not have been counted yet.
+    // The last picture may not be counted yet.
     const int counted = xml().attribute("Pixels", "SizeT").toInt();
     EXPECT_TRUE(counted == pictures || counted == pictures - 1) << counted << ' ' << pictures;
     EXPECT_TRUE(xml().note(u"Complete"_qs).startsWith(u"no: the recording was cut short"_qs));

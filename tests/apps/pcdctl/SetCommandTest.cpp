@@ -14,9 +14,9 @@ class SetCommand : public CameraCommandTest {};
 
 struct SettingRow {
     const char* name;
-    const char* setting; ///< as the user writes it
+    const char* setting; ///< as the user types it
     const char* call;    ///< what reaches the camera
-    const char* value;   ///< what the camera then has, as it is shown
+    const char* value;   ///< the camera's value after that, as shown
 };
 
 void PrintTo(const SettingRow& row, std::ostream* out) {
@@ -83,7 +83,7 @@ TEST_P(Setting, is_given_back_by_get) {
 
 INSTANTIATE_TEST_SUITE_P(Pcdctl, Setting, testing::ValuesIn(settings), RowName());
 
-/// Every number of the camera set to this end of its range.
+/// Settings with every number of the camera at this end of its range.
 QStringList numbersAt(const QJsonArray& properties, const QString& end) {
     QStringList words;
     for (const QJsonValue& property : properties) {
@@ -189,7 +189,7 @@ TEST_F(SetCommand, says_what_the_camera_has_instead_and_sets_the_rest) {
 }
 
 TEST_F(SetCommand, runs_a_white_balance_in_a_stream_and_shows_what_it_has_set) {
-    // Bright, so that the sensor's offset does not count.
+    // Bright, so that the sensor's offset does not matter.
     scene.set(u"exposure"_qs, QJsonObject{{u"default"_qs, 15000}, {u"auto"_qs, false}});
     scene.set(u"source"_qs, QJsonObject{{u"kind"_qs, u"flat"_qs}, {u"lightKelvin"_qs, 3000}});
     const CtlResult result = run({u"set"_qs, u"awbonce"_qs, u"--json"_qs});

@@ -21,7 +21,7 @@ protected:
         return QStringList{u"stream"_qs, u"--sdk=sim"_qs, u"--scene"_qs, file} + more;
     }
     CtlResult stream(const QStringList& more) const { return runCtl(arguments(more)); }
-    /// Starts a stream without more options, and waits until the camera sends frames.
+    /// Starts a stream without further options, and waits until frames arrive.
     void startAndWaitForFrames(CtlProcess& process) const {
         const QString journal = path(u"journal"_qs);
         process.with(u"TOUPCAM_SIM_JOURNAL"_qs, journal).start();
@@ -193,7 +193,7 @@ TEST_F(StreamCommand, a_termination_signal_before_a_set_end_ends_with_the_summar
     EXPECT_TRUE(process.errors().contains("interrupted after "));
 }
 
-/// The program's side of a new terminal; its other side is opened in `mine`.
+/// Opens a new terminal: returns the program's end of it, and its other end in `mine`.
 int openTerminal(int& mine) {
     mine = posix_openpt(O_RDWR | O_NOCTTY);
     if (mine < 0 || grantpt(mine) != 0 || unlockpt(mine) != 0)
@@ -201,7 +201,7 @@ int openTerminal(int& mine) {
     return open(ptsname(mine), O_RDWR | O_NOCTTY);
 }
 
-/// Everything that was written to a terminal whose other side is closed; closes it.
+/// Everything written to a terminal whose other end is closed; closes it.
 QByteArray readAndClose(int terminal) {
     QByteArray text;
     char part[4096];

@@ -9,7 +9,7 @@ namespace {
 
 struct UsageRow {
     const char* name;
-    const char* arguments; ///< words with blanks between them
+    const char* arguments; ///< arguments, separated by blanks
     const char* message;   ///< what the message must contain
 };
 

@@ -43,7 +43,7 @@ protected:
         return file;
     }
 
-    /// On a line through the middle.
+    /// The number of colours on a line through the middle.
     static qsizetype coloursInTheMiddle(const QImage& window) {
         QSet<QRgb> colours;
         for (int x = window.width() * 2 / 5; x < window.width() * 3 / 5; ++x)
@@ -138,6 +138,6 @@ TEST_F(ProgramTest, a_signal_closes_it_as_the_user_does) {
     ASSERT_TRUE(process.waitForFinished(60'000));
     EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(process.exitCode(), 0);
-    // The layout was remembered.
+    // The layout was saved.
     EXPECT_TRUE(QFile::exists(path(u"config/pcd/pcdview.conf"_qs)));
 }

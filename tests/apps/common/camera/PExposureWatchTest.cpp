@@ -16,7 +16,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// The values of a camera, and the number of times they were read.
+/// The values of a camera, and the number of times that they were read.
 struct Camera {
     QVariant time = 10'000; ///< microseconds
     QVariant gain = 100;
@@ -268,7 +268,7 @@ TEST_F(ExposureWatch, sends_nothing_where_no_panel_answers_a_refresh) {
     for (const bool isAutomatic : {false, true}) {
         camera.automatic = isAutomatic;
         camera.time = 7'000;
-        camera.movesNext = 500; // between the reading of the record and that of the time
+        camera.movesNext = 500; // between the readings of the record and of the time
         waitForReadings();
         ASSERT_EQ(camera.movesNext, 0);
         EXPECT_EQ(camera.time, 7'500);

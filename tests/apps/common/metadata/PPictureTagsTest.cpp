@@ -29,7 +29,7 @@ protected:
             makeSettings(
                 {{"autoexpottime", 158'647}, {"autoexponeable", true}, {"autoexpogain", 100}}));
     }
-    /// The tags in the file of a frame.
+    /// The tags in the saved file of a frame.
     QJsonObject saved(const PCameraIdentity& camera, std::optional<double> pixelSizeUm) const {
         const QString file = path(QString::fromLatin1(GetParam()));
         const PDeviceFrame picture = frame();
@@ -118,8 +118,7 @@ TEST_F(StackTags, are_in_every_picture_of_a_stack) {
     POmeStackWriter::Options options;
     options.path = path(u"a.ome.tif"_qs);
     options.camera = simulated;
-    options.frames =
-        2; // so it is a classic TIFF, in which ExifTool calls the directory by its name
+    options.frames = 2; // a classic TIFF: ExifTool uses the directory name
     options.pixelSizeUm = 0.5;
     POmeStackWriter writer(options);
     ASSERT_TRUE(writer.write(frame(1), 1).isOk());

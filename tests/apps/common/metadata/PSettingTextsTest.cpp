@@ -53,7 +53,7 @@ TEST(SettingTexts, have_titles_and_units) {
                            u"Cooler target: -5 °C"_qs}));
 }
 
-/// A camera whose record holds 5 s for triggered frames; 158.647 ms is the time of this one.
+/// A camera whose record has 5 s for triggered frames; 158.647 ms is the exposure of this frame.
 TestSettings settingsWith(TestExposureRecord record) {
     record.seconds = 5;
     return {{"extexposure", QVariant::fromValue(record)},

@@ -147,7 +147,7 @@ TEST(OmeDocument, an_unfinished_one_has_the_number_of_pictures_in_a_place_of_its
     const OmeXml xml(unfinished.xml);
     EXPECT_EQ(xml.complaints(), QString());
     EXPECT_EQ(xml.attribute("Pixels", "SizeT").toInt(), 12'345);
-    // All directories of the file, whatever their number.
+    // Stands for all directories of the file, whatever their number.
     ASSERT_EQ(xml.elements("TiffData").size(), 1);
     EXPECT_TRUE(xml.elements("TiffData").at(0).attributes.isEmpty());
     EXPECT_EQ(xml.elements("Plane").size(), 1);

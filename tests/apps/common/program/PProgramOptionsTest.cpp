@@ -10,7 +10,7 @@ namespace {
 
 using Option = PProgramOptions::Option;
 
-/// A program with these options and one of its own, "theme".
+/// Parses the arguments of a program with these options and one of its own, "theme".
 PStatus parse(const QStringList& words, PProgramOptions& options) {
     QCommandLineParser parser;
     for (const Option option : {Option::Sdk, Option::Scene, Option::PluginPath, Option::Camera,

@@ -4,6 +4,7 @@
 #include <QJsonObject>
 #include <QString>
 
-/// What ExifTool (Debian's libimage-exiftool-perl) reads in a picture file, by "Group:Tag", numbers
-/// as numbers. The test fails if it cannot be run or warns of the file.
+/// The tags that ExifTool (Debian's libimage-exiftool-perl) reads from a picture file, by
+/// "Group:Tag", numbers as numbers. The test fails if ExifTool cannot be run or warns about the
+/// file.
 QJsonObject exifToolTags(const QString& file);

@@ -18,7 +18,7 @@ using namespace std::chrono_literals;
 
 const PRecordSchedule::Plan noEnd;
 
-/// Translates texts to capitals. The destructor removes it.
+/// Translates texts to capitals until it is destroyed.
 class ShoutingTranslator : public QTranslator {
 public:
     bool isEmpty() const override { return false; }
@@ -223,8 +223,8 @@ TEST_F(FrameRecorder, taking_a_frame_does_not_wait_for_a_blocked_writer) {
     std::promise<void> gate;
     state->gate = gate.get_future().share();
     const auto recorder = record(noEnd);
-    EXPECT_TRUE(offer(*recorder, 100)); // would never return otherwise
-    recorder->end(std::nullopt, {});    // nor would this
+    EXPECT_TRUE(offer(*recorder, 100)); // would otherwise never return
+    recorder->end(std::nullopt, {});    // nor would this one
     EXPECT_FALSE(recorder->progress().isFinished);
     gate.set_value();
     EXPECT_EQ(end(*recorder).tally.written, 100U);

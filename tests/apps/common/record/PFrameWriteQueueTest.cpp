@@ -22,7 +22,7 @@ TEST(WriteQueue, shares_its_memory_with_others_but_for_one_frame_each) {
     PFrameWriteQueue second(write, 1, memory);
     for (int i = 0; i < 3; ++i)
         EXPECT_TRUE(first.push(frame));
-    EXPECT_TRUE(second.push(frame)); // it has none yet
+    EXPECT_TRUE(second.push(frame)); // it has no frame yet
     EXPECT_FALSE(second.push(frame));
     EXPECT_FALSE(first.push(frame));
     open.set_value();

@@ -78,7 +78,7 @@ TEST(RecordSchedule, a_time_lapse_of_a_number_of_frames_ends_with_the_last) {
 }
 
 TEST(RecordSchedule, a_time_lapse_of_a_time_takes_no_frame_for_its_very_end) {
-    // 199 ms is nearest to 200 ms, which is the end.
+    // 199 ms is nearest to 200 ms, the end of the recording.
     EXPECT_EQ(claimed({std::nullopt, 200ms, 100ms}, {0ms, 50ms, 99ms, 150ms, 199ms}),
               Times({0ms, 99ms}));
 }

@@ -30,8 +30,8 @@ protected:
     const QString file = path(u"stack.tif"_qs);
     PTiffStack stack;
 
-    /// In a process of its own that is killed when the file grows beyond this many bytes: makes a
-    /// stack of three pictures and replaces the first text. True if it was killed.
+    /// Makes a stack of three pictures and replaces the first text, in a process of its own that is
+    /// killed when the file grows beyond this number of bytes. True if it was killed.
     bool isKilledAt(rlim_t bytes) const {
         QFile::remove(file);
         const pid_t child = fork();
@@ -95,7 +95,7 @@ TEST_F(TiffStack, every_format_of_a_colour_picture_becomes_the_same_rgb) {
 
 TEST_F(TiffStack, a_grey_picture_has_one_sample) {
     create();
-    for (const int width : {3, 4}) { // padded in memory, and not
+    for (const int width : {3, 4}) { // with and without padding in memory
         QImage image(width, 2, QImage::Format_Grayscale8);
         image.fill(7);
         image.scanLine(1)[2] = 200;

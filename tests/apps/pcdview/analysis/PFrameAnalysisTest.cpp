@@ -17,7 +17,7 @@ quint64 sumCounts(const PFrameAnalysis::Counts& counts) {
     return std::accumulate(counts.begin(), counts.end(), quint64(0));
 }
 
-/// Stripes of this width between two levels.
+/// Stripes of this width, alternating between two levels.
 PImage stripes(int width, int low, int high) {
     return makePicture(120, 90, PDIP::ColorFormat::Gray,
                        [=](int x, int) { return grey(x / width % 2 == 0 ? low : high); });
@@ -91,7 +91,7 @@ TEST(PFrameAnalysisTest, an_even_picture_has_no_focus) {
 }
 
 TEST(PFrameAnalysisTest, the_focus_of_an_edge_is_what_the_measure_says) {
-    // A vertical edge of the height 100: Sobel gives 400 in the two columns at it. Of 6 x 4 inner
+    // A vertical edge of height 100: Sobel gives 400 in the two columns next to it. Of 6 x 4 inner
     // pixels, 2 x 4 have that; the samples of the inner pixels have a mean of 50.
     const PImage image = makePicture(8, 6, PDIP::ColorFormat::Gray,
                                      [](int x, int) { return grey(x < 4 ? 0 : 100); });

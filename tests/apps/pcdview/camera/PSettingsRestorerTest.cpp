@@ -35,7 +35,7 @@ protected:
         camera.exposure->setValue(QVariant::fromValue(StreamedPair{exposure, 5}));
         QCoreApplication::processEvents();
     }
-    /// What another device of this model has after the settings were restored on it.
+    /// The values of another device of this model after the settings were restored on it.
     QList<int> restored() const {
         Camera other;
         PDeviceProfileReport report;

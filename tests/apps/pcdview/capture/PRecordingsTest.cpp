@@ -91,7 +91,7 @@ TEST_F(PRecordingsTest, share_the_memory_for_frames_that_wait) {
     secondDevice.processFrameImage(picture);
     EXPECT_EQ(recordings.of(&first)->progress().error, QString());
     EXPECT_EQ(recordings.of(&second)->progress().error, QString());
-    secondDevice.processFrameImage(picture); // the fourth in all
+    secondDevice.processFrameImage(picture); // the fourth of all
     EXPECT_EQ(recordings.of(&first)->progress().error, QString());
     ASSERT_EQ(recordings.of(&second)->progress().tally.refused, 1U);
     gate.set_value();

@@ -11,7 +11,7 @@ namespace {
 struct BadOptionRow {
     const char* name;
     QStringList words;
-    const char* reason; ///< a part of it
+    const char* reason; ///< a part of the message
 };
 
 class PViewOptionsBadTest : public testing::TestWithParam<BadOptionRow> {};

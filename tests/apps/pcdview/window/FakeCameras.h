@@ -19,8 +19,8 @@
 #include <QMainWindow>
 #include <QSignalSpy>
 
-/// A test of a part of the window, on two fake cameras: Fake-1 and Fake-2. Settings and capture
-/// folder are its own.
+/// A test of a part of the window, with two fake cameras, Fake-1 and Fake-2, and its own settings
+/// and capture folder.
 class FakeCameras : public FolderTest {
 protected:
     FakeCameras();
@@ -33,7 +33,7 @@ protected:
     void showFrame(FakeDevice& device, const PImage& image);
     /// A picture of 40 x 30 pixels, the left half of one colour and the right half of the other.
     static PImage halves(const QColor& left, const QColor& right);
-    /// Takes the first camera away, as unplugging does.
+    /// Removes the first camera, as unplugging does.
     void unplugFirst();
     /// The last message that this signal emitted; empty if it emitted none.
     static QString lastMessage(const QSignalSpy& messages);
@@ -45,7 +45,7 @@ protected:
     PCameraHost host;
     PRecordings recordings;
     QMainWindow window;
-    const PViewActions& actions = *new PViewActions(&window); // the window's, as the panels
+    const PViewActions& actions = *new PViewActions(&window); // the window's, like the panels
     PDockPanels& panels =
         *new PDockPanels(&window, recordings, std::make_shared<PMemoryLogSink>(10));
     PCameraTabs* const tabs; // likewise

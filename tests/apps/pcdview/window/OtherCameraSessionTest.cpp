@@ -58,7 +58,7 @@ protected:
             waitUntil([&] { return folder.entryList(QDir::Files).value(0).endsWith(u".png"_qs); }));
         return folder.filePath(folder.entryList(QDir::Files).value(0));
     }
-    /// Pulls the camera's cable, and plugs it in again.
+    /// Unplugs the camera and plugs it in again.
     void replug() {
         QObject* const deviceRegister = inFront().device()->parent();
         for (const bool plugged : {false, true})

@@ -45,8 +45,8 @@ protected:
         ASSERT_TRUE(PCompositeFields::write(value, QString::fromLatin1(name), text).isOk());
         exposure().setValue(value);
     }
-    /// Saves a profile through the action and its dialog. The camera's gain changes behind the
-    /// host's back just before.
+    /// Saves a profile through the action and its dialog. Just before that, the camera's gain is
+    /// changed without the host.
     void save() {
         QTimer::singleShot(0, [this] {
             ASSERT_TRUE(inFront().device()->getProperty("autoexpogain")->trySetValue(200));
@@ -61,7 +61,7 @@ protected:
         ASSERT_TRUE(QFile::exists(file));
     }
 
-    QStringList putsBefore; ///< the saving
+    QStringList putsBefore; ///< the posted saving
 };
 
 } // namespace

@@ -87,13 +87,13 @@ protected:
     void pressNext(Qt::Key key) {
         withNext([key](QMessageBox& box) { QTest::keyClick(&box, key); });
     }
-    /// After an earlier question no window is active, but keys go to the active one.
+    /// After a question was closed no window is active, but keys go to the active one.
     void activate() {
         window().activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
     }
-    /// Does something that must not open a question. If one opens, it is closed, as nothing else
-    /// would answer.
+    /// Calls a function that must not open a question. If one opens, it is closed, as nothing else
+    /// would answer it.
     static void unasked(const std::function<void()>& act) {
         QTimer watch;
         QObject::connect(&watch, &QTimer::timeout, [] {
@@ -110,7 +110,8 @@ protected:
     }
     void pressKey() { QTest::keyClick(&window(), Qt::Key_R, Qt::ControlModifier); }
 
-    /// Two cameras, of which the first one is recorded until it is stopped and the second in front.
+    /// Opens two cameras, records the first one until it is stopped, and brings the second to the
+    /// front.
     void recordFirstOfTwo() {
         end();
         start({camera(), camera(u"cam-2"_qs, u"S0002"_qs)});
@@ -211,7 +212,7 @@ TEST_F(RecordSessionTest, a_full_disk_ends_it_with_the_reason) {
     rlimit before{};
     getrlimit(RLIMIT_FSIZE, &before);
     rlimit small = before;
-    small.rlim_cur = 2'000'000; // eight frames, then no more
+    small.rlim_cur = 2'000'000; // eight frames, then none
     const auto handler = std::signal(SIGXFSZ, SIG_IGN);
     setrlimit(RLIMIT_FSIZE, &small);
     const auto restore = qScopeGuard([&] {
@@ -280,7 +281,7 @@ TEST_F(RecordSessionTest, closing_names_the_cameras_whose_recordings_it_would_en
     window().close();
     EXPECT_TRUE(window().isVisible());
     activate();
-    pressKeyUnasked(); // records the second one too
+    pressKeyUnasked(); // also records the second one
     ASSERT_TRUE(waitUntil([this] { return written("Small-S0002") >= 1; }));
     declineNext(u"Recording in progress: Small-S0001, Small-S0002. Stop recording and close?"_qs);
     window().close();
@@ -389,7 +390,7 @@ TEST_F(RecordSessionTest, the_question_about_a_recording_stays_when_another_one_
 TEST_F(RecordSessionTest, the_key_in_another_tab_leaves_a_recording_alone) {
     ASSERT_NO_FATAL_FAILURE(recordFirstOfTwo());
     EXPECT_FALSE(isRecording());
-    pressKeyUnasked(); // begins one of this camera
+    pressKeyUnasked(); // starts recording this camera
     EXPECT_TRUE(isRecording());
     ASSERT_TRUE(waitUntil([this] { return written("Small-S0002") >= 5; })) << text().toStdString();
     const int before = written("Small-S0001");

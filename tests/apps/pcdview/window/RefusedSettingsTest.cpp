@@ -35,7 +35,7 @@ protected:
         return grey;
     }
 
-    /// The control of a setting, by its title.
+    /// The control of the setting with this title.
     template <typename Control>
     Control* control(const QString& title) {
         for (Control* one : widget<QDockWidget>(u"settingsDock"_qs).findChildren<Control*>()) {
@@ -71,7 +71,7 @@ protected:
 
     PDeviceProperty& property(const char* id) { return *inFront().device()->getProperty(id); }
 
-    /// The texts of the one picture that has been saved.
+    /// The texts in the one picture that was saved.
     QStringList textsOfCapture() {
         const QDir folder(captureFolder());
         QImageReader reader(folder.filePath(folder.entryList(QDir::Files).value(0)));
@@ -99,7 +99,7 @@ TEST_F(RefusedSettingsTest, a_grey_camera_shows_and_saves_no_colour_that_it_did_
     QTest::keyClick(&window(), Qt::Key_S, Qt::ControlModifier);
     ASSERT_TRUE(waitUntil([this] { return !textsOfCapture().isEmpty(); }));
     const QString texts = textsOfCapture().join(u' ');
-    // Four digits: the milliseconds of the time of the picture have three.
+    // Four digits, because the milliseconds of the picture's time have three.
     EXPECT_FALSE(texts.contains(u"1777"_qs)) << texts.toStdString();
     EXPECT_FALSE(texts.contains(u"6000"_qs)) << texts.toStdString();
 }

@@ -64,14 +64,14 @@ protected:
     void click(const char* button) {
         QTest::mouseClick(&widget<QAbstractButton>(QString::fromLatin1(button)), Qt::LeftButton);
     }
-    /// Of the camera in front.
+    /// The line above the picture of the camera in front.
     QString banner() {
         const auto* const label = page().findChild<QLabel*>(u"banner"_qs);
         return label == nullptr ? QString() : label->text();
     }
     bool saysWaiting() { return banner().contains(u"waiting for triggers"_qs); }
     bool saysRun() { return banner().contains(u"run in progress"_qs); }
-    /// The pictures taken that the panel "Frames" counts.
+    /// The number of pictures taken that the panel "Frames" shows.
     int picturesCounted() {
         const auto& table = widget<QTreeWidget>(u"frames"_qs);
         const auto rows = table.findItems(u"Pictures taken"_qs, Qt::MatchExactly);
@@ -101,12 +101,12 @@ TEST_F(RunSessionTest, a_repeated_run_is_saved_and_the_live_picture_after_it_is_
     const quint64 ofRun = endRun("pbRepeatMode") - before;
     ASSERT_GE(inFront().ledger().waiting, 2U); // still in delivery
     click("pbVideo");
-    // The panel keeps forwarding what arrives.
+    // The panel keeps forwarding the frames that arrive.
     ASSERT_TRUE(waitUntil([&] { return inFront().ledger().snapshots >= ofRun + 10; }));
     QTest::keyClick(&window(), Qt::Key_S, Qt::ControlModifier);
     const quint64 forwarded = inFront().ledger().snapshots;
     ASSERT_TRUE(waitUntil([&] { return inFront().ledger().snapshots >= forwarded + 10; }));
-    EXPECT_EQ(quint64(filesInTheEnd()), ofRun + 1); // and the still picture
+    EXPECT_EQ(quint64(filesInTheEnd()), ofRun + 1); // and the still
 }
 
 TEST_F(RunSessionTest, the_frames_panel_counts_the_pictures_taken_and_none_that_is_only_forwarded) {

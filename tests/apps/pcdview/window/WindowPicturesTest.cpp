@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// How the window looks in the situations that the documentation shows. With
-// PCD_SCREENSHOTS=<folder> the pictures are saved there as view-<name>.
+// The window in the situations that the documentation shows. With PCD_SCREENSHOTS=<folder> pictures
+// are saved there as view-<name>.
 #include <apps/pcdview/window/ViewSession.h>
 
 #include <apps/pcdview/camera/PViewCamera.h>

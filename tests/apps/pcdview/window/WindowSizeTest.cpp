@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The window on a small screen. With PCD_SCREENSHOTS=<folder> the pictures are saved there as
+// The window on a small screen. With PCD_SCREENSHOTS=<folder> pictures are saved there as
 // small-<language>-<page>.
 #include <apps/pcdview/window/ViewSession.h>
 
@@ -27,7 +27,7 @@ namespace {
 
 const QSize smallScreen(1024, 700);
 
-/// In the language of the row.
+/// A window in the language of the row.
 class WindowSizeTest : public ViewSession, public testing::WithParamInterface<const char*> {
 protected:
     void SetUp() override {
@@ -58,7 +58,7 @@ protected:
         for (const auto* column : window().findChildren<PColumnScroll*>())
             EXPECT_LE(column->widget()->width(), column->viewport()->width());
         const auto* const bar = window().findChild<QToolBar*>();
-        EXPECT_GE(bar->width(), bar->sizeHint().width()); // no button of it in a menu
+        EXPECT_GE(bar->width(), bar->sizeHint().width()); // none of its buttons is moved to a menu
         save(page);
     }
 

@@ -28,7 +28,7 @@ class PPictureControllerTest : public FakeCameras {
 protected:
     void SetUp() override { ASSERT_NO_FATAL_FAILURE(open(u"Fake-1"_qs)); }
 
-    /// Has the first camera deliver a still picture.
+    /// Makes the first camera deliver a still.
     void takeStill() {
         PDeviceFrame frame;
         frame.image =
@@ -38,7 +38,7 @@ protected:
     bool waitForMessage(const QString& part) {
         return waitUntil([&] { return lastMessage(messages).contains(part); });
     }
-    /// Saves the picture that is shown through the dialog, under this name.
+    /// Saves the displayed picture through the dialog, under this name.
     void saveShownAs(const QString& path) {
         QTimer::singleShot(0, &window, [path] {
             auto* const dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());

@@ -29,7 +29,7 @@ protected:
         ASSERT_NE(contrast, nullptr);
     }
 
-    /// The text of the report that is open; empty if there is none.
+    /// The text of the open report; empty if there is none.
     QString report() const {
         const auto boxes = window.findChildren<QMessageBox*>();
         return boxes.isEmpty() ? QString() : boxes.first()->text();

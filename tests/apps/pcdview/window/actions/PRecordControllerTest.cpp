@@ -24,7 +24,7 @@ protected:
     void SetUp() override { ASSERT_NO_FATAL_FAILURE(open(u"Fake-1"_qs)); }
     void TearDown() override { EXPECT_EQ(answersDue, 0) << "a question was not asked"; }
 
-    /// Answers the next question, whose text is then in `question`.
+    /// Answers the next question, and stores its text in `question`.
     void answerNext(QMessageBox::StandardButton answer) {
         ++answersDue;
         QTimer::singleShot(0, &window, [this, answer] {

@@ -83,7 +83,7 @@ TEST_F(PCameraDisplayTest, shows_the_zoom_of_the_tab_in_front_alone) {
     ASSERT_NO_FATAL_FAILURE(open(u"Fake-1"_qs));
     ASSERT_NO_FATAL_FAILURE(showFrame(*first, halves(Qt::gray, Qt::gray)));
     PImageView& view = tabs->currentPage()->view();
-    view.grab(); // gives it its size, without which it does not zoom
+    view.grab(); // gives the view a size, without which it does not zoom
     view.actualSize();
     EXPECT_EQ(field("zoom"), u"100 %"_qs);
     view.zoomIn();

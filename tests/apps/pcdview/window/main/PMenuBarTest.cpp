@@ -14,7 +14,7 @@ namespace {
 
 class PMenuBarTest : public FakeCameras {
 protected:
-    /// The menu at this place, as the user reads its title.
+    /// The menu with this title.
     QMenu* menu(const QString& title) const { return find(bar.actions(), title); }
     static QMenu* find(const QList<QAction*>& entries, const QString& title) {
         for (QAction* entry : entries) {
@@ -81,5 +81,5 @@ TEST_F(PMenuBarTest, remembers_the_theme_that_is_chosen) {
     themes->actions().last()->trigger();
     EXPECT_EQ(PTheme::chosen(), PTheme::Kind::Dark);
     EXPECT_FALSE(themes->actions().first()->isChecked());
-    PTheme::apply(PTheme::Kind::System); // for the tests that follow
+    PTheme::apply(PTheme::Kind::System); // for the following tests
 }

@@ -40,7 +40,7 @@ TEST(PLedgerTextTest, rows_account_for_every_frame) {
     PFrameLedger ledger = makeLedger(100, 2, 4);
     ledger.produced += 3;
     ledger.waiting = 3;
-    ledger.snapshots = 50; // live frames that were forwarded among them
+    ledger.snapshots = 50; // including live frames that were forwarded
     const auto rows = PLedgerText::rows(ledger, 7);
     ASSERT_EQ(rows.size(), 6);
     EXPECT_EQ(rows[5].second, 7u);
