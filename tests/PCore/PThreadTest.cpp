@@ -155,7 +155,8 @@ TEST(PThread, is_called_by_its_object_name) {
 
 namespace {
 
-/// Leaves its loop running: the base has to wait for it. The loop uses nothing of this class.
+/// A class that leaves its loop running, so that the base has to wait for it. The loop uses nothing
+/// of this class.
 class LeftRunning : public PThread {
 public:
     struct Marks {

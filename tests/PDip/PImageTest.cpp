@@ -298,7 +298,7 @@ void PrintTo(const Colour& row, std::ostream* out) {
 
 TEST_P(PImageRed, is_red_as_a_QImage) {
     const Colour& colour = GetParam();
-    PImage image = filled(0, 3, 2, colour.format); // nine bytes a row in three-byte formats: padded
+    PImage image = filled(0, 3, 2, colour.format); // nine bytes a row, so padded
     unsigned char* lastPixel =
         image.rawData(AccessMode::ReadWrite).data() + image.bytesPerLine() + 2 * colour.red.size();
     std::copy(colour.red.begin(), colour.red.end(), lastPixel);
@@ -325,7 +325,7 @@ TEST(PImage, is_viewed_as_a_QImage_without_a_copy) {
 
 TEST(PImage, is_kept_alive_by_its_QImage) {
     QImage qImage = filled(5).toQImage();
-    const PImage other = filled(6); // would take the memory if it were free
+    const PImage other = filled(6); // would take the memory if it had been freed
     EXPECT_EQ(qImage.constScanLine(3)[7], 5);
     const std::size_t used = PBufferPool::instance().statistics().usedBytes;
     qImage = QImage();

@@ -23,7 +23,7 @@ long minorFaults() {
     return usage.ru_minflt;
 }
 
-/// A consumer that is a few frames behind, as a live view and a recorder are.
+/// A consumer that stays a few frames behind, as a live view and a recorder do.
 class Stream {
 public:
     Stream()

@@ -9,7 +9,7 @@
 #include <QTest>
 #include <QWheelEvent>
 
-// What the user does to a widget, as events.
+// The user's actions on a widget, as events.
 
 /// The line that a field types into.
 inline QLineEdit* findLineEdit(const QWidget* field) {
@@ -20,20 +20,20 @@ inline QString shownText(const QWidget* field) {
     return findLineEdit(field)->text();
 }
 
-/// Types over what is in a field, without committing it.
+/// Replaces the text in a field by typing, without committing it.
 inline void typeInto(QWidget* field, const QString& text) {
     field->setFocus();
     findLineEdit(field)->selectAll();
     QTest::keyClicks(field, text);
 }
 
-/// Types over what is in a field and presses Enter.
+/// Replaces the text in a field by typing, and presses Enter.
 inline void enter(QWidget* field, const QString& text) {
     typeInto(field, text);
     QTest::keyClick(field, Qt::Key_Return);
 }
 
-/// Turns the wheel over a widget by notches, up if positive.
+/// Turns the wheel over a widget by notches; up if positive.
 inline void turnWheel(QWidget* over, int notches, Qt::KeyboardModifiers modifiers = {}) {
     const QPointF place(over->rect().center());
     QWheelEvent event(place, over->mapToGlobal(place), QPoint(),

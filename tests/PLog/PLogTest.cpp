@@ -46,7 +46,7 @@ public:
     const std::shared_ptr<PLogSink> sink;
 };
 
-/// A gate that a sink waits at.
+/// A gate at which a sink waits until it is opened.
 class Gate {
 public:
     void open() {

@@ -5,7 +5,7 @@
 
 #include <sys/resource.h>
 
-/// This process's files cannot grow beyond a size while this object exists.
+/// Limits the size of this process's files while this object exists.
 class FileSizeLimit {
 public:
     explicit FileSizeLimit(rlim_t bytes) {

@@ -6,12 +6,12 @@
 
 #include <gtest/gtest.h>
 
-/// Writes a file, replacing what was there; throws if that fails.
+/// Writes or replaces a file; throws if that fails.
 void writeFile(const QString& path, const QByteArray& bytes);
 /// The content of a file; empty if it cannot be read.
 QByteArray readFile(const QString& path);
 
-/// A test with a folder of its own.
+/// A test with its own temporary folder.
 class FolderTest : public testing::Test {
 protected:
     QString path(const QString& name) const { return m_folder.filePath(name); }

@@ -5,9 +5,8 @@
 
 #include <QStringList>
 
-/// Keeps every log record from its construction to its destruction, from all threads and of all
-/// levels; the earlier filter is restored afterwards. Construct and destroy on one thread,
-/// read on any.
+/// Collects every log record from its construction to its destruction, from all threads and of all
+/// levels; then restores the earlier filter. Construct and destroy on one thread, read on any.
 class PLogCapture {
 public:
     PLogCapture();
@@ -15,11 +14,11 @@ public:
     PLogCapture(const PLogCapture&) = delete;
     PLogCapture& operator=(const PLogCapture&) = delete;
 
-    /// The records so far, oldest first; with a source, only those of it.
+    /// The records so far, oldest first; with a source, only its records.
     QList<PLogRecord> records(const QString& source = {}) const;
     /// The same as texts (PLogRecord::text()).
     QStringList texts(const QString& source = {}) const;
-    /// True if a record of this text is there.
+    /// True if there is a record with this text.
     bool contains(const QString& text, const QString& source = {}) const;
     void clear();
 

@@ -9,8 +9,8 @@
 
 #include <ostream>
 
-// How GoogleTest shows Qt's types when an expectation fails. To be included by every test file that
-// compares them.
+// How GoogleTest prints Qt's types when an expectation fails. Every test file that compares them
+// must include this.
 
 inline void PrintTo(const QString& text, std::ostream* out) {
     *out << '"' << text.toStdString() << '"';

@@ -10,7 +10,7 @@
 /// simulator. Any thread.
 namespace SimJournal {
 
-/// Line `index`, whole however long it is; empty if there is none.
+/// Line `index`, complete whatever its length; empty if there is none.
 inline std::string line(unsigned index) {
     for (std::string text(256, '\0');; text.resize(text.size() * 4)) {
         ToupcamSim_journal(index, text.data(), unsigned(text.size()));

@@ -8,7 +8,7 @@
 int main(int argc, char** argv) {
     testing::InitGoogleMock(&argc, argv); // takes its own options out of the arguments
     const QCoreApplication application(argc, argv);
-    // As in the programs, so that PLogCapture sees what they would show.
+    // As in the programs, so that PLogCapture collects what they would show.
     PLog::installQtMessageHandler();
     return RUN_ALL_TESTS();
 }

@@ -13,8 +13,7 @@ inline std::chrono::milliseconds longestWait() {
     return std::chrono::milliseconds(requested > 0 ? requested : 20'000);
 }
 
-/// Runs this thread's event loop until the predicate holds, and returns true then; false if it does
-/// not by the deadline.
+/// Runs this thread's event loop until the predicate is true, and returns true; false on timeout.
 template <typename Predicate>
 bool waitUntil(Predicate predicate, std::chrono::milliseconds deadline = longestWait()) {
     return QTest::qWaitFor(predicate, int(deadline.count()));

@@ -8,13 +8,13 @@
 #include <functional>
 #include <unistd.h>
 
-/// Cameras whose pictures can be computed beforehand, and what is measured on pictures.
+/// Cameras whose pictures can be computed in advance, and measurements on pictures.
 
 constexpr unsigned pictureWidth = 320;
 constexpr unsigned pictureHeight = 240;
 constexpr double picturePixels = pictureWidth * pictureHeight;
 
-// A sensor whose numbers are easy: full light gives 100 electrons a millisecond.
+// A sensor with simple numbers: full light gives 100 electrons a millisecond.
 constexpr double electronsPerMs = 100.0;
 constexpr double electronsPerCount = 10.0;
 constexpr double offset = 8.0;
@@ -45,11 +45,11 @@ public:
     PictureFolder(const PictureFolder&) = delete;
     PictureFolder& operator=(const PictureFolder&) = delete;
 
-    // A portable pixmap of one colour: a picture file needs no more.
+    // Adds a portable pixmap of one colour, the simplest of picture files.
     std::string add(const std::string& name, char red, char green, char blue) const {
         return paint(name, 32, 32, [=](int, int) { return std::string{red, green, blue}; });
     }
-    /// A pixmap of any pixels: `colourAt` gives the three bytes of each.
+    /// Adds a pixmap whose pixels are computed: `colourAt` gives the three bytes of each.
     std::string paint(const std::string& name, int width, int height,
                       const std::function<std::string(int, int)>& colourAt) const {
         const std::filesystem::path file = m_path / name;
@@ -67,7 +67,7 @@ private:
     std::filesystem::path m_path;
 };
 
-/// A colour camera that shows a picture file nearly without noise: full light is 200 counts.
+/// A colour camera that shows a picture file almost without noise: full light is 200 counts.
 inline SimCameraText pictureCamera(const std::string& path, const std::string& more = "") {
     SimCameraText camera;
     camera.source =
@@ -110,8 +110,8 @@ inline double channelMean(const PushedFrame& frame, int channel) {
     return sum / frame.header.biWidth / frame.header.biHeight;
 }
 
-/// Mean and variance of one pixel's value over time, from the pair of frames alone: what differs
-/// from place to place cancels out.
+/// Mean and variance of one pixel's value over time, computed from two frames alone: differences
+/// between pixels cancel out.
 struct Transfer {
     double mean;
     double variance;
@@ -134,7 +134,7 @@ inline Transfer measureTransfer(const PushedFrame& a, const PushedFrame& b) {
 
 class SimPictureTest : public SimTest {
 protected:
-    /// Streams until `count` frames have come.
+    /// Streams until `count` frames have arrived.
     std::vector<PushedFrame> take(HToupcam handle, std::size_t count) {
         FrameLog log(count);
         EXPECT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &log), S_OK);

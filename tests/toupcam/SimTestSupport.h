@@ -18,7 +18,7 @@
 /// The timeout of waits, long enough for a busy machine under a sanitizer.
 constexpr std::chrono::seconds longestWait{60};
 
-/// Polls a condition without a notification; false if it did not come true in time.
+/// Polls a condition for which there is no notification; false on timeout.
 inline bool eventually(const std::function<bool()>& condition) {
     const auto deadline = std::chrono::steady_clock::now() + longestWait;
     while (!condition()) {
@@ -29,7 +29,7 @@ inline bool eventually(const std::function<bool()>& condition) {
     return true;
 }
 
-/// The text of one camera of a scene.
+/// The JSON of one camera of a scene.
 struct SimCameraText {
     std::string id = "cam";
     unsigned width = 96;
@@ -37,7 +37,7 @@ struct SimCameraText {
     double fps = 200;
     unsigned bits = 24;
     std::string source = R"({"kind": "patches"})";
-    std::string extra; ///< more keys, each with a comma in front
+    std::string extra; ///< further keys, each preceded by a comma
 
     std::string text() const {
         return R"({"id": ")" + id + R"(", "serial": "S-)" + id.substr(0, 20) +
@@ -52,7 +52,7 @@ private:
     }
 };
 
-/// The text of a scene of these cameras with a fault plan.
+/// The JSON of a scene with these cameras and a fault plan.
 inline std::string makeScene(const std::vector<SimCameraText>& cameras,
                              const std::string& faults = "[]") {
     std::string list;
@@ -61,7 +61,7 @@ inline std::string makeScene(const std::vector<SimCameraText>& cameras,
     return R"({"cameras": [)" + list + R"(], "faults": )" + faults + "}";
 }
 
-/// The name of a row of data as part of a test's name.
+/// The name of a row of data, as a part of the test's name.
 template <typename Row>
 std::string rowName(const ::testing::TestParamInfo<Row>& row) {
     std::string name = row.param.name;
@@ -88,7 +88,7 @@ struct PushedFrame {
     }
 };
 
-/// The handles the current test has opened. Only used on the test's own thread.
+/// The handles that the current test has opened. Only used on the test's own thread.
 class OpenHandles {
 public:
     static std::vector<HToupcam>& all() {
@@ -107,7 +107,7 @@ public:
     }
 };
 
-/// A client's data callback that keeps what is pushed. `keep` bounds how many.
+/// A client's data callback that stores what is pushed, up to `keep` frames.
 class FrameLog {
 public:
     explicit FrameLog(std::size_t keep = 1000)
@@ -119,7 +119,7 @@ public:
         static_cast<FrameLog*>(context)->add(data, header, isSnapshot);
     }
 
-    /// Runs inside every callback, before the frame is kept.
+    /// Called in every callback, before the frame is stored.
     std::function<void()> inside;
 
     bool waitFor(std::size_t count) {
@@ -188,7 +188,7 @@ private:
 inline void ignoreData(const void*, const BITMAPINFOHEADER*, int, void*) {
 }
 
-/// Counts calls of a callback that takes no more than a context.
+/// Counts calls of a callback whose only argument is a context.
 class CallCounter {
 public:
     CallCounter() = default;
@@ -198,7 +198,7 @@ public:
     }
     static void onCall(void* context) { static_cast<CallCounter*>(context)->add(); }
 
-    /// Runs inside every callback, before it is counted.
+    /// Called in every callback, before it is counted.
     std::function<void()> inside;
 
     unsigned count() const {
@@ -224,7 +224,7 @@ private:
     unsigned m_count = 0;
 };
 
-/// A client's event callback that keeps the codes.
+/// A client's event callback that stores the codes.
 class EventLog {
 public:
     EventLog() = default;
@@ -233,7 +233,7 @@ public:
         static_cast<EventLog*>(context)->add(code);
     }
 
-    /// Runs inside every callback, before the code is kept.
+    /// Called in every callback, before the code is stored.
     std::function<void(unsigned)> inside;
 
     bool waitFor(unsigned code, std::size_t times = 1) {
@@ -302,8 +302,8 @@ inline FrameCounts readCounts(const std::string& id = "cam") {
     return counts;
 }
 
-/// Every test begins with the built-in scene, an empty journal and no faults, and ends with every
-/// handle it opened closed and no hot-plug callback.
+/// Each test begins with the built-in scene, an empty journal and no faults. At its end, every
+/// handle that it opened is closed and no hot-plug callback is registered.
 class SimTest : public ::testing::Test {
 protected:
     SimTest() { ToupcamSim_reset(); }

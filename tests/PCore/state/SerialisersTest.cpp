@@ -14,7 +14,7 @@
 #include <limits>
 #include <type_traits>
 
-// The rules for every format: what was written can be read back, and anything else is refused.
+// The rules of both formats: what was written can be read back, and anything else is refused.
 
 namespace {
 
@@ -31,7 +31,7 @@ struct Binary {
 template <typename Format>
 class Serialisers : public testing::Test {
 protected:
-    /// Writes it under a name, reads it back.
+    /// Writes a value under a name and reads it back.
     QVariant comesBackAs(const QVariant& value) {
         typename Format::Writer valueWriter;
         EXPECT_TRUE(valueWriter.writeValue(u"v"_qs, value));

@@ -96,7 +96,7 @@ TEST_F(PWorkQueueTest, queues_may_share_a_limit) {
     PWorkQueue first(budget);
     PWorkQueue second(budget);
     block(first, 9);
-    EXPECT_TRUE(second.push(2, note(1))); // it holds nothing
+    EXPECT_TRUE(second.push(2, note(1))); // the queue is empty
     EXPECT_TRUE(second.waitUntilIdle(longestWait()));
     EXPECT_FALSE(first.push(2, note(2)));
     open();
@@ -173,7 +173,7 @@ TEST_F(PWorkQueueTest, stopped_while_it_is_full_it_does_what_waits_and_takes_no_
     others.erase(std::remove(others.begin(), others.end(), 0), others.end());
     EXPECT_EQ(others, std::vector<int>({1, 2}));
     EXPECT_FALSE(queue.push(1, note(4)));
-    queue.stop(); // does nothing
+    queue.stop(); // no effect
     EXPECT_EQ(queue.cost(), 0U);
 }
 
@@ -209,7 +209,7 @@ TEST_F(PWorkQueueTest, several_threads_do_several_works_at_a_time) {
     block(queue);
     queue.push(1, note(1));
     EXPECT_TRUE(waitUntil([this] { return !done().empty(); }));
-    EXPECT_FALSE(queue.waitUntilIdle(0ms)); // the first is still at work
+    EXPECT_FALSE(queue.waitUntilIdle(0ms)); // the first item is still being done
     open();
     queue.waitUntilIdle();
     EXPECT_EQ(queue.cost(), 0U);

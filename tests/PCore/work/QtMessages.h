@@ -6,8 +6,8 @@
 
 #include <mutex>
 
-/// Keeps what any thread logs through Qt, instead of showing it, while this object exists. One at a
-/// time.
+/// While this object exists, it collects what any thread logs through Qt, instead of it being
+/// shown. One at a time.
 class QtMessages {
 public:
     QtMessages() {

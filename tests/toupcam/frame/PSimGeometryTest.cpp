@@ -118,7 +118,7 @@ TEST_F(SimGeometry, null_output_of_the_region_is_refused) {
 
 TEST_F(SimGeometry, region_shows_that_part_of_the_sensor) {
     const HToupcam handle = openOnly({});
-    ASSERT_EQ(put(handle, {40, 16, 16, 32}), S_OK); // the green patch exactly
+    ASSERT_EQ(put(handle, {40, 16, 16, 32}), S_OK); // exactly the green patch
     const PushedFrame frame = takeOne(handle);
     EXPECT_EQ(frameSize(frame), (Size{16, 32}));
     EXPECT_EQ(channelMean(frame, 0), 0.0);
@@ -136,7 +136,7 @@ TEST_F(SimGeometry, region_of_a_drifting_specimen_is_cut_out_of_what_is_seen) {
     EXPECT_NEAR(frame.at(8, 30, 0), 200, 4);
 }
 
-/// Settings on a sensor of 101 x 67 pixels, and the size that frames have then.
+/// Settings on a sensor of 101 x 67 pixels, and the resulting size of the frames.
 struct SizeRow {
     const char* name;
     Region region;

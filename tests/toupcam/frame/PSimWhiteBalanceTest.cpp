@@ -24,7 +24,7 @@ public:
         static_cast<BalanceLog*>(context)->add({temperature, tint});
     }
 
-    /// Runs inside the callback.
+    /// Called in the callback.
     std::function<void()> inside;
 
     bool wait() {

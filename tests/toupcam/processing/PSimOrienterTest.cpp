@@ -84,7 +84,7 @@ TEST_P(SimTurn, brings_each_corner_to_its_place) {
         return x < 51 ? std::string("\0\0\xff", 3) : std::string("\xff\xff\xff", 3);
     };
     SimCameraText camera = pictureCamera(m_folder.paint("corners.ppm", 102, 68, quarter));
-    camera.width = 102; // more than one band of rows, and not a whole number of bands
+    camera.width = 102; // several bands of rows, the last one incomplete
     camera.height = 68;
     const HToupcam handle = openOnly(camera);
     ASSERT_EQ(Toupcam_put_HFlip(handle, GetParam().hFlip), S_OK);

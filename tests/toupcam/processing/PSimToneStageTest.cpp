@@ -166,7 +166,7 @@ TEST_F(SimColourTest, without_the_colour_matrix_grey_stays_grey) {
     EXPECT_NEAR(colour(handle).strength(), 0.0, 0.5);
 }
 
-/// Settings that change colours, to be the same whichever colour comes first.
+/// Colour settings whose effect must not depend on the order of the bytes.
 struct OrderRow {
     const char* name;
     Set set;

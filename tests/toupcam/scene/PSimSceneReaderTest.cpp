@@ -192,7 +192,7 @@ private:
     std::string m_path;
 };
 
-// The environment is read at first use, so each of these runs in a process of its own.
+// The environment is read at first use, so each of these tests runs in its own process.
 class SimEnvironment : public ::testing::Test {
 protected:
     SimEnvironment() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }

@@ -55,14 +55,15 @@ unsigned readTime(HToupcam handle) {
 
 class SimFlicker : public SimPictureTest {
 protected:
-    /// Bands in a picture of this exposure.
+    /// The bands in a picture with this exposure.
     double bands(HToupcam handle, unsigned microseconds) {
         EXPECT_EQ(Toupcam_put_ExpoTime(handle, microseconds), S_OK);
         return measureBands(takeOne(handle));
     }
 };
 
-/// Mains, exposure and the depth of the bands by the integral of the lamp's power.
+/// Mains frequency, exposure, and the depth of the bands computed from the integral of the lamp's
+/// power.
 struct BandRow {
     const char* name;
     int mainsHz;

@@ -84,8 +84,9 @@ TEST_P(SimTransfer, curve_measured_from_pairs_of_frames_is_the_one_computed) {
     const double spread = sumXX - sumX * sumX / points;
     const double slope = (sumXY - sumX * sumY / points) / spread;
     const double height = (sumY - slope * sumX) / points;
-    // A variance from n pairs has a standard error of the share sqrt(2 / n), at most that of the
-    // highest point; slope and height of a fitted line inherit it. Five of them are allowed.
+    // The relative standard error of a variance from n pairs is sqrt(2 / n), here at most that of
+    // the highest point; slope and intercept of the fitted line inherit it. Five of them are
+    // allowed.
     const double error = 5.0 * std::sqrt(2.0 / picturePixels) * highest;
     const double centre = sumX / points;
     EXPECT_NEAR(slope, countsAnElectron, error / std::sqrt(spread));
@@ -103,7 +104,7 @@ TEST_F(SimPicture, noise_of_two_frames_is_not_the_same) {
 TEST_F(SimPicture, same_scene_gives_the_same_pictures) {
     const auto frameNumber0 = [this] {
         SimCameraText camera;
-        camera.fps = 1; // the first frame is number 0 even on a busy machine
+        camera.fps = 1; // the first frame has number 0 even on a busy machine
         camera.source = R"({"kind": "specimen"})";
         camera.extra = R"(, "exposure": {"auto": false})";
         const HToupcam handle = openOnly(camera);
@@ -160,7 +161,7 @@ TEST_F(SimPicture, fluorescence_is_bright_on_a_dark_background) {
     EXPECT_GT(frame.bytes[frame.bytes.size() * 99 / 100], 100);
 }
 
-/// Auto-exposure from far too dark or too bright, and what it must reach.
+/// Auto-exposure from a picture that is much too dark or too bright, and the result it must reach.
 struct AutoRow {
     const char* name;
     double level;

@@ -178,7 +178,7 @@ TEST_F(SimSettings, fan_maximum_is_the_models) {
     EXPECT_EQ(Toupcam_get_FanMaxSpeed(open("sim-1mm-1")), 0);
 }
 
-/// What makes a camera slower, against a reference camera with nothing set.
+/// A setting that slows a camera down, relative to a reference camera with default settings.
 struct RateRow {
     const char* name;
     double share; ///< of the reference's frame rate
@@ -211,7 +211,7 @@ INSTANTIATE_TEST_SUITE_P(rows, SimRate, ::testing::ValuesIn(rates), rowName<Rate
 TEST_P(SimRate, follows_what_limits_it) {
     SimCameraText camera;
     camera.fps = 500;
-    // 96 x 64 bytes x 500 a second fill a link of 3.072 million bytes a second exactly.
+    // 96 x 64 bytes, 500 times a second, exactly fill a link of 3.072 million bytes a second.
     camera.extra = R"(, "flags": ["BANDWIDTH"], "speedLevels": 4, "linkMegabytes": 3.072,
                        "exposure": {"default": 100})";
     SimCameraText reference = camera;

@@ -23,7 +23,7 @@ protected:
         return value;
     }
     static int voltage(HToupcam handle) { return option(handle, TOUPCAM_OPTION_TEC_VOLTAGE); }
-    /// Waits until the temperature is within half a degree of this.
+    /// Waits until the temperature is within half a degree of this value.
     static bool reaches(HToupcam handle, int tenths) {
         return eventually([=] { return std::abs(temperature(handle) - tenths) <= 5; });
     }
@@ -105,7 +105,7 @@ TEST_F(SimThermal, streaming_warms_the_sensor_until_it_ends) {
     const HToupcam handle = openOnly(cooledCamera());
     FrameLog log(0);
     ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &log), S_OK);
-    EXPECT_TRUE(reaches(handle, 340)); // 22 degrees, 3 and 9 kelvin
+    EXPECT_TRUE(reaches(handle, 340)); // 22 degrees, plus 3 and 9 kelvin
     ASSERT_EQ(Toupcam_Stop(handle), S_OK);
     EXPECT_TRUE(reaches(handle, 250));
 }
@@ -122,7 +122,7 @@ TEST_F(SimThermal, cooler_reaches_its_target_and_holds_it_with_less_than_full_vo
     const HToupcam handle = openOnly(cooledCamera());
     cool(handle, 50, 4);
     ASSERT_TRUE(reaches(handle, 50));
-    // 23.5 degrees without the cooler, 18.5 kelvin of the 45 it can do: 49 of 120.
+    // 23.5 degrees without the cooler; 18.5 of the 45 kelvin that it can do: 49 of 120.
     EXPECT_TRUE(eventually([handle] { return std::abs(voltage(handle) - 49) <= 1; }));
     EXPECT_TRUE(reaches(handle, 50));
 }
@@ -139,10 +139,10 @@ TEST_F(SimThermal, sensor_warms_up_again_when_the_cooler_is_switched_off) {
 TEST_F(SimThermal, target_out_of_reach_takes_all_the_voltage) {
     const HToupcam handle = openOnly(cooledCamera());
     cool(handle, -500, 4);
-    EXPECT_TRUE(reaches(handle, -215)); // 23.5 degrees less 45 kelvin
+    EXPECT_TRUE(reaches(handle, -215)); // 23.5 degrees minus 45 kelvin
     EXPECT_EQ(voltage(handle), 120);
     ASSERT_EQ(Toupcam_put_Option(handle, TOUPCAM_OPTION_FAN, 0), S_OK);
-    EXPECT_TRUE(reaches(handle, 70)); // 25 degrees less 40 % of 45 kelvin
+    EXPECT_TRUE(reaches(handle, 70)); // 25 degrees minus 40 % of 45 kelvin
     EXPECT_EQ(voltage(handle), 120);
 }
 
@@ -187,7 +187,7 @@ protected:
 
 TEST_F(SimDark, current_grows_with_the_exposure_time) {
     const HToupcam handle = openDark(25);
-    // 2000 electrons a second, 10 for a count.
+    // 2000 electrons a second, 10 for each count.
     EXPECT_NEAR(dark(handle, 50).mean, offset, 0.2);
     EXPECT_NEAR(dark(handle, 100000).mean, offset + 20, 0.3);
     EXPECT_NEAR(dark(handle, 400000).mean, offset + 80, 0.5);

@@ -25,7 +25,7 @@ struct Client {
     }
 
     static constexpr unsigned hold = 99;
-    std::vector<unsigned> codes; // read after the join
+    std::vector<unsigned> codes; // read after join()
     bool onStreamThread = false;
     std::promise<void> entered;
     std::promise<void> release;
@@ -33,7 +33,7 @@ struct Client {
 
 class PSimEventThreadTest : public ::testing::Test {
 protected:
-    // The thread is inside the callback until release().
+    // Starts the thread, which then stays in the callback until release().
     void startAndHold() {
         m_thread->start(&m_client);
         m_thread->post(Client::hold);

@@ -65,7 +65,7 @@ TEST_F(PSimFrameFeedbackTest, a_dropped_request_is_never_completed) {
     EXPECT_THAT(m_parts.steps, IsEmpty());
 }
 
-// A callback may call anything of the SDK, so also what takes the feedback's own lock.
+// A callback may call any function of the SDK, including one that takes the feedback's own lock.
 void unsetCallback(void* parts) {
     static_cast<StreamParts*>(parts)->feedback.setExposureCallback(nullptr, nullptr);
     static_cast<StreamParts*>(parts)->steps.push_back("unset");

@@ -8,7 +8,8 @@ namespace {
 
 using ::testing::ElementsAre;
 
-// Runs the producer on this thread until the delivery has had the frames it is ready for.
+// Runs the producer on this thread until the delivery has received as many frames as it is ready
+// for.
 class PSimProducerTest : public ::testing::Test {
 protected:
     void run(int frames) {

@@ -51,7 +51,7 @@ struct PullRow {
     unsigned bits; ///< of the camera
     int pulled;
     int blueFirst;
-    int red[4]; ///< the red patch's bytes; the fourth only of 32 bits
+    int red[4]; ///< the red patch's bytes; the fourth only with 32 bits
     int blue[4];
 };
 
@@ -134,7 +134,7 @@ TEST_F(SimPull, frame_whose_size_was_queried_is_the_one_that_is_pulled) {
     ASSERT_TRUE(eventually([&] {
         return Toupcam_PullImageV2(handle, nullptr, 24, &queried) == S_OK && queried.width == 48;
     }));
-    // The client makes its buffer for that size. Frames four times as large come meanwhile.
+    // The client allocates its buffer for that size. Frames four times as large arrive meanwhile.
     ASSERT_EQ(Toupcam_put_eSize(handle, 0), S_OK);
     unsigned long long before = 0;
     unsigned long long now = 0;
@@ -176,7 +176,7 @@ TEST_F(SimPull, slow_event_callback_gets_no_backlog_of_frame_events) {
     ASSERT_TRUE(eventually([] { return readCounts().delivered >= 20; }));
     ToupcamSim_holdFrames("cam", 1);
     gate.open();
-    // One in progress, at most one waiting; an event of our own comes after those.
+    // One in progress, at most one waiting; the event fired here comes after those.
     ASSERT_EQ(ToupcamSim_fireEvent("cam", 0x1234), 1);
     EXPECT_LE(m_events.count(TOUPCAM_EVENT_IMAGE), 3U);
     Toupcam_Stop(m_handle); // before the gate is destroyed
@@ -227,7 +227,7 @@ TEST_F(SimPull, stop_from_inside_the_event_callback_is_refused) {
 }
 
 TEST_F(SimPull, close_from_inside_the_event_callback_ends_without_a_deadlock) {
-    // Static: the threads end by themselves, nothing waits for the rest of the callback.
+    // Static, because the threads end by themselves and nothing waits for the rest of the callback.
     static EventLog events;
     const HToupcam handle = openOnly(SimCameraText());
     events.inside = [handle](unsigned) { Toupcam_Close(handle); };

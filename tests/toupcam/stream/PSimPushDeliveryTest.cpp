@@ -162,7 +162,7 @@ TEST_F(SimPush, stop_from_inside_the_callback_is_refused_and_the_stream_goes_on)
 
 TEST_F(SimPush, close_from_inside_the_callback_ends_the_stream_without_a_deadlock) {
     const HToupcam handle = openOnly(SimCameraText());
-    // Static: the thread ends by itself, nothing waits for the rest of its callback.
+    // Static, because the thread ends by itself and nothing waits for the rest of its callback.
     static FrameLog log(0);
     log.inside = [handle] { Toupcam_Close(handle); };
     ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &log), S_OK);
@@ -202,7 +202,7 @@ TEST_F(SimPush, frames_that_fall_due_while_the_callback_is_busy_are_lost_and_cou
     gate.open();
     ASSERT_TRUE(log.waitFor(3));
     ASSERT_EQ(Toupcam_Stop(handle), S_OK);
-    // None of the lost ones came later.
+    // None of the lost frames arrived later.
     EXPECT_EQ(readCounts().delivered, log.total());
     EXPECT_GE(readCounts().produced - readCounts().delivered, lost - 1);
 }
@@ -248,7 +248,7 @@ TEST_F(SimPush, still_picture_comes_through_the_data_callback_at_its_own_resolut
         EXPECT_EQ(frame.header.biWidth, frame.isSnapshot ? 48 : 96);
     }
     EXPECT_EQ(stills, 1U);
-    // A still picture is not a frame of the stream.
+    // A still is not counted as a frame of the stream.
     EXPECT_EQ(readCounts().delivered, log.total() - 1);
 }
 
@@ -328,7 +328,7 @@ TEST_F(SimPush, replugged_camera_streams_again_under_a_new_handle) {
 
 TEST_F(SimPush, unpaced_ring_pushes_each_frame_of_the_ring_in_turn_without_loss) {
     SimCameraText camera;
-    camera.fps = 0.01; // would be a frame in 100 seconds
+    camera.fps = 0.01; // would be one frame in 100 seconds
     camera.source = R"({"kind": "ring", "frames": 3, "unpaced": true})";
     const HToupcam handle = openOnly(camera);
     FrameLog log;
@@ -345,7 +345,7 @@ TEST_F(SimPush, unpaced_ring_pushes_each_frame_of_the_ring_in_turn_without_loss)
         EXPECT_EQ(frames[i].bytes[0], i % 3);
 }
 
-/// The addresses that frames are handed out at.
+/// The addresses of the delivered frames.
 struct AddressLog {
     static void onData(const void* data, const BITMAPINFOHEADER*, int, void* context) {
         auto* const log = static_cast<AddressLog*>(context);
@@ -365,7 +365,7 @@ void pushAddresses(HToupcam handle, std::size_t frames, std::vector<const void*>
         const std::lock_guard lock(log.mutex);
         return log.addresses.size() >= frames;
     });
-    // Before anything else: until it has stopped, the camera writes into the log.
+    // First of all, because the camera writes into the log until it is stopped.
     ASSERT_EQ(Toupcam_Stop(handle), S_OK);
     ASSERT_TRUE(came);
     addresses = log.addresses;

@@ -15,7 +15,7 @@ protected:
         m_schedule.begin(std::make_shared<FakeDelivery>(m_parts.steps, readyFor));
     }
 
-    // The kind of the next piece of work, which must be there already.
+    // The kind of the next piece of work, which must be available already.
     std::string next() {
         const auto work = m_schedule.next();
         if (!work)
@@ -125,7 +125,7 @@ TEST_F(PSimStreamScheduleTest, a_job_waits_for_the_producing_thread_and_returns_
 }
 
 TEST_F(PSimStreamScheduleTest, a_job_is_never_called_after_the_end_and_its_caller_returns) {
-    // The end comes before or after the request, by chance: the result is the same.
+    // The end comes before or after the request by chance: the result must be the same.
     for (int i = 0; i < 50; ++i) {
         begin(0);
         bool called = false;

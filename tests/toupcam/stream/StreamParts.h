@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-/// What parts of a stream did, in order, as short texts. Used on one thread.
+/// What the parts of a stream did, in order, as short texts. Used on one thread.
 using StreamSteps = std::vector<std::string>;
 
 /// Makes pictures of one pixel and records each.
@@ -74,7 +74,7 @@ private:
     int m_ready;
 };
 
-/// Records the frames it observes, and loses the one it is set to lose.
+/// Records the frames it observes, and loses one that is selected.
 class FakeObserver : public PSimFrameObserver {
 public:
     explicit FakeObserver(StreamSteps& steps)
@@ -90,15 +90,15 @@ public:
             inFrameDone();
     }
 
-    std::uint64_t lost = 0; ///< number of the frame that gets lost; 0: none
+    std::uint64_t lost = 0; ///< number of the lost frame; 0: none
     std::function<void()> inFrameDone;
 
 private:
     StreamSteps& m_steps;
 };
 
-/// The parts of a stream without its threads: each test is the producing thread itself. The camera
-/// is unpaced, so frames come whenever the delivery is ready, at any time of the clock.
+/// The parts of a stream without its threads: each test acts as the producing thread. The camera is
+/// unpaced, so frames are due whenever the delivery is ready, whatever the time.
 struct StreamParts {
     StreamParts() {
         link->source = source;

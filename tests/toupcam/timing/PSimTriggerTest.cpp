@@ -6,7 +6,7 @@ namespace {
 constexpr int video = 0;
 constexpr int software = 1;
 constexpr int external = 2;
-constexpr unsigned hour = 3600000000U; // microseconds: no test waits for its end
+constexpr unsigned hour = 3600000000U; // microseconds; no test waits for its end
 
 SimCameraText triggered(const std::string& more = "") {
     SimCameraText camera;
@@ -18,7 +18,7 @@ SimCameraText triggered(const std::string& more = "") {
 
 class SimTrigger : public SimTest {
 protected:
-    /// Loads a camera and one to compare with, which just runs.
+    /// Loads the camera under test, and a second one that streams continuously for comparison.
     HToupcam openBesideAnother(const SimCameraText& camera, const std::string& faults = "[]") {
         SimCameraText other = triggered();
         other.id = "other";
@@ -269,7 +269,7 @@ TEST_F(SimTrigger, dropped_trigger_frame_never_comes) {
     EXPECT_EQ(readCounts().delivered, before.delivered + 2);
 }
 
-/// What ends an exposure of an hour at once.
+/// Actions that end an exposure of an hour at once.
 using SimLongExposure = SimTrigger;
 
 TEST_F(SimLongExposure, ends_with_the_stream) {

@@ -103,7 +103,7 @@ TEST_F(SimHotPlug, callback_can_enumerate_and_unplug) {
     };
     Toupcam_HotPlug(CallCounter::onCall, &calls);
     ToupcamSim_fireHotPlug();
-    ASSERT_TRUE(calls.waitFor(2)); // the second one is for the unplugging in the first
+    ASSERT_TRUE(calls.waitFor(2)); // the second one is for the unplugging during the first
     EXPECT_EQ(found, 1U);
     Toupcam_HotPlug(nullptr, nullptr);
 }

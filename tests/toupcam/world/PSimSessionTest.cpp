@@ -272,7 +272,7 @@ TEST_F(SimSession, replugged_camera_keeps_id_and_serial_and_opens_under_a_new_ha
     EXPECT_EQ(Toupcam_get_ExpoTime(back, &time), S_OK);
     EXPECT_EQ(time, 50000U);
     EXPECT_EQ(Toupcam_get_ExpoTime(gone, &time), E_GEN_FAILURE);
-    // Closing the old handle takes nothing from the new one.
+    // Closing the old handle does not affect the new one.
     Toupcam_Close(gone);
     EXPECT_EQ(Toupcam_Open("sim-1mm-1"), nullptr);
     char serial[32];

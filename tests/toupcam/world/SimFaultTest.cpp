@@ -61,7 +61,7 @@ ToupcamFrameInfoV2 pulledInfo(HToupcam handle) {
     EXPECT_TRUE(events.waitFor(TOUPCAM_EVENT_IMAGE));
     ToupcamFrameInfoV2 info{};
     EXPECT_EQ(Toupcam_PullImageV2(handle, nullptr, 32, &info), S_OK);
-    EXPECT_EQ(info.width, 96U); // a query of the size is still right
+    EXPECT_EQ(info.width, 96U); // a query of the size is still correct
     std::vector<std::uint8_t> pixels(96 * 64 * 4);
     info = {1, 2, 3, 4, 5};
     EXPECT_EQ(Toupcam_PullImageV2(handle, pixels.data(), 32, &info), S_OK);
@@ -171,7 +171,7 @@ TEST_F(SimFault, raw_buffer_pushed_from_inside_a_callback_is_refused) {
 TEST_F(SimFault, waiting_raw_buffer_is_cancelled_when_the_stream_stops) {
     const HToupcam handle = openOnly(SimCameraText());
     for (int i = 0; i < 20;
-         ++i) { // whether the buffer or the stop comes first is a race on purpose
+         ++i) { // whether the buffer or the stop comes first is a deliberate race
         Gate gate;
         FrameLog log(0);
         log.inside = [&] { gate.pass(); };
@@ -273,7 +273,7 @@ TEST_F(SimFault, plan_fails_and_delays_calls_from_the_start) {
     EXPECT_EQ(Toupcam_get_MaxSpeed(handle), 0);
 }
 
-// Which of the first frames of a ring arrive, when half of them get lost at random.
+// The first frames of a ring that arrive when half of them are lost at random.
 std::vector<int> arrivals(const std::string& seed) {
     SimCameraText camera;
     camera.source = R"({"kind": "ring", "frames": 64, "unpaced": true})";
@@ -296,7 +296,7 @@ TEST_F(SimFault, random_losses_are_the_same_for_the_same_seed) {
     const std::vector<int> first = arrivals("7");
     EXPECT_EQ(arrivals("7"), first);
     EXPECT_NE(arrivals("8"), first);
-    EXPECT_GT(first.back(), 25); // twenty frames arrived, about as many did not
+    EXPECT_GT(first.back(), 25); // twenty frames arrived, about as many were lost
 }
 
 TEST_F(SimFault, new_scene_discards_the_faults_of_the_old_one) {
