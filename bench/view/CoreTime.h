@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// The time that a thread has had and waited for a core since its start, in seconds. A value.
+/// The time that a thread has had and waited for a core since its start, in seconds. A value type.
 struct CoreTime {
     double used = 0;   ///< it ran
     double waited = 0; ///< it was ready to run, and others did

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <vector>
 
-/// Times that were measured. A value; all results are in milliseconds, and 0 if nothing was
+/// Times that were measured. A value type; all results are in milliseconds, and 0 if nothing was
 /// measured.
 class Durations {
 public:

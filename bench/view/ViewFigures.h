@@ -10,7 +10,7 @@
 #include <QList>
 #include <QString>
 
-/// The measurements of one situation. A value.
+/// The measurements of one situation. A value type.
 struct PhaseFigures {
     QString name;
     double seconds = 0;
@@ -22,7 +22,7 @@ struct PhaseFigures {
     quint64 delivered = 0;
 };
 
-/// One recording while the picture is live. A value.
+/// One recording while the picture is live. A value type.
 struct RecordingFigures {
     QString name;
     QString outcome; ///< the window's message about it
@@ -34,13 +34,13 @@ struct RecordingFigures {
     double plainSeconds = 0; ///< for writing as many bytes with nothing else to do
 };
 
-/// The ledger of one camera session. A value.
+/// The ledger of one camera session. A value type.
 struct SessionLedger {
     QString name;
     PFrameLedger ledger;
 };
 
-/// All figures of a run. A value.
+/// All figures of a run. A value type.
 struct ViewFigures {
     QList<PhaseFigures> phases; ///< the first one is the limit: a window without a camera
     Durations smallPaints;      ///< painting a stream of 1 megapixel
