@@ -108,7 +108,7 @@ private:
     QString text(const QString& name) const {
         const QVariant value = m_reader.readValue(name);
         if (value.typeId() != QMetaType::QString)
-            throw Fault{findPlace(name), u"expected %1: a text"_qs.arg(quoted(name))};
+            throw Fault{findPlace(name), u"expected %1: a string"_qs.arg(quoted(name))};
         return value.toString();
     }
 

@@ -110,7 +110,7 @@ private:
         const qsizetype start = m_pos++;
         for (; m_json[m_pos] != '"'; ++m_pos) {
             if (static_cast<unsigned char>(m_json[m_pos]) < ' ')
-                throw PReadFault{m_pos, u"a control character inside a text"_qs};
+                throw PReadFault{m_pos, u"a control character inside a string"_qs};
             if (m_json[m_pos] == '\\')
                 ++m_pos;
         }

@@ -52,7 +52,7 @@ constexpr UsageRow wrongUsages[] = {
      "\"##/a.png\" is not a patt"},
     {"an_empty_pattern", "stream --save=", "\"\" is not a value for --save"},
     {"an_empty_camera",
-     "modes --camera=", "\"\" is not a value for --camera: expected a non-empty text"},
+     "modes --camera=", "\"\" is not a value for --camera: expected a non-empty value"},
     {"an_empty_scene", "list --scene=", "\"\" is not a value for --scene"},
     {"an_empty_sdk", "list --sdk=", "\"\" is not a value for --sdk"},
     {"a_pattern_of_an_unknown_format", "stream --save ##.gif",

@@ -212,7 +212,7 @@ TEST_F(SimEnvironment, scene_file_is_loaded_at_first_use) {
 TEST_F(SimEnvironment, broken_scene_file_is_named_and_leaves_no_cameras) {
     const TemporaryFile file("broken.json", R"({"cameras": [{"id": 5}]})");
     EXPECT_EXIT(enumerateWith(file.path()), ::testing::ExitedWithCode(0),
-                "broken.json.*scene.cameras.0..id: 5 found, expected a text");
+                "broken.json.*scene.cameras.0..id: 5 found, expected a string");
 }
 
 TEST_F(SimEnvironment, missing_scene_file_is_named_and_leaves_no_cameras) {

@@ -42,7 +42,7 @@ QStringList longNames() {
 PStatus checkTexts(const QCommandLineParser& parser, const QStringList& options) {
     for (const QString& option : options) {
         if (parser.isSet(option) && parser.values(option).contains(QString()))
-            return PProgramOptions::wrongValue(option, QString(), u"a non-empty text"_qs);
+            return PProgramOptions::wrongValue(option, QString(), u"a non-empty value"_qs);
     }
     return PStatus::Ok;
 }

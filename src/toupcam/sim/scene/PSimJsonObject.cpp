@@ -53,13 +53,13 @@ QString PSimJsonObject::text(const char* key, const QString& fallback) {
     if (found.isUndefined())
         return fallback;
     if (!found.isString())
-        complain(key, u"a text"_qs);
+        complain(key, u"a string"_qs);
     return found.toString();
 }
 
 QString PSimJsonObject::requiredText(const char* key) {
     if (!has(key))
-        complain(key, u"a text"_qs);
+        complain(key, u"a string"_qs);
     return text(key, QString());
 }
 
