@@ -20,7 +20,7 @@ def parser():
         prog="scripts/check",
         description="Checks the rules of CONTRIBUTING.md that a program can check.")
     made.add_argument("names", nargs="*", metavar="NAME", help="run only these (default: all)")
-    made.add_argument("--list", action="store_true", help="list the checks and run none")
+    made.add_argument("--list", action="store_true", help="list the checks without running them")
     made.add_argument("--prune", action="store_true",
                       help=f"remove from the lists in {FOLDER} what is no longer needed")
     return made
@@ -52,7 +52,7 @@ def show(name, result, seconds):
 
 
 def prune(tree, result):
-    """Removes the entries of lists that are not needed any more, and the findings they were."""
+    """Removes the unnecessary entries of lists, and the findings about them."""
     for path in {finding.path for finding in result.stale}:
         lines = {finding.line for finding in result.stale if finding.path == path}
         file = tree.root / path
@@ -62,7 +62,7 @@ def prune(tree, result):
 
 
 def run(root, options):
-    """Does what the options ask for; returns the exit code."""
+    """Carries out the options; returns the exit code."""
     names = chosen(options.names)
     if options.list:
         for name in names:

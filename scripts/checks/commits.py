@@ -1,4 +1,4 @@
-"""The branch's commits are called "area: what changed", at most 72 characters, no full stop."""
+"""Subjects of commits are "area: what changed", at most 72 characters, no full stop."""
 
 import re
 
@@ -10,7 +10,7 @@ SUBJECT = re.compile(r"[\w./*-]+(, [\w./*-]+)*: \S")
 
 
 def check(tree):
-    """Checks the commits that origin's main has not; the last one where there are none."""
+    """Checks the commits that origin's main does not have, or the last one if there are none."""
     result = Result("commits")
     listed = tree.git("log", "--no-merges", "--format=%h %s", f"{MAIN}..HEAD")
     if not listed:

@@ -15,7 +15,7 @@ HEADERS = re.compile(r"\bHEADERS((?:\s+[\w./]+\.h\b)+)")
 
 
 class Faces:
-    """The faces of all libraries, as their CMakeLists.txt say after HEADERS."""
+    """The faces of all libraries, as listed in their CMakeLists.txt after HEADERS."""
 
     def __init__(self, tree, libraries):
         self.lists = {library: PurePosixPath("src", library, "CMakeLists.txt")

@@ -1,4 +1,4 @@
-"""C++ is formatted as clang-format formats it."""
+"""C++ is formatted with clang-format."""
 
 import re
 import shutil

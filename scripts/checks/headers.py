@@ -1,4 +1,4 @@
-"""Headers of src say what each type and public function is for, and name a thread."""
+"""Headers of src have a comment on each type and public function, and name a thread."""
 
 import re
 

@@ -86,7 +86,7 @@ GENERATED = re.compile(r"ui_\w+\.h$|\w+\.moc$")
 
 
 def check(tree):
-    """Checks all includes against the tables and the faces, and the tables for circles."""
+    """Checks all includes against the tables and the faces, and the tables for cycles."""
     result = Result("includes")
     check_faces(tree, result)
     unused = {(None, a, b) for a, b in arrows(LIBRARIES)}
@@ -101,7 +101,7 @@ def check(tree):
                    "arrow is removed from the table")
     for name, table in (("LIBRARIES", LIBRARIES), *FOLDERS.items()):
         for circle in circles(table):
-            result.add(TABLES, 1, f"{name}: {' -> '.join(circle)} is a circle: expected that "
+            result.add(TABLES, 1, f"{name}: {' -> '.join(circle)} is a cycle: expected that "
                        "includes run one way")
     return result
 
@@ -177,7 +177,7 @@ def place_of(path):
 
 
 def circles(table):
-    """The ways in a table that lead back to where they begin, each once."""
+    """The cycles in a table, each once."""
     found = []
 
     def follow(way):

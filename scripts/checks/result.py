@@ -19,7 +19,7 @@ class Finding:
 
 @dataclass
 class Result:
-    """The findings of a check, and how much it looked at: a check of nothing is a failure."""
+    """The findings of a check, and the number of things checked: a check of nothing fails."""
 
     unit: str
     checked: int = 0
@@ -32,7 +32,7 @@ class Result:
         self.findings.append(Finding(PurePosixPath(path), line, text))
 
     def add_stale(self, path, line, text):
-        """Adds the violation that a line of a list is needed no more."""
+        """Adds the violation that a line of a list is no longer needed."""
         self.add(path, line, f"{text}: expected that this line is removed, as scripts/check "
                  "--prune does")
         self.stale.append(self.findings[-1])

@@ -30,7 +30,7 @@ def check(tree):
 
 
 def check_entry(entry, paths, tests, file, result):
-    """Adds a violation if an exception names a test that there is not, or none for code."""
+    """Adds a violation if an exception names a test that does not exist, or none for code."""
     named = entry.details.split()
     for test in named:
         if test not in tests:

@@ -1,4 +1,4 @@
-"""A comment stands where threads meet: at each mutex, at each thread, at each hop to another."""
+"""Mutexes, threads, and hops to other threads have a comment."""
 
 import re
 

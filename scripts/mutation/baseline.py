@@ -1,4 +1,4 @@
-"""The tests without a change: how long each suite takes, what it executes, if it passes."""
+"""The unchanged tests: how long each suite takes, what it executes, whether it passes."""
 
 import json
 from collections import defaultdict
@@ -20,7 +20,7 @@ class Baseline:
         self.coverage = coverage
 
     def add(self, program, record):
-        """Adds what is known of a program."""
+        """Adds the record of a program."""
         self.excluded += [Suite(program, name) for name in record["excluded"]]
         self.coverage.at_start |= pairs_of(record["start"])
         for name, known in record["suites"].items():
@@ -42,13 +42,13 @@ class Records:
         return record if record and record["key"] == key else None
 
     def add(self, program, record):
-        """Keeps a record; it is in the file when this returns."""
+        """Stores a record; it is in the file when this returns."""
         self.known[program] = record
         self.file.write_text(json.dumps(self.known), encoding="utf-8")
 
 
 def baseline_of(build, programs, sources, file, report):
-    """The baseline of programs for sources: from the file what is known, the rest by runs."""
+    """The baseline of programs for sources: what the file has, and the rest from runs."""
     records, collector = Records(file), Collector(build, sources)
     made = Baseline(Coverage(collector.held))
     for program in programs.values():

@@ -1,4 +1,4 @@
-"""A build of the private copy, and the way back to it from a changed one without compiling."""
+"""A build of the private copy, which is restored after a change without compiling."""
 
 import hashlib
 import os
@@ -54,11 +54,11 @@ class Build:
         self.expect(self.configuration())
 
     def gate(self):
-        """The object that decides whether a program writes down what it executed."""
+        """The object that decides whether a program records what it executed."""
         return self.directory / "gate.o"
 
     def make(self, targets):
-        """Builds targets, and keeps a copy of what was made. Raises BuildError."""
+        """Builds targets, and keeps a copy of the results. Raises BuildError."""
         self.expect(self.ninja(*targets))
         self.keep()
         self.dependents = self.read_dependents()
@@ -70,13 +70,13 @@ class Build:
             raise BuildError(ended.output)
 
     def users_of(self, folders, names):
-        """Those of the named targets that are made of sources in some folders of the tree."""
+        """Those of the named targets that have sources in some folders of the tree."""
         wanted = {str(self.tree / folder) for folder in folders}
         return [name for name in names if wanted & {
             os.path.dirname(path) for path in self.inputs_of(name) if path.endswith(".cpp")}]
 
     def inputs_of(self, target):
-        """All files that a target is made of; none if there is no such target."""
+        """All input files of a target; none if there is no such target."""
         listed = processes.run(self.ninja("-t", "inputs", target), None)
         return listed.output.splitlines() if listed.good else []
 

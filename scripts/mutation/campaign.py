@@ -97,7 +97,7 @@ class Worker:
         return self.build.code_of(objects)
 
     def clear_scratch(self):
-        """Removes what tests that were ended left behind."""
+        """Removes the files that killed tests left behind."""
         shutil.rmtree(self.scratch(), ignore_errors=True)
         self.scratch().mkdir(parents=True)
 
@@ -120,7 +120,7 @@ def detected(program, suites, seconds):
 
 
 def runs_of(suites, path, seconds):
-    """Groups of suites of one program, in the order in which they shall run.
+    """Groups of suites of one program, in the order in which they are run.
 
     Those named after the source first, then the quick ones of each program together, then each
     slow one by itself; within these, what takes less time first.
@@ -158,7 +158,7 @@ def spread(mutants, seed):
 
 
 def wait_for(threads):
-    """Waits for threads to end. (A join() that is interrupted takes its thread for ended.)"""
+    """Waits for threads to end. (An interrupted join() regards its thread as ended.)"""
     while any(thread.is_alive() for thread in threads):
         time.sleep(0.1)
 
@@ -196,7 +196,7 @@ class Campaign:
         return self.entries
 
     def work(self, worker, queue, wanted):
-        """Takes mutants from the queue until there are none or enough."""
+        """Tries mutants from the queue until none is left or enough were tried."""
         try:
             while not self.stopped.is_set():
                 with self.lock:

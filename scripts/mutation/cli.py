@@ -33,19 +33,19 @@ def parser():
     made.add_argument("--sample", type=positive, metavar="N",
                       help="try N mutants, spread over the files")
     made.add_argument("--seed", type=int, default=1, metavar="S",
-                      help="choose other ones (default: 1)")
+                      help="choose other mutants (default: 1)")
     made.add_argument("--jobs", type=positive, default=1, metavar="N",
                       help="try N at a time, each in a build of its own (default: 1)")
     made.add_argument("--allow", type=allowance, default="0", metavar="N|N%",
                       help="fail only if more survive (default: 0)")
     made.add_argument("--operator", action="append", metavar="NAME",
                       help="only changes of this kind; repeatable")
-    made.add_argument("--list", action="store_true", help="list the mutants and try none")
+    made.add_argument("--list", action="store_true", help="list the mutants without trying them")
     made.add_argument("--verbose", action="store_true", help="print a line for each mutant")
     made.add_argument("--fresh", action="store_true",
-                      help="forget results and times of earlier runs")
+                      help="discard results and times of earlier runs")
     made.add_argument("--results", type=Path, metavar="FILE",
-                      help="JSON lines to go on with (default: build/mutate/results.jsonl)")
+                      help="file with earlier results (default: build/mutate/results.jsonl)")
     return made
 
 
@@ -107,7 +107,7 @@ def chosen(mutants, operators):
 
 
 def say(text):
-    """Tells the user what is going on."""
+    """Prints the progress for the user."""
     print(text, file=sys.stderr, flush=True)
 
 
@@ -117,7 +117,7 @@ def baseline_file(root):
 
 
 def prepare(root, options, sources):
-    """Workers with their builds, and the baseline."""
+    """The workers with their builds, and the baseline."""
     folder = root / "build" / "mutate"
     workers = [campaign.Worker(root, folder / str(number), options.jobs)
                for number in range(1, options.jobs + 1)]
@@ -151,7 +151,7 @@ def show(entries, left_out):
 
 
 def mutate(root, options):
-    """Does what the options ask for; returns the exit code."""
+    """Carries out the options; returns the exit code."""
     sources = sources_of(root, options.paths)
     mutants, left_out = all_mutants(root, sources, options.operator)
     ordered = campaign.spread(mutants, options.seed) if options.sample else mutants

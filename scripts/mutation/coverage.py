@@ -1,4 +1,4 @@
-"""Which suites execute which line, and which objects hold it: gcov's word."""
+"""Which suites execute which line, and which objects contain it, according to gcov."""
 
 import json
 import os

@@ -1,4 +1,4 @@
-"""Changes that no test can be expected to see, each with the reason; counted, never silent."""
+"""Changes that no test can be expected to detect, each with the reason; always counted."""
 
 import re
 

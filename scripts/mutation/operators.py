@@ -69,7 +69,7 @@ class Mutant:
 
     @property
     def key(self):
-        """What names the mutant as long as its line keeps its place."""
+        """Identifies the mutant as long as its line does not change."""
         return f"{self.path}:{self.line}:{self.operator}:{self.before}:{self.after}:{self.start}"
 
     def applied(self, text):

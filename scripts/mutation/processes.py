@@ -1,4 +1,4 @@
-"""Runs a program with a time limit after which it and all that it started is gone."""
+"""Runs a program with a time limit, after which it and everything it started is killed."""
 
 import os
 import signal

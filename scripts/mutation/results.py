@@ -1,4 +1,4 @@
-"""What was found out about each mutant: a file that grows by a line each, and the tables."""
+"""The results of the mutants: a file with a line for each, and the tables."""
 
 import hashlib
 import json
@@ -16,7 +16,7 @@ def digest(text):
 
 
 class Results:
-    """Results in a file of JSON lines, which a later run goes on with."""
+    """Results in a file of JSON lines, from which a later run continues."""
 
     def __init__(self, file, tree):
         self.file = Path(file)
@@ -27,7 +27,7 @@ class Results:
             self.read()
 
     def read(self):
-        """Takes what an earlier run found out. A last line that was cut off is left out."""
+        """Reads the results of earlier runs. A truncated last line is left out."""
         for line in self.file.read_text(encoding="utf-8").splitlines():
             try:
                 entry = json.loads(line)
@@ -36,7 +36,7 @@ class Results:
                 continue
 
     def find(self, mutant, source):
-        """What is known of a mutant of this source; None if it has to run.
+        """The earlier result of a mutant of this source; None if it has to run.
 
         What was detected stays so while its source is the same; what survived is tried again
         after any change, for there may be a test for it now.
@@ -47,7 +47,7 @@ class Results:
         return None
 
     def add(self, mutant, source, status, **more):
-        """Keeps a result; it is in the file when this returns."""
+        """Stores a result; it is in the file when this returns."""
         entry = {"key": mutant.key, "source": source, "tree": self.tree, "path": mutant.path,
                  "line": mutant.line, "operator": mutant.operator, "before": mutant.before,
                  "after": mutant.after, "status": status, **more}

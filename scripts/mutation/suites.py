@@ -113,7 +113,7 @@ def pattern_of(suites):
 
 
 def limit_for(seconds):
-    """How long a run may take that took so long before."""
+    """The time limit for a run that took this long before."""
     return max(LEAST_LIMIT, FACTOR * seconds)
 
 

@@ -131,7 +131,7 @@ class IncludesTest(TreeTest):
         self.use({"Low": "", "High": "Low"}, {"High": {"top": "base", "base": "top"}})
         self.files["src/High/base/b.h"] += "#include <High/top/c.h>\n"
         result = includes.check(self.tree(self.files))
-        self.expect_text(result, "High: base -> top -> base is a circle")
+        self.expect_text(result, "High: base -> top -> base is a cycle")
         self.assertEqual(len(result.findings), 1)
 
     def test_quotes_are_for_generated_files(self):
