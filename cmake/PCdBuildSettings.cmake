@@ -1,4 +1,4 @@
-# Settings every target of the tree is built with, and the functions that make targets of them.
+# Settings for all targets of the tree, and the functions that create targets.
 
 include_guard(GLOBAL)
 
@@ -35,7 +35,7 @@ target_include_directories(pcd_settings INTERFACE "${CMAKE_SOURCE_DIR}/src")
 target_compile_options(pcd_settings INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow
     $<$<BOOL:${PCD_WERROR}>:-Werror>
-    # Of sources that are compiled as one, GCC takes what a file keeps to itself for a header's.
+    # In sources that are compiled as one, GCC mistakes a file's unnamed namespace for a header's.
     $<$<AND:$<BOOL:$<TARGET_PROPERTY:UNITY_BUILD>>,$<COMPILE_LANG_AND_ID:CXX,GNU>>:-Wno-subobject-linkage>
     # Log records name source files relative to the tree, the same wherever it was built.
     "-fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=")
@@ -67,20 +67,20 @@ endfunction()
 # are its face.
 function(pcd_add_library name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;HEADERS;LINK")
-    # The headers are sources as well: moc looks at no others.
+    # The headers are listed as sources too, because moc processes no others.
     add_library(${name} SHARED ${arg_SOURCES} ${arg_HEADERS})
     pcd_set_face(${name} HEADERS ${arg_HEADERS})
     target_link_libraries(${name} PUBLIC pcd_settings ${arg_LINK})
 endfunction()
 
 # pcd_add_test(NAME [SHARDS number] SOURCES… LINK libraries…): a GoogleTest program. ctest runs it once as a whole;
-# one that takes long in shards, each with its share of the tests, next to each other.
+# a long one in parallel shards, each with a part of the tests.
 function(pcd_add_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "SHARDS" "SOURCES;LINK")
     add_executable(${name} ${arg_SOURCES})
     target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}/tests")
-    # Most of a build went into optimising assertions that run once. (Not where the thread sanitizer
-    # watches every access: there, optimised tests are the faster ones in all.)
+    # Most of the build time would go into optimising assertions that run once. (Not with the thread
+    # sanitizer, which watches every access: there, optimised tests are faster overall.)
     if(NOT PCD_SANITIZE MATCHES "thread")
         target_compile_options(${name} PRIVATE -O0)
     endif()
@@ -97,7 +97,7 @@ function(pcd_add_test name)
     endforeach()
 endfunction()
 
-# pcd_add_test_run(PROGRAM RUN environment): a run of a test program by ctest.
+# pcd_add_test_run(PROGRAM RUN environment): a test of ctest that runs a test program.
 function(pcd_add_test_run program run environment)
     add_test(NAME ${run} COMMAND ${program})
     set_tests_properties(${run} PROPERTIES
