@@ -79,7 +79,8 @@ QList<OptionSyntax> cameraOptions() {
           u"ID=VALUE"_qs}},
         {prepared,
          {u"timeout"_qs,
-          u"How long to wait for a picture or for the end of an action (trigger: beyond the exposure time)."_qs,
+          u"How long to wait for a picture or for the end of an action (trigger: beyond the "
+          "exposure time)."_qs,
           u"SECONDS"_qs}},
     };
 }
@@ -100,8 +101,8 @@ QList<OptionSyntax> commandOptions() {
          {{u"t"_qs, u"time"_qs}, u"End after this many seconds."_qs, u"SECONDS"_qs}},
         {{Command::Stream, Command::Trigger},
          {u"save"_qs,
-          u"Save every frame under a name with one run of # for its number, which ends in %1. "
-          "Existing files are never overwritten."_qs.arg(endings),
+          u"Save every frame. The file name has one run of # for the frame's number and ends in "
+          "%1. Existing files are never overwritten."_qs.arg(endings),
           u"PATTERN"_qs}},
         {{Command::Trigger}, {u"software"_qs, u"Trigger from software (the default)."_qs}},
         {{Command::Trigger}, {u"external"_qs, u"Trigger from the camera's trigger input."_qs}},
@@ -116,7 +117,8 @@ QList<OptionSyntax> commandOptions() {
           u"SECONDS"_qs}},
         {{Command::Snap, Command::Stream, Command::Trigger, Command::Record},
          {u"pixel-size"_qs,
-          u"The size of a pixel of the picture on the specimen, in micrometres, for the metadata."_qs,
+          u"The size on the specimen of one pixel of the picture, in micrometres, for the "
+          "metadata."_qs,
           u"UM"_qs}},
     };
 }
