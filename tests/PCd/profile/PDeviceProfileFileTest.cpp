@@ -245,7 +245,7 @@ TEST_F(PDeviceProfileFileTest, of_the_largest_size_is_read) {
 
 TEST_F(PDeviceProfileFileTest, that_is_larger_is_refused) {
     const qsizetype room = PDeviceProfileFile::largestSize - sound.size();
-    EXPECT_EQ(failureOf(sound + QByteArray(room + 1, ' ')),
+    EXPECT_EQ(failureReason(sound + QByteArray(room + 1, ' ')),
               u"cannot read \"%1\": it is larger than 1048576 bytes, too large "
               "for a profile"_qs.arg(file));
 }

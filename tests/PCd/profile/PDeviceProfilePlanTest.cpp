@@ -112,7 +112,7 @@ TEST_F(PDeviceProfilePlanTest, leaves_mode_and_region_alone_on_request) {
                          Mode::AsItIs)
                     .isOk());
     EXPECT_EQ(camera.sent, QStringList{u"hue"_qs});
-    EXPECT_EQ(linesOf(report.ignored), QStringList{u"roi: it is a region of another mode"_qs});
+    EXPECT_EQ(toLines(report.ignored), QStringList{u"roi: it is a region of another mode"_qs});
     EXPECT_TRUE(report.isComplete());
 }
 
@@ -195,7 +195,7 @@ TEST_F(PDeviceProfilePlanTest, of_another_model_sets_what_this_camera_can_have) 
                            "100"_qs,
                            u"rotate: cannot be the text \"45\": expected one of \"0°\", "
                            "\"90°\""_qs}));
-    EXPECT_EQ(linesOf(report.ignored), QStringList{u"roi: it is a region of another mode"_qs});
+    EXPECT_EQ(toLines(report.ignored), QStringList{u"roi: it is a region of another mode"_qs});
     EXPECT_EQ(report.note, u"saved from another camera: Other, serial number 1; this "
                            "one is Fake, serial number 1"_qs);
 }
@@ -272,9 +272,9 @@ TEST_F(PDeviceProfilePlanTest, does_not_set_a_region_if_its_mode_is_refused) {
                                      "\"hue\": {\"value\": 9}",
                                      "\"mode\": \"1\",\n"))
                     .isOk());
-    EXPECT_EQ(linesOf(report.refused),
+    EXPECT_EQ(toLines(report.refused),
               QStringList{u"mode: the device refused the mode 320x240"_qs});
-    EXPECT_EQ(linesOf(report.ignored), QStringList{u"roi: it is a region of another mode"_qs});
+    EXPECT_EQ(toLines(report.ignored), QStringList{u"roi: it is a region of another mode"_qs});
     EXPECT_EQ(camera.sent, QStringList{u"hue"_qs});
 }
 
@@ -284,7 +284,7 @@ TEST_F(PDeviceProfilePlanTest, is_not_damage_if_the_camera_itself_is_out_of_its_
     ASSERT_TRUE(load(camera).isOk());
     EXPECT_TRUE(report.isComplete());
     EXPECT_FALSE(camera.sent.contains(u"contrast"_qs));
-    EXPECT_EQ(linesOf(report.ignored),
+    EXPECT_EQ(toLines(report.ignored),
               QStringList{u"contrast: the camera already has this value, which is "
                           "outside its range"_qs});
 }

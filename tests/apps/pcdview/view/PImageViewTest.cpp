@@ -96,7 +96,7 @@ TEST_F(PImageViewTest, draws_a_region_in_pixels_of_the_picture) {
 
 TEST_F(PImageViewTest, writes_the_size_of_a_region_on_a_dark_box) {
     view.setImage(
-        pictureOf(800, 600, PDIP::ColorFormat::Bgr, [](int, int) { return QColor(Qt::white); }));
+        makePicture(800, 600, PDIP::ColorFormat::Bgr, [](int, int) { return QColor(Qt::white); }));
     view.setTool(PImageView::Tool::Region);
     QTest::mousePress(&view, Qt::LeftButton, {}, {100, 50});
     QTest::mouseMove(&view, {250, 200});

@@ -79,8 +79,8 @@ TEST_F(PPictureControllerTest, logs_a_picture_that_could_not_be_saved) {
 
 TEST_F(PPictureControllerTest, reports_why_there_is_no_still_picture) {
     actions.snapshot->trigger();
-    EXPECT_TRUE(lastOf(messages).startsWith(u"No still taken: "_qs))
-        << lastOf(messages).toStdString();
+    EXPECT_TRUE(lastMessage(messages).startsWith(u"No still taken: "_qs))
+        << lastMessage(messages).toStdString();
 }
 
 TEST_F(PPictureControllerTest, saves_the_picture_that_is_shown_under_the_name_chosen) {

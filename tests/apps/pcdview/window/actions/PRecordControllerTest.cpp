@@ -65,10 +65,10 @@ TEST_F(PRecordControllerTest, says_in_bar_and_panel_why_none_was_started) {
     actions.record->trigger();
     EXPECT_FALSE(isRecorded());
     EXPECT_FALSE(actions.record->isChecked());
-    EXPECT_TRUE(lastOf(messages).startsWith(u"Recording not started: "_qs));
+    EXPECT_TRUE(lastMessage(messages).startsWith(u"Recording not started: "_qs));
     const auto* const text = panels.record->findChild<QLabel*>(u"recordText"_qs);
     ASSERT_NE(text, nullptr);
-    EXPECT_TRUE(text->text().remove(QChar(0x200b)).contains(lastOf(messages)));
+    EXPECT_TRUE(text->text().remove(QChar(0x200b)).contains(lastMessage(messages)));
 }
 
 TEST_F(PRecordControllerTest, stops_one_only_after_the_user_has_confirmed_it) {
