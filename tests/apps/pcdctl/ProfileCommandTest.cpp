@@ -164,7 +164,7 @@ TEST_F(ProfileCommand, of_a_grey_camera_loads_though_colour_has_no_meaning_there
     ASSERT_EQ(profile(u"save"_qs).exitCode, 0);
     const CtlResult result = profile(u"load"_qs);
     EXPECT_EQ(result.exitCode, 0) << result.errors.toStdString();
-    EXPECT_TRUE(result.output.contains("not set: tint: the camera has this value already"));
+    EXPECT_TRUE(result.output.contains("not set: tint: the camera already has this value"));
 }
 
 TEST_F(ProfileCommand, of_another_model_sets_what_this_one_can_have) {

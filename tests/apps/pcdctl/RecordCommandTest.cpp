@@ -338,8 +338,8 @@ TEST_F(RecordCommand, wrong_usage_is_named) {
     };
     refuses({}, u"record needs an output file: expected -o FILE"_qs);
     refuses({u"-o"_qs, u"a-#.ome.tif"_qs}, u"expected a name without #"_qs);
-    refuses({u"-o"_qs, u"a.ome.tif"_qs, u"-n1048577"_qs}, u"no more than 1048576"_qs);
-    refuses({u"-o"_qs, u"a.tif"_qs}, u"expected one run of #"_qs);
+    refuses({u"-o"_qs, u"a.ome.tif"_qs, u"-n1048577"_qs}, u"at most 1048576 frames"_qs);
+    refuses({u"-o"_qs, u"a.tif"_qs}, u"one with a run of #"_qs);
     refuses({u"-o"_qs, u"a-#.jpg"_qs}, u"is not the name of a picture file"_qs);
     refuses({u"-o"_qs, u"a.ome.tif"_qs, u"--pixel-size=0"_qs}, u"a number of micrometres"_qs);
     refuses({u"-o"_qs, u"a.ome.tif"_qs, u"--interval=-1"_qs}, u"a number of seconds"_qs);

@@ -45,7 +45,8 @@ constexpr UsageRow wrongUsages[] = {
     {"a_pattern_without_a_number", "stream --save frame.png",
      "\"frame.png\" is not a pattern for file names: expected one run of #"},
     {"a_recording_that_is_neither_one_file_nor_many", "record -n 1 -o run.tif",
-     "\"run.tif\" names no recording: expected a name that ends in .ome.tif, or one with a run of "
+     "\"run.tif\" is not the name of a recording: expected a name that ends in .ome.tif, or one "
+     "with a run of "
      "#"},
     {"a_pattern_with_two_numbers", "stream --save #-#.png", "\"#-#.png\" is not a pattern"},
     {"a_pattern_with_the_number_in_the_folder", "stream --save ##/a.png",

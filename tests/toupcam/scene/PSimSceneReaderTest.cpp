@@ -22,7 +22,7 @@ const WrongRow wrong[] = {
     {"unknown key of the scene", R"({"camera": []})", {"scene", "\"camera\"", "cameras"}},
     {"cameras that are not an array", R"({"cameras": 5})", {"scene.cameras", "5", "array"}},
     {"camera that is not an object", R"({"cameras": [7]})", {"scene.cameras[0]", "7", "object"}},
-    {"camera without an id", R"({"cameras": [{}]})", {"scene.cameras[0].id", "nothing", "text"}},
+    {"camera without an id", R"({"cameras": [{}]})", {"scene.cameras[0].id", "nothing", "string"}},
     {"id with a blank", R"({"cameras": [{"id": "a b"}]})", {"scene.cameras[0].id", "a b", "ASCII"}},
     {"empty id", R"({"cameras": [{"id": ""}]})", {"scene.cameras[0].id", "1 to 64"}},
     {"camera without resolutions",

@@ -177,8 +177,15 @@ PCtlOutcome checkStack(const PCtlOptions& options) {
 PCtlOutcome checkRecording(const PCtlOptions& options) {
     if (options.output.isEmpty())
         return withHint(u"record needs an output file: expected -o FILE"_qs, u"record "_qs);
-    return POmeStackWriter::isName(options.output) ? checkStack(options)
-                                                   : checkSavePattern(options.output);
+    if (POmeStackWriter::isName(options.output))
+        return checkStack(options);
+    if (!QFileInfo(options.output).fileName().contains(u'#')) {
+        return PCtlOutcome::wrongUsage(
+            u"\"%1\" is not the name of a recording: expected a name that ends in .ome.tif, or one "
+            "with a run of # for the number of each file, as in \"frame-####.png\""_qs.arg(
+                options.output));
+    }
+    return checkSavePattern(options.output);
 }
 
 } // namespace
