@@ -12,10 +12,21 @@ struct FakeCapture {
     Q_GADGET
     Q_PROPERTY(int capturemode MEMBER capturemode)
     Q_PROPERTY(int triggermode MEMBER triggermode)
+    Q_PROPERTY(int seconds MEMBER seconds)
 
 public:
     int capturemode = 0;
     int triggermode = 0;
+    int seconds = 0;
+};
+
+/// The exposure of a camera's live frames.
+struct FakeVideo {
+    Q_GADGET
+    Q_PROPERTY(int seconds MEMBER seconds)
+
+public:
+    int seconds = 12;
 };
 
 namespace {
@@ -42,7 +53,7 @@ protected:
         time->updateValueFromDevice();
     }
     void setCapture(int mode, int trigger) {
-        capture->inDevice = QVariant::fromValue(FakeCapture{mode, trigger});
+        capture->inDevice = QVariant::fromValue(FakeCapture{mode, trigger, 0});
         capture->updateValueFromDevice(true);
     }
     void pass(std::chrono::milliseconds duration) { clock += duration; }
@@ -124,6 +135,26 @@ TEST_F(PExposureCountdownTest, cannot_know_when_a_signal_from_outside_comes) {
     EXPECT_EQ(left(), Left());
     setCapture(0, 1);
     EXPECT_EQ(left(), Left(12s)) << "live pictures wait for no signal";
+}
+
+TEST(PExposureCountdown, follows_the_time_of_triggers_where_another_setting_has_it) {
+    // The roles of the two are apart: no signal of the exposure time reports that of the triggers.
+    auto* const video = new FakeProperty("video", QVariant::fromValue(FakeVideo())); // the device's
+    auto* const capture = new FakeProperty("capture", QVariant::fromValue(FakeCapture{1, 0, 9}));
+    PPropertyRoles::declare(*video, {{PRole::ExposureTime, PRoleUnit::Seconds, "seconds"}});
+    PPropertyRoles::declare(*capture, {{PRole::Triggered, PRoleUnit::Own, "capturemode"},
+                                       {PRole::TriggerTime, PRoleUnit::Seconds, "seconds"}});
+    FakeDevice device;
+    device.makeProperties = [&] { return QList<PDeviceProperty*>{video, capture}; };
+    device.supportProperties();
+    ASSERT_TRUE(device.link().isOk());
+    ASSERT_TRUE(device.startStream().isOk());
+    PExposureCountdown countdown(&device, [] { return PExposureCountdown::Clock::time_point(); });
+    countdown.setRunning(true);
+    EXPECT_EQ(countdown.left(), Left(9s));
+    capture->inDevice = QVariant::fromValue(FakeCapture{1, 0, 4});
+    capture->updateValueFromDevice(true);
+    EXPECT_EQ(countdown.left(), Left(4s));
 }
 
 TEST(PExposureCountdown, counts_nothing_for_a_camera_without_an_exposure_time) {

@@ -6,6 +6,8 @@
 #include <PCd/TestRoles.h>
 #include <PCd/profile/PDeviceProfilePlan.h>
 
+#include <support/WaitUntil.h>
+
 #include <gtest/gtest.h>
 
 /// The part of an exposure record with the capture mode.
@@ -58,6 +60,16 @@ TEST_F(PViewCameraTest, counts_down_from_the_start_of_its_stream) {
     now += 5s;
     ASSERT_TRUE(camera.setLive(true).isOk());
     EXPECT_EQ(camera.untilNextPicture(), 12s);
+}
+
+TEST_F(PViewCameraTest, counts_its_pace_from_the_arrival_of_the_frames) {
+    PImage image;
+    ASSERT_TRUE(image.create(8, 4, PDIP::ColorFormat::Bgr));
+    EXPECT_EQ(camera.framesPerSecond(), 0);
+    EXPECT_TRUE(waitUntil([&] {
+        device.processFrameImage(image);
+        return camera.framesPerSecond() > 0;
+    }));
 }
 
 TEST_F(PViewCameraTest, may_be_unplugged_while_a_profile_is_applied) {
