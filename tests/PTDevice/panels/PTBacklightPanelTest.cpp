@@ -119,6 +119,14 @@ TEST_F(PTBacklightPanel, a_code_that_no_button_has_unchecks_all_and_a_click_choo
     EXPECT_EQ(checked(), QStringList{hz60}) << "the buttons exclude each other again";
 }
 
+TEST_F(PTBacklightPanel, a_click_on_the_checked_button_leaves_it_checked) {
+    panel = openPanel("backlight");
+    ASSERT_EQ(checked(), QStringList{dc});
+    clickOn(button("dc"));
+    EXPECT_EQ(checked(), QStringList{dc});
+    EXPECT_THAT(puts(), IsEmpty());
+}
+
 TEST_F(PTBacklightPanel, a_refused_code_gives_way_to_the_cameras) {
     panel = openPanel("backlight");
     ToupcamSim_failCall("Toupcam_put_HZ", 0, 1, E_FAIL);

@@ -215,6 +215,20 @@ TEST_F(PTExtendedExposureRuns, going_to_video_writes_before_it_ends_a_run) {
     EXPECT_THAT(calls.back(), StartsWith("Toupcam_Trigger(h1, 0)"));
 }
 
+TEST_F(PTExtendedExposureRuns, going_to_video_ends_several_in_the_order_of_the_form) {
+    openWith(triggerRecord());
+    const QObject context;
+    QStringList ended;
+    // The user can press only one of them, a program all.
+    for (const char* name : {"pbRepeatMode", "pbSequence", "pbRunOnce"}) {
+        button(name)->setChecked(true);
+        QObject::connect(button(name), &QPushButton::toggled, &context,
+                         [&ended, name] { ended.append(QLatin1String(name)); });
+    }
+    clickOn(button("pbVideo"));
+    EXPECT_EQ(ended, QStringList({u"pbRunOnce"_qs, u"pbSequence"_qs, u"pbRepeatMode"_qs}));
+}
+
 TEST_F(PTExtendedExposureRuns, a_run_that_ends_under_an_external_trigger_leaves_sequences) {
     openWith(triggerRecord());
     clickOn(button("pbRunOnce"));

@@ -315,6 +315,16 @@ INSTANTIATE_TEST_SUITE_P(Rows, PTExtendedExposureBox,
 
 // ---- Following the property.
 
+TEST_F(PTExtendedExposurePanel, turns_to_the_page_before_it_shows_the_trigger) {
+    openWith(ExtendedExposureData());
+    const QObject context;
+    int pageWithTrigger = -1;
+    QObject::connect(triggerMode(), &QComboBox::currentIndexChanged, &context,
+                     [&] { pageWithTrigger = page(); });
+    set(otherRecord());
+    EXPECT_EQ(pageWithTrigger, ExtendedExposureData::Trigger);
+}
+
 TEST_F(PTExtendedExposurePanel, follows_what_other_code_sets_in_every_field) {
     openWith(ExtendedExposureData());
     set(otherRecord());
