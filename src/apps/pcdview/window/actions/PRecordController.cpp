@@ -27,7 +27,6 @@ PRecordController::PRecordController(QAction* record, PCameraTabs& tabs, PDockPa
                 emit messageChanged(camera + u": "_qs + message);
             });
     connect(&tabs, &PCameraTabs::currentPageChanged, this, &PRecordController::showState);
-    connect(&tabs, &PCameraTabs::currentStateChanged, this, &PRecordController::showState);
 }
 
 void PRecordController::start() {
