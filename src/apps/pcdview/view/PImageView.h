@@ -27,7 +27,6 @@ public:
     void setImage(const PImage& image);
     const PImage& image() const { return m_image; }
     void setStyle(const PViewStyle& style);
-    const PViewStyle& viewStyle() const { return m_style; }
     void setTool(Tool tool);
     Tool tool() const { return m_tool; }
     /// The size of the picture's pixels on the specimen, in micrometres; 0: unknown, without a bar.

@@ -22,8 +22,7 @@ public:
 
     /// Shows the whole picture as large as possible, now and when sizes change.
     void fit();
-    bool isFit() const { return m_fit; }
-    /// Sets the scale, within limits, so that the point at this position of the view stays there.
+    /// Sets the scale, within limits, so that what is at this position of the view stays there.
     void zoomTo(double scale, QPointF at);
     /// Moves the picture, within limits.
     void pan(QPointF by);
