@@ -45,7 +45,7 @@ public:
     /// Returns all idle memory to the system.
     void trim();
 
-    /// The counts, all of the same moment.
+    /// The counts, all of the same moment, for hosts that watch their memory.
     Statistics statistics() const;
 
 private:

@@ -88,7 +88,7 @@ public:
     /// differ.
     bool reinterpretFormat(PDIP::ColorFormat format);
 
-    /// Information about the image besides its pixels.
+    /// Information about the image besides its pixels, which plugins set for hosts to read.
     void setMetaInformation(const QMap<QString, QVariant>& information);
     QMap<QString, QVariant> metaInformation() const;
 

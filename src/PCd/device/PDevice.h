@@ -128,8 +128,8 @@ public:
     const QList<PDevicePropertyGroup*>& supportPropertyGroups();
 
     void setProcessImage(bool process) { m_processImage = process; }
-    /// What the device can do. Its plugin sets the options when it makes the device; none is set at
-    /// first.
+    /// What the device can do, for hosts to read. Its plugin sets the options when it makes the
+    /// device; none is set at first.
     void setDeviceOption(PCD::DeviceOption option, bool on);
     bool hasDeviceOption(PCD::DeviceOption option) const;
 
@@ -159,7 +159,7 @@ public:
     PDeviceFrame newestFrame() const;
     /// A consistent ledger of all frames so far. Any thread.
     PFrameLedger frameLedger() const;
-    /// Bytes of live frames that may wait for the device's thread (2 GiB unless set). Any thread.
+    /// For hosts: bytes of live frames that may wait for delivery (2 GiB unless set). Any thread.
     void setFrameByteLimit(std::size_t bytes);
     static constexpr std::size_t defaultFrameByteLimit = std::size_t(2) << 30;
 
