@@ -10,6 +10,9 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 set(CMAKE_AUTOMOC ON)
 set(CMAKE_AUTOUIC ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+# A library exports what PCore/PExport.h marks, and nothing else.
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 
 if(NOT CMAKE_BUILD_TYPE)
     set(CMAKE_BUILD_TYPE RelWithDebInfo CACHE STRING "Build type" FORCE)
@@ -41,6 +44,9 @@ target_compile_options(pcd_settings INTERFACE
     "-fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=")
 target_compile_definitions(pcd_settings INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH)
+if(PCD_BUILD_TESTS)
+    target_compile_definitions(pcd_settings INTERFACE PCD_BUILD_TESTS)
+endif()
 if(PCD_SANITIZE)
     target_compile_options(pcd_settings INTERFACE
         "-fsanitize=${PCD_SANITIZE}" -fno-omit-frame-pointer)
@@ -70,7 +76,16 @@ function(pcd_add_library name)
     # The headers are listed as sources too, because moc processes no others.
     add_library(${name} SHARED ${arg_SOURCES} ${arg_HEADERS})
     pcd_set_face(${name} HEADERS ${arg_HEADERS})
-    target_link_libraries(${name} PUBLIC pcd_settings ${arg_LINK})
+    target_link_libraries(${name} PRIVATE $<BUILD_INTERFACE:pcd_settings> PUBLIC ${arg_LINK})
+    pcd_hide_templates(${name})
+endfunction()
+
+# pcd_hide_templates(TARGET): keeps inside a library what the compiler exports of other libraries'
+# templates.
+function(pcd_hide_templates name)
+    set(map "${CMAKE_SOURCE_DIR}/cmake/exports.map")
+    target_link_options(${name} PRIVATE "-Wl,--version-script=${map}")
+    set_target_properties(${name} PROPERTIES LINK_DEPENDS "${map}")
 endfunction()
 
 # pcd_add_test(NAME [SHARDS number] SOURCES… LINK libraries…): a GoogleTest program. ctest runs it once as a whole;

@@ -82,7 +82,7 @@ class Header:
     def read_type(self, start, brace, head):
         """Adds a type, and what it declares."""
         place = max(index for index, word in enumerate(head) if word in TYPES)
-        names = [word for word in head[place + 1:] if word != "Q_DECL_EXPORT"]
+        names = [word for word in head[place + 1:] if not MACRO.match(word)]
         colon = head.index(":") if ":" in head else len(head)
         bases = tuple(word for word in head[colon:] if re.match(r"[A-Za-z_]", word))
         self.add("type", names[0] if names else "", start, brace, bases=bases)

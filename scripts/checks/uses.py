@@ -9,7 +9,7 @@ from .includes import includes_of
 from .result import Result
 
 TOPS = ("src", "tests", "bench")
-DECLARED = re.compile(r"\b(?:class|struct|union|namespace)\s+(?:\w+\s*::\s*)*(\w+)|\busing\s+(\w+)\s*=")
+DECLARED = re.compile(r"\b(?:class|struct|union|namespace)\s+(?:[A-Z]+_\w+\s+)?(?:\w+\s*::\s*)*(\w+)|\busing\s+(\w+)\s*=")
 SUITE = re.compile(r"\b(TEST|TYPED_TEST)\(\w+")  # named like the class it tests, which is not a use of it
 
 

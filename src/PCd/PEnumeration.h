@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
+
 #include <QByteArray>
 #include <QDataStream>
 #include <QList>
@@ -21,7 +23,7 @@ struct PEnumerationItem {
 };
 
 /// An ordered list of named choices: the range of a choice property. A value type; any thread.
-class PEnumeration {
+class PCD_EXPORT PEnumeration {
 public:
     /// Appends an item. Ids may repeat; the first item with an id is used.
     void addItem(QUuid id, const QString& name, const QString& title, const QByteArray& data);
@@ -40,7 +42,7 @@ private:
 
 /// QDataStream format: the number of items as quint32, then id, name, title and data of each. If
 /// the data ends early, the status of the QDataStream is set and the enumeration is empty.
-QDataStream& operator<<(QDataStream& out, const PEnumeration& enumeration);
-QDataStream& operator>>(QDataStream& in, PEnumeration& enumeration);
+PCD_EXPORT QDataStream& operator<<(QDataStream& out, const PEnumeration& enumeration);
+PCD_EXPORT QDataStream& operator>>(QDataStream& in, PEnumeration& enumeration);
 
 Q_DECLARE_METATYPE(PEnumeration)

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
+
 class PDeviceProperty;
 class QWidget;
 
 /// The library's entry point: generic editors for properties, and panels of all properties of a
 /// device. The GUI thread, which must be the devices' thread.
-class PCdGui {
+class PCD_EXPORT PCdGui {
 public:
     /// Installs the editors that PDeviceProperty::createWidget() creates and the panel that
     /// PDevice::createPropertiesWidget() creates. May be called repeatedly.

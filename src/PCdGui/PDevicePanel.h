@@ -5,6 +5,8 @@
 
 #include <PCd/device/PDevice.h>
 
+#include <PCore/PExport.h>
+
 #include <QList>
 #include <QPointer>
 #include <QStringList>
@@ -16,7 +18,7 @@ class QVBoxLayout;
 
 /// All properties of a device in a column that scrolls: its groups in order, without empty ones,
 /// then the properties that are in no group. The device may be deleted first. The GUI thread.
-class PDevicePanel : public PColumnScroll {
+class PCD_EXPORT PDevicePanel : public PColumnScroll {
     Q_OBJECT
 
 public:

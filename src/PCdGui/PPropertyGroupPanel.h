@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
+
 #include <QGroupBox>
 #include <QList>
 #include <QPointer>
@@ -13,7 +15,7 @@ class QFormLayout;
 
 /// A titled form of editors, one row per property. A property without a title, or with its own
 /// panel, has the whole row. The properties may be deleted first. The GUI thread.
-class PPropertyGroupPanel : public QGroupBox {
+class PCD_EXPORT PPropertyGroupPanel : public QGroupBox {
     Q_OBJECT
 
 public:

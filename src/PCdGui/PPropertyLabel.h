@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
+
 #include <QLabel>
 
 class PPropertyEditor;
 
 /// The title beside an editor, which acts as a part of it: a click goes to the editor, tool tip and
 /// menu are the editor's, and it is disabled with it. The GUI thread.
-class PPropertyLabel : public QLabel {
+class PCD_TEST_EXPORT PPropertyLabel : public QLabel {
     Q_OBJECT
 
 public:

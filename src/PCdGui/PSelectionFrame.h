@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
+
 #include <QWidget>
 
 class QPushButton;
 
 /// A frame over a push button while it is the selected one of several, so that the selection is
 /// visible in light and dark colours whatever the button's style. The GUI thread.
-class PSelectionFrame : public QWidget {
+class PCD_TEST_EXPORT PSelectionFrame : public QWidget {
     Q_OBJECT
 
 public:

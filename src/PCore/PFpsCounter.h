@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
+
 #include <QObject>
 
 #include <chrono>
@@ -8,7 +10,7 @@
 #include <mutex>
 
 /// Frame-rate counter: counts ticks over a sliding window of the last second. Any thread.
-class PFpsCounter : public QObject {
+class PCD_EXPORT PFpsCounter : public QObject {
     Q_OBJECT
 
 public:

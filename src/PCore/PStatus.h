@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
+
 #include <QString>
 
 /// Result of an operation that succeeds or fails with a reason. A value type; any thread.
-class PStatus {
+class PCD_EXPORT PStatus {
 public:
     /// How the operation ended.
     enum Code { Ok, Failed };

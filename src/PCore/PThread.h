@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
 #include <PCore/PStatus.h>
 
 #include <QThread>
@@ -10,7 +11,7 @@
 /// A worker thread with a start hook, a stop hook and a flag that its loop tests.
 /// Start and stop it from the thread that owns the object; a derived class implements run() as a
 /// loop `while (isThreadRunned())` that never blocks for long.
-class PThread : public QThread {
+class PCD_EXPORT PThread : public QThread {
     Q_OBJECT
 
 public:

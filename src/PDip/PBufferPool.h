@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
+
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
@@ -10,7 +12,7 @@
 /// size, so that in a steady stream a frame costs neither an allocation nor a page fault. Idle
 /// memory is limited in bytes and returned to the system when it has not been used for some
 /// seconds. All functions: any thread.
-class PBufferPool {
+class PCD_EXPORT PBufferPool {
 public:
     /// Counts since the pool was created; the bytes are current.
     struct Statistics {

@@ -4,6 +4,8 @@
 #include <PDip/PImageAttachment.h>
 #include <PDip/PImageHeader.h>
 
+#include <PCore/PExport.h>
+
 #include <QExplicitlySharedDataPointer>
 #include <QImage>
 #include <QMap>
@@ -19,7 +21,7 @@ namespace PDIP {
 /// The pixel memory of an image as it was opened by PImage::rawData(). Valid while that image lives
 /// and is neither assigned to nor opened for writing again; writing through it after the image was
 /// copied changes the copy too.
-class ImageRawData {
+class PCD_EXPORT ImageRawData {
 public:
     ImageRawData() = default;
     ImageRawData(unsigned char* data, std::size_t size, AccessMode mode)
@@ -43,7 +45,7 @@ private:
 
 /// An implicitly shared image: copying costs nothing, and changing a copy does not affect the
 /// others. Different objects may be used on different threads, even if they share pixels.
-class PImage {
+class PCD_EXPORT PImage {
 public:
     PImage(); ///< An empty image.
     PImage(const PImage&);
@@ -113,6 +115,6 @@ private:
 };
 
 /// "PImage(2736x1824, Bgr, 14971392 bytes)", or "PImage(null)".
-QDebug operator<<(QDebug debug, const PImage& image);
+PCD_EXPORT QDebug operator<<(QDebug debug, const PImage& image);
 
 Q_DECLARE_METATYPE(PImage)

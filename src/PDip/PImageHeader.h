@@ -3,10 +3,12 @@
 
 #include <PDip/PDipTypes.h>
 
+#include <PCore/PExport.h>
+
 #include <cstddef>
 
 /// Geometry and format of an image. A value type; any thread.
-class PImageHeader {
+class PCD_EXPORT PImageHeader {
 public:
     PImageHeader() = default;
     PImageHeader(long width, long height, PDIP::ColorFormat format,
@@ -31,7 +33,7 @@ public:
     /// and the size is below 2^62 bytes.
     bool isValid() const;
 
-    friend bool operator==(const PImageHeader& a, const PImageHeader& b);
+    friend PCD_EXPORT bool operator==(const PImageHeader& a, const PImageHeader& b);
     friend bool operator!=(const PImageHeader& a, const PImageHeader& b) { return !(a == b); }
 
 private:

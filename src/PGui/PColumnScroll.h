@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
+
 #include <QScrollArea>
 
 /// A scroll area for a column of controls: it scrolls vertically, and is at least as wide as the
 /// column, so that nothing is cut off at the right. The GUI thread.
-class PColumnScroll : public QScrollArea {
+class PCD_EXPORT PColumnScroll : public QScrollArea {
     Q_OBJECT
 
 public:

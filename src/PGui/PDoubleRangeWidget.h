@@ -3,11 +3,12 @@
 
 #include <PGui/PRangeWidgetBase.h>
 
+#include <PCore/PExport.h>
 #include <PCore/PMinMaxRange.h>
 
 /// Slider and number field for a number in a range, with as many decimals as its ends and step
 /// have. The GUI thread.
-class PDoubleRangeWidget : public PRangeWidgetBase {
+class PCD_EXPORT PDoubleRangeWidget : public PRangeWidgetBase {
     Q_OBJECT
 
 public:

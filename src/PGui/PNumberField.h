@@ -4,6 +4,8 @@
 #include <PGui/PNumberText.h>
 #include <PGui/PRangeScale.h>
 
+#include <PCore/PExport.h>
+
 #include <QAbstractSpinBox>
 
 #include <memory>
@@ -11,7 +13,7 @@
 /// A field for one number of a range, with arrows. It also shows a number outside the range as it
 /// is; what the user enters is rounded to the nearest value of the range. Enter or leaving the
 /// field commits the text, Escape discards it. The GUI thread.
-class PNumberField : public QAbstractSpinBox {
+class PCD_EXPORT PNumberField : public QAbstractSpinBox {
     Q_OBJECT
 
 public:

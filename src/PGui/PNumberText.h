@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
+
 #include <QLocale>
 #include <QString>
 
@@ -8,7 +10,7 @@
 
 /// The text form of a field's numbers: a plain number, followed by a unit if it has one. Stateless;
 /// the GUI thread.
-class PNumberText {
+class PCD_EXPORT PNumberText {
 public:
     /// The unit is written after the number: " %" or " °C".
     explicit PNumberText(QString unit = {});

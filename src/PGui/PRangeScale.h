@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
 #include <PCore/PMinMaxRange.h>
 
 /// The values of a range, and their positions on a slider. Values are minimum + k * step, and the
 /// maximum, which is always reachable. Positions are whole numbers from 0; they are spaced
 /// logarithmically where the range is positive and spans three decades or more. A value type; any
 /// thread.
-class PRangeScale {
+class PCD_EXPORT PRangeScale {
 public:
     /// A maximum below the minimum counts as the minimum, and a step that is not positive as a
     /// hundredth of the range.

@@ -3,11 +3,13 @@
 
 #include <PGui/PRangeScale.h>
 
+#include <PCore/PExport.h>
+
 #include <QSlider>
 
 /// A slider over the values of a range, however many there are, using the positions of a
 /// PRangeScale. QSlider's own value is the position. The GUI thread.
-class PRangeSlider : public QSlider {
+class PCD_TEST_EXPORT PRangeSlider : public QSlider {
     Q_OBJECT
 
 public:

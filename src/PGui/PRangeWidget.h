@@ -3,11 +3,12 @@
 
 #include <PGui/PRangeWidgetBase.h>
 
+#include <PCore/PExport.h>
 #include <PCore/PMinMaxRange.h>
 
 /// Slider and number field for a whole number in a range. A step that is not positive counts as 1.
 /// The GUI thread.
-class PRangeWidget : public PRangeWidgetBase {
+class PCD_EXPORT PRangeWidget : public PRangeWidgetBase {
     Q_OBJECT
 
 public:

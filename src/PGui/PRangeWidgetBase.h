@@ -4,6 +4,8 @@
 #include <PGui/PNumberText.h>
 #include <PGui/PRangeScale.h>
 
+#include <PCore/PExport.h>
+
 #include <QWidget>
 
 #include <memory>
@@ -14,7 +16,7 @@ class PRangeSlider;
 /// What PRangeWidget and PDoubleRangeWidget have in common: a slider and a number field that always
 /// show the same value. Arrow and page keys, the wheel and typing work; the field takes the focus.
 /// The GUI thread.
-class PRangeWidgetBase : public QWidget {
+class PCD_EXPORT PRangeWidgetBase : public QWidget {
     Q_OBJECT
 
 public:

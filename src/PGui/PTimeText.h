@@ -3,11 +3,13 @@
 
 #include <PGui/PNumberText.h>
 
+#include <PCore/PExport.h>
+
 #include <QCoreApplication>
 
 /// Times in microseconds, written in the most suitable unit: "150 µs", "12.5 ms", "3 s". Reads any
 /// of these units, "us" too; a number without a unit is in the unit shown.
-class PTimeText : public PNumberText {
+class PCD_EXPORT PTimeText : public PNumberText {
     Q_DECLARE_TR_FUNCTIONS(PTimeText)
 
 public:

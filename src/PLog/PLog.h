@@ -4,12 +4,13 @@
 #include <PLog/PLogSink.h>
 #include <PLog/PMessageStream.h>
 
+#include <PCore/PExport.h>
 #include <PCore/PStatus.h>
 
 #include <memory>
 
 /// The host's log. All functions: any thread.
-class PLog {
+class PCD_EXPORT PLog {
 public:
     /// A record from `source`; append items with operator<<, it is emitted at the end of the
     /// statement.

@@ -3,13 +3,14 @@
 
 #include <PLog/PLogRecord.h>
 
+#include <PCore/PExport.h>
 #include <PCore/PStatus.h>
 
 #include <QHash>
 
 /// Decides which records pass, as described at PLog::setFilter(). A value type; one thread at a
 /// time.
-class PLogFilter {
+class PCD_TEST_EXPORT PLogFilter {
 public:
     /// Replaces the filter by the one in the text. On failure nothing changes.
     PStatus parse(const QString& text);

@@ -3,6 +3,8 @@
 
 #include <PLog/PLogRecord.h>
 
+#include <PCore/PExport.h>
+
 #include <QFile>
 
 #include <deque>
@@ -10,7 +12,7 @@
 
 /// Receives log records. write() is called on the thread that logs, one call at a time for each
 /// sink; it must not log, and its exceptions are ignored.
-class PLogSink {
+class PCD_EXPORT PLogSink {
 public:
     virtual ~PLogSink() = default;
     /// Takes one record, which is valid during the call.
@@ -19,16 +21,16 @@ public:
 
 /// One record as one line of text: "hh:mm:ss.zzz level source: text", the time in UTC, line
 /// breaks written as \n or \r; with `location` also " [function, file:line]".
-QString formatLogRecord(const PLogRecord& record, bool location = false);
+PCD_EXPORT QString formatLogRecord(const PLogRecord& record, bool location = false);
 
 /// Writes lines to the standard error stream.
-class PStderrLogSink : public PLogSink {
+class PCD_EXPORT PStderrLogSink : public PLogSink {
 public:
     void write(const PLogRecord& record) override;
 };
 
 /// Appends lines, with their location, to a file; every line is flushed.
-class PFileLogSink : public PLogSink {
+class PCD_EXPORT PFileLogSink : public PLogSink {
 public:
     explicit PFileLogSink(const QString& path);
     /// False if the file could not be opened; errorString() says why.
@@ -41,7 +43,7 @@ private:
 };
 
 /// Keeps the newest records, for tests and for a log page.
-class PMemoryLogSink : public PLogSink {
+class PCD_EXPORT PMemoryLogSink : public PLogSink {
 public:
     explicit PMemoryLogSink(qsizetype capacity = 10000);
     void write(const PLogRecord& record) override;

@@ -3,12 +3,14 @@
 
 #include <PLog/PLogRecord.h>
 
+#include <PCore/PExport.h>
+
 #include <QByteArray>
 
 /// One log record being written: items are appended, and the record is emitted when the object is
 /// destroyed at the end of the statement. Created by PLog::logStream. Any thread; not shared
 /// between threads.
-class PMessageStream {
+class PCD_EXPORT PMessageStream {
 public:
     explicit PMessageStream(PLogRecord record);
     ~PMessageStream();

@@ -8,6 +8,7 @@
 #include <PCd/frame/PFrameSink.h>
 #include <PCd/frame/PImageSource.h>
 
+#include <PCore/PExport.h>
 #include <PCore/PStatus.h>
 
 #include <QByteArray>
@@ -31,7 +32,7 @@ class QWidget;
 /// Threads: everything runs on the thread that owns the object, the device's thread, unless it says
 /// "any thread". Lifetime: created by a register, linked, streamed, unlinked, and deleted by the
 /// register.
-class PDevice : public PImageSource {
+class PCD_EXPORT PDevice : public PImageSource {
     Q_OBJECT
 
 public:

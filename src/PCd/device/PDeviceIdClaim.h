@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
+
 #include <QByteArray>
 
 #include <functional>
 #include <optional>
 
 /// Reserves a readable id that no other present device of the process has. Any thread.
-class PDeviceIdClaim {
+class PCD_TEST_EXPORT PDeviceIdClaim {
 public:
     PDeviceIdClaim() = default;
     ~PDeviceIdClaim();

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
+
 #include <QList>
 #include <QObject>
 #include <QString>
@@ -12,7 +14,7 @@ class PDevice;
 class PDeviceRegister;
 
 /// All devices of a program, from all its registers. The thread of the registers.
-class PDeviceManager : public QObject {
+class PCD_EXPORT PDeviceManager : public QObject {
     Q_OBJECT
 
 public:

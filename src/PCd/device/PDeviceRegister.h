@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
+
 #include <QByteArray>
 #include <QList>
 #include <QObject>
@@ -9,7 +11,7 @@ class PDevice;
 
 /// The root object of a device plugin: it keeps the list of the plugin's devices that are present.
 /// Everything runs on the thread that owns it.
-class PDeviceRegister : public QObject {
+class PCD_EXPORT PDeviceRegister : public QObject {
     Q_OBJECT
 
 public:

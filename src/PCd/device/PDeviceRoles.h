@@ -3,6 +3,8 @@
 
 #include <PCd/property/value/PRoleValue.h>
 
+#include <PCore/PExport.h>
+
 #include <QList>
 
 class PDevice;
@@ -12,7 +14,7 @@ struct PDeviceSettings;
 /// The values of a device by role: exposure, gain, region and so on, as far as the device has them.
 /// Where a plain property and a field of a composite one have the same role, the plain property is
 /// used, as it is read from the device. A value type; any thread.
-class PDeviceRoles {
+class PCD_EXPORT PDeviceRoles {
 public:
     /// From the cached values of a device; the device is not read. The device's thread.
     static PDeviceRoles of(const PDevice& device);

@@ -3,11 +3,13 @@
 
 #include <PCd/frame/PFrameLedger.h>
 
+#include <PCore/PExport.h>
+
 #include <mutex>
 
 /// Keeps the ledger of a running device: a frame is counted when it appears and again when its
 /// outcome is known. Any thread.
-class PFrameCounters {
+class PCD_TEST_EXPORT PFrameCounters {
 public:
     /// A frame appeared and waits for its outcome.
     void enter();

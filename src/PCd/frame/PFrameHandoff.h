@@ -4,13 +4,15 @@
 #include <PCd/frame/PDeviceFrame.h>
 #include <PCd/frame/PFrameSink.h>
 
+#include <PCore/PExport.h>
+
 #include <cstddef>
 #include <deque>
 #include <mutex>
 #include <optional>
 
 /// The frames that wait for a device's thread: a queue bounded in bytes. Any thread.
-class PFrameHandoff {
+class PCD_TEST_EXPORT PFrameHandoff {
 public:
     /// A queued frame.
     struct Entry {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
+
 #include <QByteArray>
 #include <QMetaType>
 #include <QString>
@@ -24,7 +26,7 @@ constexpr std::size_t PFrameOutcomeCount = 9;
 
 /// The count of all frames that a device's camera has produced, by outcome. A value type; any
 /// thread.
-struct PFrameLedger {
+struct PCD_EXPORT PFrameLedger {
     quint64 produced = 0; ///< frames counted when they appeared
     std::array<quint64, PFrameOutcomeCount>
         outcomes{};        ///< frames counted when their outcome was known

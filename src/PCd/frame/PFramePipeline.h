@@ -5,6 +5,8 @@
 #include <PCd/frame/PFrameHandoff.h>
 #include <PCd/frame/PFrameSink.h>
 
+#include <PCore/PExport.h>
+
 #include <QObject>
 
 #include <functional>
@@ -16,7 +18,7 @@
 
 /// The pipeline of a device's frames: from the thread that delivers them, through the frame sinks,
 /// to the device's thread. Every frame that enters is counted, and has exactly one outcome.
-class PFramePipeline {
+class PCD_TEST_EXPORT PFramePipeline {
 public:
     using Deliver = std::function<void(const PFrameHandoff::Entry&)>;
 

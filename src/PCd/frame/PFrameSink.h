@@ -3,9 +3,11 @@
 
 #include <PCd/frame/PDeviceFrame.h>
 
+#include <PCore/PExport.h>
+
 /// Receives every frame of a device the moment it arrives; a recorder is one. Added to a device
 /// with PDevice::addFrameSink().
-class PFrameSink {
+class PCD_EXPORT PFrameSink {
 public:
     /// A frame of the stream, or one taken on request.
     enum class Kind { Live, Snapshot };

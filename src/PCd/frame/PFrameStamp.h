@@ -5,6 +5,8 @@
 
 #include <PDip/PImage.h>
 
+#include <PCore/PExport.h>
+
 #include <QDateTime>
 #include <QHash>
 #include <QList>
@@ -25,7 +27,7 @@ struct PDeviceSettings {
 };
 
 /// When and how a frame was taken. Attached to the frame's image and all copies of it.
-struct PFrameStamp : public PImageAttachment {
+struct PCD_EXPORT PFrameStamp : public PImageAttachment {
     /// Number of the frame among those that arrived from its device, from 1; live frames and stills
     /// are numbered separately. A frame that never arrived has no number and leaves no gap.
     quint64 sequence = 0;

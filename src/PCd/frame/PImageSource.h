@@ -3,10 +3,12 @@
 
 #include <PDip/PImage.h>
 
+#include <PCore/PExport.h>
+
 #include <QObject>
 
 /// A source of successive images.
-class PImageSource : public QObject {
+class PCD_EXPORT PImageSource : public QObject {
     Q_OBJECT
 
 public:

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
+
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -8,7 +10,7 @@
 class PDeviceRegister;
 
 /// Finds and loads device plugins. One thread, that of the registers.
-class PPluginLoader {
+class PCD_EXPORT PPluginLoader {
 public:
     /// A file or folder from which no plugin was loaded, and why.
     struct Failure {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
+
 #include <QByteArray>
 #include <QHash>
 #include <QList>
@@ -9,7 +11,7 @@
 
 /// The settings of a device as in a profile file (docs/profiles.md), with or without such a file. A
 /// value, independent of any device.
-struct PDeviceProfile {
+struct PCD_EXPORT PDeviceProfile {
     /// One value of the file.
     struct Setting {
         QByteArray id;

@@ -3,10 +3,12 @@
 
 #include <PCd/profile/PDeviceProfile.h>
 
+#include <PCore/PExport.h>
+
 class PDevice;
 
 /// The differences between a profile and the present settings of a device. The device's thread.
-class PDeviceProfileDiff {
+class PCD_EXPORT PDeviceProfileDiff {
 public:
     /// One setting that differs between file and camera.
     struct Difference {

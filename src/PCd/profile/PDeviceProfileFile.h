@@ -5,13 +5,14 @@
 
 #include <PCd/profile/PDeviceProfile.h>
 
+#include <PCore/PExport.h>
 #include <PCore/PStatus.h>
 
 class PDevice;
 
 /// Saves profiles to files and reads them. Failures name the file, the line if there is one, and
 /// what was wrong or expected.
-class PDeviceProfileFile {
+class PCD_EXPORT PDeviceProfileFile {
     Q_DECLARE_TR_FUNCTIONS(PDeviceProfileFile)
 
 public:

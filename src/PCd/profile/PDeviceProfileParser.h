@@ -3,13 +3,14 @@
 
 #include <PCd/profile/PDeviceProfile.h>
 
+#include <PCore/PExport.h>
 #include <PCore/PStatus.h>
 
 class PAbstractReader;
 
 /// The structure of a profile, whatever the file format: {format, version, camera: {model,
 /// serial, mode, properties: {id: {value}}}}, where a value may be an object of fields. Any thread.
-class PDeviceProfileParser {
+class PCD_EXPORT PDeviceProfileParser {
 public:
     static constexpr int version = 1;
     static QString formatKey() { return u"format"_qs; }

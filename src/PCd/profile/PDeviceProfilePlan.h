@@ -5,6 +5,7 @@
 #include <PCd/profile/PDeviceProfile.h>
 #include <PCd/profile/PDeviceProfileReport.h>
 
+#include <PCore/PExport.h>
 #include <PCore/PStatus.h>
 
 #include <QCoreApplication>
@@ -17,7 +18,7 @@ class PDeviceProperty;
 
 /// Applies a profile to one device: checks all of it first, then sends it. The device's thread; the
 /// device must outlive this.
-class PDeviceProfilePlan {
+class PCD_EXPORT PDeviceProfilePlan {
     Q_DECLARE_TR_FUNCTIONS(PDeviceProfilePlan)
 
 public:

@@ -3,6 +3,8 @@
 
 #include <PCd/profile/PDeviceProfile.h>
 
+#include <PCore/PExport.h>
+
 #include <QByteArray>
 #include <QList>
 #include <QString>
@@ -13,7 +15,7 @@ class PDevice;
 /// The cached settings of a device as values: what a profile holds, without a file. Keeping them
 /// costs only copies of shared values; nothing is encoded. A value type; any thread, unless a
 /// function says otherwise.
-class PDeviceProfileValues {
+class PCD_EXPORT PDeviceProfileValues {
 public:
     /// The present mode and the value of every serialisable property. No property is read again.
     /// The device's thread.

@@ -3,6 +3,8 @@
 
 #include <PCd/PCdTypes.h>
 
+#include <PCore/PExport.h>
+
 #include <QByteArray>
 #include <QObject>
 #include <QVariant>
@@ -15,7 +17,7 @@ class QWidget;
 /// One setting of a device: its id, title and kind, and its cached value and range. A plugin
 /// derives from it (through the typed templates) and implements the try… functions. Everything runs
 /// on the device's thread; other threads post calls.
-class PDeviceProperty : public QObject {
+class PCD_EXPORT PDeviceProperty : public QObject {
     Q_OBJECT
 
 public:

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
+
 #include <QList>
 #include <QObject>
 #include <QPointer>
@@ -10,7 +12,7 @@ class PDeviceProperty;
 
 /// A titled, ordered group of properties that the host shows together. Does not own them. The
 /// device's thread.
-class PDevicePropertyGroup : public QObject {
+class PCD_EXPORT PDevicePropertyGroup : public QObject {
     Q_OBJECT
 
 public:

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
 #include <PCore/PStatus.h>
 
 #include <QCoreApplication>
@@ -10,7 +11,7 @@ class PDeviceProperty;
 
 /// Checks whether a property can take a value, by its cached range and value, and whether it has
 /// taken one that was sent. The device's thread.
-class PPropertyCheck {
+class PCD_EXPORT PPropertyCheck {
     Q_DECLARE_TR_FUNCTIONS(PPropertyCheck)
 
 public:

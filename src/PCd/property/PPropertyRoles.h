@@ -3,12 +3,14 @@
 
 #include <PCd/property/value/PRoleValue.h>
 
+#include <PCore/PExport.h>
+
 class PDeviceProperty;
 
 /// The roles of a property: a plugin declares them once, when it creates the property; the host
 /// reads them. They are stored as a dynamic property of the object. A property without roles works
 /// too, and nothing is guessed about it. The device's thread.
-class PPropertyRoles {
+class PCD_EXPORT PPropertyRoles {
 public:
     /// Sets the roles of a property, replacing earlier ones.
     static void declare(PDeviceProperty& property, const PRoleBindings& bindings);

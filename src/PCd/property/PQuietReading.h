@@ -3,6 +3,8 @@
 
 #include <PCd/property/PDeviceProperty.h>
 
+#include <PCore/PExport.h>
+
 #include <QList>
 
 #include <vector>
@@ -11,7 +13,7 @@
 /// valueInner() and rangeInner() return what was read. Nothing is emitted, so no panel reacts by
 /// writing. The destructor restores the cached values, so the next updateValueFromDevice() still
 /// detects and emits what has changed. Nothing may be set meanwhile. The device's thread.
-class PQuietReading {
+class PCD_EXPORT PQuietReading {
 public:
     explicit PQuietReading(const QList<PDeviceProperty*>& properties);
     ~PQuietReading();

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
+
 #include <functional>
 
 class PDevice;
@@ -9,7 +11,7 @@ class QWidget;
 
 /// Where a library with editors registers them, so that this library needs no widgets. The GUI
 /// thread.
-class PWidgetFactory {
+class PCD_EXPORT PWidgetFactory {
 public:
     using PropertyEditor = std::function<QWidget*(PDeviceProperty*)>;
     using DevicePanel = std::function<QWidget*(PDevice*, QWidget* parent)>;

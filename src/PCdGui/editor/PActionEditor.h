@@ -3,10 +3,12 @@
 
 #include <PCdGui/editor/PPropertyEditor.h>
 
+#include <PCore/PExport.h>
+
 class QPushButton;
 
 /// A button for a one-shot command: one click, one command.
-class PActionEditor : public PPropertyEditor {
+class PCD_TEST_EXPORT PActionEditor : public PPropertyEditor {
     Q_OBJECT
 
 public:

@@ -5,10 +5,12 @@
 
 #include <PCd/PEnumeration.h>
 
+#include <PCore/PExport.h>
+
 class QComboBox;
 
 /// A combo box for a choice.
-class PChoiceEditor : public PPropertyEditor {
+class PCD_TEST_EXPORT PChoiceEditor : public PPropertyEditor {
     Q_OBJECT
 
 public:

@@ -3,6 +3,8 @@
 
 #include <PCd/property/PDeviceProperty.h>
 
+#include <PCore/PExport.h>
+
 #include <QObject>
 #include <QPointer>
 #include <QTimer>
@@ -11,7 +13,7 @@
 /// Sends an editor's values to its property. Of the values posted during one turn of the event loop
 /// only the last is set, so that a slider does not flood a camera. The last value is always set,
 /// unless the property already has it. The GUI thread.
-class PCoalescingSetter : public QObject {
+class PCD_TEST_EXPORT PCoalescingSetter : public QObject {
     Q_OBJECT
 
 public:

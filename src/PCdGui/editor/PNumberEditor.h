@@ -3,11 +3,13 @@
 
 #include <PCdGui/editor/PPropertyEditor.h>
 
+#include <PCore/PExport.h>
+
 class PRangeWidget;
 
 /// A slider and a field for a whole number; times are shown in the most suitable unit. Without a
 /// range there is only the field.
-class PNumberEditor : public PPropertyEditor {
+class PCD_TEST_EXPORT PNumberEditor : public PPropertyEditor {
     Q_OBJECT
 
 public:

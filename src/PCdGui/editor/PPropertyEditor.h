@@ -5,6 +5,8 @@
 #include <PCdGui/editor/PDeviceWatch.h>
 #include <PCdGui/text/PDeviceTexts.h>
 
+#include <PCore/PExport.h>
+
 #include <QPointer>
 #include <QVariant>
 #include <QWidget>
@@ -12,7 +14,7 @@
 /// An editor for one property: it shows the property's value, follows changes, and sends what the
 /// user chooses. After a refusal it shows the value that the device kept. Without the device or the
 /// property it is disabled. The GUI thread.
-class PPropertyEditor : public QWidget {
+class PCD_TEST_EXPORT PPropertyEditor : public QWidget {
     Q_OBJECT
 
 public:

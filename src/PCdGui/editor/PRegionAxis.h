@@ -3,11 +3,12 @@
 
 #include <PCd/PScanAreaRange.h>
 
+#include <PCore/PExport.h>
 #include <PCore/PMinMaxRange.h>
 
 /// One direction of a region of the sensor: which offsets and sizes a device accepts, in pixels. A
 /// value type; any thread.
-class PRegionAxis {
+class PCD_TEST_EXPORT PRegionAxis {
 public:
     /// The axis of left edges and widths, and that of top edges and heights, in a region's range.
     static PRegionAxis horizontal(const PScanAreaRange& range);

@@ -5,6 +5,8 @@
 
 #include <PCd/PScanAreaRange.h>
 
+#include <PCore/PExport.h>
+
 class PNumberField;
 class QGridLayout;
 class QLabel;
@@ -12,7 +14,7 @@ class QPushButton;
 
 /// Four fields for a region of the sensor, and a button for all of it. Each edit sets the region
 /// once; if a new corner leaves too little room, the region becomes smaller.
-class PRegionEditor : public PPropertyEditor {
+class PCD_TEST_EXPORT PRegionEditor : public PPropertyEditor {
     Q_OBJECT
 
 public:

@@ -3,10 +3,12 @@
 
 #include <PCdGui/editor/PPropertyEditor.h>
 
+#include <PCore/PExport.h>
+
 class QCheckBox;
 
 /// A check box for a switch.
-class PSwitchEditor : public PPropertyEditor {
+class PCD_TEST_EXPORT PSwitchEditor : public PPropertyEditor {
     Q_OBJECT
 
 public:

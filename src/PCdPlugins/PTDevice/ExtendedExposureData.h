@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
+
 #include <QDataStream>
 #include <QMetaType>
 
 /// How a frame is exposed: automatically or manually, as free-running video or on a trigger. The
 /// value of "extexposure". A value type; any thread.
-struct ExtendedExposureData {
+struct PCD_EXPORT ExtendedExposureData {
     Q_GADGET
     // In triggered capture the camera has only the exposure time of a triggered frame, and no
     // automatic exposure: the host keeps those of the video.
@@ -42,7 +44,7 @@ public:
     qint32 triggermode = SoftwareTrigger;
     qint32 capturemode = Video;
 
-    friend bool operator==(const ExtendedExposureData& a, const ExtendedExposureData& b);
+    friend PCD_EXPORT bool operator==(const ExtendedExposureData& a, const ExtendedExposureData& b);
     friend bool operator!=(const ExtendedExposureData& a, const ExtendedExposureData& b) {
         return !(a == b);
     }
@@ -52,7 +54,7 @@ public:
 /// then minutes, seconds, milliseconds, microseconds and spincount as qint32. The modes are not
 /// part of it: reading leaves them unchanged. If the data ends early, the QDataStream's status is
 /// set.
-QDataStream& operator<<(QDataStream& out, const ExtendedExposureData& data);
-QDataStream& operator>>(QDataStream& in, ExtendedExposureData& data);
+PCD_EXPORT QDataStream& operator<<(QDataStream& out, const ExtendedExposureData& data);
+PCD_EXPORT QDataStream& operator>>(QDataStream& in, ExtendedExposureData& data);
 
 Q_DECLARE_METATYPE(ExtendedExposureData)

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
+
 #include <QDataStream>
 #include <QMetaType>
 
 /// Fan switch and speed: the value of "fan". A value type; any thread.
-struct FANDATA {
+struct PCD_EXPORT FANDATA {
     Q_GADGET
     Q_PROPERTY(qint32 enable MEMBER enable)
     Q_PROPERTY(qint32 target MEMBER target)

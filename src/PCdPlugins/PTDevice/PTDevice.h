@@ -3,6 +3,8 @@
 
 #include <PCd/device/PDevice.h>
 
+#include <PCore/PExport.h>
+
 #include <toupcam/toupcam.h>
 
 #include <QMutex>
@@ -14,7 +16,7 @@ class PTStreamThread;
 
 /// One camera, open as long as the object exists. Everything runs on the device's thread, and calls
 /// the camera directly through the SDK handle, unless its comment says otherwise.
-class PTDevice : public PDevice {
+class PCD_EXPORT PTDevice : public PDevice {
     Q_OBJECT
 
 public:
@@ -106,8 +108,8 @@ private:
 /// exception out.
 
 /// Push mode: one frame, or one still; null data means that the camera is gone.
-void cbData(const void* data, const BITMAPINFOHEADER* header, int isSnapshot, void* ctx);
+PCD_EXPORT void cbData(const void* data, const BITMAPINFOHEADER* header, int isSnapshot, void* ctx);
 /// Pull mode: one event (TOUPCAM_EVENT_…), passed on to the stream thread.
-void cbEvent(unsigned int code, void* ctx);
+PCD_EXPORT void cbEvent(unsigned int code, void* ctx);
 /// The camera changed exposure time or gain automatically: the two properties are read again.
-void cbExposure(void* ctx);
+PCD_EXPORT void cbExposure(void* ctx);

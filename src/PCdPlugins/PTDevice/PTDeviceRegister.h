@@ -3,6 +3,8 @@
 
 #include <PCd/device/PDeviceRegister.h>
 
+#include <PCore/PExport.h>
+
 #include <toupcam/toupcam.h>
 
 #include <QString>
@@ -12,7 +14,7 @@ class QTimer;
 
 /// The root object of the plugin: keeps the list of cameras that the SDK enumerates up to date as
 /// they come and go. Everything runs on the thread that owns it, unless noted otherwise.
-class PTDeviceRegister : public PDeviceRegister {
+class PCD_EXPORT PTDeviceRegister : public PDeviceRegister {
     Q_OBJECT
     Q_PLUGIN_METADATA(IID "pellix.devices.ptregister")
     Q_INTERFACES(PDeviceRegister)

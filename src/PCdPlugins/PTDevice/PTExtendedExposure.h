@@ -5,11 +5,13 @@
 
 #include <PCd/property/typed/PDevicePropertyT.h>
 
+#include <PCore/PExport.h>
+
 #include <toupcam/toupcam.h>
 
 /// All exposure and trigger settings as one value with its own panel. The handle is borrowed. The
 /// device's thread.
-class PTExtendedExposure : public PDevicePropertyT<ExtendedExposureData> {
+class PCD_EXPORT PTExtendedExposure : public PDevicePropertyT<ExtendedExposureData> {
     Q_OBJECT
 
 public:

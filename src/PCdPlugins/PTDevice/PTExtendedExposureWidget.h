@@ -6,6 +6,8 @@
 
 #include <PDip/PImage.h>
 
+#include <PCore/PExport.h>
+
 #include <QPointer>
 
 #include <array>
@@ -21,7 +23,7 @@ class PTExtendedExposure;
 /// The panel of an extended exposure: a page for video, a page for triggered capture. Every change
 /// of a control writes the whole record. While a run is active, each image of the device becomes a
 /// snapshot. The GUI thread, which is the device's.
-class PTExtendedExposureWidget : public PTPanel {
+class PCD_EXPORT PTExtendedExposureWidget : public PTPanel {
     Q_OBJECT
 
 public:

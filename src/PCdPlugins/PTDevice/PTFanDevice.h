@@ -5,10 +5,12 @@
 
 #include <PCd/property/typed/PDevicePropertyT.h>
 
+#include <PCore/PExport.h>
+
 #include <toupcam/toupcam.h>
 
 /// The cooling fan: switch and speed, with a panel. The handle is borrowed. The device's thread.
-class PTFanProperty : public PDevicePropertyT<FANDATA> {
+class PCD_EXPORT PTFanProperty : public PDevicePropertyT<FANDATA> {
     Q_OBJECT
 
 public:

@@ -3,11 +3,13 @@
 
 #include <PCd/property/typed/PDevicePropertyInt.h>
 
+#include <PCore/PExport.h>
+
 #include <toupcam/toupcam.h>
 
 /// Compensation of light that flickers with the mains: the SDK's code for its frequency (0: 60 Hz,
 /// 1: 50 Hz, 2: direct current), with a panel. The handle is borrowed. The device's thread.
-class PTBacklightProperty : public PDevicePropertyInt {
+class PCD_EXPORT PTBacklightProperty : public PDevicePropertyInt {
     Q_OBJECT
 
 public:

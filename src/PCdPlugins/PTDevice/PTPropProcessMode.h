@@ -3,6 +3,8 @@
 
 #include <PCd/property/typed/PDevicePropertyEnum.h>
 
+#include <PCore/PExport.h>
+
 #include <toupcam/toupcam.h>
 
 #include <QList>
@@ -11,7 +13,7 @@ class PTDevice;
 
 /// A choice that the SDK holds as an integer option; each item's data is the option's value as
 /// decimal text. The handle is borrowed. The device's thread.
-class PTPropProcessMode : public PDevicePropertyEnum {
+class PCD_EXPORT PTPropProcessMode : public PDevicePropertyEnum {
     Q_OBJECT
 
 public:
@@ -33,7 +35,7 @@ private:
 
 /// The same with the SDK's calls for the light frequency; the option number is stored but not used.
 /// The handle is borrowed. The device's thread.
-class PTPropBackligtComp : public PDevicePropertyEnum {
+class PCD_EXPORT PTPropBackligtComp : public PDevicePropertyEnum {
     Q_OBJECT
 
 public:
@@ -53,4 +55,4 @@ private:
 
 /// New properties "colormatrix", "wbgain", "binning" and "rotate", in this order; the caller owns
 /// them. The device's thread.
-QList<PDeviceProperty*> createProcessModeProperties(PTDevice* device, Toupcam_t* handle);
+PCD_EXPORT QList<PDeviceProperty*> createProcessModeProperties(PTDevice* device, Toupcam_t* handle);

@@ -3,11 +3,13 @@
 
 #include <PCd/property/typed/PDevicePropertyScanArea.h>
 
+#include <PCore/PExport.h>
+
 #include <toupcam/toupcam.h>
 
 /// The region of interest, in sensor pixels of the resolution in use. The handle is borrowed. The
 /// device's thread.
-class PTPropRoi : public PDevicePropertyScanArea {
+class PCD_EXPORT PTPropRoi : public PDevicePropertyScanArea {
     Q_OBJECT
 
 public:

@@ -5,13 +5,15 @@
 #include <PCd/property/typed/PDevicePropertyBool.h>
 #include <PCd/property/typed/PDevicePropertyInt.h>
 
+#include <PCore/PExport.h>
+
 #include <toupcam/toupcam.h>
 
 /// Binds a number to one SDK getter and setter. `Get` and `Put` are their function types, T is the
 /// SDK's width of the value, Base a PDevicePropertyInt. The handle is borrowed. The device's
 /// thread.
 template <typename Get, typename Put, typename T, typename Base>
-class PTProp : public Base {
+class PCD_EXPORT PTProp : public Base {
 public:
     PTProp(Toupcam_t* handle, Get* getter, Put* setter, PMinMaxRange<T> range, const QByteArray& id,
            const QString& title)
@@ -52,7 +54,7 @@ using PTNumber = PTProp<int(Toupcam_t*, T*), int(Toupcam_t*, T), T, PDevicePrope
 
 /// Binds a switch to one SDK getter and setter. The handle is borrowed. The device's thread.
 template <typename Get, typename Put, typename Base>
-class PTPropBool : public Base {
+class PCD_EXPORT PTPropBool : public Base {
 public:
     PTPropBool(Toupcam_t* handle, Get* getter, Put* setter, const QByteArray& id,
                const QString& title)
@@ -82,7 +84,7 @@ using PTSwitch = PTPropBool<int(Toupcam_t*, int*), int(Toupcam_t*, int), PDevice
 
 /// Colour temperature or tint, which the SDK sets and reads together. The handle is borrowed. The
 /// device's thread.
-class PTTempTint : public PDevicePropertyInt {
+class PCD_EXPORT PTTempTint : public PDevicePropertyInt {
     Q_OBJECT
 
 public:
@@ -109,7 +111,7 @@ private:
 
 /// Makes the camera set its white balance automatically, once; afterwards "tint" and "temp" are
 /// read again. The handle is borrowed. The device's thread.
-class PTAWBOnce : public PDevicePropertyAction {
+class PCD_EXPORT PTAWBOnce : public PDevicePropertyAction {
     Q_OBJECT
 
 public:
@@ -125,4 +127,4 @@ private:
 /// The SDK has set the white balance; the context is the PDevice, which is a PTDevice. On a thread
 /// of the SDK; its arguments are not used, as the properties read the camera. Ignores the context
 /// of a device that no longer exists.
-void cbWbOnce(const int temp, const int tint, void* context);
+PCD_EXPORT void cbWbOnce(const int temp, const int tint, void* context);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
 #include <PCore/PThread.h>
 
 #include <PDip/PImage.h>
@@ -16,7 +17,7 @@ class PTDevice;
 /// The pull-mode worker of one camera: takes SDK events from a queue, pulls the frames they
 /// announce and passes them to the device. Idle until started with PThread::startThread(); must be
 /// stopped before it is destroyed.
-class PTStreamThread : public PThread {
+class PCD_EXPORT PTStreamThread : public PThread {
     Q_OBJECT
 
 public:

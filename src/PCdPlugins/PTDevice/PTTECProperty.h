@@ -5,11 +5,13 @@
 
 #include <PCd/property/typed/PDevicePropertyT.h>
 
+#include <PCore/PExport.h>
+
 #include <toupcam/toupcam.h>
 
 /// The sensor's thermo-electric cooler: switch and target temperature, with a panel that also shows
 /// the present temperature and voltage. The handle is borrowed. The device's thread.
-class PTECProperty : public PDevicePropertyT<TECDATA> {
+class PCD_EXPORT PTECProperty : public PDevicePropertyT<TECDATA> {
     Q_OBJECT
 
 public:

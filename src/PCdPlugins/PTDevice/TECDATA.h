@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
+
 #include <QDataStream>
 #include <QMetaType>
 
 /// Cooler switch and target temperature: the value of "teccontrol". A value type; any thread.
-struct TECDATA {
+struct PCD_EXPORT TECDATA {
     Q_GADGET
     Q_PROPERTY(qint32 on MEMBER on)
     Q_PROPERTY(qint16 target MEMBER target)

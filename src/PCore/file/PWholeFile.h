@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
 #include <PCore/PStatus.h>
 
 #include <QByteArray>
@@ -12,10 +13,10 @@ namespace PWholeFile {
 
 /// Creates or replaces a file in one step. Fails with the system's reason, without the path; an
 /// existing file then stays as it was.
-PStatus replace(const QString& path, const QByteArray& bytes);
+PCD_EXPORT PStatus replace(const QString& path, const QByteArray& bytes);
 
 /// Writes all bytes to an open file. False if that fails; the reason is in the file's
 /// errorString().
-bool writeAll(QFileDevice& file, const QByteArray& bytes);
+PCD_EXPORT bool writeAll(QFileDevice& file, const QByteArray& bytes);
 
 } // namespace PWholeFile

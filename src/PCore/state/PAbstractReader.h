@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
+
 #include <QString>
 #include <QStringList>
 #include <QVariant>
 
 /// Reads what a PAbstractWriter wrote. Names may be read in any order. One thread at a time.
-class PAbstractReader {
+class PCD_EXPORT PAbstractReader {
 public:
     virtual ~PAbstractReader() = default;
 

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
+
 #include <QString>
 #include <QVariant>
 
 /// Writes named values in nested objects. The state of devices and properties is saved through
 /// this, whatever the format of the file. One thread at a time.
-class PAbstractWriter {
+class PCD_EXPORT PAbstractWriter {
 public:
     virtual ~PAbstractWriter() = default;
 

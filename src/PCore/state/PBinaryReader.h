@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
 #include <PCore/PStatus.h>
 #include <PCore/state/PAbstractReader.h>
 
 #include <memory>
 
 /// Reads the binary format that PBinaryWriter writes.
-class PBinaryReader : public PAbstractReader {
+class PCD_EXPORT PBinaryReader : public PAbstractReader {
 public:
     PBinaryReader();
     ~PBinaryReader() override;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
 #include <PCore/state/PAbstractWriter.h>
 #include <PCore/state/PNameScopes.h>
 
@@ -8,7 +9,7 @@
 
 /// Writes the compact binary format: a magic number, a version, the records, and a checksum
 /// (CRC-32) of all of it, so that a truncated or changed file is detected.
-class PBinaryWriter : public PAbstractWriter {
+class PCD_EXPORT PBinaryWriter : public PAbstractWriter {
 public:
     void beginObject(const QString& name) override;
     void endObject() override;

@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
 #include <PCore/PStatus.h>
 #include <PCore/state/PAbstractReader.h>
 
 #include <memory>
 
 /// Reads the JSON of a PJsonWriter.
-class PJsonReader : public PAbstractReader {
+class PCD_EXPORT PJsonReader : public PAbstractReader {
 public:
     PJsonReader();
     ~PJsonReader() override;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
 #include <PCore/state/PAbstractWriter.h>
 #include <PCore/state/PNameScopes.h>
 
@@ -11,7 +12,7 @@
 /// objects whose only name is the type: {"$int64": "5"}, {"$bytes": "base64"}, {"$rect": [x, y,
 /// width, height]}, {"$uuid": "{…}"}; null text and bytes are {"$string": null}, {"$bytes": null}.
 /// A caller's name that starts with $ is written with another $ before it.
-class PJsonWriter : public PAbstractWriter {
+class PCD_EXPORT PJsonWriter : public PAbstractWriter {
 public:
     void beginObject(const QString& name) override;
     void endObject() override;

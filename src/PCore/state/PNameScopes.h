@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
+
 #include <QList>
 #include <QSet>
 #include <QString>
@@ -9,7 +11,7 @@ class QVariant;
 
 /// Keeps the open objects of a writer and the names used in each, whatever the format, and decides
 /// what may be written. One thread at a time.
-class PNameScopes {
+class PCD_EXPORT PNameScopes {
 public:
     /// Objects may be nested this deep; readers refuse documents that go deeper.
     static constexpr qsizetype maxDepth = 64;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
 #include <PCore/PStatus.h>
 
 #include <functional>
@@ -10,8 +11,8 @@
 namespace PGuardedCall {
 
 /// Returns what the function returns; after an exception, a failure with its text.
-PStatus status(const std::function<PStatus()>& function) noexcept;
+PCD_EXPORT PStatus status(const std::function<PStatus()>& function) noexcept;
 /// Calls the function; an exception is logged.
-void logged(const std::function<void()>& function) noexcept;
+PCD_EXPORT void logged(const std::function<void()>& function) noexcept;
 
 } // namespace PGuardedCall

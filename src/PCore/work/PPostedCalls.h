@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
+
 #include <QObject>
 
 #include <deque>
@@ -14,7 +16,7 @@
 ///
 /// Threads that post must have ended before the object is destroyed: declare a PWorkQueue whose
 /// work posts after it, or stop the queue first.
-class PPostedCalls : public QObject {
+class PCD_EXPORT PPostedCalls : public QObject {
     Q_OBJECT
 
 public:

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
+
 #include <cstddef>
 #include <mutex>
 
 /// The limit on the total cost of work waiting in one or several PWorkQueues, in bytes, items or
 /// another unit. Any thread.
-class PWorkBudget {
+class PCD_EXPORT PWorkBudget {
 public:
     explicit PWorkBudget(std::size_t limit)
         : m_limit(limit) {}

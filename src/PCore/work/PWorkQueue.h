@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
 #include <PCore/PStatus.h>
 
 #include <PCore/work/PWorkBudget.h>
@@ -21,7 +22,7 @@
 /// To shut down, the owner calls stop() or destroys the queue while everything that its work uses
 /// still exists: make it the last member. Waiting work is done first; to skip it, call discard()
 /// before.
-class PWorkQueue {
+class PCD_EXPORT PWorkQueue {
 public:
     /// Does the work and returns the result. An exception thrown by it becomes a failure with its
     /// text.

@@ -3,8 +3,10 @@
 
 #include <PCd/property/PDeviceProperty.h>
 
+#include <PCore/PExport.h>
+
 /// A one-shot command of the device: no value, no range, nothing to save. The device's thread.
-class PDevicePropertyAction : public PDeviceProperty {
+class PCD_EXPORT PDevicePropertyAction : public PDeviceProperty {
     Q_OBJECT
 
 public:

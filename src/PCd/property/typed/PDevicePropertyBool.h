@@ -3,8 +3,10 @@
 
 #include <PCd/property/typed/PDevicePropertyTNoRangeQVariantBased.h>
 
+#include <PCore/PExport.h>
+
 /// A switch. The device's thread.
-class PDevicePropertyBool : public PDevicePropertyTNoRangeQVariantBased<bool> {
+class PCD_EXPORT PDevicePropertyBool : public PDevicePropertyTNoRangeQVariantBased<bool> {
     Q_OBJECT
 
 public:

@@ -4,10 +4,13 @@
 #include <PCd/PEnumeration.h>
 #include <PCd/property/typed/PDevicePropertyTRangedQVariantBased.h>
 
+#include <PCore/PExport.h>
+
 #include <QUuid>
 
 /// A choice: its value is the id of one item of its range. The device's thread.
-class PDevicePropertyEnum : public PDevicePropertyTRangedQVariantBased<QUuid, PEnumeration> {
+class PCD_EXPORT PDevicePropertyEnum
+    : public PDevicePropertyTRangedQVariantBased<QUuid, PEnumeration> {
     Q_OBJECT
 
 public:

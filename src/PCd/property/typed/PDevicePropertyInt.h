@@ -3,8 +3,10 @@
 
 #include <PCd/property/typed/PDevicePropertyMinMaxTQVariantBased.h>
 
+#include <PCore/PExport.h>
+
 /// A whole number with a range. The device's thread.
-class PDevicePropertyInt : public PDevicePropertyMinMaxTQVariantBased<int, int> {
+class PCD_EXPORT PDevicePropertyInt : public PDevicePropertyMinMaxTQVariantBased<int, int> {
     Q_OBJECT
 
 public:

@@ -4,10 +4,13 @@
 #include <PCd/PScanAreaRange.h>
 #include <PCd/property/typed/PDevicePropertyTRangedQVariantBased.h>
 
+#include <PCore/PExport.h>
+
 #include <QRect>
 
 /// A region of the sensor. The device's thread.
-class PDevicePropertyScanArea : public PDevicePropertyTRangedQVariantBased<QRect, PScanAreaRange> {
+class PCD_EXPORT PDevicePropertyScanArea
+    : public PDevicePropertyTRangedQVariantBased<QRect, PScanAreaRange> {
     Q_OBJECT
 
 public:

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
 #include <PCore/PStatus.h>
 
 #include <QCoreApplication>
@@ -14,7 +15,7 @@
 /// A type can declare fields that the device does not hold while another field has a certain value:
 /// Q_CLASSINFO("HostFields", "exp gain") and Q_CLASSINFO("HostFieldsWhile", "capturemode=1"). What
 /// the device returns for them then means something else, and the cached values are kept.
-class PCompositeFields {
+class PCD_EXPORT PCompositeFields {
     Q_DECLARE_TR_FUNCTIONS(PCompositeFields)
 
 public:

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
+
 #include <QVariant>
 
 class PAbstractReader;
@@ -10,7 +12,7 @@ class PAbstractWriter;
 /// users can read and edit; a composite value as its stored fields by their names
 /// (PCompositeFields), or, if it declares none, as the bytes of its QDataStream operators;
 /// everything else as it is. Any thread.
-class PPropertyEncoding {
+class PCD_EXPORT PPropertyEncoding {
 public:
     /// True for a value of a type that is not Qt's, such as a plugin's record of several fields.
     static bool isComposite(const QVariant& value);

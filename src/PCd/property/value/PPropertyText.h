@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
+
 #include <QRect>
 #include <QString>
 #include <QVariant>
 
 /// Values of properties as text for the user, and back. Any thread.
-class PPropertyText {
+class PCD_EXPORT PPropertyText {
 public:
     /// "12", "on", "Add 2x2", "0,0,640,480", "target=100 gain=120", bytes as base64. A value of a
     /// type without a text form is written as the type's name in angle brackets; an invalid value

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PExport.h>
+
 #include <QByteArray>
 #include <QList>
 
@@ -55,7 +57,7 @@ enum class PRoleUnit {
 
 /// One role that a property has: as a whole, with one field of its composite value, or with a
 /// method of its own that can be invoked by name. A value type.
-struct PRoleBinding {
+struct PCD_EXPORT PRoleBinding {
     PRole role = PRole::ExposureTime;
     PRoleUnit unit = PRoleUnit::Own;
     QByteArray field = {};  ///< of its composite value

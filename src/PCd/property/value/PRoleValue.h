@@ -3,13 +3,15 @@
 
 #include <PCd/property/value/PRole.h>
 
+#include <PCore/PExport.h>
+
 #include <QVariant>
 
 #include <optional>
 
 /// The value of one property with its roles: read by role, it means the same for every device. A
 /// choice is its item's name. A value type; any thread.
-struct PRoleValue {
+struct PCD_EXPORT PRoleValue {
     QByteArray id; ///< the property's
     QVariant value;
     PRoleBindings bindings;

@@ -1,0 +1,4 @@
+// SPDX-License-Identifier: MIT
+#include <PDip/PImageAttachment.h>
+
+PImageAttachment::~PImageAttachment() = default;
