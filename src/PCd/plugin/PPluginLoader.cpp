@@ -22,13 +22,9 @@ QStringList environmentPaths() {
     return qEnvironmentVariable("PCD_PLUGIN_PATH").split(u':', Qt::SkipEmptyParts);
 }
 
-/// "pcd/plugins" beside this library, wherever it was installed or built.
+/// Where the plugins are that come with the framework.
 QString libraryFolder() {
-    Dl_info info{};
-    if (dladdr(reinterpret_cast<const void*>(&libraryFolder), &info) == 0)
-        return QString();
-    const QString library = QString::fromLocal8Bit(info.dli_fname);
-    return QFileInfo(library).absoluteDir().filePath(u"pcd/plugins"_qs);
+    return QDir(PPluginLoader::homeFolder()).filePath(u"plugins"_qs);
 }
 
 } // namespace
@@ -39,6 +35,14 @@ void PPluginLoader::addSearchPath(const QString& path) {
 
 QStringList PPluginLoader::searchPaths() const {
     return m_added + environmentPaths() + QStringList{libraryFolder()};
+}
+
+QString PPluginLoader::homeFolder() {
+    Dl_info info{};
+    const bool known =
+        dladdr(reinterpret_cast<const void*>(&PPluginLoader::homeFolder), &info) != 0;
+    const QString library = known ? QFile::decodeName(info.dli_fname) : QString();
+    return QFileInfo(library).absoluteDir().filePath(u"pcd"_qs);
 }
 
 QList<PDeviceRegister*> PPluginLoader::load() {

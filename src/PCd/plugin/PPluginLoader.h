@@ -19,10 +19,13 @@ public:
     };
 
     /// Folders (or single plugin files) to search, in this order: those added here, those of the
-    /// environment variable PCD_PLUGIN_PATH (colon-separated), then "pcd/plugins" beside this
-    /// library.
+    /// environment variable PCD_PLUGIN_PATH (colon-separated), then "plugins" in homeFolder().
     void addSearchPath(const QString& path);
     QStringList searchPaths() const;
+
+    /// The folder "pcd" beside this library, wherever it was built or installed: with "plugins" and
+    /// "sim", the simulated SDK. Any thread.
+    static QString homeFolder();
 
     /// Loads the plugins found and returns their root objects, which the caller owns. The metadata
     /// is read first: a library that is not a device plugin, or has the class name of one loaded

@@ -47,7 +47,7 @@ TEST_F(CameraSdk, sim_is_the_simulator_that_comes_with_the_program) {
     EXPECT_EQ(result.exitCode, 0);
     const QJsonObject sdk = result.json.value(u"sdk"_qs).toObject();
     EXPECT_EQ(sdk.value(u"kind"_qs).toString(), u"simulated"_qs);
-    EXPECT_TRUE(sdk.value(u"path"_qs).toString().endsWith(u"/lib/sim/libtoupcam.so"_qs));
+    EXPECT_TRUE(sdk.value(u"path"_qs).toString().endsWith(u"/lib/pcd/sim/libtoupcam.so"_qs));
     EXPECT_FALSE(sdk.value(u"version"_qs).toString().isEmpty());
     EXPECT_EQ(result.errors, QString());
 }

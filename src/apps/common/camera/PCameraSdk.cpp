@@ -3,7 +3,8 @@
 
 #include <apps/common/camera/PSceneFile.h>
 
-#include <QCoreApplication>
+#include <PCd/plugin/PPluginLoader.h>
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -18,8 +19,7 @@ const char* const simulatorMark = "ToupcamSim_version"; // only a simulated SDK 
 const char* const makersVersion = "Toupcam_Version";    // not every library has it
 
 QString simulatorPath() {
-    const QDir programs(QCoreApplication::applicationDirPath());
-    return QDir::cleanPath(programs.filePath(u"../lib/sim/libtoupcam.so"_qs));
+    return QDir(PPluginLoader::homeFolder()).filePath(u"sim/libtoupcam.so"_qs);
 }
 
 /// The file that the loader used for a library name.
