@@ -70,7 +70,7 @@ FOLDERS = {
     "apps/pcdview": {
         ".": "options window/camera window/main",
         "window/main": "camera capture options view window/actions window/camera window/panels",
-        "window/actions": "analysis camera capture options view window/camera window/dialogs "
+        "window/actions": "analysis camera capture icons options view window/camera window/dialogs "
                           "window/panels",
         "window/camera": "camera view window/panels",
         "window/panels": "analysis capture",

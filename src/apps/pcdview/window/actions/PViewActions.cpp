@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include <apps/pcdview/window/actions/PViewActions.h>
 
+#include <apps/pcdview/icons/PActionIcon.h>
+
 #include <QAction>
 #include <QMainWindow>
+
+#include <utility>
 
 PViewActions::PViewActions(QMainWindow* window)
     : QObject(window)
@@ -11,6 +15,7 @@ PViewActions::PViewActions(QMainWindow* window)
     makeCameraActions();
     makeViewActions();
     makeHelpActions();
+    setIcons();
 }
 
 QAction* PViewActions::add(const char* name, const QString& text, const QString& shortText,
@@ -30,6 +35,7 @@ QAction* PViewActions::addSwitch(const char* name, const QString& text, const QS
                                  const QKeySequence& key, const QString& explanation) {
     QAction* const action = add(name, text, shortText, key, explanation);
     action->setCheckable(true);
+    action->setIconVisibleInMenu(false); // but its check box
     return action;
 }
 
@@ -88,6 +94,34 @@ void PViewActions::makeHelpActions() {
     about = add("about", tr("&About pcdview"), {}, {},
                 tr("Show version numbers and the camera library in use"));
     about->setMenuRole(QAction::AboutRole);
+}
+
+/// By freedesktop's names; what these lack, as the icon theme Breeze calls it.
+void PViewActions::setIcons() {
+    const std::pair<QAction*, QString> names[]{{snapshot, u"camera-photo"_qs},
+                                               {savePicture, u"document-save-as"_qs},
+                                               {record, u"media-record"_qs},
+                                               {captureFiles, u"folder"_qs},
+                                               {loadProfile, u"document-open"_qs},
+                                               {saveProfile, u"document-save"_qs},
+                                               {closeCamera, u"window-close"_qs},
+                                               {quit, u"application-exit"_qs},
+                                               {live, u"camera-video"_qs},
+                                               {region, u"transform-crop"_qs},
+                                               {wholeSensor, u"edit-select-all"_qs},
+                                               {pixelSize, u"measure"_qs},
+                                               {search, u"view-refresh"_qs},
+                                               {fit, u"zoom-fit-best"_qs},
+                                               {actualSize, u"zoom-original"_qs},
+                                               {zoomIn, u"zoom-in"_qs},
+                                               {zoomOut, u"zoom-out"_qs},
+                                               {fullScreen, u"view-fullscreen"_qs},
+                                               {clipped, u"draw-highlight"_qs},
+                                               {autoContrast, u"contrast"_qs},
+                                               {help, u"help-contents"_qs},
+                                               {about, u"help-about"_qs}};
+    for (const auto& [action, name] : names)
+        action->setIcon(PActionIcon::make(name));
 }
 
 QList<QAction*> PViewActions::ofCamera() const {

@@ -53,6 +53,7 @@ private:
     void makeCameraActions();
     void makeViewActions();
     void makeHelpActions();
+    void setIcons();
 
     QMainWindow* m_window;
 };

@@ -9,6 +9,8 @@ PToolBar::PToolBar(const PViewActions& actions, QWidget* parent)
     , m_modes(new PModeChooser) {
     setObjectName(u"toolBar"_qs);
     setMovable(false);
+    setIconSize({22, 22}); // for which most icons are drawn
+    setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
     addAction(actions.live);
     addWidget(m_modes);
     addSeparator();

@@ -50,6 +50,12 @@ TEST_F(PMenuBarTest, has_the_camera_actions_in_their_order) {
               u"live region wholeSensor pixelSize - search closeCamera"_qs);
 }
 
+TEST_F(PMenuBarTest, shows_icons_but_for_switches_their_check_boxes) {
+    for (const QAction* action : window.actions())
+        EXPECT_NE(action->isIconVisibleInMenu(), action->isCheckable())
+            << action->objectName().toStdString();
+}
+
 TEST_F(PMenuBarTest, has_every_action_of_the_window) {
     QList<QAction*> there;
     for (const QMenu* menu : bar.findChildren<QMenu*>())

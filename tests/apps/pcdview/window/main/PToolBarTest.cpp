@@ -8,6 +8,8 @@
 #include <support/QtPrinters.h>
 
 #include <QAction>
+#include <QIcon>
+#include <QImage>
 
 namespace {
 
@@ -28,6 +30,24 @@ TEST_F(PToolBarTest, has_the_actions_used_most_in_their_order) {
     EXPECT_EQ(names.join(u' '),
               u"live MODES - snapshot record - fit actualSize fullScreen - region wholeSensor - "
               "clipped autoContrast"_qs);
+}
+
+TEST_F(PToolBarTest, has_icons_with_texts_for_all_actions_whatever_the_theme_has) {
+    const PToolBar bar(actions);
+    EXPECT_EQ(bar.toolButtonStyle(), Qt::ToolButtonTextUnderIcon);
+    const QString theme = QIcon::themeName();
+    for (const QString& name : {u"no such theme"_qs, u"Adwaita"_qs}) {
+        QIcon::setThemeName(name);
+        for (const QAction* action : window.actions()) {
+            const QIcon icon = action->icon();
+            EXPECT_FALSE(icon.isNull()) << action->objectName().toStdString();
+            QImage empty(22, 22, QImage::Format_ARGB32_Premultiplied);
+            empty.fill(Qt::transparent);
+            EXPECT_NE(icon.pixmap({22, 22}, 1).toImage(), empty)
+                << action->objectName().toStdString();
+        }
+    }
+    QIcon::setThemeName(theme);
 }
 
 TEST_F(PToolBarTest, stays_where_its_state_is_restored) {
