@@ -9,6 +9,9 @@
 #include <apps/pcdview/window/camera/PCameraTabs.h>
 #include <apps/pcdview/window/main/PMainWindow.h>
 
+#include <PCd/device/PDevice.h>
+#include <PCd/profile/PDeviceProfileFile.h>
+
 #include <PCdGui/PCdGui.h>
 
 #include <PLog/PLog.h>
@@ -71,6 +74,8 @@ PStatus PViewProgram::start(const PViewOptions& options) {
     QObject::connect(&m_window->cameraTabs(), &PCameraTabs::simulationRequested, m_window.get(),
                      [this] { restartSimulated(); });
     openCamera(options);
+    if (!options.profile.isEmpty())
+        offerProfile(options.profile);
     return PStatus::Ok;
 }
 
@@ -107,14 +112,35 @@ void PViewProgram::note(const QString& problem) {
     m_problem += (m_problem.isEmpty() ? QString() : u"\n"_qs) + problem;
 }
 
+/// The camera that it was saved from; empty if that is not plugged in, or if there is no profile.
+QString PViewProgram::cameraOfProfile(const QString& path) const {
+    PDeviceProfile profile;
+    if (path.isEmpty() || !PDeviceProfileFile::read(path, profile).isOk())
+        return {}; // offering it reports what is wrong
+    for (const PDevice* device : m_host.manager().devices()) {
+        const PCameraIdentity camera = m_host.identify(device);
+        if (camera.model == profile.model && camera.serial == profile.serial)
+            return camera.id;
+    }
+    return {};
+}
+
 void PViewProgram::openCamera(const PViewOptions& options) {
-    if (options.camera.isEmpty())
+    const QString camera =
+        options.camera.isEmpty() ? cameraOfProfile(options.profile) : options.camera;
+    if (camera.isEmpty())
         return m_window->cameraTabs().openFirst();
-    const PStatus status = m_window->cameraTabs().open(options.camera);
+    const PStatus status = m_window->cameraTabs().open(camera);
     if (status.isOk())
         return;
     note(status.reason());
     m_window->statusBar()->showMessage(status.reason());
+}
+
+/// Queued within the main thread: the window that the question belongs to is shown first.
+void PViewProgram::offerProfile(const QString& path) {
+    QMetaObject::invokeMethod(
+        m_window.get(), [this, path] { m_window->offerProfile(path); }, Qt::QueuedConnection);
 }
 
 int PViewProgram::run(const PViewOptions& options) {

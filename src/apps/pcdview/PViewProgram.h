@@ -33,7 +33,9 @@ public:
 private:
     PStatus startLog(const PViewOptions& options);
     PStatus startCameras(const PViewOptions& options);
+    QString cameraOfProfile(const QString& path) const;
     void openCamera(const PViewOptions& options);
+    void offerProfile(const QString& path);
     void restartSimulated();
     void endBySignal();
     void grab(const QString& path);

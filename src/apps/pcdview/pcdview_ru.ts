@@ -446,8 +446,16 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <translation>Загрузить профиль</translation>
     </message>
     <message>
-        <source>Camera profiles (*.json)</source>
-        <translation>Профили камер (*.json)</translation>
+        <source>Camera profiles</source>
+        <translation>Профили камер</translation>
+    </message>
+    <message>
+        <source>Connect a camera to apply “%1”.</source>
+        <translation>Подключите камеру, чтобы применить «%1».</translation>
+    </message>
+    <message>
+        <source>Apply the settings in “%1” to %2?</source>
+        <translation>Применить настройки из «%1» к камере %2?</translation>
     </message>
     <message>
         <source>Save profile</source>

@@ -17,6 +17,8 @@ constexpr int longestWaitMs = 3'600'000;
 void addOptions(QCommandLineParser& parser) {
     parser.setApplicationDescription(
         u"Live pictures, stills and recordings from microscope cameras."_qs);
+    parser.addPositionalArgument(
+        u"profile"_qs, u"Profile whose settings to offer to the camera."_qs, u"[PROFILE]"_qs);
     parser.addOptions({
         {{u"h"_qs, u"help"_qs}, u"Show this help."_qs},
         {u"version"_qs, u"Show the version."_qs},
@@ -67,11 +69,31 @@ PStatus readGrab(const QCommandLineParser& parser, PViewOptions& options) {
     return options.grab.isEmpty() ? PStatus(PStatus::Ok) : PPictureFile::checkName(options.grab);
 }
 
+/// At most one file. The question whether to apply it would be open in the picture.
+PStatus readProfile(const QCommandLineParser& parser, PViewOptions& options) {
+    const QStringList words = parser.positionalArguments();
+    if (words.size() > 1)
+        return PStatus::failure(
+            u"unexpected argument \"%1\": expected one profile"_qs.arg(words[1]));
+    if (words.isEmpty())
+        return PStatus::Ok;
+    options.profile = words.first();
+    if (options.profile.isEmpty())
+        return PStatus::failure(u"the name of the profile is empty: expected a file"_qs);
+    return options.grab.isEmpty()
+               ? PStatus(PStatus::Ok)
+               : PStatus::failure(
+                     u"\"%1\" cannot be applied with --grab: expected one of them"_qs.arg(
+                         options.profile));
+}
+
 PStatus readOptions(const QCommandLineParser& parser, PViewOptions& options) {
     PStatus status = options.read(parser, {u"theme"_qs, u"grab"_qs, u"after"_qs});
     if (status.isOk())
         status = readTheme(parser, options);
-    return status.isOk() ? readGrab(parser, options) : status;
+    if (status.isOk())
+        status = readGrab(parser, options);
+    return status.isOk() ? readProfile(parser, options) : status;
 }
 
 /// Removes an option with its value, which is a separate argument or follows "=".
@@ -101,10 +123,6 @@ PStatus PViewOptions::parse(const QStringList& arguments, PViewOptions& options,
     addOptions(parser);
     if (!parser.parse(arguments))
         return PStatus::failure(parser.errorText());
-    if (!parser.positionalArguments().isEmpty()) {
-        return PStatus::failure(
-            u"unexpected argument \"%1\""_qs.arg(parser.positionalArguments().first()));
-    }
     if (parser.isSet(u"help"_qs))
         answer = parser.helpText().trimmed();
     else if (parser.isSet(u"version"_qs))

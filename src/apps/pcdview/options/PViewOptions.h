@@ -7,8 +7,9 @@
 
 /// The options of the command line. A value type; the main thread.
 struct PViewOptions : PProgramOptions {
-    QString theme; ///< empty: the one chosen last
-    QString grab;  ///< picture file of the window; empty: none
+    QString profile; ///< file to offer to the camera; empty: none
+    QString theme;   ///< empty: the one chosen last
+    QString grab;    ///< picture file of the window; empty: none
     std::chrono::milliseconds grabAfter{2000};
 
     /// The arguments for restarting the program: the same, but with the simulated cameras of the

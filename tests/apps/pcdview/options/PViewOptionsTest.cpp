@@ -28,6 +28,17 @@ TEST(PViewOptionsTest, without_options_uses_the_system_s_cameras) {
     ASSERT_TRUE(parse({}, options).isOk());
     EXPECT_EQ(options.sdk, u"auto"_qs);
     EXPECT_TRUE(options.grab.isEmpty());
+    EXPECT_TRUE(options.profile.isEmpty());
+}
+
+TEST(PViewOptionsTest, reads_the_profile_wherever_it_stands) {
+    for (const QStringList& words : {QStringList{u"--sdk=sim"_qs, u"slide.json"_qs},
+                                     QStringList{u"slide.json"_qs, u"--sdk=sim"_qs}}) {
+        PViewOptions options;
+        ASSERT_TRUE(parse(words, options).isOk());
+        EXPECT_EQ(options.profile, u"slide.json"_qs);
+        EXPECT_EQ(options.sdk, u"sim"_qs);
+    }
 }
 
 TEST(PViewOptionsTest, reads_every_option) {
@@ -55,16 +66,18 @@ TEST(PViewOptionsTest, help_names_every_option) {
     QString answer;
     ASSERT_TRUE(PViewOptions::parse({u"pcdview"_qs, u"--help"_qs}, options, answer).isOk());
     for (const char* name : {"--sdk", "--scene", "--plugin-path", "--camera", "--lang", "--theme",
-                             "--log-level", "--grab", "--after"})
+                             "--log-level", "--grab", "--after", "[PROFILE]"})
         EXPECT_TRUE(answer.contains(QString::fromLatin1(name))) << name;
 }
 
 TEST(PViewOptionsTest,
      starting_again_with_simulated_cameras_keeps_the_options_that_do_not_choose_a_camera) {
-    EXPECT_EQ(PViewOptions::withSimulatedCameras(
-                  {u"pcdview"_qs, u"--sdk"_qs, u"auto"_qs, u"--lang=ru"_qs, u"--scene=a.json"_qs,
-                   u"-c"_qs, u"1"_qs, u"--plugin-path"_qs, u"p"_qs, u"--camera"_qs}),
-              QStringList({u"--lang=ru"_qs, u"--plugin-path"_qs, u"p"_qs, u"--sdk"_qs, u"sim"_qs}));
+    EXPECT_EQ(PViewOptions::withSimulatedCameras({u"pcdview"_qs, u"a.pcdprofile.json"_qs,
+                                                  u"--sdk"_qs, u"auto"_qs, u"--lang=ru"_qs,
+                                                  u"--scene=a.json"_qs, u"-c"_qs, u"1"_qs,
+                                                  u"--plugin-path"_qs, u"p"_qs, u"--camera"_qs}),
+              QStringList({u"a.pcdprofile.json"_qs, u"--lang=ru"_qs, u"--plugin-path"_qs, u"p"_qs,
+                           u"--sdk"_qs, u"sim"_qs}));
     EXPECT_EQ(PViewOptions::withSimulatedCameras({u"pcdview"_qs}),
               QStringList({u"--sdk"_qs, u"sim"_qs}));
 }
@@ -80,7 +93,13 @@ TEST_P(PViewOptionsBadTest, is_refused_with_what_was_expected) {
 INSTANTIATE_TEST_SUITE_P(
     Words, PViewOptionsBadTest,
     testing::Values(
-        BadOptionRow{"a_word_too_many", {u"picture.png"_qs}, "picture.png"},
+        BadOptionRow{"a_word_too_many",
+                     {u"a.json"_qs, u"picture.png"_qs},
+                     "\"picture.png\": expected one profile"},
+        BadOptionRow{"an_empty_profile", {QString()}, "expected a file"},
+        BadOptionRow{"a_profile_and_a_picture_of_the_window",
+                     {u"a.json"_qs, u"--grab=a.png"_qs},
+                     "\"a.json\" cannot be applied with --grab"},
         BadOptionRow{"an_unknown_option", {u"--fast"_qs}, "fast"},
         BadOptionRow{"an_unknown_theme", {u"--theme"_qs, u"pink"_qs}, "system, light or dark"},
         BadOptionRow{"an_unknown_language",

@@ -6,6 +6,7 @@
 class PCameraSdk;
 class PCameraTabs;
 class PDockPanels;
+class PProfileController;
 class PRecordController;
 class PRecordings;
 class PViewActions;
@@ -20,6 +21,7 @@ public:
     PControllers(const PViewActions& actions, PCameraTabs& tabs, PDockPanels& panels,
                  PRecordings& recordings, const PCameraSdk& sdk, QWidget* window);
 
+    PProfileController& profile() const { return *m_profile; }
     PRecordController& recording() const { return *m_recording; }
 
 signals:
@@ -27,5 +29,6 @@ signals:
     void messageChanged(const QString& message);
 
 private:
-    PRecordController* m_recording; // child of the window
+    PProfileController* m_profile; // children of the window
+    PRecordController* m_recording;
 };

@@ -3,6 +3,7 @@
 
 #include <apps/pcdview/camera/PViewCamera.h>
 #include <apps/pcdview/capture/PCaptureFolder.h>
+#include <apps/pcdview/options/PViewLog.h>
 #include <apps/pcdview/window/actions/PViewActions.h>
 #include <apps/pcdview/window/camera/PCameraPage.h>
 #include <apps/pcdview/window/camera/PCameraTabs.h>
@@ -14,7 +15,17 @@
 
 #include <QAction>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QMessageBox>
+
+#include <utility>
+
+namespace {
+
+/// Of files that the desktop opens with this program, while editors take them for JSON.
+const QString profileSuffix = u"pcdprofile.json"_qs;
+
+} // namespace
 
 PProfileController::PProfileController(const PViewActions& actions, PCameraTabs& tabs,
                                        QWidget* window)
@@ -23,14 +34,59 @@ PProfileController::PProfileController(const PViewActions& actions, PCameraTabs&
     , m_window(window) {
     connect(actions.loadProfile, &QAction::triggered, this, &PProfileController::load);
     connect(actions.saveProfile, &QAction::triggered, this, &PProfileController::save);
+    connect(&tabs, &PCameraTabs::currentPageChanged, this, &PProfileController::askToApply);
+    connect(&tabs, &PCameraTabs::currentStateChanged, this, &PProfileController::askToApply);
+}
+
+QString PProfileController::filter() {
+    return tr("Camera profiles") + u" (*.%1 *.json)"_qs.arg(profileSuffix);
 }
 
 void PProfileController::load() {
-    const QString path = QFileDialog::getOpenFileName(
-        m_window, tr("Load profile"), PCaptureFolder::path(), tr("Camera profiles (*.json)"));
-    // It may have been unplugged while the dialog was open.
-    if (!path.isEmpty() && m_tabs.currentPage()->camera().device() != nullptr)
+    const QString path = QFileDialog::getOpenFileName(m_window, tr("Load profile"),
+                                                      PCaptureFolder::path(), filter());
+    if (!path.isEmpty())
+        applyIfPluggedIn(path);
+}
+
+/// The camera may have been unplugged while a dialog was open.
+void PProfileController::applyIfPluggedIn(const QString& path) {
+    if (m_tabs.currentPage()->camera().device() != nullptr)
         apply(path);
+}
+
+void PProfileController::offer(const QString& path) {
+    PDeviceProfile profile;
+    const PStatus status = PDeviceProfileFile::read(path, profile);
+    if (!status.isOk()) {
+        PViewLog::warning(status.reason()); // for a user at a terminal
+        QMessageBox::warning(m_window, tr("Load profile"), status.reason());
+        return;
+    }
+    m_offered = path;
+    askToApply();
+    if (!m_offered.isEmpty())
+        emit messageChanged(tr("Connect a camera to apply “%1”.").arg(QFileInfo(path).fileName()));
+}
+
+/// Not without asking: the file may have been opened with a double click, to look at it.
+void PProfileController::askToApply() {
+    const PCameraPage* const page = m_tabs.currentPage();
+    if (m_offered.isEmpty() || page == nullptr || page->camera().device() == nullptr)
+        return;
+    const QString path = std::exchange(m_offered, {});
+    const QString question = tr("Apply the settings in “%1” to %2?")
+                                 .arg(QFileInfo(path).fileName(), page->camera().identity().id);
+    auto* const box = new QMessageBox(QMessageBox::Question, tr("Load profile"), question,
+                                      QMessageBox::Apply | QMessageBox::Cancel, m_window);
+    box->setDefaultButton(QMessageBox::Apply);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setTextFormat(Qt::PlainText);
+    connect(box, &QMessageBox::finished, this, [this, path](int button) {
+        if (button == QMessageBox::Apply)
+            applyIfPluggedIn(path);
+    });
+    box->open();
 }
 
 void PProfileController::apply(const QString& path) {
@@ -48,10 +104,9 @@ void PProfileController::apply(const QString& path) {
 }
 
 void PProfileController::save() {
-    QFileDialog dialog(m_window, tr("Save profile"), PCaptureFolder::path(),
-                       tr("Camera profiles (*.json)"));
+    QFileDialog dialog(m_window, tr("Save profile"), PCaptureFolder::path(), filter());
     dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setDefaultSuffix(u"json"_qs);
+    dialog.setDefaultSuffix(profileSuffix);
     if (dialog.exec() == QDialog::Accepted)
         saveTo(dialog.selectedFiles().value(0));
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QObject>
+#include <QString>
 
 class PCameraTabs;
 class PViewActions;
@@ -19,17 +20,24 @@ public:
     /// Applies the profile in this file to the camera in front, which must be plugged in, and shows
     /// the report; a file that cannot be applied is reported in a message box instead.
     void apply(const QString& path);
+    /// Asks the user whether to apply the profile in this file to the camera in front, as soon as
+    /// one is plugged in; a file that is not a profile is reported in a message box instead.
+    void offer(const QString& path);
     /// Saves the settings of the camera in front to this file, if it is plugged in.
     void saveTo(const QString& path);
 
 signals:
-    /// A message for the status bar: the result of saving.
+    /// A message for the status bar: the result of saving, or what an offered profile waits for.
     void messageChanged(const QString& message);
 
 private:
+    static QString filter();
     void load();
     void save();
+    void askToApply();
+    void applyIfPluggedIn(const QString& path);
 
     PCameraTabs& m_tabs;
     QWidget* m_window;
+    QString m_offered; ///< the file; empty: none, or the user was asked
 };

@@ -3,6 +3,7 @@
 
 #include <apps/common/camera/PCameraHost.h>
 #include <apps/pcdview/window/actions/PControllers.h>
+#include <apps/pcdview/window/actions/PProfileController.h>
 #include <apps/pcdview/window/actions/PRecordController.h>
 #include <apps/pcdview/window/actions/PViewActions.h>
 #include <apps/pcdview/window/camera/PCameraTabs.h>
@@ -67,6 +68,10 @@ void PMainWindow::restoreLayout() {
     resize(usualSize().boundedTo(screen()->availableSize()));
     restoreGeometry(settings.value(geometryKey).toByteArray());
     restoreState(settings.value(stateKey).toByteArray());
+}
+
+void PMainWindow::offerProfile(const QString& path) {
+    m_controllers->profile().offer(path);
 }
 
 void PMainWindow::closeUnasked() {

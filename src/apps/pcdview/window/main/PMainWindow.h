@@ -28,6 +28,8 @@ public:
     static QSize usualSize() { return {1440, 900}; }
 
     PCameraTabs& cameraTabs() { return *m_cameraTabs; }
+    /// Asks the user whether to apply this profile (see PProfileController::offer).
+    void offerProfile(const QString& path);
     /// Closes the window without a question.
     void closeUnasked();
 

@@ -9,9 +9,12 @@
 
 #include <support/QtPrinters.h>
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QMessageBox>
 #include <QTimer>
+
+#include <functional>
 
 namespace {
 
@@ -33,6 +36,25 @@ protected:
     QString report() const {
         const auto boxes = window.findChildren<QMessageBox*>();
         return boxes.isEmpty() ? QString() : boxes.first()->text();
+    }
+
+    /// The question that is open; null if there is none.
+    QMessageBox* question() const { return window.findChild<QMessageBox*>(); }
+    void answer(QMessageBox::StandardButton button) {
+        ASSERT_NE(question(), nullptr);
+        question()->button(button)->click();
+    }
+    /// What a warning says that is shown while this is done.
+    QString warningOf(const std::function<void()>& action) {
+        QString warning;
+        QTimer::singleShot(0, &window, [&] {
+            auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            ASSERT_NE(box, nullptr);
+            warning = box->text();
+            box->reject();
+        });
+        action();
+        return warning;
     }
 
     const QString file = path(u"profile.json"_qs);
@@ -63,16 +85,58 @@ TEST_F(PProfileControllerTest, shows_what_the_camera_did_not_take) {
 
 TEST_F(PProfileControllerTest, warns_of_a_file_that_is_not_a_profile) {
     writeFile(file, "{");
-    QString warning;
-    QTimer::singleShot(0, &window, [&] {
-        auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        ASSERT_NE(box, nullptr);
-        warning = box->text();
-        box->reject();
-    });
-    controller->apply(file);
+    const QString warning = warningOf([this] { controller->apply(file); });
     EXPECT_TRUE(warning.contains(file)) << warning.toStdString();
     EXPECT_EQ(contrast->calls.count(u"set"_qs), 0);
+}
+
+TEST_F(PProfileControllerTest, asks_before_it_applies_one_that_is_offered) {
+    controller->saveTo(file);
+    contrast->setValue(7);
+    controller->offer(file);
+    ASSERT_NE(question(), nullptr);
+    EXPECT_EQ(question()->text(), u"Apply the settings in “profile.json” to Fake-1?"_qs);
+    EXPECT_EQ(contrast->inDevice, QVariant(7));
+    answer(QMessageBox::Apply);
+    EXPECT_EQ(contrast->inDevice, QVariant(5));
+}
+
+TEST_F(PProfileControllerTest, leaves_the_camera_as_it_is_if_the_user_does_not_want_the_profile) {
+    controller->saveTo(file);
+    contrast->setValue(7);
+    controller->offer(file);
+    answer(QMessageBox::Cancel);
+    EXPECT_EQ(contrast->inDevice, QVariant(7));
+    emit tabs->currentStateChanged();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(question(), nullptr); // not a second time
+}
+
+TEST_F(PProfileControllerTest, applies_nothing_to_a_camera_unplugged_during_the_question) {
+    controller->saveTo(file);
+    controller->offer(file);
+    unplugFirst();
+    answer(QMessageBox::Apply);
+    EXPECT_EQ(contrast->calls.count(u"set"_qs), 0);
+}
+
+TEST_F(PProfileControllerTest, asks_as_soon_as_a_camera_is_there) {
+    controller->saveTo(file);
+    tabs->closePage(tabs->currentPage());
+    controller->offer(file);
+    EXPECT_EQ(question(), nullptr);
+    EXPECT_EQ(lastOf(messages), u"Connect a camera to apply “profile.json”."_qs);
+    ASSERT_NO_FATAL_FAILURE(open(u"Fake-2"_qs));
+    ASSERT_NE(question(), nullptr);
+    EXPECT_TRUE(question()->text().contains(u"Fake-2"_qs));
+}
+
+TEST_F(PProfileControllerTest, warns_of_an_offered_file_that_is_not_a_profile_and_forgets_it) {
+    writeFile(file, "{");
+    const QString warning = warningOf([this] { controller->offer(file); });
+    EXPECT_TRUE(warning.contains(file)) << warning.toStdString();
+    emit tabs->currentStateChanged();
+    EXPECT_EQ(question(), nullptr);
 }
 
 TEST_F(PProfileControllerTest, saves_nothing_of_a_camera_that_was_unplugged) {
