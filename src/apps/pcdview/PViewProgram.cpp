@@ -17,6 +17,8 @@
 #include <PLog/PLog.h>
 
 #include <QApplication>
+#include <QDirIterator>
+#include <QIcon>
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QPixmap>
@@ -38,6 +40,16 @@ void installTextsOfQt(const QLocale& locale) {
         return;
     translator->setParent(QCoreApplication::instance());
     QCoreApplication::installTranslator(translator.release());
+}
+
+/// By which desktops know the program, and the icon where they do not.
+void introduceToDesktop() {
+    QGuiApplication::setDesktopFileName(u"pcdview"_qs);
+    QIcon icon;
+    QDirIterator files(u":/pcdview/window"_qs);
+    while (files.hasNext())
+        icon.addFile(files.next());
+    QApplication::setWindowIcon(icon);
 }
 
 void useLanguage(const QString& language) {
@@ -68,6 +80,7 @@ PStatus PViewProgram::start(const PViewOptions& options) {
     if (!status.isOk())
         return status;
     PCdGui::install();
+    introduceToDesktop();
     PTheme::apply(options.theme.isEmpty() ? PTheme::chosen() : PTheme::fromName(options.theme));
     m_host.findCameras();
     m_window = std::make_unique<PMainWindow>(m_host, m_problem, m_log);

@@ -20,6 +20,8 @@
 #include <QComboBox>
 #include <QDir>
 #include <QDockWidget>
+#include <QGuiApplication>
+#include <QIcon>
 #include <QImage>
 #include <QImageReader>
 #include <QLabel>
@@ -96,6 +98,16 @@ TEST_F(SessionTest, opens_the_first_camera_live_and_says_that_it_is_simulated) {
     EXPECT_TRUE(window().windowTitle().contains(u"Simulated camera"_qs));
     EXPECT_TRUE(window().windowTitle().contains(u"S0001"_qs));
     EXPECT_EQ(sizeShown(), QSize(320, 240));
+}
+
+TEST_F(SessionTest, desktops_know_the_window_by_name_and_icon) {
+    start({camera()});
+    EXPECT_EQ(QGuiApplication::desktopFileName(), u"pcdview"_qs);
+    QList<int> widths;
+    for (const QSize& size : window().windowIcon().availableSizes())
+        widths.append(size.width());
+    std::sort(widths.begin(), widths.end());
+    EXPECT_EQ(widths, (QList<int>{16, 24, 32, 48, 64, 128, 256}));
 }
 
 TEST_F(SessionTest, frames_are_shown_without_reading_the_modes_from_the_camera) {
