@@ -45,7 +45,7 @@ function(pcd_install_package)
             COMPONENT development)
     endforeach()
     configure_package_config_file("${source}/PCdConfig.cmake.in" "${made}/PCdConfig.cmake"
-        INSTALL_DESTINATION "${PCD_INSTALL_CMAKEDIR}")
+        INSTALL_DESTINATION "${PCD_INSTALL_CMAKEDIR}" PATH_VARS PCD_INSTALL_PLUGINDIR)
     # While the first number is 0, the second one says what fits.
     write_basic_package_version_file("${made}/PCdConfigVersion.cmake" COMPATIBILITY SameMinorVersion)
     install(FILES "${made}/PCdConfig.cmake" "${made}/PCdConfigVersion.cmake"

@@ -45,7 +45,7 @@ protected:
         question()->button(button)->click();
     }
     /// What a warning says that is shown while this is done.
-    QString warningOf(const std::function<void()>& action) {
+    QString warningText(const std::function<void()>& action) {
         QString warning;
         QTimer::singleShot(0, &window, [&] {
             auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
@@ -85,7 +85,7 @@ TEST_F(PProfileControllerTest, shows_what_the_camera_did_not_take) {
 
 TEST_F(PProfileControllerTest, warns_of_a_file_that_is_not_a_profile) {
     writeFile(file, "{");
-    const QString warning = warningOf([this] { controller->apply(file); });
+    const QString warning = warningText([this] { controller->apply(file); });
     EXPECT_TRUE(warning.contains(file)) << warning.toStdString();
     EXPECT_EQ(contrast->calls.count(u"set"_qs), 0);
 }
@@ -125,7 +125,7 @@ TEST_F(PProfileControllerTest, asks_as_soon_as_a_camera_is_there) {
     tabs->closePage(tabs->currentPage());
     controller->offer(file);
     EXPECT_EQ(question(), nullptr);
-    EXPECT_EQ(lastOf(messages), u"Connect a camera to apply “profile.json”."_qs);
+    EXPECT_EQ(lastMessage(messages), u"Connect a camera to apply “profile.json”."_qs);
     ASSERT_NO_FATAL_FAILURE(open(u"Fake-2"_qs));
     ASSERT_NE(question(), nullptr);
     EXPECT_TRUE(question()->text().contains(u"Fake-2"_qs));
@@ -133,7 +133,7 @@ TEST_F(PProfileControllerTest, asks_as_soon_as_a_camera_is_there) {
 
 TEST_F(PProfileControllerTest, warns_of_an_offered_file_that_is_not_a_profile_and_forgets_it) {
     writeFile(file, "{");
-    const QString warning = warningOf([this] { controller->offer(file); });
+    const QString warning = warningText([this] { controller->offer(file); });
     EXPECT_TRUE(warning.contains(file)) << warning.toStdString();
     emit tabs->currentStateChanged();
     EXPECT_EQ(question(), nullptr);
