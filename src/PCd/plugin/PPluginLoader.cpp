@@ -48,6 +48,7 @@ QString PPluginLoader::homeFolder() {
 QList<PDeviceRegister*> PPluginLoader::load() {
     m_failures.clear();
     m_loadedClasses.clear();
+    m_loadedFiles.clear();
     QList<PDeviceRegister*> registers;
     const QStringList files = pluginFiles();
     for (const QString& file : files) {
@@ -107,6 +108,7 @@ PDeviceRegister* PPluginLoader::loadFile(const QString& path) {
         return fail(path, u"it has been loaded already, and its register is in use"_qs);
     root->setProperty(ownedProperty, true);
     m_loadedClasses.append(className);
+    m_loadedFiles.append(path);
     return deviceRegister;
 }
 

@@ -34,6 +34,8 @@ public:
 
     /// The failures of load(): given paths that do not exist, and plugins that cannot be loaded.
     const QList<Failure>& failures() const { return m_failures; }
+    /// The files of the plugins that load() has returned, in the same order.
+    const QStringList& loadedFiles() const { return m_loadedFiles; }
 
 private:
     QStringList pluginFiles();
@@ -43,5 +45,6 @@ private:
 
     QStringList m_added;
     QStringList m_loadedClasses;
+    QStringList m_loadedFiles;
     QList<Failure> m_failures;
 };

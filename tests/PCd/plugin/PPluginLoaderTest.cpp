@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -93,6 +94,15 @@ TEST_F(PPluginLoaderTest, loads_plugins_of_different_makers) {
     load();
     EXPECT_EQ(countRegisters("TestRegister"), 1u);
     EXPECT_EQ(countRegisters("OtherRegister"), 1u);
+}
+
+TEST_F(PPluginLoaderTest, lists_the_files_of_the_loaded_plugins_only) {
+    loader.addSearchPath(pluginFile("noregister"));
+    loader.addSearchPath(pluginFile("device"));
+    load();
+    EXPECT_EQ(loader.loadedFiles().size(), qsizetype(roots.size()));
+    EXPECT_TRUE(loader.loadedFiles().contains(QFileInfo(pluginFile("device")).canonicalFilePath()));
+    EXPECT_FALSE(loader.loadedFiles().contains(pluginFile("noregister")));
 }
 
 TEST_F(PPluginLoaderTest, gives_a_root_that_is_a_device_register) {

@@ -6,6 +6,10 @@
 
 #include <utility>
 
+PCameraHost::~PCameraHost() {
+    qDeleteAll(m_found);
+}
+
 PStatus PCameraHost::loadScene(const QString& file) {
     if (m_sdk.isSimulated())
         return m_sdk.loadScene(file);
@@ -20,6 +24,7 @@ PStatus PCameraHost::loadPlugins(const QStringList& paths) {
         loader.addSearchPath(path);
     m_found = loader.load();
     m_failures = loader.failures();
+    m_files = loader.loadedFiles();
     if (m_found.isEmpty()) {
         return PStatus::failure(
             u"no camera plugin found; looked in %1"_qs.arg(loader.searchPaths().join(u", "_qs)));

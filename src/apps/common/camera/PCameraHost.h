@@ -12,6 +12,12 @@ class PDeviceRegister;
 /// The cameras of a program: SDK, plugins, devices, loaded in this order. The main thread.
 class PCameraHost {
 public:
+    PCameraHost() = default;
+    /// Deletes everything but the library.
+    ~PCameraHost();
+    PCameraHost(const PCameraHost&) = delete;
+    PCameraHost& operator=(const PCameraHost&) = delete;
+
     /// See PCameraSdk::load().
     PStatus loadSdk(const QString& choice) { return m_sdk.load(choice); }
     /// Sets the scene file of the simulated cameras. Fails with the error in it, or if the SDK is
@@ -21,6 +27,8 @@ public:
     /// of single plugins are in pluginFailures().
     PStatus loadPlugins(const QStringList& paths);
     const QList<PPluginLoader::Failure>& pluginFailures() const { return m_failures; }
+    /// The files of the plugins that were loaded.
+    const QStringList& pluginFiles() const { return m_files; }
     /// Finds the cameras of the plugins, and follows them from now on.
     void findCameras();
 
@@ -32,6 +40,7 @@ public:
 
 private:
     PCameraSdk m_sdk;
+    QStringList m_files;
     QList<PPluginLoader::Failure> m_failures;
     QList<PDeviceRegister*> m_found; ///< until the manager owns them
     PDeviceManager m_manager;

@@ -45,21 +45,27 @@ PStatus sdkFailure(const QString& asked, const QString& reason) {
 PStatus PCameraSdk::load(const QString& choice) {
     if (choice == u"auto"_qs)
         return loadAutomatic();
-    return open(choice == u"sim"_qs ? simulatorPath() : QFileInfo(choice).absoluteFilePath());
+    if (choice == u"sim"_qs)
+        return open(simulatorPath(), Origin::Simulator);
+    return open(QFileInfo(choice).absoluteFilePath(), Origin::Path);
 }
 
 PStatus PCameraSdk::loadAutomatic() {
     const QString named = qEnvironmentVariable(libraryVariable);
     if (!named.isEmpty())
-        return open(named);
+        return open(named, Origin::Environment);
     m_library = dlopen(systemLibrary, RTLD_NOW | RTLD_LOCAL);
-    if (m_library != nullptr)
+    if (m_library != nullptr) {
+        m_origin = Origin::System;
         return inspect(QString::fromLatin1(systemLibrary));
+    }
+    m_systemFailure = QString::fromLocal8Bit(dlerror());
     m_fallback = true;
-    return open(simulatorPath());
+    return open(simulatorPath(), Origin::Simulator);
 }
 
-PStatus PCameraSdk::open(const QString& path) {
+PStatus PCameraSdk::open(const QString& path, Origin origin) {
+    m_origin = origin;
     m_library = dlopen(QFile::encodeName(path).constData(), RTLD_NOW | RTLD_LOCAL);
     if (m_library == nullptr)
         return sdkFailure(path, QString::fromLocal8Bit(dlerror()));
@@ -76,6 +82,15 @@ PStatus PCameraSdk::inspect(const QString& asked) {
     // The path, not the name: the plugin gets this very library, whatever it is called.
     qputenv(libraryVariable, QFile::encodeName(m_path));
     return PStatus::Ok;
+}
+
+QStringList PCameraSdk::findMissing(const QStringList& functions) const {
+    QStringList missing;
+    for (const QString& function : functions) {
+        if (dlsym(m_library, function.toLatin1().constData()) == nullptr)
+            missing.append(function);
+    }
+    return missing;
 }
 
 PStatus PCameraSdk::loadScene(const QString& file) {

@@ -4,6 +4,7 @@
 #include <PCore/PStatus.h>
 
 #include <QString>
+#include <QStringList>
 
 /// The camera SDK library a program runs on: the maker's or the simulated one. The main thread,
 /// before the plugins are loaded; once loaded, the library stays until the program ends.
@@ -19,22 +20,32 @@ public:
     /// wrong with it. Only if isSimulated().
     PStatus loadScene(const QString& file);
 
+    /// Where the library is from.
+    enum class Origin { Simulator, Environment, System, Path };
+    Origin origin() const { return m_origin; }
+
     bool isSimulated() const { return m_simulated; }
     /// True if "auto" found no other library than the simulated one.
     bool isFallback() const { return m_fallback; }
+    /// Why "auto" could not load the system's library; empty if it did not try, or could.
+    const QString& systemFailure() const { return m_systemFailure; }
     /// The library's file.
     const QString& path() const { return m_path; }
     /// The version that the library reports; empty if it reports none.
     const QString& version() const { return m_version; }
+    /// Which of these functions the library does not export. Only after load().
+    QStringList findMissing(const QStringList& functions) const;
 
 private:
     PStatus loadAutomatic();
-    PStatus open(const QString& path);
+    PStatus open(const QString& path, Origin origin);
     PStatus inspect(const QString& asked);
 
     void* m_library = nullptr;
     QString m_path;
     QString m_version;
+    QString m_systemFailure;
+    Origin m_origin = Origin::Path;
     bool m_simulated = false;
     bool m_fallback = false;
 };
