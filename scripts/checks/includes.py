@@ -54,6 +54,7 @@ FOLDERS = {
         "scene": "frame",
     },
     "apps/common": {
+        "doctor": "camera program system",
         "ome": "camera metadata program record tiff",
         "record": "camera picture",
         "picture": "metadata tiff",
