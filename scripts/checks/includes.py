@@ -62,8 +62,9 @@ FOLDERS = {
         "metadata": "camera program",
     },
     "apps/pcdctl": {
-        ".": "camera cli commands",
+        ".": "camera cli commands doctor",
         "commands": "camera cli properties runs",
+        "doctor": "cli runs",
         "runs": "camera cli",
         "camera": "cli properties",
         "properties": "cli",

@@ -3,6 +3,7 @@
 #include <apps/pcdctl/cli/PCtlOutput.h>
 #include <apps/pcdctl/cli/PCtlParser.h>
 #include <apps/pcdctl/commands/PCtlCommands.h>
+#include <apps/pcdctl/doctor/PDoctorCommand.h>
 
 #include <apps/common/program/PTerminationSignals.h>
 
@@ -69,6 +70,8 @@ PCtlOutcome runCommand(PCtlHost& host, const PCtlOptions& options) {
         return runRecordCommand(host, options);
     case PCtlOptions::Command::Monitor:
         return runMonitorCommand(host, options);
+    case PCtlOptions::Command::Doctor:
+        break; // has no host: it examines why there may be none
     }
     return PCtlOutcome::failed(u"unknown command"_qs);
 }
@@ -79,6 +82,8 @@ PCtlOutcome runOptions(const PCtlOptions& options) {
         outcome = prepareFiles(options);
     if (!outcome.isDone())
         return outcome;
+    if (options.command == PCtlOptions::Command::Doctor)
+        return runDoctorCommand(options);
     PCtlHost host;
     outcome = host.start(options);
     return outcome.isDone() ? runCommand(host, options) : outcome;

@@ -20,7 +20,7 @@ void PrintTo(const UsageRow& row, std::ostream* out) {
 constexpr UsageRow wrongUsages[] = {
     {"no_command", "",
      "no command given: expected one of list, modes, props, get, set, profile, reset, snap, "
-     "stream, trigger, record, monitor"},
+     "stream, trigger, record, monitor, doctor"},
     {"only_an_option", "--json", "no command given"},
     {"an_unknown_command", "paint", "unknown command \"paint\": expected one of list, modes"},
     {"a_second_command", "list modes", "unexpected argument \"modes\""},
@@ -71,6 +71,19 @@ constexpr UsageRow wrongUsages[] = {
     {"a_setting_for_the_list", "list --set gamma=5", "Unknown option 'set'"},
     {"an_empty_setting", "snap -o a.png --set=", "\"\" is not a value for --set"},
     {"an_empty_profile", "snap -o a.png --profile=", "\"\" is not a value for --profile"},
+    {"a_usb_id_with_two_digits", "doctor --udev 12:34",
+     "\"12:34\" is not a value for --udev: expected VENDOR:PRODUCT, four hexadecimal digits each, "
+     "or \"found\""},
+    {"a_usb_id_that_is_no_number", "doctor --udev 1234:56zz",
+     "\"1234:56zz\" is not a value for --udev"},
+    {"a_rate_of_zero", "doctor --rate 0",
+     "\"0\" is not a value for --rate: expected a number of megabytes per second above 0"},
+    {"a_rate_that_is_a_word", "doctor --rate fast", "\"fast\" is not a value for --rate"},
+    {"a_rule_file_without_a_rule", "doctor --rule-file a", "--rule-file is for the rule of --udev"},
+    {"a_rule_and_a_report", "doctor --udev 1234:5678 --report a",
+     "--udev and --report cannot be used together"},
+    {"a_folder_without_a_name", "doctor --folder=", "\"\" is not a value for --folder"},
+    {"a_udev_rule_from_the_list", "list --udev 1234:5678", "Unknown option 'udev'"},
     {"a_camera_for_all_cameras", "monitor -c 0", "Unknown option 'c'"},
 };
 
@@ -120,9 +133,9 @@ TEST(PcdctlUsage, help_goes_to_the_standard_output_and_lists_commands_and_exit_c
     const CtlResult result = runCtl({u"--help"_qs});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.errors, QString());
-    for (const char* text :
-         {"\n  list ", "\n  modes ", "\n  props ", "\n  get ", "\n  set ", "\n  profile ",
-          "\n  reset ", "\n  snap ", "\n  stream ", "\n  monitor ", "--plugin-path", "Exit codes:"})
+    for (const char* text : {"\n  list ", "\n  modes ", "\n  props ", "\n  get ", "\n  set ",
+                             "\n  profile ", "\n  reset ", "\n  snap ", "\n  stream ",
+                             "\n  monitor ", "\n  doctor ", "--plugin-path", "Exit codes:"})
         EXPECT_TRUE(result.output.contains(text)) << text;
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <apps/pcdctl/cli/PDoctorOptions.h>
+
 #include <apps/common/camera/PTriggerControl.h>
 #include <apps/common/program/PProgramOptions.h>
 
@@ -21,7 +23,8 @@ struct PCtlOptions : PProgramOptions {
         Stream,
         Trigger,
         Record,
-        Monitor
+        Monitor,
+        Doctor
     };
     /// The second word of the command `profile`.
     enum class ProfileAction { Save, Load, Diff };
@@ -58,4 +61,6 @@ struct PCtlOptions : PProgramOptions {
 
     std::optional<std::chrono::milliseconds> interval; ///< record: of a time-lapse; none: all
     std::optional<double> pixelSizeUm;                 ///< on the specimen, as saved
+
+    PDoctorOptions doctor;
 };

@@ -7,7 +7,7 @@
 /// type.
 struct PCtlOutcome {
     /// The exit codes, as the help documents them.
-    enum Code { Done = 0, Failed = 1, WrongUsage = 2, NotFound = 3 };
+    enum Code { Done = 0, Failed = 1, WrongUsage = 2, NotFound = 3, Warned = 4 };
 
     Code code = Done;
     QString message;
@@ -17,4 +17,5 @@ struct PCtlOutcome {
     static PCtlOutcome failed(const QString& message) { return {Failed, message}; }
     static PCtlOutcome wrongUsage(const QString& message) { return {WrongUsage, message}; }
     static PCtlOutcome notFound(const QString& message) { return {NotFound, message}; }
+    static PCtlOutcome warned(const QString& message) { return {Warned, message}; }
 };

@@ -245,6 +245,8 @@ PCtlOutcome PCtlParser::readNumbers(const QCommandLineParser& parser) {
 }
 
 PCtlOutcome PCtlParser::readFiles(const QCommandLineParser& parser) {
+    if (m_options.command == PCtlOptions::Command::Doctor)
+        return usageUnlessOk(m_options.doctor.read(parser));
     if (m_options.command == PCtlOptions::Command::Profile)
         return readProfileAction(m_options.words, m_options);
     m_options.output = parser.value(u"output"_qs);

@@ -23,7 +23,7 @@ constexpr int anyNumber = 1'000'000;
 const QList<Command> prepared{Command::Props,   Command::Get,     Command::Set,
                               Command::Profile, Command::Reset,   Command::Snap,
                               Command::Stream,  Command::Trigger, Command::Record};
-const QList<Command> oneCamera = prepared + QList<Command>{Command::Modes};
+const QList<Command> oneCamera = prepared + QList<Command>{Command::Modes, Command::Doctor};
 const QList<Command> everyCommand = oneCamera + QList<Command>{Command::List, Command::Monitor};
 
 QList<OptionSyntax> commonOptions() {
@@ -123,6 +123,33 @@ QList<OptionSyntax> commandOptions() {
     };
 }
 
+QList<OptionSyntax> doctorOptions() {
+    return {
+        {{Command::Doctor},
+         {u"udev"_qs,
+          u"Examine nothing; write the udev rule that gives users access to the USB device with "
+          "these ids, four hexadecimal digits each, or to those \"found\" on the bus that can be "
+          "cameras. May be repeated."_qs,
+          u"VENDOR:PRODUCT"_qs}},
+        {{Command::Doctor},
+         {u"rule-file"_qs, u"Write the rule of --udev to this file, not to standard output."_qs,
+          u"FILE"_qs}},
+        {{Command::Doctor},
+         {u"folder"_qs, u"Measure the disk of this folder. Default: the current folder."_qs,
+          u"DIR"_qs}},
+        {{Command::Doctor},
+         {u"rate"_qs,
+          u"Compare the disk with this rate, in megabytes per second. Default: what the camera "
+          "sends in a short stream."_qs,
+          u"MB"_qs}},
+        {{Command::Doctor},
+         {u"report"_qs,
+          u"Also write the findings to this file, to attach to a report of a fault. Names of users "
+          "and of the computer, and home folders, are left out."_qs,
+          u"FILE"_qs}},
+    };
+}
+
 QList<CommandSyntax> makeCommands() {
     return {
         {Command::List, u"list"_qs, u"Show the cameras that are present."_qs,
@@ -165,6 +192,10 @@ QList<CommandSyntax> makeCommands() {
          "pcdctl record -o run.ome.tif --pixel-size 0.345"_qs},
         {Command::Monitor, u"monitor"_qs, u"Show cameras as they come and go."_qs,
          u"pcdctl monitor\npcdctl monitor -t 60 --json"_qs},
+        {Command::Doctor, u"doctor"_qs,
+         u"Examine SDK, plugins, USB, disk and clock, and say how to fix what is wrong."_qs,
+         u"pcdctl doctor\npcdctl doctor --folder /data --report doctor.txt\n"
+         "pcdctl doctor --udev found | sudo tee /etc/udev/rules.d/70-pcd-camera.rules"_qs},
     };
 }
 
@@ -183,7 +214,8 @@ constexpr auto exitCodes = "\nExit codes:\n"
                            "  0  done\n"
                            "  1  failed\n"
                            "  2  wrong usage\n"
-                           "  3  no such camera, or no camera at all\n";
+                           "  3  no such camera, or no camera at all\n"
+                           "  4  doctor found warnings, but no errors\n";
 
 } // namespace
 
@@ -200,7 +232,8 @@ const CommandSyntax* PCtlSyntax::findCommand(const QString& name) {
 }
 
 void PCtlSyntax::addOptions(QCommandLineParser& parser, const CommandSyntax* command) {
-    for (const OptionSyntax& syntax : cameraOptions() + commandOptions() + commonOptions()) {
+    for (const OptionSyntax& syntax :
+         cameraOptions() + commandOptions() + doctorOptions() + commonOptions()) {
         if (command == nullptr || syntax.commands.contains(command->command))
             parser.addOption(syntax.option);
     }

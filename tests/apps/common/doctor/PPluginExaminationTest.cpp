@@ -51,7 +51,7 @@ TEST_F(PPluginExaminationTest, a_path_without_a_file_has_to_be_corrected) {
         << findings.last().fix.toStdString();
 }
 
-TEST_F(PPluginExaminationTest, a_plugin_for_a_later_qt_is_told_from_its_mark) {
+TEST_F(PPluginExaminationTest, a_plugin_for_a_later_qt_is_recognised_by_its_mark) {
     QByteArray library = readFile(labPlugin);
     // The mark follows the owner of the note: its format, then major and minor version of Qt.
     const qsizetype owner = library.indexOf(QByteArray("qt-project!\0", 12));
