@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+/// @file
+/// Kinds and options that hosts, plugins and files have in common, as fixed numbers.
+
 #include <QMetaType>
 
+/// The numbers in the contract between hosts and plugins.
 namespace PCD {
 
 /// Kind of a property: which editor shows it and what its value is. Plugins pass these numbers and

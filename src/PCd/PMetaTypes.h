@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+/// @file
+/// Registration of the framework's value types with Qt.
+
 #include <PCore/PExport.h>
 
 /// Registers the framework's value types with Qt under the names that plugins and queued

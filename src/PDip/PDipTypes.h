@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+/// @file
+/// Pixel formats and the other fixed numbers that describe an image.
+
+/// Images: their formats, their pixels, and what can fail.
 namespace PDIP {
 
 /// How the pixels of an image are laid out in memory, byte by byte.

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+/// @file
+/// Operations on the pixels of an image.
+
 #include <PCore/PExport.h>
 #include <PCore/PStatus.h>
 

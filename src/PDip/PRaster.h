@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+/// @file
+/// An image as rows of pixels.
+
 #include <PDip/PImage.h>
 #include <PDip/dip_exception.h>
 

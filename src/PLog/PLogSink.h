@@ -20,7 +20,7 @@ public:
 };
 
 /// One record as one line of text: "hh:mm:ss.zzz level source: text", the time in UTC, line
-/// breaks written as \n or \r; with `location` also " [function, file:line]".
+/// breaks written as `\n` or `\r`; with `location` also " [function, file:line]".
 PCD_EXPORT QString formatLogRecord(const PLogRecord& record, bool location = false);
 
 /// Writes lines to the standard error stream.
