@@ -89,6 +89,14 @@ TEST_F(SnapCommand, another_program_reads_how_the_picture_was_made) {
     EXPECT_FALSE(readFile(path(u"a.tif"_qs)).contains("12500"));
 }
 
+TEST_F(SnapCommand, saves_the_exposure_that_another_setting_has_set) {
+    ASSERT_EQ(snap(path(u"a.png"_qs), {u"--set"_qs, u"extexposure.autoexpenabled=off"_qs,
+                                       u"--set"_qs, u"extexposure.exp=20"_qs})
+                  .exitCode,
+              0);
+    EXPECT_EQ(QImage(path(u"a.png"_qs)).text(u"Exposure"_qs), u"20 ms (manual)"_qs);
+}
+
 TEST_F(SnapCommand, a_mode_may_be_given_by_its_name) {
     ASSERT_EQ(snap(path(u"a.png"_qs), {u"--mode"_qs, u"160x120"_qs}).exitCode, 0);
     EXPECT_EQ(QImage(path(u"a.png"_qs)).size(), QSize(160, 120));

@@ -49,6 +49,15 @@ TEST_F(StreamSave, saves_every_frame_under_its_number_with_its_colours) {
     }
 }
 
+TEST_F(StreamSave, saves_the_exposure_that_another_setting_has_set) {
+    const CtlResult result =
+        runCtl(arguments({u"-n"_qs, u"2"_qs, u"--set"_qs, u"extexposure.autoexpenabled=off"_qs,
+                          u"--set"_qs, u"extexposure.exp=20"_qs}));
+    ASSERT_EQ(result.exitCode, 0) << result.errors.toStdString();
+    for (const char* number : {"001", "002"})
+        EXPECT_EQ(QImage(file(number)).text(u"Exposure"_qs), u"20 ms (manual)"_qs);
+}
+
 TEST_F(StreamSave, after_an_unplug_every_saved_file_is_whole) {
     scene.addFault(unplugAfter(12));
     const CtlResult result = runCtl(arguments({u"-n"_qs, u"100000"_qs}));

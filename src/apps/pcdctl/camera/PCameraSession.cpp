@@ -81,8 +81,13 @@ PCtlOutcome PCameraSession::setMode(const QString& requested) {
                                : failedUnlessOk(m_device->setMode(*mode));
 }
 
+void PCameraSession::watchExposure() {
+    m_exposure = std::make_unique<PExposureWatch>(m_device);
+}
+
 PStatus PCameraSession::close() {
     const PStatus stopped = stopLive();
+    m_exposure.reset();
     if (m_device != nullptr)
         m_device->unlink();
     return stopped;

@@ -5,8 +5,12 @@
 #include <apps/pcdctl/cli/PCtlOutcome.h>
 #include <apps/pcdctl/cli/PInterruptibleLoop.h>
 
+#include <apps/common/camera/PExposureWatch.h>
+
 #include <PCd/device/PDevice.h>
 #include <PCd/device/PDeviceManager.h>
+
+#include <memory>
 
 /// One camera in use, from linking to unlinking; it may be unplugged at any moment in between.
 /// The main thread.
@@ -25,6 +29,10 @@ public:
     /// Stops the stream and waits until the frames on their way have arrived, then unlinks. Fails
     /// if the camera would not stop.
     PStatus close();
+
+    /// Reads the camera's exposure now and keeps it up to date until close(), because frames are
+    /// stamped with it, and other settings and automatic exposure change it.
+    void watchExposure();
 
     /// Starts the stream and waits for its first frame. Fails if it does not arrive in time (30 s
     /// by default).
@@ -62,4 +70,5 @@ private:
     PDeviceMode m_mode;
     PFrameLedger m_lastLedger;
     std::chrono::milliseconds m_firstFrameTook{0};
+    std::unique_ptr<PExposureWatch> m_exposure;
 };

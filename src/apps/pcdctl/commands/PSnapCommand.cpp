@@ -37,6 +37,7 @@ private:
         PDevice* const device = m_session.device();
         QObject::connect(device, &PDevice::snapshotTaken, &m_session,
                          [this](const PDeviceFrame& frame) { m_picture = frame; });
+        m_session.watchExposure();
         return m_session.startLive(options.timeout);
     }
 

@@ -44,6 +44,7 @@ PCtlOutcome PLiveRun::start() {
 
 PCtlOutcome PLiveRun::startStream() {
     PDevice* const device = m_session.device();
+    m_session.watchExposure();
     m_ledgerAtStart = m_session.ledger(); // an action may have had a stream before
     // In a time-lapse the recorder leaves most frames out: the number is not that of the stream.
     if (!m_options.interval)

@@ -7,7 +7,6 @@
 #include <QFileInfo>
 
 PCtlOutcome PRecordRun::prepare() {
-    m_exposure = std::make_unique<PExposureWatch>(session().device());
     record(makeWriter(), {options().frames, options().duration, options().interval});
     return {};
 }

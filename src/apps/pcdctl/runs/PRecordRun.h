@@ -4,8 +4,6 @@
 #include <apps/pcdctl/runs/PLiveRun.h>
 #include <apps/pcdctl/runs/PRecordReport.h>
 
-#include <apps/common/camera/PExposureWatch.h>
-
 /// One recording: a stream whose frames go into files until the recorder's plan is fulfilled. The
 /// main thread.
 class PRecordRun : public PLiveRun {
@@ -25,6 +23,4 @@ protected:
 
 private:
     std::unique_ptr<PFrameWriter> makeWriter() const;
-
-    std::unique_ptr<PExposureWatch> m_exposure;
 };
