@@ -25,7 +25,14 @@ constexpr UsageRow wrongUsages[] = {
     {"an_unknown_command", "paint", "unknown command \"paint\": expected one of list, modes"},
     {"a_second_command", "list modes", "unexpected argument \"modes\""},
     {"an_unknown_option", "list --colour", "Unknown option 'colour'"},
-    {"an_option_of_another_command", "list -n 3", "Unknown option 'n'"},
+    {"an_option_of_another_command", "list -n 3",
+     "list does not take the option -n: expected it with one of stream, record\n"
+     "Try \"pcdctl list --help\"."},
+    {"a_camera_before_the_command_that_takes_none", "-c 7 list",
+     "list does not take the option -c: expected it with one of modes, props, get, set, profile, "
+     "reset, snap, stream, trigger, record\n"},
+    {"a_camera_without_a_blank_for_the_command_that_takes_none", "list -c7",
+     "list does not take the option -c: "},
     {"an_option_without_its_value", "stream --frames", "Missing value after '--frames'"},
     {"a_value_for_a_switch", "list --json=yes", "Unexpected value after '--json'"},
     {"a_number_of_frames_that_is_a_word", "stream -n many",
@@ -68,7 +75,7 @@ constexpr UsageRow wrongUsages[] = {
     {"a_profile_with_two_files", "profile diff a b", "unexpected argument \"b\""},
     {"an_unknown_use_of_a_profile", "profile paint a",
      "\"paint\" is nothing to do with a profile: expected save, load or diff"},
-    {"a_setting_for_the_list", "list --set gamma=5", "Unknown option 'set'"},
+    {"a_setting_for_the_list", "list --set gamma=5", "list does not take the option --set: "},
     {"an_empty_setting", "snap -o a.png --set=", "\"\" is not a value for --set"},
     {"an_empty_profile", "snap -o a.png --profile=", "\"\" is not a value for --profile"},
     {"a_usb_id_with_two_digits", "doctor --udev 12:34",
@@ -83,8 +90,9 @@ constexpr UsageRow wrongUsages[] = {
     {"a_rule_and_a_report", "doctor --udev 1234:5678 --report a",
      "--udev and --report cannot be used together"},
     {"a_folder_without_a_name", "doctor --folder=", "\"\" is not a value for --folder"},
-    {"a_udev_rule_from_the_list", "list --udev 1234:5678", "Unknown option 'udev'"},
-    {"a_camera_for_all_cameras", "monitor -c 0", "Unknown option 'c'"},
+    {"a_udev_rule_from_the_list", "list --udev 1234:5678",
+     "list does not take the option --udev: "},
+    {"a_camera_for_all_cameras", "monitor -c 0", "monitor does not take the option -c: "},
 };
 
 class WrongUsage : public testing::TestWithParam<UsageRow> {};
@@ -137,6 +145,18 @@ TEST(PcdctlUsage, help_goes_to_the_standard_output_and_lists_commands_and_exit_c
                              "\n  profile ", "\n  reset ", "\n  snap ", "\n  stream ",
                              "\n  monitor ", "\n  doctor ", "--plugin-path", "Exit codes:"})
         EXPECT_TRUE(result.output.contains(text)) << text;
+}
+
+TEST(PcdctlUsage, help_has_the_options_that_all_commands_take_and_no_others) {
+    const QByteArray help = runCtl({u"--help"_qs}).output;
+    for (const char* option : {"--sdk", "--scene", "--log-level", "--lang", "--json", "--version"})
+        EXPECT_TRUE(help.contains(option)) << option;
+    for (const char* option : {"--camera", "--set", "--output", "--exposure", "--frames"})
+        EXPECT_FALSE(help.contains(option)) << option;
+}
+
+TEST(PcdctlUsage, help_of_a_command_is_shown_before_and_after_it) {
+    EXPECT_EQ(runCtl({u"--help"_qs, u"snap"_qs}).output, runCtl({u"snap"_qs, u"--help"_qs}).output);
 }
 
 TEST(PcdctlUsage, help_of_a_command_has_its_options_and_examples_only) {

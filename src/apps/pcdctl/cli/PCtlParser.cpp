@@ -91,12 +91,29 @@ PCtlOutcome readPixelSize(const QCommandLineParser& parser, std::optional<double
     return {};
 }
 
+QString withDashes(const QString& option) {
+    return (option.size() == 1 ? u"-"_qs : u"--"_qs) + option;
+}
+
 /// Fails if an option is not one of this command's.
-PCtlOutcome checkOptions(const PCtlSyntax::CommandSyntax& syntax, const QStringList& arguments) {
-    QCommandLineParser parser;
-    PCtlSyntax::addOptions(parser, &syntax);
-    if (!parser.parse(arguments))
-        return withHint(parser.errorText(), syntax.name + u' ');
+PCtlOutcome checkOption(const PCtlSyntax::CommandSyntax& syntax, const QString& name) {
+    const PCtlSyntax::OptionSyntax* const option = PCtlSyntax::findOption(name);
+    if (option == nullptr || option->commands.contains(syntax.command))
+        return {};
+    return withHint(
+        u"%1 does not take the option %2: expected it with one of %3"_qs.arg(
+            syntax.name, withDashes(name), PCtlSyntax::commandsWith(*option).join(u", "_qs)),
+        syntax.name + u' ');
+}
+
+/// Fails if the command does not take these options, or this number of words.
+PCtlOutcome checkArguments(const PCtlSyntax::CommandSyntax& syntax,
+                           const QCommandLineParser& parser) {
+    for (const QString& name : parser.optionNames()) {
+        const PCtlOutcome outcome = checkOption(syntax, name);
+        if (!outcome.isDone())
+            return outcome;
+    }
     const QStringList words = parser.positionalArguments();
     const qsizetype count = words.size() - 1; // the command is an argument too
     if (count > syntax.mostWords)
@@ -207,7 +224,7 @@ PCtlOutcome PCtlParser::parse(const QStringList& arguments) {
         return withHint(parser.errorText(), syntax == nullptr ? QString() : word + u' ');
     if (syntax == nullptr)
         return withHint(badCommand(word), QString());
-    const PCtlOutcome outcome = checkOptions(*syntax, arguments);
+    const PCtlOutcome outcome = checkArguments(*syntax, parser);
     m_options.command = syntax->command;
     return outcome.isDone() ? readOptions(parser) : outcome;
 }

@@ -11,11 +11,7 @@ namespace {
 using Command = PCtlOptions::Command;
 using Shared = PProgramOptions::Option;
 using CommandSyntax = PCtlSyntax::CommandSyntax;
-
-struct OptionSyntax {
-    QList<Command> commands;
-    QCommandLineOption option;
-};
+using OptionSyntax = PCtlSyntax::OptionSyntax;
 
 constexpr int anyNumber = 1'000'000;
 
@@ -210,12 +206,28 @@ QString commandSummaries() {
     return text + u"\n\"pcdctl COMMAND --help\" shows the options and examples of a command.\n"_qs;
 }
 
-constexpr auto exitCodes = "\nExit codes:\n"
-                           "  0  done\n"
-                           "  1  failed\n"
-                           "  2  wrong usage\n"
-                           "  3  no such camera, or no camera at all\n"
-                           "  4  doctor found warnings, but no errors\n";
+QString exitCodeLines() {
+    QString text = u"\nExit codes:\n"_qs;
+    const QStringList& codes = PCtlSyntax::exitCodes();
+    for (qsizetype code = 0; code < codes.size(); ++code)
+        text += u"  %1  %2\n"_qs.arg(code).arg(codes[code]);
+    return text;
+}
+
+void addHelpOptions(QCommandLineParser& parser) {
+    parser.addOption({{u"h"_qs, u"help"_qs}, u"Show this help."_qs});
+    parser.addOption({{u"v"_qs, u"version"_qs}, u"Show the version."_qs});
+}
+
+QString programHelp() {
+    QCommandLineParser parser;
+    for (const OptionSyntax& syntax : commonOptions())
+        parser.addOption(syntax.option);
+    addHelpOptions(parser);
+    parser.setApplicationDescription(PCtlSyntax::summary());
+    parser.addPositionalArgument(u"command"_qs, u"What to do; see below."_qs);
+    return parser.helpText() + commandSummaries() + exitCodeLines();
+}
 
 } // namespace
 
@@ -231,28 +243,56 @@ const CommandSyntax* PCtlSyntax::findCommand(const QString& name) {
     return found == all.end() ? nullptr : &*found;
 }
 
+const QList<OptionSyntax>& PCtlSyntax::options() {
+    static const QList<OptionSyntax> all =
+        cameraOptions() + commandOptions() + doctorOptions() + commonOptions();
+    return all;
+}
+
+const OptionSyntax* PCtlSyntax::findOption(const QString& name) {
+    const QList<OptionSyntax>& all = options();
+    const auto found = std::find_if(all.begin(), all.end(), [&](const OptionSyntax& syntax) {
+        return syntax.option.names().contains(name);
+    });
+    return found == all.end() ? nullptr : &*found;
+}
+
+QStringList PCtlSyntax::commandsWith(const OptionSyntax& option) {
+    QStringList names;
+    for (const CommandSyntax& command : commands()) {
+        if (option.commands.contains(command.command))
+            names.append(command.name);
+    }
+    return names;
+}
+
 void PCtlSyntax::addOptions(QCommandLineParser& parser, const CommandSyntax* command) {
-    for (const OptionSyntax& syntax :
-         cameraOptions() + commandOptions() + doctorOptions() + commonOptions()) {
+    for (const OptionSyntax& syntax : options()) {
         if (command == nullptr || syntax.commands.contains(command->command))
             parser.addOption(syntax.option);
     }
-    parser.addOption({{u"h"_qs, u"help"_qs}, u"Show this help."_qs});
-    parser.addOption({{u"v"_qs, u"version"_qs}, u"Show the version."_qs});
+    addHelpOptions(parser);
+}
+
+QString PCtlSyntax::summary() {
+    return u"Controls microscope cameras from the command line."_qs;
+}
+
+const QStringList& PCtlSyntax::exitCodes() {
+    static const QStringList all{u"done"_qs, u"failed"_qs, u"wrong usage"_qs,
+                                 u"no such camera, or no camera at all"_qs,
+                                 u"doctor found warnings, but no errors"_qs};
+    return all;
 }
 
 QString PCtlSyntax::helpText(const CommandSyntax* command) {
+    if (command == nullptr)
+        return programHelp();
     QCommandLineParser parser;
     addOptions(parser, command);
-    if (command == nullptr) {
-        parser.setApplicationDescription(u"Controls microscope cameras from the command line."_qs);
-        parser.addPositionalArgument(u"command"_qs, u"What to do; see below."_qs);
-        return parser.helpText() + commandSummaries() + QString::fromLatin1(exitCodes);
-    }
     parser.setApplicationDescription(command->summary);
     const QString form =
         command->words.isEmpty() ? command->name : command->name + u' ' + command->words;
     parser.addPositionalArgument(command->name, command->summary, form);
-    return parser.helpText() + u"\nExamples:\n"_qs + indented(command->examples) +
-           QString::fromLatin1(exitCodes);
+    return parser.helpText() + u"\nExamples:\n"_qs + indented(command->examples) + exitCodeLines();
 }
