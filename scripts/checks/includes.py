@@ -62,8 +62,9 @@ FOLDERS = {
         "metadata": "camera program",
     },
     "apps/pcdctl": {
-        ".": "camera cli commands doctor",
+        ".": "camera cli commands completion doctor",
         "commands": "camera cli properties runs",
+        "completion": "camera cli",
         "doctor": "cli runs",
         "runs": "camera cli",
         "camera": "cli properties",

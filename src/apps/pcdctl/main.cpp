@@ -3,6 +3,7 @@
 #include <apps/pcdctl/cli/PCtlOutput.h>
 #include <apps/pcdctl/cli/PCtlParser.h>
 #include <apps/pcdctl/commands/PCtlCommands.h>
+#include <apps/pcdctl/completion/PCompletion.h>
 #include <apps/pcdctl/doctor/PDoctorCommand.h>
 
 #include <apps/common/program/PTerminationSignals.h>
@@ -90,6 +91,10 @@ PCtlOutcome runOptions(const PCtlOptions& options) {
 }
 
 PCtlOutcome runProgram(const QStringList& arguments) {
+    if (arguments.value(1) == PCompletion::keyword()) {
+        PCompletion::print(arguments.mid(2));
+        return {};
+    }
     PCtlParser parser;
     const PCtlOutcome outcome = parser.parse(arguments);
     if (!outcome.isDone())

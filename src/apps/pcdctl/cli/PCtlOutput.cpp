@@ -28,6 +28,10 @@ void PCtlOutput::printLine(const QString& line) {
     write(stdout, harmless(line) + '\n');
 }
 
+void PCtlOutput::printColumns(const QString& first, const QString& second) {
+    write(stdout, harmless(first) + '\t' + harmless(second) + '\n');
+}
+
 void PCtlOutput::printDocument(const QJsonObject& object) {
     write(stdout, QJsonDocument(object).toJson(QJsonDocument::Indented));
 }

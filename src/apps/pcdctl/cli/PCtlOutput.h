@@ -12,6 +12,8 @@ namespace PCtlOutput {
 
 /// A line on standard output.
 void printLine(const QString& line);
+/// Two texts with a tabulator between them, on a line of standard output.
+void printColumns(const QString& first, const QString& second);
 /// A JSON document on the standard output, in several lines or in one.
 void printDocument(const QJsonObject& object);
 void printJsonLine(const QJsonObject& object);
