@@ -167,6 +167,17 @@ TEST(PcdctlUsage, help_of_a_command_has_its_options_and_examples_only) {
     EXPECT_FALSE(result.output.contains("--output"));
 }
 
+TEST(PcdctlUsage, the_manual_page_has_every_command_and_option_of_the_help) {
+    const CtlResult result = runCtl({u"--manual"_qs});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_TRUE(result.output.startsWith(".TH PCDCTL 1 ")) << result.output.toStdString();
+    for (const char* text : {"\n\\fBsnap\\fR\n", "\n\\fBget\\fR \\fIID…\\fR\n",
+                             "\n\\fB\\-c\\fR, \\fB\\-\\-camera\\fR \\fICAMERA\\fR\n",
+                             "(stream, record, monitor)\n", "\\fB\\-\\-version\\fR\n"})
+        EXPECT_TRUE(result.output.contains(text)) << text;
+    EXPECT_FALSE(runCtl({u"--help"_qs}).output.contains("--manual"));
+}
+
 TEST(PcdctlUsage, the_version_is_printed) {
     const CtlResult result = runCtl({u"--version"_qs});
     EXPECT_EQ(result.exitCode, 0);

@@ -7,6 +7,8 @@ namespace {
 
 using Option = PProgramOptions::Option;
 
+const QString manualName = u"manual"_qs;
+
 /// The names of an option; the last one is the long name.
 QStringList optionNames(Option option) {
     switch (option) {
@@ -55,6 +57,16 @@ QCommandLineOption PProgramOptions::makeOption(Option option, const QString& hel
     if (option == Option::Sdk)
         declared.setDefaultValue(PProgramOptions().sdk);
     return declared;
+}
+
+QCommandLineOption PProgramOptions::manualOption() {
+    QCommandLineOption option(manualName, u"Print the manual page."_qs);
+    option.setFlags(QCommandLineOption::HiddenFromHelp);
+    return option;
+}
+
+bool PProgramOptions::isManualWanted(const QCommandLineParser& parser) {
+    return parser.isSet(manualName);
 }
 
 PStatus PProgramOptions::read(const QCommandLineParser& parser, const QStringList& otherTexts) {

@@ -24,6 +24,10 @@ struct PProgramOptions {
     static QCommandLineOption makeOption(Option option, const QString& help,
                                          const QString& valueName);
 
+    /// The option that prints the program's manual page, for the build. No help shows it.
+    static QCommandLineOption manualOption();
+    static bool isManualWanted(const QCommandLineParser& parser);
+
     /// Takes these options from a parser that has them all. Fails with what is wrong and what was
     /// expected, also if one of `otherTexts`, further options of the program, is empty.
     PStatus read(const QCommandLineParser& parser, const QStringList& otherTexts);

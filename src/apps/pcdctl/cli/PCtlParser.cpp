@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <apps/pcdctl/cli/PCtlParser.h>
 
+#include <apps/pcdctl/cli/PCtlManual.h>
 #include <apps/pcdctl/cli/PCtlSyntax.h>
 
 #include <apps/common/ome/POmeStackWriter.h>
@@ -218,6 +219,8 @@ PCtlOutcome PCtlParser::parse(const QStringList& arguments) {
         m_answer = u"pcdctl "_qs + QCoreApplication::applicationVersion();
     else if (parser.isSet(u"help"_qs))
         m_answer = PCtlSyntax::helpText(syntax).trimmed();
+    else if (PProgramOptions::isManualWanted(parser))
+        m_answer = PCtlManual::page().trimmed();
     if (!m_answer.isEmpty())
         return {};
     if (!understood)

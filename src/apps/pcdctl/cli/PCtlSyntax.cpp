@@ -214,16 +214,11 @@ QString exitCodeLines() {
     return text;
 }
 
-void addHelpOptions(QCommandLineParser& parser) {
-    parser.addOption({{u"h"_qs, u"help"_qs}, u"Show this help."_qs});
-    parser.addOption({{u"v"_qs, u"version"_qs}, u"Show the version."_qs});
-}
-
 QString programHelp() {
     QCommandLineParser parser;
     for (const OptionSyntax& syntax : commonOptions())
         parser.addOption(syntax.option);
-    addHelpOptions(parser);
+    parser.addOptions(PCtlSyntax::helpOptions());
     parser.setApplicationDescription(PCtlSyntax::summary());
     parser.addPositionalArgument(u"command"_qs, u"What to do; see below."_qs);
     return parser.helpText() + commandSummaries() + exitCodeLines();
@@ -271,7 +266,13 @@ void PCtlSyntax::addOptions(QCommandLineParser& parser, const CommandSyntax* com
         if (command == nullptr || syntax.commands.contains(command->command))
             parser.addOption(syntax.option);
     }
-    addHelpOptions(parser);
+    parser.addOptions(helpOptions());
+    parser.addOption(PProgramOptions::manualOption());
+}
+
+QList<QCommandLineOption> PCtlSyntax::helpOptions() {
+    return {{{u"h"_qs, u"help"_qs}, u"Show this help."_qs},
+            {{u"v"_qs, u"version"_qs}, u"Show the version."_qs}};
 }
 
 QString PCtlSyntax::summary() {

@@ -33,6 +33,8 @@ struct OptionSyntax {
 
 /// All options but --help and --version, in the order help shows them.
 const QList<OptionSyntax>& options();
+/// --help and --version.
+QList<QCommandLineOption> helpOptions();
 /// The option with this name, long or short and without dashes, or null.
 const OptionSyntax* findOption(const QString& name);
 /// The names of the commands that take an option.

@@ -73,8 +73,8 @@ PCandidates optionCandidates(const PCompletionLine& line) {
         if (isTaken && (!line.isGiven(name) || repeatable.contains(name)))
             candidates.append({u"--"_qs + name, toFirstSentence(syntax.option.description())});
     }
-    candidates.append({u"--help"_qs, u"Show this help."_qs});
-    candidates.append({u"--version"_qs, u"Show the version."_qs});
+    for (const QCommandLineOption& option : PCtlSyntax::helpOptions())
+        candidates.append({u"--"_qs + option.names().last(), option.description()});
     return candidates;
 }
 

@@ -3,6 +3,7 @@
 
 #include <apps/common/picture/PPictureFile.h>
 #include <apps/pcdview/options/PTheme.h>
+#include <apps/pcdview/options/PViewManual.h>
 
 #include <QCommandLineParser>
 
@@ -13,42 +14,6 @@ namespace {
 using Shared = PProgramOptions::Option;
 
 constexpr int longestWaitMs = 3'600'000;
-
-void addOptions(QCommandLineParser& parser) {
-    parser.setApplicationDescription(
-        u"Live pictures, stills and recordings from microscope cameras."_qs);
-    parser.addPositionalArgument(
-        u"profile"_qs, u"Profile whose settings to offer to the camera."_qs, u"[PROFILE]"_qs);
-    parser.addOptions({
-        {{u"h"_qs, u"help"_qs}, u"Show this help."_qs},
-        {u"version"_qs, u"Show the version."_qs},
-        PProgramOptions::makeOption(
-            Shared::Sdk,
-            u"Camera SDK: auto (the system's, else the simulated one), sim, or a path."_qs,
-            u"auto|sim|PATH"_qs),
-        PProgramOptions::makeOption(
-            Shared::Scene, u"Show the simulated cameras of this scene file."_qs, u"FILE"_qs),
-        PProgramOptions::makeOption(
-            Shared::PluginPath,
-            u"Look for device plugins in this folder or file first. May be repeated."_qs,
-            u"PATH"_qs),
-        PProgramOptions::makeOption(
-            Shared::Camera,
-            u"The camera to open: its index, its id, or a unique prefix of its id."_qs, u"ID"_qs),
-        PProgramOptions::makeOption(
-            Shared::Language,
-            u"Language: en or ru. Default: PCD_LANG, else the system's language."_qs,
-            u"LANGUAGE"_qs),
-        {u"theme"_qs, u"Colours for this run: system, light or dark."_qs, u"NAME"_qs},
-        PProgramOptions::makeOption(
-            Shared::LogFilter,
-            u"Which log records to show, such as \"info\" or \"warning,PTDevice=debug\"."_qs,
-            u"FILTER"_qs),
-        {u"grab"_qs, u"Save a screenshot of the window to this file, then exit."_qs, u"FILE"_qs},
-        {u"after"_qs, u"Milliseconds to wait before the screenshot. Default: 2000."_qs, u"MS"_qs,
-         u"2000"_qs},
-    });
-}
 
 PStatus readTheme(const QCommandLineParser& parser, PViewOptions& options) {
     options.theme = parser.value(u"theme"_qs);
@@ -110,6 +75,46 @@ void removeOption(QStringList& words, const QString& option) {
 
 } // namespace
 
+QString PViewOptions::profileHelp() {
+    return u"Profile whose settings to offer to the camera."_qs;
+}
+
+QString PViewOptions::summary() {
+    return u"Live pictures, stills and recordings from microscope cameras."_qs;
+}
+
+QList<QCommandLineOption> PViewOptions::all() {
+    return {
+        {{u"h"_qs, u"help"_qs}, u"Show this help."_qs},
+        {u"version"_qs, u"Show the version."_qs},
+        PProgramOptions::makeOption(
+            Shared::Sdk,
+            u"Camera SDK: auto (the system's, else the simulated one), sim, or a path."_qs,
+            u"auto|sim|PATH"_qs),
+        PProgramOptions::makeOption(
+            Shared::Scene, u"Show the simulated cameras of this scene file."_qs, u"FILE"_qs),
+        PProgramOptions::makeOption(
+            Shared::PluginPath,
+            u"Look for device plugins in this folder or file first. May be repeated."_qs,
+            u"PATH"_qs),
+        PProgramOptions::makeOption(
+            Shared::Camera,
+            u"The camera to open: its index, its id, or a unique prefix of its id."_qs, u"ID"_qs),
+        PProgramOptions::makeOption(
+            Shared::Language,
+            u"Language: en or ru. Default: PCD_LANG, else the system's language."_qs,
+            u"LANGUAGE"_qs),
+        {u"theme"_qs, u"Colours for this run: system, light or dark."_qs, u"NAME"_qs},
+        PProgramOptions::makeOption(
+            Shared::LogFilter,
+            u"Which log records to show, such as \"info\" or \"warning,PTDevice=debug\"."_qs,
+            u"FILTER"_qs),
+        {u"grab"_qs, u"Save a screenshot of the window to this file, then exit."_qs, u"FILE"_qs},
+        {u"after"_qs, u"Milliseconds to wait before the screenshot. Default: 2000."_qs, u"MS"_qs,
+         u"2000"_qs},
+    };
+}
+
 QStringList PViewOptions::withSimulatedCameras(QStringList arguments) {
     arguments.removeFirst();
     for (const QString& option :
@@ -120,11 +125,16 @@ QStringList PViewOptions::withSimulatedCameras(QStringList arguments) {
 
 PStatus PViewOptions::parse(const QStringList& arguments, PViewOptions& options, QString& answer) {
     QCommandLineParser parser;
-    addOptions(parser);
+    parser.setApplicationDescription(summary());
+    parser.addOptions(all());
+    parser.addPositionalArgument(u"profile"_qs, profileHelp(), u"[PROFILE]"_qs);
+    parser.addOption(manualOption());
     if (!parser.parse(arguments))
         return PStatus::failure(parser.errorText());
     if (parser.isSet(u"help"_qs))
         answer = parser.helpText().trimmed();
+    else if (isManualWanted(parser))
+        answer = PViewManual::page();
     else if (parser.isSet(u"version"_qs))
         answer = u"pcdview "_qs + QCoreApplication::applicationVersion();
     return readOptions(parser, options);

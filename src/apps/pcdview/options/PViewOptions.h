@@ -12,11 +12,18 @@ struct PViewOptions : PProgramOptions {
     QString grab;    ///< picture file of the window; empty: none
     std::chrono::milliseconds grabAfter{2000};
 
+    /// What the program is for, in one sentence.
+    static QString summary();
+    /// What the argument of the command line, a file, is for.
+    static QString profileHelp();
+    /// All options, in the order help shows them.
+    static QList<QCommandLineOption> all();
+
     /// The arguments for restarting the program: the same, but with the simulated cameras of the
     /// built-in scene. Without the program's name.
     static QStringList withSimulatedCameras(QStringList arguments);
     /// Reads a command line that begins with the program's name. Fails with the error and what was
-    /// expected. `answer` is set to the text to print instead of running (help, version), or stays
-    /// empty.
+    /// expected. `answer` is set to the text to print instead of running (help, version, manual
+    /// page), or stays empty.
     static PStatus parse(const QStringList& arguments, PViewOptions& options, QString& answer);
 };

@@ -41,6 +41,17 @@ TEST(PViewOptionsTest, reads_the_profile_wherever_it_stands) {
     }
 }
 
+TEST(PViewOptionsTest, prints_a_manual_page_with_every_option) {
+    PViewOptions options;
+    QString page;
+    ASSERT_TRUE(PViewOptions::parse({u"pcdview"_qs, u"--manual"_qs}, options, page).isOk());
+    EXPECT_TRUE(page.startsWith(u".TH PCDVIEW 1 "_qs)) << page.toStdString();
+    for (const QCommandLineOption& option : PViewOptions::all()) {
+        const QString name = u"\\fB\\-\\-"_qs + option.names().last().replace(u'-', u"\\-"_qs);
+        EXPECT_TRUE(page.contains(name)) << name.toStdString();
+    }
+}
+
 TEST(PViewOptionsTest, reads_every_option) {
     PViewOptions options;
     ASSERT_TRUE(parse({u"--sdk"_qs,         u"sim"_qs,   u"--scene"_qs,       u"s.json"_qs,
