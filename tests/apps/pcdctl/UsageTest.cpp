@@ -30,7 +30,7 @@ constexpr UsageRow wrongUsages[] = {
      "Try \"pcdctl list --help\"."},
     {"a_camera_before_the_command_that_takes_none", "-c 7 list",
      "list does not take the option -c: expected it with one of modes, props, get, set, profile, "
-     "reset, snap, stream, trigger, record\n"},
+     "reset, snap, stream, trigger, record, doctor\n"},
     {"a_camera_without_a_blank_for_the_command_that_takes_none", "list -c7",
      "list does not take the option -c: "},
     {"an_option_without_its_value", "stream --frames", "Missing value after '--frames'"},
