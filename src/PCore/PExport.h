@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+/// @file
+/// What a library exports.
+
 #include <QtGlobal>
 
 /// Stands before what a library of the framework exports: the classes and functions of its face.
