@@ -44,7 +44,7 @@ def run(root):
 def main(root, arguments=None):
     """Runs the command line; returns the exit code."""
     argparse.ArgumentParser(prog="scripts/docs", description="Builds the site of guides and API "
-                            "in build/docs, and checks it.").parse_args(arguments)
+                            "in build/site, and checks it.").parse_args(arguments)
     if subprocess.run([DEPENDENCIES, "docs"], check=False).returncode != 0:
         return EXIT_BAD_INPUT
     try:

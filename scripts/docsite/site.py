@@ -28,7 +28,7 @@ class Site:
         self.guides = Guides({path: self.tree.text(path) for path in paths}, self.tree.files)
         self.work = self.tree.root / "build" / "docs-work"
         self.copy = self.work / "tree"
-        self.folder = self.tree.root / "build" / "docs"
+        self.folder = self.tree.root / "build" / "site"
 
     def build(self):
         """Builds the site again. Raises Fault."""

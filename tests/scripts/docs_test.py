@@ -67,7 +67,7 @@ class DocsTest(unittest.TestCase):
 
     def page(self, name):
         """The text of a page of the site."""
-        return (self.root / "build" / "docs" / name).read_text(encoding="utf-8")
+        return (self.root / "build" / "site" / name).read_text(encoding="utf-8")
 
 
 class SiteTest(DocsTest):
@@ -86,7 +86,7 @@ class SiteTest(DocsTest):
 
     def test_private_headers_and_private_types_have_no_page(self):
         self.assertEqual(self.run_docs()[0], 0)
-        names = {file.name for file in (self.root / "build" / "docs").iterdir()}
+        names = {file.name for file in (self.root / "build" / "site").iterdir()}
         self.assertIn("classPThing.html", names)
         self.assertNotIn("classPSecret.html", names)
         self.assertNotIn("structPThing_1_1Item.html", names)
