@@ -24,7 +24,7 @@ QString toRate(double megabytes) {
 
 } // namespace
 
-PStorageExamination::PStorageExamination(PSystemTree system, QString folder,
+PStorageExamination::PStorageExamination(PSystemTree system, const QString& folder,
                                          std::optional<double> cameraRate, quint64 mostWaiting)
     : m_system(std::move(system))
     , m_folder(QFileInfo(folder).absoluteFilePath())

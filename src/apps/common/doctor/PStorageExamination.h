@@ -12,7 +12,7 @@ class PStorageExamination {
 public:
     /// The folder of the recordings; the camera's rate in megabytes (millions of bytes) per second,
     /// if known; and how many bytes of frames may wait for the disk.
-    PStorageExamination(PSystemTree system, QString folder, std::optional<double> cameraRate,
+    PStorageExamination(PSystemTree system, const QString& folder, std::optional<double> cameraRate,
                         quint64 mostWaiting);
 
     /// Memory, then the disk, whose speed is measured for half a second.
