@@ -39,8 +39,8 @@ INSTANTIATE_TEST_SUITE_P(
     RowName());
 
 TEST(PReportPrivacy, a_system_user_at_a_computer_without_a_name_loses_no_words) {
-    const PReportPrivacy privacy(u"/root"_qs, u"root"_qs, u"localhost"_qs);
-    EXPECT_EQ(privacy.apply(u"/root/x: the root hub at localhost"_qs),
+    const PReportPrivacy privacy(u"/srv/admin"_qs, u"root"_qs, u"localhost"_qs);
+    EXPECT_EQ(privacy.apply(u"/srv/admin/x: the root hub at localhost"_qs),
               u"~/x: the root hub at localhost"_qs);
 }
 
