@@ -299,8 +299,8 @@ TEST_F(Doctor, a_report_has_the_findings_without_the_home_folder) {
 TEST_F(Doctor, a_report_that_cannot_be_written_fails_and_the_old_one_stays) {
     const QString report = path(u"report.txt"_qs);
     writeFile(report, "old");
-    CtlProcess process({doctorWord, u"--sdk=sim"_qs, u"--rate=1"_qs, u"--folder"_qs, folder,
-                        u"--report"_qs, report});
+    CtlProcess process({doctorWord, u"--sdk=sim"_qs, u"--scene"_qs, scene, u"--rate"_qs, rate,
+                        u"--folder"_qs, folder, u"--report"_qs, report});
     prepare(process);
     process.with([] { limitFileSize(100); });
     ASSERT_TRUE(process.finish());

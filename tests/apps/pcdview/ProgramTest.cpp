@@ -94,7 +94,7 @@ TEST_F(ProgramTest, a_picture_of_its_window_shows_the_camera) {
     const QString file = path(u"window.png"_qs);
     qsizetype colours = 0;
     // On a busy machine the first frame may arrive after the picture: then wait longer for another.
-    for (const QString& after : {u"1000"_qs, u"4000"_qs, u"16000"_qs}) {
+    for (const QString& after : {u"2000"_qs, u"8000"_qs, u"16000"_qs}) {
         ASSERT_EQ(run({u"--sdk"_qs, u"sim"_qs, u"--camera"_qs, u"1"_qs, u"--theme"_qs, u"light"_qs,
                        u"--grab"_qs, file, u"--after"_qs, after}),
                   0)

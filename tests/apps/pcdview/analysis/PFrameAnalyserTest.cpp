@@ -46,7 +46,7 @@ TEST_F(PFrameAnalyserTest, analyses_the_newest_of_many_pictures_and_leaves_some_
 }
 
 TEST_F(PFrameAnalyserTest, emits_nothing_about_pictures_that_are_to_be_forgotten) {
-    analyser.offer(even(1, 2000));
+    analyser.offer(even(1, 500));
     analyser.forget();
     analyser.offer(even(2));
     ASSERT_TRUE(waitUntil([this] { return !means.empty(); }));

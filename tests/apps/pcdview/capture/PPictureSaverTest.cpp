@@ -84,14 +84,14 @@ TEST_F(PPictureSaverTest, a_picture_that_finds_no_room_is_not_saved_but_named) {
     follow(saver);
     PPictureSaver::Job large = jobFor(u"large.png"_qs);
     // Takes long enough for the next one to arrive meanwhile.
-    large.frame.image = makePicture(4000, 3000, PDIP::ColorFormat::Bgr, [](int x, int y) {
+    large.frame.image = makePicture(1200, 1000, PDIP::ColorFormat::Bgr, [](int x, int y) {
         return QColor(x % 251, y % 241, x * y % 239);
     });
     saver.save(large);
     saver.save(jobFor(u"small.png"_qs));
     ASSERT_TRUE(waitUntil([this] { return reasons.size() == 2; }));
     EXPECT_EQ(reasons[path(u"large.png"_qs)], QString());
-    EXPECT_TRUE(reasons[path(u"small.png"_qs)].contains(u"36.0 MB"_qs))
+    EXPECT_TRUE(reasons[path(u"small.png"_qs)].contains(u"3.6 MB"_qs))
         << reasons[path(u"small.png"_qs)].toStdString();
     EXPECT_FALSE(QFile::exists(path(u"small.png"_qs)));
 
