@@ -56,6 +56,14 @@ if(PCD_SANITIZE)
     endif()
 endif()
 
+# pcd_optimise_pixels(TARGET): for code that runs once a pixel, which would be too slow under a
+# sanitizer. Everything else is not optimised there: compiling takes longer than running it.
+function(pcd_optimise_pixels name)
+    if(PCD_SANITIZE)
+        target_compile_options(${name} PRIVATE -O1)
+    endif()
+endfunction()
+
 # pcd_set_face(TARGET HEADERS headers…): which headers of a library others may include; all others
 # are private. scripts/check reads these lists and compares the includes with them.
 function(pcd_set_face name)
@@ -94,11 +102,9 @@ function(pcd_add_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "SHARDS" "SOURCES;LINK")
     add_executable(${name} ${arg_SOURCES})
     target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}/tests")
-    # Most of the build time would go into optimising assertions that run once. (Not with the thread
-    # sanitizer, which watches every access: there, optimised tests are faster overall.)
-    if(NOT PCD_SANITIZE MATCHES "thread")
-        target_compile_options(${name} PRIVATE -O0)
-    endif()
+    # Most of the build time would go into optimising assertions that run once, and into what a debugger
+    # would like to know of them: lines are enough.
+    target_compile_options(${name} PRIVATE -O0 -g1)
     target_link_libraries(${name} PRIVATE pcd_settings pcd_test_support GTest::gtest GTest::gmock Qt6::Test ${arg_LINK})
     if(NOT arg_SHARDS)
         pcd_add_test_run(${name} ${name} "")
