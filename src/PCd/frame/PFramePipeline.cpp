@@ -27,6 +27,9 @@ void logFailure(const char* what, const char* reason) noexcept {
 
 } // namespace
 
+// All that a sink has outside its header; here because the pipeline is what calls sinks.
+PFrameSink::~PFrameSink() = default;
+
 /// Belongs to the device's thread and empties the pipeline there when its event arrives.
 class PFramePipeline::Waker : public QObject {
 public:

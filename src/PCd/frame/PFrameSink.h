@@ -12,7 +12,7 @@ public:
     /// A frame of the stream, or one taken on request.
     enum class Kind { Live, Snapshot };
 
-    virtual ~PFrameSink() = default;
+    virtual ~PFrameSink(); // defined in the library, so that all others share its type
 
     /// One frame, on the thread that delivers it; calls from several threads are possible. Must be
     /// fast and must never wait for the device's thread: the camera waits for this call, and
