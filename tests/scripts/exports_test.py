@@ -10,27 +10,21 @@ import sys
 import unittest
 from pathlib import Path
 
-SRC = Path(__file__).resolve().parents[2] / "src"
-MARK = re.compile(r"\bPCD_(?:TEST_)?EXPORT\s+(?:(?:class|struct)\s+)?([^;{]*)")
-TYPE = re.compile(r"\b(?:class|struct)\s+PCD_(?:TEST_)?EXPORT\s+(\w+)")
-FUNCTION = re.compile(r"(operator\S+|\w+)\s*\(")
-BEFORE = re.compile(r"^(?:typeinfo (?:name )?for |vtable for |(?:non-)?virtual thunk to |VTT for |"
-                    r"guard variable for |construction vtable for .*-in-)+")
-# What Qt looks for in a plugin, and the plugin's catalogue.
-ENTRY = {"qt_plugin_instance", "qt_plugin_query_metadata_v2", "qInitResources_ptdevice()",
-         "qCleanupResources_ptdevice()"}
+ROOT = Path(__file__).resolve().parents[2]
+SRC = ROOT / "src"
+sys.dont_write_bytecode = True
+sys.path.insert(0, str(ROOT / "scripts"))
+
+from interface.libraries import ENTRY  # noqa: E402  (the path comes first)
+from interface.marks import FOR_HOSTS, FOR_TESTS, Marks  # noqa: E402
+
 LIBRARIES = {}
 
 
 def marked(folder):
-    """The names of the types and functions that the headers of a folder mark."""
-    names = set()
-    for path in (SRC / folder).rglob("*.h"):
-        text = path.read_text(encoding="utf-8")
-        names.update(TYPE.findall(text))
-        for rest in MARK.findall(text):
-            names.update(FUNCTION.findall(rest)[:1])
-    return names
+    """What the headers of a folder mark."""
+    return Marks((path.read_text(encoding="utf-8") for path in (SRC / folder).rglob("*.h")),
+                 {FOR_HOSTS, FOR_TESTS})
 
 
 def exported(library):
@@ -40,13 +34,6 @@ def exported(library):
     return [line.split(" ", 2)[2] for line in ended.stdout.splitlines()]
 
 
-def is_marked(symbol, names):
-    """True if a symbol is a marked function, or belongs to a marked type."""
-    path = re.split(r"[(<\[]", BEFORE.sub("", symbol).replace("operator<", "operator\0")
-                    .replace("operator\0<", "operator\0\0"))[0].replace("\0", "<")
-    return bool(set(path.split("::")) & names)
-
-
 class ExportsTest(unittest.TestCase):
     """The symbols of every library."""
 
@@ -54,11 +41,11 @@ class ExportsTest(unittest.TestCase):
         self.assertTrue(LIBRARIES)
         for folder, library in LIBRARIES.items():
             with self.subTest(folder):
-                names, symbols = marked(folder), exported(library)
-                self.assertGreater(len(names & {part for symbol in symbols
-                                                for part in re.findall(r"\w+", symbol)}), 3)
+                marks, symbols = marked(folder), exported(library)
+                self.assertGreater(len(marks.names & {part for symbol in symbols
+                                                      for part in re.findall(r"\w+", symbol)}), 3)
                 others = [symbol for symbol in symbols
-                          if symbol not in ENTRY and not is_marked(symbol, names)]
+                          if symbol not in ENTRY and not marks.cover(symbol)]
                 self.assertEqual(others, [], f"{library} exports more than its headers mark")
 
 
