@@ -117,7 +117,7 @@ def check_faces(tree, result):
         user = here[0] if here else owner_of(path, LIBRARIES)
         check_first(tree, path, result)
         for line, bracket, name in includes_of(tree.text(path)):
-            if bracket == '"' and not GENERATED.match(name):
+            if bracket == '"' and not GENERATED.match(name) and not is_beside(tree, path, name):
                 result.add(path, line, f'#include "{name}": expected the path from {path.parts[0]} '
                            "in <>, as quotes are for generated files")
             there = place_of(PurePosixPath(name))
@@ -131,10 +131,17 @@ def check_first(tree, path, result):
     if path.suffix != ".cpp" or own not in tree.files:
         return
     line, _, name = next(includes_of(tree.text(path)), (1, "", ""))
-    expected = str(own.relative_to(own.parts[0]))
-    if name != expected:
-        result.add(path, line, f"includes {name or 'nothing'} first: expected <{expected}>, which "
+    expected = f"<{own.relative_to(own.parts[0])}>"
+    if is_beside(tree, path, own.name):
+        expected = f'"{own.name}"'
+    if name != expected[1:-1]:
+        result.add(path, line, f"includes {name or 'nothing'} first: expected {expected}, which "
                    "so is seen to need no other header before it")
+
+
+def is_beside(tree, path, name):
+    """True if a name is that of a header beside a file of an example, which is a tree of its own."""
+    return path.parts[0] == "examples" and path.parent / name in tree.files
 
 
 def includes_of(text):

@@ -139,6 +139,15 @@ class IncludesTest(TreeTest):
         self.files["src/Low/b.cpp"] = self.files["tests/Low/c.cpp"] = text
         self.expect(includes.check(self.tree(self.files)), "src/Low/b.cpp:1", "tests/Low/c.cpp:1")
 
+    def test_an_example_includes_the_headers_beside_it_in_quotes(self):
+        self.files["examples/tool/a.h"] = self.files["examples/tool/b.h"] = ""
+        self.files["examples/tool/a.cpp"] = '#include "a.h"\n#include "b.h"\n#include "c.h"\n'
+        self.expect(includes.check(self.tree(self.files)), "examples/tool/a.cpp:3")
+        self.files["examples/tool/a.cpp"] = '#include "b.h"\n#include "a.h"\n'
+        result = includes.check(self.tree(self.files))
+        self.expect(result, "examples/tool/a.cpp:1")
+        self.expect_text(result, 'includes b.h first: expected "a.h"')
+
     def test_a_source_includes_its_own_header_first(self):
         self.files["src/Low/a.cpp"] = "// A.\n#include <Low/a.h>\n#include <QList>\n"
         self.expect(includes.check(self.tree(self.files)))
