@@ -1,0 +1,347 @@
+#!/usr/bin/python3
+"""Tests the examples: copied out of the tree, built against an installed framework with the CMake
+package and GCC and with pkg-config and Clang, and run on the simulated camera.
+
+Usage: examples_test.py --prefix DIR: where the framework is, programs, plugin and simulated SDK
+included: what `cmake --install` wrote to DIR, or DIR/usr of unpacked packages.
+"""
+
+import csv
+import json
+import os
+import re
+import resource
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import threading
+import time
+import unittest
+from concurrent.futures import ThreadPoolExecutor
+from pathlib import Path
+
+import numpy
+import tifffile
+
+ROOT = Path(__file__).resolve().parents[2]
+EXAMPLES = ROOT / "examples"
+WARNINGS = ("-Wall", "-Wextra", "-Wpedantic", "-Wconversion", "-Wshadow", "-Werror")
+CAMERA = "Simulated-Bench-BENCH00001"
+PREFIX = None
+SECONDS = 120  # that a program may take
+
+
+class BuiltExamples:
+    """The examples as one way of building makes them. The classes below have the ways."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.folder = Path(cls.enterClassContext(tempfile.TemporaryDirectory()))
+        cls.sources = cls.folder / "examples"
+        shutil.copytree(EXAMPLES, cls.sources)
+        cls.config = {"PKG_CONFIG_PATH": next(PREFIX.rglob("pcd.pc")).parent}
+        cls.plugins = Path(run("pkg-config", "--variable=plugindir", "pcd", **cls.config).strip())
+        cls.driver = cls.folder / "driver"
+        cls.driver.mkdir()
+        cls.build()
+
+    def setUp(self):
+        self.here = Path(self.enterContext(tempfile.TemporaryDirectory()))
+        self.environment = {"TOUPCAM_LIBRARY": self.plugins.parent / "sim" / "libtoupcam.so",
+                            "TOUPCAM_SIM_SCENE": self.scene("scene.json")}
+
+    def scene(self, name, faults=(), source="patches", **resolution):
+        """A scene with one camera; returns its file."""
+        path = self.here / name
+        resolution = {"width": 640, "height": 480, "fps": 40, **resolution}
+        camera = {"id": "bench-1", "model": "Simulated-Bench", "serial": "BENCH00001",
+                  "resolutions": [resolution], "source": {"kind": source}}
+        path.write_text(json.dumps({"cameras": [camera], "faults": list(faults)}), encoding="utf-8")
+        return path
+
+    def run_example(self, name, *arguments, code=0, **environment):
+        """Runs an example to its end; returns what it prints."""
+        return run(self.folder / name, *arguments, code=code,
+                   **{**self.environment, **environment})
+
+    def start_example(self, name, *arguments, **environment):
+        """Starts an example. It is killed with the test, or if it takes too long."""
+        program = self.enterContext(subprocess.Popen(
+            [self.folder / name, *arguments], text=True, stdout=subprocess.PIPE,
+            stderr=subprocess.STDOUT, env=texts({**self.environment, **environment})))
+        end = threading.Timer(SECONDS, program.kill)
+        end.start()
+        self.addCleanup(end.cancel)
+        self.addCleanup(program.kill)
+        return program
+
+    def check_picture(self, picture, shape, colours):
+        """A file has a picture of this size, with at least this number of colours."""
+        pixels = tifffile.imread(picture).astype(int)
+        self.assertEqual(pixels.shape[:2], shape)
+        self.assertGreaterEqual(len(numpy.unique(pixels[..., :3] @ (1, 256, 65536))), colours)
+
+    def test_the_minimal_host_lists_the_camera_and_saves_a_frame(self):
+        picture = self.here / "frame.tif"
+        self.assertIn(f"{CAMERA}  Simulated-Bench\n", self.run_example("minimal-host", picture))
+        self.check_picture(picture, (480, 640), 4)
+
+    def test_the_window_shows_picture_and_panel(self):
+        picture = self.here / "window.tif"
+        self.run_example("qt-host", "--grab", picture, CAMERA,
+                         TOUPCAM_SIM_SCENE=self.scene("specimen.json", source="specimen"))
+        self.check_picture(picture, (800, 1200), 100)
+        window = tifffile.imread(picture)
+        view, panel = window[100:650, 10:800, :3], window[:700, 950:, :3]
+        self.assertGreater(numpy.ptp(view, axis=(0, 1)).min(), 100, "the picture")
+        self.assertGreater(numpy.ptp(panel, axis=(0, 1)).min(), 100, "the panel")
+        # The picture keeps its shape: above and below it, the view is empty.
+        self.assertEqual(numpy.ptp(window[2:40, 10:800, :3], axis=(0, 1)).max(), 0)
+
+    def test_the_window_names_what_is_missing(self):
+        printed = self.run_example("qt-host", "--grab", self.here / "no.tif", "Other", code=1)
+        self.assertIn('qt-host: no camera "Other"', printed)
+        printed = self.run_example("qt-host", "--grab", self.here / "no" / "no.tif", code=1)
+        self.assertIn("qt-host: cannot write", printed)
+
+    def test_the_window_follows_its_camera(self):
+        faults = [{"do": do, "camera": "bench-1", "atMs": ms}
+                  for do, ms in (("unplug", 200), ("plug", 400))]
+        program = self.start_example("qt-host", TOUPCAM_SIM_SCENE=self.scene("faults.json", faults))
+        waiting = "qt-host: Waiting for a picture"
+        for text in (waiting, f"qt-host: {CAMERA} was unplugged", waiting):
+            self.assertTrue(any(text in line for line in program.stdout), text)
+        program.terminate()
+        self.assertEqual(program.wait(SECONDS), -signal.SIGTERM)
+
+    def check_recording(self, folder, frames):
+        """A recording has this many complete pictures, and lists them with rising numbers."""
+        pictures = sorted(path.name for path in folder.glob("*.tif*"))
+        with open(folder / "frames.csv", newline="", encoding="utf-8") as file:
+            lines = list(csv.DictReader(file))
+        self.assertEqual([line["file"] for line in lines], pictures)
+        self.assertEqual(len(pictures), frames)
+        numbers = [int(line["number"]) for line in lines]
+        self.assertEqual(numbers, sorted(set(numbers)))
+        settings = json.loads((folder / "settings.json").read_text(encoding="utf-8"))
+        self.assertEqual(settings["camera"]["model"], "Simulated-Bench")
+        return numbers
+
+    def test_the_recorder_writes_every_frame(self):
+        folder = self.here / "recording"
+        printed = self.run_example("headless-recorder", "-n", 12, "-c", "Simulated", folder)
+        self.assertIn("12 of 12 frames written", printed)
+        self.assertEqual(self.check_recording(folder, 12), list(range(1, 13)))
+        for picture in folder.glob("*.tif"):
+            self.check_picture(picture, (480, 640), 4)
+
+    def test_the_recorder_ends_by_control_c(self):
+        folder = self.here / "recording"
+        program = self.start_example("headless-recorder", "-n", "1000000", folder)
+        wait_until(lambda: len(list(folder.glob("*.tif"))) > 1)
+        program.send_signal(signal.SIGINT)
+        printed, _ = program.communicate(timeout=SECONDS)
+        self.assertEqual(program.returncode, 1, printed)
+        self.check_recording(folder, int(re.search(r"(\d+) of 1000000 frames written", printed)[1]))
+
+    def test_the_recorder_ends_with_its_camera(self):
+        folder = self.here / "recording"
+        faults = [{"do": "unplug", "camera": "bench-1", "afterFrames": 4}]
+        printed = self.run_example("headless-recorder", folder, code=1,
+                                   TOUPCAM_SIM_SCENE=self.scene("faults.json", faults))
+        self.assertIn("headless-recorder: the camera is gone", printed)
+        self.check_recording(folder, int(re.search(r"(\d+) of 100 frames written", printed)[1]))
+
+    def test_the_recorder_counts_the_frames_that_a_slow_disk_costs(self):
+        # No disk takes what this camera sends, with room for one waiting frame only.
+        folder = self.here / "recording"
+        fast = self.scene("fast.json", width=2400, height=1600, fps=400)
+        printed = self.run_example("headless-recorder", "-n", 12, "--memory", 1, folder, code=1,
+                                   TOUPCAM_SIM_SCENE=fast)
+        written = int(re.search(r"(\d+) of 12 frames written", printed)[1])
+        lost = int(re.search(r"lost frames: (\d+), as the disk is too slow", printed)[1])
+        self.assertEqual(written + lost, 12)
+        self.check_recording(folder, written)
+
+    def test_the_recorder_leaves_no_incomplete_picture_on_a_full_disk(self):
+        folder = self.here / "recording"
+        printed = run(self.folder / "headless-recorder", folder, code=1, limit=100_000,
+                      **self.environment)
+        self.assertRegex(printed, r"lost frames: \d+, frame-000001.tif: File too large")
+        self.check_recording(folder, 0)
+
+    def test_the_recorder_refuses_what_it_cannot_do(self):
+        self.assertIn(f"\"{self.here}\" is not a new folder",
+                      self.run_example("headless-recorder", self.here, code=1))
+        self.assertIn("Usage:", self.run_example("headless-recorder", "-n", "x", "new", code=1))
+        self.assertIn("no camera found", self.run_example(
+            "headless-recorder", "new", code=1, TOUPCAM_LIBRARY="/nonexistent"))
+
+    def pcdctl(self, *arguments, code=0):
+        """Runs the installed program with the plugin of the example; returns what it prints."""
+        return run(PREFIX / "bin" / "pcdctl", "--sdk", "sim", "--plugin-path", self.driver,
+                   *arguments, code=code, **self.environment)
+
+    def test_the_camera_of_the_driver_is_listed(self):
+        cameras = json.loads(self.pcdctl("list", "--json"))["cameras"]
+        self.assertEqual([camera["id"] for camera in cameras], ["Pattern-P1", CAMERA])
+
+    def test_the_camera_of_the_driver_takes_stills_in_both_modes(self):
+        picture, smaller = self.here / "still.tif", self.here / "smaller.tif"
+        self.pcdctl("snap", "-c", "Pattern", "-o", picture)
+        self.check_picture(picture, (480, 640), 8)
+        self.pcdctl("snap", "-c", "Pattern", "-o", smaller, "--mode", "320x240")
+        self.check_picture(smaller, (240, 320), 8)
+
+    def test_the_camera_of_the_driver_streams(self):
+        self.assertIn("  balanced", self.pcdctl("stream", "-c", "Pattern", "-n", 10))
+
+    def test_the_camera_of_the_driver_takes_values_in_range_only(self):
+        for setting in ("exposure=5000", "gain=200", "pattern=tiles", "negative=on"):
+            self.pcdctl("set", "-c", "Pattern", setting)
+        self.assertIn('"gain" cannot be 500: expected a whole number from 100 to 400',
+                      self.pcdctl("set", "-c", "Pattern", "gain=500", code=2))
+        self.assertIn("Gain = 100", self.pcdctl("props", "-c", "Pattern"))
+
+    def test_viewer_and_window_show_the_camera_of_the_driver(self):
+        picture = self.here / "window.tif"
+        self.run_example("qt-host", "--grab", picture, "Pattern", PCD_PLUGIN_PATH=self.driver)
+        self.check_picture(picture, (800, 1200), 100)
+        picture = self.here / "viewer.png"
+        run(PREFIX / "bin" / "pcdview", "--sdk", "sim", "--plugin-path", self.driver, "-c",
+            "Pattern", "--grab", picture, **self.environment)
+        self.assertGreater(picture.stat().st_size, 0)
+
+
+class CMakeAndGccTest(BuiltExamples, unittest.TestCase):
+    """All examples in one build, with the CMake package."""
+
+    @classmethod
+    def build(cls):
+        """Builds everything; copies what the tests use."""
+        made = cls.folder / "made"
+        run("cmake", "-G", "Ninja", "-S", cls.sources, "-B", made, f"-DCMAKE_PREFIX_PATH={PREFIX}",
+            "-DCMAKE_CXX_COMPILER=g++", f"-DCMAKE_CXX_FLAGS=-O0 {' '.join(WARNINGS)}")
+        run("cmake", "--build", made, "--parallel", 2)
+        for name in ("minimal-host", "qt-host", "headless-recorder"):
+            (cls.folder / name).symlink_to(made / name / name)
+        shutil.copy(made / "driver" / "libpattern.so", cls.driver)
+
+
+class PkgConfigAndClangTest(BuiltExamples, unittest.TestCase):
+    """Each example with one command."""
+
+    @classmethod
+    def build(cls):
+        """Builds each example."""
+        with ThreadPoolExecutor(2) as pool:
+            made = [pool.submit(cls.build_driver),
+                    *(pool.submit(cls.build_host, *which) for which in (
+                        ("minimal-host", "pcd"), ("headless-recorder", "pcd"),
+                        ("qt-host", "pcd-gui")))]
+        for one in made:
+            one.result()
+
+    @classmethod
+    def build_host(cls, name, package):
+        """A program of one source."""
+        libraries = run("pkg-config", "--variable=libdir", package, **cls.config).strip()
+        cls.compile(package, cls.sources / name / "main.cpp", "-o", cls.folder / name,
+                    f"-Wl,-rpath,{libraries}")
+
+    @classmethod
+    def build_driver(cls):
+        """The plugin, with what moc makes of its headers."""
+        source = cls.sources / "driver"
+        moc = Path(run("pkg-config", "--variable=libexecdir", "Qt6Core").strip(), "moc")
+        includes = run("pkg-config", "--cflags-only-I", "pcd", **cls.config).split()
+        made = []
+        for name in ("PatternDevice", "PatternRegister"):
+            made.append(source / f"moc_{name}.cpp")
+            run(moc, *includes, source / f"{name}.h", "-o", made[-1])
+        cls.compile("pcd", source / "PatternDevice.cpp", *made, "-shared", "-o",
+                    cls.driver / "libpattern.so")
+
+    @classmethod
+    def compile(cls, package, *arguments):
+        """Runs the compiler and the linker. Warnings in Qt's headers do not count, in ours they do."""
+        ours = Path(run("pkg-config", "--variable=includedir", "pcd", **cls.config).strip())
+        found = run("pkg-config", "--cflags", "--libs", package, **cls.config).split()
+        for index, word in enumerate(found):
+            if word.startswith("-I") and Path(word[2:]).resolve() != ours.resolve():
+                found[index] = f"-isystem{word[2:]}"
+        run("clang++", "-std=c++17", "-O0", *WARNINGS, *arguments, *found)
+
+
+class TextsTest(unittest.TestCase):
+    """What documents say about the examples."""
+
+    def test_the_host_in_the_readme_is_the_one_that_builds(self):
+        readme = (ROOT / "README.md").read_text(encoding="utf-8")
+        for name in ("CMakeLists.txt", "main.cpp"):
+            self.assertIn((EXAMPLES / "minimal-host" / name).read_text(encoding="utf-8"), readme)
+
+    def test_what_the_guides_quote_is_in_an_example(self):
+        files = [path.read_text(encoding="utf-8") for path in EXAMPLES.rglob("*.*")
+                 if path.suffix in (".cpp", ".h", ".txt")]
+        code = "\n".join(line.strip() for text in files for line in text.splitlines())
+        guides = {name: (ROOT / "docs" / name).read_text(encoding="utf-8")
+                  for name in ("own-host.md", "own-driver.md")}
+        quotes = [(name, quote) for name, guide in guides.items()
+                  for quote in re.findall(r"```(?:cpp|cmake)\n(.*?)```", guide, re.DOTALL)]
+        self.assertGreater(len(quotes), 5)
+        for name, quote in quotes:
+            for part in re.split(r"^\s*…\n", quote, flags=re.MULTILINE):
+                self.assertIn("\n".join(line.strip() for line in part.strip().splitlines()), code,
+                              name)
+
+    def test_the_examples_are_as_short_as_they_are_said_to_be(self):
+        table = (EXAMPLES / "README.md").read_text(encoding="utf-8")
+        for name in sorted(path.name for path in EXAMPLES.iterdir() if path.is_dir()):
+            lines = sum(len(path.read_text(encoding="utf-8").splitlines())
+                        for path in (EXAMPLES / name).iterdir())
+            said = re.search(rf"^\| `{name}` \| (\d+) \|", table, re.MULTILINE)
+            self.assertTrue(said, f"{name} in the table")
+            self.assertEqual(lines, int(said[1]), name)
+
+
+def texts(environment):
+    """An environment offscreen, with some variables more."""
+    return {**os.environ, "QT_QPA_PLATFORM": "offscreen",
+            **{name: str(value) for name, value in environment.items()}}
+
+
+def run(*command, code=0, limit=resource.RLIM_INFINITY, **environment):
+    """Runs a program; returns what it prints. Raises with that if it ends with another code.
+
+    No file that it writes may grow beyond the limit, in bytes.
+    """
+    def prepare():
+        resource.setrlimit(resource.RLIMIT_FSIZE, (limit, resource.RLIM_INFINITY))
+        signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+
+    ended = subprocess.run([str(word) for word in command], check=False, text=True,
+                           stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=SECONDS,
+                           env=texts(environment), preexec_fn=prepare)
+    if ended.returncode != code:
+        raise AssertionError(f"{command} ended with {ended.returncode}, expected {code}:\n"
+                             f"{ended.stdout}")
+    return ended.stdout
+
+
+def wait_until(condition):
+    """Waits for a condition. Raises if it does not become true."""
+    end = time.monotonic() + SECONDS
+    while not condition():
+        if time.monotonic() > end:
+            raise AssertionError("the condition did not become true")
+        time.sleep(0.01)
+
+
+if __name__ == "__main__":
+    if len(sys.argv) < 3 or sys.argv[1] != "--prefix":
+        sys.exit(__doc__)
+    PREFIX = Path(sys.argv[2]).resolve()
+    unittest.main(argv=[sys.argv[0], *sys.argv[3:]])
