@@ -4,10 +4,6 @@
 <context>
     <name>PCameraTabs</name>
     <message>
-        <source>This camera cannot be opened: %1</source>
-        <translation>Эту камеру не удаётся открыть: %1</translation>
-    </message>
-    <message>
         <source>ready</source>
         <translation>готова</translation>
     </message>
@@ -62,6 +58,18 @@ This is the pixel size of the sensor divided by the magnification.</source>
 </context>
 <context>
     <name>PCameraPage</name>
+    <message>
+        <source>Opening %1…</source>
+        <translation>Открывается %1…</translation>
+    </message>
+    <message>
+        <source>This camera cannot be opened: %1</source>
+        <translation>Эту камеру не удаётся открыть: %1</translation>
+    </message>
+    <message>
+        <source>Waiting for the first picture…</source>
+        <translation>Ожидается первый кадр…</translation>
+    </message>
     <message>
         <source>The region of this camera cannot be set.</source>
         <translation>У этой камеры нельзя задать область.</translation>
@@ -1089,6 +1097,10 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <translation>Камера отключена.</translation>
     </message>
     <message>
+        <source>The camera is not open.</source>
+        <translation>Камера не открыта.</translation>
+    </message>
+    <message>
         <source>Find a setting</source>
         <translation>Найти настройку</translation>
     </message>
@@ -1103,6 +1115,10 @@ This is the pixel size of the sensor divided by the magnification.</source>
 </context>
 <context>
     <name>PStatusFields</name>
+    <message>
+        <source>not open</source>
+        <translation>не открыта</translation>
+    </message>
     <message>
         <source>unplugged</source>
         <translation>отключена</translation>

@@ -44,6 +44,7 @@ PStatus PViewCamera::attach(PDevice* device) {
     if (!status.isOk() && m_device != nullptr) {
         PDevice* const refused = m_device;
         leaveDevice();
+        m_stateWithoutDevice = State::NotOpen;
         refused->unlink();
     }
     emit stateChanged();
@@ -122,6 +123,7 @@ void PViewCamera::connectDevice() {
 void PViewCamera::detach() {
     m_lastLedger = m_device->frameLedger();
     leaveDevice();
+    m_stateWithoutDevice = State::Unplugged;
     m_pace.reset();
     emit stateChanged();
 }
@@ -170,7 +172,7 @@ void PViewCamera::setRecorded(bool recorded) {
 
 PViewCamera::State PViewCamera::state() const {
     if (m_device == nullptr)
-        return State::Unplugged;
+        return m_stateWithoutDevice;
     return m_device->isStreaming() ? State::Live : State::Paused;
 }
 

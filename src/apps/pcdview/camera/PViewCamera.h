@@ -29,7 +29,12 @@ class PViewCamera : public QObject {
 
 public:
     /// Whether live frames arrive, and if not, why.
-    enum class State { Live, Paused, Unplugged };
+    enum class State {
+        Live,
+        Paused,
+        Unplugged,
+        NotOpen ///< it has not been opened yet, or could not be
+    };
 
     /// Tests pass a clock other than the system's, for long exposures.
     explicit PViewCamera(PCameraIdentity identity, QObject* parent = nullptr,
@@ -51,7 +56,7 @@ public:
     PStatus takeSnapshot();
 
     const PCameraIdentity& identity() const { return m_identity; }
-    /// Null while it is unplugged.
+    /// Null while it is unplugged or not open.
     PDevice* device() const { return m_device; }
     State state() const;
     /// True while frames come by triggers only, and the number of pictures since then, including
@@ -112,6 +117,7 @@ private:
     PFpsCounter m_pace;
     QTimer m_showSoon;
     std::chrono::steady_clock::time_point m_lastShown;
+    State m_stateWithoutDevice = State::NotOpen;
     bool m_wantsLive = true;
     bool m_isTriggered = false;
     bool m_isRunning = false;

@@ -13,8 +13,9 @@
 
 namespace {
 
-constexpr double zoomStep = 1.25;     // for a key, or a notch of the wheel
-constexpr double notchOfWheel = 120;  // QWheelEvent: eighths of a degree, 15 degrees a notch
+constexpr double zoomStep = 1.25;    // for a key, or a notch of the wheel
+constexpr double notchOfWheel = 120; // QWheelEvent: eighths of a degree, 15 degrees a notch
+constexpr int noticeMargin = 16;
 constexpr double scaleBarShare = 0.2; // of the view's width, at most
 
 /// Writes a size on a dark box, as it must be readable on any picture.
@@ -72,6 +73,12 @@ void PImageView::setStale(bool stale) {
     update();
 }
 
+void PImageView::setNotice(const QString& notice) {
+    m_notice = notice;
+    setAccessibleDescription(notice);
+    update();
+}
+
 std::optional<PPixelValue> PImageView::pixelUnderCursor() const {
     if (m_cursor.x() < 0 || m_image.isNull())
         return std::nullopt;
@@ -123,11 +130,20 @@ void PImageView::paintEvent(QPaintEvent*) {
     }
     QPainter painter(this);
     painter.drawImage(QPointF(), m_canvas);
-    if (m_stale)
+    if (m_stale && !m_image.isNull())
         painter.fillRect(rect(), QColor(128, 128, 128, 110));
     painter.setRenderHint(QPainter::Antialiasing);
+    paintNotice(painter);
     paintRegion(painter);
     paintScaleBar(painter);
+}
+
+void PImageView::paintNotice(QPainter& painter) const {
+    if (!m_image.isNull())
+        return;
+    painter.setPen(palette().color(QPalette::WindowText));
+    painter.drawText(rect().adjusted(noticeMargin, noticeMargin, -noticeMargin, -noticeMargin),
+                     Qt::AlignCenter | Qt::TextWordWrap, m_notice);
 }
 
 void PImageView::paintRegion(QPainter& painter) const {

@@ -33,6 +33,9 @@ public:
     void setPixelSize(double micrometres);
     /// Shows the picture greyed out, because it is not live.
     void setStale(bool stale);
+    /// The text in the middle of the view while there is no picture, such as what it waits for.
+    void setNotice(const QString& notice);
+    const QString& notice() const { return m_notice; }
 
     const PViewGeometry& geometryOfView() const { return m_geometry; }
     /// The pixel under the cursor, or nothing.
@@ -75,6 +78,7 @@ private:
     void redraw();
     void finishRegion();
     QRect drawnRegion() const;
+    void paintNotice(QPainter& painter) const;
     void paintRegion(QPainter& painter) const;
     void paintScaleBar(QPainter& painter) const;
     void showCursor();
@@ -87,6 +91,7 @@ private:
     Tool m_tool = Tool::Move;
     double m_pixelSize = 0;
     bool m_stale = false;
+    QString m_notice;
     bool m_pressed = false;
     QPointF m_cursor{-1, -1}; ///< in device pixels; outside: negative
     QPointF m_regionStart;    ///< in pixels of the picture

@@ -128,6 +128,17 @@ TEST_F(PImageViewTest, escape_puts_the_region_tool_away) {
     EXPECT_EQ(view.tool(), PImageView::Tool::Move);
 }
 
+TEST_F(PImageViewTest, a_notice_is_shown_only_where_there_is_no_picture) {
+    const auto shown = [this](const PImage& image, const QString& notice) {
+        view.setImage(image);
+        view.setNotice(notice);
+        return view.grab().toImage();
+    };
+    const PImage picture = view.image();
+    EXPECT_NE(shown({}, u"Waiting"_qs), shown({}, {}));
+    EXPECT_EQ(shown(picture, u"Waiting"_qs), shown(picture, {}));
+}
+
 TEST_F(PImageViewTest, a_known_pixel_size_brings_a_scale_bar) {
     const QImage without = view.grab().toImage();
     view.setPixelSize(0.24);

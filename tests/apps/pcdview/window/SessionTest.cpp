@@ -381,7 +381,9 @@ TEST_F(SessionTest, a_camera_that_could_not_be_opened_is_tried_again) {
                           {u"count"_qs, 1},
                           {u"result"_qs, int(0x80004005)}}};
     start({camera()});
-    EXPECT_EQ(inFront().state(), PViewCamera::State::Unplugged);
+    EXPECT_EQ(inFront().state(), PViewCamera::State::NotOpen);
+    EXPECT_FALSE(window().windowTitle().contains(u"unplugged"_qs));
+    EXPECT_EQ(widget<QLabel>(u"noSettings"_qs).text(), u"The camera is not open."_qs);
     EXPECT_TRUE(widget<QLabel>(u"banner"_qs).text().contains(u"cannot be opened"_qs));
     EXPECT_TRUE(widget<QListWidget>(u"cameras"_qs).item(0)->text().contains(u"not open"_qs));
     widget<QAction>(u"search"_qs).trigger();

@@ -72,6 +72,15 @@ void PCameraPage::showFrame(const PDeviceFrame& frame) {
     m_view->setPixelSize(pixelSizeOfPicture());
 }
 
+PStatus PCameraPage::open(PDevice* device) {
+    m_view->setNotice(tr("Opening %1…").arg(m_camera->identity().id));
+    m_view->repaint(); // now: this thread is busy until the camera is open
+    const PStatus status = m_camera->attach(device);
+    setMessage(status.isOk() ? QString()
+                             : tr("This camera cannot be opened: %1").arg(status.reason()));
+    return status;
+}
+
 void PCameraPage::setMessage(const QString& message) {
     m_message = message;
     showState();
@@ -131,7 +140,13 @@ void PCameraPage::showState() {
     const QStringList sentences = stateSentences();
     m_banner->setText(sentences.join(u'\n'));
     m_banner->setVisible(!sentences.isEmpty());
-    m_view->setStale(m_camera->state() == PViewCamera::State::Unplugged);
+    m_view->setStale(m_camera->device() == nullptr);
+    m_view->setNotice(noticeText());
+}
+
+QString PCameraPage::noticeText() const {
+    return m_camera->state() == PViewCamera::State::Live ? tr("Waiting for the first picture…")
+                                                         : QString();
 }
 
 QStringList PCameraPage::stateSentences() const {

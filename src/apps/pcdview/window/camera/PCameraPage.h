@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PStatus.h>
+
 #include <QSize>
 #include <QWidget>
 
 #include <memory>
 
+class PDevice;
 class PImageView;
 class PViewCamera;
 class QLabel;
@@ -23,6 +26,9 @@ public:
     PViewCamera& camera() const { return *m_camera; }
     PImageView& view() const { return *m_view; }
 
+    /// Opens the camera with this device and says so in the view, and then that the first picture
+    /// is awaited. Fails with the reason, which is shown above the picture.
+    PStatus open(PDevice* device);
     /// Shows a sentence above the picture; if it is empty, the camera's state is shown.
     void setMessage(const QString& message);
     /// The size of a pixel of the sensor on the specimen, in micrometres, stored for this camera;
@@ -46,6 +52,7 @@ private:
     void setRegion(const QRect& onSensor);
     void showState();
     QStringList stateSentences() const;
+    QString noticeText() const;
     QString pixelSizeKey() const;
 
     PViewCamera* m_camera; // children

@@ -65,9 +65,7 @@ PStatus PCameraTabs::openDevice(PDevice* device, Front front) {
         m_tabs->setCurrentWidget(page);
     if (page->camera().device() != nullptr)
         return PStatus::Ok;
-    const PStatus status = page->camera().attach(device);
-    page->setMessage(status.isOk() ? QString()
-                                   : tr("This camera cannot be opened: %1").arg(status.reason()));
+    const PStatus status = page->open(device);
     showState(page);
     return status;
 }

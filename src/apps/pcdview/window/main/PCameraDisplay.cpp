@@ -17,6 +17,13 @@ namespace {
 
 constexpr int numbersEveryMs = 250;
 
+PSettingsPanel::Without findMissing(const PViewCamera* camera) {
+    using Without = PSettingsPanel::Without;
+    if (camera == nullptr)
+        return Without::Selection;
+    return camera->state() == PViewCamera::State::NotOpen ? Without::Opening : Without::Connection;
+}
+
 } // namespace
 
 PCameraDisplay::PCameraDisplay(QWidget* window, PCameraTabs& tabs, PDockPanels& panels,
@@ -63,9 +70,8 @@ void PCameraDisplay::showPage(PCameraPage* page) {
 void PCameraDisplay::showState() {
     const PCameraPage* const page = m_tabs.currentPage();
     PViewCamera* const camera = page == nullptr ? nullptr : &page->camera();
-    using Without = PSettingsPanel::Without;
     m_panels.settings->setDevice(camera == nullptr ? nullptr : camera->device(),
-                                 camera == nullptr ? Without::Selection : Without::Connection);
+                                 findMissing(camera));
     m_panels.record->setCamera(camera);
     m_window->setWindowTitle(PWindowTitle::toText(camera));
     showNumbers();

@@ -37,6 +37,8 @@ QString PStatusFields::toPaceText(const PViewCamera& camera) {
     switch (camera.state()) {
     case PViewCamera::State::Unplugged:
         return tr("unplugged");
+    case PViewCamera::State::NotOpen:
+        return tr("not open");
     case PViewCamera::State::Paused:
         return tr("stopped");
     case PViewCamera::State::Live:

@@ -35,8 +35,7 @@ PSettingsPanel::PSettingsPanel(QWidget* parent)
 }
 
 void PSettingsPanel::setDevice(PDevice* device, Without without) {
-    m_nothing->setText(without == Without::Selection ? tr("No camera selected.")
-                                                     : tr("The camera is unplugged."));
+    m_nothing->setText(toText(without));
     if (m_panel != nullptr && device == m_device)
         return;
     putAway();
@@ -50,6 +49,18 @@ void PSettingsPanel::setDevice(PDevice* device, Without without) {
         return;
     m_panel->show();
     applyFilter();
+}
+
+QString PSettingsPanel::toText(Without without) {
+    switch (without) {
+    case Without::Selection:
+        return tr("No camera selected.");
+    case Without::Connection:
+        return tr("The camera is unplugged.");
+    case Without::Opening:
+        return tr("The camera is not open.");
+    }
+    return {};
 }
 
 void PSettingsPanel::putAway() {

@@ -19,7 +19,7 @@ public:
     explicit PSettingsPanel(QWidget* parent = nullptr);
 
     /// What is missing if there is no device.
-    enum class Without { Selection, Connection };
+    enum class Without { Selection, Connection, Opening };
     /// Shows the settings of this linked device; without one, says why there are none.
     void setDevice(PDevice* device, Without without = Without::Selection);
     /// Whether a command that a panel of the device has started is running: one of its push buttons
@@ -37,6 +37,7 @@ private:
     QWidget* findOrMakePanel(PDevice* device);
     void forget(PDevice* device);
     void follow(const QWidget* panel);
+    static QString toText(Without without);
     static QString refusalText(const QString& title, const QString& kept);
     void applyFilter();
 

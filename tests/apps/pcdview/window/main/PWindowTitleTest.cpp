@@ -21,6 +21,9 @@ TEST(PWindowTitleTest, names_the_camera_that_is_plugged_in) {
 }
 
 TEST(PWindowTitleTest, says_that_a_camera_is_simulated_and_unplugged) {
-    const PViewCamera camera({u"Fake-1"_qs, u"Fake"_qs, u"1"_qs, true});
+    FakeDevice device;
+    PViewCamera camera({u"Fake-1"_qs, u"Fake"_qs, u"1"_qs, true});
+    ASSERT_TRUE(camera.attach(&device).isOk());
+    camera.detach();
     EXPECT_EQ(PWindowTitle::toText(&camera), u"Simulated camera — Fake-1 — unplugged — pcdview"_qs);
 }
