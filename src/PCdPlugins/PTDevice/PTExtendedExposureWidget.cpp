@@ -15,6 +15,23 @@ namespace {
 // Longer exposures are for the trigger page, even if the camera supports them here.
 constexpr double longestVideoExposure = 5000.0; // milliseconds
 
+/// The form's style gives the buttons of its pages a light background and takes the text colour
+/// from the palette, which is light too in a dark theme.
+void setTextColours(QPushButton& page) {
+    QPalette colours = page.palette();
+    colours.setColor(QPalette::ButtonText, Qt::black);
+    colours.setColor(QPalette::Disabled, QPalette::ButtonText, QColor(150, 150, 150));
+    page.setPalette(colours);
+}
+
+/// Says why the trigger page cannot be chosen, if that is so.
+void explainTrigger(QPushButton& trigger) {
+    const bool isOffered = trigger.isEnabledTo(trigger.parentWidget());
+    trigger.setToolTip(
+        isOffered ? QString()
+                  : PTExtendedExposureWidget::tr("This camera cannot be triggered by software."));
+}
+
 } // namespace
 
 PTExtendedExposureWidget::PTExtendedExposureWidget(PTExtendedExposure* property, QWidget* parent)
@@ -22,16 +39,14 @@ PTExtendedExposureWidget::PTExtendedExposureWidget(PTExtendedExposure* property,
     , m_ui(std::make_unique<Ui::PTExtendedExposure>())
     , m_property(property) {
     m_ui->setupUi(this);
-    // The form's style gives these two a light background and takes the text colour from the
-    // palette, which is light too in a dark theme.
-    for (QPushButton* const page : {m_ui->pbVideo, m_ui->pbTrigger}) {
-        QPalette colors = page->palette();
-        colors.setColor(QPalette::ButtonText, Qt::black);
-        page->setPalette(colors);
-    }
+    setTextColours(*m_ui->pbVideo);
+    setTextColours(*m_ui->pbTrigger);
     setupUiInitialState(m_property->tryGetValueFromDevice());
     setupConnections();
-    setRetranslation([this] { retranslate(); });
+    setRetranslation([this] {
+        retranslate();
+        explainTrigger(*m_ui->pbTrigger);
+    });
 }
 
 PTExtendedExposureWidget::~PTExtendedExposureWidget() {
@@ -49,6 +64,7 @@ void PTExtendedExposureWidget::setupUiInitialState(const ExtendedExposureData& d
         device != nullptr && (device->flags() & TOUPCAM_FLAG_TRIGGER_SOFTWARE) != 0;
     m_ui->page_2->setEnabled(softTrigger);
     m_ui->pbTrigger->setEnabled(softTrigger);
+    explainTrigger(*m_ui->pbTrigger);
     PTExtendedExposureControls::show(*m_ui, d);
     updateState(d);
 }

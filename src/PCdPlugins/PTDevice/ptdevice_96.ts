@@ -216,6 +216,10 @@
 <context>
     <name>PTExtendedExposureWidget</name>
     <message>
+        <source>This camera cannot be triggered by software.</source>
+        <translation>Программный триггер этой камерой не поддерживается.</translation>
+    </message>
+    <message>
         <source>Stop</source>
         <translation>Стоп</translation>
     </message>

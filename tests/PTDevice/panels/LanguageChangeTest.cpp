@@ -113,6 +113,16 @@ TEST_F(LanguageChange, gives_a_button_that_was_stopped_its_first_text_again) {
     EXPECT_EQ(shownText("pbRepeatMode"), u"Непрерывная съёмка"_qs);
 }
 
+TEST_F(LanguageChange, reaches_the_reason_why_the_trigger_page_is_disabled) {
+    openCamera(fullCamera().withFlags(R"(["USB30"])"));
+    panel = openPanel("extexposure");
+    speakRussian();
+    EXPECT_EQ(button("pbTrigger")->toolTip(),
+              u"Программный триггер этой камерой не поддерживается."_qs);
+    speakEnglish();
+    EXPECT_EQ(button("pbTrigger")->toolTip(), u"This camera cannot be triggered by software."_qs);
+}
+
 TEST_F(LanguageChange, keeps_the_trigger_mode_that_is_chosen) {
     ExtendedExposureData d = triggerRecord();
     d.triggermode = ExtendedExposureData::ExternalTrigger;

@@ -113,6 +113,20 @@ TEST_F(PTExtendedExposurePanel, a_camera_without_software_trigger_has_its_page_d
     EXPECT_THAT(puts(), IsEmpty());
 }
 
+TEST_F(PTExtendedExposurePanel, a_trigger_page_that_cannot_be_chosen_looks_so_and_says_why) {
+    openCamera(fullCamera());
+    panel = openPanel("extexposure");
+    EXPECT_EQ(button("pbTrigger")->toolTip(), QString());
+    const QImage usable = button("pbTrigger")->grab().toImage();
+
+    panel.reset();
+    openCamera(fullCamera().withFlags(R"(["USB30", "TRIGGER_EXTERNAL"])"));
+    panel = openPanel("extexposure");
+    EXPECT_EQ(button("pbTrigger")->toolTip(), u"This camera cannot be triggered by software."_qs);
+    EXPECT_EQ(button("pbTrigger")->size(), usable.size());
+    EXPECT_NE(button("pbTrigger")->grab().toImage(), usable);
+}
+
 TEST_F(PTExtendedExposurePanel, a_camera_with_software_trigger_has_its_page_enabled) {
     openCamera(fullCamera().withFlags(R"("0x80000")"));
     panel = openPanel("extexposure");
