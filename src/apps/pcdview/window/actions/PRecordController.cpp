@@ -68,15 +68,29 @@ bool PRecordController::confirmsStop(PRecording& recording) {
     return question.exec() == QMessageBox::Yes;
 }
 
-bool PRecordController::confirmsEnd(const QList<PRecording*>& recordings) {
+/// The question names the recordings that still run, and closes when none is left: the user sees
+/// how they ended, and decides again whether to close.
+bool PRecordController::confirmsEnd(QList<PRecording*> recordings) {
+    QMessageBox question(QMessageBox::Question, tr("Recording"), endQuestion(recordings),
+                         QMessageBox::Yes | QMessageBox::No, m_window);
+    question.setDefaultButton(QMessageBox::No);
+    const auto follow = [&](PRecording* ended) {
+        recordings.removeOne(ended);
+        if (recordings.isEmpty())
+            question.reject();
+        else
+            question.setText(endQuestion(recordings));
+    };
+    for (PRecording* const recording : QList(recordings))
+        connect(recording, &PRecording::finished, &question, [=] { follow(recording); });
+    return question.exec() == QMessageBox::Yes;
+}
+
+QString PRecordController::endQuestion(const QList<PRecording*>& recordings) {
     QStringList cameras;
     for (const PRecording* recording : recordings)
         cameras.append(recording->cameraId());
-    const QString question =
-        tr("Recording in progress: %1. Stop recording and close?").arg(cameras.join(u", "_qs));
-    return QMessageBox::question(m_window, tr("Recording"), question,
-                                 QMessageBox::Yes | QMessageBox::No,
-                                 QMessageBox::No) == QMessageBox::Yes;
+    return tr("Recording in progress: %1. Stop recording and close?").arg(cameras.join(u", "_qs));
 }
 
 bool PRecordController::mayCloseWindow() {

@@ -37,7 +37,8 @@ private:
     void start();
     void stopOnRequest();
     bool confirmsStop(PRecording& recording);
-    bool confirmsEnd(const QList<PRecording*>& recordings);
+    bool confirmsEnd(QList<PRecording*> recordings);
+    static QString endQuestion(const QList<PRecording*>& recordings);
     void showState();
 
     QAction* m_record;

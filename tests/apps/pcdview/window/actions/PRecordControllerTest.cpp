@@ -14,6 +14,7 @@
 #include <QApplication>
 #include <QLabel>
 #include <QMessageBox>
+#include <QPointer>
 #include <QPushButton>
 #include <QTimer>
 
@@ -119,4 +120,28 @@ TEST_F(PRecordControllerTest, names_all_recordings_that_closing_the_window_would
     answerNext(QMessageBox::Yes);
     EXPECT_TRUE(controller->mayCloseWindow());
     EXPECT_EQ(recordings.running().size(), 2); // until the window closes
+}
+
+TEST_F(PRecordControllerTest, the_question_before_closing_follows_the_recordings_that_end) {
+    actions.record->trigger();
+    ASSERT_NO_FATAL_FAILURE(open(u"Fake-2"_qs));
+    actions.record->trigger();
+    ASSERT_EQ(recordings.running().size(), 2);
+    ++answersDue;
+    QTimer::singleShot(0, &window, [this] {
+        const QPointer<QMessageBox> box =
+            qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        ASSERT_NE(box, nullptr);
+        --answersDue;
+        recordings.running().first()->stop();
+        EXPECT_TRUE(waitUntil([&] {
+            return box->text() == u"Recording in progress: Fake-2. Stop recording and close?"_qs;
+        })) << box->text().toStdString();
+        recordings.running().last()->stop();
+        EXPECT_TRUE(waitUntil([&] { return box == nullptr || !box->isVisible(); }));
+        if (box != nullptr)
+            box->reject(); // nothing else would
+    });
+    EXPECT_FALSE(controller->mayCloseWindow());
+    EXPECT_TRUE(recordings.running().isEmpty());
 }
