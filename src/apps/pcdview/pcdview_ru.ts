@@ -431,6 +431,14 @@ This is the pixel size of the sensor divided by the magnification.</source>
 <context>
     <name>PPictureController</name>
     <message>
+        <source>Saving pictures</source>
+        <translation>Сохранение снимков</translation>
+    </message>
+    <message>
+        <source>Pictures still to be saved: %1. After the last one, the window closes.</source>
+        <translation>Осталось сохранить снимков: %1. Затем окно закроется.</translation>
+    </message>
+    <message>
         <source>There is no picture yet.</source>
         <translation>Изображения ещё нет.</translation>
     </message>
@@ -1115,6 +1123,14 @@ This is the pixel size of the sensor divided by the magnification.</source>
 </context>
 <context>
     <name>PStatusFields</name>
+    <message>
+        <source>Pictures that wait or are being saved</source>
+        <translation>Снимки, которые ещё не сохранены</translation>
+    </message>
+    <message>
+        <source>To be saved: %1</source>
+        <translation>Не сохранено: %1</translation>
+    </message>
     <message>
         <source>not open</source>
         <translation>не открыта</translation>

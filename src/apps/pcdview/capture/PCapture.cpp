@@ -18,6 +18,7 @@ PPictureNotes makeNotes(const PCameraIdentity& camera, const PDeviceFrame& frame
 
 PCapture::PCapture(QObject* parent)
     : QObject(parent) {
+    connect(&m_saver, &PPictureSaver::unsavedChanged, this, &PCapture::unsavedChanged);
     connect(&m_saver, &PPictureSaver::finished, this,
             [this](const QString& path, const QString& reason) {
                 if (reason.isEmpty())

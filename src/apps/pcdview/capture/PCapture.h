@@ -28,8 +28,12 @@ public:
     /// confirmed. `pixelSize` is as PixelSize returns it.
     void saveFrame(const PCameraIdentity& camera, const PDeviceFrame& frame, double pixelSize,
                    const QString& path);
+    /// The number of pictures that wait or are being saved.
+    int unsaved() const { return m_saver.unsaved(); }
 
 signals:
+    /// unsaved() has changed.
+    void unsavedChanged(int pictures);
     /// A message for the status bar: what is being done, or the result.
     void messageChanged(const QString& message);
     /// A picture that was taken could not be saved, and why.

@@ -40,6 +40,7 @@ void PPictureSaver::save(Job job) {
     const bool isTaken = m_work.push(
         bytes, [job = std::move(job)] { return savePicture(job); },
         [postResult](const PStatus& result) { postResult(result.reason()); });
+    countUnsaved(1);
     if (!isTaken) {
         postResult(tr("cannot save \"%1\": %2 MB of pictures are waiting for the disk")
                        .arg(path)
@@ -47,9 +48,16 @@ void PPictureSaver::save(Job job) {
     }
 }
 
+void PPictureSaver::countUnsaved(int change) {
+    m_unsaved += change;
+    if (!m_isClosing)
+        emit unsavedChanged(m_unsaved);
+}
+
 void PPictureSaver::report(const QString& path, const QString& reason) {
     if (!m_isClosing)
         emit finished(path, reason);
     else if (!reason.isEmpty())
         PViewLog::warning(reason); // the listeners are being destroyed
+    countUnsaved(-1);
 }

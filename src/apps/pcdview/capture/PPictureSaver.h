@@ -35,15 +35,21 @@ public:
     /// needed; finished() reports the result. A picture that would exceed the limit is not saved;
     /// one larger than the limit is accepted if nothing waits.
     void save(Job job);
+    /// The number of pictures that wait or are being saved.
+    int unsaved() const { return m_unsaved; }
 
 signals:
+    /// unsaved() has changed.
+    void unsavedChanged(int pictures);
     /// A picture was saved; or it was not, and `reason` is not empty.
     void finished(const QString& path, const QString& reason);
 
 private:
+    void countUnsaved(int change);
     void report(const QString& path, const QString& reason);
 
     bool m_isClosing = false;
+    int m_unsaved = 0;
     PPostedCalls m_results;
     PWorkQueue m_work; // last: it posts results until it is stopped
 };

@@ -99,3 +99,16 @@ TEST_F(PPictureSaverTest, a_picture_that_finds_no_room_is_not_saved_but_named) {
     ASSERT_TRUE(waitUntil([this] { return reasons[path(u"small.png"_qs)].isEmpty(); }));
     EXPECT_TRUE(QFile::exists(path(u"small.png"_qs)));
 }
+
+TEST_F(PPictureSaverTest, counts_the_pictures_that_are_still_to_be_saved) {
+    PPictureSaver saver;
+    QList<int> counts;
+    QObject::connect(&saver, &PPictureSaver::unsavedChanged, &saver,
+                     [&](int pictures) { counts.append(pictures); });
+    writeFile(path(u"b.png"_qs), "mine"); // so that this one fails
+    for (const QString& name : {u"a.png"_qs, u"b.png"_qs, u"c.png"_qs})
+        saver.save(jobFor(name));
+    EXPECT_EQ(saver.unsaved(), 3); // results come from the event loop only
+    ASSERT_TRUE(waitUntil([&] { return saver.unsaved() == 0; }));
+    EXPECT_EQ(counts, (QList<int>{1, 2, 3, 2, 1, 0}));
+}

@@ -6,6 +6,7 @@
 
 #include <apps/pcdview/camera/PViewCamera.h>
 #include <apps/pcdview/view/PImageView.h>
+#include <apps/pcdview/window/actions/PPictureController.h>
 #include <apps/pcdview/window/camera/PCameraPage.h>
 #include <apps/pcdview/window/camera/PCameraTabs.h>
 #include <apps/pcdview/window/main/PMainWindow.h>
@@ -500,4 +501,21 @@ TEST_F(SessionTest, closing_leaves_nothing_running) {
     EXPECT_GT(threads(), before);
     end();
     EXPECT_TRUE(waitUntil([&] { return threads() <= before; }));
+}
+
+TEST_F(SessionTest, a_window_that_is_closed_while_stills_are_being_saved_waits_for_them) {
+    start({camera()});
+    ASSERT_TRUE(waitForNewFrames());
+    auto* const pictures = window().findChild<PPictureController*>();
+    ASSERT_NE(pictures, nullptr);
+    QStringList shown;
+    QObject::connect(pictures, &PPictureController::unsavedChanged, pictures, [&](int unsaved) {
+        shown.append(widget<QLabel>(u"unsaved"_qs).text());
+        if (unsaved == 1 && shown.size() == 1)
+            window().close();
+    });
+    key(Qt::Key_S, Qt::ControlModifier);
+    ASSERT_TRUE(waitUntil([this] { return !window().isVisible(); }));
+    EXPECT_EQ(shown, (QStringList{u"To be saved: 1"_qs, QString()}));
+    EXPECT_EQ(captures().size(), 1);
 }

@@ -16,14 +16,14 @@ PControllers::PControllers(const PViewActions& actions, PCameraTabs& tabs, PDock
                            PRecordings& recordings, const PCameraSdk& sdk, QWidget* window)
     : QObject(window)
     , m_profile(new PProfileController(actions, tabs, window))
-    , m_recording(new PRecordController(actions.record, tabs, panels, recordings, window)) {
+    , m_recording(new PRecordController(actions.record, tabs, panels, recordings, window))
+    , m_picture(new PPictureController(actions, tabs, window)) {
     const auto* const camera =
         new PCameraController(actions, tabs, *panels.cameras, *m_recording, window);
-    const auto* const picture = new PPictureController(actions, tabs, window);
     new PViewController(actions, tabs, *panels.histogram, window);
     new PHelpController(actions, sdk, window);
     connect(m_recording, &PRecordController::messageChanged, this, &PControllers::messageChanged);
     connect(camera, &PCameraController::messageChanged, this, &PControllers::messageChanged);
-    connect(picture, &PPictureController::messageChanged, this, &PControllers::messageChanged);
+    connect(m_picture, &PPictureController::messageChanged, this, &PControllers::messageChanged);
     connect(m_profile, &PProfileController::messageChanged, this, &PControllers::messageChanged);
 }

@@ -7,6 +7,7 @@ class PCameraSdk;
 class PCameraTabs;
 class PDockPanels;
 class PProfileController;
+class PPictureController;
 class PRecordController;
 class PRecordings;
 class PViewActions;
@@ -23,6 +24,7 @@ public:
 
     PProfileController& profile() const { return *m_profile; }
     PRecordController& recording() const { return *m_recording; }
+    PPictureController& picture() const { return *m_picture; }
 
 signals:
     /// A message for the status bar; empty to clear it.
@@ -31,4 +33,5 @@ signals:
 private:
     PProfileController* m_profile; // children of the window
     PRecordController* m_recording;
+    PPictureController* m_picture;
 };

@@ -11,6 +11,7 @@
 
 #include <QAction>
 #include <QFileDialog>
+#include <QMessageBox>
 
 PPictureController::PPictureController(const PViewActions& actions, PCameraTabs& tabs,
                                        QWidget* window)
@@ -24,6 +25,7 @@ PPictureController::PPictureController(const PViewActions& actions, PCameraTabs&
     connect(&tabs, &PCameraTabs::pageAdded, this, [this](PCameraPage* page) {
         m_capture.follow(&page->camera(), [page] { return page->pixelSizeOfPicture(); });
     });
+    connect(&m_capture, &PCapture::unsavedChanged, this, &PPictureController::unsavedChanged);
     connect(&m_capture, &PCapture::messageChanged, this, &PPictureController::messageChanged);
     connect(&m_capture, &PCapture::saveFailed, this, &PPictureController::showFailure);
 }
@@ -52,6 +54,27 @@ void PPictureController::saveShown() {
         m_capture.saveFrame(camera.identity(), frame, pixelSize, path);
     else
         emit messageChanged(name.reason());
+}
+
+bool PPictureController::finishSaving() {
+    bool isSaved = m_capture.unsaved() == 0;
+    if (isSaved)
+        return true;
+    QMessageBox box(QMessageBox::Information, tr("Saving pictures"), {}, QMessageBox::Cancel,
+                    m_window);
+    bool hasFailed = false;
+    connect(&m_capture, &PCapture::saveFailed, &box, [&] { hasFailed = true; });
+    const auto show = [&](int pictures) {
+        box.setText(tr("Pictures still to be saved: %1. After the last one, the window closes.")
+                        .arg(pictures));
+        isSaved = pictures == 0;
+        if (isSaved)
+            box.reject();
+    };
+    connect(this, &PPictureController::unsavedChanged, &box, show);
+    show(m_capture.unsaved());
+    box.exec();
+    return isSaved && !hasFailed;
 }
 
 void PPictureController::chooseFiles() {

@@ -18,7 +18,13 @@ public:
     /// Actions and tabs must outlive it; the window is the parent of it and of the dialogs.
     PPictureController(const PViewActions& actions, PCameraTabs& tabs, QWidget* window);
 
+    /// Waits until no picture is left to be saved, while a message shows how many are. False: the
+    /// user does not want to wait for that, or a picture could not be saved.
+    bool finishSaving();
+
 signals:
+    /// The number of pictures that wait or are being saved has changed.
+    void unsavedChanged(int pictures);
     /// A message for the status bar: what is being done, or the result.
     void messageChanged(const QString& message);
 

@@ -3,6 +3,7 @@
 
 #include <apps/common/camera/PCameraHost.h>
 #include <apps/pcdview/window/actions/PControllers.h>
+#include <apps/pcdview/window/actions/PPictureController.h>
 #include <apps/pcdview/window/actions/PProfileController.h>
 #include <apps/pcdview/window/actions/PRecordController.h>
 #include <apps/pcdview/window/actions/PViewActions.h>
@@ -56,6 +57,8 @@ void PMainWindow::makeBars() {
     setStatusBar(status->bar());
     const auto* const display =
         new PCameraDisplay(this, *m_cameraTabs, *m_panels, tools->modes(), *status);
+    connect(&m_controllers->picture(), &PPictureController::unsavedChanged, status,
+            &PStatusFields::showUnsaved);
     const auto showMessage = [bar = status->bar()](const QString& message) {
         bar->showMessage(message);
     };
@@ -79,8 +82,12 @@ void PMainWindow::closeUnasked() {
     close();
 }
 
+bool PMainWindow::mayClose() {
+    return m_controllers->recording().mayCloseWindow() && m_controllers->picture().finishSaving();
+}
+
 void PMainWindow::closeEvent(QCloseEvent* event) {
-    if (m_asks && !m_controllers->recording().mayCloseWindow())
+    if (m_asks && !mayClose())
         return event->ignore();
     m_actions->fullScreen->setChecked(false);
     QSettings settings;

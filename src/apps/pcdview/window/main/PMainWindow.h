@@ -40,6 +40,7 @@ protected:
 private:
     void makeBars();
     void restoreLayout();
+    bool mayClose();
 
     PRecordings m_recordings;
     PCameraTabs* m_cameraTabs; // children

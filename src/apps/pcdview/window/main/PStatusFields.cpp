@@ -62,6 +62,7 @@ QString PStatusFields::waitingText(std::chrono::seconds left) {
 PStatusFields::PStatusFields(QStatusBar* bar)
     : QObject(bar)
     , m_bar(bar)
+    , m_unsaved(addField(bar, "unsaved"))
     , m_pixel(addField(bar, "pixel"))
     , m_zoom(addField(bar, "zoom"))
     , m_size(addField(bar, "size"))
@@ -70,8 +71,10 @@ PStatusFields::PStatusFields(QStatusBar* bar)
     , m_temperature(addField(bar, "temperature"))
     , m_ledger(addField(bar, "ledger")) {
     m_temperature->setToolTip(tr("Temperature of the sensor"));
-    // The only field that is not always shown, and a long one: it must not make the window wider.
-    // Being the first, it does not move the others either.
+    m_unsaved->setToolTip(tr("Pictures that wait or are being saved"));
+    // The fields that are not always shown must not make the window wider. Being the first, they do
+    // not move the others either.
+    m_unsaved->setMinimumWidth(1);
     m_pixel->setMinimumWidth(1);
 }
 
@@ -104,4 +107,8 @@ void PStatusFields::showView(const PCameraPage* page) {
     m_zoom->setText(toZoomText(page->view()));
     const auto pixel = page->view().pixelUnderCursor();
     m_pixel->setText(pixel ? pixel->text() : QString());
+}
+
+void PStatusFields::showUnsaved(int pictures) {
+    m_unsaved->setText(pictures == 0 ? QString() : tr("To be saved: %1").arg(pictures));
 }

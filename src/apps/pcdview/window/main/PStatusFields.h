@@ -10,8 +10,8 @@ class PViewCamera;
 class QLabel;
 class QStatusBar;
 
-/// The fields of a status bar: the pixel under the cursor, the zoom, pace, exposure, sensor
-/// temperature and ledger of a camera. The GUI thread.
+/// The fields of a status bar: the number of pictures to be saved; the pixel under the cursor, the
+/// zoom, pace, exposure, sensor temperature and ledger of a camera. The GUI thread.
 class PStatusFields : public QObject {
     Q_OBJECT
 
@@ -26,6 +26,8 @@ public:
     void showCamera(const PCameraPage* page);
     /// Shows the pixel under its cursor and its zoom.
     void showView(const PCameraPage* page);
+    /// Shows the number of pictures that are still to be saved, of all cameras; nothing for 0.
+    void showUnsaved(int pictures);
 
 private:
     static QString toPaceText(const PViewCamera& camera);
@@ -33,7 +35,8 @@ private:
     QLabel* addField(QStatusBar* bar, const char* name);
 
     QStatusBar* m_bar;
-    QLabel* m_pixel; // children of the bar
+    QLabel* m_unsaved; // children of the bar
+    QLabel* m_pixel;
     QLabel* m_zoom;
     QLabel* m_size;
     QLabel* m_pace;

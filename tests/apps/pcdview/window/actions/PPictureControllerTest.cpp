@@ -15,14 +15,36 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QCloseEvent>
 #include <QDir>
 #include <QFileDialog>
 #include <QImage>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QTimer>
 
 namespace {
+
+/// The texts of the message boxes that are shown, and their dismissal.
+class ShownMessages : public QObject {
+public:
+    ShownMessages() { qApp->installEventFilter(this); }
+
+    QStringList texts;
+    bool areDismissed = false; ///< closed before the results of other threads arrive
+
+protected:
+    bool eventFilter(QObject* object, QEvent* event) override {
+        const auto* const box = qobject_cast<QMessageBox*>(object);
+        if (box == nullptr || event->type() != QEvent::Show)
+            return false;
+        texts.append(box->text());
+        if (areDismissed)
+            QCoreApplication::postEvent(object, new QCloseEvent, Qt::HighEventPriority);
+        return false;
+    }
+};
 
 class PPictureControllerTest : public FakeCameras {
 protected:
@@ -49,6 +71,26 @@ protected:
             static_cast<QDialog*>(dialog)->accept();
         });
         actions.savePicture->trigger();
+    }
+
+    /// Takes stills, and waits for them to be saved from the moment at which they all
+    /// still are to be.
+    bool finishSavingOf(int stills) {
+        bool isFinished = false;
+        bool isAsked = false;
+        const auto finish = [&](int pictures) {
+            if (!isAsked && pictures == stills) {
+                isAsked = true;
+                isFinished = controller->finishSaving();
+            }
+        };
+        const auto connection =
+            QObject::connect(controller, &PPictureController::unsavedChanged, controller, finish);
+        for (int i = 0; i < stills; ++i)
+            takeStill();
+        EXPECT_TRUE(waitUntil([&] { return isAsked; }));
+        QObject::disconnect(connection);
+        return isFinished;
     }
 
     PPictureController* const controller =
@@ -112,4 +154,30 @@ TEST_F(PPictureControllerTest, opens_the_dialog_for_names_with_the_camera_in_fro
     });
     actions.captureFiles->trigger();
     EXPECT_TRUE(example.contains(u"Fake-1"_qs)) << example.toStdString();
+}
+
+TEST_F(PPictureControllerTest, has_nothing_to_finish_where_nothing_is_being_saved) {
+    EXPECT_TRUE(controller->finishSaving());
+}
+
+TEST_F(PPictureControllerTest, waits_for_the_pictures_and_says_how_many_there_are) {
+    const ShownMessages shown;
+    EXPECT_TRUE(finishSavingOf(3));
+    EXPECT_EQ(
+        shown.texts,
+        QStringList(u"Pictures still to be saved: 3. After the last one, the window closes."_qs));
+    EXPECT_EQ(QDir(captureFolder()).entryList(QDir::Files).size(), 3);
+}
+
+TEST_F(PPictureControllerTest, waits_for_no_pictures_if_the_user_does_not_want_to) {
+    ShownMessages shown;
+    shown.areDismissed = true;
+    EXPECT_FALSE(finishSavingOf(1));
+    EXPECT_TRUE(waitForMessage(u"Saved "_qs)); // but it is saved
+}
+
+TEST_F(PPictureControllerTest, is_not_done_with_a_picture_that_could_not_be_saved) {
+    writeFile(path(u"file"_qs), "x");
+    PCaptureFolder::setPath(path(u"file/folder"_qs));
+    EXPECT_FALSE(finishSavingOf(1));
 }

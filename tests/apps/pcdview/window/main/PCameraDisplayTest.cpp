@@ -114,3 +114,10 @@ TEST_F(PCameraDisplayTest, ends_the_run_of_a_camera_that_is_left) {
     ASSERT_NO_FATAL_FAILURE(open(u"Fake-3"_qs));
     EXPECT_EQ(changes.count(), 1);
 }
+
+TEST_F(PCameraDisplayTest, shows_how_many_pictures_are_to_be_saved_while_there_are_any) {
+    status->showUnsaved(7);
+    EXPECT_EQ(field("unsaved"), u"To be saved: 7"_qs);
+    status->showUnsaved(0);
+    EXPECT_EQ(field("unsaved"), QString());
+}
