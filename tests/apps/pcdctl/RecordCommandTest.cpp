@@ -169,6 +169,16 @@ TEST_F(RecordCommand, without_json_it_prints_what_was_recorded) {
         << result.output.toStdString();
 }
 
+TEST_F(RecordCommand, one_frame_is_not_called_frames) {
+    QStringList words = arguments({u"-n"_qs, u"1"_qs});
+    words.removeOne(u"--json"_qs);
+    const CtlResult result = runCtl(words);
+    EXPECT_EQ(result.exitCode, 0) << result.errors.toStdString();
+    EXPECT_TRUE(result.output.contains("mode 320x240: 1 frame in ")) << result.output.toStdString();
+    EXPECT_TRUE(result.output.contains("Recorded: 1 of 1 frame in "))
+        << result.output.toStdString();
+}
+
 TEST_F(RecordCommand, a_pattern_makes_a_series_of_files) {
     for (const char* ending : {"png", "tif"}) {
         file = path(u"run/f-##.%1"_qs.arg(QLatin1String(ending)));

@@ -50,6 +50,10 @@ bool PCtlOutput::flush() {
     return std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
 }
 
+QString PCtlOutput::toFrames(quint64 count) {
+    return (count == 1 ? u"%1 frame"_qs : u"%1 frames"_qs).arg(count);
+}
+
 QJsonObject PCtlOutput::toJson(const PCameraIdentity& camera) {
     return {{u"id"_qs, camera.id},
             {u"model"_qs, camera.model},

@@ -23,6 +23,8 @@ void printMessage(const QString& message);
 /// Writes out what is buffered. False if anything could not be written to the standard output.
 bool flush();
 
+/// "1 frame", "5 frames".
+QString toFrames(quint64 count);
 /// {id, model, serial, simulated}.
 QJsonObject toJson(const PCameraIdentity& camera);
 

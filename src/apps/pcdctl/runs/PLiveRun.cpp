@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <apps/pcdctl/runs/PLiveRun.h>
 
+#include <apps/pcdctl/cli/PCtlOutput.h>
+
 #include <apps/common/record/PSeriesWriter.h>
 
 #include <utility>
@@ -93,10 +95,11 @@ void PLiveRun::showStatus() {
 QString PLiveRun::failureReason(bool reachedEnd) const {
     if (isComplete())
         return {};
+    const QString taken = PCtlOutput::toFrames(framesTaken());
     if (m_session.isUnplugged())
-        return u"camera %1 was unplugged after %2 frames"_qs.arg(m_camera.id).arg(framesTaken());
+        return u"camera %1 was unplugged after %2"_qs.arg(m_camera.id, taken);
     if (!reachedEnd && m_session.isInterrupted())
-        return mayEndNow() ? QString() : u"interrupted after %1 frames"_qs.arg(framesTaken());
+        return mayEndNow() ? QString() : u"interrupted after %1"_qs.arg(taken);
     return reachedEnd && isStalled() ? stallReason() : QString();
 }
 
@@ -105,9 +108,9 @@ bool PLiveRun::mayEndNow() const {
 }
 
 QString PLiveRun::stallReason() const {
-    return u"camera %1 sent no frame for %2 s; %3 frames arrived before"_qs.arg(m_camera.id)
+    return u"camera %1 sent no frame for %2 s; %3 arrived before"_qs.arg(m_camera.id)
         .arg(std::chrono::duration<double>(longestWait()).count())
-        .arg(framesTaken());
+        .arg(PCtlOutput::toFrames(framesTaken()));
 }
 
 /// Waits until all frames that were taken are in complete files. An interruption does not end this
@@ -117,7 +120,8 @@ void PLiveRun::finishFiles(const QString& reason) {
         return;
     m_recorder->end(m_session.ledger().since(m_ledgerAtStart), reason);
     while (!m_recorder->waitUntilFinished(std::chrono::milliseconds(100)))
-        m_status.show(u"saving: %1 frames left"_qs.arg(m_recorder->progress().tally.waiting));
+        m_status.show(
+            u"saving: %1 left"_qs.arg(PCtlOutput::toFrames(m_recorder->progress().tally.waiting)));
 }
 
 /// What is wrong with a stream that reached its end, according to its ledger and tallies.

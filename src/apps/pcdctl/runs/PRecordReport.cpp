@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <apps/pcdctl/runs/PRecordReport.h>
 
+#include <apps/pcdctl/cli/PCtlOutput.h>
+
 QJsonObject PRecordReport::toJson() const {
     QJsonObject object = stream.toJson();
     object.insert(u"file"_qs, file);
@@ -14,8 +16,8 @@ QJsonObject PRecordReport::toJson() const {
 }
 
 QString PRecordReport::toText() const {
-    QString text =
-        u"Recorded: %1 of %2 frames in %3\n"_qs.arg(tally.written).arg(tally.wanted).arg(file);
+    QString text = u"Recorded: %1 of %2 in %3\n"_qs.arg(tally.written)
+                       .arg(PCtlOutput::toFrames(tally.wanted), file);
     const auto add = [&](quint64 count, const QString& what) {
         if (count > 0)
             text += u"  %1  %2\n"_qs.arg(count, 10).arg(what);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <apps/pcdctl/runs/PStreamReport.h>
 
+#include <apps/pcdctl/cli/PCtlOutput.h>
+
 namespace {
 
 QJsonObject ledgerToJson(const PFrameLedger& ledger) {
@@ -48,13 +50,13 @@ QJsonObject PStreamReport::toJson() const {
 }
 
 QString PStreamReport::toText() const {
-    QString text = u"%1%2, mode %3: %4 frames in %5 s, %6 fps, %7 MB/s\n"_qs
+    QString text = u"%1%2, mode %3: %4 in %5 s, %6 fps, %7 MB/s\n"_qs
                        .arg(camera.id, camera.simulated ? u" (simulated)"_qs : QString(), mode.name)
-                       .arg(tally.frames())
+                       .arg(PCtlOutput::toFrames(tally.frames()))
                        .arg(tally.seconds(), 0, 'f', 2)
                        .arg(tally.fps(), 0, 'f', 1)
                        .arg(tally.megabytesPerSecond(), 0, 'f', 1);
     if (saved)
-        text += u"Saved: %1 frames\n"_qs.arg(*saved);
+        text += u"Saved: %1\n"_qs.arg(PCtlOutput::toFrames(*saved));
     return text + ledgerToText(ledger);
 }

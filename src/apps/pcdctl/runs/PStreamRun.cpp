@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <apps/pcdctl/runs/PStreamRun.h>
 
+#include <apps/pcdctl/cli/PCtlOutput.h>
+
 namespace {
 
 quint64 lostFrames(const PFrameLedger& ledger) {
@@ -82,7 +84,7 @@ std::optional<double> PStreamRun::share() const {
 
 QString PStreamRun::statusText() const {
     const double fps = tally().currentFps();
-    QString text = u"%1 frames  %2 fps  %3 MB/s  lost %4"_qs.arg(tally().frames())
+    QString text = u"%1  %2 fps  %3 MB/s  lost %4"_qs.arg(PCtlOutput::toFrames(tally().frames()))
                        .arg(fps, 0, 'f', 1)
                        .arg(fps * double(tally().frameBytes()) / 1e6, 0, 'f', 1)
                        .arg(lostFrames(session().ledger()));
