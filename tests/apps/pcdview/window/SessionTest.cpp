@@ -398,12 +398,13 @@ TEST_F(SessionTest, contrast_is_stretched_on_the_screen_also_while_the_live_pict
     start({camera()});
     ASSERT_TRUE(waitForNewFrames());
     key(Qt::Key_L, Qt::ControlModifier);
+    QCoreApplication::processEvents(); // a frame that was taken before the stop is still shown
     widget<QDockWidget>(u"histogramDock"_qs).close();
     const QImage before = page().view().grab().toImage();
     const QByteArray taken = pixels();
     key(Qt::Key_T, Qt::ControlModifier);
     EXPECT_TRUE(waitUntil([&] { return page().view().grab().toImage() != before; }));
-    EXPECT_EQ(pixels(), taken);
+    EXPECT_TRUE(pixels() == taken);
     key(Qt::Key_T, Qt::ControlModifier);
     EXPECT_EQ(page().view().grab().toImage(), before);
 }
