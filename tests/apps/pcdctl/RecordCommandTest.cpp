@@ -196,6 +196,8 @@ TEST_F(RecordCommand, a_time_counts_from_the_first_frame) {
     const CtlResult result = record({u"-t"_qs, u"0.5"_qs});
     ASSERT_EQ(result.exitCode, 0) << result.errors.toStdString();
     EXPECT_GT(written(result.json), 0);
+    const int afterEnd = readRecording(result.json).value(u"after_end"_qs).toInt();
+    EXPECT_EQ(result.json.value(u"frames"_qs).toInt(), written(result.json) + afterEnd);
     EXPECT_EQ(soundPictures(), written(result.json));
     EXPECT_TRUE(TiffReadBack(file).isBig()); // its final size was unknown
     for (const double time : times(xml()))
@@ -211,7 +213,11 @@ TEST_F(RecordCommand, a_time_lapse_takes_the_first_frame_at_once_and_one_each_in
     EXPECT_EQ(taken.at(0), 0);
     for (int i = 1; i < 4; ++i)
         EXPECT_GE(taken.at(i), 0.2 * i - 0.1) << i; // early by half an interval at most
-    EXPECT_GT(result.json.value(u"frames"_qs).toInt(), 4);
+    const int all = result.json.value(u"frames"_qs).toInt();
+    EXPECT_GT(all, 4);
+    const QJsonObject tally = readRecording(result.json);
+    EXPECT_GT(tally.value(u"not_due"_qs).toInt(), 0);
+    EXPECT_EQ(4 + tally.value(u"not_due"_qs).toInt() + tally.value(u"after_end"_qs).toInt(), all);
     EXPECT_EQ(xml().note(u"Frames"_qs).count(u", "_qs), 3);
 }
 

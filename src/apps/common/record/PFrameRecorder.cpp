@@ -37,7 +37,16 @@ bool PFrameRecorder::takeFrame(const PDeviceFrame& frame, Kind kind) {
     // waits for the disk under this lock.
     const std::lock_guard lock(m_mutex);
     const bool isOpen = !m_isEnding && !m_isDiskTooSlow && m_queue.state().error.isEmpty();
-    if (!isOpen || !m_schedule.claim(arrivalTime(frame)) || m_queue.push(frame))
+    const Clock::time_point arrived = arrivalTime(frame);
+    if (!isOpen || m_schedule.isOver(arrived)) {
+        ++m_afterEnd;
+        return true;
+    }
+    if (!m_schedule.claim(arrived)) {
+        ++m_notDue;
+        return true;
+    }
+    if (m_queue.push(frame))
         return true;
     // One missing frame is enough: a recording must not have gaps.
     m_isDiskTooSlow = true;
@@ -117,5 +126,7 @@ PRecordTally PFrameRecorder::tally(const PFrameWriteQueue::State& queue) const {
     tally.failed = queue.failed;
     tally.refused = queue.refused;
     tally.notTaken = tally.wanted - m_schedule.claimed();
+    tally.notDue = m_notDue;
+    tally.afterEnd = m_afterEnd;
     return tally;
 }

@@ -70,6 +70,8 @@ private:
     std::optional<PFrameLedger> m_ledger;
     QString m_finishError;
     bool m_isDiskTooSlow = false;
+    quint64 m_notDue = 0;
+    quint64 m_afterEnd = 0;
     bool m_isEnding = false;
     bool m_isFinished = false;
 

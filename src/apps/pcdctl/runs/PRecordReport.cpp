@@ -11,6 +11,8 @@ QJsonObject PRecordReport::toJson() const {
                                                {u"failed"_qs, qint64(tally.failed)},
                                                {u"refused"_qs, qint64(tally.refused)},
                                                {u"not_taken"_qs, qint64(tally.notTaken)},
+                                               {u"not_due"_qs, qint64(tally.notDue)},
+                                               {u"after_end"_qs, qint64(tally.afterEnd)},
                                                {u"balanced"_qs, tally.isBalanced()}});
     return object;
 }
@@ -25,5 +27,7 @@ QString PRecordReport::toText() const {
     add(tally.failed, u"could not be written"_qs);
     add(tally.refused, u"arrived faster than the disk could write"_qs);
     add(tally.notTaken, u"did not arrive"_qs);
+    add(tally.notDue, u"arrived between the times of the time-lapse"_qs);
+    add(tally.afterEnd, u"arrived after the last one"_qs);
     return stream.toText() + u'\n' + text.trimmed();
 }

@@ -112,6 +112,17 @@ TEST_F(FrameRecorder, writes_every_frame_in_order_and_then_completes_the_files) 
     EXPECT_EQ(state->end->failure, QString());
 }
 
+TEST_F(FrameRecorder, counts_the_frames_that_arrive_but_are_not_to_be_recorded) {
+    const auto timeLapse = record({std::nullopt, 45ms, 20ms}); // of frames at 0, 10, 20 … ms
+    EXPECT_TRUE(offer(*timeLapse, 8));
+    const PRecordTally tally = end(*timeLapse).tally;
+    EXPECT_EQ(tally.written, 3U);  // 0, 20 and 40 ms
+    EXPECT_EQ(tally.notDue, 2U);   // 10 and 30 ms
+    EXPECT_EQ(tally.afterEnd, 3U); // 50, 60 and 70 ms
+    EXPECT_TRUE(offer(*timeLapse, 1, 9));
+    EXPECT_EQ(timeLapse->progress().tally.afterEnd, 4U);
+}
+
 TEST_F(FrameRecorder, leaves_snapshots_alone) {
     const auto recorder = record(noEnd);
     EXPECT_TRUE(recorder->takeFrame(testFrame(1, 0ms), PFrameSink::Kind::Snapshot));
