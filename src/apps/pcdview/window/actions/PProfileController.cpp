@@ -3,6 +3,7 @@
 
 #include <apps/pcdview/camera/PViewCamera.h>
 #include <apps/pcdview/capture/PCaptureFolder.h>
+#include <apps/pcdview/capture/PNamePattern.h>
 #include <apps/pcdview/options/PViewLog.h>
 #include <apps/pcdview/window/actions/PViewActions.h>
 #include <apps/pcdview/window/camera/PCameraPage.h>
@@ -24,6 +25,13 @@ namespace {
 
 /// Of files that the desktop opens with this program, while editors take them for JSON.
 const QString profileSuffix = u"pcdprofile.json"_qs;
+
+/// The camera's id, as far as every file system takes it.
+QString suggestedName(const QString& camera) {
+    PNamePattern pattern;
+    pattern.setText(u"{camera}"_qs);
+    return pattern.name(camera, {}, 1) + u'.' + profileSuffix;
+}
 
 } // namespace
 
@@ -107,6 +115,7 @@ void PProfileController::save() {
     QFileDialog dialog(m_window, tr("Save profile"), PCaptureFolder::path(), filter());
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setDefaultSuffix(profileSuffix);
+    dialog.selectFile(suggestedName(m_tabs.currentPage()->camera().identity().id));
     if (dialog.exec() == QDialog::Accepted)
         saveTo(dialog.selectedFiles().value(0));
 }

@@ -11,6 +11,8 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QDir>
+#include <QFileDialog>
 #include <QMessageBox>
 #include <QTimer>
 
@@ -137,6 +139,22 @@ TEST_F(PProfileControllerTest, warns_of_an_offered_file_that_is_not_a_profile_an
     EXPECT_TRUE(warning.contains(file)) << warning.toStdString();
     emit tabs->currentStateChanged();
     EXPECT_EQ(question(), nullptr);
+}
+
+TEST_F(PProfileControllerTest, suggests_a_file_name_made_of_the_camera) {
+    cameras->alive.append(new FakeDevice("Fake", "3/4"));
+    host.manager().updateDevices();
+    ASSERT_NO_FATAL_FAILURE(open(u"Fake-3/4"_qs));
+    ASSERT_TRUE(QDir().mkpath(captureFolder()));
+    QStringList suggested;
+    QTimer::singleShot(0, &window, [&] {
+        auto* const dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+        ASSERT_NE(dialog, nullptr);
+        suggested = dialog->selectedFiles();
+        dialog->reject();
+    });
+    actions.saveProfile->trigger();
+    EXPECT_EQ(suggested, QStringList(captureFolder() + u"/Fake-3_4.pcdprofile.json"_qs));
 }
 
 TEST_F(PProfileControllerTest, saves_nothing_of_a_camera_that_was_unplugged) {
