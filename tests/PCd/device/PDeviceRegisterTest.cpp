@@ -316,15 +316,15 @@ TEST_F(PDeviceRegisterTest, stops_and_unlinks_a_device_before_it_emits_its_remov
     a->link();
     a->startStream();
     a->calls.clear();
-    QStringList callsWhenTold;
-    bool listedWhenTold = true;
+    QStringList callsAtSignal;
+    bool listedAtSignal = true;
     QObject::connect(&fakes, &PDeviceRegister::deviceRemoved, [&] {
-        callsWhenTold = a->calls;
-        listedWhenTold = fakes.devices().contains(a);
+        callsAtSignal = a->calls;
+        listedAtSignal = fakes.devices().contains(a);
     });
     fakes.removeDevice(a);
-    EXPECT_EQ(callsWhenTold, calls({"stop", "unlink"}));
-    EXPECT_FALSE(listedWhenTold);
+    EXPECT_EQ(callsAtSignal, calls({"stop", "unlink"}));
+    EXPECT_FALSE(listedAtSignal);
     EXPECT_EQ(removed, (Devices{a}));
 }
 

@@ -59,17 +59,17 @@ inline void onForeignThread(std::function<void()> work) {
 }
 
 /// A thread that delivers frames without a pause, until it is stopped.
-class FrameBringer {
+class FrameSource {
 public:
-    explicit FrameBringer(PDevice& device)
+    explicit FrameSource(PDevice& device)
         : m_device(device) {}
-    ~FrameBringer() { stop(); }
+    ~FrameSource() { stop(); }
 
     void start() {
         m_thread = std::thread([this] {
             while (!m_stop) {
                 sendImages(m_device, 1);
-                ++m_brought;
+                ++m_delivered;
                 std::this_thread::yield();
             }
         });
@@ -79,12 +79,12 @@ public:
         if (m_thread.joinable())
             m_thread.join();
     }
-    quint64 brought() const { return m_brought; }
+    quint64 delivered() const { return m_delivered; }
 
 private:
     PDevice& m_device;
     std::atomic<bool> m_stop{false};
-    std::atomic<quint64> m_brought{0};
+    std::atomic<quint64> m_delivered{0};
     std::thread m_thread;
 };
 

@@ -101,11 +101,11 @@ TEST(PFramePipeline, ends_with_the_device_when_frames_still_wait) {
         FakeDevice device;
         QObject::connect(&device, &PImageSource::imageChanged, QCoreApplication::instance(),
                          [&] { ++seen; });
-        FrameBringer bringer(device);
-        bringer.start();
-        while (bringer.brought() < 10)
+        FrameSource source(device);
+        source.start();
+        while (source.delivered() < 10)
             std::this_thread::yield();
-        bringer.stop();
+        source.stop();
         EXPECT_GE(device.frameLedger().waiting, 10u);
     }
     QCoreApplication::processEvents();
@@ -133,30 +133,30 @@ TEST(PFramePipeline, gives_the_pixels_of_waiting_frames_back_when_the_device_end
 
 TEST(PFramePipeline, lets_the_stream_be_stopped_while_a_frame_is_being_brought) {
     FakeDevice device;
-    FrameBringer bringer(device);
-    device.whenStarted = [&] { bringer.start(); };
-    device.whenStopped = [&] { bringer.stop(); }; // waits for the delivering thread, as SDKs do
+    FrameSource source(device);
+    device.whenStarted = [&] { source.start(); };
+    device.whenStopped = [&] { source.stop(); }; // waits for the delivering thread, as SDKs do
     device.link();
     device.startStream();
     ASSERT_TRUE(
         waitUntil([&] { return device.frameLedger().count(PFrameOutcome::Delivered) > 50; }));
     EXPECT_TRUE(device.stopStream().isOk());
     ASSERT_TRUE(waitUntil([&] { return device.frameLedger().waiting == 0; }));
-    EXPECT_EQ(device.frameLedger().produced, bringer.brought());
+    EXPECT_EQ(device.frameLedger().produced, source.delivered());
     EXPECT_TRUE(device.frameLedger().isBalanced());
 }
 
 TEST(PFramePipeline, lets_a_listener_stop_the_stream) {
     FakeDevice device;
-    FrameBringer bringer(device);
-    device.whenStarted = [&] { bringer.start(); };
-    device.whenStopped = [&] { bringer.stop(); };
+    FrameSource source(device);
+    device.whenStarted = [&] { source.start(); };
+    device.whenStopped = [&] { source.stop(); };
     QObject::connect(&device, &PImageSource::imageChanged, &device, [&] { device.stopStream(); });
     device.link();
     device.startStream();
     ASSERT_TRUE(waitUntil([&] { return !device.isStreaming(); }));
     ASSERT_TRUE(waitUntil([&] { return device.frameLedger().waiting == 0; }));
-    EXPECT_EQ(device.frameLedger().produced, bringer.brought());
+    EXPECT_EQ(device.frameLedger().produced, source.delivered());
 }
 
 // ---- Sinks that are removed while frames arrive.
@@ -198,8 +198,8 @@ TEST(PFramePipeline, adds_and_removes_sinks_while_frames_arrive) {
     FakeDevice device;
     const auto steady = std::make_shared<RecordingSink>();
     device.addFrameSink(steady);
-    FrameBringer bringer(device);
-    bringer.start();
+    FrameSource source(device);
+    source.start();
     for (int i = 0; i < 50; ++i) {
         const auto sink = std::make_shared<RecordingSink>();
         device.addFrameSink(sink);
@@ -208,6 +208,6 @@ TEST(PFramePipeline, adds_and_removes_sinks_while_frames_arrive) {
         device.removeFrameSink(sink);
         EXPECT_EQ(sink.use_count(), 1);
     }
-    bringer.stop();
-    EXPECT_EQ(steady->taken().size(), bringer.brought());
+    source.stop();
+    EXPECT_EQ(steady->taken().size(), source.delivered());
 }
