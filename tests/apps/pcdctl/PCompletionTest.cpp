@@ -20,7 +20,10 @@ protected:
         writeFile(journal, "");
         const CtlResult result = runCtl(
             QStringList{u"__complete"_qs, u"--sdk=sim"_qs, u"--scene"_qs, file} + line.split(u' '),
-            [&](CtlProcess& process) { process.with(u"TOUPCAM_SIM_JOURNAL"_qs, journal); });
+            [&](CtlProcess& process) {
+                process.with(u"TOUPCAM_SIM_JOURNAL"_qs, journal);
+                process.with(u"PCD_COMPLETION_SECONDS"_qs, seconds);
+            });
         EXPECT_EQ(result.exitCode, 0);
         EXPECT_EQ(result.errors, QString());
         return QString::fromUtf8(result.output).split(u'\n', Qt::SkipEmptyParts);
@@ -41,6 +44,7 @@ protected:
         }
         return result;
     }
+    QString seconds = u"60"_qs; ///< the limit, which is not to matter on a slow computer
     QStringList sessions() const { return calls({u"Toupcam_Open"_qs, u"Toupcam_Close"_qs}); }
 };
 
@@ -180,10 +184,12 @@ TEST_F(PCompletion, says_nothing_about_a_plugin_that_cannot_be_loaded) {
 
 TEST_F(PCompletion, finds_a_scene_in_the_home_folder) {
     scene.writeTo(path(u"home.json"_qs));
-    const CtlResult result =
-        runCtl({u"__complete"_qs, u"--sdk=sim"_qs, u"--scene"_qs, u"~/home.json"_qs, u"snap"_qs,
-                u"--camera=Small-S"_qs},
-               [&](CtlProcess& process) { process.with(u"HOME"_qs, path(QString())); });
+    const CtlResult result = runCtl({u"__complete"_qs, u"--sdk=sim"_qs, u"--scene"_qs,
+                                     u"~/home.json"_qs, u"snap"_qs, u"--camera=Small-S"_qs},
+                                    [&](CtlProcess& process) {
+                                        process.with(u"HOME"_qs, path(QString()));
+                                        process.with(u"PCD_COMPLETION_SECONDS"_qs, seconds);
+                                    });
     EXPECT_EQ(result.output, QByteArray("--camera=Small-S0001\tSmall (simulated)\n"));
 }
 
@@ -194,3 +200,10 @@ TEST_F(PCompletion, offers_the_commands_without_any_word) {
 }
 
 } // namespace
+
+TEST_F(PCompletion, a_library_that_does_not_answer_does_not_block_the_shell) {
+    scene.addFault(
+        {{u"do"_qs, u"delay"_qs}, {u"function"_qs, u"Toupcam_EnumV2"_qs}, {u"ms"_qs, 10'000}});
+    seconds = u"0.2"_qs;
+    EXPECT_EQ(words(u"list -c "_qs), QStringList());
+}

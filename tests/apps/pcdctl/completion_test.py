@@ -58,6 +58,7 @@ class ShellTest(unittest.TestCase):
         self.environment = {
             "HOME": folder.name, "PATH": f"{PROGRAM.parent}:/usr/bin:/bin", "TERM": "dumb",
             "LANG": "C.UTF-8", "COLUMNS": "200", "LINES": "100", "PCD_LANG": "en",
+            "PCD_COMPLETION_SECONDS": "60",  # the limit is not to matter on a slow computer
             # What sanitizers need.
             **{name: value for name, value in os.environ.items() if name.endswith("SAN_OPTIONS")}}
 

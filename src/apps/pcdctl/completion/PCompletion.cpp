@@ -9,13 +9,33 @@
 #include <QDir>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
+#include <cstdlib>
+#include <thread>
 
 namespace {
 
 using Command = PCtlOptions::Command;
 
 const PCandidates anyFile{{u":files"_qs}};
+
+constexpr double longestSeconds = 1; // a shell does not react before the program has ended
+
+/// The time after which the user gets no candidates.
+std::chrono::duration<double> timeLimit() {
+    const double seconds = qEnvironmentVariable("PCD_COMPLETION_SECONDS").toDouble();
+    return std::chrono::duration<double>(seconds > 0 ? seconds : longestSeconds);
+}
+
+/// Ends the program, without candidates, when the time is over.
+void endInTime() {
+    // On a thread of its own: a call of the SDK that does not return blocks the main thread.
+    std::thread([limit = timeLimit()] {
+        std::this_thread::sleep_for(limit);
+        std::_Exit(0);
+    }).detach();
+}
 
 PCandidates toCandidates(const QStringList& texts) {
     PCandidates candidates;
@@ -155,6 +175,7 @@ void PCompletion::print(const QStringList& words) {
     // The SDK, the plugins and Qt write there too.
     if (std::freopen("/dev/null", "w", stderr) == nullptr)
         return;
+    endInTime();
     const PCompletionLine line(words);
     for (const PCandidate& candidate : candidatesFor(line)) {
         if (candidate.text == anyFile.first().text)
