@@ -57,8 +57,7 @@ void PPictureController::saveShown() {
 }
 
 bool PPictureController::finishSaving() {
-    bool isSaved = m_capture.unsaved() == 0;
-    if (isSaved)
+    if (m_capture.unsaved() == 0)
         return true;
     QMessageBox box(QMessageBox::Information, tr("Saving pictures"), {}, QMessageBox::Cancel,
                     m_window);
@@ -67,14 +66,13 @@ bool PPictureController::finishSaving() {
     const auto show = [&](int pictures) {
         box.setText(tr("Pictures still to be saved: %1. After the last one, the window closes.")
                         .arg(pictures));
-        isSaved = pictures == 0;
-        if (isSaved)
-            box.reject();
+        // The last picture may be saved right after the user has cancelled: then the window stays.
+        if (pictures == 0 && box.isVisible())
+            box.accept();
     };
     connect(this, &PPictureController::unsavedChanged, &box, show);
     show(m_capture.unsaved());
-    box.exec();
-    return isSaved && !hasFailed;
+    return box.exec() == QDialog::Accepted && !hasFailed;
 }
 
 void PPictureController::chooseFiles() {
