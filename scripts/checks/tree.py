@@ -5,6 +5,7 @@ from pathlib import Path, PurePosixPath
 
 CPP = (".cpp", ".h")
 MAIN = "origin/main"  # what a branch is compared with
+BUILD, CHANGELOG = "build", "debian/changelog"
 
 
 class InputError(Exception):
@@ -12,16 +13,27 @@ class InputError(Exception):
 
 
 class Tree:
-    """A checkout: its tracked and its new files, ignored ones left out, by relative path."""
+    """A checkout: its tracked and its new files, ignored ones left out, by relative path. Or a
+    source package, which has no git: its files except those in the build folder."""
 
     def __init__(self, root):
         self.root = Path(root)
+        is_package = not (self.root / ".git").exists() and (self.root / CHANGELOG).exists()
+        paths = self.unpacked() if is_package else self.known_to_git()
+        self.files = sorted(path for path in paths if (self.root / path).is_file())
+        self.texts = {}
+
+    def known_to_git(self):
+        """The paths of a checkout. Raises InputError."""
         ended = self.run_git("ls-files", "-z", "--cached", "--others", "--exclude-standard")
         if ended.returncode != 0:
             raise InputError(f"{self.root}: {ended.stderr.strip()}, expected a git checkout")
-        self.files = sorted(path for path in {*map(PurePosixPath, ended.stdout.split("\0")[:-1])}
-                            if (self.root / path).is_file())
-        self.texts = {}
+        return {*map(PurePosixPath, ended.stdout.split("\0")[:-1])}
+
+    def unpacked(self):
+        """The paths of a source package."""
+        return {PurePosixPath(path.relative_to(self.root)) for top in self.root.iterdir()
+                if top.name != BUILD for path in (top, *top.rglob("*"))}
 
     def run_git(self, *arguments):
         """Runs a git command in the checkout."""

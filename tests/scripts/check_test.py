@@ -76,6 +76,11 @@ class FormatTest(TreeTest):
         tree = self.tree({"src/a.cpp": "int a;\nint  b;\nint  c;\n", "src/b.h": "int b;\n"})
         self.expect(format.check(tree), "src/a.cpp:2")
 
+    def test_a_source_package_has_all_files_but_those_that_were_built(self):
+        (self.root / ".git").rename(self.root / "other")
+        tree = self.tree({"debian/changelog": "", "build/a.cpp": "int  a;\n", "src/b.cpp": "int  b;\n"})
+        self.expect(format.check(tree), "src/b.cpp:1")
+
     def test_a_new_file_is_checked_and_an_ignored_one_is_not(self):
         tree = self.tree({".gitignore": "/build\n", "build/a.cpp": "int  a;\n",
                           "new.cpp": "int  a;\n"})
