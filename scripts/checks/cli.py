@@ -11,7 +11,7 @@ from .tree import InputError, Tree
 
 EXIT_FOUND, EXIT_BAD_INPUT = 1, 2
 CHECKS = ("commits", "conventions", "folders", "format", "functions", "headers", "includes", "tests",
-          "threads", "uses", "words")
+          "threads", "uses", "versions", "words")
 
 
 def parser():

@@ -17,7 +17,7 @@ sys.path.insert(0, str(ROOT / "scripts"))
 # The path comes first.
 from checks import (  # noqa: E402
     cli, commits, conventions, folders, format, functions, headers, includes, tests, threads,
-    uses, words)
+    uses, versions, words)
 from checks.allowed import FOLDER, pruned  # noqa: E402
 from checks.tree import InputError, Tree  # noqa: E402
 
@@ -552,6 +552,28 @@ class UsesTest(TreeTest):
     def test_a_header_without_a_class_of_its_name_is_not_looked_for(self):
         self.files["src/a/PLimit.h"] = "constexpr int PLimit = 1;\n"
         self.expect(self.check_source("int PLimit;\n"))
+
+
+class VersionsTest(TreeTest):
+    """The version that CMakeLists.txt has and others repeat."""
+
+    FILES = {"CMakeLists.txt": "cmake_minimum_required(VERSION 3.25)\nproject(A VERSION 0.2.0 LANGUAGES C)\n",
+             "CHANGELOG.md": "# Changelog\n\n## 0.2.0 (unreleased)\n\n## 0.1.0\n",
+             "debian/changelog": "a (0.2.0) unstable; urgency=medium\n\na (0.1.0) unstable; urgency=medium\n"}
+
+    def test_the_newest_versions_are_compared(self):
+        self.expect(versions.check(self.tree(self.FILES)))
+
+    def test_another_version_is_found_with_the_one_expected(self):
+        result = versions.check(self.tree({**self.FILES, "CHANGELOG.md": "# Changelog\n\n## 0.1.0\n",
+                                           "debian/changelog": "a (0.2.1) unstable; urgency=medium\n"}))
+        self.expect(result, "CHANGELOG.md:3", "debian/changelog:1")
+        self.expect_text(result, "version 0.2.1: expected 0.2.0, as in CMakeLists.txt")
+
+    def test_a_file_without_a_version_is_found(self):
+        del (files := dict(self.FILES))["CHANGELOG.md"]
+        self.expect(versions.check(self.tree({**files, "CMakeLists.txt": "project(A)\n"})),
+                    "CHANGELOG.md:1", "CMakeLists.txt:1")
 
 
 class WordsTest(TreeTest):
