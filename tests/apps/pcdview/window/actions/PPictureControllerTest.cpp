@@ -75,7 +75,7 @@ protected:
 
     /// Takes stills, and waits for them to be saved from the moment at which they all
     /// still are to be.
-    bool finishSavingOf(int stills) {
+    bool takeAndFinish(int stills) {
         bool isFinished = false;
         bool isAsked = false;
         const auto finish = [&](int pictures) {
@@ -162,7 +162,7 @@ TEST_F(PPictureControllerTest, has_nothing_to_finish_where_nothing_is_being_save
 
 TEST_F(PPictureControllerTest, waits_for_the_pictures_and_says_how_many_there_are) {
     const ShownMessages shown;
-    EXPECT_TRUE(finishSavingOf(3));
+    EXPECT_TRUE(takeAndFinish(3));
     EXPECT_EQ(
         shown.texts,
         QStringList(u"Pictures still to be saved: 3. After the last one, the window closes."_qs));
@@ -172,12 +172,12 @@ TEST_F(PPictureControllerTest, waits_for_the_pictures_and_says_how_many_there_ar
 TEST_F(PPictureControllerTest, waits_for_no_pictures_if_the_user_does_not_want_to) {
     ShownMessages shown;
     shown.areDismissed = true;
-    EXPECT_FALSE(finishSavingOf(1));
+    EXPECT_FALSE(takeAndFinish(1));
     EXPECT_TRUE(waitForMessage(u"Saved "_qs)); // but it is saved
 }
 
 TEST_F(PPictureControllerTest, is_not_done_with_a_picture_that_could_not_be_saved) {
     writeFile(path(u"file"_qs), "x");
     PCaptureFolder::setPath(path(u"file/folder"_qs));
-    EXPECT_FALSE(finishSavingOf(1));
+    EXPECT_FALSE(takeAndFinish(1));
 }
