@@ -2,6 +2,7 @@
 #include <PCd/property/value/PCompositeFields.h>
 
 #include <PCd/property/value/PPropertyText.h>
+#include <PCd/property/value/PWholeNumber.h>
 
 #include <QMetaProperty>
 
@@ -36,10 +37,6 @@ QVariant wholeNumberIn(const QString& text, QMetaType type) {
     bool isNumber = false;
     const qlonglong number = text.toLongLong(&isNumber);
     return isNumber ? wholeNumber(number, type) : QVariant();
-}
-
-bool isWholeNumber(const QVariant& value) {
-    return value.typeId() == QMetaType::Int || value.typeId() == QMetaType::LongLong;
 }
 
 /// A value from a file, converted to the field's type: a field with decimals may have a whole

@@ -3,6 +3,7 @@
 
 #include <PCd/PEnumeration.h>
 #include <PCd/property/value/PCompositeFields.h>
+#include <PCd/property/value/PWholeNumber.h>
 
 #include <PCore/state/PAbstractReader.h>
 #include <PCore/state/PAbstractWriter.h>
@@ -24,10 +25,6 @@ bool isPlain(int type) {
                                QMetaType::Double, QMetaType::QString, QMetaType::QByteArray,
                                QMetaType::QRect,  QMetaType::QUuid};
     return std::find(plain.begin(), plain.end(), type) != plain.end();
-}
-
-bool isWholeNumber(const QVariant& form) {
-    return form.typeId() == QMetaType::Int || form.typeId() == QMetaType::LongLong;
 }
 
 bool isChoice(const QVariant& range) {
