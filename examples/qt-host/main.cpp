@@ -35,7 +35,7 @@ public:
             return painter.drawText(rect(), Qt::AlignCenter | Qt::TextWordWrap, m_text);
         QRect place({}, image.size().scaled(size(), Qt::KeepAspectRatio));
         place.moveCenter(rect().center());
-        // First to twice the size by leaving out pixels: the whole sensor would take too long.
+        // Smoothing all pixels of the sensor would take too long: most are left out first.
         painter.setRenderHint(QPainter::SmoothPixmapTransform);
         painter.drawImage(place, image.scaled(place.size() * 2 * devicePixelRatio()));
     }
