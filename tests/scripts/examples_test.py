@@ -261,7 +261,7 @@ class PkgConfigAndClangTest(BuiltExamples, unittest.TestCase):
         for name in ("PatternDevice", "PatternRegister"):
             made.append(source / f"moc_{name}.cpp")
             run(moc, *includes, source / f"{name}.h", "-o", made[-1])
-        cls.compile("pcd", source / "PatternDevice.cpp", *made, "-shared", "-o",
+        cls.compile("pcd", source / "PatternDevice.cpp", *made, "-fPIC", "-shared", "-o",
                     cls.driver / "libpattern.so")
 
     @classmethod
