@@ -4,6 +4,14 @@
 
 #include <support/QtPrinters.h>
 #include <support/RowName.h>
+#include <support/WaitUntil.h>
+
+#include <chrono>
+#include <thread>
+
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
 
 namespace {
 
@@ -206,4 +214,29 @@ TEST_F(PCompletion, a_library_that_does_not_answer_does_not_block_the_shell) {
         {{u"do"_qs, u"delay"_qs}, {u"function"_qs, u"Toupcam_EnumV2"_qs}, {u"ms"_qs, 10'000}});
     seconds = u"0.2"_qs;
     EXPECT_EQ(words(u"list -c "_qs), QStringList());
+}
+
+TEST_F(PCompletion, candidates_are_printed_whole_even_if_the_time_ends_meanwhile) {
+    for (int i = 0; i < 110; ++i)
+        scene.addCamera(u"more-%1"_qs.arg(i), u"SERIAL-NUMBER-%1"_qs.arg(i, 12, 10, QChar(u'0')));
+    int ends[2];
+    ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
+    const int size = fcntl(ends[1], F_SETPIPE_SZ, 4096); // not enough for all of them
+    CtlProcess process({u"__complete"_qs, u"--sdk=sim"_qs, u"--scene"_qs,
+                        scene.writeTo(path(u"scene.json"_qs)), u"list"_qs, u"-c"_qs, u""_qs});
+    process.with(u"PCD_COMPLETION_SECONDS"_qs, u"0.5"_qs);
+    process.with([&] { dup2(ends[1], STDOUT_FILENO); }).start();
+    close(ends[1]);
+    const auto isPrinting = [&] {
+        int waiting = 0;
+        return ioctl(ends[0], FIONREAD, &waiting) == 0 && waiting == size;
+    };
+    EXPECT_TRUE(waitUntil([&] { return isPrinting() || !process.isRunning(); }));
+    std::this_thread::sleep_for(std::chrono::milliseconds(600)); // nobody reads until it is over
+    QFile printed;
+    ASSERT_TRUE(printed.open(ends[0], QIODevice::ReadOnly, QFile::AutoCloseHandle));
+    const QByteArray all = printed.readAll();
+    EXPECT_TRUE(process.finish());
+    // None where the computer was too slow to find them in time.
+    EXPECT_TRUE(all.isEmpty() || all.count('\n') == 112) << all.right(100).constData();
 }

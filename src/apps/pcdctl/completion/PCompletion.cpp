@@ -12,6 +12,8 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
+#include <mutex>
 #include <thread>
 
 namespace {
@@ -28,11 +30,12 @@ std::chrono::duration<double> timeLimit() {
     return std::chrono::duration<double>(seconds > 0 ? seconds : longestSeconds);
 }
 
-/// Ends the program, without candidates, when the time is over.
-void endInTime() {
+/// Ends the program, without candidates, when the time is over; not while some are being printed.
+void endInTime(const std::shared_ptr<std::mutex>& printing) {
     // On a thread of its own: a call of the SDK that does not return blocks the main thread.
-    std::thread([limit = timeLimit()] {
+    std::thread([printing, limit = timeLimit()] {
         std::this_thread::sleep_for(limit);
+        const std::lock_guard lock(*printing);
         std::_Exit(0);
     }).detach();
 }
@@ -175,12 +178,16 @@ void PCompletion::print(const QStringList& words) {
     // The SDK, the plugins and Qt write there too.
     if (std::freopen("/dev/null", "w", stderr) == nullptr)
         return;
-    endInTime();
+    const auto printing = std::make_shared<std::mutex>();
+    endInTime(printing);
     const PCompletionLine line(words);
-    for (const PCandidate& candidate : candidatesFor(line)) {
+    const PCandidates candidates = candidatesFor(line);
+    const std::lock_guard lock(*printing);
+    for (const PCandidate& candidate : candidates) {
         if (candidate.text == anyFile.first().text)
             PCtlOutput::printLine(candidate.text);
         else if (candidate.text.startsWith(line.typed()))
             PCtlOutput::printColumns(line.start() + candidate.text, candidate.description);
     }
+    PCtlOutput::flush();
 }
