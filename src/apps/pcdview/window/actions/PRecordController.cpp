@@ -76,10 +76,10 @@ bool PRecordController::confirmsEnd(QList<PRecording*> recordings) {
     question.setDefaultButton(QMessageBox::No);
     const auto follow = [&](PRecording* ended) {
         recordings.removeOne(ended);
-        if (recordings.isEmpty())
-            question.reject();
-        else
+        if (!recordings.isEmpty())
             question.setText(endQuestion(recordings));
+        else if (question.isVisible()) // not if the user has just said Yes
+            question.reject();
     };
     for (PRecording* const recording : QList(recordings))
         connect(recording, &PRecording::finished, &question, [=] { follow(recording); });

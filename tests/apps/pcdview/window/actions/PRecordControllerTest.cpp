@@ -145,3 +145,19 @@ TEST_F(PRecordControllerTest, the_question_before_closing_follows_the_recordings
     EXPECT_FALSE(controller->mayCloseWindow());
     EXPECT_TRUE(recordings.running().isEmpty());
 }
+
+TEST_F(PRecordControllerTest,
+       closes_what_the_user_wants_closed_even_if_the_recording_ends_meanwhile) {
+    actions.record->trigger();
+    ASSERT_TRUE(isRecorded());
+    ++answersDue;
+    QTimer::singleShot(0, &window, [this] {
+        auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        ASSERT_NE(box, nullptr);
+        --answersDue;
+        recordings.running().first()->stop();
+        box->button(QMessageBox::Yes)->click();
+        EXPECT_TRUE(waitUntil([this] { return !isRecorded(); }));
+    });
+    EXPECT_TRUE(controller->mayCloseWindow());
+}
