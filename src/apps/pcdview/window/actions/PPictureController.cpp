@@ -61,8 +61,8 @@ bool PPictureController::finishSaving() {
         return true;
     QMessageBox box(QMessageBox::Information, tr("Saving pictures"), {}, QMessageBox::Cancel,
                     m_window);
-    bool hasFailed = false;
-    connect(&m_capture, &PCapture::saveFailed, &box, [&] { hasFailed = true; });
+    QString failure;
+    connect(&m_capture, &PCapture::saveFailed, &box, [&](const QString& why) { failure = why; });
     const auto show = [&](int pictures) {
         box.setText(tr("Pictures still to be saved: %1. After the last one, the window closes.")
                         .arg(pictures));
@@ -72,7 +72,10 @@ bool PPictureController::finishSaving() {
     };
     connect(this, &PPictureController::unsavedChanged, &box, show);
     show(m_capture.unsaved());
-    return box.exec() == QDialog::Accepted && !hasFailed;
+    const bool isFinished = box.exec() == QDialog::Accepted;
+    if (isFinished && !failure.isEmpty())
+        emit messageChanged(failure); // why the window stays, and not that a later one was saved
+    return isFinished && failure.isEmpty();
 }
 
 void PPictureController::chooseFiles() {

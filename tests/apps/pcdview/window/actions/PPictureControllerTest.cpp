@@ -181,3 +181,15 @@ TEST_F(PPictureControllerTest, is_not_done_with_a_picture_that_could_not_be_save
     PCaptureFolder::setPath(path(u"file/folder"_qs));
     EXPECT_FALSE(takeAndFinish(1));
 }
+
+TEST_F(PPictureControllerTest,
+       says_in_the_end_which_picture_was_not_saved_and_not_that_others_were) {
+    writeFile(path(u"file"_qs), "x");
+    PCaptureFolder::setPath(path(u"file/folder"_qs));
+    const auto repair = [this] { PCaptureFolder::setPath(captureFolder()); }; // after the first
+    QObject::connect(controller, &PPictureController::unsavedChanged, controller, repair);
+    EXPECT_FALSE(takeAndFinish(2));
+    EXPECT_EQ(QDir(captureFolder()).entryList(QDir::Files).size(), 1);
+    EXPECT_TRUE(lastMessage(messages).contains(path(u"file/folder"_qs)))
+        << lastMessage(messages).toStdString();
+}
