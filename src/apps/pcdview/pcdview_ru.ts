@@ -1129,7 +1129,7 @@ This is the pixel size of the sensor divided by the magnification.</source>
     </message>
     <message>
         <source>To be saved: %1</source>
-        <translation>Не сохранено: %1</translation>
+        <translation>Осталось сохранить: %1</translation>
     </message>
     <message>
         <source>not open</source>
