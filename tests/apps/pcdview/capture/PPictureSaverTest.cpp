@@ -87,8 +87,9 @@ TEST_F(PPictureSaverTest, a_picture_that_finds_no_room_is_not_saved_but_named) {
     large.frame.image = makePicture(1200, 1000, PDIP::ColorFormat::Bgr, [](int x, int y) {
         return QColor(x % 251, y % 241, x * y % 239);
     });
+    const PPictureSaver::Job small = jobFor(u"small.png"_qs);
     saver.save(large);
-    saver.save(jobFor(u"small.png"_qs));
+    saver.save(small);
     ASSERT_TRUE(waitUntil([this] { return reasons.size() == 2; }));
     EXPECT_EQ(reasons[path(u"large.png"_qs)], QString());
     EXPECT_TRUE(reasons[path(u"small.png"_qs)].contains(u"3.6 MB"_qs))
