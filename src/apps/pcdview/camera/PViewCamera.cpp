@@ -121,8 +121,10 @@ void PViewCamera::connectDevice() {
 }
 
 void PViewCamera::detach() {
-    m_lastLedger = m_device->frameLedger();
-    leaveDevice();
+    if (m_device != nullptr) {
+        m_lastLedger = m_device->frameLedger();
+        leaveDevice();
+    }
     m_stateWithoutDevice = State::Unplugged;
     m_pace.reset();
     emit stateChanged();

@@ -45,7 +45,8 @@ public:
     /// Opens this device and starts its stream. A camera that was open before gets its settings
     /// back; those that could not be restored are in notes(). Fails with the reason.
     PStatus attach(PDevice* device);
-    /// The device is about to be removed: its last picture and its ledger stay.
+    /// The device, which may be one that could not be opened, is about to be removed: its last
+    /// picture and its ledger stay.
     void detach();
     /// Starts or stops the stream. Fails with the reason.
     PStatus setLive(bool live);

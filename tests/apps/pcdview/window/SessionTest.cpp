@@ -394,6 +394,22 @@ TEST_F(SessionTest, a_camera_that_could_not_be_opened_is_tried_again) {
     EXPECT_FALSE(widget<QLabel>(u"banner"_qs).isVisible());
 }
 
+TEST_F(SessionTest, a_camera_that_could_not_be_opened_and_is_unplugged_then_is_called_unplugged) {
+    faults = {QJsonObject{{u"do"_qs, u"fail"_qs},
+                          {u"function"_qs, u"Toupcam_StartPushMode"_qs},
+                          {u"count"_qs, 1},
+                          {u"result"_qs, int(0x80004005)}}};
+    start({camera()});
+    ASSERT_EQ(inFront().state(), PViewCamera::State::NotOpen);
+    ASSERT_TRUE(unplug("cam-1"));
+    EXPECT_TRUE(waitUntil([this] { return inFront().state() == PViewCamera::State::Unplugged; }));
+    EXPECT_TRUE(window().windowTitle().contains(u"unplugged"_qs));
+    EXPECT_EQ(widget<QLabel>(u"noSettings"_qs).text(), u"The camera is unplugged."_qs);
+    EXPECT_FALSE(widget<QLabel>(u"banner"_qs).text().contains(u"cannot be opened"_qs));
+    ASSERT_TRUE(plug("cam-1"));
+    EXPECT_TRUE(waitUntil([this] { return inFront().state() == PViewCamera::State::Live; }));
+}
+
 TEST_F(SessionTest, contrast_is_stretched_on_the_screen_also_while_the_live_picture_is_stopped) {
     start({camera()});
     ASSERT_TRUE(waitForNewFrames());

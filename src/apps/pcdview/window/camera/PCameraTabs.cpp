@@ -112,11 +112,11 @@ void PCameraTabs::onArrival(PDevice* device) {
 }
 
 void PCameraTabs::onDeparture(PDevice* device) {
-    for (int index = 0; index < m_tabs->count(); ++index) {
-        PCameraPage* const page = pageAt(index);
-        if (page->camera().device() != device)
-            continue;
-        page->setMessage(QString()); // about settings of a device that is gone
+    PCameraPage* const page = findPage(QString::fromUtf8(device->deviceId(false)));
+    // It may not be open; or another device, with the same id, is by now.
+    const QList<PDevice*> ended{device, nullptr};
+    if (page != nullptr && ended.contains(page->camera().device())) {
+        page->setMessage(QString()); // about a device that is gone
         page->camera().detach();
     }
     showSituation();
