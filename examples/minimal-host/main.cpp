@@ -10,8 +10,9 @@
 
 #include <PDip/PImage.h>
 
-#include <QGuiApplication>
+#include <QCoreApplication>
 #include <QImage>
+#include <QPointer>
 #include <QTextStream>
 #include <QTimer>
 
@@ -40,39 +41,38 @@ bool setExposure(const PDevice& camera) {
 } // namespace
 
 int main(int argc, char* argv[]) {
-    QGuiApplication application(argc, argv);
+    QCoreApplication application(argc, argv); // no window, so no display is needed
     if (argc != 2)
         return fail("usage: minimal-host PICTURE");
     PPluginLoader loader; // before the manager: it outlives the devices
     PDeviceManager manager;
-    const QList<PDeviceRegister*> registers = loader.load();
-    for (PDeviceRegister* cameras : registers)
+    for (PDeviceRegister* cameras : loader.load())
         manager.addRegister(cameras);
-    for (PDevice* camera : manager.devices())
-        QTextStream(stdout) << camera->deviceId(false) << "  " << camera->model() << '\n';
-    if (manager.devices().isEmpty())
+    for (PDevice* device : manager.devices())
+        QTextStream(stdout) << device->deviceId(false) << "  " << device->model() << '\n';
+    const QPointer<PDevice> camera = manager.devices().value(0); // also null once it is unplugged
+    if (camera == nullptr)
         return fail("no camera found");
-
-    PDevice& camera = *manager.devices().first();
-    if (const PStatus linked = camera.link(); !linked.isOk())
+    if (const PStatus linked = camera->link(); !linked.isOk())
         return fail(linked.reason());
-    camera.supportProperties(); // read from the camera when first used
-    if (!setExposure(camera))
+    camera->supportProperties(); // read from the camera when first used
+    if (!setExposure(*camera))
         return fail("the camera has no exposure time");
 
     QImage last;
     int frames = 0;
-    QObject::connect(&camera, &PDevice::imageChanged, &application, [&](const PImage& image) {
+    QObject::connect(camera, &PDevice::imageChanged, &application, [&](const PImage& image) {
         last = image.toQImage();
         if (++frames == framesWanted)
-            application.quit();
+            QCoreApplication::quit();
     });
+    QObject::connect(camera, &PDevice::unlinked, &application, &QCoreApplication::quit);
     QTimer::singleShot(30'000, &application, &QCoreApplication::quit);
-    if (const PStatus started = camera.startStream(); !started.isOk())
+    if (const PStatus started = camera->startStream(); !started.isOk())
         return fail(started.reason());
-    application.exec();
-    camera.stopStream();
-    camera.unlink();
+    QCoreApplication::exec();
+    if (camera != nullptr)
+        camera->unlink(); // which ends the stream
     if (frames < framesWanted)
         return fail(QString("only %1 frames arrived").arg(frames));
     return last.save(argv[1]) ? 0 : fail(QString("cannot write \"%1\"").arg(argv[1]));

@@ -88,6 +88,27 @@ class BuiltExamples:
         self.assertIn(f"{CAMERA}  Simulated-Bench\n", self.run_example("minimal-host", picture))
         self.check_picture(picture, (480, 640), 4)
 
+    def test_the_minimal_host_ends_with_its_camera(self):
+        faults = [{"do": "unplug", "camera": "bench-1", "afterFrames": 4}]
+        started = time.monotonic()
+        printed = self.run_example("minimal-host", self.here / "no.tif", code=1,
+                                   TOUPCAM_SIM_SCENE=self.scene("faults.json", faults))
+        self.assertRegex(printed, r"minimal-host: only \d frames arrived")
+        # Not when its own time is over: it waits 30 seconds for frames.
+        self.assertLess(time.monotonic() - started, 25)
+
+    def test_the_minimal_host_names_what_is_missing(self):
+        self.assertIn("usage: minimal-host PICTURE", self.run_example("minimal-host", code=1))
+        self.assertIn("no camera found", self.run_example(
+            "minimal-host", "no.tif", code=1, TOUPCAM_LIBRARY="/nonexistent"))
+        self.assertIn("cannot write", self.run_example(
+            "minimal-host", self.here / "no" / "no.tif", code=1))
+
+    def test_hosts_without_a_window_need_no_display(self):
+        for name, arguments in (("minimal-host", [self.here / "frame.tif"]),
+                                ("headless-recorder", ["-n", 1, self.here / "recording"])):
+            self.run_example(name, *arguments, QT_QPA_PLATFORM="xcb", DISPLAY="")
+
     def test_the_window_shows_picture_and_panel(self):
         picture = self.here / "window.tif"
         self.run_example("qt-host", "--grab", picture, CAMERA,
