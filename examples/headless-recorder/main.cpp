@@ -112,7 +112,7 @@ int main(int argc, char* argv[]) {
     const int frames = parser.value("frames").toInt();
     const int mebibytes = parser.value("memory").toInt();
     if (parser.positionalArguments().size() != 1 || frames < 1 || mebibytes < 1)
-        parser.showHelp(1);
+        return fail("expected one FOLDER, and --frames and --memory of 1 or more; see --help");
 
     PPluginLoader loader;
     PDeviceManager manager;
@@ -127,7 +127,7 @@ int main(int argc, char* argv[]) {
         return fail(linked.reason());
     const QDir folder(parser.positionalArguments().first());
     if (!folder.mkpath(".") || !folder.isEmpty())
-        return fail(QString("\"%1\" is not a new folder").arg(folder.path()));
+        return fail(QString("\"%1\" cannot be made, or is not empty").arg(folder.path()));
     const PStatus saved = PDeviceProfileFile::save(*camera, folder.filePath("settings.json"));
     if (!saved.isOk())
         return fail(saved.reason());

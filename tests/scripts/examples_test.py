@@ -194,9 +194,12 @@ class BuiltExamples:
         self.check_recording(folder, 0)
 
     def test_the_recorder_refuses_what_it_cannot_do(self):
-        self.assertIn(f"\"{self.here}\" is not a new folder",
-                      self.run_example("headless-recorder", self.here, code=1))
-        self.assertIn("Usage:", self.run_example("headless-recorder", "-n", "x", "new", code=1))
+        for folder in (self.here, "/proc/new"):
+            self.assertIn(f"\"{folder}\" cannot be made, or is not empty",
+                          self.run_example("headless-recorder", folder, code=1))
+        for arguments in (("-n", "x", "new"), ("--memory", "0", "new"), ()):
+            self.assertIn("expected one FOLDER, and --frames and --memory of 1 or more",
+                          self.run_example("headless-recorder", *arguments, code=1))
         self.assertIn("no camera found", self.run_example(
             "headless-recorder", "new", code=1, TOUPCAM_LIBRARY="/nonexistent"))
 
