@@ -6,6 +6,7 @@ Usage: install_test.py BUILD PREFIX: the build folder, and where installed_tree.
 """
 
 import os
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -31,6 +32,17 @@ class InstallTest(unittest.TestCase):
         picture = self.folder / "window.png"
         run(PREFIX / "bin" / "pcdview", "--sdk", "sim", "--grab", picture)
         self.assertGreater(picture.stat().st_size, 0)
+
+    def test_without_any_sdk_the_cameras_of_other_plugins_can_be_used(self):
+        # As with only the packages of the program and of another maker's plugin.
+        tree = self.folder / "tree"
+        shutil.copytree(PREFIX, tree, symlinks=True)
+        shutil.rmtree(tree / "lib" / "pcd" / "sim")
+        program = [tree / "bin" / "pcdctl", "--plugin-path", BUILD / "lib" / "test-plugins" / "lab"]
+        self.assertIn("Lab-", run(*program, "list", TOUPCAM_LIBRARY=""))
+        for choice in (("--sdk", "sim"), ("--scene", self.folder)):
+            with self.assertRaisesRegex(AssertionError, "ended with [12]:"):
+                run(*program, *choice, "list", TOUPCAM_LIBRARY="")
 
     def test_libraries_have_versions_and_no_path_of_the_build(self):
         libraries = sorted((PREFIX / "lib").glob("lib*.so"))

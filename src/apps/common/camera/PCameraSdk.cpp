@@ -61,7 +61,11 @@ PStatus PCameraSdk::loadAutomatic() {
     }
     m_systemFailure = QString::fromLocal8Bit(dlerror());
     m_fallback = true;
-    return open(simulatorPath(), Origin::Simulator);
+    if (QFileInfo::exists(simulatorPath()))
+        return open(simulatorPath(), Origin::Simulator);
+    return PStatus::failure(
+        u"this system has no camera SDK (%1), and the simulated one is not installed: \"%2\""_qs
+            .arg(m_systemFailure, simulatorPath()));
 }
 
 PStatus PCameraSdk::open(const QString& path, Origin origin) {

@@ -25,7 +25,8 @@ public:
     Origin origin() const { return m_origin; }
 
     bool isSimulated() const { return m_simulated; }
-    /// True if "auto" found no other library than the simulated one.
+    /// True if "auto" found no other library than the simulated one, or not even that. Then load()
+    /// failed, but cameras of plugins that need no SDK can still be used.
     bool isFallback() const { return m_fallback; }
     /// Why "auto" could not load the system's library; empty if it did not try, or could.
     const QString& systemFailure() const { return m_systemFailure; }

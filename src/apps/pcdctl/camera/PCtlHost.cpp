@@ -12,11 +12,14 @@ PCtlOutcome PCtlHost::start(const PCtlOptions& options) {
 
 PCtlOutcome PCtlHost::startSdk(const PCtlOptions& options) {
     const PStatus loaded = m_cameras.loadSdk(options.sdk);
-    if (!loaded.isOk())
+    // Only a library or a scene that the user wants is missed: other plugins may need no SDK.
+    if (!loaded.isOk() && (!sdk().isFallback() || !options.scene.isEmpty()))
         return PCtlOutcome::failed(loaded.reason());
     if (sdk().isFallback()) {
         PCtlOutput::printMessage(
-            u"this system has no camera SDK (libtoupcam.so): the cameras are simulated"_qs);
+            loaded.isOk()
+                ? u"this system has no camera SDK (libtoupcam.so): the cameras are simulated"_qs
+                : loaded.reason());
     }
     if (options.scene.isEmpty())
         return {};

@@ -15,6 +15,8 @@ QList<PCameraIdentity> presentCameras(PCtlHost& host) {
 }
 
 QJsonObject toJson(const PCameraSdk& sdk) {
+    if (sdk.path().isEmpty())
+        return {{u"kind"_qs, u"none"_qs}};
     QJsonObject object{{u"kind"_qs, sdk.isSimulated() ? u"simulated"_qs : u"maker"_qs},
                        {u"path"_qs, sdk.path()}};
     if (!sdk.version().isEmpty())
