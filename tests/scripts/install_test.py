@@ -40,6 +40,8 @@ class InstallTest(unittest.TestCase):
         shutil.rmtree(tree / "lib" / "pcd" / "sim")
         program = [tree / "bin" / "pcdctl", "--plugin-path", BUILD / "lib" / "test-plugins" / "lab"]
         self.assertIn("Lab-", run(*program, "list", TOUPCAM_LIBRARY=""))
+        with self.assertRaisesRegex(AssertionError, "ok +cameras +all plugins: Lab-"):  # an error: no SDK
+            run(*program, "doctor", "--folder", self.folder, TOUPCAM_LIBRARY="")
         for choice in (("--sdk", "sim"), ("--scene", self.folder)):
             with self.assertRaisesRegex(AssertionError, "ended with [12]:"):
                 run(*program, *choice, "list", TOUPCAM_LIBRARY="")

@@ -27,7 +27,7 @@ PCtlOutcome PDoctorRun::run() {
         return outcome;
     examinePlugins();
     // Without the library that the user wants, the plugin would look for another one.
-    if (m_hasSdk)
+    if (m_hasSdk || m_host.sdk().isFallback())
         examineCamera();
     if (PTerminationSignals::isNoted())
         return PCtlOutcome::failed(u"interrupted before the examination was complete"_qs);
