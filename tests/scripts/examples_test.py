@@ -28,6 +28,7 @@ import tifffile
 ROOT = Path(__file__).resolve().parents[2]
 EXAMPLES = ROOT / "examples"
 WARNINGS = ("-Wall", "-Wextra", "-Wpedantic", "-Wconversion", "-Wshadow", "-Werror")
+PLUGIN_OPTIONS = ("-fPIC", "-fvisibility=hidden", "-shared")
 CAMERA = "Simulated-Bench-BENCH00001"
 PREFIX = None
 SECONDS = 120  # that a program may take
@@ -285,7 +286,7 @@ class PkgConfigAndClangTest(BuiltExamples, unittest.TestCase):
         for name in ("PatternDevice", "PatternRegister"):
             made.append(source / f"moc_{name}.cpp")
             run(moc, *includes, source / f"{name}.h", "-o", made[-1])
-        cls.compile("pcd", source / "PatternDevice.cpp", *made, "-fPIC", "-shared", "-o",
+        cls.compile("pcd", *PLUGIN_OPTIONS, source / "PatternDevice.cpp", *made, "-o",
                     cls.driver / "libpattern.so")
 
     @classmethod
@@ -320,6 +321,10 @@ class TextsTest(unittest.TestCase):
             for part in re.split(r"^\s*…\n", quote, flags=re.MULTILINE):
                 self.assertIn("\n".join(line.strip() for line in part.strip().splitlines()), code,
                               name)
+
+    def test_the_driver_is_built_as_the_readme_says(self):
+        readme = (EXAMPLES / "README.md").read_text(encoding="utf-8")
+        self.assertIn(f"c++ -std=c++17 {' '.join(PLUGIN_OPTIONS)} PatternDevice.cpp", readme)
 
     def test_the_examples_are_as_short_as_they_are_said_to_be(self):
         table = (EXAMPLES / "README.md").read_text(encoding="utf-8")
