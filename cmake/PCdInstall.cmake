@@ -35,6 +35,17 @@ function(pcd_install_program name)
     install(TARGETS ${name} RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT programs)
 endfunction()
 
+# pcd_install_completion(PROGRAM): its completion in shells, from the folder `completion`.
+set(PCD_ZSH_COMPLETION_DIR "${CMAKE_INSTALL_DATADIR}/zsh/site-functions" CACHE STRING
+    "Where zsh looks for completion functions (in a Debian package: share/zsh/vendor-completions)")
+function(pcd_install_completion program)
+    install(FILES completion/${program}.bash RENAME ${program}
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" COMPONENT programs)
+    install(FILES completion/_${program} DESTINATION "${PCD_ZSH_COMPLETION_DIR}" COMPONENT programs)
+    install(FILES completion/${program}.fish
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d" COMPONENT programs)
+endfunction()
+
 # pcd_install_package(): what lets other trees find the framework, by CMake and by pkg-config; and
 # the target `uninstall`.
 function(pcd_install_package)
