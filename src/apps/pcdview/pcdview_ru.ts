@@ -1045,8 +1045,16 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <translation>Записано кадров: %1, в %2</translation>
     </message>
     <message>
+        <source>The recording ended early after 1 frame: %1</source>
+        <translation>Запись прервана после 1 кадра. Причина: %1</translation>
+    </message>
+    <message>
         <source>it was stopped</source>
         <translation>её остановили</translation>
+    </message>
+    <message>
+        <source>Recorded 1 frame: %1</source>
+        <translation>Записан 1 кадр, в %1</translation>
     </message>
     <message>
         <source>the live picture was stopped</source>

@@ -170,7 +170,11 @@ void PRecording::end(const char* failure) {
 QString PRecording::outcome(const PFrameRecorder::Progress& progress) const {
     const quint64 written = progress.tally.written;
     const QString& failure = progress.error.isEmpty() ? m_failure : progress.error;
+    const bool isOne = written == 1; // there is no catalogue with the plural forms of English
     if (!failure.isEmpty())
-        return tr("The recording ended early after %1 frames: %2").arg(written).arg(failure);
-    return tr("Recorded %1 frames: %2").arg(written).arg(m_path);
+        return isOne
+                   ? tr("The recording ended early after 1 frame: %1").arg(failure)
+                   : tr("The recording ended early after %1 frames: %2").arg(written).arg(failure);
+    return isOne ? tr("Recorded 1 frame: %1").arg(m_path)
+                 : tr("Recorded %1 frames: %2").arg(written).arg(m_path);
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <apps/pcdview/capture/PRecordings.h>
 
+#include <apps/pcdview/FakeGatedExposure.h>
 #include <apps/pcdview/ViewPictures.h>
 
 #include <apps/pcdview/capture/PCaptureFolder.h>
@@ -15,25 +16,8 @@
 #include <QCoreApplication>
 #include <QHash>
 #include <QSettings>
-#include <QThread>
 
 #include <future>
-
-/// An exposure that is written with each frame. The writer's thread blocks in reading it until the
-/// gate opens: until then frames wait.
-struct FakeGatedExposure {
-    Q_GADGET
-    Q_PROPERTY(double exp READ exp)
-
-public:
-    double exp() const {
-        if (gate.valid() && QThread::currentThread() != QCoreApplication::instance()->thread())
-            gate.wait();
-        return 5;
-    }
-
-    std::shared_future<void> gate;
-};
 
 namespace {
 
@@ -98,7 +82,14 @@ TEST_F(PRecordingsTest, share_the_memory_for_frames_that_wait) {
     recordings.of(&first)->stop();
     ASSERT_TRUE(waitUntil([this] { return recordings.running().isEmpty(); }));
     EXPECT_TRUE(messages[u"Fake-1"_qs].startsWith(u"Recorded 2 frames"_qs));
-    EXPECT_TRUE(messages[u"Fake-2"_qs].contains(u"after 1 frames: the disk is slower"_qs));
+    EXPECT_TRUE(messages[u"Fake-2"_qs].contains(u"after 1 frame: the disk is slower"_qs));
 }
 
-#include "PRecordingsTest.moc"
+TEST_F(PRecordingsTest, count_a_single_frame_as_one) {
+    firstDevice.processFrameImage(picture);
+    gate.set_value();
+    recordings.of(&first)->stop();
+    ASSERT_TRUE(waitUntil([this] { return messages.contains(u"Fake-1"_qs); }));
+    EXPECT_TRUE(messages[u"Fake-1"_qs].startsWith(u"Recorded 1 frame: "_qs))
+        << messages[u"Fake-1"_qs].toStdString();
+}
