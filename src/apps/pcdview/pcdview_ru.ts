@@ -83,6 +83,10 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <translation>Камера не приняла область %1: действует %2.</translation>
     </message>
     <message>
+        <source>This camera is unplugged. Plug it in again to continue with the same settings.</source>
+        <translation>Эта камера отключена. Подключите её снова, и она продолжит работу со своими настройками.</translation>
+    </message>
+    <message>
         <source>This camera is unplugged. Its last picture is shown; plug it in again to continue with the same settings.</source>
         <translation>Эта камера отключена. Последний кадр остаётся на экране; подключите её снова, и она продолжит работу со своими настройками.</translation>
     </message>

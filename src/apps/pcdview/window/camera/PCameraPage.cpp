@@ -149,14 +149,20 @@ QString PCameraPage::noticeText() const {
                                                          : QString();
 }
 
+QString PCameraPage::unpluggedText() const {
+    return m_camera->frame().image.isNull()
+               ? tr("This camera is unplugged. Plug it in again to continue with the same "
+                    "settings.")
+               : tr("This camera is unplugged. Its last picture is shown; plug it in again to "
+                    "continue with the same settings.");
+}
+
 QStringList PCameraPage::stateSentences() const {
     QStringList sentences;
     if (!m_message.isEmpty())
         sentences.append(m_message);
-    if (m_message.isEmpty() && m_camera->state() == PViewCamera::State::Unplugged) {
-        sentences.append(tr("This camera is unplugged. Its last picture is shown; plug it in again "
-                            "to continue with the same settings."));
-    }
+    if (m_message.isEmpty() && m_camera->state() == PViewCamera::State::Unplugged)
+        sentences.append(unpluggedText());
     if (m_camera->isTriggered()) {
         const QString sentence =
             m_camera->isAwaitingTriggers()

@@ -53,6 +53,7 @@ private:
     void showState();
     QStringList stateSentences() const;
     QString noticeText() const;
+    QString unpluggedText() const;
     QString pixelSizeKey() const;
 
     PViewCamera* m_camera; // children

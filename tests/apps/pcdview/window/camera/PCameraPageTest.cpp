@@ -81,3 +81,17 @@ TEST_F(PCameraPageTest, awaits_no_picture_of_a_camera_that_does_not_open_or_is_s
     ASSERT_TRUE(page().camera().setLive(true).isOk());
     EXPECT_EQ(notice(), u"Waiting for the first picture…"_qs);
 }
+
+TEST_F(PCameraPageTest, promises_no_picture_of_a_camera_unplugged_before_its_first) {
+    ASSERT_NO_FATAL_FAILURE(open(u"Fake-1"_qs));
+    unplugFirst();
+    EXPECT_EQ(banner(), u"This camera is unplugged. Plug it in again to continue with the same "
+                        "settings."_qs);
+}
+
+TEST_F(PCameraPageTest, says_that_the_picture_of_an_unplugged_camera_is_its_last) {
+    ASSERT_NO_FATAL_FAILURE(open(u"Fake-1"_qs));
+    ASSERT_NO_FATAL_FAILURE(showFrame(*first, halves(Qt::gray, Qt::gray)));
+    unplugFirst();
+    EXPECT_TRUE(banner().contains(u"Its last picture is shown"_qs)) << banner().toStdString();
+}
