@@ -505,6 +505,10 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <translation>Запись</translation>
     </message>
     <message>
+        <source>Frames still to be written: %1. After the last one, the window closes.</source>
+        <translation>Осталось записать кадров: %1. Затем окно закроется.</translation>
+    </message>
+    <message>
         <source>Stop the recording of %1?</source>
         <translation>Остановить запись с камеры %1?</translation>
     </message>

@@ -112,6 +112,11 @@ void PRecording::endAsProgramCloses() {
         end(QT_TR_NOOP("the program was closed"));
 }
 
+void PRecording::finishWithin(std::chrono::milliseconds timeout) {
+    if (isRunning() && m_recorder->waitUntilFinished(timeout))
+        finish(m_recorder->progress());
+}
+
 bool PRecording::isOf(const PViewCamera& camera) const {
     return isRunning() && m_camera == &camera;
 }
@@ -150,7 +155,7 @@ void PRecording::finish(const PFrameRecorder::Progress& progress) {
     m_recorder.reset();
     if (m_camera != nullptr)
         m_camera->setRecorded(false);
-    emit finished(message);
+    emit finished(message, !progress.error.isEmpty());
 }
 
 void PRecording::end(const char* failure) {

@@ -34,6 +34,9 @@ public:
     void endAsCameraCloses();
     void endAsProgramCloses();
 
+    /// Waits for its files, at most for this time, once it has been ended.
+    void finishWithin(std::chrono::milliseconds timeout);
+
     /// True while it records this camera, or completes its files.
     bool isOf(const PViewCamera& camera) const;
     PFrameRecorder::Progress progress() const;
@@ -47,8 +50,9 @@ public:
 signals:
     /// Its progress changed.
     void changed();
-    /// It ended and its files are complete; the message is the result, for the user.
-    void finished(const QString& message);
+    /// It ended and its files are complete; the message is the result, for the user. hasFailed:
+    /// frames or files are missing that could not be written.
+    void finished(const QString& message, bool hasFailed);
 
 private:
     std::unique_ptr<PFrameWriter> makeWriter(const PViewCamera& camera,

@@ -24,7 +24,9 @@ PStatus PRecordings::start(PViewCamera& camera, const PRecordSettings& settings,
     m_running.append(started);
     connect(started, &PRecording::changed, this, &PRecordings::changed);
     connect(started, &PRecording::finished, this,
-            [this, started](const QString& message) { onFinished(started, message); });
+            [this, started](const QString& message, bool hasFailed) {
+                onFinished(started, message, hasFailed);
+            });
     emit changed();
     return PStatus::Ok;
 }
@@ -41,9 +43,25 @@ void PRecordings::endAsProgramCloses() {
         recording->endAsProgramCloses();
 }
 
-void PRecordings::onFinished(PRecording* recording, const QString& message) {
+void PRecordings::finishWithin(std::chrono::milliseconds timeout) {
+    const auto end = PFrameRecorder::Clock::now() + timeout;
+    for (PRecording* recording : QList(m_running)) { // those that finish are removed
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(
+            std::max(end - PFrameRecorder::Clock::now(), PFrameRecorder::Clock::duration::zero()));
+        recording->finishWithin(left);
+    }
+}
+
+quint64 PRecordings::waiting() const {
+    quint64 frames = 0;
+    for (const PRecording* recording : m_running)
+        frames += recording->progress().tally.waiting;
+    return frames;
+}
+
+void PRecordings::onFinished(PRecording* recording, const QString& message, bool hasFailed) {
     m_running.removeOne(recording);
     recording->deleteLater(); // it is the sender
     emit changed();
-    emit finished(recording->cameraId(), message);
+    emit finished(recording->cameraId(), message, hasFailed);
 }

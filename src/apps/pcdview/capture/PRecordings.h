@@ -26,15 +26,19 @@ public:
 
     /// Ends all of them while the cameras' ledgers still exist.
     void endAsProgramCloses();
+    /// Waits for the files of those that have been ended, at most for this time.
+    void finishWithin(std::chrono::milliseconds timeout);
+    /// The frames of all of them that wait to be written.
+    quint64 waiting() const;
 
 signals:
     /// One of them started, progressed or ended.
     void changed();
-    /// The recording of the camera with this id ended; the message is the result, for the user.
-    void finished(const QString& camera, const QString& message);
+    /// The recording of the camera with this id ended, see PRecording::finished().
+    void finished(const QString& camera, const QString& message, bool hasFailed);
 
 private:
-    void onFinished(PRecording* recording, const QString& message);
+    void onFinished(PRecording* recording, const QString& message, bool hasFailed);
 
     const std::shared_ptr<PWorkBudget> m_memory;
     QList<PRecording*> m_running; // children

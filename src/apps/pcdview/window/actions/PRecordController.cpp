@@ -11,6 +11,12 @@
 #include <QMessageBox>
 #include <QSignalBlocker>
 
+namespace {
+
+constexpr std::chrono::milliseconds unnoticed(200); // shorter than it takes to read a message
+
+} // namespace
+
 PRecordController::PRecordController(QAction* record, PCameraTabs& tabs, PDockPanels& panels,
                                      PRecordings& recordings, QWidget* window)
     : QObject(window)
@@ -95,6 +101,26 @@ QString PRecordController::endQuestion(const QList<PRecording*>& recordings) {
 
 bool PRecordController::mayCloseWindow() {
     return m_recordings.running().isEmpty() || confirmsEnd(m_recordings.running());
+}
+
+bool PRecordController::finishFiles() {
+    QMessageBox box(QMessageBox::Information, tr("Recording"), {}, QMessageBox::Cancel, m_window);
+    bool hasFailed = false;
+    connect(&m_recordings, &PRecordings::finished, &box,
+            [&](const QString&, const QString&, bool failed) { hasFailed |= failed; });
+    const auto show = [&] {
+        box.setText(tr("Frames still to be written: %1. After the last one, the window closes.")
+                        .arg(m_recordings.waiting()));
+        // The last one may end right after the user has cancelled: then the window stays.
+        if (m_recordings.running().isEmpty() && box.isVisible())
+            box.accept();
+    };
+    connect(&m_recordings, &PRecordings::changed, &box, show);
+    m_recordings.endAsProgramCloses();
+    m_recordings.finishWithin(unnoticed);
+    show();
+    const bool isComplete = m_recordings.running().isEmpty() || box.exec() == QDialog::Accepted;
+    return isComplete && !hasFailed;
 }
 
 bool PRecordController::endForClosing(const PCameraPage& page) {

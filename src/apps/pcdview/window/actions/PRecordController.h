@@ -26,8 +26,11 @@ public:
     /// False: it continues.
     bool endForClosing(const PCameraPage& page);
     /// True if the window may close: no recording is running, or the user has confirmed that all of
-    /// them end. They keep running until then.
+    /// them end. They keep running until finishFiles().
     bool mayCloseWindow();
+    /// Ends all recordings and shows what is still to be written, until their files are complete.
+    /// True: the window may close; false: the user cancels that, or something could not be written.
+    bool finishFiles();
 
 signals:
     /// A message for the status bar: what is recorded, why not, or how it ended.

@@ -83,7 +83,9 @@ void PMainWindow::closeUnasked() {
 }
 
 bool PMainWindow::mayClose() {
-    return m_controllers->recording().mayCloseWindow() && m_controllers->picture().finishSaving();
+    PRecordController& recording = m_controllers->recording();
+    return recording.mayCloseWindow() && m_controllers->picture().finishSaving() &&
+           recording.finishFiles();
 }
 
 void PMainWindow::closeEvent(QCloseEvent* event) {

@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include <apps/pcdview/window/actions/PRecordController.h>
 
+#include <apps/pcdview/FakeGatedExposure.h>
+#include <apps/pcdview/ViewPictures.h>
 #include <apps/pcdview/window/FakeCameras.h>
 
 #include <apps/pcdview/capture/PCaptureFolder.h>
 #include <apps/pcdview/window/camera/PCameraPage.h>
 #include <apps/pcdview/window/panels/PRecordPanel.h>
+
+#include <PCd/FakeProperty.h>
 
 #include <support/QtPrinters.h>
 #include <support/WaitUntil.h>
@@ -43,6 +47,29 @@ protected:
     PRecordController* const controller =
         new PRecordController(actions.record, *tabs, panels, recordings, &window); // the window's
     const QSignalSpy messages{controller, &PRecordController::messageChanged};
+};
+
+/// The camera is being recorded, and its frames wait to be written until the gate opens.
+class PRecordControllerFilesTest : public PRecordControllerTest {
+protected:
+    PRecordControllerFilesTest() {
+        FakeGatedExposure exposure;
+        exposure.gate = gate.get_future().share();
+        first->makeProperties = [exposure] {
+            return QList<PDeviceProperty*>{
+                new FakeProperty("extexposure", QVariant::fromValue(exposure))};
+        };
+    }
+
+    void SetUp() override {
+        PRecordControllerTest::SetUp();
+        actions.record->trigger();
+        ASSERT_TRUE(isRecorded());
+        first->processFrameImage(halves(Qt::gray, Qt::gray));
+        first->processFrameImage(halves(Qt::gray, Qt::gray));
+    }
+
+    std::promise<void> gate; // destroyed first, which opens it: the recordings wait for their files
 };
 
 } // namespace
@@ -160,4 +187,44 @@ TEST_F(PRecordControllerTest,
         EXPECT_TRUE(waitUntil([this] { return !isRecorded(); }));
     });
     EXPECT_TRUE(controller->mayCloseWindow());
+}
+
+TEST_F(PRecordControllerFilesTest, shows_what_is_still_to_be_written_before_the_window_closes) {
+    ++answersDue;
+    QTimer::singleShot(0, &window, [this] {
+        const QPointer<QMessageBox> box =
+            qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        ASSERT_NE(box, nullptr);
+        --answersDue;
+        question = box->text();
+        gate.set_value();
+        const auto isClosed = [&] { return box == nullptr || !box->isVisible(); };
+        EXPECT_TRUE(waitUntil(isClosed));
+        if (!isClosed())
+            box->reject(); // nothing else would
+    });
+    EXPECT_TRUE(controller->finishFiles());
+    EXPECT_EQ(question,
+              u"Frames still to be written: 2. After the last one, the window closes."_qs);
+    EXPECT_FALSE(isRecorded());
+}
+
+TEST_F(PRecordControllerFilesTest, keeps_the_window_if_the_user_does_not_wait_for_the_files) {
+    answerNext(QMessageBox::Cancel);
+    EXPECT_FALSE(controller->finishFiles());
+    gate.set_value();
+    EXPECT_TRUE(waitUntil([this] { return !isRecorded(); }));
+}
+
+TEST_F(PRecordControllerFilesTest, keeps_the_window_if_a_frame_could_not_be_written) {
+    gate.set_value();
+    first->processFrameImage(makePicture(8, 8, PDIP::ColorFormat::Bgr, // a file has one size
+                                         [](int, int) { return QColor(Qt::gray); }));
+    EXPECT_FALSE(controller->finishFiles());
+}
+
+TEST_F(PRecordControllerFilesTest, completes_files_without_a_message_if_that_takes_no_time) {
+    gate.set_value();
+    EXPECT_TRUE(controller->finishFiles()); // a message would have to be answered
+    EXPECT_FALSE(isRecorded());
 }
