@@ -177,6 +177,20 @@ const DoctorRow findings[] = {
                           .writeTo(test.path(u"closed.json"_qs));
      },
      1, "error    camera         Small-S0001: ", "it does not start: ", "Close other programs"},
+    {"of_a_camera_unplugged_soon_after_a_late_first_frame",
+     [](Doctor& test) {
+         QJsonObject release = unplugAfter(60); // later than a trial takes
+         release.insert(u"do"_qs, u"release"_qs);
+         test.scene = CtlScene()
+                          .addCamera()
+                          .setResolution(320, 240, 100)
+                          .addFault(stepAt(0, u"hold"_qs))
+                          .addFault(release)
+                          .addFault(unplugAfter(64))
+                          .writeTo(test.path(u"late.json"_qs));
+     },
+     1, "error    camera         Small-S0001: ",
+     "it does not stream: camera Small-S0001 was unplugged", "Close other programs"},
     {"of_a_camera_that_goes_away",
      [](Doctor& test) {
          test.scene =
