@@ -119,6 +119,8 @@ int main(int argc, char* argv[]) {
     const QList<PDeviceRegister*> registers = loader.load();
     for (PDeviceRegister* cameras : registers)
         manager.addRegister(cameras);
+    for (const PPluginLoader::Failure& failure : loader.failures())
+        fail(QString("%1: %2").arg(failure.path, failure.reason)); // others may have cameras
     const PDeviceManager::Selection selection = manager.select(parser.value("camera"));
     if (selection.device == nullptr)
         return fail(selection.problem);

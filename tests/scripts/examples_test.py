@@ -203,6 +203,10 @@ class BuiltExamples:
                           self.run_example("headless-recorder", *arguments, code=1))
         self.assertIn("no camera found", self.run_example(
             "headless-recorder", "new", code=1, TOUPCAM_LIBRARY="/nonexistent"))
+        plugin = self.here / "broken.so"
+        plugin.write_text("no plugin", encoding="utf-8")
+        self.assertIn(f"headless-recorder: {plugin}: ", self.run_example(
+            "headless-recorder", "-n", 1, self.here / "recording", PCD_PLUGIN_PATH=plugin))
 
     def pcdctl(self, *arguments, code=0):
         """Runs the installed program with the plugin of the example; returns what it prints."""
