@@ -66,14 +66,14 @@ int main(int argc, char* argv[]) {
         if (++frames == framesWanted)
             QCoreApplication::quit();
     });
-    QObject::connect(camera, &PDevice::unlinked, &application, &QCoreApplication::quit);
+    QObject::connect(camera, &PDevice::unlinked, &application, [] { QCoreApplication::exit(1); });
     QTimer::singleShot(30'000, &application, &QCoreApplication::quit);
     if (const PStatus started = camera->startStream(); !started.isOk())
         return fail(started.reason());
-    QCoreApplication::exec();
+    const bool isGone = QCoreApplication::exec() != 0;
     if (camera != nullptr)
         camera->unlink(); // which ends the stream
     if (frames < framesWanted)
-        return fail(QString("only %1 frames arrived").arg(frames));
+        return fail(QString(isGone ? "gone after %1 frames" : "only %1 frames came").arg(frames));
     return last.save(argv[1]) ? 0 : fail(QString("cannot write \"%1\"").arg(argv[1]));
 }

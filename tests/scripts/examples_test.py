@@ -91,12 +91,9 @@ class BuiltExamples:
 
     def test_the_minimal_host_ends_with_its_camera(self):
         faults = [{"do": "unplug", "camera": "bench-1", "afterFrames": 4}]
-        started = time.monotonic()
         printed = self.run_example("minimal-host", self.here / "no.tif", code=1,
                                    TOUPCAM_SIM_SCENE=self.scene("faults.json", faults))
-        self.assertRegex(printed, r"minimal-host: only \d frames arrived")
-        # Not when its own time is over: it waits 30 seconds for frames.
-        self.assertLess(time.monotonic() - started, 25)
+        self.assertRegex(printed, r"minimal-host: gone after \d frames")
 
     def test_the_minimal_host_names_what_is_missing(self):
         self.assertIn("usage: minimal-host PICTURE", self.run_example("minimal-host", code=1))
