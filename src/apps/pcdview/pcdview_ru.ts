@@ -113,6 +113,10 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <source>No still taken: %1</source>
         <translation>Снимок не сделан: %1</translation>
     </message>
+    <message>
+        <source>the camera was unplugged</source>
+        <translation>камера отключена</translation>
+    </message>
 </context>
 <context>
     <name>PCaptureDialog</name>

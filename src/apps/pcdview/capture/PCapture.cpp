@@ -6,6 +6,8 @@
 
 #include <QFileInfo>
 
+#include <algorithm>
+
 namespace {
 
 PPictureNotes makeNotes(const PCameraIdentity& camera, const PDeviceFrame& frame,
@@ -31,14 +33,26 @@ PCapture::PCapture(QObject* parent)
 void PCapture::follow(PViewCamera* camera, PixelSize pixelSize) {
     connect(camera, &PViewCamera::snapshotTaken, this,
             [this, camera, size = std::move(pixelSize)](const PDeviceFrame& frame) {
+                --m_awaited[camera];
                 saveStill(*camera, frame, size());
             });
+    connect(camera, &PViewCamera::stateChanged, this, [this, camera] { noteUnplugged(*camera); });
+    connect(camera, &QObject::destroyed, this, [this, camera] { m_awaited.remove(camera); });
 }
 
 void PCapture::takeStill(PViewCamera& camera) {
     const PStatus status = camera.takeSnapshot();
+    if (status.isOk())
+        m_awaited[&camera] = std::max(m_awaited[&camera], 0) + 1; // other pictures arrive as well
     emit messageChanged(status.isOk() ? tr("Taking a still…")
                                       : tr("No still taken: %1").arg(status.reason()));
+}
+
+void PCapture::noteUnplugged(const PViewCamera& camera) {
+    if (camera.state() == PViewCamera::State::Unplugged && m_awaited.take(&camera) > 0) {
+        emit saveFailed(camera.identity().id + u": "_qs +
+                        tr("No still taken: %1").arg(tr("the camera was unplugged")));
+    }
 }
 
 void PCapture::saveStill(const PViewCamera& camera, const PDeviceFrame& frame, double pixelSize) {

@@ -3,6 +3,7 @@
 
 #include <apps/pcdview/capture/PPictureSaver.h>
 
+#include <QHash>
 #include <QObject>
 
 #include <functional>
@@ -22,7 +23,8 @@ public:
 
     /// Saves the stills of this camera from now on, in the capture folder.
     void follow(PViewCamera* camera, PixelSize pixelSize);
-    /// Makes the camera take a still.
+    /// Makes the camera take a still. If it is unplugged before that has arrived, saveFailed() says
+    /// so.
     void takeStill(PViewCamera& camera);
     /// Saves a picture that this camera has taken, replacing an existing file, as the user has
     /// confirmed. `pixelSize` is as PixelSize returns it.
@@ -36,11 +38,13 @@ signals:
     void unsavedChanged(int pictures);
     /// A message for the status bar: what is being done, or the result.
     void messageChanged(const QString& message);
-    /// A picture that was taken could not be saved, and why.
+    /// A picture that the user has requested or that was taken is not saved, and why.
     void saveFailed(const QString& reason);
 
 private:
+    void noteUnplugged(const PViewCamera& camera);
     void saveStill(const PViewCamera& camera, const PDeviceFrame& frame, double pixelSize);
 
     PPictureSaver m_saver;
+    QHash<const PViewCamera*, int> m_awaited; ///< stills that the user has requested
 };

@@ -31,6 +31,7 @@
 #include <QMenuBar>
 #include <QPointer>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QSlider>
 #include <QSpinBox>
 #include <QTabBar>
@@ -225,6 +226,36 @@ TEST_F(SessionTest, a_still_picture_has_the_resolution_of_the_specimen) {
     EXPECT_EQ(tags.value(u"PNG-pHYs:PixelsPerUnitX"_qs).toInt(), 2'000'000);
     EXPECT_EQ(tags.value(u"IFD0:XResolution"_qs).toDouble(), 20'000);
     EXPECT_TRUE(tags.value(u"IFD0:Software"_qs).toString().startsWith(u"pcdview"_qs));
+}
+
+TEST_F(SessionTest, a_still_that_does_not_arrive_before_the_camera_is_unplugged_is_reported) {
+    start({camera()});
+    ASSERT_TRUE(waitForNewFrames());
+    auto* const pictures = window().findChild<PPictureController*>();
+    ASSERT_NE(pictures, nullptr);
+    const QSignalSpy messages(pictures, &PPictureController::messageChanged);
+    ASSERT_TRUE(hold("cam-1"));
+    key(Qt::Key_S, Qt::ControlModifier);
+    ASSERT_EQ(messages.size(), 1);
+    ASSERT_TRUE(unplug("cam-1"));
+    ASSERT_TRUE(waitUntil([this] { return inFront().state() == PViewCamera::State::Unplugged; }));
+    ASSERT_EQ(messages.size(), 2);
+    EXPECT_EQ(messages[1].value(0).toString(),
+              inFront().identity().id + u": No still taken: the camera was unplugged"_qs);
+}
+
+TEST_F(SessionTest, nothing_is_reported_of_a_still_that_has_arrived_when_the_camera_is_unplugged) {
+    start({camera()});
+    ASSERT_TRUE(waitForNewFrames());
+    key(Qt::Key_S, Qt::ControlModifier);
+    ASSERT_TRUE(waitUntil([this] { return captures().size() == 1; }));
+    auto* const pictures = window().findChild<PPictureController*>();
+    ASSERT_NE(pictures, nullptr);
+    const QSignalSpy messages(pictures, &PPictureController::messageChanged);
+    ASSERT_TRUE(unplug("cam-1"));
+    ASSERT_TRUE(waitUntil([this] { return inFront().state() == PViewCamera::State::Unplugged; }));
+    for (const QList<QVariant>& message : messages)
+        EXPECT_FALSE(message.value(0).toString().contains(u"No still taken"_qs));
 }
 
 TEST_F(SessionTest, an_unplugged_camera_comes_back_with_its_settings) {

@@ -128,6 +128,10 @@ bool ViewSession::waitForNewFrames() {
     });
 }
 
+bool ViewSession::hold(const char* camera) {
+    return simFunction<int(const char*, int)>("ToupcamSim_holdFrames")(camera, 1) == 1;
+}
+
 bool ViewSession::unplug(const char* camera) {
     return simFunction<int(const char*)>("ToupcamSim_unplug")(camera) == 1;
 }

@@ -52,6 +52,8 @@ protected:
     /// Unplugs and plugs in a simulated camera.
     static bool unplug(const char* camera);
     static bool plug(const char* camera);
+    /// From now on nothing of this camera arrives.
+    static bool hold(const char* camera);
     /// The calls of the SDK so far that contain this text, oldest first, as the journal has them.
     static QStringList calls(const QString& text);
     /// Those calls that set something.
