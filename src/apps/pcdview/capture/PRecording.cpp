@@ -175,11 +175,17 @@ void PRecording::end(const char* failure) {
 QString PRecording::outcome(const PFrameRecorder::Progress& progress) const {
     const quint64 written = progress.tally.written;
     const QString& failure = progress.error.isEmpty() ? m_failure : progress.error;
-    const bool isOne = written == 1; // there is no catalogue with the plural forms of English
     if (!failure.isEmpty())
-        return isOne
-                   ? tr("The recording ended early after 1 frame: %1").arg(failure)
-                   : tr("The recording ended early after %1 frames: %2").arg(written).arg(failure);
-    return isOne ? tr("Recorded 1 frame: %1").arg(m_path)
-                 : tr("Recorded %1 frames: %2").arg(written).arg(m_path);
+        return earlyEnd(written, failure);
+    // There is no catalogue with the plural forms of English.
+    return written == 1 ? tr("Recorded 1 frame: %1").arg(m_path)
+                        : tr("Recorded %1 frames: %2").arg(written).arg(m_path);
+}
+
+QString PRecording::earlyEnd(quint64 written, const QString& failure) const {
+    const QString text =
+        written == 1
+            ? tr("The recording ended early after 1 frame: %1").arg(failure)
+            : tr("The recording ended early after %1 frames: %2").arg(written).arg(failure);
+    return written == 0 || failure.contains(m_path) ? text : text + u" (%1)"_qs.arg(m_path);
 }

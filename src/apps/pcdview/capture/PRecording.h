@@ -62,6 +62,7 @@ private:
     void finish(const PFrameRecorder::Progress& progress);
     void end(const char* failure);
     QString outcome(const PFrameRecorder::Progress& progress) const;
+    QString earlyEnd(quint64 written, const QString& failure) const;
 
     const std::shared_ptr<PWorkBudget> m_memory;
     std::shared_ptr<PFrameRecorder> m_recorder;

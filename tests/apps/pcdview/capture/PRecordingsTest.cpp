@@ -78,11 +78,14 @@ TEST_F(PRecordingsTest, share_the_memory_for_frames_that_wait) {
     secondDevice.processFrameImage(picture); // the fourth of all
     EXPECT_EQ(recordings.of(&first)->progress().error, QString());
     ASSERT_EQ(recordings.of(&second)->progress().tally.refused, 1U);
+    const QString path = recordings.of(&second)->path();
     gate.set_value();
     recordings.of(&first)->stop();
     ASSERT_TRUE(waitUntil([this] { return recordings.running().isEmpty(); }));
     EXPECT_TRUE(messages[u"Fake-1"_qs].startsWith(u"Recorded 2 frames"_qs));
     EXPECT_TRUE(messages[u"Fake-2"_qs].contains(u"after 1 frame: the disk is slower"_qs));
+    EXPECT_TRUE(messages[u"Fake-2"_qs].endsWith(u" (%1)"_qs.arg(path)))
+        << messages[u"Fake-2"_qs].toStdString();
 }
 
 TEST_F(PRecordingsTest, count_a_single_frame_as_one) {
