@@ -22,12 +22,14 @@ using Command = PCtlOptions::Command;
 
 const PCandidates anyFile{{u":files"_qs}};
 
-constexpr double longestSeconds = 1; // a shell does not react before the program has ended
+constexpr double usualSeconds = 1; // a shell does not react before the program has ended
+constexpr double longestSeconds = 3600;
 
 /// The time after which the user gets no candidates.
 std::chrono::duration<double> timeLimit() {
     const double seconds = qEnvironmentVariable("PCD_COMPLETION_SECONDS").toDouble();
-    return std::chrono::duration<double>(seconds > 0 ? seconds : longestSeconds);
+    return std::chrono::duration<double>(seconds > 0 ? std::min(seconds, longestSeconds)
+                                                     : usualSeconds);
 }
 
 /// Ends the program, without candidates, when the time is over; not while some are being printed.
