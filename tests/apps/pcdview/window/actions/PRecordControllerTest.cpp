@@ -29,16 +29,30 @@ protected:
     void SetUp() override { ASSERT_NO_FATAL_FAILURE(open(u"Fake-1"_qs)); }
     void TearDown() override { EXPECT_EQ(answersDue, 0) << "a question was not asked"; }
 
-    /// Answers the next question, and stores its text in `question`.
-    void answerNext(QMessageBox::StandardButton answer) {
+    /// Calls a function with the next question.
+    void atNext(const std::function<void(const QPointer<QMessageBox>&)>& act) {
         ++answersDue;
-        QTimer::singleShot(0, &window, [this, answer] {
-            auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        QTimer::singleShot(0, &window, [this, act] {
+            const QPointer<QMessageBox> box =
+                qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
             ASSERT_NE(box, nullptr);
             --answersDue;
+            act(box);
+        });
+    }
+    /// Answers the next question, and stores its text in `question`.
+    void answerNext(QMessageBox::StandardButton answer) {
+        atNext([this, answer](const QPointer<QMessageBox>& box) {
             question = box->text();
             box->button(answer)->click();
         });
+    }
+    /// Waits for a question to close without an answer.
+    static void expectClosing(const QPointer<QMessageBox>& box) {
+        const auto isClosed = [&] { return box == nullptr || !box->isVisible(); };
+        EXPECT_TRUE(waitUntil(isClosed));
+        if (!isClosed())
+            box->reject(); // nothing else would
     }
     bool isRecorded() const { return !recordings.running().isEmpty(); }
 
@@ -154,20 +168,13 @@ TEST_F(PRecordControllerTest, the_question_before_closing_follows_the_recordings
     ASSERT_NO_FATAL_FAILURE(open(u"Fake-2"_qs));
     actions.record->trigger();
     ASSERT_EQ(recordings.running().size(), 2);
-    ++answersDue;
-    QTimer::singleShot(0, &window, [this] {
-        const QPointer<QMessageBox> box =
-            qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        ASSERT_NE(box, nullptr);
-        --answersDue;
+    atNext([this](const QPointer<QMessageBox>& box) {
         recordings.running().first()->stop();
         EXPECT_TRUE(waitUntil([&] {
             return box->text() == u"Recording in progress: Fake-2. Stop recording and close?"_qs;
         })) << box->text().toStdString();
         recordings.running().last()->stop();
-        EXPECT_TRUE(waitUntil([&] { return box == nullptr || !box->isVisible(); }));
-        if (box != nullptr)
-            box->reject(); // nothing else would
+        expectClosing(box);
     });
     EXPECT_FALSE(controller->mayCloseWindow());
     EXPECT_TRUE(recordings.running().isEmpty());
@@ -177,11 +184,7 @@ TEST_F(PRecordControllerTest,
        closes_what_the_user_wants_closed_even_if_the_recording_ends_meanwhile) {
     actions.record->trigger();
     ASSERT_TRUE(isRecorded());
-    ++answersDue;
-    QTimer::singleShot(0, &window, [this] {
-        auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        ASSERT_NE(box, nullptr);
-        --answersDue;
+    atNext([this](const QPointer<QMessageBox>& box) {
         recordings.running().first()->stop();
         box->button(QMessageBox::Yes)->click();
         EXPECT_TRUE(waitUntil([this] { return !isRecorded(); }));
@@ -190,18 +193,10 @@ TEST_F(PRecordControllerTest,
 }
 
 TEST_F(PRecordControllerFilesTest, shows_what_is_still_to_be_written_before_the_window_closes) {
-    ++answersDue;
-    QTimer::singleShot(0, &window, [this] {
-        const QPointer<QMessageBox> box =
-            qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        ASSERT_NE(box, nullptr);
-        --answersDue;
+    atNext([this](const QPointer<QMessageBox>& box) {
         question = box->text();
         gate.set_value();
-        const auto isClosed = [&] { return box == nullptr || !box->isVisible(); };
-        EXPECT_TRUE(waitUntil(isClosed));
-        if (!isClosed())
-            box->reject(); // nothing else would
+        expectClosing(box);
     });
     EXPECT_TRUE(controller->finishFiles());
     EXPECT_EQ(question,
