@@ -1,64 +1,48 @@
 // SPDX-License-Identifier: MIT
 #include <PDip/PImage.h>
-#include <RatioReporter.h>
+#include <figure/FigureProgram.h>
+#include <figure/Stopwatch.h>
 
 #include <cstring>
 #include <memory>
+#include <stdexcept>
 #include <vector>
 
-// A steady stream of 60 MB frames: the cost of copying one into an image, compared with the copy
-// alone.
+// A steady stream of 60 MB frames: the cost of copying one into an image from the pool, compared
+// with the copy alone.
 
 namespace {
 
 const PImageHeader frame(5440, 3648, PDIP::ColorFormat::Bgr);
 
-std::vector<unsigned char> cameraBuffer() {
-    return std::vector<unsigned char>(frame.dataSize(), 0x55);
+struct Buffers {
+    std::vector<unsigned char> camera = std::vector<unsigned char>(frame.dataSize(), 0x55);
+    std::vector<unsigned char> target = std::vector<unsigned char>(frame.dataSize(), 1);
+};
+
+void copyIntoPoolImage(const Buffers& buffers) {
+    PImage image;
+    if (!image.create(frame) || !image.set(buffers.camera.data(), frame))
+        throw std::runtime_error("no memory for a frame");
+    benchmark::DoNotOptimize(image);
 }
 
-void countBytes(benchmark::State& state) {
-    state.SetBytesProcessed(state.iterations() * std::int64_t(frame.dataSize()));
-}
-
-void memcpyBetweenWarmBuffers(benchmark::State& state) {
-    const std::vector<unsigned char> camera = cameraBuffer();
-    std::vector<unsigned char> target(camera.size(), 1);
-    for ([[maybe_unused]] auto _ : state) {
-        std::memcpy(target.data(), camera.data(), camera.size());
-        benchmark::ClobberMemory();
-    }
-    countBytes(state);
-}
-
-void copyIntoPoolImage(benchmark::State& state) {
-    const std::vector<unsigned char> camera = cameraBuffer();
-    for ([[maybe_unused]] auto _ : state) {
-        PImage image;
-        if (!image.create(frame) || !image.set(camera.data(), frame))
-            state.SkipWithError("no memory for a frame");
-        benchmark::DoNotOptimize(image);
-    }
-    countBytes(state);
-}
-
-void copyIntoFreshMemory(benchmark::State& state) {
-    const std::vector<unsigned char> camera = cameraBuffer();
-    for ([[maybe_unused]] auto _ : state) {
-        const std::unique_ptr<unsigned char[]> fresh(new unsigned char[camera.size()]);
-        std::memcpy(fresh.get(), camera.data(), camera.size());
-        benchmark::DoNotOptimize(fresh.get());
-        benchmark::ClobberMemory();
-    }
-    countBytes(state);
+FigurePair preparePool() {
+    const auto buffers = std::make_shared<Buffers>();
+    return {[=] { return Stopwatch::wallMs([&] { copyIntoPoolImage(*buffers); }); },
+            [=] {
+                return Stopwatch::wallMs([&] {
+                    std::memcpy(buffers->target.data(), buffers->camera.data(),
+                                buffers->camera.size());
+                });
+            }};
 }
 
 } // namespace
 
-BENCHMARK(memcpyBetweenWarmBuffers)->UseRealTime()->Unit(benchmark::kMillisecond);
-BENCHMARK(copyIntoPoolImage)->UseRealTime()->Unit(benchmark::kMillisecond);
-BENCHMARK(copyIntoFreshMemory)->UseRealTime()->Unit(benchmark::kMillisecond);
-
 int main(int argc, char** argv) {
-    return runWithRatios(argc, argv, "memcpyBetweenWarmBuffers");
+    FigureProgram::add(
+        {"pool/20MP-24bit", "copy into a pool image", "memcpy into warm memory", "ms", 1.03},
+        preparePool);
+    return FigureProgram::run(argc, argv);
 }

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/ome/POmeStackWriter.h>
 
-#include <RatioReporter.h>
+#include <figure/FigureProgram.h>
+#include <figure/Stopwatch.h>
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -57,41 +58,28 @@ bool writeStack(const QString& path, const PDeviceFrame& frame) {
     return writer.finish({}).isOk();
 }
 
-void measure(benchmark::State& state, bool (*write)(const QString&, const PDeviceFrame&)) {
-    const PDeviceFrame frame = cameraFrame();
+using Write = bool (*)(const QString&, const PDeviceFrame&);
+
+/// Milliseconds for a recording, without removing it.
+double measure(Write write, const PDeviceFrame& frame) {
     const QString path = newFile();
-    for ([[maybe_unused]] auto _ : state) {
-        if (!write(path, frame))
-            state.SkipWithError("the file could not be written");
-        state.PauseTiming();
-        QFile::remove(path);
-        state.ResumeTiming();
-    }
-    state.SetBytesProcessed(state.iterations() * frames * std::int64_t(header.dataSize()));
+    bool isWritten = false;
+    const double cost = Stopwatch::processMs([&] { isWritten = write(path, frame); });
+    QFile::remove(path);
+    return isWritten ? cost : -1;
 }
 
-void plainFile(benchmark::State& state) {
-    measure(state, writePlainly);
-}
-
-void omeTiffStack(benchmark::State& state) {
-    measure(state, writeStack);
+FigurePair prepare() {
+    const PDeviceFrame frame = cameraFrame();
+    return {[=] { return measure(writeStack, frame); },
+            [=] { return measure(writePlainly, frame); }};
 }
 
 } // namespace
 
-// Each several times, for the median: the system may write to the disk at any time.
-BENCHMARK(plainFile)
-    ->UseRealTime()
-    ->Unit(benchmark::kMillisecond)
-    ->MinWarmUpTime(0.5)
-    ->Repetitions(5);
-BENCHMARK(omeTiffStack)
-    ->UseRealTime()
-    ->Unit(benchmark::kMillisecond)
-    ->MinWarmUpTime(0.5)
-    ->Repetitions(5);
-
 int main(int argc, char** argv) {
-    return runWithRatios(argc, argv, "plainFile");
+    FigureProgram::add({"recording/20MP-24bit", "8 frames as OME-TIFF, processor time",
+                        "write() of the same bytes", "ms", 1.1},
+                       prepare);
+    return FigureProgram::run(argc, argv);
 }
