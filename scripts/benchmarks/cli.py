@@ -1,0 +1,110 @@
+"""The command line of scripts/bench."""
+
+import argparse
+import json
+import os
+import sys
+from pathlib import Path
+
+from .compare import differences
+from .figures import FigureError, figure_from, figure_of
+from .machine import machine
+from .programs import ProgramError, build, programs_in, rows_of
+from .table import failing, table
+
+EXIT_FAILING, EXIT_BAD_INPUT, EXIT_FAILED = 1, 2, 3
+RESULTS = Path("build", "bench.json")
+PLOTS = Path("docs", "images")
+
+
+class InputError(Exception):
+    """The request is invalid; the text says what is wrong and what was expected."""
+
+
+def parser():
+    """The options."""
+    made = argparse.ArgumentParser(
+        prog="scripts/bench", description="Builds the benchmarks in release, runs them, writes "
+        f"{RESULTS} and prints a table; fails if a target does not hold. See docs/performance.md.")
+    made.add_argument("--compare", type=Path, metavar="OLD.json",
+                      help="also print what changed since an earlier run")
+    made.add_argument("--plots", action="store_true",
+                      help=f"also measure how it grows, and draw it in {PLOTS}")
+    made.add_argument("--filter", metavar="REGEX", help="only figures whose name matches")
+    made.add_argument("--build", type=Path, metavar="FOLDER",
+                      help="run the programs of this build folder, as they are")
+    made.add_argument("--output", type=Path, metavar="FILE",
+                      help=f"write the figures here (default: {RESULTS})")
+    return made
+
+
+def read_figures(path):
+    """The figures of an earlier run."""
+    try:
+        entries = json.loads(path.read_text(encoding="utf-8"))["figures"]
+        return [figure_from(entry) for entry in entries]
+    except (OSError, ValueError, KeyError, TypeError, AttributeError, FigureError) as error:
+        raise InputError(f"{path}: not the figures of an earlier run ({error}); "
+                         "expected a file that scripts/bench has written") from error
+
+
+def write_figures(path, facts, figures):
+    """Replaces the file in one step."""
+    path.parent.mkdir(parents=True, exist_ok=True)
+    text = json.dumps({"machine": facts, "figures": [figure.as_dict() for figure in figures]},
+                      indent=2)
+    draft = path.with_name(path.name + ".new")
+    draft.write_text(text + "\n", encoding="utf-8")
+    os.replace(draft, path)
+
+
+def measure(programs, pattern):
+    """The figures of all programs."""
+    figures = []
+    for program in programs:
+        print(f"{program.name} ...", file=sys.stderr, flush=True)
+        figures += [figure_of(row) for row in rows_of(program, pattern)]
+    if not figures:
+        raise InputError(f"--filter {pattern}: matches no figure" if pattern
+                         else "the programs reported no figures")
+    return figures
+
+
+def draw(growth, folder):
+    """Measures how it grows, and draws it in a folder."""
+    if growth is None:
+        raise ProgramError("bench_growth was not built")
+    from .plots import draw as draw_rows  # needs matplotlib, which figures do not
+    print(f"{growth.name} ...", file=sys.stderr, flush=True)
+    draw_rows(rows_of(growth), folder)
+
+
+def run(root, options):
+    """Does what the options say; returns the exit code."""
+    before = read_figures(options.compare) if options.compare else None
+    facts = machine()  # before anything loads it
+    programs, growth = programs_in(options.build or build(root))
+    figures = measure(programs, options.filter)
+    write_figures(options.output or root / RESULTS, facts, figures)
+    print("\n".join(table(figures)))
+    if before is not None:
+        print("\n" + "\n".join(differences(before, figures)))
+    if options.plots:
+        draw(growth, root / PLOTS)
+    bad = failing(figures)
+    if bad:
+        print(f"\n{len(bad)} of {len(figures)} do not hold: {', '.join(bad)}")
+    return EXIT_FAILING if bad else 0
+
+
+def main(root):
+    """Runs the command; returns the exit code."""
+    options = parser().parse_args()
+    try:
+        return run(root, options)
+    except InputError as error:
+        print(f"scripts/bench: {error}", file=sys.stderr)
+        return EXIT_BAD_INPUT
+    except (ProgramError, FigureError) as error:
+        print(f"scripts/bench: {error}", file=sys.stderr)
+        return EXIT_FAILED

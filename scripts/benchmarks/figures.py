@@ -1,0 +1,56 @@
+"""The figures that the programs of bench report."""
+
+from dataclasses import asdict, dataclass
+
+
+class FigureError(Exception):
+    """A row of a program's JSON that is not a figure; the text says which and why."""
+
+
+@dataclass
+class Figure:
+    """One row of the table; reference, ratio and spread are None if the value alone is bounded."""
+
+    name: str
+    what: str
+    against: str
+    unit: str
+    ours: float
+    reference: float | None
+    ratio: float | None
+    spread: float | None
+    target: float
+
+    @property
+    def bounded(self):
+        """The number that the target bounds."""
+        return self.ours if self.ratio is None else self.ratio
+
+    @property
+    def holds(self):
+        """Whether the target does."""
+        return self.bounded <= self.target
+
+    def as_dict(self):
+        """For JSON."""
+        return {**asdict(self), "holds": self.holds}
+
+
+def figure_of(row):
+    """The figure that a row of Google Benchmark's JSON contains."""
+    name = row.get("run_name", row.get("name", "?")).removesuffix("/iterations:1")
+    if row.get("error_occurred"):
+        raise FigureError(f"{name}: {row.get('error_message', 'failed')}")
+    words = row.get("label", "").split("|")
+    if len(words) != 3 or "ours" not in row or "target" not in row:
+        raise FigureError(f"{name}: is not a figure; see bench/figure/FigureProgram.h")
+    return Figure(name, *words, row["ours"], row.get("reference"), row.get("ratio"),
+                  row.get("spread"), row["target"])
+
+
+def figure_from(entry):
+    """The figure that an entry of bench.json contains."""
+    try:
+        return Figure(**{key: value for key, value in entry.items() if key != "holds"})
+    except TypeError as error:
+        raise FigureError(f"{entry.get('name', '?')}: {error}") from error
