@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#include <counts/CountedWork.h>
+
+#include <stub/StubFrame.h>
+#include <stub/StubHost.h>
+
+#include <PCd/device/PDevice.h>
+#include <PCd/frame/PFrameSink.h>
+
+#include <QCoreApplication>
+
+#include <memory>
+#include <stdexcept>
+
+namespace {
+
+class CountingSink : public PFrameSink {
+public:
+    bool takeFrame(const PDeviceFrame&, Kind) override {
+        ++m_count;
+        return true;
+    }
+    int count() const { return m_count; }
+
+private:
+    int m_count = 0;
+};
+
+} // namespace
+
+void CountedWork::deliverFrames(int count) {
+    StubHost host;
+    const auto sink = std::make_shared<CountingSink>();
+    host.device().addFrameSink(sink);
+    int delivered = 0;
+    QObject::connect(&host.device(), &PDevice::imageChanged, [&] { ++delivered; });
+    host.startStream();
+    // Small, so that the pixels do not hide the rest, and not so small that a second copy of them
+    // would be hidden.
+    const StubFrame frame(80, 60, 8);
+    for (int i = 0; i < count; ++i) {
+        frame.push();
+        QCoreApplication::sendPostedEvents();
+    }
+    if (sink->count() != count || delivered != count)
+        throw std::runtime_error("not every frame arrived");
+}
