@@ -6,6 +6,7 @@
 
 #include <PCd/device/PDevice.h>
 #include <PCd/frame/PFrameSink.h>
+#include <PCd/property/PDeviceProperty.h>
 
 #include <QCoreApplication>
 
@@ -44,4 +45,26 @@ void CountedWork::deliverFrames(int count) {
     }
     if (sink->count() != count || delivered != count)
         throw std::runtime_error("not every frame arrived");
+}
+
+void CountedWork::setProperty(int count) {
+    StubHost host;
+    host.device().supportProperties();
+    PDeviceProperty* const contrast = host.device().getProperty("contrast");
+    if (contrast == nullptr)
+        throw std::runtime_error("the camera has no contrast");
+    int changes = 0;
+    QObject::connect(contrast, &PDeviceProperty::valueChanged, [&] { ++changes; });
+    for (int i = 0; i < count; ++i)
+        contrast->setValue(i % 2 == 0 ? 5 : -5);
+    if (changes < count)
+        throw std::runtime_error("not every set was reported");
+}
+
+void CountedWork::openCameras(int count) {
+    StubHost host{unsigned(count)};
+    for (PDevice* const device : host.devices()) {
+        if (device->supportProperties().isEmpty() || device->supportPropertyGroups().isEmpty())
+            throw std::runtime_error("a camera has no catalogue");
+    }
 }

@@ -9,4 +9,11 @@ namespace CountedWork {
 /// Frames from the SDK's callback through one frame sink to imageChanged(), with one slot.
 void deliverFrames(int count);
 
+/// Sets of a number through the host to the SDK call, each with its report of the change.
+void setProperty(int count);
+
+/// Cameras that are found and opened, each with its catalogue of properties and groups; as many as
+/// the SDK can list.
+void openCameras(int count);
+
 } // namespace CountedWork

@@ -12,10 +12,10 @@ EXIT_MORE, EXIT_BAD_INPUT, EXIT_FAILED = 1, 2, 3
 KEPT = Path("bench", "counts", "instructions.json")
 # Threads that wait take a few instructions more or less; a line of code more in the work of a frame
 # is above this.
-TOLERANCE = 0.03
+TOLERANCE = 0.02
 ADVICE = """\
 If this is meant, because the work is worth it, run scripts/instructions --update and say in the commit what
-the instructions are for. To see where they are: valgrind --tool=callgrind build/bin/bench_counts THING 100"""
+the instructions are for. To see where they are: valgrind --tool=callgrind build/bin/counted_work THING 100"""
 
 
 class InputError(Exception):
@@ -83,7 +83,7 @@ def run(root, options):
     """Does what the options say; returns the exit code."""
     path = options.kept or root / KEPT
     kept = read_kept(path)
-    program = (options.build or root / "build") / "bin" / "bench_counts"
+    program = (options.build or root / "build") / "bin" / "counted_work"
     if not program.is_file():
         raise InputError(f"{program}: not built; expected scripts/build, or --build FOLDER")
     counted = {thing: count(program, thing, entry["few"], entry["many"])

@@ -28,7 +28,7 @@ class InstructionsTest(unittest.TestCase):
         cls.addClassCleanup(folder.cleanup)
         cls.folder = Path(folder.name)
         (cls.folder / "bin").mkdir()
-        subprocess.run(["cc", "-x", "c", "-O0", "-o", cls.folder / "bin" / "bench_counts", "-"],
+        subprocess.run(["cc", "-x", "c", "-O0", "-o", cls.folder / "bin" / "counted_work", "-"],
                        input=SOURCE, text=True, check=True)
         cls.kept = cls.folder / "kept.json"
         cls.keep("loop", 1)
@@ -70,7 +70,7 @@ class InstructionsTest(unittest.TestCase):
         self.keep("dance", self.once)
         result = self.run_script()
         self.assertEqual(result.returncode, 3)
-        self.assertIn("bench_counts dance 10 ended with 9", result.stderr)
+        self.assertIn("counted_work dance 10 ended with 9", result.stderr)
 
     def test_bad_input_is_named(self):
         for text, words in (("{", "kept.json: "), ("{}", "nothing to count"),
@@ -86,7 +86,7 @@ class InstructionsTest(unittest.TestCase):
         result = subprocess.run([ROOT / "scripts" / "instructions", "--build", "/nowhere", "--kept",
                                  self.kept], capture_output=True, text=True, check=False)
         self.assertEqual(result.returncode, 2)
-        self.assertIn("bench_counts: not built", result.stderr)
+        self.assertIn("counted_work: not built", result.stderr)
 
 
 if __name__ == "__main__":

@@ -19,10 +19,14 @@ struct Subject {
     void (*run)(int count);
 };
 
-constexpr std::array<Subject, 1> subjects{{{"frames", CountedWork::deliverFrames}}};
+constexpr std::array<Subject, 3> subjects{{
+    {"frames", CountedWork::deliverFrames},
+    {"property-sets", CountedWork::setProperty},
+    {"open-cameras", CountedWork::openCameras},
+}};
 
 int complain(const char* problem) {
-    std::fprintf(stderr, "bench_counts: %s\n", problem);
+    std::fprintf(stderr, "counted_work: %s\n", problem);
     return 1;
 }
 
@@ -47,6 +51,6 @@ int main(int argc, char** argv) {
     const auto* const subject = std::find_if(
         subjects.begin(), subjects.end(), [&](const Subject& known) { return known.name == name; });
     if (subject == subjects.end())
-        return complain("usage: bench_counts frames NUMBER");
+        return complain("usage: counted_work frames|property-sets|open-cameras NUMBER");
     return run(*subject, argv[2]);
 }
