@@ -196,7 +196,7 @@ void PViewProgram::endBySignal() {
 void PViewProgram::grab(const QString& path) {
     const PStatus saved =
         PPictureFile::save(path, m_window->grab().toImage(), {}, PPictureFile::Existing::Replace,
-                           PPictureFile::Effort::Small);
+                           PPictureFile::Content::Window);
     if (!saved.isOk())
         note(saved.reason());
     QApplication::exit(saved.isOk() ? 0 : 1);

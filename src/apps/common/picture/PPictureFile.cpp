@@ -2,23 +2,18 @@
 #include <apps/common/picture/PPictureFile.h>
 
 #include <apps/common/picture/PExclusiveRename.h>
-#include <apps/common/picture/PPngChunk.h>
+#include <apps/common/picture/PPngEncoder.h>
 #include <apps/common/tiff/PTiffEncoder.h>
-#include <apps/common/tiff/PTiffExif.h>
 
 #include <PCore/file/PWholeFile.h>
 
-#include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QImageWriter>
 #include <QScopeGuard>
 #include <QUuid>
 
 #include <algorithm>
-#include <cmath>
-#include <limits>
 
 namespace {
 
@@ -32,40 +27,6 @@ bool hasEnding(const QString& path, const QString& ending) {
     return path.endsWith(ending, Qt::CaseInsensitive);
 }
 
-/// For QImage, which otherwise has the resolution of the screen. If the size is unknown, a negative
-/// number, for which no resolution is saved.
-int pixelsPerMetre(const PPictureTags& tags) {
-    const double pixels = tags.pixelSizeUm ? 1e6 / *tags.pixelSizeUm : -1;
-    return pixels > 0 && pixels <= std::numeric_limits<int>::max() ? int(std::lround(pixels)) : -1;
-}
-
-/// The same pixels with text in the image: QImageWriter::setText() loses keys with blanks.
-QImage withNotes(const QImage& image, const PPictureNotes& notes) {
-    // Pixels that may be written are not copied when the text is set; nothing writes them.
-    QImage result(const_cast<uchar*>(image.constBits()), image.width(), image.height(),
-                  image.bytesPerLine(), image.format());
-    result.setColorTable(image.colorTable());
-    for (const auto& [key, value] : notes.text)
-        result.setText(key, value);
-    result.setDotsPerMeterX(pixelsPerMetre(notes.tags));
-    result.setDotsPerMeterY(pixelsPerMetre(notes.tags));
-    return result;
-}
-
-QByteArray encodePng(const QImage& image, const PPictureNotes& notes, PPictureFile::Effort effort) {
-    QBuffer buffer;
-    QImageWriter writer(&buffer, "png");
-    // Qt computes zlib's level from the quality: (100 - quality) * 9 / 91, so 80 is level 1, the
-    // fastest that still compresses.
-    if (effort == PPictureFile::Effort::Fast)
-        writer.setQuality(80);
-    if (!writer.write(withNotes(image, notes)))
-        return {};
-    buffer.close();
-    const QByteArray exif = PTiffExif::block(notes.tags);
-    return exif.isEmpty() ? buffer.data() : PPngChunk::inserted(buffer.data(), "eXIf", exif);
-}
-
 QByteArray encodeTiff(const QImage& image, const PPictureNotes& notes) {
     QStringList lines;
     for (const auto& [key, value] : notes.text)
@@ -74,8 +35,9 @@ QByteArray encodeTiff(const QImage& image, const PPictureNotes& notes) {
 }
 
 QByteArray encode(const QString& path, const QImage& image, const PPictureNotes& notes,
-                  PPictureFile::Effort effort) {
-    return hasEnding(path, pngEnding) ? encodePng(image, notes, effort) : encodeTiff(image, notes);
+                  PPngEncoder::Content content) {
+    return hasEnding(path, pngEnding) ? PPngEncoder::encode(image, notes, content)
+                                      : encodeTiff(image, notes);
 }
 
 PStatus replaceFile(const QString& path, const QByteArray& bytes) {
@@ -130,9 +92,9 @@ PStatus PPictureFile::prepareFolder(const QString& path) {
 }
 
 PStatus PPictureFile::save(const QString& path, const QImage& image, const PPictureNotes& notes,
-                           Existing existing, Effort effort) {
+                           Existing existing, Content content) {
     // Encoded in memory first, to distinguish failures of the disk from failures of the format.
-    const QByteArray bytes = encode(path, image, notes, effort);
+    const QByteArray bytes = encode(path, image, notes, content);
     if (bytes.isEmpty())
         return fileFailure(path, tr("the picture cannot be stored in this format"));
     return existing == Existing::Replace ? replaceFile(path, bytes) : createFile(path, bytes);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <apps/common/metadata/PPictureNotes.h>
+#include <apps/common/picture/PPngEncoder.h>
 
 #include <PCore/PStatus.h>
 
@@ -19,11 +20,7 @@ public:
         Replace, ///< an older file of this name is replaced, in one step
         Keep,    ///< an older file of this name is left alone, and saving fails
     };
-    /// What the compression aims at.
-    enum class Effort {
-        Small, ///< the smaller file
-        Fast,  ///< the shorter time
-    };
+    using Content = PPngEncoder::Content;
 
     /// The file name extensions that select the format: ".png" …
     static QStringList endings();
@@ -36,5 +33,5 @@ public:
     /// directory, PNG with text fields, pHYs where the size of a pixel is known, and eXIf. Fails
     /// with the file and the reason.
     static PStatus save(const QString& path, const QImage& image, const PPictureNotes& notes,
-                        Existing existing, Effort effort);
+                        Existing existing, Content content);
 };

@@ -93,7 +93,7 @@ PCtlOutcome runSnapCommand(PCtlHost& host, const PCtlOptions& options) {
     const PStatus saved =
         PPictureFile::save(options.output, picture.image.toQImage(),
                            PPictureNotes::of(camera, picture.stamp.get(), options.pixelSizeUm),
-                           PPictureFile::Existing::Replace, PPictureFile::Effort::Small);
+                           PPictureFile::Existing::Replace, PPictureFile::Content::Frame);
     if (!saved.isOk())
         return PCtlOutcome::failed(saved.reason());
     const QString file = QFileInfo(options.output).absoluteFilePath();

@@ -12,7 +12,7 @@ PStatus savePicture(const PPictureSaver::Job& job) {
     if (!folder.isOk())
         return folder;
     return PPictureFile::save(job.path, job.frame.image.toQImage(), job.notes, job.existing,
-                              PPictureFile::Effort::Fast);
+                              PPictureFile::Content::Frame);
 }
 
 } // namespace

@@ -36,7 +36,7 @@ protected:
         const PStatus status =
             PPictureFile::save(file, picture.image.toQImage(),
                                PPictureNotes::of(camera, picture.stamp.get(), pixelSizeUm),
-                               PPictureFile::Existing::Keep, PPictureFile::Effort::Fast);
+                               PPictureFile::Existing::Keep, PPictureFile::Content::Frame);
         EXPECT_TRUE(status.isOk()) << status.reason().toStdString();
         return exifToolTags(file);
     }

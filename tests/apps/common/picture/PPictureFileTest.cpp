@@ -20,7 +20,7 @@ class PictureFile : public FolderTest {
 protected:
     PStatus save(const QString& name, PPictureFile::Existing existing) const {
         return PPictureFile::save(path(name), smallPicture(), {{{u"Camera"_qs, u"Käfer: 1"_qs}}},
-                                  existing, PPictureFile::Effort::Fast);
+                                  existing, PPictureFile::Content::Frame);
     }
 };
 
@@ -34,7 +34,7 @@ TEST_F(PictureFile, the_text_comes_back_out_of_the_file) {
 TEST_F(PictureFile, text_under_a_key_with_a_blank_comes_back_out_of_the_file) {
     const PPictureMetadata text{{u"Setting gain"_qs, u"5: five"_qs}, {u"Setting hue"_qs, u"6"_qs}};
     ASSERT_TRUE(PPictureFile::save(path(u"a.png"_qs), smallPicture(), {text},
-                                   PPictureFile::Existing::Keep, PPictureFile::Effort::Small)
+                                   PPictureFile::Existing::Keep, PPictureFile::Content::Frame)
                     .isOk());
     const QImage image(path(u"a.png"_qs));
     EXPECT_EQ(image.textKeys(), (QStringList{u"Setting gain"_qs, u"Setting hue"_qs}));
@@ -79,7 +79,7 @@ TEST_F(PictureFile, a_folder_that_is_not_there_is_a_failure_that_names_the_file)
 TEST_F(PictureFile, an_empty_picture_is_not_saved) {
     const PStatus status =
         PPictureFile::save(path(u"a.png"_qs), QImage(), {}, PPictureFile::Existing::Replace,
-                           PPictureFile::Effort::Small);
+                           PPictureFile::Content::Frame);
     EXPECT_FALSE(status.isOk());
     EXPECT_FALSE(QFile::exists(path(u"a.png"_qs)));
 }
