@@ -10,10 +10,12 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QSaveFile>
 #include <QScopeGuard>
 #include <QUuid>
 
 #include <algorithm>
+#include <functional>
 
 namespace {
 
@@ -27,34 +29,54 @@ bool hasEnding(const QString& path, const QString& ending) {
     return path.endsWith(ending, Qt::CaseInsensitive);
 }
 
-QByteArray encodeTiff(const QImage& image, const PPictureNotes& notes) {
-    QStringList lines;
-    for (const auto& [key, value] : notes.text)
-        lines.append(key + u": "_qs + value);
-    return PTiffEncoder::encode(image, lines.join(u'\n'), notes.tags);
+/// Writes the picture to an open file. False if the file cannot be written, which it reports
+/// itself, or if the format does not hold the picture.
+using Writer = std::function<bool(QFileDevice&)>;
+
+Writer pngWriter(const QImage& image, const PPictureNotes& notes, PPngEncoder::Content content) {
+    return [&image, &notes, content](QFileDevice& file) {
+        const QByteArray bytes = PPngEncoder::encode(image, notes, content);
+        return !bytes.isEmpty() && PWholeFile::writeAll(file, bytes);
+    };
 }
 
-QByteArray encode(const QString& path, const QImage& image, const PPictureNotes& notes,
-                  PPngEncoder::Content content) {
-    return hasEnding(path, pngEnding) ? PPngEncoder::encode(image, notes, content)
-                                      : encodeTiff(image, notes);
+Writer tiffWriter(const QImage& image, const PPictureNotes& notes) {
+    return [&image, &notes](QFileDevice& file) {
+        QStringList lines;
+        for (const auto& [key, value] : notes.text)
+            lines.append(key + u": "_qs + value);
+        return PTiffEncoder::write(file, image, lines.join(u'\n'), notes.tags);
+    };
 }
 
-PStatus replaceFile(const QString& path, const QByteArray& bytes) {
-    const PStatus status = PWholeFile::replace(path, bytes);
-    return status.isOk() ? status : fileFailure(path, status.reason());
+PStatus write(QFileDevice& file, const QString& path, const Writer& writer) {
+    if (writer(file))
+        return PStatus::Ok;
+    return fileFailure(path, file.error() == QFileDevice::NoError
+                                 ? PPictureFile::tr("the picture cannot be stored in this format")
+                                 : file.errorString());
 }
 
-/// Not PWholeFile::replace(): its last step replaces a file that has appeared under the name
-/// meanwhile.
-PStatus createFile(const QString& path, const QByteArray& bytes) {
+PStatus replaceFile(const QString& path, const Writer& writer) {
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+        return fileFailure(path, file.errorString());
+    const PStatus status = write(file, path, writer);
+    if (!status.isOk() || file.commit())
+        return status;
+    return fileFailure(path, file.errorString());
+}
+
+/// Not with QSaveFile: its last step replaces a file that has appeared under the name meanwhile.
+PStatus createFile(const QString& path, const Writer& writer) {
     // A unique name: another program may be saving under the same one.
     QFile file(u"%1.%2.part"_qs.arg(path, QUuid::createUuid().toString(QUuid::Id128)));
     if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered))
         return fileFailure(path, file.errorString());
     auto removePart = qScopeGuard([&] { file.remove(); });
-    if (!PWholeFile::writeAll(file, bytes))
-        return fileFailure(path, file.errorString());
+    const PStatus status = write(file, path, writer);
+    if (!status.isOk())
+        return status;
     if (const int error = PExclusiveRename::name(file.fileName(), path))
         return fileFailure(path, qt_error_string(error));
     removePart.dismiss();
@@ -93,9 +115,7 @@ PStatus PPictureFile::prepareFolder(const QString& path) {
 
 PStatus PPictureFile::save(const QString& path, const QImage& image, const PPictureNotes& notes,
                            Existing existing, Content content) {
-    // Encoded in memory first, to distinguish failures of the disk from failures of the format.
-    const QByteArray bytes = encode(path, image, notes, content);
-    if (bytes.isEmpty())
-        return fileFailure(path, tr("the picture cannot be stored in this format"));
-    return existing == Existing::Replace ? replaceFile(path, bytes) : createFile(path, bytes);
+    const Writer writer =
+        hasEnding(path, pngEnding) ? pngWriter(image, notes, content) : tiffWriter(image, notes);
+    return existing == Existing::Replace ? replaceFile(path, writer) : createFile(path, writer);
 }

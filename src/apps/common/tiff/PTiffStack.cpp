@@ -2,24 +2,14 @@
 #include <apps/common/tiff/PTiffStack.h>
 
 #include <apps/common/tiff/PPackedRows.h>
+#include <apps/common/tiff/PTiffStrips.h>
 #include <apps/common/tiff/PTiffTags.h>
 
-#include <algorithm>
 #include <new>
 
 namespace {
 
 using AtClose = PTiffStream::AtClose;
-
-// Small enough to stay in the processor's cache between being packed and being written.
-constexpr int stripBytes = 512 * 1024;
-
-/// At least two strips per picture: libtiff splits a single strip when the text is replaced, and
-/// some readers reject a file whose first picture has a different strip layout.
-int stripRows(const QImage& picture, int samples) {
-    const int most = std::max(1, (picture.height() + 1) / 2);
-    return std::clamp(stripBytes / (picture.width() * samples), 1, most);
-}
 
 } // namespace
 
@@ -70,30 +60,15 @@ bool PTiffStack::writePicture(const QImage& picture, const QByteArray& descripti
     if (picture.isNull())
         return false;
     const int samples = PPackedRows::sampleCount(picture);
-    const int rowsPerStrip = stripRows(picture, samples);
-    const PTiffTags tags{picture.width(), picture.height(), samples,
-                         rowsPerStrip,    description,      pictureTags};
-    if (!tags.writeTo(m_tiff.get()) || !writeStrips(picture, samples, rowsPerStrip))
+    const PTiffTags tags{picture.width(), picture.height(), samples, PTiffStrips::rowCount(picture),
+                         description,     pictureTags};
+    if (!tags.writeTo(m_tiff.get()) || !PTiffStrips::write(m_tiff.get(), picture, m_rows))
         return false;
     const qint64 directory = m_file.size();
     if (TIFFWriteDirectory(m_tiff.get()) == 0)
         return false;
     if (m_descriptionSize == 0)
         findDescription(directory, description);
-    return true;
-}
-
-bool PTiffStack::writeStrips(const QImage& picture, int samples, int rowsPerStrip) {
-    const QImage source = PPackedRows::packable(picture);
-    uint32_t strip = 0;
-    for (int y = 0; y < source.height(); y += rowsPerStrip) {
-        const int rows = std::min(rowsPerStrip, source.height() - y);
-        const uchar* const bytes = PPackedRows::pack(source, y, rows, m_rows);
-        const tmsize_t size = tmsize_t(source.width()) * samples * rows;
-        // libtiff only reads the strip, but its interface lacks const.
-        if (TIFFWriteRawStrip(m_tiff.get(), strip++, const_cast<uchar*>(bytes), size) != size)
-            return false;
-    }
     return true;
 }
 

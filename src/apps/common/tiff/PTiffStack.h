@@ -66,7 +66,6 @@ private:
     PStatus finishStep(bool done);
     bool writePicture(const QImage& picture, const QByteArray& description,
                       const PPictureTags& pictureTags);
-    bool writeStrips(const QImage& picture, int samples, int rowsPerStrip);
     void findDescription(qint64 directory, const QByteArray& description);
 
     PTransactionalFile m_file;

@@ -7,12 +7,22 @@
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>
 
+#include <QFile>
+
+#include <cerrno>
+#include <cstring>
+
 namespace {
 
 class TiffEncoder : public FolderTest {
 protected:
-    TiffReadBack readBack(const QByteArray& bytes) const {
-        writeFile(path(u"picture.tif"_qs), bytes);
+    bool write(const QImage& image, const QString& text = u"text"_qs) const {
+        QFile file(path(u"picture.tif"_qs));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+        return PTiffEncoder::write(file, image, text);
+    }
+    TiffReadBack written(const QImage& image, const QString& text = u"text"_qs) const {
+        EXPECT_TRUE(write(image, text));
         TiffReadBack tiff(path(u"picture.tif"_qs));
         EXPECT_TRUE(tiff.isOpen());
         return tiff;
@@ -20,8 +30,7 @@ protected:
 };
 
 TEST_F(TiffEncoder, a_colour_picture_is_rgb_row_by_row_without_padding) {
-    const TiffReadBack tiff =
-        readBack(PTiffEncoder::encode(tiffPicture(QImage::Format_BGR888), u"text"_qs));
+    const TiffReadBack tiff = written(tiffPicture(QImage::Format_BGR888));
     EXPECT_EQ(tiff.width(), 3);
     EXPECT_EQ(tiff.height(), 2);
     EXPECT_EQ(tiff.field(TIFFTAG_COMPRESSION), COMPRESSION_NONE);
@@ -35,15 +44,14 @@ TEST_F(TiffEncoder, a_grey_picture_has_one_sample) {
     QImage image(3, 2, QImage::Format_Grayscale8);
     image.fill(7);
     image.scanLine(1)[2] = 200;
-    const TiffReadBack tiff = readBack(PTiffEncoder::encode(image, u"text"_qs));
+    const TiffReadBack tiff = written(image);
     EXPECT_EQ(tiff.field(TIFFTAG_SAMPLESPERPIXEL), 1);
     EXPECT_EQ(tiff.field(TIFFTAG_PHOTOMETRIC), PHOTOMETRIC_MINISBLACK);
     EXPECT_EQ(tiff.rows(), QByteArray("\7\7\7\7\7\xc8"));
 }
 
 TEST_F(TiffEncoder, the_description_is_utf8) {
-    const TiffReadBack tiff =
-        readBack(PTiffEncoder::encode(tiffPicture(QImage::Format_RGB32), u"Käfer\n2"_qs));
+    const TiffReadBack tiff = written(tiffPicture(QImage::Format_RGB32), u"Käfer\n2"_qs);
     EXPECT_EQ(tiff.description(), QByteArray("K\xc3\xa4"
                                              "fer\n2"));
 }
@@ -52,14 +60,44 @@ TEST_F(TiffEncoder, a_large_picture_comes_back_whole) {
     QImage image(2003, 1501, QImage::Format_RGB888);
     image.fill(QColor(1, 2, 3));
     image.setPixelColor(2002, 1500, QColor(9, 8, 7));
-    const QByteArray rows = readBack(PTiffEncoder::encode(image, QString())).rows();
+    const QByteArray rows = written(image, QString()).rows();
     EXPECT_EQ(rows.size(), qsizetype(2003) * 1501 * 3);
     EXPECT_EQ(rows.left(3), QByteArray("\1\2\3"));
     EXPECT_EQ(rows.right(3), QByteArray("\x9\x8\x7"));
 }
 
-TEST_F(TiffEncoder, an_empty_picture_gives_nothing) {
-    EXPECT_EQ(PTiffEncoder::encode(QImage(), u"text"_qs), QByteArray());
+TEST_F(TiffEncoder, every_pixel_of_a_large_camera_frame_comes_back) {
+    QImage image(1201, 803, QImage::Format_BGR888); // several strips, the last of them shorter
+    for (int y = 0; y < image.height(); ++y) {
+        for (qsizetype i = 0; i < image.bytesPerLine(); ++i)
+            image.scanLine(y)[i] = uchar(i * 7 + y * 13);
+    }
+    const QByteArray rows = written(image).rows();
+    const QImage expected = image.convertToFormat(QImage::Format_RGB888);
+    ASSERT_EQ(rows.size(), qsizetype(1201) * 803 * 3);
+    for (int y = 0; y < image.height(); ++y)
+        ASSERT_EQ(std::memcmp(rows.constData() + qsizetype(y) * 1201 * 3, expected.constScanLine(y),
+                              1201 * 3),
+                  0)
+            << "row " << y;
+}
+
+TEST_F(TiffEncoder, a_32_bit_picture_whose_pixels_are_all_grey_has_one_sample) {
+    QImage image(3, 2, QImage::Format_RGBX8888);
+    image.fill(QColor(9, 9, 9));
+    EXPECT_EQ(written(image).rows(), QByteArray(6, 9));
+}
+
+TEST_F(TiffEncoder, an_empty_picture_is_refused_and_nothing_is_written) {
+    EXPECT_FALSE(write(QImage()));
+    EXPECT_EQ(readFile(path(u"picture.tif"_qs)), QByteArray());
+}
+
+TEST_F(TiffEncoder, a_full_disk_is_reported_by_the_file) {
+    QFile full(u"/dev/full"_qs);
+    ASSERT_TRUE(full.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+    EXPECT_FALSE(PTiffEncoder::write(full, tiffPicture(QImage::Format_BGR888), u"text"_qs));
+    EXPECT_EQ(full.errorString(), qt_error_string(ENOSPC));
 }
 
 } // namespace

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#include <apps/common/tiff/PTiffDevice.h>
+
+#include <PCore/file/PWholeFile.h>
+
+#include <QFileDevice>
+
+#include <new>
+
+/// A new file with one picture is written from beginning to end, and its header once more.
+qint64 PTiffDevice::read(qint64, void*, qint64) noexcept {
+    return -1;
+}
+
+bool PTiffDevice::write(qint64 offset, const void* bytes, qint64 count) noexcept {
+    try {
+        return (m_file.pos() == offset || m_file.seek(offset)) &&
+               PWholeFile::writeAll(
+                   m_file, QByteArray::fromRawData(static_cast<const char*>(bytes), count));
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+}
+
+qint64 PTiffDevice::size() const noexcept {
+    return m_file.size();
+}
