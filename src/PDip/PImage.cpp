@@ -2,11 +2,11 @@
 #include <PDip/PImage.h>
 
 #include <PDip/PBufferPool.h>
+#include <PDip/PPixelCopy.h>
 #include <PDip/dip_exception.h>
 
 #include <QDebug>
 
-#include <cstring>
 #include <new>
 
 namespace {
@@ -137,7 +137,9 @@ bool PImage::set(const unsigned char* data, const PImageHeader& header) {
         return false;
     }
     d->header = header;
-    std::memmove(d->pixels->buffer.get(), data, size);
+    unsigned char* const target = d->pixels->buffer.get();
+    if (data != target) // any other part of these pixels is smaller
+        PPixelCopy::copy(target, data, size);
     return true;
 }
 
@@ -157,7 +159,7 @@ PDIP::ImageRawData PImage::rawData(PDIP::AccessMode mode) {
         const PixelsPtr shared = data.pixels;
         data.pixels = new Pixels(shared->size);
         if (mode == PDIP::AccessMode::ReadWrite)
-            std::memcpy(data.pixels->buffer.get(), shared->buffer.get(), shared->size);
+            PPixelCopy::copy(data.pixels->buffer.get(), shared->buffer.get(), shared->size);
     }
     return opened(mode);
 }
