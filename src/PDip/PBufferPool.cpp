@@ -6,7 +6,6 @@
 #include <sys/mman.h>
 
 #include <algorithm>
-#include <array>
 #include <mutex>
 #include <new>
 #include <utility>
@@ -95,13 +94,27 @@ struct Idle {
 };
 
 /// Collects mappings under the lock, to be unmapped after it: unmapping 60 MB takes milliseconds,
-/// and a frame thread that needs a buffer must not wait for that. Allocates nothing.
+/// and a frame thread that needs a buffer must not wait for that. Allocates nothing, and costs
+/// nothing while it is empty, as it nearly always is.
 class Leaving {
 public:
-    void add(Mapping&& mapping) { m_mappings[m_count++] = std::move(mapping); }
+    Leaving() = default;
+    Leaving(const Leaving&) = delete;
+    Leaving& operator=(const Leaving&) = delete;
+    ~Leaving() {
+        for (std::size_t i = 0; i < m_count; ++i)
+            Mapping(m_memories[i], m_sizes[i]); // unmapped by its destructor
+    }
+
+    void add(Mapping mapping) {
+        m_sizes[m_count] = mapping.size();
+        m_memories[m_count++] = mapping.release();
+    }
 
 private:
-    std::array<Mapping, idleCountLimit + 1> m_mappings; // all idle ones, and one being returned
+    static constexpr std::size_t most = idleCountLimit + 1; // all idle ones, and one being returned
+    unsigned char* m_memories[most];
+    std::size_t m_sizes[most];
     std::size_t m_count = 0;
 };
 
