@@ -34,9 +34,10 @@ bool PFrameHandoff::claimWake() {
     return !std::exchange(m_wakePosted, true);
 }
 
-void PFrameHandoff::wakeArrived() {
+std::size_t PFrameHandoff::wakeArrived() {
     const std::lock_guard lock(m_mutex);
     m_wakePosted = false;
+    return m_entries.size();
 }
 
 std::size_t PFrameHandoff::size() const {

@@ -33,8 +33,9 @@ public:
 
     /// True once after a push while no wake-up is pending: the caller wakes the device's thread.
     bool claimWake();
-    /// The device's thread has woken up; the next push needs a new wake-up.
-    void wakeArrived();
+    /// The device's thread has woken up; the next push needs a new wake-up. Returns the number of
+    /// frames that wait, as size() does.
+    std::size_t wakeArrived();
 
     /// The number of frames that wait, snapshots included.
     std::size_t size() const;

@@ -9,6 +9,7 @@
 
 #include <chrono>
 #include <exception>
+#include <utility>
 
 namespace {
 
@@ -66,10 +67,12 @@ void PFramePipeline::sendLive(const PImage& image) noexcept {
     }
     m_counters.enter();
     PFrameHandoff::Entry entry;
+    // Released after the new frame has been handed on, which need not wait for that.
+    PDeviceFrame previous;
     try {
         entry.frame = stamped(image, entry.kind);
         const std::lock_guard lock(m_mutex);
-        m_newest = entry.frame;
+        previous = std::exchange(m_newest, entry.frame);
     } catch (const std::exception&) {
         m_counters.settle(PFrameOutcome::NoMemory);
         return;
@@ -176,27 +179,24 @@ void PFramePipeline::wake() noexcept {
 }
 
 void PFramePipeline::drain() {
-    m_handoff.wakeArrived();
     // Only the frames queued now, and for a limited time: other events must be handled too, even if
     // frames arrive faster than the listeners handle them.
-    const std::size_t waiting = m_handoff.size();
-    const auto end = std::chrono::steady_clock::now() + deliveryTime;
-    const QPointer<QObject> device(m_device);
-    for (std::size_t i = 0; i < waiting; ++i) {
+    const std::size_t waiting = m_handoff.wakeArrived();
+    // The usual single frame is delivered without a look at the clock.
+    const auto end = waiting > 1 ? std::chrono::steady_clock::now() + deliveryTime
+                                 : std::chrono::steady_clock::time_point();
+    for (std::size_t left = waiting; left > 0; --left) {
         std::optional<PFrameHandoff::Entry> entry = m_handoff.take();
-        if (!entry)
+        if (!entry || !deliverOne(std::move(*entry)))
             return;
-        deliverOne(std::move(*entry));
-        if (!device) // a listener deleted the device, and this with it
+        if (left > 1 && std::chrono::steady_clock::now() >= end) {
+            wake();
             return;
-        if (std::chrono::steady_clock::now() >= end)
-            break;
+        }
     }
-    if (m_handoff.size() > 0)
-        wake();
 }
 
-void PFramePipeline::deliverOne(PFrameHandoff::Entry entry) {
+bool PFramePipeline::deliverOne(PFrameHandoff::Entry entry) {
     const QPointer<QObject> device(m_device);
     PFrameOutcome outcome = PFrameOutcome::Delivered;
     try {
@@ -209,11 +209,12 @@ void PFramePipeline::deliverOne(PFrameHandoff::Entry entry) {
         logFailure("A listener failed over a frame:", "unknown exception");
         outcome = PFrameOutcome::Failed;
     }
-    if (!device)
-        return;
+    if (!device) // a listener deleted the device, and this with it
+        return false;
     if (entry.kind == PFrameSink::Kind::Snapshot && outcome == PFrameOutcome::Delivered)
         m_counters.countSnapshot();
     settle(entry, outcome);
+    return true;
 }
 
 void PFramePipeline::addSink(std::shared_ptr<PFrameSink> sink) {

@@ -56,7 +56,8 @@ private:
     PDeviceFrame stamped(const PImage& image, PFrameSink::Kind kind);
     void wake() noexcept;
     void drain();
-    void deliverOne(PFrameHandoff::Entry entry);
+    /// False if a listener deleted the device, and this with it.
+    bool deliverOne(PFrameHandoff::Entry entry);
 
     class Waker;
 

@@ -96,9 +96,11 @@ TEST(PFrameHandoff, keeps_to_a_limit_that_is_changed) {
 
 TEST(PFrameHandoff, requests_one_wake_until_it_has_arrived) {
     PFrameHandoff handoff(1000);
+    ASSERT_TRUE(handoff.push(makeEntry(1)));
+    ASSERT_TRUE(handoff.push(makeEntry(2)));
     EXPECT_TRUE(handoff.claimWake());
     EXPECT_FALSE(handoff.claimWake());
-    handoff.wakeArrived();
+    EXPECT_EQ(handoff.wakeArrived(), 2u);
     EXPECT_TRUE(handoff.claimWake());
 }
 
