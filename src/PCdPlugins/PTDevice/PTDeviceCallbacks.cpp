@@ -49,8 +49,15 @@ std::optional<PImage> copyToImage(PTDevice* device, const void* data,
     return image;
 }
 
+/// What every image carries; made once, and shared by all of them.
+const QMap<QString, QVariant>& metaInformation(bool isSnapshot) {
+    static const QMap<QString, QVariant> live{{u"snapshot"_qs, false}};
+    static const QMap<QString, QVariant> still{{u"snapshot"_qs, true}};
+    return isSnapshot ? still : live;
+}
+
 void deliver(PTDevice* device, PImage image, bool isSnapshot) {
-    image.setMetaInformation({{u"snapshot"_qs, isSnapshot}});
+    image.setMetaInformation(metaInformation(isSnapshot));
     if (isSnapshot)
         device->processSnapshot(PCdDipUtils::imageAsDeviceFrame(image));
     else
