@@ -1,33 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include <counts/CountedWork.h>
 
+#include <frame/CountingSink.h>
 #include <stub/StubFrame.h>
 #include <stub/StubHost.h>
 
 #include <PCd/device/PDevice.h>
-#include <PCd/frame/PFrameSink.h>
 #include <PCd/property/PDeviceProperty.h>
 
 #include <QCoreApplication>
 
 #include <memory>
 #include <stdexcept>
-
-namespace {
-
-class CountingSink : public PFrameSink {
-public:
-    bool takeFrame(const PDeviceFrame&, Kind) override {
-        ++m_count;
-        return true;
-    }
-    int count() const { return m_count; }
-
-private:
-    int m_count = 0;
-};
-
-} // namespace
 
 void CountedWork::deliverFrames(int count) {
     StubHost host;
