@@ -3,10 +3,10 @@
 
 #include <PCd/PMetaTypes.h>
 #include <PCd/device/PDeviceIdClaim.h>
+#include <PCd/device/PStampedValues.h>
 #include <PCd/frame/PFramePipeline.h>
 #include <PCd/property/PDeviceProperty.h>
 #include <PCd/property/PDevicePropertyGroup.h>
-#include <PCd/property/PPropertyRoles.h>
 #include <PCd/property/PWidgetFactory.h>
 
 #include <PDip/PBufferPool.h>
@@ -233,8 +233,8 @@ void PDevice::takeProperties() {
         property->m_device = this;
         property->m_range = property->tryGetRange();
         property->m_value = property->tryGetValue();
-        connect(property, &PDeviceProperty::valueChanged, this, &PDevice::updateSettings);
     }
+    PStampedValues::follow(*this, m_properties, *m_frames, [this] { updateSettings(); });
 }
 
 const QList<PDevicePropertyGroup*>& PDevice::supportPropertyGroups() {
@@ -255,14 +255,8 @@ void PDevice::updateMode() {
 
 /// The mode is that of the last updateMode(): reading it takes several calls to the device.
 void PDevice::updateSettings() {
-    auto settings = std::make_shared<PDeviceSettings>();
+    auto settings = PStampedValues::read(m_properties);
     settings->mode = m_mode;
-    for (const PDeviceProperty* property : std::as_const(m_properties)) {
-        const PRoleValue value = PPropertyRoles::value(*property);
-        settings->values.append({value.id, value.value});
-        if (!value.bindings.isEmpty())
-            settings->roles.insert(value.id, QVariant::fromValue(value.bindings));
-    }
     m_frames->setSettings(std::move(settings));
 }
 

@@ -158,6 +158,7 @@ PDeviceFrame PFramePipeline::stamped(const PImage& image, PFrameSink::Kind kind)
         const std::lock_guard lock(m_mutex);
         stamp->sequence = ++(stamp->still ? m_lastStill : m_lastLive);
         stamp->settings = m_settings;
+        m_areSettingsShared = true;
     }
     PDeviceFrame frame{image, stamp};
     frame.image.setAttachment(stamp);
@@ -237,7 +238,8 @@ void PFramePipeline::limitLive(std::optional<quint64> count) {
     m_liveLeft = count;
 }
 
-void PFramePipeline::setSettings(std::shared_ptr<const PDeviceSettings> settings) {
+void PFramePipeline::setSettings(std::shared_ptr<PDeviceSettings> settings) {
     const std::lock_guard lock(m_mutex);
     m_settings = std::move(settings);
+    m_areSettingsShared = false;
 }

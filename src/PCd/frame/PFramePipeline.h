@@ -42,7 +42,17 @@ public:
     void limitLive(std::optional<quint64> count);
 
     /// The settings with which later frames are stamped.
-    void setSettings(std::shared_ptr<const PDeviceSettings> settings);
+    void setSettings(std::shared_ptr<PDeviceSettings> settings);
+    /// Calls `change` with them, at once; frames stamped before keep theirs as they were. It must
+    /// not call the pipeline.
+    template <typename Change>
+    void changeSettings(const Change& change) {
+        const std::lock_guard lock(m_mutex);
+        if (m_areSettingsShared)
+            m_settings = std::make_shared<PDeviceSettings>(*m_settings);
+        m_areSettingsShared = false;
+        change(*m_settings);
+    }
 
     PFrameCounters& counters() { return m_counters; }
     const PFrameCounters& counters() const { return m_counters; }
@@ -71,7 +81,8 @@ private:
     quint64 m_lastLive = 0;     ///< number of a frame
     quint64 m_lastStill = 0;    ///< number of a frame
     std::optional<quint64> m_liveLeft;
-    std::shared_ptr<const PDeviceSettings> m_settings = std::make_shared<PDeviceSettings>();
+    std::shared_ptr<PDeviceSettings> m_settings = std::make_shared<PDeviceSettings>();
+    bool m_areSettingsShared = false; ///< a frame has been stamped with them
     PDeviceFrame m_newest;
 
     // Held shared while sinks run, so that removing one waits until it is not running.
