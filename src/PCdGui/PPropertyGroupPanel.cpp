@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <PCdGui/PPropertyGroupPanel.h>
 
+#include <PCdGui/PGroupBoxPicture.h>
 #include <PCdGui/PPropertyLabel.h>
 #include <PCdGui/editor/PDeviceWatch.h>
 #include <PCdGui/editor/PPropertyEditor.h>
@@ -11,6 +12,9 @@
 #include <PCd/property/PDeviceProperty.h>
 
 #include <QFormLayout>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QStyleOptionGroupBox>
 
 #include <algorithm>
 
@@ -137,6 +141,17 @@ bool PPropertyGroupPanel::setFilter(const QString& text) {
         any = any || shown;
     }
     return any;
+}
+
+/// A changed value repaints a part of its row, and the box behind it, for which a style loads a
+/// picture and lays out the title: more than half of the cost of showing the value.
+void PPropertyGroupPanel::paintEvent(QPaintEvent* event) {
+    const bool isBelowTitle = event->rect().top() >= contentsRect().top();
+    if (!isBelowTitle || !PGroupBoxPicture::isExact(*this))
+        return QGroupBox::paintEvent(event);
+    QStyleOptionGroupBox option;
+    initStyleOption(&option);
+    QPainter(this).drawPixmap(0, 0, PGroupBoxPicture::find(*this, option));
 }
 
 bool PPropertyGroupPanel::isBeside(const Row& row) const {

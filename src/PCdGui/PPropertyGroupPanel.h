@@ -41,6 +41,9 @@ signals:
     /// Forwarded from PPropertyEditor; for a property without a title, the group's title.
     void refused(const QString& title, const QString& kept);
 
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
 private:
     struct Row {
         QPointer<QWidget> editor;

@@ -46,6 +46,8 @@ PRangeScale::PRangeScale(const PMinMaxRange<double>& range)
 }
 
 int PRangeScale::countDecimals(double number) {
+    if (std::floor(number) == number)
+        return 0; // without the text, as most scales are whole
     // Rounded first: 0.1 + 0.2 has one decimal, not seventeen.
     const double unit = powerOfTen(mostDecimals);
     const QString text = QLocale::c().toString(std::round(number * unit) / unit, 'f',
