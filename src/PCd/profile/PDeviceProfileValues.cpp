@@ -33,12 +33,18 @@ PDeviceProfileValues PDeviceProfileValues::ofDevice(PDevice& device) {
     values.m_model = device.model();
     values.m_serial = device.serial();
     values.m_mode = QString::fromLatin1(device.getCurrentMode().id);
-    for (const PDeviceProperty* property : device.supportProperties()) {
-        if (hasSetting(*property))
-            values.m_settings.append(
-                {property->id(), property->valueInner(), property->rangeInner()});
-    }
+    values.renew(device);
     return values;
+}
+
+void PDeviceProfileValues::renew(PDevice& device) {
+    const QList<PDeviceProperty*>& properties = device.supportProperties();
+    m_settings.clear();
+    m_settings.reserve(properties.size());
+    for (const PDeviceProperty* property : properties) {
+        if (hasSetting(*property))
+            m_settings.append({property->id(), property->valueInner(), property->rangeInner()});
+    }
 }
 
 PDeviceProfile PDeviceProfileValues::toProfile() const {

@@ -20,6 +20,9 @@ public:
     /// The present mode and the value of every serialisable property. No property is read again.
     /// The device's thread.
     static PDeviceProfileValues ofDevice(PDevice& device);
+    /// Takes the values of this device again, but not its mode, which is read from the camera. The
+    /// device's thread.
+    void renew(PDevice& device);
 
     /// True if there are none.
     bool isEmpty() const { return m_settings.isEmpty(); }

@@ -55,6 +55,21 @@ TEST_F(PDeviceProfileValuesTest, read_no_property_again) {
     EXPECT_EQ(camera.contrast->calls, QStringList());
 }
 
+TEST_F(PDeviceProfileValuesTest, that_are_renewed_have_the_mode_from_before) {
+    PDeviceProfileValues kept = PDeviceProfileValues::ofDevice(camera.device);
+    const PDeviceProfile before = kept.toProfile();
+    changeAll();
+    camera.device.mode = camera.device.modes.at(1);
+    ASSERT_NE(before.mode.form, QVariant(u"1"_qs)) << "that is the mode set here";
+    kept.renew(camera.device);
+    PDeviceProfile expected = PDeviceProfileValues::ofDevice(camera.device).toProfile();
+    EXPECT_EQ(kept.toProfile().mode.form, before.mode.form);
+    EXPECT_EQ(kept.toProfile().model, expected.model);
+    ASSERT_EQ(settingIds(kept.toProfile()), settingIds(expected));
+    for (qsizetype i = 0; i < expected.settings.size(); ++i)
+        EXPECT_EQ(kept.toProfile().settings.at(i).form, expected.settings.at(i).form);
+}
+
 TEST_F(PDeviceProfileValuesTest, that_are_not_finite_keep_no_other_from_being_set) {
     camera.hue->rangeInDevice = QVariant::fromValue(PMinMaxRange<double>{-180, 180, 1});
     camera.hue->inDevice = std::numeric_limits<double>::quiet_NaN();

@@ -7,6 +7,9 @@
 #include <PCd/device/PDeviceRoles.h>
 #include <PCd/profile/PDeviceProfilePlan.h>
 #include <PCd/property/PDeviceProperty.h>
+#include <PCd/property/PPropertyRoles.h>
+
+#include <utility>
 
 namespace {
 
@@ -36,14 +39,29 @@ PSettingsRestorer::PSettingsRestorer(QObject* parent)
 void PSettingsRestorer::follow(PDevice* device) {
     release();
     m_device = device;
+    findExposure();
     const auto soon = [this] {
         if (!m_later.isActive())
             m_later.start();
     };
-    connect(device, &PDevice::modeChanged, this, soon);
+    connect(device, &PDevice::modeChanged, this, [this, soon] {
+        m_isModeRead = false;
+        soon();
+    });
     for (PDeviceProperty* property : device->supportProperties())
         connect(property, &PDeviceProperty::valueChanged, this, soon);
+    m_isModeRead = false;
     remember();
+}
+
+void PSettingsRestorer::findExposure() {
+    m_exposureTime = PDeviceRoles::property(*m_device, PRole::ExposureTime);
+    m_captureMode = PCaptureMode::property(*m_device);
+    m_plain.clear();
+    for (const PRole role : exposureRoles) {
+        if (const PDeviceProperty* const property = notSaved(*m_device, role))
+            m_plain[role] = property;
+    }
 }
 
 void PSettingsRestorer::release() {
@@ -91,22 +109,30 @@ void PSettingsRestorer::restoreValue(PDevice& device, PRole role,
 }
 
 void PSettingsRestorer::remember() {
-    // A camera that was just unplugged returns zeros until its device is removed, and 0 is not a
-    // valid exposure time.
-    const std::optional<double> time = PDeviceRoles::of(*m_device).number(PRole::ExposureTime);
-    const bool exposesForNoTime = time.value_or(1) <= 0;
-    if (exposesForNoTime || !m_device->isAnswering())
+    if (!isReadable())
         return;
     rememberExposure();
-    m_values = PDeviceProfileValues::ofDevice(*m_device);
+    // Reading the mode takes several calls to the camera.
+    if (std::exchange(m_isModeRead, true))
+        m_values.renew(*m_device);
+    else
+        m_values = PDeviceProfileValues::ofDevice(*m_device);
+}
+
+/// A camera that was just unplugged returns zeros until its device is removed, and 0 is not a valid
+/// exposure time.
+bool PSettingsRestorer::isReadable() const {
+    const bool exposesForNoTime =
+        m_exposureTime != nullptr &&
+        PPropertyRoles::value(*m_exposureTime).number(PRole::ExposureTime).value_or(1) <= 0;
+    return !exposesForNoTime && m_device->isAnswering();
 }
 
 /// The exposure of the live picture: in triggered capture the camera has another one.
 void PSettingsRestorer::rememberExposure() {
-    if (PCaptureMode::isTriggered(*m_device))
+    if (m_captureMode != nullptr &&
+        PCaptureMode::isTriggered(*m_captureMode, m_captureMode->valueInner()))
         return;
-    for (const PRole role : exposureRoles) {
-        if (const PDeviceProperty* const property = notSaved(*m_device, role))
-            m_exposure[role] = property->valueInner();
-    }
+    for (const auto& [role, property] : m_plain)
+        m_exposure[role] = property->valueInner();
 }

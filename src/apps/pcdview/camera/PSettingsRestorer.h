@@ -13,6 +13,7 @@
 #include <map>
 
 class PDevice;
+class PDeviceProperty;
 
 /// Keeps the settings of a camera while it is plugged in, as values, to restore them after it was
 /// unplugged: then they can no longer be read. The device's thread.
@@ -34,13 +35,20 @@ public:
     PStatus restore(PDevice& device, PDeviceProfileReport& report) const;
 
 private:
+    void findExposure();
     void remember();
+    bool isReadable() const;
     void rememberExposure();
     void restoreExposure(PDevice& device, PDeviceProfileReport& report) const;
     void restoreValue(PDevice& device, PRole role, PDeviceProfileReport& report) const;
 
     PDevice* m_device = nullptr;
     PDeviceProfileValues m_values;
-    std::map<PRole, QVariant> m_exposure; ///< values of plain properties that are in no profile
+    bool m_isModeRead = false;            ///< the mode in them is the present one
+    std::map<PRole, QVariant> m_exposure; ///< values of the plain properties below
+    // Of the device, found once; null if it has none.
+    std::map<PRole, const PDeviceProperty*> m_plain; ///< exposure that is in no profile
+    const PDeviceProperty* m_exposureTime = nullptr;
+    const PDeviceProperty* m_captureMode = nullptr;
     QTimer m_later;
 };

@@ -67,6 +67,17 @@ TEST_F(PSettingsRestorerTest, has_the_settings_from_before_the_first_change) {
     EXPECT_EQ(restored(), (QList<int>{9, 1}));
 }
 
+TEST_F(PSettingsRestorerTest, restores_the_mode_that_was_set_last) {
+    restorer.follow(&camera.device);
+    camera.device.setMode(camera.device.modes.at(1));
+    set(12, 3);
+    restorer.release();
+    Camera other;
+    PDeviceProfileReport report;
+    ASSERT_TRUE(restorer.restore(other.device, report).isOk());
+    EXPECT_EQ(other.device.mode, camera.device.modes.at(1));
+}
+
 TEST_F(PSettingsRestorerTest, keeps_changes_as_values_and_writes_no_text) {
     restorer.follow(&camera.device);
     StreamedPair::timesWritten = 0;
