@@ -8,6 +8,7 @@ from pathlib import PurePosixPath
 OWN = {
     "tests/PTDevice": "PCdPlugins/PTDevice",
     "tests/toupcam": "toupcam/sim",
+    "bench/devices": "apps/pcdview",
     "bench/pixels": "PCdPlugins/PTDevice",
     "bench/view": "apps/pcdview",
 }
