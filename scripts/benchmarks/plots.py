@@ -63,7 +63,7 @@ def collect(rows):
 
 
 def show_number(value, _position=None):
-    """A size as people write it: 0.3, 128, 10 k, 1 M."""
+    """A size as users write it: 0.3, 128, 10 k, 1 M."""
     for unit, letter in ((1e6, " M"), (1e3, " k")):
         if value >= unit * (10 if letter == " k" else 1):
             return f"{value / unit:g}{letter}"
