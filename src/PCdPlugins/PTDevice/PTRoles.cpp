@@ -65,7 +65,7 @@ QHash<QByteArray, PRoleBindings> rolesById() {
 } // namespace
 
 void PTRoles::declare(const QList<PDeviceProperty*>& properties) {
-    const QHash<QByteArray, PRoleBindings> roles = rolesById();
+    static const QHash<QByteArray, PRoleBindings> roles = rolesById();
     for (PDeviceProperty* const property : properties) {
         const auto found = roles.find(property->id());
         if (found != roles.end())
