@@ -1,22 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/tiff/PPackedRows.h>
 
+#include <apps/common/tiff/PRedBlueSwap.h>
+
 #include <cstring>
 #include <new>
 
 namespace {
 
-void copyRow(const uchar* from, uchar* to, int pixels, QImage::Format format) {
-    if (format != QImage::Format_BGR888) {
-        std::memcpy(to, from, std::size_t(pixels) * (format == QImage::Format_RGB888 ? 3 : 1));
-        return;
-    }
-    for (const uchar* const end = from + std::ptrdiff_t(pixels) * 3; from < end; from += 3) {
-        to[0] = from[2];
-        to[1] = from[1];
-        to[2] = from[0];
-        to += 3;
-    }
+void copyPixels(const uchar* from, uchar* to, std::size_t bytes, QImage::Format format) {
+    if (format == QImage::Format_BGR888)
+        PRedBlueSwap::fastest()(from, to, bytes / 3);
+    else
+        std::memcpy(to, from, bytes);
 }
 
 } // namespace
@@ -42,14 +38,18 @@ QImage PPackedRows::packable(const QImage& picture) {
 
 const uchar* PPackedRows::pack(const QImage& packable, int first, int rows,
                                std::vector<uchar>& buffer) {
-    const int width = packable.width();
-    const std::size_t rowBytes = std::size_t(width) * std::size_t(sampleCount(packable));
+    const std::size_t rowBytes = std::size_t(packable.width()) * std::size_t(sampleCount(packable));
     const bool isPacked = packable.bytesPerLine() == qsizetype(rowBytes);
+    const uchar* const from = packable.constScanLine(first);
     if (isPacked && packable.format() != QImage::Format_BGR888)
-        return packable.constScanLine(first);
+        return from;
     buffer.resize(rowBytes * std::size_t(rows));
+    if (isPacked) {
+        copyPixels(from, buffer.data(), buffer.size(), packable.format());
+        return buffer.data();
+    }
     for (int y = 0; y < rows; ++y)
-        copyRow(packable.constScanLine(first + y), buffer.data() + std::size_t(y) * rowBytes, width,
-                packable.format());
+        copyPixels(packable.constScanLine(first + y), buffer.data() + std::size_t(y) * rowBytes,
+                   rowBytes, packable.format());
     return buffer.data();
 }

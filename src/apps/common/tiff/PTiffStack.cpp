@@ -62,6 +62,7 @@ bool PTiffStack::writePicture(const QImage& picture, const QByteArray& descripti
     const int samples = PPackedRows::sampleCount(picture);
     const PTiffTags tags{picture.width(), picture.height(), samples, PTiffStrips::rowCount(picture),
                          description,     pictureTags};
+    m_file.reserve(qint64(picture.width()) * picture.height() * samples);
     if (!tags.writeTo(m_tiff.get()) || !PTiffStrips::write(m_tiff.get(), picture, m_rows))
         return false;
     const qint64 directory = m_file.size();

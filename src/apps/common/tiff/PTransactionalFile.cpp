@@ -62,6 +62,14 @@ QString PTransactionalFile::damageByOthers() const {
                                      : QString();
 }
 
+void PTransactionalFile::reserve(qint64 count) {
+#ifdef FALLOC_FL_KEEP_SIZE
+    // Without a change of the size: the file stays valid if the program is killed now.
+    [[maybe_unused]] const int reserved =
+        ::fallocate(m_descriptor, FALLOC_FL_KEEP_SIZE, m_size, count);
+#endif
+}
+
 bool PTransactionalFile::write(qint64 offset, const void* bytes, qint64 count) {
     if (m_failed)
         return false;

@@ -29,6 +29,10 @@ public:
     /// truncated the file meanwhile.
     PStatus close();
 
+    /// Reserves room on the disk for the next bytes at the end, so that the file system takes it
+    /// one piece and not page by page. Nothing happens where it cannot: write() reports a full
+    /// disk.
+    void reserve(qint64 count);
     /// False once anything could not be written; after that every write is refused until
     /// rollBack(). Never throws.
     bool write(qint64 offset, const void* bytes, qint64 count);

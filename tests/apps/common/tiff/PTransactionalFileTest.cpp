@@ -9,7 +9,9 @@
 #include <QFile>
 
 #include <cerrno>
+#include <limits>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -29,6 +31,13 @@ protected:
         return bytes.left(got);
     }
     QByteArray onDisk() const { return readFile(name); }
+    /// What the file takes up, whatever its size is.
+    qint64 bytesOnDisk() const {
+        struct stat status {};
+        return ::stat(QFile::encodeName(name).constData(), &status) == 0
+                   ? qint64(status.st_blocks) * 512 // in this unit always: stat(2)
+                   : -1;
+    }
 };
 
 TEST_F(TransactionalFile, a_file_that_exists_is_refused_and_left_alone) {
@@ -51,6 +60,34 @@ TEST_F(TransactionalFile, new_bytes_are_in_the_file_at_once) {
     EXPECT_TRUE(write(0, "abc"));
     EXPECT_EQ(onDisk(), QByteArray("abc"));
     EXPECT_EQ(file.size(), 3);
+}
+
+TEST_F(TransactionalFile, reserved_room_does_not_change_what_is_in_the_file) {
+    write(0, "abc");
+    file.reserve(1'000'000);
+    EXPECT_EQ(onDisk(), QByteArray("abc"));
+    EXPECT_EQ(file.size(), 3);
+    EXPECT_TRUE(write(3, "def"));
+    ASSERT_TRUE(file.commit());
+    EXPECT_EQ(onDisk(), QByteArray("abcdef"));
+}
+
+TEST_F(TransactionalFile, reserved_room_that_was_not_used_is_given_back_at_the_end) {
+    constexpr qint64 reserved = 1'000'000;
+    file.reserve(reserved);
+    const bool canReserve = bytesOnDisk() >= reserved; // not every file system
+    write(0, "abc");
+    ASSERT_TRUE(file.commit());
+    EXPECT_EQ(bytesOnDisk() >= reserved, canReserve);
+    EXPECT_TRUE(file.close().isOk());
+    EXPECT_LT(bytesOnDisk(), reserved);
+}
+
+TEST_F(TransactionalFile, room_that_the_disk_does_not_have_is_not_a_failure) {
+    file.reserve(std::numeric_limits<qint64>::max() / 2);
+    EXPECT_TRUE(write(0, "abc"));
+    EXPECT_TRUE(file.commit());
+    EXPECT_EQ(onDisk(), QByteArray("abc"));
 }
 
 TEST_F(TransactionalFile, bytes_over_older_ones_are_in_the_file_when_the_step_is_whole) {
