@@ -51,8 +51,10 @@ void PFrameAnalyser::analyseNext() {
 
 void PFrameAnalyser::finish(const PFrameAnalysis& analysis, quint64 round, Clock::duration worked) {
     m_isWorking = false;
+    // Half a core: what all threads used together, but for the time that has passed meanwhile.
+    const Clock::duration owed = worked * (2 * analysis.threads - 1);
     m_rest.start(
-        std::chrono::ceil<std::chrono::milliseconds>(std::max<Clock::duration>(worked, leastRest)));
+        std::chrono::ceil<std::chrono::milliseconds>(std::max<Clock::duration>(owed, leastRest)));
     if (round == m_round)
         emit analysed(analysis);
 }

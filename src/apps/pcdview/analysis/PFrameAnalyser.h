@@ -9,8 +9,8 @@
 #include <QObject>
 #include <QTimer>
 
-/// Analyses the newest picture on its own thread, and pauses at least as long as it worked, so that
-/// it uses at most half a core. The GUI thread.
+/// Analyses the newest picture on its own thread, which starts others for a large one, and pauses
+/// afterwards so long that it uses at most half a core. The GUI thread.
 class PFrameAnalyser : public QObject {
     Q_OBJECT
 

@@ -1,67 +1,68 @@
 // SPDX-License-Identifier: MIT
 #include <apps/pcdview/analysis/PFrameAnalysis.h>
 
-#include <apps/pcdview/analysis/PFocusScore.h>
+#include <apps/pcdview/analysis/PBandAnalysis.h>
 #include <apps/pcdview/view/PPixelLayout.h>
 
+#include <QScopeGuard>
+
 #include <algorithm>
+#include <thread>
 
 namespace {
 
 constexpr double unusedShare = 0.001; // of the samples, at either end
 
-/// Counts at the largest distance: neighbouring pixels are often equal, and adding to the same
-/// counter each time would make each addition wait for the last.
-using FastCounts = std::array<std::array<quint32, 256>, 2>;
+constexpr quint64 pixelsPerThread = 250'000; // starting one for fewer takes longer than it saves
+constexpr quint64 mostThreads = 4;           // with more, all would wait for memory
+constexpr quint64 mostPixels = quint64(1) << 31; // of a band
 
-enum Table : std::size_t { red, green, blue, luma, tables };
-using Tables = std::array<FastCounts, tables>;
-
-void addTo(PFrameAnalysis::Counts& sums, FastCounts& counts) {
-    for (auto& part : counts) {
-        for (std::size_t value = 0; value < sums.size(); ++value)
-            sums[value] += part[value];
-        part.fill(0);
-    }
+/// On threads of their own, but for the first.
+template <typename Bands>
+void runAll(Bands& bands) {
+    // From the analyser's thread to those that read the other bands, and back by joining them.
+    std::vector<std::thread> threads;
+    const auto joinAll = qScopeGuard([&] {
+        for (std::thread& thread : threads)
+            thread.join();
+    });
+    for (std::size_t i = 1; i < bands.size(); ++i)
+        threads.emplace_back([&band = bands[i]] { band.run(); });
+    bands.front().run();
 }
 
-/// A row is at most 2^31 pixels, so that its counts fit.
-template <typename Layout>
-void countRow(const unsigned char* row, long width, Tables& counts, PFrameAnalysis& analysis) {
-    for (long x = 0; x < width; ++x, row += Layout::bytes) {
-        const std::size_t part = std::size_t(x) & 1;
-        const unsigned char g = row[Layout::green];
-        ++counts[green][part][g];
-        unsigned char highest = g;
-        if constexpr (!Layout::isGrey) {
-            const unsigned char r = row[Layout::red];
-            const unsigned char b = row[Layout::blue];
-            ++counts[red][part][r];
-            ++counts[blue][part][b];
-            // BT.601, in 256ths: 0.299, 0.587, 0.114.
-            ++counts[luma][part][(77U * r + 150U * g + 29U * b) >> 8];
-            highest = std::max({g, r, b});
-        }
-        analysis.over += highest == 255 ? 1 : 0;
-        analysis.under += highest == 0 ? 1 : 0;
-    }
+int countThreads(quint64 pixels) {
+    const quint64 cores = std::max(1u, std::thread::hardware_concurrency());
+    return int(std::clamp<quint64>(pixels / pixelsPerThread, 1, std::min(cores, mostThreads)));
+}
+
+/// The squares per pixel, over the square of the mean sample; of the inner pixels.
+double computeFocus(const PGradient::Sums& sums, const PImageHeader& header) {
+    const double count = double(header.width() - 2) * double(header.height() - 2);
+    const auto samples = double(sums.samples);
+    return samples > 0 ? double(sums.squares) * count / (samples * samples) : 0;
 }
 
 template <typename Layout>
-void countPixels(const unsigned char* pixels, const PImageHeader& header,
-                 PFrameAnalysis& analysis) {
-    Tables counts{};
+void analyse(const unsigned char* pixels, const PImageHeader& header, PFrameAnalysis& analysis) {
+    const long count = std::min(
+        header.height(),
+        long(std::max<quint64>(quint64(analysis.threads), analysis.pixels / mostPixels + 1)));
+    std::vector<PBandAnalysis<Layout>> bands;
+    for (long i = 0; i < count; ++i)
+        bands.emplace_back(pixels, header, header.height() * i / count,
+                           header.height() * (i + 1) / count);
+    runAll(bands);
+    PGradient::Sums gradient;
     analysis.channels.resize(Layout::isGrey ? 1 : 3);
-    for (long y = 0; y < header.height(); ++y) {
-        countRow<Layout>(pixels + std::size_t(y) * header.bytesPerLine(), header.width(), counts,
-                         analysis);
-        for (std::size_t c = 0; c < analysis.channels.size(); ++c)
-            addTo(analysis.channels[c], counts[Layout::isGrey ? green : c]);
-        addTo(analysis.luma, counts[luma]);
-    }
-    if (Layout::isGrey)
+    for (const auto& band : bands)
+        band.addTo(analysis, gradient);
+    if (Layout::isGrey) {
         analysis.luma = analysis.channels.front();
-    analysis.focus = PFocusScore::of<Layout>(pixels, header);
+        analysis.over = analysis.luma.back();
+        analysis.under = analysis.luma.front();
+    }
+    analysis.focus = computeFocus(gradient, header);
 }
 
 /// The first level at which more than this many samples have been seen.
@@ -100,7 +101,8 @@ PFrameAnalysis PFrameAnalysis::of(const PImage& image) {
     const PImageHeader header = image.header();
     analysis.pixels = quint64(header.width()) * quint64(header.height());
     const unsigned char* const pixels = image.rawData(PDIP::AccessMode::Read).constData();
+    analysis.threads = countThreads(analysis.pixels);
     withPixelLayout(header.format(),
-                    [&](auto layout) { countPixels<decltype(layout)>(pixels, header, analysis); });
+                    [&](auto layout) { analyse<decltype(layout)>(pixels, header, analysis); });
     return analysis;
 }

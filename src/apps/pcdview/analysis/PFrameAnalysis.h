@@ -18,10 +18,13 @@ struct PFrameAnalysis {
     quint64 pixels = 0;
     quint64 over = 0;  ///< pixels with a sample at 255
     quint64 under = 0; ///< pixels with all samples at 0
-    /// How sharp the picture is: the Tenengrad measure of the green (or grey) samples, over the
-    /// square of their mean, so that the brightness of the lamp does not matter. No unit; 0 for a
-    /// picture without structure.
+    /// How sharp the picture is: the Tenengrad measure of the green (or grey) samples, which is the
+    /// mean of the squared gradient without a threshold (J. M. Tenenbaum, "Accommodation in
+    /// Computer Vision", Stanford 1970; E. Krotkov, "Focusing", International Journal of Computer
+    /// Vision 1, 1987), over the square of their mean, so that the brightness of the lamp does not
+    /// matter. No unit; 0 for a picture without structure, or with fewer than 3 x 3 pixels.
     double focus = 0;
+    int threads = 1; ///< that read it
 
     bool isGrey() const { return channels.size() == 1; }
     double overShare() const { return share(over); }
@@ -31,7 +34,8 @@ struct PFrameAnalysis {
     /// The levels between which all but 0.1 % of the samples at either end lie, over all channels.
     std::pair<int, int> usedLevels() const;
 
-    /// Reads every pixel of an image; without channels for a null image.
+    /// Reads every pixel of an image, a large one on several threads; without channels for a null
+    /// image. Throws std::bad_alloc or, without more threads, std::system_error.
     static PFrameAnalysis of(const PImage& image);
 
 private:

@@ -3,9 +3,14 @@
 
 #include <apps/pcdview/ViewPictures.h>
 
+#include <QRandomGenerator>
+
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
 #include <numeric>
+#include <thread>
 
 namespace {
 
@@ -23,7 +28,101 @@ PImage stripes(int width, int low, int high) {
                        [=](int x, int) { return grey(x / width % 2 == 0 ? low : high); });
 }
 
+PImage noise(long width, long height, PDIP::ColorFormat format) {
+    PImage image;
+    EXPECT_TRUE(image.create(width, height, format));
+    QRandomGenerator random(5);
+    const PDIP::ImageRawData data = image.rawData(PDIP::AccessMode::Write);
+    for (std::size_t i = 0; i < data.size(); ++i)
+        data.data()[i] = static_cast<unsigned char>(random.generate() >> 13);
+    return image;
+}
+
+/// The samples of a pixel, as they are shown.
+struct Colour {
+    std::size_t red;
+    std::size_t green;
+    std::size_t blue;
+};
+
+Colour colourAt(const PImage& image, long x, long y) {
+    const auto pixelBytes = image.header().bytesPerPixel();
+    const unsigned char* pixel = image.rawData(PDIP::AccessMode::Read).constData() +
+                                 std::size_t(y) * image.bytesPerLine() +
+                                 std::size_t(x) * pixelBytes;
+    if (image.format() == PDIP::ColorFormat::Gray)
+        return {pixel[0], pixel[0], pixel[0]};
+    if (image.format() == PDIP::ColorFormat::Xrgb)
+        return {pixel[0], pixel[1], pixel[2]};
+    return {pixel[2], pixel[1], pixel[0]};
+}
+
+/// The same as PFrameAnalysis::of(), pixel by pixel.
+PFrameAnalysis analyseSlowly(const PImage& image) {
+    PFrameAnalysis analysis;
+    analysis.channels.resize(3);
+    for (long y = 0; y < image.height(); ++y) {
+        for (long x = 0; x < image.width(); ++x) {
+            const Colour at = colourAt(image, x, y);
+            ++analysis.channels[0][at.red];
+            ++analysis.channels[1][at.green];
+            ++analysis.channels[2][at.blue];
+            ++analysis.luma[(77 * at.red + 150 * at.green + 29 * at.blue) >> 8];
+            const std::size_t highest = std::max({at.red, at.green, at.blue});
+            analysis.over += highest == 255 ? 1 : 0;
+            analysis.under += highest == 0 ? 1 : 0;
+        }
+    }
+    return analysis;
+}
+
+double focusSlowly(const PImage& image) {
+    double squares = 0;
+    double samples = 0;
+    for (long y = 1; y + 1 < image.height(); ++y) {
+        for (long x = 1; x + 1 < image.width(); ++x) {
+            const auto at = [&](long dx, long dy) {
+                return double(colourAt(image, x + dx, y + dy).green);
+            };
+            const double across =
+                at(1, -1) + 2 * at(1, 0) + at(1, 1) - at(-1, -1) - 2 * at(-1, 0) - at(-1, 1);
+            const double down =
+                at(-1, 1) + 2 * at(0, 1) + at(1, 1) - at(-1, -1) - 2 * at(0, -1) - at(1, -1);
+            squares += across * across + down * down;
+            samples += at(0, 0);
+        }
+    }
+    const double count = double(image.width() - 2) * double(image.height() - 2);
+    return squares * count / (samples * samples);
+}
+
+void expectEqual(const PFrameAnalysis& analysis, const PFrameAnalysis& expected) {
+    for (std::size_t channel = 0; channel < analysis.channels.size(); ++channel)
+        EXPECT_EQ(analysis.channels[channel], expected.channels[channel]) << channel;
+    EXPECT_EQ(analysis.luma, expected.luma);
+    EXPECT_EQ(analysis.over, expected.over);
+    EXPECT_EQ(analysis.under, expected.under);
+}
+
 } // namespace
+
+TEST(PFrameAnalysisTest, noise_in_any_format_gives_what_counting_pixel_by_pixel_gives) {
+    for (auto format : {PDIP::ColorFormat::Gray, PDIP::ColorFormat::Bgr, PDIP::ColorFormat::Xrgb,
+                        PDIP::ColorFormat::BgrX}) {
+        const PImage image = noise(203, 31, format);
+        const PFrameAnalysis analysis = PFrameAnalysis::of(image);
+        expectEqual(analysis, analyseSlowly(image));
+        EXPECT_EQ(analysis.focus, focusSlowly(image));
+    }
+}
+
+TEST(PFrameAnalysisTest, several_threads_give_what_counting_pixel_by_pixel_gives) {
+    const PImage image = noise(1003, 501, PDIP::ColorFormat::Bgr);
+    const PFrameAnalysis analysis = PFrameAnalysis::of(image);
+    EXPECT_EQ(analysis.threads, std::thread::hardware_concurrency() > 1 ? 2 : 1);
+    expectEqual(analysis, analyseSlowly(image));
+    EXPECT_EQ(analysis.focus, focusSlowly(image));
+}
 
 TEST(PFrameAnalysisTest, counts_every_grey_pixel_and_no_padding) {
     const PImage image =
