@@ -25,6 +25,8 @@ struct Size {
     int height;
 };
 
+constexpr int callbackTurns = 9;
+
 constexpr Size full{"2MP", 1920, 1080};
 constexpr Size large{"20MP", 5440, 3648};
 constexpr Size largest{"61MP", 9568, 6380};
@@ -36,7 +38,7 @@ StubFrame makeFrame(const Size& size, int bits) {
 /// Frames measured at a time: as many as have this many bytes together, so that small ones are
 /// measured as exactly as large ones.
 int countRepetitions(const StubFrame& frame) {
-    constexpr std::size_t bytes = std::size_t(400) << 20;
+    constexpr std::size_t bytes = std::size_t(700) << 20;
     return int(bytes / frame.size()) + 2;
 }
 
@@ -116,9 +118,9 @@ FigurePair compareWithQImage() {
 void addWarmCopy(const Size& size, int bits, double target) {
     const std::string name =
         std::string("callback/") + size.name + "-" + std::to_string(bits) + "bit";
-    FigureProgram::add(
-        {name, "a frame in cbData, with a sink", "memcpy into warm memory", "ms", target},
-        [=] { return compareWithWarmCopy(size, bits); });
+    FigureProgram::add({name, "a frame in cbData, with a sink", "memcpy into warm memory", "ms",
+                        target, Figure::Bound::Ratio, callbackTurns},
+                       [=] { return compareWithWarmCopy(size, bits); });
 }
 
 } // namespace
@@ -131,9 +133,9 @@ void CallbackFigures::add() {
             addWarmCopy(size, bits, 1.03);
     }
     FigureProgram::add({"callback/20MP-24bit-malloc", "a frame in cbData, with a sink",
-                        "malloc, memcpy and free", "ms", 0.15},
+                        "malloc, memcpy and free", "ms", 0.15, Figure::Bound::Ratio, callbackTurns},
                        compareWithNewMemory);
     FigureProgram::add({"callback/20MP-24bit-QImage", "a frame in cbData, with a sink",
-                        "QImage::copy", "ms", 0.15},
+                        "QImage::copy", "ms", 0.15, Figure::Bound::Ratio, callbackTurns},
                        compareWithQImage);
 }

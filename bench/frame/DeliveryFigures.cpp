@@ -21,7 +21,7 @@
 namespace {
 
 constexpr int calls = 500; // in a turn
-constexpr int turns = 11;
+constexpr int deliveryTurns = 11;
 
 /// Frames of a small, fast camera.
 std::shared_ptr<SteadyStream> makeFastStream() {
@@ -99,7 +99,7 @@ FigurePair compareReceiving() {
 
 void addTime(const char* name, double share) {
     FigureProgram::add({name, "cbData to imageChanged, 1000 fps", "a queued call", "us", 1.5,
-                        Figure::Bound::Ratio, turns},
+                        Figure::Bound::Ratio, deliveryTurns},
                        [=] { return compareTimes(share); });
 }
 
@@ -109,6 +109,6 @@ void DeliveryFigures::add() {
     addTime("delivery/VGA-p50", 0.5);
     addTime("delivery/VGA-p99", 0.99);
     FigureProgram::add({"delivery/VGA-main-thread", "main thread for a frame", "a queued call",
-                        "us", 1.5, Figure::Bound::Ratio, turns},
+                        "us", 1.5, Figure::Bound::Ratio, deliveryTurns},
                        compareReceiving);
 }

@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr std::size_t mostIgnored = 64 * 1024;
+constexpr std::size_t mostIgnored = std::size_t(64) << 10;
 std::atomic<long> largeCount{0};
 
 void countIfLarge(std::size_t size) {

@@ -47,7 +47,7 @@ long countPageFaults() {
 
 /// Measuring nothing must not look like nothing to measure.
 void requireThatAllocationsAreCounted() {
-    constexpr std::size_t size = 100 * 1024;
+    constexpr std::size_t size = std::size_t(100) << 10;
     const long before = LargeAllocations::count();
     void* const heap = std::malloc(size);
     benchmark::DoNotOptimize(heap);
