@@ -22,6 +22,11 @@ bool PTiffDevice::write(qint64 offset, const void* bytes, qint64 count) noexcept
     }
 }
 
+bool PTiffDevice::padTo(qint64 multiple) {
+    const QByteArray zeros(qsizetype((multiple - size() % multiple) % multiple), '\0');
+    return write(size(), zeros.constData(), zeros.size());
+}
+
 qint64 PTiffDevice::size() const noexcept {
     return m_file.size();
 }

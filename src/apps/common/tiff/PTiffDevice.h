@@ -13,6 +13,10 @@ public:
     explicit PTiffDevice(QFileDevice& file)
         : m_file(file) {}
 
+    /// Adds zeros until the file's size is a multiple of this. libtiff continues behind them, and
+    /// the system copies to whole pages faster. False if they cannot be written.
+    bool padTo(qint64 multiple);
+
 protected:
     qint64 read(qint64 offset, void* bytes, qint64 count) noexcept override;
     bool write(qint64 offset, const void* bytes, qint64 count) noexcept override;

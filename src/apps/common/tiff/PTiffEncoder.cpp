@@ -10,6 +10,8 @@
 
 namespace {
 
+constexpr qint64 pageBytes = 4096; // of the system's cache of files
+
 /// The same picture, as grey if all of its pixels are.
 QImage reduced(const QImage& image) {
     if (!image.isGrayscale())
@@ -22,7 +24,7 @@ QImage reduced(const QImage& image) {
 
 /// True if the largest possible size of rows, directory and text is below the format's 4 GiB.
 bool fits(const QImage& image, const QByteArray& description) {
-    constexpr qint64 directory = 64 * 1024; // mostly where the strips are
+    constexpr qint64 directory = 65'536; // mostly where the strips are
     const qint64 pixels = qint64(image.width()) * image.height() * PPackedRows::sampleCount(image);
     return pixels > 0 && pixels + description.size() + directory < qint64(1) << 32;
 }
@@ -44,6 +46,6 @@ bool PTiffEncoder::write(QFileDevice& file, const QImage& image, const QString& 
     std::vector<uchar> rows;
     PTiffDevice device(file);
     const PTiffStream::Handle tiff = device.open("wl", PTiffStream::AtClose::Dropped);
-    return tiff && tags.writeTo(tiff.get()) && PTiffStrips::write(tiff.get(), source, rows) &&
-           TIFFWriteDirectory(tiff.get()) != 0;
+    return tiff && tags.writeTo(tiff.get()) && device.padTo(pageBytes) &&
+           PTiffStrips::write(tiff.get(), source, rows) && TIFFWriteDirectory(tiff.get()) != 0;
 }

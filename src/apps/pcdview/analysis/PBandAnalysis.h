@@ -11,9 +11,11 @@
 #include <vector>
 
 /// Statistics of some rows of a picture, so that several threads can share it. Each row is read
-/// once: what is counted, and the green samples for the focus, come from the same pass. One thread.
+/// once: what is counted, and the green samples for the focus, come from the same pass. Aligned, so
+/// that two threads never write to the same line of the cache, or to neighbouring ones, which
+/// processors read together. One thread.
 template <typename Layout>
-class PBandAnalysis {
+class alignas(128) PBandAnalysis {
 public:
     /// The rows from `first` up to, but not including, `end`: at most 2^31 pixels. Throws
     /// std::bad_alloc.
@@ -32,7 +34,7 @@ public:
     void addTo(PFrameAnalysis& analysis, PGradient::Sums& gradient) const;
 
 private:
-    static constexpr std::size_t block = 64; // pixels that are counted while the next are split
+    static constexpr std::size_t block = 128; // pixels that are counted while the next are split
 
     const unsigned char* rowAt(long y) const {
         return m_pixels + std::size_t(y) * m_header.bytesPerLine();

@@ -9,6 +9,8 @@
 
 #include <QFile>
 
+#include <tiffio.h>
+
 #include <cerrno>
 #include <cstring>
 
@@ -80,6 +82,14 @@ TEST_F(TiffEncoder, every_pixel_of_a_large_camera_frame_comes_back) {
                               1201 * 3),
                   0)
             << "row " << y;
+}
+
+TEST_F(TiffEncoder, the_pixels_begin_at_a_whole_page_of_the_file) {
+    ASSERT_TRUE(write(tiffPicture(QImage::Format_BGR888)));
+    TIFF* const tiff = TIFFOpen(QFile::encodeName(path(u"picture.tif"_qs)).constData(), "r");
+    ASSERT_NE(tiff, nullptr);
+    EXPECT_EQ(TIFFGetStrileOffset(tiff, 0), 4096u);
+    TIFFClose(tiff);
 }
 
 TEST_F(TiffEncoder, a_32_bit_picture_whose_pixels_are_all_grey_has_one_sample) {
