@@ -19,7 +19,7 @@ FigurePair takeResident();
 /// Wake-ups of any thread a second with 16 open, idle cameras, above those of a bare event loop.
 FigurePair wakeUps();
 /// Processor time of the process, microseconds a second, with 16 open, idle cameras, above the
-/// highest of several runs of a bare event loop.
+/// busiest of several runs of a bare event loop.
 FigurePair idleTime();
 
 /// Microseconds that setting a number costs above the two calls of the SDK that it makes.

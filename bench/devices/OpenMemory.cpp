@@ -31,7 +31,10 @@ public:
     }
 
     /// KiB of an open camera without the session that the simulated SDK keeps for it.
-    double measure() { return (measureDevices() - measureSessions()) / held; }
+    double measure() {
+        const double cost = (measureDevices() - measureSessions()) / held;
+        return cost > 0 ? cost : -1; // else it has taken what was freed
+    }
 
 private:
     double measureSessions() {

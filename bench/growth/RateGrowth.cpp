@@ -13,12 +13,13 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <map>
 #include <stdexcept>
+#include <vector>
 
 namespace {
 
 constexpr std::chrono::milliseconds streamTime(1000);
-constexpr std::chrono::milliseconds runUp(200);
 
 QJsonArray makeFastCamera(double framesPerSecond) {
     QJsonObject camera = CameraScene::describe(1);
@@ -35,42 +36,52 @@ void runLoopFor(std::chrono::milliseconds time) {
     loop.exec();
 }
 
-/// The stream of one camera, observed on the main thread.
-class Stream {
-public:
-    explicit Stream(double framesPerSecond) {
-        m_cameras.replace(makeFastCamera(framesPerSecond));
-        m_cameras.open();
-        m_device = m_cameras.devices().value(0);
-        if (m_device == nullptr || !m_device->startStream().isOk())
-            throw std::runtime_error("the camera did not start");
-        runLoopFor(runUp);
-        QObject::connect(m_device, &PDevice::imageChanged, m_device, [this](const PImage& image) {
-            const auto waited = std::chrono::steady_clock::now() - PFrameStamp::of(image)->arrived;
-            m_delays.push_back(std::chrono::duration<double, std::micro>(waited).count());
-        });
-        m_busyMs = Stopwatch::threadMs([] { runLoopFor(streamTime); });
-        if (m_delays.empty())
-            throw std::runtime_error("no frame arrived");
-        std::sort(m_delays.begin(), m_delays.end());
-    }
-    ~Stream() { m_device->stopStream(); }
-    Stream(const Stream&) = delete;
-    Stream& operator=(const Stream&) = delete;
-
-    double busyForFrame() const { return m_busyMs * 1e3 / double(m_delays.size()); }
-    double medianDelay() const { return m_delays[m_delays.size() / 2]; }
-    /// Frames in a second.
-    double reachedRate() const {
-        return double(m_delays.size()) * 1000 / double(streamTime.count());
-    }
-
-private:
-    OpenCameras m_cameras;
-    PDevice* m_device = nullptr;
-    std::vector<double> m_delays;
-    double m_busyMs = 0;
+/// What one camera's stream costs at this rate.
+struct Stream {
+    double busyForFrame = 0; ///< microseconds of the main thread
+    double medianDelay = 0;  ///< microseconds from the callback to the main thread
+    double reachedRate = 0;  ///< frames in a second
 };
+
+std::vector<double> collectDelays(PDevice* device, double* busyMs) {
+    std::vector<double> delays;
+    const auto note = [&delays](const PImage& image) {
+        const auto waited = std::chrono::steady_clock::now() - PFrameStamp::of(image)->arrived;
+        delays.push_back(std::chrono::duration<double, std::micro>(waited).count());
+    };
+    const auto connection = QObject::connect(device, &PDevice::imageChanged, device, note);
+    *busyMs = Stopwatch::threadMs([] { runLoopFor(streamTime); });
+    QObject::disconnect(connection);
+    std::sort(delays.begin(), delays.end());
+    return delays;
+}
+
+Stream measureStream(double framesPerSecond) {
+    OpenCameras cameras;
+    cameras.replace(makeFastCamera(framesPerSecond));
+    cameras.open();
+    PDevice* const device = cameras.devices().value(0);
+    if (device == nullptr || !device->startStream().isOk())
+        throw std::runtime_error("the camera did not start");
+    cameras.settle();
+    double busyMs = 0;
+    const std::vector<double> delays = collectDelays(device, &busyMs);
+    device->stopStream();
+    if (delays.empty())
+        throw std::runtime_error("no frame arrived");
+    const auto count = double(delays.size());
+    return {busyMs * 1e3 / count, delays[delays.size() / 2],
+            count * 1000 / double(streamTime.count())};
+}
+
+/// Measured once for all curves.
+Stream findStream(double framesPerSecond) {
+    static std::map<double, Stream> known;
+    const auto found = known.find(framesPerSecond);
+    return found != known.end()
+               ? found->second
+               : known.emplace(framesPerSecond, measureStream(framesPerSecond)).first->second;
+}
 
 GrowthCurve::Names makeRateNames(const char* curve) {
     return {"rates", curve, "frames a second, 640 x 480", "microseconds for each frame",
@@ -82,12 +93,12 @@ GrowthCurve::Names makeRateNames(const char* curve) {
 void Growth::addRates() {
     const std::vector<double> rates{10, 30, 100, 300, 1000, 2000};
     GrowthCurve::add(makeRateNames("main thread busy"), rates, [](double rate) {
-        const Stream stream(rate);
-        return GrowthCurve::Point{stream.busyForFrame(), stream.reachedRate()};
+        const Stream stream = findStream(rate);
+        return GrowthCurve::Point{stream.busyForFrame, stream.reachedRate};
     });
     GrowthCurve::add(makeRateNames("from the callback to the main thread, median"), rates,
                      [](double rate) {
-                         const Stream stream(rate);
-                         return GrowthCurve::Point{stream.medianDelay(), stream.reachedRate()};
+                         const Stream stream = findStream(rate);
+                         return GrowthCurve::Point{stream.medianDelay, stream.reachedRate};
                      });
 }
