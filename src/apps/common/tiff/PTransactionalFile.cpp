@@ -4,7 +4,9 @@
 #include <QFile>
 
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -63,11 +65,13 @@ QString PTransactionalFile::damageByOthers() const {
 }
 
 void PTransactionalFile::reserve(qint64 count) {
-#ifdef FALLOC_FL_KEEP_SIZE
+    struct statfs system {};
+    // Reserving memory is as much work as writing to it.
+    if (fstatfs(m_descriptor, &system) != 0 || system.f_type == TMPFS_MAGIC)
+        return;
     // Without a change of the size: the file stays valid if the program is killed now.
     [[maybe_unused]] const int reserved =
         ::fallocate(m_descriptor, FALLOC_FL_KEEP_SIZE, m_size, count);
-#endif
 }
 
 bool PTransactionalFile::write(qint64 offset, const void* bytes, qint64 count) {
