@@ -31,16 +31,17 @@ bool hasEnding(const QString& path, const QString& ending) {
 
 /// Writes the picture to an open file. False if the file cannot be written, which it reports
 /// itself, or if the format does not hold the picture.
-using Writer = std::function<bool(QFileDevice&)>;
+using PictureWriter = std::function<bool(QFileDevice&)>;
 
-Writer pngWriter(const QImage& image, const PPictureNotes& notes, PPngEncoder::Content content) {
+PictureWriter pngWriter(const QImage& image, const PPictureNotes& notes,
+                        PPngEncoder::Content content) {
     return [&image, &notes, content](QFileDevice& file) {
         const QByteArray bytes = PPngEncoder::encode(image, notes, content);
         return !bytes.isEmpty() && PWholeFile::writeAll(file, bytes);
     };
 }
 
-Writer tiffWriter(const QImage& image, const PPictureNotes& notes) {
+PictureWriter tiffWriter(const QImage& image, const PPictureNotes& notes) {
     return [&image, &notes](QFileDevice& file) {
         QStringList lines;
         for (const auto& [key, value] : notes.text)
@@ -49,7 +50,7 @@ Writer tiffWriter(const QImage& image, const PPictureNotes& notes) {
     };
 }
 
-PStatus write(QFileDevice& file, const QString& path, const Writer& writer) {
+PStatus write(QFileDevice& file, const QString& path, const PictureWriter& writer) {
     if (writer(file))
         return PStatus::Ok;
     return fileFailure(path, file.error() == QFileDevice::NoError
@@ -57,7 +58,7 @@ PStatus write(QFileDevice& file, const QString& path, const Writer& writer) {
                                  : file.errorString());
 }
 
-PStatus replaceFile(const QString& path, const Writer& writer) {
+PStatus replaceFile(const QString& path, const PictureWriter& writer) {
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
         return fileFailure(path, file.errorString());
@@ -68,7 +69,7 @@ PStatus replaceFile(const QString& path, const Writer& writer) {
 }
 
 /// Not with QSaveFile: its last step replaces a file that has appeared under the name meanwhile.
-PStatus createFile(const QString& path, const Writer& writer) {
+PStatus createFile(const QString& path, const PictureWriter& writer) {
     // A unique name: another program may be saving under the same one.
     QFile file(u"%1.%2.part"_qs.arg(path, QUuid::createUuid().toString(QUuid::Id128)));
     if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered))
@@ -115,7 +116,7 @@ PStatus PPictureFile::prepareFolder(const QString& path) {
 
 PStatus PPictureFile::save(const QString& path, const QImage& image, const PPictureNotes& notes,
                            Existing existing, Content content) {
-    const Writer writer =
+    const PictureWriter writer =
         hasEnding(path, pngEnding) ? pngWriter(image, notes, content) : tiffWriter(image, notes);
     return existing == Existing::Replace ? replaceFile(path, writer) : createFile(path, writer);
 }
