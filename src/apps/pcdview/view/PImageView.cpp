@@ -10,6 +10,7 @@
 #include <QWheelEvent>
 
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -37,13 +38,21 @@ PImageView::PImageView(QWidget* parent)
     setAttribute(Qt::WA_OpaquePaintEvent);
     setAccessibleName(tr("Camera picture"));
     setTool(Tool::Move);
+    connect(&m_renderer, &PViewRenderer::rendered, this, &PImageView::showRendered);
 }
 
 void PImageView::setImage(const PImage& image) {
     m_image = image;
     const double scale = m_geometry.scale();
-    m_geometry.setPicture(QSize(int(image.width()), int(image.height())));
-    redraw();
+    const QSize size(int(image.width()), int(image.height()));
+    // The next picture of a stream: this thread need not read it.
+    const bool isPainted = isVisible() && !window()->isMinimized();
+    const bool isNext = isPainted && !m_canvasIsOld && size == m_geometry.picture();
+    m_geometry.setPicture(size);
+    if (isNext)
+        renderAside();
+    else
+        redraw();
     if (m_geometry.scale() != scale)
         emit zoomChanged();
     emit cursorChanged();
@@ -118,16 +127,39 @@ void PImageView::changeView() {
 
 void PImageView::redraw() {
     m_canvasIsOld = true;
+    m_renderer.forget();
     update();
 }
 
+void PImageView::renderAside() {
+    m_isBehind = true;
+    m_renderer.offer({m_image, m_geometry, m_style, palette().color(QPalette::Mid)});
+}
+
+void PImageView::showRendered(const QImage& canvas, bool isNewest) {
+    m_renderer.reuse(std::exchange(m_canvas, canvas));
+    m_canvas.setDevicePixelRatio(devicePixelRatioF());
+    m_isBehind = !isNewest;
+    m_isRendered = true;
+    update();
+}
+
+/// Makes the canvas that is painted now. Whatever else is the reason for painting, the newest
+/// picture is shown, except where pictures arrive faster than they can be rendered.
+void PImageView::prepareCanvas() {
+    const bool isRendered = std::exchange(m_isRendered, false);
+    if (!m_canvasIsOld && (!m_isBehind || isRendered))
+        return;
+    m_renderer.forget();
+    m_canvas = PViewSampler::render(m_image, m_geometry, m_style, palette().color(QPalette::Mid),
+                                    std::move(m_canvas));
+    m_canvas.setDevicePixelRatio(devicePixelRatioF());
+    m_canvasIsOld = false;
+    m_isBehind = false;
+}
+
 void PImageView::paintEvent(QPaintEvent*) {
-    if (m_canvasIsOld) {
-        m_canvas = PViewSampler::render(m_image, m_geometry, m_style,
-                                        palette().color(QPalette::Mid), std::move(m_canvas));
-        m_canvas.setDevicePixelRatio(devicePixelRatioF());
-        m_canvasIsOld = false;
-    }
+    prepareCanvas();
     QPainter painter(this);
     painter.drawImage(QPointF(), m_canvas);
     if (m_stale && !m_image.isNull())

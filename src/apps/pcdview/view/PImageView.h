@@ -3,6 +3,7 @@
 
 #include <apps/pcdview/view/PPixelValue.h>
 #include <apps/pcdview/view/PViewGeometry.h>
+#include <apps/pcdview/view/PViewRenderer.h>
 #include <apps/pcdview/view/PViewStyle.h>
 
 #include <PDip/PImage.h>
@@ -76,6 +77,9 @@ private:
     void zoomBy(double factor, QPointF at);
     void changeView();
     void redraw();
+    void renderAside();
+    void showRendered(const QImage& canvas, bool isNewest);
+    void prepareCanvas();
     void finishRegion();
     QRect drawnRegion() const;
     void paintNotice(QPainter& painter) const;
@@ -88,6 +92,8 @@ private:
     PViewStyle m_style;
     QImage m_canvas;
     bool m_canvasIsOld = true;
+    bool m_isBehind = false;   ///< the canvas shows an earlier picture
+    bool m_isRendered = false; ///< the canvas is new and was not painted yet
     Tool m_tool = Tool::Move;
     double m_pixelSize = 0;
     bool m_stale = false;
@@ -95,4 +101,5 @@ private:
     bool m_pressed = false;
     QPointF m_cursor{-1, -1}; ///< in device pixels; outside: negative
     QPointF m_regionStart;    ///< in pixels of the picture
+    PViewRenderer m_renderer; // last: its results are for the rest
 };

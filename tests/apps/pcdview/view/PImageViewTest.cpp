@@ -4,6 +4,7 @@
 #include <apps/pcdview/ViewPictures.h>
 
 #include <support/QtPrinters.h>
+#include <support/WaitUntil.h>
 
 #include <QSignalSpy>
 #include <QTest>
@@ -12,6 +13,27 @@
 #include <gtest/gtest.h>
 
 namespace {
+
+/// As large as the first picture of the test.
+PImage makeEven(const QColor& color) {
+    return makePicture(800, 600, PDIP::ColorFormat::Bgr, [=](int, int) { return color; });
+}
+
+/// How often a widget was painted.
+class PaintCount : public QObject {
+public:
+    explicit PaintCount(QObject& widget) { widget.installEventFilter(this); }
+    int count() const { return m_count; }
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        m_count += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+
+private:
+    int m_count = 0;
+};
 
 class PImageViewTest : public testing::Test {
 protected:
@@ -45,6 +67,23 @@ TEST_F(PImageViewTest, shows_the_picture_on_the_screen) {
     const QImage screen = view.grab().toImage();
     EXPECT_EQ(screen.pixelColor(100, 150), QColor(200, 10, 10));
     EXPECT_EQ(screen.pixelColor(300, 100), QColor(10, 10, 200));
+}
+
+TEST_F(PImageViewTest, the_next_picture_of_a_stream_is_painted_when_it_is_rendered) {
+    view.grab();
+    const PaintCount paints(view);
+    view.setImage(makeEven(Qt::green));
+    ASSERT_TRUE(waitUntil([&] { return paints.count() > 0; }));
+    EXPECT_EQ(view.grab().toImage().pixelColor(100, 150), QColor(Qt::green));
+}
+
+TEST_F(PImageViewTest, whatever_is_painted_meanwhile_shows_the_next_picture_already) {
+    view.grab();
+    view.setImage(makeEven(Qt::green));
+    EXPECT_EQ(view.grab().toImage().pixelColor(100, 150), QColor(Qt::green));
+    view.setImage(makeEven(Qt::red));
+    view.zoomIn();
+    EXPECT_EQ(view.grab().toImage().pixelColor(100, 150), QColor(Qt::red));
 }
 
 TEST_F(PImageViewTest, the_wheel_zooms_to_the_cursor) {
