@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <PLog/PLogSink.h>
 
+#include <PCore/PPrintableText.h>
+
 #include <cstdio>
 
 namespace {
@@ -34,7 +36,7 @@ QString formatLogRecord(const PLogRecord& record, bool location) {
         line += u" ["_qs + record.function + u", "_qs + record.file + u':' +
                 QString::number(record.line) + u']';
     }
-    return line.replace(u'\n', u"\\n"_qs).replace(u'\r', u"\\r"_qs);
+    return PPrintableText::toLine(line);
 }
 
 void PStderrLogSink::write(const PLogRecord& record) {

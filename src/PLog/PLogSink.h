@@ -19,8 +19,9 @@ public:
     virtual void write(const PLogRecord& record) = 0;
 };
 
-/// One record as one line of text: "hh:mm:ss.zzz level source: text", the time in UTC, line
-/// breaks written as `\n` or `\r`; with `location` also " [function, file:line]".
+/// One record as one line of text: "hh:mm:ss.zzz level source: text", the time in UTC, line breaks
+/// and other control characters made visible (PPrintableText); with `location` also
+/// " [function, file:line]".
 PCD_EXPORT QString formatLogRecord(const PLogRecord& record, bool location = false);
 
 /// Writes lines to the standard error stream.

@@ -4,6 +4,8 @@
 #include <PCd/device/PDevice.h>
 #include <PCd/device/PDeviceRegister.h>
 
+#include <PCore/PPrintableText.h>
+
 #include <algorithm>
 #include <iterator>
 
@@ -16,7 +18,7 @@ QString shownId(const PDevice* device) {
 QString quotedIds(const QList<PDevice*>& devices) {
     QStringList ids;
     for (const PDevice* device : devices)
-        ids.append(u'"' + shownId(device) + u'"');
+        ids.append(u'"' + PPrintableText::toLine(shownId(device)) + u'"');
     return ids.join(QLatin1String(", "));
 }
 
@@ -40,8 +42,8 @@ PDeviceManager::Selection selectByNumber(const QList<PDevice*>& all, int number,
     const PDeviceManager::Selection byPrefix = selectByPrefix(all, text);
     if (byPrefix.device != nullptr)
         return byPrefix;
-    return {nullptr,
-            u"no camera %1: the cameras are numbered 0 to %2"_qs.arg(number).arg(all.size() - 1)};
+    return {nullptr, u"no camera %1: the cameras are numbered 0 to %2"_qs.arg(
+                         QString::number(number), QString::number(all.size() - 1))};
 }
 
 } // namespace

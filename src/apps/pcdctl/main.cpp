@@ -101,7 +101,7 @@ PCtlOutcome runProgram(const QStringList& arguments) {
         return outcome;
     if (parser.answer().isEmpty())
         return runOptions(parser.options());
-    PCtlOutput::printLine(parser.answer());
+    PCtlOutput::printLines(parser.answer());
     return {};
 }
 

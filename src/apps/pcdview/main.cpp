@@ -3,6 +3,8 @@
 #include <apps/pcdview/PViewProgram.h>
 
 #include <QApplication>
+#include <PCore/PPrintableText.h>
+
 
 #include <algorithm>
 #include <cstdio>
@@ -23,7 +25,7 @@ bool hasDisplay(int argc, char* argv[]) {
 }
 
 void print(std::FILE* stream, const QString& text) {
-    std::fputs((text + u'\n').toLocal8Bit().constData(), stream);
+    std::fputs((PPrintableText::toLines(text) + u'\n').toLocal8Bit().constData(), stream);
 }
 
 int runProgram(bool canShow) {

@@ -42,6 +42,22 @@ TEST_F(ListCommand, says_for_users_that_cameras_are_simulated) {
         << result.output.toStdString();
 }
 
+TEST_F(ListCommand, a_name_neither_controls_the_terminal_nor_looks_like_another_row) {
+    const QString model = u"A\x1b[2J\n1      B"_qs;
+    CtlScene().addCamera().set(u"model"_qs, model).writeTo(sceneFile());
+    const CtlResult text =
+        runCtl({listWord, sim, u"--scene"_qs, sceneFile(), u"--log-level=info"_qs});
+    EXPECT_EQ(text.output,
+              "index  id                        model               serial      kind\n"
+              "0      A\\x1b[2J\\n1      B-S0001  A\\x1b[2J\\n1      B  S0001       simulated\n");
+    EXPECT_FALSE(text.errors.contains(u'\x1b')) << text.errors.toStdString();
+    EXPECT_TRUE(text.errors.contains(u"new device A\\x1b[2J\\n1      B"_qs))
+        << text.errors.toStdString();
+    const CtlResult json = runCtl({listWord, sim, u"--scene"_qs, sceneFile(), jsonWord});
+    const QJsonValue camera = json.json.value(u"cameras"_qs).toArray().at(0);
+    EXPECT_EQ(camera[u"model"_qs].toString(), model);
+}
+
 TEST_F(ListCommand, cameras_with_the_same_model_and_serial_have_different_ids) {
     CtlScene().addCamera().addCamera(u"cam-2"_qs).writeTo(sceneFile());
     const CtlResult result = runCtl({listWord, sim, u"--scene"_qs, sceneFile(), jsonWord});

@@ -170,6 +170,14 @@ TEST_P(SnapOutput, is_refused_before_the_camera_is_touched) {
     ASSERT_TRUE(QDir().mkpath(path(u"folder.png"_qs)));
     const QString journal = path(u"journal"_qs);
     const CtlResult result =
+TEST_F(SnapCommand, a_name_adds_no_line_to_what_a_tiff_file_says) {
+    scene.set(u"model"_qs, u"A\nSimulated: no"_qs);
+    ASSERT_EQ(snap(path(u"a.tif"_qs)).exitCode, 0);
+    const QByteArray bytes = readFile(path(u"a.tif"_qs));
+    EXPECT_TRUE(bytes.contains("\nModel: A\\nSimulated: no\n"));
+    EXPECT_FALSE(bytes.contains("\nSimulated: no"));
+}
+
         runCtl(arguments(path(QString::fromLatin1(GetParam().output)), {}),
                [&](CtlProcess& process) { process.with(u"TOUPCAM_SIM_JOURNAL"_qs, journal); });
     EXPECT_EQ(result.exitCode, 1);

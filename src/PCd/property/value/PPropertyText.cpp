@@ -4,6 +4,8 @@
 #include <PCd/PEnumeration.h>
 #include <PCd/property/value/PCompositeFields.h>
 
+#include <PCore/PPrintableText.h>
+
 #include <cmath>
 #include <limits>
 
@@ -80,19 +82,14 @@ QVariant PPropertyText::toSwitch(const QString& text) {
 
 QString PPropertyText::ofRegion(const QRect& region) {
     // QRect::width() would overflow for corners that lie far apart.
-    return u"%1,%2,%3,%4"_qs.arg(region.left())
-        .arg(region.top())
-        .arg(qint64(region.right()) - region.left() + 1)
-        .arg(qint64(region.bottom()) - region.top() + 1);
+    return u"%1,%2,%3,%4"_qs.arg(QString::number(region.left()), QString::number(region.top()),
+                                 QString::number(qint64(region.right()) - region.left() + 1),
+                                 QString::number(qint64(region.bottom()) - region.top() + 1));
 }
 
 QString PPropertyText::shortened(const QString& text) {
     constexpr int enough = 60;
-    QString result = text.left(enough);
-    for (QChar& c : result) {
-        if (!c.isPrint())
-            c = u'?';
-    }
+    const QString result = PPrintableText::toLine(text.left(enough));
     return text.size() > enough ? result + u"…"_qs : result;
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/doctor/PFinding.h>
 
+#include <PCore/PPrintableText.h>
+
 #include <algorithm>
 
 namespace {
@@ -42,8 +44,10 @@ QJsonObject PFinding::toJson() const {
 }
 
 QString PFinding::toText() const {
-    const QString head =
-        u"%1  %2  "_qs.arg(severityName(severity), -severityWidth).arg(topic, -topicWidth);
-    const QString line = u"%1%2: %3"_qs.arg(head, examined, found);
-    return fix.isEmpty() ? line : u"%1\n%2Fix: %3"_qs.arg(line, QString(head.size(), u' '), fix);
+    const QString head = u"%1  %2  "_qs.arg(severityName(severity).leftJustified(severityWidth),
+                                            topic.leftJustified(topicWidth));
+    const QString line = PPrintableText::toLine(u"%1%2: %3"_qs.arg(head, examined, found));
+    return fix.isEmpty() ? line
+                         : u"%1\n%2Fix: %3"_qs.arg(line, QString(head.size(), u' '),
+                                                   PPrintableText::toLine(fix));
 }

@@ -8,14 +8,16 @@
 
 #include <PCd/frame/PFrameStamp.h>
 
+#include <PCore/PPrintableText.h>
+
 PPictureTags PPictureTags::of(const PCameraIdentity& camera, const PFrameStamp* stamp,
                               std::optional<double> pixelSizeUm) {
     PPictureTags tags;
     tags.software = PProgramName::withVersion().toUtf8();
     if (camera.simulated)
         tags.make = "Simulated camera";
-    tags.model = camera.model.toUtf8();
-    tags.serial = camera.serial.toUtf8();
+    tags.model = PPrintableText::toLine(camera.model).toUtf8();
+    tags.serial = PPrintableText::toLine(camera.serial).toUtf8();
     tags.pixelSizeUm = pixelSizeUm;
     if (stamp == nullptr)
         return tags;

@@ -5,6 +5,7 @@
 #include <apps/common/picture/PPngEncoder.h>
 #include <apps/common/tiff/PTiffEncoder.h>
 
+#include <PCore/PPrintableText.h>
 #include <PCore/file/PWholeFile.h>
 
 #include <QDir>
@@ -45,7 +46,7 @@ PictureWriter tiffWriter(const QImage& image, const PPictureNotes& notes) {
     return [&image, &notes](QFileDevice& file) {
         QStringList lines;
         for (const auto& [key, value] : notes.text)
-            lines.append(key + u": "_qs + value);
+            lines.append(PPrintableText::toLine(key + u": "_qs + value));
         return PTiffEncoder::write(file, image, lines.join(u'\n'), notes.tags);
     };
 }

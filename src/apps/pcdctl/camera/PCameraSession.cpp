@@ -3,6 +3,8 @@
 
 #include <apps/pcdctl/camera/PCameraSetup.h>
 
+#include <PCore/PPrintableText.h>
+
 #include <QScopeGuard>
 
 #include <algorithm>
@@ -17,7 +19,7 @@ constexpr std::chrono::seconds firstFrameTimeout(30);
 constexpr std::chrono::seconds answerTimeout(10);
 
 QString idAndName(const PDeviceMode& mode) {
-    return u"%1 (%2)"_qs.arg(QString::fromLatin1(mode.id), mode.name);
+    return PPrintableText::toLine(u"%1 (%2)"_qs.arg(QString::fromLatin1(mode.id), mode.name));
 }
 
 PCtlOutcome unknownMode(const QString& requested, const QList<PDeviceMode>& modes) {
@@ -36,7 +38,7 @@ PCtlOutcome failedUnlessOk(const PStatus& status) {
 
 PCameraSession::PCameraSession(PDeviceManager& manager, PDevice* device)
     : m_device(device)
-    , m_id(QString::fromUtf8(device->deviceId(false))) {
+    , m_id(PPrintableText::toLine(QString::fromUtf8(device->deviceId(false)))) {
     connect(&manager, &PDeviceManager::deviceRemoved, this, [this](PDevice* removed) {
         if (removed != m_device)
             return;

@@ -3,6 +3,8 @@
 
 #include <apps/common/camera/PCameraIdentity.h>
 
+#include <PCore/PPrintableText.h>
+
 #include <QJsonDocument>
 
 #include <cstdio>
@@ -13,23 +15,26 @@ void write(std::FILE* stream, const QByteArray& text) {
     std::fwrite(text.constData(), 1, std::size_t(text.size()), stream);
 }
 
-/// Names and values may come from files and cameras: they must not control a terminal.
-QByteArray harmless(QString text) {
-    for (QChar& c : text) {
-        if (c.category() == QChar::Other_Control && c != u'\n')
-            c = u'?';
-    }
-    return text.toUtf8();
+QByteArray toLine(const QString& text) {
+    return PPrintableText::toLine(text).toUtf8();
+}
+
+QByteArray toLines(const QString& text) {
+    return PPrintableText::toLines(text).toUtf8();
 }
 
 } // namespace
 
 void PCtlOutput::printLine(const QString& line) {
-    write(stdout, harmless(line) + '\n');
+    write(stdout, toLine(line) + '\n');
+}
+
+void PCtlOutput::printLines(const QString& text) {
+    write(stdout, toLines(text) + '\n');
 }
 
 void PCtlOutput::printColumns(const QString& first, const QString& second) {
-    write(stdout, harmless(first) + '\t' + harmless(second) + '\n');
+    write(stdout, toLine(first) + '\t' + toLine(second) + '\n');
 }
 
 void PCtlOutput::printDocument(const QJsonObject& object) {
@@ -43,7 +48,7 @@ void PCtlOutput::printJsonLine(const QJsonObject& object) {
 void PCtlOutput::printMessage(const QString& message) {
     // Keeps the order of the lines if both streams go to one terminal.
     std::fflush(stdout);
-    write(stderr, "pcdctl: " + harmless(message) + '\n');
+    write(stderr, "pcdctl: " + toLines(message) + '\n');
 }
 
 bool PCtlOutput::flush() {

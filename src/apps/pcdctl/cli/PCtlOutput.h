@@ -7,11 +7,13 @@
 struct PCameraIdentity;
 
 /// What the program prints. Results go to the standard output, everything else to the standard
-/// error stream. The main thread.
+/// error stream; characters that control a terminal are made visible. The main thread.
 namespace PCtlOutput {
 
 /// A line on standard output.
 void printLine(const QString& line);
+/// Several lines on standard output; names in them must have been through PPrintableText.
+void printLines(const QString& text);
 /// Two texts with a tabulator between them, on a line of standard output.
 void printColumns(const QString& first, const QString& second);
 /// A JSON document on the standard output, in several lines or in one.

@@ -3,7 +3,12 @@
 #include <apps/pcdctl/cli/PCtlOutput.h>
 #include <apps/pcdctl/commands/PCtlCommands.h>
 
+#include <PCore/PPrintableText.h>
+
 #include <QJsonArray>
+
+#include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -34,10 +39,17 @@ void printJson(const PCameraSdk& sdk, const QList<PCameraIdentity>& cameras) {
     PCtlOutput::printDocument({{u"sdk"_qs, toJson(sdk)}, {u"cameras"_qs, array}});
 }
 
-void printText(const QList<PCameraIdentity>& cameras) {
+/// Before the columns are made, whose width it changes.
+PCameraIdentity toPrintable(const PCameraIdentity& camera) {
+    return {PPrintableText::toLine(camera.id), PPrintableText::toLine(camera.model),
+            PPrintableText::toLine(camera.serial), camera.simulated};
+}
+
+void printText(QList<PCameraIdentity> cameras) {
+    std::transform(cameras.cbegin(), cameras.cend(), cameras.begin(), toPrintable);
     qsizetype idWidth = 2;
     qsizetype modelWidth = 5;
-    for (const PCameraIdentity& camera : cameras) {
+    for (const PCameraIdentity& camera : std::as_const(cameras)) {
         idWidth = qMax(idWidth, camera.id.size());
         modelWidth = qMax(modelWidth, camera.model.size());
     }

@@ -60,7 +60,7 @@ PCtlOutcome writeRule(const PDoctorOptions& options, const PSystemTree& system) 
     const QByteArray rules = PUdevRules::makeFile(file.readAll(), ids);
     if (!options.ruleFile.isEmpty())
         return writeWhole(options.ruleFile, rules);
-    PCtlOutput::printLine(QString::fromLatin1(rules.trimmed()));
+    PCtlOutput::printLines(QString::fromLatin1(rules.trimmed()));
     return {};
 }
 
@@ -70,7 +70,7 @@ void printFindings(const QList<PFinding>& findings, bool json) {
         return;
     }
     for (const PFinding& finding : findings)
-        PCtlOutput::printLine(finding.toText());
+        PCtlOutput::printLines(finding.toText());
 }
 
 PCtlOutcome judgeFindings(const QList<PFinding>& findings) {

@@ -5,6 +5,8 @@
 
 #include <apps/common/record/PSeriesWriter.h>
 
+#include <PCore/PPrintableText.h>
+
 #include <utility>
 
 PLiveRun::PLiveRun(PDeviceManager& manager, PDevice* device, PCameraIdentity camera,
@@ -108,9 +110,10 @@ bool PLiveRun::mayEndNow() const {
 }
 
 QString PLiveRun::stallReason() const {
-    return u"camera %1 sent no frame for %2 s; %3 arrived before"_qs.arg(m_camera.id)
-        .arg(std::chrono::duration<double>(longestWait()).count())
-        .arg(PCtlOutput::toFrames(framesTaken()));
+    return u"camera %1 sent no frame for %2 s; %3 arrived before"_qs.arg(
+        PPrintableText::toLine(m_camera.id),
+        QString::number(std::chrono::duration<double>(longestWait()).count()),
+        PCtlOutput::toFrames(framesTaken()));
 }
 
 /// Waits until all frames that were taken are in complete files. An interruption does not end this

@@ -3,6 +3,8 @@
 
 #include <apps/pcdctl/cli/PCtlOutput.h>
 
+#include <PCore/PPrintableText.h>
+
 QJsonObject PRecordReport::toJson() const {
     QJsonObject object = stream.toJson();
     object.insert(u"file"_qs, file);
@@ -18,11 +20,12 @@ QJsonObject PRecordReport::toJson() const {
 }
 
 QString PRecordReport::toText() const {
-    QString text = u"Recorded: %1 of %2 in %3\n"_qs.arg(tally.written)
-                       .arg(PCtlOutput::toFrames(tally.wanted), file);
+    QString text = u"Recorded: %1 of %2 in %3\n"_qs.arg(QString::number(tally.written),
+                                                        PCtlOutput::toFrames(tally.wanted),
+                                                        PPrintableText::toLine(file));
     const auto add = [&](quint64 count, const QString& what) {
         if (count > 0)
-            text += u"  %1  %2\n"_qs.arg(count, 10).arg(what);
+            text += u"  %1  %2\n"_qs.arg(QString::number(count).rightJustified(10), what);
     };
     add(tally.failed, u"could not be written"_qs);
     add(tally.refused, u"arrived faster than the disk could write"_qs);

@@ -19,6 +19,6 @@ PCtlOutcome runAndReport(PCtlHost& host, const PCtlOptions& options) {
     if (options.json)
         PCtlOutput::printDocument(report.toJson());
     else
-        PCtlOutput::printLine(report.toText());
+        PCtlOutput::printLines(report.toText());
     return outcome;
 }

@@ -3,6 +3,8 @@
 
 #include <apps/pcdctl/cli/PCtlOutput.h>
 
+#include <PCore/PPrintableText.h>
+
 namespace {
 
 QJsonObject ledgerToJson(const PFrameLedger& ledger) {
@@ -17,7 +19,7 @@ QJsonObject ledgerToJson(const PFrameLedger& ledger) {
 }
 
 QString ledgerRow(const QString& title, quint64 count) {
-    return u"  %1  %2\n"_qs.arg(count, 10).arg(title);
+    return u"  %1  %2\n"_qs.arg(QString::number(count).rightJustified(10), title);
 }
 
 QString ledgerToText(const PFrameLedger& ledger) {
@@ -50,12 +52,10 @@ QJsonObject PStreamReport::toJson() const {
 }
 
 QString PStreamReport::toText() const {
-    QString text = u"%1%2, mode %3: %4 in %5 s, %6 fps, %7 MB/s\n"_qs
-                       .arg(camera.id, camera.simulated ? u" (simulated)"_qs : QString(), mode.name)
-                       .arg(PCtlOutput::toFrames(tally.frames()))
-                       .arg(tally.seconds(), 0, 'f', 2)
-                       .arg(tally.fps(), 0, 'f', 1)
-                       .arg(tally.megabytesPerSecond(), 0, 'f', 1);
+    QString text = u"%1%2, mode %3: %4 in %5 s, %6 fps, %7 MB/s\n"_qs.arg(
+        PPrintableText::toLine(camera.id), camera.simulated ? u" (simulated)"_qs : QString(),
+        mode.name, PCtlOutput::toFrames(tally.frames()), QString::number(tally.seconds(), 'f', 2),
+        QString::number(tally.fps(), 'f', 1), QString::number(tally.megabytesPerSecond(), 'f', 1));
     if (saved)
         text += u"Saved: %1\n"_qs.arg(PCtlOutput::toFrames(*saved));
     return text + ledgerToText(ledger);

@@ -143,7 +143,7 @@ TEST(PPropertyText, shows_a_region_whose_corners_are_as_far_apart_as_can_be) {
 
 TEST(PPropertyText, shortens_what_would_flood_or_steer_a_terminal) {
     EXPECT_EQ(PPropertyText::shortened(u"plain"_qs), u"plain"_qs);
-    EXPECT_EQ(PPropertyText::shortened(u"a\x1b[2Jb\nc"_qs), u"a?[2Jb?c"_qs);
+    EXPECT_EQ(PPropertyText::shortened(u"a\x1b[2Jb\nc"_qs), u"a\\x1b[2Jb\\nc"_qs);
     EXPECT_EQ(PPropertyText::shortened(QString(1000, u'x')), QString(60, u'x') + u"…"_qs);
 }
 
