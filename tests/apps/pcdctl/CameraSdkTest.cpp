@@ -177,7 +177,7 @@ TEST_F(CameraSdk, a_scene_that_is_not_there_is_wrong_usage) {
     const QString scene = path(u"none.json"_qs);
     const CtlResult result = runCtl({listWord, u"--sdk=sim"_qs, u"--scene"_qs, scene});
     EXPECT_EQ(result.exitCode, 2);
-    EXPECT_TRUE(result.errors.contains(u"cannot read the scene \"%1\""_qs.arg(scene)))
+    EXPECT_TRUE(result.errors.contains(u"scene \"%1\": cannot be read: "_qs.arg(scene)))
         << result.errors.toStdString();
 }
 

@@ -6,6 +6,9 @@
 #include <filesystem>
 #include <fstream>
 
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+
 namespace {
 
 /// A scene with an error in it, and what the message must name.
@@ -115,6 +118,35 @@ const WrongRow wrong[] = {
      R"({"cameras": [{"id": "a", "resolutions": [{"width": 64, "height": 64}],
                       "source": {"kind": "flat", "mainsHz": 55}}]})",
      {"scene.cameras[0].source.mainsHz", "55", "50, 60 or 0"}},
+    {"fault in an unknown function",
+     R"({"faults": [{"do": "delay", "function": "Toupcam_put_Contrats", "ms": 5}]})",
+     {"scene.faults[0].function", "Toupcam_put_Contrats", "function of the SDK"}},
+    {"fault in a function of another library",
+     R"({"faults": [{"do": "fail", "function": "malloc", "result": 0}]})",
+     {"scene.faults[0].function", "malloc", "function of the SDK"}},
+    {"reported size of a function that copies no picture",
+     R"({"faults": [{"do": "reportSize", "function": "Toupcam_Open", "width": 4, "height": 4}]})",
+     {"scene.faults[0].function", "Toupcam_Open", "Toupcam_PullImageV2"}},
+    {"key that an object has twice",
+     "{\"seed\": 1,\n\"cameras\": [],\n\"s\\u0065ed\": 2}",
+     {"line 3", "the key \"seed\" found twice"}},
+    {"key that an object in another has twice",
+     R"({"cameras": [{"id": "a:", "resolutions": [{"width": 64, "height": 64, "width": 32}]}]})",
+     {"line 1", "the key \"width\" found twice"}},
+    {"unknown key that controls a terminal", R"({"\u001b[2J": 1})", {"\"\\u001b[2J\""}},
+    {"picture whose name controls a terminal",
+     R"({"cameras": [{"id": "a", "resolutions": [{"width": 64, "height": 64}],
+                      "source": {"kind": "picture", "path": "/\u001b[2J.png"}}]})",
+     {"scene.cameras[0].source.path", "\"/\\u001b[2J.png\" found"}},
+    {"picture without a name",
+     R"({"cameras": [{"id": "a", "resolutions": [{"width": 64, "height": 64}],
+                      "source": {"kind": "picture", "path": ""}}]})",
+     {"scene.cameras[0].source.path", "\"\" found", "picture file"}},
+    {"ring that no memory holds",
+     R"({"cameras": [{"id": "a", "resolutions": [{"width": 64, "height": 64},
+                                                 {"width": 16384, "height": 16384}],
+                      "source": {"kind": "ring", "frames": 64}}]})",
+     {"scene.cameras[0].source.frames", "64 frames of 805306368 bytes", "at most 1073741824"}},
     {"lamp of exact patches",
      R"({"cameras": [{"id": "a", "resolutions": [{"width": 64, "height": 64}],
                       "source": {"kind": "patches", "lightKelvin": 3200}}]})",
@@ -191,6 +223,60 @@ public:
 private:
     std::string m_path;
 };
+
+/// What is wrong with a file as a scene; empty if nothing is.
+std::string loadFile(const std::string& path) {
+    const char* const complaint = ToupcamSim_loadSceneFile(path.c_str());
+    return complaint == nullptr ? std::string() : complaint;
+}
+
+TEST_F(SimScene, keys_of_different_objects_may_be_the_same) {
+    load(R"({"cameras": [
+        {"id": "a", "serial": "id", "resolutions": [{"width": 64, "height": 64}]},
+        {"id": "b", "serial": "{\"id\":", "resolutions": [{"width": 64, "height": 64}]}]})");
+    ToupcamDeviceV2 records[TOUPCAM_MAX];
+    EXPECT_EQ(Toupcam_EnumV2(records), 2U);
+}
+
+TEST_F(SimScene, a_file_is_loaded_and_the_pictures_it_names_are_sought_beside_it) {
+    SimCameraText camera;
+    camera.source = R"({"kind": "picture", "path": "toupcamsim-picture.ppm"})";
+    const TemporaryFile scene("scene.json", makeScene({camera}));
+    EXPECT_THAT(loadFile(scene.path()), ::testing::HasSubstr("toupcamsim-picture.ppm"));
+    const TemporaryFile picture("picture.ppm", "P3 1 1 255 9 9 9");
+    EXPECT_EQ(loadFile(scene.path()), "");
+    ToupcamDeviceV2 records[TOUPCAM_MAX];
+    EXPECT_EQ(Toupcam_EnumV2(records), 1U);
+}
+
+TEST_F(SimScene, what_is_not_a_file_is_not_read) {
+    const std::string pipe = ::testing::TempDir() + "/toupcamsim-pipe";
+    std::filesystem::remove(pipe);
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    for (const std::string& path : {pipe, std::string("/dev/zero"), ::testing::TempDir()})
+        EXPECT_EQ(loadFile(path),
+                  "cannot be read: it is not a file, expected one with a scene in JSON");
+    std::filesystem::remove(pipe);
+}
+
+TEST_F(SimScene, a_file_without_an_end_in_sight_is_refused) {
+    const TemporaryFile file("endless.json", "");
+    std::filesystem::resize_file(file.path(), std::uintmax_t{1} << 40); // a hole, not data
+    EXPECT_EQ(loadFile(file.path()),
+              "cannot be read: it is too large, expected at most 16777216 bytes");
+}
+
+TEST_F(SimScene, a_picture_that_is_a_pipe_is_not_read) {
+    const std::string pipe = ::testing::TempDir() + "/toupcamsim-picture-pipe";
+    std::filesystem::remove(pipe);
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    SimCameraText camera;
+    camera.source = R"({"kind": "picture", "path": ")" + pipe + R"("})";
+    const char* const complaint = ToupcamSim_loadScene(makeScene({camera}).c_str());
+    std::filesystem::remove(pipe);
+    ASSERT_NE(complaint, nullptr);
+    EXPECT_THAT(complaint, ::testing::HasSubstr("expected a picture file"));
+}
 
 // The environment is read at first use, so each of these tests runs in its own process.
 class SimEnvironment : public ::testing::Test {

@@ -51,6 +51,17 @@ TEST_F(PSimProducerTest, a_frame_that_is_stopped_while_it_is_taken_is_not_delive
     EXPECT_EQ(m_parts.schedule.counts().delivered, 0U);
 }
 
+TEST_F(PSimProducerTest, a_picture_for_which_there_is_no_memory_is_lost_in_the_camera) {
+    m_beforeRun = [this] { EXPECT_EQ(m_parts.schedule.requestStill(1), S_OK); };
+    m_parts.source->whileTaking = [this, takes = 0]() mutable {
+        if (++takes <= 2) // the still and the first frame
+            throw std::bad_alloc();
+    };
+    run(1);
+    EXPECT_THAT(m_parts.steps, ElementsAre("take 0 at 1", "taken 1/0", "take 0 at 0", "done 1",
+                                           "taken 2/0", "take 1 at 0", "frame 1", "done 2"));
+}
+
 TEST_F(PSimProducerTest, a_still_is_taken_at_its_own_resolution_and_not_observed) {
     m_beforeRun = [this] { EXPECT_EQ(m_parts.schedule.requestStill(1), S_OK); };
     run(1);

@@ -239,6 +239,22 @@ TEST_F(SimFault, plan_pushes_a_malformed_frame_between_two_others) {
     EXPECT_EQ(log.frames()[3].header.biWidth, 96);
 }
 
+TEST_F(SimFault, all_bytes_that_a_malformed_header_declares_can_be_read) {
+    load(makeScene({SimCameraText()},
+                   R"([{"do": "pushMalformed", "camera": "cam", "afterFrames": 1, "width": 16384,
+                      "height": 16384, "bits": 24, "sizeImage": 805306368}])"));
+    std::atomic<int> last = -1;
+    const auto readLast = [](const void* data, const BITMAPINFOHEADER* header, int, void* context) {
+        if (header != nullptr && header->biWidth == 16384)
+            *static_cast<std::atomic<int>*>(context) =
+                static_cast<const char*>(data)[header->biSizeImage - 1];
+    };
+    const HToupcam handle = open();
+    ASSERT_EQ(Toupcam_StartPushMode(handle, readLast, &last), S_OK);
+    EXPECT_TRUE(eventually([&] { return last == 0; }));
+    Toupcam_Close(handle);
+}
+
 TEST_F(SimFault, plan_holds_and_releases_frames) {
     load(makeScene({SimCameraText()},
                    R"([{"do": "hold", "camera": "cam", "afterFrames": 3},

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/camera/PCameraSdk.h>
 
-#include <apps/common/camera/PSceneFile.h>
-
 #include <PCd/plugin/PPluginLoader.h>
 
 #include <QDir>
@@ -98,14 +96,11 @@ QStringList PCameraSdk::findMissing(const QStringList& functions) const {
 }
 
 PStatus PCameraSdk::loadScene(const QString& file) {
-    const PSceneFile scene(file);
-    if (!scene.status().isOk())
-        return scene.status();
     using LoadScene = const char* (*)(const char*);
-    const auto load = reinterpret_cast<LoadScene>(dlsym(m_library, "ToupcamSim_loadScene"));
+    const auto load = reinterpret_cast<LoadScene>(dlsym(m_library, "ToupcamSim_loadSceneFile"));
     if (load == nullptr)
-        return PStatus::failure(u"the simulated SDK \"%1\" takes no scenes"_qs.arg(m_path));
-    if (const char* const complaint = load(scene.text().constData()))
+        return PStatus::failure(u"the simulated SDK \"%1\" takes no scene files"_qs.arg(m_path));
+    if (const char* const complaint = load(QFile::encodeName(file).constData()))
         return PStatus::failure(u"scene \"%1\": %2"_qs.arg(file, QString::fromUtf8(complaint)));
     return PStatus::Ok;
 }

@@ -4,6 +4,7 @@
 #include <toupcam/sim/scene/PSimSceneReader.h>
 #include <toupcam/sim/world/PSimWorld.h>
 
+#include <QFile>
 #include <algorithm>
 #include <cstring>
 
@@ -31,6 +32,19 @@ void attempt(const Work& work) noexcept {
     });
 }
 
+/// Null, or what is wrong with the scene; valid until the next call on this thread.
+template <typename Read>
+const char* loadScene(const Read& read) noexcept {
+    thread_local std::string complaint;
+    try {
+        PSimWorld::instance().load(read());
+        return nullptr;
+    } catch (const std::exception& error) {
+        complaint = error.what();
+        return complaint.c_str();
+    }
+}
+
 } // namespace
 
 const char* ToupcamSim_version(void) {
@@ -38,14 +52,11 @@ const char* ToupcamSim_version(void) {
 }
 
 const char* ToupcamSim_loadScene(const char* json) {
-    thread_local std::string complaint;
-    try {
-        PSimWorld::instance().load(PSimSceneReader::read(toId(json)));
-        return nullptr;
-    } catch (const std::exception& error) {
-        complaint = error.what();
-        return complaint.c_str();
-    }
+    return loadScene([json] { return PSimSceneReader::read(toId(json)); });
+}
+
+const char* ToupcamSim_loadSceneFile(const char* path) {
+    return loadScene([path] { return PSimSceneReader::readFile(QFile::decodeName(path)); });
 }
 
 void ToupcamSim_reset(void) {

@@ -22,6 +22,9 @@ TOUPCAM_API(const char*) ToupcamSim_version(void);
 /// next call on the same thread); on failure the scene is unchanged.
 TOUPCAM_API(const char*) ToupcamSim_loadScene(const char* json);
 
+/// Likewise with the text of a file, to whose folder relative picture paths in it refer.
+TOUPCAM_API(const char*) ToupcamSim_loadSceneFile(const char* path);
+
 /// Restores the built-in scene, with an empty journal and no faults. All handles must have been
 /// closed before. Handles are counted from h1 again. Not from inside a callback.
 TOUPCAM_API(void) ToupcamSim_reset(void);

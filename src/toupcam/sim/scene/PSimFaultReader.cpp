@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <toupcam/sim/scene/PSimFaultReader.h>
 
+#include <toupcam/sim/scene/PSimFunctionNames.h>
 #include <toupcam/sim/scene/PSimJsonObject.h>
 
 #include <algorithm>
@@ -13,8 +14,15 @@ using Action = PSimFaultSpec::Action;
 constexpr double maxInt = std::numeric_limits<int>::max();
 constexpr double minInt = std::numeric_limits<int>::min();
 
+QByteArray readFunction(PSimJsonObject& object) {
+    const QByteArray name = object.requiredText("function").toUtf8();
+    if (!PSimFunctionNames::isKnown(name))
+        object.complain("function", u"a function of the SDK such as \"Toupcam_put_Option\""_qs);
+    return name;
+}
+
 void readFail(PSimJsonObject& object, PSimFaultSpec& step) {
-    step.function = object.requiredText("function").toUtf8();
+    step.function = readFunction(object);
     if (object.has("option"))
         step.option = object.integer("option", 0U, 0, PSimJsonObject::maxUnsigned);
     step.skip = object.integer("skip", step.skip, 0, PSimJsonObject::maxUnsigned);
@@ -25,12 +33,13 @@ void readFail(PSimJsonObject& object, PSimFaultSpec& step) {
 }
 
 void readDelay(PSimJsonObject& object, PSimFaultSpec& step) {
-    step.function = object.requiredText("function").toUtf8();
+    step.function = readFunction(object);
     step.ms = object.integer("ms", step.ms, 0, 3600000);
 }
 
 void readReportedSize(PSimJsonObject& object, PSimFaultSpec& step) {
-    step.function = object.requiredText("function").toUtf8();
+    constexpr const char* pulls[] = {"Toupcam_PullImageV2", "Toupcam_PullStillImageV2"};
+    step.function = pulls[object.choice("function", {pulls[0], pulls[1]})];
     step.width = object.integer("width", step.width, 0, maxInt);
     step.height = object.integer("height", step.height, 0, maxInt);
 }

@@ -7,18 +7,9 @@
 
 namespace {
 
-QString shown(const QJsonValue& value) {
-    if (value.isUndefined())
-        return u"nothing"_qs;
-    const QByteArray wrapped =
-        QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact); // "[value]"
-    return QString::fromUtf8(wrapped.mid(1, wrapped.size() - 2));
-}
-
 QString rangeText(const char* what, double minimum, double maximum) {
-    return u"%1 from %2 to %3"_qs.arg(QLatin1String(what))
-        .arg(minimum, 0, 'g', 15)
-        .arg(maximum, 0, 'g', 15);
+    return u"%1 from %2 to %3"_qs.arg(QLatin1String(what), QString::number(minimum, 'g', 15),
+                                      QString::number(maximum, 'g', 15));
 }
 
 } // namespace
@@ -27,11 +18,24 @@ PSimSceneError::PSimSceneError(const QString& place, const QString& complaint)
     : std::runtime_error(u"%1: %2"_qs.arg(place, complaint).toStdString()) {
 }
 
+QString PSimSceneError::shown(const QJsonValue& value) {
+    if (value.isUndefined())
+        return u"nothing"_qs;
+    const QByteArray wrapped =
+        QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact); // "[value]"
+    return QString::fromUtf8(wrapped.mid(1, wrapped.size() - 2));
+}
+
+QString PSimSceneError::line(const QByteArray& text, qsizetype offset) {
+    return u"line %1"_qs.arg(text.left(offset).count('\n') + 1);
+}
+
 PSimJsonObject::PSimJsonObject(const QJsonValue& value, const QString& place)
     : m_object(value.toObject())
     , m_place(place) {
     if (!value.isObject())
-        throw PSimSceneError(place, u"%1 found, expected an object"_qs.arg(shown(value)));
+        throw PSimSceneError(place,
+                             u"%1 found, expected an object"_qs.arg(PSimSceneError::shown(value)));
 }
 
 QString PSimJsonObject::place(const char* key) const {
@@ -39,8 +43,9 @@ QString PSimJsonObject::place(const char* key) const {
 }
 
 void PSimJsonObject::complain(const char* key, const QString& expected) const {
-    throw PSimSceneError(place(key), u"%1 found, expected %2"_qs.arg(
-                                         shown(m_object.value(QLatin1String(key))), expected));
+    throw PSimSceneError(place(key),
+                         u"%1 found, expected %2"_qs.arg(
+                             PSimSceneError::shown(m_object.value(QLatin1String(key))), expected));
 }
 
 QJsonValue PSimJsonObject::value(const char* key) {
@@ -98,7 +103,7 @@ void PSimJsonObject::forEach(const char* key,
         complain(key, u"an array"_qs);
     const QJsonArray array = found.toArray();
     for (qsizetype i = 0; i < array.size(); ++i)
-        read(array.at(i), u"%1[%2]"_qs.arg(place(key)).arg(i));
+        read(array.at(i), u"%1[%2]"_qs.arg(place(key), QString::number(i)));
 }
 
 int PSimJsonObject::choice(const char* key, std::initializer_list<const char*> texts) {
@@ -121,7 +126,7 @@ void PSimJsonObject::finish() const {
             continue;
         QStringList known(m_known.cbegin(), m_known.cend());
         known.sort();
-        throw PSimSceneError(
-            m_place, u"unknown key \"%1\", expected one of %2"_qs.arg(key, known.join(u", "_qs)));
+        throw PSimSceneError(m_place, u"unknown key %1, expected one of %2"_qs.arg(
+                                          PSimSceneError::shown(key), known.join(u", "_qs)));
     }
 }

@@ -15,6 +15,11 @@
 class PSimSceneError : public std::runtime_error {
 public:
     PSimSceneError(const QString& place, const QString& complaint);
+
+    /// A value as JSON, so that no character of it controls a terminal.
+    static QString shown(const QJsonValue& value);
+    /// The place of a byte in a text: "line 2".
+    static QString line(const QByteArray& text, qsizetype offset);
 };
 
 /// Reads one JSON object strictly: values of the wrong kind or out of range, missing ones, and keys

@@ -3,6 +3,7 @@
 
 #include <toupcam/sim/scene/PSimFaultReader.h>
 #include <toupcam/sim/scene/PSimJsonObject.h>
+#include <toupcam/sim/scene/PSimRepeatedKeys.h>
 #include <toupcam/sim/scene/PSimSourceReader.h>
 #include <toupcam/toupcam.h>
 
@@ -16,6 +17,8 @@
 
 namespace {
 
+const QString unreadable = u"cannot be read"_qs;
+constexpr qint64 largestFile = qint64(16) << 20;       // bytes
 constexpr double maxExactInteger = 9007199254740992.0; // 2^53: JSON numbers are doubles
 
 struct FlagName {
@@ -42,8 +45,8 @@ std::uint64_t flagByName(const QJsonValue& value, const QString& place) {
             return known.flag;
         names += QLatin1String(known.name);
     }
-    throw PSimSceneError(place, u"\"%1\" found, expected one of %2"_qs.arg(
-                                    value.toVariant().toString(), names.join(u", ")));
+    throw PSimSceneError(place, u"%1 found, expected one of %2"_qs.arg(PSimSceneError::shown(value),
+                                                                       names.join(u", ")));
 }
 
 std::uint64_t readFlags(PSimJsonObject& object) {
@@ -198,6 +201,7 @@ PSimCameraSpec readCamera(const QJsonValue& value, const QString& place, const Q
         camera.externalTrigger = readExternalTrigger(trigger, object.place("externalTrigger"));
     if (const QJsonValue source = object.value("source"); !source.isUndefined())
         camera.source = PSimSourceReader::read(source, object.place("source"), folder);
+    PSimSourceReader::checkMemory(camera, object.place("source"));
     object.finish();
     return camera;
 }
@@ -229,25 +233,40 @@ PSimScene toScene(const QJsonValue& root, const QString& folder) {
     return scene;
 }
 
+/// Nothing but a file of an ordinary size: a device or pipe may have no end, or block for ever.
+QByteArray readBytes(const QString& path) {
+    const QFileInfo info(path);
+    if (info.exists() && !info.isFile())
+        throw PSimSceneError(unreadable, u"it is not a file, expected one with a scene in JSON"_qs);
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        throw PSimSceneError(unreadable, file.errorString());
+    const QByteArray text = file.read(largestFile + 1);
+    if (file.error() != QFile::NoError)
+        throw PSimSceneError(unreadable, file.errorString());
+    if (text.size() > largestFile)
+        throw PSimSceneError(unreadable,
+                             u"it is too large, expected at most %1 bytes"_qs.arg(largestFile));
+    return text;
+}
+
 } // namespace
 
 PSimScene PSimSceneReader::read(const QByteArray& json, const QString& folder) {
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(json, &error);
     if (error.error != QJsonParseError::NoError) {
-        throw PSimSceneError(u"line %1"_qs.arg(json.left(error.offset).count('\n') + 1),
+        throw PSimSceneError(PSimSceneError::line(json, error.offset),
                              u"%1, expected JSON"_qs.arg(error.errorString()));
     }
     if (!document.isObject())
         throw PSimSceneError(u"scene"_qs, u"expected an object"_qs);
+    PSimRepeatedKeys::check(json);
     return toScene(document.object(), folder);
 }
 
 PSimScene PSimSceneReader::readFile(const QString& path) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        throw PSimSceneError(path, u"cannot be read: %1"_qs.arg(file.errorString()));
-    return read(file.readAll(), QFileInfo(path).absolutePath());
+    return read(readBytes(path), QFileInfo(path).absolutePath());
 }
 
 PSimScene PSimSceneReader::builtin() {

@@ -1,20 +1,24 @@
 // SPDX-License-Identifier: MIT
 #include <toupcam/sim/scene/PSimSourceReader.h>
 
+#include <toupcam/sim/frame/PSimPicture.h>
 #include <toupcam/sim/scene/PSimJsonObject.h>
 
 #include <QDir>
 #include <QFileInfo>
 #include <QImageReader>
+#include <algorithm>
 
 namespace {
+
+constexpr std::size_t mostRingBytes = std::size_t{1} << 30;
 
 void checkPicture(const QString& path, const QString& place) {
     QImageReader reader(path);
     reader.setDecideFormatFromContent(true);
     if (!reader.canRead()) {
-        throw PSimSceneError(
-            place, u"\"%1\" found, expected a picture file: %2"_qs.arg(path, reader.errorString()));
+        throw PSimSceneError(place, u"%1 found, expected a picture file: %2"_qs.arg(
+                                        PSimSceneError::shown(path), reader.errorString()));
     }
 }
 
@@ -28,19 +32,22 @@ std::vector<QString> picturesAt(const QString& path, const QString& place) {
             if (!QImageReader::imageFormat(file.filePath()).isEmpty())
                 result.push_back(file.filePath());
         }
-    } else if (info.exists()) {
+    } else if (info.isFile()) { // reading a pipe might block for ever
         checkPicture(path, place);
         result.push_back(path);
     }
     if (result.empty()) {
-        throw PSimSceneError(
-            place, u"\"%1\" found, expected a picture file or a folder of them"_qs.arg(path));
+        throw PSimSceneError(place, u"%1 found, expected a picture file or a folder of them"_qs.arg(
+                                        PSimSceneError::shown(path)));
     }
     return result;
 }
 
 void readPictureSource(PSimJsonObject& object, const QString& folder, PSimSourceSpec& source) {
-    const QString path = QDir(folder).filePath(object.requiredText("path"));
+    const QString name = object.requiredText("path");
+    if (name.isEmpty()) // would be the folder itself
+        object.complain("path", u"a picture file or a folder of them"_qs);
+    const QString path = QDir(folder).filePath(name);
     source.pictures = picturesAt(path, object.place("path"));
     source.framesEach = object.integer("framesEach", source.framesEach, 1, 1000000);
 }
@@ -61,6 +68,27 @@ void readLamp(PSimJsonObject& object, PSimSourceSpec& source) {
 }
 
 } // namespace
+
+void PSimSourceReader::checkMemory(const PSimCameraSpec& camera, const QString& place) {
+    if (camera.source.kind != PSimSourceSpec::Kind::Ring)
+        return;
+    std::size_t largest = 0;
+    for (const PSimResolution& size : camera.resolutions) {
+        PSimPicture frame;
+        frame.width = size.width;
+        frame.height = size.height;
+        frame.bits = camera.bits;
+        largest = std::max(largest, frame.bytes());
+    }
+    const std::size_t needed = largest * camera.source.ringFrames;
+    if (needed > mostRingBytes) {
+        throw PSimSceneError(
+            place + u".frames"_qs,
+            u"%1 frames of %2 bytes found, expected at most %3 bytes in all"_qs.arg(
+                QString::number(camera.source.ringFrames), QString::number(largest),
+                QString::number(mostRingBytes)));
+    }
+}
 
 PSimSourceSpec PSimSourceReader::read(const QJsonValue& value, const QString& place,
                                       const QString& folder) {

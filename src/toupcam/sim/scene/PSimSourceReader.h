@@ -11,4 +11,7 @@ public:
     /// Relative picture paths refer to `folder`. Throws PSimSceneError.
     static PSimSourceSpec read(const QJsonValue& value, const QString& place,
                                const QString& folder);
+
+    /// Throws PSimSceneError if the ready-made frames of a camera's ring need too much memory.
+    static void checkMemory(const PSimCameraSpec& camera, const QString& place);
 };

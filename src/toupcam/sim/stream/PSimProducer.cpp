@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <toupcam/sim/stream/PSimProducer.h>
 
+#include <new>
 #include <utility>
 
 namespace {
@@ -39,8 +40,8 @@ void PSimProducer::perform(const PSimStreamSchedule::Still& still, PSimDelivery&
     if (m_link->held)
         return;
     setNumber(m_still, still.number, still.microseconds);
-    m_link->source->take(m_settings->shotAt(still.resolution), still.number, m_still);
-    delivery.still(m_still);
+    if (take(m_settings->shotAt(still.resolution), still.number, m_still))
+        delivery.still(m_still);
 }
 
 void PSimProducer::perform(const PSimStreamSchedule::Frame& frame, PSimDelivery& delivery) {
@@ -53,9 +54,20 @@ void PSimProducer::perform(const PSimStreamSchedule::Frame& frame, PSimDelivery&
     m_observing = false;
 }
 
+/// False if there is no memory for the picture, which is then lost in the camera.
+bool PSimProducer::take(const PSimShot& shot, std::uint64_t number, PSimPicture& picture) {
+    try {
+        m_link->source->take(shot, number, picture);
+        return true;
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+}
+
 void PSimProducer::deliverFrame(const PSimStreamSchedule::Frame& frame, PSimDelivery& delivery) {
     setNumber(m_live, frame.number, frame.microseconds);
-    m_link->source->take(m_settings->shot(), frame.number, m_live);
+    if (!take(m_settings->shot(), frame.number, m_live))
+        return;
     const PSimMeans means = m_live.means; // delivering may exchange the picture
     // Counted before the callback, so that a client has never received more frames than were
     // counted. If stopped or unplugged meanwhile, the picture is lost, as on a cable.

@@ -25,6 +25,7 @@ private:
     void perform(const PSimStreamSchedule::Still& still, PSimDelivery& delivery);
     void perform(const PSimStreamSchedule::Frame& frame, PSimDelivery& delivery);
     void deliverFrame(const PSimStreamSchedule::Frame& frame, PSimDelivery& delivery);
+    bool take(const PSimShot& shot, std::uint64_t number, PSimPicture& picture);
     void finish();
 
     const std::shared_ptr<PSimCameraLink> m_link;

@@ -3,6 +3,7 @@
 
 #include <toupcam/sim/frame/PSimRandom.h>
 #include <toupcam/sim/world/PSimWorld.h>
+#include <toupcam/sim/world/PSimZeroPages.h>
 
 #include <algorithm>
 #include <thread>
@@ -10,8 +11,7 @@
 
 namespace {
 
-// A header may be wrong: no more memory than this follows one, whatever size it declares.
-constexpr std::size_t mostMalformedBytes = std::size_t{256} << 20;
+constexpr std::size_t leastBytes = 4096; // after a malformed header
 
 } // namespace
 
@@ -174,7 +174,8 @@ void PSimFaultPlan::pushMalformed(const PSimFaultSpec& step) {
     header.biPlanes = 1;
     header.biBitCount = step.bits;
     header.biSizeImage = step.sizeImage;
-    const std::size_t bytes = std::clamp<std::size_t>(step.sizeImage, 4096, mostMalformedBytes);
-    const std::vector<std::uint8_t> data(bytes);
-    m_world.pushRaw(step.camera, data.data(), &header, 0);
+    // All bytes that the header declares: a client may believe it.
+    const PSimZeroPages zeros(std::max<std::size_t>(step.sizeImage, leastBytes));
+    if (zeros.data() != nullptr) // null would report a lost camera
+        m_world.pushRaw(step.camera, zeros.data(), &header, 0);
 }
