@@ -131,6 +131,28 @@ TEST_F(CameraSdk, auto_takes_the_systems_library) {
               path(u"libtoupcam.so"_qs));
 }
 
+TEST_F(CameraSdk, auto_does_not_simulate_if_the_systems_library_cannot_be_loaded) {
+    writeFile(path(u"libtoupcam.so"_qs), "no library");
+    const CtlResult result = runCtl({listWord}, [this](CtlProcess& process) {
+        process.with(u"LD_LIBRARY_PATH"_qs, path(QString()));
+    });
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.output, QByteArray());
+    EXPECT_TRUE(result.errors.startsWith(
+        u"pcdctl: cannot use \"libtoupcam.so\" as the camera SDK: %1"_qs.arg(
+            path(u"libtoupcam.so"_qs))))
+        << result.errors.toStdString();
+}
+
+TEST_F(CameraSdk, auto_does_not_simulate_if_the_systems_library_is_a_link_to_nothing) {
+    ASSERT_TRUE(QFile::link(path(u"gone"_qs), path(u"libtoupcam.so"_qs)));
+    const CtlResult result = runCtl({listWord}, [this](CtlProcess& process) {
+        process.with(u"LD_LIBRARY_PATH"_qs, path(QString()));
+    });
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.errors.contains(path(u"libtoupcam.so"_qs))) << result.errors.toStdString();
+}
+
 TEST_F(CameraSdk, auto_without_any_library_says_that_cameras_are_simulated) {
     const CtlResult result = runCtl({listWord, jsonWord});
     EXPECT_EQ(readSdkKind(result), systemHasSdk() ? u"maker"_qs : u"simulated"_qs);

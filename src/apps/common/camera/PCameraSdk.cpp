@@ -9,6 +9,8 @@
 
 #include <dlfcn.h>
 
+#include <vector>
+
 namespace {
 
 const char* const libraryVariable = "TOUPCAM_LIBRARY"; // where plugins look for the library
@@ -32,6 +34,46 @@ QString readText(void* library, const char* function) {
     void* const symbol = dlsym(library, function);
     return symbol == nullptr ? QString()
                              : QString::fromUtf8(reinterpret_cast<const char* (*)()>(symbol)());
+}
+
+/// The folders in which the loader looks for libraries.
+QStringList libraryFolders() {
+    void* const program = dlopen(nullptr, RTLD_NOW);
+    Dl_serinfo size{};
+    if (program == nullptr || dlinfo(program, RTLD_DI_SERINFOSIZE, &size) != 0)
+        return {};
+    std::vector<Dl_serinfo> memory(size.dls_size / sizeof(Dl_serinfo) + 1);
+    Dl_serinfo* const info = memory.data();
+    if (dlinfo(program, RTLD_DI_SERINFOSIZE, info) != 0 ||
+        dlinfo(program, RTLD_DI_SERINFO, info) != 0)
+        return {};
+    QStringList folders;
+    for (unsigned i = 0; i < info->dls_cnt; ++i)
+        folders.append(QFile::decodeName(info->dls_serpath[i].dls_name));
+    return folders;
+}
+
+/// Why the loader cannot use a library that it passes over and then reports as absent: one that
+/// cannot be read, or a link to nothing. Empty if there is none.
+QString failureOfSkipped() {
+    for (const QString& folder : libraryFolders()) {
+        const QFileInfo file(QDir(folder).filePath(QLatin1String(systemLibrary)));
+        if (!file.exists() && !file.isSymLink())
+            continue;
+        dlopen(QFile::encodeName(file.absoluteFilePath()).constData(), RTLD_NOW | RTLD_LOCAL);
+        if (const char* const failure = dlerror())
+            return QString::fromLocal8Bit(failure);
+    }
+    return {};
+}
+
+/// True if this is how the loader reports that no library has the system library's name. Compared
+/// with its report of another name, because it is in the user's language.
+bool isAbsence(const QString& failure) {
+    const char* const nobodysLibrary = "libtoupcam.so.no-such-version";
+    dlopen(nobodysLibrary, RTLD_NOW | RTLD_LOCAL);
+    return QString::fromLocal8Bit(dlerror()).replace(QLatin1String(nobodysLibrary),
+                                                     QLatin1String(systemLibrary)) == failure;
 }
 
 PStatus sdkFailure(const QString& asked, const QString& reason) {
@@ -58,6 +100,9 @@ PStatus PCameraSdk::loadAutomatic() {
         return inspect(QString::fromLatin1(systemLibrary));
     }
     m_systemFailure = QString::fromLocal8Bit(dlerror());
+    const QString reason = isAbsence(m_systemFailure) ? failureOfSkipped() : m_systemFailure;
+    if (!reason.isEmpty())
+        return sdkFailure(QString::fromLatin1(systemLibrary), reason);
     m_fallback = true;
     if (QFileInfo::exists(simulatorPath()))
         return open(simulatorPath(), Origin::Simulator);

@@ -11,9 +11,9 @@
 class PCameraSdk {
 public:
     /// Loads the library of this choice and points the plugins to it. "sim": the simulated one that
-    /// comes with the program; "auto": the one TOUPCAM_LIBRARY names, else the system's, else the
-    /// simulated one; anything else is the path of a library. Fails with the library and the
-    /// reason.
+    /// comes with the program; "auto": the one TOUPCAM_LIBRARY names, else the system's, else, if
+    /// there is none, the simulated one; anything else is the path of a library. Fails with the
+    /// library and the reason, also if the system's cannot be loaded.
     PStatus load(const QString& choice);
 
     /// Makes the simulated SDK show the cameras of a scene file. Fails with the file and what is
