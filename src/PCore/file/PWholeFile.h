@@ -11,6 +11,9 @@ class QFileDevice;
 /// Writes files completely or not at all. Any thread.
 namespace PWholeFile {
 
+/// How many bytes longer the name of a file is while replace() writes it.
+constexpr int temporarySuffix = 7;
+
 /// Creates or replaces a file in one step. Fails with the system's reason, without the path; an
 /// existing file then stays as it was.
 PCD_EXPORT PStatus replace(const QString& path, const QByteArray& bytes);

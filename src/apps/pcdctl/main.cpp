@@ -6,6 +6,7 @@
 #include <apps/pcdctl/completion/PCompletion.h>
 #include <apps/pcdctl/doctor/PDoctorCommand.h>
 
+#include <apps/common/program/PArgumentText.h>
 #include <apps/common/program/PTerminationSignals.h>
 
 #include <PLog/PLog.h>
@@ -119,7 +120,9 @@ int main(int argc, char* argv[]) {
     PTerminationSignals::watch();
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationVersion(QStringLiteral(PCD_VERSION));
-    PCtlOutcome outcome = guardedRun(QCoreApplication::arguments());
+    const PStatus arguments = PArgumentText::check(argc, argv);
+    PCtlOutcome outcome = arguments.isOk() ? guardedRun(QCoreApplication::arguments())
+                                           : PCtlOutcome::wrongUsage(arguments.reason());
     if (!PCtlOutput::flush() && outcome.isDone())
         outcome = PCtlOutcome::failed(u"cannot write to standard output"_qs);
     if (!outcome.isDone())

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
+#include <apps/common/program/PArgumentText.h>
 #include <apps/common/program/PTerminationSignals.h>
 #include <apps/pcdview/PViewProgram.h>
 
-#include <QApplication>
 #include <PCore/PPrintableText.h>
 
+#include <QApplication>
 
 #include <algorithm>
 #include <cstdio>
@@ -28,10 +29,11 @@ void print(std::FILE* stream, const QString& text) {
     std::fputs((PPrintableText::toLines(text) + u'\n').toLocal8Bit().constData(), stream);
 }
 
-int runProgram(bool canShow) {
+int runProgram(PStatus status, bool canShow) {
     PViewOptions options;
     QString answer;
-    PStatus status = PViewOptions::parse(QApplication::arguments(), options, answer);
+    if (status.isOk())
+        status = PViewOptions::parse(QApplication::arguments(), options, answer);
     if (status.isOk() && !answer.isEmpty()) {
         print(stdout, answer);
         return 0;
@@ -54,6 +56,7 @@ int runProgram(bool canShow) {
 
 int main(int argc, char* argv[]) {
     PTerminationSignals::watch();
+    const PStatus arguments = PArgumentText::check(argc, argv); // before Qt takes its own out
     const bool canShow = hasDisplay(argc, argv);
     if (!canShow)
         qputenv("QT_QPA_PLATFORM", "offscreen"); // --help and --grab need no display
@@ -62,7 +65,7 @@ int main(int argc, char* argv[]) {
     QApplication::setApplicationName(u"pcdview"_qs);
     QApplication::setApplicationVersion(QStringLiteral(PCD_VERSION));
     try {
-        return runProgram(canShow);
+        return runProgram(arguments, canShow);
     } catch (const std::exception& error) {
         print(stderr, u"pcdview: "_qs + QString::fromLocal8Bit(error.what()));
         return failed;

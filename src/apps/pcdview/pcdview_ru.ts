@@ -836,6 +836,10 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <translation>в папку «%1» нельзя писать</translation>
     </message>
     <message>
+        <source>its name has %1 bytes: expected at most %2</source>
+        <translation>имя файла занимает %1 байт: ожидалось не больше %2</translation>
+    </message>
+    <message>
         <source>the picture cannot be stored in this format</source>
         <translation>снимок не подходит к формату</translation>
     </message>

@@ -3,8 +3,6 @@
 
 #include <QStringList>
 
-#include <csignal>
-
 #include <sys/resource.h>
 
 namespace {
@@ -42,5 +40,4 @@ QString patchColours(const QImage& picture) {
 void limitFileSize(unsigned long bytes) {
     const rlimit limit{bytes, bytes};
     setrlimit(RLIMIT_FSIZE, &limit);
-    std::signal(SIGXFSZ, SIG_IGN);
 }

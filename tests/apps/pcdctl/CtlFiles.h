@@ -8,6 +8,5 @@
 /// green blue black" for the `patches` source through a camera with default settings.
 QString patchColours(const QImage& picture);
 
-/// Limits the size of a process's files; writing more fails instead of ending the process. For
-/// CtlProcess::with().
+/// Limits the size of a process's files, as a user does with ulimit. For CtlProcess::with().
 void limitFileSize(unsigned long bytes);

@@ -145,7 +145,8 @@ TEST_F(SnapCommand, a_file_of_this_name_stays_whole_if_the_new_one_cannot_be_wri
     ASSERT_TRUE(process.finish());
     EXPECT_EQ(process.exitCode(), 1);
     const QByteArray errors = process.errors();
-    EXPECT_TRUE(errors.contains("cannot save \"" + path(u"a.png"_qs).toUtf8() + "\": "))
+    EXPECT_EQ(errors,
+              "pcdctl: cannot save \"" + path(u"a.png"_qs).toUtf8() + "\": File too large\n")
         << errors.toStdString();
     EXPECT_EQ(readFile(path(u"a.png"_qs)), QByteArray("old"));
     EXPECT_EQ(QDir(path(QString())).entryList({u"a.png*"_qs}, QDir::Files),
@@ -204,6 +205,18 @@ TEST_F(SnapCommand, a_camera_that_refuses_a_still_picture_is_a_failure) {
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_TRUE(result.errors.contains(u"the camera refused to take a still"_qs));
     EXPECT_FALSE(QFile::exists(path(u"a.png"_qs)));
+}
+
+TEST_F(SnapCommand, a_name_that_is_too_long_is_refused_before_the_camera_is_touched) {
+    const QString file = path(QString(128, u'ß') + u".png"_qs);
+    const QString journal = path(u"journal"_qs);
+    const CtlResult result = runCtl(arguments(file, {}), [&](CtlProcess& process) {
+        process.with(u"TOUPCAM_SIM_JOURNAL"_qs, journal);
+    });
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.errors.contains(u"its name has 260 bytes: expected at most 248"_qs))
+        << result.errors.toStdString();
+    EXPECT_EQ(readFile(journal), QByteArray());
 }
 
 TEST_F(SnapCommand, a_camera_that_sends_nothing_is_given_up) {

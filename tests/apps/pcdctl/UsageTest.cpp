@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 namespace {
 
 struct UsageRow {
@@ -116,6 +118,15 @@ TEST(PcdctlUsage, a_bad_log_filter_in_the_environment_names_the_variable) {
         runCtl({u"list"_qs}, [](CtlProcess& process) { process.with(u"PCD_LOG"_qs, u"loud"_qs); });
     EXPECT_EQ(result.exitCode, 2);
     EXPECT_TRUE(result.errors.contains(u"PCD_LOG: "_qs)) << result.errors.toStdString();
+}
+
+TEST(PcdctlUsage, an_argument_that_is_no_text_is_refused) {
+    const CtlResult result = runCtl({}, [](CtlProcess& process) {
+        process.with([] { execl(PCDCTL_PROGRAM, "pcdctl", "snap", "-o", "a\xff.png", nullptr); });
+    });
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_EQ(result.errors,
+              u"pcdctl: argument 3, \"a\\xff.png\", is not UTF-8: expected text in UTF-8\n"_qs);
 }
 
 TEST(PcdctlUsage, the_log_level_option_has_precedence_over_the_environment) {

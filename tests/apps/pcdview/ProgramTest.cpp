@@ -8,6 +8,8 @@
 #include <QProcess>
 #include <QSet>
 
+#include <unistd.h>
+
 namespace {
 
 class ProgramTest : public FolderTest {
@@ -122,6 +124,18 @@ TEST_F(ProgramTest, a_file_that_is_not_a_library_is_reported_in_the_window) {
     EXPECT_EQ(run({u"--sdk"_qs, path(u"none.so"_qs), u"--grab"_qs, file, u"--after"_qs, u"0"_qs}),
               0);
     EXPECT_TRUE(errors.contains(u"none.so"_qs)) << errors.toStdString();
+}
+
+TEST_F(ProgramTest, an_argument_that_is_no_text_is_refused) {
+    QProcess process;
+    prepare(process);
+    process.setProgram(QStringLiteral(PCDVIEW_PROGRAM));
+    process.setChildProcessModifier([] { execl(PCDVIEW_PROGRAM, "pcdview", "\xff", nullptr); });
+    process.start();
+    ASSERT_TRUE(process.waitForFinished(60'000));
+    EXPECT_EQ(process.exitCode(), 2);
+    const QByteArray text = process.readAllStandardError();
+    EXPECT_TRUE(text.contains("argument 1, \"\\xff\", is not UTF-8")) << text.constData();
 }
 
 TEST_F(ProgramTest, a_signal_closes_it_as_the_user_does) {

@@ -15,7 +15,10 @@
 #include <QScopeGuard>
 #include <QUuid>
 
+#include <unistd.h>
+
 #include <algorithm>
+#include <climits>
 #include <functional>
 
 namespace {
@@ -69,10 +72,35 @@ PStatus replaceFile(const QString& path, const PictureWriter& writer) {
     return fileFailure(path, file.errorString());
 }
 
+/// The bytes that a file's name can have in this folder.
+qsizetype longestName(const QString& folder) {
+    const long limit = ::pathconf(QFile::encodeName(folder).constData(), _PC_NAME_MAX);
+    return limit > 0 ? qsizetype(limit) : NAME_MAX;
+}
+
+PStatus checkLength(const QString& path) {
+    const QFileInfo file(path);
+    const qsizetype bytes = QFile::encodeName(file.fileName()).size();
+    const qsizetype most = longestName(file.absolutePath()) - PWholeFile::temporarySuffix;
+    if (bytes <= most)
+        return PStatus::Ok;
+    return fileFailure(path, PPictureFile::tr("its name has %1 bytes: expected at most %2")
+                                 .arg(QString::number(bytes), QString::number(most)));
+}
+
+/// A unique name in the same folder: another program may be saving under the same one.
+QString partName(const QString& path) {
+    const QFileInfo file(path);
+    const QString unique = u".%1.part"_qs.arg(QUuid::createUuid().toString(QUuid::Id128));
+    QString name = file.fileName();
+    while (QFile::encodeName(name + unique).size() > longestName(file.absolutePath()))
+        name.chop(1);
+    return file.dir().filePath(name + unique);
+}
+
 /// Not with QSaveFile: its last step replaces a file that has appeared under the name meanwhile.
 PStatus createFile(const QString& path, const PictureWriter& writer) {
-    // A unique name: another program may be saving under the same one.
-    QFile file(u"%1.%2.part"_qs.arg(path, QUuid::createUuid().toString(QUuid::Id128)));
+    QFile file(partName(path));
     if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered))
         return fileFailure(path, file.errorString());
     auto removePart = qScopeGuard([&] { file.remove(); });
@@ -112,7 +140,7 @@ PStatus PPictureFile::prepareFolder(const QString& path) {
         return fileFailure(path, tr("the folder \"%1\" cannot be created").arg(folder));
     if (!QFileInfo(folder).isWritable())
         return fileFailure(path, tr("the folder \"%1\" cannot be written to").arg(folder));
-    return PStatus::Ok;
+    return checkLength(path);
 }
 
 PStatus PPictureFile::save(const QString& path, const QImage& image, const PPictureNotes& notes,

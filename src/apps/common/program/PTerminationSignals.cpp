@@ -62,3 +62,5 @@ void PTerminationSignals::expect() {
 bool PTerminationSignals::isNoted() {
     return noted;
 }
+    // Then writing fails with a reason that can be reported, and nothing is left half done.
+    std::signal(SIGXFSZ, SIG_IGN);

@@ -48,6 +48,21 @@ TEST_F(PictureFile, an_ending_in_capital_letters_is_known_too) {
     EXPECT_FALSE(PPictureFile::checkName(u"png"_qs).isOk());
 }
 
+TEST_F(PictureFile, the_longest_name_that_is_accepted_can_be_saved) {
+    const QString longest = QString(122, u'ß') + u".png"_qs; // 248 bytes
+    EXPECT_EQ(PPictureFile::prepareFolder(path(longest)).reason(), QString());
+    EXPECT_EQ(save(longest, PPictureFile::Existing::Keep).reason(), QString());
+    EXPECT_EQ(save(longest, PPictureFile::Existing::Replace).reason(), QString());
+    EXPECT_EQ(QDir(path(QString())).entryList(QDir::Files | QDir::Hidden), QStringList(longest));
+}
+
+TEST_F(PictureFile, a_name_that_is_too_long_is_refused_before_anything_is_saved) {
+    const QString name = u"a"_qs + QString(122, u'ß') + u".png"_qs;
+    EXPECT_EQ(
+        PPictureFile::prepareFolder(path(name)).reason(),
+        u"cannot save \"%1\": its name has 249 bytes: expected at most 248"_qs.arg(path(name)));
+}
+
 TEST_F(PictureFile, an_existing_file_is_kept_if_it_must_be) {
     writeFile(path(u"a.png"_qs), "old");
     const PStatus status = save(u"a.png"_qs, PPictureFile::Existing::Keep);
