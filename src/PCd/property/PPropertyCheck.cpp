@@ -9,6 +9,7 @@
 #include <PCd/property/value/PPropertyText.h>
 
 #include <PCore/PMinMaxRange.h>
+#include <PCore/PPrintableText.h>
 
 namespace {
 
@@ -75,33 +76,35 @@ bool isTaken(const QVariant& value, const QVariant& current, const QVariant& ran
 QString expectedNumber(const IntRange& range) {
     if (isOpen(range))
         return PPropertyCheck::tr("a whole number");
-    const QString text =
-        PPropertyCheck::tr("a whole number from %1 to %2").arg(range.minimum).arg(range.maximum);
-    return range.step > 1 ? PPropertyCheck::tr("%1 in steps of %2").arg(text).arg(range.step)
-                          : text;
+    const QString text = PPropertyCheck::tr("a whole number from %1 to %2")
+                             .arg(QString::number(range.minimum), QString::number(range.maximum));
+    return range.step > 1
+               ? PPropertyCheck::tr("%1 in steps of %2").arg(text, QString::number(range.step))
+               : text;
 }
 
 QString expectedNumber(const RealRange& range) {
     return range == RealRange{}
                ? PPropertyCheck::tr("a number")
-               : PPropertyCheck::tr("a number from %1 to %2").arg(range.minimum).arg(range.maximum);
+               : PPropertyCheck::tr("a number from %1 to %2")
+                     .arg(QString::number(range.minimum), QString::number(range.maximum));
 }
 
 QString expectedChoice(const PEnumeration& choices) {
     QStringList names;
     for (const PEnumerationItem& item : choices.items())
-        names.append(u'"' + item.title + u'"');
+        names.append(u'"' + PPrintableText::toLine(item.title) + u'"');
+    if (names.isEmpty())
+        return PPropertyCheck::tr("a choice, but the camera reports none");
     return PPropertyCheck::tr("one of %1").arg(names.join(u", "_qs));
 }
 
 QString expectedRegion(const PScanAreaRange& range) {
     return PPropertyCheck::tr("a region x,y,width,height inside %1, at least %2 x %3 pixels, in "
                               "steps of %4 x %5, or the whole area")
-        .arg(PPropertyText::ofRegion(range.bounds))
-        .arg(range.minimumWidth)
-        .arg(range.minimumHeight)
-        .arg(qMax(1, range.widthStep))
-        .arg(qMax(1, range.heightStep));
+        .arg(PPropertyText::ofRegion(range.bounds), QString::number(range.minimumWidth),
+             QString::number(range.minimumHeight), QString::number(qMax(1, range.widthStep)),
+             QString::number(qMax(1, range.heightStep)));
 }
 
 } // namespace

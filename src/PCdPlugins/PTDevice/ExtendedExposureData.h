@@ -14,6 +14,9 @@ struct PCD_EXPORT ExtendedExposureData {
     // automatic exposure: the host keeps those of the video.
     Q_CLASSINFO("HostFields", "exp autoexpenabled")
     Q_CLASSINFO("HostFieldsWhile", "capturemode=1")
+    // The times as long as the SDK's 32 bits of microseconds hold, the rest as in the panel.
+    Q_CLASSINFO("Ranges", "exp=0..4294967 minutes=0..71 seconds=0..60 milliseconds=0..999 "
+                          "microseconds=0..999 spincount=1..999 triggermode=0..1 capturemode=0..1")
     Q_PROPERTY(quint16 target MEMBER target)
     Q_PROPERTY(quint16 gain MEMBER gain)
     Q_PROPERTY(double exp MEMBER exp)

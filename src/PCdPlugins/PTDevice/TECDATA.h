@@ -9,6 +9,7 @@
 /// Cooler switch and target temperature: the value of "teccontrol". A value type; any thread.
 struct PCD_EXPORT TECDATA {
     Q_GADGET
+    Q_CLASSINFO("Ranges", "on=0..1")
     Q_PROPERTY(qint32 on MEMBER on)
     Q_PROPERTY(qint16 target MEMBER target)
 

@@ -385,6 +385,14 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <source>an unsigned whole number of %1 bits</source>
         <translation>целое число из %1 бит без знака</translation>
     </message>
+    <message>
+        <source>a number from %1 to %2</source>
+        <translation>число от %1 до %2</translation>
+    </message>
+    <message>
+        <source>a whole number from %1 to %2</source>
+        <translation>целое число от %1 до %2</translation>
+    </message>
 </context>
 <context>
     <name>PHelpController</name>
@@ -828,16 +836,16 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <translation>это не файл</translation>
     </message>
     <message>
+        <source>its name has %1 bytes: expected at most %2</source>
+        <translation>имя файла занимает %1 байт: ожидалось не больше %2</translation>
+    </message>
+    <message>
         <source>the folder &quot;%1&quot; cannot be created</source>
         <translation>не удалось создать папку «%1»</translation>
     </message>
     <message>
         <source>the folder &quot;%1&quot; cannot be written to</source>
         <translation>в папку «%1» нельзя писать</translation>
-    </message>
-    <message>
-        <source>its name has %1 bytes: expected at most %2</source>
-        <translation>имя файла занимает %1 байт: ожидалось не больше %2</translation>
     </message>
     <message>
         <source>the picture cannot be stored in this format</source>
@@ -879,6 +887,10 @@ This is the pixel size of the sensor divided by the magnification.</source>
     <message>
         <source>a whole number</source>
         <translation>целое число</translation>
+    </message>
+    <message>
+        <source>a choice, but the camera reports none</source>
+        <translation>один из вариантов, но камера их не сообщает</translation>
     </message>
     <message>
         <source>a whole number from %1 to %2</source>

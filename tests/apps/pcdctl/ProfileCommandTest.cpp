@@ -133,8 +133,8 @@ const EditRow edits[] = {
     {"a_number_that_is_a_text", "\"value\": 12\n", "\"value\": \"12\"\n",
      "line 29: \"contrast\" cannot be the text \"12\": expected a whole number"},
     {"a_field_that_is_a_text", "\"seconds\": 5", "\"seconds\": \"five\"",
-     "line 16: \"extexposure.seconds\" cannot be the text \"five\": expected a whole number of 32 "
-     "bits"},
+     "line 16: \"extexposure.seconds\" cannot be the text \"five\": expected a whole number from 0 "
+     "to 60"},
     {"a_choice_that_is_unknown", "Average 2x2", "Average 5x5",
      "line 71: \"binning\" cannot be the text \"Average 5x5\": expected one of \"No binning\""},
     {"a_region_outside_its_mode", "[8, 16, 100, 40]", "[8, 16, 320, 240]",

@@ -4,9 +4,12 @@
 
 #include <support/QtPrinters.h>
 #include <support/RowName.h>
+#include <support/WaitUntil.h>
 
 #include <QImage>
 #include <QJsonArray>
+
+#include <csignal>
 
 namespace {
 
@@ -88,8 +91,8 @@ QStringList numbersAt(const QJsonArray& properties, const QString& end) {
     QStringList words;
     for (const QJsonValue& property : properties) {
         if (property[u"range"_qs].isObject()) {
-            words.append(u"%1=%2"_qs.arg(property[u"id"_qs].toString())
-                             .arg(property[u"range"_qs][end].toInt()));
+            words.append(u"%1=%2"_qs.arg(property[u"id"_qs].toString(),
+                                         QString::number(property[u"range"_qs][end].toInt())));
         }
     }
     return words;
@@ -172,10 +175,27 @@ const WrongSettingRow wrongSettings[] = {
     {"a_region_between_the_steps", "roi=0,0,10,4", "\"roi\" cannot be 0,0,10,4: expected"},
     {"half_a_region", "roi=0,0,8", "\"roi\" cannot be \"0,0,8\": expected a region"},
     {"a_value_for_an_action", "awbonce=1", "\"awbonce\" is an action and takes no value"},
+    {"a_field_below_its_range", "extexposure.minutes=-2147483648",
+     "\"extexposure\": \"minutes\" cannot be \"-2147483648\": expected a whole number from 0 to "
+     "71"},
+    {"a_field_above_its_range", "extexposure.triggermode=90",
+     "\"extexposure\": \"triggermode\" cannot be \"90\": expected a whole number from 0 to 1"},
+    {"no_time", "extexposure.exp=-1",
+     "\"extexposure\": \"exp\" cannot be \"-1\": expected a number from 0 to 4294967"},
     {"a_property_twice", "contrast=1;contrast=2", "\"contrast\" is given twice"},
 };
 
 INSTANTIATE_TEST_SUITE_P(Pcdctl, WrongSetting, testing::ValuesIn(wrongSettings), RowName());
+
+TEST_F(SetCommand, a_cooler_and_a_fan_can_only_be_on_or_off) {
+    scene.set(u"flags"_qs, QJsonArray{u"FAN"_qs, u"TEC_ONOFF"_qs}).set(u"fanLevels"_qs, 3);
+    for (const QString& field : {u"fan.enable"_qs, u"teccontrol.on"_qs}) {
+        const CtlResult result = run({u"set"_qs, field + u"=2"_qs});
+        EXPECT_EQ(result.exitCode, 2);
+        EXPECT_TRUE(result.errors.contains(u"expected a whole number from 0 to 1"_qs))
+            << result.errors.toStdString();
+    }
+}
 
 TEST_F(SetCommand, says_what_the_camera_has_instead_and_sets_the_rest) {
     scene.addFault(failing(u"Toupcam_put_Contrast"_qs)).addFault(failing(u"Toupcam_put_VFlip"_qs));

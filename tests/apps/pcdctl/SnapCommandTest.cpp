@@ -120,6 +120,13 @@ TEST_F(SnapCommand, a_tiff_file_is_written_too) {
     ASSERT_EQ(snap(path(u"a.tiff"_qs)).exitCode, 0);
     const QByteArray bytes = readFile(path(u"a.tiff"_qs));
     EXPECT_TRUE(bytes.startsWith("II*"));
+TEST_F(SnapCommand, a_camera_that_reports_no_mode_does_not_answer) {
+    scene.addFault(failing(u"Toupcam_get_ResolutionNumber"_qs));
+    const CtlResult result = snap(path(u"a.png"_qs), {u"--mode"_qs, u"1"_qs});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.errors, u"pcdctl: the camera does not answer: it reports no mode\n"_qs);
+}
+
     EXPECT_TRUE(bytes.contains("Camera: Small-S0001\n"));
     EXPECT_GT(bytes.size(), 320 * 240 * 3);
 }

@@ -58,7 +58,39 @@ QVariant parseField(const QString& text, QMetaType type) {
     return wholeNumberIn(text, type);
 }
 
-QString fieldExpectation(QMetaType type) {
+QString classInfo(const QVariant& value, const char* name) {
+    const QMetaObject* const fields = gadgetFields(value);
+    const int index = fields == nullptr ? -1 : fields->indexOfClassInfo(name);
+    return index < 0 ? QString() : QString::fromLatin1(fields->classInfo(index).value());
+}
+
+/// The ends of the range that the type declares for a field; empty if it declares none.
+QStringList rangeEnds(const QVariant& value, const QString& name) {
+    const QStringList ranges = classInfo(value, "Ranges").split(u' ', Qt::SkipEmptyParts);
+    for (const QString& range : ranges) {
+        if (range.section(u'=', 0, 0) == name)
+            return range.section(u'=', 1).split(u".."_qs);
+    }
+    return {};
+}
+
+bool isInRange(const QVariant& value, const QString& name, const QVariant& meant) {
+    const QStringList ends = rangeEnds(value, name);
+    return ends.size() != 2 ||
+           (meant.toDouble() >= ends[0].toDouble() && meant.toDouble() <= ends[1].toDouble());
+}
+
+QString expectationWithin(const QStringList& ends, QMetaType type) {
+    return type.id() == QMetaType::Double
+               ? PCompositeFields::tr("a number from %1 to %2").arg(ends[0], ends[1])
+               : PCompositeFields::tr("a whole number from %1 to %2").arg(ends[0], ends[1]);
+}
+
+QString fieldExpectation(const QVariant& value, const QMetaProperty& field) {
+    const QMetaType type = field.metaType();
+    if (const QStringList ends = rangeEnds(value, QString::fromLatin1(field.name()));
+        ends.size() == 2)
+        return expectationWithin(ends, type);
     if (type.id() == QMetaType::Bool)
         return PCompositeFields::tr("on or off");
     if (type.id() == QMetaType::Double)
@@ -71,12 +103,6 @@ QString fieldExpectation(QMetaType type) {
 
 QString fieldText(const QVariant& field) {
     return PPropertyText::ofValue(field, QVariant());
-}
-
-QString classInfo(const QVariant& value, const char* name) {
-    const QMetaObject* const fields = gadgetFields(value);
-    const int index = fields == nullptr ? -1 : fields->indexOfClassInfo(name);
-    return index < 0 ? QString() : QString::fromLatin1(fields->classInfo(index).value());
 }
 
 /// The fields of this value that the device does not hold.
@@ -120,21 +146,23 @@ PStatus PCompositeFields::write(QVariant& value, const QString& name, const QStr
         return PStatus::failure(u"there is no field \"%1\": expected one of %2"_qs.arg(
             name, names(value).join(u", "_qs)));
     const QVariant meant = parseField(text.trimmed(), field.metaType());
-    if (!meant.isValid() || !field.writeOnGadget(value.data(), meant))
+    if (!meant.isValid() || !isInRange(value, name, meant) ||
+        !field.writeOnGadget(value.data(), meant))
         return PStatus::failure(u"\"%1\" cannot be \"%2\": expected %3"_qs.arg(
-            name, text, fieldExpectation(field.metaType())));
+            name, text, fieldExpectation(value, field)));
     return PStatus::Ok;
 }
 
 bool PCompositeFields::assign(QVariant& value, const QString& name, const QVariant& given) {
     const QMetaProperty field = findField(value, name);
     const QVariant meant = field.isValid() ? inFieldType(given, field.metaType()) : QVariant();
-    return meant.isValid() && field.writeOnGadget(value.data(), meant);
+    return meant.isValid() && isInRange(value, name, meant) &&
+           field.writeOnGadget(value.data(), meant);
 }
 
 QString PCompositeFields::expectation(const QVariant& value, const QString& name) {
     const QMetaProperty field = findField(value, name);
-    return field.isValid() ? fieldExpectation(field.metaType()) : QString();
+    return field.isValid() ? fieldExpectation(value, field) : QString();
 }
 
 QVariant PCompositeFields::withHostFields(QVariant read, const QVariant& known) {

@@ -15,6 +15,9 @@
 /// A type can declare fields that the device does not hold while another field has a certain value:
 /// Q_CLASSINFO("HostFields", "exp gain") and Q_CLASSINFO("HostFieldsWhile", "capturemode=1"). What
 /// the device returns for them then means something else, and the cached values are kept.
+///
+/// It can also declare the ranges of numbers: Q_CLASSINFO("Ranges", "exp=0..60.5 gain=1..999").
+/// Text and files with other numbers are then refused; the device's own answers are not checked.
 class PCD_EXPORT PCompositeFields {
     Q_DECLARE_TR_FUNCTIONS(PCompositeFields)
 
@@ -27,8 +30,8 @@ public:
     static QStringList storedNames(const QVariant& value);
     /// One field's value; invalid if there is none of this name.
     static QVariant read(const QVariant& value, const QString& name);
-    /// Sets one field from a text: a whole number that fits the field, a number, or a
-    /// switch as in PPropertyText. Fails, and changes nothing, with a sentence that names the
+    /// Sets one field from a text: a whole number that fits the field and its range, a number, or
+    /// a switch as in PPropertyText. Fails, and changes nothing, with a sentence that names the
     /// field, the text and what was expected.
     static PStatus write(QVariant& value, const QString& name, const QString& text);
     /// Sets one field from a value in a file: a number that fits the field, true or false. Returns

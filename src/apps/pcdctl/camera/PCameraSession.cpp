@@ -23,6 +23,8 @@ QString idAndName(const PDeviceMode& mode) {
 }
 
 PCtlOutcome unknownMode(const QString& requested, const QList<PDeviceMode>& modes) {
+    if (modes.isEmpty())
+        return PCtlOutcome::failed(u"the camera does not answer: it reports no mode"_qs);
     QStringList known;
     for (const PDeviceMode& mode : modes)
         known.append(idAndName(mode));

@@ -53,7 +53,9 @@ QString unknown(PDevice& device, const QString& requested) {
 PDeviceProperty* PPropertyLookup::find(PDevice& device, const QString& id, PCtlOutcome& outcome) {
     device.supportProperties();
     PDeviceProperty* const property = device.getProperty(id.toUtf8());
-    if (property == nullptr)
+    if (device.supportProperties().isEmpty())
+        outcome = PCtlOutcome::failed(u"the camera does not answer: it reports no property"_qs);
+    else if (property == nullptr)
         outcome = PCtlOutcome::wrongUsage(unknown(device, id));
     return property;
 }

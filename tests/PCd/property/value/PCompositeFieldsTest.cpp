@@ -13,14 +13,19 @@ struct Lamp {
     Q_PROPERTY(qint32 colour MEMBER colour)
     Q_PROPERTY(double hours MEMBER hours)
     Q_PROPERTY(bool on MEMBER on)
+    Q_PROPERTY(qint32 filter MEMBER filter)
+    Q_PROPERTY(double angle MEMBER angle)
     Q_CLASSINFO("HostFields", "power hours")
     Q_CLASSINFO("HostFieldsWhile", "on=off")
+    Q_CLASSINFO("Ranges", "filter=-1..4 angle=0..0.5")
 
 public:
     quint16 power = 7;
     qint32 colour = -3;
     double hours = 1.5;
     bool on = true;
+    qint32 filter = 0;
+    double angle = 0;
 };
 
 namespace {
@@ -83,13 +88,32 @@ INSTANTIATE_TEST_SUITE_P(
         FieldRow{"no_number", "hours", "nan", {}, "\"hours\" cannot be \"nan\": expected a number"},
         FieldRow{
             "an_infinity", "hours", "inf", {}, "\"hours\" cannot be \"inf\": expected a number"},
+        FieldRow{"the_least_of_a_range", "filter", "-1", -1},
+        FieldRow{"the_most_of_a_range", "filter", "4", 4},
+        FieldRow{"a_number_below_its_range",
+                 "filter",
+                 "-2",
+                 {},
+                 "\"filter\" cannot be \"-2\": expected a whole number from -1 to 4"},
+        FieldRow{"a_number_above_its_range",
+                 "filter",
+                 "5",
+                 {},
+                 "\"filter\" cannot be \"5\": expected a whole number from -1 to 4"},
+        FieldRow{"a_fraction_in_its_range", "angle", "0.5", 0.5},
+        FieldRow{"a_fraction_above_its_range",
+                 "angle",
+                 "0.51",
+                 {},
+                 "\"angle\" cannot be \"0.51\": expected a number from 0 to 0.5"},
         FieldRow{"a_switch", "on", "off", false},
         FieldRow{"no_switch", "on", "maybe", {}, "\"on\" cannot be \"maybe\": expected on or off"},
         FieldRow{"an_unknown_field",
                  "weight",
                  "1",
                  {},
-                 "there is no field \"weight\": expected one of power, colour, hours, on"},
+                 "there is no field \"weight\": expected one of power, colour, hours, on, "
+                 "filter, angle"},
         FieldRow{"nothing",
                  "power",
                  "",
@@ -101,8 +125,9 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(PCompositeFields, are_named_in_the_order_of_their_declaration) {
     EXPECT_TRUE(PCompositeFields::isComposite(lamp()));
-    EXPECT_EQ(PCompositeFields::names(lamp()).join(u' '), u"power colour hours on"_qs);
-    EXPECT_EQ(PCompositeFields::toText(lamp()), u"power=7 colour=-3 hours=1.5 on=on"_qs);
+    EXPECT_EQ(PCompositeFields::names(lamp()).join(u' '), u"power colour hours on filter angle"_qs);
+    EXPECT_EQ(PCompositeFields::toText(lamp()),
+              u"power=7 colour=-3 hours=1.5 on=on filter=0 angle=0"_qs);
 }
 
 TEST(PCompositeFields, of_the_host_are_taken_from_the_cached_value_while_their_condition_holds) {
@@ -117,10 +142,10 @@ TEST(PCompositeFields, of_the_host_are_taken_from_the_cached_value_while_their_c
     const QVariant known = makeLamp(1, 2, 3, false);
     EXPECT_EQ(
         PCompositeFields::toText(PCompositeFields::withHostFields(makeLamp(7, 8, 9, false), known)),
-        u"power=1 colour=8 hours=3 on=off"_qs);
+        u"power=1 colour=8 hours=3 on=off filter=0 angle=0"_qs);
     EXPECT_EQ(
         PCompositeFields::toText(PCompositeFields::withHostFields(makeLamp(7, 8, 9, true), known)),
-        u"power=7 colour=8 hours=9 on=on"_qs);
+        u"power=7 colour=8 hours=9 on=on filter=0 angle=0"_qs);
     EXPECT_EQ(PCompositeFields::withHostFields(5, known), QVariant(5));
     EXPECT_EQ(PCompositeFields::withHostFields(5, 6), QVariant(5));
     EXPECT_FALSE(PCompositeFields::withHostFields(QVariant(), QVariant()).isValid());
