@@ -8,6 +8,7 @@
 
 #include <apps/common/program/PArgumentText.h>
 #include <apps/common/program/PTerminationSignals.h>
+#include <apps/common/program/PTranslations.h>
 
 #include <PLog/PLog.h>
 
@@ -84,6 +85,9 @@ PCtlOutcome runOptions(const PCtlOptions& options) {
         outcome = prepareFiles(options);
     if (!outcome.isDone())
         return outcome;
+    const PStatus language = PTranslations::checkEnvironment();
+    if (!language.isOk() && options.language.isEmpty())
+        PCtlOutput::printMessage(language.reason());
     if (options.command == PCtlOptions::Command::Doctor)
         return runDoctorCommand(options);
     PCtlHost host;

@@ -125,6 +125,9 @@ void PViewProgram::note(const QString& problem) {
     m_problem += (m_problem.isEmpty() ? QString() : u"\n"_qs) + problem;
 }
 
+    const PStatus language = PTranslations::checkEnvironment();
+    if (!language.isOk() && options.language.isEmpty())
+        PViewLog::warning(language.reason());
 /// The camera that it was saved from; empty if that is not plugged in, or if there is no profile.
 QString PViewProgram::cameraOfProfile(const QString& path) const {
     PDeviceProfile profile;

@@ -120,6 +120,18 @@ TEST(PcdctlUsage, a_bad_log_filter_in_the_environment_names_the_variable) {
     EXPECT_TRUE(result.errors.contains(u"PCD_LOG: "_qs)) << result.errors.toStdString();
 }
 
+TEST(PcdctlUsage, an_unknown_language_in_the_environment_is_named_once_and_ignored) {
+    const auto prepare = [](CtlProcess& process) {
+        process.with(u"PCD_LANG"_qs, u"xx"_qs).with(u"LC_ALL"_qs, u"ru_RU.UTF-8"_qs);
+    };
+    const CtlResult result = runCtl({u"props"_qs, u"--sdk=sim"_qs, u"hue"_qs}, prepare);
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.errors,
+              u"pcdctl: PCD_LANG: \"xx\" is not a language of this program, so it is ignored: "
+              "expected en or ru\n"_qs);
+    EXPECT_EQ(runCtl({u"list"_qs, u"--sdk=sim"_qs, u"--lang=en"_qs}, prepare).errors, QString());
+}
+
 TEST(PcdctlUsage, an_argument_that_is_no_text_is_refused) {
     const CtlResult result = runCtl({}, [](CtlProcess& process) {
         process.with([] { execl(PCDCTL_PROGRAM, "pcdctl", "snap", "-o", "a\xff.png", nullptr); });

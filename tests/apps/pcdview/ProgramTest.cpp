@@ -138,6 +138,16 @@ TEST_F(ProgramTest, an_argument_that_is_no_text_is_refused) {
     EXPECT_TRUE(text.contains("argument 1, \"\\xff\", is not UTF-8")) << text.constData();
 }
 
+TEST_F(ProgramTest, an_unknown_language_in_the_environment_is_named) {
+    const QString file = path(u"window.png"_qs);
+    qputenv("PCD_LANG", "xx");
+    EXPECT_EQ(
+        run({u"--sdk=sim"_qs, u"--scene"_qs, writeScene(), u"--grab"_qs, file, u"--after=0"_qs}),
+        0);
+    qunsetenv("PCD_LANG");
+    EXPECT_EQ(errors.count(u"PCD_LANG: \"xx\" is not a language"_qs), 1) << errors.toStdString();
+}
+
 TEST_F(ProgramTest, a_signal_closes_it_as_the_user_does) {
     QProcess process;
     prepare(process);

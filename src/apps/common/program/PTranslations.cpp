@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/program/PTranslations.h>
 
+#include <PCore/PPrintableText.h>
+
 #include <QCoreApplication>
 #include <QDirIterator>
 #include <QLocale>
@@ -9,6 +11,8 @@
 #include <memory>
 
 namespace {
+
+const char* const languageVariable = "PCD_LANG";
 
 /// "ru" of "ru_RU".
 QString toLanguage(const QString& locale) {
@@ -30,11 +34,20 @@ bool PTranslations::isKnown(const QString& language) {
     return QStringList{u"en"_qs, u"ru"_qs}.contains(toLanguage(language));
 }
 
+PStatus PTranslations::checkEnvironment() {
+    const QString language = qEnvironmentVariable(languageVariable);
+    if (language.isEmpty() || isKnown(language))
+        return PStatus::Ok;
+    return PStatus::failure(
+        u"PCD_LANG: \"%1\" is not a language of this program, so it is ignored: expected en or ru"_qs
+            .arg(PPrintableText::toLine(language)));
+}
+
 QString PTranslations::language(const QString& requested) {
     if (!requested.isEmpty())
         return requested;
-    const QString fromEnvironment = qEnvironmentVariable("PCD_LANG");
-    return fromEnvironment.isEmpty() ? QLocale::system().name() : fromEnvironment;
+    const QString fromEnvironment = qEnvironmentVariable(languageVariable);
+    return isKnown(fromEnvironment) ? fromEnvironment : QLocale::system().name();
 }
 
 int PTranslations::install(const QString& language) {
