@@ -27,10 +27,20 @@
 #include <QTimer>
 #include <QTranslator>
 
+#include <cmath>
+
 namespace {
 
 constexpr std::chrono::milliseconds signalsEvery(100);
 constexpr qsizetype logRecords = 2000; // more than users scroll through
+
+/// How long cameras may take to close.
+std::chrono::milliseconds closingTime() {
+    constexpr std::chrono::seconds usual(10); // a computer may be slow
+    const double seconds = qEnvironmentVariable("PCD_CLOSING_SECONDS").toDouble();
+    return seconds > 0 && seconds <= 3600 ? std::chrono::milliseconds(std::llround(seconds * 1e3))
+                                          : usual;
+}
 
 /// Installs Qt's own texts, on buttons and in file dialogs, if there is a catalogue.
 void installTextsOfQt(const QLocale& locale) {
@@ -115,6 +125,9 @@ PStatus PViewProgram::startCameras(const PViewOptions& options) {
         note(plugins.reason());
     for (const PPluginLoader::Failure& failure : m_host.pluginFailures())
         note(u"plugin \"%1\" not loaded: %2"_qs.arg(failure.path, failure.reason));
+    const PStatus language = PTranslations::checkEnvironment();
+    if (!language.isOk() && options.language.isEmpty())
+        PViewLog::warning(language.reason());
     // After the plugins are loaded, and before their devices create their titles.
     useLanguage(PTranslations::language(options.language));
     return PStatus::Ok;
@@ -125,9 +138,6 @@ void PViewProgram::note(const QString& problem) {
     m_problem += (m_problem.isEmpty() ? QString() : u"\n"_qs) + problem;
 }
 
-    const PStatus language = PTranslations::checkEnvironment();
-    if (!language.isOk() && options.language.isEmpty())
-        PViewLog::warning(language.reason());
 /// The camera that it was saved from; empty if that is not plugged in, or if there is no profile.
 QString PViewProgram::cameraOfProfile(const QString& path) const {
     PDeviceProfile profile;
@@ -175,6 +185,10 @@ int PViewProgram::run(const PViewOptions& options) {
     watch.start(signalsEvery);
     PViewLog::info(u"ready, cameras: %1"_qs.arg(m_host.manager().devices().size()));
     const int code = QApplication::exec();
+    m_window->finishFiles();
+    // From here on only cameras are closed, which may take for ever; nothing else can fail.
+    m_deadline.emplace(closingTime(),
+                       u"pcdview: a camera does not return; the program ends without it"_qs, code);
     m_window.reset();
     return code;
 }

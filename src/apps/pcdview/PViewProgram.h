@@ -4,12 +4,14 @@
 #include <apps/pcdview/options/PViewOptions.h>
 
 #include <apps/common/camera/PCameraHost.h>
+#include <apps/common/program/PExitDeadline.h>
 
 #include <PLog/PLogSink.h>
 
 #include <QCoreApplication>
 
 #include <memory>
+#include <optional>
 
 class PMainWindow;
 
@@ -25,7 +27,8 @@ public:
     /// error; other problems are shown in the window.
     PStatus start(const PViewOptions& options);
     /// Runs until the window is closed, the picture of --grab is saved, or a termination signal
-    /// arrives: recordings are then completed without a question. Returns the exit code.
+    /// arrives: recordings are then completed without a question. Returns the exit code. A camera
+    /// that does not return from being closed ends the process a few seconds later.
     int run(const PViewOptions& options);
 
     PMainWindow& window() { return *m_window; }
@@ -41,6 +44,7 @@ private:
     void grab(const QString& path);
     void note(const QString& problem);
 
+    std::optional<PExitDeadline> m_deadline; ///< first: for the destruction of the others too
     std::shared_ptr<PMemoryLogSink> m_log;
     std::shared_ptr<PStderrLogSink> m_terminal;
     QString m_problem;

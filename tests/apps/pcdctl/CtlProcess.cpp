@@ -72,6 +72,19 @@ bool CtlProcess::waitForOutput(const QByteArray& text) {
     return true;
 }
 
+bool CtlProcess::waitForErrors(const QByteArray& text) {
+    const QDeadlineTimer deadline(longestRunMs);
+    m_process.setReadChannel(QProcess::StandardError);
+    QByteArray errors = this->errors();
+    while (!errors.contains(text)) {
+        if (deadline.hasExpired() || m_process.state() == QProcess::NotRunning)
+            return false;
+        m_process.waitForReadyRead(1000);
+        errors += this->errors();
+    }
+    return true;
+}
+
 bool CtlProcess::isRunning() {
     return !m_process.waitForFinished(0) && m_process.state() != QProcess::NotRunning;
 }

@@ -29,6 +29,8 @@ public:
     bool finish();
     /// Waits until the standard output contains this.
     bool waitForOutput(const QByteArray& text);
+    /// Waits until the standard error stream contains this, which errors() then no longer returns.
+    bool waitForErrors(const QByteArray& text);
     void sendSignal(int number);
     bool isRunning();
 

@@ -197,6 +197,23 @@ TEST_F(SetCommand, a_cooler_and_a_fan_can_only_be_on_or_off) {
     }
 }
 
+TEST_F(SetCommand, a_signal_says_that_it_waits_for_a_call_that_hangs_and_another_ends_it) {
+    scene.addFault({{u"do"_qs, u"delay"_qs},
+                    {u"function"_qs, u"Toupcam_put_Gamma"_qs},
+                    {u"ms"_qs, 3'600'000}});
+    CtlProcess process({u"set"_qs, u"contrast=1"_qs, u"gamma=50"_qs, u"--sdk=sim"_qs, u"--scene"_qs,
+                        scene.writeTo(path(u"scene.json"_qs))});
+    const QString journal = path(u"journal"_qs);
+    process.with(u"TOUPCAM_SIM_JOURNAL"_qs, journal).start();
+    ASSERT_TRUE(waitUntil([&] { return readFile(journal).contains("Toupcam_put_Contrast"); }));
+    process.sendSignal(SIGINT);
+    EXPECT_TRUE(process.waitForErrors("still waiting for the camera to return"));
+    EXPECT_TRUE(process.isRunning());
+    process.sendSignal(SIGINT);
+    ASSERT_TRUE(process.finish());
+    EXPECT_EQ(process.exitCode(), -1);
+}
+
 TEST_F(SetCommand, says_what_the_camera_has_instead_and_sets_the_rest) {
     scene.addFault(failing(u"Toupcam_put_Contrast"_qs)).addFault(failing(u"Toupcam_put_VFlip"_qs));
     const CtlResult result = run({u"set"_qs, u"contrast=12"_qs, u"vflip=on"_qs, u"gamma=50"_qs});

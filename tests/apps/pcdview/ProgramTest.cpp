@@ -126,6 +126,32 @@ TEST_F(ProgramTest, a_file_that_is_not_a_library_is_reported_in_the_window) {
     EXPECT_TRUE(errors.contains(u"none.so"_qs)) << errors.toStdString();
 }
 
+TEST_F(ProgramTest, a_camera_that_does_not_return_from_closing_does_not_keep_the_program) {
+    const QString scene = path(u"scene.json"_qs);
+    writeFile(scene, R"({"cameras": [{"id": "a", "source": {"kind": "patches"},
+                                      "resolutions": [{"width": 64, "height": 48}]}],
+                         "faults": [{"do": "delay", "function": "Toupcam_Stop", "ms": 3600000}]})");
+    QProcess process;
+    prepare(process);
+    QProcessEnvironment environment = process.processEnvironment();
+    environment.insert(u"PCD_CLOSING_SECONDS"_qs, u"0.2"_qs);
+    process.setProcessEnvironment(environment);
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(QStringLiteral(PCDVIEW_PROGRAM),
+                  {u"--sdk=sim"_qs, u"--scene"_qs, scene, u"--log-level=info"_qs});
+    QByteArray logged;
+    ASSERT_TRUE(waitUntil([&] {
+        process.waitForReadyRead(100);
+        return (logged += process.readAll()).contains("ready, cameras: 1");
+    })) << logged.constData();
+    process.terminate();
+    ASSERT_TRUE(process.waitForFinished(60'000));
+    logged += process.readAll();
+    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(process.exitCode(), 0);
+    EXPECT_TRUE(logged.contains("pcdview: a camera does not return")) << logged.constData();
+}
+
 TEST_F(ProgramTest, an_argument_that_is_no_text_is_refused) {
     QProcess process;
     prepare(process);

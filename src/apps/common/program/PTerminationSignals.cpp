@@ -1,13 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/program/PTerminationSignals.h>
 
+#include <algorithm>
 #include <array>
 #include <atomic>
+#include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <thread>
 
 namespace {
 
+constexpr timespec patience{2, 0}; // seconds, in which most runs end
 constexpr std::array signalsThatEnd{SIGINT, SIGTERM, SIGHUP};
 
 std::atomic<bool> expected{false};
@@ -38,17 +42,40 @@ void endBy(int number) {
     std::raise(number);
 }
 
+/// The program does not end by the signal it has recorded: the user is told what it waits for.
+void reportWait() {
+    std::fprintf(stderr,
+                 "%s: still waiting for the camera to return, or for files to be completed; a "
+                 "second signal (Ctrl-C) ends the program at once\n",
+                 program_invocation_short_name);
+}
+
+/// Returns the signal, or 0 if none arrives in time.
+int waitForSignal(const sigset_t& set, const timespec& time) {
+    for (;;) {
+        const int number = sigtimedwait(&set, nullptr, &time);
+        if (number > 0 || errno == EAGAIN)
+            return std::max(number, 0);
+    }
+}
+
 void waitForSignals(sigset_t set) {
     int number = 0;
     while (sigwait(&set, &number) == 0) {
         if (!expected || noted.exchange(true))
             endBy(number);
+        number = waitForSignal(set, patience);
+        if (number != 0)
+            endBy(number);
+        reportWait();
     }
 }
 
 } // namespace
 
 void PTerminationSignals::watch() {
+    // Then writing fails with a reason that can be reported, and nothing is left half done.
+    std::signal(SIGXFSZ, SIG_IGN);
     const sigset_t set = watchedSignals();
     pthread_sigmask(SIG_BLOCK, &set, nullptr);
     // Runs as long as the process: signals may arrive at any time.
@@ -62,5 +89,3 @@ void PTerminationSignals::expect() {
 bool PTerminationSignals::isNoted() {
     return noted;
 }
-    // Then writing fails with a reason that can be reported, and nothing is left half done.
-    std::signal(SIGXFSZ, SIG_IGN);

@@ -12,7 +12,9 @@ public:
     /// reaches the limit on sizes ends nothing from now on: writing to it fails.
     static void watch();
 
-    /// After this the first signal is only recorded; the next one ends the program. Any thread.
+    /// After this the first signal is only recorded; the next one ends the program. If the program
+    /// has not ended two seconds after the first, the standard error stream says what it waits for:
+    /// a call to the camera may hang. Any thread.
     static void expect();
     /// True once a signal was recorded. Any thread.
     static bool isNoted();

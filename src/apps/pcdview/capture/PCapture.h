@@ -32,6 +32,8 @@ public:
                    const QString& path);
     /// The number of pictures that wait or are being saved.
     int unsaved() const { return m_saver.unsaved(); }
+    /// Waits until there are none, and reports the results.
+    void waitUntilSaved() { m_saver.waitUntilSaved(); }
 
 signals:
     /// unsaved() has changed.

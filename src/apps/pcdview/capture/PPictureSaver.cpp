@@ -47,6 +47,11 @@ void PPictureSaver::save(Job job) {
                        .arg(double(waiting) / 1e6, 0, 'f', 1));
     }
 }
+void PPictureSaver::waitUntilSaved() {
+    m_work.waitUntilIdle();
+    m_results.runAll();
+}
+
 
 void PPictureSaver::countUnsaved(int change) {
     m_unsaved += change;

@@ -37,6 +37,8 @@ public:
     void save(Job job);
     /// The number of pictures that wait or are being saved.
     int unsaved() const { return m_unsaved; }
+    /// Waits until there are none, and emits finished() for those that waited.
+    void waitUntilSaved();
 
 signals:
     /// unsaved() has changed.

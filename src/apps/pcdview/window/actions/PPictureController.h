@@ -21,6 +21,8 @@ public:
     /// Waits until no picture is left to be saved, while a message shows how many are. False: the
     /// user does not want to wait for that, or a picture could not be saved.
     bool finishSaving();
+    /// Waits until no picture is left to be saved, without a message.
+    void waitUntilSaved() { m_capture.waitUntilSaved(); }
 
 signals:
     /// The number of pictures that wait or are being saved has changed.

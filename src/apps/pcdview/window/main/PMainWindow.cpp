@@ -82,6 +82,13 @@ void PMainWindow::closeUnasked() {
     close();
 }
 
+void PMainWindow::finishFiles() {
+    constexpr std::chrono::hours longEnough(24); // a time that can be added to any other
+    m_recordings.endAsProgramCloses();
+    m_recordings.finishWithin(longEnough);
+    m_controllers->picture().waitUntilSaved();
+}
+
 bool PMainWindow::mayClose() {
     PRecordController& recording = m_controllers->recording();
     return recording.mayCloseWindow() && m_controllers->picture().finishSaving() &&

@@ -32,6 +32,8 @@ public:
     void offerProfile(const QString& path);
     /// Closes the window without a question.
     void closeUnasked();
+    /// Ends the recordings, and waits until their files and all pictures are complete.
+    void finishFiles();
 
 protected:
     void closeEvent(QCloseEvent* event) override;

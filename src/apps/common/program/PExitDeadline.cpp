@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+#include <apps/common/program/PExitDeadline.h>
+
+#include <cstdio>
+
+#include <unistd.h>
+
+PExitDeadline::PExitDeadline(std::chrono::milliseconds time, const QString& message, int code)
+    // A thread of its own: the main thread may be in a call that never returns.
+    : m_thread([this, time, text = message.toUtf8() + '\n', code] { wait(time, text, code); }) {
+}
+
+PExitDeadline::~PExitDeadline() {
+    {
+        const std::lock_guard lock(m_mutex);
+        m_isMet = true;
+    }
+    m_changed.notify_all();
+    m_thread.join();
+}
+
+void PExitDeadline::wait(std::chrono::milliseconds time, const QByteArray& message, int code) {
+    std::unique_lock lock(m_mutex);
+    if (m_changed.wait_for(lock, time, [this] { return m_isMet; }))
+        return;
+    std::fputs(message.constData(), stderr);
+    // Not exit(): it would wait for locks that the call in progress holds.
+    ::_exit(code);
+}
