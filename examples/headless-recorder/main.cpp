@@ -156,7 +156,7 @@ int main(int argc, char* argv[]) {
     if (writer->refused > 0)
         fail(QString("lost frames: %1, as the disk is too slow").arg(writer->refused));
     if (writer->failed > 0)
-        fail(QString("lost frames: %1, %2").arg(writer->failed).arg(writer->problem));
+        fail(QString("lost frames: %1, %2").arg(QString::number(writer->failed), writer->problem));
     if (camera == nullptr || camera->isGone())
         fail("the camera is gone");
     return writer->written == frames ? 0 : 1;

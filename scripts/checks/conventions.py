@@ -55,7 +55,7 @@ def check_code(path, text, result):
     """Adds the violations of one C++ file."""
     code = Code(text)
     for index, token in enumerate(code.tokens):
-        fault = (literal_fault(code, index) or cast_fault(code, index)
+        fault = (literal_fault(code, index) or text_fault(code, index) or cast_fault(code, index)
                  or constant_fault(code, index) or name_fault(code, index))
         if fault:
             result.add(path, token.line, fault)
@@ -72,6 +72,15 @@ def literal_fault(code, index):
     if code.at(index) == "QLatin1Char" and inside == "char":
         return "QLatin1Char('…'): expected u'…', or QChar(u'…') where that is ambiguous"
     return ""
+
+
+def text_fault(code, index):
+    """What is wrong with a text that is filled at a token; "" if nothing is."""
+    if code.at(index) != "arg" or code.at(index + 1) != "(" or code.at(index - 2) != ")":
+        return ""
+    opening = code.match.get(index - 2, 0)
+    # A value that contains %2 would be filled by the second call.
+    return ".arg(a).arg(b): expected .arg(a, b)" if code.at(opening - 1) == "arg" else ""
 
 
 def cast_fault(code, index):

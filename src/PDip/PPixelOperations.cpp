@@ -46,8 +46,8 @@ PStatus PDIP::setXToXRGB(PImage* image) {
         const ImageRawData raw = image->rawData(AccessMode::ReadWrite);
         setAllX(raw.data(), raw.size()); // rows of 4-byte pixels have no padding between them
     } catch (const std::bad_alloc&) {
-        return PStatus::failure(
-            u"no memory for the pixels of %1x%2"_qs.arg(image->width()).arg(image->height()));
+        return PStatus::failure(u"no memory for the pixels of %1x%2"_qs.arg(
+            QString::number(image->width()), QString::number(image->height())));
     }
     image->reinterpretFormat(ColorFormat::Xrgb);
     return PStatus::Ok;

@@ -49,7 +49,8 @@ public:
     }
 
     static PDeviceMode makeMode(int width, int height, const QByteArray& id) {
-        return {width, height, u"%1x%2"_qs.arg(width).arg(height), id, 24};
+        return {width, height, u"%1x%2"_qs.arg(QString::number(width), QString::number(height)), id,
+                24};
     }
 
     bool refusesLink = false, refusesUnlink = false, refusesStart = false, refusesStop = false;

@@ -325,8 +325,8 @@ TEST_P(PTStreamThreadOtherSize, in_the_second_pull_drops_the_frame_with_a_line) 
     EXPECT_EQ(count(PFrameOutcome::BadSize), 1u);
     EXPECT_EQ(device->frameLedger().produced, 1u);
     EXPECT_EQ(ptLastText(log),
-              u"Frame dropped, pulled as %1 x %2 but announced as 64 x 48"_qs.arg(GetParam().width)
-                  .arg(GetParam().height));
+              u"Frame dropped, pulled as %1 x %2 but announced as 64 x 48"_qs.arg(
+                  QString::number(GetParam().width), QString::number(GetParam().height)));
     ASSERT_EQ(debugTexts(log).size(), 1) << "its debug line is written";
     EXPECT_TRUE(debugTexts(log).first().startsWith(u"pull image: PImage(64x48"_qs));
 }

@@ -462,6 +462,13 @@ class ConventionsTest(TreeTest):
         self.expect_wrong("f(QLatin1Char('a'));", "expected u'…'")
         self.expect_right('f(u"a"_qs, u\'a\', QStringLiteral(PATH), QLatin1Char(c)); // QStringLiteral("a")')
 
+    def test_texts_are_filled_in_one_call(self):
+        self.expect_wrong('u"%1 %2"_qs.arg(a).arg(b);', ".arg(a).arg(b): expected .arg(a, b)")
+        self.expect_wrong('tr("%1 %2").arg(f(a), 3).arg(b.c(d));', "expected .arg(a, b)")
+        self.expect(self.check('u"%1 %2"_qs\n    .arg(a)\n    .arg(b);\n'), "tests/a.cpp:3")
+        self.expect_right('u"%1 %2"_qs.arg(u"%1"_qs.arg(a), b); // .arg(a).arg(b)',
+                          'u"%1"_qs.arg(a).trimmed(); f(a).arg(b);')
+
     def test_casts_to_numbers_are_written_as_functions(self):
         self.expect_wrong("f(static_cast<int>(a));", "static_cast<int>(…): expected int(…)")
         self.expect_wrong("f(static_cast<std::size_t>(a));", "expected std::size_t(…)")

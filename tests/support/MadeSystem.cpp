@@ -35,8 +35,8 @@ QString MadeSystem::addUsb(const Usb& device) {
     if (!device.driver.isEmpty()) {
         QFile::link(u"../../drivers/"_qs + device.driver, m_root + u'/' + interface + u"driver"_qs);
     }
-    const QString node = u"dev/bus/usb/%1/%2"_qs.arg(bus.toInt(), 3, 10, QChar(u'0'))
-                             .arg(device.address, 3, 10, QChar(u'0'));
+    const QString node = u"dev/bus/usb/%1/%2"_qs.arg(
+        bus.rightJustified(3, u'0'), QString::number(device.address).rightJustified(3, u'0'));
     write(node, QByteArray());
     return m_root + u'/' + node;
 }

@@ -45,9 +45,10 @@ private:
         const QString version = PDeviceProfileParser::versionKey();
         if (!PPropertyEncoding::areEqual(m_reader.readValue(version),
                                          PDeviceProfileParser::version)) {
-            throw Fault{findPlace(version), u"another version of the format: expected "
-                                            "%1: %2"_qs.arg(quoted(version))
-                                                .arg(PDeviceProfileParser::version)};
+            throw Fault{
+                findPlace(version),
+                u"another version of the format: expected "
+                "%1: %2"_qs.arg(quoted(version), QString::number(PDeviceProfileParser::version))};
         }
     }
 

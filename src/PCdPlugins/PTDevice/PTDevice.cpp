@@ -36,7 +36,7 @@ HToupCam openCamera(const ToupcamDeviceV2& record) {
 PDeviceMode readMode(HToupCam handle, unsigned index) {
     PDeviceMode mode;
     Toupcam_get_Resolution(handle, index, &mode.width, &mode.height);
-    mode.name = u"%1x%2"_qs.arg(mode.width).arg(mode.height);
+    mode.name = u"%1x%2"_qs.arg(QString::number(mode.width), QString::number(mode.height));
     mode.id = QByteArray::number(index);
     mode.bitDepth = 24;
     return mode;

@@ -125,7 +125,8 @@ void checkFrame(const QByteArray& bytes) {
     if (bytes.size() < headerSize + checksumSize)
         throw PReadFault{bytes.size(), u"cut short"_qs};
     if (const quint32 found = numberAt(bytes, 4); found != version)
-        throw PReadFault{4, u"version %1 is unknown (%2 was expected)"_qs.arg(found).arg(version)};
+        throw PReadFault{4, u"version %1 is unknown (%2 was expected)"_qs.arg(
+                                QString::number(found), QString::number(version))};
     const qsizetype end = bytes.size() - checksumSize;
     if (numberAt(bytes, end) != checksum(bytes.left(end)))
         throw PReadFault{end, u"the checksum is wrong: cut short or changed"_qs};
@@ -156,7 +157,7 @@ PStatus PBinaryReader::setDocument(const QByteArray& bytes) {
     try {
         d->tree.setRoot(parsed(bytes));
     } catch (const PReadFault& fault) {
-        return PStatus::failure(u"byte %1: %2"_qs.arg(fault.offset).arg(fault.what));
+        return PStatus::failure(u"byte %1: %2"_qs.arg(QString::number(fault.offset), fault.what));
     }
     return PStatus::Ok;
 }

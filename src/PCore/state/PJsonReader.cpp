@@ -240,7 +240,7 @@ private:
 
 PStatus failureAt(const QByteArray& json, qsizetype offset, const QString& what) {
     const qsizetype line = 1 + json.left(offset).count('\n');
-    return PStatus::failure(u"line %1: %2"_qs.arg(line).arg(what));
+    return PStatus::failure(u"line %1: %2"_qs.arg(QString::number(line), what));
 }
 
 /// The error of Qt's parser, or Ok.

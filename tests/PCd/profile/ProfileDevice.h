@@ -54,16 +54,16 @@ public:
     QStringList state() const {
         const auto pair = exposure->inDevice.value<StreamedPair>();
         const QRect region = roi->inDevice.toRect();
-        return {QString::fromLatin1(device.mode.id),
-                u"roi %1,%2 %3x%4"_qs.arg(region.x())
-                    .arg(region.y())
-                    .arg(region.width())
-                    .arg(region.height()),
-                u"contrast %1"_qs.arg(contrast->inDevice.toInt()),
-                u"hue %1"_qs.arg(hue->inDevice.toInt()),
-                u"exposure %1 %2"_qs.arg(pair.saved).arg(pair.leftOut),
-                u"rotate "_qs + rotate->inDevice.toUuid().toString(),
-                u"negative %1"_qs.arg(negative->inDevice.toBool())};
+        return {
+            QString::fromLatin1(device.mode.id),
+            u"roi %1,%2 %3x%4"_qs.arg(QString::number(region.x()), QString::number(region.y()),
+                                      QString::number(region.width()),
+                                      QString::number(region.height())),
+            u"contrast %1"_qs.arg(contrast->inDevice.toInt()),
+            u"hue %1"_qs.arg(hue->inDevice.toInt()),
+            u"exposure %1 %2"_qs.arg(QString::number(pair.saved), QString::number(pair.leftOut)),
+            u"rotate "_qs + rotate->inDevice.toUuid().toString(),
+            u"negative %1"_qs.arg(negative->inDevice.toBool())};
     }
 
     /// A property that records in the device's list that it was set.

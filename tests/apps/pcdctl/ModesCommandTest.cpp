@@ -22,7 +22,7 @@ protected:
 
 QJsonObject mode(const char* id, int width, int height, bool current) {
     return {{u"id"_qs, QString::fromLatin1(id)},
-            {u"name"_qs, u"%1x%2"_qs.arg(width).arg(height)},
+            {u"name"_qs, u"%1x%2"_qs.arg(QString::number(width), QString::number(height))},
             {u"width"_qs, width},
             {u"height"_qs, height},
             {u"bitDepth"_qs, 24},

@@ -16,10 +16,11 @@ QString toLine(const QJsonObject& property) {
         return value.isUndefined() ? u"-"_qs : value.toVariant().toString();
     };
     const QJsonObject range = property.value(u"range"_qs).toObject();
-    const QString limits = range.isEmpty() ? u"-"_qs
-                                           : u"%1..%2/%3"_qs.arg(range[u"minimum"_qs].toInt())
-                                                 .arg(range[u"maximum"_qs].toInt())
-                                                 .arg(range[u"step"_qs].toInt());
+    const QString limits = range.isEmpty()
+                               ? u"-"_qs
+                               : u"%1..%2/%3"_qs.arg(QString::number(range[u"minimum"_qs].toInt()),
+                                                     QString::number(range[u"maximum"_qs].toInt()),
+                                                     QString::number(range[u"step"_qs].toInt()));
     return QStringList{compact("id"),      compact("title"),        compact("typeCode"), limits,
                        compact("default"), compact("serializable"), compact("group")}
         .join(u'|');

@@ -55,6 +55,16 @@ TEST_F(SnapCommand, prints_what_it_saved_and_where_as_json) {
         << result.output.toStdString();
 }
 
+TEST_F(SnapCommand, names_with_percent_signs_are_printed_as_they_are) {
+    scene.set(u"model"_qs, u"50%1 %4"_qs);
+    const QString file = path(u"a%2%5.png"_qs);
+    const CtlResult result = snap(file);
+    EXPECT_EQ(QString::fromUtf8(result.output),
+              u"Saved "_qs + file + u": 320 x 240 pixels, camera 50%1 %4-S0001 (simulated)\n"_qs)
+        << result.errors.toStdString();
+    EXPECT_FALSE(QImage(file).isNull());
+}
+
 TEST_F(SnapCommand, the_file_says_how_the_picture_was_made) {
     ASSERT_EQ(snap(path(u"a.png"_qs), {u"--mode"_qs, u"1"_qs}).exitCode, 0);
     const QImage picture(path(u"a.png"_qs));
@@ -110,6 +120,13 @@ TEST_F(SnapCommand, an_unknown_mode_is_wrong_usage_that_lists_the_modes) {
         << result.errors.toStdString();
 }
 
+TEST_F(SnapCommand, a_camera_that_reports_no_mode_does_not_answer) {
+    scene.addFault(failing(u"Toupcam_get_ResolutionNumber"_qs));
+    const CtlResult result = snap(path(u"a.png"_qs), {u"--mode"_qs, u"1"_qs});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.errors, u"pcdctl: the camera does not answer: it reports no mode\n"_qs);
+}
+
 TEST_F(SnapCommand, a_grey_camera_gives_a_grey_file) {
     scene.set(u"bits"_qs, 8).set(u"flags"_qs, QJsonArray{u"MONO"_qs});
     ASSERT_EQ(snap(path(u"a.png"_qs)).exitCode, 0);
@@ -120,13 +137,6 @@ TEST_F(SnapCommand, a_tiff_file_is_written_too) {
     ASSERT_EQ(snap(path(u"a.tiff"_qs)).exitCode, 0);
     const QByteArray bytes = readFile(path(u"a.tiff"_qs));
     EXPECT_TRUE(bytes.startsWith("II*"));
-TEST_F(SnapCommand, a_camera_that_reports_no_mode_does_not_answer) {
-    scene.addFault(failing(u"Toupcam_get_ResolutionNumber"_qs));
-    const CtlResult result = snap(path(u"a.png"_qs), {u"--mode"_qs, u"1"_qs});
-    EXPECT_EQ(result.exitCode, 1);
-    EXPECT_EQ(result.errors, u"pcdctl: the camera does not answer: it reports no mode\n"_qs);
-}
-
     EXPECT_TRUE(bytes.contains("Camera: Small-S0001\n"));
     EXPECT_GT(bytes.size(), 320 * 240 * 3);
 }
@@ -160,6 +170,14 @@ TEST_F(SnapCommand, a_file_of_this_name_stays_whole_if_the_new_one_cannot_be_wri
               QStringList{u"a.png"_qs});
 }
 
+TEST_F(SnapCommand, a_name_adds_no_line_to_what_a_tiff_file_says) {
+    scene.set(u"model"_qs, u"A\nSimulated: no"_qs);
+    ASSERT_EQ(snap(path(u"a.tif"_qs)).exitCode, 0);
+    const QByteArray bytes = readFile(path(u"a.tif"_qs));
+    EXPECT_TRUE(bytes.contains("\nModel: A\\nSimulated: no\n"));
+    EXPECT_FALSE(bytes.contains("\nSimulated: no"));
+}
+
 struct OutputRow {
     const char* name;
     const char* output;
@@ -178,14 +196,6 @@ TEST_P(SnapOutput, is_refused_before_the_camera_is_touched) {
     ASSERT_TRUE(QDir().mkpath(path(u"folder.png"_qs)));
     const QString journal = path(u"journal"_qs);
     const CtlResult result =
-TEST_F(SnapCommand, a_name_adds_no_line_to_what_a_tiff_file_says) {
-    scene.set(u"model"_qs, u"A\nSimulated: no"_qs);
-    ASSERT_EQ(snap(path(u"a.tif"_qs)).exitCode, 0);
-    const QByteArray bytes = readFile(path(u"a.tif"_qs));
-    EXPECT_TRUE(bytes.contains("\nModel: A\\nSimulated: no\n"));
-    EXPECT_FALSE(bytes.contains("\nSimulated: no"));
-}
-
         runCtl(arguments(path(QString::fromLatin1(GetParam().output)), {}),
                [&](CtlProcess& process) { process.with(u"TOUPCAM_SIM_JOURNAL"_qs, journal); });
     EXPECT_EQ(result.exitCode, 1);
@@ -196,6 +206,18 @@ TEST_F(SnapCommand, a_name_adds_no_line_to_what_a_tiff_file_says) {
 
 INSTANTIATE_TEST_SUITE_P(Pcdctl, SnapOutput, testing::ValuesIn(badOutputs),
                          [](const auto& row) { return std::string(row.param.name); });
+
+TEST_F(SnapCommand, a_name_that_is_too_long_is_refused_before_the_camera_is_touched) {
+    const QString file = path(QString(128, u'ß') + u".png"_qs);
+    const QString journal = path(u"journal"_qs);
+    const CtlResult result = runCtl(arguments(file, {}), [&](CtlProcess& process) {
+        process.with(u"TOUPCAM_SIM_JOURNAL"_qs, journal);
+    });
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.errors.contains(u"its name has 260 bytes: expected at most 248"_qs))
+        << result.errors.toStdString();
+    EXPECT_EQ(readFile(journal), QByteArray());
+}
 
 TEST_F(SnapCommand, the_picture_comes_by_still_capture) {
     const QString journal = path(u"journal"_qs);
@@ -212,18 +234,6 @@ TEST_F(SnapCommand, a_camera_that_refuses_a_still_picture_is_a_failure) {
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_TRUE(result.errors.contains(u"the camera refused to take a still"_qs));
     EXPECT_FALSE(QFile::exists(path(u"a.png"_qs)));
-}
-
-TEST_F(SnapCommand, a_name_that_is_too_long_is_refused_before_the_camera_is_touched) {
-    const QString file = path(QString(128, u'ß') + u".png"_qs);
-    const QString journal = path(u"journal"_qs);
-    const CtlResult result = runCtl(arguments(file, {}), [&](CtlProcess& process) {
-        process.with(u"TOUPCAM_SIM_JOURNAL"_qs, journal);
-    });
-    EXPECT_EQ(result.exitCode, 1);
-    EXPECT_TRUE(result.errors.contains(u"its name has 260 bytes: expected at most 248"_qs))
-        << result.errors.toStdString();
-    EXPECT_EQ(readFile(journal), QByteArray());
 }
 
 TEST_F(SnapCommand, a_camera_that_sends_nothing_is_given_up) {

@@ -134,11 +134,11 @@ TEST(PcdctlUsage, an_unknown_language_in_the_environment_is_named_once_and_ignor
 
 TEST(PcdctlUsage, an_argument_that_is_no_text_is_refused) {
     const CtlResult result = runCtl({}, [](CtlProcess& process) {
-        process.with([] { execl(PCDCTL_PROGRAM, "pcdctl", "snap", "-o", "a\xff.png", nullptr); });
+        process.with([] { execl(PCDCTL_PROGRAM, "pcdctl", "list", "--scene", "a\xff", nullptr); });
     });
     EXPECT_EQ(result.exitCode, 2);
     EXPECT_EQ(result.errors,
-              u"pcdctl: argument 3, \"a\\xff.png\", is not UTF-8: expected text in UTF-8\n"_qs);
+              u"pcdctl: argument 3, \"a\\xff\", is not UTF-8: expected text in UTF-8\n"_qs);
 }
 
 TEST(PcdctlUsage, the_log_level_option_has_precedence_over_the_environment) {

@@ -87,9 +87,9 @@ PStatus PTriggerControl::checkExposure(const QVariant& value) const {
     if (!m_timeRange || (time >= m_timeRange->minimum && time <= m_timeRange->maximum))
         return PStatus::Ok;
     return PStatus::failure(tr("an exposure time of %1 s is not possible: expected %2 s to %3 s")
-                                .arg(time / 1e3)
-                                .arg(m_timeRange->minimum / 1e3)
-                                .arg(m_timeRange->maximum / 1e3));
+                                .arg(QString::number(time / 1e3),
+                                     QString::number(m_timeRange->minimum / 1e3),
+                                     QString::number(m_timeRange->maximum / 1e3)));
 }
 
 PTriggerControl::PTriggerControl(PDevice& device)

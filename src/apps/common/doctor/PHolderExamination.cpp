@@ -22,7 +22,7 @@ PFinding examineHolders(const PUsbDevice& device, const QList<PFileHolder>& hold
     }
     QStringList names;
     for (const PFileHolder& holder : holders)
-        names.append(u"%1 (process %2)"_qs.arg(holder.program).arg(holder.process));
+        names.append(u"%1 (process %2)"_qs.arg(holder.program, QString::number(holder.process)));
     return {
         Severity::Warning, holderTopic, device.title(),
         u"is open in %1; a camera works with one program at a time"_qs.arg(names.join(u", "_qs)),

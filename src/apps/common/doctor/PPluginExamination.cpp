@@ -16,7 +16,8 @@ using Severity = PFinding::Severity;
 const QString pluginTopic = u"plugin"_qs;
 
 QString toMinorText(const QVersionNumber& version) {
-    return u"%1.%2"_qs.arg(version.majorVersion()).arg(version.minorVersion());
+    return u"%1.%2"_qs.arg(QString::number(version.majorVersion()),
+                           QString::number(version.minorVersion()));
 }
 
 /// What Qt compares before it loads a plugin.

@@ -15,8 +15,8 @@ constexpr double highSpeed = 480;
 constexpr double superSpeed = 5000;
 
 QString linkText(const PUsbDevice& device) {
-    return u"a link of %1 Mbit/s; the device reports USB %2"_qs.arg(device.speed)
-        .arg(device.version, 0, 'f', 1);
+    return u"a link of %1 Mbit/s; the device reports USB %2"_qs.arg(
+        QString::number(device.speed), QString::number(device.version, 'f', 1));
 }
 
 /// What the device can use for certain: at USB 2 ports, those for USB 3 report 2.1 too.
@@ -31,7 +31,7 @@ PFinding examineSpeed(const PUsbDevice& device) {
     if (device.speed < certainSpeed(device)) {
         return {
             Severity::Warning, speedTopic, device.title(),
-            u"%1, and can use %2 Mbit/s"_qs.arg(link).arg(certainSpeed(device)),
+            u"%1, and can use %2 Mbit/s"_qs.arg(link, QString::number(certainSpeed(device))),
             u"Connect it to a USB 3 port with a USB 3 cable, without a hub or an extension."_qs};
     }
     // 2.1 also has other reasons; before Linux 6.10 the system does not show which.

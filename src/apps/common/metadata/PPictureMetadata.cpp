@@ -11,8 +11,8 @@
 namespace {
 
 QString modeText(const PDeviceMode& mode) {
-    return u"%1, id %2, %3 bits per pixel"_qs.arg(mode.name, QString::fromLatin1(mode.id))
-        .arg(mode.bitDepth);
+    return u"%1, id %2, %3 bits per pixel"_qs.arg(mode.name, QString::fromLatin1(mode.id),
+                                                  QString::number(mode.bitDepth));
 }
 
 void appendStamp(PPictureMetadata& text, const PFrameStamp& stamp) {

@@ -28,7 +28,8 @@ QString lostFrames(const PFrameLedger& ledger) {
     for (const PFrameOutcome outcome : {PFrameOutcome::LostInCamera, PFrameOutcome::BadDepth,
                                         PFrameOutcome::BadSize, PFrameOutcome::NoMemory}) {
         if (ledger.count(outcome) > 0)
-            parts.append(u"%1 %2"_qs.arg(ledger.count(outcome)).arg(PFrameLedger::title(outcome)));
+            parts.append(u"%1 %2"_qs.arg(QString::number(ledger.count(outcome)),
+                                         PFrameLedger::title(outcome)));
     }
     return parts.isEmpty() ? QString()
                            : u"frames of the camera are missing: "_qs + parts.join(u", "_qs);
@@ -92,7 +93,7 @@ void POmeNotes::addChanges(const PFrameStamp& stamp) {
 
 void POmeNotes::addChange(const QString& key, const PFrameStamp& stamp, const QString& text) {
     if (m_changes.size() < mostChanges)
-        m_changes.append({u"%1 from frame %2"_qs.arg(key).arg(stamp.sequence), text});
+        m_changes.append({u"%1 from frame %2"_qs.arg(key, QString::number(stamp.sequence)), text});
     else
         ++m_moreChanges;
 }
@@ -108,7 +109,8 @@ void POmeNotes::addNumber(quint64 sequence) {
 QString POmeNotes::numbers() const {
     QStringList runs;
     for (const auto& [first, last] : m_numbers) {
-        runs.append(first == last ? QString::number(first) : u"%1-%2"_qs.arg(first).arg(last));
+        runs.append(first == last ? QString::number(first)
+                                  : u"%1-%2"_qs.arg(QString::number(first), QString::number(last)));
     }
     return runs.join(u", "_qs);
 }

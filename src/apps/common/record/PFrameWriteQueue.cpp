@@ -35,7 +35,8 @@ PStatus PFrameWriteQueue::tryWrite(const PDeviceFrame& frame, quint64 number) co
         return m_write(frame, number);
     } catch (const std::exception& error) {
         return PStatus::failure(
-            tr("cannot save frame %1: %2").arg(number).arg(QString::fromLocal8Bit(error.what())));
+            tr("cannot save frame %1: %2")
+                .arg(QString::number(number), QString::fromLocal8Bit(error.what())));
     }
 }
 

@@ -57,11 +57,13 @@ PUsbDevice readDevice(const PSystemTree& system, const QString& port) {
     const auto read = [&](const QString& name) {
         return system.readText(usbFolder + port + u'/' + name);
     };
+    const auto nodeNumber = [&](const QString& name) {
+        return QString::number(read(name).toInt()).rightJustified(3, u'0');
+    };
     PUsbDevice device;
     device.port = port;
-    device.node =
-        system.path(u"dev/bus/usb/%1/%2"_qs.arg(read(u"busnum"_qs).toInt(), 3, 10, QChar(u'0'))
-                        .arg(read(u"devnum"_qs).toInt(), 3, 10, QChar(u'0')));
+    device.node = system.path(
+        u"dev/bus/usb/%1/%2"_qs.arg(nodeNumber(u"busnum"_qs), nodeNumber(u"devnum"_qs)));
     device.id =
         PUsbId::parse(read(u"idVendor"_qs) + u':' + read(u"idProduct"_qs)).value_or(PUsbId());
     device.product = read(u"product"_qs);

@@ -84,9 +84,10 @@ PCtlOutcome readPixelSize(const QCommandLineParser& parser, std::optional<double
     bool isNumber = false;
     const double micrometres = parser.value(option).toDouble(&isNumber);
     if (!isNumber || !(micrometres >= leastMicrometres && micrometres <= mostMicrometres)) {
-        return wrongValue(parser.value(option), option,
-                          u"a number of micrometres from %1 to %2"_qs.arg(leastMicrometres)
-                              .arg(mostMicrometres, 0, 'f', 0));
+        return wrongValue(
+            parser.value(option), option,
+            u"a number of micrometres from %1 to %2"_qs.arg(
+                QString::number(leastMicrometres), QString::number(mostMicrometres, 'f', 0)));
     }
     size = micrometres;
     return {};

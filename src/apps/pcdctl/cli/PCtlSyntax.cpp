@@ -202,7 +202,7 @@ QString indented(const QString& lines) {
 QString commandSummaries() {
     QString text = u"\nCommands:\n"_qs;
     for (const CommandSyntax& command : PCtlSyntax::commands())
-        text += u"  %1%2\n"_qs.arg(command.name, -10).arg(command.summary);
+        text += u"  %1%2\n"_qs.arg(command.name.leftJustified(10), command.summary);
     return text + u"\n\"pcdctl COMMAND --help\" shows the options and examples of a command.\n"_qs;
 }
 
@@ -210,7 +210,7 @@ QString exitCodeLines() {
     QString text = u"\nExit codes:\n"_qs;
     const QStringList& codes = PCtlSyntax::exitCodes();
     for (qsizetype code = 0; code < codes.size(); ++code)
-        text += u"  %1  %2\n"_qs.arg(code).arg(codes[code]);
+        text += u"  %1  %2\n"_qs.arg(QString::number(code), codes[code]);
     return text;
 }
 

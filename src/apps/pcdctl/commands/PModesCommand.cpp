@@ -19,11 +19,9 @@ QJsonObject toJson(const PDeviceMode& mode, bool isCurrent) {
 }
 
 QString toText(const PDeviceMode& mode, bool isCurrent) {
-    const QString text = u"%1  %2  %3 x %4 pixels, %5 bits"_qs.arg(QString::fromLatin1(mode.id), -3)
-                             .arg(mode.name, -12)
-                             .arg(mode.width)
-                             .arg(mode.height)
-                             .arg(mode.bitDepth);
+    const QString text = u"%1  %2  %3 x %4 pixels, %5 bits"_qs.arg(
+        QString::fromLatin1(mode.id).leftJustified(3), mode.name.leftJustified(12),
+        QString::number(mode.width), QString::number(mode.height), QString::number(mode.bitDepth));
     return isCurrent ? text + u"  (current)"_qs : text;
 }
 

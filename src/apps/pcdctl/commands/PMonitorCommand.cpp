@@ -19,7 +19,8 @@ void printEvent(const QString& event, const PCameraIdentity& camera, bool json) 
         PCtlOutput::printJsonLine(object);
     } else {
         const QString kind = camera.simulated ? u"  (simulated)"_qs : QString();
-        PCtlOutput::printLine(u"%1  %2  %3%4"_qs.arg(time).arg(event, -8).arg(camera.id, kind));
+        PCtlOutput::printLine(
+            u"%1  %2  %3%4"_qs.arg(time, event.leftJustified(8), camera.id, kind));
     }
     // At once, not when the buffer is full: readers wait for the event.
     PCtlOutput::flush();

@@ -95,10 +95,11 @@ QString toDetails(const PDeviceProperty& property) {
 void printText(const Section& section) {
     PCtlOutput::printLine(section.title);
     for (const PDeviceProperty* property : section.members) {
-        PCtlOutput::printLine(u"  %1 %2  (%3)"_qs.arg(QString::fromLatin1(property->id()), -15)
-                                  .arg(toHeading(*property), toDetails(*property)));
+        PCtlOutput::printLine(
+            u"  %1 %2  (%3)"_qs.arg(QString::fromLatin1(property->id()).leftJustified(15),
+                                    toHeading(*property), toDetails(*property)));
         if (!property->description().isEmpty())
-            PCtlOutput::printLine(u"  %1 %2"_qs.arg(QString(), -15).arg(property->description()));
+            PCtlOutput::printLine(u"  %1 %2"_qs.arg(QString(15, u' '), property->description()));
     }
 }
 

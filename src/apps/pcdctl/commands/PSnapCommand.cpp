@@ -67,10 +67,10 @@ void printJson(const QString& file, const PCameraIdentity& camera, const PSnapRu
 }
 
 void printText(const QString& file, const PCameraIdentity& camera, const PSnapRun& run) {
-    PCtlOutput::printLine(u"Saved %1: %2 x %3 pixels, camera %4%5"_qs.arg(file)
-                              .arg(run.picture().image.width())
-                              .arg(run.picture().image.height())
-                              .arg(camera.id, camera.simulated ? u" (simulated)"_qs : QString()));
+    PCtlOutput::printLine(u"Saved %1: %2 x %3 pixels, camera %4%5"_qs.arg(
+        file, QString::number(run.picture().image.width()),
+        QString::number(run.picture().image.height()), camera.id,
+        camera.simulated ? u" (simulated)"_qs : QString()));
 }
 
 } // namespace

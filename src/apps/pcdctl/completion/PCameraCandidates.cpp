@@ -35,11 +35,10 @@ PCandidates PCameraCandidates::modes() {
             const auto isNamesake = [&](const PDeviceMode& m) { return m.name == mode.name; };
             const bool isUnique = std::count_if(modes.begin(), modes.end(), isNamesake) == 1;
             const QString id = QString::fromLatin1(mode.id);
-            candidates.append(
-                {isUnique ? mode.name : id, u"mode %1, %2 x %3 pixels, %4 bits"_qs.arg(id)
-                                                .arg(mode.width)
-                                                .arg(mode.height)
-                                                .arg(mode.bitDepth)});
+            candidates.append({isUnique ? mode.name : id,
+                               u"mode %1, %2 x %3 pixels, %4 bits"_qs.arg(
+                                   id, QString::number(mode.width), QString::number(mode.height),
+                                   QString::number(mode.bitDepth))});
         }
         return candidates;
     });

@@ -79,8 +79,8 @@ PCtlOutcome judgeFindings(const QList<PFinding>& findings) {
             return finding.severity == severity;
         });
     };
-    const QString text =
-        u"errors: %1, warnings: %2"_qs.arg(count(Severity::Error)).arg(count(Severity::Warning));
+    const QString text = u"errors: %1, warnings: %2"_qs.arg(
+        QString::number(count(Severity::Error)), QString::number(count(Severity::Warning)));
     switch (PFinding::findWorst(findings)) {
     case Severity::Error:
         return PCtlOutcome::failed(text);

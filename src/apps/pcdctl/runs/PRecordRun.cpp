@@ -29,10 +29,9 @@ quint64 PRecordRun::framesTaken() const {
 
 QString PRecordRun::statusText() const {
     const PRecordTally frames = recorder()->progress().tally;
-    QString text =
-        u"%1 written  %2 waiting  %3 dropped"_qs.arg(PCtlOutput::toFrames(frames.written))
-            .arg(frames.waiting)
-            .arg(frames.failed + frames.refused);
+    QString text = u"%1 written  %2 waiting  %3 dropped"_qs.arg(
+        PCtlOutput::toFrames(frames.written), QString::number(frames.waiting),
+        QString::number(frames.failed + frames.refused));
     if (options().frames)
         text += u"  %1 remaining"_qs.arg(frames.wanted - frames.written);
     return text + u"  %1 fps"_qs.arg(tally().currentFps(), 0, 'f', 1);

@@ -66,10 +66,10 @@ QString PStreamRun::stallReason() const {
     text += u" did not arrive within %1 s of the one before"_qs.arg(
         std::chrono::duration<double>(longestWait()).count());
     if (tally().frames() >= 2) {
-        text +=
-            u"; %1 arrived, and the longest gap, %2 s, is after frame %3"_qs.arg(tally().frames())
-                .arg(tally().longestGap().seconds, 0, 'f', 3)
-                .arg(tally().longestGap().after);
+        text += u"; %1 arrived, and the longest gap, %2 s, is after frame %3"_qs.arg(
+            QString::number(tally().frames()),
+            QString::number(tally().longestGap().seconds, 'f', 3),
+            QString::number(tally().longestGap().after));
     }
     return text;
 }
@@ -84,10 +84,10 @@ std::optional<double> PStreamRun::share() const {
 
 QString PStreamRun::statusText() const {
     const double fps = tally().currentFps();
-    QString text = u"%1  %2 fps  %3 MB/s  lost %4"_qs.arg(PCtlOutput::toFrames(tally().frames()))
-                       .arg(fps, 0, 'f', 1)
-                       .arg(fps * double(tally().frameBytes()) / 1e6, 0, 'f', 1)
-                       .arg(lostFrames(session().ledger()));
+    QString text = u"%1  %2 fps  %3 MB/s  lost %4"_qs.arg(
+        PCtlOutput::toFrames(tally().frames()), QString::number(fps, 'f', 1),
+        QString::number(fps * double(tally().frameBytes()) / 1e6, 'f', 1),
+        QString::number(lostFrames(session().ledger())));
     if (recorder() != nullptr)
         text += u"  saved %1"_qs.arg(recorder()->progress().tally.written);
     return text;

@@ -43,15 +43,14 @@ void PPictureSaver::save(Job job) {
     countUnsaved(1);
     if (!isTaken) {
         postResult(tr("cannot save \"%1\": %2 MB of pictures are waiting for the disk")
-                       .arg(path)
-                       .arg(double(waiting) / 1e6, 0, 'f', 1));
+                       .arg(path, QString::number(double(waiting) / 1e6, 'f', 1)));
     }
 }
+
 void PPictureSaver::waitUntilSaved() {
     m_work.waitUntilIdle();
     m_results.runAll();
 }
-
 
 void PPictureSaver::countUnsaved(int change) {
     m_unsaved += change;

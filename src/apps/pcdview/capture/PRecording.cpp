@@ -179,13 +179,13 @@ QString PRecording::outcome(const PFrameRecorder::Progress& progress) const {
         return earlyEnd(written, failure);
     // There is no catalogue with the plural forms of English.
     return written == 1 ? tr("Recorded 1 frame: %1").arg(m_path)
-                        : tr("Recorded %1 frames: %2").arg(written).arg(m_path);
+                        : tr("Recorded %1 frames: %2").arg(QString::number(written), m_path);
 }
 
 QString PRecording::earlyEnd(quint64 written, const QString& failure) const {
-    const QString text =
-        written == 1
-            ? tr("The recording ended early after 1 frame: %1").arg(failure)
-            : tr("The recording ended early after %1 frames: %2").arg(written).arg(failure);
+    const QString text = written == 1
+                             ? tr("The recording ended early after 1 frame: %1").arg(failure)
+                             : tr("The recording ended early after %1 frames: %2")
+                                   .arg(QString::number(written), failure);
     return written == 0 || failure.contains(m_path) ? text : text + u" (%1)"_qs.arg(m_path);
 }

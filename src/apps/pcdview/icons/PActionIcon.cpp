@@ -53,7 +53,7 @@ QImage drawOfTheme(const QString& name, const QSize& size) {
 
 /// Drawn for this grid of pixels.
 QString ownFile(const QString& name, int grid) {
-    return u":/pcdview/icons/breeze/%1/%2.svg"_qs.arg(grid).arg(name);
+    return u":/pcdview/icons/breeze/%1/%2.svg"_qs.arg(QString::number(grid), name);
 }
 
 /// The one whose grid comes out sharp.

@@ -21,7 +21,8 @@ constexpr double scaleBarShare = 0.2; // of the view's width, at most
 
 /// Writes a size on a dark box, as it must be readable on any picture.
 void paintSize(QPainter& painter, QPointF at, QSize size) {
-    const QString text = u"%1 × %2"_qs.arg(size.width()).arg(size.height());
+    const QString text =
+        u"%1 × %2"_qs.arg(QString::number(size.width()), QString::number(size.height()));
     const QFontMetricsF metrics(painter.font());
     const QRectF box(at, QSizeF(metrics.horizontalAdvance(text) + 8, metrics.height() + 4));
     painter.fillRect(box, QColor(0, 0, 0, 150));

@@ -20,8 +20,9 @@ std::optional<PPixelValue> PPixelValue::of(const PImage& image, QPoint at) {
 }
 
 QString PPixelValue::text() const {
-    const QString place = u"x %1, y %2: "_qs.arg(at.x()).arg(at.y());
+    const QString place = u"x %1, y %2: "_qs.arg(QString::number(at.x()), QString::number(at.y()));
     if (isGrey)
         return place + QString::number(green);
-    return place + u"R %1  G %2  B %3"_qs.arg(red).arg(green).arg(blue);
+    return place + u"R %1  G %2  B %3"_qs.arg(QString::number(red), QString::number(green),
+                                              QString::number(blue));
 }

@@ -15,7 +15,8 @@ const QString labPlugin = QStringLiteral(LAB_PLUGIN);
 
 QString minorVersion() {
     const QVersionNumber version = QLibraryInfo::version();
-    return u"%1.%2"_qs.arg(version.majorVersion()).arg(version.minorVersion());
+    return u"%1.%2"_qs.arg(QString::number(version.majorVersion()),
+                           QString::number(version.minorVersion()));
 }
 
 class PPluginExaminationTest : public FolderTest {};

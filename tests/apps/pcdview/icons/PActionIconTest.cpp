@@ -73,7 +73,7 @@ protected:
     }
     /// The shape of the program's own icon in this file.
     static QImage drawing(int grid, const QString& name) {
-        QSvgRenderer file(u":/pcdview/icons/breeze/%1/%2.svg"_qs.arg(grid).arg(name));
+        QSvgRenderer file(u":/pcdview/icons/breeze/%1/%2.svg"_qs.arg(QString::number(grid), name));
         EXPECT_TRUE(file.isValid());
         QImage image(grid, grid, QImage::Format_ARGB32_Premultiplied);
         image.fill(Qt::transparent);

@@ -25,10 +25,9 @@ PDeviceProperty* findRegion(const PViewCamera& camera) {
 }
 
 QString regionText(const QRect& region) {
-    return u"%1, %2, %3 × %4"_qs.arg(region.x())
-        .arg(region.y())
-        .arg(region.width())
-        .arg(region.height());
+    return u"%1, %2, %3 × %4"_qs.arg(QString::number(region.x()), QString::number(region.y()),
+                                     QString::number(region.width()),
+                                     QString::number(region.height()));
 }
 
 } // namespace

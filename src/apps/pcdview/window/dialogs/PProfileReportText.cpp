@@ -30,8 +30,8 @@ QString PProfileReportText::html(const PDeviceProfileReport& report) {
         report.isComplete()
             ? tr("All settings of the profile applied: %1.").arg(report.applied.size())
             : tr("Settings applied: %1, refused: %2.")
-                  .arg(report.applied.size())
-                  .arg(report.refused.size()));
+                  .arg(QString::number(report.applied.size()),
+                       QString::number(report.refused.size())));
     if (!report.note.isEmpty())
         html += u"<p>%1</p>"_qs.arg(report.note.toHtmlEscaped());
     html += section(tr("Refused:"), report.refused);

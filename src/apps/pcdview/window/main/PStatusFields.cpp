@@ -28,7 +28,9 @@ QString toTemperatureText(const PDevice* device) {
 }
 
 QString toSizeText(const PImage& image) {
-    return image.isNull() ? QString() : u"%1 × %2"_qs.arg(image.width()).arg(image.height());
+    return image.isNull()
+               ? QString()
+               : u"%1 × %2"_qs.arg(QString::number(image.width()), QString::number(image.height()));
 }
 
 } // namespace
@@ -56,7 +58,8 @@ QString PStatusFields::waitingText(std::chrono::seconds left) {
         return tr("next picture is due");
     if (left < std::chrono::minutes(2))
         return tr("next picture in %1 s").arg(left.count());
-    return tr("next picture in %1 min %2 s").arg(left.count() / 60).arg(left.count() % 60);
+    return tr("next picture in %1 min %2 s")
+        .arg(QString::number(left.count() / 60), QString::number(left.count() % 60));
 }
 
 PStatusFields::PStatusFields(QStatusBar* bar)

@@ -19,7 +19,8 @@ quint64 PLedgerText::lost(const PFrameLedger& ledger) {
 }
 
 QString PLedgerText::brief(const PFrameLedger& ledger) {
-    return tr("Frames: %1, lost: %2").arg(ledger.produced).arg(lost(ledger));
+    return tr("Frames: %1, lost: %2")
+        .arg(QString::number(ledger.produced), QString::number(lost(ledger)));
 }
 
 QString PLedgerText::summary(const PFrameLedger& ledger) {
@@ -29,12 +30,10 @@ QString PLedgerText::summary(const PFrameLedger& ledger) {
     QStringList places;
     for (PFrameOutcome outcome : PFrameLedger::allOutcomes()) {
         if (isLoss(outcome) && ledger.count(outcome) > 0)
-            places.append(u"%1: %2"_qs.arg(where(outcome)).arg(ledger.count(outcome)));
+            places.append(u"%1: %2"_qs.arg(where(outcome), QString::number(ledger.count(outcome))));
     }
     return tr("Frames: %1, lost: %2 (%3)")
-        .arg(ledger.produced)
-        .arg(lostFrames)
-        .arg(places.join(u", "_qs));
+        .arg(QString::number(ledger.produced), QString::number(lostFrames), places.join(u", "_qs));
 }
 
 QList<std::pair<QString, quint64>> PLedgerText::rows(const PFrameLedger& ledger, quint64 pictures) {

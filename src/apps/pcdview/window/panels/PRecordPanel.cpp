@@ -40,10 +40,11 @@ QString breakable(QString text) {
 
 QString toClockText(PRecordSchedule::Duration time) {
     const auto total = std::chrono::round<std::chrono::seconds>(time).count();
-    const QLatin1Char zero('0');
-    return u"%1:%2:%3"_qs.arg(total / 3600)
-        .arg(total / 60 % 60, 2, 10, zero)
-        .arg(total % 60, 2, 10, zero);
+    const auto twoDigits = [](auto number) {
+        return QString::number(number).rightJustified(2, u'0');
+    };
+    return u"%1:%2:%3"_qs.arg(QString::number(total / 3600), twoDigits(total / 60 % 60),
+                              twoDigits(total % 60));
 }
 
 } // namespace
@@ -180,9 +181,8 @@ QString PRecordPanel::progressText(const PRecording& recording) {
     const PRecordTally& tally = progress.tally;
     QString text = recording.cameraId() + u'\n' +
                    tr("Written: %1, waiting: %2, lost: %3")
-                       .arg(tally.written)
-                       .arg(tally.waiting)
-                       .arg(tally.failed + tally.refused);
+                       .arg(QString::number(tally.written), QString::number(tally.waiting),
+                            QString::number(tally.failed + tally.refused));
     if (progress.isOver)
         return text + u'\n' + tr("Finishing the file…");
     if (progress.timeLeft)
