@@ -1,59 +1,55 @@
 // SPDX-License-Identifier: MIT
-#include <view/ViewBench.h>
-#include <view/ViewReport.h>
+#include <figure/FigureProgram.h>
+#include <view/StallProbe.h>
+#include <view/TimedApplication.h>
+#include <view/Viewer.h>
 
-#include <QCommandLineParser>
-#include <QSettings>
-#include <QStorageInfo>
-#include <QTemporaryDir>
+#include <memory>
 
-#include <cstdio>
-#include <exception>
-
-// The viewer with a camera of 20 megapixels and 30 frames a second: how long the user waits for it.
-// Fails if a ledger does not balance, or if nothing was measured.
+// The viewer with a live picture: what painting it costs, and how long the user waits for the
+// window.
 
 namespace {
 
-int complain(const QString& problem) {
-    std::fprintf(stderr, "bench_view: %s\n", problem.toLocal8Bit().constData());
-    return 1;
+constexpr std::size_t paintsATurn = 10;
+constexpr int turns = 9;
+constexpr std::chrono::seconds watchFor(2);
+constexpr double framePeriodMs = 1000.0 / 30;
+
+TimedApplication& application() {
+    return *static_cast<TimedApplication*>(QCoreApplication::instance());
 }
 
-void describe(const QString& folder) {
-    const QStorageInfo disk(folder);
-    std::printf("Platform %s, recordings on %s (%s)\n",
-                QGuiApplication::platformName().toUtf8().constData(), disk.device().constData(),
-                disk.fileSystemType().constData());
+/// The median in milliseconds.
+double measurePainting(Viewer& viewer, const Viewer::Sensor& sensor) {
+    viewer.show(sensor);
+    application().takePaints();
+    const bool isDone = runUntil([] { return application().paints().count() >= paintsATurn; },
+                                 std::chrono::seconds(30));
+    viewer.pause();
+    return isDone ? application().takePaints().median() : -1;
 }
 
-int measure(TimedApplication& application, const QString& folder, double seconds) {
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder + u"/settings"_qs);
-    describe(folder);
-    ViewBench bench(application, folder, seconds);
-    const PStatus status = bench.run();
-    if (!status.isOk())
-        return complain(status.reason());
-    ViewReport::print(bench.figures());
-    int code = 0;
-    for (const QString& problem : bench.figures().problems())
-        code = complain(problem);
-    return code;
+FigureProgram::Prepare preparePainting(const Viewer::Sensor& sensor) {
+    return [sensor]() -> FigurePair {
+        const auto viewer = std::make_shared<Viewer>();
+        return {[=] { return measurePainting(*viewer, sensor); },
+                [=] { return measurePainting(*viewer, Viewer::small()); }};
+    };
 }
 
-int run(TimedApplication& application) {
-    QCommandLineParser parser;
-    parser.addHelpOption();
-    parser.addOption({u"seconds"_qs, u"How long each thing is done"_qs, u"number"_qs, u"10"_qs});
-    parser.addOption({u"folder"_qs, u"Where recordings of 2.4 GB are made and removed"_qs,
-                      u"path"_qs, QDir::tempPath()});
-    parser.process(application);
-    const double seconds = parser.value(u"seconds"_qs).toDouble();
-    if (seconds <= 0)
-        return complain(u"--seconds takes a number above 0"_qs);
-    const QTemporaryDir folder(parser.value(u"folder"_qs) + u"/bench_view-XXXXXX"_qs);
-    return folder.isValid() ? measure(application, folder.path(), seconds)
-                            : complain(folder.errorString());
+double measureStall(Viewer& viewer) {
+    viewer.show(Viewer::large());
+    StallProbe probe;
+    runUntil([] { return false; }, watchFor);
+    const Durations late = probe.finish();
+    viewer.pause();
+    return late.longest();
+}
+
+FigurePair prepareStall() {
+    const auto viewer = std::make_shared<Viewer>();
+    return {[=] { return measureStall(*viewer); }, [] { return framePeriodMs; }};
 }
 
 } // namespace
@@ -61,12 +57,17 @@ int run(TimedApplication& application) {
 int main(int argc, char* argv[]) {
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    TimedApplication application(argc, argv);
+    const TimedApplication application(argc, argv);
     QApplication::setOrganizationName(u"pcd"_qs);
     QApplication::setApplicationName(u"pcdview"_qs);
-    try {
-        return run(application);
-    } catch (const std::exception& error) {
-        return complain(QString::fromLocal8Bit(error.what()));
-    }
+    FigureProgram::add({"view/paint-20MP", "painting a live frame of 20 megapixels",
+                        "painting one of 1 megapixel", "ms", 1.3, Figure::Bound::Ratio, turns},
+                       preparePainting(Viewer::large()));
+    FigureProgram::add({"view/paint-61MP", "painting a live frame of 61 megapixels",
+                        "painting one of 1 megapixel", "ms", 1.5, Figure::Bound::Ratio, turns},
+                       preparePainting(Viewer::largest()));
+    FigureProgram::add({"view/stall-live", "longest stall in two seconds, 20 MP at 30 fps live",
+                        "one frame period", "ms", 0.35, Figure::Bound::Ratio, turns},
+                       prepareStall);
+    return FigureProgram::run(argc, argv);
 }

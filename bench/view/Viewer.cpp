@@ -3,47 +3,73 @@
 
 #include <apps/pcdview/PViewProgram.h>
 #include <apps/pcdview/camera/PViewCamera.h>
-#include <apps/pcdview/view/PImageView.h>
+#include <apps/pcdview/capture/PCaptureFolder.h>
+#include <apps/pcdview/capture/PRecordSettings.h>
 #include <apps/pcdview/window/camera/PCameraPage.h>
 #include <apps/pcdview/window/camera/PCameraTabs.h>
 #include <apps/pcdview/window/main/PMainWindow.h>
 
 #include <QAction>
+#include <QDir>
 #include <QEventLoop>
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLabel>
+#include <QSettings>
+#include <QStorageInfo>
 #include <QTimer>
+
+#include <stdexcept>
 
 namespace {
 
-constexpr int lookEveryMs = 10;
-constexpr int framesASecond = 30;
-// Until the memory for frames has been touched, and that of an earlier camera released.
-constexpr std::chrono::seconds warmUp(3);
+constexpr int lookEveryMs = 5;
 constexpr std::chrono::seconds patience(60);
+constexpr quint64 warmUpFrames = 10; // until the memory for frames has been touched
+constexpr qint64 roomForRecordings = 10'000'000'000;
 
-QJsonArray camerasWith(QSize sensor) {
-    if (sensor.isEmpty())
-        return {};
-    const QJsonObject resolution{
-        {u"width"_qs, sensor.width()}, {u"height"_qs, sensor.height()}, {u"fps"_qs, framesASecond}};
-    return {QJsonObject{{u"id"_qs, u"ring-1"_qs},
-                        {u"model"_qs, u"Simulated-Ring"_qs},
-                        {u"serial"_qs, u"RING00001"_qs},
-                        {u"flags"_qs, QJsonArray{u"USB30"_qs}},
-                        {u"resolutions"_qs, QJsonArray{resolution}},
-                        {u"exposure"_qs, QJsonObject{{u"default"_qs, 5000}, {u"auto"_qs, false}}},
-                        {u"source"_qs, QJsonObject{{u"kind"_qs, u"ring"_qs}}}}};
+[[noreturn]] void complain(const QString& reason) {
+    throw std::runtime_error(reason.toStdString());
 }
 
-PStatus writeScene(const QString& path, QSize sensor) {
-    const QByteArray scene =
-        QJsonDocument(QJsonObject{{u"cameras"_qs, camerasWith(sensor)}}).toJson();
+void expect(const PStatus& status) {
+    if (!status.isOk())
+        complain(status.reason());
+}
+
+void waitFor(const QString& what, const std::function<bool()>& predicate) {
+    if (!runUntil(predicate, patience))
+        complain(u"waited in vain for "_qs + what);
+}
+
+/// The disk should not be what limits a recording.
+QString findFolder() {
+    const QStorageInfo memory(u"/dev/shm"_qs);
+    const bool isLarge = memory.isValid() && memory.bytesAvailable() > roomForRecordings;
+    return isLarge ? memory.rootPath() : QDir::tempPath();
+}
+
+QJsonObject makeCamera(const Viewer::Sensor& sensor) {
+    const QJsonObject resolution{{u"width"_qs, sensor.size.width()},
+                                 {u"height"_qs, sensor.size.height()},
+                                 {u"fps"_qs, sensor.framesASecond}};
+    return {{u"id"_qs, sensor.name},
+            {u"model"_qs, u"Simulated"_qs},
+            {u"serial"_qs, sensor.name},
+            {u"flags"_qs, QJsonArray{u"USB30"_qs}},
+            {u"resolutions"_qs, QJsonArray{resolution}},
+            {u"exposure"_qs, QJsonObject{{u"default"_qs, 5000}, {u"auto"_qs, false}}},
+            {u"source"_qs, QJsonObject{{u"kind"_qs, u"ring"_qs}, {u"frames"_qs, 2}}}};
+}
+
+void writeScene(const QString& path) {
+    const QJsonArray cameras{makeCamera(Viewer::small()), makeCamera(Viewer::large()),
+                             makeCamera(Viewer::largest())};
+    const QByteArray scene = QJsonDocument(QJsonObject{{u"cameras"_qs, cameras}}).toJson();
     QFile file(path);
-    const bool written = file.open(QIODevice::WriteOnly) && file.write(scene) == scene.size();
-    return written ? PStatus(PStatus::Ok) : PStatus::failure(file.errorString());
+    if (!file.open(QIODevice::WriteOnly) || file.write(scene) != scene.size())
+        complain(file.errorString());
 }
 
 PViewOptions optionsFor(const QString& scene) {
@@ -53,6 +79,19 @@ PViewOptions optionsFor(const QString& scene) {
     options.language = u"en"_qs;
     options.logFilter = u"warning,qt=error"_qs; // the offscreen platform warns of missing features
     return options;
+}
+
+qint64 bytesIn(const QString& folder) {
+    qint64 bytes = 0;
+    for (const QFileInfo& file : QDir(folder).entryInfoList(QDir::Files))
+        bytes += file.size();
+    return bytes;
+}
+
+/// The window's message about the recording.
+QString findOutcome(const QWidget& window) {
+    const auto* const text = window.findChild<QLabel*>(u"recordText"_qs);
+    return text == nullptr ? QString() : text->text();
 }
 
 } // namespace
@@ -71,56 +110,72 @@ bool runUntil(const std::function<bool()>& predicate, std::chrono::milliseconds 
     return loop.exec() == 0;
 }
 
-Viewer::Viewer() = default;
+Viewer::Viewer(int frames)
+    : m_folder(findFolder() + u"/bench_view-XXXXXX"_qs)
+    , m_frames(frames) {
+    if (!m_folder.isValid())
+        complain(m_folder.errorString());
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
+                       m_folder.filePath(u"settings"_qs));
+    PRecordSettings settings;
+    settings.frames = m_frames;
+    settings.remember(); // before the window reads them
+    const QString scene = m_folder.filePath(u"scene.json"_qs);
+    writeScene(scene);
+    m_program = std::make_unique<PViewProgram>();
+    expect(m_program->start(optionsFor(scene)));
+    m_program->window().show();
+    expect(camera().setLive(false)); // the first camera is opened by itself
+}
 
 Viewer::~Viewer() {
-    if (m_program != nullptr)
-        window().close();
+    m_program->window().close();
 }
 
-PStatus Viewer::start(const QString& folder, QSize sensor) {
-    const QString scene = folder + u"/scene.json"_qs;
-    PStatus status = writeScene(scene, sensor);
-    if (!status.isOk())
-        return status;
-    auto program = std::make_unique<PViewProgram>();
-    status = program->start(optionsFor(scene));
-    if (!status.isOk())
-        return status;
-    m_program = std::move(program);
-    window().show();
-    runUntil([] { return false; }, warmUp);
-    if (sensor.isEmpty())
-        return PStatus::Ok;
-    return camera() != nullptr && camera()->ledger().produced > 0
-               ? PStatus(PStatus::Ok)
-               : PStatus::failure(u"the camera sends no frames"_qs);
+PCameraTabs& Viewer::tabs() const {
+    return m_program->window().cameraTabs();
 }
 
-QWidget& Viewer::window() const {
-    return m_program->window();
+PViewCamera& Viewer::camera() const {
+    PCameraPage* const page = tabs().currentPage();
+    if (page == nullptr)
+        complain(u"no camera is open"_qs);
+    return page->camera();
 }
 
-PViewCamera* Viewer::camera() const {
-    PCameraPage* const page = m_program->window().desk().currentPage();
-    return page == nullptr ? nullptr : &page->camera();
+void Viewer::show(const Sensor& sensor) {
+    expect(tabs().open(u"Simulated-"_qs + sensor.name));
+    if (camera().state() != PViewCamera::State::Live) // the first time, opening has started it
+        expect(camera().setLive(true));
+    const quint64 before = producedFrames();
+    waitFor(u"frames"_qs, [&] { return producedFrames() >= before + warmUpFrames; });
 }
 
-PImageView* Viewer::view() const {
-    PCameraPage* const page = m_program->window().desk().currentPage();
-    return page == nullptr ? nullptr : &page->view();
+void Viewer::pause() {
+    expect(camera().setLive(false));
+    waitFor(u"the last frame"_qs, [this] { return camera().ledger().waiting == 0; });
+    if (!camera().ledger().isBalanced())
+        complain(u"the account of the frames does not balance"_qs);
 }
 
-QAction* Viewer::action(const QString& name) const {
-    return window().findChild<QAction*>(name);
+void Viewer::record() {
+    PCaptureFolder::setPath(m_folder.filePath(u"recording"_qs));
+    QAction* const record = m_program->window().findChild<QAction*>(u"record"_qs);
+    // In the event loop, where the user would press it.
+    QTimer::singleShot(0, record, &QAction::trigger);
+    waitFor(u"the start of the recording"_qs, [=] { return record->isChecked(); });
+    waitFor(u"the end of the recording"_qs, [=] { return !record->isChecked(); });
 }
 
-QWidget* Viewer::widget(const QString& name) const {
-    return window().findChild<QWidget*>(name);
+void Viewer::removeRecording() {
+    const QString folder = m_folder.filePath(u"recording"_qs);
+    const QSize size = large().size;
+    const bool isWhole = bytesIn(folder) >= qint64(3) * size.width() * size.height() * m_frames;
+    QDir(folder).removeRecursively();
+    if (!isWhole)
+        complain(u"frames are missing in the recording: "_qs + findOutcome(m_program->window()));
 }
 
-PFrameLedger Viewer::stopAndSettle() {
-    action(u"live"_qs)->setChecked(false);
-    runUntil([this] { return camera()->ledger().waiting == 0; }, patience);
-    return camera()->ledger();
+quint64 Viewer::producedFrames() const {
+    return camera().ledger().produced;
 }

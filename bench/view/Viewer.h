@@ -1,51 +1,60 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <PCd/frame/PFrameLedger.h>
-
-#include <PCore/PStatus.h>
-
 #include <QSize>
 #include <QString>
+#include <QTemporaryDir>
 
 #include <chrono>
 #include <functional>
 #include <memory>
 
-class PImageView;
+class PCameraTabs;
 class PViewCamera;
 class PViewProgram;
-class QAction;
-class QWidget;
 
 /// Runs the main thread's event loop, without a break, until the predicate holds. False if it does
 /// not by the deadline. The GUI thread.
 bool runUntil(const std::function<bool()>& predicate, std::chrono::milliseconds deadline);
 
-/// The viewer with its window, on one simulated camera that hands out ready-made colour frames, 30
-/// a second. The GUI thread.
+/// The viewer with its window, on simulated cameras that hand out ready-made colour frames. All
+/// files that it needs or makes are in a folder that is removed with it. Failures are exceptions
+/// with the reason. The GUI thread.
 class Viewer {
 public:
-    Viewer();
+    /// One of its cameras.
+    struct Sensor {
+        QString name; ///< "20MP"
+        QSize size;
+        int framesASecond = 30;
+    };
+
+    /// Shows the window, without a live picture. `frames`: what record() records. With room for
+    /// some gigabytes of recordings the folder is in memory.
+    explicit Viewer(int frames = 1);
     /// Closes the window as the user does.
     ~Viewer();
 
-    /// Shows the window, and waits until the start is complete. With an empty sensor there is no
-    /// camera. The scene is left in the folder. Fails with the reason.
-    PStatus start(const QString& folder, QSize sensor);
+    static Sensor small() { return {u"1MP"_qs, {1216, 816}, 30}; }
+    static Sensor large() { return {u"20MP"_qs, {5440, 3648}, 30}; }
+    static Sensor largest() { return {u"61MP"_qs, {9568, 6380}, 10}; }
 
-    /// Null without a camera.
-    PViewCamera* camera() const;
-    PImageView* view() const;
-    /// An action, or a widget, by its object name.
-    QAction* action(const QString& name) const;
-    QWidget* widget(const QString& name) const;
-
-    /// Stops the live picture and returns the ledger once no frame is waiting.
-    PFrameLedger stopAndSettle();
+    /// Shows the live picture of this camera, and waits for its first frames.
+    void show(const Sensor& sensor);
+    /// Stops the live picture that show() started.
+    void pause();
+    /// Records frames of the camera that is shown, without a gap, until the file is complete.
+    void record();
+    /// Removes that file, which must have all frames.
+    void removeRecording();
+    /// The number of frames that the camera that is shown has made since it was opened.
+    quint64 producedFrames() const;
 
 private:
-    QWidget& window() const;
+    PCameraTabs& tabs() const;
+    PViewCamera& camera() const;
 
+    QTemporaryDir m_folder;
+    const int m_frames;
     std::unique_ptr<PViewProgram> m_program;
 };
