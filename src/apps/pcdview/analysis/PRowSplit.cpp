@@ -11,7 +11,7 @@ namespace {
 
 #define PCD_AVX2 __attribute__((target("avx2,popcnt")))
 
-constexpr std::size_t step = 32; // pixels, with one register for each of their samples
+constexpr std::size_t pixelsAtOnce = 32; // pixels, with one register for each of their samples
 
 // Processors read ahead on their own, but only to the end of a page; this far, memory is never
 // idle.
@@ -102,7 +102,7 @@ PCD_AVX2 void splitStep(const unsigned char* pixels, unsigned char* green, quint
 PCD_AVX2 void splitInSteps(const unsigned char* pixels, std::size_t count,
                            const PRowSplit::Parts& parts, PRowSplit::Clipped& clipped) {
     std::size_t done = 0;
-    for (; count - done >= step; done += step)
+    for (; count - done >= pixelsAtOnce; done += pixelsAtOnce)
         splitStep(pixels + done * PRowSplit::Bgr::bytes, parts.green + done,
                   parts.thirdAndLuma + done, clipped);
     PRowSplit::splitPlainly<PRowSplit::Bgr>(pixels + done * PRowSplit::Bgr::bytes, count - done,
