@@ -90,13 +90,13 @@ PStatus PViewProgram::start(const PViewOptions& options) {
     if (!status.isOk())
         return status;
     PCdGui::install();
-    introduceToDesktop();
     PTheme::apply(options.theme.isEmpty() ? PTheme::chosen() : PTheme::fromName(options.theme));
     m_host.findCameras();
     m_window = std::make_unique<PMainWindow>(m_host, m_problem, m_log);
     QObject::connect(&m_window->cameraTabs(), &PCameraTabs::simulationRequested, m_window.get(),
                      [this] { restartSimulated(); });
     openCamera(options);
+    introduceToDesktop(); // not earlier: it takes less time than the camera's first exposure
     if (!options.profile.isEmpty())
         offerProfile(options.profile);
     return PStatus::Ok;

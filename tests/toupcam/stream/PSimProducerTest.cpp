@@ -53,7 +53,7 @@ TEST_F(PSimProducerTest, a_frame_that_is_stopped_while_it_is_taken_is_not_delive
 
 TEST_F(PSimProducerTest, a_picture_for_which_there_is_no_memory_is_lost_in_the_camera) {
     m_beforeRun = [this] { EXPECT_EQ(m_parts.schedule.requestStill(1), S_OK); };
-    m_parts.source->whileTaking = [this, takes = 0]() mutable {
+    m_parts.source->whileTaking = [takes = 0]() mutable {
         if (++takes <= 2) // the still and the first frame
             throw std::bad_alloc();
     };
