@@ -27,7 +27,7 @@ PDeviceFrame makeSmallFrame() {
     return frame;
 }
 
-void check(const PStatus& status) {
+void checkWritten(const PStatus& status) {
     if (!status.isOk())
         throw std::runtime_error(status.reason().toStdString());
 }
@@ -43,9 +43,9 @@ GrowthCurve::Point measureRecording(double size) {
     double memory = 0;
     const double total = Stopwatch::processMs([&] {
         for (quint64 number = 1; number <= frames; ++number)
-            check(writer.write(frame, number));
+            checkWritten(writer.write(frame, number));
         memory = UsedMemory::heapKib() - before;
-        check(writer.finish({}));
+        checkWritten(writer.finish({}));
     });
     return {total * 1e3 / size, memory};
 }
