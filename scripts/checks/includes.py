@@ -57,7 +57,7 @@ FOLDERS = {
         "doctor": "camera program system",
         "ome": "camera metadata program record tiff",
         "record": "camera picture",
-        "picture": "metadata tiff",
+        "picture": "file metadata tiff",
         "tiff": "metadata",
         "metadata": "camera program",
     },

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/picture/PPictureFile.h>
 
-#include <apps/common/picture/PExclusiveRename.h>
+#include <apps/common/file/PExclusiveRename.h>
 #include <apps/common/picture/PPngEncoder.h>
 #include <apps/common/tiff/PTiffEncoder.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <apps/common/picture/PExclusiveRename.h>
+#include <apps/common/file/PExclusiveRename.h>
 
 #include <QFile>
 
