@@ -12,16 +12,6 @@ namespace {
 
 constexpr qint64 pageBytes = 4096; // of the system's cache of files
 
-/// The same picture, as grey if all of its pixels are.
-QImage reduced(const QImage& image) {
-    if (!image.isGrayscale())
-        return image;
-    QImage grey = image.convertToFormat(QImage::Format_Grayscale8);
-    if (grey.isNull() && !image.isNull())
-        throw std::bad_alloc();
-    return grey;
-}
-
 /// True if the largest possible size of rows, directory and text is below the format's 4 GiB.
 bool fits(const QImage& image, const QByteArray& description) {
     constexpr qint64 directory = 65'536; // mostly where the strips are
@@ -33,19 +23,18 @@ bool fits(const QImage& image, const QByteArray& description) {
 
 bool PTiffEncoder::write(QFileDevice& file, const QImage& image, const QString& description,
                          const PPictureTags& picture) {
-    const QImage source = reduced(image);
     const QByteArray text = description.toUtf8();
-    if (!fits(source, text))
+    if (!fits(image, text))
         return false;
-    const PTiffTags tags{source.width(),
-                         source.height(),
-                         PPackedRows::sampleCount(source),
-                         PTiffStrips::rowCount(source),
+    const PTiffTags tags{image.width(),
+                         image.height(),
+                         PPackedRows::sampleCount(image),
+                         PTiffStrips::rowCount(image),
                          text,
                          picture};
     std::vector<uchar> rows;
     PTiffDevice device(file);
     const PTiffStream::Handle tiff = device.open("wl", PTiffStream::AtClose::Dropped);
     return tiff && tags.writeTo(tiff.get()) && device.padTo(pageBytes) &&
-           PTiffStrips::write(tiff.get(), source, rows) && TIFFWriteDirectory(tiff.get()) != 0;
+           PTiffStrips::write(tiff.get(), image, rows) && TIFFWriteDirectory(tiff.get()) != 0;
 }

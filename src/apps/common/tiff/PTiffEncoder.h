@@ -8,8 +8,9 @@
 
 class QFileDevice;
 
-/// Writes pictures as TIFF: 8 bits per sample, grey or RGB, uncompressed, little-endian. Uses
-/// libtiff itself, because Qt's TIFF writer needs a plugin and writes no description. Any thread.
+/// Writes pictures as TIFF: 8 bits per sample, uncompressed, little-endian; Grayscale8 becomes
+/// grey, all other formats RGB, whatever the picture shows. Uses libtiff itself, because Qt's TIFF
+/// writer needs a plugin and writes no description. Any thread.
 class PTiffEncoder {
 public:
     /// Writes the picture to a new file, open without a buffer, with the text (as UTF-8) in the tag

@@ -4,6 +4,7 @@
 #include <apps/common/record/PFrameRecorder.h>
 
 #include <apps/common/TestFrames.h>
+#include <apps/common/reading/TiffReadBack.h>
 
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>
@@ -56,6 +57,22 @@ TEST_F(PSeriesWriterTest, a_file_that_exists_is_left_alone_and_named) {
     EXPECT_TRUE(status.reason().contains(path(u"f-2.png"_qs))) << status.reason().toStdString();
     EXPECT_EQ(readFile(path(u"f-2.png"_qs)), QByteArray("mine"));
     EXPECT_EQ(saved(), QStringList{u"f-2.png"_qs});
+}
+
+TEST_F(PSeriesWriterTest, the_format_of_the_camera_decides_about_colour_not_what_it_shows) {
+    for (const char* pattern : {"f-#.png", "f-#.tif"}) {
+        PFileSequence series;
+        ASSERT_TRUE(series.setPattern(path(QString::fromLatin1(pattern))).isOk());
+        PSeriesWriter files(series, {});
+        for (quint64 number : {1U, 2U}) {
+            const auto format = number == 1 ? PDIP::ColorFormat::Bgr : PDIP::ColorFormat::Gray;
+            ASSERT_TRUE(files.write(testFrame(90, {}, makeSettings({}), format), number).isOk());
+        }
+    }
+    EXPECT_FALSE(QImage(path(u"f-1.png"_qs)).format() == QImage::Format_Grayscale8);
+    EXPECT_EQ(QImage(path(u"f-2.png"_qs)).format(), QImage::Format_Grayscale8);
+    EXPECT_EQ(TiffReadBack(path(u"f-1.tif"_qs)).field(TIFFTAG_SAMPLESPERPIXEL), 3);
+    EXPECT_EQ(TiffReadBack(path(u"f-2.tif"_qs)).field(TIFFTAG_SAMPLESPERPIXEL), 1);
 }
 
 TEST_F(PSeriesWriterTest, a_recorder_saves_a_series_with_all_its_threads) {

@@ -52,6 +52,13 @@ TEST_F(TiffEncoder, a_grey_picture_has_one_sample) {
     EXPECT_EQ(tiff.rows(), QByteArray("\7\7\7\7\7\xc8"));
 }
 
+TEST_F(TiffEncoder, a_colour_picture_of_something_grey_still_has_three_samples) {
+    QImage image(3, 2, QImage::Format_BGR888);
+    image.fill(QColor(90, 90, 90));
+    const TiffReadBack tiff = readBack(PTiffEncoder::encode(image, u"text"_qs));
+    EXPECT_EQ(tiff.field(TIFFTAG_SAMPLESPERPIXEL), 3);
+}
+
 TEST_F(TiffEncoder, the_description_is_utf8) {
     const TiffReadBack tiff = written(tiffPicture(QImage::Format_RGB32), u"Käfer\n2"_qs);
     EXPECT_EQ(tiff.description(), QByteArray("K\xc3\xa4"
