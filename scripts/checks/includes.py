@@ -58,7 +58,7 @@ FOLDERS = {
         "ome": "camera metadata program record tiff",
         "record": "camera picture",
         "picture": "file metadata tiff",
-        "tiff": "metadata",
+        "tiff": "file metadata",
         "metadata": "camera program",
     },
     "apps/pcdctl": {

@@ -1206,6 +1206,10 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <source>it is too large for the format or for memory</source>
         <translation>не помещается в формат или в память</translation>
     </message>
+    <message>
+        <source>the file was changed while it was being written: it has %1 of %2 pictures</source>
+        <translation>файл изменили во время записи: в нём %1 из %2 снимков</translation>
+    </message>
 </context>
 <context>
     <name>PTimeText</name>

@@ -4,7 +4,6 @@
 #include <apps/common/program/PProgramName.h>
 #include <apps/common/tiff/PPackedRows.h>
 
-#include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -117,16 +116,16 @@ POmePlane POmeStackWriter::toPlane(const PFrameStamp& stamp) const {
 }
 
 PStatus POmeStackWriter::finish(const PRecordEnd& end) {
-    if (m_document.planes.empty()) {
-        if (m_stack.isOpen())
-            QFile::remove(m_options.path); // made here, and there is no picture in it
-        return PStatus::Ok;
-    }
+    if (m_document.planes.empty())
+        return PStatus::Ok; // and no file
     m_document.notes = m_notes.finished(end);
     const PStatus described = m_stack.replaceDescription(m_document.toXml());
     const PStatus closed = m_stack.close();
+    // Damage by another program, after which the text cannot be replaced either.
+    if (!closed.isOk())
+        return failure(closed.reason());
     if (!described.isOk())
         return failure(tr("%1; all pictures in the file are complete, but their times are missing")
                            .arg(described.reason()));
-    return closed.isOk() ? closed : failure(closed.reason());
+    return PStatus::Ok;
 }

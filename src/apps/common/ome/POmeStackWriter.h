@@ -8,8 +8,8 @@
 #include <apps/common/record/PFrameWriter.h>
 #include <apps/common/tiff/PTiffStack.h>
 
-/// Writes a recording as one OME-TIFF file, uncompressed. The file is created with the first frame
-/// under its final name, and never replaces another. From then on it is always a valid OME-TIFF of
+/// Writes a recording as one OME-TIFF file, uncompressed. The file gets its final name when it has
+/// the first frame, and never replaces another. From then on it is always a valid OME-TIFF of
 /// the frames written so far, even if the program is killed; finish() adds the times of all frames,
 /// the ledger and the tally.
 class POmeStackWriter : public PFrameWriter {

@@ -2,6 +2,7 @@
 #include <apps/common/tiff/PTiffStack.h>
 
 #include <apps/common/tiff/PPackedRows.h>
+#include <apps/common/tiff/PTiffChain.h>
 #include <apps/common/tiff/PTiffStrips.h>
 #include <apps/common/tiff/PTiffTags.h>
 
@@ -48,11 +49,20 @@ PStatus PTiffStack::append(const QImage& picture, const QByteArray& description,
     } catch (const std::bad_alloc&) {
         m_file.rollBack();
     }
-    const PStatus status = finishStep(done);
+    const PStatus status = finishPicture(done);
     // After a failed step libtiff and the file disagree about the end of the file.
     if (!status.isOk())
         m_tiff.reset();
     return status;
+}
+
+/// The file gets its name when it has a picture.
+PStatus PTiffStack::finishPicture(bool done) {
+    const PStatus status = finishStep(done);
+    if (!status.isOk())
+        return status;
+    ++m_pictures;
+    return m_pictures == 1 ? m_file.giveName() : status;
 }
 
 bool PTiffStack::writePicture(const QImage& picture, const QByteArray& description,
@@ -91,7 +101,13 @@ PStatus PTiffStack::overwriteDescription(qsizetype position, const QByteArray& b
 
 PStatus PTiffStack::close() {
     m_tiff.reset();
-    return m_file.close();
+    const quint64 found = isOpen() ? PTiffChain::count(m_file, m_pictures) : m_pictures;
+    const PStatus closed = m_file.close();
+    if (!closed.isOk() || found == m_pictures)
+        return closed;
+    return PStatus::failure(
+        tr("the file was changed while it was being written: it has %1 of %2 pictures")
+            .arg(QString::number(found), QString::number(m_pictures)));
 }
 
 PStatus PTiffStack::replaceDescription(const QByteArray& description) {

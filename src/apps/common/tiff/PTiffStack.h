@@ -14,7 +14,8 @@
 
 /// A new TIFF file with many pictures, one after the other, uncompressed, 8 bits per sample, grey
 /// or RGB. At every moment, even if the program is killed or the disk is full, ordinary readers can
-/// open the file, and it contains the pictures for which append() has returned. One thread.
+/// open the file, and it contains the pictures for which append() has returned; before the first
+/// there is no file of that name. One thread.
 class PTiffStack {
     Q_DECLARE_TR_FUNCTIONS(PTiffStack)
 
@@ -28,7 +29,8 @@ public:
     PTiffStack()
         : m_stream(m_file) {}
 
-    /// Creates the file. Fails with the reason: something with that name exists, …
+    /// Creates the file, which gets its name with the first picture. Fails with the reason:
+    /// something with that name exists, …
     PStatus create(const QString& path, Size size);
     bool isOpen() const { return m_file.isOpen(); }
 
@@ -44,7 +46,8 @@ public:
     /// before.
     PStatus replaceDescription(const QByteArray& description);
 
-    /// Closes the file. Fails with the reason if the system reports only now that it is incomplete.
+    /// Closes the file; without a picture there is none. Fails with the reason if the system
+    /// reports only now that it is incomplete, or if readers no longer find every picture in it.
     PStatus close();
 
 private:
@@ -64,6 +67,7 @@ private:
     };
 
     PStatus finishStep(bool done);
+    PStatus finishPicture(bool done);
     bool writePicture(const QImage& picture, const QByteArray& description,
                       const PPictureTags& pictureTags);
     void findDescription(qint64 directory, const QByteArray& description);
@@ -72,6 +76,7 @@ private:
     Stream m_stream;
     PTiffStream::Handle m_tiff;
     std::vector<uchar> m_rows; ///< of one strip
+    quint64 m_pictures = 0;
     qint64 m_descriptionOffset = 0;
     qsizetype m_descriptionSize = 0; ///< 0 before the first picture
 };

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/tiff/PTransactionalFile.h>
 
-#include <QFile>
+#include <QString>
 
 #include <fcntl.h>
 #include <linux/magic.h>
@@ -17,7 +17,15 @@
 
 namespace {
 
-constexpr mode_t everybody = 0666; // minus the permissions in the user's mask
+QString truncated() {
+    return PTransactionalFile::tr("the file was truncated while it was being written");
+}
+
+/// The size of an open file; -1 if the system does not give it.
+qint64 sizeOf(int descriptor) {
+    struct stat now {};
+    return fstat(descriptor, &now) == 0 ? qint64(now.st_size) : -1;
+}
 
 /// Copies into `bytes`, which begin at `offset`, the part of another piece that overlaps them.
 void overlay(char* bytes, qint64 offset, qint64 count, qint64 pieceOffset,
@@ -36,9 +44,13 @@ PTransactionalFile::~PTransactionalFile() {
 }
 
 PStatus PTransactionalFile::create(const QString& path) {
-    m_descriptor = ::open(QFile::encodeName(path).constData(),
-                          O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, everybody);
+    m_descriptor = m_name.create(path);
     return isOpen() ? PStatus() : PStatus::failure(qt_error_string(errno));
+}
+
+PStatus PTransactionalFile::giveName() {
+    const int error = m_name.giveName(m_descriptor);
+    return error == 0 ? PStatus() : PStatus::failure(qt_error_string(error));
 }
 
 PStatus PTransactionalFile::close() {
@@ -58,10 +70,11 @@ QString PTransactionalFile::damageByOthers() const {
     struct stat now {};
     if (fstat(m_descriptor, &now) != 0)
         return qt_error_string(errno);
+    if (!m_name.hasName())
+        return QString();
     if (now.st_nlink == 0)
         return tr("the file was removed while it was being written");
-    return now.st_size < m_wholeSize ? tr("the file was truncated while it was being written")
-                                     : QString();
+    return now.st_size < m_wholeSize ? truncated() : QString();
 }
 
 void PTransactionalFile::reserve(qint64 count) {
@@ -92,28 +105,37 @@ bool PTransactionalFile::holdBack(qint64 offset, const char* bytes, qint64 count
         m_heldBack[offset] = QByteArray(bytes, count);
         return true;
     } catch (const std::bad_alloc&) {
-        return fail(ENOMEM);
+        return fail(qt_error_string(ENOMEM));
     }
 }
 
 bool PTransactionalFile::writeNow(qint64 offset, const char* bytes, qint64 count) {
+    // Writing beyond the end would fill the gap with zeros, and the file would look whole.
+    if (isTruncated())
+        return fail(truncated());
     while (count > 0) {
         const ssize_t written = ::pwrite(m_descriptor, bytes, std::size_t(count), offset);
         if (written < 0 && errno == EINTR)
             continue;
         // A disk that fills up first writes a part, and gives the reason only at the next attempt.
         if (written <= 0)
-            return fail(written < 0 ? errno : EIO);
+            return fail(qt_error_string(written < 0 ? errno : EIO));
         bytes += written;
         offset += written;
         count -= written;
     }
+    m_sizeOnDisk = std::max(m_sizeOnDisk, offset);
     return true;
 }
 
-bool PTransactionalFile::fail(int error) {
+bool PTransactionalFile::isTruncated() const {
+    const qint64 size = sizeOf(m_descriptor);
+    return size >= 0 && size < m_sizeOnDisk;
+}
+
+bool PTransactionalFile::fail(const QString& reason) {
     m_failed = true;
-    m_error = qt_error_string(error);
+    m_error = reason;
     return false;
 }
 
@@ -153,7 +175,10 @@ bool PTransactionalFile::commit() {
 void PTransactionalFile::rollBack() {
     m_heldBack.clear();
     m_failed = false;
-    m_size = m_wholeSize;
+    m_size = m_sizeOnDisk = m_wholeSize;
+    // A file that another program has truncated would be filled up with zeros.
+    if (sizeOf(m_descriptor) < m_wholeSize)
+        return;
     // If the rest of a failed step cannot be cut off, it does no harm, as it is beyond the end.
     [[maybe_unused]] const int cut = ::ftruncate(m_descriptor, m_wholeSize);
 }

@@ -335,4 +335,14 @@ TEST_F(OmeStackWriter, on_a_full_disk_the_file_stays_a_valid_stack_of_what_fitte
     EXPECT_EQ(xml().attribute("Pixels", "SizeT").toInt(), 3);
 }
 
+TEST_F(OmeStackWriter, a_file_that_another_program_truncated_is_reported_as_that) {
+    POmeStackWriter writer(options);
+    write(writer, 3);
+    ASSERT_TRUE(QFile::resize(options.path, 100));
+    const QString reason = u"the file was truncated while it was being written"_qs;
+    EXPECT_TRUE(writer.write(testFrame(4, 40ms), 4).reason().endsWith(reason));
+    const PStatus status = writer.finish({});
+    EXPECT_TRUE(status.reason().endsWith(reason)) << status.reason().toStdString();
+}
+
 } // namespace

@@ -21,7 +21,10 @@ protected:
     const QString name = path(u"grown"_qs);
     PTransactionalFile file;
 
-    void SetUp() override { ASSERT_TRUE(file.create(name).isOk()); }
+    void SetUp() override {
+        ASSERT_TRUE(file.create(name).isOk());
+        ASSERT_TRUE(file.giveName().isOk());
+    }
     bool write(qint64 offset, const QByteArray& bytes) {
         return file.write(offset, bytes.constData(), bytes.size());
     }
@@ -54,6 +57,49 @@ TEST_F(TransactionalFile, a_link_that_leads_nowhere_is_refused_and_not_followed)
     PTransactionalFile other;
     EXPECT_FALSE(other.create(path(u"link"_qs)).isOk());
     EXPECT_FALSE(QFile::exists(path(u"nowhere"_qs)));
+}
+
+TEST_F(TransactionalFile, without_a_name_it_leaves_no_file) {
+    {
+        PTransactionalFile other;
+        ASSERT_TRUE(other.create(path(u"other"_qs)).isOk());
+        EXPECT_TRUE(other.write(0, "abc", 3));
+        EXPECT_TRUE(other.commit());
+        EXPECT_FALSE(QFile::exists(path(u"other"_qs)));
+        EXPECT_TRUE(other.close().isOk());
+    }
+    EXPECT_EQ(QDir(path(QString())).entryList(QDir::Files | QDir::Hidden),
+              QStringList(u"grown"_qs));
+}
+
+TEST_F(TransactionalFile, a_name_that_was_taken_meanwhile_is_left_alone) {
+    PTransactionalFile other;
+    ASSERT_TRUE(other.create(path(u"other"_qs)).isOk());
+    writeFile(path(u"other"_qs), "mine");
+    EXPECT_EQ(other.giveName().reason(), qt_error_string(EEXIST));
+    EXPECT_TRUE(other.close().isOk());
+    EXPECT_EQ(readFile(path(u"other"_qs)), QByteArray("mine"));
+}
+
+TEST_F(TransactionalFile, truncated_by_another_program_it_takes_no_more_bytes) {
+    write(0, "abcdef");
+    ASSERT_TRUE(file.commit());
+    ASSERT_TRUE(QFile::resize(name, 2));
+    EXPECT_FALSE(write(6, "new"));
+    EXPECT_EQ(file.errorString(), u"the file was truncated while it was being written"_qs);
+    EXPECT_FALSE(file.commit());
+    EXPECT_EQ(onDisk(), QByteArray("ab")) << "filled up with zeros";
+    EXPECT_EQ(file.close().reason(), u"the file was truncated while it was being written"_qs);
+}
+
+TEST_F(TransactionalFile, truncated_in_the_middle_of_a_step_it_does_not_complete_it) {
+    write(0, "abcdef");
+    ASSERT_TRUE(file.commit());
+    write(0, "X");
+    write(6, "new");
+    ASSERT_TRUE(QFile::resize(name, 7));
+    EXPECT_FALSE(file.commit());
+    EXPECT_EQ(onDisk(), QByteArray("abcdef"));
 }
 
 TEST_F(TransactionalFile, new_bytes_are_in_the_file_at_once) {
@@ -170,9 +216,14 @@ TEST_F(TransactionalFile, closing_undoes_an_incomplete_step) {
 }
 
 TEST_F(TransactionalFile, a_system_that_cannot_close_it_is_reported) {
+    struct stat named {};
+    ASSERT_EQ(stat(QFile::encodeName(name).constData(), &named), 0);
     for (const QFileInfo& open : QDir(u"/proc/self/fd"_qs).entryInfoList(QDir::Files)) {
-        if (open.symLinkTarget() == name) {
-            ASSERT_EQ(::close(open.fileName().toInt()), 0);
+        struct stat opened {};
+        const int descriptor = open.fileName().toInt();
+        if (fstat(descriptor, &opened) == 0 && opened.st_ino == named.st_ino &&
+            opened.st_dev == named.st_dev) {
+            ASSERT_EQ(::close(descriptor), 0);
         }
     }
     EXPECT_EQ(file.close().reason(), qt_error_string(EBADF));
