@@ -52,7 +52,10 @@ void LabDevice::produce() {
     std::unique_lock lock(m_mutex);
     while (!m_ends.wait_for(lock, pace, [this] { return m_isEnding; })) {
         lock.unlock();
-        processFrameImage(frame());
+        if (m_filter == labFilterWithoutMemory)
+            reportDroppedFrames(PFrameOutcome::NoMemory);
+        else
+            processFrameImage(frame());
         lock.lock();
     }
 }

@@ -10,6 +10,9 @@
 #include <mutex>
 #include <thread>
 
+/// With this value of the property "filter" there is no memory for frames.
+constexpr int labFilterWithoutMemory = 6;
+
 /// A camera as different from those of the simulated SDK as the contract allows: other ids, times
 /// in seconds, gain in decibels, only plain properties, no trigger, and its own thread for frames.
 class LabDevice : public PDevice {

@@ -85,4 +85,18 @@ TEST_F(OtherCamera, keeps_numbers_within_their_range) {
         << result.errors.toStdString();
 }
 
+TEST_F(OtherCamera, whose_frames_find_no_memory_is_not_said_to_send_none) {
+    const QString reason = u" dropped: no memory"_qs;
+    for (const QStringList& command :
+         {QStringList{u"stream"_qs, u"--frames=3"_qs},
+          QStringList{u"record"_qs, u"--frames=3"_qs, u"-o"_qs, path(u"a.ome.tif"_qs)},
+          QStringList{u"snap"_qs, u"-o"_qs, path(u"a.png"_qs)}}) {
+        const CtlResult result =
+            runOther(command + QStringList{u"--set"_qs, u"filter=6"_qs, u"--timeout=0.3"_qs});
+        EXPECT_EQ(result.exitCode, 1);
+        EXPECT_TRUE(result.errors.contains(reason)) << result.errors.toStdString();
+        EXPECT_FALSE(result.errors.contains(u"sent no frame"_qs)) << result.errors.toStdString();
+    }
+}
+
 } // namespace

@@ -2,6 +2,7 @@
 #include <apps/pcdctl/camera/PCameraSession.h>
 
 #include <apps/pcdctl/camera/PCameraSetup.h>
+#include <apps/pcdctl/cli/PCtlOutput.h>
 
 #include <PCore/PPrintableText.h>
 
@@ -141,10 +142,25 @@ bool PCameraSession::waitFor(const std::function<bool()>& predicate,
     return holds;
 }
 
+QString PCameraSession::losses() const {
+    const PFrameLedger frames = ledger();
+    QStringList texts;
+    for (const PFrameOutcome outcome : PFrameLedger::allOutcomes()) {
+        const bool isLoss =
+            outcome != PFrameOutcome::Delivered && outcome != PFrameOutcome::NotRequested;
+        if (isLoss && frames.count(outcome) > 0)
+            texts.append(PCtlOutput::toFrames(frames.count(outcome)) + u' ' +
+                         PFrameLedger::title(outcome));
+    }
+    return texts.join(u", "_qs);
+}
+
 QString PCameraSession::reasonWithout(const QString& what) const {
     if (isUnplugged())
         return u"camera %1 was unplugged before %2 arrived"_qs.arg(m_id, what);
     if (m_loop.isInterrupted())
         return u"interrupted before %1 arrived"_qs.arg(what);
-    return u"camera %1 did not send %2 in time"_qs.arg(m_id, what);
+    const QString lost = losses();
+    return lost.isEmpty() ? u"camera %1 did not send %2 in time"_qs.arg(m_id, what)
+                          : u"%1 of camera %2 did not arrive in time: %3"_qs.arg(what, m_id, lost);
 }

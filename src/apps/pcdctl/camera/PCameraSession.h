@@ -57,6 +57,10 @@ public:
     bool waitFor(const std::function<bool()>& predicate,
                  std::optional<std::chrono::milliseconds> atMost = std::nullopt);
 
+    /// The frames that were lost on their way, by outcome: "3 frames dropped: no memory"; empty if
+    /// none was.
+    QString losses() const;
+
     /// The reason why a waitFor() for this ("a still") ended without it.
     QString reasonWithout(const QString& what) const;
 

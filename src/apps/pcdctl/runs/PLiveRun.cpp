@@ -110,10 +110,15 @@ bool PLiveRun::mayEndNow() const {
 }
 
 QString PLiveRun::stallReason() const {
-    return u"camera %1 sent no frame for %2 s; %3 arrived before"_qs.arg(
-        PPrintableText::toLine(m_camera.id),
-        QString::number(std::chrono::duration<double>(longestWait()).count()),
-        PCtlOutput::toFrames(framesTaken()));
+    const QString camera = PPrintableText::toLine(m_camera.id);
+    const QString waited = QString::number(std::chrono::duration<double>(longestWait()).count());
+    const QString before = PCtlOutput::toFrames(framesTaken());
+    const QString lost = m_session.losses();
+    if (lost.isEmpty())
+        return u"camera %1 sent no frame for %2 s; %3 arrived before"_qs.arg(camera, waited,
+                                                                             before);
+    return u"no frame of camera %1 arrived for %2 s; %3 arrived before; %4"_qs.arg(camera, waited,
+                                                                                   before, lost);
 }
 
 /// Waits until all frames that were taken are in complete files. An interruption does not end this
@@ -129,8 +134,10 @@ void PLiveRun::finishFiles(const QString& reason) {
 
 /// What is wrong with a stream that reached its end, according to its ledger and tallies.
 QString PLiveRun::ledgerReason() const {
+    const QString lost = m_session.losses();
     if (m_tally.frames() == 0 && !m_session.isInterrupted())
-        return u"camera %1 sent no frame"_qs.arg(m_camera.id);
+        return lost.isEmpty() ? u"camera %1 sent no frame"_qs.arg(m_camera.id)
+                              : u"no frame of camera %1 arrived: %2"_qs.arg(m_camera.id, lost);
     const PFrameLedger ledger = m_session.ledger();
     const bool isRecordBalanced = !m_recorder || m_recorder->progress().tally.isBalanced();
     if (!ledger.isBalanced() || ledger.waiting > 0 || !isRecordBalanced)
