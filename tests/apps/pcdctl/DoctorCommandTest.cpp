@@ -118,14 +118,15 @@ const DoctorRow findings[] = {
          writeFile(test.sdk, QByteArray(4096, 'x'));
      },
      1, "error    sdk  ", "text.so: invalid ELF header", "Copy the library again"},
-    {"of_a_system_without_an_sdk_that_can_be_loaded",
+    {"of_a_system_whose_sdk_cannot_be_loaded",
      [](Doctor& test) {
          test.sdk = u"auto"_qs;
          writeFile(test.path(u"libtoupcam.so"_qs), QByteArray(4096, 'x'));
          test.environment = {{u"LD_LIBRARY_PATH"_qs, test.path(QString())}};
      },
-     4, "warning  sdk  ", "libtoupcam.so: invalid ELF header)",
-     "Install the maker's libtoupcam.so"},
+     1, "error    sdk  ", "libtoupcam.so: invalid ELF header", "Copy the library again"},
+    {"of_a_system_without_an_sdk", [](Doctor& test) { test.sdk = u"auto"_qs; }, 4, "warning  sdk  ",
+     "libtoupcam.so: cannot open shared object file", "Install the maker's libtoupcam.so"},
     {"of_functions_that_the_sdk_lacks",
      [](Doctor& test) {
          test.sdk = QStringLiteral(EMPTY_CAMERA_SDK);
