@@ -25,8 +25,7 @@ bool PatternDevice::takePicture(bool isStill) {
 QList<PDeviceMode> PatternDevice::getSupportModes() {
     QList<PDeviceMode> modes;
     for (const QSize size : PatternCamera::sizes) {
-        const QString name =
-            QString("%1x%2").arg(QString::number(size.width()), QString::number(size.height()));
+        const QString name = QString::asprintf("%dx%d", size.width(), size.height());
         modes.append({size.width(), size.height(), name, QByteArray::number(modes.size()), 24});
     }
     return modes;

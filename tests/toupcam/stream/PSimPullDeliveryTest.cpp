@@ -42,10 +42,10 @@ TEST_F(SimPull, pulled_frame_is_gone_until_the_next) {
         return Toupcam_PullImageV2(handle, pixels.data(), 24, nullptr) == E_PENDING &&
                Toupcam_PullImageV2(handle, nullptr, 24, nullptr) == E_PENDING;
     }));
-    const std::size_t reported = m_events.count(TOUPCAM_EVENT_IMAGE);
     ToupcamSim_holdFrames("cam", 0);
-    ASSERT_TRUE(m_events.waitFor(TOUPCAM_EVENT_IMAGE, reported + 1));
-    EXPECT_EQ(Toupcam_PullImageV2(handle, pixels.data(), 24, nullptr), S_OK);
+    // Not at the next event: it may be that of the frame that came between two calls.
+    EXPECT_TRUE(eventually(
+        [&] { return Toupcam_PullImageV2(handle, pixels.data(), 24, nullptr) == S_OK; }));
 }
 
 struct PullRow {
