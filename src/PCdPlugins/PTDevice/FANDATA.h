@@ -9,7 +9,7 @@
 /// Fan switch and speed: the value of "fan". A value type; any thread.
 struct PCD_EXPORT FANDATA {
     Q_GADGET
-    Q_CLASSINFO("Ranges", "enable=0..1")
+    Q_CLASSINFO("Ranges", "enable=-1..1")
     Q_PROPERTY(qint32 enable MEMBER enable)
     Q_PROPERTY(qint32 target MEMBER target)
 

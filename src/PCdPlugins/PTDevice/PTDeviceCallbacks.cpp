@@ -49,10 +49,12 @@ std::optional<PImage> copyToImage(PTDevice* device, const void* data,
     return image;
 }
 
-/// What every image carries; made once, and shared by all of them.
+/// What every image carries; made once, and shared by all of them. Never destroyed: the SDK may
+/// still deliver while the program exits.
 const QMap<QString, QVariant>& metaInformation(bool isSnapshot) {
-    static const QMap<QString, QVariant> live{{u"snapshot"_qs, false}};
-    static const QMap<QString, QVariant> still{{u"snapshot"_qs, true}};
+    using Map = QMap<QString, QVariant>;
+    static const Map& live = *new Map{{u"snapshot"_qs, false}};
+    static const Map& still = *new Map{{u"snapshot"_qs, true}};
     return isSnapshot ? still : live;
 }
 

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/program/PExitDeadline.h>
 
-#include <cstdio>
-
 #include <unistd.h>
 
 PExitDeadline::PExitDeadline(std::chrono::milliseconds time, const QString& message, int code)
@@ -23,7 +21,9 @@ void PExitDeadline::wait(std::chrono::milliseconds time, const QByteArray& messa
     std::unique_lock lock(m_mutex);
     if (m_changed.wait_for(lock, time, [this] { return m_isMet; }))
         return;
-    std::fputs(message.constData(), stderr);
+    // Not through stderr, whose lock the call in progress may hold.
+    [[maybe_unused]] const ssize_t written =
+        ::write(STDERR_FILENO, message.constData(), std::size_t(message.size()));
     // Not exit(): it would wait for locks that the call in progress holds.
     ::_exit(code);
 }
