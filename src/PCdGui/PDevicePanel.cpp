@@ -106,3 +106,5 @@ bool PDevicePanel::event(QEvent* event) {
     }
     return known;
 }
+
+#include "moc_PDevicePanel.cpp"

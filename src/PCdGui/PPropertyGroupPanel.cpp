@@ -173,3 +173,5 @@ void PPropertyGroupPanel::setTitleWidth(int width) {
             row.title->setFixedWidth(width);
     }
 }
+
+#include "moc_PPropertyGroupPanel.cpp"

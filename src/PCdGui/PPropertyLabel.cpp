@@ -59,3 +59,5 @@ void PPropertyLabel::mousePressEvent(QMouseEvent* event) {
 void PPropertyLabel::contextMenuEvent(QContextMenuEvent* event) {
     QCoreApplication::sendEvent(m_editor, event);
 }
+
+#include "moc_PPropertyLabel.cpp"

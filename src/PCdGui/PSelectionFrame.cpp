@@ -43,3 +43,5 @@ void PSelectionFrame::paintEvent(QPaintEvent*) {
     painter.setClipRegion(QRegion(rect()) - inside);
     painter.fillRect(rect(), color);
 }
+
+#include "moc_PSelectionFrame.cpp"

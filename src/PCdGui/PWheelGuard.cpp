@@ -49,3 +49,5 @@ bool PWheelGuard::eventFilter(QObject* watched, QEvent* event) {
     event->ignore(); // so that it reaches the page
     return true;
 }
+
+#include "moc_PWheelGuard.cpp"

@@ -34,3 +34,5 @@ void PFpsCounter::reset() {
     const std::lock_guard lock(m_mutex);
     m_ticks.clear();
 }
+
+#include "moc_PFpsCounter.cpp"

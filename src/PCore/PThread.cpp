@@ -61,3 +61,5 @@ PStatus PThread::onStop() {
 QString PThread::id() const {
     return objectName();
 }
+
+#include "moc_PThread.cpp"

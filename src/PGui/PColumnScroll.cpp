@@ -33,3 +33,5 @@ QSize PColumnScroll::sizeHint() const {
 QSize PColumnScroll::minimumSizeHint() const {
     return QSize(leastWidth(), QScrollArea::minimumSizeHint().height());
 }
+
+#include "moc_PColumnScroll.cpp"

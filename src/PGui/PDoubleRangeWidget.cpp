@@ -26,3 +26,5 @@ void PDoubleRangeWidget::showValue(const PMinMaxRange<double>& range, double val
 void PDoubleRangeWidget::reportChange() {
     emit valueChanged(value());
 }
+
+#include "moc_PDoubleRangeWidget.cpp"

@@ -99,3 +99,5 @@ void PRangeSlider::wheelEvent(QWheelEvent* event) {
         step(fast ? notches * stepsOfAFastNotch : notches);
     event->accept();
 }
+
+#include "moc_PRangeSlider.cpp"

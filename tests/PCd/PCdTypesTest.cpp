@@ -43,3 +43,5 @@ INSTANTIATE_TEST_SUITE_P(
     RowName());
 
 } // namespace
+
+#include "moc_RoleRecord.cpp"

@@ -91,3 +91,5 @@ void PDeviceManager::updateDevices() {
     for (const auto& deviceRegister : m_registers)
         deviceRegister->updateDevices();
 }
+
+#include "moc_PDeviceManager.cpp"

@@ -177,3 +177,5 @@ void PDeviceRegister::addDevice(PDevice* device) {
     connect(device, &QObject::destroyed, this, [this, device] { m_devices.removeOne(device); });
     emit deviceAdded(device);
 }
+
+#include "moc_PDeviceRegister.cpp"

@@ -23,3 +23,5 @@ QList<PDeviceProperty*> PDevicePropertyGroup::properties() const {
     }
     return present;
 }
+
+#include "moc_PDevicePropertyGroup.cpp"

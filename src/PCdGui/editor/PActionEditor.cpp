@@ -28,3 +28,5 @@ void PActionEditor::run() {
 
 void PActionEditor::showProperty(const QVariant&, const QVariant&) {
 }
+
+#include "moc_PActionEditor.cpp"

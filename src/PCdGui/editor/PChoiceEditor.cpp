@@ -42,3 +42,5 @@ void PChoiceEditor::showChoices(const PEnumeration& choices) {
     for (const PEnumerationItem& item : choices.items())
         m_box->addItem(item.title.isEmpty() ? item.name : item.title, item.id);
 }
+
+#include "moc_PChoiceEditor.cpp"

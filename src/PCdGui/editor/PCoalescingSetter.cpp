@@ -56,3 +56,5 @@ void PCoalescingSetter::set(const QVariant& value) {
     if (device == nullptr || device->isAnswering())
         emit refused();
 }
+
+#include "moc_PCoalescingSetter.cpp"

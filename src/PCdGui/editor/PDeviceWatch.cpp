@@ -35,3 +35,5 @@ void PDeviceWatch::setUsable(bool usable) {
     m_usable = usable;
     emit usableChanged(usable);
 }
+
+#include "moc_PDeviceWatch.cpp"

@@ -26,3 +26,5 @@ QDataStream& operator>>(QDataStream& in, ExtendedExposureData& data) {
     data.gain = quint16(gain);
     return in;
 }
+
+#include "moc_ExtendedExposureData.cpp"

@@ -244,3 +244,5 @@ void PTDevice::postprocImage(const PImage& image) {
 void PTDevice::postprocEvt(unsigned int code) {
     streamThread->pushEvent(code);
 }
+
+#include "moc_PTDevice.cpp"

@@ -136,3 +136,5 @@ void PTDeviceRegister::removeDeviceWithId(const QByteArray& id) {
     if (PDevice* const device = findDevice(id))
         removeDevice(device);
 }
+
+#include "moc_PTDeviceRegister.cpp"

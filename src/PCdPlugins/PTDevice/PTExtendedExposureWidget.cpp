@@ -139,3 +139,5 @@ void PTExtendedExposureWidget::writeBack() {
         return;
     m_property->setValue(m_property->convertFromT(PTExtendedExposureControls::read(*m_ui)));
 }
+
+#include "moc_PTExtendedExposureWidget.cpp"

@@ -43,3 +43,6 @@ void PTFanProperty::trySetRange(QVariant) {
 QWidget* PTFanProperty::createWidget() {
     return new PTFanPanel(this);
 }
+
+#include "moc_FANDATA.cpp"
+#include "moc_PTFanDevice.cpp"

@@ -27,3 +27,5 @@ PMinMaxRange<int> PTBacklightProperty::tryGetRangeFromDevice() {
 QWidget* PTBacklightProperty::createWidget() {
     return new PTBacklightPanel(this);
 }
+
+#include "moc_PTPropBacklight.cpp"

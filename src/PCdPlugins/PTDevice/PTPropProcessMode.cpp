@@ -113,3 +113,5 @@ QList<PDeviceProperty*> createProcessModeProperties(PTDevice*, Toupcam_t* handle
             new PTPropProcessMode(handle, "rotate", QObject::tr("Rotate"), TOUPCAM_OPTION_ROTATE,
                                   rotationItems())};
 }
+
+#include "moc_PTPropProcessMode.cpp"

@@ -81,3 +81,5 @@ void cbWbOnce(const int, const int, void* context) {
         });
     });
 }
+
+#include "moc_PTProps.cpp"

@@ -244,3 +244,5 @@ void PTStreamThread::pullStill() {
     if (!droppedForItsSize(*image, info, device))
         device->processSnapshot(PCdDipUtils::imageAsDeviceFrame(*image));
 }
+
+#include "moc_PTStreamThread.cpp"

@@ -40,3 +40,6 @@ QVariant PTECProperty::sensorTemperature() const {
 QWidget* PTECProperty::createWidget() {
     return new PTTECPanel(this);
 }
+
+#include "moc_PTTECProperty.cpp"
+#include "moc_TECDATA.cpp"

@@ -38,3 +38,5 @@ void PPostedCalls::runAll() {
 void PPostedCalls::customEvent(QEvent*) {
     runAll();
 }
+
+#include "moc_PPostedCalls.cpp"

@@ -9,3 +9,5 @@ struct LoadTrace {
 } const loadTrace;
 
 } // namespace
+
+#include "moc_ForeignPlugin.cpp"

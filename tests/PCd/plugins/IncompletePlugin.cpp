@@ -7,3 +7,5 @@ extern int pcdTestSymbolThatNobodyHas;
 IncompletePlugin::IncompletePlugin() {
     pcdTestSymbolThatNobodyHas = 1;
 }
+
+#include "moc_IncompletePlugin.cpp"

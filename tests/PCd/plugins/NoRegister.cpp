@@ -1,2 +1,4 @@
 // SPDX-License-Identifier: MIT
 #include <PCd/plugins/NoRegister.h>
+
+#include "moc_NoRegister.cpp"

@@ -1,2 +1,4 @@
 // SPDX-License-Identifier: MIT
 #include <PCd/plugins/OtherRegister.h>
+
+#include "moc_OtherRegister.cpp"

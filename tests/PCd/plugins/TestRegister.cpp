@@ -1,2 +1,4 @@
 // SPDX-License-Identifier: MIT
 #include <PCd/plugins/TestRegister.h>
+
+#include "moc_TestRegister.cpp"

@@ -13,3 +13,5 @@ void LabRegister::setPlugged(bool plugged) {
     m_isPlugged = plugged;
     updateDevices();
 }
+
+#include "moc_LabRegister.cpp"

@@ -21,3 +21,5 @@ bool PDevicePropertyAction::writeValueToStream(PAbstractWriter*) const {
 bool PDevicePropertyAction::readValueFromStream(PAbstractReader*, const QString&) {
     return false;
 }
+
+#include "moc_PDevicePropertyAction.cpp"

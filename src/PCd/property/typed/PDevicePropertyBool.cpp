@@ -10,3 +10,5 @@ PDevicePropertyBool::PDevicePropertyBool(const QByteArray& id, const QString& ti
 void PDevicePropertyBool::slotValueChanged() {
     emit valueChanged(convertToT(valueInner()));
 }
+
+#include "moc_PDevicePropertyBool.cpp"

@@ -14,3 +14,5 @@ void PDevicePropertyEnum::slotValueChanged() {
 void PDevicePropertyEnum::slotRangeChanged() {
     emit rangeChanged(convertToR(rangeInner()));
 }
+
+#include "moc_PDevicePropertyEnum.cpp"

@@ -15,3 +15,5 @@ void PDevicePropertyInt::slotValueChanged() {
 void PDevicePropertyInt::slotRangeChanged() {
     emit rangeChanged(convertToR(rangeInner()));
 }
+
+#include "moc_PDevicePropertyInt.cpp"

@@ -54,3 +54,5 @@ bool PCtlActionRun::eventFilter(QObject* property, QEvent* event) {
         m_unread.removeAll(property);
     return false;
 }
+
+#include "moc_PCtlActionRun.cpp"

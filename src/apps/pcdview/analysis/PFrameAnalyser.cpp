@@ -58,3 +58,5 @@ void PFrameAnalyser::finish(const PFrameAnalysis& analysis, quint64 round, Clock
     if (round == m_round)
         emit analysed(analysis);
 }
+
+#include "moc_PFrameAnalyser.cpp"

@@ -89,3 +89,5 @@ void PHistogramWidget::paintCounts(QPainter& painter, const QRectF& area,
     painter.setBrush(color);
     painter.drawPath(path);
 }
+
+#include "moc_PHistogramWidget.cpp"

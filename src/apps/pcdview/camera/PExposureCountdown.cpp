@@ -71,3 +71,5 @@ std::optional<std::chrono::seconds> PExposureCountdown::left() const {
     const auto left = std::chrono::ceil<std::chrono::seconds>(m_began + exposure - m_now());
     return std::max(left, std::chrono::seconds(0));
 }
+
+#include "moc_PExposureCountdown.cpp"

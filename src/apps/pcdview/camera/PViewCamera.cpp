@@ -239,3 +239,5 @@ void PViewCamera::showNewest() {
     if (!m_frame.image.isNull())
         emit frameChanged(m_frame);
 }
+
+#include "moc_PViewCamera.cpp"

@@ -189,3 +189,5 @@ QString PRecording::earlyEnd(quint64 written, const QString& failure) const {
                                    .arg(QString::number(written), failure);
     return written == 0 || failure.contains(m_path) ? text : text + u" (%1)"_qs.arg(m_path);
 }
+
+#include "moc_PRecording.cpp"

@@ -65,3 +65,5 @@ void PRecordings::onFinished(PRecording* recording, const QString& message, bool
     emit changed();
     emit finished(recording->cameraId(), message, hasFailed);
 }
+
+#include "moc_PRecordings.cpp"

@@ -278,3 +278,5 @@ void PImageView::showCursor() {
     else
         setCursor(m_pressed ? Qt::ClosedHandCursor : Qt::ArrowCursor);
 }
+
+#include "moc_PImageView.cpp"

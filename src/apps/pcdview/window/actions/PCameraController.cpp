@@ -125,3 +125,5 @@ void PCameraController::choosePixelSize() {
     if (isAccepted)
         page->setPixelSize(size);
 }
+
+#include "moc_PCameraController.cpp"

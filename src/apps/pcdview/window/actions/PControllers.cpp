@@ -27,3 +27,5 @@ PControllers::PControllers(const PViewActions& actions, PCameraTabs& tabs, PDock
     connect(m_picture, &PPictureController::messageChanged, this, &PControllers::messageChanged);
     connect(m_profile, &PProfileController::messageChanged, this, &PControllers::messageChanged);
 }
+
+#include "moc_PControllers.cpp"

@@ -19,3 +19,5 @@ PHelpController::PHelpController(const PViewActions& actions, const PCameraSdk& 
         PTextDialog::open(window, tr("About pcdview"), PHelpTexts::about(sdk));
     });
 }
+
+#include "moc_PHelpController.cpp"

@@ -129,3 +129,5 @@ void PProfileController::saveTo(const QString& path) {
     const PStatus status = PDeviceProfileFile::save(*device, path);
     emit messageChanged(status.isOk() ? tr("Saved %1").arg(path) : status.reason());
 }
+
+#include "moc_PProfileController.cpp"

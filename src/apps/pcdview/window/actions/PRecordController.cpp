@@ -139,3 +139,5 @@ void PRecordController::showState() {
     const QSignalBlocker quiet(m_record);
     m_record->setChecked(m_recordings.of(camera) != nullptr);
 }
+
+#include "moc_PRecordController.cpp"

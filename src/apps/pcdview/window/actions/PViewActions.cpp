@@ -137,3 +137,5 @@ QList<QAction*> PViewActions::withShortcut() const {
     }
     return result;
 }
+
+#include "moc_PViewActions.cpp"

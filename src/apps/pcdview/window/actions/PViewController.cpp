@@ -78,3 +78,5 @@ void PViewController::applyStyle() {
         std::tie(style.black, style.white) = m_analysis.usedLevels();
     page->view().setStyle(style);
 }
+
+#include "moc_PViewController.cpp"

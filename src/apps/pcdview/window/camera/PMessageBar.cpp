@@ -36,3 +36,5 @@ void PMessageBar::paintEvent(QPaintEvent*) {
     painter.drawText(messageArea(), Qt::AlignLeading | Qt::AlignVCenter | Qt::TextSingleLine,
                      fittingMessage());
 }
+
+#include "moc_PMessageBar.cpp"

@@ -85,3 +85,5 @@ QStringList PWelcomePage::adviceFor(const Situation& situation) {
         points.append(tr("Camera library in use: %1").arg(situation.sdk.toHtmlEscaped()));
     return points;
 }
+
+#include "moc_PWelcomePage.cpp"

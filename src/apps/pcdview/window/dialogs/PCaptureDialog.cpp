@@ -91,3 +91,5 @@ void PCaptureDialog::accept() {
     PCaptureFolder::setStillEnding(m_ending->currentData().toString());
     QDialog::accept();
 }
+
+#include "moc_PCaptureDialog.cpp"

@@ -87,3 +87,5 @@ void PCameraDisplay::showNumbers() {
     else
         m_panels.frames->setLedger(page->camera().ledger(), page->camera().pictures());
 }
+
+#include "moc_PCameraDisplay.cpp"

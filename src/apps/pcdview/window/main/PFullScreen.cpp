@@ -50,3 +50,5 @@ void PFullScreen::leave() {
     m_wasMaximized ? m_window->showMaximized() : m_window->showNormal();
     m_window->restoreState(m_stateBefore); // docks and tool bars
 }
+
+#include "moc_PFullScreen.cpp"

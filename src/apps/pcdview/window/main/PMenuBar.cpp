@@ -62,3 +62,5 @@ void PMenuBar::addThemes(QMenu* menu) {
         connect(action, &QAction::triggered, menu, [kind] { PTheme::choose(kind); });
     }
 }
+
+#include "moc_PMenuBar.cpp"

@@ -115,3 +115,5 @@ void PStatusFields::showView(const PCameraPage* page) {
 void PStatusFields::showUnsaved(int pictures) {
     m_unsaved->setText(pictures == 0 ? QString() : tr("To be saved: %1").arg(pictures));
 }
+
+#include "moc_PStatusFields.cpp"

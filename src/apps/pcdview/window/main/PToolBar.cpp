@@ -22,3 +22,5 @@ PToolBar::PToolBar(const PViewActions& actions, QWidget* parent)
     addSeparator();
     addActions({actions.clipped, actions.autoContrast});
 }
+
+#include "moc_PToolBar.cpp"

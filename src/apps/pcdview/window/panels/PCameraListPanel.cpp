@@ -51,3 +51,5 @@ void PCameraListPanel::select(const QString& id) {
             m_list->setCurrentRow(row);
     }
 }
+
+#include "moc_PCameraListPanel.cpp"

@@ -72,3 +72,5 @@ void PDockPanels::showProgress() {
     m_recordDock->raise();
     static_cast<QScrollArea*>(m_recordDock->widget())->verticalScrollBar()->setValue(0);
 }
+
+#include "moc_PDockPanels.cpp"

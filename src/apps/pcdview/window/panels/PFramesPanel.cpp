@@ -41,3 +41,5 @@ void PFramesPanel::setLedger(const PFrameLedger& ledger, quint64 pictures) {
         item->setTextAlignment(1, Qt::AlignRight | Qt::AlignVCenter);
     }
 }
+
+#include "moc_PFramesPanel.cpp"

@@ -78,3 +78,5 @@ QString PHistogramPanel::means() const {
 void PHistogramPanel::showEvent(QShowEvent*) {
     emit shown();
 }
+
+#include "moc_PHistogramPanel.cpp"

@@ -54,3 +54,5 @@ void PLogPanel::refresh() {
     m_text->setPlainText(text);
     m_text->verticalScrollBar()->setValue(m_text->verticalScrollBar()->maximum());
 }
+
+#include "moc_PLogPanel.cpp"

@@ -191,3 +191,5 @@ QString PRecordPanel::progressText(const PRecording& recording) {
         text += u'\n' + tr("No frame has arrived for %1 s.").arg(silence->count());
     return text;
 }
+
+#include "moc_PRecordPanel.cpp"

@@ -122,3 +122,5 @@ void PSettingsPanel::applyFilter() {
     if (auto* const panel = qobject_cast<PDevicePanel*>(m_panel.data()))
         panel->setFilter(m_filter->text());
 }
+
+#include "moc_PSettingsPanel.cpp"
