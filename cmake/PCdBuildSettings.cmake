@@ -46,7 +46,7 @@ target_compile_options(pcd_settings INTERFACE
     "-fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=")
 target_compile_definitions(pcd_settings INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH)
-if(PCD_BUILD_TESTS)
+if(PCD_BUILD_TESTS OR PCD_BUILD_FUZZ)
     target_compile_definitions(pcd_settings INTERFACE PCD_BUILD_TESTS)
 endif()
 if(PCD_SANITIZE)
@@ -62,10 +62,16 @@ if(PCD_SANITIZE)
     endif()
 endif()
 
-# pcd_optimise_pixels(TARGET): for code that runs once a pixel, which would be too slow under a
-# sanitizer. Everything else is not optimised there: compiling takes longer than running it.
+if(PCD_BUILD_FUZZ)
+    # What libFuzzer follows in the code that it tests.
+    target_compile_options(pcd_settings INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
+# pcd_optimise_pixels(TARGET): for code that does much work for every pixel of every test, which would be too slow
+# under a sanitizer. Everything else is not optimised there: compiling takes twice as long, longer than running it.
+# The fuzz targets look at few pixels.
 function(pcd_optimise_pixels name)
-    if(PCD_SANITIZE)
+    if(PCD_SANITIZE AND NOT PCD_BUILD_FUZZ)
         target_compile_options(${name} PRIVATE -O1)
     endif()
 endfunction()
@@ -111,8 +117,8 @@ function(pcd_add_test name)
     # Most of the build time would go into optimising assertions that run once, and into what a debugger
     # would like to know of them: lines are enough.
     target_compile_options(${name} PRIVATE -O0 -g1)
-    # What the tests include takes longest: read it once for up to 16 of them.
-    set_target_properties(${name} PROPERTIES UNITY_BUILD_BATCH_SIZE 16)
+    # What the tests include takes longest: read it once for up to 32 of them.
+    set_target_properties(${name} PROPERTIES UNITY_BUILD_BATCH_SIZE 32)
     target_link_libraries(${name} PRIVATE pcd_settings pcd_test_support GTest::gtest GTest::gmock Qt6::Test ${arg_LINK})
     if(PCD_PRECOMPILE_TESTS)
         target_precompile_headers(${name} REUSE_FROM pcd_test_support)

@@ -7,6 +7,8 @@ from pathlib import PurePosixPath
 # with the same path below its top folder, but for these.
 OWN = {
     "tests/PTDevice": "PCdPlugins/PTDevice",
+    "tests/reliability": "PCdPlugins/PTDevice",
+    "tests/toupcam/trace": "toupcam/trace",
     "tests/toupcam": "toupcam/sim",
     "bench/devices": "apps/pcdview",
     "bench/pixels": "PCdPlugins/PTDevice",

@@ -17,7 +17,8 @@ LIBRARIES = {
     "PCdPlugins/PTDevice": "PCd PCore PDip PGui PLog toupcam",
     "toupcam": "",
     "toupcam/sim": "toupcam",
-    "apps/common": "PCd PCore",
+    "toupcam/trace": "toupcam",
+    "apps/common": "PCd PCore PLog",
     "apps/pcdctl": "PCd PCore PDip PLog apps/common",
     "apps/pcdview": "PCd PCdGui PCore PDip PGui PLog apps/common",
 }
@@ -26,6 +27,7 @@ LIBRARIES = {
 # library's own. A folder that is not here includes none.
 FOLDERS = {
     "PCore": {
+        "call": ".",
         "file": ".",
         "state": ".",
         "work": ".",
@@ -44,34 +46,45 @@ FOLDERS = {
         "editor": "text",
     },
     "toupcam/sim": {
-        "api": "scene world",
-        "world": "frame scene settings stream",
-        "stream": "frame sensor settings timing",
+        "api": "hook scene world",
+        "world": "frame hook scene settings stream",
+        "stream": "frame hook sensor settings timing",
         "settings": "frame scene timing",
         "timing": "scene",
         "sensor": "frame processing scene",
         "processing": "frame",
         "scene": "frame",
     },
+    "toupcam/trace": {
+        "record": "format",
+        "replay": "format",
+    },
     "apps/common": {
-        "doctor": "camera program system",
+        "camera": "crash",
+        "doctor": "camera crash program system",
         "ome": "camera metadata program record tiff",
-        "record": "camera picture",
+        "program": "hang",
+        "record": "camera hang picture",
         "picture": "file metadata tiff",
         "tiff": "file metadata",
         "metadata": "camera program",
     },
     "apps/pcdctl": {
-        ".": "camera cli commands completion doctor",
+        ".": "camera check cli commands completion doctor replay",
+        "check": "camera check/bench check/rules cli",
+        "check/bench": "cli",
+        "check/frames": "check/bench check/rules",
+        "check/rules": "check/bench cli",
         "commands": "camera cli properties runs",
         "completion": "camera cli",
         "doctor": "cli runs",
+        "replay": "cli",
         "runs": "camera cli",
         "camera": "cli properties",
         "properties": "cli",
     },
     "apps/pcdview": {
-        ".": "options window/camera window/main",
+        ".": "camera hang options window/camera window/main",
         "window/main": "camera capture options view window/actions window/camera window/panels",
         "window/actions": "analysis camera capture icons options view window/camera window/dialogs "
                           "window/panels",
@@ -79,19 +92,22 @@ FOLDERS = {
         "window/panels": "analysis capture",
         "window/dialogs": "capture",
         "capture": "camera options",
+        "hang": "options",
         "analysis": "view",
     },
 }
 
 TABLES = PurePosixPath("scripts/checks/includes.py")
 INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*([<"])([^>"\n]+)[>"]', re.MULTILINE)
-GENERATED = re.compile(r"ui_\w+\.h$|\w+\.moc$")
+GENERATED = re.compile(r"ui_\w+\.h$|\w+\.moc$|moc_\w+\.cpp$")
+META = re.compile(r"^[ \t]*Q_(OBJECT|GADGET|NAMESPACE)", re.MULTILINE)
 
 
 def check(tree):
     """Checks all includes against the tables and the faces, and the tables for cycles."""
     result = Result("includes")
     check_faces(tree, result)
+    check_meta_objects(tree, result)
     unused = {(None, a, b) for a, b in arrows(LIBRARIES)}
     unused |= {(library, a, b) for library in FOLDERS for a, b in arrows(FOLDERS[library])}
     for path in tree.sources("src"):
@@ -137,6 +153,21 @@ def check_first(tree, path, result):
     if name != expected[1:-1]:
         result.add(path, line, f"includes {name or 'nothing'} first: expected {expected}, which "
                    "so is seen to need no other header before it")
+
+
+def check_meta_objects(tree, result):
+    """Adds headers whose meta-object code no source beside them includes: alone, what moc wrote
+    for a folder takes as long to compile as many sources that have read the same headers."""
+    sources = [path for top in ("src", "tests", "bench") for path in tree.sources(top)]
+    included = {(path.parent, name) for path in sources if path.suffix == ".cpp"
+                for _, _, name in includes_of(tree.text(path))}
+    for path in [path for path in sources if path.suffix == ".h"]:
+        found = META.search(tree.text(path))
+        moc = f"moc_{path.stem}.cpp"
+        if found and (path.parent, moc) not in included:
+            line = tree.text(path).count("\n", 0, found.start()) + 1
+            result.add(path, line, f'{found[0].strip()}: expected #include "{moc}" at the end of '
+                       "the source beside it")
 
 
 def is_beside(tree, path, name):

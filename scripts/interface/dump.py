@@ -58,6 +58,11 @@ def sources_of(library, symbols):
                    if rest.split()[1] == CODE and names[rest.split()[0]] in symbols})
 
 
+def symbol_of(function):
+    """The symbol of a function; one of C that is only called has none but its name."""
+    return function.get("mangled-name") or function.get("name")
+
+
 class Dump:
     """The functions of a compiled source that others may call, by how they are written in C++, and
     the types that come with them."""
@@ -66,9 +71,9 @@ class Dump:
         self.headers = headers
         root = ElementTree.fromstring(run(ABIDW, [*OPTIONS, file]))
         self.parents = {child: parent for parent in root.iter() for child in parent}
-        names = demangled({element.get("mangled-name") for element in root.iter("function-decl")})
-        self.written = {element: names[element.get("mangled-name")]
-                        for element in root.iter("function-decl")}
+        symbols = {element: symbol_of(element) for element in root.iter("function-decl")}
+        names = demangled(set(symbols.values()))
+        self.written = {element: names[symbol] for element, symbol in symbols.items()}
         self.functions = {written: element for element, written in self.written.items()
                           if element.get("size-in-bits")}
         self.types = {element.get("id"): element for element in root.iter() if element.get("id")}

@@ -140,9 +140,18 @@ class IncludesTest(TreeTest):
         self.assertEqual(len(result.findings), 1)
 
     def test_quotes_are_for_generated_files(self):
-        text = '#include "a.h"\n#include "ui_b.h"\n#include "b.moc"\n'
+        text = '#include "a.h"\n#include "ui_b.h"\n#include "b.moc"\n#include "moc_b.cpp"\n'
         self.files["src/Low/b.cpp"] = self.files["tests/Low/c.cpp"] = text
         self.expect(includes.check(self.tree(self.files)), "src/Low/b.cpp:1", "tests/Low/c.cpp:1")
+
+    def test_meta_object_code_is_compiled_with_a_source_beside_its_header(self):
+        self.files["src/Low/a.h"] = "class A {\n    Q_OBJECT\n};\n"
+        self.files["src/High/base/e.cpp"] = '#include "moc_a.cpp"\n'
+        result = includes.check(self.tree(self.files))
+        self.expect(result, "src/Low/a.h:2")
+        self.expect_text(result, 'Q_OBJECT: expected #include "moc_a.cpp" at the end of the source')
+        self.files["src/Low/a.cpp"] = '#include <Low/a.h>\n#include "moc_a.cpp"\n'
+        self.expect(includes.check(self.tree(self.files)))
 
     def test_an_example_includes_the_headers_beside_it_in_quotes(self):
         self.files["examples/tool/a.h"] = self.files["examples/tool/b.h"] = ""
