@@ -134,7 +134,10 @@ private:
         return m_json.mid(start, m_pos - start);
     }
 
-    static QJsonValue decoded(const QByteArray& token) {
+    static QJsonValue decoded(QByteArray token) {
+        // Qt's parser drops a byte order mark at the start of a string, but keeps an escaped one.
+        if (token.startsWith("\"\xEF\xBB\xBF"))
+            token.replace(1, 3, "\\ufeff");
         return QJsonDocument::fromJson('[' + token + ']').array().at(0);
     }
 
@@ -272,8 +275,11 @@ PJsonReader::~PJsonReader() = default;
 
 PStatus PJsonReader::setDocument(const QByteArray& json) {
     d->tree.setRoot({});
-    // Without a UTF-8 byte order mark.
-    const QByteArray text = json.startsWith("\xEF\xBB\xBF") ? json.mid(3) : json;
+    // Without a UTF-8 byte order mark. Qt's parser would skip a second one, the walker not.
+    const QByteArray mark = QByteArrayLiteral("\xEF\xBB\xBF");
+    const QByteArray text = json.startsWith(mark) ? json.mid(mark.size()) : json;
+    if (text.startsWith(mark))
+        return failureAt(text, 0, u"a second byte order mark"_qs);
     if (const PStatus status = checked(text); !status.isOk())
         return status;
     try {

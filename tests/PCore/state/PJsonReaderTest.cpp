@@ -33,6 +33,8 @@ const HostileDocument hostileDocuments[] = {
     {"an_array_as_document", "[1]", "line 1: an array where an object was expected"},
     {"a_bare_number", "1", "line 1: not JSON"},
     {"not_a_number", "{\"a\": NaN}", "line 1: not JSON"},
+    {"a_second_byte_order_mark", "\xEF\xBB\xBF\xEF\xBB\xBF{\"a\": 15}",
+     "line 1: a second byte order mark"},
     {"infinity", "{\"a\": Infinity}", "line 1: not JSON"},
     {"bytes_that_are_not_utf8", "{\"a\":\n\"\xff\xfe\"}", "line 2: not JSON"},
     {"a_nul_byte_between_values", QByteArray("{\"a\":\n\0 1}", 10), "line 2: not JSON"},

@@ -111,6 +111,17 @@ TYPED_TEST(Serialisers, bring_back_text_of_every_kind) {
         this->expectSame(text);
 }
 
+TYPED_TEST(Serialisers, bring_back_a_byte_order_mark_that_starts_a_text_or_a_name) {
+    const QString text = QChar(QChar::ByteOrderMark) + u"gain"_qs;
+    this->expectSame(text);
+    this->writer.writeValue(text, 1);
+    this->writer.beginObject(text + u'2');
+    this->writer.endObject();
+    this->load();
+    EXPECT_EQ(this->reader.valueNames(), QStringList(text));
+    EXPECT_EQ(this->reader.objectNames(), QStringList(text + u'2'));
+}
+
 TYPED_TEST(Serialisers, bring_back_half_a_surrogate_pair) {
     this->expectSame(QString(QChar(0xD83D)) + u'x');
     this->expectSame(u'x' + QString(QChar(0xDE00)));
