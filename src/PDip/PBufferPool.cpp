@@ -27,13 +27,15 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr std::size_t pageSize = 4096; // the smallest size class; pages may be larger
+constexpr std::size_t hugePageSize = std::size_t(2) << 20; // of x86-64, and of ARM with small ones
+constexpr std::size_t roundedBy = 16;                      // at most this part of a size
 constexpr std::size_t idleCountLimit = 64;
 
 /// The size class: up to a sixteenth more than requested, so that frames of similar size share
 /// buffers. Pages that are never touched cost no memory.
 std::size_t roundedSize(std::size_t size) {
     std::size_t step = pageSize;
-    while (step * 32 <= size)
+    while (step * 2 * roundedBy <= size)
         step *= 2;
     return (size + step - 1) / step * step;
 }
@@ -59,6 +61,8 @@ public:
         void* memory =
             mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
         m_memory = memory == MAP_FAILED ? nullptr : static_cast<unsigned char*>(memory);
+        if (m_memory)
+            requestHugePages();
     }
     /// Takes ownership of what release() returned.
     Mapping(unsigned char* memory, std::size_t size)
@@ -84,6 +88,15 @@ public:
     unsigned char* release() noexcept { return std::exchange(m_memory, nullptr); }
 
 private:
+    /// Where the system has pages of 2 MiB, fresh memory for a frame of 60 MB costs some 30 page
+    /// faults instead of 15,000. Not for the end, which images of a similar size may not touch: a
+    /// page of that size is resident as a whole. Without such pages everything works as well.
+    void requestHugePages() {
+        const std::size_t sure = (m_size - m_size / roundedBy) / hugePageSize * hugePageSize;
+        if (sure > 0)
+            madvise(m_memory, sure, MADV_HUGEPAGE);
+    }
+
     unsigned char* m_memory = nullptr;
     std::size_t m_size = 0;
 };

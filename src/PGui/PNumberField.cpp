@@ -8,6 +8,7 @@
 #include <QStyleOptionSpinBox>
 
 #include <algorithm>
+#include <cmath>
 
 PNumberField::PNumberField(QWidget* parent)
     : QAbstractSpinBox(parent)
@@ -64,7 +65,7 @@ void PNumberField::writeValue() {
 }
 
 QString PNumberField::toText(double value) const {
-    return m_text->toText(value, m_scale.decimals(), locale());
+    return std::isnan(value) ? QString() : m_text->toText(value, m_scale.decimals(), locale());
 }
 
 void PNumberField::commit() {
@@ -91,6 +92,8 @@ void PNumberField::edit(double value) {
 
 void PNumberField::stepBy(int steps) {
     commit();
+    if (std::isnan(m_value)) // there is nothing to step from
+        return;
     edit(m_scale.stepped(m_value, steps));
     selectAll();
 }
@@ -142,3 +145,5 @@ QSize PNumberField::sizeHint() const {
     const QSize contents(std::max(least, ends) + 4, lineEdit()->sizeHint().height());
     return style()->sizeFromContents(QStyle::CT_SpinBox, &option, contents, this);
 }
+
+#include "moc_PNumberField.cpp"

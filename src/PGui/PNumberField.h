@@ -29,7 +29,8 @@ public:
     void setLeastCharacters(int count);
 
     double value() const { return m_value; }
-    /// Shows a value as it is and emits nothing. Text being typed stays until it is committed.
+    /// Shows a value as it is and emits nothing; nothing for one that is not a number (NaN). Text
+    /// being typed stays until it is committed.
     void showValue(double value);
 
     void stepBy(int steps) override;

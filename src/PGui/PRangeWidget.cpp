@@ -22,7 +22,7 @@ void PRangeWidget::setRange(const PMinMaxRange<int>& range) {
 }
 
 int PRangeWidget::value() const {
-    return int(std::lround(number()));
+    return std::isfinite(number()) ? int(std::lround(number())) : 0;
 }
 
 void PRangeWidget::setValue(int value) {
@@ -34,6 +34,13 @@ void PRangeWidget::showValue(const PMinMaxRange<int>& range, int value) {
     showNumber(asDouble(range), value);
 }
 
+void PRangeWidget::showNoValue(const PMinMaxRange<int>& range) {
+    m_range = range;
+    showNoNumber(asDouble(range));
+}
+
 void PRangeWidget::reportChange() {
     emit valueChanged(value());
 }
+
+#include "moc_PRangeWidget.cpp"

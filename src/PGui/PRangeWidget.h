@@ -18,10 +18,13 @@ public:
     /// the range, and valueChanged() is emitted.
     void setRange(const PMinMaxRange<int>& range);
     const PMinMaxRange<int>& range() const { return m_range; }
+    /// 0 if none is known.
     int value() const;
     /// Shows a value held elsewhere as it is, even outside the range or between its steps. Emits
     /// nothing.
     void showValue(const PMinMaxRange<int>& range, int value);
+    /// Shows that the value is not known: an empty field. Emits nothing.
+    void showNoValue(const PMinMaxRange<int>& range);
 
 public slots:
     /// Sets the value, rounded to the nearest of the range. Emits valueChanged() if it changes.

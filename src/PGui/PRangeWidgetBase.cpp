@@ -7,6 +7,7 @@
 #include <QHBoxLayout>
 
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -61,7 +62,8 @@ void PRangeWidgetBase::takeScale(const PMinMaxRange<double>& range) {
     if (!isFinite(range))
         return;
     spreadScale(range);
-    change(m_scale.snapped(m_number));
+    if (std::isfinite(m_number))
+        change(m_scale.snapped(m_number));
 }
 
 void PRangeWidgetBase::takeNumber(double number) {
@@ -74,8 +76,17 @@ void PRangeWidgetBase::showNumber(const PMinMaxRange<double>& range, double numb
         return;
     spreadScale(range);
     m_number = number;
+    m_slider->setEnabled(true);
     m_slider->showValue(number);
     m_field->showValue(number);
+}
+
+void PRangeWidgetBase::showNoNumber(const PMinMaxRange<double>& range) {
+    if (isFinite(range))
+        spreadScale(range);
+    m_number = std::numeric_limits<double>::quiet_NaN();
+    m_slider->setEnabled(false);
+    m_field->showValue(m_number);
 }
 
 void PRangeWidgetBase::spreadScale(const PMinMaxRange<double>& range) {
@@ -90,8 +101,11 @@ void PRangeWidgetBase::spreadScale(const PMinMaxRange<double>& range) {
 void PRangeWidgetBase::change(double number) {
     const bool differs = number != m_number;
     m_number = number;
+    m_slider->setEnabled(true);
     m_slider->showValue(number);
     m_field->showValue(number);
     if (differs)
         reportChange();
 }
+
+#include "moc_PRangeWidgetBase.cpp"

@@ -4,11 +4,16 @@
 #include <gtest/gtest.h>
 
 #include <sys/mman.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <fstream>
+#include <sstream>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -20,6 +25,28 @@ constexpr std::chrono::hours forEver{1};
 /// Not in a fork of this process, which has several threads under some sanitizers.
 void runDeathTestsInANewProcess() {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
+}
+
+/// The system's flags of the mapping with this byte, such as " rd wr hg"; see proc(5).
+std::string readMappingFlags(const unsigned char* byte) {
+    const auto address = reinterpret_cast<std::uintptr_t>(byte);
+    const std::string flags = "VmFlags:";
+    std::ifstream mappings("/proc/self/smaps");
+    bool isIts = false;
+    for (std::string line; std::getline(mappings, line);) {
+        std::uintptr_t begin = 0;
+        std::uintptr_t end = 0;
+        char dash = 0;
+        if (std::istringstream(line) >> std::hex >> begin >> dash >> end && dash == '-')
+            isIts = begin <= address && address < end;
+        else if (isIts && line.compare(0, flags.size(), flags) == 0)
+            return line.substr(flags.size());
+    }
+    return {};
+}
+
+bool hasHugePages(const unsigned char* byte) {
+    return readMappingFlags(byte).find(" hg") != std::string::npos;
 }
 
 bool isZero(const unsigned char* bytes, std::size_t size) {
@@ -87,6 +114,18 @@ TEST(PBufferPool, takes_at_most_a_sixteenth_or_a_page_more_than_was_requested) {
         EXPECT_GE(used, size);
         EXPECT_LE(used - size, std::max(size / 16, std::size_t(4095))) << size;
     }
+}
+
+TEST(PBufferPool, requests_huge_pages_for_what_every_image_of_its_size_class_touches) {
+    const bool canHave = access("/sys/kernel/mm/transparent_hugepage", F_OK) == 0;
+    constexpr std::size_t size = 60'000'000;
+    PBufferPool pool(megabyte);
+    const auto buffer = pool.acquire(size);
+    ASSERT_TRUE(buffer);
+    ASSERT_NE(readMappingFlags(buffer.get()), "");
+    EXPECT_EQ(hasHugePages(buffer.get()), canHave);
+    EXPECT_EQ(hasHugePages(buffer.get() + 50 * megabyte), canHave);
+    EXPECT_FALSE(hasHugePages(buffer.get() + size)) << "would be resident without being used";
 }
 
 TEST(PBufferPool, counts_what_is_used_and_what_waits) {

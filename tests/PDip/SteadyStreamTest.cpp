@@ -66,13 +66,13 @@ TEST(SteadyStream, causes_no_page_fault_for_a_frame) {
     EXPECT_LT((minorFaults() - before) / 20, 100);
 }
 
-TEST(SteadyStream, would_cause_thousands_of_page_faults_with_fresh_memory) {
-    // Shows that the count above detects page faults.
+TEST(SteadyStream, would_cause_hundreds_of_page_faults_with_fresh_memory) {
+    // Shows that the count above detects page faults, even where most of the pages are huge.
     PBufferPool::instance().trim();
     PBufferPool fresh(0);
     const auto buffer = fresh.acquire(frame.dataSize());
     ASSERT_TRUE(buffer);
     const long before = minorFaults();
     std::memset(buffer.get(), 1, frame.dataSize());
-    EXPECT_GT(minorFaults() - before, 2500);
+    EXPECT_GT(minorFaults() - before, 500);
 }

@@ -11,6 +11,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 namespace {
 
 class PNumberFieldTest : public testing::Test {
@@ -187,4 +189,11 @@ TEST_F(PNumberFieldTest, is_wide_enough_for_both_ends) {
     const int narrow = field.sizeHint().width();
     field.setScale(PRangeScale({-1e9, 1e9, 0.001}));
     EXPECT_GT(field.sizeHint().width(), narrow);
+}
+
+TEST_F(PNumberFieldTest, shows_nothing_for_what_is_not_a_number) {
+    field.showValue(std::numeric_limits<double>::quiet_NaN());
+    EXPECT_EQ(shownText(&field), QString());
+    field.stepBy(1);
+    EXPECT_EQ(edits(), Values());
 }

@@ -161,3 +161,23 @@ TEST_F(PRangeWidgetTest, writes_a_suffix_and_reads_it) {
     enter(field(), u"60%"_qs);
     EXPECT_EQ(reported(), Values({60}));
 }
+
+TEST_F(PRangeWidgetTest, shows_that_no_value_is_known_until_there_is_one) {
+    widget.showNoValue({10, 230, 1});
+    EXPECT_EQ(shownText(field()), QString());
+    EXPECT_FALSE(slider()->isEnabled());
+    EXPECT_EQ(widget.value(), 0);
+    widget.setRange({20, 40, 1});
+    EXPECT_EQ(reported(), Values());
+    widget.showValue({10, 230, 1}, 30);
+    EXPECT_EQ(shownText(field()), u"30"_qs);
+    EXPECT_TRUE(slider()->isEnabled());
+    EXPECT_EQ(reported(), Values());
+}
+
+TEST_F(PRangeWidgetTest, takes_what_is_entered_where_no_value_was_known) {
+    widget.showNoValue({10, 230, 1});
+    enter(field(), u"50"_qs);
+    EXPECT_EQ(reported(), Values({50}));
+    EXPECT_TRUE(slider()->isEnabled());
+}
