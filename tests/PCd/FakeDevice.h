@@ -4,6 +4,7 @@
 #include <PCd/device/PDevice.h>
 #include <PCd/property/PDeviceProperty.h>
 #include <PCd/property/PDevicePropertyGroup.h>
+#include <PCd/property/PReadWatch.h>
 
 #include <QStringList>
 
@@ -32,13 +33,23 @@ public:
             whenStopped();
         return note("stop", !refusesStop);
     }
-    PDeviceMode getCurrentMode() override { return mode; }
+    PDeviceMode getCurrentMode() override {
+        if (!failsToReadMode)
+            return mode;
+        PReadWatch::reportFailure();
+        return modes.value(0);
+    }
     bool trySetMode(const PDeviceMode& requested) override {
         if (!refusesMode)
             mode = requested;
         return note("mode", !refusesMode);
     }
-    QList<PDeviceMode> getSupportModes() override { return modes; }
+    QList<PDeviceMode> getSupportModes() override {
+        if (!failsToReadModes)
+            return modes;
+        PReadWatch::reportFailure();
+        return {};
+    }
     QList<PDeviceProperty*> getSupportProperties() override {
         note("properties", true);
         return makeProperties ? makeProperties() : QList<PDeviceProperty*>();
@@ -55,6 +66,7 @@ public:
 
     bool refusesLink = false, refusesUnlink = false, refusesStart = false, refusesStop = false;
     bool refusesMode = false;
+    bool failsToReadMode = false, failsToReadModes = false;
     PDeviceMode mode = makeMode(640, 480, "0");
     QList<PDeviceMode> modes{makeMode(640, 480, "0"), makeMode(320, 240, "1")};
     std::function<void()> whenStarted, whenStopped;

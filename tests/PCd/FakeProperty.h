@@ -2,6 +2,7 @@
 #pragma once
 
 #include <PCd/property/PDeviceProperty.h>
+#include <PCd/property/PReadWatch.h>
 
 #include <QStringList>
 
@@ -21,7 +22,10 @@ public:
     }
     QVariant tryGetValue() override {
         calls.append(u"get value"_qs);
-        return inDevice;
+        if (!failsToRead)
+            return inDevice;
+        PReadWatch::reportFailure();
+        return QVariant(inDevice.metaType()); // zero, as adapters return
     }
     QVariant tryGetRange() override {
         calls.append(u"get range"_qs);
@@ -34,6 +38,7 @@ public:
     QVariant rangeInDevice;
     QVariant becomes; ///< the value that the device stores whatever it is sent, if valid
     bool refuses = false;
+    bool failsToRead = false;     ///< the device does not answer when the value is read
     bool answersTaken = false;    ///< returns true in any case, as some devices do
     bool answersOpposite = false; ///< returns false for what it took, as some devices do
     QStringList calls;

@@ -7,6 +7,7 @@
 #include <PCd/frame/PFramePipeline.h>
 #include <PCd/property/PDeviceProperty.h>
 #include <PCd/property/PDevicePropertyGroup.h>
+#include <PCd/property/PReadWatch.h>
 #include <PCd/property/PWidgetFactory.h>
 
 #include <PDip/PBufferPool.h>
@@ -210,7 +211,10 @@ void PDevice::retire() {
 }
 
 bool PDevice::isAnswering() {
-    return !m_gone && (!m_hadModes || !getSupportModes().isEmpty());
+    if (m_gone)
+        return false;
+    const PReadWatch watch;
+    return !getSupportModes().isEmpty() || (!m_hadModes && !watch.hasFailed());
 }
 
 PDeviceProperty* PDevice::getProperty(const QByteArray& id) const {
@@ -227,12 +231,12 @@ const QList<PDeviceProperty*>& PDevice::supportProperties() {
 
 void PDevice::takeProperties() {
     m_properties = getSupportProperties();
+    m_properties.removeAll(nullptr); // of what a plugin could not make
     m_propertiesTaken = true;
     for (PDeviceProperty* property : std::as_const(m_properties)) {
         property->setParent(this);
         property->m_device = this;
-        property->m_range = property->tryGetRange();
-        property->m_value = property->tryGetValue();
+        property->readAtFirst();
     }
     PStampedValues::follow(*this, m_properties, *m_frames, [this] { updateSettings(); });
 }
@@ -241,6 +245,7 @@ const QList<PDevicePropertyGroup*>& PDevice::supportPropertyGroups() {
     supportProperties(); // groups find their members in this list
     if (!m_groupsTaken) {
         m_groups = getSupportPropertyGroups();
+        m_groups.removeAll(nullptr);
         m_groupsTaken = true;
         for (PDevicePropertyGroup* group : std::as_const(m_groups))
             group->setParent(this);
@@ -248,8 +253,14 @@ const QList<PDevicePropertyGroup*>& PDevice::supportPropertyGroups() {
     return m_groups;
 }
 
+PDeviceMode PDevice::reportedMode() {
+    const PReadWatch watch;
+    const PDeviceMode mode = getCurrentMode();
+    return watch.hasFailed() ? PDeviceMode() : mode;
+}
+
 void PDevice::updateMode() {
-    m_mode = getCurrentMode();
+    m_mode = reportedMode();
     updateSettings();
 }
 
@@ -303,3 +314,5 @@ PFrameLedger PDevice::frameLedger() const {
 void PDevice::setFrameByteLimit(std::size_t bytes) {
     m_frames->setByteLimit(bytes);
 }
+
+#include "moc_PDevice.cpp"

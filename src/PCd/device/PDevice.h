@@ -49,7 +49,8 @@ public:
     /// Restores the settings that writeStreamThis() wrote, from the reader's current object: the
     /// mode, then the properties. False if any of them could not be set.
     virtual bool readStreamThis(PAbstractReader* reader);
-    /// Writes model, serial, mode and all serialisable properties as an object of this name.
+    /// Writes model, serial, mode and all serialisable properties as an object of this name. False
+    /// if any of them could not be read or written.
     virtual bool writeStreamThis(PAbstractWriter* writer, const QString& name);
     virtual bool isSupportSoftwareTrigger();
     /// True for a camera on a network.
@@ -110,20 +111,24 @@ public:
     PStatus startStream();
     PStatus stopStream();
     /// Sets the mode, also while streaming, and emits modeChanged() with the device's mode
-    /// afterwards.
+    /// afterwards, an empty one if the device does not report it (PReadWatch).
     PStatus setMode(const PDeviceMode& mode);
 
     /// True once the register has removed the device: after that only stopping succeeds.
     bool isGone() const { return m_gone; }
-    /// False if the device had modes when its register added it and reports none now. This is the
-    /// case after its camera was unplugged, even if it has been plugged in again.
+    /// False if the device had modes when its register added it and reports none now, or if it
+    /// reports none because it does not answer (PReadWatch). This is the case after its camera was
+    /// unplugged, even if it has been plugged in again.
     bool isAnswering();
+    /// Reads the mode; an empty one if the device has none, or does not report it (PReadWatch).
+    PDeviceMode reportedMode();
 
     /// The property with this id, or null. Does not build the list. While the list exists, other
     /// threads may use the result to post calls to the property, and for nothing else.
     PDeviceProperty* getProperty(const QByteArray& id) const;
     /// The properties, owned by the device; the first call builds the list, reads each property's
-    /// range and value once, and writes nothing to the device.
+    /// range and value once, and writes nothing to the device. A property that the device does not
+    /// report (PReadWatch) is unread.
     const QList<PDeviceProperty*>& supportProperties();
     /// The groups, owned by the device, built by the first call.
     const QList<PDevicePropertyGroup*>& supportPropertyGroups();

@@ -2,6 +2,7 @@
 // Saving and restoring a device: {model, serial, mode, properties: {id: …}}.
 #include <PCd/device/PDevice.h>
 #include <PCd/property/PDeviceProperty.h>
+#include <PCd/property/PReadWatch.h>
 
 #include <PCore/state/PAbstractReader.h>
 #include <PCore/state/PAbstractWriter.h>
@@ -41,8 +42,11 @@ bool PDevice::writeStreamThis(PAbstractWriter* writer, const QString& name) {
     writer->beginObject(name);
     bool done = writer->writeValue(u"model"_qs, model());
     done = writer->writeValue(u"serial"_qs, serial()) && done;
+    const PReadWatch watch;
     const PDeviceMode mode = getCurrentMode();
-    if (!mode.id.isEmpty())
+    if (watch.hasFailed())
+        done = false;
+    else if (!mode.id.isEmpty())
         done = writer->writeValue(u"mode"_qs, QString::fromLatin1(mode.id)) && done;
     writer->beginObject(u"properties"_qs);
     for (PDeviceProperty* property : supportProperties())

@@ -13,14 +13,15 @@ using Properties = QList<PDeviceProperty*>;
 using Places = QList<qsizetype>;
 
 QVariant toStamped(const PDeviceProperty& property) {
-    return PPropertyEncoding::named(property.valueInner(), property.rangeInner());
+    return PPropertyEncoding::named(property.reportedValue(), property.rangeInner());
 }
 
-/// Of composite values: a plugin may change the cached ones without a signal.
+/// Of composite values, and of values that are not known yet, which may turn out to be composite.
 Places findComposites(const Properties& properties) {
     Places places;
     for (qsizetype place = 0; place < properties.size(); ++place) {
-        if (PPropertyEncoding::isComposite(properties[place]->valueInner()))
+        const QVariant value = properties[place]->valueInner();
+        if (!value.isValid() || PPropertyEncoding::isComposite(value))
             places.append(place);
     }
     return places;
@@ -49,8 +50,12 @@ struct Following {
     }
 
     void put(PDeviceSettings& settings, qsizetype changed) const {
-        for (const qsizetype place : composites)
-            settings.values[place].second = toStamped(*properties[place]);
+        // A plugin may change a cached composite value without a signal.
+        for (const qsizetype place : composites) {
+            const QVariant value = properties[place]->reportedValue();
+            if (PPropertyEncoding::isComposite(value))
+                settings.values[place].second = value;
+        }
         settings.values[changed].second = toStamped(*properties[changed]);
     }
 };

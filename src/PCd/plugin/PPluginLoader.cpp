@@ -2,10 +2,10 @@
 #include <PCd/plugin/PPluginLoader.h>
 
 #include <PCd/device/PDeviceRegister.h>
+#include <PCd/plugin/PPluginMetadata.h>
 
 #include <QDir>
 #include <QFileInfo>
-#include <QJsonObject>
 #include <QPluginLoader>
 
 #include <dlfcn.h>
@@ -14,9 +14,6 @@ namespace {
 
 /// Dynamic property that marks a root object as owned.
 constexpr char ownedProperty[] = "pcdOwned";
-
-/// Interface ids of device plugins begin with this.
-const QLatin1String devicePluginPrefix("pellix.devices.");
 
 QStringList environmentPaths() {
     return qEnvironmentVariable("PCD_PLUGIN_PATH").split(u':', Qt::SkipEmptyParts);
@@ -86,16 +83,11 @@ QStringList PPluginLoader::filesAt(const QString& path, bool required) {
 
 PDeviceRegister* PPluginLoader::loadFile(const QString& path) {
     QPluginLoader loader(path);
-    const QJsonObject metadata = loader.metaData();
-    if (metadata.isEmpty())
-        return fail(path, loader.errorString());
-    const QString iid = metadata.value(QLatin1String("IID")).toString();
-    if (!iid.startsWith(devicePluginPrefix)) {
-        return fail(path, u"its interface is \"%1\", expected one that begins with \"%2\""_qs.arg(
-                              iid, devicePluginPrefix));
-    }
-    const QString className = metadata.value(QLatin1String("className")).toString();
-    if (m_loadedClasses.contains(className))
+    PPluginMetadata metadata;
+    const PStatus status = PPluginMetadata::read(loader, metadata);
+    if (!status.isOk())
+        return fail(path, status.reason());
+    if (m_loadedClasses.contains(metadata.className))
         return nullptr; // already loaded from an earlier search path
     QObject* const root = loader.instance();
     if (root == nullptr)
@@ -107,7 +99,7 @@ PDeviceRegister* PPluginLoader::loadFile(const QString& path) {
     if (root->property(ownedProperty).toBool())
         return fail(path, u"it has been loaded already, and its register is in use"_qs);
     root->setProperty(ownedProperty, true);
-    m_loadedClasses.append(className);
+    m_loadedClasses.append(metadata.className);
     m_loadedFiles.append(path);
     return deviceRegister;
 }

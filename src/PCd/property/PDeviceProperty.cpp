@@ -2,6 +2,7 @@
 #include <PCd/property/PDeviceProperty.h>
 
 #include <PCd/PMetaTypes.h>
+#include <PCd/property/PReadWatch.h>
 #include <PCd/property/PWidgetFactory.h>
 #include <PCd/property/value/PCompositeFields.h>
 #include <PCd/property/value/PPropertyEncoding.h>
@@ -11,8 +12,19 @@
 
 namespace {
 
+/// The last known value, while the cached one is unread. Dynamic, because a member would change the
+/// size of plugins' classes.
+constexpr const char* reportedName = "pcd.reported";
+
 QString valueName() {
     return u"value"_qs;
+}
+
+/// Types of plugins need not be comparable; what is saved of their values is.
+bool areEqual(const QVariant& a, const QVariant& b) {
+    return PPropertyEncoding::isComposite(a) && !a.metaType().isEqualityComparable()
+               ? PPropertyEncoding::isSame(a, b, QVariant())
+               : a == b;
 }
 
 } // namespace
@@ -44,7 +56,8 @@ bool PDeviceProperty::writeStreamThis(PAbstractWriter* writer, const QString& na
 }
 
 bool PDeviceProperty::writeValueToStream(PAbstractWriter* writer) const {
-    return PPropertyEncoding::write(*writer, valueName(), m_value, m_range);
+    return PPropertyEncoding::write(*writer, valueName(), m_isUnread ? QVariant() : m_value,
+                                    m_range);
 }
 
 bool PDeviceProperty::readValueFromStream(PAbstractReader* reader, const QString& name) {
@@ -53,43 +66,110 @@ bool PDeviceProperty::readValueFromStream(PAbstractReader* reader, const QString
     if (!value.isValid())
         return false;
     setValue(value);
-    return m_value == value;
+    return areEqual(m_value, value);
 }
 
 void PDeviceProperty::setValue(const QVariant& value) {
     emit valueAboutToBeSent(value);
     // The result alone proves nothing: some devices always report success, some the opposite.
     const bool keepAsGiven = trySetValue(value) && PPropertyEncoding::isComposite(value);
-    m_value = keepAsGiven ? value : tryGetValue();
+    if (keepAsGiven)
+        setValueInner(value);
+    else
+        readBack();
     emit valueChanged(m_value);
 }
 
+QVariant PDeviceProperty::reportedValue() const {
+    return m_isUnread ? property(reportedName) : m_value;
+}
+
+void PDeviceProperty::restore(const Cached& cached) {
+    m_value = cached.value;
+    m_isUnread = cached.isUnread;
+    if (m_isUnread)
+        setProperty(reportedName, cached.reported);
+}
+
+void PDeviceProperty::setUnreadValueInner(const QVariant& value) {
+    restore({value, reportedValue(), true});
+}
+
+/// After a reading that failed. A composite value is still what the plugin returned, which is the
+/// contract with its panels; any other is none.
+void PDeviceProperty::cacheUnread(const QVariant& returned, const QVariant& reported) {
+    const bool isKept = PPropertyEncoding::isComposite(returned);
+    restore({isKept ? returned : QVariant(), isKept ? reported : QVariant(), true});
+}
+
+void PDeviceProperty::readAtFirst() {
+    const PReadWatch watch;
+    m_range = tryGetRange();
+    const QVariant value = tryGetValue();
+    if (watch.hasFailed())
+        cacheUnread(value, QVariant());
+    else
+        setValueInner(value);
+}
+
+void PDeviceProperty::readBack() {
+    const QVariant known = reportedValue(); // if the device refused a composite value, it has this
+    const PReadWatch watch;
+    const QVariant value = tryGetValue();
+    if (watch.hasFailed())
+        cacheUnread(value, known);
+    else
+        setValueInner(value);
+}
+
 PDeviceProperty::Reading PDeviceProperty::readFromDevice() {
-    Reading reading;
-    reading.range = tryGetRange();
+    const PReadWatch watch;
+    const Reading reading = readAsReturned();
+    return {watch.hasFailed() ? QVariant() : reading.value, reading.range};
+}
+
+/// The value as the plugin returned it, even if the device did not answer.
+PDeviceProperty::Reading PDeviceProperty::readAsReturned() {
+    const PReadWatch watch;
+    const QVariant range = tryGetRange();
     // Reading a composite property may overwrite its cached value.
-    const QVariant known = m_value;
-    reading.value = PCompositeFields::withHostFields(tryGetValue(), known);
-    m_value = known;
-    return reading;
+    const Cached known = cached();
+    const QVariant value = PCompositeFields::withHostFields(
+        tryGetValue(), known.reported.isValid() ? known.reported : known.value);
+    restore(known);
+    return {value, watch.hasFailed() && m_range.isValid() ? m_range : range};
 }
 
 void PDeviceProperty::restoreHostFields(const QVariant& before) {
     const QVariant restored = PCompositeFields::withHostFields(m_value, before);
-    if (restored == m_value)
+    if (areEqual(restored, m_value))
         return;
     m_value = restored;
-    emit valueChanged(m_value);
+    if (!m_isUnread)
+        emit valueChanged(m_value);
 }
 
 void PDeviceProperty::updateValueFromDevice(bool force) {
-    const auto [value, range] = readFromDevice();
+    update(force);
+}
+
+/// Returns false if the device did not answer.
+bool PDeviceProperty::update(bool force) {
+    const PReadWatch watch;
+    const auto [value, range] = readAsReturned();
+    const bool isRead = !watch.hasFailed();
     const bool rangeDiffers = range != m_range;
-    const bool valueDiffers = value != m_value;
+    const bool valueDiffers = isRead && (m_isUnread || !areEqual(value, m_value));
     m_range = range;
-    m_value = value;
+    if (isRead)
+        setValueInner(value);
+    else if (PPropertyEncoding::isComposite(value) || !m_value.isValid())
+        cacheUnread(value, reportedValue());
     if (rangeDiffers || force)
         emit rangeChanged(m_range);
     if (valueDiffers || force)
         emit valueChanged(m_value);
+    return isRead;
 }
+
+#include "moc_PDeviceProperty.cpp"

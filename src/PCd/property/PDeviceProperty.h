@@ -49,9 +49,15 @@ public:
     /// The device that owns the property; null until a device does.
     PDevice* device() const { return m_device; }
 
-    /// The cached value and range.
+    /// The cached value and range. The value of an action is invalid, and so is one that is unread,
+    /// unless it is composite: then it is what the plugin returned.
     QVariant valueInner() const { return m_value; }
     QVariant rangeInner() const { return m_range; }
+    /// True if the cached value is not the device's: it did not answer (PReadWatch) when the value
+    /// was first read, or read back after it was set, or, for a composite value, last read.
+    bool isUnread() const { return m_isUnread; }
+    /// The cached value, or, while that is unread, the last one known: invalid if there is none.
+    QVariant reportedValue() const;
 
     /// A value and its range, as read from the device.
     struct Reading {
@@ -59,7 +65,9 @@ public:
         QVariant range;
     };
     /// Reads range and value from the device without caching them or emitting signals. Fields of a
-    /// composite value that the device does not hold come from the cached value.
+    /// composite value that the device does not hold come from the last known value. If the device
+    /// does not answer (PReadWatch), the value is invalid, and the range is the cached one if
+    /// known.
     Reading readFromDevice();
     /// Restores those fields of the cached composite value that the device does not hold from an
     /// earlier copy, and emits valueChanged() if one changes. Needed when all fields have been
@@ -69,7 +77,7 @@ public:
     /// Sends a value to the device, reads the device's value whatever the result was, and always
     /// emits valueChanged() with it, so that an editor does not keep showing a refused value. Only
     /// a composite value that the device accepted is cached as given, since devices do not hold all
-    /// of its fields.
+    /// of its fields. If the value cannot be read back, it is unread.
     void setValue(const QVariant& value);
 
     QVariant defaultValue() const { return m_default; }
@@ -88,11 +96,14 @@ public:
 
 public slots:
     /// Reads range and value from the device and emits the signals of those that changed, with
-    /// `force` of both. May be invoked by name without the argument.
+    /// `force` of both. If the device does not answer (PReadWatch), the cached ones stay; only a
+    /// composite value becomes what the plugin returned, unread. May be invoked by name without the
+    /// argument.
     void updateValueFromDevice(bool force = false);
 
 signals:
     /// The cached value: after each setValue(), and after a reading that changed it or was forced.
+    /// A value that becomes unread is not announced by a reading: panels write back what they show.
     void valueChanged(const QVariant& value);
     /// The cached range: after a reading that changed it or was forced.
     void rangeChanged(const QVariant& range);
@@ -101,15 +112,37 @@ signals:
 
 protected:
     /// Updates the cached value only; nothing is sent or emitted.
-    void setValueInner(const QVariant& value) { m_value = value; }
+    void setValueInner(const QVariant& value) {
+        m_value = value;
+        m_isUnread = false;
+    }
+    /// The same for a value that takes the place of one that the device did not report.
+    void setUnreadValueInner(const QVariant& value);
 
 private:
-    friend class PDevice;       // takes ownership of the property
-    friend class PQuietReading; // replaces the cached value temporarily
+    /// The cached value with what belongs to it.
+    struct Cached {
+        QVariant value;
+        QVariant reported;
+        bool isUnread;
+    };
+
+    Cached cached() const { return {m_value, reportedValue(), m_isUnread}; }
+    void restore(const Cached& cached);
+    void cacheUnread(const QVariant& returned, const QVariant& reported);
+    Reading readAsReturned();
+    void readAtFirst();
+    void readBack();
+    bool update(bool force);
+
+    friend class PDevice;        // takes ownership of the property
+    friend class PPropertyCheck; // updates a value that it has set
+    friend class PQuietReading;  // replaces the cached value temporarily
 
     QByteArray m_id;
     QString m_title;
     PCD::DevicePropertyType m_type;
+    bool m_isUnread = false; // in a gap: at the end it would move members of derived classes
     PDevice* m_device = nullptr;
     QVariant m_value;
     QVariant m_range;

@@ -148,8 +148,15 @@ QString PPropertyCheck::expectation(const PDeviceProperty& property, const QVari
         .arg(QString::fromLatin1(property.valueInner().metaType().name()));
 }
 
-bool PPropertyCheck::setAndVerify(PDeviceProperty& property, const QVariant& value) {
+PPropertyCheck::Outcome PPropertyCheck::send(PDeviceProperty& property, const QVariant& value) {
     property.setValue(value);
-    property.updateValueFromDevice();
-    return PPropertyEncoding::isSame(property.valueInner(), value, property.rangeInner());
+    if (!property.update(false))
+        return Outcome::Unread;
+    return PPropertyEncoding::isSame(property.valueInner(), value, property.rangeInner())
+               ? Outcome::Taken
+               : Outcome::Refused;
+}
+
+bool PPropertyCheck::setAndVerify(PDeviceProperty& property, const QVariant& value) {
+    return send(property, value) == Outcome::Taken;
 }

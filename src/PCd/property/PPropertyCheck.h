@@ -27,7 +27,15 @@ public:
     static QString expectation(const PDeviceProperty& property);
     static QString expectation(const PDeviceProperty& property, const QVariant& range);
 
-    /// Sends any value and reads the device's value back: true if they are equal. Reading back is
-    /// the only reliable test, as devices differ in what their results mean.
+    /// What a device has after a value was sent to it.
+    enum class Outcome {
+        Taken,   ///< the value
+        Refused, ///< another one
+        Unread,  ///< not known: it could not be read back
+    };
+    /// Sends any value and reads the device's value back, which is the only reliable test, as
+    /// devices differ in what their results mean.
+    static Outcome send(PDeviceProperty& property, const QVariant& value);
+    /// The same: true if the device has the value.
     static bool setAndVerify(PDeviceProperty& property, const QVariant& value);
 };

@@ -27,6 +27,7 @@ QByteArray PPropertyRoles::method(const PDeviceProperty& property, PRole role) {
 }
 
 PRoleValue PPropertyRoles::value(const PDeviceProperty& property) {
-    return {property.id(), PPropertyEncoding::named(property.valueInner(), property.rangeInner()),
+    return {property.id(),
+            PPropertyEncoding::named(property.reportedValue(), property.rangeInner()),
             of(property)};
 }

@@ -18,6 +18,6 @@ public:
     static PRoleBindings of(const PDeviceProperty& property);
     /// The name of the method that has the role; empty if there is none.
     static QByteArray method(const PDeviceProperty& property, PRole role);
-    /// The cached value with its roles; the device is not read.
+    /// The last known value with its roles; the device is not read.
     static PRoleValue value(const PDeviceProperty& property);
 };

@@ -52,6 +52,19 @@ QByteArray savedWith(const char* mode, const char* properties) {
 
 } // namespace
 
+TEST(PDeviceSerialization, a_device_that_does_not_report_a_value_or_its_mode_is_not_saved) {
+    SavedDevice saved;
+    saved.device.supportProperties();
+    saved.device.failsToReadMode = true;
+    PJsonWriter modeMissing;
+    EXPECT_FALSE(saved.device.writeStreamThis(&modeMissing, cameraName));
+    saved.device.failsToReadMode = false;
+    saved.hue->failsToRead = true;
+    saved.hue->setValue(3);
+    PJsonWriter hueMissing;
+    EXPECT_FALSE(saved.device.writeStreamThis(&hueMissing, cameraName));
+}
+
 TEST(PDeviceSerialization, saves_model_serial_mode_and_every_property) {
     SavedDevice camera;
     const QJsonObject saved =

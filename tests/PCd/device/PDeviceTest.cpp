@@ -246,6 +246,17 @@ TEST(PDevice, owns_its_properties_and_groups) {
     EXPECT_TRUE(group.isNull());
 }
 
+TEST(PDevice, has_no_empty_entries_among_its_properties_and_groups) {
+    FakeDevice device;
+    auto* const property = new FakeProperty("gain");
+    auto* const group = new PDevicePropertyGroup(text("g"), text("Group"));
+    device.makeProperties = [&] { return QList<PDeviceProperty*>{nullptr, property, nullptr}; };
+    device.makeGroups = [&] { return QList<PDevicePropertyGroup*>{group, nullptr}; };
+    EXPECT_EQ(device.supportPropertyGroups(), QList<PDevicePropertyGroup*>{group});
+    EXPECT_EQ(device.supportProperties(), QList<PDeviceProperty*>{property});
+    EXPECT_EQ(device.getProperty("gain"), property);
+}
+
 TEST(PDevice, finds_a_property_by_its_id) {
     FakeDevice device;
     auto* const gain = new FakeProperty("gain");
@@ -277,4 +288,30 @@ TEST(PDevice, lets_groups_look_up_their_members) {
     };
     ASSERT_EQ(device.supportPropertyGroups().size(), 1);
     EXPECT_EQ(device.supportPropertyGroups().first()->properties(), device.supportProperties());
+}
+
+TEST(PDevice, emits_no_mode_if_the_device_does_not_report_the_one_it_has) {
+    FakeDevice device;
+    QSignalSpy changed(&device, &PDevice::modeChanged);
+    device.failsToReadMode = true;
+    EXPECT_TRUE(device.setMode(device.modes.at(1)).isOk());
+    ASSERT_EQ(changed.count(), 1);
+    EXPECT_EQ(changed.first().first().value<PDeviceMode>(), PDeviceMode());
+}
+
+TEST(PDevice, reads_no_mode_if_the_device_does_not_report_it) {
+    FakeDevice device;
+    EXPECT_EQ(device.reportedMode(), device.mode);
+    device.failsToReadMode = true;
+    EXPECT_EQ(device.reportedMode(), PDeviceMode());
+}
+
+TEST(PDevice, that_cannot_report_its_modes_does_not_answer) {
+    FakeDevice device;
+    EXPECT_TRUE(device.isAnswering());
+    device.failsToReadModes = true;
+    EXPECT_FALSE(device.isAnswering());
+    device.failsToReadModes = false;
+    device.modes.clear(); // a device may have none
+    EXPECT_TRUE(device.isAnswering());
 }

@@ -87,3 +87,27 @@ TEST_F(PStampedValuesTest, are_complete_at_a_change_before_the_first_stream) {
     using Values = QList<std::pair<QByteArray, QVariant>>;
     EXPECT_EQ(settingsIn(other.newestFrame()).values, (Values{{"hue", 1}, {"tint", 3}}));
 }
+
+TEST_F(PStampedValuesTest, that_are_composite_and_were_not_read_at_first_are_taken_along_later) {
+    FakeDevice other;
+    auto* const hue = new FakeProperty("hue", 1);
+    auto* const late = new FakeProperty("late", QVariant::fromValue(StreamedPair{1, 5}));
+    late->failsToRead = true;
+    other.makeProperties = [=] { return QList<PDeviceProperty*>{hue, late}; };
+    other.supportProperties();
+    hue->setValue(2);
+    sendImages(other, 1);
+    EXPECT_FALSE(settingsIn(other.newestFrame()).values.value(1).second.isValid());
+    late->setValueInner(QVariant::fromValue(StreamedPair{2, 6})); // without a signal
+    hue->setValue(3);
+    sendImages(other, 1);
+    const auto stamped = settingsIn(other.newestFrame()).values.value(1).second;
+    EXPECT_EQ(stamped.value<StreamedPair>().leftOut, 6);
+}
+
+TEST_F(PStampedValuesTest, that_are_composite_stay_while_they_are_not_read) {
+    pair->failsToRead = true;
+    pair->updateValueFromDevice();
+    gain->setValue(9);
+    EXPECT_EQ(value(*stamp(), 1).value<StreamedPair>().leftOut, 5);
+}

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <PCd/FakeDevice.h>
 #include <PCd/FakeProperty.h>
+#include <PCd/RoleRecord.h>
 #include <PCd/property/value/StreamedPair.h>
 
 #include <PCd/PEnumeration.h>
@@ -201,6 +202,17 @@ TEST(PDeviceProperty, emits_nothing_when_an_update_finds_nothing_new) {
     EXPECT_TRUE(taken.emitted.isEmpty());
 }
 
+TEST(PDeviceProperty, emits_nothing_for_an_equal_value_of_a_type_that_cannot_be_compared) {
+    TakenProperty taken(RoleRecord::value());
+    taken.property->updateValueFromDevice();
+    EXPECT_EQ(taken.emitted.size(), 0);
+    RoleRecord record;
+    record.whole = 7;
+    taken.property->inDevice = QVariant::fromValue(record);
+    taken.property->updateValueFromDevice();
+    EXPECT_EQ(taken.emitted.size(), 1);
+}
+
 TEST(PDeviceProperty, emits_a_new_value_alone) {
     TakenProperty taken(5, rangeTo(10));
     taken.property->inDevice = 6;
@@ -327,6 +339,16 @@ TEST(PDeviceProperty, comes_back_from_where_it_was_saved) {
     EXPECT_EQ(after.emitted, (Emitted{{"value", 42}}));
 }
 
+TEST(PDeviceProperty, comes_back_though_its_type_cannot_be_compared) {
+    RoleRecord record;
+    record.whole = 7;
+    TakenProperty before(QVariant::fromValue(record));
+    const QByteArray document = saved(*before.property);
+    TakenProperty after(RoleRecord::value());
+    EXPECT_TRUE(restored(*after.property, document));
+    EXPECT_EQ(after.property->inDevice.value<RoleRecord>().whole, 7);
+}
+
 TEST(PDeviceProperty, saves_its_value_in_an_object_of_its_name) {
     TakenProperty taken(42);
     PJsonReader reader;
@@ -355,4 +377,102 @@ TEST(PDeviceProperty, sends_nothing_when_no_value_was_saved) {
     TakenProperty taken;
     EXPECT_FALSE(restored(*taken.property, "{\"gain\": {\"other\": 3}}"));
     EXPECT_EQ(taken.property->calls, QStringList());
+}
+
+TEST(PDeviceProperty, a_value_that_the_device_does_not_report_at_first_is_no_value) {
+    FakeDevice device;
+    auto* const gain = new FakeProperty("gain");
+    gain->failsToRead = true;
+    device.makeProperties = [gain] { return QList<PDeviceProperty*>{gain}; };
+    device.supportProperties();
+    EXPECT_FALSE(gain->valueInner().isValid());
+    EXPECT_TRUE(gain->isUnread());
+    gain->failsToRead = false;
+    gain->updateValueFromDevice();
+    EXPECT_EQ(gain->valueInner(), QVariant(5));
+    EXPECT_FALSE(gain->isUnread());
+}
+
+TEST(PDeviceProperty, an_update_that_fails_keeps_the_last_value_and_emits_nothing) {
+    TakenProperty taken;
+    taken.property->failsToRead = true;
+    taken.property->inDevice = 7;
+    taken.property->updateValueFromDevice();
+    EXPECT_EQ(taken.property->valueInner(), QVariant(5));
+    EXPECT_EQ(taken.emitted, Emitted());
+}
+
+TEST(PDeviceProperty, a_forced_update_that_fails_emits_the_last_value) {
+    TakenProperty taken;
+    taken.property->failsToRead = true;
+    taken.property->updateValueFromDevice(true);
+    EXPECT_EQ(taken.emitted, (Emitted{{"range", QVariant()}, {"value", 5}}));
+}
+
+TEST(PDeviceProperty, a_value_that_cannot_be_read_back_after_it_was_set_is_no_value) {
+    TakenProperty taken;
+    taken.property->failsToRead = true;
+    taken.property->setValue(7);
+    EXPECT_FALSE(taken.property->valueInner().isValid());
+    EXPECT_EQ(taken.emitted, (Emitted{{"value", QVariant()}}));
+}
+
+TEST(PDeviceProperty, of_a_refused_composite_value_that_cannot_be_read_back_the_last_one_is_known) {
+    TakenProperty taken(QVariant::fromValue(StreamedPair{1, 2}));
+    taken.property->failsToRead = true;
+    taken.property->refuses = true;
+    taken.property->setValue(QVariant::fromValue(StreamedPair{3, 4}));
+    EXPECT_TRUE(taken.property->isUnread());
+    EXPECT_EQ(taken.property->reportedValue().value<StreamedPair>().saved, 1);
+}
+
+TEST(PDeviceProperty, caches_what_the_plugin_returned_for_a_composite_value_that_was_not_read) {
+    TakenProperty taken(QVariant::fromValue(StreamedPair{1, 2}));
+    taken.property->failsToRead = true;
+    taken.property->updateValueFromDevice();
+    EXPECT_EQ(taken.property->valueInner().value<StreamedPair>().saved, StreamedPair().saved);
+    EXPECT_TRUE(taken.property->isUnread());
+    EXPECT_EQ(taken.property->reportedValue().value<StreamedPair>().saved, 1);
+    EXPECT_EQ(taken.emitted, Emitted()) << "a panel would write it back";
+    taken.property->updateValueFromDevice(); // again
+    EXPECT_EQ(taken.property->reportedValue().value<StreamedPair>().saved, 1);
+}
+
+TEST(PDeviceProperty, a_composite_value_that_is_read_again_is_announced_even_if_it_is_equal) {
+    TakenProperty taken(QVariant::fromValue(StreamedPair()));
+    taken.property->failsToRead = true;
+    taken.property->updateValueFromDevice();
+    taken.property->failsToRead = false;
+    taken.property->updateValueFromDevice();
+    EXPECT_FALSE(taken.property->isUnread());
+    EXPECT_EQ(taken.emitted.size(), 1);
+}
+
+TEST(PDeviceProperty, of_a_composite_value_that_was_never_read_none_is_known) {
+    FakeDevice device;
+    auto* const pair = new FakeProperty("pair", QVariant::fromValue(StreamedPair{1, 2}));
+    pair->setValueInner(QVariant::fromValue(StreamedPair{7, 7})); // as plugins do to begin with
+    pair->failsToRead = true;
+    device.makeProperties = [pair] { return QList<PDeviceProperty*>{pair}; };
+    device.supportProperties();
+    EXPECT_TRUE(pair->isUnread());
+    EXPECT_EQ(pair->valueInner().value<StreamedPair>().saved, StreamedPair().saved);
+    EXPECT_FALSE(pair->reportedValue().isValid());
+}
+
+TEST(PDeviceProperty, a_composite_value_that_was_not_read_is_not_saved) {
+    TakenProperty taken(QVariant::fromValue(StreamedPair{1, 2}));
+    taken.property->failsToRead = true;
+    taken.property->updateValueFromDevice();
+    PJsonWriter writer;
+    EXPECT_FALSE(taken.property->writeStreamThis(&writer, u"gain"_qs));
+}
+
+TEST(PDeviceProperty, reading_what_the_device_does_not_report_gives_no_value_and_the_known_range) {
+    TakenProperty taken(5, rangeTo(10));
+    taken.property->failsToRead = true;
+    taken.property->rangeInDevice = rangeTo(0);
+    const PDeviceProperty::Reading reading = taken.property->readFromDevice();
+    EXPECT_FALSE(reading.value.isValid());
+    EXPECT_EQ(reading.range, rangeTo(10));
 }

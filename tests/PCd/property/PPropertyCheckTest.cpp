@@ -203,6 +203,32 @@ TEST(PPropertyCheck, does_not_trust_a_device_that_returns_true_and_has_another_v
     EXPECT_EQ(checked.property->valueInner(), QVariant(6));
 }
 
+TEST(PPropertyCheck, does_not_know_what_a_device_has_if_it_cannot_be_read_back) {
+    const CheckedProperty checked(5);
+    checked.property->failsToRead = true;
+    EXPECT_EQ(PPropertyCheck::send(*checked.property, 7), PPropertyCheck::Outcome::Unread);
+    EXPECT_FALSE(PPropertyCheck::setAndVerify(*checked.property, 7));
+}
+
+TEST(PPropertyCheck, does_not_confuse_other_readings_that_fail_with_its_own) {
+    class Reading : public FakeProperty {
+    public:
+        using FakeProperty::FakeProperty;
+        bool trySetValue(QVariant value) override {
+            PReadWatch::reportFailure();
+            return FakeProperty::trySetValue(value);
+        }
+    };
+    Reading property("tint", 5);
+    FakeProperty other("hue", 5);
+    other.failsToRead = true;
+    QObject::connect(&property, &PDeviceProperty::valueChanged,
+                     [&other] { other.updateValueFromDevice(); });
+    EXPECT_EQ(PPropertyCheck::send(property, 7), PPropertyCheck::Outcome::Taken);
+    property.becomes = 6;
+    EXPECT_EQ(PPropertyCheck::send(property, 8), PPropertyCheck::Outcome::Refused);
+}
+
 } // namespace
 
 #include "PPropertyCheckTest.moc"

@@ -106,6 +106,39 @@ TEST_F(QuietReadingTest, keeps_the_fields_that_the_device_does_not_hold) {
     EXPECT_EQ(shot->known(), (CameraShot{20, 120, 1}));
 }
 
+TEST_F(QuietReadingTest, has_no_value_for_what_the_device_does_not_report) {
+    gain->failsToRead = true;
+    {
+        const PQuietReading reading(device.supportProperties());
+        EXPECT_FALSE(gain->valueInner().isValid());
+        EXPECT_EQ(reading.status().reason(), u"the camera did not report gain"_qs);
+    }
+    EXPECT_EQ(gain->valueInner(), QVariant(5));
+}
+
+TEST_F(QuietReadingTest, of_one_property_that_the_device_does_not_report_names_it_too) {
+    gain->failsToRead = true;
+    const PQuietReading reading({gain});
+    EXPECT_EQ(reading.status().reason(), u"the camera did not report gain"_qs);
+}
+
+TEST_F(QuietReadingTest, has_no_composite_value_either_and_leaves_the_cached_one) {
+    shot->setValue(QVariant::fromValue(CameraShot{20, 100, 0}));
+    shot->failsToRead = true;
+    {
+        const PQuietReading reading(device.supportProperties());
+        EXPECT_TRUE(shot->isUnread());
+        EXPECT_FALSE(shot->valueInner().isValid());
+    }
+    EXPECT_FALSE(shot->isUnread());
+    EXPECT_EQ(shot->known(), (CameraShot{20, 100, 0}));
+}
+
+TEST_F(QuietReadingTest, of_a_device_that_reports_everything_is_fine) {
+    const PQuietReading reading(device.supportProperties());
+    EXPECT_TRUE(reading.status().isOk());
+}
+
 TEST_F(QuietReadingTest, is_no_different_from_an_update_in_what_it_keeps) {
     shot->setValue(QVariant::fromValue(CameraShot{20, 100, 1}));
     shot->inDevice = QVariant::fromValue(CameraShot{5000, 120, 1});

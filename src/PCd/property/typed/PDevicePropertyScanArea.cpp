@@ -3,19 +3,26 @@
 
 #include <PCore/state/PAbstractReader.h>
 
+namespace {
+
+/// True for a region that the device reported, and that is none.
+bool isNoRegion(const PDeviceProperty& region) {
+    return !region.isUnread() && region.valueInner().toRect().isEmpty();
+}
+
+} // namespace
+
 PDevicePropertyScanArea::PDevicePropertyScanArea(const QByteArray& id, const QString& title,
                                                  PCD::DevicePropertyType type)
     : PDevicePropertyTRangedQVariantBased(id, title, type) {
 }
 
 bool PDevicePropertyScanArea::writeStreamThis(PAbstractWriter* writer, const QString& name) {
-    return valueInner().toRect().isEmpty() ||
-           PDevicePropertyTRangedQVariantBased::writeStreamThis(writer, name);
+    return isNoRegion(*this) || PDevicePropertyTRangedQVariantBased::writeStreamThis(writer, name);
 }
 
 bool PDevicePropertyScanArea::writeValueToStream(PAbstractWriter* writer) const {
-    return valueInner().toRect().isEmpty() ||
-           PDevicePropertyTRangedQVariantBased::writeValueToStream(writer);
+    return isNoRegion(*this) || PDevicePropertyTRangedQVariantBased::writeValueToStream(writer);
 }
 
 bool PDevicePropertyScanArea::readValueFromStream(PAbstractReader* reader, const QString& name) {
@@ -25,3 +32,5 @@ bool PDevicePropertyScanArea::readValueFromStream(PAbstractReader* reader, const
     setValue(region);
     return valueInner() == region;
 }
+
+#include "moc_PDevicePropertyScanArea.cpp"

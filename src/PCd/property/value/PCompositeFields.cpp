@@ -156,8 +156,16 @@ PStatus PCompositeFields::write(QVariant& value, const QString& name, const QStr
 bool PCompositeFields::assign(QVariant& value, const QString& name, const QVariant& given) {
     const QMetaProperty field = findField(value, name);
     const QVariant meant = field.isValid() ? inFieldType(given, field.metaType()) : QVariant();
-    return meant.isValid() && isInRange(value, name, meant) &&
-           field.writeOnGadget(value.data(), meant);
+    if (!meant.isValid())
+        return false;
+    if (isInRange(value, name, meant))
+        return field.writeOnGadget(value.data(), meant);
+    return read(value, name) == meant;
+}
+
+bool PCompositeFields::isOfType(const QVariant& value, const QString& name, const QVariant& given) {
+    const QMetaProperty field = findField(value, name);
+    return field.isValid() && inFieldType(given, field.metaType()).isValid();
 }
 
 QString PCompositeFields::expectation(const QVariant& value, const QString& name) {

@@ -34,9 +34,12 @@ public:
     /// a switch as in PPropertyText. Fails, and changes nothing, with a sentence that names the
     /// field, the text and what was expected.
     static PStatus write(QVariant& value, const QString& name, const QString& text);
-    /// Sets one field from a value in a file: a number that fits the field, true or false. Returns
-    /// false and changes nothing if the field cannot have it, or there is no such field.
+    /// Sets one field from a value in a file: a number that fits the field, true or false. A number
+    /// outside the field's range is accepted if the field already has it. Returns false and changes
+    /// nothing if the field cannot have it, or there is no such field.
     static bool assign(QVariant& value, const QString& name, const QVariant& given);
+    /// True if there is such a field and it could have this value from a file if it had no range.
+    static bool isOfType(const QVariant& value, const QString& name, const QVariant& given);
     /// The values that a field can have, in words: "a whole number of 16 bits"; empty if there is
     /// none.
     static QString expectation(const QVariant& value, const QString& name);

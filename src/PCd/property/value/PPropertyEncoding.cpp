@@ -32,6 +32,8 @@ bool isChoice(const QVariant& range) {
 }
 
 QVariant toChoiceName(const QVariant& value, const PEnumeration& choices) {
+    if (!value.isValid()) // as an id it would be null, which is the first choice's
+        return value;
     const PEnumerationItem item = choices.getItem(value.toUuid());
     return item.name.isEmpty() ? value : QVariant(item.name);
 }
@@ -92,11 +94,22 @@ QVariant toBytes(const QVariant& value) {
     return saved && stream.status() == QDataStream::Ok ? QVariant(bytes) : QVariant();
 }
 
-QVariant fromBytes(const QByteArray& bytes, QVariant value) {
+/// Bytes hold any number, also one beyond the range that its type declares and that the current
+/// value does not have.
+bool isPossible(const QVariant& value, QVariant current) {
+    const QStringList fields = PCompositeFields::storedNames(value);
+    return std::all_of(fields.begin(), fields.end(), [&](const QString& name) {
+        return PCompositeFields::assign(current, name, PCompositeFields::read(value, name));
+    });
+}
+
+QVariant fromBytes(const QByteArray& bytes, const QVariant& current) {
+    QVariant value = current;
     QDataStream stream(bytes);
     stream.setVersion(streamVersion);
     const bool loaded = value.metaType().load(stream, value.data());
-    return loaded && stream.status() == QDataStream::Ok && stream.atEnd() ? value : QVariant();
+    const bool isWhole = loaded && stream.status() == QDataStream::Ok && stream.atEnd();
+    return isWhole && isPossible(value, current) ? value : QVariant();
 }
 
 } // namespace
@@ -110,7 +123,6 @@ QVariant PPropertyEncoding::named(const QVariant& value, const QVariant& range) 
 }
 
 QVariant PPropertyEncoding::toForm(const QVariant& value, const QVariant& range) {
-    // Converted to an id it would be null, which is the id of the first choice.
     if (!value.isValid())
         return QVariant();
     if (isChoice(range))

@@ -25,7 +25,7 @@ public:
     /// The value of a form. `current` is the property's present value: it determines the type, and
     /// fields of a composite that the form lacks are taken from it. Invalid if the form is not a
     /// value of that type: an unknown name, a field that does not exist or cannot have that value,
-    /// bytes that are too few or too many, another type.
+    /// bytes that are too few or too many or hold such a field, another type.
     static QVariant fromForm(const QVariant& form, const QVariant& current, const QVariant& range);
 
     /// Writes the form of a value under this name: fields as an object, anything else as a value.

@@ -193,6 +193,19 @@ INSTANTIATE_TEST_SUITE_P(
 
 } // namespace
 
+TEST(PCompositeFields, outside_its_range_is_taken_from_a_file_only_if_it_has_it_already) {
+    QVariant value = QVariant::fromValue(Lamp{7, -3, 1.5, true, 9, 0});
+    EXPECT_TRUE(PCompositeFields::assign(value, u"filter"_qs, 9));
+    EXPECT_FALSE(PCompositeFields::assign(value, u"filter"_qs, 8));
+    EXPECT_EQ(PCompositeFields::read(value, u"filter"_qs), 9);
+}
+
+TEST(PCompositeFields, have_types_whatever_their_ranges) {
+    EXPECT_TRUE(PCompositeFields::isOfType(lamp(), u"filter"_qs, 9));
+    EXPECT_FALSE(PCompositeFields::isOfType(lamp(), u"filter"_qs, u"9"_qs));
+    EXPECT_FALSE(PCompositeFields::isOfType(lamp(), u"weight"_qs, 9));
+}
+
 TEST(PCompositeFields, say_what_they_can_be) {
     const auto expectation = [](const char* field) {
         return PCompositeFields::expectation(lamp(), QString::fromLatin1(field));

@@ -130,3 +130,8 @@ TEST(PPropertyEncoding, compares_values_by_their_encodings) {
     EXPECT_TRUE(PPropertyEncoding::isSame(itemId(1), itemId(1), turnsWithOneUnnamed()));
     EXPECT_FALSE(PPropertyEncoding::isSame(QVariant(), QVariant(), {}));
 }
+
+TEST(PPropertyEncoding, of_a_choice_that_is_not_known_is_none_and_not_the_first) {
+    EXPECT_FALSE(PPropertyEncoding::toForm(QVariant(), turnsWithOneUnnamed()).isValid());
+    EXPECT_FALSE(PPropertyEncoding::named(QVariant(), turnsWithOneUnnamed()).isValid());
+}
