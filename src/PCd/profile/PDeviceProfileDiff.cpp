@@ -2,8 +2,10 @@
 #include <PCd/profile/PDeviceProfileDiff.h>
 
 #include <PCd/device/PDevice.h>
+#include <PCd/profile/PDeviceProfileFile.h>
 #include <PCd/property/PDeviceProperty.h>
 #include <PCd/property/PQuietReading.h>
+#include <PCd/property/PReadWatch.h>
 #include <PCd/property/value/PCompositeFields.h>
 #include <PCd/property/value/PPropertyEncoding.h>
 #include <PCd/property/value/PPropertyText.h>
@@ -81,6 +83,8 @@ std::optional<QVariantMap> fieldsIn(const QVariant& form, const PDeviceProperty*
 
 QList<Difference> compareSetting(const QByteArray& id, const QVariant& inFile,
                                  const PDeviceProperty* property) {
+    if (property != nullptr && property->isUnread())
+        return {};
     if (const auto fields = fieldsIn(inFile, property))
         return differencesOfFields(id, *fields, property->valueInner());
     const QVariant onCamera = savedForm(property);
@@ -89,20 +93,32 @@ QList<Difference> compareSetting(const QByteArray& id, const QVariant& inFile,
     return {{id, toText(inFile, property), toText(onCamera, property)}};
 }
 
-QList<Difference> differencesOfModes(const PDeviceProfile::Setting& mode, PDevice& device) {
+/// Fails if the device does not report its mode.
+PStatus compareModes(const PDeviceProfile::Setting& mode, PDevice& device,
+                     QList<Difference>& differences) {
+    const PReadWatch watch;
     const QString inFile = mode.form.toString();
-    const QString onCamera = QString::fromLatin1(device.getCurrentMode().id);
-    if (inFile == onCamera)
-        return {};
-    return {{QByteArrayLiteral("mode"), inFile, onCamera}};
+    const QString onCamera = QString::fromLatin1(device.reportedMode().id);
+    if (watch.hasFailed())
+        return PStatus::failure(PDeviceProfileDiff::tr("the camera did not report its mode"));
+    if (inFile != onCamera)
+        differences.append({QByteArrayLiteral("mode"), inFile, onCamera});
+    return PStatus::Ok;
 }
 
 } // namespace
 
 QList<Difference> PDeviceProfileDiff::between(const PDeviceProfile& profile, PDevice& device) {
+    QList<Difference> differences;
+    find(profile, device, differences);
+    return differences;
+}
+
+PStatus PDeviceProfileDiff::find(const PDeviceProfile& profile, PDevice& device,
+                                 QList<Difference>& differences) {
     QList<QByteArray> ids;
-    const PQuietReading reading(device.supportProperties());
-    QList<Difference> differences = differencesOfModes(profile.mode, device);
+    const PQuietReading reading(PDeviceProfileFile::savedProperties(device));
+    const PStatus mode = compareModes(profile.mode, device, differences);
     for (const PDeviceProfile::Setting& setting : profile.settings) {
         differences += compareSetting(setting.id, setting.form, device.getProperty(setting.id));
         ids.append(setting.id);
@@ -111,5 +127,6 @@ QList<Difference> PDeviceProfileDiff::between(const PDeviceProfile& profile, PDe
         if (!ids.contains(property->id()))
             differences += compareSetting(property->id(), QVariant(), property);
     }
-    return differences;
+    const PStatus read = reading.status();
+    return read.isOk() ? mode : read;
 }

@@ -4,11 +4,16 @@
 #include <PCd/profile/PDeviceProfile.h>
 
 #include <PCore/PExport.h>
+#include <PCore/PStatus.h>
+
+#include <QCoreApplication>
 
 class PDevice;
 
 /// The differences between a profile and the present settings of a device. The device's thread.
 class PCD_EXPORT PDeviceProfileDiff {
+    Q_DECLARE_TR_FUNCTIONS(PDeviceProfileDiff)
+
 public:
     /// One setting that differs between file and camera.
     struct Difference {
@@ -21,4 +26,8 @@ public:
     /// settings that only the camera has. Fields of a composite value are compared one by one. The
     /// profile's values are not validated.
     static QList<Difference> between(const PDeviceProfile& profile, PDevice& device);
+    /// The same, without what the device does not report (PReadWatch). Fails if there is such, with
+    /// a sentence that names it.
+    static PStatus find(const PDeviceProfile& profile, PDevice& device,
+                        QList<Difference>& differences);
 };

@@ -4,6 +4,7 @@
 #include <PCd/device/PDevice.h>
 #include <PCd/profile/PDeviceProfileParser.h>
 #include <PCd/property/PQuietReading.h>
+#include <PCd/property/PReadWatch.h>
 
 #include <PCore/file/PWholeFile.h>
 #include <PCore/state/PJsonReader.h>
@@ -60,17 +61,29 @@ PStatus parse(const QByteArray& bytes, PDeviceProfile& profile) {
 
 } // namespace
 
+QList<PDeviceProperty*> PDeviceProfileFile::savedProperties(PDevice& device) {
+    QList<PDeviceProperty*> saved = device.supportProperties();
+    saved.removeIf([](const PDeviceProperty* property) { return !property->isSerializable(); });
+    return saved;
+}
+
 PStatus PDeviceProfileFile::save(PDevice& device, const QString& path) {
     const bool hadModes = !device.getSupportModes().isEmpty();
-    const PQuietReading reading(device.supportProperties());
-    // If the camera is unplugged meanwhile, its values read as zeros.
-    if (hadModes && device.getSupportModes().isEmpty())
+    const PQuietReading reading(savedProperties(device));
+    // The values of a driver that reports no failures are zeros if its camera was unplugged.
+    if (!device.isAnswering() || (hadModes && device.getSupportModes().isEmpty()))
         return saveFailure(path, tr("the camera no longer answers"));
+    const PStatus read = reading.status();
+    if (!read.isOk())
+        return saveFailure(path, read.reason());
+    const PReadWatch watch;
     PJsonWriter writer;
     writer.writeValue(PDeviceProfileParser::formatKey(), PDeviceProfileParser::formatName());
     writer.writeValue(PDeviceProfileParser::versionKey(), PDeviceProfileParser::version);
     if (!device.writeStreamThis(&writer, PDeviceProfileParser::cameraKey()))
-        return saveFailure(path, tr("the camera has a value that cannot be written"));
+        return saveFailure(path, watch.hasFailed()
+                                     ? tr("the camera did not report its mode")
+                                     : tr("the camera has a value that cannot be written"));
     return replaceFile(path, writer.document());
 }
 

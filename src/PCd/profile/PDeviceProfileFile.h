@@ -9,6 +9,7 @@
 #include <PCore/PStatus.h>
 
 class PDevice;
+class PDeviceProperty;
 
 /// Saves profiles to files and reads them. Failures name the file, the line if there is one, and
 /// what was wrong or expected.
@@ -20,8 +21,12 @@ public:
     /// kilobytes.
     static constexpr qint64 largestSize = qint64(1) << 20;
 
+    /// The properties that profiles contain. The device's thread.
+    static QList<PDeviceProperty*> savedProperties(PDevice& device);
+
     /// Reads the device's values again and saves model, serial, mode and every serialisable
-    /// property. The file is replaced in one step, or stays as it was. The device's thread.
+    /// property. Fails if any of them cannot be read (PReadWatch), with a sentence that names it.
+    /// The file is replaced in one step, or stays as it was. The device's thread.
     static PStatus save(PDevice& device, const QString& path);
 
     /// Reads a file. On failure the profile is unchanged. Any thread.

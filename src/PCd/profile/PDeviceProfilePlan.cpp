@@ -8,6 +8,7 @@
 #include <PCd/property/PDeviceProperty.h>
 #include <PCd/property/PPropertyCheck.h>
 #include <PCd/property/PQuietReading.h>
+#include <PCd/property/PReadWatch.h>
 #include <PCd/property/value/PCompositeFields.h>
 #include <PCd/property/value/PPropertyEncoding.h>
 #include <PCd/property/value/PPropertyText.h>
@@ -28,6 +29,8 @@ QString expectedMode(const QList<PDeviceMode>& modes) {
     QStringList known;
     for (const PDeviceMode& mode : modes)
         known.append(u"\"%1\" (%2)"_qs.arg(QString::fromLatin1(mode.id), mode.name));
+    if (known.isEmpty())
+        return PDeviceProfilePlan::tr("none, because the camera has no modes");
     return PDeviceProfilePlan::tr("one of %1").arg(known.join(u", "_qs));
 }
 
@@ -39,6 +42,10 @@ bool isForeignChoice(const QVariant& form, const QVariant& range) {
 
 bool isSetByProfiles(const PDeviceProperty& property) {
     return property.isSerializable() && property.type() != PCD::DevicePropertyType::Action;
+}
+
+bool isRegion(const PDeviceProperty& property) {
+    return property.type() == PCD::DevicePropertyType::ScanArea;
 }
 
 QString reasonToIgnore(const PDeviceProperty& property) {
@@ -96,6 +103,18 @@ QString alreadySo() {
     return PDeviceProfilePlan::tr("the camera already has this value, which is outside its range");
 }
 
+QString regionOfAnotherMode() {
+    return PDeviceProfilePlan::tr("it is a region of another mode");
+}
+
+QString notReported() {
+    return PDeviceProfilePlan::tr("the camera did not report it");
+}
+
+QString notReportedAgain() {
+    return PDeviceProfilePlan::tr("the camera did not report whether it took it");
+}
+
 } // namespace
 
 PDeviceProfilePlan::PDeviceProfilePlan(PDevice& device, Mode mode)
@@ -108,9 +127,11 @@ PStatus PDeviceProfilePlan::make(const PDeviceProfile& profile) {
     m_steps.clear();
     m_report = {};
     m_mode.reset();
-    m_currentMode = m_device.getCurrentMode();
+    m_currentMode = m_device.reportedMode();
     m_isSameModel = profile.model == m_device.model();
-    const PQuietReading reading(m_device.supportProperties());
+    const PQuietReading reading(properties());
+    if (!reading.status().isOk() && !m_device.isAnswering())
+        return PStatus::failure(tr("the camera no longer answers"));
     noteOrigin();
     PStatus status = planMode();
     if (status.isOk())
@@ -121,6 +142,18 @@ PStatus PDeviceProfilePlan::make(const PDeviceProfile& profile) {
         m_mode.reset();
     }
     return status;
+}
+
+/// The device's properties of which the profile has a value.
+QList<PDeviceProperty*> PDeviceProfilePlan::properties() const {
+    QList<PDeviceProperty*> all;
+    m_device.supportProperties();
+    for (const PDeviceProfile::Setting& setting : m_profile.settings) {
+        PDeviceProperty* const property = m_device.getProperty(setting.id);
+        if (property != nullptr && isSetByProfiles(*property))
+            all.append(property);
+    }
+    return all;
 }
 
 void PDeviceProfilePlan::noteOrigin() {
@@ -136,11 +169,16 @@ void PDeviceProfilePlan::noteOrigin() {
 PStatus PDeviceProfilePlan::planMode() {
     if (!m_profile.mode.form.isValid())
         return PStatus::Ok;
+    const PReadWatch watch;
     const QList<PDeviceMode> modes = m_device.getSupportModes();
+    if (watch.hasFailed()) {
+        m_report.refused.append({m_profile.mode.id, tr("the camera did not report its modes")});
+        return PStatus::Ok;
+    }
     m_mode = modeWithId(modes, m_profile.mode.form.toString());
-    return m_mode
-               ? PStatus(PStatus::Ok)
-               : refuse(m_profile.mode, cannotBe(toText(m_profile.mode.form), expectedMode(modes)));
+    if (m_mode)
+        return PStatus::Ok;
+    return refuse(m_profile.mode, cannotBe(toText(m_profile.mode.form), expectedMode(modes)));
 }
 
 PStatus PDeviceProfilePlan::planSettings() {
@@ -169,6 +207,14 @@ PStatus PDeviceProfilePlan::planSetting(const PDeviceProfile::Setting& setting) 
         m_report.ignored.append({setting.id, reasonToIgnore(*property)});
         return PStatus::Ok;
     }
+    if (property->isUnread()) {
+        m_report.refused.append({setting.id, notReported()});
+        return PStatus::Ok;
+    }
+    if (isRegion(*property) && hasLostMode()) {
+        m_report.ignored.append({setting.id, regionOfAnotherMode()});
+        return PStatus::Ok;
+    }
     return planValue(setting, *property);
 }
 
@@ -176,9 +222,10 @@ PStatus PDeviceProfilePlan::planValue(const PDeviceProfile::Setting& setting,
                                       PDeviceProperty& property) {
     const QVariant range = rangeInMode(property);
     const QVariant current = property.valueInner();
+    const qsizetype refusedBefore = m_report.refused.size();
     const PStatus fields =
         isOfFields(setting.form, current) ? checkFields(setting, current) : PStatus(PStatus::Ok);
-    if (!fields.isOk())
+    if (!fields.isOk() || m_report.refused.size() > refusedBefore)
         return fields;
     const QVariant value =
         PPropertyEncoding::fromForm(storedPart(setting.form, current), current, range);
@@ -229,10 +276,15 @@ PStatus PDeviceProfilePlan::checkField(const PDeviceProfile::Setting& field, con
         return PStatus::Ok;
     }
     QVariant tried = current;
-    return PCompositeFields::assign(tried, name, field.form)
-               ? PStatus(PStatus::Ok)
-               : damage(field,
-                        cannotBe(toText(field.form), PCompositeFields::expectation(current, name)));
+    if (PCompositeFields::assign(tried, name, field.form))
+        return PStatus::Ok;
+    const QString reason =
+        cannotBe(toText(field.form), PCompositeFields::expectation(current, name));
+    if (!PCompositeFields::isOfType(current, name, field.form))
+        return damage(field, reason);
+    // Ranges of fields come with a plugin's version, and the profile may be of another.
+    m_report.refused.append({field.id, reason});
+    return PStatus::Ok;
 }
 
 /// A camera of another model has other ranges, which is not an error. For the same model, it is an
@@ -271,17 +323,22 @@ QVariant PDeviceProfilePlan::rangeInMode(const PDeviceProperty& property) const 
     return QVariant::fromValue(area);
 }
 
+/// True if the profile is of another mode, which cannot be set.
+bool PDeviceProfilePlan::hasLostMode() const {
+    return m_profile.mode.form.isValid() && !m_mode &&
+           m_profile.mode.form.toString() != QString::fromLatin1(m_currentMode.id);
+}
+
 bool PDeviceProfilePlan::isOtherMode() const {
     return m_profile.mode.form.isValid() &&
-           m_profile.mode.form.toString() != QString::fromLatin1(m_device.getCurrentMode().id);
+           m_profile.mode.form.toString() != QString::fromLatin1(m_device.reportedMode().id);
 }
 
 PDeviceProfileReport PDeviceProfilePlan::apply() {
     const bool isInMode = applyMode();
     for (const Step& step : std::as_const(m_steps)) {
-        const bool isRegion = step.property->type() == PCD::DevicePropertyType::ScanArea;
-        if (isRegion && !isInMode) {
-            m_report.ignored.append({step.property->id(), tr("it is a region of another mode")});
+        if (isRegion(*step.property) && !isInMode) {
+            m_report.ignored.append({step.property->id(), regionOfAnotherMode()});
         } else {
             applyStep(step);
         }
@@ -295,27 +352,31 @@ bool PDeviceProfilePlan::applyMode() {
     if (m_modeUse == Mode::AsItIs || !m_mode || !isOtherMode())
         return !isOtherMode();
     const PStatus status = m_device.setMode(*m_mode);
-    if (isOtherMode()) {
-        m_report.refused.append(
-            {m_profile.mode.id, status.isOk()
-                                    ? tr("requested %1, the camera has %2")
-                                          .arg(m_mode->name, m_device.getCurrentMode().name)
-                                    : status.reason()});
-        return false;
+    const PReadWatch watch;
+    const PDeviceMode now = m_device.reportedMode();
+    if (now.id == m_mode->id) {
+        m_report.applied.append(m_profile.mode.id);
+        return true;
     }
-    m_report.applied.append(m_profile.mode.id);
-    return true;
+    const QString reason = watch.hasFailed()
+                               ? notReportedAgain()
+                               : tr("requested %1, the camera has %2").arg(m_mode->name, now.name);
+    m_report.refused.append({m_profile.mode.id, status.isOk() ? reason : status.reason()});
+    return false;
 }
 
 void PDeviceProfilePlan::applyStep(const Step& step) {
     PDeviceProperty& property = *step.property;
-    if (PPropertyCheck::setAndVerify(property, step.value)) {
+    const PPropertyCheck::Outcome outcome = PPropertyCheck::send(property, step.value);
+    if (outcome == PPropertyCheck::Outcome::Taken) {
         m_report.applied.append(property.id());
         return;
     }
     const QVariant range = property.rangeInner();
     m_report.refused.append(
-        {property.id(), tr("requested %1, the camera has %2")
-                            .arg(PPropertyText::ofValue(step.value, range),
-                                 PPropertyText::ofValue(property.valueInner(), range))});
+        {property.id(), outcome == PPropertyCheck::Outcome::Unread
+                            ? notReportedAgain()
+                            : tr("requested %1, the camera has %2")
+                                  .arg(PPropertyText::ofValue(step.value, range),
+                                       PPropertyText::ofValue(property.valueInner(), range))});
 }

@@ -30,11 +30,12 @@ public:
 
     explicit PDeviceProfilePlan(PDevice& device, Mode mode = Mode::OfProfile);
 
-    /// Reads the device again and checks every value of the profile against it; sends nothing.
-    /// Fails with file, line and what was expected if a value, or a field of one, is of a type its
-    /// property cannot have, or, in a profile of this model, outside its range. Values that this
-    /// camera lacks, or that another model has different ranges for, are not failures: see the
-    /// report.
+    /// Reads the device's settings of which the profile has a value, and checks each value against
+    /// them; sends nothing. Fails with file, line and what was expected if a value, or a field of
+    /// one, is of a type its property cannot have, or, in a profile of this model, if a value is
+    /// outside its range; fails too if the device no longer answers. Values that this camera lacks
+    /// or does not report, or that another model has different ranges for, and fields outside their
+    /// ranges are not failures: see the report.
     PStatus make(const PDeviceProfile& profile);
 
     /// Sends, once, the values that make() accepted (none if it failed): the mode first, then the
@@ -48,6 +49,7 @@ private:
         QVariant value;
     };
 
+    QList<PDeviceProperty*> properties() const;
     PStatus planMode();
     PStatus planSettings();
     PStatus planSetting(const PDeviceProfile::Setting& setting);
@@ -63,6 +65,7 @@ private:
     void applyStep(const Step& step);
     QVariant rangeInMode(const PDeviceProperty& property) const;
     bool isOtherMode() const;
+    bool hasLostMode() const;
 
     PDevice& m_device;
     const Mode m_modeUse;

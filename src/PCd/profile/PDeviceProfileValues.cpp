@@ -3,9 +3,12 @@
 
 #include <PCd/device/PDevice.h>
 #include <PCd/property/PDeviceProperty.h>
+#include <PCd/property/PReadWatch.h>
 #include <PCd/property/value/PPropertyEncoding.h>
 
+#include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -22,29 +25,51 @@ bool isSetting(const QVariant& value) {
     }
 }
 
-bool hasSetting(const PDeviceProperty& property) {
-    return property.isSerializable() && isSetting(property.valueInner());
-}
-
 } // namespace
 
 PDeviceProfileValues PDeviceProfileValues::ofDevice(PDevice& device) {
     PDeviceProfileValues values;
-    values.m_model = device.model();
-    values.m_serial = device.serial();
-    values.m_mode = QString::fromLatin1(device.getCurrentMode().id);
+    values.renewMode(device);
     values.renew(device);
     return values;
 }
 
+bool PDeviceProfileValues::renewMode(PDevice& device) {
+    m_model = device.model();
+    m_serial = device.serial();
+    const PReadWatch watch;
+    m_mode = QString::fromLatin1(device.reportedMode().id);
+    return !watch.hasFailed();
+}
+
 void PDeviceProfileValues::renew(PDevice& device) {
+    renew(device, {});
+}
+
+void PDeviceProfileValues::renew(PDevice& device, const QSet<QByteArray>& held) {
     const QList<PDeviceProperty*>& properties = device.supportProperties();
-    m_settings.clear();
+    const QList<Setting> before = std::exchange(m_settings, {});
     m_settings.reserve(properties.size());
     for (const PDeviceProperty* property : properties) {
-        if (hasSetting(*property))
-            m_settings.append({property->id(), property->valueInner(), property->rangeInner()});
+        const bool isTaken = property->isSerializable() && !held.contains(property->id());
+        const QVariant value = isTaken ? property->reportedValue() : QVariant();
+        if (isSetting(value)) {
+            m_settings.append({property->id(), value, property->rangeInner()});
+            continue;
+        }
+        const auto known = std::find_if(before.begin(), before.end(), [&](const Setting& setting) {
+            return setting.id == property->id();
+        });
+        if (known != before.end())
+            m_settings.append(*known);
     }
+}
+
+QSet<QByteArray> PDeviceProfileValues::ids() const {
+    QSet<QByteArray> all;
+    for (const Setting& setting : m_settings)
+        all.insert(setting.id);
+    return all;
 }
 
 PDeviceProfile PDeviceProfileValues::toProfile() const {

@@ -7,6 +7,7 @@
 
 #include <QByteArray>
 #include <QList>
+#include <QSet>
 #include <QString>
 #include <QVariant>
 
@@ -20,12 +21,19 @@ public:
     /// The present mode and the value of every serialisable property. No property is read again.
     /// The device's thread.
     static PDeviceProfileValues ofDevice(PDevice& device);
-    /// Takes the values of this device again, but not its mode, which is read from the camera. The
-    /// device's thread.
+    /// Takes the values of this device again, but not its mode. A value that the device no longer
+    /// reports stays as it was. The device's thread.
     void renew(PDevice& device);
+    /// The same, except for the values of the held properties, which stay as they were.
+    void renew(PDevice& device, const QSet<QByteArray>& held);
+    /// Takes model, serial number and mode of this device, which is read for that. False if the
+    /// device does not report its mode: then there is none. The device's thread.
+    bool renewMode(PDevice& device);
 
     /// True if there are none.
     bool isEmpty() const { return m_settings.isEmpty(); }
+    /// The properties whose values these are.
+    QSet<QByteArray> ids() const;
     /// The settings in the form in which profiles have them. Values without a form are left out.
     PDeviceProfile toProfile() const;
 

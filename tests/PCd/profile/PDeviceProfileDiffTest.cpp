@@ -90,4 +90,24 @@ TEST_F(PDeviceProfileDiffTest, shows_a_value_that_the_property_cannot_have) {
     EXPECT_EQ(differences(edited), QStringList{u"rotate: 45 | 0°"_qs});
 }
 
+TEST_F(PDeviceProfileDiffTest, does_not_compare_what_the_device_does_not_report_and_names_it) {
+    const PDeviceProfile before = saved();
+    camera.changeAll();
+    camera.hidden->failsToRead = true; // not in profiles
+    QList<PDeviceProfileDiff::Difference> differences;
+    EXPECT_TRUE(PDeviceProfileDiff::find(before, camera.device, differences).isOk());
+    EXPECT_EQ(differences.size(), 7);
+    camera.hue->failsToRead = true;
+    differences.clear();
+    EXPECT_EQ(PDeviceProfileDiff::find(before, camera.device, differences).reason(),
+              u"the camera did not report hue"_qs);
+    EXPECT_EQ(differences.size(), 6);
+    camera.hue->failsToRead = false;
+    camera.device.failsToReadMode = true;
+    differences.clear();
+    EXPECT_EQ(PDeviceProfileDiff::find(before, camera.device, differences).reason(),
+              u"the camera did not report its mode"_qs);
+    EXPECT_EQ(differences.size(), 6);
+}
+
 } // namespace

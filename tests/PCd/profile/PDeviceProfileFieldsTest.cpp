@@ -20,6 +20,7 @@ struct Shot {
     Q_PROPERTY(bool automatic MEMBER automatic)
     Q_PROPERTY(quint32 serial MEMBER serial)
     Q_PROPERTY(qint32 mode MEMBER mode STORED false)
+    Q_CLASSINFO("Ranges", "exposure=0..100")
 
 public:
     quint16 gain = 100;
@@ -153,6 +154,26 @@ TEST_F(PDeviceProfileFieldsTest, differ_where_one_side_has_none_or_cannot_have_i
     EXPECT_EQ(differences(),
               (QStringList{u"shot.gain: much | 100"_qs, u"shot.serial:  | 4000000000"_qs,
                            u"shot.colour: 3 | "_qs, u"lamp: power=3 | "_qs}));
+}
+
+TEST_F(PDeviceProfileFieldsTest, outside_its_range_refuses_the_value_and_the_rest_is_set) {
+    writeFile(file, profileText("\"shot\": {\"value\": {\"gain\": 150, \"exposure\": 500}},\n"
+                                "\"contrast\": {\"value\": 3}"));
+    ASSERT_TRUE(load().isOk());
+    ASSERT_EQ(report.refused.size(), 1);
+    EXPECT_EQ(report.refused.at(0).id, "shot.exposure");
+    EXPECT_EQ(report.refused.at(0).reason, u"cannot be 500: expected a number from 0 to 100"_qs);
+    EXPECT_FALSE(shot->calls.contains(u"set"_qs));
+    EXPECT_EQ(contrast->inDevice, QVariant(3));
+}
+
+TEST_F(PDeviceProfileFieldsTest, outside_its_range_is_set_if_the_camera_has_it) {
+    shot->inDevice = QVariant::fromValue(Shot{7, 500, true, 9, 0});
+    ASSERT_TRUE(PDeviceProfileFile::save(device, file).isOk());
+    shot->inDevice = QVariant::fromValue(Shot{8, 500, true, 9, 0});
+    ASSERT_TRUE(load().isOk());
+    EXPECT_TRUE(report.isComplete());
+    EXPECT_EQ(inDevice(), (Shot{7, 500, true, 9, 0}));
 }
 
 struct WrongRow {

@@ -74,6 +74,44 @@ TEST_F(PDeviceProfileFileTest, sends_nothing_to_the_device_when_it_is_saved) {
     EXPECT_EQ(camera.sent, QStringList());
 }
 
+TEST_F(PDeviceProfileFileTest, with_a_value_that_was_not_read_is_not_saved_and_the_old_file_stays) {
+    ProfileDevice camera;
+    writeFile(file, "mine");
+    camera.hue->failsToRead = true;
+    const PStatus status = PDeviceProfileFile::save(camera.device, file);
+    EXPECT_TRUE(status.reason().endsWith(u"the camera did not report hue"_qs))
+        << status.reason().toStdString();
+    EXPECT_EQ(readFile(file), QByteArray("mine"));
+}
+
+TEST_F(PDeviceProfileFileTest, with_a_mode_that_was_not_read_is_not_saved_and_the_old_file_stays) {
+    ProfileDevice camera;
+    writeFile(file, "mine");
+    camera.device.failsToReadMode = true;
+    const PStatus status = PDeviceProfileFile::save(camera.device, file);
+    EXPECT_TRUE(status.reason().endsWith(u"the camera did not report its mode"_qs))
+        << status.reason().toStdString();
+    EXPECT_EQ(readFile(file), QByteArray("mine"));
+}
+
+TEST_F(PDeviceProfileFileTest, needs_no_property_that_it_does_not_hold) {
+    ProfileDevice camera;
+    camera.hidden->failsToRead = true;
+    camera.hidden->calls.clear();
+    EXPECT_TRUE(PDeviceProfileFile::save(camera.device, file).isOk());
+    EXPECT_EQ(camera.hidden->calls, QStringList());
+}
+
+TEST_F(PDeviceProfileFileTest, of_a_camera_that_no_longer_answers_is_not_saved) {
+    ProfileDevice camera;
+    writeFile(file, "mine");
+    camera.device.failsToReadModes = true;
+    camera.hue->failsToRead = true;
+    EXPECT_EQ(PDeviceProfileFile::save(camera.device, file).reason(),
+              u"cannot save \"%1\": the camera no longer answers"_qs.arg(file));
+    EXPECT_EQ(readFile(file), QByteArray("mine"));
+}
+
 TEST_F(PDeviceProfileFileTest, replaces_an_older_one) {
     ProfileDevice camera;
     writeFile(file, QByteArray(5000, 'x'));

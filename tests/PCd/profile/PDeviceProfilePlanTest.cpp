@@ -47,6 +47,93 @@ protected:
     PDeviceProfileReport report;
 };
 
+TEST_F(PDeviceProfilePlanTest, refuses_only_what_the_camera_does_not_report) {
+    camera.changeAll();
+    ASSERT_TRUE(PDeviceProfileFile::save(camera.device, file).isOk());
+    ProfileDevice other;
+    other.contrast->failsToRead = true;
+    ASSERT_TRUE(load(other).isOk());
+    EXPECT_EQ(toLines(report.refused), QStringList{u"contrast: the camera did not report it"_qs});
+    EXPECT_FALSE(other.sent.contains(u"contrast"_qs));
+    EXPECT_EQ(other.hue->inDevice, QVariant(-30));
+    EXPECT_EQ(other.roi->inDevice, QVariant(QRect(4, 8, 100, 200)));
+}
+
+TEST_F(PDeviceProfilePlanTest, reads_only_what_is_in_the_profile) {
+    camera.hidden->failsToRead = true;
+    camera.contrast->failsToRead = true;
+    camera.contrast->calls.clear();
+    ASSERT_TRUE(
+        loadText(profileText("\"hue\": {\"value\": 9},\n\"hidden\": {\"value\": 4}")).isOk());
+    EXPECT_TRUE(report.isComplete());
+    EXPECT_EQ(camera.contrast->calls, QStringList());
+    EXPECT_EQ(camera.sent, QStringList{u"hue"_qs});
+}
+
+TEST_F(PDeviceProfilePlanTest, refuses_a_mode_that_cannot_be_read_back_and_sends_no_region) {
+    camera.changeAll();
+    ASSERT_TRUE(PDeviceProfileFile::save(camera.device, file).isOk());
+    ProfileDevice other;
+    other.device.failsToReadMode = true;
+    ASSERT_TRUE(load(other).isOk());
+    EXPECT_EQ(toLines(report.refused),
+              QStringList{u"mode: the camera did not report whether it took it"_qs});
+    EXPECT_EQ(toLines(report.ignored), QStringList{u"roi: it is a region of another mode"_qs});
+    EXPECT_EQ(other.contrast->inDevice, QVariant(12));
+}
+
+TEST_F(PDeviceProfilePlanTest, refuses_the_mode_if_the_camera_does_not_report_its_modes) {
+    camera.device.failsToReadModes = true;
+    camera.device.mode = camera.device.modes.at(1);
+    camera.roi->rangeInDevice = QVariant::fromValue(PScanAreaRange{QRect(0, 0, 320, 240)});
+    ASSERT_TRUE(loadText(profileText("\"hue\": {\"value\": 9},\n"
+                                     "\"roi\": {\"value\": {\"$rect\": [0, 0, 640, 480]}}",
+                                     "\"mode\": \"0\",\n"))
+                    .isOk());
+    EXPECT_EQ(toLines(report.refused),
+              QStringList{u"mode: the camera did not report its modes"_qs});
+    EXPECT_EQ(toLines(report.ignored), QStringList{u"roi: it is a region of another mode"_qs});
+    EXPECT_EQ(camera.sent, QStringList{u"hue"_qs});
+}
+
+TEST_F(PDeviceProfilePlanTest, sends_nothing_to_a_camera_that_no_longer_answers) {
+    ASSERT_TRUE(PDeviceProfileFile::save(camera.device, file).isOk());
+    ProfileDevice other;
+    other.contrast->failsToRead = true;
+    other.device.failsToReadModes = true;
+    EXPECT_EQ(load(other).reason(), u"the camera no longer answers"_qs);
+    EXPECT_EQ(other.sent, QStringList());
+}
+
+TEST_F(PDeviceProfilePlanTest, says_that_a_camera_has_no_modes) {
+    camera.device.modes.clear();
+    const PStatus status = loadText(profileText("", "\"mode\": \"1\",\n"));
+    EXPECT_EQ(status.reason(), u"\"%1\": line 7: \"mode\" cannot be the text \"1\": expected none, "
+                               "because the camera has no modes"_qs.arg(file));
+}
+
+TEST_F(PDeviceProfilePlanTest, reports_the_cameras_value_whatever_other_reading_fails) {
+    ASSERT_TRUE(loadText(profileText("\"hue\": {\"value\": 9}")).isOk());
+    camera.hue->becomes = 5;
+    camera.contrast->failsToRead = true;
+    QObject::connect(camera.hue, &PDeviceProperty::valueChanged, camera.contrast,
+                     [this] { camera.contrast->updateValueFromDevice(); });
+    camera.sent.clear();
+    ASSERT_TRUE(loadText(profileText("\"hue\": {\"value\": 8}")).isOk());
+    EXPECT_EQ(toLines(report.refused), QStringList{u"hue: requested 8, the camera has 5"_qs});
+}
+
+TEST_F(PDeviceProfilePlanTest, does_not_call_it_a_refusal_if_a_value_cannot_be_read_back) {
+    ASSERT_TRUE(PDeviceProfileFile::save(camera.device, file).isOk());
+    PDeviceProfile profile;
+    ASSERT_TRUE(PDeviceProfileFile::read(file, profile).isOk());
+    PDeviceProfilePlan plan(camera.device, Mode::OfProfile);
+    ASSERT_TRUE(plan.make(profile).isOk());
+    camera.hue->failsToRead = true;
+    EXPECT_EQ(toLines(plan.apply().refused),
+              QStringList(u"hue: the camera did not report whether it took it"_qs));
+}
+
 TEST_F(PDeviceProfilePlanTest, brings_everything_back_that_was_saved) {
     ProfileDevice before;
     before.changeAll();

@@ -131,3 +131,43 @@ TEST_F(PDeviceProfileValuesTest, that_a_device_cannot_have_are_named_without_a_f
     EXPECT_EQ(status.reason(), u"\"contrast\" cannot be 1000: expected a whole number "
                                "from -100 to 100"_qs);
 }
+
+TEST_F(PDeviceProfileValuesTest, that_are_renewed_keep_a_value_that_the_device_no_longer_reports) {
+    changeAll();
+    PDeviceProfileValues kept = PDeviceProfileValues::ofDevice(camera.device);
+    const PDeviceProfile before = kept.toProfile();
+    camera.hue->failsToRead = true;
+    camera.hue->setValue(-30);
+    camera.exposure->failsToRead = true;
+    camera.exposure->updateValueFromDevice();
+    ASSERT_TRUE(camera.hue->isUnread() && camera.exposure->isUnread());
+    kept.renew(camera.device);
+    const PDeviceProfile renewed = kept.toProfile();
+    ASSERT_EQ(settingIds(renewed), settingIds(before));
+    for (qsizetype i = 0; i < before.settings.size(); ++i)
+        EXPECT_EQ(renewed.settings.at(i).form, before.settings.at(i).form);
+}
+
+TEST_F(PDeviceProfileValuesTest, that_are_held_stay_as_they_were) {
+    PDeviceProfileValues kept = PDeviceProfileValues::ofDevice(camera.device);
+    changeAll();
+    kept.renew(camera.device, {"hue"});
+    const PDeviceProfile profile = kept.toProfile();
+    const auto form = [&profile](const char* id) {
+        const qsizetype place = settingIds(profile).indexOf(QString::fromLatin1(id));
+        return profile.settings.value(place).form;
+    };
+    EXPECT_EQ(form("hue"), QVariant(0));
+    EXPECT_EQ(form("contrast"), QVariant(12));
+    EXPECT_TRUE(kept.ids().contains("hue"));
+}
+
+TEST_F(PDeviceProfileValuesTest, have_no_mode_if_the_device_does_not_report_it) {
+    camera.device.failsToReadMode = true;
+    PDeviceProfileValues kept = PDeviceProfileValues::ofDevice(camera.device);
+    EXPECT_FALSE(kept.toProfile().mode.form.isValid());
+    EXPECT_FALSE(kept.renewMode(camera.device));
+    camera.device.failsToReadMode = false;
+    EXPECT_TRUE(kept.renewMode(camera.device));
+    EXPECT_EQ(kept.toProfile().mode.form, QVariant(u"0"_qs));
+}

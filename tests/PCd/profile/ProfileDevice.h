@@ -17,15 +17,14 @@ class ProfileDevice {
 public:
     explicit ProfileDevice(const QByteArray& model = "Fake", const QByteArray& serial = "1")
         : device(model, serial) {
-        using Type = PCD::DevicePropertyType;
         roi->rangeInDevice = makeArea(640, 480);
-        roi->setType(Type::ScanArea);
+        roi->setType(PCD::DevicePropertyType::ScanArea);
         contrast->rangeInDevice = makeRange(-100, 100);
         hue->rangeInDevice = makeRange(-180, 180);
-        exposure->setType(Type::Custom);
+        exposure->setType(PCD::DevicePropertyType::Custom);
         rotate->rangeInDevice = turns();
-        rotate->setType(Type::Choice);
-        negative->setType(Type::Switch);
+        rotate->setType(PCD::DevicePropertyType::Choice);
+        negative->setType(PCD::DevicePropertyType::Switch);
         hidden->setSerializable(false);
         device.makeProperties = [this] { return all(); };
         QObject::connect(&device, &PDevice::modeChanged, [this](const PDeviceMode& mode) {
