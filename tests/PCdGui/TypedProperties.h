@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCd/property/PReadWatch.h>
 #include <PCd/property/typed/PDevicePropertyAction.h>
 #include <PCd/property/typed/PDevicePropertyBool.h>
 #include <PCd/property/typed/PDevicePropertyEnum.h>
@@ -26,8 +27,16 @@ struct FakeSetting {
         return answer == FakeAnswer::Taken || refuses == (answer == FakeAnswer::Opposite);
     }
 
+    T read() const {
+        if (!failsToRead)
+            return inDevice;
+        PReadWatch::reportFailure();
+        return T();
+    }
+
     T inDevice;
     bool refuses = false;
+    bool failsToRead = false; ///< the device does not answer when the value is read
     FakeAnswer answer = FakeAnswer::Truth;
     QList<T> sets;
 };
@@ -39,7 +48,7 @@ public:
         , FakeSetting(false) {}
 
     bool trySetValueToDevice(bool value) override { return take(value); }
-    bool tryGetValueFromDevice() override { return inDevice; }
+    bool tryGetValueFromDevice() override { return read(); }
 };
 
 class FakeNumber : public PDevicePropertyInt, public FakeSetting<int> {
@@ -50,7 +59,7 @@ public:
         , rangeInDevice(range) {}
 
     bool trySetValueToDevice(int value) override { return take(value); }
-    int tryGetValueFromDevice() override { return inDevice; }
+    int tryGetValueFromDevice() override { return read(); }
     PMinMaxRange<int> tryGetRangeFromDevice() override { return rangeInDevice; }
 
     PMinMaxRange<int> rangeInDevice;
@@ -69,7 +78,7 @@ public:
     static QUuid itemId(int place) { return QUuid(0, 0, 0, 0, 0, 0, 0, 0, 0, 0, uchar(place)); }
 
     bool trySetValueToDevice(QUuid value) override { return take(value); }
-    QUuid tryGetValueFromDevice() override { return inDevice; }
+    QUuid tryGetValueFromDevice() override { return read(); }
     PEnumeration tryGetRangeFromDevice() override { return rangeInDevice; }
 
     PEnumeration rangeInDevice;
@@ -100,7 +109,7 @@ public:
     }
 
     bool trySetValueToDevice(QRect value) override { return take(value); }
-    QRect tryGetValueFromDevice() override { return inDevice; }
+    QRect tryGetValueFromDevice() override { return read(); }
     PScanAreaRange tryGetRangeFromDevice() override { return rangeInDevice; }
 
     PScanAreaRange rangeInDevice;

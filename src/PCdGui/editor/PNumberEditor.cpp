@@ -32,5 +32,11 @@ void PNumberEditor::showWords() {
 void PNumberEditor::showProperty(const QVariant& value, const QVariant& range) {
     const bool ranged = range.metaType() == QMetaType::fromType<IntRange>();
     m_control->setSliderVisible(ranged);
-    m_control->showValue(ranged ? range.value<IntRange>() : anyNumber, value.toInt());
+    const IntRange numbers = ranged ? range.value<IntRange>() : anyNumber;
+    if (value.isValid())
+        m_control->showValue(numbers, value.toInt());
+    else
+        m_control->showNoValue(numbers);
 }
+
+#include "moc_PNumberEditor.cpp"

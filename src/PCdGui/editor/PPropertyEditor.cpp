@@ -8,6 +8,8 @@
 #include <QHBoxLayout>
 #include <QMenu>
 
+#include <utility>
+
 namespace {
 
 PEnumeration withTitles(const PEnumeration& choices, const PEnumeration& titled) {
@@ -73,6 +75,15 @@ void PPropertyEditor::refresh() {
     // The pending value is newer than the property's; the property emits a signal once it is set.
     if (m_property && !m_setter.isWaiting())
         showProperty(m_property->valueInner(), shownRange());
+    const bool isKnown = hasValue();
+    if (std::exchange(m_isKnown, isKnown) != isKnown)
+        updateToolTip();
+}
+
+/// False if the device did not report the value.
+bool PPropertyEditor::hasValue() const {
+    return !m_property || m_property->type() == PCD::DevicePropertyType::Action ||
+           m_property->valueInner().isValid();
 }
 
 QVariant PPropertyEditor::shownRange() const {
@@ -149,6 +160,12 @@ void PPropertyEditor::changeEvent(QEvent* event) {
     updateToolTip();
 }
 
+void PPropertyEditor::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    if (!hasValue() && m_watch.isUsable() && m_property->device() != nullptr)
+        m_property->updateValueFromDevice();
+}
+
 void PPropertyEditor::contextMenuEvent(QContextMenuEvent* event) {
     openMenu(this, event->globalPos());
 }
@@ -160,3 +177,5 @@ void PPropertyEditor::openMenu(QWidget* part, const QPoint& globalPosition) {
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->popup(globalPosition);
 }
+
+#include "moc_PPropertyEditor.cpp"

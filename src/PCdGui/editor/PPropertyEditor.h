@@ -12,8 +12,9 @@
 #include <QWidget>
 
 /// An editor for one property: it shows the property's value, follows changes, and sends what the
-/// user chooses. After a refusal it shows the value that the device kept. Without the device or the
-/// property it is disabled. The GUI thread.
+/// user chooses. After a refusal it shows the value that the device kept; a value that the device
+/// did not report is read again whenever the editor appears. Without the device or the property it
+/// is disabled. The GUI thread.
 class PCD_TEST_EXPORT PPropertyEditor : public QWidget {
     Q_OBJECT
 
@@ -46,7 +47,8 @@ protected:
     /// Must be called at the end of a derived constructor: lays out the control, names it, and
     /// shows the property. `focus` is the widget that takes the focus.
     void begin(QWidget* control, QWidget* focus);
-    /// Shows a value and range; sends nothing.
+    /// Shows a value and range; sends nothing. The value is invalid if the device did not report
+    /// it.
     virtual void showProperty(const QVariant& value, const QVariant& range) = 0;
     /// Shows the title and the editor's own texts in the current language. Not called without the
     /// property.
@@ -58,11 +60,13 @@ protected:
 
     bool eventFilter(QObject* watched, QEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
     void follow();
     void refresh();
+    bool hasValue() const;
     void updateUsable();
     void updateToolTip();
     void onPropertyDestroyed();
@@ -73,4 +77,5 @@ private:
     PDeviceTexts::Texts m_texts;
     PDeviceWatch m_watch;
     PCoalescingSetter m_setter;
+    bool m_isKnown = true; ///< as the tool tip says
 };

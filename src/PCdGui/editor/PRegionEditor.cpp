@@ -11,6 +11,8 @@
 #include <QLabel>
 #include <QPushButton>
 
+#include <limits>
+
 namespace {
 
 constexpr int digitsOfASensor = 5;
@@ -72,9 +74,11 @@ void PRegionEditor::showProperty(const QVariant& value, const QVariant& range) {
     m_range = range.value<PScanAreaRange>();
     const bool known = !m_range.bounds.isEmpty();
     for (const Field& field : {m_x, m_y, m_width, m_height})
-        field.number->setEnabled(known);
+        field.number->setEnabled(known && value.isValid());
     m_whole->setEnabled(known);
     showRegion(value.toRect());
+    if (!value.isValid())
+        clearFields();
 }
 
 void PRegionEditor::showRegion(const QRect& region) {
@@ -84,6 +88,11 @@ void PRegionEditor::showRegion(const QRect& region) {
     fill(m_y.number, down.offsets(), region.y());
     fill(m_width.number, across.sizes(region.x()), region.width());
     fill(m_height.number, down.sizes(region.y()), region.height());
+}
+
+void PRegionEditor::clearFields() {
+    for (const Field& field : {m_x, m_y, m_width, m_height})
+        field.number->showValue(std::numeric_limits<double>::quiet_NaN());
 }
 
 QRect PRegionEditor::shown() const {
@@ -107,3 +116,5 @@ void PRegionEditor::sendShown() {
 void PRegionEditor::sendWhole() {
     send(m_range.bounds);
 }
+
+#include "moc_PRegionEditor.cpp"

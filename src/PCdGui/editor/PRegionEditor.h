@@ -33,6 +33,7 @@ private:
     static Field addField(QGridLayout* layout, int row, int column);
     void name(const Field& field, const QString& word);
     QRect shown() const;
+    void clearFields();
     void showRegion(const QRect& region);
     void moveCorner();
     void sendShown();

@@ -25,5 +25,11 @@ void PSwitchEditor::showWords() {
 }
 
 void PSwitchEditor::showProperty(const QVariant& value, const QVariant&) {
-    m_box->setChecked(value.toBool());
+    m_box->setTristate(false);
+    if (value.isValid())
+        m_box->setChecked(value.toBool());
+    else
+        m_box->setCheckState(Qt::PartiallyChecked);
 }
+
+#include "moc_PSwitchEditor.cpp"

@@ -5,6 +5,8 @@
 #include <PCd/property/PDeviceProperty.h>
 #include <PCd/property/PDevicePropertyGroup.h>
 
+#include <utility>
+
 namespace {
 
 PEnumeration readChoices(PDeviceProperty& property) {
@@ -16,13 +18,15 @@ PEnumeration readChoices(PDeviceProperty& property) {
 } // namespace
 
 PDeviceTexts::PDeviceTexts(PDevice& device) {
-    const QList<PDeviceProperty*> properties = device.getSupportProperties();
-    for (PDeviceProperty* property : properties)
+    QList<PDeviceProperty*> properties = device.getSupportProperties();
+    properties.removeAll(nullptr); // the device leaves them out too
+    for (PDeviceProperty* property : std::as_const(properties))
         m_properties.insert(property->id(),
                             {property->title(), property->description(), readChoices(*property)});
     qDeleteAll(properties);
-    const QList<PDevicePropertyGroup*> groups = device.getSupportPropertyGroups();
-    for (const PDevicePropertyGroup* group : groups)
+    QList<PDevicePropertyGroup*> groups = device.getSupportPropertyGroups();
+    groups.removeAll(nullptr);
+    for (const PDevicePropertyGroup* group : std::as_const(groups))
         m_groups.insert(group->id(), group->title());
     qDeleteAll(groups);
 }

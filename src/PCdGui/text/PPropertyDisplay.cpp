@@ -63,6 +63,8 @@ QString PPropertyDisplay::rangeText(const PDeviceProperty& property, const QVari
 QString PPropertyDisplay::toolTip(const PDeviceProperty& property, const QVariant& range,
                                   const QString& description) {
     QStringList lines{description, rangeText(property, range)};
+    if (property.type() != PCD::DevicePropertyType::Action && !property.valueInner().isValid())
+        lines.prepend(tr("The camera did not report this setting."));
     const QString standard = valueText(property, range, property.defaultValue());
     if (!standard.isEmpty())
         lines.append(tr("Default: %1").arg(standard));

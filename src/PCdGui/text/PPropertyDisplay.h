@@ -21,7 +21,8 @@ public:
     /// range. Empty if it has no text.
     static QString valueText(const PDeviceProperty& property, const QVariant& range,
                              const QVariant& value);
-    /// The description, this range and the default, as far as they exist, as rich text.
+    /// The description, this range and the default, as far as they exist, and that the value is not
+    /// known, as rich text.
     static QString toolTip(const PDeviceProperty& property, const QVariant& range,
                            const QString& description);
     /// A title for widgets that treat "&" as a shortcut mark.

@@ -105,3 +105,10 @@ TEST_F(PChoiceEditorTest, shows_no_choice_where_the_device_has_another) {
     EXPECT_EQ(box()->currentIndex(), -1);
     EXPECT_TRUE(property->sets.isEmpty());
 }
+
+TEST_F(PChoiceEditorTest, shows_no_choice_if_the_device_does_not_report_one) {
+    property->failsToRead = true;
+    property->setValue(itemId(1));
+    open();
+    EXPECT_EQ(box()->currentIndex(), -1);
+}

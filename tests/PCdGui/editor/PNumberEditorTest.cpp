@@ -222,3 +222,28 @@ TEST(PNumberEditor, has_only_a_field_where_there_is_no_range) {
     QCoreApplication::processEvents();
     EXPECT_EQ(property.sets, QList<int>({-70000}));
 }
+
+TEST_F(PNumberEditorTest, shows_no_number_if_the_device_does_not_report_one) {
+    property->failsToRead = true;
+    property->setValue(7); // cannot be read back
+    property->sets.clear();
+    open();
+    EXPECT_EQ(shownText(field()), QString());
+    EXPECT_FALSE(slider()->isEnabled());
+    EXPECT_TRUE(editor->toolTip().contains(u"The camera did not report this setting."_qs));
+    enter(field(), u"250"_qs);
+    turn();
+    EXPECT_EQ(property->sets, Sets({250}));
+}
+
+TEST_F(PNumberEditorTest, reads_an_unreported_number_again_when_it_appears) {
+    property->failsToRead = true;
+    property->setValue(7);
+    open();
+    property->failsToRead = false;
+    window.hide();
+    ASSERT_TRUE(showActive(&window));
+    EXPECT_EQ(shownText(field()), u"7"_qs);
+    EXPECT_TRUE(slider()->isEnabled());
+    EXPECT_FALSE(editor->toolTip().contains(u"did not report"_qs));
+}

@@ -153,3 +153,20 @@ TEST_F(PRegionEditorTest, can_be_walked_through_with_tab) {
         EXPECT_EQ(QApplication::focusWidget(), field(name)) << name;
     }
 }
+
+TEST_F(PRegionEditorTest, shows_no_region_if_the_device_does_not_report_one_but_can_set_the_whole) {
+    property->failsToRead = true;
+    property->setValue(QRect(8, 8, 80, 80));
+    property->sets.clear();
+    open();
+    for (const char* name : {"X", "Y", "Width", "Height"}) {
+        EXPECT_EQ(shownText(field(name)), QString()) << name;
+        EXPECT_FALSE(field(name)->isEnabled()) << name;
+    }
+    property->failsToRead = false;
+    part<QPushButton>()->click();
+    turn();
+    EXPECT_EQ(property->sets, Sets({whole}));
+    EXPECT_EQ(shown(), whole);
+    EXPECT_TRUE(field("X")->isEnabled());
+}

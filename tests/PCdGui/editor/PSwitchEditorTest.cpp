@@ -76,3 +76,18 @@ TEST_F(PSwitchEditorTest, is_switched_by_a_touch_of_its_title) {
     turn();
     EXPECT_EQ(property->sets, Sets({true}));
 }
+
+TEST_F(PSwitchEditorTest, is_neither_on_nor_off_if_the_device_does_not_report_it) {
+    property->failsToRead = true;
+    property->setValue(true);
+    property->sets.clear();
+    open();
+    EXPECT_EQ(box()->checkState(), Qt::PartiallyChecked);
+    property->failsToRead = false;
+    box()->click();
+    turn();
+    EXPECT_EQ(property->sets, Sets({true}));
+    EXPECT_EQ(box()->checkState(), Qt::Checked);
+    box()->click();
+    EXPECT_EQ(box()->checkState(), Qt::Unchecked);
+}
