@@ -35,6 +35,20 @@ TEST_F(PSimProducerTest, a_frame_is_observed_taken_delivered_and_done_in_this_or
     EXPECT_EQ(m_parts.schedule.counts().delivered, 2U);
 }
 
+TEST_F(PSimProducerTest, what_frames_need_is_prepared_once_and_before_the_first_of_them) {
+    m_parts.source->whilePreparing = [this] { m_parts.steps.push_back("prepare"); };
+    run(2);
+    EXPECT_THAT(m_parts.steps,
+                ElementsAre("prepare", "taken 1/0", "take 0 at 0", "frame 0", "done 1", "taken 2/0",
+                            "take 1 at 0", "frame 1", "done 2"));
+}
+
+TEST_F(PSimProducerTest, frames_are_taken_even_if_there_was_no_memory_to_prepare_them) {
+    m_parts.source->whilePreparing = [] { throw std::bad_alloc(); };
+    run(1);
+    EXPECT_THAT(m_parts.steps, ElementsAre("taken 1/0", "take 0 at 0", "frame 0", "done 1"));
+}
+
 TEST_F(PSimProducerTest, a_frame_that_the_observer_loses_is_counted_but_never_taken) {
     m_parts.observer->lost = 1;
     run(1);

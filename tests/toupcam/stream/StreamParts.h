@@ -15,6 +15,10 @@ public:
     explicit FakeImageSource(StreamSteps& steps)
         : m_steps(steps) {}
 
+    void prepare(const PSimShot& /*shot*/) override {
+        if (whilePreparing)
+            whilePreparing();
+    }
     void take(const PSimShot& shot, std::uint64_t frame, PSimPicture& picture) override {
         m_steps.push_back("take " + std::to_string(frame) + " at " +
                           std::to_string(shot.resolution));
@@ -28,6 +32,7 @@ public:
     bool exposed = false;
     bool unpaced = true;
     PSimMeans means{100.0, 100.0, 100.0};
+    std::function<void()> whilePreparing;
     std::function<void()> whileTaking;
 
 private:

@@ -28,6 +28,10 @@ std::string write(const Text& text) {
     return quoted(text.text, text.maximum);
 }
 
+std::string write(const TextOut& text) {
+    return quoted(text.text, text.size);
+}
+
 std::string write(const Named& pointer) {
     return pointer.present ? pointer.name : "null";
 }

@@ -3,6 +3,7 @@
 
 #include <toupcam/toupcam.h>
 
+#include <cstring>
 #include <string>
 #include <type_traits>
 
@@ -18,6 +19,12 @@ struct Text {
     std::size_t maximum; ///< bytes that may be read
 };
 
+/// A text that the call writes.
+struct TextOut {
+    char* text;
+    std::size_t size; ///< bytes that may be written
+};
+
 /// A pointer that the journal writes as "null" or as this word: "fn", "ctx", "data".
 struct Named {
     bool present;
@@ -27,12 +34,12 @@ struct Named {
 /// A value that the call writes: logged as it is on return.
 template <typename T>
 struct Out {
-    const T* value;
+    T* value;
 };
 
 /// Functions that wrap each kind of argument.
 template <typename T>
-Out<T> out(const T* value) {
+Out<T> out(T* value) {
     return {value};
 }
 
@@ -61,6 +68,7 @@ std::string write(T value) {
 
 /// Texts in double quotes, pointers by name, a frame's information field by field.
 std::string write(const Text& text);
+std::string write(const TextOut& text);
 std::string write(const Named& pointer);
 std::string write(const Out<ToupcamFrameInfoV2>& info);
 
@@ -68,6 +76,26 @@ std::string write(const Out<ToupcamFrameInfoV2>& info);
 template <typename T>
 std::string write(const Out<T>& output) {
     return output.value ? std::to_string(*output.value) : std::string("null");
+}
+
+/// Makes an argument that the call writes absurd: a text fills its memory without an end, every
+/// number becomes `number`. All other arguments are inputs, which stay as they are.
+template <typename T>
+void spoil(const T& /*input*/, HRESULT /*number*/) {
+}
+inline void spoil(const TextOut& text, HRESULT number) {
+    if (text.text)
+        std::memset(text.text, number, text.size);
+}
+inline void spoil(const Out<ToupcamFrameInfoV2>& info, HRESULT number) {
+    if (info.value)
+        *info.value = {unsigned(number), unsigned(number), unsigned(number), unsigned(number),
+                       unsigned(number)};
+}
+template <typename T>
+void spoil(const Out<T>& output, HRESULT number) {
+    if (output.value)
+        *output.value = static_cast<T>(number);
 }
 
 } // namespace PSimArgument

@@ -2,8 +2,10 @@
 #pragma once
 
 #include <toupcam/sim/api/PSimArgument.h>
+#include <toupcam/sim/hook/PSimHook.h>
 #include <toupcam/sim/world/PSimWorld.h>
 
+#include <algorithm>
 #include <new>
 #include <optional>
 #include <string>
@@ -23,10 +25,23 @@ std::string written(const T& argument) {
     return PSimArgument::write(argument);
 }
 
-/// Does the work unless the call is set to fail; no exception leaves it.
-template <typename Work>
-HRESULT guarded(const char* function, std::optional<unsigned> option, const Work& work) noexcept {
+/// For calls with nothing that an absurd success could spoil.
+inline void spoilNothing(HRESULT /*number*/) {
+}
+
+/// Does the work unless the call is set to fail; no exception leaves it. If the hook makes the call
+/// an absurd success, `spoil` gets its number instead, which is also the result unless that would
+/// be a failure.
+template <typename Work, typename Spoil = void (*)(HRESULT)>
+HRESULT guarded(const char* function, std::optional<unsigned> option, const Work& work,
+                const Spoil& spoil = spoilNothing) noexcept {
     try {
+        if (const auto fault = PSimHook::beforeCall(function)) {
+            if (fault->answer == PSimHook::Fail)
+                return fault->result;
+            spoil(fault->result);
+            return std::max(fault->result, S_OK);
+        }
         const auto injected = PSimWorld::instance().faults().onCall(function, option);
         return injected ? *injected : work();
     } catch (const std::bad_alloc&) {
@@ -49,16 +64,21 @@ void record(const char* function, const std::string& result,
         // If there is no memory for its line, the journal has a gap; the client's call is not
         // affected.
     }
+    PSimHook::afterCall(function);
 }
 
 /// A call that needs an open handle; `work` takes the session.
 template <typename Work, typename... Arguments>
 HRESULT onHandle(const char* function, std::optional<unsigned> option, HToupcam handle,
                  const Work& work, const Arguments&... arguments) noexcept {
-    const HRESULT result = guarded(function, option, [&]() -> HRESULT {
+    const auto onSession = [&]() -> HRESULT {
         const auto session = PSimWorld::instance().session(handle);
         return session ? work(*session) : E_INVALIDARG;
-    });
+    };
+    const auto spoil = [&arguments...]([[maybe_unused]] HRESULT number) {
+        (PSimArgument::spoil(arguments, number), ...);
+    };
+    const HRESULT result = guarded(function, option, onSession, spoil);
     record(function, std::to_string(result), handle, arguments...);
     return result;
 }

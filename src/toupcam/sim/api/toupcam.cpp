@@ -16,6 +16,12 @@ namespace {
 constexpr std::size_t idSize = sizeof(ToupcamDeviceV2::id);
 constexpr std::size_t serialSize = 32;
 
+/// What an absurd success of Toupcam_Open returns: not null, and not a handle.
+HToupcam neverAHandle() {
+    static Toupcam_t nothing{};
+    return &nothing;
+}
+
 HRESULT give(const PSimSize& size, int* width, int* height) {
     if (!width || !height)
         return E_POINTER;
@@ -71,14 +77,19 @@ HRESULT onOption(const char* function, HToupcam h, unsigned option, const Work& 
 
 unsigned Toupcam_EnumV2(ToupcamDeviceV2 pti[TOUPCAM_MAX]) {
     std::vector<ToupcamDeviceV2> found;
-    const HRESULT injected = guarded(__func__, std::nullopt, [&found] {
+    bool isAbsurd = false;
+    const auto enumerate = [&found] {
         found = PSimWorld::instance().enumerate();
         return HRESULT{TOUPCAM_MAX};
-    });
-    // An injected failure is a number of cameras; more than there are cannot be listed.
+    };
+    const HRESULT injected =
+        guarded(__func__, std::nullopt, enumerate, [&isAbsurd](HRESULT) { isAbsurd = true; });
+    // An injected failure is a number of cameras; more than there are cannot be listed. An absurd
+    // success claims to have listed some and has written none.
     const auto most = std::size_t(std::clamp(injected, 0, TOUPCAM_MAX));
-    const std::size_t count = pti ? std::min(most, found.size()) : 0;
-    std::copy_n(found.begin(), count, pti);
+    const std::size_t listed = pti ? std::min(most, found.size()) : 0;
+    std::copy_n(found.begin(), listed, pti);
+    const std::size_t count = isAbsurd ? most : listed;
     record(__func__, std::to_string(count), Named{pti != nullptr, "list"});
     return unsigned(count);
 }
@@ -93,11 +104,12 @@ void Toupcam_HotPlug(PTOUPCAM_HOTPLUG funcHotPlug, void* ctxHotPlug) {
 
 HToupcam Toupcam_Open(const char* camId) {
     HToupcam handle = nullptr;
-    guarded(__func__, std::nullopt, [&] {
+    const auto open = [&] {
         if (camId) // an id may fill its field to the last byte, without a NUL
             handle = PSimWorld::instance().open(QByteArray(camId, int(strnlen(camId, idSize))));
         return S_OK;
-    });
+    };
+    guarded(__func__, std::nullopt, open, [&handle](HRESULT) { handle = neverAHandle(); });
     record(__func__, written(handle), Text{camId, idSize});
     return handle;
 }
@@ -117,7 +129,7 @@ HRESULT Toupcam_get_SerialNumber(HToupcam h, char sn[32]) {
         std::memcpy(sn, serial.constData(), std::size_t(serial.size()));
         return S_OK;
     };
-    return onCamera(__func__, h, copy, Text{sn, serialSize});
+    return onCamera(__func__, h, copy, TextOut{sn, serialSize});
 }
 
 HRESULT Toupcam_StartPushMode(HToupcam h, PTOUPCAM_DATA_CALLBACK funcData, void* ctxData) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <toupcam/sim/api/toupcamsim.h>
 
+#include <toupcam/sim/hook/PSimHook.h>
 #include <toupcam/sim/scene/PSimSceneReader.h>
 #include <toupcam/sim/world/PSimWorld.h>
 
@@ -95,6 +96,14 @@ void ToupcamSim_reportSize(const char* function, unsigned width, unsigned height
 
 void ToupcamSim_answerOption(unsigned option, int value) {
     attempt([&] { PSimWorld::instance().faults().answerOption(option, value); });
+}
+
+void ToupcamSim_setHook(PTOUPCAMSIM_HOOK hook) {
+    PSimHook::set(hook);
+}
+
+unsigned ToupcamSim_openHandles(void) {
+    return unsigned(PSimWorld::instance().openHandles());
 }
 
 void ToupcamSim_clearFaults(void) {

@@ -64,6 +64,33 @@ ToupcamSim_reportSize(const char* function, unsigned width, unsigned height);
 /// option cannot have.
 TOUPCAM_API(void) ToupcamSim_answerOption(unsigned option, int value);
 
+/// The moments at which a hook is called: before an SDK call does its work, when it is about to
+/// return, and before a callback of the client is called.
+#define TOUPCAMSIM_BEFORE_CALL 0
+#define TOUPCAMSIM_AFTER_CALL 1
+#define TOUPCAMSIM_BEFORE_CALLBACK 2
+
+/// What a hook returns before a call, whatever call it is; its returned value at other moments does
+/// not matter.
+#define TOUPCAMSIM_PASS 0   /* the call does its work */
+#define TOUPCAMSIM_FAIL 1   /* the call returns *result, without effect */
+#define TOUPCAMSIM_ABSURD 2 /* the call returns success, without effect: see ToupcamSim_setHook */
+
+/// `name` is that of the SDK's function, or of the callback: "data", "loss" (a data callback
+/// without data), "event", "exposure", "temptint" or "hotplug".
+typedef int (*PTOUPCAMSIM_HOOK)(const char* name, int moment, HRESULT* result);
+
+/// Sets the function that is called around every SDK call and before every callback, on the thread
+/// of that call, with no lock of the simulator held: it may call the functions of this header, and
+/// sleep. Null removes it; a call in progress may still be inside it then. For an absurd success
+/// every number that the call writes is *result, a text that it writes has no end, and *result is
+/// returned unless it is negative; Toupcam_EnumV2 writes nothing and returns *result, at most
+/// TOUPCAM_MAX, and Toupcam_Open returns a pointer that is not a handle.
+TOUPCAM_API(void) ToupcamSim_setHook(PTOUPCAMSIM_HOOK hook);
+
+/// The number of handles that are open.
+TOUPCAM_API(unsigned) ToupcamSim_openHandles(void);
+
 /// Clears all failures, delays, reported sizes and option values.
 TOUPCAM_API(void) ToupcamSim_clearFaults(void);
 

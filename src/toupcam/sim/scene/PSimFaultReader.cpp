@@ -35,6 +35,7 @@ void readFail(PSimJsonObject& object, PSimFaultSpec& step) {
 void readDelay(PSimJsonObject& object, PSimFaultSpec& step) {
     step.function = readFunction(object);
     step.ms = object.integer("ms", step.ms, 0, 3600000);
+    step.skip = object.integer("skip", step.skip, 0, PSimJsonObject::maxUnsigned);
 }
 
 void readReportedSize(PSimJsonObject& object, PSimFaultSpec& step) {

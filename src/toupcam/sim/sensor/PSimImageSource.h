@@ -9,11 +9,14 @@
 #include <memory>
 
 /// The source of a camera's pictures: what is under the lens, and how it is imaged. Thread-safe; a
-/// camera's producing thread calls take().
+/// camera's producing thread calls prepare() and take().
 class PSimImageSource {
 public:
     virtual ~PSimImageSource() = default;
 
+    /// Called when a stream begins, while its first frame is exposed: makes what frames of this
+    /// kind need, as far as it can be made in advance.
+    virtual void prepare(const PSimShot& /*shot*/) {}
     /// Takes picture number `frame` at the time in `picture`: fills its size, format, means and
     /// pixels, reusing its memory.
     virtual void take(const PSimShot& shot, std::uint64_t frame, PSimPicture& picture) = 0;

@@ -30,13 +30,19 @@ private:
 
 } // namespace
 
-void PSimPrerenderedSource::take(const PSimShot& shot, std::uint64_t frame, PSimPicture& picture) {
+/// A picture of the whole sensor, without pixels.
+PSimPicture PSimPrerenderedSource::toForm(const PSimShot& shot) const {
     const PSimResolution& size = m_spec->resolutions[shot.resolution];
     PSimPicture form;
     form.width = size.width;
     form.height = size.height;
     form.bits = m_spec->bits;
     form.blueFirst = shot.blueFirst;
+    return form;
+}
+
+void PSimPrerenderedSource::take(const PSimShot& shot, std::uint64_t frame, PSimPicture& picture) {
+    const PSimPicture form = toForm(shot);
     const Pictures& pictures = picturesFor(shot, form);
     const Ready& ready = pictures[frame % pictures.size()];
     if (!isAsItIs(shot, form)) {
@@ -103,11 +109,15 @@ void PSimPatchesSource::paint(unsigned /*index*/, const PSimPicture& form,
 }
 
 void PSimRingSource::paint(unsigned index, const PSimPicture& form, std::uint8_t* out) const {
-    const unsigned channels = form.bits / 8;
+    constexpr unsigned levels = 256;
+    const std::size_t channels = form.bits / 8;
+    // All rows are parts of one ramp, each a pixel further along than the row above.
+    std::vector<std::uint8_t> ramp((form.width + levels) * channels);
+    for (std::size_t i = 0; i < ramp.size(); ++i)
+        ramp[i] = std::uint8_t(i / channels);
     for (unsigned y = 0; y < form.height; ++y) {
-        std::uint8_t* row = out + y * form.stride();
-        for (unsigned x = 0; x < form.width * channels; ++x)
-            row[x] = std::uint8_t(x / channels + y + 16 * index);
+        const std::size_t first = (y + 16 * index) % levels;
+        std::copy_n(ramp.data() + first * channels, form.width * channels, out + y * form.stride());
     }
     out[0] = std::uint8_t(index);
 }

@@ -13,6 +13,8 @@ public:
     explicit PSimPrerenderedSource(std::shared_ptr<const PSimCameraSpec> spec)
         : m_spec(std::move(spec)) {}
 
+    /// Makes all pictures of this resolution.
+    void prepare(const PSimShot& shot) override { picturesFor(shot, toForm(shot)); }
     void take(const PSimShot& shot, std::uint64_t frame, PSimPicture& picture) override;
     bool isExposed() const override { return false; }
 
@@ -34,6 +36,7 @@ private:
     };
     using Pictures = std::vector<Ready>;
 
+    PSimPicture toForm(const PSimShot& shot) const;
     bool isAsItIs(const PSimShot& shot, const PSimPicture& form) const;
     Ready make(unsigned index, const PSimPicture& form) const;
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <toupcam/sim/stream/PSimEventThread.h>
 
+#include <toupcam/sim/hook/PSimHook.h>
 #include <toupcam/sim/stream/PSimThreadMark.h>
 
 #include <algorithm>
@@ -71,8 +72,10 @@ void PSimEventThread::join() {
 void PSimEventThread::run() {
     // Without the lock: the callback pulls pictures and may call any other function of the SDK.
     while (const std::optional<Task> task = next()) {
-        if (task->isReported)
+        if (task->isReported) {
+            PSimHook::beforeCallback("event");
             m_callback(task->event.code, m_context);
+        }
         if (task->event.afterwards)
             task->event.afterwards();
     }

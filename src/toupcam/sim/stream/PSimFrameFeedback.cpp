@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <toupcam/sim/stream/PSimFrameFeedback.h>
 
+#include <toupcam/sim/hook/PSimHook.h>
+
 #include <utility>
 
 PSimFrameFeedback::PSimFrameFeedback(std::shared_ptr<PSimImageSource> source,
@@ -38,8 +40,10 @@ void PSimFrameFeedback::adaptExposure(double mean, PSimDelivery& delivery) {
     m_schedule.settingsChanged();
     const ExposureCallback callback = exposureCallback();
     delivery.exposureChanged();
-    if (callback.function)
-        callback.function(callback.context);
+    if (!callback.function)
+        return;
+    PSimHook::beforeCallback("exposure");
+    callback.function(callback.context);
 }
 
 void PSimFrameFeedback::balanceWhite(const PSimMeans& means) {
@@ -50,8 +54,10 @@ void PSimFrameFeedback::balanceWhite(const PSimMeans& means) {
     int temperature = 0;
     int tint = 0;
     m_settings->tempTint(&temperature, &tint);
-    if (request->callback)
-        request->callback(temperature, tint, request->context);
+    if (!request->callback)
+        return;
+    PSimHook::beforeCallback("temptint");
+    request->callback(temperature, tint, request->context);
 }
 
 PSimFrameFeedback::ExposureCallback PSimFrameFeedback::exposureCallback() const {

@@ -23,9 +23,19 @@ PSimProducer::PSimProducer(std::shared_ptr<PSimCameraLink> link,
 }
 
 void PSimProducer::run(PSimDelivery& delivery) {
+    prepare();
     while (auto work = m_schedule.next())
         std::visit([this, &delivery](auto& one) { perform(one, delivery); }, *work);
     finish();
+}
+
+/// Without memory for it now, each frame tries again.
+void PSimProducer::prepare() {
+    try {
+        m_link->source->prepare(m_settings->shot());
+    } catch (const std::bad_alloc&) {
+        return;
+    }
 }
 
 void PSimProducer::perform(PSimStreamSchedule::Loss& loss, PSimDelivery& delivery) {

@@ -20,6 +20,7 @@ public:
     bool isObserving() const { return m_observing; }
 
 private:
+    void prepare();
     void perform(PSimStreamSchedule::Loss& loss, PSimDelivery& delivery);
     void perform(PSimStreamSchedule::Job& job, PSimDelivery& delivery);
     void perform(const PSimStreamSchedule::Still& still, PSimDelivery& delivery);

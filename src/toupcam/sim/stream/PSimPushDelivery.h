@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <toupcam/sim/hook/PSimHook.h>
 #include <toupcam/sim/stream/PSimDelivery.h>
 
 /// Push mode: the client's data callback runs on the producing thread.
@@ -15,11 +16,13 @@ public:
     void still(PSimPicture& picture) override { push(picture, 1); }
     bool isReady() const override { return true; }
     void lost(std::function<void()> afterwards) override {
+        PSimHook::beforeCallback("loss");
         m_callback(nullptr, nullptr, 0, m_context);
         afterwards();
     }
     void exposureChanged() override {}
     bool raw(const void* data, const BITMAPINFOHEADER* header, int isSnapshot) override {
+        PSimHook::beforeCallback(data ? "data" : "loss");
         m_callback(data, header, isSnapshot, m_context);
         return true;
     }
@@ -34,6 +37,7 @@ public:
 private:
     void push(const PSimPicture& picture, int isSnapshot) {
         const BITMAPINFOHEADER header = picture.header();
+        PSimHook::beforeCallback("data");
         m_callback(picture.pixels, &header, isSnapshot, m_context);
     }
 

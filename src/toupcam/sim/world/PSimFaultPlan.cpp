@@ -54,7 +54,7 @@ void PSimFaultPlan::start() {
             m_world.faults().fail(spec.function.toStdString(), spec.option, spec.skip, spec.count,
                                   spec.result);
         else if (spec.action == Action::Delay)
-            m_world.faults().delay(spec.function.toStdString(), spec.ms);
+            m_world.faults().delay(spec.function.toStdString(), spec.ms, spec.skip);
         else if (spec.action == Action::ReportSize)
             m_world.faults().reportSize(spec.function.toStdString(),
                                         {unsigned(spec.width), unsigned(spec.height)});

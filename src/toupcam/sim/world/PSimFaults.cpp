@@ -20,9 +20,9 @@ void PSimFaults::fail(const std::string& function, std::optional<unsigned> optio
     m_failures.push_back({function, option, skip, count, count == 0, result});
 }
 
-void PSimFaults::delay(const std::string& function, unsigned ms) {
+void PSimFaults::delay(const std::string& function, unsigned ms, unsigned skip) {
     const std::lock_guard lock(m_mutex);
-    m_delays[function] = ms;
+    m_delays[function] = {ms, skip};
 }
 
 void PSimFaults::reportSize(const std::string& function, PSimSize size) {
@@ -54,15 +54,21 @@ std::optional<int> PSimFaults::replacedOption(unsigned option) const {
 }
 
 std::optional<HRESULT> PSimFaults::onCall(const char* function, std::optional<unsigned> option) {
-    const unsigned ms = delayFor(function);
+    const unsigned ms = takeDelay(function);
     if (ms > 0)
         std::this_thread::sleep_for(std::chrono::milliseconds(ms));
     return takeFailure(function, option);
 }
 
-unsigned PSimFaults::delayFor(const std::string& function) const {
+unsigned PSimFaults::takeDelay(const std::string& function) {
     const std::lock_guard lock(m_mutex);
-    return entry(m_delays, function).value_or(0);
+    const auto found = m_delays.find(function);
+    if (found == m_delays.end())
+        return 0;
+    if (found->second.skip == 0)
+        return found->second.ms;
+    --found->second.skip;
+    return 0;
 }
 
 std::optional<HRESULT> PSimFaults::takeFailure(const std::string& function,

@@ -18,8 +18,8 @@ public:
     /// after letting `skip` pass; count 0: all from then on.
     void fail(const std::string& function, std::optional<unsigned> option, unsigned skip,
               unsigned count, HRESULT result);
-    /// Calls of `function` take `ms` longer; 0: no longer.
-    void delay(const std::string& function, unsigned ms);
+    /// Calls of `function` take `ms` longer after letting `skip` pass; 0 ms: no longer.
+    void delay(const std::string& function, unsigned ms, unsigned skip = 0);
     /// Calls of `function` that copy a picture report this size for it; 0 x 0: none.
     void reportSize(const std::string& function, PSimSize size);
     /// Reading this option returns `value`.
@@ -44,12 +44,17 @@ private:
         HRESULT result;
     };
 
-    unsigned delayFor(const std::string& function) const;
+    struct Delay {
+        unsigned ms;
+        unsigned skip; ///< calls that still pass
+    };
+
+    unsigned takeDelay(const std::string& function);
     std::optional<HRESULT> takeFailure(const std::string& function, std::optional<unsigned> option);
 
     mutable std::mutex m_mutex; // guards all below; never held during a delay
     std::vector<Failure> m_failures;
-    std::map<std::string, unsigned> m_delays;
+    std::map<std::string, Delay> m_delays;
     std::map<std::string, PSimSize> m_sizes;
     std::map<unsigned, int> m_answers;
 };

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <toupcam/sim/world/PSimHotPlug.h>
 
+#include <toupcam/sim/hook/PSimHook.h>
+
 #include <condition_variable>
 #include <thread>
 #include <utility>
@@ -16,8 +18,10 @@ struct PSimHotPlug::Loop {
 
     void run() {
         // Without the lock: the callback may plug, unplug, notify or unregister.
-        while (waitForEvent())
+        while (waitForEvent()) {
+            PSimHook::beforeCallback("hotplug");
             callback(context);
+        }
     }
 
     // False if the thread must end.

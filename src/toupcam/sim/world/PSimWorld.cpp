@@ -135,6 +135,11 @@ std::shared_ptr<PSimSession> PSimWorld::session(HToupcam handle) const {
     return found == m_open.end() ? nullptr : found->second.session;
 }
 
+std::size_t PSimWorld::openHandles() const {
+    const std::lock_guard lock(m_mutex);
+    return m_open.size();
+}
+
 std::string PSimWorld::handleName(HToupcam handle) const {
     if (!handle)
         return "h0";

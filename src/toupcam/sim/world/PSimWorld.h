@@ -34,6 +34,8 @@ public:
     bool close(HToupcam handle);
     /// The session of an open handle; null for any other pointer.
     std::shared_ptr<PSimSession> session(HToupcam handle) const;
+    /// The number of handles that are open.
+    std::size_t openHandles() const;
     /// "h1", "h2", … in the order of opening; "h0" for null, "h?" for a pointer never given out.
     std::string handleName(HToupcam handle) const;
 
