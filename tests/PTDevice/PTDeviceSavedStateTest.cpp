@@ -3,13 +3,17 @@
 #include <PTDevice/SimFixture.h>
 
 #include <PCdPlugins/PTDevice/ExtendedExposureData.h>
+#include <PCdPlugins/PTDevice/FANDATA.h>
+#include <PCdPlugins/PTDevice/TECDATA.h>
 
 #include <PCd/property/PDeviceProperty.h>
+#include <PCd/property/value/PPropertyEncoding.h>
 
 #include <PCore/state/PJsonReader.h>
 #include <PCore/state/PJsonWriter.h>
 
 #include <support/QtPrinters.h>
+#include <support/RowName.h>
 
 namespace {
 
@@ -59,6 +63,42 @@ TEST_F(PTDeviceSavedState, brings_the_fields_of_a_composite_back) {
     EXPECT_EQ(device->getProperty("autoexpogain")->tryGetValue(), QVariant(250));
     EXPECT_EQ(device->getProperty("autoexpottime")->tryGetValue(), QVariant(30000));
     EXPECT_EQ(device->getProperty("autoexponeable")->tryGetValue(), QVariant(false));
+}
+
+/// A composite value as bytes, which older files have, of which one field is beyond its range.
+struct BytesRow {
+    const char* name;
+    QVariant current;
+    QByteArray hex;
+};
+
+class PTDeviceBytesBeyondRange : public testing::TestWithParam<BytesRow> {};
+
+TEST_P(PTDeviceBytesBeyondRange, are_refused_as_in_text) {
+    const QByteArray bytes = QByteArray::fromHex(GetParam().hex);
+    EXPECT_FALSE(PPropertyEncoding::fromForm(bytes, GetParam().current, {}).isValid());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, PTDeviceBytesBeyondRange,
+    testing::Values(
+        BytesRow{"seconds_by_the_million", QVariant::fromValue(ExtendedExposureData()),
+                 "0064783f9b9b9b0000050000000000000001000005000000000000000000000001"},
+        BytesRow{"an_exposure_that_is_not_a_number", QVariant::fromValue(ExtendedExposureData()),
+                 "006400787ff8000000000000010000000000000005000000000000000000000001"},
+        BytesRow{"no_frame_of_a_sequence", QVariant::fromValue(ExtendedExposureData()),
+                 "006400783ff0000000000000010000000000000005000000000000000000000000"},
+        BytesRow{"a_fan_that_is_on_90_times", QVariant::fromValue(FANDATA()), "0000005a00000001"},
+        BytesRow{"a_cooler_that_is_less_than_off", QVariant::fromValue(TECDATA()), "ffffffffff6a"}),
+    RowName());
+
+TEST(PTDeviceBytes, within_the_ranges_are_read) {
+    const QVariant current = QVariant::fromValue(ExtendedExposureData());
+    const QByteArray bytes =
+        QByteArray::fromHex("006400783ff8000000000000010000000000000005000000000000000000000001");
+    const QVariant value = PPropertyEncoding::fromForm(bytes, current, {});
+    ASSERT_TRUE(value.isValid());
+    EXPECT_EQ(value.value<ExtendedExposureData>().exp, 1.5);
 }
 
 } // namespace

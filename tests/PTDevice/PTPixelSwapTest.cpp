@@ -4,10 +4,21 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <numeric>
 
 namespace {
 
 using Bytes = std::vector<unsigned char>;
+
+constexpr std::size_t spare = 40; // pixels behind the others, for what goes too far
+
+/// All up to 100, and some with many of the steps in which pixels are exchanged.
+std::vector<std::size_t> counts() {
+    std::vector<std::size_t> all(100);
+    std::iota(all.begin(), all.end(), std::size_t(0));
+    all.insert(all.end(), {1024, 5003});
+    return all;
+}
 
 Bytes counting(std::size_t pixels) {
     Bytes bytes(pixels * 4);
@@ -26,9 +37,10 @@ Bytes expected(Bytes bytes) {
 
 TEST(PTPixelSwap, every_way_exchanges_the_first_and_the_third_byte_of_each_pixel) {
     for (const PTPixelSwap::Swap swap : PTPixelSwap::allWays()) {
-        for (std::size_t pixels = 0; pixels < 100; ++pixels) {
-            Bytes bytes = counting(pixels);
+        for (const std::size_t pixels : counts()) {
+            Bytes bytes = counting(pixels + spare);
             swap(bytes.data(), pixels);
+            bytes.resize(pixels * 4);
             ASSERT_EQ(bytes, expected(counting(pixels))) << pixels << " pixels";
         }
     }
@@ -36,11 +48,11 @@ TEST(PTPixelSwap, every_way_exchanges_the_first_and_the_third_byte_of_each_pixel
 
 TEST(PTPixelSwap, every_way_leaves_the_bytes_behind_the_pixels_alone) {
     for (const PTPixelSwap::Swap swap : PTPixelSwap::allWays()) {
-        for (std::size_t pixels = 0; pixels < 100; ++pixels) {
-            Bytes bytes = counting(pixels + 40);
+        for (const std::size_t pixels : counts()) {
+            Bytes bytes = counting(pixels + spare);
             swap(bytes.data(), pixels);
             const Bytes behind(bytes.begin() + long(pixels) * 4, bytes.end());
-            const Bytes all = counting(pixels + 40);
+            const Bytes all = counting(pixels + spare);
             ASSERT_EQ(behind, Bytes(all.begin() + long(pixels) * 4, all.end()))
                 << pixels << " pixels";
         }
@@ -50,11 +62,12 @@ TEST(PTPixelSwap, every_way_leaves_the_bytes_behind_the_pixels_alone) {
 TEST(PTPixelSwap, every_way_accepts_pixels_at_any_address) {
     for (const PTPixelSwap::Swap swap : PTPixelSwap::allWays()) {
         for (std::size_t offset = 0; offset < 32; ++offset) {
-            Bytes bytes(offset + 400);
+            Bytes bytes(offset + 400 + 4 * spare);
             const Bytes pixels = counting(100);
             std::copy(pixels.begin(), pixels.end(), bytes.begin() + long(offset));
             swap(bytes.data() + offset, 100);
-            ASSERT_EQ(Bytes(bytes.begin() + long(offset), bytes.end()), expected(pixels)) << offset;
+            const auto begin = bytes.begin() + long(offset);
+            ASSERT_EQ(Bytes(begin, begin + 400), expected(pixels)) << offset;
         }
     }
 }

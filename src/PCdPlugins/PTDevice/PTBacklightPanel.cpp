@@ -10,20 +10,22 @@ namespace {
 
 enum Frequency { Hz60 = 0, Hz50 = 1, DirectCurrent = 2 };
 
+constexpr int unknown = -1; // no button has it
+
 } // namespace
 
 PTBacklightPanel::PTBacklightPanel(PTBacklightProperty* property)
     : m_property(property)
     , m_ui(std::make_unique<Ui::PTBacklight>()) {
     m_ui->setupUi(this);
-    showValue(m_property->convertToT(m_property->valueInner()));
+    follow(m_property->convertToT(m_property->valueInner()));
     // The captions of the two frequencies are deliberately swapped: the code is what matters, and
     // users know which button stops the flicker of their lamp.
     connectButton(m_ui->dc, DirectCurrent);
     connectButton(m_ui->hz50, Hz50);
     connectButton(m_ui->hz60, Hz60);
     connect(m_property, qOverload<int>(&PDevicePropertyInt::valueChanged), this,
-            whileAlive([this](int frequency) { showValue(frequency); }), Qt::DirectConnection);
+            whileAlive([this](int frequency) { follow(frequency); }), Qt::DirectConnection);
     setRetranslation([this] { m_ui->retranslateUi(this); });
 }
 
@@ -38,6 +40,12 @@ void PTBacklightPanel::connectButton(QRadioButton* button, int frequency) {
     };
     connect(button, &QRadioButton::toggled, m_property, whileAlive(setWhenOn),
             Qt::DirectConnection);
+}
+
+/// A frequency that the camera did not report is not shown as another one, whose button would then
+/// send it.
+void PTBacklightPanel::follow(int frequency) {
+    showValue(m_property->isUnread() ? unknown : frequency);
 }
 
 void PTBacklightPanel::setExclusive(bool exclusive) {

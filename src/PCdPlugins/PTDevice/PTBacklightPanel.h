@@ -21,6 +21,7 @@ public:
 
 private:
     void connectButton(QRadioButton* button, int frequency);
+    void follow(int frequency);
     void setExclusive(bool exclusive);
     void showValue(int frequency);
 

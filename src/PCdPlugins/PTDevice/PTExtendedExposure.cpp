@@ -4,6 +4,8 @@
 #include <PCdPlugins/PTDevice/PTExtendedExposureWidget.h>
 #include <PCdPlugins/PTDevice/PTLog.h>
 
+#include <PCd/property/PReadWatch.h>
+
 #include <QDebug>
 
 #include <algorithm>
@@ -89,6 +91,7 @@ ExtendedExposureData PTExtendedExposure::tryGetValueFromDevice() {
     unsigned short gain = 0;
     int autoexp = 0;
     unsigned short target = 0;
+    const PReadWatch watch;
     PT_OP(Toupcam_get_ExpoTime(m_h, &time));
     PT_OP(Toupcam_get_ExpoAGain(m_h, &gain));
     PT_OP(Toupcam_get_AutoExpoEnable(m_h, &autoexp));
@@ -98,7 +101,10 @@ ExtendedExposureData PTExtendedExposure::tryGetValueFromDevice() {
     d.exp = time / 1000.0;
     d.target = target;
     d.gain = gain;
-    setValueInner(convertFromT(d));
+    if (watch.hasFailed())
+        setUnreadValueInner(convertFromT(d));
+    else
+        setValueInner(convertFromT(d));
     return d;
 }
 
@@ -112,3 +118,5 @@ QVariant PTExtendedExposure::convertFromT(ExtendedExposureData value) const {
 
 void PTExtendedExposure::trySetRange(QVariant) {
 }
+
+#include "moc_PTExtendedExposure.cpp"

@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr unsigned unknown = 0xFFFFFFFF;
+constexpr unsigned unknownSize = 0xFFFFFFFF;
 
 QRect toRect(unsigned x, unsigned y, unsigned w, unsigned h) {
     QRect rect;
@@ -48,14 +48,16 @@ QRect PTPropRoi::tryGetValueFromDevice() {
 }
 
 PScanAreaRange PTPropRoi::tryGetRangeFromDevice() {
-    unsigned n = unknown;
+    unsigned n = unknownSize;
     int w = -1;
     int h = -1;
     const bool answered = checkError(Toupcam_get_eSize(m_handle, &n));
-    if (answered && n == unknown) {
+    if (answered && n == unknownSize) {
         PT_LOG() << "ScanAreaRange:" << n;
         return PScanAreaRange();
     }
     PT_OP(Toupcam_get_Resolution(m_handle, n, &w, &h));
     return toRange(w, h);
 }
+
+#include "moc_PTPropRoi.cpp"

@@ -149,3 +149,9 @@ TEST_F(PTBacklightPanel, after_the_end_of_its_camera_it_sends_nothing) {
     clickOn(button("hz50"));
     EXPECT_THAT(SimJournal::lines(), IsEmpty());
 }
+
+TEST_F(PTBacklightPanel, of_a_property_that_nobody_has_read_it_shows_code_0) {
+    PTBacklightProperty unused(device->sdkHandle(), "backlight", QString());
+    panel.reset(unused.createWidget());
+    EXPECT_EQ(checked(), QStringList{hz50}) << "that is its caption";
+}
