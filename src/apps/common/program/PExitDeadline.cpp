@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/program/PExitDeadline.h>
 
+#include <apps/common/hang/POverdueCalls.h>
+#include <apps/common/hang/PStderrLine.h>
+
 #include <unistd.h>
 
 PExitDeadline::PExitDeadline(std::chrono::milliseconds time, const QString& message, int code)
     // A thread of its own: the main thread may be in a call that never returns.
-    : m_thread([this, time, text = message.toUtf8() + '\n', code] { wait(time, text, code); }) {
+    : m_thread([this, time, message, code] { wait(time, message, code); }) {
 }
 
 PExitDeadline::~PExitDeadline() {
@@ -17,13 +20,12 @@ PExitDeadline::~PExitDeadline() {
     m_thread.join();
 }
 
-void PExitDeadline::wait(std::chrono::milliseconds time, const QByteArray& message, int code) {
+void PExitDeadline::wait(std::chrono::milliseconds time, const QString& message, int code) {
     std::unique_lock lock(m_mutex);
     if (m_changed.wait_for(lock, time, [this] { return m_isMet; }))
         return;
-    // Not through stderr, whose lock the call in progress may hold.
-    [[maybe_unused]] const ssize_t written =
-        ::write(STDERR_FILENO, message.constData(), std::size_t(message.size()));
+    const QString calls = POverdueCalls::names();
+    PStderrLine::write(calls.isEmpty() ? message : message + u": "_qs + calls);
     // Not exit(): it would wait for locks that the call in progress holds.
     ::_exit(code);
 }

@@ -13,14 +13,15 @@
 /// when everything that must not be lost is done. The main thread.
 class PExitDeadline {
 public:
-    /// `message` is what the standard error stream then gets; `code` is the exit code.
+    /// `message` is what the standard error stream then gets, with the calls that are overdue;
+    /// `code` is the exit code.
     PExitDeadline(std::chrono::milliseconds time, const QString& message, int code);
     ~PExitDeadline();
     PExitDeadline(const PExitDeadline&) = delete;
     PExitDeadline& operator=(const PExitDeadline&) = delete;
 
 private:
-    void wait(std::chrono::milliseconds time, const QByteArray& message, int code);
+    void wait(std::chrono::milliseconds time, const QString& message, int code);
 
     std::mutex m_mutex; // guards m_isMet, between the main thread and the one that waits
     std::condition_variable m_changed;

@@ -72,6 +72,10 @@ void PManualPage::addEnvironment() {
              u"The path of the camera SDK that \"--sdk auto\" loads."_qs);
     addEntry(u"PCD_LOG"_qs, {}, u"Which log records to show, as for --log-level."_qs);
     addEntry(u"PCD_LANG"_qs, {}, u"The language, as for --lang."_qs);
+    addEntry(
+        u"XDG_STATE_HOME"_qs, {},
+        u"The folder for state, ~/.local/state by default. A program that a fault ends leaves a "
+        "report in pcd/crashes below it."_qs);
 }
 
 void PManualPage::addSeeAlso(const QStringList& pages) {

@@ -24,6 +24,10 @@ QStringList optionNames(Option option) {
         return {u"lang"_qs};
     case Option::LogFilter:
         return {u"log-level"_qs};
+    case Option::Trace:
+        return {u"trace"_qs};
+    case Option::TraceFrames:
+        return {u"trace-frames"_qs};
     }
     return {};
 }
@@ -35,7 +39,7 @@ QString longName(Option option) {
 QStringList longNames() {
     QStringList names;
     for (const Option option : {Option::Camera, Option::Sdk, Option::Scene, Option::PluginPath,
-                                Option::LogFilter, Option::Language})
+                                Option::LogFilter, Option::Language, Option::Trace})
         names.append(longName(option));
     return names;
 }
@@ -77,6 +81,10 @@ PStatus PProgramOptions::read(const QCommandLineParser& parser, const QStringLis
     scene = parser.value(longName(Option::Scene));
     pluginPaths = parser.values(longName(Option::PluginPath));
     camera = parser.value(longName(Option::Camera));
+    trace = parser.value(longName(Option::Trace));
+    traceFrames = parser.isSet(longName(Option::TraceFrames));
+    if (traceFrames && trace.isEmpty())
+        return PStatus::failure(u"--trace-frames needs a trace: expected --trace FILE too"_qs);
     language = parser.value(longName(Option::Language));
     if (parser.isSet(longName(Option::LogFilter)))
         logFilter = parser.value(longName(Option::LogFilter));

@@ -14,13 +14,15 @@ struct PProgramOptions {
     QString scene; ///< file; empty: none
     QStringList pluginPaths;
     QString camera;                   ///< index, id or beginning of an id; empty: the first
+    QString trace;                    ///< file for a trace of the SDK calls; empty: none
+    bool traceFrames = false;         ///< with the pixels of all frames
     QString language;                 ///< empty: as the environment says
     std::optional<QString> logFilter; ///< none: as the environment says
 
     /// Which option.
-    enum class Option { Sdk, Scene, PluginPath, Camera, Language, LogFilter };
+    enum class Option { Sdk, Scene, PluginPath, Camera, Language, LogFilter, Trace, TraceFrames };
     /// The declaration of an option for a parser. The help text and the name of its value are the
-    /// program's own.
+    /// program's own; an option without a name of a value takes none.
     static QCommandLineOption makeOption(Option option, const QString& help,
                                          const QString& valueName);
 

@@ -1,21 +1,38 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/program/PTerminationSignals.h>
 
+#include <apps/common/hang/POverdueCalls.h>
+#include <apps/common/hang/PStderrLine.h>
+
 #include <algorithm>
 #include <array>
 #include <atomic>
 #include <cerrno>
 #include <csignal>
-#include <cstdio>
+#include <mutex>
 #include <thread>
+#include <utility>
 
 namespace {
 
-constexpr timespec patience{2, 0}; // seconds, in which most runs end
+constexpr std::chrono::seconds patience(2); // in which most runs end
 constexpr std::array signalsThatEnd{SIGINT, SIGTERM, SIGHUP};
 
 std::atomic<bool> expected{false};
 std::atomic<bool> noted{false};
+std::atomic<bool> acknowledged{false};
+
+/// What happens if nobody acknowledges a signal.
+struct GivingUp {
+    std::mutex mutex; // guards both members: the main thread sets them, that of the signals reads
+    std::chrono::milliseconds time{};
+    std::function<void()> call;
+};
+
+GivingUp& givingUp() {
+    static auto* const object = new GivingUp; // the thread may outlive static objects
+    return *object;
+}
 
 bool isIgnored(int number) {
     struct sigaction action {};
@@ -32,8 +49,15 @@ sigset_t watchedSignals() {
     return set;
 }
 
+void print(const QString& text) {
+    PStderrLine::write(QString::fromLocal8Bit(program_invocation_short_name) + u": "_qs + text);
+}
+
 /// The signal's usual effect, with the usual exit status.
 void endBy(int number) {
+    const QString calls = POverdueCalls::names();
+    if (!calls.isEmpty())
+        print(u"ended while waiting for "_qs + calls);
     sigset_t one;
     sigemptyset(&one);
     sigaddset(&one, number);
@@ -44,19 +68,41 @@ void endBy(int number) {
 
 /// The program does not end by the signal it has recorded: the user is told what it waits for.
 void reportWait() {
-    std::fprintf(stderr,
-                 "%s: still waiting for the camera to return, or for files to be completed; a "
-                 "second signal (Ctrl-C) ends the program at once\n",
-                 program_invocation_short_name);
+    const QString calls = POverdueCalls::names();
+    print(u"still waiting for %1; a second signal (Ctrl-C) ends the program at once"_qs.arg(
+        calls.isEmpty() ? u"the camera to return, or for files to be completed"_qs : calls));
 }
 
 /// Returns the signal, or 0 if none arrives in time.
-int waitForSignal(const sigset_t& set, const timespec& time) {
+int waitForSignal(const sigset_t& set, std::chrono::milliseconds time) {
+    const auto seconds = std::chrono::floor<std::chrono::seconds>(time);
+    const timespec limit{seconds.count(), std::chrono::nanoseconds(time - seconds).count()};
     for (;;) {
-        const int number = sigtimedwait(&set, nullptr, &time);
+        const int number = sigtimedwait(&set, nullptr, &limit);
         if (number > 0 || errno == EAGAIN)
             return std::max(number, 0);
     }
+}
+
+/// Another signal ends the program.
+void waitOrEnd(const sigset_t& set, std::chrono::milliseconds time) {
+    const int number = waitForSignal(set, time);
+    if (number != 0)
+        endBy(number);
+}
+
+/// Ends the program if it does not react to the signal, and should.
+void endUnlessAcknowledged(const sigset_t& set) {
+    std::unique_lock lock(givingUp().mutex);
+    const auto [time, call] = std::pair(givingUp().time, givingUp().call);
+    lock.unlock();
+    if (!call)
+        return;
+    if (!acknowledged)
+        waitOrEnd(set, time);
+    // A thread of its own: this one waits for a second signal meanwhile.
+    if (!acknowledged)
+        std::thread(call).detach();
 }
 
 void waitForSignals(sigset_t set) {
@@ -64,10 +110,10 @@ void waitForSignals(sigset_t set) {
     while (sigwait(&set, &number) == 0) {
         if (!expected || noted.exchange(true))
             endBy(number);
-        number = waitForSignal(set, patience);
-        if (number != 0)
-            endBy(number);
+        if (POverdueCalls::names().isEmpty())
+            waitOrEnd(set, patience);
         reportWait();
+        endUnlessAcknowledged(set);
     }
 }
 
@@ -86,6 +132,23 @@ void PTerminationSignals::expect() {
     expected = true;
 }
 
+void PTerminationSignals::expect(std::chrono::milliseconds time, std::function<void()> giveUp) {
+    {
+        const std::lock_guard lock(givingUp().mutex);
+        givingUp().time = time;
+        givingUp().call = std::move(giveUp);
+    }
+    expect();
+}
+
 bool PTerminationSignals::isNoted() {
     return noted;
+}
+
+void PTerminationSignals::acknowledge() {
+    acknowledged = true;
+}
+
+bool PTerminationSignals::isAcknowledged() {
+    return acknowledged;
 }

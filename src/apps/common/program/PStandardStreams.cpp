@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+#include <apps/common/program/PStandardStreams.h>
+
+#include <initializer_list>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+void PStandardStreams::reserve() {
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (::fcntl(stream, F_GETFD) >= 0)
+            continue;
+        // It gets the lowest free number, which is this one; in the direction that nobody uses.
+        [[maybe_unused]] const int reserved =
+            ::open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+    }
+}
