@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/camera/PCameraHost.h>
 
+#include <apps/common/crash/PCrashReport.h>
+
 #include <PCd/device/PDevice.h>
 #include <PCd/device/PDeviceRegister.h>
 
@@ -8,6 +10,16 @@
 
 PCameraHost::~PCameraHost() {
     qDeleteAll(m_found);
+}
+
+PStatus PCameraHost::loadSdk(const QString& choice) {
+    const PStatus status = m_sdk.load(choice);
+    PCrashReport::setSdk(status.isOk()
+                             ? u"%1, version %2%3"_qs.arg(
+                                   m_sdk.path(), m_sdk.version(),
+                                   m_sdk.isSimulated() ? u", simulated cameras"_qs : QString())
+                             : u"none: "_qs + status.reason());
+    return status;
 }
 
 PStatus PCameraHost::loadScene(const QString& file) {

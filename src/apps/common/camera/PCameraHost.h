@@ -3,6 +3,7 @@
 
 #include <apps/common/camera/PCameraIdentity.h>
 #include <apps/common/camera/PCameraSdk.h>
+#include <apps/common/camera/PSdkTrace.h>
 
 #include <PCd/device/PDeviceManager.h>
 #include <PCd/plugin/PPluginLoader.h>
@@ -19,10 +20,15 @@ public:
     PCameraHost& operator=(const PCameraHost&) = delete;
 
     /// See PCameraSdk::load().
-    PStatus loadSdk(const QString& choice) { return m_sdk.load(choice); }
+    PStatus loadSdk(const QString& choice);
     /// Sets the scene file of the simulated cameras. Fails with the error in it, or if the SDK is
     /// not simulated.
     PStatus loadScene(const QString& file);
+    /// Records the SDK calls of the plugins from now on, see PSdkTrace::start(). After loadSdk()
+    /// and before loadPlugins().
+    PStatus startTrace(const PSdkTrace::Target& target) { return m_trace.start(m_sdk, target); }
+    /// Fails if the trace that was started is not complete.
+    PStatus checkTrace() const { return m_trace.check(); }
     /// Loads the plugins of these folders and of the usual ones. Fails if there is none; failures
     /// of single plugins are in pluginFailures().
     PStatus loadPlugins(const QStringList& paths);
@@ -40,6 +46,7 @@ public:
 
 private:
     PCameraSdk m_sdk;
+    PSdkTrace m_trace;
     QStringList m_files;
     QList<PPluginLoader::Failure> m_failures;
     QList<PDeviceRegister*> m_found; ///< until the manager owns them

@@ -17,6 +17,9 @@ const char* const libraryVariable = "TOUPCAM_LIBRARY"; // where plugins look for
 const char* const systemLibrary = "libtoupcam.so";
 const char* const simulatorMark = "ToupcamSim_version"; // only a simulated SDK exports it
 const char* const makersVersion = "Toupcam_Version";    // not every library has it
+// Only the library that replays a trace exports these: what was recorded was simulated, or not.
+const char* const replayMark = "ToupcamReplay_isSimulated";
+const char* const replayVersion = "ToupcamReplay_version";
 
 QString simulatorPath() {
     return QDir(PPluginLoader::homeFolder()).filePath(u"sim/libtoupcam.so"_qs);
@@ -113,6 +116,10 @@ PStatus PCameraSdk::loadAutomatic() {
 
 PStatus PCameraSdk::open(const QString& path, Origin origin) {
     m_origin = origin;
+    const QFileInfo file(path);
+    // The loader would wait for a pipe for ever. It looks for names without a folder itself.
+    if (path.contains(u'/') && file.exists() && !file.isFile())
+        return sdkFailure(path, u"it is not a file"_qs);
     m_library = dlopen(QFile::encodeName(path).constData(), RTLD_NOW | RTLD_LOCAL);
     if (m_library == nullptr)
         return sdkFailure(path, QString::fromLocal8Bit(dlerror()));
@@ -124,8 +131,13 @@ PStatus PCameraSdk::inspect(const QString& asked) {
     if (enumerate == nullptr)
         return sdkFailure(asked, u"it has no function Toupcam_EnumV2"_qs);
     m_path = libraryFile(enumerate);
-    m_simulated = dlsym(m_library, simulatorMark) != nullptr;
-    m_version = readText(m_library, m_simulated ? simulatorMark : makersVersion);
+    if (void* const isSimulated = dlsym(m_library, replayMark)) {
+        m_simulated = reinterpret_cast<int (*)()>(isSimulated)() != 0;
+        m_version = readText(m_library, replayVersion);
+    } else {
+        m_simulated = dlsym(m_library, simulatorMark) != nullptr;
+        m_version = readText(m_library, m_simulated ? simulatorMark : makersVersion);
+    }
     // The path, not the name: the plugin gets this very library, whatever it is called.
     qputenv(libraryVariable, QFile::encodeName(m_path));
     return PStatus::Ok;

@@ -67,8 +67,8 @@ void PExposureWatch::look() {
     if (m_device.isNull() || m_device->isGone())
         return;
     // A new panel reads the composite value without emitting.
-    if (m_composite != nullptr && m_composite->valueInner() != m_record)
-        m_record = m_shown = m_composite->valueInner();
+    if (m_composite != nullptr && m_composite->reportedValue() != m_record)
+        m_record = m_shown = m_composite->reportedValue();
     const Reading now = read();
     // An exposure time is never 0: reading failed, for example because the cable was just pulled.
     if (now[Time].isValid() && now[Time].toDouble() <= 0)
@@ -146,14 +146,14 @@ void PExposureWatch::refreshRecord(const Reading& wanted) {
                                  [&isAnswered] { isAnswered = true; });
     m_composite->updateValueFromDevice();
     disconnect(answers);
-    m_shown = m_composite->valueInner();
+    m_shown = m_composite->reportedValue();
     // A panel writes back what it then shows, which may be rounded or clamped. The second time its
     // controls do not change, so it writes nothing.
     if (isAnswered) {
         putBack(wanted);
         m_composite->updateValueFromDevice();
     }
-    m_record = m_composite->valueInner();
+    m_record = m_composite->reportedValue();
 }
 
 /// Sets each setting in which the camera differs; not those that automatic exposure chooses.
@@ -162,7 +162,10 @@ void PExposureWatch::putBack(const Reading& wanted) {
     const Reading now = read();
     for (std::size_t i = 0; i < watchedRoles.size(); ++i) {
         const bool isChosen = isAutomatic && (i == Time || i == Gain);
-        if (!isChosen && now[i] != wanted[i])
+        // What was not read would be sent as a zero.
+        if (!isChosen && wanted[i].isValid() && now[i] != wanted[i])
             m_plain[i]->setValue(wanted[i]);
     }
 }
+
+#include "moc_PExposureWatch.cpp"

@@ -112,7 +112,7 @@ double PTriggerControl::toMilliseconds(const QVariant& value) const {
 PStatus PTriggerControl::prepare(Source source, std::optional<microseconds> exposure, int frames) {
     if (m_property == nullptr)
         return PStatus::failure(tr("the camera does not support triggered capture"));
-    QVariant value = m_property->valueInner();
+    QVariant value = m_property->reportedValue();
     PStatus status =
         exposure ? writeExposure(value, findFields(*m_property, PRole::TriggerTime), *exposure)
                  : PStatus(PStatus::Ok);
@@ -143,5 +143,5 @@ PStatus PTriggerControl::fire(int frames) {
 }
 
 microseconds PTriggerControl::exposure() const {
-    return microseconds(std::llround(toMilliseconds(m_property->valueInner()) * 1000));
+    return microseconds(std::llround(toMilliseconds(m_property->reportedValue()) * 1000));
 }

@@ -30,7 +30,7 @@ constexpr Settings windowSettings{PNG_ALL_FILTERS, Z_DEFAULT_STRATEGY, 6};
 
 struct Output {
     QByteArray bytes;
-    bool outOfMemory = false;
+    bool outOfMemory = false; ///< for the bytes, or for libpng itself
 };
 
 void append(png_structp png, png_bytep bytes, std::size_t size) {
@@ -45,6 +45,18 @@ void append(png_structp png, png_bytep bytes, std::size_t size) {
 }
 
 void flushNothing(png_structp) {
+}
+
+/// Notes that there is no memory, which libpng reports as any other failure.
+png_voidp allocate(png_structp png, png_alloc_size_t size) {
+    void* const memory = ::operator new(size, std::nothrow);
+    if (memory == nullptr)
+        static_cast<Output*>(png_get_mem_ptr(png))->outOfMemory = true;
+    return memory;
+}
+
+void release(png_structp, png_voidp memory) {
+    ::operator delete(memory);
 }
 
 /// The caller reports the failure in its own words.
@@ -137,7 +149,8 @@ bool write(png_structp png, png_infop info, Parts& parts) {
 
 QByteArray toFile(Parts& parts) {
     Output output;
-    png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, leave, keepQuiet);
+    png_structp png = png_create_write_struct_2(PNG_LIBPNG_VER_STRING, nullptr, leave, keepQuiet,
+                                                &output, allocate, release);
     png_infop info = png ? png_create_info_struct(png) : nullptr;
     if (!info) {
         png_destroy_write_struct(&png, nullptr);

@@ -23,7 +23,8 @@ PFrameRecorder::PFrameRecorder(std::unique_ptr<PFrameWriter> writer,
     , m_queue([this](const PDeviceFrame& frame,
                      quint64 number) { return m_writer->write(frame, number); },
               m_writer->threads(), m_memory)
-    , m_finisher(1) {
+    , m_finisher(1)
+    , m_files([this] { completeWithoutCamera(); }) {
 }
 
 PFrameRecorder::~PFrameRecorder() {
@@ -67,6 +68,12 @@ void PFrameRecorder::end(const std::optional<PFrameLedger>& ledger, const QStrin
     m_finisher.push(
         1, [this, failure] { return finish(failure); },
         [this](const PStatus& result) { noteFinished(result); });
+}
+
+/// The main thread does not return from a call to the camera.
+void PFrameRecorder::completeWithoutCamera() {
+    end(std::nullopt, u"the program ended because a call to the camera did not return"_qs);
+    m_finisher.waitUntilIdle();
 }
 
 /// Completes the files, on the finisher's thread.

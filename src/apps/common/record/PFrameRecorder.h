@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <apps/common/hang/PFilesInProgress.h>
 #include <apps/common/record/PFrameWriteQueue.h>
 #include <apps/common/record/PFrameWriter.h>
 #include <apps/common/record/PRecordSchedule.h>
@@ -54,6 +55,7 @@ public:
     Progress progress(Clock::time_point now = Clock::now()) const;
 
 private:
+    void completeWithoutCamera();
     PStatus finish(const QString& failure);
     void noteFinished(const PStatus& result);
     QString tooSlow(const QString& words) const;
@@ -79,4 +81,5 @@ private:
     // waits for the other queue, first.
     PFrameWriteQueue m_queue;
     PWorkQueue m_finisher;
+    PFilesInProgress m_files; ///< last: it uses all others
 };

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/tiff/PTiffDevice.h>
 
+#include <apps/common/file/PFileRoom.h>
+
 #include <PCore/file/PWholeFile.h>
 
 #include <QFileDevice>
@@ -25,6 +27,10 @@ bool PTiffDevice::write(qint64 offset, const void* bytes, qint64 count) noexcept
 bool PTiffDevice::padTo(qint64 multiple) {
     const QByteArray zeros(qsizetype((multiple - size() % multiple) % multiple), '\0');
     return write(size(), zeros.constData(), zeros.size());
+}
+
+void PTiffDevice::reserve(qint64 count) {
+    PFileRoom::reserve(m_file.handle(), size(), count);
 }
 
 qint64 PTiffDevice::size() const noexcept {

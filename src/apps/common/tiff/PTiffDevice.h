@@ -16,6 +16,8 @@ public:
     /// Adds zeros until the file's size is a multiple of this. libtiff continues behind them, and
     /// the system copies to whole pages faster. False if they cannot be written.
     bool padTo(qint64 multiple);
+    /// Reserves room on the disk for the next bytes at the end; see PFileRoom.
+    void reserve(qint64 count);
 
 protected:
     qint64 read(qint64 offset, void* bytes, qint64 count) noexcept override;

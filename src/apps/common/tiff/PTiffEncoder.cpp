@@ -12,10 +12,14 @@ namespace {
 
 constexpr qint64 pageBytes = 4096; // of the system's cache of files
 
+qint64 countBytes(const QImage& image) {
+    return qint64(image.width()) * image.height() * PPackedRows::sampleCount(image);
+}
+
 /// True if the largest possible size of rows, directory and text is below the format's 4 GiB.
 bool fits(const QImage& image, const QByteArray& description) {
     constexpr qint64 directory = 65'536; // mostly where the strips are
-    const qint64 pixels = qint64(image.width()) * image.height() * PPackedRows::sampleCount(image);
+    const qint64 pixels = countBytes(image);
     return pixels > 0 && pixels + description.size() + directory < qint64(1) << 32;
 }
 
@@ -35,6 +39,8 @@ bool PTiffEncoder::write(QFileDevice& file, const QImage& image, const QString& 
     std::vector<uchar> rows;
     PTiffDevice device(file);
     const PTiffStream::Handle tiff = device.open("wl", PTiffStream::AtClose::Dropped);
-    return tiff && tags.writeTo(tiff.get()) && device.padTo(pageBytes) &&
-           PTiffStrips::write(tiff.get(), image, rows) && TIFFWriteDirectory(tiff.get()) != 0;
+    if (!tiff || !tags.writeTo(tiff.get()) || !device.padTo(pageBytes))
+        return false;
+    device.reserve(countBytes(image));
+    return PTiffStrips::write(tiff.get(), image, rows) && TIFFWriteDirectory(tiff.get()) != 0;
 }

@@ -15,6 +15,9 @@ using AtClose = PTiffStream::AtClose;
 } // namespace
 
 qint64 PTiffStack::Stream::read(qint64 offset, void* bytes, qint64 count) noexcept {
+    if (m_readsLeft == 0)
+        return -1;
+    --m_readsLeft;
     return m_file.read(offset, bytes, count);
 }
 
@@ -26,8 +29,14 @@ PStatus PTiffStack::create(const QString& path, Size size) {
     const PStatus made = m_file.create(path);
     if (!made.isOk())
         return made;
+    beginStep();
     m_tiff = m_stream.open(size == Size::Unlimited ? "w8l" : "wl", AtClose::Dropped);
     return finishStep(m_tiff != nullptr);
+}
+
+/// Far more reads than any step needs: two for each directory that is already there, and a few.
+void PTiffStack::beginStep() {
+    m_stream.limitReads(1000 + 4 * m_pictures);
 }
 
 /// Commits what libtiff has written as a step of the file, if libtiff succeeded.
@@ -44,6 +53,7 @@ PStatus PTiffStack::finishStep(bool done) {
 PStatus PTiffStack::append(const QImage& picture, const QByteArray& description,
                            const PPictureTags& tags) {
     bool done = false;
+    beginStep();
     try {
         done = m_tiff && writePicture(picture, description, tags);
     } catch (const std::bad_alloc&) {
@@ -112,6 +122,7 @@ PStatus PTiffStack::close() {
 
 PStatus PTiffStack::replaceDescription(const QByteArray& description) {
     m_tiff.reset();
+    beginStep();
     const PTiffStream::Handle handle = m_stream.open("r+", AtClose::Dropped);
     const PStatus status =
         finishStep(handle && TIFFSetDirectory(handle.get(), 0) &&

@@ -57,6 +57,10 @@ private:
         explicit Stream(PTransactionalFile& file)
             : m_file(file) {}
 
+        /// How often libtiff may read from now on. It follows the directories of the file, which
+        /// another program can make a ring.
+        void limitReads(quint64 count) { m_readsLeft = count; }
+
     protected:
         qint64 read(qint64 offset, void* bytes, qint64 count) noexcept override;
         bool write(qint64 offset, const void* bytes, qint64 count) noexcept override;
@@ -64,8 +68,10 @@ private:
 
     private:
         PTransactionalFile& m_file;
+        quint64 m_readsLeft = 0;
     };
 
+    void beginStep();
     PStatus finishStep(bool done);
     PStatus finishPicture(bool done);
     bool writePicture(const QImage& picture, const QByteArray& description,

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/tiff/PTransactionalFile.h>
 
+#include <apps/common/file/PFileRoom.h>
+
 #include <QString>
 
 #include <fcntl.h>
-#include <linux/magic.h>
 #include <sys/stat.h>
-#include <sys/vfs.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -78,13 +78,7 @@ QString PTransactionalFile::damageByOthers() const {
 }
 
 void PTransactionalFile::reserve(qint64 count) {
-    struct statfs system {};
-    // Reserving memory is as much work as writing to it.
-    if (fstatfs(m_descriptor, &system) != 0 || system.f_type == TMPFS_MAGIC)
-        return;
-    // Without a change of the size: the file stays valid if the program is killed now.
-    [[maybe_unused]] const int reserved =
-        ::fallocate(m_descriptor, FALLOC_FL_KEEP_SIZE, m_size, count);
+    PFileRoom::reserve(m_descriptor, m_size, count);
 }
 
 bool PTransactionalFile::write(qint64 offset, const void* bytes, qint64 count) {

@@ -5,6 +5,8 @@
 
 #include <PCd/FakeDevice.h>
 
+#include <PCd/property/PReadWatch.h>
+
 #include <support/QtPrinters.h>
 #include <support/WaitUntil.h>
 
@@ -23,9 +25,11 @@ struct Camera {
     QVariant automatic = false;
     int timeReads = 0;
     int recordReads = 0;
-    bool moves = false; ///< time: with each reading, as with automatic exposure
-    int movesNext = 0;  ///< microseconds: time moves so far after the next reading of the record
-    int sent = 0;       ///< number of plain settings
+    bool moves = false;          ///< time: with each reading, as with automatic exposure
+    bool isTimeSilent = false;   ///< time: it cannot be read
+    bool isRecordSilent = false; ///< the record likewise
+    int movesNext = 0; ///< microseconds: time moves so far after the next reading of the record
+    int sent = 0;      ///< number of plain settings
     int sentRecords = 0;
 };
 
@@ -74,6 +78,13 @@ public:
     }
     QVariant tryGetValue() override {
         ++m_camera.recordReads;
+        if (m_camera.isRecordSilent) {
+            PReadWatch::reportFailure();
+            TestExposureRecord none;
+            none.gain = 0;
+            none.exp = 0;
+            return QVariant::fromValue(none);
+        }
         m_record.exp = m_camera.time.toInt() / 1000.0;
         m_record.gain = m_camera.gain.toInt();
         m_record.autoexpenabled = m_camera.automatic.toBool();
@@ -139,6 +150,8 @@ protected:
         ++camera.timeReads;
         if (camera.moves)
             camera.time = camera.time.toInt() + 1;
+        if (camera.isTimeSilent)
+            PReadWatch::reportFailure();
     });
     PDeviceProperty* const gain = new PlainSetting("autoexpogain", camera, camera.gain);
     PDeviceProperty* const automatic = new PlainSetting("autoexponeable", camera, camera.automatic);
@@ -221,6 +234,32 @@ TEST_F(ExposureWatch, keeps_what_automatic_exposure_had_found_when_it_is_switche
     EXPECT_EQ(camera.automatic, false);
     EXPECT_EQ(shown().exp, found.toInt() / 1000.0);
     EXPECT_FALSE(shown().autoexpenabled);
+}
+
+TEST_F(ExposureWatch, does_not_bring_back_a_time_that_could_not_be_read) {
+    camera.automatic = true;
+    record->updateValueFromDevice();
+    camera.isTimeSilent = true;
+    time->setValue(10'000);
+    watch();
+    camera.isTimeSilent = false;
+    send(10, false);
+    EXPECT_EQ(camera.time, QVariant(10'000));
+}
+
+TEST_F(ExposureWatch, knows_the_last_record_while_it_cannot_be_read) {
+    moveAway();
+    const QVariant found = camera.time;
+    const TestExposureRecord inPanel = shown();
+    camera.isRecordSilent = true;
+    record->updateValueFromDevice();
+    ASSERT_TRUE(record->isUnread());
+    ASSERT_NO_FATAL_FAILURE(waitForReadings());
+    camera.isRecordSilent = false;
+    TestExposureRecord switchedOff = inPanel;
+    switchedOff.autoexpenabled = false;
+    record->setValue(QVariant::fromValue(switchedOff));
+    EXPECT_EQ(camera.time, found);
 }
 
 TEST_F(ExposureWatch, takes_a_time_that_is_set_together_with_the_switch_as_it_is) {

@@ -2,6 +2,7 @@
 #include <apps/common/record/PFrameRecorder.h>
 
 #include <apps/common/TestFrames.h>
+#include <apps/common/hang/PFilesInProgress.h>
 
 #include <support/QtPrinters.h>
 
@@ -11,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include <future>
+#include <thread>
 
 namespace {
 
@@ -170,6 +172,21 @@ TEST_F(FrameRecorder, ended_early_it_writes_what_waits_and_counts_what_did_not_c
     EXPECT_EQ(state->written.size(), 4U);
     EXPECT_EQ(state->end->failure, u"interrupted"_qs);
     EXPECT_EQ(progress.error, QString());
+}
+
+TEST_F(FrameRecorder, its_files_are_completed_by_another_thread_if_the_main_thread_hangs) {
+    std::promise<void> gate;
+    state->gate = gate.get_future().share();
+    const auto recorder = record(noEnd);
+    offer(*recorder, 3);
+    std::thread other(PFilesInProgress::completeAll);
+    gate.set_value();
+    other.join();
+    EXPECT_TRUE(recorder->progress().isFinished);
+    EXPECT_EQ(state->written, std::vector<quint64>({1, 2, 3}));
+    ASSERT_TRUE(state->end);
+    EXPECT_TRUE(state->end->failure.contains(u"did not return"_qs))
+        << state->end->failure.toStdString();
 }
 
 TEST_F(FrameRecorder, the_ledger_reaches_the_files) {

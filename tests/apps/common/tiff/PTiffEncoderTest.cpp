@@ -2,12 +2,14 @@
 #include <apps/common/tiff/PTiffEncoder.h>
 
 #include <apps/common/TiffPicture.h>
+#include <apps/common/file/BytesOnDisk.h>
 #include <apps/common/reading/TiffReadBack.h>
 
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <tiffio.h>
 
@@ -63,6 +65,15 @@ TEST_F(TiffEncoder, the_description_is_utf8) {
     const TiffReadBack tiff = written(tiffPicture(QImage::Format_RGB32), u"Käfer\n2"_qs);
     EXPECT_EQ(tiff.description(), QByteArray("K\xc3\xa4"
                                              "fer\n2"));
+}
+
+TEST_F(TiffEncoder, a_large_picture_takes_up_no_more_of_the_disk_than_its_size) {
+    QImage image(2003, 1501, QImage::Format_BGR888);
+    image.fill(Qt::gray);
+    ASSERT_TRUE(write(image));
+    constexpr qint64 unit = 65'536; // in which file systems take room, at most
+    const QString name = path(u"picture.tif"_qs);
+    EXPECT_LE(countBytesOnDisk(name), QFileInfo(name).size() + unit);
 }
 
 TEST_F(TiffEncoder, a_large_picture_comes_back_whole) {

@@ -10,6 +10,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QtEndian>
 
 #include <algorithm>
 #include <cerrno>
@@ -309,6 +310,24 @@ TEST_F(TiffStack, closing_counts_the_pictures_that_readers_find) {
     ASSERT_TRUE(QFile::resize(file, size));
     EXPECT_EQ(stack.close().reason(),
               u"the file was changed while it was being written: it has 1 of 3 pictures"_qs);
+}
+
+/// Directories of a classic TIFF file, as another program damages them.
+TEST_F(TiffStack, a_file_whose_directories_became_a_ring_takes_no_more_pictures) {
+    QImage picture(3, 2, QImage::Format_Grayscale8);
+    picture.fill(Qt::gray);
+    ASSERT_TRUE(stack.create(file, PTiffStack::Size::UpTo4Gb).isOk());
+    ASSERT_TRUE(stack.append(picture, "a").isOk());
+    const QByteArray bytes = readFile(file);
+    ASSERT_GT(bytes.size(), 8);
+    const auto directory = qFromLittleEndian<quint32>(bytes.constData() + 4);
+    const auto entries = qFromLittleEndian<quint16>(bytes.constData() + directory);
+    QFile damaged(file);
+    ASSERT_TRUE(damaged.open(QIODevice::ReadWrite));
+    ASSERT_TRUE(damaged.seek(qint64(directory) + 2 + 12 * qint64(entries))); // its next one
+    damaged.write(bytes.mid(4, 4));                                          // is itself
+    damaged.close();
+    EXPECT_FALSE(stack.append(picture, "b").isOk());
 }
 
 TEST_F(TiffStack, an_empty_picture_is_refused) {
