@@ -1,12 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include <apps/pcdctl/camera/PCtlHost.h>
+#include <apps/pcdctl/check/PCheckCommand.h>
 #include <apps/pcdctl/cli/PCtlOutput.h>
 #include <apps/pcdctl/cli/PCtlParser.h>
 #include <apps/pcdctl/commands/PCtlCommands.h>
 #include <apps/pcdctl/completion/PCompletion.h>
 #include <apps/pcdctl/doctor/PDoctorCommand.h>
+#include <apps/pcdctl/replay/PReplayRun.h>
 
+#include <apps/common/crash/PCrashReport.h>
+#include <apps/common/hang/POverdueCalls.h>
+#include <apps/common/hang/PStderrLine.h>
 #include <apps/common/program/PArgumentText.h>
+#include <apps/common/program/PStandardStreams.h>
 #include <apps/common/program/PTerminationSignals.h>
 #include <apps/common/program/PTranslations.h>
 
@@ -19,6 +25,7 @@
 namespace {
 
 PCtlOutcome startLog(const PCtlOptions& options) {
+    PLog::addSink(PCrashReport::logSink()); // first, so that it has what others are busy with
     PLog::addSink(std::make_shared<PStderrLogSink>());
     PLog::installQtMessageHandler();
     PLog::setFilter(u"warning"_qs);
@@ -43,6 +50,8 @@ PCtlOutcome prepareFiles(const PCtlOptions& options) {
         return prepareProfileFile(options);
     case PCtlOptions::Command::Record:
         return prepareRecordFiles(options);
+    case PCtlOptions::Command::Check:
+        return prepareCheck(options);
     default:
         return {};
     }
@@ -73,10 +82,38 @@ PCtlOutcome runCommand(PCtlHost& host, const PCtlOptions& options) {
         return runRecordCommand(host, options);
     case PCtlOptions::Command::Monitor:
         return runMonitorCommand(host, options);
-    case PCtlOptions::Command::Doctor:
-        break; // has no host: it examines why there may be none
+    case PCtlOptions::Command::Check:
+        return runCheckCommand(host, options);
+    case PCtlOptions::Command::Doctor: // has no host: it examines why there may be none
+    case PCtlOptions::Command::Replay: // runs another command
+        break;
     }
     return PCtlOutcome::failed(u"unknown command"_qs);
+}
+
+/// A trace that is not complete is a failure, but not in place of another one.
+PCtlOutcome withTrace(const PCtlHost& host, const PCtlOutcome& outcome) {
+    const PCtlOutcome traced = host.checkTrace();
+    if (outcome.isDone())
+        return traced;
+    if (!traced.isDone())
+        PCtlOutput::printMessage(traced.message);
+    return outcome;
+}
+
+/// On the watchdog's thread.
+void reportCall(const PCallWatchdog::Call& call) {
+    PStderrLine::write(u"pcdctl: "_qs + POverdueCalls::toText(call));
+}
+
+/// What is ignored.
+void reportEnvironment(const PCtlOptions& options) {
+    const PStatus language = PTranslations::checkEnvironment();
+    if (!language.isOk() && options.language.isEmpty())
+        PCtlOutput::printMessage(language.reason());
+    const PStatus patience = POverdueCalls::checkEnvironment();
+    if (!patience.isOk())
+        PCtlOutput::printMessage(patience.reason());
 }
 
 PCtlOutcome runOptions(const PCtlOptions& options) {
@@ -85,14 +122,15 @@ PCtlOutcome runOptions(const PCtlOptions& options) {
         outcome = prepareFiles(options);
     if (!outcome.isDone())
         return outcome;
-    const PStatus language = PTranslations::checkEnvironment();
-    if (!language.isOk() && options.language.isEmpty())
-        PCtlOutput::printMessage(language.reason());
+    reportEnvironment(options);
+    const PCallWatchdog watchdog(reportCall, POverdueCalls::patience());
     if (options.command == PCtlOptions::Command::Doctor)
         return runDoctorCommand(options);
+    if (options.command == PCtlOptions::Command::Check && options.check.listOnly)
+        return runCheckList(options);
     PCtlHost host;
     outcome = host.start(options);
-    return outcome.isDone() ? runCommand(host, options) : outcome;
+    return outcome.isDone() ? withTrace(host, runCommand(host, options)) : outcome;
 }
 
 PCtlOutcome runProgram(const QStringList& arguments) {
@@ -104,10 +142,13 @@ PCtlOutcome runProgram(const QStringList& arguments) {
     const PCtlOutcome outcome = parser.parse(arguments);
     if (!outcome.isDone())
         return outcome;
-    if (parser.answer().isEmpty())
-        return runOptions(parser.options());
-    PCtlOutput::printLines(parser.answer());
-    return {};
+    if (!parser.answer().isEmpty()) {
+        PCtlOutput::printLines(parser.answer());
+        return {};
+    }
+    if (parser.options().command == PCtlOptions::Command::Replay)
+        return PReplayRun(parser.options(), &runOptions).run();
+    return runOptions(parser.options());
 }
 
 PCtlOutcome guardedRun(const QStringList& arguments) {
@@ -121,7 +162,9 @@ PCtlOutcome guardedRun(const QStringList& arguments) {
 } // namespace
 
 int main(int argc, char* argv[]) {
+    PStandardStreams::reserve();
     PTerminationSignals::watch();
+    PCrashReport::install(argc, argv, QStringLiteral(PCD_VERSION));
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationVersion(QStringLiteral(PCD_VERSION));
     const PStatus arguments = PArgumentText::check(argc, argv);

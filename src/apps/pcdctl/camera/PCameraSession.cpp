@@ -4,6 +4,8 @@
 #include <apps/pcdctl/camera/PCameraSetup.h>
 #include <apps/pcdctl/cli/PCtlOutput.h>
 
+#include <PCd/property/PReadWatch.h>
+
 #include <PCore/PPrintableText.h>
 
 #include <QScopeGuard>
@@ -64,7 +66,7 @@ PCtlOutcome PCameraSession::open(const PCtlOptions& options) {
         outcome = prepare(options);
     }
     if (m_device != nullptr)
-        m_mode = m_device->getCurrentMode();
+        m_mode = m_device->reportedMode();
     return outcome;
 }
 
@@ -78,7 +80,10 @@ PCtlOutcome PCameraSession::prepare(const PCtlOptions& options) {
 }
 
 PCtlOutcome PCameraSession::setMode(const QString& requested) {
+    const PReadWatch watch;
     const QList<PDeviceMode> modes = m_device->getSupportModes();
+    if (watch.hasFailed())
+        return readOutcome(PStatus::failure(u"the camera did not report its modes"_qs));
     const auto mode = std::find_if(modes.begin(), modes.end(), [&](const PDeviceMode& m) {
         return QString::fromLatin1(m.id) == requested || m.name == requested;
     });
@@ -155,6 +160,15 @@ QString PCameraSession::losses() const {
     return texts.join(u", "_qs);
 }
 
+PCtlOutcome PCameraSession::readOutcome(const PStatus& read) const {
+    if (read.isOk())
+        return {};
+    if (isUnplugged() || !m_device->isAnswering())
+        return PCtlOutcome::failed(
+            u"camera %1 no longer answers: it was unplugged, or it hangs"_qs.arg(m_id));
+    return PCtlOutcome::failed(u"camera %1: %2"_qs.arg(m_id, read.reason()));
+}
+
 QString PCameraSession::reasonWithout(const QString& what) const {
     if (isUnplugged())
         return u"camera %1 was unplugged before %2 arrived"_qs.arg(m_id, what);
@@ -164,3 +178,5 @@ QString PCameraSession::reasonWithout(const QString& what) const {
     return lost.isEmpty() ? u"camera %1 did not send %2 in time"_qs.arg(m_id, what)
                           : u"%1 of camera %2 did not arrive in time: %3"_qs.arg(what, m_id, lost);
 }
+
+#include "moc_PCameraSession.cpp"

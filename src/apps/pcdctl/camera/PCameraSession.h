@@ -61,6 +61,10 @@ public:
     /// none was.
     QString losses() const;
 
+    /// The outcome of a work that could not read everything from the camera: that it no longer
+    /// answers, else this reason. Done if the status is.
+    PCtlOutcome readOutcome(const PStatus& read) const;
+
     /// The reason why a waitFor() for this ("a still") ended without it.
     QString reasonWithout(const QString& what) const;
 

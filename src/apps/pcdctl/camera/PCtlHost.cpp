@@ -5,8 +5,18 @@
 
 #include <apps/common/program/PTranslations.h>
 
+namespace {
+
+PCtlOutcome toHostOutcome(const PStatus& status) {
+    return status.isOk() ? PCtlOutcome() : PCtlOutcome::failed(status.reason());
+}
+
+} // namespace
+
 PCtlOutcome PCtlHost::start(const PCtlOptions& options) {
-    const PCtlOutcome outcome = startSdk(options);
+    PCtlOutcome outcome = startSdk(options);
+    if (outcome.isDone() && !options.trace.isEmpty())
+        outcome = toHostOutcome(m_cameras.startTrace({options.trace, options.traceFrames}));
     return outcome.isDone() ? loadPlugins(options) : outcome;
 }
 
@@ -39,6 +49,10 @@ PCtlOutcome PCtlHost::loadPlugins(const PCtlOptions& options) {
     PTranslations::install(PTranslations::language(options.language));
     m_cameras.findCameras();
     return {};
+}
+
+PCtlOutcome PCtlHost::checkTrace() const {
+    return toHostOutcome(m_cameras.checkTrace());
 }
 
 PCtlHost::Choice PCtlHost::choose(const QString& camera) const {

@@ -13,6 +13,9 @@ public:
     /// error stream anything else that the user should know.
     PCtlOutcome start(const PCtlOptions& options);
 
+    /// Fails if a trace was requested and is not complete.
+    PCtlOutcome checkTrace() const;
+
     const PCameraSdk& sdk() const { return m_cameras.sdk(); }
     PDeviceManager& manager() { return m_cameras.manager(); }
     PCameraIdentity identify(const PDevice* device) const { return m_cameras.identify(device); }

@@ -5,6 +5,7 @@
 #include <apps/pcdctl/camera/PCtlActionRun.h>
 #include <apps/pcdctl/properties/PPropertyJson.h>
 #include <apps/pcdctl/properties/PPropertyLookup.h>
+#include <apps/pcdctl/properties/PPropertySend.h>
 
 #include <apps/common/camera/PCaptureMode.h>
 
@@ -19,6 +20,14 @@ namespace {
 
 bool isAction(const PDeviceProperty& property) {
     return property.type() == PCD::DevicePropertyType::Action;
+}
+
+/// False if the camera does not report the value: then its type and fields are not known. What it
+/// did not report before is read again.
+bool hasValue(PDeviceProperty& property) {
+    if (property.isUnread())
+        property.updateValueFromDevice();
+    return !property.isUnread();
 }
 
 /// The value of the text after the "=", if the property can have it.
@@ -53,6 +62,8 @@ PCtlOutcome PCtlSettings::readWord(const QString& word, PDevice& device) {
         PPropertyLookup::find(device, field.isEmpty() ? name : name.section(u'.', 0, 0), outcome);
     if (property == nullptr)
         return outcome;
+    if (!hasValue(*property))
+        return PCtlOutcome::failed(u"the camera did not report \"%1\""_qs.arg(name));
     if (isGiven(property, field))
         return PCtlOutcome::wrongUsage(u"\"%1\" is given twice: expected it once"_qs.arg(name));
     if (equals < 0 && !field.isEmpty())
@@ -122,12 +133,9 @@ PCtlOutcome PCtlSettings::apply(PCameraSession& session,
 }
 
 void PCtlSettings::send(const Setting& setting) {
-    PDeviceProperty& property = *setting.property;
-    if (PPropertyCheck::setAndVerify(property, setting.value))
-        return;
-    const QVariant range = property.rangeInner();
-    refuse(property.id(), PPropertyText::ofValue(setting.value, range),
-           PPropertyText::ofValue(property.valueInner(), range));
+    const QString reason = PPropertySend::send(*setting.property, setting.value);
+    if (!reason.isEmpty())
+        m_refused.append({setting.property->id(), reason});
 }
 
 /// Fields that are not named stay as the camera has them now: automatic exposure may have moved
@@ -137,10 +145,18 @@ void PCtlSettings::sendFields(const Setting& setting) {
     PDeviceProperty& property = *setting.property;
     if (!PCaptureMode::isTriggered(*property.device()))
         property.updateValueFromDevice();
+    if (property.isUnread()) {
+        m_refused.append({property.id(), u"not sent, because the camera did not report it"_qs});
+        return;
+    }
     QVariant requested = property.valueInner();
     for (const Field& field : setting.fields)
         PCompositeFields::write(requested, field.name, field.text);
-    PPropertyCheck::setAndVerify(property, requested);
+    if (PPropertyCheck::send(property, requested) == PPropertyCheck::Outcome::Unread) {
+        m_refused.append({property.id(), PPropertySend::unreadReason(
+                                             PPropertyText::ofValue(requested, QVariant()))});
+        return;
+    }
     for (const Field& field : setting.fields) {
         const QVariant requestedField = PCompositeFields::read(requested, field.name);
         const QVariant actualField = PCompositeFields::read(property.valueInner(), field.name);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <apps/pcdctl/cli/PCheckOptions.h>
 #include <apps/pcdctl/cli/PDoctorOptions.h>
 
 #include <apps/common/camera/PTriggerControl.h>
@@ -24,7 +25,9 @@ struct PCtlOptions : PProgramOptions {
         Trigger,
         Record,
         Monitor,
-        Doctor
+        Check,
+        Doctor,
+        Replay
     };
     /// The second word of the command `profile`.
     enum class ProfileAction { Save, Load, Diff };
@@ -34,6 +37,8 @@ struct PCtlOptions : PProgramOptions {
     bool json = false;
 
     QStringList words; ///< after the command: properties, or settings "ID=VALUE"
+
+    QStringList replayed; ///< replay: the command to run; empty: the recorded one
 
     // How the camera is prepared, in this order, before the command does its work.
     QString mode;     ///< id or name; empty: as it is
@@ -62,5 +67,6 @@ struct PCtlOptions : PProgramOptions {
     std::optional<std::chrono::milliseconds> interval; ///< record: of a time-lapse; none: all
     std::optional<double> pixelSizeUm;                 ///< on the specimen, as saved
 
+    PCheckOptions check;
     PDoctorOptions doctor;
 };

@@ -224,12 +224,33 @@ PCtlOutcome PCtlParser::parse(const QStringList& arguments) {
         m_answer = PCtlManual::page().trimmed();
     if (!m_answer.isEmpty())
         return {};
+    if (syntax != nullptr && syntax->command == PCtlOptions::Command::Replay)
+        return parseReplay(arguments);
     if (!understood)
         return withHint(parser.errorText(), syntax == nullptr ? QString() : word + u' ');
     if (syntax == nullptr)
         return withHint(badCommand(word), QString());
     const PCtlOutcome outcome = checkArguments(*syntax, parser);
     m_options.command = syntax->command;
+    return outcome.isDone() ? readOptions(parser) : outcome;
+}
+
+/// What follows the file belongs to the command that is run.
+PCtlOutcome PCtlParser::parseReplay(const QStringList& arguments) {
+    const auto* const syntax = PCtlSyntax::findCommand(u"replay"_qs);
+    qsizetype length = 0;
+    QCommandLineParser parser;
+    PCtlSyntax::addOptions(parser, nullptr);
+    bool understood = false;
+    do
+        understood = parser.parse(arguments.mid(0, ++length));
+    while (length < arguments.size() &&
+           !(understood && parser.positionalArguments().size() > syntax->leastWords));
+    if (!understood)
+        return withHint(parser.errorText(), u"replay "_qs);
+    const PCtlOutcome outcome = checkArguments(*syntax, parser);
+    m_options.command = syntax->command;
+    m_options.replayed = arguments.mid(length);
     return outcome.isDone() ? readOptions(parser) : outcome;
 }
 
@@ -266,6 +287,8 @@ PCtlOutcome PCtlParser::readNumbers(const QCommandLineParser& parser) {
 }
 
 PCtlOutcome PCtlParser::readFiles(const QCommandLineParser& parser) {
+    if (m_options.command == PCtlOptions::Command::Check)
+        return usageUnlessOk(m_options.check.read(parser));
     if (m_options.command == PCtlOptions::Command::Doctor)
         return usageUnlessOk(m_options.doctor.read(parser));
     if (m_options.command == PCtlOptions::Command::Profile)

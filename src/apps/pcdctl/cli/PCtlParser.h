@@ -19,6 +19,7 @@ public:
     const PCtlOptions& options() const { return m_options; }
 
 private:
+    PCtlOutcome parseReplay(const QStringList& arguments);
     PCtlOutcome readOptions(const QCommandLineParser& parser);
     PCtlOutcome readNumbers(const QCommandLineParser& parser);
     PCtlOutcome readFiles(const QCommandLineParser& parser);

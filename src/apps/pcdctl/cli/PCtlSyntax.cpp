@@ -19,8 +19,11 @@ constexpr int anyNumber = 1'000'000;
 const QList<Command> prepared{Command::Props,   Command::Get,     Command::Set,
                               Command::Profile, Command::Reset,   Command::Snap,
                               Command::Stream,  Command::Trigger, Command::Record};
-const QList<Command> oneCamera = prepared + QList<Command>{Command::Modes, Command::Doctor};
+const QList<Command> oneCamera =
+    prepared + QList<Command>{Command::Modes, Command::Check, Command::Doctor};
 const QList<Command> everyCommand = oneCamera + QList<Command>{Command::List, Command::Monitor};
+/// Those and the one that runs another command, whose cameras are in a file.
+const QList<Command> withReplay = everyCommand + QList<Command>{Command::Replay};
 
 QList<OptionSyntax> commonOptions() {
     return {
@@ -33,25 +36,35 @@ QList<OptionSyntax> commonOptions() {
         {everyCommand,
          PProgramOptions::makeOption(
              Shared::Scene, u"Show the simulated cameras of this scene file."_qs, u"FILE"_qs)},
-        {everyCommand,
+        {withReplay,
          PProgramOptions::makeOption(
              Shared::PluginPath,
              u"Look for device plugins in this folder or file first. May be repeated."_qs,
              u"DIR"_qs)},
-        {everyCommand,
+        {withReplay,
          PProgramOptions::makeOption(
              Shared::LogFilter,
              u"Which log records to show: debug, info, warning, error or off, then SOURCE=LEVEL "
              u"for "
              "single sources, separated by commas. Default: PCD_LOG, else \"warning\"."_qs,
              u"FILTER"_qs)},
-        {everyCommand,
+        {withReplay,
          PProgramOptions::makeOption(
              Shared::Language,
              u"Language of titles and choices: \"en\" or \"ru\". Default: PCD_LANG, else the "
              "system's language."_qs,
              u"LANGUAGE"_qs)},
-        {everyCommand, {u"json"_qs, u"Print the result as JSON on standard output."_qs}},
+        {everyCommand,
+         PProgramOptions::makeOption(
+             Shared::Trace,
+             u"Write all calls of the camera SDK to this new file, for a report of a fault; "
+             "\"replay\" repeats them without the camera."_qs,
+             u"FILE"_qs)},
+        {everyCommand,
+         PProgramOptions::makeOption(
+             Shared::TraceFrames,
+             u"With --trace: also write the pixels of all frames, to FILE.frames."_qs, {})},
+        {withReplay, {u"json"_qs, u"Print the result as JSON on standard output."_qs}},
     };
 }
 
@@ -73,9 +86,9 @@ QList<OptionSyntax> cameraOptions() {
           u"Then set this property, or run this action (ID alone). May be repeated. \"props\" "
           "shows the properties."_qs,
           u"ID=VALUE"_qs}},
-        {prepared,
+        {prepared + QList<Command>{Command::Check},
          {u"timeout"_qs,
-          u"How long to wait for a picture or for the end of an action (trigger: beyond the "
+          u"How long to wait for a picture or for the end of an action (trigger, check: beyond the "
           "exposure time)."_qs,
           u"SECONDS"_qs}},
     };
@@ -116,6 +129,27 @@ QList<OptionSyntax> commandOptions() {
           u"The size on the specimen of one pixel of the picture, in micrometres, for the "
           "metadata."_qs,
           u"UM"_qs}},
+    };
+}
+
+QList<OptionSyntax> checkOptions() {
+    return {
+        {{Command::Check}, {u"list"_qs, u"Examine nothing; list the rules."_qs}},
+        {{Command::Check},
+         {u"filter"_qs,
+          u"Examine only the rules with these ids, with * for any part, separated by commas. May "
+          "be repeated."_qs,
+          u"RULES"_qs}},
+        {{Command::Check},
+         {u"iterations"_qs, u"Run every case this many times. Default: 1."_qs, u"COUNT"_qs}},
+        {{Command::Check},
+         {u"junit"_qs, u"Also write the results to this file, in the format of JUnit."_qs,
+          u"FILE"_qs}},
+        {{Command::Check},
+         {u"allow"_qs,
+          u"Also examine the rules with these hazards, separated by commas: unplug (the camera is "
+          "unplugged), heat (cooler and fan are switched), long (the longest exposure)."_qs,
+          u"HAZARDS"_qs}},
     };
 }
 
@@ -188,10 +222,20 @@ QList<CommandSyntax> makeCommands() {
          "pcdctl record -o run.ome.tif --pixel-size 0.345"_qs},
         {Command::Monitor, u"monitor"_qs, u"Show cameras as they come and go."_qs,
          u"pcdctl monitor\npcdctl monitor -t 60 --json"_qs},
+        {Command::Check, u"check"_qs,
+         u"Examine whether a camera and its driver do what programs rely on."_qs,
+         u"pcdctl check\npcdctl check --plugin-path build --junit check.xml\n"
+         "pcdctl check --list --filter \"stream.*\"\npcdctl check --allow unplug,heat,long"_qs},
         {Command::Doctor, u"doctor"_qs,
          u"Examine SDK, plugins, USB, disk and clock, and say how to fix what is wrong."_qs,
          u"pcdctl doctor\npcdctl doctor --folder /data --report doctor.txt\n"
          "pcdctl doctor --udev found | sudo tee /etc/udev/rules.d/70-pcd-camera.rules"_qs},
+        {Command::Replay, u"replay"_qs,
+         u"Run a command against a trace (see --trace) in place of a camera: the given one, else "
+         u"the recorded one, whose files are not kept."_qs,
+         u"pcdctl snap -o a.png --trace a.trace\npcdctl replay a.trace\n"
+         "pcdctl replay a.trace snap -o b.png"_qs,
+         u"FILE [COMMAND…]"_qs, 1, anyNumber},
     };
 }
 
@@ -240,7 +284,7 @@ const CommandSyntax* PCtlSyntax::findCommand(const QString& name) {
 
 const QList<OptionSyntax>& PCtlSyntax::options() {
     static const QList<OptionSyntax> all =
-        cameraOptions() + commandOptions() + doctorOptions() + commonOptions();
+        cameraOptions() + commandOptions() + checkOptions() + doctorOptions() + commonOptions();
     return all;
 }
 

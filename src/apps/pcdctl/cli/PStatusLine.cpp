@@ -20,8 +20,13 @@ PStatusLine::PStatusLine()
 }
 
 PStatusLine::~PStatusLine() {
+    clear();
+}
+
+void PStatusLine::clear() {
     if (m_isShown)
         std::fputs(eraseLine, stderr);
+    m_isShown = false;
 }
 
 bool PStatusLine::isDue() const {

@@ -17,6 +17,8 @@ public:
     /// True if it is time to show a new text. Cheap to call, unlike making the text.
     bool isDue() const;
     void show(const QString& text);
+    /// Removes what is shown, so that something else can be printed.
+    void clear();
 
     /// A bar for a share from 0 to 1: "[#####---------------]".
     static QString bar(double share);

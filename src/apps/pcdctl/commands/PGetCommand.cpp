@@ -26,8 +26,7 @@ PCtlOutcome printValues(PCameraSession& session, const PCtlOptions& options) {
         outcome = checkHaveValues(properties);
     if (!outcome.isDone())
         return outcome;
-    printPropertyValues(session.cameraId(), properties, options.json);
-    return {};
+    return session.readOutcome(printPropertyValues(session.cameraId(), properties, options.json));
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include <apps/pcdctl/commands/PCtlCommands.h>
 
 #include <PCd/device/PDevice.h>
+#include <PCd/property/PReadWatch.h>
 
 #include <QJsonArray>
 
@@ -31,16 +32,19 @@ PCtlOutcome runModesCommand(PCtlHost& host, const PCtlOptions& options) {
     const PCtlHost::Choice choice = host.choose(options.camera);
     if (choice.device == nullptr)
         return choice.outcome;
+    const PReadWatch watch;
     const PDeviceMode current = choice.device->getCurrentMode();
+    const QList<PDeviceMode> modes = choice.device->getSupportModes();
+    const QString id = host.identify(choice.device).id;
+    if (watch.hasFailed())
+        return PCtlOutcome::failed(u"camera %1 did not report its modes"_qs.arg(id));
     QJsonArray array;
-    for (const PDeviceMode& mode : choice.device->getSupportModes()) {
+    for (const PDeviceMode& mode : modes) {
         array.append(toJson(mode, mode == current));
         if (!options.json)
             PCtlOutput::printLine(toText(mode, mode == current));
     }
-    if (options.json) {
-        const QString id = host.identify(choice.device).id;
+    if (options.json)
         PCtlOutput::printDocument({{u"camera"_qs, id}, {u"modes"_qs, array}});
-    }
     return {};
 }

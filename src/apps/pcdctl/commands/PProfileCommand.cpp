@@ -108,7 +108,10 @@ PCtlOutcome diffProfile(PCameraSession& session, const PCtlOptions& options) {
     const PStatus status = PDeviceProfileFile::read(options.profileFile, profile);
     if (!status.isOk())
         return PCtlOutcome::failed(status.reason());
-    const QList<Difference> differences = PDeviceProfileDiff::between(profile, *session.device());
+    QList<Difference> differences;
+    const PStatus found = PDeviceProfileDiff::find(profile, *session.device(), differences);
+    if (!found.isOk())
+        return session.readOutcome(found);
     printDifferences(commonFields(session, options), differences, options.json);
     if (differences.isEmpty())
         return {};

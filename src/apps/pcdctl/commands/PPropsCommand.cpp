@@ -129,7 +129,7 @@ PCtlOutcome printProperties(PCameraSession& session, const PCtlOptions& options)
         printJson(session.cameraId(), shown, groups);
     else
         printText(shown, groups);
-    return {};
+    return session.readOutcome(reading.status());
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include <apps/pcdctl/properties/PPropertyJson.h>
 #include <apps/pcdctl/properties/PPropertyLookup.h>
 #include <apps/pcdctl/properties/PPropertyPrint.h>
+#include <apps/pcdctl/properties/PPropertySend.h>
 
 #include <PCd/profile/PDeviceProfileOrder.h>
 #include <PCd/property/PDeviceProperty.h>
@@ -41,10 +42,8 @@ private:
         } else if (!PPropertyCheck::check(property, value).isOk()) {
             m_kept.append({property.id(), u"its default %1 was not sent: expected %2"_qs.arg(
                                               text, PPropertyCheck::expectation(property))});
-        } else if (!PPropertyCheck::setAndVerify(property, value)) {
-            m_refused.append(
-                {property.id(), u"requested %1, the camera has %2"_qs.arg(
-                                    text, PPropertyText::ofValue(property.valueInner(), range))});
+        } else if (const QString reason = PPropertySend::send(property, value); !reason.isEmpty()) {
+            m_refused.append({property.id(), reason});
         }
     }
 
@@ -72,15 +71,16 @@ PCtlOutcome resetValues(PCameraSession& session, const PCtlOptions& options) {
     if (!outcome.isDone())
         return outcome;
     const PResetRun run(properties);
-    printPropertyValues(session.cameraId(), run.properties(), options.json,
-                        {{u"kept"_qs, PPropertyJson::reportItems(run.kept())},
-                         {u"refused"_qs, PPropertyJson::reportItems(run.refused())}});
+    const PStatus printed =
+        printPropertyValues(session.cameraId(), run.properties(), options.json,
+                            {{u"kept"_qs, PPropertyJson::reportItems(run.kept())},
+                             {u"refused"_qs, PPropertyJson::reportItems(run.refused())}});
     // Properties that the user did not name are not failures, but are reported.
     const Items failures = areNamed ? run.kept() + run.refused() : run.refused();
     for (const QString& line : PPropertyJson::reportLines(areNamed ? Items() : run.kept()))
         PCtlOutput::printMessage(u"not reset: "_qs + line);
     return failures.isEmpty()
-               ? PCtlOutcome()
+               ? session.readOutcome(printed)
                : PCtlOutcome::failed(PPropertyJson::reportLines(failures).join(u'\n'));
 }
 

@@ -13,11 +13,12 @@ PCtlOutcome setValues(PCameraSession& session, const PCtlOptions& options) {
     if (!read.isDone())
         return read;
     const PCtlOutcome outcome = settings.apply(session, options.timeout);
-    if (!session.isUnplugged()) {
+    if (session.isUnplugged())
+        return outcome;
+    const PStatus printed =
         printPropertyValues(session.cameraId(), settings.properties(), options.json,
                             {{u"refused"_qs, PPropertyJson::reportItems(settings.refused())}});
-    }
-    return outcome;
+    return outcome.isDone() ? session.readOutcome(printed) : outcome;
 }
 
 } // namespace

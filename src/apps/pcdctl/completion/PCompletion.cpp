@@ -121,7 +121,11 @@ PCandidates plainValues(const PCompletionLine& line) {
         return outputCandidates(line);
     if (option == u"save"_qs)
         return PFileCandidates::forSeries(line.typed()) + anyFile;
-    const bool isFile = QStringList{u"scene"_qs, u"plugin-path"_qs, u"profile"_qs}.contains(option);
+    if (option == u"allow"_qs)
+        return toCandidates(PCheckOptions::hazards());
+    const bool isFile =
+        QStringList{u"scene"_qs, u"plugin-path"_qs, u"profile"_qs, u"junit"_qs, u"trace"_qs}
+            .contains(option);
     return isFile ? anyFile : PCandidates();
 }
 
@@ -155,6 +159,8 @@ PCandidates argumentCandidates(const PCompletionLine& line) {
                        startCameras(line).settings(line.typed()));
     case Command::Profile:
         return profileCandidates(line);
+    case Command::Replay:
+        return line.arguments().isEmpty() ? anyFile : PCandidates();
     default:
         return {};
     }

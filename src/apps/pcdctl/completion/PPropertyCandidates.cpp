@@ -69,7 +69,7 @@ PCandidates toValues(const PDeviceProperty& property) {
     if (property.type() == PCD::DevicePropertyType::Switch)
         return toSwitch();
     PCandidates candidates;
-    addValue(candidates, property.valueInner(), range, u"now"_qs);
+    addValue(candidates, property.reportedValue(), range, u"now"_qs);
     addValue(candidates, property.defaultValue(), range, u"default"_qs);
     addLimits<int>(candidates, range);
     addLimits<double>(candidates, range);
@@ -80,7 +80,7 @@ PCandidates toValues(const PDeviceProperty& property) {
 QVariant readField(const PDeviceProperty& property, const QString& name) {
     const QString beginning = toId(property) + u'.';
     return name.startsWith(beginning)
-               ? PCompositeFields::read(property.valueInner(), name.mid(beginning.size()))
+               ? PCompositeFields::read(property.reportedValue(), name.mid(beginning.size()))
                : QVariant();
 }
 

@@ -5,10 +5,9 @@
 #include <apps/pcdctl/doctor/PDoctorRun.h>
 
 #include <apps/common/doctor/PDoctorReport.h>
+#include <apps/common/file/PResultFile.h>
 #include <apps/common/system/PUdevRules.h>
 #include <apps/common/system/PUsbBus.h>
-
-#include <PCore/file/PWholeFile.h>
 
 #include <QFile>
 
@@ -42,10 +41,13 @@ QList<PUsbId> collectIds(const PDoctorOptions& options, const PSystemTree& syste
 }
 
 PCtlOutcome writeWhole(const QString& file, const QByteArray& content) {
-    const PStatus status = PWholeFile::replace(file, content);
-    if (status.isOk())
-        return {};
-    return PCtlOutcome::failed(u"cannot write \"%1\": %2"_qs.arg(file, status.reason()));
+    const PStatus status = PResultFile::write(file, content);
+    return status.isOk() ? PCtlOutcome() : PCtlOutcome::failed(status.reason());
+}
+
+/// Before anything is examined.
+PStatus checkReport(const PDoctorOptions& options) {
+    return options.report.isEmpty() ? PStatus(PStatus::Ok) : PResultFile::check(options.report);
 }
 
 PCtlOutcome writeRule(const PDoctorOptions& options, const PSystemTree& system) {
@@ -99,14 +101,17 @@ PCtlOutcome runDoctorCommand(const PCtlOptions& options) {
     const PSystemTree system = PSystemTree::fromEnvironment();
     if (options.doctor.isForRule())
         return writeRule(options.doctor, system);
+    const PStatus report = checkReport(options.doctor);
+    if (!report.isOk())
+        return PCtlOutcome::failed(report.reason());
     PDoctorRun run(options, system);
     const PCtlOutcome outcome = run.run();
     if (!outcome.isDone())
         return outcome;
     printFindings(run.findings(), options.json);
     if (!options.doctor.report.isEmpty()) {
-        const QString report = PDoctorReport(run.findings()).toText(PReportPrivacy::ofThisSystem());
-        const PCtlOutcome written = writeWhole(options.doctor.report, report.toUtf8());
+        const QString text = PDoctorReport(run.findings()).toText(PReportPrivacy::ofThisSystem());
+        const PCtlOutcome written = writeWhole(options.doctor.report, text.toUtf8());
         if (!written.isDone())
             return written;
     }

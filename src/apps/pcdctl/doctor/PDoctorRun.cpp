@@ -4,6 +4,7 @@
 #include <apps/pcdctl/doctor/PCameraTrial.h>
 
 #include <apps/common/doctor/PClockExamination.h>
+#include <apps/common/doctor/PCrashExamination.h>
 #include <apps/common/doctor/PHolderExamination.h>
 #include <apps/common/doctor/PPluginExamination.h>
 #include <apps/common/doctor/PSdkExamination.h>
@@ -33,17 +34,29 @@ PCtlOutcome PDoctorRun::run() {
         return PCtlOutcome::failed(u"interrupted before the examination was complete"_qs);
     examineUsb();
     examineComputer();
-    return {};
+    const PStatus traced = m_host.checkTrace();
+    return traced.isOk() ? PCtlOutcome() : PCtlOutcome::failed(traced.reason());
 }
 
 PCtlOutcome PDoctorRun::examineSdk() {
     const PStatus loaded = m_host.loadSdk(m_options.sdk);
     m_hasSdk = loaded.isOk();
     m_findings += PSdkExamination(m_host.sdk(), loaded).run();
-    if (!m_hasSdk || m_options.scene.isEmpty())
+    if (!m_hasSdk)
         return {};
-    const PStatus scene = m_host.loadScene(m_options.scene);
-    return scene.isOk() ? PCtlOutcome() : PCtlOutcome::wrongUsage(scene.reason());
+    if (!m_options.scene.isEmpty()) {
+        const PStatus scene = m_host.loadScene(m_options.scene);
+        if (!scene.isOk())
+            return PCtlOutcome::wrongUsage(scene.reason());
+    }
+    return startTrace();
+}
+
+PCtlOutcome PDoctorRun::startTrace() {
+    if (m_options.trace.isEmpty())
+        return {};
+    const PStatus started = m_host.startTrace({m_options.trace, m_options.traceFrames});
+    return started.isOk() ? PCtlOutcome() : PCtlOutcome::failed(started.reason());
 }
 
 void PDoctorRun::examinePlugins() {
@@ -69,4 +82,5 @@ void PDoctorRun::examineComputer() {
         PStorageExamination(m_system, m_options.doctor.folder, m_rate, PWriteMemory::defaultLimit())
             .run();
     m_findings += PClockExamination(PSystemClock::read(m_system)).run();
+    m_findings += PCrashExamination::run();
 }

@@ -21,6 +21,7 @@ public:
 
 private:
     PCtlOutcome examineSdk();
+    PCtlOutcome startTrace();
     void examinePlugins();
     void examineCamera();
     void examineUsb();

@@ -64,7 +64,7 @@ QJsonObject toFields(const QVariant& composite) {
 } // namespace
 
 QJsonValue PPropertyJson::value(const QVariant& value, const QVariant& range) {
-    if (range.metaType() == QMetaType::fromType<PEnumeration>())
+    if (value.isValid() && range.metaType() == QMetaType::fromType<PEnumeration>())
         return range.value<PEnumeration>().getItem(value.toUuid()).name;
     switch (value.typeId()) {
     case QMetaType::UnknownType:

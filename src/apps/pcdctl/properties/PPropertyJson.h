@@ -14,7 +14,7 @@ class PDeviceProperty;
 namespace PPropertyJson {
 
 /// A number, true or false, a choice's untranslated name, {x, y, width, height}, null for an
-/// action, else text.
+/// action or for what was not read, else text.
 QJsonValue value(const QVariant& value, const QVariant& range);
 /// {id: value} of the cached values.
 QJsonObject values(const QList<PDeviceProperty*>& properties);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PStatus.h>
+
 #include <QJsonObject>
 #include <QList>
 #include <QString>
@@ -8,6 +10,7 @@
 class PDeviceProperty;
 
 /// Reads these properties again and prints their values on standard output: "id=value" each, or as
-/// JSON {camera, properties: {id: value}} with `more` added. The main thread.
-void printPropertyValues(const QString& cameraId, const QList<PDeviceProperty*>& properties,
-                         bool json, const QJsonObject& more = {});
+/// JSON {camera, properties: {id: value}} with `more` added. Fails, with the names of those that
+/// the camera did not report, which have no line, and null in JSON. The main thread.
+PStatus printPropertyValues(const QString& cameraId, const QList<PDeviceProperty*>& properties,
+                            bool json, const QJsonObject& more = {});
