@@ -24,6 +24,7 @@ PDeviceProperty* withRole(Property* property, PRole role, PRoleUnit unit = PRole
 LabDevice::LabDevice(QObject* parent)
     : PDevice(parent) {
     deviceId(false);
+    setDeviceOption(PCD::DeviceOption::AsynchronousStill, true);
 }
 
 LabDevice::~LabDevice() {
@@ -115,3 +116,5 @@ QList<PDevicePropertyGroup*> LabDevice::getSupportPropertyGroups() {
         all->addProperty(property);
     return {all};
 }
+
+#include "moc_LabDevice.cpp"

@@ -27,6 +27,10 @@ public:
     bool isRealDevice() const override { return false; }
     bool isSupportStillCapture() const override { return true; }
     bool triggerStillCapture() override;
+    PImage getSnapshot() override {
+        triggerStillCapture();
+        return {};
+    }
     bool tryLink() override { return true; }
     bool tryUnlink() override { return true; }
     bool tryStartStream() override;
