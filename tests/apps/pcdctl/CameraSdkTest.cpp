@@ -10,6 +10,7 @@
 
 #include <dlfcn.h>
 #include <link.h>
+#include <sys/stat.h>
 
 namespace {
 
@@ -79,6 +80,18 @@ TEST_F(CameraSdk, a_file_that_is_not_a_library_is_named) {
     const CtlResult result = runCtl({listWord, u"--sdk"_qs, library});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_TRUE(result.errors.contains(library)) << result.errors.toStdString();
+}
+
+TEST_F(CameraSdk, a_pipe_is_not_waited_for) {
+    const QString pipe = path(u"pipe.so"_qs);
+    ASSERT_EQ(mkfifo(pipe.toLocal8Bit().constData(), 0600), 0);
+    const CtlResult named = runCtl({listWord, u"--sdk"_qs, pipe});
+    EXPECT_EQ(named.exitCode, 1);
+    EXPECT_EQ(named.errors,
+              u"pcdctl: cannot use \"%1\" as the camera SDK: it is not a file\n"_qs.arg(pipe));
+    const CtlResult automatic =
+        runCtl({listWord}, [&](CtlProcess& process) { process.with(u"TOUPCAM_LIBRARY"_qs, pipe); });
+    EXPECT_EQ(automatic.errors, named.errors);
 }
 
 TEST_F(CameraSdk, a_library_that_is_not_a_camera_sdk_is_named) {

@@ -15,6 +15,8 @@ QProcessEnvironment plainEnvironment() {
         if (name.startsWith(u"TOUPCAM_"_qs) || name.startsWith(u"PCD_"_qs))
             environment.remove(name);
     }
+    // A call that takes long because the machine is busy is not to be reported.
+    environment.insert(u"PCD_CALL_SECONDS"_qs, u"3600"_qs);
     return environment;
 }
 
@@ -97,6 +99,11 @@ void CtlProcess::sendSignal(int number) {
 
 int CtlProcess::exitCode() const {
     return m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
+}
+
+int CtlProcess::endingSignal() const {
+    // Of a process that crashed, this is the signal.
+    return m_process.exitStatus() == QProcess::CrashExit ? m_process.exitCode() : 0;
 }
 
 QByteArray CtlProcess::errors() {

@@ -36,6 +36,8 @@ public:
 
     /// After finish(): the exit code; -1 if it was killed or crashed.
     int exitCode() const;
+    /// After finish(): the signal that ended it; 0 if it ended by itself.
+    int endingSignal() const;
     const QByteArray& output() const { return m_output; }
     QByteArray errors();
     /// The standard output as one JSON document; empty if it is anything else.

@@ -43,6 +43,12 @@ CtlScene& CtlScene::addFault(const QJsonObject& step) {
     return *this;
 }
 
+CtlScene& CtlScene::addFaults(const QList<QJsonObject>& steps) {
+    for (const QJsonObject& step : steps)
+        addFault(step);
+    return *this;
+}
+
 QString CtlScene::writeTo(const QString& path) const {
     const QJsonObject scene{{u"cameras"_qs, m_cameras}, {u"faults"_qs, m_faults}};
     writeFile(path, QJsonDocument(scene).toJson());
@@ -59,4 +65,41 @@ QJsonObject stepAt(int ms, const QString& action) {
 
 QJsonObject failing(const QString& function) {
     return {{u"do"_qs, u"fail"_qs}, {u"function"_qs, function}, {u"result"_qs, -2147467259}};
+}
+
+QList<QJsonObject> silence() {
+    QList<QJsonObject> steps;
+    for (const char* read : {"ResolutionNumber",
+                             "Resolution",
+                             "eSize",
+                             "FinalSize",
+                             "Roi",
+                             "Option",
+                             "MaxSpeed",
+                             "Speed",
+                             "AutoExpoEnable",
+                             "AutoExpoTarget",
+                             "ExpoTime",
+                             "ExpTimeRange",
+                             "ExpoAGain",
+                             "ExpoAGainRange",
+                             "TempTint",
+                             "Hue",
+                             "Saturation",
+                             "Brightness",
+                             "Contrast",
+                             "Gamma",
+                             "Chrome",
+                             "VFlip",
+                             "HFlip",
+                             "Negative",
+                             "HZ"})
+        steps.append(failing(u"Toupcam_get_"_qs + QString::fromLatin1(read)));
+    return steps;
+}
+
+QJsonObject hanging(const QString& function, int skip) {
+    constexpr int hour = 3'600'000; // the longest time
+    return {
+        {u"do"_qs, u"delay"_qs}, {u"function"_qs, function}, {u"ms"_qs, hour}, {u"skip"_qs, skip}};
 }

@@ -17,6 +17,7 @@ public:
     CtlScene& setResolution(int width, int height, double fps);
     /// Adds a step to the fault plan.
     CtlScene& addFault(const QJsonObject& step);
+    CtlScene& addFaults(const QList<QJsonObject>& steps);
 
     /// Writes it into a file and returns the file's name.
     QString writeTo(const QString& path) const;
@@ -31,3 +32,7 @@ inline const QString smallCameraId = u"Small-S0001"_qs;
 QJsonObject unplugAfter(int frames);
 QJsonObject stepAt(int ms, const QString& action);
 QJsonObject failing(const QString& function);
+/// Steps after which the first look at an opened camera finds that it no longer answers.
+QList<QJsonObject> silence();
+/// Calls of the function do not return, after letting `skip` pass.
+QJsonObject hanging(const QString& function, int skip = 0);

@@ -31,6 +31,7 @@ protected:
     }
     void prepare(CtlProcess& process) const {
         process.with(u"PCD_SYSTEM_ROOT"_qs, made.root()).with([] { FileRightsApply::forGood(); });
+        process.with(u"XDG_STATE_HOME"_qs, path(u"state"_qs)); // without reports
         for (const auto& [name, value] : environment)
             process.with(name, value);
     }
@@ -324,6 +325,15 @@ TEST_F(Doctor, a_report_that_cannot_be_written_fails_and_the_old_one_stays) {
     EXPECT_TRUE(errors.contains("pcdctl: cannot write \"" + report.toUtf8() + "\": "))
         << errors.toStdString();
     EXPECT_EQ(readFile(report), "old");
+}
+
+TEST_F(Doctor, a_report_that_could_not_be_written_is_refused_before_anything_is_examined) {
+    const QString report = path(u"none/report.txt"_qs);
+    const CtlResult result = run({u"--report"_qs, report});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.errors,
+              u"pcdctl: cannot write \"%1\": No such file or directory\n"_qs.arg(report));
+    EXPECT_EQ(result.output, QByteArray());
 }
 
 /// The rule that is written, without the options of the examination.

@@ -5,6 +5,8 @@
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>
 
+#include <QTemporaryDir>
+
 namespace {
 
 class ModesCommand : public FolderTest {
@@ -77,5 +79,31 @@ TEST_P(CameraChoice, is_made_or_ends_with_code_3) {
 
 INSTANTIATE_TEST_SUITE_P(Pcdctl, CameraChoice, testing::ValuesIn(cameraChoices),
                          [](const auto& row) { return std::string(row.param.name); });
+
+TEST(ModesCommandOfASilentCamera, fails_without_an_output) {
+    const QTemporaryDir folder;
+    for (const QStringList& more : {QStringList(), QStringList(jsonWord)}) {
+        const QString scene =
+            CtlScene().addCamera().addFaults(silence()).writeTo(folder.filePath(u"scene.json"_qs));
+        const CtlResult result =
+            runCtl(QStringList{u"modes"_qs, u"--sdk=sim"_qs, u"--scene"_qs, scene} + more);
+        EXPECT_EQ(result.exitCode, 1);
+        EXPECT_EQ(result.output, "");
+        EXPECT_TRUE(
+            result.errors.endsWith(u"pcdctl: camera Small-S0001 did not report its modes\n"_qs))
+            << result.errors.toStdString();
+    }
+}
+
+TEST(ModesCommandOfASilentCamera, fails_if_one_size_cannot_be_read) {
+    const QTemporaryDir folder;
+    const QString scene = CtlScene()
+                              .addCamera()
+                              .addFault(failing(u"Toupcam_get_Resolution"_qs))
+                              .writeTo(folder.filePath(u"scene.json"_qs));
+    const CtlResult result = runCtl({u"modes"_qs, u"--sdk=sim"_qs, u"--scene"_qs, scene});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.output, "");
+}
 
 } // namespace

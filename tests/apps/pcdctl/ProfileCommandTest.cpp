@@ -282,4 +282,90 @@ TEST_F(ProfileCommand, stays_as_it_was_if_the_new_one_cannot_be_written) {
               QStringList{u"a.json"_qs});
 }
 
+TEST_F(ProfileCommand, of_a_camera_that_no_longer_answers_leaves_the_old_file_alone) {
+    writeFile(file, "mine");
+    scene.addFaults(silence());
+    const CtlResult result = profile(u"save"_qs);
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.output, "");
+    EXPECT_TRUE(result.errors.endsWith(
+        u"pcdctl: cannot save \"%1\": the camera no longer answers\n"_qs.arg(file)))
+        << result.errors.toStdString();
+    EXPECT_EQ(readFile(file), QByteArray("mine"));
+}
+
+TEST_F(ProfileCommand, with_one_value_that_was_not_read_is_not_saved) {
+    writeFile(file, "mine");
+    scene.addFault(failing(u"Toupcam_get_Hue"_qs));
+    const CtlResult result = profile(u"save"_qs);
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.errors,
+              u"pcdctl: cannot save \"%1\": the camera did not report hue\n"_qs.arg(file));
+    EXPECT_EQ(readFile(file), QByteArray("mine"));
+}
+
+TEST_F(ProfileCommand, replaces_the_file_if_and_only_if_it_succeeds_whenever_the_camera_is_lost) {
+    const QString read = u"Toupcam_get_ResolutionNumber"_qs;
+    ASSERT_EQ(profile(u"save"_qs).exitCode, 0);
+    const auto reads = QString::fromUtf8(readFile(path(u"journal"_qs))).count(read + u'(');
+    ASSERT_GT(reads, 1);
+    const CtlScene whole = scene;
+    for (int skip = 0; skip <= int(reads); ++skip) {
+        scene = whole;
+        QJsonObject loss = failing(read);
+        loss.insert(u"skip"_qs, skip);
+        scene.addFault(loss);
+        writeFile(file, "mine");
+        const bool isDone = profile(u"save"_qs).exitCode == 0;
+        EXPECT_EQ(readFile(file) != "mine", isDone) << skip;
+    }
+}
+
+TEST_F(ProfileCommand, is_not_compared_with_values_that_were_not_read) {
+    ASSERT_EQ(profile(u"save"_qs).exitCode, 0);
+    scene.addFault(failing(u"Toupcam_get_Hue"_qs));
+    const CtlResult result = profile(u"diff"_qs);
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.errors, u"pcdctl: camera Small-S0001: the camera did not report hue\n"_qs);
+}
+
+TEST_F(ProfileCommand, is_loaded_except_for_a_value_that_the_camera_does_not_report) {
+    ASSERT_EQ(profile(u"save"_qs, {u"--set"_qs, u"gamma=150"_qs}).exitCode, 0);
+    scene.addFault(failing(u"Toupcam_get_Hue"_qs));
+    const CtlResult result = profile(u"load"_qs, {u"--json"_qs});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.errors, u"pcdctl: hue: the camera did not report it\n"_qs);
+    EXPECT_EQ(idsIn(result.json.value(u"refused"_qs)), QStringList{u"hue"_qs});
+    EXPECT_TRUE(calls().contains(u"Toupcam_put_Gamma(h1, 150)"_qs));
+    EXPECT_FALSE(calls().join(u' ').contains(u"put_Hue"_qs));
+}
+
+TEST_F(ProfileCommand, of_an_earlier_version_is_loaded_except_for_a_field_out_of_its_range) {
+    ASSERT_EQ(profile(u"save"_qs, {u"--set"_qs, u"gamma=150"_qs}).exitCode, 0);
+    edit("\"seconds\": 5", "\"seconds\": -5");
+    const CtlResult result = profile(u"load"_qs);
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(
+        result.errors.startsWith(u"pcdctl: extexposure.seconds: cannot be -5: expected "_qs))
+        << result.errors.toStdString();
+    EXPECT_TRUE(calls().contains(u"Toupcam_put_Gamma(h1, 150)"_qs));
+}
+
+TEST_F(ProfileCommand, holds_no_zero_whichever_one_reading_fails) {
+    ASSERT_EQ(profile(u"save"_qs).exitCode, 0);
+    const QByteArray sound = readFile(file);
+    const CtlScene whole = scene;
+    for (const QJsonObject& fault : silence()) {
+        if (fault == failing(u"Toupcam_get_MaxSpeed"_qs))
+            continue; // the camera is then opened with another speed
+        scene = whole;
+        scene.addFault(fault);
+        writeFile(file, "mine");
+        const CtlResult result = profile(u"save"_qs);
+        EXPECT_EQ(readFile(file), result.exitCode == 0 ? sound : QByteArray("mine"))
+            << fault.value(u"function"_qs).toString().toStdString();
+    }
+}
+
 } // namespace

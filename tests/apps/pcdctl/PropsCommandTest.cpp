@@ -150,4 +150,15 @@ TEST_F(PropsCommand, of_an_unknown_id_is_wrong_usage) {
         << result.errors.toStdString();
 }
 
+TEST_F(PropsCommand, shows_no_value_that_was_not_read_and_fails) {
+    scene.addFault(failing(u"Toupcam_get_Gamma"_qs)).addFault(failing(u"Toupcam_get_VFlip"_qs));
+    const CtlResult result = run({u"props"_qs});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.output.contains("  gamma           Gamma  (integer;"))
+        << result.output.toStdString();
+    EXPECT_TRUE(result.output.contains("  hue             Hue = 0 "));
+    EXPECT_EQ(result.errors,
+              u"pcdctl: camera Small-S0001: the camera did not report gamma, vflip\n"_qs);
+}
+
 } // namespace

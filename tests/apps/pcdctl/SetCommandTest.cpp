@@ -8,6 +8,7 @@
 
 #include <QImage>
 #include <QJsonArray>
+#include <QRegularExpression>
 
 #include <csignal>
 
@@ -201,9 +202,7 @@ TEST_F(SetCommand, a_cooler_and_a_fan_can_only_be_on_or_off) {
 }
 
 TEST_F(SetCommand, a_signal_says_that_it_waits_for_a_call_that_hangs_and_another_ends_it) {
-    scene.addFault({{u"do"_qs, u"delay"_qs},
-                    {u"function"_qs, u"Toupcam_put_Gamma"_qs},
-                    {u"ms"_qs, 3'600'000}});
+    scene.addFault(hanging(u"Toupcam_put_Gamma"_qs));
     CtlProcess process({u"set"_qs, u"contrast=1"_qs, u"gamma=50"_qs, u"--sdk=sim"_qs, u"--scene"_qs,
                         scene.writeTo(path(u"scene.json"_qs))});
     const QString journal = path(u"journal"_qs);
@@ -215,6 +214,36 @@ TEST_F(SetCommand, a_signal_says_that_it_waits_for_a_call_that_hangs_and_another
     process.sendSignal(SIGINT);
     ASSERT_TRUE(process.finish());
     EXPECT_EQ(process.exitCode(), -1);
+}
+
+TEST_F(SetCommand, a_call_that_hangs_is_named_and_the_first_signal_says_that_it_waits_for_it) {
+    scene.addFault(hanging(u"Toupcam_put_Gamma"_qs));
+    CtlProcess process({u"set"_qs, u"gamma=50"_qs, u"--sdk=sim"_qs, u"--scene"_qs,
+                        scene.writeTo(path(u"scene.json"_qs))});
+    process.with(u"PCD_CALL_SECONDS"_qs, u"0.1"_qs).start();
+    ASSERT_TRUE(process.waitForErrors("pcdctl: waiting for Toupcam_put_Gamma(0x"));
+    process.sendSignal(SIGINT);
+    ASSERT_TRUE(process.waitForErrors("pcdctl: still waiting for Toupcam_put_Gamma(0x"));
+    EXPECT_TRUE(process.isRunning());
+    process.sendSignal(SIGINT);
+    ASSERT_TRUE(process.waitForErrors("pcdctl: ended while waiting for Toupcam_put_Gamma(0x"));
+    ASSERT_TRUE(process.finish());
+    EXPECT_EQ(process.exitCode(), -1);
+}
+
+TEST_F(SetCommand, a_call_that_returns_late_is_reported_with_its_arguments_and_its_time) {
+    scene.addFault(
+        {{u"do"_qs, u"delay"_qs}, {u"function"_qs, u"Toupcam_put_Gamma"_qs}, {u"ms"_qs, 1000}});
+    const CtlResult result =
+        runCtl({u"set"_qs, u"gamma=50"_qs, u"--sdk=sim"_qs, u"--scene"_qs,
+                scene.writeTo(path(u"scene.json"_qs))},
+               [](CtlProcess& process) { process.with(u"PCD_CALL_SECONDS"_qs, u"0.1"_qs); });
+    EXPECT_EQ(result.exitCode, 0);
+    const QRegularExpression lines(
+        u"^pcdctl: waiting for Toupcam_put_Gamma\\(0x[0-9a-f]+, 50\\) to return, [0-9.]+ s so far\n"
+        "(pcdctl: waiting .*\n)*"
+        "pcdctl: Toupcam_put_Gamma\\(0x[0-9a-f]+, 50\\) has returned after [0-9.]+ s\n$"_qs);
+    EXPECT_TRUE(lines.match(result.errors).hasMatch()) << result.errors.toStdString();
 }
 
 TEST_F(SetCommand, says_what_the_camera_has_instead_and_sets_the_rest) {
@@ -364,6 +393,73 @@ TEST_F(GetCommand, of_an_unknown_id_is_wrong_usage_that_says_which_there_are) {
 
 TEST_F(GetCommand, of_a_camera_that_is_not_there_ends_with_code_3) {
     EXPECT_EQ(run({u"get"_qs, u"gamma"_qs, u"-c"_qs, u"5"_qs}).exitCode, 3);
+}
+
+TEST_F(SetCommand, get_prints_no_value_that_was_not_read_and_names_it) {
+    scene.addFault(failing(u"Toupcam_get_Gamma"_qs));
+    const CtlResult result = run({u"get"_qs, u"gamma"_qs, u"hue"_qs});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.output, "hue=0\n");
+    EXPECT_EQ(result.errors, u"pcdctl: camera Small-S0001: the camera did not report gamma\n"_qs);
+    const CtlResult json = run({u"get"_qs, u"gamma"_qs, u"hue"_qs, u"--json"_qs});
+    EXPECT_EQ(json.exitCode, 1);
+    const QJsonObject values = json.json.value(u"properties"_qs).toObject();
+    EXPECT_TRUE(values.value(u"gamma"_qs).isNull());
+    EXPECT_EQ(values.value(u"hue"_qs), 0);
+}
+
+TEST_F(SetCommand, get_of_a_camera_that_no_longer_answers_prints_no_value) {
+    scene.addFaults(silence());
+    for (const char* id : {"gamma", "binning", "vflip", "roi", "extexposure", "backlight"}) {
+        const CtlResult result = run({u"get"_qs, QString::fromLatin1(id)});
+        EXPECT_EQ(result.exitCode, 1) << id;
+        EXPECT_EQ(result.output, "") << id;
+        EXPECT_TRUE(result.errors.contains(u"no longer answers"_qs)) << result.errors.toStdString();
+    }
+}
+
+TEST_F(SetCommand, a_value_that_cannot_be_read_back_is_not_called_set_or_refused) {
+    scene.addFault({{u"do"_qs, u"fail"_qs},
+                    {u"function"_qs, u"Toupcam_get_Gamma"_qs},
+                    {u"result"_qs, -2147467259},
+                    {u"skip"_qs, 1}}); // the first look works
+    const CtlResult result = run({u"set"_qs, u"gamma=150"_qs});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.errors,
+              u"pcdctl: gamma: requested 150, the camera did not report what it has\n"_qs);
+}
+
+TEST_F(SetCommand, a_setting_that_the_camera_does_not_report_is_not_wrong_usage) {
+    scene.addFaults(silence());
+    for (const char* setting : {"gamma=150", "vflip=on", "extexposure.gain=120"}) {
+        const CtlResult result = run({u"set"_qs, QString::fromLatin1(setting)});
+        EXPECT_EQ(result.exitCode, 1) << setting;
+        EXPECT_TRUE(result.errors.contains(u"the camera did not report "_qs))
+            << result.errors.toStdString();
+    }
+}
+
+TEST_F(SetCommand, a_setting_that_the_model_lacks_is_not_a_failed_reading) {
+    scene.addFault({{u"do"_qs, u"fail"_qs},
+                    {u"function"_qs, u"Toupcam_get_Gamma"_qs},
+                    {u"result"_qs, -2147467263}}); // E_NOTIMPL
+    const CtlResult result = run({u"get"_qs, u"gamma"_qs});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.output, "gamma=0\n");
+}
+
+TEST_F(SetCommand, a_field_is_not_sent_with_others_that_were_not_read) {
+    scene.addFault({{u"do"_qs, u"fail"_qs},
+                    {u"function"_qs, u"Toupcam_get_AutoExpoTarget"_qs},
+                    {u"result"_qs, -2147467259},
+                    {u"skip"_qs, 2}}); // the first look works, of both properties that have it
+    const CtlResult result = run({u"set"_qs, u"extexposure.gain=120"_qs});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.errors.endsWith(
+        u"pcdctl: extexposure: not sent, because the camera did not report it\n"_qs))
+        << result.errors.toStdString();
+    EXPECT_FALSE(calls().join(u' ').contains(u"put_ExpoAGain"_qs));
 }
 
 } // namespace

@@ -124,7 +124,8 @@ TEST_F(SnapCommand, a_camera_that_reports_no_mode_does_not_answer) {
     scene.addFault(failing(u"Toupcam_get_ResolutionNumber"_qs));
     const CtlResult result = snap(path(u"a.png"_qs), {u"--mode"_qs, u"1"_qs});
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_EQ(result.errors, u"pcdctl: the camera does not answer: it reports no mode\n"_qs);
+    EXPECT_EQ(result.errors,
+              u"pcdctl: camera Small-S0001 no longer answers: it was unplugged, or it hangs\n"_qs);
 }
 
 TEST_F(SnapCommand, a_grey_camera_gives_a_grey_file) {

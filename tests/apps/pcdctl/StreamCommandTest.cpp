@@ -35,6 +35,13 @@ QJsonObject readLedger(const CtlResult& result) {
     return result.json.value(u"ledger"_qs).toObject();
 }
 
+TEST_F(StreamCommand, has_no_mode_in_its_report_that_was_not_read) {
+    scene.addFault(failing(u"Toupcam_get_eSize"_qs));
+    const CtlResult result = stream({u"-n"_qs, u"1"_qs, u"--mode"_qs, u"1"_qs, u"--json"_qs});
+    EXPECT_EQ(result.json.value(u"frames"_qs).toInt(), 1) << result.errors.toStdString();
+    EXPECT_EQ(result.json.value(u"mode"_qs).toString(), QString());
+}
+
 TEST_F(StreamCommand, sixty_frames_are_delivered_and_the_ledger_balances) {
     const CtlResult result = stream({u"-n"_qs, u"60"_qs, u"--json"_qs});
     ASSERT_EQ(result.exitCode, 0) << result.errors.toStdString();

@@ -22,7 +22,7 @@ void PrintTo(const UsageRow& row, std::ostream* out) {
 constexpr UsageRow wrongUsages[] = {
     {"no_command", "",
      "no command given: expected one of list, modes, props, get, set, profile, reset, snap, "
-     "stream, trigger, record, monitor, doctor"},
+     "stream, trigger, record, monitor, check, doctor, replay"},
     {"only_an_option", "--json", "no command given"},
     {"an_unknown_command", "paint", "unknown command \"paint\": expected one of list, modes"},
     {"a_second_command", "list modes", "unexpected argument \"modes\""},
@@ -32,7 +32,7 @@ constexpr UsageRow wrongUsages[] = {
      "Try \"pcdctl list --help\"."},
     {"a_camera_before_the_command_that_takes_none", "-c 7 list",
      "list does not take the option -c: expected it with one of modes, props, get, set, profile, "
-     "reset, snap, stream, trigger, record, doctor\n"},
+     "reset, snap, stream, trigger, record, check, doctor\n"},
     {"a_camera_without_a_blank_for_the_command_that_takes_none", "list -c7",
      "list does not take the option -c: "},
     {"an_option_without_its_value", "stream --frames", "Missing value after '--frames'"},
@@ -64,6 +64,9 @@ constexpr UsageRow wrongUsages[] = {
     {"an_empty_camera",
      "modes --camera=", "\"\" is not a value for --camera: expected a non-empty value"},
     {"an_empty_scene", "list --scene=", "\"\" is not a value for --scene"},
+    {"an_empty_trace", "list --trace=", "\"\" is not a value for --trace"},
+    {"frames_of_no_trace", "list --trace-frames",
+     "--trace-frames needs a trace: expected --trace FILE too"},
     {"an_empty_sdk", "list --sdk=", "\"\" is not a value for --sdk"},
     {"a_pattern_of_an_unknown_format", "stream --save ##.gif",
      "\"##.gif\" is not the name of a picture file"},
@@ -132,6 +135,16 @@ TEST(PcdctlUsage, an_unknown_language_in_the_environment_is_named_once_and_ignor
     EXPECT_EQ(runCtl({u"list"_qs, u"--sdk=sim"_qs, u"--lang=en"_qs}, prepare).errors, QString());
 }
 
+TEST(PcdctlUsage, a_time_in_the_environment_that_is_none_is_named_and_ignored) {
+    const CtlResult result =
+        runCtl({u"props"_qs, u"--sdk=sim"_qs, u"hue"_qs},
+               [](CtlProcess& process) { process.with(u"PCD_CALL_SECONDS"_qs, u"soon"_qs); });
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.errors,
+              u"pcdctl: PCD_CALL_SECONDS: \"soon\" is no time, so it is ignored: expected seconds "
+              "above 0, 3600 at most\n"_qs);
+}
+
 TEST(PcdctlUsage, an_argument_that_is_no_text_is_refused) {
     const CtlResult result = runCtl({}, [](CtlProcess& process) {
         process.with([] { execl(PCDCTL_PROGRAM, "pcdctl", "list", "--scene", "a\xff", nullptr); });
@@ -164,9 +177,10 @@ TEST(PcdctlUsage, help_goes_to_the_standard_output_and_lists_commands_and_exit_c
     const CtlResult result = runCtl({u"--help"_qs});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.errors, QString());
-    for (const char* text : {"\n  list ", "\n  modes ", "\n  props ", "\n  get ", "\n  set ",
-                             "\n  profile ", "\n  reset ", "\n  snap ", "\n  stream ",
-                             "\n  monitor ", "\n  doctor ", "--plugin-path", "Exit codes:"})
+    for (const char* text :
+         {"\n  list ", "\n  modes ", "\n  props ", "\n  get ", "\n  set ", "\n  profile ",
+          "\n  reset ", "\n  snap ", "\n  stream ", "\n  monitor ", "\n  check ", "\n  doctor ",
+          "--plugin-path", "Exit codes:"})
         EXPECT_TRUE(result.output.contains(text)) << text;
 }
 
@@ -213,6 +227,14 @@ TEST(PcdctlUsage, options_are_taken_before_and_after_the_command) {
     EXPECT_EQ(before.exitCode, 0);
     EXPECT_FALSE(before.json.isEmpty());
     EXPECT_EQ(before.output, after.output);
+}
+
+TEST(PcdctlUsage, a_standard_output_that_is_closed_is_a_failure) {
+    CtlProcess process({u"list"_qs, u"--sdk=sim"_qs});
+    process.with([] { close(STDOUT_FILENO); });
+    ASSERT_TRUE(process.finish());
+    EXPECT_EQ(process.exitCode(), 1);
+    EXPECT_TRUE(process.errors().contains("cannot write to standard output"));
 }
 
 TEST(PcdctlUsage, a_standard_output_that_cannot_be_written_is_a_failure) {
