@@ -1,9 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include <apps/pcdview/PViewProgram.h>
 
+#include <apps/common/crash/PCrashReport.h>
+#include <apps/common/hang/PEnvironmentSeconds.h>
+#include <apps/common/hang/PFilesInProgress.h>
+#include <apps/common/hang/POverdueCalls.h>
+#include <apps/common/hang/PStderrLine.h>
 #include <apps/common/picture/PPictureFile.h>
 #include <apps/common/program/PTerminationSignals.h>
 #include <apps/common/program/PTranslations.h>
+#include <apps/pcdview/camera/PViewCamera.h>
+#include <apps/pcdview/hang/PHangProgram.h>
 #include <apps/pcdview/options/PTheme.h>
 #include <apps/pcdview/options/PViewLog.h>
 #include <apps/pcdview/window/camera/PCameraTabs.h>
@@ -27,19 +34,43 @@
 #include <QTimer>
 #include <QTranslator>
 
-#include <cmath>
+#include <unistd.h>
 
 namespace {
 
 constexpr std::chrono::milliseconds signalsEvery(100);
 constexpr qsizetype logRecords = 2000; // more than users scroll through
 
+constexpr const char* closingVariable = "PCD_CLOSING_SECONDS";
+
 /// How long cameras may take to close.
 std::chrono::milliseconds closingTime() {
     constexpr std::chrono::seconds usual(10); // a computer may be slow
-    const double seconds = qEnvironmentVariable("PCD_CLOSING_SECONDS").toDouble();
-    return seconds > 0 && seconds <= 3600 ? std::chrono::milliseconds(std::llround(seconds * 1e3))
-                                          : usual;
+    return PEnvironmentSeconds::read(closingVariable, usual);
+}
+
+/// What is ignored.
+void reportEnvironment(const PViewOptions& options) {
+    const PStatus language = PTranslations::checkEnvironment();
+    if (!language.isOk() && options.language.isEmpty())
+        PViewLog::warning(language.reason());
+    for (const PStatus& time :
+         {POverdueCalls::checkEnvironment(), PEnvironmentSeconds::check(closingVariable)}) {
+        if (!time.isOk())
+            PViewLog::warning(time.reason());
+    }
+}
+
+/// The GUI thread does not return from a call to a camera, and a signal wants the program to end.
+/// On a thread of its own.
+void endWithoutCameras() {
+    PFilesInProgress::completeAll();
+    if (PTerminationSignals::isAcknowledged())
+        return; // the call has returned meanwhile
+    PStderrLine::write(u"pcdview: a camera does not return; the program ends without it: "_qs +
+                       POverdueCalls::names());
+    // Not exit(): it would wait for locks that the call in progress holds.
+    ::_exit(1);
 }
 
 /// Installs Qt's own texts, on buttons and in file dialogs, if there is a catalogue.
@@ -69,6 +100,10 @@ void useLanguage(const QString& language) {
     PTranslations::install(language);
 }
 
+void useTheme(const PViewOptions& options) {
+    PTheme::apply(options.theme.isEmpty() ? PTheme::chosen() : PTheme::fromName(options.theme));
+}
+
 } // namespace
 
 PViewProgram::PViewProgram()
@@ -81,21 +116,30 @@ PViewProgram::~PViewProgram() {
     m_window.reset();
     PLog::removeSink(m_log);
     PLog::removeSink(m_terminal);
+    PLog::removeSink(PCrashReport::logSink());
 }
 
 PStatus PViewProgram::start(const PViewOptions& options) {
     PStatus status = startLog(options);
+    m_calls.emplace(POverdueCalls::patience(), options.hangNoticeCommand());
     if (status.isOk())
         status = startCameras(options);
     if (!status.isOk())
         return status;
     PCdGui::install();
-    PTheme::apply(options.theme.isEmpty() ? PTheme::chosen() : PTheme::fromName(options.theme));
+    useTheme(options);
     m_host.findCameras();
+    // Opened before the window, which is made while the camera takes its first exposure.
+    const QString name =
+        options.camera.isEmpty() ? cameraOfProfile(options.profile) : options.camera;
+    Opened opened = openCamera(name);
     m_window = std::make_unique<PMainWindow>(m_host, m_problem, m_log);
     QObject::connect(&m_window->cameraTabs(), &PCameraTabs::simulationRequested, m_window.get(),
                      [this] { restartSimulated(); });
-    openCamera(options);
+    QObject::connect(
+        &*m_calls, &PCallReporter::returned, m_window->statusBar(),
+        [bar = m_window->statusBar()](const QString& text) { bar->showMessage(text); });
+    showCamera(std::move(opened), name);
     introduceToDesktop(); // not earlier: it takes less time than the camera's first exposure
     if (!options.profile.isEmpty())
         offerProfile(options.profile);
@@ -103,6 +147,7 @@ PStatus PViewProgram::start(const PViewOptions& options) {
 }
 
 PStatus PViewProgram::startLog(const PViewOptions& options) {
+    PLog::addSink(PCrashReport::logSink()); // first, so that it has what others are busy with
     PLog::addSink(m_log);
     PLog::addSink(m_terminal);
     PLog::installQtMessageHandler();
@@ -120,14 +165,17 @@ PStatus PViewProgram::startCameras(const PViewOptions& options) {
         if (!scene.isOk())
             return scene;
     }
+    if (!options.trace.isEmpty()) {
+        const PStatus trace = m_host.startTrace({options.trace, options.traceFrames});
+        if (!trace.isOk())
+            return trace;
+    }
     const PStatus plugins = m_host.loadPlugins(options.pluginPaths);
     if (!plugins.isOk())
         note(plugins.reason());
     for (const PPluginLoader::Failure& failure : m_host.pluginFailures())
         note(u"plugin \"%1\" not loaded: %2"_qs.arg(failure.path, failure.reason));
-    const PStatus language = PTranslations::checkEnvironment();
-    if (!language.isOk() && options.language.isEmpty())
-        PViewLog::warning(language.reason());
+    reportEnvironment(options);
     // After the plugins are loaded, and before their devices create their titles.
     useLanguage(PTranslations::language(options.language));
     return PStatus::Ok;
@@ -151,22 +199,38 @@ QString PViewProgram::cameraOfProfile(const QString& path) const {
     return {};
 }
 
-void PViewProgram::openCamera(const PViewOptions& options) {
-    const QString camera =
-        options.camera.isEmpty() ? cameraOfProfile(options.profile) : options.camera;
-    if (camera.isEmpty())
-        return m_window->cameraTabs().openFirst();
-    const PStatus status = m_window->cameraTabs().open(camera);
-    if (status.isOk())
+/// The first one if the name is empty.
+PViewProgram::Opened PViewProgram::openCamera(const QString& name) const {
+    const PDeviceManager::Selection chosen = m_host.manager().select(name);
+    if (chosen.device == nullptr)
+        return {nullptr, name.isEmpty() ? PStatus() : PStatus::failure(chosen.problem)};
+    auto camera = std::make_unique<PViewCamera>(m_host.identify(chosen.device));
+    const PStatus status = camera->attach(chosen.device);
+    return {std::move(camera), status};
+}
+
+/// What is wrong with a camera that nobody named is only shown in its tab.
+void PViewProgram::showCamera(Opened opened, const QString& name) {
+    if (opened.camera != nullptr)
+        m_window->cameraTabs().add(std::move(opened.camera), opened.status);
+    if (name.isEmpty() || opened.status.isOk())
         return;
-    note(status.reason());
-    m_window->statusBar()->showMessage(status.reason());
+    note(opened.status.reason());
+    m_window->statusBar()->showMessage(opened.status.reason());
 }
 
 /// Queued within the main thread: the window that the question belongs to is shown first.
 void PViewProgram::offerProfile(const QString& path) {
     QMetaObject::invokeMethod(
         m_window.get(), [this, path] { m_window->offerProfile(path); }, Qt::QueuedConnection);
+}
+
+int PViewProgram::runHangNotice(const PViewOptions& options) {
+    Q_INIT_RESOURCE(pcdview);
+    useLanguage(PTranslations::language(options.language));
+    useTheme(options);
+    introduceToDesktop();
+    return PHangProgram::run(options.hangingViewer, closingTime());
 }
 
 int PViewProgram::run(const PViewOptions& options) {
@@ -176,7 +240,7 @@ int PViewProgram::run(const PViewOptions& options) {
         QTimer::singleShot(options.grabAfter, m_window.get(),
                            [this, path = options.grab] { grab(path); });
     }
-    PTerminationSignals::expect();
+    PTerminationSignals::expect(closingTime(), endWithoutCameras);
     QTimer watch;
     QObject::connect(&watch, &QTimer::timeout, m_window.get(), [this] {
         if (PTerminationSignals::isNoted())
@@ -184,9 +248,15 @@ int PViewProgram::run(const PViewOptions& options) {
     });
     watch.start(signalsEvery);
     PViewLog::info(u"ready, cameras: %1"_qs.arg(m_host.manager().devices().size()));
-    const int code = QApplication::exec();
+    int code = QApplication::exec();
     m_window->finishFiles();
+    const PStatus trace = m_host.checkTrace();
+    if (!trace.isOk()) {
+        note(trace.reason());
+        code = code == 0 ? 1 : code;
+    }
     // From here on only cameras are closed, which may take for ever; nothing else can fail.
+    m_calls->stopNotices();
     m_deadline.emplace(closingTime(),
                        u"pcdview: a camera does not return; the program ends without it"_qs, code);
     m_window.reset();
@@ -206,6 +276,7 @@ void PViewProgram::restartSimulated() {
 
 /// Ends all event loops: a dialog may be open, whose question is then answered with No.
 void PViewProgram::endBySignal() {
+    PTerminationSignals::acknowledge();
     m_window->closeUnasked();
     QApplication::exit(0);
 }

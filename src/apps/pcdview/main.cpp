@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include <apps/common/crash/PCrashReport.h>
 #include <apps/common/program/PArgumentText.h>
+#include <apps/common/program/PStandardStreams.h>
 #include <apps/common/program/PTerminationSignals.h>
 #include <apps/pcdview/PViewProgram.h>
 
@@ -43,6 +45,8 @@ int runProgram(PStatus status, bool canShow) {
                       "WAYLAND_DISPLAY to name one, or --grab FILE for a picture of it"_qs);
         return failed;
     }
+    if (status.isOk() && options.hangingViewer != 0)
+        return PViewProgram::runHangNotice(options);
     PViewProgram program;
     if (status.isOk())
         status = program.start(options);
@@ -55,7 +59,9 @@ int runProgram(PStatus status, bool canShow) {
 } // namespace
 
 int main(int argc, char* argv[]) {
+    PStandardStreams::reserve();
     PTerminationSignals::watch();
+    PCrashReport::install(argc, argv, QStringLiteral(PCD_VERSION));
     const PStatus arguments = PArgumentText::check(argc, argv); // before Qt takes its own out
     const bool canShow = hasDisplay(argc, argv);
     if (!canShow)

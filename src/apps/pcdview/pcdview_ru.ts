@@ -25,6 +25,13 @@
     </message>
 </context>
 <context>
+    <name>PCallReporter</name>
+    <message>
+        <source>The camera did not answer for %1 s: %2 had not returned</source>
+        <translation>Камера не отвечала %1 с: не завершался вызов %2</translation>
+    </message>
+</context>
+<context>
     <name>PCameraController</name>
     <message>
         <source>Draw the region with the mouse; Esc cancels.</source>
@@ -98,6 +105,10 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <source>Triggered capture: run in progress. Pictures taken: %1</source>
         <translation>Съёмка по триггеру: идёт серия. Сделано снимков: %1</translation>
     </message>
+    <message>
+        <source>The camera did not report its region.</source>
+        <translation>Камера не сообщила свою область.</translation>
+    </message>
 </context>
 <context>
     <name>PCapture</name>
@@ -116,6 +127,10 @@ This is the pixel size of the sensor divided by the magnification.</source>
     <message>
         <source>the camera was unplugged</source>
         <translation>камера отключена</translation>
+    </message>
+    <message>
+        <source>still pictures that had not arrived: %1</source>
+        <translation>снимков, которые не были получены: %1</translation>
     </message>
 </context>
 <context>
@@ -240,6 +255,17 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <source>the camera has a value that cannot be written</source>
         <translation>у камеры есть значение, которое нельзя записать</translation>
     </message>
+    <message>
+        <source>the camera did not report its mode</source>
+        <translation>камера не сообщила свой режим</translation>
+    </message>
+</context>
+<context>
+    <name>PDeviceProfileDiff</name>
+    <message>
+        <source>the camera did not report its mode</source>
+        <translation>камера не сообщила свой режим</translation>
+    </message>
 </context>
 <context>
     <name>PDeviceProfilePlan</name>
@@ -302,6 +328,26 @@ This is the pixel size of the sensor divided by the magnification.</source>
     <message>
         <source>requested %1, the camera has %2</source>
         <translation>запрошено %1, у камеры %2</translation>
+    </message>
+    <message>
+        <source>the camera did not report its modes</source>
+        <translation>камера не сообщила свои режимы</translation>
+    </message>
+    <message>
+        <source>the camera did not report it</source>
+        <translation>камера этого не сообщила</translation>
+    </message>
+    <message>
+        <source>the camera no longer answers</source>
+        <translation>камера больше не отвечает</translation>
+    </message>
+    <message>
+        <source>none, because the camera has no modes</source>
+        <translation>ничего, так как у камеры нет режимов</translation>
+    </message>
+    <message>
+        <source>the camera did not report whether it took it</source>
+        <translation>камера не сообщила, приняла ли она это</translation>
     </message>
 </context>
 <context>
@@ -395,6 +441,69 @@ This is the pixel size of the sensor divided by the magnification.</source>
     </message>
 </context>
 <context>
+    <name>PHangWindow</name>
+    <message>
+        <source>The camera does not answer</source>
+        <translation>Камера не отвечает</translation>
+    </message>
+    <message>
+        <source>&amp;End pcdview</source>
+        <translation>&amp;Завершить pcdview</translation>
+    </message>
+    <message>
+        <source>&amp;Keep waiting</source>
+        <translation>&amp;Ждать дальше</translation>
+    </message>
+    <message>
+        <source>pcdview waits until this call to the camera returns; its window cannot react before:</source>
+        <translation>pcdview ждёт, пока завершится этот вызов камеры; до тех пор его окно не отвечает:</translation>
+    </message>
+    <message>
+        <source>pcdview is ending</source>
+        <translation>pcdview завершается</translation>
+    </message>
+    <message>
+        <source>&amp;End at once</source>
+        <translation>&amp;Завершить сразу</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>&amp;Закрыть</translation>
+    </message>
+    <message>
+        <source>So far it has taken %1.</source>
+        <translation>Он длится уже %1.</translation>
+    </message>
+    <message>
+        <source>%1 s</source>
+        <translation>%1 с</translation>
+    </message>
+    <message>
+        <source>%1 min %2 s</source>
+        <translation>%1 мин %2 с</translation>
+    </message>
+    <message>
+        <source>%1 h %2 min</source>
+        <translation>%1 ч %2 мин</translation>
+    </message>
+    <message>
+        <source>Often the camera answers after all, and this message disappears. If not, check its cable: unplugging it may end the call. When you end pcdview, recordings and pictures are completed before.</source>
+        <translation>Часто камера всё же отвечает, и это сообщение исчезает. Если нет, проверьте её кабель: вызов может завершиться, если его отсоединить. Если завершить pcdview, записи и снимки будут дописаны.</translation>
+    </message>
+    <message>
+        <source>If the call does not return within %1, pcdview completes recordings and pictures and ends without the camera.</source>
+        <translation>Если вызов не завершится за %1, pcdview допишет записи и снимки и завершится без камеры.</translation>
+    </message>
+    <message>
+        <source>Recordings and pictures are being completed; then pcdview ends.</source>
+        <translation>Записи и снимки дописываются; затем pcdview завершится.</translation>
+    </message>
+    <message>
+        <source>If you end it at once, they stay incomplete.</source>
+        <translation>Если завершить его сразу, они останутся неполными.</translation>
+    </message>
+</context>
+<context>
     <name>PHelpController</name>
     <message>
         <source>Keyboard and mouse</source>
@@ -469,6 +578,14 @@ This is the pixel size of the sensor divided by the magnification.</source>
     <message>
         <source>Camera</source>
         <translation>Камера</translation>
+    </message>
+    <message>
+        <source>Still pictures</source>
+        <translation>Снимки</translation>
+    </message>
+    <message>
+        <source>Still pictures that have not arrived yet: %1. Close without them?</source>
+        <translation>Ещё не полученных снимков: %1. Закрыть, не дожидаясь их?</translation>
     </message>
 </context>
 <context>
@@ -747,6 +864,14 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <source>Camera resolution</source>
         <translation>Разрешение камеры</translation>
     </message>
+    <message>
+        <source>not reported</source>
+        <translation>не сообщено</translation>
+    </message>
+    <message>
+        <source>Mode %1: size not reported</source>
+        <translation>Режим %1: размер не сообщён</translation>
+    </message>
 </context>
 <context>
     <name>PNamePattern</name>
@@ -970,6 +1095,10 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <source>Default: %1</source>
         <translation>По умолчанию: %1</translation>
     </message>
+    <message>
+        <source>The camera did not report this setting.</source>
+        <translation>Камера не сообщила эту настройку.</translation>
+    </message>
 </context>
 <context>
     <name>PRecordPanel</name>
@@ -1128,6 +1257,10 @@ This is the pixel size of the sensor divided by the magnification.</source>
     <message>
         <source>the camera refused it</source>
         <translation>камера этого не приняла</translation>
+    </message>
+    <message>
+        <source>the camera did not report whether it took it</source>
+        <translation>камера не сообщила, приняла ли она это</translation>
     </message>
 </context>
 <context>
@@ -1546,6 +1679,13 @@ This is the pixel size of the sensor divided by the magnification.</source>
     <message>
         <source>unplugged</source>
         <translation>отключена</translation>
+    </message>
+</context>
+<context>
+    <name>PQuietReading</name>
+    <message>
+        <source>the camera did not report %1</source>
+        <translation>камера не сообщила %1</translation>
     </message>
 </context>
 </TS>

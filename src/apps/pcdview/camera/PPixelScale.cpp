@@ -11,7 +11,7 @@ namespace {
 
 /// The largest mode divided by the current one: all modes show the same field.
 double ofMode(PDevice& device) {
-    const PDeviceMode current = device.getCurrentMode();
+    const PDeviceMode current = device.reportedMode();
     int widest = current.width;
     for (const PDeviceMode& mode : device.getSupportModes())
         widest = std::max(widest, mode.width);

@@ -9,7 +9,7 @@
 #include <PCd/property/PDeviceProperty.h>
 #include <PCd/property/PPropertyRoles.h>
 
-#include <utility>
+#include <chrono>
 
 namespace {
 
@@ -20,6 +20,10 @@ constexpr PRole exposureRoles[]{PRole::AutoExposure, PRole::ExposureTarget, PRol
 bool isChosenByCamera(PRole role) {
     return role == PRole::ExposureTime || role == PRole::Gain;
 }
+
+const QByteArray modeId = QByteArrayLiteral("mode");
+
+constexpr std::chrono::milliseconds modeRetry(500);
 
 /// An exposure property that profiles do not contain, or null.
 PDeviceProperty* notSaved(const PDevice& device, PRole role) {
@@ -32,7 +36,6 @@ PDeviceProperty* notSaved(const PDevice& device, PRole role) {
 PSettingsRestorer::PSettingsRestorer(QObject* parent)
     : QObject(parent) {
     m_later.setSingleShot(true);
-    m_later.setInterval(0); // once for all changes of one turn
     connect(&m_later, &QTimer::timeout, this, &PSettingsRestorer::remember);
 }
 
@@ -40,18 +43,26 @@ void PSettingsRestorer::follow(PDevice* device) {
     release();
     m_device = device;
     findExposure();
-    const auto soon = [this] {
-        if (!m_later.isActive())
-            m_later.start();
-    };
-    connect(device, &PDevice::modeChanged, this, [this, soon] {
+    connect(device, &PDevice::modeChanged, this, [this] {
         m_isModeRead = false;
-        soon();
+        rememberSoon();
     });
     for (PDeviceProperty* property : device->supportProperties())
-        connect(property, &PDeviceProperty::valueChanged, this, soon);
-    m_isModeRead = false;
+        followProperty(property);
+    m_isModeRead = m_held.remove(modeId);
     remember();
+}
+
+void PSettingsRestorer::followProperty(PDeviceProperty* property) {
+    connect(property, &PDeviceProperty::valueChanged, this, &PSettingsRestorer::rememberSoon);
+    connect(property, &PDeviceProperty::valueAboutToBeSent, this,
+            [this, id = property->id()] { m_held.remove(id); });
+}
+
+/// Once for all changes of one turn.
+void PSettingsRestorer::rememberSoon() {
+    if (!m_later.isActive() || m_later.interval() > 0)
+        m_later.start(0);
 }
 
 void PSettingsRestorer::findExposure() {
@@ -74,14 +85,33 @@ void PSettingsRestorer::release() {
     m_device = nullptr;
 }
 
-PStatus PSettingsRestorer::restore(PDevice& device, PDeviceProfileReport& report) const {
+PStatus PSettingsRestorer::restore(PDevice& device, PDeviceProfileReport& report) {
     PDeviceProfilePlan plan(device);
     const PStatus status = plan.make(m_values.toProfile());
-    if (!status.isOk())
+    if (!status.isOk()) {
+        holdAll(device);
         return status;
+    }
     report = plan.apply();
     restoreExposure(device, report);
+    hold(report);
     return status;
+}
+
+void PSettingsRestorer::holdAll(const PDevice& device) {
+    m_held = m_values.ids();
+    m_held.insert(modeId);
+    for (const PRole role : exposureRoles) {
+        if (const PDeviceProperty* const property = notSaved(device, role))
+            m_held.insert(property->id());
+    }
+}
+
+/// What was not restored would else be lost when the present settings are kept.
+void PSettingsRestorer::hold(const PDeviceProfileReport& report) {
+    m_held.clear();
+    for (const PDeviceProfileReport::Item& item : report.refused)
+        m_held.insert(item.id.split('.').value(0)); // of a field, the property
 }
 
 /// Profiles hold the exposure as a composite property, not as plain ones. But the composite one
@@ -104,7 +134,9 @@ void PSettingsRestorer::restoreValue(PDevice& device, PRole role,
     if (property == nullptr || known == m_exposure.end() || !known->second.isValid())
         return;
     property->setValue(known->second);
-    if (property->valueInner() != known->second)
+    if (property->isUnread())
+        report.refused.append({property->id(), tr("the camera did not report whether it took it")});
+    else if (property->valueInner() != known->second)
         report.refused.append({property->id(), tr("the camera refused it")});
 }
 
@@ -112,11 +144,12 @@ void PSettingsRestorer::remember() {
     if (!isReadable())
         return;
     rememberExposure();
-    // Reading the mode takes several calls to the camera.
-    if (std::exchange(m_isModeRead, true))
-        m_values.renew(*m_device);
-    else
-        m_values = PDeviceProfileValues::ofDevice(*m_device);
+    // Only when it has changed: reading the mode takes several calls to the camera.
+    if (!m_isModeRead)
+        m_isModeRead = m_values.renewMode(*m_device);
+    m_values.renew(*m_device, m_held);
+    if (!m_isModeRead)
+        m_later.start(modeRetry);
 }
 
 /// A camera that was just unplugged returns zeros until its device is removed, and 0 is not a valid
@@ -131,8 +164,13 @@ bool PSettingsRestorer::isReadable() const {
 /// The exposure of the live picture: in triggered capture the camera has another one.
 void PSettingsRestorer::rememberExposure() {
     if (m_captureMode != nullptr &&
-        PCaptureMode::isTriggered(*m_captureMode, m_captureMode->valueInner()))
+        PCaptureMode::isTriggered(*m_captureMode, m_captureMode->reportedValue()))
         return;
-    for (const auto& [role, property] : m_plain)
-        m_exposure[role] = property->valueInner();
+    for (const auto& [role, property] : m_plain) {
+        const QVariant value = property->reportedValue();
+        if (value.isValid() && !m_held.contains(property->id()))
+            m_exposure[role] = value;
+    }
 }
+
+#include "moc_PSettingsRestorer.cpp"

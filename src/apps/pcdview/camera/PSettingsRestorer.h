@@ -8,6 +8,7 @@
 #include <PCore/PStatus.h>
 
 #include <QObject>
+#include <QSet>
 #include <QTimer>
 
 #include <map>
@@ -24,7 +25,8 @@ public:
     explicit PSettingsRestorer(QObject* parent = nullptr);
 
     /// Keeps the present settings of this linked device, and those after each change, until
-    /// release().
+    /// release(). A setting that the last restore() did not bring back stays as it was kept until
+    /// it is set.
     void follow(PDevice* device);
     /// Stops following the device, which is about to be removed.
     void release();
@@ -32,9 +34,13 @@ public:
     bool isEmpty() const { return m_values.isEmpty(); }
     /// Sets the kept settings on a device. Fails with the reason if none of them were sent; the
     /// outcome of each is in the report.
-    PStatus restore(PDevice& device, PDeviceProfileReport& report) const;
+    PStatus restore(PDevice& device, PDeviceProfileReport& report);
 
 private:
+    void followProperty(PDeviceProperty* property);
+    void rememberSoon();
+    void hold(const PDeviceProfileReport& report);
+    void holdAll(const PDevice& device);
     void findExposure();
     void remember();
     bool isReadable() const;
@@ -45,6 +51,7 @@ private:
     PDevice* m_device = nullptr;
     PDeviceProfileValues m_values;
     bool m_isModeRead = false;            ///< the mode in them is the present one
+    QSet<QByteArray> m_held;              ///< of what was not restored, "mode" among them
     std::map<PRole, QVariant> m_exposure; ///< values of the plain properties below
     // Of the device, found once; null if it has none.
     std::map<PRole, const PDeviceProperty*> m_plain; ///< exposure that is in no profile

@@ -7,6 +7,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <numeric>
 
 namespace {
 
@@ -35,24 +36,45 @@ void PCapture::follow(PViewCamera* camera, PixelSize pixelSize) {
             [this, camera, size = std::move(pixelSize)](const PDeviceFrame& frame) {
                 --m_awaited[camera];
                 saveStill(*camera, frame, size());
+                emit awaitedChanged(awaited());
             });
     connect(camera, &PViewCamera::stateChanged, this, [this, camera] { noteUnplugged(*camera); });
-    connect(camera, &QObject::destroyed, this, [this, camera] { m_awaited.remove(camera); });
+    connect(camera, &QObject::destroyed, this, [this, camera, id = camera->identity().id] {
+        giveUpAwaited(camera, [id](int lost) {
+            return u"%1: %2"_qs.arg(id, tr("still pictures that had not arrived: %1").arg(lost));
+        });
+    });
 }
 
 void PCapture::takeStill(PViewCamera& camera) {
     const PStatus status = camera.takeSnapshot();
     if (status.isOk())
         m_awaited[&camera] = std::max(m_awaited[&camera], 0) + 1; // other pictures arrive as well
+    emit awaitedChanged(awaited());
     emit messageChanged(status.isOk() ? tr("Taking a still…")
                                       : tr("No still taken: %1").arg(status.reason()));
 }
 
+int PCapture::awaited() const {
+    return std::accumulate(m_awaited.cbegin(), m_awaited.cend(), 0,
+                           [](int sum, int stills) { return sum + std::max(stills, 0); });
+}
+
+/// The camera will not deliver the stills that it owes.
+void PCapture::giveUpAwaited(const PViewCamera* camera, const std::function<QString(int)>& reason) {
+    const int lost = m_awaited.take(camera);
+    if (lost > 0)
+        emit saveFailed(reason(lost)); // first: closing the window depends on it
+    emit awaitedChanged(awaited());
+}
+
 void PCapture::noteUnplugged(const PViewCamera& camera) {
-    if (camera.state() == PViewCamera::State::Unplugged && m_awaited.take(&camera) > 0) {
-        emit saveFailed(camera.identity().id + u": "_qs +
-                        tr("No still taken: %1").arg(tr("the camera was unplugged")));
-    }
+    if (camera.state() != PViewCamera::State::Unplugged)
+        return;
+    giveUpAwaited(&camera, [&camera](int) {
+        return camera.identity().id + u": "_qs +
+               tr("No still taken: %1").arg(tr("the camera was unplugged"));
+    });
 }
 
 void PCapture::saveStill(const PViewCamera& camera, const PDeviceFrame& frame, double pixelSize) {
@@ -67,3 +89,5 @@ void PCapture::saveFrame(const PCameraIdentity& camera, const PDeviceFrame& fram
     m_saver.save(
         {path, frame, makeNotes(camera, frame, pixelSize), PPictureFile::Existing::Replace});
 }
+
+#include "moc_PCapture.cpp"

@@ -19,7 +19,8 @@ PStatus savePicture(const PPictureSaver::Job& job) {
 
 PPictureSaver::PPictureSaver(std::size_t byteLimit, QObject* parent)
     : QObject(parent)
-    , m_work(byteLimit) {
+    , m_work(byteLimit)
+    , m_files([this] { m_work.waitUntilIdle(); }) {
 }
 
 PPictureSaver::~PPictureSaver() {
@@ -65,3 +66,5 @@ void PPictureSaver::report(const QString& path, const QString& reason) {
         PViewLog::warning(reason); // the listeners are being destroyed
     countUnsaved(-1);
 }
+
+#include "moc_PPictureSaver.cpp"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <apps/common/hang/PFilesInProgress.h>
 #include <apps/common/picture/PPictureFile.h>
 #include <apps/common/record/PWriteMemory.h>
 
@@ -53,5 +54,6 @@ private:
     bool m_isClosing = false;
     int m_unsaved = 0;
     PPostedCalls m_results;
-    PWorkQueue m_work; // last: it posts results until it is stopped
+    PWorkQueue m_work; // after them: it posts results until it is stopped
+    PFilesInProgress m_files;
 };

@@ -5,7 +5,7 @@ _pcdview() {
     local cur prev words cword split
     _init_completion -s || return
 
-    local options='--help --version --sdk --scene --plugin-path --camera --lang --theme --log-level --grab --after'
+    local options='--help --version --sdk --scene --plugin-path --camera --lang --theme --log-level --trace --trace-frames --grab --after'
     local values=
     case $prev in
         --sdk) values='auto sim' ;;
@@ -17,7 +17,7 @@ _pcdview() {
     [[ -z $values && $cur == -* ]] && values=$options
     mapfile -t COMPREPLY < <(compgen -W "$values" -- "$cur")
     case $prev in
-        --sdk | --plugin-path) _filedir ;;
+        --sdk | --plugin-path | --trace) _filedir ;;
         --grab) _filedir '@(png|tif|tiff)' ;;
         *) [[ $values ]] || _filedir json ;; # a profile or a scene
     esac

@@ -13,8 +13,10 @@ void addExitCodes(PManualPage& page) {
         u"The window was closed, by the user or by a signal, or the screenshot saved."_qs);
     page.addEntry(
         u"1"_qs, {},
-        u"The screenshot could not be saved, there is no display, or the program failed."_qs);
-    page.addEntry(u"2"_qs, {}, u"Wrong usage: a wrong option or scene."_qs);
+        u"The screenshot could not be saved, the trace ends early, there is no display, or the "
+        "program failed."_qs);
+    page.addEntry(u"2"_qs, {},
+                  u"Wrong usage: a wrong option or scene, or a trace that cannot be written."_qs);
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include <apps/pcdview/options/PViewManual.h>
 
 #include <QCommandLineParser>
+#include <QGuiApplication>
 
 #include <algorithm>
 
@@ -34,6 +35,25 @@ PStatus readGrab(const QCommandLineParser& parser, PViewOptions& options) {
     return options.grab.isEmpty() ? PStatus(PStatus::Ok) : PPictureFile::checkName(options.grab);
 }
 
+/// No help shows it: only the viewer itself starts such a process.
+QCommandLineOption hangNoticeOption() {
+    QCommandLineOption option(u"hang-notice"_qs,
+                              u"Show the calls that this process waits for, as it sends them."_qs,
+                              u"PID"_qs);
+    option.setFlags(QCommandLineOption::HiddenFromHelp);
+    return option;
+}
+
+PStatus readHangNotice(const QCommandLineParser& parser, PViewOptions& options) {
+    const QString name = hangNoticeOption().names().first();
+    if (!parser.isSet(name))
+        return PStatus::Ok;
+    options.hangingViewer = parser.value(name).toLongLong();
+    if (options.hangingViewer > 0)
+        return PStatus::Ok;
+    return PProgramOptions::wrongValue(name, parser.value(name), u"the number of a process"_qs);
+}
+
 /// At most one file. The question whether to apply it would be open in the picture.
 PStatus readProfile(const QCommandLineParser& parser, PViewOptions& options) {
     const QStringList words = parser.positionalArguments();
@@ -58,6 +78,8 @@ PStatus readOptions(const QCommandLineParser& parser, PViewOptions& options) {
         status = readTheme(parser, options);
     if (status.isOk())
         status = readGrab(parser, options);
+    if (status.isOk())
+        status = readHangNotice(parser, options);
     return status.isOk() ? readProfile(parser, options) : status;
 }
 
@@ -109,6 +131,13 @@ QList<QCommandLineOption> PViewOptions::all() {
             Shared::LogFilter,
             u"Which log records to show, such as \"info\" or \"warning,PTDevice=debug\"."_qs,
             u"FILTER"_qs),
+        PProgramOptions::makeOption(
+            Shared::Trace,
+            u"Write all calls of the camera SDK to this new file, for a report of a fault."_qs,
+            u"FILE"_qs),
+        PProgramOptions::makeOption(
+            Shared::TraceFrames,
+            u"With --trace: also write the pixels of all frames, to FILE.frames."_qs, {}),
         {u"grab"_qs, u"Save a screenshot of the window to this file, then exit."_qs, u"FILE"_qs},
         {u"after"_qs, u"Milliseconds to wait before the screenshot. Default: 2000."_qs, u"MS"_qs,
          u"2000"_qs},
@@ -117,10 +146,25 @@ QList<QCommandLineOption> PViewOptions::all() {
 
 QStringList PViewOptions::withSimulatedCameras(QStringList arguments) {
     arguments.removeFirst();
-    for (const QString& option :
-         {u"--sdk"_qs, u"--scene"_qs, u"--camera"_qs, u"-c"_qs, u"--grab"_qs, u"--after"_qs})
+    arguments.removeAll(u"--trace-frames"_qs);
+    for (const QString& option : {u"--trace"_qs, u"--sdk"_qs, u"--scene"_qs, u"--camera"_qs,
+                                  u"-c"_qs, u"--grab"_qs, u"--after"_qs})
         removeOption(arguments, option);
     return arguments + QStringList{u"--sdk"_qs, u"sim"_qs};
+}
+
+QStringList PViewOptions::hangNoticeCommand() const {
+    if (!grab.isEmpty())
+        return {};
+    // This very program, also if its file has been replaced meanwhile.
+    QStringList words{u"/proc/self/exe"_qs, u"-platform"_qs, QGuiApplication::platformName(),
+                      u"--"_qs + hangNoticeOption().names().first(),
+                      QString::number(QCoreApplication::applicationPid())};
+    if (!language.isEmpty())
+        words += QStringList{u"--lang"_qs, language};
+    if (!theme.isEmpty())
+        words += QStringList{u"--theme"_qs, theme};
+    return words;
 }
 
 PStatus PViewOptions::parse(const QStringList& arguments, PViewOptions& options, QString& answer) {
@@ -129,6 +173,7 @@ PStatus PViewOptions::parse(const QStringList& arguments, PViewOptions& options,
     parser.addOptions(all());
     parser.addPositionalArgument(u"profile"_qs, profileHelp(), u"[PROFILE]"_qs);
     parser.addOption(manualOption());
+    parser.addOption(hangNoticeOption());
     if (!parser.parse(arguments))
         return PStatus::failure(parser.errorText());
     if (parser.isSet(u"help"_qs))

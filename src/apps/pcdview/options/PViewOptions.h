@@ -11,6 +11,7 @@ struct PViewOptions : PProgramOptions {
     QString theme;   ///< empty: the one chosen last
     QString grab;    ///< picture file of the window; empty: none
     std::chrono::milliseconds grabAfter{2000};
+    qint64 hangingViewer = 0; ///< the process whose calls PHangProgram is to show; 0: none
 
     /// What the program is for, in one sentence.
     static QString summary();
@@ -22,6 +23,9 @@ struct PViewOptions : PProgramOptions {
     /// The arguments for restarting the program: the same, but with the simulated cameras of the
     /// built-in scene. Without the program's name.
     static QStringList withSimulatedCameras(QStringList arguments);
+    /// The command line, with the program's file, of a process that runs PHangProgram for this one.
+    /// Empty with --grab: nobody looks at the window.
+    QStringList hangNoticeCommand() const;
     /// Reads a command line that begins with the program's name. Fails with the error and what was
     /// expected. `answer` is set to the text to print instead of running (help, version, manual
     /// page), or stays empty.

@@ -3,7 +3,6 @@
 
 #include <apps/pcdview/view/PViewSampler.h>
 
-#include <memory>
 #include <utility>
 
 PViewRenderer::PViewRenderer(QObject* parent)
@@ -13,6 +12,10 @@ PViewRenderer::PViewRenderer(QObject* parent)
 
 void PViewRenderer::offer(const Task& task) {
     m_next = task;
+    // A result that was there at the last picture already is not delivered: there may have been no
+    // memory to post it.
+    if (m_job && m_job->isDone && std::exchange(m_job->isAwaited, true))
+        takeResult();
     renderNext();
 }
 
@@ -22,27 +25,38 @@ void PViewRenderer::forget() {
 }
 
 void PViewRenderer::renderNext() {
-    if (!m_next || m_isWorking)
+    if (!m_next || m_job)
         return;
-    const auto canvas = std::make_shared<QImage>(std::exchange(m_room, QImage()));
-    m_isWorking = m_work.push(
+    const auto job = std::make_shared<Job>();
+    job->canvas = std::exchange(m_room, QImage());
+    job->round = m_round;
+    const bool isTaken = m_work.push(
         1,
-        [canvas, task = *std::exchange(m_next, std::nullopt)] {
-            *canvas = PViewSampler::render(task.image, task.geometry, task.style, task.around,
-                                           std::move(*canvas));
+        [job, task = *std::exchange(m_next, std::nullopt)] {
+            job->canvas = PViewSampler::render(task.image, task.geometry, task.style, task.around,
+                                               std::move(job->canvas));
             return PStatus(PStatus::Ok);
         },
-        [this, canvas, round = m_round](const PStatus& result) {
+        [this, job](const PStatus& result) {
             if (!result.isOk())
                 qWarning("A picture was not rendered: %s", qPrintable(result.reason()));
+            job->isDone = true;
             // The hop back to the GUI thread. The frame was returned to its pool before.
-            m_results.post([this, canvas, round] { finish(std::exchange(*canvas, {}), round); });
+            m_results.post([this] {
+                takeResult();
+                renderNext();
+            });
         });
+    if (isTaken)
+        m_job = job;
 }
 
-void PViewRenderer::finish(const QImage& canvas, quint64 round) {
-    m_isWorking = false;
-    if (round == m_round && !canvas.isNull())
-        emit rendered(canvas, !m_next);
-    renderNext();
+void PViewRenderer::takeResult() {
+    if (!m_job || !m_job->isDone)
+        return;
+    const std::shared_ptr<Job> job = std::exchange(m_job, nullptr);
+    if (job->round == m_round && !job->canvas.isNull())
+        emit rendered(std::exchange(job->canvas, QImage()), !m_next);
 }
+
+#include "moc_PViewRenderer.cpp"

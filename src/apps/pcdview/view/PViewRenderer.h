@@ -13,6 +13,8 @@
 #include <QImage>
 #include <QObject>
 
+#include <atomic>
+#include <memory>
 #include <optional>
 
 /// Renders the newest picture of a stream on its own thread, so that the GUI thread only has to
@@ -43,13 +45,21 @@ signals:
     void rendered(const QImage& canvas, bool isNewest);
 
 private:
+    /// What is being rendered.
+    struct Job {
+        QImage canvas;
+        quint64 round = 0;
+        std::atomic<bool> isDone{false}; ///< the canvas belongs to the GUI thread again
+        bool isAwaited = false;          ///< was done when a picture was offered
+    };
+
     void renderNext();
-    void finish(const QImage& canvas, quint64 round);
+    void takeResult();
 
     std::optional<Task> m_next;
     QImage m_room;
-    quint64 m_round = 0; ///< incremented by forget()
-    bool m_isWorking = false;
+    quint64 m_round = 0;        ///< incremented by forget()
+    std::shared_ptr<Job> m_job; ///< null: none
     PPostedCalls m_results;
     PWorkQueue m_work; // last: it posts results until its thread is joined
 };

@@ -57,6 +57,30 @@ void PPictureController::saveShown() {
 }
 
 bool PPictureController::finishSaving() {
+    return confirmsLoss() && waitForFiles();
+}
+
+/// The question closes when the stills have arrived, which are then saved, or when one cannot come
+/// any more, which the user reads in the window.
+bool PPictureController::confirmsLoss() {
+    if (m_capture.awaited() == 0)
+        return true;
+    QMessageBox question(QMessageBox::Question, tr("Still pictures"), {},
+                         QMessageBox::Yes | QMessageBox::No, m_window);
+    question.setDefaultButton(QMessageBox::No);
+    const auto show = [&](int stills) {
+        question.setText(
+            tr("Still pictures that have not arrived yet: %1. Close without them?").arg(stills));
+        if (stills == 0 && question.isVisible())
+            question.done(QMessageBox::Yes);
+    };
+    connect(&m_capture, &PCapture::saveFailed, &question, &QDialog::reject);
+    connect(&m_capture, &PCapture::awaitedChanged, &question, show);
+    show(m_capture.awaited());
+    return question.exec() == QMessageBox::Yes;
+}
+
+bool PPictureController::waitForFiles() {
     if (m_capture.unsaved() == 0)
         return true;
     QMessageBox box(QMessageBox::Information, tr("Saving pictures"), {}, QMessageBox::Cancel,
@@ -88,3 +112,5 @@ void PPictureController::showFailure(const QString& reason) {
     emit messageChanged(reason);
     PViewLog::warning(reason);
 }
+
+#include "moc_PPictureController.cpp"

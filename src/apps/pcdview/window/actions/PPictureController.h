@@ -18,8 +18,9 @@ public:
     /// Actions and tabs must outlive it; the window is the parent of it and of the dialogs.
     PPictureController(const PViewActions& actions, PCameraTabs& tabs, QWidget* window);
 
-    /// Waits until no picture is left to be saved, while a message shows how many are. False: the
-    /// user does not want to wait for that, or a picture could not be saved.
+    /// Asks whether to close without the stills that have not arrived, and waits until no picture
+    /// is left to be saved, while a message shows how many are. False: the user does not want to
+    /// lose those or wait for these, or a picture could not be saved.
     bool finishSaving();
     /// Waits until no picture is left to be saved, without a message.
     void waitUntilSaved() { m_capture.waitUntilSaved(); }
@@ -31,6 +32,8 @@ signals:
     void messageChanged(const QString& message);
 
 private:
+    bool confirmsLoss();
+    bool waitForFiles();
     void saveShown();
     void chooseFiles();
     void showFailure(const QString& reason);

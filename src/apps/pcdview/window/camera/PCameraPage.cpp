@@ -75,9 +75,13 @@ PStatus PCameraPage::open(PDevice* device) {
     m_view->setNotice(tr("Opening %1…").arg(m_camera->identity().id));
     m_view->repaint(); // now: this thread is busy until the camera is open
     const PStatus status = m_camera->attach(device);
+    showOpened(status);
+    return status;
+}
+
+void PCameraPage::showOpened(const PStatus& status) {
     setMessage(status.isOk() ? QString()
                              : tr("This camera cannot be opened: %1").arg(status.reason()));
-    return status;
 }
 
 void PCameraPage::setMessage(const QString& message) {
@@ -129,6 +133,8 @@ void PCameraPage::useWholeSensor() {
 void PCameraPage::setRegion(const QRect& onSensor) {
     PDeviceProperty* const property = findRegion(*m_camera);
     property->setValue(onSensor);
+    if (!property->valueInner().isValid())
+        return setMessage(tr("The camera did not report its region."));
     const QRect now = property->valueInner().toRect();
     setMessage(now == onSensor ? QString()
                                : tr("The camera did not accept the region %1; it uses %2.")
@@ -171,3 +177,5 @@ QStringList PCameraPage::stateSentences() const {
     }
     return sentences + m_camera->notes();
 }
+
+#include "moc_PCameraPage.cpp"

@@ -29,6 +29,8 @@ public:
     /// Opens the camera with this device and says so in the view, and then that the first picture
     /// is awaited. Fails with the reason, which is shown above the picture.
     PStatus open(PDevice* device);
+    /// Says how opening the camera ended.
+    void showOpened(const PStatus& status);
     /// Shows a sentence above the picture; if it is empty, the camera's state is shown.
     void setMessage(const QString& message);
     /// The size of a pixel of the sensor on the specimen, in micrometres, stored for this camera;

@@ -60,7 +60,7 @@ void PCameraTabs::openFirst() {
 PStatus PCameraTabs::openDevice(PDevice* device, Front front) {
     PCameraPage* page = findPage(QString::fromUtf8(device->deviceId(false)));
     if (page == nullptr)
-        page = addPage(device);
+        page = addPage(std::make_unique<PViewCamera>(m_host.identify(device)));
     if (front == Front::Yes)
         m_tabs->setCurrentWidget(page);
     if (page->camera().device() != nullptr)
@@ -70,8 +70,15 @@ PStatus PCameraTabs::openDevice(PDevice* device, Front front) {
     return status;
 }
 
-PCameraPage* PCameraTabs::addPage(PDevice* device) {
-    auto* const page = new PCameraPage(new PViewCamera(m_host.identify(device)));
+void PCameraTabs::add(std::unique_ptr<PViewCamera> camera, const PStatus& opened) {
+    PCameraPage* const page = addPage(std::move(camera));
+    m_tabs->setCurrentWidget(page);
+    page->showOpened(opened);
+    showState(page);
+}
+
+PCameraPage* PCameraTabs::addPage(std::unique_ptr<PViewCamera> camera) {
+    auto* const page = new PCameraPage(camera.release()); // its child
     connect(&page->camera(), &PViewCamera::stateChanged, this, [this, page] { showState(page); });
     emit pageAdded(page);
     m_tabs->addTab(page, toTitle(*page));
@@ -202,3 +209,5 @@ void PCameraTabs::showSituation() {
     m_welcome->setSizePolicy(claim, claim);
     setCurrentWidget(m_tabs->count() > 0 ? static_cast<QWidget*>(m_tabs) : m_welcome);
 }
+
+#include "moc_PCameraTabs.cpp"

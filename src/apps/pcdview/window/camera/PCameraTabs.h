@@ -6,8 +6,11 @@
 
 #include <QStackedWidget>
 
+#include <memory>
+
 class PCameraPage;
 class PDevice;
+class PViewCamera;
 class PWelcomePage;
 class QTabWidget;
 
@@ -27,6 +30,8 @@ public:
     PStatus open(const QString& camera);
     /// Opens the first camera, if there is one and none is open.
     void openFirst();
+    /// Shows a camera in a new tab, in front; it was opened before, with this result.
+    void add(std::unique_ptr<PViewCamera> camera, const PStatus& opened);
     void closePage(PCameraPage* page);
     /// Shows or hides the tabs themselves; their pages stay.
     void setTabsShown(bool shown);
@@ -61,7 +66,7 @@ private:
     void onArrival(PDevice* device);
     void onDeparture(PDevice* device);
     PStatus openDevice(PDevice* device, Front front);
-    PCameraPage* addPage(PDevice* device);
+    PCameraPage* addPage(std::unique_ptr<PViewCamera> camera);
     PCameraPage* findPage(const QString& id) const;
     PCameraPage* pageAt(int index) const;
     void showState(PCameraPage* page);

@@ -31,12 +31,20 @@ void PModeChooser::refresh() {
     m_modes.clear();
     const bool hasDevice = m_camera != nullptr && m_camera->device() != nullptr;
     setEnabled(hasDevice);
+    setPlaceholderText(hasDevice ? tr("not reported") : QString());
     if (!hasDevice)
         return;
     m_modes = m_camera->device()->getSupportModes();
     for (const PDeviceMode& mode : std::as_const(m_modes))
-        addItem(mode.name);
-    setCurrentIndex(int(m_modes.indexOf(m_camera->device()->getCurrentMode())));
+        addItem(text(mode));
+    setCurrentIndex(int(m_modes.indexOf(m_camera->device()->reportedMode())));
+}
+
+/// The name of a mode with a size of 0 is made of zeros that the camera never reported.
+QString PModeChooser::text(const PDeviceMode& mode) {
+    return mode.width > 0 && mode.height > 0
+               ? mode.name
+               : tr("Mode %1: size not reported").arg(QString::fromLatin1(mode.id));
 }
 
 void PModeChooser::choose(int index) {
@@ -46,3 +54,5 @@ void PModeChooser::choose(int index) {
     emit refused(status.reason());
     refresh();
 }
+
+#include "moc_PModeChooser.cpp"

@@ -25,6 +25,7 @@ signals:
 private:
     void refresh();
     void choose(int index);
+    static QString text(const PDeviceMode& mode);
 
     PViewCamera* m_camera = nullptr;
     QList<PDeviceMode> m_modes;

@@ -96,7 +96,8 @@ bool PMainWindow::mayClose() {
 }
 
 void PMainWindow::closeEvent(QCloseEvent* event) {
-    if (m_asks && !mayClose())
+    // A signal may end the program, and with it the question that mayClose() asks.
+    if (m_asks && !mayClose() && m_asks)
         return event->ignore();
     m_actions->fullScreen->setChecked(false);
     QSettings settings;
@@ -110,3 +111,5 @@ void PMainWindow::keyPressEvent(QKeyEvent* event) {
         m_actions->fullScreen->setChecked(false);
     QMainWindow::keyPressEvent(event);
 }
+
+#include "moc_PMainWindow.cpp"
