@@ -75,6 +75,23 @@ TEST_F(ProgramTest, a_scene_that_cannot_be_read_is_named) {
     EXPECT_TRUE(errors.contains(u"none.json"_qs)) << errors.toStdString();
 }
 
+TEST_F(ProgramTest, its_calls_of_the_sdk_can_be_traced) {
+    const QString trace = path(u"a.trace"_qs);
+    const QStringList words{
+        u"--sdk=sim"_qs, u"--scene"_qs, writeScene(),  u"--grab"_qs, path(u"window.png"_qs),
+        u"--after"_qs,   u"100"_qs,     u"--trace"_qs, trace,        u"--trace-frames"_qs};
+    ASSERT_EQ(run(words), 0) << errors.toStdString();
+    const QByteArray lines = readFile(trace);
+    EXPECT_TRUE(lines.contains("\"program\":\"pcdview\""));
+    EXPECT_TRUE(lines.contains("\"name\":\"Toupcam_StartPushMode\""));
+    EXPECT_TRUE(lines.contains("\"name\":\"Toupcam_Close\""));
+    // Once more: nothing is replaced.
+    EXPECT_EQ(run(words), 2);
+    EXPECT_TRUE(errors.contains(u"cannot write the trace \"%1\": File exists"_qs.arg(trace)))
+        << errors.toStdString();
+    EXPECT_EQ(readFile(trace), lines);
+}
+
 TEST_F(ProgramTest, without_a_display_it_says_so) {
     hasDisplay = false;
     EXPECT_EQ(run({u"--sdk"_qs, u"sim"_qs}), 1);
@@ -152,6 +169,38 @@ TEST_F(ProgramTest, a_camera_that_does_not_return_from_closing_does_not_keep_the
     EXPECT_TRUE(logged.contains("pcdview: a camera does not return")) << logged.constData();
 }
 
+TEST_F(ProgramTest, a_call_that_hangs_is_named_and_a_signal_ends_the_program) {
+    // The camera is unplugged; the scan a second later does not return.
+    const QString scene = path(u"scene.json"_qs);
+    writeFile(scene, R"({"cameras": [{"id": "a", "source": {"kind": "patches"},
+                                      "resolutions": [{"width": 64, "height": 48}]}],
+                         "faults": [{"do": "unplug", "camera": "a", "afterFrames": 2},
+                                    {"do": "delay", "function": "Toupcam_EnumV2",
+                                     "ms": 3600000, "skip": 1}]})");
+    QProcess process;
+    prepare(process);
+    QProcessEnvironment environment = process.processEnvironment();
+    environment.insert(u"PCD_CLOSING_SECONDS"_qs, u"0.2"_qs);
+    environment.insert(u"PCD_CALL_SECONDS"_qs, u"0.2"_qs);
+    process.setProcessEnvironment(environment);
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(QStringLiteral(PCDVIEW_PROGRAM), {u"--sdk=sim"_qs, u"--scene"_qs, scene});
+    QByteArray logged;
+    ASSERT_TRUE(waitUntil([&] {
+        process.waitForReadyRead(100);
+        return (logged += process.readAll()).contains("waiting for Toupcam_EnumV2(0x");
+    })) << logged.constData();
+    process.terminate();
+    ASSERT_TRUE(process.waitForFinished(60'000));
+    logged += process.readAll();
+    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(process.exitCode(), 1);
+    EXPECT_TRUE(logged.contains("pcdview: still waiting for Toupcam_EnumV2(0x"))
+        << logged.constData();
+    EXPECT_TRUE(logged.contains("the program ends without it: Toupcam_EnumV2(0x"))
+        << logged.constData();
+}
+
 TEST_F(ProgramTest, an_argument_that_is_no_text_is_refused) {
     QProcess process;
     prepare(process);
@@ -164,14 +213,18 @@ TEST_F(ProgramTest, an_argument_that_is_no_text_is_refused) {
     EXPECT_TRUE(text.contains("argument 1, \"\\xff\", is not UTF-8")) << text.constData();
 }
 
-TEST_F(ProgramTest, an_unknown_language_in_the_environment_is_named) {
+TEST_F(ProgramTest, unknown_values_in_the_environment_are_named) {
     const QString file = path(u"window.png"_qs);
     qputenv("PCD_LANG", "xx");
+    qputenv("PCD_CLOSING_SECONDS", "never");
     EXPECT_EQ(
         run({u"--sdk=sim"_qs, u"--scene"_qs, writeScene(), u"--grab"_qs, file, u"--after=0"_qs}),
         0);
     qunsetenv("PCD_LANG");
+    qunsetenv("PCD_CLOSING_SECONDS");
     EXPECT_EQ(errors.count(u"PCD_LANG: \"xx\" is not a language"_qs), 1) << errors.toStdString();
+    EXPECT_EQ(errors.count(u"PCD_CLOSING_SECONDS: \"never\" is no time"_qs), 1)
+        << errors.toStdString();
 }
 
 TEST_F(ProgramTest, a_signal_closes_it_as_the_user_does) {

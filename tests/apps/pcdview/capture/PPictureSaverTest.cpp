@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <apps/pcdview/capture/PPictureSaver.h>
 
+#include <apps/common/hang/PFilesInProgress.h>
 #include <apps/pcdview/ViewPictures.h>
 
 #include <support/FolderTest.h>
@@ -8,9 +9,12 @@
 #include <support/QtPrinters.h>
 #include <support/WaitUntil.h>
 
+#include <QDir>
 #include <QImage>
 
 #include <map>
+#include <thread>
+#include <vector>
 
 namespace {
 
@@ -43,6 +47,18 @@ TEST_F(PPictureSaverTest, saves_pictures_in_their_colours_and_makes_the_folder) 
         EXPECT_EQ(reason, QString());
         EXPECT_EQ(QImage(file).pixelColor(32, 19), QColor(32, 200, 3));
     }
+}
+
+TEST_F(PPictureSaverTest, another_thread_waits_for_its_files_if_the_gui_thread_hangs) {
+    PPictureSaver saver;
+    std::vector<PPictureSaver::Job> jobs; // all first: making one takes longer than saving it
+    for (int i = 0; i < 50; ++i)
+        jobs.push_back(jobFor(u"new/%1.tif"_qs.arg(i)));
+    for (const PPictureSaver::Job& job : jobs)
+        saver.save(job);
+    std::thread other(PFilesInProgress::completeAll);
+    other.join();
+    EXPECT_EQ(QDir(path(u"new"_qs)).entryList({u"*.tif"_qs}).size(), qsizetype(jobs.size()));
 }
 
 TEST_F(PPictureSaverTest, leaves_an_older_file_alone_and_says_so) {

@@ -52,6 +52,27 @@ TEST(PViewOptionsTest, prints_a_manual_page_with_every_option) {
     }
 }
 
+TEST(PViewOptionsTest, the_process_of_a_notice_is_started_with_options_that_it_reads) {
+    PViewOptions options;
+    ASSERT_TRUE(parse({u"--lang=ru"_qs, u"--theme=dark"_qs, u"--camera=1"_qs}, options).isOk());
+    QStringList words = options.hangNoticeCommand();
+    ASSERT_GT(words.size(), 3);
+    words.remove(0, 3); // the program, and the platform, which Qt takes out
+    PViewOptions ofNotice;
+    const PStatus status = parse(words, ofNotice);
+    ASSERT_TRUE(status.isOk()) << status.reason().toStdString();
+    EXPECT_EQ(ofNotice.hangingViewer, QCoreApplication::applicationPid());
+    EXPECT_EQ(ofNotice.language, u"ru"_qs);
+    EXPECT_EQ(ofNotice.theme, u"dark"_qs);
+    EXPECT_TRUE(ofNotice.camera.isEmpty());
+}
+
+TEST(PViewOptionsTest, a_picture_of_the_window_needs_no_notice) {
+    PViewOptions options;
+    ASSERT_TRUE(parse({u"--grab=w.png"_qs}, options).isOk());
+    EXPECT_TRUE(options.hangNoticeCommand().isEmpty());
+}
+
 TEST(PViewOptionsTest, reads_every_option) {
     PViewOptions options;
     ASSERT_TRUE(parse({u"--sdk"_qs,         u"sim"_qs,   u"--scene"_qs,       u"s.json"_qs,
@@ -83,10 +104,10 @@ TEST(PViewOptionsTest, help_names_every_option) {
 
 TEST(PViewOptionsTest,
      starting_again_with_simulated_cameras_keeps_the_options_that_do_not_choose_a_camera) {
-    EXPECT_EQ(PViewOptions::withSimulatedCameras({u"pcdview"_qs, u"a.pcdprofile.json"_qs,
-                                                  u"--sdk"_qs, u"auto"_qs, u"--lang=ru"_qs,
-                                                  u"--scene=a.json"_qs, u"-c"_qs, u"1"_qs,
-                                                  u"--plugin-path"_qs, u"p"_qs, u"--camera"_qs}),
+    EXPECT_EQ(PViewOptions::withSimulatedCameras(
+                  {u"pcdview"_qs, u"a.pcdprofile.json"_qs, u"--sdk"_qs, u"auto"_qs, u"--lang=ru"_qs,
+                   u"--scene=a.json"_qs, u"-c"_qs, u"1"_qs, u"--trace"_qs, u"a.trace"_qs,
+                   u"--trace-frames"_qs, u"--plugin-path"_qs, u"p"_qs, u"--camera"_qs}),
               QStringList({u"a.pcdprofile.json"_qs, u"--lang=ru"_qs, u"--plugin-path"_qs, u"p"_qs,
                            u"--sdk"_qs, u"sim"_qs}));
     EXPECT_EQ(PViewOptions::withSimulatedCameras({u"pcdview"_qs}),
@@ -107,11 +128,15 @@ INSTANTIATE_TEST_SUITE_P(
         BadOptionRow{"a_word_too_many",
                      {u"a.json"_qs, u"picture.png"_qs},
                      "\"picture.png\": expected one profile"},
+        BadOptionRow{"a_notice_of_no_process",
+                     {u"--hang-notice=0"_qs},
+                     "\"0\" is not a value for --hang-notice: expected the number of a process"},
         BadOptionRow{"an_empty_profile", {QString()}, "expected a file"},
         BadOptionRow{"a_profile_and_a_picture_of_the_window",
                      {u"a.json"_qs, u"--grab=a.png"_qs},
                      "\"a.json\" cannot be applied with --grab"},
         BadOptionRow{"an_unknown_option", {u"--fast"_qs}, "fast"},
+        BadOptionRow{"frames_of_no_trace", {u"--trace-frames"_qs}, "expected --trace FILE too"},
         BadOptionRow{"an_unknown_theme", {u"--theme"_qs, u"pink"_qs}, "system, light or dark"},
         BadOptionRow{"an_unknown_language",
                      {u"--lang=xx"_qs},

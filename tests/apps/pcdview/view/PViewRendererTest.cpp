@@ -4,9 +4,13 @@
 #include <apps/pcdview/ViewPictures.h>
 #include <apps/pcdview/view/PViewSampler.h>
 
+#include <PDip/PBufferPool.h>
+
 #include <support/QtPrinters.h>
 #include <support/WaitUntil.h>
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <QThread>
 
 #include <gtest/gtest.h>
@@ -23,6 +27,20 @@ PViewRenderer::Task makeTask(int value, int size = 32) {
             {},
             Qt::blue};
 }
+
+/// Loses the results that are posted to this thread.
+class DeliveryLoss : public QObject {
+public:
+    DeliveryLoss() { QCoreApplication::instance()->installEventFilter(this); }
+    void end() { QCoreApplication::instance()->removeEventFilter(this); }
+    bool eventFilter(QObject*, QEvent* event) override {
+        const bool isResult = event->type() == QEvent::User;
+        lost += isResult ? 1 : 0;
+        return isResult;
+    }
+
+    int lost = 0;
+};
 
 class PViewRendererTest : public testing::Test {
 protected:
@@ -75,6 +93,18 @@ TEST_F(PViewRendererTest, emits_nothing_about_pictures_that_are_to_be_forgotten)
     EXPECT_EQ(canvases.size(), 1u);
 }
 
+TEST_F(PViewRendererTest, does_not_render_what_waited_when_it_was_to_forget_it) {
+    const auto usedBytes = [] { return PBufferPool::instance().statistics().usedBytes; };
+    const std::size_t before = usedBytes();
+    renderer.offer(makeTask(1, 500));
+    renderer.offer(makeTask(2));
+    renderer.forget();
+    ASSERT_TRUE(waitUntil([&] { return usedBytes() == before; }));
+    renderer.offer(makeTask(3));
+    ASSERT_TRUE(waitUntil([this] { return lastValue() == 3; }));
+    EXPECT_EQ(canvases.size(), 1u);
+}
+
 TEST_F(PViewRendererTest, says_of_a_result_that_another_picture_was_offered_meanwhile) {
     std::vector<bool> newest;
     QObject::connect(&renderer, &PViewRenderer::rendered, &renderer,
@@ -83,6 +113,17 @@ TEST_F(PViewRendererTest, says_of_a_result_that_another_picture_was_offered_mean
     renderer.offer(makeTask(2));
     ASSERT_TRUE(waitUntil([&] { return newest.size() == 2; }));
     EXPECT_EQ(newest, (std::vector<bool>{false, true}));
+}
+
+TEST_F(PViewRendererTest, goes_on_with_the_next_picture_if_a_result_is_not_delivered) {
+    DeliveryLoss loss;
+    renderer.offer(makeTask(1));
+    ASSERT_TRUE(waitUntil([&loss] { return loss.lost > 0; }));
+    EXPECT_TRUE(canvases.empty());
+    loss.end();
+    renderer.offer(makeTask(2));
+    renderer.offer(makeTask(3));
+    ASSERT_TRUE(waitUntil([this] { return lastValue() == 3; }));
 }
 
 TEST_F(PViewRendererTest, renders_into_the_memory_of_a_canvas_that_is_given_back) {

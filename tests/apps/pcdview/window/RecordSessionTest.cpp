@@ -24,6 +24,7 @@
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QScopeGuard>
+#include <QSettings>
 #include <QSpinBox>
 #include <QTabBar>
 #include <QTest>
@@ -301,6 +302,22 @@ TEST_F(RecordSessionTest, closing_without_a_question_completes_the_file) {
     EXPECT_GE(QImageReader(recorded()).imageCount(), 5);
     const QByteArray file = readFile(recorded());
     EXPECT_TRUE(file.contains("the program was closed"));
+}
+
+TEST_F(RecordSessionTest,
+       a_signal_while_the_question_is_open_closes_the_window_and_keeps_its_layout) {
+    widget<QComboBox>(u"recordEnd"_qs).setCurrentIndex(2);
+    pressButton();
+    ASSERT_TRUE(waitUntil([this] { return written() >= 5; }));
+    const QSettings settings;
+    EXPECT_FALSE(settings.contains(u"window/geometry"_qs));
+    withNext([this](QMessageBox& question) {
+        window().closeUnasked();
+        question.reject(); // as all event loops end
+    });
+    window().close();
+    EXPECT_FALSE(window().isVisible());
+    EXPECT_TRUE(settings.contains(u"window/geometry"_qs));
 }
 
 TEST_F(RecordSessionTest, a_folder_with_the_number_sign_gets_its_series) {

@@ -15,13 +15,14 @@
 #include <PCd/device/PDevice.h>
 #include <PCd/property/PDeviceProperty.h>
 
+#include <support/PLogCapture.h>
 #include <support/QtPrinters.h>
 
 #include <QAction>
+#include <QApplication>
 #include <QComboBox>
 #include <QDir>
 #include <QDockWidget>
-#include <QGuiApplication>
 #include <QIcon>
 #include <QImage>
 #include <QImageReader>
@@ -29,17 +30,45 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenuBar>
+#include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QSlider>
 #include <QSpinBox>
+#include <QStatusBar>
 #include <QTabBar>
 #include <QTest>
+#include <QTimer>
 
 #include <algorithm>
+#include <functional>
+#include <optional>
+#include <utility>
 
 namespace {
+
+/// Notes a number when the window being made gets its first event.
+class FirstWindowEvent : public QObject {
+public:
+    explicit FirstWindowEvent(std::function<qsizetype()> count)
+        : m_count(std::move(count)) {
+        QCoreApplication::instance()->installEventFilter(this);
+    }
+
+    std::optional<qsizetype> noted() const { return m_noted; }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent*) override {
+        if (!m_noted && qobject_cast<PMainWindow*>(watched) != nullptr)
+            m_noted = m_count();
+        return false;
+    }
+
+private:
+    const std::function<qsizetype()> m_count;
+    std::optional<qsizetype> m_noted;
+};
 
 class SessionTest : public ViewSession {
 protected:
@@ -52,6 +81,27 @@ protected:
         QTest::mousePress(view, Qt::LeftButton, {}, from);
         QTest::mouseMove(view, to);
         QTest::mouseRelease(view, Qt::LeftButton, {}, to);
+    }
+
+    /// The camera owes a still, which does not arrive.
+    void awaitStill() {
+        start({camera()});
+        ASSERT_TRUE(waitForNewFrames());
+        ASSERT_TRUE(hold("cam-1"));
+        key(Qt::Key_S, Qt::ControlModifier);
+    }
+    /// Closes the window, and calls this while the question is open, which must then close on its
+    /// own.
+    void closeDuring(const std::function<void()>& event) {
+        QTimer::singleShot(0, &window(), [event] {
+            const QPointer<QWidget> question = QApplication::activeModalWidget();
+            ASSERT_NE(question, nullptr);
+            event();
+            EXPECT_TRUE(waitUntil([&] { return question.isNull() || !question->isVisible(); }));
+            if (question != nullptr)
+                question->close(); // nothing else would
+        });
+        window().close();
     }
 
     PDeviceProperty& property(const char* id) { return *inFront().device()->getProperty(id); }
@@ -100,6 +150,14 @@ TEST_F(SessionTest, opens_the_first_camera_live_and_says_that_it_is_simulated) {
     EXPECT_TRUE(window().windowTitle().contains(u"Simulated camera"_qs));
     EXPECT_TRUE(window().windowTitle().contains(u"S0001"_qs));
     EXPECT_EQ(sizeShown(), QSize(320, 240));
+}
+
+TEST_F(SessionTest, the_camera_exposes_while_the_window_is_made) {
+    const FirstWindowEvent event([] { return calls(u"Toupcam_StartPushMode"_qs).size(); });
+    start({camera()});
+    ASSERT_TRUE(event.noted());
+    EXPECT_EQ(calls(u"Toupcam_StartPushMode"_qs).size(), *event.noted());
+    EXPECT_TRUE(waitForNewFrames());
 }
 
 TEST_F(SessionTest, desktops_know_the_window_by_name_and_icon) {
@@ -244,6 +302,50 @@ TEST_F(SessionTest, a_still_that_does_not_arrive_before_the_camera_is_unplugged_
               inFront().identity().id + u": No still taken: the camera was unplugged"_qs);
 }
 
+TEST_F(SessionTest, closing_asks_about_stills_that_have_not_arrived_and_logs_their_loss) {
+    start({camera()});
+    ASSERT_TRUE(waitForNewFrames());
+    ASSERT_TRUE(hold("cam-1"));
+    key(Qt::Key_S, Qt::ControlModifier);
+    key(Qt::Key_S, Qt::ControlModifier);
+    const QString id = inFront().identity().id;
+    QString question;
+    const auto answer = [&](QMessageBox::StandardButton button) {
+        question.clear();
+        QTimer::singleShot(0, &window(), [&question, button] {
+            auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            ASSERT_NE(box, nullptr);
+            question = box->text();
+            box->button(button)->click();
+        });
+        window().close();
+    };
+    answer(QMessageBox::No);
+    EXPECT_EQ(question, u"Still pictures that have not arrived yet: 2. Close without them?"_qs);
+    EXPECT_TRUE(window().isVisible());
+    const PLogCapture log;
+    answer(QMessageBox::Yes);
+    EXPECT_FALSE(window().isVisible());
+    end();
+    EXPECT_TRUE(log.contains(id + u": still pictures that had not arrived: 2"_qs));
+}
+
+TEST_F(SessionTest,
+       a_still_that_arrives_while_the_question_is_open_is_saved_and_the_window_closes) {
+    ASSERT_NO_FATAL_FAILURE(awaitStill());
+    closeDuring([this] { emit inFront().snapshotTaken(inFront().frame()); });
+    EXPECT_FALSE(window().isVisible());
+    EXPECT_EQ(captures().size(), 1);
+}
+
+TEST_F(SessionTest, a_still_that_cannot_arrive_any_more_keeps_the_window_that_says_so) {
+    ASSERT_NO_FATAL_FAILURE(awaitStill());
+    closeDuring([] { EXPECT_TRUE(unplug("cam-1")); });
+    EXPECT_TRUE(window().isVisible());
+    EXPECT_EQ(window().statusBar()->currentMessage(),
+              inFront().identity().id + u": No still taken: the camera was unplugged"_qs);
+}
+
 TEST_F(SessionTest, nothing_is_reported_of_a_still_that_has_arrived_when_the_camera_is_unplugged) {
     start({camera()});
     ASSERT_TRUE(waitForNewFrames());
@@ -354,7 +456,9 @@ TEST_F(SessionTest, zeros_of_a_lost_cable_are_not_what_is_restored) {
     property("autoexpottime").setValue(7000u);
     ASSERT_TRUE(waitForNewFrames());
     fail("Toupcam_get_ExpoTime", 1); // the cable is out, which is not noticed yet
-    ASSERT_TRUE(waitUntil([this] { return property("autoexpottime").valueInner() == 0u; }));
+    const qsizetype before = calls(u"Toupcam_get_ExpoTime"_qs).size();
+    ASSERT_TRUE(waitUntil([&] { return calls(u"Toupcam_get_ExpoTime"_qs).size() > before + 1; }));
+    EXPECT_EQ(property("autoexpottime").valueInner(), 7000u); // not the zero of a failed reading
     ASSERT_TRUE(unplug("cam-1"));
     ASSERT_TRUE(waitUntil([this] { return inFront().state() == PViewCamera::State::Unplugged; }));
     ASSERT_TRUE(plug("cam-1"));

@@ -34,6 +34,8 @@ ViewSession::ViewSession() {
     QCoreApplication::setApplicationName(u"pcdview"_qs);
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, path(u"settings"_qs));
     PCaptureFolder::setPath(captureFolder());
+    // A call that takes long because the machine is busy is not to be reported.
+    qputenv("PCD_CALL_SECONDS", "3600");
 }
 
 ViewSession::~ViewSession() {
