@@ -9,7 +9,10 @@
 #include <apps/pcdview/window/camera/PCameraTabs.h>
 #include <apps/pcdview/window/main/PMainWindow.h>
 
+#include <toupcam/sim/api/toupcamsim.h>
+
 #include <QAction>
+#include <QCoreApplication>
 #include <QDir>
 #include <QEventLoop>
 #include <QJsonArray>
@@ -19,6 +22,8 @@
 #include <QSettings>
 #include <QStorageInfo>
 #include <QTimer>
+
+#include <dlfcn.h>
 
 #include <stdexcept>
 
@@ -88,6 +93,23 @@ qint64 bytesIn(const QString& folder) {
     return bytes;
 }
 
+/// What a camera has counted since its stream began.
+struct CameraCounts {
+    unsigned long long due = 0;
+    unsigned long long delivered = 0;
+};
+
+/// Asks the simulated SDK, which the program has loaded at run time.
+CameraCounts readCounts(const QString& camera) {
+    static void* const sdk = dlopen(qgetenv("TOUPCAM_LIBRARY").constData(), RTLD_NOW | RTLD_NOLOAD);
+    static const auto read = reinterpret_cast<decltype(&ToupcamSim_frameCount)>(
+        sdk == nullptr ? nullptr : dlsym(sdk, "ToupcamSim_frameCount"));
+    CameraCounts counts;
+    if (read == nullptr || read(qPrintable(camera), &counts.due, &counts.delivered) == 0)
+        complain(u"the simulated camera does not count"_qs);
+    return counts;
+}
+
 /// The window's message about the recording.
 QString findOutcome(const QWidget& window) {
     const auto* const text = window.findChild<QLabel*>(u"recordText"_qs);
@@ -108,6 +130,13 @@ bool runUntil(const std::function<bool()>& predicate, std::chrono::milliseconds 
     late.start(deadline);
     look.start(lookEveryMs);
     return loop.exec() == 0;
+}
+
+void Viewer::prepareProgram() {
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QCoreApplication::setOrganizationName(u"pcd"_qs);
+    QCoreApplication::setApplicationName(u"pcdview"_qs);
 }
 
 Viewer::Viewer(int frames)
@@ -145,6 +174,7 @@ PViewCamera& Viewer::camera() const {
 
 void Viewer::show(const Sensor& sensor) {
     expect(tabs().open(u"Simulated-"_qs + sensor.name));
+    m_shown = sensor.name;
     if (camera().state() != PViewCamera::State::Live) // the first time, opening has started it
         expect(camera().setLive(true));
     const quint64 before = producedFrames();
@@ -178,4 +208,15 @@ void Viewer::removeRecording() {
 
 quint64 Viewer::producedFrames() const {
     return camera().ledger().produced;
+}
+
+quint64 Viewer::lostFrames() const {
+    const auto before = readCounts(m_shown).delivered;
+    // Right after a frame was delivered none is due, which may still be delivered.
+    CameraCounts now;
+    waitFor(u"a frame"_qs, [&] {
+        now = readCounts(m_shown);
+        return now.delivered > before;
+    });
+    return now.due - now.delivered;
 }

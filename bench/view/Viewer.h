@@ -29,6 +29,10 @@ public:
         int framesASecond = 30;
     };
 
+    /// The first call of a program with it, before there is an application: the viewer's name for
+    /// the settings, and no display unless the environment names one.
+    static void prepareProgram();
+
     /// Shows the window, without a live picture. `frames`: what record() records. With room for
     /// some gigabytes of recordings the folder is in memory.
     explicit Viewer(int frames = 1);
@@ -49,6 +53,9 @@ public:
     void removeRecording();
     /// The number of frames that the camera that is shown has made since it was opened.
     quint64 producedFrames() const;
+    /// The number of frames that fell due at that camera since its live picture was started, and
+    /// that it could not deliver, because the callback with an earlier one had not returned yet.
+    quint64 lostFrames() const;
 
 private:
     PCameraTabs& tabs() const;
@@ -56,5 +63,6 @@ private:
 
     QTemporaryDir m_folder;
     const int m_frames;
+    QString m_shown; ///< the camera's id in the SDK
     std::unique_ptr<PViewProgram> m_program;
 };

@@ -5,7 +5,6 @@
 
 #include <QApplication>
 
-#include <cmath>
 #include <memory>
 
 // The viewer while it records every frame of a camera of 20 megapixels and 30 frames a second, with
@@ -18,8 +17,6 @@ constexpr double framesASecond = 30;
 constexpr int framesForStall = 30;
 constexpr int framesForLoss = 100;
 
-using Clock = std::chrono::steady_clock;
-
 double measureStall(Viewer& viewer) {
     viewer.show(Viewer::large());
     StallProbe probe;
@@ -30,19 +27,16 @@ double measureStall(Viewer& viewer) {
     return late.longest();
 }
 
-/// The frames that fell due during a recording, and that the camera did not make because it was
-/// kept waiting.
+/// The frames that fell due during a recording, and that the camera could not deliver because it
+/// was kept waiting.
 double countLost(Viewer& viewer) {
     viewer.show(Viewer::large());
-    const quint64 before = viewer.producedFrames();
-    const Clock::time_point begin = Clock::now();
+    const quint64 before = viewer.lostFrames();
     viewer.record();
-    const std::chrono::duration<double> taken = Clock::now() - begin;
-    const double made = double(viewer.producedFrames() - before);
+    const quint64 lost = viewer.lostFrames() - before;
     viewer.pause();
     viewer.removeRecording();
-    // Up to one frame is due at any moment.
-    return std::max(std::floor(taken.count() * framesASecond - made), 0.0);
+    return double(lost);
 }
 
 FigurePair prepareStall() {
@@ -58,11 +52,8 @@ FigurePair prepareLoss() {
 } // namespace
 
 int main(int argc, char* argv[]) {
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    Viewer::prepareProgram();
     const QApplication application(argc, argv);
-    QApplication::setOrganizationName(u"pcd"_qs);
-    QApplication::setApplicationName(u"pcdview"_qs);
     FigureProgram::add({"view/stall-recording", "longest stall while every frame is recorded",
                         "one frame period", "ms", 0.7, Figure::Bound::Ratio, turns},
                        prepareStall);

@@ -55,11 +55,8 @@ FigurePair prepareStall() {
 } // namespace
 
 int main(int argc, char* argv[]) {
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    Viewer::prepareProgram();
     const TimedApplication application(argc, argv);
-    QApplication::setOrganizationName(u"pcd"_qs);
-    QApplication::setApplicationName(u"pcdview"_qs);
     FigureProgram::add({"view/paint-20MP", "painting a live frame of 20 megapixels",
                         "painting one of 1 megapixel", "ms", 1.3, Figure::Bound::Ratio, turns},
                        preparePainting(Viewer::large()));
