@@ -125,6 +125,15 @@ class BuiltExamples:
         printed = self.run_example("qt-host", "--grab", self.here / "no" / "no.tif", code=1)
         self.assertIn("qt-host: cannot write", printed)
 
+    def test_the_window_ends_if_its_camera_goes_before_the_first_picture(self):
+        faults = [{"do": "lose", "camera": "bench-1", "probability": 1.0},
+                  {"do": "unplug", "camera": "bench-1", "afterFrames": 5}]
+        picture = self.here / "no.tif"
+        printed = self.run_example("qt-host", "--grab", picture, code=1,
+                                   TOUPCAM_SIM_SCENE=self.scene("faults.json", faults))
+        self.assertIn(f"qt-host: {CAMERA} was unplugged", printed)
+        self.assertFalse(picture.exists())
+
     def test_the_window_follows_its_camera(self):
         # The first of the times after it was unplugged, however long opening takes.
         faults = [{"do": "unplug", "camera": "bench-1", "afterFrames": 5},

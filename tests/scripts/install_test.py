@@ -28,6 +28,11 @@ class InstallTest(unittest.TestCase):
         run(PREFIX / "bin" / "pcdctl", "--sdk", "sim", "snap", "-o", picture)
         self.assertGreater(picture.stat().st_size, 0)
 
+    def test_a_traced_command_is_replayed(self):
+        trace = self.folder / "list.trace"
+        listed = run(PREFIX / "bin" / "pcdctl", "--sdk", "sim", "list", "--trace", trace)
+        self.assertIn(listed, run(PREFIX / "bin" / "pcdctl", "replay", trace))
+
     def test_the_viewer_shows_a_picture(self):
         picture = self.folder / "window.png"
         run(PREFIX / "bin" / "pcdview", "--sdk", "sim", "--grab", picture)
@@ -51,7 +56,9 @@ class InstallTest(unittest.TestCase):
         self.assertEqual([library.stem for library in libraries],
                          ["libPCd", "libPCdGui", "libPCore", "libPDip", "libPGui", "libPLog"])
         modules = [PREFIX / "lib/pcd/plugins/libPTDevice.so",
-                   PREFIX / "lib/pcd/sim/libtoupcam.so"]
+                   PREFIX / "lib/pcd/sim/libtoupcam.so",
+                   PREFIX / "lib/pcd/trace/libtoupcam.so",
+                   PREFIX / "lib/pcd/replay/libtoupcam.so"]
         programs = [PREFIX / "bin" / name for name in ("pcdctl", "pcdview")]
         for file in (*libraries, *modules, *programs):
             dynamic = run("readelf", "--dynamic", file)
