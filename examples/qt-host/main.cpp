@@ -75,7 +75,7 @@ private:
         setWindowTitle(m_id);
         for (const PDeviceMode& mode : m_camera->getSupportModes())
             m_modes->addItem(mode.name);
-        m_modes->setCurrentText(m_camera->getCurrentMode().name);
+        m_modes->setCurrentText(m_camera->reportedMode().name);
         const PStatus linked = m_camera->link();
         m_panel = new PDevicePanel(m_camera);
         m_splitter->addWidget(m_panel);
@@ -99,7 +99,7 @@ private:
     void setMode(int index) {
         const PStatus set = m_camera->setMode(m_camera->getSupportModes().value(index));
         statusBar()->showMessage(set.reason(), 5000);
-        m_modes->setCurrentText(m_camera->getCurrentMode().name);
+        m_modes->setCurrentText(m_camera->reportedMode().name);
     }
 
     PDeviceManager& m_manager;
@@ -132,10 +132,17 @@ int main(int argc, char* argv[]) {
     const bool isGrab = parser.isSet("grab");
     if (isGrab && window.camera() == nullptr)
         return 1;
-    if (isGrab)
+    if (isGrab) {
         QObject::connect(window.camera(), &PDevice::imageChanged, &window, &QWidget::close);
-    QApplication::exec();
-    if (!isGrab || window.grab().save(parser.value("grab")))
+        QObject::connect(&manager, &PDeviceManager::deviceRemoved, &window, [&window] {
+            if (window.camera() == nullptr)
+                QApplication::exit(1); // it went before its first picture
+        });
+    }
+    const int code = QApplication::exec();
+    if (code != 0 || !isGrab)
+        return code;
+    if (window.grab().save(parser.value("grab")))
         return 0;
     qCritical("qt-host: cannot write \"%s\"", qPrintable(parser.value("grab")));
     return 1;
