@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <PCdPlugins/PTDevice/PTPixelSwap.h>
 
+#include <PDip/PProcessor.h>
+
 #include <QtEndian>
 
 #include <cstring>
@@ -12,9 +14,7 @@
 namespace {
 
 constexpr std::size_t pixelBytes = 4;
-// Processors read ahead on their own, but only to the end of a page; this far, memory is never
-// idle.
-constexpr std::size_t aheadBytes = 4096;
+constexpr std::size_t aheadBytes = 4096; // a page
 
 /// The pixels in a line of the processor's cache. Compilers split it into registers.
 using Line = quint32 __attribute__((vector_size(64)));
@@ -52,11 +52,15 @@ __attribute__((target("avx2"))) void swapEight(unsigned char* pixels) {
     _mm256_storeu_si256(place, _mm256_shuffle_epi8(_mm256_loadu_si256(place), order));
 }
 
+/// Two lines at a time; isAhead says whether they are requested in advance.
+template <bool isAhead>
 __attribute__((target("avx2"))) void swapInEights(unsigned char* pixels, std::size_t count) {
     constexpr std::size_t step = 2 * linePixels;
     for (; count >= step; count -= step, pixels += 2 * sizeof(Line)) {
-        __builtin_prefetch(pixels + aheadBytes, 1);
-        __builtin_prefetch(pixels + aheadBytes + sizeof(Line), 1);
+        if (isAhead) {
+            __builtin_prefetch(pixels + aheadBytes, 1);
+            __builtin_prefetch(pixels + aheadBytes + sizeof(Line), 1);
+        }
         for (std::size_t i = 0; i < step; i += 8)
             swapEight(pixels + i * pixelBytes);
     }
@@ -68,8 +72,11 @@ __attribute__((target("avx2"))) void swapInEights(unsigned char* pixels, std::si
 std::vector<PTPixelSwap::Swap> findWays() {
     std::vector<PTPixelSwap::Swap> ways{swapInLines};
 #if defined(__x86_64__)
-    if (__builtin_cpu_supports("avx2"))
-        ways.push_back(swapInEights);
+    if (PProcessor::hasAvx2()) {
+        const bool isAheadBest = PProcessor::stopsReadingAtPages();
+        ways.push_back(isAheadBest ? swapInEights<false> : swapInEights<true>);
+        ways.push_back(isAheadBest ? swapInEights<true> : swapInEights<false>);
+    }
 #endif
     return ways;
 }
