@@ -59,15 +59,19 @@ def write_figures(path, facts, figures):
 
 
 def measure(programs, pattern):
-    """The figures of all programs."""
-    figures = []
+    """The figures of all programs, and what could not be measured, as texts."""
+    figures, failures = [], []
     for program in programs:
         print(f"{program.name} ...", file=sys.stderr, flush=True)
-        figures += [figure_of(row) for row in rows_of(program, pattern)]
-    if not figures:
+        for row in rows_of(program, pattern):
+            try:
+                figures.append(figure_of(row))
+            except FigureError as error:
+                failures.append(str(error))
+    if not figures and not failures:
         raise InputError(f"--filter {pattern}: matches no figure" if pattern
                          else "the programs reported no figures")
-    return figures
+    return figures, failures
 
 
 def draw(growth, folder):
@@ -84,7 +88,10 @@ def run(root, options):
     before = read_figures(options.compare) if options.compare else None
     facts = machine()  # before anything loads it
     programs, growth = programs_in(options.build or build(root))
-    figures = measure(programs, options.filter)
+    figures, failures = measure(programs, options.filter)
+    if failures:  # an earlier file stays: this run is not whole
+        print("\n".join(table(figures)))
+        raise FigureError("\nscripts/bench: ".join(failures))
     write_figures(options.output or root / RESULTS, facts, figures)
     print("\n".join(table(figures)))
     if before is not None:

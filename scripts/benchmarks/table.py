@@ -40,7 +40,7 @@ def table(figures):
     """The figures as lines, and what each compares."""
     yield from aligned([COLUMNS, *map(cells, figures)])
     yield ""
-    width = max(len(figure.name) for figure in figures)
+    width = max((len(figure.name) for figure in figures), default=0)
     for figure in figures:
         against = f", against: {figure.against}" if figure.against else ""
         yield f"{figure.name:<{width}}  {figure.what}{against}"

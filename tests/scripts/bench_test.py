@@ -148,6 +148,18 @@ class BenchTest(unittest.TestCase):
                 self.assertIn(words, result.stderr)
                 self.assertFalse(self.output.exists())
 
+    def test_what_was_measured_is_shown_although_something_else_could_not_be(self):
+        failed = {**row("lost", 1, None, 0), "error_occurred": True, "error_message": "disk full"}
+        self.add_program("bench_a", [failed, row("copy", 1, 1, 2)], 1)
+        self.add_program("bench_b", [row("start", 1, 1, 2)])
+        self.output.write_text("earlier", encoding="utf-8")
+        result = self.run_bench()
+        self.assertEqual(result.returncode, 3)
+        self.assertIn("lost: disk full", result.stderr)
+        self.assertEqual(self.line(result, "copy")[-1], "yes")
+        self.assertEqual(self.line(result, "start")[-1], "yes")
+        self.assertEqual(self.output.read_text(encoding="utf-8"), "earlier")
+
     def test_a_folder_without_programs_is_an_error(self):
         result = self.run_bench()
         self.assertEqual(result.returncode, 3)
