@@ -6,6 +6,8 @@
 #include <PCd/frame/PCdDipUtils.h>
 #include <PCd/property/PDevicePropertyGroup.h>
 
+#include <QTimer>
+
 #include <cstring>
 
 namespace {
@@ -34,6 +36,8 @@ LabDevice::~LabDevice() {
 bool LabDevice::tryStartStream() {
     m_isEnding = false;
     m_thread = std::thread(&LabDevice::produce, this);
+    if (m_filter == labFilterOfSelfDeletion)
+        QTimer::singleShot(5 * pace, this, [this] { delete this; });
     return true;
 }
 
@@ -106,7 +110,7 @@ QList<PDeviceProperty*> LabDevice::getSupportProperties() {
         withRole(new LabInteger("join", title("Join"), {1, 2, 1}, m_join), PRole::Binning),
         withRole(new LabWindow("window", title("Window"), sensor, m_window, m_mutex),
                  PRole::Region),
-        new LabInteger("filter", title("Filter"), {1, 6, 1}, m_filter),
+        new LabInteger("filter", title("Filter"), {1, 7, 1}, m_filter),
         heat};
 }
 

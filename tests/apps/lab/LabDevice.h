@@ -12,6 +12,8 @@
 
 /// With this value of the property "filter" there is no memory for frames.
 constexpr int labFilterWithoutMemory = 6;
+/// With this one the device deletes itself soon after its stream has started, as no plugin should.
+constexpr int labFilterOfSelfDeletion = 7;
 
 /// A camera as different from those of the simulated SDK as the contract allows: other ids, times
 /// in seconds, gain in decibels, only plain properties, no trigger, and its own thread for frames.

@@ -99,4 +99,15 @@ TEST_F(OtherCamera, whose_frames_find_no_memory_is_not_said_to_send_none) {
     }
 }
 
+TEST_F(OtherCamera, that_its_plugin_deletes_while_it_streams_counts_as_unplugged) {
+    for (const QStringList& command :
+         {QStringList{u"stream"_qs, u"--frames=100000"_qs},
+          QStringList{u"record"_qs, u"--frames=100000"_qs, u"-o"_qs, path(u"a.ome.tif"_qs)}}) {
+        const CtlResult result = runOther(command + QStringList{u"--set"_qs, u"filter=7"_qs});
+        EXPECT_EQ(result.exitCode, 1);
+        EXPECT_TRUE(result.errors.contains(u"camera Lab-L7 was unplugged"_qs))
+            << result.errors.toStdString();
+    }
+}
+
 } // namespace

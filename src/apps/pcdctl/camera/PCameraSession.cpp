@@ -51,6 +51,8 @@ PCameraSession::PCameraSession(PDeviceManager& manager, PDevice* device)
         m_lastLedger = m_device->frameLedger();
         m_device = nullptr;
     });
+    // Nothing removes a device that its plugin deletes.
+    connect(device, &QObject::destroyed, this, [this] { m_device = nullptr; });
 }
 
 PCameraSession::~PCameraSession() {

@@ -8,6 +8,7 @@
 #include <PCore/PStatus.h>
 
 #include <QObject>
+#include <QPointer>
 #include <QSet>
 #include <QTimer>
 
@@ -48,7 +49,7 @@ private:
     void restoreExposure(PDevice& device, PDeviceProfileReport& report) const;
     void restoreValue(PDevice& device, PRole role, PDeviceProfileReport& report) const;
 
-    PDevice* m_device = nullptr;
+    QPointer<PDevice> m_device;
     PDeviceProfileValues m_values;
     bool m_isModeRead = false;            ///< the mode in them is the present one
     QSet<QByteArray> m_held;              ///< of what was not restored, "mode" among them

@@ -59,6 +59,8 @@ void PViewCamera::leaveDevice() {
     m_memory.release();
     m_isTriggered = false;
     m_isRunning = false;
+    if (m_device == nullptr) // deleted, with its connections
+        return;
     disconnect(m_device, nullptr, this, nullptr);
     if (PDeviceProperty* const capture = PCaptureMode::property(*m_device))
         disconnect(capture, nullptr, this, nullptr);
@@ -118,13 +120,14 @@ void PViewCamera::connectDevice() {
     connect(m_device, &PDevice::imageChanged, this, &PViewCamera::countFrame);
     connect(m_device, &PDevice::snapshotTaken, this, &PViewCamera::takePicture);
     connect(m_device, &PDevice::modeChanged, this, &PViewCamera::modeChanged);
+    // Nothing removes a device that its plugin deletes.
+    connect(m_device, &QObject::destroyed, this, &PViewCamera::detach);
 }
 
 void PViewCamera::detach() {
-    if (m_device != nullptr) {
+    if (m_device != nullptr)
         m_lastLedger = m_device->frameLedger();
-        leaveDevice();
-    }
+    leaveDevice();
     m_stateWithoutDevice = State::Unplugged;
     m_pace.reset();
     emit stateChanged();

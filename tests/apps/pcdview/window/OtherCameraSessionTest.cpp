@@ -132,3 +132,9 @@ TEST_F(OtherCameraSessionTest, gives_it_its_settings_back_when_it_is_plugged_in_
     EXPECT_EQ(value("window").toRect(), QRect(20, 40, 80, 60));
     EXPECT_TRUE(shows("exposure", u"20 ms, gain 3.981"_qs));
 }
+
+TEST_F(OtherCameraSessionTest, lets_a_camera_go_that_its_plugin_deletes) {
+    delete inFront().device();
+    EXPECT_TRUE(waitUntil([this] { return inFront().state() == PViewCamera::State::Unplugged; }));
+    EXPECT_EQ(inFront().device(), nullptr);
+}
