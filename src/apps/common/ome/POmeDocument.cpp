@@ -16,6 +16,15 @@ QString legal(QString text) {
     return text;
 }
 
+/// The channels of a colour picture: red, green, blue and alpha in a signed number, as the schema
+/// has it (type Color).
+struct ChannelColour {
+    const char* name;
+    int value;
+};
+constexpr ChannelColour channelColours[]{
+    {"Red", int(0xff0000ff)}, {"Green", 0x00ff00ff}, {"Blue", 0x0000ffff}};
+
 /// Writes the elements in the order of the schema.
 class Writer {
 public:
@@ -102,14 +111,20 @@ private:
         attribute("DimensionOrder", u"XYCZT"_qs);
         attribute("Type", u"uint8"_qs);
         attribute("SignificantBits", std::size_t(8));
-        attribute("Interleaved", m_document.samples > 1 ? u"true"_qs : u"false"_qs);
+        attribute("Interleaved", samplesOfPlane() > 1 ? u"true"_qs : u"false"_qs);
         attribute("BigEndian", u"false"_qs);
         writeSizes();
-        writeChannel();
-        writeTiffData();
+        for (int channel = 0; channel < planesOfPicture(); ++channel)
+            writeChannel(channel);
+        if (m_document.storage == POmeDocument::Storage::Tiff)
+            writeTiffData();
+        else
+            m_xml.writeEmptyElement(u"MetadataOnly"_qs);
         const std::size_t described = m_isFinished ? m_document.planes.size() : 1;
-        for (std::size_t i = 0; i < std::min(described, m_document.planes.size()); ++i)
-            writePlane(i, m_document.planes[i]);
+        for (std::size_t i = 0; i < std::min(described, m_document.planes.size()); ++i) {
+            for (int channel = 0; channel < planesOfPicture(); ++channel)
+                writePlane(i, channel, m_document.planes[i]);
+        }
         end();
     }
 
@@ -126,10 +141,19 @@ private:
         attribute("PhysicalSizeY", m_document.pixelSizeUm, "PhysicalSizeYUnit", u"µm"_qs);
     }
 
-    void writeChannel() {
+    int planesOfPicture() const {
+        return m_document.storage == POmeDocument::Storage::Tiff ? 1 : m_document.samples;
+    }
+    int samplesOfPlane() const { return m_document.samples / planesOfPicture(); }
+
+    void writeChannel(int channel) {
         start("Channel");
-        attribute("ID", u"Channel:0:0"_qs);
-        attribute("SamplesPerPixel", std::size_t(m_document.samples));
+        attribute("ID", u"Channel:0:%1"_qs.arg(channel));
+        attribute("SamplesPerPixel", std::size_t(samplesOfPlane()));
+        if (planesOfPicture() > 1) {
+            attribute("Name", QString::fromLatin1(channelColours[channel].name));
+            attribute("Color", QString::number(channelColours[channel].value));
+        }
         start("DetectorSettings");
         attribute("ID", u"Detector:0"_qs);
         if (m_document.exposure.gain)
@@ -160,11 +184,11 @@ private:
         }
     }
 
-    void writePlane(std::size_t index, const POmePlane& plane) {
+    void writePlane(std::size_t index, int channel, const POmePlane& plane) {
         start("Plane");
         attribute("TheZ", std::size_t(0));
         attribute("TheT", index);
-        attribute("TheC", std::size_t(0));
+        attribute("TheC", std::size_t(channel));
         attribute("DeltaT", std::optional(plane.seconds), "DeltaTUnit", u"s"_qs);
         attribute("ExposureTime", plane.exposureMs, "ExposureTimeUnit", u"ms"_qs);
         end();

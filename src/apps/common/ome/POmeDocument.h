@@ -11,15 +11,19 @@
 #include <optional>
 #include <vector>
 
-/// The metadata of one picture of a stack.
+/// The metadata of one picture of a recording.
 struct POmePlane {
     double seconds = 0; ///< since the first picture
     std::optional<double> exposureMs;
 };
 
-/// The content of a stack's OME-XML (schema 2016-06, www.openmicroscopy.org/Schemas). All pictures
-/// are of one camera and one size. A value type; any thread.
+/// The content of a recording's OME-XML (schema 2016-06, www.openmicroscopy.org/Schemas). All
+/// pictures are of one camera and one size. A value type; any thread.
 struct POmeDocument {
+    /// Where the pixels are: in the file that also has the document, a colour picture as one plane
+    /// of three samples; or in a Zarr array beside it, as a plane for each colour.
+    enum class Storage { Tiff, Zarr };
+
     QString creator; ///< the program
     QString name;    ///< of the recording
     PCameraIdentity camera;
@@ -31,7 +35,8 @@ struct POmeDocument {
     std::optional<double> pixelSizeUm;       ///< on the specimen, of a pixel as saved
     std::optional<double> sensorTemperature; ///< degrees Celsius
     PPictureMetadata notes;                  ///< what the schema has no field for
-    std::vector<POmePlane> planes;
+    std::vector<POmePlane> planes;           ///< one for each picture, whatever its colours
+    Storage storage = Storage::Tiff;
 
     /// The whole document, as UTF-8.
     QByteArray toXml() const;

@@ -61,10 +61,11 @@ PPictureMetadata POmeNotes::ofCamera(const PFrameStamp& first) const {
     return pictureMetadata(m_camera, &first);
 }
 
-PPictureMetadata POmeNotes::unfinished(const PFrameStamp& first) const {
+PPictureMetadata POmeNotes::unfinished(const PFrameStamp& first, const QString& times) const {
     PPictureMetadata notes = ofCamera(first);
-    notes.append({u"Complete"_qs, u"no: the recording was cut short, and the times of its frames "
-                                  "are in the description of each"_qs});
+    notes.append(
+        {u"Complete"_qs,
+         u"no: the recording was cut short, and the times of its frames are in %1"_qs.arg(times)});
     return notes;
 }
 

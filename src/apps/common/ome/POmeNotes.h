@@ -15,8 +15,9 @@ public:
     /// Adds a frame that has been written.
     void add(const PFrameStamp& stamp);
 
-    /// The notes known when the first frame is written.
-    PPictureMetadata unfinished(const PFrameStamp& first) const;
+    /// The notes known when the first frame is written. `times`: where a reader finds the times of
+    /// the frames if the recording is cut short.
+    PPictureMetadata unfinished(const PFrameStamp& first, const QString& times) const;
     /// The complete notes at the end.
     PPictureMetadata finished(const PRecordEnd& end) const;
 

@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/ome/POmeStackWriter.h>
 
-#include <apps/common/program/PProgramName.h>
 #include <apps/common/tiff/PPackedRows.h>
-
-#include <QFileInfo>
 
 #include <algorithm>
 
@@ -33,8 +30,8 @@ QByteArray toText(const PFrameStamp& stamp) {
 
 POmeStackWriter::POmeStackWriter(const Options& options)
     : m_options(options)
-    , m_notes(options.camera) {
-    m_document.creator = PProgramName::withVersion();
+    , m_description({options.path, options.camera, options.names, options.pixelSizeUm,
+                     options.sensorTemperature}) {
 }
 
 QStringList POmeStackWriter::endings() {
@@ -58,42 +55,25 @@ PStatus POmeStackWriter::write(const PDeviceFrame& frame, quint64) {
     const QImage picture = frame.image.toQImage();
     if (!m_stack.isOpen())
         return begin(frame, picture);
-    if (m_document.planes.size() >= m_options.mostFrames)
+    if (m_description.frames() >= m_options.mostFrames)
         return failure(tr("one file holds no more than %1 frames").arg(m_options.mostFrames));
-    return fitsInto(picture) ? append(frame, picture)
-                             : failure(tr("frame %1 differs in size or format from the first frame")
-                                           .arg(frame.stamp->sequence));
+    return m_description.fits(picture)
+               ? append(frame, picture)
+               : failure(tr("frame %1 differs in size or format from the first frame")
+                             .arg(frame.stamp->sequence));
 }
 
 PStatus POmeStackWriter::begin(const PDeviceFrame& frame, const QImage& picture) {
     const PStatus made = m_stack.create(m_options.path, sizeFor(picture, m_options.frames));
-    if (!made.isOk())
-        return failure(made.reason());
-    m_start = frame.stamp->arrived;
-    m_document.name = QFileInfo(m_options.path).fileName();
-    m_document.camera = m_options.camera;
-    m_document.width = picture.width();
-    m_document.height = picture.height();
-    m_document.samples = PPackedRows::sampleCount(picture);
-    m_document.taken = frame.stamp->arrivedUtc;
-    m_document.exposure = PFrameExposure::of(*frame.stamp->settings, m_options.names);
-    m_document.pixelSizeUm = m_options.pixelSizeUm;
-    m_document.sensorTemperature = m_options.sensorTemperature;
-    return append(frame, picture);
-}
-
-bool POmeStackWriter::fitsInto(const QImage& picture) const {
-    return picture.width() == m_document.width && picture.height() == m_document.height &&
-           PPackedRows::sampleCount(picture) == m_document.samples;
+    return made.isOk() ? append(frame, picture) : failure(made.reason());
 }
 
 PStatus POmeStackWriter::append(const PDeviceFrame& frame, const QImage& picture) {
-    const bool isFirst = m_document.planes.empty();
-    m_document.planes.push_back(toPlane(*frame.stamp));
+    m_description.add(*frame.stamp, picture);
     QByteArray text = toText(*frame.stamp);
-    if (isFirst) {
-        m_document.notes = m_notes.unfinished(*frame.stamp);
-        const POmeDocument::Unfinished unfinished = m_document.toUnfinishedXml();
+    if (m_description.frames() == 1) {
+        const POmeDocument::Unfinished unfinished =
+            m_description.toUnfinishedXml(*frame.stamp, u"the description of each"_qs);
         text = unfinished.xml;
         m_countPosition = unfinished.countPosition;
     }
@@ -101,25 +81,19 @@ PStatus POmeStackWriter::append(const PDeviceFrame& frame, const QImage& picture
         picture, text,
         PPictureTags::of(m_options.camera, frame.stamp.get(), m_options.pixelSizeUm));
     if (!status.isOk()) {
-        m_document.planes.pop_back();
+        m_description.removeLast();
         return failure(status.reason());
     }
-    m_notes.add(*frame.stamp);
+    m_description.noteWritten(*frame.stamp);
     status = m_stack.overwriteDescription(m_countPosition,
-                                          POmeDocument::countText(m_document.planes.size()));
+                                          POmeDocument::countText(m_description.frames()));
     return status.isOk() ? status : failure(status.reason());
 }
 
-POmePlane POmeStackWriter::toPlane(const PFrameStamp& stamp) const {
-    const std::chrono::duration<double> since = stamp.arrived - m_start;
-    return {since.count(), PFrameExposure::of(*stamp.settings, m_options.names).milliseconds};
-}
-
 PStatus POmeStackWriter::finish(const PRecordEnd& end) {
-    if (m_document.planes.empty())
+    if (m_description.frames() == 0)
         return PStatus::Ok; // and no file
-    m_document.notes = m_notes.finished(end);
-    const PStatus described = m_stack.replaceDescription(m_document.toXml());
+    const PStatus described = m_stack.replaceDescription(m_description.toFinishedXml(end));
     const PStatus closed = m_stack.close();
     // Damage by another program, after which the text cannot be replaced either.
     if (!closed.isOk())

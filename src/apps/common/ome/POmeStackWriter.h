@@ -3,8 +3,7 @@
 
 #include <QCoreApplication>
 
-#include <apps/common/camera/PSettingNames.h>
-#include <apps/common/ome/POmeNotes.h>
+#include <apps/common/ome/POmeDescription.h>
 #include <apps/common/record/PFrameWriter.h>
 #include <apps/common/tiff/PTiffStack.h>
 
@@ -46,13 +45,9 @@ private:
     PStatus begin(const PDeviceFrame& frame, const QImage& picture);
     PStatus append(const PDeviceFrame& frame, const QImage& picture);
     PStatus failure(const QString& reason) const;
-    bool fitsInto(const QImage& picture) const;
-    POmePlane toPlane(const PFrameStamp& stamp) const;
 
     const Options m_options;
     PTiffStack m_stack;
-    POmeDocument m_document;
-    POmeNotes m_notes;
+    POmeDescription m_description;
     qsizetype m_countPosition = 0; ///< in the unfinished document
-    std::chrono::steady_clock::time_point m_start;
 };

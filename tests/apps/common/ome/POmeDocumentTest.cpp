@@ -64,6 +64,45 @@ TEST(OmeDocument, a_grey_picture_has_one_channel_of_one_sample) {
     EXPECT_EQ(xml.attribute("Channel", "SamplesPerPixel"), u"1"_qs);
 }
 
+TEST(OmeDocument, in_zarr_each_colour_is_a_channel_and_a_plane_of_its_own) {
+    POmeDocument document = colourRecording();
+    document.storage = POmeDocument::Storage::Zarr;
+    const OmeXml xml = finished(document);
+    EXPECT_EQ(xml.complaints(), QString());
+    EXPECT_EQ(xml.attribute("Pixels", "SizeC"), u"3"_qs);
+    EXPECT_EQ(xml.attribute("Pixels", "Interleaved"), u"false"_qs);
+    EXPECT_EQ(xml.elements("TiffData").size(), 0);
+    EXPECT_EQ(xml.elements("MetadataOnly").size(), 1);
+    const auto channels = xml.elements("Channel");
+    ASSERT_EQ(channels.size(), 3);
+    const QStringList names{u"Red"_qs, u"Green"_qs, u"Blue"_qs};
+    // Red, green, blue and alpha, of which only the first makes the number negative.
+    const QStringList colours{u"-16776961"_qs, u"16711935"_qs, u"65535"_qs};
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ(channels[i].attributes.value(u"ID"_qs), u"Channel:0:%1"_qs.arg(i));
+        EXPECT_EQ(channels[i].attributes.value(u"Name"_qs), names[i]);
+        EXPECT_EQ(channels[i].attributes.value(u"Color"_qs), colours[i]);
+        EXPECT_EQ(channels[i].attributes.value(u"SamplesPerPixel"_qs), u"1"_qs);
+    }
+    const auto planes = xml.elements("Plane");
+    ASSERT_EQ(planes.size(), 9);
+    for (int i = 0; i < 9; ++i) {
+        EXPECT_EQ(planes[i].attributes.value(u"TheT"_qs), QString::number(i / 3));
+        EXPECT_EQ(planes[i].attributes.value(u"TheC"_qs), QString::number(i % 3));
+        EXPECT_EQ(planes[i].attributes.value(u"DeltaT"_qs), QString::number(0.25 * (i / 3)));
+    }
+}
+
+TEST(OmeDocument, in_zarr_a_recording_that_was_cut_short_has_a_number_to_overwrite) {
+    POmeDocument document = colourRecording();
+    document.storage = POmeDocument::Storage::Zarr;
+    const POmeDocument::Unfinished unfinished = document.toUnfinishedXml();
+    EXPECT_EQ(OmeXml(unfinished.xml).complaints(), QString());
+    EXPECT_EQ(unfinished.xml.mid(unfinished.countPosition, POmeDocument::countDigits),
+              POmeDocument::countText(1));
+    EXPECT_EQ(OmeXml(unfinished.xml).elements("Plane").size(), 3); // of the first picture
+}
+
 TEST(OmeDocument, each_picture_has_its_place_time_and_exposure) {
     const OmeXml xml = finished(colourRecording());
     EXPECT_EQ(xml.attribute("Pixels", "SizeT"), u"3"_qs);

@@ -108,7 +108,7 @@ QString OmeXml::structureComplaints() const {
     expectOrder("OME", u"Instrument Image StructuredAnnotations"_qs);
     expectOrder("Image", u"AcquisitionDate Description InstrumentRef "
                          "ImagingEnvironment Pixels AnnotationRef"_qs);
-    expectOrder("Pixels", u"Channel TiffData Plane"_qs);
+    expectOrder("Pixels", u"Channel TiffData MetadataOnly Plane"_qs);
     for (const char* name :
          {"ID", "DimensionOrder", "Type", "SizeX", "SizeY", "SizeZ", "SizeC", "SizeT"}) {
         if (attribute("Pixels", name).isEmpty())
