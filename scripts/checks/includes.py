@@ -63,6 +63,7 @@ FOLDERS = {
         "camera": "crash",
         "doctor": "camera crash program system",
         "ome": "camera metadata program record tiff",
+        "zarr": "file ome record tiff",
         "program": "hang",
         "record": "camera hang picture",
         "picture": "file metadata tiff",

@@ -4,6 +4,7 @@
 #include <QFile>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -43,6 +44,15 @@ int PExclusiveRename::byPlaceholder(const QByteArray& from, const QByteArray& to
     const int failed = reason(rename(from.constData(), to.constData()));
     if (failed != 0)
         unlink(to.constData());
+    return failed;
+}
+
+int PExclusiveRename::byEmptyFolder(const QByteArray& from, const QByteArray& to) {
+    if (mkdir(to.constData(), 0700) != 0)
+        return errno;
+    const int failed = reason(rename(from.constData(), to.constData()));
+    if (failed != 0)
+        rmdir(to.constData());
     return failed;
 }
 

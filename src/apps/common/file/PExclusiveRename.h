@@ -6,8 +6,8 @@
 
 #include <vector>
 
-/// Gives a complete file its final name without ever replacing anything: a file, a folder, or a
-/// dangling link. Both names are in one folder. Any thread.
+/// Gives a complete file or folder its final name without ever replacing anything: a file, a
+/// folder, or a dangling link. Both names are in one folder. Any thread.
 class PExclusiveRename {
 public:
     /// One way to rename. Returns 0, or the errno of the failure; then `from` keeps its name.
@@ -20,9 +20,13 @@ public:
     /// By replacing an empty file that reserves the name. Any file system; if the program is killed
     /// in between, the empty file remains.
     static int byPlaceholder(const QByteArray& from, const QByteArray& to);
+    /// The same for a folder, which replaces an empty one.
+    static int byEmptyFolder(const QByteArray& from, const QByteArray& to);
 
-    /// All ways, the best first.
+    /// All ways for a file, the best first.
     static std::vector<Step> allSteps() { return {byRename, byLink, byPlaceholder}; }
+    /// All ways for a folder, the best first.
+    static std::vector<Step> folderSteps() { return {byRename, byEmptyFolder}; }
 
     /// Uses the first way that the file system supports. Returns 0, or the errno of the failure.
     static int name(const QString& from, const QString& to,
