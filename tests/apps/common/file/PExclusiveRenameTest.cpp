@@ -39,6 +39,25 @@ struct StepRow {
     std::vector<PExclusiveRename::Step> steps;
 };
 
+TEST_F(ExclusiveRename, gives_a_folder_its_name_in_each_way_and_replaces_nothing) {
+    for (const PExclusiveRename::Step step : PExclusiveRename::folderSteps()) {
+        ASSERT_TRUE(QDir().mkpath(path(u"f.part/inside"_qs)));
+        const QByteArray from = QFile::encodeName(path(u"f.part"_qs));
+        const QByteArray to = QFile::encodeName(path(u"f"_qs));
+        ASSERT_EQ(step(from, to), 0);
+        EXPECT_TRUE(QDir(path(u"f/inside"_qs)).exists());
+        ASSERT_TRUE(QDir().mkpath(path(u"f.part"_qs)));
+        EXPECT_EQ(step(from, to), EEXIST);
+        EXPECT_TRUE(QDir(path(u"f/inside"_qs)).exists());
+        ASSERT_TRUE(QDir(path(u"f"_qs)).removeRecursively());
+        ASSERT_TRUE(QDir().mkpath(path(u"f"_qs))); // an empty one is not replaced either
+        EXPECT_EQ(step(from, to), EEXIST);
+        EXPECT_EQ(step(QFile::encodeName(path(u"none"_qs)), to + "2"), ENOENT);
+        EXPECT_FALSE(QFile::exists(path(u"f2"_qs)));
+        ASSERT_TRUE(QDir(path(u"f"_qs)).removeRecursively());
+    }
+}
+
 class RenameStep : public ExclusiveRename, public testing::WithParamInterface<StepRow> {};
 
 TEST_P(RenameStep, gives_the_file_its_name) {
