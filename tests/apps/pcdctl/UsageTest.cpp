@@ -54,9 +54,14 @@ constexpr UsageRow wrongUsages[] = {
     {"a_pattern_without_a_number", "stream --save frame.png",
      "\"frame.png\" is not a pattern for file names: expected one run of #"},
     {"a_recording_that_is_neither_one_file_nor_many", "record -n 1 -o run.tif",
-     "\"run.tif\" is not the name of a recording: expected a name that ends in .ome.tif, or one "
-     "with a run of "
-     "#"},
+     "\"run.tif\" is not the name of a recording: expected a name that ends in .ome.tif or "
+     ".ome.zarr, or one with a run of #"},
+    {"a_folder_with_all_frames_and_a_number", "record -n 1 -o run-#.ome.zarr",
+     "\"run-#.ome.zarr\" is one folder with all frames: expected a name without #"},
+    {"a_pyramid_in_a_stack", "record -n 1 -o run.ome.tif --pyramid",
+     "--pyramid is not for \"run.ome.tif\": expected a name that ends in .ome.zarr"},
+    {"a_pyramid_of_a_still_picture", "snap -o a.png --pyramid",
+     "snap does not take the option --pyramid: expected it with one of record"},
     {"a_pattern_with_two_numbers", "stream --save #-#.png", "\"#-#.png\" is not a pattern"},
     {"a_pattern_with_the_number_in_the_folder", "stream --save ##/a.png",
      "\"##/a.png\" is not a patt"},

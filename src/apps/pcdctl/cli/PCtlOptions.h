@@ -55,7 +55,7 @@ struct PCtlOptions : PProgramOptions {
         return timeout.value_or(std::chrono::seconds(30));
     }
 
-    QString output; ///< snap: the picture file; record: the stack or the pattern of files
+    QString output; ///< snap: the picture file; record: the recording or the pattern of files
 
     std::optional<quint64> frames; ///< stream, trigger, record: number of frames
     std::optional<std::chrono::milliseconds> duration; ///< stream, record, monitor: length of it
@@ -66,6 +66,7 @@ struct PCtlOptions : PProgramOptions {
 
     std::optional<std::chrono::milliseconds> interval; ///< record: of a time-lapse; none: all
     std::optional<double> pixelSizeUm;                 ///< on the specimen, as saved
+    bool pyramid = false;                              ///< record: also each frame in smaller sizes
 
     PCheckOptions check;
     PDoctorOptions doctor;

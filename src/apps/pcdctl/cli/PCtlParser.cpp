@@ -8,6 +8,7 @@
 #include <apps/common/picture/PPictureFile.h>
 #include <apps/common/program/PDurationText.h>
 #include <apps/common/record/PFileSequence.h>
+#include <apps/common/zarr/PZarrWriter.h>
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -179,30 +180,40 @@ PCtlOutcome checkSavePattern(const QString& pattern) {
     return outcome.isDone() ? usageUnlessOk(PPictureFile::checkName(pattern)) : outcome;
 }
 
+/// Of a recording that is a single file or folder.
+PCtlOutcome checkSingleName(const QString& output, const QString& kind) {
+    if (!QFileInfo(output).fileName().contains(u'#'))
+        return {};
+    return PCtlOutcome::wrongUsage(
+        u"\"%1\" is one %2 with all frames: expected a name without #"_qs.arg(output, kind));
+}
+
 PCtlOutcome checkStack(const PCtlOptions& options) {
-    if (QFileInfo(options.output).fileName().contains(u'#')) {
-        return PCtlOutcome::wrongUsage(
-            u"\"%1\" is one file with all frames: expected a name without #"_qs.arg(
-                options.output));
-    }
     if (options.frames.value_or(0) > POmeStackWriter::framesAFileHolds) {
         return wrongValue(
             QString::number(*options.frames), u"frames"_qs,
             u"at most %1 frames in one file"_qs.arg(POmeStackWriter::framesAFileHolds));
     }
-    return {};
+    return checkSingleName(options.output, u"file"_qs);
 }
 
 PCtlOutcome checkRecording(const PCtlOptions& options) {
     if (options.output.isEmpty())
         return withHint(u"record needs an output file: expected -o FILE"_qs, u"record "_qs);
+    if (PZarrWriter::isName(options.output))
+        return checkSingleName(options.output, u"folder"_qs);
+    if (options.pyramid) {
+        return PCtlOutcome::wrongUsage(
+            u"--pyramid is not for \"%1\": expected a name that ends in %2"_qs.arg(
+                options.output, PZarrWriter::endings().join(u", "_qs)));
+    }
     if (POmeStackWriter::isName(options.output))
         return checkStack(options);
     if (!QFileInfo(options.output).fileName().contains(u'#')) {
         return PCtlOutcome::wrongUsage(
-            u"\"%1\" is not the name of a recording: expected a name that ends in .ome.tif, or one "
-            "with a run of # for the number of each file, as in \"frame-####.png\""_qs.arg(
-                options.output));
+            u"\"%1\" is not the name of a recording: expected a name that ends in .ome.tif or "
+            ".ome.zarr, or one with a run of # for the number of each file, as in "
+            "\"frame-####.png\""_qs.arg(options.output));
     }
     return checkSavePattern(options.output);
 }
@@ -295,6 +306,7 @@ PCtlOutcome PCtlParser::readFiles(const QCommandLineParser& parser) {
         return readProfileAction(m_options.words, m_options);
     m_options.output = parser.value(u"output"_qs);
     m_options.savePattern = parser.value(u"save"_qs);
+    m_options.pyramid = parser.isSet(u"pyramid"_qs);
     if (m_options.command == PCtlOptions::Command::Snap) {
         if (m_options.output.isEmpty())
             return withHint(u"snap needs an output file: expected -o FILE"_qs, u"snap "_qs);

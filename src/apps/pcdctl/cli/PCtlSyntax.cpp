@@ -3,6 +3,7 @@
 
 #include <apps/common/ome/POmeStackWriter.h>
 #include <apps/common/picture/PPictureFile.h>
+#include <apps/common/zarr/PZarrWriter.h>
 
 #include <algorithm>
 
@@ -100,9 +101,11 @@ QList<OptionSyntax> commandOptions() {
         {{Command::Snap, Command::Record},
          {{u"o"_qs, u"output"_qs},
           u"Where to save; missing folders are created. \"snap\": a picture file that ends in "
-          "%1; it is replaced if it exists. \"record\": one file that ends in %2, or a series of "
-          "picture files, with one run of # in the name for the number; existing files are never "
-          "overwritten."_qs.arg(endings, POmeStackWriter::endings().join(u", "_qs)),
+          "%1; it is replaced if it exists. \"record\": one file that ends in %2, a folder that "
+          "ends in %3, or a series of picture files, with one run of # in the name for the number; "
+          "existing files are never overwritten."_qs.arg(endings,
+                                                         POmeStackWriter::endings().join(u", "_qs),
+                                                         PZarrWriter::endings().join(u", "_qs)),
           u"FILE"_qs}},
         {{Command::Stream, Command::Record},
          {{u"n"_qs, u"frames"_qs}, u"End after this many frames."_qs, u"FRAMES"_qs}},
@@ -124,6 +127,10 @@ QList<OptionSyntax> commandOptions() {
         {{Command::Record},
          {u"interval"_qs, u"Record one frame at this interval, the first at once."_qs,
           u"SECONDS"_qs}},
+        {{Command::Record},
+         {u"pyramid"_qs,
+          u"With an output that ends in %1: also write each frame in half the size, a quarter, and "
+          "so on, for viewers of large pictures."_qs.arg(PZarrWriter::endings().join(u", "_qs))}},
         {{Command::Snap, Command::Stream, Command::Trigger, Command::Record},
          {u"pixel-size"_qs,
           u"The size on the specimen of one pixel of the picture, in micrometres, for the "
@@ -219,7 +226,8 @@ QList<CommandSyntax> makeCommands() {
         {Command::Record, u"record"_qs, u"Record the live stream into files."_qs,
          u"pcdctl record -n 100 -o run.ome.tif\n"
          "pcdctl record -t 3600 --interval 10 -o \"lapse/frame-####.png\"\n"
-         "pcdctl record -o run.ome.tif --pixel-size 0.345"_qs},
+         "pcdctl record -o run.ome.tif --pixel-size 0.345\n"
+         "pcdctl record -n 100 -o run.ome.zarr --pyramid"_qs},
         {Command::Monitor, u"monitor"_qs, u"Show cameras as they come and go."_qs,
          u"pcdctl monitor\npcdctl monitor -t 60 --json"_qs},
         {Command::Check, u"check"_qs,

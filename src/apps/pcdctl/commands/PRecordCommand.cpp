@@ -5,27 +5,27 @@
 
 #include <apps/common/ome/POmeStackWriter.h>
 #include <apps/common/picture/PPictureFile.h>
+#include <apps/common/zarr/PZarrWriter.h>
 
 #include <QFileInfo>
 
 namespace {
 
-PCtlOutcome prepareStack(const QString& path) {
-    const PStatus status = PPictureFile::prepareFolder(path);
-    if (!status.isOk())
-        return PCtlOutcome::failed(status.reason());
+PCtlOutcome prepareSingle(const QString& path) {
     const QFileInfo file(path);
-    return file.exists() || file.isSymLink()
-               ? PCtlOutcome::failed(
-                     u"\"%1\" already exists, and files are never overwritten"_qs.arg(path))
-               : PCtlOutcome();
+    if (file.exists() || file.isSymLink()) {
+        return PCtlOutcome::failed(
+            u"\"%1\" already exists, and files are never overwritten"_qs.arg(path));
+    }
+    const PStatus status = PPictureFile::prepareFolder(path);
+    return status.isOk() ? PCtlOutcome() : PCtlOutcome::failed(status.reason());
 }
 
 } // namespace
 
 PCtlOutcome prepareRecordFiles(const PCtlOptions& options) {
-    if (POmeStackWriter::isName(options.output))
-        return prepareStack(options.output);
+    if (POmeStackWriter::isName(options.output) || PZarrWriter::isName(options.output))
+        return prepareSingle(options.output);
     PCtlOptions series = options;
     series.savePattern = options.output;
     return prepareStreamFiles(series);

@@ -3,6 +3,7 @@
 
 #include <apps/common/ome/POmeStackWriter.h>
 #include <apps/common/picture/PPictureFile.h>
+#include <apps/common/zarr/PZarrWriter.h>
 
 namespace {
 
@@ -33,6 +34,7 @@ PCandidates PFileCandidates::forOutput(PCtlOptions::Command command, const QStri
     if (typed.contains(u'#'))
         return series;
     return withEndings(typed, {}, POmeStackWriter::endings(), u"one file with all frames"_qs) +
+           withEndings(typed, {}, PZarrWriter::endings(), u"one folder with all frames"_qs) +
            series;
 }
 

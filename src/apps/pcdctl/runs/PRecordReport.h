@@ -8,7 +8,7 @@
 /// The report on a recording that has ended. A value type; one thread.
 struct PRecordReport {
     PStreamReport stream;
-    QString file; ///< the stack, or the pattern of the files
+    QString file; ///< the stack, the folder, or the pattern of the files
     PRecordTally tally;
 
     /// The object that `--json` prints.

@@ -5,6 +5,7 @@
 
 #include <apps/common/camera/PSensorTemperature.h>
 #include <apps/common/ome/POmeStackWriter.h>
+#include <apps/common/zarr/PZarrWriter.h>
 
 #include <QFileInfo>
 
@@ -15,6 +16,11 @@ PCtlOutcome PRecordRun::prepare() {
 
 std::unique_ptr<PFrameWriter> PRecordRun::makeWriter() const {
     PDevice* const device = session().device();
+    if (PZarrWriter::isName(options().output)) {
+        return std::make_unique<PZarrWriter>(PZarrWriter::Options{
+            options().output, camera(), PSettingNames::of(device), options().pixelSizeUm,
+            PSensorTemperature::of(*device), options().pyramid});
+    }
     if (!POmeStackWriter::isName(options().output))
         return seriesWriter(options().output);
     return std::make_unique<POmeStackWriter>(POmeStackWriter::Options{
