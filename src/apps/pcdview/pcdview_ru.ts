@@ -893,6 +893,40 @@ This is the pixel size of the sensor divided by the magnification.</source>
     </message>
 </context>
 <context>
+    <name>PBloscCompressor</name>
+    <message>
+        <source>a channel of %1 bytes is too large: expected at most %2</source>
+        <translation>канал в %1 байт слишком велик: ожидается не больше %2</translation>
+    </message>
+    <message>
+        <source>the picture cannot be compressed</source>
+        <translation>снимок не удаётся сжать</translation>
+    </message>
+</context>
+<context>
+    <name>PZarrWriter</name>
+    <message>
+        <source>cannot save &quot;%1&quot;: %2</source>
+        <translation>не удалось сохранить «%1»: %2</translation>
+    </message>
+    <message>
+        <source>the frame has no capture information</source>
+        <translation>в кадре нет сведений о съёмке</translation>
+    </message>
+    <message>
+        <source>frame %1 differs in size or format from the first frame</source>
+        <translation>у кадра %1 другой размер или вид, чем у первого</translation>
+    </message>
+    <message>
+        <source>%1; all frames are complete, but their times are only in %2</source>
+        <translation>%1; все кадры целы, но время съёмки есть только в %2</translation>
+    </message>
+    <message>
+        <source>the folder was changed while it was being written: it has %1 of %2 frames</source>
+        <translation>папку изменили во время записи: в ней %1 кадров из %2</translation>
+    </message>
+</context>
+<context>
     <name>POmeStackWriter</name>
     <message>
         <source>cannot save &quot;%1&quot;: %2</source>
@@ -1133,6 +1167,10 @@ This is the pixel size of the sensor divided by the magnification.</source>
     <message>
         <source>PNG files</source>
         <translation>Файлы PNG</translation>
+    </message>
+    <message>
+        <source>One folder (OME-Zarr)</source>
+        <translation>Одна папка (OME-Zarr)</translation>
     </message>
     <message>
         <source>Record:</source>

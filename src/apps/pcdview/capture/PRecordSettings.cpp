@@ -15,7 +15,7 @@ const QString intervalKey = u"record/interval"_qs;
 const QString formatKey = u"record/format"_qs;
 
 constexpr int lastEnd = int(PRecordSettings::End::ByHand);
-constexpr int lastFormat = int(PRecordSettings::Format::PngSeries);
+constexpr int lastFormat = int(PRecordSettings::Format::OmeZarr);
 
 PRecordSchedule::Duration toDuration(double seconds) {
     return std::chrono::duration_cast<PRecordSchedule::Duration>(

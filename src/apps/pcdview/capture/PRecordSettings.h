@@ -9,8 +9,9 @@
 struct PRecordSettings {
     /// What ends the recording.
     enum class End { AfterFrames, AfterTime, ByHand };
-    /// The files that are written: one stack, or one file a frame.
-    enum class Format { OmeTiff, TiffSeries, PngSeries };
+    /// The files that are written: one stack, one file a frame, or one folder. The numbers are in
+    /// the users' settings.
+    enum class Format { OmeTiff, TiffSeries, PngSeries, OmeZarr };
 
     End end = End::AfterFrames;
     int frames = 50;

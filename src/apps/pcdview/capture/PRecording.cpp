@@ -6,6 +6,7 @@
 #include <apps/common/ome/POmeStackWriter.h>
 #include <apps/common/picture/PPictureFile.h>
 #include <apps/common/record/PSeriesWriter.h>
+#include <apps/common/zarr/PZarrWriter.h>
 #include <apps/pcdview/camera/PViewCamera.h>
 #include <apps/pcdview/capture/PCaptureFolder.h>
 #include <apps/pcdview/options/PViewLog.h>
@@ -26,6 +27,8 @@ QString fileEnding(Format format) {
         return u"/frame-######.tif"_qs;
     case Format::PngSeries:
         return u"/frame-######.png"_qs;
+    case Format::OmeZarr:
+        return u".ome.zarr"_qs;
     case Format::OmeTiff:
         break;
     }
@@ -88,6 +91,11 @@ std::unique_ptr<PFrameWriter> PRecording::makeWriter(const PViewCamera& camera,
                                          pixelSizeUm,
                                          PSensorTemperature::of(*camera.device())};
         return std::make_unique<POmeStackWriter>(options);
+    }
+    if (settings.format == Format::OmeZarr) {
+        return std::make_unique<PZarrWriter>(
+            PZarrWriter::Options{m_path, camera.identity(), PSettingNames::of(camera.device()),
+                                 pixelSizeUm, PSensorTemperature::of(*camera.device())});
     }
     PFileSequence files;
     files.setPattern(m_path + fileEnding(settings.format)); // succeeds: its file name is ours

@@ -10,6 +10,7 @@
 
 #include <apps/common/reading/OmeXml.h>
 #include <apps/common/reading/TiffReadBack.h>
+#include <apps/common/reading/ZarrReadBack.h>
 #include <support/QtPrinters.h>
 
 #include <QAction>
@@ -189,6 +190,21 @@ TEST_F(RecordSessionTest, a_series_has_a_folder_of_its_own) {
     const QStringList files = QDir(recorded()).entryList(QDir::Files);
     EXPECT_EQ(files.size(), 5);
     EXPECT_EQ(files.first(), u"frame-000001.png"_qs);
+}
+
+TEST_F(RecordSessionTest, a_folder_of_chunks_is_a_whole_recording) {
+    widget<QSpinBox>(u"recordFrames"_qs).setValue(5);
+    widget<QComboBox>(u"recordFormat"_qs).setCurrentIndex(3);
+    pressButton();
+    ASSERT_TRUE(waitForText(u"Recorded 5 frames"_qs)) << text().toStdString();
+    EXPECT_TRUE(recorded().endsWith(u".ome.zarr"_qs)) << recorded().toStdString();
+    const ZarrReadBack recording(recorded());
+    EXPECT_EQ(recording.shape(), (std::vector<int>{5, 3, 240, 320}));
+    for (int chunk = 0; chunk < 15; ++chunk)
+        EXPECT_EQ(recording.chunk(chunk / 3, chunk % 3).size(), 320 * 240) << chunk;
+    const OmeXml document(recording.xml());
+    EXPECT_EQ(document.complaints(), QString());
+    EXPECT_EQ(document.note(u"Complete"_qs), u"yes"_qs);
 }
 
 TEST_F(RecordSessionTest, stopping_keeps_what_was_taken) {

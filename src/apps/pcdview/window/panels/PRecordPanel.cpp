@@ -86,7 +86,8 @@ void PRecordPanel::makeFields(const PRecordSettings& settings) {
     m_timeLapse->setChecked(settings.isTimeLapse);
     m_interval = secondsField(settings.intervalSeconds);
     m_interval->setEnabled(settings.isTimeLapse);
-    m_format->addItems({tr("One file (OME-TIFF)"), tr("TIFF files"), tr("PNG files")});
+    m_format->addItems({tr("One file (OME-TIFF)"), tr("TIFF files"), tr("PNG files"),
+                        tr("One folder (OME-Zarr)")});
     m_format->setCurrentIndex(int(settings.format));
     m_format->setObjectName(u"recordFormat"_qs);
     m_button->setObjectName(u"recordButton"_qs);
