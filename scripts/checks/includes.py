@@ -18,7 +18,7 @@ LIBRARIES = {
     "toupcam": "",
     "toupcam/sim": "toupcam",
     "toupcam/trace": "toupcam",
-    "apps/common": "PCd PCore PLog",
+    "apps/common": "PCd PCore PDip PLog",
     "apps/pcdctl": "PCd PCore PDip PLog apps/common",
     "apps/pcdview": "PCd PCdGui PCore PDip PGui PLog apps/common",
 }
@@ -67,6 +67,7 @@ FOLDERS = {
         "program": "hang",
         "record": "camera hang picture",
         "picture": "file metadata tiff",
+        "pipe": "camera",
         "tiff": "file metadata",
         "metadata": "camera program",
     },
