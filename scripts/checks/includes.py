@@ -67,7 +67,7 @@ FOLDERS = {
         "program": "hang",
         "record": "camera hang picture",
         "picture": "file metadata tiff",
-        "pipe": "camera",
+        "pipe": "camera program record",
         "tiff": "file metadata",
         "metadata": "camera program",
     },

@@ -9,4 +9,12 @@ namespace PStandardStreams {
 /// in main().
 void reserve();
 
+/// Keeps the standard output for data: from now on everything else that the process prints there,
+/// libraries included, goes to the standard error stream. Call before other threads print. If that
+/// is not possible, writing to dataOutput() fails.
+void keepOutputForData();
+/// The descriptor of what keepOutputForData() has kept; else that of the standard output. Any
+/// thread.
+int dataOutput();
+
 } // namespace PStandardStreams

@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/record/PFrameWriteQueue.h>
 
+#include <algorithm>
 #include <exception>
 #include <utility>
 
-PFrameWriteQueue::PFrameWriteQueue(Write write, int writers, std::shared_ptr<PWorkBudget> memory)
+PFrameWriteQueue::PFrameWriteQueue(Write write, int writers, std::shared_ptr<PWorkBudget> memory,
+                                   std::size_t leastCost)
     : m_write(std::move(write))
+    , m_leastCost(leastCost)
     , m_work(std::move(memory), writers) {
 }
 
@@ -15,7 +18,8 @@ bool PFrameWriteQueue::push(const PDeviceFrame& frame) {
     const quint64 number = m_lastNumber + 1;
     const auto write = [this, frame, number] { return tryWrite(frame, number); };
     const auto done = [this](const PStatus& result) { count(result); };
-    if (!m_state.error.isEmpty() || !m_work.push(frame.image.dataSize(), write, done)) {
+    const std::size_t cost = std::max(frame.image.dataSize(), m_leastCost);
+    if (!m_state.error.isEmpty() || !m_work.push(cost, write, done)) {
         ++m_state.refused;
         return false;
     }

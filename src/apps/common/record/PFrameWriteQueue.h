@@ -18,8 +18,10 @@ public:
     /// writer threads at once; frames are begun in order.
     using Write = std::function<PStatus(const PDeviceFrame& frame, quint64 number)>;
 
-    /// The destructor writes what still waits, then returns.
-    PFrameWriteQueue(Write write, int writers, std::shared_ptr<PWorkBudget> memory);
+    /// The destructor writes what still waits, then returns. A frame costs as much of the memory as
+    /// its pixels have bytes, but at least `leastCost`, which limits the number of frames.
+    PFrameWriteQueue(Write write, int writers, std::shared_ptr<PWorkBudget> memory,
+                     std::size_t leastCost = 0);
 
     /// Takes a frame, never waiting for the disk. False if too much is waiting, or an earlier frame
     /// could not be written; if nothing waits in this queue, a frame of any size is taken.
@@ -47,6 +49,7 @@ private:
     void giveUp(const QString& error);
 
     const Write m_write;
+    const std::size_t m_leastCost;
 
     mutable std::mutex m_mutex; // guards the two below, which the threads that push and write use
     quint64 m_lastNumber = 0;
