@@ -117,6 +117,9 @@ void reportEnvironment(const PCtlOptions& options) {
 }
 
 PCtlOutcome runOptions(const PCtlOptions& options) {
+    // First: whatever prints later must not get between the frames.
+    if (options.pipe.takesStandardOutput())
+        PStandardStreams::keepOutputForData();
     PCtlOutcome outcome = startLog(options);
     if (outcome.isDone())
         outcome = prepareFiles(options);

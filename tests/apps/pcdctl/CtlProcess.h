@@ -33,6 +33,8 @@ public:
     bool waitForErrors(const QByteArray& text);
     void sendSignal(int number);
     bool isRunning();
+    /// While it is running: its id in the system.
+    qint64 id() const { return m_process.processId(); }
 
     /// After finish(): the exit code; -1 if it was killed or crashed.
     int exitCode() const;

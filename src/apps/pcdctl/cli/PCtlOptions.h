@@ -3,6 +3,7 @@
 
 #include <apps/pcdctl/cli/PCheckOptions.h>
 #include <apps/pcdctl/cli/PDoctorOptions.h>
+#include <apps/pcdctl/cli/PPipeOptions.h>
 
 #include <apps/common/camera/PTriggerControl.h>
 #include <apps/common/program/PProgramOptions.h>
@@ -68,6 +69,7 @@ struct PCtlOptions : PProgramOptions {
     std::optional<double> pixelSizeUm;                 ///< on the specimen, as saved
     bool pyramid = false;                              ///< record: also each frame in smaller sizes
 
+    PPipeOptions pipe; ///< stream
     PCheckOptions check;
     PDoctorOptions doctor;
 };

@@ -266,8 +266,9 @@ PCtlOutcome PCtlParser::parseReplay(const QStringList& arguments) {
 }
 
 PCtlOutcome PCtlParser::readOptions(const QCommandLineParser& parser) {
-    PCtlOutcome outcome = usageUnlessOk(m_options.read(
-        parser, {u"mode"_qs, u"profile"_qs, u"set"_qs, u"output"_qs, u"save"_qs, u"exposure"_qs}));
+    PCtlOutcome outcome =
+        usageUnlessOk(m_options.read(parser, {u"mode"_qs, u"profile"_qs, u"set"_qs, u"output"_qs,
+                                              u"save"_qs, u"exposure"_qs, u"to"_qs}));
     m_options.json = parser.isSet(u"json"_qs);
     m_options.mode = parser.value(u"mode"_qs);
     m_options.profile = parser.value(u"profile"_qs);
@@ -314,6 +315,9 @@ PCtlOutcome PCtlParser::readFiles(const QCommandLineParser& parser) {
     }
     if (m_options.command == PCtlOptions::Command::Record)
         return checkRecording(m_options);
+    const PStatus pipe = m_options.pipe.read(parser);
+    if (!pipe.isOk())
+        return usageUnlessOk(pipe);
     if (parser.isSet(u"save"_qs))
         return checkSavePattern(m_options.savePattern);
     return {};

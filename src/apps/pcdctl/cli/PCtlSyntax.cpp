@@ -116,6 +116,24 @@ QList<OptionSyntax> commandOptions() {
           u"Save every frame. The file name has one run of # for the frame's number and ends in "
           "%1. Existing files are never overwritten."_qs.arg(endings),
           u"PATTERN"_qs}},
+        {{Command::Stream},
+         {u"to"_qs,
+          u"Pass every frame on to another program: \"-\" is standard output, which then has "
+          u"nothing "
+          "but frames (the summary goes to standard error); else a named pipe or a new file."_qs,
+          u"TARGET"_qs}},
+        {{Command::Stream},
+         {u"as"_qs,
+          u"With --to: \"raw\" (the default), the pixels as they are, or \"y4m\", YUV4MPEG2 for "
+          "players and encoders."_qs,
+          u"FORM"_qs}},
+        {{Command::Stream},
+         {u"header"_qs,
+          u"With --as raw: precede the frames by one line of JSON that describes them."_qs}},
+        {{Command::Stream},
+         {u"chroma"_qs,
+          u"With --as y4m: 4:2:0 (\"420\", the default) or 4:4:4 (\"444\") for colours."_qs,
+          u"SAMPLES"_qs}},
         {{Command::Trigger}, {u"software"_qs, u"Trigger from software (the default)."_qs}},
         {{Command::Trigger}, {u"external"_qs, u"Trigger from the camera's trigger input."_qs}},
         {{Command::Trigger},
@@ -217,9 +235,10 @@ QList<CommandSyntax> makeCommands() {
          u"pcdctl snap -o out/a.png\npcdctl snap -o slide.tif --mode 2736x1824\n"
          "pcdctl snap -o b.png --profile slide.json --set contrast=20"_qs},
         {Command::Stream, u"stream"_qs,
-         u"Run the live stream, count its frames, and save them if requested."_qs,
+         u"Run the live stream, count its frames, and save them or pass them on if requested."_qs,
          u"pcdctl stream -t 5\npcdctl stream -n 60 --json\n"
-         "pcdctl stream -n 100 --mode 2 --save \"run/frame-####.png\""_qs},
+         "pcdctl stream -n 100 --mode 2 --save \"run/frame-####.png\"\n"
+         "pcdctl stream --to - --as y4m | ffplay -"_qs},
         {Command::Trigger, u"trigger"_qs, u"Take frames on a trigger."_qs,
          u"pcdctl trigger --count 25 --save \"out/t-####.png\"\n"
          "pcdctl trigger --exposure 1s500ms\npcdctl trigger --external --count 10 --timeout 60"_qs},

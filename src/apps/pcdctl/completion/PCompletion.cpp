@@ -6,6 +6,8 @@
 #include <apps/pcdctl/completion/PCompletionLine.h>
 #include <apps/pcdctl/completion/PFileCandidates.h>
 
+#include <apps/common/pipe/PStreamTarget.h>
+
 #include <QDir>
 
 #include <algorithm>
@@ -121,6 +123,12 @@ PCandidates plainValues(const PCompletionLine& line) {
         return outputCandidates(line);
     if (option == u"save"_qs)
         return PFileCandidates::forSeries(line.typed()) + anyFile;
+    if (option == u"to"_qs)
+        return toCandidates({PStreamTarget::standardOutput()}) + anyFile;
+    if (option == u"as"_qs)
+        return toCandidates({u"raw"_qs, u"y4m"_qs});
+    if (option == u"chroma"_qs)
+        return toCandidates({u"420"_qs, u"444"_qs});
     if (option == u"allow"_qs)
         return toCandidates(PCheckOptions::hazards());
     const bool isFile =

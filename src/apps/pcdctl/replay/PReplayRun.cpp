@@ -34,9 +34,9 @@ void redirectFiles(PCtlOptions& options, const QString& folder) {
     const bool isSaved = options.command == Command::Profile &&
                          options.profileAction == PCtlOptions::ProfileAction::Save;
     QString unused;
-    for (QString* const file :
-         {&options.output, &options.savePattern, isSaved ? &options.profileFile : &unused,
-          &options.check.junitFile, &options.doctor.report, &options.doctor.ruleFile}) {
+    for (QString* const file : {&options.output, &options.savePattern, &options.pipe.target,
+                                isSaved ? &options.profileFile : &unused, &options.check.junitFile,
+                                &options.doctor.report, &options.doctor.ruleFile}) {
         if (!file->isEmpty())
             *file = QDir(folder).filePath(QFileInfo(*file).fileName());
     }

@@ -28,9 +28,8 @@ PCtlOutcome PLiveRun::run() {
     const PStatus closed = m_session.close();
     if (reason.isEmpty())
         reason = closed.reason();
-    finishFiles(reason);
-    const QString recordError = m_recorder ? m_recorder->progress().error : QString();
-    for (const QString& text : {recordError, reason, ledgerReason()}) {
+    finishOutput(reason);
+    for (const QString& text : {outputError(), reason, ledgerReason()}) {
         if (!text.isEmpty())
             return PCtlOutcome::failed(text);
     }
@@ -50,9 +49,7 @@ PCtlOutcome PLiveRun::startStream() {
     PDevice* const device = m_session.device();
     m_session.watchExposure();
     m_ledgerAtStart = m_session.ledger(); // an action may have had a stream before
-    // In a time-lapse the recorder leaves most frames out: the number is not that of the stream.
-    if (!m_options.interval)
-        device->limitLiveFrames(m_options.frames);
+    device->limitLiveFrames(frameLimit());
     QObject::connect(device, &PDevice::imageChanged, &m_session, [this](const PImage& image) {
         m_tally.add(image);
         m_lastFrame = Clock::now();
@@ -61,6 +58,11 @@ PCtlOutcome PLiveRun::startStream() {
     const PStatus started = device->startStream();
     m_wasStarted = started.isOk();
     return m_wasStarted ? PCtlOutcome() : PCtlOutcome::failed(started.reason());
+}
+
+/// In a time-lapse the recorder leaves most frames out: the number is not that of the stream.
+std::optional<quint64> PLiveRun::frameLimit() const {
+    return m_options.interval ? std::nullopt : m_options.frames;
 }
 
 void PLiveRun::record(std::unique_ptr<PFrameWriter> writer, const PRecordSchedule::Plan& plan) {
@@ -78,7 +80,11 @@ std::unique_ptr<PFrameWriter> PLiveRun::seriesWriter(const QString& pattern) con
 /// saved.
 bool PLiveRun::isOver() {
     showStatus();
-    return isComplete() || (m_recorder && m_recorder->progress().isOver) || isStalled();
+    return isComplete() || isOutputOver() || isStalled();
+}
+
+bool PLiveRun::isOutputOver() const {
+    return m_recorder && m_recorder->progress().isOver;
 }
 
 bool PLiveRun::isStalled() const {
@@ -121,9 +127,8 @@ QString PLiveRun::stallReason() const {
                                                                                    before, lost);
 }
 
-/// Waits until all frames that were taken are in complete files. An interruption does not end this
-/// wait, as frames would be lost.
-void PLiveRun::finishFiles(const QString& reason) {
+/// An interruption does not end this wait, as frames would be lost.
+void PLiveRun::finishOutput(const QString& reason) {
     if (!m_recorder)
         return;
     m_recorder->end(m_session.ledger().since(m_ledgerAtStart), reason);
@@ -132,15 +137,22 @@ void PLiveRun::finishFiles(const QString& reason) {
             u"saving: %1 left"_qs.arg(PCtlOutput::toFrames(m_recorder->progress().tally.waiting)));
 }
 
+QString PLiveRun::outputError() const {
+    return m_recorder ? m_recorder->progress().error : QString();
+}
+
+bool PLiveRun::isOutputBalanced() const {
+    return !m_recorder || m_recorder->progress().tally.isBalanced();
+}
+
 /// What is wrong with a stream that reached its end, according to its ledger and tallies.
 QString PLiveRun::ledgerReason() const {
     const QString lost = m_session.losses();
-    if (m_tally.frames() == 0 && !m_session.isInterrupted())
+    if (m_tally.frames() == 0 && !m_session.isInterrupted() && !isComplete())
         return lost.isEmpty() ? u"camera %1 sent no frame"_qs.arg(m_camera.id)
                               : u"no frame of camera %1 arrived: %2"_qs.arg(m_camera.id, lost);
     const PFrameLedger ledger = m_session.ledger();
-    const bool isRecordBalanced = !m_recorder || m_recorder->progress().tally.isBalanced();
-    if (!ledger.isBalanced() || ledger.waiting > 0 || !isRecordBalanced)
+    if (!ledger.isBalanced() || ledger.waiting > 0 || !isOutputBalanced())
         return u"the frame counts do not add up"_qs;
     return {};
 }

@@ -51,6 +51,18 @@ protected:
     /// The line that shows progress, without its bar.
     virtual QString statusText() const = 0;
 
+    /// The number of frames that the camera is to send; none: as many as arrive until the end.
+    virtual std::optional<quint64> frameLimit() const;
+    /// True if what is done with the frames has ended, for example because it failed.
+    virtual bool isOutputOver() const;
+    /// Called when the stream has stopped: waits until all frames that were taken are in complete
+    /// files, or wherever they go. `reason`: why the stream did not end as planned, or empty.
+    virtual void finishOutput(const QString& reason);
+    /// What is wrong with the output, after finishOutput(); empty: nothing.
+    virtual QString outputError() const;
+    /// True if every frame is counted once by what is done with the frames.
+    virtual bool isOutputBalanced() const;
+
     /// Records the frames from now on.
     void record(std::unique_ptr<PFrameWriter> writer, const PRecordSchedule::Plan& plan);
     /// A writer for the files of a pattern that was checked with the arguments.
@@ -64,6 +76,8 @@ protected:
     const PCtlOptions& options() const { return m_options; }
     const PStreamTally& tally() const { return m_tally; }
     const PCameraSession& session() const { return m_session; }
+    PCameraSession& session() { return m_session; }
+    PStatusLine& statusLine() { return m_status; }
     Clock::time_point startTime() const { return m_start; }
 
 private:
@@ -73,7 +87,6 @@ private:
     bool isStalled() const;
     void showStatus();
     QString failureReason(bool reachedEnd) const;
-    void finishFiles(const QString& reason);
     QString ledgerReason() const;
 
     const PCameraIdentity m_camera;
