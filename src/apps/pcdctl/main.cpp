@@ -12,6 +12,7 @@
 #include <apps/common/hang/POverdueCalls.h>
 #include <apps/common/hang/PStderrLine.h>
 #include <apps/common/program/PArgumentText.h>
+#include <apps/common/program/PExitDeadline.h>
 #include <apps/common/program/PStandardStreams.h>
 #include <apps/common/program/PTerminationSignals.h>
 #include <apps/common/program/PTranslations.h>
@@ -20,7 +21,9 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <exception>
+#include <optional>
 
 namespace {
 
@@ -116,6 +119,37 @@ void reportEnvironment(const PCtlOptions& options) {
         PCtlOutput::printMessage(patience.reason());
 }
 
+/// Sooner than a check ends for it, so that it is known by then.
+std::chrono::milliseconds findPatience(const PCtlOptions& options) {
+    const bool isCheck = options.command == PCtlOptions::Command::Check;
+    return isCheck ? std::min(POverdueCalls::patience(), options.hangTime() / 2)
+                   : POverdueCalls::patience();
+}
+
+/// A check has no report before it has found the camera, and after it was printed, but must end
+/// even if the driver does not return then.
+void setDeadline(std::optional<PExitDeadline>& deadline, const PCtlOptions& options,
+                 const QString& when) {
+    if (options.command != PCtlOptions::Command::Check)
+        return;
+    PCtlOutput::flush();
+    deadline.emplace(options.hangTime(), u"pcdctl: the driver does not return %1"_qs.arg(when),
+                     PCtlOutcome::Failed);
+}
+
+PCtlOutcome runOnHost(const PCtlOptions& options) {
+    std::optional<PExitDeadline> deadline; // outlasts the host, whose end the driver can hold up
+    PCtlHost host;
+    setDeadline(deadline, options, u"while cameras are searched for"_qs);
+    const PCtlOutcome started = host.start(options);
+    deadline.reset();
+    if (!started.isDone())
+        return started;
+    const PCtlOutcome outcome = withTrace(host, runCommand(host, options));
+    setDeadline(deadline, options, u"at the end of the check"_qs);
+    return outcome;
+}
+
 PCtlOutcome runOptions(const PCtlOptions& options) {
     // First: whatever prints later must not get between the frames.
     if (options.pipe.takesStandardOutput())
@@ -126,14 +160,12 @@ PCtlOutcome runOptions(const PCtlOptions& options) {
     if (!outcome.isDone())
         return outcome;
     reportEnvironment(options);
-    const PCallWatchdog watchdog(reportCall, POverdueCalls::patience());
+    const PCallWatchdog watchdog(reportCall, findPatience(options));
     if (options.command == PCtlOptions::Command::Doctor)
         return runDoctorCommand(options);
     if (options.command == PCtlOptions::Command::Check && options.check.listOnly)
         return runCheckList(options);
-    PCtlHost host;
-    outcome = host.start(options);
-    return outcome.isDone() ? withTrace(host, runCommand(host, options)) : outcome;
+    return runOnHost(options);
 }
 
 PCtlOutcome runProgram(const QStringList& arguments) {
@@ -159,6 +191,8 @@ PCtlOutcome guardedRun(const QStringList& arguments) {
         return runProgram(arguments);
     } catch (const std::exception& error) {
         return PCtlOutcome::failed(QString::fromLocal8Bit(error.what()));
+    } catch (...) { // plugins may throw anything
+        return PCtlOutcome::failed(u"unknown exception"_qs);
     }
 }
 

@@ -92,6 +92,7 @@ QByteArray MutantDevice::getSerial() const {
 
 bool MutantDevice::tryLink() {
     ++m_links;
+    fault("tryLink");
     sleepIf(breaks("timing.link") && m_links == 1, slowLink);
     return !breaks("open.link") && !(breaks("open.again") && m_links == 2);
 }
@@ -160,6 +161,7 @@ bool MutantDevice::tryStartStream() {
 bool MutantDevice::tryStopStream() {
     ++m_stops;
     m_stream.stop();
+    fault("tryStopStream");
     m_stoppedEarly = m_frames == 0 && !m_isPaused && !m_isTriggered;
     m_keptPixels = nullptr;
     sleepIf(breaks("timing.stop") && m_stops == 2, slowStop);

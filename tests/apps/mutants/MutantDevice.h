@@ -31,7 +31,10 @@ public:
     bool triggerStillCapture() override;
     bool tryFireSoftwareTrigger() override { return breaks("trigger.refused-without"); }
     bool tryLink() override;
-    bool tryUnlink() override { return !breaks("open.unlink"); }
+    bool tryUnlink() override {
+        fault("tryUnlink");
+        return !breaks("open.unlink");
+    }
     bool tryStartStream() override;
     bool tryStopStream() override;
     PDeviceMode getCurrentMode() override;

@@ -18,7 +18,10 @@ public:
             setId("mutant");
     }
 
+    ~MutantRegister() override { fault("~MutantRegister"); }
+
     QList<PDevice*> aliveDevices() override {
+        fault("aliveDevices");
         if (!m_isPlugged)
             return {};
         if (devices().isEmpty() || breaks("enumeration.same-devices"))

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// `pcdctl check` of a camera that fails or is unplugged meanwhile.
+// `pcdctl check` of a camera that fails or is unplugged meanwhile, and of a driver that throws.
 #include <apps/pcdctl/CtlProcess.h>
 #include <apps/pcdctl/CtlScene.h>
 
@@ -74,5 +74,62 @@ const UnpluggedRow unplugged[] = {
 };
 
 INSTANTIATE_TEST_SUITE_P(Rules, UnpluggedCheck, testing::ValuesIn(unplugged), RowName());
+
+struct ThrowRow {
+    const char* name;
+    const char* fault;
+    const char* filter;
+    const char* place;
+    const char* seen;
+};
+
+void PrintTo(const ThrowRow& row, std::ostream* out) {
+    *out << row.name;
+}
+
+class ThrowingDriver : public testing::TestWithParam<ThrowRow> {};
+
+TEST_P(ThrowingDriver, fails_the_rule_and_does_not_lose_the_report) {
+    const CtlResult result = runCtl(
+        {u"check"_qs, jsonWord, u"--sdk"_qs, QStringLiteral(EMPTY_CAMERA_SDK), u"--plugin-path"_qs,
+         QStringLiteral(MUTANT_PLUGIN), u"--filter"_qs, QString::fromLatin1(GetParam().filter)},
+        [](CtlProcess& process) {
+            process.with(u"PCD_MUTANT_FAULT"_qs, QString::fromLatin1(GetParam().fault));
+        });
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.errors, u"pcdctl: the camera breaks 1 of 1 rules\n"_qs);
+    const QJsonValue failure = result.json[u"rules"][0][u"failures"][0];
+    EXPECT_EQ(failure[u"case"].toString(), QString::fromLatin1(GetParam().place))
+        << result.output.toStdString();
+    EXPECT_EQ(failure[u"seen"].toString(), QString::fromLatin1(GetParam().seen));
+}
+
+const ThrowRow throwing[] = {
+    {"in_a_case", "throw tryStopStream", "stream.stops", "mode 0 (640x480), streaming",
+     "ended by an exception: the driver is broken"},
+    {"at_the_end_of_a_case", "throw tryStopStream", "stream.delivers", "mode 0 (640x480), idle",
+     "ended by an exception: the driver is broken"},
+    {"what_is_no_standard_exception", "throw-number tryStopStream", "stream.delivers",
+     "mode 0 (640x480), idle", "ended by an unknown exception"},
+    {"while_settings_are_put_back", "throw tryStopStream", "stream.frame-size",
+     "while settings were put back", "ended by an exception: the driver is broken"},
+};
+
+INSTANTIATE_TEST_SUITE_P(Functions, ThrowingDriver, testing::ValuesIn(throwing), RowName());
+
+TEST(ThrowingDriverCommand, fails_with_a_message_whatever_is_thrown) {
+    for (const auto& [fault, message] :
+         {std::pair("throw tryLink", "pcdctl: the driver is broken\n"),
+          {"throw-number tryLink", "pcdctl: unknown exception\n"}}) {
+        const CtlResult result =
+            runCtl({u"get"_qs, u"gain"_qs, u"--sdk"_qs, QStringLiteral(EMPTY_CAMERA_SDK),
+                    u"--plugin-path"_qs, QStringLiteral(MUTANT_PLUGIN)},
+                   [name = fault](CtlProcess& process) {
+                       process.with(u"PCD_MUTANT_FAULT"_qs, QString::fromLatin1(name));
+                   });
+        EXPECT_EQ(result.exitCode, 1) << fault;
+        EXPECT_EQ(result.errors, QString::fromLatin1(message));
+    }
+}
 
 } // namespace

@@ -28,6 +28,11 @@ QJsonObject toJson(const Entry& entry) {
     return object;
 }
 
+/// Why a rule has no case, until there is another reason.
+QString nothingToExamine() {
+    return u"nothing of the kind to examine"_qs;
+}
+
 /// XML has no form for most control characters.
 QString toXmlText(QString text) {
     for (QChar& c : text) {
@@ -87,7 +92,7 @@ State Entry::state() const {
 PCheckReport::PCheckReport(const QList<PCheckRule>& rules) {
     for (const PCheckRule& rule : rules) {
         m_indexes.insert(rule.id, m_entries.size());
-        m_entries.append(Entry{rule, 0, 0, {}, u"nothing of the kind to examine"_qs, {}});
+        m_entries.append(Entry{rule, 0, 0, {}, nothingToExamine(), {}});
     }
 }
 
@@ -106,6 +111,13 @@ void PCheckReport::add(const PCheckRule& rule, const QString& where, const QStri
     ++entry.failed;
     if (entry.failures.size() < failuresKept)
         entry.failures.append({where, result.text});
+}
+
+void PCheckReport::endEarly(const QString& why) {
+    for (Entry& entry : m_entries) {
+        if (entry.skipped == nothingToExamine())
+            entry.skipped = why;
+    }
 }
 
 const Entry& PCheckReport::entry(const PCheckRule& rule) const {

@@ -42,6 +42,9 @@ public:
     /// Counts one case, in this state and for this property; without one for the whole camera.
     void add(const PCheckRule& rule, const QString& where, const QString& property,
              const PCheckResult& result);
+    /// No further case comes: rules of which none was examined are skipped for this reason, unless
+    /// they have another one.
+    void endEarly(const QString& why);
     /// All rules, or one of them, in the order given at first.
     const QList<Entry>& entries() const { return m_entries; }
     const Entry& entry(const PCheckRule& rule) const;

@@ -5,7 +5,7 @@
 
 #include <PCore/PPrintableText.h>
 
-#include <exception>
+#include <algorithm>
 
 namespace {
 
@@ -40,20 +40,68 @@ bool isExaminedIn(Where where, const PCheckState& state, bool hasModes) {
 
 } // namespace
 
-PCheckRunner::PCheckRunner(PCheckBench& bench, const QList<PCheckRule>& rules,
+PCheckRunner::PCheckRunner(PCheckBench& bench, PHangWatch& watch, const QList<PCheckRule>& rules,
                            const PCheckOptions& options)
     : m_bench(bench)
+    , m_watch(watch)
     , m_rules(rules)
     , m_options(options)
     , m_report(rules) {
     addNeeds();
 }
 
+PStatus PCheckRunner::open() {
+    const auto isAboutOpening = [](const PCheckRule& rule) { return rule.id == u"open.link"; };
+    const auto found = std::find_if(m_rules.begin(), m_rules.end(), isAboutOpening);
+    m_place = {found == m_rules.end() ? m_rules.first() : *found, u"while it was opened"_qs};
+    const PHangWatch::Entered entered(m_watch);
+    return m_bench.open();
+}
+
 bool PCheckRunner::run() {
     for (int i = 0; i < m_options.iterations && !m_bench.isInterrupted(); ++i)
         runOnce();
-    m_bench.putBack();
+    putBack();
+    close();
+    if (m_bench.isInterrupted())
+        m_report.endEarly(u"not examined: the check was interrupted"_qs);
     return !m_bench.isInterrupted();
+}
+
+void PCheckRunner::endEarly(const QString& seen) {
+    m_report.add(m_place.rule, m_place.where, {}, PCheckResult::failed(seen));
+    m_report.endEarly(u"not examined: the driver did not return in %1"_qs.arg(m_place.rule.id));
+}
+
+void PCheckRunner::putBack() {
+    m_place.where = u"while settings were put back"_qs;
+    {
+        const PHangWatch::Entered entered(m_watch);
+        m_bench.putBack();
+    }
+    reportProblem();
+}
+
+void PCheckRunner::close() {
+    m_place.where = u"while it was closed"_qs;
+    {
+        const PHangWatch::Entered entered(m_watch);
+        m_bench.close();
+    }
+    reportProblem();
+}
+
+/// What went wrong before or after a case is a failure of its rule too. False if nothing did.
+bool PCheckRunner::reportProblem() {
+    const QString problem = m_bench.takeProblem();
+    if (!problem.isEmpty())
+        fail(problem);
+    return !problem.isEmpty();
+}
+
+void PCheckRunner::fail(const QString& seen) {
+    m_report.add(m_place.rule, m_place.where, {}, PCheckResult::failed(seen));
+    emit caseFailed(m_place.rule, m_place.where, seen);
 }
 
 void PCheckRunner::runOnce() {
@@ -87,7 +135,7 @@ void PCheckRunner::runGroup(const QList<PCheckRule>& rules) {
 void PCheckRunner::runState(const QList<PCheckRule>& rules, const PCheckState& state) {
     for (const PCheckRule& rule : rules)
         runRule(rule, state);
-    m_bench.putBack();
+    putBack();
 }
 
 void PCheckRunner::runRule(const PCheckRule& rule, const PCheckState& state) {
@@ -98,7 +146,10 @@ void PCheckRunner::runRule(const PCheckRule& rule, const PCheckState& state) {
     }
     if (m_bench.isInterrupted())
         return;
+    m_place = {rule, state.toText()};
     const PStatus entered = enter(state);
+    if (reportProblem())
+        return;
     if (!entered.isOk()) {
         m_report.add(rule, {}, {}, PCheckResult::skipped(entered.reason()));
         return;
@@ -120,34 +171,33 @@ void PCheckRunner::runCase(const PCheckRule& rule, const QString& state, const Q
         return;
     const QString where = property.isEmpty() ? state : u"%1, %2"_qs.arg(state, property);
     emit caseBegins(rule.id, where);
+    m_place = {rule, where};
     const PCheckResult result = examine(rule);
     if (m_bench.isInterrupted())
         return; // what was waited for did not have its time
-    m_report.add(rule, where, property, result);
     if (result.state == PCheckResult::State::Failed)
-        emit caseFailed(rule, where, result.text);
+        fail(result.text);
+    else
+        m_report.add(rule, where, property, result);
 }
 
 PCheckResult PCheckRunner::examine(const PCheckRule& rule) {
-    try {
-        return rule.examine(m_bench);
-    } catch (const std::exception& error) {
-        return PCheckResult::failed(
-            u"ended by an exception: %1"_qs.arg(QString::fromLocal8Bit(error.what())));
-    } catch (...) { // drivers may throw anything
-        return PCheckResult::failed(u"ended by an exception that has no text"_qs);
-    }
+    const PHangWatch::Entered entered(m_watch);
+    PCheckResult result;
+    m_bench.attempt([&] { result = rule.examine(m_bench); });
+    const QString problem = m_bench.takeProblem();
+    const bool isFailure = result.state == PCheckResult::State::Failed;
+    return problem.isEmpty() || isFailure ? result : PCheckResult::failed(problem);
 }
 
 /// Why the camera could not be brought into the state.
 PStatus PCheckRunner::enter(const PCheckState& state) {
     if (!m_bench.isPresent())
         return PStatus::Ok; // each case reports this
-    try {
-        return m_bench.enter(state);
-    } catch (const std::exception& error) {
-        return PStatus::failure(QString::fromLocal8Bit(error.what()));
-    }
+    const PHangWatch::Entered entered(m_watch);
+    PStatus status;
+    m_bench.attempt([&] { status = m_bench.enter(state); });
+    return status;
 }
 
 QString PCheckRunner::reasonToSkip(const PCheckRule& rule) const {

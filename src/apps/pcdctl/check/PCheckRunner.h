@@ -3,6 +3,7 @@
 
 #include <apps/pcdctl/check/PCheckReport.h>
 #include <apps/pcdctl/check/bench/PCheckBench.h>
+#include <apps/pcdctl/check/bench/PHangWatch.h>
 #include <apps/pcdctl/cli/PCheckOptions.h>
 
 #include <QObject>
@@ -13,12 +14,27 @@ class PCheckRunner : public QObject {
     Q_OBJECT
 
 public:
-    PCheckRunner(PCheckBench& bench, const QList<PCheckRule>& rules, const PCheckOptions& options);
+    /// The watch is told when the driver is entered and left.
+    PCheckRunner(PCheckBench& bench, PHangWatch& watch, const QList<PCheckRule>& rules,
+                 const PCheckOptions& options);
 
-    /// Runs all cases, and sets the camera's settings back. False if the user interrupted.
+    /// Opens the camera; see PCheckBench.
+    PStatus open();
+    /// Runs all cases, sets the camera's settings back, and closes it. False if the user
+    /// interrupted.
     bool run();
 
     const PCheckReport& report() const { return m_report; }
+
+    /// What is examined now: a rule, and the case in words.
+    struct Place {
+        PCheckRule rule;
+        QString where;
+    };
+    /// The watch's thread may call this and the following in the watch's report.
+    const Place& place() const { return m_place; }
+    /// Counts what is examined now as failed, and all that was not yet examined as skipped.
+    void endEarly(const QString& seen);
 
 signals:
     /// A case is about to be run.
@@ -35,12 +51,18 @@ private:
     void runRule(const PCheckRule& rule, const PCheckState& state);
     void runCase(const PCheckRule& rule, const QString& state, const QString& property);
     PCheckResult examine(const PCheckRule& rule);
+    void putBack();
+    void close();
+    bool reportProblem();
+    void fail(const QString& seen);
     PStatus enter(const PCheckState& state);
     QString reasonToSkip(const PCheckRule& rule) const;
     void addNeeds();
 
     PCheckBench& m_bench;
+    PHangWatch& m_watch;
     QList<PCheckRule> m_rules;
     const PCheckOptions m_options;
     PCheckReport m_report;
+    Place m_place;
 };

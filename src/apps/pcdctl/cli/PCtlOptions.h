@@ -70,6 +70,11 @@ struct PCtlOptions : PProgramOptions {
     bool pyramid = false;                              ///< record: also each frame in smaller sizes
 
     PPipeOptions pipe; ///< stream
+
+    std::optional<std::chrono::milliseconds> hang; ///< check: in which the driver must return
+    /// The same if there is none.
+    std::chrono::milliseconds hangTime() const { return hang.value_or(std::chrono::seconds(30)); }
+
     PCheckOptions check;
     PDoctorOptions doctor;
 };

@@ -289,6 +289,8 @@ PCtlOutcome PCtlParser::readNumbers(const QCommandLineParser& parser) {
         outcome = readSeconds(parser, u"time"_qs, m_options.duration);
     if (outcome.isDone())
         outcome = readSeconds(parser, u"timeout"_qs, m_options.timeout);
+    if (outcome.isDone())
+        outcome = readSeconds(parser, u"hang"_qs, m_options.hang);
     if (outcome.isDone() && m_options.command == PCtlOptions::Command::Trigger)
         outcome = readTrigger(parser, m_options);
     if (outcome.isDone())

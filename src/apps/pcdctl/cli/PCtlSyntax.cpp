@@ -168,6 +168,11 @@ QList<OptionSyntax> checkOptions() {
         {{Command::Check},
          {u"iterations"_qs, u"Run every case this many times. Default: 1."_qs, u"COUNT"_qs}},
         {{Command::Check},
+         {u"hang"_qs,
+          u"End the check with what is known if the driver does not return from a call for this "
+          "long. Default: 30."_qs,
+          u"SECONDS"_qs}},
+        {{Command::Check},
          {u"junit"_qs, u"Also write the results to this file, in the format of JUnit."_qs,
           u"FILE"_qs}},
         {{Command::Check},

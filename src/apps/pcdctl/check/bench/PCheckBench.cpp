@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <apps/pcdctl/check/bench/PCheckBench.h>
 
+#include <apps/pcdctl/check/bench/PCheckRule.h>
 #include <apps/pcdctl/check/bench/PCheckValues.h>
 
 #include <PCd/device/PDeviceRegister.h>
@@ -11,6 +12,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 namespace {
 
@@ -18,8 +20,10 @@ constexpr int exposuresToWait = 4; // a frame may have begun before, and two may
 
 } // namespace
 
-PCheckBench::PCheckBench(PDeviceManager& manager, PDevice* device, Milliseconds timeout)
+PCheckBench::PCheckBench(PDeviceManager& manager, PDevice* device, PHangWatch& watch,
+                         Milliseconds timeout)
     : m_device(device)
+    , m_watch(watch)
     , m_timeout(timeout) {
     connect(&manager, &PDeviceManager::deviceRemoved, this, [this](const PDevice* removed) {
         if (removed == m_device)
@@ -28,10 +32,7 @@ PCheckBench::PCheckBench(PDeviceManager& manager, PDevice* device, Milliseconds 
 }
 
 PCheckBench::~PCheckBench() {
-    if (!isPresent())
-        return;
-    m_device->removeFrameSink(m_frames);
-    m_device->unlink();
+    close();
 }
 
 PStatus PCheckBench::open() {
@@ -45,7 +46,33 @@ PStatus PCheckBench::open() {
     return m_settings.take(device());
 }
 
+void PCheckBench::close() {
+    if (!isPresent())
+        return;
+    m_device->removeFrameSink(m_frames);
+    attempt([this] { m_device->unlink(); });
+    m_device = nullptr;
+}
+
+void PCheckBench::attempt(const std::function<void()>& call) {
+    QString problem;
+    try {
+        call();
+    } catch (const std::exception& error) {
+        problem = PCheckResult::describeException(error.what());
+    } catch (...) { // drivers may throw anything
+        problem = PCheckResult::describeException(nullptr);
+    }
+    if (m_problem.isEmpty())
+        m_problem = problem;
+}
+
+QString PCheckBench::takeProblem() {
+    return std::exchange(m_problem, QString());
+}
+
 PDevice& PCheckBench::device() const {
+    m_watch.touch();
     if (m_device == nullptr)
         throw std::runtime_error("the camera is gone");
     return *m_device;
@@ -94,8 +121,8 @@ void PCheckBench::putBack() {
     stopStream();
     if (!isPresent()) // it may have gone while the stream ended
         return;
-    m_settings.putModeBack(device());
-    m_settings.putBack(device());
+    attempt([this] { m_settings.putModeBack(device()); });
+    attempt([this] { m_settings.putBack(device()); });
     m_state = {};
 }
 
@@ -119,9 +146,13 @@ PStatus PCheckBench::startStream() {
 void PCheckBench::stopStream() {
     if (!isPresent() || !m_device->isStreaming())
         return;
-    m_device->stopStream();
-    m_loop.drain([this] { return !isPresent() || m_device->frameLedger().waiting == 0; },
-                 m_timeout);
+    attempt([this] { m_device->stopStream(); });
+    m_loop.drain(
+        [this] {
+            m_watch.touch();
+            return !isPresent() || m_device->frameLedger().waiting == 0;
+        },
+        m_timeout);
 }
 
 bool PCheckBench::waitForFrames(quint64 count) {
@@ -131,13 +162,22 @@ bool PCheckBench::waitForFrames(quint64 count) {
 
 bool PCheckBench::waitFor(const std::function<bool()>& predicate, Milliseconds atMost) {
     bool holds = false;
-    m_loop.waitFor(
+    waitAnyway(
         [&] {
             holds = isPresent() && predicate();
             return holds || !isPresent();
         },
         atMost);
     return holds;
+}
+
+bool PCheckBench::waitAnyway(const std::function<bool()>& predicate, Milliseconds atMost) {
+    return m_loop.waitFor(
+        [&] {
+            m_watch.touch();
+            return predicate();
+        },
+        atMost);
 }
 
 void PCheckBench::wait(Milliseconds time) {

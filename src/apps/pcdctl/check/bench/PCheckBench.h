@@ -4,6 +4,7 @@
 #include <apps/pcdctl/check/bench/PCheckSettings.h>
 #include <apps/pcdctl/check/bench/PCheckState.h>
 #include <apps/pcdctl/check/bench/PFrameWatch.h>
+#include <apps/pcdctl/check/bench/PHangWatch.h>
 #include <apps/pcdctl/cli/PInterruptibleLoop.h>
 
 #include <PCd/device/PDevice.h>
@@ -29,13 +30,16 @@ class PCheckBench : public QObject {
 public:
     using Milliseconds = std::chrono::milliseconds;
 
-    /// Waits this long for what the camera should do at once, exposure times not included.
-    PCheckBench(PDeviceManager& manager, PDevice* device, Milliseconds timeout);
-    /// Unlinks.
+    /// Waits this long for what the camera should do at once, exposure times not included. The
+    /// watch learns from each use of the camera that the driver has returned.
+    PCheckBench(PDeviceManager& manager, PDevice* device, PHangWatch& watch, Milliseconds timeout);
+    /// Closes.
     ~PCheckBench() override;
 
     /// Links the camera, and takes its settings and modes. Fails if these could not be set back.
     PStatus open();
+    /// Unlinks the camera if it is there.
+    void close();
     /// How link() ended, and how long it took.
     const PStatus& linked() const { return m_linked; }
     Milliseconds linkTook() const { return m_linkTook; }
@@ -78,8 +82,17 @@ public:
     /// Runs events until the predicate is true. False on a timeout, if the user interrupts, or if
     /// the camera is gone.
     bool waitFor(const std::function<bool()>& predicate, Milliseconds atMost);
+    /// The same, also while the camera is gone.
+    bool waitAnyway(const std::function<bool()>& predicate, Milliseconds atMost);
     /// Runs events for this time.
     void wait(Milliseconds time);
+    /// Calls the driver where an exception must not get further, as in a destructor; see
+    /// takeProblem().
+    void attempt(const std::function<void()>& call);
+    /// Why an attempt, also one of stopping, putting back or closing, ended early; empty if none
+    /// did since the last call of this function.
+    QString takeProblem();
+
     /// How long to wait for a frame with the present exposure time.
     Milliseconds frameTimeout() const;
     Milliseconds timeout() const { return m_timeout; }
@@ -99,6 +112,7 @@ private:
     PStatus startStream();
 
     QPointer<PDevice> m_device;
+    PHangWatch& m_watch;
     const Milliseconds m_timeout;
     const std::shared_ptr<PFrameWatch> m_frames = std::make_shared<PFrameWatch>();
     PInterruptibleLoop m_loop;
@@ -107,6 +121,7 @@ private:
     QList<PDeviceMode> m_modes;
     PCheckSettings m_settings;
     PCheckState m_state;
+    QString m_problem;
     qsizetype m_property = 0;
     bool m_isSimulated = false;
     QHash<const PDeviceProperty*, bool> m_inert; ///< those that have been tried

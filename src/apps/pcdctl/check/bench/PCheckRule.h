@@ -13,6 +13,12 @@ struct PCheckResult {
     /// What a property does that the camera lacks, or the driver does not send.
     static QString inertText() { return u"nothing that is set changes it"_qs; }
 
+    /// What is seen of an exception that left the driver; null for one that has no text.
+    static QString describeException(const char* text) {
+        return text == nullptr ? u"ended by an unknown exception"_qs
+                               : u"ended by an exception: %1"_qs.arg(QString::fromLocal8Bit(text));
+    }
+
     State state = State::Passed;
     QString text; ///< what was seen, or why it was skipped; empty if passed
 

@@ -160,7 +160,7 @@ PCheckResult examineLongExposure(PCheckBench& bench) {
     const auto putBack = qScopeGuard([&] {
         bench.stopStream();
         if (bench.isPresent() && time != nullptr)
-            time->setValue(before);
+            bench.attempt([&] { time->setValue(before); });
     });
     const PStatus started = bench.device().startStream();
     if (!started.isOk())

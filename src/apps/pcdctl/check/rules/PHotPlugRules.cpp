@@ -56,24 +56,19 @@ public:
     /// False if the camera is still in the list.
     bool unplug() {
         const Milliseconds time = m_cable.plug(false);
-        return waitUntil([this] { return m_register.findDevice(m_id) == nullptr; }, time);
+        return m_bench.waitAnyway([this] { return m_register.findDevice(m_id) == nullptr; }, time);
     }
     /// False if no camera of this id has appeared.
     bool plug() {
         const Milliseconds time = m_cable.plug(true);
         const bool isBack =
-            waitUntil([this] { return m_register.findDevice(m_id) != nullptr; }, time);
+            m_bench.waitAnyway([this] { return m_register.findDevice(m_id) != nullptr; }, time);
         if (isBack && !m_bench.isPresent())
             m_bench.replaceDevice(m_register.findDevice(m_id));
         return isBack;
     }
 
 private:
-    bool waitUntil(const std::function<bool()>& predicate, Milliseconds atMost) {
-        PInterruptibleLoop loop;
-        return loop.waitFor(predicate, atMost);
-    }
-
     PCheckBench& m_bench;
     PDeviceRegister& m_register;
     const QByteArray m_id;
