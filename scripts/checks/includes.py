@@ -76,7 +76,7 @@ FOLDERS = {
         "check": "camera check/bench check/rules cli",
         "check/bench": "cli",
         "check/frames": "check/bench check/rules",
-        "check/rules": "check/bench cli",
+        "check/rules": "check/bench",
         "commands": "camera cli properties runs",
         "completion": "camera cli",
         "doctor": "cli runs",

@@ -17,6 +17,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <stdexcept>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -94,6 +95,8 @@ bool MutantDevice::tryLink() {
     ++m_links;
     fault("tryLink");
     sleepIf(breaks("timing.link") && m_links == 1, slowLink);
+    if (breaks("hot-plug.opens-again") && m_isReplugged)
+        return false;
     return !breaks("open.link") && !(breaks("open.again") && m_links == 2);
 }
 
@@ -167,6 +170,9 @@ bool MutantDevice::tryStopStream() {
     sleepIf(breaks("timing.stop") && m_stops == 2, slowStop);
     if (breaks("stream.silent-after-stop"))
         QTimer::singleShot(50, this, [this] { sendFrame(); });
+    // On this thread, but after the device has left the list.
+    if (breaks("hot-plug.stream-ends") && m_isUnplugged)
+        QMetaObject::invokeMethod(this, &MutantDevice::sendFrame, Qt::QueuedConnection);
     return !breaks("stream.stops");
 }
 
@@ -174,10 +180,14 @@ void MutantDevice::leak() {
     if (breaks("resources.threads"))
         std::thread([] { std::this_thread::sleep_for(std::chrono::hours(1)); }).detach();
     if (breaks("resources.files"))
-        ::open("/dev/null", O_RDONLY | O_CLOEXEC);
+        leakFile();
     static std::vector<std::vector<char>> leaked;
     if (breaks("resources.memory"))
         leaked.emplace_back(leakedBytes);
+}
+
+void MutantDevice::leakFile() {
+    ::open("/dev/null", O_RDONLY | O_CLOEXEC);
 }
 
 /// True if no frame is due.
@@ -285,6 +295,12 @@ void MutantDevice::breakNumber(QList<PDeviceProperty*>& properties) {
     if (breaks("properties.untouched-by-reading"))
         gain->get = [negative, get = gain->get] {
             negative->trySetValue(false);
+            return get();
+        };
+    if (breaks("hot-plug.calls-return"))
+        gain->get = [this, get = gain->get]() -> QVariant {
+            if (m_isUnplugged)
+                throw std::runtime_error("no such camera");
             return get();
         };
     if (breaks("ranges.ordered"))

@@ -46,6 +46,10 @@ public:
 
     /// No further frame comes from this stream.
     void pause() { m_isPaused = m_stream.isRunning(); }
+    /// Before it leaves the list because the camera was unplugged.
+    void setUnplugged() { m_isUnplugged = true; }
+    /// Opens a file for ever.
+    static void leakFile();
     /// After the camera was plugged in again.
     void setReplugged() { m_isReplugged = true; }
 
@@ -79,6 +83,7 @@ private:
     bool m_isModeInside = false; ///< getCurrentMode() is running
     bool m_areModesRead = false;
     bool m_isReplugged = false;
+    bool m_isUnplugged = false;
     bool m_wasTriggered = false;
     bool m_stoppedEarly = false;
     bool m_isStuck = false;

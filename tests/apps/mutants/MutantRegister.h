@@ -46,6 +46,8 @@ public:
             return;
         if (!plugged && breaks("hot-plug.while-streaming") && isStreaming)
             return;
+        if (!plugged && !devices().isEmpty())
+            static_cast<MutantDevice*>(devices().first())->setUnplugged();
         m_wasUnplugged = m_wasUnplugged || !plugged;
         m_isPlugged = plugged && !breaks("hot-plug.returns");
         updateDevices();
@@ -56,6 +58,8 @@ private:
         auto* const device = new MutantDevice(this);
         if (m_wasUnplugged)
             device->setReplugged();
+        if (m_wasUnplugged && breaks("hot-plug.nothing-left"))
+            MutantDevice::leakFile();
         return device;
     }
 

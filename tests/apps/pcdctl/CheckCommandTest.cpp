@@ -51,6 +51,22 @@ TEST_F(CheckCommand, passes_the_example_plugin) {
     EXPECT_EQ(result.json[u"camera"][u"id"].toString(), u"Pattern-P1"_qs);
 }
 
+TEST_F(CheckCommand, unplugs_a_simulated_camera_and_passes_it) {
+    const CtlResult result =
+        runCtl({checkWord, u"--sdk=sim"_qs, u"--camera=1"_qs, jsonWord, u"--filter=hot-plug.*"_qs,
+                u"--allow=unplug"_qs, u"--trace"_qs, path(u"a.trace"_qs)});
+    EXPECT_EQ(result.exitCode, 0) << result.output.toStdString() << result.errors.toStdString();
+    EXPECT_EQ(collectIds(result.json, u"passed"_qs),
+              (QStringList{u"hot-plug.noticed"_qs, u"hot-plug.returns"_qs,
+                           u"hot-plug.calls-return"_qs, u"hot-plug.while-streaming"_qs,
+                           u"hot-plug.stream-ends"_qs, u"hot-plug.opens-again"_qs,
+                           u"hot-plug.streams-again"_qs, u"hot-plug.nothing-left"_qs}));
+    // By seven rules once each, by the last one five times, and the two that were found at first.
+    const QByteArray trace = readFile(path(u"a.trace"_qs));
+    EXPECT_EQ(trace.count(R"("kind":"call","name":"Toupcam_Open")"), 7 + 5 + 2);
+    EXPECT_EQ(trace.count(R"("kind":"call","name":"Toupcam_Close")"), 7 + 5 + 2);
+}
+
 TEST_F(CheckCommand, passes_a_camera_of_another_plugin) {
     const CtlResult result = runCtl(withPlugin(QStringLiteral(LAB_PLUGIN)) +
                                     QStringList{u"--allow=unplug"_qs, jsonWord});
@@ -153,7 +169,8 @@ TEST_F(CheckCommand, that_is_interrupted_says_so_and_begins_nothing_more) {
 }
 
 TEST_F(CheckCommand, lists_its_rules_without_a_camera) {
-    const CtlResult result = runCtl({checkWord, u"--list"_qs, u"--filter"_qs, u"hot-plug.n*"_qs});
+    const CtlResult result =
+        runCtl({checkWord, u"--list"_qs, u"--filter"_qs, u"hot-plug.not*d"_qs});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.output,
               "hot-plug.noticed\tA camera that was unplugged leaves the list. (needs "

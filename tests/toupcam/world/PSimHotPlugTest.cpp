@@ -25,6 +25,55 @@ TEST_F(SimHotPlug, unknown_cameras_are_neither_plugged_nor_unplugged) {
     EXPECT_EQ(ToupcamSim_unplug(nullptr), 0);
 }
 
+using Ids = std::vector<std::string>;
+
+/// The SDK ids of the cameras that are plugged in.
+Ids findPlugged() {
+    ToupcamDeviceV2 records[TOUPCAM_MAX];
+    Ids ids;
+    for (unsigned i = 0, count = Toupcam_EnumV2(records); i < count; ++i)
+        ids.emplace_back(records[i].id);
+    return ids;
+}
+
+std::string makeTwoCameras(const std::string& id, const std::string& otherId) {
+    SimCameraText one;
+    one.id = id;
+    SimCameraText other;
+    other.id = otherId;
+    return makeScene({one, other});
+}
+
+TEST_F(SimHotPlug, cameras_are_plugged_and_unplugged_by_serial_number_too) {
+    ASSERT_EQ(ToupcamSim_loadScene(makeTwoCameras("a", "b").c_str()), nullptr);
+    CallCounter calls;
+    Toupcam_HotPlug(CallCounter::onCall, &calls);
+    EXPECT_EQ(ToupcamSim_setPlugged("S-b", 1), 0) << "it is plugged in";
+    EXPECT_EQ(ToupcamSim_setPlugged("S-b", 0), 1);
+    ASSERT_TRUE(calls.waitFor(1));
+    EXPECT_EQ(findPlugged(), Ids{"a"});
+    EXPECT_EQ(ToupcamSim_setPlugged("S-b", 0), 0) << "it is unplugged";
+    EXPECT_EQ(ToupcamSim_setPlugged("S-b", 1), 1);
+    ASSERT_TRUE(calls.waitFor(2));
+    EXPECT_EQ(findPlugged(), (Ids{"a", "b"}));
+    EXPECT_EQ(ToupcamSim_setPlugged("S", 0), 0) << "no such number";
+    EXPECT_EQ(ToupcamSim_setPlugged(nullptr, 0), 0);
+    Toupcam_HotPlug(nullptr, nullptr);
+    EXPECT_EQ(calls.count(), 2U);
+}
+
+TEST_F(SimHotPlug, of_two_cameras_with_one_serial_number_the_first_in_the_scene_is_meant) {
+    const std::string name = "twenty-letters-long-"; // the part of the id that the number has
+    ASSERT_EQ(ToupcamSim_loadScene(makeTwoCameras(name + "1", name + "2").c_str()), nullptr);
+    const std::string serial = "S-" + name;
+    EXPECT_EQ(ToupcamSim_setPlugged(serial.c_str(), 0), 1);
+    EXPECT_EQ(findPlugged(), Ids{name + "2"});
+    EXPECT_EQ(ToupcamSim_setPlugged(serial.c_str(), 0), 1);
+    EXPECT_EQ(findPlugged(), Ids());
+    EXPECT_EQ(ToupcamSim_setPlugged(serial.c_str(), 1), 1);
+    EXPECT_EQ(findPlugged(), Ids{name + "1"});
+}
+
 TEST_F(SimHotPlug, burst_runs_the_callback_once_for_each_event) {
     CallCounter calls;
     Toupcam_HotPlug(CallCounter::onCall, &calls);

@@ -20,6 +20,11 @@ public:
     /// wrong with it. Only if isSimulated().
     PStatus loadScene(const QString& file);
 
+    /// Unplugs a simulated camera, or plugs it in again; as with a real one, the program learns of
+    /// it a moment later. Fails, with the reason, if the library cannot do this, or has no camera
+    /// with this serial number whose state that changes. At any time, on any thread.
+    PStatus setPlugged(const QString& serial, bool plugged) const;
+
     /// Where the library is from.
     enum class Origin { Simulator, Environment, System, Path };
     Origin origin() const { return m_origin; }

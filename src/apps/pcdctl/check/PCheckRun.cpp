@@ -35,7 +35,11 @@ PCheckRun::PCheckRun(PCtlHost& host, PDevice* device, const QList<PCheckRule>& r
     , m_watch(options.hangTime(), [this](PHangWatch::Milliseconds waited) { endHung(waited); })
     , m_bench(host.manager(), device, m_watch, options.timeout.value_or(usualTimeout))
     , m_runner(m_bench, m_watch, rules, options.check) {
-    m_bench.setSimulated(m_camera.simulated);
+    if (m_camera.simulated) {
+        m_bench.setCable(PCheckCable([&sdk = host.sdk(), serial = m_camera.serial](bool in) {
+            return sdk.setPlugged(serial, in);
+        }));
+    }
 }
 
 PCtlOutcome PCheckRun::run() {

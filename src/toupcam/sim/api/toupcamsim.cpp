@@ -72,6 +72,10 @@ int ToupcamSim_plug(const char* camId) {
     return done([camId] { return PSimWorld::instance().plug(toId(camId)); });
 }
 
+int ToupcamSim_setPlugged(const char* serial, int plugged) {
+    return done([&] { return PSimWorld::instance().setPlugged(toId(serial), plugged != 0); });
+}
+
 void ToupcamSim_fireHotPlug(void) {
     attempt([] { PSimWorld::instance().hotPlug().notify(); });
 }

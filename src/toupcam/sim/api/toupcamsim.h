@@ -36,6 +36,11 @@ TOUPCAM_API(int) ToupcamSim_unplug(const char* camId);
 /// Plugs a camera of the scene in again. Returns 1, or 0 if it is not an unplugged camera.
 TOUPCAM_API(int) ToupcamSim_plug(const char* camId);
 
+/// The same two for a program that has only the serial number: unplugs the plugged-in camera with
+/// this number (plugged = 0), or plugs the unplugged one in (any other value). If several have the
+/// number, the first of them in the scene. Returns 1, or 0 if there is no such camera.
+TOUPCAM_API(int) ToupcamSim_setPlugged(const char* serial, int plugged);
+
 /// Runs the hot-plug callback once, on the SDK's hot-plug thread, without any change.
 TOUPCAM_API(void) ToupcamSim_fireHotPlug(void);
 

@@ -161,6 +161,18 @@ bool PSimWorld::plug(const QByteArray& id) {
     return true;
 }
 
+bool PSimWorld::setPlugged(const QByteArray& serial, bool plugged) {
+    Cameras cameras;
+    {
+        const std::lock_guard lock(m_mutex);
+        cameras = m_cameras;
+    }
+    return std::any_of(cameras.begin(), cameras.end(), [&](const auto& camera) {
+        const PSimCameraSpec& spec = camera->spec();
+        return spec.serial == serial && (plugged ? plug(spec.id) : unplug(spec.id));
+    });
+}
+
 bool PSimWorld::hold(const QByteArray& id, bool held) {
     const std::shared_ptr<PSimCamera> found = camera(id);
     if (found)

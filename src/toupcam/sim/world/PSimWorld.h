@@ -45,6 +45,9 @@ public:
     void reset();
     bool unplug(const QByteArray& id);
     bool plug(const QByteArray& id);
+    /// Plugs the first camera with this serial number in or out whose state that changes; false if
+    /// there is none.
+    bool setPlugged(const QByteArray& serial, bool plugged);
     bool hold(const QByteArray& id, bool held);
     bool pushRaw(const QByteArray& id, const void* data, const BITMAPINFOHEADER* header,
                  int isSnapshot);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <apps/pcdctl/check/bench/PCheckCable.h>
 #include <apps/pcdctl/check/bench/PCheckSettings.h>
 #include <apps/pcdctl/check/bench/PCheckState.h>
 #include <apps/pcdctl/check/bench/PFrameWatch.h>
@@ -48,9 +49,9 @@ public:
     const QList<PDeviceMode>& modes() const { return m_modes; }
     const PCheckSettings& settings() const { return m_settings; }
 
-    /// For a camera of a simulated SDK.
-    void setSimulated(bool simulated) { m_isSimulated = simulated; }
-    bool isSimulated() const { return m_isSimulated; }
+    /// How the camera is unplugged; at first by its register or the user.
+    void setCable(const PCheckCable& cable) { m_cable = cable; }
+    const PCheckCable& cable() const { return m_cable; }
 
     bool isPresent() const { return m_device != nullptr; }
     /// Throws std::runtime_error, which ends the case, if the camera is gone.
@@ -123,7 +124,7 @@ private:
     PCheckState m_state;
     QString m_problem;
     qsizetype m_property = 0;
-    bool m_isSimulated = false;
+    PCheckCable m_cable;
     QHash<const PDeviceProperty*, bool> m_inert; ///< those that have been tried
     PStatus m_stream;                            ///< the first failure to get frames
 };

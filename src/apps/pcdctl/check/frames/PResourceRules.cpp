@@ -6,7 +6,6 @@
 #include <QScopeGuard>
 
 #include <algorithm>
-#include <functional>
 
 namespace {
 
@@ -16,7 +15,6 @@ using Milliseconds = PCheckBench::Milliseconds;
 
 constexpr int warmUpCycles = 3;
 constexpr int measuredCycles = 8;
-constexpr qint64 bytesPerCycle = 1 << 20;
 constexpr Milliseconds threadEndTime{2000};
 
 /// Starts and stops the stream this often; false if no frames arrive.
@@ -30,10 +28,9 @@ bool runCycles(PCheckBench& bench, int count) {
     return true;
 }
 
-/// What one more of something costs: its amount before and after the measured cycles.
-PCheckResult
-measure(PCheckBench& bench,
-        const std::function<QString(const PProcessUsage&, const PProcessUsage&)>& judge) {
+/// What the measured cycles have left.
+PCheckResult measure(PCheckBench& bench,
+                     QString (PProcessUsage::*describe)(const PProcessUsage&, int) const) {
     const auto& modes = bench.modes();
     const auto smallest = std::min_element(
         modes.begin(), modes.end(), [](const PDeviceMode& a, const PDeviceMode& b) {
@@ -49,36 +46,22 @@ measure(PCheckBench& bench,
         return PCheckResult::skipped(u"no frames arrive"_qs);
     // Threads may end a little after they were told to.
     bench.waitFor([&] { return PProcessUsage::read().threads <= before.threads; }, threadEndTime);
-    return PCheckResult::unless(judge(before, PProcessUsage::read()));
-}
-
-QString describeGrowth(const QString& what, qint64 before, qint64 after) {
-    return u"%1 starts and stops: %2 %3 before, %4 after"_qs.arg(
-        QString::number(measuredCycles), what, QString::number(before), QString::number(after));
+    const QString left = (PProcessUsage::read().*describe)(before, measuredCycles);
+    return PCheckResult::unless(
+        left.isEmpty() ? QString()
+                       : u"%1 starts and stops: %2"_qs.arg(QString::number(measuredCycles), left));
 }
 
 PCheckResult examineThreads(PCheckBench& bench) {
-    return measure(bench, [](const PProcessUsage& before, const PProcessUsage& after) {
-        return after.threads < before.threads + measuredCycles
-                   ? QString()
-                   : describeGrowth(u"threads:"_qs, before.threads, after.threads);
-    });
+    return measure(bench, &PProcessUsage::describeThreads);
 }
 
 PCheckResult examineFiles(PCheckBench& bench) {
-    return measure(bench, [](const PProcessUsage& before, const PProcessUsage& after) {
-        return after.files < before.files + measuredCycles
-                   ? QString()
-                   : describeGrowth(u"open files:"_qs, before.files, after.files);
-    });
+    return measure(bench, &PProcessUsage::describeFiles);
 }
 
 PCheckResult examineMemory(PCheckBench& bench) {
-    return measure(bench, [](const PProcessUsage& before, const PProcessUsage& after) {
-        return after.bytes < before.bytes + measuredCycles * bytesPerCycle
-                   ? QString()
-                   : describeGrowth(u"bytes allocated:"_qs, before.bytes, after.bytes);
-    });
+    return measure(bench, &PProcessUsage::describeMemory);
 }
 
 PCheckResult examinePutBack(PCheckBench& bench) {

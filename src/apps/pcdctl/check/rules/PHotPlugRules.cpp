@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include <apps/pcdctl/check/bench/PCheckBench.h>
+#include <apps/pcdctl/check/bench/PProcessUsage.h>
 #include <apps/pcdctl/check/rules/PCheckRules.h>
 
-#include <apps/pcdctl/cli/PCtlOutput.h>
-
 #include <PCd/device/PDeviceRegister.h>
+#include <PCd/property/PDeviceProperty.h>
 
 namespace {
 
@@ -12,160 +12,228 @@ using Where = PCheckRule::Where;
 using For = PCheckRule::For;
 using Milliseconds = PCheckBench::Milliseconds;
 
-constexpr Milliseconds noticeTime{3000}; // drivers may wait until a burst of events has ended
-constexpr Milliseconds userTime{60000};
+constexpr Milliseconds lateTime{150};      // for frames that should not come any more
+constexpr Milliseconds cableEndTime{2000}; // of what was told to end
+constexpr int warmUpCables = 1;
+constexpr int measuredCables = 4;
 
-const char* const plugMethod = "setPlugged";
+/// Of modes and properties.
+QList<QByteArray> collectDeviceIds(PDevice& device) {
+    QList<QByteArray> ids;
+    for (const PDeviceMode& mode : device.getSupportModes())
+        ids.append(mode.id);
+    for (const PDeviceProperty* property : device.supportProperties())
+        ids.append(property->id());
+    return ids;
+}
 
-/// Plugs the camera in and out: by a method of its register if there is one, else by the user.
-class Cable {
-public:
-    explicit Cable(PDeviceRegister& deviceRegister)
-        : m_register(deviceRegister)
-        , m_hasMethod(hasMethod(deviceRegister)) {}
+/// As a window does, until it learns that the camera is gone.
+void useDevice(PDevice& device) {
+    device.getSupportModes();
+    device.getCurrentMode();
+    for (PDeviceProperty* property : device.supportProperties())
+        property->readFromDevice();
+    device.startStream();
+    device.stopStream();
+}
 
-    static bool hasMethod(const PDeviceRegister& deviceRegister) {
-        return deviceRegister.metaObject()->indexOfMethod("setPlugged(bool)") >= 0;
-    }
-
-    /// Returns how long to wait until the driver should have noticed.
-    Milliseconds plug(bool in) {
-        if (m_hasMethod) {
-            QMetaObject::invokeMethod(&m_register, plugMethod, Q_ARG(bool, in));
-            return noticeTime;
-        }
-        PCtlOutput::printMessage(in ? u"Now plug the camera in again (within 60 s)."_qs
-                                    : u"Now unplug the camera (within 60 s)."_qs);
-        return userTime;
-    }
-
-private:
-    PDeviceRegister& m_register;
-    const bool m_hasMethod;
-};
-
-/// Unplugs and plugs in again; what is wrong, if anything.
+/// Unplugs the camera and plugs it in again, and keeps what was seen.
 class Replug {
 public:
-    explicit Replug(PCheckBench& bench)
+    /// `use`: what to do with the camera while it is gone and its device still exists.
+    explicit Replug(
+        PCheckBench& bench, void (*use)(PDevice&) = [](PDevice&) {})
         : m_bench(bench)
         , m_register(bench.deviceRegister())
+        , m_use(use)
         , m_id(bench.device().deviceId(false))
-        , m_cable(m_register) {}
-
-    /// False if the camera is still in the list.
-    bool unplug() {
-        const Milliseconds time = m_cable.plug(false);
-        return m_bench.waitAnyway([this] { return m_register.findDevice(m_id) == nullptr; }, time);
+        , m_ids(collectDeviceIds(bench.device())) {
+        QObject::connect(&m_register, &PDeviceRegister::deviceRemoved, &m_context,
+                         [this](PDevice* device) { lookAtRemoved(*device); });
     }
-    /// False if no camera of this id has appeared.
-    bool plug() {
-        const Milliseconds time = m_cable.plug(true);
-        const bool isBack =
-            m_bench.waitAnyway([this] { return m_register.findDevice(m_id) != nullptr; }, time);
-        if (isBack && !m_bench.isPresent())
+
+    /// Fails if there is no way to unplug the camera.
+    PStatus run() {
+        const PStatus unplugged = m_bench.cable().plug(m_register, false);
+        if (!unplugged.isOk())
+            return unplugged;
+        // A driver may notice it later, and calls reach a camera that is not there.
+        if (m_bench.isPresent())
+            m_bench.attempt([this] { m_use(m_bench.device()); });
+        m_isNoticed = waitUntilListed(false);
+        m_bench.waitAnyway([] { return false; }, lateTime);
+        m_frames = m_bench.frames()->seen().live;
+        m_bench.cable().plug(m_register, true);
+        m_isBack = waitUntilListed(true);
+        if (m_isBack && !m_bench.isPresent())
             m_bench.replaceDevice(m_register.findDevice(m_id));
-        return isBack;
+        return PStatus::Ok;
+    }
+
+    // What is wrong; empty if nothing is.
+    QString findRemovalProblem() const {
+        return m_isNoticed ? QString() : u"the camera is still in the list"_qs;
+    }
+    QString findReturnProblem() const {
+        return m_isBack ? QString() : u"no camera with the same id has appeared"_qs;
+    }
+    QString findLateFrames() const {
+        const quint64 late = m_frames - m_framesAtRemoval.value_or(m_frames);
+        return late == 0 ? QString()
+                         : u"%1 frames arrived after the camera had left the list"_qs.arg(late);
+    }
+    QString findOpeningProblem() const {
+        if (!m_bench.linked().isOk())
+            return m_bench.linked().reason();
+        return collectDeviceIds(m_bench.device()) == m_ids
+                   ? QString()
+                   : u"it has other modes or properties than before"_qs;
     }
 
 private:
+    bool waitUntilListed(bool listed) {
+        return m_bench.waitAnyway(
+            [&] { return (m_register.findDevice(m_id) != nullptr) == listed; },
+            m_bench.cable().noticeTime(m_register, m_bench.timeout()));
+    }
+
+    void lookAtRemoved(PDevice& device) {
+        if (device.deviceId(false) != m_id)
+            return;
+        m_framesAtRemoval = m_bench.frames()->seen().live;
+        // The driver emits this: nothing may be thrown through it.
+        m_bench.attempt([&] { m_use(device); });
+    }
+
     PCheckBench& m_bench;
     PDeviceRegister& m_register;
+    void (*const m_use)(PDevice&);
     const QByteArray m_id;
-    Cable m_cable;
+    const QList<QByteArray> m_ids; ///< of modes and properties
+    std::optional<quint64> m_framesAtRemoval;
+    quint64 m_frames = 0;
+    bool m_isNoticed = false;
+    bool m_isBack = false;
+    QObject m_context; ///< last: no signal arrives once this is gone
 };
 
-/// Empty if there is a way to unplug the camera.
-QString reasonNotToUnplug(PCheckBench& bench) {
-    return bench.isSimulated() && !Cable::hasMethod(bench.deviceRegister())
-               ? u"simulated, and its register has no method setPlugged(bool)"_qs
-               : QString();
+/// Unplugs once, and plugs in again; the rest depends on the rule.
+PCheckResult judge(Replug& replug, QString (Replug::*problem)() const) {
+    const PStatus unplugged = replug.run();
+    return unplugged.isOk() ? PCheckResult::unless((replug.*problem)())
+                            : PCheckResult::skipped(unplugged.reason());
 }
 
-PCheckResult examineUnplugging(PCheckBench& bench) {
-    const QString reason = reasonNotToUnplug(bench);
-    if (!reason.isEmpty())
-        return PCheckResult::skipped(reason);
+template <QString (Replug::*problem)() const>
+PCheckResult examineIdle(PCheckBench& bench) {
     Replug replug(bench);
-    const bool isNoticed = replug.unplug();
-    replug.plug();
-    return PCheckResult::unless(isNoticed ? QString() : u"the camera is still in the list"_qs);
+    return judge(replug, problem);
 }
 
-PCheckResult examineReturn(PCheckBench& bench) {
-    const QString reason = reasonNotToUnplug(bench);
-    if (!reason.isEmpty())
-        return PCheckResult::skipped(reason);
-    Replug replug(bench);
-    replug.unplug();
-    return PCheckResult::unless(replug.plug() ? QString()
-                                              : u"no camera with the same id has appeared"_qs);
-}
-
-PCheckResult examineUnplugInStream(PCheckBench& bench) {
-    const QString reason = reasonNotToUnplug(bench);
-    if (!reason.isEmpty())
-        return PCheckResult::skipped(reason);
+template <QString (Replug::*problem)() const>
+PCheckResult examineInStream(PCheckBench& bench) {
     const PStatus stream = bench.ensureStream();
     if (!stream.isOk())
         return PCheckResult::skipped(stream.reason());
     Replug replug(bench);
-    const bool isNoticed = replug.unplug();
-    replug.plug();
-    return PCheckResult::unless(isNoticed ? QString() : u"the camera is still in the list"_qs);
+    return judge(replug, problem);
+}
+
+/// What the driver throws at the calls is what fails.
+PCheckResult examineCalls(PCheckBench& bench) {
+    Replug replug(bench, useDevice);
+    return judge(replug, &Replug::findRemovalProblem);
 }
 
 PCheckResult examineStreamAfterReturn(PCheckBench& bench) {
-    const QString reason = reasonNotToUnplug(bench);
-    if (!reason.isEmpty())
-        return PCheckResult::skipped(reason);
     Replug replug(bench);
-    if (!replug.unplug() || !replug.plug())
-        return PCheckResult::skipped(u"the camera did not go and come back"_qs);
+    const PStatus unplugged = replug.run();
+    if (!unplugged.isOk())
+        return PCheckResult::skipped(unplugged.reason());
     const PStatus stream = bench.ensureStream();
     bench.stopStream();
     return PCheckResult::unless(stream.reason());
 }
 
+/// Fails if there is no way to unplug the camera.
+PStatus replugOften(PCheckBench& bench, int count) {
+    PStatus status;
+    for (int i = 0; i < count && status.isOk() && bench.isPresent(); ++i)
+        status = Replug(bench).run();
+    return status;
+}
+
+PCheckResult examineRest(PCheckBench& bench) {
+    if (!bench.cable().isAutomatic(bench.deviceRegister()))
+        return PCheckResult::skipped(u"the user would have to unplug the camera five times"_qs);
+    const PStatus unplugged = replugOften(bench, warmUpCables);
+    if (!unplugged.isOk())
+        return PCheckResult::skipped(unplugged.reason());
+    const PProcessUsage before = PProcessUsage::read();
+    replugOften(bench, measuredCables);
+    const auto findRest = [&] {
+        const PProcessUsage now = PProcessUsage::read();
+        QStringList texts{now.describeThreads(before, measuredCables),
+                          now.describeFiles(before, measuredCables),
+                          now.describeMemory(before, measuredCables)};
+        texts.removeAll(QString());
+        return texts.join(u"; "_qs);
+    };
+    bench.waitAnyway([&] { return findRest().isEmpty(); }, cableEndTime);
+    return PCheckResult::unless(findRest());
+}
+
+PCheckRule makeCableRule(const QString& id, const QString& reason, const QString& hint,
+                         PCheckResult (*examine)(PCheckBench&), const QStringList& needs) {
+    return {id, reason, hint, Where::Once, For::Camera, examine, needs, u"unplug"_qs};
+}
+
 } // namespace
 
 QList<PCheckRule> PCheckRules::hotPlug() {
-    const QString hazard = u"unplug"_qs;
     const QString search =
         u"Call updateDevices() when the SDK reports a change; see aliveDevices()."_qs;
+    const QString again = u"Open the camera again; the old session ended with the cable."_qs;
+    const QStringList both{u"hot-plug.noticed"_qs, u"hot-plug.returns"_qs};
     return {
-        {u"hot-plug.noticed"_qs,
-         u"A camera that was unplugged leaves the list."_qs,
-         search,
-         Where::Once,
-         For::Camera,
-         &examineUnplugging,
-         {},
-         hazard},
-        {u"hot-plug.returns"_qs,
-         u"A camera that was plugged in again appears with the id that it had: hosts go on with "
-         "it."_qs,
-         search,
-         Where::Once,
-         For::Camera,
-         &examineReturn,
-         {u"hot-plug.noticed"_qs},
-         hazard},
-        {u"hot-plug.while-streaming"_qs,
-         u"A camera that is unplugged in a stream leaves the list."_qs,
-         u"Notice in the frame callback that the camera is gone, and post one call."_qs,
-         Where::Once,
-         For::Camera,
-         &examineUnplugInStream,
-         {u"hot-plug.noticed"_qs, u"hot-plug.returns"_qs},
-         hazard},
-        {u"hot-plug.streams-again"_qs,
-         u"A camera that was plugged in again can stream."_qs,
-         u"Open the camera again; the old session ended with the cable."_qs,
-         Where::Once,
-         For::Camera,
-         &examineStreamAfterReturn,
-         {u"stream.delivers"_qs, u"hot-plug.noticed"_qs, u"hot-plug.returns"_qs},
-         hazard},
+        makeCableRule(u"hot-plug.noticed"_qs, u"A camera that was unplugged leaves the list."_qs,
+                      search, &examineIdle<&Replug::findRemovalProblem>, {}),
+        makeCableRule(
+            u"hot-plug.returns"_qs,
+            u"A camera that was plugged in again appears with the id that it had: hosts go on with "
+            "it."_qs,
+            search, &examineIdle<&Replug::findReturnProblem>, both.mid(0, 1)),
+        makeCableRule(
+            u"hot-plug.calls-return"_qs,
+            u"Using a camera that was unplugged returns without an exception: hosts learn of it a "
+            "moment later."_qs,
+            u"Check what the SDK returns; without its session a reading fails, and no more."_qs,
+            &examineCalls, both),
+        makeCableRule(
+            u"hot-plug.while-streaming"_qs,
+            u"A camera that is unplugged in a stream leaves the list."_qs,
+            u"Notice in the frame callback that the camera is gone, and post one call."_qs,
+            &examineInStream<&Replug::findRemovalProblem>, both),
+        makeCableRule(
+            u"hot-plug.stream-ends"_qs,
+            u"No frame arrives from a camera that has left the list: its stream has ended."_qs,
+            u"In tryStopStream() end the thread that sends frames, also without the camera."_qs,
+            &examineInStream<&Replug::findLateFrames>,
+            both + QStringList{u"hot-plug.while-streaming"_qs, u"stream.silent-after-stop"_qs}),
+        makeCableRule(u"hot-plug.opens-again"_qs,
+                      u"A camera that was plugged in again can be linked, and has the modes and "
+                      "properties that it had."_qs,
+                      again, &examineIdle<&Replug::findOpeningProblem>,
+                      both + QStringList{u"open.link"_qs}),
+        makeCableRule(u"hot-plug.streams-again"_qs,
+                      u"A camera that was plugged in again can stream."_qs, again,
+                      &examineStreamAfterReturn,
+                      both + QStringList{u"stream.delivers"_qs, u"hot-plug.opens-again"_qs}),
+        makeCableRule(
+            u"hot-plug.nothing-left"_qs,
+            u"Unplugging a camera and plugging it in again leaves nothing behind: no thread, no "
+            "open file, and at most 1 MiB of memory each time."_qs,
+            u"Close the session and end its threads in the destructor of the device."_qs,
+            &examineRest, both),
     };
 }
