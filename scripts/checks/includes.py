@@ -21,6 +21,7 @@ LIBRARIES = {
     "apps/common": "PCd PCore PDip PLog",
     "apps/pcdctl": "PCd PCore PDip PLog apps/common",
     "apps/pcdview": "PCd PCdGui PCore PDip PGui PLog apps/common",
+    "gstreamer": "PCd PCore PDip PLog apps/common",
 }
 
 # Of each library with folders, the folders whose headers each of them includes; "." is the
@@ -96,6 +97,10 @@ FOLDERS = {
         "capture": "camera options",
         "hang": "options",
         "analysis": "view",
+    },
+    "gstreamer": {
+        ".": "camera frame",
+        "camera": "frame",
     },
 }
 

@@ -1,0 +1,242 @@
+// SPDX-License-Identifier: MIT
+#include <gstreamer/camera/PGstCamera.h>
+
+#include <gstreamer/camera/PGstHost.h>
+#include <gstreamer/camera/PGstSettings.h>
+
+#include <PCd/device/PDevice.h>
+#include <PCd/device/PDeviceManager.h>
+
+#include <PCore/PPrintableText.h>
+
+#include <QStringList>
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+using Outcome = PGstCamera::Outcome;
+using Item = PGstFrameQueue::Item;
+
+QString toId(const PDevice* device) {
+    return QString::fromUtf8(device->deviceId(false));
+}
+
+QStringList toNames(const QList<PDeviceMode>& modes) {
+    QStringList names;
+    for (const PDeviceMode& mode : modes)
+        names.append(u"%1 (%2)"_qs.arg(QString::fromLatin1(mode.id), mode.name));
+    return names;
+}
+
+} // namespace
+
+PGstCamera::PGstCamera(std::shared_ptr<PGstFrameQueue> queue)
+    : m_queue(std::move(queue)) {
+}
+
+PGstCamera::~PGstCamera() {
+    close();
+}
+
+Outcome PGstCamera::open(const PGstOptions& options) {
+    m_options = options;
+    PGstHost& host = PGstHost::instance();
+    const PStatus prepared = host.prepare(options.sdk, options.scene);
+    if (!prepared.isOk())
+        return {Outcome::Code::Failed, prepared.reason()};
+    PDeviceManager& manager = host.manager();
+    const PDeviceManager::Selection selection = manager.select(options.camera);
+    if (selection.device == nullptr)
+        return {Outcome::Code::NotFound, selection.problem};
+    connect(&manager, &PDeviceManager::deviceAdded, this, &PGstCamera::onAdded);
+    connect(&manager, &PDeviceManager::deviceRemoved, this, &PGstCamera::onRemoved);
+    m_id = toId(selection.device);
+    const Outcome outcome = link(selection.device);
+    if (outcome.code != Outcome::Code::Done)
+        close();
+    return outcome;
+}
+
+Outcome PGstCamera::link(PDevice* device) {
+    if (!PGstHost::instance().claim(device))
+        return {Outcome::Code::Busy,
+                u"camera %1 is used by another element of this process"_qs.arg(m_id)};
+    m_device = device;
+    const PStatus linked = device->link();
+    if (!linked.isOk())
+        return {Outcome::Code::Failed, u"camera %1: %2"_qs.arg(m_id, linked.reason())};
+    const PStatus status = prepare();
+    if (m_device == nullptr)
+        return {Outcome::Code::Failed, u"camera %1 was unplugged"_qs.arg(m_id)};
+    return status.isOk() ? Outcome() : Outcome{Outcome::Code::WrongSettings, status.reason()};
+}
+
+/// In this order: a mode resets regions, and a trigger holds for the settings as they are.
+PStatus PGstCamera::prepare() {
+    m_device->supportProperties(); // frames carry settings only once it was read
+    PStatus status = m_mode.width > 0 ? m_device->setMode(m_mode) : setNamedMode();
+    if (status.isOk())
+        status = applyAll();
+    return status.isOk() ? prepareTrigger() : status;
+}
+
+PStatus PGstCamera::setNamedMode() {
+    if (m_options.mode.isEmpty())
+        return PStatus::Ok;
+    const QList<PDeviceMode> found = modes();
+    if (found.isEmpty())
+        return PStatus::failure(u"camera %1 has no mode \"%2\": expected one of %3"_qs.arg(
+            m_id, PPrintableText::toLine(m_options.mode),
+            toNames(m_device->getSupportModes()).join(u", "_qs)));
+    return m_device->setMode(found.first());
+}
+
+PStatus PGstCamera::applyAll() {
+    for (const QString& text : {m_options.settings, m_later}) {
+        PGstSettings settings;
+        PStatus status = settings.read(text);
+        if (status.isOk())
+            status = settings.apply(*m_device);
+        if (!status.isOk())
+            return status;
+    }
+    return PStatus::Ok;
+}
+
+PStatus PGstCamera::prepareTrigger() {
+    if (m_options.trigger == PGstOptions::Trigger::None)
+        return PStatus::Ok;
+    m_trigger = std::make_unique<PTriggerControl>(*m_device);
+    const bool isExternal = m_options.trigger == PGstOptions::Trigger::External;
+    std::optional<std::chrono::microseconds> exposure;
+    if (m_options.triggerExposure.count() > 0)
+        exposure = m_options.triggerExposure;
+    return m_trigger->prepare(isExternal ? PTriggerControl::Source::External
+                                         : PTriggerControl::Source::Software,
+                              exposure, std::max(m_options.triggerFrames, 1));
+}
+
+void PGstCamera::close() {
+    if (m_device != nullptr) {
+        stop();
+        m_device->unlink();
+        release();
+    }
+    if (PGstHost::instance().isPrepared())
+        PGstHost::instance().manager().disconnect(this);
+    m_later.clear();
+    m_mode = {};
+}
+
+void PGstCamera::release() {
+    m_trigger.reset(); // it uses the device
+    PGstHost::instance().release(std::exchange(m_device, nullptr));
+}
+
+QString PGstCamera::note() const {
+    return PGstHost::instance().note();
+}
+
+QList<PDeviceMode> PGstCamera::modes() const {
+    if (m_device == nullptr)
+        return {};
+    QList<PDeviceMode> modes = m_device->getSupportModes();
+    const QString& wanted = m_options.mode;
+    if (!wanted.isEmpty()) {
+        modes.removeIf([&](const PDeviceMode& mode) {
+            return QString::fromLatin1(mode.id) != wanted && mode.name != wanted;
+        });
+    }
+    return modes;
+}
+
+PDeviceMode PGstCamera::mode() const {
+    return m_device == nullptr ? PDeviceMode() : m_device->reportedMode();
+}
+
+PStatus PGstCamera::setMode(const PDeviceMode& mode) {
+    if (m_device == nullptr)
+        return PStatus::failure(u"camera %1 was unplugged"_qs.arg(m_id));
+    const PStatus status = m_device->setMode(mode);
+    if (status.isOk())
+        m_mode = mode;
+    return status;
+}
+
+PStatus PGstCamera::apply(const QString& text) {
+    PGstSettings settings;
+    PStatus status = settings.read(text);
+    if (status.isOk() && m_device != nullptr)
+        status = settings.apply(*m_device);
+    if (status.isOk())
+        m_later += (m_later.isEmpty() ? u""_qs : u","_qs) + text;
+    return status;
+}
+
+PStatus PGstCamera::start() {
+    m_isStarted = true;
+    if (m_device == nullptr)
+        return m_options.onUnplug == PGstOptions::OnUnplug::Wait
+                   ? PStatus(PStatus::Ok) // until it is plugged in
+                   : PStatus::failure(u"camera %1 was unplugged"_qs.arg(m_id));
+    m_device->addFrameSink(m_queue);
+    PStatus status = m_device->startStream();
+    const bool fires = m_options.trigger == PGstOptions::Trigger::Software;
+    if (status.isOk() && fires && m_options.triggerFrames > 0)
+        status = fire(m_options.triggerFrames);
+    return status.isOk() ? status
+                         : PStatus::failure(u"camera %1: %2"_qs.arg(m_id, status.reason()));
+}
+
+PStatus PGstCamera::stop() {
+    if (!std::exchange(m_isStarted, false) || m_device == nullptr)
+        return PStatus::Ok;
+    if (m_options.trigger == PGstOptions::Trigger::Software)
+        fire(0); // else the rest of the run would come with the next stream
+    const PStatus status = m_device->stopStream();
+    m_device->removeFrameSink(m_queue);
+    return status;
+}
+
+PStatus PGstCamera::fire(int frames) {
+    if (m_device == nullptr)
+        return PStatus::failure(u"camera %1 was unplugged"_qs.arg(m_id));
+    if (m_options.trigger != PGstOptions::Trigger::Software || !m_trigger)
+        return PStatus::failure(u"camera %1 is not triggered by software: expected "
+                                "trigger=software"_qs.arg(m_id));
+    return m_trigger->fire(frames);
+}
+
+void PGstCamera::onRemoved(PDevice* device) {
+    if (device != m_device)
+        return;
+    device->removeFrameSink(m_queue);
+    release();
+    m_queue->report(Item::Kind::Unplugged, u"camera %1 was unplugged"_qs.arg(m_id));
+}
+
+/// The camera is back, under a new device.
+void PGstCamera::onAdded(PDevice* device) {
+    if (m_device != nullptr || m_options.onUnplug != PGstOptions::OnUnplug::Wait ||
+        toId(device) != m_id)
+        return;
+    const Outcome outcome = link(device);
+    PStatus status = outcome.code == Outcome::Code::Done ? PStatus(PStatus::Ok)
+                                                         : PStatus::failure(outcome.reason);
+    if (status.isOk() && m_isStarted)
+        status = start();
+    if (status.isOk()) {
+        m_queue->report(Item::Kind::Plugged, u"camera %1 was plugged in again"_qs.arg(m_id));
+        return;
+    }
+    if (m_device != nullptr) {
+        m_device->removeFrameSink(m_queue);
+        m_device->unlink();
+        release();
+    }
+    m_queue->report(Item::Kind::Failed, status.reason());
+}
+
+#include "moc_PGstCamera.cpp"

@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+#include <gstreamer/frame/PGstFrameQueue.h>
+
+#include <algorithm>
+#include <utility>
+
+void PGstFrameQueue::setCapacity(std::size_t frames) {
+    const std::lock_guard lock(m_mutex);
+    m_capacity = std::max<std::size_t>(frames, 1);
+}
+
+void PGstFrameQueue::begin() {
+    const std::lock_guard lock(m_mutex);
+    m_delivered = 0;
+    m_dropped = 0;
+    m_droppedSince = 0;
+    m_isAccepting = true;
+}
+
+void PGstFrameQueue::end() {
+    std::deque<Item> items; // deleted without the lock: frames return their memory
+    const std::lock_guard lock(m_mutex);
+    m_isAccepting = false;
+    m_frames = 0;
+    items.swap(m_items);
+}
+
+bool PGstFrameQueue::takeFrame(const PDeviceFrame& frame, Kind kind) {
+    if (kind != Kind::Live)
+        return true; // a still, or a frame that was here before
+    const std::lock_guard lock(m_mutex);
+    if (!m_isAccepting)
+        return true;
+    while (m_frames >= m_capacity)
+        dropOldest();
+    m_items.push_back({Item::Kind::Frame, frame, 0, {}});
+    ++m_frames;
+    m_changed.notify_all();
+    return true;
+}
+
+/// The newest frame is worth most in a live picture.
+void PGstFrameQueue::dropOldest() {
+    m_items.erase(std::find_if(m_items.begin(), m_items.end(),
+                               [](const Item& item) { return item.kind == Item::Kind::Frame; }));
+    --m_frames;
+    ++m_dropped;
+    ++m_droppedSince;
+}
+
+void PGstFrameQueue::report(Item::Kind kind, const QString& text) {
+    const std::lock_guard lock(m_mutex);
+    m_items.push_back({kind, {}, 0, text});
+    m_changed.notify_all();
+}
+
+std::optional<PGstFrameQueue::Item> PGstFrameQueue::take() {
+    std::unique_lock lock(m_mutex);
+    m_changed.wait(lock, [this] { return m_isFlushing || !m_items.empty(); });
+    if (m_isFlushing)
+        return std::nullopt;
+    Item item = std::move(m_items.front());
+    m_items.pop_front();
+    if (item.kind == Item::Kind::Frame) {
+        --m_frames;
+        ++m_delivered;
+        item.dropped = std::exchange(m_droppedSince, 0);
+    }
+    return item;
+}
+
+void PGstFrameQueue::setFlushing(bool flushing) {
+    const std::lock_guard lock(m_mutex);
+    m_isFlushing = flushing;
+    m_changed.notify_all();
+}
+
+quint64 PGstFrameQueue::delivered() const {
+    const std::lock_guard lock(m_mutex);
+    return m_delivered;
+}
+
+quint64 PGstFrameQueue::dropped() const {
+    const std::lock_guard lock(m_mutex);
+    return m_dropped;
+}
