@@ -1,0 +1,168 @@
+// SPDX-License-Identifier: MIT
+#include <gstreamer/PGstSource.h>
+
+#include <gstreamer/GstFixture.h>
+
+#include <gmock/gmock.h>
+
+#include <atomic>
+
+using testing::HasSubstr;
+
+namespace {
+
+class PGstSourceTest : public GstFixture {};
+
+} // namespace
+
+TEST_F(PGstSourceTest, a_camera_that_does_not_exist_is_an_error_that_names_it) {
+    GstRun run(pipeline("camera=Nobody"));
+    EXPECT_EQ(run.setState(GST_STATE_PLAYING), GST_STATE_CHANGE_FAILURE);
+    EXPECT_THAT(run.error(), HasSubstr("Nobody"));
+}
+
+TEST_F(PGstSourceTest, a_mode_or_setting_that_does_not_exist_is_an_error_that_names_it) {
+    GstRun mode(pipeline("mode=7x7"));
+    EXPECT_EQ(mode.setState(GST_STATE_PLAYING), GST_STATE_CHANGE_FAILURE);
+    EXPECT_THAT(mode.error(), HasSubstr("\"7x7\": expected one of"));
+    GstRun setting(pipeline("settings=wings=2"));
+    EXPECT_EQ(setting.setState(GST_STATE_PLAYING), GST_STATE_CHANGE_FAILURE);
+    EXPECT_THAT(setting.error(), HasSubstr("no \"wings\": expected one of"));
+    EXPECT_EQ(ToupcamSim_openHandles(), presentCameras);
+}
+
+TEST_F(PGstSourceTest, a_camera_is_used_by_one_element_at_a_time) {
+    GstRun first(pipeline());
+    first.setState(GST_STATE_PLAYING);
+    GstRun second(pipeline());
+    EXPECT_EQ(second.setState(GST_STATE_PLAYING), GST_STATE_CHANGE_FAILURE);
+    EXPECT_THAT(second.error(), HasSubstr("used by another element"));
+    first.setState(GST_STATE_NULL);
+    EXPECT_NE(second.setState(GST_STATE_PLAYING), GST_STATE_CHANGE_FAILURE);
+}
+
+TEST_F(PGstSourceTest, caps_after_the_element_choose_the_mode) {
+    GstRun run(source("! video/x-raw,width=32 ! fakesink name=sink"));
+    run.setState(GST_STATE_PLAYING);
+    ASSERT_TRUE(run.waitForBuffers(1));
+    EXPECT_EQ(gst_buffer_get_size(run.buffers()[0]), 32U * 24U * 3U);
+}
+
+TEST_F(PGstSourceTest, caps_that_no_mode_has_are_an_error_with_the_modes) {
+    GstRun run(source("! video/x-raw,width=33 ! fakesink name=sink"));
+    EXPECT_EQ(run.setState(GST_STATE_PLAYING), GST_STATE_CHANGE_FAILURE);
+    EXPECT_THAT(run.error(), HasSubstr("width=(int)64"));
+}
+
+TEST_F(PGstSourceTest, a_format_that_the_camera_does_not_send_is_an_error_with_the_fix) {
+    GstRun run(source("! video/x-raw,format=GRAY8 ! fakesink name=sink"));
+    run.setState(GST_STATE_PLAYING);
+    EXPECT_THAT(run.error(), HasSubstr("videoconvert"));
+}
+
+TEST_F(PGstSourceTest, an_unplugged_camera_is_an_error_or_the_end) {
+    GstRun error(pipeline());
+    error.setState(GST_STATE_PLAYING);
+    ASSERT_TRUE(error.waitForBuffers(1));
+    ToupcamSim_unplug("one");
+    EXPECT_THAT(error.error(), HasSubstr("camera Simulated-T-T1 was unplugged"));
+
+    GstRun end(pipeline("on-unplug=eos camera=Simulated-T-T2"));
+    end.setState(GST_STATE_PLAYING);
+    ASSERT_TRUE(end.waitForBuffers(1));
+    ToupcamSim_unplug("two");
+    EXPECT_NE(end.message(GST_MESSAGE_EOS), nullptr);
+}
+
+TEST_F(PGstSourceTest, waits_for_an_unplugged_camera_and_restores_its_mode_and_settings) {
+    GstRun run(pipeline("on-unplug=wait mode=32x24 settings=negative=on"));
+    run.setState(GST_STATE_PLAYING);
+    ASSERT_TRUE(run.waitForBuffers(1));
+    ToupcamSim_unplug("one");
+    ASSERT_NE(run.elementMessage("pcdsrc-unplugged"), nullptr);
+    const std::size_t before = run.buffers().size();
+    ToupcamSim_plug("one");
+    ASSERT_NE(run.elementMessage("pcdsrc-plugged"), nullptr);
+    ASSERT_TRUE(run.waitForBuffers(before + 2));
+    EXPECT_EQ(gst_buffer_get_size(run.buffers().back()), 32U * 24U * 3U);
+}
+
+TEST_F(PGstSourceTest, stops_while_the_camera_is_unplugged) {
+    GstRun run(pipeline("on-unplug=wait"));
+    run.setState(GST_STATE_PLAYING);
+    ASSERT_TRUE(run.waitForBuffers(1));
+    ToupcamSim_unplug("one");
+    ASSERT_NE(run.elementMessage("pcdsrc-unplugged"), nullptr);
+    EXPECT_EQ(run.setState(GST_STATE_NULL), GST_STATE_CHANGE_SUCCESS);
+}
+
+TEST_F(PGstSourceTest, triggers_take_as_many_frames_as_requested) {
+    GstRun run(pipeline("trigger=software trigger-exposure=5000 trigger-frames=3"));
+    run.setState(GST_STATE_PLAYING);
+    ASSERT_TRUE(run.waitForBuffers(3));
+    gboolean fired = FALSE;
+    g_signal_emit_by_name(run.source(), "trigger", 2, &fired);
+    EXPECT_TRUE(fired);
+    ASSERT_TRUE(run.waitForBuffers(5));
+    unsigned long long produced = 0;
+    unsigned long long lost = 0;
+    ToupcamSim_frameCount("one", &produced, &lost);
+    EXPECT_EQ(produced, 5U);
+}
+
+TEST_F(PGstSourceTest, a_trigger_without_trigger_mode_is_refused_with_a_warning) {
+    GstRun run(pipeline());
+    run.setState(GST_STATE_PLAYING);
+    gboolean fired = TRUE;
+    g_signal_emit_by_name(run.source(), "trigger", 1, &fired);
+    EXPECT_FALSE(fired);
+    EXPECT_NE(run.message(GST_MESSAGE_WARNING), nullptr);
+}
+
+TEST_F(PGstSourceTest, settings_of_a_running_camera_are_applied_or_reported) {
+    GstRun run(pipeline());
+    run.setState(GST_STATE_PLAYING);
+    ASSERT_TRUE(run.waitForBuffers(1));
+    g_object_set(run.source(), "settings", "negative=on", nullptr);
+    EXPECT_TRUE(waitUntil([&] {
+        guint8 corner = 0;
+        gst_buffer_extract(run.buffers().back(), 0, &corner, 1);
+        return corner == 255; // black, and now white
+    }));
+    g_object_set(run.source(), "settings", "negative=maybe", nullptr);
+    const GstPtr<GstMessage> warning = run.message(GST_MESSAGE_WARNING);
+    ASSERT_NE(warning, nullptr);
+    GError* error = nullptr;
+    gst_message_parse_warning(warning.get(), &error, nullptr);
+    EXPECT_THAT(error->message, HasSubstr("maybe"));
+    g_error_free(error);
+}
+
+TEST_F(PGstSourceTest, a_slow_pipeline_loses_frames_by_name_and_holds_no_more_than_the_queue) {
+    std::atomic<bool> isHeld = true;
+    GstRun run(pipeline("queue-size=2"));
+    const GstPtr<GstPad> pad(gst_element_get_static_pad(run.source(), "src"));
+    gst_pad_add_probe(
+        pad.get(), GST_PAD_PROBE_TYPE_BUFFER,
+        [](GstPad*, GstPadProbeInfo*, gpointer held) {
+            while (*static_cast<std::atomic<bool>*>(held))
+                g_usleep(1000);
+            return GST_PAD_PROBE_OK;
+        },
+        &isHeld, nullptr);
+    run.setState(GST_STATE_PLAYING);
+    EXPECT_TRUE(waitUntil([&] { return run.number("dropped") >= 5; }));
+    isHeld = false;
+    const GstPtr<GstMessage> lost = run.message(GST_MESSAGE_QOS);
+    ASSERT_NE(lost, nullptr);
+    GstFormat format = GST_FORMAT_UNDEFINED;
+    guint64 passed = 0;
+    guint64 dropped = 0;
+    gst_message_parse_qos_stats(lost.get(), &format, &passed, &dropped);
+    EXPECT_EQ(format, GST_FORMAT_BUFFERS);
+    EXPECT_GE(dropped, 5U);
+    ASSERT_TRUE(run.waitForBuffers(2));
+    const std::vector<GstBuffer*> buffers = run.buffers();
+    EXPECT_GE(GST_BUFFER_OFFSET(buffers[1]) - GST_BUFFER_OFFSET(buffers[0]), 6U);
+    EXPECT_TRUE(GST_BUFFER_FLAG_IS_SET(buffers[1], GST_BUFFER_FLAG_DISCONT));
+}
