@@ -279,7 +279,7 @@ GstFlowReturn PGstSource::pass(const Item& item, GstBuffer** buffer) {
     stamp(*buffer, item);
     if (item.dropped > 0)
         reportDropped(*buffer, item.dropped);
-    // Only after two frames is it known how long the queue lasts.
+    // Only after some frames is it known how long the queue lasts.
     if (!m_hasLatency && m_times.interval()) {
         m_hasLatency = true;
         gst_element_post_message(GST_ELEMENT(m_element),
@@ -321,8 +321,8 @@ void PGstSource::stamp(GstBuffer* buffer, const Item& item) {
     if (clock != nullptr) {
         const GstClockTime now = gst_clock_get_time(clock);
         const GstClockTime base = gst_element_get_base_time(GST_ELEMENT(m_element));
-        GST_BUFFER_PTS(buffer) = m_times.toRunningTime(stamp.arrived, PGstTimes::Clock::now(),
-                                                       now > base ? now - base : 0);
+        GST_BUFFER_PTS(buffer) = m_times.toRunningTime(
+            stamp.arrived, stamp.sequence, PGstTimes::Clock::now(), now > base ? now - base : 0);
         gst_object_unref(clock);
     }
     GST_BUFFER_OFFSET(buffer) = stamp.sequence;

@@ -53,7 +53,7 @@ TEST_F(PcdSrcTest, a_grey_camera_sends_grey) {
 TEST_F(PcdSrcTest, is_live_and_has_a_latency) {
     GstRun run(pipeline("queue-size=3"));
     run.setState(GST_STATE_PLAYING);
-    ASSERT_TRUE(run.waitForBuffers(3));
+    ASSERT_TRUE(run.waitForBuffers(12));
     GstQuery* const query = gst_query_new_latency();
     ASSERT_TRUE(gst_element_query(run.source(), query));
     gboolean isLive = FALSE;

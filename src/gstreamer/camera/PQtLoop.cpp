@@ -151,16 +151,14 @@ bool PQtLoop::call(const Work& work, std::chrono::milliseconds timeout) {
         return true;
     }
     const auto call = std::make_shared<LoopCall>();
+    const auto run = [call, work] {
+        if (!call->move(LoopCall::State::Waiting, LoopCall::State::Running))
+            return;
+        runGuarded(work);
+        call->move(LoopCall::State::Running, LoopCall::State::Ended);
+    };
     // To Qt's thread: devices belong to it.
-    QMetaObject::invokeMethod(
-        application,
-        [call, work] {
-            if (!call->move(LoopCall::State::Waiting, LoopCall::State::Running))
-                return;
-            runGuarded(work);
-            call->move(LoopCall::State::Running, LoopCall::State::Ended);
-        },
-        Qt::QueuedConnection);
+    QMetaObject::invokeMethod(application, run, Qt::QueuedConnection);
     return call->wait(timeout);
 }
 
