@@ -22,7 +22,11 @@ public:
     QByteArray getModel() const override { return m_model; }
     QByteArray getSerial() const override { return m_serial; }
     bool tryLink() override { return note("link", !refusesLink); }
-    bool tryUnlink() override { return note("unlink", !refusesUnlink); }
+    bool tryUnlink() override {
+        if (whenUnlinked)
+            whenUnlinked();
+        return note("unlink", !refusesUnlink);
+    }
     bool tryStartStream() override {
         if (whenStarted)
             whenStarted();
@@ -69,7 +73,7 @@ public:
     bool failsToReadMode = false, failsToReadModes = false;
     PDeviceMode mode = makeMode(640, 480, "0");
     QList<PDeviceMode> modes{makeMode(640, 480, "0"), makeMode(320, 240, "1")};
-    std::function<void()> whenStarted, whenStopped;
+    std::function<void()> whenStarted, whenStopped, whenUnlinked;
     std::function<QList<PDeviceProperty*>()> makeProperties;
     std::function<QList<PDevicePropertyGroup*>()> makeGroups;
     QStringList calls;

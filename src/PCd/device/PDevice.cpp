@@ -12,11 +12,14 @@
 
 #include <PDip/PBufferPool.h>
 
+#include <PLog/PLog.h>
+
 #include <QCoreApplication>
 #include <QTimer>
 
 #include <algorithm>
 #include <chrono>
+#include <exception>
 
 namespace {
 
@@ -43,6 +46,24 @@ void giveFrameMemoryBack() {
     trim();
     if (QCoreApplication* const application = QCoreApplication::instance())
         QTimer::singleShot(frameMemoryDelay, application, trim);
+}
+
+void logThrown(const char* reason) {
+    PLog::logStream(u"PCd"_qs, QString::fromLatin1(Q_FUNC_INFO), QString::fromLatin1(__FILE__),
+                    __LINE__, PLogLevel::Error)
+        << "The end of a device failed:" << reason;
+}
+
+/// Whatever the plugin throws: what follows must be done too.
+template <typename Call>
+void attemptEnd(const Call& call) {
+    try {
+        call();
+    } catch (const std::exception& error) {
+        logThrown(error.what());
+    } catch (...) {
+        logThrown("unknown exception");
+    }
 }
 
 } // namespace
@@ -161,8 +182,8 @@ PStatus PDevice::unlink() {
         return PStatus::Ok;
     stopStream();
     // The result is ignored: the host no longer uses the device.
+    m_linked = false; // before, because the plugin may throw
     const bool done = tryUnlink();
-    m_linked = false;
     emit unlinked(deviceId(false));
     return failedUnless(done, tr("the device refused to be unlinked"));
 }
@@ -199,9 +220,9 @@ PStatus PDevice::setMode(const PDeviceMode& mode) {
 }
 
 void PDevice::retire() {
-    stopStream();
+    attemptEnd([this] { stopStream(); });
     if (m_linked)
-        tryUnlink();
+        attemptEnd([this] { tryUnlink(); });
     m_linked = false;
     m_gone = true;
     // Emitted even if the host never linked the device: panels use a device from its construction

@@ -58,7 +58,16 @@ bool hasItem(const PEnumeration& choices, const QUuid& id) {
     return false;
 }
 
-bool isTaken(const QVariant& value, const QVariant& current, const QVariant& range) {
+/// A switch is on or off, also while the device does not report which.
+QMetaType findType(const PDeviceProperty& property) {
+    const QMetaType type = property.valueInner().metaType();
+    const bool isUnreadSwitch =
+        !type.isValid() && property.type() == PCD::DevicePropertyType::Switch;
+    return isUnreadSwitch ? QMetaType(QMetaType::Bool) : type;
+}
+
+/// `type`: of values without a range.
+bool isTaken(const QVariant& value, QMetaType type, const QVariant& range) {
     if (range.metaType() == QMetaType::fromType<IntRange>())
         return value.typeId() == QMetaType::Int && isIn(range.value<IntRange>(), value.toInt());
     if (range.metaType() == QMetaType::fromType<RealRange>())
@@ -70,7 +79,7 @@ bool isTaken(const QVariant& value, const QVariant& current, const QVariant& ran
     if (range.metaType() == QMetaType::fromType<PScanAreaRange>())
         return value.typeId() == QMetaType::QRect &&
                isIn(range.value<PScanAreaRange>(), value.toRect());
-    return value.isValid() && value.metaType() == current.metaType();
+    return value.isValid() && value.metaType() == type;
 }
 
 QString expectedNumber(const IntRange& range) {
@@ -118,7 +127,7 @@ PStatus PPropertyCheck::check(const PDeviceProperty& property, const QVariant& v
     const QString name = QString::fromLatin1(property.id());
     if (property.type() == PCD::DevicePropertyType::Action)
         return PStatus::failure(tr("\"%1\" is an action and takes no value").arg(name));
-    if (isTaken(value, property.valueInner(), range))
+    if (isTaken(value, findType(property), range))
         return PStatus::Ok;
     return PStatus::failure(
         tr("\"%1\" cannot be %2: expected %3")
@@ -138,7 +147,7 @@ QString PPropertyCheck::expectation(const PDeviceProperty& property, const QVari
         return expectedChoice(range.value<PEnumeration>());
     if (range.metaType() == QMetaType::fromType<PScanAreaRange>())
         return expectedRegion(range.value<PScanAreaRange>());
-    if (property.valueInner().typeId() == QMetaType::Bool)
+    if (findType(property).id() == QMetaType::Bool)
         return tr("on or off");
     if (PCompositeFields::isComposite(property.valueInner()))
         return tr("one field at a time, %1.FIELD=VALUE with one of the fields %2")

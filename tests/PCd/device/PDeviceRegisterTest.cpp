@@ -311,6 +311,38 @@ INSTANTIATE_TEST_SUITE_P(
 
 // ---- Removing.
 
+TEST_F(PDeviceRegisterTest, removes_a_device_whatever_it_throws_when_it_ends) {
+    find({a, b});
+    for (const QPointer<FakeDevice>& device : {a, b}) {
+        device->link();
+        device->startStream();
+    }
+    a->whenStopped = [] { throw std::runtime_error("bus error"); };
+    b->whenUnlinked = [] { throw 42; }; // NOLINT: not an exception class
+    PLogCapture log;
+    find({});
+    EXPECT_EQ(removed, (Devices{a, b}));
+    EXPECT_TRUE(a->calls.contains(u"unlink"_qs));
+    EXPECT_TRUE(log.contains(u"The end of a device failed: bus error"_qs));
+    EXPECT_TRUE(log.contains(u"The end of a device failed: unknown exception"_qs));
+    runDeferredDeletes();
+    EXPECT_TRUE(a.isNull() && b.isNull());
+}
+
+TEST_F(PDeviceRegisterTest, unlinks_a_device_once_even_if_that_throws) {
+    find({a});
+    a->link();
+    int times = 0;
+    a->whenUnlinked = [&] {
+        ++times;
+        throw std::runtime_error("bus error");
+    };
+    EXPECT_THROW(a->unlink(), std::runtime_error);
+    EXPECT_FALSE(a->isLinked());
+    find({});
+    EXPECT_EQ(times, 1);
+}
+
 TEST_F(PDeviceRegisterTest, stops_and_unlinks_a_device_before_it_emits_its_removal) {
     find({a});
     a->link();

@@ -143,6 +143,17 @@ TEST(PPropertyCheck, says_property_value_and_what_was_expected) {
               "of 5"_qs);
 }
 
+TEST(PPropertyCheck, lets_a_switch_be_on_or_off_while_the_device_does_not_report_which) {
+    CheckedProperty checked(true);
+    checked.property->setType(PCD::DevicePropertyType::Switch);
+    checked.property->failsToRead = true;
+    PPropertyCheck::send(*checked.property, true);
+    ASSERT_FALSE(checked.property->valueInner().isValid());
+    EXPECT_EQ(PPropertyCheck::expectation(*checked.property), u"on or off"_qs);
+    EXPECT_TRUE(PPropertyCheck::check(*checked.property, false).isOk());
+    EXPECT_FALSE(PPropertyCheck::check(*checked.property, 1).isOk());
+}
+
 TEST(PPropertyCheck, uses_the_range_that_is_given) {
     const CheckedProperty checked(5, makeRange(0, 10));
     EXPECT_TRUE(PPropertyCheck::check(*checked.property, 20, makeRange(0, 20)).isOk());

@@ -61,6 +61,16 @@ TEST_F(ResetCommand, fails_if_the_camera_does_not_take_a_default) {
     EXPECT_EQ(result.json.value(u"properties"_qs)[u"gamma"_qs], 50);
 }
 
+TEST_F(ResetCommand, sends_the_default_of_a_switch_that_is_not_reported) {
+    scene.addFault(failing(u"Toupcam_get_AutoExpoEnable"_qs));
+    const CtlResult result = run({u"reset"_qs, u"autoexponeable"_qs});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(calls(), QStringList{u"Toupcam_put_AutoExpoEnable(h1, 1)"_qs});
+    EXPECT_TRUE(result.errors.endsWith(
+        u"pcdctl: autoexponeable: requested on, the camera did not report what it has\n"_qs))
+        << result.errors.toStdString();
+}
+
 TEST_F(ResetCommand, of_an_unknown_id_is_wrong_usage_and_resets_nothing) {
     const CtlResult result = run({u"reset"_qs, u"gamma"_qs, u"gain"_qs});
     EXPECT_EQ(result.exitCode, 2);

@@ -34,17 +34,27 @@ public:
 
 private:
     void reset(PDeviceProperty& property) {
+        // What was not reported when the camera was opened may be reported now.
+        if (property.isUnread())
+            property.updateValueFromDevice();
         const QVariant value = property.defaultValue();
         const QVariant range = property.rangeInner();
         const QString text = PPropertyText::ofValue(value, range);
         if (!value.isValid()) {
             m_kept.append({property.id(), u"it has no default"_qs});
         } else if (!PPropertyCheck::check(property, value).isOk()) {
-            m_kept.append({property.id(), u"its default %1 was not sent: expected %2"_qs.arg(
-                                              text, PPropertyCheck::expectation(property))});
+            m_kept.append({property.id(), u"its default %1 was not sent: %2"_qs.arg(
+                                              text, describeExpectation(property))});
         } else if (const QString reason = PPropertySend::send(property, value); !reason.isEmpty()) {
             m_refused.append({property.id(), reason});
         }
+    }
+
+    /// Without range and value, the type is not known either.
+    static QString describeExpectation(const PDeviceProperty& property) {
+        return property.isUnread() && !property.rangeInner().isValid()
+                   ? u"the camera does not report what it has"_qs
+                   : u"expected %1"_qs.arg(PPropertyCheck::expectation(property));
     }
 
     QList<PDeviceProperty*> m_properties;
