@@ -5,6 +5,8 @@
 
 #include <PCd/device/PDevice.h>
 
+#include <QWheelEvent>
+
 PModeChooser::PModeChooser(QWidget* parent)
     : QComboBox(parent) {
     setObjectName(u"modes"_qs);
@@ -53,6 +55,11 @@ void PModeChooser::choose(int index) {
         return;
     emit refused(status.reason());
     refresh();
+}
+
+/// A notch over the tool bar would change the size of the frames, which ends a recording.
+void PModeChooser::wheelEvent(QWheelEvent* event) {
+    event->ignore();
 }
 
 #include "moc_PModeChooser.cpp"

@@ -8,7 +8,7 @@
 
 class PViewCamera;
 
-/// Shows the mode of a camera and changes it. The GUI thread.
+/// Shows the mode of a camera and changes it, but not by the wheel. The GUI thread.
 class PModeChooser : public QComboBox {
     Q_OBJECT
 
@@ -21,6 +21,9 @@ public:
 signals:
     /// The camera refused a mode, and why.
     void refused(const QString& reason);
+
+protected:
+    void wheelEvent(QWheelEvent* event) override;
 
 private:
     void refresh();

@@ -6,6 +6,8 @@
 #include <apps/pcdview/camera/PViewCamera.h>
 #include <apps/pcdview/window/camera/PCameraPage.h>
 
+#include <PGui/WidgetHands.h>
+
 #include <support/QtPrinters.h>
 
 namespace {
@@ -45,4 +47,16 @@ TEST_F(PModeChooserTest, shows_that_a_size_was_not_reported) {
     EXPECT_EQ(chooser.itemText(0), first->modes[0].name);
     EXPECT_EQ(chooser.itemText(1),
               u"Mode %1: size not reported"_qs.arg(QString::fromLatin1(first->modes[1].id)));
+}
+
+TEST_F(PModeChooserTest, the_wheel_changes_no_mode_even_after_a_click) {
+    ASSERT_NO_FATAL_FAILURE(open(u"Fake-1"_qs));
+    chooser.setCamera(camera());
+    ASSERT_TRUE(showActive(&chooser));
+    for (const int notches : {-1, 1}) {
+        turnWheel(&chooser, notches);
+        EXPECT_EQ(chooser.currentText(), u"320x240"_qs);
+        EXPECT_EQ(first->mode, first->modes.at(1));
+        chooser.setFocus(); // as a click does
+    }
 }
