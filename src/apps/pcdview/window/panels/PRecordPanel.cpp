@@ -6,6 +6,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDoubleSpinBox>
+#include <QEvent>
 #include <QFormLayout>
 #include <QLabel>
 #include <QProgressBar>
@@ -13,6 +14,8 @@
 #include <QSpinBox>
 #include <QTime>
 #include <QVBoxLayout>
+
+#include <initializer_list>
 
 namespace {
 
@@ -61,6 +64,7 @@ PRecordPanel::PRecordPanel(PRecordings& recordings, QWidget* parent)
     , m_text(new QLabel) {
     makeFields(PRecordSettings::remembered());
     makeLayout();
+    guardFromWheel();
     connect(m_end, &QComboBox::currentIndexChanged, this, &PRecordPanel::showFields);
     connect(m_timeLapse, &QCheckBox::toggled, m_interval, &QWidget::setEnabled);
     connect(m_button, &QPushButton::clicked, this, [this] {
@@ -115,6 +119,22 @@ void PRecordPanel::makeLayout() {
     form->addRow(m_timeLapse);
     form->addRow(QString(), m_interval);
     form->addRow(tr("As:"), m_format);
+}
+
+/// The dock scrolls, and the wheel must not change what it passes.
+void PRecordPanel::guardFromWheel() {
+    for (QWidget* field :
+         std::initializer_list<QWidget*>{m_end, m_frames, m_seconds, m_interval, m_format}) {
+        field->setFocusPolicy(Qt::StrongFocus); // the wheel does not give it the focus
+        field->installEventFilter(this);
+    }
+}
+
+bool PRecordPanel::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() != QEvent::Wheel || static_cast<QWidget*>(watched)->hasFocus())
+        return QWidget::eventFilter(watched, event);
+    event->ignore(); // so that it reaches the dock
+    return true;
 }
 
 PRecordSettings PRecordPanel::settings() const {
