@@ -33,10 +33,12 @@
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QSlider>
 #include <QSpinBox>
 #include <QStatusBar>
+#include <QStyle>
 #include <QTabBar>
 #include <QTest>
 #include <QTimer>
@@ -438,6 +440,14 @@ TEST_F(SessionTest, the_full_screen_shows_the_picture_alone_until_escape) {
     EXPECT_TRUE(window().menuBar()->isVisible());
     EXPECT_TRUE(widget<QDockWidget>(u"settingsDock"_qs).isVisible());
     EXPECT_FALSE(widget<QDockWidget>(u"logDock"_qs).isVisible());
+}
+
+TEST_F(SessionTest, at_first_the_window_fits_the_screen_with_its_title_bar) {
+    start({camera()});
+    const int titleBar = window().style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    const QSize room = window().screen()->availableSize();
+    ASSERT_LT(room.height(), PMainWindow::usualSize().height()); // else it fits anyway
+    EXPECT_LE(window().height() + titleBar, room.height());
 }
 
 TEST_F(SessionTest, panels_are_where_they_were_the_last_time) {

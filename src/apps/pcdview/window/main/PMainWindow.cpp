@@ -26,6 +26,10 @@ namespace {
 const QString geometryKey = u"window/geometry"_qs;
 const QString stateKey = u"window/state"_qs;
 
+/// For the borders and the title bar of a new window, which only the window manager knows, and says
+/// once it is shown.
+constexpr QSize roomForFrame(16, 48);
+
 } // namespace
 
 PMainWindow::PMainWindow(PCameraHost& host, const QString& problem,
@@ -68,7 +72,7 @@ void PMainWindow::makeBars() {
 
 void PMainWindow::restoreLayout() {
     const QSettings settings;
-    resize(usualSize().boundedTo(screen()->availableSize()));
+    resize(usualSize().boundedTo(screen()->availableSize() - roomForFrame));
     restoreGeometry(settings.value(geometryKey).toByteArray());
     restoreState(settings.value(stateKey).toByteArray());
 }
