@@ -3,6 +3,8 @@
 
 #include <apps/pcdview/options/PViewLog.h>
 
+#include <QLocale>
+
 #include <utility>
 
 namespace {
@@ -44,7 +46,7 @@ void PPictureSaver::save(Job job) {
     countUnsaved(1);
     if (!isTaken) {
         postResult(tr("cannot save \"%1\": %2 MB of pictures are waiting for the disk")
-                       .arg(path, QString::number(double(waiting) / 1e6, 'f', 1)));
+                       .arg(path, QLocale().toString(double(waiting) / 1e6, 'f', 1)));
     }
 }
 

@@ -6,6 +6,8 @@
 
 #include <PCore/call/PCallSlot.h>
 
+#include <QLocale>
+
 namespace {
 
 // Times the patience. A camera that is opened may take some seconds.
@@ -30,7 +32,7 @@ void PCallReporter::report(const PCallWatchdog::Call& call) {
 }
 
 void PCallReporter::reportReturn(const PCallWatchdog::Call& call) {
-    const QString seconds = QString::number(double(call.time.count()) / 1e3, 'f', 1);
+    const QString seconds = QLocale().toString(double(call.time.count()) / 1e3, 'f', 1);
     // The hop to the GUI thread. It runs there once that is free: the next call of a series may
     // hang too, and the notice then stays and shows that.
     m_messages.post([this, name = call.text, seconds] {

@@ -11,6 +11,8 @@
 
 #include <QDir>
 #include <QImage>
+#include <QLocale>
+#include <QScopeGuard>
 
 #include <map>
 #include <thread>
@@ -30,6 +32,27 @@ protected:
         const PImage image = makePicture(33, 20, PDIP::ColorFormat::Bgr,
                                          [](int x, int) { return QColor(x, 200, 3); });
         return {path(name), {image, nullptr}, {}, PPictureFile::Existing::Keep};
+    }
+
+    /// A picture that takes long enough to save for the next one to arrive meanwhile.
+    PPictureSaver::Job largeJob() const {
+        PPictureSaver::Job job = jobFor(u"large.png"_qs);
+        job.frame.image = makePicture(1200, 1000, PDIP::ColorFormat::Bgr, [](int x, int y) {
+            return QColor(x % 251, y % 241, x * y % 239);
+        });
+        return job;
+    }
+
+    /// The reason for a picture that finds no room beside one of 3.6 MB.
+    QString reasonWithoutRoom() {
+        PPictureSaver saver(1); // one at a time
+        follow(saver);
+        const PPictureSaver::Job large = largeJob(); // making one takes longer than saving it
+        const PPictureSaver::Job small = jobFor(u"small.png"_qs);
+        saver.save(large);
+        saver.save(small);
+        EXPECT_TRUE(waitUntil([this] { return reasons.size() == 2; }));
+        return reasons[path(u"small.png"_qs)];
     }
 
     std::map<QString, QString> reasons;
@@ -96,25 +119,23 @@ TEST_F(PPictureSaverTest, when_destroyed_it_logs_what_was_not_saved_and_emits_no
 }
 
 TEST_F(PPictureSaverTest, a_picture_that_finds_no_room_is_not_saved_but_named) {
-    PPictureSaver saver(1); // one at a time
-    follow(saver);
-    PPictureSaver::Job large = jobFor(u"large.png"_qs);
-    // Takes long enough for the next one to arrive meanwhile.
-    large.frame.image = makePicture(1200, 1000, PDIP::ColorFormat::Bgr, [](int x, int y) {
-        return QColor(x % 251, y % 241, x * y % 239);
-    });
-    const PPictureSaver::Job small = jobFor(u"small.png"_qs);
-    saver.save(large);
-    saver.save(small);
-    ASSERT_TRUE(waitUntil([this] { return reasons.size() == 2; }));
+    const QString reason = reasonWithoutRoom();
     EXPECT_EQ(reasons[path(u"large.png"_qs)], QString());
-    EXPECT_TRUE(reasons[path(u"small.png"_qs)].contains(u"3.6 MB"_qs))
-        << reasons[path(u"small.png"_qs)].toStdString();
+    EXPECT_TRUE(reason.contains(u"3.6 MB"_qs)) << reason.toStdString();
     EXPECT_FALSE(QFile::exists(path(u"small.png"_qs)));
 
+    PPictureSaver saver(1);
+    follow(saver);
     saver.save(jobFor(u"small.png"_qs));
     ASSERT_TRUE(waitUntil([this] { return reasons[path(u"small.png"_qs)].isEmpty(); }));
     EXPECT_TRUE(QFile::exists(path(u"small.png"_qs)));
+}
+
+TEST_F(PPictureSaverTest, writes_numbers_as_the_language_does) {
+    const QScopeGuard restore([locale = QLocale()] { QLocale::setDefault(locale); });
+    QLocale::setDefault(QLocale(u"ru"_qs));
+    const QString reason = reasonWithoutRoom();
+    EXPECT_TRUE(reason.contains(u"3,6 MB"_qs)) << reason.toStdString();
 }
 
 TEST_F(PPictureSaverTest, counts_the_pictures_that_are_still_to_be_saved) {

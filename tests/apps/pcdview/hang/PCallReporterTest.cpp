@@ -10,7 +10,9 @@
 #include <support/QtPrinters.h>
 #include <support/WaitUntil.h>
 
+#include <QLocale>
 #include <QRegularExpression>
+#include <QScopeGuard>
 #include <QSignalSpy>
 
 #include <gtest/gtest.h>
@@ -71,6 +73,22 @@ TEST(PCallReporter, a_call_that_keeps_the_gui_thread_is_logged_meanwhile_and_sho
     const QString message = returned.first().first().toString();
     const QRegularExpression expected(
         u"^The camera did not answer for [0-9.]+ s: Camera_hang\\(6\\) had not returned$"_qs);
+    EXPECT_TRUE(expected.match(message).hasMatch()) << message.toStdString();
+}
+
+TEST(PCallReporter, the_time_is_written_as_the_language_does) {
+    const QScopeGuard restore([locale = QLocale()] { QLocale::setDefault(locale); });
+    QLocale::setDefault(QLocale(u"ru"_qs));
+    const PLogCapture log;
+    PCallReporter reporter(20ms, {});
+    const QSignalSpy returned(&reporter, &PCallReporter::returned);
+    {
+        const auto inProgress = hangingCall.begin(6);
+        EXPECT_TRUE(waitUntil([&log] { return waitsIn(log) > 0; }));
+    }
+    ASSERT_TRUE(waitUntil([&returned] { return !returned.isEmpty(); }));
+    const QString message = returned.first().first().toString();
+    const QRegularExpression expected(u" for [0-9]+,[0-9] s: Camera_hang\\(6\\)"_qs);
     EXPECT_TRUE(expected.match(message).hasMatch()) << message.toStdString();
 }
 
