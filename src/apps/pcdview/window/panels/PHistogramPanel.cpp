@@ -20,6 +20,14 @@ QString percent(double share) {
     return QLocale().toString(share * 100, 'f', 2) + u" %"_qs;
 }
 
+/// Also where the last ones are zeros, so that the text does not jump while the user turns the
+/// focus.
+QString fourDigits(double number) {
+    QLocale locale;
+    locale.setNumberOptions(locale.numberOptions() | QLocale::IncludeTrailingZeroesAfterDot);
+    return locale.toString(number, 'g', 4);
+}
+
 } // namespace
 
 PHistogramPanel::PHistogramPanel(QWidget* parent)
@@ -39,6 +47,7 @@ PHistogramPanel::PHistogramPanel(QWidget* parent)
                            "Compare values of the same field while focusing."));
     m_mean->setObjectName(u"mean"_qs);
     m_over->setObjectName(u"overexposed"_qs);
+    m_focus->setObjectName(u"focus"_qs);
     auto* const numbers = new QFormLayout;
     numbers->addRow(tr("Mean:"), m_mean);
     numbers->addRow(tr("Overexposed:"), m_over);
@@ -59,7 +68,7 @@ void PHistogramPanel::setAnalysis(const PFrameAnalysis& analysis) {
     m_mean->setText(means());
     m_over->setText(isKnown ? percent(analysis.overShare()) : u"–"_qs);
     m_under->setText(isKnown ? percent(analysis.underShare()) : u"–"_qs);
-    m_focus->setText(isKnown ? QLocale().toString(analysis.focus, 'g', 4) : u"–"_qs);
+    m_focus->setText(isKnown ? fourDigits(analysis.focus) : u"–"_qs);
 }
 
 QString PHistogramPanel::means() const {
