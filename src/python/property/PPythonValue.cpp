@@ -1,0 +1,158 @@
+// SPDX-License-Identifier: MIT
+#include <python/property/PPythonValue.h>
+
+#include <python/host/PPythonError.h>
+
+#include <PCd/PEnumeration.h>
+#include <PCd/property/PDeviceProperty.h>
+#include <PCd/property/value/PCompositeFields.h>
+#include <PCd/property/value/PPropertyText.h>
+
+#include <PCore/PMinMaxRange.h>
+#include <PCore/PStatus.h>
+
+#include <QRect>
+
+#include <cmath>
+#include <limits>
+#include <optional>
+
+namespace {
+
+py::dict toFields(const QVariant& composite) {
+    py::dict fields;
+    for (const QString& name : PCompositeFields::names(composite)) {
+        fields[py::cast(name)] =
+            PPythonValue::toPython(PCompositeFields::read(composite, name), QVariant());
+    }
+    return fields;
+}
+
+/// A number of any kind that Python's float() takes, but no text; bool counts as one.
+std::optional<double> toNumber(const py::handle& object) {
+    if (PyUnicode_Check(object.ptr()) || PyBytes_Check(object.ptr()))
+        return std::nullopt;
+    const double number = PyFloat_AsDouble(object.ptr());
+    if (number == -1 && PyErr_Occurred() != nullptr) {
+        PyErr_Clear();
+        return std::nullopt;
+    }
+    return number;
+}
+
+std::optional<int> toWhole(const py::handle& object) {
+    const std::optional<double> number = toNumber(object);
+    const bool isWhole = number && *number >= std::numeric_limits<int>::min() &&
+                         *number <= std::numeric_limits<int>::max() &&
+                         std::floor(*number) == *number;
+    return isWhole ? std::optional<int>(int(*number)) : std::nullopt;
+}
+
+QVariant toRegion(const py::handle& object) {
+    if (!PySequence_Check(object.ptr()) || PyUnicode_Check(object.ptr()) ||
+        PySequence_Size(object.ptr()) != 4)
+        return {};
+    int parts[4] = {};
+    for (int i = 0; i < 4; ++i) {
+        const auto item = py::reinterpret_steal<py::object>(PySequence_GetItem(object.ptr(), i));
+        const std::optional<int> part = item ? toWhole(item) : std::nullopt;
+        if (!part)
+            return {};
+        parts[i] = *part;
+    }
+    return QRect(parts[0], parts[1], parts[2], parts[3]);
+}
+
+QVariant toChoice(const py::handle& object, const PDeviceProperty& property) {
+    if (!PyUnicode_Check(object.ptr()))
+        return {};
+    return PPropertyText::toValue(object.cast<QString>(), property.valueInner(),
+                                  property.rangeInner());
+}
+
+/// A field's value as the text that PCompositeFields takes.
+QString toFieldText(const py::handle& object) {
+    if (PyBool_Check(object.ptr()))
+        return object.ptr() == Py_True ? u"1"_qs : u"0"_qs;
+    return py::str(object).cast<QString>();
+}
+
+/// The present value with the fields that the dict has.
+QVariant toComposite(const py::handle& object, const PDeviceProperty& property) {
+    if (!PyDict_Check(object.ptr()))
+        return {};
+    QVariant value = property.valueInner();
+    for (const auto& [key, given] : py::reinterpret_borrow<py::dict>(object)) {
+        const QString name = py::str(key).cast<QString>();
+        const PStatus status = PCompositeFields::write(value, name, toFieldText(given));
+        if (!status.isOk()) {
+            const QString id = QString::fromLatin1(property.id());
+            throw PPythonError("BadValueError", u"\"%1\": %2"_qs.arg(id, status.reason()),
+                               {{"property", id},
+                                {"value", PPythonValue::toText(object)},
+                                {"expected", PCompositeFields::expectation(value, name)}});
+        }
+    }
+    return value;
+}
+
+template <typename Number>
+QVariant toVariant(const std::optional<Number>& number) {
+    return number ? QVariant(*number) : QVariant();
+}
+
+} // namespace
+
+py::object PPythonValue::toPython(const QVariant& value, const QVariant& range) {
+    if (value.isValid() && range.metaType() == QMetaType::fromType<PEnumeration>())
+        return py::cast(range.value<PEnumeration>().getItem(value.toUuid()).name);
+    switch (value.typeId()) {
+    case QMetaType::UnknownType:
+        return py::none();
+    case QMetaType::Bool:
+        return py::bool_(value.toBool());
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::LongLong:
+    case QMetaType::Short:
+    case QMetaType::UShort:
+    case QMetaType::UChar:
+        return py::int_(value.toLongLong());
+    case QMetaType::Double:
+    case QMetaType::Float:
+        return py::float_(value.toDouble());
+    case QMetaType::QRect: {
+        const QRect region = value.toRect();
+        return py::make_tuple(region.x(), region.y(), region.width(), region.height());
+    }
+    default:
+        return PCompositeFields::isComposite(value)
+                   ? py::object(toFields(value))
+                   : py::cast(PPropertyText::ofValue(value, range));
+    }
+}
+
+QVariant PPythonValue::fromPython(const py::handle& object, const PDeviceProperty& property) {
+    const QVariant range = property.rangeInner();
+    const QVariant present = property.valueInner();
+    if (range.metaType() == QMetaType::fromType<PEnumeration>())
+        return toChoice(object, property);
+    if (range.metaType() == QMetaType::fromType<PMinMaxRange<double>>() ||
+        present.typeId() == QMetaType::Double)
+        return toVariant(toNumber(object));
+    if (present.typeId() == QMetaType::Bool) {
+        const std::optional<int> number = toWhole(object);
+        return number && (*number == 0 || *number == 1) ? QVariant(*number == 1) : QVariant();
+    }
+    if (present.typeId() == QMetaType::Int)
+        return toVariant(toWhole(object));
+    if (present.typeId() == QMetaType::QRect)
+        return toRegion(object);
+    if (PCompositeFields::isComposite(present))
+        return toComposite(object, property);
+    return {};
+}
+
+QString PPythonValue::toText(const py::handle& object) {
+    return py::repr(object).cast<QString>();
+}
