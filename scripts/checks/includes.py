@@ -22,6 +22,7 @@ LIBRARIES = {
     "apps/pcdctl": "PCd PCore PDip PLog apps/common",
     "apps/pcdview": "PCd PCdGui PCore PDip PGui PLog apps/common",
     "gstreamer": "PCd PCore PDip PLog apps/common",
+    "python": "PCd PCore PLog apps/common",
 }
 
 # Of each library with folders, the folders whose headers each of them includes; "." is the
@@ -85,6 +86,11 @@ FOLDERS = {
         "runs": "camera cli",
         "camera": "cli properties",
         "properties": "cli",
+    },
+    "python": {
+        ".": "frame host property",
+        "frame": "host property",
+        "property": "host",
     },
     "apps/pcdview": {
         ".": "camera hang options window/camera window/main",
