@@ -1,0 +1,84 @@
+"""The examples of docs/python.md and README.md, and the programs in examples/python, run as they
+are."""
+
+import os
+import re
+import subprocess
+import sys
+import tempfile
+import unittest
+from pathlib import Path
+
+from support import UNTIL, run_python
+
+TREE = Path(__file__).resolve().parents[2]
+CODE = re.compile(r"^```python\n(.*?)^```$", re.MULTILINE | re.DOTALL)
+SECTION = re.compile(r"^## In Python\n.*?^```\n(.*?)^```$", re.MULTILINE | re.DOTALL)
+
+
+class Guide(unittest.TestCase):
+    def test_its_examples_run_one_after_the_other(self):
+        parts = CODE.findall((TREE / "docs/python.md").read_text(encoding="utf-8"))
+        self.assertEqual(8, len(parts))
+        with tempfile.TemporaryDirectory() as folder:
+            ended = run_python("\n".join(parts), env={**os.environ, "TMPDIR": folder})
+            written = sorted(path.name for path in Path(folder).glob("*/*"))
+        self.assertEqual((0, ""), (ended.returncode, ended.stderr))
+        for expected in ("Simulated-1MM-SIM01M0001 Simulated-1MM SIM01M0001 True",
+                         '"gain" cannot be 9: expected a number from 1 to 5\ngain 9 a number',
+                         "2.0 Range(minimum=1.0, maximum=5.0, step=0.01) Gain",
+                         "20 of 20", "5.0\n5.0\n5.0\n", "[255   0   0]",
+                         "camera Simulated-1MM-SIM01M0001 was unplugged: plug it in",
+                         "camera Bench-1 sent no frame for 0.2 s", 'did not take 5 for "contrast"'):
+            self.assertIn(expected, ended.stdout)
+        self.assertIn("run.ome.tif", written)
+        self.assertIn("frame-0001.png", written)
+
+    def test_it_names_every_exception_and_attribute(self):
+        text = (TREE / "docs/python.md").read_text(encoding="utf-8")
+        listed = run_python("import pcd\nprint(*(n for n in dir(pcd) if n.endswith('Error')), "
+                            "*(n for n in dir(pcd.Frame) if n[0] != '_'))").stdout.split()
+        self.assertGreater(len(listed), 20)
+        self.assertEqual([], [name for name in listed if f"`{name}`" not in text
+                              and f"`pcd.{name}`" not in text and f"`frame.{name}`" not in text])
+
+    def test_every_public_name_has_a_docstring(self):
+        ended = run_python("import pcd, inspect\n"
+                           "for name in pcd.__all__:\n"
+                           "    one = getattr(pcd, name)\n"
+                           "    if not inspect.getdoc(one): print(name)\n"
+                           "    for part, value in vars(one).items() if inspect.isclass(one) else ():\n"
+                           "        shown = callable(value) or isinstance(value, property)\n"
+                           "        if part[0] != '_' and shown and not inspect.getdoc(value):\n"
+                           "            print(name, part)\n")
+        self.assertEqual(("", ""), (ended.stdout, ended.stderr))
+
+
+class Readme(unittest.TestCase):
+    def test_its_lines_run_as_pasted(self):
+        lines = SECTION.search((TREE / "README.md").read_text(encoding="utf-8"))[1]
+        ended = subprocess.run(["bash", "-e", "-c", lines], cwd=TREE, text=True, check=False,
+                               capture_output=True, timeout=UNTIL * 2)
+        self.assertEqual(0, ended.returncode, ended.stderr)
+        self.assertIn("(3648, 5440, 3)", ended.stdout)
+        self.assertIn("electrons per count", ended.stdout)
+
+
+class Examples(unittest.TestCase):
+    def run_example(self, name):
+        ended = subprocess.run([sys.executable, TREE / "examples/python" / name], text=True,
+                               check=False, capture_output=True, timeout=UNTIL * 2)
+        self.assertEqual((0, ""), (ended.returncode, ended.stderr), ended.stdout)
+        return ended.stdout
+
+    def test_the_photon_transfer_curve_has_the_constants_of_the_scene(self):
+        text = self.run_example("photon_transfer.py")
+        self.assertEqual(4, text.count("at most"))
+
+    def test_the_focus_is_found_where_it_is(self):
+        place = float(re.search(r"sharpest at step (\S+);", self.run_example("track_focus.py"))[1])
+        self.assertAlmostEqual(12.3, place, delta=0.5)
+
+
+if __name__ == "__main__":
+    unittest.main()

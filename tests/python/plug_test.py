@@ -1,0 +1,136 @@
+"""Cameras that are unplugged and plugged in, and the functions called for that."""
+
+import sys
+import unittest
+from unittest import mock
+
+import pcd
+from support import UNTIL, SceneTest, camera, scene
+
+
+class Unplugging(SceneTest):
+    def test_an_unplugged_camera_says_so_and_can_be_opened_again(self):
+        opened = pcd.open()
+        opened.contrast = 7
+        self.simulator.unplug("cam-1")
+        self.assertEqual([], pcd.cameras())
+        self.assertFalse(opened.is_open)
+        for use in (lambda: opened.gain, opened.snap, lambda: next(opened.stream(1)),
+                    lambda: setattr(opened, "gain", 1), lambda: opened.save_profile("x")):
+            with self.assertRaisesRegex(pcd.UnpluggedError, "plug it in, and open it again"):
+                use()
+        opened.close()
+        self.simulator.plug("cam-1")
+        with pcd.open("Small-CAM-1") as again:
+            self.assertEqual(0, again.contrast)
+            self.assertEqual(2, len([*again.stream(2)]))
+        with self.assertRaises(pcd.UnpluggedError):
+            print(opened.gain)
+
+    def test_a_stream_first_returns_what_has_arrived(self):
+        self.load(scene(faults=[{"do": "unplug", "camera": "cam-1", "afterFrames": 20}]))
+        opened, frames = pcd.open(), []
+        stream = opened.stream(queue=50)
+        with self.assertRaisesRegex(pcd.UnpluggedError, "Small-CAM-1 was unplugged"):
+            for frame in stream:
+                frames.append(frame)
+        self.assertEqual([*range(1, len(frames) + 1)], [frame.sequence for frame in frames])
+        self.assertGreaterEqual(len(frames), 19)
+        self.assertEqual(240, frames[-1].array.shape[0])
+        self.assertEqual(len(frames), stream.ledger["delivered"])
+
+    def test_a_still_and_a_triggered_run_end_too(self):
+        for start in (lambda camera: camera.snap(),
+                      lambda camera: [*camera.trigger(None, external=True)]):
+            self.load(scene(faults=[{"do": "unplug", "camera": "cam-1", "atMs": 300}]))
+            with pcd.open() as opened, self.assertRaises(pcd.UnpluggedError):
+                while True:
+                    start(opened)
+
+    def test_the_other_camera_goes_on(self):
+        self.load(scene(camera("one"), camera("two")))
+        with pcd.open("Small-TWO") as second:
+            for frame in second.stream(10):
+                if frame.index == 3:
+                    self.simulator.unplug("one")
+        self.assertEqual(9, frame.index)
+        with self.assertRaisesRegex(pcd.Error, '"one".*is plugged in'):
+            self.simulator.unplug("one")
+
+
+class Listening(SceneTest):
+    def setUp(self):
+        super().setUp()
+        self.seen = []
+
+    def listen(self, name, register):
+        subscription = register(lambda camera: self.seen.append(f"{name} {camera.id}"))
+        self.addCleanup(subscription.cancel)
+        return subscription
+
+    def test_functions_are_called_for_cameras_that_come_and_go(self):
+        self.listen("+", pcd.on_plug)
+        self.listen("-", pcd.on_unplug)
+        self.simulator.unplug("cam-1")
+        self.simulator.plug("cam-1")
+        self.assertTrue(pcd.wait_for(lambda: len(self.seen) == 2, UNTIL))
+        self.assertEqual(["- Small-CAM-1", "+ Small-CAM-1"], self.seen)
+
+    def test_they_are_called_while_a_stream_waits(self):
+        self.load(scene(camera("one"), camera("two"),
+                        faults=[{"do": "unplug", "camera": "two", "atMs": 100}]))
+        self.listen("-", pcd.on_unplug)
+        with pcd.open(0) as opened:
+            for _ in opened.stream():
+                if self.seen:
+                    break
+        self.assertEqual(["- Small-TWO"], self.seen)
+
+    def test_a_cancelled_function_is_called_no_more(self):
+        with self.listen("-", pcd.on_unplug):
+            pass
+        self.simulator.unplug("cam-1")
+        pcd.handle_events()
+        self.assertEqual([], self.seen)
+
+    def test_a_function_may_open_the_camera(self):
+        self.simulator.unplug("cam-1")
+
+        def use(info):
+            with pcd.open(info) as opened:
+                self.seen.append(opened.snap().array.shape)
+        with pcd.on_plug(use):
+            self.simulator.plug("cam-1")
+            self.assertTrue(pcd.wait_for(lambda: self.seen, UNTIL))
+        self.assertEqual([(240, 322, 3)], self.seen)
+
+    def test_an_exception_in_a_function_is_reported_and_stops_nothing(self):
+        def fail(_):
+            raise ZeroDivisionError("mine")
+        reported = []
+        with mock.patch.object(sys, "unraisablehook", reported.append), pcd.on_unplug(fail):
+            self.listen("-", pcd.on_unplug)
+            self.simulator.unplug("cam-1")
+            self.assertTrue(pcd.wait_for(lambda: self.seen, UNTIL))
+        self.assertEqual(["mine"], [str(one.exc_value) for one in reported])
+        self.assertIs(fail, reported[0].object)
+        self.assertEqual(["- Small-CAM-1"], self.seen)
+
+
+class Simulating(SceneTest):
+    def test_a_scene_with_a_mistake_names_its_place_and_changes_nothing(self):
+        with self.assertRaisesRegex(pcd.Error, "the scene: .*nosuch"):
+            self.simulator.load({"cameras": [], "nosuch": 1})
+        with self.assertRaisesRegex(pcd.Error, 'scene "missing.json"'):
+            pcd.simulate("missing.json")
+        self.assertEqual(["Small-CAM-1"], [one.id for one in pcd.cameras()])
+
+    def test_another_sdk_cannot_be_chosen_afterwards(self):
+        with self.assertRaisesRegex(pcd.Error, "before the first use of cameras"):
+            pcd.configure(sdk="auto")
+        with self.assertRaisesRegex(pcd.Error, "before the first use of cameras"):
+            pcd.configure(sdk="sim", plugins=["x"])
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,103 @@
+"""The module in a process: how it ends, forks, and what it prints."""
+
+import signal
+import subprocess
+import sys
+import unittest
+
+from support import UNTIL, run_python
+
+START = """
+import gc, os, signal, sys, threading, time
+import pcd
+simulator = pcd.simulate()
+"""
+
+
+class Process(unittest.TestCase):
+    def run_script(self, code):
+        """Runs a script, and returns what it printed; fails if it did not end by itself."""
+        ended = run_python(START + code)
+        self.assertEqual((0, ""), (ended.returncode, ended.stderr), ended.stdout)
+        return ended.stdout
+
+    def test_a_script_may_end_without_closing_anything(self):
+        for rest in ("", "sys.exit()", "del camera, stream; gc.collect()", "stream.close()",
+                     "frames = [frame, frame.array]; del frame"):
+            with self.subTest(rest):
+                self.run_script("camera = pcd.open()\nstream = camera.stream()\n"
+                                "frame = next(stream)\npcd.on_unplug(print)\n" + rest)
+
+    def test_a_script_may_end_by_an_exception(self):
+        ended = run_python(START + "camera = pcd.open()\nfor frame in camera.stream():\n    1 / 0\n")
+        self.assertEqual(1, ended.returncode)
+        self.assertTrue(ended.stderr.endswith("ZeroDivisionError: division by zero\n"))
+
+    def test_another_thread_may_drop_everything(self):
+        self.run_script("held = [pcd.open()]\nheld += [held[0].stream()]\nnext(held[1])\n"
+                        "thread = threading.Thread(target=held.clear)\n"
+                        "thread.start()\nthread.join()\n")
+
+    def test_a_thread_of_its_own_may_have_the_cameras(self):
+        ended = run_python(
+            "import pcd, threading\n"
+            "def use():\n"
+            "    pcd.simulate()\n"
+            "    global camera, stream\n"
+            "    camera = pcd.open(1)\n"
+            "    stream = camera.stream()\n"
+            "    print(next(stream).sequence)\n"
+            "    print(next(stream).sequence)\n"
+            "thread = threading.Thread(target=use)\n"
+            "thread.start()\nthread.join()\n"
+            "try: pcd.cameras()\nexcept pcd.ThreadError: print('elsewhere')\n")
+        self.assertEqual(0, ended.returncode, ended.stderr)
+        self.assertTrue(ended.stdout.startswith("1\n"), ended.stdout)
+        self.assertTrue(ended.stdout.endswith("elsewhere\n"), ended.stdout)
+
+    def test_a_forked_process_is_told_where_the_cameras_are(self):
+        printed = self.run_script(
+            "camera = pcd.open()\nstream = camera.stream()\nframe = next(stream)\n"
+            "pid = os.fork()\n"
+            "if pid == 0:\n"
+            "    for use in (pcd.cameras, lambda: next(stream), lambda: camera.gain):\n"
+            "        try: use()\n"
+            "        except pcd.Error as error: assert 'forked' in str(error), error\n"
+            "        else: print('no error')\n"
+            "    print(int(frame.array[0, 0, 0]) >= 0)\n"
+            "    del frame, stream, camera\n"
+            "    sys.exit(7)\n"
+            "assert os.waitstatus_to_exitcode(os.waitpid(pid, 0)[1]) == 7\n"
+            "print(next(stream).sequence > 1)\n")
+        self.assertEqual("True\nTrue\n", printed)
+
+    def test_ctrl_c_ends_a_script_while_it_waits(self):
+        with subprocess.Popen(
+                [sys.executable, "-c", START + "camera = pcd.open()\nsimulator.hold('sim-20mc-1')\n"
+                 "print('waits', flush=True)\nnext(camera.stream(timeout=1000))\n"],
+                stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True) as program:
+            self.assertEqual("waits\n", program.stdout.readline())
+            program.send_signal(signal.SIGINT)
+            error = program.communicate(timeout=UNTIL)[1]
+        self.assertEqual(-signal.SIGINT, program.returncode)
+        self.assertIn("KeyboardInterrupt", error)
+
+    def test_without_an_sdk_a_warning_says_that_cameras_are_simulated(self):
+        ended = run_python("import pcd\nprint(pcd.cameras()[0])\nprint(pcd.cameras()[0])\n")
+        self.assertEqual(1, ended.stderr.count("the cameras are simulated"), ended.stderr)
+        self.assertIn("Simulated-20MC-SIM20C0001 (simulated)", ended.stdout)
+
+    def test_a_library_that_is_no_sdk_is_an_error(self):
+        ended = run_python("import pcd\ntry: pcd.configure(sdk='/nowhere.so')\n"
+                           "except pcd.Error as error: print(error)\n"
+                           "pcd.simulate(); print(len(pcd.cameras()))\n")
+        self.assertIn('cannot use "/nowhere.so" as the camera SDK', ended.stdout)
+        self.assertTrue(ended.stdout.endswith("\n2\n"), ended.stdout)
+
+    def test_numbers_keep_their_locale(self):
+        self.run_script("import locale\npcd.cameras()\n"
+                        "assert locale.localeconv()['decimal_point'] == '.'\n")
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,314 @@
+"""Streams, triggered runs, stills and recordings; slow loops, timeouts and Ctrl-C."""
+
+import builtins
+import gc
+import os
+import signal
+import tempfile
+import threading
+import time
+import unittest
+from pathlib import Path
+
+import numpy as np
+
+import pcd
+from support import UNTIL, SceneTest, camera, scene
+
+
+class OneCamera(SceneTest):
+    def setUp(self):
+        super().setUp()
+        self.camera = pcd.open()
+        self.addCleanup(self.camera.close)
+
+
+class Streams(OneCamera):
+    def test_a_stream_has_the_number_of_frames_that_was_asked_for(self):
+        stream = self.camera.stream(7)
+        self.assertEqual([*range(7)], [frame.index for frame in stream])
+        self.assertEqual([], [*stream])
+        ledger = stream.ledger
+        self.assertEqual(ledger["produced"], sum(ledger.values()) - ledger["produced"])
+        self.assertGreaterEqual(ledger["produced"], 7)
+
+    def test_a_loop_that_ends_early_stops_the_camera(self):
+        for frame in self.camera.stream():
+            if frame.index == 2:
+                break
+        self.assertEqual(2, len([*self.camera.stream(2)]))
+
+    def test_a_stream_that_is_kept_is_closed_by_its_block(self):
+        with self.camera.stream() as stream:
+            next(stream)
+            with self.assertRaisesRegex(pcd.BusyError, "close that stream first"):
+                next(self.camera.stream(1))
+            with self.assertRaisesRegex(pcd.BusyError, "close that stream first"):
+                next(self.camera.trigger(1))
+            with self.assertRaisesRegex(pcd.BusyError, "close that stream first"):
+                self.camera.record(f"{tempfile.gettempdir()}/never.ome.tif", 1)
+            next(stream)
+        with self.assertRaises(StopIteration):
+            next(stream)
+        self.assertEqual(1, len([*self.camera.stream(1)]))
+
+    def test_a_stream_begins_with_its_first_frame(self):
+        stream = self.camera.stream(1)
+        self.assertEqual({}, stream.ledger)
+        self.assertEqual(1, len([*self.camera.stream(1)]))
+        stream.close()
+        self.assertEqual([], [*stream])
+
+    def test_a_stream_ends_when_the_camera_is_closed(self):
+        stream = self.camera.stream()
+        next(stream)
+        self.camera.close()
+        with self.assertRaises(pcd.ClosedError):
+            while True:
+                next(stream)
+
+    def test_wrong_numbers_are_refused(self):
+        for wrong in (0, -1, 1.5, "3", True, 2**40):
+            with self.assertRaisesRegex(pcd.BadValueError, '"frames" cannot be .*from 1 on'):
+                self.camera.stream(wrong)
+        with self.assertRaisesRegex(pcd.BadValueError, '"queue" cannot be 0'):
+            self.camera.stream(1, queue=0)
+
+    def test_a_stream_dropped_by_another_thread_is_stopped_later(self):
+        held = [self.camera.stream()]
+        next(held[0])
+        thread = threading.Thread(target=held.clear)
+        thread.start()
+        thread.join()
+        pcd.handle_events()
+        self.assertEqual(1, len([*self.camera.stream(1)]))
+
+    def test_settings_change_during_a_stream(self):
+        found = []
+        for frame in self.camera.stream(30):
+            found.append(frame.settings["contrast"])
+            if frame.index == 1:
+                self.camera.contrast = 9
+            if frame.index == 2:
+                self.assertTrue(self.camera.snap().still)
+        self.assertEqual((0, 9), (found[0], found[-1]))
+
+    def test_other_threads_run_while_a_stream_waits(self):
+        self.camera.exposure = 500
+        ticks, stop = [], threading.Event()
+
+        def tick():
+            while not stop.wait(0.001):
+                ticks.append(1)
+        thread = threading.Thread(target=tick)
+        thread.start()
+        next(self.camera.stream())
+        stop.set()
+        thread.join()
+        self.assertGreater(len(ticks), 3)
+
+
+class SlowLoops(OneCamera):
+    def test_a_slow_loop_loses_frames_by_number_and_never_more_memory(self):
+        stream = self.camera.stream(queue=3)
+        first = next(stream)
+        pcd_bytes = []
+        while stream.dropped < 50:  # without a call that takes frames
+            time.sleep(0.01)
+            pcd_bytes.append(stream.waiting)
+        self.assertEqual(3, max(pcd_bytes))
+        waiting = [next(stream).sequence for _ in range(3)]
+        self.assertEqual([first.sequence + 1 + i for i in range(3)], waiting)
+        later = next(stream)
+        self.assertGreaterEqual(later.sequence, waiting[-1] + 50)
+        stream.close()
+        ledger = stream.ledger
+        self.assertEqual(stream.dropped, ledger["failed_in_writer"])
+
+    def test_memory_stays_bounded_however_long_the_loop_sleeps(self):
+        self.load(scene(camera(resolutions=[{"width": 1600, "height": 1200, "fps": 100}])))
+        with pcd.open() as opened:
+            stream = opened.stream(queue=4)
+            next(stream)
+            while stream.dropped < 5:
+                time.sleep(0.01)
+            before = resident()
+            while stream.dropped < 100:  # 576 MB of pixels
+                time.sleep(0.01)
+            self.assertLess(resident() - before, 60e6)
+
+    def test_frames_that_nobody_keeps_are_released(self):
+        for frame in self.camera.stream(50):
+            pixels = frame.array
+        del frame, pixels
+        gc.collect()
+        before = resident()
+        for _ in self.camera.stream(300):  # 70 MB of pixels
+            pass
+        self.assertLess(resident() - before, 30e6)
+
+
+def resident():
+    """Bytes of this process that are in memory."""
+    pages = int(Path("/proc/self/statm").read_text(encoding="ascii").split()[1])
+    return pages * os.sysconf("SC_PAGE_SIZE")
+
+
+class Waiting(OneCamera):
+    def test_a_camera_that_sends_nothing_is_a_timeout(self):
+        self.simulator.hold("cam-1")
+        with self.assertRaisesRegex(pcd.TimeoutError, "no frame for 0.2 s; 0 arrived") as caught:
+            next(self.camera.stream(timeout=0.2))
+        self.assertIsInstance(caught.exception, builtins.TimeoutError)
+        with self.assertRaisesRegex(pcd.TimeoutError, "did not send a live frame in time"):
+            self.camera.snap(timeout=0.1)
+        self.simulator.hold("cam-1", False)
+        self.assertEqual(1, len([*self.camera.stream(1)]))
+
+    def test_ctrl_c_ends_the_wait_for_a_frame(self):
+        self.simulator.hold("cam-1")
+        for wait in (lambda: next(self.camera.stream()), self.camera.snap,
+                     lambda: pcd.wait_for(lambda: False)):
+            interrupt_soon()
+            with self.assertRaises(KeyboardInterrupt):
+                wait()
+        self.simulator.hold("cam-1", False)
+        self.assertEqual(1, len([*self.camera.stream(1)]))
+
+    def test_an_error_in_a_predicate_reaches_the_caller(self):
+        with self.assertRaises(ZeroDivisionError):
+            pcd.wait_for(lambda: 1 / 0)
+        self.assertFalse(pcd.wait_for(lambda: False, 0.05))
+        self.assertTrue(pcd.wait_for(lambda: 1))
+
+
+def interrupt_soon():
+    """Sends this process what Ctrl-C sends."""
+    threading.Timer(0.1, os.kill, (os.getpid(), signal.SIGINT)).start()
+
+
+class Triggers(OneCamera):
+    def test_a_triggered_run_has_its_frames_and_exposure(self):
+        frames = [*self.camera.trigger(4, exposure=7)]
+        self.assertEqual([7.0] * 4, [frame.exposure for frame in frames])
+        self.assertIn("Toupcam_Trigger(h", " ".join(self.simulator.journal()))
+
+    def test_afterwards_the_camera_is_in_live_capture_with_its_own_exposure(self):
+        self.camera.exposure = 2
+        list(self.camera.trigger(1, exposure=30))
+        self.assertEqual((2.0, 0), (self.camera.exposure, self.camera.extexposure["capturemode"]))
+        self.assertEqual([2.0] * 3, [frame.exposure for frame in self.camera.stream(3)])
+
+    def test_external_signals_take_one_frame_each(self):
+        stream = self.camera.trigger(2, external=True)
+        with stream:
+            for _ in range(2):
+                self.assertTrue(pcd.wait_for(lambda: self.simulator.fire_trigger("cam-1"), UNTIL))
+                next(stream)
+        self.assertEqual(0, self.camera.extexposure["capturemode"])
+
+    def test_an_endless_run_ends_with_the_loop(self):
+        for frame in self.camera.trigger(None):
+            if frame.index == 3:
+                break
+        self.assertEqual(1, len([*self.camera.stream(1)]))
+
+    def test_a_lost_trigger_is_a_timeout(self):
+        self.load(scene(faults=[{"do": "dropTrigger", "camera": "cam-1", "nth": 2}]))
+        with pcd.open() as opened:
+            stream, taken = opened.trigger(3, exposure=1, timeout=0.5), []
+            with self.assertRaisesRegex(pcd.TimeoutError, "2 arrived before"):
+                for frame in stream:
+                    taken.append(frame.sequence)
+        self.assertEqual(2, len(taken))
+
+    def test_an_impossible_time_and_a_camera_without_trigger_are_refused(self):
+        with self.assertRaisesRegex(pcd.RefusedError, "expected 5e-05 s to 15 s"):
+            next(self.camera.trigger(1, exposure=20_000))
+        self.assertEqual(1, len([*self.camera.stream(1)]))
+        self.load(scene(camera(flags=[])))
+        with pcd.open() as opened:
+            with self.assertRaises(pcd.RefusedError):
+                next(opened.trigger(1))
+            self.assertEqual(1, len([*opened.stream(1)]))
+
+
+class Recordings(OneCamera):
+    def setUp(self):
+        super().setUp()
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = Path(folder.name)
+
+    def test_a_stack_has_all_frames(self):
+        path = self.folder / "run.ome.tif"
+        done = self.camera.record(path, frames=12, pixel_size=0.5)
+        self.assertEqual((str(path), 12, 12), (done.path, done.wanted, done.written))
+        import tifffile  # pylint: disable=import-outside-toplevel
+        with tifffile.TiffFile(path) as file:
+            self.assertEqual(12, len(file.pages))
+            self.assertEqual([255, 0, 0], file.pages[3].asarray()[120, 53].tolist())
+            self.assertIn('PhysicalSizeX="0.5"', file.ome_metadata)
+
+    def test_a_series_has_one_file_a_frame(self):
+        self.camera.record(self.folder / "f-##.png", 3)
+        self.assertEqual(["f-01.png", "f-02.png", "f-03.png"],
+                         sorted(path.name for path in self.folder.iterdir()))
+
+    def test_a_recording_ends_after_a_time(self):
+        done = self.camera.record(self.folder / "run.ome.tif", duration=0.2, interval=0.05)
+        self.assertEqual(done.wanted, done.written)
+        self.assertTrue(1 <= done.written <= 6, done)
+        self.assertGreater(done.not_due, 0)
+
+    def test_mistakes_are_named(self):
+        with self.assertRaisesRegex(pcd.BadValueError, "needs an end: give frames"):
+            self.camera.record(self.folder / "run.ome.tif")
+        with self.assertRaisesRegex(pcd.BadValueError, r"run\.jpg.*\.ome\.tif"):
+            self.camera.record(self.folder / "run.jpg", 1)
+        with self.assertRaisesRegex(pcd.BadValueError, '"duration" cannot be -1'):
+            self.camera.record(self.folder / "run.ome.tif", duration=-1)
+        self.assertEqual([], [*self.folder.iterdir()])
+
+    def test_no_file_is_replaced(self):
+        path = self.folder / "run.ome.tif"
+        path.write_text("mine", encoding="ascii")
+        with self.assertRaisesRegex(pcd.RecordError, "run.ome.tif"):
+            self.camera.record(path, 2)
+        self.assertEqual("mine", path.read_text(encoding="ascii"))
+
+    def test_ctrl_c_leaves_a_complete_file(self):
+        path = self.folder / "run.ome.tif"
+        interrupt_soon()
+        with self.assertRaises(KeyboardInterrupt):
+            self.camera.record(path, frames=100_000)
+        import tifffile  # pylint: disable=import-outside-toplevel
+        with tifffile.TiffFile(path) as file:
+            self.assertGreater(len(file.pages), 0)
+            self.assertIn("interrupted", file.ome_metadata)
+        self.assertEqual(1, len([*self.camera.stream(1)]))
+
+    def test_an_unplugged_camera_leaves_a_complete_file(self):
+        self.load(scene(faults=[{"do": "unplug", "camera": "cam-1", "afterFrames": 5}]))
+        path = self.folder / "run.ome.tif"
+        with pcd.open() as opened, self.assertRaisesRegex(pcd.UnpluggedError, "run.ome.tif.*frames"):
+            opened.record(path, frames=1000)
+        import tifffile  # pylint: disable=import-outside-toplevel
+        with tifffile.TiffFile(path) as file:
+            self.assertGreater(len(file.pages), 0)
+
+
+class Stills(OneCamera):
+    def test_a_still_is_taken_with_and_without_a_stream(self):
+        first = self.camera.snap()
+        self.assertTrue(first.still)
+        with self.camera.stream() as stream:
+            next(stream)
+            second = self.camera.snap()
+            next(stream)
+        self.assertTrue(second.still)
+        np.testing.assert_array_equal(first.array, second.array)
+
+
+if __name__ == "__main__":
+    unittest.main()
