@@ -136,7 +136,7 @@ class Camera:
 
         At most `queue` frames wait for the loop. One that finds the queue full is lost, and counted
         in `Stream.dropped`; so a slow loop never needs more memory. `timeout` is the longest time
-        without a frame, in seconds; unless given, 10 s and four times the exposure time. Then
+        without a frame, in seconds; unless given, 30 s and four times the exposure time. Then
         `TimeoutError` is raised.
         """
         self._check_counts(frames, queue)

@@ -5,12 +5,12 @@ import subprocess
 import sys
 import unittest
 
-from support import UNTIL, run_python
+from support import UNTIL, run_python, scene
 
-START = """
+START = f"""
 import gc, os, signal, sys, threading, time
 import pcd
-simulator = pcd.simulate()
+simulator = pcd.simulate({scene()!r})
 """
 
 
@@ -73,7 +73,7 @@ class Process(unittest.TestCase):
 
     def test_ctrl_c_ends_a_script_while_it_waits(self):
         with subprocess.Popen(
-                [sys.executable, "-c", START + "camera = pcd.open()\nsimulator.hold('sim-20mc-1')\n"
+                [sys.executable, "-c", START + "camera = pcd.open()\nsimulator.hold('cam-1')\n"
                  "print('waits', flush=True)\nnext(camera.stream(timeout=1000))\n"],
                 stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True) as program:
             self.assertEqual("waits\n", program.stdout.readline())

@@ -13,7 +13,8 @@
 
 namespace {
 
-constexpr std::chrono::seconds shortestPatience(10);
+// A camera may take long to begin, also a simulated one that first makes its specimen.
+constexpr std::chrono::seconds shortestPatience(30);
 constexpr std::size_t largestPixel = 4; // bytes
 
 /// The last owner may be any thread on which Python collects its garbage.
