@@ -1,16 +1,20 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/ome/POmeStackWriter.h>
+#include <apps/common/zarr/PZarrWriter.h>
 
 #include <figure/FigureProgram.h>
 #include <figure/Stopwatch.h>
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <memory>
+#include <random>
 
-// A recording of 20-megapixel colour frames: the cost of writing an OME-TIFF, compared with writing
-// the same number of bytes from memory to a plain file. Both end in the system's cache.
+// A recording of 20-megapixel colour frames: the cost of writing an OME-TIFF or OME-Zarr, compared
+// with writing the same number of bytes from memory to a plain file. All end in the system's cache.
 
 namespace {
 
@@ -20,7 +24,14 @@ const PImageHeader header(5440, 3648, PDIP::ColorFormat::Bgr);
 /// In the folder the program is run from: the one for temporary files may be in memory.
 QString newFile() {
     static const QTemporaryDir folder(u"bench_record-XXXXXX"_qs);
-    return folder.isValid() ? folder.filePath(u"run.ome.tif"_qs) : QString();
+    return folder.isValid() ? folder.filePath(u"run"_qs) : QString();
+}
+
+void remove(const QString& path) {
+    if (QFileInfo(path).isDir())
+        QDir(path).removeRecursively();
+    else
+        QFile::remove(path);
 }
 
 PDeviceFrame cameraFrame() {
@@ -28,8 +39,14 @@ PDeviceFrame cameraFrame() {
     if (!frame.image.create(header))
         throw std::bad_alloc();
     const PDIP::ImageRawData data = frame.image.rawData(PDIP::AccessMode::Write);
+    // Even light with the noise of a sensor, which is what costs time when it is compressed.
+    std::mt19937 random(1);
+    std::normal_distribution<float> noise(160, 4);
+    std::vector<unsigned char> samples(1 << 20);
+    for (unsigned char& sample : samples)
+        sample = static_cast<unsigned char>(noise(random));
     for (std::size_t i = 0; i < data.size(); ++i)
-        data.data()[i] = static_cast<unsigned char>(i * 7);
+        data.data()[i] = samples[(i * 257) % samples.size()];
     auto stamp = std::make_shared<PFrameStamp>();
     stamp->settings = std::make_shared<PDeviceSettings>();
     frame.stamp = std::move(stamp);
@@ -58,6 +75,23 @@ bool writeStack(const QString& path, const PDeviceFrame& frame) {
     return writer.finish({}).isOk();
 }
 
+bool writeFolder(const QString& path, const PDeviceFrame& frame, bool pyramid) {
+    PZarrWriter writer({path, {}, {}, std::nullopt, std::nullopt, pyramid});
+    for (int i = 1; i <= frames; ++i) {
+        if (!writer.write(frame, quint64(i)).isOk())
+            return false;
+    }
+    return writer.finish({}).isOk();
+}
+
+bool writeChunks(const QString& path, const PDeviceFrame& frame) {
+    return writeFolder(path, frame, false);
+}
+
+bool writePyramid(const QString& path, const PDeviceFrame& frame) {
+    return writeFolder(path, frame, true);
+}
+
 using Write = bool (*)(const QString&, const PDeviceFrame&);
 
 /// Milliseconds for a recording, without removing it.
@@ -65,21 +99,27 @@ double measure(Write write, const PDeviceFrame& frame) {
     const QString path = newFile();
     bool isWritten = false;
     const double cost = Stopwatch::processMs([&] { isWritten = write(path, frame); });
-    QFile::remove(path);
+    remove(path);
     return isWritten ? cost : -1;
 }
 
-FigurePair prepare() {
+FigurePair prepare(Write write) {
     const PDeviceFrame frame = cameraFrame();
-    return {[=] { return measure(writeStack, frame); },
-            [=] { return measure(writePlainly, frame); }};
+    return {[=] { return measure(write, frame); }, [=] { return measure(writePlainly, frame); }};
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    FigureProgram::add({"recording/20MP-24bit", "8 frames as OME-TIFF, processor time",
-                        "write() of the same bytes", "ms", 1.1},
-                       prepare);
+    const char* const plainly = "write() of the same bytes";
+    FigureProgram::add(
+        {"recording/20MP-24bit", "8 frames as OME-TIFF, processor time", plainly, "ms", 1.1},
+        [] { return prepare(writeStack); });
+    FigureProgram::add(
+        {"recording/20MP-24bit-zarr", "8 frames as OME-Zarr, processor time", plainly, "ms", 6.0},
+        [] { return prepare(writeChunks); });
+    FigureProgram::add({"recording/20MP-24bit-pyramid", "the same with a pyramid, processor time",
+                        plainly, "ms", 8.0},
+                       [] { return prepare(writePyramid); });
     return FigureProgram::run(argc, argv);
 }

@@ -35,7 +35,10 @@ PStatus PZarrArray::writeChunk(int channel, const QByteArray& compressed) {
 }
 
 PStatus PZarrArray::publish(quint64 index) {
-    return PZarrFiles::rename(path(nextFrameName), path(QString::number(index)));
+    const PStatus status = PZarrFiles::rename(path(nextFrameName), path(QString::number(index)));
+    if (status.isOk())
+        m_published = index + 1;
+    return status;
 }
 
 PStatus PZarrArray::setFrames(quint64 count) {
@@ -45,7 +48,10 @@ PStatus PZarrArray::setFrames(quint64 count) {
 
 void PZarrArray::drop(quint64 index) {
     QDir(path(nextFrameName)).removeRecursively();
+    if (m_published <= index)
+        return; // what may have that name is not ours
     QDir(path(QString::number(index))).removeRecursively();
+    m_published = index;
 }
 
 quint64 PZarrArray::countFrames(quint64 expected) const {

@@ -44,4 +44,5 @@ private:
     QString m_name;
     QSize m_size;
     int m_channels;
+    quint64 m_published = 0; ///< frames
 };

@@ -69,6 +69,15 @@ TEST_F(ZarrArray, a_frame_is_dropped_wherever_it_is) {
     EXPECT_EQ(names(), QStringList());
 }
 
+TEST_F(ZarrArray, a_folder_with_the_name_of_the_next_frame_is_not_replaced_or_removed) {
+    ASSERT_TRUE(QDir().mkpath(recording.path(u"3/0/mine"_qs)));
+    writeFrame();
+    EXPECT_EQ(array.publish(0).reason(), qt_error_string(ENOTEMPTY));
+    array.drop(0);
+    EXPECT_EQ(names(), QStringList(u"0"_qs));
+    EXPECT_TRUE(QDir(recording.path(u"3/0/mine"_qs)).exists());
+}
+
 TEST_F(ZarrArray, only_the_frames_that_are_expected_are_counted) {
     for (const char* name : {"3/0", "3/1", "3/5", "3/.part", "3/x"})
         ASSERT_TRUE(QDir().mkdir(recording.path(QString::fromLatin1(name))));

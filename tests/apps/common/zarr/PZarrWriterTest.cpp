@@ -247,6 +247,37 @@ TEST_F(ZarrWriter, on_a_full_disk_the_frames_before_are_whole_and_nothing_else_r
     EXPECT_EQ(xml().elements("Plane").size(), 9);
 }
 
+struct BlockedRow {
+    const char* name;
+    const char* blocked; ///< this file cannot be made
+};
+
+class ZarrStep : public ZarrWriter, public testing::WithParamInterface<BlockedRow> {};
+
+TEST_P(ZarrStep, that_fails_takes_the_frame_with_it) {
+    options.pyramid = true;
+    PZarrWriter writer(options);
+    write(writer, 2);
+    const QString blocked = options.path + u'/' + QString::fromLatin1(GetParam().blocked);
+    ASSERT_TRUE(QDir().mkpath(blocked + u"/inside"_qs));
+    EXPECT_FALSE(writer.write(frame(3), 3).isOk());
+    ASSERT_TRUE(QDir(blocked).removeRecursively());
+    expectFrames(2, 3);
+    ASSERT_TRUE(writer.finish({}).isOk());
+    expectFrames(2, 3);
+}
+
+const BlockedRow blockedRows[] = {
+    {"of_the_first_chunk", "0/0/.part"},
+    {"of_a_smaller_size_getting_its_name", "0/2/2"},
+    {"of_the_full_size_getting_its_name", "0/0/2"},
+    {"of_counting_the_smallest_size", "0/2/.zarray.part"},
+    {"of_counting_the_full_size", "0/0/.zarray.part"},
+    {"of_the_document", "OME/METADATA.ome.xml.part"},
+};
+
+INSTANTIATE_TEST_SUITE_P(Rows, ZarrStep, testing::ValuesIn(blockedRows), RowName());
+
 TEST_F(ZarrWriter, a_line_of_times_that_does_not_fit_takes_its_frame_with_it) {
     // Frames of one colour are small, and so are all files but the table, which grows.
     PZarrWriter writer(options);
