@@ -26,13 +26,15 @@ struct Opened {
     QString id;
     QString note;
     QList<PDeviceMode> modes;
+    PGstCatalogue catalogue;
 };
 
 Opened openCamera(PGstCamera& camera, const PGstOptions& options) {
-    Opened opened{camera.open(options), camera.id(), {}, {}};
+    Opened opened{camera.open(options), camera.id(), {}, {}, {}};
     if (opened.outcome.code == Outcome::Code::Done) {
         opened.note = camera.note();
         opened.modes = camera.modes();
+        opened.catalogue = camera.catalogue();
     }
     return opened;
 }
@@ -55,12 +57,15 @@ void PGstSource::setOptions(const PGstOptions& options) {
 }
 
 void PGstSource::setSettings(const QString& settings) {
-    std::shared_ptr<PGstCamera> camera;
     {
         const std::lock_guard lock(m_mutex);
         m_options.settings = settings;
-        camera = m_camera;
     }
+    apply(settings);
+}
+
+void PGstSource::apply(const QString& settings) {
+    const auto camera = this->camera();
     if (!camera)
         return;
     // To Qt's thread, without waiting: properties are set from any thread, also from one for which
@@ -70,6 +75,20 @@ void PGstSource::setSettings(const QString& settings) {
         if (!status.isOk())
             queue->report(Item::Kind::Warning, status.reason());
     });
+}
+
+std::optional<QString> PGstSource::settingValue(const QByteArray& id) const {
+    const auto camera = this->camera();
+    if (!camera)
+        return std::nullopt;
+    const auto value = PQtLoop::ask<std::optional<QString>>(
+        [camera, id] { return camera->value(id); }, std::chrono::seconds(1));
+    return value ? *value : std::nullopt;
+}
+
+QList<PGstCatalogue::Entry> PGstSource::settings() const {
+    const std::lock_guard lock(m_mutex);
+    return m_catalogue.entries;
 }
 
 void PGstSource::setQueueSize(unsigned frames) {
@@ -118,6 +137,7 @@ bool PGstSource::open() {
     m_camera = made->first;
     m_cameraId = opened.id;
     m_modes = opened.modes;
+    m_catalogue = opened.catalogue;
     return true;
 }
 
@@ -200,6 +220,7 @@ void PGstSource::close() {
         camera = std::exchange(m_camera, nullptr);
         m_cameraId.clear();
         m_modes.clear();
+        m_catalogue.entries.clear();
     }
     // Waits, so that the next element can open the camera; a camera that hangs is left behind.
     if (camera)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <gstreamer/camera/PGstCamera.h>
+#include <gstreamer/camera/PGstCatalogue.h>
 #include <gstreamer/frame/PGstTimes.h>
 
 #include <gst/base/gstpushsrc.h>
@@ -25,6 +26,14 @@ public:
     void setOptions(const PGstOptions& options);
     /// Settings of the camera; while it is open, they are applied without waiting for that.
     void setSettings(const QString& settings);
+    /// Applies more settings to the camera that is open, without waiting; those that it does not
+    /// take are a warning on the bus. They hold until it is closed.
+    void apply(const QString& settings);
+    /// The value of a setting, as the camera has it now; empty without a camera, or if it does not
+    /// answer within a second.
+    std::optional<QString> settingValue(const QByteArray& id) const;
+    /// What the open camera can be set to; one child of the element for each.
+    QList<PGstCatalogue::Entry> settings() const;
     /// The most frames that may wait for the pipeline.
     void setQueueSize(unsigned frames);
     unsigned queueSize() const;
@@ -80,6 +89,7 @@ private:
     std::shared_ptr<PGstCamera> m_camera; ///< deleted on Qt's thread
     QString m_cameraId;
     QList<PDeviceMode> m_modes;
+    PGstCatalogue m_catalogue;
 
     PImageHeader m_header; ///< of the present caps; the streaming thread
     bool m_isFirst = true; ///< frame since the start; the streaming thread

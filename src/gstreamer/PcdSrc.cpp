@@ -2,9 +2,13 @@
 #include <gstreamer/PcdSrc.h>
 
 #include <gstreamer/PGstSource.h>
+#include <gstreamer/PcdSetting.h>
 #include <gstreamer/frame/PGstCaps.h>
 
-G_DEFINE_TYPE(PcdSrc, pcd_src, GST_TYPE_PUSH_SRC)
+static void pcd_src_child_proxy_init(gpointer type, gpointer);
+
+G_DEFINE_TYPE_WITH_CODE(PcdSrc, pcd_src, GST_TYPE_PUSH_SRC,
+                        G_IMPLEMENT_INTERFACE(GST_TYPE_CHILD_PROXY, pcd_src_child_proxy_init))
 
 namespace {
 
@@ -141,12 +145,58 @@ void finalize(GObject* object) {
     G_OBJECT_CLASS(pcd_src_parent_class)->finalize(object);
 }
 
+/// The settings of the camera that was opened become children, without the lock: those that
+/// are informed may use them.
+void addChildren(PcdSrc* source) {
+    for (const PGstCatalogue::Entry& entry : source->source->settings()) {
+        auto* const child = reinterpret_cast<GstObject*>(pcd_setting_new(entry));
+        GST_OBJECT_LOCK(source);
+        source->children = g_list_append(source->children, child);
+        GST_OBJECT_UNLOCK(source);
+        gst_object_set_parent(child, GST_OBJECT(source)); // which takes the reference
+        gst_child_proxy_child_added(GST_CHILD_PROXY(source), G_OBJECT(child), entry.id.constData());
+    }
+}
+
+void removeChildren(PcdSrc* source) {
+    GST_OBJECT_LOCK(source);
+    GList* const children = source->children;
+    source->children = nullptr;
+    GST_OBJECT_UNLOCK(source);
+    for (GList* one = children; one != nullptr; one = one->next) {
+        auto* const child = GST_OBJECT(one->data);
+        gst_child_proxy_child_removed(GST_CHILD_PROXY(source), G_OBJECT(child),
+                                      GST_OBJECT_NAME(child));
+        gst_object_unparent(child);
+    }
+    g_list_free(children);
+}
+
+guint countChildren(GstChildProxy* proxy) {
+    GST_OBJECT_LOCK(proxy);
+    const guint count = g_list_length(reinterpret_cast<PcdSrc*>(proxy)->children);
+    GST_OBJECT_UNLOCK(proxy);
+    return count;
+}
+
+GObject* findChild(GstChildProxy* proxy, guint index) {
+    GST_OBJECT_LOCK(proxy);
+    gpointer const child = g_list_nth_data(reinterpret_cast<PcdSrc*>(proxy)->children, index);
+    if (child != nullptr)
+        gst_object_ref(child);
+    GST_OBJECT_UNLOCK(proxy);
+    return static_cast<GObject*>(child);
+}
+
 /// The camera is opened and started before the parent changes the state, and stopped after it: then
 /// the streaming thread no longer takes frames.
 GstStateChangeReturn changeState(GstElement* element, GstStateChange change) {
     PGstSource& source = toSource(element);
-    if (change == GST_STATE_CHANGE_NULL_TO_READY && !source.open())
-        return GST_STATE_CHANGE_FAILURE;
+    if (change == GST_STATE_CHANGE_NULL_TO_READY) {
+        if (!source.open())
+            return GST_STATE_CHANGE_FAILURE;
+        addChildren(reinterpret_cast<PcdSrc*>(element));
+    }
     if (change == GST_STATE_CHANGE_PAUSED_TO_PLAYING && !source.play())
         return GST_STATE_CHANGE_FAILURE;
     const GstStateChangeReturn result =
@@ -156,8 +206,10 @@ GstStateChangeReturn changeState(GstElement* element, GstStateChange change) {
         (change == GST_STATE_CHANGE_PAUSED_TO_PLAYING && hasFailed))
         source.pause();
     if (change == GST_STATE_CHANGE_READY_TO_NULL ||
-        (change == GST_STATE_CHANGE_NULL_TO_READY && hasFailed))
+        (change == GST_STATE_CHANGE_NULL_TO_READY && hasFailed)) {
+        removeChildren(reinterpret_cast<PcdSrc*>(element));
         source.close();
+    }
     return result;
 }
 
@@ -297,6 +349,12 @@ void installFunctions(PcdSrcClass* type) {
 }
 
 } // namespace
+
+static void pcd_src_child_proxy_init(gpointer type, gpointer) {
+    auto* const proxy = static_cast<GstChildProxyInterface*>(type);
+    proxy->get_children_count = countChildren;
+    proxy->get_child_by_index = findChild;
+}
 
 static void pcd_src_class_init(PcdSrcClass* type) {
     GObjectClass* const object = G_OBJECT_CLASS(type);

@@ -9,6 +9,7 @@ class PGstSource;
 struct PcdSrc {
     GstPushSrc parent;
     PGstSource* source;
+    GList* children; ///< PcdSetting each, while a camera is open; guarded by the object's lock
 };
 
 /// Its class.

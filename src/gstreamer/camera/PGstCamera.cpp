@@ -6,6 +6,7 @@
 
 #include <PCd/device/PDevice.h>
 #include <PCd/device/PDeviceManager.h>
+#include <PCd/property/PDeviceProperty.h>
 
 #include <PCore/PPrintableText.h>
 
@@ -154,6 +155,20 @@ QList<PDeviceMode> PGstCamera::modes() const {
 
 PDeviceMode PGstCamera::mode() const {
     return m_device == nullptr ? PDeviceMode() : m_device->reportedMode();
+}
+
+PGstCatalogue PGstCamera::catalogue() const {
+    return m_device == nullptr ? PGstCatalogue() : PGstCatalogue::of(*m_device);
+}
+
+std::optional<QString> PGstCamera::value(const QByteArray& id) const {
+    PDeviceProperty* const property = m_device == nullptr ? nullptr : m_device->getProperty(id);
+    if (property == nullptr)
+        return std::nullopt;
+    property->updateValueFromDevice();
+    if (property->isUnread())
+        return std::nullopt;
+    return PGstCatalogue::describe(*property).value;
 }
 
 PStatus PGstCamera::setMode(const PDeviceMode& mode) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <gstreamer/camera/PGstCatalogue.h>
 #include <gstreamer/camera/PGstOptions.h>
 
 #include <gstreamer/frame/PGstFrameQueue.h>
@@ -49,6 +50,11 @@ public:
     QList<PDeviceMode> modes() const;
     /// The mode in use.
     PDeviceMode mode() const;
+
+    /// What it can be set to.
+    PGstCatalogue catalogue() const;
+    /// The value of one setting, read from the camera; empty if it has none, or does not report it.
+    std::optional<QString> value(const QByteArray& id) const;
 
     /// Sets the mode, for as long as the camera is open.
     PStatus setMode(const PDeviceMode& mode);
