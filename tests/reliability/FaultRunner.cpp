@@ -98,7 +98,8 @@ QStringList FaultRunner::runSession(const CallFaults& faults) {
     if (mustSucceed)
         complaints += prefixed(u"failed: "_qs, session.failures());
     if (areReported(faults))
-        complaints += prefixed(u"saved, but not so: "_qs, session.unreadValues());
+        complaints += prefixed(u"saved, but not so: "_qs, session.unreadValues()) +
+                      prefixed(u"shown, but not so: "_qs, session.wronglyShown());
     else if (!session.unreadValues().isEmpty())
         ++m_deceivedProfiles;
     return complaints;

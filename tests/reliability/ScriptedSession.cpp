@@ -2,6 +2,7 @@
 #include <reliability/ScriptedSession.h>
 
 #include <reliability/CallHook.h>
+#include <reliability/PanelTruth.h>
 #include <reliability/ReliableCamera.h>
 #include <reliability/ShortWait.h>
 
@@ -23,6 +24,7 @@
 namespace {
 
 constexpr int fewFrames = 3;
+constexpr int fewestEditors = 15; // of numbers, regions, switches and choices
 
 /// The plugin's register. It does not search by itself when a camera comes or goes, some time
 /// later, but when the session makes it: so the calls are the same each time.
@@ -34,6 +36,11 @@ PDeviceRegister* makeRegister() {
 }
 
 } // namespace
+
+bool ScriptedSession::isAnswering(PDevice& device) {
+    const CallHook::Pause pause;
+    return device.isAnswering();
+}
 
 ScriptedSession::ScriptedSession(const QString& folder, std::chrono::milliseconds patience)
     : m_folder(folder)
@@ -49,6 +56,7 @@ void ScriptedSession::run() {
         {"panels", &ScriptedSession::showPanels},
         {"profile saved", &ScriptedSession::saveProfile},
         {"modes", &ScriptedSession::changeModes},
+        {"panels again", &ScriptedSession::showPanels},
         {"stream", &ScriptedSession::stream},
         {"still", &ScriptedSession::takeStill},
         {"recording", &ScriptedSession::record},
@@ -169,9 +177,21 @@ void ScriptedSession::showPanels() {
     }
     panel->show();
     QCoreApplication::processEvents();
-    setHue(20);
-    QCoreApplication::processEvents();
-    setHue(0);
+    checkPanel(*panel);
+    for (const int hue : {20, 0}) {
+        setHue(hue);
+        QCoreApplication::processEvents();
+        checkPanel(*panel);
+    }
+}
+
+/// What a lost camera had cannot be compared any more.
+void ScriptedSession::checkPanel(const QWidget& panel) {
+    if (!m_device || !isAnswering(*m_device))
+        return;
+    require(PanelTruth::countEditors(panel, *m_device) >= fewestEditors,
+            u"editors in the panel"_qs);
+    m_wronglyShown += PanelTruth::findLies(panel, *m_device);
 }
 
 /// What is reported as set must be on the camera.

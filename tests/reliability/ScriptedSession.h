@@ -14,6 +14,7 @@
 #include <functional>
 
 class PDevice;
+class QWidget;
 
 /// One session of a program with the simulated camera, from finding it to closing it: catalogue,
 /// panels, a profile, modes, stream, still, recording, triggers, pull mode, hot-plugging. Its steps
@@ -34,12 +35,15 @@ public:
     const QStringList& lies() const { return m_lies; }
     /// Values in the profile that could not be read from the camera and were saved anyway.
     const QStringList& unreadValues() const { return m_unreadValues; }
+    /// Values that panels showed, and the camera did not have.
+    const QStringList& wronglyShown() const { return m_wronglyShown; }
 
 private:
     bool require(bool isMet, const QString& what);
     bool require(const PStatus& status, const QString& what);
     void expectTrue(bool isTrue, const QString& claim);
     bool waitFor(const std::function<bool()>& predicate);
+    static bool isAnswering(PDevice& device);
 
     void openProgram();
     void closeProgram();
@@ -50,6 +54,7 @@ private:
 
     void readCatalogue();
     void showPanels();
+    void checkPanel(const QWidget& panel);
     void setHue(int hue);
     void saveProfile();
     void checkProfile();
@@ -78,4 +83,5 @@ private:
     QStringList m_failures;
     QStringList m_lies;
     QStringList m_unreadValues;
+    QStringList m_wronglyShown;
 };

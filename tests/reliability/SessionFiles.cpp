@@ -40,11 +40,6 @@ QList<PDeviceProfileDiff::Difference> compareWithTruth(const PDeviceProfile& pro
     return PDeviceProfileDiff::between(profile, device);
 }
 
-bool isAnswering(PDevice& device) {
-    const CallHook::Pause pause;
-    return device.isAnswering();
-}
-
 PRecordSchedule::Plan makePlan(quint64 frames) {
     PRecordSchedule::Plan plan;
     plan.frames = frames;

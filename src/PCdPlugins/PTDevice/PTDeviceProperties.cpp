@@ -146,8 +146,7 @@ QList<PDeviceProperty*> PTDevice::pictureProperties() {
 PDeviceProperty* PTDevice::roiProperty() {
     auto* const roi = new PTPropRoi(m_handle, "roi", tr("ROI"));
     const QMetaObject::Connection connection = connect(
-        this, &PDevice::modeChanged, this, [roi] { roi->updateValueFromDevice(false); },
-        Qt::DirectConnection);
+        this, &PDevice::modeChanged, this, [roi] { roi->followMode(); }, Qt::DirectConnection);
     // The caller owns the list: the property may be deleted before the device.
     connect(roi, &QObject::destroyed, this, [connection] { disconnect(connection); });
     return roi;

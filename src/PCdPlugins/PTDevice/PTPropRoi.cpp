@@ -3,6 +3,8 @@
 
 #include <PCdPlugins/PTDevice/PTLog.h>
 
+#include <PCd/property/PReadWatch.h>
+
 namespace {
 
 constexpr unsigned unknownSize = 0xFFFFFFFF;
@@ -29,6 +31,15 @@ PScanAreaRange toRange(int w, int h) {
 PTPropRoi::PTPropRoi(Toupcam_t* handle, const QByteArray& id, const QString& title)
     : PDevicePropertyScanArea(id, title, PCD::DevicePropertyType::ScanArea)
     , m_handle(handle) {
+}
+
+void PTPropRoi::followMode() {
+    const PReadWatch watch;
+    updateValueFromDevice(false);
+    if (!watch.hasFailed())
+        return;
+    setUnreadValueInner(QVariant());
+    emit valueChanged(valueInner());
 }
 
 bool PTPropRoi::trySetValueToDevice(QRect region) {

@@ -23,6 +23,10 @@ public:
     /// resolution in use.
     PScanAreaRange tryGetRangeFromDevice() override;
 
+    /// Reads range and region after a change of the mode. If the camera does not report them, the
+    /// region of the mode before is unread, so that it is not shown as the present one.
+    void followMode();
+
 private:
     Toupcam_t* m_handle;
 };

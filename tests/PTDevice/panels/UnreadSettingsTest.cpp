@@ -44,6 +44,24 @@ TEST_F(UnreadSettings, are_noticed_where_the_plugin_calls_the_sdk) {
     EXPECT_FALSE(property("hue")->isUnread()) << "the camera lacks it";
 }
 
+TEST_F(UnreadSettings, have_the_region_if_it_is_not_reported_after_a_change_of_the_mode) {
+    PDeviceProperty* const roi = property("roi");
+    const QVariant before = roi->valueInner();
+    ASSERT_TRUE(before.isValid());
+    QVariant announced = before;
+    QObject::connect(roi, &PDeviceProperty::valueChanged, roi,
+                     [&](const QVariant& value) { announced = value; });
+    ToupcamSim_failCall("Toupcam_get_Roi", 0, 1, E_FAIL);
+    ASSERT_TRUE(device->setMode(device->getSupportModes().value(0)).isOk());
+    EXPECT_TRUE(roi->isUnread());
+    EXPECT_FALSE(roi->valueInner().isValid());
+    EXPECT_FALSE(announced.isValid()) << "panels show it no longer";
+    roi->updateValueFromDevice();
+    EXPECT_FALSE(roi->isUnread());
+    EXPECT_EQ(roi->valueInner(), before);
+    EXPECT_EQ(announced, before) << "and again";
+}
+
 TEST_F(UnreadSettings, a_fan_that_cannot_be_read_is_stored_like_that_and_marked) {
     property("fan")->setValue(QVariant::fromValue(FANDATA{1, 4}));
     ToupcamSim_failOption("Toupcam_get_Option", TOUPCAM_OPTION_FAN, 0, 1, E_FAIL);
