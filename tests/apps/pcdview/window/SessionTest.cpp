@@ -72,6 +72,22 @@ private:
     std::optional<qsizetype> m_noted;
 };
 
+/// Watches the panel that is detached.
+class DetachedPanel : public QObject {
+public:
+    DetachedPanel() { QCoreApplication::instance()->installEventFilter(this); }
+
+    bool isShownAfterItsWindow = false;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        const auto* const dock = qobject_cast<QDockWidget*>(watched);
+        if (dock != nullptr && dock->isFloating() && event->type() == QEvent::Show)
+            isShownAfterItsWindow = dock->parentWidget()->isVisible();
+        return false;
+    }
+};
+
 class SessionTest : public ViewSession {
 protected:
     void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
@@ -458,6 +474,17 @@ TEST_F(SessionTest, panels_are_where_they_were_the_last_time) {
     start({camera()});
     EXPECT_FALSE(widget<QDockWidget>(u"histogramDock"_qs).isVisible());
     EXPECT_TRUE(widget<QDockWidget>(u"logDock"_qs).isVisible());
+}
+
+TEST_F(SessionTest, a_panel_that_was_detached_the_last_time_is_shown_after_the_window) {
+    start({camera()});
+    widget<QDockWidget>(u"cameraList"_qs).setFloating(true);
+    end();
+    const DetachedPanel panel;
+    start({camera()});
+    EXPECT_TRUE(waitUntil([&] { return panel.isShownAfterItsWindow; }));
+    EXPECT_TRUE(widget<QDockWidget>(u"cameraList"_qs).isFloating());
+    EXPECT_TRUE(widget<QDockWidget>(u"cameraList"_qs).isVisible());
 }
 
 TEST_F(SessionTest, zeros_of_a_lost_cable_are_not_what_is_restored) {

@@ -18,8 +18,10 @@
 
 #include <QAction>
 #include <QCloseEvent>
+#include <QDockWidget>
 #include <QScreen>
 #include <QSettings>
+#include <QTimer>
 
 namespace {
 
@@ -75,6 +77,19 @@ void PMainWindow::restoreLayout() {
     resize(usualSize().boundedTo(screen()->availableSize() - roomForFrame));
     restoreGeometry(settings.value(geometryKey).toByteArray());
     restoreState(settings.value(stateKey).toByteArray());
+    showDetachedPanelsLater();
+}
+
+/// Some window managers look for the window that a panel belongs to only when the panel is shown,
+/// and leave it behind that window if there is none yet.
+void PMainWindow::showDetachedPanelsLater() {
+    for (QDockWidget* dock : m_panels->docks()) {
+        if (!dock->isFloating() || dock->isHidden())
+            continue;
+        dock->hide();
+        // On this thread, but from the event loop, which starts when the window is shown.
+        QTimer::singleShot(0, dock, &QWidget::show);
+    }
 }
 
 void PMainWindow::offerProfile(const QString& path) {

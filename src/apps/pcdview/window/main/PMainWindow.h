@@ -42,6 +42,7 @@ protected:
 private:
     void makeBars();
     void restoreLayout();
+    void showDetachedPanelsLater();
     bool mayClose();
 
     PRecordings m_recordings;
