@@ -21,7 +21,8 @@ void keepMessage(GstDebugCategory* category, GstDebugLevel level, const gchar*, 
 TEST_F(PGstLogTest, records_appear_in_gstreamer_s_log) {
     std::vector<std::string> texts;
     gst_debug_set_active(TRUE);
-    gst_debug_add_log_function(keepMessage, &texts, nullptr);
+    // In brackets, because the macros of these names compare a function with an address of data.
+    (gst_debug_add_log_function)(keepMessage, &texts, nullptr);
     PGstLog log;
     PLogRecord record;
     record.source = u"here"_qs;
@@ -29,7 +30,7 @@ TEST_F(PGstLogTest, records_appear_in_gstreamer_s_log) {
     record.items = {u"too late"_qs};
     gst_debug_set_threshold_from_string("pcd:4", TRUE);
     log.write(record);
-    gst_debug_remove_log_function(keepMessage);
+    (gst_debug_remove_log_function)(keepMessage);
     gst_debug_set_threshold_from_string("", TRUE);
     EXPECT_EQ(texts,
               std::vector<std::string>{std::to_string(int(GST_LEVEL_WARNING)) + " here: too late"});
