@@ -89,7 +89,7 @@ std::unique_ptr<PPythonFrame> PPythonCapture::snap(std::optional<double> timeout
     await(*live, u"a live frame"_qs);
     if (takesStills) {
         if (!m_session->device().triggerStillCapture())
-            throw PPythonError("RefusedError", u"the camera refused to take a still"_qs);
+            m_session->check(PStatus::failure(u"it refused to take a still"_qs), "RefusedError");
         await(*stills, u"a still"_qs);
     }
     return std::make_unique<PPythonFrame>(*(takesStills ? stills : live)->take(),

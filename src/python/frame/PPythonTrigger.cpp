@@ -2,7 +2,6 @@
 #include <python/frame/PPythonTrigger.h>
 
 #include <python/host/PPybind.h>
-#include <python/host/PPythonError.h>
 #include <python/host/PPythonSession.h>
 
 #include <PCd/device/PDeviceRoles.h>
@@ -44,14 +43,14 @@ PPythonTrigger::PPythonTrigger(std::shared_ptr<PPythonSession> session, const Pl
     const auto source =
         m_plan.external ? PTriggerControl::Source::External : PTriggerControl::Source::Software;
     // The number that panels show has a smaller range than runs: firing has the one that counts.
-    PPythonError::check(m_control->prepare(source, m_plan.exposure, 1), "RefusedError");
+    m_session->check(m_control->prepare(source, m_plan.exposure, 1), "RefusedError");
     readExposure(m_session->device());
 }
 
 void PPythonTrigger::begin() {
     m_session->device(); // throws if it was unplugged
     if (!m_plan.external)
-        PPythonError::check(m_control->fire(m_frames), "RefusedError");
+        m_session->check(m_control->fire(m_frames), "RefusedError");
 }
 
 void PPythonTrigger::end() noexcept {

@@ -92,6 +92,16 @@ PDevice& PPythonSession::device() const {
         u"camera %1 is closed: open it again with pcd.open(\"%1\")"_qs.arg(m_identity.id));
 }
 
+void PPythonSession::check(const PStatus& status, const char* type) const {
+    if (status.isOk())
+        return;
+    if (!device().isAnswering()) {
+        throw PPythonError("UnpluggedError", u"camera %1 no longer answers: plug it in again, and "
+                                             "open it again"_qs.arg(m_identity.id));
+    }
+    throw PPythonError(type, u"camera %1: %2"_qs.arg(m_identity.id, status.reason()));
+}
+
 void PPythonSession::close() {
     if (m_device == nullptr || PPythonProcess::isForked())
         return;
@@ -131,7 +141,7 @@ void PPythonSession::startStream(const std::shared_ptr<PFrameSink>& sink, std::s
         return;
     camera.removeFrameSink(sink);
     m_sink.reset();
-    throw PPythonError("Error", u"camera %1: %2"_qs.arg(m_identity.id, started.reason()));
+    check(started);
 }
 
 PStatus PPythonSession::stopStream(const std::shared_ptr<PFrameSink>& sink) {

@@ -29,6 +29,9 @@ public:
     PDevice& device() const;
     bool isOpen() const { return m_device != nullptr && m_device->isLinked(); }
     bool isUnplugged() const { return m_isUnplugged; }
+    /// Throws if the status is a failure: "UnpluggedError" if the camera no longer answers, which
+    /// may be seen before its device is removed, else this type.
+    void check(const PStatus& status, const char* type = "Error") const;
     /// Stops and unlinks the camera; nothing the second time.
     void close();
 

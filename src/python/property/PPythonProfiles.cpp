@@ -59,7 +59,7 @@ void PPythonProfiles::setMode(const QString& requested) const {
             continue;
         }
         const PUnlockedPython unlocked;
-        return PPythonError::check(m_session->device().setMode(mode), "RefusedError");
+        return m_session->check(m_session->device().setMode(mode), "RefusedError");
     }
     const QString expected = u"one of %1"_qs.arg(known.join(u", "_qs));
     throw PPythonError("BadValueError",
