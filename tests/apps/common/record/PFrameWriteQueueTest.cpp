@@ -34,6 +34,23 @@ TEST(WriteQueue, shares_its_memory_with_others_but_for_one_frame_each) {
     EXPECT_EQ(first.state().refused, 1U);
 }
 
+TEST(WriteQueue, limits_the_number_of_small_frames_by_what_each_costs_at_least) {
+    const auto frame = testFrame(1, std::chrono::milliseconds(0));
+    std::promise<void> open;
+    const std::shared_future<void> gate = open.get_future().share();
+    PFrameWriteQueue queue(
+        [gate](const PDeviceFrame&, quint64) {
+            gate.wait();
+            return PStatus(PStatus::Ok);
+        },
+        1, std::make_shared<PWorkBudget>(1'000'000), 500'000);
+    EXPECT_TRUE(queue.push(frame));
+    EXPECT_TRUE(queue.push(frame));
+    EXPECT_FALSE(queue.push(frame));
+    open.set_value();
+    EXPECT_TRUE(queue.waitUntilIdle(std::chrono::seconds(60)));
+}
+
 TEST(WriteQueue, gives_the_memory_back_of_what_is_not_written_after_a_failure) {
     const auto frame = testFrame(1, std::chrono::milliseconds(0));
     const auto memory = std::make_shared<PWorkBudget>(3 * frame.image.dataSize());
