@@ -164,9 +164,15 @@ TEST_F(StreamPipeEnds, ctrl_c_leaves_a_reader_that_reads_whole_frames) {
     pipe.start();
     EXPECT_EQ(pipe.read(frameBytes).size(), frameBytes);
     pipe.process.sendSignal(SIGINT);
-    EXPECT_EQ(pipe.readAll().size() % frameBytes, 0);
+    const qsizetype rest = pipe.readAll().size();
     ASSERT_TRUE(pipe.process.finish());
-    EXPECT_EQ(pipe.process.exitCode(), 0) << pipe.process.errors().toStdString();
+    const QByteArray errors = pipe.process.errors();
+    EXPECT_EQ(pipe.process.exitCode(), 0) << errors.toStdString();
+    const QJsonObject passed = report(errors)[u"passed_on"_qs].toObject();
+    const qsizetype whole = (passed[u"written"_qs].toInt() - 1) * qsizetype(frameBytes);
+    EXPECT_GE(rest, whole);
+    // On a very busy computer, the time that a reader has may be over.
+    EXPECT_TRUE(rest == whole || passed[u"unwritten"_qs].toInt() > 0) << errors.toStdString();
 }
 
 TEST_F(StreamPipeEnds, ctrl_c_ends_the_wait_for_the_reader_of_a_named_pipe) {
