@@ -1,5 +1,6 @@
 #!/usr/bin/python3
-"""Runs every pipeline of docs/gstreamer.md as it is written there, and what can fail around them.
+"""Runs every pipeline of docs/gstreamer.md and README.md as it is written there, and what can fail
+around them.
 
 Usage: gstreamer_test.py PLUGIN: the folder with libgstpcd.so, in its build tree.
 """
@@ -18,6 +19,7 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parents[2]
 GUIDE = ROOT / "docs" / "gstreamer.md"
 BLOCK = re.compile(r"^```sh\n(.*?)^```", re.MULTILINE | re.DOTALL)
+README_BLOCK = re.compile(r"^## In GStreamer\n.*?^```\n(.*?)^```$", re.MULTILINE | re.DOTALL)
 SECONDS = 120  # that a command may take
 PLUGIN = None
 LOST = re.compile(r"CRITICAL|GStreamer-WARNING|GLib-GObject")  # a wrong use of the libraries
@@ -99,6 +101,18 @@ class GuideTest(PipelineTest):
                 if "gst-device-monitor" in block:
                     self.assertIn("Simulated-20MC", output)
                     self.assertIn("pcdsrc camera=Simulated-1MM-SIM01M0001", output)
+
+    def test_the_lines_of_the_readme_take_a_still(self):
+        text = (ROOT / "README.md").read_text(encoding="utf-8")
+        build, path, *pipelines = README_BLOCK.search(text)[1].splitlines()
+        # This plugin is what they build, and where they look for it.
+        self.assertTrue(build.startswith("scripts/build gstpcd "), build)
+        self.assertTrue(path.startswith("export GST_PLUGIN_PATH="), path)
+        self.assertTrue(pipelines)
+        (self.here / "out").mkdir()
+        for pipeline in pipelines:
+            self.run_all(pipeline)
+        self.assertEqual((self.here / "out/still.jpg").read_bytes()[:3], b"\xff\xd8\xff")
 
     def check_files(self, block, made):
         """Checks the files that the sinks of a block were to write."""
