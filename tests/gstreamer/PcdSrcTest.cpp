@@ -19,9 +19,11 @@ TEST_F(PcdSrcTest, frames_have_the_camera_s_format_numbers_and_rising_times) {
     run.setState(GST_STATE_NULL);
     const std::vector<GstBuffer*> buffers = run.buffers();
     EXPECT_TRUE(GST_BUFFER_FLAG_IS_SET(buffers[0], GST_BUFFER_FLAG_DISCONT));
-    EXPECT_FALSE(GST_BUFFER_FLAG_IS_SET(buffers[1], GST_BUFFER_FLAG_DISCONT));
     for (std::size_t i = 1; i < buffers.size(); ++i) {
-        EXPECT_GT(GST_BUFFER_PTS(buffers[i]), GST_BUFFER_PTS(buffers[i - 1]));
+        // On a busy computer some may be dropped, and two may arrive at once.
+        const bool isGap = GST_BUFFER_OFFSET(buffers[i]) != GST_BUFFER_OFFSET_END(buffers[i - 1]);
+        EXPECT_EQ(GST_BUFFER_FLAG_IS_SET(buffers[i], GST_BUFFER_FLAG_DISCONT) != 0, isGap);
+        EXPECT_GE(GST_BUFFER_PTS(buffers[i]), GST_BUFFER_PTS(buffers[i - 1]));
         EXPECT_GT(GST_BUFFER_OFFSET(buffers[i]), GST_BUFFER_OFFSET(buffers[i - 1]));
         EXPECT_EQ(GST_BUFFER_OFFSET_END(buffers[i]), GST_BUFFER_OFFSET(buffers[i]) + 1);
         EXPECT_EQ(gst_buffer_get_size(buffers[i]), 64U * 48U * 3U);

@@ -60,10 +60,19 @@ TEST_F(PlainProgramTest, the_program_s_main_context_stays_its_own) {
     g_main_context_release(context);
 }
 
+// In a process of its own, where Qt has not been started: it sets the locale of the environment.
 TEST_F(PlainProgramTest, numbers_are_printed_as_before) {
-    const std::string before = setlocale(LC_NUMERIC, nullptr);
-    PQtLoop::call([] {});
-    EXPECT_EQ(before, setlocale(LC_NUMERIC, nullptr));
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            setlocale(LC_ALL, "C");
+            qputenv("LC_ALL", "C.UTF-8");
+            PQtLoop::call([] {});
+            const bool isEnvironments = std::string("C.UTF-8") == setlocale(LC_CTYPE, nullptr);
+            const bool isAsBefore = std::string("C") == setlocale(LC_NUMERIC, nullptr);
+            std::exit(isEnvironments && isAsBefore ? 7 : 8);
+        },
+        testing::ExitedWithCode(7), "");
 }
 
 // The child exits while frames come, without having stopped the pipeline.
