@@ -51,9 +51,9 @@ PGstOptions PGstSource::options() const {
     return m_options;
 }
 
-void PGstSource::setOptions(const PGstOptions& options) {
+void PGstSource::change(const std::function<void(PGstOptions&)>& change) {
     const std::lock_guard lock(m_mutex);
-    m_options = options;
+    change(m_options);
 }
 
 void PGstSource::setSettings(const QString& settings) {
@@ -65,9 +65,14 @@ void PGstSource::setSettings(const QString& settings) {
 }
 
 void PGstSource::apply(const QString& settings) {
-    const auto camera = this->camera();
-    if (!camera)
-        return;
+    std::shared_ptr<PGstCamera> camera;
+    {
+        const std::lock_guard lock(m_mutex);
+        if (!m_camera || settings.isEmpty())
+            return;
+        camera = m_camera;
+        m_hasSettings = true;
+    }
     // To Qt's thread, without waiting: properties are set from any thread, also from one for which
     // Qt's thread waits. What was not applied is reported by the streaming thread.
     PQtLoop::post([camera, queue = m_queue, settings] {
@@ -112,11 +117,22 @@ std::shared_ptr<PGstCamera> PGstSource::camera() const {
     return m_camera;
 }
 
+PGstOptions::OnUnplug PGstSource::onUnplug() const {
+    const std::lock_guard lock(m_mutex);
+    return m_onUnplug;
+}
+
+bool PGstSource::hasSettings() const {
+    const std::lock_guard lock(m_mutex);
+    return m_hasSettings;
+}
+
 bool PGstSource::open() {
     // The camera is a QObject of Qt's thread, and is deleted there: without waiting, because its
     // last user may be any thread.
     const auto deleteThere = [](PGstCamera* camera) { PQtLoop::post([camera] { delete camera; }); };
     const PGstOptions options = this->options();
+    m_queue->clear(); // of a camera that was unplugged while it was opened
     using Made = std::pair<std::shared_ptr<PGstCamera>, Opened>;
     const auto made = PQtLoop::ask<Made>([options, queue = m_queue, deleteThere] {
         Made result{{new PGstCamera(queue), deleteThere}, {}};
@@ -135,6 +151,8 @@ bool PGstSource::open() {
                          (nullptr));
     const std::lock_guard lock(m_mutex);
     m_camera = made->first;
+    m_onUnplug = options.onUnplug;
+    m_hasSettings = !options.settings.isEmpty();
     m_cameraId = opened.id;
     m_modes = opened.modes;
     m_catalogue = opened.catalogue;
@@ -175,11 +193,14 @@ bool PGstSource::negotiateMode() {
     GstCaps* const taken = gst_pad_peer_query_caps(pad, own);
     const QString expected = PGstCaps::toText(own);
     const auto changed = PQtLoop::ask<std::optional<PStatus>>(
-        [camera = camera(), taken = std::shared_ptr<GstCaps>(taken, gst_caps_unref)]() {
+        [camera = camera(), taken = std::shared_ptr<GstCaps>(taken, gst_caps_unref),
+         isAnySize = hasSettings()]() {
+            if (!camera->isPresent())
+                return std::optional(camera->checkPlugged());
             const PDeviceMode present = camera->mode();
             const PDeviceMode mode = PGstCaps::choose(taken.get(), camera->modes(), present);
-            if (mode.width == 0)
-                return std::optional<PStatus>();
+            if (mode.width == 0) // then the first frame decides, if settings may change its size
+                return isAnySize ? std::optional(PStatus(PStatus::Ok)) : std::nullopt;
             return std::optional(mode == present ? PStatus(PStatus::Ok) : camera->setMode(mode));
         });
     gst_caps_unref(own);
@@ -225,12 +246,18 @@ void PGstSource::close() {
     // Waits, so that the next element can open the camera; a camera that hangs is left behind.
     if (camera)
         PQtLoop::call([camera] { camera->close(); });
+    m_queue->clear(); // what happened to it does not concern the next one
 }
 
 bool PGstSource::trigger(int frames) {
     const auto camera = this->camera();
-    if (!camera)
+    if (!camera) {
+        GST_ELEMENT_WARNING(m_element, RESOURCE, FAILED,
+                            ("no camera is open to be triggered: expected the state READY, PAUSED "
+                             "or PLAYING"),
+                            (nullptr));
         return false;
+    }
     const auto fired = PQtLoop::ask<PStatus>([camera, frames] { return camera->fire(frames); });
     if (fired && fired->isOk())
         return true;
@@ -243,7 +270,7 @@ bool PGstSource::trigger(int frames) {
 
 GstCaps* PGstSource::makeCaps() const {
     const std::lock_guard lock(m_mutex);
-    return PGstCaps::fromModes(m_modes);
+    return m_hasSettings ? PGstCaps::makeTemplate() : PGstCaps::fromModes(m_modes);
 }
 
 GstFlowReturn PGstSource::create(GstBuffer** buffer) {
@@ -267,9 +294,7 @@ std::optional<GstFlowReturn> PGstSource::handle(const Item& item) {
         break;
     case Item::Kind::Unplugged:
         post("pcdsrc-unplugged", item.text);
-        if (options().onUnplug != PGstOptions::OnUnplug::Wait)
-            return unplugged(item.text);
-        break;
+        return unplugged(item.text);
     case Item::Kind::Plugged:
         m_isFirst = true;
         post("pcdsrc-plugged", item.text);
@@ -284,9 +309,15 @@ std::optional<GstFlowReturn> PGstSource::handle(const Item& item) {
     return std::nullopt;
 }
 
-GstFlowReturn PGstSource::unplugged(const QString& text) {
-    if (options().onUnplug == PGstOptions::OnUnplug::Eos)
+std::optional<GstFlowReturn> PGstSource::unplugged(const QString& text) {
+    switch (onUnplug()) {
+    case PGstOptions::OnUnplug::Wait:
+        return std::nullopt;
+    case PGstOptions::OnUnplug::Eos:
         return GST_FLOW_EOS;
+    case PGstOptions::OnUnplug::Error:
+        break;
+    }
     GST_ELEMENT_ERROR(m_element, RESOURCE, READ, ("%s", toUtf8Line(text).constData()), (nullptr));
     return GST_FLOW_ERROR;
 }

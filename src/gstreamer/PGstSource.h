@@ -7,6 +7,7 @@
 
 #include <gst/base/gstpushsrc.h>
 
+#include <functional>
 #include <memory>
 #include <mutex>
 
@@ -23,7 +24,8 @@ public:
     /// The properties. Any thread. A change takes effect when the element is next opened, except
     /// for setSettings().
     PGstOptions options() const;
-    void setOptions(const PGstOptions& options);
+    /// Changes some of them, all at once.
+    void change(const std::function<void(PGstOptions&)>& change);
     /// Settings of the camera; while it is open, they are applied without waiting for that.
     void setSettings(const QString& settings);
     /// Applies more settings to the camera that is open, without waiting; those that it does not
@@ -55,7 +57,8 @@ public:
     /// From READY to NULL.
     void close();
 
-    /// Fires software triggers; false with a warning on the bus if the camera refuses. Any thread.
+    /// Fires software triggers, see PGstCamera::fire(); false with a warning on the bus if the
+    /// camera refuses, or none is open. Any thread.
     bool trigger(int frames);
 
     /// What the camera can send. The caller owns it. Any thread.
@@ -71,9 +74,11 @@ private:
     bool fail(const PGstCamera::Outcome& outcome);
     bool failedUnless(const std::optional<PStatus>& status, const char* what);
     std::shared_ptr<PGstCamera> camera() const;
+    PGstOptions::OnUnplug onUnplug() const;
+    bool hasSettings() const;
     GstFlowReturn pass(const PGstFrameQueue::Item& item, GstBuffer** buffer);
     std::optional<GstFlowReturn> handle(const PGstFrameQueue::Item& item);
-    GstFlowReturn unplugged(const QString& text);
+    std::optional<GstFlowReturn> unplugged(const QString& text);
     bool setCaps(const PImageHeader& header);
     void stamp(GstBuffer* buffer, const PGstFrameQueue::Item& item);
     void reportDropped(GstBuffer* buffer, quint64 count);
@@ -86,7 +91,9 @@ private:
     mutable std::mutex m_mutex; ///< guards all below, between state changes and properties
     PGstOptions m_options;
     unsigned m_queueSize = 4;
-    std::shared_ptr<PGstCamera> m_camera; ///< deleted on Qt's thread
+    std::shared_ptr<PGstCamera> m_camera;                            ///< deleted on Qt's thread
+    PGstOptions::OnUnplug m_onUnplug = PGstOptions::OnUnplug::Error; ///< since it was opened
+    bool m_hasSettings = false; ///< since it was opened; a region may have any size
     QString m_cameraId;
     QList<PDeviceMode> m_modes;
     PGstCatalogue m_catalogue;

@@ -21,6 +21,12 @@ GstElement* createElement(GstDevice* device, const gchar* name) {
 gboolean reconfigureElement(GstDevice* device, GstElement* element) {
     if (G_TYPE_CHECK_INSTANCE_TYPE(element, pcd_src_get_type()) == FALSE)
         return FALSE;
+    GST_OBJECT_LOCK(element); // both states are of the same moment
+    const bool isClosed = GST_STATE(element) == GST_STATE_NULL &&
+                          GST_STATE_PENDING(element) == GST_STATE_VOID_PENDING;
+    GST_OBJECT_UNLOCK(element);
+    if (!isClosed)
+        return FALSE;
     g_object_set(element, "camera", toDevice(device)->id, nullptr);
     return TRUE;
 }

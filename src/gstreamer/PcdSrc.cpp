@@ -62,44 +62,48 @@ QString toText(const GValue* value) {
     return QString::fromUtf8(g_value_get_string(value));
 }
 
-void setProperty(GObject* object, guint id, const GValue* value, GParamSpec* spec) {
-    PGstSource& source = toSource(object);
-    PGstOptions options = source.options();
+/// False if it is no option.
+bool setOption(PGstOptions& options, guint id, const GValue* value) {
     switch (id) {
     case Camera:
         options.camera = toText(value);
-        break;
+        return true;
     case Sdk:
         options.sdk = toText(value);
-        break;
+        return true;
     case Scene:
         options.scene = toText(value);
-        break;
+        return true;
     case Mode:
         options.mode = toText(value);
-        break;
-    case Settings:
-        source.setSettings(toText(value));
-        return;
+        return true;
     case Trigger:
         options.trigger = PGstOptions::Trigger(g_value_get_enum(value));
-        break;
+        return true;
     case TriggerFrames:
         options.triggerFrames = g_value_get_int(value);
-        break;
+        return true;
     case TriggerExposure:
         options.triggerExposure = std::chrono::microseconds(g_value_get_uint(value));
-        break;
+        return true;
     case OnUnplug:
         options.onUnplug = PGstOptions::OnUnplug(g_value_get_enum(value));
-        break;
-    case QueueSize:
-        source.setQueueSize(g_value_get_uint(value));
-        return;
+        return true;
     default:
-        G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, spec);
+        return false;
     }
-    source.setOptions(options);
+}
+
+void setProperty(GObject* object, guint id, const GValue* value, GParamSpec* spec) {
+    PGstSource& source = toSource(object);
+    if (id == Settings)
+        return source.setSettings(toText(value));
+    if (id == QueueSize)
+        return source.setQueueSize(g_value_get_uint(value));
+    bool isOption = false;
+    source.change([&](PGstOptions& options) { isOption = setOption(options, id, value); });
+    if (!isOption)
+        G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, spec);
 }
 
 void getProperty(GObject* object, guint id, GValue* value, GParamSpec* spec) {
@@ -269,8 +273,9 @@ gboolean fireTrigger(PcdSrc* source, gint frames) {
 }
 
 constexpr GParamFlags readable = GParamFlags(G_PARAM_READABLE | G_PARAM_STATIC_STRINGS);
-constexpr GParamFlags writable =
-    GParamFlags(G_PARAM_READWRITE | G_PARAM_STATIC_STRINGS | GST_PARAM_MUTABLE_READY);
+/// They hold from the next opening on; GStreamer has no flag for that, as a camera is open in
+/// READY.
+constexpr GParamFlags writable = GParamFlags(G_PARAM_READWRITE | G_PARAM_STATIC_STRINGS);
 constexpr GParamFlags always =
     GParamFlags(G_PARAM_READWRITE | G_PARAM_STATIC_STRINGS | GST_PARAM_MUTABLE_PLAYING);
 

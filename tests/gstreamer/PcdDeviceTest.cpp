@@ -39,3 +39,13 @@ TEST_F(PcdDeviceTest, an_element_is_given_another_camera) {
         GST_ELEMENT(gst_object_ref_sink(gst_element_factory_make("fakesink", nullptr))));
     EXPECT_FALSE(gst_device_reconfigure_element(device.get(), other.get()));
 }
+
+TEST_F(PcdDeviceTest, an_element_that_is_open_keeps_its_camera) {
+    GstRun run(pipeline("camera=0"));
+    run.setState(GST_STATE_READY);
+    EXPECT_FALSE(gst_device_reconfigure_element(device.get(), run.source()));
+    EXPECT_EQ(camera(run.source()), "0");
+    run.setState(GST_STATE_NULL);
+    EXPECT_TRUE(gst_device_reconfigure_element(device.get(), run.source()));
+    EXPECT_EQ(camera(run.source()), "Model-7");
+}

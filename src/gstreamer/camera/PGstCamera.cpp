@@ -2,7 +2,6 @@
 #include <gstreamer/camera/PGstCamera.h>
 
 #include <gstreamer/camera/PGstHost.h>
-#include <gstreamer/camera/PGstSettings.h>
 
 #include <PCd/device/PDevice.h>
 #include <PCd/device/PDeviceManager.h>
@@ -95,15 +94,11 @@ PStatus PGstCamera::setNamedMode() {
 }
 
 PStatus PGstCamera::applyAll() {
-    for (const QString& text : {m_options.settings, m_later}) {
-        PGstSettings settings;
-        PStatus status = settings.read(text);
-        if (status.isOk())
-            status = settings.apply(*m_device);
-        if (!status.isOk())
-            return status;
-    }
-    return PStatus::Ok;
+    PGstSettings settings;
+    PStatus status = settings.read(m_options.settings);
+    if (status.isOk())
+        status = settings.apply(*m_device);
+    return status.isOk() ? m_later.apply(*m_device) : status;
 }
 
 PStatus PGstCamera::prepareTrigger() {
@@ -127,7 +122,7 @@ void PGstCamera::close() {
     }
     if (PGstHost::instance().isPrepared())
         PGstHost::instance().manager().disconnect(this);
-    m_later.clear();
+    m_later = {};
     m_mode = {};
 }
 
@@ -186,16 +181,26 @@ PStatus PGstCamera::apply(const QString& text) {
     if (status.isOk() && m_device != nullptr)
         status = settings.apply(*m_device);
     if (status.isOk())
-        m_later += (m_later.isEmpty() ? u""_qs : u","_qs) + text;
+        m_later.add(settings);
     return status;
+}
+
+PStatus PGstCamera::checkPlugged() const {
+    return isPresent() || m_options.onUnplug == PGstOptions::OnUnplug::Wait
+               ? PStatus(PStatus::Ok)
+               : PStatus::failure(u"camera %1 was unplugged"_qs.arg(m_id));
 }
 
 PStatus PGstCamera::start() {
     m_isStarted = true;
-    if (m_device == nullptr)
-        return m_options.onUnplug == PGstOptions::OnUnplug::Wait
-                   ? PStatus(PStatus::Ok) // until it is plugged in
-                   : PStatus::failure(u"camera %1 was unplugged"_qs.arg(m_id));
+    // Without a camera, the stream starts when it is plugged in.
+    const PStatus status = isPresent() ? startStream() : checkPlugged();
+    if (!status.isOk())
+        stop(); // else the queue would get each frame twice after the next start
+    return status;
+}
+
+PStatus PGstCamera::startStream() {
     m_device->addFrameSink(m_queue);
     PStatus status = m_device->startStream();
     const bool fires = m_options.trigger == PGstOptions::Trigger::Software;
@@ -221,6 +226,11 @@ PStatus PGstCamera::fire(int frames) {
     if (m_options.trigger != PGstOptions::Trigger::Software || !m_trigger)
         return PStatus::failure(u"camera %1 is not triggered by software: expected "
                                 "trigger=software"_qs.arg(m_id));
+    if (frames < 0 || frames > PTriggerControl::endless)
+        return PStatus::failure(
+            u"camera %1 cannot be triggered for %2 frames: expected 0 to %3, or %4 for endlessly"_qs
+                .arg(m_id, QString::number(frames), QString::number(PTriggerControl::endless - 1),
+                     QString::number(PTriggerControl::endless)));
     return m_trigger->fire(frames);
 }
 

@@ -3,6 +3,7 @@
 
 #include <gstreamer/camera/PGstCatalogue.h>
 #include <gstreamer/camera/PGstOptions.h>
+#include <gstreamer/camera/PGstSettings.h>
 
 #include <gstreamer/frame/PGstFrameQueue.h>
 
@@ -60,17 +61,21 @@ public:
     PStatus setMode(const PDeviceMode& mode);
     /// Applies more settings (PGstSettings), now and if the camera is plugged in again.
     PStatus apply(const QString& settings);
-    /// Starts the stream, and fires the first triggers.
+    /// Fails if it is unplugged, and the options do not say to wait for it.
+    PStatus checkPlugged() const;
+    bool isPresent() const { return m_device != nullptr; }
+    /// Starts the stream, and fires the first triggers; after a failure it is stopped.
     PStatus start();
     /// Stops it.
     PStatus stop();
     /// Takes this number of frames, up to 65534, or endlessly with 65535, if they are triggered by
-    /// software; 0 ends a run.
+    /// software; 0 ends a run. Fails with the range for other numbers.
     PStatus fire(int frames);
 
 private:
     Outcome link(PDevice* device);
     PStatus prepare();
+    PStatus startStream();
     PStatus prepareTrigger();
     PStatus applyAll();
     PStatus setNamedMode();
@@ -81,8 +86,8 @@ private:
     const std::shared_ptr<PGstFrameQueue> m_queue;
     PGstOptions m_options;
     QString m_id;
-    QString m_later;    ///< settings applied since it was opened
-    PDeviceMode m_mode; ///< set by setMode(); else without a size
+    PGstSettings m_later; ///< applied since it was opened
+    PDeviceMode m_mode;   ///< set by setMode(); else without a size
     PDevice* m_device = nullptr;
     std::unique_ptr<PTriggerControl> m_trigger;
     bool m_isStarted = false; ///< by the pipeline, whether the camera is present or not

@@ -59,6 +59,18 @@ PStatus PGstSettings::read(const QString& text) {
     return PStatus::Ok;
 }
 
+void PGstSettings::add(const PGstSettings& other) {
+    const QList<Setting> added = other.m_settings; // which may be these
+    for (const Setting& setting : added) {
+        // The whole value has all of its fields; a field changes the whole value before it.
+        m_settings.removeIf([&setting](const Setting& earlier) {
+            return earlier.id == setting.id &&
+                   (setting.field.isEmpty() || earlier.field == setting.field);
+        });
+        m_settings.append(setting);
+    }
+}
+
 PStatus PGstSettings::check(PDevice& device, const Setting& setting) {
     device.supportProperties();
     PDeviceProperty* const property = device.getProperty(setting.id);

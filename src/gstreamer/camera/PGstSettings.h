@@ -17,6 +17,9 @@ public:
     /// Reads the text; nothing is checked against a camera. Fails, naming the part that is no
     /// setting. Any thread.
     PStatus read(const QString& text);
+    /// Appends the other settings, in place of the earlier ones of the same value or field: each is
+    /// there once. Any thread.
+    void add(const PGstSettings& other);
 
     /// Checks all of them, then sends them in their order and reads each back. Fails, with nothing
     /// sent, if the camera has no such setting, or it cannot have the value; else with those that

@@ -2,6 +2,7 @@
 #include <gstreamer/frame/PGstFrameQueue.h>
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 void PGstFrameQueue::setCapacity(std::size_t frames) {
@@ -19,6 +20,16 @@ void PGstFrameQueue::begin() {
 
 void PGstFrameQueue::end() {
     std::deque<Item> items; // deleted without the lock: frames return their memory
+    const std::lock_guard lock(m_mutex);
+    m_isAccepting = false;
+    m_frames = 0;
+    items.swap(m_items);
+    std::copy_if(items.begin(), items.end(), std::back_inserter(m_items),
+                 [](const Item& item) { return item.kind != Item::Kind::Frame; });
+}
+
+void PGstFrameQueue::clear() {
+    std::deque<Item> items; // as in end()
     const std::lock_guard lock(m_mutex);
     m_isAccepting = false;
     m_frames = 0;

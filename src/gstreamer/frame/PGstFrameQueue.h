@@ -35,8 +35,10 @@ public:
     void setCapacity(std::size_t frames);
     /// Accepts frames from now on; counts begin at 0.
     void begin();
-    /// Drops what waits, and accepts no frames.
+    /// Drops the frames that wait, and accepts no more; what else has happened is still told.
     void end();
+    /// Drops all that waits, and accepts no frames: the next items are those of another camera.
+    void clear();
 
     bool takeFrame(const PDeviceFrame& frame, Kind kind) override;
     /// Adds anything but a frame.

@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <mutex>
+#include <set>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -106,6 +108,50 @@ TEST_F(PGstCameraTest, a_camera_that_is_plugged_in_again_has_its_settings_again)
     const PImage image = items().back().frame.image;
     EXPECT_EQ(image.width(), 32);
     EXPECT_EQ(image.rawData(PDIP::AccessMode::Read).constData()[0], 255); // black, made negative
+}
+
+TEST_F(PGstCameraTest, of_a_setting_that_changed_often_only_the_last_value_is_set_again) {
+    PGstOptions waiting = options();
+    waiting.onUnplug = PGstOptions::OnUnplug::Wait;
+    ASSERT_EQ(camera.open(waiting).code, Code::Done);
+    ToupcamSim_unplug("one");
+    ASSERT_TRUE(comes(Item::Kind::Unplugged));
+    // Nothing checks it while the camera is away; set again, it would end the stream.
+    ASSERT_TRUE(camera.apply(u"contrast=500"_qs).isOk());
+    ASSERT_TRUE(camera.apply(u"contrast=20"_qs).isOk());
+    ToupcamSim_plug("one");
+    ASSERT_TRUE(waitUntil([this] { return items().size() >= 2; }));
+    EXPECT_EQ(items()[1].kind, Item::Kind::Plugged) << items()[1].text.toStdString();
+    EXPECT_EQ(camera.value("contrast"), u"20"_qs);
+}
+
+TEST_F(PGstCameraTest, after_a_start_that_failed_each_frame_comes_once) {
+    ASSERT_EQ(camera.open(options()).code, Code::Done);
+    ToupcamSim_failCall("Toupcam_StartPushMode", 0, 1, E_FAIL);
+    queue->begin();
+    ASSERT_FALSE(camera.start().isOk());
+    ASSERT_TRUE(camera.start().isOk());
+    ASSERT_TRUE(waitUntil([this] { return items().size() >= 6; }));
+    std::set<quint64> numbers;
+    const std::vector<Item> all = items();
+    for (const Item& item : all)
+        numbers.insert(item.frame.stamp->sequence);
+    EXPECT_EQ(numbers.size(), all.size());
+}
+
+TEST_F(PGstCameraTest, a_number_of_triggers_that_cannot_be_is_refused_with_the_range) {
+    PGstOptions triggered = options();
+    triggered.trigger = PGstOptions::Trigger::Software;
+    ASSERT_EQ(camera.open(triggered).code, Code::Done);
+    queue->begin();
+    ASSERT_TRUE(camera.start().isOk());
+    for (const int frames : {-1, PTriggerControl::endless + 1}) {
+        const std::string reason = camera.fire(frames).reason().toStdString();
+        EXPECT_THAT(reason, HasSubstr(std::to_string(frames)));
+        EXPECT_THAT(reason, HasSubstr("expected 0 to 65534, or 65535"));
+    }
+    EXPECT_TRUE(camera.fire(PTriggerControl::endless).isOk());
+    EXPECT_TRUE(camera.fire(0).isOk());
 }
 
 TEST_F(PGstCameraTest, an_unplugged_camera_that_is_not_waited_for_stays_closed) {

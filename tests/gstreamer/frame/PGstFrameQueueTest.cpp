@@ -69,6 +69,30 @@ TEST_F(PGstFrameQueueTest, only_live_frames_are_taken_and_only_after_begin) {
     EXPECT_EQ(queue.take()->frame.stamp->sequence, 4U);
 }
 
+TEST_F(PGstFrameQueueTest, the_end_drops_frames_and_nothing_else) {
+    add(1);
+    queue.report(Item::Kind::Warning, u"refused"_qs);
+    add(2);
+    queue.report(Item::Kind::Unplugged, u"gone"_qs);
+    queue.end();
+    EXPECT_EQ(queue.take()->kind, Item::Kind::Warning);
+    EXPECT_EQ(queue.take()->kind, Item::Kind::Unplugged);
+    queue.begin();
+    add(3);
+    add(4);
+    EXPECT_EQ(queue.take()->frame.stamp->sequence, 3U);
+}
+
+TEST_F(PGstFrameQueueTest, cleared_it_has_nothing_and_accepts_no_frames) {
+    add(1);
+    queue.report(Item::Kind::Failed, u"lost"_qs);
+    queue.clear();
+    add(2);
+    queue.begin();
+    add(3);
+    EXPECT_EQ(queue.take()->frame.stamp->sequence, 3U);
+}
+
 TEST_F(PGstFrameQueueTest, flushing_ends_a_wait) {
     std::thread flush([this] { queue.setFlushing(true); });
     EXPECT_FALSE(queue.take());
