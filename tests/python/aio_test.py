@@ -77,10 +77,8 @@ class Asyncio(SceneTest):
             pcd.attach()
             seen = asyncio.Event()
             with pcd.on_unplug(lambda _: seen.set()):
-                self.simulator.load(scene(
-                    faults=[{"do": "unplug", "camera": "cam-1", "atMs": 200}]))
+                self.pull("cam-1")
                 pcd.attach()
-                seen.clear()
                 await seen.wait()
         self.run_async(watch())
         self.assertEqual([], pcd.cameras())

@@ -42,10 +42,16 @@ class Unplugging(SceneTest):
     def test_a_still_and_a_triggered_run_end_too(self):
         for start in (lambda camera: camera.snap(),
                       lambda camera: [*camera.trigger(None, external=True)]):
-            self.load(scene(faults=[{"do": "unplug", "camera": "cam-1", "atMs": 300}]))
+            self.load(scene())
+            self.simulator.hold("cam-1")
+            begun = len(self.simulator.journal())
             with pcd.open() as opened, self.assertRaises(pcd.UnpluggedError):
-                while True:
-                    start(opened)
+                self.when(lambda: self.has_started(begun), lambda: self.pull("cam-1"))
+                start(opened)
+
+    def has_started(self, begun):
+        """True if a stream has started after the first `begun` lines of the journal."""
+        return any(line.startswith("Toupcam_Start") for line in self.simulator.journal()[begun:])
 
     def test_the_other_camera_goes_on(self):
         self.load(scene(camera("one"), camera("two")))
@@ -77,11 +83,12 @@ class Listening(SceneTest):
         self.assertEqual(["- Small-CAM-1", "+ Small-CAM-1"], self.seen)
 
     def test_they_are_called_while_a_stream_waits(self):
-        self.load(scene(camera("one"), camera("two"),
-                        faults=[{"do": "unplug", "camera": "two", "atMs": 100}]))
+        self.load(scene(camera("one"), camera("two")))
         self.listen("-", pcd.on_unplug)
         with pcd.open(0) as opened:
-            for _ in opened.stream():
+            for frame in opened.stream():
+                if frame.index == 0:
+                    self.pull("two")
                 if self.seen:
                     break
         self.assertEqual(["- Small-TWO"], self.seen)

@@ -1,5 +1,6 @@
 """The module in a process: how it ends, forks, and what it prints."""
 
+import os
 import signal
 import subprocess
 import sys
@@ -15,9 +16,9 @@ simulator = pcd.simulate({scene()!r})
 
 
 class Process(unittest.TestCase):
-    def run_script(self, code):
+    def run_script(self, code, **options):
         """Runs a script, and returns what it printed; fails if it did not end by itself."""
-        ended = run_python(START + code)
+        ended = run_python(START + code, **options)
         self.assertEqual((0, ""), (ended.returncode, ended.stderr), ended.stdout)
         return ended.stdout
 
@@ -95,8 +96,10 @@ class Process(unittest.TestCase):
         self.assertTrue(ended.stdout.endswith("\n2\n"), ended.stdout)
 
     def test_numbers_keep_their_locale(self):
-        self.run_script("import locale\npcd.cameras()\n"
-                        "assert locale.localeconv()['decimal_point'] == '.'\n")
+        printed = self.run_script("import locale\npcd.cameras()\n"
+                                  "print(locale.setlocale(locale.LC_NUMERIC))\n",
+                                  env={**os.environ, "LC_ALL": "C.UTF-8"})
+        self.assertEqual("C\n", printed)
 
 
 if __name__ == "__main__":

@@ -112,15 +112,14 @@ class SlowLoops(OneCamera):
     def test_a_slow_loop_loses_frames_by_number_and_never_more_memory(self):
         stream = self.camera.stream(queue=3)
         first = next(stream)
-        pcd_bytes = []
-        while stream.dropped < 50:  # without a call that takes frames
+        dropped = stream.dropped
+        while stream.dropped < dropped + 50:  # without a call that takes frames
             time.sleep(0.01)
-            pcd_bytes.append(stream.waiting)
-        self.assertEqual(3, max(pcd_bytes))
-        waiting = [next(stream).sequence for _ in range(3)]
-        self.assertEqual([first.sequence + 1 + i for i in range(3)], waiting)
-        later = next(stream)
-        self.assertGreaterEqual(later.sequence, waiting[-1] + 50)
+            self.assertLessEqual(stream.waiting, 3)
+        self.assertEqual(3, stream.waiting)
+        numbers = [first.sequence] + [next(stream).sequence for _ in range(4)]
+        self.assertEqual(sorted(set(numbers)), numbers)
+        self.assertGreater(numbers[4], numbers[3] + 50)  # what was lost came after those that waited
         stream.close()
         ledger = stream.ledger
         self.assertEqual(stream.dropped, ledger["failed_in_writer"])
@@ -169,8 +168,8 @@ class Waiting(OneCamera):
         self.simulator.hold("cam-1")
         for wait in (lambda: next(self.camera.stream()), self.camera.snap,
                      lambda: pcd.wait_for(lambda: False)):
-            interrupt_soon()
             with self.assertRaises(KeyboardInterrupt):
+                interrupt_soon()
                 wait()
         self.simulator.hold("cam-1", False)
         self.assertEqual(1, len([*self.camera.stream(1)]))
@@ -182,9 +181,14 @@ class Waiting(OneCamera):
         self.assertTrue(pcd.wait_for(lambda: 1))
 
 
-def interrupt_soon():
+def interrupt():
     """Sends this process what Ctrl-C sends."""
-    threading.Timer(0.1, os.kill, (os.getpid(), signal.SIGINT)).start()
+    os.kill(os.getpid(), signal.SIGINT)
+
+
+def interrupt_soon():
+    """The same while the caller waits; or just before, if the machine is slow."""
+    threading.Timer(0.1, interrupt).start()
 
 
 class Triggers(OneCamera):
@@ -279,7 +283,7 @@ class Recordings(OneCamera):
 
     def test_ctrl_c_leaves_a_complete_file(self):
         path = self.folder / "run.ome.tif"
-        interrupt_soon()
+        self.when(path.exists, interrupt)  # it gets its name with its first frame
         with self.assertRaises(KeyboardInterrupt):
             self.camera.record(path, frames=100_000)
         import tifffile  # pylint: disable=import-outside-toplevel

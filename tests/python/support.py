@@ -1,10 +1,13 @@
 """What the tests of the Python module have in common: small simulated cameras."""
 
+import ctypes
 import subprocess
 import sys
+import threading
 import unittest
 
 import pcd
+from pcd import _pcd
 
 UNTIL = 60  # seconds: the longest wait for what must happen
 
@@ -30,6 +33,7 @@ class SceneTest(unittest.TestCase):
 
     def setUp(self):
         self.simulator = pcd.simulate()
+        self.sdk = ctypes.CDLL(_pcd.sdk_path())
         self.simulator.clear_faults()
         self.load(scene())
 
@@ -39,6 +43,25 @@ class SceneTest(unittest.TestCase):
         self.assertTrue(pcd.wait_for(lambda: not pcd.cameras(), UNTIL))
         self.simulator.load(new)
         self.assertTrue(pcd.wait_for(lambda: len(pcd.cameras()) == len(new["cameras"]), UNTIL))
+
+    def pull(self, id_):
+        """Unplugs a camera as a hand does: the SDK tells the thread of the cameras. Any thread."""
+        self.sdk.ToupcamSim_unplug(id_.encode())
+
+    def when(self, is_ready, act):
+        """Calls `act` on another thread as soon as `is_ready()`, while this one may wait."""
+        is_over = threading.Event()
+
+        def watch():
+            while not is_over.is_set():
+                if is_ready():
+                    act()
+                    return
+                is_over.wait(0.005)
+        thread = threading.Thread(target=watch)
+        thread.start()
+        self.addCleanup(thread.join)
+        self.addCleanup(is_over.set)
 
 
 def run_python(code, **options):
