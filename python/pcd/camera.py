@@ -10,7 +10,7 @@ from typing import Any, Type, Union
 
 from . import _pcd
 from ._pcd import Frame
-from .errors import BadValueError, NoPropertyError, RefusedError
+from .errors import BadValueError, NoPropertyError, RefusedError, check_time
 from .properties import Properties, Property
 from .streams import AsyncStream, Stream
 
@@ -140,6 +140,7 @@ class Camera:
         `TimeoutError` is raised.
         """
         self._check_counts(frames, queue)
+        check_time("timeout", timeout)
         return Stream(lambda: self._session.stream(frames, queue, timeout))
 
     def astream(
@@ -147,6 +148,7 @@ class Camera:
     ) -> AsyncStream:
         """The same for asyncio: `async for frame in camera.astream(100)`."""
         self._check_counts(frames, queue)
+        check_time("timeout", timeout)
         return AsyncStream(lambda: self._session.stream(frames, queue, timeout))
 
     def trigger(
@@ -165,11 +167,14 @@ class Camera:
         for triggered frames. Afterwards the camera is in live capture again.
         """
         self._check_counts(frames, queue)
+        check_time("timeout", timeout)
+        check_time("exposure", exposure, "milliseconds")
         return Stream(lambda: self._session.trigger(frames, queue, timeout, external, exposure))
 
     def snap(self, timeout: float | None = None) -> Frame:
         """A still; of a camera that takes none, a live frame. Also during a stream. `timeout` is in
         seconds."""
+        check_time("timeout", timeout)
         return self._session.snap(timeout)
 
     def record(
@@ -194,9 +199,10 @@ class Camera:
         if frames is None and duration is None:
             raise BadValueError("a recording needs an end: give frames=100, or duration=10 (seconds)")
         self._check_counts(frames, 1)
-        for name, value in (("duration", duration), ("interval", interval)):
-            if value is not None and not 0 < value < 1e9:
-                raise BadValueError(f'"{name}" cannot be {value!r}: expected seconds above 0')
+        check_time("duration", duration, least=0.001)
+        check_time("interval", interval, least=0.001)
+        check_time("timeout", timeout)
+        check_time("pixel_size", pixel_size, "micrometres", least=0.0001)
         path = os.fspath(path)
         found = self._session.record(path, frames, duration, interval, pixel_size, timeout)
         return Recording(path, **found)

@@ -3,6 +3,8 @@
 from __future__ import annotations
 
 import builtins
+from numbers import Real
+from typing import Any
 
 
 class Error(Exception):
@@ -62,3 +64,20 @@ class ProfileError(Error):
 
 class RecordError(Error, OSError):
     """The files of a recording do not have all frames. What was written stays."""
+
+
+#: The longest time in any unit, and the largest pixel: far from what 64 bits hold.
+_MOST = 1e9
+
+
+def check_time(name: str, value: Any, unit: str = "seconds", least: float = 0) -> None:
+    """Raises `BadValueError` unless the value is None or a number of this unit, from `least` on."""
+    if value is None:
+        return
+    is_number = isinstance(value, Real) and not isinstance(value, bool)
+    if is_number and least <= value <= _MOST:  # false for nan
+        return
+    expected = f"{unit} from {least:g} to 1e9"
+    error = BadValueError(f'"{name}" cannot be {value!r}: expected {expected}')
+    error.property, error.value, error.expected = name, repr(value), expected
+    raise error

@@ -9,6 +9,7 @@ from types import TracebackType
 from typing import Callable, Type
 
 from . import _pcd
+from .errors import check_time
 
 
 @dataclass(frozen=True)
@@ -91,6 +92,7 @@ def on_unplug(function: Callable[[CameraInfo], object]) -> Subscription:
 def wait_for(predicate: Callable[[], object], timeout: float | None = None) -> bool:
     """Waits until the predicate is true, while cameras may come and go; False if it is not within
     the timeout, in seconds."""
+    check_time("timeout", timeout)
     return _pcd.wait_for(predicate, timeout)
 
 

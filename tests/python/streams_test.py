@@ -2,6 +2,7 @@
 
 import builtins
 import gc
+import math
 import os
 import signal
 import tempfile
@@ -73,6 +74,31 @@ class Streams(OneCamera):
                 self.camera.stream(wrong)
         with self.assertRaisesRegex(pcd.BadValueError, '"queue" cannot be 0'):
             self.camera.stream(1, queue=0)
+
+    def test_impossible_times_are_refused(self):
+        never = f"{tempfile.gettempdir()}/never.ome.tif"
+        calls = {"timeout": [lambda wrong: self.camera.stream(1, timeout=wrong),
+                             lambda wrong: self.camera.astream(1, timeout=wrong),
+                             lambda wrong: self.camera.trigger(1, timeout=wrong),
+                             lambda wrong: self.camera.snap(timeout=wrong),
+                             lambda wrong: self.camera.record(never, 1, timeout=wrong),
+                             lambda wrong: pcd.wait_for(lambda: True, wrong)],
+                 "exposure": [lambda wrong: self.camera.trigger(1, exposure=wrong)],
+                 "duration": [lambda wrong: self.camera.record(never, duration=wrong)],
+                 "interval": [lambda wrong: self.camera.record(never, 1, interval=wrong)],
+                 "pixel_size": [lambda wrong: self.camera.record(never, 1,
+                                                                 pixel_size=wrong)]}
+        units = {"exposure": "milliseconds", "pixel_size": "micrometres"}
+        for name, uses in calls.items():
+            expected = units.get(name, "seconds")
+            for wrong in (math.inf, -math.inf, math.nan, 1e300, -1, 10**400, "1", True):
+                for number, use in enumerate(uses):
+                    with self.subTest(name, number=number, wrong=str(wrong)[:9]):
+                        with self.assertRaisesRegex(
+                                pcd.BadValueError,
+                                f'"{name}" cannot be .*: expected {expected} from .* to 1e9'):
+                            use(wrong)
+        self.assertEqual(1, len([*self.camera.stream(1, timeout=np.float32(1e6))]))
 
     def test_a_stream_dropped_by_another_thread_is_stopped_later(self):
         held = [self.camera.stream()]
