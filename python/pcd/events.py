@@ -79,7 +79,7 @@ def on_plug(function: Callable[[CameraInfo], object]) -> Subscription:
 
     It is called while a function of this package waits, while Qt's event loop runs, or in asyncio
     after `attach()`; on the thread of the cameras. Its exceptions go to sys.unraisablehook, which
-    prints them.
+    prints them; KeyboardInterrupt is raised where the thread waits.
     """
     return Subscription(True, function)
 
@@ -105,10 +105,11 @@ def attach(loop: asyncio.AbstractEventLoop | None = None) -> None:
     """Lets a running asyncio loop handle the events of cameras, 50 times a second, as long as it
     runs; `astream()` does so by itself. For functions of `on_plug()` in Jupyter, for example."""
     loop = loop or asyncio.get_running_loop()
+    _pcd.handle_events()  # first: on another thread than that of the cameras, this raises
     if loop in _attached:
         return
     _attached.add(loop)
-    _handle_again(loop)
+    loop.call_later(_PERIOD, _handle_again, loop)
 
 
 def _handle_again(loop: asyncio.AbstractEventLoop) -> None:

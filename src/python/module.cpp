@@ -67,7 +67,13 @@ void bindHost(py::module_& module) {
             atMost = std::chrono::ceil<std::chrono::milliseconds>(
                 std::chrono::duration<double>(*seconds));
         return PPythonHost::instance().waitFor(
-            [&] { return PyObject_IsTrue(predicate().ptr()) == 1; }, atMost);
+            [&] {
+                const int isTrue = PyObject_IsTrue(predicate().ptr());
+                if (isTrue < 0) // as for an array of several elements
+                    throw py::error_already_set();
+                return isTrue == 1;
+            },
+            atMost);
     });
     module.def("set_listener", [](py::object listener) {
         PPythonHost::withCameras().setListener(std::move(listener));

@@ -1,6 +1,7 @@
 """The module beside asyncio, as in a notebook."""
 
 import asyncio
+import concurrent.futures
 import unittest
 
 import pcd
@@ -82,6 +83,15 @@ class Asyncio(SceneTest):
                 await seen.wait()
         self.run_async(watch())
         self.assertEqual([], pcd.cameras())
+
+    def test_a_loop_of_another_thread_is_refused_each_time(self):
+        async def attach():
+            for _ in range(2):
+                with self.assertRaises(pcd.ThreadError):
+                    pcd.attach()
+            return "refused"
+        with concurrent.futures.ThreadPoolExecutor(1) as thread:
+            self.assertEqual("refused", thread.submit(self.run_async, attach()).result())
 
 
 if __name__ == "__main__":

@@ -5,6 +5,8 @@ import threading
 import unittest
 from pathlib import Path
 
+import numpy as np
+
 import pcd
 from support import SceneTest, camera, scene
 
@@ -164,7 +166,9 @@ class PropertiesOfACamera(SceneTest):
                  ("contrast", 10**30, "a whole number from -100 to 100"),
                  ("contrast", None, "a whole number from -100 to 100"),
                  ("negative", 2, "on or off"), ("rotation", "91", "one of '0', '90'"),
-                 ("region", (0, 0), "a region x,y,width,height inside 0,0,322,240"), ("extexposure", 3, "one field")]
+                 ("region", (0, 0), "a region x,y,width,height inside 0,0,322,240"),
+                 ("region", np.array(5), "a region x,y"), ("region", Unreadable(), "a region x,y"),
+                 ("extexposure", 3, "one field")]
         before = len(self.simulator.journal())
         for name, value, expected in cases:
             with self.subTest(name=name, value=value):
@@ -212,6 +216,16 @@ class PropertiesOfACamera(SceneTest):
         action.run()
         with self.assertRaisesRegex(pcd.BadValueError, "no action"):
             self.camera.properties["gain"].run()
+
+
+class Unreadable:
+    """A sequence of four items that gives none of them."""
+
+    def __len__(self):
+        return 4
+
+    def __getitem__(self, index):
+        raise OSError("no item")
 
 
 class ModesAndProfiles(SceneTest):

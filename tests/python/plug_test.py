@@ -123,6 +123,17 @@ class Listening(SceneTest):
         self.assertIs(fail, reported[0].object)
         self.assertEqual(["- Small-CAM-1"], self.seen)
 
+    def test_ctrl_c_in_a_function_reaches_the_caller(self):
+        def interrupt(_):
+            raise KeyboardInterrupt
+        reported = []
+        with mock.patch.object(sys, "unraisablehook", reported.append), pcd.on_unplug(interrupt):
+            self.pull("cam-1")
+            with self.assertRaises(KeyboardInterrupt):
+                pcd.wait_for(lambda: False, UNTIL)
+        self.assertEqual([], reported)
+        self.assertEqual([], pcd.cameras())
+
 
 class Simulating(SceneTest):
     def test_a_scene_with_a_mistake_names_its_place_and_changes_nothing(self):

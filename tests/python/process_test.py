@@ -56,6 +56,20 @@ class Process(unittest.TestCase):
         self.assertTrue(ended.stdout.startswith("1\n"), ended.stdout)
         self.assertTrue(ended.stdout.endswith("elsewhere\n"), ended.stdout)
 
+    def test_a_later_thread_is_another_one(self):
+        """Even if the system gives it the id of the first one, which has ended."""
+        ended = run_python(
+            "import pcd, threading\n"
+            "def run(use):\n"
+            "    thread = threading.Thread(target=use)\n"
+            "    thread.start()\n    thread.join()\n"
+            "def use():\n"
+            "    try: print(len(pcd.cameras()))\n"
+            "    except pcd.ThreadError: print('elsewhere')\n"
+            "run(pcd.simulate)\n"
+            "for _ in range(4): run(use)\n")
+        self.assertEqual((0, "elsewhere\n" * 4), (ended.returncode, ended.stdout), ended.stderr)
+
     def test_a_forked_process_is_told_where_the_cameras_are(self):
         printed = self.run_script(
             "camera = pcd.open()\nstream = camera.stream()\nframe = next(stream)\n"

@@ -203,6 +203,8 @@ class Waiting(OneCamera):
     def test_an_error_in_a_predicate_reaches_the_caller(self):
         with self.assertRaises(ZeroDivisionError):
             pcd.wait_for(lambda: 1 / 0)
+        with self.assertRaisesRegex(ValueError, "truth value"):
+            pcd.wait_for(lambda: np.array([1, 2]), 0)
         self.assertFalse(pcd.wait_for(lambda: False, 0.05))
         self.assertTrue(pcd.wait_for(lambda: 1))
 

@@ -28,6 +28,9 @@ constexpr std::chrono::milliseconds heartbeat(50);
 // Never deleted by a destructor at exit: by then the interpreter is gone.
 PPythonHost* theHost = nullptr;
 
+// A flag of the thread itself: the system gives the id of a thread that has ended to later ones.
+thread_local bool isHostThread = false;
+
 /// Qt sets the whole locale from the environment; Python and its modules rely on "C" for numbers.
 void makeApplication() {
     static int count = 1;
@@ -61,8 +64,7 @@ void checkProcess() {
 } // namespace
 
 PPythonHost::PPythonHost()
-    : m_thread(std::this_thread::get_id())
-    , m_cameras(std::make_unique<PCameraHost>())
+    : m_cameras(std::make_unique<PCameraHost>())
     , m_listener(py::none()) {
     // A script's standard error stream is its own: only what is wrong.
     PLog::setFilter(u"warning"_qs);
@@ -76,6 +78,7 @@ PPythonHost& PPythonHost::instance() {
     if (theHost == nullptr) {
         checkApplication();
         theHost = new PPythonHost;
+        isHostThread = true;
     }
     if (!isOwnThread()) {
         throw PPythonError("ThreadError",
@@ -95,7 +98,7 @@ PPythonHost& PPythonHost::withCameras() {
 }
 
 bool PPythonHost::isOwnThread() {
-    return theHost != nullptr && theHost->m_thread == std::this_thread::get_id();
+    return isHostThread;
 }
 
 void PPythonHost::shutDown() noexcept {
@@ -197,7 +200,11 @@ void PPythonHost::announce(bool isThere, PDevice* device) {
         try {
             m_listener(isThere, identity.id, identity.model, identity.serial, identity.simulated);
         } catch (py::error_already_set& error) {
-            error.discard_as_unraisable(m_listener);
+            // No exception passes through the event loop: Ctrl-C comes again after it.
+            if (error.matches(PyExc_KeyboardInterrupt))
+                PyErr_SetInterrupt();
+            else
+                error.discard_as_unraisable(m_listener);
         }
     };
     QMetaObject::invokeMethod(this, call, Qt::QueuedConnection); // to this thread, but later

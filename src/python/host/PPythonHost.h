@@ -12,7 +12,6 @@
 #include <memory>
 #include <optional>
 #include <set>
-#include <thread>
 
 class PPythonSession;
 class QCoreApplication;
@@ -55,7 +54,8 @@ public:
                  std::optional<std::chrono::milliseconds> atMost);
 
     /// Calls it with (True, camera) for each camera that comes and (False, camera) for one that is
-    /// gone, from now on. Its exceptions go to sys.unraisablehook.
+    /// gone, from now on. Its exceptions go to sys.unraisablehook, but KeyboardInterrupt to who
+    /// waits.
     void setListener(py::object listener);
 
     /// The sessions, to be closed by shutDown(). Each reports itself; removing never throws.
@@ -67,7 +67,6 @@ private:
     void processEvents(bool mayWait);
     void announce(bool isThere, PDevice* device);
 
-    const std::thread::id m_thread;
     std::unique_ptr<PCameraHost> m_cameras;
     std::set<PPythonSession*> m_sessions;
     py::object m_listener;

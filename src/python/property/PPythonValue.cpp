@@ -49,15 +49,20 @@ std::optional<int> toWhole(const py::handle& object) {
 }
 
 QVariant toRegion(const py::handle& object) {
-    if (!PySequence_Check(object.ptr()) || PyUnicode_Check(object.ptr()) ||
-        PySequence_Size(object.ptr()) != 4)
+    if (!PySequence_Check(object.ptr()) || PyUnicode_Check(object.ptr()))
         return {};
+    if (PySequence_Size(object.ptr()) != 4) {
+        PyErr_Clear(); // some have none, such as an array without dimensions
+        return {};
+    }
     int parts[4] = {};
     for (int i = 0; i < 4; ++i) {
         const auto item = py::reinterpret_steal<py::object>(PySequence_GetItem(object.ptr(), i));
         const std::optional<int> part = item ? toWhole(item) : std::nullopt;
-        if (!part)
+        if (!part) {
+            PyErr_Clear(); // the sequence may have failed to give the item
             return {};
+        }
         parts[i] = *part;
     }
     return QRect(parts[0], parts[1], parts[2], parts[3]);
