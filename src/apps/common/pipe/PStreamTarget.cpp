@@ -68,7 +68,9 @@ std::optional<PStatus> PStreamTarget::tryOpen() {
     }
     if (isatty(m_file) == 1) {
         ::close(std::exchange(m_file, -1));
-        return PStatus::failure(u"%1 is a terminal, which cannot show frames"_qs.arg(name()));
+        return PStatus::failure(
+            u"%1 is a terminal, which cannot show frames: expected a pipe or a file"_qs.arg(
+                name()));
     }
     examine();
     return PStatus(PStatus::Ok);
@@ -97,6 +99,8 @@ void PStreamTarget::examine() {
         makePipeReady();
     else if (S_ISSOCK(found.st_mode))
         m_kind = Kind::Socket;
+    else if (S_ISCHR(found.st_mode))
+        m_kind = Kind::Device;
 }
 
 /// Writing to the pipe blocks for no longer than a look at it (see waitForReader()).
@@ -130,7 +134,7 @@ PStatus PStreamTarget::write(const unsigned char* data, std::size_t size) {
     return PStatus::Ok;
 }
 
-/// Waits until the pipe has room or no reader. False if the time for that is over.
+/// Waits until the pipe or device has room, or no reader. False if the time for that is over.
 bool PStreamTarget::waitForReader() const {
     if (m_kind == Kind::File)
         return true; // a disk takes what it is given
@@ -150,6 +154,7 @@ long PStreamTarget::writeSome(const unsigned char* data, std::size_t size) const
         // What fits into the room of one page that poll() has found.
         return ::write(m_file, data, std::min<std::size_t>(size, PIPE_BUF));
     case Kind::File:
+    case Kind::Device:
     case Kind::Pipe:
         break;
     }
@@ -173,7 +178,7 @@ void PStreamTarget::giveUpAfter(std::chrono::milliseconds time) {
 }
 
 bool PStreamTarget::isReaderGone() const {
-    if (m_kind == Kind::File)
+    if (m_kind == Kind::File || m_kind == Kind::Device)
         return false;
     pollfd one{m_file, 0, 0};
     return ::poll(&one, 1, 0) > 0 && (one.revents & (POLLERR | POLLHUP)) != 0;

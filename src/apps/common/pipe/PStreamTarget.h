@@ -32,8 +32,8 @@ public:
     /// Fails with the system's reason.
     PStatus close();
 
-    /// From this time on, writing to a pipe fails where a reader would have to be waited for, or
-    /// has taken its time. Any thread.
+    /// From this time on, writing to a pipe or device fails where a reader would have to be waited
+    /// for, or has taken its time. Any thread.
     void giveUpAfter(std::chrono::milliseconds time);
 
     /// Why nothing more can be written.
@@ -55,7 +55,7 @@ public:
     QString name() const;
 
 private:
-    enum class Kind { File, Pipe, SharedPipe, Socket };
+    enum class Kind { File, Device, Pipe, SharedPipe, Socket };
 
     int openPath();
     void examine();

@@ -15,7 +15,8 @@ PCtlOutcome prepareSingle(const QString& path) {
     const QFileInfo file(path);
     if (file.exists() || file.isSymLink()) {
         return PCtlOutcome::failed(
-            u"\"%1\" already exists, and files are never overwritten"_qs.arg(path));
+            u"\"%1\" already exists, and files are never overwritten: expected a new name"_qs.arg(
+                path));
     }
     const PStatus status = PPictureFile::prepareFolder(path);
     return status.isOk() ? PCtlOutcome() : PCtlOutcome::failed(status.reason());

@@ -73,7 +73,8 @@ TEST_F(StreamTarget, a_terminal_is_refused) {
     ASSERT_TRUE(mine >= 0 && grantpt(mine) == 0 && unlockpt(mine) == 0);
     const QString terminal = QString::fromLocal8Bit(ptsname(mine));
     EXPECT_EQ(refusal(terminal),
-              u"\"%1\" is a terminal, which cannot show frames"_qs.arg(terminal));
+              u"\"%1\" is a terminal, which cannot show frames: expected a pipe or a file"_qs.arg(
+                  terminal));
     ::close(mine);
 }
 
@@ -102,6 +103,16 @@ TEST_F(StreamTarget, a_full_device_is_named_by_the_system) {
     const auto target = open(u"/dev/full"_qs);
     EXPECT_EQ(write(*target, "x").reason(), u"No space left on device"_qs);
     EXPECT_EQ(target->end(), End::Failed);
+}
+
+TEST_F(StreamTarget, a_device_is_given_up_when_its_time_is_over) {
+    const auto target = open(u"/dev/null"_qs);
+    EXPECT_TRUE(write(*target, "frame").isOk());
+    EXPECT_FALSE(target->isReaderGone());
+    target->giveUpAfter(0ms);
+    EXPECT_EQ(write(*target, "frame").reason(), u"the reader did not take the rest in time"_qs);
+    EXPECT_EQ(target->end(), End::GivenUp);
+    EXPECT_EQ(target->bytes(), 5U);
 }
 
 TEST_F(StreamTarget, a_named_pipe_is_open_once_it_has_a_reader) {
