@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/pipe/PFrameOutlet.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace {
@@ -13,6 +14,11 @@ PFirstRate::TimePoint toArrival(const PDeviceFrame& frame) {
     return frame.stamp ? frame.stamp->arrived : std::chrono::steady_clock::now();
 }
 
+/// Of a frame, in bytes: so no more than the largest number wait.
+std::size_t leastCost(std::size_t memory) {
+    return std::max<std::size_t>(memory / PFrameOutlet::mostWaiting, 1);
+}
+
 } // namespace
 
 PFrameOutlet::PFrameOutlet(std::unique_ptr<PFrameCoding> coding,
@@ -21,9 +27,10 @@ PFrameOutlet::PFrameOutlet(std::unique_ptr<PFrameCoding> coding,
     : m_coding(std::move(coding))
     , m_target(std::move(target))
     , m_frames(frames)
+    , m_memory(memory)
     // One thread: the reader gets the frames in their order.
     , m_queue([this](const PDeviceFrame& frame, quint64 number) { return write(frame, number); }, 1,
-              std::make_shared<PWorkBudget>(memory), memory / mostWaiting) {
+              std::make_shared<PWorkBudget>(memory), leastCost(memory)) {
 }
 
 PFrameOutlet::~PFrameOutlet() {
@@ -119,9 +126,17 @@ PStatus PFrameOutlet::begin(const PImageHeader& first) {
 /// Frames arrive meanwhile, and none is dropped for the rate.
 std::optional<double> PFrameOutlet::waitForRate() {
     std::unique_lock lock(m_mutex);
-    m_rateChanged.wait(lock,
-                       [this] { return m_isEnding || m_rate.isKnown() || m_tally.dropped > 0; });
+    m_rateChanged.wait(lock, [this] {
+        return m_isEnding || m_rate.isKnown() || m_tally.dropped > 0 || !hasRoomForAnother();
+    });
     return m_rate.rate();
+}
+
+/// Whether one more frame of the first one's size could wait, while none is written. A rate needs
+/// two, so there is always room for the second one to try. Called under the lock.
+bool PFrameOutlet::hasRoomForAnother() const {
+    const std::size_t room = m_memory / std::max(m_geometry.dataSize(), leastCost(m_memory));
+    return m_queue.state().waiting < std::max<std::size_t>(room, 2);
 }
 
 PFrameOutlet::Progress PFrameOutlet::progress() const {

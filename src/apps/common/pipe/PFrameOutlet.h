@@ -61,12 +61,14 @@ private:
     PStatus writeFrame(const PImage& image, quint64 number);
     PStatus begin(const PImageHeader& first);
     std::optional<double> waitForRate();
+    bool hasRoomForAnother() const;
     bool isReaderGone() const;
 
     const std::unique_ptr<PFrameCoding> m_coding;
     const std::unique_ptr<PStreamTarget> m_target;
     const std::optional<quint64> m_frames;
-    PImageHeader m_geometry; ///< of the first frame; the writer's thread only
+    const std::size_t m_memory; ///< bytes of pixels that may wait
+    PImageHeader m_geometry;    ///< of the first frame; the writer's thread only
 
     // Guards the five below: the camera's thread, the writer and the users of progress() share
     // them. The queue's own lock is taken after it; nothing waits for the reader under it.

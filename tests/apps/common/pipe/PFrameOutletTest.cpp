@@ -110,6 +110,26 @@ TEST_F(FrameOutlet, measures_the_rate_before_the_first_frame_is_written) {
         "FRAME\n" + makeBytes(2)));
 }
 
+TEST_F(FrameOutlet, the_wait_for_the_rate_ends_before_a_frame_finds_no_room) {
+    const auto outlet =
+        makeOutlet(file, std::nullopt,
+                   std::make_unique<PY4mCoding>(PYuvConversion::Chroma::Quarter), 3 * frameBytes);
+    offer(*outlet, 1, 3);
+    EXPECT_TRUE(waitUntil([&] { return outlet->progress().tally.written == 3; }));
+    EXPECT_EQ(finish(*outlet).tally.dropped, 0U);
+    EXPECT_TRUE(readFile(file).startsWith("YUV4MPEG2 W64 H48 F100:1 "));
+}
+
+TEST_F(FrameOutlet, with_room_for_one_frame_the_rate_is_known_from_one_that_is_dropped) {
+    const auto outlet =
+        makeOutlet(file, std::nullopt,
+                   std::make_unique<PY4mCoding>(PYuvConversion::Chroma::Quarter), frameBytes);
+    offer(*outlet, 1, 2);
+    EXPECT_TRUE(waitUntil([&] { return outlet->progress().tally.written == 1; }));
+    EXPECT_EQ(finish(*outlet).tally.dropped, 1U);
+    EXPECT_TRUE(readFile(file).startsWith("YUV4MPEG2 W64 H48 F100:1 "));
+}
+
 TEST_F(FrameOutlet, the_end_of_the_stream_ends_the_wait_for_the_rate) {
     const auto outlet =
         makeOutlet(file, 1, std::make_unique<PY4mCoding>(PYuvConversion::Chroma::Quarter));
