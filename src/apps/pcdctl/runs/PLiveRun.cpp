@@ -5,8 +5,6 @@
 
 #include <apps/common/record/PSeriesWriter.h>
 
-#include <PCore/PPrintableText.h>
-
 #include <utility>
 
 PLiveRun::PLiveRun(PDeviceManager& manager, PDevice* device, PCameraIdentity camera,
@@ -105,7 +103,7 @@ QString PLiveRun::failureReason(bool reachedEnd) const {
         return {};
     const QString taken = PCtlOutput::toFrames(framesTaken());
     if (m_session.isUnplugged())
-        return u"camera %1 was unplugged after %2"_qs.arg(m_camera.id, taken);
+        return u"camera %1 was unplugged after %2"_qs.arg(m_session.cameraId(), taken);
     if (!reachedEnd && m_session.isInterrupted())
         return mayEndNow() ? QString() : u"interrupted after %1"_qs.arg(taken);
     return reachedEnd && isStalled() ? stallReason() : QString();
@@ -116,7 +114,7 @@ bool PLiveRun::mayEndNow() const {
 }
 
 QString PLiveRun::stallReason() const {
-    const QString camera = PPrintableText::toLine(m_camera.id);
+    const QString& camera = m_session.cameraId();
     const QString waited = QString::number(std::chrono::duration<double>(longestWait()).count());
     const QString before = PCtlOutput::toFrames(framesTaken());
     const QString lost = m_session.losses();
@@ -149,8 +147,9 @@ bool PLiveRun::isOutputBalanced() const {
 QString PLiveRun::ledgerReason() const {
     const QString lost = m_session.losses();
     if (m_tally.frames() == 0 && !m_session.isInterrupted() && !isComplete())
-        return lost.isEmpty() ? u"camera %1 sent no frame"_qs.arg(m_camera.id)
-                              : u"no frame of camera %1 arrived: %2"_qs.arg(m_camera.id, lost);
+        return lost.isEmpty()
+                   ? u"camera %1 sent no frame"_qs.arg(m_session.cameraId())
+                   : u"no frame of camera %1 arrived: %2"_qs.arg(m_session.cameraId(), lost);
     const PFrameLedger ledger = m_session.ledger();
     if (!ledger.isBalanced() || ledger.waiting > 0 || !isOutputBalanced())
         return u"the frame counts do not add up"_qs;

@@ -28,7 +28,7 @@ QString PPipeReport::toText() const {
         if (count > 0)
             text += u"  %1  %2\n"_qs.arg(QString::number(count).rightJustified(10), what);
     };
-    add(tally.dropped, u"dropped: the reader was slower than the camera"_qs);
+    add(tally.dropped, u"dropped: the camera was faster than the reader or the conversion"_qs);
     add(tally.unwritten, u"not written, or not whole, when the stream ended"_qs);
     add(tally.afterEnd, u"arrived after the last one"_qs);
     if (output.isReaderGone)

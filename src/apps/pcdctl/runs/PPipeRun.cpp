@@ -31,10 +31,10 @@ PCtlOutcome PPipeRun::open(PStreamTarget& target) {
     });
     if (opened)
         return opened->isOk() ? PCtlOutcome() : PCtlOutcome::failed(opened->reason());
-    return PCtlOutcome::failed(
-        session().isUnplugged()
-            ? u"camera %1 was unplugged before %2 had a reader"_qs.arg(camera().id, m_target)
-            : u"interrupted before %1 had a reader"_qs.arg(m_target));
+    return PCtlOutcome::failed(session().isUnplugged()
+                                   ? u"camera %1 was unplugged before %2 had a reader"_qs.arg(
+                                         session().cameraId(), m_target)
+                                   : u"interrupted before %1 had a reader"_qs.arg(m_target));
 }
 
 /// A reader that has enough completes the run.

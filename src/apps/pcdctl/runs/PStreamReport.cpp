@@ -54,8 +54,9 @@ QJsonObject PStreamReport::toJson() const {
 QString PStreamReport::toText() const {
     QString text = u"%1%2, mode %3: %4 in %5 s, %6 fps, %7 MB/s\n"_qs.arg(
         PPrintableText::toLine(camera.id), camera.simulated ? u" (simulated)"_qs : QString(),
-        mode.name, PCtlOutput::toFrames(tally.frames()), QString::number(tally.seconds(), 'f', 2),
-        QString::number(tally.fps(), 'f', 1), QString::number(tally.megabytesPerSecond(), 'f', 1));
+        PPrintableText::toLine(mode.name), PCtlOutput::toFrames(tally.frames()),
+        QString::number(tally.seconds(), 'f', 2), QString::number(tally.fps(), 'f', 1),
+        QString::number(tally.megabytesPerSecond(), 'f', 1));
     if (saved)
         text += u"Saved: %1\n"_qs.arg(PCtlOutput::toFrames(*saved));
     return text + ledgerToText(ledger);
