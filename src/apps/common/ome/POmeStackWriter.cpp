@@ -3,6 +3,8 @@
 
 #include <apps/common/tiff/PPackedRows.h>
 
+#include <PCore/work/PGuardedCall.h>
+
 #include <algorithm>
 
 namespace {
@@ -69,19 +71,12 @@ PStatus POmeStackWriter::begin(const PDeviceFrame& frame, const QImage& picture)
 }
 
 PStatus POmeStackWriter::append(const PDeviceFrame& frame, const QImage& picture) {
-    m_description.add(*frame.stamp, picture);
-    QByteArray text = toText(*frame.stamp);
-    if (m_description.frames() == 1) {
-        const POmeDocument::Unfinished unfinished =
-            m_description.toUnfinishedXml(*frame.stamp, u"the description of each"_qs);
-        text = unfinished.xml;
-        m_countPosition = unfinished.countPosition;
-    }
-    PStatus status = m_stack.append(
-        picture, text,
-        PPictureTags::of(m_options.camera, frame.stamp.get(), m_options.pixelSizeUm));
+    const std::size_t before = m_description.frames();
+    // There may be no memory for any of it.
+    PStatus status = PGuardedCall::status([&] { return describeAndWrite(frame, picture); });
     if (!status.isOk()) {
-        m_description.removeLast();
+        if (m_description.frames() > before)
+            m_description.removeLast();
         return failure(status.reason());
     }
     m_description.noteWritten(*frame.stamp);
@@ -90,10 +85,26 @@ PStatus POmeStackWriter::append(const PDeviceFrame& frame, const QImage& picture
     return status.isOk() ? status : failure(status.reason());
 }
 
+PStatus POmeStackWriter::describeAndWrite(const PDeviceFrame& frame, const QImage& picture) {
+    m_description.add(*frame.stamp, picture);
+    QByteArray text = toText(*frame.stamp);
+    if (m_description.frames() == 1) {
+        const POmeDocument::Unfinished unfinished =
+            m_description.toUnfinishedXml(*frame.stamp, u"the description of each"_qs);
+        text = unfinished.xml;
+        m_countPosition = unfinished.countPosition;
+    }
+    return m_stack.append(
+        picture, text,
+        PPictureTags::of(m_options.camera, frame.stamp.get(), m_options.pixelSizeUm));
+}
+
 PStatus POmeStackWriter::finish(const PRecordEnd& end) {
     if (m_description.frames() == 0)
         return PStatus::Ok; // and no file
-    const PStatus described = m_stack.replaceDescription(m_description.toFinishedXml(end));
+    // The document of a long recording may need more memory than there is.
+    const PStatus described = PGuardedCall::status(
+        [&] { return m_stack.replaceDescription(m_description.toFinishedXml(end)); });
     const PStatus closed = m_stack.close();
     // Damage by another program, after which the text cannot be replaced either.
     if (!closed.isOk())

@@ -44,6 +44,7 @@ public:
 private:
     PStatus begin(const PDeviceFrame& frame, const QImage& picture);
     PStatus append(const PDeviceFrame& frame, const QImage& picture);
+    PStatus describeAndWrite(const PDeviceFrame& frame, const QImage& picture);
     PStatus failure(const QString& reason) const;
 
     const Options m_options;

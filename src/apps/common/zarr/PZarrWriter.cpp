@@ -109,15 +109,19 @@ PStatus PZarrWriter::writeImage() {
 
 PStatus PZarrWriter::append(const PFrameStamp& stamp, const QImage& picture) {
     const quint64 index = m_description.frames();
-    m_description.add(stamp, picture);
-    PStatus status = PGuardedCall::status([&] { return writeChunks(picture); }); // no memory
-    if (status.isOk())
-        status = complete(index, stamp);
-    if (status.isOk())
-        m_description.noteWritten(stamp);
-    else
-        undo(index);
+    // There may be no memory for any of it, nor for undoing it, which then goes as far as it can.
+    const PStatus status =
+        PGuardedCall::status([&] { return describeAndWrite(index, stamp, picture); });
+    if (!status.isOk())
+        PGuardedCall::logged([&] { undo(index); });
     return status;
+}
+
+PStatus PZarrWriter::describeAndWrite(quint64 index, const PFrameStamp& stamp,
+                                      const QImage& picture) {
+    m_description.add(stamp, picture);
+    const PStatus status = writeChunks(picture);
+    return status.isOk() ? complete(index, stamp) : status;
 }
 
 PStatus PZarrWriter::writeChunks(const QImage& picture) {
@@ -150,6 +154,9 @@ PStatus PZarrWriter::complete(quint64 index, const PFrameStamp& stamp) {
         status = setFrames(index + 1);
     if (status.isOk())
         status = writeUnfinishedXml(stamp);
+    // Before the name: a recording with a name always has a frame.
+    if (status.isOk())
+        m_description.noteWritten(stamp);
     return status.isOk() && !m_folder.hasName() ? m_folder.giveName() : status;
 }
 
@@ -172,7 +179,8 @@ PStatus PZarrWriter::writeUnfinishedXml(const PFrameStamp& stamp) {
 /// Removes what there is of a frame that could not be written as a whole. Its chunks first: they
 /// may be why a disk is full.
 void PZarrWriter::undo(quint64 index) {
-    m_description.removeLast();
+    if (m_description.frames() > index)
+        m_description.removeLast();
     for (PZarrArray& level : m_levels)
         level.drop(index);
     if (m_table.rows() > index)
@@ -187,9 +195,10 @@ PStatus PZarrWriter::finish(const PRecordEnd& end) {
         m_folder.discard();
         return PStatus::Ok;
     }
-    const PStatus described = writeFinished(end);
+    // The document of a long recording may need more memory than there is.
+    const PStatus described = PGuardedCall::status([&] { return writeFinished(end); });
     // Damage by another program, after which the description cannot be written either.
-    const PStatus whole = checkFrames();
+    const PStatus whole = PGuardedCall::status([&] { return checkFrames(); });
     if (!whole.isOk())
         return failure(whole.reason());
     if (!described.isOk())

@@ -47,6 +47,7 @@ private:
     PStatus begin(const QImage& picture);
     PStatus writeDocuments();
     PStatus append(const PFrameStamp& stamp, const QImage& picture);
+    PStatus describeAndWrite(quint64 index, const PFrameStamp& stamp, const QImage& picture);
     PStatus writeChunks(const QImage& picture);
     PStatus complete(quint64 index, const PFrameStamp& stamp);
     PStatus setFrames(quint64 count);
