@@ -38,6 +38,7 @@ void PTPropRoi::followMode() {
     updateValueFromDevice(false);
     if (!watch.hasFailed())
         return;
+    setValueInner(QVariant()); // what was reported is the region of the old mode
     setUnreadValueInner(QVariant());
     emit valueChanged(valueInner());
 }

@@ -55,6 +55,7 @@ TEST_F(UnreadSettings, have_the_region_if_it_is_not_reported_after_a_change_of_t
     ASSERT_TRUE(device->setMode(device->getSupportModes().value(0)).isOk());
     EXPECT_TRUE(roi->isUnread());
     EXPECT_FALSE(roi->valueInner().isValid());
+    EXPECT_FALSE(roi->reportedValue().isValid()) << "the old mode's region";
     EXPECT_FALSE(announced.isValid()) << "panels show it no longer";
     roi->updateValueFromDevice();
     EXPECT_FALSE(roi->isUnread());
