@@ -74,6 +74,26 @@ TEST_F(SimHotPlug, of_two_cameras_with_one_serial_number_the_first_in_the_scene_
     EXPECT_EQ(findPlugged(), Ids{name + "1"});
 }
 
+TEST_F(SimHotPlug, ten_bytes_are_enough_of_a_serial_number_that_no_camera_has) {
+    ASSERT_EQ(ToupcamSim_loadScene(makeTwoCameras("12345678-long", "12345678").c_str()), nullptr);
+    EXPECT_EQ(ToupcamSim_setPlugged("S-12345678", 0), 1);
+    EXPECT_EQ(findPlugged(), Ids{"12345678-long"}) << "a camera has exactly this number";
+    EXPECT_EQ(ToupcamSim_setPlugged("S-12345678", 0), 0) << "it is unplugged";
+    EXPECT_EQ(ToupcamSim_setPlugged("S-12345678-", 0), 1);
+    EXPECT_EQ(findPlugged(), Ids());
+    EXPECT_EQ(ToupcamSim_setPlugged("S-1234567", 1), 0) << "nine bytes";
+}
+
+TEST_F(SimHotPlug, no_serial_number_finds_no_camera) {
+    std::string scene = makeTwoCameras("a", "b");
+    for (const std::string number : {"\"S-a\"", "\"S-b\""})
+        scene.replace(scene.find(number), number.size(), "\"\"");
+    ASSERT_EQ(ToupcamSim_loadScene(scene.c_str()), nullptr);
+    EXPECT_EQ(ToupcamSim_setPlugged("", 0), 0);
+    EXPECT_EQ(ToupcamSim_setPlugged(nullptr, 0), 0);
+    EXPECT_EQ(findPlugged(), (Ids{"a", "b"}));
+}
+
 TEST_F(SimHotPlug, burst_runs_the_callback_once_for_each_event) {
     CallCounter calls;
     Toupcam_HotPlug(CallCounter::onCall, &calls);

@@ -157,7 +157,7 @@ PStatus PCameraSdk::setPlugged(const QString& serial, bool plugged) const {
     void* const found = m_library == nullptr ? nullptr : dlsym(m_library, "ToupcamSim_setPlugged");
     if (found == nullptr)
         return PStatus::failure(u"the camera SDK \"%1\" unplugs no camera"_qs.arg(m_path));
-    if (reinterpret_cast<SetPlugged>(found)(serial.toUtf8().constData(), plugged ? 1 : 0) == 0) {
+    if (reinterpret_cast<SetPlugged>(found)(serial.toLatin1().constData(), plugged ? 1 : 0) == 0) {
         return PStatus::failure(
             u"no simulated camera has the serial number \"%1\" and can be %2"_qs.arg(
                 serial, plugged ? u"plugged in"_qs : u"unplugged"_qs));

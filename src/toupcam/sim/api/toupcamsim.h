@@ -38,7 +38,9 @@ TOUPCAM_API(int) ToupcamSim_plug(const char* camId);
 
 /// The same two for a program that has only the serial number: unplugs the plugged-in camera with
 /// this number (plugged = 0), or plugs the unplugged one in (any other value). If several have the
-/// number, the first of them in the scene. Returns 1, or 0 if there is no such camera.
+/// number, the first of them in the scene. If none has it, 10 bytes or more are the beginning of a
+/// longer number: drivers may keep no more of it. Null or no text is the number of no camera.
+/// Returns 1, or 0 if there is no such camera.
 TOUPCAM_API(int) ToupcamSim_setPlugged(const char* serial, int plugged);
 
 /// Runs the hot-plug callback once, on the SDK's hot-plug thread, without any change.

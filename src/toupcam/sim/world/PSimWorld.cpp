@@ -11,6 +11,12 @@
 #include <cstdio>
 #include <utility>
 
+namespace {
+
+constexpr qsizetype keptSerial = 10; // bytes that drivers keep of a serial number
+
+} // namespace
+
 PSimWorld& PSimWorld::instance() {
     static auto* const world = new PSimWorld;
     return *world;
@@ -167,10 +173,16 @@ bool PSimWorld::setPlugged(const QByteArray& serial, bool plugged) {
         const std::lock_guard lock(m_mutex);
         cameras = m_cameras;
     }
-    return std::any_of(cameras.begin(), cameras.end(), [&](const auto& camera) {
-        const PSimCameraSpec& spec = camera->spec();
-        return spec.serial == serial && (plugged ? plug(spec.id) : unplug(spec.id));
-    });
+    const auto isExact = [&](const auto& camera) { return camera->spec().serial == serial; };
+    const bool isWhole = std::any_of(cameras.begin(), cameras.end(), isExact);
+    return !serial.isEmpty() &&
+           std::any_of(cameras.begin(), cameras.end(), [&](const auto& camera) {
+               const PSimCameraSpec& spec = camera->spec();
+               const bool isMeant =
+                   isWhole ? isExact(camera)
+                           : serial.size() >= keptSerial && spec.serial.startsWith(serial);
+               return isMeant && (plugged ? plug(spec.id) : unplug(spec.id));
+           });
 }
 
 bool PSimWorld::hold(const QByteArray& id, bool held) {

@@ -46,7 +46,7 @@ public:
     bool unplug(const QByteArray& id);
     bool plug(const QByteArray& id);
     /// Plugs the first camera with this serial number in or out whose state that changes; false if
-    /// there is none.
+    /// there is none. If none has it, 10 bytes or more are the beginning of a longer one.
     bool setPlugged(const QByteArray& serial, bool plugged);
     bool hold(const QByteArray& id, bool held);
     bool pushRaw(const QByteArray& id, const void* data, const BITMAPINFOHEADER* header,
