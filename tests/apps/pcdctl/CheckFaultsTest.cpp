@@ -105,6 +105,8 @@ TEST_P(ThrowingDriver, fails_the_rule_and_does_not_lose_the_report) {
 }
 
 const ThrowRow throwing[] = {
+    {"while_it_is_opened", "throw tryLink", "open.link", "while it was opened",
+     "ended by an exception: the driver is broken"},
     {"in_a_case", "throw tryStopStream", "stream.stops", "mode 0 (640x480), streaming",
      "ended by an exception: the driver is broken"},
     {"at_the_end_of_a_case", "throw tryStopStream", "stream.delivers", "mode 0 (640x480), idle",
@@ -116,6 +118,33 @@ const ThrowRow throwing[] = {
 };
 
 INSTANTIATE_TEST_SUITE_P(Functions, ThrowingDriver, testing::ValuesIn(throwing), RowName());
+
+/// The check of a driver without an SDK, with one variable in its environment.
+CtlResult checkDriver(const QString& variable, const QString& value, const QStringList& options) {
+    return runCtl(QStringList{u"check"_qs, u"--sdk"_qs, QStringLiteral(EMPTY_CAMERA_SDK),
+                              u"--plugin-path"_qs, QStringLiteral(MUTANT_PLUGIN)} +
+                      options,
+                  [&](CtlProcess& process) { process.with(variable, value); });
+}
+
+TEST(ThrowingDriverAtTheEnd, is_printed_with_its_rule) {
+    const CtlResult result =
+        checkDriver(u"PCD_MUTANT_FAULT"_qs, u"throw tryUnlink"_qs, {u"--filter=identity.model"_qs});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.output.contains("\nfailed   identity.model: 1 of "))
+        << result.output.constData();
+}
+
+TEST(ThrowingDriverAtFirst, leaves_a_whole_report_and_what_was_not_examined) {
+    const CtlResult result = checkDriver(u"PCD_MUTANT_FAULT"_qs, u"throw tryLink"_qs,
+                                         {u"--filter=open.link,identity.model"_qs});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.output.contains("\nfailed   open.link: 1 of 1 case\n"))
+        << result.output.constData();
+    EXPECT_TRUE(
+        result.output.endsWith("\n2 rules: 0 passed, 1 failed, 1 skipped; 1 case: 1 failed\n"))
+        << result.output.constData();
+}
 
 TEST(ThrowingDriverCommand, fails_with_a_message_whatever_is_thrown) {
     for (const auto& [fault, message] :

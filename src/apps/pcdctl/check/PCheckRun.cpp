@@ -43,16 +43,22 @@ PCheckRun::PCheckRun(PCtlHost& host, PDevice* device, const QList<PCheckRule>& r
 }
 
 PCtlOutcome PCheckRun::run() {
-    const PStatus opened = m_runner.open();
-    if (!opened.isOk())
-        return PCtlOutcome::failed(opened.reason());
     if (!m_options.json)
         printAsItComes();
+    const PStatus opened = m_runner.open();
+    if (!opened.isOk()) {
+        const bool isReported = m_runner.report().totals().failed > 0;
+        return isReported ? finish() : PCtlOutcome::failed(opened.reason());
+    }
     const bool isComplete = m_runner.run();
+    const PCtlOutcome finished = finish();
+    return isComplete ? finished
+                      : PCtlOutcome::failed(u"interrupted before the check was complete"_qs);
+}
+
+PCtlOutcome PCheckRun::finish() {
     const PCtlOutcome saved = save();
     printReport();
-    if (!isComplete)
-        return PCtlOutcome::failed(u"interrupted before the check was complete"_qs);
     return saved.isDone() ? judge() : saved;
 }
 

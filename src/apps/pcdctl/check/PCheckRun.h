@@ -24,6 +24,7 @@ public:
     PCtlOutcome run();
 
 private:
+    PCtlOutcome finish();
     void printAsItComes();
     void printReport();
     PCtlOutcome save() const;

@@ -54,8 +54,20 @@ PStatus PCheckRunner::open() {
     const auto isAboutOpening = [](const PCheckRule& rule) { return rule.id == u"open.link"; };
     const auto found = std::find_if(m_rules.begin(), m_rules.end(), isAboutOpening);
     m_place = {found == m_rules.end() ? m_rules.first() : *found, u"while it was opened"_qs};
-    const PHangWatch::Entered entered(m_watch);
-    return m_bench.open();
+    PStatus opened;
+    {
+        const PHangWatch::Entered entered(m_watch);
+        m_bench.attempt([&] { opened = m_bench.open(); });
+    }
+    if (reportProblem()) {
+        emit ruleEnded(m_place.rule);
+        const QString reason = u"the camera could not be opened"_qs;
+        m_report.endEarly(u"not examined: "_qs + reason);
+        opened = PStatus::failure(reason);
+    }
+    if (!opened.isOk())
+        close(); // here, where the watch sees it, and not in a destructor
+    return opened;
 }
 
 bool PCheckRunner::run() {
@@ -88,7 +100,8 @@ void PCheckRunner::close() {
         const PHangWatch::Entered entered(m_watch);
         m_bench.close();
     }
-    reportProblem();
+    if (reportProblem())
+        emit ruleEnded(m_place.rule); // again: it counted as passed until now
 }
 
 /// What went wrong before or after a case is a failure of its rule too. False if nothing did.

@@ -18,7 +18,8 @@ public:
     PCheckRunner(PCheckBench& bench, PHangWatch& watch, const QList<PCheckRule>& rules,
                  const PCheckOptions& options);
 
-    /// Opens the camera; see PCheckBench.
+    /// Opens the camera; see PCheckBench. What the driver throws meanwhile is a failure in the
+    /// report. If it fails, the camera is closed.
     PStatus open();
     /// Runs all cases, sets the camera's settings back, and closes it. False if the user
     /// interrupted.
