@@ -42,7 +42,7 @@ protected:
         scene.addFault(hanging(u"Toupcam_Snap"_qs));
         return {u"check"_qs,         u"--sdk=sim"_qs,
                 u"--scene"_qs,       scene.writeTo(path(u"scene.json"_qs)),
-                u"--hang=4"_qs,      u"--filter=open.link,still.arrives,trigger.frames"_qs,
+                u"--hang=10"_qs,     u"--filter=open.link,still.arrives,trigger.frames"_qs,
                 u"--iterations=3"_qs};
     }
 
@@ -109,10 +109,24 @@ TEST_F(CheckHang, is_not_what_takes_long_because_frames_do_not_come) {
     EXPECT_EQ(result.errors, u"pcdctl: the camera breaks 1 of 1 rules\n"_qs);
 }
 
+TEST(CheckHangOfHost, is_not_what_waits_for_frames_without_events) {
+    const CtlResult result =
+        runCtl({u"check"_qs, jsonWord, u"--sdk"_qs, QStringLiteral(EMPTY_CAMERA_SDK),
+                u"--plugin-path"_qs, QStringLiteral(MUTANT_PLUGIN), u"--hang=5"_qs,
+                u"--timeout=7"_qs, u"--filter=threads.frames-do-not-wait"_qs},
+               [](CtlProcess& process) {
+                   process.with(u"PCD_MUTANT"_qs, u"threads.frames-do-not-wait"_qs);
+               });
+    EXPECT_EQ(result.exitCode, 1);
+    const QString seen = describeFirstFailure(result.json, u"threads.frames-do-not-wait"_qs);
+    EXPECT_TRUE(seen.endsWith(u" frames arrived while the host was busy"_qs)) << seen.toStdString();
+    EXPECT_EQ(result.errors, u"pcdctl: the camera breaks 1 of 1 rules\n"_qs);
+}
+
 /// A check of a driver without an SDK.
 CtlResult checkMutant(const QByteArray& fault, const QString& filter) {
     return runCtl({u"check"_qs, jsonWord, u"--sdk"_qs, QStringLiteral(EMPTY_CAMERA_SDK),
-                   u"--plugin-path"_qs, QStringLiteral(MUTANT_PLUGIN), u"--hang=3"_qs,
+                   u"--plugin-path"_qs, QStringLiteral(MUTANT_PLUGIN), u"--hang=10"_qs,
                    u"--filter"_qs, filter},
                   [&](CtlProcess& process) {
                       process.with(u"PCD_MUTANT_FAULT"_qs, QString::fromLatin1(fault));
@@ -142,7 +156,8 @@ TEST_P(CheckHangIn, is_a_failure_of_what_is_examined) {
         << result.output.toStdString() << result.errors.toStdString();
     const QJsonValue failure = findRule(result.json, QString::fromLatin1(row.rule))[u"failures"][0];
     EXPECT_EQ(failure[u"case"].toString(), QString::fromLatin1(row.place));
-    EXPECT_TRUE(failure[u"seen"].toString().endsWith(u" s, in none of its camera SDK's functions"))
+    EXPECT_TRUE(
+        failure[u"seen"].toString().endsWith(u" s; it has marked no call as in progress"_qs))
         << failure[u"seen"].toString().toStdString();
 }
 

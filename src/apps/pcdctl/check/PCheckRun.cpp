@@ -21,7 +21,7 @@ QString describeHang(PHangWatch::Milliseconds waited) {
     const QString calls = POverdueCalls::names();
     const QString seconds = QString::number(double(waited.count()) / 1000, 'f', 1);
     return calls.isEmpty()
-               ? u"the driver has not returned for %1 s, in none of its camera SDK's functions"_qs
+               ? u"the driver has not returned for %1 s; it has marked no call as in progress"_qs
                      .arg(seconds)
                : u"the driver has not returned for %1 s, waiting for %2"_qs.arg(seconds, calls);
 }

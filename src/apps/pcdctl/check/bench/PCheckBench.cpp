@@ -24,7 +24,8 @@ PCheckBench::PCheckBench(PDeviceManager& manager, PDevice* device, PHangWatch& w
                          Milliseconds timeout)
     : m_device(device)
     , m_watch(watch)
-    , m_timeout(timeout) {
+    , m_timeout(timeout)
+    , m_settings([this] { touch(); }) {
     connect(&manager, &PDeviceManager::deviceRemoved, this, [this](const PDevice* removed) {
         if (removed == m_device)
             m_device = nullptr;
@@ -72,7 +73,7 @@ QString PCheckBench::takeProblem() {
 }
 
 PDevice& PCheckBench::device() const {
-    m_watch.touch();
+    touch();
     if (m_device == nullptr)
         throw std::runtime_error("the camera is gone");
     return *m_device;
@@ -149,7 +150,7 @@ void PCheckBench::stopStream() {
     attempt([this] { m_device->stopStream(); });
     m_loop.drain(
         [this] {
-            m_watch.touch();
+            touch();
             return !isPresent() || m_device->frameLedger().waiting == 0;
         },
         m_timeout);
@@ -174,7 +175,7 @@ bool PCheckBench::waitFor(const std::function<bool()>& predicate, Milliseconds a
 bool PCheckBench::waitAnyway(const std::function<bool()>& predicate, Milliseconds atMost) {
     return m_loop.waitFor(
         [&] {
-            m_watch.touch();
+            touch();
             return predicate();
         },
         atMost);
@@ -209,7 +210,9 @@ bool PCheckBench::isInert(PDeviceProperty& property) {
     bool hasChanged = false;
     for (const QVariant& value : PCheckValues::inside(property) + PCheckValues::ends(property)) {
         property.setValue(value);
+        touch();
         const PDeviceProperty::Reading has = property.readFromDevice();
+        touch();
         hasChanged = hasChanged || !PCheckValues::isSame(before, has.value, has.range);
     }
     property.setValue(before);

@@ -94,6 +94,10 @@ public:
     /// did since the last call of this function.
     QString takeProblem();
 
+    /// Tells the watch that the driver is not in a call now: where a rule makes many, or waits
+    /// without the functions above.
+    void touch() const { m_watch.touch(); }
+
     /// How long to wait for a frame with the present exposure time.
     Milliseconds frameTimeout() const;
     Milliseconds timeout() const { return m_timeout; }

@@ -11,6 +11,7 @@
 #include <QHash>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -29,6 +30,10 @@ bool PCheckSettings::maySet(const PDeviceProperty& property) {
            (property.isSerializable() || hasSettableRole(property));
 }
 
+PCheckSettings::PCheckSettings(Returned returned)
+    : m_returned(std::move(returned)) {
+}
+
 PStatus PCheckSettings::take(PDevice& device) {
     const PReadWatch watch;
     m_mode = device.getCurrentMode();
@@ -41,6 +46,7 @@ PStatus PCheckSettings::take(PDevice& device) {
         if (!maySet(*properties[index]) || !PCheckValues::areComparable(*properties[index]))
             continue;
         const QVariant value = properties[index]->readFromDevice().value;
+        m_returned();
         if (value.isValid())
             m_settings.append({index, value});
     }
@@ -66,10 +72,13 @@ void PCheckSettings::putBack(PDevice& device) const {
         const PDeviceProperty::Reading has = property->readFromDevice();
         if (!PCheckValues::isSame(values[property], has.value, has.range))
             property->setValue(values[property]);
+        m_returned();
     }
     // Some settings change others.
-    for (PDeviceProperty* const property : properties)
+    for (PDeviceProperty* const property : properties) {
         property->updateValueFromDevice();
+        m_returned();
+    }
 }
 
 void PCheckSettings::putModeBack(PDevice& device) const {
@@ -92,6 +101,7 @@ QStringList PCheckSettings::differences(PDevice& device, Which which) const {
         if (which == Saved && !property->isSerializable())
             continue;
         const PDeviceProperty::Reading has = property->readFromDevice();
+        m_returned();
         if (!PCheckValues::isTaken(setting.value, has.value, has.range))
             texts.append(u"%1: %2"_qs.arg(QString::fromLatin1(property->id()),
                                           PCheckValues::describe(setting.value, has)));

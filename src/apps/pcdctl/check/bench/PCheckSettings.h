@@ -9,12 +9,19 @@
 #include <QStringList>
 #include <QVariant>
 
+#include <functional>
+
 class PDevice;
 class PDeviceProperty;
 
 /// The settings that a camera had before a check, to be set back. The device's thread.
 class PCheckSettings {
 public:
+    /// Called after each property that was read or set: the driver has returned.
+    using Returned = std::function<void()>;
+
+    explicit PCheckSettings(Returned returned);
+
     /// True if a check may set the property: not a command, not a reading such as a temperature,
     /// and not what warms or cools the camera.
     static bool maySet(const PDeviceProperty& property);
@@ -39,6 +46,7 @@ private:
         QVariant value;
     };
 
+    Returned m_returned;
     PDeviceMode m_mode;
     QList<Setting> m_settings;
 };

@@ -95,8 +95,10 @@ PCheckResult examineBlockedHost(PCheckBench& bench) {
     const auto count = [&] { return bench.frames()->seen().live - before; };
     // Meanwhile the device's thread runs no events, as if the host were busy.
     const QDeadlineTimer deadline(bench.frameTimeout());
-    while (count() < framesToSee && !deadline.hasExpired())
+    while (count() < framesToSee && !deadline.hasExpired()) {
+        bench.touch();
         std::this_thread::sleep_for(Milliseconds(5));
+    }
     return PCheckResult::unless(count() >= framesToSee
                                     ? QString()
                                     : u"%1 frames arrived while the host was busy"_qs.arg(count()));

@@ -116,7 +116,7 @@ PCheckResult examineSaving(PCheckBench& bench) {
 /// Writes the whole device, sets another value of one property and mode, reads all back.
 PCheckResult examineDeviceSaving(PCheckBench& bench) {
     PDevice& device = bench.device();
-    PCheckSettings before;
+    PCheckSettings before([&bench] { bench.touch(); });
     before.take(device);
     PJsonWriter writer;
     const bool isWritten = device.writeStreamThis(&writer, savedName);
