@@ -146,6 +146,52 @@ TEST(ThrowingDriverAtFirst, leaves_a_whole_report_and_what_was_not_examined) {
         << result.output.constData();
 }
 
+/// Why each rule was skipped, in their order.
+QStringList collectSkipped(const QJsonObject& report) {
+    QStringList texts;
+    for (const QJsonValue& rule : report[u"rules"].toArray())
+        texts.append(rule[u"skipped"].toString());
+    return texts;
+}
+
+TEST(UnnoticedCable, leaves_the_rules_about_what_follows_unexamined) {
+    const CtlResult result =
+        checkDriver(u"PCD_MUTANT"_qs, u"hot-plug.noticed"_qs,
+                    {jsonWord, u"--allow=unplug"_qs, u"--timeout=1"_qs, u"--filter"_qs,
+                     u"hot-plug.returns,hot-plug.calls-return,hot-plug.stream-ends,"
+                     "hot-plug.opens-again,hot-plug.streams-again,hot-plug.nothing-left"_qs});
+    EXPECT_EQ(collectSkipped(result.json), QStringList(6, u"the camera is still in the list"_qs))
+        << result.output.constData();
+    EXPECT_EQ(result.errors, u"pcdctl: nothing could be examined\n"_qs);
+}
+
+class CheckSerial : public CheckFaults {
+protected:
+    CtlResult unplug() const {
+        return runCtl({u"check"_qs, u"--sdk=sim"_qs, u"--scene"_qs,
+                       scene.writeTo(path(u"scene.json"_qs)), u"--allow=unplug"_qs,
+                       u"--filter=hot-plug.noticed,hot-plug.returns"_qs, jsonWord});
+    }
+};
+
+TEST_F(CheckSerial, may_be_longer_than_what_the_driver_keeps_of_it) {
+    scene = CtlScene().addCamera(u"cam-1"_qs, u"S1234567890123456789012345678"_qs);
+    const CtlResult result = unplug();
+    EXPECT_EQ(result.exitCode, 0) << result.output.constData();
+    EXPECT_EQ(result.json[u"totals"][u"passed"].toInt(), 2);
+}
+
+TEST_F(CheckSerial, of_several_cameras_unplugs_none_of_them) {
+    scene = CtlScene()
+                .addCamera(u"cam-1"_qs, u"S123456789-1"_qs)
+                .addCamera(u"cam-2"_qs, u"S123456789-2"_qs);
+    const CtlResult result = unplug();
+    EXPECT_EQ(collectSkipped(result.json),
+              QStringList(2, u"several cameras have the serial number \"S123456789\""_qs));
+    scene = CtlScene().addCamera(u"cam-1"_qs, QString());
+    EXPECT_EQ(collectSkipped(unplug().json), QStringList(2, u"the camera has no serial number"_qs));
+}
+
 TEST(ThrowingDriverCommand, fails_with_a_message_whatever_is_thrown) {
     for (const auto& [fault, message] :
          {std::pair("throw tryLink", "pcdctl: the driver is broken\n"),

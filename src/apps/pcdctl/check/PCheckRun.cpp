@@ -8,6 +8,7 @@
 #include <apps/common/hang/POverdueCalls.h>
 #include <apps/common/hang/PStderrLine.h>
 
+#include <algorithm>
 #include <cstdio>
 
 #include <unistd.h>
@@ -26,6 +27,17 @@ QString describeHang(PHangWatch::Milliseconds waited) {
                : u"the driver has not returned for %1 s, waiting for %2"_qs.arg(seconds, calls);
 }
 
+/// Why the number does not tell which camera it is; empty if it does.
+QString findSerialProblem(PCtlHost& host, const QString& serial) {
+    if (serial.isEmpty())
+        return u"the camera has no serial number"_qs;
+    const QList<PDevice*> devices = host.manager().devices();
+    const auto count = std::count_if(devices.begin(), devices.end(), [&](const PDevice* device) {
+        return host.identify(device).serial == serial;
+    });
+    return count > 1 ? u"several cameras have the serial number \"%1\""_qs.arg(serial) : QString();
+}
+
 } // namespace
 
 PCheckRun::PCheckRun(PCtlHost& host, PDevice* device, const QList<PCheckRule>& rules,
@@ -36,8 +48,9 @@ PCheckRun::PCheckRun(PCtlHost& host, PDevice* device, const QList<PCheckRule>& r
     , m_bench(host.manager(), device, m_watch, options.timeout.value_or(usualTimeout))
     , m_runner(m_bench, m_watch, rules, options.check) {
     if (m_camera.simulated) {
-        m_bench.setCable(PCheckCable([&sdk = host.sdk(), serial = m_camera.serial](bool in) {
-            return sdk.setPlugged(serial, in);
+        m_bench.setCable(PCheckCable([&sdk = host.sdk(), serial = m_camera.serial,
+                                      problem = findSerialProblem(host, m_camera.serial)](bool in) {
+            return problem.isEmpty() ? sdk.setPlugged(serial, in) : PStatus::failure(problem);
         }));
     }
 }

@@ -6,6 +6,9 @@
 #include <PCd/device/PDeviceRegister.h>
 #include <PCd/property/PDeviceProperty.h>
 
+#include <algorithm>
+#include <optional>
+
 namespace {
 
 using Where = PCheckRule::Where;
@@ -28,11 +31,14 @@ QList<QByteArray> collectDeviceIds(PDevice& device) {
 }
 
 /// As a window does, until it learns that the camera is gone.
-void useDevice(PDevice& device) {
+void useDevice(PCheckBench& bench, PDevice& device) {
     device.getSupportModes();
     device.getCurrentMode();
-    for (PDeviceProperty* property : device.supportProperties())
+    for (PDeviceProperty* property : device.supportProperties()) {
+        bench.touch();
         property->readFromDevice();
+    }
+    bench.touch();
     device.startStream();
     device.stopStream();
 }
@@ -42,7 +48,7 @@ class Replug {
 public:
     /// `use`: what to do with the camera while it is gone and its device still exists.
     explicit Replug(
-        PCheckBench& bench, void (*use)(PDevice&) = [](PDevice&) {})
+        PCheckBench& bench, void (*use)(PCheckBench&, PDevice&) = [](PCheckBench&, PDevice&) {})
         : m_bench(bench)
         , m_register(bench.deviceRegister())
         , m_use(use)
@@ -59,7 +65,7 @@ public:
             return unplugged;
         // A driver may notice it later, and calls reach a camera that is not there.
         if (m_bench.isPresent())
-            m_bench.attempt([this] { m_use(m_bench.device()); });
+            m_bench.attempt([this] { m_use(m_bench, m_bench.device()); });
         m_isNoticed = waitUntilListed(false);
         m_bench.waitAnyway([] { return false; }, lateTime);
         m_frames = m_bench.frames()->seen().live;
@@ -71,14 +77,21 @@ public:
     }
 
     // What is wrong; empty if nothing is.
+    QString findNothing() const { return {}; }
     QString findRemovalProblem() const {
         return m_isNoticed ? QString() : u"the camera is still in the list"_qs;
     }
     QString findReturnProblem() const {
         return m_isBack ? QString() : u"no camera with the same id has appeared"_qs;
     }
+    /// That it did not go, or did not come back.
+    QString findCycleProblem() const {
+        const QString removal = findRemovalProblem();
+        return removal.isEmpty() ? findReturnProblem() : removal;
+    }
     QString findLateFrames() const {
-        const quint64 late = m_frames - m_framesAtRemoval.value_or(m_frames);
+        // At most as many: counting begins from zero with each stream.
+        const quint64 late = m_frames - std::min(m_framesAtRemoval.value_or(m_frames), m_frames);
         return late == 0 ? QString()
                          : u"%1 frames arrived after the camera had left the list"_qs.arg(late);
     }
@@ -102,12 +115,12 @@ private:
             return;
         m_framesAtRemoval = m_bench.frames()->seen().live;
         // The driver emits this: nothing may be thrown through it.
-        m_bench.attempt([&] { m_use(device); });
+        m_bench.attempt([&] { m_use(m_bench, device); });
     }
 
     PCheckBench& m_bench;
     PDeviceRegister& m_register;
-    void (*const m_use)(PDevice&);
+    void (*const m_use)(PCheckBench&, PDevice&);
     const QByteArray m_id;
     const QList<QByteArray> m_ids; ///< of modes and properties
     std::optional<quint64> m_framesAtRemoval;
@@ -117,60 +130,71 @@ private:
     QObject m_context; ///< last: no signal arrives once this is gone
 };
 
-/// Unplugs once, and plugs in again; the rest depends on the rule.
-PCheckResult judge(Replug& replug, QString (Replug::*problem)() const) {
+using Problem = QString (Replug::*)() const;
+
+/// Unplugs once, and plugs in again. With the first problem the rule cannot be examined; with the
+/// second one it is broken.
+PCheckResult judge(Replug& replug, Problem obstacle, Problem problem) {
     const PStatus unplugged = replug.run();
-    return unplugged.isOk() ? PCheckResult::unless((replug.*problem)())
-                            : PCheckResult::skipped(unplugged.reason());
+    if (!unplugged.isOk())
+        return PCheckResult::skipped(unplugged.reason());
+    const QString reason = (replug.*obstacle)();
+    return reason.isEmpty() ? PCheckResult::unless((replug.*problem)())
+                            : PCheckResult::skipped(reason);
 }
 
-template <QString (Replug::*problem)() const>
+template <Problem obstacle, Problem problem>
 PCheckResult examineIdle(PCheckBench& bench) {
     Replug replug(bench);
-    return judge(replug, problem);
+    return judge(replug, obstacle, problem);
 }
 
-template <QString (Replug::*problem)() const>
+template <Problem obstacle, Problem problem>
 PCheckResult examineInStream(PCheckBench& bench) {
     const PStatus stream = bench.ensureStream();
     if (!stream.isOk())
         return PCheckResult::skipped(stream.reason());
     Replug replug(bench);
-    return judge(replug, problem);
+    return judge(replug, obstacle, problem);
 }
 
 /// What the driver throws at the calls is what fails.
 PCheckResult examineCalls(PCheckBench& bench) {
     Replug replug(bench, useDevice);
-    return judge(replug, &Replug::findRemovalProblem);
+    return judge(replug, &Replug::findRemovalProblem, &Replug::findNothing);
 }
 
 PCheckResult examineStreamAfterReturn(PCheckBench& bench) {
     Replug replug(bench);
-    const PStatus unplugged = replug.run();
-    if (!unplugged.isOk())
-        return PCheckResult::skipped(unplugged.reason());
+    const PCheckResult returned = judge(replug, &Replug::findCycleProblem, &Replug::findNothing);
+    if (returned.state != PCheckResult::State::Passed)
+        return returned;
     const PStatus stream = bench.ensureStream();
     bench.stopStream();
     return PCheckResult::unless(stream.reason());
 }
 
-/// Fails if there is no way to unplug the camera.
+/// Fails if there is no way to unplug the camera, or if it did not go and come back.
 PStatus replugOften(PCheckBench& bench, int count) {
-    PStatus status;
-    for (int i = 0; i < count && status.isOk() && bench.isPresent(); ++i)
-        status = Replug(bench).run();
-    return status;
+    for (int i = 0; i < count; ++i) {
+        Replug replug(bench);
+        const PCheckResult result = judge(replug, &Replug::findCycleProblem, &Replug::findNothing);
+        if (result.state != PCheckResult::State::Passed)
+            return PStatus::failure(result.text);
+    }
+    return PStatus::Ok;
 }
 
 PCheckResult examineRest(PCheckBench& bench) {
     if (!bench.cable().isAutomatic(bench.deviceRegister()))
         return PCheckResult::skipped(u"the user would have to unplug the camera five times"_qs);
-    const PStatus unplugged = replugOften(bench, warmUpCables);
-    if (!unplugged.isOk())
-        return PCheckResult::skipped(unplugged.reason());
+    const PStatus warm = replugOften(bench, warmUpCables);
+    if (!warm.isOk())
+        return PCheckResult::skipped(warm.reason());
     const PProcessUsage before = PProcessUsage::read();
-    replugOften(bench, measuredCables);
+    const PStatus measured = replugOften(bench, measuredCables);
+    if (!measured.isOk())
+        return PCheckResult::skipped(measured.reason());
     const auto findRest = [&] {
         const PProcessUsage now = PProcessUsage::read();
         QStringList texts{now.describeThreads(before, measuredCables),
@@ -197,12 +221,13 @@ QList<PCheckRule> PCheckRules::hotPlug() {
     const QStringList both{u"hot-plug.noticed"_qs, u"hot-plug.returns"_qs};
     return {
         makeCableRule(u"hot-plug.noticed"_qs, u"A camera that was unplugged leaves the list."_qs,
-                      search, &examineIdle<&Replug::findRemovalProblem>, {}),
+                      search, &examineIdle<&Replug::findNothing, &Replug::findRemovalProblem>, {}),
         makeCableRule(
             u"hot-plug.returns"_qs,
             u"A camera that was plugged in again appears with the id that it had: hosts go on with "
             "it."_qs,
-            search, &examineIdle<&Replug::findReturnProblem>, both.mid(0, 1)),
+            search, &examineIdle<&Replug::findRemovalProblem, &Replug::findReturnProblem>,
+            both.mid(0, 1)),
         makeCableRule(
             u"hot-plug.calls-return"_qs,
             u"Using a camera that was unplugged returns without an exception: hosts learn of it a "
@@ -213,17 +238,17 @@ QList<PCheckRule> PCheckRules::hotPlug() {
             u"hot-plug.while-streaming"_qs,
             u"A camera that is unplugged in a stream leaves the list."_qs,
             u"Notice in the frame callback that the camera is gone, and post one call."_qs,
-            &examineInStream<&Replug::findRemovalProblem>, both),
+            &examineInStream<&Replug::findNothing, &Replug::findRemovalProblem>, both),
         makeCableRule(
             u"hot-plug.stream-ends"_qs,
             u"No frame arrives from a camera that has left the list: its stream has ended."_qs,
             u"In tryStopStream() end the thread that sends frames, also without the camera."_qs,
-            &examineInStream<&Replug::findLateFrames>,
+            &examineInStream<&Replug::findRemovalProblem, &Replug::findLateFrames>,
             both + QStringList{u"hot-plug.while-streaming"_qs, u"stream.silent-after-stop"_qs}),
         makeCableRule(u"hot-plug.opens-again"_qs,
                       u"A camera that was plugged in again can be linked, and has the modes and "
                       "properties that it had."_qs,
-                      again, &examineIdle<&Replug::findOpeningProblem>,
+                      again, &examineIdle<&Replug::findCycleProblem, &Replug::findOpeningProblem>,
                       both + QStringList{u"open.link"_qs}),
         makeCableRule(u"hot-plug.streams-again"_qs,
                       u"A camera that was plugged in again can stream."_qs, again,
