@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <csignal>
 
 #include <sys/wait.h>
@@ -24,7 +25,11 @@ void endViewerFromChild(pid_t viewer) {
         PHangProgram::endViewer(viewer);
         ::_exit(0);
     }
-    ASSERT_EQ(::waitpid(child, nullptr, 0), child);
+    pid_t ended = 0;
+    do
+        ended = ::waitpid(child, nullptr, 0);
+    while (ended < 0 && errno == EINTR); // by the signal that the child sends
+    ASSERT_EQ(ended, child);
 }
 
 } // namespace
