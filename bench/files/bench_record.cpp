@@ -4,6 +4,7 @@
 
 #include <figure/FigureProgram.h>
 #include <figure/Stopwatch.h>
+#include <stub/SensorNoise.h>
 
 #include <QDir>
 #include <QFile>
@@ -11,7 +12,6 @@
 #include <QTemporaryDir>
 
 #include <memory>
-#include <random>
 
 // A recording of 20-megapixel colour frames: the cost of writing an OME-TIFF or OME-Zarr, compared
 // with writing the same number of bytes from memory to a plain file. All end in the system's cache.
@@ -39,14 +39,7 @@ PDeviceFrame cameraFrame() {
     if (!frame.image.create(header))
         throw std::bad_alloc();
     const PDIP::ImageRawData data = frame.image.rawData(PDIP::AccessMode::Write);
-    // Even light with the noise of a sensor, which is what costs time when it is compressed.
-    std::mt19937 random(1);
-    std::normal_distribution<float> noise(160, 4);
-    std::vector<unsigned char> samples(1 << 20);
-    for (unsigned char& sample : samples)
-        sample = static_cast<unsigned char>(noise(random));
-    for (std::size_t i = 0; i < data.size(); ++i)
-        data.data()[i] = samples[(i * 257) % samples.size()];
+    SensorNoise::fill(data.data(), data.size());
     auto stamp = std::make_shared<PFrameStamp>();
     stamp->settings = std::make_shared<PDeviceSettings>();
     frame.stamp = std::move(stamp);

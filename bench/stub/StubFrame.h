@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <stub/SensorNoise.h>
+
+#include <PCore/PExport.h>
+
 #include <toupcam/toupcam.h>
 
 #include <cstddef>
@@ -8,10 +12,14 @@
 
 /// A frame as the stub SDK's cameras have it: pixels in memory of theirs, and the header of the
 /// callback. A value type; any thread.
-class StubFrame {
+class PCD_EXPORT StubFrame {
 public:
     /// A frame of this size in pixels, of 8 or 24 bits each. Its memory has been written to.
     StubFrame(int width, int height, int bits);
+
+    /// Gives it even light and the noise of a sensor, which takes as long to compress as a camera's
+    /// frames do.
+    void addNoise() { SensorNoise::fill(m_pixels.data(), m_pixels.size()); }
 
     /// Pushes it into the camera whose stream was started last, on this thread. Throws
     /// std::runtime_error if there is none.

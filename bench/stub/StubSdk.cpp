@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <stub/StubSdk.h>
 
+#include <stub/StubRemote.h>
 #include <stub/StubSession.h>
 
 #include <dlfcn.h>
@@ -92,10 +93,13 @@ HRESULT Toupcam_get_SerialNumber(HToupcam h, char sn[32]) {
 }
 
 HRESULT Toupcam_StartPushMode(HToupcam h, PTOUPCAM_DATA_CALLBACK funcData, void* ctxData) {
-    const std::lock_guard lock(stream.mutex);
-    stream.camera = h;
-    stream.callback = funcData;
-    stream.context = ctxData;
+    {
+        const std::lock_guard lock(stream.mutex);
+        stream.camera = h;
+        stream.callback = funcData;
+        stream.context = ctxData;
+    }
+    StubRemote::begin();
     return S_OK;
 }
 
