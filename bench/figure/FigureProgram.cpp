@@ -31,12 +31,12 @@ private:
 };
 
 /// What scripts/bench reads, apart from the numbers: words that no counter can carry.
-std::string makeLabel(const Figure& figure) {
-    return figure.ours + '|' + figure.reference + '|' + figure.unit;
+std::string makeLabel(const Figure& figure, const std::string& ours) {
+    return ours + '|' + figure.reference + '|' + figure.unit;
 }
 
 void report(benchmark::State& state, const Figure& figure, const Turns& turns) {
-    state.SetLabel(makeLabel(figure));
+    state.SetLabel(makeLabel(figure, figure.ours));
     state.counters["ours"] = turns.ours();
     state.counters["target"] = figure.target;
     if (figure.bound == Figure::Bound::Value)
@@ -44,6 +44,14 @@ void report(benchmark::State& state, const Figure& figure, const Turns& turns) {
     state.counters["reference"] = turns.reference();
     state.counters["ratio"] = turns.ratio();
     state.counters["spread"] = turns.spread();
+}
+
+void reportMissing(benchmark::State& state, const Figure& figure, const std::string& reason) {
+    for ([[maybe_unused]] auto _ : state) {
+    }
+    state.SetLabel(makeLabel(figure, figure.ours + " (not built: " + reason + ")"));
+    state.counters["missing"] = 1;
+    state.counters["target"] = figure.target;
 }
 
 void measure(benchmark::State& state, const Figure& figure, const FigureProgram::Prepare& prepare) {
@@ -66,6 +74,12 @@ void FigureProgram::add(const Figure& figure, Prepare prepare) {
                                                           benchmark::State& state) {
         measure(state, figure, prepare);
     })->Iterations(1); // which takes all turns
+}
+
+void FigureProgram::addMissing(const Figure& figure, const std::string& reason) {
+    benchmark::RegisterBenchmark(figure.name.c_str(), [figure, reason](benchmark::State& state) {
+        reportMissing(state, figure, reason);
+    })->Iterations(1);
 }
 
 int FigureProgram::run(int argc, char** argv) {

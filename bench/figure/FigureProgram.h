@@ -17,6 +17,10 @@ public:
     /// counted. The result is the median of each, and of the ratios within the turns.
     static void add(const Figure& figure, Prepare prepare);
 
+    /// Adds a figure that this build cannot measure, and why, in a few words: the table has its
+    /// row, and the run does not succeed.
+    static void addMissing(const Figure& figure, const std::string& reason);
+
     /// The main() of the program: runs the figures that the command line selects. Returns the exit
     /// code: not 0 if an option is wrong, if nothing was run, or if something could not be
     /// measured.

@@ -10,7 +10,7 @@ from .compare import differences
 from .figures import FigureError, figure_from, figure_of
 from .machine import machine
 from .programs import ProgramError, build, programs_in, rows_of
-from .table import failing, table
+from .table import failing, missing, table
 
 EXIT_FAILING, EXIT_BAD_INPUT, EXIT_FAILED = 1, 2, 3
 RESULTS = Path("build", "bench.json")
@@ -101,7 +101,11 @@ def run(root, options):
     bad = failing(figures)
     if bad:
         print(f"\n{len(bad)} of {len(figures)} do not hold: {', '.join(bad)}")
-    return EXIT_FAILING if bad else 0
+    absent = missing(figures)
+    if absent:
+        print(f"\n{len(absent)} of {len(figures)} were not measured, as what they need was not "
+              f"built: {', '.join(absent)}")
+    return EXIT_FAILING if bad or absent else 0
 
 
 def main(root):

@@ -10,8 +10,15 @@ def spread_of(figure):
     return figure.spread / figure.ratio if figure.ratio and figure.spread else 0
 
 
+def bounded(figure):
+    """The number that the target bounds, as text."""
+    return "not built" if figure.missing else number(figure.bounded)
+
+
 def note(before, now):
     """What a reader should see first."""
+    if before.missing or now.missing:
+        return "" if now.missing and before.missing else "NOT BUILT" if now.missing else "new"
     if before.holds != now.holds:
         return "holds now" if now.holds else "NO LONGER HOLDS"
     if before.bounded and abs(now.bounded / before.bounded - 1) > max(
@@ -22,8 +29,10 @@ def note(before, now):
 
 def cells(before, now):
     """The row of a figure that both runs have."""
-    change = f"{100 * (now.bounded / before.bounded - 1):+.1f} %" if before.bounded else "-"
-    return (now.name, number(before.bounded), number(now.bounded), change, note(before, now))
+    change = "-"
+    if before.bounded and not now.missing:
+        change = f"{100 * (now.bounded / before.bounded - 1):+.1f} %"
+    return (now.name, bounded(before), bounded(now), change, note(before, now))
 
 
 def differences(before, now):
@@ -31,9 +40,9 @@ def differences(before, now):
     old = {figure.name: figure for figure in before}
     rows = [COLUMNS]
     rows += [cells(old[figure.name], figure) for figure in now if figure.name in old]
-    rows += [(figure.name, "-", number(figure.bounded), "-", "new") for figure in now
+    rows += [(figure.name, "-", bounded(figure), "-", "new") for figure in now
              if figure.name not in old]
     names = {figure.name for figure in now}
-    rows += [(figure.name, number(figure.bounded), "-", "-", "not measured now")
+    rows += [(figure.name, bounded(figure), "-", "-", "not measured now")
              for figure in before if figure.name not in names]
     return aligned(rows)

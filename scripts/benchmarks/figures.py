@@ -9,27 +9,33 @@ class FigureError(Exception):
 
 @dataclass
 class Figure:
-    """One row of the table; reference, ratio and spread are None if the value alone is bounded."""
+    """One row of the table; reference, ratio and spread are None if the value alone is bounded, and
+    ours too if this build cannot measure it."""
 
     name: str
     what: str
     against: str
     unit: str
-    ours: float
+    ours: float | None
     reference: float | None
     ratio: float | None
     spread: float | None
     target: float
 
     @property
+    def missing(self):
+        """Whether this build has nothing that could be measured."""
+        return self.ours is None
+
+    @property
     def bounded(self):
-        """The number that the target bounds."""
+        """The number that the target bounds; None if it is missing."""
         return self.ours if self.ratio is None else self.ratio
 
     @property
     def holds(self):
         """Whether the target does."""
-        return self.bounded <= self.target
+        return not self.missing and self.bounded <= self.target
 
     def as_dict(self):
         """For JSON."""
@@ -42,9 +48,9 @@ def figure_of(row):
     if row.get("error_occurred"):
         raise FigureError(f"{name}: {row.get('error_message', 'failed')}")
     words = row.get("label", "").split("|")
-    if len(words) != 3 or "ours" not in row or "target" not in row:
+    if len(words) != 3 or "target" not in row or ("ours" in row) == ("missing" in row):
         raise FigureError(f"{name}: is not a figure; see bench/figure/FigureProgram.h")
-    return Figure(name, *words, row["ours"], row.get("reference"), row.get("ratio"),
+    return Figure(name, *words, row.get("ours"), row.get("reference"), row.get("ratio"),
                   row.get("spread"), row["target"])
 
 

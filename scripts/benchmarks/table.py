@@ -24,6 +24,8 @@ def ratio(value):
 def cells(figure):
     """The row of a figure."""
     target = number(figure.target) if figure.ratio is not None else cost(figure.target, figure.unit)
+    if figure.missing:
+        return (figure.name, "not built", "-", "-", "-", number(figure.target), "NO")
     return (figure.name, cost(figure.ours, figure.unit), cost(figure.reference, figure.unit),
             ratio(figure.ratio), ratio(figure.spread), target, "yes" if figure.holds else "NO")
 
@@ -48,4 +50,9 @@ def table(figures):
 
 def failing(figures):
     """The names of the figures whose targets do not hold."""
-    return [figure.name for figure in figures if not figure.holds]
+    return [figure.name for figure in figures if not figure.holds and not figure.missing]
+
+
+def missing(figures):
+    """The names of the figures that this build cannot measure."""
+    return [figure.name for figure in figures if figure.missing]

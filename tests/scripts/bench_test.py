@@ -113,6 +113,45 @@ class BenchTest(unittest.TestCase):
                      "added - 1.00 - new", "gone 1.00 - - not measured now"):
             self.assertIn(line.split(), [text.split() for text in changes.splitlines()])
 
+    def test_what_was_not_built_is_in_the_table_and_no_success(self):
+        absent = row("ways/python", 1, None, 1.1)
+        del absent["ours"]
+        absent["missing"] = 1
+        self.add_program("bench_a", [absent, row("copy", 1, 1, 2)])
+        result = self.run_bench()
+        self.assertEqual(result.returncode, 1, result.stderr)
+        self.assertEqual(self.line(result, "ways/python"),
+                         "ways/python not built - - - 1.10 NO".split())
+        self.assertIn("1 of 2 were not measured, as what they need was not built: ways/python",
+                      result.stdout)
+        self.assertNotIn("do not hold", result.stdout)
+
+    def test_a_comparison_says_what_was_not_built(self):
+        absent = row("ways/python", 1, None, 1.1)
+        del absent["ours"]
+        absent["missing"] = 1
+        self.add_program("bench_a", [row("ways/python", 1, None, 1.1)])
+        self.assertEqual(self.run_bench().returncode, 0)
+        old = self.folder / "old.json"
+        self.output.rename(old)
+        self.add_program("bench_a", [absent])
+        changes = self.run_bench("--compare", old).stdout
+        self.assertIn("ways/python 1.00 not built - NOT BUILT".split(),
+                      [text.split() for text in changes.splitlines()])
+        self.output.rename(old)
+        self.add_program("bench_a", [row("ways/python", 1, None, 1.1)])
+        changes = self.run_bench("--compare", old).stdout
+        self.assertIn("ways/python not built 1.00 - new".split(),
+                      [text.split() for text in changes.splitlines()])
+
+    def test_a_row_without_numbers_is_an_error(self):
+        broken = row("copy", 1, 1, 2)
+        del broken["ours"]
+        self.add_program("bench_a", [broken])
+        result = self.run_bench()
+        self.assertEqual(result.returncode, 3, result.stdout)
+        self.assertIn("copy: is not a figure", result.stderr)
+
     def test_a_filter_runs_only_what_matches(self):
         self.add_program("bench_a", [row("copy", 1, 1, 2), row("paint", 1, 1, 2)])
         self.add_program("bench_b", [row("start", 1, 1, 2)])
