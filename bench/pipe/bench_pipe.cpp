@@ -114,13 +114,13 @@ FigurePair prepareLatency() {
 int main(int argc, char** argv) {
     const std::string copied = "memcpy() of the same bytes, CPU time";
     FigureProgram::add(
-        {"pipe/20MP-raw", "through a pipe as raw, CPU time of a GB", copied, "ms", 3},
+        {"pipe/20MP-raw", "through a pipe as raw, CPU time of a GB", copied, "ms", 4.5},
         [] { return prepareCost(makeRaw); });
     FigureProgram::add(
-        {"pipe/20MP-y4m", "through a pipe as y4m, CPU time of a GB", copied, "ms", 15},
+        {"pipe/20MP-y4m", "through a pipe as y4m, CPU time of a GB", copied, "ms", 11},
         [] { return prepareCost(makeY4m); });
     FigureProgram::add({"pipe/20MP-latency", "frame to the reader's last byte",
-                        "memcpy() of the same bytes", "ms", 5},
+                        "memcpy() of the same bytes", "ms", 3},
                        prepareLatency);
     return FigureProgram::run(argc, argv);
 }
