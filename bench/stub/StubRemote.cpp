@@ -6,12 +6,14 @@
 #include <QtGlobal>
 
 #include <chrono>
+#include <csignal>
 #include <exception>
 #include <mutex>
 #include <optional>
 #include <thread>
 
 #include <sys/socket.h>
+#include <unistd.h>
 
 namespace {
 
@@ -48,6 +50,7 @@ private:
     std::optional<StubFrame> m_frame;
 };
 
+/// Until the other process has closed the connection, or has ended: nobody else ends this one then.
 void serve(int connection) {
     RemoteFrame frame;
     Request request;
@@ -57,6 +60,7 @@ void serve(int connection) {
         frame.prepare(request);
         reply = frame.send();
     }
+    ::kill(::getpid(), SIGTERM);
 }
 
 } // namespace
@@ -66,7 +70,7 @@ void StubRemote::begin() {
     std::call_once(once, [] {
         bool isGiven = false;
         const int connection = qEnvironmentVariableIntValue(variable, &isGiven);
-        // The camera's thread: it ends when the other process closes the connection.
+        // The camera's thread, from the one that starts the stream: callbacks come on another.
         if (isGiven)
             std::thread(serve, connection).detach();
     });

@@ -24,6 +24,7 @@ public:
     static constexpr Reply ready = 0;
     static constexpr Reply failed = -1;
 
-    /// A camera streams: the first time, starts the thread on which requests are carried out.
+    /// A camera streams: the first time, starts the thread on which requests are carried out. When
+    /// the connection is closed, this process ends as with SIGTERM.
     static void begin();
 };

@@ -21,6 +21,7 @@ constexpr int connectionInProcess = 3; // its first file after the standard ones
 
 std::vector<char*> toPointers(std::vector<std::string>& words) {
     std::vector<char*> pointers;
+    pointers.reserve(words.size() + 1);
     for (std::string& word : words)
         pointers.push_back(word.data());
     pointers.push_back(nullptr);
