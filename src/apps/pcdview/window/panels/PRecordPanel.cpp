@@ -3,10 +3,11 @@
 
 #include <apps/pcdview/capture/PRecordings.h>
 
+#include <PCdGui/PWheelGuard.h>
+
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDoubleSpinBox>
-#include <QEvent>
 #include <QFormLayout>
 #include <QLabel>
 #include <QProgressBar>
@@ -14,8 +15,6 @@
 #include <QSpinBox>
 #include <QTime>
 #include <QVBoxLayout>
-
-#include <initializer_list>
 
 namespace {
 
@@ -64,7 +63,7 @@ PRecordPanel::PRecordPanel(PRecordings& recordings, QWidget* parent)
     , m_text(new QLabel) {
     makeFields(PRecordSettings::remembered());
     makeLayout();
-    guardFromWheel();
+    new PWheelGuard(this); // the dock scrolls
     connect(m_end, &QComboBox::currentIndexChanged, this, &PRecordPanel::showFields);
     connect(m_timeLapse, &QCheckBox::toggled, m_interval, &QWidget::setEnabled);
     connect(m_button, &QPushButton::clicked, this, [this] {
@@ -119,22 +118,6 @@ void PRecordPanel::makeLayout() {
     form->addRow(m_timeLapse);
     form->addRow(QString(), m_interval);
     form->addRow(tr("As:"), m_format);
-}
-
-/// The dock scrolls, and the wheel must not change what it passes.
-void PRecordPanel::guardFromWheel() {
-    for (QWidget* field :
-         std::initializer_list<QWidget*>{m_end, m_frames, m_seconds, m_interval, m_format}) {
-        field->setFocusPolicy(Qt::StrongFocus); // the wheel does not give it the focus
-        field->installEventFilter(this);
-    }
-}
-
-bool PRecordPanel::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() != QEvent::Wheel || static_cast<QWidget*>(watched)->hasFocus())
-        return QWidget::eventFilter(watched, event);
-    event->ignore(); // so that it reaches the dock
-    return true;
 }
 
 PRecordSettings PRecordPanel::settings() const {

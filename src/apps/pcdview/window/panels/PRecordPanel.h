@@ -37,13 +37,9 @@ signals:
     /// The user clicked the button "Record".
     void startRequested();
 
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
-
 private:
     void makeFields(const PRecordSettings& settings);
     void makeLayout();
-    void guardFromWheel();
     void showFields();
     void showProgress();
     QStringList texts(const QString& inFront) const;
