@@ -1,5 +1,5 @@
 # What `cmake --install` puts where, by component: `runtime` (the framework's libraries), `plugin`,
-# `simulator`, `programs`, `development` (headers and what finds them) and `documentation`.
+# `simulator`, `programs`, `development` (headers and what finds them), and if they are built `gstreamer` and `python`.
 
 include_guard(GLOBAL)
 include(GNUInstallDirs)

@@ -2,7 +2,8 @@
 """Tests an installed tree, which was moved: the programs run, other trees find it, and nothing is left
 of one that is removed. (examples_test.py builds and runs hosts and a driver with it.)
 
-Usage: install_test.py BUILD PREFIX: the build folder, and where installed_tree.py left its tree.
+Usage: install_test.py BUILD PREFIX [PART…]: the build folder, where installed_tree.py left its tree, and which of the
+parts `gstreamer` and `python` it has.
 """
 
 import os
@@ -11,10 +12,15 @@ import subprocess
 import sys
 import tempfile
 import unittest
+import venv
 from pathlib import Path
+
+import short_uses
 
 BUILD = None
 PREFIX = None
+ABSENT = ()  # classes of tests
+PYTHON_FOLDER = f"lib/python{sys.version_info.major}.{sys.version_info.minor}/site-packages"
 
 
 class InstallTest(unittest.TestCase):
@@ -93,6 +99,56 @@ class UninstallTest(unittest.TestCase):
             self.assertEqual([path for path in prefix.rglob("*") if not path.is_dir()], [other])
 
 
+class GStreamerTest(unittest.TestCase):
+    """The component `gstreamer` of the tree that was moved."""
+
+    plugin = "lib/gstreamer-1.0/libgstpcd.so"
+
+    def test_a_pipeline_takes_frames(self):
+        with tempfile.TemporaryDirectory() as folder:
+            frames = Path(folder, "frames")
+            run(*short_uses.PIPELINE, f"location={frames}", GST_PLUGIN_PATH=(PREFIX / self.plugin).parent,
+                GST_REGISTRY=Path(folder, "registry.bin"))
+            short_uses.check_frames(self, frames)
+
+    def test_the_plugin_has_no_path_of_the_build(self):
+        self.assertNotIn(str(BUILD), run("readelf", "--dynamic", PREFIX / self.plugin))
+
+
+class PythonTest(unittest.TestCase):
+    """The component `python`."""
+
+    def test_a_program_uses_the_tree_that_was_moved(self):
+        package = PREFIX / PYTHON_FOLDER / "pcd"
+        printed = run(sys.executable, "-c", short_uses.PROGRAM, PYTHONPATH=package.parent, PYTHONDONTWRITEBYTECODE=1)
+        short_uses.check_program(self, printed, package, PREFIX / "lib")
+        self.assertNotIn(str(BUILD), run("readelf", "--dynamic", *package.glob("_pcd.*.so")))
+        # What is installed is what is in the tree, with the types and what declares them.
+        sources = Path(__file__).parents[2] / "python/pcd"
+        kinds = (".py", ".pyi", ".typed")
+        self.assertEqual(*([(path.name, path.read_bytes()) for path in sorted(folder.iterdir()) if path.suffix in kinds]
+                           for folder in (package, sources)))
+
+    def test_in_a_virtual_environment_it_is_found_and_removed(self):
+        with tempfile.TemporaryDirectory() as folder:
+            prefix = Path(folder, "environment")
+            venv.create(prefix, system_site_packages=True, symlinks=True)
+            before = sorted(prefix.rglob("*"))
+            for component in ("runtime", "plugin", "simulator", "python"):
+                run("cmake", "--install", BUILD, "--prefix", prefix, "--component", component)
+            package = prefix / PYTHON_FOLDER / "pcd"
+            printed = run(prefix / "bin/python", "-c", short_uses.PROGRAM, PYTHONDONTWRITEBYTECODE="")
+            short_uses.check_program(self, printed, package, prefix / "lib")
+            self.assertTrue((package / "__pycache__").exists())
+            run("cmake", "--build", BUILD, "--target", "uninstall")
+            self.assertEqual(sorted(prefix.rglob("*")), before)
+
+
+def load_tests(_loader, tests, _pattern):
+    """All tests but those of parts that were not built."""
+    return unittest.TestSuite(test for cases in tests for test in cases if not isinstance(test, ABSENT))
+
+
 def run(*command, **environment):
     """Runs a program offscreen; returns what it prints. Raises with its output if it fails."""
     ended = subprocess.run([str(word) for word in command], check=False, text=True,
@@ -105,7 +161,9 @@ def run(*command, **environment):
 
 
 if __name__ == "__main__":
-    if len(sys.argv) != 3:
+    if len(sys.argv) < 3:
         sys.exit(__doc__)
     BUILD, PREFIX = Path(sys.argv[1]), Path(sys.argv[2])
+    PARTS = {"gstreamer": GStreamerTest, "python": PythonTest}
+    ABSENT = tuple(cases for part, cases in PARTS.items() if part not in sys.argv[3:])
     unittest.main(argv=sys.argv[:1])
