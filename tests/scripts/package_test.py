@@ -10,6 +10,7 @@ packages depend on is installed. Changing into it takes the rights that mmdebstr
 import hashlib
 import json
 import os
+import re
 import shutil
 import subprocess
 import sys
@@ -17,9 +18,12 @@ import tempfile
 import unittest
 from pathlib import Path
 
+import short_uses
+
 PACKAGES = []  # files
 ROOT = None  # of the clean Debian
 LIBRARIES = Path("usr/lib/x86_64-linux-gnu")
+MODULES = Path("usr/lib/python3/dist-packages")
 USER, HOME = "nobody", "tmp/home"
 # What running programs, apt and dpkg write without packages: devices and processes, lists and logs.
 OF_THE_SYSTEM = ("dev", "proc", "sys", "run", "tmp", "var/cache/apt", "var/cache/debconf", "var/cache/ldconfig",
@@ -97,7 +101,8 @@ class Unpacked:
         """Runs a program that finds the packages' files before the system's."""
         environment = {"HOME": str(self.home), "LANG": "C.UTF-8", "PATH": f"{self.root}/usr/bin:/usr/bin:/bin",
                        "LD_LIBRARY_PATH": str(self.root / LIBRARIES), "MANPATH": str(self.root / "usr/share/man"),
-                       "QT_QPA_PLATFORM": "offscreen", "MANPAGER": "cat"}
+                       "GST_PLUGIN_PATH": str(self.root / LIBRARIES / "gstreamer-1.0"),
+                       "PYTHONPATH": str(self.root / MODULES), "QT_QPA_PLATFORM": "offscreen", "MANPAGER": "cat"}
         return run(*command, environment=environment, **options)
 
 
@@ -150,6 +155,24 @@ class InUseTest(unittest.TestCase):
             # Debian's /lib is a link to /usr/lib, and the loader may use either.
             self.assertTrue(found[topic][1].endswith(f"{LIBRARIES.relative_to('usr')}/pcd/{file}"), report)
         self.assertEqual(found["cameras"][0], "ok", report)
+
+    def test_gstreamer_finds_the_element_and_takes_frames(self):
+        # GStreamer too finds its plugins in /lib.
+        plugin = re.escape(f"/{LIBRARIES.relative_to('usr')}/gstreamer-1.0/libgstpcd.so")
+        self.assertRegex(DEBIAN.use("gst-inspect-1.0", "pcdsrc"), rf"(?m)^ *Filename +\S*{plugin}$")
+        frames = DEBIAN.home / "frames"
+        DEBIAN.use(*short_uses.PIPELINE, f"location={self.inside(frames)}")
+        short_uses.check_frames(self, frames)
+
+    def test_python_takes_a_still_and_frames_as_arrays(self):
+        package, libraries = (Path(self.inside(DEBIAN.root / folder)) for folder in (MODULES / "pcd", LIBRARIES))
+        short_uses.check_program(self, DEBIAN.use("/usr/bin/python3", "-c", short_uses.PROGRAM), package, libraries)
+        for name in ("_pcd.pyi", "py.typed"):
+            self.assertTrue((DEBIAN.root / MODULES / "pcd" / name).is_file(), name)
+
+    def test_the_examples_in_python_are_beside_the_module(self):
+        example = DEBIAN.root / "usr/share/doc/python3-pcd/examples/track_focus.py"
+        self.assertIn("sharpest at step 12.", DEBIAN.use("/usr/bin/python3", self.inside(example)))
 
     def inside(self, path):
         """A path as the programs see it."""
