@@ -83,10 +83,12 @@ std::optional<QVariantMap> fieldsIn(const QVariant& form, const PDeviceProperty*
 
 QList<Difference> compareSetting(const QByteArray& id, const QVariant& inFile,
                                  const PDeviceProperty* property) {
-    if (property != nullptr && property->isUnread())
-        return {};
-    if (const auto fields = fieldsIn(inFile, property))
-        return differencesOfFields(id, *fields, property->valueInner());
+    if (property != nullptr) {
+        if (property->isUnread())
+            return {};
+        if (const auto fields = fieldsIn(inFile, property))
+            return differencesOfFields(id, *fields, property->valueInner());
+    }
     const QVariant onCamera = savedForm(property);
     if (PPropertyEncoding::areEqual(inFile, onCamera))
         return {};
