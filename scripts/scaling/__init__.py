@@ -1,0 +1,1 @@
+"""What scripts/scale measures: cameras, recordings and clocks on more than one computer."""
