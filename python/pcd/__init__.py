@@ -39,6 +39,7 @@ from .events import CameraInfo, Subscription, attach, handle_events, on_plug, on
 from .properties import Area, Properties, Property, Range, Region
 from .simulator import Simulator, simulate
 from .streams import AsyncStream, Stream
+from .texts import described_by
 
 __all__ = [
     "Area", "AsyncStream", "BadValueError", "BusyError", "Camera", "CameraInfo", "ClosedError",
@@ -65,8 +66,8 @@ def configure(
     _warn()
 
 
+@described_by(_pcd.cameras)
 def cameras() -> list[CameraInfo]:
-    """The cameras that are plugged in now."""
     found = [CameraInfo(**camera) for camera in _pcd.cameras()]
     _warn()
     return found

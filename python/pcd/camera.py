@@ -13,6 +13,7 @@ from ._pcd import Frame
 from .errors import BadValueError, NoPropertyError, RefusedError, check_time
 from .properties import Properties, Property
 from .streams import AsyncStream, Stream
+from .texts import described_by
 
 _Path = Union[str, "os.PathLike[str]"]
 
@@ -21,47 +22,38 @@ QUEUE = 8
 
 
 @dataclass(frozen=True)
+@described_by(_pcd.texts["Mode"])
 class Mode:
-    """One resolution of a camera, in pixels."""
-
     id: str
     name: str
     width: int
     height: int
-    #: Bits of a pixel.
     bit_depth: int
 
 
 @dataclass(frozen=True)
+@described_by(_pcd.texts["ProfileReport"])
 class ProfileReport:
-    """What happened to each value of a profile."""
+    """`refused` and `ignored` map ids to reasons."""
 
-    #: In the order in which they were sent.
     applied: list[str]
-    #: The camera lacks these, cannot have them, or refused them: ids and reasons.
     refused: dict[str, str]
-    #: Actions, and what profiles do not contain: ids and reasons.
     ignored: dict[str, str]
-    #: Settings of the camera that the file does not have.
     missing: list[str]
-    #: Says so if the profile was saved from another camera.
     note: str
 
 
 @dataclass(frozen=True)
+@described_by(_pcd.texts["Recording"])
 class Recording:
-    """What a recording has. `wanted` is the sum of the next four."""
+    """`wanted` is the sum of the next four. `path` is the name that `record()` was given."""
 
     path: str
     wanted: int
     written: int
-    #: Could not be written.
     failed: int
-    #: Arrived while too many waited for the disk.
     refused: int
-    #: Have not arrived.
     not_taken: int
-    #: Besides: between the frames of a time-lapse.
     not_due: int
 
 
@@ -101,8 +93,8 @@ class Camera:
         return self._session.identity["simulated"]
 
     @property
+    @described_by(_pcd.Session.is_open)
     def is_open(self) -> bool:
-        """False once it was closed or unplugged."""
         return self._session.is_open
 
     @property
@@ -111,13 +103,13 @@ class Camera:
         return Properties(self._session)
 
     @property
+    @described_by(_pcd.Session.modes)
     def modes(self) -> list[Mode]:
-        """The resolutions that the camera has."""
         return [Mode(**mode) for mode in self._session.modes()]
 
     @property
+    @described_by(_pcd.Session.mode)
     def mode(self) -> Mode | None:
-        """The resolution: a `Mode`, its id or its name can be assigned, also during a stream."""
         found = self._session.mode()
         return None if found is None else Mode(**found)
 
@@ -125,8 +117,8 @@ class Camera:
     def mode(self, mode: Mode | str) -> None:
         self._session.set_mode(mode.id if isinstance(mode, Mode) else mode)
 
+    @described_by(_pcd.Session.close)
     def close(self) -> None:
-        """Stops and closes the camera; its frames stay. Nothing the second time."""
         self._session.close()
 
     def stream(
@@ -151,6 +143,7 @@ class Camera:
         check_time("timeout", timeout)
         return AsyncStream(lambda: self._session.stream(frames, queue, timeout))
 
+    @described_by(_pcd.Session.trigger)
     def trigger(
         self,
         frames: int | None = 1,
@@ -160,23 +153,18 @@ class Camera:
         queue: int = QUEUE,
         timeout: float | None = None,
     ) -> Stream:
-        """Triggered frames: `for frame in camera.trigger(10, exposure=20)`.
-
-        The run begins with the loop: at once, or with `external` by the signals at the camera's
-        input, one for each frame. `exposure` is in milliseconds; without it, as the camera has it
-        for triggered frames. Afterwards the camera is in live capture again.
-        """
+        """The run begins with the loop: `for frame in camera.trigger(10, exposure=20)`."""
         self._check_counts(frames, queue)
         check_time("timeout", timeout)
         check_time("exposure", exposure, "milliseconds")
         return Stream(lambda: self._session.trigger(frames, queue, timeout, external, exposure))
 
+    @described_by(_pcd.Session.snap)
     def snap(self, timeout: float | None = None) -> Frame:
-        """A still; of a camera that takes none, a live frame. Also during a stream. `timeout` is in
-        seconds."""
         check_time("timeout", timeout)
         return self._session.snap(timeout)
 
+    @described_by(_pcd.Session.record)
     def record(
         self,
         path: _Path,
@@ -187,15 +175,6 @@ class Camera:
         pixel_size: float | None = None,
         timeout: float | None = None,
     ) -> Recording:
-        """Records live frames into files, and returns when they are complete.
-
-        A name that ends in .ome.tif gets all frames in one file; a name such as run-####.tif or
-        run-####.png is a series. No file is ever replaced. It ends after `frames`, or after
-        `duration` seconds. `interval` is that of a time-lapse, in seconds; `pixel_size` is in
-        micrometres on the specimen, for the metadata. The frames are written by threads of their
-        own: Python neither sees nor delays them. Ctrl-C ends it too; what was written by then is
-        complete.
-        """
         if frames is None and duration is None:
             raise BadValueError("a recording needs an end: give frames=100, or duration=10 (seconds)")
         self._check_counts(frames, 1)
@@ -207,13 +186,14 @@ class Camera:
         found = self._session.record(path, frames, duration, interval, pixel_size, timeout)
         return Recording(path, **found)
 
+    @described_by(_pcd.Session.save_profile)
     def save_profile(self, path: _Path) -> None:
-        """Saves all settings to a file, which `pcdctl` and `pcdview` can load too."""
         self._session.save_profile(os.fspath(path))
 
+    @described_by(_pcd.Session.load_profile)
     def load_profile(self, path: _Path, *, strict: bool = True) -> ProfileReport:
-        """Applies a profile. Unless `strict` is false, raises `RefusedError` if the camera did not
-        take all of it; everything else is applied then."""
+        """Unless `strict` is false, raises `RefusedError` if the camera did not take all of it;
+        everything else is applied then."""
         path = os.fspath(path)
         report = ProfileReport(**self._session.load_profile(path))
         if strict and report.refused:

@@ -10,16 +10,15 @@ from typing import Callable, Type
 
 from . import _pcd
 from .errors import check_time
+from .texts import described_by
 
 
 @dataclass(frozen=True)
+@described_by(_pcd.texts["CameraInfo"])
 class CameraInfo:
-    """A camera that is plugged in, or was."""
-
     id: str
     model: str
     serial: str
-    #: True for one that exists only in software.
     simulated: bool
 
     def __str__(self) -> str:
@@ -89,15 +88,14 @@ def on_unplug(function: Callable[[CameraInfo], object]) -> Subscription:
     return Subscription(False, function)
 
 
+@described_by(_pcd.wait_for)
 def wait_for(predicate: Callable[[], object], timeout: float | None = None) -> bool:
-    """Waits until the predicate is true, while cameras may come and go; False if it is not within
-    the timeout, in seconds."""
     check_time("timeout", timeout)
     return _pcd.wait_for(predicate, timeout)
 
 
+@described_by(_pcd.handle_events)
 def handle_events() -> None:
-    """Does what waits for the thread of the cameras, and returns: for loops of your own."""
     _pcd.handle_events()
 
 

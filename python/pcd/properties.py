@@ -5,6 +5,7 @@ from __future__ import annotations
 from typing import Any, Iterator, Mapping, NamedTuple
 
 from . import _pcd
+from .texts import described_by
 
 
 class Range(NamedTuple):
@@ -108,13 +109,8 @@ class Property:
         return bool(self._described("is_saved"))
 
     @property
+    @described_by(_pcd.Session.get)
     def value(self) -> Any:
-        """A number, a bool, the name of a choice, a `Region`, or a dict of fields.
-
-        Of a composite property, the fields that the assigned dict does not have stay as they are.
-        A value that is not possible raises `BadValueError`, and nothing is sent; one that the
-        camera does not take raises `RefusedError`.
-        """
         found = self._session.get(self.name)
         return Region(*found) if isinstance(found, tuple) else found
 
@@ -122,8 +118,8 @@ class Property:
     def value(self, value: Any) -> None:
         self._session.set(self.name, value)
 
+    @described_by(_pcd.Session.run)
     def run(self) -> None:
-        """Runs an action, such as one white balance; some need a running stream."""
         self._session.run(self.name)
 
     def __repr__(self) -> str:

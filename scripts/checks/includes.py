@@ -112,7 +112,7 @@ FOLDERS = {
 
 TABLES = PurePosixPath("scripts/checks/includes.py")
 INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*([<"])([^>"\n]+)[>"]', re.MULTILINE)
-GENERATED = re.compile(r"ui_\w+\.h$|\w+\.moc$|moc_\w+\.cpp$")
+GENERATED = re.compile(r"docstrings\.h$|ui_\w+\.h$|\w+\.moc$|moc_\w+\.cpp$")
 META = re.compile(r"^[ \t]*Q_(OBJECT|GADGET|NAMESPACE)", re.MULTILINE)
 
 

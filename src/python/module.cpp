@@ -11,9 +11,16 @@
 #include <python/property/PPythonProfiles.h>
 #include <python/property/PPythonProperties.h>
 
+#include <apps/common/camera/PCameraSdk.h>
+#include <apps/common/record/PRecordTally.h>
+
 #include <PCd/device/PDevice.h>
+#include <PCd/frame/PDeviceMode.h>
+#include <PCd/profile/PDeviceProfileReport.h>
 
 #include <exception>
+
+#include "docstrings.h"
 
 namespace {
 
@@ -36,72 +43,112 @@ py::dict toDict(const PCameraIdentity& identity) {
     return found;
 }
 
-py::list findCameras() {
-    PPythonHost& host = PPythonHost::withCameras();
-    host.handleEvents(); // cameras may have come and gone
+py::list presentCameras() {
     py::list found;
-    for (const PDevice* device : host.manager().devices())
-        found.append(toDict(host.cameras().identify(device)));
+    for (const PCameraIdentity& identity : PPythonHost::withCameras().present())
+        found.append(toDict(identity));
     return found;
 }
 
+bool waitFor(const py::object& predicate, std::optional<double> seconds) {
+    std::optional<std::chrono::milliseconds> atMost;
+    if (seconds)
+        atMost =
+            std::chrono::ceil<std::chrono::milliseconds>(std::chrono::duration<double>(*seconds));
+    return PPythonHost::instance().waitFor(
+        [&] {
+            const int isTrue = PyObject_IsTrue(predicate().ptr());
+            if (isTrue < 0) // as for an array of several elements
+                throw py::error_already_set();
+            return isTrue == 1;
+        },
+        atMost);
+}
+
+void bindSetup(py::module_& module) {
+    module.def(
+        "load_sdk", [](const QString& choice) { PPythonHost::instance().loadSdk(choice); },
+        PText::PPythonHost::loadSdk);
+    module.def(
+        "sdk_path", [] { return PPythonHost::instance().cameras().sdk().path(); },
+        PText::PCameraSdk::path);
+    module.def(
+        "has_cameras", [] { return PPythonHost::instance().hasCameras(); },
+        PText::PPythonHost::hasCameras);
+    module.def(
+        "find_cameras",
+        [](const std::vector<QString>& paths) {
+            PPythonHost::instance().findCameras(QStringList(paths.begin(), paths.end()));
+        },
+        PText::PPythonHost::findCameras);
+    module.def(
+        "notices",
+        [] {
+            const QStringList notices = PPythonHost::instance().takeNotices();
+            return std::vector<QString>(notices.begin(), notices.end());
+        },
+        PText::PPythonHost::takeNotices);
+    module.def("shut_down", &PPythonHost::shutDown, PText::PPythonHost::shutDown);
+}
+
 void bindHost(py::module_& module) {
-    module.def("load_sdk", [](const QString& choice) { PPythonHost::instance().loadSdk(choice); });
-    module.def("sdk_path", [] { return PPythonHost::instance().cameras().sdk().path(); });
-    module.def("is_simulated",
-               [] { return PPythonHost::instance().cameras().sdk().isSimulated(); });
-    module.def("has_cameras", [] { return PPythonHost::instance().hasCameras(); });
-    module.def("find_cameras", [](const std::vector<QString>& paths) {
-        PPythonHost::instance().findCameras(QStringList(paths.begin(), paths.end()));
-    });
-    module.def("notices", [] {
-        const QStringList notices = PPythonHost::instance().takeNotices();
-        return std::vector<QString>(notices.begin(), notices.end());
-    });
-    module.def("cameras", &findCameras);
-    module.def("rescan", [] { PPythonHost::withCameras().rescan(); });
-    module.def("handle_events", [] { PPythonHost::instance().handleEvents(); });
-    module.def("wait_for", [](const py::object& predicate, std::optional<double> seconds) {
-        std::optional<std::chrono::milliseconds> atMost;
-        if (seconds)
-            atMost = std::chrono::ceil<std::chrono::milliseconds>(
-                std::chrono::duration<double>(*seconds));
-        return PPythonHost::instance().waitFor(
-            [&] {
-                const int isTrue = PyObject_IsTrue(predicate().ptr());
-                if (isTrue < 0) // as for an array of several elements
-                    throw py::error_already_set();
-                return isTrue == 1;
-            },
-            atMost);
-    });
-    module.def("set_listener", [](py::object listener) {
-        PPythonHost::withCameras().setListener(std::move(listener));
-    });
-    module.def("write_unraisable", [](const py::object& error, const py::object& where) {
-        PyErr_SetObject(py::type::of(error).ptr(), error.ptr());
-        PyErr_WriteUnraisable(where.ptr());
-    });
-    module.def("shut_down", &PPythonHost::shutDown);
+    module.def("cameras", &presentCameras, PText::PPythonHost::present);
+    module.def(
+        "rescan", [] { PPythonHost::withCameras().rescan(); },
+        PText::PDeviceManager::updateDevices);
+    module.def(
+        "handle_events", [] { PPythonHost::instance().handleEvents(); },
+        PText::PPythonHost::handleEvents);
+    module.def("wait_for", &waitFor, PText::PPythonHost::waitFor);
+    module.def(
+        "set_listener",
+        [](py::object listener) { PPythonHost::withCameras().setListener(std::move(listener)); },
+        PText::PPythonHost::setListener);
+    module.def(
+        "write_unraisable",
+        [](const py::object& error, const py::object& where) {
+            PyErr_SetObject(py::type::of(error).ptr(), error.ptr());
+            PyErr_WriteUnraisable(where.ptr());
+        },
+        "Gives an exception that has no caller to sys.unraisablehook.");
+}
+
+/// Those of the classes that Python makes itself from what the functions return.
+void bindTexts(py::module_& module) {
+    py::dict texts;
+    texts["CameraInfo"] = PText::PCameraIdentity::ofClass;
+    texts["Mode"] = PText::PDeviceMode::ofClass;
+    texts["ProfileReport"] = PText::PDeviceProfileReport::ofClass;
+    texts["Recording"] = PText::PRecordTally::ofClass;
+    module.attr("texts") = texts;
 }
 
 void bindStream(py::module_& module) {
     using Stream = PPythonStream;
-    py::class_<Stream>(module, "Stream")
-        .def("next", &Stream::next)
-        .def("poll",
-             [](Stream& stream) {
-                 std::optional<std::unique_ptr<PPythonFrame>> found = stream.poll();
-                 return py::make_tuple(found.has_value(),
-                                       found ? py::cast(std::move(*found)) : py::none());
-             })
-        .def("close", [](Stream& stream) { closeHere(stream); })
-        .def("ledger", &Stream::ledger)
-        .def_property_readonly("accepted", [](const Stream& s) { return s.counts().accepted; })
-        .def_property_readonly("dropped", [](const Stream& s) { return s.counts().dropped; })
-        .def_property_readonly("waiting", [](const Stream& s) { return s.counts().waiting; })
-        .def_property_readonly("descriptor", &Stream::descriptor)
-        .def_property_readonly("is_closed", &Stream::isClosed);
+    py::class_<Stream>(module, "Stream", PText::PPythonStream::ofClass)
+        .def("next", &Stream::next, PText::PPythonStream::next)
+        .def(
+            "poll",
+            [](Stream& stream) {
+                std::optional<std::unique_ptr<PPythonFrame>> found = stream.poll();
+                return py::make_tuple(found.has_value(),
+                                      found ? py::cast(std::move(*found)) : py::none());
+            },
+            PText::PPythonStream::poll)
+        .def(
+            "close", [](Stream& stream) { closeHere(stream); }, PText::PPythonStream::close)
+        .def("ledger", &Stream::ledger, PText::PPythonStream::ledger)
+        .def_property_readonly(
+            "accepted", [](const Stream& s) { return s.counts().accepted; },
+            PText::PFrameQueue::Counts::accepted)
+        .def_property_readonly(
+            "dropped", [](const Stream& s) { return s.counts().dropped; },
+            PText::PFrameQueue::Counts::dropped)
+        .def_property_readonly(
+            "waiting", [](const Stream& s) { return s.counts().waiting; },
+            PText::PFrameQueue::Counts::waiting)
+        .def_property_readonly("descriptor", &Stream::descriptor, PText::PFrameQueue::descriptor)
+        .def_property_readonly("is_closed", &Stream::isClosed, PText::PPythonStream::isClosed);
 }
 
 std::unique_ptr<PPythonStream> startStream(const SessionPtr& session, std::optional<quint64> frames,
@@ -129,56 +176,102 @@ py::dict record(const SessionPtr& session, const QString& path, std::optional<qu
     return PPythonCapture(session).record({path, frames, duration, interval, pixelSize, timeout});
 }
 
-void bindSession(py::module_& module) {
+using SessionClass = py::class_<PPythonSession, SessionPtr>;
+
+SessionClass bindSession(py::module_& module) {
     using Session = PPythonSession;
-    py::class_<Session, SessionPtr>(module, "Session")
-        .def(py::init(&Session::open))
-        .def("close", [](Session& session) { closeHere(session); })
-        .def_property_readonly("is_open",
-                               [](const Session& session) {
-                                   PPythonHost::instance().handleEvents();
-                                   return session.isOpen();
-                               })
-        .def_property_readonly("identity",
-                               [](const Session& session) { return toDict(session.identity()); })
-        .def("names",
-             [](const SessionPtr& session) {
-                 const QStringList names = PPythonProperties(session).names();
-                 return std::vector<QString>(names.begin(), names.end());
-             })
-        .def("canonical_name",
-             [](const SessionPtr& session, const QString& name) {
-                 return PPythonProperties(session).canonicalName(name);
-             })
-        .def("describe",
-             [](const SessionPtr& session, const QString& name) {
-                 return PPythonProperties(session).description(name);
-             })
-        .def("get", [](const SessionPtr& session,
-                       const QString& name) { return PPythonProperties(session).value(name); })
-        .def("set",
-             [](const SessionPtr& session, const QString& name, const py::object& value) {
-                 PPythonProperties(session).setValue(name, value);
-             })
-        .def("run", [](const SessionPtr& session,
-                       const QString& name) { PPythonProperties(session).run(name); })
-        .def("modes", [](const SessionPtr& session) { return PPythonProfiles(session).modes(); })
-        .def("mode", [](const SessionPtr& session) { return PPythonProfiles(session).mode(); })
-        .def("set_mode", [](const SessionPtr& session,
-                            const QString& mode) { PPythonProfiles(session).setMode(mode); })
-        .def("save_profile", [](const SessionPtr& session,
-                                const QString& path) { PPythonProfiles(session).save(path); })
-        .def("load_profile",
-             [](const SessionPtr& session, const QString& path) {
-                 return PPythonProfiles(session).load(path);
-             })
-        .def("snap",
-             [](const SessionPtr& session, std::optional<double> timeout) {
-                 return PPythonCapture(session).snap(timeout);
-             })
-        .def("record", &record)
-        .def("stream", &startStream)
-        .def("trigger", &startTriggered);
+    return SessionClass(module, "Session", PText::PPythonSession::ofClass)
+        .def(py::init(&Session::open), PText::PPythonSession::open)
+        .def(
+            "close", [](Session& session) { closeHere(session); }, PText::PPythonSession::close)
+        .def_property_readonly(
+            "is_open",
+            [](const Session& session) {
+                PPythonHost::instance().handleEvents();
+                return session.isOpen();
+            },
+            PText::PPythonSession::isOpen)
+        .def_property_readonly(
+            "identity", [](const Session& session) { return toDict(session.identity()); },
+            PText::PPythonSession::identity);
+}
+
+void bindProperties(SessionClass& session) {
+    using Properties = PPythonProperties;
+    session
+        .def(
+            "names",
+            [](const SessionPtr& opened) {
+                const QStringList names = Properties(opened).names();
+                return std::vector<QString>(names.begin(), names.end());
+            },
+            PText::PPythonProperties::names)
+        .def(
+            "canonical_name",
+            [](const SessionPtr& opened, const QString& name) {
+                return Properties(opened).canonicalName(name);
+            },
+            PText::PPythonProperties::canonicalName)
+        .def(
+            "describe",
+            [](const SessionPtr& opened, const QString& name) {
+                return Properties(opened).description(name);
+            },
+            PText::PPythonProperties::description)
+        .def(
+            "get",
+            [](const SessionPtr& opened, const QString& name) {
+                return Properties(opened).value(name);
+            },
+            PText::PPythonProperties::value)
+        .def(
+            "set",
+            [](const SessionPtr& opened, const QString& name, const py::object& value) {
+                Properties(opened).setValue(name, value);
+            },
+            PText::PPythonProperties::setValue)
+        .def(
+            "run",
+            [](const SessionPtr& opened, const QString& name) { Properties(opened).run(name); },
+            PText::PPythonProperties::run);
+}
+
+void bindProfiles(SessionClass& session) {
+    using Profiles = PPythonProfiles;
+    session
+        .def(
+            "modes", [](const SessionPtr& opened) { return Profiles(opened).modes(); },
+            PText::PPythonProfiles::modes)
+        .def(
+            "mode", [](const SessionPtr& opened) { return Profiles(opened).mode(); },
+            PText::PPythonProfiles::mode)
+        .def(
+            "set_mode",
+            [](const SessionPtr& opened, const QString& mode) { Profiles(opened).setMode(mode); },
+            PText::PPythonProfiles::setMode)
+        .def(
+            "save_profile",
+            [](const SessionPtr& opened, const QString& path) { Profiles(opened).save(path); },
+            PText::PPythonProfiles::save)
+        .def(
+            "load_profile",
+            [](const SessionPtr& opened, const QString& path) {
+                return Profiles(opened).load(path);
+            },
+            PText::PPythonProfiles::load);
+}
+
+void bindFrames(SessionClass& session) {
+    session
+        .def(
+            "snap",
+            [](const SessionPtr& opened, std::optional<double> timeout) {
+                return PPythonCapture(opened).snap(timeout);
+            },
+            PText::PPythonCapture::snap)
+        .def("record", &record, PText::PPythonCapture::record)
+        .def("stream", &startStream, PText::PPythonStream::PPythonStream)
+        .def("trigger", &startTriggered, PText::PPythonTrigger::PPythonTrigger);
 }
 
 } // namespace
@@ -193,8 +286,15 @@ PYBIND11_MODULE(_pcd, module) {
             error.setCurrent();
         }
     });
+    py::options options;
+    options.disable_function_signatures(); // the .pyi file has them
     PPythonFrame::bind(module);
     bindStream(module);
-    bindSession(module);
+    SessionClass session = bindSession(module);
+    bindProperties(session);
+    bindProfiles(session);
+    bindFrames(session);
+    bindSetup(module);
     bindHost(module);
+    bindTexts(module);
 }

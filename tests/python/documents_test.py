@@ -54,6 +54,56 @@ class Guide(unittest.TestCase):
         self.assertEqual(("", ""), (ended.stdout, ended.stderr))
 
 
+class Docstrings(unittest.TestCase):
+    """They are the comments of the headers, which scripts/docstrings passes on."""
+
+    def comments(self, header, count):
+        """The first sentences of the comments of a header that Python should have."""
+        text = (TREE / "src" / header).read_text(encoding="utf-8")
+        found = re.findall(r"(?:^\s*///(?!<) ?.*\n)+", text, re.MULTILINE)
+        firsts = [" ".join(re.sub(r"^\s*/// ?", "", part, flags=re.MULTILINE).split()) for part in found]
+        firsts = [re.split(r"(?<=[.:;])\s", first)[0] for first in firsts]
+        self.assertGreaterEqual(len(firsts), count, header)
+        return firsts
+
+    def test_help_has_the_text_of_the_headers(self):
+        shown = run_python("import pcd, pydoc\n"
+                           "for one in (pcd, pcd.Frame): print(pydoc.plain(pydoc.render_doc(one)))\n")
+        self.assertEqual("", shown.stderr)
+        text = " ".join(re.sub(r"^[ |]*", "", shown.stdout, flags=re.MULTILINE).split())
+        # All of a frame, and what is shown of the others: not what they have for C++ only.
+        lacking = {header: [one for one in self.comments(header, count) if one not in text]
+                   for header, count in (("python/frame/PPythonFrame.h", 14),
+                                         ("python/frame/PPythonCapture.h", 3))}
+        self.assertEqual({"python/frame/PPythonFrame.h": ["`names` are those of the camera's settings, "
+                                                          "`index` the frame's place in its stream.",
+                                                          "Adds the class to the module.",
+                                                          "The picture as a notebook shows it:"],
+                          "python/frame/PPythonCapture.h": ["Stills and recordings of an open camera:",
+                                                            "Which frames are recorded, and where."]},
+                         lacking)
+        for sentence in ("One resolution of a device. width: pixels height: pixels",
+                         "Identifies a camera, even after its device is gone.",
+                         "The result of applying a profile to a device.",
+                         "failed: could not be written, or waited when another could not",
+                         "Frames that arrived while the queue was full:"):
+            self.assertIn(sentence, text)
+        for word in ("@internal", "PPython", "PDevice", "lock"):
+            self.assertNotIn(word, text)
+
+    def test_every_native_function_has_a_text(self):
+        ended = run_python("from pcd import _pcd\nimport inspect\n"
+                           "def check(place, name, value):\n"
+                           "    if name[0] != '_' and not (value.__doc__ or '').strip():\n"
+                           "        print(place, name)\n"
+                           "for name, one in vars(_pcd).items():\n"
+                           "    check('_pcd', name, one)\n"
+                           "    for part, value in vars(one).items() if inspect.isclass(one) else ():\n"
+                           "        check(name, part, value)\n"
+                           "print(len(vars(_pcd)) > 15, '->' in _pcd.Session.snap.__doc__)\n")
+        self.assertEqual(("True False\n", ""), (ended.stdout, ended.stderr))
+
+
 class Readme(unittest.TestCase):
     def test_its_lines_run_as_pasted(self):
         lines = SECTION.search((TREE / "README.md").read_text(encoding="utf-8"))[1]

@@ -28,8 +28,11 @@ public:
 
     /// The counts of the frames so far.
     struct Counts {
-        quint64 accepted = 0; ///< taken or waiting
-        quint64 dropped = 0;  ///< refused, as the queue was full
+        /// Frames that were taken, or wait.
+        quint64 accepted = 0;
+        /// Frames that arrived while the queue was full: the loop took them too slowly.
+        quint64 dropped = 0;
+        /// Frames that wait in the queue now.
         std::size_t waiting = 0;
     };
     /// A consistent copy of the counts.

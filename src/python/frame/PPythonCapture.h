@@ -18,8 +18,8 @@ class PPythonCapture {
 public:
     explicit PPythonCapture(std::shared_ptr<PPythonSession> session);
 
-    /// A still; of a camera that takes none, the next live frame. Within the stream that runs, or
-    /// in one of its own. The timeout is in seconds.
+    /// A still; of a camera that takes none, a live frame. Also during a stream. `timeout` is in
+    /// seconds; unless given, 30 s and four times the exposure time. "TimeoutError" after it.
     std::unique_ptr<PPythonFrame> snap(std::optional<double> timeout);
 
     /// Which frames are recorded, and where. Times in seconds.
@@ -31,8 +31,16 @@ public:
         std::optional<double> pixelSizeUm;
         std::optional<double> timeout; ///< the longest time without a frame
     };
-    /// Records, and returns the tally as a dict. "RecordError" if the files do not have what was
-    /// planned; what is in them by then stays.
+    /// Records live frames into files, and returns when they are complete.
+    ///
+    /// A name that ends in .ome.tif gets all frames in one file; a name such as run-####.tif or
+    /// run-####.png is a series. No file is ever replaced. It ends after `frames`, or after
+    /// `duration` seconds. `interval` is that of a time-lapse, in seconds; `pixel_size` is in
+    /// micrometres on the specimen, for the metadata; `timeout` is the longest time without a
+    /// frame, in seconds. The frames are written by threads of their own: Python neither sees nor
+    /// delays them. "RecordError" if the files do not have all frames; Ctrl-C ends it too. What was
+    /// written by then is complete, and stays.
+    /// @internal Returns the tally as a dict.
     py::dict record(const Plan& plan);
 
 private:

@@ -4,9 +4,16 @@
 #include <python/host/PPythonProcess.h>
 #include <python/property/PPythonValue.h>
 
+#include <apps/common/metadata/PPictureNotes.h>
+#include <apps/common/picture/PPngEncoder.h>
+
 #include <PCd/device/PDeviceRoles.h>
 
+#include <QImage>
+
 #include <array>
+
+#include "docstrings.h"
 
 namespace {
 
@@ -36,11 +43,9 @@ struct Shape {
     std::array<Py_ssize_t, 3> strides{};
 };
 
-char sampleFormat[] = "B"; // Py_buffer has it without const
+constexpr int largestPreview = 1024; // pixels
 
-double seconds(std::chrono::steady_clock::time_point time) {
-    return std::chrono::duration<double>(time.time_since_epoch()).count();
-}
+char sampleFormat[] = "B"; // Py_buffer has it without const
 
 } // namespace
 
@@ -105,11 +110,15 @@ void PPythonFrame::releaseBuffer(PyObject*, Py_buffer* view) {
     delete static_cast<Shape*>(view->internal);
 }
 
-py::object PPythonFrame::utc() const {
+double PPythonFrame::timestamp() const {
+    return std::chrono::duration<double>(m_frame.stamp->arrived.time_since_epoch()).count();
+}
+
+py::object PPythonFrame::time() const {
     const py::module_ datetime = py::module_::import("datetime");
-    const double time = double(m_frame.stamp->arrivedUtc.toMSecsSinceEpoch()) / 1000;
+    const double since = double(m_frame.stamp->arrivedUtc.toMSecsSinceEpoch()) / 1000;
     return datetime.attr("datetime")
-        .attr("fromtimestamp")(time, datetime.attr("timezone").attr("utc"));
+        .attr("fromtimestamp")(since, datetime.attr("timezone").attr("utc"));
 }
 
 py::dict PPythonFrame::settings() const {
@@ -117,6 +126,23 @@ py::dict PPythonFrame::settings() const {
     for (const auto& [id, value] : m_frame.stamp->settings->values)
         found[py::str(id.toStdString())] = PPythonValue::toPython(value, QVariant());
     return found;
+}
+
+py::object PPythonFrame::array(const py::object& frame) {
+    return py::module_::import("numpy").attr("asarray")(frame);
+}
+
+py::bytes PPythonFrame::png() const {
+    QByteArray file;
+    {
+        const PUnlockedPython unlocked; // for what may take long
+        QImage picture = m_frame.image.toQImage();
+        if (picture.width() > largestPreview || picture.height() > largestPreview)
+            picture = picture.scaled(largestPreview, largestPreview, Qt::KeepAspectRatio,
+                                     Qt::SmoothTransformation);
+        file = PPngEncoder::encode(picture, PPictureNotes(), PPngEncoder::Content::Frame);
+    }
+    return py::bytes(file.constData(), std::size_t(file.size()));
 }
 
 QString PPythonFrame::repr() const {
@@ -127,58 +153,23 @@ QString PPythonFrame::repr() const {
         exposure.isEmpty() ? QString() : u", "_qs + exposure);
 }
 
-namespace {
-
-constexpr char frameText[] =
-    R"(One picture of a camera, over the memory in which it arrived.
-
-`numpy.asarray(frame)`, or `frame.array`, is the pixels without a copy: rows, columns, and for a
-colour camera red, green and blue; 8 bits each. The memory is read-only and stays as long as the
-frame or an array of it exists, also when the camera is closed. Any thread may use a frame.)";
-
-} // namespace
-
 void PPythonFrame::bind(py::module_& module) {
     using Frame = PPythonFrame;
-    py::class_<Frame>(module, "Frame", frameText, py::custom_type_setup(&PPythonFrame::addBuffer))
-        .def_property_readonly(
-            "sequence", [](const Frame& f) { return f.m_frame.stamp->sequence; },
-            "Number among the frames of the camera since it was plugged in, from 1. A gap is "
-            "frames "
-            "that the stream has dropped.")
-        .def_property_readonly(
-            "index", [](const Frame& f) { return f.m_index; },
-            "Place among the frames that its stream has returned, from 0.")
-        .def_property_readonly(
-            "still", [](const Frame& f) { return f.m_frame.stamp->still; },
-            "True for a still, which is numbered apart from live frames.")
-        .def_property_readonly(
-            "timestamp", [](const Frame& f) { return seconds(f.m_frame.stamp->arrived); },
-            "When it arrived, in seconds of time.monotonic(): for intervals.")
-        .def_property_readonly("time", &Frame::utc, "When it arrived, as a datetime in UTC.")
-        .def_property_readonly(
-            "exposure", [](const Frame& f) { return f.m_exposure.milliseconds; },
-            "Exposure time in milliseconds; None if it is not known.")
-        .def_property_readonly(
-            "gain", [](const Frame& f) { return f.m_exposure.gain; },
-            "Gain as a factor; None if it is not known.")
-        .def_property_readonly(
-            "automatic", [](const Frame& f) { return f.m_exposure.automatic; },
-            "True if the camera chose exposure time and gain.")
-        .def_property_readonly(
-            "binning", [](const Frame& f) { return f.m_exposure.binning; },
-            "\"2x2\" and so on; empty if it is not known.")
-        .def_property_readonly("settings", &Frame::settings,
-                               "All settings of the camera when it arrived, by id.")
-        .def_property_readonly(
-            "width", [](const Frame& f) { return f.m_frame.image.width(); }, "Pixels.")
-        .def_property_readonly(
-            "height", [](const Frame& f) { return f.m_frame.image.height(); }, "Pixels.")
-        .def_property_readonly(
-            "array",
-            [](const py::object& frame) {
-                return py::module_::import("numpy").attr("asarray")(frame);
-            },
-            "The pixels as a read-only NumPy array, without a copy.")
+    py::class_<Frame>(module, "Frame", PText::PPythonFrame::ofClass,
+                      py::custom_type_setup(&PPythonFrame::addBuffer))
+        .def_property_readonly("sequence", &Frame::sequence, PText::PPythonFrame::sequence)
+        .def_property_readonly("index", &Frame::index, PText::PPythonFrame::index)
+        .def_property_readonly("still", &Frame::still, PText::PPythonFrame::still)
+        .def_property_readonly("timestamp", &Frame::timestamp, PText::PPythonFrame::timestamp)
+        .def_property_readonly("time", &Frame::time, PText::PPythonFrame::time)
+        .def_property_readonly("exposure", &Frame::exposure, PText::PPythonFrame::exposure)
+        .def_property_readonly("gain", &Frame::gain, PText::PPythonFrame::gain)
+        .def_property_readonly("automatic", &Frame::automatic, PText::PPythonFrame::automatic)
+        .def_property_readonly("binning", &Frame::binning, PText::PPythonFrame::binning)
+        .def_property_readonly("settings", &Frame::settings, PText::PPythonFrame::settings)
+        .def_property_readonly("width", &Frame::width, PText::PPythonFrame::width)
+        .def_property_readonly("height", &Frame::height, PText::PPythonFrame::height)
+        .def_property_readonly("array", &Frame::array, PText::PPythonFrame::array)
+        .def("_repr_png_", &Frame::png, PText::PPythonFrame::png)
         .def("__repr__", &Frame::repr);
 }

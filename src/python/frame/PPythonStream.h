@@ -14,9 +14,9 @@
 
 class PPythonSession;
 
-/// Frames of an open camera for Python, one after the other: of a live stream, or of a triggered
-/// run. Closed when all wanted frames were taken, by close(), or when Python no longer has it. The
-/// thread of PPythonHost, with the interpreter's lock; throws PPythonError.
+/// Frames of an open camera, one after the other: of a live stream, or of a triggered run. Closed
+/// when all wanted frames were taken, by close(), or when nothing refers to it any more.
+/// @internal The thread of PPythonHost, with the interpreter's lock; throws PPythonError.
 class PPythonStream {
 public:
     /// Which frames, and the longest time to wait for one.
@@ -27,26 +27,29 @@ public:
         std::optional<PPythonTrigger::Plan> trigger;
     };
 
-    /// Starts the stream.
+    /// Starts a stream. "BusyError" if one is running.
     PPythonStream(std::shared_ptr<PPythonSession> session, const Plan& plan);
     /// Closes; on any thread.
     ~PPythonStream();
     PPythonStream(const PPythonStream&) = delete;
     PPythonStream& operator=(const PPythonStream&) = delete;
 
-    /// The next frame, for which it waits; null after the last one. "TimeoutError" if none comes in
+    /// The next frame, for which it waits; None after the last one. "TimeoutError" if none comes in
     /// time, "UnpluggedError" after the last frame of a camera that was unplugged.
     std::unique_ptr<PPythonFrame> next();
-    /// The same without waiting: nothing if there is no frame yet.
+    /// The next frame without waiting: nothing if there is none yet.
+    /// @internal Python gets a tuple: false and None for nothing, true and None after the last one.
     std::optional<std::unique_ptr<PPythonFrame>> poll();
-    /// Stops the camera, and releases the frames that wait.
+    /// Stops the camera and releases the frames that wait; nothing the second time.
     void close();
 
     PFrameQueue::Counts counts() const { return m_queue->counts(); }
-    /// What happened to the frames of the stream, by the keys of PFrameLedger.
+    /// What happened to each frame that the camera has produced for this stream, by the keys of
+    /// `pcdctl stream --json`. `failed_in_writer` counts those that are `dropped`.
     py::dict ledger() const;
     /// See PFrameQueue::descriptor().
     int descriptor() const { return m_queue->descriptor(); }
+    /// True if it gives no more frames.
     bool isClosed() const { return m_isClosed; }
 
 private:

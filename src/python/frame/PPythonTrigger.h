@@ -21,7 +21,10 @@ public:
         std::optional<std::chrono::microseconds> exposure; ///< none: as the camera has it
     };
 
-    /// Puts the camera into triggered capture, before its stream starts.
+    /// Starts a triggered run: frames by software, or with `external` by the signals at the
+    /// camera's input, one for each frame. `exposure` is in milliseconds; without it, as the camera
+    /// has it for triggered frames. Afterwards the camera is in live capture again.
+    /// @internal Puts the camera into triggered capture, before its stream starts.
     PPythonTrigger(std::shared_ptr<PPythonSession> session, const Plan& plan,
                    std::optional<quint64> frames);
 

@@ -172,6 +172,14 @@ void PPythonHost::findCameras(const QStringList& pluginPaths) {
             [this](PDevice* device) { announce(false, device); });
 }
 
+std::vector<PCameraIdentity> PPythonHost::present() {
+    handleEvents(); // cameras may have come and gone
+    std::vector<PCameraIdentity> found;
+    for (const PDevice* device : manager().devices())
+        found.push_back(m_cameras->identify(device));
+    return found;
+}
+
 void PPythonHost::rescan() {
     handleEvents();
     {

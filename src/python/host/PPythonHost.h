@@ -4,6 +4,7 @@
 #include <python/host/PPybind.h>
 
 #include <apps/common/camera/PCameraHost.h>
+#include <apps/common/camera/PCameraIdentity.h>
 
 #include <QObject>
 
@@ -12,6 +13,7 @@
 #include <memory>
 #include <optional>
 #include <set>
+#include <vector>
 
 class PPythonSession;
 class QCoreApplication;
@@ -33,12 +35,17 @@ public:
     /// Closes all cameras at the end of the process, if this is their thread. Any thread.
     static void shutDown() noexcept;
 
-    /// Loads the SDK, see PCameraSdk::load(). Fails if another one was loaded before.
+    /// Loads the SDK: "auto", "sim" or the path of a library. Fails if another one was loaded
+    /// before.
+    /// @internal See PCameraSdk::load().
     void loadSdk(const QString& choice);
     /// Loads the plugins of these folders and of the usual ones, and finds the cameras; once.
     void findCameras(const QStringList& pluginPaths);
+    /// The cameras that are plugged in now.
+    std::vector<PCameraIdentity> present();
     /// Compares the list of cameras with those that are there now.
     void rescan();
+    /// True once the plugins were loaded.
     bool hasCameras() const { return m_hasCameras; }
     /// Sentences for the user about plugins and SDK, each once.
     QStringList takeNotices();
@@ -46,16 +53,19 @@ public:
     PCameraHost& cameras() { return *m_cameras; }
     PDeviceManager& manager() { return m_cameras->manager(); }
 
-    /// Handles the events that wait. Throws what a handler of signals raises.
+    /// Does what waits for the thread of the cameras, and returns: for loops of your own.
+    /// @internal Throws what a handler of signals raises.
     void handleEvents();
-    /// Handles events until the predicate is true, which is called with the interpreter's lock.
-    /// False if it is not in time. Throws what a handler of signals raises, as for Ctrl-C.
+    /// Waits until the predicate is true, while cameras may come and go; False if it is not within
+    /// the timeout, in seconds.
+    /// @internal The predicate is called with the interpreter's lock. Throws what a handler of
+    /// signals raises, as for Ctrl-C.
     bool waitFor(const std::function<bool()>& predicate,
                  std::optional<std::chrono::milliseconds> atMost);
 
-    /// Calls it with (True, camera) for each camera that comes and (False, camera) for one that is
-    /// gone, from now on. Its exceptions go to sys.unraisablehook, but KeyboardInterrupt to who
-    /// waits.
+    /// Calls it with True and a camera's identity for each camera that comes, and with False for
+    /// one that is gone, from now on. Its exceptions go to sys.unraisablehook, but
+    /// KeyboardInterrupt to who waits.
     void setListener(py::object listener);
 
     /// The sessions, to be closed by shutDown(). Each reports itself; removing never throws.

@@ -15,26 +15,31 @@
 #include <chrono>
 #include <memory>
 
-/// One camera that Python has opened, until it is closed or unplugged. All functions throw
-/// PPythonError: "ClosedError" or "UnpluggedError" when it is no longer open. The thread of
-/// PPythonHost; none needs the interpreter's lock, and what may take long is called without it.
+/// One camera that Python has opened, until it is closed or unplugged. All functions raise
+/// "ClosedError" or "UnpluggedError" when it is no longer open.
+/// @internal They throw PPythonError. The thread of PPythonHost; none needs the interpreter's lock,
+/// and what may take long is called without it.
 class PPythonSession : public QObject {
 public:
-    /// Opens the camera that the text names, see PDeviceManager::select().
+    /// Opens a camera by its index (from 0), its id, or the beginning of its id if no other camera
+    /// has the same; an empty text is the first one. "NoCameraError" lists the cameras there are.
+    /// @internal See PDeviceManager::select().
     static std::shared_ptr<PPythonSession> open(const QString& camera);
     /// Closes.
     ~PPythonSession() override;
 
     /// The camera; throws if it is no longer open.
     PDevice& device() const;
+    /// False once it was closed or unplugged.
     bool isOpen() const { return m_device != nullptr && m_device->isLinked(); }
     bool isUnplugged() const { return m_isUnplugged; }
     /// Throws if the status is a failure: "UnpluggedError" if the camera no longer answers, which
     /// may be seen before its device is removed, else this type.
     void check(const PStatus& status, const char* type = "Error") const;
-    /// Stops and unlinks the camera; nothing the second time.
+    /// Stops and closes the camera; its frames stay. Nothing the second time.
     void close();
 
+    /// Id, model and serial number, and whether it is simulated; also when it is closed.
     const PCameraIdentity& identity() const { return m_identity; }
     /// The choices of its settings, also when it is no longer open.
     const PSettingNames& names() const { return m_names; }

@@ -13,16 +13,22 @@ class PPythonProfiles {
 public:
     explicit PPythonProfiles(std::shared_ptr<PPythonSession> session);
 
-    /// The modes, each as a dict; the present one, which is None if the camera has none.
+    /// The resolutions that the camera has.
+    /// @internal Each as a dict.
     py::list modes() const;
+    /// The resolution: a `Mode`, its id or its name can be assigned, also during a stream. None if
+    /// the camera has none.
     py::object mode() const;
-    /// Sets the mode with this id or name; "BadValueError" names those that the camera has.
+    /// Sets the resolution with this id or name; "BadValueError" names those that the camera has.
     void setMode(const QString& requested) const;
 
-    /// Saves the settings, see PDeviceProfileFile::save(). "ProfileError" if that fails.
+    /// Saves all settings to a file, which `pcdctl` and `pcdview` can load too. The file is
+    /// replaced in one step; "ProfileError" if that fails, and it stays as it was.
+    /// @internal See PDeviceProfileFile::save().
     void save(const QString& path) const;
-    /// Applies a file, and returns the report on it as a dict. "ProfileError" if the file is no
+    /// Applies a profile, and reports on each of its values. "ProfileError" if the file is no
     /// profile for this camera; nothing is sent then.
+    /// @internal Returns the report as a dict.
     py::dict load(const QString& path) const;
 
 private:

@@ -24,12 +24,17 @@ public:
     QString canonicalName(const QString& name) const;
     /// Everything about a property but its value, as a dict.
     py::dict description(const QString& name) const;
-    /// The value, read from the camera.
+    /// A number, a bool, the name of a choice, a `Region`, or a dict of fields; read from the
+    /// camera.
+    ///
+    /// Of a composite property, the fields that the assigned dict does not have stay as they are.
+    /// A value that is not possible raises `BadValueError`, and nothing is sent; one that the
+    /// camera does not take raises `RefusedError`.
     py::object value(const QString& name) const;
     /// Sends a value. "BadValueError" names property, value and what was expected, and sends
     /// nothing; "RefusedError" if the camera then has another value.
     void setValue(const QString& name, const py::object& value) const;
-    /// Runs an action.
+    /// Runs an action, such as one white balance; some need a running stream.
     void run(const QString& name) const;
 
 private:
