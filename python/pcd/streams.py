@@ -7,8 +7,10 @@ from types import TracebackType
 from typing import Callable, Type
 
 from . import _pcd
+from .errors import ThreadError
 from .events import attach
 from ._pcd import Frame
+from .texts import described_by
 
 
 class _Counts:
@@ -25,23 +27,22 @@ class _Counts:
         return self._stream
 
     @property
+    @described_by(_pcd.Stream.dropped)
     def dropped(self) -> int:
-        """Frames that arrived while the queue was full: the loop took them too slowly."""
         return 0 if self._stream is None else self._stream.dropped
 
     @property
+    @described_by(_pcd.Stream.waiting)
     def waiting(self) -> int:
-        """Frames that wait in the queue now."""
         return 0 if self._stream is None else self._stream.waiting
 
     @property
+    @described_by(_pcd.Stream.ledger)
     def ledger(self) -> dict[str, int]:
-        """What happened to each frame that the camera has produced for this stream, by the keys of
-        `pcdctl stream --json`. `failed_in_writer` counts those that are `dropped`."""
         return {} if self._stream is None else self._stream.ledger()
 
+    @described_by(_pcd.Stream.close)
     def close(self) -> None:
-        """Stops the camera and releases the frames that wait; nothing the second time."""
         self._is_closed = True
         if self._stream is not None:
             self._stream.close()
@@ -51,7 +52,7 @@ class Stream(_Counts):
     """Frames of a camera: an iterator, and a context manager that closes it.
 
     Without frames waiting, the loop waits, and other Python threads run meanwhile. A stream that
-    nothing refers to any more is closed.
+    nothing refers to any more is closed; so is one whose wait an exception ended, such as Ctrl-C.
     """
 
     def __iter__(self) -> Stream:
@@ -59,7 +60,14 @@ class Stream(_Counts):
 
     def __next__(self) -> Frame:
         stream = self._started()
-        frame = None if stream is None else stream.next()
+        try:
+            frame = None if stream is None else stream.next()
+        except ThreadError:
+            raise  # nothing has happened to the stream
+        except BaseException:
+            # After Ctrl-C the traceback keeps this object, in a notebook until the next exception.
+            self.close()
+            raise
         if frame is None:
             raise StopIteration
         return frame
@@ -78,12 +86,24 @@ class Stream(_Counts):
 
 
 class AsyncStream(_Counts):
-    """The same for asyncio: `async for frame in camera.astream(100)`."""
+    """The same for asyncio: `async for frame in camera.astream(100)`. A loop over it that is
+    cancelled closes it; `asyncio.wait_for(anext(stream), 1)` does not."""
+
+    _is_looped = False
 
     def __aiter__(self) -> AsyncStream:
+        self._is_looped = True
         return self
 
     async def __anext__(self) -> Frame:
+        try:
+            return await self._next()
+        except (asyncio.CancelledError, KeyboardInterrupt):
+            if self._is_looped:  # as the traceback may keep this object
+                self.close()
+            raise
+
+    async def _next(self) -> Frame:
         stream = self._started()
         while stream is not None:
             is_found, frame = stream.poll()
@@ -118,11 +138,16 @@ async def _readable(descriptor: int) -> None:
     if descriptor < 0:
         await asyncio.sleep(_LOOK / 5)
         return
-    ready = asyncio.Event()
-    loop.add_reader(descriptor, ready.set)
+    # Not asyncio.wait_for(), which forgets that it was cancelled if a frame comes at that moment.
+    ready = loop.create_future()
+
+    def wake() -> None:
+        if not ready.done():
+            ready.set_result(None)
+    timer = loop.call_later(_LOOK, wake)
+    loop.add_reader(descriptor, wake)
     try:
-        await asyncio.wait_for(ready.wait(), _LOOK)
-    except asyncio.TimeoutError:
-        pass
+        await ready
     finally:
         loop.remove_reader(descriptor)
+        timer.cancel()
