@@ -14,9 +14,10 @@ called there, except those of frames, which any thread may use. See docs/python.
 from __future__ import annotations
 
 import atexit
+import operator
 import os
 import warnings
-from typing import Sequence, Union
+from typing import Sequence, SupportsIndex, Union
 
 from . import _pcd
 from ._pcd import Frame
@@ -34,6 +35,7 @@ from .errors import (
     ThreadError,
     TimeoutError,  # pylint: disable=redefined-builtin
     UnpluggedError,
+    check_path,
 )
 from .events import CameraInfo, Subscription, attach, handle_events, on_plug, on_unplug, wait_for
 from .properties import Area, Properties, Property, Range, Region
@@ -50,6 +52,7 @@ __all__ = [
     "wait_for",
 ]
 
+_pcd.check_interpreter()
 atexit.register(_pcd.shut_down)
 
 
@@ -61,8 +64,8 @@ def configure(
     `sdk` is "auto" (the maker's if the system has it, else the simulated one), "sim", or the path
     of a library; `plugins` are folders or files of plugins besides the usual ones.
     """
-    _pcd.load_sdk(sdk)
-    _pcd.find_cameras([os.fspath(path) for path in plugins])
+    _pcd.load_sdk(check_path("sdk", sdk))
+    _pcd.find_cameras([check_path("plugins", path) for path in plugins])
     _warn()
 
 
@@ -81,15 +84,23 @@ def open(camera: Union[int, str, CameraInfo, None] = None) -> Camera:
     """
     if isinstance(camera, CameraInfo):
         name = camera.id
-    elif isinstance(camera, bool) or not isinstance(camera, (int, str, type(None))):
-        raise TypeError(f"camera is {camera!r}: expected an index, an id or the beginning of one")
-    elif isinstance(camera, int) and camera < 0:
-        raise NoCameraError(f"no camera {camera}: cameras are numbered from 0")
+    elif camera is None or isinstance(camera, str):
+        name = camera or ""
     else:
-        name = "" if camera is None else str(camera)
-    session = _pcd.Session(name)
+        name = _index(camera)
+    session = _pcd.open(name)
     _warn()
     return Camera(session)
+
+
+def _index(camera: object) -> str:
+    """A camera's index as text."""
+    if isinstance(camera, bool) or not isinstance(camera, SupportsIndex):
+        raise TypeError(f"camera is {camera!r}: expected an index, an id or the beginning of one")
+    index = operator.index(camera)
+    if index < 0:
+        raise NoCameraError("no camera has such a number: cameras are numbered from 0")
+    return str(min(index, 2**31 - 1))
 
 
 def _warn() -> None:

@@ -3,14 +3,22 @@
 from __future__ import annotations
 
 import difflib
+import operator
 import os
 from dataclasses import dataclass
 from types import TracebackType
-from typing import Any, Type, Union
+from typing import Any, SupportsIndex, Type, Union
 
 from . import _pcd
 from ._pcd import Frame
-from .errors import BadValueError, NoPropertyError, RefusedError, check_time
+from .errors import (
+    BadValueError,
+    NoPropertyError,
+    RefusedError,
+    bad_value,
+    check_path,
+    check_time,
+)
 from .properties import Properties, Property
 from .streams import AsyncStream, Stream
 from .texts import described_by
@@ -115,7 +123,7 @@ class Camera:
 
     @mode.setter
     def mode(self, mode: Mode | str) -> None:
-        self._session.set_mode(mode.id if isinstance(mode, Mode) else mode)
+        self._session.set_mode(mode.id if isinstance(mode, Mode) else str(mode))
 
     @described_by(_pcd.Session.close)
     def close(self) -> None:
@@ -182,19 +190,19 @@ class Camera:
         check_time("interval", interval, least=0.001)
         check_time("timeout", timeout)
         check_time("pixel_size", pixel_size, "micrometres", least=0.0001)
-        path = os.fspath(path)
+        path = check_path("path", path)
         found = self._session.record(path, frames, duration, interval, pixel_size, timeout)
         return Recording(path, **found)
 
     @described_by(_pcd.Session.save_profile)
     def save_profile(self, path: _Path) -> None:
-        self._session.save_profile(os.fspath(path))
+        self._session.save_profile(check_path("path", path))
 
     @described_by(_pcd.Session.load_profile)
     def load_profile(self, path: _Path, *, strict: bool = True) -> ProfileReport:
         """Unless `strict` is false, raises `RefusedError` if the camera did not take all of it;
         everything else is applied then."""
-        path = os.fspath(path)
+        path = check_path("path", path)
         report = ProfileReport(**self._session.load_profile(path))
         if strict and report.refused:
             reasons = "; ".join(f"{name}: {reason}" for name, reason in report.refused.items())
@@ -206,11 +214,9 @@ class Camera:
         for name, number in (("frames", frames), ("queue", queue)):
             if number is None:
                 continue
-            if not isinstance(number, int) or isinstance(number, bool) or not 0 < number < 2**31:
-                error = BadValueError(f'"{name}" cannot be {number!r}: expected a whole number '
-                                      "from 1 on")
-                error.property, error.value = name, repr(number)
-                raise error
+            is_whole = isinstance(number, SupportsIndex) and not isinstance(number, bool)
+            if not is_whole or not 0 < operator.index(number) < 2**31:
+                raise bad_value(name, number, "a whole number from 1 on")
 
     def __getattr__(self, name: str) -> Any:
         if name.startswith("_"):
@@ -220,6 +226,8 @@ class Camera:
     def __setattr__(self, name: str, value: Any) -> None:
         if isinstance(getattr(type(self), name, None), property):
             object.__setattr__(self, name, value)
+        elif hasattr(type(self), name) or name.startswith("_"):
+            raise AttributeError(f'"{name}" is no property of a camera: it cannot be assigned')
         else:
             self._find(name).value = value
 

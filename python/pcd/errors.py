@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import builtins
+import os
 from numbers import Real
 from typing import Any
 
@@ -15,8 +16,10 @@ class NoCameraError(Error, LookupError):
     """No camera has this index, id or beginning of an id. The text lists those that there are."""
 
 
-class NoPropertyError(Error, AttributeError):
+class NoPropertyError(Error, AttributeError, KeyError):
     """The camera has no such property. The text lists those that it has."""
+
+    __str__ = Exception.__str__  # KeyError would put it in quotes
 
     property: str = ""
 
@@ -66,6 +69,25 @@ class RecordError(Error, OSError):
     """The files of a recording do not have all frames. What was written stays."""
 
 
+def bad_value(name: str, value: object, expected: str) -> BadValueError:
+    """The exception for an argument."""
+    error = BadValueError(f'"{name}" cannot be {value!r}: expected {expected}')
+    error.property, error.value, error.expected = name, repr(value), expected
+    return error
+
+
+def check_path(name: str, path: Any) -> str:
+    """The path as text. Raises `BadValueError` if the library in C++ would use another file."""
+    text = os.fsdecode(path)
+    try:
+        text.encode()
+    except UnicodeEncodeError:
+        raise bad_value(name, path, "a name in UTF-8") from None
+    if "\0" in text:
+        raise bad_value(name, path, "a name without a zero character")
+    return text
+
+
 #: The longest time in any unit, and the largest pixel: far from what 64 bits hold.
 _MOST = 1e9
 
@@ -77,7 +99,4 @@ def check_time(name: str, value: Any, unit: str = "seconds", least: float = 0) -
     is_number = isinstance(value, Real) and not isinstance(value, bool)
     if is_number and least <= value <= _MOST:  # false for nan
         return
-    expected = f"{unit} from {least:g} to 1e9"
-    error = BadValueError(f'"{name}" cannot be {value!r}: expected {expected}')
-    error.property, error.value, error.expected = name, repr(value), expected
-    raise error
+    raise bad_value(name, value, f"{unit} from {least:g} to 1e9")

@@ -29,6 +29,8 @@ class Subscription:
     """Calls a function for cameras that come or go, until `cancel()`; a context manager too."""
 
     def __init__(self, is_there: bool, function: Callable[[CameraInfo], object]) -> None:
+        if not callable(function):
+            raise TypeError(f"the function is {function!r}: expected one that takes a CameraInfo")
         self._is_there = is_there
         self._function = function
         _pcd.set_listener(_announce)

@@ -46,6 +46,8 @@ class Property:
     """
 
     def __init__(self, session: _pcd.Session, name: str) -> None:
+        if not isinstance(name, str):
+            raise TypeError(f"the name of a property is {name!r}: expected a str")
         self._session = session
         #: The attribute of the camera: "gain".
         self.name: str = session.canonical_name(name)

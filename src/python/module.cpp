@@ -65,7 +65,16 @@ bool waitFor(const py::object& predicate, std::optional<double> seconds) {
         atMost);
 }
 
+/// Another interpreter of the process would share classes, and the state of threads, with the main
+/// one. Python gives it this module without initialising it again.
+void checkInterpreter() {
+    if (PyInterpreterState_Get() != PyInterpreterState_Main())
+        throw py::import_error("pcd works in the main interpreter only: use processes instead");
+}
+
 void bindSetup(py::module_& module) {
+    module.def("check_interpreter", &checkInterpreter,
+               "Raises ImportError in all interpreters but the main one.");
     module.def(
         "load_sdk", [](const QString& choice) { PPythonHost::instance().loadSdk(choice); },
         PText::PPythonHost::loadSdk);
@@ -125,7 +134,8 @@ void bindTexts(py::module_& module) {
 
 void bindStream(py::module_& module) {
     using Stream = PPythonStream;
-    py::class_<Stream>(module, "Stream", PText::PPythonStream::ofClass)
+    py::class_<Stream>(module, "Stream", PText::PPythonStream::ofClass,
+                       py::custom_type_setup(&forbidNew))
         .def("next", &Stream::next, PText::PPythonStream::next)
         .def(
             "poll",
@@ -180,20 +190,23 @@ using SessionClass = py::class_<PPythonSession, SessionPtr>;
 
 SessionClass bindSession(py::module_& module) {
     using Session = PPythonSession;
-    return SessionClass(module, "Session", PText::PPythonSession::ofClass)
-        .def(py::init(&Session::open), PText::PPythonSession::open)
+    SessionClass session(module, "Session", PText::PPythonSession::ofClass,
+                         py::custom_type_setup(&forbidNew));
+    module.def("open", &Session::open, PText::PPythonSession::open);
+    session
         .def(
-            "close", [](Session& session) { closeHere(session); }, PText::PPythonSession::close)
+            "close", [](Session& opened) { closeHere(opened); }, PText::PPythonSession::close)
         .def_property_readonly(
             "is_open",
-            [](const Session& session) {
+            [](const Session& opened) {
                 PPythonHost::instance().handleEvents();
-                return session.isOpen();
+                return opened.isOpen();
             },
             PText::PPythonSession::isOpen)
         .def_property_readonly(
-            "identity", [](const Session& session) { return toDict(session.identity()); },
+            "identity", [](const Session& opened) { return toDict(opened.identity()); },
             PText::PPythonSession::identity);
+    return session;
 }
 
 void bindProperties(SessionClass& session) {

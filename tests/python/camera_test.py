@@ -21,7 +21,7 @@ class Opening(SceneTest):
                           pcd.CameraInfo("Small-TWO", "Small", "TWO", True)], pcd.cameras())
 
     def test_a_camera_is_named_by_index_id_prefix_or_info(self):
-        for name in (1, "Small-TWO", "Small-T", pcd.cameras()[1]):
+        for name in (1, np.int64(1), "Small-TWO", "Small-T", pcd.cameras()[1]):
             with self.subTest(name), pcd.open(name) as opened:
                 self.assertEqual("Small-TWO", opened.id)
         with pcd.open() as opened:
@@ -37,8 +37,13 @@ class Opening(SceneTest):
             pcd.open(-1)
         with self.assertRaisesRegex(pcd.NoCameraError, "several cameras"):
             pcd.open("Small")
-        with self.assertRaisesRegex(TypeError, "expected an index"):
-            pcd.open(1.5)
+        with self.assertRaisesRegex(pcd.NoCameraError, "numbered 0 to 1"):
+            pcd.open(10**5000)
+        with self.assertRaisesRegex(pcd.NoCameraError, r'no camera "\?": there are "Small-ONE"'):
+            pcd.open("\ud800")
+        for wrong in (1.5, True, b"Small"):
+            with self.assertRaisesRegex(TypeError, "expected an index"):
+                pcd.open(wrong)
 
     def test_without_cameras_the_error_says_so(self):
         self.load({"cameras": []})
@@ -168,19 +173,53 @@ class PropertiesOfACamera(SceneTest):
                  ("negative", 2, "on or off"), ("rotation", "91", "one of '0', '90'"),
                  ("region", (0, 0), "a region x,y,width,height inside 0,0,322,240"),
                  ("region", np.array(5), "a region x,y"), ("region", Unreadable(), "a region x,y"),
-                 ("extexposure", 3, "one field")]
+                 ("extexposure", 3, "one field"), ("gain", b"2", "a number from 1 to 5"),
+                 ("gain", complex(1, 2), "a number from 1 to 5"),
+                 ("rotation", "\ud800", "one of '0', '90'"), ("rotation", b"90", "one of '0', '90'"),
+                 ("negative", np.array([1, 2]), "on or off")]
         before = len(self.simulator.journal())
         for name, value, expected in cases:
             with self.subTest(name=name, value=value):
                 with self.assertRaises(pcd.BadValueError) as caught:
                     setattr(self.camera, name, value)
-                self.assertEqual((name, repr(value)),
-                                 (caught.exception.property, caught.exception.value))
+                self.assertEqual(name, caught.exception.property)
+                self.assertIn(caught.exception.value, (repr(value), ascii(value)))
                 self.assertIn(expected, caught.exception.expected)
                 self.assertIn(expected, str(caught.exception))
                 self.assertIsInstance(caught.exception, ValueError)
         sent = [line for line in self.simulator.journal()[before:] if "_put_" in line]
         self.assertEqual([], sent)
+
+    def test_a_value_that_cannot_be_shown_is_named_by_its_type_and_a_long_one_is_cut(self):
+        for value, shown in ((Nameless(), "<Nameless>"), (10**5000, "<int>"),
+                             ("x" * 1000, "'" + "x" * 199 + "…")):
+            with self.assertRaises(pcd.BadValueError) as caught:
+                self.camera.gain = value
+            self.assertEqual(shown, caught.exception.value)
+
+    def test_numbers_of_numpy_are_numbers(self):
+        self.camera.gain = np.float32(2)
+        self.camera.contrast = np.int8(-3)
+        self.camera.negative = np.bool_(True)
+        self.camera.region = np.array([0, 0, 160, 120])
+        self.camera.extexposure = {"target": np.int64(90)}
+        self.assertEqual((2.0, -3, True, (0, 0, 160, 120), 90),
+                         (self.camera.gain, self.camera.contrast, self.camera.negative,
+                          self.camera.region, self.camera.extexposure["target"]))
+
+    def test_methods_are_not_replaced_by_mistake(self):
+        for name in ("close", "snap", "_session", "id"):
+            with self.assertRaises(AttributeError):
+                setattr(self.camera, name, 1)
+        self.assertTrue(self.camera.snap().still)
+
+    def test_properties_are_a_mapping(self):
+        self.assertIsNone(self.camera.properties.get("nosuch"))
+        self.assertNotIn(3, self.camera.properties)
+        with self.assertRaises(KeyError):
+            print(self.camera.properties["nosuch"])
+        with self.assertRaisesRegex(TypeError, "name of a property is 3: expected a str"):
+            print(self.camera.properties[3])
 
     def test_bad_fields_are_refused(self):
         with self.assertRaisesRegex(pcd.BadValueError, "extexposure.*nosuch"):
@@ -228,6 +267,13 @@ class Unreadable:
         raise OSError("no item")
 
 
+class Nameless:
+    """A value that cannot be shown."""
+
+    def __repr__(self):
+        raise OSError("no name")
+
+
 class ModesAndProfiles(SceneTest):
     def setUp(self):
         super().setUp()
@@ -247,8 +293,9 @@ class ModesAndProfiles(SceneTest):
         self.assertEqual((120, 160, 3), self.camera.snap().array.shape)
 
     def test_an_unknown_mode_lists_those_there_are(self):
-        with self.assertRaisesRegex(pcd.BadValueError, '"322x240", "160x120"'):
-            self.camera.mode = "1x1"
+        for wrong in ("1x1", None, 3, "\ud800"):
+            with self.assertRaisesRegex(pcd.BadValueError, '"322x240", "160x120"'):
+                self.camera.mode = wrong
 
     def test_a_profile_brings_settings_back(self):
         self.camera.contrast = 33

@@ -4,6 +4,7 @@ import datetime
 import gc
 import io
 import pickle
+import struct
 import threading
 import time
 import unittest
@@ -11,6 +12,7 @@ import unittest
 import numpy as np
 
 import pcd
+from pcd import _pcd
 from support import SceneTest, camera, run_python, scene
 
 
@@ -97,6 +99,24 @@ class Pixels(SceneTest):
         with self.assertRaises(TypeError):
             pickle.dumps(frame)
         np.testing.assert_array_equal(frame.array, pickle.loads(pickle.dumps(frame.array)))
+
+
+    def test_frames_and_streams_are_made_by_cameras_only(self):
+        class Mine(pcd.Frame):  # pylint: disable=too-few-public-methods
+            """One that Python could make without pixels."""
+        for make in (pcd.Frame, lambda: pcd.Frame.__new__(pcd.Frame), Mine,
+                     lambda: _pcd.Stream.__new__(_pcd.Stream),
+                     lambda: _pcd.Session.__new__(_pcd.Session)):
+            with self.assertRaisesRegex(TypeError, "made by cameras only"):
+                make()
+
+    def test_a_notebook_shows_a_picture_of_limited_size(self):
+        frame, = self.take(resolutions=[{"width": 3000, "height": 1500, "fps": 10}])
+        file = frame._repr_png_()  # pylint: disable=protected-access
+        self.assertEqual((1024, 512), struct.unpack(">II", file[16:24]))
+        small, = self.take(bits=8, flags=["MONO"])
+        file = small._repr_png_()  # pylint: disable=protected-access
+        self.assertEqual((322, 240, 8, 0), struct.unpack(">IIBB", file[16:26]))  # grey
 
 
 class Facts(SceneTest):

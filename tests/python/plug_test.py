@@ -123,6 +123,28 @@ class Listening(SceneTest):
         self.assertIs(fail, reported[0].object)
         self.assertEqual(["- Small-CAM-1"], self.seen)
 
+    def test_a_function_may_close_what_streams_and_use_what_waits(self):
+        self.load(scene(camera("one"), camera("two")))
+        opened = pcd.open(0)
+        stream = opened.stream()
+
+        def use(_):
+            self.seen.append(next(stream).index)  # inside the call of next() below
+            self.seen.append(opened.snap().still)
+            opened.close()
+        taken = []
+        with pcd.on_unplug(use), self.assertRaises(pcd.ClosedError):
+            for frame in stream:
+                taken.append(frame.index)
+                if frame.index == 0:
+                    self.pull("two")
+        self.assertNotIn(self.seen[0], taken)
+        self.assertTrue(self.seen[1])
+
+    def test_a_function_that_cannot_be_called_is_refused(self):
+        with self.assertRaisesRegex(TypeError, "the function is None: expected one that takes"):
+            pcd.on_plug(None)
+
     def test_ctrl_c_in_a_function_reaches_the_caller(self):
         def interrupt(_):
             raise KeyboardInterrupt

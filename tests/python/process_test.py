@@ -86,6 +86,37 @@ class Process(unittest.TestCase):
             "print(next(stream).sequence > 1)\n")
         self.assertEqual("True\nTrue\n", printed)
 
+    def test_another_interpreter_of_the_process_is_refused_and_harms_nothing(self):
+        printed = self.run_script(
+            "import _xxsubinterpreters as interpreters\n"
+            "camera = pcd.open()\n"
+            "other = interpreters.create()\n"
+            "try: interpreters.run_string(other, f'import sys; sys.path[:0] = {sys.path}; import pcd')\n"
+            "except interpreters.RunFailedError as error: print(error)\n"
+            "interpreters.destroy(other)\n"
+            "print(len([*camera.stream(2)]))\n")
+        self.assertIn("pcd works in the main interpreter only: use processes instead", printed)
+        self.assertTrue(printed.endswith("\n2\n"), printed)
+
+    def test_a_package_that_is_imported_again_has_the_same_cameras(self):
+        printed = self.run_script(
+            "camera = pcd.open()\n"
+            "for name in [name for name in sys.modules if name.startswith('pcd')]: del sys.modules[name]\n"
+            "import pcd as again\n"
+            "try: again.open()\n"
+            "except again.BusyError: print(again is pcd, len(again.cameras()))\n")
+        self.assertEqual("False 1\n", printed)
+
+    def test_a_pool_of_forked_processes_may_use_frames(self):
+        printed = self.run_script(
+            "import multiprocessing\n"
+            "camera = pcd.open()\nframes = [*camera.stream(4)]\nstream = camera.stream()\nnext(stream)\n"
+            "def take(number): return int(frames[number].array[120, 53, 0])\n"
+            "with multiprocessing.get_context('fork').Pool(2) as pool:\n"
+            "    print(pool.map(take, range(4)))\n"
+            "print(next(stream).index)\n")
+        self.assertEqual("[255, 255, 255, 255]\n1\n", printed)
+
     def test_ctrl_c_ends_a_script_while_it_waits(self):
         with subprocess.Popen(
                 [sys.executable, "-c", START + "camera = pcd.open()\nsimulator.hold('cam-1')\n"

@@ -232,7 +232,7 @@ class Triggers(OneCamera):
         self.assertEqual([2.0] * 3, [frame.exposure for frame in self.camera.stream(3)])
 
     def test_external_signals_take_one_frame_each(self):
-        stream = self.camera.trigger(2, external=True)
+        stream = self.camera.trigger(2, external=True, exposure=1)
         with stream:
             for _ in range(2):
                 self.assertTrue(pcd.wait_for(lambda: self.simulator.fire_trigger("cam-1"), UNTIL))
@@ -240,7 +240,7 @@ class Triggers(OneCamera):
         self.assertEqual(0, self.camera.extexposure["capturemode"])
 
     def test_an_endless_run_ends_with_the_loop(self):
-        for frame in self.camera.trigger(None):
+        for frame in self.camera.trigger(None, exposure=1):
             if frame.index == 3:
                 break
         self.assertEqual(1, len([*self.camera.stream(1)]))
@@ -283,7 +283,7 @@ class Recordings(OneCamera):
             self.assertIn('PhysicalSizeX="0.5"', file.ome_metadata)
 
     def test_a_series_has_one_file_a_frame(self):
-        self.camera.record(self.folder / "f-##.png", 3)
+        self.camera.record(os.fsencode(self.folder / "f-##.png"), np.int32(3))
         self.assertEqual(["f-01.png", "f-02.png", "f-03.png"],
                          sorted(path.name for path in self.folder.iterdir()))
 
@@ -298,6 +298,11 @@ class Recordings(OneCamera):
             self.camera.record(self.folder / "run.ome.tif")
         with self.assertRaisesRegex(pcd.BadValueError, r"run\.jpg.*\.ome\.tif"):
             self.camera.record(self.folder / "run.jpg", 1)
+        for wrong, expected in (("a\0b.ome.tif", "without a zero"), ("\udcff.ome.tif", "in UTF-8")):
+            for use in (lambda: self.camera.record(wrong, 1), lambda: self.camera.save_profile(wrong),
+                        lambda: self.camera.load_profile(wrong)):
+                with self.assertRaisesRegex(pcd.BadValueError, f'"path" cannot be .*{expected}'):
+                    use()
         with self.assertRaisesRegex(pcd.BadValueError, '"duration" cannot be -1'):
             self.camera.record(self.folder / "run.ome.tif", duration=-1)
         self.assertEqual([], [*self.folder.iterdir()])

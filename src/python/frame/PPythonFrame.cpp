@@ -63,6 +63,7 @@ PPythonFrame::~PPythonFrame() {
 }
 
 void PPythonFrame::addBuffer(PyHeapTypeObject* type) {
+    forbidNew(type);
     type->ht_type.tp_as_buffer = &type->as_buffer;
     type->as_buffer.bf_getbuffer = &PPythonFrame::getBuffer;
     type->as_buffer.bf_releasebuffer = &PPythonFrame::releaseBuffer;

@@ -21,13 +21,29 @@ namespace py = pybind11;
 class PUnlockedPython {
 public:
     PUnlockedPython() {
-        if (PyGILState_Check() != 0)
+        if (isHeld())
             m_release.emplace();
     }
 
 private:
+    /// Not PyGILState_Check(), which is always true once there was a second interpreter.
+    static bool isHeld() {
+        const PyThreadState* const own = PyGILState_GetThisThreadState();
+        return own != nullptr && own == py::detail::get_thread_state_unchecked();
+    }
+
     std::optional<py::gil_scoped_release> m_release;
 };
+
+/// For the type of a class that only the module makes objects of: those that Python would make
+/// have no content, and every function would crash.
+inline void forbidNew(PyHeapTypeObject* type) {
+    type->ht_type.tp_new = [](PyTypeObject* made, PyObject*, PyObject*) -> PyObject* {
+        PyErr_Format(PyExc_TypeError, "%s is made by cameras only: see help(pcd.open)",
+                     made->tp_name);
+        return nullptr;
+    };
+}
 
 namespace pybind11::detail {
 
@@ -36,17 +52,18 @@ template <>
 struct type_caster<QString> {
     PYBIND11_TYPE_CASTER(QString, const_name("str"));
 
-    /// False for anything but a str, and for one that is not valid Unicode.
+    /// False for anything but a str. Half characters, which UTF-8 does not have, become "?".
     bool load(handle source, bool) {
         if (!PyUnicode_Check(source.ptr()))
             return false;
-        Py_ssize_t size = 0;
-        const char* const text = PyUnicode_AsUTF8AndSize(source.ptr(), &size);
-        if (text == nullptr)
+        const auto bytes =
+            reinterpret_steal<object>(PyUnicode_AsEncodedString(source.ptr(), "utf-8", "replace"));
+        if (!bytes) { // no memory
             PyErr_Clear();
-        else
-            value = QString::fromUtf8(text, size);
-        return text != nullptr;
+            return false;
+        }
+        value = QString::fromUtf8(PyBytes_AS_STRING(bytes.ptr()), PyBytes_GET_SIZE(bytes.ptr()));
+        return true;
     }
     /// Characters that UTF-8 does not have are replaced.
     static handle cast(const QString& text, return_value_policy, handle) {

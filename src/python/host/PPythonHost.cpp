@@ -102,7 +102,7 @@ bool PPythonHost::isOwnThread() {
 }
 
 void PPythonHost::shutDown() noexcept {
-    if (!isOwnThread() || PPythonProcess::isForked())
+    if (!isOwnThread() || PPythonProcess::isForked() || !theHost->m_cameras)
         return;
     PGuardedCall::logged([] {
         theHost->m_listener = py::none();

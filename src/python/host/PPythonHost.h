@@ -32,7 +32,7 @@ public:
     static PPythonHost& withCameras();
     /// True if this is the thread of the cameras. Any thread.
     static bool isOwnThread();
-    /// Closes all cameras at the end of the process, if this is their thread. Any thread.
+    /// Closes all cameras at the end of the process, if this is their thread; once. Any thread.
     static void shutDown() noexcept;
 
     /// Loads the SDK: "auto", "sim" or the path of a library. Fails if another one was loaded

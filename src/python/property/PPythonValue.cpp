@@ -19,6 +19,8 @@
 
 namespace {
 
+constexpr qsizetype longestText = 200; // characters of a value in a message
+
 py::dict toFields(const QVariant& composite) {
     py::dict fields;
     for (const QString& name : PCompositeFields::names(composite)) {
@@ -159,5 +161,14 @@ QVariant PPythonValue::fromPython(const py::handle& object, const PDevicePropert
 }
 
 QString PPythonValue::toText(const py::handle& object) {
-    return py::repr(object).cast<QString>();
+    const auto text = py::reinterpret_steal<py::object>(PyObject_Repr(object.ptr()));
+    const auto bytes = py::reinterpret_steal<py::object>(
+        text ? PyUnicode_AsEncodedString(text.ptr(), "utf-8", "backslashreplace") : nullptr);
+    if (!bytes) {
+        PyErr_Clear(); // a message about the value is wanted, not about its repr()
+        return u"<%1>"_qs.arg(QString::fromUtf8(Py_TYPE(object.ptr())->tp_name));
+    }
+    const QString shown =
+        QString::fromUtf8(PyBytes_AS_STRING(bytes.ptr()), PyBytes_GET_SIZE(bytes.ptr()));
+    return shown.size() <= longestText ? shown : shown.left(longestText) + u'…';
 }

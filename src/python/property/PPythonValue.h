@@ -20,7 +20,7 @@ py::object toPython(const QVariant& value, const QVariant& range);
 /// a composite value that cannot be set. The device's thread.
 QVariant fromPython(const py::handle& object, const PDeviceProperty& property);
 
-/// repr(object), for messages.
+/// repr(object) for messages, if it is not too long; its type if that fails. Never throws.
 QString toText(const py::handle& object);
 
 } // namespace PPythonValue
