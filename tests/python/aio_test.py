@@ -63,6 +63,36 @@ class Asyncio(SceneTest):
                 return len([*opened.stream(2)])
         self.assertEqual(2, self.run_async(take()))
 
+    def test_a_loop_that_is_cancelled_while_frames_come_ends_and_closes_its_stream(self):
+        async def take(opened):
+            async for _ in opened.astream():
+                pass
+
+        async def cancel_often():
+            kept = []
+            with pcd.open() as opened:
+                for wait in range(20):  # at any moment between two frames
+                    task = asyncio.create_task(take(opened))
+                    await asyncio.sleep(0.02 + wait / 2000)
+                    task.cancel()
+                    try:
+                        await asyncio.wait_for(task, UNTIL)
+                    except asyncio.CancelledError as error:
+                        kept.append(error)  # and with its traceback the stream
+                return len(kept), len([*opened.stream(2)])
+        self.assertEqual((20, 2), self.run_async(cancel_often()))
+
+    def test_a_single_wait_that_is_cancelled_leaves_the_stream(self):
+        async def take():
+            with pcd.open() as opened:
+                self.simulator.hold("cam-1")
+                stream = opened.astream()
+                with self.assertRaises(asyncio.TimeoutError):
+                    await asyncio.wait_for(anext(stream), 0.05)
+                self.simulator.hold("cam-1", False)
+                return (await anext(stream)).index
+        self.assertEqual(0, self.run_async(take()))
+
     def test_a_slow_task_loses_frames_by_number(self):
         async def take():
             with pcd.open() as opened:

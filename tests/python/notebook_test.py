@@ -1,6 +1,7 @@
 """The module in a kernel of Jupyter, with cells and interrupts as a notebook sends them."""
 
 import base64
+import json
 import os
 import queue
 import struct
@@ -8,11 +9,13 @@ import sys
 import tempfile
 import time
 import unittest
+from pathlib import Path
 
 from jupyter_client.manager import KernelManager
 
 from support import UNTIL, scene
 
+EXAMPLE = Path(__file__).resolve().parents[2] / "examples/python/first_pictures.ipynb"
 START = f"""
 import asyncio, pcd
 simulator = pcd.simulate({scene()!r})
@@ -20,8 +23,8 @@ camera = pcd.open()
 """
 
 
-class Notebook(unittest.TestCase):
-    """One kernel: it takes a second to start."""
+class Kernel(unittest.TestCase):
+    """Tests with one kernel: it takes a second to start."""
 
     @classmethod
     def setUpClass(cls):
@@ -32,24 +35,23 @@ class Notebook(unittest.TestCase):
         # This Python, whatever is registered for the user.
         cls.kernel.kernel_spec.argv = [sys.executable, "-m", "ipykernel_launcher", "-f",
                                        "{connection_file}"]
-        cls.kernel.start_kernel(extra_arguments=["--HistoryManager.enabled=False"],
-                                env={**os.environ, "PYDEVD_DISABLE_FILE_VALIDATION": "1"})
+        # Nothing is read from or written to the user's folders.
+        places = {name: folder.name for name in ("IPYTHONDIR", "JUPYTER_CONFIG_DIR",
+                                                 "JUPYTER_DATA_DIR", "JUPYTER_RUNTIME_DIR")}
+        cls.kernel.start_kernel(env={**os.environ, **places})
         cls.addClassCleanup(cls.kernel.shutdown_kernel, now=True)
         cls.client = cls.kernel.blocking_client()
         cls.client.start_channels()
         cls.addClassCleanup(cls.client.stop_channels)
         cls.client.wait_for_ready(timeout=UNTIL)
 
-    def setUp(self):
-        self.run_cell(START)
-        self.addCleanup(self.run_cell, "simulator.hold('cam-1', False)\ncamera.close()")
-
     def run_cell(self, code, interrupt_at=None):
         """Runs a cell, and returns what it printed, the bundles it showed and its error's name.
 
         The kernel is interrupted once the cell has printed this text.
         """
-        message = self.client.execute(code)
+        # An error would skip what is sent until the kernel has told all clients.
+        message = self.client.execute(code, stop_on_error=False)
         printed, shown, error = "", [], None
         end = time.monotonic() + UNTIL
         while True:
@@ -71,6 +73,31 @@ class Notebook(unittest.TestCase):
                 error = content["ename"]
             elif kind == "status" and content["execution_state"] == "idle":
                 return printed, shown, error
+
+
+class Example(Kernel):
+    def test_the_example_runs_cell_by_cell(self):
+        cells = json.loads(EXAMPLE.read_text(encoding="utf-8"))["cells"]
+        ended = {}
+        for cell in cells:
+            if cell["cell_type"] != "code":
+                continue
+            self.assertEqual(([], None), (cell["outputs"], cell["execution_count"]))
+            printed, shown, error = self.run_cell("".join(cell["source"]))
+            self.assertIsNone(error, cell["source"])
+            ended[cell["id"]] = printed + "".join(one["text/plain"] for one in shown)
+            if cell["id"] == "snap":
+                self.assertIn("image/png", shown[0])
+        self.assertIn("Simulated-1MM", ended["cameras"])
+        self.assertIn("(960, 1280), dtype('uint8')", ended["pixels"])
+        self.assertIn("Range(minimum=1.0, maximum=16.0, step=0.01)", ended["properties"])
+        self.assertEqual(("True", "[0, 1, 2, 3, 4]"), (ended["loop"], ended["await"]))
+
+
+class Notebook(Kernel):
+    def setUp(self):
+        self.run_cell(START)
+        self.addCleanup(self.run_cell, "simulator.hold('cam-1', False)\ncamera.close()")
 
     def test_cells_have_cameras_and_a_last_line_shows_a_frame_as_a_picture(self):
         printed, shown, error = self.run_cell(
