@@ -1,6 +1,7 @@
 """The examples of docs/python.md and README.md, and the programs in examples/python, run as they
 are."""
 
+import ast
 import os
 import re
 import subprocess
@@ -102,6 +103,26 @@ class Docstrings(unittest.TestCase):
                            "        check(name, part, value)\n"
                            "print(len(vars(_pcd)) > 15, '->' in _pcd.Session.snap.__doc__)\n")
         self.assertEqual(("True False\n", ""), (ended.stdout, ended.stderr))
+
+
+class Types(unittest.TestCase):
+    def test_what_is_declared_of_the_native_module_is_what_it_has(self):
+        declared = set()
+        for one in ast.parse((TREE / "python/pcd/_pcd.pyi").read_text(encoding="utf-8")).body:
+            if isinstance(one, ast.FunctionDef):
+                declared.add(one.name)
+            elif isinstance(one, ast.AnnAssign):
+                declared.add(one.target.id)
+            elif isinstance(one, ast.ClassDef) and one.name[0] != "_":
+                declared |= {one.name} | {f"{one.name}.{part.name}" for part in one.body}
+        ended = run_python("from pcd import _pcd\n"
+                           "for name, one in vars(_pcd).items():\n"
+                           "    if name[0] == '_': continue\n"
+                           "    print(name)\n"
+                           "    for part in vars(one) if isinstance(one, type) else ():\n"
+                           "        if part[0] != '_' or part == '_repr_png_': print(f'{name}.{part}')\n")
+        # NumPy uses the buffer, which types cannot express before Python 3.12.
+        self.assertEqual(declared - {"Frame.__array__"}, set(ended.stdout.split()))
 
 
 class Readme(unittest.TestCase):

@@ -156,6 +156,43 @@ class Cables(LimitTest):
         self.assertEqual(0, self.simulator.open_handles())
 
 
+class ClosedMeanwhile(LimitTest):
+    """A function of on_unplug() closes the camera that is busy, because another one has gone."""
+
+    def setUp(self):
+        super().setUp()
+        self.load(scene(camera("one"), camera("two")))
+        self.opened = pcd.open("Small-ONE")
+        subscription = pcd.on_unplug(lambda _: self.opened.close())
+        self.addCleanup(subscription.cancel)
+
+    def test_a_recording_says_so_and_its_file_is_complete(self):
+        with tempfile.TemporaryDirectory() as folder:
+            path = Path(folder) / "run.ome.tif"
+            self.when(path.exists, lambda: self.pull("two"))
+            with self.assertRaisesRegex(
+                    pcd.ClosedError, 'run.ome.tif" has .* frames: camera Small-ONE was closed before'):
+                self.opened.record(path, frames=100_000)
+            import tifffile  # pylint: disable=import-outside-toplevel
+            with tifffile.TiffFile(path) as file:
+                self.assertGreater(len(file.pages), 0)
+
+    def test_a_still_says_so(self):
+        self.simulator.hold("one")
+        begun = len(self.simulator.journal())
+        self.when(lambda: any(line.startswith("Toupcam_Start")
+                              for line in self.simulator.journal()[begun:]),
+                  lambda: self.pull("two"))
+        with self.assertRaisesRegex(pcd.ClosedError, "was closed before a live frame arrived"):
+            self.opened.snap()
+
+    def test_a_stream_says_so(self):
+        self.when(lambda: True, lambda: self.pull("two"))
+        with self.assertRaisesRegex(pcd.ClosedError, "Small-ONE is closed: open it again"):
+            for _ in self.opened.stream():
+                pass
+
+
 class FullDisks(LimitTest):
     def setUp(self):
         super().setUp()

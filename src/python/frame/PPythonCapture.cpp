@@ -53,8 +53,17 @@ QString PPythonCapture::missingReason(const QString& what) const {
     if (m_session->isUnplugged())
         return u"camera %1 was unplugged before %2 arrived: plug it in, and open it again"_qs.arg(
             m_session->identity().id, what);
+    if (!m_session->isOpen())
+        return u"camera %1 was closed before %2 arrived: open it again"_qs.arg(
+            m_session->identity().id, what);
     return u"camera %1 did not send %2 in time: give a longer timeout, or see \"pcdctl "
            "doctor\""_qs.arg(m_session->identity().id, what);
+}
+
+const char* PPythonCapture::failureType(const char* ofOpenCamera) const {
+    if (m_session->isUnplugged())
+        return "UnpluggedError";
+    return m_session->isOpen() ? ofOpenCamera : "ClosedError";
 }
 
 std::unique_ptr<PPythonFrame> PPythonCapture::snap(std::optional<double> timeout) {
@@ -80,10 +89,8 @@ std::unique_ptr<PPythonFrame> PPythonCapture::snap(std::optional<double> timeout
         m_session->startStream(live, framesInSnap);
     const auto await = [&](const PFrameQueue& queue, const QString& what) {
         host.waitFor([&] { return queue.counts().waiting > 0 || !m_session->isOpen(); }, atMost);
-        if (queue.counts().waiting == 0) {
-            throw PPythonError(m_session->isUnplugged() ? "UnpluggedError" : "TimeoutError",
-                               missingReason(what));
-        }
+        if (queue.counts().waiting == 0)
+            throw PPythonError(failureType("TimeoutError"), missingReason(what));
     };
     // A camera takes stills only during a stream, between its live frames.
     await(*live, u"a live frame"_qs);
@@ -153,7 +160,7 @@ py::dict PPythonCapture::record(const Plan& plan) {
     const PFrameRecorder::Progress end = recorder->progress();
     const QString error = end.error.isEmpty() ? failure : end.error;
     if (!error.isEmpty()) {
-        throw PPythonError(m_session->isUnplugged() ? "UnpluggedError" : "RecordError",
+        throw PPythonError(failureType("RecordError"),
                            u"\"%1\" has %2 frames: %3"_qs.arg(
                                plan.path, QString::number(end.tally.written), error));
     }

@@ -46,6 +46,7 @@ public:
 private:
     std::unique_ptr<PFrameWriter> makeWriter(const Plan& plan) const;
     QString missingReason(const QString& what) const;
+    const char* failureType(const char* ofOpenCamera) const;
 
     std::shared_ptr<PPythonSession> m_session;
 };
