@@ -20,6 +20,7 @@
 #include <algorithm>
 #include <chrono>
 #include <exception>
+#include <utility>
 
 namespace {
 
@@ -195,6 +196,9 @@ PStatus PDevice::startStream() {
         return PStatus::failure(tr("the device is not linked"));
     if (m_streaming)
         return PStatus::failure(tr("the stream is already running"));
+    // Until it stops, the device would refuse to start again, however often it is linked.
+    if (std::exchange(m_stopRefused, false))
+        tryStopStream();
     updateMode();
     m_streaming = tryStartStream();
     return failedUnless(m_streaming, tr("the device refused to start its stream"));
@@ -204,9 +208,10 @@ PStatus PDevice::stopStream() {
     if (!m_streaming)
         return PStatus::Ok;
     m_streaming = false;
-    const bool stopped = tryStopStream();
+    m_stopRefused = true; // also if the plugin throws
+    m_stopRefused = !tryStopStream();
     giveFrameMemoryBack();
-    return failedUnless(stopped, tr("the device refused to stop its stream"));
+    return failedUnless(!m_stopRefused, tr("the device refused to stop its stream"));
 }
 
 PStatus PDevice::setMode(const PDeviceMode& mode) {

@@ -96,6 +96,20 @@ TEST(PDevice, is_stopped_for_the_host_even_if_it_refused_to_stop) {
     EXPECT_FALSE(device.isStreaming());
 }
 
+TEST(PDevice, is_stopped_again_before_it_starts_if_it_refused_to_stop) {
+    FakeDevice device;
+    device.link();
+    device.startStream();
+    device.refusesStop = true;
+    device.stopStream();
+    device.refusesStop = false;
+    device.calls.clear();
+    EXPECT_TRUE(device.startStream().isOk());
+    device.stopStream();
+    device.startStream();
+    EXPECT_EQ(device.calls, calls({"stop", "start", "stop", "start"}));
+}
+
 TEST(PDevice, stops_its_stream_before_it_is_unlinked) {
     FakeDevice device;
     device.link();
