@@ -99,7 +99,7 @@ void PDeviceProperty::setUnreadValueInner(const QVariant& value) {
 /// contract with its panels; any other is none.
 void PDeviceProperty::cacheUnread(const QVariant& returned, const QVariant& reported) {
     const bool isKept = PPropertyEncoding::isComposite(returned);
-    restore({isKept ? returned : QVariant(), isKept ? reported : QVariant(), true});
+    restore({isKept ? returned : QVariant(), reported, true});
 }
 
 void PDeviceProperty::readAtFirst() {
@@ -117,7 +117,7 @@ void PDeviceProperty::readBack() {
     const PReadWatch watch;
     const QVariant value = tryGetValue();
     if (watch.hasFailed())
-        cacheUnread(value, known);
+        cacheUnread(value, PPropertyEncoding::isComposite(value) ? known : QVariant());
     else
         setValueInner(value);
 }
@@ -159,11 +159,14 @@ bool PDeviceProperty::update(bool force) {
     const auto [value, range] = readAsReturned();
     const bool isRead = !watch.hasFailed();
     const bool rangeDiffers = range != m_range;
-    const bool valueDiffers = isRead && (m_isUnread || !areEqual(value, m_value));
+    const bool isComposite = PPropertyEncoding::isComposite(value);
+    // Panels of composite values write back what they show, so these are not announced as unread.
+    const bool valueDiffers =
+        isRead ? m_isUnread || !areEqual(value, m_value) : !isComposite && m_value.isValid();
     m_range = range;
     if (isRead)
         setValueInner(value);
-    else if (PPropertyEncoding::isComposite(value) || !m_value.isValid())
+    else
         cacheUnread(value, reportedValue());
     if (rangeDiffers || force)
         emit rangeChanged(m_range);

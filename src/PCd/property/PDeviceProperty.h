@@ -54,7 +54,7 @@ public:
     QVariant valueInner() const { return m_value; }
     QVariant rangeInner() const { return m_range; }
     /// True if the cached value is not the device's: it did not answer (PReadWatch) when the value
-    /// was first read, or read back after it was set, or, for a composite value, last read.
+    /// was last read, be it at first, in an update, or back after it was set.
     bool isUnread() const { return m_isUnread; }
     /// The cached value, or, while that is unread, the last one known: invalid if there is none.
     QVariant reportedValue() const;
@@ -96,14 +96,14 @@ public:
 
 public slots:
     /// Reads range and value from the device and emits the signals of those that changed, with
-    /// `force` of both. If the device does not answer (PReadWatch), the cached ones stay; only a
-    /// composite value becomes what the plugin returned, unread. May be invoked by name without the
-    /// argument.
+    /// `force` of both. If the device does not answer (PReadWatch), the range stays and the value
+    /// becomes unread: invalid, or, if composite, what the plugin returned. May be invoked by name
+    /// without the argument.
     void updateValueFromDevice(bool force = false);
 
 signals:
     /// The cached value: after each setValue(), and after a reading that changed it or was forced.
-    /// A value that becomes unread is not announced by a reading: panels write back what they show.
+    /// Not by a reading that leaves a composite value unread: panels write back what they show.
     void valueChanged(const QVariant& value);
     /// The cached range: after a reading that changed it or was forced.
     void rangeChanged(const QVariant& range);

@@ -393,20 +393,35 @@ TEST(PDeviceProperty, a_value_that_the_device_does_not_report_at_first_is_no_val
     EXPECT_FALSE(gain->isUnread());
 }
 
-TEST(PDeviceProperty, an_update_that_fails_keeps_the_last_value_and_emits_nothing) {
+TEST(PDeviceProperty, an_update_that_fails_leaves_no_value_and_announces_that_once) {
     TakenProperty taken;
     taken.property->failsToRead = true;
     taken.property->inDevice = 7;
     taken.property->updateValueFromDevice();
-    EXPECT_EQ(taken.property->valueInner(), QVariant(5));
-    EXPECT_EQ(taken.emitted, Emitted());
+    EXPECT_FALSE(taken.property->valueInner().isValid()) << "the device may have another one now";
+    EXPECT_TRUE(taken.property->isUnread());
+    EXPECT_EQ(taken.property->reportedValue(), QVariant(5));
+    EXPECT_EQ(taken.emitted, (Emitted{{"value", QVariant()}}));
+    taken.property->updateValueFromDevice(); // again
+    EXPECT_EQ(taken.property->reportedValue(), QVariant(5));
+    EXPECT_EQ(taken.emitted.size(), 1);
 }
 
-TEST(PDeviceProperty, a_forced_update_that_fails_emits_the_last_value) {
+TEST(PDeviceProperty, a_value_that_is_read_again_is_announced_even_if_it_is_the_last_one) {
+    TakenProperty taken;
+    taken.property->failsToRead = true;
+    taken.property->updateValueFromDevice();
+    taken.property->failsToRead = false;
+    taken.property->updateValueFromDevice();
+    EXPECT_FALSE(taken.property->isUnread());
+    EXPECT_EQ(taken.emitted, (Emitted{{"value", QVariant()}, {"value", 5}}));
+}
+
+TEST(PDeviceProperty, a_forced_update_that_fails_emits_that_there_is_no_value) {
     TakenProperty taken;
     taken.property->failsToRead = true;
     taken.property->updateValueFromDevice(true);
-    EXPECT_EQ(taken.emitted, (Emitted{{"range", QVariant()}, {"value", 5}}));
+    EXPECT_EQ(taken.emitted, (Emitted{{"range", QVariant()}, {"value", QVariant()}}));
 }
 
 TEST(PDeviceProperty, a_value_that_cannot_be_read_back_after_it_was_set_is_no_value) {

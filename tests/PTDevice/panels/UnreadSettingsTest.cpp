@@ -4,8 +4,10 @@
 #include <PTDevice/panels/ExposurePanelFixture.h>
 
 #include <PCdPlugins/PTDevice/FANDATA.h>
+#include <PCdPlugins/PTDevice/PTProps.h>
 
 #include <support/QtPrinters.h>
+#include <support/WaitUntil.h>
 
 #include <QRadioButton>
 
@@ -61,6 +63,22 @@ TEST_F(UnreadSettings, have_the_region_if_it_is_not_reported_after_a_change_of_t
     EXPECT_FALSE(roi->isUnread());
     EXPECT_EQ(roi->valueInner(), before);
     EXPECT_EQ(announced, before) << "and again";
+}
+
+TEST_F(UnreadSettings, have_the_colour_if_it_is_not_reported_after_a_white_balance) {
+    PDeviceProperty* const tint = property("tint");
+    ASSERT_TRUE(tint->valueInner().isValid());
+    QVariant announced = tint->valueInner();
+    QObject::connect(tint, &PDeviceProperty::valueChanged, tint,
+                     [&](const QVariant& value) { announced = value; });
+    ToupcamSim_failCall("Toupcam_get_TempTint", 0, 2, E_FAIL);
+    cbWbOnce(7000, 1200, device.get());
+    for (const char* const id : {"tint", "temp"})
+        ASSERT_TRUE(waitUntil([&] { return property(id)->isUnread(); })) << id;
+    EXPECT_FALSE(announced.isValid()) << "panels show it no longer";
+    tint->updateValueFromDevice();
+    EXPECT_EQ(announced, tint->reportedValue()) << "and again";
+    EXPECT_TRUE(announced.isValid());
 }
 
 TEST_F(UnreadSettings, a_fan_that_cannot_be_read_is_stored_like_that_and_marked) {

@@ -10,6 +10,7 @@
 
 #include <QScopedValueRollback>
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -32,6 +33,12 @@ std::array<PDeviceProperty*, 4> findPlainSettings(const PDevice& device) {
     return plain;
 }
 
+bool isAnyUnread(const std::array<PDeviceProperty*, 4>& plain) {
+    return std::any_of(plain.begin(), plain.end(), [](const PDeviceProperty* property) {
+        return property != nullptr && property->isUnread();
+    });
+}
+
 } // namespace
 
 PExposureWatch::PExposureWatch(PDevice* device, std::chrono::milliseconds interval)
@@ -43,7 +50,7 @@ PExposureWatch::PExposureWatch(PDevice* device, std::chrono::milliseconds interv
     if (const PDeviceProperty* const property = m_plain[Automatic]) {
         // From then on the camera keeps its exposure, and later settings of the user must stay.
         connect(property, &PDeviceProperty::valueChanged, this, [this](const QVariant& on) {
-            if (!on.toBool())
+            if (on.isValid() && !on.toBool())
                 m_found.reset();
         });
     }
@@ -70,6 +77,8 @@ void PExposureWatch::look() {
     if (m_composite != nullptr && m_composite->reportedValue() != m_record)
         m_record = m_shown = m_composite->reportedValue();
     const Reading now = read();
+    if (isAnyUnread(m_plain))
+        return; // until the camera answers
     // An exposure time is never 0: reading failed, for example because the cable was just pulled.
     if (now[Time].isValid() && now[Time].toDouble() <= 0)
         return;

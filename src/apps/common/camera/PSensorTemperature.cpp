@@ -30,5 +30,7 @@ std::optional<double> PSensorTemperature::of(const PDevice& device) {
     if (property == nullptr)
         return std::nullopt;
     property->updateValueFromDevice();
+    if (property->isUnread())
+        return std::nullopt; // the last one known may be old
     return PPropertyRoles::value(*property).number(PRole::SensorTemperature);
 }

@@ -27,6 +27,7 @@ struct Camera {
     int recordReads = 0;
     bool moves = false;          ///< time: with each reading, as with automatic exposure
     bool isTimeSilent = false;   ///< time: it cannot be read
+    bool isSwitchSilent = false; ///< automatic likewise
     bool isRecordSilent = false; ///< the record likewise
     int movesNext = 0; ///< microseconds: time moves so far after the next reading of the record
     int sent = 0;      ///< number of plain settings
@@ -154,7 +155,11 @@ protected:
             PReadWatch::reportFailure();
     });
     PDeviceProperty* const gain = new PlainSetting("autoexpogain", camera, camera.gain);
-    PDeviceProperty* const automatic = new PlainSetting("autoexponeable", camera, camera.automatic);
+    PDeviceProperty* const automatic =
+        new PlainSetting("autoexponeable", camera, camera.automatic, [this] {
+            if (camera.isSwitchSilent)
+                PReadWatch::reportFailure();
+        });
 
 private:
     std::unique_ptr<PExposureWatch> m_watch;
@@ -245,6 +250,19 @@ TEST_F(ExposureWatch, does_not_bring_back_a_time_that_could_not_be_read) {
     camera.isTimeSilent = false;
     send(10, false);
     EXPECT_EQ(camera.time, QVariant(10'000));
+}
+
+TEST_F(ExposureWatch, knows_the_last_automatic_exposure_while_it_cannot_be_read) {
+    for (bool Camera::*const silent : {&Camera::isTimeSilent, &Camera::isSwitchSilent}) {
+        moveAway();
+        const QVariant found = camera.time;
+        camera.*silent = true;
+        ASSERT_NO_FATAL_FAILURE(waitForReadings());
+        camera.*silent = false;
+        send(10, false);
+        EXPECT_EQ(camera.time, found);
+        camera.time = 10'000;
+    }
 }
 
 TEST_F(ExposureWatch, knows_the_last_record_while_it_cannot_be_read) {
