@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include <PCore/PThread.h>
 
+#include <PCore/PFaultStack.h>
+
 PThread::PThread(QObject* parent)
     : QThread(parent) {
-    // Without a receiver the function runs on the ending thread, right after its loop.
+    // Without a receiver the functions run on the thread itself, right before and after its loop.
+    connect(this, &QThread::started, [] { PFaultStack::giveThread(); });
     connect(this, &QThread::finished,
             [this] { m_loopEnded.store(true, std::memory_order_release); });
 }

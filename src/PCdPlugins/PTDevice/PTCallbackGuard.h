@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCore/PFaultStack.h>
+
 #include <exception>
 
 class PDevice;
@@ -12,9 +14,11 @@ namespace PTCallbackGuard {
 /// Logs an exception thrown in a callback. Any thread; throws nothing.
 void logException(const char* callback, const char* what) noexcept;
 
-/// Runs a callback's body and lets no exception out. True if nothing was thrown.
+/// Runs a callback's body and lets no exception out. True if nothing was thrown. The SDK's thread
+/// has a PFaultStack from then on.
 template <typename Body>
 bool run(const char* callback, const Body& body) noexcept {
+    PFaultStack::giveThread();
     try {
         body();
         return true;

@@ -4,6 +4,8 @@
 #include <PCdPlugins/PTDevice/PTDevice.h>
 #include <PCdPlugins/PTDevice/PTLog.h>
 
+#include <PCore/PFaultStack.h>
+
 #include <QSet>
 #include <QTimer>
 #include <QtPlugin>
@@ -76,6 +78,7 @@ PTDeviceRegister::~PTDeviceRegister() {
 }
 
 void PTDeviceRegister::hotPlugCallback(void* context) {
+    PFaultStack::giveThread();
     if (context == nullptr)
         return;
     const std::lock_guard lock(liveRegisters().mutex);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <PCore/call/PCallSlot.h>
 
+#include <PCore/PFaultStack.h>
 #include <PCore/call/PCallText.h>
 
 #include <algorithm>
@@ -68,6 +69,7 @@ PCallSlot::PCallSlot()
 }
 
 PCallSlot& PCallSlot::claim() {
+    PFaultStack::giveThread();
     s_ofThread = PCallSlots::instance().take();
     static thread_local const PCallSlots::Return atEnd{s_ofThread};
     return *s_ofThread;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <PCore/call/PCallWatchdog.h>
 
+#include <PCore/PFaultStack.h>
 #include <PCore/call/PCallSlot.h>
 
 #include <algorithm>
@@ -78,6 +79,7 @@ QList<PCallWatchdog::Call> PCallWatchdog::overdueCalls() {
 }
 
 void PCallWatchdog::run() {
+    PFaultStack::giveThread();
     constexpr int looksUntilReport = 3; // so that the time is known well enough
     // Not without a pause, however short the patience.
     const auto pause = std::max(m_patience / looksUntilReport, std::chrono::milliseconds(1));

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <PCore/work/PWorkQueue.h>
 
+#include <PCore/PFaultStack.h>
 #include <PCore/work/PGuardedCall.h>
 
 #include <utility>
@@ -74,6 +75,7 @@ std::size_t PWorkQueue::cost() const {
 
 /// The body of a thread.
 void PWorkQueue::run() {
+    PFaultStack::giveThread();
     while (std::optional<Item> item = next()) {
         carryOut(std::move(*item));
         leave();

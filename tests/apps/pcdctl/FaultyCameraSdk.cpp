@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // A camera SDK with a fault, which the environment variable FAULTY_CAMERA_SDK selects.
+#include <apps/pcdctl/ExhaustedStack.h>
+
 #include <toupcam/toupcam.h>
 
 #include <cstdlib>
@@ -8,18 +10,18 @@
 
 namespace {
 
+PTOUPCAM_HOTPLUG hotPlugCallback = nullptr;
+void* hotPlugContext = nullptr;
+
 void writeNowhere() {
     static volatile int* nowhere = nullptr;
     *nowhere = 1;
 }
 
-/// The value is used after the call, so that the compiler cannot make a loop of this.
-int recurseForEver(volatile int depth) {
-    volatile char room[1000];
-    if (depth < 0) // never
-        return 0;
-    room[depth % 1000] = 1;
-    return recurseForEver(depth + 1) + room[0];
+/// On a thread that has been in the program, as those that deliver frames have.
+void callBackAndRecurse() {
+    hotPlugCallback(hotPlugContext);
+    recurseForEver(0);
 }
 
 #if defined(__x86_64__)
@@ -47,8 +49,12 @@ unsigned Toupcam_EnumV2(ToupcamDeviceV2[TOUPCAM_MAX]) {
 #endif
     if (std::strcmp(fault, "stack") == 0)
         return unsigned(recurseForEver(0));
+    if (std::strcmp(fault, "thread_stack") == 0)
+        std::thread(callBackAndRecurse).join();
     std::abort();
 }
 
-void Toupcam_HotPlug(PTOUPCAM_HOTPLUG, void*) {
+void Toupcam_HotPlug(PTOUPCAM_HOTPLUG callback, void* context) {
+    hotPlugCallback = callback;
+    hotPlugContext = context;
 }

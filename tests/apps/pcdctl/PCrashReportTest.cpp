@@ -3,8 +3,11 @@
 
 #include <apps/pcdctl/CtlProcess.h>
 #include <apps/pcdctl/CtlScene.h>
+#include <apps/pcdctl/ExhaustedStack.h>
 
+#include <PCore/PThread.h>
 #include <PCore/call/PNamedCall.h>
+#include <PCore/work/PWorkQueue.h>
 
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>
@@ -117,6 +120,8 @@ INSTANTIATE_TEST_SUITE_P(
                     FaultRow{"a_null_pointer_on_another_thread", "thread", SIGSEGV,
                              "code 1, address 0x0\n"},
                     FaultRow{"an_exhausted_stack", "stack", SIGSEGV, "(SIGSEGV), code "},
+                    FaultRow{"an_exhausted_stack_of_another_thread", "thread_stack", SIGSEGV,
+                             "(SIGSEGV), code "},
                     FaultRow{"an_abort", "abort", SIGABRT, "(SIGABRT), sent by process "}),
     RowName());
 
@@ -183,6 +188,63 @@ TEST_F(CrashReport, has_the_calls_of_all_threads_in_their_order) {
                                 "  Camera_set(3), in progress\n"))
         << report.toStdString();
 }
+
+/// Ends this process by exhausting the stack of a thread that `start` makes.
+void exhaustStack(void (*start)(), const QString& state) {
+    qputenv("XDG_STATE_HOME", QFile::encodeName(state));
+    leaveNoCoreFile();
+    const char* const arguments[] = {"crashing"};
+    PCrashReport::install(1, arguments, u"1"_qs);
+    start();
+    for (;;)
+        ::pause();
+}
+
+void recurseInAQueue() {
+    static PWorkQueue queue(1, 1);
+    queue.push(1, [] {
+        recurseForEver(0);
+        return PStatus(PStatus::Ok);
+    });
+}
+
+void recurseInAThread() {
+    class Recursion : public PThread {
+        void run() override { recurseForEver(0); }
+    };
+    static Recursion thread;
+    thread.startThread();
+}
+
+void recurseInACaller() {
+    std::thread([] {
+        { const auto inProgress = crashingSet.begin(1); }
+        recurseForEver(0);
+    }).detach();
+}
+
+/// What starts a thread of the program.
+struct ThreadRow {
+    const char* name;
+    void (*start)();
+};
+
+class CrashReportOfAThread : public CrashReport, public testing::WithParamInterface<ThreadRow> {};
+
+TEST_P(CrashReportOfAThread, is_left_if_its_stack_is_exhausted) {
+    EXPECT_EXIT(exhaustStack(GetParam().start, path(u"state"_qs)), testing::KilledBySignal(SIGSEGV),
+                "a report is in ");
+    ASSERT_EQ(reports().size(), 1);
+    const QByteArray report = readFile(reports().first());
+    EXPECT_TRUE(report.contains("(SIGSEGV), code ")) << report.toStdString();
+    EXPECT_TRUE(report.contains("\nStack:\n")) << report.toStdString();
+}
+
+INSTANTIATE_TEST_SUITE_P(Threads, CrashReportOfAThread,
+                         testing::Values(ThreadRow{"of_a_work_queue", recurseInAQueue},
+                                         ThreadRow{"of_the_framework", recurseInAThread},
+                                         ThreadRow{"that_calls_a_camera", recurseInACaller}),
+                         RowName());
 
 TEST_F(CrashReport, of_a_run_without_a_fault_does_not_exist) {
     CtlProcess process({listWord, u"--sdk=sim"_qs});

@@ -7,6 +7,7 @@
 #include <apps/common/crash/PCrashLog.h>
 #include <apps/common/crash/PCrashWriter.h>
 
+#include <PCore/PFaultStack.h>
 #include <PCore/PPrintableText.h>
 
 #include <execinfo.h>
@@ -132,8 +133,9 @@ void handleSignal(int number, siginfo_t* info, void*) {
     std::raise(number);
 }
 
-/// For the main thread; the others have room enough in theirs for what is no exhausted stack.
+/// For the main thread, until the process has ended. Threads that begin from now on have their own.
 void useOwnStack() {
+    PFaultStack::want();
     stack_t present{};
     if (::sigaltstack(nullptr, &present) != 0 || (present.ss_flags & SS_DISABLE) == 0)
         return; // a sanitizer's

@@ -4,6 +4,8 @@
 #include <apps/common/hang/POverdueCalls.h>
 #include <apps/common/hang/PStderrLine.h>
 
+#include <PCore/PFaultStack.h>
+
 #include <unistd.h>
 
 PExitDeadline::PExitDeadline(std::chrono::milliseconds time, const QString& message, int code)
@@ -21,6 +23,7 @@ PExitDeadline::~PExitDeadline() {
 }
 
 void PExitDeadline::wait(std::chrono::milliseconds time, const QString& message, int code) {
+    PFaultStack::giveThread();
     std::unique_lock lock(m_mutex);
     if (m_changed.wait_for(lock, time, [this] { return m_isMet; }))
         return;

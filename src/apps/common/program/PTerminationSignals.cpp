@@ -4,6 +4,8 @@
 #include <apps/common/hang/POverdueCalls.h>
 #include <apps/common/hang/PStderrLine.h>
 
+#include <PCore/PFaultStack.h>
+
 #include <algorithm>
 #include <array>
 #include <atomic>
@@ -102,10 +104,14 @@ void endUnlessAcknowledged(const sigset_t& set) {
         waitOrEnd(set, time);
     // A thread of its own: this one waits for a second signal meanwhile.
     if (!acknowledged)
-        std::thread(call).detach();
+        std::thread([call = call] {
+            PFaultStack::giveThread();
+            call();
+        }).detach();
 }
 
 void waitForSignals(sigset_t set) {
+    PFaultStack::giveThread();
     int number = 0;
     while (sigwait(&set, &number) == 0) {
         if (!expected || noted.exchange(true))

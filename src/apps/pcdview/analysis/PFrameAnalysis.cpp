@@ -4,6 +4,8 @@
 #include <apps/pcdview/analysis/PBandAnalysis.h>
 #include <apps/pcdview/view/PPixelLayout.h>
 
+#include <PCore/PFaultStack.h>
+
 #include <QScopeGuard>
 
 #include <algorithm>
@@ -27,7 +29,10 @@ void runAll(Bands& bands) {
             thread.join();
     });
     for (std::size_t i = 1; i < bands.size(); ++i)
-        threads.emplace_back([&band = bands[i]] { band.run(); });
+        threads.emplace_back([&band = bands[i]] {
+            PFaultStack::giveThread();
+            band.run();
+        });
     bands.front().run();
 }
 
