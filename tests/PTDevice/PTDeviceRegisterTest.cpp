@@ -212,6 +212,25 @@ TEST_F(PTRegister, a_record_without_a_model_name_is_skipped_like_a_camera_that_f
     EXPECT_THAT(SimJournal::calls("Toupcam_Close"), ElementsAre("Toupcam_Close(h1)"));
 }
 
+TEST_F(PTRegister, a_camera_that_neither_opens_nor_closes_again_leaves_the_others_working) {
+    loadScene({camera("a", "A000000001").withModel("null"), camera("b", "B000000001")});
+    ToupcamSim_failCall("Toupcam_Close", 0, 1, E_FAIL);
+    {
+        PTDeviceRegister reg;
+        reg.updateDevices();
+        EXPECT_EQ(ids(reg.devices()), QList<QByteArray>{"Simulated-T-B000000001"});
+        EXPECT_EQ(ToupcamSim_openHandles(), 2u) << "the SDK kept the one that failed";
+        const QString failure =
+            u"Exception while opening a camera: the camera's record has no model name"_qs;
+        EXPECT_THAT(ptRecords(log, failure), SizeIs(1));
+        PDevice* const other = reg.devices().value(0);
+        reg.updateDevices(); // which tries it again
+        EXPECT_EQ(reg.devices(), QList<PDevice*>{other});
+        EXPECT_TRUE(other->isAnswering());
+    }
+    EXPECT_EQ(ToupcamSim_openHandles(), 1u) << "the register closed all that it could";
+}
+
 TEST_F(PTRegister, a_64_character_id_never_matches_its_own_device_and_is_created_at_every_rescan) {
     const std::string id(64, 'x');
     loadScene({camera(id, "S1")});

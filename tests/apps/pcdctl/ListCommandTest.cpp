@@ -8,6 +8,8 @@
 #include <QImage>
 #include <QSet>
 
+#include <csignal>
+
 namespace {
 
 const QString sim = u"--sdk=sim"_qs;
@@ -40,6 +42,21 @@ TEST_F(ListCommand, says_for_users_that_cameras_are_simulated) {
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_TRUE(result.output.contains("0      Small-S0001  Small  S0001       simulated\n"))
         << result.output.toStdString();
+}
+
+TEST_F(ListCommand, a_camera_that_fails_to_open_and_hangs_when_it_is_closed_again_is_named) {
+    CtlScene()
+        .addCamera()
+        .set(u"model"_qs, QJsonValue::Null) // opened, but of no use
+        .addFault(hanging(u"Toupcam_Close"_qs))
+        .writeTo(sceneFile());
+    CtlProcess process({listWord, sim, u"--scene"_qs, sceneFile()});
+    process.with(u"PCD_CALL_SECONDS"_qs, u"0.1"_qs).start();
+    ASSERT_TRUE(process.waitForErrors("pcdctl: waiting for Toupcam_Close(0x"));
+    process.sendSignal(SIGINT);
+    ASSERT_TRUE(process.waitForErrors("pcdctl: ended while waiting for Toupcam_Close(0x"));
+    ASSERT_TRUE(process.finish());
+    EXPECT_EQ(process.exitCode(), -1);
 }
 
 TEST_F(ListCommand, a_name_neither_controls_the_terminal_nor_looks_like_another_row) {
