@@ -100,6 +100,12 @@ std::vector<SdkCall> CallHook::calls() {
     return followed().calls;
 }
 
+std::size_t CallHook::count(const std::string& function) {
+    const std::lock_guard lock(followed().mutex);
+    const auto found = followed().numbers.find(function);
+    return found == followed().numbers.end() ? 0 : found->second;
+}
+
 std::size_t CallHook::happened() {
     const std::lock_guard lock(followed().mutex);
     return std::size_t(std::count(followed().done.begin(), followed().done.end(), true));

@@ -16,6 +16,8 @@ void end();
 
 /// The calls so far, in their order.
 std::vector<SdkCall> calls();
+/// The number of these calls so far, also of those that failed.
+std::size_t count(const std::string& function);
 /// The number of faults that have happened.
 std::size_t happened();
 /// The number of data callbacks so far that had data, and of answers of one-push white balances.

@@ -2,11 +2,14 @@
 #include <reliability/ScriptedSession.h>
 
 #include <reliability/CallHook.h>
+#include <reliability/CompositeTruth.h>
 #include <reliability/PanelTruth.h>
 #include <reliability/ReliableCamera.h>
 #include <reliability/ShortWait.h>
 
 #include <support/WaitUntil.h>
+
+#include <apps/common/camera/PExposureWatch.h>
 
 #include <PCdPlugins/PTDevice/PTDevice.h>
 #include <PCdPlugins/PTDevice/PTDeviceRegister.h>
@@ -25,6 +28,7 @@ namespace {
 
 constexpr int fewFrames = 3;
 constexpr int fewestEditors = 15; // of numbers, regions, switches and choices
+constexpr int controlsOfPlugin = 10;
 
 /// The plugin's register. It does not search by itself when a camera comes or goes, some time
 /// later, but when the session makes it: so the calls are the same each time.
@@ -127,6 +131,7 @@ void ScriptedSession::onDeviceAdded() {
     const QList<PDevice*> devices = m_manager->devices();
     expectTrue(devices.size() == 1, u"there is one camera"_qs);
     m_device = devices.last();
+    m_mayBalance = false;
     expectTrue(qobject_cast<PTDevice*>(m_device)->sdkHandle() != nullptr,
                u"a camera that is listed is open"_qs);
     m_callbacksBefore = CallHook::dataCallbacks();
@@ -166,10 +171,10 @@ void ScriptedSession::readCatalogue() {
     }
 }
 
-void ScriptedSession::showPanels() {
-    const std::unique_ptr<QWidget> panel(m_device->createPropertiesWidget(nullptr));
+std::unique_ptr<QWidget> ScriptedSession::openPanel() {
+    std::unique_ptr<QWidget> panel(m_device->createPropertiesWidget(nullptr));
     if (!require(panel != nullptr, u"a panel"_qs))
-        return;
+        return panel;
     // Those that read again and again would make the calls depend on how long all this takes.
     for (QTimer* timer : panel->findChildren<QTimer*>()) {
         if (!timer->isSingleShot())
@@ -177,21 +182,35 @@ void ScriptedSession::showPanels() {
     }
     panel->show();
     QCoreApplication::processEvents();
-    checkPanel(*panel);
+    return panel;
+}
+
+void ScriptedSession::showPanels() {
+    const std::unique_ptr<QWidget> panel = openPanel();
+    checkPanel(panel.get());
     for (const int hue : {20, 0}) {
         setHue(hue);
         QCoreApplication::processEvents();
-        checkPanel(*panel);
+        checkPanel(panel.get());
     }
 }
 
-/// What a lost camera had cannot be compared any more.
-void ScriptedSession::checkPanel(const QWidget& panel) {
-    if (!m_device || !isAnswering(*m_device))
+/// As programs do while they show a camera, but once.
+void ScriptedSession::readExposure() {
+    if (m_device)
+        const PExposureWatch watch(m_device, std::chrono::hours(1));
+    QCoreApplication::processEvents();
+}
+
+/// What a lost camera had cannot be compared any more, nor what it may still be changing.
+void ScriptedSession::checkPanel(const QWidget* panel) {
+    if (!panel || !m_device || m_mayBalance || !isAnswering(*m_device))
         return;
-    require(PanelTruth::countEditors(panel, *m_device) >= fewestEditors,
+    require(PanelTruth::countEditors(*panel, *m_device) >= fewestEditors &&
+                CompositeTruth::countControls(*panel) == controlsOfPlugin,
             u"editors in the panel"_qs);
-    m_wronglyShown += PanelTruth::findLies(panel, *m_device);
+    m_wronglyShown += PanelTruth::findLies(*panel, *m_device);
+    m_wronglyShown += CompositeTruth::findLies(*panel, *qobject_cast<PTDevice*>(m_device));
 }
 
 /// What is reported as set must be on the camera.
@@ -232,14 +251,25 @@ void ScriptedSession::stopStream() {
 }
 
 void ScriptedSession::stream() {
-    if (startStream()) {
-        const quint64 answers = CallHook::balanceCallbacks();
-        if (PDeviceProperty* const balance = m_device->getProperty("awbonce"))
-            balance->setValue(QVariant());
-        require(waitFor([&] { return CallHook::balanceCallbacks() > answers || !m_device; }),
-                u"white is balanced"_qs);
-    }
+    const std::unique_ptr<QWidget> panel = openPanel();
+    if (startStream())
+        balanceWhite();
     stopStream();
+    checkPanel(panel.get());
+}
+
+/// Waits until both values have been read again, or could not be.
+void ScriptedSession::balanceWhite() {
+    const quint64 answers = CallHook::balanceCallbacks();
+    const std::size_t readings = CallHook::count("Toupcam_get_TempTint");
+    if (PDeviceProperty* const balance = m_device->getProperty("awbonce"))
+        balance->setValue(QVariant());
+    m_mayBalance = !waitFor([&] {
+        return (CallHook::balanceCallbacks() > answers &&
+                CallHook::count("Toupcam_get_TempTint") >= readings + 2) ||
+               !m_device;
+    });
+    require(!m_mayBalance, u"white is balanced"_qs);
 }
 
 void ScriptedSession::takeStill() {

@@ -53,8 +53,10 @@ private:
     void checkLedger(PDevice* device);
 
     void readCatalogue();
+    std::unique_ptr<QWidget> openPanel();
     void showPanels();
-    void checkPanel(const QWidget& panel);
+    void readExposure();
+    void checkPanel(const QWidget* panel);
     void setHue(int hue);
     void saveProfile();
     void checkProfile();
@@ -62,6 +64,7 @@ private:
     bool startStream();
     void stopStream();
     void stream();
+    void balanceWhite();
     void takeStill();
     void record();
     void checkRecording(const QString& path, quint64 written);
@@ -78,6 +81,7 @@ private:
     QPointer<PDevice> m_device;
     quint64 m_callbacksBefore = 0; ///< data callbacks before this device
     bool m_isPushed = true;        ///< all its frames so far came through data callbacks
+    bool m_mayBalance = false;     ///< a white balance began and was not seen to end
     int m_shown = 0;               ///< live frames
     int m_stills = 0;
     QStringList m_failures;

@@ -18,6 +18,7 @@
 #include <PCd/profile/PDeviceProfilePlan.h>
 
 #include <QFile>
+#include <QWidget>
 
 namespace {
 
@@ -128,6 +129,7 @@ void ScriptedSession::checkRecording(const QString& path, quint64 written) {
 }
 
 void ScriptedSession::trigger() {
+    const std::unique_ptr<QWidget> panel = openPanel();
     PTriggerControl control(*m_device);
     if (!require(control.prepare(PTriggerControl::Source::Software, std::chrono::microseconds(200),
                                  triggeredFrames),
@@ -140,6 +142,8 @@ void ScriptedSession::trigger() {
                 u"triggered frames"_qs);
     }
     stopStream();
+    readExposure();
+    checkPanel(panel.get());
 }
 
 /// As a host does that runs the camera in pull mode itself.
