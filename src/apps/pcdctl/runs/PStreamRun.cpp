@@ -63,8 +63,9 @@ QString PStreamRun::stallReason() const {
     QString text = u"frame %1"_qs.arg(tally().frames() + 1);
     if (options().frames)
         text += u" of %1"_qs.arg(*options().frames);
-    text += u" did not arrive within %1 s of the one before"_qs.arg(
-        std::chrono::duration<double>(longestWait()).count());
+    text += u" did not arrive within %1 s of %2"_qs.arg(
+        QString::number(std::chrono::duration<double>(longestWait()).count()),
+        tally().frames() > 0 ? u"the one before"_qs : u"the start"_qs);
     if (tally().frames() >= 2) {
         text += u"; %1 arrived, and the longest gap, %2 s, is after frame %3"_qs.arg(
             QString::number(tally().frames()),
