@@ -108,6 +108,13 @@ double WayProcess::cpuMs() const {
     return double(time.tv_sec) * 1e3 + double(time.tv_nsec) / 1e6;
 }
 
+bool WayProcess::isRunning() const {
+    siginfo_t ended{};
+    // The destructor collects it.
+    return ::waitid(P_PID, id_t(m_id), &ended, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+           ended.si_pid == 0;
+}
+
 bool WayProcess::hasWork() const {
     const std::string tasks = "/proc/" + std::to_string(m_id) + "/task";
     for (const auto& entry : std::filesystem::directory_iterator(tasks)) {

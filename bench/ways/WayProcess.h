@@ -31,6 +31,8 @@ public:
     /// Milliseconds of processor time that it has had, all threads. Throws std::runtime_error if it
     /// has ended.
     double cpuMs() const;
+    /// Whether it has not ended.
+    bool isRunning() const;
     /// Whether the system would run one of its threads if it could, or one waits for a disk.
     bool hasWork() const;
     /// Gives the memory of its files back, see WayFolders::Scratch.

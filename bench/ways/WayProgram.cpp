@@ -12,6 +12,12 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+namespace {
+
+constexpr int patienceMs = 20'000;
+
+} // namespace
+
 WayProgram::WayProgram(const Way& way, WayProcess::Memory memory)
     : m_name(way.name)
     , m_arrival(way.arrival)
@@ -74,9 +80,15 @@ std::int64_t WayProgram::discardPixels(std::size_t size) const {
 std::int64_t WayProgram::waitForRest() const {
     using namespace std::chrono_literals;
     constexpr std::int64_t restNs = 4'000'000;
-    std::int64_t since = WayArrival::now();
+    const std::int64_t began = WayArrival::now();
+    std::int64_t since = began;
     for (double before = m_process.cpuMs(); WayArrival::now() - since < restNs;) {
         std::this_thread::sleep_for(200us);
+        // One that has ended uses no time either.
+        if (!m_process.isRunning())
+            throw std::runtime_error(m_name + " has ended");
+        if (WayArrival::now() - began > std::int64_t(patienceMs) * 1'000'000)
+            throw std::runtime_error(m_name + " does not come to rest");
         const double now = m_process.cpuMs();
         if (now != before || m_process.hasWork())
             since = WayArrival::now();
@@ -94,7 +106,6 @@ StubRemote::Reply WayProgram::readReply() const {
 }
 
 void WayProgram::waitUntilReadable(int file) const {
-    constexpr int patienceMs = 20000;
     pollfd one{file, POLLIN, 0};
     if (::poll(&one, 1, patienceMs) != 1)
         throw std::runtime_error(m_name + " does not go on");

@@ -13,8 +13,9 @@ public:
     /// From now on threads get theirs in giveThread(). Any thread.
     static void want() noexcept;
     /// Gives the calling thread its own. To be called where a thread starts, or where a thread that
-    /// others have started enters; from the second time on it takes two instructions. If the system
-    /// has no memory the thread goes without. Any thread.
+    /// others have started enters; from the second time on it takes two instructions, and an atomic
+    /// load in a program that wants none. If the system has no memory the thread goes without. Any
+    /// thread.
     static void giveThread() noexcept {
         if (!s_isGiven)
             give();

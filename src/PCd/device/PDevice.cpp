@@ -20,7 +20,6 @@
 #include <algorithm>
 #include <chrono>
 #include <exception>
-#include <utility>
 
 namespace {
 
@@ -197,8 +196,8 @@ PStatus PDevice::startStream() {
     if (m_streaming)
         return PStatus::failure(tr("the stream is already running"));
     // Until it stops, the device would refuse to start again, however often it is linked.
-    if (std::exchange(m_stopRefused, false))
-        tryStopStream();
+    if (m_stopRefused)
+        m_stopRefused = !tryStopStream();
     updateMode();
     m_streaming = tryStartStream();
     return failedUnless(m_streaming, tr("the device refused to start its stream"));

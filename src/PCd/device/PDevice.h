@@ -109,7 +109,7 @@ public:
     PStatus link();
     PStatus unlink();
     PStatus startStream();
-    /// Tried again by the next startStream() if the device refused.
+    /// Tried again by each startStream() until the device no longer refuses.
     PStatus stopStream();
     /// Sets the mode, also while streaming, and emits modeChanged() with the device's mode
     /// afterwards, an empty one if the device does not report it (PReadWatch).
@@ -194,11 +194,11 @@ private:
     bool m_processImage = false;
     bool m_linked = false;
     bool m_streaming = false;
-    bool m_stopRefused = false; ///< by the device, which may still stream
     bool m_gone = false;
     bool m_hadModes = false;
     bool m_propertiesTaken = false;
     bool m_groupsTaken = false;
+    bool m_stopRefused = false; ///< by the device, which may still stream
     std::unique_ptr<PDeviceIdClaim> m_idClaim;
     std::unique_ptr<PFramePipeline> m_frames;
 };

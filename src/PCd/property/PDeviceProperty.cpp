@@ -159,7 +159,8 @@ bool PDeviceProperty::update(bool force) {
     const auto [value, range] = readAsReturned();
     const bool isRead = !watch.hasFailed();
     const bool rangeDiffers = range != m_range;
-    const bool isComposite = PPropertyEncoding::isComposite(value);
+    const bool isComposite =
+        PPropertyEncoding::isComposite(value) || PPropertyEncoding::isComposite(m_value);
     // Panels of composite values write back what they show, so these are not announced as unread.
     const bool valueDiffers =
         isRead ? m_isUnread || !areEqual(value, m_value) : !isComposite && m_value.isValid();
@@ -167,7 +168,7 @@ bool PDeviceProperty::update(bool force) {
     if (isRead)
         setValueInner(value);
     else
-        cacheUnread(value, reportedValue());
+        cacheUnread(value.isValid() ? value : m_value, reportedValue());
     if (rangeDiffers || force)
         emit rangeChanged(m_range);
     if (valueDiffers || force)

@@ -42,11 +42,11 @@ void PCoalescingSetter::flush() {
 }
 
 void PCoalescingSetter::set(const QVariant& value) {
-    const QVariant before = m_property->valueInner();
+    const QVariant before = m_property->reportedValue();
     const QPointer<PCoalescingSetter> self(this);
     // A slot of valueChanged() may delete the property, or the editor and with it this object.
     m_property->setValue(value);
-    if (self.isNull() || m_property.isNull())
+    if (self.isNull() || m_property.isNull() || m_property->isUnread())
         return;
     const QVariant now = m_property->valueInner();
     if (!PRefusal::isOne(before, value, now, m_property->rangeInner()))

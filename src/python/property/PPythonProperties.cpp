@@ -70,7 +70,7 @@ std::optional<RealRange> toRange(const QVariant& range) {
 }
 
 bool isWhole(const PDeviceProperty& property) {
-    return property.valueInner().typeId() == QMetaType::Int;
+    return property.reportedValue().typeId() == QMetaType::Int; // unread, the value has no type
 }
 
 py::object toNumber(double number, bool whole) {
@@ -258,12 +258,15 @@ void PPythonProperties::setValue(const QString& name, const py::object& object) 
                            u"\"%1\" is an action and takes no value: call its run()"_qs.arg(name),
                            {{"property", name}});
     }
-    if (!PyDict_Check(object.ptr())) {
+    // Fields that are not given stay as the camera has them now; and what was not read has no type.
+    const bool isComposite = PyDict_Check(object.ptr());
+    if (isComposite || property.isUnread())
+        this->value(name);
+    if (!isComposite) {
         const QVariant value = toDeviceValue(property, object);
         send(property, value, PPythonValue::toText(object));
         return;
     }
-    this->value(name); // fields that are not given stay as the camera has them now
     const QVariant value = toDeviceValue(property, object);
     {
         const PUnlockedPython unlocked;

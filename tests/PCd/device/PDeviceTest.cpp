@@ -96,18 +96,21 @@ TEST(PDevice, is_stopped_for_the_host_even_if_it_refused_to_stop) {
     EXPECT_FALSE(device.isStreaming());
 }
 
-TEST(PDevice, is_stopped_again_before_it_starts_if_it_refused_to_stop) {
+TEST(PDevice, is_stopped_again_before_each_start_until_it_no_longer_refuses) {
     FakeDevice device;
     device.link();
     device.startStream();
     device.refusesStop = true;
+    device.refusesStart = true; // as it still streams
     device.stopStream();
-    device.refusesStop = false;
     device.calls.clear();
+    EXPECT_FALSE(device.startStream().isOk());
+    device.refusesStop = false;
+    device.refusesStart = false;
     EXPECT_TRUE(device.startStream().isOk());
     device.stopStream();
-    device.startStream();
-    EXPECT_EQ(device.calls, calls({"stop", "start", "stop", "start"}));
+    EXPECT_TRUE(device.startStream().isOk());
+    EXPECT_EQ(device.calls, calls({"stop", "start", "stop", "start", "stop", "start"}));
 }
 
 TEST(PDevice, stops_its_stream_before_it_is_unlinked) {

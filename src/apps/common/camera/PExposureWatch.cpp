@@ -33,9 +33,10 @@ std::array<PDeviceProperty*, 4> findPlainSettings(const PDevice& device) {
     return plain;
 }
 
-bool isAnyUnread(const std::array<PDeviceProperty*, 4>& plain) {
+/// Whether a setting was not read now that was read before. One that never was is not waited for.
+bool isAnyLost(const std::array<PDeviceProperty*, 4>& plain) {
     return std::any_of(plain.begin(), plain.end(), [](const PDeviceProperty* property) {
-        return property != nullptr && property->isUnread();
+        return property != nullptr && property->isUnread() && property->reportedValue().isValid();
     });
 }
 
@@ -77,7 +78,7 @@ void PExposureWatch::look() {
     if (m_composite != nullptr && m_composite->reportedValue() != m_record)
         m_record = m_shown = m_composite->reportedValue();
     const Reading now = read();
-    if (isAnyUnread(m_plain))
+    if (isAnyLost(m_plain))
         return; // until the camera answers
     // An exposure time is never 0: reading failed, for example because the cable was just pulled.
     if (now[Time].isValid() && now[Time].toDouble() <= 0)

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <apps/pcdctl/check/bench/PHangWatch.h>
 
+#include <PCore/PFaultStack.h>
+
 #include <utility>
 
 PHangWatch::PHangWatch(Milliseconds patience, Report report)
@@ -39,6 +41,7 @@ void PHangWatch::leave() {
 }
 
 void PHangWatch::run() {
+    PFaultStack::giveThread();
     std::unique_lock lock(m_mutex);
     while (!m_isEnding) {
         const Clock::time_point now = Clock::now();
