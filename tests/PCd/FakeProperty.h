@@ -25,7 +25,7 @@ public:
         if (!failsToRead)
             return inDevice;
         PReadWatch::reportFailure();
-        return QVariant(inDevice.metaType()); // zero, as adapters return
+        return returnsNone ? QVariant() : QVariant(inDevice.metaType()); // zero, as adapters return
     }
     QVariant tryGetRange() override {
         calls.append(u"get range"_qs);
@@ -39,6 +39,7 @@ public:
     QVariant becomes; ///< the value that the device stores whatever it is sent, if valid
     bool refuses = false;
     bool failsToRead = false;     ///< the device does not answer when the value is read
+    bool returnsNone = false;     ///< then not even zero
     bool answersTaken = false;    ///< returns true in any case, as some devices do
     bool answersOpposite = false; ///< returns false for what it took, as some devices do
     QStringList calls;

@@ -236,6 +236,16 @@ class PropertiesOfACamera(SceneTest):
         with self.assertRaisesRegex(pcd.RefusedError, "set auto_exposure = False first"):
             self.camera.gain = 2
 
+    def test_a_value_can_be_set_after_a_reading_that_failed(self):
+        self.camera.auto_exposure = False
+        for function, name, value in (("Toupcam_get_Contrast", "contrast", 7),
+                                      ("Toupcam_get_ExpoTime", "exposure", 10.0)):
+            self.simulator.fail(function, count=1)
+            with self.assertRaises(pcd.UnpluggedError, msg=name):
+                self.camera.properties[name].value
+            setattr(self.camera, name, value)
+            self.assertEqual(value, getattr(self.camera, name))
+
     def test_an_unknown_property_suggests_the_nearest(self):
         with self.assertRaisesRegex(pcd.NoPropertyError, 'did you mean "gain"'):
             self.camera.gian = 2

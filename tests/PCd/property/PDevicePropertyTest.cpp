@@ -453,6 +453,15 @@ TEST(PDeviceProperty, caches_what_the_plugin_returned_for_a_composite_value_that
     EXPECT_EQ(taken.property->reportedValue().value<StreamedPair>().saved, 1);
 }
 
+TEST(PDeviceProperty, keeps_a_composite_value_in_place_of_none_that_the_plugin_returned) {
+    TakenProperty taken(QVariant::fromValue(StreamedPair{1, 2}));
+    taken.property->failsToRead = taken.property->returnsNone = true;
+    taken.property->updateValueFromDevice();
+    EXPECT_EQ(taken.property->valueInner().value<StreamedPair>().saved, 1);
+    EXPECT_TRUE(taken.property->isUnread());
+    EXPECT_EQ(taken.emitted, Emitted());
+}
+
 TEST(PDeviceProperty, a_composite_value_that_is_read_again_is_announced_even_if_it_is_equal) {
     TakenProperty taken(QVariant::fromValue(StreamedPair()));
     taken.property->failsToRead = true;

@@ -48,6 +48,23 @@ TEST_F(PCoalescingSetterTest, says_once_that_a_value_was_refused) {
     EXPECT_EQ(settled.size(), 1);
 }
 
+TEST_F(PCoalescingSetterTest, reports_a_refusal_although_the_reading_before_failed) {
+    property.failsToRead = true;
+    property.updateValueFromDevice();
+    property.failsToRead = false;
+    property.refuses = true;
+    sender.post(10);
+    turn();
+    EXPECT_EQ(refused.size(), 1);
+}
+
+TEST_F(PCoalescingSetterTest, reports_no_refusal_of_what_cannot_be_read_back) {
+    property.failsToRead = property.refuses = true;
+    sender.post(10);
+    turn();
+    EXPECT_EQ(refused.size(), 0);
+}
+
 TEST_F(PCoalescingSetterTest,
        does_not_set_the_value_that_the_property_has_but_reports_it_as_settled) {
     sender.post(5);

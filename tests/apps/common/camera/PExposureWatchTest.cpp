@@ -28,6 +28,7 @@ struct Camera {
     bool moves = false;          ///< time: with each reading, as with automatic exposure
     bool isTimeSilent = false;   ///< time: it cannot be read
     bool isSwitchSilent = false; ///< automatic likewise
+    bool isGainSilent = false;   ///< gain likewise
     bool isRecordSilent = false; ///< the record likewise
     int movesNext = 0; ///< microseconds: time moves so far after the next reading of the record
     int sent = 0;      ///< number of plain settings
@@ -101,7 +102,8 @@ private:
 
 class ExposureWatch : public testing::Test {
 protected:
-    ExposureWatch() {
+    explicit ExposureWatch(bool neverHasGain = false) {
+        camera.isGainSilent = neverHasGain;
         device.makeProperties = [this] {
             return QList<PDeviceProperty*>{record, time, gain, automatic};
         };
@@ -154,7 +156,10 @@ protected:
         if (camera.isTimeSilent)
             PReadWatch::reportFailure();
     });
-    PDeviceProperty* const gain = new PlainSetting("autoexpogain", camera, camera.gain);
+    PDeviceProperty* const gain = new PlainSetting("autoexpogain", camera, camera.gain, [this] {
+        if (camera.isGainSilent)
+            PReadWatch::reportFailure();
+    });
     PDeviceProperty* const automatic =
         new PlainSetting("autoexponeable", camera, camera.automatic, [this] {
             if (camera.isSwitchSilent)
@@ -163,6 +168,12 @@ protected:
 
 private:
     std::unique_ptr<PExposureWatch> m_watch;
+};
+
+class ExposureWatchWithoutGain : public ExposureWatch {
+protected:
+    ExposureWatchWithoutGain()
+        : ExposureWatch(true) {}
 };
 
 TEST_F(ExposureWatch, reads_the_composite_value_once_when_a_change_has_settled) {
@@ -179,6 +190,14 @@ TEST_F(ExposureWatch, reads_the_composite_value_once_when_a_change_has_settled) 
     waitForReadings();
     EXPECT_EQ(camera.recordReads, 3);
     EXPECT_TRUE(shown().autoexpenabled);
+}
+
+TEST_F(ExposureWatchWithoutGain, does_not_wait_for_a_setting_that_the_camera_never_reports) {
+    watchUntilSettled();
+    camera.time = 7'000;
+    waitForReadings();
+    EXPECT_EQ(camera.recordReads, 1);
+    EXPECT_EQ(shown().exp, 7);
 }
 
 TEST_F(ExposureWatch, leaves_the_composite_value_alone_while_automatic_exposure_moves) {
