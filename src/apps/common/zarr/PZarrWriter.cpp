@@ -207,15 +207,16 @@ PStatus PZarrWriter::finish(const PRecordEnd& end) {
     return PStatus::Ok;
 }
 
+/// The OME-XML last, even if the time step finds no room: it says that nothing else will change,
+/// and programs that follow the recording end with it.
 PStatus PZarrWriter::writeFinished(const PRecordEnd& end) {
-    const PStatus status =
-        PZarrFiles::replace(m_folder.path(xmlName), m_description.toFinishedXml(end));
-    if (!status.isOk())
-        return status;
+    const QByteArray xml = m_description.toFinishedXml(end);
     const std::vector<POmePlane>& planes = m_description.document().planes;
     if (planes.size() > 1 && planes.back().seconds > 0)
         m_image.timeStep = planes.back().seconds / double(planes.size() - 1);
-    return writeImage();
+    const PStatus image = writeImage();
+    const PStatus document = PZarrFiles::replace(m_folder.path(xmlName), xml);
+    return document.isOk() ? image : document;
 }
 
 /// Whether another program has removed frames.

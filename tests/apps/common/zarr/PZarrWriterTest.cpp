@@ -63,6 +63,11 @@ protected:
         EXPECT_EQ(xml().complaints(), QString());
         EXPECT_EQ(recording.parts(), QStringList());
     }
+    /// Of the axes t, c, y, x at full size.
+    QJsonArray scale() const {
+        const QJsonValue datasets = recording.multiscale().value(u"datasets"_qs);
+        return datasets[0][u"coordinateTransformations"_qs][0][u"scale"_qs].toArray();
+    }
     QStringList names() const {
         return QDir(path(QString()))
             .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
@@ -149,9 +154,27 @@ TEST_F(ZarrWriter, exposure_gain_sizes_time_step_and_temperature_are_written) {
     EXPECT_EQ(xml().attribute("Pixels", "PhysicalSizeX"), u"0.5"_qs);
     EXPECT_EQ(xml().attribute("ImagingEnvironment", "Temperature"), u"12.5"_qs);
     EXPECT_EQ(recording.times().at(2), u"1,2,2026-01-01T00:00:00.040Z,0.04,12.5"_qs);
-    const QJsonValue datasets = recording.multiscale().value(u"datasets"_qs);
-    EXPECT_EQ(datasets[0][u"coordinateTransformations"_qs][0][u"scale"_qs],
-              (QJsonArray{0.04, 1, 0.5, 0.5}));
+    EXPECT_EQ(scale(), (QJsonArray{0.04, 1, 0.5, 0.5}));
+}
+
+TEST_F(ZarrWriter, the_document_that_says_complete_comes_after_all_else) {
+    PZarrWriter writer(options);
+    write(writer, 3);
+    const QString blocked = options.path + u"/OME/METADATA.ome.xml.part"_qs;
+    ASSERT_TRUE(QDir().mkpath(blocked));
+    EXPECT_FALSE(writer.finish({}).isOk());
+    EXPECT_EQ(scale(), (QJsonArray{0.01, 1, 1, 1}));
+    EXPECT_TRUE(xml().note(u"Recording wanted"_qs).isEmpty());
+}
+
+TEST_F(ZarrWriter, a_time_step_that_cannot_be_written_costs_no_times_of_frames) {
+    PZarrWriter writer(options);
+    write(writer, 3);
+    const QString blocked = options.path + u"/0/.zattrs.part"_qs;
+    ASSERT_TRUE(QDir().mkpath(blocked));
+    EXPECT_FALSE(writer.finish({}).isOk());
+    EXPECT_EQ(scale(), (QJsonArray{1, 1, 1, 1}));
+    EXPECT_EQ(xml().elements("Plane").size(), 9);
 }
 
 struct PyramidRow {
