@@ -5,6 +5,7 @@ around them.
 Usage: gstreamer_test.py PLUGIN: the folder with libgstpcd.so, in its build tree.
 """
 
+import contextlib
 import json
 import os
 import re
@@ -51,8 +52,8 @@ class PipelineTest(unittest.TestCase):
 
     @staticmethod
     def end(process):
-        """Ends the shell and what it started, if a test has not waited for it."""
-        if process.poll() is None:
+        """Ends the shell and what it started, which can outlive it."""
+        with contextlib.suppress(ProcessLookupError):
             os.killpg(process.pid, signal.SIGKILL)
         process.communicate()
 
