@@ -15,6 +15,11 @@ from .ways import WAYS
 EXIT_FAILED, EXIT_BAD_INPUT, EXIT_INTERRUPTED = 1, 2, 130
 BAD_LINES = (("20 ms each way", {"delay": 20}), ("1 % lost", {"delay": 20, "loss": 0.01}),
              ("5 % lost", {"delay": 20, "loss": 0.05}))
+NARROW = 90, 60, 20, 8, 6  # megabits a second
+# Of --quick: all pictures of its small camera would find room in the sockets.
+LARGE = {"computers": 1, "width": 640, "height": 480, "fps": 100, "seconds": 1.5, "source": "specimen"}
+LARGE_NARROW = 4
+QUICK_FRAMES = 20
 
 
 def size(text):
@@ -106,40 +111,54 @@ def show_faults(build, folder, net, scale, options):
             continue
         for seconds in (1.5,) if options.quick else (3, 8):
             faults.pulled(build, folder, net, scale, way, seconds)
-        if options.quick:
-            continue
-        print(heading())
-        for megabits in (90, 60, 20, 6):
-            rows = faults.narrow(build, folder, net, scale, way, megabits)
-            print(line_of(way, f"{megabits} Mbit/s to the viewer", rows), flush=True)
+        if not options.quick:
+            show_narrow(build, folder, net, scale, way, NARROW)
+    if options.quick and net.is_real:
+        show_narrow(build, folder, net, replace(scale, **LARGE), "tcp-jpeg", [LARGE_NARROW])
+
+
+def show_narrow(build, folder, net, scale, way, rates):
+    """What links to the viewer do that are slower and slower."""
+    print(heading())
+    for megabits in rates:
+        rows = faults.narrow(build, folder, net, scale, way, megabits)
+        print(line_of(way, f"{megabits} Mbit/s to the viewer", rows), flush=True)
+
+
+def check(options, build):
+    """What is wrong with the options, as a text; or an empty one."""
+    for way in options.way:
+        if way not in WAYS:
+            return f"--way {way}: expected one of {', '.join(WAYS)}"
+    if options.what == "faults" and options.computers < 2:
+        return f"--computers {options.computers}: expected at least 2, as one is killed and others go on"
+    for path in (build / "lib/gstreamer-1.0/libgstpcd.so", build / "bin/pcdctl"):
+        if not path.exists():
+            return f"{path}: not there, expected what scripts/build makes"
+    return ""
 
 
 def experiment(root, options):
     """Runs an experiment; returns the exit code."""
     options.way = options.way or (["rtp-jpeg", "srt-vp8"] if options.quick else list(WAYS))
-    for way in options.way:
-        if way not in WAYS:
-            print(f"scripts/scale: --way {way}: expected one of {', '.join(WAYS)}", file=sys.stderr)
-            return EXIT_BAD_INPUT
     scale, build = scale_of(options), (options.build or root / "build").resolve()
-    for path in (build / "lib/gstreamer-1.0/libgstpcd.so", build / "bin/pcdctl"):
-        if not path.exists():
-            print(f"scripts/scale: {path}: not there, expected what scripts/build makes",
-                  file=sys.stderr)
-            return EXIT_BAD_INPUT
+    wrong = check(options, build)
+    if wrong:
+        print(f"scripts/scale: {wrong}", file=sys.stderr)
+        return EXIT_BAD_INPUT
     why_not = network.enter(sys.argv)
     with tempfile.TemporaryDirectory() as folder, network.Network(why_not) as net:
         print(net.describe(), flush=True)
         folder = Path(folder)
         try:
             if options.what == "store":
-                store.run(build, folder, net, scale, 20 if options.quick else options.frames)
+                store.run(build, folder, net, scale, QUICK_FRAMES if options.quick else options.frames)
             elif options.what == "clocks":
                 clocks.run(build, folder, net, scale, options.quick)
             else:
                 show = {"live": show_live, "faults": show_faults}[options.what]
                 show(build, folder, net, scale, options)
-        except (Failure, EventError, subprocess.SubprocessError) as failure:
+        except (Failure, EventError, OSError, subprocess.SubprocessError) as failure:
             print(f"scripts/scale: {failure}", file=sys.stderr)
             return EXIT_FAILED
     return 0
@@ -153,7 +172,7 @@ def main(root):
         return 0
     try:
         return experiment(root, options)
-    except network.NetworkError as error:
+    except (network.NetworkError, OSError, subprocess.SubprocessError) as error:
         print(f"scripts/scale: {error}", file=sys.stderr)
         return EXIT_FAILED
     except KeyboardInterrupt:

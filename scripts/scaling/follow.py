@@ -1,13 +1,14 @@
 """Copies a recording into an object store while it grows, with rclone.
 
-Usage: python3 -m scaling.follow RECORDING REMOTE: ends once the recording is complete and copied.
+Usage: python3 -m scaling.follow RECORDING REMOTE [SECONDS]: ends once the recording is complete and
+copied. It fails if the store cannot be reached again and again, or if no frame came for SECONDS (60)
+and the recording is not complete; what there was until then has been copied.
 
 Chunks never change, so each is copied once, and no listing is needed. The metadata says how many
 frames there are, so it must not arrive before the chunks: it is read first, and copied last.
 """
 
 import json
-import shutil
 import subprocess
 import sys
 import tempfile
@@ -16,68 +17,118 @@ import xml.etree.ElementTree as ElementTree
 from pathlib import Path
 
 from .events import emit
+from .network import end_with_parent
 
 OME = "{http://www.openmicroscopy.org/Schemas/OME/2016-06}"
+XML = "OME/METADATA.ome.xml"
+# Besides it and a .zarray for each size. The names are given, because a search would list all chunks,
+# and could find what the recorder is about to rename.
+SMALL = ".zgroup", ".zattrs", "0/.zgroup", "0/.zattrs", "OME/.zgroup", "OME/.zattrs", "OME/frames.csv"
 PAUSE = 0.2  # seconds
+PAUSES = 1, 2, 4, 8  # before a copy that failed is tried again
+MOST_SILENCE = 60  # seconds without a new frame: then the recorder was killed
+RCLONE = ("rclone", "--s3-no-check-bucket", "--contimeout", "5s", "--timeout", "20s", "--retries", "1",
+          "--low-level-retries", "2")
+
+
+class FollowError(Exception):
+    """The recording cannot be followed to its end; the text says why."""
 
 
 def rclone(*words, text=""):
-    """Runs rclone. Raises CalledProcessError, with its message on standard error."""
-    subprocess.run(["rclone", "--s3-no-check-bucket", *map(str, words)], input=text, text=True,
-                   check=True)
+    """Runs rclone, again if it fails: a store may be started again. Raises FollowError after the last
+    attempt."""
+    for pause in (*PAUSES, None):
+        ended = subprocess.run([*RCLONE, *map(str, words)], input=text, text=True, check=False,
+                               stderr=subprocess.PIPE, preexec_fn=end_with_parent)
+        if ended.returncode == 0:
+            return
+        reason = (ended.stderr.strip().splitlines() or [f"exit code {ended.returncode}"])[-1]
+        emit("failed", text=reason)
+        if pause is not None:
+            time.sleep(pause)
+    raise FollowError(f"rclone to {words[-1]} failed {len(PAUSES) + 1} times: {reason}")
 
 
-def sizes_of(recording):
-    """For each size in which the recording has its frames, its folder and its .zarray."""
-    return {path.parent.name: path for path in sorted(recording.glob("0/*/.zarray"))}
+def read_file(path):
+    """The content of a small file."""
+    return path.read_bytes()
 
 
-def copy_metadata(recording, folder):
-    """Copies everything but chunks; returns the sizes' frames and channels as this copy has them."""
-    for path in recording.rglob(".z*"):
-        if len(path.relative_to(recording).parts) <= 3:
-            target = folder / path.relative_to(recording)
-            target.parent.mkdir(parents=True, exist_ok=True)
-            shutil.copyfile(path, target)
-    (folder / "OME").mkdir(exist_ok=True)
-    for name in ("METADATA.ome.xml", "frames.csv", ".zattrs", ".zgroup"):
-        if (recording / "OME" / name).exists():
-            shutil.copyfile(recording / "OME" / name, folder / "OME" / name)
-    return {name: json.loads((folder / "0" / name / ".zarray").read_text(encoding="utf-8"))["shape"]
-            for name in sizes_of(folder)}
+def read_small(recording):
+    """The content of everything but chunks, by name; the recorder replaces each file as a whole. The
+    document that says whether the recording has ended is read first: what it ends is read after."""
+    sizes = (path.parent.name for path in sorted(recording.glob("0/*/.zarray")))
+    return {name: read_file(recording / name)
+            for name in (XML, *SMALL, *(f"0/{size}/.zarray" for size in sizes))}
 
 
-def is_complete(folder):
-    """True if a copy of the metadata says that the recording has ended."""
-    xml = ElementTree.parse(folder / "OME" / "METADATA.ome.xml")
-    notes = {note.get("K"): note.text for note in xml.iter(OME + "M")}
-    return "Recording wanted" in notes
+def shapes_of(small):
+    """For each size of the frames, how many frames and channels these files count."""
+    return {name.split("/")[1]: json.loads(content)["shape"][:2]
+            for name, content in small.items() if name.endswith("/.zarray")}
 
 
-def follow(recording, remote):
-    """Copies until the recording is complete."""
-    copied = {}
-    while not recording.exists():
-        time.sleep(PAUSE)
-    while True:
-        with tempfile.TemporaryDirectory() as name:
-            folder = Path(name)
-            shapes = copy_metadata(recording, folder)
-            chunks = [f"0/{size}/{frame}/{channel}/0/0"
-                      for size, (frames, channels, *_) in shapes.items()
-                      for frame in range(copied.get(size, 0), frames)
-                      for channel in range(channels)]
-            if chunks:
-                rclone("copy", "--no-traverse", "--no-check-dest", "--transfers", 4,
-                       "--files-from-raw", "-", recording, remote, text="\n".join(chunks))
-            rclone("copy", "--no-traverse", "--no-check-dest", folder, remote)
-            copied = {size: shape[0] for size, shape in shapes.items()}
-            emit("copied", frames=copied.get("0", 0), chunks=len(chunks))
-            if is_complete(folder):
-                return
-        time.sleep(PAUSE)
+def is_end(small):
+    """True if these files say that the recording has ended."""
+    notes = ElementTree.fromstring(small[XML]).iter(OME + "M")
+    return any(note.get("K") == "Recording wanted" for note in notes)
+
+
+class Follower:
+    """What has been copied of a recording."""
+
+    def __init__(self, recording, remote):
+        self.recording, self.remote = recording, remote
+        self.small = {}
+        self.frames = {}  # by size
+        self.is_complete = False
+
+    def copy(self):
+        """Copies what is new, its chunks first. Returns False if nothing was."""
+        small = read_small(self.recording)
+        changed = {name for name, content in small.items() if self.small.get(name) != content}
+        if not changed:
+            return False
+        shapes = shapes_of(small)
+        chunks = [f"0/{size}/{frame}/{channel}/0/0" for size, (frames, channels) in shapes.items()
+                  for frame in range(self.frames.get(size, 0), frames)
+                  for channel in range(channels)]
+        if chunks:
+            rclone("copy", "--no-traverse", "--no-check-dest", "--transfers", 4,
+                   "--files-from-raw", "-", self.recording, self.remote, text="\n".join(chunks))
+        with tempfile.TemporaryDirectory() as folder:
+            for name in changed:
+                path = Path(folder, name)
+                path.parent.mkdir(parents=True, exist_ok=True)
+                path.write_bytes(small[name])
+            rclone("copy", "--no-traverse", "--no-check-dest", folder, self.remote)
+        self.small, self.is_complete = small, is_end(small)
+        self.frames = {size: frames for size, (frames, _) in shapes.items()}
+        emit("copied", frames=self.frames.get("0", 0), chunks=len(chunks))
+        return True
+
+
+def follow(recording, remote, most_silence=MOST_SILENCE):
+    """Copies until the recording is complete. Raises FollowError if that does not come, and OSError if
+    the recording cannot be read."""
+    follower, last, is_over = Follower(recording, remote), time.monotonic(), False
+    while not is_over:
+        is_over = follower.is_complete  # once more then, whole: the end may have come while it copied
+        if recording.exists() and follower.copy():
+            last = time.monotonic()
+        elif not is_over and time.monotonic() - last > most_silence:
+            state = "nothing new" if recording.exists() else "not there"
+            raise FollowError(f"{recording}: {state} for {most_silence:g} s, and not complete; copied "
+                              f"so far: {follower.frames.get('0', 0)} frames")
+        if not is_over:
+            time.sleep(PAUSE)
 
 
 if __name__ == "__main__":
-    follow(Path(sys.argv[1]), sys.argv[2])
+    try:
+        follow(Path(sys.argv[1]), sys.argv[2], *map(float, sys.argv[3:4]))
+    except (FollowError, OSError, ElementTree.ParseError, ValueError) as error:
+        emit("error", text=str(error))
+        sys.exit(f"follow: {error}")
     emit("end")

@@ -105,11 +105,13 @@ class Site:
 
     def measure(self, running, seconds):
         """Lets programs run for a while; returns when that was, their shares of a core, and the
-        megabits a second that their computers sent."""
+        megabits a second that their computers sent. Raises EventError if one has ended."""
         def costs():
+            for events in running.values():
+                events.check_running()
             return {name: (processor_seconds(events.process.pid),
                            self.network.bytes_from(self.computer(name)))
-                    for name, events in running.items() if events.process.poll() is None}
+                    for name, events in running.items()}
         start, before = time.monotonic(), costs()
         time.sleep(seconds)
         end, after = time.monotonic(), costs()
@@ -128,6 +130,7 @@ class Site:
         _, shares, _ = self.measure({"computer1": sender}, self.scale.seconds)
         sender.process.send_signal(signal.SIGINT)
         sender.wait("end")
+        sender.process.wait(30)
         return shares["computer1"]
 
 
@@ -186,13 +189,13 @@ class Experiment(Site):
         self.links.append(link)
         return plan["address"], plan["port"]
 
-    def finish(self):
-        """Ends the programs; returns what senders and viewer report."""
+    def finish(self, gone=""):
+        """Ends the programs, except a sender that is gone; returns what the others report."""
         ends = {}
         for name, events in (("viewer", self.viewer), *self.senders.items()):  # it must not miss them
-            if events.process.poll() == -signal.SIGKILL:
+            if name == gone:
                 continue
-            if events.process.returncode is None:
+            if events.process.poll() is None:
                 events.process.send_signal(signal.SIGINT)
             ends[name] = events.wait("end")
             events.process.wait(30)
@@ -205,6 +208,8 @@ class Experiment(Site):
         """Measures, ends everything, and returns what was seen of each camera."""
         time.sleep(self.scale.warm_up)
         span, shares, sent = self.measure({**self.senders, "viewer": self.viewer}, seconds)
+        for link in self.links:
+            link.check_running()
         memory = {name: resident_megabytes(events.process.pid)
                   for name, events in self.senders.items()}
         ends = self.finish()

@@ -1,7 +1,8 @@
 """Reads a recording with Dask, over HTTP or from the disk, while it grows.
 
-Usage: python3 -m scaling.reader URL FRAMES: prints the mean of what there is as it comes, and, with
-all FRAMES, the mean and what identifies the projection: its sum and its SHA-256.
+Usage: python3 -m scaling.reader URL FRAMES SECONDS: prints the mean of what there is as it comes, and,
+with all FRAMES, the mean and what identifies the projection: its sum and its SHA-256. Fails if they
+have not come after SECONDS.
 """
 
 import hashlib
@@ -14,7 +15,6 @@ from .events import emit
 
 COMPONENT = "0/0"
 PAUSE = 0.3  # seconds
-MOST = 600  # seconds that the recording may take
 
 
 def frames_at(url):
@@ -27,11 +27,11 @@ def frames_at(url):
         return None
 
 
-def read(url, wanted):
-    """Follows a recording to its end."""
-    end, seen = time.monotonic() + MOST, 0
+def read(url, wanted, seconds):
+    """Follows a recording to its end. Exits with an error if that does not come."""
+    end, seen = time.monotonic() + seconds, 0
     emit("ready")
-    while time.monotonic() < end:
+    while True:
         frames = frames_at(url)
         if frames is not None and frames.shape[0] > seen:
             newest = frames[seen:]
@@ -41,6 +41,9 @@ def read(url, wanted):
                  darkest=int(newest.max(axis=(1, 2, 3)).min().compute()))
         if seen >= wanted:
             break
+        if time.monotonic() > end:
+            emit("error", text=f"{url}: {seen} of {wanted} frames came in {seconds:g} s")
+            sys.exit(1)
         time.sleep(PAUSE)
     started = time.monotonic()
     mean, projection = dask.array.compute(frames.mean(), frames.max(axis=0))
@@ -50,4 +53,4 @@ def read(url, wanted):
 
 
 if __name__ == "__main__":
-    read(sys.argv[1], int(sys.argv[2]))
+    read(sys.argv[1], int(sys.argv[2]), float(sys.argv[3]))

@@ -1,8 +1,10 @@
 """A recording that others read while it grows: over HTTP, and in an object store with S3."""
 
 import json
+import signal
 import subprocess
 import sys
+import time
 
 from . import keys
 from .events import Events
@@ -11,6 +13,7 @@ from .machine import processor_seconds
 
 HTTP_PORT, STORE_PORT = 8000, 8080
 BUCKET, RECORDING = "recordings", "run.ome.zarr"
+MOST, MOST_EACH = 60, 0.5  # seconds for everything, and for each frame
 
 
 class Store(Site):
@@ -25,12 +28,30 @@ class Store(Site):
         self.disk = self.folder / "disk"
         self.disk.mkdir()
         self.access = {}  # of the object store, once that is there
+        self.end = time.monotonic() + MOST + MOST_EACH * frames
+
+    def left(self):
+        """The seconds that all of it may still take."""
+        return max(0, self.end - time.monotonic())
 
     def record(self):
         """Starts the recording."""
         words = [self.build / "bin/pcdctl", "record", "--sdk", "sim", "--scene", self.scene(0),
-                 "--json", "-n", self.frames, "-o", self.disk / RECORDING]
+                 "--json", "-n", self.frames, "--timeout", self.left(), "-o", self.disk / RECORDING]
         return self.network.start(self.recorder, words, stdout=subprocess.PIPE, text=True)
+
+    def hold(self, recording, follower, readers):
+        """Stops the recorder at its first frames until all readers have seen some: else a busy
+        computer could have recorded all before the first of them looks. Raises EventError if one does not."""
+        while not (self.disk / RECORDING).exists() and recording.poll() is None and self.left():
+            time.sleep(0.01)
+        if recording.poll():
+            return  # it failed, and its output says why
+        recording.send_signal(signal.SIGSTOP)
+        follower.wait("copied", self.left())
+        for reader in readers:
+            reader.wait("part", self.left())
+        recording.send_signal(signal.SIGCONT)
 
     def serve_files(self):
         """Serves the folder of the recording over HTTP."""
@@ -57,7 +78,7 @@ class Store(Site):
     def rclone(self, *words):
         """Runs rclone on the computer with the recording."""
         process = self.network.start(self.recorder, ["rclone", *words], env=self.access)
-        if process.wait(60) != 0:
+        if process.wait(self.left()) != 0:
             raise Failure(f"rclone {' '.join(words)}: exit code {process.returncode}")
 
     def follow(self):
@@ -69,7 +90,7 @@ class Store(Site):
 
     def read(self, name, url):
         """Starts a reader on the computer that computes."""
-        return self.start(name, self.analyst, python("reader", url, self.frames))
+        return self.start(name, self.analyst, python("reader", url, self.frames, self.left()))
 
 
 def run(build, folder, network, scale, frames):
@@ -83,14 +104,15 @@ def run(build, folder, network, scale, frames):
     for reader in readers.values():  # they are there before the first frame
         reader.wait("ready")
     recording = site.record()
-    output, _ = recording.communicate(timeout=600)
+    site.hold(recording, follower, readers.values())
+    output, _ = recording.communicate(timeout=site.left())
     if recording.returncode != 0:
         raise Failure(f"the recording failed: {output}")
     tally = json.loads(output)["recording"]
-    ends = {name: events.wait("end", 600) for name, events in readers.items()}
-    follower.wait("end", 600)
+    follower.wait("end", site.left())
+    ends = {name: events.wait("end", site.left()) for name, events in readers.items()}
     local = site.read("disk", site.disk / RECORDING)
-    ends = {"disk": local.wait("end", 600), **ends}
+    ends = {"disk": local.wait("end", site.left()), **ends}
     print(f"recorded: {tally['written']} frames of {scale.width}x{scale.height}")
     for name, events in readers.items():
         report_parts(name, events.all("part"), frames)
@@ -103,9 +125,12 @@ def run(build, folder, network, scale, frames):
 
 
 def report_parts(name, parts, frames):
-    """What a reader saw before the end. Raises Failure if it saw a frame that was not there yet."""
+    """What a reader saw before the end. Raises Failure if it saw a frame that was not there yet, or
+    nothing before the end."""
     if not parts or parts[-1]["frames"] != frames:
         raise Failure(f"{name}: the last frame was not read while the recording was followed")
+    if parts[0]["frames"] == frames:
+        raise Failure(f"{name}: all {frames} frames were there at once, none while the recording grew")
     black = [part for part in parts if part["darkest"] == 0]
     if black:
         raise Failure(f"{name}: a frame that was counted had no chunk yet: {black[0]}")

@@ -2,11 +2,13 @@
 
 from dataclasses import dataclass
 
-CAMERA = ("pcdsrc name=camera sdk=sim scene={scene} queue-size=8 ! videoconvert "
+QUEUED = 8  # frames that may wait in pcdsrc
+CAMERA = (f"pcdsrc name=camera sdk=sim scene={{scene}} queue-size={QUEUED} ! videoconvert "
           "! video/x-raw,format=I420")
 RTP = "application/x-rtp,media=video,clock-rate=90000,"
 JPEG_RTP, VP8_RTP = RTP + "encoding-name=JPEG,payload=26", RTP + "encoding-name=VP8,payload=96"
-PACKETS = "timestamp-offset=0 perfect-rtptime=false mtu=1300"
+PACKET = 1300  # bytes of RTP
+PACKETS = f"timestamp-offset=0 perfect-rtptime=false mtu={PACKET}"
 UDP_OUT = "udpsink sync=false host={host} port={port}"
 UDP_IN = "udpsrc port={{port}} caps={caps} ! rtpjitterbuffer latency={{latency}}"
 VP8_OUT, VP8_IN = f"rtpvp8pay pt=96 {PACKETS}", "rtpvp8depay name=depay wait-for-keyframe=true ! vp8dec"

@@ -3,15 +3,20 @@
 """Runs the command lines of docs/scale.md: pipelines and scripts as they are, the experiments of
 scripts/scale in their small form. Compares the guide's arithmetic with the script's.
 
-Usage: scale_test.py BUILD
+Usage: scale_test.py BUILD. Exits with 77 if everything passed, but namespaces were not available to
+pull a cable and to limit a link.
 """
 
 import contextlib
 import io
 import re
+import shutil
 import subprocess
 import sys
+import tempfile
+import types
 import unittest
+import unittest.mock
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
@@ -19,7 +24,7 @@ sys.path.insert(0, str(ROOT / "scripts"))
 sys.dont_write_bytecode = True
 
 import gstreamer_test  # noqa: E402  (the paths come first)
-from scaling import arithmetic, faults, live, store  # noqa: E402
+from scaling import arithmetic, events, faults, follow, live, store  # noqa: E402
 
 GUIDE = (ROOT / "docs" / "scale.md").read_text(encoding="utf-8")
 BLOCKS = gstreamer_test.BLOCK.findall(GUIDE)
@@ -27,6 +32,7 @@ EXPERIMENTS = [line for block in BLOCKS for line in block.splitlines()
                if line.startswith("scripts/scale ")]
 BUILD = None
 NAMESPACES = "network: each computer is a network namespace"
+NOT_ALL = 77  # as tests/gstreamer/CMakeLists.txt has it
 LOOPBACK = "network: loopback, because namespaces are not available here"
 
 
@@ -67,13 +73,20 @@ class ExperimentTest(ScaleTest):
 
     def test_a_computer_that_fails_is_named_and_the_others_go_on(self):
         output = self.scale("faults")
+        has_cables = output.startswith(NAMESPACES)
         for way in ("rtp-jpeg", "srt-vp8"):
             self.assertIn(f'{way}: computer1 was killed: the viewer reported "computer1: lost"; '
                           "computer2 went on", output)
-            if output.startswith(NAMESPACES):
+            if has_cables:
                 self.assertRegex(output, f'{way}: the cable of computer1 was out .* "computer1: back"')
             else:
                 self.assertIn(f"{way}: no cable was pulled and no link was limited", output)
+        if not has_cables:
+            self.skipTest(output.splitlines()[0])
+        # Enough that a sender which keeps them would not pass.
+        (dropped,) = re.findall(r"^\| tcp-jpeg \| 4 Mbit/s to the viewer \|.*\| (\d+) \| \d+ \|$",
+                                output, re.MULTILINE)
+        self.assertGreater(1e-6 * 640 * 480 * int(dropped), faults.NOISE)
 
     def test_dask_computes_the_same_over_the_network(self):
         output = self.scale("store")
@@ -82,9 +95,17 @@ class ExperimentTest(ScaleTest):
         self.assertIn("all results are those of the disk", output)
 
     def test_clocks_are_measured(self):
-        output = self.scale("clocks")
-        measured = re.findall(r"^\| GStreamer, .*\| (\d+) \|$", output, re.MULTILINE)
-        self.assertEqual(len(measured), 2, output)
+        # Half of the difference between the directions, and none; in microseconds.
+        expected = {"as it is": 0, "20 ms there, 40 back": -10_000}
+        medians = {}
+        for _ in range(5):  # a busy computer delays packets too, but not always
+            rows = re.findall(r"^\| GStreamer, (.*?) \| (-?[\d.]+) \| [\d.]+ \| \d+ \|$",
+                              self.scale("clocks"), re.MULTILINE)
+            medians = {name: float(median) for name, median in rows}
+            self.assertEqual(set(medians), set(expected))
+            if all(abs(medians[name] - value) < 5000 for name, value in expected.items()):
+                return
+        self.fail(f"{medians}, expected {expected}, both with less than 5000 of difference")
 
     def test_loopback_is_used_and_named_where_there_are_no_namespaces(self):
         output = self.scale("live", PCD_SCALE_NETWORK="not allowed")
@@ -92,7 +113,8 @@ class ExperimentTest(ScaleTest):
         self.check_live(output)
 
     def test_what_cannot_be_used_is_named(self):
-        for words, expected in (("live --way tcp", "--way tcp: expected one of rtp-jpeg, "),
+        for words, expected in (("faults --computers 1", "--computers 1: expected at least 2"),
+                                ("live --way tcp", "--way tcp: expected one of rtp-jpeg, "),
                                 ("live --build /nowhere", "/nowhere/lib/gstreamer-1.0/libgstpcd.so: "),
                                 ("live --size big", '"big", expected a size such as 640x480')):
             output = self.run_all(f"exec {ROOT}/scripts/scale --build {BUILD} {words}", code=2)
@@ -123,8 +145,175 @@ class JudgementTest(unittest.TestCase):
         self.refused("a frame that was counted had no chunk", store.report_parts, "HTTP", parts, 9)
         self.refused("the last frame was not read", store.report_parts, "HTTP", parts[1:], 10)
 
+    def test_a_recording_of_which_nothing_was_read_before_its_end(self):
+        self.refused("all 9 frames were there at once", store.report_parts, "HTTP",
+                     [{"frames": 9, "darkest": 80}], 9)
+
     def test_a_sender_that_keeps_what_it_cannot_send(self):
-        self.refused("its memory grew from 40 to 400 MB", faults.check_memory, "computer1", 40, 400)
+        faults.check_memory("computer1", 40, 60, 50)
+        self.refused("its memory grew from 40 to 70 MB while 50 MB", faults.check_memory, "computer1",
+                     40, 70, 50)
+        self.refused("expected at most 12 MB", faults.check_memory, "computer1", 40, 53, 0)
+
+    def test_another_computer_without_pictures_than_the_one_that_is_gone(self):
+        def viewer(*reports):
+            seen = [{"event": kind, "name": name} for kind, name in reports]
+            return types.SimpleNamespace(all=lambda *kinds: [each for each in seen
+                                                             if each["event"] in kinds])
+        faults.check_lost(viewer(("lost", "two"), ("lost", "one"), ("back", "two")), "one")
+        for reports in ((), [("lost", "one"), ("back", "one")], [("lost", "one"), ("lost", "two")]):
+            self.refused("expected one", faults.check_lost, viewer(*reports), "one")
+
+    def test_only_a_link_that_is_too_narrow_must_lead_to_dropped_frames(self):
+        scale = live.Scale(4, 640, 480, 30, 10, "specimen", 0)
+        self.assertEqual([faults.must_drop(scale, megabits, 79_500) for megabits in (90, 20, 6)],
+                         [False, True, True])
+
+
+class EventsTest(unittest.TestCase):
+    """What programs report, and programs that end."""
+
+    def events(self, script):
+        """The events of a shell."""
+        process = subprocess.Popen(["sh", "-c", script], stdout=subprocess.PIPE)
+        self.addCleanup(process.communicate)
+        return events.Events("computer1", process)
+
+    def test_a_program_that_has_ended_is_named_with_its_code_and_error(self):
+        script = """echo '{"event": "error", "at": 1, "text": "no camera"}'; exit 3"""
+        expected = "^computer1: ended with code 3: no camera, "
+        with self.assertRaisesRegex(events.EventError, expected):
+            self.events(script).wait("playing")
+        ended = self.events(script)
+        ended.process.wait()
+        with self.assertRaisesRegex(events.EventError, expected):
+            ended.check_running()
+
+    def test_other_output_than_events_is_named(self):
+        with self.assertRaisesRegex(events.EventError, "computer1: b'Illegal', expected an event"):
+            self.events("echo Illegal").wait("playing")
+
+    def test_an_event_from_before_is_not_taken(self):
+        script = """for at in 1 5; do echo "{\\"event\\": \\"lost\\", \\"at\\": $at}"; done"""
+        self.assertEqual(self.events(script).wait("lost", since=2)["at"], 5)
+
+
+class Recording:
+    """A recording in the order in which pcdctl writes it, with small files instead of chunks."""
+
+    def __init__(self, path):
+        self.path, self.frames = path, 0
+        for name in follow.SMALL:
+            self.write(name, "first")
+        self.write("0/0/.part/0/0/0", "the next chunk")
+        self.write("0/0/.zarray.part", "the next number")
+        self.add()
+
+    def write(self, name, text):
+        """Writes or replaces a file."""
+        (self.path / name).parent.mkdir(parents=True, exist_ok=True)
+        (self.path / name).write_text(text, encoding="ascii")
+
+    def add(self):
+        """One more frame."""
+        self.write(f"0/0/{self.frames}/0/0/0", f"chunk {self.frames}")
+        self.frames += 1
+        self.write("OME/frames.csv", f"{self.frames} rows")
+        self.write("0/0/.zarray", f'{{"shape": [{self.frames}, 1, 480, 640]}}')
+        self.write(follow.XML, f'<OME xmlns="{follow.OME[1:-1]}"><M K="Frames">{self.frames}</M></OME>')
+
+    def finish(self):
+        """The end."""
+        self.write("0/.zattrs", "with the time between frames")
+        self.write(follow.XML, f'<OME xmlns="{follow.OME[1:-1]}"><M K="Recording wanted">3</M></OME>')
+
+    @staticmethod
+    def files(folder):
+        """The content of all files in a folder that have their names."""
+        return {str(path.relative_to(folder)): path.read_text(encoding="ascii")
+                for path in folder.rglob("*") if path.is_file() and ".part" not in str(path)}
+
+
+class FollowTest(unittest.TestCase):
+    """A recording that is copied while it grows."""
+
+    def setUp(self):
+        self.here = Path(self.enterContext(tempfile.TemporaryDirectory()))
+        self.enterContext(contextlib.redirect_stdout(io.StringIO()))
+        self.enterContext(unittest.mock.patch.object(follow, "PAUSE", 0))
+
+    def upload(self, *words, text=""):
+        """In the place of rclone: copies to a folder, where all frames that are counted must be."""
+        source, remote = map(Path, words[-2:])
+        if text:
+            for name in text.splitlines():
+                (remote / name).parent.mkdir(parents=True, exist_ok=True)
+                shutil.copyfile(source / name, remote / name)
+        else:
+            shutil.copytree(source, remote, dirs_exist_ok=True)
+            (frames, _), = follow.shapes_of(
+                {"0/0/.zarray": (remote / "0/0/.zarray").read_text(encoding="ascii")}).values()
+            for frame in range(frames):
+                self.assertTrue((remote / f"0/0/{frame}/0/0/0").exists(), f"{frame} of {frames}")
+
+    def follow(self, remote, recording, moment):
+        """Copies a recording that gets a frame and ends after a number of reads and copies.
+        Returns how many there were."""
+        steps = 0
+
+        def step(function):
+            def call(*arguments, **more):
+                nonlocal steps
+                result = function(*arguments, **more)
+                steps += 1
+                if steps == moment:
+                    recording.add()
+                    recording.finish()
+                return result
+            return call
+        read = step(lambda path: path.read_bytes())
+        with unittest.mock.patch.object(follow, "rclone", step(self.upload)), \
+                unittest.mock.patch.object(follow, "read_file", read):
+            follow.follow(recording.path, remote)
+        return steps
+
+    def test_a_recording_that_ends_at_any_moment_is_copied_whole(self):
+        moment, steps = 1, 0
+        for moment in range(1, 13):  # nine files are read first, then chunks and files are copied
+            with self.subTest(moment):
+                remote = self.here / f"remote{moment}"
+                recording = Recording(self.here / f"run{moment}.ome.zarr")
+                steps = self.follow(remote, recording, moment)
+                self.assertEqual(Recording.files(remote), Recording.files(recording.path))
+                self.assertGreater(steps, moment)
+                self.assertFalse(list(remote.rglob("*.part")))
+
+    def test_a_recording_that_never_ends_is_named(self):
+        path = self.here / "run.ome.zarr"
+        with self.assertRaisesRegex(follow.FollowError, "run.ome.zarr: not there for 0 s"):
+            follow.follow(path, self.here / "remote", 0)
+        recording = Recording(path)
+        recording.add()
+        with unittest.mock.patch.object(follow, "rclone", self.upload), \
+                self.assertRaisesRegex(follow.FollowError, "nothing new for 0 s, .* so far: 2 frames"):
+            follow.follow(path, self.here / "remote", 0)
+
+    def use_rclone(self, script):
+        """Runs a script in the place of rclone."""
+        for name, value in (("RCLONE", ("sh", "-c", script)), ("PAUSES", (0, 0))):
+            self.enterContext(unittest.mock.patch.object(follow, name, value))
+
+    def test_a_store_that_is_gone_is_named(self):
+        self.use_rclone(f"echo try >> {self.here}/tries; echo first >&2; echo no such host >&2; exit 3")
+        with self.assertRaisesRegex(follow.FollowError,
+                                    "^rclone to store:bucket failed 3 times: no such host$"):
+            follow.rclone("copy", "folder", "store:bucket")
+        self.assertEqual((self.here / "tries").read_text(encoding="ascii"), "try\n" * 3)
+
+    def test_a_store_that_comes_back_is_used_again(self):
+        self.use_rclone(f"cat > {self.here}/got; mkdir {self.here}/once 2> /dev/null && exit 3; exit 0")
+        follow.rclone("copy", "folder", "store:bucket", text="chunks")
+        self.assertEqual((self.here / "got").read_text(encoding="ascii"), "chunks")
 
 
 class GuideTest(PipelineTest):
@@ -151,4 +340,5 @@ class GuideTest(PipelineTest):
 if __name__ == "__main__":
     BUILD = Path(sys.argv.pop(1)).resolve()
     gstreamer_test.PLUGIN = BUILD / "lib/gstreamer-1.0"
-    unittest.main()
+    result = unittest.main(exit=False).result
+    sys.exit(NOT_ALL if result.wasSuccessful() and result.skipped else not result.wasSuccessful())
