@@ -2,10 +2,15 @@
 
 from dataclasses import dataclass
 
+from .ways import PACKET
+
 CAMERAS = 100
 USABLE = 0.8  # of a link: the rest is for bursts, and for what is sent again
 LINKS = 1, 10, 25, 100  # gigabits a second
-HEADERS = 0.04  # of RTP, UDP, IP and Ethernet: 54 bytes of a packet of 1300
+# What a packet of RTP has of a picture, without RTP's header and that of JPEG in it; what it takes of
+# the wire, with UDP, IP, Ethernet, its checksum and preamble, and the gap after it. In bytes.
+PICTURE = PACKET - 12 - 8
+ON_WIRE = PACKET + 8 + 20 + 14 + 4 + 8 + 12
 LOSSLESS = 1.4  # by which Blosc makes the noise of a sensor smaller: docs/recording.md
 HOUR = 3600
 INODE_BYTES = 16384, 65536  # mke2fs makes one inode for as many bytes: up to 4 TB, from 16 TB on
@@ -24,8 +29,8 @@ class Camera:
     channels: int
 
     def gigabits(self):
-        """A second on the wire, with headers."""
-        return 8e-3 * self.fps * self.live * (1 + HEADERS)
+        """A second on the wire, with all that is around a picture."""
+        return 8e-3 * self.fps * self.live * ON_WIRE / PICTURE
 
     def terabytes(self):
         """An hour of OME-Zarr."""
