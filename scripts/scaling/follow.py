@@ -43,7 +43,9 @@ def rclone(*words, text=""):
                                stderr=subprocess.PIPE, preexec_fn=end_with_parent)
         if ended.returncode == 0:
             return
-        reason = (ended.stderr.strip().splitlines() or [f"exit code {ended.returncode}"])[-1]
+        # What failed and why are two lines.
+        lines = ended.stderr.strip().splitlines() or [f"exit code {ended.returncode}"]
+        reason = " ".join(lines[-2:])
         emit("failed", text=reason)
         if pause is not None:
             time.sleep(pause)

@@ -304,9 +304,10 @@ class FollowTest(unittest.TestCase):
             self.enterContext(unittest.mock.patch.object(follow, name, value))
 
     def test_a_store_that_is_gone_is_named(self):
-        self.use_rclone(f"echo try >> {self.here}/tries; echo first >&2; echo no such host >&2; exit 3")
+        self.use_rclone(f"echo try >> {self.here}/tries; printf 'first\\ncannot copy\\nno such host\\n' >&2; "
+                        "exit 3")
         with self.assertRaisesRegex(follow.FollowError,
-                                    "^rclone to store:bucket failed 3 times: no such host$"):
+                                    "^rclone to store:bucket failed 3 times: cannot copy no such host$"):
             follow.rclone("copy", "folder", "store:bucket")
         self.assertEqual((self.here / "tries").read_text(encoding="ascii"), "try\n" * 3)
 
