@@ -84,6 +84,7 @@ class Session:
         interval: float | None,
         pixel_size: float | None,
         timeout: float | None,
+        pyramid: bool,
     ) -> dict[str, int]: ...
     def stream(self, frames: int | None, queue: int, timeout: float | None) -> Stream: ...
     def trigger(

@@ -181,6 +181,7 @@ class Camera:
         duration: float | None = None,
         interval: float | None = None,
         pixel_size: float | None = None,
+        pyramid: bool = False,
         timeout: float | None = None,
     ) -> Recording:
         if frames is None and duration is None:
@@ -191,7 +192,9 @@ class Camera:
         check_time("timeout", timeout)
         check_time("pixel_size", pixel_size, "micrometres", least=0.0001)
         path = check_path("path", path)
-        found = self._session.record(path, frames, duration, interval, pixel_size, timeout)
+        found = self._session.record(
+            path, frames, duration, interval, pixel_size, timeout, bool(pyramid)
+        )
         return Recording(path, **found)
 
     @described_by(_pcd.Session.save_profile)

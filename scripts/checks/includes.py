@@ -68,6 +68,7 @@ FOLDERS = {
         "zarr": "file ome record tiff",
         "program": "hang",
         "record": "camera hang picture",
+        "output": "camera ome picture record zarr",
         "picture": "file metadata tiff",
         "pipe": "camera program record",
         "tiff": "file metadata",

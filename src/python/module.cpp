@@ -182,8 +182,9 @@ std::unique_ptr<PPythonStream> startTriggered(const SessionPtr& session,
 
 py::dict record(const SessionPtr& session, const QString& path, std::optional<quint64> frames,
                 std::optional<double> duration, std::optional<double> interval,
-                std::optional<double> pixelSize, std::optional<double> timeout) {
-    return PPythonCapture(session).record({path, frames, duration, interval, pixelSize, timeout});
+                std::optional<double> pixelSize, std::optional<double> timeout, bool pyramid) {
+    return PPythonCapture(session).record(
+        {path, frames, duration, interval, pixelSize, timeout, pyramid});
 }
 
 using SessionClass = py::class_<PPythonSession, SessionPtr>;

@@ -33,6 +33,7 @@ class Guide(unittest.TestCase):
                          "camera Bench-1 sent no frame for 0.2 s", 'did not take 5 for "contrast"'):
             self.assertIn(expected, ended.stdout)
         self.assertIn("run.ome.tif", written)
+        self.assertIn("run.ome.zarr", written)
         self.assertIn("frame-0001.png", written)
 
     def test_it_names_every_exception_and_attribute(self):

@@ -1,6 +1,7 @@
 """What is too slow, full or gone: the interpreter's lock held, readers that die, disks, cables."""
 
 import ctypes
+import errno
 import gc
 import os
 import resource
@@ -198,6 +199,23 @@ class FullDisks(LimitTest):
             with tifffile.TiffFile(path) as file:
                 self.assertEqual(written, len(file.pages))
             self.assertLess(path.stat().st_size, 2_000_001)
+            self.assertEqual(2, len([*opened.stream(2)]))
+
+    def test_so_does_a_folder(self):
+        # A chunk of a picture as plain as this one is smaller, but the table of times grows.
+        resource.setrlimit(resource.RLIMIT_FSIZE, (8000, resource.getrlimit(resource.RLIMIT_FSIZE)[1]))
+        path = self.folder / "run.ome.zarr"
+        with pcd.open() as opened:
+            with self.assertRaisesRegex(
+                    pcd.RecordError, r'run\.ome\.zarr" has [1-9]\d* frames: cannot save '
+                    rf'"{path}": {os.strerror(errno.EFBIG)}') as caught:
+                opened.record(path, frames=1000)
+            written = int(str(caught.exception).split(" has ")[1].split()[0])
+            import zarr  # pylint: disable=import-outside-toplevel
+            frames = zarr.open_group(str(path), mode="r")["0/0"]
+            self.assertEqual(written, frames.shape[0])
+            for frame in range(written):
+                self.assertEqual([255, 0, 0], frames[frame, :, 120, 53].tolist())
             self.assertEqual(2, len([*opened.stream(2)]))
 
     def test_so_does_a_profile(self):

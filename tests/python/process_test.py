@@ -4,10 +4,14 @@ import os
 import signal
 import subprocess
 import sys
+import tempfile
+import time
 import unittest
+from pathlib import Path
 
 from support import UNTIL, run_python, scene
 
+FRAME = 322 * 240 * 3  # bytes
 START = f"""
 import gc, os, signal, sys, threading, time
 import pcd
@@ -127,6 +131,34 @@ class Process(unittest.TestCase):
             error = program.communicate(timeout=UNTIL)[1]
         self.assertEqual(-signal.SIGINT, program.returncode)
         self.assertIn("KeyboardInterrupt", error)
+
+    def test_a_killed_script_leaves_a_stack_of_its_whole_frames(self):
+        with tempfile.TemporaryDirectory() as folder:
+            path = Path(folder, "run.ome.tif")
+            with subprocess.Popen(
+                    [sys.executable, "-c", START + f"pcd.open().record({str(path)!r}, 1_000_000)\n"],
+                    stderr=subprocess.PIPE, text=True) as program:
+                self.addCleanup(program.kill)
+                end = time.monotonic() + UNTIL
+                while not path.exists() or path.stat().st_size < 10 * FRAME:
+                    self.assertIsNone(program.poll(), "ended early")
+                    self.assertLess(time.monotonic(), end)
+                    time.sleep(0.005)
+                program.kill()
+                error = program.communicate(timeout=UNTIL)[1]
+            self.assertEqual((-signal.SIGKILL, ""), (program.returncode, error))
+            import tifffile  # pylint: disable=import-outside-toplevel
+            with tifffile.TiffFile(path) as file:
+                # What was being written at that moment may be there, but does not count.
+                whole = path.stat().st_size // FRAME
+                self.assertIn(len(file.pages), range(whole - 1, whole + 1))
+                for page in file.pages:
+                    pixels = page.asarray()
+                    self.assertEqual((240, 322, 3), pixels.shape)
+                    self.assertEqual([[255, 0, 0], [0, 255, 0], [0, 0, 255]],
+                                     pixels[120, [53, 160, 268]].tolist())
+                self.assertIn("the recording was cut short", file.ome_metadata)
+                self.assertRegex(file.ome_metadata, r'SizeT="0*[1-9]')
 
     def test_without_an_sdk_a_warning_says_that_cameras_are_simulated(self):
         ended = run_python("import pcd\nprint(pcd.cameras()[0])\nprint(pcd.cameras()[0])\n")

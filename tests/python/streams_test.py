@@ -282,6 +282,25 @@ class Recordings(OneCamera):
             self.assertEqual([255, 0, 0], file.pages[3].asarray()[120, 53].tolist())
             self.assertIn('PhysicalSizeX="0.5"', file.ome_metadata)
 
+    def test_a_folder_has_all_frames_and_its_pyramid(self):
+        path = self.folder / "new" / "run.ome.zarr"
+        done = self.camera.record(path, frames=7, pixel_size=0.5, pyramid=True)
+        self.assertEqual((str(path), 7, 7), (done.path, done.wanted, done.written))
+        import zarr  # pylint: disable=import-outside-toplevel
+        image = zarr.open_group(str(path), mode="r")["0"]
+        self.assertEqual([(7, 3, 240, 322), (7, 3, 120, 161)],
+                         [image[name].shape for name in sorted(image.array_keys())])
+        patches = {"0": (120, [53, 160, 268]), "1": (60, [26, 80, 134])}
+        for name, (row, columns) in patches.items():
+            for frame in (0, 6):
+                self.assertEqual([[255, 0, 0], [0, 255, 0], [0, 0, 255]],
+                                 [image[name][frame, :, row, column].tolist() for column in columns])
+        first = image.attrs["multiscales"][0]["datasets"][0]["coordinateTransformations"][0]
+        self.assertEqual([0.5, 0.5], first["scale"][2:])
+        self.camera.record(self.folder / "flat.ome.zarr", frames=1)
+        flat = zarr.open_group(str(self.folder / "flat.ome.zarr"), mode="r")
+        self.assertEqual(["0"], [*flat["0"].array_keys()])
+
     def test_a_series_has_one_file_a_frame(self):
         self.camera.record(os.fsencode(self.folder / "f-##.png"), np.int32(3))
         self.assertEqual(["f-01.png", "f-02.png", "f-03.png"],
@@ -307,12 +326,35 @@ class Recordings(OneCamera):
             self.camera.record(self.folder / "run.ome.tif", duration=-1)
         self.assertEqual([], [*self.folder.iterdir()])
 
+    def test_what_is_refused_leaves_no_folder(self):
+        for name, expected in (("run.tif", "is not the name of a recording"),
+                               ("run-#.jpg", "is not the name of a picture file"),
+                               ("run-#.ome.zarr", "expected a name without #")):
+            with self.assertRaisesRegex(pcd.BadValueError, expected) as caught:
+                self.camera.record(self.folder / "new" / name, 1)
+            self.assertEqual(("path", str(self.folder / "new" / name)),
+                             (caught.exception.property, caught.exception.value))
+        with self.assertRaisesRegex(pcd.BadValueError,
+                                    r'"pyramid" is not for .*\.tif": expected .*\.ome\.zarr'):
+            self.camera.record(self.folder / "new" / "run.ome.tif", 1, pyramid=True)
+        with self.camera.stream() as stream:
+            next(stream)
+            with self.assertRaisesRegex(pcd.BusyError, "close that stream first"):
+                self.camera.record(self.folder / "new" / "run.ome.zarr", 1)
+        self.assertEqual([], [*self.folder.iterdir()])
+
     def test_no_file_is_replaced(self):
-        path = self.folder / "run.ome.tif"
-        path.write_text("mine", encoding="ascii")
-        with self.assertRaisesRegex(pcd.RecordError, "run.ome.tif"):
-            self.camera.record(path, 2)
-        self.assertEqual("mine", path.read_text(encoding="ascii"))
+        for name in ("run.ome.tif", "run.ome.zarr"):
+            path = self.folder / name
+            path.write_text("mine", encoding="ascii")
+            with self.assertRaisesRegex(pcd.RecordError, name):
+                self.camera.record(path, 2)
+            self.assertEqual("mine", path.read_text(encoding="ascii"))
+        kept = self.folder / "kept.ome.zarr"
+        kept.mkdir()
+        with self.assertRaisesRegex(pcd.RecordError, "kept.ome.zarr.*it is a folder"):
+            self.camera.record(kept, 2)
+        self.assertEqual([], [*kept.iterdir()])
 
     def test_ctrl_c_leaves_a_complete_file(self):
         path = self.folder / "run.ome.tif"
@@ -333,6 +375,18 @@ class Recordings(OneCamera):
         import tifffile  # pylint: disable=import-outside-toplevel
         with tifffile.TiffFile(path) as file:
             self.assertGreater(len(file.pages), 0)
+
+    def test_an_unplugged_camera_leaves_a_complete_folder(self):
+        self.load(scene(faults=[{"do": "unplug", "camera": "cam-1", "afterFrames": 5}]))
+        path = self.folder / "run.ome.zarr"
+        with pcd.open() as opened, self.assertRaisesRegex(
+                pcd.UnpluggedError, r'run.ome.zarr" has [1-5] frames: .* was unplugged') as caught:
+            opened.record(path, frames=1000)
+        import zarr  # pylint: disable=import-outside-toplevel
+        frames = zarr.open_group(str(path), mode="r")["0/0"]
+        self.assertIn(f" has {frames.shape[0]} frames", str(caught.exception))
+        for frame in range(frames.shape[0]):
+            self.assertEqual([255, 0, 0], frames[frame, :, 120, 53].tolist())
 
 
 class Stills(OneCamera):

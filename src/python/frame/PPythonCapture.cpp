@@ -6,11 +6,10 @@
 #include <python/host/PPythonHost.h>
 #include <python/host/PPythonSession.h>
 
-#include <apps/common/camera/PSensorTemperature.h>
-#include <apps/common/ome/POmeStackWriter.h>
+#include <apps/common/output/PRecordOutput.h>
 #include <apps/common/picture/PPictureFile.h>
 #include <apps/common/record/PFrameRecorder.h>
-#include <apps/common/record/PSeriesWriter.h>
+#include <apps/common/zarr/PZarrWriter.h>
 
 #include <QScopeGuard>
 
@@ -103,31 +102,32 @@ std::unique_ptr<PPythonFrame> PPythonCapture::snap(std::optional<double> timeout
                                           m_session->names(), 0);
 }
 
-std::unique_ptr<PFrameWriter> PPythonCapture::makeWriter(const Plan& plan) const {
-    PPythonError::check(PPictureFile::prepareFolder(plan.path), "RecordError");
-    if (POmeStackWriter::isName(plan.path)) {
-        return std::make_unique<POmeStackWriter>(POmeStackWriter::Options{
-            plan.path, m_session->identity(), m_session->names(), plan.frames, plan.pixelSizeUm,
-            PSensorTemperature::of(m_session->device())});
-    }
-    PFileSequence files;
-    const PStatus pattern = files.setPattern(plan.path);
-    const PStatus name = pattern.isOk() ? PPictureFile::checkName(plan.path) : pattern;
-    if (!name.isOk()) {
-        throw PPythonError("BadValueError",
-                           u"%1; or a name that ends in %2, for all frames in one file"_qs.arg(
-                               name.reason(), POmeStackWriter::endings().join(u", "_qs)),
+void PPythonCapture::prepareFiles(const Plan& plan) const {
+    const PStatus name = PRecordOutput::checkName(plan.path);
+    if (!name.isOk())
+        throw PPythonError("BadValueError", name.reason(),
                            {{"property", u"path"_qs}, {"value", plan.path}});
+    if (plan.pyramid && PRecordOutput::toForm(plan.path) != PRecordOutput::Form::Zarr) {
+        const QString expected =
+            u"a name that ends in %1"_qs.arg(PZarrWriter::endings().join(u", "_qs));
+        throw PPythonError(
+            "BadValueError",
+            u"\"pyramid\" is not for \"%1\": expected %2"_qs.arg(plan.path, expected),
+            {{"property", u"path"_qs}, {"value", plan.path}, {"expected", expected}});
     }
-    return std::make_unique<PSeriesWriter>(files, m_session->identity(), plan.pixelSizeUm);
+    // What is refused leaves no new folder behind.
+    m_session->checkIdle();
+    PPythonError::check(PPictureFile::prepareFolder(plan.path), "RecordError");
 }
 
 py::dict PPythonCapture::record(const Plan& plan) {
     PPythonHost& host = PPythonHost::instance();
     PDevice& camera = m_session->device();
     const auto atMost = plan.timeout ? toMilliseconds(*plan.timeout) : m_session->longestWait();
+    prepareFiles(plan);
     const auto recorder = std::make_shared<PFrameRecorder>(
-        makeWriter(plan),
+        PRecordOutput::makeWriter({plan.path, plan.frames, plan.pixelSizeUm, plan.pyramid},
+                                  m_session->identity(), camera),
         PRecordSchedule::Plan{plan.frames, toDuration(plan.duration), toDuration(plan.interval)});
     const PFrameLedger ledgerAtStart = m_session->ledger();
     Clock::time_point lastFrame = Clock::now();

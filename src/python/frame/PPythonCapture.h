@@ -8,7 +8,6 @@
 #include <memory>
 #include <optional>
 
-class PFrameWriter;
 class PPythonSession;
 
 /// Stills and recordings of an open camera: each call waits until they are complete. Throws
@@ -24,16 +23,18 @@ public:
 
     /// Which frames are recorded, and where. Times in seconds.
     struct Plan {
-        QString path; ///< .ome.tif for a stack, #### for a series
+        QString path; ///< see PRecordOutput
         std::optional<quint64> frames;
         std::optional<double> duration;
         std::optional<double> interval;
         std::optional<double> pixelSizeUm;
         std::optional<double> timeout; ///< the longest time without a frame
+        bool pyramid = false;          ///< in OME-Zarr, also smaller sizes
     };
     /// Records live frames into files, and returns when they are complete.
     ///
-    /// A name that ends in .ome.tif gets all frames in one file; a name such as run-####.tif or
+    /// A name that ends in .ome.tif gets all frames in one file, one that ends in .ome.zarr in one
+    /// folder, compressed, and with `pyramid` also in smaller sizes; a name such as run-####.tif or
     /// run-####.png is a series. No file is ever replaced. It ends after `frames`, or after
     /// `duration` seconds. `interval` is that of a time-lapse, in seconds; `pixel_size` is in
     /// micrometres on the specimen, for the metadata; `timeout` is the longest time without a
@@ -44,7 +45,7 @@ public:
     py::dict record(const Plan& plan);
 
 private:
-    std::unique_ptr<PFrameWriter> makeWriter(const Plan& plan) const;
+    void prepareFiles(const Plan& plan) const;
     QString missingReason(const QString& what) const;
     const char* failureType(const char* ofOpenCamera) const;
 

@@ -119,12 +119,16 @@ PFrameLedger PPythonSession::ledger() const {
     return m_device != nullptr ? m_device->frameLedger() : m_lastLedger;
 }
 
-void PPythonSession::startStream(const std::shared_ptr<PFrameSink>& sink, std::size_t frames) {
-    PDevice& camera = device();
-    if (m_sink != nullptr || camera.isStreaming()) {
+void PPythonSession::checkIdle() const {
+    if (m_sink != nullptr || device().isStreaming()) {
         throw PPythonError("BusyError", u"camera %1 is streaming already: close that stream "
                                         "first"_qs.arg(m_identity.id));
     }
+}
+
+void PPythonSession::startStream(const std::shared_ptr<PFrameSink>& sink, std::size_t frames) {
+    PDevice& camera = device();
+    checkIdle();
     const PDeviceMode mode = camera.reportedMode();
     // Frames also wait for the event loop, which runs only while Python waits: no more of them than
     // wait for Python.

@@ -46,8 +46,10 @@ public:
     /// The ledger of the frames; for an unplugged camera its last state. Does not throw.
     PFrameLedger ledger() const;
 
-    /// Adds the sink and starts the stream, in which about this number of frames may wait. Throws
-    /// "BusyError" if one is running.
+    /// Throws "BusyError" if a stream is running.
+    void checkIdle() const;
+    /// Adds the sink and starts the stream, in which about this number of frames may wait.
+    /// Throws as checkIdle() does.
     void startStream(const std::shared_ptr<PFrameSink>& sink, std::size_t frames);
     /// Stops the stream and removes the sink; nothing if it was stopped before.
     PStatus stopStream(const std::shared_ptr<PFrameSink>& sink);

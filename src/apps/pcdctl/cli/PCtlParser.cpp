@@ -5,13 +5,12 @@
 #include <apps/pcdctl/cli/PCtlSyntax.h>
 
 #include <apps/common/ome/POmeStackWriter.h>
+#include <apps/common/output/PRecordOutput.h>
 #include <apps/common/picture/PPictureFile.h>
 #include <apps/common/program/PDurationText.h>
-#include <apps/common/record/PFileSequence.h>
 #include <apps/common/zarr/PZarrWriter.h>
 
 #include <QCoreApplication>
-#include <QFileInfo>
 
 #include <algorithm>
 #include <cmath>
@@ -174,48 +173,26 @@ PCtlOutcome readProfileAction(const QStringList& words, PCtlOptions& options) {
     return {};
 }
 
-PCtlOutcome checkSavePattern(const QString& pattern) {
-    PFileSequence files;
-    const PCtlOutcome outcome = usageUnlessOk(files.setPattern(pattern));
-    return outcome.isDone() ? usageUnlessOk(PPictureFile::checkName(pattern)) : outcome;
-}
-
-/// Of a recording that is a single file or folder.
-PCtlOutcome checkSingleName(const QString& output, const QString& kind) {
-    if (!QFileInfo(output).fileName().contains(u'#'))
-        return {};
-    return PCtlOutcome::wrongUsage(
-        u"\"%1\" is one %2 with all frames: expected a name without #"_qs.arg(output, kind));
-}
-
 PCtlOutcome checkStack(const PCtlOptions& options) {
-    if (options.frames.value_or(0) > POmeStackWriter::framesAFileHolds) {
-        return wrongValue(
-            QString::number(*options.frames), u"frames"_qs,
-            u"at most %1 frames in one file"_qs.arg(POmeStackWriter::framesAFileHolds));
-    }
-    return checkSingleName(options.output, u"file"_qs);
+    if (options.frames.value_or(0) <= POmeStackWriter::framesAFileHolds)
+        return {};
+    return wrongValue(QString::number(*options.frames), u"frames"_qs,
+                      u"at most %1 frames in one file"_qs.arg(POmeStackWriter::framesAFileHolds));
 }
 
 PCtlOutcome checkRecording(const PCtlOptions& options) {
     if (options.output.isEmpty())
         return withHint(u"record needs an output file: expected -o FILE"_qs, u"record "_qs);
-    if (PZarrWriter::isName(options.output))
-        return checkSingleName(options.output, u"folder"_qs);
-    if (options.pyramid) {
+    const PCtlOutcome name = usageUnlessOk(PRecordOutput::checkName(options.output));
+    if (!name.isDone())
+        return name;
+    const PRecordOutput::Form form = PRecordOutput::toForm(options.output);
+    if (options.pyramid && form != PRecordOutput::Form::Zarr) {
         return PCtlOutcome::wrongUsage(
             u"--pyramid is not for \"%1\": expected a name that ends in %2"_qs.arg(
                 options.output, PZarrWriter::endings().join(u", "_qs)));
     }
-    if (POmeStackWriter::isName(options.output))
-        return checkStack(options);
-    if (!QFileInfo(options.output).fileName().contains(u'#')) {
-        return PCtlOutcome::wrongUsage(
-            u"\"%1\" is not the name of a recording: expected a name that ends in .ome.tif or "
-            ".ome.zarr, or one with a run of # for the number of each file, as in "
-            "\"frame-####.png\""_qs.arg(options.output));
-    }
-    return checkSavePattern(options.output);
+    return form == PRecordOutput::Form::Stack ? checkStack(options) : PCtlOutcome();
 }
 
 } // namespace
@@ -321,6 +298,6 @@ PCtlOutcome PCtlParser::readFiles(const QCommandLineParser& parser) {
     if (!pipe.isOk())
         return usageUnlessOk(pipe);
     if (parser.isSet(u"save"_qs))
-        return checkSavePattern(m_options.savePattern);
+        return usageUnlessOk(PRecordOutput::checkSeries(m_options.savePattern));
     return {};
 }

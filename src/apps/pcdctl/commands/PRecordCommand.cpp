@@ -3,9 +3,8 @@
 #include <apps/pcdctl/runs/PRecordRun.h>
 #include <apps/pcdctl/runs/PRunAndReport.h>
 
-#include <apps/common/ome/POmeStackWriter.h>
+#include <apps/common/output/PRecordOutput.h>
 #include <apps/common/picture/PPictureFile.h>
-#include <apps/common/zarr/PZarrWriter.h>
 
 #include <QFileInfo>
 
@@ -25,7 +24,7 @@ PCtlOutcome prepareSingle(const QString& path) {
 } // namespace
 
 PCtlOutcome prepareRecordFiles(const PCtlOptions& options) {
-    if (POmeStackWriter::isName(options.output) || PZarrWriter::isName(options.output))
+    if (PRecordOutput::toForm(options.output) != PRecordOutput::Form::Series)
         return prepareSingle(options.output);
     PCtlOptions series = options;
     series.savePattern = options.output;

@@ -3,8 +3,6 @@
 
 #include <apps/pcdctl/cli/PCtlOutput.h>
 
-#include <apps/common/record/PSeriesWriter.h>
-
 #include <utility>
 
 PLiveRun::PLiveRun(PDeviceManager& manager, PDevice* device, PCameraIdentity camera,
@@ -66,12 +64,6 @@ std::optional<quint64> PLiveRun::frameLimit() const {
 void PLiveRun::record(std::unique_ptr<PFrameWriter> writer, const PRecordSchedule::Plan& plan) {
     m_recorder = std::make_shared<PFrameRecorder>(std::move(writer), plan);
     m_session.device()->addFrameSink(m_recorder);
-}
-
-std::unique_ptr<PFrameWriter> PLiveRun::seriesWriter(const QString& pattern) const {
-    PFileSequence files;
-    files.setPattern(pattern);
-    return std::make_unique<PSeriesWriter>(files, m_camera, m_options.pixelSizeUm);
 }
 
 /// Checked repeatedly while the stream runs. A recorder ends by itself when a frame could not be

@@ -65,8 +65,6 @@ protected:
 
     /// Records the frames from now on.
     void record(std::unique_ptr<PFrameWriter> writer, const PRecordSchedule::Plan& plan);
-    /// A writer for the files of a pattern that was checked with the arguments.
-    std::unique_ptr<PFrameWriter> seriesWriter(const QString& pattern) const;
     /// The recorder, or null.
     const PFrameRecorder* recorder() const { return m_recorder.get(); }
     /// The report on the stream; `outcome` is that of run().

@@ -3,29 +3,16 @@
 
 #include <apps/pcdctl/cli/PCtlOutput.h>
 
-#include <apps/common/camera/PSensorTemperature.h>
-#include <apps/common/ome/POmeStackWriter.h>
-#include <apps/common/zarr/PZarrWriter.h>
+#include <apps/common/output/PRecordOutput.h>
 
 #include <QFileInfo>
 
 PCtlOutcome PRecordRun::prepare() {
-    record(makeWriter(), {options().frames, options().duration, options().interval});
+    const PCtlOptions& given = options();
+    record(PRecordOutput::makeWriter({given.output, given.frames, given.pixelSizeUm, given.pyramid},
+                                     camera(), *session().device()),
+           {given.frames, given.duration, given.interval});
     return {};
-}
-
-std::unique_ptr<PFrameWriter> PRecordRun::makeWriter() const {
-    PDevice* const device = session().device();
-    if (PZarrWriter::isName(options().output)) {
-        return std::make_unique<PZarrWriter>(PZarrWriter::Options{
-            options().output, camera(), PSettingNames::of(device), options().pixelSizeUm,
-            PSensorTemperature::of(*device), options().pyramid});
-    }
-    if (!POmeStackWriter::isName(options().output))
-        return seriesWriter(options().output);
-    return std::make_unique<POmeStackWriter>(POmeStackWriter::Options{
-        options().output, camera(), PSettingNames::of(device), options().frames,
-        options().pixelSizeUm, PSensorTemperature::of(*device)});
 }
 
 quint64 PRecordRun::framesTaken() const {

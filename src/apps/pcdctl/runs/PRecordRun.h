@@ -20,7 +20,4 @@ protected:
     bool mayEndNow() const override { return PLiveRun::mayEndNow() && framesTaken() > 0; }
     std::optional<double> share() const override { return recorder()->progress().share; }
     QString statusText() const override;
-
-private:
-    std::unique_ptr<PFrameWriter> makeWriter() const;
 };

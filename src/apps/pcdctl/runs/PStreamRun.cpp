@@ -3,6 +3,8 @@
 
 #include <apps/pcdctl/cli/PCtlOutput.h>
 
+#include <apps/common/output/PRecordOutput.h>
+
 namespace {
 
 quint64 lostFrames(const PFrameLedger& ledger) {
@@ -13,8 +15,9 @@ quint64 lostFrames(const PFrameLedger& ledger) {
 } // namespace
 
 PCtlOutcome PStreamRun::prepare() {
-    if (!options().savePattern.isEmpty())
-        record(seriesWriter(options().savePattern), {}); // all frames that the stream has
+    const QString& pattern = options().savePattern;
+    if (!pattern.isEmpty()) // all frames that the stream has
+        record(PRecordOutput::makeSeries(pattern, camera(), options().pixelSizeUm), {});
     return options().command == PCtlOptions::Command::Trigger ? prepareTrigger() : PCtlOutcome();
 }
 
