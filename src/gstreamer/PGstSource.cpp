@@ -388,7 +388,8 @@ void PGstSource::reportDropped(GstBuffer* buffer, quint64 count) {
     const GstClockTime time = GST_BUFFER_PTS(buffer);
     GstMessage* const message =
         gst_message_new_qos(GST_OBJECT(m_element), TRUE, time, time, time, GST_CLOCK_TIME_NONE);
-    gst_message_set_qos_stats(message, GST_FORMAT_BUFFERS, delivered(), dropped());
+    const PGstFrameQueue::Counts counts = this->counts();
+    gst_message_set_qos_stats(message, GST_FORMAT_BUFFERS, counts.delivered, counts.dropped);
     gst_element_post_message(GST_ELEMENT(m_element), message);
     GST_WARNING_OBJECT(m_element, "%" G_GUINT64_FORMAT " frames dropped: the pipeline is too slow",
                        guint64(count));

@@ -41,9 +41,8 @@ public:
     unsigned queueSize() const;
     /// The id of the camera that is open; else empty.
     QString cameraId() const;
-    /// See PGstFrameQueue.
-    quint64 delivered() const { return m_queue->delivered(); }
-    quint64 dropped() const { return m_queue->dropped(); }
+    /// What has happened to the frames since the start.
+    PGstFrameQueue::Counts counts() const { return m_queue->counts(); }
 
     /// From NULL to READY: opens the camera. False with an error message on the bus, as for the
     /// next two.

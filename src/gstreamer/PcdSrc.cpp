@@ -27,6 +27,7 @@ enum Property : guint {
     CameraId,
     Delivered,
     Dropped,
+    Stats,
 };
 
 PGstSource& toSource(gpointer object) {
@@ -106,6 +107,13 @@ void setProperty(GObject* object, guint id, const GValue* value, GParamSpec* spe
         G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, spec);
 }
 
+GstStructure* makeStats(const PGstFrameQueue::Counts& counts) {
+    return gst_structure_new("application/x-pcdsrc-stats", "arrived", G_TYPE_UINT64, counts.arrived,
+                             "delivered", G_TYPE_UINT64, counts.delivered, "dropped", G_TYPE_UINT64,
+                             counts.dropped, "discarded", G_TYPE_UINT64, counts.discarded,
+                             "waiting", G_TYPE_UINT64, counts.waiting, nullptr);
+}
+
 void getProperty(GObject* object, guint id, GValue* value, GParamSpec* spec) {
     const PGstSource& source = toSource(object);
     const PGstOptions options = source.options();
@@ -136,9 +144,11 @@ void getProperty(GObject* object, guint id, GValue* value, GParamSpec* spec) {
     case CameraId:
         return setText(source.cameraId());
     case Delivered:
-        return g_value_set_uint64(value, source.delivered());
+        return g_value_set_uint64(value, source.counts().delivered);
     case Dropped:
-        return g_value_set_uint64(value, source.dropped());
+        return g_value_set_uint64(value, source.counts().dropped);
+    case Stats:
+        return g_value_take_boxed(value, makeStats(source.counts()));
     default:
         G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, spec);
     }
@@ -337,6 +347,12 @@ void installNumbers(GObjectClass* object) {
         g_param_spec_uint64("dropped", "dropped",
                             "Frames dropped since the start because the pipeline was too slow", 0,
                             G_MAXUINT64, 0, readable));
+    g_object_class_install_property(
+        object, Stats,
+        g_param_spec_boxed("stats", "stats",
+                           "What has happened to the frames since the start: arrived is the sum of "
+                           "delivered, dropped, discarded and waiting",
+                           GST_TYPE_STRUCTURE, readable));
 }
 
 void installFunctions(PcdSrcClass* type) {

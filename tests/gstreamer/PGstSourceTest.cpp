@@ -44,6 +44,28 @@ guint8 corner(GstBuffer* buffer) {
     return value;
 }
 
+/// The property "stats".
+struct FrameStats {
+    guint64 arrived = 0;
+    guint64 delivered = 0;
+    guint64 dropped = 0;
+    guint64 discarded = 0;
+    guint64 waiting = 0;
+
+    static FrameStats of(const GstRun& run) {
+        FrameStats stats;
+        GstStructure* structure = nullptr;
+        g_object_get(run.source(), "stats", &structure, nullptr);
+        EXPECT_TRUE(gst_structure_get(
+            structure, "arrived", G_TYPE_UINT64, &stats.arrived, "delivered", G_TYPE_UINT64,
+            &stats.delivered, "dropped", G_TYPE_UINT64, &stats.dropped, "discarded", G_TYPE_UINT64,
+            &stats.discarded, "waiting", G_TYPE_UINT64, &stats.waiting, nullptr));
+        gst_structure_free(structure);
+        return stats;
+    }
+    bool isBalanced() const { return arrived == delivered + dropped + discarded + waiting; }
+};
+
 std::string takeWarning(GstRun& run) {
     const GstPtr<GstMessage> warning = run.message(GST_MESSAGE_WARNING);
     if (!warning)
@@ -258,4 +280,58 @@ TEST_F(PGstSourceTest, a_slow_pipeline_loses_frames_by_name_and_holds_no_more_th
     const std::vector<GstBuffer*> buffers = run.buffers();
     EXPECT_GE(GST_BUFFER_OFFSET(buffers[1]) - GST_BUFFER_OFFSET(buffers[0]), 6U);
     EXPECT_TRUE(GST_BUFFER_FLAG_IS_SET(buffers[1], GST_BUFFER_FLAG_DISCONT));
+}
+
+TEST_F(PGstSourceTest, each_frame_of_a_slow_pipeline_is_counted_once) {
+    Hold hold;
+    GstRun run(pipeline("queue-size=2 trigger=software trigger-exposure=1000 trigger-frames=12"));
+    const GstPtr<GstPad> pad(gst_element_get_static_pad(run.source(), "src"));
+    gst_pad_add_probe(pad.get(), GST_PAD_PROBE_TYPE_BUFFER, Hold::probe, &hold, nullptr);
+    run.setState(GST_STATE_PLAYING);
+    unsigned long long produced = 0;
+    unsigned long long sent = 0;
+    EXPECT_TRUE(waitUntil([&] {
+        ToupcamSim_frameCount("one", &produced, &sent);
+        return hold.hasFirst && produced == 12 && FrameStats::of(run).arrived == sent;
+    }));
+    const FrameStats held = FrameStats::of(run);
+    EXPECT_EQ(held.delivered, 1U);
+    EXPECT_LE(held.waiting, 2U);
+    EXPECT_GT(held.dropped, 0U);
+    EXPECT_TRUE(held.isBalanced());
+    hold.isHeld = false;
+    EXPECT_TRUE(run.waitForBuffers(1 + held.waiting));
+    const FrameStats end = FrameStats::of(run);
+    EXPECT_EQ(end.delivered, run.buffers().size());
+    EXPECT_EQ(end.dropped, held.dropped);
+    EXPECT_EQ(end.waiting, 0U);
+    EXPECT_TRUE(end.isBalanced());
+}
+
+TEST_F(PGstSourceTest, each_frame_of_a_camera_that_goes_and_comes_is_counted_once) {
+    Hold hold;
+    GstRun run(pipeline("queue-size=2 on-unplug=wait"));
+    const GstPtr<GstPad> pad(gst_element_get_static_pad(run.source(), "src"));
+    gst_pad_add_probe(pad.get(), GST_PAD_PROBE_TYPE_BUFFER, Hold::probe, &hold, nullptr);
+    run.setState(GST_STATE_PLAYING);
+    EXPECT_TRUE(waitUntil([&] { return hold.hasFirst.load(); }));
+    const guint64 before = run.number("dropped");
+    EXPECT_TRUE(waitUntil([&] { return run.number("dropped") > before; }));
+    ToupcamSim_unplug("one");
+    EXPECT_TRUE(areThere(1));
+    const FrameStats gone = FrameStats::of(run);
+    EXPECT_EQ(gone.waiting, 2U); // those that came before still reach the pipeline
+    EXPECT_TRUE(gone.isBalanced());
+    hold.isHeld = false;
+    ASSERT_NE(run.elementMessage("pcdsrc-unplugged"), nullptr);
+    ASSERT_TRUE(run.waitForBuffers(gone.delivered + 2));
+    EXPECT_EQ(FrameStats::of(run).arrived, gone.arrived);
+    EXPECT_EQ(FrameStats::of(run).waiting, 0U);
+    ToupcamSim_plug("one");
+    ASSERT_TRUE(run.waitForBuffers(gone.delivered + 4));
+    run.setState(GST_STATE_NULL);
+    const FrameStats end = FrameStats::of(run);
+    EXPECT_GE(end.arrived, gone.arrived + 2); // the counts have gone on
+    EXPECT_EQ(end.waiting, 0U);
+    EXPECT_TRUE(end.isBalanced());
 }

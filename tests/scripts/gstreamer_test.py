@@ -226,17 +226,21 @@ class PluginTest(PipelineTest):
 
     def test_the_element_is_described(self):
         output = self.run_all("gst-inspect-1.0 pcdsrc")
-        for name in ("camera", "mode", "settings", "trigger", "on-unplug", "queue-size", "dropped"):
+        for name in ("camera", "mode", "settings", "trigger", "on-unplug", "queue-size", "dropped",
+                     "stats"):
             self.assertRegex(output, rf"\n  {name} +: \S")
 
     def test_nothing_leaks(self):
-        output = self.run_all("gst-launch-1.0 pcdsrc sdk=sim camera=1 mode=1 num-buffers=5 "
-                              "! jpegenc ! fakesink; "
-                              "gst-device-monitor-1.0 Video/Source",
-                              GST_TRACERS="leaks", GST_DEBUG="GST_TRACER:7", PCD_GST_SDK="sim",
-                              GST_DEBUG_NO_COLOR="1")
-        self.assertIn("object-alive.class", output)  # the tracer was there
-        self.assertNotRegex(output, r"object-alive, type-name=\(string\)[A-Za-z]")
+        for command, done in (
+                ("gst-launch-1.0 pcdsrc sdk=sim camera=1 mode=1 num-buffers=5 ! jpegenc ! fakesink",
+                 "Got EOS from element"),
+                ("gst-device-monitor-1.0 Video/Source", "Simulated-1MM")):
+            with self.subTest(command):
+                output = self.run_all(command, GST_TRACERS="leaks", GST_DEBUG="GST_TRACER:7",
+                                      PCD_GST_SDK="sim", GST_DEBUG_NO_COLOR="1")
+                self.assertIn(done, output)
+                self.assertIn("object-alive.class", output)  # the tracer was there
+                self.assertNotRegex(output, r"object-alive, type-name=\(string\)[A-Za-z]")
 
 
 if __name__ == "__main__":

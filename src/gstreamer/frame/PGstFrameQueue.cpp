@@ -12,8 +12,7 @@ void PGstFrameQueue::setCapacity(std::size_t frames) {
 
 void PGstFrameQueue::begin() {
     const std::lock_guard lock(m_mutex);
-    m_delivered = 0;
-    m_dropped = 0;
+    m_counts = {};
     m_droppedSince = 0;
     m_isAccepting = true;
 }
@@ -21,8 +20,7 @@ void PGstFrameQueue::begin() {
 void PGstFrameQueue::end() {
     std::deque<Item> items; // deleted without the lock: frames return their memory
     const std::lock_guard lock(m_mutex);
-    m_isAccepting = false;
-    m_frames = 0;
+    discard();
     items.swap(m_items);
     std::copy_if(items.begin(), items.end(), std::back_inserter(m_items),
                  [](const Item& item) { return item.kind != Item::Kind::Frame; });
@@ -31,9 +29,14 @@ void PGstFrameQueue::end() {
 void PGstFrameQueue::clear() {
     std::deque<Item> items; // as in end()
     const std::lock_guard lock(m_mutex);
-    m_isAccepting = false;
-    m_frames = 0;
+    discard();
     items.swap(m_items);
+}
+
+/// Counts the frames that wait as lost, and lets no more come. The caller removes them.
+void PGstFrameQueue::discard() {
+    m_isAccepting = false;
+    m_counts.discarded += std::exchange(m_counts.waiting, 0);
 }
 
 bool PGstFrameQueue::takeFrame(const PDeviceFrame& frame, Kind kind) {
@@ -42,10 +45,11 @@ bool PGstFrameQueue::takeFrame(const PDeviceFrame& frame, Kind kind) {
     const std::lock_guard lock(m_mutex);
     if (!m_isAccepting)
         return true;
-    while (m_frames >= m_capacity)
+    ++m_counts.arrived;
+    while (m_counts.waiting >= m_capacity)
         dropOldest();
     m_items.push_back({Item::Kind::Frame, frame, 0, {}});
-    ++m_frames;
+    ++m_counts.waiting;
     m_changed.notify_all();
     return true;
 }
@@ -54,8 +58,8 @@ bool PGstFrameQueue::takeFrame(const PDeviceFrame& frame, Kind kind) {
 void PGstFrameQueue::dropOldest() {
     m_items.erase(std::find_if(m_items.begin(), m_items.end(),
                                [](const Item& item) { return item.kind == Item::Kind::Frame; }));
-    --m_frames;
-    ++m_dropped;
+    --m_counts.waiting;
+    ++m_counts.dropped;
     ++m_droppedSince;
 }
 
@@ -73,8 +77,8 @@ std::optional<PGstFrameQueue::Item> PGstFrameQueue::take() {
     Item item = std::move(m_items.front());
     m_items.pop_front();
     if (item.kind == Item::Kind::Frame) {
-        --m_frames;
-        ++m_delivered;
+        --m_counts.waiting;
+        ++m_counts.delivered;
         item.dropped = std::exchange(m_droppedSince, 0);
     }
     return item;
@@ -86,12 +90,7 @@ void PGstFrameQueue::setFlushing(bool flushing) {
     m_changed.notify_all();
 }
 
-quint64 PGstFrameQueue::delivered() const {
+PGstFrameQueue::Counts PGstFrameQueue::counts() const {
     const std::lock_guard lock(m_mutex);
-    return m_delivered;
-}
-
-quint64 PGstFrameQueue::dropped() const {
-    const std::lock_guard lock(m_mutex);
-    return m_dropped;
+    return m_counts;
 }

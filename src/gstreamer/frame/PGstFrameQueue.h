@@ -49,20 +49,26 @@ public:
     /// While it is on, take() returns at once, and so does one that waits.
     void setFlushing(bool flushing);
 
-    /// Frames given to the pipeline, and frames dropped because it was slower, since begin().
-    quint64 delivered() const;
-    quint64 dropped() const;
+    /// What has happened to the frames since begin(): `arrived` is the sum of the others.
+    struct Counts {
+        quint64 arrived = 0;   ///< from the camera
+        quint64 delivered = 0; ///< given to the pipeline
+        quint64 dropped = 0;   ///< because the pipeline was slower
+        quint64 discarded = 0; ///< waited when the stream was stopped
+        quint64 waiting = 0;
+    };
+    /// All at one moment.
+    Counts counts() const;
 
 private:
     void dropOldest();
+    void discard();
 
     mutable std::mutex m_mutex; ///< guards all below; held only to move items
     std::condition_variable m_changed;
     std::deque<Item> m_items;
     std::size_t m_capacity = 4;
-    std::size_t m_frames = 0; ///< among the items
-    quint64 m_delivered = 0;
-    quint64 m_dropped = 0;
+    Counts m_counts;
     quint64 m_droppedSince = 0; ///< the last frame taken
     bool m_isAccepting = false;
     bool m_isFlushing = false;

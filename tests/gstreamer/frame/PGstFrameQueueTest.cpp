@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <thread>
+#include <vector>
 
 namespace {
 
@@ -36,8 +37,8 @@ TEST_F(PGstFrameQueueTest, frames_come_in_their_order) {
     add(2);
     EXPECT_EQ(queue.take()->frame.stamp->sequence, 1U);
     EXPECT_EQ(queue.take()->frame.stamp->sequence, 2U);
-    EXPECT_EQ(queue.delivered(), 2U);
-    EXPECT_EQ(queue.dropped(), 0U);
+    EXPECT_EQ(queue.counts().delivered, 2U);
+    EXPECT_EQ(queue.counts().dropped, 0U);
 }
 
 TEST_F(PGstFrameQueueTest, the_oldest_are_dropped_and_counted_once) {
@@ -47,7 +48,7 @@ TEST_F(PGstFrameQueueTest, the_oldest_are_dropped_and_counted_once) {
     EXPECT_EQ(first->frame.stamp->sequence, 4U);
     EXPECT_EQ(first->dropped, 3U);
     EXPECT_EQ(queue.take()->dropped, 0U);
-    EXPECT_EQ(queue.dropped(), 3U);
+    EXPECT_EQ(queue.counts().dropped, 3U);
 }
 
 TEST_F(PGstFrameQueueTest, events_keep_their_place_and_are_not_dropped) {
@@ -108,5 +109,25 @@ TEST_F(PGstFrameQueueTest, a_smaller_capacity_holds_for_the_next_frame) {
     queue.setCapacity(0); // which is 1
     add(3);
     EXPECT_EQ(queue.take()->frame.stamp->sequence, 3U);
-    EXPECT_EQ(queue.dropped(), 2U);
+    EXPECT_EQ(queue.counts().dropped, 2U);
+}
+
+TEST_F(PGstFrameQueueTest, each_frame_has_one_place_in_the_counts) {
+    const auto numbers = [this] {
+        const PGstFrameQueue::Counts counts = queue.counts();
+        return std::vector<quint64>{counts.arrived, counts.delivered, counts.dropped,
+                                    counts.discarded, counts.waiting};
+    };
+    for (quint64 number = 1; number <= 5; ++number)
+        add(number);
+    queue.take();
+    add(6);
+    EXPECT_EQ(numbers(), (std::vector<quint64>{6, 1, 3, 0, 2}));
+    queue.end();
+    add(7); // nobody wants it
+    EXPECT_EQ(numbers(), (std::vector<quint64>{6, 1, 3, 2, 0}));
+    queue.begin();
+    add(8);
+    queue.clear();
+    EXPECT_EQ(numbers(), (std::vector<quint64>{1, 0, 0, 1, 0}));
 }
