@@ -380,7 +380,7 @@ class Recordings(OneCamera):
         self.load(scene(faults=[{"do": "unplug", "camera": "cam-1", "afterFrames": 5}]))
         path = self.folder / "run.ome.zarr"
         with pcd.open() as opened, self.assertRaisesRegex(
-                pcd.UnpluggedError, r'run.ome.zarr" has [1-5] frames: .* was unplugged') as caught:
+                pcd.UnpluggedError, r'run.ome.zarr" has [1-9]\d* frames: .* was unplugged') as caught:
             opened.record(path, frames=1000)
         import zarr  # pylint: disable=import-outside-toplevel
         frames = zarr.open_group(str(path), mode="r")["0/0"]
