@@ -171,6 +171,7 @@ void ScriptedSession::readCatalogue() {
     }
 }
 
+/// While it opens, a camera that was lost before may be removed.
 std::unique_ptr<QWidget> ScriptedSession::openPanel() {
     std::unique_ptr<QWidget> panel(m_device->createPropertiesWidget(nullptr));
     if (!require(panel != nullptr, u"a panel"_qs))
@@ -238,7 +239,8 @@ void ScriptedSession::changeModes() {
 bool ScriptedSession::startStream() {
     m_shown = 0;
     m_stills = 0;
-    if (!require(m_device->startStream(), u"start"_qs))
+    if (!require(!m_device.isNull(), u"a camera to start"_qs) ||
+        !require(m_device->startStream(), u"start"_qs))
         return false;
     return require(waitFor([this] { return m_shown >= fewFrames || !m_device; }) && m_device,
                    u"frames are shown"_qs);

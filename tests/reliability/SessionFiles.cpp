@@ -130,6 +130,8 @@ void ScriptedSession::checkRecording(const QString& path, quint64 written) {
 
 void ScriptedSession::trigger() {
     const std::unique_ptr<QWidget> panel = openPanel();
+    if (!require(!m_device.isNull(), u"a camera to trigger"_qs))
+        return;
     PTriggerControl control(*m_device);
     if (!require(control.prepare(PTriggerControl::Source::Software, std::chrono::microseconds(200),
                                  triggeredFrames),
