@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <apps/pcdctl/completion/PPropertyCandidates.h>
+#include <apps/pcdctl/properties/PPropertyLookup.h>
 
 #include <PCd/PEnumeration.h>
 #include <PCd/property/PDeviceProperty.h>
@@ -17,16 +18,13 @@ QString toId(const PDeviceProperty& property) {
     return QString::fromLatin1(property.id());
 }
 
-bool isAction(const PDeviceProperty& property) {
-    return property.type() == PCD::DevicePropertyType::Action;
-}
-
 /// "Contrast: a whole number from -100 to 100".
 QString toDescription(const PDeviceProperty& property) {
     const QStringList fields = PCompositeFields::names(property.valueInner());
-    const QString expected = !fields.isEmpty()    ? u"fields "_qs + fields.join(u", "_qs)
-                             : isAction(property) ? u"action"_qs
-                                                  : PPropertyCheck::expectation(property);
+    const QString expected = !fields.isEmpty() ? u"fields "_qs + fields.join(u", "_qs)
+                             : PPropertyLookup::isAction(property)
+                                 ? u"action"_qs
+                                 : PPropertyCheck::expectation(property);
     return property.title().isEmpty() ? expected : u"%1: %2"_qs.arg(property.title(), expected);
 }
 
@@ -87,7 +85,7 @@ QVariant readField(const PDeviceProperty& property, const QString& name) {
 } // namespace
 
 PCandidates PPropertyCandidates::id(const PDeviceProperty& property) {
-    if (isAction(property))
+    if (PPropertyLookup::isAction(property))
         return {};
     return {{toId(property), toDescription(property)}};
 }
@@ -95,8 +93,8 @@ PCandidates PPropertyCandidates::id(const PDeviceProperty& property) {
 PCandidates PPropertyCandidates::settings(const PDeviceProperty& property) {
     const QStringList fields = PCompositeFields::names(property.valueInner());
     if (fields.isEmpty())
-        return {
-            {isAction(property) ? toId(property) : toId(property) + u'=', toDescription(property)}};
+        return {{PPropertyLookup::isAction(property) ? toId(property) : toId(property) + u'=',
+                 toDescription(property)}};
     PCandidates candidates;
     for (const QString& field : fields) {
         candidates.append({u"%1.%2="_qs.arg(toId(property), field),
@@ -112,7 +110,7 @@ PCandidates PPropertyCandidates::values(const PDeviceProperty& property, const Q
         candidates = toSwitch();
     else if (field.isValid())
         addValue(candidates, field, QVariant(), u"now"_qs);
-    else if (name == toId(property) && !isAction(property))
+    else if (name == toId(property) && !PPropertyLookup::isAction(property))
         candidates = toValues(property);
     for (PCandidate& candidate : candidates)
         candidate.text.prepend(name + u'=');

@@ -44,11 +44,11 @@ TEST_F(PViewActionsTest, have_keys_that_work_while_a_number_is_edited) {
 }
 
 TEST_F(PViewActionsTest, have_a_key_of_their_own_each) {
-    QSet<QKeySequence> taken;
+    QSet<QKeySequence> used;
     for (const QAction* action : window.actions()) {
         for (const QKeySequence& key : action->shortcuts()) {
-            EXPECT_FALSE(taken.contains(key)) << action->objectName().toStdString();
-            taken.insert(key);
+            EXPECT_FALSE(used.contains(key)) << action->objectName().toStdString();
+            used.insert(key);
         }
     }
 }
