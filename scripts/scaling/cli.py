@@ -15,6 +15,8 @@ from .ways import WAYS
 EXIT_FAILED, EXIT_BAD_INPUT, EXIT_INTERRUPTED = 1, 2, 130
 BAD_LINES = (("20 ms each way", {"delay": 20}), ("1 % lost", {"delay": 20, "loss": 0.01}),
              ("5 % lost", {"delay": 20, "loss": 0.05}))
+# Of --quick: so much that a second of small pictures loses some.
+QUICK_LINES = (("20 ms each way", {"delay": 20}), ("20 % lost", {"loss": 0.2}))
 NARROW = 90, 60, 20, 8, 6  # megabits a second
 # Of --quick: all pictures of its small camera would find room in the sockets.
 LARGE = {"computers": 1, "width": 640, "height": 480, "fps": 100, "seconds": 1.5, "source": "specimen"}
@@ -90,16 +92,15 @@ def show_live(build, folder, net, scale, options):
         print(f"{scale.width}x{scale.height} at {scale.fps}/s; the simulated camera and pcdsrc alone: "
               f"{share:.2f} of a core")
     print(heading())
-    lines = [("as it is", None)]
-    if not options.quick:
-        lines += BAD_LINES
+    lines = [("as it is", None), *(QUICK_LINES if options.quick else BAD_LINES)]
     for way in options.way:
         for name, line in lines if WAYS[way].is_udp else lines[:1]:
-            rows = Experiment(build, folder, net, scale, way, line).figures(scale.seconds)
+            experiment = Experiment(build, folder, net, scale, way, line)
+            rows = experiment.figures(scale.seconds)
             for row in rows:
                 if not row.shown:
                     raise Failure(f"{way}, {name}: no picture of {row.name} was shown")
-            print(line_of(way, name, rows), flush=True)
+            print(line_of(way, name, rows, experiment.packets), flush=True)
 
 
 def show_faults(build, folder, net, scale, options):

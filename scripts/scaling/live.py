@@ -134,6 +134,14 @@ class Site:
         return shares["computer1"]
 
 
+@dataclass
+class Lost:
+    """Packets that bad lines took, and those that they lost."""
+
+    lost: int
+    taken: int
+
+
 class Experiment(Site):
     """One viewer and some computers with a camera each, connected in one way."""
 
@@ -142,6 +150,7 @@ class Experiment(Site):
         self.way = WAYS[way]
         self.line, self.back = line, back or line
         self.senders, self.playing, self.links = {}, {}, []
+        self.packets = Lost(0, 0)
         self.viewer_at = self.computer("viewer")
         self.cameras = [self.computer(f"computer{n + 1}") for n in range(scale.computers)]
         for number, computer in enumerate(self.cameras if self.way.is_called else ()):
@@ -201,11 +210,16 @@ class Experiment(Site):
             events.process.wait(30)
         for link in self.links:
             link.process.send_signal(signal.SIGINT)
+        for link in self.links:
+            end = link.wait("end")
+            self.packets.taken += end["packets"]
+            self.packets.lost += end["lost"]
             link.process.wait(30)
         return ends
 
     def figures(self, seconds):
-        """Measures, ends everything, and returns what was seen of each camera."""
+        """Measures, ends everything, and returns what was seen of each camera. The packets that
+        bad lines lost are counted then."""
         time.sleep(self.scale.warm_up)
         span, shares, sent = self.measure({**self.senders, "viewer": self.viewer}, seconds)
         for link in self.links:
@@ -232,16 +246,18 @@ class Experiment(Site):
 
 def heading():
     """The first lines of the table."""
-    return ("| way | line | pictures/s sent | shown | kB each | Mbit/s | core of sender | of viewer "
-            "| ms late, median | 99 % | dropped | MB of sender |\n" + "|---" * 12 + "|")
+    return ("| way | line | pictures/s sent | shown | kB each | Mbit/s | packets lost "
+            "| core of sender | of viewer | ms late, median | 99 % | dropped | MB of sender |\n"
+            + "|---" * 13 + "|")
 
 
-def line_of(way, line, rows):
-    """A row: the mean of the cameras; the latest of all."""
+def line_of(way, line, rows, packets=Lost(0, 0)):
+    """A row: the mean of the cameras; the latest of all. Lines that lose packets count them."""
     def mean(field):
         return statistics.fmean(getattr(row, field) for row in rows)
     megabits = "" if rows[0].megabits is None else f"{mean('megabits'):.2f}"
+    lost = f"{packets.lost} of {packets.taken}" if packets.taken else ""
     return (f"| {way} | {line} | {mean('sent'):.1f} | {mean('shown'):.1f} "
-            f"| {mean('bytes_each') / 1000:.1f} | {megabits} | {mean('sending'):.2f} "
+            f"| {mean('bytes_each') / 1000:.1f} | {megabits} | {lost} | {mean('sending'):.2f} "
             f"| {mean('viewing'):.2f} | {mean('late'):.1f} | {max(row.latest for row in rows):.1f} "
             f"| {sum(row.dropped for row in rows)} | {max(row.memory for row in rows):.0f} |")

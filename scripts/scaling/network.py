@@ -13,6 +13,14 @@ from dataclasses import dataclass, field
 INSIDE = "PCD_SCALE_NETWORK"  # set in the process that has a network of its own
 NAMESPACES, LOOPBACK = "namespaces", "loopback"
 SECONDS = 10  # that a command for the network may take
+NARROW = "tbf rate {megabits}mbit burst 32kb latency 50ms"
+WIDE = "pfifo_fast"
+# All that a network needs of the system.
+TRIALS = ("ip link set lo up", "ip link add try0 type veth peer name try1",
+          "ip link add try2 type bridge", "ip link set try0 master try2 up",
+          f"tc qdisc replace dev try0 root {NARROW.format(megabits=1)}",
+          f"tc qdisc replace dev try0 root {WIDE}", "unshare --net true")
+REFUSED = 100  # the exit code if the first of them is refused
 PR_SET_PDEATHSIG, SIGKILL = 1, 9
 
 
@@ -33,6 +41,18 @@ def run(*words):
     return ended.stdout
 
 
+def try_all(words):
+    """Tries in a network that some words make whether the system allows all of TRIALS. Raises
+    NetworkError with the first that it refuses."""
+    codes = {REFUSED + number: trial for number, trial in enumerate(TRIALS)}
+    script = "\n".join(f"{trial} || exit {code}" for code, trial in codes.items())
+    ended = subprocess.run([*words, "sh", "-c", script], capture_output=True, text=True,
+                           timeout=SECONDS, check=False)
+    if ended.returncode != 0:
+        refused = codes.get(ended.returncode, " ".join(words))
+        raise NetworkError(f"{refused}: {' '.join(ended.stderr.split())}")
+
+
 def enter(arguments):
     """Starts this program again in a network of its own, which is gone when it ends. Returns only
     where that is not possible, with the reason."""
@@ -42,11 +62,8 @@ def enter(arguments):
     own = ["unshare", "--net"]
     if os.getuid() != 0:
         own += ["--user", "--map-root-user"]
-    # What is needed inside is tried first: after the exec there is no way back.
-    attempt = ("ip link set lo up && ip link add try0 type veth peer name try1 "
-               "&& unshare --net true")
     try:
-        run(*own, "sh", "-c", attempt)
+        try_all(own)  # first: after the exec there is no way back
     except (NetworkError, OSError, subprocess.SubprocessError) as error:
         return str(error)
     environment = {**os.environ, INSIDE: NAMESPACES}
@@ -144,11 +161,8 @@ class Network:
 
     def limit(self, computer, megabits):
         """Limits what a computer can receive, as a slower link does; 0 is no limit."""
-        words = ["tc", "qdisc", "replace", "dev", computer.port, "root"]
-        if megabits:
-            run(*words, "tbf", "rate", f"{megabits}mbit", "burst", "32kb", "latency", "50ms")
-        else:
-            run(*words, "pfifo_fast")
+        discipline = NARROW.format(megabits=megabits) if megabits else WIDE
+        run("tc", "qdisc", "replace", "dev", computer.port, "root", *discipline.split())
 
     def pull(self, computer, is_pulled=True):
         """Pulls a computer's cable, or puts it in again."""

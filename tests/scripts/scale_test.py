@@ -9,6 +9,7 @@ pull a cable and to limit a link.
 
 import contextlib
 import io
+import os
 import re
 import shutil
 import subprocess
@@ -31,6 +32,7 @@ BLOCKS = gstreamer_test.BLOCK.findall(GUIDE)
 EXPERIMENTS = [line for block in BLOCKS for line in block.splitlines()
                if line.startswith("scripts/scale ")]
 BUILD = None
+SYSTEM = os.environ["PATH"] + ":/usr/sbin:/sbin"
 NAMESPACES = "network: each computer is a network namespace"
 NOT_ALL = 77  # as tests/gstreamer/CMakeLists.txt has it
 LOOPBACK = "network: loopback, because namespaces are not available here"
@@ -54,11 +56,24 @@ class ScaleTest(PipelineTest):
         print(f"scripts/scale {words}: {output.splitlines()[0]}", file=sys.stderr)
         return output
 
-    def check_live(self, output):
-        """Every way has a row, with pictures."""
-        for way in ("rtp-jpeg", "srt-vp8"):
-            (row,) = re.findall(rf"^\| {way} \| as it is \|(.*)\|$", output, re.MULTILINE)
-            self.assertGreater(float(row.split("|")[1]), 0, output)
+    def check_live(self, output, ways):
+        """Every way has its rows: pictures over each line, which delays and loses as its name says."""
+        lines = [[cell.strip() for cell in line[1:-1].split("|")] for line in output.splitlines()
+                 if line.startswith("| ")]
+        rows = {tuple(line[:2]): dict(zip(lines[0], line)) for line in lines[1:]}
+        names = "as it is", "20 ms each way", "20 % lost"
+        self.assertEqual(list(rows), [(way, name) for way in ways for name in names], output)
+        for (_, name), row in rows.items():
+            self.assertGreater(float(row["shown"]), 0, output)
+            self.assertEqual(row["packets lost"] == "", name == "as it is", output)
+        for way in ways:
+            late = rows[way, "20 ms each way"]
+            self.assertGreater(float(late["ms late, median"]), 19.9, output)
+            self.assertRegex(late["packets lost"], "^0 of [1-9]", output)
+            lost, packets = map(int, rows[way, "20 % lost"]["packets lost"].split(" of "))
+            self.assertGreater(lost, 0, output)
+            deviation = (0.2 * 0.8 * packets) ** 0.5
+            self.assertLess(abs(lost - 0.2 * packets), 5 * deviation, output)
 
 
 class ExperimentTest(ScaleTest):
@@ -69,7 +84,7 @@ class ExperimentTest(ScaleTest):
                          ["live", "faults", "store", "clocks", "hundred"])
 
     def test_pictures_of_all_computers_are_shown(self):
-        self.check_live(self.scale("live"))
+        self.check_live(self.scale("live"), ("rtp-jpeg", "srt-vp8"))
 
     def test_a_computer_that_fails_is_named_and_the_others_go_on(self):
         output = self.scale("faults")
@@ -107,10 +122,10 @@ class ExperimentTest(ScaleTest):
                 return
         self.fail(f"{medians}, expected {expected}, both with less than 5000 of difference")
 
-    def test_loopback_is_used_and_named_where_there_are_no_namespaces(self):
-        output = self.scale("live", PCD_SCALE_NETWORK="not allowed")
-        self.assertTrue(output.startswith(f"{LOOPBACK} (not allowed)"), output)
-        self.check_live(output)
+    def test_loopback_is_used_and_named_where_a_network_is_not_allowed(self):
+        output = self.scale("live --way rtp-jpeg", PATH=refuse(self.here, "ip", "type bridge"))
+        self.assertRegex(output, rf"^{LOOPBACK} \(.*\); no cable is pulled and no link is limited\n")
+        self.check_live(output, ["rtp-jpeg"])
 
     def test_what_cannot_be_used_is_named(self):
         for words, expected in (("faults --computers 1", "--computers 1: expected at least 2"),
@@ -168,6 +183,45 @@ class JudgementTest(unittest.TestCase):
         scale = live.Scale(4, 640, 480, 30, 10, "specimen", 0)
         self.assertEqual([faults.must_drop(scale, megabits, 79_500) for megabits in (90, 20, 6)],
                          [False, True, True])
+
+
+def refuse(folder, name, words):
+    """Makes a program in the place of the system's that refuses what ends with some words, such as a
+    kernel that has no such thing. Returns the PATH with it."""
+    program = Path(folder) / name
+    program.write_text(f"""#!/bin/sh
+case "$*" in *"{words}") echo 'Error: not supported.' >&2; exit 2;; esac
+exec {shutil.which(name, path=SYSTEM)} "$@"
+""", encoding="ascii")
+    program.chmod(0o755)
+    return f"{folder}:{SYSTEM}"
+
+
+class NetworkTest(unittest.TestCase):
+    """Whether this computer can stand for several."""
+
+    PROGRAM = ("from scaling import network; print(network.enter(['-c', \"print('inside')\"]))")
+
+    def enter(self, **environment):
+        """What a program prints that enters a network of its own."""
+        return subprocess.run([sys.executable, "-B", "-c", self.PROGRAM], capture_output=True, text=True,
+                              env={**os.environ, "PYTHONPATH": str(ROOT / "scripts"), **environment},
+                              check=True).stdout
+
+    def test_what_the_system_refuses_is_named(self):
+        if self.enter() != "inside\n":
+            self.skipTest(f"{LOOPBACK} ({self.enter().strip()})")
+        for name, words in (("ip", "link add try0 type veth peer name try1"),
+                            ("ip", "link add try2 type bridge"),
+                            ("ip", "link set try0 master try2 up"),
+                            ("tc", "qdisc replace dev try0 root tbf rate 1mbit burst 32kb latency 50ms"),
+                            ("tc", "qdisc replace dev try0 root pfifo_fast"), ("unshare", "--net true")):
+            with self.subTest(words), tempfile.TemporaryDirectory() as folder:
+                self.assertEqual(self.enter(PATH=refuse(folder, name, words)),
+                                 f"{name} {words}: Error: not supported.\n")
+        with tempfile.TemporaryDirectory() as folder:
+            self.assertRegex(self.enter(PATH=refuse(folder, "unshare", "")),
+                             "^unshare --net.*: Error: not supported.\n$")
 
 
 class EventsTest(unittest.TestCase):
