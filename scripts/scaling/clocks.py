@@ -2,12 +2,9 @@
 clock, so every difference is an error of what follows it."""
 
 import json
-import re
-import shutil
 import statistics
-import subprocess
-import time
 
+from . import daemons
 from .live import PERFECT, Failure, Site, python
 
 PORT = 7000
@@ -18,7 +15,8 @@ LINES = (
     ("20 ms there, 40 back", {"delay": 20}, {"delay": 40}),
     ("20 ms each way, 5 % lost", {"delay": 20, "loss": 0.05}, {"delay": 20, "loss": 0.05}),
 )
-POLL = -4  # chrony and ptp4l: as a power of two seconds
+QUICK_LINES = (LINES[0], LINES[3], ("20 ms each way, 20 % lost", {"delay": 20, "loss": 0.2},
+                                    {"delay": 20, "loss": 0.2}))
 LEAST = 2  # seconds, in which a clock comes near the other one
 SETTLED = 0.3  # the share of the measurements at the beginning that is left out
 
@@ -47,40 +45,6 @@ class Clocks(Site):
                                 python("clockclient", address, port, seconds))
             yield f"GStreamer, {name}", client.wait("end", seconds + 60)["errors"]
 
-    def chrony(self, seconds):
-        """The offsets that chronyd measures and would correct, without setting any clock."""
-        common = ("cmdport 0\npidfile {folder}/{name}.pid\nbindcmdaddress {folder}/{name}.sock\n"
-                  "port 123\n")
-        texts = {"server": "local stratum 1\nallow\n",
-                 "client": f"server {self.server.address} minpoll {POLL} maxpoll {POLL} xleave\n"
-                           f"log measurements\nlogdir {self.folder}\n"}
-        for computer in (self.server, self.client):
-            name = computer.name
-            path = self.folder / f"chrony-{name}.conf"
-            path.write_text(common.format(folder=self.folder, name=name) + texts[name],
-                            encoding="ascii")
-            self.network.start(computer, ["chronyd", "-d", "-x", "-u", "root", "-f", path],
-                               stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        time.sleep(seconds)
-        rows = (self.folder / "measurements.log").read_text(encoding="ascii").splitlines()
-        return [float(row.split()[11]) for row in rows if re.match(r"\d{4}-", row)]
-
-    def ptp4l(self, seconds):
-        """The offsets that ptp4l measures with software stamps, without setting any clock."""
-        outputs = []
-        for computer, more in ((self.server, ["--priority1=1"]), (self.client, ["-s"])):
-            words = ["ptp4l", "-i", "eth0", "-2", "-S", "-m", "-q", "--free_running=1",
-                     f"--logSyncInterval={POLL}", f"--logMinDelayReqInterval={POLL}",
-                     "--summary_interval=-4", "--announceReceiptTimeout=2", "--logAnnounceInterval=-1",
-                     f"--uds_address={self.folder}/ptp-{computer.name}", *more]
-            path = self.folder / f"ptp-{computer.name}.log"
-            outputs.append(path)
-            with open(path, "wb") as file:
-                self.network.start(computer, words, stdout=file, stderr=subprocess.STDOUT)
-        time.sleep(seconds)
-        text = outputs[1].read_text(encoding="utf-8")
-        return [float(value) * 1e-9 for value in re.findall(r"master offset +(-?\d+)", text)]
-
 
 def row(name, errors):
     """A row of the table. Raises Failure if nothing was measured."""
@@ -96,12 +60,13 @@ def run(build, folder, network, scale, is_quick):
     """Measures all clocks, and prints a table in microseconds."""
     site = Clocks(build, folder, network, scale)
     print("| clock | error, median (us) | 99 % below | measurements |\n|---|---|---|---|")
-    lines = (LINES[0], LINES[3]) if is_quick else LINES
-    for name, errors in site.gstreamer(max(scale.seconds, LEAST), lines):
+    for name, errors in site.gstreamer(max(scale.seconds, LEAST), QUICK_LINES if is_quick else LINES):
         print(row(name, errors), flush=True)
-    for name, program in (("NTP: chronyd", "chronyd"), ("PTP: ptp4l", "ptp4l")):
-        if is_quick or not network.is_real or not shutil.which(program):
-            print(f"{name}: not measured here")
+    for name, daemon in (("NTP: chronyd", daemons.chronyd), ("PTP: ptp4l", daemons.ptp4l)):
+        why_not = "namespaces are" if not network.is_real else \
+            "" if daemons.find(daemon.__name__) else f"{daemon.__name__} is"
+        if why_not:
+            print(f"{name}: not measured, because {why_not} not available here")
             continue
-        errors = site.chrony(scale.seconds) if program == "chronyd" else site.ptp4l(scale.seconds)
-        print(row(f"{name}, software stamps, as it is", errors), flush=True)
+        errors = daemons.measure(site, daemon, scale.seconds)
+        print(row(f"{name}, the kernel's stamps, as it is", errors), flush=True)
