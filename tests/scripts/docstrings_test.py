@@ -76,6 +76,51 @@ class DocstringsTest(unittest.TestCase):
         self.assertEqual("After the class.", self.text("outside::outside", HEADER.replace(
             "void outside", "class outside {\n/// After the class.\nvoid outside")))
 
+    def test_a_function_has_its_comment_however_its_declaration_begins(self):
+        for before in ("template <typename T>\n", "template <class A, class B = X<A>>\n    template <int N>\n",
+                       "template <typename T,\n              int N = (3 > (2))>\n",
+                       "template <typename T = decltype(make())> ", "[[nodiscard]]\n", "[[nodiscard]] ",
+                       '[[deprecated("use halt()")]]\n', '[[deprecated("use "\n    "halt()")]] ',
+                       "template <class T>\n[[nodiscard]] ", "PX_EXPORT\n", "std::optional<PCamera>\n"):
+            with self.subTest(before):
+                header = HEADER.replace("void stop()", f"{before}void stop()")
+                self.assertEqual("Stops it.", self.text("PCamera::stop", header))
+                self.assertEqual("Not seen.", self.text("PCamera::Counts::lost", header))
+
+    def test_a_class_template_has_its_comment_and_those_in_it(self):
+        for before in ("template <class T>\n", "template <class T> ", "template <class A,\n          class B>\n"):
+            with self.subTest(before):
+                for header in (HEADER, HEADER.replace("thread.\nclass", "thread.\n\nclass")):
+                    header = header.replace("class PX_EXPORT", f"{before}class PX_EXPORT")
+                    self.assertEqual("Stops it.", self.text("PCamera::stop", header))
+        header = HEADER.replace("class PX_EXPORT", "template <class T>\nclass PX_EXPORT")
+        self.assertEqual('A "camera" with a \\ in it.', self.text("PCamera::ofClass", header))
+
+    def test_what_is_not_a_declaration_takes_no_comment_to_the_next(self):
+        for between in ("\n", "public:\n", "#if 1\n", "};\n", "Many, ///< of them\n"):
+            with self.subTest(between):
+                ended = self.run_script("PCamera::count", header=HEADER.replace(
+                    "    int count() const;", f"    /// Of something else.\n{between}    int count() const;"))
+                self.assertEqual(1, ended.returncode)
+        self.assertEqual("What counts.", self.text("PCamera::count", HEADER.replace(
+            "    int count() const;", "    /// Of many.\nMany\n/// What counts.\n    int count() const;")))
+
+    def test_overloads_have_the_comments_of_all(self):
+        for more, expected in (
+                ("/// Stops it later.\n    void stop(int ms);", "Stops it.\n\nStops it later."),
+                ("template <class T>\n    void stop(T ms);", "Stops it."),
+                ("/// @internal For tests.\n    void stop(int ms);", "Stops it."),
+                ("/// Stops it. Any thread.\n    void stop(int ms);", "Stops it."),
+                ("/// Stops it later. Any thread.\n    void stop(int ms);\n    /// @internal Not yet.\n"
+                 "    void stop(bool);\n    /// Or at once.\n    void stop(char);",
+                 "Stops it.\n\nStops it later.\n\nOr at once.")):
+            with self.subTest(more):
+                self.assertEqual(expected, self.text("PCamera::stop", HEADER.replace(
+                    "    int count() const;", f"    int count() const;\n    {more}")))
+        self.assertEqual("Later.", self.text("PCamera::start", HEADER.replace(
+            "Starts it: PCamera::stop() { ends it.\n    /// @internal Throws.", "@internal For tests.").replace(
+            "    int count() const;", "    /// Later.\n    void start();")))
+
     def test_a_class_has_its_comment_and_those_of_its_public_members(self):
         self.assertEqual('A "camera" with a \\ in it.', self.text("PCamera::ofClass"))
         self.assertEqual("What it counts.\n\nseen_frames: in all, since the start\nlost: Not seen.",
