@@ -190,6 +190,16 @@ class PropertiesOfACamera(SceneTest):
         sent = [line for line in self.simulator.journal()[before:] if "_put_" in line]
         self.assertEqual([], sent)
 
+    def test_an_interrupt_in_a_value_is_not_about_the_value(self):
+        before = len(self.simulator.journal())
+        for name, method in (("gain", "__float__"), ("contrast", "__float__"), ("exposure", "__float__"),
+                             ("gain", "__repr__"), ("rotation", "__repr__"), ("region", "__len__"),
+                             ("region", "__getitem__")):
+            for error in (KeyboardInterrupt, SystemExit):
+                with self.subTest(name=name, method=method), self.assertRaises(error):
+                    setattr(self.camera, name, interrupted(method, error))
+        self.assertEqual([], [line for line in self.simulator.journal()[before:] if "_put_" in line])
+
     def test_a_value_that_cannot_be_shown_is_named_by_its_type_and_a_long_one_is_cut(self):
         for value, shown in ((Nameless(), "<Nameless>"), (10**5000, "<int>"),
                              ("x" * 1000, "'" + "x" * 199 + "…")):
@@ -275,6 +285,14 @@ class Unreadable:
 
     def __getitem__(self, index):
         raise OSError("no item")
+
+
+def interrupted(method, error):
+    """A value in one of whose methods an error comes that is not its own, such as that of Ctrl-C."""
+    def interrupt(*_):
+        raise error
+    methods = {"__len__": lambda _: 4, "__getitem__": lambda *_: 1, method: interrupt}
+    return type("Interrupted", (), methods)()
 
 
 class Nameless:

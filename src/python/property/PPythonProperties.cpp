@@ -151,7 +151,7 @@ QVariant toDeviceValue(const PDeviceProperty& property, const py::object& object
     if (unit.isConverted()) {
         const double number = PyFloat_AsDouble(object.ptr());
         const bool isNumber = PyErr_Occurred() == nullptr;
-        PyErr_Clear();
+        PPythonValue::forgetError();
         const double converted = unit.toDevice(number);
         // Outside the range of int nothing is in that of a device.
         if (isNumber && !PyUnicode_Check(object.ptr()) && std::abs(converted) < 1e9)

@@ -36,7 +36,7 @@ std::optional<double> toNumber(const py::handle& object) {
         return std::nullopt;
     const double number = PyFloat_AsDouble(object.ptr());
     if (number == -1 && PyErr_Occurred() != nullptr) {
-        PyErr_Clear();
+        PPythonValue::forgetError();
         return std::nullopt;
     }
     return number;
@@ -54,7 +54,7 @@ QVariant toRegion(const py::handle& object) {
     if (!PySequence_Check(object.ptr()) || PyUnicode_Check(object.ptr()))
         return {};
     if (PySequence_Size(object.ptr()) != 4) {
-        PyErr_Clear(); // some have none, such as an array without dimensions
+        PPythonValue::forgetError(); // some have none, such as an array without dimensions
         return {};
     }
     int parts[4] = {};
@@ -62,7 +62,7 @@ QVariant toRegion(const py::handle& object) {
         const auto item = py::reinterpret_steal<py::object>(PySequence_GetItem(object.ptr(), i));
         const std::optional<int> part = item ? toWhole(item) : std::nullopt;
         if (!part) {
-            PyErr_Clear(); // the sequence may have failed to give the item
+            PPythonValue::forgetError(); // the sequence may have failed to give the item
             return {};
         }
         parts[i] = *part;
@@ -165,10 +165,16 @@ QString PPythonValue::toText(const py::handle& object) {
     const auto bytes = py::reinterpret_steal<py::object>(
         text ? PyUnicode_AsEncodedString(text.ptr(), "utf-8", "backslashreplace") : nullptr);
     if (!bytes) {
-        PyErr_Clear(); // a message about the value is wanted, not about its repr()
+        forgetError(); // a message about the value is wanted, not about its repr()
         return u"<%1>"_qs.arg(QString::fromUtf8(Py_TYPE(object.ptr())->tp_name));
     }
     const QString shown =
         QString::fromUtf8(PyBytes_AS_STRING(bytes.ptr()), PyBytes_GET_SIZE(bytes.ptr()));
     return shown.size() <= longestText ? shown : shown.left(longestText) + u'…';
+}
+
+void PPythonValue::forgetError() {
+    if (PyErr_Occurred() != nullptr && PyErr_ExceptionMatches(PyExc_Exception) == 0)
+        throw py::error_already_set();
+    PyErr_Clear();
 }
