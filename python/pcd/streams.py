@@ -4,7 +4,7 @@ from __future__ import annotations
 
 import asyncio
 from types import TracebackType
-from typing import Callable, Type
+from typing import AsyncIterator, Callable, Type
 
 from . import _pcd
 from .errors import ThreadError
@@ -89,21 +89,10 @@ class AsyncStream(_Counts):
     """The same for asyncio: `async for frame in camera.astream(100)`. A loop over it that is
     cancelled closes it; `asyncio.wait_for(anext(stream), 1)` does not."""
 
-    _is_looped = False
-
-    def __aiter__(self) -> AsyncStream:
-        self._is_looped = True
-        return self
+    def __aiter__(self) -> AsyncIterator[Frame]:
+        return _Loop(self)
 
     async def __anext__(self) -> Frame:
-        try:
-            return await self._next()
-        except (asyncio.CancelledError, KeyboardInterrupt):
-            if self._is_looped:  # as the traceback may keep this object
-                self.close()
-            raise
-
-    async def _next(self) -> Frame:
         stream = self._started()
         while stream is not None:
             is_found, frame = stream.poll()
@@ -125,6 +114,23 @@ class AsyncStream(_Counts):
         trace: TracebackType | None,
     ) -> None:
         self.close()
+
+
+class _Loop:
+    """One loop over a stream for asyncio. Other uses of the stream, before and after, are not its own."""
+
+    def __init__(self, stream: AsyncStream) -> None:
+        self._stream = stream
+
+    def __aiter__(self) -> _Loop:
+        return self
+
+    async def __anext__(self) -> Frame:
+        try:
+            return await anext(self._stream)
+        except (asyncio.CancelledError, KeyboardInterrupt):
+            self._stream.close()  # as the traceback may keep it
+            raise
 
 
 #: Seconds between two looks at a camera that sends nothing: it may have been unplugged.

@@ -93,6 +93,21 @@ class Asyncio(SceneTest):
                 return (await anext(stream)).index
         self.assertEqual(0, self.run_async(take()))
 
+    def test_a_single_wait_after_a_loop_leaves_the_stream_too(self):
+        async def take():
+            with pcd.open() as opened:
+                stream = opened.astream()
+                async for first in stream:
+                    break
+                self.simulator.hold("cam-1")
+                with self.assertRaises(asyncio.TimeoutError):
+                    while True:  # some may have come before the camera was held
+                        await asyncio.wait_for(anext(stream), 0.05)
+                self.simulator.hold("cam-1", False)
+                async for second in stream:
+                    return second.index - first.index
+        self.assertGreater(self.run_async(take()), 0)
+
     def test_a_slow_task_loses_frames_by_number(self):
         async def take():
             with pcd.open() as opened:
