@@ -19,7 +19,7 @@ struct Figure {
     std::string unit;      ///< of both costs, "ms", "us", "KiB", "faults"
     double target = 0;     ///< the largest value that holds
     Bound bound = Bound::Ratio;
-    int turns = 15; ///< how often both are measured; the median counts, so 9 at least
+    int turns = 15; ///< how often both are measured; the median counts, so 9 at least of a time
 };
 
 /// Measures a cost once and returns it in the unit of its figure. A negative cost means that it

@@ -2,6 +2,7 @@
 #include <ways/TouchedMemory.h>
 
 #include <fstream>
+#include <sstream>
 #include <stdexcept>
 
 namespace {
@@ -15,6 +16,28 @@ double readNumber(const std::string& path, const std::string& name) {
             return number;
     }
     throw std::runtime_error(path + " has no " + name);
+}
+
+/// KiB of the pages that were touched and can be written. The pages of a library are those of all
+/// programs that use it, and are marked when another one ends.
+double readTouched(const std::string& path) {
+    std::ifstream file(path);
+    bool isWritable = false;
+    double touched = 0;
+    for (std::string line; std::getline(file, line);) {
+        std::istringstream words(line);
+        std::string first;
+        std::string second;
+        if (!(words >> first >> second))
+            continue;
+        if (first.back() != ':') // the addresses of the next mapping, and what they are for: "rw-p"
+            isWritable = second.size() > 1 && second[1] == 'w';
+        else if (isWritable && first == "Referenced:")
+            touched += std::stod(second);
+    }
+    if (touched == 0)
+        throw std::runtime_error(path + " has no memory that was touched");
+    return touched;
 }
 
 void write(const std::string& path, char what) {
@@ -38,8 +61,7 @@ void TouchedMemory::begin() {
 }
 
 double TouchedMemory::bytes() const {
-    const double touched = readNumber(m_folder + "/smaps_rollup", "Referenced:") * 1024;
-    return touched + writtenBytes() - m_writtenBefore;
+    return readTouched(m_folder + "/smaps") * 1024 + writtenBytes() - m_writtenBefore;
 }
 
 double TouchedMemory::writtenBytes() const {

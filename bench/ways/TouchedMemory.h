@@ -15,8 +15,9 @@ public:
 
     /// Begins to count.
     void begin();
-    /// Bytes in pages that were touched since, each counted once, plus the bytes written to files
-    /// and pipes since. Memory that was returned to the system by now is not in it.
+    /// Bytes in pages that were touched since and can be written, each counted once, plus the bytes
+    /// written to files and pipes since. Memory that was returned to the system by now is not in
+    /// it.
     double bytes() const;
 
 private:

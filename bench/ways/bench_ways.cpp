@@ -23,6 +23,7 @@ constexpr StubRemote::Request large{5440, 3648, 24};
 constexpr StubRemote::Request small{640, 480, 8};
 constexpr int firstFrames = 4; // until memory and caches are as in a long stream
 constexpr int turns = 9;
+constexpr int copyTurns = 3; // no times, so they differ little
 
 /// Frames in a turn. Files grow until the end of the run, so those that are written are few.
 struct Frames {
@@ -140,7 +141,7 @@ void addWay(const Way& way) {
     const auto name = [&](const char* subject) { return "ways/" + way.name + "/" + subject; };
     add(way,
         {name("copies"), way.text + ", a frame of 20 MP", "", "copies", most.copies,
-         Figure::Bound::Value, turns},
+         Figure::Bound::Value, copyTurns},
         [way] { return prepareCopies(way); });
     if (most.cpu > 0)
         add(way,
