@@ -138,9 +138,11 @@ class ExperimentTest(ScaleTest):
             self.skipTest("; ".join(without))
 
     def test_loopback_is_used_and_named_where_a_network_is_not_allowed(self):
-        output = self.scale("live --way rtp-jpeg", PATH=refuse(self.here, "ip", "type bridge"))
+        output = self.scale("live --way rtp-jpeg --picture wall.jpg", PATH=refuse(self.here, "ip", "type bridge"))
         self.assertRegex(output, rf"^{LOOPBACK} \(.*\); no cable is pulled and no link is limited\n")
         self.check_live(output, ["rtp-jpeg"])
+        picture = self.run_all("exiftool -s3 -FileType -ImageSize wall.jpg").split()
+        self.assertEqual(picture, ["JPEG", "640x240"])  # of two cameras
 
     def test_what_cannot_be_used_is_named(self):
         for words, expected in (("faults --computers 1", "--computers 1: expected at least 2"),
