@@ -13,13 +13,14 @@ from pathlib import Path
 from support import UNTIL, run_python
 
 TREE = Path(__file__).resolve().parents[2]
-CODE = re.compile(r"^```python\n(.*?)^```$", re.MULTILINE | re.DOTALL)
-SECTION = re.compile(r"^## In Python\n.*?^```\n(.*?)^```$", re.MULTILINE | re.DOTALL)
+sys.path.insert(0, str(TREE / "tests/scripts"))
+
+import guide_blocks  # noqa: E402  (the path comes first)
 
 
 class Guide(unittest.TestCase):
     def test_its_examples_run_one_after_the_other(self):
-        parts = CODE.findall((TREE / "docs/python.md").read_text(encoding="utf-8"))
+        parts = [block.text for block in guide_blocks.blocks("docs/python.md", language="python")]
         self.assertEqual(8, len(parts))
         with tempfile.TemporaryDirectory() as folder:
             ended = run_python("\n".join(parts), env={**os.environ, "TMPDIR": folder})
@@ -126,14 +127,28 @@ class Types(unittest.TestCase):
         self.assertEqual(declared - {"Frame.__array__"}, set(ended.stdout.split()))
 
 
-class Readme(unittest.TestCase):
-    def test_its_lines_run_as_pasted(self):
-        lines = SECTION.search((TREE / "README.md").read_text(encoding="utf-8"))[1]
-        ended = subprocess.run(["bash", "-e", "-c", lines], cwd=TREE, text=True, check=False,
-                               capture_output=True, timeout=UNTIL * 2)
+class Pasted(unittest.TestCase):
+    """The lines for a shell at the root of the tree."""
+
+    def paste(self, block):
+        """Runs a block in a folder like the root, whose build folder has the module; returns what it prints."""
+        build = Path(os.environ["PYTHONPATH"].split(":")[0]).parent
+        with tempfile.TemporaryDirectory() as folder:
+            guide_blocks.make_tree(Path(folder), build)
+            environment = {name: value for name, value in os.environ.items() if name != "PYTHONPATH"}
+            ended = subprocess.run(["bash", "-e", "-c", block.text], cwd=folder, text=True, check=False,
+                                   env=environment, capture_output=True, timeout=UNTIL * 2)
         self.assertEqual(0, ended.returncode, ended.stderr)
-        self.assertIn("(3648, 5440, 3)", ended.stdout)
         self.assertIn("electrons per count", ended.stdout)
+        return ended.stdout
+
+    def test_those_of_the_readme_run(self):
+        (block,) = guide_blocks.blocks("README.md", "In Python")
+        self.assertIn("(3648, 5440, 3)", self.paste(block))
+
+    def test_those_of_the_guide_run(self):
+        (block,) = guide_blocks.blocks("docs/python.md", "Python", "sh")
+        self.paste(block)
 
 
 class Examples(unittest.TestCase):

@@ -1,6 +1,6 @@
 #!/usr/bin/python3
-"""Runs every pipeline of docs/gstreamer.md and README.md as it is written there, and what can fail
-around them.
+"""Runs every command of docs/gstreamer.md, and those of README.md for GStreamer, as it is written there, and what can
+fail around them. What is shown is seen on a display in memory.
 
 Usage: gstreamer_test.py PLUGIN: the folder with libgstpcd.so, in its build tree.
 """
@@ -17,10 +17,11 @@ import time
 import unittest
 from pathlib import Path
 
-ROOT = Path(__file__).resolve().parents[2]
-GUIDE = ROOT / "docs" / "gstreamer.md"
-BLOCK = re.compile(r"^```sh\n(.*?)^```", re.MULTILINE | re.DOTALL)
-README_BLOCK = re.compile(r"^## In GStreamer\n.*?^```\n(.*?)^```$", re.MULTILINE | re.DOTALL)
+import guide_blocks
+
+ROOT = guide_blocks.ROOT
+BLOCK = re.compile(r"^```sh\n(.*?)^```", re.MULTILINE | re.DOTALL)  # for scale_test.py
+README_LINE = re.compile(r"^With a display, `(gst-launch-1\.0 .*?)`", re.MULTILINE)
 SECONDS = 120  # that a command may take
 PLUGIN = None
 LOST = re.compile(r"CRITICAL|GStreamer-WARNING|GLib-GObject")  # a wrong use of the libraries
@@ -89,31 +90,63 @@ class PipelineTest(unittest.TestCase):
 
 
 class GuideTest(PipelineTest):
-    """The pipelines of the guide."""
+    """The commands of the guides, in a folder like the root of the tree, with nothing but what they set themselves."""
+
+    def setUp(self):
+        super().setUp()
+        guide_blocks.make_tree(self.here, PLUGIN.parents[1])
+        del self.environment["GST_PLUGIN_PATH"]
+        self.environment["DISPLAY"] = self.start_display()
+
+    def start_display(self):
+        """Starts an X server without a screen; returns its name."""
+        numbers, number = os.pipe()
+        server = subprocess.Popen(["Xvfb", "-displayfd", str(number), "-screen", "0", "1920x1280x24", "-noreset",
+                                   "-nolisten", "tcp"], pass_fds=[number], stderr=subprocess.DEVNULL)
+        self.addCleanup(server.wait)
+        self.addCleanup(server.terminate)
+        os.close(number)
+        with open(numbers, encoding="ascii") as file:
+            return f":{file.readline().strip()}"
+
+    def colours_on_display(self):
+        """The number of colours that the display shows, in one of sixteen pixels."""
+        self.run_all("gst-launch-1.0 -q ximagesrc num-buffers=1 use-damage=false ! video/x-raw,format=BGRx "
+                     "! filesink location=screen")
+        pixels = (self.here / "screen").read_bytes()
+        return len({pixels[at:at + 3] for at in range(0, len(pixels), 64)})
 
     def test_every_block_runs_and_writes_what_it_says(self):
-        blocks = BLOCK.findall(GUIDE.read_text(encoding="utf-8"))
-        self.assertGreater(len(blocks), 10)
+        blocks = [block.text for block in guide_blocks.blocks("docs/gstreamer.md", language="sh")]
+        self.assertGreater(len(blocks), 11)
+        setting = ""
         for block in blocks:
             with self.subTest(block.split("\n")[0][:60]):
                 before = set(self.here.iterdir())
-                output = self.run_all(block.replace("autovideosink", "fakesink"))
+                output = self.run_all(f"set -e\n{setting}{block}")
                 self.check_files(block, set(self.here.iterdir()) - before)
-                if "gst-device-monitor" in block:
-                    self.assertIn("Simulated-20MC", output)
-                    self.assertIn("pcdsrc camera=Simulated-1MM-SIM01M0001", output)
+                for command, expected in (("gst-device-monitor", "pcdsrc camera=Simulated-1MM-SIM01M0001"),
+                                          ("gst-inspect-1.0 pcdsrc", "  on-unplug "),
+                                          ("autovideosink", "Got EOS")):
+                    if command in block:
+                        self.assertIn(expected, output)
+            # The next ones are pasted into the same shell.
+            setting += "".join(f"{line}\n" for line in block.splitlines() if line.startswith("export "))
 
     def test_the_lines_of_the_readme_take_a_still(self):
-        text = (ROOT / "README.md").read_text(encoding="utf-8")
-        build, path, *pipelines = README_BLOCK.search(text)[1].splitlines()
-        # This plugin is what they build, and where they look for it.
-        self.assertTrue(build.startswith("scripts/build gstpcd "), build)
-        self.assertTrue(path.startswith("export GST_PLUGIN_PATH="), path)
-        self.assertTrue(pipelines)
-        (self.here / "out").mkdir()
-        for pipeline in pipelines:
-            self.run_all(pipeline)
+        (block,) = guide_blocks.blocks("README.md", heading="In GStreamer")
+        self.run_all(f"set -e\n{block.text}")
         self.assertEqual((self.here / "out/still.jpg").read_bytes()[:3], b"\xff\xd8\xff")
+
+    def test_the_line_of_the_readme_for_a_display_shows_the_live_picture(self):
+        (line,) = README_LINE.findall((ROOT / "README.md").read_text(encoding="utf-8"))
+        self.environment["GST_PLUGIN_PATH"] = str(PLUGIN)
+        player = self.start(f"exec {line}")
+        self.wait_for(lambda: player.poll() is not None or self.colours_on_display() > 1000, "the picture")
+        self.assertIsNone(player.poll(), "it ends when it is interrupted")
+        player.send_signal(signal.SIGINT)
+        output, _ = player.communicate(timeout=SECONDS)
+        self.assertEqual(player.returncode, 0, output)
 
     def check_files(self, block, made):
         """Checks the files that the sinks of a block were to write."""
@@ -127,11 +160,6 @@ class GuideTest(PipelineTest):
                     self.assertEqual(path.read_bytes()[:2], b"\xff\xd8", path)
                 else:
                     self.assertGreaterEqual(self.frames(path.name), 8, path)
-
-    def test_files_of_series_are_as_many_as_frames(self):
-        self.run_all("gst-launch-1.0 pcdsrc sdk=sim camera=1 mode=1 num-buffers=7 ! jpegenc "
-                     "! multifilesink location=f%d.jpg")
-        self.assertEqual(len(list(self.here.glob("f*.jpg"))), 7)
 
 
 class FailureTest(PipelineTest):
@@ -229,6 +257,11 @@ class PluginTest(PipelineTest):
         for name in ("camera", "mode", "settings", "trigger", "on-unplug", "queue-size", "dropped",
                      "stats"):
             self.assertRegex(output, rf"\n  {name} +: \S")
+
+    def test_files_of_series_are_as_many_as_frames(self):
+        self.run_all("gst-launch-1.0 pcdsrc sdk=sim camera=1 mode=1 num-buffers=7 ! jpegenc "
+                     "! multifilesink location=f%d.jpg")
+        self.assertEqual(len(list(self.here.glob("f*.jpg"))), 7)
 
     def test_nothing_leaks(self):
         for command, done in (

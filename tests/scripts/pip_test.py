@@ -15,11 +15,11 @@ import tempfile
 import unittest
 from pathlib import Path
 
+import guide_blocks
 import short_uses
 
 BUILD = None
 TREE = Path(__file__).resolve().parents[2]
-SECTION = re.compile(r"^## Installing\n.*?^```\n(.*?)^```$", re.MULTILINE | re.DOTALL)
 PYTHON_FOLDER = f"lib/python{sys.version_info.major}.{sys.version_info.minor}/site-packages"
 
 
@@ -43,7 +43,8 @@ class PipTest(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         cls.home = Path(cls.enterClassContext(tempfile.TemporaryDirectory()))
-        cls.lines = SECTION.search((TREE / "docs/python.md").read_text(encoding="utf-8"))[1]
+        (block,) = guide_blocks.blocks("docs/python.md", "Installing", "sh")
+        cls.lines = block.text
         run("bash", "-e", "-c", cls.lines, HOME=str(cls.home), PCD_BUILD_DIR=str(BUILD))
         cls.environment = cls.home / "pcd"
         cls.packages = cls.environment / PYTHON_FOLDER
