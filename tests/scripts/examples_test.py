@@ -13,6 +13,7 @@ import re
 import resource
 import shutil
 import signal
+import struct
 import subprocess
 import sys
 import tempfile
@@ -25,11 +26,25 @@ from pathlib import Path
 import numpy
 import tifffile
 
+import guide_blocks
+
 ROOT = Path(__file__).resolve().parents[2]
 EXAMPLES = ROOT / "examples"
 WARNINGS = ("-Wall", "-Wextra", "-Wpedantic", "-Wconversion", "-Wshadow", "-Werror")
-PLUGIN_OPTIONS = ("-fPIC", "-fvisibility=hidden", "-shared")
 CAMERA = "Simulated-Bench-BENCH00001"
+# What the guides install to is here already. A window is closed like any other program, once it has printed UNTIL.
+BEFORE = """
+cmake() { [ "$1" = --install ] || command cmake "$@"; }
+c++() { # Clang; warnings in Qt's headers do not count, in ours they do
+    local word words=()
+    for word; do
+        case $word in -I*) [ "${word#-I}" -ef "$OURS" ] || word=-isystem${word#-I} ;; esac
+        words+=("$word")
+    done
+    command clang++ -O0 $WARNINGS "${words[@]}"
+}
+build/examples/qt-host/qt-host() { endless command build/examples/qt-host/qt-host "$@"; }
+"""
 PREFIX = None
 SECONDS = 120  # that a program may take
 
@@ -40,13 +55,32 @@ class BuiltExamples:
     @classmethod
     def setUpClass(cls):
         cls.folder = Path(cls.enterClassContext(tempfile.TemporaryDirectory()))
-        cls.sources = cls.folder / "examples"
+        cls.tree = cls.folder / "tree"
+        cls.sources = cls.tree / "examples"
         shutil.copytree(EXAMPLES, cls.sources)
+        cls.home = cls.folder / "home"
+        cls.home.mkdir()
+        (cls.home / "pcd").symlink_to(PREFIX)
         cls.config = {"PKG_CONFIG_PATH": next(PREFIX.rglob("pcd.pc")).parent}
         cls.plugins = Path(run("pkg-config", "--variable=plugindir", "pcd", **cls.config).strip())
         cls.driver = cls.folder / "driver"
         cls.driver.mkdir()
         cls.build()
+
+    @classmethod
+    def block(cls, guide, heading, index):
+        """A block of a guide for a shell, with the folder of libraries that the prefix has."""
+        block = guide_blocks.blocks(guide, heading, "sh")[index]
+        libraries = cls.plugins.parents[1]
+        return block if libraries == PREFIX / "lib" else block._replace(
+            text=block.text.replace("$HOME/pcd/lib", str(libraries)))
+
+    @classmethod
+    def shell(cls, name, **environment):
+        """A shell at the root of the tree, of a user whose home has the prefix."""
+        return guide_blocks.Shell(cls.folder / name, cls.tree, texts({
+            "HOME": cls.home, "PREFIX": PREFIX, "CHECKOUT": cls.tree, "CMAKE_BUILD_PARALLEL_LEVEL": 2,
+            **environment}), BEFORE)
 
     def setUp(self):
         self.here = Path(self.enterContext(tempfile.TemporaryDirectory()))
@@ -256,22 +290,52 @@ class CMakeAndGccTest(BuiltExamples, unittest.TestCase):
 
     @classmethod
     def build(cls):
-        """Builds everything; copies what the tests use."""
-        made = cls.folder / "made"
-        run("cmake", "-G", "Ninja", "-S", cls.sources, "-B", made, f"-DCMAKE_PREFIX_PATH={PREFIX}",
-            "-DCMAKE_CXX_COMPILER=g++", f"-DCMAKE_CXX_FLAGS=-O0 {' '.join(WARNINGS)}")
-        run("cmake", "--build", made, "--parallel", 2)
+        """Builds everything as their README says; copies what the tests use."""
+        cls.compiler = {"CXX": "g++", "CXXFLAGS": f"-O0 {' '.join(WARNINGS)}"}
+        cls.shell("building", **cls.compiler).run(cls.block("examples/README.md", "Building them", 0))
+        made = cls.tree / "build/examples"
         for name in ("minimal-host", "qt-host", "headless-recorder"):
             (cls.folder / name).symlink_to(made / name / name)
         shutil.copy(made / "driver" / "libpattern.so", cls.driver)
 
+    def check_png(self, picture, size):
+        """A file has a picture of this width and height."""
+        head = picture.read_bytes()[:24]
+        self.assertEqual((head[1:4], struct.unpack(">2I", head[16:])), (b"PNG", size))
+
+    def test_they_run_as_their_readme_says(self):
+        waiting = "qt-host: Waiting for a picture"
+        shell = self.shell("running", TOUPCAM_SIM_SCENE=self.scene("scene.json"), UNTIL=waiting)
+        printed = shell.run(self.block("examples/README.md", "Running them", 0))
+        self.assertEqual(printed.count(waiting), 2, printed)
+        self.check_png(self.tree / "frame.png", (640, 480))
+        self.assertEqual(len(list((self.tree / "recording").glob("*.tif"))), 20)
+
+    def test_a_host_is_built_and_run_as_the_guide_says(self):
+        block = self.block("docs/own-host.md", "A first one", 0)
+        (shown,) = guide_blocks.blocks("docs/own-host.md", "A first one", "text")
+        self.assertIn(shown.text, self.shell("host", **self.compiler).run(block))
+        self.check_png(self.tree / "frame.png", (5440, 3648))
+
+    def test_a_driver_is_built_run_and_checked_as_the_guide_says(self):
+        heading = "Build one outside the tree"
+        shell = self.shell("new-driver", **self.compiler)
+        shell.run(self.block("docs/own-driver.md", heading, 0))
+        printed = shell.run(self.block("docs/own-driver.md", heading, 1))
+        (shown,) = guide_blocks.blocks("docs/own-driver.md", heading, "text")
+        self.assertIn(shown.text, printed)
+        self.assertIn("  balanced", printed)
+        self.assertIn(" 0 failed", shell.run(self.block("docs/own-driver.md", "Test it", 0)))
+
 
 class PkgConfigAndClangTest(BuiltExamples, unittest.TestCase):
-    """Each example with one command."""
+    """Each example with one command, as their README has it for one of them."""
 
     @classmethod
     def build(cls):
         """Builds each example."""
+        ours = run("pkg-config", "--variable=includedir", "pcd", **cls.config).strip()
+        cls.compiler = {"OURS": ours, "WARNINGS": " ".join(WARNINGS), **cls.config}
         with ThreadPoolExecutor(2) as pool:
             made = [pool.submit(cls.build_driver),
                     *(pool.submit(cls.build_host, *which) for which in (
@@ -283,48 +347,32 @@ class PkgConfigAndClangTest(BuiltExamples, unittest.TestCase):
     @classmethod
     def build_host(cls, name, package):
         """A program of one source."""
-        libraries = run("pkg-config", "--variable=libdir", package, **cls.config).strip()
-        cls.compile(package, cls.sources / name / "main.cpp", "-o", cls.folder / name,
-                    f"-Wl,-rpath,{libraries}")
+        block = cls.block("examples/README.md", "Building them", 1)
+        cls.shell(f"{name}.state", **cls.compiler).run(block._replace(
+            text=block.text.replace("qt-host", name).replace("pcd-gui", package)))
+        (cls.folder / name).symlink_to(cls.tree / name)
 
     @classmethod
     def build_driver(cls):
         """The plugin, with what moc makes of its headers."""
-        source = cls.sources / "driver"
-        moc = Path(run("pkg-config", "--variable=libexecdir", "Qt6Core").strip(), "moc")
-        includes = run("pkg-config", "--cflags-only-I", "pcd", **cls.config).split()
-        made = []
-        for name in ("PatternDevice", "PatternRegister"):
-            made.append(source / f"moc_{name}.cpp")
-            run(moc, *includes, source / f"{name}.h", "-o", made[-1])
-        cls.compile("pcd", *PLUGIN_OPTIONS, source / "PatternDevice.cpp", *made, "-o",
-                    cls.driver / "libpattern.so")
-
-    @classmethod
-    def compile(cls, package, *arguments):
-        """Runs the compiler and the linker. Warnings in Qt's headers do not count, in ours they do."""
-        ours = Path(run("pkg-config", "--variable=includedir", "pcd", **cls.config).strip())
-        found = run("pkg-config", "--cflags", "--libs", package, **cls.config).split()
-        for index, word in enumerate(found):
-            if word.startswith("-I") and Path(word[2:]).resolve() != ours.resolve():
-                found[index] = f"-isystem{word[2:]}"
-        run("clang++", "-std=c++17", "-O0", *WARNINGS, *arguments, *found)
+        cls.shell("driver.state", **cls.compiler).run(cls.block("examples/README.md", "Building them", 2))
+        shutil.copy(cls.sources / "driver/libpattern.so", cls.driver)
 
 
 class TextsTest(unittest.TestCase):
     """What documents say about the examples."""
 
     def test_the_host_in_the_readme_is_the_one_that_builds(self):
-        readme = (ROOT / "README.md").read_text(encoding="utf-8")
-        for name in ("CMakeLists.txt", "main.cpp"):
-            self.assertIn((EXAMPLES / "minimal-host" / name).read_text(encoding="utf-8"), readme)
+        self.assertEqual([block.text for block in guide_blocks.blocks("README.md", "In your own host")],
+                         [(EXAMPLES / "minimal-host" / name).read_text(encoding="utf-8")
+                          for name in ("CMakeLists.txt", "main.cpp")])
 
     def test_what_the_guides_quote_is_in_an_example(self):
         files = [path.read_text(encoding="utf-8") for path in EXAMPLES.rglob("*.*")
                  if path.suffix in (".cpp", ".h", ".txt")]
         code = "\n".join(line.strip() for text in files for line in text.splitlines())
         guides = {name: (ROOT / "docs" / name).read_text(encoding="utf-8")
-                  for name in ("own-host.md", "own-driver.md")}
+                  for name in ("own-host.md", "own-driver.md", "packaging.md")}
         quotes = [(name, quote) for name, guide in guides.items()
                   for quote in re.findall(r"```(?:cpp|cmake)\n(.*?)```", guide, re.DOTALL)]
         self.assertGreater(len(quotes), 5)
@@ -333,9 +381,11 @@ class TextsTest(unittest.TestCase):
                 self.assertIn("\n".join(line.strip() for line in part.strip().splitlines()), code,
                               name)
 
-    def test_the_driver_is_built_as_the_readme_says(self):
-        readme = (EXAMPLES / "README.md").read_text(encoding="utf-8")
-        self.assertIn(f"c++ -std=c++17 {' '.join(PLUGIN_OPTIONS)} PatternDevice.cpp", readme)
+    def test_every_block_for_a_shell_is_one_that_the_tests_above_run(self):
+        for guide, headings in (("examples/README.md", ["Building them"] * 3 + ["Running them"]),
+                                ("docs/own-host.md", ["A first one"]),
+                                ("docs/own-driver.md", ["Build one outside the tree"] * 2 + ["Test it"])):
+            self.assertEqual([block.heading for block in guide_blocks.blocks(guide, language="sh")], headings)
 
     def test_the_examples_are_as_short_as_they_are_said_to_be(self):
         table = (EXAMPLES / "README.md").read_text(encoding="utf-8")
