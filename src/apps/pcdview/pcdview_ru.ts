@@ -47,6 +47,14 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <translation>Размер пиксела на препарате при полном разрешении, в микрометрах (0: без масштабной линейки).
 Это размер на сенсоре, делённый на увеличение.</translation>
     </message>
+    <message>
+        <source>%1 was unplugged</source>
+        <translation>Камера %1 отключена</translation>
+    </message>
+    <message>
+        <source>%1 is plugged in again</source>
+        <translation>Камера %1 снова подключена</translation>
+    </message>
 </context>
 <context>
     <name>PCameraListPanel</name>
@@ -645,6 +653,14 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <source>Recording in progress: %1. Stop recording and close?</source>
         <translation>Идёт запись: %1. Завершить её и закрыть?</translation>
     </message>
+    <message>
+        <source>Recording in progress: %1. Stop recording and the live picture?</source>
+        <translation>Идёт запись: %1. Завершить её и остановить живое изображение?</translation>
+    </message>
+    <message>
+        <source>Recording in progress: %1. Stop recording and change the resolution?</source>
+        <translation>Идёт запись: %1. Завершить её и сменить разрешение?</translation>
+    </message>
 </context>
 <context>
     <name>PToolBar</name>
@@ -1212,16 +1228,16 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <source>No frame has arrived for %1 s.</source>
         <translation>Кадров нет уже %1 с.</translation>
     </message>
+    <message>
+        <source>Not now: %1</source>
+        <translation>Сейчас недоступно: %1</translation>
+    </message>
 </context>
 <context>
     <name>PRecording</name>
     <message>
         <source>the program was closed</source>
         <translation>программа закрыта</translation>
-    </message>
-    <message>
-        <source>the live picture is stopped; start it first</source>
-        <translation>живое изображение остановлено; сначала включите его</translation>
     </message>
     <message>
         <source>the camera was closed</source>
@@ -1630,6 +1646,10 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <source>Choose folder and names of pictures and recordings</source>
         <translation>Выбрать папку снимков и записей и их имена</translation>
     </message>
+    <message>
+        <source>Not now: %1</source>
+        <translation>Сейчас недоступно: %1</translation>
+    </message>
 </context>
 <context>
     <name>PViewCamera</name>
@@ -1656,6 +1676,10 @@ This is the pixel size of the sensor divided by the magnification.</source>
     <message>
         <source>the camera refused to take a still</source>
         <translation>камера отказалась делать снимок</translation>
+    </message>
+    <message>
+        <source>the camera is not open</source>
+        <translation>камера не открыта</translation>
     </message>
 </context>
 <context>

@@ -160,11 +160,23 @@ PDeviceProfileReport PViewCamera::apply(PDeviceProfilePlan& plan) {
     return report;
 }
 
-PStatus PViewCamera::takeSnapshot() {
-    if (m_device == nullptr)
-        return PStatus::failure(tr("the camera is unplugged"));
-    if (!m_device->isStreaming())
+PStatus PViewCamera::readiness() const {
+    switch (state()) {
+    case State::Live:
+        break;
+    case State::Paused:
         return PStatus::failure(tr("the live picture is stopped; start it first"));
+    case State::Unplugged:
+        return PStatus::failure(tr("the camera is unplugged"));
+    case State::NotOpen:
+        return PStatus::failure(tr("the camera is not open"));
+    }
+    return PStatus::Ok;
+}
+
+PStatus PViewCamera::takeSnapshot() {
+    if (const PStatus ready = readiness(); !ready.isOk())
+        return ready;
     return m_device->triggerStillCapture()
                ? PStatus(PStatus::Ok)
                : PStatus::failure(tr("the camera refused to take a still"));

@@ -53,6 +53,8 @@ public:
     PStatus setMode(const PDeviceMode& mode);
     /// Applies a profile to the camera, which must be plugged in.
     PDeviceProfileReport apply(PDeviceProfilePlan& plan);
+    /// Whether frames can be taken now. Fails with the reason.
+    PStatus readiness() const;
     /// Requests a still, which arrives with snapshotTaken(). Fails with the reason.
     PStatus takeSnapshot();
 

@@ -57,8 +57,8 @@ PRecording::~PRecording() {
 }
 
 PStatus PRecording::start(PViewCamera& camera, const PRecordSettings& settings, double pixelSize) {
-    if (camera.state() != PViewCamera::State::Live)
-        return PStatus::failure(tr("the live picture is stopped; start it first"));
+    if (const PStatus ready = camera.readiness(); !ready.isOk())
+        return ready;
     const QString ending = fileEnding(settings.format);
     // For a series, the folder must be new.
     const QString own = ending.startsWith(u'/') ? QString() : ending;

@@ -13,6 +13,7 @@
 #include <apps/common/reading/ZarrReadBack.h>
 #include <support/QtPrinters.h>
 
+#include <QAbstractItemView>
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
@@ -110,6 +111,7 @@ protected:
     void pressKeyUnasked() {
         unasked([this] { pressKey(); });
     }
+    void pressLiveKey() { QTest::keyClick(&window(), Qt::Key_L, Qt::ControlModifier); }
     void pressKey() { QTest::keyClick(&window(), Qt::Key_R, Qt::ControlModifier); }
 
     /// Opens two cameras, records the first one until it is stopped, and brings the second to the
@@ -253,11 +255,82 @@ TEST_F(RecordSessionTest, stopping_before_the_set_end_is_not_called_complete) {
     EXPECT_EQ(document.note(u"Complete"_qs), u"no: it was stopped"_qs);
 }
 
-TEST_F(RecordSessionTest, a_live_picture_that_is_stopped_ends_it) {
+TEST_F(RecordSessionTest, the_live_picture_stops_only_if_the_user_gives_up_the_recording) {
+    widget<QComboBox>(u"recordEnd"_qs).setCurrentIndex(2);
     pressButton();
     ASSERT_TRUE(waitUntil([this] { return written() >= 5; }));
-    widget<QAction>(u"live"_qs).trigger();
+    declineNext(u"Recording in progress: Small-S0001. Stop recording and the live picture?"_qs);
+    activate();
+    pressLiveKey();
+    EXPECT_TRUE(widget<QAction>(u"live"_qs).isChecked());
+    const int before = written();
+    ASSERT_TRUE(waitUntil([&] { return written() > before; }));
+    answerNext(QMessageBox::Yes);
+    pressLiveKey();
+    EXPECT_EQ(inFront().state(), PViewCamera::State::Paused);
     ASSERT_TRUE(waitForText(u"the live picture was stopped"_qs)) << text().toStdString();
+    EXPECT_GT(QImageReader(recorded()).imageCount(), before);
+}
+
+TEST_F(RecordSessionTest, the_live_picture_of_another_camera_stops_unasked) {
+    ASSERT_NO_FATAL_FAILURE(recordFirstOfTwo());
+    activate();
+    unasked([this] { pressLiveKey(); });
+    EXPECT_EQ(inFront().state(), PViewCamera::State::Paused);
+    const int before = written("Small-S0001");
+    EXPECT_TRUE(waitUntil([&] { return written("Small-S0001") > before; }));
+}
+
+TEST_F(RecordSessionTest, the_live_picture_goes_on_if_the_recording_ends_during_the_question) {
+    widget<QComboBox>(u"recordEnd"_qs).setCurrentIndex(2);
+    pressButton();
+    ASSERT_TRUE(waitUntil([this] { return written() >= 5; }));
+    expectNextClosesAfter([this] { widget<QPushButton>(u"recordButton"_qs).click(); });
+    activate();
+    pressLiveKey();
+    ASSERT_TRUE(waitForText(u"Recorded"_qs)) << text().toStdString();
+    EXPECT_TRUE(widget<QAction>(u"live"_qs).isChecked());
+    EXPECT_TRUE(waitForNewFrames());
+}
+
+TEST_F(RecordSessionTest, the_resolution_changes_only_if_the_user_gives_up_the_recording) {
+    auto& modes = widget<QComboBox>(u"modes"_qs);
+    widget<QComboBox>(u"recordEnd"_qs).setCurrentIndex(2);
+    pressButton();
+    ASSERT_TRUE(waitUntil([this] { return written() >= 5; }));
+    unasked([&] { // the one that it has
+        modes.showPopup();
+        QTest::keyClick(modes.view(), Qt::Key_Return);
+    });
+    declineNext(
+        u"Recording in progress: Small-S0001. Stop recording and change the resolution?"_qs);
+    QTest::keyClick(&modes, Qt::Key_Down);
+    EXPECT_EQ(modes.currentText(), u"320x240"_qs);
+    const int before = written();
+    ASSERT_TRUE(waitUntil([&] { return written() > before; }));
+    answerNext(QMessageBox::Yes);
+    QTest::keyClick(&modes, Qt::Key_Down);
+    EXPECT_EQ(modes.currentText(), u"160x120"_qs);
+    ASSERT_TRUE(waitForText(u"ended early"_qs)) << text().toStdString();
+    ASSERT_TRUE(waitUntil([this] { return inFront().frame().image.width() == 160; }));
+    EXPECT_GT(QImageReader(recorded()).imageCount(), before);
+}
+
+TEST_F(RecordSessionTest, what_needs_the_live_picture_says_so_while_it_is_stopped) {
+    auto& still = widget<QAction>(u"snapshot"_qs);
+    auto& record = widget<QAction>(u"record"_qs);
+    auto& button = widget<QPushButton>(u"recordButton"_qs);
+    const QStringList before{still.toolTip(), record.toolTip(), button.toolTip()};
+    pressLiveKey();
+    const QString reason = u"Not now: the live picture is stopped; start it first"_qs;
+    EXPECT_FALSE(still.isEnabled() || record.isEnabled() || button.isEnabled());
+    EXPECT_EQ(still.toolTip(),
+              u"Take a still and save it in the capture folder (Ctrl+S)\n"_qs + reason);
+    EXPECT_TRUE(record.toolTip().endsWith(reason)) << record.toolTip().toStdString();
+    EXPECT_EQ(button.toolTip(), reason);
+    pressLiveKey();
+    EXPECT_TRUE(still.isEnabled() && record.isEnabled() && button.isEnabled());
+    EXPECT_EQ(QStringList({still.toolTip(), record.toolTip(), button.toolTip()}), before);
 }
 
 TEST_F(RecordSessionTest, closing_its_tab_asks_and_then_leaves_a_whole_file) {

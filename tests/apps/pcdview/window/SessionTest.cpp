@@ -458,6 +458,34 @@ TEST_F(SessionTest, the_full_screen_shows_the_picture_alone_until_escape) {
     EXPECT_FALSE(widget<QDockWidget>(u"logDock"_qs).isVisible());
 }
 
+TEST_F(SessionTest, the_full_screen_needs_a_camera) {
+    start({});
+    key(Qt::Key_F11);
+    EXPECT_FALSE(window().isFullScreen());
+    EXPECT_TRUE(window().menuBar()->isVisible());
+    EXPECT_FALSE(widget<QAction>(u"fullScreen"_qs).isEnabled());
+    end();
+    start({camera()});
+    ASSERT_TRUE(waitForNewFrames());
+    key(Qt::Key_F11);
+    ASSERT_TRUE(window().isFullScreen());
+    key(Qt::Key_W, Qt::ControlModifier);
+    EXPECT_FALSE(window().isFullScreen());
+    EXPECT_TRUE(window().menuBar()->isVisible());
+}
+
+TEST_F(SessionTest, a_camera_behind_another_tab_that_is_unplugged_is_in_the_status_bar) {
+    start({camera(), camera(u"cam-2"_qs, u"S0002"_qs)});
+    ASSERT_TRUE(cameraTabs().open(u"Small-S0002"_qs).isOk());
+    ASSERT_TRUE(unplug("cam-1"));
+    const auto shows = [this](const QString& message) {
+        return waitUntil([&] { return window().statusBar()->currentMessage() == message; });
+    };
+    EXPECT_TRUE(shows(u"Small-S0001 was unplugged"_qs));
+    ASSERT_TRUE(plug("cam-1"));
+    EXPECT_TRUE(shows(u"Small-S0001 is plugged in again"_qs));
+}
+
 TEST_F(SessionTest, at_first_the_window_fits_the_screen_with_its_title_bar) {
     start({camera()});
     const int titleBar = window().style()->pixelMetric(QStyle::PM_TitleBarHeight);

@@ -12,6 +12,8 @@
 #include <QInputDialog>
 #include <QSignalBlocker>
 
+#include <utility>
+
 namespace {
 
 constexpr double largestPixelMicrometres = 1000;
@@ -71,6 +73,24 @@ void PCameraController::connectActions() {
 void PCameraController::addPage(PCameraPage* page) {
     connect(&page->view(), &PImageView::regionCancelled, this,
             [this] { m_actions.region->setChecked(false); });
+    const PViewCamera& camera = page->camera();
+    connect(&camera, &PViewCamera::stateChanged, this,
+            [this, page, &camera, wasUnplugged = false]() mutable {
+                const bool isUnplugged = camera.state() == PViewCamera::State::Unplugged;
+                if (std::exchange(wasUnplugged, isUnplugged) != isUnplugged)
+                    reportPresence(*page);
+            });
+}
+
+/// The message above the picture is hidden behind the tab in front.
+void PCameraController::reportPresence(const PCameraPage& page) {
+    if (&page == m_tabs.currentPage())
+        return;
+    const PViewCamera& camera = page.camera();
+    const QString text = camera.state() == PViewCamera::State::Unplugged
+                             ? tr("%1 was unplugged")
+                             : tr("%1 is plugged in again");
+    emit messageChanged(text.arg(camera.identity().id));
 }
 
 void PCameraController::closePage(PCameraPage* page) {
@@ -94,13 +114,22 @@ void PCameraController::showState() {
     const bool canSetRegions = page != nullptr && page->hasRegions();
     for (QAction* action : {m_actions.region, m_actions.wholeSensor})
         action->setEnabled(canSetRegions);
-    for (QAction* action : {m_actions.live, m_actions.snapshot, m_actions.record,
-                            m_actions.loadProfile, m_actions.saveProfile})
+    for (QAction* action : {m_actions.live, m_actions.loadProfile, m_actions.saveProfile})
         action->setEnabled(hasDevice);
+    if (page == nullptr)
+        return;
+    const PStatus ready = page->camera().readiness();
+    PViewActions::setObstacle(m_actions.snapshot, ready.reason());
+    // A recording can be stopped until its files are complete.
+    PViewActions::setObstacle(m_actions.record,
+                              page->camera().isRecorded() ? QString() : ready.reason());
 }
 
 void PCameraController::setLive(bool on) {
-    const PStatus status = m_tabs.currentPage()->camera().setLive(on);
+    PViewCamera& camera = m_tabs.currentPage()->camera();
+    if (!on && !m_recording.mayStopLive(camera))
+        return showState();
+    const PStatus status = camera.setLive(on);
     if (!status.isOk())
         emit messageChanged(status.reason());
 }

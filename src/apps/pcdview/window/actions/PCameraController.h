@@ -30,6 +30,7 @@ private:
     void connectList(PCameraListPanel& list);
     void connectTabs();
     void addPage(PCameraPage* page);
+    void reportPresence(const PCameraPage& page);
     void closePage(PCameraPage* page);
     void showPage(PCameraPage* page);
     void showState();

@@ -74,33 +74,53 @@ bool PRecordController::confirmsStop(PRecording& recording) {
     return question.exec() == QMessageBox::Yes;
 }
 
-/// The question names the recordings that still run, and closes when none is left: the user sees
-/// how they ended, and decides again whether to close.
-bool PRecordController::confirmsEnd(QList<PRecording*> recordings) {
-    QMessageBox question(QMessageBox::Question, tr("Recording"), endQuestion(recordings),
-                         QMessageBox::Yes | QMessageBox::No, m_window);
-    question.setDefaultButton(QMessageBox::No);
+/// The question, which has a %1 for them, names the recordings that still run, and closes when none
+/// is left: the user sees how they ended, and decides again whether to do what would end them.
+bool PRecordController::confirmsEnd(QList<PRecording*> recordings, const QString& question) {
+    QMessageBox box(QMessageBox::Question, tr("Recording"), question.arg(toNames(recordings)),
+                    QMessageBox::Yes | QMessageBox::No, m_window);
+    box.setDefaultButton(QMessageBox::No);
     const auto follow = [&](PRecording* ended) {
         recordings.removeOne(ended);
         if (!recordings.isEmpty())
-            question.setText(endQuestion(recordings));
-        else if (question.isVisible()) // not if the user has just said Yes
-            question.reject();
+            box.setText(question.arg(toNames(recordings)));
+        else if (box.isVisible()) // not if the user has just said Yes
+            box.reject();
     };
     for (PRecording* const recording : QList(recordings))
-        connect(recording, &PRecording::finished, &question, [=] { follow(recording); });
-    return question.exec() == QMessageBox::Yes;
+        connect(recording, &PRecording::finished, &box, [=] { follow(recording); });
+    return box.exec() == QMessageBox::Yes;
 }
 
-QString PRecordController::endQuestion(const QList<PRecording*>& recordings) {
+QString PRecordController::toNames(const QList<PRecording*>& recordings) {
     QStringList cameras;
     for (const PRecording* recording : recordings)
         cameras.append(recording->cameraId());
-    return tr("Recording in progress: %1. Stop recording and close?").arg(cameras.join(u", "_qs));
+    return cameras.join(u", "_qs);
+}
+
+QString PRecordController::closeQuestion() {
+    return tr("Recording in progress: %1. Stop recording and close?");
 }
 
 bool PRecordController::mayCloseWindow() {
-    return m_recordings.running().isEmpty() || confirmsEnd(m_recordings.running());
+    return m_recordings.running().isEmpty() || confirmsEnd(m_recordings.running(), closeQuestion());
+}
+
+bool PRecordController::mayEnd(const PViewCamera& camera, const QString& question) {
+    PRecording* const recording = m_recordings.of(&camera);
+    // One that takes no more frames loses none.
+    return recording == nullptr || recording->progress().isOver ||
+           confirmsEnd({recording}, question);
+}
+
+bool PRecordController::mayStopLive(const PViewCamera& camera) {
+    return mayEnd(camera, tr("Recording in progress: %1. Stop recording and the live picture?"));
+}
+
+bool PRecordController::mayChangeMode(const PViewCamera& camera) {
+    return mayEnd(camera,
+                  tr("Recording in progress: %1. Stop recording and change the resolution?"));
 }
 
 bool PRecordController::finishFiles() {
@@ -125,7 +145,7 @@ bool PRecordController::finishFiles() {
 
 bool PRecordController::endForClosing(const PCameraPage& page) {
     const QPointer<PRecording> recording = m_recordings.of(&page.camera());
-    if (recording != nullptr && !confirmsEnd({recording}))
+    if (recording != nullptr && !confirmsEnd({recording}, closeQuestion()))
         return false;
     // While its camera can still account for the frames.
     if (recording != nullptr)

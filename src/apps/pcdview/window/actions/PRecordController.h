@@ -8,6 +8,7 @@ class PCameraTabs;
 class PDockPanels;
 class PRecording;
 class PRecordings;
+class PViewCamera;
 class QAction;
 class QWidget;
 
@@ -25,6 +26,11 @@ public:
     /// Ends the recording of this tab's camera, if there is one, after the user has confirmed that.
     /// False: it continues.
     bool endForClosing(const PCameraPage& page);
+    /// True if the live picture of this camera may be stopped, which ends a recording: there is
+    /// none, or the user has confirmed that.
+    bool mayStopLive(const PViewCamera& camera);
+    /// Likewise for its mode, as all frames of a recording have the same size.
+    bool mayChangeMode(const PViewCamera& camera);
     /// True if the window may close: no recording is running, or the user has confirmed that all of
     /// them end. They keep running until finishFiles().
     bool mayCloseWindow();
@@ -40,8 +46,10 @@ private:
     void start();
     void stopOnRequest();
     bool confirmsStop(PRecording& recording);
-    bool confirmsEnd(QList<PRecording*> recordings);
-    static QString endQuestion(const QList<PRecording*>& recordings);
+    bool mayEnd(const PViewCamera& camera, const QString& question);
+    bool confirmsEnd(QList<PRecording*> recordings, const QString& question);
+    static QString closeQuestion();
+    static QString toNames(const QList<PRecording*>& recordings);
     void showState();
 
     QAction* m_record;

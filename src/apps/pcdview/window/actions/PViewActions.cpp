@@ -26,6 +26,7 @@ QAction* PViewActions::add(const char* name, const QString& text, const QString&
     action->setShortcut(key);
     const QString keyText = key.toString(QKeySequence::NativeText);
     action->setToolTip(keyText.isEmpty() ? explanation : u"%1 (%2)"_qs.arg(explanation, keyText));
+    action->setWhatsThis(action->toolTip());
     // Added to the window itself: a hidden menu bar disables the shortcuts of its actions.
     m_window->addAction(action);
     return action;
@@ -124,9 +125,16 @@ void PViewActions::setIcons() {
         action->setIcon(PActionIcon::make(name));
 }
 
+void PViewActions::setObstacle(QAction* action, const QString& reason) {
+    action->setEnabled(reason.isEmpty());
+    const QString notNow = reason.isEmpty() ? QString() : u'\n' + tr("Not now: %1").arg(reason);
+    action->setToolTip(action->whatsThis() + notNow);
+}
+
 QList<QAction*> PViewActions::ofCamera() const {
-    return {snapshot, savePicture, record,      loadProfile, saveProfile, closeCamera, live,
-            region,   pixelSize,   wholeSensor, fit,         actualSize,  zoomIn,      zoomOut};
+    return {snapshot,    savePicture, record, loadProfile, saveProfile,
+            closeCamera, live,        region, pixelSize,   wholeSensor,
+            fit,         actualSize,  zoomIn, zoomOut,     fullScreen};
 }
 
 QList<QAction*> PViewActions::withShortcut() const {

@@ -38,6 +38,9 @@ public:
     QAction* help;
     QAction* about;
 
+    /// Enables an action; or disables it if there is a reason, which its tool tip then has too.
+    static void setObstacle(QAction* action, const QString& reason);
+
     /// Those that need an open camera.
     QList<QAction*> ofCamera() const;
     /// All that have a shortcut.

@@ -5,7 +5,10 @@
 
 #include <PCd/device/PDevice.h>
 
+#include <QPointer>
 #include <QWheelEvent>
+
+#include <utility>
 
 PModeChooser::PModeChooser(QWidget* parent)
     : QComboBox(parent) {
@@ -49,8 +52,19 @@ QString PModeChooser::text(const PDeviceMode& mode) {
                : tr("Mode %1: size not reported").arg(QString::fromLatin1(mode.id));
 }
 
+void PModeChooser::setCondition(std::function<bool(const PViewCamera&)> condition) {
+    m_condition = std::move(condition);
+}
+
 void PModeChooser::choose(int index) {
-    const PStatus status = m_camera->setMode(m_modes.value(index));
+    const PDeviceMode mode = m_modes.value(index);
+    const QPointer<PViewCamera> camera = m_camera; // the user may be asked, and another one come
+    const bool isOther = mode != camera->device()->reportedMode();
+    if (isOther && m_condition && !m_condition(*camera))
+        return refresh();
+    if (camera == nullptr)
+        return;
+    const PStatus status = camera->setMode(mode);
     if (status.isOk())
         return;
     emit refused(status.reason());

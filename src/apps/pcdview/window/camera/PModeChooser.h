@@ -6,6 +6,8 @@
 #include <QComboBox>
 #include <QList>
 
+#include <functional>
+
 class PViewCamera;
 
 /// Shows the mode of a camera and changes it, but not by the wheel. The GUI thread.
@@ -17,6 +19,8 @@ public:
 
     /// Shows the modes of this camera; null, or one that is unplugged: none.
     void setCamera(PViewCamera* camera);
+    /// Called before a camera gets another mode; if it returns false, it keeps its mode.
+    void setCondition(std::function<bool(const PViewCamera&)> condition);
 
 signals:
     /// The camera refused a mode, and why.
@@ -30,6 +34,7 @@ private:
     void choose(int index);
     static QString text(const PDeviceMode& mode);
 
+    std::function<bool(const PViewCamera&)> m_condition;
     PViewCamera* m_camera = nullptr;
     QList<PDeviceMode> m_modes;
 };

@@ -20,6 +20,10 @@ PFullScreen::PFullScreen(QMainWindow* window, const PViewActions& actions, PCame
     , m_tabs(tabs) {
     connect(m_action, &QAction::toggled, this, &PFullScreen::set);
     connect(&tabs, &PCameraTabs::pageAdded, this, &PFullScreen::addPage);
+    connect(&tabs, &PCameraTabs::currentPageChanged, this, [this](const PCameraPage* page) {
+        if (page == nullptr) // nothing to show, and no bar that says what to do
+            m_action->setChecked(false);
+    });
 }
 
 void PFullScreen::addPage(PCameraPage* page) {

@@ -61,6 +61,9 @@ void PMainWindow::makeBars() {
     addToolBar(tools);
     auto* const status = new PStatusFields(new PMessageBar);
     setStatusBar(status->bar());
+    tools->modes().setCondition([this](const PViewCamera& camera) {
+        return m_controllers->recording().mayChangeMode(camera);
+    });
     const auto* const display =
         new PCameraDisplay(this, *m_cameraTabs, *m_panels, tools->modes(), *status);
     connect(&m_controllers->picture(), &PPictureController::unsavedChanged, status,

@@ -148,9 +148,12 @@ void PRecordPanel::showFields() {
 
 void PRecordPanel::showProgress() {
     const PRecording* const here = m_recordings.of(m_camera);
-    const bool isPossible = m_camera != nullptr && m_camera->device() != nullptr;
+    const PStatus ready = m_camera == nullptr ? PStatus::failure({}) : m_camera->readiness();
     m_button->setText(here != nullptr ? tr("Stop recording") : tr("Record"));
-    m_button->setEnabled(here != nullptr || isPossible);
+    const bool isPossible = here != nullptr || ready.isOk();
+    m_button->setEnabled(isPossible);
+    m_button->setToolTip(
+        isPossible || ready.reason().isEmpty() ? QString() : tr("Not now: %1").arg(ready.reason()));
     m_bar->setVisible(here != nullptr);
     if (here != nullptr) {
         const std::optional<double> share = here->progress().share;

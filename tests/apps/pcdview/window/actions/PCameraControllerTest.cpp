@@ -68,6 +68,27 @@ TEST_F(PCameraControllerTest, leaves_an_unplugged_camera_what_needs_no_device) {
     EXPECT_FALSE(actions.live->isChecked());
 }
 
+TEST_F(PCameraControllerTest, reports_a_camera_behind_another_tab_that_goes_and_comes_back) {
+    ASSERT_NO_FATAL_FAILURE(open(u"Fake-1"_qs));
+    ASSERT_NO_FATAL_FAILURE(open(u"Fake-2"_qs));
+    const auto before = messages.count();
+    unplugFirst();
+    ASSERT_EQ(messages.count(), before + 1);
+    EXPECT_EQ(lastMessage(messages), u"Fake-1 was unplugged"_qs);
+    cameras->alive = {new FakeDevice("Fake", "1"), second};
+    host.manager().updateDevices();
+    ASSERT_EQ(messages.count(), before + 2);
+    EXPECT_EQ(lastMessage(messages), u"Fake-1 is plugged in again"_qs);
+}
+
+TEST_F(PCameraControllerTest, leaves_the_camera_in_front_to_its_tab_when_it_goes) {
+    ASSERT_NO_FATAL_FAILURE(open(u"Fake-2"_qs));
+    ASSERT_NO_FATAL_FAILURE(open(u"Fake-1"_qs));
+    const auto before = messages.count();
+    unplugFirst();
+    EXPECT_EQ(messages.count(), before);
+}
+
 TEST_F(PCameraControllerTest, selects_the_camera_in_front_in_the_list) {
     for (const QString& id : {u"Fake-1"_qs, u"Fake-2"_qs, u"Fake-1"_qs}) {
         ASSERT_NO_FATAL_FAILURE(open(id));

@@ -32,6 +32,8 @@ TEST_F(PControllersTest, emit_the_messages_of_each) {
     EXPECT_EQ(messages.count(), 1); // of the camera
     actions.savePicture->trigger();
     EXPECT_EQ(messages.count(), 2); // of the picture
+    first->refusesStart = false;
+    actions.live->trigger();
     actions.record->trigger();
     EXPECT_EQ(messages.count(), 3); // of the recording
     auto* const profile = window.findChild<PProfileController*>();

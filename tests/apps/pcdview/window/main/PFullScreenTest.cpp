@@ -76,3 +76,13 @@ TEST_F(PFullScreenTest, follows_a_double_click_on_the_picture) {
     QTest::mouseDClick(&tabs->currentPage()->view(), Qt::LeftButton);
     EXPECT_FALSE(window.isFullScreen());
 }
+
+TEST_F(PFullScreenTest, goes_back_when_the_last_camera_is_closed) {
+    ASSERT_NO_FATAL_FAILURE(open(u"Fake-2"_qs));
+    actions.fullScreen->setChecked(true);
+    tabs->closePage(tabs->currentPage());
+    EXPECT_TRUE(window.isFullScreen());
+    tabs->closePage(tabs->currentPage());
+    EXPECT_FALSE(window.isFullScreen());
+    EXPECT_TRUE(bar->isVisible());
+}
