@@ -9,6 +9,7 @@ import sys
 import unittest
 from pathlib import Path
 
+ROOT = Path(__file__).resolve().parents[2]
 WIDTHS = (80, 132)  # columns of a terminal: the usual ones, and more
 
 
@@ -53,6 +54,14 @@ class ManualPagesTest(unittest.TestCase):
         for term in ("snap ", "--pixel-size UM", "-c, --camera CAMERA", "PCD_LANG", "--help",
                      "pcdctl modes -c 1", "wrong usage"):
             self.assertIn(term, text)
+
+    def test_pages_of_programs_have_the_variables_of_the_guides(self):
+        for program in ("pcdctl", "pcdview"):
+            text = run("man", "--local-file", str(next(page for page in PAGES if page.stem == program)))[0]
+            guide = (ROOT / "docs" / f"{program}.md").read_text(encoding="utf-8")
+            named = set(re.findall(r"`(PCD_\w+|TOUPCAM_\w+)`", guide))
+            self.assertTrue(named)
+            self.assertEqual({name for name in named if not re.search(rf"^ +{name}\b", text, re.MULTILINE)}, set())
 
     def test_pages_of_formats_have_the_tables_of_the_guides(self):
         text = run("man", "--local-file", str(next(page for page in PAGES if page.stem == "pcd-scene")))[0]

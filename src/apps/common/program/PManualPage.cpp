@@ -73,6 +73,10 @@ void PManualPage::addEnvironment() {
     addEntry(u"PCD_LOG"_qs, {}, u"Which log records to show, as for --log-level."_qs);
     addEntry(u"PCD_LANG"_qs, {}, u"The language, as for --lang."_qs);
     addEntry(
+        u"PCD_CALL_SECONDS"_qs, {},
+        u"How long a call of the camera's library may take before it is named, in seconds up to "
+        "3600. Without it, less than a second."_qs);
+    addEntry(
         u"XDG_STATE_HOME"_qs, {},
         u"The folder for state, ~/.local/state by default. A program that a fault ends leaves a "
         "report in pcd/crashes below it."_qs);

@@ -49,6 +49,9 @@ QString PCtlManual::page() {
     addOptions(page);
     addExitCodes(page);
     page.addEnvironment();
+    page.addEntry(u"PCD_COMPLETION_SECONDS"_qs, {},
+                  u"How long the completion of a shell waits for cameras, in seconds up to 3600. "
+                  "Without it, 1."_qs);
     addExamples(page);
     page.addSeeAlso(
         {u"pcdview(1)"_qs, u"pcd-profile(5)"_qs, u"pcd-recording(5)"_qs, u"pcd-scene(5)"_qs});

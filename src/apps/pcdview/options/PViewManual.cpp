@@ -31,6 +31,9 @@ QString PViewManual::page() {
         page.addOption(option);
     addExitCodes(page);
     page.addEnvironment();
+    page.addEntry(u"PCD_CLOSING_SECONDS"_qs, {},
+                  u"How long cameras may take to close before the program ends without them, in "
+                  "seconds up to 3600. Without it, 10."_qs);
     page.addSection(u"FILES"_qs);
     page.addEntry(u"~/.config/pcd/pcdview.conf"_qs, {},
                   u"Layout, theme, capture folder and what else the window remembers."_qs);
