@@ -9,6 +9,7 @@
 #include <apps/pcdview/window/actions/PViewActions.h>
 #include <apps/pcdview/window/camera/PCameraTabs.h>
 #include <apps/pcdview/window/camera/PMessageBar.h>
+#include <apps/pcdview/window/camera/PModeChooser.h>
 #include <apps/pcdview/window/main/PCameraDisplay.h>
 #include <apps/pcdview/window/main/PFullScreen.h>
 #include <apps/pcdview/window/main/PMenuBar.h>
