@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 """The blocks of code in the guides, for the tests that run them: each takes all of a guide, a heading or a language, as
-they are in the file, so that a block that is added there is run too. guides_test.py expects a test or a reason for each.
+they are in the file, so that a block that is added there is run too. guides_test.py expects a test or a reason for
+each.
 """
 
 import os

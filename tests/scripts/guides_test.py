@@ -54,23 +54,23 @@ RUN = (
     ("examples/README.md", "Running them", "sh", "scripts/examples_test.py"),
 )
 # What is not run, by its first line, and why.
-SCRIPT = "it is a step of .ci/run"
-LONG = "it takes hours; ctest runs a part of it, and its other options are tested by scripts/{}_test.py"
+STEP = "a step of .ci/run"
+LONG = "it takes hours; scripts/{}_test.py tests the script with little"
 RELIABILITY = "it takes hours; the tests of tests/reliability are a part of it"
 SYSTEM = "it installs something on the computer"
 NOT_RUN = {
-    "CONTRIBUTING.md": {"./scripts/build                  # into": SCRIPT},
-    "README.md": {"./scripts/run     # installs": SCRIPT},
+    "CONTRIBUTING.md": {"./scripts/build                  # into": "steps of .ci/run, and what takes too long for it"},
+    "README.md": {"./scripts/run     # installs": "both are steps of .ci/run"},
     "docs/first-hour.md": {"pcdview --sdk sim": "a window stays open; test_pcdview_program starts and ends it"},
     "docs/gui.md": {
-        "#include <PCdGui/PCdGui.h>": "a few lines of a program, with what is left out; examples/qt-host has them whole",
+        "#include <PCdGui/PCdGui.h>": "lines of a program without the rest of it; the tests of PCdGui call them",
         "PCD_SCREENSHOTS=/some/folder": "the folder is the reader's; its test is one of ctest"},
     "docs/packaging.md": {
-        "scripts/package          # installs": SCRIPT,
+        "scripts/package          # installs": f"{STEP}; {SYSTEM}",
         "#!/usr/bin/make -f": "it needs the packages on the computer, where the tests install none",
-        "cmake -G Ninja -B build -D CMAKE_BUILD_TYPE=Release": "scripts/package builds it so, and install_test.py installs it"},
+        "cmake -G Ninja -B build -D CMAKE_BUILD_TYPE=Release": "scripts/package builds and installs it like this"},
     "docs/pcdctl.md": {"pcdctl doctor --udev found | sudo": SYSTEM},
-    "docs/reliability.md": {"scripts/fuzz                     # 20": SCRIPT},
+    "docs/reliability.md": {"scripts/fuzz                     # 20": f"{STEP}, and more of the same"},
     "docs/testing.md": {"scripts/faults --all": RELIABILITY,
                         "scripts/mutate src/PCd": LONG.format("mutate")},
     "fuzz/README.md": {"scripts/fuzz                          # all": LONG.format("fuzz")},
@@ -118,7 +118,8 @@ class LedgerTest(unittest.TestCase):
 
     def test_no_line_for_pipes_is_left_out(self):
         (block,) = guide_blocks.blocks("README.md", "In a pipe")
-        self.assertEqual([line.split("   #")[0] for line in block.text.splitlines()], pipelines_test.lines_of("README.md"))
+        lines = [line.split("   #")[0] for line in block.text.splitlines()]
+        self.assertEqual(lines, pipelines_test.lines_of("README.md"))
 
     def test_the_tests_read_the_guides(self):
         for guide, _, _, test in RUN:
