@@ -661,6 +661,10 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <source>Recording in progress: %1. Stop recording and change the resolution?</source>
         <translation>Идёт запись: %1. Завершить её и сменить разрешение?</translation>
     </message>
+    <message>
+        <source>Recording in progress: %1. Stop recording and change the region?</source>
+        <translation>Идёт запись: %1. Завершить её и сменить область?</translation>
+    </message>
 </context>
 <context>
     <name>PToolBar</name>

@@ -4,6 +4,7 @@
 
 #include <apps/pcdview/camera/PViewCamera.h>
 #include <apps/pcdview/capture/PCaptureFolder.h>
+#include <apps/pcdview/view/PImageView.h>
 #include <apps/pcdview/window/camera/PCameraPage.h>
 #include <apps/pcdview/window/camera/PCameraTabs.h>
 #include <apps/pcdview/window/main/PMainWindow.h>
@@ -314,6 +315,34 @@ TEST_F(RecordSessionTest, the_resolution_changes_only_if_the_user_gives_up_the_r
     ASSERT_TRUE(waitForText(u"ended early"_qs)) << text().toStdString();
     ASSERT_TRUE(waitUntil([this] { return inFront().frame().image.width() == 160; }));
     EXPECT_GT(QImageReader(recorded()).imageCount(), before);
+}
+
+TEST_F(RecordSessionTest, the_region_changes_only_if_the_user_gives_up_the_recording) {
+    const QString question =
+        u"Recording in progress: Small-S0001. Stop recording and change the region?"_qs;
+    const auto draw = [this] {
+        QTest::keyClick(&window(), Qt::Key_D, Qt::ControlModifier);
+        const QPoint centre = page().view().rect().center();
+        drag(centre, centre + QPoint(60, 60));
+        EXPECT_EQ(page().view().tool(), PImageView::Tool::Move);
+    };
+    const auto width = [this] { return int(inFront().frame().image.width()); };
+    widget<QComboBox>(u"recordEnd"_qs).setCurrentIndex(2);
+    pressButton();
+    ASSERT_TRUE(waitUntil([this] { return written() >= 5; }));
+    declineNext(question);
+    draw();
+    declineNext(question);
+    widget<QAction>(u"wholeSensor"_qs).trigger();
+    const int before = written();
+    ASSERT_TRUE(waitUntil([&] { return written() > before; }));
+    EXPECT_EQ(width(), 320);
+    answerNext(QMessageBox::Yes);
+    draw();
+    ASSERT_TRUE(waitForText(u"ended early"_qs)) << text().toStdString();
+    ASSERT_TRUE(waitUntil([&] { return width() < 320; }));
+    unasked([this] { widget<QAction>(u"wholeSensor"_qs).trigger(); });
+    EXPECT_TRUE(waitUntil([&] { return width() == 320; }));
 }
 
 TEST_F(RecordSessionTest, what_needs_the_live_picture_says_so_while_it_is_stopped) {

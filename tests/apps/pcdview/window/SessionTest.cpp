@@ -94,13 +94,6 @@ protected:
         QTest::keyClick(&window(), key, modifiers);
     }
 
-    void drag(QPoint from, QPoint to) {
-        PImageView* const view = &page().view();
-        QTest::mousePress(view, Qt::LeftButton, {}, from);
-        QTest::mouseMove(view, to);
-        QTest::mouseRelease(view, Qt::LeftButton, {}, to);
-    }
-
     /// The camera owes a still, which does not arrive.
     void awaitStill() {
         start({camera()});

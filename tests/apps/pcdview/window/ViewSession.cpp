@@ -3,6 +3,7 @@
 
 #include <apps/pcdview/camera/PViewCamera.h>
 #include <apps/pcdview/capture/PCaptureFolder.h>
+#include <apps/pcdview/view/PImageView.h>
 #include <apps/pcdview/window/camera/PCameraPage.h>
 #include <apps/pcdview/window/camera/PCameraTabs.h>
 #include <apps/pcdview/window/main/PMainWindow.h>
@@ -12,6 +13,7 @@
 #include <QJsonDocument>
 #include <QLabel>
 #include <QSettings>
+#include <QTest>
 #include <QTranslator>
 
 #include <array>
@@ -128,6 +130,13 @@ bool ViewSession::waitForNewFrames() {
         const auto& stamp = inFront().frame().stamp;
         return stamp != nullptr && stamp->sequence >= enough;
     });
+}
+
+void ViewSession::drag(QPoint from, QPoint to) {
+    PImageView* const view = &page().view();
+    QTest::mousePress(view, Qt::LeftButton, {}, from);
+    QTest::mouseMove(view, to);
+    QTest::mouseRelease(view, Qt::LeftButton, {}, to);
 }
 
 bool ViewSession::hold(const char* camera) {

@@ -8,6 +8,7 @@
 
 #include <QJsonArray>
 #include <QJsonObject>
+#include <QPoint>
 #include <QWidget>
 
 #include <memory>
@@ -49,6 +50,8 @@ protected:
     QStringList cutOff();
     /// Waits for frames of the camera in front that are newer than this call.
     bool waitForNewFrames();
+    /// Drags the mouse over the view of the camera in front, with the left button pressed.
+    void drag(QPoint from, QPoint to);
     /// Unplugs and plugs in a simulated camera.
     static bool unplug(const char* camera);
     static bool plug(const char* camera);

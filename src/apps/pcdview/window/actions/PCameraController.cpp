@@ -62,8 +62,11 @@ void PCameraController::connectList(PCameraListPanel& list) {
 void PCameraController::connectActions() {
     connect(m_actions.live, &QAction::toggled, this, &PCameraController::setLive);
     connect(m_actions.region, &QAction::toggled, this, &PCameraController::setRegionTool);
-    connect(m_actions.wholeSensor, &QAction::triggered, this,
-            [this] { m_tabs.currentPage()->useWholeSensor(); });
+    connect(m_actions.wholeSensor, &QAction::triggered, this, [this] {
+        PCameraPage* const page = m_tabs.currentPage();
+        if (m_recording.mayChangeRegion(page->camera()))
+            page->useWholeSensor();
+    });
     connect(m_actions.pixelSize, &QAction::triggered, this, &PCameraController::choosePixelSize);
     connect(m_actions.search, &QAction::triggered, &m_tabs, &PCameraTabs::search);
     connect(m_actions.closeCamera, &QAction::triggered, this,
@@ -73,6 +76,11 @@ void PCameraController::connectActions() {
 void PCameraController::addPage(PCameraPage* page) {
     connect(&page->view(), &PImageView::regionCancelled, this,
             [this] { m_actions.region->setChecked(false); });
+    connect(&page->view(), &PImageView::regionDrawn, this, [this, page](const QRect& region) {
+        m_actions.region->setChecked(false); // before the question
+        if (m_recording.mayChangeRegion(page->camera()))
+            page->useRegion(region);
+    });
     const PViewCamera& camera = page->camera();
     connect(&camera, &PViewCamera::stateChanged, this,
             [this, page, &camera, wasUnplugged = false]() mutable {

@@ -123,6 +123,10 @@ bool PRecordController::mayChangeMode(const PViewCamera& camera) {
                   tr("Recording in progress: %1. Stop recording and change the resolution?"));
 }
 
+bool PRecordController::mayChangeRegion(const PViewCamera& camera) {
+    return mayEnd(camera, tr("Recording in progress: %1. Stop recording and change the region?"));
+}
+
 bool PRecordController::finishFiles() {
     QMessageBox box(QMessageBox::Information, tr("Recording"), {}, QMessageBox::Cancel, m_window);
     bool hasFailed = false;

@@ -29,8 +29,9 @@ public:
     /// True if the live picture of this camera may be stopped, which ends a recording: there is
     /// none, or the user has confirmed that.
     bool mayStopLive(const PViewCamera& camera);
-    /// Likewise for its mode, as all frames of a recording have the same size.
+    /// Likewise for its mode and region, as all frames of a recording have the same size.
     bool mayChangeMode(const PViewCamera& camera);
+    bool mayChangeRegion(const PViewCamera& camera);
     /// True if the window may close: no recording is running, or the user has confirmed that all of
     /// them end. They keep running until finishFiles().
     bool mayCloseWindow();

@@ -54,7 +54,6 @@ PCameraPage::PCameraPage(PViewCamera* camera, QWidget* parent)
     connect(camera, &PViewCamera::stateChanged, this, &PCameraPage::showState);
     connect(camera, &PViewCamera::snapshotTaken, this, &PCameraPage::showState);
     connect(camera, &PViewCamera::frameChanged, this, &PCameraPage::showFrame);
-    connect(m_view, &PImageView::regionDrawn, this, &PCameraPage::useRegion);
     showState();
 }
 
@@ -108,8 +107,6 @@ bool PCameraPage::hasRegions() const {
 }
 
 void PCameraPage::useRegion(const QRect& inPicture) {
-    m_view->setTool(PImageView::Tool::Move);
-    emit m_view->regionCancelled();
     PDeviceProperty* const property = findRegion(*m_camera);
     if (property == nullptr)
         return setMessage(tr("The region of this camera cannot be set."));
