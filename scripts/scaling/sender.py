@@ -51,9 +51,11 @@ class Sender:
         emit("playing", name=self.name, base_time=self.pipeline.get_base_time() / Gst.SECOND,
              state=state[1].value_nick)
         run_until_interrupted(self.loop)
-        dropped = self.camera.get_property("dropped")
-        emit("end", name=self.name, pictures=self.pictures, bytes=self.bytes, dropped=dropped,
-             errors=self.errors)
+        stats = self.camera.get_property("stats")
+        counts = {stats.nth_field_name(n): stats.get_value(stats.nth_field_name(n))
+                  for n in range(stats.n_fields())}
+        emit("end", name=self.name, pictures=self.pictures, bytes=self.bytes,
+             dropped=self.camera.get_property("dropped"), counts=counts, errors=self.errors)
         self.pipeline.set_state(Gst.State.NULL)
 
 

@@ -79,11 +79,11 @@ class PipelineTest(unittest.TestCase):
                               "! fakesink silent=false")
         return len(re.findall(r"last-message = chain ", output))
 
-    def write_scene(self, faults=(), fps=60):
+    def write_scene(self, faults=(), fps=60, size=(320, 240)):
         """A scene with one small camera; returns its file."""
         camera = {"id": "a", "model": "Simulated-A", "serial": "A1",
                   "flags": ["USB30"], "speedLevels": 1, "source": {"kind": "patches"},
-                  "resolutions": [{"width": 320, "height": 240, "fps": fps}]}
+                  "resolutions": [{"width": size[0], "height": size[1], "fps": fps}]}
         path = self.here / "scene.json"
         path.write_text(json.dumps({"cameras": [camera], "faults": list(faults)}))
         return path
