@@ -8,9 +8,11 @@
 #include <utility>
 
 #include <fcntl.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
-/// A pcdctl whose standard output is a pipe that the test reads when it wants to. One thread.
+/// A pcdctl whose standard output is a pipe, from which the test reads when it wants to, or another
+/// program. One thread.
 class PipeProcess {
 public:
     explicit PipeProcess(const QStringList& arguments)
@@ -23,6 +25,8 @@ public:
         process.with([writer = m_writer] { dup2(writer, STDOUT_FILENO); });
     }
     ~PipeProcess() {
+        reader.kill();
+        reader.waitForFinished();
         closeReader();
         closeWriter();
     }
@@ -49,8 +53,21 @@ public:
     }
     QByteArray readAll() { return read(std::numeric_limits<int>::max()); }
     void closeReader() { closeEnd(m_reader); }
+    /// Starts a script of sh that reads in place of the test, which keeps the pipe open too.
+    void startReader(const QString& script) {
+        reader.setChildProcessModifier([end = m_reader] { dup2(end, STDIN_FILENO); });
+        reader.start(u"sh"_qs, {u"-c"_qs, script});
+    }
+    /// True if the pipe has no page left: who writes more has to wait.
+    bool isFull() const {
+        int held = 0;
+        ioctl(m_reader, FIONREAD, &held);
+        // Of the first and the last page a part may be unused.
+        return held > fcntl(m_reader, F_GETPIPE_SZ) - 3 * int(sysconf(_SC_PAGESIZE));
+    }
 
     CtlProcess process;
+    QProcess reader;
 
 private:
     static void closeEnd(int& end) {

@@ -7,6 +7,7 @@
 #include <support/WaitUntil.h>
 
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonDocument>
 
 #include <csignal>
@@ -41,6 +42,47 @@ protected:
         const qsizetype begin = errors.indexOf("{\n");
         const qsizetype end = errors.indexOf("\n}\n", begin) + 2;
         return QJsonDocument::fromJson(errors.mid(begin, end - begin)).object();
+    }
+    /// To be called in the new process: its files hold two frames and a half.
+    static void limitFiles() {
+        const rlimit limit{rlim_t(5) * frameBytes / 2, RLIM_INFINITY};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    /// Checks that every frame which the camera made is in the ledger and, once it reached the
+    /// program, in what was passed on. Returns the latter.
+    static QJsonObject checkBalance(const QJsonObject& report) {
+        const QJsonObject passed = report[u"passed_on"_qs].toObject();
+        const QJsonObject ledger = report[u"ledger"_qs].toObject();
+        int found = 0;
+        for (const QString& key : {u"written"_qs, u"dropped"_qs, u"unwritten"_qs, u"after_end"_qs})
+            found += passed[key].toInt();
+        const std::string text = QJsonDocument(report).toJson().toStdString();
+        EXPECT_EQ(passed[u"arrived"_qs].toInt(), found) << text;
+        EXPECT_EQ(passed[u"arrived"_qs].toInt(), ledger[u"delivered"_qs].toInt()) << text;
+        EXPECT_GT(found, 0) << text;
+        EXPECT_TRUE(passed[u"balanced"_qs].toBool()) << text;
+        EXPECT_TRUE(ledger[u"balanced"_qs].toBool()) << text;
+        return passed;
+    }
+    /// Checks that a stream ends well when its reader, a script of sh, is killed. It makes the
+    /// file "read" when that is to happen.
+    void checkKilledReader(const QString& script, bool isBlocked) const {
+        PipeProcess pipe(arguments({u"-n"_qs, u"1000000"_qs}));
+        pipe.start();
+        const QString signal = path(u"read"_qs);
+        pipe.startReader(script.arg(QString::number(frameBytes), signal));
+        EXPECT_TRUE(waitUntil([&] { return QFile::exists(signal); }, std::chrono::minutes(2)));
+        EXPECT_TRUE(!isBlocked || waitUntil([&] { return pipe.isFull(); }));
+        pipe.closeReader(); // so that the script is the only one
+        EXPECT_TRUE(pipe.process.isRunning());
+        pipe.reader.kill();
+        ASSERT_TRUE(pipe.process.finish());
+        const QByteArray errors = pipe.process.errors();
+        EXPECT_EQ(pipe.process.exitCode(), 0) << errors.toStdString();
+        const QJsonObject passed = checkBalance(report(errors));
+        EXPECT_TRUE(passed[u"reader_closed"_qs].toBool()) << errors.toStdString();
+        EXPECT_GE(passed[u"written"_qs].toInt(), 1);
+        EXPECT_FALSE(report(errors).contains(u"error"_qs));
     }
     /// Waits until the program has called this function of the SDK, on a busy computer too.
     bool waitForCall(const char* function) const {
@@ -94,6 +136,14 @@ TEST_F(StreamPipeEnds, a_reader_that_closes_the_pipe_ends_the_stream_although_no
     EXPECT_EQ(pipe.process.exitCode(), 0) << pipe.process.errors().toStdString();
 }
 
+TEST_F(StreamPipeEnds, a_reader_that_is_killed_while_it_reads_ends_the_stream_and_all_is_well) {
+    checkKilledReader(u"head -c %1 > /dev/null; touch '%2'; exec cat > /dev/null"_qs, false);
+}
+
+TEST_F(StreamPipeEnds, a_reader_that_is_killed_while_the_stream_waits_for_it_ends_that_too) {
+    checkKilledReader(u"head -c %1 > /dev/null; touch '%2'; exec sleep 1000"_qs, true);
+}
+
 TEST_F(StreamPipeEnds, without_a_reader_from_the_start_it_ends_too) {
     PipeProcess pipe(arguments({}));
     pipe.closeReader();
@@ -143,19 +193,43 @@ TEST_F(StreamPipeEnds, a_full_disk_is_named_and_ends_the_stream_with_a_failure) 
     const QByteArray message = "cannot write frame 1 to standard output: No space left on device";
     EXPECT_TRUE(errors.contains("pcdctl: " + message + '\n')) << errors.toStdString();
     EXPECT_EQ(report(errors)[u"error"_qs].toString(), QString::fromUtf8(message));
+    const QJsonObject passed = checkBalance(report(errors));
+    EXPECT_EQ(passed[u"written"_qs].toInt(), 0);
+    EXPECT_GE(passed[u"unwritten"_qs].toInt(), 1);
+}
+
+TEST_F(StreamPipeEnds, standard_output_on_a_disk_that_is_full_is_named_and_counted) {
+    const QByteArray file = QFile::encodeName(path(u"frames.raw"_qs));
+    CtlProcess process(arguments({}));
+    process.with([file] {
+        dup2(open(file.constData(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600), STDOUT_FILENO);
+        limitFiles();
+    });
+    ASSERT_TRUE(process.finish());
+    const QByteArray errors = process.errors();
+    EXPECT_EQ(process.exitCode(), 1);
+    EXPECT_TRUE(errors.contains("cannot write frame 3 to standard output: File too large"))
+        << errors.toStdString();
+    const QJsonObject passed = checkBalance(report(errors));
+    EXPECT_EQ(passed[u"written"_qs].toInt(), 2);
+    EXPECT_GE(passed[u"unwritten"_qs].toInt(), 1);
+    // Of others than new files it has a part of the next one too.
+    EXPECT_EQ(passed[u"bytes"_qs].toInt(), 5 * frameBytes / 2);
+    EXPECT_EQ(QFileInfo(QFile::decodeName(file)).size(), 5 * frameBytes / 2);
 }
 
 TEST_F(StreamPipeEnds, a_file_on_a_disk_that_is_full_keeps_its_whole_frames) {
     const QString file = path(u"frames.raw"_qs);
     CtlProcess process({u"stream"_qs, u"--to"_qs, file, u"--sdk=sim"_qs, u"--scene"_qs,
-                        scene.writeTo(path(u"scene.json"_qs))});
-    process.with([] {
-        const rlimit limit{rlim_t(5) * frameBytes / 2, RLIM_INFINITY};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    });
+                        scene.writeTo(path(u"scene.json"_qs)), jsonWord});
+    process.with([] { limitFiles(); });
     ASSERT_TRUE(process.finish());
     EXPECT_EQ(process.exitCode(), 1);
-    EXPECT_TRUE(process.errors().contains("cannot write frame 3 to \""));
+    const QByteArray message =
+        "cannot write frame 3 to \"" + QFile::encodeName(file) + "\": File too large\n";
+    const QByteArray errors = process.errors();
+    EXPECT_TRUE(errors.contains(message)) << errors.toStdString();
+    EXPECT_EQ(checkBalance(process.json())[u"written"_qs].toInt(), 2);
     EXPECT_EQ(QFile(file).size(), 2 * frameBytes);
 }
 
