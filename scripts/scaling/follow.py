@@ -35,17 +35,35 @@ class FollowError(Exception):
     """The recording cannot be followed to its end; the text says why."""
 
 
+def try_rclone(words, text):
+    """Runs rclone once; returns why it failed, or nothing. It is ended at its first error: with a store
+    that is gone it would try each of many chunks for seconds."""
+    with tempfile.TemporaryFile("w+") as given:
+        given.write(text)
+        given.seek(0)
+        process = subprocess.Popen([*RCLONE, *map(str, words)], stdin=given, stderr=subprocess.PIPE,
+                                   text=True, preexec_fn=end_with_parent)
+    lines, first = [], None
+    with process:
+        for line in process.stderr:
+            lines.append(line.strip())
+            if first is None and " ERROR " in line:
+                first = len(lines) - 1
+                process.kill()  # what it has written until then, with the reason, can still be read
+    if process.returncode == 0:
+        return ""
+    # What failed and why are two lines.
+    reason = lines[-2:] if first is None else lines[first:first + 2]
+    return " ".join(reason) or f"exit code {process.returncode}"
+
+
 def rclone(*words, text=""):
     """Runs rclone, again if it fails: a store may be started again. Raises FollowError after the last
     attempt."""
     for pause in (*PAUSES, None):
-        ended = subprocess.run([*RCLONE, *map(str, words)], input=text, text=True, check=False,
-                               stderr=subprocess.PIPE, preexec_fn=end_with_parent)
-        if ended.returncode == 0:
+        reason = try_rclone(words, text)
+        if not reason:
             return
-        # What failed and why are two lines.
-        lines = ended.stderr.strip().splitlines() or [f"exit code {ended.returncode}"]
-        reason = " ".join(lines[-2:])
         emit("failed", text=reason)
         if pause is not None:
             time.sleep(pause)

@@ -105,7 +105,7 @@ def run(address, port, folder):
                                        encoding="ascii")
     utils.SWIFT_CONF_FILE = storage_policy.SWIFT_CONF_FILE = str(folder / "swift.conf")
     utils.validate_hash_conf()
-    (folder / "disk").mkdir()
+    (folder / "disk").mkdir(exist_ok=True)  # it may have been there before
     for server in SERVERS:
         listener = eventlet.listen(("127.0.0.1", 0))
         ring = RingBuilder(PARTS, 1, 0)

@@ -420,6 +420,11 @@ class FollowTest(unittest.TestCase):
             follow.rclone("copy", "folder", "store:bucket")
         self.assertEqual((self.here / "tries").read_text(encoding="ascii"), "try\n" * 3)
 
+    def test_a_copy_ends_at_its_first_error_although_others_would_follow(self):
+        self.use_rclone("printf 'now ERROR : 7/0/0: Failed to copy\nno such host\n' >&2; exec sleep 1000")
+        with self.assertRaisesRegex(follow.FollowError, "times: now ERROR : 7/0/0: Failed to copy no such host$"):
+            follow.rclone("copy", "folder", "store:bucket")
+
     def test_a_store_that_comes_back_is_used_again(self):
         self.use_rclone(f"cat > {self.here}/got; mkdir {self.here}/once 2> /dev/null && exit 3; exit 0")
         follow.rclone("copy", "folder", "store:bucket", text="chunks")
