@@ -82,8 +82,9 @@ class PipelinesTest(unittest.TestCase):
         """The bytes of a film that FFmpeg decodes, and its first stream as ffprobe describes it."""
         stream = subprocess.run(["ffprobe", "-v", "error", "-show_streams", "-of", "json", name], check=True,
                                 cwd=self.folder, capture_output=True, timeout=SECONDS).stdout
-        decoded = subprocess.run(["/usr/bin/ffmpeg", "-v", "error", "-i", name, "-f", "rawvideo", *options, "-"],
-                                 check=True, cwd=self.folder, capture_output=True, timeout=SECONDS).stdout
+        decoded = subprocess.run(["/usr/bin/ffmpeg", "-v", "error", "-i", name, "-f", "rawvideo", *options,
+                                  "-"], check=True, cwd=self.folder, capture_output=True,
+                                 timeout=SECONDS).stdout
         return decoded, json.loads(stream)["streams"][0]
 
     def check_played(self, frames):
