@@ -434,7 +434,7 @@ sys.exit(12 if is_lost else wrong)
         self.addCleanup(following.kill)
         program = self.start("--pyramid", resolutions=[{"width": 320, "height": 240, "fps": 10}])
         self.wait_for_copies(program, following, 3)
-        program.send_signal(signal.SIGINT)
+        program.send_signal(signal.SIGTERM)  # a shell's background job ignores SIGINT
         output, errors = program.communicate()
         self.assertEqual(program.returncode, 0, errors)
         _, errors = following.communicate(timeout=SECONDS)
