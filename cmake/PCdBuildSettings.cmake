@@ -117,8 +117,8 @@ function(pcd_add_test name)
     # Most of the build time would go into optimising assertions that run once, and into what a debugger
     # would like to know of them: lines are enough.
     target_compile_options(${name} PRIVATE -O0 -g1)
-    # What the tests include takes longest: read it once for up to 32 of them.
-    set_target_properties(${name} PROPERTIES UNITY_BUILD_BATCH_SIZE 32)
+    # What the tests include takes longest: read it once for up to 64 of them.
+    set_target_properties(${name} PROPERTIES UNITY_BUILD_BATCH_SIZE 64)
     target_link_libraries(${name} PRIVATE pcd_settings pcd_test_support GTest::gtest GTest::gmock Qt6::Test ${arg_LINK})
     if(PCD_PRECOMPILE_TESTS)
         target_precompile_headers(${name} REUSE_FROM pcd_test_support)
