@@ -62,16 +62,10 @@ if(PCD_SANITIZE)
     endif()
 endif()
 
-if(PCD_BUILD_FUZZ)
-    # What libFuzzer follows in the code that it tests.
-    target_compile_options(pcd_settings INTERFACE -fsanitize=fuzzer-no-link)
-endif()
-
 # pcd_optimise_pixels(TARGET): for code that does much work for every pixel of every test, which would be too slow
 # under a sanitizer. Everything else is not optimised there: compiling takes twice as long, longer than running it.
-# The fuzz targets look at few pixels.
 function(pcd_optimise_pixels name)
-    if(PCD_SANITIZE AND NOT PCD_BUILD_FUZZ)
+    if(PCD_SANITIZE)
         target_compile_options(${name} PRIVATE -O1)
     endif()
 endfunction()

@@ -72,7 +72,7 @@ def chosen(root, options):
 
 def build(root, targets):
     """Builds the programs of targets. Raises BuildError."""
-    command = [root / "scripts" / "build", "--preset", "fuzz",
+    command = [root / "scripts" / "build", "--preset", "asan",
                *(target.program.name for target in targets)]
     if subprocess.run(command, check=False).returncode:
         raise BuildError("the targets do not build: see above")

@@ -5,8 +5,9 @@ from dataclasses import dataclass
 from pathlib import Path
 
 DECLARED = re.compile(r"^pcd_add_fuzz_target\((\w+)", re.MULTILINE)
-BUILD = Path("build", "fuzz")
-FINDINGS = BUILD / "findings"
+BUILD = Path("build", "asan")
+KEPT = Path("build", "fuzz")  # what runs leave, also when the build is removed
+FINDINGS = KEPT / "findings"
 
 
 @dataclass
@@ -29,7 +30,7 @@ class Target:
     @property
     def corpus(self):
         """The folder of the inputs that earlier runs have found to be of interest."""
-        return self.root / BUILD / "corpus" / self.name
+        return self.root / KEPT / "corpus" / self.name
 
 
 def all_targets(root):
