@@ -45,6 +45,7 @@ RUN = (
     ("docs/python.md", "Python", "sh", "python/documents_test.py"),
     ("docs/python.md", "Installing", "sh", "scripts/pip_test.py"),
     ("docs/recording.md", "One folder: OME-Zarr", None, "scripts/zarr_test.py"),
+    ("docs/recording.md", "Copying an OME-Zarr recording while it grows", "sh", "scripts/zarr_test.py"),
     ("docs/reliability.md", None, "sh", "scripts/guides_test.py"),
     ("docs/scale.md", None, "sh", "scripts/scale_test.py"),
     ("docs/simulator.md", None, "json", "scripts/guides_test.py"),
