@@ -18,6 +18,10 @@
 
 namespace {
 
+bool isAction(const PDeviceProperty& property) {
+    return property.type() == PCD::DevicePropertyType::Action;
+}
+
 /// False if the camera does not report the value: then its type and fields are not known. What it
 /// did not report before is read again.
 bool hasValue(PDeviceProperty& property) {
@@ -29,7 +33,7 @@ bool hasValue(PDeviceProperty& property) {
 /// The value of the text after the "=", if the property can have it.
 PCtlOutcome readValue(const PDeviceProperty& property, const QString& text, QVariant& value) {
     value = PPropertyText::toValue(text, property.valueInner(), property.rangeInner());
-    if (!value.isValid() && !PPropertyLookup::isAction(property)) {
+    if (!value.isValid() && !isAction(property)) {
         return PCtlOutcome::wrongUsage(u"\"%1\" cannot be \"%2\": expected %3"_qs.arg(
             QString::fromLatin1(property.id()), text, PPropertyCheck::expectation(property)));
     }
@@ -64,7 +68,7 @@ PCtlOutcome PCtlSettings::readWord(const QString& word, PDevice& device) {
         return PCtlOutcome::wrongUsage(u"\"%1\" is given twice: expected it once"_qs.arg(name));
     if (equals < 0 && !field.isEmpty())
         return PCtlOutcome::wrongUsage(u"\"%1\" needs a value: expected %1=VALUE"_qs.arg(name));
-    if (equals < 0 && !PPropertyLookup::isAction(*property))
+    if (equals < 0 && !isAction(*property))
         return PCtlOutcome::wrongUsage(u"\"%1\" needs a value: expected %1=VALUE, %2"_qs.arg(
             name, PPropertyCheck::expectation(*property)));
     if (!field.isEmpty())
@@ -169,7 +173,7 @@ void PCtlSettings::refuse(const QByteArray& name, const QString& requested, cons
 QList<PDeviceProperty*> PCtlSettings::properties() const {
     QList<PDeviceProperty*> all;
     for (const Setting& setting : m_settings) {
-        if (PPropertyLookup::isAction(*setting.property))
+        if (isAction(*setting.property))
             all += PCtlActionRun::affectedProperties(*setting.property);
         else
             all.append(setting.property);

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include <apps/pcdctl/completion/PPropertyCandidates.h>
-#include <apps/pcdctl/properties/PPropertyLookup.h>
 
 #include <PCd/PEnumeration.h>
 #include <PCd/property/PDeviceProperty.h>
@@ -18,13 +17,16 @@ QString toId(const PDeviceProperty& property) {
     return QString::fromLatin1(property.id());
 }
 
+bool hasNoValue(const PDeviceProperty& property) {
+    return property.type() == PCD::DevicePropertyType::Action;
+}
+
 /// "Contrast: a whole number from -100 to 100".
 QString toDescription(const PDeviceProperty& property) {
     const QStringList fields = PCompositeFields::names(property.valueInner());
-    const QString expected = !fields.isEmpty() ? u"fields "_qs + fields.join(u", "_qs)
-                             : PPropertyLookup::isAction(property)
-                                 ? u"action"_qs
-                                 : PPropertyCheck::expectation(property);
+    const QString expected = !fields.isEmpty()      ? u"fields "_qs + fields.join(u", "_qs)
+                             : hasNoValue(property) ? u"action"_qs
+                                                    : PPropertyCheck::expectation(property);
     return property.title().isEmpty() ? expected : u"%1: %2"_qs.arg(property.title(), expected);
 }
 
@@ -85,7 +87,7 @@ QVariant readField(const PDeviceProperty& property, const QString& name) {
 } // namespace
 
 PCandidates PPropertyCandidates::id(const PDeviceProperty& property) {
-    if (PPropertyLookup::isAction(property))
+    if (hasNoValue(property))
         return {};
     return {{toId(property), toDescription(property)}};
 }
@@ -93,7 +95,7 @@ PCandidates PPropertyCandidates::id(const PDeviceProperty& property) {
 PCandidates PPropertyCandidates::settings(const PDeviceProperty& property) {
     const QStringList fields = PCompositeFields::names(property.valueInner());
     if (fields.isEmpty())
-        return {{PPropertyLookup::isAction(property) ? toId(property) : toId(property) + u'=',
+        return {{hasNoValue(property) ? toId(property) : toId(property) + u'=',
                  toDescription(property)}};
     PCandidates candidates;
     for (const QString& field : fields) {
@@ -110,7 +112,7 @@ PCandidates PPropertyCandidates::values(const PDeviceProperty& property, const Q
         candidates = toSwitch();
     else if (field.isValid())
         addValue(candidates, field, QVariant(), u"now"_qs);
-    else if (name == toId(property) && !PPropertyLookup::isAction(property))
+    else if (name == toId(property) && !hasNoValue(property))
         candidates = toValues(property);
     for (PCandidate& candidate : candidates)
         candidate.text.prepend(name + u'=');

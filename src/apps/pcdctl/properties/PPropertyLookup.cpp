@@ -72,7 +72,3 @@ QList<PDeviceProperty*> PPropertyLookup::findAll(PDevice& device, const QStringL
     }
     return found;
 }
-
-bool PPropertyLookup::isAction(const PDeviceProperty& property) {
-    return property.type() == PCD::DevicePropertyType::Action;
-}

@@ -19,7 +19,4 @@ PDeviceProperty* find(PDevice& device, const QString& id, PCtlOutcome& outcome);
 /// The properties with these ids, in their order, each once.
 QList<PDeviceProperty*> findAll(PDevice& device, const QStringList& ids, PCtlOutcome& outcome);
 
-/// True for what is done when it is set, and has no value.
-bool isAction(const PDeviceProperty& property);
-
 } // namespace PPropertyLookup

@@ -2,7 +2,6 @@
 #include <apps/pcdctl/check/bench/PCheckSettings.h>
 
 #include <apps/pcdctl/check/bench/PCheckValues.h>
-#include <apps/pcdctl/properties/PPropertyLookup.h>
 
 #include <PCd/device/PDevice.h>
 #include <PCd/profile/PDeviceProfileOrder.h>
@@ -27,7 +26,7 @@ bool hasSettableRole(const PDeviceProperty& property) {
 } // namespace
 
 bool PCheckSettings::maySet(const PDeviceProperty& property) {
-    return !PPropertyLookup::isAction(property) && !PCheckValues::isThermal(property) &&
+    return !PCheckValues::isAction(property) && !PCheckValues::isThermal(property) &&
            (property.isSerializable() || hasSettableRole(property));
 }
 

@@ -177,6 +177,10 @@ QString PCheckValues::describe(const QVariant& sent, const PDeviceProperty::Read
                                                 PPropertyText::ofValue(has.value, has.range));
 }
 
+bool PCheckValues::isAction(const PDeviceProperty& property) {
+    return property.type() == PCD::DevicePropertyType::Action;
+}
+
 bool PCheckValues::isThermal(const PDeviceProperty& property) {
     const PRoleBindings roles = PPropertyRoles::of(property);
     return std::any_of(roles.begin(), roles.end(), [](const PRoleBinding& binding) {

@@ -36,6 +36,8 @@ public:
     /// "sent 5, the camera has 7".
     static QString describe(const QVariant& sent, const PDeviceProperty::Reading& has);
 
+    /// True if the property is a command.
+    static bool isAction(const PDeviceProperty& property);
     /// True if setting the property warms or cools the camera.
     static bool isThermal(const PDeviceProperty& property);
     /// True if the property sets how long the camera exposes.

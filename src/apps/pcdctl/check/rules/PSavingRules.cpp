@@ -2,7 +2,6 @@
 #include <apps/pcdctl/check/bench/PCheckBench.h>
 #include <apps/pcdctl/check/bench/PCheckValues.h>
 #include <apps/pcdctl/check/rules/PCheckRules.h>
-#include <apps/pcdctl/properties/PPropertyLookup.h>
 
 #include <PCd/property/PDeviceProperty.h>
 #include <PCd/property/PDevicePropertyGroup.h>
@@ -79,7 +78,7 @@ PCheckResult examineNewGroups(PCheckBench& bench) {
 
 PCheckResult examineForm(PCheckBench& bench) {
     const PDeviceProperty& property = bench.property();
-    if (PPropertyLookup::isAction(property) || !property.isSerializable())
+    if (PCheckValues::isAction(property) || !property.isSerializable())
         return PCheckResult::skipped(u"is not saved"_qs);
     const Reading reading = bench.property().readFromDevice();
     const QVariant form = PPropertyEncoding::toForm(reading.value, reading.range);

@@ -2,7 +2,6 @@
 #include <apps/pcdctl/check/bench/PCheckBench.h>
 #include <apps/pcdctl/check/bench/PCheckValues.h>
 #include <apps/pcdctl/check/rules/PCheckRules.h>
-#include <apps/pcdctl/properties/PPropertyLookup.h>
 
 #include <PCd/property/PDeviceProperty.h>
 #include <PCd/property/PPropertyCheck.h>
@@ -37,7 +36,7 @@ PCheckResult examineStability(PCheckBench& bench) {
 PCheckResult examineInRange(PCheckBench& bench) {
     PDeviceProperty& property = bench.property();
     const Reading reading = property.readFromDevice();
-    if (PPropertyLookup::isAction(property) || !PCheckValues::isUsable(reading.range))
+    if (PCheckValues::isAction(property) || !PCheckValues::isUsable(reading.range))
         return PCheckResult::skipped(u"has no range"_qs);
     if (bench.isInert(property))
         return PCheckResult::skipped(PCheckResult::inertText());
@@ -79,7 +78,7 @@ PCheckResult examineReading(PCheckBench& bench) {
     const QVariant set = property.readFromDevice().value;
     QString problem;
     for (PDeviceProperty* const reader : bench.properties()) {
-        if (reader == &property || PPropertyLookup::isAction(*reader))
+        if (reader == &property || PCheckValues::isAction(*reader))
             continue;
         reader->readFromDevice();
         const Reading has = property.readFromDevice();
