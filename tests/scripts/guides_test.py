@@ -83,6 +83,10 @@ SCENE = {"cameras": [
     {"id": "a", "model": "Simulated-A", "serial": "A1",
      "resolutions": [{"width": size, "height": size, "fps": 60} for size in (256, 128, 64)]},
     {"id": "b", "model": "Simulated-B", "serial": "B1", "resolutions": [{"width": 64, "height": 48, "fps": 60}]}]}
+# A player that its user closes after some frames: what it shows, pipelines_test.py compares.
+PLAYER = """#!/bin/bash
+head --bytes=1000000 | SDL_VIDEODRIVER=dummy SDL_AUDIODRIVER=dummy /usr/bin/ffplay -autoexit "$@" 2> /dev/null
+"""
 TEST_PROGRAM = re.compile(r"^.*\bbuild/bin/(?:test_\w+|\w+_test)\b.*$", re.MULTILINE)
 FILTERED = re.compile(r"build/bin/(\w+)(?: --gtest_filter='([^']+)')?")
 
@@ -154,7 +158,7 @@ class GuideTest(unittest.TestCase):
         guide_blocks.make_tree(self.root, BUILD)
         tools = self.folder / "tools"
         tools.mkdir()
-        (tools / "ffplay").write_text(pipelines_test.READER, encoding="utf-8")
+        (tools / "ffplay").write_text(PLAYER, encoding="utf-8")
         (tools / "ffplay").chmod(0o755)
         self.environment = {**os.environ, "PATH": f"{tools}:{os.environ['PATH']}", "HOME": str(self.folder),
                             "TOUPCAM_LIBRARY": "", "LC_ALL": "C.UTF-8"}

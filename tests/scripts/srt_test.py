@@ -19,6 +19,7 @@ sys.path.insert(0, str(ROOT / "scripts"))
 sys.dont_write_bytecode = True
 
 import gstreamer_test  # noqa: E402  (the paths come first)
+import guide_blocks  # noqa: E402
 from scaling import faults, live  # noqa: E402
 from scaling.events import Events  # noqa: E402
 from scaling.machine import resident_megabytes  # noqa: E402
@@ -30,8 +31,8 @@ WIDTH, HEIGHT, FPS = 640, 480, 60
 
 def guide_pipelines():
     """The receiver's and the sender's pipeline of the guide."""
-    (block,) = [block for block in gstreamer_test.BLOCK.findall(
-        gstreamer_test.GUIDE.read_text(encoding="utf-8")) if "srtsink" in block]
+    (block,) = [block.text for block in guide_blocks.blocks("docs/gstreamer.md", language="sh")
+                if "srtsink" in block.text]
     commands = re.findall(r"^gst-launch-1.0 (.*?)(?: &)?$", block.replace("\\\n", " "), re.MULTILINE)
     return [" ".join(shlex.split(command)) for command in commands]
 
