@@ -371,10 +371,9 @@ class TextsTest(unittest.TestCase):
         files = [path.read_text(encoding="utf-8") for path in EXAMPLES.rglob("*.*")
                  if path.suffix in (".cpp", ".h", ".txt")]
         code = "\n".join(line.strip() for text in files for line in text.splitlines())
-        guides = {name: (ROOT / "docs" / name).read_text(encoding="utf-8")
-                  for name in ("own-host.md", "own-driver.md", "packaging.md")}
-        quotes = [(name, quote) for name, guide in guides.items()
-                  for quote in re.findall(r"```(?:cpp|cmake)\n(.*?)```", guide, re.DOTALL)]
+        guides = ("docs/own-host.md", "docs/own-driver.md", "docs/packaging.md")
+        quotes = [(guide, block.text) for guide in guides for block in guide_blocks.blocks(guide)
+                  if block.language in ("cpp", "cmake")]
         self.assertGreater(len(quotes), 5)
         for name, quote in quotes:
             for part in re.split(r"^\s*…\n", quote, flags=re.MULTILINE):

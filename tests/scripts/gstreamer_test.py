@@ -20,7 +20,6 @@ from pathlib import Path
 import guide_blocks
 
 ROOT = guide_blocks.ROOT
-BLOCK = re.compile(r"^```sh\n(.*?)^```", re.MULTILINE | re.DOTALL)  # for scale_test.py
 README_LINE = re.compile(r"^With a display, `(gst-launch-1\.0 .*?)`", re.MULTILINE)
 SECONDS = 120  # that a command may take
 PLUGIN = None

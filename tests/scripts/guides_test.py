@@ -39,7 +39,7 @@ RUN = (
     ("docs/packaging.md", None, "cmake", "scripts/examples_test.py"),
     ("docs/pcdctl.md", None, "json", "scripts/guides_test.py"),
     ("docs/pcdctl.md", None, "sh", "scripts/guides_test.py"),
-    ("docs/pipes.md", None, None, "scripts/pipelines_test.py"),
+    ("docs/pipes.md", None, "sh", "scripts/pipelines_test.py"),
     ("docs/profiles.md", None, "json", "scripts/guides_test.py"),
     ("docs/python.md", None, "python", "python/documents_test.py"),
     ("docs/python.md", "Python", "sh", "python/documents_test.py"),

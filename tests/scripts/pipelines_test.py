@@ -16,8 +16,9 @@ import unittest
 import zlib
 from pathlib import Path
 
-ROOT = Path(__file__).resolve().parents[2]
-BLOCK = re.compile(r"^ *```(?:sh)?\n(.*?)^ *```$", re.MULTILINE | re.DOTALL)
+import guide_blocks
+
+ROOT = guide_blocks.ROOT
 SECONDS = 240
 PCDCTL = None
 
@@ -47,8 +48,8 @@ class Film:
 
 def lines_of(name):
     """The command lines with --to in the blocks of a guide, without comments."""
-    text = (ROOT / name).read_text(encoding="utf-8")
-    lines = [line.strip() for block in BLOCK.findall(text) for line in block.splitlines()]
+    blocks = guide_blocks.blocks(name, language="sh")
+    lines = [line.strip() for block in blocks for line in block.text.splitlines()]
     return [line.split("   #")[0] for line in lines if re.match(r"\S*pcdctl .*--to", line)]
 
 

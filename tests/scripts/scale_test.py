@@ -25,10 +25,11 @@ sys.path.insert(0, str(ROOT / "scripts"))
 sys.dont_write_bytecode = True
 
 import gstreamer_test  # noqa: E402  (the paths come first)
+import guide_blocks  # noqa: E402
 from scaling import arithmetic, daemons, events, faults, follow, live, store  # noqa: E402
 
 GUIDE = (ROOT / "docs" / "scale.md").read_text(encoding="utf-8")
-BLOCKS = gstreamer_test.BLOCK.findall(GUIDE)
+BLOCKS = [block.text for block in guide_blocks.blocks("docs/scale.md", language="sh")]
 EXPERIMENTS = [line for block in BLOCKS for line in block.splitlines()
                if line.startswith("scripts/scale ")]
 BUILD = None

@@ -9,7 +9,6 @@ Usage: zarr_test.py PCDCTL
 import csv
 import json
 import os
-import re
 import shlex
 import signal
 import subprocess
@@ -26,7 +25,8 @@ import numpy
 import tifffile
 import zarr
 
-ROOT = Path(__file__).resolve().parents[2]
+import guide_blocks
+
 PCDCTL = None
 SECONDS = 300  # that a recording may take
 OME = "{http://www.openmicroscopy.org/Schemas/OME/2016-06}"
@@ -408,12 +408,10 @@ sys.exit(12 if is_lost else wrong)
 """
 
     @staticmethod
-    def blocks(heading):
-        """The blocks for the shell and for Python in a section of the guide."""
-        guide = (ROOT / "docs" / "recording.md").read_text(encoding="utf-8")
-        section = re.search(rf"^## {heading}\n(.*?)^## ", guide, re.DOTALL | re.MULTILINE)[1]
-        return [re.findall(rf"^```{name}\n(.*?)^```", section, re.DOTALL | re.MULTILINE)
-                for name in ("sh", "python")]
+    def block(heading, language):
+        """The text of the one block in a section of the guide."""
+        (found,) = guide_blocks.blocks("docs/recording.md", heading, language)
+        return found.text
 
     def passes(self):
         """For each call of rsync: the frames of the recording, those that the copy counts, what is wrong."""
@@ -421,7 +419,7 @@ sys.exit(12 if is_lost else wrong)
         return [json.loads(line) for line in log.read_text().splitlines()] if log.exists() else []
 
     def test_a_copy_by_rsync_counts_what_it_has_at_any_time(self):
-        ((recipe,), _) = self.blocks("Copying an OME-Zarr recording while it grows")
+        recipe = self.block("Copying an OME-Zarr recording while it grows", "sh")
         tools = self.folder / "tools"
         tools.mkdir()
         for name, text in (("rsync", self.RSYNC.format(python=sys.executable)),
@@ -455,7 +453,7 @@ sys.exit(12 if is_lost else wrong)
             time.sleep(0.02)
 
     def test_the_examples_do_what_the_guide_says(self):
-        ((shell,), (script,)) = self.blocks("One folder: OME-Zarr")
+        shell, script = (self.block("One folder: OME-Zarr", language) for language in ("sh", "python"))
         for line in shell.splitlines():
             words = shlex.split(line)
             self.assertEqual(words[0], "pcdctl")
