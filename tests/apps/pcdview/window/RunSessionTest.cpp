@@ -104,6 +104,8 @@ TEST_F(RunSessionTest, a_repeated_run_is_saved_and_the_live_picture_after_it_is_
     // The panel keeps forwarding the frames that arrive.
     ASSERT_TRUE(waitUntil([&] { return inFront().ledger().snapshots >= ofRun + 10; }));
     QTest::keyClick(&window(), Qt::Key_S, Qt::ControlModifier);
+    // Live frames that wait for the window come before the still.
+    ASSERT_TRUE(waitUntil([&] { return picturesCounted() >= int(ofRun) + 1; }));
     const quint64 forwarded = inFront().ledger().snapshots;
     ASSERT_TRUE(waitUntil([&] { return inFront().ledger().snapshots >= forwarded + 10; }));
     EXPECT_EQ(quint64(filesInTheEnd()), ofRun + 1); // and the still
