@@ -223,6 +223,17 @@ TEST_F(SimFault, plan_plugs_a_camera_in_at_its_time) {
     EXPECT_TRUE(eventually([&] { return Toupcam_EnumV2(records) == 1; }));
 }
 
+TEST_F(SimFault, steps_of_the_plan_at_0_ms_are_done_when_the_scene_is_there) {
+    SimCameraText camera;
+    camera.extra = R"(, "plugged": false)";
+    for (int i = 0; i < 20; ++i) {
+        load(makeScene({camera}, R"([{"do": "plug", "camera": "cam", "atMs": 0},
+                                   {"do": "unplug", "camera": "cam", "atMs": 1000000}])"));
+        ToupcamDeviceV2 records[TOUPCAM_MAX];
+        ASSERT_EQ(Toupcam_EnumV2(records), 1U);
+    }
+}
+
 TEST_F(SimFault, plan_pushes_a_malformed_frame_between_two_others) {
     load(makeScene({SimCameraText()},
                    R"([{"do": "pushMalformed", "camera": "cam", "afterFrames": 2, "width": 7,

@@ -61,6 +61,9 @@ void PSimFaultPlan::start() {
         else if (spec.action == Action::Answer)
             m_world.faults().answerOption(spec.option.value_or(0), spec.value);
     }
+    // Here and not by the timer, so that nothing that the client does comes before them.
+    while (const PSimFaultSpec* const step = takeImmediate())
+        perform(*step);
     const std::lock_guard lock(m_mutex);
     if (!nextTimed())
         return;
@@ -114,6 +117,16 @@ PSimFaultPlan::Step* PSimFaultPlan::nextTimed() {
             next = &step;
     }
     return next;
+}
+
+// The next step at 0 ms, marked as done; null if none is left.
+const PSimFaultSpec* PSimFaultPlan::takeImmediate() {
+    const std::lock_guard lock(m_mutex);
+    Step* const step = nextTimed();
+    if (step == nullptr || *step->spec.atMs > 0)
+        return nullptr;
+    step->done = true;
+    return &step->spec;
 }
 
 void PSimFaultPlan::runTimer() {

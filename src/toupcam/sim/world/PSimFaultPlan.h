@@ -18,7 +18,8 @@ public:
     PSimFaultPlan(const PSimFaultPlan&) = delete;
     PSimFaultPlan& operator=(const PSimFaultPlan&) = delete;
 
-    /// Sets the calls that fail or take longer, and starts the clock for the timed steps.
+    /// Sets the calls that fail or take longer, performs the steps at 0 ms, and starts the clock
+    /// for the later ones. Not from a callback.
     void start();
     /// Starts no more timed steps, and waits for one in progress. Not from a callback.
     void stop();
@@ -37,6 +38,7 @@ private:
     bool isLost(const QByteArray& camera, std::uint64_t taken, std::uint64_t triggered) const;
     bool isUnlucky(const PSimFaultSpec& step, std::uint64_t taken) const;
     void frameDone(const QByteArray& camera, std::uint64_t taken);
+    const PSimFaultSpec* takeImmediate();
     void runTimer();
     const PSimFaultSpec* waitForTimed();
     Step* nextTimed();
