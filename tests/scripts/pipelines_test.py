@@ -25,7 +25,8 @@ PCDCTL = None
 # In the place of a program of FFmpeg: keeps a copy of what it is given. A player whose film is over
 # ends, instead of waiting for a key, and reports each frame that it decoded.
 KEEPER = "#!/bin/bash\nset -o pipefail\ntee given.y4m | /usr/bin/{name} {options} \"$@\" 2> report\n"
-OPTIONS = {"ffplay": "-autoexit -vf showinfo", "ffmpeg": ""}
+# On a busy machine a player leaves frames out, to show the others in time.
+OPTIONS = {"ffplay": "-autoexit -noframedrop -vf showinfo", "ffmpeg": ""}
 
 
 class Film:
