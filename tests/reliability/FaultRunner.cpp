@@ -109,7 +109,7 @@ void FaultRunner::addLeaks(QStringList& complaints) const {
     if (const unsigned handles = ToupcamSim_openHandles(); handles > 0)
         complaints.append(u"%1 handles are still open"_qs.arg(handles));
     // A thread that has been joined may still be listed for a moment.
-    const auto isIdle = [this] { return ProcessState::now().holdsAsMuchAs(m_idle); };
+    const auto isIdle = [this] { return ProcessState::now().isIdleAs(m_idle); };
     if (!waitShortly(isIdle, std::chrono::seconds(5)))
         complaints.append(u"the process holds %1 instead of %2: %3"_qs.arg(
             ProcessState::now().text(), m_idle.text(), ProcessState::threadNames()));

@@ -16,9 +16,10 @@ struct ProcessState {
     /// that residentBytes is not the program's.
     static bool isSanitized();
 
-    /// The same threads and file descriptors as in an earlier state.
-    bool holdsAsMuchAs(const ProcessState& earlier) const {
-        return threads == earlier.threads && descriptors == earlier.descriptors;
+    /// The same file descriptors as in an earlier state and no more threads. Fewer are no fault: a
+    /// thread that has been joined is listed for a moment, then too.
+    bool isIdleAs(const ProcessState& earlier) const {
+        return threads <= earlier.threads && descriptors == earlier.descriptors;
     }
     /// In words, for messages.
     QString text() const;

@@ -130,7 +130,7 @@ protected:
 
     void checkLeaks(std::uint64_t seed) {
         EXPECT_EQ(ToupcamSim_openHandles(), 0U) << "seed " << seed;
-        EXPECT_TRUE(waitShortly([this] { return ProcessState::now().holdsAsMuchAs(m_idle); },
+        EXPECT_TRUE(waitShortly([this] { return ProcessState::now().isIdleAs(m_idle); },
                                 std::chrono::seconds(20)))
             << "seed " << seed << ": the process holds " << ProcessState::now().text().toStdString()
             << " instead of " << m_idle.text().toStdString() << ": "

@@ -22,8 +22,9 @@ protected:
 };
 
 TEST_F(MonitorCommand, shows_which_cameras_are_present_leave_and_arrive_until_ctrl_c) {
-    // Far apart: a host searches for cameras a second after the last change.
-    scene.addFault(stepAt(100, u"unplug"_qs)).addFault(stepAt(4000, u"plug"_qs));
+    // Late, as the first search for cameras comes before it on a busy machine too, and far apart: a
+    // host searches for cameras a second after the last change.
+    scene.addFault(stepAt(1500, u"unplug"_qs)).addFault(stepAt(5500, u"plug"_qs));
     CtlProcess process(arguments({u"--json"_qs}));
     process.start();
     ASSERT_TRUE(process.waitForOutput("\"arrived\""));
