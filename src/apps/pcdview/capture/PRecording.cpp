@@ -1,12 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <apps/pcdview/capture/PRecording.h>
 
-#include <apps/common/camera/PSensorTemperature.h>
-#include <apps/common/camera/PSettingNames.h>
-#include <apps/common/ome/POmeStackWriter.h>
+#include <apps/common/output/PRecordOutput.h>
 #include <apps/common/picture/PPictureFile.h>
-#include <apps/common/record/PSeriesWriter.h>
-#include <apps/common/zarr/PZarrWriter.h>
 #include <apps/pcdview/camera/PViewCamera.h>
 #include <apps/pcdview/capture/PCaptureFolder.h>
 #include <apps/pcdview/options/PViewLog.h>
@@ -35,6 +31,10 @@ QString fileEnding(Format format) {
     return u".ome.tif"_qs;
 }
 
+bool isSeries(Format format) {
+    return fileEnding(format).startsWith(u'/');
+}
+
 } // namespace
 
 PRecording::PRecording(std::shared_ptr<PWorkBudget> memory, QObject* parent)
@@ -59,11 +59,10 @@ PRecording::~PRecording() {
 PStatus PRecording::start(PViewCamera& camera, const PRecordSettings& settings, double pixelSize) {
     if (const PStatus ready = camera.readiness(); !ready.isOk())
         return ready;
-    const QString ending = fileEnding(settings.format);
     // For a series, the folder must be new.
-    const QString own = ending.startsWith(u'/') ? QString() : ending;
-    m_path = PCaptureFolder::newPath(camera.identity().id, QDateTime::currentDateTime(), own);
-    const PStatus folder = PPictureFile::prepareFolder(own.isEmpty() ? m_path + ending : m_path);
+    const QString ending = isSeries(settings.format) ? QString() : fileEnding(settings.format);
+    m_path = PCaptureFolder::newPath(camera.identity().id, QDateTime::currentDateTime(), ending);
+    const PStatus folder = PPictureFile::prepareFolder(outputName(settings.format));
     if (!folder.isOk())
         return folder;
     m_camera = &camera;
@@ -79,27 +78,19 @@ PStatus PRecording::start(PViewCamera& camera, const PRecordSettings& settings, 
     return PStatus::Ok;
 }
 
+QString PRecording::outputName(Format format) const {
+    return isSeries(format) ? m_path + fileEnding(format) : m_path;
+}
+
 std::unique_ptr<PFrameWriter> PRecording::makeWriter(const PViewCamera& camera,
                                                      const PRecordSettings& settings,
                                                      double pixelSize) {
-    const auto pixelSizeUm = pixelSize > 0 ? std::optional(pixelSize) : std::nullopt;
-    if (settings.format == Format::OmeTiff) {
-        POmeStackWriter::Options options{m_path,
-                                         camera.identity(),
-                                         PSettingNames::of(camera.device()),
-                                         settings.plan().frames,
-                                         pixelSizeUm,
-                                         PSensorTemperature::of(*camera.device())};
-        return std::make_unique<POmeStackWriter>(options);
-    }
-    if (settings.format == Format::OmeZarr) {
-        return std::make_unique<PZarrWriter>(
-            PZarrWriter::Options{m_path, camera.identity(), PSettingNames::of(camera.device()),
-                                 pixelSizeUm, PSensorTemperature::of(*camera.device())});
-    }
-    PFileSequence files;
-    files.setPattern(m_path + fileEnding(settings.format)); // succeeds: its file name is ours
-    return std::make_unique<PSeriesWriter>(files, camera.identity(), pixelSizeUm);
+    PRecordOutput::Options output;
+    output.path = outputName(settings.format);
+    output.frames = settings.plan().frames;
+    if (pixelSize > 0)
+        output.pixelSizeUm = pixelSize;
+    return PRecordOutput::makeWriter(output, camera.identity(), *camera.device());
 }
 
 void PRecording::stop() {

@@ -55,6 +55,7 @@ signals:
     void finished(const QString& message, bool hasFailed);
 
 private:
+    QString outputName(PRecordSettings::Format format) const;
     std::unique_ptr<PFrameWriter> makeWriter(const PViewCamera& camera,
                                              const PRecordSettings& settings, double pixelSize);
     bool isRunning() const { return m_recorder != nullptr; }
