@@ -84,6 +84,12 @@ void PDevicePanel::setFilter(const QString& text) {
     m_nothing->setVisible(!any);
 }
 
+void PDevicePanel::setCondition(
+    const std::function<bool(const PDeviceProperty& property, const QVariant& value)>& condition) {
+    for (PPropertyGroupPanel* group : std::as_const(m_groups))
+        group->setCondition(condition);
+}
+
 void PDevicePanel::translate() {
     m_unusable->setText(tr("The device is not connected."));
     m_nothing->setText(tr("No setting matches."));

@@ -11,6 +11,8 @@
 #include <QPointer>
 #include <QStringList>
 
+#include <functional>
+
 class PDeviceProperty;
 class PPropertyGroupPanel;
 class QLabel;
@@ -30,6 +32,11 @@ public:
     /// shows all. Applied again when the language changes, as titles and descriptions change with
     /// it.
     void setFilter(const QString& text);
+    /// Called before an editor sends another value than the property's; if it returns false, the
+    /// editor shows the property's value again. It may ask the user. Not called for properties' own
+    /// panels.
+    void setCondition(const std::function<bool(const PDeviceProperty& property,
+                                               const QVariant& value)>& condition);
 
 signals:
     /// The device refused the value that the user chose for the property with this title, and kept

@@ -125,6 +125,13 @@ void PPropertyGroupPanel::setTexts(const QString& groupTitle, const PDeviceTexts
     }
 }
 
+void PPropertyGroupPanel::setCondition(const PCoalescingSetter::Condition& condition) {
+    for (const Row& row : std::as_const(m_rows)) {
+        if (auto* const editor = qobject_cast<PPropertyEditor*>(row.editor))
+            editor->setCondition(condition);
+    }
+}
+
 /// Read each time: the texts of a panel change with its state and with the language.
 QString PPropertyGroupPanel::wordsIn(const Row& row) {
     return row.editor ? row.words + u'\n' + shownOn(*row.editor) : row.words;

@@ -7,6 +7,8 @@
 #include <QList>
 #include <QPointer>
 
+#include <functional>
+
 class PDeviceProperty;
 class PDeviceTexts;
 class PPropertyEditor;
@@ -31,6 +33,10 @@ public:
     /// Shows these titles and descriptions, and the group's title; texts that are missing there
     /// stay as they are.
     void setTexts(const QString& groupTitle, const PDeviceTexts& texts);
+
+    /// See PDevicePanel.
+    void setCondition(const std::function<bool(const PDeviceProperty& property,
+                                               const QVariant& value)>& condition);
 
     /// The width of the widest title, in pixels, and the width given to all titles, so that panels
     /// above each other line up.

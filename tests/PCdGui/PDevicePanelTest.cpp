@@ -352,6 +352,21 @@ TEST_F(PDevicePanelTest, says_if_nothing_matches) {
     EXPECT_EQ(shownGroups(), QStringList());
 }
 
+TEST_F(PDevicePanelTest, keeps_a_value_if_the_condition_does_not_allow_another) {
+    QByteArray asked;
+    panel()->setCondition([&](const PDeviceProperty& property, const QVariant&) {
+        asked = property.id();
+        return false;
+    });
+    auto* const box = panel()->findChild<PSwitchEditor*>()->findChild<QCheckBox*>();
+    const bool before = box->isChecked();
+    box->click();
+    EXPECT_NE(box->isChecked(), before); // until the condition is asked
+    QCoreApplication::processEvents();
+    EXPECT_EQ(box->isChecked(), before);
+    EXPECT_EQ(asked, panel()->findChild<PSwitchEditor*>()->property()->id());
+}
+
 TEST_F(PDevicePanelTest, is_disabled_with_the_device_panels_of_their_own_included) {
     device->link();
     device->unlink();

@@ -11,14 +11,19 @@
 PCoalescingSetter::PCoalescingSetter(PDeviceProperty* property)
     : m_property(property) {
     m_turn.setSingleShot(true);
-    connect(&m_turn, &QTimer::timeout, this, &PCoalescingSetter::flush);
+    connect(&m_turn, &QTimer::timeout, this, &PCoalescingSetter::takeTurn);
 }
 
 PCoalescingSetter::~PCoalescingSetter() = default;
 
+void PCoalescingSetter::setCondition(Condition condition) {
+    m_condition = std::move(condition);
+}
+
 void PCoalescingSetter::post(const QVariant& value) {
     m_value = value;
-    m_turn.start(0);
+    if (!m_isAsking) // the answer is for this value too
+        m_turn.start(0);
 }
 
 void PCoalescingSetter::drop() {
@@ -27,6 +32,32 @@ void PCoalescingSetter::drop() {
 }
 
 void PCoalescingSetter::flush() {
+    m_condition ? drop() : send();
+}
+
+/// A question opens from here and not from the control, which is still busy with its own event.
+void PCoalescingSetter::takeTurn() {
+    const QPointer<PCoalescingSetter> self(this);
+    m_isAsking = true;
+    const bool isAllowed = maySet();
+    if (self.isNull())
+        return;
+    m_isAsking = false;
+    if (isAllowed)
+        return send();
+    drop();
+    emit settled();
+}
+
+bool PCoalescingSetter::maySet() const {
+    if (!m_condition || !m_property || !m_value.isValid() || m_value == m_property->valueInner())
+        return true;
+    const Condition condition = m_condition; // this object may be deleted meanwhile
+    const QVariant value = m_value;
+    return condition(*m_property, value);
+}
+
+void PCoalescingSetter::send() {
     m_turn.stop();
     const QVariant value = std::exchange(m_value, QVariant());
     if (!m_property || !value.isValid())

@@ -140,6 +140,10 @@ void PPropertyEditor::resetToDefault() {
         send(m_property->defaultValue());
 }
 
+void PPropertyEditor::setCondition(const PCoalescingSetter::Condition& condition) {
+    m_setter.setCondition(condition);
+}
+
 void PPropertyEditor::touch() {
     setFocus(Qt::MouseFocusReason);
 }

@@ -19,7 +19,7 @@ class PCD_TEST_EXPORT PPropertyEditor : public QWidget {
     Q_OBJECT
 
 public:
-    /// Sends the pending value.
+    /// Sends the pending value, unless there is a condition.
     ~PPropertyEditor() override;
 
     /// Null once it has been deleted.
@@ -35,6 +35,9 @@ public:
     QVariant shownRange() const;
     /// Sends the property's default.
     void resetToDefault();
+    /// Called before another value than the property's is sent; if it returns false, the editor
+    /// shows the property's value again.
+    void setCondition(const PCoalescingSetter::Condition& condition);
 
 signals:
     /// The device refused the value that the user chose, and kept the value `kept` (as text; empty

@@ -10,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
+
 namespace {
 
 class PCoalescingSetterTest : public testing::Test {
@@ -127,4 +129,69 @@ TEST(PCoalescingSetter, outlives_its_property) {
     property.reset();
     QCoreApplication::processEvents();
     EXPECT_FALSE(sender.isWaiting());
+}
+
+TEST_F(PCoalescingSetterTest, sets_a_value_only_if_the_condition_allows_it) {
+    bool isAllowed = false;
+    QVariantList asked;
+    sender.setCondition([&](const PDeviceProperty& one, const QVariant& value) {
+        EXPECT_EQ(&one, &property);
+        EXPECT_TRUE(sender.isWaiting()); // an editor shows the value meanwhile
+        asked.append(value);
+        return isAllowed;
+    });
+    sender.post(10);
+    turn();
+    EXPECT_EQ(sets(), 0);
+    EXPECT_FALSE(sender.isWaiting());
+    EXPECT_EQ(settled.size(), 1);
+    isAllowed = true;
+    sender.post(11);
+    turn();
+    EXPECT_EQ(property.inDevice, 11);
+    EXPECT_EQ(asked, QVariantList({10, 11}));
+    sender.post(11); // which it has
+    turn();
+    EXPECT_EQ(asked.size(), 2);
+}
+
+TEST_F(PCoalescingSetterTest, asks_once_for_what_is_posted_during_the_question) {
+    int asked = 0;
+    sender.setCondition([&](const PDeviceProperty&, const QVariant&) {
+        ++asked;
+        sender.post(12);
+        turn();
+        return true;
+    });
+    sender.post(10);
+    turn();
+    turn();
+    EXPECT_EQ(asked, 1);
+    EXPECT_EQ(property.calls.count(u"set"_qs), 1);
+    EXPECT_EQ(property.inDevice, 12);
+}
+
+TEST_F(PCoalescingSetterTest, cannot_ask_at_its_end_and_discards_the_value) {
+    sender.setCondition([](const PDeviceProperty&, const QVariant&) {
+        ADD_FAILURE() << "asked";
+        return true;
+    });
+    sender.post(10);
+    sender.flush();
+    turn();
+    EXPECT_EQ(sets(), 0);
+    EXPECT_FALSE(sender.isWaiting());
+}
+
+TEST(PCoalescingSetter, may_be_deleted_during_the_question) {
+    FakeProperty property("gain", 5);
+    property.updateValueFromDevice();
+    auto sender = std::make_unique<PCoalescingSetter>(&property);
+    sender->setCondition([&](const PDeviceProperty&, const QVariant&) {
+        sender.reset();
+        return true;
+    });
+    sender->post(10);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(property.calls.count(u"set"_qs), 0);
 }
