@@ -665,6 +665,18 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <source>Recording in progress: %1. Stop recording and change the region?</source>
         <translation>Идёт запись: %1. Завершить её и сменить область?</translation>
     </message>
+    <message>
+        <source>Recording in progress: %1. Stop recording and change the binning?</source>
+        <translation>Идёт запись: %1. Завершить её и сменить биннинг?</translation>
+    </message>
+    <message>
+        <source>Recording in progress: %1. Stop recording and rotate the picture?</source>
+        <translation>Идёт запись: %1. Завершить её и повернуть кадр?</translation>
+    </message>
+    <message>
+        <source>Recording in progress: %1. Stop recording and load the profile?</source>
+        <translation>Идёт запись: %1. Завершить её и загрузить профиль?</translation>
+    </message>
 </context>
 <context>
     <name>PToolBar</name>
@@ -1246,6 +1258,10 @@ This is the pixel size of the sensor divided by the magnification.</source>
     <message>
         <source>the camera was closed</source>
         <translation>камера закрыта</translation>
+    </message>
+    <message>
+        <source>the frames get another size</source>
+        <translation>меняется размер кадров</translation>
     </message>
     <message>
         <source>the camera was unplugged</source>

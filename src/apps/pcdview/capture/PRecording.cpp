@@ -111,6 +111,11 @@ void PRecording::endAsProgramCloses() {
         end(QT_TR_NOOP("the program was closed"));
 }
 
+void PRecording::endAsFramesChange() {
+    if (isRunning())
+        end(QT_TR_NOOP("the frames get another size"));
+}
+
 void PRecording::finishWithin(std::chrono::milliseconds timeout) {
     if (isRunning() && m_recorder->waitUntilFinished(timeout))
         finish(m_recorder->progress());

@@ -33,6 +33,8 @@ public:
     /// Ends it, if it is running, while the camera can still account for the frames.
     void endAsCameraCloses();
     void endAsProgramCloses();
+    /// The frames are about to get another size.
+    void endAsFramesChange();
 
     /// Waits for its files, at most for this time, once it has been ended.
     void finishWithin(std::chrono::milliseconds timeout);

@@ -9,6 +9,13 @@
 #include <apps/pcdview/window/camera/PCameraTabs.h>
 #include <apps/pcdview/window/main/PMainWindow.h>
 
+#include <PCd/device/PDevice.h>
+#include <PCd/profile/PDeviceProfileFile.h>
+#include <PCd/property/PDeviceProperty.h>
+
+#include <PGui/PNumberField.h>
+#include <PGui/WidgetHands.h>
+
 #include <apps/common/reading/OmeXml.h>
 #include <apps/common/reading/TiffReadBack.h>
 #include <apps/common/reading/ZarrReadBack.h>
@@ -19,8 +26,11 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QDir>
+#include <QDockWidget>
+#include <QFileDialog>
 #include <QImageReader>
 #include <QLabel>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QMessageBox>
 #include <QPointer>
@@ -60,12 +70,16 @@ protected:
     /// Calls this with the next question.
     void withNext(const std::function<void(QMessageBox& box)>& act) {
         ++questionsDue;
-        QTimer::singleShot(0, &questions, [this, act] {
+        auto* const watch = new QTimer(&questions);
+        QObject::connect(watch, &QTimer::timeout, &questions, [this, act, watch] {
             auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-            ASSERT_NE(box, nullptr);
+            if (box == nullptr)
+                return; // a control sends what was chosen a turn later
+            watch->stop();
             --questionsDue;
             act(*box);
         });
+        watch->start(0);
     }
     void answerNext(QMessageBox::StandardButton answer) {
         activate();
@@ -114,6 +128,49 @@ protected:
     }
     void pressLiveKey() { QTest::keyClick(&window(), Qt::Key_L, Qt::ControlModifier); }
     void pressKey() { QTest::keyClick(&window(), Qt::Key_R, Qt::ControlModifier); }
+
+    /// Records until it is stopped.
+    void startRecording() {
+        widget<QComboBox>(u"recordEnd"_qs).setCurrentIndex(2);
+        pressButton();
+        ASSERT_TRUE(waitUntil([this] { return written() >= 5; }));
+    }
+    void endRecording() {
+        pressButton();
+        ASSERT_TRUE(waitForText(u"Recorded"_qs)) << text().toStdString();
+    }
+    /// The control of the camera's setting with this title.
+    template <typename Control>
+    Control* setting(const QString& title) {
+        for (Control* one : widget<QDockWidget>(u"settingsDock"_qs).findChildren<Control*>()) {
+            if (one->accessibleName() == title)
+                return one;
+        }
+        return nullptr;
+    }
+    /// Presses a key in a control, and lets it send what it sends.
+    static void press(QWidget& control, Qt::Key key) {
+        QTest::keyClick(&control, key);
+        QCoreApplication::processEvents();
+    }
+    /// Chooses an item of a box in its list.
+    static void choose(QComboBox& box, const QString& item) {
+        box.showPopup();
+        box.view()->setCurrentIndex(box.model()->index(box.findText(item), 0));
+        press(*box.view(), Qt::Key_Return);
+    }
+    /// Loads a profile through the action and its dialog, and closes the report.
+    void load(const QString& file) {
+        QTimer::singleShot(0, &questions, [file] {
+            auto* const dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+            ASSERT_NE(dialog, nullptr);
+            dialog->findChild<QLineEdit*>(u"fileNameEdit"_qs)->setText(file);
+            QTest::keyClick(dialog, Qt::Key_Return);
+        });
+        widget<QAction>(u"loadProfile"_qs).trigger();
+        for (QMessageBox* report : window().findChildren<QMessageBox*>())
+            delete report;
+    }
 
     /// Opens two cameras, records the first one until it is stopped, and brings the second to the
     /// front.
@@ -343,6 +400,124 @@ TEST_F(RecordSessionTest, the_region_changes_only_if_the_user_gives_up_the_recor
     ASSERT_TRUE(waitUntil([&] { return width() < 320; }));
     unasked([this] { widget<QAction>(u"wholeSensor"_qs).trigger(); });
     EXPECT_TRUE(waitUntil([&] { return width() == 320; }));
+}
+
+TEST_F(RecordSessionTest, the_binning_changes_only_if_the_user_gives_up_the_recording) {
+    auto* const binning = setting<QComboBox>(u"Binning"_qs);
+    ASSERT_NE(binning, nullptr);
+    startRecording();
+    declineNext(u"Recording in progress: Small-S0001. Stop recording and change the binning?"_qs);
+    press(*binning, Qt::Key_Down);
+    EXPECT_EQ(binning->currentText(), u"No binning"_qs);
+    const int before = written();
+    ASSERT_TRUE(waitUntil([&] { return written() > before; }));
+    EXPECT_EQ(inFront().frame().image.width(), 320u);
+    answerNext(QMessageBox::Yes);
+    press(*binning, Qt::Key_Down);
+    EXPECT_EQ(binning->currentText(), u"Add 2x2"_qs);
+    ASSERT_TRUE(waitForText(u"ended early"_qs)) << text().toStdString();
+    EXPECT_TRUE(text().contains(u"the frames get another size"_qs)) << text().toStdString();
+    ASSERT_TRUE(waitUntil([this] { return inFront().frame().image.width() == 160; }));
+    unasked([&] { press(*binning, Qt::Key_Up); });
+    EXPECT_TRUE(waitUntil([this] { return inFront().frame().image.width() == 320; }));
+}
+
+TEST_F(RecordSessionTest, a_quarter_turn_needs_the_users_consent_and_a_half_does_not) {
+    auto* const rotation = setting<QComboBox>(u"Rotate"_qs);
+    ASSERT_NE(rotation, nullptr);
+    startRecording();
+    declineNext(u"Recording in progress: Small-S0001. Stop recording and rotate the picture?"_qs);
+    press(*rotation, Qt::Key_Down);
+    EXPECT_EQ(rotation->currentText(), u"0°"_qs);
+    unasked([&] { choose(*rotation, u"180°"_qs); });
+    EXPECT_EQ(rotation->currentText(), u"180°"_qs);
+    const int before = written();
+    ASSERT_TRUE(waitUntil([&] { return written() > before + 3; }));
+    EXPECT_TRUE(isRecording());
+    answerNext(QMessageBox::Yes);
+    press(*rotation, Qt::Key_Down);
+    ASSERT_TRUE(waitForText(u"the frames get another size"_qs)) << text().toStdString();
+    EXPECT_TRUE(waitUntil([this] { return inFront().frame().image.width() == 240; }));
+}
+
+TEST_F(RecordSessionTest, the_numbers_of_a_region_change_only_if_the_user_gives_up_the_recording) {
+    auto* const width = setting<PNumberField>(u"ROI: Width"_qs);
+    ASSERT_NE(width, nullptr);
+    startRecording();
+    declineNext(u"Recording in progress: Small-S0001. Stop recording and change the region?"_qs);
+    enter(width, u"160"_qs);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(width->value(), 320);
+    EXPECT_TRUE(isRecording());
+    answerNext(QMessageBox::Yes);
+    enter(width, u"160"_qs);
+    EXPECT_TRUE(waitUntil([this] { return inFront().frame().image.width() == 160; }));
+    EXPECT_TRUE(waitForText(u"the frames get another size"_qs)) << text().toStdString();
+}
+
+TEST_F(RecordSessionTest, other_settings_change_unasked_while_recording) {
+    auto* const contrast = setting<PNumberField>(u"Contrast"_qs);
+    ASSERT_NE(contrast, nullptr);
+    startRecording();
+    unasked([&] {
+        enter(contrast, u"20"_qs);
+        QCoreApplication::processEvents();
+    });
+    EXPECT_EQ(inFront().device()->getProperty("contrast")->tryGetValue(), QVariant(20));
+    const int before = written();
+    EXPECT_TRUE(waitUntil([&] { return written() > before + 3; }));
+}
+
+TEST_F(RecordSessionTest, a_binning_stays_if_the_recording_ends_during_the_question) {
+    auto* const binning = setting<QComboBox>(u"Binning"_qs);
+    ASSERT_NE(binning, nullptr);
+    startRecording();
+    expectNextClosesAfter([this] { widget<QPushButton>(u"recordButton"_qs).click(); });
+    press(*binning, Qt::Key_Down);
+    ASSERT_TRUE(waitForText(u"Recorded"_qs)) << text().toStdString();
+    EXPECT_EQ(binning->currentText(), u"No binning"_qs);
+}
+
+TEST_F(RecordSessionTest, a_camera_may_be_unplugged_during_the_question_about_a_setting) {
+    auto* const binning = setting<QComboBox>(u"Binning"_qs);
+    ASSERT_NE(binning, nullptr);
+    startRecording();
+    expectNextClosesAfter([] { EXPECT_TRUE(unplug("cam-1")); });
+    press(*binning, Qt::Key_Down);
+    ASSERT_TRUE(waitForText(u"unplugged"_qs)) << text().toStdString();
+    ASSERT_TRUE(plug("cam-1"));
+    ASSERT_TRUE(waitUntil([this] { return inFront().device() != nullptr; }));
+    ASSERT_TRUE(waitForNewFrames());
+    EXPECT_EQ(inFront().frame().image.width(), 320u);
+}
+
+TEST_F(RecordSessionTest,
+       a_profile_of_other_frames_is_loaded_only_if_the_user_gives_up_the_recording) {
+    const QString file = path(u"a.json"_qs);
+    PDeviceProperty* const contrast = inFront().device()->getProperty("contrast");
+    contrast->setValue(20);
+    ASSERT_TRUE(PDeviceProfileFile::save(*inFront().device(), file).isOk());
+    contrast->setValue(0);
+    startRecording();
+    unasked([&] { load(file); }); // which changes the contrast only
+    EXPECT_EQ(contrast->valueInner(), QVariant(20));
+    contrast->setValue(0);
+    endRecording();
+
+    ASSERT_TRUE(inFront().setMode(inFront().device()->getSupportModes().at(1)).isOk());
+    ASSERT_TRUE(waitUntil([this] { return inFront().frame().image.width() == 160; }));
+    startRecording();
+    const QString question =
+        u"Recording in progress: Small-S0001. Stop recording and load the profile?"_qs;
+    declineNext(question);
+    load(file);
+    EXPECT_EQ(contrast->valueInner(), QVariant(0));
+    EXPECT_TRUE(isRecording());
+    answerNext(QMessageBox::Yes);
+    load(file);
+    EXPECT_EQ(contrast->valueInner(), QVariant(20));
+    ASSERT_TRUE(waitForText(u"the frames get another size"_qs)) << text().toStdString();
+    EXPECT_TRUE(waitUntil([this] { return inFront().frame().image.width() == 320; }));
 }
 
 TEST_F(RecordSessionTest, what_needs_the_live_picture_says_so_while_it_is_stopped) {

@@ -22,6 +22,9 @@ PControllers::PControllers(const PViewActions& actions, PCameraTabs& tabs, PDock
         new PCameraController(actions, tabs, *panels.cameras, *m_recording, window);
     new PViewController(actions, tabs, *panels.histogram, window);
     new PHelpController(actions, sdk, window);
+    m_profile->setCondition([this](const PViewCamera& one, const PDeviceProfile& profile) {
+        return m_recording->mayLoadProfile(one, profile);
+    });
     connect(m_recording, &PRecordController::messageChanged, this, &PControllers::messageChanged);
     connect(camera, &PCameraController::messageChanged, this, &PControllers::messageChanged);
     connect(m_picture, &PPictureController::messageChanged, this, &PControllers::messageChanged);

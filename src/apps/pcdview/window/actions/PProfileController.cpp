@@ -18,6 +18,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QPointer>
 
 #include <utility>
 
@@ -44,6 +45,11 @@ PProfileController::PProfileController(const PViewActions& actions, PCameraTabs&
     connect(actions.saveProfile, &QAction::triggered, this, &PProfileController::save);
     connect(&tabs, &PCameraTabs::currentPageChanged, this, &PProfileController::askToApply);
     connect(&tabs, &PCameraTabs::currentStateChanged, this, &PProfileController::askToApply);
+}
+
+void PProfileController::setCondition(
+    std::function<bool(const PViewCamera&, const PDeviceProfile&)> condition) {
+    m_condition = std::move(condition);
 }
 
 QString PProfileController::filter() {
@@ -99,15 +105,20 @@ void PProfileController::askToApply() {
 
 void PProfileController::apply(const QString& path) {
     PViewCamera& camera = m_tabs.currentPage()->camera();
+    const QPointer<PDevice> device = camera.device();
     PDeviceProfile profile;
     PStatus status = PDeviceProfileFile::read(path, profile);
-    PDeviceProfilePlan plan(*camera.device());
+    PDeviceProfilePlan plan(*device);
     if (status.isOk())
         status = plan.make(profile);
     if (!status.isOk()) {
         QMessageBox::warning(m_window, tr("Load profile"), status.reason());
         return;
     }
+    if (m_condition && !m_condition(camera, profile))
+        return;
+    if (device == nullptr || camera.device() != device) // unplugged while the user was asked
+        return;
     PTextDialog::open(m_window, tr("Load profile"), PProfileReportText::html(camera.apply(plan)));
 }
 

@@ -4,9 +4,13 @@
 #include <QObject>
 #include <QString>
 
+#include <functional>
+
 class PCameraTabs;
 class PViewActions;
+class PViewCamera;
 class QWidget;
+struct PDeviceProfile;
 
 /// Loads and saves the settings of the camera in front, through file dialogs, when the actions for
 /// it are triggered. The GUI thread.
@@ -16,6 +20,10 @@ class PProfileController : public QObject {
 public:
     /// Actions and tabs must outlive it; the window is the parent of it and of the dialogs.
     PProfileController(const PViewActions& actions, PCameraTabs& tabs, QWidget* window);
+
+    /// Called before a camera gets the settings of a profile; if it returns false, it keeps its
+    /// own.
+    void setCondition(std::function<bool(const PViewCamera&, const PDeviceProfile&)> condition);
 
     /// Applies the profile in this file to the camera in front, which must be plugged in, and shows
     /// the report; a file that cannot be applied is reported in a message box instead.
@@ -39,5 +47,6 @@ private:
 
     PCameraTabs& m_tabs;
     QWidget* m_window;
+    std::function<bool(const PViewCamera&, const PDeviceProfile&)> m_condition;
     QString m_offered; ///< the file; empty: none, or the user was asked
 };

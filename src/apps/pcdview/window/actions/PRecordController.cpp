@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <apps/pcdview/window/actions/PRecordController.h>
 
+#include <apps/pcdview/camera/PFrameSizeChange.h>
 #include <apps/pcdview/capture/PRecordings.h>
 #include <apps/pcdview/window/camera/PCameraPage.h>
 #include <apps/pcdview/window/camera/PCameraTabs.h>
@@ -118,13 +119,45 @@ bool PRecordController::mayStopLive(const PViewCamera& camera) {
     return mayEnd(camera, tr("Recording in progress: %1. Stop recording and the live picture?"));
 }
 
+/// Ends the recording itself: its writer could only report that it cannot save such a frame.
+bool PRecordController::mayResize(const PViewCamera& camera, const QString& question) {
+    if (!mayEnd(camera, question))
+        return false;
+    if (PRecording* const recording = m_recordings.of(&camera))
+        recording->endAsFramesChange();
+    return true;
+}
+
 bool PRecordController::mayChangeMode(const PViewCamera& camera) {
-    return mayEnd(camera,
-                  tr("Recording in progress: %1. Stop recording and change the resolution?"));
+    return mayResize(camera,
+                     tr("Recording in progress: %1. Stop recording and change the resolution?"));
 }
 
 bool PRecordController::mayChangeRegion(const PViewCamera& camera) {
-    return mayEnd(camera, tr("Recording in progress: %1. Stop recording and change the region?"));
+    return mayResize(camera,
+                     tr("Recording in progress: %1. Stop recording and change the region?"));
+}
+
+bool PRecordController::mayChangeSetting(const PViewCamera& camera, const PDeviceProperty& property,
+                                         const QVariant& value) {
+    if (const auto role = PFrameSizeChange::byValue(property, value)) {
+        switch (*role) {
+        case PRole::Binning:
+            return mayResize(
+                camera, tr("Recording in progress: %1. Stop recording and change the binning?"));
+        case PRole::Rotation:
+            return mayResize(
+                camera, tr("Recording in progress: %1. Stop recording and rotate the picture?"));
+        default:
+            return mayChangeRegion(camera);
+        }
+    }
+    return true;
+}
+
+bool PRecordController::mayLoadProfile(const PViewCamera& camera, const PDeviceProfile& profile) {
+    return camera.device() == nullptr || !PFrameSizeChange::byProfile(*camera.device(), profile) ||
+           mayResize(camera, tr("Recording in progress: %1. Stop recording and load the profile?"));
 }
 
 bool PRecordController::finishFiles() {

@@ -5,12 +5,14 @@
 
 class PCameraPage;
 class PCameraTabs;
+class PDeviceProperty;
 class PDockPanels;
 class PRecording;
 class PRecordings;
 class PViewCamera;
 class QAction;
 class QWidget;
+struct PDeviceProfile;
 
 /// Starts and ends recordings on the user's request, and asks the user before frames would be lost.
 /// The GUI thread.
@@ -32,6 +34,10 @@ public:
     /// Likewise for its mode and region, as all frames of a recording have the same size.
     bool mayChangeMode(const PViewCamera& camera);
     bool mayChangeRegion(const PViewCamera& camera);
+    /// Likewise for a setting or a profile that changes that size; true for any other.
+    bool mayChangeSetting(const PViewCamera& camera, const PDeviceProperty& property,
+                          const QVariant& value);
+    bool mayLoadProfile(const PViewCamera& camera, const PDeviceProfile& profile);
     /// True if the window may close: no recording is running, or the user has confirmed that all of
     /// them end. They keep running until finishFiles().
     bool mayCloseWindow();
@@ -48,6 +54,7 @@ private:
     void stopOnRequest();
     bool confirmsStop(PRecording& recording);
     bool mayEnd(const PViewCamera& camera, const QString& question);
+    bool mayResize(const PViewCamera& camera, const QString& question);
     bool confirmsEnd(QList<PRecording*> recordings, const QString& question);
     static QString closeQuestion();
     static QString toNames(const QList<PRecording*>& recordings);

@@ -7,6 +7,7 @@
 #include <apps/pcdview/window/actions/PProfileController.h>
 #include <apps/pcdview/window/actions/PRecordController.h>
 #include <apps/pcdview/window/actions/PViewActions.h>
+#include <apps/pcdview/window/camera/PCameraPage.h>
 #include <apps/pcdview/window/camera/PCameraTabs.h>
 #include <apps/pcdview/window/camera/PMessageBar.h>
 #include <apps/pcdview/window/camera/PModeChooser.h>
@@ -16,6 +17,7 @@
 #include <apps/pcdview/window/main/PStatusFields.h>
 #include <apps/pcdview/window/main/PToolBar.h>
 #include <apps/pcdview/window/panels/PDockPanels.h>
+#include <apps/pcdview/window/panels/PSettingsPanel.h>
 
 #include <QAction>
 #include <QCloseEvent>
@@ -65,6 +67,12 @@ void PMainWindow::makeBars() {
     tools->modes().setCondition([this](const PViewCamera& camera) {
         return m_controllers->recording().mayChangeMode(camera);
     });
+    m_panels->settings->setCondition(
+        [this](const PDeviceProperty& property, const QVariant& value) {
+            const PCameraPage* const page = m_cameraTabs->currentPage();
+            return page == nullptr ||
+                   m_controllers->recording().mayChangeSetting(page->camera(), property, value);
+        });
     const auto* const display =
         new PCameraDisplay(this, *m_cameraTabs, *m_panels, tools->modes(), *status);
     connect(&m_controllers->picture(), &PPictureController::unsavedChanged, status,

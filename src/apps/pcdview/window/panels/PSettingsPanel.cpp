@@ -86,16 +86,24 @@ QWidget* PSettingsPanel::findOrMakePanel(PDevice* device) {
     return panel;
 }
 
-void PSettingsPanel::follow(const QWidget* panel) {
+void PSettingsPanel::follow(QWidget* panel) {
     for (const QPushButton* button : panel->findChildren<QPushButton*>())
         connect(button, &QPushButton::toggled, this, &PSettingsPanel::buttonToggled);
-    const auto* const settings = qobject_cast<const PDevicePanel*>(panel);
+    auto* const settings = qobject_cast<PDevicePanel*>(panel);
     if (settings == nullptr)
         return;
+    settings->setCondition([this](const PDeviceProperty& property, const QVariant& value) {
+        return !m_condition || m_condition(property, value);
+    });
     connect(settings, &PDevicePanel::refused, this,
             [this](const QString& title, const QString& kept) {
                 emit refused(refusalText(title, kept));
             });
+}
+
+void PSettingsPanel::setCondition(
+    std::function<bool(const PDeviceProperty& property, const QVariant& value)> condition) {
+    m_condition = std::move(condition);
 }
 
 QString PSettingsPanel::refusalText(const QString& title, const QString& kept) {

@@ -7,6 +7,9 @@
 #include <QPointer>
 #include <QWidget>
 
+#include <functional>
+
+class PDeviceProperty;
 class QLabel;
 class QLineEdit;
 
@@ -22,6 +25,10 @@ public:
     enum class Without { Selection, Connection, Opening };
     /// Shows the settings of this linked device; without one, says why there are none.
     void setDevice(PDevice* device, Without without = Without::Selection);
+    /// Called before the user's choice of another value is sent; if it returns false, the camera
+    /// keeps its value. Not called for properties' own panels.
+    void setCondition(
+        std::function<bool(const PDeviceProperty& property, const QVariant& value)> condition);
     /// Whether a command that a panel of the device has started is running: one of its push buttons
     /// that choose nothing stays pressed.
     bool hasPressedButton() const;
@@ -36,7 +43,7 @@ private:
     void putAway();
     QWidget* findOrMakePanel(PDevice* device);
     void forget(PDevice* device);
-    void follow(const QWidget* panel);
+    void follow(QWidget* panel);
     static QString toText(Without without);
     static QString refusalText(const QString& title, const QString& kept);
     void applyFilter();
@@ -46,4 +53,5 @@ private:
     QPointer<QWidget> m_panel;
     QHash<PDevice*, QPointer<QWidget>> m_panels; ///< of the linked devices that were shown
     QPointer<PDevice> m_device;
+    std::function<bool(const PDeviceProperty&, const QVariant&)> m_condition;
 };
