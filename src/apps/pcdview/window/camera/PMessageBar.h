@@ -3,8 +3,8 @@
 
 #include <QStatusBar>
 
-/// A status bar that shortens a message that does not fit beside the fields in its middle, and
-/// shows it in full as a tool tip. The GUI thread.
+/// A status bar that shortens a message that does not fit beside the fields, a path in it first,
+/// and shows it in full as a tool tip. The GUI thread.
 class PMessageBar : public QStatusBar {
     Q_OBJECT
 
