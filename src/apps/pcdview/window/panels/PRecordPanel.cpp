@@ -16,6 +16,9 @@
 #include <QTime>
 #include <QVBoxLayout>
 
+#include <algorithm>
+#include <utility>
+
 namespace {
 
 constexpr int mostFrames = 1'000'000;
@@ -155,17 +158,33 @@ void PRecordPanel::showProgress() {
     m_button->setToolTip(
         isPossible || ready.reason().isEmpty() ? QString() : tr("Not now: %1").arg(ready.reason()));
     m_bar->setVisible(here != nullptr);
-    if (here != nullptr) {
-        const std::optional<double> share = here->progress().share;
-        // Without a planned end it shows activity only.
-        m_bar->setMaximum(share ? barSteps : 0);
-        m_bar->setValue(int(share.value_or(0) * barSteps));
-    }
+    if (here != nullptr)
+        showBar(*here);
+    else
+        m_inBar = nullptr;
     for (const PRecording* recording : m_recordings.running())
         m_messages.remove(recording->cameraId());
     const QString inFront = m_camera == nullptr ? QString() : m_camera->identity().id;
     m_text->setText(breakable(texts(inFront).join(u"\n"_qs)));
     m_text->setVisible(!m_text->text().isEmpty());
+}
+
+void PRecordPanel::showBar(const PRecording& recording) {
+    const std::optional<double> share = completedShare(recording.progress());
+    // Without a planned end it shows activity only.
+    m_bar->setMaximum(share ? barSteps : 0);
+    // It does not go back while a frame of a time-lapse waits.
+    const bool isSame = std::exchange(m_inBar, &recording) == &recording;
+    m_bar->setValue(std::max(isSame ? m_bar->value() : 0, int(share.value_or(0) * barSteps)));
+}
+
+std::optional<double> PRecordPanel::completedShare(const PFrameRecorder::Progress& progress) {
+    const PRecordTally& tally = progress.tally;
+    const quint64 done = tally.written + tally.failed + tally.refused;
+    const quint64 taken = done + tally.waiting;
+    if (!progress.share || taken == 0)
+        return progress.share;
+    return *progress.share * double(done) / double(taken);
 }
 
 /// The texts of all recordings, that of the camera in front first.

@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <apps/common/record/PFrameRecorder.h>
 #include <apps/pcdview/capture/PRecordSettings.h>
 
 #include <QMap>
 #include <QPointer>
 #include <QWidget>
+
+#include <optional>
 
 class PRecording;
 class PRecordings;
@@ -33,6 +36,10 @@ public:
     /// Shows this message for the camera with this id until it is recorded again.
     void showMessage(const QString& camera, const QString& message);
 
+    /// The share of a plan that has been carried out, from 0 to 1: of the frames taken so far,
+    /// those that still wait to be written do not count. Nothing without a planned end. Any thread.
+    static std::optional<double> completedShare(const PFrameRecorder::Progress& progress);
+
 signals:
     /// The user clicked the button "Record".
     void startRequested();
@@ -42,6 +49,7 @@ private:
     void makeLayout();
     void showFields();
     void showProgress();
+    void showBar(const PRecording& recording);
     QStringList texts(const QString& inFront) const;
     static QString progressText(const PRecording& recording);
 
@@ -56,5 +64,6 @@ private:
     QComboBox* m_format;
     QPushButton* m_button;
     QProgressBar* m_bar;
+    const PRecording* m_inBar = nullptr; ///< null: none
     QLabel* m_text;
 };

@@ -66,3 +66,18 @@ TEST_F(PRecordPanelTest, the_wheel_changes_the_field_with_the_focus) {
     turnWheel(end, -1);
     EXPECT_EQ(panel->settings().end, PRecordSettings::End::ByHand);
 }
+
+TEST_F(PRecordPanelTest, the_progress_is_that_of_written_frames) {
+    PFrameRecorder::Progress progress;
+    EXPECT_EQ(PRecordPanel::completedShare(progress), std::nullopt); // without a planned end
+    progress.share = 0.0;
+    EXPECT_EQ(PRecordPanel::completedShare(progress), 0.0);
+    progress.share = 1.0; // 50 of 50 frames have arrived
+    progress.tally.written = 30;
+    progress.tally.waiting = 20;
+    EXPECT_DOUBLE_EQ(*PRecordPanel::completedShare(progress), 0.6);
+    progress.tally.written = 48;
+    progress.tally.waiting = 0;
+    progress.tally.failed = 2;
+    EXPECT_EQ(PRecordPanel::completedShare(progress), 1.0);
+}
