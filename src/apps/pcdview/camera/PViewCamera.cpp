@@ -198,7 +198,7 @@ PFrameLedger PViewCamera::ledger() const {
 }
 
 double PViewCamera::framesPerSecond() const {
-    return m_pace.fps();
+    return m_pace.framesPerSecond(PFramePace::Clock::now());
 }
 
 void PViewCamera::setRunning(bool running) {

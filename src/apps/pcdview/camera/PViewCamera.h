@@ -4,11 +4,11 @@
 #include <apps/common/camera/PCameraIdentity.h>
 #include <apps/common/camera/PExposureWatch.h>
 #include <apps/pcdview/camera/PExposureCountdown.h>
+#include <apps/pcdview/camera/PFramePace.h>
 #include <apps/pcdview/camera/PSettingsRestorer.h>
 
 #include <PCd/device/PDevice.h>
 
-#include <PCore/PFpsCounter.h>
 #include <PCore/PStatus.h>
 
 #include <QObject>
@@ -117,7 +117,7 @@ private:
     PDeviceFrame m_frame;
     PFrameLedger m_lastLedger;
     QStringList m_notes;
-    PFpsCounter m_pace;
+    PFramePace m_pace;
     QTimer m_showSoon;
     std::chrono::steady_clock::time_point m_lastShown;
     State m_stateWithoutDevice = State::NotOpen;
