@@ -1338,6 +1338,13 @@ This is the pixel size of the sensor divided by the magnification.</source>
     </message>
 </context>
 <context>
+    <name>PSettingTitle</name>
+    <message>
+        <source>Resolution</source>
+        <translation>Разрешение</translation>
+    </message>
+</context>
+<context>
     <name>PSettingsPanel</name>
     <message>
         <source>No camera selected.</source>

@@ -2,6 +2,7 @@
 #include <apps/pcdview/camera/PViewCamera.h>
 
 #include <apps/common/camera/PCaptureMode.h>
+#include <apps/pcdview/camera/PSettingTitle.h>
 
 #include <PCd/device/PDevice.h>
 #include <PCd/frame/PFrameStamp.h>
@@ -89,7 +90,8 @@ void PViewCamera::restoreSettings() {
     if (!status.isOk())
         m_notes.append(tr("The settings could not be restored: %1").arg(status.reason()));
     for (const PDeviceProfileReport::Item& item : report.refused)
-        m_notes.append(tr("Not restored: %1 (%2)").arg(QString::fromLatin1(item.id), item.reason));
+        m_notes.append(
+            tr("Not restored: %1 (%2)").arg(PSettingTitle::of(m_device, item.id), item.reason));
 }
 
 void PViewCamera::followTrigger() {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <apps/pcdview/window/actions/PProfileController.h>
 
+#include <apps/pcdview/camera/PSettingTitle.h>
 #include <apps/pcdview/camera/PViewCamera.h>
 #include <apps/pcdview/capture/PCaptureFolder.h>
 #include <apps/pcdview/capture/PNamePattern.h>
@@ -119,7 +120,9 @@ void PProfileController::apply(const QString& path) {
         return;
     if (device == nullptr || camera.device() != device) // unplugged while the user was asked
         return;
-    PTextDialog::open(m_window, tr("Load profile"), PProfileReportText::html(camera.apply(plan)));
+    const PDeviceProfileReport report = camera.apply(plan);
+    const auto title = [&](const QByteArray& id) { return PSettingTitle::of(device, id); };
+    PTextDialog::open(m_window, tr("Load profile"), PProfileReportText::html(report, title));
 }
 
 void PProfileController::save() {

@@ -5,27 +5,34 @@
 
 namespace {
 
-QString section(const QString& title, const QList<PDeviceProfileReport::Item>& items) {
+using Title = PProfileReportText::Title;
+
+QString escapedTitle(const QByteArray& id, const Title& title) {
+    return (title ? title(id) : QString::fromLatin1(id)).toHtmlEscaped();
+}
+
+QString section(const QString& heading, const QList<PDeviceProfileReport::Item>& items,
+                const Title& title) {
     if (items.isEmpty())
         return QString();
     QString lines;
     for (const PDeviceProfileReport::Item& item : items) {
-        lines += u"<li><b>%1</b>: %2</li>"_qs.arg(QString::fromLatin1(item.id).toHtmlEscaped(),
+        lines += u"<li><b>%1</b>: %2</li>"_qs.arg(escapedTitle(item.id, title),
                                                   item.reason.toHtmlEscaped());
     }
-    return u"<p>%1</p><ul>%2</ul>"_qs.arg(title, lines);
+    return u"<p>%1</p><ul>%2</ul>"_qs.arg(heading, lines);
 }
 
-QString names(const QList<QByteArray>& ids) {
+QString titles(const QList<QByteArray>& ids, const Title& title) {
     QStringList texts;
     for (const QByteArray& id : ids)
-        texts.append(QString::fromLatin1(id).toHtmlEscaped());
+        texts.append(escapedTitle(id, title));
     return texts.join(u", "_qs);
 }
 
 } // namespace
 
-QString PProfileReportText::html(const PDeviceProfileReport& report) {
+QString PProfileReportText::html(const PDeviceProfileReport& report, const Title& title) {
     QString html = u"<p>%1</p>"_qs.arg(
         report.isComplete()
             ? tr("All settings of the profile applied: %1.").arg(report.applied.size())
@@ -34,10 +41,10 @@ QString PProfileReportText::html(const PDeviceProfileReport& report) {
                        QString::number(report.refused.size())));
     if (!report.note.isEmpty())
         html += u"<p>%1</p>"_qs.arg(report.note.toHtmlEscaped());
-    html += section(tr("Refused:"), report.refused);
-    html += section(tr("Skipped:"), report.ignored);
+    html += section(tr("Refused:"), report.refused, title);
+    html += section(tr("Skipped:"), report.ignored, title);
     if (!report.missing.isEmpty())
         html += u"<p>%1</p>"_qs.arg(
-            tr("Not in the file and left unchanged: %1").arg(names(report.missing)));
+            tr("Not in the file and left unchanged: %1").arg(titles(report.missing, title)));
     return html;
 }

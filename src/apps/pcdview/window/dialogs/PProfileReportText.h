@@ -6,11 +6,16 @@
 #include <QCoreApplication>
 #include <QString>
 
+#include <functional>
+
 /// The result of applying a profile, as HTML for the user. Any thread.
 class PProfileReportText {
     Q_DECLARE_TR_FUNCTIONS(PProfileReportText)
 
 public:
-    /// What was applied, refused and skipped, with the reasons.
-    static QString html(const PDeviceProfileReport& report);
+    /// The text that names the setting with this id.
+    using Title = std::function<QString(const QByteArray& id)>;
+
+    /// What was applied, refused and skipped, with the reasons. Without titles, it has ids.
+    static QString html(const PDeviceProfileReport& report, const Title& title = {});
 };

@@ -82,7 +82,7 @@ TEST_F(PProfileControllerTest, shows_what_the_camera_did_not_take) {
     contrast->setValue(7);
     contrast->refuses = true;
     controller->apply(file);
-    EXPECT_TRUE(report().contains(u"<b>contrast</b>"_qs)) << report().toStdString();
+    EXPECT_TRUE(report().contains(u"<b>Title of contrast</b>"_qs)) << report().toStdString();
 }
 
 TEST_F(PProfileControllerTest, warns_of_a_file_that_is_not_a_profile) {

@@ -41,3 +41,13 @@ TEST(PProfileReportTextTest, shows_texts_of_the_file_as_they_are) {
          {u"&lt;b&gt;another&lt;/b&gt;"_qs, u"<b>&lt;id&gt;</b>: a &lt; b"_qs, u"&lt;i&gt;</p>"_qs})
         EXPECT_TRUE(html.contains(text)) << text.toStdString();
 }
+
+TEST(PProfileReportTextTest, names_settings_by_their_titles) {
+    PDeviceProfileReport report;
+    report.refused = {{"contrast", u"out of range"_qs}};
+    report.missing = {"hue"};
+    const QString html = PProfileReportText::html(
+        report, [](const QByteArray& id) { return u"<"_qs + QString::fromLatin1(id).toUpper(); });
+    EXPECT_TRUE(html.contains(u"<b>&lt;CONTRAST</b>: out"_qs)) << html.toStdString();
+    EXPECT_TRUE(html.contains(u"unchanged: &lt;HUE<"_qs)) << html.toStdString();
+}
