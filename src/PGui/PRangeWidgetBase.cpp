@@ -36,6 +36,8 @@ PRangeWidgetBase::PRangeWidgetBase(QWidget* parent)
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     connect(m_slider, &PRangeSlider::valuePicked, this, &PRangeWidgetBase::change);
     connect(m_field, &PNumberField::valueEdited, this, &PRangeWidgetBase::change);
+    connect(m_slider, &QAbstractSlider::sliderReleased, this,
+            [this] { m_slider->setEnabled(std::isfinite(m_number)); });
 }
 
 PRangeWidgetBase::~PRangeWidgetBase() = default;
@@ -85,7 +87,7 @@ void PRangeWidgetBase::showNoNumber(const PMinMaxRange<double>& range) {
     if (isFinite(range))
         spreadScale(range);
     m_number = std::numeric_limits<double>::quiet_NaN();
-    m_slider->setEnabled(false);
+    m_slider->setEnabled(m_slider->isSliderDown()); // the mouse would lose the handle
     m_field->showValue(m_number);
 }
 

@@ -40,8 +40,8 @@ protected:
     void takeNumber(double number);
     /// Shows a value as it is, even outside the range; emits nothing.
     void showNumber(const PMinMaxRange<double>& range, double number);
-    /// Shows that the value is not known: an empty field, and no slider to move. The next value
-    /// that is shown or entered ends this. Emits nothing.
+    /// Shows that the value is not known: an empty field, and no slider to move, unless it is being
+    /// dragged. The next value that is shown or entered ends this. Emits nothing.
     void showNoNumber(const PMinMaxRange<double>& range);
     double number() const { return m_number; }
 

@@ -28,6 +28,7 @@ struct FakeSetting {
     }
 
     T read() const {
+        ++reads;
         if (!failsToRead)
             return inDevice;
         PReadWatch::reportFailure();
@@ -39,6 +40,7 @@ struct FakeSetting {
     bool failsToRead = false; ///< the device does not answer when the value is read
     FakeAnswer answer = FakeAnswer::Truth;
     QList<T> sets;
+    mutable int reads = 0;
 };
 
 class FakeSwitch : public PDevicePropertyBool, public FakeSetting<bool> {

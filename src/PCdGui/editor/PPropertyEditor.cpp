@@ -5,12 +5,18 @@
 #include <PCdGui/text/PPropertyDisplay.h>
 
 #include <QContextMenuEvent>
+#include <QElapsedTimer>
 #include <QHBoxLayout>
 #include <QMenu>
 
+#include <algorithm>
 #include <utility>
 
 namespace {
+
+constexpr std::chrono::seconds firstPause{1};
+constexpr std::chrono::seconds longestPause{16};
+constexpr std::chrono::milliseconds quickReading{100}; // a longer one is felt
 
 PEnumeration withTitles(const PEnumeration& choices, const PEnumeration& titled) {
     PEnumeration result;
@@ -27,7 +33,10 @@ PPropertyEditor::PPropertyEditor(PDeviceProperty* property)
     : m_property(property)
     , m_texts{property->title(), property->description(), {}}
     , m_watch(property->device(), this)
-    , m_setter(property) {
+    , m_setter(property)
+    , m_pause(firstPause) {
+    m_reading.setSingleShot(true);
+    connect(&m_reading, &QTimer::timeout, this, &PPropertyEditor::readAgain);
 }
 
 PPropertyEditor::~PPropertyEditor() {
@@ -78,12 +87,40 @@ void PPropertyEditor::refresh() {
     const bool isKnown = hasValue();
     if (std::exchange(m_isKnown, isKnown) != isKnown)
         updateToolTip();
+    if (isKnown) {
+        m_reading.stop();
+        m_pause = firstPause;
+    } else {
+        readAgainLater();
+    }
 }
 
 /// False if the device did not report the value.
 bool PPropertyEditor::hasValue() const {
     return !m_property || m_property->type() == PCD::DevicePropertyType::Action ||
            m_property->valueInner().isValid();
+}
+
+bool PPropertyEditor::canRead() const {
+    return isVisible() && !hasValue() && m_watch.isUsable() && m_property->device() != nullptr;
+}
+
+/// Not repeated if it takes long: the window does not react meanwhile, and the settings of a camera
+/// that does not answer are all unread.
+void PPropertyEditor::readAgain() {
+    if (!canRead())
+        return;
+    QElapsedTimer time;
+    time.start();
+    m_property->updateValueFromDevice();
+    m_pause = std::min(2 * m_pause, longestPause);
+    if (time.elapsed() < quickReading.count())
+        readAgainLater();
+}
+
+void PPropertyEditor::readAgainLater() {
+    if (canRead() && !m_reading.isActive())
+        m_reading.start(m_pause);
 }
 
 QVariant PPropertyEditor::shownRange() const {
@@ -166,8 +203,13 @@ void PPropertyEditor::changeEvent(QEvent* event) {
 
 void PPropertyEditor::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
-    if (!hasValue() && m_watch.isUsable() && m_property->device() != nullptr)
-        m_property->updateValueFromDevice();
+    m_pause = firstPause;
+    readAgain();
+}
+
+void PPropertyEditor::hideEvent(QHideEvent* event) {
+    QWidget::hideEvent(event);
+    m_reading.stop();
 }
 
 void PPropertyEditor::contextMenuEvent(QContextMenuEvent* event) {

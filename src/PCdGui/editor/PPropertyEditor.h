@@ -8,13 +8,16 @@
 #include <PCore/PExport.h>
 
 #include <QPointer>
+#include <QTimer>
 #include <QVariant>
 #include <QWidget>
 
+#include <chrono>
+
 /// An editor for one property: it shows the property's value, follows changes, and sends what the
 /// user chooses. After a refusal it shows the value that the device kept; a value that the device
-/// did not report is read again whenever the editor appears. Without the device or the property it
-/// is disabled. The GUI thread.
+/// did not report is read again whenever the editor appears, and then from time to time. Without
+/// the device or the property it is disabled. The GUI thread.
 class PCD_TEST_EXPORT PPropertyEditor : public QWidget {
     Q_OBJECT
 
@@ -64,12 +67,16 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
     void changeEvent(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
     void follow();
     void refresh();
     bool hasValue() const;
+    bool canRead() const;
+    void readAgain();
+    void readAgainLater();
     void updateUsable();
     void updateToolTip();
     void onPropertyDestroyed();
@@ -81,4 +88,6 @@ private:
     PDeviceWatch m_watch;
     PCoalescingSetter m_setter;
     bool m_isKnown = true; ///< as the tool tip says
+    QTimer m_reading;      ///< while the value is unread
+    std::chrono::seconds m_pause;
 };

@@ -2,6 +2,10 @@
 #include <PCdGui/editor/EditorBench.h>
 
 #include <support/QtPrinters.h>
+#include <support/WaitUntil.h>
+
+#include <QStyle>
+#include <QTest>
 
 namespace {
 
@@ -14,6 +18,15 @@ protected:
 
     PNumberField* field() const { return part<PNumberField>(); }
     PRangeSlider* slider() const { return part<PRangeSlider>(); }
+    /// The place of the slider's handle.
+    QPoint handle() const {
+        const int length =
+            slider()->style()->pixelMetric(QStyle::PM_SliderLength, nullptr, slider());
+        const int left =
+            QStyle::sliderPositionFromValue(slider()->minimum(), slider()->maximum(),
+                                            slider()->sliderPosition(), slider()->width() - length);
+        return {left + length / 2, slider()->height() / 2};
+    }
 
     void makeItAnExposureTime() {
         property->rangeInDevice = {10, 50000000, 1};
@@ -246,4 +259,46 @@ TEST_F(PNumberEditorTest, reads_an_unreported_number_again_when_it_appears) {
     EXPECT_EQ(shownText(field()), u"7"_qs);
     EXPECT_TRUE(slider()->isEnabled());
     EXPECT_FALSE(editor->toolTip().contains(u"did not report"_qs));
+}
+
+TEST_F(PNumberEditorTest, reads_an_unreported_number_again_while_it_is_shown) {
+    property->failsToRead = true;
+    open();
+    property->setValue(7);
+    EXPECT_EQ(shownText(field()), QString());
+    property->failsToRead = false;
+    EXPECT_TRUE(waitUntil([this] { return shownText(field()) == u"7"_qs; }));
+    EXPECT_TRUE(slider()->isEnabled());
+}
+
+TEST_F(PNumberEditorTest, goes_on_reading_until_the_device_reports_the_number) {
+    property->failsToRead = true;
+    open();
+    property->setValue(7);
+    const int before = property->reads;
+    ASSERT_TRUE(waitUntil([&] { return property->reads >= before + 2; }));
+    EXPECT_EQ(shownText(field()), QString());
+    property->failsToRead = false;
+    EXPECT_TRUE(waitUntil([this] { return shownText(field()) == u"7"_qs; }));
+}
+
+TEST_F(PNumberEditorTest, keeps_the_slider_that_is_being_dragged_while_the_number_is_unread) {
+    open();
+    property->failsToRead = true;
+    QTest::mousePress(slider(), Qt::LeftButton, {}, handle());
+    QTest::mouseMove(slider(), handle() + QPoint(15, 0));
+    turn();
+    ASSERT_EQ(property->sets.size(), 1); // which cannot be read back
+    EXPECT_EQ(shownText(field()), QString());
+    EXPECT_TRUE(slider()->isEnabled());
+    QTest::mouseMove(slider(), handle() + QPoint(15, 0));
+    turn();
+    EXPECT_EQ(property->sets.size(), 2);
+    QTest::mouseRelease(slider(), Qt::LeftButton, {}, handle());
+    turn();
+    EXPECT_FALSE(slider()->isEnabled());
+    property->failsToRead = false;
+    property->updateValueFromDevice();
+    EXPECT_TRUE(slider()->isEnabled());
+    EXPECT_EQ(shownText(field()), QString::number(property->sets.last()));
 }
