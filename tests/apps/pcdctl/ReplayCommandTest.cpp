@@ -128,6 +128,33 @@ TEST_F(ReplayCommand, the_recorded_command_replaces_no_file) {
     EXPECT_EQ(readFile(file), "mine");
 }
 
+TEST_F(ReplayCommand, says_that_it_keeps_no_file_of_the_recorded_command) {
+    const QString hint = u"the files of the recorded command are not kept"_qs;
+    const CtlResult recorded = record({u"snap"_qs, u"-o"_qs, path(u"a.png"_qs)});
+    EXPECT_TRUE(recorded.output.startsWith("Saved ")) << recorded.output.toStdString();
+    const CtlResult replayed = replay();
+    EXPECT_TRUE(replayed.output.startsWith("Not kept: a.png: 320 x 240 pixels"))
+        << replayed.output.toStdString();
+    EXPECT_TRUE(replayed.errors.contains(hint)) << replayed.errors.toStdString();
+    const QString file = path(u"b.png"_qs);
+    const CtlResult another = replay({u"snap"_qs, u"-o"_qs, file});
+    EXPECT_TRUE(another.output.startsWith("Saved " + file.toUtf8()))
+        << another.output.toStdString();
+    EXPECT_FALSE(another.errors.contains(hint)) << another.errors.toStdString();
+}
+
+TEST_F(ReplayCommand, says_that_it_keeps_no_recorded_profile) {
+    ASSERT_EQ(record({u"profile"_qs, u"save"_qs, path(u"a.json"_qs)}).exitCode, 0);
+    const CtlResult replayed = replay();
+    EXPECT_TRUE(replayed.output.startsWith("Not kept: a.json: the settings of camera"))
+        << replayed.output.toStdString();
+}
+
+TEST_F(ReplayCommand, does_not_speak_of_files_where_there_are_none) {
+    ASSERT_EQ(record({u"list"_qs}).exitCode, 0);
+    EXPECT_FALSE(replay().errors.contains(u"kept"_qs));
+}
+
 TEST_F(ReplayCommand, the_recorded_check_replaces_no_file) {
     const QString file = path(u"check.xml"_qs);
     ASSERT_EQ(record({u"check"_qs, u"--filter=identity.*"_qs, u"--junit"_qs, file}).exitCode, 0);

@@ -56,6 +56,8 @@ struct PCtlOptions : PProgramOptions {
         return timeout.value_or(std::chrono::seconds(30));
     }
 
+    bool keepsFiles = true; ///< false in a replay that removes what the command writes
+
     QString output; ///< snap: the picture file; record: the recording or the pattern of files
 
     std::optional<quint64> frames; ///< stream, trigger, record: number of frames

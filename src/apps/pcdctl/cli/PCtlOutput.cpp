@@ -5,6 +5,7 @@
 
 #include <PCore/PPrintableText.h>
 
+#include <QFileInfo>
 #include <QJsonDocument>
 
 #include <cstdio>
@@ -57,6 +58,10 @@ bool PCtlOutput::flush() {
 
 QString PCtlOutput::toFrames(quint64 count) {
     return (count == 1 ? u"%1 frame"_qs : u"%1 frames"_qs).arg(count);
+}
+
+QString PCtlOutput::toSaved(const QString& path, bool isKept) {
+    return isKept ? u"Saved "_qs + path : u"Not kept: "_qs + QFileInfo(path).fileName();
 }
 
 QJsonObject PCtlOutput::toJson(const PCameraIdentity& camera) {

@@ -27,6 +27,9 @@ bool flush();
 
 /// "1 frame", "5 frames".
 QString toFrames(quint64 count);
+
+/// "Saved" with the path, or, of a file that is removed afterwards, that it is not kept.
+QString toSaved(const QString& path, bool isKept);
 /// {id, model, serial, simulated}.
 QJsonObject toJson(const PCameraIdentity& camera);
 

@@ -31,8 +31,9 @@ PCtlOutcome saveProfile(PCameraSession& session, const PCtlOptions& options) {
     if (options.json)
         PCtlOutput::printDocument(head);
     else
-        PCtlOutput::printLine(u"Saved %1: the settings of camera %2"_qs.arg(
-            head.value(u"file"_qs).toString(), session.cameraId()));
+        PCtlOutput::printLine(u"%1: the settings of camera %2"_qs.arg(
+            PCtlOutput::toSaved(head.value(u"file"_qs).toString(), options.keepsFiles),
+            session.cameraId()));
     return {};
 }
 

@@ -66,9 +66,9 @@ void printJson(const QString& file, const PCameraIdentity& camera, const PSnapRu
     PCtlOutput::printDocument(object);
 }
 
-void printText(const QString& file, const PCameraIdentity& camera, const PSnapRun& run) {
-    PCtlOutput::printLine(u"Saved %1: %2 x %3 pixels, camera %4%5"_qs.arg(
-        file, QString::number(run.picture().image.width()),
+void printText(const QString& saved, const PCameraIdentity& camera, const PSnapRun& run) {
+    PCtlOutput::printLine(u"%1: %2 x %3 pixels, camera %4%5"_qs.arg(
+        saved, QString::number(run.picture().image.width()),
         QString::number(run.picture().image.height()), camera.id,
         camera.simulated ? u" (simulated)"_qs : QString()));
 }
@@ -100,6 +100,6 @@ PCtlOutcome runSnapCommand(PCtlHost& host, const PCtlOptions& options) {
     if (options.json)
         printJson(file, camera, run);
     else
-        printText(file, camera, run);
+        printText(PCtlOutput::toSaved(file, options.keepsFiles), camera, run);
     return {};
 }

@@ -41,6 +41,7 @@ void redirectFiles(PCtlOptions& options, const QString& folder) {
             *file = QDir(folder).filePath(QFileInfo(*file).fileName());
     }
     options.doctor.folder = folder; // where the disk is measured, by writing
+    options.keepsFiles = false;
 }
 
 } // namespace
@@ -64,7 +65,13 @@ PCtlOutcome PReplayRun::run() {
             return PCtlOutcome::failed(folder.errorString());
         redirectFiles(command, folder.path());
     }
-    return judge(m_command(command));
+    const PCtlOutcome result = judge(m_command(command));
+    if (!QDir(folder.path()).isEmpty() && !command.keepsFiles) {
+        PCtlOutput::printMessage(
+            u"%1: the files of the recorded command are not kept; to keep files, name a command "
+            "after the trace"_qs.arg(m_options.words.first()));
+    }
+    return result;
 }
 
 PCtlOutcome PReplayRun::readCommand(PCtlOptions& command) const {
