@@ -13,7 +13,7 @@ constexpr int leastOfPath = 12; // characters
 
 /// The path in a message; folders may have spaces in their names.
 QRegularExpressionMatch findPath(const QString& message) {
-    static const QRegularExpression path(u"(?<![^\\s\"“(])/[^\"”]*/[^\\s\"”)]*"_qs);
+    static const QRegularExpression path(u"(?<![^\\s\"“«(])/[^\"”»]*/[^\\s\"”»)]*"_qs);
     return path.match(message);
 }
 

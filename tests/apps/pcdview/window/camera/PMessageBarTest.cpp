@@ -47,6 +47,14 @@ TEST_F(PMessageBarTest, keeps_the_words_on_both_sides_of_a_path) {
     EXPECT_TRUE(text.endsWith(u"\": no room on the disk"_qs)) << text.toStdString();
 }
 
+TEST_F(PMessageBarTest, finds_a_path_in_the_quotes_of_another_language) {
+    const QString text = fitting(u"Small-S0001: не удалось сохранить «/home/user/Pictures/pcdview/"
+                                 "Small-S0001_2026-11-22_09-11-51-536.ome.tif»: нет места"_qs,
+                                 0.7);
+    EXPECT_TRUE(text.startsWith(u"Small-S0001: не удалось сохранить «/"_qs)) << text.toStdString();
+    EXPECT_TRUE(text.endsWith(u"»: нет места"_qs)) << text.toStdString();
+}
+
 TEST_F(PMessageBarTest, keeps_the_beginning_where_there_is_little_room) {
     const QString text = fitting(u"Small-S0001: Recorded 50 frames: /home/user/Pictures/pcdview/"
                                  "Small-S0001_2026-11-22_09-11-51-536.ome.tif"_qs,
