@@ -57,11 +57,18 @@ QString PProfileController::filter() {
     return tr("Camera profiles") + u" (*.%1 *.json)"_qs.arg(profileSuffix);
 }
 
+/// Where the dialogs begin: profiles are often kept apart from pictures.
+QString PProfileController::folder() const {
+    return QFileInfo(m_folder).isDir() ? m_folder : PCaptureFolder::path();
+}
+
 void PProfileController::load() {
-    const QString path = QFileDialog::getOpenFileName(m_window, tr("Load profile"),
-                                                      PCaptureFolder::path(), filter());
-    if (!path.isEmpty())
-        applyIfPluggedIn(path);
+    const QString path =
+        QFileDialog::getOpenFileName(m_window, tr("Load profile"), folder(), filter());
+    if (path.isEmpty())
+        return;
+    m_folder = QFileInfo(path).path();
+    applyIfPluggedIn(path);
 }
 
 /// The camera may have been unplugged while a dialog was open.
@@ -126,12 +133,15 @@ void PProfileController::apply(const QString& path) {
 }
 
 void PProfileController::save() {
-    QFileDialog dialog(m_window, tr("Save profile"), PCaptureFolder::path(), filter());
+    QFileDialog dialog(m_window, tr("Save profile"), folder(), filter());
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setDefaultSuffix(profileSuffix);
     dialog.selectFile(suggestedName(m_tabs.currentPage()->camera().identity().id));
-    if (dialog.exec() == QDialog::Accepted)
-        saveTo(dialog.selectedFiles().value(0));
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    const QString path = dialog.selectedFiles().value(0);
+    m_folder = QFileInfo(path).path();
+    saveTo(path);
 }
 
 void PProfileController::saveTo(const QString& path) {

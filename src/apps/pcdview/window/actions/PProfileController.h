@@ -40,6 +40,7 @@ signals:
 
 private:
     static QString filter();
+    QString folder() const;
     void load();
     void save();
     void askToApply();
@@ -48,5 +49,6 @@ private:
     PCameraTabs& m_tabs;
     QWidget* m_window;
     std::function<bool(const PViewCamera&, const PDeviceProfile&)> m_condition;
+    QString m_folder;  ///< of the last profile chosen in a dialog; empty: none yet
     QString m_offered; ///< the file; empty: none, or the user was asked
 };

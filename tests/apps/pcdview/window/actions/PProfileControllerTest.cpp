@@ -13,7 +13,9 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileDialog>
+#include <QLineEdit>
 #include <QMessageBox>
+#include <QTest>
 #include <QTimer>
 
 #include <functional>
@@ -155,6 +157,29 @@ TEST_F(PProfileControllerTest, suggests_a_file_name_made_of_the_camera) {
     });
     actions.saveProfile->trigger();
     EXPECT_EQ(suggested, QStringList(captureFolder() + u"/Fake-3_4.pcdprofile.json"_qs));
+}
+
+TEST_F(PProfileControllerTest, begins_where_the_last_profile_was_chosen) {
+    ASSERT_TRUE(QDir().mkpath(captureFolder()) && QDir().mkpath(path(u"profiles"_qs)));
+    const QString chosen = path(u"profiles/a.pcdprofile.json"_qs);
+    QStringList folders;
+    const auto inDialog = [&](QAction* action, const std::function<void(QFileDialog&)>& act) {
+        QTimer::singleShot(0, &window, [&folders, act] {
+            auto* const dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+            ASSERT_NE(dialog, nullptr);
+            folders.append(dialog->directory().path());
+            act(*dialog);
+        });
+        action->trigger();
+    };
+    inDialog(actions.loadProfile, [](QFileDialog& dialog) { dialog.reject(); });
+    inDialog(actions.saveProfile, [&](QFileDialog& dialog) {
+        dialog.findChild<QLineEdit*>(u"fileNameEdit"_qs)->setText(chosen);
+        QTest::keyClick(&dialog, Qt::Key_Return);
+    });
+    EXPECT_TRUE(QFile::exists(chosen));
+    inDialog(actions.loadProfile, [](QFileDialog& dialog) { dialog.reject(); });
+    EXPECT_EQ(folders, QStringList({captureFolder(), captureFolder(), path(u"profiles"_qs)}));
 }
 
 TEST_F(PProfileControllerTest, saves_nothing_of_a_camera_that_was_unplugged) {
