@@ -112,7 +112,10 @@ void PPropertyEditor::readAgain() {
         return;
     QElapsedTimer time;
     time.start();
+    const QPointer<PPropertyEditor> self(this); // a slot of valueChanged() may delete it
     m_property->updateValueFromDevice();
+    if (self.isNull())
+        return;
     m_pause = std::min(2 * m_pause, longestPause);
     if (time.elapsed() < quickReading.count())
         readAgainLater();

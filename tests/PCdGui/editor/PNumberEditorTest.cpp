@@ -302,3 +302,13 @@ TEST_F(PNumberEditorTest, keeps_the_slider_that_is_being_dragged_while_the_numbe
     EXPECT_TRUE(slider()->isEnabled());
     EXPECT_EQ(shownText(field()), QString::number(property->sets.last()));
 }
+
+TEST_F(PNumberEditorTest, may_be_deleted_by_a_slot_when_an_unreported_number_arrives) {
+    property->failsToRead = true;
+    open();
+    property->setValue(7);
+    property->failsToRead = false;
+    const QPointer<QWidget> watched(editor);
+    QObject::connect(property, &PDeviceProperty::valueChanged, &window, [&] { delete watched; });
+    EXPECT_TRUE(waitUntil([&] { return watched.isNull(); }));
+}
