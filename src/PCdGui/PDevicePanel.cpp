@@ -85,9 +85,10 @@ void PDevicePanel::setFilter(const QString& text) {
 }
 
 void PDevicePanel::setCondition(
+    const QList<PRole>& roles,
     const std::function<bool(const PDeviceProperty& property, const QVariant& value)>& condition) {
     for (PPropertyGroupPanel* group : std::as_const(m_groups))
-        group->setCondition(condition);
+        group->setCondition(roles, condition);
 }
 
 void PDevicePanel::translate() {

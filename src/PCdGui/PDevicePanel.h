@@ -4,6 +4,7 @@
 #include <PGui/PColumnScroll.h>
 
 #include <PCd/device/PDevice.h>
+#include <PCd/property/value/PRole.h>
 
 #include <PCore/PExport.h>
 
@@ -32,10 +33,11 @@ public:
     /// shows all. Applied again when the language changes, as titles and descriptions change with
     /// it.
     void setFilter(const QString& text);
-    /// Called before an editor sends another value than the property's; if it returns false, the
-    /// editor shows the property's value again. It may ask the user. Not called for properties' own
-    /// panels.
-    void setCondition(const std::function<bool(const PDeviceProperty& property,
+    /// Called before the editor of a property with one of these roles sends another value than the
+    /// property's; if it returns false, the editor shows the property's value again. It may ask the
+    /// user. Not called for properties' own panels.
+    void setCondition(const QList<PRole>& roles,
+                      const std::function<bool(const PDeviceProperty& property,
                                                const QVariant& value)>& condition);
 
 signals:

@@ -10,6 +10,7 @@
 #include <PCdGui/text/PShownWords.h>
 
 #include <PCd/property/PDeviceProperty.h>
+#include <PCd/property/PPropertyRoles.h>
 
 #include <QFormLayout>
 #include <QPaintEvent>
@@ -19,6 +20,12 @@
 #include <algorithm>
 
 namespace {
+
+bool hasAny(const PDeviceProperty& property, const QList<PRole>& roles) {
+    const PRoleBindings bindings = PPropertyRoles::of(property);
+    return std::any_of(bindings.begin(), bindings.end(),
+                       [&](const PRoleBinding& binding) { return roles.contains(binding.role); });
+}
 
 constexpr int mostTitleCharacters = 18;
 
@@ -125,9 +132,12 @@ void PPropertyGroupPanel::setTexts(const QString& groupTitle, const PDeviceTexts
     }
 }
 
-void PPropertyGroupPanel::setCondition(const PCoalescingSetter::Condition& condition) {
+void PPropertyGroupPanel::setCondition(const QList<PRole>& roles,
+                                       const PCoalescingSetter::Condition& condition) {
     for (const Row& row : std::as_const(m_rows)) {
-        if (auto* const editor = qobject_cast<PPropertyEditor*>(row.editor))
+        auto* const editor = qobject_cast<PPropertyEditor*>(row.editor);
+        if (editor != nullptr && editor->property() != nullptr &&
+            hasAny(*editor->property(), roles))
             editor->setCondition(condition);
     }
 }

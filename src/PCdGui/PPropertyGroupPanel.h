@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <PCd/property/value/PRole.h>
+
 #include <PCore/PExport.h>
 
 #include <QGroupBox>
@@ -35,7 +37,8 @@ public:
     void setTexts(const QString& groupTitle, const PDeviceTexts& texts);
 
     /// See PDevicePanel.
-    void setCondition(const std::function<bool(const PDeviceProperty& property,
+    void setCondition(const QList<PRole>& roles,
+                      const std::function<bool(const PDeviceProperty& property,
                                                const QVariant& value)>& condition);
 
     /// The width of the widest title, in pixels, and the width given to all titles, so that panels

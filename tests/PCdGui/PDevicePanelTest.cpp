@@ -12,6 +12,7 @@
 #include <PCdGui/editor/PSwitchEditor.h>
 
 #include <PCd/FakeDevice.h>
+#include <PCd/property/PPropertyRoles.h>
 #include <PGui/PDoubleRangeWidget.h>
 #include <PGui/WidgetHands.h>
 #include <support/QtPrinters.h>
@@ -353,18 +354,36 @@ TEST_F(PDevicePanelTest, says_if_nothing_matches) {
 }
 
 TEST_F(PDevicePanelTest, keeps_a_value_if_the_condition_does_not_allow_another) {
+    auto* const property = panel()->findChild<PSwitchEditor*>()->property();
+    PPropertyRoles::declare(*property, {{PRole::Negative}});
     QByteArray asked;
-    panel()->setCondition([&](const PDeviceProperty& property, const QVariant&) {
-        asked = property.id();
-        return false;
-    });
+    panel()->setCondition({PRole::Hue, PRole::Negative},
+                          [&](const PDeviceProperty& one, const QVariant&) {
+                              asked = one.id();
+                              return false;
+                          });
     auto* const box = panel()->findChild<PSwitchEditor*>()->findChild<QCheckBox*>();
     const bool before = box->isChecked();
     box->click();
     EXPECT_NE(box->isChecked(), before); // until the condition is asked
     QCoreApplication::processEvents();
     EXPECT_EQ(box->isChecked(), before);
-    EXPECT_EQ(asked, panel()->findChild<PSwitchEditor*>()->property()->id());
+    EXPECT_EQ(asked, property->id());
+}
+
+TEST_F(PDevicePanelTest, sends_without_the_condition_what_has_none_of_its_roles) {
+    auto* const property = panel()->findChild<PSwitchEditor*>()->property();
+    PPropertyRoles::declare(*property, {{PRole::Negative}});
+    bool isAsked = false;
+    panel()->setCondition({PRole::Hue}, [&](const PDeviceProperty&, const QVariant&) {
+        isAsked = true;
+        return false;
+    });
+    const bool before = property->valueInner().toBool();
+    panel()->findChild<PSwitchEditor*>()->findChild<QCheckBox*>()->click();
+    widget.reset(); // what is still pending is sent
+    EXPECT_EQ(property->valueInner().toBool(), !before);
+    EXPECT_FALSE(isAsked);
 }
 
 TEST_F(PDevicePanelTest, is_disabled_with_the_device_panels_of_their_own_included) {

@@ -34,6 +34,10 @@ bool isOtherMode(PDevice& device, const QString& id) {
 
 } // namespace
 
+QList<PRole> PFrameSizeChange::roles() {
+    return {PRole::Region, PRole::Binning, PRole::Rotation};
+}
+
 std::optional<PRole> PFrameSizeChange::byValue(const PDeviceProperty& property,
                                                const QVariant& value) {
     const PRoleValue now = PPropertyRoles::value(property);

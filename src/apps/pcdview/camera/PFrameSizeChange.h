@@ -15,6 +15,8 @@ struct PDeviceProfile;
 /// recording: all its frames have the same size. The device's thread.
 class PFrameSizeChange {
 public:
+    /// The roles that byValue() can return.
+    static QList<PRole> roles();
     /// The role by which this value of a property changes it: region, binning or rotation; nothing
     /// if it does not. Another binning counts even if it has the same factor.
     static std::optional<PRole> byValue(const PDeviceProperty& property, const QVariant& value);

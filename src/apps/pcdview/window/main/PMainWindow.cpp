@@ -2,6 +2,7 @@
 #include <apps/pcdview/window/main/PMainWindow.h>
 
 #include <apps/common/camera/PCameraHost.h>
+#include <apps/pcdview/camera/PFrameSizeChange.h>
 #include <apps/pcdview/window/actions/PControllers.h>
 #include <apps/pcdview/window/actions/PPictureController.h>
 #include <apps/pcdview/window/actions/PProfileController.h>
@@ -68,7 +69,7 @@ void PMainWindow::makeBars() {
         return m_controllers->recording().mayChangeMode(camera);
     });
     m_panels->settings->setCondition(
-        [this](const PDeviceProperty& property, const QVariant& value) {
+        PFrameSizeChange::roles(), [this](const PDeviceProperty& property, const QVariant& value) {
             const PCameraPage* const page = m_cameraTabs->currentPage();
             return page == nullptr ||
                    m_controllers->recording().mayChangeSetting(page->camera(), property, value);

@@ -92,9 +92,10 @@ void PSettingsPanel::follow(QWidget* panel) {
     auto* const settings = qobject_cast<PDevicePanel*>(panel);
     if (settings == nullptr)
         return;
-    settings->setCondition([this](const PDeviceProperty& property, const QVariant& value) {
-        return !m_condition || m_condition(property, value);
-    });
+    settings->setCondition(m_conditioned,
+                           [this](const PDeviceProperty& property, const QVariant& value) {
+                               return !m_condition || m_condition(property, value);
+                           });
     connect(settings, &PDevicePanel::refused, this,
             [this](const QString& title, const QString& kept) {
                 emit refused(refusalText(title, kept));
@@ -102,7 +103,9 @@ void PSettingsPanel::follow(QWidget* panel) {
 }
 
 void PSettingsPanel::setCondition(
+    const QList<PRole>& roles,
     std::function<bool(const PDeviceProperty& property, const QVariant& value)> condition) {
+    m_conditioned = roles;
     m_condition = std::move(condition);
 }
 

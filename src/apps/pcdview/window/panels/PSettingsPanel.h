@@ -2,6 +2,7 @@
 #pragma once
 
 #include <PCd/device/PDevice.h>
+#include <PCd/property/value/PRole.h>
 
 #include <QHash>
 #include <QPointer>
@@ -25,9 +26,11 @@ public:
     enum class Without { Selection, Connection, Opening };
     /// Shows the settings of this linked device; without one, says why there are none.
     void setDevice(PDevice* device, Without without = Without::Selection);
-    /// Called before the user's choice of another value is sent; if it returns false, the camera
-    /// keeps its value. Not called for properties' own panels.
+    /// Called before the user's choice of another value is sent for a property with one of these
+    /// roles; if it returns false, the camera keeps its value. Not called for properties' own
+    /// panels. To be set before the first device.
     void setCondition(
+        const QList<PRole>& roles,
         std::function<bool(const PDeviceProperty& property, const QVariant& value)> condition);
     /// Whether a command that a panel of the device has started is running: one of its push buttons
     /// that choose nothing stays pressed.
@@ -53,5 +56,6 @@ private:
     QPointer<QWidget> m_panel;
     QHash<PDevice*, QPointer<QWidget>> m_panels; ///< of the linked devices that were shown
     QPointer<PDevice> m_device;
+    QList<PRole> m_conditioned; ///< the roles that m_condition is for
     std::function<bool(const PDeviceProperty&, const QVariant&)> m_condition;
 };
