@@ -38,6 +38,12 @@ int reopen(int file) {
     return ::open(path.constData(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
 }
 
+/// Frames would take the place of the files on it.
+bool isDisk(const QString& path) {
+    struct stat found {};
+    return ::stat(QFile::encodeName(path).constData(), &found) == 0 && S_ISBLK(found.st_mode);
+}
+
 } // namespace
 
 PStreamTarget::PStreamTarget(QString path)
@@ -56,6 +62,9 @@ QString PStreamTarget::name() const {
 std::optional<PStatus> PStreamTarget::tryOpen() {
     // A reader that ends is an ordinary end: writing then fails, and the program goes on.
     std::signal(SIGPIPE, SIG_IGN);
+    if (isDisk(m_path))
+        return refuse(m_path, u"it is a disk, whose files would be lost: expected a new file, a "
+                              "named pipe or another device"_qs);
     m_file = openPath();
     if (m_file < 0) {
         struct stat found {};

@@ -20,7 +20,8 @@ public:
     PStreamTarget(const PStreamTarget&) = delete;
     PStreamTarget& operator=(const PStreamTarget&) = delete;
 
-    /// Opens it, without waiting. Fails with the reason: a terminal, a folder, a file that exists.
+    /// Opens it, without waiting. Fails with the reason: a terminal, a folder, a disk, a file that
+    /// exists.
     /// Nothing while a named pipe has no reader: call it again later.
     std::optional<PStatus> tryOpen();
     /// Writes all bytes, waiting while the reader takes none. Fails with the system's reason, or as

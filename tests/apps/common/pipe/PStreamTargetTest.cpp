@@ -8,7 +8,12 @@
 #include <support/QtPrinters.h>
 #include <support/WaitUntil.h>
 
+#include <QDir>
 #include <QFile>
+
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+#include <unistd.h>
 
 #include <memory>
 #include <thread>
@@ -32,6 +37,20 @@ protected:
     static PStatus write(PStreamTarget& target, const QByteArray& bytes) {
         return target.write(reinterpret_cast<const unsigned char*>(bytes.constData()),
                             std::size_t(bytes.size()));
+    }
+    /// A block device that nobody can write to, also if it is opened. Empty if there is none.
+    QString makeDisk() const {
+        const QByteArray made = QFile::encodeName(path(u"disk"_qs));
+        if (::mknod(made.constData(), S_IFBLK | 0600, makedev(0, 0)) == 0) // no driver has these
+            return QFile::decodeName(made);
+        for (const QFileInfo& one : QDir(u"/dev"_qs).entryInfoList(QDir::System)) {
+            struct stat found {};
+            const QByteArray name = QFile::encodeName(one.filePath());
+            if (::stat(name.constData(), &found) == 0 && S_ISBLK(found.st_mode) &&
+                ::access(name.constData(), W_OK) != 0)
+                return one.filePath();
+        }
+        return {};
     }
     /// Why a target cannot be opened.
     static QString refusal(const QString& name) {
@@ -76,6 +95,16 @@ TEST_F(StreamTarget, a_terminal_is_refused) {
               u"\"%1\" is a terminal, which cannot show frames: expected a pipe or a file"_qs.arg(
                   terminal));
     ::close(mine);
+}
+
+TEST_F(StreamTarget, a_disk_is_refused) {
+    const QString disk = makeDisk();
+    ASSERT_FALSE(disk.isEmpty());
+    const QString reason = u"cannot write to \"%1\": it is a disk, whose files would be lost: "
+                           "expected a new file, a named pipe or another device"_qs;
+    EXPECT_EQ(refusal(disk), reason.arg(disk));
+    QFile::link(disk, path(u"link to it"_qs));
+    EXPECT_EQ(refusal(path(u"link to it"_qs)), reason.arg(path(u"link to it"_qs)));
 }
 
 TEST_F(StreamTarget, a_file_that_cannot_grow_ends_with_the_last_whole_frame) {
