@@ -211,6 +211,9 @@ GstStateChangeReturn changeState(GstElement* element, GstStateChange change) {
             return GST_STATE_CHANGE_FAILURE;
         addChildren(reinterpret_cast<PcdSrc*>(element));
     }
+    // Not in start(): if that fails, the parent reports an error of its own besides.
+    if (change == GST_STATE_CHANGE_READY_TO_PAUSED && !source.negotiateMode())
+        return GST_STATE_CHANGE_FAILURE;
     if (change == GST_STATE_CHANGE_PAUSED_TO_PLAYING && !source.play())
         return GST_STATE_CHANGE_FAILURE;
     const GstStateChangeReturn result =
@@ -225,10 +228,6 @@ GstStateChangeReturn changeState(GstElement* element, GstStateChange change) {
         source.close();
     }
     return result;
-}
-
-gboolean start(GstBaseSrc* source) {
-    return toSource(source).negotiateMode() ? TRUE : FALSE;
 }
 
 gboolean unlock(GstBaseSrc* source) {
@@ -357,7 +356,6 @@ void installNumbers(GObjectClass* object) {
 
 void installFunctions(PcdSrcClass* type) {
     GstBaseSrcClass* const base = GST_BASE_SRC_CLASS(type);
-    base->start = start;
     base->unlock = unlock;
     base->unlock_stop = unlockStop;
     base->is_seekable = isSeekable;

@@ -3,6 +3,7 @@
 
 #include <gstreamer/GstFixture.h>
 #include <gstreamer/camera/PGstHost.h>
+#include <gstreamer/camera/PQtLoop.h>
 
 #include <PCd/device/PDeviceManager.h>
 
@@ -191,6 +192,46 @@ TEST_F(PGstSourceTest, a_camera_that_is_unplugged_before_it_starts_is_an_error_o
     EXPECT_NE(wait.setState(GST_STATE_PLAYING), GST_STATE_CHANGE_FAILURE);
     ToupcamSim_plug("two");
     EXPECT_TRUE(wait.waitForBuffers(1));
+}
+
+TEST_F(PGstSourceTest, a_camera_that_is_gone_but_still_listed_does_not_answer) {
+    GstRun ready(pipeline("camera=1"));
+    ASSERT_EQ(ready.setState(GST_STATE_READY), GST_STATE_CHANGE_SUCCESS);
+    // Without events, the register does not notice.
+    PQtLoop::call([this, &ready] {
+        ToupcamSim_unplug("one");
+        ToupcamSim_unplug("two");
+        const std::string silent = "camera Simulated-T-T1 does not answer: it was unplugged";
+        GstRun run(pipeline());
+        EXPECT_EQ(run.setState(GST_STATE_READY), GST_STATE_CHANGE_FAILURE);
+        EXPECT_THAT(run.error(), HasSubstr(silent));
+        GstRun other(pipeline("mode=32x24 settings=negative=on"));
+        EXPECT_EQ(other.setState(GST_STATE_READY), GST_STATE_CHANGE_FAILURE);
+        EXPECT_THAT(other.error(), HasSubstr(silent));
+        EXPECT_EQ(ready.setState(GST_STATE_PAUSED), GST_STATE_CHANGE_FAILURE);
+        EXPECT_THAT(ready.error(), HasSubstr("camera Simulated-T-T2 does not answer"));
+    });
+}
+
+TEST_F(PGstSourceTest, a_camera_that_is_gone_but_still_listed_is_waited_for) {
+    GstRun run(pipeline("on-unplug=wait"));
+    ASSERT_EQ(run.setState(GST_STATE_READY), GST_STATE_CHANGE_SUCCESS);
+    PQtLoop::call([&run] {
+        ToupcamSim_unplug("one");
+        EXPECT_NE(run.setState(GST_STATE_PAUSED), GST_STATE_CHANGE_FAILURE);
+        EXPECT_NE(run.setState(GST_STATE_PLAYING), GST_STATE_CHANGE_FAILURE);
+    });
+    ASSERT_TRUE(areThere(1));
+    ToupcamSim_plug("one");
+    EXPECT_TRUE(run.waitForBuffers(1));
+}
+
+TEST_F(PGstSourceTest, a_mode_that_cannot_be_is_one_error) {
+    GstRun run(source("! video/x-raw,width=33 ! fakesink name=sink"));
+    EXPECT_EQ(run.setState(GST_STATE_PLAYING), GST_STATE_CHANGE_FAILURE);
+    EXPECT_THAT(run.error(), HasSubstr("no mode that the pipeline takes"));
+    const GstPtr<GstMessage> second(gst_bus_pop_filtered(run.bus(), GST_MESSAGE_ERROR));
+    EXPECT_EQ(second, nullptr);
 }
 
 TEST_F(PGstSourceTest, what_happens_at_unplugging_is_chosen_before_the_camera_is_opened) {

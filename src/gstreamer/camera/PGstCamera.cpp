@@ -70,6 +70,8 @@ Outcome PGstCamera::link(PDevice* device) {
     const PStatus status = prepare();
     if (m_device == nullptr)
         return {Outcome::Code::Failed, u"camera %1 was unplugged"_qs.arg(m_id)};
+    if (!m_device->isAnswering()) // whatever failed first: that is why
+        return {Outcome::Code::Failed, silence()};
     return status.isOk() ? Outcome() : Outcome{Outcome::Code::WrongSettings, status.reason()};
 }
 
@@ -186,15 +188,28 @@ PStatus PGstCamera::apply(const QString& text) {
 }
 
 PStatus PGstCamera::checkPlugged() const {
-    return isPresent() || m_options.onUnplug == PGstOptions::OnUnplug::Wait
-               ? PStatus(PStatus::Ok)
-               : PStatus::failure(u"camera %1 was unplugged"_qs.arg(m_id));
+    if (m_options.onUnplug == PGstOptions::OnUnplug::Wait)
+        return PStatus::Ok;
+    if (m_device == nullptr)
+        return PStatus::failure(u"camera %1 was unplugged"_qs.arg(m_id));
+    return isPresent() ? PStatus(PStatus::Ok) : PStatus::failure(silence());
+}
+
+bool PGstCamera::isPresent() const {
+    return m_device != nullptr && m_device->isAnswering();
+}
+
+/// That a camera was unplugged is known only about a second later, when the register looks.
+QString PGstCamera::silence() const {
+    return u"camera %1 does not answer: it was unplugged, or it hangs"_qs.arg(m_id);
 }
 
 PStatus PGstCamera::start() {
     m_isStarted = true;
     // Without a camera, the stream starts when it is plugged in.
-    const PStatus status = isPresent() ? startStream() : checkPlugged();
+    PStatus status = m_device != nullptr ? startStream() : checkPlugged();
+    if (!status.isOk() && m_device != nullptr && !isPresent()) // no longer, but still in the list
+        status = checkPlugged();
     if (!status.isOk())
         stop(); // else the queue would get each frame twice after the next start
     return status;

@@ -61,9 +61,10 @@ public:
     PStatus setMode(const PDeviceMode& mode);
     /// Applies more settings (PGstSettings), now and if the camera is plugged in again.
     PStatus apply(const QString& settings);
-    /// Fails if it is unplugged, and the options do not say to wait for it.
+    /// Fails if it is unplugged or does not answer, and the options do not say to wait for it.
     PStatus checkPlugged() const;
-    bool isPresent() const { return m_device != nullptr; }
+    /// True if it is plugged in and answers.
+    bool isPresent() const;
     /// Starts the stream, and fires the first triggers; after a failure it is stopped.
     PStatus start();
     /// Stops it.
@@ -82,6 +83,7 @@ private:
     void onAdded(PDevice* device);
     void onRemoved(PDevice* device);
     void release();
+    QString silence() const;
 
     const std::shared_ptr<PGstFrameQueue> m_queue;
     PGstOptions m_options;
