@@ -67,7 +67,7 @@ FOLDERS = {
         "ome": "camera metadata program record tiff",
         "zarr": "file ome record tiff",
         "program": "hang",
-        "record": "camera hang picture",
+        "record": "camera hang picture program",
         "output": "camera ome picture record zarr",
         "picture": "file metadata tiff",
         "pipe": "camera program record",

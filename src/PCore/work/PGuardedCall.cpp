@@ -4,10 +4,13 @@
 #include <QtGlobal>
 
 #include <exception>
+#include <new>
 
 PStatus PGuardedCall::status(const std::function<PStatus()>& function) noexcept {
     try {
         return function();
+    } catch (const std::bad_alloc&) { // what() is the name of the class
+        return PStatus::failure(u"there is not enough memory"_qs);
     } catch (const std::exception& error) {
         return PStatus::failure(QString::fromLocal8Bit(error.what()));
     } catch (...) {

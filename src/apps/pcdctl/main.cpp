@@ -12,6 +12,7 @@
 #include <apps/common/hang/POverdueCalls.h>
 #include <apps/common/hang/PStderrLine.h>
 #include <apps/common/program/PArgumentText.h>
+#include <apps/common/program/PExceptionText.h>
 #include <apps/common/program/PExitDeadline.h>
 #include <apps/common/program/PStandardStreams.h>
 #include <apps/common/program/PTerminationSignals.h>
@@ -190,7 +191,7 @@ PCtlOutcome guardedRun(const QStringList& arguments) {
     try {
         return runProgram(arguments);
     } catch (const std::exception& error) {
-        return PCtlOutcome::failed(QString::fromLocal8Bit(error.what()));
+        return PCtlOutcome::failed(PExceptionText::of(error));
     } catch (...) { // plugins may throw anything
         return PCtlOutcome::failed(u"unknown exception"_qs);
     }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/crash/PCrashReport.h>
 #include <apps/common/program/PArgumentText.h>
+#include <apps/common/program/PExceptionText.h>
 #include <apps/common/program/PStandardStreams.h>
 #include <apps/common/program/PTerminationSignals.h>
 #include <apps/pcdview/PViewProgram.h>
@@ -73,7 +74,7 @@ int main(int argc, char* argv[]) {
     try {
         return runProgram(arguments, canShow);
     } catch (const std::exception& error) {
-        print(stderr, u"pcdview: "_qs + QString::fromLocal8Bit(error.what()));
+        print(stderr, u"pcdview: "_qs + PExceptionText::of(error));
         return failed;
     }
 }

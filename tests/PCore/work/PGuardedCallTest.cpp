@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <new>
 #include <stdexcept>
 
 namespace {
@@ -22,6 +23,11 @@ TEST(PGuardedCallTest, an_exception_is_a_failure_with_its_text) {
         PGuardedCall::status([]() -> PStatus { throw std::runtime_error("no room"); });
     EXPECT_FALSE(status.isOk());
     EXPECT_EQ(status.reason(), u"no room"_qs);
+}
+
+TEST(PGuardedCallTest, memory_that_is_not_there_is_named_in_words) {
+    const PStatus status = PGuardedCall::status([]() -> PStatus { throw std::bad_alloc(); });
+    EXPECT_EQ(status.reason(), u"there is not enough memory"_qs);
 }
 
 TEST(PGuardedCallTest, whatever_is_thrown_is_a_failure) {

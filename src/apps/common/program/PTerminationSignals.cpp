@@ -12,6 +12,7 @@
 #include <cerrno>
 #include <csignal>
 #include <mutex>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -102,12 +103,17 @@ void endUnlessAcknowledged(const sigset_t& set) {
         return;
     if (!acknowledged)
         waitOrEnd(set, time);
-    // A thread of its own: this one waits for a second signal meanwhile.
-    if (!acknowledged)
+    if (acknowledged)
+        return;
+    try {
+        // A thread of its own: this one waits for a second signal meanwhile.
         std::thread([call = call] {
             PFaultStack::giveThread();
             call();
         }).detach();
+    } catch (const std::system_error&) { // the system has no more of them
+        call();
+    }
 }
 
 void waitForSignals(sigset_t set) {
@@ -130,8 +136,12 @@ void PTerminationSignals::watch() {
     std::signal(SIGXFSZ, SIG_IGN);
     const sigset_t set = watchedSignals();
     pthread_sigmask(SIG_BLOCK, &set, nullptr);
-    // Runs as long as the process: signals may arrive at any time.
-    std::thread(waitForSignals, set).detach();
+    try {
+        // Runs as long as the process: signals may arrive at any time.
+        std::thread(waitForSignals, set).detach();
+    } catch (const std::system_error&) {
+        pthread_sigmask(SIG_UNBLOCK, &set, nullptr); // they end the program as usual
+    }
 }
 
 void PTerminationSignals::expect() {

@@ -12,7 +12,8 @@ public:
     /// Begins to watch. Call once, first in main(): threads created earlier would still receive the
     /// signals. Until the first expect() they end the program as usual. Signals that were ignored
     /// from the start stay ignored: with nohup, and in background jobs of a script. A file that
-    /// reaches the limit on sizes ends nothing from now on: writing to it fails.
+    /// reaches the limit on sizes ends nothing from now on: writing to it fails. If the system
+    /// starts no thread, signals keep ending the program as usual.
     static void watch();
 
     /// After this the first signal is only recorded; the next one ends the program. If a call to a

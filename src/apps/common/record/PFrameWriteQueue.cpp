@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/record/PFrameWriteQueue.h>
 
+#include <apps/common/program/PExceptionText.h>
+
 #include <algorithm>
 #include <exception>
 #include <utility>
@@ -39,8 +41,7 @@ PStatus PFrameWriteQueue::tryWrite(const PDeviceFrame& frame, quint64 number) co
         return m_write(frame, number);
     } catch (const std::exception& error) {
         return PStatus::failure(
-            tr("cannot save frame %1: %2")
-                .arg(QString::number(number), QString::fromLocal8Bit(error.what())));
+            tr("cannot save frame %1: %2").arg(QString::number(number), PExceptionText::of(error)));
     }
 }
 

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <future>
+#include <new>
 
 namespace {
 
@@ -49,6 +50,14 @@ TEST(WriteQueue, limits_the_number_of_small_frames_by_what_each_costs_at_least) 
     EXPECT_FALSE(queue.push(frame));
     open.set_value();
     EXPECT_TRUE(queue.waitUntilIdle(std::chrono::seconds(60)));
+}
+
+TEST(WriteQueue, names_the_frame_for_which_there_was_no_memory) {
+    PFrameWriteQueue queue([](const PDeviceFrame&, quint64) -> PStatus { throw std::bad_alloc(); },
+                           1, std::make_shared<PWorkBudget>(10'000'000), 1);
+    EXPECT_TRUE(queue.push(testFrame(1, std::chrono::milliseconds(0))));
+    EXPECT_TRUE(queue.waitUntilIdle(std::chrono::seconds(60)));
+    EXPECT_EQ(queue.state().error, u"cannot save frame 1: there is not enough memory"_qs);
 }
 
 TEST(WriteQueue, gives_the_memory_back_of_what_is_not_written_after_a_failure) {
