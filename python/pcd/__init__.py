@@ -14,10 +14,9 @@ called there, except those of frames, which any thread may use. See docs/python.
 from __future__ import annotations
 
 import atexit
-import operator
 import os
 import warnings
-from typing import Sequence, SupportsIndex, Union
+from typing import Iterable, Union
 
 from . import _pcd
 from ._pcd import Frame
@@ -36,6 +35,8 @@ from .errors import (
     TimeoutError,  # pylint: disable=redefined-builtin
     UnpluggedError,
     check_path,
+    shown,
+    whole,
 )
 from .events import CameraInfo, Subscription, attach, handle_events, on_plug, on_unplug, wait_for
 from .properties import Area, Properties, Property, Range, Region
@@ -57,15 +58,20 @@ atexit.register(_pcd.shut_down)
 
 
 def configure(
-    *, sdk: str = "auto", plugins: Sequence[Union[str, "os.PathLike[str]"]] = ()
+    *, sdk: str = "auto", plugins: Iterable[Union[str, "os.PathLike[str]"]] = ()
 ) -> None:
     """Chooses where cameras come from, before their first use.
 
     `sdk` is "auto" (the maker's if the system has it, else the simulated one), "sim", or the path
     of a library; `plugins` are folders or files of plugins besides the usual ones.
     """
-    _pcd.load_sdk(check_path("sdk", sdk))
-    _pcd.find_cameras([check_path("plugins", path) for path in plugins])
+    # Of a text, each character would be a path.
+    if isinstance(plugins, (str, bytes)) or not isinstance(plugins, Iterable):
+        raise TypeError(f"plugins is {shown(plugins)}: expected a list of paths")
+    library = check_path("sdk", sdk)
+    paths = [check_path("plugins", path) for path in plugins]
+    _pcd.load_sdk(library)
+    _pcd.find_cameras(paths)
     _warn()
 
 
@@ -95,9 +101,10 @@ def open(camera: Union[int, str, CameraInfo, None] = None) -> Camera:
 
 def _index(camera: object) -> str:
     """A camera's index as text."""
-    if isinstance(camera, bool) or not isinstance(camera, SupportsIndex):
-        raise TypeError(f"camera is {camera!r}: expected an index, an id or the beginning of one")
-    index = operator.index(camera)
+    index = whole(camera)
+    if index is None:
+        raise TypeError(
+            f"camera is {shown(camera)}: expected an index, an id or the beginning of one")
     if index < 0:
         raise NoCameraError("no camera has such a number: cameras are numbered from 0")
     return str(min(index, 2**31 - 1))

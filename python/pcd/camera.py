@@ -3,21 +3,22 @@
 from __future__ import annotations
 
 import difflib
-import operator
 import os
 from dataclasses import dataclass
 from types import TracebackType
-from typing import Any, SupportsIndex, Type, Union
+from typing import Any, Type, Union
 
 from . import _pcd
 from ._pcd import Frame
 from .errors import (
     BadValueError,
+    Error,
     NoPropertyError,
     RefusedError,
-    bad_value,
+    check_flag,
     check_path,
     check_time,
+    check_whole,
 )
 from .properties import Properties, Property
 from .streams import AsyncStream, Stream
@@ -165,7 +166,8 @@ class Camera:
         self._check_counts(frames, queue)
         check_time("timeout", timeout)
         check_time("exposure", exposure, "milliseconds")
-        return Stream(lambda: self._session.trigger(frames, queue, timeout, external, exposure))
+        by_signal = check_flag("external", external)
+        return Stream(lambda: self._session.trigger(frames, queue, timeout, by_signal, exposure))
 
     @described_by(_pcd.Session.snap)
     def snap(self, timeout: float | None = None) -> Frame:
@@ -191,9 +193,10 @@ class Camera:
         check_time("interval", interval, least=0.001)
         check_time("timeout", timeout)
         check_time("pixel_size", pixel_size, "micrometres", least=0.0001)
+        has_levels = check_flag("pyramid", pyramid)
         path = check_path("path", path)
         found = self._session.record(
-            path, frames, duration, interval, pixel_size, timeout, bool(pyramid)
+            path, frames, duration, interval, pixel_size, timeout, has_levels
         )
         return Recording(path, **found)
 
@@ -214,12 +217,10 @@ class Camera:
 
     @staticmethod
     def _check_counts(frames: int | None, queue: int) -> None:
-        for name, number in (("frames", frames), ("queue", queue)):
-            if number is None:
-                continue
-            is_whole = isinstance(number, SupportsIndex) and not isinstance(number, bool)
-            if not is_whole or not 0 < operator.index(number) < 2**31:
-                raise bad_value(name, number, "a whole number from 1 on")
+        expected = "a whole number from 1 on"
+        if frames is not None:
+            check_whole("frames", frames, 1, 2**31 - 1, expected)
+        check_whole("queue", queue, 1, 2**31 - 1, expected)
 
     def __getattr__(self, name: str) -> Any:
         if name.startswith("_"):
@@ -261,4 +262,8 @@ class Camera:
         self.close()
 
     def __repr__(self) -> str:
-        return f"<pcd.Camera {self.id}{'' if self.is_open else ', closed'}>"
+        try:
+            state = "" if self.is_open else ", closed"
+        except Error:  # on another thread or in a forked process, of which debuggers know nothing
+            state = ""
+        return f"<pcd.Camera {self.id}{state}>"

@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import builtins
+import operator
 import os
 from numbers import Real
 from typing import Any
@@ -69,23 +70,70 @@ class RecordError(Error, OSError):
     """The files of a recording do not have all frames. What was written stays."""
 
 
+#: Characters of a value in a message.
+_LONGEST = 200
+
+
+def shown(value: object) -> str:
+    """A value in a message, however long it is, and whatever its `repr()` does."""
+    try:
+        text = repr(value)
+    except Exception:  # pylint: disable=broad-except
+        return f"<{type(value).__name__}>"  # the message is about the value, not about its repr()
+    return text if len(text) <= _LONGEST else text[:_LONGEST] + "…"
+
+
 def bad_value(name: str, value: object, expected: str) -> BadValueError:
     """The exception for an argument."""
-    error = BadValueError(f'"{name}" cannot be {value!r}: expected {expected}')
-    error.property, error.value, error.expected = name, repr(value), expected
+    text = shown(value)
+    error = BadValueError(f'"{name}" cannot be {text}: expected {expected}')
+    error.property, error.value, error.expected = name, text, expected
     return error
 
 
 def check_path(name: str, path: Any) -> str:
     """The path as text. Raises `BadValueError` if the library in C++ would use another file."""
-    text = os.fsdecode(path)
+    if not isinstance(path, (str, bytes, os.PathLike)):
+        raise TypeError(f"{name} is {shown(path)}: expected a path")
+    return check_text(name, os.fsdecode(path))
+
+
+def check_text(name: str, text: Any) -> str:
+    """Raises `BadValueError` if the library in C++ would read another text."""
+    if not isinstance(text, str):
+        raise TypeError(f"{name} is {shown(text)}: expected a str")
     try:
         text.encode()
     except UnicodeEncodeError:
-        raise bad_value(name, path, "a name in UTF-8") from None
+        raise bad_value(name, text, "a name in UTF-8") from None
     if "\0" in text:
-        raise bad_value(name, path, "a name without a zero character")
+        raise bad_value(name, text, "a name without a zero character")
     return text
+
+
+def check_flag(name: str, value: Any) -> bool:
+    """Raises `BadValueError` for anything but true and false: "no" would be true."""
+    if isinstance(value, int) and value in (0, 1) or type(value).__name__ == "bool_":  # NumPy's
+        return bool(value)
+    raise bad_value(name, value, "True or False")
+
+
+def whole(value: Any) -> int | None:
+    """The number, if it is a whole one."""
+    if isinstance(value, bool):
+        return None
+    try:
+        return operator.index(value)
+    except TypeError:  # also from an array of several numbers
+        return None
+
+
+def check_whole(name: str, value: Any, least: int, most: int, expected: str) -> int:
+    """Raises `BadValueError` unless the value is a whole number in this range."""
+    number = whole(value)
+    if number is None or not least <= number <= most:
+        raise bad_value(name, value, expected)
+    return number
 
 
 #: The longest time in any unit, and the largest pixel: far from what 64 bits hold.

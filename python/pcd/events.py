@@ -9,7 +9,7 @@ from types import TracebackType
 from typing import Callable, Type
 
 from . import _pcd
-from .errors import check_time
+from .errors import check_time, shown
 from .texts import described_by
 
 
@@ -30,7 +30,8 @@ class Subscription:
 
     def __init__(self, is_there: bool, function: Callable[[CameraInfo], object]) -> None:
         if not callable(function):
-            raise TypeError(f"the function is {function!r}: expected one that takes a CameraInfo")
+            raise TypeError(
+                f"the function is {shown(function)}: expected one that takes a CameraInfo")
         self._is_there = is_there
         self._function = function
         _pcd.set_listener(_announce)
@@ -92,6 +93,8 @@ def on_unplug(function: Callable[[CameraInfo], object]) -> Subscription:
 
 @described_by(_pcd.wait_for)
 def wait_for(predicate: Callable[[], object], timeout: float | None = None) -> bool:
+    if not callable(predicate):
+        raise TypeError(f"the predicate is {shown(predicate)}: expected a function")
     check_time("timeout", timeout)
     return _pcd.wait_for(predicate, timeout)
 
@@ -104,7 +107,9 @@ def handle_events() -> None:
 def attach(loop: asyncio.AbstractEventLoop | None = None) -> None:
     """Lets a running asyncio loop handle the events of cameras, 50 times a second, as long as it
     runs; `astream()` does so by itself. For functions of `on_plug()` in Jupyter, for example."""
-    loop = loop or asyncio.get_running_loop()
+    loop = asyncio.get_running_loop() if loop is None else loop
+    if not isinstance(loop, asyncio.AbstractEventLoop):
+        raise TypeError(f"the loop is {shown(loop)}: expected one of asyncio")
     _pcd.handle_events()  # first: on another thread than that of the cameras, this raises
     if loop in _attached:
         return

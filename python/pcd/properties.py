@@ -5,6 +5,7 @@ from __future__ import annotations
 from typing import Any, Iterator, Mapping, NamedTuple
 
 from . import _pcd
+from .errors import shown
 from .texts import described_by
 
 
@@ -47,7 +48,7 @@ class Property:
 
     def __init__(self, session: _pcd.Session, name: str) -> None:
         if not isinstance(name, str):
-            raise TypeError(f"the name of a property is {name!r}: expected a str")
+            raise TypeError(f"the name of a property is {shown(name)}: expected a str")
         self._session = session
         #: The attribute of the camera: "gain".
         self.name: str = session.canonical_name(name)

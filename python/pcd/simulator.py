@@ -8,7 +8,7 @@ import os
 from typing import Any, Mapping, Union
 
 from . import _pcd
-from .errors import Error
+from .errors import Error, bad_value, check_flag, check_path, check_text, check_whole
 
 Scene = Union[str, "os.PathLike[str]", Mapping[str, Any]]
 
@@ -34,41 +34,58 @@ class Simulator:
 
     def _read(self, scene: Scene) -> None:
         if isinstance(scene, Mapping):
-            text, name = json.dumps(scene), "the scene"
+            name = "the scene"
+            try:
+                text = json.dumps(scene)
+            except (TypeError, ValueError, RecursionError) as error:
+                raise Error(f"{name}: {error}: expected what JSON has") from error
             complaint = self._library.ToupcamSim_loadScene(text.encode())
         else:
-            path = os.fspath(scene)
+            path = check_path("scene", scene)
             name = f'scene "{path}"'
-            complaint = self._library.ToupcamSim_loadSceneFile(os.fsencode(path))
+            complaint = self._library.ToupcamSim_loadSceneFile(path.encode())
         if complaint is not None:
             raise Error(f"{name}: {complaint.decode()}")
 
     def unplug(self, camera: str) -> None:
         """Unplugs a camera. It is out of `pcd.cameras()` when this returns."""
-        self._check(self._library.ToupcamSim_unplug(camera.encode()), camera, "is plugged in")
+        _check(self._library.ToupcamSim_unplug(_id(camera)), camera, "that is plugged in")
         _pcd.rescan()
 
     def plug(self, camera: str) -> None:
         """Plugs a camera in again."""
-        self._check(self._library.ToupcamSim_plug(camera.encode()), camera, "is unplugged")
+        _check(self._library.ToupcamSim_plug(_id(camera)), camera, "that is unplugged")
         _pcd.rescan()
 
     def hold(self, camera: str, held: bool = True) -> None:
         """While held, the camera produces frames that never arrive."""
-        self._check(self._library.ToupcamSim_holdFrames(camera.encode(), int(held)), camera,
-                    "is in the scene")
+        is_held = int(check_flag("held", held))
+        _check(self._library.ToupcamSim_holdFrames(_id(camera), is_held), camera)
 
     def fire_trigger(self, camera: str) -> bool:
         """Sends a signal to the camera's trigger input; False if the camera misses it."""
-        return bool(self._library.ToupcamSim_fireTrigger(camera.encode()))
+        counts = ctypes.c_ulonglong(), ctypes.c_ulonglong()
+        _check(self._library.ToupcamSim_frameCount(_id(camera), *map(ctypes.byref, counts)), camera)
+        return bool(self._library.ToupcamSim_fireTrigger(_id(camera)))
 
     def fail(self, function: str, result: int = -2147467259, skip: int = 0, count: int = 0) -> None:
         """Lets the next `count` calls (0: all) of a function of the SDK fail, after `skip`."""
-        self._library.ToupcamSim_failCall(function.encode(), skip, count, ctypes.c_int(result))
+        code = check_whole("result", result, -(2**31), 2**32 - 1, "a result of the SDK, of 32 bits")
+        self._library.ToupcamSim_failCall(
+            self._function(function), _number("skip", skip), _number("count", count),
+            ctypes.c_int(code))
 
     def delay(self, function: str, milliseconds: int) -> None:
         """Makes every call of a function of the SDK take longer."""
-        self._library.ToupcamSim_delayCall(function.encode(), milliseconds)
+        self._library.ToupcamSim_delayCall(
+            self._function(function), _number("milliseconds", milliseconds))
+
+    def _function(self, name: str) -> bytes:
+        """The name of a function that the SDK has."""
+        text = check_text("function", name)
+        if not text.startswith("Toupcam_") or not hasattr(self._library, text):
+            raise bad_value("function", name, 'a function of the SDK, such as "Toupcam_put_Hue"')
+        return text.encode()
 
     def clear_faults(self) -> None:
         """Ends all failures and delays."""
@@ -88,10 +105,19 @@ class Simulator:
             lines.append(line.value.decode())
         return lines
 
-    @staticmethod
-    def _check(done: int, camera: str, expected: str) -> None:
-        if not done:
-            raise Error(f'no camera "{camera}" of the scene {expected}: expected the "id" of one')
+
+def _id(camera: str) -> bytes:
+    return check_text("camera", camera).encode()
+
+
+def _number(name: str, value: int) -> ctypes.c_uint:
+    return ctypes.c_uint(check_whole(name, value, 0, 2**32 - 1, "a whole number from 0 to 2^32 - 1"))
+
+
+def _check(done: int, camera: str, expected: str = "") -> None:
+    if not done:
+        raise Error(f'the scene has no camera "{camera}"{expected and " " + expected}: expected the '
+                    '"id" of one')
 
 
 def simulate(scene: Scene | None = None) -> Simulator:

@@ -12,6 +12,7 @@
 #include <python/property/PPythonProperties.h>
 
 #include <apps/common/camera/PCameraSdk.h>
+#include <apps/common/program/PExceptionText.h>
 #include <apps/common/record/PRecordTally.h>
 
 #include <PCd/device/PDevice.h>
@@ -19,6 +20,7 @@
 #include <PCd/profile/PDeviceProfileReport.h>
 
 #include <exception>
+#include <system_error>
 
 #include "docstrings.h"
 
@@ -298,6 +300,8 @@ PYBIND11_MODULE(_pcd, module) {
                 std::rethrow_exception(pointer);
         } catch (const PPythonError& error) {
             error.setCurrent();
+        } catch (const std::system_error& error) { // pybind11's would not say what has failed
+            PPythonError("Error", PExceptionText::of(error)).setCurrent();
         }
     });
     py::options options;

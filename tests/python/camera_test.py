@@ -8,7 +8,7 @@ from pathlib import Path
 import numpy as np
 
 import pcd
-from support import SceneTest, camera, scene
+from support import Nameless, SceneTest, camera, scene
 
 
 class Opening(SceneTest):
@@ -41,8 +41,8 @@ class Opening(SceneTest):
             pcd.open(10**5000)
         with self.assertRaisesRegex(pcd.NoCameraError, r'no camera "\?": there are "Small-ONE"'):
             pcd.open("\ud800")
-        for wrong in (1.5, True, b"Small"):
-            with self.assertRaisesRegex(TypeError, "expected an index"):
+        for wrong in (1.5, True, b"Small", int, np.array([0, 1]), Nameless()):
+            with self.assertRaisesRegex(TypeError, "camera is .*: expected an index"):
                 pcd.open(wrong)
 
     def test_without_cameras_the_error_says_so(self):
@@ -73,7 +73,7 @@ class Opening(SceneTest):
         pcd.open().close()
 
     def test_another_thread_is_told_where_to_go(self):
-        caught = []
+        caught, shown = [], []
         opened = pcd.open()
         self.addCleanup(opened.close)
         stream = opened.stream()
@@ -86,11 +86,13 @@ class Opening(SceneTest):
                     function()
                 except pcd.ThreadError as error:
                     caught.append(str(error))
+            shown.append(repr(opened))
         thread = threading.Thread(target=use)
         thread.start()
         thread.join()
         self.assertEqual(7, len(caught))
         self.assertIn("call pcd from that thread", caught[0])
+        self.assertEqual(["<pcd.Camera Small-ONE>"], shown)
         next(stream)
 
     def test_a_camera_dropped_by_another_thread_is_closed_later(self):
@@ -172,7 +174,11 @@ class PropertiesOfACamera(SceneTest):
                  ("contrast", None, "a whole number from -100 to 100"),
                  ("negative", 2, "on or off"), ("rotation", "91", "one of '0', '90'"),
                  ("region", (0, 0), "a region x,y,width,height inside 0,0,322,240"),
-                 ("region", np.array(5), "a region x,y"), ("region", Unreadable(), "a region x,y"),
+                 ("region", np.array(5), "a region x,y"), ("region", b"\0\0@@", "a region x,y"),
+                 ("region", bytearray(b"\0\0@@"), "a region x,y"),
+                 ("region", (8, 0, 2**31 - 1, 64), "a region x,y"),
+                 ("region", (0, 0, -2**31, 64), "a region x,y"),
+                 ("region", Unreadable(), "a region x,y"),
                  ("extexposure", 3, "one field"), ("gain", b"2", "a number from 1 to 5"),
                  ("gain", complex(1, 2), "a number from 1 to 5"),
                  ("rotation", "\ud800", "one of '0', '90'"), ("rotation", b"90", "one of '0', '90'"),
@@ -236,6 +242,17 @@ class PropertiesOfACamera(SceneTest):
             self.camera.extexposure = {"nosuch": 1}
         with self.assertRaisesRegex(pcd.BadValueError, "extexposure.*target"):
             self.camera.extexposure = {"target": "bright"}
+        for wrong, shown in ((10**5000, "<int>"), (Nameless(), "<Nameless>"), (float("nan"), "nan")):
+            with self.assertRaisesRegex(pcd.BadValueError, f"extexposure.*target.*{shown}"):
+                self.camera.extexposure = {"target": wrong}
+        with self.assertRaisesRegex(pcd.BadValueError, 'extexposure.*"<Nameless>"'):
+            self.camera.extexposure = {Nameless(): 1}
+
+    def test_a_dict_that_changes_while_it_is_read_is_no_danger(self):
+        fields = {"target": Changing(), "gain": 100}
+        fields["target"].fields = fields
+        self.camera.extexposure = fields
+        self.assertEqual(80, self.camera.extexposure["target"])
 
     def test_a_value_that_the_camera_does_not_take_is_reported(self):
         self.simulator.fail("Toupcam_put_Contrast")
@@ -295,11 +312,15 @@ def interrupted(method, error):
     return type("Interrupted", (), methods)()
 
 
-class Nameless:
-    """A value that cannot be shown."""
+class Changing:
+    """The text of a field, which empties the dict that has it."""
 
-    def __repr__(self):
-        raise OSError("no name")
+    fields = {}
+
+    def __str__(self):
+        self.fields.clear()
+        self.fields.update((str(number), number) for number in range(100))
+        return "80"
 
 
 class ModesAndProfiles(SceneTest):

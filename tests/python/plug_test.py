@@ -165,6 +165,60 @@ class Simulating(SceneTest):
             pcd.simulate("missing.json")
         self.assertEqual(["Small-CAM-1"], [one.id for one in pcd.cameras()])
 
+    def test_what_no_scene_can_be_is_refused(self):
+        ring = {}
+        ring["ring"] = ring
+        for wrong in ({"seed": {1}}, ring):
+            with self.assertRaisesRegex(pcd.Error, "the scene: .*: expected what JSON has"):
+                self.simulator.load(wrong)
+        with self.assertRaisesRegex(TypeError, "scene is 5: expected a path"):
+            self.simulator.load(5)
+        with self.assertRaisesRegex(pcd.BadValueError, '"scene" cannot be .*without a zero'):
+            self.simulator.load("scene\0.json")
+
+    def test_a_camera_that_is_not_in_the_scene_is_refused(self):
+        uses = (self.simulator.unplug, self.simulator.plug, self.simulator.hold,
+                self.simulator.fire_trigger)
+        for use in uses:
+            with self.subTest(use.__name__):
+                with self.assertRaisesRegex(pcd.Error, 'no camera "nobody".*expected the "id"'):
+                    use("nobody")
+                with self.assertRaisesRegex(TypeError, "camera is 1: expected a str"):
+                    use(1)
+                with self.assertRaisesRegex(pcd.BadValueError, '"camera" cannot be .*in UTF-8'):
+                    use("\udc80")
+        self.assertFalse(self.simulator.fire_trigger("cam-1"))  # it is there, and misses it
+        with self.assertRaisesRegex(pcd.BadValueError, '"held" cannot be .*True or False'):
+            self.simulator.hold("cam-1", "no")
+
+    def test_a_fault_that_could_never_happen_is_refused(self):
+        for use in (self.simulator.fail, lambda name: self.simulator.delay(name, 1)):
+            for wrong in ("Toupcam_put_Gian", "printf", "", "ToupcamSim_plug"):
+                with self.assertRaisesRegex(pcd.BadValueError, '"function" cannot be .*a function of'):
+                    use(wrong)
+            with self.assertRaisesRegex(TypeError, "function is 7"):
+                use(7)
+        for name in ("skip", "count"):
+            for wrong in (-1, 2**32, 1.5, None):
+                with self.assertRaisesRegex(pcd.BadValueError, f'"{name}" cannot be .*from 0'):
+                    self.simulator.fail("Toupcam_put_Hue", **{name: wrong})
+        for wrong in (-1, 2**32, None, "1"):
+            with self.assertRaisesRegex(pcd.BadValueError, '"milliseconds" cannot be .*from 0'):
+                self.simulator.delay("Toupcam_put_Hue", wrong)
+        with self.assertRaisesRegex(pcd.BadValueError, '"result" cannot be .*32 bits'):
+            self.simulator.fail("Toupcam_put_Hue", 2**32)
+
+    def test_what_is_no_list_of_plugins_no_function_and_no_loop_is_refused(self):
+        for wrong in ("plugins", b"plugins", 5):
+            with self.assertRaisesRegex(TypeError, "plugins is .*: expected a list of paths"):
+                pcd.configure(plugins=wrong)
+        with self.assertRaisesRegex(TypeError, "plugins is 5: expected a path"):
+            pcd.configure(plugins=["x", 5])
+        with self.assertRaisesRegex(TypeError, "predicate is True: expected a function"):
+            pcd.wait_for(True)
+        with self.assertRaisesRegex(TypeError, "loop is 'x': expected one of asyncio"):
+            pcd.attach("x")
+
     def test_another_sdk_cannot_be_chosen_afterwards(self):
         with self.assertRaisesRegex(pcd.Error, "before the first use of cameras"):
             pcd.configure(sdk="auto")

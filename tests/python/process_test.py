@@ -79,16 +79,30 @@ class Process(unittest.TestCase):
             "camera = pcd.open()\nstream = camera.stream()\nframe = next(stream)\n"
             "pid = os.fork()\n"
             "if pid == 0:\n"
-            "    for use in (pcd.cameras, lambda: next(stream), lambda: camera.gain):\n"
+            "    for use in (pcd.cameras, lambda: next(stream), lambda: camera.gain,\n"
+            "                lambda: stream.ledger, lambda: stream.dropped, lambda: stream.waiting):\n"
             "        try: use()\n"
             "        except pcd.Error as error: assert 'forked' in str(error), error\n"
             "        else: print('no error')\n"
-            "    print(int(frame.array[0, 0, 0]) >= 0)\n"
+            "    print(int(frame.array[0, 0, 0]) >= 0, camera)\n"
             "    del frame, stream, camera\n"
             "    sys.exit(7)\n"
             "assert os.waitstatus_to_exitcode(os.waitpid(pid, 0)[1]) == 7\n"
             "print(next(stream).sequence > 1)\n")
-        self.assertEqual("True\nTrue\n", printed)
+        self.assertRegex(printed, "^True <pcd.Camera [^,]*>\nTrue\n$")
+
+    def test_a_recording_for_which_no_thread_can_be_started_is_an_error_that_says_so(self):
+        with tempfile.TemporaryDirectory() as folder:
+            os.chmod(folder, 0o777)
+            printed = self.run_script(
+                "import resource\ncamera = pcd.open()\n"
+                "if os.geteuid() == 0: os.setresuid(65534, 65534, 65534)  # root has no limit\n"
+                "resource.setrlimit(resource.RLIMIT_NPROC, (0, 0))\n"
+                f"try: camera.record('{folder}/run.ome.tif', 1)\n"
+                "except pcd.Error as error: print(error)\n"
+                "print(camera.gain)\n")
+            self.assertEqual([], os.listdir(folder))
+        self.assertRegex(printed, r"^the system has started no thread .*: end other .*\n1\.0\n$")
 
     def test_another_interpreter_of_the_process_is_refused_and_harms_nothing(self):
         printed = self.run_script(

@@ -14,7 +14,7 @@ from pathlib import Path
 import numpy as np
 
 import pcd
-from support import UNTIL, SceneTest, camera, scene
+from support import UNTIL, Nameless, SceneTest, camera, scene
 
 
 class OneCamera(SceneTest):
@@ -72,8 +72,46 @@ class Streams(OneCamera):
         for wrong in (0, -1, 1.5, "3", True, 2**40):
             with self.assertRaisesRegex(pcd.BadValueError, '"frames" cannot be .*from 1 on'):
                 self.camera.stream(wrong)
-        with self.assertRaisesRegex(pcd.BadValueError, '"queue" cannot be 0'):
-            self.camera.stream(1, queue=0)
+        for wrong in (0, None, np.array([1, 2]), int):
+            with self.assertRaisesRegex(pcd.BadValueError, '"queue" cannot be .*from 1 on'):
+                self.camera.stream(1, queue=wrong)
+
+    def test_a_wrong_value_is_named_however_long_it_is_and_whatever_its_repr_does(self):
+        for wrong, shown in ((10**5000, "<int>"), (Nameless(), "<Nameless>"),
+                             ("x" * 1000, "'" + "x" * 199 + "…")):
+            for name in ("frames", "queue", "timeout"):
+                with self.subTest(name, shown=shown[:10]):
+                    with self.assertRaises(pcd.BadValueError) as caught:
+                        self.camera.stream(**{"frames": 1, name: wrong})
+                    self.assertEqual((name, shown), (caught.exception.property, caught.exception.value))
+                    self.assertLess(len(str(caught.exception)), 300)
+
+    def test_what_is_neither_true_nor_false_is_refused(self):
+        never = f"{tempfile.gettempdir()}/never.ome.tif"
+        for wrong in ("no", "", 2, 0.5, None, np.array([1, 2])):
+            with self.subTest(repr(wrong)):
+                with self.assertRaisesRegex(pcd.BadValueError, '"external" cannot be .*True or False'):
+                    self.camera.trigger(1, external=wrong)
+                with self.assertRaisesRegex(pcd.BadValueError, '"pyramid" cannot be .*True or False'):
+                    self.camera.record(never, 1, pyramid=wrong)
+        self.assertEqual(1, len([*self.camera.trigger(1, external=np.False_)]))
+
+    def test_another_thread_has_the_ledger_only_once_the_stream_is_closed(self):
+        stream, found = self.camera.stream(), []
+
+        def use():
+            try:
+                found.append(stream.ledger)
+            except pcd.ThreadError as error:
+                found.append(str(error))
+        for end in (lambda: None, stream.close):
+            next(stream)
+            end()
+            thread = threading.Thread(target=use)
+            thread.start()
+            thread.join()
+        self.assertIn("call pcd from that thread", found[0])
+        self.assertEqual(stream.ledger, found[1])
 
     def test_impossible_times_are_refused(self):
         never = f"{tempfile.gettempdir()}/never.ome.tif"

@@ -64,6 +64,13 @@ class SceneTest(unittest.TestCase):
         self.addCleanup(is_over.set)
 
 
+class Nameless:
+    """A value that cannot be shown."""
+
+    def __repr__(self):
+        raise OSError("no name")
+
+
 def run_python(code, **options):
     """Runs a program in a Python of its own, which sees the same modules."""
     return subprocess.run([sys.executable, "-c", code], text=True, capture_output=True,

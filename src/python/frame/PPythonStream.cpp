@@ -134,9 +134,18 @@ void PPythonStream::checkPatience() const {
                                    QString::number(m_taken)));
 }
 
+PFrameQueue::Counts PPythonStream::counts() const {
+    if (PPythonProcess::isForked())
+        PPythonHost::instance(); // throws
+    return m_queue->counts();
+}
+
 py::dict PPythonStream::ledger() const {
-    const PFrameLedger end = m_isClosed ? m_ledgerAtEnd : m_session->ledger();
-    const PFrameLedger frames = end.since(m_ledgerAtStart);
+    // Without the interpreter's lock, the thread of the cameras may be deleting the device.
+    if (!m_ledgerAtEnd && (!PPythonHost::isOwnThread() || PPythonProcess::isForked()))
+        PPythonHost::instance(); // throws
+    const PFrameLedger frames =
+        (m_ledgerAtEnd ? *m_ledgerAtEnd : m_session->ledger()).since(m_ledgerAtStart);
     py::dict found;
     found["produced"] = frames.produced;
     for (const PFrameOutcome outcome : PFrameLedger::allOutcomes())

@@ -43,7 +43,9 @@ public:
     /// Stops the camera and releases the frames that wait; nothing the second time.
     void close();
 
-    PFrameQueue::Counts counts() const { return m_queue->counts(); }
+    /// @internal Any thread; throws in a forked process, where the queue's lock may be held for
+    /// ever.
+    PFrameQueue::Counts counts() const;
     /// What happened to each frame that the camera has produced for this stream, by the keys of
     /// `pcdctl stream --json`. `failed_in_writer` counts those that are `dropped`.
     py::dict ledger() const;
@@ -67,7 +69,7 @@ private:
     std::shared_ptr<PFrameQueue> m_queue;
     std::unique_ptr<PPythonTrigger> m_trigger;
     PFrameLedger m_ledgerAtStart;
-    PFrameLedger m_ledgerAtEnd;
+    std::optional<PFrameLedger> m_ledgerAtEnd; ///< of a closed one
     Clock::time_point m_lastFrame;
     quint64 m_taken = 0;
     bool m_isClosed = false;

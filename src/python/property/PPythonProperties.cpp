@@ -168,7 +168,9 @@ QVariant toDeviceValue(const PDeviceProperty& property, const py::object& object
 QString refusedFields(const QVariant& sent, const QVariant& present, const py::dict& given) {
     QStringList refused;
     for (const auto& [key, object] : given) {
-        const QString name = py::str(key).cast<QString>();
+        if (!PyUnicode_Check(key.ptr()))
+            continue; // no other key was taken
+        const auto name = key.cast<QString>();
         if (PCompositeFields::read(sent, name) != PCompositeFields::read(present, name))
             refused.append(
                 u"%1 is %2"_qs.arg(name, PCompositeFields::read(present, name).toString()));

@@ -50,14 +50,20 @@ std::optional<int> toWhole(const py::handle& object) {
     return isWhole ? std::optional<int>(int(*number)) : std::nullopt;
 }
 
-QVariant toRegion(const py::handle& object) {
-    if (!PySequence_Check(object.ptr()) || PyUnicode_Check(object.ptr()))
+/// Bytes are a sequence of numbers too, but no region.
+bool isText(const py::handle& object) {
+    return PyUnicode_Check(object.ptr()) || PyBytes_Check(object.ptr()) ||
+           PyByteArray_Check(object.ptr());
+}
+
+QVariant toRegion(const py::handle& object, const PDeviceProperty& property) {
+    if (!PySequence_Check(object.ptr()) || isText(object))
         return {};
     if (PySequence_Size(object.ptr()) != 4) {
         PPythonValue::forgetError(); // some have none, such as an array without dimensions
         return {};
     }
-    int parts[4] = {};
+    QStringList parts;
     for (int i = 0; i < 4; ++i) {
         const auto item = py::reinterpret_steal<py::object>(PySequence_GetItem(object.ptr(), i));
         const std::optional<int> part = item ? toWhole(item) : std::nullopt;
@@ -65,9 +71,10 @@ QVariant toRegion(const py::handle& object) {
             PPythonValue::forgetError(); // the sequence may have failed to give the item
             return {};
         }
-        parts[i] = *part;
+        parts.append(QString::number(*part));
     }
-    return QRect(parts[0], parts[1], parts[2], parts[3]);
+    // As a text, because the corner of a region may lie where no int reaches.
+    return PPropertyText::toValue(parts.join(u','), property.valueInner(), property.rangeInner());
 }
 
 QVariant toChoice(const py::handle& object, const PDeviceProperty& property) {
@@ -81,7 +88,12 @@ QVariant toChoice(const py::handle& object, const PDeviceProperty& property) {
 QString toFieldText(const py::handle& object) {
     if (PyBool_Check(object.ptr()))
         return object.ptr() == Py_True ? u"1"_qs : u"0"_qs;
-    return py::str(object).cast<QString>();
+    const auto text = py::reinterpret_steal<py::object>(PyObject_Str(object.ptr()));
+    if (!text) {
+        PPythonValue::forgetError(); // as of a number with too many digits: no value of a field
+        return PPythonValue::toText(object);
+    }
+    return text.cast<QString>();
 }
 
 /// The present value with the fields that the dict has.
@@ -89,8 +101,11 @@ QVariant toComposite(const py::handle& object, const PDeviceProperty& property) 
     if (!PyDict_Check(object.ptr()))
         return {};
     QVariant value = property.valueInner();
-    for (const auto& [key, given] : py::reinterpret_borrow<py::dict>(object)) {
-        const QString name = py::str(key).cast<QString>();
+    // Of a copy: what makes a text of an object may change the dict.
+    const auto fields = py::reinterpret_steal<py::dict>(PyDict_Copy(object.ptr()));
+    for (const auto& [key, given] : fields) {
+        const QString name =
+            PyUnicode_Check(key.ptr()) ? key.cast<QString>() : PPythonValue::toText(key);
         const PStatus status = PCompositeFields::write(value, name, toFieldText(given));
         if (!status.isOk()) {
             const QString id = QString::fromLatin1(property.id());
@@ -154,7 +169,7 @@ QVariant PPythonValue::fromPython(const py::handle& object, const PDevicePropert
     if (present.typeId() == QMetaType::Int)
         return toVariant(toWhole(object));
     if (present.typeId() == QMetaType::QRect)
-        return toRegion(object);
+        return toRegion(object, property);
     if (PCompositeFields::isComposite(present))
         return toComposite(object, property);
     return {};
