@@ -3,7 +3,9 @@
 import argparse
 import json
 import os
+import re
 import sys
+import tempfile
 from pathlib import Path
 
 from .compare import differences
@@ -50,12 +52,28 @@ def read_figures(path):
 
 def write_figures(path, facts, figures):
     """Replaces the file in one step."""
-    path.parent.mkdir(parents=True, exist_ok=True)
     text = json.dumps({"machine": facts, "figures": [figure.as_dict() for figure in figures]},
                       indent=2)
     draft = path.with_name(path.name + ".new")
     draft.write_text(text + "\n", encoding="utf-8")
     os.replace(draft, path)
+
+
+def check(options, path):
+    """Raises InputError for what would be noticed only after an hour of measuring."""
+    try:
+        re.compile(options.filter or "")
+    except re.error as error:
+        raise InputError(f"--filter {options.filter}: {error}; expected a regular expression") from error
+    if path.is_dir():
+        raise InputError(f"{path}: it is a folder; expected a file")
+    try:
+        path.parent.mkdir(parents=True, exist_ok=True)
+        with tempfile.TemporaryFile(dir=path.parent):
+            pass
+    except OSError as error:
+        raise InputError(f"{path}: cannot be written ({error}); expected a file in a folder that "
+                         "can be written to") from error
 
 
 def measure(programs, pattern):
@@ -85,6 +103,8 @@ def draw(growth, folder):
 
 def run(root, options):
     """Does what the options say; returns the exit code."""
+    output = options.output or root / RESULTS
+    check(options, output)
     before = read_figures(options.compare) if options.compare else None
     facts = machine()  # before anything loads it
     programs, growth = programs_in(options.build or build(root))
@@ -92,7 +112,7 @@ def run(root, options):
     if failures:  # an earlier file stays: this run is not whole
         print("\n".join(table(figures)))
         raise FigureError("\nscripts/bench: ".join(failures))
-    write_figures(options.output or root / RESULTS, facts, figures)
+    write_figures(output, facts, figures)
     print("\n".join(table(figures)))
     if before is not None:
         print("\n" + "\n".join(differences(before, figures)))

@@ -13,6 +13,8 @@ from .live import Experiment, Failure, Scale, Site, heading, line_of
 from .ways import WAYS
 
 EXIT_FAILED, EXIT_BAD_INPUT, EXIT_INTERRUPTED = 1, 2, 130
+SIDES = 16, 16384  # of a simulated camera, in pixels
+MOST_COMPUTERS = 250  # of one network, besides the viewer
 BAD_LINES = (("20 ms each way", {"delay": 20}), ("1 % lost", {"delay": 20, "loss": 0.01}),
              ("5 % lost", {"delay": 20, "loss": 0.05}))
 # Of --quick. So much is lost that small pictures lose some in a second, and so little that enough of those of VP8
@@ -29,10 +31,11 @@ QUICK_FRAMES = 20
 def size(text):
     """Two numbers with an x between them."""
     width, _, height = text.partition("x")
-    try:
-        return int(width), int(height)
-    except ValueError:
-        raise argparse.ArgumentTypeError(f'"{text}", expected a size such as 640x480') from None
+    sides = [int(side) if side.isdecimal() else 0 for side in (width, height)]
+    if not all(SIDES[0] <= side <= SIDES[1] for side in sides):
+        raise argparse.ArgumentTypeError(
+            f'"{text}", expected a size such as 640x480, from {SIDES[0]} to {SIDES[1]} pixels')
+    return tuple(sides)
 
 
 def positive(text):
@@ -134,6 +137,10 @@ def check(options, build):
     for way in options.way:
         if way not in WAYS:
             return f"--way {way}: expected one of {', '.join(WAYS)}"
+    if options.computers > MOST_COMPUTERS:
+        return f"--computers {options.computers}: expected at most {MOST_COMPUTERS}"
+    if options.picture and not Path(options.picture).absolute().parent.is_dir():
+        return f"--picture {options.picture}: its folder does not exist, expected one that does"
     if options.what == "faults" and options.computers < 2:
         return f"--computers {options.computers}: expected at least 2, as one is killed and others go on"
     for path in (build / "lib/gstreamer-1.0/libgstpcd.so", build / "bin/pcdctl"):

@@ -175,6 +175,22 @@ class BenchTest(unittest.TestCase):
                 self.assertIn(words, result.stderr)
                 self.assertEqual(self.output.read_text(encoding="utf-8"), "earlier")
 
+    def test_what_would_be_noticed_at_the_end_is_named_before_anything_runs(self):
+        self.add_program("bench_a", [row("copy", 1, 1, 2)])
+        (self.folder / "file").write_text("", encoding="utf-8")
+        for options, words in ((("--filter", "("), "--filter (: missing ), unterminated"),
+                               (("--output", self.folder), f"{self.folder}: it is a folder; expected a file"),
+                               (("--output", self.folder / "file" / "bench.json"),
+                                "bench.json: cannot be written ([Errno 17] File exists:"),
+                               (("--output", "/proc/bench.json"),
+                                "/proc/bench.json: cannot be written ([Errno 2] No such file")):
+            with self.subTest(words=words):
+                result = self.run_bench(*options)
+                self.assertEqual((result.returncode, result.stdout), (2, ""))
+                self.assertIn(words, result.stderr)
+                self.assertNotIn("bench_a", result.stderr)
+        self.assertFalse(self.output.exists())
+
     def test_a_program_that_fails_fails_the_run(self):
         failed = {**row("copy", 1, 1, 2), "error_occurred": True, "error_message": "no memory"}
         for name, rows, code, words in (("without figures", [], 0, "wrote no figures"),

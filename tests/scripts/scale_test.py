@@ -149,6 +149,10 @@ class ExperimentTest(ScaleTest):
         for words, expected in (("faults --computers 1", "--computers 1: expected at least 2"),
                                 ("live --way tcp", "--way tcp: expected one of rtp-jpeg, "),
                                 ("live --build /nowhere", "/nowhere/lib/gstreamer-1.0/libgstpcd.so: "),
+                                ("live --picture /nowhere/wall.jpg", "/nowhere/wall.jpg: its folder does not"),
+                                ("live --computers 251", "--computers 251: expected at most 250"),
+                                ("live --size 15x480", '"15x480", expected a size such as 640x480, from 16 to'),
+                                ("live --size 640x16385", "from 16 to 16384 pixels"),
                                 ("live --size big", '"big", expected a size such as 640x480')):
             output = self.run_all(f"exec {ROOT}/scripts/scale --build {BUILD} {words}", code=2)
             self.assertIn(expected, output)
