@@ -4,8 +4,11 @@
 
 #include <gstreamer/camera/PQtLoop.h>
 
+#include <support/NoThreads.h>
+
 #include <QCoreApplication>
 
+#include <csignal>
 #include <cstdlib>
 
 namespace {
@@ -73,6 +76,26 @@ TEST_F(PlainProgramTest, numbers_are_printed_as_before) {
             std::exit(isEnvironments && isAsBefore ? 7 : 8);
         },
         testing::ExitedWithCode(7), "");
+}
+
+TEST_F(PlainProgramTest, without_a_thread_for_qt_a_camera_is_not_opened_and_the_program_goes_on) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            auto* const run = new GstRun(pipeline());
+            if (!refuseThreads())
+                std::_Exit(9);
+            for (int i = 0; i < 2; ++i) { // the second one does not wait for what the first began
+                const bool hasFailed = run->setState(GST_STATE_READY) == GST_STATE_CHANGE_FAILURE;
+                if (!hasFailed || run->error().find("did not answer") == std::string::npos)
+                    std::_Exit(8);
+                run->setState(GST_STATE_NULL);
+            }
+            sigset_t blocked;
+            pthread_sigmask(SIG_SETMASK, nullptr, &blocked);
+            std::_Exit(sigismember(&blocked, SIGINT) == 0 ? 7 : 6);
+        },
+        testing::ExitedWithCode(7), "the system has started no thread");
 }
 
 // The child exits while frames come, without having stopped the pipeline.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <gstreamer/camera/PQtLoop.h>
 
+#include <apps/common/program/PExceptionText.h>
+
 #include <PLog/PLog.h>
 
 #include <QByteArray>
@@ -12,6 +14,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <mutex>
+#include <system_error>
 #include <thread>
 #include <unistd.h>
 
@@ -120,23 +123,32 @@ void runApplication() {
     application->exec();
 }
 
-/// Signals are for the program's own threads. The new thread inherits the mask.
-void startThread() {
+/// Signals are for the program's own threads. The new thread inherits the mask. False if the system
+/// starts none.
+bool startThread() {
     sigset_t all;
     sigset_t before;
     sigfillset(&all);
     pthread_sigmask(SIG_SETMASK, &all, &before);
-    // The program's threads must be free to do what they like, and Qt needs one that runs events.
-    std::thread(runApplication).detach();
+    bool isStarted = true;
+    try {
+        // The program's threads must be free to do what they like, and Qt needs one that runs
+        // events.
+        std::thread(runApplication).detach();
+    } catch (const std::system_error& error) {
+        isStarted = false;
+        qWarning("pcdsrc: %s", qUtf8Printable(PExceptionText::of(error)));
+    }
     pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    return isStarted;
 }
 
+/// Null if there is none, and none can be made.
 QCoreApplication* findApplication() {
     LoopGlobals& globals = loopGlobals();
     std::unique_lock lock(globals.mutex);
     if (QCoreApplication::instance() == nullptr && !globals.isStarting) {
-        globals.isStarting = true;
-        startThread();
+        globals.isStarting = startThread(); // until the thread ends it
     }
     globals.started.wait(lock, [&] { return !globals.isStarting; });
     return QCoreApplication::instance();
@@ -146,6 +158,8 @@ QCoreApplication* findApplication() {
 
 bool PQtLoop::call(const Work& work, std::chrono::milliseconds timeout) {
     QCoreApplication* const application = findApplication();
+    if (application == nullptr)
+        return false;
     if (QThread::currentThread() == application->thread()) {
         runGuarded(work);
         return true;
@@ -164,6 +178,8 @@ bool PQtLoop::call(const Work& work, std::chrono::milliseconds timeout) {
 
 void PQtLoop::post(const Work& work) {
     QCoreApplication* const application = findApplication();
+    if (application == nullptr)
+        return;
     const auto run = [work] { runGuarded(work); };
     // To Qt's thread, from threads that must not wait for it.
     QMetaObject::invokeMethod(application, run, Qt::QueuedConnection);

@@ -19,7 +19,8 @@ public:
 
     /// Runs work on Qt's thread, at once if this is that thread, and waits until it has run. False
     /// if it had not ended after the timeout: then it does not begin any more, but it may still be
-    /// running, so it must own what it uses. An exception ends the work.
+    /// running, so it must own what it uses. False at once if the system starts no thread for Qt,
+    /// which is printed. An exception ends the work.
     static bool call(const Work& work, std::chrono::milliseconds timeout = patience);
 
     /// The same for work with a result; empty if it had not ended after the timeout.
@@ -32,7 +33,8 @@ public:
         return std::move(*result);
     }
 
-    /// Runs work on Qt's thread, after what was given to it before, and does not wait.
+    /// Runs work on Qt's thread, after what was given to it before, and does not wait; nothing if
+    /// the system starts no thread for Qt.
     static void post(const Work& work);
 
     /// Work that runs on Qt's thread before the application ends, or at exit of a process in which

@@ -3,39 +3,23 @@
 // ProgramTest have everything else, in the programs.
 #include <apps/common/program/PTerminationSignals.h>
 
+#include <support/NoThreads.h>
+
 #include <gtest/gtest.h>
 
-#include <sys/resource.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <csignal>
-#include <system_error>
-#include <thread>
 
 using namespace std::chrono_literals;
 
 namespace {
 
-constexpr uid_t nobody = 65534;
 constexpr int notTried = 3;
 
-/// From now on this process can start no thread. The limit does not hold for root.
-void refuseThreads() {
-    const rlimit none{0, 0};
-    const bool isLimited = (geteuid() != 0 || setresuid(nobody, nobody, nobody) == 0) &&
-                           setrlimit(RLIMIT_NPROC, &none) == 0;
-    try {
-        std::thread([] {}).join();
-        ::_exit(notTried);
-    } catch (const std::system_error&) {
-        if (!isLimited)
-            ::_exit(notTried);
-    }
-}
-
 void watchWithoutThreads() {
-    refuseThreads();
+    if (!refuseThreads())
+        ::_exit(notTried);
     PTerminationSignals::watch();
     std::raise(SIGTERM);
     ::_exit(0);
@@ -45,7 +29,8 @@ void watchWithoutThreads() {
 void giveUpWithoutThreads() {
     PTerminationSignals::watch();
     PTerminationSignals::expect(0ms, [] { ::_exit(7); });
-    refuseThreads();
+    if (!refuseThreads())
+        ::_exit(notTried);
     ::kill(::getpid(), SIGTERM);
     for (;;)
         ::pause();
