@@ -271,12 +271,14 @@ void PGstCamera::onAdded(PDevice* device) {
         m_queue->report(Item::Kind::Plugged, u"camera %1 was plugged in again"_qs.arg(m_id));
         return;
     }
+    const bool isGoneAgain = outcome.code != Outcome::Code::Busy && !isPresent();
     if (m_device != nullptr) {
         m_device->removeFrameSink(m_queue);
         m_device->unlink();
         release();
     }
-    m_queue->report(Item::Kind::Failed, status.reason());
+    if (!isGoneAgain) // else it is waited for, as before
+        m_queue->report(Item::Kind::Failed, status.reason());
 }
 
 #include "moc_PGstCamera.cpp"

@@ -110,6 +110,30 @@ TEST_F(PGstCameraTest, a_camera_that_is_plugged_in_again_has_its_settings_again)
     EXPECT_EQ(image.rawData(PDIP::AccessMode::Read).constData()[0], 255); // black, made negative
 }
 
+TEST_F(PGstCameraTest, a_camera_that_goes_again_while_it_is_opened_is_waited_for) {
+    PGstOptions waiting = options();
+    waiting.onUnplug = PGstOptions::OnUnplug::Wait;
+    waiting.settings = u"contrast=20"_qs;
+    ASSERT_EQ(camera.open(waiting).code, Code::Done);
+    queue->begin();
+    ASSERT_TRUE(camera.start().isOk());
+    ToupcamSim_unplug("one");
+    ASSERT_TRUE(comes(Item::Kind::Unplugged));
+    const std::size_t before = items().size();
+    ToupcamSim_setHook([](const char* name, int moment, HRESULT*) {
+        if (moment == TOUPCAMSIM_BEFORE_CALL && std::string("Toupcam_put_Contrast") == name)
+            ToupcamSim_unplug("one");
+        return TOUPCAMSIM_PASS;
+    });
+    ToupcamSim_plug("one");
+    EXPECT_TRUE(waitUntil([] { return ToupcamSim_plug("one") == 1; })); // it went again
+    ToupcamSim_setHook(nullptr);
+    EXPECT_TRUE(comes(Item::Kind::Frame, before));
+    for (const Item& item : items())
+        EXPECT_NE(item.kind, Item::Kind::Failed) << item.text.toStdString();
+    EXPECT_EQ(camera.value("contrast"), u"20"_qs);
+}
+
 TEST_F(PGstCameraTest, of_a_setting_that_changed_often_only_the_last_value_is_set_again) {
     PGstOptions waiting = options();
     waiting.onUnplug = PGstOptions::OnUnplug::Wait;
