@@ -113,7 +113,8 @@ def check_text(name: str, text: Any) -> str:
 
 def check_flag(name: str, value: Any) -> bool:
     """Raises `BadValueError` for anything but true and false: "no" would be true."""
-    if isinstance(value, int) and value in (0, 1) or type(value).__name__ == "bool_":  # NumPy's
+    is_number = isinstance(value, int) and value in (0, 1)
+    if is_number or type(value).__name__ in ("bool", "bool_"):  # NumPy's
         return bool(value)
     raise bad_value(name, value, "True or False")
 
