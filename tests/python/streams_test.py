@@ -147,6 +147,24 @@ class Streams(OneCamera):
         pcd.handle_events()
         self.assertEqual(1, len([*self.camera.stream(1)]))
 
+    def test_a_camera_that_is_closed_under_a_stream_leaves_nothing_of_it(self):
+        self.camera.close()
+        left = []
+        before = len(os.listdir("/proc/self/fd"))
+        for _ in range(3):
+            with pcd.open() as opened:
+                left.append(opened.stream(queue=1))
+                next(left[-1])
+        with pcd.open() as opened, opened.stream(20, queue=20) as stream:
+            for _ in stream:
+                pass
+        # The queues of the others take no frames, and so do not lose any.
+        self.assertEqual((20, 0), (stream.ledger["delivered"], stream.ledger["failed_in_writer"]))
+        left.clear()
+        del stream
+        gc.collect()
+        self.assertEqual(before, len(os.listdir("/proc/self/fd")))
+
     def test_settings_change_during_a_stream(self):
         found = []
         for frame in self.camera.stream(30):

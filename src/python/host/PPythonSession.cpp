@@ -11,6 +11,8 @@
 #include <PCd/device/PDeviceManager.h>
 #include <PCd/device/PDeviceRoles.h>
 
+#include <utility>
+
 namespace {
 
 // A camera may take long to begin, also a simulated one that first makes its specimen.
@@ -151,14 +153,15 @@ void PPythonSession::startStream(const std::shared_ptr<PFrameSink>& sink, std::s
 PStatus PPythonSession::stopStream(const std::shared_ptr<PFrameSink>& sink) {
     if (sink == nullptr || m_sink != sink)
         return {};
-    m_sink.reset();
+    // `sink` may be the member itself, which is empty now.
+    const std::shared_ptr<PFrameSink> ended = std::exchange(m_sink, nullptr);
     if (m_device == nullptr)
         return {};
     const PUnlockedPython unlocked;
     const QPointer<PDevice> camera = m_device;
     const PStatus stopped = camera->stopStream();
     if (camera != nullptr)
-        camera->removeFrameSink(sink);
+        camera->removeFrameSink(ended);
     return stopped;
 }
 
