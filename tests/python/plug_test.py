@@ -1,5 +1,6 @@
 """Cameras that are unplugged and plugged in, and the functions called for that."""
 
+import os
 import sys
 import unittest
 from unittest import mock
@@ -140,6 +141,17 @@ class Listening(SceneTest):
                     self.pull("two")
         self.assertNotIn(self.seen[0], taken)
         self.assertTrue(self.seen[1])
+
+    def test_a_function_may_close_the_camera_of_which_a_still_is_awaited(self):
+        self.load(scene(camera("one"), camera("two")))
+        opened = pcd.open("Small-ONE")
+        self.simulator.hold("one")
+        files = len(os.listdir("/proc/self/fd"))
+        with pcd.on_unplug(lambda _: opened.close()):
+            self.when(lambda: True, lambda: self.pull("two"))
+            with self.assertRaisesRegex(pcd.ClosedError, "closed before a live frame arrived"):
+                opened.snap()
+        self.assertEqual(files, len(os.listdir("/proc/self/fd")))  # each queue has one
 
     def test_a_function_that_cannot_be_called_is_refused(self):
         with self.assertRaisesRegex(TypeError, "the function is None: expected one that takes"):

@@ -11,6 +11,9 @@
 #include <apps/common/record/PFrameRecorder.h>
 #include <apps/common/zarr/PZarrWriter.h>
 
+#include <PCd/device/PDevice.h>
+
+#include <QPointer>
 #include <QScopeGuard>
 
 namespace {
@@ -76,12 +79,13 @@ std::unique_ptr<PPythonFrame> PPythonCapture::snap(std::optional<double> timeout
     const bool isOwnStream = !m_session->isStreaming();
     if (!isOwnStream)
         camera.addFrameSink(live);
+    const QPointer<PDevice> device(&camera);
     const auto stop = qScopeGuard([&] {
         const PUnlockedPython unlocked;
         m_session->stopStream(live);
-        if (m_session->isOpen()) {
-            m_session->device().removeFrameSink(live);
-            m_session->device().removeFrameSink(stills);
+        if (device != nullptr) { // which stays if only the session was closed meanwhile
+            device->removeFrameSink(live);
+            device->removeFrameSink(stills);
         }
     });
     if (isOwnStream)
