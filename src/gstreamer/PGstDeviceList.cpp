@@ -62,7 +62,9 @@ GstDevice* PGstDeviceList::makeDevice(PDevice& device) {
         id.constData(), "pcd.model", G_TYPE_STRING, identity.model.toUtf8().constData(),
         "pcd.serial", G_TYPE_STRING, identity.serial.toUtf8().constData(), "pcd.simulated",
         G_TYPE_BOOLEAN, identity.simulated ? TRUE : FALSE, nullptr);
-    GstCaps* const caps = PGstCaps::fromModes(device.getSupportModes());
+    QList<PDeviceMode> modes; // if they are not read, caps of any size
+    device.readModes(modes);
+    GstCaps* const caps = PGstCaps::fromModes(modes);
     const QByteArray name = PPrintableText::toLine(identity.model).toUtf8();
     GstDevice* const made = pcd_device_new(id.constData(), name.constData(), caps, details);
     gst_caps_unref(caps);

@@ -49,10 +49,11 @@ public:
         return note("mode", !refusesMode);
     }
     QList<PDeviceMode> getSupportModes() override {
-        if (!failsToReadModes)
-            return modes;
-        PReadWatch::reportFailure();
-        return {};
+        if (failsToReadModes || returnsUnreadModes)
+            PReadWatch::reportFailure();
+        if (returnsUnreadModes)
+            return {makeMode(0, 0, "0"), makeMode(0, 0, "1")};
+        return failsToReadModes ? QList<PDeviceMode>() : modes;
     }
     QList<PDeviceProperty*> getSupportProperties() override {
         note("properties", true);
@@ -71,6 +72,7 @@ public:
     bool refusesLink = false, refusesUnlink = false, refusesStart = false, refusesStop = false;
     bool refusesMode = false;
     bool failsToReadMode = false, failsToReadModes = false;
+    bool returnsUnreadModes = false; // as plugins do that cannot read their sizes
     PDeviceMode mode = makeMode(640, 480, "0");
     QList<PDeviceMode> modes{makeMode(640, 480, "0"), makeMode(320, 240, "1")};
     std::function<void()> whenStarted, whenStopped, whenUnlinked;

@@ -96,6 +96,17 @@ TEST_F(PGstSourceTest, a_mode_or_setting_that_does_not_exist_is_an_error_that_na
     EXPECT_EQ(ToupcamSim_openHandles(), presentCameras);
 }
 
+TEST_F(PGstSourceTest, modes_that_the_camera_does_not_report_are_an_error_without_zeros) {
+    ASSERT_TRUE(PGstHost::instance().prepare(u"sim"_qs, scene()).isOk()); // ends earlier faults
+    ToupcamSim_failCall("Toupcam_get_Resolution", 0, 0, E_FAIL);
+    for (const char* more : {"", "mode=64x48"}) {
+        GstRun run(pipeline(more));
+        EXPECT_EQ(run.setState(GST_STATE_PLAYING), GST_STATE_CHANGE_FAILURE);
+        EXPECT_EQ(run.error(), "camera Simulated-T-T1: the camera did not report its modes");
+    }
+    EXPECT_EQ(ToupcamSim_openHandles(), presentCameras);
+}
+
 TEST_F(PGstSourceTest, a_camera_is_used_by_one_element_at_a_time) {
     GstRun first(pipeline());
     first.setState(GST_STATE_PLAYING);

@@ -50,3 +50,16 @@ TEST_F(PcdDeviceProviderTest, a_monitor_lists_cameras_and_follows_them) {
     EXPECT_EQ(next(), "device-added Simulated-T-T2");
     gst_device_monitor_stop(monitor.get());
 }
+
+TEST_F(PcdDeviceProviderTest, a_camera_that_does_not_report_its_sizes_has_any) {
+    ASSERT_TRUE(PGstHost::instance().prepare(u"sim"_qs, scene()).isOk());
+    ToupcamSim_failCall("Toupcam_get_Resolution", 0, 0, E_FAIL);
+    const GstPtr<GstDeviceMonitor> monitor(gst_device_monitor_new());
+    gst_device_monitor_add_filter(monitor.get(), "Video/Source", nullptr);
+    GList* const devices = gst_device_monitor_get_devices(monitor.get());
+    ASSERT_EQ(g_list_length(devices), presentCameras);
+    const GstPtr<GstCaps> caps(gst_device_get_caps(GST_DEVICE(devices->data)));
+    const GstPtr<GstCaps> sized(gst_caps_from_string("video/x-raw,width=64,height=48"));
+    EXPECT_TRUE(gst_caps_can_intersect(caps.get(), sized.get()));
+    g_list_free_full(devices, gst_object_unref);
+}

@@ -284,6 +284,15 @@ PDeviceMode PDevice::reportedMode() {
     return watch.hasFailed() ? PDeviceMode() : mode;
 }
 
+PStatus PDevice::readModes(QList<PDeviceMode>& modes) {
+    const PReadWatch watch;
+    modes = getSupportModes();
+    if (!watch.hasFailed())
+        return PStatus::Ok;
+    modes.clear();
+    return PStatus::failure(tr("the camera did not report its modes"));
+}
+
 void PDevice::updateMode() {
     m_mode = reportedMode();
     updateSettings();

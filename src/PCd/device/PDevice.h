@@ -123,6 +123,9 @@ public:
     bool isAnswering();
     /// Reads the mode; an empty one if the device has none, or does not report it (PReadWatch).
     PDeviceMode reportedMode();
+    /// Reads all modes into `modes`. Fails, and leaves them empty, if the device does not report
+    /// them (PReadWatch).
+    PStatus readModes(QList<PDeviceMode>& modes);
 
     /// The property with this id, or null. Does not build the list. While the list exists, other
     /// threads may use the result to post calls to the property, and for nothing else.

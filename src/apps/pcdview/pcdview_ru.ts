@@ -221,6 +221,10 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <source>the device refused the mode %1</source>
         <translation>устройство отказалось перейти в режим %1</translation>
     </message>
+    <message>
+        <source>the camera did not report its modes</source>
+        <translation>камера не сообщила свои режимы</translation>
+    </message>
 </context>
 <context>
     <name>PDevicePanel</name>

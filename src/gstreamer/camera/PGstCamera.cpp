@@ -30,6 +30,14 @@ QStringList toNames(const QList<PDeviceMode>& modes) {
     return names;
 }
 
+/// The modes with this id or name.
+QList<PDeviceMode> withName(QList<PDeviceMode> modes, const QString& wanted) {
+    modes.removeIf([&](const PDeviceMode& mode) {
+        return QString::fromLatin1(mode.id) != wanted && mode.name != wanted;
+    });
+    return modes;
+}
+
 } // namespace
 
 PGstCamera::PGstCamera(std::shared_ptr<PGstFrameQueue> queue)
@@ -67,6 +75,10 @@ Outcome PGstCamera::link(PDevice* device) {
     const PStatus linked = device->link();
     if (!linked.isOk())
         return {Outcome::Code::Failed, u"camera %1: %2"_qs.arg(m_id, linked.reason())};
+    QList<PDeviceMode> modes; // without them there are no caps
+    const PStatus read = device->readModes(modes);
+    if (!read.isOk())
+        return {Outcome::Code::Failed, u"camera %1: %2"_qs.arg(m_id, read.reason())};
     const PStatus status = prepare();
     if (m_device == nullptr)
         return {Outcome::Code::Failed, u"camera %1 was unplugged"_qs.arg(m_id)};
@@ -87,11 +99,14 @@ PStatus PGstCamera::prepare() {
 PStatus PGstCamera::setNamedMode() {
     if (m_options.mode.isEmpty())
         return PStatus::Ok;
-    const QList<PDeviceMode> found = modes();
+    QList<PDeviceMode> all;
+    const PStatus read = m_device->readModes(all);
+    if (!read.isOk())
+        return read;
+    const QList<PDeviceMode> found = withName(all, m_options.mode);
     if (found.isEmpty())
         return PStatus::failure(u"camera %1 has no mode \"%2\": expected one of %3"_qs.arg(
-            m_id, PPrintableText::toLine(m_options.mode),
-            toNames(m_device->getSupportModes()).join(u", "_qs)));
+            m_id, PPrintableText::toLine(m_options.mode), toNames(all).join(u", "_qs)));
     return m_device->setMode(found.first());
 }
 
@@ -140,14 +155,9 @@ QString PGstCamera::note() const {
 QList<PDeviceMode> PGstCamera::modes() const {
     if (m_device == nullptr)
         return {};
-    QList<PDeviceMode> modes = m_device->getSupportModes();
-    const QString& wanted = m_options.mode;
-    if (!wanted.isEmpty()) {
-        modes.removeIf([&](const PDeviceMode& mode) {
-            return QString::fromLatin1(mode.id) != wanted && mode.name != wanted;
-        });
-    }
-    return modes;
+    QList<PDeviceMode> modes;
+    m_device->readModes(modes);
+    return m_options.mode.isEmpty() ? modes : withName(modes, m_options.mode);
 }
 
 PDeviceMode PGstCamera::mode() const {

@@ -47,7 +47,8 @@ public:
     QString id() const { return m_id; }
     /// What the user should know about the SDK; empty if nothing.
     QString note() const;
-    /// The modes that the pipeline may choose from: that of the options, else all.
+    /// The modes that the pipeline may choose from: that of the options, else all; empty if the
+    /// camera does not report them.
     QList<PDeviceMode> modes() const;
     /// The mode in use.
     PDeviceMode mode() const;

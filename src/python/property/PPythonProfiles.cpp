@@ -39,9 +39,15 @@ PPythonProfiles::PPythonProfiles(std::shared_ptr<PPythonSession> session)
     : m_session(std::move(session)) {
 }
 
+QList<PDeviceMode> PPythonProfiles::readModes() const {
+    QList<PDeviceMode> modes;
+    m_session->check(m_session->device().readModes(modes), "RefusedError");
+    return modes;
+}
+
 py::list PPythonProfiles::modes() const {
     py::list found;
-    for (const PDeviceMode& mode : m_session->device().getSupportModes())
+    for (const PDeviceMode& mode : readModes())
         found.append(toDict(mode));
     return found;
 }
@@ -53,7 +59,7 @@ py::object PPythonProfiles::mode() const {
 
 void PPythonProfiles::setMode(const QString& requested) const {
     QStringList known;
-    for (const PDeviceMode& mode : m_session->device().getSupportModes()) {
+    for (const PDeviceMode& mode : readModes()) {
         if (QString::fromLatin1(mode.id) != requested && mode.name != requested) {
             known.append(u'"' + mode.name + u'"');
             continue;

@@ -3,6 +3,10 @@
 
 #include <python/host/PPybind.h>
 
+#include <PCd/frame/PDeviceMode.h>
+
+#include <QList>
+
 #include <memory>
 
 class PPythonSession;
@@ -32,5 +36,8 @@ public:
     py::dict load(const QString& path) const;
 
 private:
+    /// Throws "UnpluggedError" or "RefusedError" if the camera does not report them.
+    QList<PDeviceMode> readModes() const;
+
     std::shared_ptr<PPythonSession> m_session;
 };

@@ -323,6 +323,16 @@ TEST(PDevice, reads_no_mode_if_the_device_does_not_report_it) {
     EXPECT_EQ(device.reportedMode(), PDeviceMode());
 }
 
+TEST(PDevice, reads_all_modes_or_none) {
+    FakeDevice device;
+    QList<PDeviceMode> modes;
+    EXPECT_TRUE(device.readModes(modes).isOk());
+    EXPECT_EQ(modes, device.modes);
+    device.returnsUnreadModes = true;
+    EXPECT_EQ(device.readModes(modes).reason(), u"the camera did not report its modes"_qs);
+    EXPECT_TRUE(modes.isEmpty());
+}
+
 TEST(PDevice, that_cannot_report_its_modes_does_not_answer) {
     FakeDevice device;
     EXPECT_TRUE(device.isAnswering());

@@ -4,8 +4,6 @@
 #include <apps/pcdctl/camera/PCameraSetup.h>
 #include <apps/pcdctl/cli/PCtlOutput.h>
 
-#include <PCd/property/PReadWatch.h>
-
 #include <PCore/PPrintableText.h>
 
 #include <QScopeGuard>
@@ -82,10 +80,10 @@ PCtlOutcome PCameraSession::prepare(const PCtlOptions& options) {
 }
 
 PCtlOutcome PCameraSession::setMode(const QString& requested) {
-    const PReadWatch watch;
-    const QList<PDeviceMode> modes = m_device->getSupportModes();
-    if (watch.hasFailed())
-        return readOutcome(PStatus::failure(u"the camera did not report its modes"_qs));
+    QList<PDeviceMode> modes;
+    const PStatus read = m_device->readModes(modes);
+    if (!read.isOk())
+        return readOutcome(read);
     const auto mode = std::find_if(modes.begin(), modes.end(), [&](const PDeviceMode& m) {
         return QString::fromLatin1(m.id) == requested || m.name == requested;
     });
