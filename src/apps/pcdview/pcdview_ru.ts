@@ -1455,6 +1455,10 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <translation>у камеры нет съёмки по триггеру</translation>
     </message>
     <message>
+        <source>the camera did not report &quot;%1&quot;</source>
+        <translation>камера не сообщила «%1»</translation>
+    </message>
+    <message>
         <source>the camera refused triggered capture</source>
         <translation>камера отказалась снимать по триггеру</translation>
     </message>

@@ -104,6 +104,23 @@ TEST_F(TriggerCommand, repeats_until_ctrl_c_and_is_done) {
     EXPECT_EQ(process.exitCode(), 0) << process.errors().toStdString();
 }
 
+TEST_F(TriggerCommand, a_camera_that_does_not_report_its_trigger_is_not_said_to_have_none) {
+    scene.addFaults(silence());
+    const CtlResult result = trigger({});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.errors.contains(u"the camera did not report \"extexposure\""_qs))
+        << result.errors.toStdString();
+}
+
+TEST_F(TriggerCommand, what_was_not_read_at_first_is_read_again) {
+    QJsonObject once = failing(u"Toupcam_get_AutoExpoTarget"_qs);
+    once.insert(u"count"_qs, 2); // for both properties that have it
+    scene.addFault(once);
+    const CtlResult result = trigger({});
+    EXPECT_EQ(result.exitCode, 0) << result.errors.toStdString();
+    EXPECT_EQ(deliveredIn(result), 1);
+}
+
 TEST_F(TriggerCommand, a_camera_without_a_software_trigger_refuses) {
     scene.set(u"flags"_qs, QJsonArray{u"USB30"_qs});
     const CtlResult result = trigger({});

@@ -32,13 +32,14 @@ PRoleBindings findFields(const PDeviceProperty& property, PRole role) {
     return fields;
 }
 
+/// By what is declared: the value is not known while the camera does not report it.
 bool hasTrigger(const PDeviceProperty* property) {
     if (property == nullptr)
         return false;
     const QByteArray fire = PPropertyRoles::method(*property, PRole::FireTrigger) + "(int)";
-    const PRoleValue value = PPropertyRoles::value(*property);
-    return property->metaObject()->indexOfMethod(fire) >= 0 && value.number(PRole::Triggered) &&
-           value.number(PRole::TriggerTime);
+    return property->metaObject()->indexOfMethod(fire) >= 0 &&
+           !findFields(*property, PRole::Triggered).isEmpty() &&
+           !findFields(*property, PRole::TriggerTime).isEmpty();
 }
 
 PStatus writeText(QVariant& value, const PRoleBinding& field, const QString& text) {
@@ -112,6 +113,11 @@ double PTriggerControl::toMilliseconds(const QVariant& value) const {
 PStatus PTriggerControl::prepare(Source source, std::optional<microseconds> exposure, int frames) {
     if (m_property == nullptr)
         return PStatus::failure(tr("the camera does not support triggered capture"));
+    if (m_property->isUnread())
+        m_property->updateValueFromDevice();
+    if (m_property->isUnread()) // fields that are not known would be sent with those below
+        return PStatus::failure(
+            tr("the camera did not report \"%1\"").arg(QString::fromLatin1(m_property->id())));
     QVariant value = m_property->reportedValue();
     PStatus status =
         exposure ? writeExposure(value, findFields(*m_property, PRole::TriggerTime), *exposure)

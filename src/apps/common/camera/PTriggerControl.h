@@ -28,7 +28,7 @@ public:
 
     /// Puts the camera into trigger mode, for sequences of `frames` frames; without an exposure
     /// time the camera's setting for triggered frames holds. Fails if the camera has no such mode
-    /// or time.
+    /// or time, or does not report its settings.
     PStatus prepare(Source source, std::optional<std::chrono::microseconds> exposure, int frames);
 
     /// Begins a software-triggered run of this number of frames; 0 ends a run. Fails if the camera
