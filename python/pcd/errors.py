@@ -36,7 +36,7 @@ class BadValueError(Error, ValueError):
 
 
 class RefusedError(Error):
-    """The camera did not take a value, or refused to do something."""
+    """The camera did not take a value, did not report one, or refused to do something."""
 
     property: str = ""
     value: str = ""

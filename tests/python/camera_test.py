@@ -268,10 +268,24 @@ class PropertiesOfACamera(SceneTest):
         for function, name, value in (("Toupcam_get_Contrast", "contrast", 7),
                                       ("Toupcam_get_ExpoTime", "exposure", 10.0)):
             self.simulator.fail(function, count=1)
-            with self.assertRaises(pcd.UnpluggedError, msg=name):
+            with self.assertRaisesRegex(pcd.RefusedError, f'did not report "{name}"'):
                 self.camera.properties[name].value
             setattr(self.camera, name, value)
             self.assertEqual(value, getattr(self.camera, name))
+
+    def test_a_value_that_cannot_be_read_back_is_not_said_to_be_another(self):
+        self.simulator.fail("Toupcam_get_Contrast")
+        with self.assertRaisesRegex(pcd.RefusedError, 'did not report "contrast" after it was set'):
+            self.camera.contrast = 5
+        self.simulator.fail("Toupcam_get_AutoExpoTarget", skip=1)
+        with self.assertRaisesRegex(pcd.RefusedError, 'did not report "extexposure" after it was set'):
+            self.camera.extexposure = {"target": 100}
+
+    def test_a_camera_that_no_longer_answers_is_not_said_to_refuse(self):
+        self.simulator.fail("Toupcam_get_ResolutionNumber")
+        self.simulator.fail("Toupcam_get_Contrast")
+        with self.assertRaisesRegex(pcd.UnpluggedError, "no longer answers"):
+            self.camera.contrast
 
     def test_an_unknown_property_suggests_the_nearest(self):
         with self.assertRaisesRegex(pcd.NoPropertyError, 'did you mean "gain"'):
@@ -345,6 +359,13 @@ class ModesAndProfiles(SceneTest):
         for wrong in ("1x1", None, 3, "\ud800"):
             with self.assertRaisesRegex(pcd.BadValueError, '"322x240", "160x120"'):
                 self.camera.mode = wrong
+
+    def test_modes_that_the_camera_does_not_report_are_not_zeros(self):
+        self.simulator.fail("Toupcam_get_Resolution")
+        with self.assertRaisesRegex(pcd.RefusedError, "did not report its modes"):
+            self.camera.modes
+        with self.assertRaisesRegex(pcd.RefusedError, "did not report its modes"):
+            self.camera.mode = "160x120"
 
     def test_a_profile_brings_settings_back(self):
         self.camera.contrast = 33

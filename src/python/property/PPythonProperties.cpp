@@ -178,6 +178,11 @@ QString refusedFields(const QVariant& sent, const QVariant& present, const py::d
     return refused.join(u", "_qs);
 }
 
+PPropertyCheck::Outcome sendUnlocked(PDeviceProperty& property, const QVariant& value) {
+    const PUnlockedPython unlocked;
+    return PPropertyCheck::send(property, value);
+}
+
 } // namespace
 
 PPythonProperties::PPythonProperties(std::shared_ptr<PPythonSession> session)
@@ -245,12 +250,14 @@ py::object PPythonProperties::value(const QString& name) const {
         const PUnlockedPython unlocked;
         property.updateValueFromDevice();
     }
-    if (property.isUnread()) {
-        throw PPythonError("UnpluggedError",
-                           u"camera %1 did not report \"%2\": it was unplugged, or it "
-                           "hangs"_qs.arg(m_session->identity().id, name));
-    }
+    if (property.isUnread())
+        failUnread(u"it did not report \"%1\""_qs.arg(name));
     return shownValue(property, property.valueInner());
+}
+
+/// One reading can fail although the camera is there.
+void PPythonProperties::failUnread(const QString& reason) const {
+    m_session->check(PStatus::failure(reason), "RefusedError");
 }
 
 void PPythonProperties::setValue(const QString& name, const py::object& object) const {
@@ -270,10 +277,8 @@ void PPythonProperties::setValue(const QString& name, const py::object& object) 
         return;
     }
     const QVariant value = toDeviceValue(property, object);
-    {
-        const PUnlockedPython unlocked;
-        PPropertyCheck::send(property, value);
-    }
+    if (sendUnlocked(property, value) == PPropertyCheck::Outcome::Unread)
+        failUnread(u"it did not report \"%1\" after it was set"_qs.arg(toName(property)));
     const QString refused = refusedFields(value, property.valueInner(), object);
     if (!refused.isEmpty()) {
         throw PPythonError("RefusedError", u"the camera did not take all of \"%1\": %2"_qs.arg(
@@ -283,19 +288,12 @@ void PPythonProperties::setValue(const QString& name, const py::object& object) 
 
 void PPythonProperties::send(PDeviceProperty& property, const QVariant& value,
                              const QString& shown) const {
-    PPropertyCheck::Outcome outcome{};
-    {
-        const PUnlockedPython unlocked;
-        outcome = PPropertyCheck::send(property, value);
-    }
+    const PPropertyCheck::Outcome outcome = sendUnlocked(property, value);
     if (outcome == PPropertyCheck::Outcome::Taken)
         return;
     const QString name = toName(property);
-    if (outcome == PPropertyCheck::Outcome::Unread) {
-        throw PPythonError("UnpluggedError",
-                           u"camera %1 did not report \"%2\" after it was set: it was unplugged, "
-                           "or it hangs"_qs.arg(m_session->identity().id, name));
-    }
+    if (outcome == PPropertyCheck::Outcome::Unread)
+        failUnread(u"it did not report \"%1\" after it was set"_qs.arg(name));
     const QString present = PPythonValue::toText(shownValue(property, property.valueInner()));
     throw PPythonError("RefusedError",
                        u"the camera did not take %1 for \"%2\": it has %3%4"_qs.arg(

@@ -25,14 +25,14 @@ public:
     /// Everything about a property but its value, as a dict.
     py::dict description(const QString& name) const;
     /// A number, a bool, the name of a choice, a `Region`, or a dict of fields; read from the
-    /// camera.
+    /// camera. `RefusedError` if the camera does not report it.
     ///
     /// Of a composite property, the fields that the assigned dict does not have stay as they are.
     /// A value that is not possible raises `BadValueError`, and nothing is sent; one that the
     /// camera does not take raises `RefusedError`.
     py::object value(const QString& name) const;
     /// Sends a value. "BadValueError" names property, value and what was expected, and sends
-    /// nothing; "RefusedError" if the camera then has another value.
+    /// nothing; "RefusedError" if the camera then has another value, or does not report it.
     void setValue(const QString& name, const py::object& value) const;
     /// Runs an action, such as one white balance; some need a running stream.
     void run(const QString& name) const;
@@ -41,6 +41,9 @@ private:
     PDeviceProperty& find(const QString& name) const;
     PDeviceProperty* findOrNull(const QString& name) const;
     void send(PDeviceProperty& property, const QVariant& value, const QString& shown) const;
+    /// Throws "UnpluggedError" if the camera no longer answers, else "RefusedError" with the
+    /// reason.
+    void failUnread(const QString& reason) const;
     QString hint(const PDeviceProperty& property) const;
 
     std::shared_ptr<PPythonSession> m_session;
