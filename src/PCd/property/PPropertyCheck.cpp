@@ -109,6 +109,8 @@ QString expectedChoice(const PEnumeration& choices) {
 }
 
 QString expectedRegion(const PScanAreaRange& range) {
+    if (range.bounds.isEmpty())
+        return PPropertyCheck::tr("a region, but the camera reports no area for it");
     return PPropertyCheck::tr("a region x,y,width,height inside %1, at least %2 x %3 pixels, in "
                               "steps of %4 x %5, or the whole area")
         .arg(PPropertyText::ofRegion(range.bounds), QString::number(range.minimumWidth),
@@ -153,6 +155,8 @@ QString PPropertyCheck::expectation(const PDeviceProperty& property, const QVari
         return tr("one field at a time, %1.FIELD=VALUE with one of the fields %2")
             .arg(QString::fromLatin1(property.id()),
                  PCompositeFields::names(property.valueInner()).join(u", "_qs));
+    if (!property.valueInner().isValid())
+        return tr("a value, but the camera does not report it");
     return tr("a value of type %1")
         .arg(QString::fromLatin1(property.valueInner().metaType().name()));
 }

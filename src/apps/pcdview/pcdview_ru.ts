@@ -1088,6 +1088,10 @@ This is the pixel size of the sensor divided by the magnification.</source>
         <translation>один из вариантов, но камера их не сообщает</translation>
     </message>
     <message>
+        <source>a region, but the camera reports no area for it</source>
+        <translation>область, но камера не сообщает, в каких пределах</translation>
+    </message>
+    <message>
         <source>a whole number from %1 to %2</source>
         <translation>целое число от %1 до %2</translation>
     </message>
@@ -1130,6 +1134,10 @@ This is the pixel size of the sensor divided by the magnification.</source>
     <message>
         <source>a value of type %1</source>
         <translation>значение типа %1</translation>
+    </message>
+    <message>
+        <source>a value, but the camera does not report it</source>
+        <translation>значение, но камера его не сообщает</translation>
     </message>
 </context>
 <context>

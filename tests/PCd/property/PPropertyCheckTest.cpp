@@ -189,6 +189,10 @@ INSTANTIATE_TEST_SUITE_P(
         ExpectationRow{"of_a_region", QRect(), sensor(),
                        "a region x,y,width,height inside 0,0,101,80, at least 8 x 4 pixels, in "
                        "steps of 4 x 4, or the whole area"},
+        ExpectationRow{"of_a_region_of_an_unknown_sensor", QRect(), sensor(QRect()),
+                       "a region, but the camera reports no area for it"},
+        ExpectationRow{
+            "of_what_was_not_read", QVariant(), {}, "a value, but the camera does not report it"},
         ExpectationRow{"of_a_composite",
                        QVariant::fromValue(Shutter()),
                        {},
