@@ -71,7 +71,10 @@ TEST_F(PSimProducerTest, a_picture_for_which_there_is_no_memory_is_lost_in_the_c
         if (++takes <= 2) // the still and the first frame
             throw std::bad_alloc();
     };
+    testing::internal::CaptureStderr();
     run(1);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "simulated SDK: no memory for a picture, which is lost\n");
     EXPECT_THAT(m_parts.steps, ElementsAre("take 0 at 1", "taken 1/0", "take 0 at 0", "done 1",
                                            "taken 2/0", "take 1 at 0", "frame 1", "done 2"));
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <toupcam/sim/stream/PSimProducer.h>
 
+#include <cstdio>
 #include <new>
 #include <utility>
 
@@ -70,8 +71,15 @@ bool PSimProducer::take(const PSimShot& shot, std::uint64_t number, PSimPicture&
         m_link->source->take(shot, number, picture);
         return true;
     } catch (const std::bad_alloc&) {
+        reportLostPicture();
         return false;
     }
+}
+
+/// Once for each stream. To a client the loss is a camera that sends nothing.
+void PSimProducer::reportLostPicture() {
+    if (!std::exchange(m_lacksMemory, true))
+        std::fprintf(stderr, "simulated SDK: no memory for a picture, which is lost\n");
 }
 
 void PSimProducer::deliverFrame(const PSimStreamSchedule::Frame& frame, PSimDelivery& delivery) {

@@ -27,6 +27,7 @@ private:
     void perform(const PSimStreamSchedule::Frame& frame, PSimDelivery& delivery);
     void deliverFrame(const PSimStreamSchedule::Frame& frame, PSimDelivery& delivery);
     bool take(const PSimShot& shot, std::uint64_t number, PSimPicture& picture);
+    void reportLostPicture();
     void finish();
 
     const std::shared_ptr<PSimCameraLink> m_link;
@@ -35,5 +36,6 @@ private:
     PSimFrameFeedback& m_feedback;
     PSimPicture m_live; // the producing thread's, as m_still
     PSimPicture m_still;
+    bool m_lacksMemory = false;           // of a picture of this stream; the producing thread's
     std::atomic<bool> m_observing{false}; // atomic: the event thread of pull mode may read it
 };
