@@ -88,6 +88,13 @@ TEST_F(CheckCommand, prints_a_line_for_each_rule_and_one_with_totals) {
         << result.output.constData();
 }
 
+TEST_F(CheckCommand, of_one_rule_does_not_call_it_rules) {
+    const CtlResult result = runCtl(ofExample + QStringList{u"--filter=groups.members"_qs});
+    EXPECT_TRUE(
+        result.output.endsWith("\n1 rule: 1 passed, 0 failed, 0 skipped; 1 case: 0 failed\n"))
+        << result.output.constData();
+}
+
 TEST_F(CheckCommand, prints_what_failed_with_what_was_seen_the_rule_and_a_hint) {
     const CtlResult result =
         runCtl(withPlugin(QStringLiteral(MUTANT_PLUGIN)) + QStringList{u"--filter=groups.*"_qs},

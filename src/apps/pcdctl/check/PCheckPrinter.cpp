@@ -11,6 +11,10 @@ QString toCases(qint64 count) {
     return (count == 1 ? u"%1 case"_qs : u"%1 cases"_qs).arg(count);
 }
 
+QString toRules(qint64 count) {
+    return (count == 1 ? u"%1 rule"_qs : u"%1 rules"_qs).arg(count);
+}
+
 QString describeCases(const PCheckReport::Entry& entry) {
     switch (entry.state()) {
     case PCheckResult::State::Passed:
@@ -60,8 +64,8 @@ void PCheckPrinter::printRule(const PCheckReport::Entry& entry) {
 
 QString PCheckPrinter::describeTotals(const PCheckReport& report) {
     const PCheckReport::Totals totals = report.totals();
-    return u"%1 rules: %2 passed, %3 failed, %4 skipped; %5: %6 failed"_qs.arg(
-        QString::number(report.entries().size()), QString::number(totals.passed),
+    return u"%1: %2 passed, %3 failed, %4 skipped; %5: %6 failed"_qs.arg(
+        toRules(report.entries().size()), QString::number(totals.passed),
         QString::number(totals.failed), QString::number(totals.skipped), toCases(totals.cases),
         QString::number(totals.failedCases));
 }
