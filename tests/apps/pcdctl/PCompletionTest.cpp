@@ -186,6 +186,11 @@ TEST_F(PCompletion, has_no_properties_of_a_camera_that_another_program_holds) {
     EXPECT_EQ(complete(u"get "_qs), QStringList());
 }
 
+TEST_F(PCompletion, has_no_modes_that_were_not_read) {
+    scene.addFault(failing(u"Toupcam_get_Resolution"_qs));
+    EXPECT_EQ(complete(u"snap --mode "_qs), QStringList());
+}
+
 TEST_F(PCompletion, has_no_cameras_of_a_scene_that_is_missing) {
     EXPECT_EQ(complete(u"--scene missing.json snap -c "_qs), QStringList());
 }

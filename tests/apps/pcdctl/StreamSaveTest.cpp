@@ -49,6 +49,15 @@ TEST_F(StreamSave, saves_every_frame_under_its_number_with_its_colours) {
     }
 }
 
+TEST_F(StreamSave, saves_no_mode_that_was_not_read) {
+    scene.addFault(failing(u"Toupcam_get_eSize"_qs));
+    const CtlResult result = runCtl(arguments({u"-n"_qs, u"1"_qs}));
+    ASSERT_EQ(result.exitCode, 0) << result.errors.toStdString();
+    const QImage picture(file("001"));
+    EXPECT_EQ(picture.text(u"Gain"_qs), u"100 %"_qs);
+    EXPECT_FALSE(picture.textKeys().contains(u"Mode"_qs)) << picture.text(u"Mode"_qs).toStdString();
+}
+
 TEST_F(StreamSave, saves_the_exposure_that_another_setting_has_set) {
     const CtlResult result =
         runCtl(arguments({u"-n"_qs, u"2"_qs, u"--set"_qs, u"extexposure.autoexpenabled=off"_qs,

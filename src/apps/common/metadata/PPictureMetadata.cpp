@@ -19,7 +19,9 @@ void appendStamp(PPictureMetadata& text, const PFrameStamp& stamp) {
     // Live frames and stills are numbered separately, so their keys differ.
     text.append({stamp.still ? u"Still picture"_qs : u"Frame"_qs, QString::number(stamp.sequence)});
     text.append({u"Time"_qs, stamp.arrivedUtc.toString(Qt::ISODateWithMs)});
-    text.append({u"Mode"_qs, modeText(stamp.settings->mode)});
+    const PDeviceMode& mode = stamp.settings->mode;
+    if (mode != PDeviceMode()) // else it was not read
+        text.append({u"Mode"_qs, modeText(mode)});
     const QString exposure = PFrameExposure::of(*stamp.settings, {}).timeText();
     if (!exposure.isEmpty())
         text.append({u"Exposure"_qs, exposure});

@@ -64,6 +64,10 @@ QString PCtlOutput::toSaved(const QString& path, bool isKept) {
     return isKept ? u"Saved "_qs + path : u"Not kept: "_qs + QFileInfo(path).fileName();
 }
 
+QJsonValue PCtlOutput::toValue(const QString& text) {
+    return text.isEmpty() ? QJsonValue() : QJsonValue(text);
+}
+
 QJsonObject PCtlOutput::toJson(const PCameraIdentity& camera) {
     return {{u"id"_qs, camera.id},
             {u"model"_qs, camera.model},

@@ -30,6 +30,8 @@ QString toFrames(quint64 count);
 
 /// "Saved" with the path, or, of a file that is removed afterwards, that it is not kept.
 QString toSaved(const QString& path, bool isKept);
+/// A text in JSON; null for an empty one, which is not known.
+QJsonValue toValue(const QString& text);
 /// {id, model, serial, simulated}.
 QJsonObject toJson(const PCameraIdentity& camera);
 

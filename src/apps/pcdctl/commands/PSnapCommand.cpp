@@ -61,7 +61,7 @@ void printJson(const QString& file, const PCameraIdentity& camera, const PSnapRu
     object.insert(u"file"_qs, file);
     object.insert(u"width"_qs, qint64(run.picture().image.width()));
     object.insert(u"height"_qs, qint64(run.picture().image.height()));
-    object.insert(u"mode"_qs, run.mode().name);
+    object.insert(u"mode"_qs, PCtlOutput::toValue(run.mode().name));
     object.insert(u"time"_qs, run.picture().stamp->arrivedUtc.toString(Qt::ISODateWithMs));
     PCtlOutput::printDocument(object);
 }

@@ -9,6 +9,7 @@
 #include <QScopeGuard>
 
 #include <algorithm>
+#include <utility>
 
 PCameraCandidates::PCameraCandidates(const PCtlOptions& options)
     : m_camera(options.camera)
@@ -29,9 +30,10 @@ PCandidates PCameraCandidates::cameras() {
 
 PCandidates PCameraCandidates::modes() {
     return withDevice([](PDevice& device) {
-        const QList<PDeviceMode> modes = device.getSupportModes();
+        QList<PDeviceMode> modes;
+        device.readModes(modes);
         PCandidates candidates;
-        for (const PDeviceMode& mode : modes) {
+        for (const PDeviceMode& mode : std::as_const(modes)) {
             const auto isNamesake = [&](const PDeviceMode& m) { return m.name == mode.name; };
             const bool isUnique = std::count_if(modes.begin(), modes.end(), isNamesake) == 1;
             const QString id = QString::fromLatin1(mode.id);

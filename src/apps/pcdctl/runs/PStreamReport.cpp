@@ -42,7 +42,7 @@ QJsonObject PStreamReport::toJson() const {
                        {u"seconds"_qs, tally.seconds()},
                        {u"fps"_qs, tally.fps()},
                        {u"megabytesPerSecond"_qs, tally.megabytesPerSecond()},
-                       {u"mode"_qs, mode.name},
+                       {u"mode"_qs, PCtlOutput::toValue(mode.name)},
                        {u"ledger"_qs, ledgerToJson(ledger)}};
     if (saved)
         object.insert(u"saved"_qs, qint64(*saved));
@@ -52,11 +52,11 @@ QJsonObject PStreamReport::toJson() const {
 }
 
 QString PStreamReport::toText() const {
-    QString text = u"%1%2, mode %3: %4 in %5 s, %6 fps, %7 MB/s\n"_qs.arg(
+    QString text = u"%1%2%3: %4 in %5 s, %6 fps, %7 MB/s\n"_qs.arg(
         PPrintableText::toLine(camera.id), camera.simulated ? u" (simulated)"_qs : QString(),
-        PPrintableText::toLine(mode.name), PCtlOutput::toFrames(tally.frames()),
-        QString::number(tally.seconds(), 'f', 2), QString::number(tally.fps(), 'f', 1),
-        QString::number(tally.megabytesPerSecond(), 'f', 1));
+        mode.name.isEmpty() ? QString() : u", mode "_qs + PPrintableText::toLine(mode.name),
+        PCtlOutput::toFrames(tally.frames()), QString::number(tally.seconds(), 'f', 2),
+        QString::number(tally.fps(), 'f', 1), QString::number(tally.megabytesPerSecond(), 'f', 1));
     if (saved)
         text += u"Saved: %1\n"_qs.arg(PCtlOutput::toFrames(*saved));
     return text + ledgerToText(ledger);
