@@ -29,7 +29,10 @@ public:
     }
     QVariant tryGetRange() override {
         calls.append(u"get range"_qs);
-        return rangeInDevice;
+        if (!failsToReadRange)
+            return rangeInDevice;
+        PReadWatch::reportFailure();
+        return QVariant(rangeInDevice.metaType());
     }
 
     using PDeviceProperty::setValueInner;
@@ -38,7 +41,8 @@ public:
     QVariant rangeInDevice;
     QVariant becomes; ///< the value that the device stores whatever it is sent, if valid
     bool refuses = false;
-    bool failsToRead = false;     ///< the device does not answer when the value is read
+    bool failsToRead = false; ///< the device does not answer when the value is read
+    bool failsToReadRange = false;
     bool returnsNone = false;     ///< then not even zero
     bool answersTaken = false;    ///< returns true in any case, as some devices do
     bool answersOpposite = false; ///< returns false for what it took, as some devices do

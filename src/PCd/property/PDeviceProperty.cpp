@@ -104,7 +104,8 @@ void PDeviceProperty::cacheUnread(const QVariant& returned, const QVariant& repo
 
 void PDeviceProperty::readAtFirst() {
     const PReadWatch watch;
-    m_range = tryGetRange();
+    const QVariant range = tryGetRange();
+    m_range = watch.hasFailed() ? QVariant() : range;
     const QVariant value = tryGetValue();
     if (watch.hasFailed())
         cacheUnread(value, QVariant());
@@ -132,12 +133,14 @@ PDeviceProperty::Reading PDeviceProperty::readFromDevice() {
 PDeviceProperty::Reading PDeviceProperty::readAsReturned() {
     const PReadWatch watch;
     const QVariant range = tryGetRange();
+    const bool hasRange = !watch.hasFailed();
     // Reading a composite property may overwrite its cached value.
     const Cached known = cached();
     const QVariant value = PCompositeFields::withHostFields(
         tryGetValue(), known.reported.isValid() ? known.reported : known.value);
     restore(known);
-    return {value, watch.hasFailed() && m_range.isValid() ? m_range : range};
+    const bool keepsRange = watch.hasFailed() && (m_range.isValid() || !hasRange);
+    return {value, keepsRange ? m_range : range};
 }
 
 void PDeviceProperty::restoreHostFields(const QVariant& before) {

@@ -50,7 +50,8 @@ public:
     PDevice* device() const { return m_device; }
 
     /// The cached value and range. The value of an action is invalid, and so is one that is unread,
-    /// unless it is composite: then it is what the plugin returned.
+    /// unless it is composite: then it is what the plugin returned. So is a range that was
+    /// never read.
     QVariant valueInner() const { return m_value; }
     QVariant rangeInner() const { return m_range; }
     /// True if the cached value is not the device's: it did not answer (PReadWatch) when the value

@@ -492,6 +492,27 @@ TEST(PDeviceProperty, a_composite_value_that_was_not_read_is_not_saved) {
     EXPECT_FALSE(taken.property->writeStreamThis(&writer, u"gain"_qs));
 }
 
+TEST(PDeviceProperty, has_no_range_until_one_was_read) {
+    FakeDevice device;
+    device.makeProperties = [] {
+        auto* const property = new FakeProperty("gain", 5);
+        property->rangeInDevice = rangeTo(10);
+        property->failsToReadRange = true;
+        return QList<PDeviceProperty*>{property};
+    };
+    auto* const property = static_cast<FakeProperty*>(device.supportProperties().first());
+    EXPECT_FALSE(property->rangeInner().isValid());
+    EXPECT_FALSE(property->readFromDevice().range.isValid());
+    property->updateValueFromDevice();
+    EXPECT_FALSE(property->rangeInner().isValid());
+    property->failsToReadRange = false;
+    property->updateValueFromDevice();
+    EXPECT_EQ(property->rangeInner(), rangeTo(10));
+    property->failsToReadRange = true;
+    property->updateValueFromDevice();
+    EXPECT_EQ(property->rangeInner(), rangeTo(10));
+}
+
 TEST(PDeviceProperty, reading_what_the_device_does_not_report_gives_no_value_and_the_known_range) {
     TakenProperty taken(5, rangeTo(10));
     taken.property->failsToRead = true;

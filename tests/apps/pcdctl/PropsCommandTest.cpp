@@ -161,4 +161,21 @@ TEST_F(PropsCommand, shows_no_value_that_was_not_read_and_fails) {
               u"pcdctl: camera Small-S0001: the camera did not report gamma, vflip\n"_qs);
 }
 
+TEST_F(PropsCommand, shows_no_range_that_was_not_read) {
+    scene.addFaults(silence());
+    const QStringList command{u"props"_qs, u"roi"_qs, u"hue"_qs};
+    const CtlResult inWords = run(command);
+    EXPECT_EQ(inWords.exitCode, 1);
+    EXPECT_TRUE(inWords.output.contains("Hue  (integer; a whole number from -180 to 180;"))
+        << inWords.output.toStdString();
+    EXPECT_TRUE(inWords.output.contains("ROI  (area; a value, but the camera does not report it)"))
+        << inWords.output.toStdString();
+    for (const QJsonValue& property :
+         run(command + QStringList{u"--json"_qs}).json.value(u"properties"_qs).toArray()) {
+        const QJsonObject object = property.toObject();
+        EXPECT_EQ(object.contains(u"range"_qs), object.value(u"id"_qs) == u"hue"_qs);
+        EXPECT_FALSE(object.contains(u"area"_qs));
+    }
+}
+
 } // namespace
