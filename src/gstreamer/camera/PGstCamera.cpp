@@ -77,13 +77,13 @@ Outcome PGstCamera::link(PDevice* device) {
         return {Outcome::Code::Failed, u"camera %1: %2"_qs.arg(m_id, linked.reason())};
     QList<PDeviceMode> modes; // without them there are no caps
     const PStatus read = device->readModes(modes);
-    if (!read.isOk())
-        return {Outcome::Code::Failed, u"camera %1: %2"_qs.arg(m_id, read.reason())};
-    const PStatus status = prepare();
+    const PStatus status = read.isOk() ? prepare() : read;
     if (m_device == nullptr)
         return {Outcome::Code::Failed, u"camera %1 was unplugged"_qs.arg(m_id)};
     if (!m_device->isAnswering()) // whatever failed first: that is why
         return {Outcome::Code::Failed, silence()};
+    if (!read.isOk())
+        return {Outcome::Code::Failed, u"camera %1: %2"_qs.arg(m_id, read.reason())};
     return status.isOk() ? Outcome() : Outcome{Outcome::Code::WrongSettings, status.reason()};
 }
 
