@@ -40,6 +40,7 @@ public:
     /// All frames must have the same size and format.
     PStatus write(const PDeviceFrame& frame, quint64 number) override;
     PStatus finish(const PRecordEnd& end) override;
+    quint64 missing() const override { return m_stack.missing(); }
 
 private:
     PStatus begin(const PDeviceFrame& frame, const QImage& picture);

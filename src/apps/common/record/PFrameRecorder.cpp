@@ -95,6 +95,7 @@ PStatus PFrameRecorder::finish(const QString& failure) {
 void PFrameRecorder::noteFinished(const PStatus& result) {
     const std::lock_guard lock(m_mutex);
     m_finishError = result.reason();
+    m_missing = m_writer->missing();
     m_isFinished = true;
 }
 
@@ -128,9 +129,9 @@ QString PFrameRecorder::error(const PFrameWriteQueue::State& queue) const {
 PRecordTally PFrameRecorder::tally(const PFrameWriteQueue::State& queue) const {
     PRecordTally tally;
     tally.wanted = m_schedule.frames().value_or(m_schedule.claimed());
-    tally.written = queue.written;
+    tally.written = queue.written - m_missing;
     tally.waiting = queue.waiting;
-    tally.failed = queue.failed;
+    tally.failed = queue.failed + m_missing;
     tally.refused = queue.refused;
     tally.notTaken = tally.wanted - m_schedule.claimed();
     tally.notDue = m_notDue;

@@ -71,6 +71,7 @@ private:
     PRecordSchedule m_schedule;
     std::optional<PFrameLedger> m_ledger;
     QString m_finishError;
+    quint64 m_missing = 0; ///< see PFrameWriter
     bool m_isDiskTooSlow = false;
     quint64 m_notDue = 0;
     quint64 m_afterEnd = 0;

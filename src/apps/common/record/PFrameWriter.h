@@ -29,4 +29,7 @@ public:
     virtual PStatus write(const PDeviceFrame& frame, quint64 number) = 0;
     /// Once, after the last write(), also if that failed: completes the files.
     virtual PStatus finish(const PRecordEnd& end) = 0;
+    /// After finish(): how many written frames readers do not find in the files, because something
+    /// else changed these.
+    virtual quint64 missing() const { return 0; }
 };

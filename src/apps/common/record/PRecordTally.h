@@ -9,7 +9,7 @@ struct PRecordTally {
     quint64 wanted = 0;   ///< the planned number; without one, those that arrived
     quint64 written = 0;  ///< in the files
     quint64 waiting = 0;  ///< to be written
-    quint64 failed = 0;   ///< could not be written, or waited when another could not
+    quint64 failed = 0;   ///< could not be written, or waited when another could not; or missing
     quint64 refused = 0;  ///< arrived while too many frames were waiting
     quint64 notTaken = 0; ///< have not arrived
     quint64 notDue = 0;   ///< besides `wanted`: between the frames of a time-lapse

@@ -112,8 +112,9 @@ PStatus PTiffStack::overwriteDescription(qsizetype position, const QByteArray& b
 PStatus PTiffStack::close() {
     m_tiff.reset();
     const quint64 found = isOpen() ? PTiffChain::count(m_file, m_pictures) : m_pictures;
+    m_missing = m_pictures - found;
     const PStatus closed = m_file.close();
-    if (!closed.isOk() || found == m_pictures)
+    if (!closed.isOk() || m_missing == 0)
         return closed;
     return PStatus::failure(
         tr("the file was changed while it was being written: it has %1 of %2 pictures")

@@ -49,6 +49,8 @@ public:
     /// Closes the file; without a picture there is none. Fails with the reason if the system
     /// reports only now that it is incomplete, or if readers no longer find every picture in it.
     PStatus close();
+    /// After close(): how many pictures readers do not find.
+    quint64 missing() const { return m_missing; }
 
 private:
     /// The file as libtiff sees it.
@@ -83,6 +85,7 @@ private:
     PTiffStream::Handle m_tiff;
     std::vector<uchar> m_rows; ///< of one strip
     quint64 m_pictures = 0;
+    quint64 m_missing = 0;
     qint64 m_descriptionOffset = 0;
     qsizetype m_descriptionSize = 0; ///< 0 before the first picture
 };

@@ -343,6 +343,7 @@ TEST_F(OmeStackWriter, a_file_that_another_program_truncated_is_reported_as_that
     EXPECT_TRUE(writer.write(testFrame(4, 40ms), 4).reason().endsWith(reason));
     const PStatus status = writer.finish({});
     EXPECT_TRUE(status.reason().endsWith(reason)) << status.reason().toStdString();
+    EXPECT_EQ(writer.missing(), 3U);
 }
 
 } // namespace

@@ -36,6 +36,7 @@ struct FakeWriterState {
     std::optional<PRecordEnd> end;
     quint64 failAt = 0;            ///< the frame with this number cannot be written
     QString failureAtEnd;          ///< finish() fails with this reason
+    quint64 missing = 0;           ///< written frames that are not found at the end
     bool throws = false;           ///< failures are exceptions
     std::shared_future<void> gate; ///< if valid, writing waits for it
 };
@@ -60,6 +61,7 @@ public:
         m_state->end = end;
         return m_state->failureAtEnd.isEmpty() ? PStatus() : fail(m_state->failureAtEnd);
     }
+    quint64 missing() const override { return m_state->end ? m_state->missing : 0; }
 
 private:
     PStatus fail(const QString& reason) const {
@@ -288,6 +290,17 @@ TEST_F(FrameRecorder, files_that_cannot_be_completed_are_an_error) {
         EXPECT_TRUE(progress.isFinished);
         EXPECT_EQ(progress.error, state->failureAtEnd);
     }
+}
+
+TEST_F(FrameRecorder, written_frames_that_are_not_found_at_the_end_have_failed) {
+    state->failureAtEnd = u"something else changed the file"_qs;
+    state->missing = 2;
+    const auto recorder = record(noEnd);
+    offer(*recorder, 5);
+    const auto progress = end(*recorder);
+    EXPECT_EQ(progress.tally.written, 3U);
+    EXPECT_EQ(progress.tally.failed, 2U);
+    EXPECT_EQ(progress.error, state->failureAtEnd);
 }
 
 TEST_F(FrameRecorder, ending_while_frames_come_forgets_none) {

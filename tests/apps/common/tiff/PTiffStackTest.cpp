@@ -310,6 +310,7 @@ TEST_F(TiffStack, closing_counts_the_pictures_that_readers_find) {
     ASSERT_TRUE(QFile::resize(file, size));
     EXPECT_EQ(stack.close().reason(),
               u"the file was changed while it was being written: it has 1 of 3 pictures"_qs);
+    EXPECT_EQ(stack.missing(), 2U);
 }
 
 /// Directories of a classic TIFF file, as another program damages them.
