@@ -62,6 +62,14 @@ class DependenciesTest(unittest.TestCase):
         self.assertEqual([(call[0], call[-1]) for call in calls], [("update", "-qq"), ("install", "zlib1g-dev")])
         self.assertEqual(self.run_script("bench"), ("", []))
 
+    def test_what_tests_are_compiled_with_is_in_each_list_that_builds_them(self):
+        for list_, code in (("compile", True), ("test", True), ("ci", True), ("docs", False)):
+            _, calls = self.run_script(list_, MISSING="libgtest-dev")
+            self.assertEqual(["libgtest-dev" in call for call in calls if call[0] == "install"], [True] * code, list_)
+
+    def test_building_needs_nothing_that_only_tests_use(self):
+        self.assertEqual(self.run_script("compile", MISSING="ffmpeg"), ("", []))
+
     def test_time_daemons_are_unpacked_once_and_never_installed(self):
         _, calls = self.run_script("test", MISSING="chrony")
         self.assertEqual([(call[0], call[-1]) for call in calls], [("download", "chrony"), ("download", "linuxptp")])
