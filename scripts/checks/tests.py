@@ -5,7 +5,7 @@ import re
 from .allowed import Allowed
 from .result import Result
 
-TEST = re.compile(r"^(TYPED_)?TEST(_[FP])?\(", re.MULTILINE)
+TEST = re.compile(r"^((TYPED|ROW)_)?TEST(_[FP])?\(", re.MULTILINE)
 
 
 def check(tree):

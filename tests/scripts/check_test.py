@@ -399,6 +399,10 @@ class TestsTest(TreeTest):
     def test_a_class_without_one_is_found_once(self):
         self.expect(self.check({"src/x/PB.h": "", "src/x/PB.cpp": ""}), "src/x/PB.cpp:1")
 
+    def test_a_test_of_any_kind_counts(self):
+        for kind in "TEST", "TEST_F", "TEST_P", "TYPED_TEST", "ROW_TEST":
+            self.expect(self.check({"src/PC.h": "", "tests/PCTest.cpp": f"{kind}(PC, works) {{}}\n"}))
+
     def test_a_file_without_a_test_in_it_does_not_count(self):
         self.expect(self.check({"src/PC.h": "", "tests/PCTest.cpp": "int a;\n"}), "src/PC.h:1")
 
