@@ -12,7 +12,7 @@
 #include <PCore/PMinMaxRange.h>
 
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <gtest/gtest.h>
 
@@ -24,25 +24,22 @@ struct TypeRow {
     QMetaType type;
 };
 
-class MetaType : public testing::TestWithParam<TypeRow> {};
+class MetaType : public RowTest<TypeRow> {};
 
-TEST_P(MetaType, is_known_to_qt_by_its_name) {
+ROW_TEST(MetaType, is_known_to_qt_by_its_name) {
     registerPCdMetaTypes();
     EXPECT_EQ(QMetaType::fromName(GetParam().typeName), GetParam().type);
 }
 
 } // namespace
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, MetaType,
-    testing::Values(
-        TypeRow{"PMinMaxRange<int>", "range_of_int", QMetaType::fromType<PMinMaxRange<int>>()},
-        TypeRow{"PMinMaxRange<double>", "range_of_double",
-                QMetaType::fromType<PMinMaxRange<double>>()},
-        TypeRow{"PEnumeration", "enumeration", QMetaType::fromType<PEnumeration>()},
-        TypeRow{"PScanAreaRange", "scan_area_range", QMetaType::fromType<PScanAreaRange>()},
-        TypeRow{"PDeviceMode", "mode", QMetaType::fromType<PDeviceMode>()},
-        TypeRow{"PDeviceFrame", "frame", QMetaType::fromType<PDeviceFrame>()},
-        TypeRow{"PImage", "image", QMetaType::fromType<PImage>()},
-        TypeRow{"PFrameLedger", "ledger", QMetaType::fromType<PFrameLedger>()}),
-    RowName());
+ROWS(Rows, MetaType,
+     TypeRow{"PMinMaxRange<int>", "range_of_int", QMetaType::fromType<PMinMaxRange<int>>()},
+     TypeRow{"PMinMaxRange<double>", "range_of_double",
+             QMetaType::fromType<PMinMaxRange<double>>()},
+     TypeRow{"PEnumeration", "enumeration", QMetaType::fromType<PEnumeration>()},
+     TypeRow{"PScanAreaRange", "scan_area_range", QMetaType::fromType<PScanAreaRange>()},
+     TypeRow{"PDeviceMode", "mode", QMetaType::fromType<PDeviceMode>()},
+     TypeRow{"PDeviceFrame", "frame", QMetaType::fromType<PDeviceFrame>()},
+     TypeRow{"PImage", "image", QMetaType::fromType<PImage>()},
+     TypeRow{"PFrameLedger", "ledger", QMetaType::fromType<PFrameLedger>()});

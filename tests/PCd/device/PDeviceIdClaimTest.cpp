@@ -5,7 +5,7 @@
 #include <PCd/FakeRegister.h>
 
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <gtest/gtest.h>
 
@@ -22,9 +22,9 @@ struct IdRow {
     QByteArray id;
 };
 
-class DeviceId : public testing::TestWithParam<IdRow> {};
+class DeviceId : public RowTest<IdRow> {};
 
-TEST_P(DeviceId, is_made_of_model_and_serial) {
+ROW_TEST(DeviceId, is_made_of_model_and_serial) {
     const FakeDevice device(GetParam().model, GetParam().serial);
     EXPECT_EQ(device.deviceId(false), GetParam().id);
 }
@@ -35,14 +35,11 @@ std::function<QByteArray()> wanting(const QByteArray& id) {
 
 } // namespace
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, DeviceId,
-    testing::Values(IdRow{"with_both", "Fake", "0042", "Fake-0042"},
-                    IdRow{"with_padding_zeros", "Fake", QByteArray("AB\0\0\0", 5), "Fake-AB"},
-                    IdRow{"with_nothing_but_padding", "Fake", QByteArray("\0\0", 2), "Fake"},
-                    IdRow{"without_a_serial", "Fake", "", "Fake"},
-                    IdRow{"with_a_blank_in_the_model", "Fake 5", "1", "Fake 5-1"}),
-    RowName());
+ROWS(Rows, DeviceId, IdRow{"with_both", "Fake", "0042", "Fake-0042"},
+     IdRow{"with_padding_zeros", "Fake", QByteArray("AB\0\0\0", 5), "Fake-AB"},
+     IdRow{"with_nothing_but_padding", "Fake", QByteArray("\0\0", 2), "Fake"},
+     IdRow{"without_a_serial", "Fake", "", "Fake"},
+     IdRow{"with_a_blank_in_the_model", "Fake 5", "1", "Fake 5-1"});
 
 TEST(PDeviceIdClaim, gives_the_second_and_third_device_of_the_same_name_a_suffix) {
     const FakeDevice first("Twin", "1"), second("Twin", "1"), third("Twin", "1");

@@ -5,7 +5,7 @@
 #include <PCd/FakeRegister.h>
 
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <QPointer>
 
@@ -23,7 +23,7 @@ struct SelectRow {
 };
 
 /// Cameras 0 to 4: Alpha-1, Alpha-1#2, Beta-7, Beta-8, 2000-5.
-class Selecting : public testing::TestWithParam<SelectRow> {
+class Selecting : public RowTest<SelectRow> {
 protected:
     Selecting() {
         auto* const one = new FakeRegister(
@@ -39,7 +39,7 @@ protected:
     PDeviceManager manager;
 };
 
-TEST_P(Selecting, finds_the_device_or_says_why_not) {
+ROW_TEST(Selecting, finds_the_device_or_says_why_not) {
     const auto selection = manager.select(QString::fromLatin1(GetParam().text));
     EXPECT_EQ(selection.problem, QString::fromLatin1(GetParam().problem));
     if (GetParam().id == nullptr) {
@@ -52,34 +52,30 @@ TEST_P(Selecting, finds_the_device_or_says_why_not) {
 
 } // namespace
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, Selecting,
-    testing::Values(
-        SelectRow{"no_text_means_the_first", "", "Alpha-1", ""},
-        SelectRow{"a_number_is_the_place_in_the_list", "2", "Beta-7", ""},
-        SelectRow{"numbers_go_on_over_all_registers", "3", "Beta-8", ""},
-        SelectRow{"a_number_beyond_the_list_is_named", "5", nullptr,
-                  "no camera 5: the cameras are numbered 0 to 4"},
-        SelectRow{"a_number_beyond_the_list_may_begin_an_id", "20", "2000-5", ""},
-        SelectRow{"a_negative_number_is_not_a_place", "-1", nullptr,
-                  "no camera \"-1\": there are \"Alpha-1\", \"Alpha-1#2\", \"Beta-7\", "
-                  "\"Beta-8\", \"2000-5\""},
-        SelectRow{"an_id_is_found", "Beta-7", "Beta-7", ""},
-        SelectRow{"an_id_that_begins_another_is_found_itself", "Alpha-1", "Alpha-1", ""},
-        SelectRow{"an_id_with_a_suffix_is_found", "Alpha-1#2", "Alpha-1#2", ""},
-        SelectRow{"a_beginning_that_only_one_has_is_enough", "2000-", "2000-5", ""},
-        SelectRow{"a_beginning_within_a_suffix_is_enough", "Alpha-1#", "Alpha-1#2", ""},
-        SelectRow{"a_beginning_that_two_have_is_ambiguous", "Beta", nullptr,
-                  "\"Beta\" begins the ids of several cameras: \"Beta-7\", \"Beta-8\""},
-        SelectRow{"a_beginning_of_identical_cameras_is_ambiguous", "Alpha", nullptr,
-                  "\"Alpha\" begins the ids of several cameras: \"Alpha-1\", \"Alpha-1#2\""},
-        SelectRow{"capital_letters_matter", "beta-7", nullptr,
-                  "no camera \"beta-7\": there are \"Alpha-1\", \"Alpha-1#2\", \"Beta-7\", "
-                  "\"Beta-8\", \"2000-5\""},
-        SelectRow{"a_middle_is_not_a_beginning", "eta-7", nullptr,
-                  "no camera \"eta-7\": there are \"Alpha-1\", \"Alpha-1#2\", \"Beta-7\", "
-                  "\"Beta-8\", \"2000-5\""}),
-    RowName());
+ROWS(Rows, Selecting, SelectRow{"no_text_means_the_first", "", "Alpha-1", ""},
+     SelectRow{"a_number_is_the_place_in_the_list", "2", "Beta-7", ""},
+     SelectRow{"numbers_go_on_over_all_registers", "3", "Beta-8", ""},
+     SelectRow{"a_number_beyond_the_list_is_named", "5", nullptr,
+               "no camera 5: the cameras are numbered 0 to 4"},
+     SelectRow{"a_number_beyond_the_list_may_begin_an_id", "20", "2000-5", ""},
+     SelectRow{"a_negative_number_is_not_a_place", "-1", nullptr,
+               "no camera \"-1\": there are \"Alpha-1\", \"Alpha-1#2\", \"Beta-7\", "
+               "\"Beta-8\", \"2000-5\""},
+     SelectRow{"an_id_is_found", "Beta-7", "Beta-7", ""},
+     SelectRow{"an_id_that_begins_another_is_found_itself", "Alpha-1", "Alpha-1", ""},
+     SelectRow{"an_id_with_a_suffix_is_found", "Alpha-1#2", "Alpha-1#2", ""},
+     SelectRow{"a_beginning_that_only_one_has_is_enough", "2000-", "2000-5", ""},
+     SelectRow{"a_beginning_within_a_suffix_is_enough", "Alpha-1#", "Alpha-1#2", ""},
+     SelectRow{"a_beginning_that_two_have_is_ambiguous", "Beta", nullptr,
+               "\"Beta\" begins the ids of several cameras: \"Beta-7\", \"Beta-8\""},
+     SelectRow{"a_beginning_of_identical_cameras_is_ambiguous", "Alpha", nullptr,
+               "\"Alpha\" begins the ids of several cameras: \"Alpha-1\", \"Alpha-1#2\""},
+     SelectRow{"capital_letters_matter", "beta-7", nullptr,
+               "no camera \"beta-7\": there are \"Alpha-1\", \"Alpha-1#2\", \"Beta-7\", "
+               "\"Beta-8\", \"2000-5\""},
+     SelectRow{"a_middle_is_not_a_beginning", "eta-7", nullptr,
+               "no camera \"eta-7\": there are \"Alpha-1\", \"Alpha-1#2\", \"Beta-7\", "
+               "\"Beta-8\", \"2000-5\""});
 
 TEST(PDeviceManager, says_that_there_is_no_camera_at_all) {
     const PDeviceManager manager;

@@ -6,7 +6,7 @@
 
 #include <support/PLogCapture.h>
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 #include <support/WaitUntil.h>
 
 #include <QCoreApplication>
@@ -283,9 +283,9 @@ struct ThrowRow {
     const char* logged;
 };
 
-class FailingSearch : public RegisterFixture, public testing::WithParamInterface<ThrowRow> {};
+class FailingSearch : public RegisterFixture, public WithRow<ThrowRow> {};
 
-TEST_P(FailingSearch, leaves_the_list_as_it_was_and_can_be_repeated) {
+ROW_TEST(FailingSearch, leaves_the_list_as_it_was_and_can_be_repeated) {
     const PLogCapture log;
     find({a, b});
     fakes.whenAsked = GetParam().fail;
@@ -300,14 +300,11 @@ TEST_P(FailingSearch, leaves_the_list_as_it_was_and_can_be_repeated) {
 
 } // namespace
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, FailingSearch,
-    testing::Values(ThrowRow{"that_throws", [] { throw std::runtime_error("bus error"); },
-                             "Looking for devices failed: bus error"},
-                    ThrowRow{"that_throws_no_exception",
-                             [] { throw 42; }, // NOLINT: not an exception class
-                             "Looking for devices failed: unknown exception"}),
-    RowName());
+ROWS(Rows, FailingSearch,
+     ThrowRow{"that_throws", [] { throw std::runtime_error("bus error"); },
+              "Looking for devices failed: bus error"},
+     ThrowRow{"that_throws_no_exception", [] { throw 42; }, // NOLINT: not an exception class
+              "Looking for devices failed: unknown exception"});
 
 // ---- Removing.
 

@@ -8,7 +8,7 @@
 #include <PCore/state/PJsonWriter.h>
 
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -150,9 +150,9 @@ struct RestoreRow {
     const char* gain;
 };
 
-class FailedRestore : public testing::TestWithParam<RestoreRow> {};
+class FailedRestore : public RowTest<RestoreRow> {};
 
-TEST_P(FailedRestore, is_reported_and_restores_the_rest) {
+ROW_TEST(FailedRestore, is_reported_and_restores_the_rest) {
     SavedDevice camera;
     camera.device.refusesMode = GetParam().refusesMode;
     camera.gain->refuses = true;
@@ -165,16 +165,13 @@ TEST_P(FailedRestore, is_reported_and_restores_the_rest) {
 
 } // namespace
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, FailedRestore,
-    testing::Values(
-        RestoreRow{"of_a_property_that_is_refused", false, "", "\"gain\": {\"value\": 9},"},
-        RestoreRow{"of_a_property_without_a_value", false, "", "\"gain\": {},"},
-        RestoreRow{"of_a_property_that_the_device_does_not_have", false, "",
-                   "\"fan\": {\"value\": 9},"},
-        RestoreRow{"of_a_mode_that_the_device_does_not_have", false, "\"mode\": \"7\",", ""},
-        RestoreRow{"of_a_mode_that_is_refused", true, "\"mode\": \"1\",", ""}),
-    RowName());
+ROWS(Rows, FailedRestore,
+     RestoreRow{"of_a_property_that_is_refused", false, "", "\"gain\": {\"value\": 9},"},
+     RestoreRow{"of_a_property_without_a_value", false, "", "\"gain\": {},"},
+     RestoreRow{"of_a_property_that_the_device_does_not_have", false, "",
+                "\"fan\": {\"value\": 9},"},
+     RestoreRow{"of_a_mode_that_the_device_does_not_have", false, "\"mode\": \"7\",", ""},
+     RestoreRow{"of_a_mode_that_is_refused", true, "\"mode\": \"1\",", ""});
 
 TEST(PDeviceSerialization, says_that_there_are_no_properties_to_restore) {
     SavedDevice camera;

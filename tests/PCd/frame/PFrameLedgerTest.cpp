@@ -2,7 +2,7 @@
 #include <PCd/frame/PFrameLedger.h>
 
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <gtest/gtest.h>
 
@@ -124,26 +124,22 @@ struct OutcomeRow {
     const char* title;
 };
 
-class OutcomeTexts : public testing::TestWithParam<OutcomeRow> {};
+class OutcomeTexts : public RowTest<OutcomeRow> {};
 
-TEST_P(OutcomeTexts, are_what_scripts_know_and_what_users_read) {
+ROW_TEST(OutcomeTexts, are_what_scripts_know_and_what_users_read) {
     EXPECT_EQ(PFrameLedger::key(GetParam().outcome), GetParam().name);
     EXPECT_EQ(PFrameLedger::title(GetParam().outcome), QString::fromLatin1(GetParam().title));
 }
 
 } // namespace
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, OutcomeTexts,
-    testing::Values(
-        OutcomeRow{PFrameOutcome::Delivered, "delivered", "delivered"},
-        OutcomeRow{PFrameOutcome::LostInCamera, "lost_in_camera", "lost in the camera"},
-        OutcomeRow{PFrameOutcome::BadDepth, "bad_depth", "dropped: unknown pixel depth"},
-        OutcomeRow{PFrameOutcome::BadSize, "bad_size", "dropped: wrong size"},
-        OutcomeRow{PFrameOutcome::NoMemory, "no_memory", "dropped: no memory"},
-        OutcomeRow{PFrameOutcome::DroppedWaiting, "dropped_waiting", "dropped while waiting"},
-        OutcomeRow{PFrameOutcome::FailedInWriter, "failed_in_writer", "failed in a writer"},
-        OutcomeRow{PFrameOutcome::Failed, "failed", "failed in a listener"},
-        OutcomeRow{PFrameOutcome::NotRequested, "not_wanted",
-                   "arrived after the last requested frame"}),
-    RowName());
+ROWS(Rows, OutcomeTexts, OutcomeRow{PFrameOutcome::Delivered, "delivered", "delivered"},
+     OutcomeRow{PFrameOutcome::LostInCamera, "lost_in_camera", "lost in the camera"},
+     OutcomeRow{PFrameOutcome::BadDepth, "bad_depth", "dropped: unknown pixel depth"},
+     OutcomeRow{PFrameOutcome::BadSize, "bad_size", "dropped: wrong size"},
+     OutcomeRow{PFrameOutcome::NoMemory, "no_memory", "dropped: no memory"},
+     OutcomeRow{PFrameOutcome::DroppedWaiting, "dropped_waiting", "dropped while waiting"},
+     OutcomeRow{PFrameOutcome::FailedInWriter, "failed_in_writer", "failed in a writer"},
+     OutcomeRow{PFrameOutcome::Failed, "failed", "failed in a listener"},
+     OutcomeRow{PFrameOutcome::NotRequested, "not_wanted",
+                "arrived after the last requested frame"});

@@ -7,7 +7,7 @@
 
 #include <support/PLogCapture.h>
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 #include <support/WaitUntil.h>
 
 #include <QCoreApplication>
@@ -27,9 +27,9 @@ struct ListenerRow {
     const char* logged;
 };
 
-class FailingListener : public testing::TestWithParam<ListenerRow> {};
+class FailingListener : public RowTest<ListenerRow> {};
 
-TEST_P(FailingListener, of_a_live_frame_has_it_booked_as_failed_and_ends_nothing) {
+ROW_TEST(FailingListener, of_a_live_frame_has_it_booked_as_failed_and_ends_nothing) {
     const PLogCapture log;
     FakeDevice device;
     int seen = 0;
@@ -45,7 +45,7 @@ TEST_P(FailingListener, of_a_live_frame_has_it_booked_as_failed_and_ends_nothing
     EXPECT_EQ(log.texts(u"PCd"_qs), QStringList{QString::fromLatin1(GetParam().logged)});
 }
 
-TEST_P(FailingListener, of_a_snapshot_has_it_not_counted_as_handed_out) {
+ROW_TEST(FailingListener, of_a_snapshot_has_it_not_counted_as_handed_out) {
     FakeDevice device;
     QObject::connect(&device, &PDevice::snapshotTaken, &device, [] { GetParam().fail(); });
     device.processSnapshot(PCdDipUtils::imageAsDeviceFrame(smallImage()));
@@ -57,14 +57,11 @@ TEST_P(FailingListener, of_a_snapshot_has_it_not_counted_as_handed_out) {
 
 } // namespace
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, FailingListener,
-    testing::Values(ListenerRow{"that_throws", [] { throw std::runtime_error("no such layer"); },
-                                "A listener failed over a frame: no such layer"},
-                    ListenerRow{"that_throws_no_exception",
-                                [] { throw 42; }, // NOLINT: not an exception class
-                                "A listener failed over a frame: unknown exception"}),
-    RowName());
+ROWS(Rows, FailingListener,
+     ListenerRow{"that_throws", [] { throw std::runtime_error("no such layer"); },
+                 "A listener failed over a frame: no such layer"},
+     ListenerRow{"that_throws_no_exception", [] { throw 42; }, // NOLINT: not an exception class
+                 "A listener failed over a frame: unknown exception"});
 
 // ---- Devices that are destroyed.
 

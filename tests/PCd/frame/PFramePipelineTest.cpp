@@ -8,7 +8,7 @@
 
 #include <support/PLogCapture.h>
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 #include <support/WaitUntil.h>
 
 #include <QCoreApplication>
@@ -322,9 +322,9 @@ struct SinkRow {
     const char* logged;
 };
 
-class FailingSink : public testing::TestWithParam<SinkRow> {};
+class FailingSink : public RowTest<SinkRow> {};
 
-TEST_P(FailingSink, has_the_frame_booked_as_failed_in_a_writer_once) {
+ROW_TEST(FailingSink, has_the_frame_booked_as_failed_in_a_writer_once) {
     const PLogCapture log;
     FakeDevice device;
     const FrameListener listener(device);
@@ -344,7 +344,7 @@ TEST_P(FailingSink, has_the_frame_booked_as_failed_in_a_writer_once) {
     EXPECT_EQ(log.texts(u"PCd"_qs), expected);
 }
 
-TEST_P(FailingSink, has_a_dropped_frame_booked_once) {
+ROW_TEST(FailingSink, has_a_dropped_frame_booked_once) {
     FakeDevice device;
     device.setFrameByteLimit(smallImageBytes);
     device.addFrameSink(std::make_shared<RecordingSink>(GetParam().answer));
@@ -356,14 +356,10 @@ TEST_P(FailingSink, has_a_dropped_frame_booked_once) {
 
 } // namespace
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, FailingSink,
-    testing::Values(SinkRow{"that_refuses", RecordingSink::Answer::Refuses, ""},
-                    SinkRow{"that_throws", RecordingSink::Answer::Throws,
-                            "A frame sink failed: disk full"},
-                    SinkRow{"that_throws_no_exception", RecordingSink::Answer::ThrowsNoException,
-                            "A frame sink failed: unknown exception"}),
-    RowName());
+ROWS(Rows, FailingSink, SinkRow{"that_refuses", RecordingSink::Answer::Refuses, ""},
+     SinkRow{"that_throws", RecordingSink::Answer::Throws, "A frame sink failed: disk full"},
+     SinkRow{"that_throws_no_exception", RecordingSink::Answer::ThrowsNoException,
+             "A frame sink failed: unknown exception"});
 
 // ---- Buffers that never become a picture.
 

@@ -8,7 +8,7 @@
 
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 namespace {
 
@@ -182,38 +182,35 @@ struct WrongRow {
     const char* message;
 };
 
-class WrongField : public PDeviceProfileFieldsTest, public testing::WithParamInterface<WrongRow> {};
+class WrongField : public PDeviceProfileFieldsTest, public WithRow<WrongRow> {};
 
-TEST_P(WrongField, is_named_with_file_and_line_and_nothing_is_sent) {
+ROW_TEST(WrongField, is_named_with_file_and_line_and_nothing_is_sent) {
     const PStatus status = loadShot(GetParam().value);
     EXPECT_EQ(status.reason(), u"\"%1\": %2"_qs.arg(file, QString::fromUtf8(GetParam().message)));
     EXPECT_FALSE(shot->calls.contains(u"set"_qs));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    PCd, WrongField,
-    testing::Values(
-        WrongRow{"a_text", "{\n\"gain\": \"much\"}",
-                 "line 10: \"shot.gain\" cannot be the text \"much\": expected an unsigned whole "
-                 "number of 16 bits"},
-        WrongRow{
-            "too_large", "{\n\"exposure\": 1.5,\n\"gain\": 70000}",
-            "line 11: \"shot.gain\" cannot be 70000: expected an unsigned whole number of 16 bits"},
-        WrongRow{"a_fraction", "{\n\"gain\": 1.5}",
-                 "line 10: \"shot.gain\" cannot be 1.5 with a decimal point: expected an unsigned "
-                 "whole number of 16 bits"},
-        WrongRow{"a_number_for_a_switch", "{\n\"automatic\": 1}",
-                 "line 10: \"shot.automatic\" cannot be 1: expected on or off"},
-        WrongRow{"an_unknown_field", "{\n\"gian\": 5}",
-                 "line 10: \"shot.gian\" cannot be 5: expected one of the fields gain, exposure, "
-                 "automatic, serial"},
-        WrongRow{"a_value_without_fields", "7",
-                 "line 9: \"shot\" cannot be 7: expected the fields gain, exposure, automatic, "
-                 "serial"},
-        WrongRow{"bytes_that_are_too_few", "{\"$bytes\": \"AAAABw==\"}",
-                 "line 9: \"shot\" cannot be these bytes: expected the fields gain, exposure, "
-                 "automatic, serial"}),
-    RowName());
+ROWS(PCd, WrongField,
+     WrongRow{"a_text", "{\n\"gain\": \"much\"}",
+              "line 10: \"shot.gain\" cannot be the text \"much\": expected an unsigned whole "
+              "number of 16 bits"},
+     WrongRow{
+         "too_large", "{\n\"exposure\": 1.5,\n\"gain\": 70000}",
+         "line 11: \"shot.gain\" cannot be 70000: expected an unsigned whole number of 16 bits"},
+     WrongRow{"a_fraction", "{\n\"gain\": 1.5}",
+              "line 10: \"shot.gain\" cannot be 1.5 with a decimal point: expected an unsigned "
+              "whole number of 16 bits"},
+     WrongRow{"a_number_for_a_switch", "{\n\"automatic\": 1}",
+              "line 10: \"shot.automatic\" cannot be 1: expected on or off"},
+     WrongRow{"an_unknown_field", "{\n\"gian\": 5}",
+              "line 10: \"shot.gian\" cannot be 5: expected one of the fields gain, exposure, "
+              "automatic, serial"},
+     WrongRow{"a_value_without_fields", "7",
+              "line 9: \"shot\" cannot be 7: expected the fields gain, exposure, automatic, "
+              "serial"},
+     WrongRow{"bytes_that_are_too_few", "{\"$bytes\": \"AAAABw==\"}",
+              "line 9: \"shot\" cannot be these bytes: expected the fields gain, exposure, "
+              "automatic, serial"});
 
 TEST_F(PDeviceProfileFieldsTest, of_a_plain_value_are_refused) {
     writeFile(file, profileText("\"contrast\": {\n\"value\": {\"a\": 1}}"));

@@ -5,7 +5,7 @@
 
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <QDir>
 
@@ -167,10 +167,9 @@ struct DamageRow {
     const char* reason;
 };
 
-class DamagedProfile : public PDeviceProfileFileTest,
-                       public testing::WithParamInterface<DamageRow> {};
+class DamagedProfile : public PDeviceProfileFileTest, public WithRow<DamageRow> {};
 
-TEST_P(DamagedProfile, is_refused_with_file_and_line) {
+ROW_TEST(DamagedProfile, is_refused_with_file_and_line) {
     const QString reason = failureReason(GetParam().text);
     EXPECT_EQ(reason, u"\"%1\": %2"_qs.arg(file, QString::fromUtf8(GetParam().reason)));
 }
@@ -182,77 +181,73 @@ QByteArray replaced(QByteArray text, const char* what, const QByteArray& by) {
 
 const QByteArray sound = profileText("\"gain\": {\n\"value\": 5}", "\"mode\": \"0\",\n");
 
-INSTANTIATE_TEST_SUITE_P(
-    PDeviceProfileFile, DamagedProfile,
-    testing::Values(
-        DamageRow{"an_empty_file", "", "line 1: not JSON: illegal value"},
-        DamageRow{"a_text", "once upon a time", "line 1: not JSON: illegal value"},
-        DamageRow{"a_picture", QByteArray("\x89PNG\r\n\x1a\n\0\0", 10),
-                  "line 1: not JSON: illegal value"},
-        DamageRow{"a_list", "[1, 2]", "line 1: an array where an object was expected"},
-        DamageRow{"an_empty_object", "{}",
-                  "not a camera profile: expected \"format\": \"camera profile\""},
-        DamageRow{"foreign_json", "{\n\"cameras\": {}}",
-                  "not a camera profile: expected \"format\": \"camera profile\""},
-        DamageRow{"another_format", replaced(sound, "camera profile", "scene"),
-                  "line 2: not a camera profile: expected \"format\": \"camera profile\""},
-        DamageRow{"a_format_that_is_an_object", replaced(sound, "\"camera profile\"", "{}"),
-                  "line 2: not a camera profile: expected \"format\": \"camera profile\""},
-        DamageRow{"a_later_version", replaced(sound, "n\": 1", "n\": 2"),
-                  "line 3: another version of the format: expected \"version\": 1"},
-        DamageRow{"a_version_that_is_a_text", replaced(sound, "n\": 1", "n\": \"1\""),
-                  "line 3: another version of the format: expected \"version\": 1"},
-        DamageRow{"no_version", replaced(sound, "\"version\": 1,", ""),
-                  "another version of the format: expected \"version\": 1"},
-        DamageRow{"a_name_that_does_not_belong", replaced(sound, "n\": 1", "n\": 1,\n\"x\": 2"),
-                  "line 4: \"x\" does not belong here: expected format, version, camera"},
-        DamageRow{"no_camera", "{\"format\": \"camera profile\", \"version\": 1}",
-                  "expected \"camera\": an object"},
-        DamageRow{"a_camera_that_is_a_value",
-                  "{\"format\": \"camera profile\", \"version\": 1, \"camera\": 1}",
-                  "line 1: expected \"camera\": an object"},
-        DamageRow{
-            "a_name_too_many_in_the_camera",
-            replaced(sound, "\"serial\"", "\"owner\": \"me\",\n\"serial\""),
-            "line 6: \"owner\" does not belong here: expected model, serial, mode, properties"},
-        DamageRow{"no_model", replaced(sound, "\"model\": \"Fake\",\n", ""),
-                  "line 4: expected \"model\": a string"},
-        DamageRow{"a_model_that_is_a_number", replaced(sound, "\"Fake\"", "7"),
-                  "line 5: expected \"model\": a string"},
-        DamageRow{"no_serial", replaced(sound, "\"serial\": \"1\",\n", ""),
-                  "line 4: expected \"serial\": a string"},
-        DamageRow{"a_mode_that_is_a_number", replaced(sound, "e\": \"0\"", "e\": 0"),
-                  "line 7: expected \"mode\": a string"},
-        DamageRow{"a_mode_that_is_an_object", replaced(sound, "e\": \"0\"", "e\": {}"),
-                  "line 7: expected \"mode\": a string"},
-        DamageRow{"no_properties", replaced(sound, "\"properties\"", "\"Properties\""),
-                  "line 8: \"Properties\" does not belong here: expected model, serial, mode, "
-                  "properties"},
-        DamageRow{"a_property_that_is_a_value", replaced(sound, "{\n\"value\": 5}", "5"),
-                  "line 9: expected \"gain\": an object"},
-        DamageRow{"a_property_with_another_name_in_it", replaced(sound, "value", "valeu"),
-                  "line 10: \"valeu\" does not belong here: expected value"},
-        DamageRow{"a_field_that_is_an_object", replaced(sound, ": 5}", ": {\"a\": {}}}"),
-                  "line 10: an object where a value was expected"},
-        DamageRow{"a_value_that_is_null", replaced(sound, ": 5}", ": null}"),
-                  "line 10: null is not a value that can be read here"},
-        DamageRow{"a_value_that_is_a_list", replaced(sound, ": 5}", ": [5]}"),
-                  "line 10: an array is not a value that can be read here"},
-        DamageRow{"a_number_beyond_all_types", replaced(sound, ": 5}", ": 99999999999}"),
-                  "line 10: the number 99999999999 is out of range (an int of 32 bits or a finite "
-                  "double was expected)"},
-        DamageRow{"a_name_twice", replaced(sound, ": 5}", ": 5,\n\"value\": 6}"),
-                  "line 11: the name \"value\" twice"},
-        DamageRow{"a_property_twice", replaced(sound, ": 5}", ": 5},\n\"gain\": {}"),
-                  "line 11: the name \"gain\" twice"},
-        DamageRow{"objects_nested_70_deep",
-                  replaced(sound, ": 5}",
-                           ": " + QByteArray("{\"a\": ").repeated(70) + "1" +
-                               QByteArray("}").repeated(70) + "}"),
-                  "line 10: objects nested more than 64 deep"},
-        DamageRow{"two_documents", sound + sound,
-                  "line 14: not JSON: garbage at the end of the document"}),
-    RowName());
+ROWS(PDeviceProfileFile, DamagedProfile,
+     DamageRow{"an_empty_file", "", "line 1: not JSON: illegal value"},
+     DamageRow{"a_text", "once upon a time", "line 1: not JSON: illegal value"},
+     DamageRow{"a_picture", QByteArray("\x89PNG\r\n\x1a\n\0\0", 10),
+               "line 1: not JSON: illegal value"},
+     DamageRow{"a_list", "[1, 2]", "line 1: an array where an object was expected"},
+     DamageRow{"an_empty_object", "{}",
+               "not a camera profile: expected \"format\": \"camera profile\""},
+     DamageRow{"foreign_json", "{\n\"cameras\": {}}",
+               "not a camera profile: expected \"format\": \"camera profile\""},
+     DamageRow{"another_format", replaced(sound, "camera profile", "scene"),
+               "line 2: not a camera profile: expected \"format\": \"camera profile\""},
+     DamageRow{"a_format_that_is_an_object", replaced(sound, "\"camera profile\"", "{}"),
+               "line 2: not a camera profile: expected \"format\": \"camera profile\""},
+     DamageRow{"a_later_version", replaced(sound, "n\": 1", "n\": 2"),
+               "line 3: another version of the format: expected \"version\": 1"},
+     DamageRow{"a_version_that_is_a_text", replaced(sound, "n\": 1", "n\": \"1\""),
+               "line 3: another version of the format: expected \"version\": 1"},
+     DamageRow{"no_version", replaced(sound, "\"version\": 1,", ""),
+               "another version of the format: expected \"version\": 1"},
+     DamageRow{"a_name_that_does_not_belong", replaced(sound, "n\": 1", "n\": 1,\n\"x\": 2"),
+               "line 4: \"x\" does not belong here: expected format, version, camera"},
+     DamageRow{"no_camera", "{\"format\": \"camera profile\", \"version\": 1}",
+               "expected \"camera\": an object"},
+     DamageRow{"a_camera_that_is_a_value",
+               "{\"format\": \"camera profile\", \"version\": 1, \"camera\": 1}",
+               "line 1: expected \"camera\": an object"},
+     DamageRow{"a_name_too_many_in_the_camera",
+               replaced(sound, "\"serial\"", "\"owner\": \"me\",\n\"serial\""),
+               "line 6: \"owner\" does not belong here: expected model, serial, mode, properties"},
+     DamageRow{"no_model", replaced(sound, "\"model\": \"Fake\",\n", ""),
+               "line 4: expected \"model\": a string"},
+     DamageRow{"a_model_that_is_a_number", replaced(sound, "\"Fake\"", "7"),
+               "line 5: expected \"model\": a string"},
+     DamageRow{"no_serial", replaced(sound, "\"serial\": \"1\",\n", ""),
+               "line 4: expected \"serial\": a string"},
+     DamageRow{"a_mode_that_is_a_number", replaced(sound, "e\": \"0\"", "e\": 0"),
+               "line 7: expected \"mode\": a string"},
+     DamageRow{"a_mode_that_is_an_object", replaced(sound, "e\": \"0\"", "e\": {}"),
+               "line 7: expected \"mode\": a string"},
+     DamageRow{"no_properties", replaced(sound, "\"properties\"", "\"Properties\""),
+               "line 8: \"Properties\" does not belong here: expected model, serial, mode, "
+               "properties"},
+     DamageRow{"a_property_that_is_a_value", replaced(sound, "{\n\"value\": 5}", "5"),
+               "line 9: expected \"gain\": an object"},
+     DamageRow{"a_property_with_another_name_in_it", replaced(sound, "value", "valeu"),
+               "line 10: \"valeu\" does not belong here: expected value"},
+     DamageRow{"a_field_that_is_an_object", replaced(sound, ": 5}", ": {\"a\": {}}}"),
+               "line 10: an object where a value was expected"},
+     DamageRow{"a_value_that_is_null", replaced(sound, ": 5}", ": null}"),
+               "line 10: null is not a value that can be read here"},
+     DamageRow{"a_value_that_is_a_list", replaced(sound, ": 5}", ": [5]}"),
+               "line 10: an array is not a value that can be read here"},
+     DamageRow{"a_number_beyond_all_types", replaced(sound, ": 5}", ": 99999999999}"),
+               "line 10: the number 99999999999 is out of range (an int of 32 bits or a finite "
+               "double was expected)"},
+     DamageRow{"a_name_twice", replaced(sound, ": 5}", ": 5,\n\"value\": 6}"),
+               "line 11: the name \"value\" twice"},
+     DamageRow{"a_property_twice", replaced(sound, ": 5}", ": 5},\n\"gain\": {}"),
+               "line 11: the name \"gain\" twice"},
+     DamageRow{"objects_nested_70_deep",
+               replaced(sound, ": 5}",
+                        ": " + QByteArray("{\"a\": ").repeated(70) + "1" +
+                            QByteArray("}").repeated(70) + "}"),
+               "line 10: objects nested more than 64 deep"},
+     DamageRow{"two_documents", sound + sound,
+               "line 14: not JSON: garbage at the end of the document"});
 
 TEST_F(PDeviceProfileFileTest, is_refused_wherever_it_is_cut_off) {
     ProfileDevice camera;

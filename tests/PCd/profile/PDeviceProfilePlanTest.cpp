@@ -7,7 +7,7 @@
 
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 namespace {
 
@@ -217,10 +217,9 @@ struct WrongValueRow {
     const char* reason;
 };
 
-class WrongValue : public PDeviceProfilePlanTest,
-                   public testing::WithParamInterface<WrongValueRow> {};
+class WrongValue : public PDeviceProfilePlanTest, public WithRow<WrongValueRow> {};
 
-TEST_P(WrongValue, is_named_with_its_line_and_nothing_is_set) {
+ROW_TEST(WrongValue, is_named_with_its_line_and_nothing_is_set) {
     const QStringList before = camera.state();
     const QByteArray properties = QByteArray("\"hue\": {\"value\": 9},\n") + GetParam().properties;
     const PStatus status = loadText(profileText(properties, "\"mode\": \"1\",\n"));
@@ -258,7 +257,7 @@ const WrongValueRow wrongValues[] = {
      "whole area"},
 };
 
-INSTANTIATE_TEST_SUITE_P(PDeviceProfilePlan, WrongValue, testing::ValuesIn(wrongValues), RowName());
+ROWS_IN(PDeviceProfilePlan, WrongValue, wrongValues);
 
 TEST_F(PDeviceProfilePlanTest, refuses_a_mode_that_this_model_does_not_have) {
     const PStatus status = loadText(profileText("\"hue\": {\"value\": 9}", "\"mode\": \"7\",\n"));

@@ -11,7 +11,7 @@
 #include <PCore/state/PJsonWriter.h>
 
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 #include <support/WaitUntil.h>
 
 #include <QCoreApplication>
@@ -147,11 +147,11 @@ struct RefusalRow {
     bool answersOpposite;
 };
 
-class Refusal : public testing::TestWithParam<RefusalRow> {};
+class Refusal : public RowTest<RefusalRow> {};
 
 } // namespace
 
-TEST_P(Refusal, leaves_the_host_with_what_the_device_has) {
+ROW_TEST(Refusal, leaves_the_host_with_what_the_device_has) {
     TakenProperty taken;
     taken.property->refuses = true;
     taken.property->answersTaken = GetParam().answersTaken;
@@ -162,7 +162,7 @@ TEST_P(Refusal, leaves_the_host_with_what_the_device_has) {
     EXPECT_EQ(taken.emitted, (Emitted{{"value", 6}}));
 }
 
-TEST_P(Refusal, is_seen_when_a_saved_value_is_restored) {
+ROW_TEST(Refusal, is_seen_when_a_saved_value_is_restored) {
     PJsonReader reader;
     ASSERT_TRUE(reader.setDocument("{\"value\": 42}").isOk());
     TakenProperty taken;
@@ -173,11 +173,9 @@ TEST_P(Refusal, is_seen_when_a_saved_value_is_restored) {
     EXPECT_EQ(taken.property->valueInner(), QVariant(5));
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, Refusal,
-                         testing::Values(RefusalRow{"that_the_device_admits", false, false},
-                                         RefusalRow{"answered_as_taken", true, false},
-                                         RefusalRow{"answered_in_the_opposite", false, true}),
-                         RowName());
+ROWS(Rows, Refusal, RefusalRow{"that_the_device_admits", false, false},
+     RefusalRow{"answered_as_taken", true, false},
+     RefusalRow{"answered_in_the_opposite", false, true});
 
 TEST(PDeviceProperty, emits_after_a_refusal_even_what_has_not_changed) {
     TakenProperty taken;

@@ -11,7 +11,7 @@
 #include <PCore/PMinMaxRange.h>
 
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <gtest/gtest.h>
 
@@ -71,9 +71,9 @@ struct CheckRow {
     bool isTaken;
 };
 
-class CheckedValue : public testing::TestWithParam<CheckRow> {};
+class CheckedValue : public RowTest<CheckRow> {};
 
-TEST_P(CheckedValue, is_taken_or_refused_without_a_call_to_the_device) {
+ROW_TEST(CheckedValue, is_taken_or_refused_without_a_call_to_the_device) {
     const CheckedProperty checked(GetParam().current, GetParam().range);
     EXPECT_EQ(PPropertyCheck::check(*checked.property, GetParam().value).isOk(),
               GetParam().isTaken);
@@ -127,7 +127,7 @@ const CheckRow checkRows[] = {
     {"a_composite_of_another_type", QSize(1, 2), {}, QPoint(3, 4), false},
 };
 
-INSTANTIATE_TEST_SUITE_P(PPropertyCheck, CheckedValue, testing::ValuesIn(checkRows), RowName());
+ROWS_IN(PPropertyCheck, CheckedValue, checkRows);
 
 TEST(PPropertyCheck, refuses_any_value_for_an_action) {
     const CheckedProperty checked(5);
@@ -168,37 +168,34 @@ struct ExpectationRow {
     const char* words;
 };
 
-class Expectation : public testing::TestWithParam<ExpectationRow> {};
+class Expectation : public RowTest<ExpectationRow> {};
 
-TEST_P(Expectation, is_put_into_words) {
+ROW_TEST(Expectation, is_put_into_words) {
     const CheckedProperty checked(GetParam().current, GetParam().range);
     EXPECT_EQ(PPropertyCheck::expectation(*checked.property), QString::fromUtf8(GetParam().words));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    PPropertyCheck, Expectation,
-    testing::Values(
-        ExpectationRow{"of_a_number", 5, makeRange(-2, 7), "a whole number from -2 to 7"},
-        ExpectationRow{"of_a_number_without_a_range", 5, makeRange(0, 0, 0), "a whole number"},
-        ExpectationRow{"of_a_number_that_is_not_whole", 5.0, makeRealRange(0.5, 60),
-                       "a number from 0.5 to 60"},
-        ExpectationRow{"of_one_that_is_not_whole_without_a_range", 5.0, makeRealRange(0, 0),
-                       "a number"},
-        ExpectationRow{"of_a_switch", true, {}, "on or off"},
-        ExpectationRow{"of_a_choice", itemId(0), turns(), "one of \"0°\", \"90°\""},
-        ExpectationRow{"of_a_region", QRect(), sensor(),
-                       "a region x,y,width,height inside 0,0,101,80, at least 8 x 4 pixels, in "
-                       "steps of 4 x 4, or the whole area"},
-        ExpectationRow{"of_a_region_of_an_unknown_sensor", QRect(), sensor(QRect()),
-                       "a region, but the camera reports no area for it"},
-        ExpectationRow{
-            "of_what_was_not_read", QVariant(), {}, "a value, but the camera does not report it"},
-        ExpectationRow{"of_a_composite",
-                       QVariant::fromValue(Shutter()),
-                       {},
-                       "one field at a time, gain.FIELD=VALUE with one of the fields speed, open"},
-        ExpectationRow{"of_another_type", QSize(), {}, "a value of type QSize"}),
-    RowName());
+ROWS(PPropertyCheck, Expectation,
+     ExpectationRow{"of_a_number", 5, makeRange(-2, 7), "a whole number from -2 to 7"},
+     ExpectationRow{"of_a_number_without_a_range", 5, makeRange(0, 0, 0), "a whole number"},
+     ExpectationRow{"of_a_number_that_is_not_whole", 5.0, makeRealRange(0.5, 60),
+                    "a number from 0.5 to 60"},
+     ExpectationRow{"of_one_that_is_not_whole_without_a_range", 5.0, makeRealRange(0, 0),
+                    "a number"},
+     ExpectationRow{"of_a_switch", true, {}, "on or off"},
+     ExpectationRow{"of_a_choice", itemId(0), turns(), "one of \"0°\", \"90°\""},
+     ExpectationRow{"of_a_region", QRect(), sensor(),
+                    "a region x,y,width,height inside 0,0,101,80, at least 8 x 4 pixels, in "
+                    "steps of 4 x 4, or the whole area"},
+     ExpectationRow{"of_a_region_of_an_unknown_sensor", QRect(), sensor(QRect()),
+                    "a region, but the camera reports no area for it"},
+     ExpectationRow{
+         "of_what_was_not_read", QVariant(), {}, "a value, but the camera does not report it"},
+     ExpectationRow{"of_a_composite",
+                    QVariant::fromValue(Shutter()),
+                    {},
+                    "one field at a time, gain.FIELD=VALUE with one of the fields speed, open"},
+     ExpectationRow{"of_another_type", QSize(), {}, "a value of type QSize"});
 
 TEST(PPropertyCheck, trusts_a_device_that_has_the_value_whatever_it_returned) {
     class Reversed : public FakeProperty {

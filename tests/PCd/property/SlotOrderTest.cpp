@@ -12,12 +12,10 @@
 
 #include <PCore/PThread.h>
 
-#include <support/RowName.h>
+#include <support/RowTest.h>
 #include <support/SlotIndex.h>
 
 #include <gtest/gtest.h>
-
-#include <ostream>
 
 namespace {
 
@@ -27,13 +25,9 @@ struct SlotRow {
     std::size_t expected;
 };
 
-void PrintTo(const SlotRow& row, std::ostream* out) {
-    *out << row.name << " in slot " << row.expected;
-}
+class SlotOrder : public RowTest<SlotRow> {};
 
-class SlotOrder : public testing::TestWithParam<SlotRow> {};
-
-TEST_P(SlotOrder, has_the_function_in_its_slot) {
+ROW_TEST(SlotOrder, has_the_function_in_its_slot) {
     ASSERT_TRUE(GetParam().slot.has_value()) << GetParam().name << " is not virtual";
     EXPECT_EQ(*GetParam().slot, GetParam().expected);
 }
@@ -44,14 +38,11 @@ constexpr std::size_t afterQObject = 12;
 
 } // namespace
 
-INSTANTIATE_TEST_SUITE_P(
-    QObject, SlotOrder,
-    testing::Values(SlotRow{"metaObject", slotIndex(&PDevice::metaObject), 0},
-                    SlotRow{"qt_metacast", slotIndex(&PDevice::qt_metacast), 1},
-                    SlotRow{"qt_metacall", slotIndex(&PDevice::qt_metacall), 2},
-                    SlotRow{"event", slotIndex(&PDevice::event), 5},
-                    SlotRow{"eventFilter", slotIndex(&PDevice::eventFilter), 6}),
-    RowName());
+ROWS(QObject, SlotOrder, SlotRow{"metaObject", slotIndex(&PDevice::metaObject), 0},
+     SlotRow{"qt_metacast", slotIndex(&PDevice::qt_metacast), 1},
+     SlotRow{"qt_metacall", slotIndex(&PDevice::qt_metacall), 2},
+     SlotRow{"event", slotIndex(&PDevice::event), 5},
+     SlotRow{"eventFilter", slotIndex(&PDevice::eventFilter), 6});
 
 #define ROW(index, function)                                                                       \
     SlotRow {                                                                                      \
@@ -60,102 +51,75 @@ INSTANTIATE_TEST_SUITE_P(
 
 namespace device {
 using Class = PDevice;
-INSTANTIATE_TEST_SUITE_P(
-    PDevice, SlotOrder,
-    testing::Values(ROW(0, model), ROW(1, serial), ROW(2, readStreamThis), ROW(3, writeStreamThis),
-                    ROW(4, isSupportSoftwareTrigger), ROW(5, isGigE), ROW(6, isLinked),
-                    ROW(7, isInitialized), ROW(8, isStreaming), ROW(9, isRealDevice),
-                    ROW(10, createPropertiesWidget), ROW(11, isSequence), ROW(12, isPhotoDevice),
-                    ROW(13, isSupportStillCapture), ROW(14, canProcessImage),
-                    ROW(15, isEqualSessionInfo), ROW(16, getSnapshot), ROW(17, enableHistogram),
-                    ROW(18, triggerStillCapture), ROW(19, getModel), ROW(20, getSerial),
-                    ROW(21, tryLink), ROW(22, tryUnlink), ROW(23, tryStartStream),
-                    ROW(24, tryStopStream), ROW(25, getCurrentMode), ROW(26, trySetMode),
-                    ROW(27, getSupportModes), ROW(28, getSupportProperties),
-                    ROW(29, getSupportPropertyGroups), ROW(30, tryFireSoftwareTrigger),
-                    ROW(31, tryPollForTriggerReady)),
-    RowName());
+ROWS(PDevice, SlotOrder, ROW(0, model), ROW(1, serial), ROW(2, readStreamThis),
+     ROW(3, writeStreamThis), ROW(4, isSupportSoftwareTrigger), ROW(5, isGigE), ROW(6, isLinked),
+     ROW(7, isInitialized), ROW(8, isStreaming), ROW(9, isRealDevice),
+     ROW(10, createPropertiesWidget), ROW(11, isSequence), ROW(12, isPhotoDevice),
+     ROW(13, isSupportStillCapture), ROW(14, canProcessImage), ROW(15, isEqualSessionInfo),
+     ROW(16, getSnapshot), ROW(17, enableHistogram), ROW(18, triggerStillCapture),
+     ROW(19, getModel), ROW(20, getSerial), ROW(21, tryLink), ROW(22, tryUnlink),
+     ROW(23, tryStartStream), ROW(24, tryStopStream), ROW(25, getCurrentMode), ROW(26, trySetMode),
+     ROW(27, getSupportModes), ROW(28, getSupportProperties), ROW(29, getSupportPropertyGroups),
+     ROW(30, tryFireSoftwareTrigger), ROW(31, tryPollForTriggerReady));
 } // namespace device
 
 namespace deviceRegister {
 using Class = PDeviceRegister;
-INSTANTIATE_TEST_SUITE_P(PDeviceRegister, SlotOrder,
-                         testing::Values(ROW(0, registerInitialize), ROW(1, registerCleanup),
-                                         ROW(2, createDevice), ROW(3, destroyDevice),
-                                         ROW(4, aliveDevices)),
-                         RowName());
+ROWS(PDeviceRegister, SlotOrder, ROW(0, registerInitialize), ROW(1, registerCleanup),
+     ROW(2, createDevice), ROW(3, destroyDevice), ROW(4, aliveDevices));
 } // namespace deviceRegister
 
 namespace property {
 using Class = PDeviceProperty;
-INSTANTIATE_TEST_SUITE_P(PDeviceProperty, SlotOrder,
-                         testing::Values(ROW(0, createWidget), ROW(1, readStreamThis),
-                                         ROW(2, writeStreamThis), ROW(3, trySetValue),
-                                         ROW(4, tryGetValue), ROW(5, tryGetRange),
-                                         ROW(6, writeValueToStream), ROW(7, readValueFromStream)),
-                         RowName());
+ROWS(PDeviceProperty, SlotOrder, ROW(0, createWidget), ROW(1, readStreamThis),
+     ROW(2, writeStreamThis), ROW(3, trySetValue), ROW(4, tryGetValue), ROW(5, tryGetRange),
+     ROW(6, writeValueToStream), ROW(7, readValueFromStream));
 } // namespace property
 
 namespace action {
 using Class = PDevicePropertyAction;
-INSTANTIATE_TEST_SUITE_P(PDevicePropertyAction, SlotOrder,
-                         testing::Values(ROW(3, trySetValue), ROW(4, tryGetValue),
-                                         ROW(5, tryGetRange), ROW(6, writeValueToStream),
-                                         ROW(7, readValueFromStream), ROW(8, trySetValueToDevice)),
-                         RowName());
+ROWS(PDevicePropertyAction, SlotOrder, ROW(3, trySetValue), ROW(4, tryGetValue),
+     ROW(5, tryGetRange), ROW(6, writeValueToStream), ROW(7, readValueFromStream),
+     ROW(8, trySetValueToDevice));
 } // namespace action
 
 namespace typed {
 using Class = PDevicePropertyT<int>;
-INSTANTIATE_TEST_SUITE_P(PDevicePropertyT, SlotOrder,
-                         testing::Values(ROW(3, trySetValue), ROW(4, tryGetValue),
-                                         ROW(8, trySetValueToDevice), ROW(9, tryGetValueFromDevice),
-                                         ROW(10, convertToT), ROW(11, convertFromT)),
-                         RowName());
+ROWS(PDevicePropertyT, SlotOrder, ROW(3, trySetValue), ROW(4, tryGetValue),
+     ROW(8, trySetValueToDevice), ROW(9, tryGetValueFromDevice), ROW(10, convertToT),
+     ROW(11, convertFromT));
 } // namespace typed
 
 namespace unranged {
 using Class = PDevicePropertyBool;
-INSTANTIATE_TEST_SUITE_P(PDevicePropertyBool, SlotOrder,
-                         testing::Values(ROW(5, tryGetRange), ROW(10, convertToT),
-                                         ROW(11, convertFromT)),
-                         RowName());
+ROWS(PDevicePropertyBool, SlotOrder, ROW(5, tryGetRange), ROW(10, convertToT),
+     ROW(11, convertFromT));
 } // namespace unranged
 
 namespace ranged {
 using Class = PDevicePropertyEnum;
-INSTANTIATE_TEST_SUITE_P(PDevicePropertyEnum, SlotOrder,
-                         testing::Values(ROW(5, tryGetRange), ROW(8, trySetValueToDevice),
-                                         ROW(9, tryGetValueFromDevice), ROW(10, convertToT),
-                                         ROW(11, convertFromT), ROW(12, tryGetRangeFromDevice),
-                                         ROW(13, convertToR), ROW(14, convertFromR)),
-                         RowName());
+ROWS(PDevicePropertyEnum, SlotOrder, ROW(5, tryGetRange), ROW(8, trySetValueToDevice),
+     ROW(9, tryGetValueFromDevice), ROW(10, convertToT), ROW(11, convertFromT),
+     ROW(12, tryGetRangeFromDevice), ROW(13, convertToR), ROW(14, convertFromR));
 } // namespace ranged
 
 namespace number {
 using Class = PDevicePropertyInt;
-INSTANTIATE_TEST_SUITE_P(PDevicePropertyInt, SlotOrder,
-                         testing::Values(ROW(5, tryGetRange), ROW(8, trySetValueToDevice),
-                                         ROW(9, tryGetValueFromDevice), ROW(10, convertToT),
-                                         ROW(11, convertFromT), ROW(12, tryGetRangeFromDevice),
-                                         ROW(13, convertToR), ROW(14, convertFromR)),
-                         RowName());
+ROWS(PDevicePropertyInt, SlotOrder, ROW(5, tryGetRange), ROW(8, trySetValueToDevice),
+     ROW(9, tryGetValueFromDevice), ROW(10, convertToT), ROW(11, convertFromT),
+     ROW(12, tryGetRangeFromDevice), ROW(13, convertToR), ROW(14, convertFromR));
 } // namespace number
 
 namespace region {
 using Class = PDevicePropertyScanArea;
-INSTANTIATE_TEST_SUITE_P(PDevicePropertyScanArea, SlotOrder,
-                         testing::Values(ROW(6, writeValueToStream), ROW(7, readValueFromStream),
-                                         ROW(12, tryGetRangeFromDevice)),
-                         RowName());
+ROWS(PDevicePropertyScanArea, SlotOrder, ROW(6, writeValueToStream), ROW(7, readValueFromStream),
+     ROW(12, tryGetRangeFromDevice));
 } // namespace region
 
 namespace thread {
 using Class = PThread;
 // run() is QThread's own; it is the one slot after those of QObject.
-INSTANTIATE_TEST_SUITE_P(PThread, SlotOrder,
-                         testing::Values(ROW(0, run), ROW(1, onStart), ROW(2, onStop), ROW(3, id)),
-                         RowName());
+ROWS(PThread, SlotOrder, ROW(0, run), ROW(1, onStart), ROW(2, onStop), ROW(3, id));
 } // namespace thread
 
 #undef ROW

@@ -2,7 +2,7 @@
 #include <PCd/property/value/PCompositeFields.h>
 
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <gtest/gtest.h>
 
@@ -42,13 +42,9 @@ struct FieldRow {
     const char* reason = "";
 };
 
-void PrintTo(const FieldRow& row, std::ostream* out) {
-    *out << row.field << "=" << row.text;
-}
+class CompositeField : public RowTest<FieldRow> {};
 
-class CompositeField : public testing::TestWithParam<FieldRow> {};
-
-TEST_P(CompositeField, takes_what_it_can_hold_and_refuses_the_rest) {
+ROW_TEST(CompositeField, takes_what_it_can_hold_and_refuses_the_rest) {
     QVariant value = lamp();
     const FieldRow& row = GetParam();
     const QString field = QString::fromLatin1(row.field);
@@ -59,67 +55,63 @@ TEST_P(CompositeField, takes_what_it_can_hold_and_refuses_the_rest) {
     EXPECT_EQ(status.reason(), QString::fromLatin1(row.reason));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    PCd, CompositeField,
-    testing::Values(
-        FieldRow{"a_small_number", "power", "65535", QVariant::fromValue<quint16>(65535)},
-        FieldRow{"a_number_too_large",
-                 "power",
-                 "65536",
-                 {},
-                 "\"power\" cannot be \"65536\": expected an unsigned whole number of 16 bits"},
-        FieldRow{"a_number_below_zero",
-                 "power",
-                 "-1",
-                 {},
-                 "\"power\" cannot be \"-1\": expected an unsigned whole number of 16 bits"},
-        FieldRow{"a_negative_number", "colour", "-2147483648", -2147483647 - 1},
-        FieldRow{"a_number_of_33_bits",
-                 "colour",
-                 "4294967296",
-                 {},
-                 "\"colour\" cannot be \"4294967296\": expected a whole number of 32 bits"},
-        FieldRow{"a_fraction_in_a_whole_number",
-                 "colour",
-                 "1.5",
-                 {},
-                 "\"colour\" cannot be \"1.5\": expected a whole number of 32 bits"},
-        FieldRow{"a_fraction", "hours", "12.25", 12.25},
-        FieldRow{"no_number", "hours", "nan", {}, "\"hours\" cannot be \"nan\": expected a number"},
-        FieldRow{
-            "an_infinity", "hours", "inf", {}, "\"hours\" cannot be \"inf\": expected a number"},
-        FieldRow{"the_least_of_a_range", "filter", "-1", -1},
-        FieldRow{"the_most_of_a_range", "filter", "4", 4},
-        FieldRow{"a_number_below_its_range",
-                 "filter",
-                 "-2",
-                 {},
-                 "\"filter\" cannot be \"-2\": expected a whole number from -1 to 4"},
-        FieldRow{"a_number_above_its_range",
-                 "filter",
-                 "5",
-                 {},
-                 "\"filter\" cannot be \"5\": expected a whole number from -1 to 4"},
-        FieldRow{"a_fraction_in_its_range", "angle", "0.5", 0.5},
-        FieldRow{"a_fraction_above_its_range",
-                 "angle",
-                 "0.51",
-                 {},
-                 "\"angle\" cannot be \"0.51\": expected a number from 0 to 0.5"},
-        FieldRow{"a_switch", "on", "off", false},
-        FieldRow{"no_switch", "on", "maybe", {}, "\"on\" cannot be \"maybe\": expected on or off"},
-        FieldRow{"an_unknown_field",
-                 "weight",
-                 "1",
-                 {},
-                 "there is no field \"weight\": expected one of power, colour, hours, on, "
-                 "filter, angle"},
-        FieldRow{"nothing",
-                 "power",
-                 "",
-                 {},
-                 "\"power\" cannot be \"\": expected an unsigned whole number of 16 bits"}),
-    RowName());
+ROWS(PCd, CompositeField,
+     FieldRow{"a_small_number", "power", "65535", QVariant::fromValue<quint16>(65535)},
+     FieldRow{"a_number_too_large",
+              "power",
+              "65536",
+              {},
+              "\"power\" cannot be \"65536\": expected an unsigned whole number of 16 bits"},
+     FieldRow{"a_number_below_zero",
+              "power",
+              "-1",
+              {},
+              "\"power\" cannot be \"-1\": expected an unsigned whole number of 16 bits"},
+     FieldRow{"a_negative_number", "colour", "-2147483648", -2147483647 - 1},
+     FieldRow{"a_number_of_33_bits",
+              "colour",
+              "4294967296",
+              {},
+              "\"colour\" cannot be \"4294967296\": expected a whole number of 32 bits"},
+     FieldRow{"a_fraction_in_a_whole_number",
+              "colour",
+              "1.5",
+              {},
+              "\"colour\" cannot be \"1.5\": expected a whole number of 32 bits"},
+     FieldRow{"a_fraction", "hours", "12.25", 12.25},
+     FieldRow{"no_number", "hours", "nan", {}, "\"hours\" cannot be \"nan\": expected a number"},
+     FieldRow{"an_infinity", "hours", "inf", {}, "\"hours\" cannot be \"inf\": expected a number"},
+     FieldRow{"the_least_of_a_range", "filter", "-1", -1},
+     FieldRow{"the_most_of_a_range", "filter", "4", 4},
+     FieldRow{"a_number_below_its_range",
+              "filter",
+              "-2",
+              {},
+              "\"filter\" cannot be \"-2\": expected a whole number from -1 to 4"},
+     FieldRow{"a_number_above_its_range",
+              "filter",
+              "5",
+              {},
+              "\"filter\" cannot be \"5\": expected a whole number from -1 to 4"},
+     FieldRow{"a_fraction_in_its_range", "angle", "0.5", 0.5},
+     FieldRow{"a_fraction_above_its_range",
+              "angle",
+              "0.51",
+              {},
+              "\"angle\" cannot be \"0.51\": expected a number from 0 to 0.5"},
+     FieldRow{"a_switch", "on", "off", false},
+     FieldRow{"no_switch", "on", "maybe", {}, "\"on\" cannot be \"maybe\": expected on or off"},
+     FieldRow{"an_unknown_field",
+              "weight",
+              "1",
+              {},
+              "there is no field \"weight\": expected one of power, colour, hours, on, "
+              "filter, angle"},
+     FieldRow{"nothing",
+              "power",
+              "",
+              {},
+              "\"power\" cannot be \"\": expected an unsigned whole number of 16 bits"});
 
 } // namespace
 
@@ -160,13 +152,9 @@ struct GivenRow {
     QVariant expected; ///< invalid: refused
 };
 
-void PrintTo(const GivenRow& row, std::ostream* out) {
-    *out << row.field << " of " << row.name;
-}
+class GivenField : public RowTest<GivenRow> {};
 
-class GivenField : public testing::TestWithParam<GivenRow> {};
-
-TEST_P(GivenField, is_taken_in_a_type_of_files_that_fits_it_and_refused_otherwise) {
+ROW_TEST(GivenField, is_taken_in_a_type_of_files_that_fits_it_and_refused_otherwise) {
     QVariant value = lamp();
     const GivenRow& row = GetParam();
     const QString field = QString::fromLatin1(row.field);
@@ -175,21 +163,17 @@ TEST_P(GivenField, is_taken_in_a_type_of_files_that_fits_it_and_refused_otherwis
     EXPECT_EQ(PCompositeFields::read(value, field), row.expected.isValid() ? row.expected : before);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    PCd, GivenField,
-    testing::Values(
-        GivenRow{"a_number", "power", 65535, QVariant::fromValue<quint16>(65535)},
-        GivenRow{"a_number_too_large", "power", 65536, {}},
-        GivenRow{"a_number_below_zero", "power", -1, {}},
-        GivenRow{"a_number_of_64_bits", "colour", qlonglong(5), 5},
-        GivenRow{"a_number_of_64_bits_too_large", "colour", qlonglong(1) << 32, {}},
-        GivenRow{"a_fraction_in_a_whole_number", "colour", 2.0, {}},
-        GivenRow{"a_fraction", "hours", 2.5, 2.5}, GivenRow{"a_whole_number", "hours", 2, 2.0},
-        GivenRow{"a_switch", "on", false, false}, GivenRow{"a_number_for_a_switch", "on", 0, {}},
-        GivenRow{"a_switch_for_a_number", "power", true, {}},
-        GivenRow{"a_text_for_a_number", "power", u"7"_qs, {}}, GivenRow{"nothing", "power", {}, {}},
-        GivenRow{"an_unknown_field", "weight", 1, {}}),
-    RowName());
+ROWS(PCd, GivenField, GivenRow{"a_number", "power", 65535, QVariant::fromValue<quint16>(65535)},
+     GivenRow{"a_number_too_large", "power", 65536, {}},
+     GivenRow{"a_number_below_zero", "power", -1, {}},
+     GivenRow{"a_number_of_64_bits", "colour", qlonglong(5), 5},
+     GivenRow{"a_number_of_64_bits_too_large", "colour", qlonglong(1) << 32, {}},
+     GivenRow{"a_fraction_in_a_whole_number", "colour", 2.0, {}},
+     GivenRow{"a_fraction", "hours", 2.5, 2.5}, GivenRow{"a_whole_number", "hours", 2, 2.0},
+     GivenRow{"a_switch", "on", false, false}, GivenRow{"a_number_for_a_switch", "on", 0, {}},
+     GivenRow{"a_switch_for_a_number", "power", true, {}},
+     GivenRow{"a_text_for_a_number", "power", u"7"_qs, {}}, GivenRow{"nothing", "power", {}, {}},
+     GivenRow{"an_unknown_field", "weight", 1, {}});
 
 } // namespace
 

@@ -7,7 +7,7 @@
 #include <PCd/PEnumeration.h>
 
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <QRect>
 
@@ -87,32 +87,27 @@ struct FormRow {
     QVariant range;
 };
 
-class BadForm : public testing::TestWithParam<FormRow> {};
+class BadForm : public RowTest<FormRow> {};
 
-TEST_P(BadForm, makes_no_value) {
+ROW_TEST(BadForm, makes_no_value) {
     const FormRow& row = GetParam();
     EXPECT_FALSE(PPropertyEncoding::fromForm(row.form, row.current, row.range).isValid());
 }
 
 } // namespace
 
-INSTANTIATE_TEST_SUITE_P(
-    PPropertyEncoding, BadForm,
-    testing::Values(FormRow{"an_unknown_name", u"45"_qs, itemId(0), turnsWithOneUnnamed()},
-                    FormRow{"a_title", u"90°"_qs, itemId(0), turnsWithOneUnnamed()},
-                    FormRow{"a_number_that_reads_like_a_name", 90, itemId(0),
-                            turnsWithOneUnnamed()},
-                    FormRow{"an_unknown_id", itemId(9), itemId(0), turnsWithOneUnnamed()},
-                    FormRow{"no_form_for_a_choice", {}, itemId(0), turnsWithOneUnnamed()},
-                    FormRow{"a_text_for_a_number", u"7"_qs, 7, {}},
-                    FormRow{"a_double_for_a_number", 7.0, 7, {}},
-                    FormRow{"a_number_for_a_switch", 1, true, {}},
-                    FormRow{"no_form_for_a_number", {}, 7, {}},
-                    FormRow{"too_few_bytes", seven.left(3), makePair(0, 0), {}},
-                    FormRow{"too_many_bytes", seven + '\0', makePair(0, 0), {}},
-                    FormRow{"bytes_for_a_number", seven, 7, {}},
-                    FormRow{"a_number_for_a_composite", 7, makePair(0, 0), {}}),
-    RowName());
+ROWS(PPropertyEncoding, BadForm,
+     FormRow{"an_unknown_name", u"45"_qs, itemId(0), turnsWithOneUnnamed()},
+     FormRow{"a_title", u"90°"_qs, itemId(0), turnsWithOneUnnamed()},
+     FormRow{"a_number_that_reads_like_a_name", 90, itemId(0), turnsWithOneUnnamed()},
+     FormRow{"an_unknown_id", itemId(9), itemId(0), turnsWithOneUnnamed()},
+     FormRow{"no_form_for_a_choice", {}, itemId(0), turnsWithOneUnnamed()},
+     FormRow{"a_text_for_a_number", u"7"_qs, 7, {}}, FormRow{"a_double_for_a_number", 7.0, 7, {}},
+     FormRow{"a_number_for_a_switch", 1, true, {}}, FormRow{"no_form_for_a_number", {}, 7, {}},
+     FormRow{"too_few_bytes", seven.left(3), makePair(0, 0), {}},
+     FormRow{"too_many_bytes", seven + '\0', makePair(0, 0), {}},
+     FormRow{"bytes_for_a_number", seven, 7, {}},
+     FormRow{"a_number_for_a_composite", 7, makePair(0, 0), {}});
 
 TEST(PPropertyEncoding, is_equal_to_another_of_its_type_only) {
     EXPECT_TRUE(PPropertyEncoding::areEqual(1, 1));

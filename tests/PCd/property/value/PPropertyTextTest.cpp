@@ -8,7 +8,7 @@
 #include <PCd/PEnumeration.h>
 
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <gtest/gtest.h>
 
@@ -47,9 +47,9 @@ struct TextRow {
     QVariant value; ///< invalid: the text has no value
 };
 
-class TextFromUser : public testing::TestWithParam<TextRow> {};
+class TextFromUser : public RowTest<TextRow> {};
 
-TEST_P(TextFromUser, means_this_value) {
+ROW_TEST(TextFromUser, means_this_value) {
     const TextProperty property(GetParam().current);
     EXPECT_EQ(property.toValue(QString::fromUtf8(GetParam().text)), GetParam().value);
 }
@@ -86,7 +86,7 @@ const TextRow textRows[] = {
     {"nothing_for_a_type_without_text", QSize(1, 1), "1", {}},
 };
 
-INSTANTIATE_TEST_SUITE_P(PPropertyText, TextFromUser, testing::ValuesIn(textRows), RowName());
+ROWS_IN(PPropertyText, TextFromUser, textRows);
 
 struct ChoiceRow {
     const char* name;
@@ -94,23 +94,20 @@ struct ChoiceRow {
     int item; ///< -1: none
 };
 
-class ChoiceFromUser : public testing::TestWithParam<ChoiceRow> {};
+class ChoiceFromUser : public RowTest<ChoiceRow> {};
 
-TEST_P(ChoiceFromUser, means_this_item) {
+ROW_TEST(ChoiceFromUser, means_this_item) {
     const TextProperty property(itemId(0), numberedTurns());
     const QVariant expected =
         GetParam().item < 0 ? QVariant() : QVariant(itemId(ushort(GetParam().item)));
     EXPECT_EQ(property.toValue(QString::fromUtf8(GetParam().text)), expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    PPropertyText, ChoiceFromUser,
-    testing::Values(ChoiceRow{"a_title", "90°", 1}, ChoiceRow{"a_name", "quarter", 1},
-                    ChoiceRow{"a_name_in_capitals", "QUARTER", 1},
-                    ChoiceRow{"a_number_of_the_device", "130", 1},
-                    ChoiceRow{"the_first_item", "0°", 0}, ChoiceRow{"no_unknown_word", "half", -1},
-                    ChoiceRow{"no_position", "0", -1}, ChoiceRow{"no_empty_text", "", -1}),
-    RowName());
+ROWS(PPropertyText, ChoiceFromUser, ChoiceRow{"a_title", "90°", 1},
+     ChoiceRow{"a_name", "quarter", 1}, ChoiceRow{"a_name_in_capitals", "QUARTER", 1},
+     ChoiceRow{"a_number_of_the_device", "130", 1}, ChoiceRow{"the_first_item", "0°", 0},
+     ChoiceRow{"no_unknown_word", "half", -1}, ChoiceRow{"no_position", "0", -1},
+     ChoiceRow{"no_empty_text", "", -1});
 
 TEST(PPropertyText, takes_a_title_before_a_name_and_a_name_before_a_number) {
     PEnumeration choices;

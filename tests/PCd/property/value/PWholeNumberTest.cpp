@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <PCd/property/value/PWholeNumber.h>
 
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <gtest/gtest.h>
 
@@ -13,15 +13,11 @@ struct NumberRow {
     bool isWhole;
 };
 
-void PrintTo(const NumberRow& row, std::ostream* out) {
-    *out << row.name;
-}
-
-class WholeNumber : public testing::TestWithParam<NumberRow> {};
+class WholeNumber : public RowTest<NumberRow> {};
 
 } // namespace
 
-TEST_P(WholeNumber, is_one_by_its_type) {
+ROW_TEST(WholeNumber, is_one_by_its_type) {
     EXPECT_EQ(isWholeNumber(GetParam().form), GetParam().isWhole);
 }
 
@@ -34,4 +30,4 @@ const NumberRow forms[] = {
     {"that_is_not_there_is_none", QVariant(), false},
 };
 
-INSTANTIATE_TEST_SUITE_P(rows, WholeNumber, testing::ValuesIn(forms), RowName());
+ROWS_IN(rows, WholeNumber, forms);
