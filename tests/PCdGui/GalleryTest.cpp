@@ -3,7 +3,7 @@
 #include <PCdGui/PCdGui.h>
 #include <PCdGui/PDevicePanel.h>
 
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <QApplication>
 #include <QDir>
@@ -41,7 +41,7 @@ struct Look {
 
 /// Renders editors, for inspection, into the folder in the environment variable PCD_SCREENSHOTS, if
 /// it is set.
-class GalleryTest : public testing::TestWithParam<Look> {
+class GalleryTest : public RowTest<Look> {
 protected:
     GalleryTest()
         : m_before(QApplication::palette())
@@ -104,7 +104,7 @@ QStringList squeezed(const QWidget* widget) {
 
 } // namespace
 
-TEST_P(GalleryTest, every_editor_alone_has_room_for_all_its_parts) {
+ROW_TEST(GalleryTest, every_editor_alone_has_room_for_all_its_parts) {
     for (PDeviceProperty* property : device.supportProperties()) {
         const std::unique_ptr<QWidget> editor(property->createWidget());
         editor->resize(editor->minimumSizeHint());
@@ -116,7 +116,7 @@ TEST_P(GalleryTest, every_editor_alone_has_room_for_all_its_parts) {
     }
 }
 
-TEST_P(GalleryTest, the_page_of_a_device_has_room_for_all_its_parts_at_its_smallest) {
+ROW_TEST(GalleryTest, the_page_of_a_device_has_room_for_all_its_parts_at_its_smallest) {
     const std::unique_ptr<QWidget> page(device.createPropertiesWidget(nullptr));
     page->resize(page->minimumSizeHint().width(), 1230);
     page->show();
@@ -125,7 +125,7 @@ TEST_P(GalleryTest, the_page_of_a_device_has_room_for_all_its_parts_at_its_small
     EXPECT_GT(save(page.get(), u"page"_qs), 8);
 }
 
-TEST_P(GalleryTest, the_page_of_a_device_that_is_gone_can_still_be_read) {
+ROW_TEST(GalleryTest, the_page_of_a_device_that_is_gone_can_still_be_read) {
     const std::unique_ptr<QWidget> page(device.createPropertiesWidget(nullptr));
     device.link();
     device.unlink();
@@ -135,7 +135,7 @@ TEST_P(GalleryTest, the_page_of_a_device_that_is_gone_can_still_be_read) {
     EXPECT_GT(save(page.get(), u"page-gone"_qs), 8);
 }
 
-TEST_P(GalleryTest, the_page_filtered_shows_what_matches) {
+ROW_TEST(GalleryTest, the_page_filtered_shows_what_matches) {
     const std::unique_ptr<QWidget> page(device.createPropertiesWidget(nullptr));
     static_cast<PDevicePanel*>(page.get())->setFilter(u"flip"_qs);
     page->resize(420, 300);
@@ -144,6 +144,4 @@ TEST_P(GalleryTest, the_page_filtered_shows_what_matches) {
     EXPECT_GT(save(page.get(), u"page-filtered"_qs), 8);
 }
 
-INSTANTIATE_TEST_SUITE_P(Looks, GalleryTest,
-                         testing::Values(Look{"light", &lightPalette}, Look{"dark", &darkPalette}),
-                         RowName());
+ROWS(Looks, GalleryTest, Look{"light", &lightPalette}, Look{"dark", &darkPalette});

@@ -3,6 +3,7 @@
 
 #include <PGui/WidgetHands.h>
 #include <support/QtPrinters.h>
+#include <support/RowTest.h>
 
 #include <QHBoxLayout>
 #include <QPushButton>
@@ -13,7 +14,12 @@
 namespace {
 
 /// Two page buttons with a style sheet that does not show which one is checked.
-class PSelectionFrameTest : public testing::TestWithParam<QColor> {
+class PSelectionFrameTest : public RowTest<QColor> {
+public:
+    static std::string toRowName(const QColor& colour) {
+        return colour == QColor(Qt::white) ? "light" : "dark";
+    }
+
 protected:
     PSelectionFrameTest() {
         auto* const row = new QHBoxLayout(&page);
@@ -53,13 +59,13 @@ protected:
 
 } // namespace
 
-TEST_P(PSelectionFrameTest, is_around_the_selected_button_only) {
+ROW_TEST(PSelectionFrameTest, is_around_the_selected_button_only) {
     const int around = 2 * (video.width() + video.height());
     EXPECT_GT(framed(video), around);
     EXPECT_EQ(framed(trigger), 0);
 }
 
-TEST_P(PSelectionFrameTest, follows_the_selection) {
+ROW_TEST(PSelectionFrameTest, follows_the_selection) {
     QTest::mouseClick(&trigger, Qt::LeftButton);
     EXPECT_GT(framed(trigger), 0);
     EXPECT_EQ(framed(video), 0);
@@ -68,21 +74,17 @@ TEST_P(PSelectionFrameTest, follows_the_selection) {
     EXPECT_EQ(framed(trigger), 0);
 }
 
-TEST_P(PSelectionFrameTest, ignores_buttons_that_choose_nothing) {
+ROW_TEST(PSelectionFrameTest, ignores_buttons_that_choose_nothing) {
     run.setChecked(true);
     EXPECT_EQ(framed(run), 0);
     EXPECT_EQ(run.findChild<PSelectionFrame*>(), nullptr);
 }
 
-TEST_P(PSelectionFrameTest, grows_with_the_button) {
+ROW_TEST(PSelectionFrameTest, grows_with_the_button) {
     page.resize(900, 200);
     video.setMinimumHeight(80);
     QCoreApplication::processEvents();
     EXPECT_GT(framed(video), 2 * (video.width() + 80));
 }
 
-INSTANTIATE_TEST_SUITE_P(Looks, PSelectionFrameTest,
-                         testing::Values(QColor(Qt::white), QColor(0x2b, 0x2d, 0x30)),
-                         [](const auto& row) {
-                             return std::string(row.param == QColor(Qt::white) ? "light" : "dark");
-                         });
+ROWS(Looks, PSelectionFrameTest, QColor(Qt::white), QColor(0x2b, 0x2d, 0x30));

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <PDip/PImageHeader.h>
 
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <gtest/gtest.h>
 
@@ -48,15 +48,11 @@ const Row rows[] = {
     {"a_format_that_does_not_exist", 5, 5, noFormat, 0, 0},
 };
 
-class PImageHeaderSizes : public testing::TestWithParam<Row> {};
-
-void PrintTo(const Row& row, std::ostream* out) {
-    *out << row.name;
-}
+class PImageHeaderSizes : public RowTest<Row> {};
 
 } // namespace
 
-TEST_P(PImageHeaderSizes, follow_from_the_geometry) {
+ROW_TEST(PImageHeaderSizes, follow_from_the_geometry) {
     const Row& row = GetParam();
     const PImageHeader header(row.width, row.height, row.format);
     EXPECT_EQ(header.dataSize(), row.dataSize);
@@ -64,7 +60,7 @@ TEST_P(PImageHeaderSizes, follow_from_the_geometry) {
     EXPECT_EQ(header.bytesPerLine(), row.dataSize > 0 ? row.bytesPerLine : 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Geometries, PImageHeaderSizes, testing::ValuesIn(rows), RowName());
+ROWS_IN(Geometries, PImageHeaderSizes, rows);
 
 TEST(PImageHeader, is_not_valid_by_default) {
     EXPECT_FALSE(PImageHeader().isValid());

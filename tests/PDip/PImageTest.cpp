@@ -5,7 +5,7 @@
 #include <PDip/dip_exception.h>
 
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <gtest/gtest.h>
 
@@ -288,15 +288,11 @@ const Colour colours[] = {
     {"as_pulled", ColorFormat::BgrX, {0, 0, 255, 0}},
 };
 
-class PImageRed : public testing::TestWithParam<Colour> {};
-
-void PrintTo(const Colour& row, std::ostream* out) {
-    *out << row.name;
-}
+class PImageRed : public RowTest<Colour> {};
 
 } // namespace
 
-TEST_P(PImageRed, is_red_as_a_QImage) {
+ROW_TEST(PImageRed, is_red_as_a_QImage) {
     const Colour& colour = GetParam();
     PImage image = filled(0, 3, 2, colour.format); // nine bytes a row, so padded
     unsigned char* lastPixel =
@@ -309,7 +305,7 @@ TEST_P(PImageRed, is_red_as_a_QImage) {
     EXPECT_EQ(qImage.pixelColor(1, 1).red(), 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Formats, PImageRed, testing::ValuesIn(colours), RowName());
+ROWS_IN(Formats, PImageRed, colours);
 
 TEST(PImage, of_grey_is_grey_as_a_QImage) {
     const QImage qImage = filled(99, 3, 2).toQImage();

@@ -2,7 +2,7 @@
 #include <PLog/PLogFilter.h>
 
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <gtest/gtest.h>
 
@@ -52,21 +52,13 @@ const Bad badFilters[] = {
     {"a_comma_at_the_end", "info,", "\"\""},
 };
 
-class PLogFilterPasses : public testing::TestWithParam<Pass> {};
+class PLogFilterPasses : public RowTest<Pass> {};
 
-class PLogFilterRefuses : public testing::TestWithParam<Bad> {};
-
-void PrintTo(const Pass& row, std::ostream* out) {
-    *out << row.name;
-}
-
-void PrintTo(const Bad& row, std::ostream* out) {
-    *out << row.name;
-}
+class PLogFilterRefuses : public RowTest<Bad> {};
 
 } // namespace
 
-TEST_P(PLogFilterPasses, what_it_says) {
+ROW_TEST(PLogFilterPasses, what_it_says) {
     const Pass& row = GetParam();
     PLogFilter filter;
     const PStatus status = filter.parse(QLatin1String(row.filter));
@@ -75,9 +67,9 @@ TEST_P(PLogFilterPasses, what_it_says) {
     EXPECT_EQ(filter.text(), QLatin1String(row.filter));
 }
 
-INSTANTIATE_TEST_SUITE_P(Filters, PLogFilterPasses, testing::ValuesIn(passes), RowName());
+ROWS_IN(Filters, PLogFilterPasses, passes);
 
-TEST_P(PLogFilterRefuses, a_bad_text_naming_the_word_and_the_levels) {
+ROW_TEST(PLogFilterRefuses, a_bad_text_naming_the_word_and_the_levels) {
     PLogFilter filter;
     ASSERT_TRUE(filter.parse(u"error,a=debug"_qs).isOk());
     const PStatus status = filter.parse(QLatin1String(GetParam().filter));
@@ -90,7 +82,7 @@ TEST_P(PLogFilterRefuses, a_bad_text_naming_the_word_and_the_levels) {
     EXPECT_FALSE(filter.passes(u"b"_qs, PLogLevel::Warning));
 }
 
-INSTANTIATE_TEST_SUITE_P(Filters, PLogFilterRefuses, testing::ValuesIn(badFilters), RowName());
+ROWS_IN(Filters, PLogFilterRefuses, badFilters);
 
 TEST(PLogFilter, starts_as_info) {
     const PLogFilter filter;

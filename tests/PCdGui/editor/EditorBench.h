@@ -7,7 +7,7 @@
 
 #include <PCd/FakeDevice.h>
 #include <PGui/WidgetHands.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <QSignalSpy>
 #include <QVBoxLayout>
@@ -69,7 +69,7 @@ struct AnswerRow {
 
 /// A bench of the kind `Bench` whose device refuses every value, whatever its setter returns.
 template <typename Bench>
-class RefusingBench : public Bench, public testing::WithParamInterface<AnswerRow> {
+class RefusingBench : public Bench, public WithRow<AnswerRow> {
 protected:
     RefusingBench() {
         this->property->refuses = true;
@@ -78,8 +78,6 @@ protected:
     }
 };
 
-inline auto everyAnswer() {
-    return testing::Values(AnswerRow{"when_it_returns_false", FakeAnswer::Truth},
-                           AnswerRow{"when_it_returns_true", FakeAnswer::Taken},
-                           AnswerRow{"when_it_returns_the_opposite", FakeAnswer::Opposite});
-}
+constexpr AnswerRow everyAnswer[] = {{"when_it_returns_false", FakeAnswer::Truth},
+                                     {"when_it_returns_true", FakeAnswer::Taken},
+                                     {"when_it_returns_the_opposite", FakeAnswer::Opposite}};

@@ -71,14 +71,14 @@ TEST_F(PChoiceEditorTest, follows_the_choices_and_sends_nothing) {
 
 using PChoiceEditorRefusal = RefusingBench<PChoiceEditorTest>;
 
-TEST_P(PChoiceEditorRefusal, shows_what_the_device_has) {
+ROW_TEST(PChoiceEditorRefusal, shows_what_the_device_has) {
     QTest::keyClick(box(), Qt::Key_Down);
     turn();
     EXPECT_EQ(property->sets, Sets({itemId(1)}));
     EXPECT_EQ(box()->currentText(), u"0°"_qs);
 }
 
-TEST_P(PChoiceEditorRefusal, is_reported_with_the_value_that_the_device_kept) {
+ROW_TEST(PChoiceEditorRefusal, is_reported_with_the_value_that_the_device_kept) {
     const QSignalSpy refused(editor, &PPropertyEditor::refused);
     QTest::keyClick(box(), Qt::Key_Down);
     turn();
@@ -86,7 +86,7 @@ TEST_P(PChoiceEditorRefusal, is_reported_with_the_value_that_the_device_kept) {
     EXPECT_EQ(refused[0], QVariantList({u"Rotate"_qs, u"0°"_qs}));
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, PChoiceEditorRefusal, everyAnswer(), RowName());
+ROWS_IN(Rows, PChoiceEditorRefusal, everyAnswer);
 
 TEST_F(PChoiceEditorTest, does_not_name_the_kept_value_if_it_is_not_a_choice) {
     open();

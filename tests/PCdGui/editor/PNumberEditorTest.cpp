@@ -104,7 +104,7 @@ TEST_F(PNumberEditorTest, keeps_what_is_being_typed_when_the_range_changes_and_b
 
 using PNumberEditorRefusal = RefusingBench<PNumberEditorTest>;
 
-TEST_P(PNumberEditorRefusal, shows_what_the_device_has) {
+ROW_TEST(PNumberEditorRefusal, shows_what_the_device_has) {
     enter(field(), u"250"_qs);
     turn();
     EXPECT_EQ(property->sets, Sets({250}));
@@ -112,7 +112,7 @@ TEST_P(PNumberEditorRefusal, shows_what_the_device_has) {
     EXPECT_EQ(slider()->value(), 100);
 }
 
-TEST_P(PNumberEditorRefusal, is_reported_with_the_value_that_the_device_kept) {
+ROW_TEST(PNumberEditorRefusal, is_reported_with_the_value_that_the_device_kept) {
     const QSignalSpy refused(editor, &PPropertyEditor::refused);
     enter(field(), u"250"_qs);
     turn();
@@ -120,7 +120,7 @@ TEST_P(PNumberEditorRefusal, is_reported_with_the_value_that_the_device_kept) {
     EXPECT_EQ(refused[0], QVariantList({u"Gain"_qs, u"100"_qs}));
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, PNumberEditorRefusal, everyAnswer(), RowName());
+ROWS_IN(Rows, PNumberEditorRefusal, everyAnswer);
 
 TEST_F(PNumberEditorTest, shows_a_value_outside_the_range_as_it_is) {
     property->inDevice = 6503;

@@ -4,7 +4,7 @@
 #include <PCd/property/value/StreamedPair.h>
 
 #include <PCore/PMinMaxRange.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <QRect>
 #include <QUuid>
@@ -26,32 +26,28 @@ struct NumberRow {
     bool isRefusal;
 };
 
-class PRefusalNumberTest : public testing::TestWithParam<NumberRow> {};
+class PRefusalNumberTest : public RowTest<NumberRow> {};
 
 } // namespace
 
-TEST_P(PRefusalNumberTest, is_distinguished_from_rounding) {
+ROW_TEST(PRefusalNumberTest, is_distinguished_from_rounding) {
     const NumberRow& row = GetParam();
     const auto range = QVariant::fromValue(PMinMaxRange<int>{-1'000'000, 1'000'000, row.step});
     EXPECT_EQ(PRefusal::isOne(row.before, row.requested, row.now, range), row.isRefusal);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, PRefusalNumberTest,
-    testing::Values(NumberRow{"one_that_stays", 0, 777, 0, 1, true},
-                    NumberRow{"one_that_stays_by_a_step", 0, 1, 0, 1, true},
-                    NumberRow{"one_below_zero_that_stays", -50, -40, -50, 1, true},
-                    NumberRow{"one_that_stays_nearly", 5000, 20'000, 5004, 1, true},
-                    NumberRow{"one_that_was_taken", 0, 777, 777, 1, false},
-                    NumberRow{"one_rounded_to_another_number", 5000, 20'000, 19'990, 1, false},
-                    NumberRow{"one_cut_to_another_number", 5000, 20'000, 15'000, 1, false},
-                    NumberRow{"one_rounded_back_within_a_step", 100, 103, 100, 5, false},
-                    NumberRow{"one_rounded_back_by_a_hundredth", 5000, 5050, 5000, 1, false},
-                    NumberRow{"one_rounded_back_by_a_hundredth_below", -5050, -5000, -5050, 1,
-                              false},
-                    NumberRow{"one_back_by_more_than_a_hundredth", 5000, 5051, 5000, 1, true},
-                    NumberRow{"one_back_by_a_whole_step", 100, 105, 100, 5, true}),
-    RowName());
+ROWS(Rows, PRefusalNumberTest, NumberRow{"one_that_stays", 0, 777, 0, 1, true},
+     NumberRow{"one_that_stays_by_a_step", 0, 1, 0, 1, true},
+     NumberRow{"one_below_zero_that_stays", -50, -40, -50, 1, true},
+     NumberRow{"one_that_stays_nearly", 5000, 20'000, 5004, 1, true},
+     NumberRow{"one_that_was_taken", 0, 777, 777, 1, false},
+     NumberRow{"one_rounded_to_another_number", 5000, 20'000, 19'990, 1, false},
+     NumberRow{"one_cut_to_another_number", 5000, 20'000, 15'000, 1, false},
+     NumberRow{"one_rounded_back_within_a_step", 100, 103, 100, 5, false},
+     NumberRow{"one_rounded_back_by_a_hundredth", 5000, 5050, 5000, 1, false},
+     NumberRow{"one_rounded_back_by_a_hundredth_below", -5050, -5000, -5050, 1, false},
+     NumberRow{"one_back_by_more_than_a_hundredth", 5000, 5051, 5000, 1, true},
+     NumberRow{"one_back_by_a_whole_step", 100, 105, 100, 5, true});
 
 TEST(PRefusalTest, a_number_without_a_range_is_judged_by_the_hundredth) {
     EXPECT_TRUE(PRefusal::isOne(100, 102, 100, QVariant()));

@@ -102,14 +102,14 @@ TEST_F(PRegionEditorTest, takes_the_whole_sensor_by_the_button) {
 
 using PRegionEditorRefusal = RefusingBench<PRegionEditorTest>;
 
-TEST_P(PRegionEditorRefusal, shows_what_the_device_has) {
+ROW_TEST(PRegionEditorRefusal, shows_what_the_device_has) {
     enterInto("Width", 640);
     EXPECT_EQ(property->sets.size(), 1);
     EXPECT_EQ(property->valueInner(), QVariant(whole));
     EXPECT_EQ(shown(), whole);
 }
 
-TEST_P(PRegionEditorRefusal, is_reported_with_the_value_that_the_device_kept) {
+ROW_TEST(PRegionEditorRefusal, is_reported_with_the_value_that_the_device_kept) {
     const QSignalSpy refused(editor, &PPropertyEditor::refused);
     enterInto("Width", 640);
     turn();
@@ -117,7 +117,7 @@ TEST_P(PRegionEditorRefusal, is_reported_with_the_value_that_the_device_kept) {
     EXPECT_EQ(refused[0], QVariantList({u"ROI"_qs, u"0,0,1920,1080"_qs}));
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, PRegionEditorRefusal, everyAnswer(), RowName());
+ROWS_IN(Rows, PRegionEditorRefusal, everyAnswer);
 
 TEST_F(PRegionEditorTest, shows_a_region_off_the_steps_as_it_is) {
     open();

@@ -53,14 +53,14 @@ TEST_F(PSwitchEditorTest, follows_the_device_and_sends_nothing_back) {
 
 using PSwitchEditorRefusal = RefusingBench<PSwitchEditorTest>;
 
-TEST_P(PSwitchEditorRefusal, shows_what_the_device_has) {
+ROW_TEST(PSwitchEditorRefusal, shows_what_the_device_has) {
     box()->click();
     turn();
     EXPECT_EQ(property->sets, Sets({true}));
     EXPECT_FALSE(box()->isChecked());
 }
 
-TEST_P(PSwitchEditorRefusal, is_reported_with_the_value_that_the_device_kept) {
+ROW_TEST(PSwitchEditorRefusal, is_reported_with_the_value_that_the_device_kept) {
     const QSignalSpy refused(editor, &PPropertyEditor::refused);
     box()->click();
     turn();
@@ -68,7 +68,7 @@ TEST_P(PSwitchEditorRefusal, is_reported_with_the_value_that_the_device_kept) {
     EXPECT_EQ(refused[0], QVariantList({u"Negative"_qs, u"off"_qs}));
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, PSwitchEditorRefusal, everyAnswer(), RowName());
+ROWS_IN(Rows, PSwitchEditorRefusal, everyAnswer);
 
 TEST_F(PSwitchEditorTest, is_switched_by_a_touch_of_its_title) {
     open();

@@ -4,7 +4,7 @@
 #include <PCore/state/PBinaryWriter.h>
 
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <QIODevice>
 #include <QRandomGenerator>
@@ -45,11 +45,7 @@ struct HostileRecords {
     const char* reason; // a part of the message, the byte first
 };
 
-class PBinaryReaderRefuses : public testing::TestWithParam<HostileRecords> {};
-
-void PrintTo(const HostileRecords& row, std::ostream* out) {
-    *out << row.name;
-}
+class PBinaryReaderRefuses : public RowTest<HostileRecords> {};
 
 QByteArray nestedRecords(int depth) {
     return ('\1' + text("a")).repeated(depth) + QByteArray(depth + 1, '\0');
@@ -80,7 +76,7 @@ const HostileRecords hostileRecords[] = {
 
 } // namespace
 
-TEST_P(PBinaryReaderRefuses, with_the_byte_and_the_reason) {
+ROW_TEST(PBinaryReaderRefuses, with_the_byte_and_the_reason) {
     PBinaryReader reader;
     const PStatus status = reader.setDocument(makeDocument(GetParam().records));
     EXPECT_FALSE(status.isOk());
@@ -90,8 +86,7 @@ TEST_P(PBinaryReaderRefuses, with_the_byte_and_the_reason) {
     EXPECT_EQ(reader.valueNames() + reader.objectNames(), QStringList());
 }
 
-INSTANTIATE_TEST_SUITE_P(Records, PBinaryReaderRefuses, testing::ValuesIn(hostileRecords),
-                         RowName());
+ROWS_IN(Records, PBinaryReaderRefuses, hostileRecords);
 
 TEST(PBinaryReader, takes_the_records_that_the_rows_above_are_made_of) {
     PBinaryReader reader;

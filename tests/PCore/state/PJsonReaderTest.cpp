@@ -2,7 +2,7 @@
 #include <PCore/state/PJsonReader.h>
 
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <gtest/gtest.h>
 
@@ -14,11 +14,7 @@ struct HostileDocument {
     const char* reason; // a part of the message, the line first
 };
 
-class PJsonReaderRefuses : public testing::TestWithParam<HostileDocument> {};
-
-void PrintTo(const HostileDocument& row, std::ostream* out) {
-    *out << row.name;
-}
+class PJsonReaderRefuses : public RowTest<HostileDocument> {};
 
 QByteArray nestedObjects(int depth) {
     return QByteArray("{\"a\": ").repeated(depth) + '1' + QByteArray(depth, '}');
@@ -77,7 +73,7 @@ const HostileDocument hostileDocuments[] = {
 
 } // namespace
 
-TEST_P(PJsonReaderRefuses, with_the_line_and_the_reason) {
+ROW_TEST(PJsonReaderRefuses, with_the_line_and_the_reason) {
     PJsonReader reader;
     const PStatus status = reader.setDocument(GetParam().json);
     EXPECT_FALSE(status.isOk());
@@ -87,8 +83,7 @@ TEST_P(PJsonReaderRefuses, with_the_line_and_the_reason) {
     EXPECT_EQ(reader.valueNames() + reader.objectNames(), QStringList());
 }
 
-INSTANTIATE_TEST_SUITE_P(Documents, PJsonReaderRefuses, testing::ValuesIn(hostileDocuments),
-                         RowName());
+ROWS_IN(Documents, PJsonReaderRefuses, hostileDocuments);
 
 TEST(PJsonReader, refuses_a_document_over_64_mebibytes) {
     PJsonReader reader;
