@@ -177,23 +177,19 @@ struct IdRow {
     const char* call;
 };
 
-class PTDeviceModeId : public PTDeviceModes, public testing::WithParamInterface<IdRow> {};
+class PTDeviceModeId : public PTDeviceModes, public WithRow<IdRow> {};
 
-TEST_P(PTDeviceModeId, selects) {
+ROW_TEST(PTDeviceModeId, selects) {
     device->trySetMode(modeWithId(GetParam().id));
     EXPECT_THAT(SimJournal::calls("Toupcam_put_eSize"), ElementsAre(GetParam().call));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, PTDeviceModeId,
-    testing::Values(IdRow{"an_empty_id_index_0", "", "Toupcam_put_eSize(h1, 0) = 0"},
-                    IdRow{"text_that_is_not_a_number_index_0", "big",
-                          "Toupcam_put_eSize(h1, 0) = 0"},
-                    IdRow{"a_number_that_index", "2", "Toupcam_put_eSize(h1, 2) = 0"},
-                    IdRow{"a_number_with_a_zero_before_it_a_decimal_index", "010",
-                          "Toupcam_put_eSize(h1, 10) = -2147024809"},
-                    IdRow{"a_hexadecimal_number_index_0", "0x2", "Toupcam_put_eSize(h1, 0) = 0"}),
-    RowName());
+ROWS(Rows, PTDeviceModeId, IdRow{"an_empty_id_index_0", "", "Toupcam_put_eSize(h1, 0) = 0"},
+     IdRow{"text_that_is_not_a_number_index_0", "big", "Toupcam_put_eSize(h1, 0) = 0"},
+     IdRow{"a_number_that_index", "2", "Toupcam_put_eSize(h1, 2) = 0"},
+     IdRow{"a_number_with_a_zero_before_it_a_decimal_index", "010",
+           "Toupcam_put_eSize(h1, 10) = -2147024809"},
+     IdRow{"a_hexadecimal_number_index_0", "0x2", "Toupcam_put_eSize(h1, 0) = 0"});
 
 TEST_F(PTDeviceModes, of_two_modes_with_the_same_size_the_id_decides) {
     PDeviceMode a{4000, 3000, u"4000x3000"_qs, "1", 24};

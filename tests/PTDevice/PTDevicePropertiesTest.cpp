@@ -114,8 +114,7 @@ struct AccessoryRow {
     QStringList accessories; ///< between "roi" and "backlight"
 };
 
-class PTDeviceAccessories : public PTDeviceProperties,
-                            public testing::WithParamInterface<AccessoryRow> {};
+class PTDeviceAccessories : public PTDeviceProperties, public WithRow<AccessoryRow> {};
 
 QStringList words(const char* text) {
     return QString::fromLatin1(text).split(u' ', Qt::SkipEmptyParts);
@@ -123,7 +122,7 @@ QStringList words(const char* text) {
 
 } // namespace
 
-TEST_P(PTDeviceAccessories, are_offered_by_the_model_flags_after_the_region) {
+ROW_TEST(PTDeviceAccessories, are_offered_by_the_model_flags_after_the_region) {
     load(plainCamera().withFlags(GetParam().flags));
     QStringList expected;
     for (const CatalogueRow& row : catalogue()) {
@@ -141,15 +140,12 @@ TEST_P(PTDeviceAccessories, are_offered_by_the_model_flags_after_the_region) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, PTDeviceAccessories,
-    testing::Values(AccessoryRow{"neither", R"(["USB30"])", {}},
-                    AccessoryRow{"cooler", R"(["TEC_ONOFF"])", words("teccontrol")},
-                    AccessoryRow{"fan", R"(["FAN"])", words("fan")},
-                    AccessoryRow{"both", R"(["TEC_ONOFF", "FAN"])", words("teccontrol fan")},
-                    AccessoryRow{"cooler_by_bit_7", R"("0x80")", words("teccontrol")},
-                    AccessoryRow{"fan_by_bit_16", R"("0x10000")", words("fan")}),
-    RowName());
+ROWS(Rows, PTDeviceAccessories, AccessoryRow{"neither", R"(["USB30"])", {}},
+     AccessoryRow{"cooler", R"(["TEC_ONOFF"])", words("teccontrol")},
+     AccessoryRow{"fan", R"(["FAN"])", words("fan")},
+     AccessoryRow{"both", R"(["TEC_ONOFF", "FAN"])", words("teccontrol fan")},
+     AccessoryRow{"cooler_by_bit_7", R"("0x80")", words("teccontrol")},
+     AccessoryRow{"fan_by_bit_16", R"("0x10000")", words("fan")});
 
 TEST_F(PTDeviceProperties, each_has_its_title_type_range_default_and_flag) {
     load(plainCamera());
@@ -227,10 +223,9 @@ struct NoSpeedRow {
     HRESULT result;
 };
 
-class PTDeviceNoSpeed : public PTDeviceProperties,
-                        public testing::WithParamInterface<NoSpeedRow> {};
+class PTDeviceNoSpeed : public PTDeviceProperties, public WithRow<NoSpeedRow> {};
 
-TEST_P(PTDeviceNoSpeed, offers_no_levels) {
+ROW_TEST(PTDeviceNoSpeed, offers_no_levels) {
     loadScene({plainCamera()});
     device = open();
     ToupcamSim_failCall("Toupcam_get_MaxSpeed", 0, 0, GetParam().result);
@@ -239,11 +234,8 @@ TEST_P(PTDeviceNoSpeed, offers_no_levels) {
     EXPECT_EQ(property("speed")->defaultValue(), QVariant(0));
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, PTDeviceNoSpeed,
-                         testing::Values(NoSpeedRow{"a_highest_speed_that_cannot_be_read", E_FAIL},
-                                         NoSpeedRow{"a_camera_that_is_gone", E_GEN_FAILURE},
-                                         NoSpeedRow{"a_highest_speed_of_0", 0}),
-                         RowName());
+ROWS(Rows, PTDeviceNoSpeed, NoSpeedRow{"a_highest_speed_that_cannot_be_read", E_FAIL},
+     NoSpeedRow{"a_camera_that_is_gone", E_GEN_FAILURE}, NoSpeedRow{"a_highest_speed_of_0", 0});
 
 TEST_F(PTDeviceProperties, ranges_that_cannot_be_read_do_not_stop_the_catalogue) {
     loadScene({plainCamera()});

@@ -13,7 +13,7 @@
 #include <PCore/state/PJsonWriter.h>
 
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 namespace {
 
@@ -72,25 +72,22 @@ struct BytesRow {
     QByteArray hex;
 };
 
-class PTDeviceBytesBeyondRange : public testing::TestWithParam<BytesRow> {};
+class PTDeviceBytesBeyondRange : public RowTest<BytesRow> {};
 
-TEST_P(PTDeviceBytesBeyondRange, are_refused_as_in_text) {
+ROW_TEST(PTDeviceBytesBeyondRange, are_refused_as_in_text) {
     const QByteArray bytes = QByteArray::fromHex(GetParam().hex);
     EXPECT_FALSE(PPropertyEncoding::fromForm(bytes, GetParam().current, {}).isValid());
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, PTDeviceBytesBeyondRange,
-    testing::Values(
-        BytesRow{"seconds_by_the_million", QVariant::fromValue(ExtendedExposureData()),
-                 "0064783f9b9b9b0000050000000000000001000005000000000000000000000001"},
-        BytesRow{"an_exposure_that_is_not_a_number", QVariant::fromValue(ExtendedExposureData()),
-                 "006400787ff8000000000000010000000000000005000000000000000000000001"},
-        BytesRow{"no_frame_of_a_sequence", QVariant::fromValue(ExtendedExposureData()),
-                 "006400783ff0000000000000010000000000000005000000000000000000000000"},
-        BytesRow{"a_fan_that_is_on_90_times", QVariant::fromValue(FANDATA()), "0000005a00000001"},
-        BytesRow{"a_cooler_that_is_less_than_off", QVariant::fromValue(TECDATA()), "ffffffffff6a"}),
-    RowName());
+ROWS(Rows, PTDeviceBytesBeyondRange,
+     BytesRow{"seconds_by_the_million", QVariant::fromValue(ExtendedExposureData()),
+              "0064783f9b9b9b0000050000000000000001000005000000000000000000000001"},
+     BytesRow{"an_exposure_that_is_not_a_number", QVariant::fromValue(ExtendedExposureData()),
+              "006400787ff8000000000000010000000000000005000000000000000000000001"},
+     BytesRow{"no_frame_of_a_sequence", QVariant::fromValue(ExtendedExposureData()),
+              "006400783ff0000000000000010000000000000005000000000000000000000000"},
+     BytesRow{"a_fan_that_is_on_90_times", QVariant::fromValue(FANDATA()), "0000005a00000001"},
+     BytesRow{"a_cooler_that_is_less_than_off", QVariant::fromValue(TECDATA()), "ffffffffff6a"});
 
 TEST(PTDeviceBytes, within_the_ranges_are_read) {
     const QVariant current = QVariant::fromValue(ExtendedExposureData());

@@ -60,22 +60,20 @@ struct SerialRow {
     QByteArray expected;
 };
 
-class PTDeviceSerial : public PTDeviceSession, public testing::WithParamInterface<SerialRow> {};
+class PTDeviceSerial : public PTDeviceSession, public WithRow<SerialRow> {};
 
-TEST_P(PTDeviceSerial, is_ten_bytes) {
+ROW_TEST(PTDeviceSerial, is_ten_bytes) {
     loadScene({SimCameraText().withSerial(GetParam().serial)});
     const auto device = open();
     EXPECT_EQ(device->getSerial(), GetParam().expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, PTDeviceSerial,
-    testing::Values(SerialRow{"fourteen_characters_are_cut_to_ten", "ABCDEFGHIJKLMN", "ABCDEFGHIJ"},
-                    SerialRow{"ten_characters_stay", "0123456789", "0123456789"},
-                    SerialRow{"four_characters_are_followed_by_six_zero_bytes", "WXYZ",
-                              QByteArray("WXYZ\0\0\0\0\0\0", 10)},
-                    SerialRow{"an_empty_serial_is_ten_zero_bytes", "", QByteArray(10, '\0')}),
-    RowName());
+ROWS(Rows, PTDeviceSerial,
+     SerialRow{"fourteen_characters_are_cut_to_ten", "ABCDEFGHIJKLMN", "ABCDEFGHIJ"},
+     SerialRow{"ten_characters_stay", "0123456789", "0123456789"},
+     SerialRow{"four_characters_are_followed_by_six_zero_bytes", "WXYZ",
+               QByteArray("WXYZ\0\0\0\0\0\0", 10)},
+     SerialRow{"an_empty_serial_is_ten_zero_bytes", "", QByteArray(10, '\0')});
 
 TEST_F(PTDeviceSession, a_failed_serial_query_leaves_the_serial_empty_without_a_message) {
     loadScene({SimCameraText{}});
@@ -154,10 +152,9 @@ struct FailedSetting {
     int line;
 };
 
-class PTDeviceFixedSetting : public PTDeviceSession,
-                             public testing::WithParamInterface<FailedSetting> {};
+class PTDeviceFixedSetting : public PTDeviceSession, public WithRow<FailedSetting> {};
 
-TEST_P(PTDeviceFixedSetting, that_fails_is_logged_and_not_fatal) {
+ROW_TEST(PTDeviceFixedSetting, that_fails_is_logged_and_not_fatal) {
     const FailedSetting& row = GetParam();
     loadScene({SimCameraText().withFlags(bandwidthFlags)});
     if (row.option >= 0)
@@ -176,33 +173,30 @@ TEST_P(PTDeviceFixedSetting, that_fails_is_logged_and_not_fatal) {
     EXPECT_THAT(SimJournal::calls("Toupcam_get_MaxSpeed"), testing::SizeIs(1));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, PTDeviceFixedSetting,
-    testing::Values(
-        FailedSetting{"frame_rate", "Toupcam_put_Option", 17,
-                      "Toupcam_put_Option(m_handle, TOUPCAM_OPTION_FRAMERATE, 0)", 141},
-        FailedSetting{"multithread", "Toupcam_put_Option", 22,
-                      "Toupcam_put_Option(m_handle, TOUPCAM_OPTION_MULTITHREAD, 1)", 142},
-        FailedSetting{"bandwidth", "Toupcam_put_Option", 46,
-                      "Toupcam_put_Option(m_handle, TOUPCAM_OPTION_BANDWIDTH, 95)", 148},
-        FailedSetting{"real_time", "Toupcam_put_RealTime", -1, "Toupcam_put_RealTime(m_handle, 1)",
-                      157},
-        FailedSetting{"process_mode", "Toupcam_put_Option", 3,
-                      "Toupcam_put_Option(m_handle, TOUPCAM_OPTION_PROCESSMODE, 0)", 163},
-        FailedSetting{"byte_order", "Toupcam_put_Option", 42,
-                      "Toupcam_put_Option(m_handle, TOUPCAM_OPTION_BYTEORDER, 1)", 164},
-        FailedSetting{"speed", "Toupcam_put_Speed", -1,
-                      "Toupcam_put_Speed(m_handle, static_cast<unsigned short>(maxSpeed))", 177}),
-    RowName());
+ROWS(Rows, PTDeviceFixedSetting,
+     FailedSetting{"frame_rate", "Toupcam_put_Option", 17,
+                   "Toupcam_put_Option(m_handle, TOUPCAM_OPTION_FRAMERATE, 0)", 141},
+     FailedSetting{"multithread", "Toupcam_put_Option", 22,
+                   "Toupcam_put_Option(m_handle, TOUPCAM_OPTION_MULTITHREAD, 1)", 142},
+     FailedSetting{"bandwidth", "Toupcam_put_Option", 46,
+                   "Toupcam_put_Option(m_handle, TOUPCAM_OPTION_BANDWIDTH, 95)", 148},
+     FailedSetting{"real_time", "Toupcam_put_RealTime", -1, "Toupcam_put_RealTime(m_handle, 1)",
+                   157},
+     FailedSetting{"process_mode", "Toupcam_put_Option", 3,
+                   "Toupcam_put_Option(m_handle, TOUPCAM_OPTION_PROCESSMODE, 0)", 163},
+     FailedSetting{"byte_order", "Toupcam_put_Option", 42,
+                   "Toupcam_put_Option(m_handle, TOUPCAM_OPTION_BYTEORDER, 1)", 164},
+     FailedSetting{"speed", "Toupcam_put_Speed", -1,
+                   "Toupcam_put_Speed(m_handle, static_cast<unsigned short>(maxSpeed))", 177});
 
 struct MaxSpeedRow {
     const char* name;
     HRESULT result;
 };
 
-class PTDeviceMaxSpeed : public PTDeviceSession, public testing::WithParamInterface<MaxSpeedRow> {};
+class PTDeviceMaxSpeed : public PTDeviceSession, public WithRow<MaxSpeedRow> {};
 
-TEST_P(PTDeviceMaxSpeed, sets_no_speed_and_logs_nothing) {
+ROW_TEST(PTDeviceMaxSpeed, sets_no_speed_and_logs_nothing) {
     loadScene({SimCameraText{}});
     ToupcamSim_failCall("Toupcam_get_MaxSpeed", 0, 1, GetParam().result);
     const auto device = open();
@@ -210,10 +204,7 @@ TEST_P(PTDeviceMaxSpeed, sets_no_speed_and_logs_nothing) {
     EXPECT_THAT(ptTexts(log), IsEmpty());
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, PTDeviceMaxSpeed,
-                         testing::Values(MaxSpeedRow{"of_zero", 0},
-                                         MaxSpeedRow{"that_fails", E_FAIL}),
-                         RowName());
+ROWS(Rows, PTDeviceMaxSpeed, MaxSpeedRow{"of_zero", 0}, MaxSpeedRow{"that_fails", E_FAIL});
 
 TEST_F(PTDeviceSession, a_camera_that_does_not_open_gives_no_device_and_the_discard_message) {
     loadScene({SimCameraText().withFlags(bandwidthFlags)});

@@ -194,10 +194,9 @@ struct BadHeaderRow {
     PFrameOutcome outcome;
 };
 
-class PTDeviceBadHeader : public PTDeviceStream,
-                          public testing::WithParamInterface<BadHeaderRow> {};
+class PTDeviceBadHeader : public PTDeviceStream, public WithRow<BadHeaderRow> {};
 
-TEST_P(PTDeviceBadHeader, is_dropped_without_a_line_and_counted) {
+ROW_TEST(PTDeviceBadHeader, is_dropped_without_a_line_and_counted) {
     const BadHeaderRow& row = GetParam();
     ImageList list(device.get());
     BITMAPINFOHEADER header = makeHeader(1, 1, row.bits);
@@ -212,26 +211,19 @@ TEST_P(PTDeviceBadHeader, is_dropped_without_a_line_and_counted) {
     EXPECT_THAT(ptTexts(log), IsEmpty());
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, PTDeviceBadHeader,
-    testing::Values(
-        BadHeaderRow{"of_32_bits", 4, 2, 32, 32, PFrameOutcome::BadDepth},
-        BadHeaderRow{"of_16_bits", 4, 2, 16, 16, PFrameOutcome::BadDepth},
-        BadHeaderRow{"of_0_bits", 4, 2, 0, 0, PFrameOutcome::BadDepth},
-        BadHeaderRow{"with_a_size_one_byte_too_large", 4, 2, 24, 25, PFrameOutcome::BadSize},
-        BadHeaderRow{"with_a_size_one_byte_too_small", 4, 2, 24, 23, PFrameOutcome::BadSize},
-        BadHeaderRow{"with_a_size_that_forgets_the_row_padding", 3, 2, 8, 6,
-                     PFrameOutcome::BadSize},
-        BadHeaderRow{"with_a_negative_height", 4, -2, 24, 24, PFrameOutcome::BadSize},
-        BadHeaderRow{"with_a_negative_width", -4, 2, 24, 24, PFrameOutcome::BadSize},
-        BadHeaderRow{"with_both_negative", -4, -2, 24, 24, PFrameOutcome::BadSize},
-        BadHeaderRow{"with_no_width_and_no_size", 0, 2, 24, 0, PFrameOutcome::BadSize},
-        BadHeaderRow{"with_no_height_and_no_size", 4, 0, 24, 0, PFrameOutcome::BadSize},
-        BadHeaderRow{"as_large_as_numbers_go", INT_MAX, INT_MAX, 24, UINT_MAX,
-                     PFrameOutcome::BadSize},
-        BadHeaderRow{"whose_size_wraps_to_the_one_given", 1 << 30, 4, 24, 0,
-                     PFrameOutcome::BadSize}),
-    RowName());
+ROWS(Rows, PTDeviceBadHeader, BadHeaderRow{"of_32_bits", 4, 2, 32, 32, PFrameOutcome::BadDepth},
+     BadHeaderRow{"of_16_bits", 4, 2, 16, 16, PFrameOutcome::BadDepth},
+     BadHeaderRow{"of_0_bits", 4, 2, 0, 0, PFrameOutcome::BadDepth},
+     BadHeaderRow{"with_a_size_one_byte_too_large", 4, 2, 24, 25, PFrameOutcome::BadSize},
+     BadHeaderRow{"with_a_size_one_byte_too_small", 4, 2, 24, 23, PFrameOutcome::BadSize},
+     BadHeaderRow{"with_a_size_that_forgets_the_row_padding", 3, 2, 8, 6, PFrameOutcome::BadSize},
+     BadHeaderRow{"with_a_negative_height", 4, -2, 24, 24, PFrameOutcome::BadSize},
+     BadHeaderRow{"with_a_negative_width", -4, 2, 24, 24, PFrameOutcome::BadSize},
+     BadHeaderRow{"with_both_negative", -4, -2, 24, 24, PFrameOutcome::BadSize},
+     BadHeaderRow{"with_no_width_and_no_size", 0, 2, 24, 0, PFrameOutcome::BadSize},
+     BadHeaderRow{"with_no_height_and_no_size", 4, 0, 24, 0, PFrameOutcome::BadSize},
+     BadHeaderRow{"as_large_as_numbers_go", INT_MAX, INT_MAX, 24, UINT_MAX, PFrameOutcome::BadSize},
+     BadHeaderRow{"whose_size_wraps_to_the_one_given", 1 << 30, 4, 24, 0, PFrameOutcome::BadSize});
 
 TEST_F(PTDeviceStream, no_memory_is_taken_for_a_header_whose_size_does_not_add_up) {
     const auto before = PBufferPool::instance().statistics();

@@ -153,11 +153,11 @@ struct FailedCallRow {
 };
 
 class PTExtendedExposureFailedCall : public PTExtendedExposureTest,
-                                     public testing::WithParamInterface<FailedCallRow> {};
+                                     public WithRow<FailedCallRow> {};
 
 } // namespace
 
-TEST_P(PTExtendedExposureFailedCall, is_logged_and_the_others_are_still_made) {
+ROW_TEST(PTExtendedExposureFailedCall, is_logged_and_the_others_are_still_made) {
     ExtendedExposureData d;
     d.capturemode = GetParam().capturemode;
     d.triggermode = GetParam().triggermode;
@@ -172,27 +172,23 @@ TEST_P(PTExtendedExposureFailedCall, is_logged_and_the_others_are_still_made) {
     EXPECT_EQ(property()->value(), d);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, PTExtendedExposureFailedCall,
-    testing::Values(FailedCallRow{"video_mode", "Toupcam_put_Option", 0, 0,
-                                  "Toupcam_put_Option(m_h, TOUPCAM_OPTION_TRIGGER, 0)"},
-                    FailedCallRow{"auto_exposure", "Toupcam_put_AutoExpoEnable", 0, 0,
-                                  "Toupcam_put_AutoExpoEnable(m_h, d.autoexpenabled)"},
-                    FailedCallRow{"target", "Toupcam_put_AutoExpoTarget", 0, 0,
-                                  "Toupcam_put_AutoExpoTarget(m_h, d.target)"},
-                    FailedCallRow{"time", "Toupcam_put_ExpoTime", 0, 0,
-                                  "Toupcam_put_ExpoTime(m_h, d.exp * 1e+3)"},
-                    FailedCallRow{"gain", "Toupcam_put_ExpoAGain", 0, 0,
-                                  "Toupcam_put_ExpoAGain(m_h, d.gain)"},
-                    FailedCallRow{"no_auto_exposure", "Toupcam_put_AutoExpoEnable", 1, 0,
-                                  "Toupcam_put_AutoExpoEnable(m_h, 0)"},
-                    FailedCallRow{"triggered_time", "Toupcam_put_ExpoTime", 1, 0,
-                                  "Toupcam_put_ExpoTime(m_h, expotime)"},
-                    FailedCallRow{"software_trigger", "Toupcam_put_Option", 1, 0,
-                                  "Toupcam_put_Option(m_h, TOUPCAM_OPTION_TRIGGER, 1)"},
-                    FailedCallRow{"external_trigger", "Toupcam_put_Option", 1, 1,
-                                  "Toupcam_put_Option(m_h, TOUPCAM_OPTION_TRIGGER, 2)"}),
-    RowName());
+ROWS(Rows, PTExtendedExposureFailedCall,
+     FailedCallRow{"video_mode", "Toupcam_put_Option", 0, 0,
+                   "Toupcam_put_Option(m_h, TOUPCAM_OPTION_TRIGGER, 0)"},
+     FailedCallRow{"auto_exposure", "Toupcam_put_AutoExpoEnable", 0, 0,
+                   "Toupcam_put_AutoExpoEnable(m_h, d.autoexpenabled)"},
+     FailedCallRow{"target", "Toupcam_put_AutoExpoTarget", 0, 0,
+                   "Toupcam_put_AutoExpoTarget(m_h, d.target)"},
+     FailedCallRow{"time", "Toupcam_put_ExpoTime", 0, 0, "Toupcam_put_ExpoTime(m_h, d.exp * 1e+3)"},
+     FailedCallRow{"gain", "Toupcam_put_ExpoAGain", 0, 0, "Toupcam_put_ExpoAGain(m_h, d.gain)"},
+     FailedCallRow{"no_auto_exposure", "Toupcam_put_AutoExpoEnable", 1, 0,
+                   "Toupcam_put_AutoExpoEnable(m_h, 0)"},
+     FailedCallRow{"triggered_time", "Toupcam_put_ExpoTime", 1, 0,
+                   "Toupcam_put_ExpoTime(m_h, expotime)"},
+     FailedCallRow{"software_trigger", "Toupcam_put_Option", 1, 0,
+                   "Toupcam_put_Option(m_h, TOUPCAM_OPTION_TRIGGER, 1)"},
+     FailedCallRow{"external_trigger", "Toupcam_put_Option", 1, 1,
+                   "Toupcam_put_Option(m_h, TOUPCAM_OPTION_TRIGGER, 2)"});
 
 // ---- Reading.
 

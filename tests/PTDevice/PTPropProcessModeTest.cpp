@@ -85,10 +85,9 @@ struct OptionRow {
     unsigned option;
 };
 
-class PTPropProcessModeOption : public PTPropProcessModes,
-                                public testing::WithParamInterface<OptionRow> {};
+class PTPropProcessModeOption : public PTPropProcessModes, public WithRow<OptionRow> {};
 
-TEST_P(PTPropProcessModeOption, is_written_and_read) {
+ROW_TEST(PTPropProcessModeOption, is_written_and_read) {
     property(GetParam().id)->trySetValue(QVariant::fromValue(idWithLastByte(1)));
     property(GetParam().id)->tryGetValue();
     const std::string start = "Toupcam_put_Option(h1, " + std::to_string(GetParam().option) + ", ";
@@ -97,12 +96,9 @@ TEST_P(PTPropProcessModeOption, is_written_and_read) {
                 ElementsAre(testing::StartsWith(start), testing::StartsWith(read)));
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, PTPropProcessModeOption,
-                         testing::Values(OptionRow{"of_the_colour_matrix", "colormatrix", 13},
-                                         OptionRow{"of_the_white_balance_gain", "wbgain", 14},
-                                         OptionRow{"of_the_binning", "binning", 23},
-                                         OptionRow{"of_the_rotation", "rotate", 24}),
-                         RowName());
+ROWS(Rows, PTPropProcessModeOption, OptionRow{"of_the_colour_matrix", "colormatrix", 13},
+     OptionRow{"of_the_white_balance_gain", "wbgain", 14},
+     OptionRow{"of_the_binning", "binning", 23}, OptionRow{"of_the_rotation", "rotate", 24});
 
 TEST_F(PTPropProcessModes, binning_to_the_fifth_item_sends_130) {
     property("binning")->trySetValue(QVariant::fromValue(idWithLastByte(4)));

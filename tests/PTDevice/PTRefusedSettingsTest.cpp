@@ -23,7 +23,7 @@ struct SettingRow {
     QVariant value;
 };
 
-class RefusedSetting : public SimFixture, public testing::WithParamInterface<SettingRow> {
+class RefusedSetting : public SimFixture, public WithRow<SettingRow> {
 protected:
     RefusedSetting() {
         loadScene({SimCameraText()});
@@ -38,7 +38,7 @@ protected:
 
 } // namespace
 
-TEST_P(RefusedSetting, leaves_the_host_with_what_the_camera_has) {
+ROW_TEST(RefusedSetting, leaves_the_host_with_what_the_camera_has) {
     ASSERT_NE(property, nullptr);
     const QVariant before = property->valueInner();
     ASSERT_NE(before, GetParam().value);
@@ -50,24 +50,20 @@ TEST_P(RefusedSetting, leaves_the_host_with_what_the_camera_has) {
     EXPECT_EQ(changes.first().first().value<QVariant>(), before);
 }
 
-TEST_P(RefusedSetting, is_the_hosts_once_the_camera_takes_it) {
+ROW_TEST(RefusedSetting, is_the_hosts_once_the_camera_takes_it) {
     ASSERT_NE(property, nullptr);
     property->setValue(GetParam().value);
     EXPECT_EQ(property->valueInner(), GetParam().value);
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, RefusedSetting,
-                         testing::Values(SettingRow{"autoexponeable", "Toupcam_put_AutoExpoEnable",
-                                                    false},
-                                         SettingRow{"negative", "Toupcam_put_Negative", true},
-                                         SettingRow{"chrome", "Toupcam_put_Chrome", true},
-                                         SettingRow{"vflip", "Toupcam_put_VFlip", true},
-                                         SettingRow{"hflip", "Toupcam_put_HFlip", true},
-                                         SettingRow{"tint", "Toupcam_put_TempTint", 777},
-                                         SettingRow{"temp", "Toupcam_put_TempTint", 6000},
-                                         SettingRow{"colormatrix", "Toupcam_put_Option", item(0)},
-                                         SettingRow{"wbgain", "Toupcam_put_Option", item(0)},
-                                         SettingRow{"binning", "Toupcam_put_Option", item(1)},
-                                         SettingRow{"rotate", "Toupcam_put_Option", item(1)},
-                                         SettingRow{"roi", "Toupcam_put_Roi", QRect(8, 8, 16, 16)}),
-                         RowName());
+ROWS(Rows, RefusedSetting, SettingRow{"autoexponeable", "Toupcam_put_AutoExpoEnable", false},
+     SettingRow{"negative", "Toupcam_put_Negative", true},
+     SettingRow{"chrome", "Toupcam_put_Chrome", true},
+     SettingRow{"vflip", "Toupcam_put_VFlip", true}, SettingRow{"hflip", "Toupcam_put_HFlip", true},
+     SettingRow{"tint", "Toupcam_put_TempTint", 777},
+     SettingRow{"temp", "Toupcam_put_TempTint", 6000},
+     SettingRow{"colormatrix", "Toupcam_put_Option", item(0)},
+     SettingRow{"wbgain", "Toupcam_put_Option", item(0)},
+     SettingRow{"binning", "Toupcam_put_Option", item(1)},
+     SettingRow{"rotate", "Toupcam_put_Option", item(1)},
+     SettingRow{"roi", "Toupcam_put_Roi", QRect(8, 8, 16, 16)});

@@ -165,21 +165,17 @@ struct CodeRow {
     unsigned code;
 };
 
-class PTStreamThreadCode : public PTStreamThreadTest,
-                           public testing::WithParamInterface<CodeRow> {};
+class PTStreamThreadCode : public PTStreamThreadTest, public WithRow<CodeRow> {};
 
-TEST_P(PTStreamThreadCode, is_consumed_and_ignored) {
+ROW_TEST(PTStreamThreadCode, is_consumed_and_ignored) {
     device->postprocEvt(GetParam().code);
     consumeEvents();
     EXPECT_THAT(SimJournal::lines(), IsEmpty());
     EXPECT_EQ(device->frameLedger().produced, 0u);
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, PTStreamThreadCode,
-                         testing::Values(CodeRow{"code_0", 0}, CodeRow{"code_6", 6},
-                                         CodeRow{"code_128", 128},
-                                         CodeRow{"the_largest_code", 0xffffffffu}),
-                         RowName());
+ROWS(Rows, PTStreamThreadCode, CodeRow{"code_0", 0}, CodeRow{"code_6", 6}, CodeRow{"code_128", 128},
+     CodeRow{"the_largest_code", 0xffffffffu});
 
 TEST_F(PTStreamThreadTest, a_live_event_without_a_frame_is_logged_with_the_result) {
     device->postprocEvt(TOUPCAM_EVENT_IMAGE);
@@ -313,10 +309,9 @@ struct OtherSizeRow {
     unsigned height;
 };
 
-class PTStreamThreadOtherSize : public PTStreamThreadTest,
-                                public testing::WithParamInterface<OtherSizeRow> {};
+class PTStreamThreadOtherSize : public PTStreamThreadTest, public WithRow<OtherSizeRow> {};
 
-TEST_P(PTStreamThreadOtherSize, in_the_second_pull_drops_the_frame_with_a_line) {
+ROW_TEST(PTStreamThreadOtherSize, in_the_second_pull_drops_the_frame_with_a_line) {
     startTriggered();
     ToupcamSim_reportSize("Toupcam_PullImageV2", GetParam().width, GetParam().height);
     QSignalSpy frames(device.get(), &PDevice::imageChanged);
@@ -331,12 +326,9 @@ TEST_P(PTStreamThreadOtherSize, in_the_second_pull_drops_the_frame_with_a_line) 
     EXPECT_TRUE(debugTexts(log).first().startsWith(u"pull image: PImage(64x48"_qs));
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, PTStreamThreadOtherSize,
-                         testing::Values(OtherSizeRow{"another_width", 32, 48},
-                                         OtherSizeRow{"another_height", 64, 24},
-                                         OtherSizeRow{"a_width_of_1", 1, 48},
-                                         OtherSizeRow{"a_height_of_1", 64, 1}),
-                         RowName());
+ROWS(Rows, PTStreamThreadOtherSize, OtherSizeRow{"another_width", 32, 48},
+     OtherSizeRow{"another_height", 64, 24}, OtherSizeRow{"a_width_of_1", 1, 48},
+     OtherSizeRow{"a_height_of_1", 64, 1});
 
 TEST_F(PTStreamThreadTest, a_still_whose_second_pull_reports_another_size_is_dropped_and_logged) {
     startTriggered();
@@ -357,10 +349,9 @@ struct NoSizeRow {
     unsigned event;
 };
 
-class PTStreamThreadNoSize : public PTStreamThreadTest,
-                             public testing::WithParamInterface<NoSizeRow> {};
+class PTStreamThreadNoSize : public PTStreamThreadTest, public WithRow<NoSizeRow> {};
 
-TEST_P(PTStreamThreadNoSize, is_dropped_as_of_a_bad_size_and_logged) {
+ROW_TEST(PTStreamThreadNoSize, is_dropped_as_of_a_bad_size_and_logged) {
     ToupcamSim_failCall(GetParam().function, 0, 1, S_OK); // a success that reports 0 x 0
     device->postprocEvt(GetParam().event);
     consumeEvents();
@@ -371,12 +362,9 @@ TEST_P(PTStreamThreadNoSize, is_dropped_as_of_a_bad_size_and_logged) {
     EXPECT_EQ(SimJournal::calls(GetParam().function).size(), 1u) << "no pixels are requested";
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, PTStreamThreadNoSize,
-                         testing::Values(NoSizeRow{"a_live_frame_of_0_by_0", "Toupcam_PullImageV2",
-                                                   TOUPCAM_EVENT_IMAGE},
-                                         NoSizeRow{"a_still_of_0_by_0", "Toupcam_PullStillImageV2",
-                                                   TOUPCAM_EVENT_STILLIMAGE}),
-                         RowName());
+ROWS(Rows, PTStreamThreadNoSize,
+     NoSizeRow{"a_live_frame_of_0_by_0", "Toupcam_PullImageV2", TOUPCAM_EVENT_IMAGE},
+     NoSizeRow{"a_still_of_0_by_0", "Toupcam_PullStillImageV2", TOUPCAM_EVENT_STILLIMAGE});
 
 TEST_F(PTStreamThreadTest, a_frame_without_memory_is_booked_as_out_of_memory) {
     startTriggered();
@@ -434,11 +422,10 @@ struct RestartRow {
     int framesBefore;
 };
 
-class PTStreamThreadRestart : public PTStreamThreadTest,
-                              public testing::WithParamInterface<RestartRow> {};
+class PTStreamThreadRestart : public PTStreamThreadTest, public WithRow<RestartRow> {};
 
 // The camera numbers the frames of each stream from the beginning; the worker continues.
-TEST_P(PTStreamThreadRestart, loses_nothing) {
+ROW_TEST(PTStreamThreadRestart, loses_nothing) {
     startTriggered();
     ASSERT_TRUE(device->pullThread()->startThread().isOk());
     triggerFrames(GetParam().framesBefore);
@@ -449,11 +436,9 @@ TEST_P(PTStreamThreadRestart, loses_nothing) {
     EXPECT_EQ(device->frameLedger().produced, quint64(GetParam().framesBefore) + 2);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, PTStreamThreadRestart,
-    testing::Values(RestartRow{"a_stream_that_begins_again_with_the_number_pulled_last", 1},
-                    RestartRow{"a_stream_that_begins_again_with_a_lower_number", 3}),
-    RowName());
+ROWS(Rows, PTStreamThreadRestart,
+     RestartRow{"a_stream_that_begins_again_with_the_number_pulled_last", 1},
+     RestartRow{"a_stream_that_begins_again_with_a_lower_number", 3});
 
 // ---- Events from the SDK ------------------------------------------------------------------------
 
@@ -463,10 +448,9 @@ struct FailureRow {
     const char* text;
 };
 
-class PTDeviceFailure : public PTStreamThreadTest,
-                        public testing::WithParamInterface<FailureRow> {};
+class PTDeviceFailure : public PTStreamThreadTest, public WithRow<FailureRow> {};
 
-TEST_P(PTDeviceFailure, is_logged_and_passed_on) {
+ROW_TEST(PTDeviceFailure, is_logged_and_passed_on) {
     cbEvent(GetParam().code, device.get());
     EXPECT_THAT(queuedEvents(), ElementsAre(GetParam().code));
     QStringList expected;
@@ -483,20 +467,16 @@ TEST_P(PTDeviceFailure, is_logged_and_passed_on) {
         EXPECT_EQ(record.function, u"void cbEvent(unsigned int, void *)"_qs);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, PTDeviceFailure,
-    testing::Values(
-        FailureRow{"error_128", 128, "ToupCam EVENT_ERROR (generic streaming error)"},
-        FailureRow{"disconnected_129", 129, "ToupCam EVENT_DISCONNECTED"},
-        FailureRow{
-            "no_frame_130", 130,
-            "ToupCam EVENT_NOFRAMETIMEOUT (link too slow to deliver a frame at this resolution)"},
-        FailureRow{"event_131_without_a_line", 131, nullptr},
-        FailureRow{"event_132_without_a_line", 132, nullptr},
-        FailureRow{"no_packet_133", 133,
-                   "ToupCam EVENT_NOPACKETTIMEOUT (USB packet loss/bandwidth)"},
-        FailureRow{"event_4_without_a_line", 4, nullptr}),
-    RowName());
+ROWS(Rows, PTDeviceFailure,
+     FailureRow{"error_128", 128, "ToupCam EVENT_ERROR (generic streaming error)"},
+     FailureRow{"disconnected_129", 129, "ToupCam EVENT_DISCONNECTED"},
+     FailureRow{
+         "no_frame_130", 130,
+         "ToupCam EVENT_NOFRAMETIMEOUT (link too slow to deliver a frame at this resolution)"},
+     FailureRow{"event_131_without_a_line", 131, nullptr},
+     FailureRow{"event_132_without_a_line", 132, nullptr},
+     FailureRow{"no_packet_133", 133, "ToupCam EVENT_NOPACKETTIMEOUT (USB packet loss/bandwidth)"},
+     FailureRow{"event_4_without_a_line", 4, nullptr});
 
 TEST_F(PTStreamThreadTest, the_disconnect_event_is_handled_before_it_is_passed_on) {
     QSignalSpy spy(device.get(), &PTDevice::disconnected);

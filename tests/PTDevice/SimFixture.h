@@ -6,7 +6,7 @@
 #include <PCd/property/PDeviceProperty.h>
 
 #include <support/PLogCapture.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 #include <support/SimJournal.h>
 #include <support/WaitUntil.h>
 

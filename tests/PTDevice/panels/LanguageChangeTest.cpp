@@ -35,7 +35,7 @@ struct PanelRow {
     const char* property;
 };
 
-class LanguageChangeOfPanel : public LanguageChange, public testing::WithParamInterface<PanelRow> {
+class LanguageChangeOfPanel : public LanguageChange, public WithRow<PanelRow> {
 protected:
     QStringList textsOfNewPanel() const {
         const auto fresh = newPanel(GetParam().property);
@@ -45,7 +45,7 @@ protected:
 
 } // namespace
 
-TEST_P(LanguageChangeOfPanel, gives_an_open_panel_the_texts_of_a_new_one) {
+ROW_TEST(LanguageChangeOfPanel, gives_an_open_panel_the_texts_of_a_new_one) {
     panel = openPanel(GetParam().property);
     const QStringList english = shownTexts(panel.get());
     ASSERT_EQ(english, textsOfNewPanel());
@@ -56,7 +56,7 @@ TEST_P(LanguageChangeOfPanel, gives_an_open_panel_the_texts_of_a_new_one) {
     EXPECT_EQ(shownTexts(panel.get()), english);
 }
 
-TEST_P(LanguageChangeOfPanel, reaches_a_panel_within_a_window) {
+ROW_TEST(LanguageChangeOfPanel, reaches_a_panel_within_a_window) {
     QWidget window;
     QWidget* const inside = openPanel(GetParam().property).release();
     inside->setParent(&window);
@@ -64,7 +64,7 @@ TEST_P(LanguageChangeOfPanel, reaches_a_panel_within_a_window) {
     EXPECT_EQ(shownTexts(inside), textsOfNewPanel());
 }
 
-TEST_P(LanguageChangeOfPanel, sends_the_camera_nothing) {
+ROW_TEST(LanguageChangeOfPanel, sends_the_camera_nothing) {
     panel = openPanel(GetParam().property);
     const QVariant before = property(GetParam().property)->valueInner();
     speakRussian();
@@ -72,7 +72,7 @@ TEST_P(LanguageChangeOfPanel, sends_the_camera_nothing) {
     EXPECT_EQ(property(GetParam().property)->valueInner(), before);
 }
 
-TEST_P(LanguageChangeOfPanel, reaches_a_panel_whose_camera_is_gone) {
+ROW_TEST(LanguageChangeOfPanel, reaches_a_panel_whose_camera_is_gone) {
     panel = openPanel(GetParam().property);
     device.reset();
     const QStringList english = shownTexts(panel.get());
@@ -80,11 +80,8 @@ TEST_P(LanguageChangeOfPanel, reaches_a_panel_whose_camera_is_gone) {
     EXPECT_NE(shownTexts(panel.get()), english);
 }
 
-INSTANTIATE_TEST_SUITE_P(Panels, LanguageChangeOfPanel,
-                         testing::Values(PanelRow{"exposure", "extexposure"},
-                                         PanelRow{"fan", "fan"}, PanelRow{"cooler", "teccontrol"},
-                                         PanelRow{"light", "backlight"}),
-                         RowName());
+ROWS(Panels, LanguageChangeOfPanel, PanelRow{"exposure", "extexposure"}, PanelRow{"fan", "fan"},
+     PanelRow{"cooler", "teccontrol"}, PanelRow{"light", "backlight"});
 
 // ---- Texts that are not in the forms.
 

@@ -53,11 +53,11 @@ struct ButtonRow {
     int value;
 };
 
-class PTBacklightButton : public PTBacklightPanel, public testing::WithParamInterface<ButtonRow> {};
+class PTBacklightButton : public PTBacklightPanel, public WithRow<ButtonRow> {};
 
 } // namespace
 
-TEST_P(PTBacklightButton, sends_its_code_once_when_clicked) {
+ROW_TEST(PTBacklightButton, sends_its_code_once_when_clicked) {
     const ButtonRow& row = GetParam();
     property("backlight")->setValue(row.value == 2 ? 0 : 2);
     panel = openPanel("backlight");
@@ -68,13 +68,13 @@ TEST_P(PTBacklightButton, sends_its_code_once_when_clicked) {
     EXPECT_EQ(checked(), QStringList{row.caption});
 }
 
-TEST_P(PTBacklightButton, shows_its_code_at_first) {
+ROW_TEST(PTBacklightButton, shows_its_code_at_first) {
     property("backlight")->setValue(GetParam().value);
     panel = openPanel("backlight");
     EXPECT_EQ(checked(), QStringList{GetParam().caption});
 }
 
-TEST_P(PTBacklightButton, shows_its_code_when_other_code_sets_it) {
+ROW_TEST(PTBacklightButton, shows_its_code_when_other_code_sets_it) {
     property("backlight")->setValue(GetParam().value == 2 ? 0 : 2);
     panel = openPanel("backlight");
     property("backlight")->setValue(GetParam().value);
@@ -83,11 +83,9 @@ TEST_P(PTBacklightButton, shows_its_code_when_other_code_sets_it) {
     EXPECT_EQ(puts().size(), 2U);
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, PTBacklightButton,
-                         testing::Values(ButtonRow{"direct_current", "dc", dc, 2},
-                                         ButtonRow{"the_one_captioned_50_Hz", "hz60", hz50, 0},
-                                         ButtonRow{"the_one_captioned_60_Hz", "hz50", hz60, 1}),
-                         RowName());
+ROWS(Rows, PTBacklightButton, ButtonRow{"direct_current", "dc", dc, 2},
+     ButtonRow{"the_one_captioned_50_Hz", "hz60", hz50, 0},
+     ButtonRow{"the_one_captioned_60_Hz", "hz50", hz60, 1});
 
 TEST_F(PTBacklightPanel, opening_reads_and_sends_nothing) {
     SimJournal::clear();

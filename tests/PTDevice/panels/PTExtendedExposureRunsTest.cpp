@@ -70,8 +70,7 @@ struct PaceRow {
     int framesPerSecond;
 };
 
-class PTExtendedExposurePace : public PTExtendedExposureRuns,
-                               public testing::WithParamInterface<PaceRow> {
+class PTExtendedExposurePace : public PTExtendedExposureRuns, public WithRow<PaceRow> {
 protected:
     void startAtPace(int count) {
         start(makeSequence(count), fullCamera(GetParam().framesPerSecond));
@@ -80,7 +79,7 @@ protected:
 
 } // namespace
 
-TEST_P(PTExtendedExposurePace, one_run_makes_one_snapshot_and_ends_itself) {
+ROW_TEST(PTExtendedExposurePace, one_run_makes_one_snapshot_and_ends_itself) {
     startAtPace(1);
     clickOn(button("pbRunOnce"));
     EXPECT_EQ(button("pbRunOnce")->text(), u"Stop"_qs);
@@ -97,7 +96,7 @@ TEST_P(PTExtendedExposurePace, one_run_makes_one_snapshot_and_ends_itself) {
     EXPECT_EQ(images, 1);
 }
 
-TEST_P(PTExtendedExposurePace, a_sequence_of_3_makes_3_snapshots_and_ends_itself) {
+ROW_TEST(PTExtendedExposurePace, a_sequence_of_3_makes_3_snapshots_and_ends_itself) {
     startAtPace(3);
     clickOn(button("pbSequence"));
     EXPECT_EQ(button("pbSequence")->text(), u"Stop"_qs);
@@ -116,7 +115,7 @@ TEST_P(PTExtendedExposurePace, a_sequence_of_3_makes_3_snapshots_and_ends_itself
     EXPECT_EQ(images, 3);
 }
 
-TEST_P(PTExtendedExposurePace, a_second_sequence_makes_as_many_again) {
+ROW_TEST(PTExtendedExposurePace, a_second_sequence_makes_as_many_again) {
     startAtPace(2);
     for (int run = 1; run <= 2; ++run) {
         clickOn(button("pbSequence"));
@@ -126,7 +125,7 @@ TEST_P(PTExtendedExposurePace, a_second_sequence_makes_as_many_again) {
     EXPECT_EQ(snapshots, 4);
 }
 
-TEST_P(PTExtendedExposurePace, repeating_makes_a_snapshot_of_every_image_until_stopped) {
+ROW_TEST(PTExtendedExposurePace, repeating_makes_a_snapshot_of_every_image_until_stopped) {
     startAtPace(1);
     clickOn(button("pbRepeatMode"));
     EXPECT_EQ(button("pbRepeatMode")->text(), u"Stop"_qs);
@@ -143,8 +142,7 @@ TEST_P(PTExtendedExposurePace, repeating_makes_a_snapshot_of_every_image_until_s
     EXPECT_EQ(snapshots, images);
 }
 
-INSTANTIATE_TEST_SUITE_P(Cameras, PTExtendedExposurePace,
-                         testing::Values(PaceRow{"fast", 400}, PaceRow{"slow", 8}), RowName());
+ROWS(Cameras, PTExtendedExposurePace, PaceRow{"fast", 400}, PaceRow{"slow", 8});
 
 TEST_F(PTExtendedExposureRuns, after_a_repeat_every_image_goes_on_to_be_a_snapshot) {
     start();
@@ -485,7 +483,7 @@ struct FailedTriggerRow {
 };
 
 class PTExtendedExposureFailedTrigger : public PTExtendedExposureRuns,
-                                        public testing::WithParamInterface<FailedTriggerRow> {};
+                                        public WithRow<FailedTriggerRow> {};
 
 QString failed(const char* call) {
     return u"Failed TOUPCAM_OP: "_qs + QLatin1String(call);
@@ -493,7 +491,7 @@ QString failed(const char* call) {
 
 } // namespace
 
-TEST_P(PTExtendedExposureFailedTrigger, is_logged_and_the_button_stays_as_the_user_left_it) {
+ROW_TEST(PTExtendedExposureFailedTrigger, is_logged_and_the_button_stays_as_the_user_left_it) {
     const FailedTriggerRow& row = GetParam();
     start();
     ToupcamSim_failCall(triggerCall, 0, 0, E_FAIL);
@@ -509,13 +507,10 @@ TEST_P(PTExtendedExposureFailedTrigger, is_logged_and_the_button_stays_as_the_us
     EXPECT_THAT(ptTexts(log), ElementsAre(failed("Toupcam_Trigger(m_property->m_h, 0)")));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, PTExtendedExposureFailedTrigger,
-    testing::Values(
-        FailedTriggerRow{"pbRunOnce", "Toupcam_Trigger(m_property->m_h, 1)", "Stop", "Run once"},
-        FailedTriggerRow{"pbSequence",
-                         "Toupcam_Trigger(m_property->m_h, m_property->value().spincount)", "Stop",
-                         "Run sequence"},
-        FailedTriggerRow{"pbRepeatMode", "Toupcam_Trigger(m_property->m_h, 0xffff)", "Stop",
-                         "Run repeat"}),
-    RowName());
+ROWS(Rows, PTExtendedExposureFailedTrigger,
+     FailedTriggerRow{"pbRunOnce", "Toupcam_Trigger(m_property->m_h, 1)", "Stop", "Run once"},
+     FailedTriggerRow{"pbSequence",
+                      "Toupcam_Trigger(m_property->m_h, m_property->value().spincount)", "Stop",
+                      "Run sequence"},
+     FailedTriggerRow{"pbRepeatMode", "Toupcam_Trigger(m_property->m_h, 0xffff)", "Stop",
+                      "Run repeat"});

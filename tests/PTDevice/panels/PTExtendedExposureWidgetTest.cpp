@@ -290,12 +290,11 @@ struct BoxRow {
     int microseconds; ///< added by one step
 };
 
-class PTExtendedExposureBox : public PTExtendedExposurePanel,
-                              public testing::WithParamInterface<BoxRow> {};
+class PTExtendedExposureBox : public PTExtendedExposurePanel, public WithRow<BoxRow> {};
 
 } // namespace
 
-TEST_P(PTExtendedExposureBox, sends_the_whole_record_once_for_a_step) {
+ROW_TEST(PTExtendedExposureBox, sends_the_whole_record_once_for_a_step) {
     openWith(triggerRecord());
     ExtendedExposureData d = stored();
     QTest::keyClick(box(GetParam().name), Qt::Key_Up);
@@ -309,7 +308,7 @@ TEST_P(PTExtendedExposureBox, sends_the_whole_record_once_for_a_step) {
         ElementsAre("Toupcam_put_ExpoTime(h1, " + time + (tooLong ? ") = -2147024809" : ") = 0")));
 }
 
-TEST_P(PTExtendedExposureBox, sends_every_number_on_the_way_while_one_is_typed) {
+ROW_TEST(PTExtendedExposureBox, sends_every_number_on_the_way_while_one_is_typed) {
     openWith(triggerRecord());
     QSpinBox* const typed = box(GetParam().name);
     typed->setFocus();
@@ -319,13 +318,11 @@ TEST_P(PTExtendedExposureBox, sends_every_number_on_the_way_while_one_is_typed) 
     EXPECT_THAT(puts(), SizeIs(6)); // 2, then 25
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, PTExtendedExposureBox,
-                         testing::Values(BoxRow{"sM", &ExtendedExposureData::minutes, 60'000'000},
-                                         BoxRow{"sSec", &ExtendedExposureData::seconds, 1'000'000},
-                                         BoxRow{"sMS", &ExtendedExposureData::milliseconds, 1000},
-                                         BoxRow{"sUS", &ExtendedExposureData::microseconds, 1},
-                                         BoxRow{"spincount", &ExtendedExposureData::spincount, 0}),
-                         RowName());
+ROWS(Rows, PTExtendedExposureBox, BoxRow{"sM", &ExtendedExposureData::minutes, 60'000'000},
+     BoxRow{"sSec", &ExtendedExposureData::seconds, 1'000'000},
+     BoxRow{"sMS", &ExtendedExposureData::milliseconds, 1000},
+     BoxRow{"sUS", &ExtendedExposureData::microseconds, 1},
+     BoxRow{"spincount", &ExtendedExposureData::spincount, 0});
 
 // ---- Following the property.
 

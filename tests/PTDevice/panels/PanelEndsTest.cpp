@@ -26,10 +26,6 @@ struct EndRow {
     const char* numberField; ///< of the control that shows it, or null
 };
 
-void PrintTo(const EndRow& row, std::ostream* out) {
-    *out << row.name;
-}
-
 ExtendedExposureData exposureRecord(bool automatic, int gain, int capturemode) {
     ExtendedExposureData d;
     d.autoexpenabled = automatic;
@@ -38,7 +34,7 @@ ExtendedExposureData exposureRecord(bool automatic, int gain, int capturemode) {
     return d;
 }
 
-class PanelEnds : public ExposurePanelFixture, public testing::WithParamInterface<EndRow> {
+class PanelEnds : public ExposurePanelFixture, public WithRow<EndRow> {
 protected:
     void openShown() {
         property(GetParam().property)->setValue(GetParam().shown);
@@ -103,7 +99,7 @@ const EndRow lightRow{"light", "backlight", QVariant(2), QVariant(0), false, nul
 
 } // namespace
 
-TEST_P(PanelEnds, a_value_set_when_the_panel_is_destroyed_finds_it_gone) {
+ROW_TEST(PanelEnds, a_value_set_when_the_panel_is_destroyed_finds_it_gone) {
     openShown();
     int moves = 0;
     for (const auto* button : panel->findChildren<QAbstractButton*>())
@@ -117,7 +113,7 @@ TEST_P(PanelEnds, a_value_set_when_the_panel_is_destroyed_finds_it_gone) {
     EXPECT_THAT(sent, ElementsAreArray(expectedPuts()));
 }
 
-TEST_P(PanelEnds, a_value_set_when_a_control_is_destroyed_finds_the_panel_gone) {
+ROW_TEST(PanelEnds, a_value_set_when_a_control_is_destroyed_finds_the_panel_gone) {
     openShown();
     const QList<QWidget*> controls = panel->findChildren<QWidget*>();
     for (QWidget* control : controls)
@@ -129,7 +125,7 @@ TEST_P(PanelEnds, a_value_set_when_a_control_is_destroyed_finds_the_panel_gone) 
     EXPECT_THAT(sent, ElementsAreArray(expectedPuts()));
 }
 
-TEST_P(PanelEnds, with_its_window_is_no_different) {
+ROW_TEST(PanelEnds, with_its_window_is_no_different) {
     auto window = std::make_unique<QWidget>();
     openShown();
     panel.release()->setParent(window.get());
@@ -142,7 +138,7 @@ TEST_P(PanelEnds, with_its_window_is_no_different) {
     EXPECT_THAT(sent, ElementsAreArray(expectedPuts()));
 }
 
-TEST_P(PanelEnds, a_control_moved_when_the_panel_is_destroyed_moves_nothing_else) {
+ROW_TEST(PanelEnds, a_control_moved_when_the_panel_is_destroyed_moves_nothing_else) {
     openShown();
     QWidget* const dying = panel.get();
     QObject::connect(dying, &QObject::destroyed, device.get(), [dying] {
@@ -154,7 +150,7 @@ TEST_P(PanelEnds, a_control_moved_when_the_panel_is_destroyed_moves_nothing_else
     EXPECT_EQ(property(GetParam().property)->valueInner(), GetParam().shown);
 }
 
-TEST_P(PanelEnds, the_camera_may_end_when_the_panel_does) {
+ROW_TEST(PanelEnds, the_camera_may_end_when_the_panel_does) {
     openShown();
     QWidget* const dying = panel.get();
     QObject::connect(dying, &QObject::destroyed, dying, [this] { device.reset(); });
@@ -162,7 +158,7 @@ TEST_P(PanelEnds, the_camera_may_end_when_the_panel_does) {
     EXPECT_EQ(device, nullptr);
 }
 
-TEST_P(PanelWithNumberEnds, ends_a_number_that_is_being_typed) {
+ROW_TEST(PanelWithNumberEnds, ends_a_number_that_is_being_typed) {
     openShown();
     typeInto(findPart<PNumberField>(control<QWidget>(panel, GetParam().numberField)), u"5"_qs);
     panel.reset();
@@ -171,10 +167,8 @@ TEST_P(PanelWithNumberEnds, ends_a_number_that_is_being_typed) {
     EXPECT_THAT(puts(), testing::IsEmpty());
 }
 
-INSTANTIATE_TEST_SUITE_P(Panels, PanelEnds,
-                         testing::Values(exposureRow, fanRow, coolerRow, lightRow), RowName());
-INSTANTIATE_TEST_SUITE_P(Panels, PanelWithNumberEnds,
-                         testing::Values(exposureRow, fanRow, coolerRow), RowName());
+ROWS(Panels, PanelEnds, exposureRow, fanRow, coolerRow, lightRow);
+ROWS(Panels, PanelWithNumberEnds, exposureRow, fanRow, coolerRow);
 
 TEST(PTPanelEnds, before_the_members_of_a_derived_panel) {
     int reactions = 0;

@@ -3,7 +3,7 @@
 #include <PTDevice/panels/PanelFixture.h>
 
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <QBoxLayout>
 #include <QComboBox>
@@ -60,21 +60,16 @@ struct FormRow {
     const char* text; ///< null: it has none
 };
 
-struct FormRowName {
-    std::string operator()(const testing::TestParamInfo<FormRow>& row) const {
-        return std::string(row.param.property) + '_' + row.param.object;
+class PanelForm : public PanelFixture, public WithRow<FormRow> {
+public:
+    static std::string toRowName(const FormRow& row) {
+        return std::string(row.property) + '_' + row.object;
     }
 };
 
-void PrintTo(const FormRow& row, std::ostream* out) {
-    *out << row.object << " in " << row.layout << " of " << row.property;
-}
-
-class PanelForm : public PanelFixture, public testing::WithParamInterface<FormRow> {};
-
 } // namespace
 
-TEST_P(PanelForm, has_the_object_in_its_place_with_its_text) {
+ROW_TEST(PanelForm, has_the_object_in_its_place_with_its_text) {
     const FormRow& row = GetParam();
     const auto panel = newPanel(row.property);
     auto* const layout = panel->findChild<QLayout*>(QString::fromLatin1(row.layout));
@@ -89,7 +84,7 @@ TEST_P(PanelForm, has_the_object_in_its_place_with_its_text) {
 }
 
 // clang-format off
-INSTANTIATE_TEST_SUITE_P(Rows, PanelForm, testing::Values(
+ROWS(Rows, PanelForm,
     FormRow{"extexposure", "gridLayout", {0, 0, 1, 1}, "horizontalLayout", "QHBoxLayout", nullptr},
     FormRow{"extexposure", "horizontalLayout", {0, 0, 1, 1}, "pbVideo", "QPushButton", "VIDEO"},
     FormRow{"extexposure", "horizontalLayout", {0, 1, 1, 1}, "pbTrigger", "QPushButton", "TRIGGER"},
@@ -133,8 +128,7 @@ INSTANTIATE_TEST_SUITE_P(Rows, PanelForm, testing::Values(
     FormRow{"backlight", "gridLayout", {0, 0, 1, 1}, "label", "QLabel", nullptr},
     FormRow{"backlight", "gridLayout", {1, 0, 1, 1}, "dc", "QRadioButton", "DC"},
     FormRow{"backlight", "gridLayout", {2, 0, 1, 1}, "hz60", "QRadioButton", "50 Hz"},
-    FormRow{"backlight", "gridLayout", {3, 0, 1, 1}, "hz50", "QRadioButton", "60 Hz"}),
-    FormRowName());
+    FormRow{"backlight", "gridLayout", {3, 0, 1, 1}, "hz50", "QRadioButton", "60 Hz"});
 // clang-format on
 
 namespace {
@@ -146,11 +140,11 @@ struct FrameRow {
     std::map<const char*, int> margins; ///< of layouts, all four sides
 };
 
-class PanelFrame : public PanelFixture, public testing::WithParamInterface<FrameRow> {};
+class PanelFrame : public PanelFixture, public WithRow<FrameRow> {};
 
 } // namespace
 
-TEST_P(PanelFrame, has_its_name_its_title_and_its_margins) {
+ROW_TEST(PanelFrame, has_its_name_its_title_and_its_margins) {
     const FrameRow& row = GetParam();
     const auto panel = newPanel(row.property);
     EXPECT_EQ(panel->parent(), nullptr);
@@ -163,16 +157,14 @@ TEST_P(PanelFrame, has_its_name_its_title_and_its_margins) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, PanelFrame,
-    testing::Values(FrameRow{"exposure",
-                             "extexposure",
-                             "PTExtendedExposure",
-                             {{"gridLayout", 0}, {"gridLayout_2", 3}, {"gridLayout_3", 3}}},
-                    FrameRow{"fan", "fan", "PTFanControl", {{"gridLayout", 0}}},
-                    FrameRow{"cooler", "teccontrol", "PTTecControl", {{"gridLayout", 0}}},
-                    FrameRow{"light", "backlight", "PTBacklight", {{"gridLayout", 0}}}),
-    RowName());
+ROWS(Rows, PanelFrame,
+     FrameRow{"exposure",
+              "extexposure",
+              "PTExtendedExposure",
+              {{"gridLayout", 0}, {"gridLayout_2", 3}, {"gridLayout_3", 3}}},
+     FrameRow{"fan", "fan", "PTFanControl", {{"gridLayout", 0}}},
+     FrameRow{"cooler", "teccontrol", "PTTecControl", {{"gridLayout", 0}}},
+     FrameRow{"light", "backlight", "PTBacklight", {{"gridLayout", 0}}});
 
 // ---- What is not in the tables above.
 

@@ -28,13 +28,12 @@ struct PictureRow {
     int width;
 };
 
-struct PictureRowName {
-    std::string operator()(const testing::TestParamInfo<PictureRow>& row) const {
-        return std::string(row.param.name) + (row.param.russian ? "_ru" : "_en");
+class PanelPictures : public ExposurePanelFixture, public WithRow<PictureRow> {
+public:
+    static std::string toRowName(const PictureRow& row) {
+        return std::string(row.name) + (row.russian ? "_ru" : "_en");
     }
-};
 
-class PanelPictures : public ExposurePanelFixture, public testing::WithParamInterface<PictureRow> {
 protected:
     /// Sets values that are usual in practice.
     void bringToWork() {
@@ -80,7 +79,7 @@ protected:
 
 } // namespace
 
-TEST_P(PanelPictures, show_every_text_as_a_whole) {
+ROW_TEST(PanelPictures, show_every_text_as_a_whole) {
     const SdkReadings readings(-87, 73, 120);
     std::optional<RussianTexts> russian;
     if (GetParam().russian)
@@ -98,17 +97,12 @@ TEST_P(PanelPictures, show_every_text_as_a_whole) {
     save();
 }
 
-INSTANTIATE_TEST_SUITE_P(Panels, PanelPictures,
-                         testing::Values(PictureRow{"video", "extexposure", false, 264},
-                                         PictureRow{"video", "extexposure", true, 264},
-                                         PictureRow{"trigger", "extexposure", false, 264},
-                                         PictureRow{"trigger", "extexposure", true, 264},
-                                         PictureRow{"external", "extexposure", false, 264},
-                                         PictureRow{"external", "extexposure", true, 264},
-                                         PictureRow{"fan", "fan", false, 264},
-                                         PictureRow{"fan", "fan", true, 264},
-                                         PictureRow{"cooler", "teccontrol", false, 264},
-                                         PictureRow{"cooler", "teccontrol", true, 348},
-                                         PictureRow{"light", "backlight", false, 300},
-                                         PictureRow{"light", "backlight", true, 300}),
-                         PictureRowName());
+ROWS(Panels, PanelPictures, PictureRow{"video", "extexposure", false, 264},
+     PictureRow{"video", "extexposure", true, 264},
+     PictureRow{"trigger", "extexposure", false, 264},
+     PictureRow{"trigger", "extexposure", true, 264},
+     PictureRow{"external", "extexposure", false, 264},
+     PictureRow{"external", "extexposure", true, 264}, PictureRow{"fan", "fan", false, 264},
+     PictureRow{"fan", "fan", true, 264}, PictureRow{"cooler", "teccontrol", false, 264},
+     PictureRow{"cooler", "teccontrol", true, 348}, PictureRow{"light", "backlight", false, 300},
+     PictureRow{"light", "backlight", true, 300});

@@ -7,7 +7,7 @@
 #include <PCd/property/PDevicePropertyGroup.h>
 
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <QLabel>
 #include <QPushButton>
@@ -48,7 +48,7 @@ struct TextRow {
     const char* text;
 };
 
-class RussianPanel : public Translation, public testing::WithParamInterface<TextRow> {};
+class RussianPanel : public Translation, public WithRow<TextRow> {};
 
 } // namespace
 
@@ -100,20 +100,17 @@ TEST_F(Translation, a_panel_that_is_made_now_is_russian) {
     }
 }
 
-TEST_P(RussianPanel, uses_the_words_of_a_microscopist) {
+ROW_TEST(RussianPanel, uses_the_words_of_a_microscopist) {
     const auto panel = newPanel(GetParam().property);
     const QString text = control<QWidget>(panel, GetParam().control)->property("text").toString();
     EXPECT_TRUE(text.contains(QString::fromUtf8(GetParam().text))) << text.toStdString();
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Texts, RussianPanel,
-    testing::Values(TextRow{"the_page", "extexposure", "pbTrigger", "ТРИГГЕР"},
-                    TextRow{"the_mode_on_it", "extexposure", "label_8", "Режим триггера:"},
-                    TextRow{"cooler", "teccontrol", "checkBox", "Охлаждение сенсора (TEC)"},
-                    TextRow{"temperature", "teccontrol", "label_2", "Текущая температура:"},
-                    TextRow{"flicker", "backlight", "label", "может быть недоступна"}),
-    RowName());
+ROWS(Texts, RussianPanel, TextRow{"the_page", "extexposure", "pbTrigger", "ТРИГГЕР"},
+     TextRow{"the_mode_on_it", "extexposure", "label_8", "Режим триггера:"},
+     TextRow{"cooler", "teccontrol", "checkBox", "Охлаждение сенсора (TEC)"},
+     TextRow{"temperature", "teccontrol", "label_2", "Текущая температура:"},
+     TextRow{"flicker", "backlight", "label", "может быть недоступна"});
 
 TEST_F(Translation, the_buttons_of_runs_are_russian_after_the_first_click_too) {
     const auto panel = openPanel("extexposure");
