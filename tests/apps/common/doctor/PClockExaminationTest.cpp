@@ -2,7 +2,7 @@
 #include <apps/common/doctor/PClockExamination.h>
 
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <gtest/gtest.h>
 
@@ -17,9 +17,9 @@ struct ClockRow {
     Severity timeOfDay;
 };
 
-class ClockJudgement : public testing::TestWithParam<ClockRow> {};
+class ClockJudgement : public RowTest<ClockRow> {};
 
-TEST_P(ClockJudgement, is_judged) {
+ROW_TEST(ClockJudgement, is_judged) {
     const QList<PFinding> findings = PClockExamination(GetParam().clock).run();
     ASSERT_EQ(findings.size(), 2);
     EXPECT_EQ(findings.first().severity, GetParam().source) << findings.first().found.toStdString();
@@ -28,23 +28,18 @@ TEST_P(ClockJudgement, is_judged) {
         EXPECT_EQ(finding.fix.isEmpty(), finding.severity != Severity::Warning);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, ClockJudgement,
-    testing::Values(
-        ClockRow{
-            "a_good_source_that_is_synchronised", {u"tsc"_qs, true}, Severity::Ok, Severity::Ok},
-        ClockRow{
-            "the_source_of_a_virtual_machine", {u"kvm-clock"_qs, true}, Severity::Ok, Severity::Ok},
-        ClockRow{"a_time_of_day_that_is_not_synchronised",
-                 {u"tsc"_qs, false},
-                 Severity::Ok,
-                 Severity::Warning},
-        ClockRow{"a_slow_source", {u"hpet"_qs, true}, Severity::Warning, Severity::Ok},
-        ClockRow{"another_slow_source", {u"acpi_pm"_qs, true}, Severity::Warning, Severity::Ok},
-        ClockRow{"a_coarse_source", {u"refined-jiffies"_qs, true}, Severity::Warning, Severity::Ok},
-        ClockRow{
-            "nothing_that_is_known", {QString(), std::nullopt}, Severity::Note, Severity::Note}),
-    RowName());
+ROWS(Rows, ClockJudgement,
+     ClockRow{"a_good_source_that_is_synchronised", {u"tsc"_qs, true}, Severity::Ok, Severity::Ok},
+     ClockRow{
+         "the_source_of_a_virtual_machine", {u"kvm-clock"_qs, true}, Severity::Ok, Severity::Ok},
+     ClockRow{"a_time_of_day_that_is_not_synchronised",
+              {u"tsc"_qs, false},
+              Severity::Ok,
+              Severity::Warning},
+     ClockRow{"a_slow_source", {u"hpet"_qs, true}, Severity::Warning, Severity::Ok},
+     ClockRow{"another_slow_source", {u"acpi_pm"_qs, true}, Severity::Warning, Severity::Ok},
+     ClockRow{"a_coarse_source", {u"refined-jiffies"_qs, true}, Severity::Warning, Severity::Ok},
+     ClockRow{"nothing_that_is_known", {QString(), std::nullopt}, Severity::Note, Severity::Note});
 
 TEST(PClockExamination, a_slow_source_is_named) {
     const QList<PFinding> findings = PClockExamination({u"hpet"_qs, true}).run();

@@ -3,7 +3,7 @@
 
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <QDir>
 #include <QFile>
@@ -16,27 +16,22 @@ struct PrivacyRow {
     QString expected;
 };
 
-class Privacy : public testing::TestWithParam<PrivacyRow> {};
+class Privacy : public RowTest<PrivacyRow> {};
 
-TEST_P(Privacy, is_kept) {
+ROW_TEST(Privacy, is_kept) {
     const PReportPrivacy privacy(u"/home/an/"_qs, u"an"_qs, u"lab7.example"_qs);
     EXPECT_EQ(privacy.apply(GetParam().text), GetParam().expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, Privacy,
-    testing::Values(
-        PrivacyRow{"home_folder", u"in \"/home/an\""_qs, u"in \"~\""_qs},
-        PrivacyRow{"file_in_the_home_folder", u"/home/an/a/b.so: no"_qs, u"~/a/b.so: no"_qs},
-        PrivacyRow{"home_folder_of_another_user", u"/home/anna/x"_qs, u"/home/<user>/x"_qs},
-        PrivacyRow{"name_of_the_user", u"/media/an/disk of an"_qs,
-                   u"/media/<user>/disk of <user>"_qs},
-        PrivacyRow{"words_that_begin_like_the_user_stay", u"an-x and plan another"_qs,
-                   u"an-x and plan another"_qs},
-        PrivacyRow{"name_of_the_computer", u"at lab7.example, lab7"_qs,
-                   u"at <computer>, <computer>"_qs},
-        PrivacyRow{"names_in_several_lines", u"an\nlab7\n"_qs, u"<user>\n<computer>\n"_qs}),
-    RowName());
+ROWS(Rows, Privacy, PrivacyRow{"home_folder", u"in \"/home/an\""_qs, u"in \"~\""_qs},
+     PrivacyRow{"file_in_the_home_folder", u"/home/an/a/b.so: no"_qs, u"~/a/b.so: no"_qs},
+     PrivacyRow{"home_folder_of_another_user", u"/home/anna/x"_qs, u"/home/<user>/x"_qs},
+     PrivacyRow{"name_of_the_user", u"/media/an/disk of an"_qs, u"/media/<user>/disk of <user>"_qs},
+     PrivacyRow{"words_that_begin_like_the_user_stay", u"an-x and plan another"_qs,
+                u"an-x and plan another"_qs},
+     PrivacyRow{"name_of_the_computer", u"at lab7.example, lab7"_qs,
+                u"at <computer>, <computer>"_qs},
+     PrivacyRow{"names_in_several_lines", u"an\nlab7\n"_qs, u"<user>\n<computer>\n"_qs});
 
 TEST(PReportPrivacy, a_system_user_at_a_computer_without_a_name_loses_no_words) {
     const PReportPrivacy privacy(u"/srv/admin"_qs, u"root"_qs, u"localhost"_qs);

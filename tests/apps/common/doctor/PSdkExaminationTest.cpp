@@ -2,7 +2,7 @@
 #include <apps/common/doctor/PSdkExamination.h>
 
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <QSet>
 
@@ -98,38 +98,35 @@ struct AdviceRow {
     const char* advice; ///< its beginning
 };
 
-class SdkAdvice : public testing::TestWithParam<AdviceRow> {};
+class SdkAdvice : public RowTest<AdviceRow> {};
 
-TEST_P(SdkAdvice, fits_the_reason) {
+ROW_TEST(SdkAdvice, fits_the_reason) {
     const QString reason = u"cannot use \"/sdk/lib.so\" as the camera SDK: "_qs +
                            QString::fromLatin1(GetParam().reason);
     const QString advice = PSdkExamination::adviseOnFailure(reason);
     EXPECT_TRUE(advice.startsWith(QString::fromLatin1(GetParam().advice))) << advice.toStdString();
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, SdkAdvice,
-    testing::Values(
-        AdviceRow{"a_path_that_is_wrong",
-                  "/sdk/lib.so: cannot open shared object file: No such file or directory",
-                  "Give the path of the maker's library"},
-        AdviceRow{"another_library_that_is_missing",
-                  "libusb-9.so: cannot open shared object file: No such file or directory",
-                  "Install the package with libusb-9.so, which the library needs."},
-        AdviceRow{"a_file_that_may_not_be_read",
-                  "/sdk/lib.so: cannot open shared object file: Permission denied",
-                  "Make the file readable for this user"},
-        AdviceRow{"another_processor", "/sdk/lib.so: wrong ELF class: ELFCLASS32",
-                  "Use the library built for this computer's processor, "},
-        AdviceRow{"a_text_file", "/sdk/lib.so: invalid ELF header", "Copy the library again"},
-        AdviceRow{"half_a_file", "/sdk/lib.so: file too short", "Copy the library again"},
-        AdviceRow{"an_older_system",
-                  "/lib/libc.so.6: version `GLIBC_9.99' not found (required by /sdk/lib.so)",
-                  "Use a version of the library built for this system"},
-        AdviceRow{"an_undefined_symbol", "/sdk/lib.so: undefined symbol: f",
-                  "Use a version of the library built for this system"},
-        AdviceRow{"another_library_by_mistake", "it has no function Toupcam_EnumV2",
-                  "Give the path of the maker's camera library"}),
-    RowName());
+ROWS(Rows, SdkAdvice,
+     AdviceRow{"a_path_that_is_wrong",
+               "/sdk/lib.so: cannot open shared object file: No such file or directory",
+               "Give the path of the maker's library"},
+     AdviceRow{"another_library_that_is_missing",
+               "libusb-9.so: cannot open shared object file: No such file or directory",
+               "Install the package with libusb-9.so, which the library needs."},
+     AdviceRow{"a_file_that_may_not_be_read",
+               "/sdk/lib.so: cannot open shared object file: Permission denied",
+               "Make the file readable for this user"},
+     AdviceRow{"another_processor", "/sdk/lib.so: wrong ELF class: ELFCLASS32",
+               "Use the library built for this computer's processor, "},
+     AdviceRow{"a_text_file", "/sdk/lib.so: invalid ELF header", "Copy the library again"},
+     AdviceRow{"half_a_file", "/sdk/lib.so: file too short", "Copy the library again"},
+     AdviceRow{"an_older_system",
+               "/lib/libc.so.6: version `GLIBC_9.99' not found (required by /sdk/lib.so)",
+               "Use a version of the library built for this system"},
+     AdviceRow{"an_undefined_symbol", "/sdk/lib.so: undefined symbol: f",
+               "Use a version of the library built for this system"},
+     AdviceRow{"another_library_by_mistake", "it has no function Toupcam_EnumV2",
+               "Give the path of the maker's camera library"});
 
 } // namespace

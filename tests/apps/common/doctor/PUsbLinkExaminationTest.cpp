@@ -4,7 +4,7 @@
 #include <support/FolderTest.h>
 #include <support/MadeSystem.h>
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 namespace {
 
@@ -19,9 +19,9 @@ struct LinkRow {
     const char16_t* found;
 };
 
-class UsbLink : public FolderTest, public testing::WithParamInterface<LinkRow> {};
+class UsbLink : public FolderTest, public WithRow<LinkRow> {};
 
-TEST_P(UsbLink, is_compared_with_the_device) {
+ROW_TEST(UsbLink, is_compared_with_the_device) {
     MadeSystem made(path(QString()));
     MadeSystem::Usb device;
     device.version = QString::fromUtf16(GetParam().version);
@@ -37,29 +37,25 @@ TEST_P(UsbLink, is_compared_with_the_device) {
     EXPECT_EQ(findings.first().fix.isEmpty(), GetParam().severity == Severity::Ok);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, UsbLink,
-    testing::Values(LinkRow{"of_usb_2_for_usb_2_is_well", u" 2.00", u"480", false, Severity::Ok,
-                            u"a link of 480 Mbit/s; the device reports USB 2.0"},
-                    LinkRow{"of_usb_3_for_usb_3_is_well", u" 3.20", u"5000", true, Severity::Ok,
-                            u"a link of 5000 Mbit/s; the device reports USB 3.2"},
-                    LinkRow{"of_usb_1_for_usb_2_is_slow", u" 2.00", u"12", false, Severity::Warning,
-                            u"a link of 12 Mbit/s; the device reports USB 2.0, and can use 480 "
-                            u"Mbit/s"},
-                    LinkRow{"of_usb_2_for_usb_3_is_slow", u" 2.10", u"480", true, Severity::Warning,
-                            u"a link of 480 Mbit/s; the device reports USB 2.1, and can use 5000 "
-                            u"Mbit/s"},
-                    LinkRow{"of_usb_2_for_what_reports_usb_3_is_slow", u" 3.00", u"480", false,
-                            Severity::Warning,
-                            u"a link of 480 Mbit/s; the device reports USB 3.0, and can use 5000 "
-                            u"Mbit/s"},
-                    LinkRow{"of_usb_2_for_what_may_be_usb_3_is_a_note", u" 2.10", u"480", false,
-                            Severity::Note,
-                            u"a link of 480 Mbit/s; the device reports USB 2.1: it may be one for "
-                            u"USB 3"},
-                    LinkRow{"of_usb_1_for_usb_1_is_well", u" 1.10", u"12", false, Severity::Ok,
-                            u"a link of 12 Mbit/s; the device reports USB 1.1"}),
-    RowName());
+ROWS(Rows, UsbLink,
+     LinkRow{"of_usb_2_for_usb_2_is_well", u" 2.00", u"480", false, Severity::Ok,
+             u"a link of 480 Mbit/s; the device reports USB 2.0"},
+     LinkRow{"of_usb_3_for_usb_3_is_well", u" 3.20", u"5000", true, Severity::Ok,
+             u"a link of 5000 Mbit/s; the device reports USB 3.2"},
+     LinkRow{"of_usb_1_for_usb_2_is_slow", u" 2.00", u"12", false, Severity::Warning,
+             u"a link of 12 Mbit/s; the device reports USB 2.0, and can use 480 "
+             u"Mbit/s"},
+     LinkRow{"of_usb_2_for_usb_3_is_slow", u" 2.10", u"480", true, Severity::Warning,
+             u"a link of 480 Mbit/s; the device reports USB 2.1, and can use 5000 "
+             u"Mbit/s"},
+     LinkRow{"of_usb_2_for_what_reports_usb_3_is_slow", u" 3.00", u"480", false, Severity::Warning,
+             u"a link of 480 Mbit/s; the device reports USB 3.0, and can use 5000 "
+             u"Mbit/s"},
+     LinkRow{"of_usb_2_for_what_may_be_usb_3_is_a_note", u" 2.10", u"480", false, Severity::Note,
+             u"a link of 480 Mbit/s; the device reports USB 2.1: it may be one for "
+             u"USB 3"},
+     LinkRow{"of_usb_1_for_usb_1_is_well", u" 1.10", u"12", false, Severity::Ok,
+             u"a link of 12 Mbit/s; the device reports USB 1.1"});
 
 class PUsbLinkExaminationTest : public FolderTest {
 protected:

@@ -3,7 +3,7 @@
 
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <QDir>
 #include <QFile>
@@ -58,21 +58,21 @@ TEST_F(ExclusiveRename, gives_a_folder_its_name_in_each_way_and_replaces_nothing
     }
 }
 
-class RenameStep : public ExclusiveRename, public testing::WithParamInterface<StepRow> {};
+class RenameStep : public ExclusiveRename, public WithRow<StepRow> {};
 
-TEST_P(RenameStep, gives_the_file_its_name) {
+ROW_TEST(RenameStep, gives_the_file_its_name) {
     EXPECT_EQ(PExclusiveRename::name(part, file, GetParam().steps), 0);
     expectNamed();
 }
 
-TEST_P(RenameStep, leaves_a_file_that_is_there_alone) {
+ROW_TEST(RenameStep, leaves_a_file_that_is_there_alone) {
     writeFile(file, "old");
     EXPECT_EQ(PExclusiveRename::name(part, file, GetParam().steps), EEXIST);
     EXPECT_EQ(readFile(file), QByteArray("old"));
     EXPECT_EQ(readFile(part), QByteArray("new"));
 }
 
-TEST_P(RenameStep, leaves_a_link_that_leads_nowhere_alone) {
+ROW_TEST(RenameStep, leaves_a_link_that_leads_nowhere_alone) {
     ASSERT_TRUE(QFile::link(path(u"none"_qs), file));
     EXPECT_EQ(PExclusiveRename::name(part, file, GetParam().steps), EEXIST);
     EXPECT_EQ(QFile::symLinkTarget(file), path(u"none"_qs));
@@ -80,36 +80,33 @@ TEST_P(RenameStep, leaves_a_link_that_leads_nowhere_alone) {
     EXPECT_EQ(readFile(part), QByteArray("new"));
 }
 
-TEST_P(RenameStep, leaves_a_folder_alone) {
+ROW_TEST(RenameStep, leaves_a_folder_alone) {
     ASSERT_TRUE(QDir().mkdir(file));
     EXPECT_EQ(PExclusiveRename::name(part, file, GetParam().steps), EEXIST);
     EXPECT_TRUE(QDir(file).exists());
     EXPECT_EQ(readFile(part), QByteArray("new"));
 }
 
-TEST_P(RenameStep, leaves_nothing_of_a_file_that_is_not_there) {
+ROW_TEST(RenameStep, leaves_nothing_of_a_file_that_is_not_there) {
     ASSERT_TRUE(QFile::remove(part));
     EXPECT_EQ(PExclusiveRename::name(part, file, GetParam().steps), ENOENT);
     EXPECT_EQ(names(), QStringList());
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, RenameStep,
-    testing::Values(StepRow{"of_a_rename", {PExclusiveRename::byRename}},
-                    StepRow{"of_a_link", {PExclusiveRename::byLink}},
-                    StepRow{"of_a_placeholder", {PExclusiveRename::byPlaceholder}},
-                    StepRow{"that_this_file_system_has", PExclusiveRename::allSteps()},
-                    StepRow{"of_a_link_where_a_rename_is_refused_by_its_flags",
-                            {refuse<EINVAL>, PExclusiveRename::byLink}},
-                    StepRow{"of_a_link_where_such_a_rename_is_unknown",
-                            {refuse<ENOSYS>, PExclusiveRename::byLink}},
-                    StepRow{"of_a_placeholder_where_links_are_not_permitted",
-                            {refuse<ENOTSUP>, refuse<EPERM>, PExclusiveRename::byPlaceholder}},
-                    StepRow{"of_a_placeholder_where_links_are_not_supported",
-                            {refuse<EINVAL>, refuse<EOPNOTSUPP>, PExclusiveRename::byPlaceholder}},
-                    StepRow{"of_a_placeholder_where_links_are_unknown",
-                            {refuse<ENOSYS>, refuse<ENOSYS>, PExclusiveRename::byPlaceholder}}),
-    RowName());
+ROWS(Rows, RenameStep, StepRow{"of_a_rename", {PExclusiveRename::byRename}},
+     StepRow{"of_a_link", {PExclusiveRename::byLink}},
+     StepRow{"of_a_placeholder", {PExclusiveRename::byPlaceholder}},
+     StepRow{"that_this_file_system_has", PExclusiveRename::allSteps()},
+     StepRow{"of_a_link_where_a_rename_is_refused_by_its_flags",
+             {refuse<EINVAL>, PExclusiveRename::byLink}},
+     StepRow{"of_a_link_where_such_a_rename_is_unknown",
+             {refuse<ENOSYS>, PExclusiveRename::byLink}},
+     StepRow{"of_a_placeholder_where_links_are_not_permitted",
+             {refuse<ENOTSUP>, refuse<EPERM>, PExclusiveRename::byPlaceholder}},
+     StepRow{"of_a_placeholder_where_links_are_not_supported",
+             {refuse<EINVAL>, refuse<EOPNOTSUPP>, PExclusiveRename::byPlaceholder}},
+     StepRow{"of_a_placeholder_where_links_are_unknown",
+             {refuse<ENOSYS>, refuse<ENOSYS>, PExclusiveRename::byPlaceholder}});
 
 TEST_F(ExclusiveRename, a_step_that_failed_for_another_reason_is_the_last) {
     EXPECT_EQ(PExclusiveRename::name(part, file, {refuse<ENOSPC>, PExclusiveRename::byLink}),

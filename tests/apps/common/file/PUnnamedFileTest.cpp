@@ -3,7 +3,7 @@
 
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <QDir>
 
@@ -21,7 +21,7 @@ struct BeforeRow {
     Before before;
 };
 
-class UnnamedFile : public FolderTest, public testing::WithParamInterface<BeforeRow> {
+class UnnamedFile : public FolderTest, public WithRow<BeforeRow> {
 protected:
     const QString name = path(u"run.tif"_qs);
 
@@ -43,14 +43,14 @@ protected:
     int descriptor = -1;
 };
 
-TEST_P(UnnamedFile, shows_no_file_before_it_has_its_name) {
+ROW_TEST(UnnamedFile, shows_no_file_before_it_has_its_name) {
     PUnnamedFile file;
     create(file);
     EXPECT_EQ(shownFiles(), QStringList());
     EXPECT_FALSE(file.hasName());
 }
 
-TEST_P(UnnamedFile, is_the_only_file_once_it_has_its_name) {
+ROW_TEST(UnnamedFile, is_the_only_file_once_it_has_its_name) {
     PUnnamedFile file;
     create(file);
     EXPECT_EQ(file.giveName(descriptor), 0);
@@ -59,7 +59,7 @@ TEST_P(UnnamedFile, is_the_only_file_once_it_has_its_name) {
     EXPECT_EQ(readFile(name), QByteArray("abc"));
 }
 
-TEST_P(UnnamedFile, is_gone_without_a_name) {
+ROW_TEST(UnnamedFile, is_gone_without_a_name) {
     {
         PUnnamedFile file;
         create(file);
@@ -67,7 +67,7 @@ TEST_P(UnnamedFile, is_gone_without_a_name) {
     EXPECT_EQ(allFiles(), QStringList());
 }
 
-TEST_P(UnnamedFile, leaves_a_file_alone_that_has_got_the_name_meanwhile) {
+ROW_TEST(UnnamedFile, leaves_a_file_alone_that_has_got_the_name_meanwhile) {
     {
         PUnnamedFile file;
         create(file);
@@ -79,7 +79,7 @@ TEST_P(UnnamedFile, leaves_a_file_alone_that_has_got_the_name_meanwhile) {
     EXPECT_EQ(readFile(name), QByteArray("mine"));
 }
 
-TEST_P(UnnamedFile, has_the_permissions_of_any_new_file) {
+ROW_TEST(UnnamedFile, has_the_permissions_of_any_new_file) {
     PUnnamedFile file;
     create(file);
     ASSERT_EQ(file.giveName(descriptor), 0);
@@ -87,10 +87,8 @@ TEST_P(UnnamedFile, has_the_permissions_of_any_new_file) {
     EXPECT_EQ(QFileInfo(name).permissions(), QFileInfo(path(u"other"_qs)).permissions());
 }
 
-INSTANTIATE_TEST_SUITE_P(Before, UnnamedFile,
-                         testing::Values(BeforeRow{"without_a_name", Before::Unnamed},
-                                         BeforeRow{"with_a_hidden_name", Before::Hidden}),
-                         RowName());
+ROWS(Before, UnnamedFile, BeforeRow{"without_a_name", Before::Unnamed},
+     BeforeRow{"with_a_hidden_name", Before::Hidden});
 
 using UnnamedFileCreate = FolderTest;
 

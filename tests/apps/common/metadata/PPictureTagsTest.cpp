@@ -10,7 +10,7 @@
 
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <QScopeGuard>
 
@@ -21,7 +21,12 @@ namespace {
 const PCameraIdentity simulated{u"Small-1"_qs, u"Small"_qs, u"S0001"_qs, true};
 const PCameraIdentity real{u"Small-1"_qs, u"Small"_qs, u"S0001"_qs, false};
 
-class PictureTags : public FolderTest, public testing::WithParamInterface<const char*> {
+class PictureTags : public FolderTest, public WithRow<const char*> {
+public:
+    static std::string toRowName(const char* const& row) {
+        return qstrcmp(row, "a.png") == 0 ? "png" : "tiff";
+    }
+
 protected:
     static PDeviceFrame frame(quint64 number = 1) {
         return testFrame(
@@ -51,7 +56,7 @@ QStringList resolutions(const QJsonObject& tags) {
     return found;
 }
 
-TEST_P(PictureTags, name_program_camera_time_and_exposure) {
+ROW_TEST(PictureTags, name_program_camera_time_and_exposure) {
     const QByteArray zone = qgetenv("TZ");
     qputenv("TZ", "IST-5:30"); // where clocks are ahead by that much
     const auto restore =
@@ -72,7 +77,7 @@ TEST_P(PictureTags, name_program_camera_time_and_exposure) {
     EXPECT_EQ(tags.value(u"ExifIFD:ExposureMode"_qs).toInt(-1), 0);
 }
 
-TEST_P(PictureTags, have_the_resolution_of_the_specimen) {
+ROW_TEST(PictureTags, have_the_resolution_of_the_specimen) {
     const QJsonObject tags = saved(simulated, 0.345);
     EXPECT_NEAR(tags.value(u"IFD0:XResolution"_qs).toDouble(), 1e4 / 0.345, 0.1);
     EXPECT_NEAR(tags.value(u"IFD0:YResolution"_qs).toDouble(), 1e4 / 0.345, 0.1);
@@ -84,17 +89,17 @@ TEST_P(PictureTags, have_the_resolution_of_the_specimen) {
     }
 }
 
-TEST_P(PictureTags, have_no_resolution_where_none_is_known) {
+ROW_TEST(PictureTags, have_no_resolution_where_none_is_known) {
     EXPECT_EQ(resolutions(saved(simulated, std::nullopt)), QStringList());
 }
 
-TEST_P(PictureTags, name_no_maker_of_a_real_camera) {
+ROW_TEST(PictureTags, name_no_maker_of_a_real_camera) {
     const QJsonObject tags = saved(real, std::nullopt);
     EXPECT_FALSE(tags.contains(u"IFD0:Make"_qs));
     EXPECT_EQ(tags.value(u"IFD0:Model"_qs).toString(), u"Small"_qs);
 }
 
-TEST_P(PictureTags, the_text_beside_them_has_one_exposure_and_one_gain) {
+ROW_TEST(PictureTags, the_text_beside_them_has_one_exposure_and_one_gain) {
     const QString file = path(QString::fromLatin1(GetParam()));
     const QJsonObject tags = saved(simulated, std::nullopt);
     QString description = tags.value(u"IFD0:ImageDescription"_qs).toString();
@@ -109,8 +114,7 @@ TEST_P(PictureTags, the_text_beside_them_has_one_exposure_and_one_gain) {
     EXPECT_FALSE(readFile(file).contains("158647"));
 }
 
-INSTANTIATE_TEST_SUITE_P(Apps, PictureTags, testing::Values("a.png", "a.tif"),
-                         [](const auto& row) { return row.index == 0 ? "png" : "tiff"; });
+ROWS(Apps, PictureTags, "a.png", "a.tif");
 
 class StackTags : public PictureTags {};
 

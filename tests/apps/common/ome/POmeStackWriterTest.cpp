@@ -8,7 +8,7 @@
 #include <support/FileSizeLimit.h>
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <QFile>
 #include <QFileInfo>
@@ -102,9 +102,9 @@ struct CompleteRow {
     const char* complete;
 };
 
-class CompleteNote : public OmeStackWriter, public testing::WithParamInterface<CompleteRow> {};
+class CompleteNote : public OmeStackWriter, public WithRow<CompleteRow> {};
 
-TEST_P(CompleteNote, names_what_is_missing) {
+ROW_TEST(CompleteNote, names_what_is_missing) {
     POmeStackWriter writer(options);
     write(writer, 1);
     PFrameLedger ledger;
@@ -139,7 +139,7 @@ const CompleteRow completeRows[] = {
      "no: interrupted; frames of the camera are missing: 1 lost in the camera"},
 };
 
-INSTANTIATE_TEST_SUITE_P(Rows, CompleteNote, testing::ValuesIn(completeRows), RowName());
+ROWS_IN(Rows, CompleteNote, completeRows);
 
 TEST_F(OmeStackWriter, before_the_end_the_file_is_a_valid_stack_of_the_pictures_so_far) {
     POmeStackWriter writer(options);

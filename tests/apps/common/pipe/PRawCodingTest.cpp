@@ -4,7 +4,7 @@
 #include <apps/common/pipe/PixelImage.h>
 
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <gtest/gtest.h>
 
@@ -21,40 +21,33 @@ struct RawHeaderRow {
     QByteArray header;
 };
 
-void PrintTo(const RawHeaderRow& row, std::ostream* out) {
-    *out << row.name;
-}
+class RawHeader : public RowTest<RawHeaderRow> {};
 
-class RawHeader : public testing::TestWithParam<RawHeaderRow> {};
-
-TEST_P(RawHeader, is_one_line_of_json) {
+ROW_TEST(RawHeader, is_one_line_of_json) {
     const RawHeaderRow& row = GetParam();
     const PRawCoding coding(PCameraIdentity{u"Kamera-\u00fc\n"_qs, u"Kamera"_qs, {}, true});
     EXPECT_EQ(coding.makeHeader({row.width, row.height, row.format}, row.rate), row.header);
     EXPECT_TRUE(coding.needsRate());
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, RawHeader,
-    testing::Values(
-        RawHeaderRow{"grey_frames_have_one_byte_for_each_pixel", Format::Gray, 3, 2, 12.5,
-                     "{\"bytesPerPixel\":1,\"camera\":\"Kamera-\u00fc\\n\",\"channels\":\"Y\","
-                     "\"fps\":12.5,\"frameBytes\":6,\"height\":2,\"pixelFormat\":\"gray\","
-                     "\"simulated\":true,\"width\":3}\n"},
-        RawHeaderRow{"colours_begin_with_blue_and_an_unknown_rate_is_left_out", Format::Bgr, 5440,
-                     3648, std::nullopt,
-                     "{\"bytesPerPixel\":3,\"camera\":\"Kamera-\u00fc\\n\",\"channels\":\"BGR\","
-                     "\"frameBytes\":59535360,\"height\":3648,\"pixelFormat\":\"bgr24\","
-                     "\"simulated\":true,\"width\":5440}\n"},
-        RawHeaderRow{"the_fourth_byte_is_named_after_red_green_blue", Format::Xrgb, 1, 1, 1.0,
-                     "{\"bytesPerPixel\":4,\"camera\":\"Kamera-\u00fc\\n\",\"channels\":\"RGBX\","
-                     "\"fps\":1,\"frameBytes\":4,\"height\":1,\"pixelFormat\":\"rgb0\","
-                     "\"simulated\":true,\"width\":1}\n"},
-        RawHeaderRow{"the_fourth_byte_is_named_after_blue_green_red", Format::BgrX, 1, 1, 1.0,
-                     "{\"bytesPerPixel\":4,\"camera\":\"Kamera-\u00fc\\n\",\"channels\":\"BGRX\","
-                     "\"fps\":1,\"frameBytes\":4,\"height\":1,\"pixelFormat\":\"bgr0\","
-                     "\"simulated\":true,\"width\":1}\n"}),
-    RowName());
+ROWS(Rows, RawHeader,
+     RawHeaderRow{"grey_frames_have_one_byte_for_each_pixel", Format::Gray, 3, 2, 12.5,
+                  "{\"bytesPerPixel\":1,\"camera\":\"Kamera-\u00fc\\n\",\"channels\":\"Y\","
+                  "\"fps\":12.5,\"frameBytes\":6,\"height\":2,\"pixelFormat\":\"gray\","
+                  "\"simulated\":true,\"width\":3}\n"},
+     RawHeaderRow{"colours_begin_with_blue_and_an_unknown_rate_is_left_out", Format::Bgr, 5440,
+                  3648, std::nullopt,
+                  "{\"bytesPerPixel\":3,\"camera\":\"Kamera-\u00fc\\n\",\"channels\":\"BGR\","
+                  "\"frameBytes\":59535360,\"height\":3648,\"pixelFormat\":\"bgr24\","
+                  "\"simulated\":true,\"width\":5440}\n"},
+     RawHeaderRow{"the_fourth_byte_is_named_after_red_green_blue", Format::Xrgb, 1, 1, 1.0,
+                  "{\"bytesPerPixel\":4,\"camera\":\"Kamera-\u00fc\\n\",\"channels\":\"RGBX\","
+                  "\"fps\":1,\"frameBytes\":4,\"height\":1,\"pixelFormat\":\"rgb0\","
+                  "\"simulated\":true,\"width\":1}\n"},
+     RawHeaderRow{"the_fourth_byte_is_named_after_blue_green_red", Format::BgrX, 1, 1, 1.0,
+                  "{\"bytesPerPixel\":4,\"camera\":\"Kamera-\u00fc\\n\",\"channels\":\"BGRX\","
+                  "\"fps\":1,\"frameBytes\":4,\"height\":1,\"pixelFormat\":\"bgr0\","
+                  "\"simulated\":true,\"width\":1}\n"});
 
 TEST(RawCoding, has_no_header_unless_it_is_requested_and_then_waits_for_no_rate) {
     const PRawCoding coding;

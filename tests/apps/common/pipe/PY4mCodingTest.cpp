@@ -4,7 +4,7 @@
 #include <apps/common/pipe/PixelImage.h>
 
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <gtest/gtest.h>
 
@@ -21,13 +21,9 @@ struct Y4mHeaderRow {
     QByteArray header;
 };
 
-void PrintTo(const Y4mHeaderRow& row, std::ostream* out) {
-    *out << row.name;
-}
+class Y4mHeader : public RowTest<Y4mHeaderRow> {};
 
-class Y4mHeader : public testing::TestWithParam<Y4mHeaderRow> {};
-
-TEST_P(Y4mHeader, describes_the_frames) {
+ROW_TEST(Y4mHeader, describes_the_frames) {
     const Y4mHeaderRow& row = GetParam();
     EXPECT_EQ(PY4mCoding(row.chroma).makeHeader(row.frame, row.rate), row.header);
 }
@@ -35,29 +31,26 @@ TEST_P(Y4mHeader, describes_the_frames) {
 const PImageHeader greyFrame(1280, 960, Format::Gray);
 const PImageHeader colourFrame(5441, 3, Format::Bgr);
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, Y4mHeader,
-    testing::Values(
-        Y4mHeaderRow{"grey_is_mono_in_its_full_range", Chroma::Quarter, greyFrame, 20,
-                     "YUV4MPEG2 W1280 H960 F20:1 Ip A1:1 Cmono XCOLORRANGE=FULL\n"},
-        Y4mHeaderRow{"grey_has_no_chroma_to_choose", Chroma::Each, greyFrame, 20,
-                     "YUV4MPEG2 W1280 H960 F20:1 Ip A1:1 Cmono XCOLORRANGE=FULL\n"},
-        Y4mHeaderRow{"colours_share_samples_in_the_middle_of_four_pixels", Chroma::Quarter,
-                     colourFrame, 20,
-                     "YUV4MPEG2 W5441 H3 F20:1 Ip A1:1 C420jpeg XCOLORRANGE=LIMITED\n"},
-        Y4mHeaderRow{"colours_have_samples_of_their_own", Chroma::Each, colourFrame, 20,
-                     "YUV4MPEG2 W5441 H3 F20:1 Ip A1:1 C444 XCOLORRANGE=LIMITED\n"},
-        Y4mHeaderRow{"a_measured_rate_close_to_a_whole_number_is_that", Chroma::Each, greyFrame,
-                     29.62, "YUV4MPEG2 W1280 H960 F30:1 Ip A1:1 Cmono XCOLORRANGE=FULL\n"},
-        Y4mHeaderRow{"another_rate_is_given_in_thousandths", Chroma::Each, greyFrame, 7.4567,
-                     "YUV4MPEG2 W1280 H960 F7457:1000 Ip A1:1 Cmono XCOLORRANGE=FULL\n"},
-        Y4mHeaderRow{"a_slow_rate_is_no_zero", Chroma::Each, greyFrame, 0.2,
-                     "YUV4MPEG2 W1280 H960 F200:1000 Ip A1:1 Cmono XCOLORRANGE=FULL\n"},
-        Y4mHeaderRow{"a_rate_too_slow_for_a_fraction_is_unknown", Chroma::Each, greyFrame, 0.0004,
-                     "YUV4MPEG2 W1280 H960 F0:0 Ip A1:1 Cmono XCOLORRANGE=FULL\n"},
-        Y4mHeaderRow{"an_unknown_rate_is_said_to_be_so", Chroma::Each, greyFrame, std::nullopt,
-                     "YUV4MPEG2 W1280 H960 F0:0 Ip A1:1 Cmono XCOLORRANGE=FULL\n"}),
-    RowName());
+ROWS(Rows, Y4mHeader,
+     Y4mHeaderRow{"grey_is_mono_in_its_full_range", Chroma::Quarter, greyFrame, 20,
+                  "YUV4MPEG2 W1280 H960 F20:1 Ip A1:1 Cmono XCOLORRANGE=FULL\n"},
+     Y4mHeaderRow{"grey_has_no_chroma_to_choose", Chroma::Each, greyFrame, 20,
+                  "YUV4MPEG2 W1280 H960 F20:1 Ip A1:1 Cmono XCOLORRANGE=FULL\n"},
+     Y4mHeaderRow{"colours_share_samples_in_the_middle_of_four_pixels", Chroma::Quarter,
+                  colourFrame, 20,
+                  "YUV4MPEG2 W5441 H3 F20:1 Ip A1:1 C420jpeg XCOLORRANGE=LIMITED\n"},
+     Y4mHeaderRow{"colours_have_samples_of_their_own", Chroma::Each, colourFrame, 20,
+                  "YUV4MPEG2 W5441 H3 F20:1 Ip A1:1 C444 XCOLORRANGE=LIMITED\n"},
+     Y4mHeaderRow{"a_measured_rate_close_to_a_whole_number_is_that", Chroma::Each, greyFrame, 29.62,
+                  "YUV4MPEG2 W1280 H960 F30:1 Ip A1:1 Cmono XCOLORRANGE=FULL\n"},
+     Y4mHeaderRow{"another_rate_is_given_in_thousandths", Chroma::Each, greyFrame, 7.4567,
+                  "YUV4MPEG2 W1280 H960 F7457:1000 Ip A1:1 Cmono XCOLORRANGE=FULL\n"},
+     Y4mHeaderRow{"a_slow_rate_is_no_zero", Chroma::Each, greyFrame, 0.2,
+                  "YUV4MPEG2 W1280 H960 F200:1000 Ip A1:1 Cmono XCOLORRANGE=FULL\n"},
+     Y4mHeaderRow{"a_rate_too_slow_for_a_fraction_is_unknown", Chroma::Each, greyFrame, 0.0004,
+                  "YUV4MPEG2 W1280 H960 F0:0 Ip A1:1 Cmono XCOLORRANGE=FULL\n"},
+     Y4mHeaderRow{"an_unknown_rate_is_said_to_be_so", Chroma::Each, greyFrame, std::nullopt,
+                  "YUV4MPEG2 W1280 H960 F0:0 Ip A1:1 Cmono XCOLORRANGE=FULL\n"});
 
 QByteArray encode(PY4mCoding& coding, const PImage& image) {
     const PByteView bytes = coding.encode(image);

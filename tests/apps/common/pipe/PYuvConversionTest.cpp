@@ -4,7 +4,7 @@
 #include <apps/common/pipe/PixelImage.h>
 
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <gtest/gtest.h>
 
@@ -33,13 +33,9 @@ struct ColourRow {
     std::vector<int> yuv;
 };
 
-void PrintTo(const ColourRow& row, std::ostream* out) {
-    *out << row.name;
-}
+class YuvColour : public RowTest<ColourRow> {};
 
-class YuvColour : public testing::TestWithParam<ColourRow> {};
-
-TEST_P(YuvColour, has_the_codes_of_the_recommendation_in_every_format) {
+ROW_TEST(YuvColour, has_the_codes_of_the_recommendation_in_every_format) {
     const ColourRow& row = GetParam();
     const QByteArray bgr = toPixel(row.blue, row.green, row.red);
     const QByteArray rgb = toPixel(row.red, row.green, row.blue);
@@ -52,17 +48,13 @@ TEST_P(YuvColour, has_the_codes_of_the_recommendation_in_every_format) {
 }
 
 // The codes of the colour bars of 100 %, as BT.601 rounds them.
-INSTANTIATE_TEST_SUITE_P(Rows, YuvColour,
-                         testing::Values(ColourRow{"black", 0, 0, 0, {16, 128, 128}},
-                                         ColourRow{"white", 255, 255, 255, {235, 128, 128}},
-                                         ColourRow{"red", 255, 0, 0, {81, 90, 240}},
-                                         ColourRow{"green", 0, 255, 0, {145, 54, 34}},
-                                         ColourRow{"blue", 0, 0, 255, {41, 240, 110}},
-                                         ColourRow{"yellow", 255, 255, 0, {210, 16, 146}},
-                                         ColourRow{"cyan", 0, 255, 255, {170, 166, 16}},
-                                         ColourRow{"magenta", 255, 0, 255, {106, 202, 222}},
-                                         ColourRow{"grey", 128, 128, 128, {126, 128, 128}}),
-                         RowName());
+ROWS(Rows, YuvColour, ColourRow{"black", 0, 0, 0, {16, 128, 128}},
+     ColourRow{"white", 255, 255, 255, {235, 128, 128}}, ColourRow{"red", 255, 0, 0, {81, 90, 240}},
+     ColourRow{"green", 0, 255, 0, {145, 54, 34}}, ColourRow{"blue", 0, 0, 255, {41, 240, 110}},
+     ColourRow{"yellow", 255, 255, 0, {210, 16, 146}},
+     ColourRow{"cyan", 0, 255, 255, {170, 166, 16}},
+     ColourRow{"magenta", 255, 0, 255, {106, 202, 222}},
+     ColourRow{"grey", 128, 128, 128, {126, 128, 128}});
 
 /// The formulas of the recommendation, not rounded.
 std::vector<double> exactYuv(int red, int green, int blue) {

@@ -2,7 +2,7 @@
 #include <apps/common/program/PProgramOptions.h>
 
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <gtest/gtest.h>
 
@@ -27,7 +27,7 @@ struct BadValueRow {
     const char* reason;
 };
 
-class PProgramOptionsBadTest : public testing::TestWithParam<BadValueRow> {};
+class PProgramOptionsBadTest : public RowTest<BadValueRow> {};
 
 } // namespace
 
@@ -65,29 +65,26 @@ TEST(PProgramOptionsTest, an_option_keeps_the_help_of_its_program) {
     EXPECT_EQ(option.valueName(), u"ID"_qs);
 }
 
-TEST_P(PProgramOptionsBadTest, is_refused_with_what_was_expected) {
+ROW_TEST(PProgramOptionsBadTest, is_refused_with_what_was_expected) {
     PProgramOptions options;
     const PStatus status = parse({QString::fromLatin1(GetParam().word)}, options);
     EXPECT_EQ(status.reason(), QString::fromLatin1(GetParam().reason));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Words, PProgramOptionsBadTest,
-    testing::Values(
-        BadValueRow{"an_unknown_language", "--lang=xx",
-                    "\"xx\" is not a value for --lang: expected en or ru"},
-        BadValueRow{"an_empty_language",
-                    "--lang=", "\"\" is not a value for --lang: expected a non-empty value"},
-        BadValueRow{"an_empty_sdk",
-                    "--sdk=", "\"\" is not a value for --sdk: expected a non-empty value"},
-        BadValueRow{"an_empty_scene",
-                    "--scene=", "\"\" is not a value for --scene: expected a non-empty value"},
-        BadValueRow{"an_empty_plugin_path", "--plugin-path=",
-                    "\"\" is not a value for --plugin-path: expected a non-empty value"},
-        BadValueRow{"an_empty_camera",
-                    "--camera=", "\"\" is not a value for --camera: expected a non-empty value"},
-        BadValueRow{"an_empty_log_level", "--log-level=",
-                    "\"\" is not a value for --log-level: expected a non-empty value"},
-        BadValueRow{"an_empty_option_of_the_program",
-                    "--theme=", "\"\" is not a value for --theme: expected a non-empty value"}),
-    RowName());
+ROWS(Words, PProgramOptionsBadTest,
+     BadValueRow{"an_unknown_language", "--lang=xx",
+                 "\"xx\" is not a value for --lang: expected en or ru"},
+     BadValueRow{"an_empty_language",
+                 "--lang=", "\"\" is not a value for --lang: expected a non-empty value"},
+     BadValueRow{"an_empty_sdk",
+                 "--sdk=", "\"\" is not a value for --sdk: expected a non-empty value"},
+     BadValueRow{"an_empty_scene",
+                 "--scene=", "\"\" is not a value for --scene: expected a non-empty value"},
+     BadValueRow{"an_empty_plugin_path", "--plugin-path=",
+                 "\"\" is not a value for --plugin-path: expected a non-empty value"},
+     BadValueRow{"an_empty_camera",
+                 "--camera=", "\"\" is not a value for --camera: expected a non-empty value"},
+     BadValueRow{"an_empty_log_level",
+                 "--log-level=", "\"\" is not a value for --log-level: expected a non-empty value"},
+     BadValueRow{"an_empty_option_of_the_program",
+                 "--theme=", "\"\" is not a value for --theme: expected a non-empty value"});

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/record/PRecordSchedule.h>
 
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <gtest/gtest.h>
 
@@ -152,15 +152,15 @@ const TimeLeftRow timeLeftRows[] = {
      24h * 365 * 100 + 1h},
 };
 
-class TimeLeft : public testing::TestWithParam<TimeLeftRow> {};
+class TimeLeft : public RowTest<TimeLeftRow> {};
 
-TEST_P(TimeLeft, is_until_the_last_requested_frame_is_due) {
+ROW_TEST(TimeLeft, is_until_the_last_requested_frame_is_due) {
     const TimeLeftRow& row = GetParam();
     PRecordSchedule schedule(row.plan);
     claimed(schedule, row.arrivals);
     EXPECT_EQ(schedule.timeLeft(at(row.now)), row.left);
 }
 
-INSTANTIATE_TEST_SUITE_P(RecordSchedule, TimeLeft, testing::ValuesIn(timeLeftRows), RowName());
+ROWS_IN(RecordSchedule, TimeLeft, timeLeftRows);
 
 } // namespace

@@ -13,6 +13,7 @@
 
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>
+#include <support/RowTest.h>
 
 #include <memory>
 
@@ -22,7 +23,10 @@ using namespace std::chrono_literals;
 
 constexpr int framesBefore = 4; // the next one makes the list of planes grow
 
-class WriterMemory : public FolderTest, public testing::WithParamInterface<const char*> {
+class WriterMemory : public FolderTest, public WithRow<const char*> {
+public:
+    static std::string toRowName(const char* const& row) { return row; }
+
 protected:
     bool isStack() const { return QByteArray(GetParam()) == "stack"; }
     /// Another recording, which has frames.
@@ -61,7 +65,7 @@ private:
     int m_recordings = 0;
 };
 
-TEST_P(WriterMemory, a_frame_without_memory_is_not_in_the_recording) {
+ROW_TEST(WriterMemory, a_frame_without_memory_is_not_in_the_recording) {
     bool isRefused = true;
     int withoutIt = 0;
     for (int granted = 0; isRefused; granted = next(granted)) {
@@ -85,7 +89,7 @@ TEST_P(WriterMemory, a_frame_without_memory_is_not_in_the_recording) {
     EXPECT_GT(withoutIt, 5);
 }
 
-TEST_P(WriterMemory, an_end_without_memory_is_a_failure_that_keeps_all_frames) {
+ROW_TEST(WriterMemory, an_end_without_memory_is_a_failure_that_keeps_all_frames) {
     bool isRefused = true;
     int failures = 0;
     for (int granted = 0; isRefused; granted = next(granted)) {
@@ -104,7 +108,6 @@ TEST_P(WriterMemory, an_end_without_memory_is_a_failure_that_keeps_all_frames) {
     EXPECT_GT(failures, 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Formats, WriterMemory, testing::Values("stack", "zarr"),
-                         [](const auto& row) { return std::string(row.param); });
+ROWS(Formats, WriterMemory, "stack", "zarr");
 
 } // namespace

@@ -2,7 +2,7 @@
 #include <apps/common/system/PUsbId.h>
 
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 namespace {
 
@@ -19,20 +19,15 @@ struct TextRow {
     const char* text;
 };
 
-class NoUsbId : public testing::TestWithParam<TextRow> {};
+class NoUsbId : public RowTest<TextRow> {};
 
-TEST_P(NoUsbId, is_refused) {
+ROW_TEST(NoUsbId, is_refused) {
     EXPECT_FALSE(PUsbId::parse(QString::fromLatin1(GetParam().text)).has_value());
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, NoUsbId,
-                         testing::Values(TextRow{"nothing", ""}, TextRow{"one_number", "1234"},
-                                         TextRow{"three_digits", "123:5678"},
-                                         TextRow{"five_digits", "12345:5678"},
-                                         TextRow{"a_letter_that_is_no_digit", "12g4:5678"},
-                                         TextRow{"three_numbers", "1234:5678:9abc"},
-                                         TextRow{"a_line_feed_at_the_end", "1234:5678\n"},
-                                         TextRow{"a_prefix", "0x12:5678"}),
-                         RowName());
+ROWS(Rows, NoUsbId, TextRow{"nothing", ""}, TextRow{"one_number", "1234"},
+     TextRow{"three_digits", "123:5678"}, TextRow{"five_digits", "12345:5678"},
+     TextRow{"a_letter_that_is_no_digit", "12g4:5678"}, TextRow{"three_numbers", "1234:5678:9abc"},
+     TextRow{"a_line_feed_at_the_end", "1234:5678\n"}, TextRow{"a_prefix", "0x12:5678"});
 
 } // namespace

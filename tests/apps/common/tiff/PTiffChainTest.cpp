@@ -5,7 +5,7 @@
 
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 namespace {
 
@@ -43,9 +43,9 @@ struct ChainRow {
     quint64 directories;
 };
 
-class TiffChain : public FolderTest, public testing::WithParamInterface<ChainRow> {};
+class TiffChain : public FolderTest, public WithRow<ChainRow> {};
 
-TEST_P(TiffChain, counts_the_directories_that_can_be_reached) {
+ROW_TEST(TiffChain, counts_the_directories_that_can_be_reached) {
     PTransactionalFile file;
     ASSERT_TRUE(file.create(path(u"a.tif"_qs)).isOk());
     const QByteArray content = GetParam().content;
@@ -70,6 +70,6 @@ const ChainRow chains[] = {
     {"no_more_than_asked_for_in_a_ring", classicHeader(8) + classicDirectory(8), 5},
 };
 
-INSTANTIATE_TEST_SUITE_P(Chains, TiffChain, testing::ValuesIn(chains), RowName());
+ROWS_IN(Chains, TiffChain, chains);
 
 } // namespace

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <apps/common/zarr/PChannelPlanes.h>
 
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <gtest/gtest.h>
 
@@ -31,9 +31,9 @@ struct PlaneRow {
     int channels;
 };
 
-class ChannelPlanes : public testing::TestWithParam<PlaneRow> {};
+class ChannelPlanes : public RowTest<PlaneRow> {};
 
-TEST_P(ChannelPlanes, every_sample_is_that_of_the_picture) {
+ROW_TEST(ChannelPlanes, every_sample_is_that_of_the_picture) {
     const PlaneRow& row = GetParam();
     const QImage picture = noisyRows(row.format, row.width, row.height);
     PChannelPlanes channels;
@@ -59,7 +59,7 @@ const PlaneRow planeRows[] = {
     {"of_a_single_pixel", QImage::Format_BGR888, 1, 1, 3},
 };
 
-INSTANTIATE_TEST_SUITE_P(Rows, ChannelPlanes, testing::ValuesIn(planeRows), RowName());
+ROWS_IN(Rows, ChannelPlanes, planeRows);
 
 struct HalfRow {
     const char* name;
@@ -67,9 +67,9 @@ struct HalfRow {
     int height;
 };
 
-class HalfPlane : public testing::TestWithParam<HalfRow> {};
+class HalfPlane : public RowTest<HalfRow> {};
 
-TEST_P(HalfPlane, each_sample_is_the_rounded_mean_of_four) {
+ROW_TEST(HalfPlane, each_sample_is_the_rounded_mean_of_four) {
     const HalfRow& row = GetParam();
     const QImage picture = noisyRows(QImage::Format_Grayscale8, row.width, row.height);
     PChannelPlanes channels;
@@ -92,7 +92,7 @@ const HalfRow halfRows[] = {
     {"of_three_by_three", 3, 3},
 };
 
-INSTANTIATE_TEST_SUITE_P(Rows, HalfPlane, testing::ValuesIn(halfRows), RowName());
+ROWS_IN(Rows, HalfPlane, halfRows);
 
 TEST(ChannelPlanesMemory, a_half_is_valid_while_it_is_halved_itself) {
     PChannelPlanes channels;

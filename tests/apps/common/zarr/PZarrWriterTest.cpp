@@ -8,7 +8,7 @@
 #include <support/FileSizeLimit.h>
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <QDir>
 #include <QFile>
@@ -183,9 +183,9 @@ struct PyramidRow {
     std::vector<QSize> levels;
 };
 
-class ZarrPyramid : public testing::TestWithParam<PyramidRow> {};
+class ZarrPyramid : public RowTest<PyramidRow> {};
 
-TEST_P(ZarrPyramid, halves_the_size_until_it_is_small) {
+ROW_TEST(ZarrPyramid, halves_the_size_until_it_is_small) {
     EXPECT_EQ(PZarrWriter::pyramid(GetParam().size), GetParam().levels);
 }
 
@@ -199,7 +199,7 @@ const PyramidRow pyramidRows[] = {
     {"of_a_picture_with_few_rows", {4000, 3}, {{4000, 3}, {2000, 1}}},
 };
 
-INSTANTIATE_TEST_SUITE_P(Rows, ZarrPyramid, testing::ValuesIn(pyramidRows), RowName());
+ROWS_IN(Rows, ZarrPyramid, pyramidRows);
 
 TEST_F(ZarrWriter, what_has_the_name_is_left_alone_and_named) {
     writeFile(options.path, "mine");
@@ -275,9 +275,9 @@ struct BlockedRow {
     const char* blocked; ///< this file cannot be made
 };
 
-class ZarrStep : public ZarrWriter, public testing::WithParamInterface<BlockedRow> {};
+class ZarrStep : public ZarrWriter, public WithRow<BlockedRow> {};
 
-TEST_P(ZarrStep, that_fails_takes_the_frame_with_it) {
+ROW_TEST(ZarrStep, that_fails_takes_the_frame_with_it) {
     options.pyramid = true;
     PZarrWriter writer(options);
     write(writer, 2);
@@ -299,7 +299,7 @@ const BlockedRow blockedRows[] = {
     {"of_the_document", "OME/METADATA.ome.xml.part"},
 };
 
-INSTANTIATE_TEST_SUITE_P(Rows, ZarrStep, testing::ValuesIn(blockedRows), RowName());
+ROWS_IN(Rows, ZarrStep, blockedRows);
 
 TEST_F(ZarrWriter, a_line_of_times_that_does_not_fit_takes_its_frame_with_it) {
     // Frames of one colour are small, and so are all files but the table, which grows.
