@@ -5,6 +5,7 @@
 
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>
+#include <support/RowTest.h>
 
 #include <QFile>
 
@@ -193,9 +194,9 @@ constexpr SceneRow brokenScenes[] = {
     {"a_camera_without_an_id", R"({"cameras": [{"model": "M"}]})", "cameras[0].id"},
 };
 
-class BrokenScene : public FolderTest, public testing::WithParamInterface<SceneRow> {};
+class BrokenScene : public FolderTest, public WithRow<SceneRow> {};
 
-TEST_P(BrokenScene, is_wrong_usage_that_names_the_file_and_the_place) {
+ROW_TEST(BrokenScene, is_wrong_usage_that_names_the_file_and_the_place) {
     const QString scene = path(u"broken.json"_qs);
     writeFile(scene, GetParam().text);
     const CtlResult result = runCtl({listWord, u"--sdk=sim"_qs, u"--scene"_qs, scene});
@@ -205,8 +206,7 @@ TEST_P(BrokenScene, is_wrong_usage_that_names_the_file_and_the_place) {
         << result.errors.toStdString();
 }
 
-INSTANTIATE_TEST_SUITE_P(Pcdctl, BrokenScene, testing::ValuesIn(brokenScenes),
-                         [](const auto& row) { return std::string(row.param.name); });
+ROWS_IN(Pcdctl, BrokenScene, brokenScenes);
 
 TEST_F(CameraSdk, a_scene_that_is_not_there_is_wrong_usage) {
     const QString scene = path(u"none.json"_qs);

@@ -3,7 +3,7 @@
 
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <QJsonArray>
 #include <QXmlStreamReader>
@@ -205,13 +205,9 @@ struct WrongCheckRow {
     const char* message;
 };
 
-void PrintTo(const WrongCheckRow& row, std::ostream* out) {
-    *out << row.name;
-}
+class CheckUsage : public RowTest<WrongCheckRow> {};
 
-class CheckUsage : public testing::TestWithParam<WrongCheckRow> {};
-
-TEST_P(CheckUsage, is_refused_with_what_was_expected) {
+ROW_TEST(CheckUsage, is_refused_with_what_was_expected) {
     const CtlResult result = runCtl({checkWord, QString::fromUtf8(GetParam().argument)});
     EXPECT_EQ(result.exitCode, 2);
     EXPECT_TRUE(result.errors.contains(QString::fromUtf8(GetParam().message)))
@@ -228,6 +224,6 @@ const WrongCheckRow wrongChecks[] = {
     {"a_junit_file_without_a_name", "--junit=", "expected a non-empty value"},
 };
 
-INSTANTIATE_TEST_SUITE_P(Options, CheckUsage, testing::ValuesIn(wrongChecks), RowName());
+ROWS_IN(Options, CheckUsage, wrongChecks);
 
 } // namespace

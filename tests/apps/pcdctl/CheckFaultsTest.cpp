@@ -5,7 +5,7 @@
 
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <QJsonArray>
 
@@ -52,13 +52,9 @@ struct UnpluggedRow {
     int frames; ///< that have come before
 };
 
-void PrintTo(const UnpluggedRow& row, std::ostream* out) {
-    *out << row.name;
-}
+class UnpluggedCheck : public CheckFaults, public WithRow<UnpluggedRow> {};
 
-class UnpluggedCheck : public CheckFaults, public testing::WithParamInterface<UnpluggedRow> {};
-
-TEST_P(UnpluggedCheck, ends_with_a_report) {
+ROW_TEST(UnpluggedCheck, ends_with_a_report) {
     scene.addFault(unplugAfter(GetParam().frames));
     const CtlResult result = check(QString::fromLatin1(GetParam().filter));
     EXPECT_EQ(result.exitCode, 1) << result.errors.toStdString();
@@ -73,7 +69,7 @@ const UnpluggedRow unplugged[] = {
     {"between_starts_and_stops", "resources.threads", 5},
 };
 
-INSTANTIATE_TEST_SUITE_P(Rules, UnpluggedCheck, testing::ValuesIn(unplugged), RowName());
+ROWS_IN(Rules, UnpluggedCheck, unplugged);
 
 struct ThrowRow {
     const char* name;
@@ -83,13 +79,9 @@ struct ThrowRow {
     const char* seen;
 };
 
-void PrintTo(const ThrowRow& row, std::ostream* out) {
-    *out << row.name;
-}
+class ThrowingDriver : public RowTest<ThrowRow> {};
 
-class ThrowingDriver : public testing::TestWithParam<ThrowRow> {};
-
-TEST_P(ThrowingDriver, fails_the_rule_and_does_not_lose_the_report) {
+ROW_TEST(ThrowingDriver, fails_the_rule_and_does_not_lose_the_report) {
     const CtlResult result = runCtl(
         {u"check"_qs, jsonWord, u"--sdk"_qs, QStringLiteral(EMPTY_CAMERA_SDK), u"--plugin-path"_qs,
          QStringLiteral(MUTANT_PLUGIN), u"--filter"_qs, QString::fromLatin1(GetParam().filter)},
@@ -117,7 +109,7 @@ const ThrowRow throwing[] = {
      "while settings were put back", "ended by an exception: the driver is broken"},
 };
 
-INSTANTIATE_TEST_SUITE_P(Functions, ThrowingDriver, testing::ValuesIn(throwing), RowName());
+ROWS_IN(Functions, ThrowingDriver, throwing);
 
 /// The check of a driver without an SDK, with one variable in its environment.
 CtlResult checkDriver(const QString& variable, const QString& value, const QStringList& options) {

@@ -5,7 +5,7 @@
 
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <QJsonArray>
 #include <QXmlStreamReader>
@@ -141,13 +141,9 @@ struct HangRow {
     const char* place;
 };
 
-void PrintTo(const HangRow& row, std::ostream* out) {
-    *out << row.name;
-}
+class CheckHangIn : public RowTest<HangRow> {};
 
-class CheckHangIn : public testing::TestWithParam<HangRow> {};
-
-TEST_P(CheckHangIn, is_a_failure_of_what_is_examined) {
+ROW_TEST(CheckHangIn, is_a_failure_of_what_is_examined) {
     const HangRow& row = GetParam();
     const CtlResult result =
         checkMutant(QByteArray("hang ") + row.function, QString::fromLatin1(row.filter));
@@ -170,7 +166,7 @@ const HangRow hangs[] = {
     {"closing", "tryUnlink", "identity.model", "identity.model", "while it was closed"},
 };
 
-INSTANTIATE_TEST_SUITE_P(Functions, CheckHangIn, testing::ValuesIn(hangs), RowName());
+ROWS_IN(Functions, CheckHangIn, hangs);
 
 TEST(CheckHangOutside, of_the_examination_ends_the_program_too) {
     const CtlResult search = checkMutant("hang aliveDevices", u"identity.model"_qs);

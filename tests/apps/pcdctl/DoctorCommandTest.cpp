@@ -7,7 +7,7 @@
 #include <support/FolderTest.h>
 #include <support/MadeSystem.h>
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <QDir>
 #include <QFile>
@@ -69,11 +69,7 @@ struct DoctorRow {
     const char* fix; ///< empty: none
 };
 
-void PrintTo(const DoctorRow& row, std::ostream* out) {
-    *out << row.name;
-}
-
-class Finding : public Doctor, public testing::WithParamInterface<DoctorRow> {};
+class Finding : public Doctor, public WithRow<DoctorRow> {};
 
 /// A line and the one after it.
 QStringList findLines(const QByteArray& output, const DoctorRow& row) {
@@ -86,7 +82,7 @@ QStringList findLines(const QByteArray& output, const DoctorRow& row) {
     return {};
 }
 
-TEST_P(Finding, is_printed_with_its_fix_and_decides_the_exit_code) {
+ROW_TEST(Finding, is_printed_with_its_fix_and_decides_the_exit_code) {
     GetParam().change(*this);
     const CtlResult result = run(more);
     EXPECT_EQ(result.exitCode, GetParam().exitCode) << result.output.toStdString();
@@ -265,7 +261,7 @@ const DoctorRow findings[] = {
      "Switch synchronisation on: sudo timedatectl set-ntp true"},
 };
 
-INSTANTIATE_TEST_SUITE_P(Pcdctl, Finding, testing::ValuesIn(findings), RowName());
+ROWS_IN(Pcdctl, Finding, findings);
 
 TEST_F(Doctor, compares_the_disk_with_what_the_camera_sends) {
     const CtlResult result =

@@ -4,6 +4,7 @@
 
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>
+#include <support/RowTest.h>
 
 #include <QTemporaryDir>
 
@@ -61,9 +62,9 @@ constexpr CameraRow cameraChoices[] = {
     {"not_by_an_index_too_high", "2", nullptr, "no camera 2: the cameras are numbered 0 to 1"},
 };
 
-class CameraChoice : public ModesCommand, public testing::WithParamInterface<CameraRow> {};
+class CameraChoice : public ModesCommand, public WithRow<CameraRow> {};
 
-TEST_P(CameraChoice, is_made_or_ends_with_code_3) {
+ROW_TEST(CameraChoice, is_made_or_ends_with_code_3) {
     const CameraRow& row = GetParam();
     const CtlResult result = modes({u"--json"_qs, u"-c"_qs, QString::fromLatin1(row.text)});
     if (row.camera != nullptr) {
@@ -77,8 +78,7 @@ TEST_P(CameraChoice, is_made_or_ends_with_code_3) {
         << result.errors.toStdString();
 }
 
-INSTANTIATE_TEST_SUITE_P(Pcdctl, CameraChoice, testing::ValuesIn(cameraChoices),
-                         [](const auto& row) { return std::string(row.param.name); });
+ROWS_IN(Pcdctl, CameraChoice, cameraChoices);
 
 TEST(ModesCommandOfASilentCamera, fails_without_an_output) {
     const QTemporaryDir folder;

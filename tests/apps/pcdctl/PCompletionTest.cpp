@@ -3,7 +3,7 @@
 #include <apps/pcdctl/CameraCommandTest.h>
 
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 #include <support/WaitUntil.h>
 
 #include <chrono>
@@ -61,10 +61,6 @@ struct LineRow {
     const char* line; ///< words separated by blanks
     const char* all;  ///< all candidates, separated by "|"
 };
-
-void PrintTo(const LineRow& row, std::ostream* out) {
-    *out << row.line;
-}
 
 const LineRow typedLines[] = {
     {"a_command", "s", "set|snap|stream"},
@@ -124,14 +120,14 @@ const LineRow typedLines[] = {
     {"a_setting_after_a_sign", "snap --set=rotate=9", "--set=rotate=90"},
 };
 
-class CompletedLine : public PCompletion, public testing::WithParamInterface<LineRow> {};
+class CompletedLine : public PCompletion, public WithRow<LineRow> {};
 
-TEST_P(CompletedLine, offers_these_words_and_no_others) {
+ROW_TEST(CompletedLine, offers_these_words_and_no_others) {
     EXPECT_EQ(words(QString::fromLatin1(GetParam().line)).join(u'|'),
               QString::fromLatin1(GetParam().all));
 }
 
-INSTANTIATE_TEST_SUITE_P(Pcdctl, CompletedLine, testing::ValuesIn(typedLines), RowName());
+ROWS_IN(Pcdctl, CompletedLine, typedLines);
 
 TEST_F(PCompletion, offers_the_commands_with_their_summaries) {
     EXPECT_EQ(complete(u"lis"_qs), QStringList{u"list\tShow the cameras that are present."_qs});

@@ -11,7 +11,7 @@
 
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <QDir>
 #include <QRegularExpression>
@@ -64,9 +64,9 @@ struct SentRow {
     int signal;
 };
 
-class CrashReportOfASignal : public CrashReport, public testing::WithParamInterface<SentRow> {};
+class CrashReportOfASignal : public CrashReport, public WithRow<SentRow> {};
 
-TEST_P(CrashReportOfASignal, is_left_and_the_signal_ends_the_program) {
+ROW_TEST(CrashReportOfASignal, is_left_and_the_signal_ends_the_program) {
     const QString journal = path(u"journal"_qs);
     const QString scene = CtlScene().addCamera().writeTo(path(u"scene.json"_qs));
     CtlProcess process({u"stream"_qs, u"--sdk=sim"_qs, u"--scene"_qs, scene});
@@ -85,11 +85,8 @@ TEST_P(CrashReportOfASignal, is_left_and_the_signal_ends_the_program) {
     EXPECT_TRUE(report.contains("libc.so.6(")) << report.toStdString();
 }
 
-INSTANTIATE_TEST_SUITE_P(Signals, CrashReportOfASignal,
-                         testing::Values(SentRow{"SIGSEGV", SIGSEGV}, SentRow{"SIGABRT", SIGABRT},
-                                         SentRow{"SIGBUS", SIGBUS}, SentRow{"SIGFPE", SIGFPE},
-                                         SentRow{"SIGILL", SIGILL}),
-                         RowName());
+ROWS(Signals, CrashReportOfASignal, SentRow{"SIGSEGV", SIGSEGV}, SentRow{"SIGABRT", SIGABRT},
+     SentRow{"SIGBUS", SIGBUS}, SentRow{"SIGFPE", SIGFPE}, SentRow{"SIGILL", SIGILL});
 
 /// A fault in the camera's library.
 struct FaultRow {
@@ -99,9 +96,9 @@ struct FaultRow {
     const char* cause;
 };
 
-class CrashReportOfAFault : public CrashReport, public testing::WithParamInterface<FaultRow> {};
+class CrashReportOfAFault : public CrashReport, public WithRow<FaultRow> {};
 
-TEST_P(CrashReportOfAFault, names_the_library_in_the_stack) {
+ROW_TEST(CrashReportOfAFault, names_the_library_in_the_stack) {
     CtlProcess process({u"list"_qs, u"--sdk"_qs, QStringLiteral(FAULTY_CAMERA_SDK)});
     prepare(process);
     process.with(u"FAULTY_CAMERA_SDK"_qs, QString::fromLatin1(GetParam().fault));
@@ -114,16 +111,12 @@ TEST_P(CrashReportOfAFault, names_the_library_in_the_stack) {
     EXPECT_TRUE(calls.match(QString::fromUtf8(report)).hasMatch()) << report.toStdString();
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Faults, CrashReportOfAFault,
-    testing::Values(FaultRow{"a_null_pointer", "pointer", SIGSEGV, "code 1, address 0x0\n"},
-                    FaultRow{"a_null_pointer_on_another_thread", "thread", SIGSEGV,
-                             "code 1, address 0x0\n"},
-                    FaultRow{"an_exhausted_stack", "stack", SIGSEGV, "(SIGSEGV), code "},
-                    FaultRow{"an_exhausted_stack_of_another_thread", "thread_stack", SIGSEGV,
-                             "(SIGSEGV), code "},
-                    FaultRow{"an_abort", "abort", SIGABRT, "(SIGABRT), sent by process "}),
-    RowName());
+ROWS(Faults, CrashReportOfAFault,
+     FaultRow{"a_null_pointer", "pointer", SIGSEGV, "code 1, address 0x0\n"},
+     FaultRow{"a_null_pointer_on_another_thread", "thread", SIGSEGV, "code 1, address 0x0\n"},
+     FaultRow{"an_exhausted_stack", "stack", SIGSEGV, "(SIGSEGV), code "},
+     FaultRow{"an_exhausted_stack_of_another_thread", "thread_stack", SIGSEGV, "(SIGSEGV), code "},
+     FaultRow{"an_abort", "abort", SIGABRT, "(SIGABRT), sent by process "});
 
 #if defined(__x86_64__)
 TEST_F(CrashReport, has_everything_else_if_the_stack_cannot_be_read) {
@@ -229,9 +222,9 @@ struct ThreadRow {
     void (*start)();
 };
 
-class CrashReportOfAThread : public CrashReport, public testing::WithParamInterface<ThreadRow> {};
+class CrashReportOfAThread : public CrashReport, public WithRow<ThreadRow> {};
 
-TEST_P(CrashReportOfAThread, is_left_if_its_stack_is_exhausted) {
+ROW_TEST(CrashReportOfAThread, is_left_if_its_stack_is_exhausted) {
     EXPECT_EXIT(exhaustStack(GetParam().start, path(u"state"_qs)), testing::KilledBySignal(SIGSEGV),
                 "a report is in ");
     ASSERT_EQ(reports().size(), 1);
@@ -240,11 +233,9 @@ TEST_P(CrashReportOfAThread, is_left_if_its_stack_is_exhausted) {
     EXPECT_TRUE(report.contains("\nStack:\n")) << report.toStdString();
 }
 
-INSTANTIATE_TEST_SUITE_P(Threads, CrashReportOfAThread,
-                         testing::Values(ThreadRow{"of_a_work_queue", recurseInAQueue},
-                                         ThreadRow{"of_the_framework", recurseInAThread},
-                                         ThreadRow{"that_calls_a_camera", recurseInACaller}),
-                         RowName());
+ROWS(Threads, CrashReportOfAThread, ThreadRow{"of_a_work_queue", recurseInAQueue},
+     ThreadRow{"of_the_framework", recurseInAThread},
+     ThreadRow{"that_calls_a_camera", recurseInACaller});
 
 TEST_F(CrashReport, of_a_run_without_a_fault_does_not_exist) {
     CtlProcess process({listWord, u"--sdk=sim"_qs});

@@ -4,7 +4,7 @@
 #include <apps/pcdctl/CtlFiles.h>
 
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <QDir>
 #include <QImage>
@@ -113,9 +113,9 @@ struct EditRow {
     const char* message;
 };
 
-class EditedProfile : public ProfileCommand, public testing::WithParamInterface<EditRow> {};
+class EditedProfile : public ProfileCommand, public WithRow<EditRow> {};
 
-TEST_P(EditedProfile, is_refused_with_file_and_line_and_nothing_is_set) {
+ROW_TEST(EditedProfile, is_refused_with_file_and_line_and_nothing_is_set) {
     ASSERT_EQ(profile(u"save"_qs, everySetting()).exitCode, 0);
     edit(GetParam().before, GetParam().after);
     const CtlResult result = profile(u"load"_qs);
@@ -148,7 +148,7 @@ const EditRow edits[] = {
     {"a_lost_bracket", "\"mode\": \"1\",", "\"mode\": \"1\"", "line 8: not JSON"},
 };
 
-INSTANTIATE_TEST_SUITE_P(Pcdctl, EditedProfile, testing::ValuesIn(edits), RowName());
+ROWS_IN(Pcdctl, EditedProfile, edits);
 
 TEST_F(ProfileCommand, that_is_not_there_is_a_failure) {
     for (const QString& action : {u"load"_qs, u"diff"_qs}) {

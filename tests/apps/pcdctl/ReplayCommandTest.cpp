@@ -5,6 +5,7 @@
 
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>
+#include <support/RowTest.h>
 
 #include <QFile>
 #include <QJsonArray>
@@ -40,10 +41,6 @@ struct ReplayedRow {
     const char* arguments; ///< separated by blanks
 };
 
-void PrintTo(const ReplayedRow& row, std::ostream* out) {
-    *out << row.name << ": pcdctl " << row.arguments;
-}
-
 constexpr ReplayedRow replayedCommands[] = {
     {"list", "list"},
     {"props", "props"},
@@ -55,9 +52,9 @@ constexpr ReplayedRow replayedCommands[] = {
     {"modes_as_json", "modes --json"},
 };
 
-class ReplayedCommand : public ReplayCommand, public testing::WithParamInterface<ReplayedRow> {};
+class ReplayedCommand : public ReplayCommand, public WithRow<ReplayedRow> {};
 
-TEST_P(ReplayedCommand, prints_what_it_printed_with_the_camera) {
+ROW_TEST(ReplayedCommand, prints_what_it_printed_with_the_camera) {
     const CtlResult recorded = record(QString::fromLatin1(GetParam().arguments).split(u' '));
     ASSERT_EQ(recorded.exitCode, 0) << recorded.errors.toStdString();
     const CtlResult replayed = replay();
@@ -67,8 +64,7 @@ TEST_P(ReplayedCommand, prints_what_it_printed_with_the_camera) {
         << replayed.errors.toStdString();
 }
 
-INSTANTIATE_TEST_SUITE_P(Pcdctl, ReplayedCommand, testing::ValuesIn(replayedCommands),
-                         [](const auto& row) { return std::string(row.param.name); });
+ROWS_IN(Pcdctl, ReplayedCommand, replayedCommands);
 
 TEST_F(ReplayCommand, a_stream_has_the_frames_that_it_had) {
     const CtlResult recorded = record({u"stream"_qs, u"-n"_qs, u"5"_qs, jsonWord});
@@ -265,26 +261,21 @@ struct WrongReplayRow {
     const char* message;
 };
 
-void PrintTo(const WrongReplayRow& row, std::ostream* out) {
-    *out << row.name;
-}
-
 const WrongReplayRow wrongReplays[] = {
     {"no_file", {}, "replay needs more arguments: expected replay FILE [COMMAND…]"},
     {"a_camera_for_the_replay", {u"-c"_qs, u"1"_qs, u"a"_qs}, "replay does not take the option -c"},
 };
 
-class ReplayUsage : public testing::TestWithParam<WrongReplayRow> {};
+class ReplayUsage : public RowTest<WrongReplayRow> {};
 
-TEST_P(ReplayUsage, is_refused) {
+ROW_TEST(ReplayUsage, is_refused) {
     const CtlResult result = runCtl(QStringList{replayWord} + GetParam().arguments);
     EXPECT_EQ(result.exitCode, 2);
     EXPECT_TRUE(result.errors.contains(QString::fromUtf8(GetParam().message)))
         << result.errors.toStdString();
 }
 
-INSTANTIATE_TEST_SUITE_P(Pcdctl, ReplayUsage, testing::ValuesIn(wrongReplays),
-                         [](const auto& row) { return std::string(row.param.name); });
+ROWS_IN(Pcdctl, ReplayUsage, wrongReplays);
 
 TEST_F(ReplayCommand, a_command_within_is_checked_like_any_other) {
     ASSERT_EQ(record({listWord}).exitCode, 0);

@@ -3,7 +3,7 @@
 #include <apps/pcdctl/CameraCommandTest.h>
 
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 #include <support/WaitUntil.h>
 
 #include <QImage>
@@ -22,10 +22,6 @@ struct SettingRow {
     const char* call;    ///< what reaches the camera
     const char* value;   ///< the camera's value after that, as shown
 };
-
-void PrintTo(const SettingRow& row, std::ostream* out) {
-    *out << row.setting;
-}
 
 const SettingRow settings[] = {
     {"autoexposure", "autoexponeable=on", "put_AutoExpoEnable(h1, 1)", "on"},
@@ -63,7 +59,7 @@ const SettingRow settings[] = {
     {"three_quarters_of_a_turn", "rotate=270", "put_Option(h1, 24, 270)", "270°"},
 };
 
-class Setting : public SetCommand, public testing::WithParamInterface<SettingRow> {
+class Setting : public SetCommand, public WithRow<SettingRow> {
 protected:
     const QString setting = QString::fromUtf8(GetParam().setting);
     const QString id = setting.section(u'=', 0, 0);
@@ -71,21 +67,21 @@ protected:
     const QByteArray line = id.toUtf8() + '=' + GetParam().value + '\n';
 };
 
-TEST_P(Setting, reaches_the_camera_as_one_call_and_is_shown) {
+ROW_TEST(Setting, reaches_the_camera_as_one_call_and_is_shown) {
     const CtlResult result = run({u"set"_qs, setting});
     ASSERT_EQ(result.exitCode, 0) << result.errors.toStdString();
     EXPECT_EQ(calls(), QStringList{call});
     EXPECT_EQ(result.output, line);
 }
 
-TEST_P(Setting, is_given_back_by_get) {
+ROW_TEST(Setting, is_given_back_by_get) {
     const CtlResult result = run({u"get"_qs, id, u"--set"_qs, setting});
     ASSERT_EQ(result.exitCode, 0) << result.errors.toStdString();
     EXPECT_EQ(calls(), QStringList{call});
     EXPECT_EQ(result.output, line);
 }
 
-INSTANTIATE_TEST_SUITE_P(Pcdctl, Setting, testing::ValuesIn(settings), RowName());
+ROWS_IN(Pcdctl, Setting, settings);
 
 /// Settings with every number of the camera at this end of its range.
 QStringList numbersAt(const QJsonArray& properties, const QString& end) {
@@ -139,9 +135,9 @@ struct WrongSettingRow {
     const char* message;
 };
 
-class WrongSetting : public SetCommand, public testing::WithParamInterface<WrongSettingRow> {};
+class WrongSetting : public SetCommand, public WithRow<WrongSettingRow> {};
 
-TEST_P(WrongSetting, is_named_with_code_2_before_anything_reaches_the_camera) {
+ROW_TEST(WrongSetting, is_named_with_code_2_before_anything_reaches_the_camera) {
     const QStringList words = QString::fromUtf8(GetParam().words).split(u';');
     const CtlResult result = run(QStringList{u"set"_qs, u"gamma=50"_qs} + words);
     EXPECT_EQ(result.exitCode, 2);
@@ -186,7 +182,7 @@ const WrongSettingRow wrongSettings[] = {
     {"a_property_twice", "contrast=1;contrast=2", "\"contrast\" is given twice"},
 };
 
-INSTANTIATE_TEST_SUITE_P(Pcdctl, WrongSetting, testing::ValuesIn(wrongSettings), RowName());
+ROWS_IN(Pcdctl, WrongSetting, wrongSettings);
 
 TEST_F(SetCommand, a_cooler_and_a_fan_can_only_be_on_or_off) {
     scene.set(u"flags"_qs, QJsonArray{u"FAN"_qs, u"TEC_ONOFF"_qs}).set(u"fanLevels"_qs, 3);

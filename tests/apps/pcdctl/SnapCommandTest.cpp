@@ -7,6 +7,7 @@
 
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>
+#include <support/RowTest.h>
 
 #include <QDateTime>
 #include <QDir>
@@ -190,9 +191,9 @@ constexpr OutputRow badOutputs[] = {
     {"that_is_a_folder", "folder.png", "it is a folder"},
 };
 
-class SnapOutput : public SnapCommand, public testing::WithParamInterface<OutputRow> {};
+class SnapOutput : public SnapCommand, public WithRow<OutputRow> {};
 
-TEST_P(SnapOutput, is_refused_before_the_camera_is_touched) {
+ROW_TEST(SnapOutput, is_refused_before_the_camera_is_touched) {
     writeFile(path(u"file"_qs), "in the way");
     ASSERT_TRUE(QDir().mkpath(path(u"folder.png"_qs)));
     const QString journal = path(u"journal"_qs);
@@ -205,8 +206,7 @@ TEST_P(SnapOutput, is_refused_before_the_camera_is_touched) {
     EXPECT_EQ(readFile(journal), QByteArray());
 }
 
-INSTANTIATE_TEST_SUITE_P(Pcdctl, SnapOutput, testing::ValuesIn(badOutputs),
-                         [](const auto& row) { return std::string(row.param.name); });
+ROWS_IN(Pcdctl, SnapOutput, badOutputs);
 
 TEST_F(SnapCommand, a_name_that_is_too_long_is_refused_before_the_camera_is_touched) {
     const QString file = path(QString(128, u'ß') + u".png"_qs);

@@ -6,6 +6,7 @@
 
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>
+#include <support/RowTest.h>
 
 #include <QDir>
 #include <QFile>
@@ -64,10 +65,6 @@ struct TracedRow {
     const char* arguments; ///< separated by blanks
 };
 
-void PrintTo(const TracedRow& row, std::ostream* out) {
-    *out << row.name << ": pcdctl " << row.arguments;
-}
-
 constexpr TracedRow tracedCommands[] = {
     {"list", "list"},
     {"props", "props"},
@@ -78,9 +75,9 @@ constexpr TracedRow tracedCommands[] = {
     {"monitor", "monitor -t 0.3"},
 };
 
-class TracedCommand : public TraceOption, public testing::WithParamInterface<TracedRow> {};
+class TracedCommand : public TraceOption, public WithRow<TracedRow> {};
 
-TEST_P(TracedCommand, has_every_call_of_the_sdk_in_its_trace) {
+ROW_TEST(TracedCommand, has_every_call_of_the_sdk_in_its_trace) {
     const QStringList arguments = QString::fromLatin1(GetParam().arguments).split(u' ');
     const CtlResult result = runTraced(arguments);
     ASSERT_EQ(result.exitCode, 0) << result.errors.toStdString();
@@ -96,8 +93,7 @@ TEST_P(TracedCommand, has_every_call_of_the_sdk_in_its_trace) {
     EXPECT_EQ(header.value(u"sdk"_qs).toObject().value(u"simulated"_qs), true);
 }
 
-INSTANTIATE_TEST_SUITE_P(Pcdctl, TracedCommand, testing::ValuesIn(tracedCommands),
-                         [](const auto& row) { return std::string(row.param.name); });
+ROWS_IN(Pcdctl, TracedCommand, tracedCommands);
 
 TEST_F(TraceOption, a_traced_still_is_the_picture_that_it_is_without_a_trace) {
     ASSERT_EQ(run({u"snap"_qs, u"-o"_qs, path(u"a.png"_qs)}).exitCode, 0);

@@ -2,6 +2,7 @@
 #include <apps/pcdctl/CtlProcess.h>
 
 #include <support/QtPrinters.h>
+#include <support/RowTest.h>
 
 #include <gtest/gtest.h>
 
@@ -14,10 +15,6 @@ struct UsageRow {
     const char* arguments; ///< arguments, separated by blanks
     const char* message;   ///< what the message must contain
 };
-
-void PrintTo(const UsageRow& row, std::ostream* out) {
-    *out << row.name << ": pcdctl " << row.arguments;
-}
 
 constexpr UsageRow wrongUsages[] = {
     {"no_command", "",
@@ -119,9 +116,9 @@ constexpr UsageRow wrongUsages[] = {
     {"a_camera_for_all_cameras", "monitor -c 0", "monitor does not take the option -c: "},
 };
 
-class WrongUsage : public testing::TestWithParam<UsageRow> {};
+class WrongUsage : public RowTest<UsageRow> {};
 
-TEST_P(WrongUsage, is_named_and_ends_with_code_2) {
+ROW_TEST(WrongUsage, is_named_and_ends_with_code_2) {
     const QStringList arguments =
         QString::fromLatin1(GetParam().arguments).split(u' ', Qt::SkipEmptyParts);
     const CtlResult result = runCtl(arguments);
@@ -132,8 +129,7 @@ TEST_P(WrongUsage, is_named_and_ends_with_code_2) {
         << result.errors.toStdString();
 }
 
-INSTANTIATE_TEST_SUITE_P(Pcdctl, WrongUsage, testing::ValuesIn(wrongUsages),
-                         [](const auto& row) { return std::string(row.param.name); });
+ROWS_IN(Pcdctl, WrongUsage, wrongUsages);
 
 TEST(PcdctlUsage, a_bad_log_filter_in_the_environment_names_the_variable) {
     const CtlResult result =

@@ -2,7 +2,7 @@
 #include <apps/pcdview/options/PViewOptions.h>
 
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <gtest/gtest.h>
 
@@ -14,7 +14,7 @@ struct BadOptionRow {
     const char* reason; ///< a part of the message
 };
 
-class PViewOptionsBadTest : public testing::TestWithParam<BadOptionRow> {};
+class PViewOptionsBadTest : public RowTest<BadOptionRow> {};
 
 PStatus parse(const QStringList& words, PViewOptions& options) {
     QString answer;
@@ -114,7 +114,7 @@ TEST(PViewOptionsTest,
               QStringList({u"--sdk"_qs, u"sim"_qs}));
 }
 
-TEST_P(PViewOptionsBadTest, is_refused_with_what_was_expected) {
+ROW_TEST(PViewOptionsBadTest, is_refused_with_what_was_expected) {
     PViewOptions options;
     const PStatus status = parse(GetParam().words, options);
     ASSERT_FALSE(status.isOk());
@@ -122,28 +122,25 @@ TEST_P(PViewOptionsBadTest, is_refused_with_what_was_expected) {
         << status.reason().toStdString();
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Words, PViewOptionsBadTest,
-    testing::Values(
-        BadOptionRow{"a_word_too_many",
-                     {u"a.json"_qs, u"picture.png"_qs},
-                     "\"picture.png\": expected one profile"},
-        BadOptionRow{"a_notice_of_no_process",
-                     {u"--hang-notice=0"_qs},
-                     "\"0\" is not a value for --hang-notice: expected the number of a process"},
-        BadOptionRow{"an_empty_profile", {QString()}, "expected a file"},
-        BadOptionRow{"a_profile_and_a_picture_of_the_window",
-                     {u"a.json"_qs, u"--grab=a.png"_qs},
-                     "\"a.json\" cannot be applied with --grab"},
-        BadOptionRow{"an_unknown_option", {u"--fast"_qs}, "fast"},
-        BadOptionRow{"frames_of_no_trace", {u"--trace-frames"_qs}, "expected --trace FILE too"},
-        BadOptionRow{"an_unknown_theme", {u"--theme"_qs, u"pink"_qs}, "system, light or dark"},
-        BadOptionRow{"an_unknown_language",
-                     {u"--lang=xx"_qs},
-                     "\"xx\" is not a value for --lang: expected en or ru"},
-        BadOptionRow{"an_empty_camera", {u"--camera"_qs, QString()}, "--camera"},
-        BadOptionRow{"a_word_for_a_time",
-                     {u"--grab"_qs, u"a.png"_qs, u"--after"_qs, u"soon"_qs},
-                     "milliseconds"},
-        BadOptionRow{"a_picture_of_an_unknown_format", {u"--grab"_qs, u"a.xyz"_qs}, ".png"}),
-    RowName());
+ROWS(Words, PViewOptionsBadTest,
+     BadOptionRow{"a_word_too_many",
+                  {u"a.json"_qs, u"picture.png"_qs},
+                  "\"picture.png\": expected one profile"},
+     BadOptionRow{"a_notice_of_no_process",
+                  {u"--hang-notice=0"_qs},
+                  "\"0\" is not a value for --hang-notice: expected the number of a process"},
+     BadOptionRow{"an_empty_profile", {QString()}, "expected a file"},
+     BadOptionRow{"a_profile_and_a_picture_of_the_window",
+                  {u"a.json"_qs, u"--grab=a.png"_qs},
+                  "\"a.json\" cannot be applied with --grab"},
+     BadOptionRow{"an_unknown_option", {u"--fast"_qs}, "fast"},
+     BadOptionRow{"frames_of_no_trace", {u"--trace-frames"_qs}, "expected --trace FILE too"},
+     BadOptionRow{"an_unknown_theme", {u"--theme"_qs, u"pink"_qs}, "system, light or dark"},
+     BadOptionRow{"an_unknown_language",
+                  {u"--lang=xx"_qs},
+                  "\"xx\" is not a value for --lang: expected en or ru"},
+     BadOptionRow{"an_empty_camera", {u"--camera"_qs, QString()}, "--camera"},
+     BadOptionRow{"a_word_for_a_time",
+                  {u"--grab"_qs, u"a.png"_qs, u"--after"_qs, u"soon"_qs},
+                  "milliseconds"},
+     BadOptionRow{"a_picture_of_an_unknown_format", {u"--grab"_qs, u"a.xyz"_qs}, ".png"});

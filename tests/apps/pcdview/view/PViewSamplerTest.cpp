@@ -5,7 +5,7 @@
 
 #include <apps/pcdview/ViewPictures.h>
 
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <gtest/gtest.h>
 
@@ -45,11 +45,11 @@ struct FormatRow {
     PDIP::ColorFormat format;
 };
 
-class PViewSamplerFormatTest : public testing::TestWithParam<FormatRow> {};
+class PViewSamplerFormatTest : public RowTest<FormatRow> {};
 
 } // namespace
 
-TEST_P(PViewSamplerFormatTest, shows_every_pixel_of_an_odd_width_in_its_colour) {
+ROW_TEST(PViewSamplerFormatTest, shows_every_pixel_of_an_odd_width_in_its_colour) {
     const bool isGrey = GetParam().format == PDIP::ColorFormat::Gray;
     const auto colorAt = isGrey ? greyPattern : pattern;
     const PImage image = makePicture(1003, 37, GetParam().format, colorAt);
@@ -61,7 +61,7 @@ TEST_P(PViewSamplerFormatTest, shows_every_pixel_of_an_odd_width_in_its_colour) 
     }
 }
 
-TEST_P(PViewSamplerFormatTest, reports_the_pixel_under_the_cursor) {
+ROW_TEST(PViewSamplerFormatTest, reports_the_pixel_under_the_cursor) {
     const PImage image = makePicture(1003, 37, GetParam().format, [](int x, int y) {
         return x == 1002 && y == 36 ? QColor(250, 30, 7) : QColor(0, 0, 0);
     });
@@ -76,13 +76,10 @@ TEST_P(PViewSamplerFormatTest, reports_the_pixel_under_the_cursor) {
     EXPECT_FALSE(PPixelValue::of(image, {-1, 0}));
 }
 
-INSTANTIATE_TEST_SUITE_P(Formats, PViewSamplerFormatTest,
-                         testing::Values(FormatRow{"grey", PDIP::ColorFormat::Gray},
-                                         FormatRow{"blue_first", PDIP::ColorFormat::Bgr},
-                                         FormatRow{"red_first_in_32_bits", PDIP::ColorFormat::Xrgb},
-                                         FormatRow{"blue_first_in_32_bits",
-                                                   PDIP::ColorFormat::BgrX}),
-                         RowName());
+ROWS(Formats, PViewSamplerFormatTest, FormatRow{"grey", PDIP::ColorFormat::Gray},
+     FormatRow{"blue_first", PDIP::ColorFormat::Bgr},
+     FormatRow{"red_first_in_32_bits", PDIP::ColorFormat::Xrgb},
+     FormatRow{"blue_first_in_32_bits", PDIP::ColorFormat::BgrX});
 
 TEST(PViewSamplerTest, averages_what_it_makes_smaller) {
     const PImage image = makePicture(400, 200, PDIP::ColorFormat::Bgr, [](int x, int y) {

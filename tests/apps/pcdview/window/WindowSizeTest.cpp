@@ -12,6 +12,7 @@
 #include <PGui/PColumnScroll.h>
 
 #include <support/QtPrinters.h>
+#include <support/RowTest.h>
 
 #include <QAction>
 #include <QComboBox>
@@ -28,7 +29,10 @@ namespace {
 const QSize smallScreen(1024, 700);
 
 /// A window in the language of the row.
-class WindowSizeTest : public ViewSession, public testing::WithParamInterface<const char*> {
+class WindowSizeTest : public ViewSession, public WithRow<const char*> {
+public:
+    static std::string toRowName(const char* const& row) { return row; }
+
 protected:
     void SetUp() override {
         QJsonObject first = camera(u"cam-1"_qs, u"SIM20C0001"_qs);
@@ -92,17 +96,17 @@ protected:
 
 } // namespace
 
-TEST_P(WindowSizeTest, fits_with_the_video_page) {
+ROW_TEST(WindowSizeTest, fits_with_the_video_page) {
     expectAllFits(u"video"_qs);
 }
 
-TEST_P(WindowSizeTest, fits_with_the_trigger_page) {
+ROW_TEST(WindowSizeTest, fits_with_the_trigger_page) {
     widget<QPushButton>(u"pbTrigger"_qs).click();
     ASSERT_TRUE(waitUntil([this] { return inFront().isTriggered(); }));
     expectAllFits(u"trigger"_qs);
 }
 
-TEST_P(WindowSizeTest, fits_with_the_last_of_the_settings) {
+ROW_TEST(WindowSizeTest, fits_with_the_last_of_the_settings) {
     auto* const column = widget<QDockWidget>(u"settingsDock"_qs).findChild<PColumnScroll*>();
     ASSERT_NE(column, nullptr);
     column->ensureVisible(0, column->widget()->height());
@@ -110,14 +114,14 @@ TEST_P(WindowSizeTest, fits_with_the_last_of_the_settings) {
     expectAllFits(u"last"_qs);
 }
 
-TEST_P(WindowSizeTest, fits_while_it_records) {
+ROW_TEST(WindowSizeTest, fits_while_it_records) {
     widget<QComboBox>(u"recordEnd"_qs).setCurrentIndex(2);
     widget<QAction>(u"record"_qs).trigger();
     ASSERT_TRUE(waitUntil([this] { return !widget<QLabel>(u"recordText"_qs).text().isEmpty(); }));
     expectAllFits(u"recording"_qs);
 }
 
-TEST_P(WindowSizeTest, shows_the_progress_of_recordings_without_scrolling) {
+ROW_TEST(WindowSizeTest, shows_the_progress_of_recordings_without_scrolling) {
     auto* const column = widget<QDockWidget>(u"recordDock"_qs).findChild<PColumnScroll*>();
     ASSERT_NE(column, nullptr);
     widget<QSpinBox>(u"recordFrames"_qs).setValue(1000);
@@ -135,7 +139,7 @@ TEST_P(WindowSizeTest, shows_the_progress_of_recordings_without_scrolling) {
     EXPECT_TRUE(isProgressSeen());
 }
 
-TEST_P(WindowSizeTest, shows_all_of_the_messages_about_recordings_without_moving_the_picture) {
+ROW_TEST(WindowSizeTest, shows_all_of_the_messages_about_recordings_without_moving_the_picture) {
     const QRect picture = cameraTabs().geometry();
     auto& panel = *window().findChild<PRecordPanel*>();
     const auto& text = widget<QLabel>(u"recordText"_qs);
@@ -151,7 +155,7 @@ TEST_P(WindowSizeTest, shows_all_of_the_messages_about_recordings_without_moving
     expectAllFits(u"recorded"_qs);
 }
 
-TEST_P(WindowSizeTest, shows_all_of_the_text_after_two_recordings) {
+ROW_TEST(WindowSizeTest, shows_all_of_the_text_after_two_recordings) {
     const auto& text = widget<QLabel>(u"recordText"_qs);
     widget<QSpinBox>(u"recordFrames"_qs).setValue(3);
     for (const char* const camera : {"Small-S0002", "Simulated-20MC-SIM20C0001"}) {
@@ -164,7 +168,7 @@ TEST_P(WindowSizeTest, shows_all_of_the_text_after_two_recordings) {
     expectAllFits(u"two-recorded"_qs);
 }
 
-TEST_P(WindowSizeTest, leaves_a_recording_panel_that_was_closed_closed) {
+ROW_TEST(WindowSizeTest, leaves_a_recording_panel_that_was_closed_closed) {
     auto& dock = widget<QDockWidget>(u"recordDock"_qs);
     dock.close();
     record();
@@ -172,7 +176,7 @@ TEST_P(WindowSizeTest, leaves_a_recording_panel_that_was_closed_closed) {
     EXPECT_FALSE(dock.isVisible());
 }
 
-TEST_P(WindowSizeTest, fits_with_a_long_message_which_is_the_tool_tip_in_full) {
+ROW_TEST(WindowSizeTest, fits_with_a_long_message_which_is_the_tool_tip_in_full) {
     const QString message = u"Saved /home/user/%1/picture.png"_qs.arg(QString(200, u'x'));
     messages().showMessage(message);
     expectAllFits(u"message"_qs);
@@ -183,5 +187,4 @@ TEST_P(WindowSizeTest, fits_with_a_long_message_which_is_the_tool_tip_in_full) {
     EXPECT_EQ(messages().toolTip(), QString());
 }
 
-INSTANTIATE_TEST_SUITE_P(Languages, WindowSizeTest, testing::Values("en", "ru"),
-                         [](const auto& row) { return std::string(row.param); });
+ROWS(Languages, WindowSizeTest, "en", "ru");
