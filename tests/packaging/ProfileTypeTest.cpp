@@ -6,7 +6,7 @@
 
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <QDir>
 #include <QMimeDatabase>
@@ -21,16 +21,20 @@ struct NameRow {
 };
 
 /// On a desktop with the type of the profiles.
-class ProfileTypeTest : public testing::TestWithParam<NameRow> {
+class ProfileTypeTest : public RowTest<NameRow> {
 protected:
     /// Once for all, because the table of types is read only once.
-    static void SetUpTestSuite() {
+    void SetUp() override {
+        static bool isSetUp = false;
+        if (isSetUp)
+            return;
         ASSERT_TRUE(QDir().mkpath(folder().filePath(u"mime/packages"_qs)));
         ASSERT_TRUE(QFile::copy(QStringLiteral(PROFILE_TYPE),
                                 folder().filePath(u"mime/packages/pcdview.xml"_qs)));
         ASSERT_EQ(QProcess::execute(u"update-mime-database"_qs, {folder().filePath(u"mime"_qs)}),
                   0);
         ASSERT_TRUE(qputenv("XDG_DATA_HOME", folder().path().toLocal8Bit()));
+        isSetUp = true;
     }
     static QTemporaryDir& folder() {
         static QTemporaryDir folder;
@@ -40,7 +44,7 @@ protected:
 
 } // namespace
 
-TEST_P(ProfileTypeTest, is_recognised_by_name_or_else_by_content_and_is_JSON_for_editors) {
+ROW_TEST(ProfileTypeTest, is_recognised_by_name_or_else_by_content_and_is_JSON_for_editors) {
     FakeDevice camera;
     const QString file = folder().filePath(QString::fromLatin1(GetParam().file));
     ASSERT_TRUE(PDeviceProfileFile::save(camera, file).isOk());
@@ -49,11 +53,7 @@ TEST_P(ProfileTypeTest, is_recognised_by_name_or_else_by_content_and_is_JSON_for
     EXPECT_TRUE(type.inherits(u"application/json"_qs));
 }
 
-INSTANTIATE_TEST_SUITE_P(Names, ProfileTypeTest,
-                         testing::Values(NameRow{"as_saved_by_the_viewer", "a.pcdprofile.json",
-                                                 "application/x-pcd-profile+json"},
-                                         NameRow{"without_an_ending", "profile",
-                                                 "application/x-pcd-profile+json"},
-                                         NameRow{"with_the_ending_of_all_JSON_it_stays_that",
-                                                 "a.json", "application/json"}),
-                         RowName());
+ROWS(Names, ProfileTypeTest,
+     NameRow{"as_saved_by_the_viewer", "a.pcdprofile.json", "application/x-pcd-profile+json"},
+     NameRow{"without_an_ending", "profile", "application/x-pcd-profile+json"},
+     NameRow{"with_the_ending_of_all_JSON_it_stays_that", "a.json", "application/json"});

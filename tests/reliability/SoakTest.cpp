@@ -4,7 +4,7 @@
 #include <reliability/GrowthWatch.h>
 
 #include <support/QtPrinters.h>
-#include <support/RowName.h>
+#include <support/RowTest.h>
 
 #include <QProcess>
 
@@ -99,15 +99,11 @@ struct LeakRow {
     const char* said;
 };
 
-void PrintTo(const LeakRow& row, std::ostream* out) {
-    *out << row.name;
-}
-
-class Soak : public testing::TestWithParam<LeakRow> {};
+class Soak : public RowTest<LeakRow> {};
 
 } // namespace
 
-TEST_P(Soak, notices_what_is_leaked_on_purpose) {
+ROW_TEST(Soak, notices_what_is_leaked_on_purpose) {
     QProcess program;
     program.start(QStringLiteral(PCD_SOAK_PROGRAM),
                   {u"--leak"_qs, QString::fromLatin1(GetParam().name), u"--seconds"_qs, u"0"_qs,
@@ -118,9 +114,6 @@ TEST_P(Soak, notices_what_is_leaked_on_purpose) {
     EXPECT_THAT(program.readAllStandardOutput().toStdString(), HasSubstr(GetParam().said));
 }
 
-INSTANTIATE_TEST_SUITE_P(Leaks, Soak,
-                         testing::Values(LeakRow{"memory", "FAILS: heap: grew by"},
-                                         LeakRow{"descriptor", "FAILS: file descriptors: "},
-                                         LeakRow{"thread", "FAILS: threads: "},
-                                         LeakRow{"frame", "frames were pushed, the ledger has"}),
-                         RowName());
+ROWS(Leaks, Soak, LeakRow{"memory", "FAILS: heap: grew by"},
+     LeakRow{"descriptor", "FAILS: file descriptors: "}, LeakRow{"thread", "FAILS: threads: "},
+     LeakRow{"frame", "frames were pushed, the ledger has"});

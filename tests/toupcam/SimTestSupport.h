@@ -3,6 +3,8 @@
 
 #include <toupcam/sim/api/toupcamsim.h>
 
+#include <support/RowTest.h>
+
 #include <gtest/gtest.h>
 
 #include <cctype>
@@ -62,13 +64,18 @@ inline std::string makeScene(const std::vector<SimCameraText>& cameras,
 }
 
 /// The name of a row of data, as a part of the test's name.
-template <typename Row>
-std::string rowName(const ::testing::TestParamInfo<Row>& row) {
-    std::string name = row.param.name;
-    for (char& c : name)
+inline std::string toTestName(std::string words) {
+    for (char& c : words)
         c = std::isalnum(static_cast<unsigned char>(c)) ? c : '_';
-    return name;
+    return words;
 }
+
+/// What a fixture derives from to have a row of a table whose name is plain words.
+template <typename Row>
+class WithSimRow : public WithRow<Row> {
+public:
+    static std::string toRowName(const Row& row) { return toTestName(row.name); }
+};
 
 /// One pushed frame, copied.
 struct PushedFrame {

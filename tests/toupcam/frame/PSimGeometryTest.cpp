@@ -71,11 +71,11 @@ const RegionRow regions[] = {
     {"sum beyond 32 bits", {4294967292U, 0, 8, 8}, E_INVALIDARG},
 };
 
-class SimRegion : public SimGeometry, public ::testing::WithParamInterface<RegionRow> {};
+class SimRegion : public SimGeometry, public WithSimRow<RegionRow> {};
 
-INSTANTIATE_TEST_SUITE_P(rows, SimRegion, ::testing::ValuesIn(regions), rowName<RegionRow>);
+ROWS_IN(rows, SimRegion, regions);
 
-TEST_P(SimRegion, is_accepted_or_refused_and_the_old_one_kept) {
+ROW_TEST(SimRegion, is_accepted_or_refused_and_the_old_one_kept) {
     const HToupcam handle = openOnly({});
     const Region before{8, 8, 16, 12};
     ASSERT_EQ(put(handle, before), S_OK);
@@ -158,7 +158,7 @@ const SizeRow sizes[] = {
     {"one pixel", {10, 20, 4, 4}, 4, 270, {1, 1}},
 };
 
-class SimFrameSize : public SimGeometry, public ::testing::WithParamInterface<SizeRow> {
+class SimFrameSize : public SimGeometry, public WithSimRow<SizeRow> {
 protected:
     HToupcam openSet(unsigned bits) {
         SimCameraText camera;
@@ -173,9 +173,9 @@ protected:
     }
 };
 
-INSTANTIATE_TEST_SUITE_P(rows, SimFrameSize, ::testing::ValuesIn(sizes), rowName<SizeRow>);
+ROWS_IN(rows, SimFrameSize, sizes);
 
-TEST_P(SimFrameSize, is_known_beforehand_and_is_that_of_the_frames) {
+ROW_TEST(SimFrameSize, is_known_beforehand_and_is_that_of_the_frames) {
     for (const unsigned bits : {8U, 24U}) {
         const HToupcam handle = openSet(bits);
         EXPECT_EQ(readFinalSize(handle), GetParam().size);
@@ -186,7 +186,7 @@ TEST_P(SimFrameSize, is_known_beforehand_and_is_that_of_the_frames) {
     }
 }
 
-TEST_P(SimFrameSize, rows_are_padded_with_zeros) {
+ROW_TEST(SimFrameSize, rows_are_padded_with_zeros) {
     const HToupcam handle = openSet(24);
     ASSERT_EQ(Toupcam_put_Negative(handle, 1), S_OK); // no zeros elsewhere in the corners
     const PushedFrame frame = takeOne(handle);
@@ -197,7 +197,7 @@ TEST_P(SimFrameSize, rows_are_padded_with_zeros) {
     }
 }
 
-TEST_P(SimFrameSize, is_that_of_pulled_pictures) {
+ROW_TEST(SimFrameSize, is_that_of_pulled_pictures) {
     const HToupcam handle = openSet(24);
     EventLog events;
     ASSERT_EQ(Toupcam_StartPullModeWithCallback(handle, EventLog::onEvent, &events), S_OK);

@@ -141,11 +141,11 @@ const CastRow casts[] = {
     {"low tint makes magenta", 6503, 700, 1, 1},
 };
 
-class SimCast : public SimWhiteBalance, public ::testing::WithParamInterface<CastRow> {};
+class SimCast : public SimWhiteBalance, public WithSimRow<CastRow> {};
 
-INSTANTIATE_TEST_SUITE_P(rows, SimCast, ::testing::ValuesIn(casts), rowName<CastRow>);
+ROWS_IN(rows, SimCast, casts);
 
-TEST_P(SimCast, is_seen_in_the_picture_unless_the_gains_are_off) {
+ROW_TEST(SimCast, is_seen_in_the_picture_unless_the_gains_are_off) {
     const HToupcam handle = openOnly(litCamera(6503));
     ASSERT_EQ(Toupcam_put_TempTint(handle, GetParam().temperature, GetParam().tint), S_OK);
     const PushedFrame frame = takeOne(handle);
@@ -161,22 +161,19 @@ struct LampRow {
     double kelvin;
 };
 
-class SimLamp : public SimWhiteBalance, public ::testing::WithParamInterface<LampRow> {};
+class SimLamp : public SimWhiteBalance, public WithSimRow<LampRow> {};
 
-INSTANTIATE_TEST_SUITE_P(rows, SimLamp,
-                         ::testing::Values(LampRow{"candle", 2300}, LampRow{"halogen", 3200},
-                                           LampRow{"neutral light", 6503},
-                                           LampRow{"blue sky", 12000}),
-                         rowName<LampRow>);
+ROWS(rows, SimLamp, LampRow{"candle", 2300}, LampRow{"halogen", 3200},
+     LampRow{"neutral light", 6503}, LampRow{"blue sky", 12000});
 
-TEST_P(SimLamp, of_the_temperature_that_is_set_is_white) {
+ROW_TEST(SimLamp, of_the_temperature_that_is_set_is_white) {
     const HToupcam handle = openOnly(litCamera(GetParam().kelvin));
     const auto kelvin = int(GetParam().kelvin);
     ASSERT_EQ(Toupcam_put_TempTint(handle, kelvin, 1000), S_OK);
     EXPECT_NEAR(cast(takeOne(handle)), 1.0, 0.05);
 }
 
-TEST_P(SimLamp, one_push_finds_the_temperature_and_makes_the_picture_grey) {
+ROW_TEST(SimLamp, one_push_finds_the_temperature_and_makes_the_picture_grey) {
     const HToupcam handle = openOnly(litCamera(GetParam().kelvin));
     FrameLog frames;
     ASSERT_EQ(Toupcam_StartPushMode(handle, FrameLog::onData, &frames), S_OK);

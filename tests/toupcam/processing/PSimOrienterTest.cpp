@@ -60,7 +60,7 @@ const TurnRow turns[] = {
     {"both flips and left", 1, 1, 270},
 };
 
-class SimTurn : public SimPictureTest, public ::testing::WithParamInterface<TurnRow> {
+class SimTurn : public SimPictureTest, public WithSimRow<TurnRow> {
 protected:
     Corners expected() const {
         Corners corners = {'R', 'G', 'B', 'W'};
@@ -75,9 +75,9 @@ protected:
     PictureFolder m_folder;
 };
 
-INSTANTIATE_TEST_SUITE_P(rows, SimTurn, ::testing::ValuesIn(turns), rowName<TurnRow>);
+ROWS_IN(rows, SimTurn, turns);
 
-TEST_P(SimTurn, brings_each_corner_to_its_place) {
+ROW_TEST(SimTurn, brings_each_corner_to_its_place) {
     const auto quarter = [](int x, int y) -> std::string {
         if (y < 34)
             return x < 51 ? std::string("\xff\0\0", 3) : std::string("\0\xff\0", 3);

@@ -45,11 +45,11 @@ const ToneRow tones[] = {
      [](double v) { return 255 - limited(127.5 + 2 * (v * v / 255 - 127.5)); }},
 };
 
-class SimToneTest : public SimPictureTest, public ::testing::WithParamInterface<ToneRow> {};
+class SimToneTest : public SimPictureTest, public WithSimRow<ToneRow> {};
 
-INSTANTIATE_TEST_SUITE_P(rows, SimToneTest, ::testing::ValuesIn(tones), rowName<ToneRow>);
+ROWS_IN(rows, SimToneTest, tones);
 
-TEST_P(SimToneTest, changes_each_grey_value_as_computed) {
+ROW_TEST(SimToneTest, changes_each_grey_value_as_computed) {
     SimCameraText camera;
     camera.bits = 8;
     const HToupcam handle = openOnly(camera);
@@ -61,7 +61,7 @@ TEST_P(SimToneTest, changes_each_grey_value_as_computed) {
     EXPECT_NEAR(frame.at(80, 32, 0), GetParam().expected(39), 0.501);
 }
 
-TEST_P(SimToneTest, changes_each_channel_of_a_colour_picture_as_computed) {
+ROW_TEST(SimToneTest, changes_each_channel_of_a_colour_picture_as_computed) {
     const PictureFolder folder;
     const HToupcam handle =
         openOnly(pictureCamera(folder.add("colour.ppm", '\xff', '\x80', '\x40')));
@@ -179,11 +179,11 @@ const OrderRow orders[] = {
     {"raw colours", [](HToupcam h) { Toupcam_put_Option(h, TOUPCAM_OPTION_COLORMATIX, 0); }},
 };
 
-class SimColourOrder : public SimColourTest, public ::testing::WithParamInterface<OrderRow> {};
+class SimColourOrder : public SimColourTest, public WithSimRow<OrderRow> {};
 
-INSTANTIATE_TEST_SUITE_P(rows, SimColourOrder, ::testing::ValuesIn(orders), rowName<OrderRow>);
+ROWS_IN(rows, SimColourOrder, orders);
 
-TEST_P(SimColourOrder, colours_are_the_same_in_either_byte_order) {
+ROW_TEST(SimColourOrder, colours_are_the_same_in_either_byte_order) {
     const HToupcam handle = openReddish();
     GetParam().set(handle);
     const PushedFrame redFirst = takeOne(handle);

@@ -153,11 +153,11 @@ const WrongRow wrong[] = {
      {"scene.cameras[0].source", "\"lightKelvin\"", "kind"}},
 };
 
-class SimWrongScene : public SimTest, public ::testing::WithParamInterface<WrongRow> {};
+class SimWrongScene : public SimTest, public WithSimRow<WrongRow> {};
 
-INSTANTIATE_TEST_SUITE_P(rows, SimWrongScene, ::testing::ValuesIn(wrong), rowName<WrongRow>);
+ROWS_IN(rows, SimWrongScene, wrong);
 
-TEST_P(SimWrongScene, is_refused_with_place_value_and_expectation_and_changes_nothing) {
+ROW_TEST(SimWrongScene, is_refused_with_place_value_and_expectation_and_changes_nothing) {
     const char* const complaint = ToupcamSim_loadScene(GetParam().scene);
     ASSERT_NE(complaint, nullptr);
     for (const char* text : GetParam().named)

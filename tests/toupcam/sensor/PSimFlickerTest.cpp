@@ -80,11 +80,11 @@ const BandRow bandRows[] = {
     {"direct current", 0, 4000},
 };
 
-class SimBands : public SimFlicker, public ::testing::WithParamInterface<BandRow> {};
+class SimBands : public SimFlicker, public WithSimRow<BandRow> {};
 
-INSTANTIATE_TEST_SUITE_P(rows, SimBands, ::testing::ValuesIn(bandRows), rowName<BandRow>);
+ROWS_IN(rows, SimBands, bandRows);
 
-TEST_P(SimBands, are_as_deep_as_computed) {
+ROW_TEST(SimBands, are_as_deep_as_computed) {
     const double width = 3.14159265358979 * 2 * GetParam().mainsHz * GetParam().microseconds * 1e-6;
     const double expected = width > 0 ? std::abs(std::sin(width) / width) : 0.0;
     // The mean of a row of 320 pixels is off by a few per cent of its shot noise.
@@ -145,12 +145,11 @@ const CompensationRow compensations[] = {
     {"direct current is any time and has bands", 2, 11500, 12500, true},
 };
 
-class SimCompensation : public SimFlicker, public ::testing::WithParamInterface<CompensationRow> {};
+class SimCompensation : public SimFlicker, public WithSimRow<CompensationRow> {};
 
-INSTANTIATE_TEST_SUITE_P(rows, SimCompensation, ::testing::ValuesIn(compensations),
-                         rowName<CompensationRow>);
+ROWS_IN(rows, SimCompensation, compensations);
 
-TEST_P(SimCompensation, is_what_auto_exposure_does) {
+ROW_TEST(SimCompensation, is_what_auto_exposure_does) {
     const HToupcam handle =
         openOnly(lampCamera(50, R"("auto": true, "target": 120, "default": 1000)"));
     ASSERT_EQ(Toupcam_put_HZ(handle, GetParam().frequency), S_OK);

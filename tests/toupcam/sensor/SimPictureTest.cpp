@@ -51,15 +51,12 @@ struct TransferRow {
     unsigned short gain;
 };
 
-class SimTransfer : public SimPicture, public ::testing::WithParamInterface<TransferRow> {};
+class SimTransfer : public SimPicture, public WithSimRow<TransferRow> {};
 
-INSTANTIATE_TEST_SUITE_P(gains, SimTransfer,
-                         ::testing::Values(TransferRow{"gain 100 per cent", 100},
-                                           TransferRow{"gain 200 per cent", 200},
-                                           TransferRow{"gain 50 per cent", 50}),
-                         rowName<TransferRow>);
+ROWS(gains, SimTransfer, TransferRow{"gain 100 per cent", 100},
+     TransferRow{"gain 200 per cent", 200}, TransferRow{"gain 50 per cent", 50});
 
-TEST_P(SimTransfer, curve_measured_from_pairs_of_frames_is_the_one_computed) {
+ROW_TEST(SimTransfer, curve_measured_from_pairs_of_frames_is_the_one_computed) {
     const HToupcam handle = openOnly(flatCamera(R"(, "gain": {"min": 50, "max": 400})"));
     const double countsAnElectron = GetParam().gain / 100.0 / electronsPerCount;
     double sumX = 0;
@@ -169,16 +166,13 @@ struct AutoRow {
     unsigned short target;
 };
 
-class SimAutoExposure : public SimPicture, public ::testing::WithParamInterface<AutoRow> {};
+class SimAutoExposure : public SimPicture, public WithSimRow<AutoRow> {};
 
-INSTANTIATE_TEST_SUITE_P(rows, SimAutoExposure,
-                         ::testing::Values(AutoRow{"far too dark", 1.0, 100, 120},
-                                           AutoRow{"far too bright", 1.0, 200000, 120},
-                                           AutoRow{"low target", 0.5, 20000, 40},
-                                           AutoRow{"high target", 0.5, 20000, 200}),
-                         rowName<AutoRow>);
+ROWS(rows, SimAutoExposure, AutoRow{"far too dark", 1.0, 100, 120},
+     AutoRow{"far too bright", 1.0, 200000, 120}, AutoRow{"low target", 0.5, 20000, 40},
+     AutoRow{"high target", 0.5, 20000, 200});
 
-TEST_P(SimAutoExposure, converges_to_its_target_within_25_frames) {
+ROW_TEST(SimAutoExposure, converges_to_its_target_within_25_frames) {
     SimCameraText camera = flatCamera();
     camera.source = R"({"kind": "flat", "level": )" + std::to_string(GetParam().level) + "}";
     const HToupcam handle = openOnly(camera);

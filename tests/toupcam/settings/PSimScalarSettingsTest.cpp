@@ -25,7 +25,7 @@ const ScalarRow scalars[] = {
     {"light frequency", Toupcam_put_HZ, Toupcam_get_HZ, 0, 2, 2, false},
 };
 
-class SimScalar : public SimTest, public ::testing::WithParamInterface<ScalarRow> {
+class SimScalar : public SimTest, public WithSimRow<ScalarRow> {
 protected:
     int read(HToupcam handle) {
         int value = -9999;
@@ -34,9 +34,9 @@ protected:
     }
 };
 
-INSTANTIATE_TEST_SUITE_P(rows, SimScalar, ::testing::ValuesIn(scalars), rowName<ScalarRow>);
+ROWS_IN(rows, SimScalar, scalars);
 
-TEST_P(SimScalar, starts_neutral_and_takes_its_whole_range) {
+ROW_TEST(SimScalar, starts_neutral_and_takes_its_whole_range) {
     const HToupcam handle = open("sim-20mc-1");
     EXPECT_EQ(read(handle), GetParam().initial);
     for (const int value : {GetParam().minimum, GetParam().maximum}) {
@@ -45,21 +45,21 @@ TEST_P(SimScalar, starts_neutral_and_takes_its_whole_range) {
     }
 }
 
-TEST_P(SimScalar, value_out_of_range_is_refused_and_changes_nothing) {
+ROW_TEST(SimScalar, value_out_of_range_is_refused_and_changes_nothing) {
     const HToupcam handle = open("sim-20mc-1");
     EXPECT_EQ(GetParam().put(handle, GetParam().minimum - 1), E_INVALIDARG);
     EXPECT_EQ(GetParam().put(handle, GetParam().maximum + 1), E_INVALIDARG);
     EXPECT_EQ(read(handle), GetParam().initial);
 }
 
-TEST_P(SimScalar, next_session_starts_neutral_again) {
+ROW_TEST(SimScalar, next_session_starts_neutral_again) {
     const HToupcam first = open("sim-20mc-1");
     EXPECT_EQ(GetParam().put(first, GetParam().minimum), S_OK);
     Toupcam_Close(first);
     EXPECT_EQ(read(open("sim-20mc-1")), GetParam().initial);
 }
 
-TEST_P(SimScalar, grey_camera_has_it_unless_it_is_about_colour) {
+ROW_TEST(SimScalar, grey_camera_has_it_unless_it_is_about_colour) {
     const HToupcam handle = open("sim-1mm-1");
     const HRESULT expected = GetParam().needsColour ? E_NOTIMPL : S_OK;
     int value = 0;
@@ -67,7 +67,7 @@ TEST_P(SimScalar, grey_camera_has_it_unless_it_is_about_colour) {
     EXPECT_EQ(GetParam().get(handle, &value), expected);
 }
 
-TEST_P(SimScalar, null_output_is_refused) {
+ROW_TEST(SimScalar, null_output_is_refused) {
     EXPECT_EQ(GetParam().get(open("sim-20mc-1"), nullptr), E_POINTER);
 }
 
@@ -85,11 +85,11 @@ const SwitchRow switches[] = {
     {"horizontal flip", Toupcam_put_HFlip, Toupcam_get_HFlip, false},
 };
 
-class SimSwitch : public SimTest, public ::testing::WithParamInterface<SwitchRow> {};
+class SimSwitch : public SimTest, public WithSimRow<SwitchRow> {};
 
-INSTANTIATE_TEST_SUITE_P(rows, SimSwitch, ::testing::ValuesIn(switches), rowName<SwitchRow>);
+ROWS_IN(rows, SimSwitch, switches);
 
-TEST_P(SimSwitch, is_off_at_first_and_on_with_any_value_but_0) {
+ROW_TEST(SimSwitch, is_off_at_first_and_on_with_any_value_but_0) {
     const HToupcam handle = open("sim-20mc-1");
     int value = -1;
     EXPECT_EQ(GetParam().get(handle, &value), S_OK);
@@ -101,7 +101,7 @@ TEST_P(SimSwitch, is_off_at_first_and_on_with_any_value_but_0) {
     }
 }
 
-TEST_P(SimSwitch, grey_camera_has_it_unless_it_is_about_colour) {
+ROW_TEST(SimSwitch, grey_camera_has_it_unless_it_is_about_colour) {
     const HToupcam handle = open("sim-1mm-1");
     const HRESULT expected = GetParam().needsColour ? E_NOTIMPL : S_OK;
     int value = 0;
@@ -109,7 +109,7 @@ TEST_P(SimSwitch, grey_camera_has_it_unless_it_is_about_colour) {
     EXPECT_EQ(GetParam().get(handle, &value), expected);
 }
 
-TEST_P(SimSwitch, null_output_is_refused) {
+ROW_TEST(SimSwitch, null_output_is_refused) {
     EXPECT_EQ(GetParam().get(open("sim-20mc-1"), nullptr), E_POINTER);
 }
 

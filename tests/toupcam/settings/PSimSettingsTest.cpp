@@ -60,11 +60,11 @@ const OptionRow options[] = {
     {"no such option", "sim-20mc-1", 9999, 1, E_NOTIMPL},
 };
 
-class SimOption : public SimTest, public ::testing::WithParamInterface<OptionRow> {};
+class SimOption : public SimTest, public WithSimRow<OptionRow> {};
 
-INSTANTIATE_TEST_SUITE_P(rows, SimOption, ::testing::ValuesIn(options), rowName<OptionRow>);
+ROWS_IN(rows, SimOption, options);
 
-TEST_P(SimOption, is_accepted_and_read_back_or_refused_and_kept) {
+ROW_TEST(SimOption, is_accepted_and_read_back_or_refused_and_kept) {
     const HToupcam handle = open(GetParam().camera);
     int before = -99;
     const HRESULT readable = Toupcam_get_Option(handle, GetParam().option, &before);
@@ -203,12 +203,12 @@ const RateRow rates[] = {
      }},
 };
 
-class SimRate : public SimTest, public ::testing::WithParamInterface<RateRow> {};
+class SimRate : public SimTest, public WithSimRow<RateRow> {};
 
-INSTANTIATE_TEST_SUITE_P(rows, SimRate, ::testing::ValuesIn(rates), rowName<RateRow>);
+ROWS_IN(rows, SimRate, rates);
 
 // Two cameras run side by side: their frame counts are compared with each other, not with a clock.
-TEST_P(SimRate, follows_what_limits_it) {
+ROW_TEST(SimRate, follows_what_limits_it) {
     SimCameraText camera;
     camera.fps = 500;
     // 96 x 64 bytes, 500 times a second, exactly fill a link of 3.072 million bytes a second.

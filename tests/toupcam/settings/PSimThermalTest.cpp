@@ -54,11 +54,11 @@ const HeatRow heat[] = {
     {"highest voltage is read only", "sim-20mc-1", TOUPCAM_OPTION_TEC_VOLTAGE_MAX, 10, E_NOTIMPL},
 };
 
-class SimHeatOption : public SimThermal, public ::testing::WithParamInterface<HeatRow> {};
+class SimHeatOption : public SimThermal, public WithSimRow<HeatRow> {};
 
-INSTANTIATE_TEST_SUITE_P(rows, SimHeatOption, ::testing::ValuesIn(heat), rowName<HeatRow>);
+ROWS_IN(rows, SimHeatOption, heat);
 
-TEST_P(SimHeatOption, is_taken_or_refused) {
+ROW_TEST(SimHeatOption, is_taken_or_refused) {
     const HToupcam handle = open(GetParam().camera);
     EXPECT_EQ(Toupcam_put_Option(handle, GetParam().option, GetParam().value), GetParam().expected);
     if (GetParam().expected == S_OK) {

@@ -66,11 +66,11 @@ const PullRow pulls[] = {
     {"32 bits of a grey camera", 8, 32, 0, {87, 87, 87, 0}, {39, 39, 39, 0}},
 };
 
-class SimPullFormat : public SimTest, public ::testing::WithParamInterface<PullRow> {};
+class SimPullFormat : public SimTest, public WithSimRow<PullRow> {};
 
-INSTANTIATE_TEST_SUITE_P(rows, SimPullFormat, ::testing::ValuesIn(pulls), rowName<PullRow>);
+ROWS_IN(rows, SimPullFormat, pulls);
 
-TEST_P(SimPullFormat, of_a_frame_1003_pixels_wide_has_its_colours_in_place) {
+ROW_TEST(SimPullFormat, of_a_frame_1003_pixels_wide_has_its_colours_in_place) {
     const PullRow& row = GetParam();
     SimCameraText camera;
     camera.width = 1003;

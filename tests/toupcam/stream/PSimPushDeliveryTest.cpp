@@ -120,14 +120,12 @@ struct EndRow {
     void (*end)(HToupcam);
 };
 
-class SimPushEnd : public SimTest, public ::testing::WithParamInterface<EndRow> {};
+class SimPushEnd : public SimTest, public WithSimRow<EndRow> {};
 
-INSTANTIATE_TEST_SUITE_P(ways, SimPushEnd,
-                         ::testing::Values(EndRow{"stop", [](HToupcam h) { Toupcam_Stop(h); }},
-                                           EndRow{"close", [](HToupcam h) { Toupcam_Close(h); }}),
-                         rowName<EndRow>);
+ROWS(ways, SimPushEnd, EndRow{"stop", [](HToupcam h) { Toupcam_Stop(h); }},
+     EndRow{"close", [](HToupcam h) { Toupcam_Close(h); }});
 
-TEST_P(SimPushEnd, returns_after_the_callback_in_progress) {
+ROW_TEST(SimPushEnd, returns_after_the_callback_in_progress) {
     const HToupcam handle = openOnly(SimCameraText());
     Gate gate;
     std::atomic<bool> returned{false};

@@ -3,6 +3,7 @@
 
 #include <support/FolderTest.h>
 #include <support/QtPrinters.h>
+#include <support/RowTest.h>
 
 #include <sys/stat.h>
 
@@ -81,10 +82,6 @@ struct ProblemRow {
     const char* message;
 };
 
-void PrintTo(const ProblemRow& row, std::ostream* out) {
-    *out << row.name;
-}
-
 QByteArray changed(QByteArray line, const char* before, const char* after) {
     return header + line.replace(before, after);
 }
@@ -144,16 +141,15 @@ const ProblemRow problems[] = {
      "line 2: expected number and name of a callback that has not returned"},
 };
 
-class TraceProblem : public testing::TestWithParam<ProblemRow> {};
+class TraceProblem : public RowTest<ProblemRow> {};
 
-TEST_P(TraceProblem, is_named_with_its_line) {
+ROW_TEST(TraceProblem, is_named_with_its_line) {
     const QString problem = findProblem(GetParam().bytes);
     EXPECT_TRUE(problem.startsWith(QString::fromLatin1(GetParam().message)))
         << problem.toStdString();
 }
 
-INSTANTIATE_TEST_SUITE_P(PReplayReader, TraceProblem, testing::ValuesIn(problems),
-                         [](const auto& row) { return std::string(row.param.name); });
+ROWS_IN(PReplayReader, TraceProblem, problems);
 
 TEST(PReplayReader, no_cut_anywhere_is_read_as_something_else) {
     const QByteArray whole = header + hueCall + hueReturn + frame;

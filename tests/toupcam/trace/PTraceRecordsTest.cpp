@@ -2,6 +2,7 @@
 #include <toupcam/trace/format/PTraceRecords.h>
 
 #include <support/QtPrinters.h>
+#include <support/RowTest.h>
 
 #include <gtest/gtest.h>
 
@@ -84,10 +85,6 @@ struct FieldRow {
     QJsonValue value;
 };
 
-void PrintTo(const FieldRow& row, std::ostream* out) {
-    *out << row.name;
-}
-
 const FieldRow wrongFields[] = {
     {"that_is_missing", "biWidth", QJsonValue::Undefined},
     {"that_is_a_text", "biWidth", u"3"_qs},
@@ -96,9 +93,9 @@ const FieldRow wrongFields[] = {
     {"that_is_too_large", "biBitCount", 65536},
 };
 
-class WrongField : public testing::TestWithParam<FieldRow> {};
+class WrongField : public RowTest<FieldRow> {};
 
-TEST_P(WrongField, is_named) {
+ROW_TEST(WrongField, is_named) {
     QJsonObject object = PTraceRecords::fromHeader({});
     const QString key = QString::fromLatin1(GetParam().key);
     object.remove(key);
@@ -108,8 +105,7 @@ TEST_P(WrongField, is_named) {
     EXPECT_EQ(PTraceRecords::toHeader(object, read), key);
 }
 
-INSTANTIATE_TEST_SUITE_P(PTraceRecords, WrongField, testing::ValuesIn(wrongFields),
-                         [](const auto& row) { return std::string(row.param.name); });
+ROWS_IN(PTraceRecords, WrongField, wrongFields);
 
 TEST(PTraceRecords, wrong_cameras_are_named_by_their_field) {
     const ToupcamModelV2 model = makeModel();

@@ -182,13 +182,11 @@ struct LossRow {
     bool pull;
 };
 
-class SimLossOrder : public SimTest, public ::testing::WithParamInterface<LossRow> {};
+class SimLossOrder : public SimTest, public WithSimRow<LossRow> {};
 
-INSTANTIATE_TEST_SUITE_P(modes, SimLossOrder,
-                         ::testing::Values(LossRow{"push mode", false}, LossRow{"pull mode", true}),
-                         rowName<LossRow>);
+ROWS(modes, SimLossOrder, LossRow{"push mode", false}, LossRow{"pull mode", true});
 
-TEST_P(SimLossOrder, stream_reports_the_loss_before_the_hot_plug_callback_runs) {
+ROW_TEST(SimLossOrder, stream_reports_the_loss_before_the_hot_plug_callback_runs) {
     const HToupcam handle = openOnly(SimCameraText());
     FrameLog frames(0);
     EventLog events;

@@ -209,33 +209,32 @@ const HandleCall handleCalls[] = {
     CALL(get_Temperature, (h, &anyTemperature)),
 };
 
-class SimHandle : public SimTest, public ::testing::WithParamInterface<HandleCall> {};
+class SimHandle : public SimTest, public WithSimRow<HandleCall> {};
 
-INSTANTIATE_TEST_SUITE_P(every_function, SimHandle, ::testing::ValuesIn(handleCalls),
-                         rowName<HandleCall>);
+ROWS_IN(every_function, SimHandle, handleCalls);
 
-TEST_P(SimHandle, null_handle_is_an_invalid_argument) {
+ROW_TEST(SimHandle, null_handle_is_an_invalid_argument) {
     EXPECT_EQ(GetParam().call(nullptr), E_INVALIDARG);
 }
 
-TEST_P(SimHandle, made_up_handle_is_an_invalid_argument) {
+ROW_TEST(SimHandle, made_up_handle_is_an_invalid_argument) {
     Toupcam_t made{};
     EXPECT_EQ(GetParam().call(&made), E_INVALIDARG);
 }
 
-TEST_P(SimHandle, closed_handle_is_an_invalid_argument) {
+ROW_TEST(SimHandle, closed_handle_is_an_invalid_argument) {
     const HToupcam handle = open("sim-1mm-1");
     Toupcam_Close(handle);
     EXPECT_EQ(GetParam().call(handle), E_INVALIDARG);
 }
 
-TEST_P(SimHandle, unplugged_camera_is_a_general_failure) {
+ROW_TEST(SimHandle, unplugged_camera_is_a_general_failure) {
     const HToupcam handle = open("sim-1mm-1");
     ASSERT_EQ(ToupcamSim_unplug("sim-1mm-1"), 1);
     EXPECT_EQ(GetParam().call(handle), E_GEN_FAILURE);
 }
 
-TEST_P(SimHandle, injected_failure_is_the_result) {
+ROW_TEST(SimHandle, injected_failure_is_the_result) {
     const HToupcam handle = open("sim-1mm-1");
     ToupcamSim_failCall((std::string("Toupcam_") + GetParam().name).c_str(), 0, 1, E_ACCESSDENIED);
     EXPECT_EQ(GetParam().call(handle), E_ACCESSDENIED);
