@@ -7,6 +7,7 @@
 
 #include <QObject>
 
+#include <algorithm>
 #include <chrono>
 
 /// The timeout for writing frames, long enough for a busy machine.
@@ -68,8 +69,7 @@ inline PDeviceFrame testFrame(quint64 sequence, std::chrono::milliseconds arrive
     if (!frame.image.create(width, height, format))
         throw std::bad_alloc();
     const PDIP::ImageRawData data = frame.image.rawData(PDIP::AccessMode::Write);
-    for (std::size_t i = 0; i < data.size(); ++i)
-        data.data()[i] = static_cast<unsigned char>(sequence);
+    std::fill_n(data.data(), data.size(), static_cast<unsigned char>(sequence));
     auto stamp = std::make_shared<PFrameStamp>();
     stamp->sequence = sequence;
     stamp->arrived = std::chrono::steady_clock::time_point(std::chrono::hours(1) + arrived);
