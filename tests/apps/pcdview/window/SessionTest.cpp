@@ -23,6 +23,7 @@
 #include <QComboBox>
 #include <QDir>
 #include <QDockWidget>
+#include <QFile>
 #include <QIcon>
 #include <QImage>
 #include <QImageReader>
@@ -41,6 +42,7 @@
 #include <QStyle>
 #include <QTabBar>
 #include <QTest>
+#include <QThreadPool>
 #include <QTimer>
 
 #include <algorithm>
@@ -147,8 +149,16 @@ protected:
 
     QStringList captures() const { return QDir(captureFolder()).entryList(QDir::Files); }
 
+    /// The threads of the process, without those that Qt's pool keeps for half a minute after work.
     static qsizetype threads() {
-        return QDir(u"/proc/self/task"_qs).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
+        qsizetype count = QThreadPool::globalInstance()->activeThreadCount();
+        const QDir tasks(u"/proc/self/task"_qs);
+        for (const QString& task : tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+            QFile name(tasks.filePath(task + u"/comm"_qs));
+            if (name.open(QIODevice::ReadOnly) && name.readAll().trimmed() != "Thread (pooled)")
+                ++count;
+        }
+        return count;
     }
 };
 
