@@ -13,8 +13,8 @@ struct PSimRowFactors {
     std::int16_t offset = 0;   ///< units added at the end, rounding included
 };
 
-/// Exposes `count` pixels' channels: light, its roots and two rows of noise in, counts out. Without
-/// branches, so that the compiler can vectorise it. Callable from any thread.
+/// Exposes `count` pixels' channels: light, its roots and two rows of noise in, counts out, each of
+/// that length. Callable from any thread.
 void simExposeRow(const std::uint8_t* light, const std::uint8_t* roots, const std::int8_t* shot,
                   const std::int8_t* read, std::size_t count, const PSimRowFactors& factors,
                   std::uint8_t* out);
