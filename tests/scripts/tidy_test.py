@@ -1,0 +1,217 @@
+#!/usr/bin/python3
+"""Tests of scripts/tidy: what it runs clang-tidy on, and when it does not. A program that stands in for clang-tidy
+finds something in files with the word "bad"."""
+
+import contextlib
+import io
+import json
+import os
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+from pathlib import Path
+from unittest import mock
+
+ROOT = Path(__file__).resolve().parents[2]
+sys.dont_write_bytecode = True
+sys.path.insert(0, str(ROOT / "scripts"))
+
+# The path comes first.
+from tidying import cli, commands, kept  # noqa: E402
+
+CLANG_TIDY = """#!/bin/bash
+echo run >>"$(dirname "$0")/runs"
+for word in "$@"; do
+    if [ "$word" = -- ]; then break; fi
+    file=$word
+done
+! grep -H bad "$file"
+"""
+
+DEPS = """a.o: #deps 2, deps mtime 1 (VALID)
+    /src/a.cpp
+    /src/a.h
+
+old.o: #deps 1, deps mtime 1 (STALE)
+    /src/old.cpp
+
+b.o: #deps 1, deps mtime 1 (VALID)
+    /src/b.cpp
+"""
+
+
+def looked_at(run):
+    """The file that a run is for."""
+    return run.arguments[run.arguments.index("--") - 1]
+
+
+class Folder(unittest.TestCase):
+    """A folder with a source, its header, the settings, and the program that stands in for clang-tidy, in PATH."""
+
+    def setUp(self):
+        self.folder = Path(self.enterContext(tempfile.TemporaryDirectory()))
+        self.program = self.write("bin/clang-tidy", CLANG_TIDY)
+        self.program.chmod(0o755)
+        self.source, self.header = self.write("a.cpp", "good"), self.write("a.h", "int a();")
+        self.settings = self.write(".clang-tidy", "Checks: all")
+        self.enterContext(mock.patch.dict(os.environ, PATH=f"{self.folder / 'bin'}:{os.environ['PATH']}"))
+        self.results = self.folder / "cache" / "results"
+
+    def write(self, name, text):
+        """Writes a file, of a time long ago: what was changed just now is not kept."""
+        path = self.folder / name
+        path.parent.mkdir(exist_ok=True)
+        path.write_text(text, encoding="utf-8")
+        os.utime(path, (1_000_000, 1_000_000))
+        kept.contents.cache_clear()  # as in a new process
+        return path
+
+    def run_of(self, *options):
+        """The run over the source."""
+        return commands.Run(("clang-tidy", str(self.source), "--", *options), (str(self.source), str(self.header)))
+
+    def tidy(self, run=None):
+        """Does the run as scripts/tidy would. Returns how many were done, and how many of them found something."""
+        with contextlib.redirect_stdout(io.StringIO()):
+            return cli.run_all([run or self.run_of()], kept.Kept(self.results, self.settings), self.folder)
+
+
+class KeptTest(Folder):
+    """What is run again, and what is not."""
+
+    def test_what_is_as_it_was_is_not_run_again(self):
+        self.assertEqual(self.tidy(), (1, 0))
+        self.assertEqual(self.tidy(), (0, 0))
+        self.assertEqual((self.folder / "bin" / "runs").read_text(encoding="utf-8"), "run\n")
+
+    def test_what_has_a_finding_is_run_again_and_found_again(self):
+        self.write("a.cpp", "bad")
+        self.assertEqual(self.tidy(), (1, 1))
+        self.assertEqual(self.tidy(), (1, 1))
+
+    def test_a_change_of_anything_that_decides_is_run_again(self):
+        for name, text in (("a.cpp", "other"), ("a.h", "long a();"), (".clang-tidy", "Checks: some"),
+                           ("bin/clang-tidy", CLANG_TIDY + "# newer\n")):
+            with self.subTest(name):
+                self.tidy()
+                self.write(name, text)
+                self.program.chmod(0o755)
+                self.assertEqual(self.tidy(), (1, 0))
+
+    def test_other_options_are_run_again(self):
+        self.tidy()
+        self.assertEqual(self.tidy(self.run_of("-DOTHER")), (1, 0))
+
+    def test_a_finding_that_a_change_brings_is_reported(self):
+        self.tidy()
+        self.write("a.cpp", "bad")
+        self.assertEqual(self.tidy(), (1, 1))
+
+    def test_without_the_files_that_were_read_it_is_always_run(self):
+        run = commands.Run(self.run_of().arguments, ())
+        self.assertEqual(self.tidy(run), (1, 0))
+        self.assertEqual(self.tidy(run), (1, 0))
+
+    def test_what_was_changed_during_the_run_is_run_again(self):
+        os.utime(self.header, (time.time() + 60, time.time() + 60))
+        self.assertEqual(self.tidy(), (1, 0))
+        self.assertEqual(self.tidy(), (1, 0))
+
+    def test_what_is_of_no_use_for_two_months_is_forgotten_and_what_is_of_use_stays(self):
+        results = kept.Kept(self.results, self.settings)
+        results.forget_unused()  # no folder yet
+        used, unused = self.run_of("-DUSED"), self.run_of("-DUNUSED")
+        for run in (used, unused):
+            results.add(run)
+            os.utime(self.results / results.name_of(run), (time.time() - kept.UNUSED_FOR - 60,) * 2)
+        self.assertTrue(results.has(used))
+        results.forget_unused()
+        self.assertTrue(results.has(used))
+        self.assertFalse(results.has(unused))
+
+    def test_results_are_with_the_caches_of_the_user(self):
+        with mock.patch.dict(os.environ, XDG_CACHE_HOME=str(self.folder)):
+            self.assertEqual(kept.default_folder(), self.folder / "pcd-tidy")
+        with mock.patch.dict(os.environ, XDG_CACHE_HOME="", HOME="/home/user"):
+            self.assertEqual(kept.default_folder(), Path("/home/user/.cache/pcd-tidy"))
+
+
+class CommandsTest(Folder):
+    """What is looked at, by what the build compiles."""
+
+    def units(self, *files):
+        """The units of a build that compiles the files."""
+        build = self.folder / "build"
+        (build / "src").mkdir(parents=True, exist_ok=True)
+        entries = [{"file": str(file), "command": f"/usr/bin/clang++ -DA -Wall -o {Path(file).name}.o -c {file}"}
+                   for file in files]
+        (build / "compile_commands.json").write_text(json.dumps(entries), encoding="utf-8")
+        deps = "".join(f"{Path(file).name}.o: #deps 1, deps mtime 1 (VALID)\n    {file}\n\n" for file in set(files))
+        self.enterContext(mock.patch.object(subprocess, "run", return_value=mock.Mock(stdout=deps)))
+        return commands.units(self.folder, build)
+
+    def test_files_are_those_that_ninja_knows_of_a_current_object(self):
+        self.assertEqual(commands.files_read(DEPS), {"a.o": ["/src/a.cpp", "/src/a.h"], "b.o": ["/src/b.cpp"]})
+
+    def test_sources_of_the_tree_are_looked_at_once_and_what_qt_wrote_is_not(self):
+        source, build = self.folder / "src" / "a.cpp", self.folder / "build" / "src"
+        found = self.units(source, source, self.folder / "tests" / "b.cpp", build / "mocs_compilation.cpp",
+                           build / "qrc_icons.cpp")
+        self.assertEqual([unit.path for unit in found], [str(source)])
+        self.assertEqual(found[0].options, ["-DA", "-Wall"])
+        self.assertEqual(found[0].files, [str(source)])
+
+    def test_a_unit_is_one_run_and_each_source_in_it_one_of_the_analyser(self):
+        unity = self.folder / "build" / "src" / "Unity" / "unity_0.cxx"
+        unity.parent.mkdir(parents=True)
+        unity.write_text('#include "/x/src/a.cpp"\n#include "/x/src/b.cpp"\n', encoding="utf-8")
+        found = self.units(unity)
+        runs = commands.unit_runs(self.folder, found, "")
+        self.assertEqual([looked_at(run) for run in runs], [str(unity)])
+        self.assertIn("--checks=-bugprone-suspicious-include,-clang-analyzer-*", runs[0].arguments)
+        runs = commands.source_runs(self.folder, found, "")
+        self.assertEqual([looked_at(run) for run in runs], ["/x/src/a.cpp", "/x/src/b.cpp"])
+        self.assertEqual([run.files for run in runs], [(str(unity),)] * 2)
+        self.assertEqual([looked_at(run) for run in commands.source_runs(self.folder, found, "b.cpp")],
+                         ["/x/src/b.cpp"])
+
+
+class MainTest(Folder):
+    """The exit code."""
+
+    def main(self, runs):
+        """Runs the command line with these runs. Returns the exit code, and what it printed last."""
+        output = io.StringIO()
+        with mock.patch.object(subprocess, "run", side_effect=self.build(subprocess.run)), \
+                mock.patch.object(cli, "units"), mock.patch.object(cli, "unit_runs", return_value=runs), \
+                mock.patch.dict(os.environ, XDG_CACHE_HOME=str(self.folder / "cache")), \
+                contextlib.redirect_stdout(output):
+            return cli.main(self.folder, []), output.getvalue().splitlines()[-1]
+
+    @staticmethod
+    def build(run):
+        """What runs programs, without the build."""
+        return lambda command, **more: None if "asan" in command else run(command, **more)
+
+    def test_a_finding_fails(self):
+        self.assertEqual(self.main([self.run_of()]),
+                         (0, "clang-tidy: 1 units, 0 of them as when nothing was found, 0 with findings"))
+        self.assertEqual(self.main([self.run_of()]),
+                         (0, "clang-tidy: 1 units, 1 of them as when nothing was found, 0 with findings"))
+        self.write("a.cpp", "bad")
+        self.assertEqual(self.main([self.run_of()]),
+                         (1, "clang-tidy: 1 units, 0 of them as when nothing was found, 1 with findings"))
+
+    def test_a_run_that_looks_at_nothing_fails(self):
+        self.assertEqual(self.main([])[0], 1)
+
+    def test_unknown_arguments_are_refused(self):
+        result = subprocess.run([ROOT / "scripts" / "tidy", "--dance"], capture_output=True, text=True, check=False)
+        self.assertEqual(result.returncode, 2)
+        self.assertIn("unrecognized arguments: --dance", result.stderr)
+
+
+if __name__ == "__main__":
+    unittest.main()
