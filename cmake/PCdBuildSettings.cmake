@@ -115,6 +115,9 @@ function(pcd_compile_as_test name)
     target_compile_options(${name} PRIVATE -O0 -g1)
     if(NOT name STREQUAL "pcd_test_support")
         target_precompile_headers(${name} REUSE_FROM pcd_test_support)
+        # Nearly always empty, as sources include what moc makes of them.
+        set_source_files_properties("${CMAKE_CURRENT_BINARY_DIR}/${name}_autogen/mocs_compilation.cpp"
+            PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
     endif()
 endfunction()
 
