@@ -156,7 +156,8 @@ class LostStoreTest(unittest.TestCase):
             follow, "RCLONE", ["1s" if word == "20s" else word for word in follow.RCLONE]))
         self.store.send_signal(signal.SIGSTOP)
         try:
-            self.copy_fails("timeout")
+            # On a busy machine, rclone gives up while it writes, and then names what it has closed itself.
+            self.copy_fails("(timeout|closed network connection)")
         finally:
             self.store.send_signal(signal.SIGCONT)
         self.assertEqual(self.counted(), 1)
