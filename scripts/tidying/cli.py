@@ -13,8 +13,8 @@ def parser():
     """The options."""
     made = argparse.ArgumentParser(
         prog="scripts/tidy", description="Runs clang-tidy with the checks of .clang-tidy over the sources of src, as "
-        "the asan preset compiles them, which is built first. What is as it was when nothing was found is not run "
-        "again; delete pcd-tidy in the folder of your caches, and it is.")
+        "the asan preset compiles them, which is built first. Those that were clean and have not changed since are "
+        "skipped; to check them all again, delete " + str(default_folder()).replace("%", "%%") + ".")
     made.add_argument("text", nargs="?", default="", metavar="TEXT",
                       help="only units, or sources, whose path contains the text")
     made.add_argument("--analyse", action="store_true",
@@ -52,8 +52,8 @@ def main(root, words=None):
     subprocess.run([root / "scripts" / "build", "--preset", "asan"], check=True)
     runs_of, name = (source_runs, "sources") if options.analyse else (unit_runs, "units")
     runs = runs_of(root, units(root, root / "build" / "asan"), options.text)
-    kept = Kept(default_folder(), root / ".clang-tidy")
+    kept = Kept(default_folder())
     done, bad = run_all(runs, kept, root)
     kept.forget_unused()
-    print(f"clang-tidy: {len(runs)} {name}, {len(runs) - done} of them as when nothing was found, {bad} with findings")
+    print(f"clang-tidy: {len(runs)} {name}, {len(runs) - done} unchanged since they were clean, {bad} with findings")
     return 0 if runs and bad == 0 else 1

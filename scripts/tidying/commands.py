@@ -23,7 +23,8 @@ OBJECT = re.compile(r"^(\S.*): #deps \d+, deps mtime \d+ \(VALID\)$")
 
 @dataclass(frozen=True)
 class Run:
-    """One run of clang-tidy: its arguments, and the files that decide, with them, what it finds."""
+    """One run of clang-tidy: the file that it looks at, its arguments, and the files that were read to compile that."""
+    path: str
     arguments: tuple
     files: tuple
 
@@ -46,13 +47,13 @@ class Unit:
         return INCLUDED.findall(Path(self.path).read_text(encoding="utf-8"))
 
 
-def files_read(deps):
-    """The files that were read for each object, by what `ninja -t deps` prints."""
+def files_read(deps, build):
+    """The files that were read for each object of a build folder, by what `ninja -t deps` prints."""
     found, files = {}, None
     for line in deps.splitlines():
         if line.startswith("    "):
             if files is not None:
-                files.append(line.strip())
+                files.append(str(build / line.strip()))
         else:
             match = OBJECT.match(line)
             files = found.setdefault(match[1], []) if match else None
@@ -68,25 +69,27 @@ def units(root, build):
     found = {entry["file"]: entry for entry in entries  # one of each: some programs compile a source again
              if any(place in Path(entry["file"]).parents for place in places)
              and not WRITTEN_BY_QT.match(Path(entry["file"]).name)}
-    read = files_read(deps)
+    read = files_read(deps, build)
     return [Unit(entry, read) for entry in found.values()]
 
 
-def options(root):
-    """The options of every run."""
+def make_run(root, path, checks, unit):
+    """clang-tidy for a file, which is compiled as its unit is. Findings are errors, which the exit code says."""
     # A unit includes sources, and findings are wanted from them as from headers; not from what moc wrote.
-    return "--quiet", "--warnings-as-errors=*", f"--header-filter=^{re.escape(str(root))}/src/.*[.](h|cpp)$"
+    return Run(path, ("clang-tidy", "--quiet", "--warnings-as-errors=*",
+                      f"--header-filter=^{re.escape(str(root))}/src/.*[.](h|cpp)$", checks, path,
+                      "--", *unit.options), tuple(unit.files))
 
 
 def unit_runs(root, all_units, text):
     """clang-tidy for each unit whose path has the text, with all checks but the analyser's."""
     checks = f"--checks=-bugprone-suspicious-include,-{ANALYSER}"
-    return [Run(("clang-tidy", *options(root), checks, unit.path, "--", *unit.options), tuple(unit.files))
+    return [make_run(root, unit.path, checks, unit)
             for unit in all_units if text in unit.path]
 
 
 def source_runs(root, all_units, text):
     """clang-tidy for each source whose path has the text, by itself, compiled as its unit is; the analyser only."""
     checks = f"--checks={ANALYSER_CHECKS}"
-    return [Run(("clang-tidy", *options(root), checks, source, "--", *unit.options), tuple(unit.files))
+    return [make_run(root, source, checks, unit)
             for unit in all_units for source in unit.sources() if text in source]
