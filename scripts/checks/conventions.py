@@ -33,6 +33,9 @@ SPELLINGS = {
 }
 SPELLING = re.compile("|".join(rf"(?P<s{number}>(?<![\w.:`\"|-])({words})(?![\w`:(]))"
                                for number, words in enumerate(SPELLINGS)))
+# A file that moc reads, and a condition in it: of the headers that may define its macros, moc reads only ours.
+FOR_MOC = re.compile(r"^\s*Q_(OBJECT|GADGET|NAMESPACE)(_EXPORT)?\b", re.MULTILINE)
+CONDITION = re.compile(r"^[ \t]*#[ \t]*if(n?def)?\b.*", re.MULTILINE)
 CODE_IN_TEXT = re.compile(r"```.*?```|`[^`\n]*`", re.DOTALL)
 
 
@@ -59,6 +62,9 @@ def check_code(path, text, result):
                  or constant_fault(code, index) or name_fault(code, index))
         if fault:
             result.add(path, token.line, fault)
+    for found in CONDITION.finditer(text) if FOR_MOC.search(text) else ():
+        result.add(path, text.count("\n", 0, found.start()) + 1,
+                   f"{found[0].strip()}: expected no conditions in a file that moc reads")
     for comment in TOKEN.finditer(text):
         if comment.lastgroup == "comment":
             check_spelling(path, comment[0], comment.start(), text, result)

@@ -475,6 +475,15 @@ class ConventionsTest(TreeTest):
         self.expect_wrong("f(QLatin1Char('a'));", "expected u'…'")
         self.expect_right('f(u"a"_qs, u\'a\', QStringLiteral(PATH), QLatin1Char(c)); // QStringLiteral("a")')
 
+    def test_conditions_are_found_in_files_that_moc_reads(self):
+        for macro in ("Q_OBJECT", "Q_GADGET", "Q_NAMESPACE_EXPORT(P)"):
+            with self.subTest(macro):
+                self.expect_wrong(f"#ifdef Q_OS_LINUX\n#endif\nclass A {{\n    {macro}\n}};",
+                                  "#ifdef Q_OS_LINUX: expected no conditions in a file that moc reads")
+        self.expect_wrong("# if QT_VERSION > 1\n#endif\nQ_OBJECT", "# if QT_VERSION > 1: expected no conditions")
+        self.expect_right("#ifdef Q_OS_LINUX // a class without Q_OBJECT", "#endif")
+        self.expect_right("class A {", "    Q_OBJECT", "};", "#define IF 1", "#include <ifdef.h>")
+
     def test_texts_are_filled_in_one_call(self):
         self.expect_wrong('u"%1 %2"_qs.arg(a).arg(b);', ".arg(a).arg(b): expected .arg(a, b)")
         self.expect_wrong('tr("%1 %2").arg(f(a), 3).arg(b.c(d));', "expected .arg(a, b)")
