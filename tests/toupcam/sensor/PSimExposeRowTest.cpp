@@ -24,12 +24,12 @@ int exposed(int light, int root, int shot, int read, const PSimRowFactors& facto
     return std::clamp(units >= 0 ? units / 16 : -1, 0, 255);
 }
 
-struct ExposeRow {
+struct RowOfFactors {
     const char* name;
     PSimRowFactors factors;
 };
 
-class ExposedRow : public RowTest<ExposeRow> {};
+class ExposedRow : public RowTest<RowOfFactors> {};
 
 ROW_TEST(ExposedRow, has_the_counts_that_the_factors_give_for_each_light_and_noise) {
     const PSimRowFactors& factors = GetParam().factors;
@@ -41,7 +41,7 @@ ROW_TEST(ExposedRow, has_the_counts_that_the_factors_give_for_each_light_and_noi
             light[i] = std::uint8_t(value);
             roots[i] = std::uint8_t(value * 3 % 256);
             shot[i] = std::int8_t(noise);
-            read[i] = std::int8_t((value * 7 + noise) % 128);
+            read[i] = std::int8_t((value * 7 + noise) & 255);
         }
         simExposeRow(light.data(), roots.data(), shot.data(), read.data(), 256, factors,
                      counts.data());
@@ -66,8 +66,8 @@ ROW_TEST(ExposedRow, of_any_length_has_the_same_counts_and_nothing_is_written_be
         EXPECT_TRUE(std::all_of(counts.begin() + std::ptrdiff_t(count), counts.end(),
                                 [](std::uint8_t value) { return value == 77; }))
             << "behind " << count;
-        light.push_back(std::uint8_t(
-            count * 3)); // exactly as long as the next row: ASan sees what is read behind it
+        // Exactly as long as the next row, so that ASan sees what is read behind it.
+        light.push_back(std::uint8_t(count * 3));
         roots.push_back(std::uint8_t(255 - count));
         shot.push_back(std::int8_t(int(count) - 35));
         read.push_back(std::int8_t(35 - int(count)));
@@ -78,10 +78,10 @@ ROW_TEST(ExposedRow, of_any_length_has_the_same_counts_and_nothing_is_written_be
     }
 }
 
-ROWS(Rows, ExposedRow, ExposeRow{"without_noise", {4096, 65535 / 2, 0, 0, 8}},
-     ExposeRow{"with_noise_of_both_kinds", {4096, 4000, 600, 900, 9}},
-     ExposeRow{"of_a_long_exposure_filled_to_the_ceiling", {65535, 3500, 16383, 300, 40}},
-     ExposeRow{"with_the_largest_ceiling", {65535, 32000, 0, 0, 9}},
-     ExposeRow{"darker_than_nothing", {256, 4080, 16383, 16383, -600}});
+ROWS(Rows, ExposedRow, RowOfFactors{"without_noise", {4096, 65535 / 2, 0, 0, 8}},
+     RowOfFactors{"with_noise_of_both_kinds", {4096, 4000, 600, 900, 9}},
+     RowOfFactors{"of_a_long_exposure_filled_to_the_ceiling", {65535, 3500, 16383, 300, 40}},
+     RowOfFactors{"with_the_largest_ceiling", {65535, 32000, 0, 0, 9}},
+     RowOfFactors{"darker_than_nothing", {256, 4080, 16383, 16383, -600}});
 
 } // namespace

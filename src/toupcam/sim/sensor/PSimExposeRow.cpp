@@ -6,15 +6,19 @@
 
 #include <emmintrin.h>
 
-// In vectors of SSE2, which every x86-64 has. Compilers make the same of a plain loop, but not
-// where a sanitizer checks each byte that the loop reads: there, that was a tenth of the time of
-// all tests.
+// In vectors of SSE2, which every x86-64 has; the plugin is for no other processors. Compilers make
+// the same of a plain loop, but not where a sanitizer checks each byte that the loop reads: there,
+// that was a tenth of the time of all tests.
 namespace {
 
 constexpr std::size_t blockPixels = sizeof(__m128i);
 
 inline __m128i load(const void* bytes) {
     return _mm_loadu_si128(static_cast<const __m128i*>(bytes));
+}
+
+inline void store(void* bytes, __m128i values) {
+    _mm_storeu_si128(static_cast<__m128i*>(bytes), values);
 }
 
 // The factors, in every word of a vector.
@@ -28,8 +32,8 @@ struct WordFactors {
     __m128i signal, ceiling, shot, read, offset;
 };
 
-inline __m128i smaller(__m128i a,
-                       __m128i b) { // of unsigned words: the instruction for it came after SSE2
+// Of unsigned words: the instruction for it came after SSE2.
+inline __m128i smaller(__m128i a, __m128i b) {
     return _mm_sub_epi16(a, _mm_subs_epu16(a, b));
 }
 
@@ -55,8 +59,7 @@ inline void exposeBlock(const std::uint8_t* light, const std::uint8_t* roots,
     const __m128i second =
         exposeWords(_mm_unpackhi_epi8(zero, l), _mm_unpackhi_epi8(zero, r),
                     _mm_unpackhi_epi8(zero, s), _mm_unpackhi_epi8(zero, n), factors);
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(out),
-                     _mm_packus_epi16(first, second)); // from 0 to 255
+    store(out, _mm_packus_epi16(first, second)); // from 0 to 255
 }
 
 // Fewer pixels than a block has, in a copy that is as long as one.
