@@ -121,10 +121,11 @@ function(pcd_compile_as_test name)
     endif()
 endfunction()
 
-# pcd_add_test(NAME [SHARDS number] SOURCES… LINK libraries…): a GoogleTest program. ctest runs it once as a whole;
-# a long one in parallel shards, each with a part of the tests.
+# pcd_add_test(NAME [SHARDS number] [COST seconds] SOURCES… LINK libraries…): a GoogleTest program. ctest runs it once as
+# a whole; a long one in parallel shards, each with a part of the tests. What costs more starts earlier, until ctest has
+# seen how long each takes.
 function(pcd_add_test name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "SHARDS" "SOURCES;LINK")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "SHARDS;COST" "SOURCES;LINK")
     add_executable(${name} ${arg_SOURCES})
     target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}/tests")
     pcd_compile_as_test(${name})
@@ -133,13 +134,19 @@ function(pcd_add_test name)
     target_link_libraries(${name} PRIVATE pcd_settings pcd_test_support GTest::gtest GTest::gmock Qt6::Test ${arg_LINK})
     if(NOT arg_SHARDS)
         pcd_add_test_run(${name} ${name} "")
+        if(arg_COST)
+            set_tests_properties(${name} PROPERTIES COST ${arg_COST})
+        endif()
         return()
+    endif()
+    if(NOT arg_COST)
+        set(arg_COST 10)
     endif()
     math(EXPR last "${arg_SHARDS} - 1")
     foreach(shard RANGE ${last})
         pcd_add_test_run(${name} "${name}.${shard}"
             "GTEST_TOTAL_SHARDS=${arg_SHARDS};GTEST_SHARD_INDEX=${shard};")
-        set_tests_properties("${name}.${shard}" PROPERTIES COST 10) # seconds, until ctest has seen it: long runs start first
+        set_tests_properties("${name}.${shard}" PROPERTIES COST ${arg_COST})
     endforeach()
 endfunction()
 
