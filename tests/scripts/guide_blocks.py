@@ -23,7 +23,7 @@ ENDLESS = """
 endless() {
     rm -f endless.txt
     set -m; "$@" > endless.txt 2>&1 & set +m
-    until grep --quiet "${UNTIL:-.}" endless.txt 2> /dev/null; do sleep 0.05; done
+    until grep --quiet "${UNTIL:-.}" endless.txt 2> /dev/null || ! kill -0 $! 2> /dev/null; do sleep 0.05; done
     kill -INT $!; wait $! || [ $? = 130 ]; cat endless.txt
 }
 """

@@ -231,7 +231,8 @@ class CommandsTest(GuideTest):
                          if not LedgerTest.is_listed(block))
         *commands, doctor = first.text.splitlines()
         self.assertEqual(doctor, "pcdctl doctor")  # what it finds is the computer's
-        text = "\n".join(re.sub("^pcdctl monitor", "UNTIL=present endless \\g<0>", line) for line in commands)
+        endless = "UNTIL='\"event\":\"present\"' endless \\g<0>"
+        text = "\n".join(re.sub("^pcdctl monitor", endless, line) for line in commands)
         code, output = self.shell.paste(text)
         self.assertEqual(code, 0, output)
         for expected in ("Simulated-B-B1", "64 x 48 pixels", "Recorded: 100 of 100 frames in", '"event":"present"'):

@@ -172,12 +172,12 @@ class ZarrTest(unittest.TestCase):
 class PixelsTest(ZarrTest):
     """What was recorded is what the camera sent."""
 
-    def frames_of_stack(self, **scene):
+    def record_stack(self, **scene):
         """Records the scene as OME-TIFF. Returns the frames."""
-        stack = self.folder / "run.ome.tif"
-        stack.unlink(missing_ok=True)
-        self.record("-n", "8", output=stack, **scene)
-        with tifffile.TiffFile(stack) as tiff:
+        path = self.folder / "run.ome.tif"
+        path.unlink(missing_ok=True)
+        self.record("-n", "8", output=path, **scene)
+        with tifffile.TiffFile(path) as tiff:
             frames = tiff.series[0].asarray()
         return numpy.moveaxis(frames, -1, 1) if frames.ndim == 4 else frames[:, None]
 
@@ -185,11 +185,11 @@ class PixelsTest(ZarrTest):
         """The same scene gives the same frames: as OME-Zarr and as OME-TIFF. Returns the former."""
         self.record("-n", "8", **scene)
         found = Recording(self, self.path).levels[0][:]
-        # A busy machine loses frames between those that are taken, so they are found by their content; and each of the
-        # few that the camera has is in one of some stacks.
+        # A busy machine loses frames between those that are taken, so they are found by their content. The camera repeats
+        # four of them, so after a few stacks each has been seen.
         known = set()
         for _ in range(10):
-            stack = self.frames_of_stack(**scene)
+            stack = self.record_stack(**scene)
             self.assertEqual(found.shape, stack.shape)
             known.update(frame.tobytes() for frame in stack)
             unknown = [number for number, frame in enumerate(found) if frame.tobytes() not in known]
