@@ -1,8 +1,8 @@
 # What AUTOMOC runs instead of Qt's moc: the same, without the folders of Qt's headers and of the compiler's. moc would
 # read them all again for each class, which takes 0.2 s each time, for the same result: Qt's macros are words of its own
-# language, and it ignores headers that it does not find. What our classes derive from and implement stands in headers of
-# ours, which it reads as before. What it does not see are conditions on macros of others, such as Q_OS_LINUX: scripts/check
-# allows none in the files that it reads.
+# language, and it ignores headers that it does not find. What our classes derive from and implement stands in headers
+# of ours, which it reads as before. What it does not see are conditions on macros of others, such as Q_OS_LINUX:
+# scripts/check allows none in the files that it reads.
 
 include_guard(GLOBAL)
 
